@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/CDC.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace pavane
+{
+
+/// A picture in memory, 32 bits per pixel 0x00RRGGBB, top row first, white at birth. Owns its pixels;
+/// contexts made by `dc` draw into them while the picture lives. A size below 1, or one beyond
+/// 32768 a side, or no memory, leaves an empty picture of 0 x 0.
+class PAVANE_API CPicture
+{
+public:
+    CPicture() = default;
+    CPicture(int width, int height);
+    CPicture(const CPicture&) = delete;
+    CPicture& operator=(const CPicture&) = delete;
+    CPicture(CPicture&&) noexcept = default;
+    CPicture& operator=(CPicture&&) noexcept = default;
+
+    int width() const { return width_; }
+    int height() const { return height_; }
+    std::uint32_t* row(int y) { return pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_; }
+    const std::uint32_t* row(int y) const
+    {
+        return pixels_.data() + static_cast<std::ptrdiff_t>(y) * width_;
+    }
+    /// A new context that draws into this picture; several may draw at once.
+    std::unique_ptr<CDC> dc();
+
+private:
+    int width_ = 0;
+    int height_ = 0;
+    std::vector<std::uint32_t> pixels_;
+};
+
+/// Writes the picture as PNG, whole or not at all. Non-zero on success, else 0 and `error` says what
+/// went wrong in one line. `dpi` goes into the file.
+PAVANE_API int SavePNG(const CPicture& picture, const CString& file, CString& error,
+                       int dpi = 96);
+
+/// A page that collects vectors until `Close` writes the file, whole or not at all.
+class PAVANE_API CPageFile
+{
+public:
+    enum class Format { pdf, svg };
+    /// `width` and `height` in pixels of 96 per inch. The context of the page counts `scale` units
+    /// for each of them, so that whole numbers place lines finely enough.
+    CPageFile(Format format, int width, int height, const CString& title, int scale = 12);
+    CPageFile(const CPageFile&) = delete;
+    CPageFile& operator=(const CPageFile&) = delete;
+    ~CPageFile();
+    /// The page's context, of width * scale by height * scale units. Owned by the page.
+    CDC& dc();
+    /// Writes the file; non-zero on success, else 0, `error` says why and nothing is left behind.
+    int Close(const CString& file, CString& error);
+
+private:
+    struct Data;
+    std::unique_ptr<Data> data_;
+};
+
+} // namespace pavane

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "tessel/ABitMatrix.h"
+#include "tessel/AMatrix.h"
+#include "tessel/api.h"
+#include "tessel/map_header.h"
+
+#include <functional>
+#include <string>
+
+namespace pavane
+{
+
+/// A map: cells in file order (row 0 is the first stored, cell (row r, column c) is FITS pixel
+/// (c + 1, r + 1)), blank cells are NaN, values are scaled by BSCALE and BZERO.
+struct FitsMap {
+    AMatrix<float> cells;
+    MapHeader header;
+};
+
+/// Called now and then with the fraction done, 0 to 1; answer 0 to give up.
+using ProgressFunction = std::function<int(double)>;
+
+/// Reads the first HDU of `file` that holds an image of two axes or more. Further axes longer than 1
+/// need `plane`, counted from 0 over all of them (-1: the first plane, and only when there is just
+/// one). Tile-compressed images are read as well. `file` is a plain name, never an extended-syntax
+/// expression. Non-zero on success; else 0, `map` is empty and `error` says in one line what is
+/// wrong, without the file's name.
+PAVANE_API int readFitsMap(const std::string& file, int plane, FitsMap& map, std::string& error,
+                           const ProgressFunction& progress = {});
+
+/// Writes `mask` as a primary image of four axes and 32-bit floats 0.0 and 1.0 with the coordinate
+/// header of `like`; axes 3 and 4 that it lacks become FREQ and STOKES of length 1. The file appears
+/// under its name only when it is whole. Non-zero on success, else 0 and `error` as above.
+PAVANE_API int writeFitsMask(const std::string& file, const ABitMatrix& mask, const MapHeader& like,
+                             std::string& error);
+
+/// Writes a map the same way, values as they are (NaN for blank cells).
+PAVANE_API int writeFitsMap(const std::string& file, const AMatrix<float>& cells,
+                            const MapHeader& header, std::string& error);
+
+} // namespace pavane

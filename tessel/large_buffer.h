@@ -1,0 +1,16 @@
+#pragma once
+
+#include "tessel/api.h"
+
+#include <cstdint>
+
+namespace pavane
+{
+
+/// Memory for big numeric data: aligned to 64 bytes, from 4 MiB on aligned to 2 MiB and advised as
+/// huge pages, because fresh small pages cost more than reading the data does. Not initialised.
+/// Null when `bytes` is below 1 or there is no memory. Release with `freeLarge`.
+PAVANE_API void* allocateLarge(std::int64_t bytes);
+PAVANE_API void freeLarge(void* buffer);
+
+} // namespace pavane
