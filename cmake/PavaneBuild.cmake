@@ -31,6 +31,10 @@ if(PAVANE_SANITIZE)
     add_link_options(${sanitizers})
 endif()
 
+if(PAVANE_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 # pavane_part(NAME SOURCES ... LINK ...): one static, position-independent part of the library.
 # Tests link parts; the shared library is made of all of them.
 function(pavane_part name)
