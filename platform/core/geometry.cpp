@@ -9,8 +9,8 @@ namespace pavane
 
 int CRect::IntersectRect(const CRect& a, const CRect& b)
 {
-    const CRect cut(std::max(a.left, b.left), std::max(a.top, b.top),
-                    std::min(a.right, b.right), std::min(a.bottom, b.bottom));
+    const CRect cut(std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                    std::min(a.bottom, b.bottom));
     *this = a.IsRectEmpty() || b.IsRectEmpty() || cut.IsRectEmpty() ? CRect() : cut;
     return !IsRectEmpty();
 }
@@ -62,4 +62,4 @@ int MulDiv(int a, int b, int c)
     return static_cast<int>(result);
 }
 
-} // namespace pavane
+}  // namespace pavane

@@ -16,7 +16,7 @@ int printLine(const CString& text, unsigned)
 
 MessageFunction messageFunction = printLine;
 
-} // namespace
+}  // namespace
 
 MessageFunction SetMessageFunction(MessageFunction function)
 {
@@ -27,4 +27,4 @@ MessageFunction SetMessageFunction(MessageFunction function)
 
 int AfxMessageBox(const CString& text, unsigned type) { return messageFunction(text, type); }
 
-} // namespace pavane
+}  // namespace pavane

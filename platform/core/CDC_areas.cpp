@@ -1,0 +1,145 @@
+#include "platform/core/CDC_state.h"
+#include "platform/core/pixel_rounding.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace pavane
+{
+
+/// Fills a device rectangle by the pixel rules or on the page.
+void CDC::State::fillArea(const CRect& device, const CBrush& brush, int rop2)
+{
+    if (!backend || device.IsRectEmpty() || brush.kind() == CBrush::Kind::hollow)
+        return;
+    if (VectorDevice* const page = this->page())
+        page->fillRect(device, fillStyle(brush));
+    else if (surface().bits)
+        painter().rect(device, inkOf(brush, rop2));
+}
+
+void CDC::FillRect(const CRect& rect, const CBrush* brush)
+{
+    if (brush)
+        state_->fillArea(state_->filledBox(rect), *brush, R2_COPYPEN);
+}
+
+void CDC::FillSolidRect(const CRect& rect, COLORREF color)
+{
+    state_->now.bkColor = color;
+    state_->fillArea(state_->deviceBox(rect), CBrush(color), R2_COPYPEN);
+}
+
+void CDC::FrameRect(const CRect& rect, const CBrush* brush)
+{
+    if (!brush || rect.IsRectEmpty() || !state_->backend)
+        return;
+    const CRect r = state_->filledBox(rect);
+    if (r.IsRectEmpty())
+        return;
+    // a page's line has the width of a hairline
+    const int width = std::max(1, state_->backend->scale() / 2);
+    const auto edge = [&](int left, int top, int right, int bottom) {
+        state_->fillArea({left, top, right, bottom}, *brush, R2_COPYPEN);
+    };
+    edge(r.left, r.top, r.left + width, r.bottom);
+    edge(r.right - width, r.top, r.right, r.bottom);
+    edge(r.left, r.top, r.right, r.top + width);
+    edge(r.left, r.bottom - width, r.right, r.bottom);
+}
+
+void CDC::InvertRect(const CRect& rect)
+{
+    if (!IsVector())  // ink cannot be inverted
+        state_->fillArea(state_->filledBox(rect), CBrush(COLORREF{0}), R2_NOT);
+}
+
+void CDC::DrawFocusRect(const CRect& rect)
+{
+    if (rect.IsRectEmpty() || !state_->surface().bits)
+        return;
+    const CRect box = state_->deviceBox(rect);
+    const CPoint corners[5] = {{box.right - 1, box.top},
+                               {box.left, box.top},
+                               {box.left, box.bottom - 1},
+                               {box.right - 1, box.bottom - 1},
+                               {box.right - 1, box.top}};
+    const PixelPainter painter = state_->painter();
+    const PixelOperation invert = PixelOperation::of(R2_NOT, 0);
+    const DashPattern everyOther{2, {1, 1}};
+    std::int64_t phase = 0;
+    for (int i = 0; i < 4; ++i) {
+        const CPoint a = corners[i];
+        const CPoint b = corners[i + 1];
+        thinLine(a, b, painter.bounds(), [&](const LineRun& run) {
+            splitDashes(run, everyOther, phase, [&](const LineRun& piece, bool on) {
+                if (on)
+                    painter.run(piece, invert);
+            });
+        });
+        phase += std::abs(std::int64_t{b.x} - a.x) + std::abs(std::int64_t{b.y} - a.y);
+    }
+}
+
+int CDC::PatBlt(int x, int y, int width, int height, unsigned rop)
+{
+    State& s = *state_;
+    if (!s.backend)
+        return 0;
+    const CRect box = s.filledBox({x, y, saturated(Wide{x} + width), saturated(Wide{y} + height)});
+    switch (rop) {
+    case PATCOPY:
+        s.fillArea(box, s.now.brush, R2_COPYPEN);
+        return 1;
+    case PATINVERT:
+        s.fillArea(box, s.now.brush, R2_XORPEN);
+        return 1;
+    case DSTINVERT:
+        if (!IsVector())
+            s.fillArea(box, CBrush(COLORREF{0}), R2_NOT);
+        return 1;
+    case BLACKNESS:
+        s.fillArea(box, CBrush(RGB(0, 0, 0)), R2_COPYPEN);
+        return 1;
+    case WHITENESS:
+        s.fillArea(box, CBrush(RGB(255, 255, 255)), R2_COPYPEN);
+        return 1;
+    default:
+        return 0;
+    }
+}
+
+COLORREF CDC::SetPixel(int x, int y, COLORREF color)
+{
+    return SetPixelV(x, y, color) ? GetPixel(x, y) : CLR_INVALID;
+}
+
+int CDC::SetPixelV(int x, int y, COLORREF color)
+{
+    State& s = *state_;
+    if (!s.backend)
+        return 0;
+    const CPoint p = s.now.mapping.toDevice(CPoint(x, y));
+    if (VectorDevice* const page = s.page()) {
+        page->fillRect({p.x, p.y, saturated(Wide{p.x} + 1), saturated(Wide{p.y} + 1)},
+                       s.fillStyle(CBrush(color)));
+        return 1;
+    }
+    const PixelPainter painter = s.painter();
+    if (!s.surface().bits || !painter.visible(p.x, p.y))
+        return 0;
+    std::uint32_t& pixel = s.surface().row(p.y)[p.x];
+    pixel = PixelOperation::of(s.now.rop2, s.pixel(color))(pixel);
+    return 1;
+}
+
+COLORREF CDC::GetPixel(int x, int y) const
+{
+    const CPoint p = state_->now.mapping.toDevice(CPoint(x, y));
+    const PixelSurface surface = state_->surface();
+    if (!surface.bits || p.x < 0 || p.y < 0 || p.x >= surface.width || p.y >= surface.height)
+        return CLR_INVALID;
+    return colorOf(surface.row(p.y)[p.x]);
+}
+
+}  // namespace pavane

@@ -1,0 +1,260 @@
+#include "platform/core/CDC_state.h"
+#include "platform/core/dib.h"
+#include "platform/core/pixel_rounding.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <limits>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// The drawing mode that combines source and old pixel as a raster operation does; 0 for none.
+int modeOf(unsigned rop)
+{
+    switch (rop) {
+    case SRCCOPY:
+        return R2_COPYPEN;
+    case SRCPAINT:
+        return R2_MERGEPEN;
+    case SRCAND:
+        return R2_MASKPEN;
+    case SRCINVERT:
+        return R2_XORPEN;
+    default:
+        return 0;
+    }
+}
+
+/// One axis of a stretched picture: the device pixels that it covers and the cell each shows.
+struct StretchedAxis {
+    int first = 0;  ///< visible pixels first .. last-1
+    int last = 0;
+    std::vector<int> cells;  ///< of each visible pixel; -1 outside the source
+    StretchedAxis(int at, int size, int source, int sourceSize, int sourceLimit, int low, int high)
+    {
+        const std::int64_t length = std::abs(std::int64_t{size});
+        const std::int64_t cellCount = std::abs(std::int64_t{sourceSize});
+        if (length == 0 || cellCount == 0)
+            return;
+        // a negative size runs from the start towards smaller pixels
+        const std::int64_t begin = size > 0 ? at : std::int64_t{at} - length + 1;
+        first = static_cast<int>(std::clamp<std::int64_t>(begin, low, high));
+        last = static_cast<int>(std::clamp<std::int64_t>(begin + length, low, high));
+        cells.reserve(static_cast<std::size_t>(last - first));
+        for (int p = first; p < last; ++p) {
+            const std::int64_t i = size > 0 ? std::int64_t{p} - at : std::int64_t{at} - p;
+            std::int64_t cell = sampledCell(i, cellCount, length);
+            cell = sourceSize > 0 ? source + cell : source + sourceSize + (cellCount - 1 - cell);
+            cells.push_back(cell >= 0 && cell < sourceLimit ? static_cast<int>(cell) : -1);
+        }
+    }
+};
+
+/// Paints a stretched picture; fetch(column, row) gives the pixel of a source cell.
+template <class Fetch>
+void paintStretched(const PixelPainter& painter, const PixelSurface& surface,
+                    const StretchedAxis& xs, const StretchedAxis& ys, int mode, Fetch fetch)
+{
+    for (int y = ys.first; y < ys.last; ++y) {
+        const int row = ys.cells[static_cast<std::size_t>(y - ys.first)];
+        if (row < 0)
+            continue;
+        painter.clipped(y, xs.first, xs.last, [&](int, int a, int b) {
+            std::uint32_t* const pixels = surface.row(y);
+            for (int x = a; x < b; ++x) {
+                const int column = xs.cells[static_cast<std::size_t>(x - xs.first)];
+                if (column < 0)
+                    continue;
+                const std::uint32_t source = fetch(column, row);
+                pixels[x] = mode == R2_COPYPEN ? source & 0xFFFFFF
+                                               : PixelOperation::of(mode, source)(pixels[x]);
+            }
+        });
+    }
+}
+
+/// Size of a picture in device units; its sign is kept.
+int deviceLength(int from, int length, bool isX, const Mapping& mapping)
+{
+    const CPoint a(isX ? from : 0, isX ? 0 : from);
+    const int to = saturated(Wide{from} + length);
+    const CPoint b(isX ? to : 0, isX ? 0 : to);
+    const CPoint p = mapping.toDevice(a);
+    const CPoint q = mapping.toDevice(b);
+    return saturated(isX ? Wide{q.x} - p.x : Wide{q.y} - p.y);
+}
+
+}  // namespace
+
+int CDC::BitBlt(int x, int y, int width, int height, const CDC* source, int sx, int sy,
+                unsigned rop)
+{
+    if (!modeOf(rop))
+        return PatBlt(x, y, width, height, rop);
+    if (width < 1 || height < 1)
+        return 0;
+    return StretchBlt(x, y, width, height, source, sx, sy, width, height, rop);
+}
+
+int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int sx, int sy,
+                    int sWidth, int sHeight, unsigned rop)
+{
+    State& s = *state_;
+    const int mode = modeOf(rop);
+    const PixelSurface from = source ? source->state_->surface() : PixelSurface{};
+    if (!s.backend || !from.bits || !mode)
+        return 0;
+    const Mapping& mapping = source->state_->now.mapping;
+    const CPoint start = mapping.toDevice(CPoint(sx, sy));
+    const CPoint at = s.now.mapping.toDevice(CPoint(x, y));
+    const int w = deviceLength(x, width, true, s.now.mapping);
+    const int h = deviceLength(y, height, false, s.now.mapping);
+    const int sw = deviceLength(sx, sWidth, true, mapping);
+    const int sh = deviceLength(sy, sHeight, false, mapping);
+    const PixelSurface to = s.surface();
+    const CRect limits = to.bits ? s.painter().bounds() : CRect();
+    if (VectorDevice* const page = s.page()) {
+        // the visible part of the source, where it lands
+        const CRect whole(0, 0, from.width, from.height);
+        const CRect part(start.x, start.y, saturated(Wide{start.x} + sw),
+                         saturated(Wide{start.y} + sh));
+        CRect seen;
+        if (w < 1 || h < 1 || sw < 1 || sh < 1 || !seen.IntersectRect(whole, part))
+            return 0;
+        std::vector<std::uint32_t> copy;
+        for (int row = seen.top; row < seen.bottom; ++row)
+            copy.insert(copy.end(), from.row(row) + seen.left, from.row(row) + seen.right);
+        const CRect target(at.x + MulDiv(seen.left - part.left, w, sw),
+                           at.y + MulDiv(seen.top - part.top, h, sh),
+                           at.x + MulDiv(seen.right - part.left, w, sw),
+                           at.y + MulDiv(seen.bottom - part.top, h, sh));
+        page->image(target, {copy.data(), seen.Width(), seen.Height()});
+        return 1;
+    }
+    const StretchedAxis xs(at.x, w, start.x, sw, from.width, limits.left, limits.right);
+    const StretchedAxis ys(at.y, h, start.y, sh, from.height, limits.top, limits.bottom);
+    if (from.bits != to.bits) {
+        paintStretched(s.painter(), to, xs, ys, mode,
+                       [&](int column, int row) { return from.row(row)[column]; });
+        return 1;
+    }
+    // within one surface the source is read before anything is written
+    const auto seen = std::minmax_element(ys.cells.begin(), ys.cells.end());
+    if (ys.cells.empty() || *seen.second < 0)
+        return 1;
+    const int top = std::max(0, *seen.first);
+    const std::vector<std::uint32_t> copy(from.row(top), from.row(*seen.second) + from.width);
+    paintStretched(s.painter(), to, xs, ys, mode, [&](int column, int row) {
+        return copy[static_cast<std::size_t>((row - top) * from.stride + column)];
+    });
+    return 1;
+}
+
+int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int sWidth, int sHeight,
+                       const void* bits, const void* header, unsigned usage, unsigned rop)
+{
+    State& s = *state_;
+    DIBView dib;
+    const int mode = modeOf(rop);
+    if (!s.backend || !mode || !readDIB(header, bits, dib))
+        return 0;
+    std::uint32_t colors[256] = {};
+    for (int i = 0; i < dib.tableSize; ++i) {
+        if (usage == DIB_PAL_COLORS)
+            colors[i] = s.pixel(PALETTEINDEX(dib.table[2 * i] | dib.table[2 * i + 1] << 8));
+        else
+            colors[i] = pixelOf(RGB(dib.table[4 * i + 2], dib.table[4 * i + 1], dib.table[4 * i]));
+    }
+    const auto fetch = [&](int column, int row) -> std::uint32_t {
+        const unsigned char* const line = dib.row(row);
+        if (dib.bitCount == 8)
+            return colors[line[column]];
+        const unsigned char* const p = line + 4 * static_cast<std::size_t>(column);
+        return pixelOf(RGB(p[2], p[1], p[0]));
+    };
+    const CPoint at = s.now.mapping.toDevice(CPoint(x, y));
+    const int w = deviceLength(x, width, true, s.now.mapping);
+    const int h = deviceLength(y, height, false, s.now.mapping);
+    // Deliberate: rows of a bottom-up bitmap are counted from its last one
+    const Wide upper = dib.bottomUp ? Wide{dib.height} - sy - sHeight : Wide{sy};
+    const int top = saturated(upper);
+    if (VectorDevice* const page = s.page()) {
+        const StretchedAxis xs(0, std::abs(sWidth), sx, w < 0 ? -sWidth : sWidth, dib.width, 0,
+                               dib.width);
+        const StretchedAxis ys(0, std::abs(sHeight), top, h < 0 ? -sHeight : sHeight, dib.height, 0,
+                               dib.height);
+        std::vector<std::uint32_t> copy;
+        for (const int row : ys.cells) {
+            for (const int column : xs.cells)
+                copy.push_back(row < 0 || column < 0 ? 0xFFFFFF : fetch(column, row));
+        }
+        if (!copy.empty())
+            page->image({w < 0 ? at.x + w : at.x, h < 0 ? at.y + h : at.y, w < 0 ? at.x : at.x + w,
+                         h < 0 ? at.y : at.y + h},
+                        {copy.data(), xs.last, ys.last});
+        return dib.height;
+    }
+    const PixelSurface to = s.surface();
+    if (!to.bits)
+        return 0;
+    const CRect limits = s.painter().bounds();
+    const StretchedAxis xs(at.x, w, sx, sWidth, dib.width, limits.left, limits.right);
+    const StretchedAxis ys(at.y, h, top, sHeight, dib.height, limits.top, limits.bottom);
+    paintStretched(s.painter(), to, xs, ys, mode, fetch);
+    return dib.height;
+}
+
+int CDC::ScrollDC(int dx, int dy, const CRect* scroll, const CRect* clip, CRgn* region,
+                  CRect* update)
+{
+    State& s = *state_;
+    const PixelSurface surface = s.surface();
+    if (!surface.bits)
+        return 0;
+    const CRect whole = s.deviceRect();
+    CRect inside = clip ? s.deviceBox(*clip) : whole;
+    CRect moved = scroll ? s.deviceBox(*scroll) : whole;
+    (void)inside.IntersectRect(inside, whole);  // an empty one moves nothing
+    (void)moved.IntersectRect(moved, inside);
+    const int shiftX = deviceLength(0, dx, true, s.now.mapping);
+    const int shiftY = deviceLength(0, dy, false, s.now.mapping);
+
+    const auto shifted = [&](const CRect& r) {
+        return CRect(saturated(Wide{r.left} + shiftX), saturated(Wide{r.top} + shiftY),
+                     saturated(Wide{r.right} + shiftX), saturated(Wide{r.bottom} + shiftY));
+    };
+    CRect target;
+    if (target.IntersectRect(shifted(moved), inside)) {
+        const std::vector<std::uint32_t> copy(surface.row(moved.top),
+                                              surface.row(moved.bottom - 1) + surface.width);
+        const PixelPainter painter = s.painter();
+        for (int y = target.top; y < target.bottom; ++y) {
+            painter.clipped(y, target.left, target.right, [&](int, int a, int b) {
+                const auto from = (y - shiftY - moved.top) * surface.stride + a - shiftX;
+                std::memmove(surface.row(y) + a, copy.data() + from,
+                             static_cast<std::size_t>(b - a) * sizeof(std::uint32_t));
+            });
+        }
+    }
+    // uncovered: what moved away and was not painted again
+    CRgn away;
+    CRgn painted;
+    CRgn uncovered;
+    if ((shiftX != 0 || shiftY != 0) && (scroll || clip)) {
+        away.CreateRectRgn(moved.left, moved.top, moved.right, moved.bottom);
+        painted.CreateRectRgn(target.left, target.top, target.right, target.bottom);
+        uncovered.CombineRgn(away, painted, RGN_DIFF);
+    }
+    if (region)
+        *region = uncovered;
+    if (update)
+        uncovered.GetRgnBox(*update);
+    return 1;
+}
+
+}  // namespace pavane

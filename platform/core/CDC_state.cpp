@@ -1,0 +1,132 @@
+#include "platform/core/CDC_state.h"
+
+#include "platform/core/pixel_rounding.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+CRect CDC::State::deviceRect() const
+{
+    const CSize size = backend ? backend->size() : CSize{};
+    return {0, 0, size.cx, size.cy};
+}
+
+Region CDC::State::visibleRegion() const
+{
+    const Region whole(deviceRect());
+    return now.clip ? Region::combined(whole, now.clip->region, RGN_AND) : whole;
+}
+
+void CDC::State::setClip(Region region)
+{
+    const auto clip = std::make_shared<CRgn::Data>();
+    clip->region = std::move(region);
+    now.clip = clip;
+    clipChanged = true;
+}
+
+std::uint32_t CDC::State::pixel(COLORREF color) const
+{
+    if (color >> 24 != 1)
+        return pixelOf(color);
+    PALETTEENTRY entry;
+    (void)GetPaletteEntries(now.palette, static_cast<int>(color & 0xFFFF), 1,
+                            &entry);  // none: black
+    return pixelOf(RGB(entry.peRed, entry.peGreen, entry.peBlue));
+}
+
+CRect CDC::State::deviceBox(const CRect& logical) const
+{
+    const CPoint a = now.mapping.toDevice(logical.TopLeft());
+    const CPoint b = now.mapping.toDevice(logical.BottomRight());
+    CRect box(a.x, a.y, b.x, b.y);
+    box.NormalizeRect();
+    return box;
+}
+
+CRect CDC::State::filledBox(const CRect& logical) const
+{
+    const CPoint a = now.mapping.toDevice(logical.TopLeft());
+    const CPoint b = now.mapping.toDevice(logical.BottomRight());
+    CRect box(a.x, a.y, b.x, b.y);
+    if (a.x > b.x) {
+        box.left = saturated(Wide{b.x} + 1);
+        box.right = saturated(Wide{a.x} + 1);
+    }
+    if (a.y > b.y) {
+        box.top = saturated(Wide{b.y} + 1);
+        box.bottom = saturated(Wide{a.y} + 1);
+    }
+    return box;
+}
+
+int CDC::State::penWidth() const
+{
+    const int width = now.pen.width();
+    return std::max(1, now.mapping.isPlain() ? width : now.mapping.lengthX(width));
+}
+
+Ink CDC::State::inkOf(const CBrush& brush, int rop2) const
+{
+    Ink ink;
+    ink.operation = PixelOperation::of(rop2, pixel(brush.color()));
+    if (brush.kind() == CBrush::Kind::hatched) {
+        ink.hatch = brush.hatch();
+        ink.fillsGaps = now.bkMode == OPAQUE;
+        ink.gaps = PixelOperation::of(rop2, pixel(now.bkColor));
+    }
+    return ink;
+}
+
+WideLine& CDC::State::wideLineOf(int width)
+{
+    if (!wideLine || wideLineWidth != width) {
+        wideLine.emplace(width);
+        wideLineWidth = width;
+    }
+    return *wideLine;
+}
+
+VectorDevice* CDC::State::vector()
+{
+    if (!backend)
+        return nullptr;
+    VectorDevice* device = backend->page();
+    if (!device) {
+        if (!soft && graphicsHook() && surface().bits && surface().width > 0)
+            soft = graphicsHook()->softDevice(surface());
+        device = soft.get();
+    }
+    if (device && clipChanged) {
+        device->setClip(now.clip.get());
+        clipChanged = false;
+    }
+    return device;
+}
+
+bool CDC::State::drawsVectors()
+{
+    if (!backend)
+        return false;
+    if (backend->page())
+        return true;
+    return now.smooth && now.rop2 == R2_COPYPEN && vector() != nullptr;
+}
+
+StrokeStyle CDC::State::strokeStyle() const
+{
+    // a pen of no width is a hairline: one pixel, on a page half of one
+    const int scale = backend->scale();
+    const bool hairline = penWidth() <= 1;
+    const double width = hairline ? (scale > 1 ? 0.5 * scale : 1.0) : penWidth();
+    return {now.pen.style(), width, pixel(now.pen.color())};
+}
+
+FillStyle CDC::State::fillStyle(const CBrush& brush) const
+{
+    return {brush.kind(), brush.hatch(), pixel(brush.color())};
+}
+
+}  // namespace pavane

@@ -1,0 +1,37 @@
+#include "platform/core/DeviceBackend.h"
+#include "platform/picture.h"
+
+#include <new>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int greatestSide = 32768;
+
+}  // namespace
+
+CPicture::CPicture(int width, int height)
+{
+    if (width < 1 || height < 1 || width > greatestSide || height > greatestSide)
+        return;
+    // a vector has no other way to say that memory ran out
+    try {
+        pixels_.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                       0xFFFFFF);
+    } catch (const std::bad_alloc&) {
+        return;
+    }
+    width_ = width;
+    height_ = height;
+}
+
+std::unique_ptr<CDC> CPicture::dc()
+{
+    return std::make_unique<CDC>(
+        std::make_unique<SurfaceBackend>(PixelSurface{pixels_.data(), width_, height_, width_}));
+}
+
+}  // namespace pavane

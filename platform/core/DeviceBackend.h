@@ -1,0 +1,107 @@
+#pragma once
+
+#include "platform/core/CRgn_data.h"
+#include "platform/core/PixelPainter.h"
+
+#include <memory>
+#include <string_view>
+
+namespace pavane
+{
+
+/// A pen or brush for a vector device, colours resolved to 0x00RRGGBB.
+struct StrokeStyle {
+    int style = PS_NULL;
+    double width = 1;  ///< device units
+    std::uint32_t color = 0;
+};
+struct FillStyle {
+    CBrush::Kind kind = CBrush::Kind::hollow;
+    int hatch = 0;
+    std::uint32_t color = 0;
+};
+
+/// Pixels of a picture for a vector device, 0x00RRGGBB, top row first.
+struct ImageView {
+    const std::uint32_t* bits = nullptr;
+    int width = 0;
+    int height = 0;
+};
+
+/// What can draw shapes between the pixels: a page, or a picture whose strokes have soft edges.
+/// Coordinates are device units; a whole number is the centre of a pixel for strokes, and the edge
+/// between two for `fillRect` and `image`.
+class PAVANE_API VectorDevice
+{
+public:
+    virtual ~VectorDevice();
+    /// Limits what follows to `clip`, or to the whole device when it is null.
+    virtual void setClip(const CRgn::Data* clip) = 0;
+    virtual void polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen) = 0;
+    virtual void polygon(const CPointF* points, std::size_t count, bool winding,
+                         const StrokeStyle& pen, const FillStyle& brush) = 0;
+    /// The ellipse around `centre`; radii to the middle of its line.
+    virtual void ellipse(CPointF centre, double radiusX, double radiusY, const StrokeStyle& pen,
+                         const FillStyle& brush) = 0;
+    virtual void fillRect(const CRect& rect, const FillStyle& brush) = 0;
+    virtual void image(const CRect& target, const ImageView& image) = 0;
+    /// Top left corner of the first cell at `at`, turned around it by the font's escapement.
+    virtual void text(CPoint at, std::string_view text, const LOGFONT& font,
+                      std::uint32_t color) = 0;
+};
+
+/// A font at a size in device units.
+class PAVANE_API TextFace
+{
+public:
+    virtual ~TextFace();
+    virtual const TEXTMETRIC& metrics() const = 0;
+    /// Width of a line in whole device units; the sum of its characters' widths.
+    virtual int width(std::string_view text) const = 0;
+};
+
+/// What the backend with fonts adds to the core; one for the process.
+class PAVANE_API GraphicsHook
+{
+public:
+    virtual ~GraphicsHook();
+    /// The face for a font in device units; it lives as long as the hook. `onPage`: not fitted to a
+    /// pixel grid.
+    virtual const TextFace& face(const LOGFONT& font, bool onPage) = 0;
+    /// A device that draws on `surface`, which has to outlive it.
+    virtual std::unique_ptr<VectorDevice> softDevice(const PixelSurface& surface) = 0;
+};
+
+/// Installs the hook (null removes it) and returns the one before. Without one glyphs are left out
+/// and widths are estimated.
+PAVANE_API GraphicsHook* setGraphicsHook(GraphicsHook* hook);
+GraphicsHook* graphicsHook();
+
+/// What a device context draws on: pixels, or vectors.
+class PAVANE_API DeviceBackend
+{
+public:
+    virtual ~DeviceBackend();
+    /// Width and height in device units.
+    virtual CSize size() const = 0;
+    /// Device units to a pixel of 96 per inch.
+    virtual int scale() const { return 1; }
+    /// The pixels; without bits on a page.
+    virtual PixelSurface surface() const { return {}; }
+    /// The page; null on a pixel device.
+    virtual VectorDevice* page() { return nullptr; }
+};
+
+/// Draws on pixels that someone else owns.
+class SurfaceBackend : public DeviceBackend
+{
+public:
+    explicit SurfaceBackend(const PixelSurface& surface) : surface_(surface) {}
+    CSize size() const override { return {surface_.width, surface_.height}; }
+    PixelSurface surface() const override { return surface_; }
+
+private:
+    PixelSurface surface_;
+};
+
+}  // namespace pavane
