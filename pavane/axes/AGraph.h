@@ -1,0 +1,62 @@
+#pragma once
+
+#include "pavane/axes/TMinMax.h"
+#include "platform/api.h"
+#include "platform/geometry.h"
+#include "platform/types.h"
+
+namespace pavane
+{
+
+class ABAxis;
+class CDC;
+
+/// One data set drawn inside an axis: a curve, points, a histogram, a colour map, contours.
+///
+/// A graph belongs to one axis, which asks it for its range, calls it to draw and deletes it; make
+/// graphs with new. It draws through the conversions and primitives of its axis.
+class PAVANE_API AGraph
+{
+public:
+    /// Registers with `axis` (when not null): by addChild, or with a non-zero `asItem` by
+    /// addChildItem. From then on the axis owns the graph.
+    AGraph(ABAxis* axis, int asItem);
+    /// A copy knows the same axis but is not registered with it: who copies owns the copy.
+    AGraph(const AGraph&) = default;
+    AGraph& operator=(const AGraph&) = default;
+    virtual ~AGraph();
+
+    /// Non-zero when the graph draws contour levels; and how many.
+    virtual int isLevels() const;
+    virtual int getNLevels() const;
+    /// Non-zero when the graph colours by palette; how many colours, the first palette index of
+    /// them and the step from one to the next.
+    virtual int isColors() const;
+    virtual int getNColors() const;
+    virtual int getFirstColor() const;
+    virtual int getPlusColor() const;
+    /// The y title that the graph proposes, put into `name`, which is returned; unchanged when the
+    /// graph has none.
+    virtual CString& getOY(CString& name) const;
+    /// Titles that the graph proposes for x, y and z, empty for none. They may hold the markers of
+    /// AB2DAxis.
+    virtual CString GetOXName() const;
+    virtual CString GetOYName() const;
+    virtual CString GetOZName() const;
+    /// Non-zero when the graph has a header line of this index; and the line.
+    virtual int hasHeaderText(int index) const;
+    virtual CString getHeaderText(int index) const;
+    /// The range of the data (RP); a direction without finite values stays unset.
+    virtual void getMinMax(TMinMax& range) const;
+    /// Draws into `dc`, or into the raster of the axis when that is in bitmap mode. `rect` is the
+    /// rectangle of the whole picture, `range` that of the axis.
+    virtual void draw(CDC& dc, CRect& rect, TMinMax& range);
+
+    /// The axis that owns the graph; null for none.
+    ABAxis* axis() const { return axis_; }
+
+private:
+    ABAxis* axis_ = nullptr;
+};
+
+}  // namespace pavane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/api.h"
+
+namespace pavane
+{
+
+// Sizes that all axes share. They divide: the font height is at most 1/30 of the plot at first, a
+// cross marker reaches fHeight / 6 to each side. A divisor below 1 counts as 1 where it is used.
+
+/// Divisor of fHeight for point markers; 6 at first.
+PAVANE_API int GetPartPointHeight();
+PAVANE_API void SetPartPointHeight(int part);
+/// Divisor of the picture's size for the font height; 30 at first.
+PAVANE_API int GetPartFontHeight();
+PAVANE_API void SetPartFontHeight(int part);
+/// Divisor of fHeight for cross markers; 6 at first.
+PAVANE_API int GetPartCrossHeight();
+PAVANE_API void SetPartCrossHeight(int part);
+
+}  // namespace pavane
