@@ -36,7 +36,8 @@ ADIBase::ADIBase(AFile& file)
     if (whole) {
         cover(rect);
         const std::int64_t bytes = std::int64_t{height_} * scanWidth_;
-        if (bytes > file.left()) {
+        const bool isInverted = rect.left > rect.right || rect.top > rect.bottom;
+        if (bytes > file.left() || (bytes == 0 && !isInverted)) {
             cover(CRect(0, 0, -1, -1));
             whole = 0;
         } else {
