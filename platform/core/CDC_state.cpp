@@ -95,8 +95,12 @@ VectorDevice* CDC::State::vector()
         return nullptr;
     VectorDevice* device = backend->page();
     if (!device) {
-        if (!soft && graphicsHook() && surface().bits && surface().width > 0)
-            soft = graphicsHook()->softDevice(surface());
+        if (softMaker != graphicsHook()) {
+            softMaker = graphicsHook();
+            const bool canDraw = softMaker && surface().bits && surface().width > 0;
+            soft = canDraw ? softMaker->softDevice(surface()) : nullptr;
+            clipChanged = true;
+        }
         device = soft.get();
     }
     if (device && clipChanged) {

@@ -46,8 +46,9 @@ struct CDC::State {
     Settings now;
     std::vector<Settings> saved;
     std::unique_ptr<VectorDevice> soft;
-    bool clipChanged = true;  ///< the vector device has not been told
-    std::vector<Span> spans;  ///< reused from call to call
+    GraphicsHook* softMaker = nullptr;  ///< soft is of no use without it
+    bool clipChanged = true;            ///< the vector device has not been told
+    std::vector<Span> spans;            ///< reused from call to call
     std::vector<Span> outline;
     PolygonScanner scanner;
     std::optional<WideLine> wideLine;

@@ -4,6 +4,7 @@
 #include "platform/core/PixelPainter.h"
 
 #include <memory>
+#include <string>
 #include <string_view>
 
 namespace pavane
@@ -58,6 +59,9 @@ public:
     virtual const TEXTMETRIC& metrics() const = 0;
     /// Width of a line in whole device units; the sum of its characters' widths.
     virtual int width(std::string_view text) const = 0;
+    /// Height of an em, and the names of this and of like families, for a page that keeps its text.
+    virtual double emHeight() const = 0;
+    virtual CString family() const = 0;
 };
 
 /// What the backend with fonts adds to the core; one for the process.
@@ -70,6 +74,8 @@ public:
     virtual const TextFace& face(const LOGFONT& font, bool onPage) = 0;
     /// A device that draws on `surface`, which has to outlive it.
     virtual std::unique_ptr<VectorDevice> softDevice(const PixelSurface& surface) = 0;
+    /// The bytes of a PNG file of `image`; empty when memory runs out.
+    virtual std::string pngOf(const ImageView& image, int dpi) = 0;
 };
 
 /// Installs the hook (null removes it) and returns the one before. Without one glyphs are left out

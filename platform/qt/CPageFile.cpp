@@ -1,0 +1,119 @@
+#include "platform/core/SvgDevice.h"
+#include "platform/picture.h"
+#include "platform/qt/file_output.h"
+#include "platform/qt/PainterDevice.h"
+#include "platform/qt/QtGraphics.h"
+
+#include <algorithm>
+#include <new>
+#include <QBuffer>
+#include <QPageSize>
+#include <QPdfWriter>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int greatestSide = 32768;
+constexpr int greatestScale = 48;
+
+/// What a page draws on until its file is written.
+class PageBackend : public DeviceBackend
+{
+public:
+    PageBackend(CSize size, int scale, VectorDevice* device)
+        : size_(size), scale_(scale), device_(device)
+    {
+    }
+    CSize size() const override { return size_; }
+    int scale() const override { return scale_; }
+    VectorDevice* page() override { return device_; }
+
+private:
+    CSize size_;
+    int scale_;
+    VectorDevice* device_;
+};
+
+}  // namespace
+
+/// Members in the order of need: the context draws on the device, which writes to the buffer.
+struct CPageFile::Data {
+    QBuffer buffer;
+    std::unique_ptr<QPdfWriter> pdf;
+    std::unique_ptr<PainterDevice> painter;
+    std::unique_ptr<SvgDevice> svg;
+    std::unique_ptr<CDC> dc;
+};
+
+CPageFile::CPageFile(Format format, int width, int height, const CString& title, int scale)
+    : data_(std::make_unique<Data>())
+{
+    width = std::clamp(width, 1, greatestSide);
+    height = std::clamp(height, 1, greatestSide);
+    scale = std::clamp(scale, 1, greatestScale);
+    const CSize size{width * scale, height * scale};
+    VectorDevice* device = nullptr;
+    const auto hook = dynamic_cast<QtGraphics*>(graphicsHook());
+    if (format == Format::svg) {
+        data_->svg = std::make_unique<SvgDevice>(size, scale, title);
+        device = data_->svg.get();
+    } else if (hook) {
+        data_->buffer.open(QIODevice::WriteOnly);
+        data_->pdf = std::make_unique<QPdfWriter>(&data_->buffer);
+        data_->pdf->setPageSize(QPageSize(QSizeF(width * 0.75, height * 0.75), QPageSize::Point,
+                                          QString(), QPageSize::ExactMatch));
+        data_->pdf->setPageMargins(QMarginsF(0, 0, 0, 0));
+        data_->pdf->setResolution(96 * scale);
+        data_->pdf->setTitle(textOf(title));
+        data_->pdf->setCreator(QStringLiteral("pavane"));
+        data_->painter =
+            std::make_unique<PainterDevice>(data_->pdf.get(), size, scale, hook->fonts());
+        device = data_->painter.get();
+    }
+    data_->dc = device ? std::make_unique<CDC>(std::make_unique<PageBackend>(size, scale, device))
+                       : std::make_unique<CDC>();
+}
+
+CPageFile::~CPageFile() = default;
+
+CDC& CPageFile::dc() { return *data_->dc; }
+
+int CPageFile::Close(const CString& file, CString& error)
+{
+    error.clear();
+    data_->dc = std::make_unique<CDC>();  // the page takes nothing more
+    if (data_->svg) {
+        const std::string text = data_->svg->finished();
+        data_->svg.reset();
+        return writeWhole(file, text, error);
+    }
+    if (!data_->painter || !data_->painter->finish()) {
+        error = "The page could not be drawn";
+        return 0;
+    }
+    data_->painter.reset();
+    data_->pdf.reset();
+    const QByteArray& bytes = data_->buffer.data();
+    return writeWhole(file, {bytes.constData(), static_cast<std::size_t>(bytes.size())}, error);
+}
+
+int SavePNG(const CPicture& picture, const CString& file, CString& error, int dpi)
+{
+    error.clear();
+    if (picture.width() < 1 || !graphicsHook()) {
+        error = "There is no picture to write";
+        return 0;
+    }
+    const std::string png =
+        graphicsHook()->pngOf({picture.row(0), picture.width(), picture.height()}, dpi);
+    if (png.empty()) {
+        error = "Out of memory";
+        return 0;
+    }
+    return writeWhole(file, png, error);
+}
+
+}  // namespace pavane

@@ -1,0 +1,269 @@
+#include "platform/qt/PainterDevice.h"
+
+#include "platform/core/pixel_rounding.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// A painter slows down with the square of a curve's points; this many at a time cost least.
+constexpr std::size_t pointsAtOnce = 500;
+/// From line to line of a hatch, in pixels.
+constexpr double hatchSpacing = 8;
+/// Strokes go through the middle of a unit.
+constexpr double middle = 0.5;
+
+QColor qtColor(std::uint32_t pixel) { return QColor::fromRgb(pixel | 0xFF000000u); }
+
+QPolygonF qtPoints(const std::vector<CPointF>& points)
+{
+    QPolygonF polygon;
+    polygon.reserve(static_cast<qsizetype>(points.size()));
+    for (const CPointF& p : points)
+        polygon.append({p.x + middle, p.y + middle});
+    return polygon;
+}
+
+QRectF qtRect(const CRect& r)
+{
+    return {double(r.left), double(r.top), double(r.right) - r.left, double(r.bottom) - r.top};
+}
+
+}  // namespace
+
+PainterDevice::PainterDevice(const PixelSurface& surface, FontTable& fonts)
+    : fonts_(fonts), size_{surface.width, surface.height}, surface_(surface),
+      alias_(reinterpret_cast<uchar*>(surface.bits), surface.width, surface.height,
+             static_cast<qsizetype>(surface.stride) * 4, QImage::Format_RGB32)
+{
+    painter_.begin(&alias_);
+    painter_.setRenderHint(QPainter::Antialiasing);
+}
+
+PainterDevice::PainterDevice(QPaintDevice* page, CSize size, int scale, FontTable& fonts)
+    : fonts_(fonts), size_(size), scale_(scale), onPage_(true)
+{
+    painter_.begin(page);
+    painter_.setRenderHint(QPainter::LosslessImageRendering);
+}
+
+void PainterDevice::setClip(const CRgn::Data* clip)
+{
+    if (!clip)
+        return painter_.setClipping(false);
+    const CRect whole(0, 0, size_.cx, size_.cy);
+    const CRect box = clip->region.box();
+    if (!clip->polygon.empty()) {
+        std::vector<CPointF> exact;
+        for (const CPoint& p : clip->polygon)
+            exact.push_back({double(p.x) - middle, double(p.y) - middle});
+        QPainterPath path;
+        path.setFillRule(clip->winding ? Qt::WindingFill : Qt::OddEvenFill);
+        path.addPolygon(qtPoints(clippedPolygon(exact.data(), exact.size(), reach(1))));
+        path.closeSubpath();
+        return painter_.setClipPath(path);
+    }
+    if (clip->region.kind() != COMPLEXREGION) {
+        CRect inside;
+        (void)inside.IntersectRect(box, whole);  // an empty one hides everything
+        return painter_.setClipRect(qtRect(inside));
+    }
+    QRegion region;
+    for (const Region::Band& band : clip->region.bands()) {
+        const Run* const runs = clip->region.runs(band);
+        for (std::size_t i = 0; i < band.count; ++i) {
+            CRect r(runs[i].a, band.top, runs[i].b, band.bottom);
+            if (r.IntersectRect(r, whole))
+                region += QRect(r.left, r.top, r.Width(), r.Height());
+        }
+    }
+    painter_.setClipRegion(region);
+}
+
+/// Everything that can be seen, and a margin for the pen; painters fail on far coordinates.
+BoxF PainterDevice::reach(double penWidth) const
+{
+    const double margin = 2 * penWidth + 16;
+    return {-margin, -margin, size_.cx + margin, size_.cy + margin};
+}
+
+QPen PainterDevice::qtPen(const StrokeStyle& pen, double distance) const
+{
+    const DashPattern pattern = dashPattern(pen.style);
+    QPen made(qtColor(pen.color), pen.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    if (pattern.count == 0)
+        return made;
+    // lengths keep their proportion to wide lines; Qt counts in pen widths
+    const double unit = scale_ * std::max(1.0, pen.width / scale_) / pen.width;
+    QList<qreal> lengths;
+    for (int i = 0; i < pattern.count; ++i)
+        lengths.append(pattern.lengths[i] * unit);
+    made.setDashPattern(lengths);
+    made.setCapStyle(Qt::FlatCap);
+    made.setDashOffset(std::fmod(distance / pen.width, pattern.period() * unit));
+    return made;
+}
+
+void PainterDevice::strokeCurve(const CPointF* points, std::size_t count, const StrokeStyle& pen)
+{
+    if (pen.style == PS_NULL)
+        return;
+    const bool dashed = dashPattern(pen.style).count != 0;
+    for (const CurvePiece& piece : clippedCurve(points, count, reach(pen.width))) {
+        const QPolygonF polygon = qtPoints(piece.points);
+        const auto total = static_cast<std::size_t>(polygon.size());
+        double distance = piece.distance;
+        painter_.setPen(qtPen(pen, distance));
+        for (std::size_t at = 0; at + 1 < total; at += pointsAtOnce) {
+            const std::size_t length = std::min(pointsAtOnce + 1, total - at);
+            if (dashed && at > 0)
+                painter_.setPen(qtPen(pen, distance));
+            painter_.drawPolyline(polygon.constData() + at, static_cast<int>(length));
+            for (std::size_t i = at + 1; dashed && i < at + length; ++i) {
+                const QPointF step =
+                    polygon[static_cast<qsizetype>(i)] - polygon[static_cast<qsizetype>(i) - 1];
+                distance += std::hypot(step.x(), step.y());
+            }
+        }
+        clearTopBytes(polygon.boundingRect().adjusted(-pen.width - 1, -pen.width - 1, pen.width + 1,
+                                                      pen.width + 1));
+    }
+}
+
+void PainterDevice::polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen)
+{
+    strokeCurve(points, count, pen);
+}
+
+/// Fills a path; hatches are drawn as lines through it, so that a page has no tile of pixels.
+void PainterDevice::fillPath(const QPainterPath& path, const FillStyle& brush)
+{
+    if (brush.kind == CBrush::Kind::hollow)
+        return;
+    if (brush.kind == CBrush::Kind::solid) {
+        painter_.fillPath(path, qtColor(brush.color));
+        return clearTopBytes(path.boundingRect());
+    }
+    const QRectF box = path.boundingRect();
+    painter_.save();
+    painter_.setClipPath(path, Qt::IntersectClip);
+    painter_.setPen(qtPen({PS_SOLID, 0.75 * scale_, brush.color}, 0));
+    const std::vector<CPointF> ends = hatchLines(
+        brush.hatch, {box.left(), box.top(), box.right(), box.bottom()}, hatchSpacing * scale_);
+    for (std::size_t i = 0; i + 1 < ends.size(); i += 2)
+        painter_.drawLine(QPointF(ends[i].x, ends[i].y), QPointF(ends[i + 1].x, ends[i + 1].y));
+    painter_.restore();
+    clearTopBytes(box);
+}
+
+void PainterDevice::polygon(const CPointF* points, std::size_t count, bool winding,
+                            const StrokeStyle& pen, const FillStyle& brush)
+{
+    QPainterPath path;
+    path.setFillRule(winding ? Qt::WindingFill : Qt::OddEvenFill);
+    path.addPolygon(qtPoints(clippedPolygon(points, count, reach(pen.width))));
+    path.closeSubpath();
+    fillPath(path, brush);
+    if (pen.style == PS_NULL || count == 0)
+        return;
+    const bool isNear = std::all_of(points, points + count, [&](const CPointF& p) {
+        const BoxF box = reach(pen.width);
+        return p.x >= box.left && p.x <= box.right && p.y >= box.top && p.y <= box.bottom;
+    });
+    if (isNear && count <= pointsAtOnce) {
+        // whole, so that the last corner is joined as the others are
+        painter_.strokePath(path, qtPen(pen, 0));
+        clearTopBytes(path.boundingRect().adjusted(-pen.width - 1, -pen.width - 1, pen.width + 1,
+                                                   pen.width + 1));
+        return;
+    }
+    std::vector<CPointF> closed(points, points + count);
+    closed.push_back(points[0]);
+    strokeCurve(closed.data(), closed.size(), pen);
+}
+
+void PainterDevice::ellipse(CPointF centre, double radiusX, double radiusY, const StrokeStyle& pen,
+                            const FillStyle& brush)
+{
+    const BoxF box = reach(pen.width);
+    if (centre.x + radiusX < box.left || centre.x - radiusX > box.right ||
+        centre.y + radiusY < box.top || centre.y - radiusY > box.bottom)
+        return;
+    QPainterPath path;
+    constexpr double farthest = 1 << 20;  // painters fail on far coordinates
+    path.addEllipse(QPointF(centre.x + middle, centre.y + middle), std::min(radiusX, farthest),
+                    std::min(radiusY, farthest));
+    fillPath(path, brush);
+    if (pen.style == PS_NULL)
+        return;
+    painter_.strokePath(path, qtPen(pen, 0));
+    clearTopBytes(
+        path.boundingRect().adjusted(-pen.width - 1, -pen.width - 1, pen.width + 1, pen.width + 1));
+}
+
+void PainterDevice::fillRect(const CRect& rect, const FillStyle& brush)
+{
+    CRect visible;
+    if (!visible.IntersectRect(rect, {-1, -1, size_.cx + 1, size_.cy + 1}))
+        return;
+    QPainterPath path;
+    path.addRect(qtRect(visible));
+    fillPath(path, brush);
+}
+
+void PainterDevice::image(const CRect& target, const ImageView& image)
+{
+    const QImage view(reinterpret_cast<const uchar*>(image.bits), image.width, image.height,
+                      static_cast<qsizetype>(image.width) * 4, QImage::Format_RGB32);
+    painter_.drawImage(qtRect(target), view, QRectF(view.rect()));
+    clearTopBytes(qtRect(target));
+}
+
+void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, std::uint32_t color)
+{
+    // far outside there is nothing to see, and painters fail there
+    constexpr int farthest = 1 << 20;
+    if (std::abs(at.x) > farthest || std::abs(at.y) > farthest)
+        return;
+    const QtFace& face = fonts_.face(font, onPage_);
+    painter_.setPen(qtColor(color));
+    painter_.setFont(face.font());
+    const double width = face.width(text);
+    const double height = face.metrics().tmHeight;
+    const QTransform before = painter_.transform();
+    if (font.lfEscapement != 0) {
+        painter_.translate(at.x, at.y);
+        painter_.rotate(-font.lfEscapement / 10.0);
+        painter_.drawText(QPointF(0, face.ascent()), textOf(text));
+    } else {
+        painter_.drawText(QPointF(at.x, double(at.y) + face.ascent()), textOf(text));
+    }
+    QRectF painted(-height, -height, width + 2 * height,
+                   3 * height);  // glyphs may leave their cells
+    painted = font.lfEscapement != 0 ? painter_.transform().mapRect(painted)
+                                     : painted.translated(at.x, at.y);
+    painter_.setTransform(before);
+    clearTopBytes(painted);
+}
+
+/// Pictures keep the byte above the colour zero; painters set it.
+void PainterDevice::clearTopBytes(const QRectF& painted)
+{
+    if (onPage_)
+        return;
+    const QRectF visible = painted & QRectF(0, 0, size_.cx, size_.cy);
+    const int right = std::min(size_.cx, nearestInt(visible.right() + 1));
+    const int bottom = std::min(size_.cy, nearestInt(visible.bottom() + 1));
+    for (int y = std::max(0, nearestInt(visible.top() - 1)); y < bottom; ++y) {
+        std::uint32_t* const row = surface_.row(y);
+        for (int x = std::max(0, nearestInt(visible.left() - 1)); x < right; ++x)
+            row[x] &= 0xFFFFFF;
+    }
+}
+
+}  // namespace pavane

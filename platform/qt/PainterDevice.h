@@ -1,0 +1,53 @@
+#pragma once
+
+#include "platform/core/clip_geometry.h"
+#include "platform/qt/fonts.h"
+
+#include <memory>
+#include <QImage>
+#include <QPainter>
+#include <QPainterPath>
+
+namespace pavane
+{
+
+/// Draws vectors through a painter: on a page, or with soft edges on a picture.
+class PainterDevice : public VectorDevice
+{
+public:
+    /// On a picture, which has to live longer.
+    PainterDevice(const PixelSurface& surface, FontTable& fonts);
+    /// On a page of `size` units, `scale` of them to a pixel. `page` lives longer.
+    PainterDevice(QPaintDevice* page, CSize size, int scale, FontTable& fonts);
+    /// Whether the painter could begin.
+    bool isActive() const { return painter_.isActive(); }
+    /// Ends drawing; nothing may follow. Non-zero on success.
+    int finish() { return painter_.end(); }
+
+    void setClip(const CRgn::Data* clip) override;
+    void polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen) override;
+    void polygon(const CPointF* points, std::size_t count, bool winding, const StrokeStyle& pen,
+                 const FillStyle& brush) override;
+    void ellipse(CPointF centre, double radiusX, double radiusY, const StrokeStyle& pen,
+                 const FillStyle& brush) override;
+    void fillRect(const CRect& rect, const FillStyle& brush) override;
+    void image(const CRect& target, const ImageView& image) override;
+    void text(CPoint at, std::string_view text, const LOGFONT& font, std::uint32_t color) override;
+
+private:
+    QPen qtPen(const StrokeStyle& pen, double distance) const;
+    BoxF reach(double penWidth) const;
+    void fillPath(const QPainterPath& path, const FillStyle& brush);
+    void strokeCurve(const CPointF* points, std::size_t count, const StrokeStyle& pen);
+    void clearTopBytes(const QRectF& painted);
+
+    FontTable& fonts_;
+    CSize size_;
+    int scale_ = 1;
+    bool onPage_ = false;
+    PixelSurface surface_;
+    QImage alias_;  ///< before painter_: the painter has to end first
+    QPainter painter_;
+};
+
+}  // namespace pavane

@@ -1,0 +1,149 @@
+#include "platform/qt/fonts.h"
+
+#include "platform/core/pixel_rounding.h"
+
+#include <algorithm>
+#include <QFontMetricsF>
+#include <QRawFont>
+#include <QtEndian>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Names of the desktop's own faces; all stand for the common sans-serif one.
+QString familyOf(QString name, bool& bold)
+{
+    if (name.endsWith(QLatin1String(" Bold"), Qt::CaseInsensitive)) {
+        name.chop(5);
+        bold = true;
+    }
+    static const char* const plain[] = {"",       "MS Sans Serif", "MS Shell Dlg", "Tahoma",
+                                        "System", "Helv",          "Helvetica"};
+    for (const char* other : plain) {
+        if (name.compare(QLatin1String(other), Qt::CaseInsensitive) == 0)
+            return QStringLiteral("Arial");
+    }
+    return name;
+}
+
+/// Parts of an em, from the tables of the font file.
+struct CellShape {
+    double ascent = 1854.0 / 2048;
+    double descent = 434.0 / 2048;
+    double height() const { return ascent + descent; }
+};
+
+CellShape cellShapeOf(const QFont& font)
+{
+    CellShape shape;
+    const QRawFont raw = QRawFont::fromFont(font);
+    const QByteArray os2 = raw.fontTable("OS/2");
+    const QByteArray head = raw.fontTable("head");
+    if (os2.size() < 78 || head.size() < 20)
+        return shape;
+    const double unitsPerEm = qFromBigEndian<quint16>(head.constData() + 18);
+    const double ascent = qFromBigEndian<quint16>(os2.constData() + 74);
+    const double descent = qFromBigEndian<quint16>(os2.constData() + 76);
+    if (unitsPerEm > 0 && ascent + descent > 0)
+        shape = {ascent / unitsPerEm, descent / unitsPerEm};
+    return shape;
+}
+
+/// How often the letters a to z and the blank occur, in thousandths.
+constexpr int letterWeights[] = {64, 14, 27, 35, 100, 20, 14, 42, 63, 3, 6,  35, 20, 56,
+                                 56, 17, 4,  49, 56,  71, 31, 10, 18, 3, 18, 2,  166};
+
+}  // namespace
+
+QString textOf(std::string_view text)
+{
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QtFace::QtFace(const LOGFONT& wanted, bool onPage)
+{
+    bool bold = wanted.lfWeight >= 600;
+    font_.setFamily(familyOf(textOf(wanted.lfFaceName), bold));
+    font_.setBold(bold);
+    font_.setItalic(wanted.lfItalic != 0);
+    font_.setUnderline(wanted.lfUnderline != 0);
+    font_.setStrikeOut(wanted.lfStrikeOut != 0);
+    font_.setKerning(false);
+    font_.setStyleStrategy(QFont::NoSubpixelAntialias);
+    font_.setHintingPreference(onPage ? QFont::PreferNoHinting : QFont::PreferFullHinting);
+    font_.setPixelSize(16);
+
+    const CellShape cell = cellShapeOf(font_);
+    constexpr int greatestHeight = 20000;
+    const int asked = std::clamp(wanted.lfHeight, -greatestHeight, greatestHeight);
+    const double em = asked > 0 ? asked / cell.height() : -asked;
+    font_.setPixelSize(std::max(1, nearestInt(em)));
+    metrics_.tmHeight = asked > 0 ? asked : nearestInt(em * cell.height());
+    metrics_.tmAscent = nearestInt(metrics_.tmHeight * cell.ascent / cell.height());
+    metrics_.tmDescent = metrics_.tmHeight - metrics_.tmAscent;
+    metrics_.tmWeight = bold ? FW_BOLD : FW_NORMAL;
+
+    const QFontMetricsF measured(font_);
+    for (int c = 0; c < 128; ++c)
+        ascii_[c] = measured.horizontalAdvance(QChar(c));
+    double sum = 0;
+    for (int i = 0; i < 27; ++i)
+        sum += letterWeights[i] * ascii_[i < 26 ? 'a' + i : ' '];
+    metrics_.tmAveCharWidth = std::max(1, nearestInt(sum / 1000));
+    metrics_.tmMaxCharWidth = std::max(1, nearestInt(measured.maxWidth()));
+}
+
+double QtFace::characterWidth(char32_t c) const
+{
+    const auto known = others_.find(c);
+    if (known != others_.end())
+        return known->second;
+    const double width = QFontMetricsF(font_).horizontalAdvance(QString::fromUcs4(&c, 1));
+    others_.emplace(c, width);
+    return width;
+}
+
+int QtFace::width(std::string_view text) const
+{
+    double sum = 0;
+    std::size_t i = 0;
+    for (; i < text.size() && static_cast<unsigned char>(text[i]) < 128; ++i)
+        sum += ascii_[static_cast<unsigned char>(text[i])];
+    if (i < text.size()) {
+        for (const char32_t c : textOf(text.substr(i)).toUcs4())
+            sum += c < 128 ? ascii_[c] : characterWidth(c);
+    }
+    return nearestInt(sum);
+}
+
+CString QtFace::family() const
+{
+    const QString asked = font_.family();
+    const QString found = QRawFont::fromFont(font_).familyName();
+    QString names = asked;
+    if (found != asked && !found.isEmpty())
+        names += QStringLiteral(", ") + found;
+    return (names + QStringLiteral(", sans-serif")).toStdString();
+}
+
+const QtFace& FontTable::face(const LOGFONT& font, bool onPage)
+{
+    const auto matches = [&](const Entry& e) {
+        return e.font.lfHeight == font.lfHeight && e.onPage == onPage &&
+               e.font.lfWeight == font.lfWeight && e.font.lfItalic == font.lfItalic &&
+               e.font.lfUnderline == font.lfUnderline && e.font.lfStrikeOut == font.lfStrikeOut &&
+               e.font.lfFaceName == font.lfFaceName;
+    };
+    if (last_ < entries_.size() && matches(entries_[last_]))
+        return *entries_[last_].face;
+    const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
+    last_ = static_cast<std::size_t>(found - entries_.begin());
+    if (found == entries_.end())
+        entries_.push_back({font, onPage, std::make_unique<QtFace>(font, onPage)});
+    return *entries_[last_].face;
+}
+
+}  // namespace pavane

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/core/DeviceBackend.h"
+
+#include <memory>
+#include <QFont>
+#include <QString>
+#include <unordered_map>
+#include <vector>
+
+namespace pavane
+{
+
+/// One font at one size, with what Qt needs to draw it.
+class QtFace : public TextFace
+{
+public:
+    /// `onPage`: without hinting, so that widths are those of the outlines.
+    QtFace(const LOGFONT& font, bool onPage);
+    const TEXTMETRIC& metrics() const override { return metrics_; }
+    int width(std::string_view text) const override;
+    double emHeight() const override { return font_.pixelSize(); }
+    CString family() const override;
+    const QFont& font() const { return font_; }
+    /// From the top of the cell to the line that the letters stand on.
+    int ascent() const { return metrics_.tmAscent; }
+
+private:
+    double characterWidth(char32_t c) const;
+
+    QFont font_;
+    TEXTMETRIC metrics_;
+    double ascii_[128];
+    mutable std::unordered_map<char32_t, double> others_;
+};
+
+/// The faces asked for so far. Made with the application object, gone before it.
+class FontTable
+{
+public:
+    const QtFace& face(const LOGFONT& font, bool onPage);
+
+private:
+    struct Entry {
+        LOGFONT font;
+        bool onPage;
+        std::unique_ptr<QtFace> face;
+    };
+    std::vector<Entry> entries_;
+    std::size_t last_ = 0;
+};
+
+/// Text as Qt has it; bytes that are no UTF-8 become replacement characters.
+QString textOf(std::string_view text);
+
+}  // namespace pavane
