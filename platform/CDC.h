@@ -55,9 +55,9 @@ public:
     int SetPolyFillMode(int mode);
     int SaveDC();
     int RestoreDC(int saved);
-    /// Smooth strokes: with a non-zero value lines that are not along an axis, polygons and ellipses
-    /// are drawn with soft edges where the device can (pictures with a backend; pages always are).
-    /// Off at first: then the pixel rules hold. Returns the value in force before.
+    /// Smooth strokes: with a non-zero value lines that are not along an axis, polygons and
+    /// ellipses are drawn with soft edges where the device can (pictures with a backend; pages
+    /// always are). Off at first: then the pixel rules hold. Returns the value in force before.
     int SetSmooth(int on);
     /// Non-zero when the device draws vectors (a page), so that a caller may send finer curves.
     int IsVector() const;
@@ -109,13 +109,14 @@ public:
                unsigned rop);
     int StretchBlt(int x, int y, int width, int height, const CDC* source, int sx, int sy,
                    int sWidth, int sHeight, unsigned rop);
-    /// Draws a part of a device-independent bitmap; `header` is a bitmap-info block (size 40 or more,
-    /// little-endian, colour table behind it, read as `usage` says), `bits` its scan lines padded to
-    /// 4 bytes. 8 and 32 bits per pixel. Source y counts from the bottom row of a bottom-up bitmap.
+    /// Draws a part of a device-independent bitmap; `header` is a bitmap-info block (size 40 or
+    /// more, little-endian, colour table behind it, read as `usage` says), `bits` its scan lines
+    /// padded to 4 bytes. 8 and 32 bits per pixel. Source y counts from the bottom row of a
+    /// bottom-up bitmap.
     int StretchDIBits(int x, int y, int width, int height, int sx, int sy, int sWidth, int sHeight,
                       const void* bits, const void* header, unsigned usage, unsigned rop);
-    /// Shifts what is in `scroll` (all when null) by dx, dy inside `clip`; `update` gets the box and
-    /// `region` the pixels that were uncovered (both may be null).
+    /// Shifts what is in `scroll` (all when null) by dx, dy inside `clip`; `update` gets the box
+    /// and `region` the pixels that were uncovered (both may be null).
     int ScrollDC(int dx, int dy, const CRect* scroll, const CRect* clip, CRgn* region,
                  CRect* update);
 
@@ -134,4 +135,4 @@ private:
     std::unique_ptr<State> state_;
 };
 
-} // namespace pavane
+}  // namespace pavane

@@ -38,4 +38,4 @@ inline constexpr int FW_NORMAL = 400, FW_BOLD = 700;
 inline constexpr int HORZSIZE = 4, VERTSIZE = 6, HORZRES = 8, VERTRES = 10, BITSPIXEL = 12,
                      LOGPIXELSX = 88, LOGPIXELSY = 90;
 
-} // namespace pavane
+}  // namespace pavane

@@ -50,8 +50,8 @@ private:
     COLORREF color_ = 0xFFFFFF;
 };
 
-/// A font as it is asked for. Height: positive = height of the character cell, negative = em height,
-/// 0 = the default, all in logical units. Angles in tenths of a degree, counter-clockwise.
+/// A font as it is asked for. Height: positive = height of the character cell, negative = em
+/// height, 0 = the default, all in logical units. Angles in tenths of a degree, counter-clockwise.
 struct LOGFONT {
     int lfHeight = 0;
     int lfWidth = 0;
@@ -69,8 +69,8 @@ struct LOGFONT {
     CString lfFaceName;
 };
 
-/// A font. The face is matched by the backend; an unknown one falls back to a sans-serif face of the
-/// same metrics as the common one.
+/// A font. The face is matched by the backend; an unknown one falls back to a sans-serif face of
+/// the same metrics as the common one.
 class PAVANE_API CFont
 {
 public:
@@ -130,4 +130,4 @@ private:
     std::unique_ptr<Data> data_;
 };
 
-} // namespace pavane
+}  // namespace pavane

@@ -96,4 +96,4 @@ struct PAVANE_API CRect {
 /// a * b / c in 64 bits, halves rounded away from zero; -1 when c is 0 or the result is no int.
 PAVANE_API int MulDiv(int a, int b, int c);
 
-} // namespace pavane
+}  // namespace pavane

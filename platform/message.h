@@ -20,4 +20,4 @@ PAVANE_API MessageFunction SetMessageFunction(MessageFunction function);
 /// Everything that a user must know goes through here.
 PAVANE_API int AfxMessageBox(const CString& text, unsigned type = MB_OK);
 
-} // namespace pavane
+}  // namespace pavane

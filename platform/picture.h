@@ -4,14 +4,15 @@
 
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace pavane
 {
 
-/// A picture in memory, 32 bits per pixel 0x00RRGGBB, top row first, white at birth. Owns its pixels;
-/// contexts made by `dc` draw into them while the picture lives. A size below 1, or one beyond
-/// 32768 a side, or no memory, leaves an empty picture of 0 x 0.
+/// A picture in memory, 32 bits per pixel 0x00RRGGBB, top row first, white at birth. Owns its
+/// pixels; contexts made by `dc` draw into them while the picture lives. A size below 1, or one
+/// beyond 32768 a side, or no memory, leaves an empty picture of 0 x 0.
 class PAVANE_API CPicture
 {
 public:
@@ -19,8 +20,9 @@ public:
     CPicture(int width, int height);
     CPicture(const CPicture&) = delete;
     CPicture& operator=(const CPicture&) = delete;
-    CPicture(CPicture&&) noexcept = default;
-    CPicture& operator=(CPicture&&) noexcept = default;
+    /// What was moved from is empty.
+    CPicture(CPicture&& other) noexcept { *this = std::move(other); }
+    CPicture& operator=(CPicture&& other) noexcept;
 
     int width() const { return width_; }
     int height() const { return height_; }
@@ -38,10 +40,9 @@ private:
     std::vector<std::uint32_t> pixels_;
 };
 
-/// Writes the picture as PNG, whole or not at all. Non-zero on success, else 0 and `error` says what
-/// went wrong in one line. `dpi` goes into the file.
-PAVANE_API int SavePNG(const CPicture& picture, const CString& file, CString& error,
-                       int dpi = 96);
+/// Writes the picture as PNG, whole or not at all. Non-zero on success, else 0 and `error` says
+/// what went wrong in one line. `dpi` goes into the file.
+PAVANE_API int SavePNG(const CPicture& picture, const CString& file, CString& error, int dpi = 96);
 
 /// A page that collects vectors until `Close` writes the file, whole or not at all.
 class PAVANE_API CPageFile
@@ -64,4 +65,4 @@ private:
     std::unique_ptr<Data> data_;
 };
 
-} // namespace pavane
+}  // namespace pavane

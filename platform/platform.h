@@ -7,8 +7,8 @@ namespace pavane
 
 /// What the program needs of the window system.
 enum class PlatformUse {
-    pictures, ///< fonts, pictures and pages; no display is asked for
-    windows   ///< windows as well
+    pictures,  ///< fonts, pictures and pages; no display is asked for
+    windows    ///< windows as well
 };
 
 /// Starts the platform; call once, before the first font or picture, from the main thread. A host
@@ -17,4 +17,4 @@ PAVANE_API int InitPlatform(int argc, char** argv, PlatformUse use);
 /// Ends it; also safe when it was never started.
 PAVANE_API void ShutdownPlatform();
 
-} // namespace pavane
+}  // namespace pavane

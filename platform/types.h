@@ -28,4 +28,4 @@ inline constexpr COLORREF CLR_INVALID = 0xFFFFFFFFu;
 struct PaletteObject;
 using HPALETTE = PaletteObject*;
 
-} // namespace pavane
+}  // namespace pavane

@@ -42,11 +42,11 @@ CFont* CDC::SelectObject(CFont* font)
     if (!font)
         return nullptr;
     state_->now.font = font->logFont();
-    // the default font has no size of its own: it is 16 pixels high on every device
-    if (font == stockFont(DEVICE_DEFAULT_FONT) || font == stockFont(SYSTEM_FONT))
-        state_->now.font.lfHeight *= state_->backend ? state_->backend->scale() : 1;
-    else if (font == stockFont(DEFAULT_GUI_FONT))
-        state_->now.font.lfHeight *= state_->backend ? state_->backend->scale() : 1;
+    // stock fonts have the same height in pixels on every device
+    const bool isStock =
+        font == stockFont(DEVICE_DEFAULT_FONT) || font == stockFont(DEFAULT_GUI_FONT);
+    if (isStock && state_->backend)
+        state_->now.font.lfHeight *= state_->backend->scale();
     return std::exchange(state_->now.fontObject, font);
 }
 
@@ -54,9 +54,13 @@ int CDC::SelectObject(CRgn* region) { return SelectClipRgn(region); }
 
 int CDC::SelectStockObject(int index)
 {
-    return SelectObject(stockPen(index)) || SelectObject(stockBrush(index)) ||
-           SelectObject(stockFont(index)) || stockPen(index) || stockBrush(index) ||
-           stockFont(index);
+    CPen* const pen = stockPen(index);
+    CBrush* const brush = stockBrush(index);
+    CFont* const font = stockFont(index);
+    SelectObject(pen);
+    SelectObject(brush);
+    SelectObject(font);
+    return pen || brush || font;
 }
 
 HPALETTE CDC::SelectPalette(HPALETTE palette, int)

@@ -39,13 +39,14 @@ void CDC::FrameRect(const CRect& rect, const CBrush* brush)
         return;
     // a page's line has the width of a hairline
     const int width = std::max(1, state_->backend->scale() / 2);
-    const auto edge = [&](int left, int top, int right, int bottom) {
-        state_->fillArea({left, top, right, bottom}, *brush, R2_COPYPEN);
-    };
-    edge(r.left, r.top, r.left + width, r.bottom);
-    edge(r.right - width, r.top, r.right, r.bottom);
-    edge(r.left, r.top, r.right, r.top + width);
-    edge(r.left, r.bottom - width, r.right, r.bottom);
+    const int right = saturated(std::max<Wide>(r.left, Wide{r.right} - width));
+    const int bottom = saturated(std::max<Wide>(r.top, Wide{r.bottom} - width));
+    const int left = saturated(std::min<Wide>(r.right, Wide{r.left} + width));
+    const int top = saturated(std::min<Wide>(r.bottom, Wide{r.top} + width));
+    state_->fillArea({r.left, r.top, left, r.bottom}, *brush, R2_COPYPEN);
+    state_->fillArea({right, r.top, r.right, r.bottom}, *brush, R2_COPYPEN);
+    state_->fillArea({r.left, r.top, r.right, top}, *brush, R2_COPYPEN);
+    state_->fillArea({r.left, bottom, r.right, r.bottom}, *brush, R2_COPYPEN);
 }
 
 void CDC::InvertRect(const CRect& rect)
@@ -59,6 +60,8 @@ void CDC::DrawFocusRect(const CRect& rect)
     if (rect.IsRectEmpty() || !state_->surface().bits)
         return;
     const CRect box = state_->deviceBox(rect);
+    if (box.IsRectEmpty())
+        return;
     const CPoint corners[5] = {{box.right - 1, box.top},
                                {box.left, box.top},
                                {box.left, box.bottom - 1},

@@ -12,7 +12,8 @@ namespace pavane
 namespace
 {
 
-bool isLevelOrUpright(const std::vector<CPoint>& points)
+template <class Point>
+bool isLevelOrUpright(const std::vector<Point>& points)
 {
     for (std::size_t i = 1; i < points.size(); ++i) {
         if (points[i].x != points[i - 1].x && points[i].y != points[i - 1].y)
@@ -128,7 +129,7 @@ int CDC::PolylineF(const CPointF* points, int count)
     // a point that is not finite parts the curve
     std::vector<CPointF> part;
     const auto draw = [&] {
-        if (part.size() >= 2 && s.drawsVectors()) {
+        if (part.size() >= 2 && s.drawsVectors() && (IsVector() || !isLevelOrUpright(part))) {
             s.vector()->polyline(part.data(), part.size(), s.strokeStyle());
         } else if (part.size() >= 2) {
             std::vector<CPoint> device(part.size());

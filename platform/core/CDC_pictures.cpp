@@ -49,7 +49,7 @@ struct StretchedAxis {
         for (int p = first; p < last; ++p) {
             const std::int64_t i = size > 0 ? std::int64_t{p} - at : std::int64_t{at} - p;
             std::int64_t cell = sampledCell(i, cellCount, length);
-            cell = sourceSize > 0 ? source + cell : source + sourceSize + (cellCount - 1 - cell);
+            cell = sourceSize > 0 ? source + cell : source - 1 - cell;
             cells.push_back(cell >= 0 && cell < sourceLimit ? static_cast<int>(cell) : -1);
         }
     }
@@ -77,6 +77,8 @@ void paintStretched(const PixelPainter& painter, const PixelSurface& surface,
         });
     }
 }
+
+constexpr int magnitude(int v) { return v < 0 ? -v : v; }
 
 /// Size of a picture in device units; its sign is kept.
 int deviceLength(int from, int length, bool isX, const Mapping& mapping)
@@ -129,10 +131,13 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
         std::vector<std::uint32_t> copy;
         for (int row = seen.top; row < seen.bottom; ++row)
             copy.insert(copy.end(), from.row(row) + seen.left, from.row(row) + seen.right);
-        const CRect target(at.x + MulDiv(seen.left - part.left, w, sw),
-                           at.y + MulDiv(seen.top - part.top, h, sh),
-                           at.x + MulDiv(seen.right - part.left, w, sw),
-                           at.y + MulDiv(seen.bottom - part.top, h, sh));
+        const auto placed = [](int from, int offset, int size, int cells) {
+            return saturated(Wide{from} + MulDiv(offset, size, cells));
+        };
+        const CRect target(placed(at.x, seen.left - part.left, w, sw),
+                           placed(at.y, seen.top - part.top, h, sh),
+                           placed(at.x, seen.right - part.left, w, sw),
+                           placed(at.y, seen.bottom - part.top, h, sh));
         page->image(target, {copy.data(), seen.Width(), seen.Height()});
         return 1;
     }
@@ -161,7 +166,8 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
     State& s = *state_;
     DIBView dib;
     const int mode = modeOf(rop);
-    if (!s.backend || !mode || !readDIB(header, bits, dib))
+    constexpr int least = std::numeric_limits<int>::min();
+    if (!s.backend || !mode || sWidth == least || sHeight == least || !readDIB(header, bits, dib))
         return 0;
     std::uint32_t colors[256] = {};
     for (int i = 0; i < dib.tableSize; ++i) {
@@ -184,19 +190,23 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
     const Wide upper = dib.bottomUp ? Wide{dib.height} - sy - sHeight : Wide{sy};
     const int top = saturated(upper);
     if (VectorDevice* const page = s.page()) {
-        const StretchedAxis xs(0, std::abs(sWidth), sx, w < 0 ? -sWidth : sWidth, dib.width, 0,
-                               dib.width);
-        const StretchedAxis ys(0, std::abs(sHeight), top, h < 0 ? -sHeight : sHeight, dib.height, 0,
-                               dib.height);
+        // the cells one by one, mirrored where source and target run against each other
+        const auto axis = [](int start, int size, bool mirrored, int limit) {
+            const int from = mirrored ? saturated(Wide{start} + size) : start;
+            return StretchedAxis(0, magnitude(size), from, mirrored ? -size : size, limit, 0,
+                                 limit);
+        };
+        const StretchedAxis xs = axis(sx, sWidth, w < 0, dib.width);
+        const StretchedAxis ys = axis(top, sHeight, h < 0, dib.height);
         std::vector<std::uint32_t> copy;
         for (const int row : ys.cells) {
             for (const int column : xs.cells)
                 copy.push_back(row < 0 || column < 0 ? 0xFFFFFF : fetch(column, row));
         }
+        CRect target(at.x, at.y, saturated(Wide{at.x} + w), saturated(Wide{at.y} + h));
+        target.NormalizeRect();
         if (!copy.empty())
-            page->image({w < 0 ? at.x + w : at.x, h < 0 ? at.y + h : at.y, w < 0 ? at.x : at.x + w,
-                         h < 0 ? at.y : at.y + h},
-                        {copy.data(), xs.last, ys.last});
+            page->image(target, {copy.data(), xs.last, ys.last});
         return dib.height;
     }
     const PixelSurface to = s.surface();

@@ -133,8 +133,8 @@ int CDC::Rectangle(int left, int top, int right, int bottom)
     CRect box = s.deviceBox({left, top, right, bottom});
     const int width = s.penWidth();
     if (!s.hasPen()) {
-        --box.right;
-        --box.bottom;
+        box.right = saturated(Wide{box.right} - 1);
+        box.bottom = saturated(Wide{box.bottom} - 1);
     } else if (s.now.pen.style() == PS_INSIDEFRAME && width > 1) {
         box = {saturated(Wide{box.left} + width / 2), saturated(Wide{box.top} + width / 2),
                saturated(Wide{box.right} - (width - 1) / 2),
@@ -155,9 +155,8 @@ int CDC::Rectangle(int left, int top, int right, int bottom)
     if (s.hasPen() && width <= 1 && thin) {
         // Deliberate: a box of one pixel has no outline and is left out; a row or column is painted
         // once, so that inverting it twice brings it back.
-        CPen pen = s.now.pen;
         if (box.left + 1 != box.right || box.top + 1 != box.bottom)
-            s.fillArea(box, CBrush(pen.color()), s.now.rop2);
+            s.fillArea(box, CBrush(s.now.pen.color()), s.now.rop2);
         return 1;
     }
     if (!s.surface().bits)

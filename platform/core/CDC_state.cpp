@@ -130,7 +130,8 @@ StrokeStyle CDC::State::strokeStyle() const
 
 FillStyle CDC::State::fillStyle(const CBrush& brush) const
 {
-    return {brush.kind(), brush.hatch(), pixel(brush.color())};
+    return {brush.kind(), brush.hatch(), pixel(brush.color()), now.bkMode == OPAQUE,
+            pixel(now.bkColor)};
 }
 
 }  // namespace pavane

@@ -34,6 +34,16 @@ CPoint turned(CPoint centre, double x, double y, int tenths)
             saturated(Wide{centre.y} + nearestInt(y * c - x * s))};
 }
 
+bool isInside(const TextLayout& layout, const CRect& rect, int lineHeight)
+{
+    for (const TextLine& line : layout.lines) {
+        if (line.at.x < rect.left || line.at.y < rect.top ||
+            Wide{line.at.y} + lineHeight > rect.bottom)
+            return false;
+    }
+    return Wide{rect.left} + layout.width <= rect.right;
+}
+
 }  // namespace
 
 LOGFONT CDC::State::deviceFont() const
@@ -135,14 +145,17 @@ int CDC::DrawText(const CString& text, CRect& rect, unsigned format)
         rect.bottom = saturated(Wide{rect.top} + layout.height);
         return layout.height;
     }
+    // what fits needs no clip, and a page stays free of needless ones
+    const bool fits = s.now.font.lfEscapement == 0 && isInside(layout, rect, height);
+    const bool clips = !(format & DT_NOCLIP) && !fits;
     const std::shared_ptr<const CRgn::Data> clip = s.now.clip;
-    if (!(format & DT_NOCLIP))
+    if (clips)
         IntersectClipRect(rect);
     for (const TextLine& line : layout.lines) {
         if (!line.text.empty())
             s.drawLine(s.now.mapping.toDevice(line.at), line.text);
     }
-    if (!(format & DT_NOCLIP)) {
+    if (clips) {
         s.now.clip = clip;
         s.clipChanged = true;
     }

@@ -28,6 +28,14 @@ CPicture::CPicture(int width, int height)
     height_ = height;
 }
 
+CPicture& CPicture::operator=(CPicture&& other) noexcept
+{
+    pixels_ = std::exchange(other.pixels_, {});
+    width_ = std::exchange(other.width_, 0);
+    height_ = std::exchange(other.height_, 0);
+    return *this;
+}
+
 std::unique_ptr<CDC> CPicture::dc()
 {
     return std::make_unique<CDC>(

@@ -20,6 +20,8 @@ struct FillStyle {
     CBrush::Kind kind = CBrush::Kind::hollow;
     int hatch = 0;
     std::uint32_t color = 0;
+    bool fillsGaps = false;  ///< between the lines of a hatch
+    std::uint32_t gapColor = 0;
 };
 
 /// Pixels of a picture for a vector device, 0x00RRGGBB, top row first.

@@ -78,6 +78,32 @@ std::string base64(const std::string& bytes)
     return out;
 }
 
+/// The image with every pixel as a block, so large that a block has about the size of a pixel of 96
+/// per inch. Many viewers blur what they enlarge, whatever the file says; blocks keep cells sharp.
+struct Enlarged {
+    Enlarged(const ImageView& image, int targetWidth, int targetHeight)
+    {
+        constexpr std::int64_t greatestArea = 1 << 24;
+        const int ratio = std::max(targetWidth / image.width, targetHeight / image.height);
+        int factor = std::clamp(ratio, 1, 64);
+        while (factor > 1 &&
+               std::int64_t{image.width} * image.height * factor * factor > greatestArea)
+            --factor;
+        const int width = image.width * factor;
+        const int height = image.height * factor;
+        pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+        for (int y = 0; y < height; ++y) {
+            const std::uint32_t* const row =
+                image.bits + static_cast<std::ptrdiff_t>(y / factor) * image.width;
+            for (int x = 0; x < image.width; ++x)
+                pixels.insert(pixels.end(), static_cast<std::size_t>(factor), row[x]);
+        }
+        view = {pixels.data(), width, height};
+    }
+    std::vector<std::uint32_t> pixels;
+    ImageView view;
+};
+
 BoxF reachOf(CSize size, double penWidth)
 {
     const double margin = 2 * penWidth + 16;
@@ -97,7 +123,7 @@ SvgDevice::SvgDevice(CSize size, int scale, std::string_view title) : size_(size
     out_ += ' ';
     put(out_, size.cy);
     out_ += "\" stroke-linecap=\"round\" stroke-linejoin=\"round\" fill=\"none\">\n<title>" +
-            escaped(title) + "</title>\n";
+            escaped(title) + "</title>\n<rect width=\"100%\" height=\"100%\" fill=\"#ffffff\"/>\n";
 }
 
 std::string SvgDevice::finished()
@@ -154,7 +180,8 @@ void SvgDevice::begin()
     if (clipPath_.empty())
         return;
     const auto [clip, isNew] = clips_.emplace(clipPath_, static_cast<int>(clips_.size()) + 1);
-    const std::string name = "c" + std::to_string(clip->second);
+    std::string name = std::to_string(clip->second);
+    name.insert(name.begin(), 'c');
     if (isNew)
         out_ += "<clipPath id=\"" + name + "\"><path d=\"" + clipPath_ + "\"/></clipPath>\n";
     out_ += "<g clip-path=\"url(#" + name + ")\">\n";
@@ -190,16 +217,22 @@ void SvgDevice::stroke(const StrokeStyle& pen)
 
 std::string SvgDevice::patternOf(const FillStyle& brush)
 {
-    const std::string key = colorText(brush.color) + std::to_string(brush.hatch);
+    std::string key = colorText(brush.color) + std::to_string(brush.hatch);
+    if (brush.fillsGaps)
+        key += colorText(brush.gapColor);
     const auto [pattern, isNew] = patterns_.emplace(key, static_cast<int>(patterns_.size()) + 1);
-    const std::string name = "h" + std::to_string(pattern->second);
+    std::string name = std::to_string(pattern->second);
+    name.insert(name.begin(), 'h');
     if (!isNew)
         return name;
     const double side = hatchSpacing * scale_;
     out_ += "<pattern id=\"" + name + "\" patternUnits=\"userSpaceOnUse\"";
     attribute(out_, "width", side);
     attribute(out_, "height", side);
-    out_ += "><path stroke=\"" + colorText(brush.color) + "\"";
+    out_ += '>';
+    if (brush.fillsGaps)
+        out_ += "<rect width=\"100%\" height=\"100%\" fill=\"" + colorText(brush.gapColor) + "\"/>";
+    out_ += "<path stroke=\"" + colorText(brush.color) + "\"";
     attribute(out_, "stroke-width", 0.75 * scale_);
     out_ += " d=\"";
     // one tile, with the lines of its neighbours that reach into its corners
@@ -297,7 +330,10 @@ void SvgDevice::fillRect(const CRect& rect, const FillStyle& brush)
 
 void SvgDevice::image(const CRect& target, const ImageView& image)
 {
-    const std::string png = graphicsHook() ? graphicsHook()->pngOf(image, 96) : std::string();
+    if (!graphicsHook() || target.IsRectEmpty() || image.width < 1 || image.height < 1)
+        return;
+    const Enlarged sharp(image, target.Width() / scale_, target.Height() / scale_);
+    const std::string png = graphicsHook()->pngOf(sharp.view, 96);
     if (png.empty())
         return;
     begin();

@@ -150,6 +150,8 @@ void PainterDevice::fillPath(const QPainterPath& path, const FillStyle& brush)
         return clearTopBytes(path.boundingRect());
     }
     const QRectF box = path.boundingRect();
+    if (brush.fillsGaps)
+        painter_.fillPath(path, qtColor(brush.gapColor));
     painter_.save();
     painter_.setClipPath(path, Qt::IntersectClip);
     painter_.setPen(qtPen({PS_SOLID, 0.75 * scale_, brush.color}, 0));
