@@ -1,0 +1,125 @@
+#include "pavane/maps/map_scale.h"
+
+#include "pavane/maps/float_keys.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Where a logarithmic scale starts when its low end is not above 0, as a share of the high end.
+constexpr double logarithmicDepth = 1e-3;
+constexpr std::int64_t sampledCells = std::int64_t{1} << 22;
+constexpr std::size_t keyCount = 65536;
+
+/// How many finite cells of the range have each upper half of a key.
+std::vector<std::int64_t> countKeys(const AMatrixAccess& cells, double low, double high)
+{
+    std::vector<std::int64_t> counts(keyCount);
+    const std::int64_t all = std::int64_t{cells.rows()} * cells.columns();
+    const int step = static_cast<int>(std::max<std::int64_t>(1, all / sampledCells));
+    RowReader reader(cells);
+    for (int r = step / 2; r < cells.rows(); r += step) {
+        const float* row = reader.row(r);
+        for (int c = 0; row && c < cells.columns(); ++c)
+            if (static_cast<double>(row[c]) >= low && static_cast<double>(row[c]) <= high)
+                ++counts[orderedKey(row[c]) >> 16];
+    }
+    return counts;
+}
+
+}  // namespace
+
+void MapScale::setRange(MapScaleKind kind, double low, double high)
+{
+    kind_ = kind;
+    low_ = std::isfinite(low) ? low : 0;
+    high_ = std::isfinite(high) ? high : low_ + 1;
+    if (low_ > high_)
+        std::swap(low_, high_);
+    if (low_ == high_) {
+        const double half = low_ == 0 ? 1 : std::fabs(low_) * 0.5;
+        low_ -= half;
+        high_ += half;
+    }
+    if (kind_ == MapScaleKind::logarithmic && low_ <= 0) {
+        if (high_ > 0)
+            low_ = high_ * logarithmicDepth;
+        else
+            kind_ = MapScaleKind::linear;
+    }
+    for (int i = 0; i <= knotSteps; ++i)
+        knots_[static_cast<std::size_t>(i)] = low_ + (high_ - low_) * i / knotSteps;
+}
+
+int MapScale::equalize(const AMatrixAccess& cells)
+{
+    const std::vector<std::int64_t> counts = countKeys(cells, low_, high_);
+    std::int64_t all = 0;
+    for (const std::int64_t n : counts)
+        all += n;
+    if (all < 1)
+        return 0;
+    std::uint32_t key = 0;
+    std::int64_t below = 0;
+    for (int i = 1; i < knotSteps; ++i) {
+        const double rank = static_cast<double>(all) * i / knotSteps;
+        while (key + 1 < keyCount && static_cast<double>(below + counts[key]) < rank)
+            below += counts[key++];
+        const double share =
+            counts[key] ? (rank - static_cast<double>(below)) / static_cast<double>(counts[key])
+                        : 0;
+        const double from = static_cast<double>(keyValue(key << 16));
+        const double to = static_cast<double>(keyValue(key << 16 | 0xFFFF));
+        const double value = from + (to - from) * share;
+        knots_[static_cast<std::size_t>(i)] =
+            std::clamp(value, knots_[static_cast<std::size_t>(i - 1)], high_);
+    }
+    return 1;
+}
+
+double MapScale::position(double value) const
+{
+    if (!(value >= low_))
+        return 0;
+    if (value >= high_)
+        return 1;
+    const double linear = (value / 2 - low_ / 2) / (high_ / 2 - low_ / 2);
+    switch (kind_) {
+    case MapScaleKind::linear:
+        return linear;
+    case MapScaleKind::squareRoot:
+        return std::sqrt(linear);
+    case MapScaleKind::logarithmic:
+        return std::log(value / low_) / std::log(high_ / low_);
+    case MapScaleKind::equalized:
+        break;
+    }
+    const auto above = std::upper_bound(knots_.begin(), knots_.end(), value);
+    const double step = *above - above[-1];
+    return (static_cast<double>(above - knots_.begin() - 1) + (value - above[-1]) / step) /
+           knotSteps;
+}
+
+double MapScale::value(double position) const
+{
+    if (!(position > 0))
+        return low_;
+    if (position >= 1)
+        return high_;
+    const double square = kind_ == MapScaleKind::squareRoot ? position * position : position;
+    if (kind_ == MapScaleKind::logarithmic)
+        return low_ * std::pow(high_ / low_, position);
+    if (kind_ != MapScaleKind::equalized)
+        return low_ * (1 - square) + high_ * square;
+    const double place = position * knotSteps;
+    const auto i = static_cast<std::size_t>(place);
+    return knots_[i] + (knots_[i + 1] - knots_[i]) * (place - static_cast<double>(i));
+}
+
+}  // namespace pavane

@@ -1,0 +1,239 @@
+#include "pavane/maps/map_picture.h"
+
+#include "pavane/maps/map_statistics.h"
+#include "test_maps.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// What each pixel shows, cell by cell: "0", "1-2", "." for nothing.
+std::string shownCells(const PixelCells& pixels)
+{
+    std::string text;
+    for (int i = 0; i < pixels.pixels(); ++i) {
+        const int group = pixels.groupOf(i);
+        text += i ? " " : "";
+        if (group < 0) {
+            text += ".";
+            continue;
+        }
+        const CellSpan span = pixels.span(group);
+        text += std::to_string(span.first);
+        if (span.end - span.first > 1)
+            text += "-" + std::to_string(span.end - 1);
+    }
+    return text;
+}
+
+/// The greatest finite cell of two spans, minus infinity when there is none.
+float greatestOf(const AMatrix<float>& map, CellSpan rows, CellSpan columns)
+{
+    float greatest = -std::numeric_limits<float>::infinity();
+    for (int r = rows.first; r < rows.end; ++r)
+        for (int c = columns.first; c < columns.end; ++c)
+            if (std::isfinite(map(r, c)))
+                greatest = std::max(greatest, map(r, c));
+    return greatest;
+}
+
+}  // namespace
+
+TEST(PixelCells, ShowCellsAsBlocksAndShareEachCellWithOnePixelOnly)
+{
+    struct Case {
+        double start, step;
+        int pixels, cells;
+        const char* shown;
+    };
+    const Case cases[] = {
+        {-0.5, 1, 4, 4, "0 1 2 3"},          {-0.5, 0.5, 6, 3, "0 0 1 1 2 2"},
+        {2.5, -0.5, 6, 3, "2 2 1 1 0 0"},     // the direction is reversed
+        {-0.75, 0.5, 7, 3, "0 0 1 1 2 2 ."},  // pixel centres on the edges of cells
+        {-0.5, 2, 3, 6, "0-1 2-3 4-5"},      {-0.5, 2.5, 2, 5, "0-1 2-4"},
+        {4.5, -2.5, 2, 5, "2-4 0-1"},        {1.5, 0.5, 4, 10, "2 2 3 3"},  // a part of the map
+        {-3, 1.5, 4, 2, ". . 0-1 ."},
+    };
+    for (const Case& c : cases) {
+        PixelCells pixels;
+        pixels.setLinear(c.start, c.step, c.pixels, c.cells);
+        EXPECT_EQ(shownCells(pixels), c.shown) << c.start << " " << c.step;
+    }
+}
+
+TEST(MapReduction, ShowsTheGreatestCellOfEachPixelOnEveryPath)
+{
+    std::mt19937 random(7);
+    for (int round = 0; round < 120; ++round) {
+        const int rows = 1 + pick(random, 60);
+        const int columns = 1 + pick(random, 300);
+        const AMatrix<float> map = randomMap(rows, columns, pick(random, 1 << 20));
+        PixelCells x, y;
+        const double stepX = (round % 2 ? 1 : -1) * columns / (1.0 + pick(random, 70));
+        const double stepY = rows / (1.0 + pick(random, 40));
+        x.setLinear(round % 2 ? -0.5 : columns - 0.5, stepX, 40, columns);
+        y.setLinear(-0.5, stepY, 30, rows);
+        float least = std::numeric_limits<float>::infinity();
+        for (int r = y.firstCell(); r < y.endCell(); ++r)
+            for (int c = x.firstCell(); c < x.endCell(); ++c)
+                least = std::isfinite(map(r, c)) ? std::min(least, map(r, c)) : least;
+        // a copying access and one without a copy
+        const AFloatMatrixAccess direct(map);
+        const AStridedAccess<float> copied(map.data(), rows, columns, columns, 1, 99);
+        for (const SimdPath path : simdPaths()) {
+            MapReduction reduced;
+            ASSERT_TRUE(
+                reduced.reduce(round % 3 ? static_cast<const AMatrixAccess&>(direct) : copied, x, y,
+                               SharedPixel::greatest, path));
+            EXPECT_EQ(reduced.least(), least);
+            for (int g = 0; g < y.groups(); ++g)
+                for (int h = 0; h < x.groups(); ++h)
+                    ASSERT_EQ(reduced.values()(g, h), greatestOf(map, y.span(g), x.span(h)))
+                        << round << ": " << g << ", " << h;
+        }
+    }
+}
+
+TEST(MapReduction, AveragesWhenAsked)
+{
+    AMatrix<float> map(2, 3);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float cells[] = {1, 2, nan, 3, nan, nan};
+    std::copy_n(cells, 6, map.data());
+    PixelCells x, y;
+    x.setLinear(-0.5, 1.5, 2, 3);
+    y.setLinear(-0.5, 2, 1, 2);
+    MapReduction reduced;
+    ASSERT_TRUE(reduced.reduce(AFloatMatrixAccess(map), x, y, SharedPixel::mean));
+    EXPECT_EQ(reduced.values()(0, 0), 2);  // columns 0; 1 and 2 share the other pixel
+    EXPECT_EQ(reduced.values()(0, 1), 2);
+}
+
+TEST(MapPicture, PaintsTheSamePixelsOnEveryPathAndScale)
+{
+    const AMatrix<float> map = randomMap(70, 90, 3);
+    const AFloatMatrixAccess cells(map);
+    PixelCells x, y;
+    x.setLinear(89.5, -0.31, 300, 90);
+    y.setLinear(-0.5, 1.7, 45, 70);
+    for (const MapScaleKind kind : {MapScaleKind::linear, MapScaleKind::squareRoot,
+                                    MapScaleKind::logarithmic, MapScaleKind::equalized}) {
+        MapScale scale(kind, kind == MapScaleKind::logarithmic ? 0.25 : -3, 6);
+        ASSERT_TRUE(kind != MapScaleKind::equalized || scale.equalize(cells));
+        std::vector<unsigned char> first;
+        for (const SimdPath path : simdPaths()) {
+            MapReduction reduced;
+            ASSERT_TRUE(reduced.reduce(cells, x, y, SharedPixel::greatest, path));
+            std::vector<unsigned char> bits(300 * 45, 250);
+            ASSERT_TRUE(paintMap(reduced, x, y, scale, {}, bits.data(), 300, path));
+            if (first.empty())
+                first = bits;
+            EXPECT_EQ(bits, first);
+        }
+        for (std::size_t i = 0; i < first.size(); ++i) {
+            const int column = x.groupOf(static_cast<int>(i % 300));
+            const int row = y.groupOf(static_cast<int>(i / 300));
+            if (column < 0 || row < 0) {
+                ASSERT_EQ(first[i], 250);
+                continue;
+            }
+            const float value = greatestOf(map, y.span(row), x.span(column));
+            const double place = scale.position(static_cast<double>(value)) * 226;
+            ASSERT_NEAR(first[i], std::isfinite(value) ? std::min(225.0, std::floor(place)) : 229,
+                        std::fabs(place - std::round(place)) < 1e-3 ? 1 : 0);
+        }
+    }
+}
+
+TEST(MapScale, PlacesValuesAndFindsThemAgain)
+{
+    const AMatrix<float> map = randomMap(40, 40, 5);
+    struct Case {
+        MapScaleKind kind;
+        double low, high, value, position;
+    };
+    const Case cases[] = {
+        {MapScaleKind::linear, 0, 4, 1, 0.25},
+        {MapScaleKind::linear, 4, 0, 1, 0.25},  // put in order
+        {MapScaleKind::linear, 5, 5, 5, 0.5},   // widened to 2.5 .. 7.5
+        {MapScaleKind::squareRoot, 0, 4, 1, 0.5},
+        {MapScaleKind::logarithmic, 0.01, 1, 0.1, 0.5},
+        {MapScaleKind::logarithmic, -1, 1, 0.001, 0},    // starts at a thousandth of the high end
+        {MapScaleKind::logarithmic, -2, -1, -1.5, 0.5},  // no logarithm: linear
+        {MapScaleKind::linear, -1.7e308, 1.7e308, 0, 0.5},
+    };
+    for (const Case& c : cases) {
+        const MapScale scale(c.kind, c.low, c.high);
+        EXPECT_NEAR(scale.position(c.value), c.position, 1e-12) << c.low << " " << c.high;
+        EXPECT_NEAR(scale.value(c.position), c.value, 1e-12);
+    }
+    MapScale equal(MapScaleKind::equalized, -4, 4);
+    ASSERT_TRUE(equal.equalize(AFloatMatrixAccess(map)));
+    EXPECT_NEAR(equal.position(0), 0.5, 0.06);
+    for (double place = 0; place <= 1; place += 1.0 / 64)
+        EXPECT_LE(equal.value(place), equal.value(place + 1.0 / 64));
+}
+
+TEST(MapStatistics, FindTheExactRangePeakAndNoise)
+{
+    for (int seed = 0; seed < 40; ++seed) {
+        const AMatrix<float> map = randomMap(1 + seed % 7, 37, seed);
+        const AFloatMatrixAccess cells(map);
+        std::vector<double> finite;
+        for (std::int64_t i = 0; i < map.cells(); ++i)
+            if (std::isfinite(map.data()[i]))
+                finite.push_back(static_cast<double>(map.data()[i]));
+        const auto median = [](std::vector<double>& values) {
+            std::sort(values.begin(), values.end());
+            return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
+        };
+        const double centre = median(finite);
+        for (const SimdPath path : simdPaths()) {
+            const MapRange range = mapRange(cells, path);
+            EXPECT_EQ(range.least, finite.front());
+            EXPECT_EQ(range.greatest, finite.back());
+            EXPECT_EQ(map(range.peakRow, range.peakColumn), static_cast<float>(finite.back()));
+        }
+        const MapNoise noise = mapNoise(cells);
+        EXPECT_EQ(noise.finiteCells, static_cast<std::int64_t>(finite.size()));
+        EXPECT_EQ(noise.median, centre);
+        for (double& value : finite)
+            value = std::fabs(value - centre);
+        EXPECT_NEAR(noise.sigma, 1.4826 * median(finite), 1e-6);
+    }
+}
+
+TEST(MapStatistics, HaveNothingToSayAboutABlankOrEmptyMap)
+{
+    AMatrix<float> blank(3, 4);
+    blank.fill(std::numeric_limits<float>::quiet_NaN());
+    for (const AMatrix<float>& map : {blank, AMatrix<float>()}) {
+        const AFloatMatrixAccess cells(map);
+        EXPECT_TRUE(mapRange(cells).isEmpty());
+        EXPECT_EQ(mapNoise(cells).finiteCells, 0);
+        EXPECT_EQ(mapNoise(cells).sigma, 0);
+    }
+}
+
+TEST(MatrixAccess, ReadsStridedCellsAndTheirBlanks)
+{
+    const short cells[] = {1, 2, 3, 4, -32768, 6};
+    const AStridedAccess<short> transposed(cells, 3, 2, 1, 3, -32768);
+    EXPECT_EQ(transposed.cell(2, 0), 3);
+    EXPECT_EQ(transposed.cell(0, 1), 4);
+    EXPECT_TRUE(std::isnan(transposed.cell(1, 1)));
+    EXPECT_TRUE(std::isnan(transposed.cell(3, 0)));
+    const double wide[] = {1e300, -1e300};
+    const AStridedAccess<double> doubles(wide, 1, 2, 2);
+    EXPECT_EQ(doubles.cell(0, 0), std::numeric_limits<float>::max());
+    EXPECT_EQ(doubles.cell(0, 1), -std::numeric_limits<float>::max());
+}
+
+}  // namespace pavane
