@@ -102,7 +102,7 @@ public:
     void point(const int& x, const int& y, const unsigned long& color);
     void pointCross(const int& x, const int& y, const unsigned long& color);
     void pointCrossInv(const int& x, const int& y, const unsigned long& color);
-    /// A filled square of the size of a cross.
+    /// An upright bar of the height of a cross and half its width.
     void pointBar(const int& x, const int& y, const unsigned long& color);
     /// Palette index of a colour in bitmap mode, the nearest one for colours out of the palette.
     int paletteIndex(COLORREF color) const;
@@ -217,7 +217,9 @@ protected:
 
 private:
     void copyFrom(const ABAxis& other);
-    void markerStroke(int x1, int y1, int x2, int y2);
+    /// Two strokes, each from (left, top) to (right, bottom) without its last pixel.
+    void markerStrokes(const unsigned long& color, const CRect& first, const CRect& second);
+    void markerBlock(const unsigned long& color, const CRect& edgesIncluded);
 };
 
 }  // namespace pavane

@@ -1,0 +1,228 @@
+#include "pavane/axes/ABAxis.h"
+
+#include "pavane/axes/axis_fonts.h"
+#include "pavane/images/ADIBase.h"
+#include "platform/CDC.h"
+#include "tessel/rounding.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace pavane
+{
+namespace
+{
+
+/// Dashes of the raster for the pen styles; 32 steps each.
+int patternOf(int style)
+{
+    switch (style) {
+    case PS_DASH:
+        return 0x0F0F0F0F;
+    case PS_DOT:
+        return 0x33333333;
+    case PS_DASHDOT:
+        return 0x0CFF0CFF;
+    case PS_DASHDOTDOT:
+        return 0x333F333F;
+    case PS_NULL:
+        return 0;
+    default:
+        return -1;
+    }
+}
+
+/// Colour and pattern of the raster for one marker; the former ones come back at the end.
+class RasterPen
+{
+public:
+    RasterPen(ADIBase& dib, int index)
+        : dib_(dib), color_(dib.GetColor()), pattern_(dib.GetLinePattern())
+    {
+        dib_.SetColor(static_cast<short>(index));
+        dib_.SetLinePattern(-1);
+    }
+    RasterPen(const RasterPen&) = delete;
+    RasterPen& operator=(const RasterPen&) = delete;
+    ~RasterPen()
+    {
+        dib_.SetColor(color_);
+        dib_.SetLinePattern(pattern_);
+    }
+
+private:
+    ADIBase& dib_;
+    short color_;
+    int pattern_;
+};
+
+/// A pen selected for as long as this lives.
+class SelectedPen
+{
+public:
+    SelectedPen(CDC& dc, int style, int width, COLORREF color)
+        : pen_(style, width, color), dc_(dc), old_(dc.SelectObject(&pen_))
+    {
+    }
+    SelectedPen(const SelectedPen&) = delete;
+    SelectedPen& operator=(const SelectedPen&) = delete;
+    ~SelectedPen() { dc_.SelectObject(old_); }
+
+private:
+    CPen pen_;
+    CDC& dc_;
+    CPen* old_;
+};
+
+int halfSize(int fHeight, int part)
+{
+    return std::max(1, truncated(static_cast<double>(fHeight) / std::max(part, 1) + 0.5));
+}
+
+}  // namespace
+
+void ABAxis::line(const int& x1, const int& y1, const int& x2, const int& y2)
+{
+    if (isFlagSet(axisBitmapMode)) {
+        if (dib_)
+            dib_->Line(x1, y1, x2, y2);
+        return;
+    }
+    if (!dc_)
+        return;
+    const SelectedPen pen(*dc_, lineStyle_, lineWidth_, color_);
+    dc_->MoveTo(x1, y1);
+    dc_->LineTo(x2, y2);
+}
+
+void ABAxis::lineV(const int& x1, const int& y1, const int& x2, const int& y2)
+{
+    line(x1, y1, x2, y2);
+    if (isFlagSet(axisBitmapMode)) {
+        if (dib_)
+            dib_->SetPixel(x2, y2, static_cast<short>(paletteIndex(color_)));
+    } else if (dc_ && !dc_->IsVector()) {  // a stroke on a page ends at its end point
+        dc_->SetPixelV(x2, y2, color_);
+    }
+}
+
+void ABAxis::markerStrokes(const unsigned long& color, const CRect& first, const CRect& second)
+{
+    const auto wanted = static_cast<COLORREF>(color);
+    if (isFlagSet(axisBitmapMode)) {
+        if (!dib_)
+            return;
+        const RasterPen pen(*dib_, paletteIndex(wanted));
+        dib_->Line(first.left, first.top, first.right, first.bottom);
+        dib_->Line(second.left, second.top, second.right, second.bottom);
+        return;
+    }
+    if (!dc_)
+        return;
+    const SelectedPen pen(*dc_, PS_SOLID, lineWidth_, wanted);
+    for (const CRect& stroke : {first, second}) {
+        dc_->MoveTo(stroke.left, stroke.top);
+        dc_->LineTo(stroke.right, stroke.bottom);
+    }
+}
+
+void ABAxis::pointCross(const int& x, const int& y, const unsigned long& color)
+{
+    const int h = halfSize(fHeight_, GetPartCrossHeight());
+    markerStrokes(color, CRect(x - h, y, x + h + 1, y), CRect(x, y + h, x, y - h - 1));
+}
+
+void ABAxis::pointCrossInv(const int& x, const int& y, const unsigned long& color)
+{
+    const int h = halfSize(fHeight_, GetPartCrossHeight());
+    markerStrokes(color, CRect(x - h, y - h, x + h + 1, y + h + 1),
+                  CRect(x - h, y + h, x + h + 1, y - h - 1));
+}
+
+void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
+{
+    const auto wanted = static_cast<COLORREF>(color);
+    CRect block = edgesIncluded;
+    if (isFlagSet(axisBitmapMode)) {
+        if (dib_)
+            dib_->FillRect(block, static_cast<short>(paletteIndex(wanted)));
+        return;
+    }
+    if (!dc_)
+        return;
+    const CBrush brush(wanted);
+    ++block.right;
+    ++block.bottom;
+    dc_->FillRect(block, &brush);
+}
+
+void ABAxis::point(const int& x, const int& y, const unsigned long& color)
+{
+    const int size = std::max(1, fHeight_ / std::max(GetPartPointHeight(), 1));
+    const int left = x - (size - 1) / 2;
+    const int top = y - (size - 1) / 2;
+    markerBlock(color, CRect(left, top, left + size - 1, top + size - 1));
+}
+
+void ABAxis::pointBar(const int& x, const int& y, const unsigned long& color)
+{
+    const int h = halfSize(fHeight_, GetPartCrossHeight());
+    markerBlock(color, CRect(x - h / 2, y - h, x + h / 2, y + h));
+}
+
+void ABAxis::setLineWidth(int width)
+{
+    lineWidth_ = width;
+    if (dib_ && isFlagSet(axisBitmapMode))
+        dib_->SetLineWidth(static_cast<short>(std::clamp(width, 0, 0x7FFF)));
+}
+
+void ABAxis::setLineStyle(int style)
+{
+    lineStyle_ = style;
+    if (dib_ && isFlagSet(axisBitmapMode))
+        dib_->SetLinePattern(patternOf(style));
+}
+
+void ABAxis::setColor(COLORREF color)
+{
+    color_ = color;
+    if (dib_ && isFlagSet(axisBitmapMode))
+        dib_->SetColor(static_cast<short>(paletteIndex(color)));
+}
+
+HPALETTE ABAxis::BeginPalette()
+{
+    if (!dc_ || !palette_ || !*palette_)
+        return nullptr;
+    const HPALETTE old = dc_->SelectPalette(*palette_, 0);
+    dc_->RealizePalette();
+    return old;
+}
+
+void ABAxis::EndPalette(HPALETTE old)
+{
+    if (!dc_ || !old)
+        return;
+    dc_->SelectPalette(old, 0);
+    dc_->RealizePalette();
+}
+
+int ABAxis::calcFontHeight(CDC& dc, CRect& rect) const
+{
+    const int limit =
+        std::min(rect.Width(), truncated(1.2 * rect.Height())) / std::max(GetPartFontHeight(), 1);
+    const int saved = dc.SaveDC();
+    dc.SelectStockObject(DEVICE_DEFAULT_FONT);
+    TEXTMETRIC metrics;
+    dc.GetTextMetrics(metrics);
+    dc.RestoreDC(saved);
+    return std::min(limit, truncated(std::abs(metrics.tmHeight) * 1.25 + 0.5));
+}
+
+int ABAxis::CreateAxisFont(CFont& font, int height, int bold, double angle)
+{
+    return CreateFont(font, height, bold, angle, bold ? "Arial Bold" : "Arial");
+}
+
+}  // namespace pavane
