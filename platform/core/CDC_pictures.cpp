@@ -49,7 +49,7 @@ struct StretchedAxis {
         for (int p = first; p < last; ++p) {
             const std::int64_t i = size > 0 ? std::int64_t{p} - at : std::int64_t{at} - p;
             std::int64_t cell = sampledCell(i, cellCount, length);
-            cell = sourceSize > 0 ? source + cell : source - 1 - cell;
+            cell = sourceSize > 0 ? source + cell : std::int64_t{source} - 1 - cell;
             cells.push_back(cell >= 0 && cell < sourceLimit ? static_cast<int>(cell) : -1);
         }
     }

@@ -16,6 +16,12 @@ CPointF between(CPointF a, CPointF b, double t)
     return {a.x * (1 - t) + b.x * t, a.y * (1 - t) + b.y * t};
 }
 
+/// Rounding of far coordinates may leave a cut point beside the box.
+CPointF putInside(CPointF p, const BoxF& box)
+{
+    return {std::clamp(p.x, box.left, box.right), std::clamp(p.y, box.top, box.bottom)};
+}
+
 /// Part t0 .. t1 of the segment a, b that is inside, by Liang and Barsky's parametric clipping;
 /// false for none. Halves keep the differences of extreme coordinates finite.
 bool insidePart(CPointF a, CPointF b, const BoxF& box, double& t0, double& t1)
@@ -77,9 +83,10 @@ std::vector<CurvePiece> clippedCurve(const CPointF* points, std::size_t count, c
             goesOn = false;
         } else {
             if (!goesOn || t0 > 0) {
-                pieces.push_back({{t0 > 0 ? between(a, b, t0) : a}, distance + t0 * length});
+                pieces.push_back(
+                    {{t0 > 0 ? putInside(between(a, b, t0), box) : a}, distance + t0 * length});
             }
-            pieces.back().points.push_back(t1 < 1 ? between(a, b, t1) : b);
+            pieces.back().points.push_back(t1 < 1 ? putInside(between(a, b, t1), box) : b);
             goesOn = t1 >= 1;
         }
         distance += length;
@@ -100,6 +107,8 @@ std::vector<CPointF> clippedPolygon(const CPointF* points, std::size_t count, co
     cutSide(kept, scratch, [&](const CPointF& p) { return box.right / 2 - p.x / 2; });
     cutSide(kept, scratch, [&](const CPointF& p) { return p.y / 2 - box.top / 2; });
     cutSide(kept, scratch, [&](const CPointF& p) { return box.bottom / 2 - p.y / 2; });
+    for (CPointF& p : kept)
+        p = putInside(p, box);
     return kept;
 }
 

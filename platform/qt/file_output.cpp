@@ -10,8 +10,15 @@ int writeWhole(const CString& file, std::string_view bytes, CString& error)
 {
     error.clear();
     QSaveFile out(QString::fromUtf8(file.data(), static_cast<qsizetype>(file.size())));
-    const auto size = static_cast<qint64>(bytes.size());
-    if (out.open(QIODevice::WriteOnly) && out.write(bytes.data(), size) == size && out.commit())
+    // unbuffered: a buffer that cannot be written when the file is committed goes unnoticed
+    bool whole = out.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+    while (whole && !bytes.empty()) {
+        const qint64 written = out.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        whole = written > 0;
+        if (whole)
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    if (whole && out.commit())
         return 1;
     error = out.errorString().toStdString();
     out.cancelWriting();
