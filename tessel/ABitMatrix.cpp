@@ -20,7 +20,7 @@ std::size_t bytesOf(std::int64_t words)
     return static_cast<std::size_t>(words) * sizeof(ABitMatrix::Word);
 }
 
-} // namespace
+}  // namespace
 
 ABitMatrix::ABitMatrix(int rows, int columns)
 {
@@ -111,4 +111,4 @@ int ABitMatrix::operator==(const ABitMatrix& other) const
            (!words_ || !std::memcmp(words_, other.words_, bytesOf(rows_ * rowWords_)));
 }
 
-} // namespace pavane
+}  // namespace pavane

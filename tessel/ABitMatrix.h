@@ -65,4 +65,4 @@ private:
     Word* words_ = nullptr;
 };
 
-} // namespace pavane
+}  // namespace pavane

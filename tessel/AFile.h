@@ -29,7 +29,7 @@ public:
     virtual ~AFile();
 
     /// Opens `name` (UTF-8 path), closing an open file first. 0 when it cannot be opened, when it
-    /// is a directory, or when `mode` allows neither reading nor writing.
+    /// is a folder or a pipe, or when `mode` allows neither reading nor writing.
     int open(const std::string& name, int mode);
     /// Flushes and closes. 0 when a delayed write failed; the file is closed all the same.
     int close();
@@ -50,8 +50,11 @@ public:
     std::int64_t left() const;
 
 private:
+    enum class Use { none, reading, writing };
+    int turnTo(Use use);
     std::FILE* file_ = nullptr;
     std::string name_;
+    Use lastUse_ = Use::none;
 };
 
-} // namespace pavane
+}  // namespace pavane

@@ -46,7 +46,8 @@ public:
         if (rows < 1 || columns < 1)
             return 0;
         const std::int64_t wanted = std::int64_t{rows} * columns;
-        if (wanted > std::numeric_limits<std::int64_t>::max() / static_cast<std::int64_t>(sizeof(T)))
+        if (wanted >
+            std::numeric_limits<std::int64_t>::max() / static_cast<std::int64_t>(sizeof(T)))
             return 0;
         data_ = static_cast<T*>(allocateLarge(wanted * static_cast<std::int64_t>(sizeof(T))));
         if (!data_)
@@ -83,4 +84,4 @@ private:
     T* data_ = nullptr;
 };
 
-} // namespace pavane
+}  // namespace pavane

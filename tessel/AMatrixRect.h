@@ -12,4 +12,4 @@ struct AMatrixRect {
     int lastColumn = -1;
 };
 
-} // namespace pavane
+}  // namespace pavane

@@ -21,17 +21,17 @@ struct FitsMap {
 /// Called now and then with the fraction done, 0 to 1; answer 0 to give up.
 using ProgressFunction = std::function<int(double)>;
 
-/// Reads the first HDU of `file` that holds an image of two axes or more. Further axes longer than 1
-/// need `plane`, counted from 0 over all of them (-1: the first plane, and only when there is just
-/// one). Tile-compressed images are read as well. `file` is a plain name, never an extended-syntax
-/// expression. Non-zero on success; else 0, `map` is empty and `error` says in one line what is
-/// wrong, without the file's name.
+/// Reads the first HDU of `file` that holds an image of two axes or more. Further axes longer than
+/// 1 need `plane`, counted from 0 over all of them (-1: the first plane, and only when there is
+/// just one). Tile-compressed images are read as well. `file` is a plain name, never an
+/// extended-syntax expression. Non-zero on success; else 0, `map` is empty and `error` says in one
+/// line what is wrong, without the file's name.
 PAVANE_API int readFitsMap(const std::string& file, int plane, FitsMap& map, std::string& error,
                            const ProgressFunction& progress = {});
 
 /// Writes `mask` as a primary image of four axes and 32-bit floats 0.0 and 1.0 with the coordinate
-/// header of `like`; axes 3 and 4 that it lacks become FREQ and STOKES of length 1. The file appears
-/// under its name only when it is whole. Non-zero on success, else 0 and `error` as above.
+/// header of `like`; axes 3 and 4 that it lacks become FREQ and STOKES of length 1. The file
+/// appears under its name only when it is whole. Non-zero on success, else 0 and `error` as above.
 PAVANE_API int writeFitsMask(const std::string& file, const ABitMatrix& mask, const MapHeader& like,
                              std::string& error);
 
@@ -39,4 +39,4 @@ PAVANE_API int writeFitsMask(const std::string& file, const ABitMatrix& mask, co
 PAVANE_API int writeFitsMap(const std::string& file, const AMatrix<float>& cells,
                             const MapHeader& header, std::string& error);
 
-} // namespace pavane
+}  // namespace pavane

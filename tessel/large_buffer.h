@@ -13,4 +13,4 @@ namespace pavane
 PAVANE_API void* allocateLarge(std::int64_t bytes);
 PAVANE_API void freeLarge(void* buffer);
 
-} // namespace pavane
+}  // namespace pavane

@@ -24,4 +24,4 @@ constexpr int saturatedSum(long long base, long long offset)
     return static_cast<int>(sum < least ? least : sum > greatest ? greatest : sum);
 }
 
-} // namespace pavane
+}  // namespace pavane

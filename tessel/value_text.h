@@ -18,10 +18,10 @@ PAVANE_API std::string valToStr(double value);
 PAVANE_API std::string valToStr(double value, int digits);
 /// `value` with exactly `decimals` digits after the point, as %.*f (0 to 30 decimals).
 PAVANE_API std::string nValToStr(double value, int decimals);
-/// Reads a number from the start of `text`, blanks before it skipped. Non-zero when there is one and
-/// only blanks follow it; else 0 and `value` is left alone.
+/// Reads a number from the start of `text`, blanks before it skipped. Non-zero when there is one
+/// and only blanks follow it; else 0 and `value` is left alone.
 PAVANE_API int stoval(std::string_view text, double& value);
 /// The same for whole numbers in the range of int.
 PAVANE_API int stoval(std::string_view text, int& value);
 
-} // namespace pavane
+}  // namespace pavane

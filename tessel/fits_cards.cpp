@@ -1,0 +1,167 @@
+#include "tessel/fits_cards.h"
+
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int cardLength = 80;
+constexpr int fileAxes = 4;
+/// Digits that read back to the same double.
+constexpr int doubleDigits = 17;
+
+std::string card(const std::string& key, const std::string& value)
+{
+    std::string text = key;
+    text.resize(8, ' ');
+    text += "= " + value;
+    text.resize(cardLength, ' ');
+    return text;
+}
+
+/// A number in capitals with a point, to the right of the fixed field when it fits.
+std::string numberCard(const std::string& key, double value)
+{
+    std::string text = valToStr(std::isfinite(value) ? value : 0.0, doubleDigits);
+    const std::size_t e = text.find('e');
+    if (text.find('.') == std::string::npos)
+        text.insert(std::min(e, text.size()), ".0");
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    constexpr std::size_t field = 20;
+    if (text.size() < field)
+        text.insert(0, field - text.size(), ' ');
+    return card(key, text);
+}
+
+/// A text in quotes; what is not printable ASCII becomes '?', and it is cut to a card.
+std::string textCard(const std::string& key, const std::string& value)
+{
+    constexpr std::size_t most = 68;
+    std::string quoted;
+    for (const char c : value) {
+        const std::string part = c == '\'' ? "''" : std::string(1, c >= ' ' && c <= '~' ? c : '?');
+        if (quoted.size() + part.size() > most)
+            break;
+        quoted += part;
+    }
+    quoted.resize(std::max<std::size_t>(quoted.size(), 8), ' ');
+    return card(key, "'" + quoted + "'");
+}
+
+void appendAxis(int number, const MapAxis& axis, std::vector<std::string>& cards)
+{
+    const std::string n = std::to_string(number);
+    cards.push_back(textCard("CTYPE" + n, axis.ctype));
+    cards.push_back(numberCard("CRVAL" + n, axis.crval));
+    cards.push_back(numberCard("CDELT" + n, axis.cdelt));
+    cards.push_back(numberCard("CRPIX" + n, axis.crpix));
+    cards.push_back(numberCard("CROTA" + n, axis.crota));
+    if (!axis.cunit.empty())
+        cards.push_back(textCard("CUNIT" + n, axis.cunit));
+}
+
+void appendText(const std::string& key, const std::string& value, std::vector<std::string>& cards)
+{
+    if (!value.empty())
+        cards.push_back(textCard(key, value));
+}
+
+/// Cards of a header that was made, not read.
+std::vector<std::string> madeCards(const MapHeader& header)
+{
+    std::vector<std::string> cards;
+    for (int i = 0; i < std::min<int>(fileAxes, static_cast<int>(header.axes.size())); ++i)
+        appendAxis(i + 1, header.axes[static_cast<std::size_t>(i)], cards);
+    appendText("OBJECT", header.object, cards);
+    appendText("TELESCOP", header.telescope, cards);
+    appendText("DATE-OBS", header.dateObs, cards);
+    if (header.equinox > 0)
+        cards.push_back(numberCard("EQUINOX", header.equinox));
+    return cards;
+}
+
+/// The greatest axis number that a keyword such as CRPIX3 or PC3_1 names, 0 for none.
+int axisOf(const std::string& text)
+{
+    int greatest = 0;
+    int number = 0;
+    for (const char c : text.substr(0, 8)) {
+        number = std::isdigit(static_cast<unsigned char>(c)) ? number * 10 + (c - '0') : 0;
+        greatest = std::max(greatest, number);
+    }
+    return greatest;
+}
+
+/// The map's own cards, with the plane that was read as the only one.
+std::vector<std::string> keptCards(const MapHeader& header)
+{
+    std::vector<int> pixels(header.axes.size(), 0);
+    int plane = header.plane;
+    for (std::size_t i = 2; i < header.axes.size(); ++i) {
+        pixels[i] = plane % std::max(header.axes[i].length, 1);
+        plane /= std::max(header.axes[i].length, 1);
+    }
+    std::vector<std::string> cards;
+    for (const std::string& text : header.coordinateCards) {
+        const int axis = axisOf(text);
+        const std::size_t i = static_cast<std::size_t>(std::max(axis - 1, 0));
+        if (axis > fileAxes)
+            continue;
+        if (text.compare(0, 5, "CRPIX") == 0 && i < pixels.size() && pixels[i] > 0)
+            cards.push_back(
+                numberCard("CRPIX" + std::to_string(axis), header.axes[i].crpix - pixels[i]));
+        else
+            cards.push_back(text);
+    }
+    return cards;
+}
+
+}  // namespace
+
+std::vector<std::string> coordinateCards(const MapHeader& header)
+{
+    std::vector<std::string> cards =
+        header.coordinateCards.empty() ? madeCards(header) : keptCards(header);
+    int hasStokes = 0;
+    int hasFrequency = 0;
+    for (const MapAxis& axis : header.axes) {
+        hasStokes |= axis.ctype == "STOKES";
+        hasFrequency |= axis.ctype.compare(0, 4, "FREQ") == 0;
+    }
+    for (int i = static_cast<int>(header.axes.size()); i < fileAxes; ++i) {
+        MapAxis axis;
+        axis.crpix = 1;
+        axis.ctype = hasFrequency || (hasStokes == 0 && i == fileAxes - 1) ? "STOKES" : "FREQ";
+        if (axis.ctype == "FREQ") {
+            axis.crval = header.frequency;
+            axis.cunit = "Hz";
+            hasFrequency = 1;
+        } else {
+            axis.crval = 1;
+            hasStokes = 1;
+        }
+        appendAxis(i + 1, axis, cards);
+    }
+    return cards;
+}
+
+void appendMapCards(const MapHeader& header, std::vector<std::string>& cards)
+{
+    appendText("BUNIT", header.bunit, cards);
+    if (!header.hasBeam)
+        return;
+    cards.push_back(numberCard("BMAJ", header.bmaj));
+    cards.push_back(numberCard("BMIN", header.bmin));
+    cards.push_back(numberCard("BPA", header.bpa));
+}
+
+}  // namespace pavane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "tessel/map_header.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// The cards that place an image of four axes where `header`'s map lies: the map's own cards, those
+/// of axes beyond the fourth left out and a chosen plane made pixel 1, or, when it has none, cards
+/// made from its axes. Axes 3 and 4 that it lacks become FREQ and STOKES.
+std::vector<std::string> coordinateCards(const MapHeader& header);
+
+/// Appends what a map has beside its place: unit and beam.
+void appendMapCards(const MapHeader& header, std::vector<std::string>& cards);
+
+}  // namespace pavane

@@ -1,0 +1,274 @@
+#include "tessel/fits_header.h"
+
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+std::string cut(std::string text)
+{
+    text.erase(text.find_last_not_of(" \t") + 1);
+    text.erase(0, text.find_first_not_of(' '));
+    return text;
+}
+
+std::string readText(FitsHandle& fits, const std::string& key)
+{
+    char value[FLEN_VALUE] = "";
+    int status = 0;
+    fits_read_key(fits.file, TSTRING, key.c_str(), value, nullptr, &status);
+    return status ? std::string() : cut(value);
+}
+
+/// Non-zero, and `value` set, when the key is there with a finite number.
+int readNumber(FitsHandle& fits, const std::string& key, double& value)
+{
+    double number = 0;
+    int status = 0;
+    fits_read_key(fits.file, TDOUBLE, key.c_str(), &number, nullptr, &status);
+    if (status || !std::isfinite(number))
+        return 0;
+    value = number;
+    return 1;
+}
+
+int startsWith(const std::string& text, std::string_view start)
+{
+    return text.compare(0, start.size(), start) == 0;
+}
+
+/// Degrees in the unit of a celestial axis; files that name none mean degrees.
+double degreesPer(const std::string& unit)
+{
+    static constexpr struct {
+        std::string_view name;
+        double degrees;
+    } units[] = {{"rad", 180 / std::numbers::pi},
+                 {"arcmin", 1 / 60.0},
+                 {"arcsec", 1 / 3600.0},
+                 {"mas", 1 / 3.6e6},
+                 {"uas", 1 / 3.6e9}};
+    for (const auto& u : units)
+        if (unit == u.name)
+            return u.degrees;
+    return 1.0;
+}
+
+MapAxis readAxis(FitsHandle& fits, int number, LONGLONG length)
+{
+    const std::string n = std::to_string(number);
+    MapAxis axis;
+    axis.length = static_cast<int>(std::min<LONGLONG>(length, std::numeric_limits<int>::max()));
+    axis.ctype = readText(fits, "CTYPE" + n);
+    axis.cunit = readText(fits, "CUNIT" + n);
+    (void)readNumber(fits, "CRVAL" + n, axis.crval);
+    (void)readNumber(fits, "CRPIX" + n, axis.crpix);
+    (void)readNumber(fits, "CDELT" + n, axis.cdelt);
+    (void)readNumber(fits, "CROTA" + n, axis.crota);
+    return axis;
+}
+
+int isCelestialPair(const MapAxis& x, const MapAxis& y)
+{
+    static constexpr std::string_view pairs[][2] = {
+        {"RA", "DEC"}, {"GLON", "GLAT"}, {"ELON", "ELAT"}, {"SLON", "SLAT"}};
+    return std::any_of(std::begin(pairs), std::end(pairs), [&](const auto& pair) {
+        return startsWith(x.ctype, pair[0]) && startsWith(y.ctype, pair[1]);
+    });
+}
+
+/// Fills the matrix of the two map axes from CD, PC or CROTA, and steps that the file left out.
+void readMatrix(FitsHandle& fits, MapHeader& header)
+{
+    MapAxis& x = header.axes[0];
+    MapAxis& y = header.axes[1];
+    double pc[2][2] = {{1, 0}, {0, 1}};
+    double cd[2][2] = {{0, 0}, {0, 0}};
+    int hasCd = 0;
+    int hasPc = 0;
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j) {
+            const std::string name = std::to_string(i + 1) + '_' + std::to_string(j + 1);
+            hasCd |= readNumber(fits, "CD" + name, cd[i][j]);
+            hasPc |= readNumber(fits, "PC" + name, pc[i][j]);
+        }
+    const double turn = (y.crota != 0 ? y.crota : x.crota) * std::numbers::pi / 180;
+    const double rotation[2][2] = {{x.cdelt * std::cos(turn), -y.cdelt * std::sin(turn)},
+                                   {x.cdelt * std::sin(turn), y.cdelt * std::cos(turn)}};
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j)
+            header.cd[i][j] = hasCd   ? cd[i][j]
+                              : hasPc ? pc[i][j] * (i ? y.cdelt : x.cdelt)
+                                      : rotation[i][j];
+    double ignored = 0;
+    const int hasSteps = readNumber(fits, "CDELT1", ignored) && readNumber(fits, "CDELT2", ignored);
+    if (hasCd && !hasSteps) {
+        x.cdelt = std::copysign(std::hypot(cd[0][0], cd[1][0]), cd[0][0]);
+        y.cdelt = std::copysign(std::hypot(cd[0][1], cd[1][1]), cd[1][1]);
+    }
+}
+
+void toDegrees(MapHeader& header)
+{
+    for (int i = 0; i < 2; ++i) {
+        MapAxis& axis = header.axes[static_cast<std::size_t>(i)];
+        const double factor = degreesPer(axis.cunit);
+        axis.crval *= factor;
+        axis.cdelt *= factor;
+        header.cd[i][0] *= factor;
+        header.cd[i][1] *= factor;
+        axis.cunit = "deg";
+    }
+}
+
+/// The value of an axis at the pixel, from 0, that was read.
+double valueAt(const MapAxis& axis, int pixel)
+{
+    return axis.crval + (pixel + 1 - axis.crpix) * axis.cdelt;
+}
+
+std::string stokesName(double value)
+{
+    static constexpr std::string_view names[] = {"YX", "XY", "YY", "XX", "LR", "RL", "LL",
+                                                 "RR", "",   "I",  "Q",  "U",  "V"};
+    const double code = std::floor(value + 0.5);
+    return code >= -8 && code <= 4 ? std::string(names[static_cast<int>(code) + 8]) : std::string();
+}
+
+void readFrequencyAndStokes(FitsHandle& fits, MapHeader& header)
+{
+    const std::vector<int> pixels = planePixels(header.axes, header.plane);
+    for (std::size_t i = 2; i < header.axes.size(); ++i) {
+        const MapAxis& axis = header.axes[i];
+        if (startsWith(axis.ctype, "FREQ"))
+            header.frequency = valueAt(axis, pixels[i]);
+        else if (axis.ctype == "STOKES")
+            header.stokes = stokesName(valueAt(axis, pixels[i]));
+    }
+    for (const char* key : {"RESTFRQ", "RESTFREQ", "OBSFREQ", "FREQ"})
+        if (!(header.frequency > 0))
+            (void)readNumber(fits, key, header.frequency);
+    if (!std::isfinite(header.frequency) || header.frequency < 0)
+        header.frequency = 0;
+    if (header.stokes.empty())
+        header.stokes = readText(fits, "STOKES");
+}
+
+/// The number behind `name` in a line of history, such as "CLEAN BMAJ=  1.2E-06 BMIN= ...".
+int numberAfter(const std::string& line, const std::string& name, double& value)
+{
+    const std::size_t at = line.find(name + '=');
+    if (at == std::string::npos)
+        return 0;
+    std::string rest = line.substr(at + name.size() + 1);
+    rest.erase(0, rest.find_first_not_of(' '));
+    return stoval(rest.substr(0, rest.find(' ')), value) && std::isfinite(value);
+}
+
+void takeHistoryBeam(const std::string& card, MapHeader& header)
+{
+    double major = 0;
+    double minor = 0;
+    double angle = 0;
+    if (!numberAfter(card, "BMAJ", major) || !numberAfter(card, "BMIN", minor) ||
+        !numberAfter(card, "BPA", angle))
+        return;
+    header.hasBeam = 1;
+    header.bmaj = major;
+    header.bmin = minor;
+    header.bpa = angle;
+}
+
+/// Non-zero for a card whose keyword places the map on the sky or says what it shows.
+int isCoordinateCard(const std::string& card)
+{
+    static constexpr std::string_view whole[] = {
+        "EQUINOX",  "EPOCH",   "RADESYS", "RADECSYS", "SPECSYS", "RESTFRQ",  "RESTFREQ",
+        "LONPOLE",  "LATPOLE", "OBJECT",  "DATE-OBS", "MJD-OBS", "OBSERVER", "TELESCOP",
+        "INSTRUME", "OBSRA",   "OBSDEC",  "VELREF",   "ALTRVAL", "ALTRPIX"};
+    static constexpr std::string_view numbered[] = {"CTYPE", "CRVAL", "CDELT", "CRPIX", "CROTA",
+                                                    "CUNIT", "CD",    "PC",    "PV",    "PS"};
+    const std::string key = cut(card.substr(0, 8));
+    if (card.compare(8, 2, "= ") != 0)
+        return 0;
+    if (std::find(std::begin(whole), std::end(whole), key) != std::end(whole))
+        return 1;
+    return std::any_of(std::begin(numbered), std::end(numbered), [&](std::string_view start) {
+        return startsWith(key, start) && key.size() > start.size() &&
+               key.find_first_not_of("0123456789_", start.size()) == std::string::npos;
+    });
+}
+
+void readCards(FitsHandle& fits, MapHeader& header)
+{
+    int count = 0;
+    int status = 0;
+    const int beamInHeader = header.hasBeam;
+    fits_get_hdrspace(fits.file, &count, nullptr, &status);
+    for (int i = 1; i <= count && !status; ++i) {
+        char text[FLEN_CARD] = "";
+        fits_read_record(fits.file, i, text, &status);
+        std::string card(text);
+        if (startsWith(card, "HISTORY") && !beamInHeader)
+            takeHistoryBeam(card, header);
+        card.resize(80, ' ');
+        if (!status && isCoordinateCard(card))
+            header.coordinateCards.push_back(card);
+    }
+}
+
+void readBeam(FitsHandle& fits, MapHeader& header)
+{
+    double angle = 0;
+    if (!readNumber(fits, "BMAJ", header.bmaj) || !readNumber(fits, "BMIN", header.bmin))
+        return;
+    (void)readNumber(fits, "BPA", angle);
+    header.bpa = angle;
+    header.hasBeam = 1;
+}
+
+}  // namespace
+
+std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
+{
+    std::vector<int> pixels(axes.size(), 0);
+    for (std::size_t i = 2; i < axes.size(); ++i) {
+        const int length = std::max(axes[i].length, 1);
+        pixels[i] = plane % length;
+        plane /= length;
+    }
+    return pixels;
+}
+
+MapHeader readMapHeader(FitsHandle& fits, const std::vector<LONGLONG>& lengths, int plane)
+{
+    MapHeader header;
+    for (std::size_t i = 0; i < lengths.size(); ++i)
+        header.axes.push_back(readAxis(fits, static_cast<int>(i) + 1, lengths[i]));
+    header.plane = plane;
+    header.hasCelestialAxes = isCelestialPair(header.axes[0], header.axes[1]);
+    readMatrix(fits, header);
+    if (header.hasCelestialAxes)
+        toDegrees(header);
+    header.bunit = readText(fits, "BUNIT");
+    header.object = readText(fits, "OBJECT");
+    header.dateObs = readText(fits, "DATE-OBS");
+    header.telescope = readText(fits, "TELESCOP");
+    if (!readNumber(fits, "EQUINOX", header.equinox))
+        (void)readNumber(fits, "EPOCH", header.equinox);
+    readBeam(fits, header);
+    readFrequencyAndStokes(fits, header);
+    readCards(fits, header);
+    return header;
+}
+
+}  // namespace pavane

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "tessel/fits_handle.h"
+#include "tessel/map_header.h"
+
+#include <vector>
+
+namespace pavane
+{
+
+/// Reads the coordinate header of the current image, whose axes have the given lengths. What is
+/// missing or not a finite number keeps its default; `plane` counts over all further axes.
+MapHeader readMapHeader(FitsHandle& fits, const std::vector<LONGLONG>& lengths, int plane);
+
+/// The pixel, from 0, of `plane` along each axis; 0 on the first two.
+std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane);
+
+}  // namespace pavane
