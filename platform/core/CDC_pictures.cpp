@@ -30,6 +30,8 @@ int modeOf(unsigned rop)
     }
 }
 
+constexpr int magnitude(int v) { return v < 0 ? -v : v; }
+
 /// One axis of a stretched picture: the device pixels that it covers and the cell each shows.
 struct StretchedAxis {
     int first = 0;  ///< visible pixels first .. last-1
@@ -53,24 +55,32 @@ struct StretchedAxis {
             cells.push_back(cell >= 0 && cell < sourceLimit ? static_cast<int>(cell) : -1);
         }
     }
+    /// Each source cell once, for a device that stretches by itself; `mirrored`: the last one
+    /// first.
+    static StretchedAxis cellByCell(int start, int size, bool mirrored, int limit)
+    {
+        const int from = mirrored ? saturated(Wide{start} + size) : start;
+        return {0, magnitude(size), from, mirrored ? -size : size, limit, 0, limit};
+    }
 };
 
-/// Paints a stretched picture; fetch(column, row) gives the pixel of a source cell.
-template <class Fetch>
+/// Paints a stretched picture; rowOf(row)(column) gives the pixel of a source cell.
+template <class RowOf>
 void paintStretched(const PixelPainter& painter, const PixelSurface& surface,
-                    const StretchedAxis& xs, const StretchedAxis& ys, int mode, Fetch fetch)
+                    const StretchedAxis& xs, const StretchedAxis& ys, int mode, RowOf rowOf)
 {
     for (int y = ys.first; y < ys.last; ++y) {
         const int row = ys.cells[static_cast<std::size_t>(y - ys.first)];
         if (row < 0)
             continue;
+        const auto pixelAt = rowOf(row);
         painter.clipped(y, xs.first, xs.last, [&](int, int a, int b) {
             std::uint32_t* const pixels = surface.row(y);
             for (int x = a; x < b; ++x) {
                 const int column = xs.cells[static_cast<std::size_t>(x - xs.first)];
                 if (column < 0)
                     continue;
-                const std::uint32_t source = fetch(column, row);
+                const std::uint32_t source = pixelAt(column);
                 pixels[x] = mode == R2_COPYPEN ? source & 0xFFFFFF
                                                : PixelOperation::of(mode, source)(pixels[x]);
             }
@@ -78,7 +88,18 @@ void paintStretched(const PixelPainter& painter, const PixelSurface& surface,
     }
 }
 
-constexpr int magnitude(int v) { return v < 0 ? -v : v; }
+/// A row of a bitmap: `colors` is null when the pixels hold their colours themselves.
+struct DIBRow {
+    const unsigned char* line;
+    const std::uint32_t* colors;
+    std::uint32_t operator()(int column) const
+    {
+        if (colors)
+            return colors[line[column]];
+        const unsigned char* const p = line + 4 * static_cast<std::size_t>(column);
+        return pixelOf(RGB(p[2], p[1], p[0]));
+    }
+};
 
 /// Size of a picture in device units; its sign is kept.
 int deviceLength(int from, int length, bool isX, const Mapping& mapping)
@@ -144,8 +165,9 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
     const StretchedAxis xs(at.x, w, start.x, sw, from.width, limits.left, limits.right);
     const StretchedAxis ys(at.y, h, start.y, sh, from.height, limits.top, limits.bottom);
     if (from.bits != to.bits) {
-        paintStretched(s.painter(), to, xs, ys, mode,
-                       [&](int column, int row) { return from.row(row)[column]; });
+        paintStretched(s.painter(), to, xs, ys, mode, [&](int row) {
+            return [line = from.row(row)](int column) { return line[column]; };
+        });
         return 1;
     }
     // within one surface the source is read before anything is written
@@ -154,8 +176,9 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
         return 1;
     const int top = std::max(0, *seen.first);
     const std::vector<std::uint32_t> copy(from.row(top), from.row(*seen.second) + from.width);
-    paintStretched(s.painter(), to, xs, ys, mode, [&](int column, int row) {
-        return copy[static_cast<std::size_t>((row - top) * from.stride + column)];
+    paintStretched(s.painter(), to, xs, ys, mode, [&](int row) {
+        const std::uint32_t* const line = copy.data() + (row - top) * from.stride;
+        return [line](int column) { return line[column]; };
     });
     return 1;
 }
@@ -176,12 +199,8 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
         else
             colors[i] = pixelOf(RGB(dib.table[4 * i + 2], dib.table[4 * i + 1], dib.table[4 * i]));
     }
-    const auto fetch = [&](int column, int row) -> std::uint32_t {
-        const unsigned char* const line = dib.row(row);
-        if (dib.bitCount == 8)
-            return colors[line[column]];
-        const unsigned char* const p = line + 4 * static_cast<std::size_t>(column);
-        return pixelOf(RGB(p[2], p[1], p[0]));
+    const auto rowOf = [&](int row) {
+        return DIBRow{dib.row(row), dib.bitCount == 8 ? colors : nullptr};
     };
     const CPoint at = s.now.mapping.toDevice(CPoint(x, y));
     const int w = deviceLength(x, width, true, s.now.mapping);
@@ -190,18 +209,12 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
     const Wide upper = dib.bottomUp ? Wide{dib.height} - sy - sHeight : Wide{sy};
     const int top = saturated(upper);
     if (VectorDevice* const page = s.page()) {
-        // the cells one by one, mirrored where source and target run against each other
-        const auto axis = [](int start, int size, bool mirrored, int limit) {
-            const int from = mirrored ? saturated(Wide{start} + size) : start;
-            return StretchedAxis(0, magnitude(size), from, mirrored ? -size : size, limit, 0,
-                                 limit);
-        };
-        const StretchedAxis xs = axis(sx, sWidth, w < 0, dib.width);
-        const StretchedAxis ys = axis(top, sHeight, h < 0, dib.height);
+        const auto xs = StretchedAxis::cellByCell(sx, sWidth, w < 0, dib.width);
+        const auto ys = StretchedAxis::cellByCell(top, sHeight, h < 0, dib.height);
         std::vector<std::uint32_t> copy;
         for (const int row : ys.cells) {
             for (const int column : xs.cells)
-                copy.push_back(row < 0 || column < 0 ? 0xFFFFFF : fetch(column, row));
+                copy.push_back(row < 0 || column < 0 ? 0xFFFFFF : rowOf(row)(column));
         }
         CRect target(at.x, at.y, saturated(Wide{at.x} + w), saturated(Wide{at.y} + h));
         target.NormalizeRect();
@@ -215,7 +228,7 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
     const CRect limits = s.painter().bounds();
     const StretchedAxis xs(at.x, w, sx, sWidth, dib.width, limits.left, limits.right);
     const StretchedAxis ys(at.y, h, top, sHeight, dib.height, limits.top, limits.bottom);
-    paintStretched(s.painter(), to, xs, ys, mode, fetch);
+    paintStretched(s.painter(), to, xs, ys, mode, rowOf);
     return dib.height;
 }
 

@@ -62,6 +62,8 @@ struct Player {
     }
     void expect(const std::string& what, const std::vector<long long>& got, const JsonValue& wanted)
     {
+        if (wanted.kind == JsonValue::Kind::null)  // not recorded
+            return;
         std::vector<long long> values;
         for (const JsonValue& v : wanted.items)
             values.push_back(v.number);
