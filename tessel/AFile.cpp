@@ -108,7 +108,12 @@ int AFile::write(const void* buffer, std::int64_t bytes)
     if (!file_ || bytes < 0)
         return 0;
     const auto wanted = static_cast<std::size_t>(bytes);
-    return wanted == 0 || (turnTo(Use::writing) && std::fwrite(buffer, 1, wanted, file_) == wanted);
+    if (wanted == 0)
+        return 1;
+    if (!turnTo(Use::writing))
+        return 0;
+    reserveFor(file_, bytes);
+    return std::fwrite(buffer, 1, wanted, file_) == wanted;
 }
 
 int AFile::seek(std::int64_t offset, int origin)
