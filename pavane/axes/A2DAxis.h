@@ -6,11 +6,13 @@ namespace pavane
 {
 
 struct PlotLayout;
+struct TickSet;
 
 /// The ordinary plot: frame, ticks, labels, titles and header line around the graphs.
 ///
 /// In bitmap mode the graphs go into a raster of the graph rectangle, which is painted at the end
-/// and, with axisBitmapCache, kept in a file of the user's cache folder until the axis dies.
+/// and, with axisBitmapCache, kept in a file of the user's cache folder until the axis dies. Pages
+/// get vectors in either mode.
 class PAVANE_API A2DAxis : public AB2DAxis
 {
 public:
@@ -25,13 +27,25 @@ public:
     /// getGraphRect with its map, set bounds by setBorderRect, draw. Non-zero when a graph
     /// rectangle with pixels in it is left.
     int layOut(CDC& dc, const CRect& rect);
+    /// Forgets the cached raster and deletes its file: call it when the data change.
+    void dropCache();
 
 private:
-    void composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout);
-    void drawFrame(CDC& dc, const PlotLayout& layout);
-    void drawTexts(CDC& dc, const PlotLayout& layout);
-    void drawRaster(CDC& dc, CRect& rect, const PlotLayout& layout);
-    void drawGrid(CDC& dc, const PlotLayout& layout);
+    int composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout);
+    TickSet xTicks(int intervals) const;
+    TickSet yTicks(int intervals) const;
+    void chooseXTicks(CDC& dc, PlotLayout& layout);
+    void chooseYTicks(CDC& dc, PlotLayout& layout);
+    void boundGraphRect(PlotLayout& layout) const;
+    void drawFrame(CDC& dc);
+    void drawTicks(CDC& dc, const PlotLayout& layout);
+    void drawLabels(CDC& dc, const PlotLayout& layout);
+    void drawTitles(CDC& dc, const PlotLayout& layout);
+    void drawGrid(const PlotLayout& layout);
+    void drawInContext(CDC& dc, CRect& rect, const PlotLayout& layout);
+    void drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout);
+    ADIBase* loadRaster();
+    void storeRaster();
 };
 
 }  // namespace pavane

@@ -1,6 +1,7 @@
 #include "pavane/axes/ABAxis.h"
 
 #include "pavane/axes/axis_fonts.h"
+#include "pavane/axes/SelectedObject.h"
 #include "pavane/images/ADIBase.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
@@ -56,24 +57,6 @@ private:
     int pattern_;
 };
 
-/// A pen selected for as long as this lives.
-class SelectedPen
-{
-public:
-    SelectedPen(CDC& dc, int style, int width, COLORREF color)
-        : pen_(style, width, color), dc_(dc), old_(dc.SelectObject(&pen_))
-    {
-    }
-    SelectedPen(const SelectedPen&) = delete;
-    SelectedPen& operator=(const SelectedPen&) = delete;
-    ~SelectedPen() { dc_.SelectObject(old_); }
-
-private:
-    CPen pen_;
-    CDC& dc_;
-    CPen* old_;
-};
-
 int halfSize(int fHeight, int part)
 {
     return std::max(1, truncated(static_cast<double>(fHeight) / std::max(part, 1) + 0.5));
@@ -90,7 +73,7 @@ void ABAxis::line(const int& x1, const int& y1, const int& x2, const int& y2)
     }
     if (!dc_)
         return;
-    const SelectedPen pen(*dc_, lineStyle_, lineWidth_, color_);
+    const SelectedObject<CPen> pen(*dc_, CPen(lineStyle_, lineWidth_, color_));
     dc_->MoveTo(x1, y1);
     dc_->LineTo(x2, y2);
 }
@@ -119,7 +102,7 @@ void ABAxis::markerStrokes(const unsigned long& color, const CRect& first, const
     }
     if (!dc_)
         return;
-    const SelectedPen pen(*dc_, PS_SOLID, lineWidth_, wanted);
+    const SelectedObject<CPen> pen(*dc_, CPen(PS_SOLID, lineWidth_, wanted));
     for (const CRect& stroke : {first, second}) {
         dc_->MoveTo(stroke.left, stroke.top);
         dc_->LineTo(stroke.right, stroke.bottom);

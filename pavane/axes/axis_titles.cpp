@@ -61,7 +61,7 @@ CString prefixText(int power)
 
 CString multiplierText(int power)
 {
-    return power == 0 ? CString() : " \u2022" + valToStr(powerOfTen(power));
+    return power == 0 ? CString() : " \u2022" + valToStr(powerOfTen(power), 6);
 }
 
 int hasPrefixMarker(const CString& title) { return prefixMarker(title) != CString::npos; }

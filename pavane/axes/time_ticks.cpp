@@ -1,6 +1,7 @@
 #include "pavane/axes/time_ticks.h"
 
 #include "pavane/axes/decimal_power.h"
+#include "pavane/axes/log_ticks.h"
 #include "pavane/axes/ticks.h"
 #include "tessel/rounding.h"
 #include "tessel/value_text.h"
@@ -16,8 +17,9 @@ namespace
 constexpr double minute = 60;
 constexpr double hour = 60 * minute;
 constexpr double day = 24 * hour;
-constexpr int secondDigits = 9;       ///< significant digits of seconds and days
-constexpr int mostSecondDigits = 15;  ///< where steps are finer than those show
+constexpr int secondDigits = 9;  ///< significant digits of seconds and days
+constexpr int mostDigits = 17;   ///< where steps are finer than those show
+constexpr int mostDecimals = 12;
 /// Beyond so many seconds the parts of a day are below what a double holds of the time.
 constexpr double farthestClock = 1e13;
 
@@ -106,24 +108,37 @@ CString twoDigits(int value)
     return text.size() < 2 ? "0" + text : text;
 }
 
-/// "-3d 12:30:05.5"; days only when `withDays`.
-CString clockText(double time, bool withSeconds, bool withDays, int digits)
+/// `value` with up to `decimals` digits after the point, without zeros at the end.
+CString shortDecimals(double value, int decimals)
 {
-    // Tenths of a nanosecond: finer parts are rounding, and would turn 12:30 into 12:29.
+    CString text = nValToStr(value, decimals);
+    if (decimals > 0)
+        text.erase(text.find_last_not_of('0') + 1);
+    if (!text.empty() && text.back() == '.')
+        text.pop_back();
+    return text;
+}
+
+/// "-3d 12:30:05.5"; days only when `withDays`, seconds to `decimals` unless that is negative.
+CString clockText(double time, bool withDays, int decimals)
+{
+    // Rounded as a whole first, so that no part shows 60.
+    const double scale = powerOfTen(std::max(decimals, 0));
     double rest = std::fabs(time);
-    rest = rest < 1e5 ? std::round(rest * 1e10) / 1e10 : rest;
+    if (rest * scale < 9e15)
+        rest = std::round(rest * scale) / scale;
     const double days = withDays ? std::floor(rest / day) : 0;
     rest -= days * day;
     const int hours = truncated(rest / hour);
-    rest = std::max(0.0, rest - hours * hour);
+    rest -= hours * hour;
     const int minutes = truncated(rest / minute);
-    rest = std::max(0.0, rest - minutes * minute);
+    rest -= minutes * minute;
     CString text = time < 0 ? "-" : "";
     if (withDays)
         text += valToStr(days, secondDigits) + "d ";
     text += twoDigits(hours) + ":" + twoDigits(minutes);
-    if (withSeconds)
-        text += (rest < 10 ? ":0" : ":") + valToStr(rest, digits);
+    if (decimals >= 0)
+        text += (rest < 10 ? ":0" : ":") + shortDecimals(std::max(rest, 0.0), decimals);
     return text;
 }
 
@@ -138,9 +153,9 @@ int chooseTimeTicks(TMnMx range, int n, AArray<double>& ticks, AObjArray<CString
     const double reach = std::max(std::fabs(range.min), std::fabs(range.max));
     const Form form = formOf(reach, steps.step);
     const bool withDays = reach > day;  // a single day ends at 24:00
-    const int fine = reach > farthestClock ? mostSecondDigits
-                                           : 2 - truncated(std::floor(std::log10(steps.step)));
-    const int digits = std::clamp(fine, secondDigits, mostSecondDigits);
+    // As many digits as tell one step from the next.
+    const int decimals = std::clamp(2 - decadeOf(steps.step), 0, mostDecimals);
+    const int digits = std::clamp(decadeOf(reach) + 1 + decimals, secondDigits, mostDigits);
     for (int i = 0; i <= steps.intervals; ++i) {
         const double time = tickValue(steps.first, steps.step, i);
         ticks.Add(time);
@@ -149,7 +164,7 @@ int chooseTimeTicks(TMnMx range, int n, AArray<double>& ticks, AObjArray<CString
         else if (form == Form::seconds)
             labels.Add(valToStr(time, digits));
         else
-            labels.Add(clockText(time, form == Form::clockWithSeconds, withDays, digits));
+            labels.Add(clockText(time, withDays, form == Form::clock ? -1 : decimals));
     }
     if (header)
         *header = headerOf(form, withDays);

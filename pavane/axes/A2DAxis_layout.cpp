@@ -1,0 +1,200 @@
+#include "pavane/axes/A2DAxis.h"
+
+#include "pavane/axes/PlotLayout.h"
+#include "pavane/axes/SelectedObject.h"
+#include "tessel/rounding.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+namespace
+{
+
+/// Labels of one direction as spans along it, in the order of their ticks.
+struct LabelSpans {
+    std::vector<double> centres;
+    std::vector<int> lengths;
+
+    /// Non-zero gap between all neighbours.
+    bool areApart(double gap) const
+    {
+        for (std::size_t i = 1; i < centres.size(); ++i)
+            if (std::fabs(centres[i] - centres[i - 1]) < (lengths[i] + lengths[i - 1]) * 0.5 + gap)
+                return false;
+        return true;
+    }
+};
+
+/// Takes away every label that would touch the one before it.
+void thinLabels(TickSet& set, const LabelSpans& spans, double gap)
+{
+    std::size_t kept = spans.centres.size();
+    std::size_t span = 0;
+    for (TickSet::Tick& tick : set.major) {
+        if (tick.label.empty())
+            continue;
+        const std::size_t i = span++;
+        const bool touches = kept < i && std::fabs(spans.centres[i] - spans.centres[kept]) <
+                                             (spans.lengths[i] + spans.lengths[kept]) * 0.5 + gap;
+        if (touches)
+            tick.label.clear();
+        else
+            kept = i;
+    }
+}
+
+/// The next smaller count to try: a quarter less, or one.
+int fewerIntervals(int n) { return n > 8 ? n * 3 / 4 : n - 1; }
+
+/// A count that gives each label at least `room`.
+int startIntervals(int wanted, int length, int room)
+{
+    return std::clamp(wanted, 1, std::max(1, length / std::max(room, 1)));
+}
+
+TickWish wishOf(const CString& name, double min, double max, int intervals, int nPlus, int nMinus,
+                int withoutMinor)
+{
+    return {name, {min, max}, intervals, nPlus, nMinus, !withoutMinor};
+}
+
+}  // namespace
+
+TickSet A2DAxis::xTicks(int intervals) const
+{
+    const TickWish wish = wishOf(nameOX_, range_.xMin, range_.xMax, intervals, nxpDigit_, nxmDigit_,
+                                 isFlagSet(axisNoMinorTicks));
+    if (xDirect_ == 2)
+        return timeTicks(wish);
+    return xDirect_ == 0 ? logarithmicTicks(wish) : linearTicks(wish);
+}
+
+TickSet A2DAxis::yTicks(int intervals) const
+{
+    const TickWish wish = wishOf(nameOY_, range_.yMin, range_.yMax, intervals, nypDigit_, nymDigit_,
+                                 isFlagSet(axisNoMinorTicks));
+    return yDirect_ == 0 ? logarithmicTicks(wish) : linearTicks(wish);
+}
+
+/// Y ticks whose labels do not touch, and the left edge that they leave for the plot.
+void A2DAxis::chooseYTicks(CDC& dc, PlotLayout& layout)
+{
+    const int height = layout.graph.Height();
+    int n = startIntervals(yIntervals_, height, fHeight_);
+    LabelSpans spans;
+    for (;;) {
+        layout.y = yTicks(n);
+        spans = {};
+        for (const TickSet::Tick& tick : layout.y.major) {
+            if (tick.label.empty())
+                continue;
+            spans.centres.push_back(RPYtoWPY(tick.value) * height);
+            spans.lengths.push_back(fHeight_);
+        }
+        if (n <= 1 || spans.areApart(0))
+            break;
+        n = fewerIntervals(n);
+    }
+    thinLabels(layout.y, spans, 0);
+    layout.yLabelWidth = 0;
+    for (const TickSet::Tick& tick : layout.y.major)
+        layout.yLabelWidth = std::max(layout.yLabelWidth, dc.GetTextExtent(tick.label).cx);
+    const int titleWidth = layout.y.title.empty() ? 0 : titleRoom(fHeight_);
+    layout.graph.left = layout.picture.left + layout.yLabelWidth + fHeight_ + titleWidth;
+}
+
+/// X ticks whose labels do not touch, and the side edges that keep all labels in the picture.
+void A2DAxis::chooseXTicks(CDC& dc, PlotLayout& layout)
+{
+    const double gap = fHeight_ * 0.5;
+    const CRect before = layout.graph;
+    int n = startIntervals(xIntervals_, before.Width(), fHeight_);
+    LabelSpans spans;
+    for (;;) {
+        layout.x = xTicks(n);
+        spans = {};
+        double left = before.left;
+        double right = before.right;
+        for (const TickSet::Tick& tick : layout.x.major) {
+            if (tick.label.empty())
+                continue;
+            const double along = RPXtoWPX(tick.value);
+            const double w = xDirect_ < 0 ? 1 - along : along;
+            const int length = dc.GetTextExtent(tick.label).cx;
+            spans.centres.push_back(w);
+            spans.lengths.push_back(length);
+            if (w < 0.5)
+                left = std::max(left, (layout.picture.left + length * 0.5 - w * right) / (1 - w));
+            else
+                right = std::min(right, left + (layout.picture.right - length * 0.5 - left) / w);
+        }
+        layout.graph.left = truncated(std::ceil(left));
+        layout.graph.right = truncated(right);
+        for (double& centre : spans.centres)
+            centre = left + centre * (right - left);
+        if (n <= 1 || spans.areApart(gap))
+            break;
+        n = fewerIntervals(n);
+    }
+    thinLabels(layout.x, spans, gap);
+}
+
+void A2DAxis::boundGraphRect(PlotLayout& layout) const
+{
+    CRect& graph = layout.graph;
+    if (borderRect_.left != -1)
+        graph.left = std::max(graph.left, borderRect_.left);
+    if (borderRect_.top != -1)
+        graph.top = std::max(graph.top, borderRect_.top);
+    if (borderRect_.right != -1)
+        graph.right = std::min(graph.right, layout.picture.right - borderRect_.right);
+    if (borderRect_.bottom != -1)
+        graph.bottom = std::min(graph.bottom, layout.picture.bottom - borderRect_.bottom);
+}
+
+int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
+{
+    dc_ = &dc;
+    setUpParameters();
+    layout.picture = rect;
+    fHeight_ = std::max(1, calcFontHeight(dc, layout.picture));
+    layout.header = getHeaderString(0);
+    const int half = fHeight_ / 2;
+    const int titleHeight = xTicks(1).title.empty() ? 0 : titleRoom(fHeight_);
+    layout.graph = CRect(rect.left + fHeight_, rect.top + half, rect.right - 1 - half,
+                         rect.bottom - 2 * fHeight_ - titleHeight);
+    if (!layout.header.empty())
+        layout.graph.top += fHeight_;
+
+    CFont font;
+    if (!CreateAxisFont(font, fHeight_, 0, 0.0))
+        return 0;
+    const SelectedObject<CFont> selected(dc, font);
+    chooseYTicks(dc, layout);
+    chooseXTicks(dc, layout);
+    if (!layout.header.empty()) {
+        CFont bold;
+        CreateAxisFont(bold, fHeight_, 1, 0.0);
+        const SelectedObject<CFont> header(dc, bold);
+        CRect text(layout.graph.left, rect.top, layout.graph.right, rect.top);
+        dc.DrawText(layout.header, text, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
+        layout.headerHeight = std::clamp(text.Height(), 0, std::max(0, rect.Height() / 3));
+        layout.graph.top = rect.top + half + layout.headerHeight;
+    }
+    boundGraphRect(layout);
+    graphRect_ = layout.graph;
+    return graphRect_.right > graphRect_.left && graphRect_.bottom > graphRect_.top;
+}
+
+int A2DAxis::layOut(CDC& dc, const CRect& rect)
+{
+    CDC* const before = dc_;
+    PlotLayout layout;
+    const int result = composeLayout(dc, rect, layout);
+    dc_ = before;
+    return result;
+}
+
+}  // namespace pavane

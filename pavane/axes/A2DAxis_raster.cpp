@@ -1,0 +1,94 @@
+#include "pavane/axes/A2DAxis.h"
+
+#include "pavane/axes/messages.h"
+#include "pavane/axes/PlotLayout.h"
+#include "pavane/images/ADIBase.h"
+#include "platform/message.h"
+#include "tessel/AFile.h"
+#include "tessel/paths.h"
+
+#include <cstdio>
+#include <memory>
+#include <new>
+
+namespace pavane
+{
+
+/// The cached raster, null when there is none or when it is of another size.
+ADIBase* A2DAxis::loadRaster()
+{
+    if (!isFlagSet(axisBitmapCache) || tempFileName_.empty())
+        return nullptr;
+    AFile file;
+    if (!file.open(tempFileName_, AFile::readOnly)) {
+        AfxMessageBox(loadRasterFailed);
+        return nullptr;
+    }
+    std::unique_ptr<ADIBase> raster(new (std::nothrow) ADIBase(file));
+    if (!raster || !raster->lpArray()) {
+        AfxMessageBox(loadRasterFailed);
+        return nullptr;
+    }
+    return raster->rect() == graphRect_ ? raster.release() : nullptr;
+}
+
+void A2DAxis::drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout)
+{
+    if (ADIBase* const cached = loadRaster()) {
+        SetDib(cached);
+        dib_->Draw(dc);
+        return;
+    }
+    SetDib(new (std::nothrow) ADIBase(graphRect_));
+    if (!dib_ || !dib_->lpArray())
+        return;
+    *dib_ = static_cast<short>(paletteIndex(workColor(0)));
+    drawGrid(layout);
+    setLineStyle(lineStyle_);
+    setLineWidth(lineWidth_);
+    setColor(color_);
+    drawChilds(dc, rect, range_);
+    const short color = dib_->GetColor();
+    dib_->SetColor(static_cast<short>(paletteIndex(workColor(1))));
+    dib_->SetLineWidth(1);
+    dib_->SetLinePattern(-1);
+    dib_->Rectangle(graphRect_);
+    dib_->SetColor(color);
+    dib_->Draw(dc);
+    if (isFlagSet(axisBitmapCache))
+        storeRaster();
+}
+
+/// Keeps the raster in a file that nobody else has made; a failure leaves no file.
+void A2DAxis::storeRaster()
+{
+    if (tempFileName_.empty()) {
+        tempFileName_ = GetTempFileNameA(getUserCachePath(), "axis");
+        if (tempFileName_.empty())
+            return;
+        if (IsFileExists(tempFileName_)) {
+            AfxMessageBox(overwritesFile + tempFileName_);
+            tempFileName_ += "$";
+        }
+    } else {
+        std::remove(tempFileName_.c_str());  // a raster of another size
+    }
+    AFile file;
+    const int opened =
+        file.open(tempFileName_, AFile::writeOnly | AFile::create | AFile::exclusive);
+    if (opened && dib_->Store(file) && file.close())
+        return;
+    file.close();
+    if (opened)
+        std::remove(tempFileName_.c_str());
+    tempFileName_.clear();
+}
+
+void A2DAxis::dropCache()
+{
+    if (!tempFileName_.empty())
+        std::remove(tempFileName_.c_str());
+    tempFileName_.clear();
+}
+
+}  // namespace pavane

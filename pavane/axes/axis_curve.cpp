@@ -1,0 +1,223 @@
+#include "pavane/axes/axis_curve.h"
+
+#include "pavane/axes/ABAxis.h"
+#include "pavane/axes/AxisPenState.h"
+#include "pavane/axes/graph_styles.h"
+#include "pavane/axes/SelectedObject.h"
+#include "pavane/images/ADIBase.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace pavane
+{
+namespace
+{
+
+/// Curves up to this length go out point by point where fractions count: dashes run on and corners
+/// are exact. Longer ones are reduced on a grid of parts of a pixel.
+constexpr std::int64_t mostExactPoints = 20000;
+constexpr int partsOfPixel = 16;
+
+CurveScale scaleOf(int direct, double min, double max, TMnMx logs, int start, int end, bool forward)
+{
+    CurveScale scale;
+    scale.logarithmic = direct == 0;
+    if (scale.logarithmic && logs.min > logs.max)
+        logs = {std::log10(min), std::log10(max)};
+    scale.first = scale.logarithmic ? logs.min : min;
+    scale.span = scale.logarithmic ? logs.max - logs.min : max - min;
+    scale.length = static_cast<double>(end) - start;
+    scale.base = forward ? start : end;
+    scale.sign = forward ? 1 : -1;
+    return scale;
+}
+
+CurveScale finer(CurveScale scale)
+{
+    scale.length *= partsOfPixel;
+    scale.base *= partsOfPixel;
+    return scale;
+}
+
+/// The pixels that can show something of a curve whose pen is `width` wide.
+CRect visibleRect(const ABAxis& axis, int width)
+{
+    CRect visible = axis.getGraphRect();
+    visible.InflateRect(width, width);
+    ++visible.right;
+    ++visible.bottom;
+    return visible;
+}
+
+struct Bounds {
+    double left, top, right, bottom;
+};
+
+/// Cuts `t0`..`t1` to where a + t d lies in low..high; false when nothing is left.
+bool cutSpan(double a, double d, double low, double high, double& t0, double& t1)
+{
+    if (d == 0)
+        return a >= low && a <= high;
+    const double u = (low - a) / d;
+    const double v = (high - a) / d;
+    t0 = std::max(t0, std::min(u, v));
+    t1 = std::min(t1, std::max(u, v));
+    return t0 <= t1;
+}
+
+/// Collects the visible parts of a curve, point by point.
+class ClippedCurve
+{
+public:
+    ClippedCurve(CDC& dc, const Bounds& bounds) : dc_(dc), bounds_(bounds) {}
+    ~ClippedCurve() { flush(); }
+    ClippedCurve(const ClippedCurve&) = delete;
+    ClippedCurve& operator=(const ClippedCurve&) = delete;
+
+    void gap()
+    {
+        flush();
+        hasLast_ = false;
+    }
+    void add(CPointF point)
+    {
+        if (hasLast_)
+            addSegment(last_, point);
+        last_ = point;
+        hasLast_ = true;
+    }
+
+private:
+    void addSegment(CPointF a, CPointF b)
+    {
+        double t0 = 0;
+        double t1 = 1;
+        const CPointF d{b.x - a.x, b.y - a.y};
+        if (!cutSpan(a.x, d.x, bounds_.left, bounds_.right, t0, t1) ||
+            !cutSpan(a.y, d.y, bounds_.top, bounds_.bottom, t0, t1)) {
+            flush();
+            return;
+        }
+        if (t0 > 0)
+            flush();
+        if (line_.empty())
+            line_.push_back({a.x + t0 * d.x, a.y + t0 * d.y});
+        line_.push_back({a.x + t1 * d.x, a.y + t1 * d.y});
+        if (t1 < 1)
+            flush();
+    }
+    void flush()
+    {
+        if (line_.size() > 1)
+            dc_.PolylineF(line_.data(), static_cast<int>(line_.size()));
+        line_.clear();
+    }
+
+    CDC& dc_;
+    Bounds bounds_;
+    std::vector<CPointF> line_;
+    CPointF last_;
+    bool hasLast_ = false;
+};
+
+void drawExactly(const ABAxis& axis, CDC& dc, const CurvePoints& points, int width)
+{
+    const CRect visible = visibleRect(axis, width + 2);
+    ClippedCurve curve(dc,
+                       {static_cast<double>(visible.left), static_cast<double>(visible.top),
+                        static_cast<double>(visible.right), static_cast<double>(visible.bottom)});
+    for (std::int64_t i = 0; i < points.n; ++i) {
+        const CPointF p = axis.RPtoGPF(points.xAt(i), points.y[i]);
+        if (std::isfinite(p.x) && std::isfinite(p.y))
+            curve.add(p);
+        else
+            curve.gap();
+    }
+}
+
+/// On a page a unit is a fraction of a pixel already; a smooth picture gets a finer grid.
+void drawReduced(const ABAxis& axis, CDC& dc, const CurvePoints& points, int width)
+{
+    const bool page = dc.IsVector() != 0;
+    CRect visible = visibleRect(axis, width + 1);
+    if (!page)
+        visible = CRect(visible.left * partsOfPixel, visible.top * partsOfPixel,
+                        visible.right * partsOfPixel, visible.bottom * partsOfPixel);
+    const CurveScale x = curveScaleX(axis);
+    const CurveScale y = curveScaleY(axis);
+    const double part = page ? 1.0 : 1.0 / partsOfPixel;
+    std::vector<CPointF> line;
+    reduceCurve(points, page ? x : finer(x), page ? y : finer(y), visible,
+                page ? width : width * partsOfPixel, [&](const CPoint* p, int count) {
+                    line.clear();
+                    for (int i = 0; i < count; ++i)
+                        line.push_back({p[i].x * part, p[i].y * part});
+                    dc.PolylineF(line.data(), count);
+                });
+}
+
+void drawPixels(const ABAxis& axis, CDC& dc, const CurvePoints& points, int style, int width,
+                COLORREF color)
+{
+    reduceCurve(points, curveScaleX(axis), curveScaleY(axis), visibleRect(axis, width), width,
+                [&](const CPoint* p, int count) {
+                    if (count > 1)
+                        dc.Polyline(p, count);
+                    if (style == PS_SOLID && width <= 1)
+                        dc.SetPixelV(p[count - 1].x, p[count - 1].y, color);
+                });
+}
+
+}  // namespace
+
+int drawsFractions(CDC& dc)
+{
+    const int smooth = dc.SetSmooth(0);
+    dc.SetSmooth(smooth);
+    return smooth || dc.IsVector();
+}
+
+CurveScale curveScaleX(const ABAxis& axis)
+{
+    const TMinMax& range = axis.getMinMax();
+    const CRect& graph = axis.getGraphRect();
+    return scaleOf(axis.getXDirect(), range.xMin, range.xMax, axis.logX(), graph.left, graph.right,
+                   axis.getXDirect() >= 0);
+}
+
+CurveScale curveScaleY(const ABAxis& axis)
+{
+    const TMinMax& range = axis.getMinMax();
+    const CRect& graph = axis.getGraphRect();
+    return scaleOf(axis.getYDirect(), range.yMin, range.yMax, axis.logY(), graph.top, graph.bottom,
+                   axis.getYDirect() < 0);
+}
+
+void drawAxisCurve(ABAxis& axis, CDC& dc, const CurvePoints& points, int style, int width,
+                   COLORREF color)
+{
+    if (!points.y || points.n < 1 || style == PS_NULL)
+        return;
+    const int deviceWidth = graphLineWidth(width, axis.getFHeight());
+    if (axis.isFlagSet(axisBitmapMode)) {
+        if (!axis.dib())
+            return;
+        const AxisPenState state(axis);
+        axis.setLineStyle(style);
+        axis.setLineWidth(deviceWidth);
+        axis.setColor(color);
+        drawCurve(*axis.dib(), points, curveScaleX(axis), curveScaleY(axis));
+        return;
+    }
+    const SelectedObject<CPen> pen(dc, CPen(style, deviceWidth, color));
+    if (!drawsFractions(dc))
+        drawPixels(axis, dc, points, style, deviceWidth, color);
+    else if (points.n <= mostExactPoints)
+        drawExactly(axis, dc, points, deviceWidth);
+    else
+        drawReduced(axis, dc, points, deviceWidth);
+}
+
+}  // namespace pavane
