@@ -1,0 +1,23 @@
+#include "pavane/maps/ALevelsColorGraph.h"
+
+#include "pavane/axes/ABAxis.h"
+
+namespace pavane
+{
+
+void ALevelsColorGraph::cellsChanged()
+{
+    AColorsGraph::cellsChanged();
+    contours_.forget();
+}
+
+void ALevelsColorGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
+{
+    if (axis() && !axis()->getGraphRect().IsRectEmpty() && !cellRange().isEmpty()) {
+        drawCells(dc);
+        contours_.draw(dc, *this, this);
+    }
+    ABMapGraph::draw(dc, rect, range);
+}
+
+}  // namespace pavane

@@ -1,0 +1,21 @@
+#include "pavane/maps/ALevelsGraph.h"
+
+#include "pavane/axes/ABAxis.h"
+
+namespace pavane
+{
+
+void ALevelsGraph::cellsChanged()
+{
+    ABMapGraph::cellsChanged();
+    contours_.forget();
+}
+
+void ALevelsGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
+{
+    if (axis() && !axis()->getGraphRect().IsRectEmpty())
+        contours_.draw(dc, *this, nullptr);
+    ABMapGraph::draw(dc, rect, range);
+}
+
+}  // namespace pavane
