@@ -31,7 +31,7 @@ public:
     /// Pixel (x, y), which must be inside, 0x00RRGGBB; row 0 is the top one.
     std::uint32_t pixel(int x, int y) const
     {
-        return pixels_[std::ptrdiff_t{height_ - 1 - y} * width_ + x];
+        return pixels_.get()[std::ptrdiff_t{height_ - 1 - y} * width_ + x];
     }
     /// Paints the picture stretched over `rect` (right and bottom excluded); `rop` as for
     /// StretchDIBits, 0 copies. Returns non-zero when something was painted.

@@ -1,5 +1,4 @@
 #include "pavane/images/curve_raster.h"
-#include "pavane/images/curve_scan.h"
 #include "platform/picture.h"
 #include "tests/images/raster_text.h"
 
@@ -137,20 +136,6 @@ TEST(Curve, OfEqualStepsIsTheSameWithoutItsX)
         EXPECT_EQ(asText(one), asText(other));
         EXPECT_NE(asText(one).find('#'), std::string::npos);
     }
-}
-
-TEST(Curve, ScanStopsAtTheFirstPointOutside)
-{
-    for (int stop = 0; stop < 70; ++stop)
-        for (const double bad : {nan, 2.5, -2.5}) {
-            std::vector<double> x(70, 0.5), y(70);
-            for (int i = 0; i < 70; ++i)
-                y[static_cast<std::size_t>(i)] = 0.01 * (i % 9);
-            (stop % 2 ? x : y)[static_cast<std::size_t>(stop)] = bad;
-            ValueRange spread{0, 0};
-            EXPECT_EQ(scanInside(x.data(), y.data(), 70, {0, 1}, {-1, 1}, spread), stop);
-            EXPECT_EQ(spread.greatest, 0.01 * std::min(std::max(stop - 1, 0), 8));
-        }
 }
 
 }  // namespace

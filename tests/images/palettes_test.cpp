@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -11,33 +10,6 @@ namespace pavane
 {
 namespace
 {
-
-double linear(int c)
-{
-    const double v = c / 255.0;
-    return v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4);
-}
-
-// CIE L*, another measure than the one that the palettes are made by.
-double lightness(COLORREF c)
-{
-    const double y = 0.2126 * linear(GetRValue(c)) + 0.7152 * linear(GetGValue(c)) +
-                     0.0722 * linear(GetBValue(c));
-    return 116 * (y > 0.008856 ? std::cbrt(y) : 7.787 * y + 16.0 / 116) - 16;
-}
-
-TEST(Palettes, SequentialOnesGrowLighterInEvenSteps)
-{
-    for (const char* const name : {"defpal", "grey", "heat"}) {
-        ASSERT_TRUE(LoadPalette(name)) << name;
-        AArray<COLORREF> colors;
-        ASSERT_EQ(GetGlobalPaletteColors(0, 226, colors), 226);
-        for (int i = 16; i < 226; ++i) {  // evenly, 7.1 for grey; where the hue turns it is less
-            const double rise = lightness(colors(i)) - lightness(colors(i - 16));
-            EXPECT_TRUE(rise > 2.5 && rise < 11) << name << " " << i << ": " << rise;
-        }
-    }
-}
 
 TEST(Palettes, KeepTheWorkingColoursAndTheHandle)
 {
