@@ -99,6 +99,7 @@ public:
     void lineV(const int& x1, const int& y1, const int& x2, const int& y2);
     /// Markers at (x, y). `color` is a COLORREF; in bitmap mode a value below 256 that is not one
     /// of the working colours is taken as a palette index.
+    /// A dot of fHeight / GetPartPointHeight().
     void point(const int& x, const int& y, const unsigned long& color);
     void pointCross(const int& x, const int& y, const unsigned long& color);
     void pointCrossInv(const int& x, const int& y, const unsigned long& color);

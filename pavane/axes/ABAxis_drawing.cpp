@@ -141,10 +141,21 @@ void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
 
 void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 {
-    const int size = std::max(1, fHeight_ / std::max(GetPartPointHeight(), 1));
+    const double part = std::max(GetPartPointHeight(), 1);
+    const int size = std::max(1, truncated(fHeight_ / part + 0.5));
     const int left = x - (size - 1) / 2;
     const int top = y - (size - 1) / 2;
-    markerBlock(color, CRect(left, top, left + size - 1, top + size - 1));
+    constexpr int mostSquare = 4;  // a disc of so few pixels is a square
+    if (size <= mostSquare || isFlagSet(axisBitmapMode)) {
+        markerBlock(color, CRect(left, top, left + size - 1, top + size - 1));
+        return;
+    }
+    if (!dc_)
+        return;
+    const auto wanted = static_cast<COLORREF>(color);
+    const SelectedObject<CPen> pen(*dc_, CPen(PS_NULL, 0, wanted));
+    const SelectedObject<CBrush> brush(*dc_, CBrush(wanted));
+    dc_->Ellipse(left, top, left + size, top + size);
 }
 
 void ABAxis::pointBar(const int& x, const int& y, const unsigned long& color)

@@ -83,6 +83,15 @@ CString decadeLabel(int exponent, int factor, bool plain)
     return text;
 }
 
+/// Every how many decades a label stands, so that there are about `intervals` of them.
+int labelledDecades(int decades, int intervals)
+{
+    for (const int every : {1, 2, 3, 5, 10, 20, 30, 50, 100})
+        if (decades <= every * intervals)
+            return every;
+    return 200;
+}
+
 /// Which of the ticks 1 to 9 of a decade carry a label.
 bool isLabelled(const ALogItem& item, bool denselyLabelled, int everyDecades)
 {
@@ -133,7 +142,8 @@ TickSet logarithmicTicks(const TickWish& wish)
         return linearTicks(wish);
     const bool dense = std::log10(range.max) - std::log10(range.min) < 2;
     const int decades = items(count - 1).exponent - items(0).exponent;
-    const int every = decades / std::max(wish.intervals, 1) + 1;
+    const int every = labelledDecades(decades, std::max(wish.intervals, 1));
+    const int minorEvery = every <= 5 ? 1 : every / 5;
     // Plain numbers as long as none is longer than the power of ten would be.
     const bool plain = items(0).exponent >= -3 && items(count - 1).exponent <= 4;
     TickSet set;
@@ -141,7 +151,7 @@ TickSet logarithmicTicks(const TickWish& wish)
         const ALogItem& item = items(i);
         if (isLabelled(item, dense, every))
             set.major.push_back({item.value, decadeLabel(item.exponent, item.index + 1, plain)});
-        else if (wish.minor && (every == 1 || item.index == 0))
+        else if (wish.minor && (every == 1 || (item.index == 0 && item.exponent % minorEvery == 0)))
             set.minor.push_back(item.value);
     }
     if (set.major.size() < 2)

@@ -7,7 +7,10 @@
 #include "pavane/images/ADIBase.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
 #include <vector>
 
 namespace pavane
@@ -170,6 +173,27 @@ void drawPixels(const ABAxis& axis, CDC& dc, const CurvePoints& points, int styl
                 });
 }
 
+/// A dashed curve in the raster. Each of its lines begins a new pattern, so the pattern is turned
+/// on by the steps of the lines before; else curves of short segments would look solid.
+void drawDashedInRaster(const ABAxis& axis, ADIBase& dib, const CurvePoints& points)
+{
+    const int width = std::max<int>(dib.GetLineWidth(), 1);
+    const int pattern = dib.GetLinePattern();
+    long long steps = 0;
+    reduceCurve(points, curveScaleX(axis), curveScaleY(axis), visibleRect(axis, width), width,
+                [&](const CPoint* p, int count) {
+                    for (int i = 1; i < count; ++i) {
+                        const int turn = static_cast<int>(steps / width % 32);
+                        dib.SetLinePattern(
+                            static_cast<int>(std::rotr(static_cast<std::uint32_t>(pattern), turn)));
+                        dib.Line(p[i - 1].x, p[i - 1].y, p[i].x, p[i].y);
+                        steps += std::max(std::llabs(0LL + p[i].x - p[i - 1].x),
+                                          std::llabs(0LL + p[i].y - p[i - 1].y));
+                    }
+                });
+    dib.SetLinePattern(pattern);
+}
+
 }  // namespace
 
 int drawsFractions(CDC& dc)
@@ -208,7 +232,10 @@ void drawAxisCurve(ABAxis& axis, CDC& dc, const CurvePoints& points, int style, 
         axis.setLineStyle(style);
         axis.setLineWidth(deviceWidth);
         axis.setColor(color);
-        drawCurve(*axis.dib(), points, curveScaleX(axis), curveScaleY(axis));
+        if (style == PS_SOLID)
+            drawCurve(*axis.dib(), points, curveScaleX(axis), curveScaleY(axis));
+        else
+            drawDashedInRaster(axis, *axis.dib(), points);
         return;
     }
     const SelectedObject<CPen> pen(dc, CPen(style, deviceWidth, color));
