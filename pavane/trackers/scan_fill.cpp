@@ -1,0 +1,280 @@
+#include "pavane/trackers/scan_fill.h"
+
+#include "pavane/trackers/row_fill.h"
+#include "pavane/trackers/scan_edge.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <type_traits>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Plain items that are appended one by one. Memory that cannot be had is a 0, never an exception.
+template <typename T>
+class Pile
+{
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    Pile() = default;
+    Pile(const Pile&) = delete;
+    Pile& operator=(const Pile&) = delete;
+    ~Pile() { std::free(items_); }
+
+    int reserve(std::size_t n)
+    {
+        if (n <= room_)
+            return 1;
+        void* const items = std::realloc(static_cast<void*>(items_), n * sizeof(T));
+        if (!items)
+            return 0;
+        items_ = static_cast<T*>(items);
+        room_ = n;
+        return 1;
+    }
+    int add(const T& item)
+    {
+        if (count_ == room_ && !reserve(std::max<std::size_t>(32, 2 * room_)))
+            return 0;
+        items_[count_++] = item;
+        return 1;
+    }
+    T* data() { return items_; }
+    std::size_t count() const { return count_; }
+    void cut(std::size_t n) { count_ = n; }
+
+private:
+    T* items_ = nullptr;
+    std::size_t count_ = 0;
+    std::size_t room_ = 0;
+};
+
+/// From here on sorting a row's crossings costs more than counting its turns.
+constexpr std::size_t fewCrossings = 16;
+
+class AreaScan
+{
+public:
+    AreaScan(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity)
+        : mask_(mask), points_(points), n_(n), capacity_(rowCapacity)
+    {
+    }
+
+    int fill()
+    {
+        if (!findRows() || !listEdges())
+            return top_ > bottom_;
+        for (int row = top_; row <= bottom_;) {
+            if (!takeEdges(row))
+                return 0;
+            if (active_.count() == 0) {
+                ++row;
+                continue;
+            }
+            const int last = lastRowBeforeChange(row);
+            if (!fillRows(row, last))
+                return 0;
+            dropEdges(last);
+            row = last + 1;
+        }
+        return 1;
+    }
+    int overflow() const { return overflow_; }
+
+private:
+    // An edge in the lists of the rows where edges begin: twice its start vertex, plus 1 when the
+    // start itself is a crossing.
+    static constexpr std::uint32_t noEdge = ~0u;
+
+    CPoint end(int i) const { return points_[i + 1 < n_ ? i + 1 : 0]; }
+
+    /// The rows of the mask that the polygon reaches; 0 when there are none.
+    int findRows()
+    {
+        int least = points_[0].y;
+        int greatest = least;
+        for (int i = 1; i < n_; ++i) {
+            least = std::min(least, points_[i].y);
+            greatest = std::max(greatest, points_[i].y);
+        }
+        top_ = std::max(least, 0);
+        bottom_ = std::min(greatest, mask_.rows() - 1);
+        return top_ <= bottom_;
+    }
+
+    /// Puts every edge with crossings into the list of its first row and fills the level ones;
+    /// a run of level edges is one span.
+    int listEdges()
+    {
+        const auto rows = static_cast<std::size_t>(bottom_ - top_) + 1;
+        if (!heads_.reserve(rows) || !next_.reserve(static_cast<std::size_t>(n_)))
+            return 0;
+        std::fill_n(heads_.data(), rows, noEdge);
+        int before = points_[0].y;  // the nearest earlier y that differs from the start's
+        for (int i = n_ - 1; i > 0 && before == points_[0].y; --i)
+            before = points_[i].y;
+        int levelFirst = points_[0].x;
+        int levelLast = levelFirst;
+        bool level = false;
+        for (int i = 0; i < n_; ++i) {
+            const CPoint a = points_[i];
+            const CPoint b = end(i);
+            if (a.y == b.y) {
+                levelFirst = std::min(level ? levelFirst : a.x, b.x);
+                levelLast = std::max(level ? levelLast : a.x, b.x);
+                level = true;
+                continue;
+            }
+            if (level)
+                fillLevel(a.y, levelFirst, levelLast);
+            level = false;
+            listEdge(i, a, b, (before < a.y) == (b.y < a.y));
+            before = a.y;
+        }
+        if (level)
+            fillLevel(points_[0].y, levelFirst, levelLast);
+        return 1;
+    }
+
+    void fillLevel(int y, int first, int last)
+    {
+        if (y >= top_ && y <= bottom_)
+            fillSpan(mask_.row(y), mask_.columns(), first, last);
+    }
+
+    void listEdge(int i, CPoint a, CPoint b, bool withStart)
+    {
+        const EdgeRows rows = rowsOf(a, b, withStart, mask_.rows());
+        if (rows.first > rows.last)
+            return;
+        std::uint32_t& head = heads_.data()[rows.first - top_];
+        next_.data()[i] = head;
+        head = 2 * static_cast<std::uint32_t>(i) + (withStart ? 1 : 0);
+    }
+
+    /// Makes the edges that begin in `row` active.
+    int takeEdges(int row)
+    {
+        for (std::uint32_t entry = heads_.data()[row - top_]; entry != noEdge;
+             entry = next_.data()[entry / 2]) {
+            const int i = static_cast<int>(entry / 2);
+            const CPoint a = points_[i];
+            const CPoint b = end(i);
+            if (!active_.add(edgeAt(a, b, rowsOf(a, b, entry % 2, mask_.rows()))))
+                return 0;
+        }
+        return 1;
+    }
+
+    /// The last of the rows from `row` on that the same active edges cross.
+    int lastRowBeforeChange(int row)
+    {
+        int last = bottom_;
+        for (std::size_t e = 0; e < active_.count(); ++e)
+            last = std::min(last, active_.data()[e].lastRow);
+        for (int r = row + 1; r <= last; ++r)
+            if (heads_.data()[r - top_] != noEdge)
+                return r - 1;
+        return last;
+    }
+
+    int fillRows(int row, int last)
+    {
+        const std::size_t crossings = active_.count();
+        if (static_cast<std::int64_t>(crossings) > capacity_)
+            overflow_ = 1;
+        if (crossings == 2) {
+            fillBetweenTwo(row, last);
+            return 1;
+        }
+        if (!crossings_.reserve(crossings) || (crossings > fewCrossings && !makeTurns()))
+            return 0;
+        int* const xs = crossings_.data();
+        ScanEdge* const edges = active_.data();
+        for (int r = row; r <= last; ++r) {
+            for (std::size_t e = 0; e < crossings; ++e) {
+                xs[e] = edges[e].crossing();
+                edges[e].step();
+            }
+            if (crossings <= fewCrossings)
+                fillFew(mask_.row(r), mask_.columns(), xs, static_cast<int>(crossings));
+            else
+                fillMany(mask_.row(r), mask_.columns(), turns_.data(), xs,
+                         static_cast<int>(crossings));
+        }
+        return 1;
+    }
+
+    /// Most rows of most polygons have two crossings.
+    void fillBetweenTwo(int row, int last)
+    {
+        ScanEdge a = active_.data()[0];
+        ScanEdge b = active_.data()[1];
+        const int columns = mask_.columns();
+        const std::int64_t words = mask_.rowWords();
+        ABitMatrix::Word* bits = mask_.row(row);
+        for (int r = row; r <= last; ++r, bits += words) {
+            const int xa = a.crossing();
+            const int xb = b.crossing();
+            fillSpan(bits, columns, std::min(xa, xb), std::max(xa, xb));
+            a.step();
+            b.step();
+        }
+        active_.data()[0] = a;
+        active_.data()[1] = b;
+    }
+
+    int makeTurns()
+    {
+        if (turns_.data())
+            return 1;
+        const auto words = static_cast<std::size_t>(mask_.rowWords());
+        if (!turns_.reserve(words))
+            return 0;
+        std::fill_n(turns_.data(), words, ABitMatrix::Word{0});
+        return 1;
+    }
+
+    void dropEdges(int last)
+    {
+        ScanEdge* const edges = active_.data();
+        std::size_t kept = 0;
+        for (std::size_t e = 0; e < active_.count(); ++e)
+            if (edges[e].lastRow > last)
+                edges[kept++] = edges[e];
+        active_.cut(kept);
+    }
+
+    ABitMatrix& mask_;
+    const CPoint* points_;
+    int n_;
+    int capacity_;
+    int overflow_ = 0;
+    int top_ = 0;
+    int bottom_ = -1;
+    Pile<std::uint32_t> heads_;  // by row from top_: the first edge that begins there
+    Pile<std::uint32_t> next_;   // by start vertex: the next edge that begins in the same row
+    Pile<ScanEdge> active_;
+    Pile<int> crossings_;
+    Pile<ABitMatrix::Word> turns_;
+};
+
+}  // namespace
+
+int fillPolygon(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity, int& overflow)
+{
+    if (n < 1 || !points || mask.rows() < 1)
+        return 1;
+    AreaScan scan(mask, points, n, rowCapacity);
+    const int result = scan.fill();
+    if (scan.overflow())
+        overflow = 1;
+    return result;
+}
+
+}  // namespace pavane
