@@ -92,6 +92,8 @@ void AAxisScaleBar::draw(CDC& dc, CRect& rect)
     if (bar.IsRectEmpty())
         return;
     const ScaleTicks chosen = fittingTicks(dc, horizontal_ ? bar.Width() : bar.Height());
+    if (chosen.ticks.empty())
+        return;
     drawBar(dc, bar, chosen);
     CPen pen(PS_SOLID, fHeight_ / 12, RGB(0, 0, 0));
     CPen* const oldPen = dc.SelectObject(&pen);

@@ -23,6 +23,7 @@ public:
     int neededBreadth(CDC& dc, int length) const;
     /// Draws the bar along the left (or upper) edge of `rect`, from end to end of it, both edges
     /// included as in a graph rectangle; labels reach half their height beyond the ends.
+    /// Nothing is drawn for a map without data or without levels.
     void draw(CDC& dc, CRect& rect) override;
 
 protected:

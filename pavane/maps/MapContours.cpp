@@ -16,7 +16,7 @@ namespace
 /// Points closer than this part of the font height to the one before are left out.
 constexpr double finestPart = 0.01;
 /// Lines are this part of the font height wide.
-constexpr int widthPart = 14;
+constexpr int widthPart = 18;
 /// Luma (Rec. ITU-R BT.601) above which a colour counts as light.
 constexpr int lightLuma = 128;
 

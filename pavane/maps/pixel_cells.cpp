@@ -21,7 +21,7 @@ int clippedCell(double position, int cells)
 /// The cells that the pixel from `low` to `high` shows.
 CellSpan cellsOf(double low, double high, int cells)
 {
-    if (!std::isfinite(low) || !std::isfinite(high))
+    if (cells < 1 || !std::isfinite(low) || !std::isfinite(high))
         return {};
     if (high - low >= 1 - snap) {
         const CellSpan centres{clippedCell(std::ceil(low - snap), cells),
@@ -29,10 +29,12 @@ CellSpan cellsOf(double low, double high, int cells)
         if (centres.first < centres.end)
             return centres;
     }
-    const double cell = std::floor(low + (high - low) / 2 + 0.5 + snap);
-    if (cell < 0 || cell >= cells)
+    // the pixel on the far edge of the last cell shows it, as the one on the near edge of the first
+    const double place = low + (high - low) / 2 + 0.5;
+    if (place < -snap || place > cells + snap)
         return {};
-    return {static_cast<int>(cell), static_cast<int>(cell) + 1};
+    const int cell = std::min(static_cast<int>(place + snap), cells - 1);
+    return {cell, cell + 1};
 }
 
 }  // namespace

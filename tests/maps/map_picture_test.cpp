@@ -56,7 +56,7 @@ TEST(PixelCells, ShowCellsAsBlocksAndShareEachCellWithOnePixelOnly)
     const Case cases[] = {
         {-0.5, 1, 4, 4, "0 1 2 3"},          {-0.5, 0.5, 6, 3, "0 0 1 1 2 2"},
         {2.5, -0.5, 6, 3, "2 2 1 1 0 0"},     // the direction is reversed
-        {-0.75, 0.5, 7, 3, "0 0 1 1 2 2 ."},  // pixel centres on the edges of cells
+        {-0.75, 0.5, 7, 3, "0 0 1 1 2 2 2"},  // pixel centres on the edges of cells
         {-0.5, 2, 3, 6, "0-1 2-3 4-5"},      {-0.5, 2.5, 2, 5, "0-1 2-4"},
         {4.5, -2.5, 2, 5, "2-4 0-1"},        {1.5, 0.5, 4, 10, "2 2 3 3"},  // a part of the map
         {-3, 1.5, 4, 2, ". . 0-1 ."},
