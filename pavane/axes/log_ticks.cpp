@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <system_error>
 
 namespace pavane
 {
@@ -13,26 +14,24 @@ namespace
 
 constexpr int ticksOfDecade = 9;
 
-/// 10^decade, correctly rounded; subnormal numbers included, infinite above 308.
-double decadeValue(int decade)
+/// factor * 10^decade as text reads it, so that a range end written by a user meets its tick.
+/// Subnormal numbers included; infinite where no double holds it.
+double decadeValue(int decade, int factor = 1)
 {
-    if (decade > 308)
-        return HUGE_VAL;
-    char text[16] = "1e";
-    const auto end = std::to_chars(text + 2, text + sizeof text, decade).ptr;
+    char text[16];
+    char* end = std::to_chars(text, text + sizeof text, factor).ptr;
+    *end++ = 'e';
+    end = std::to_chars(end, text + sizeof text, decade).ptr;
     double value = 0;
-    std::from_chars(text, end, value);
+    if (std::from_chars(text, end, value).ec != std::errc() && decade > 0)
+        return HUGE_VAL;
     return value;
 }
 
-/// 10^d + k (10^(d+1) - 10^d) / 9; in the last decade, whose next power is no double, (k + 1) 10^d.
 ALogItem logItem(int decade, int k)
 {
-    const double start = decadeValue(decade);
-    const double next = decadeValue(decade + 1);
-    const double value =
-        std::isfinite(next) ? start + k * (next - start) / ticksOfDecade : (k + 1) * start;
-    return {value, static_cast<std::int16_t>(decade), static_cast<std::int16_t>(k)};
+    return {decadeValue(decade, k + 1), static_cast<std::int16_t>(decade),
+            static_cast<std::int16_t>(k)};
 }
 
 }  // namespace

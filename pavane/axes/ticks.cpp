@@ -90,7 +90,7 @@ double ticksAtEnds(const OrderedEnds& ends, int& n, int& nPlus, int& nMinus, dou
     const double divisor = powerOfTen(power);
     constexpr int mostDecimals = 17;  // beyond them a double repeats itself
     const double shown = step / divisor;
-    const int needed = shown > 0 ? truncated(std::ceil(1 - std::log10(shown))) : mostDecimals;
+    const int needed = shown > 0 ? truncated(std::ceil(3 - std::log10(shown))) : mostDecimals;
     nMinus = std::clamp(needed, 0, mostDecimals);
     return divisor;
 }

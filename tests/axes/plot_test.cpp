@@ -1,0 +1,204 @@
+#include "pavane/axes/A2DAxis.h"
+
+#include "pavane/axes/AGraphXYLine.h"
+#include "pavane/images/ADIBase.h"
+#include "platform/message.h"
+#include "platform/picture.h"
+#include "tessel/AFile.h"
+#include "tessel/paths.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <vector>
+
+using namespace pavane;
+
+namespace
+{
+
+std::string shown;
+
+int keepMessage(const CString& text, unsigned)
+{
+    shown += text + ";";
+    return IDOK;
+}
+
+/// A plot of a rising line in a picture of its own; counts how often the graph is drawn.
+struct Plot {
+    class CountedLine : public AGraphXYLine
+    {
+    public:
+        CountedLine(ABAxis* axis, std::vector<double>& x, int& drawn)
+            : AGraphXYLine(axis, x.data(), x.data(), 2, nullptr, PS_SOLID, 1, 0, 0), drawn_(drawn)
+        {
+        }
+        void draw(CDC& dc, CRect& rect, TMinMax& range) override
+        {
+            ++drawn_;
+            AGraphXYLine::draw(dc, rect, range);
+        }
+
+    private:
+        int& drawn_;
+    };
+
+    std::vector<double> x{0, 10};
+    int drawn = 0;
+    A2DAxis axis;
+    CPicture picture{600, 400};
+    std::unique_ptr<CDC> dc = picture.dc();
+
+    explicit Plot(int options = 0, int xDirect = 1) : axis(xDirect, 1, nullptr, options)
+    {
+        shown.clear();
+        new CountedLine(&axis, x, drawn);
+    }
+    void draw(int width = 600, int height = 400)
+    {
+        const MessageFunction old = SetMessageFunction(keepMessage);
+        CRect rect(0, 0, width, height);
+        axis.draw(*dc, rect);
+        SetMessageFunction(old);
+    }
+    bool isDark(int px, int py) const { return picture.row(py)[px] != 0xFFFFFF; }
+};
+
+}  // namespace
+
+TEST(Layout, LeavesRoomForLabelsTitlesAndHeader)
+{
+    Plot plot;
+    const CRect rect(0, 0, 600, 400);
+    ASSERT_TRUE(plot.axis.layOut(*plot.dc, rect));
+    EXPECT_EQ(plot.axis.getFHeight(), 16);
+    const CRect bare = plot.axis.getGraphRect();
+    EXPECT_EQ(bare.bottom, 400 - 2 * 16);
+    EXPECT_EQ(bare.top, 8);
+    plot.axis.setNameOX("x");
+    plot.axis.setNameOY("y");
+    ASSERT_TRUE(plot.axis.layOut(*plot.dc, rect));
+    EXPECT_EQ(plot.axis.getGraphRect().left, bare.left + 24);
+    EXPECT_EQ(plot.axis.getGraphRect().bottom, bare.bottom - 24);
+    plot.axis.setBorderRect(CRect(100, 50, 90, 80));
+    ASSERT_TRUE(plot.axis.layOut(*plot.dc, rect));
+    EXPECT_EQ(plot.axis.getGraphRect(), CRect(100, 50, 510, 320));
+    plot.axis.setBorderRect(CRect(-1, -1, 590, -1));
+    EXPECT_FALSE(plot.axis.layOut(*plot.dc, rect));
+    EXPECT_EQ(plot.axis.dc(), nullptr);
+}
+
+TEST(Layout, KeepsLongLabelsInsideThePicture)
+{
+    for (const int direct : {1, -1}) {
+        Plot plot(0, direct);
+        plot.axis.setMinMax({1, 1 + 3e-9, 0, 1});
+        ASSERT_TRUE(plot.axis.layOut(*plot.dc, CRect(0, 0, 600, 400)));
+        const int half = plot.dc->GetTextExtent("1.000000003").cx / 2;
+        EXPECT_LE(plot.axis.getGraphRect().right, 600 - half + 3);
+        EXPECT_GE(plot.axis.getGraphRect().left, half - 3);
+    }
+}
+
+TEST(Plot, HasAFrameWithTicksOutsideOrInside)
+{
+    Plot plot;
+    plot.draw();
+    const CRect g = plot.axis.getGraphRect();
+    const int x = plot.axis.RPXtoGPX(4);
+    EXPECT_TRUE(plot.isDark(g.left, (g.top + g.bottom) / 2 + 3));
+    EXPECT_TRUE(plot.isDark(x + 7, g.top));
+    EXPECT_TRUE(plot.isDark(x, g.bottom + 4));
+    EXPECT_FALSE(plot.isDark(x, g.bottom - 4));
+    EXPECT_TRUE(plot.isDark(plot.axis.RPXtoGPX(5), plot.axis.RPYtoGPY(5)));  // the curve
+    plot.axis.setFlag(axisTicksInside, 1);
+    plot.axis.setFlag(axisGridY, 1);
+    plot.picture = CPicture(600, 400);
+    plot.dc = plot.picture.dc();
+    plot.draw();
+    EXPECT_FALSE(plot.isDark(x, g.bottom + 4));
+    EXPECT_TRUE(plot.isDark(x, g.bottom - 4) && plot.isDark(x, g.top + 4));
+    int gridPixels = 0;
+    for (int px = g.left + 10; px < g.right - 10; ++px)
+        gridPixels += plot.isDark(px, plot.axis.RPYtoGPY(2));
+    EXPECT_GT(gridPixels, 100);
+}
+
+TEST(Plot, DrawsAnyRangeIntoAnyRectangle)
+{
+    std::mt19937_64 random(9);
+    const double values[] = {0, 1, -1, 1e-300, 1e300, -1.7e308, 1.7e308, 5e-324, 1e38, 86400};
+    const int sizes[] = {1, 2, 31, 64, 600, -5};
+    const auto pick = [&random](const auto& from) { return from[random() % std::size(from)]; };
+    for (int trial = 0; trial < 300; ++trial) {
+        A2DAxis axis(static_cast<int>(random() % 4) - 1, static_cast<int>(random() % 3) - 1,
+                     nullptr,
+                     static_cast<int>(random() & (axisGridX | axisGridY | axisBitmapMode)));
+        axis.setMinMax({pick(values), pick(values), pick(values), pick(values), 0, 1});
+        axis.setXIntervals(trial % 10 == 0 ? 2147483647 : 5);
+        axis.setNameOX("%s%n%1000d ~");
+        CPicture picture(200, 100);
+        const auto dc = picture.dc();
+        CRect rect(0, 0, pick(sizes), pick(sizes));
+        axis.draw(*dc, rect);
+    }
+}
+
+TEST(Raster, ShowsWhatAPictureShows)
+{
+    Plot plain;
+    plain.draw();
+    Plot raster(axisBitmapMode);
+    raster.draw();
+    ASSERT_NE(raster.axis.dib(), nullptr);
+    EXPECT_EQ(raster.axis.dib()->rect(), raster.axis.getGraphRect());
+    const CRect g = raster.axis.getGraphRect();
+    for (int y = g.top; y <= g.bottom; ++y)
+        for (int x = g.left; x <= g.right; ++x)
+            ASSERT_EQ(raster.isDark(x, y), plain.isDark(x, y)) << x << " " << y;
+}
+
+TEST(RasterCache, SavesDrawingTheGraphsAgain)
+{
+    std::string file;
+    {
+        Plot plot(axisBitmapMode | axisBitmapCache);
+        plot.draw();
+        file = plot.axis.getTempFileName();
+        ASSERT_TRUE(IsFileExists(file));
+        plot.draw();
+        EXPECT_EQ(plot.drawn, 1);
+        plot.draw(500, 300);  // another size: drawn and kept anew
+        EXPECT_EQ(plot.drawn, 2);
+        plot.draw(500, 300);
+        EXPECT_EQ(plot.drawn, 2);
+        EXPECT_EQ(shown, "");
+        const A2DAxis copy(plot.axis);
+        EXPECT_EQ(copy.getTempFileName(), "");
+    }
+    EXPECT_FALSE(IsFileExists(file));
+}
+
+TEST(RasterCache, ThatCannotBeReadIsReportedAndDrawnAround)
+{
+    Plot plot(axisBitmapMode | axisBitmapCache);
+    plot.draw();
+    const std::string file = plot.axis.getTempFileName();
+    AFile cut(file, AFile::writeOnly | AFile::create);
+    ASSERT_TRUE(cut.write("short", 5) && cut.close());
+    plot.draw();
+    EXPECT_EQ(plot.drawn, 2);
+    EXPECT_NE(shown.find("Error load DIB;"), std::string::npos);
+    plot.axis.dropCache();
+    EXPECT_FALSE(IsFileExists(file));
+    shown.clear();
+    plot.axis.setTempFileName("/nonexistent/folder/raster");
+    plot.draw();
+    EXPECT_EQ(plot.drawn, 3);
+    EXPECT_EQ(shown, "Error load DIB;");
+    EXPECT_EQ(plot.axis.getTempFileName(), "");  // could not be kept there either
+}
