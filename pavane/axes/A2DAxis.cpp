@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/messages.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
 
@@ -39,11 +40,36 @@ void A2DAxis::draw(CDC& dc, CRect& rect)
         drawTicks(dc, layout);
         drawLabels(dc, layout);
         drawTitles(dc, layout);
+        if (isWithoutData())
+            drawNoData(dc);
         dc.RestoreDC(saved);
         EndPalette(old);
     }
     options_ = options;
     dc_ = before;
+}
+
+int A2DAxis::isWithoutData() const
+{
+    if (range_.xMin != unsetMaximum || range_.xMax != unsetMinimum)
+        return 0;  // the repaired range of an axis that found nothing
+    for (int i = 0; i < childs_.count(); ++i) {
+        TMinMax range;
+        childs_(i)->getMinMax(range);
+        if (range.xMin != unsetMinimum || range.xMax != unsetMaximum)
+            return 0;
+    }
+    return childs_.count() > 0;
+}
+
+void A2DAxis::drawNoData(CDC& dc)
+{
+    CFont font;
+    if (!CreateAxisFont(font, fHeight_, 0, 0.0))
+        return;
+    const SelectedObject<CFont> selected(dc, font);
+    const CPoint centre = graphRect_.CenterPoint();
+    dc.TextOut(centre.x - dc.GetTextExtent(noData).cx / 2, centre.y - fHeight_ / 2, noData);
 }
 
 void A2DAxis::drawInContext(CDC& dc, CRect& rect, const PlotLayout& layout)

@@ -27,6 +27,9 @@ public:
     /// getGraphRect with its map, set bounds by setBorderRect, draw. Non-zero when a graph
     /// rectangle with pixels in it is left.
     int layOut(CDC& dc, const CRect& rect);
+    /// Non-zero after layOut or draw when there are graphs and none of them has a finite point; the
+    /// plot then says so.
+    int isWithoutData() const;
     /// Forgets the cached raster and deletes its file: call it when the data change.
     void dropCache();
 
@@ -41,6 +44,7 @@ private:
     void drawTicks(CDC& dc, const PlotLayout& layout);
     void drawLabels(CDC& dc, const PlotLayout& layout);
     void drawTitles(CDC& dc, const PlotLayout& layout);
+    void drawNoData(CDC& dc);
     void drawGrid(const PlotLayout& layout);
     void drawInContext(CDC& dc, CRect& rect, const PlotLayout& layout);
     void drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout);

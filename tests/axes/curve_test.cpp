@@ -153,8 +153,4 @@ TEST(GraphRange, IsThatOfTheFinitePointsUnlessOneIsGiven)
     AGraphYLine line(nullptr, y.data(), 5, nullptr, PS_SOLID, 10, -2, 1, 0, 0);
     line.getMinMax(range);
     EXPECT_EQ(range, (TMinMax{2, 10, -2, 100}));
-    CString name = "kept";
-    EXPECT_EQ(line.getOY(name), "kept");
-    line.setName("Phase");
-    EXPECT_EQ(line.getOY(name), "Phase");
 }
