@@ -28,6 +28,8 @@ double decadeValue(int decade, int factor = 1)
     return value;
 }
 
+bool isSet(const ALogItem& item) { return item.value != 0; }
+
 ALogItem logItem(int decade, int k)
 {
     return {decadeValue(decade, k + 1), static_cast<std::int16_t>(decade),
@@ -54,8 +56,8 @@ int GetLogArray(AArray<ALogItem>& items, TMnMx& range, ALogItem* below, ALogItem
     const bool usable = range.min > 0 && range.min < range.max && std::isfinite(range.max);
     const int lastDecade = usable ? decadeOf(range.max) : 0;
     double last = 0;  // subnormal decades repeat values
-    for (int d = usable ? decadeOf(range.min) : 1; d <= lastDecade && !over.value; ++d) {
-        for (int k = 0; k < ticksOfDecade && !over.value; ++k) {
+    for (int d = usable ? decadeOf(range.min) : 1; d <= lastDecade && !isSet(over); ++d) {
+        for (int k = 0; k < ticksOfDecade && !isSet(over); ++k) {
             const ALogItem item = logItem(d, k);
             if (!(item.value > last) || !std::isfinite(item.value))
                 continue;
@@ -68,7 +70,7 @@ int GetLogArray(AArray<ALogItem>& items, TMnMx& range, ALogItem* below, ALogItem
                 items.Add(item);
         }
     }
-    if (usable && !over.value && std::isfinite(decadeValue(lastDecade + 1)))
+    if (usable && !isSet(over) && std::isfinite(decadeValue(lastDecade + 1)))
         over = logItem(lastDecade + 1, 0);
     if (below)
         *below = under;

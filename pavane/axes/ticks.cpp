@@ -19,33 +19,29 @@ constexpr double leastRelativeStep = 4e-13;
 /// A count that rounding left this close below a whole number is that number.
 constexpr double countSlack = 1e-9;
 
-/// The two ends in ascending order; puts them back as they came.
-class OrderedEnds
-{
-public:
-    OrderedEnds(double& min, double& max) : min_(min), max_(max)
-    {
-        if (!std::isfinite(min) || !std::isfinite(max)) {
-            min = -1;
-            max = 1;
-        }
-        repairEqualEnds(min, max);
-        low = std::min(min, max);
-        high = std::max(min, max);
-    }
+/// The two ends in ascending order.
+struct OrderedEnds {
     double low = 0;
     double high = 0;
+
     double larger() const { return std::max(std::fabs(low), std::fabs(high)); }
     bool tooFarOrTooNarrow() const
     {
         const double span = high - low;
         return larger() > farthestEnd || span < leastSpan || span < leastRelativeSpan * larger();
     }
-
-private:
-    double& min_;
-    double& max_;
 };
+
+/// Repairs the range, which stays in the order that it came in.
+OrderedEnds repairedEnds(double& min, double& max)
+{
+    if (!std::isfinite(min) || !std::isfinite(max)) {
+        min = -1;
+        max = 1;
+    }
+    repairEqualEnds(min, max);
+    return {std::min(min, max), std::max(min, max)};
+}
 
 struct TickSpan {
     double first = 0;
@@ -119,7 +115,7 @@ double tickValue(double first, double step, int i)
 double chooseTicks(double& min, double& max, int& nIntervals, int& nPlus, int& nMinus,
                    double& first, double& step, int& power, int engineering)
 {
-    const OrderedEnds ends(min, max);
+    const OrderedEnds ends = repairedEnds(min, max);
     nPlus = limitedBudget(nPlus);
     nMinus = limitedBudget(nMinus);
     if (ends.tooFarOrTooNarrow())
@@ -158,7 +154,7 @@ double chooseTicks(double& min, double& max, int& nIntervals, int& nPlus, int& n
 double chooseTicksForPower(double& min, double& max, int& nIntervals, int& nPlus, int& nMinus,
                            double& first, double& step, int power)
 {
-    const OrderedEnds ends(min, max);
+    const OrderedEnds ends = repairedEnds(min, max);
     nPlus = limitedBudget(nPlus);
     nMinus = limitedBudget(nMinus);
     power = std::clamp(power, leastPower, greatestPower);
