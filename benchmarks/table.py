@@ -3,9 +3,9 @@
 
     table.py BUILD [JOB ...]
 
-Programs are BUILD/benchmarks/bin/*_bench and *_peer (Google Benchmark, entries "job/case/who").
-Scripts are benchmarks/peers/*_peer.py, which print lines "job/case/who milliseconds" (medians of their
-own). The job of a program is its file's name up to the first underscore.
+Programs are BUILD/benchmarks/bin/bench-JOB (Google Benchmark, entries "job/case/who"). Peers that are
+scripts are benchmarks/peers/*_JOB.py, which get the job's program as their argument and print lines
+"job/case/who milliseconds" (medians of their own).
 """
 import json
 import pathlib
@@ -26,26 +26,29 @@ def run_program(path):
             yield name, entry["real_time"] * TO_MS[entry["time_unit"]]
 
 
-def run_script(path):
-    done = subprocess.run([sys.executable, str(path)], stdout=subprocess.PIPE, check=True, text=True)
+def run_script(path, program):
+    # the system's Python, for which the peers' packages are installed
+    done = subprocess.run(["/usr/bin/python3", str(path), str(program)], stdout=subprocess.PIPE, check=True, text=True)
     for line in done.stdout.splitlines():
         name, milliseconds = line.rsplit(None, 1)
         yield name, float(milliseconds)
 
 
 def collect(build, jobs):
-    here = pathlib.Path(__file__).parent
-    programs = sorted(pathlib.Path(build, "benchmarks", "bin").glob("*_bench"))
-    programs += sorted(pathlib.Path(build, "benchmarks", "bin").glob("*_peer"))
-    scripts = sorted((here / "peers").glob("*_peer.py"))
+    peers = pathlib.Path(__file__).parent / "peers"
     results = {}
-    for path in programs + scripts:
-        if jobs and path.name.split("_")[0] not in jobs:
+    for program in sorted(pathlib.Path(build, "benchmarks", "bin").glob("bench-*")):
+        job = program.name.removeprefix("bench-")
+        if jobs and job not in jobs:
             continue
-        print(f"running {path.name} ...", file=sys.stderr)
-        for name, milliseconds in (run_script if path.suffix == ".py" else run_program)(path):
-            job, case, who = name.split("/")
-            results.setdefault((job, case), {})[who] = milliseconds
+        print(f"running {program.name} ...", file=sys.stderr)
+        times = list(run_program(program))
+        for script in sorted(peers.glob(f"*_{job}.py")):
+            print(f"running {script.name} ...", file=sys.stderr)
+            times += run_script(script, program)
+        for name, milliseconds in times:
+            job_name, case, who = name.split("/")
+            results.setdefault((job_name, case), {})[who] = milliseconds
     return results
 
 

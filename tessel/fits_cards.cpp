@@ -57,6 +57,15 @@ std::string textCard(const std::string& key, const std::string& value)
     return card(key, "'" + quoted + "'");
 }
 
+/// Non-zero when the cards give steps and turns as a CD matrix, in which a missing item is 0.
+int haveCdMatrix(const std::vector<std::string>& cards)
+{
+    return std::any_of(cards.begin(), cards.end(), [](const std::string& text) {
+        return text.size() > 3 && text.compare(0, 2, "CD") == 0 &&
+               std::isdigit(static_cast<unsigned char>(text[2]));
+    });
+}
+
 void appendAxis(int number, const MapAxis& axis, std::vector<std::string>& cards)
 {
     const std::string n = std::to_string(number);
@@ -131,6 +140,7 @@ std::vector<std::string> coordinateCards(const MapHeader& header)
 {
     std::vector<std::string> cards =
         header.coordinateCards.empty() ? madeCards(header) : keptCards(header);
+    const int hasMatrix = haveCdMatrix(cards);
     int hasStokes = 0;
     int hasFrequency = 0;
     for (const MapAxis& axis : header.axes) {
@@ -150,6 +160,9 @@ std::vector<std::string> coordinateCards(const MapHeader& header)
             hasStokes = 1;
         }
         appendAxis(i + 1, axis, cards);
+        const std::string n = std::to_string(i + 1);
+        if (hasMatrix)
+            cards.push_back(numberCard("CD" + n + "_" + n, axis.cdelt));
     }
     return cards;
 }

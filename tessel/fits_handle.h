@@ -26,6 +26,11 @@ struct FitsHandle {
         file = nullptr;
         return closing == 0;
     }
+    /// `name` such that CFITSIO takes it as it is: a blank or '~' in front would be its business.
+    static std::string plainName(const std::string& name)
+    {
+        return !name.empty() && name[0] == '/' ? name : "./" + name;
+    }
     /// What CFITSIO calls its status.
     std::string statusText() const
     {

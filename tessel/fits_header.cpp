@@ -29,18 +29,6 @@ std::string readText(FitsHandle& fits, const std::string& key)
     return status ? std::string() : cut(value);
 }
 
-/// Non-zero, and `value` set, when the key is there with a finite number.
-int readNumber(FitsHandle& fits, const std::string& key, double& value)
-{
-    double number = 0;
-    int status = 0;
-    fits_read_key(fits.file, TDOUBLE, key.c_str(), &number, nullptr, &status);
-    if (status || !std::isfinite(number))
-        return 0;
-    value = number;
-    return 1;
-}
-
 int startsWith(const std::string& text, std::string_view start)
 {
     return text.compare(0, start.size(), start) == 0;
@@ -63,16 +51,18 @@ double degreesPer(const std::string& unit)
     return 1.0;
 }
 
-MapAxis readAxis(FitsHandle& fits, int number, LONGLONG length)
+MapAxis readAxis(FitsHandle& fits, int number, std::int64_t length)
 {
     const std::string n = std::to_string(number);
     MapAxis axis;
-    axis.length = static_cast<int>(std::min<LONGLONG>(length, std::numeric_limits<int>::max()));
+    axis.length = static_cast<int>(std::min<std::int64_t>(length, std::numeric_limits<int>::max()));
     axis.ctype = readText(fits, "CTYPE" + n);
     axis.cunit = readText(fits, "CUNIT" + n);
     (void)readNumber(fits, "CRVAL" + n, axis.crval);
     (void)readNumber(fits, "CRPIX" + n, axis.crpix);
-    (void)readNumber(fits, "CDELT" + n, axis.cdelt);
+    double step = 0;
+    if (readNumber(fits, "CDELT" + n, step) && step != 0)
+        axis.cdelt = step;
     (void)readNumber(fits, "CROTA" + n, axis.crota);
     return axis;
 }
@@ -101,6 +91,8 @@ void readMatrix(FitsHandle& fits, MapHeader& header)
             hasCd |= readNumber(fits, "CD" + name, cd[i][j]);
             hasPc |= readNumber(fits, "PC" + name, pc[i][j]);
         }
+    if (cd[0][0] * cd[1][1] == cd[0][1] * cd[1][0])
+        hasCd = 0;  // maps every cell onto a line: as good as none
     const double turn = (y.crota != 0 ? y.crota : x.crota) * std::numbers::pi / 180;
     const double rotation[2][2] = {{x.cdelt * std::cos(turn), -y.cdelt * std::sin(turn)},
                                    {x.cdelt * std::sin(turn), y.cdelt * std::cos(turn)}};
@@ -109,8 +101,9 @@ void readMatrix(FitsHandle& fits, MapHeader& header)
             header.cd[i][j] = hasCd   ? cd[i][j]
                               : hasPc ? pc[i][j] * (i ? y.cdelt : x.cdelt)
                                       : rotation[i][j];
-    double ignored = 0;
-    const int hasSteps = readNumber(fits, "CDELT1", ignored) && readNumber(fits, "CDELT2", ignored);
+    double step = 0;
+    const int hasSteps = readNumber(fits, "CDELT1", step) && step != 0 &&
+                         readNumber(fits, "CDELT2", step) && step != 0;
     if (hasCd && !hasSteps) {
         x.cdelt = std::copysign(std::hypot(cd[0][0], cd[1][0]), cd[0][0]);
         y.cdelt = std::copysign(std::hypot(cd[0][1], cd[1][1]), cd[1][1]);
@@ -128,6 +121,12 @@ void toDegrees(MapHeader& header)
         header.cd[i][1] *= factor;
         axis.cunit = "deg";
     }
+}
+
+/// Hertz in the unit of a frequency axis.
+double hertzPer(const std::string& unit)
+{
+    return unit == "GHz" ? 1e9 : unit == "MHz" ? 1e6 : unit == "kHz" ? 1e3 : 1.0;
 }
 
 /// The value of an axis at the pixel, from 0, that was read.
@@ -150,7 +149,7 @@ void readFrequencyAndStokes(FitsHandle& fits, MapHeader& header)
     for (std::size_t i = 2; i < header.axes.size(); ++i) {
         const MapAxis& axis = header.axes[i];
         if (startsWith(axis.ctype, "FREQ"))
-            header.frequency = valueAt(axis, pixels[i]);
+            header.frequency = valueAt(axis, pixels[i]) * hertzPer(axis.cunit);
         else if (axis.ctype == "STOKES")
             header.stokes = stokesName(valueAt(axis, pixels[i]));
     }
@@ -161,6 +160,17 @@ void readFrequencyAndStokes(FitsHandle& fits, MapHeader& header)
         header.frequency = 0;
     if (header.stokes.empty())
         header.stokes = readText(fits, "STOKES");
+}
+
+/// Keeps a beam that has a size; others would be drawn as nothing and divide the flux by zero.
+void takeBeam(double major, double minor, double angle, MapHeader& header)
+{
+    if (!(major > 0) || !(minor > 0))
+        return;
+    header.hasBeam = 1;
+    header.bmaj = major;
+    header.bmin = minor;
+    header.bpa = angle;
 }
 
 /// The number behind `name` in a line of history, such as "CLEAN BMAJ=  1.2E-06 BMIN= ...".
@@ -182,10 +192,7 @@ void takeHistoryBeam(const std::string& card, MapHeader& header)
     if (!numberAfter(card, "BMAJ", major) || !numberAfter(card, "BMIN", minor) ||
         !numberAfter(card, "BPA", angle))
         return;
-    header.hasBeam = 1;
-    header.bmaj = major;
-    header.bmin = minor;
-    header.bpa = angle;
+    takeBeam(major, minor, angle, header);
 }
 
 /// Non-zero for a card whose keyword places the map on the sky or says what it shows.
@@ -198,7 +205,8 @@ int isCoordinateCard(const std::string& card)
     static constexpr std::string_view numbered[] = {"CTYPE", "CRVAL", "CDELT", "CRPIX", "CROTA",
                                                     "CUNIT", "CD",    "PC",    "PV",    "PS"};
     const std::string key = cut(card.substr(0, 8));
-    if (card.compare(8, 2, "= ") != 0)
+    const auto printable = [](char c) { return c >= ' ' && c <= '~'; };
+    if (card.compare(8, 2, "= ") != 0 || !std::all_of(card.begin(), card.end(), printable))
         return 0;
     if (std::find(std::begin(whole), std::end(whole), key) != std::end(whole))
         return 1;
@@ -228,15 +236,31 @@ void readCards(FitsHandle& fits, MapHeader& header)
 
 void readBeam(FitsHandle& fits, MapHeader& header)
 {
+    double major = 0;
+    double minor = 0;
     double angle = 0;
-    if (!readNumber(fits, "BMAJ", header.bmaj) || !readNumber(fits, "BMIN", header.bmin))
+    if (!readNumber(fits, "BMAJ", major) || !readNumber(fits, "BMIN", minor))
         return;
     (void)readNumber(fits, "BPA", angle);
-    header.bpa = angle;
-    header.hasBeam = 1;
+    takeBeam(major, minor, angle, header);
 }
 
 }  // namespace
+
+int readNumber(FitsHandle& fits, const std::string& key, double& value)
+{
+    // as text: CFITSIO's own conversion stops at the point under a locale with a decimal comma
+    char text[FLEN_VALUE] = "";
+    int status = 0;
+    fits_read_keyword(fits.file, key.c_str(), text, nullptr, &status);
+    for (char& c : text)
+        c = c == 'D' || c == 'd' ? 'E' : c;
+    double number = 0;
+    if (status || !stoval(text, number) || !std::isfinite(number))
+        return 0;
+    value = number;
+    return 1;
+}
 
 std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
 {
@@ -249,7 +273,7 @@ std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
     return pixels;
 }
 
-MapHeader readMapHeader(FitsHandle& fits, const std::vector<LONGLONG>& lengths, int plane)
+MapHeader readMapHeader(FitsHandle& fits, const std::vector<std::int64_t>& lengths, int plane)
 {
     MapHeader header;
     for (std::size_t i = 0; i < lengths.size(); ++i)

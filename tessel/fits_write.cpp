@@ -17,7 +17,7 @@ constexpr int maskAxes = 4;
 int createImage(FitsHandle& fits, const std::string& name, int rows, int columns)
 {
     LONGLONG lengths[maskAxes] = {columns, rows, 1, 1};
-    fits_create_diskfile(&fits.file, name.c_str(), &fits.status);
+    fits_create_diskfile(&fits.file, FitsHandle::plainName(name).c_str(), &fits.status);
     fits_create_imgll(fits.file, FLOAT_IMG, maskAxes, lengths, &fits.status);
     return fits.status == 0;
 }

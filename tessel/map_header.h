@@ -17,7 +17,9 @@ struct MapAxis {
     double crota = 0;   ///< degrees
 };
 
-/// The coordinate header of a map. Missing numbers keep the values given here.
+/// The coordinate header of a map. Numbers that are missing, not finite, or zero where nothing can
+/// be zero (a step, the size of a beam) keep the values given here. The units of celestial axes are
+/// turned into degrees.
 struct MapHeader {
     std::vector<MapAxis> axes;  ///< in file order; axes[0] runs along a row, axes[1] along a column
     /// Rotation and scale of the two sky axes, degrees per pixel, from CD, PC or CROTA:

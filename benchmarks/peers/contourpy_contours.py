@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Times contourpy on the maps of contours-benchmark (argument: that program).
+"""Times contourpy on the maps of bench-contours (argument: that program).
 
 Prints lines "job/case/who <median milliseconds>".
 """

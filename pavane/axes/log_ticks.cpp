@@ -18,7 +18,7 @@ constexpr int ticksOfDecade = 9;
 /// Subnormal numbers included; infinite where no double holds it.
 double decadeValue(int decade, int factor = 1)
 {
-    char text[16];
+    char text[16] = {};
     char* end = std::to_chars(text, text + sizeof text, factor).ptr;
     *end++ = 'e';
     end = std::to_chars(end, text + sizeof text, decade).ptr;

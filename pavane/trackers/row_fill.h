@@ -11,18 +11,54 @@ namespace pavane
 
 // Setting the bits of one row of a matrix from the crossings of a polygon with it.
 
-/// Sets the bits `first` to `last`, both included and in this order, cut to 0..columns-1.
-inline void fillSpan(ABitMatrix::Word* row, int columns, int first, int last)
+/// Writes n words of ones. Stores overlap instead of ending in a loop over single words, and the
+/// long middle is written in whole cache lines; the compiler splits the stores where registers are
+/// narrower. With `Ahead`, the lines `ahead` words further on are asked for: the caller's next
+/// rows.
+template <bool Ahead>
+[[gnu::always_inline]] inline void fillWords(ABitMatrix::Word* to, int n, std::int64_t ahead)
 {
     using Word = ABitMatrix::Word;
-    constexpr int bits = ABitMatrix::wordBits;
+    using Eight = Word __attribute__((vector_size(64)));
+    using Four = Word __attribute__((vector_size(32)));
+    using Two = Word __attribute__((vector_size(16)));
+    const auto put = [](Word* at, const auto& ones) { std::memcpy(at, &ones, sizeof ones); };
+    if (n >= 8) {
+        Word* const tail = to + n - 8;
+        put(to, ~Eight{});
+        to += 8 - (reinterpret_cast<std::uintptr_t>(to) / sizeof(Word)) % 8;
+        for (; to < tail; to += 8) {
+            if constexpr (Ahead)
+                __builtin_prefetch(to + ahead, 1, 3);
+            put(to, ~Eight{});
+        }
+        put(tail, ~Eight{});
+    } else if (n >= 4) {
+        put(to, ~Four{});
+        put(to + n - 4, ~Four{});
+    } else if (n >= 2) {
+        put(to, ~Two{});
+        put(to + n - 2, ~Two{});
+    } else if (n == 1) {
+        *to = ~Word{0};
+    }
+}
+
+/// Sets the bits `first` to `last`, both included and in this order, cut to 0..columns-1. Where
+/// `Ahead`, the row `ahead` words further on exists.
+template <bool Ahead = false>
+[[gnu::always_inline]] inline void fillSpan(ABitMatrix::Word* row, int columns, int first, int last,
+                                            std::int64_t ahead = 0)
+{
+    using Word = ABitMatrix::Word;
+    constexpr unsigned bits = ABitMatrix::wordBits;
     constexpr Word ones = ~Word{0};
     first = std::max(first, 0);
     last = std::min(last, columns - 1);
     if (first > last)
         return;
-    const int firstWord = static_cast<int>(static_cast<unsigned>(first) / bits);
-    const int lastWord = static_cast<int>(static_cast<unsigned>(last) / bits);
+    const unsigned firstWord = static_cast<unsigned>(first) / bits;
+    const unsigned lastWord = static_cast<unsigned>(last) / bits;
     const Word head = ones << (static_cast<unsigned>(first) % bits);
     const Word tail = ones >> (bits - 1 - static_cast<unsigned>(last) % bits);
     if (firstWord == lastWord) {
@@ -30,9 +66,7 @@ inline void fillSpan(ABitMatrix::Word* row, int columns, int first, int last)
         return;
     }
     row[firstWord] |= head;
-    const int between = lastWord - firstWord - 1;
-    if (between > 0)
-        std::memset(row + firstWord + 1, 0xFF, static_cast<std::size_t>(between) * sizeof(Word));
+    fillWords<Ahead>(row + firstWord + 1, static_cast<int>(lastWord - firstWord) - 1, ahead);
     row[lastWord] |= tail;
 }
 

@@ -23,14 +23,12 @@ struct ScanEdge {
     std::int64_t errorStep = 0;  // 0 to height - 1
     std::int64_t height = 0;
 
-    void step()
+    void step()  // without a branch: carries come as they like
     {
-        x += xStep;
         error += errorStep;
-        if (error >= 0) {
-            x += xCarry;
-            error -= height;
-        }
+        const std::int64_t carried = ~(error >> 63);  // all ones when the height was reached
+        x += xStep + (xCarry & static_cast<std::uint32_t>(carried));
+        error -= height & carried;
     }
     int crossing() const { return static_cast<int>(x); }
 };
@@ -65,18 +63,26 @@ inline ScanEdge edgeAt(CPoint a, CPoint b, EdgeRows rows)
     edge.lastRow = rows.last;
     edge.height = height;
     edge.xCarry = right ? 1u : ~0u;
-    const auto startX = static_cast<std::uint32_t>(a.x);
     if (k == height && rows.first == rows.last) {  // one row at the end: nothing to divide
         edge.x = static_cast<std::uint32_t>(b.x);
         edge.error = -1;
         return edge;
     }
     const auto unsignedHeight = static_cast<std::uint64_t>(height);
-    const std::uint64_t magnitude = width * static_cast<std::uint64_t>(k);  // below 2^64
     std::uint64_t quotientStep = width / unsignedHeight;
     auto remainderStep = static_cast<std::int64_t>(width % unsignedHeight);
-    edge.x = startX + edge.xCarry * static_cast<std::uint32_t>(magnitude / unsignedHeight);
-    edge.error = static_cast<std::int64_t>(magnitude % unsignedHeight) - height;
+    std::uint64_t quotient = k ? quotientStep : 0;
+    std::int64_t remainder = k ? remainderStep : 0;
+    if (k == height) {
+        quotient = width;
+        remainder = 0;
+    } else if (k > 1) {
+        const std::uint64_t magnitude = width * static_cast<std::uint64_t>(k);  // below 2^64
+        quotient = magnitude / unsignedHeight;
+        remainder = static_cast<std::int64_t>(magnitude % unsignedHeight);
+    }
+    edge.x = static_cast<std::uint32_t>(a.x) + edge.xCarry * static_cast<std::uint32_t>(quotient);
+    edge.error = remainder - height;
     if (!down) {  // k falls from row to row: subtract, with the borrow turned into a carry
         quotientStep = remainderStep ? ~quotientStep : 0 - quotientStep;
         remainderStep = remainderStep ? height - remainderStep : 0;

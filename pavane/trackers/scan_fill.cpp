@@ -4,6 +4,7 @@
 #include "pavane/trackers/scan_edge.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstdint>
 #include <cstdlib>
 #include <type_traits>
@@ -45,6 +46,7 @@ public:
         return 1;
     }
     T* data() { return items_; }
+    const T* data() const { return items_; }
     std::size_t count() const { return count_; }
     void cut(std::size_t n) { count_ = n; }
 
@@ -56,6 +58,76 @@ private:
 
 /// From here on sorting a row's crossings costs more than counting its turns.
 constexpr std::size_t fewCrossings = 16;
+
+/// A mask of more words (4 MiB) does not stay in a core's own cache: rows are asked for some rows
+/// before they are written.
+constexpr std::int64_t wordsInCache = 1 << 19;
+constexpr int rowsAhead = 6;
+
+/// Fills rows that two edges cross, as most rows of most polygons are.
+[[gnu::always_inline]] inline void fillRowsBetween(ABitMatrix& mask, int row, int last, ScanEdge& a,
+                                                   ScanEdge& b)
+{
+    ScanEdge left = a;
+    ScanEdge right = b;
+    const int columns = mask.columns();
+    const std::int64_t words = mask.rowWords();
+    const std::int64_t ahead = words * rowsAhead;
+    ABitMatrix::Word* bits = mask.row(row);
+    int r = row;
+    if (mask.rows() * words > wordsInCache)
+        for (; r <= last - rowsAhead; ++r, bits += words) {
+            const int x1 = left.crossing();
+            const int x2 = right.crossing();
+            left.step();
+            right.step();
+            fillSpan<true>(bits, columns, std::min(x1, x2), std::max(x1, x2), ahead);
+        }
+    for (; r <= last; ++r, bits += words) {
+        const int x1 = left.crossing();
+        const int x2 = right.crossing();
+        left.step();
+        right.step();
+        fillSpan(bits, columns, std::min(x1, x2), std::max(x1, x2));
+    }
+    a = left;
+    b = right;
+}
+
+using FillBetween = void (*)(ABitMatrix&, int, int, ScanEdge&, ScanEdge&);
+
+void fillBetweenPlain(ABitMatrix& mask, int row, int last, ScanEdge& a, ScanEdge& b)
+{
+    fillRowsBetween(mask, row, last, a, b);
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2,bmi2"))) void fillBetweenAvx2(ABitMatrix& mask, int row, int last,
+                                                          ScanEdge& a, ScanEdge& b)
+{
+    fillRowsBetween(mask, row, last, a, b);
+}
+
+__attribute__((target("avx512f,bmi2"))) void fillBetweenAvx512(ABitMatrix& mask, int row, int last,
+                                                               ScanEdge& a, ScanEdge& b)
+{
+    fillRowsBetween(mask, row, last, a, b);
+}
+#endif
+
+/// The widest of them that this processor has; all give the same bits.
+FillBetween bestFillBetween()
+{
+#if defined(__x86_64__)
+    if (__builtin_cpu_supports("bmi2"))
+        return __builtin_cpu_supports("avx512f") ? fillBetweenAvx512
+               : __builtin_cpu_supports("avx2")  ? fillBetweenAvx2
+                                                 : fillBetweenPlain;
+#endif
+    return fillBetweenPlain;
+}
+
+const FillBetween fillBetween = bestFillBetween();
 
 class AreaScan
 {
@@ -69,24 +141,21 @@ public:
     {
         if (!findRows() || !listEdges())
             return top_ > bottom_;
-        for (int row = top_; row <= bottom_;) {
+        for (int row = nextStart(top_); row <= bottom_;) {
             if (!takeEdges(row))
                 return 0;
-            if (active_.count() == 0) {
-                ++row;
-                continue;
-            }
-            const int last = lastRowBeforeChange(row);
+            const int last = std::min(firstEnd(), nextStart(row + 1) - 1);
             if (!fillRows(row, last))
                 return 0;
             dropEdges(last);
-            row = last + 1;
+            row = active_.count() ? last + 1 : nextStart(last + 1);
         }
         return 1;
     }
     int overflow() const { return overflow_; }
 
 private:
+    using Word = ABitMatrix::Word;
     // An edge in the lists of the rows where edges begin: twice its start vertex, plus 1 when the
     // start itself is a crossing.
     static constexpr std::uint32_t noEdge = ~0u;
@@ -112,9 +181,11 @@ private:
     int listEdges()
     {
         const auto rows = static_cast<std::size_t>(bottom_ - top_) + 1;
-        if (!heads_.reserve(rows) || !next_.reserve(static_cast<std::size_t>(n_)))
+        const std::size_t words = rows / ABitMatrix::wordBits + 1;
+        if (!heads_.reserve(rows) || !starts_.reserve(words) ||
+            !next_.reserve(static_cast<std::size_t>(n_)))
             return 0;
-        std::fill_n(heads_.data(), rows, noEdge);
+        std::fill_n(starts_.data(), words, Word{0});
         int before = points_[0].y;  // the nearest earlier y that differs from the start's
         for (int i = n_ - 1; i > 0 && before == points_[0].y; --i)
             before = points_[i].y;
@@ -152,14 +223,20 @@ private:
         const EdgeRows rows = rowsOf(a, b, withStart, mask_.rows());
         if (rows.first > rows.last)
             return;
-        std::uint32_t& head = heads_.data()[rows.first - top_];
-        next_.data()[i] = head;
+        const auto row = static_cast<std::size_t>(rows.first - top_);
+        Word& starts = starts_.data()[row / ABitMatrix::wordBits];
+        const Word bit = Word{1} << (row % ABitMatrix::wordBits);
+        std::uint32_t& head = heads_.data()[row];
+        next_.data()[i] = starts & bit ? head : noEdge;
+        starts |= bit;
         head = 2 * static_cast<std::uint32_t>(i) + (withStart ? 1 : 0);
     }
 
     /// Makes the edges that begin in `row` active.
     int takeEdges(int row)
     {
+        if (nextStart(row) != row)
+            return 1;
         for (std::uint32_t entry = heads_.data()[row - top_]; entry != noEdge;
              entry = next_.data()[entry / 2]) {
             const int i = static_cast<int>(entry / 2);
@@ -171,15 +248,29 @@ private:
         return 1;
     }
 
-    /// The last of the rows from `row` on that the same active edges cross.
-    int lastRowBeforeChange(int row)
+    /// The first row from `row` on where edges begin; the row after the last when there is none.
+    int nextStart(int row) const
+    {
+        if (row > bottom_)
+            return bottom_ + 1;
+        const auto first = static_cast<std::size_t>(row - top_);
+        const std::size_t words =
+            static_cast<std::size_t>(bottom_ - top_) / ABitMatrix::wordBits + 1;
+        std::size_t word = first / ABitMatrix::wordBits;
+        Word bits = starts_.data()[word] >> (first % ABitMatrix::wordBits)
+                                                << (first % ABitMatrix::wordBits);
+        while (!bits && ++word < words)
+            bits = starts_.data()[word];
+        return bits ? top_ + static_cast<int>(word) * ABitMatrix::wordBits + std::countr_zero(bits)
+                    : bottom_ + 1;
+    }
+
+    /// The first row where an active edge ends.
+    int firstEnd()
     {
         int last = bottom_;
         for (std::size_t e = 0; e < active_.count(); ++e)
             last = std::min(last, active_.data()[e].lastRow);
-        for (int r = row + 1; r <= last; ++r)
-            if (heads_.data()[r - top_] != noEdge)
-                return r - 1;
         return last;
     }
 
@@ -189,7 +280,7 @@ private:
         if (static_cast<std::int64_t>(crossings) > capacity_)
             overflow_ = 1;
         if (crossings == 2) {
-            fillBetweenTwo(row, last);
+            fillBetween(mask_, row, last, active_.data()[0], active_.data()[1]);
             return 1;
         }
         if (!crossings_.reserve(crossings) || (crossings > fewCrossings && !makeTurns()))
@@ -210,25 +301,6 @@ private:
         return 1;
     }
 
-    /// Most rows of most polygons have two crossings.
-    void fillBetweenTwo(int row, int last)
-    {
-        ScanEdge a = active_.data()[0];
-        ScanEdge b = active_.data()[1];
-        const int columns = mask_.columns();
-        const std::int64_t words = mask_.rowWords();
-        ABitMatrix::Word* bits = mask_.row(row);
-        for (int r = row; r <= last; ++r, bits += words) {
-            const int xa = a.crossing();
-            const int xb = b.crossing();
-            fillSpan(bits, columns, std::min(xa, xb), std::max(xa, xb));
-            a.step();
-            b.step();
-        }
-        active_.data()[0] = a;
-        active_.data()[1] = b;
-    }
-
     int makeTurns()
     {
         if (turns_.data())
@@ -236,7 +308,7 @@ private:
         const auto words = static_cast<std::size_t>(mask_.rowWords());
         if (!turns_.reserve(words))
             return 0;
-        std::fill_n(turns_.data(), words, ABitMatrix::Word{0});
+        std::fill_n(turns_.data(), words, Word{0});
         return 1;
     }
 
@@ -257,11 +329,12 @@ private:
     int overflow_ = 0;
     int top_ = 0;
     int bottom_ = -1;
-    Pile<std::uint32_t> heads_;  // by row from top_: the first edge that begins there
+    Pile<Word> starts_;          // a bit by row from top_: edges begin there
+    Pile<std::uint32_t> heads_;  // by row with that bit: the first of these edges
     Pile<std::uint32_t> next_;   // by start vertex: the next edge that begins in the same row
     Pile<ScanEdge> active_;
     Pile<int> crossings_;
-    Pile<ABitMatrix::Word> turns_;
+    Pile<Word> turns_;
 };
 
 }  // namespace

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "apps/simulate/observation.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// The command line of pavane-simulate, checked.
+struct SimulateOptions {
+    std::string folder = ".";
+    Observation observation;
+    int size = 512;         ///< cells a side of the maps
+    double cell = 0.05;     ///< milliarcseconds
+    int iterations = 12000;  ///< of the CLEAN
+    int help = 0;
+};
+
+const char* simulateUsage();
+
+/// Reads the arguments behind the program's name. Non-zero on success, else 0 and `error` says what
+/// is wrong.
+int parseSimulateOptions(const std::vector<std::string>& arguments, SimulateOptions& options,
+                         std::string& error);
+
+}  // namespace pavane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "apps/view/inputs.h"
+#include "apps/view/options.h"
+
+#include <string>
+
+namespace pavane
+{
+
+class CDC;
+
+/// Draws the whole figure: header line, frame with ticks and titles, colour map, contours, beam,
+/// areas, model outlines and the colour bar. The figure takes `width` x `height` pixels of 96 per
+/// inch, each of `unit` logical units of the context, from its origin on.
+void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& options,
+                const ViewInputs& inputs);
+
+/// What a page of the figure is called: the object, or "map".
+std::string figureTitle(const ViewInputs& inputs);
+
+/// Title of the map's values: their unit, with the marker of the prefix.
+std::string valueTitle(const ViewInputs& inputs);
+
+/// The header line: object, frequency, date, peak and noise, as far as they are known.
+std::string headerLine(const ViewInputs& inputs);
+
+}  // namespace pavane

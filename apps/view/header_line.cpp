@@ -1,0 +1,84 @@
+#include "apps/view/figure.h"
+
+#include "pavane/axes/axis_titles.h"
+#include "tessel/value_text.h"
+
+#include <cmath>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int headerDigits = 4;
+
+/// A unit as papers write it: files shout.
+std::string unitText(const std::string& bunit)
+{
+    if (bunit == "JY/BEAM" || bunit == "Jy/Beam")
+        return "Jy/beam";
+    if (bunit == "JY/PIXEL")
+        return "Jy/pixel";
+    return bunit == "JY" ? "Jy" : bunit;
+}
+
+/// Keeps the words of one fact on one line.
+constexpr const char* hardBlank = "\u00a0";
+
+/// The value with the prefix that leaves one to three digits before the point.
+std::string scaledText(double value, const std::string& unit, int digits)
+{
+    int power = 0;
+    if (value != 0 && std::isfinite(value) && !unit.empty())
+        power = 3 * static_cast<int>(std::floor(std::log10(std::fabs(value)) / 3));
+    const std::string prefix = prefixText(power);
+    const double scaled = value / std::pow(10.0, power);
+    return valToStr(scaled, digits) + (unit.empty() ? "" : hardBlank + prefix + unit);
+}
+
+void append(std::string& text, const std::string& part)
+{
+    if (part.empty())
+        return;
+    if (!text.empty())
+        text += "   ";
+    text += part;
+}
+
+}  // namespace
+
+std::string figureTitle(const ViewInputs& inputs)
+{
+    const std::string& object = inputs.map.header.object;
+    return object.empty() ? "map" : object;
+}
+
+std::string valueTitle(const ViewInputs& inputs)
+{
+    const std::string unit = unitText(inputs.map.header.bunit);
+    return unit.empty() ? std::string() : "[%s" + unit + "]";
+}
+
+std::string headerLine(const ViewInputs& inputs)
+{
+    const MapHeader& header = inputs.map.header;
+    std::string text;
+    append(text, header.object);
+    if (header.frequency > 0)
+        append(text, scaledText(header.frequency, "Hz", headerDigits));
+    if (!header.stokes.empty() && header.stokes != "I")
+        append(text, std::string("Stokes") + hardBlank + header.stokes);
+    append(text, header.dateObs.substr(0, header.dateObs.find('T')));
+    const std::string unit = unitText(header.bunit);
+    if (!inputs.range.isEmpty()) {
+        append(text, std::string("peak") + hardBlank +
+                         scaledText(inputs.range.greatest, unit, headerDigits));
+        append(text, std::string("noise") + hardBlank +
+                         scaledText(inputs.noise.sigma, unit, headerDigits - 1));
+    }
+    return text;
+}
+
+}  // namespace pavane

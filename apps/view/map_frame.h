@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tessel/map_header.h"
+
+#include <string>
+
+namespace pavane
+{
+
+/// Where a map's cells lie: what its axes count and the values at the centres of its first and last
+/// column and row. On the sky these are offsets from the reference pixel in arcseconds, east and
+/// north positive, so a usual map has xFirst above xLast.
+struct MapFrame {
+    int onSky = 0;
+    int rotated = 0;  ///< the sky is turned in the map: its axes are offsets along the pixels
+    double xFirst = 0, xLast = 0;
+    double yFirst = 0, yLast = 0;
+    double xStep = 1, yStep = 1;  ///< from one cell to the next, signed
+    int xDirection = 1;           ///< scale code of the x axis: right ascension grows to the left
+    std::string xTitle, yTitle;   ///< with "%s" where the prefix goes
+};
+
+/// The frame of a map of rows x columns cells. Steps that are 0 or not finite count as one pixel.
+MapFrame frameOf(const MapHeader& header, int rows, int columns);
+
+/// Area of the beam in cells, 0 when the beam is not known.
+double beamCells(const MapHeader& header, const MapFrame& frame);
+
+}  // namespace pavane

@@ -1,0 +1,89 @@
+#include "apps/view/numbers.h"
+
+#include "tessel/value_text.h"
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double milli = 1000.0;
+/// Digits that tell any two 32-bit floats apart.
+constexpr int floatDigits = 9;
+constexpr int sumDigits = 12;
+/// Digits that tell any two doubles apart.
+constexpr int doubleDigits = 17;
+
+std::string line(const char* key, double value, int digits, std::string_view unit)
+{
+    std::string text = std::string(key) + ' ' + valToStr(value, digits);
+    if (!unit.empty())
+        text.append(" ").append(unit);
+    return text + '\n';
+}
+
+/// Sum of the cells whose bit is set, blank ones left out.
+double sumInside(const AMatrix<float>& cells, const ABitMatrix& mask)
+{
+    double sum = 0;
+    for (int r = 0; r < cells.rows(); ++r)
+        for (int c = 0; c < cells.columns(); ++c)
+            if (mask.get(r, c) && std::isfinite(cells(r, c)))
+                sum += double{cells(r, c)};
+    return sum;
+}
+
+/// The place of the peak, as an offset in mas on the sky and in the axis unit elsewhere.
+double place(double first, double step, int cell, const MapFrame& frame)
+{
+    if (cell < 0)
+        return std::numeric_limits<double>::quiet_NaN();
+    return (first + step * cell) * (frame.onSky ? milli : 1.0);
+}
+
+}  // namespace
+
+std::string statisticsText(const ViewInputs& inputs)
+{
+    const MapRange& range = inputs.range;
+    const double blank = std::numeric_limits<double>::quiet_NaN();
+    const MapFrame& frame = inputs.frame;
+    const MapHeader& header = inputs.map.header;
+    const char* const offsetUnit = frame.onSky ? "mas" : "";
+    std::string text =
+        line("peak", range.isEmpty() ? blank : range.greatest, floatDigits, header.bunit);
+    text += line("peak_x", place(frame.xFirst, frame.xStep, range.peakColumn, frame), floatDigits,
+                 offsetUnit);
+    text += line("peak_y", place(frame.yFirst, frame.yStep, range.peakRow, frame), floatDigits,
+                 offsetUnit);
+    text += line("noise", inputs.noise.finiteCells ? inputs.noise.sigma : blank, floatDigits,
+                 header.bunit);
+    text += "mask_cells " + std::to_string(inputs.mask.count()) + " cells\n";
+    const double sum = sumInside(inputs.map.cells, inputs.mask);
+    const double beam = beamCells(header, frame);
+    text += beam > 0 ? line("mask_flux", sum / beam, sumDigits, "Jy")
+                     : line("mask_flux", sum, sumDigits, header.bunit + "*cell");
+    return text;
+}
+
+std::string visibilitiesText(const AComponents& model, const UvPoints& points)
+{
+    const int count = static_cast<int>(points.u.size());
+    std::vector<std::complex<double>> values(points.u.size());
+    model.VfromUV(points.u.data(), points.v.data(), count, values.data());
+    std::string text;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        for (const double number : {points.u[i], points.v[i], values[i].real()})
+            text += valToStr(number, doubleDigits) + ',';
+        text += valToStr(values[i].imag(), doubleDigits) + '\n';
+    }
+    return text;
+}
+
+}  // namespace pavane

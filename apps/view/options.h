@@ -1,0 +1,45 @@
+#pragma once
+
+#include "apps/view/level_list.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// How map values are spread over the colours.
+enum class ViewScale { linear, squareRoot, logarithmic, equalised };
+
+/// The command line of pavane-view, checked.
+struct ViewOptions {
+    std::string map;
+    int batch = 0;
+    int help = 0;
+    int plane = -1;             ///< from 0; -1: the only one
+    std::string png, pdf, svg;  ///< pictures to write, empty for none
+    int width = 1000;           ///< pixels of 96 per inch
+    int height = 900;
+    int freeAspect = 0;  ///< cells need not be square
+    LevelChoice levels;
+    ViewScale scale = ViewScale::linear;
+    int hasRange = 0;
+    double low = 0, high = 0;  ///< colour range, in the unit of the map
+    std::string palette;       ///< empty: the default one
+    std::string areas, mask, model, visibilities;
+    int stats = 0;
+
+    int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }
+};
+
+/// One line that says how the program is called.
+const char* usageLine();
+/// The usage line with what every option does.
+std::string helpText();
+
+/// Reads the arguments behind the program's name. Non-zero on success; else 0 and `error` says in
+/// one line what is wrong with them.
+int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options,
+                 std::string& error);
+
+}  // namespace pavane

@@ -1,0 +1,253 @@
+#include "tessel/fits_scan.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <limits>
+#include <string_view>
+#include <unordered_map>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr std::int64_t blockBytes = 2880;
+constexpr std::size_t cardBytes = 80;
+constexpr std::int64_t noFileHolds = std::int64_t{1} << 56;
+/// What the FITS standard allows, and what a tile-compressed image may have here.
+constexpr std::int64_t mostAxes = 999;
+constexpr std::int64_t mostPackedAxes = 6;
+/// No codec of tile-compressed images packs more bytes of cells into one.
+constexpr std::int64_t mostPacked = 4096;
+
+using Numbers = std::vector<std::int64_t>;
+
+/// The keywords of one header that say how large its data are; the first of a name counts.
+struct Header {
+    std::string kind;  ///< "SIMPLE", or the XTENSION
+    std::unordered_map<std::string, std::string> values;
+    std::int64_t dataStart = 0;
+
+    std::int64_t number(const std::string& key, std::int64_t missing) const
+    {
+        const auto found = values.find(key);
+        std::int64_t value = missing;
+        if (found == values.end())
+            return missing;
+        const std::string& text = found->second;
+        const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+        const bool whole = result.ec == std::errc{} && result.ptr == text.data() + text.size();
+        return whole ? value : std::numeric_limits<std::int64_t>::min();
+    }
+    std::string text(const std::string& key) const
+    {
+        const auto found = values.find(key);
+        return found == values.end() ? std::string() : found->second;
+    }
+    int isOne(const std::string& key) const { return text(key) == "T"; }
+    Numbers lengths(const std::string& prefix, std::int64_t axes) const
+    {
+        Numbers found;
+        for (std::int64_t i = 1; i <= axes; ++i)
+            found.push_back(number(prefix + std::to_string(i), -1));
+        return found;
+    }
+};
+
+std::string_view trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+/// A card's value without quotes and comment.
+std::string_view valueOf(std::string_view card)
+{
+    std::string_view value = trimmed(card.substr(10));
+    if (!value.empty() && value[0] == '\'')
+        return trimmed(value.substr(1, value.find('\'', 1) - 1));
+    return trimmed(value.substr(0, value.find('/')));
+}
+
+int isStructural(std::string_view key)
+{
+    static constexpr std::string_view starts[] = {"BITPIX", "NAXIS",   "PCOUNT", "GCOUNT",
+                                                  "GROUPS", "TFIELDS", "Z"};
+    return std::any_of(std::begin(starts), std::end(starts),
+                       [&](std::string_view s) { return key.substr(0, s.size()) == s; });
+}
+
+/// Reads the header at `start`. 0 when there is none or the file ends before it does.
+int readHeader(AFile& file, std::int64_t start, Header& header)
+{
+    std::array<char, blockBytes> block{};
+    header = Header();
+    if (!file.seek(start))
+        return 0;
+    for (std::int64_t at = start;; at += blockBytes) {
+        if (!file.read(block.data(), blockBytes))
+            return 0;
+        for (std::size_t i = 0; i < block.size(); i += cardBytes) {
+            const std::string_view card(block.data() + i, cardBytes);
+            const std::string_view key = trimmed(card.substr(0, 8));
+            if (at == start && i == 0) {
+                header.kind = key == "XTENSION" ? std::string(valueOf(card)) : std::string(key);
+                if (key != (start ? "XTENSION" : "SIMPLE"))
+                    return 0;
+            } else if (key == "END") {
+                header.dataStart = at + blockBytes;
+                return 1;
+            } else if (card.substr(8, 2) == "= " && isStructural(key)) {
+                header.values.emplace(key, valueOf(card));
+            }
+        }
+    }
+}
+
+int isCellType(std::int64_t bitpix)
+{
+    return bitpix == 8 || bitpix == 16 || bitpix == 32 || bitpix == 64 || bitpix == -32 ||
+           bitpix == -64;
+}
+
+/// Bytes of cells behind a header, cut at what no file holds; -1 when the header makes no sense.
+std::int64_t dataBytes(const Header& header)
+{
+    const std::int64_t bitpix = header.number("BITPIX", 0);
+    const std::int64_t axes = header.number("NAXIS", -1);
+    const std::int64_t extra = header.number("PCOUNT", 0);
+    const std::int64_t groups = header.number("GCOUNT", 1);
+    if (!isCellType(bitpix) || axes < 0 || axes > mostAxes || extra < 0 || groups < 0)
+        return -1;
+    Numbers lengths = header.lengths("NAXIS", axes);
+    if (!lengths.empty() && *std::min_element(lengths.begin(), lengths.end()) < 0)
+        return -1;
+    if (!lengths.empty() && lengths[0] == 0 && header.isOne("GROUPS"))
+        lengths[0] = 1;
+    const std::int64_t cells = lengths.empty() ? 0 : cellCount(lengths);
+    const std::int64_t each = std::min(cells + std::min(extra, noFileHolds), noFileHolds);
+    const std::int64_t bytes = (bitpix < 0 ? -bitpix : bitpix) / 8;
+    return cellCount({each, groups, bytes});
+}
+
+std::string sizeText(const Numbers& lengths)
+{
+    return std::to_string(lengths[0]) + " x " + std::to_string(lengths[1]) + " cells";
+}
+
+/// Takes the axes of an image when they are two or more; why not, else.
+int takeAxes(const Header& header, const std::string& z, FitsImage& image, std::string& error)
+{
+    const std::int64_t axes = header.number(z + "NAXIS", 0);
+    const std::int64_t bitpix = header.number(z + "BITPIX", 0);
+    if (axes < 2 || axes > (z.empty() ? mostAxes : mostPackedAxes) || !isCellType(bitpix))
+        return 0;
+    image.lengths = header.lengths(z + "NAXIS", axes);
+    image.bitpix = static_cast<int>(bitpix);
+    image.packed = !z.empty();
+    image.dataStart = header.dataStart;
+    if (*std::min_element(image.lengths.begin(), image.lengths.end()) < 1) {
+        error = header.isOne("GROUPS") ? "holds visibilities, not a map"
+                                       : "has an image axis of length 0 or without a length";
+        return 0;
+    }
+    if (std::max(image.lengths[0], image.lengths[1]) <= std::numeric_limits<int>::max())
+        return 1;
+    error = "has an image that is too large, " + sizeText(image.lengths);
+    return 0;
+}
+
+/// Whether the tiles of a compressed image are sound: known, positive and as many as the table has
+/// rows. The decoder divides by these numbers and takes them on trust.
+int hasSoundTiles(const Header& header, const FitsImage& image)
+{
+    static constexpr std::string_view codecs[] = {"RICE_1", "RICE_ONE", "GZIP_1",
+                                                  "GZIP_2", "PLIO_1",   "HCOMPRESS_1"};
+    if (std::find(std::begin(codecs), std::end(codecs), header.text("ZCMPTYPE")) ==
+            std::end(codecs) ||
+        header.number("NAXIS", 0) != 2 || header.number("TFIELDS", 0) < 1)
+        return 0;
+    Numbers tile;
+    Numbers tiles;
+    for (std::size_t i = 0; i < image.lengths.size(); ++i) {
+        tile.push_back(
+            header.number("ZTILE" + std::to_string(i + 1), i == 0 ? image.lengths[0] : 1));
+        if (tile[i] < 1 || tile[i] > std::numeric_limits<int>::max())
+            return 0;
+        tiles.push_back((image.lengths[i] - 1) / tile[i] + 1);
+    }
+    for (int i = 1; i <= 9; ++i) {
+        const std::string n = std::to_string(i);
+        const std::string name = header.text("ZNAME" + n);
+        const std::int64_t value = header.number("ZVAL" + n, 0);
+        if (name == "BLOCKSIZE" && value != 16 && value != 32)
+            return 0;
+        if (name == "BYTEPIX" && value != 1 && value != 2 && value != 4 && value != 8)
+            return 0;
+    }
+    return cellCount(tile) <= cellCount(image.lengths) * 2 &&
+           cellCount(tiles) == header.number("NAXIS2", 0);
+}
+
+int holdsData(const Header& header, const FitsImage& image, std::int64_t fileSize,
+              std::string& error)
+{
+    const std::int64_t held = std::max<std::int64_t>(fileSize - header.dataStart, 0);
+    const std::int64_t promised = dataBytes(header);
+    if (promised > held) {
+        error = "ends before its image of " + sizeText(image.lengths) + " does";
+        return 0;
+    }
+    if (!image.packed)
+        return 1;
+    const std::int64_t cells = cellCount(image.lengths);
+    if (cells > promised * mostPacked || !hasSoundTiles(header, image)) {
+        error = "has a compressed image of " + sizeText(image.lengths) + " that cannot be right";
+        return 0;
+    }
+    return 1;
+}
+
+}  // namespace
+
+std::int64_t cellCount(const std::vector<std::int64_t>& lengths, std::size_t from)
+{
+    std::int64_t result = 1;
+    for (std::size_t i = from; i < lengths.size() && result > 0; ++i)
+        result = lengths[i] > noFileHolds / result ? noFileHolds : result * lengths[i];
+    return result;
+}
+
+int scanForImage(AFile& file, FitsImage& image, std::string& error)
+{
+    const std::int64_t size = file.size();
+    Header header;
+    error = "holds no image of two axes";
+    for (std::int64_t start = 0; start < size;) {
+        if (!readHeader(file, start, header)) {
+            if (start == 0)
+                error = "has a header that is cut off";
+            return 0;
+        }
+        const std::int64_t bytes = dataBytes(header);
+        if (bytes < 0) {
+            error = "has a header that makes no sense";
+            return 0;
+        }
+        ++image.hdu;
+        const bool packed = header.kind == "BINTABLE" && header.isOne("ZIMAGE");
+        const bool plain = header.kind == "SIMPLE" || header.kind == "IMAGE";
+        if ((packed || plain) && takeAxes(header, packed ? "Z" : "", image, error))
+            return holdsData(header, image, size, error);
+        if (bytes > size)
+            return 0;
+        start = header.dataStart + (bytes + blockBytes - 1) / blockBytes * blockBytes;
+    }
+    return 0;
+}
+
+}  // namespace pavane

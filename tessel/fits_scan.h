@@ -1,0 +1,30 @@
+#pragma once
+
+#include "tessel/AFile.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// An image that a file holds: which HDU (from 1), its type of cell and the lengths of its axes,
+/// all at least 1, two axes or more.
+struct FitsImage {
+    int hdu = 0;
+    int bitpix = 0;
+    int packed = 0;              ///< tile-compressed
+    std::int64_t dataStart = 0;  ///< where the first cell, or the table of tiles, begins
+    std::vector<std::int64_t> lengths;
+};
+
+/// Finds the first image of two axes or more by reading nothing but headers, and makes sure that
+/// the file holds what they promise, before anything else looks at the file: a header is only a
+/// claim. Non-zero on success; else 0 and `error`, in one line, says what is wrong with the file.
+int scanForImage(AFile& file, FitsImage& image, std::string& error);
+
+/// Product of the lengths from item `from` on, cut at a number that no file can hold.
+std::int64_t cellCount(const std::vector<std::int64_t>& lengths, std::size_t from = 0);
+
+}  // namespace pavane

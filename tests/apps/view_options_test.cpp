@@ -1,0 +1,154 @@
+#include "apps/view/level_list.h"
+#include "apps/view/map_frame.h"
+#include "apps/view/options.h"
+#include "apps/view/uv_points.h"
+
+#include <cmath>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+std::vector<std::string> words(const std::string& line)
+{
+    std::vector<std::string> result(1);
+    for (const char c : line) {
+        if (c == ' ')
+            result.emplace_back();
+        else
+            result.back() += c;
+    }
+    return result;
+}
+
+}  // namespace
+
+TEST(ViewOptions, RefusesWrongUseAndNamesIt)
+{
+    const struct {
+        const char* line;
+        const char* blamed;
+    } cases[] = {
+        {"--batch", "no map"},
+        {"m.fits", "window is not built yet"},
+        {"m.fits --batch --size 63x100", "64 to 16384"},
+        {"m.fits --batch --size 100x16385", "64 to 16384"},
+        {"m.fits --batch --size 100", "WIDTHxHEIGHT"},
+        {"m.fits --batch --range 2,1", "--range"},
+        {"m.fits --batch --range 1,nan", "--range"},
+        {"m.fits --batch --scale cubic", "'cubic'"},
+        {"m.fits --batch --mask o.fits", "--areas"},
+        {"m.fits --batch --visibilities uv.csv", "--model"},
+        {"m.fits --batch --plane -1", "--plane"},
+        {"m.fits --batch --png", "wants a value"},
+        {"m.fits n.fits --batch", "n.fits"},
+        {"m.fits --batch --frobnicate", "--frobnicate"},
+        {"m.fits --batch --levels peak:", "--levels"},
+        {"m.fits --batch --levels loud:1", "--levels"},
+        {"m.fits --batch --levels peak:1,...", "--levels"},
+        {"m.fits --batch --levels peak:1,2,...,4", "--levels"},
+    };
+    for (const auto& c : cases) {
+        ViewOptions options;
+        std::string error;
+        EXPECT_FALSE(parseOptions(words(c.line), options, error)) << c.line;
+        EXPECT_NE(error.find(c.blamed), std::string::npos) << c.line << ": " << error;
+        EXPECT_EQ(error.find('\n'), std::string::npos);
+    }
+}
+
+TEST(ViewOptions, ReadsWhatItIsGiven)
+{
+    ViewOptions o;
+    std::string error;
+    ASSERT_TRUE(parseOptions(words("m[1].fits --batch --png a.png --size 640x16384 --scale equal "
+                                   "--range -1e-3,.5 --plane 2 --stats --aspect free"),
+                             o, error))
+        << error;
+    EXPECT_EQ(o.map, "m[1].fits");
+    EXPECT_EQ(o.width, 640);
+    EXPECT_EQ(o.height, 16384);
+    EXPECT_EQ(o.scale, ViewScale::equalised);
+    EXPECT_EQ(o.low, -1e-3);
+    EXPECT_EQ(o.high, 0.5);
+    EXPECT_EQ(o.plane, 2);
+    EXPECT_TRUE(o.stats && o.freeAspect && o.wantsPicture());
+}
+
+TEST(LevelList, GoesOnInItsRatioUpToThePeak)
+{
+    const struct {
+        const char* text;
+        double peak, noise;
+        std::vector<double> wanted;
+    } cases[] = {
+        {"peak:-1,1,2,4,...", 4.0, 0.1, {-0.04, 0.04, 0.08, 0.16, 0.32, 0.64, 1.28, 2.56}},
+        {"sigma:3,-3", 1.0, 0.5, {-1.5, 1.5}},
+        {"abs:2,1,2", 9.0, 0.0, {1, 2}},
+        {"abs:1,2,...", 5e-324, 0.0, {1, 2}},
+        {"none", 1.0, 1.0, {}},
+    };
+    for (const auto& c : cases) {
+        LevelChoice choice;
+        std::string error;
+        ASSERT_TRUE(parseLevels(c.text, choice, error)) << c.text << error;
+        const std::vector<double> got = levelValues(choice, c.peak, c.noise);
+        ASSERT_EQ(got.size(), c.wanted.size()) << c.text;
+        for (std::size_t i = 0; i < got.size(); ++i)
+            EXPECT_NEAR(got[i], c.wanted[i], 1e-12) << c.text;
+    }
+}
+
+TEST(MapFrame, CountsOffsetsFromTheReferencePixelInArcseconds)
+{
+    MapHeader header;
+    header.axes.resize(2);
+    header.axes[0] = {512, "RA---SIN", "", 123.0, 256, -0.001 / 3600, 0};
+    header.axes[1] = {512, "DEC--SIN", "", 45.0, 257, 0.001 / 3600, 0};
+    header.hasCelestialAxes = 1;
+    const MapFrame frame = frameOf(header, 512, 512);
+    EXPECT_NEAR(frame.xFirst, 0.255, 1e-12);
+    EXPECT_NEAR(frame.xLast, -0.256, 1e-12);
+    EXPECT_NEAR(frame.yFirst, -0.256, 1e-12);
+    EXPECT_NEAR(frame.yLast, 0.255, 1e-12);
+    EXPECT_EQ(frame.xDirection, -1);
+    EXPECT_EQ(frame.xTitle, "Right ascension [%sas]");
+
+    header.axes[0].cdelt = std::nan("");
+    EXPECT_TRUE(std::isfinite(frameOf(header, 512, 512).xLast));
+}
+
+TEST(UvPoints, SkipsCommentsAndAHeadingAndNamesTheBadLine)
+{
+    const struct {
+        const char* text;
+        std::size_t points;
+        const char* error;
+    } cases[] = {
+        {"u,v\n# x\n1,2\r\n\n 3e6 , -4 ,9\n5,6", 3, ""},
+        {"", 0, ""},
+        {"u,v\nw,x\n", 0, "line 2"},
+        {"1,2\nu,v\n", 0, "line 2"},
+        {"1;2\n", 0, "line 1"},
+        {"1,inf\n", 0, "line 1"},
+    };
+    const std::string file = testing::TempDir() + "uv_points_test.csv";
+    for (const auto& c : cases) {
+        std::ofstream(file, std::ios::binary) << c.text;
+        UvPoints points;
+        std::string error;
+        EXPECT_EQ(readUvPoints(file, points, error), !*c.error) << c.text;
+        EXPECT_NE(error.find(c.error), std::string::npos) << error;
+        EXPECT_TRUE(*c.error || points.v.size() == c.points) << c.text;
+    }
+    UvPoints points;
+    std::string error;
+    EXPECT_FALSE(readUvPoints(testing::TempDir(), points, error));
+    EXPECT_FALSE(readUvPoints(file + ".no", points, error));
+}
+
+}  // namespace pavane

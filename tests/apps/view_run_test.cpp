@@ -1,0 +1,231 @@
+// Runs the built pavane-view and looks at what it writes, prints and answers.
+#include "pavane/trackers/area_file.h"
+#include "tessel/fits_map.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <sys/wait.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+std::string contents(const fs::path& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream all;
+    all << in.rdbuf();
+    return all.str();
+}
+
+struct Outcome {
+    int status;
+    std::string out, err;
+};
+
+/// A folder of the test's own with a map of 7 columns and 5 rows in it, its peak at cell (5, 1).
+class ViewRun : public testing::Test
+{
+protected:
+    ViewRun()
+    {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder_ = fs::path(PAVANE_BINARY_DIR) / "view-run" / info->name();
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+        writeMap("map.fits", -1e-6);
+    }
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    void writeMap(const std::string& name, double cdelt1)
+    {
+        AMatrix<float> cells(5, 7);
+        for (int i = 0; i < 35; ++i)
+            cells.data()[i] = static_cast<float>(i % 3) * 1e-3f;
+        cells(1, 5) = 1.5f;
+        MapHeader header;
+        header.axes = {{7, "RA---SIN", "deg", 187.7, 3, cdelt1, 0},
+                       {5, "DEC--SIN", "deg", 12.4, 2, 1e-6, 0}};
+        header.hasCelestialAxes = 1;
+        header.bunit = "JY/BEAM";
+        header.object = "%n %s%s%s %1000d ~~";
+        std::string error;
+        ASSERT_TRUE(writeFitsMap(path(name), cells, header, error)) << error;
+    }
+    void writeAreas(const std::string& name, const std::vector<std::vector<CPoint>>& polygons)
+    {
+        AAreaArray areas;
+        for (const auto& points : polygons)
+            areas.Add(new APolyPoints(points.data(), static_cast<int>(points.size())));
+        std::string error;
+        ASSERT_TRUE(writeAreaFile(path(name), areas, error)) << error;
+    }
+    Outcome run(const std::string& arguments) const
+    {
+        const std::string command = "cd '" + folder_.string() + "' && '" PAVANE_VIEW "' " +
+                                    arguments + " >out.txt 2>err.txt </dev/null";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(path("out.txt")),
+                contents(path("err.txt"))};
+    }
+    std::string maskText(const std::string& name) const
+    {
+        FitsMap mask;
+        std::string error;
+        EXPECT_TRUE(readFitsMap(path(name), -1, mask, error)) << error;
+        std::string text;
+        for (int r = 0; r < mask.cells.rows(); ++r, text += '\n')
+            for (int c = 0; c < mask.cells.columns(); ++c)
+                text += mask.cells(r, c) == 1.0f ? '#' : mask.cells(r, c) == 0.0f ? '.' : '?';
+        EXPECT_EQ(mask.header.axes.size(), 4u);
+        return text;
+    }
+
+    fs::path folder_;
+};
+
+} // namespace
+
+TEST_F(ViewRun, MaskKeepsThePixelOrderOfTheMapForBothSignsOfTheStep)
+{
+    writeMap("flipped.fits", 1e-6);
+    writeAreas("area.cma", {{{0, 0}, {3, 0}, {0, 2}}, {{6, 4}, {9, 4}, {9, 9}}});
+    for (const char* map : {"map.fits", "flipped.fits"}) {
+        const Outcome r = run(std::string(map) + " --batch --areas area.cma --mask mask.fits --stats");
+        ASSERT_EQ(r.status, 0) << r.err;
+        EXPECT_EQ(maskText("mask.fits"), "####...\n###....\n#......\n.......\n......#\n") << map;
+        EXPECT_NE(r.out.find("mask_cells 9 cells\n"), std::string::npos) << r.out;
+    }
+    FitsMap flipped;
+    std::string error;
+    ASSERT_TRUE(readFitsMap(path("mask.fits"), -1, flipped, error));
+    EXPECT_GT(flipped.header.axes[0].cdelt, 0);
+    EXPECT_EQ(flipped.header.axes[0].crpix, 3);
+}
+
+TEST_F(ViewRun, StatisticsNameThePeakAndItsPlace)
+{
+    const Outcome r = run("map.fits --batch --stats");
+    EXPECT_EQ(r.status, 0) << r.err;
+    // column 5 is pixel 6, three steps of -3.6 mas from the reference pixel 3; row 1 is pixel 2
+    EXPECT_EQ(r.out.substr(0, r.out.find("noise")),
+              "peak 1.5 JY/BEAM\npeak_x -10.8 mas\npeak_y 0 mas\n");
+}
+
+TEST_F(ViewRun, DrawsEveryFormatOfOddMapsAndTexts)
+{
+    AMatrix<float> blank(3, 4), constant(1, 9), column(9, 1);
+    blank.fill(std::nanf(""));
+    constant.fill(2.0f);
+    column.fill(-1e30f);
+    std::string error;
+    ASSERT_TRUE(writeFitsMap(path("blank.fits"), blank, {}, error));
+    ASSERT_TRUE(writeFitsMap(path("row.fits"), constant, {}, error));
+    ASSERT_TRUE(writeFitsMap(path("column[1].fits"), column, {}, error));
+    writeAreas("far.cma", {{},
+                           {{3, 3}},
+                           {{1, 1}, {2, 2}},
+                           {{-2147483647 - 1, -2147483647 - 1}, {2147483647, 0}, {0, 2147483647}}});
+    for (const char* map : {"map.fits", "blank.fits", "row.fits", "'column[1].fits'"})
+        for (const char* more : {"", " --scale log --levels abs:1,2", " --scale equal --aspect free",
+                                 " --scale sqrt --areas far.cma --size 64x64"}) {
+            const Outcome r = run(std::string(map) + " --batch --png p.png --pdf p.pdf --svg p.svg" +
+                              more);
+            EXPECT_EQ(r.status, 0) << map << more << r.err;
+            EXPECT_EQ(contents(path("p.png")).substr(1, 3), "PNG");
+            EXPECT_EQ(contents(path("p.pdf")).substr(0, 5), "%PDF-");
+            EXPECT_NE(contents(path("p.svg")).find("<svg"), std::string::npos);
+        }
+    EXPECT_EQ(run("map.fits --batch --svg p.svg").status, 0);
+    EXPECT_NE(contents(path("p.svg")).find("%n %s%s%s %1000d ~~"), std::string::npos);
+}
+
+TEST_F(ViewRun, VisibilitiesOfAPointAreItsFluxAtItsPhase)
+{
+    std::ofstream(path("m.txt")) << ";c\n1\n1 2 0 1 0 90 1 0.5\n";
+    std::ofstream(path("uv.csv")) << "u,v\n# none\n0,0\n51566.20156177409,12345\n";
+    const Outcome r = run("map.fits --batch --model m.txt --visibilities uv.csv");
+    EXPECT_EQ(r.status, 0) << r.err;
+    double u = 0, v = 0, re = 0, im = 0;
+    char comma = 0;
+    std::istringstream lines(r.out);
+    lines >> u >> comma >> v >> comma >> re >> comma >> im;
+    EXPECT_EQ(re, 2);
+    EXPECT_EQ(im, 0);
+    lines >> u >> comma >> v >> comma >> re >> comma >> im; // a quarter turn east
+    EXPECT_NEAR(re, 0, 1e-9);
+    EXPECT_NEAR(im, 2, 1e-9);
+}
+
+TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
+{
+    const std::string good = contents(path("map.fits"));
+    std::ofstream(path("text.fits")) << "hello\n";
+    std::ofstream(path("short.fits"), std::ios::binary) << good.substr(0, good.size() / 2);
+    std::ofstream(path("long.cma"), std::ios::binary) << std::string(4, '\0') << 'x';
+    std::ofstream(path("negative.cma"), std::ios::binary) << std::string(4, '\xff');
+    std::ofstream(path("huge.cma"), std::ios::binary) << std::string("\x01\0\0\0\xff\xff\xff\x7f", 8);
+    std::ofstream(path("words.txt")) << "1\n2 one 3 4 5 6 7 8\n";
+    std::ofstream(path("few.txt")) << "2\n1 1 0 1 0 0 0 0.5\n";
+    std::ofstream(path("bad.csv")) << "1,2\n3,x\n";
+    std::ofstream(path("file")) << "";
+    writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}});
+    const struct {
+        const char* arguments;
+        const char* blamed;
+    } cases[] = {
+        {"absent.fits --batch --png p.png", "absent.fits"},
+        {"text.fits --batch --png p.png", "text.fits"},
+        {"short.fits --batch --png p.png", "short.fits"},
+        {". --batch --png p.png", "."},
+        {"map.fits --batch --plane 1 --stats", "map.fits"},
+        {"map.fits --batch --areas long.cma --mask o.fits", "long.cma"},
+        {"map.fits --batch --areas negative.cma --mask o.fits", "negative.cma"},
+        {"map.fits --batch --areas huge.cma --mask o.fits", "huge.cma"},
+        {"map.fits --batch --model words.txt --png p.png", "words.txt"},
+        {"map.fits --batch --model few.txt --png p.png", "few.txt"},
+        {"map.fits --batch --model few.txt --visibilities bad.csv", "few.txt"},
+        {"map.fits --batch --png file/p.png", "file/p.png"},
+        {"map.fits --batch --pdf file/p.pdf", "file/p.pdf"},
+        {"map.fits --batch --svg nowhere/p.svg", "nowhere/p.svg"},
+        {"map.fits --batch --areas ok.cma --mask nowhere/o.fits", "nowhere/o.fits"},
+        {"map.fits --batch --palette nosuch --png p.png", "nosuch"},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = run(c.arguments);
+        EXPECT_EQ(r.status, 2) << c.arguments << r.err;
+        EXPECT_NE(r.err.find(c.blamed), std::string::npos) << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+        EXPECT_FALSE(fs::exists(path("o.fits")) || fs::exists(path("p.png"))) << c.arguments;
+    }
+    const Outcome wrong = run("map.fits --mask o.fits");
+    EXPECT_EQ(wrong.status, 1);
+    EXPECT_NE(wrong.err.find("usage: pavane-view"), std::string::npos);
+}
+
+TEST_F(ViewRun, AFullDiskLeavesNothingHalfWritten)
+{
+    writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}});
+    for (const char* output : {"--png o.png", "--pdf o.pdf", "--svg o.svg",
+                               "--areas ok.cma --mask o.fits"}) {
+        const std::string command = std::string("map.fits --batch ") + output;
+        const Outcome r = run(command + " ; exit 0");
+        ASSERT_EQ(r.status, 0);
+        const std::string limited = "cd '" + folder_.string() +
+                                    "' && rm -f o.* && (trap '' XFSZ; ulimit -f 1; '" PAVANE_VIEW
+                                    "' " + command + " 2>/dev/null >/dev/null)";
+        const int status = std::system(limited.c_str());
+        EXPECT_EQ(WEXITSTATUS(status), 2) << output;
+        for (const auto& entry : fs::directory_iterator(folder_))
+            EXPECT_NE(entry.path().stem(), "o") << entry.path();
+    }
+}
+
+} // namespace pavane

@@ -1,0 +1,176 @@
+#include "tessel/fits_map.h"
+
+#include "tessel/fits_text.h"
+
+#include <bit>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double step = -5.5555556482012e-8;
+
+FitsMap readMap(const std::string& bytes, int plane = -1)
+{
+    FitsMap map;
+    std::string error;
+    EXPECT_TRUE(readFitsMap(saved("map.fits", bytes), plane, map, error)) << error;
+    return map;
+}
+
+std::string floats(std::initializer_list<float> values)
+{
+    std::string bytes;
+    for (const float v : values)
+        bytes += bigEndian(std::bit_cast<std::uint32_t>(v), 4);
+    return bytes;
+}
+
+}  // namespace
+
+TEST(FitsMap, ReadsEveryTypeOfCellWithScaleAndBlanks)
+{
+    const auto wide = [](double v) { return bigEndian(std::bit_cast<std::uint64_t>(v), 8); };
+    const struct {
+        int bitpix;
+        std::vector<std::string> cards;
+        std::string data;
+        float second;
+    } cases[] = {{8, {"BLANK   = 255"}, "\xff\x03", 3},
+                 {16,
+                  {"BLANK   = -32768", "BSCALE  = 0.5", "BZERO   = 10.0"},
+                  bigEndian(0x8000, 2) + bigEndian(0xFFFC, 2),
+                  8},
+                 {32, {"BLANK   = 7"}, bigEndian(7, 4) + bigEndian(0xFFFFFFFF, 4), -1},
+                 {64, {"BLANK   = 7"}, bigEndian(7, 8) + bigEndian(1000, 8), 1000},
+                 {-32, {"BSCALE  = 2.0"}, floats({NAN, 1.5f}), 3},
+                 {-64, {}, wide(NAN) + wide(-1e300), -3.4028235e38f}};
+    for (const auto& c : cases) {
+        const FitsMap map = readMap(hdu(imageCards(c.bitpix, {2, 1}, c.cards), c.data));
+        ASSERT_EQ(map.cells.columns(), 2) << c.bitpix;
+        EXPECT_TRUE(std::isnan(map.cells(0, 0))) << c.bitpix;
+        EXPECT_EQ(map.cells(0, 1), c.second) << c.bitpix;
+    }
+}
+
+TEST(FitsMap, KeepsTheFilesOrderAndPicksAPlane)
+{
+    const std::string bytes =
+        hdu(imageCards(-32, {2, 1, 1, 3},
+                       {"CTYPE3  = 'FREQ'", "CUNIT3  = 'GHz'", "CRVAL3  = 8.4", "CRPIX3  = 1.0",
+                        "CTYPE4  = 'STOKES'", "CRVAL4  = -1.0", "CRPIX4  = 1.0", "CDELT4  = -1.0"}),
+            floats({0, 1, 2, 3, 4, 5}));
+    const FitsMap map = readMap(bytes, 1);
+    EXPECT_EQ(map.cells(0, 0), 2);
+    EXPECT_EQ(map.cells(0, 1), 3);
+    EXPECT_EQ(map.header.planes, 3);
+    EXPECT_EQ(map.header.stokes, "LL");
+    EXPECT_NEAR(map.header.frequency, 8.4e9, 1);
+    FitsMap refused;
+    std::string error;
+    for (const int plane : {-1, 3}) {
+        EXPECT_FALSE(readFitsMap(saved("map.fits", bytes), plane, refused, error));
+        EXPECT_NE(error.find("3"), std::string::npos) << error;
+        EXPECT_EQ(refused.cells.cells(), 0);
+    }
+}
+
+TEST(FitsMap, TakesStepsAndTurnFromTheMatrixOrTheAngle)
+{
+    const std::vector<std::string> sky = {"CTYPE1  = 'RA---SIN'", "CTYPE2  = 'DEC--SIN'"};
+    const struct {
+        const char* name;
+        std::vector<std::string> cards;
+        double step1, step2, cd01;
+    } cases[] = {{"CD", {"CD1_1   = -2D-8", "CD2_2   = 2E-8"}, -2e-8, 2e-8, 0},
+                 {"CD of one line counts as none", {"CD1_1   = -2D-8", "CDELT1  = 3.0"}, 3, 1, 0},
+                 {"PC", {"CDELT1  = -2.0", "CDELT2  = 2.0", "PC1_2   = 0.5"}, -2, 2, -1},
+                 {"CROTA", {"CDELT1  = -2.0", "CDELT2  = 2.0", "CROTA2  = 90.0"}, -2, 2, -2},
+                 {"arcseconds", {"CDELT1  = -3600.0", "CUNIT1  = 'arcsec'"}, -1, 1, 0},
+                 {"no step of zero or nan", {"CDELT1  = 0.0", "CDELT2  = NaN"}, 1, 1, 0}};
+    for (const auto& c : cases) {
+        std::vector<std::string> cards = sky;
+        cards.insert(cards.end(), c.cards.begin(), c.cards.end());
+        const MapHeader header = readMap(hdu(imageCards(8, {1, 1}, cards), "x")).header;
+        EXPECT_TRUE(header.hasCelestialAxes);
+        EXPECT_DOUBLE_EQ(header.axes[0].cdelt, c.step1) << c.name;
+        EXPECT_DOUBLE_EQ(header.axes[1].cdelt, c.step2) << c.name;
+        EXPECT_NEAR(header.cd[0][1], c.cd01, 1e-12) << c.name;
+    }
+}
+
+TEST(FitsMap, FindsTheBeamInTheHeaderElseInTheLastOfTheHistory)
+{
+    const std::string history[] = {
+        "HISTORY AIPS   CLEAN BMAJ=  1.0000E-06 BMIN=  5.0000E-07 BPA=  10.00",
+        "HISTORY AIPS   CLEAN BMAJ=  2.0000E-06 BMIN=  1.0000E-06 BPA= -20.50"};
+    const auto beamOf = [](const std::vector<std::string>& cards) {
+        const MapHeader h = readMap(hdu(imageCards(8, {1, 1}, cards), "x")).header;
+        return std::vector<double>{double(h.hasBeam), h.bmaj, h.bmin, h.bpa};
+    };
+    EXPECT_EQ(beamOf({history[0], history[1]}), (std::vector<double>{1, 2e-6, 1e-6, -20.5}));
+    EXPECT_EQ(beamOf({history[0], "BMAJ    = 3E-6", "BMIN    = 2E-6", "BPA     = 5.0"}),
+              (std::vector<double>{1, 3e-6, 2e-6, 5}));
+    EXPECT_EQ(beamOf({"BMAJ    = 0.0", "BMIN    = 0.0"}), (std::vector<double>{0, 0, 0, 0}));
+}
+
+TEST(FitsMap, ReadsTileCompressedImages)
+{
+    for (const int codec : {RICE_1, GZIP_1, GZIP_2, HCOMPRESS_1, PLIO_1}) {
+        const FitsMap map = readMap(packedMap(codec));
+        ASSERT_EQ(map.cells.columns(), 40) << codec;
+        EXPECT_EQ(map.cells.rows(), 30) << codec;
+        for (const int r : {0, 7, 29})
+            for (const int c : {0, 39})
+                EXPECT_EQ(map.cells(r, c), static_cast<float>(r * 40 + c) * 0.5f) << codec;
+        EXPECT_EQ(map.header.object, "M87") << codec;
+    }
+}
+
+TEST(FitsMap, TakesNamesAsTheyAre)
+{
+    FitsMap map;
+    std::string error;
+    for (const char* name : {"m[1].fits", "~m.fits", " m.fits", "m+1", "m.fits(out)"})
+        EXPECT_TRUE(readFitsMap(saved(name, hdu(imageCards(8, {1, 1}), "x")), -1, map, error))
+            << name << ": " << error;
+}
+
+TEST(FitsMap, StopsWhenTheCallerGivesUp)
+{
+    FitsMap map;
+    std::string error;
+    const std::string name =
+        saved("map.fits", hdu(imageCards(8, {1500, 1500}), std::string(2250000, 'x')));
+    double done = 0;
+    EXPECT_FALSE(readFitsMap(name, -1, map, error, [&](double part) {
+        done = part;
+        return 0;
+    }));
+    EXPECT_TRUE(done > 0 && done < 1);
+    EXPECT_EQ(map.cells.cells(), 0);
+}
+
+TEST(FitsMap, ReadsARealMap)
+{
+    const std::string name = std::string(PAVANE_SOURCE_DIR) +
+                             "/../shared/data/maps/J0000+0248_2016_01_03_VLBA_4GHz.fits";
+    FitsMap map;
+    std::string error;
+    if (!std::ifstream(name))
+        GTEST_SKIP() << "no " << name;
+    ASSERT_TRUE(readFitsMap(name, -1, map, error)) << error;
+    EXPECT_EQ(map.cells.rows(), 512);
+    EXPECT_EQ(map.header.object, "J0000+0248");
+    EXPECT_EQ(map.header.frequency, 4344000000.0);
+    EXPECT_EQ(map.header.stokes, "RR");
+    EXPECT_EQ(map.header.equinox, 2000);
+    EXPECT_EQ(map.header.axes[0].cdelt, step);
+    EXPECT_EQ(map.header.bpa, -2.6642459131313);
+}
+
+}  // namespace pavane
