@@ -91,14 +91,15 @@ protected:
     fs::path folder_;
 };
 
-} // namespace
+}  // namespace
 
 TEST_F(ViewRun, MaskKeepsThePixelOrderOfTheMapForBothSignsOfTheStep)
 {
     writeMap("flipped.fits", 1e-6);
     writeAreas("area.cma", {{{0, 0}, {3, 0}, {0, 2}}, {{6, 4}, {9, 4}, {9, 9}}});
     for (const char* map : {"map.fits", "flipped.fits"}) {
-        const Outcome r = run(std::string(map) + " --batch --areas area.cma --mask mask.fits --stats");
+        const Outcome r =
+            run(std::string(map) + " --batch --areas area.cma --mask mask.fits --stats");
         ASSERT_EQ(r.status, 0) << r.err;
         EXPECT_EQ(maskText("mask.fits"), "####...\n###....\n#......\n.......\n......#\n") << map;
         EXPECT_NE(r.out.find("mask_cells 9 cells\n"), std::string::npos) << r.out;
@@ -134,10 +135,11 @@ TEST_F(ViewRun, DrawsEveryFormatOfOddMapsAndTexts)
                            {{1, 1}, {2, 2}},
                            {{-2147483647 - 1, -2147483647 - 1}, {2147483647, 0}, {0, 2147483647}}});
     for (const char* map : {"map.fits", "blank.fits", "row.fits", "'column[1].fits'"})
-        for (const char* more : {"", " --scale log --levels abs:1,2", " --scale equal --aspect free",
-                                 " --scale sqrt --areas far.cma --size 64x64"}) {
-            const Outcome r = run(std::string(map) + " --batch --png p.png --pdf p.pdf --svg p.svg" +
-                              more);
+        for (const char* more :
+             {"", " --scale log --levels abs:1,2", " --scale equal --aspect free",
+              " --scale sqrt --areas far.cma --size 64x64"}) {
+            const Outcome r =
+                run(std::string(map) + " --batch --png p.png --pdf p.pdf --svg p.svg" + more);
             EXPECT_EQ(r.status, 0) << map << more << r.err;
             EXPECT_EQ(contents(path("p.png")).substr(1, 3), "PNG");
             EXPECT_EQ(contents(path("p.pdf")).substr(0, 5), "%PDF-");
@@ -159,7 +161,7 @@ TEST_F(ViewRun, VisibilitiesOfAPointAreItsFluxAtItsPhase)
     lines >> u >> comma >> v >> comma >> re >> comma >> im;
     EXPECT_EQ(re, 2);
     EXPECT_EQ(im, 0);
-    lines >> u >> comma >> v >> comma >> re >> comma >> im; // a quarter turn east
+    lines >> u >> comma >> v >> comma >> re >> comma >> im;  // a quarter turn east
     EXPECT_NEAR(re, 0, 1e-9);
     EXPECT_NEAR(im, 2, 1e-9);
 }
@@ -171,7 +173,8 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
     std::ofstream(path("short.fits"), std::ios::binary) << good.substr(0, good.size() / 2);
     std::ofstream(path("long.cma"), std::ios::binary) << std::string(4, '\0') << 'x';
     std::ofstream(path("negative.cma"), std::ios::binary) << std::string(4, '\xff');
-    std::ofstream(path("huge.cma"), std::ios::binary) << std::string("\x01\0\0\0\xff\xff\xff\x7f", 8);
+    std::ofstream(path("huge.cma"), std::ios::binary)
+        << std::string("\x01\0\0\0\xff\xff\xff\x7f", 8);
     std::ofstream(path("words.txt")) << "1\n2 one 3 4 5 6 7 8\n";
     std::ofstream(path("few.txt")) << "2\n1 1 0 1 0 0 0 0.5\n";
     std::ofstream(path("bad.csv")) << "1,2\n3,x\n";
@@ -213,14 +216,15 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
 TEST_F(ViewRun, AFullDiskLeavesNothingHalfWritten)
 {
     writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}});
-    for (const char* output : {"--png o.png", "--pdf o.pdf", "--svg o.svg",
-                               "--areas ok.cma --mask o.fits"}) {
+    for (const char* output :
+         {"--png o.png", "--pdf o.pdf", "--svg o.svg", "--areas ok.cma --mask o.fits"}) {
         const std::string command = std::string("map.fits --batch ") + output;
         const Outcome r = run(command + " ; exit 0");
         ASSERT_EQ(r.status, 0);
         const std::string limited = "cd '" + folder_.string() +
                                     "' && rm -f o.* && (trap '' XFSZ; ulimit -f 1; '" PAVANE_VIEW
-                                    "' " + command + " 2>/dev/null >/dev/null)";
+                                    "' " +
+                                    command + " 2>/dev/null >/dev/null)";
         const int status = std::system(limited.c_str());
         EXPECT_EQ(WEXITSTATUS(status), 2) << output;
         for (const auto& entry : fs::directory_iterator(folder_))
@@ -228,4 +232,4 @@ TEST_F(ViewRun, AFullDiskLeavesNothingHalfWritten)
     }
 }
 
-} // namespace pavane
+}  // namespace pavane

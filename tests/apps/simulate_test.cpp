@@ -1,0 +1,113 @@
+#include "apps/simulate/clean.h"
+#include "apps/simulate/imaging.h"
+#include "apps/simulate/jet_model.h"
+#include "apps/simulate/options.h"
+#include "pavane/maps/map_statistics.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+#include <sstream>
+
+namespace pavane
+{
+
+namespace
+{
+
+AComponents pointAt(double positionAngle, double distance, double flux)
+{
+    std::stringstream text;
+    text << "1\n1 " << flux << " 0 1 0 " << positionAngle << ' ' << distance << " 0.5\n";
+    AComponents model;
+    model.Load(text);
+    return model;
+}
+
+/// A Gaussian of the given widths in cells, in the middle of a map.
+AMatrix<float> gaussian(int size, double major, double minor, double angle)
+{
+    AMatrix<float> map(size, size);
+    const double turn = angle * std::numbers::pi / 180;
+    for (int r = 0; r < size; ++r)
+        for (int c = 0; c < size; ++c) {
+            const double e = size / 2 - c;
+            const double n = r - size / 2;
+            const double along = (e * std::sin(turn) + n * std::cos(turn)) / major;
+            const double across = (e * std::cos(turn) - n * std::sin(turn)) / minor;
+            map(r, c) = static_cast<float>(
+                std::exp(-4 * std::numbers::ln2 * (along * along + across * across)));
+        }
+    return map;
+}
+
+}  // namespace
+
+TEST(Simulation, PutsAPointWhereItIsWithItsFlux)
+{
+    Observation observation;
+    observation.noise = 0;
+    observation.hours = 4;
+    observation.interval = 300;
+    // 20 cells east and 10 south of the middle
+    const double east = 20 * 1e-4;
+    const double south = 10 * 1e-4;
+    const Visibilities samples =
+        observe(observation, pointAt(90 + std::atan2(south, east) * 180 / std::numbers::pi,
+                                     std::hypot(east, south), 2.5));
+    const AMatrix<float> map = dirtyImage(samples, 128, 1e-4, 0);
+    const MapRange range = mapRange(AFloatMatrixAccess(map));
+    EXPECT_EQ(range.peakColumn, 64 - 20);
+    EXPECT_EQ(range.peakRow, 64 - 10);
+    EXPECT_NEAR(range.greatest, 2.5, 2e-3);
+    const AMatrix<float> beam = dirtyImage(samples, 128, 1e-4, 1);
+    EXPECT_NEAR(beam(64, 64), 1, 1e-3);
+}
+
+TEST(Simulation, IsTheSameForTheSameSeedOnly)
+{
+    Observation observation;
+    observation.hours = 0.5;
+    observation.interval = 600;
+    const AComponents jet = jetModel();
+    const Visibilities first = observe(observation, jet);
+    EXPECT_EQ(first.values, observe(observation, jet).values);
+    observation.seed = 2;
+    EXPECT_NE(first.values, observe(observation, jet).values);
+    ASSERT_GT(first.values.size(), 100u);
+}
+
+TEST(Simulation, FitsTheBeamWithItsAngleNorthThroughEast)
+{
+    for (const double angle : {-70.0, -20.0, 0.0, 35.0, 80.0}) {
+        const CleanBeam beam = fitBeam(gaussian(128, 14, 6, angle));
+        EXPECT_NEAR(beam.major, 14, 1e-3) << angle;
+        EXPECT_NEAR(beam.minor, 6, 1e-3) << angle;
+        EXPECT_NEAR(beam.angle, angle, 1e-3) << angle;
+    }
+}
+
+TEST(Simulation, CleanPutsBackWhatItTakesOff)
+{
+    const AMatrix<float> beam = gaussian(256, 14, 6, 35);
+    AMatrix<float> map(128, 128);
+    for (int r = 0; r < 128; ++r)
+        for (int c = 0; c < 128; ++c)
+            map(r, c) = 3 * beam(r + 128 - 70, c + 128 - 50);
+    const AMatrix<float> restored = cleaned(map, beam, {14, 6, 35}, 200, 0.1, 1e-4);
+    EXPECT_NEAR(restored(70, 50), 3, 1e-3);
+    EXPECT_NEAR(restored(75, 46), map(75, 46), 1e-3);
+}
+
+TEST(Simulation, RefusesOptionsThatItCannotUse)
+{
+    SimulateOptions options;
+    std::string error;
+    for (const char* value : {"63", "101", "4096", "big", ""})
+        EXPECT_FALSE(parseSimulateOptions({"--size", value}, options, error)) << value;
+    EXPECT_FALSE(parseSimulateOptions({"--noise", "nan"}, options, error));
+    EXPECT_FALSE(parseSimulateOptions({"--seed"}, options, error));
+    EXPECT_TRUE(parseSimulateOptions({"--size", "64", "--noise", "0"}, options, error));
+}
+
+}  // namespace pavane
