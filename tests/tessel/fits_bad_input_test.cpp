@@ -112,7 +112,7 @@ TEST(BadFits, SurvivesFlippedBytes)
         files.push_back(packedMap(codec));
     std::mt19937 random(3);
     for (const std::string& whole : files)
-        for (int i = 0; i < 600; ++i) {
+        for (int i = 0; i < (whole == files[0] ? 2000 : 50); ++i) {
             std::string bytes = whole;
             for (unsigned n = 0; n <= random() % 4; ++n)
                 bytes[random() % bytes.size()] = i % 2 ? static_cast<char>(random() % 256)
