@@ -13,7 +13,7 @@ namespace
 {
 
 /// Sources are looked for in the middle of the map: this part of a side is left out at each end.
-constexpr int borderPart = 4;
+constexpr int borderPart = 16;
 
 struct Cell {
     int row = 0, column = 0;

@@ -3,8 +3,11 @@
 #include <cmath>
 #include <complex>
 #include <kissfft/kiss_fft.h>
+#include <map>
 #include <memory>
 #include <numbers>
+#include <utility>
+#include <vector>
 
 namespace pavane
 {
@@ -83,23 +86,6 @@ Place placeOf(const Visibilities& samples, std::size_t i, double cellsPerWavelen
     return {x, y, static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))};
 }
 
-/// Weights between natural and uniform: samples that share a cell with n others count 1 / sqrt(n).
-std::vector<double> weights(const Visibilities& samples, int n, double cellsPerWavelength)
-{
-    AMatrix<int> counts(n, n);
-    counts.fill(0);
-    std::vector<double> result(samples.u.size());
-    const auto count = [&](std::size_t i) -> int& {
-        const Place p = placeOf(samples, i, cellsPerWavelength);
-        return counts(wrapped(p.row, n), wrapped(p.column, n));
-    };
-    for (std::size_t i = 0; i < result.size(); ++i)
-        ++count(i);
-    for (std::size_t i = 0; i < result.size(); ++i)
-        result[i] = 1 / std::sqrt(static_cast<double>(count(i)));
-    return result;
-}
-
 /// Spreads one weighted value over the cells around its place.
 void spread(Grid& grid, const Place& p, std::complex<double> value)
 {
@@ -139,6 +125,20 @@ AMatrix<float> imageOf(const Grid& grid, int size, double sumOfWeights)
 
 }  // namespace
 
+void temperWeights(Visibilities& samples, double field)
+{
+    const double cellsPerWavelength = field * radiansPerArcsecond;
+    const auto cellOf = [&](std::size_t i) {
+        const Place p = placeOf(samples, i, cellsPerWavelength);
+        return std::pair(p.row, p.column);
+    };
+    std::map<std::pair<int, int>, int> counts;
+    for (std::size_t i = 0; i < samples.u.size(); ++i)
+        ++counts[cellOf(i)];
+    for (std::size_t i = 0; i < samples.u.size(); ++i)
+        samples.weights[i] = 1 / std::sqrt(static_cast<double>(counts[cellOf(i)]));
+}
+
 AMatrix<float> dirtyImage(const Visibilities& samples, int size, double cell, int beam)
 {
     const int n = padding * size;
@@ -147,12 +147,11 @@ AMatrix<float> dirtyImage(const Visibilities& samples, int size, double cell, in
         return {};
     grid.fill({0, 0});
     const double cellsPerWavelength = n * cell * radiansPerArcsecond;
-    const std::vector<double> weight = weights(samples, n, cellsPerWavelength);
     double sum = 0;
     for (std::size_t i = 0; i < samples.u.size(); ++i) {
         const std::complex<double> value = beam ? 1.0 : samples.values[i];
-        spread(grid, placeOf(samples, i, cellsPerWavelength), weight[i] * value);
-        sum += weight[i];
+        spread(grid, placeOf(samples, i, cellsPerWavelength), samples.weights[i] * value);
+        sum += samples.weights[i];
     }
     if (!transform(grid))
         return {};

@@ -88,8 +88,9 @@ std::string uvText(const Visibilities& samples)
 int simulate(const SimulateOptions& o, std::string& error)
 {
     const AComponents jet = jetModel();
-    const Visibilities samples = observe(o.observation, jet);
+    Visibilities samples = observe(o.observation, jet);
     const double cell = o.cell / 1000;
+    temperWeights(samples, o.size * cell);
     const AMatrix<float> map = dirtyImage(samples, o.size, cell, 0);
     const AMatrix<float> wideBeam = dirtyImage(samples, 2 * o.size, cell, 1);
     if (!map.rows() || !wideBeam.rows()) {

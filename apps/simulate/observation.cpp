@@ -92,6 +92,7 @@ Visibilities observe(const Observation& o, const AComponents& model)
     for (int t = 0; t < times; ++t)
         addTime(o, turn * (t - 0.5 * (times - 1)) - radians(middleLongitude), samples);
     samples.values.resize(samples.u.size());
+    samples.weights.assign(samples.u.size(), 1.0);
     model.VfromUV(samples.u.data(), samples.v.data(), static_cast<int>(samples.u.size()),
                   samples.values.data());
     Noise noise(o.seed);

@@ -26,10 +26,11 @@ struct Observation {
 struct Visibilities {
     std::vector<double> u, v;
     std::vector<std::complex<double>> values;  ///< Jy
+    std::vector<double> weights;               ///< what a sample counts in a map
 };
 
 /// Samples of the whole track with the model's visibilities and noise on them. The same seed gives
-/// the same samples everywhere.
+/// the same samples everywhere. Weights are 1.
 Visibilities observe(const Observation& observation, const AComponents& model);
 
 }  // namespace pavane

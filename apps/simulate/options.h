@@ -12,8 +12,8 @@ namespace pavane
 struct SimulateOptions {
     std::string folder = ".";
     Observation observation;
-    int size = 512;         ///< cells a side of the maps
-    double cell = 0.05;     ///< milliarcseconds
+    int size = 512;          ///< cells a side of the maps
+    double cell = 0.05;      ///< milliarcseconds
     int iterations = 12000;  ///< of the CLEAN
     int help = 0;
 };
