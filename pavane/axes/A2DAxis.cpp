@@ -186,8 +186,8 @@ void A2DAxis::drawTitles(CDC& dc, const PlotLayout& layout)
     }
     if (!layout.header.empty() && CreateAxisFont(font, fHeight_, 1, 0.0)) {
         const SelectedObject<CFont> selected(dc, font);
-        const int top = layout.picture.top + fHeight_ / 4;
-        CRect text(g.left, top, g.right, top + layout.headerHeight);
+        const int bottom = g.top - fHeight_ / 2 + fHeight_ / 4;
+        CRect text(g.left, bottom - layout.headerHeight, g.right, bottom);
         dc.DrawText(layout.header, text, headerFormat);
     }
 }

@@ -45,6 +45,9 @@ void thinLabels(TickSet& set, const LabelSpans& spans, double gap)
     }
 }
 
+/// Where a plot too flat for its labels stops looking for a step that hits its range.
+constexpr int mostFlatIntervals = 10;
+
 /// The next smaller count to try: a quarter less, or one.
 int fewerIntervals(int n) { return n > 8 ? n * 3 / 4 : n - 1; }
 
@@ -82,9 +85,8 @@ TickSet A2DAxis::yTicks(int intervals) const
 void A2DAxis::chooseYTicks(CDC& dc, PlotLayout& layout)
 {
     const int height = layout.graph.Height();
-    int n = startIntervals(yIntervals_, height, fHeight_);
     LabelSpans spans;
-    for (;;) {
+    const auto tryIntervals = [&](int n) {
         layout.y = yTicks(n);
         spans = {};
         for (const TickSet::Tick& tick : layout.y.major) {
@@ -93,10 +95,12 @@ void A2DAxis::chooseYTicks(CDC& dc, PlotLayout& layout)
             spans.centres.push_back(RPYtoWPY(tick.value) * height);
             spans.lengths.push_back(fHeight_);
         }
-        if (n <= 1 || spans.areApart(0))
-            break;
+    };
+    int n = startIntervals(yIntervals_, height, fHeight_);
+    for (tryIntervals(n); n > 1 && !spans.areApart(0); tryIntervals(n))
         n = fewerIntervals(n);
-    }
+    while (spans.centres.empty() && n < std::min(yIntervals_, mostFlatIntervals))
+        tryIntervals(++n);  // so wide a step may miss the range: rather too many and thinned
     thinLabels(layout.y, spans, 0);
     layout.yLabelWidth = 0;
     for (const TickSet::Tick& tick : layout.y.major)
@@ -172,7 +176,9 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
     if (!CreateAxisFont(font, fHeight_, 0, 0.0))
         return 0;
     const SelectedObject<CFont> selected(dc, font);
+    boundGraphRect(layout);  // labels have to fit into what the bounds leave
     chooseYTicks(dc, layout);
+    boundGraphRect(layout);
     chooseXTicks(dc, layout);
     if (!layout.header.empty()) {
         CFont bold;

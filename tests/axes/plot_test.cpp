@@ -105,6 +105,22 @@ TEST(Layout, KeepsLongLabelsInsideThePicture)
     }
 }
 
+TEST(Layout, GivesAFlatPlotFewLabelledTicksButSome)
+{
+    for (const double low : {0.0, 0.05, -0.07}) {
+        Plot plot;
+        plot.axis.setMinMax({0, 1, low, low + 0.1});
+        plot.axis.setBorderRect(CRect(60, 180, 20, 190));
+        plot.draw();
+        const CRect g = plot.axis.getGraphRect();
+        int ticks = 0;
+        for (int y = g.top; y <= g.bottom; ++y)
+            ticks += plot.isDark(g.left - 4, y);
+        EXPECT_GE(ticks, 1) << low;
+        EXPECT_LE(ticks, 3) << low;
+    }
+}
+
 TEST(Plot, HasAFrameWithTicksOutsideOrInside)
 {
     Plot plot;
