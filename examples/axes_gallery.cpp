@@ -82,8 +82,8 @@ void addPointsAndDashes(Plots& plots)
     axis->setFlag(axisGridX | axisGridY, 1);
     new AGraphXYPoint(axis, x, y, 50, nullptr, graphPointCross, 1, axis->workColor(9), 0);
     new AGraphXYPoint(axis, x + 50, y + 50, 50, nullptr, graphPointDot, 1, axis->workColor(7), 0);
-    new AGraphXYPoint(axis, x + 100, y + 100, 50, nullptr, graphPointBar, 1, axis->workColor(1), 0);
-    new AGraphXYLine(axis, x, curve, 150, nullptr, PS_DASH, 1, axis->workColor(7), 0);
+    new AGraphXYPoint(axis, x + 100, y + 100, 50, nullptr, graphPointBar, 1, axis->workColor(8), 0);
+    new AGraphXYLine(axis, x, curve, 150, nullptr, PS_DASH, 1, axis->workColor(1), 0);
 }
 
 void addHistogram(Plots& plots)
