@@ -1,5 +1,6 @@
 #include "platform/qt/file_output.h"
 
+#include <QFileInfo>
 #include <QSaveFile>
 #include <QString>
 
@@ -9,7 +10,13 @@ namespace pavane
 int writeWhole(const CString& file, std::string_view bytes, CString& error)
 {
     error.clear();
-    QSaveFile out(QString::fromUtf8(file.data(), static_cast<qsizetype>(file.size())));
+    const QString name = QString::fromUtf8(file.data(), static_cast<qsizetype>(file.size()));
+    const QFileInfo old(name);
+    if (old.exists() && !old.isFile() && !old.isDir()) {
+        error = "is a device or a pipe, which a new file would replace";
+        return 0;
+    }
+    QSaveFile out(name);
     // unbuffered: a buffer that cannot be written when the file is committed goes unnoticed
     bool whole = out.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
     while (whole && !bytes.empty()) {

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 namespace pavane
@@ -179,6 +180,7 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
     std::ofstream(path("few.txt")) << "2\n1 1 0 1 0 0 0 0.5\n";
     std::ofstream(path("bad.csv")) << "1,2\n3,x\n";
     std::ofstream(path("file")) << "";
+    ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}});
     const struct {
         const char* arguments;
@@ -197,6 +199,7 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
         {"map.fits --batch --model few.txt --visibilities bad.csv", "few.txt"},
         {"map.fits --batch --png file/p.png", "file/p.png"},
         {"map.fits --batch --pdf file/p.pdf", "file/p.pdf"},
+        {"map.fits --batch --svg pipe", "pipe"},
         {"map.fits --batch --svg nowhere/p.svg", "nowhere/p.svg"},
         {"map.fits --batch --areas ok.cma --mask nowhere/o.fits", "nowhere/o.fits"},
         {"map.fits --batch --palette nosuch --png p.png", "nosuch"},
@@ -208,6 +211,7 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
         EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
         EXPECT_FALSE(fs::exists(path("o.fits")) || fs::exists(path("p.png"))) << c.arguments;
     }
+    EXPECT_TRUE(fs::is_fifo(path("pipe")));
     const Outcome wrong = run("map.fits --mask o.fits");
     EXPECT_EQ(wrong.status, 1);
     EXPECT_NE(wrong.err.find("usage: pavane-view"), std::string::npos);
