@@ -187,7 +187,7 @@ void A2DAxis::drawTitles(CDC& dc, const PlotLayout& layout)
     if (!layout.header.empty() && CreateAxisFont(font, fHeight_, 1, 0.0)) {
         const SelectedObject<CFont> selected(dc, font);
         const int bottom = g.top - fHeight_ / 2 + fHeight_ / 4;
-        CRect text(g.left, bottom - layout.headerHeight, g.right, bottom);
+        CRect text(layout.headerLeft, bottom - layout.headerHeight, layout.headerRight, bottom);
         dc.DrawText(layout.header, text, headerFormat);
     }
 }

@@ -165,9 +165,9 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
     layout.picture = rect;
     fHeight_ = std::max(1, calcFontHeight(dc, layout.picture));
     layout.header = getHeaderString(0);
-    const int half = fHeight_ / 2;
+    const int air = fHeight_ / 2;
     const int titleHeight = xTicks(1).title.empty() ? 0 : titleRoom(fHeight_);
-    layout.graph = CRect(rect.left + fHeight_, rect.top + half, rect.right - 1 - half,
+    layout.graph = CRect(rect.left + fHeight_, rect.top + air, rect.right - 1 - air,
                          rect.bottom - 2 * fHeight_ - titleHeight);
     if (!layout.header.empty())
         layout.graph.top += fHeight_;
@@ -184,10 +184,15 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
         CFont bold;
         CreateAxisFont(bold, fHeight_, 1, 0.0);
         const SelectedObject<CFont> header(dc, bold);
-        CRect text(layout.graph.left, rect.top, layout.graph.right, rect.top);
+        const int centre = layout.graph.CenterPoint().x;
+        const int half =
+            std::max(std::min(centre - rect.left, rect.right - centre), layout.graph.Width() / 2);
+        layout.headerLeft = centre - half;
+        layout.headerRight = centre + half;
+        CRect text(layout.headerLeft, rect.top, layout.headerRight, rect.top);
         dc.DrawText(layout.header, text, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
         layout.headerHeight = std::clamp(text.Height(), 0, std::max(0, rect.Height() / 3));
-        layout.graph.top = rect.top + half + layout.headerHeight;
+        layout.graph.top = rect.top + air + layout.headerHeight;
     }
     boundGraphRect(layout);
     graphRect_ = layout.graph;

@@ -25,6 +25,8 @@ struct PlotLayout {
     TickSet x;
     TickSet y;
     CString header;
+    int headerLeft = 0;  ///< its room, centred on the plot, wider where the picture allows it
+    int headerRight = 0;
     int headerHeight = 0;
     int yLabelWidth = 0;  ///< of the widest y label
 };
