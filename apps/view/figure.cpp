@@ -8,6 +8,7 @@
 #include "platform/CDC.h"
 
 #include <cmath>
+#include <numbers>
 
 namespace pavane
 {
@@ -59,6 +60,16 @@ ContourLevels levelsOf(const ViewOptions& options, const ViewInputs& inputs)
     return levels;
 }
 
+/// The beam in units of the axes, turned as the sky is in the map.
+MapBeam beamOf(const MapHeader& header, const MapFrame& frame)
+{
+    const double angle = header.bpa * std::numbers::pi / 180;
+    const MapPlace end = frame.onAxes(std::sin(angle), std::cos(angle));
+    const double unit = arcsecondsPerDegree / frame.arcseconds;
+    return {header.bmaj * unit, header.bmin * unit,
+            std::atan2(end.x, end.y) * 180 / std::numbers::pi};
+}
+
 /// The map graph with everything that the command line says about it; the axis owns it.
 ALevelsColorGraph* addGraph(A2DAxis& axis, const AMatrixAccess& cells, int unit,
                             const ViewOptions& options, const ViewInputs& inputs)
@@ -69,25 +80,26 @@ ALevelsColorGraph* addGraph(A2DAxis& axis, const AMatrixAccess& cells, int unit,
     graph->setScale(scaleKind(options.scale));
     graph->contours().setLevels(levelsOf(options, inputs));
     graph->contours().setWidth(unit);
-    const MapHeader& header = inputs.map.header;
-    if (header.hasBeam && inputs.frame.onSky)
-        graph->setBeam(
-            {header.bmaj * arcsecondsPerDegree, header.bmin * arcsecondsPerDegree, header.bpa});
+    if (inputs.map.header.hasBeam && inputs.frame.onSky)
+        graph->setBeam(beamOf(inputs.map.header, inputs.frame));
     return graph;
 }
 
 /// Lays the axis out in `rect`, with square cells unless any shape will do, and returns the plot.
-CRect layOutPlot(A2DAxis& axis, CDC& dc, const CRect& rect, int freeAspect)
+CRect layOutPlot(A2DAxis& axis, CDC& dc, const CRect& rect, int columns, int rows, int freeAspect)
 {
     axis.layOut(dc, rect);
-    const CRect plot = axis.getGraphRect();
-    if (freeAspect)
-        return plot;
-    const TMinMax& range = axis.getMinMax();
-    const CRect square = squareCells(plot, range.xMax - range.xMin, range.yMax - range.yMin);
-    axis.setBorderRect(
-        CRect(square.left, square.top, rect.right - square.right, rect.bottom - square.bottom));
-    axis.layOut(dc, rect);
+    // a narrower plot can need a higher header, which leaves less room than was shared out
+    constexpr int rounds = 4;
+    for (int i = 0; i < rounds && !freeAspect; ++i) {
+        const CRect plot = axis.getGraphRect();
+        const CRect square = squareCells(plot, columns, rows);
+        if (square == plot)
+            break;
+        axis.setBorderRect(
+            CRect(square.left, square.top, rect.right - square.right, rect.bottom - square.bottom));
+        axis.layOut(dc, rect);
+    }
     return axis.getGraphRect();
 }
 
@@ -112,10 +124,11 @@ void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& opt
     bar.setFHeight(axis.getFHeight());
     CRect axisRect = inner;
     axisRect.right -= bar.neededBreadth(dc, axis.getGraphRect().Height()) + barGap * unit;
-    const CRect plot = layOutPlot(axis, dc, axisRect, options.freeAspect);
+    const CRect plot =
+        layOutPlot(axis, dc, axisRect, cells.columns(), cells.rows(), options.freeAspect);
     axis.draw(dc, axisRect);
     drawAreas(dc, axis, inputs.frame, inputs.areas, unit);
-    drawModel(dc, axis, inputs.model, unit);
+    drawModel(dc, axis, inputs.frame, inputs.model, unit);
     CRect barRect(plot.right + barGap * unit, plot.top, inner.right, plot.bottom);
     bar.draw(dc, barRect);
 }

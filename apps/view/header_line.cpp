@@ -1,9 +1,11 @@
 #include "apps/view/figure.h"
 
+#include "apps/view/map_unit.h"
 #include "pavane/axes/axis_titles.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
+#include <cstdlib>
 #include <string_view>
 
 namespace pavane
@@ -13,16 +15,8 @@ namespace
 {
 
 constexpr int headerDigits = 4;
-
-/// A unit as papers write it: files shout.
-std::string unitText(const std::string& bunit)
-{
-    if (bunit == "JY/BEAM" || bunit == "Jy/Beam")
-        return "Jy/beam";
-    if (bunit == "JY/PIXEL")
-        return "Jy/pixel";
-    return bunit == "JY" ? "Jy" : bunit;
-}
+/// Beyond the letters, powers are clearer in the number.
+constexpr int mostPrefixPower = 12;
 
 /// Keeps the words of one fact on one line.
 constexpr const char* hardBlank = "\u00a0";
@@ -33,6 +27,8 @@ std::string scaledText(double value, const std::string& unit, int digits)
     int power = 0;
     if (value != 0 && std::isfinite(value) && !unit.empty())
         power = 3 * static_cast<int>(std::floor(std::log10(std::fabs(value)) / 3));
+    if (std::abs(power) > mostPrefixPower)
+        power = 0;
     const std::string prefix = prefixText(power);
     const double scaled = value / std::pow(10.0, power);
     return valToStr(scaled, digits) + (unit.empty() ? "" : hardBlank + prefix + unit);
@@ -57,8 +53,11 @@ std::string figureTitle(const ViewInputs& inputs)
 
 std::string valueTitle(const ViewInputs& inputs)
 {
-    const std::string unit = unitText(inputs.map.header.bunit);
-    return unit.empty() ? std::string() : "[%s" + unit + "]";
+    const std::string& bunit = inputs.map.header.bunit;
+    const MapUnit unit = mapUnit(bunit);
+    if (bunit.empty())
+        return {};
+    return unit.factor == 1 ? "[%s" + unit.name + "]" : "[" + bunit + "]";  // one prefix is enough
 }
 
 std::string headerLine(const ViewInputs& inputs)
@@ -71,12 +70,12 @@ std::string headerLine(const ViewInputs& inputs)
     if (!header.stokes.empty() && header.stokes != "I")
         append(text, std::string("Stokes") + hardBlank + header.stokes);
     append(text, header.dateObs.substr(0, header.dateObs.find('T')));
-    const std::string unit = unitText(header.bunit);
+    const MapUnit unit = mapUnit(header.bunit);
     if (!inputs.range.isEmpty()) {
         append(text, std::string("peak") + hardBlank +
-                         scaledText(inputs.range.greatest, unit, headerDigits));
+                         scaledText(inputs.range.greatest * unit.factor, unit.name, headerDigits));
         append(text, std::string("noise") + hardBlank +
-                         scaledText(inputs.noise.sigma, unit, headerDigits - 1));
+                         scaledText(inputs.noise.sigma * unit.factor, unit.name, headerDigits - 1));
     }
     return text;
 }

@@ -1,5 +1,6 @@
 #include "apps/view/map_frame.h"
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -9,7 +10,11 @@ namespace pavane
 namespace
 {
 
+constexpr double arcsecondsPerMinute = 60.0;
 constexpr double arcsecondsPerDegree = 3600.0;
+/// Offsets from here on, in arcseconds, are given in minutes, and in degrees.
+constexpr double leastInMinutes = 1000.0;
+constexpr double leastInDegrees = 2 * arcsecondsPerDegree;
 /// A turn below this many degrees moves the corner of a big map by less than a pixel or two.
 constexpr double visibleTurn = 0.01;
 
@@ -43,7 +48,43 @@ int isTurned(const MapHeader& header)
     return across > along * std::sin(visibleTurn * std::numbers::pi / 180);
 }
 
+/// Turns the axes from arcseconds into the unit in which their numbers are handy.
+const char* chooseUnit(MapFrame& frame)
+{
+    const double farthest = std::max({std::fabs(frame.xFirst), std::fabs(frame.xLast),
+                                      std::fabs(frame.yFirst), std::fabs(frame.yLast)});
+    if (!(farthest >= leastInMinutes))
+        return " [%sas]";
+    const bool degrees = farthest >= leastInDegrees;
+    frame.arcseconds = degrees ? arcsecondsPerDegree : arcsecondsPerMinute;
+    for (double* value :
+         {&frame.xFirst, &frame.xLast, &frame.xStep, &frame.yFirst, &frame.yLast, &frame.yStep})
+        *value /= frame.arcseconds;
+    return degrees ? " [deg]" : " [arcmin]";
+}
+
+/// The turn that undoes the header's matrix and goes on in steps along the pixels.
+void setTurn(const MapHeader& header, MapFrame& frame)
+{
+    const double(&cd)[2][2] = header.cd;
+    const double determinant = cd[0][0] * cd[1][1] - cd[0][1] * cd[1][0];
+    const double x = frame.xStep * frame.arcseconds / arcsecondsPerDegree / determinant;
+    const double y = frame.yStep * frame.arcseconds / arcsecondsPerDegree / determinant;
+    const double turn[2][2] = {{x * cd[1][1], -x * cd[0][1]}, {-y * cd[1][0], y * cd[0][0]}};
+    for (const auto& row : turn)
+        if (!std::isfinite(row[0]) || !std::isfinite(row[1]))
+            return;  // a matrix without an inverse turns nothing
+    std::copy_n(&turn[0][0], 4, &frame.turn[0][0]);
+}
+
 }  // namespace
+
+MapPlace MapFrame::onAxes(double east, double north) const
+{
+    const double x = east / arcseconds;
+    const double y = north / arcseconds;
+    return {turn[0][0] * x + turn[0][1] * y, turn[1][0] * x + turn[1][1] * y};
+}
 
 MapFrame frameOf(const MapHeader& header, int rows, int columns)
 {
@@ -67,12 +108,15 @@ MapFrame frameOf(const MapHeader& header, int rows, int columns)
     frame.xDirection = -1;
     frame.rotated = isTurned(header);
     const bool equatorial = x.ctype.rfind("RA", 0) == 0;
-    frame.xTitle = frame.rotated ? "Offset along rows [%sas]"
-                   : equatorial  ? "Right ascension [%sas]"
-                                 : "Longitude [%sas]";
-    frame.yTitle = frame.rotated ? "Offset along columns [%sas]"
-                   : equatorial  ? "Declination [%sas]"
-                                 : "Latitude [%sas]";
+    const char* const unitText = chooseUnit(frame);
+    if (frame.rotated)
+        setTurn(header, frame);
+    frame.xTitle = frame.rotated ? "Offset along rows"
+                   : equatorial  ? "Right ascension"
+                                 : "Longitude";
+    frame.yTitle = frame.rotated ? "Offset along columns" : equatorial ? "Declination" : "Latitude";
+    frame.xTitle += unitText;
+    frame.yTitle += unitText;
     return frame;
 }
 
@@ -82,7 +126,8 @@ double beamCells(const MapHeader& header, const MapFrame& frame)
         return 0;
     const double area = std::numbers::pi / (4 * std::numbers::ln2) * header.bmaj * header.bmin *
                         arcsecondsPerDegree * arcsecondsPerDegree;
-    return area / std::fabs(frame.xStep * frame.yStep);
+    const double side = frame.arcseconds;
+    return area / std::fabs(frame.xStep * side * frame.yStep * side);
 }
 
 }  // namespace pavane

@@ -7,17 +7,28 @@
 namespace pavane
 {
 
+/// A place in the plane of a map.
+struct MapPlace {
+    double x = 0, y = 0;
+};
+
 /// Where a map's cells lie: what its axes count and the values at the centres of its first and last
-/// column and row. On the sky these are offsets from the reference pixel in arcseconds, east and
-/// north positive, so a usual map has xFirst above xLast.
+/// column and row. On the sky these are offsets from the reference pixel, east and north positive,
+/// so a usual map has xFirst above xLast; they count arcseconds, or minutes or degrees of arc where
+/// a wide field would need thousands.
 struct MapFrame {
     int onSky = 0;
-    int rotated = 0;  ///< the sky is turned in the map: its axes are offsets along the pixels
+    int rotated = 0;        ///< the sky is turned in the map: its axes are offsets along the pixels
+    double arcseconds = 1;  ///< in a unit of the axes on the sky
+    double turn[2][2] = {{1, 0}, {0, 1}};  ///< from east and north to offsets along the pixels
     double xFirst = 0, xLast = 0;
     double yFirst = 0, yLast = 0;
     double xStep = 1, yStep = 1;  ///< from one cell to the next, signed
     int xDirection = 1;           ///< scale code of the x axis: right ascension grows to the left
     std::string xTitle, yTitle;   ///< with "%s" where the prefix goes
+
+    /// The place, on the axes, that lies so many arcseconds east and north of the reference pixel.
+    MapPlace onAxes(double east, double north) const;
 };
 
 /// The frame of a map of rows x columns cells. Steps that are 0 or not finite count as one pixel.

@@ -1,5 +1,6 @@
 #include "apps/view/numbers.h"
 
+#include "apps/view/map_unit.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
@@ -44,7 +45,7 @@ double place(double first, double step, int cell, const MapFrame& frame)
 {
     if (cell < 0)
         return std::numeric_limits<double>::quiet_NaN();
-    return (first + step * cell) * (frame.onSky ? milli : 1.0);
+    return (first + step * cell) * (frame.onSky ? milli * frame.arcseconds : 1.0);
 }
 
 }  // namespace
@@ -66,10 +67,12 @@ std::string statisticsText(const ViewInputs& inputs)
                  header.bunit);
     text += "mask_cells " + std::to_string(inputs.mask.count()) + " cells\n";
     const double sum = sumInside(inputs.map.cells, inputs.mask);
-    const double beam = beamCells(header, frame);
-    text += beam > 0 ? line("mask_flux", sum / beam, sumDigits, "Jy")
-                     : line("mask_flux", sum, sumDigits, header.bunit + "*cell");
-    return text;
+    const MapUnit unit = mapUnit(header.bunit);
+    const double beam = unit.perPixel ? 1 : beamCells(header, frame);
+    const bool isFlux = unit.isFlux || header.bunit.empty();
+    return text + (!(beam > 0) ? line("mask_flux", sum, sumDigits, header.bunit + "*cell")
+                   : isFlux    ? line("mask_flux", sum / beam * unit.factor, sumDigits, "Jy")
+                               : line("mask_flux", sum / beam, sumDigits, header.bunit + "*beam"));
 }
 
 std::string visibilitiesText(const AComponents& model, const UvPoints& points)

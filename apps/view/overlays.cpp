@@ -71,20 +71,25 @@ void drawAreas(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AAreaAr
     strokeInPlot(dc, axis, outlines, areaColor, unit);
 }
 
-void drawModel(CDC& dc, const ABAxis& axis, const AComponents& model, int unit)
+void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model,
+               int unit)
 {
+    const auto drawn = [&](const APoint<double>& sky) {
+        const MapPlace place = frame.onAxes(sky.x, sky.y);
+        return axis.RPtoGPF(place.x, place.y);
+    };
     std::vector<Curve> outlines;
     AArray<APoint<double>> points(0, 0, 256);
     for (int i = 0; i < model.count(); ++i) {
         const APoint<double> centre = componentOutline(model(i), points);
         Curve outline;
         for (int k = 0; k < points.count(); ++k)
-            outline.push_back(axis.RPtoGPF(points(k).x, points(k).y));
+            outline.push_back(drawn(points(k)));
         if (points.count() > 0) {
             outlines.push_back(std::move(outline));
             continue;
         }
-        const CPointF c = axis.RPtoGPF(centre.x, centre.y);
+        const CPointF c = drawn(centre);
         const double size = crossSize * unit;
         outlines.push_back({{c.x - size, c.y}, {c.x + size, c.y}});
         outlines.push_back({{c.x, c.y - size}, {c.x, c.y + size}});

@@ -18,6 +18,7 @@ void drawAreas(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AAreaAr
                int unit);
 
 /// The outline of each component; a point as a cross.
-void drawModel(CDC& dc, const ABAxis& axis, const AComponents& model, int unit);
+void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model,
+               int unit);
 
 }  // namespace pavane

@@ -3,19 +3,27 @@
 #include "tessel/rounding.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace pavane
 {
 
-CRect squareCells(const CRect& plot, double xSpan, double ySpan)
+namespace
 {
-    if (plot.IsRectEmpty() || !std::isfinite(xSpan) || !std::isfinite(ySpan) || !(xSpan > 0) ||
-        !(ySpan > 0))
+
+/// A plot narrower or lower than this part of its room is a sliver.
+constexpr int thinnestPart = 12;
+
+}  // namespace
+
+CRect squareCells(const CRect& plot, int columns, int rows)
+{
+    if (plot.IsRectEmpty() || columns < 1 || rows < 1)
         return plot;
-    const double scale = std::min(plot.Width() / xSpan, plot.Height() / ySpan);
-    const int width = std::clamp(truncated(xSpan * scale + 0.5), 1, plot.Width());
-    const int height = std::clamp(truncated(ySpan * scale + 0.5), 1, plot.Height());
+    const double scale = std::min(double(plot.Width()) / columns, double(plot.Height()) / rows);
+    const int width = std::clamp(truncated(columns * scale + 0.5), 1, plot.Width());
+    const int height = std::clamp(truncated(rows * scale + 0.5), 1, plot.Height());
+    if (width < plot.Width() / thinnestPart || height < plot.Height() / thinnestPart)
+        return plot;
     const int left = plot.left + (plot.Width() - width) / 2;
     const int top = plot.top + (plot.Height() - height) / 2;
     return CRect(left, top, left + width, top + height);

@@ -5,8 +5,8 @@
 namespace pavane
 {
 
-/// The largest rectangle inside `plot` in which a span of xSpan by ySpan (map units, above 0) has
-/// the same scale both ways, in the middle. `plot` itself when a span is not usable.
-CRect squareCells(const CRect& plot, double xSpan, double ySpan);
+/// The largest rectangle inside `plot` that columns x rows square cells fill, in the middle. `plot`
+/// itself when there is no cell, and when the cells would fill a sliver too thin for its labels.
+CRect squareCells(const CRect& plot, int columns, int rows);
 
 }  // namespace pavane

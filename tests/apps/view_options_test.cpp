@@ -1,8 +1,11 @@
 #include "apps/view/level_list.h"
 #include "apps/view/map_frame.h"
+#include "apps/view/map_unit.h"
 #include "apps/view/options.h"
+#include "apps/view/square_cells.h"
 #include "apps/view/uv_points.h"
 
+#include <algorithm>
 #include <cmath>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -118,8 +121,53 @@ TEST(MapFrame, CountsOffsetsFromTheReferencePixelInArcseconds)
     EXPECT_EQ(frame.xDirection, -1);
     EXPECT_EQ(frame.xTitle, "Right ascension [%sas]");
 
+    header.axes[0].cdelt = 1.0;
+    EXPECT_EQ(frameOf(header, 512, 512).xTitle, "Right ascension [deg]");
+    EXPECT_NEAR(frameOf(header, 512, 512).onAxes(7200, 3600).x, 2, 1e-12);
     header.axes[0].cdelt = std::nan("");
     EXPECT_TRUE(std::isfinite(frameOf(header, 512, 512).xLast));
+}
+
+TEST(MapFrame, TurnsTheSkyIntoTheDirectionsOfTurnedPixels)
+{
+    constexpr double cell = 1e-3 / 3600;
+    MapHeader header;
+    header.axes = {{9, "RA---SIN", "deg", 0, 5, -cell, 0}, {9, "DEC--SIN", "deg", 0, 5, cell, 90}};
+    header.hasCelestialAxes = 1;
+    const double cd[2][2] = {{0, -cell}, {-cell, 0}};  // east is down, north is left
+    std::copy_n(&cd[0][0], 4, &header.cd[0][0]);
+    const MapPlace place = frameOf(header, 9, 9).onAxes(3, 2);
+    EXPECT_NEAR(place.x, 2, 1e-12);
+    EXPECT_NEAR(place.y, -3, 1e-12);
+}
+
+TEST(MapUnit, KeepsAPrefixApart)
+{
+    const struct {
+        const char* bunit;
+        double factor;
+        const char* name;
+        int isFlux, perPixel;
+    } cases[] = {
+        {"JY/BEAM", 1, "Jy/beam", 1, 0},   {"mJy/beam", 1e-3, "Jy/beam", 1, 0},
+        {"Jy/Pixel", 1, "Jy/pixel", 1, 1}, {"MJy/sr", 1e6, "Jy/sr", 0, 0},
+        {"mK", 1e-3, "K", 0, 0},           {"m/s", 1, "m/s", 0, 0},
+        {"Kelvin", 1, "Kelvin", 0, 0},     {"", 1, "", 0, 0},
+    };
+    for (const auto& c : cases) {
+        const MapUnit unit = mapUnit(c.bunit);
+        EXPECT_EQ(unit.name, c.name);
+        EXPECT_EQ(unit.factor, c.factor) << c.bunit;
+        EXPECT_TRUE(unit.isFlux == c.isFlux && unit.perPixel == c.perPixel) << c.bunit;
+    }
+}
+
+TEST(SquareCells, FillTheRoomUnlessTheyWouldBeASliver)
+{
+    const CRect plot(10, 20, 610, 420);
+    EXPECT_TRUE(squareCells(plot, 100, 200) == CRect(210, 20, 410, 420));
+    EXPECT_TRUE(squareCells(plot, 300, 100) == CRect(10, 120, 610, 320));
+    EXPECT_TRUE(squareCells(plot, 1, 200) == plot);
 }
 
 TEST(UvPoints, SkipsCommentsAndAHeadingAndNamesTheBadLine)
