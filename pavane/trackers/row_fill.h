@@ -44,11 +44,8 @@ template <bool Ahead>
     }
 }
 
-/// Sets the bits `first` to `last`, both included and in this order, cut to 0..columns-1. Where
-/// `Ahead`, the row `ahead` words further on exists.
-template <bool Ahead = false>
-[[gnu::always_inline]] inline void fillSpan(ABitMatrix::Word* row, int columns, int first, int last,
-                                            std::int64_t ahead = 0)
+/// Sets the bits `first` to `last`, both included and in this order, cut to 0..columns-1.
+inline void fillSpan(ABitMatrix::Word* row, int columns, int first, int last)
 {
     using Word = ABitMatrix::Word;
     constexpr unsigned bits = ABitMatrix::wordBits;
@@ -66,7 +63,7 @@ template <bool Ahead = false>
         return;
     }
     row[firstWord] |= head;
-    fillWords<Ahead>(row + firstWord + 1, static_cast<int>(lastWord - firstWord) - 1, ahead);
+    fillWords<false>(row + firstWord + 1, static_cast<int>(lastWord - firstWord) - 1, 0);
     row[lastWord] |= tail;
 }
 

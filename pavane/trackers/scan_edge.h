@@ -15,22 +15,32 @@ namespace pavane
 /// The magnitude |x1 - x0| * k is quotient * height + remainder at every k; a step of a row adds a
 /// fixed amount to both. Coordinates reach over all 32 bits, so a magnitude takes 64.
 struct ScanEdge {
-    std::uint32_t x = 0;         // the crossing, modulo 2^32
-    std::uint32_t xStep = 0;     // the same, what every row adds
-    std::uint32_t xCarry = 0;    // 1 or -1, added when the remainder passes the height
-    int lastRow = 0;             // the last row with a crossing
+    std::int64_t x = 0;          // the crossing
+    std::int64_t xStep = 0;      // what every row adds to it
+    std::int64_t xCarry = 0;     // 1 or -1, added when the remainder passes the height
     std::int64_t error = 0;      // remainder - height, below 0
     std::int64_t errorStep = 0;  // 0 to height - 1
     std::int64_t height = 0;
+    int lastRow = 0;  // the last row with a crossing
 
     void step()  // without a branch: carries come as they like
     {
         error += errorStep;
         const std::int64_t carried = ~(error >> 63);  // all ones when the height was reached
-        x += xStep + (xCarry & static_cast<std::uint32_t>(carried));
+        x += xStep + (xCarry & carried);
         error -= height & carried;
     }
     int crossing() const { return static_cast<int>(x); }
+    /// Makes every step as long as two.
+    void doubleSteps()
+    {
+        xStep *= 2;
+        errorStep *= 2;
+        if (errorStep >= height) {
+            errorStep -= height;
+            xStep += xCarry;
+        }
+    }
 };
 
 /// The rows, both included, in which the edge from a to b, which is not level, has crossings. Its
@@ -62,32 +72,32 @@ inline ScanEdge edgeAt(CPoint a, CPoint b, EdgeRows rows)
     ScanEdge edge;
     edge.lastRow = rows.last;
     edge.height = height;
-    edge.xCarry = right ? 1u : ~0u;
+    edge.xCarry = right ? 1 : -1;
     if (k == height && rows.first == rows.last) {  // one row at the end: nothing to divide
-        edge.x = static_cast<std::uint32_t>(b.x);
+        edge.x = b.x;
         edge.error = -1;
         return edge;
     }
     const auto unsignedHeight = static_cast<std::uint64_t>(height);
-    std::uint64_t quotientStep = width / unsignedHeight;
+    auto quotientStep = static_cast<std::int64_t>(width / unsignedHeight);
     auto remainderStep = static_cast<std::int64_t>(width % unsignedHeight);
-    std::uint64_t quotient = k ? quotientStep : 0;
+    std::int64_t quotient = k ? quotientStep : 0;
     std::int64_t remainder = k ? remainderStep : 0;
     if (k == height) {
-        quotient = width;
+        quotient = static_cast<std::int64_t>(width);
         remainder = 0;
     } else if (k > 1) {
         const std::uint64_t magnitude = width * static_cast<std::uint64_t>(k);  // below 2^64
-        quotient = magnitude / unsignedHeight;
+        quotient = static_cast<std::int64_t>(magnitude / unsignedHeight);
         remainder = static_cast<std::int64_t>(magnitude % unsignedHeight);
     }
-    edge.x = static_cast<std::uint32_t>(a.x) + edge.xCarry * static_cast<std::uint32_t>(quotient);
+    edge.x = a.x + edge.xCarry * quotient;
     edge.error = remainder - height;
     if (!down) {  // k falls from row to row: subtract, with the borrow turned into a carry
-        quotientStep = remainderStep ? ~quotientStep : 0 - quotientStep;
+        quotientStep = remainderStep ? -quotientStep - 1 : -quotientStep;
         remainderStep = remainderStep ? height - remainderStep : 0;
     }
-    edge.xStep = edge.xCarry * static_cast<std::uint32_t>(quotientStep);
+    edge.xStep = edge.xCarry * quotientStep;
     edge.errorStep = remainderStep;
     return edge;
 }

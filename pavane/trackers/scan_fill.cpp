@@ -1,5 +1,6 @@
 #include "pavane/trackers/scan_fill.h"
 
+#include "pavane/trackers/row_block.h"
 #include "pavane/trackers/row_fill.h"
 #include "pavane/trackers/scan_edge.h"
 
@@ -64,34 +65,73 @@ constexpr std::size_t fewCrossings = 16;
 constexpr std::int64_t wordsInCache = 1 << 19;
 constexpr int rowsAhead = 6;
 
+/// Runs of fewer rows are filled one by one.
+constexpr int shortRun = 12;
+
+/// Fills `rows` rows, at most those of a block.
+template <bool Ahead>
+[[gnu::always_inline]] inline void fillBlock(ABitMatrix::Word* bits, std::int64_t words, int rows,
+                                             const SpanBlock& spans)
+{
+    for (int i = 0; i < rows; ++i, bits += words) {
+        ABitMatrix::Word* const first = bits + spans.firstWord[i];
+        const std::int64_t after = spans.wordsAfter[i];
+        if (after <= 0) {
+            if (after == 0)
+                *first |= spans.head[i] & spans.tail[i];
+            continue;
+        }
+        *first |= spans.head[i];
+        first[after] |= spans.tail[i];
+        fillWords<Ahead>(first + 1, static_cast<int>(after) - 1, words * rowsAhead);
+    }
+}
+
 /// Fills rows that two edges cross, as most rows of most polygons are.
 [[gnu::always_inline]] inline void fillRowsBetween(ABitMatrix& mask, int row, int last, ScanEdge& a,
                                                    ScanEdge& b)
 {
-    ScanEdge left = a;
-    ScanEdge right = b;
-    const int columns = mask.columns();
     const std::int64_t words = mask.rowWords();
-    const std::int64_t ahead = words * rowsAhead;
+    const std::int64_t lastColumn = mask.columns() - 1;
     ABitMatrix::Word* bits = mask.row(row);
+    EdgeBlock left(a);
+    EdgeBlock right(b);
+    const int askUntil =
+        mask.rows() * words > wordsInCache ? last - rowsAhead - blockRows + 1 : row - 1;
     int r = row;
-    if (mask.rows() * words > wordsInCache)
-        for (; r <= last - rowsAhead; ++r, bits += words) {
-            const int x1 = left.crossing();
-            const int x2 = right.crossing();
-            left.step();
-            right.step();
-            fillSpan<true>(bits, columns, std::min(x1, x2), std::max(x1, x2), ahead);
-        }
-    for (; r <= last; ++r, bits += words) {
-        const int x1 = left.crossing();
-        const int x2 = right.crossing();
+    for (; r <= askUntil; r += blockRows, bits += blockRows * words) {
+        fillBlock<true>(bits, words, blockRows, SpanBlock(left.x, right.x, lastColumn));
         left.step();
         right.step();
-        fillSpan(bits, columns, std::min(x1, x2), std::max(x1, x2));
     }
-    a = left;
-    b = right;
+    for (;; r += blockRows, bits += blockRows * words) {
+        const int rows = std::min(blockRows, last - r + 1);
+        fillBlock<false>(bits, words, rows, SpanBlock(left.x, right.x, lastColumn));
+        if (last - r < blockRows) {
+            // the edges go on from the row after the last
+            a.x = left.x[last - r];
+            a.error = left.error[last - r];
+            b.x = right.x[last - r];
+            b.error = right.error[last - r];
+            a.step();
+            b.step();
+            return;
+        }
+        left.step();
+        right.step();
+    }
+}
+
+/// The same for a few rows.
+void fillFewRowsBetween(ABitMatrix& mask, int row, int last, ScanEdge& a, ScanEdge& b)
+{
+    for (int r = row; r <= last; ++r) {
+        const int x1 = a.crossing();
+        const int x2 = b.crossing();
+        a.step();
+        b.step();
+        fillSpan(mask.row(r), mask.columns(), std::min(x1, x2), std::max(x1, x2));
+    }
 }
 
 using FillBetween = void (*)(ABitMatrix&, int, int, ScanEdge&, ScanEdge&);
@@ -280,7 +320,8 @@ private:
         if (static_cast<std::int64_t>(crossings) > capacity_)
             overflow_ = 1;
         if (crossings == 2) {
-            fillBetween(mask_, row, last, active_.data()[0], active_.data()[1]);
+            const FillBetween fill = last - row < shortRun ? fillFewRowsBetween : fillBetween;
+            fill(mask_, row, last, active_.data()[0], active_.data()[1]);
             return 1;
         }
         if (!crossings_.reserve(crossings) || (crossings > fewCrossings && !makeTurns()))

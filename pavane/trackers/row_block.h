@@ -1,0 +1,69 @@
+#pragma once
+
+#include "pavane/trackers/scan_edge.h"
+#include "tessel/ABitMatrix.h"
+
+#include <cstdint>
+
+namespace pavane
+{
+
+// Eight rows between two edges at a time. For one source only: the functions are inlined into one
+// caller for each instruction set, and the compiler splits the vectors where registers are
+// narrower.
+
+inline constexpr int blockRows = 8;
+using RowInts = std::int64_t __attribute__((vector_size(64)));
+using RowWords = ABitMatrix::Word __attribute__((vector_size(64)));
+
+/// An edge at eight rows, one below the other.
+struct EdgeBlock {
+    RowInts x;
+    RowInts error;
+    ScanEdge leap;  // its steps lead eight rows on
+
+    [[gnu::always_inline]] explicit EdgeBlock(ScanEdge edge) : leap(edge)
+    {
+        for (int i = 0; i < blockRows; ++i) {
+            x[i] = edge.x;
+            error[i] = edge.error;
+            edge.step();
+        }
+        for (int rows = 1; rows < blockRows; rows *= 2)
+            leap.doubleSteps();
+    }
+    [[gnu::always_inline]] void step()
+    {
+        error += leap.errorStep;
+        const RowInts carried = error >= 0;
+        x += leap.xStep + (carried & leap.xCarry);
+        error -= carried & leap.height;
+    }
+};
+
+/// The words that eight spans reach, cut to the columns: the first, how many come after it (below 0
+/// for a span outside), and the bits of the first and the last.
+struct SpanBlock {
+    RowInts firstWord;
+    RowInts wordsAfter;
+    RowWords head;
+    RowWords tail;
+
+    [[gnu::always_inline]] SpanBlock(const RowInts& a, const RowInts& b, std::int64_t lastColumn)
+    {
+        constexpr std::int64_t wordShift = 6;
+        constexpr ABitMatrix::Word bitMask = ABitMatrix::wordBits - 1;
+        static_assert(std::int64_t{1} << wordShift == ABitMatrix::wordBits);
+        RowInts first = a < b ? a : b;
+        RowInts last = a < b ? b : a;
+        first = first > 0 ? first : RowInts{};
+        last = last < lastColumn ? last : RowInts{} + lastColumn;
+        const RowInts outside = first > last;
+        firstWord = first >> wordShift;
+        wordsAfter = ((last >> wordShift) - firstWord) | outside;
+        head = ~RowWords{} << (reinterpret_cast<RowWords>(first) & bitMask);
+        tail = ~RowWords{} >> (bitMask - (reinterpret_cast<RowWords>(last) & bitMask));
+    }
+};
+
+}  // namespace pavane
