@@ -166,7 +166,8 @@ std::string helpText()
 
   --png F, --pdf F, --svg F   write the map as a picture or a page
   --size WxH                  its size in pixels of 96 per inch, 64 to 16384 a side (1000x900)
-  --aspect free               let cells be oblong to fill the size
+  --aspect free               let cells be oblong to fill the size, as those of a map of very few
+                              rows or columns are
   --levels UNIT:LIST          contours; UNIT peak (per cent of the peak), sigma (multiples of the
                               noise) or abs (unit of the map); a list that ends with "..." goes on
                               in the same ratio up to the peak: peak:-1,1,2,4,...   none: no contour

@@ -168,6 +168,7 @@ TEST(SquareCells, FillTheRoomUnlessTheyWouldBeASliver)
     EXPECT_TRUE(squareCells(plot, 100, 200) == CRect(210, 20, 410, 420));
     EXPECT_TRUE(squareCells(plot, 300, 100) == CRect(10, 120, 610, 320));
     EXPECT_TRUE(squareCells(plot, 1, 200) == plot);
+    EXPECT_TRUE(squareCells(CRect(0, 0, 9000, 30), 5, 5) == CRect(4485, 0, 4515, 30));
 }
 
 TEST(UvPoints, SkipsCommentsAndAHeadingAndNamesTheBadLine)
