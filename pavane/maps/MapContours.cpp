@@ -3,6 +3,7 @@
 #include "pavane/axes/ABAxis.h"
 #include "pavane/maps/AColorsGraph.h"
 #include "pavane/maps/device_strokes.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <cmath>
@@ -69,8 +70,7 @@ COLORREF MapContours::color(double level, const AColorsGraph* colors) const
         return RGB(0, 0, 0);
     const int last = colors->getNColors() - 1;
     const double place = colors->scale().position(level) * last;
-    return luma(colors->mapColor(static_cast<int>(place))) < lightLuma ? RGB(255, 255, 255)
-                                                                       : RGB(0, 0, 0);
+    return luma(colors->mapColor(truncated(place))) < lightLuma ? RGB(255, 255, 255) : RGB(0, 0, 0);
 }
 
 int MapContours::width(int fontHeight) const

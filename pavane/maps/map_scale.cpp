@@ -14,6 +14,8 @@ namespace
 
 /// Where a logarithmic scale starts when its low end is not above 0, as a share of the high end.
 constexpr double logarithmicDepth = 1e-3;
+/// Ends of a range are cut to this, so that their distance is a number; cells are floats anyway.
+constexpr double mostRange = 1e300;
 constexpr std::int64_t sampledCells = std::int64_t{1} << 22;
 constexpr std::size_t keyCount = 65536;
 
@@ -38,8 +40,8 @@ std::vector<std::int64_t> countKeys(const AMatrixAccess& cells, double low, doub
 void MapScale::setRange(MapScaleKind kind, double low, double high)
 {
     kind_ = kind;
-    low_ = std::isfinite(low) ? low : 0;
-    high_ = std::isfinite(high) ? high : low_ + 1;
+    low_ = std::isfinite(low) ? std::clamp(low, -mostRange, mostRange) : 0;
+    high_ = std::isfinite(high) ? std::clamp(high, -mostRange, mostRange) : low_ + 1;
     if (low_ > high_)
         std::swap(low_, high_);
     if (low_ == high_) {
@@ -96,7 +98,7 @@ double MapScale::position(double value) const
     case MapScaleKind::squareRoot:
         return std::sqrt(linear);
     case MapScaleKind::logarithmic:
-        return std::log(value / low_) / std::log(high_ / low_);
+        return (std::log(value) - std::log(low_)) / (std::log(high_) - std::log(low_));
     case MapScaleKind::equalized:
         break;
     }
@@ -114,7 +116,7 @@ double MapScale::value(double position) const
         return high_;
     const double square = kind_ == MapScaleKind::squareRoot ? position * position : position;
     if (kind_ == MapScaleKind::logarithmic)
-        return low_ * std::pow(high_ / low_, position);
+        return std::exp(std::log(low_) * (1 - position) + std::log(high_) * position);
     if (kind_ != MapScaleKind::equalized)
         return low_ * (1 - square) + high_ * square;
     const double place = position * knotSteps;

@@ -168,6 +168,8 @@ TEST(MapScale, PlacesValuesAndFindsThemAgain)
         {MapScaleKind::logarithmic, -1, 1, 0.001, 0},    // starts at a thousandth of the high end
         {MapScaleKind::logarithmic, -2, -1, -1.5, 0.5},  // no logarithm: linear
         {MapScaleKind::linear, -1.7e308, 1.7e308, 0, 0.5},
+        {MapScaleKind::equalized, -1e308, 1e308, 0, 0.5},
+        {MapScaleKind::logarithmic, 1e-300, 1e300, 1, 0.5},
     };
     for (const Case& c : cases) {
         const MapScale scale(c.kind, c.low, c.high);
