@@ -70,7 +70,8 @@ std::string statisticsText(const ViewInputs& inputs)
     const MapUnit unit = mapUnit(header.bunit);
     const double beam = unit.perPixel ? 1 : beamCells(header, frame);
     const bool isFlux = unit.isFlux || header.bunit.empty();
-    return text + (!(beam > 0) ? line("mask_flux", sum, sumDigits, header.bunit + "*cell")
+    return text + (!(beam > 0) ? line("mask_flux", sum, sumDigits,
+                                      header.bunit.empty() ? "cell" : header.bunit + "*cell")
                    : isFlux    ? line("mask_flux", sum / beam * unit.factor, sumDigits, "Jy")
                                : line("mask_flux", sum / beam, sumDigits, header.bunit + "*beam"));
 }
