@@ -2,6 +2,7 @@
 #include "tessel/fits_text.h"
 
 #include <cmath>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <random>
 #include <sys/stat.h>
@@ -88,6 +89,7 @@ TEST(BadFits, IsRefusedInOneLine)
     const std::string pipe = testing::TempDir() + "pipe.fits";
     (void)mkfifo(pipe.c_str(), 0600);
     EXPECT_FALSE(readFitsMap(pipe, -1, map, error));  // and does not wait for a writer
+    (void)std::remove(pipe.c_str());
 }
 
 TEST(BadFits, IsReadExactlyWhenTheImageIsWhole)
