@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/trackers/scan_edge.h"
+#include "pavane/trackers/between_edges.h"
 #include "tessel/ABitMatrix.h"
 
 #include <cstdint>
@@ -12,7 +12,6 @@ namespace pavane
 // caller for each instruction set, and the compiler splits the vectors where registers are
 // narrower.
 
-inline constexpr int blockRows = 8;
 using RowInts = std::int64_t __attribute__((vector_size(64)));
 using RowWords = ABitMatrix::Word __attribute__((vector_size(64)));
 

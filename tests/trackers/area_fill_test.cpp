@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <random>
 #include <string>
 
@@ -134,9 +135,27 @@ TEST(AreaFill, EqualsThePlainRuleOnRandomPolygons)
         fast.set(rows / 2, columns / 2);
         const int most = test::plainFill(plain, points);
         int overflow = 0;
-        ASSERT_TRUE(fillPolygon(fast, points.data(), static_cast<int>(points.size()), 6, overflow));
+        const int room = polygons.roll(1, 9);
+        ASSERT_TRUE(
+            fillPolygon(fast, points.data(), static_cast<int>(points.size()), room, overflow));
         ASSERT_TRUE(plain == fast) << "round " << round;  // words are compared, so padding is 0
-        ASSERT_EQ(overflow, most > 6) << "round " << round;
+        ASSERT_EQ(overflow, most > room) << "round " << round;
+    }
+}
+
+TEST(AreaFill, EqualsThePlainRuleOnLargeMasks)
+{
+    std::vector<CPoint> flower;
+    for (int i = 0; i < 4000; ++i) {
+        const double angle = 0.00157 * i;
+        const double radius = 900 + 120 * std::sin(9 * angle) + (i % 701 ? 0 : 90);
+        flower.emplace_back(static_cast<int>(1000 + radius * std::cos(angle)),
+                            static_cast<int>(10000 + 9 * radius * std::sin(angle)));
+    }
+    for (const auto& points : {flower, {{-70, -5}, {2500, 9000}, {40, 25000}}}) {
+        ABitMatrix plain(20000, 2030);
+        test::plainFill(plain, points);
+        EXPECT_TRUE(filled(points, 20000, 2030) == plain);
     }
 }
 
