@@ -21,21 +21,25 @@ struct EdgeBlock {
     RowInts error;
     ScanEdge leap;  // its steps lead eight rows on
 
-    [[gnu::always_inline]] explicit EdgeBlock(ScanEdge edge) : leap(edge)
+    [[gnu::always_inline]] explicit EdgeBlock(const ScanEdge& edge) : leap(edge)
     {
-        for (int i = 0; i < blockRows; ++i) {
-            x[i] = edge.x;
-            error[i] = edge.error;
-            edge.step();
-        }
-        for (int rows = 1; rows < blockRows; rows *= 2)
+        x = RowInts{} + edge.x;
+        error = RowInts{} + edge.error;
+        const RowInts rows = {0, 1, 2, 3, 4, 5, 6, 7};
+        for (std::int64_t leapRows = 1; leapRows < blockRows; leapRows *= 2) {
+            step((rows & leapRows) != 0);
             leap.doubleSteps();
+        }
     }
-    [[gnu::always_inline]] void step()
+    [[gnu::always_inline]] void step() { step(~RowInts{}); }
+
+private:
+    /// Where `rows` is all ones.
+    [[gnu::always_inline]] void step(const RowInts& rows)
     {
-        error += leap.errorStep;
+        error += rows & leap.errorStep;
         const RowInts carried = error >= 0;
-        x += leap.xStep + (carried & leap.xCarry);
+        x += (rows & leap.xStep) + (carried & leap.xCarry);
         error -= carried & leap.height;
     }
 };
