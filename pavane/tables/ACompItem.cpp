@@ -1,10 +1,12 @@
 #include "pavane/tables/ACompItem.h"
 
 #include "pavane/containers/item_io.h"
+#include "pavane/tables/component_map.h"
 #include "pavane/tables/component_text.h"
 #include "pavane/tables/component_visibility.h"
 #include "tessel/value_text.h"
 
+#include <cmath>
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -57,6 +59,30 @@ int ACompItem::Store(AFile& file) const
 std::complex<double> ACompItem::VfromUV(double u, double v) const
 {
     return visibility(ComponentTerms(*this), u, v);
+}
+
+void ACompItem::ToMap(AMatrix<float>& map, const TMinMax& range) const
+{
+    const MapGrid grid(map, range);
+    if (!grid.usable || !hasFiniteFields(*this))
+        return;
+    const ComponentShape shape(*this);
+    switch (type) {
+    case gaussianComponent:
+        return addGaussian(map, grid, shape);
+    case diskComponent:
+        return addEllipse(map, grid, shape, Profile::uniform, 0);
+    case thinRingComponent:
+        return addThinRing(map, grid, shape);
+    case sphereComponent:
+        return addEllipse(map, grid, shape, Profile::sphere, 0);
+    case stripComponent:
+        return addStrip(map, grid, shape);
+    case wideRingComponent:
+        return addWideRing(map, grid, shape, width_);
+    default:
+        return addPoint(map, grid, shape);
+    }
 }
 
 }  // namespace pavane

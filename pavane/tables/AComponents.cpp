@@ -3,8 +3,14 @@
 #include "pavane/containers/item_io.h"
 #include "pavane/tables/component_text.h"
 #include "pavane/tables/component_visibility.h"
+#include "pavane/tables/visibility_batch.h"
 
+#include <algorithm>
+#include <cmath>
 #include <istream>
+#include <limits>
+#include <memory>
+#include <new>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -27,6 +33,18 @@ constexpr std::string_view columnComments = ";Column 1 - Type\n"
                                             ";Column 6 - Position_Angle\n"
                                             ";Column 7 - Distance\n"
                                             ";Column 8 - Spectral_Index\n";
+
+/// The greatest size of n numbers, NaN when one of them is.
+double greatestSize(const double* numbers, int n)
+{
+    double greatest = 0;
+    for (int i = 0; i < n; ++i) {
+        if (std::isnan(numbers[i]))
+            return std::numeric_limits<double>::quiet_NaN();
+        greatest = std::max(greatest, std::abs(numbers[i]));
+    }
+    return greatest;
+}
 
 }  // namespace
 
@@ -100,8 +118,37 @@ std::complex<double> AComponents::VfromUV(double u, double v) const
 
 void AComponents::VfromUV(const double* u, const double* v, int n, std::complex<double>* out) const
 {
+    if (n < 1)
+        return;
+    const auto points = static_cast<std::size_t>(n);
+    const std::unique_ptr<double[]> sums(new (std::nothrow) double[2 * points]());
+    if (!sums) {
+        for (int i = 0; i < n; ++i)
+            out[i] = VfromUV(u[i], v[i]);
+        return;
+    }
+    double* const real = sums.get();
+    double* const imaginary = real + points;
+    const double greatestU = greatestSize(u, n);
+    const double greatestV = greatestSize(v, n);
+    for (int k = 0; k < count(); ++k) {
+        const ComponentTerms terms((*this)(k));
+        if (addVisibilities(terms, u, v, n, greatestU, greatestV, real, imaginary))
+            continue;
+        for (int i = 0; i < n; ++i) {
+            const std::complex<double> value = visibility(terms, u[i], v[i]);
+            real[i] += value.real();
+            imaginary[i] += value.imag();
+        }
+    }
     for (int i = 0; i < n; ++i)
-        out[i] = VfromUV(u[i], v[i]);
+        out[i] = {real[i], imaginary[i]};
+}
+
+void AComponents::ToMap(AMatrix<float>& map, const TMinMax& range) const
+{
+    for (int i = 0; i < count(); ++i)
+        (*this)(i).ToMap(map, range);
 }
 
 }  // namespace pavane

@@ -2,7 +2,6 @@
 
 #include "pavane/tables/component_text.h"
 
-#include <cmath>
 #include <fstream>
 #include <string_view>
 
@@ -24,15 +23,6 @@ std::string faultOfCount(const ComponentLines& line, int& wanted)
     return wanted < 0 ? "the number of components is " + std::to_string(wanted) : std::string();
 }
 
-int isFinite(const ACompItem& item)
-{
-    for (const double field : {item.PeakFlux(), item.LargeAxis(), item.AxisRatio(),
-                               item.Inclination(), item.Angle(), item.Distance(), item.Width()})
-        if (!std::isfinite(field))
-            return 0;
-    return 1;
-}
-
 /// What is wrong with the line of a component; "" when nothing is.
 std::string faultOfComponent(const ComponentLines& line, ACompItem& item)
 {
@@ -46,7 +36,7 @@ std::string faultOfComponent(const ComponentLines& line, ACompItem& item)
         return "its last number runs beyond 128 characters";
     if (!isLineEnd(rest))
         return "more follows its 8 numbers";
-    return isFinite(item) ? std::string() : "it has a number that is not finite";
+    return hasFiniteFields(item) ? std::string() : "it has a number that is not finite";
 }
 
 std::string at(const ComponentLines& line, const std::string& fault)

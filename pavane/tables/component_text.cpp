@@ -3,6 +3,7 @@
 #include "tessel/value_text.h"
 
 #include <charconv>
+#include <cmath>
 #include <streambuf>
 
 namespace pavane
@@ -55,6 +56,15 @@ int takeComponent(std::string_view& text, ACompItem& item)
         ++taken;
     }
     return taken;
+}
+
+int hasFiniteFields(const ACompItem& item)
+{
+    for (const double field : {item.PeakFlux(), item.LargeAxis(), item.AxisRatio(),
+                               item.Inclination(), item.Angle(), item.Distance(), item.Width()})
+        if (!std::isfinite(field))
+            return 0;
+    return 1;
 }
 
 int isBlank(std::string_view text) { return withoutBlanksInFront(text).empty(); }

@@ -19,6 +19,9 @@ int takeNumber(std::string_view& text, double& value);
 /// Takes the fields in order until one is missing, and leaves the rest in `text`. Returns how many.
 int takeComponent(std::string_view& text, ACompItem& item);
 
+/// Non-zero when no field is infinite or not a number.
+int hasFiniteFields(const ACompItem& item);
+
 int isBlank(std::string_view text);
 
 /// The lines of a component text that are neither comments nor blank, cut to 128 characters.
