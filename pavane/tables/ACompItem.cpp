@@ -18,6 +18,8 @@ namespace
 {
 
 constexpr int textDigits = 6;
+/// A component so large or so far out, in cells, leaves nothing in any one of them.
+constexpr double mostCells = 1e12;
 
 }  // namespace
 
@@ -67,6 +69,8 @@ void ACompItem::ToMap(AMatrix<float>& map, const TMinMax& range) const
     if (!grid.usable || !hasFiniteFields(*this))
         return;
     const ComponentShape shape(*this);
+    if (!(cellsSpanned(grid, shape) < mostCells))
+        return;
     switch (type) {
     case gaussianComponent:
         return addGaussian(map, grid, shape);

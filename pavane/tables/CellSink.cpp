@@ -86,7 +86,8 @@ void CellSink::moveTo(int row, int column)
 {
     flush();
     row_ = std::clamp(row - (window_.rows() - 1) / 2, 0, grid_.rows - window_.rows());
-    column_ = std::clamp(column - (window_.columns() - 1) / 2, 0, grid_.columns - window_.columns());
+    column_ =
+        std::clamp(column - (window_.columns() - 1) / 2, 0, grid_.columns - window_.columns());
     firstRow_ = window_.rows();
     firstColumn_ = window_.columns();
     rowEnd_ = columnEnd_ = 0;

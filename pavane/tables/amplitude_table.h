@@ -17,4 +17,4 @@ struct AmplitudeTable {
     explicit AmplitudeTable(double (*factor)(double));
 };
 
-} // namespace pavane
+}  // namespace pavane

@@ -89,6 +89,12 @@ ComponentShape::ComponentShape(const ACompItem& item) : flux(item.PeakFlux())
     small = {across * std::cos(turn), -across * std::sin(turn)};
 }
 
+double cellsSpanned(const MapGrid& grid, const ComponentShape& shape)
+{
+    const APoint<double> offset{shape.centre.x - grid.x, shape.centre.y - grid.y};
+    return cellsOf(grid, shape.large) + cellsOf(grid, shape.small) + cellsOf(grid, offset);
+}
+
 void addPoint(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& shape)
 {
     CellSink(map, grid, 2, 2).add(shape.centre.x, shape.centre.y, shape.flux);

@@ -17,6 +17,9 @@ struct ComponentShape {
     double flux;
 };
 
+/// A bound on its size and its distance from the first cell, in cells.
+double cellsSpanned(const MapGrid& grid, const ComponentShape& shape);
+
 /// How brightness is spread over an ellipse.
 enum class Profile { uniform, sphere };
 

@@ -95,7 +95,7 @@ TEST(ComponentFile, NamesTheLineThatIsWrong)
         {"1\n1 1 0 1 0 0 0 0.5 9\n", "line 2: more follows its 8 numbers"},
         {"1\n1 1 0 1 0 0 0" + std::string(112, ' ') + "0.512345\n",
          "line 2: its last number runs beyond 128 characters"},
-        {"3\n" + defaults, "line 2: the file ends after 1 of 3 components"},
+        {"3\n" + defaults, "line 3: the file ends after 1 of 3 components"},
         {"1\n" + defaults + defaults, "line 3: more lines than the 1 components"},
     };
     for (const auto& c : cases)
