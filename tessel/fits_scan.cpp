@@ -28,6 +28,7 @@ using Numbers = std::vector<std::int64_t>;
 struct Header {
     std::string kind;  ///< "SIMPLE", or the XTENSION
     std::unordered_map<std::string, std::string> values;
+    bool repeats = false;  ///< a keyword comes twice: readers may disagree on which one counts
     std::int64_t dataStart = 0;
 
     std::int64_t number(const std::string& key, std::int64_t missing) const
@@ -102,7 +103,8 @@ int readHeader(AFile& file, std::int64_t start, Header& header)
                 header.dataStart = at + blockBytes;
                 return 1;
             } else if (card.substr(8, 2) == "= " && isStructural(key)) {
-                header.values.emplace(key, valueOf(card));
+                const bool isNew = header.values.emplace(key, valueOf(card)).second;
+                header.repeats |= !isNew;
             }
         }
     }
@@ -169,7 +171,7 @@ int hasSoundTiles(const Header& header, const FitsImage& image)
                                                   "GZIP_2", "PLIO_1",   "HCOMPRESS_1"};
     if (std::find(std::begin(codecs), std::end(codecs), header.text("ZCMPTYPE")) ==
             std::end(codecs) ||
-        header.number("NAXIS", 0) != 2 || header.number("TFIELDS", 0) < 1)
+        header.repeats || header.number("NAXIS", 0) != 2 || header.number("TFIELDS", 0) < 1)
         return 0;
     Numbers tile;
     Numbers tiles;
