@@ -23,7 +23,7 @@ namespace
 /// Cells that the unpacking process hands over at a time.
 constexpr std::int64_t packedBlockCells = 1 << 20;
 /// Seconds of computing that unpacking may take, and cells that it does in one at the very least.
-constexpr std::int64_t unpackSeconds = 20;
+constexpr std::int64_t unpackSeconds = 5;
 constexpr std::int64_t unpackedPerSecond = 1 << 20;
 
 /// Cells as they stand in the file. Read here and not by CFITSIO, which refuses a file that is cut
