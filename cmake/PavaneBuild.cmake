@@ -60,7 +60,10 @@ function(pavane_test name)
     target_compile_definitions(${name} PRIVATE PAVANE_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
                                                PAVANE_BINARY_DIR="${PROJECT_BINARY_DIR}")
     add_test(NAME ${name} COMMAND ${name})
+    # a folder of its own for files, so that two runs on one machine do not meet
+    set(folder ${CMAKE_CURRENT_BINARY_DIR}/files)
+    file(MAKE_DIRECTORY ${folder})
     set_tests_properties(${name} PROPERTIES
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=1;LC_ALL=C.UTF-8"
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=1;LC_ALL=C.UTF-8;TEST_TMPDIR=${folder}"
         TIMEOUT 600)
 endfunction()
