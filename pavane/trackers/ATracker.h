@@ -1,0 +1,114 @@
+#pragma once
+
+#include "pavane/trackers/LifeWatch.h"
+#include "platform/api.h"
+#include "platform/geometry.h"
+
+namespace pavane
+{
+
+class AFile;
+class ATracker;
+class CDC;
+class CWnd;
+
+/// Style bits of a tracker; the low two bits are the line style, a non-zero value widens what has
+/// to be repainted by a pixel.
+enum TrackerStyle : unsigned {
+    trackerLineStyle = 0x03,
+    trackerHandles = 0x04,  ///< without it a hit anywhere in the shape counts as a move
+    trackerActive = 0x20,
+    trackerReady = 0x40,  ///< area trackers: the polygon is closed
+    trackerNew = 0x2D
+};
+
+/// Follows the drags of trackers; a collection is one.
+class TrackerListener
+{
+public:
+    virtual ~TrackerListener() = default;
+    /// The shape has changed inside a drag; the window is invalid but not painted yet.
+    virtual void trackerChanging(ATracker& tracker) { (void)tracker; }
+};
+
+/// What all selection shapes have in common, in pixels and in data values: style, the rectangles
+/// that bound a drag, the protocol of mouse and drawing, and the head of their stored record.
+/// Points are client pixels of the window that a shape is drawn in.
+///
+/// A tracker may be deleted by a handler that runs while it is being dragged: the drag then returns
+/// 0 without touching it again.
+class PAVANE_API ATracker
+{
+public:
+    ATracker();
+    virtual ~ATracker();
+
+    /// The class name that stored collections carry; at most 31 characters.
+    virtual const char* GetClassName() const = 0;
+
+    /// Read and write the record (little-endian). 0 at the first failed read or write, and for
+    /// values that no tracker can have (handle sizes, steps, angles, minimum sizes).
+    virtual int Load(AFile& file);
+    virtual int Store(AFile& file) const;
+
+    virtual int IsReady() const;
+    virtual int IsActive() const;
+    virtual void SetActive(int on);
+    /// A new tracker with the same shape; the caller owns it.
+    virtual ATracker* Duplicate() const = 0;
+
+    /// One press at `point`: hit test, then the drag. Returns non-zero when the shape changed.
+    virtual int Track(CWnd* window, CPoint point, int allowInvert, CWnd* clipTo) = 0;
+    /// Draws a new shape from a press at `point`.
+    virtual int TrackRubberBand(CWnd* window, CPoint point, int allowInvert) = 0;
+    virtual int TrackHandle(int hit, CWnd* window, CPoint point, CWnd* clipTo) = 0;
+    /// Closes a polygon that is being drawn; 0 for shapes that are never open.
+    virtual int TrackReady(CWnd* window, CPoint point);
+
+    /// Non-zero when it chose a cursor; `hitArea` as in WM_SETCURSOR.
+    virtual int SetCursor(CWnd* window, unsigned hitArea) = 0;
+    /// Hit codes are those of each shape; -1 for nothing.
+    virtual int HitTest(CPoint point, CWnd* window) = 0;
+    virtual int HitTestHandles(CPoint point) = 0;
+    virtual void Draw(CDC* dc, CWnd* window) = 0;
+    /// The pixels that the shape covers with its handles.
+    virtual void GetTrueRect(CRect* rect) const = 0;
+    /// Refresh validRect and clipRect from the window.
+    virtual void GetValidRect(CWnd* window);
+    virtual void GetClipRect(CWnd* window);
+    virtual int GetLineSize() const;
+    /// Edge of a handle of a shape that covers `rect`, in pixels.
+    virtual int GetHandleSize(const CRect& rect) const;
+
+    unsigned GetStyle() const { return style_; }
+    void SetStyle(unsigned style) { style_ = style; }
+    int GetHandleSize() const { return handleSize_; }
+    const CRect& validRect() const { return validRect_; }
+    const CRect& clipRect() const { return clipRect_; }
+    int finished() const { return finished_; }
+    /// Pixels that the pointer has to leave the press by before a drag begins; 0 begins at once.
+    /// Not stored.
+    int deadZone() const { return deadZone_; }
+    void SetDeadZone(int pixels) { deadZone_ = pixels; }
+    /// Not owned, not stored; null for none.
+    TrackerListener* listener() const { return listener_; }
+    void SetListener(TrackerListener* listener) { listener_ = listener; }
+    const LifeToken& life() const { return life_; }
+
+protected:
+    ATracker(const ATracker&) = default;
+    ATracker& operator=(const ATracker&) = default;
+
+    unsigned style_ = trackerNew;
+    int handleSize_ = 6;
+    CRect validRect_;
+    CRect clipRect_;
+    int finished_ = 0;
+    int deadZone_ = 0;
+    TrackerListener* listener_ = nullptr;
+
+private:
+    LifeToken life_;
+};
+
+}  // namespace pavane

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/CWnd.h"
+#include "platform/dialog_template.h"
+#include "platform/message.h"
+
+namespace pavane
+{
+
+/// A dialog built from a template. Its controls are made with the classes of controls.h and belong
+/// to the dialog; GetDlgItem finds them. A placeholder is an empty frame until ReplaceControl.
+class PAVANE_API CDialog : public CWnd
+{
+public:
+    explicit CDialog(unsigned templateId, CWnd* parent = nullptr);
+    explicit CDialog(const DlgTemplate& dialog, CWnd* parent = nullptr);
+    ~CDialog() override;
+
+    /// Shows the dialog and returns when EndDialog was called (IDOK, IDCANCEL ...); -1 when there
+    /// is no such template.
+    virtual int DoModal();
+    /// Makes the dialog without showing it or waiting.
+    int CreateModeless();
+    void EndDialog(int result);
+    int IsDialog() const override { return 1; }
+
+    /// Moves the focus to the next or the previous control with WS_TABSTOP, around the ends.
+    void NextDlgCtrl();
+    void PrevDlgCtrl();
+    CString GetDlgItemText(unsigned id) const;
+    void SetDlgItemText(unsigned id, const CString& text);
+    /// Destroys control `id` and makes `window` with its rectangle, identifier, place in the tab
+    /// order and stacking order; `style` with WS_CHILD | WS_VISIBLE. Non-zero on success.
+    int ReplaceControl(unsigned id, CWnd& window, const CString& className, const CString& title,
+                       unsigned style);
+    /// The same frame with other dimensions, in pixels; for dialogs that lay out themselves.
+    void SetClientSize(int cx, int cy);
+
+protected:
+    /// Before it shows; 0 when it set the focus itself.
+    virtual int OnInitDialog() { return 1; }
+    virtual void OnOK() { EndDialog(IDOK); }
+    virtual void OnCancel() { EndDialog(IDCANCEL); }
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+    void OnClose() override { OnCancel(); }
+
+private:
+    struct Data;
+    Data* data_ = nullptr;
+};
+
+/// For tests: called when a dialog would wait for the user; return its result. Null shows dialogs.
+using DialogAnswer = int (*)(CDialog& dialog);
+PAVANE_API DialogAnswer SetDialogAnswer(DialogAnswer answer);
+
+}  // namespace pavane

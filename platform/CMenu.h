@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/menu_template.h"
+#include "platform/messages.h"
+
+#include <deque>
+#include <memory>
+
+namespace pavane
+{
+
+class CWnd;
+
+inline constexpr unsigned MF_BYCOMMAND = 0x0000, MF_BYPOSITION = 0x0400, MF_ENABLED = 0x0000,
+                          MF_GRAYED = 0x0001, MF_CHECKED = 0x0008, MF_UNCHECKED = 0x0000;
+inline constexpr unsigned TPM_RIGHTBUTTON = 0x0002, TPM_RETURNCMD = 0x0100;
+
+/// A menu as a value: lines and popups. Positions count from 0.
+class PAVANE_API CMenu
+{
+public:
+    struct Line {
+        CString text;  ///< empty for a separator
+        unsigned id = 0;
+        int enabled = 1;
+        int checked = 0;
+        std::unique_ptr<CMenu> popup;
+    };
+    CMenu() = default;
+    CMenu(CMenu&&) = default;
+    CMenu& operator=(CMenu&&) = default;
+
+    /// Builds the menu of the resource tables; 0 when there is none of that identifier.
+    int LoadMenu(unsigned id);
+    int LoadMenu(const MenuTemplate& menu);
+    CMenu* GetSubMenu(int position);
+    int GetMenuItemCount() const { return static_cast<int>(lines_.size()); }
+    void AppendMenu(const CString& text, unsigned id);
+    void AppendSeparator();
+    CMenu& AppendPopup(const CString& text);
+    /// `flags`: MF_GRAYED or MF_ENABLED, MF_CHECKED or MF_UNCHECKED, and MF_BYPOSITION when `item`
+    /// is a position; by command popups are searched too. 0 when there is no such item.
+    int EnableMenuItem(unsigned item, unsigned flags);
+    int CheckMenuItem(unsigned item, unsigned flags);
+    int RemoveMenu(unsigned item, unsigned flags);
+    void DeleteAll() { lines_.clear(); }
+    /// Shows the menu at a screen point until the user chose; the command goes to `owner` as
+    /// WM_COMMAND, or is returned with TPM_RETURNCMD. Returns non-zero when something was chosen.
+    int TrackPopupMenu(unsigned flags, CPoint screen, CWnd* owner);
+    const std::deque<Line>& lines() const { return lines_; }
+    std::deque<Line>& lines() { return lines_; }
+
+private:
+    Line* find(unsigned item, unsigned flags);
+    std::deque<Line> lines_;
+};
+
+/// For tests: answers popup menus without showing them: gets the menu, returns the identifier of
+/// the chosen item, 0 for none. Null shows menus again.
+using MenuAnswer = unsigned (*)(const CMenu& menu, CPoint screen);
+PAVANE_API MenuAnswer SetMenuAnswer(MenuAnswer answer);
+
+}  // namespace pavane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "platform/cursors.h"
+#include "platform/dialog_template.h"
+#include "platform/menu_template.h"
+
+namespace pavane
+{
+
+/// The tables of one module (the library, a host). Plain constant data; nothing is copied, so the
+/// tables live as long as the program.
+struct ResourceModule {
+    const MenuTemplate* menus = nullptr;
+    int menuCount = 0;
+    const DlgTemplate* dialogs = nullptr;
+    int dialogCount = 0;
+    const CursorTemplate* cursors = nullptr;
+    int cursorCount = 0;
+};
+
+/// Adds a module; it is searched before those added earlier. Adding one twice does nothing.
+PAVANE_API void AddResourceModule(const ResourceModule& module);
+
+/// The first of that identifier in the modules, null when there is none.
+PAVANE_API const MenuTemplate* FindMenuTemplate(unsigned id);
+PAVANE_API const DlgTemplate* FindDialogTemplate(unsigned id);
+PAVANE_API const CursorTemplate* FindCursorTemplate(unsigned id);
+
+}  // namespace pavane
