@@ -1,0 +1,225 @@
+#include "tessel/SkyCoordinates.h"
+
+#include "tessel/sky_cards.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <new>
+#include <numbers>
+#include <string_view>
+#include <wcslib/wcs.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double degree = std::numbers::pi / 180;
+/// Degrees either side of a point for differences: the rounding of positions stays below 1e-11 of
+/// it, and so does the curvature of a projection, which goes with its square in radians.
+constexpr double differenceDegrees = 1e-3;
+/// Farther right ascensions and reference pixels are slips of a writer, not places.
+constexpr double farthestAngle = 3600;
+constexpr double farthestPixel = 1e9;
+
+/// The projections that WCSLIB knows by a code of three letters; NCP and GLS are older names.
+constexpr std::string_view projections[] = {"AZP", "SZP", "TAN", "STG", "SIN", "ARC", "ZPN", "ZEA",
+                                            "AIR", "CYP", "CEA", "CAR", "MER", "COP", "COE", "COD",
+                                            "COO", "SFL", "PAR", "MOL", "AIT", "BON", "PCO", "TSC",
+                                            "CSC", "QSC", "HPX", "XPH", "NCP", "GLS"};
+
+/// The projection's code in a CTYPE whose coordinate is `name`; "" when there is none. The number
+/// of dashes does not matter: some writers miscount them.
+std::string projectionOf(const std::string& ctype, std::string_view name)
+{
+    if (ctype.compare(0, name.size(), name) != 0 || ctype.size() <= name.size() ||
+        ctype[name.size()] != '-')
+        return "";
+    const std::size_t code = ctype.find_first_not_of('-', name.size());
+    return code == std::string::npos ? "" : ctype.substr(code);
+}
+
+int finiteBelow(double value, double limit) { return std::abs(value) <= limit; }
+
+/// Why the header places nothing; "" when it does.
+std::string faultOf(const MapHeader& header, const SkyCards& cards)
+{
+    if (header.axes.size() < 2 || !header.hasCelestialAxes)
+        return "the map has no celestial axes";
+    const MapAxis& x = header.axes[0];
+    const MapAxis& y = header.axes[1];
+    const std::string code = projectionOf(x.ctype, "RA");
+    if (x.ctype.compare(0, 2, "RA") != 0)
+        return "the axes " + x.ctype + " and " + y.ctype +
+               " are not right ascension and declination";
+    if (std::find(std::begin(projections), std::end(projections), code) == std::end(projections) ||
+        projectionOf(y.ctype, "DEC") != code)
+        return "the projection of " + x.ctype + " and " + y.ctype + " is not supported";
+    if (!cards.hasPosition)
+        return "the header has no position of the reference pixel (CRVAL)";
+    if (cards.isCoupled)
+        return "the sky position depends on more axes than two";
+    if (!finiteBelow(x.crval, farthestAngle) || !finiteBelow(y.crval, 90) ||
+        !finiteBelow(x.crpix, farthestPixel) || !finiteBelow(y.crpix, farthestPixel))
+        return "the reference position or pixel cannot be";
+    return "";
+}
+
+/// The frame by RADESYS, or by the rules for its absence. What is not FK5 at 2000.0 or ICRS is
+/// refused, as positions would be off by arc minutes.
+std::string frameFault(const MapHeader& header, const SkyCards& cards, SkyCoordinates::Frame& frame)
+{
+    std::string name = cards.radesys;
+    if (name.empty())
+        name = header.equinox == 0 ? "ICRS" : header.equinox < 1984 ? "FK4" : "FK5";
+    frame = name == "ICRS" ? SkyCoordinates::Frame::icrs : SkyCoordinates::Frame::fk5;
+    if (name == "ICRS" || (name == "FK5" && (header.equinox == 0 || header.equinox == 2000)))
+        return "";
+    if (name == "FK5")
+        return "positions of an equinox other than 2000 are not supported";
+    return "positions in " + name + " are not supported, only FK5 at 2000 and ICRS";
+}
+
+}  // namespace
+
+/// Owns WCSLIB's own structure.
+struct SkyCoordinates::Wcs {
+    wcsprm prm;
+    int status = 0;
+    Wcs()
+    {
+        std::memset(&prm, 0, sizeof prm);
+        prm.flag = -1;  // tells WCSLIB that there is no memory to release yet
+        status = wcsinit(1, 2, &prm, mostSkyParameters, 0, 0);
+    }
+    Wcs(const Wcs&) = delete;
+    Wcs& operator=(const Wcs&) = delete;
+    ~Wcs() { wcsfree(&prm); }
+    void setAxis(int axis, const std::string& ctype, const MapAxis& from)
+    {
+        std::memcpy(prm.ctype[axis], ctype.c_str(), ctype.size() + 1);
+        std::memcpy(prm.cunit[axis], "deg", 4);
+        prm.crval[axis] = from.crval;
+        prm.crpix[axis] = from.crpix;
+        prm.cdelt[axis] = 1;
+    }
+};
+
+SkyCoordinates::SkyCoordinates() = default;
+SkyCoordinates::~SkyCoordinates() = default;
+
+int SkyCoordinates::init(const MapHeader& header, std::string& error)
+{
+    wcs_.reset();
+    const SkyCards cards = readSkyCards(header.coordinateCards);
+    error = faultOf(header, cards);
+    if (error.empty())
+        error = frameFault(header, cards, frame_);
+    if (!error.empty())
+        return 0;
+    std::unique_ptr<Wcs> wcs(new (std::nothrow) Wcs);
+    error = "the map's place on the sky cannot be computed";
+    if (!wcs || wcs->status)
+        return 0;
+    // two axes and their numbers are all that WCSLIB sees, never the cards of a file
+    const std::string code = projectionOf(header.axes[0].ctype, "RA");
+    wcs->setAxis(0, "RA---" + code, header.axes[0]);
+    wcs->setAxis(1, "DEC--" + code, header.axes[1]);
+    for (int i = 0; i < 4; ++i)
+        wcs->prm.pc[i] = header.cd[i / 2][i % 2];
+    if (cards.hasLonpole)
+        wcs->prm.lonpole = cards.lonpole;
+    if (cards.hasLatpole)
+        wcs->prm.latpole = cards.latpole;
+    for (const SkyParameter& parameter : cards.parameters) {
+        wcs->prm.pv[wcs->prm.npv++] = {parameter.axis, parameter.number, parameter.value};
+    }
+    const double det = header.cd[0][0] * header.cd[1][1] - header.cd[0][1] * header.cd[1][0];
+    const double scale = std::sqrt(std::abs(det));
+    if (!(scale > 0) || !std::isfinite(scale) || wcsset(&wcs->prm))
+        return 0;
+    differenceStep_ = std::min(differenceDegrees / scale, farthestPixel);
+    wcs_ = std::move(wcs);
+    error.clear();
+    return 1;
+}
+
+int SkyCoordinates::toSky(double column, double row, double& ra, double& dec) const
+{
+    if (!wcs_ || !finiteBelow(column, farthestPixel) || !finiteBelow(row, farthestPixel))
+        return 0;
+    const double pixel[2] = {column + 1, row + 1};
+    double plane[2] = {};
+    double world[2] = {};
+    double phi = 0;
+    double theta = 0;
+    int bad = 0;
+    if (wcsp2s(&wcs_->prm, 1, 2, pixel, plane, &phi, &theta, world, &bad) || bad ||
+        !std::isfinite(world[0]) || !std::isfinite(world[1]))
+        return 0;
+    ra = std::fmod(world[0], 360.0);
+    if (ra < 0)
+        ra += 360;
+    dec = world[1];
+    return 1;
+}
+
+int SkyCoordinates::toPixel(double ra, double dec, double& column, double& row) const
+{
+    if (!wcs_ || !finiteBelow(ra, farthestAngle) || !finiteBelow(dec, 90))
+        return 0;
+    const double world[2] = {ra, dec};
+    double plane[2] = {};
+    double pixel[2] = {};
+    double phi = 0;
+    double theta = 0;
+    int bad = 0;
+    if (wcss2p(&wcs_->prm, 1, 2, world, &phi, &theta, plane, pixel, &bad) || bad ||
+        !finiteBelow(pixel[0], farthestPixel) || !finiteBelow(pixel[1], farthestPixel))
+        return 0;
+    column = pixel[0] - 1;
+    row = pixel[1] - 1;
+    return 1;
+}
+
+int SkyCoordinates::localSky(double column, double row, LocalSky& local) const
+{
+    double ra = 0;
+    double dec = 0;
+    if (!toSky(column, row, ra, dec))
+        return 0;
+    const double step = differenceStep_;
+    double offsets[4][2];  // east and north of a step back and forth along columns, then rows
+    for (int i = 0; i < 4; ++i) {
+        const double along = i % 2 ? step : -step;
+        double a = 0;
+        double d = 0;
+        if (!toSky(column + (i < 2 ? along : 0), row + (i < 2 ? 0 : along), a, d))
+            return 0;
+        const double da = (a - ra) * degree;
+        const double half = std::sin(da / 2);
+        // the plane's offsets, written so that nothing cancels near the point
+        offsets[i][0] = std::cos(d * degree) * std::sin(da);
+        offsets[i][1] = std::sin((d - dec) * degree) +
+                        2 * std::cos(d * degree) * std::sin(dec * degree) * half * half;
+    }
+    double m[2][2];
+    for (int axis = 0; axis < 2; ++axis)
+        for (int i = 0; i < 2; ++i)
+            m[i][axis] = (offsets[2 * axis + 1][i] - offsets[2 * axis][i]) / (2 * step * degree);
+    const double det = m[0][0] * m[1][1] - m[0][1] * m[1][0];
+    if (!(det != 0) || !std::isfinite(det))
+        return 0;
+    local = {ra,
+             dec,
+             {{m[0][0], m[0][1]}, {m[1][0], m[1][1]}},
+             std::hypot(m[0][0], m[1][0]),
+             std::hypot(m[0][1], m[1][1]),
+             std::atan2(m[0][1], m[1][1]),
+             det < 0 ? 1 : -1};
+    return 1;
+}
+
+}  // namespace pavane

@@ -1,0 +1,205 @@
+#include "tessel/fits_map.h"
+#include "tessel/paths.h"
+#include "tessel/SkyCoordinates.h"
+#include "tessel/value_text.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+#include <string>
+
+using namespace pavane;
+
+namespace
+{
+
+constexpr double degree = std::numbers::pi / 180;
+
+/// Right ascension and declination of a cell under the SIN projection, from the formulas of
+/// Calabretta and Greisen (2002), written out.
+void plainSin(const MapHeader& h, double column, double row, double& ra, double& dec)
+{
+    const double dx = column + 1 - h.axes[0].crpix;
+    const double dy = row + 1 - h.axes[1].crpix;
+    const double l = (h.cd[0][0] * dx + h.cd[0][1] * dy) * degree;
+    const double m = (h.cd[1][0] * dx + h.cd[1][1] * dy) * degree;
+    const double d0 = h.axes[1].crval * degree;
+    const double n = std::sqrt(1 - l * l - m * m);
+    ra = h.axes[0].crval + std::atan2(l, n * std::cos(d0) - m * std::sin(d0)) / degree;
+    dec = std::asin(m * std::cos(d0) + n * std::sin(d0)) / degree;
+}
+
+MapHeader sinMap(double ra, double dec, double step, double turn = 0)
+{
+    MapHeader header;
+    header.axes.resize(4);
+    header.axes[0] = {512, "RA---SIN", "deg", ra, 256, -step, 0};
+    header.axes[1] = {512, "DEC--SIN", "deg", dec, 257, step, turn};
+    header.hasCelestialAxes = 1;
+    const double c = std::cos(turn * degree);
+    const double s = std::sin(turn * degree);
+    header.cd[0][0] = -step * c;
+    header.cd[0][1] = -step * s;
+    header.cd[1][0] = -step * s;
+    header.cd[1][1] = step * c;
+    header.equinox = 2000;
+    return header;
+}
+
+/// Largest difference, in cells, between the formula's positions and the cells they came from.
+double worstCell(const MapHeader& header, const SkyCoordinates& sky)
+{
+    std::mt19937_64 random(11);
+    std::uniform_real_distribution<double> cell(-100, 900);
+    double worst = 0;
+    for (int i = 0; i < 2000; ++i) {
+        const double column = cell(random);
+        const double row = cell(random);
+        double ra = 0, dec = 0, backColumn = 0, backRow = 0;
+        plainSin(header, column, row, ra, dec);
+        if (!sky.toPixel(ra, dec, backColumn, backRow))
+            return 1e9;
+        worst = std::max({worst, std::abs(backColumn - column), std::abs(backRow - row)});
+        if (!sky.toSky(column, row, ra, dec) || !sky.toPixel(ra, dec, backColumn, backRow))
+            return 1e9;
+        worst = std::max({worst, std::abs(backColumn - column), std::abs(backRow - row)});
+    }
+    return worst;
+}
+
+std::string refusalOf(const MapHeader& header)
+{
+    SkyCoordinates sky;
+    std::string error;
+    EXPECT_FALSE(sky.init(header, error) || sky.isSet());
+    return error;
+}
+
+std::string card(const std::string& text)
+{
+    std::string whole = text;
+    whole.resize(80, ' ');
+    return whole;
+}
+
+}  // namespace
+
+TEST(SkyCoordinates, AgreeWithTheFormulaOfTheSinProjection)
+{
+    // a double of some 100 degrees has steps of 1.4e-14 degrees, hence the limit in cells
+    for (const MapHeader& header : {sinMap(0.08, 2.8, 5.6e-8), sinMap(359.9999999, -45, 1e-5, 30),
+                                    sinMap(200, 88, 2e-3, -75), sinMap(114.53, 17.7, 2e-4)}) {
+        SkyCoordinates sky;
+        std::string error;
+        ASSERT_TRUE(sky.init(header, error)) << error;
+        EXPECT_LT(worstCell(header, sky), 1e-6 + 6e-14 / std::abs(header.axes[0].cdelt));
+    }
+}
+
+TEST(SkyCoordinates, AgreeWithTheFormulaOnRealMaps)
+{
+    const std::string folder = "/work/shared/data/maps/";
+    if (!IsFolderExists(folder))
+        GTEST_SKIP() << "no real maps here";
+    for (const char* name :
+         {"J0000+0248_2016_01_03_VLBA_4GHz.fits", "J0738+17_stacked_VLBA_15GHz.fits"}) {
+        FitsMap map;
+        std::string error;
+        ASSERT_TRUE(readFitsMap(folder + name, -1, map, error)) << error;
+        SkyCoordinates sky;
+        ASSERT_TRUE(sky.init(map.header, error)) << error;
+        const double worst = worstCell(map.header, sky);
+        RecordProperty(name, valToStr(worst, 3));
+        EXPECT_LT(worst, 3e-6) << name;
+    }
+    FitsMap odd;
+    std::string error;
+    ASSERT_TRUE(readFitsMap(folder + "sampling_mean_odd_header.fits", -1, odd, error)) << error;
+    EXPECT_EQ(refusalOf(odd.header), "the header has no position of the reference pixel (CRVAL)");
+}
+
+TEST(SkyCoordinates, TellScaleNorthAndHandednessOfAPlace)
+{
+    struct {
+        const char* name;
+        double turn, xSign, north;
+        int handedness;
+    } const cases[] = {
+        {"north up", 0, 1, 0, 1}, {"turned", 30, 1, -30, 1}, {"east to the right", 0, -1, 0, -1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        MapHeader header = sinMap(10, 60, 1e-7, c.turn);
+        header.cd[0][0] *= 2 * c.xSign;
+        header.cd[1][0] *= 2;
+        SkyCoordinates sky;
+        LocalSky local;
+        std::string error;
+        ASSERT_TRUE(sky.init(header, error) && sky.localSky(255, 256, local)) << error;
+        EXPECT_NEAR(local.columnScale, 2e-7, 1e-16);
+        EXPECT_NEAR(local.rowScale, 1e-7, 1e-16);
+        EXPECT_NEAR(local.rowPositionAngle / degree, c.north, 1e-6);
+        EXPECT_EQ(local.handedness, c.handedness);
+    }
+}
+
+TEST(SkyCoordinates, FollowTheHeadersPolesParametersAndOldNames)
+{
+    // NCP is the SIN projection seen along the pole: x = cos d sin a, y = (cos d0 - cos d cos a) /
+    // sin d0
+    MapHeader header = sinMap(100, 60, 1e-4);
+    header.axes[0].ctype = "RA---NCP";
+    header.axes[1].ctype = "DEC--NCP";
+    SkyCoordinates sky;
+    std::string error;
+    double column = 0, row = 0;
+    ASSERT_TRUE(sky.init(header, error) && sky.toPixel(100.3, 60.2, column, row)) << error;
+    const double a = 0.3 * degree, d = 60.2 * degree, d0 = 60 * degree;
+    EXPECT_NEAR(column, 255 - std::cos(d) * std::sin(a) / degree / 1e-4, 1e-6);
+    EXPECT_NEAR(
+        row, 256 + (std::cos(d0) - std::cos(d) * std::cos(a)) / std::sin(d0) / degree / 1e-4, 1e-6);
+    header = sinMap(100, 60, 1e-4);
+    header.coordinateCards = {card("CRVAL1  = 100.0"), card("CRVAL2  = 60.0"),
+                              card("LONPOLE = 1.5D+02"), card("RADESYS = 'icrs'")};
+    ASSERT_TRUE(sky.init(header, error)) << error;
+    EXPECT_EQ(sky.frame(), SkyCoordinates::Frame::icrs);
+    LocalSky local;
+    ASSERT_TRUE(sky.localSky(255, 256, local));
+    EXPECT_NEAR(std::abs(local.rowPositionAngle) / degree, 30, 1e-6);
+}
+
+TEST(SkyCoordinates, RefuseWhatWouldGiveWrongPositions)
+{
+    MapHeader b1950 = sinMap(10, 20, 1e-7);
+    b1950.equinox = 1950;
+    EXPECT_EQ(refusalOf(b1950), "positions in FK4 are not supported, only FK5 at 2000 and ICRS");
+    MapHeader later = sinMap(10, 20, 1e-7);
+    later.equinox = 2010;
+    EXPECT_EQ(refusalOf(later), "positions of an equinox other than 2000 are not supported");
+    EXPECT_EQ(refusalOf(MapHeader()), "the map has no celestial axes");
+    MapHeader galactic = sinMap(10, 20, 1e-7);
+    galactic.axes[0].ctype = "GLON-SIN";
+    EXPECT_NE(refusalOf(galactic).find("not right ascension"), std::string::npos);
+    for (const char* code : {"TAN-SIP", "TPV", "", "XXX"}) {
+        MapHeader other = sinMap(10, 20, 1e-7);
+        other.axes[0].ctype = std::string("RA---") + code;
+        other.axes[1].ctype = std::string("DEC--") + code;
+        EXPECT_NE(refusalOf(other).find("projection"), std::string::npos) << code;
+    }
+    MapHeader flat = sinMap(10, 20, 1e-7);
+    flat.cd[1][1] = 0;
+    EXPECT_FALSE(refusalOf(flat).empty());
+    MapHeader coupled = sinMap(10, 20, 1e-7);
+    coupled.coordinateCards = {card("CRVAL1  = 10"), card("CRVAL2  = 20"), card("CD1_3   = 1E-3")};
+    EXPECT_NE(refusalOf(coupled).find("more axes"), std::string::npos);
+    SkyCoordinates sky;
+    std::string error;
+    double a = 7, b = 7;
+    EXPECT_FALSE(sky.toSky(1, 1, a, b) || sky.toPixel(1, 1, a, b));
+    ASSERT_TRUE(sky.init(sinMap(10, 20, 1e-2), error));
+    EXPECT_FALSE(sky.toSky(20000, 0, a, b) || sky.toPixel(190, -20, a, b) ||
+                 sky.toPixel(NAN, 0, a, b) || sky.toPixel(10, 91, a, b) ||
+                 sky.toSky(0, 1e300, a, b));
+    EXPECT_EQ(a, 7);
+}
