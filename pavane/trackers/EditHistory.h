@@ -1,0 +1,174 @@
+#pragma once
+
+#include "pavane/trackers/Pile.h"
+#include "platform/api.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace pavane
+{
+
+using RecordBytes = std::span<const std::uint8_t>;
+
+/// What one change of an edit is about.
+enum class EditKind : std::uint8_t {
+    insert,   ///< an item appears at `index`, the later ones move up
+    remove,   ///< the item at `index` goes, the later ones move down
+    replace,  ///< the item at `index` stays in place and becomes another value
+    working,  ///< the shape under construction; empty bytes mean that there is none
+    state     ///< other values of the collection; `index` says which, as the caller numbers them
+};
+
+/// One change, always in the direction in which it is to be made: undoing an `insert` arrives as a
+/// `remove`. `before` is empty for an insert, `after` for a remove.
+struct EditChange {
+    EditKind kind = EditKind::replace;
+    int index = 0;
+    int classCode = 0;  ///< the class of the record, as the caller numbers classes
+    RecordBytes before;
+    RecordBytes after;
+};
+
+/// What belongs to a collection beside its items: the current index (-1 for none) and all active
+/// items, by rising index.
+struct EditSelection {
+    int current = -1;
+    std::span<const int> active;
+};
+
+/// What a history works on. Both calls return non-zero on success; they have to leave the history
+/// alone. Spans are good until the call returns.
+class EditTarget
+{
+public:
+    virtual ~EditTarget() = default;
+    virtual int applyEdit(const EditChange& change) = 0;
+    /// Comes last, after the changes of a step: current index, and active those listed and no
+    /// others.
+    virtual int applySelection(const EditSelection& selection) = 0;
+};
+
+/// What became of an edit that was to be remembered. Non-zero: it can be undone.
+enum EditRecorded : int {
+    editLost = 0,  ///< no memory for this one: the history is empty now, and edits are modified
+    editRecorded = 1,
+    editUnchanged = 2,  ///< nothing had changed, no step was made
+    editGaveUpOld = 3   ///< recorded, and for the first time old steps had to go: tell the user
+};
+
+/// Undo and redo without limit. A step is a list of changes given as bytes before and after; the
+/// history knows nothing of what they mean. Its cost is that of the bytes that differ: a change of
+/// a record keeps what is equal at both ends once.
+///
+/// Record after the edit was made: `begin`, one call for each change in the order in which they
+/// were made, `commit`. The selection need not be recorded when it changes alone: undo brings back
+/// that from before the step, redo that from after it.
+///
+/// Memory that cannot be had costs the oldest steps, never the edit.
+class PAVANE_API EditHistory
+{
+public:
+    EditHistory() = default;
+    EditHistory(const EditHistory&) = delete;
+    EditHistory& operator=(const EditHistory&) = delete;
+    ~EditHistory() { clear(); }
+
+    /// Starts a step; `label` is what the menu says after "Undo" ("Move area"), cut to 255 bytes. A
+    /// step that was begun and not committed is dropped.
+    void begin(std::string_view label, const EditSelection& before);
+    void insert(int index, int classCode, RecordBytes after);
+    void remove(int index, int classCode, RecordBytes before);
+    /// Equal bytes are no change.
+    void replace(int index, int classCode, RecordBytes before, RecordBytes after);
+    void working(int classCode, RecordBytes before, RecordBytes after);
+    void state(int which, RecordBytes before, RecordBytes after);
+    /// Ends the step; what could be redone is gone. A `mergeKey` other than 0 that is also the last
+    /// step's joins the two when both replace the same items and no undo, redo, `markSaved` or
+    /// `endSeries` came between; the joined step keeps the earlier label.
+    EditRecorded commit(const EditSelection& after, std::uint64_t mergeKey = 0);
+    /// Drops the step that was begun.
+    void abandon();
+    /// The next step is not joined to the last.
+    void endSeries() { seriesKey_ = 0; }
+
+    int canUndo() const { return position_ > first_; }
+    int canRedo() const { return position_ < end_; }
+    /// Label of the step that would be undone or redone; empty when there is none. Good until the
+    /// history changes.
+    std::string_view undoLabel() const;
+    std::string_view redoLabel() const;
+    /// Makes the changes of the last step backwards, or of the next forwards, on `target`. Returns
+    /// 0 without a step, or when the target refused a change: those before it are taken back then,
+    /// and the step can be tried again.
+    int undo(EditTarget& target);
+    int redo(EditTarget& target);
+
+    /// The present state is what is saved.
+    void markSaved();
+    /// No state is: the next save cannot be saved by undoing (after a crash was recovered from).
+    void markUnsaved() { saved_ = nowhere; }
+    /// Non-zero unless the present state is the saved one. An empty history starts as saved.
+    int isModified() const { return saved_ != position_; }
+
+    /// Forgets all steps; whether the present state is saved stays.
+    void clear();
+    /// Steps held, those that can be redone included.
+    std::size_t steps() const { return static_cast<std::size_t>(end_ - first_); }
+    /// Steps that can be undone.
+    std::size_t undoSteps() const { return static_cast<std::size_t>(position_ - first_); }
+    /// Memory that the steps take, in bytes.
+    std::size_t bytesUsed() const;
+    /// Beyond so many bytes the oldest steps are given up as if memory had run out; 0, as at first,
+    /// for no limit. The latest step is always kept.
+    void setByteLimit(std::size_t bytes) { limit_ = bytes; }
+
+private:
+    struct Step;
+    struct Cursor;
+    static constexpr std::int64_t nowhere = -1;
+
+    void addChange(EditKind kind, int index, int classCode, RecordBytes before, RecordBytes after);
+    int put(const void* bytes, std::size_t n);
+    int putNumber(std::uint64_t number);
+    int putSelection(const EditSelection& selection);
+    int giveUpOldest();
+    int roomForStep();
+    void dropRedo();
+    int mergeable(const Step& last) const;
+    int merge(Step& last);
+    int run(const Step& step, EditTarget& target, bool forward);
+    int runChanges(const Step& step, EditTarget& target, bool forward, std::size_t from,
+                   std::size_t& done);
+    Step*& at(std::int64_t number);
+    const Step& at(std::int64_t number) const;
+    void drop(Step*& step);
+
+    // Steps are numbered through since the history began; the list holds first_ to end_ - 1.
+    Pile<Step*> list_;
+    std::int64_t listStart_ = 0;  // number of the first slot of the list
+    std::int64_t first_ = 0;
+    std::int64_t end_ = 0;
+    std::int64_t position_ = 0;  // the step that would be redone
+    std::int64_t saved_ = 0;
+    std::size_t bytes_ = 0;
+    std::size_t limit_ = 0;
+    std::uint64_t seriesKey_ = 0;
+    bool toldOfLoss_ = false;
+
+    // The step that is being recorded.
+    Pile<std::uint8_t> open_;
+    std::size_t openChanges_ = 0;
+    std::size_t openHead_ = 0;
+    std::size_t longestPair_ = 0;  // bytes of the largest record before and after, of all steps
+    bool begun_ = false;
+    bool failed_ = false;
+    bool gaveUp_ = false;
+
+    Pile<std::uint8_t> scratch_;  // room to put a record before and after together again
+    Pile<int> active_;            // room for a selection
+};
+
+}  // namespace pavane
