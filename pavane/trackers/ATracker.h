@@ -4,6 +4,8 @@
 #include "platform/api.h"
 #include "platform/geometry.h"
 
+#include <string>
+
 namespace pavane
 {
 
@@ -29,6 +31,12 @@ public:
     virtual ~TrackerListener() = default;
     /// The shape has changed inside a drag; the window is invalid but not painted yet.
     virtual void trackerChanging(ATracker& tracker) { (void)tracker; }
+    /// The pixels that drags of the tracker are bound by, both edges included, where that is not
+    /// the client area of the window; 0 leaves the client area.
+    virtual int trackerBounds(const ATracker& tracker, CRect& bounds)
+    {
+        return (void)tracker, (void)bounds, 0;
+    }
 };
 
 /// What all selection shapes have in common, in pixels and in data values: style, the rectangles
@@ -79,6 +87,13 @@ public:
     virtual int GetLineSize() const;
     /// Edge of a handle of a shape that covers `rect`, in pixels.
     virtual int GetHandleSize(const CRect& rect) const;
+    /// Outline and handles without touching the clip region: for who draws many and has clipped.
+    virtual void DrawShape(CDC& dc) = 0;
+
+    /// The stored record as bytes: two trackers of one class are alike when their states are.
+    std::string State() const;
+    /// Loads such a record; on 0 the tracker is as it was.
+    int SetState(const std::string& state);
 
     unsigned GetStyle() const { return style_; }
     void SetStyle(unsigned style) { style_ = style; }
@@ -99,6 +114,13 @@ protected:
     ATracker(const ATracker&) = default;
     ATracker& operator=(const ATracker&) = default;
 
+    /// Bounds from the listener, or from the shape's own surroundings (an axis); 0 for none.
+    virtual int ownBounds(CRect& bounds) const;
+    /// Refreshes both rectangles (unless `window` is null) and tells whether a press may begin.
+    int mayBegin(CWnd* window, CPoint point);
+    /// Whether a press at `point` lies in both rectangles as they are.
+    int inBothRects(CPoint point) const;
+
     unsigned style_ = trackerNew;
     int handleSize_ = 6;
     CRect validRect_;
@@ -106,6 +128,8 @@ protected:
     int finished_ = 0;
     int deadZone_ = 0;
     TrackerListener* listener_ = nullptr;
+    /// Non-zero when right and bottom of the rectangles belong to them.
+    int edgesIncluded_ = 0;
 
 private:
     LifeToken life_;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "pavane/trackers/ARotateRectTracker.h"
+
+namespace pavane
+{
+
+/// The ellipse inscribed in a turned rectangle. Its corners are no handles: hit codes 6 to 10, 1
+/// inside, -1 nothing.
+class PAVANE_API AEllipseTracker : public ARotateRectTracker
+{
+public:
+    const char* GetClassName() const override { return "AEllipseTracker"; }
+    AEllipseTracker* Duplicate() const override;
+    /// As many points as the larger semi-axis has pixels; none for a box below 2 pixels.
+    void GetAreaPoints(AArray<CPoint>& points) const override;
+    int HitTestHandles(CPoint point) override;
+    void DrawActive(CDC* dc) override;
+    void DrawNotActive(CDC* dc) override;
+    void DrawTrack(CDC* dc) override;
+
+    static void GetEllipsePoints(AArray<CPoint>& points, const CRect& rect, double angle);
+
+protected:
+    APoint<double> halfExtent() const override;
+};
+
+}  // namespace pavane
