@@ -4,6 +4,7 @@
 #include "platform/types.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace pavane
 {
@@ -15,13 +16,17 @@ using WPARAM = std::uintptr_t;
 using LPARAM = std::intptr_t;
 using LRESULT = std::intptr_t;
 
-/// One message: input, a posted one, or a timer. `pt` is the pointer's place on the screen.
+/// The toolkit's event behind an input message.
+struct InputEvent;
+
+/// One message: input or a posted one. `pt` is the pointer's place on the screen.
 struct MSG {
     HWND hwnd = 0;
     unsigned message = 0;
     WPARAM wParam = 0;
     LPARAM lParam = 0;
     CPoint pt;
+    std::shared_ptr<InputEvent> input;  ///< what DispatchMessage hands to a native control
 };
 
 inline constexpr unsigned WM_NULL = 0x0000, WM_CREATE = 0x0001, WM_DESTROY = 0x0002,
@@ -35,7 +40,7 @@ inline constexpr unsigned WM_NULL = 0x0000, WM_CREATE = 0x0001, WM_DESTROY = 0x0
                           WM_MOUSEMOVE = 0x0200, WM_LBUTTONDOWN = 0x0201, WM_LBUTTONUP = 0x0202,
                           WM_LBUTTONDBLCLK = 0x0203, WM_RBUTTONDOWN = 0x0204, WM_RBUTTONUP = 0x0205,
                           WM_RBUTTONDBLCLK = 0x0206, WM_MBUTTONDOWN = 0x0207, WM_MBUTTONUP = 0x0208,
-                          WM_MOUSEWHEEL = 0x020A, WM_MOUSEHWHEEL = 0x020E,
+                          WM_MBUTTONDBLCLK = 0x0209, WM_MOUSEWHEEL = 0x020A, WM_MOUSEHWHEEL = 0x020E,
                           WM_CAPTURECHANGED = 0x0215, WM_MOUSELEAVE = 0x02A3, WM_USER = 0x0400;
 
 // Keys held with a mouse message (wParam).
@@ -43,7 +48,7 @@ inline constexpr unsigned MK_LBUTTON = 0x0001, MK_RBUTTON = 0x0002, MK_SHIFT = 0
                           MK_CONTROL = 0x0008, MK_MBUTTON = 0x0010;
 
 // Virtual keys; letters and digits are their upper-case characters.
-inline constexpr int VK_BACK = 0x08, VK_TAB = 0x09, VK_RETURN = 0x0D, VK_SHIFT = 0x10,
+inline constexpr int VK_LBUTTON = 0x01, VK_RBUTTON = 0x02, VK_MBUTTON = 0x04, VK_BACK = 0x08, VK_TAB = 0x09, VK_RETURN = 0x0D, VK_SHIFT = 0x10,
                      VK_CONTROL = 0x11, VK_MENU = 0x12, VK_ESCAPE = 0x1B, VK_SPACE = 0x20,
                      VK_PRIOR = 0x21, VK_NEXT = 0x22, VK_END = 0x23, VK_HOME = 0x24, VK_LEFT = 0x25,
                      VK_UP = 0x26, VK_RIGHT = 0x27, VK_DOWN = 0x28, VK_INSERT = 0x2D,
@@ -67,6 +72,9 @@ inline constexpr unsigned WS_EX_CLIENTEDGE = 0x00000200, WS_EX_TOPMOST = 0x00000
 
 inline constexpr int SW_HIDE = 0, SW_SHOWNORMAL = 1, SW_SHOWMINIMIZED = 2, SW_SHOWMAXIMIZED = 3,
                      SW_SHOW = 5, SW_MINIMIZE = 6, SW_RESTORE = 9;
+
+// Kinds of WM_SIZE.
+inline constexpr unsigned SIZE_RESTORED = 0, SIZE_MINIMIZED = 1, SIZE_MAXIMIZED = 2;
 
 // Where the pointer is (hit code of WM_SETCURSOR).
 inline constexpr unsigned HTNOWHERE = 0, HTCLIENT = 1;

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "platform/core/DirtyBoxes.h"
+#include "platform/core/PixelPainter.h"
+
+#include <functional>
+#include <vector>
+
+namespace pavane
+{
+
+/// The pixels of a window's client area and what of them is out of date. Contexts share it with the
+/// window: they go on when it is resized, and draw nothing once it is cleared.
+class WindowSurface
+{
+public:
+    /// New pixels of width x height units, `ratio` x `ratio` pixels each; what was there stays at
+    /// the top left, the rest is white. Non-zero on success, else the surface is empty.
+    int resize(int width, int height, int ratio);
+    /// The window is gone.
+    void clear();
+
+    int width() const { return width_; }
+    int height() const { return height_; }
+    int ratio() const { return ratio_; }
+    const std::vector<std::uint32_t>& bits() const { return bits_; }
+    /// Pixels for a context whose painting reports itself.
+    PixelSurface reportedPixels();
+    /// Pixels for a context whose clip tells what it paints.
+    PixelSurface pixels();
+
+    void invalidate(const Region& region);
+    void validate(const Region& region);
+    const Region& invalid() const { return invalid_; }
+    Region takeInvalid();
+
+    std::vector<CRect> takeTouched() { return touched_.taken(); }
+    bool isTouched() const { return !touched_.empty(); }
+    /// Called when something may have been painted that is not on the screen.
+    std::function<void()> onTouched;
+
+private:
+    int width_ = 0;
+    int height_ = 0;
+    int ratio_ = 1;
+    std::vector<std::uint32_t> bits_;
+    Region invalid_;
+    DirtyBoxes touched_;
+};
+
+}  // namespace pavane
