@@ -12,4 +12,45 @@ inline constexpr int IDS_PREFIX_NONE = 10020;
 inline constexpr int IDS_PREFIX_LAST = 10030;  ///< 10^30
 inline constexpr int IDS_HOURS = 10040;
 
+// Cursors.
+inline constexpr unsigned IDC_SELECTION_DRAG = 10000;  ///< while an edge is dragged
+inline constexpr unsigned IDC_SELECTION_IDLE = 10001;  ///< where a rectangle can be drawn
+
+// Menus; the first popup of each is a context menu.
+inline constexpr unsigned IDR_AXIS_MENU = 10004;
+inline constexpr unsigned IDR_COPY_MENU = 10011;
+
+// Dialogs.
+inline constexpr unsigned IDD_AREA_SELECT = 10020;
+inline constexpr unsigned IDC_AREA_WINDOW = 10021;  ///< placeholder of the window with the axis
+
+// Commands that every drawing window answers; menus of heirs share them.
+inline constexpr unsigned ID_COPY_TO_CLIPBOARD = 10104;
+inline constexpr unsigned ID_COPY_TO_BMP = 10105;
+
+// Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
+inline constexpr unsigned ID_TRACK_ARROW = 32771;
+inline constexpr unsigned ID_TRACK_RECT = 32772;
+inline constexpr unsigned ID_TRACK_ROTATE_RECT = 32773;
+inline constexpr unsigned ID_TRACK_AREA = 32774;
+inline constexpr unsigned ID_ZOOM_PLUS = 32775;
+inline constexpr unsigned ID_ZOOM_MINUS = 32776;  ///< zoom back
+inline constexpr unsigned ID_TRACK_ELLIPSE = 32777;
+inline constexpr unsigned ID_TRACK_DELETE =
+    32780;                                    ///< with ID_TRACK_COPY: acts on the current area
+inline constexpr unsigned ID_ZOOM_1 = 32781;  ///< to ID_ZOOM_1 + 4: the five zoom factors
+inline constexpr unsigned ID_ZOOM_5 = 32785;
+inline constexpr unsigned ID_CHANGE_AREA = 32786;  ///< the list of areas
+inline constexpr unsigned ID_TRACK_COPY = 32788;
+inline constexpr unsigned ID_TRACK_UNDO = 32789;
+inline constexpr unsigned ID_TRACK_REDO = 32790;
+inline constexpr unsigned ID_SHOW_CELLS = 32791;
+inline constexpr unsigned ID_WHOLE_MAP = 32792;
+inline constexpr unsigned ID_VERTEX_INSERT = 32793;
+inline constexpr unsigned ID_VERTEX_DELETE = 32794;
+inline constexpr unsigned ID_SELECT_ALL = 32795;
+inline constexpr unsigned ID_CLEAR_AREAS = 32796;
+inline constexpr unsigned ID_CLOSE_AREA = 32797;
+inline constexpr unsigned ID_VERTEX_TABLE = 32798;
+
 }  // namespace pavane

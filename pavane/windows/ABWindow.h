@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/resources/resource_ids.h"
 #include "platform/CWnd.h"
 
 namespace pavane
@@ -14,9 +15,6 @@ enum WindowFlag : int {
     windowReplaced = 0x10,      ///< took the place of a control of a dialog
     windowHoldsCapture = 0x800  ///< from a press of the left button to its release
 };
-
-// Commands that every drawing window answers; menus of heirs share them.
-inline constexpr unsigned ID_COPY_TO_CLIPBOARD = 10104, ID_COPY_TO_BMP = 10105;
 
 /// The base of every drawing window: a content pass and an overlay pass, a context menu, copies of
 /// its picture, and a place in a dialog.
@@ -66,14 +64,13 @@ public:
     /// success; 0 also when `dialog` is no dialog or has no such control.
     int UpDateControl(const CString& text, CWnd* dialog, unsigned controlId, unsigned style);
 
-    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
-
 protected:
     int PreCreateWindow(CREATESTRUCT& cs) override;
     int OnCreate(CREATESTRUCT& cs) override;
     void OnPaint() override;
     void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonUp(unsigned flags, CPoint point) override;
+    void OnCaptureChanged(CWnd* next) override;
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     unsigned OnGetDlgCode() override;
     void OnContextMenu(CWnd* window, CPoint screen) override;
