@@ -61,6 +61,9 @@ public:
     int SetSmooth(int on);
     /// Non-zero when the device draws vectors (a page), so that a caller may send finer curves.
     int IsVector() const;
+    /// Pixels across one device unit: above 1 in windows on fine screens and in bitmaps made for
+    /// them, where pictures and text are finer than the units.
+    int GetPixelRatio() const;
 
     // Mapping
     int SetMapMode(int mode);

@@ -2,6 +2,7 @@
 
 #include "platform/core/CDC_state.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace pavane
@@ -12,6 +13,8 @@ CDC::CDC() : state_(std::make_unique<State>()) {}
 CDC::CDC(std::unique_ptr<DeviceBackend> backend) : state_(std::make_unique<State>())
 {
     state_->backend = std::move(backend);
+    if (state_->backend)
+        state_->limit = state_->backend->limit();
     SelectStockObject(BLACK_PEN);
     SelectStockObject(WHITE_BRUSH);
     SelectStockObject(DEVICE_DEFAULT_FONT);
@@ -122,6 +125,8 @@ int CDC::RestoreDC(int saved)
 int CDC::SetSmooth(int on) { return std::exchange(state_->now.smooth, on != 0 ? 1 : 0); }
 
 int CDC::IsVector() const { return state_->backend && state_->backend->page(); }
+
+int CDC::GetPixelRatio() const { return std::max(1, state_->surface().ratio); }
 
 int CDC::SetMapMode(int mode)
 {

@@ -131,8 +131,7 @@ int CDC::SetPixelV(int x, int y, COLORREF color)
     const PixelPainter painter = s.painter();
     if (!s.surface().bits || !painter.visible(p.x, p.y))
         return 0;
-    std::uint32_t& pixel = s.surface().row(p.y)[p.x];
-    pixel = PixelOperation::of(s.now.rop2, s.pixel(color))(pixel);
+    painter.run({p.x, p.y, 1, 1, true, 0}, PixelOperation::of(s.now.rop2, s.pixel(color)));
     return 1;
 }
 
@@ -142,7 +141,7 @@ COLORREF CDC::GetPixel(int x, int y) const
     const PixelSurface surface = state_->surface();
     if (!surface.bits || p.x < 0 || p.y < 0 || p.x >= surface.width || p.y >= surface.height)
         return CLR_INVALID;
-    return colorOf(surface.row(p.y)[p.x]);
+    return colorOf(*surface.at(p.x, p.y));
 }
 
 }  // namespace pavane

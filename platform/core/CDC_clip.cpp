@@ -42,7 +42,7 @@ int CDC::PtVisible(int x, int y) const
 {
     const CPoint p = state_->now.mapping.toDevice(CPoint(x, y));
     return state_->deviceRect().PtInRect(p) &&
-           (!state_->now.clip || state_->now.clip->region.contains(p.x, p.y));
+           (!state_->clip() || state_->clip()->region.contains(p.x, p.y));
 }
 
 int CDC::RectVisible(const CRect& rect) const
@@ -50,7 +50,7 @@ int CDC::RectVisible(const CRect& rect) const
     CRect box = state_->deviceBox(rect);
     if (!box.IntersectRect(box, state_->deviceRect()))
         return 0;
-    return !state_->now.clip || state_->now.clip->region.overlaps(box);
+    return !state_->clip() || state_->clip()->region.overlaps(box);
 }
 
 }  // namespace pavane

@@ -64,19 +64,23 @@ struct StretchedAxis {
     }
 };
 
-/// Paints a stretched picture; rowOf(row)(column) gives the pixel of a source cell.
+/// Paints a stretched picture, axes in pixels; rowOf(row)(column) gives the pixel of a source cell.
 template <class RowOf>
 void paintStretched(const PixelPainter& painter, const PixelSurface& surface,
                     const StretchedAxis& xs, const StretchedAxis& ys, int mode, RowOf rowOf)
 {
+    const int ratio = surface.ratio;
     for (int y = ys.first; y < ys.last; ++y) {
         const int row = ys.cells[static_cast<std::size_t>(y - ys.first)];
         if (row < 0)
             continue;
         const auto pixelAt = rowOf(row);
-        painter.clipped(y, xs.first, xs.last, [&](int, int a, int b) {
+        const int unitsEnd = (xs.last + ratio - 1) / ratio;
+        painter.clipped(y / ratio, xs.first / ratio, unitsEnd, [&](int unitY, int a, int b) {
+            surface.touch({a, unitY, b, unitY + 1});
             std::uint32_t* const pixels = surface.row(y);
-            for (int x = a; x < b; ++x) {
+            const int end = std::min(b * ratio, xs.last);
+            for (int x = std::max(a * ratio, xs.first); x < end; ++x) {
                 const int column = xs.cells[static_cast<std::size_t>(x - xs.first)];
                 if (column < 0)
                     continue;
@@ -87,6 +91,38 @@ void paintStretched(const PixelPainter& painter, const PixelSurface& surface,
         });
     }
 }
+
+/// Copies units of `from` at (sx, sy) to `target` of `to`; both have the same ratio.
+void copyUnits(const PixelPainter& painter, const PixelSurface& to, const CRect& target,
+               const PixelSurface& from, int sx, int sy)
+{
+    // the part that the source has
+    CRect available(saturated(Wide{target.left} - sx), saturated(Wide{target.top} - sy),
+                    saturated(Wide{target.left} - sx + from.width),
+                    saturated(Wide{target.top} - sy + from.height));
+    if (!available.IntersectRect(available, target))
+        return;
+    painter.clippedRects(available, [&](const CRect& part) {
+        to.touch(part);
+        const std::uint32_t* source =
+            from.at(part.left - target.left + sx, part.top - target.top + sy);
+        std::uint32_t* pixels = to.at(part.left, part.top);
+        const auto bytes = static_cast<std::size_t>(part.Width()) *
+                           static_cast<std::size_t>(to.ratio) * sizeof(std::uint32_t);
+        for (int row = part.Height() * to.ratio; row > 0; --row) {
+            std::memcpy(pixels, source, bytes);
+            source += from.stride;
+            pixels += to.stride;
+        }
+    });
+}
+
+CRect timesRatio(const CRect& r, int ratio)
+{
+    return {r.left * ratio, r.top * ratio, r.right * ratio, r.bottom * ratio};
+}
+
+int timesRatio(int units, int ratio) { return saturated(Wide{units} * ratio); }
 
 /// A row of a bitmap: `colors` is null when the pixels hold their colours themselves.
 struct DIBRow {
@@ -150,8 +186,9 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
         if (w < 1 || h < 1 || sw < 1 || sh < 1 || !seen.IntersectRect(whole, part))
             return 0;
         std::vector<std::uint32_t> copy;
-        for (int row = seen.top; row < seen.bottom; ++row)
-            copy.insert(copy.end(), from.row(row) + seen.left, from.row(row) + seen.right);
+        const CRect fine = timesRatio(seen, from.ratio);
+        for (int row = fine.top; row < fine.bottom; ++row)
+            copy.insert(copy.end(), from.row(row) + fine.left, from.row(row) + fine.right);
         const auto placed = [](int from, int offset, int size, int cells) {
             return saturated(Wide{from} + MulDiv(offset, size, cells));
         };
@@ -159,11 +196,24 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
                            placed(at.y, seen.top - part.top, h, sh),
                            placed(at.x, seen.right - part.left, w, sw),
                            placed(at.y, seen.bottom - part.top, h, sh));
-        page->image(target, {copy.data(), seen.Width(), seen.Height()});
+        page->image(target, {copy.data(), fine.Width(), fine.Height()});
         return 1;
     }
-    const StretchedAxis xs(at.x, w, start.x, sw, from.width, limits.left, limits.right);
-    const StretchedAxis ys(at.y, h, start.y, sh, from.height, limits.top, limits.bottom);
+    const bool fitsExactly = w == sw && h == sh && w > 0 && h > 0 && from.ratio == to.ratio;
+    if (fitsExactly && mode == R2_COPYPEN && from.bits != to.bits) {
+        const CRect target(at.x, at.y, saturated(Wide{at.x} + w), saturated(Wide{at.y} + h));
+        copyUnits(s.painter(), to, target, from, start.x, start.y);
+        return 1;
+    }
+    const int k = to.ratio;
+    const int n = from.ratio;
+    const auto axis = [&](int placed, int size, int first, int cells, int limit, int low,
+                          int high) {
+        return StretchedAxis(timesRatio(placed, k), timesRatio(size, k), timesRatio(first, n),
+                             timesRatio(cells, n), limit * n, low * k, high * k);
+    };
+    const StretchedAxis xs = axis(at.x, w, start.x, sw, from.width, limits.left, limits.right);
+    const StretchedAxis ys = axis(at.y, h, start.y, sh, from.height, limits.top, limits.bottom);
     if (from.bits != to.bits) {
         paintStretched(s.painter(), to, xs, ys, mode, [&](int row) {
             return [line = from.row(row)](int column) { return line[column]; };
@@ -175,7 +225,7 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
     if (ys.cells.empty() || *seen.second < 0)
         return 1;
     const int top = std::max(0, *seen.first);
-    const std::vector<std::uint32_t> copy(from.row(top), from.row(*seen.second) + from.width);
+    const std::vector<std::uint32_t> copy(from.row(top), from.row(*seen.second) + from.width * n);
     paintStretched(s.painter(), to, xs, ys, mode, [&](int row) {
         const std::uint32_t* const line = copy.data() + (row - top) * from.stride;
         return [line](int column) { return line[column]; };
@@ -226,8 +276,11 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
     if (!to.bits)
         return 0;
     const CRect limits = s.painter().bounds();
-    const StretchedAxis xs(at.x, w, sx, sWidth, dib.width, limits.left, limits.right);
-    const StretchedAxis ys(at.y, h, top, sHeight, dib.height, limits.top, limits.bottom);
+    const int k = to.ratio;
+    const StretchedAxis xs(timesRatio(at.x, k), timesRatio(w, k), sx, sWidth, dib.width,
+                           limits.left * k, limits.right * k);
+    const StretchedAxis ys(timesRatio(at.y, k), timesRatio(h, k), top, sHeight, dib.height,
+                           limits.top * k, limits.bottom * k);
     paintStretched(s.painter(), to, xs, ys, mode, rowOf);
     return dib.height;
 }
@@ -253,16 +306,12 @@ int CDC::ScrollDC(int dx, int dy, const CRect* scroll, const CRect* clip, CRgn* 
     };
     CRect target;
     if (target.IntersectRect(shifted(moved), inside)) {
-        const std::vector<std::uint32_t> copy(surface.row(moved.top),
-                                              surface.row(moved.bottom - 1) + surface.width);
-        const PixelPainter painter = s.painter();
-        for (int y = target.top; y < target.bottom; ++y) {
-            painter.clipped(y, target.left, target.right, [&](int, int a, int b) {
-                const auto from = (y - shiftY - moved.top) * surface.stride + a - shiftX;
-                std::memmove(surface.row(y) + a, copy.data() + from,
-                             static_cast<std::size_t>(b - a) * sizeof(std::uint32_t));
-            });
-        }
+        const int k = surface.ratio;
+        std::vector<std::uint32_t> copy(surface.row(moved.top * k),
+                                        surface.row(moved.bottom * k - 1) + surface.width * k);
+        const PixelSurface before{copy.data(), surface.width, moved.Height(), surface.stride, k};
+        copyUnits(s.painter(), surface, target, before, target.left - shiftX,
+                  target.top - shiftY - moved.top);
     }
     // uncovered: what moved away and was not painted again
     CRgn away;

@@ -13,10 +13,24 @@ CRect CDC::State::deviceRect() const
     return {0, 0, size.cx, size.cy};
 }
 
+const CRgn::Data* CDC::State::clip() const
+{
+    if (!limit || !now.clip)
+        return limit ? limit.get() : now.clip.get();
+    if (limitedFrom != now.clip) {
+        const auto both = std::make_shared<CRgn::Data>();
+        both->region = Region::combined(limit->region, now.clip->region, RGN_AND);
+        limitedFrom = now.clip;
+        limitedClip = both;
+    }
+    return limitedClip.get();
+}
+
 Region CDC::State::visibleRegion() const
 {
     const Region whole(deviceRect());
-    return now.clip ? Region::combined(whole, now.clip->region, RGN_AND) : whole;
+    const Region* const clip = clipRegion();
+    return clip ? Region::combined(whole, *clip, RGN_AND) : whole;
 }
 
 void CDC::State::setClip(Region region)
@@ -95,16 +109,20 @@ VectorDevice* CDC::State::vector()
         return nullptr;
     VectorDevice* device = backend->page();
     if (!device) {
-        if (softMaker != graphicsHook()) {
+        // a window's pixels move when it is resized
+        const PixelSurface pixels = surface();
+        if (softMaker != graphicsHook() || softSurface != pixels) {
             softMaker = graphicsHook();
-            const bool canDraw = softMaker && surface().bits && surface().width > 0;
-            soft = canDraw ? softMaker->softDevice(surface()) : nullptr;
+            softSurface = pixels;
+            soft = nullptr;  // before the next one begins
+            if (softMaker && pixels.bits && pixels.width > 0)
+                soft = softMaker->softDevice(pixels);
             clipChanged = true;
         }
         device = soft.get();
     }
     if (device && clipChanged) {
-        device->setClip(now.clip.get());
+        device->setClip(clip());
         clipChanged = false;
     }
     return device;

@@ -46,9 +46,13 @@ struct CDC::State {
     Settings now;
     std::vector<Settings> saved;
     std::unique_ptr<VectorDevice> soft;
-    GraphicsHook* softMaker = nullptr;  ///< soft is of no use without it
-    bool clipChanged = true;            ///< the vector device has not been told
-    std::vector<Span> spans;            ///< reused from call to call
+    GraphicsHook* softMaker = nullptr;        ///< soft is of no use without it
+    PixelSurface softSurface;                 ///< and on pixels that moved
+    std::shared_ptr<const CRgn::Data> limit;  ///< of the device; null: all of it
+    mutable std::shared_ptr<const CRgn::Data> limitedFrom;
+    mutable std::shared_ptr<const CRgn::Data> limitedClip;  ///< limitedFrom within limit
+    bool clipChanged = true;                                ///< the vector device has not been told
+    std::vector<Span> spans;                                ///< reused from call to call
     std::vector<Span> outline;
     PolygonScanner scanner;
     std::optional<WideLine> wideLine;
@@ -56,7 +60,9 @@ struct CDC::State {
 
     PixelSurface surface() const { return backend ? backend->surface() : PixelSurface{}; }
     CRect deviceRect() const;
-    const Region* clipRegion() const { return now.clip ? &now.clip->region : nullptr; }
+    /// The clip within the limit of the device; null: everything.
+    const CRgn::Data* clip() const;
+    const Region* clipRegion() const { return clip() ? &clip()->region : nullptr; }
     /// Clip and device as one region.
     Region visibleRegion() const;
     void setClip(Region region);

@@ -98,6 +98,8 @@ public:
     virtual PixelSurface surface() const { return {}; }
     /// The page; null on a pixel device.
     virtual VectorDevice* page() { return nullptr; }
+    /// What may be painted at all, under every clip; null: the whole device. Asked for once.
+    virtual std::shared_ptr<const CRgn::Data> limit() const { return nullptr; }
 };
 
 /// Draws on pixels that someone else owns.

@@ -113,17 +113,26 @@ PixelPainter::PixelPainter(const PixelSurface& surface, const Region* clip)
     }
 }
 
+/// Paints units a .. b-1 of row y, all of them on the surface.
+void PixelPainter::paintUnits(int y, int a, int b, const PixelOperation& operation) const
+{
+    std::uint32_t* first = surface_.at(a, y);
+    const std::ptrdiff_t length = std::ptrdiff_t{b - a} * surface_.ratio;
+    for (int i = 0; i < surface_.ratio; ++i, first += surface_.stride)
+        paintRow(first, first + length, operation);
+}
+
 void PixelPainter::span(int y, int a, int b, const Ink& ink) const
 {
     clipped(y, a, b, [&](int row, int left, int right) {
-        std::uint32_t* const pixels = surface_.row(row);
+        surface_.touch({left, row, right, row + 1});
         if (ink.hatch < 0)
-            return paintRow(pixels + left, pixels + right, ink.operation);
+            return paintUnits(row, left, right, ink.operation);
         for (int x = left; x < right; ++x) {
             if (onHatch(ink.hatch, x, row))
-                pixels[x] = ink.operation(pixels[x]);
+                paintUnits(row, x, x + 1, ink.operation);
             else if (ink.fillsGaps)
-                pixels[x] = ink.gaps(pixels[x]);
+                paintUnits(row, x, x + 1, ink.gaps);
         }
     });
 }
@@ -136,9 +145,15 @@ void PixelPainter::spans(const std::vector<Span>& spans, const Ink& ink) const
 
 void PixelPainter::rect(const CRect& rect, const Ink& ink) const
 {
-    const int bottom = std::min(rect.bottom, bounds_.bottom);
-    for (int y = std::max(rect.top, bounds_.top); y < bottom; ++y)
-        span(y, rect.left, rect.right, ink);
+    clippedRects(rect, [&](const CRect& part) {
+        surface_.touch(part);
+        for (int y = part.top; y < part.bottom; ++y) {
+            if (ink.hatch < 0)
+                paintUnits(y, part.left, part.right, ink.operation);
+            else
+                span(y, part.left, part.right, ink);
+        }
+    });
 }
 
 void PixelPainter::run(const LineRun& run, const PixelOperation& operation) const
@@ -147,15 +162,16 @@ void PixelPainter::run(const LineRun& run, const PixelOperation& operation) cons
     if (run.horizontal) {
         const int left = last < 0 ? run.x + last : run.x;
         clipped(run.y, left, left + run.count, [&](int y, int a, int b) {
-            paintRow(surface_.row(y) + a, surface_.row(y) + b, operation);
+            surface_.touch({a, y, b, y + 1});
+            paintUnits(y, a, b, operation);
         });
         return;
     }
     const int top = last < 0 ? run.y + last : run.y;
     for (int y = top; y < top + run.count; ++y) {
         if (visible(run.x, y)) {
-            std::uint32_t& pixel = surface_.row(y)[run.x];
-            pixel = operation(pixel);
+            surface_.touch({run.x, y, run.x + 1, y + 1});
+            paintUnits(y, run.x, run.x + 1, operation);
         }
     }
 }

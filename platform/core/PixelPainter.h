@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/core/DirtyBoxes.h"
 #include "platform/core/lines.h"
 #include "platform/core/Region.h"
 #include "platform/types.h"
@@ -10,13 +11,28 @@
 namespace pavane
 {
 
-/// Pixels in memory, 0x00RRGGBB, top row first; `stride` pixels from row to row.
+/// Pixels in memory, 0x00RRGGBB, top row first; `stride` pixels from row to row. A unit is a
+/// block of ratio x ratio pixels, so that windows on fine screens are drawn in the units of all.
 struct PixelSurface {
     std::uint32_t* bits = nullptr;
-    int width = 0;
+    int width = 0;  ///< units
     int height = 0;
     std::ptrdiff_t stride = 0;
+    int ratio = 1;
+    DirtyBoxes* touched = nullptr;  ///< is told what was painted, in units; may be null
+    /// Row `y` of pixels, 0 .. height * ratio - 1.
     std::uint32_t* row(int y) const { return bits + y * stride; }
+    /// First pixel of a unit.
+    std::uint32_t* at(int x, int y) const
+    {
+        return bits + y * (stride * ratio) + std::ptrdiff_t{x} * ratio;
+    }
+    void touch(const CRect& units) const
+    {
+        if (touched)
+            touched->add(units);
+    }
+    friend bool operator==(const PixelSurface&, const PixelSurface&) = default;
 };
 
 /// 0x00BBGGRR as a pixel 0x00RRGGBB, and back.
@@ -47,7 +63,7 @@ struct Ink {
     PixelOperation gaps;
 };
 
-/// Paints rows of pixels through a clip region. Everything may lie outside the surface.
+/// Paints rows of units through a clip region. Everything may lie outside the surface.
 class PixelPainter
 {
 public:
@@ -87,7 +103,30 @@ public:
         }
     }
 
+    /// Calls paint(rect) for the visible parts of `box`, from top to bottom.
+    template <class Paint>
+    void clippedRects(const CRect& box, Paint paint) const
+    {
+        CRect inside;
+        if (!inside.IntersectRect(box, bounds_))
+            return;
+        if (!clip_)
+            return paint(inside);
+        const std::vector<Region::Band>& bands = clip_->bands();
+        for (std::size_t at = clip_->bandFrom(inside.top);
+             at < bands.size() && bands[at].top < inside.bottom; ++at) {
+            const Run* const runs = clip_->runs(bands[at]);
+            for (std::size_t i = 0; i < bands[at].count && runs[i].a < inside.right; ++i) {
+                CRect part(runs[i].a, bands[at].top, runs[i].b, bands[at].bottom);
+                if (part.IntersectRect(part, inside))
+                    paint(part);
+            }
+        }
+    }
+
 private:
+    void paintUnits(int y, int a, int b, const PixelOperation& operation) const;
+
     PixelSurface surface_;
     const Region* clip_;  ///< null when it is a rectangle, which bounds_ then holds
     CRect bounds_;

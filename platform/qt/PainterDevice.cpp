@@ -38,9 +38,11 @@ QRectF qtRect(const CRect& r)
 
 PainterDevice::PainterDevice(const PixelSurface& surface, FontTable& fonts)
     : fonts_(fonts), size_{surface.width, surface.height}, surface_(surface),
-      alias_(reinterpret_cast<uchar*>(surface.bits), surface.width, surface.height,
-             static_cast<qsizetype>(surface.stride) * 4, QImage::Format_RGB32)
+      alias_(reinterpret_cast<uchar*>(surface.bits), surface.width * surface.ratio,
+             surface.height * surface.ratio, static_cast<qsizetype>(surface.stride) * 4,
+             QImage::Format_RGB32)
 {
+    alias_.setDevicePixelRatio(surface.ratio);
     painter_.begin(&alias_);
     painter_.setRenderHint(QPainter::Antialiasing);
 }
@@ -73,16 +75,24 @@ void PainterDevice::setClip(const CRgn::Data* clip)
         (void)inside.IntersectRect(box, whole);  // an empty one hides everything
         return painter_.setClipRect(qtRect(inside));
     }
-    QRegion region;
-    for (const Region::Band& band : clip->region.bands()) {
-        const Run* const runs = clip->region.runs(band);
+    painter_.setClipRegion(qtRegion(clip->region, whole));
+}
+
+QRegion qtRegion(const Region& region, const CRect& within)
+{
+    std::vector<QRect> rects;
+    for (const Region::Band& band : region.bands()) {
+        const Run* const runs = region.runs(band);
         for (std::size_t i = 0; i < band.count; ++i) {
             CRect r(runs[i].a, band.top, runs[i].b, band.bottom);
-            if (r.IntersectRect(r, whole))
-                region += QRect(r.left, r.top, r.Width(), r.Height());
+            if (r.IntersectRect(r, within))
+                rects.emplace_back(r.left, r.top, r.Width(), r.Height());
         }
     }
-    painter_.setClipRegion(region);
+    // bands are in the order that Qt keeps them in, so nothing has to be united
+    QRegion made;
+    made.setRects(rects.data(), static_cast<int>(rects.size()));
+    return made;
 }
 
 /// Everything that can be seen, and a margin for the pen; painters fail on far coordinates.
@@ -261,11 +271,16 @@ void PainterDevice::clearTopBytes(const QRectF& painted)
     const QRectF visible = painted & QRectF(0, 0, size_.cx, size_.cy);
     const int right = std::min(size_.cx, nearestInt(visible.right() + 1));
     const int bottom = std::min(size_.cy, nearestInt(visible.bottom() + 1));
-    for (int y = std::max(0, nearestInt(visible.top() - 1)); y < bottom; ++y) {
+    const int left = std::max(0, nearestInt(visible.left() - 1));
+    const int top = std::max(0, nearestInt(visible.top() - 1));
+    const int k = surface_.ratio;
+    for (int y = top * k; y < bottom * k; ++y) {
         std::uint32_t* const row = surface_.row(y);
-        for (int x = std::max(0, nearestInt(visible.left() - 1)); x < right; ++x)
+        for (int x = left * k; x < right * k; ++x)
             row[x] &= 0xFFFFFF;
     }
+    if (left < right && top < bottom)
+        surface_.touch({left, top, right, bottom});
 }
 
 }  // namespace pavane

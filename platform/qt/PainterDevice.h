@@ -11,6 +11,9 @@
 namespace pavane
 {
 
+/// A region as Qt has it, cut to `within`.
+QRegion qtRegion(const Region& region, const CRect& within);
+
 /// Draws vectors through a painter: on a page, or with soft edges on a picture.
 class PainterDevice : public VectorDevice
 {

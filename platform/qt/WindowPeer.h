@@ -20,9 +20,9 @@ class PeerTimers;
 struct WindowPeer {
     HWND hwnd = 0;
     CWnd* window = nullptr;
-    QPointer<QWidget> widget;      ///< the client area, or the native control
-    QPointer<FrameWidget> frame;   ///< around it: menu bar, scroll bars, border; null for none
-    HWND parent = 0;               ///< or owner, of a top-level window
+    QPointer<QWidget> widget;     ///< the client area, or the native control
+    QPointer<FrameWidget> frame;  ///< around it: menu bar, scroll bars, border; null for none
+    HWND parent = 0;              ///< or owner, of a top-level window
     unsigned id = 0;
     unsigned style = 0;
     unsigned exStyle = 0;

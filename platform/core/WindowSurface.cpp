@@ -1,0 +1,90 @@
+#include "platform/core/WindowSurface.h"
+
+#include "platform/gdi_constants.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int greatestSide = 32768;
+constexpr int greatestRatio = 8;
+
+}  // namespace
+
+int WindowSurface::resize(int width, int height, int ratio)
+{
+    width = std::clamp(width, 0, greatestSide);
+    height = std::clamp(height, 0, greatestSide);
+    ratio = std::clamp(ratio, 1, greatestRatio);
+    const auto fineWidth = static_cast<std::size_t>(width) * static_cast<std::size_t>(ratio);
+    const auto fineHeight = static_cast<std::size_t>(height) * static_cast<std::size_t>(ratio);
+    std::vector<std::uint32_t> fresh;
+    // a vector has no other way to say that memory ran out
+    try {
+        fresh.assign(fineWidth * fineHeight, 0xFFFFFF);
+    } catch (const std::bad_alloc&) {
+        clear();
+        return 0;
+    }
+    if (ratio == ratio_) {
+        const PixelSurface before = pixels();
+        const int columns = std::min(width, width_) * ratio;
+        for (int y = 0; y < std::min(height, height_) * ratio; ++y)
+            std::copy_n(before.row(y), columns,
+                        fresh.data() + static_cast<std::size_t>(y) * fineWidth);
+    }
+    bits_ = std::move(fresh);
+    width_ = width;
+    height_ = height;
+    ratio_ = ratio;
+    invalid_ = Region(CRect(0, 0, width, height));
+    return 1;
+}
+
+void WindowSurface::clear()
+{
+    bits_ = {};
+    width_ = 0;
+    height_ = 0;
+    invalid_ = Region();
+    (void)touched_.taken();
+}
+
+PixelSurface WindowSurface::pixels()
+{
+    if (bits_.empty())
+        return {};
+    return {bits_.data(), width_, height_, std::ptrdiff_t{width_} * ratio_, ratio_};
+}
+
+PixelSurface WindowSurface::reportedPixels()
+{
+    PixelSurface surface = pixels();
+    if (surface.bits) {
+        surface.touched = &touched_;
+        if (onTouched && touched_.empty())
+            onTouched();
+    }
+    return surface;
+}
+
+void WindowSurface::invalidate(const Region& region)
+{
+    const Region inside = Region::combined(region, Region(CRect(0, 0, width_, height_)), RGN_AND);
+    invalid_ = invalid_.empty() ? inside : Region::combined(invalid_, inside, RGN_OR);
+}
+
+void WindowSurface::validate(const Region& region)
+{
+    invalid_ = Region::combined(invalid_, region, RGN_DIFF);
+}
+
+Region WindowSurface::takeInvalid() { return std::exchange(invalid_, Region()); }
+
+}  // namespace pavane
