@@ -29,10 +29,13 @@ public:
     CMenu() = default;
     CMenu(CMenu&&) = default;
     CMenu& operator=(CMenu&&) = default;
+    /// The same menu again, popups included.
+    CMenu Clone() const;
 
     /// Builds the menu of the resource tables; 0 when there is none of that identifier.
     int LoadMenu(unsigned id);
     int LoadMenu(const MenuTemplate& menu);
+    /// Null when there is no popup at that position.
     CMenu* GetSubMenu(int position);
     int GetMenuItemCount() const { return static_cast<int>(lines_.size()); }
     void AppendMenu(const CString& text, unsigned id);
@@ -42,6 +45,7 @@ public:
     /// is a position; by command popups are searched too. 0 when there is no such item.
     int EnableMenuItem(unsigned item, unsigned flags);
     int CheckMenuItem(unsigned item, unsigned flags);
+    /// Removes a line, with its popup; 0 when there is no such item.
     int RemoveMenu(unsigned item, unsigned flags);
     void DeleteAll() { lines_.clear(); }
     /// Shows the menu at a screen point until the user chose; the command goes to `owner` as
@@ -51,6 +55,7 @@ public:
     std::deque<Line>& lines() { return lines_; }
 
 private:
+    void append(const MenuItem* items, int count);
     Line* find(unsigned item, unsigned flags);
     std::deque<Line> lines_;
 };

@@ -1,4 +1,4 @@
-#include "platform/message.h"
+#include "platform/core/message_default.h"
 
 #include <cstdio>
 
@@ -14,14 +14,23 @@ int printLine(const CString& text, unsigned)
     return IDOK;
 }
 
+MessageFunction defaultFunction = printLine;
 MessageFunction messageFunction = printLine;
 
 }  // namespace
 
+void setDefaultMessageFunction(MessageFunction function)
+{
+    const MessageFunction before = defaultFunction;
+    defaultFunction = function ? function : printLine;
+    if (messageFunction == before)
+        messageFunction = defaultFunction;
+}
+
 MessageFunction SetMessageFunction(MessageFunction function)
 {
     const MessageFunction before = messageFunction;
-    messageFunction = function ? function : printLine;
+    messageFunction = function ? function : defaultFunction;
     return before;
 }
 

@@ -1,0 +1,218 @@
+#include "platform/profile.h"
+
+#include "platform/core/IniText.h"
+
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <filesystem>
+#include <optional>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// A larger file is none of ours: it is neither read nor replaced.
+constexpr std::size_t maxProfileSize = std::size_t{1} << 20;
+constexpr std::size_t maxProgramName = 64;
+
+struct Settings {
+    CString file;
+    CString program = "pavane";
+};
+
+Settings& settings()
+{
+    // never destroyed: static windows of a host save their placement late
+    static auto* const made = new Settings;
+    return *made;
+}
+
+/// Closes a file on every way out.
+class Descriptor
+{
+public:
+    explicit Descriptor(int value) : value_(value) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() { (void)close(); }
+    int get() const { return value_; }
+    bool close()
+    {
+        const int value = value_;
+        value_ = -1;
+        return value < 0 || ::close(value) == 0;
+    }
+
+private:
+    int value_;
+};
+
+/// The bytes of the file; empty text when there is no file, nothing when it cannot be used.
+std::optional<std::string> readWhole(const CString& name, mode_t& mode)
+{
+    // a pipe would keep us waiting
+    const Descriptor file(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (file.get() < 0)
+        return errno == ENOENT ? std::optional<std::string>(std::string()) : std::nullopt;
+    struct stat about;
+    if (fstat(file.get(), &about) != 0 || !S_ISREG(about.st_mode))
+        return {};
+    mode = about.st_mode & 07777;
+    std::string text;
+    char block[16384];
+    for (;;) {
+        const ssize_t count = read(file.get(), block, sizeof block);
+        if (count == 0)
+            return text;
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count < 0 || text.size() + static_cast<std::size_t>(count) > maxProfileSize)
+            return {};
+        text.append(block, static_cast<std::size_t>(count));
+    }
+}
+
+bool writeAll(int file, std::string_view bytes)
+{
+    while (!bytes.empty()) {
+        const ssize_t count = write(file, bytes.data(), bytes.size());
+        if (count < 0 && errno != EINTR)
+            return false;
+        if (count > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(count));
+    }
+    return fsync(file) == 0;
+}
+
+/// The file that the name leads to, so that a link stays a link.
+CString realName(const CString& name)
+{
+    std::error_code error;
+    const std::filesystem::path found = std::filesystem::canonical(name, error);
+    return error ? name : found.string();
+}
+
+bool replaceWhole(const CString& name, std::string_view bytes, mode_t mode)
+{
+    CString temporary = name + ".XXXXXX";
+    Descriptor file(mkstemp(temporary.data()));
+    if (file.get() < 0)
+        return false;
+    const bool written =
+        fchmod(file.get(), mode) == 0 && writeAll(file.get(), bytes) && file.close();
+    if (written && std::rename(temporary.c_str(), name.c_str()) == 0)
+        return true;
+    (void)unlink(temporary.c_str());
+    return false;
+}
+
+/// Mode of a new file: what the user lets others do with new files.
+mode_t newFileMode()
+{
+    const mode_t mask = umask(0);
+    (void)umask(mask);
+    return static_cast<mode_t>(0666 & ~mask);
+}
+
+bool isProgramName(const CString& name)
+{
+    const auto isAllowed = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+               c == '-' || c == '_';
+    };
+    for (const char c : name)
+        if (!isAllowed(c))
+            return false;
+    return !name.empty() && name.size() <= maxProgramName;
+}
+
+/// The folder of the default file and of no other is made when it is missing.
+void makeDefaultFolder(const CString& file)
+{
+    if (!settings().file.empty())
+        return;
+    std::error_code error;
+    // what fails here fails again, and is told, when the file is made
+    std::filesystem::create_directories(std::filesystem::path(file).parent_path(), error);
+}
+
+}  // namespace
+
+void SetProfileFile(const CString& file) { settings().file = file; }
+
+void SetProfileProgram(const CString& program)
+{
+    if (isProgramName(program))
+        settings().program = program;
+}
+
+CString GetProfileFile()
+{
+    if (!settings().file.empty())
+        return settings().file;
+    const char* folder = std::getenv("XDG_CONFIG_HOME");
+    const char* home = std::getenv("HOME");
+    CString base;
+    if (folder && folder[0] == '/')
+        base = folder;
+    else if (home && home[0] == '/')
+        base = CString(home) + "/.config";
+    else
+        return {};
+    const CString& program = settings().program;
+    return base + '/' + program + '/' + program + ".ini";
+}
+
+CString GetProfileString(const CString& section, const CString& entry, const CString& fallback)
+{
+    const CString file = GetProfileFile();
+    mode_t mode = 0;
+    if (file.empty())
+        return fallback;
+    auto text = readWhole(file, mode);
+    return text ? IniText(std::move(*text)).value(section, entry).value_or(fallback) : fallback;
+}
+
+int GetProfileInt(const CString& section, const CString& entry, int fallback)
+{
+    const CString text = GetProfileString(section, entry);
+    const auto first = text.find_first_not_of(" \t");
+    if (first == text.npos)
+        return fallback;
+    const auto last = text.find_last_not_of(" \t") + 1;
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data() + first, text.data() + last, value);
+    return error == std::errc() && end == text.data() + last ? value : fallback;
+}
+
+int WriteProfileString(const CString& section, const CString& entry, const CString& text)
+{
+    const CString named = GetProfileFile();
+    if (named.empty())
+        return 0;
+    makeDefaultFolder(named);
+    const CString file = realName(named);
+    mode_t mode = newFileMode();
+    auto old = readWhole(file, mode);
+    if (!old)
+        return 0;
+    IniText ini(*old);
+    if (!ini.set(section, entry, text) || ini.text().size() > maxProfileSize)
+        return 0;
+    return ini.text() == *old || replaceWhole(file, ini.text(), mode) ? 1 : 0;
+}
+
+int WriteProfileInt(const CString& section, const CString& entry, int value)
+{
+    return WriteProfileString(section, entry, std::to_string(value));
+}
+
+}  // namespace pavane

@@ -1,0 +1,60 @@
+#include "platform/resources.h"
+
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+std::vector<ResourceModule>& modules()
+{
+    // never destroyed: static windows of a host ask for their cursors late
+    static auto* const made = new std::vector<ResourceModule>;
+    return *made;
+}
+
+/// The first of `tables` with that identifier, in the module added last.
+template <class Template>
+const Template* find(const Template* ResourceModule::*table, int ResourceModule::*count,
+                     unsigned id)
+{
+    for (auto module = modules().rbegin(); module != modules().rend(); ++module)
+        for (int i = 0; i < (*module).*count; ++i)
+            if (((*module).*table)[i].id == id)
+                return (*module).*table + i;
+    return nullptr;
+}
+
+bool same(const ResourceModule& a, const ResourceModule& b)
+{
+    return a.menus == b.menus && a.dialogs == b.dialogs && a.cursors == b.cursors;
+}
+
+}  // namespace
+
+void AddResourceModule(const ResourceModule& module)
+{
+    for (const ResourceModule& known : modules())
+        if (same(known, module))
+            return;
+    modules().push_back(module);
+}
+
+const MenuTemplate* FindMenuTemplate(unsigned id)
+{
+    return find(&ResourceModule::menus, &ResourceModule::menuCount, id);
+}
+
+const DlgTemplate* FindDialogTemplate(unsigned id)
+{
+    return find(&ResourceModule::dialogs, &ResourceModule::dialogCount, id);
+}
+
+const CursorTemplate* FindCursorTemplate(unsigned id)
+{
+    return find(&ResourceModule::cursors, &ResourceModule::cursorCount, id);
+}
+
+}  // namespace pavane
