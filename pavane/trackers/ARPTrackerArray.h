@@ -1,0 +1,68 @@
+#pragma once
+
+#include "pavane/trackers/ABTracker.h"
+#include "pavane/trackers/LoadReport.h"
+#include "pavane/trackers/TrackerArrayOf.h"
+
+namespace pavane
+{
+
+class ABAxis;
+class ABitMatrix;
+class AFile;
+
+/// Areas in data values (RP), drawn and dragged through an axis. Masks and files need no axis.
+class PAVANE_API ARPTrackerArray : public TrackerArrayOf<ABTracker>
+{
+public:
+    ARPTrackerArray() = default;
+
+    /// The axis of all trackers, not owned; null takes it away. Call it again after the axis has
+    /// another range or graph rectangle.
+    void SetAxis(ABAxis* axis);
+    ABAxis* GetAxis() const { return axis_; }
+
+    /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`: clears m,
+    /// then sets the cells of every outline. With no area every bit is set. An unset map range, or
+    /// one without width, sets nothing. Ellipses have 8 points for each cell of the larger
+    /// semi-axis, 16 to 65536, so that masks do not depend on the zoom.
+    void FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
+    /// The cells of area i; m is not cleared before.
+    void FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
+    /// The outline of area i in those cells (x = column, y = row); 0 and no points without a usable
+    /// map range. Of a tracker that is in no collection, the same.
+    int GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny, const TMinMax& mapRange) const;
+    static int GetAreaCells(const ABTracker& tracker, AArray<CPoint>& cells, int nx, int ny,
+                            const TMinMax& mapRange);
+
+    /// Writes the current index, the count, and each tracker's class name (32 bytes) and record.
+    /// Results as in ATrackerArray.
+    int Store(AFile& file) const;
+    /// Reads what Store wrote in place of what there is; rules as in ATrackerArray. The trackers
+    /// get the axis of the collection.
+    int Load(AFile& file);
+    int Load(AFile& file, LoadReport& report);
+    ABTracker* LoadObject(const CString& className, AFile& file);
+
+    virtual ABTracker* GetNewTracker(int mode);
+    /// Gives the range to the axis and repaints; windows that lay out anew override it.
+    void SetNewMinMax(CWnd* window, TMinMax& range) override;
+
+protected:
+    /// Hands the axis to every tracker.
+    void SetAxisItems();
+    ATracker* makeTracker(int mode) override;
+    ATracker* makeTrackerOfClass(const std::string& name) override;
+    void adopt(ATracker& tracker) override;
+    int takesPress(CPoint p) const override;
+    TMinMax shownRange() const override;
+    int zoomedRange(CPoint p, TMinMax& range) const override;
+    APoint<double> shapePoint(CPoint pixel) const override;
+    CPoint pixelPoint(const APoint<double>& point) const override;
+    APoint<double> shapeOffset(APoint<double> value) override { return value; }
+
+private:
+    ABAxis* axis_ = nullptr;
+};
+
+}  // namespace pavane

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// What a stored collection held that could not be read, for the user.
+struct LoadReport {
+    /// One line each, in file order: "area 3: class \"AStar\" is unknown". At most 100.
+    std::vector<std::string> lines;
+    static constexpr int mostLines = 100;
+    int promised = 0;  ///< areas that the file says it holds
+    int loaded = 0;
+    int complete() const { return lines.empty(); }
+};
+
+}  // namespace pavane

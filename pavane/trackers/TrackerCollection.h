@@ -1,0 +1,316 @@
+#pragma once
+
+#include "pavane/axes/TMinMax.h"
+#include "pavane/containers/AArray.h"
+#include "pavane/trackers/ActiveItems.h"
+#include "pavane/trackers/ATracker.h"
+#include "pavane/trackers/BoxIndex.h"
+#include "pavane/trackers/EditHistory.h"
+#include "pavane/trackers/key_steps.h"
+#include "pavane/trackers/ShapeValues.h"
+#include "pavane/trackers/tool_modes.h"
+#include "platform/api.h"
+#include "platform/cursors.h"
+#include "platform/types.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace pavane
+{
+
+class CComboBox;
+
+/// What all collections of areas do, whatever the coordinates of their shapes: tools, the current
+/// area, list and toolbar, keyboard, undo, drawing and hit tests. Points are client pixels.
+///
+/// The current area is the one that tools and commands act on while it is active. Beside it several
+/// areas may be selected; the selection is not stored and not part of undo.
+///
+/// Every edit that goes through the collection can be undone. Hosts change trackers of their own
+/// inside ChangeTracker or SetShape, and active flags by SetItemActive; otherwise undo brings back
+/// what the collection knew.
+///
+/// A handler that runs during a drag may load, clear, delete or destroy the collection: the drag
+/// ends. Undo and redo wait for its end.
+class PAVANE_API TrackerCollection : public TrackerListener, private EditTarget
+{
+public:
+    TrackerCollection();
+    TrackerCollection(const TrackerCollection&) = delete;
+    TrackerCollection& operator=(const TrackerCollection&) = delete;
+    ~TrackerCollection() override;
+
+    // Items
+    virtual int trackerCount() const = 0;
+    /// Null outside the collection.
+    virtual ATracker* trackerAt(int i) const = 0;
+    /// The polygon that is being drawn, null for none.
+    virtual ATracker* workingTracker() const = 0;
+    /// Index of a tracker, -1 when it is none of this collection.
+    int IndexOf(const ATracker* tracker) const;
+    int GetCurItemNo() const { return curItem_; }
+    void SetCurItemNo(int i) { curItem_ = i; }
+    void SetItemActive(int i, int on);
+
+    // Zoom steps
+    /// The i-th factor of zoomFactors; i is not checked.
+    void SetZoomScaleNo(int i) { zoomScale_ = zoomFactors[i]; }
+    /// 0 when the factor is none of the list.
+    int GetZoomScaleNo() const;
+    int zoomScale() const { return zoomScale_; }
+    /// Ranges to go back to, the last one first.
+    const AArray<TMinMax>& zoomHistory() const { return zoomHistory_; }
+    /// Puts the range that is shown on the history before the window shows another one, and enables
+    /// the zoom-back command.
+    void SaveRange(CWnd* window, const TMinMax& range);
+    /// Empties the history and disables the zoom-back command.
+    void ForgetRanges(CWnd* window);
+
+    // Mouse and tools; a window calls these from its own handlers.
+    int mode() const { return mode_; }
+    /// Non-zero when the press was used: the window starts nothing else with it.
+    /// Ctrl with the arrow tool puts areas into the selection and takes them out.
+    virtual int OnLButtonDown(CWnd* window, unsigned flags, CPoint p);
+    virtual int OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p);
+    /// Shows the line from the last vertex of an open polygon to the pointer; non-zero then.
+    virtual int OnMouseMove(CWnd* window, unsigned flags, CPoint p);
+    /// Non-zero when it chose a cursor.
+    virtual int OnSetCursor(CWnd* window, unsigned hitArea, unsigned message);
+    virtual void BeginMode(CWnd* window, int mode);
+    virtual void EndMode(CWnd* window, int mode);
+    virtual void ZoomBack(CWnd* window);
+    virtual void ChangeActiveTrack(CWnd* window, int i);
+    /// Deletes the polygon under construction, else the selection or the current active area. 1
+    /// when something was deleted.
+    /// Deliberate: the name is spelled as hosts call it.
+    virtual int DelteTracker(CWnd* window);
+    /// Copies the selection or the current active area ten pixels down and right, inside the valid
+    /// rectangle; the last copy becomes current and active. 1 when something was copied.
+    virtual int CopyTracker(CWnd* window);
+    /// Fills the owner's list with "Area 1", "Area 2" ...; an active one becomes current.
+    virtual void FillAreasCB(CWnd* owner);
+    /// Draws the areas that the clip box of `dc` meets in index order, then the polygon under
+    /// construction and the shape that is being drawn.
+    virtual void Draw(CDC* dc, CWnd* window);
+    /// Deletes the polygon under construction, clears the zoom history, makes every area inactive.
+    virtual void EndWorking();
+
+    // Hooks of hosts
+    /// The list and the toolbar of the window; null here.
+    virtual CComboBox* GetComboBox(CWnd* window);
+    virtual CWnd* GetToolBar(CWnd* window);
+    /// Another range is to be shown.
+    virtual void SetNewMinMax(CWnd* window, TMinMax& range) = 0;
+    /// Invalidates and updates the window.
+    virtual void ChangeTrackState(CWnd* window);
+    /// Called after every edit, undo and redo, and when the current area or the selection changes.
+    virtual void OnChanged() {}
+    /// Called for each new shape of a dragged tracker; the window is invalid but not painted yet.
+    virtual void OnChanging(ATracker& tracker) { (void)tracker; }
+
+    // Hit tests
+    /// The topmost area whose HitTest(p) is not negative, -1 for none.
+    int TopmostAt(CPoint p, CWnd* window);
+    /// Shapes or the mapping have changed behind the collection's back: boxes for hit tests and
+    /// drawing are made anew when they are next needed.
+    void ForgetBoxes() { boxesKnown_ = 0; }
+
+    // Undo
+    /// One step each; 0 when there is none, or during a drag.
+    int Undo(CWnd* window);
+    int Redo(CWnd* window);
+    int CanUndo() const { return history_.canUndo() && !dragged_; }
+    int CanRedo() const { return history_.canRedo() && !dragged_; }
+    /// Steps, labels and their memory.
+    const EditHistory& history() const { return history_; }
+    EditHistory& history() { return history_; }
+    /// Non-zero unless the areas are those of the last SetSaved (at first: the empty collection).
+    int IsModified() const { return history_.isModified(); }
+    void SetSaved() { history_.markSaved(); }
+    /// All edits until EndEdits are one step. Calls nest; the outermost label counts.
+    void BeginEdits(std::string_view label);
+    void EndEdits(CWnd* window);
+    /// Calls `change` on tracker i; what it did is one step. A result of 0 puts the tracker back.
+    int ChangeTracker(CWnd* window, int i, std::string_view label,
+                      const std::function<int(ATracker&)>& change);
+    /// The shape of area i as numbers: data values, or pixels where shapes are pixels.
+    int GetShape(int i, ShapeValues& shape) const;
+    /// Gives area i other numbers; 0 for another kind of shape or numbers that are not finite.
+    int SetShape(CWnd* window, int i, const ShapeValues& shape);
+
+    // Several areas
+    /// By rising index: the selection, or the current area where that is empty and it is active.
+    std::vector<int> SelectedItems() const;
+    int IsSelected(int i) const;
+    void SelectItem(CWnd* window, int i, int on);
+    void SelectAll(CWnd* window);
+    void ClearSelection(CWnd* window);
+    /// Deletes all areas and the polygon under construction.
+    void Clear(CWnd* window);
+
+    // Keyboard
+    /// Gives the focus to the next area or handle: areas in order, each followed by its handles; an
+    /// area with the focus is current and active. 0 past the last one: nothing has it then.
+    int NextFocus(CWnd* window);
+    int PrevFocus(CWnd* window);
+    /// Index of the area with the focus (-1 for none), and of its handle (-1: the area itself).
+    int focusItem() const { return focusItem_; }
+    int focusHandle() const { return focusHandle_; }
+    void SetFocusAt(CWnd* window, int item, int handle);
+    /// Where the focused handle or area (its centre) is on the screen; 0 without a focus.
+    int FocusPoint(CPoint& p) const;
+    /// Moves the focused handle, or else the selection, inside the valid rectangle. In pixels y
+    /// grows downwards. 0 when nothing moved.
+    int MoveBy(CWnd* window, int dx, int dy);
+    /// The same by a difference of data values.
+    int MoveByValue(CWnd* window, double dx, double dy);
+    /// Adds a vertex: on the edge nearest to `at`, or halfway after the focused vertex, or halfway
+    /// on the last edge. 0 where the current area is no polygon.
+    int InsertVertex(CWnd* window, const CPoint* at = nullptr);
+    /// Deletes the vertex at `at`, or the focused one; never below three.
+    int DeleteVertex(CWnd* window, const CPoint* at = nullptr);
+    /// Closes the polygon under construction when it has three vertices.
+    int CloseArea(CWnd* window);
+    /// Drops the polygon under construction, else the drawing tool, else focus and selection. 0
+    /// when there was nothing to leave.
+    int Escape(CWnd* window);
+
+    /// Pixels that the pointer has to leave a press by before a drag begins; 0 at first.
+    void SetDeadZone(int pixels);
+    int deadZone() const { return deadZone_; }
+    /// Lasts as long as the collection.
+    const LifeToken& life() const { return life_; }
+
+    // TrackerListener
+    void trackerChanging(ATracker& tracker) override;
+    int trackerBounds(const ATracker& tracker, CRect& bounds) override;
+
+protected:
+    // What the kinds of collections do in their own way.
+    /// A new tracker of the first bit among rectangle, rotated rectangle, ellipse, area; or of a
+    /// stored class name. Null for none.
+    virtual ATracker* makeTracker(int mode) = 0;
+    virtual ATracker* makeTrackerOfClass(const std::string& name) = 0;
+    /// Takes ownership when the result is non-zero; takeTracker gives it back.
+    virtual int putTracker(int i, ATracker* tracker) = 0;
+    virtual ATracker* takeTracker(int i) = 0;
+    virtual void setWorking(ATracker* tracker) = 0;
+    /// Sets what a tracker does not store.
+    virtual void adopt(ATracker& tracker);
+    /// Whether a press at p is for the collection.
+    virtual int takesPress(CPoint p) const = 0;
+    /// The range that the pixels stand for, and that of one zoom step about a pixel (0 for none).
+    virtual TMinMax shownRange() const = 0;
+    virtual int zoomedRange(CPoint p, TMinMax& range) const = 0;
+    /// The coordinates of shapes (pixels, or data values) of a pixel, and back.
+    virtual APoint<double> shapePoint(CPoint pixel) const = 0;
+    virtual CPoint pixelPoint(const APoint<double>& point) const = 0;
+    /// The change of a shape's coordinates at `at` for a change of data values.
+    virtual APoint<double> shapeOffset(APoint<double> value) = 0;
+    /// Pixel shapes: the mapping that they belong to now, and a tracker's way between two mappings.
+    virtual int mappingNumber() { return 0; }
+    virtual void rescale(ATracker& tracker, int fromMapping, int toMapping);
+
+    /// Add and DeleteItems of the arrays.
+    int addItem(ATracker* tracker, int makeCurrent);
+    void removeItems(int first, int n);
+    /// Ends the drag that runs: the shape is as before it, and the loop returns. For changes of
+    /// what shapes mean.
+    void endDrag();
+    /// Replaces all items, as one step; owns the new ones in any case.
+    void replaceAll(std::vector<ATracker*>& trackers, int current);
+
+    int zoomScale_ = zoomFactors[0];
+    int curItem_ = -1;
+    int mode_ = toolArrow;
+    int deadZone_ = 0;
+    AArray<TMinMax> zoomHistory_;
+    HCURSOR zoomCursor_ = 0;
+    HCURSOR drawCursor_ = 0;
+
+private:
+    class Step;
+    struct Kind {
+        std::string name;
+        int mapping;
+    };
+
+    // EditTarget
+    int applyEdit(const EditChange& change) override;
+    int applySelection(const EditSelection& selection) override;
+
+    // Recording (collection_undo.cpp)
+    EditSelection selectionNow() const { return {curItem_, active_.unusual()}; }
+    int kindCode(const ATracker& tracker);
+    std::string recordOf(const ATracker& tracker, int i) const;
+    ATracker* makeFromRecord(int kind, std::string_view record);
+    int setRecord(ATracker& tracker, int kind, std::string_view record);
+    int insertItem(int i, ATracker* tracker, int usual);
+    void eraseItem(int i);
+    void noteChange(int i, const std::string& before);
+    void changeWorking(ATracker* tracker);
+    void setMode(int mode);
+    void noteDragged(ATracker& tracker, const std::string& before, std::string_view label);
+
+    // Presses (collection_press.cpp)
+    int pressZoom(CWnd* window, CPoint p);
+    int pressSelect(CWnd* window, CPoint p);
+    int pressMove(CWnd* window, CPoint p);
+    int pressDraw(CWnd* window, CPoint p);
+    int drawNew(CWnd* window, CPoint p);
+    int addVertex(CWnd* window, CPoint p);
+    void takeDrawn(CWnd* window, ATracker* tracker);
+    int moveSeveral(CWnd* window, ATracker& grabbed, CPoint p);
+    int drag(ATracker& tracker, const std::function<int()>& run);
+
+    // List, toolbar, state
+    void enableAreaCommands(CWnd* window, int on);
+    void enableZoomBack(CWnd* window);
+    void showCurrent(CWnd* window);
+    void makeCurrent(int i);
+    void changed(CWnd* window);
+    void fillList(CWnd* window);
+
+    // Boxes and drawing
+    int knowBoxes();
+    ARect<double> boxOf(const ATracker& tracker) const;
+    void boxChanged(int i);
+    void drawOne(CDC& dc, CWnd* window, ATracker& tracker, CRect& clip);
+
+    // Keyboard
+    int moveShapes(CWnd* window, const std::vector<int>& items, APoint<double> offset);
+    int moveFocusedHandle(CWnd* window, APoint<double> offset);
+    ARect<double> boundsOf(CWnd* window, ATracker& tracker) const;
+    int stepFocus(CWnd* window, int direction);
+
+    EditHistory history_;
+    int depth_ = 0;  ///< of BeginEdits
+    int applying_ = 0;
+    std::vector<Kind> kinds_;
+    ActiveItems active_;
+    std::unordered_set<const ATracker*> selected_;
+    int focusItem_ = -1;
+    int focusHandle_ = -1;
+    BoxIndex boxes_;
+    int boxesKnown_ = 0;
+    PixelSteps pixelSteps_;
+
+    ATracker* dragged_ = nullptr;  ///< while its loop runs
+    ATracker* drawn_ = nullptr;    ///< a new shape while it is drawn; owned
+    std::string draggedBefore_;
+    struct Follower {
+        int item;
+        std::string before;
+    };
+    std::vector<Follower> followers_;  ///< areas that move with the dragged one
+    CRect followBounds_;
+    CPoint hover_;
+    int hovering_ = 0;
+    LifeToken life_;
+};
+
+}  // namespace pavane
