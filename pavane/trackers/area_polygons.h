@@ -1,0 +1,24 @@
+#pragma once
+
+#include "pavane/trackers/AAreaArray.h"
+#include "pavane/trackers/AreaShape.h"
+#include "pavane/trackers/RegionNotes.h"
+#include "platform/api.h"
+
+#include <vector>
+
+namespace pavane
+{
+
+/// The outlines of the shapes as polygons of whole cells, in the place of what `areas` held.
+/// Vertices are rounded to the nearest cell; those that fall on their predecessor are dropped. That
+/// outlines were rounded is noted once, shapes that are not whole one by one. Non-zero unless
+/// memory is short.
+PAVANE_API int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas,
+                          RegionNotes& notes);
+
+/// The polygons as shapes. Those of fewer than three vertices, which mask a line at most, are left
+/// out and noted.
+PAVANE_API std::vector<AreaShape> shapesOf(const AAreaArray& areas, RegionNotes& notes);
+
+}  // namespace pavane

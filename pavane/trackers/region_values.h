@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pavane
+{
+
+/// A number of a region file: cells, or an angle in degrees.
+struct RegionValue {
+    enum class Unit { none, cells, degrees };
+    double value = 0;
+    Unit unit = Unit::none;
+};
+
+/// The text without blanks at its ends.
+std::string_view trimmedText(std::string_view text);
+/// The text in small letters (ASCII).
+std::string smallLetters(std::string_view text);
+/// Non-zero when the texts are the same but for capitals (ASCII).
+int sameWord(std::string_view a, std::string_view b);
+
+/// A finite number and nothing else. Non-zero on success.
+int readFinite(std::string_view text, double& value);
+
+/// Sexagesimal angles: hours or degrees, minutes and seconds with ':' between them, "12h34m5.6s",
+/// "-12d34m5.6s", "-01.54.24.5". `isLongitude` says that ':' stands behind hours. Degrees.
+/// Non-zero when the text is one of these; `minutes` and `seconds` are below 60 each.
+int readSexagesimal(std::string_view text, int isLongitude, double& degrees);
+
+/// The shortest text without an exponent that reads back to the same double.
+std::string plainNumber(double value);
+
+}  // namespace pavane

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "pavane/trackers/area_geometry.h"
+#include "tessel/map_header.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+inline constexpr double degree = std::numbers::pi / 180;
+
+/// "box 10 20 4 2 30" (turned; degrees), "rect x y w h", "ellipse x y w h a", "poly x y x y ...".
+inline std::string asText(const AreaShape& shape)
+{
+    const auto number = [](double v) {
+        return ' ' + valToStr(std::floor(v * 1e6 + 0.5) / 1e6, 10);
+    };
+    std::string text;
+    if (shape.kind == AreaShape::Kind::polygon) {
+        for (const APoint<double>& p : shape.vertices)
+            text += number(p.x) + number(p.y);
+        return "poly" + text;
+    }
+    text = number(shape.centre.x) + number(shape.centre.y) + number(shape.width) +
+           number(shape.height);
+    if (shape.kind == AreaShape::Kind::rectangle)
+        return "rect" + text;
+    return (shape.kind == AreaShape::Kind::ellipse ? "ellipse" : "box") + text +
+           number(shape.angle / degree);
+}
+
+inline std::string asText(const std::vector<AreaShape>& shapes)
+{
+    std::string text;
+    for (const AreaShape& shape : shapes)
+        text += asText(shape) + '\n';
+    return text;
+}
+
+/// Areas of all kinds on a map of 1000 x 1000 cells, the same for the same seed.
+inline std::vector<AreaShape> randomShapes(int count, unsigned seed)
+{
+    std::mt19937_64 random(seed);
+    const auto between = [&](double a, double b) {
+        return std::uniform_real_distribution<double>(a, b)(random);
+    };
+    std::vector<AreaShape> shapes(static_cast<std::size_t>(count));
+    for (AreaShape& shape : shapes) {
+        shape.kind = static_cast<AreaShape::Kind>(random() % 4);
+        shape.centre = {between(0, 1000), between(0, 1000)};
+        shape.width = between(0.01, 300);
+        shape.height = between(0.01, 300);
+        shape.angle = shape.kind == AreaShape::Kind::rectangle ? 0 : between(-10, 10);
+        for (auto n = shape.kind == AreaShape::Kind::polygon ? random() % 20 + 3 : 0; n; --n)
+            shape.vertices.push_back({between(-50, 1050), between(-50, 1050)});
+    }
+    return shapes;
+}
+
+/// The larger axis of an ellipse first, so that equal ones compare.
+inline AreaShape ordered(AreaShape shape)
+{
+    if (shape.kind == AreaShape::Kind::ellipse && shape.width < shape.height) {
+        std::swap(shape.width, shape.height);
+        shape.angle += std::numbers::pi / 2;
+    }
+    return shape;
+}
+
+/// The farthest that an outline point moved, cells; 1e9 for lists that do not go together.
+inline double worstOutline(const std::vector<AreaShape>& a, const std::vector<AreaShape>& b)
+{
+    double worst = a.size() == b.size() ? 0 : 1e9;
+    for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
+        const auto from = outlineOf(ordered(a[i]), 16);
+        const auto to = outlineOf(ordered(b[i]), 16);
+        if (from.size() != to.size())
+            return 1e9;
+        for (const APoint<double>& p : from) {
+            // an outline may begin at another corner: the nearest point counts
+            double nearest = 1e9;
+            for (const APoint<double>& q : to)
+                nearest = std::min(nearest, std::hypot(p.x - q.x, p.y - q.y));
+            worst = std::max(worst, nearest);
+        }
+    }
+    return worst;
+}
+
+/// A map's header in the SIN projection, `step` degrees a cell, turned by `turn` degrees.
+inline MapHeader sinMap(double ra, double dec, double step, double turn = 0)
+{
+    MapHeader header;
+    header.axes.resize(2);
+    header.axes[0] = {1000, "RA---SIN", "deg", ra, 501, -step, 0};
+    header.axes[1] = {1000, "DEC--SIN", "deg", dec, 501, step, turn};
+    header.hasCelestialAxes = 1;
+    const double c = std::cos(turn * degree);
+    const double s = std::sin(turn * degree);
+    header.cd[0][0] = -step * c;
+    header.cd[0][1] = -step * s;
+    header.cd[1][0] = -step * s;
+    header.cd[1][1] = step * c;
+    header.equinox = 2000;
+    return header;
+}
+
+}  // namespace pavane

@@ -1,0 +1,170 @@
+#include "pavane/trackers/area_shape_file.h"
+#include "pavane/trackers/region_crtf.h"
+#include "pavane/trackers/region_ds9.h"
+#include "tessel/fits_map.h"
+#include "tessel/paths.h"
+#include "tests/trackers/region_shapes.h"
+
+#include <gtest/gtest.h>
+
+using namespace pavane;
+
+namespace
+{
+
+/// The cell of an offset from the reference position (east, north; degrees), small-angle formulas.
+APoint<double> cellOf(double east, double north, double step)
+{
+    return {500 - east / step, 500 + north / step};
+}
+
+std::string ds9Shapes(const MapHeader& header, const std::string& text,
+                      RegionNotes* notes = nullptr)
+{
+    SkyCoordinates sky;
+    std::string error;
+    std::vector<AreaShape> shapes;
+    RegionNotes local;
+    EXPECT_TRUE(sky.init(header, error)) << error;
+    parseDs9Regions(text, &sky, shapes, notes ? *notes : local);
+    return asText(shapes);
+}
+
+std::string crtfShapes(const MapHeader& header, const std::string& text)
+{
+    SkyCoordinates sky;
+    std::string error;
+    std::vector<AreaShape> shapes;
+    RegionNotes notes;
+    EXPECT_TRUE(sky.init(header, error)) << error;
+    parseCrtfRegions(text, &sky, shapes, notes);
+    return asText(shapes);
+}
+
+/// The farthest that a random area moves on its way through a text on the sky and back, cells.
+double worstThroughSky(const MapHeader& header, AreaFileFormat format, RegionNotes& notes)
+{
+    SkyCoordinates sky;
+    std::string error;
+    EXPECT_TRUE(sky.init(header, error)) << error;
+    const std::vector<AreaShape> shapes = randomShapes(1000, 8);
+    std::vector<AreaShape> back;
+    if (format == AreaFileFormat::ds9)
+        parseDs9Regions(ds9RegionText(shapes, RegionSystem::sky, &sky, notes), &sky, back, notes);
+    else
+        parseCrtfRegions(crtfRegionText(shapes, RegionSystem::sky, &sky, notes), &sky, back, notes);
+    return worstOutline(shapes, back);
+}
+
+}  // namespace
+
+TEST(SkyRegions, LieWhereTheTangentPlaneSays)
+{
+    const double step = 1e-3 / 3600;  // 1 mas cells at (180, 0)
+    const MapHeader map = sinMap(180, 0, step);
+    const APoint<double> p = cellOf(0.02 / 3600, 0.01 / 3600, step);
+    EXPECT_DOUBLE_EQ(p.x, 480);
+    struct {
+        const char* text;
+        const char* shapes;
+    } const cases[] = {
+        // the first size of a box lies along the angle, counted from west towards north
+        {"fk5\nbox(180.00000555555555556,0.00000277777777778,0.03\",0.01\",30)",
+         "box 480 510 30 10 30\n"},
+        {"fk5\nellipse(180,0,0.03\",0.01\",30)", "ellipse 500 500 60 20 30\n"},
+        {"j2000;circle(12:00:00,+0:0:0.01,0.002')", "ellipse 500 510 240 240 0\n"},
+        {"fk5\npolygon(180d,0d,12h0m0s,0d0m0.05s,179.9999861111111111,0)",
+         "poly 500 500 500 550 550 500\n"},
+        {"fk5\ncircle(180,0,3i)", "ellipse 500 500 6 6 0\n"},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(ds9Shapes(map, c.text), c.shapes) << c.text;
+    const char* const crtfCases[][2] = {
+        // position angles run from north through east, which is counter-clockwise here
+        {"ellipse[[180deg, 0deg], [30mas, 10mas], 20deg]", "ellipse 500 500 60 20 110\n"},
+        {"rotbox[[12h0m0s, 0.0.0.01], [30mas, 0.01arcsec], 30deg] coord=J2000",
+         "box 500 510 30 10 30\n"},
+        {"centerbox[[12:00:00, 0d0m0s], [40pix, 20pix]]", "rect 500 500 40 20\n"},
+        {"box[[180.00000277777777778deg, 0deg], [180deg, 0.00000555555555556deg]]",
+         "rect 495 510 10 20\n"},
+    };
+    for (const auto& c : crtfCases)
+        EXPECT_EQ(crtfShapes(map, c[0]), c[1]) << c[0];
+    // a map turned by 30 degrees, and one whose east is to the right
+    EXPECT_EQ(ds9Shapes(sinMap(180, 0, step, 30), "fk5\nellipse(180,0,0.03\",0.01\",30)"),
+              "ellipse 500 500 60 20 60\n");
+    MapHeader mirrored = map;
+    mirrored.cd[0][0] = step;
+    EXPECT_EQ(ds9Shapes(mirrored, "fk5\nellipse(180,0,0.03\",0.01\",30)"),
+              "ellipse 500 500 60 20 150\n");
+}
+
+TEST(SkyRegions, OfOblongCellsBecomePolygonsWhenTheyMust)
+{
+    MapHeader oblong = sinMap(180, 0, 1e-3 / 3600);
+    oblong.cd[0][0] *= 2;
+    RegionNotes notes;
+    EXPECT_EQ(ds9Shapes(oblong, "icrs\nbox(180,0,0.04\",0.02\",0)\n", &notes),
+              "rect 500 500 20 20\n");
+    EXPECT_EQ(
+        notes.lines[0],
+        "positions in ICRS are taken as the map's FK5, which differs by less than 0.1 arcsec");
+    EXPECT_EQ(ds9Shapes(oblong, "fk5\ncircle(180,0,0.04\")"), "ellipse 500 500 40 80 0\n");
+    EXPECT_EQ(ds9Shapes(oblong, "fk5\nbox(180,0,0.04\",0.04\",45)", &notes).substr(0, 5), "poly ");
+    EXPECT_EQ(notes.lines.back(),
+              "line 2: the box is not a rectangle on the map; taken as a polygon");
+    EXPECT_LT(worstThroughSky(oblong, AreaFileFormat::crtf, notes), 1e-6);
+}
+
+TEST(SkyRegions, BringAThousandRandomAreasBack)
+{
+    struct {
+        const char* name;
+        MapHeader map;
+        double limit;  // a double of 100 degrees has steps of 1.4e-14 degrees
+    } const cases[] = {{"1 mas", sinMap(83.6, 22, 2.8e-7), 1e-6},
+                       {"turned across 0 h", sinMap(359.99999, -60, 1e-5, 77), 1e-6},
+                       {"wide field", sinMap(200, 40, 3e-3), 1e-6}};
+    for (const auto& c : cases)
+        for (const AreaFileFormat format : {AreaFileFormat::ds9, AreaFileFormat::crtf}) {
+            RegionNotes notes;
+            const double worst = worstThroughSky(c.map, format, notes);
+            EXPECT_LT(worst, c.limit)
+                << c.name << (format == AreaFileFormat::ds9 ? " ds9" : " crtf");
+            EXPECT_EQ(notes.leftOut + notes.damaged, 0) << notes.lines[0];
+            RecordProperty(std::string(c.name) + (format == AreaFileFormat::ds9 ? " ds9" : " crtf"),
+                           valToStr(worst, 3));
+        }
+}
+
+TEST(SkyRegions, ReadOtherProgramsFilesOnRealMaps)
+{
+    const std::string folder = "/work/shared/data/";
+    if (!IsFolderExists(folder + "regions"))
+        GTEST_SKIP() << "no real files here";
+    std::vector<AreaShape> shapes;
+    RegionNotes notes;
+    std::string error;
+    ASSERT_TRUE(
+        readAreaShapes(folder + "regions/astropy_ds9.image.reg", nullptr, shapes, notes, error));
+    EXPECT_EQ(asText(shapes), "ellipse 165 545 40 40 0\n"
+                              "poly 406.24723 537 444 574.75275 481.75277 537 444 499.24723\n");
+    EXPECT_EQ(notes.leftOut, 14);
+    SkyCoordinates m51;
+    ASSERT_TRUE(m51.init(sinMap(202.48, 47.2, 1.0 / 3600), error));
+    ASSERT_TRUE(readAreaShapes(folder + "regions/astropy_ds9.fk5.reg", &m51, shapes, notes, error));
+    EXPECT_EQ(shapes.size(), 2U);
+    EXPECT_NEAR(shapes[0].width, 2 * 3.9640007, 1e-6);
+    ASSERT_TRUE(
+        readAreaShapes(folder + "regions/astropy_CRTFgeneral.crtf", &m51, shapes, notes, error));
+    EXPECT_EQ(shapes.size(), 0U);
+    EXPECT_EQ(notes.leftOut, 7);
+    for (const char* name :
+         {"J0000+0248_2016_01_03_VLBA_4GHz.fits", "J0738+17_stacked_VLBA_15GHz.fits"}) {
+        FitsMap map;
+        ASSERT_TRUE(readFitsMap(folder + "maps/" + name, -1, map, error)) << error;
+        const double worst = worstThroughSky(map.header, AreaFileFormat::ds9, notes);
+        RecordProperty(name, valToStr(worst, 3));
+        EXPECT_LT(worst, 3e-6) << name;
+    }
+}
