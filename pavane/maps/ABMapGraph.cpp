@@ -89,39 +89,49 @@ double ABMapGraph::stepY() const
     return y != 0 ? y : x != 0 ? std::fabs(x) : 1;
 }
 
-PixelCells ABMapGraph::columnsOfPixels(int first, int pixels) const
+std::vector<double> ABMapGraph::columnBorders(int first, int pixels, int ratio) const
 {
-    PixelCells shown;
     const CRect& rect = axis()->getGraphRect();
     const TMinMax& range = axis()->getMinMax();
-    std::vector<double> edges;
-    for (int i = 0; i <= pixels; ++i) {
-        const double distance = static_cast<double>(first) + i - 0.5 - rect.left;
+    std::vector<double> borders;
+    for (int i = 0; i <= pixels * ratio; ++i) {
+        const double distance = first + static_cast<double>(i) / ratio - 0.5 - rect.left;
         double wp = distance / rect.Width();
         if (axis()->getXDirect() < 0)
             wp = 1 - wp;
-        edges.push_back(
+        borders.push_back(
             RPXtoMPX(valueAt(wp, axis()->getXDirect(), range.xMin, range.xMax, axis()->logX())));
     }
-    shown.set(edges, cells_->columns());
-    return shown;
+    return borders;
 }
 
-PixelCells ABMapGraph::rowsOfPixels(int first, int pixels) const
+std::vector<double> ABMapGraph::rowBorders(int first, int pixels, int ratio) const
 {
-    PixelCells shown;
     const CRect& rect = axis()->getGraphRect();
     const TMinMax& range = axis()->getMinMax();
-    std::vector<double> edges;
-    for (int i = 0; i <= pixels; ++i) {
-        const double distance = static_cast<double>(first) + i - 0.5 - rect.top;
+    std::vector<double> borders;
+    for (int i = 0; i <= pixels * ratio; ++i) {
+        const double distance = first + static_cast<double>(i) / ratio - 0.5 - rect.top;
         double wp = distance / rect.Height();
         if (axis()->getYDirect() >= 0)
             wp = 1 - wp;
-        edges.push_back(
+        borders.push_back(
             RPYtoMPY(valueAt(wp, axis()->getYDirect(), range.yMin, range.yMax, axis()->logY())));
     }
-    shown.set(edges, cells_->rows());
+    return borders;
+}
+
+PixelCells ABMapGraph::columnsOfPixels(int first, int pixels, int ratio) const
+{
+    PixelCells shown;
+    shown.set(columnBorders(first, pixels, ratio), cells_->columns());
+    return shown;
+}
+
+PixelCells ABMapGraph::rowsOfPixels(int first, int pixels, int ratio) const
+{
+    PixelCells shown;
+    shown.set(rowBorders(first, pixels, ratio), cells_->rows());
     return shown;
 }
 

@@ -53,9 +53,13 @@ public:
     double RPYtoMPY(double y) const { return (y - centres_.yMin) / stepY(); }
     double MPXtoRPX(double column) const { return centres_.xMin + column * stepX(); }
     double MPYtoRPY(double row) const { return centres_.yMin + row * stepY(); }
-    /// Which cells `pixels` device pixels from `first` on show, across or down the graph rectangle.
-    PixelCells columnsOfPixels(int first, int pixels) const;
-    PixelCells rowsOfPixels(int first, int pixels) const;
+    /// Which cells `pixels` device pixels from `first` on show, across or down the graph rectangle,
+    /// each cut into `ratio` finer ones.
+    PixelCells columnsOfPixels(int first, int pixels, int ratio = 1) const;
+    PixelCells rowsOfPixels(int first, int pixels, int ratio = 1) const;
+    /// The borders of those pixels in cells, one more than pixels.
+    std::vector<double> columnBorders(int first, int pixels, int ratio) const;
+    std::vector<double> rowBorders(int first, int pixels, int ratio) const;
 
     CString GetOXName() const override { return nameX_; }
     CString GetOYName() const override { return nameY_; }

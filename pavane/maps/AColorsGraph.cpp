@@ -127,8 +127,9 @@ void AColorsGraph::drawCells(CDC& dc) const
     // pixels whose centres lie on the ends of the axis belong to the picture
     const CRect& rect = axis()->getGraphRect();
     const CRect target(rect.left, rect.top, rect.right + 1, rect.bottom + 1);
-    drawImage(dc, columnsOfPixels(target.left, target.Width()),
-              rowsOfPixels(target.top, target.Height()), target);
+    const int ratio = dc.GetPixelRatio();
+    drawImage(dc, columnsOfPixels(target.left, target.Width(), ratio),
+              rowsOfPixels(target.top, target.Height(), ratio), target);
 }
 
 int AColorsGraph::paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
@@ -169,6 +170,12 @@ void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
         ++top;
     while (bottom > top && y.groupOf(bottom - 1) < 0)
         --bottom;
+    // on a finer device whole units, or the picture would be stretched by a part of one
+    const int ratio = dc.IsVector() ? 1 : dc.GetPixelRatio();
+    left = (left + ratio - 1) / ratio * ratio;
+    right = right / ratio * ratio;
+    top = (top + ratio - 1) / ratio * ratio;
+    bottom = bottom / ratio * ratio;
     if (left >= right || top >= bottom)
         return;
     const int scan = ADIBase::ScanLineWidth(x.pixels());
