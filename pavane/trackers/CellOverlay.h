@@ -24,7 +24,8 @@ struct CellSum {
 /// mask is the one that filling all areas from nothing gives (AAreaBitFill for each into a cleared
 /// matrix; every bit 1 when there is no area at all). A change costs what lies in the boxes of the
 /// area before and after it: those rows and columns are cleared and every area that meets them is
-/// filled again.
+/// filled again. While one area is changed again and again, as in a drag, the mask of the others is
+/// kept, and a change costs that area alone.
 ///
 /// The sum is made of sums over 64 cells, these are added up by row and the rows in turn, each time
 /// anew from what is there: it depends on the mask alone, not on the way to it, and is within a
@@ -52,9 +53,11 @@ public:
     int insert(int area, const CPoint* points, int n);
     int replace(int area, const CPoint* points, int n);
     int remove(int area);
-    /// No areas; what follows is done once, however many areas are then appended before `end`.
-    void beginAll();
-    int endAll();
+    int clear();
+    /// Between these two, areas change without the mask, which `end` brings up to date in one go:
+    /// for many areas at once.
+    void begin() { gathering_ = true; }
+    int end();
 
     const ABitMatrix& mask() const { return mask_; }
     /// Of the whole mask.
@@ -68,28 +71,39 @@ private:
     struct Area {
         CPoint* points;
         int n;
-        CRect box;  // cells inside the map, right and bottom excluded
+        CRect box;  // the cells of the map that it can set, right and bottom excluded
     };
 
     int makeArea(const CPoint* points, int n, Area& area) const;
+    int fill(ABitMatrix& mask, const Area& area) const;
+    int fillMeeting(ABitMatrix& mask, const CRect& block, int without) const;
+    /// Brings the mask up to date where an area has come, changed or gone.
+    int changed(const CRect& before, const CRect& after);
+    int refill(const CRect& a, const CRect& b);
     int refill(const CRect& block);
+    int lift(int area);
     void compare(const CRect& block);
-    void noteChange(int row, std::int64_t firstWord, std::int64_t lastWord);
+    void noteChange(int row, std::int64_t word, ABitMatrix::Word bits);
     double wordSum(int row, std::int64_t word, ABitMatrix::Word bits);
-    double rowSum(const ABitMatrix& mask, int row, std::int64_t firstWord, std::int64_t lastWord);
-    void clearAreas();
+    double rowSum(int row);
+    void dropAreas();
     int fail();
     CRect wholeMap() const { return {0, 0, mask_.columns(), mask_.rows()}; }
+    std::size_t words() const;
 
     const AMatrixAccess* values_ = nullptr;
     Pile<Area> areas_;
     ABitMatrix mask_;
-    ABitMatrix before_;           // the block as it was; all 0 between calls
-    double* wordSums_ = nullptr;  // by row and word of the mask: sum of its set cells
-    double* fullSums_ = nullptr;  // the same with every cell set; NaN while not known
-    Pile<std::int64_t> rowCounts_;
-    Pile<double> rowSums_;
-    bool collecting_ = false;
+    ABitMatrix scratch_;  // what the block was before a change, or one area's own cells
+    ABitMatrix others_;   // the mask of all areas but the lifted one
+    int lifted_ = -1;
+    int lastReplaced_ = -1;
+    std::int64_t cells_ = 0;
+    double* wordSums_ = nullptr;  // by row and word of the mask; NaN while not known
+    double* fullSums_ = nullptr;  // the same with every cell of the word set
+    double* rowSums_ = nullptr;
+    bool gathering_ = false;
+    CRect gathered_;
     CRect changed_;
 };
 

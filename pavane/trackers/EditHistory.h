@@ -127,24 +127,28 @@ public:
 
 private:
     struct Step;
-    struct Cursor;
     static constexpr std::int64_t nowhere = -1;
 
-    void addChange(EditKind kind, int index, int classCode, RecordBytes before, RecordBytes after);
-    int put(const void* bytes, std::size_t n);
-    int putNumber(std::uint64_t number);
-    int putSelection(const EditSelection& selection);
+    void addChange(const EditChange& change);
+    void put(const void* bytes, std::size_t n);
+    void putNumber(std::uint64_t number);
+    void putChange(const EditChange& change);
+    void putSelection(const EditSelection& selection);
+    Step* takeOpen(std::size_t after, bool mayGiveUp);
+    Step* joined(const Step& last, const Step& next);
     int giveUpOldest();
     int roomForStep();
     void dropRedo();
-    int mergeable(const Step& last) const;
-    int merge(Step& last);
+    void drop(std::int64_t number);
+    EditRecorded lose();
+    /// The change at an offset of a step, made whole again in the scratch room; `at` moves past it.
+    EditChange change(const Step& step, std::size_t& at, bool forward);
     int run(const Step& step, EditTarget& target, bool forward);
-    int runChanges(const Step& step, EditTarget& target, bool forward, std::size_t from,
-                   std::size_t& done);
-    Step*& at(std::int64_t number);
-    const Step& at(std::int64_t number) const;
-    void drop(Step*& step);
+    int runChanges(const Step& step, EditTarget& target, bool forward, std::size_t& at,
+                   std::size_t end);
+    EditSelection selection(const Step& step, std::size_t at);
+    Step*& slot(std::int64_t number) { return list_.data()[number - listStart_]; }
+    const Step& at(std::int64_t number) const { return *list_.data()[number - listStart_]; }
 
     // Steps are numbered through since the history began; the list holds first_ to end_ - 1.
     Pile<Step*> list_;
@@ -160,15 +164,14 @@ private:
 
     // The step that is being recorded.
     Pile<std::uint8_t> open_;
-    std::size_t openChanges_ = 0;
-    std::size_t openHead_ = 0;
-    std::size_t longestPair_ = 0;  // bytes of the largest record before and after, of all steps
+    std::size_t openChanges_ = 0;  // offset of the first change
     bool begun_ = false;
     bool failed_ = false;
     bool gaveUp_ = false;
 
-    Pile<std::uint8_t> scratch_;  // room to put a record before and after together again
-    Pile<int> active_;            // room for a selection
+    // Room for what undo and redo hand out, made while recording so that these need no memory.
+    Pile<std::uint8_t> scratch_;
+    Pile<int> active_;
 };
 
 }  // namespace pavane

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <type_traits>
 
 namespace pavane
@@ -39,11 +40,28 @@ public:
         items_[count_++] = item;
         return 1;
     }
+    /// Appends n items, which are not among those here.
+    int append(const T* items, std::size_t n)
+    {
+        if (room_ - count_ < n && !reserve(std::max(count_ + n, 2 * room_)))
+            return 0;
+        if (n)
+            std::memcpy(static_cast<void*>(items_ + count_), items, n * sizeof(T));
+        count_ += n;
+        return 1;
+    }
     /// All room may be used, whatever the count.
     T* data() { return items_; }
     const T* data() const { return items_; }
     std::size_t count() const { return count_; }
     void cut(std::size_t n) { count_ = n; }
+    /// Gives the memory back.
+    void release()
+    {
+        std::free(items_);
+        items_ = nullptr;
+        count_ = room_ = 0;
+    }
 
 private:
     T* items_ = nullptr;

@@ -4,6 +4,7 @@
 #include "pavane/trackers/ShapeValues.h"
 #include "platform/api.h"
 
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -49,14 +50,16 @@ public:
     int removeVertex(int row, std::string& message);
 
 private:
+    static constexpr double infinite = std::numeric_limits<double>::infinity();
     bool isPolygon() const { return shape_.kind == ShapeValues::Kind::polygon; }
     double shown(int row, int column) const;
     int setVertex(int row, int column, double value, std::string& message);
     int setCentre(int row, double value, std::string& message);
     int setSize(int row, double value, std::string& message);
+    int setEdges(bool isX, double centre, double half, std::string& message);
 
     ShapeValues shape_;
-    ARect<double> bounds_;
+    ARect<double> bounds_{-infinite, -infinite, infinite, infinite};
     ValueUnit x_;
     ValueUnit y_;
 };

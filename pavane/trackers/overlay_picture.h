@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/maps/pixel_cells.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 #include "platform/types.h"
@@ -7,59 +8,52 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 namespace pavane
 {
 
-/// Which cells of one direction of a map each pixel of that direction shows, as the map's own
-/// picture does: where cells are wider than pixels the cell in which the pixel's centre lies, else
-/// those whose centres lie in the pixel. `first` above `last` means none.
-struct PixelSpan {
-    int first = 0;
-    int last = -1;
-};
-
-/// `borders` are the pixels + 1 borders of the pixels in cells (cell k reaches from k - 0.5 to
-/// k + 0.5), rising or falling; pixels with a border that is no number show nothing.
-PAVANE_API std::vector<PixelSpan> pixelSpans(std::span<const double> borders, int cells);
-
 /// How the cells of a mask are shown over a map: a faint tint inside, and along the cells' edges a
 /// line of one pixel in the inside colour next to one in the outside colour, so that it is seen on
 /// any palette.
 struct OverlayStyle {
-    COLORREF tint = RGB(255, 255, 255);
-    int tintShare = 40;  ///< of 256
+    COLORREF tint = RGB(0, 255, 192);
+    int tintShare = 36;  ///< of 256
     COLORREF inside = RGB(255, 255, 255);
     COLORREF outside = RGB(0, 0, 0);
-    int lineShare = 200;  ///< of 256
+    int lineShare = 208;  ///< of 256
 };
 
-/// Draws the cells of a mask over pixels.
+/// What a pixel shows of a mask.
+enum class OverlayPart : std::uint8_t { nothing, inner, insideLine, outsideLine };
+
+/// Draws the cells of a mask over the picture of a map.
 class PAVANE_API OverlayPicture
 {
 public:
-    /// What a pixel shows.
-    enum Part : std::uint8_t { nothing, inner, insideLine, outsideLine };
-
-    /// Columns and rows of pixels, one span each. The pixel (0, 0) is that of the first spans.
-    void setPixels(std::vector<PixelSpan> columns, std::vector<PixelSpan> rows);
+    /// Which cells each column and row of pixels shows, as in the map's own picture. Pixel (0, 0)
+    /// is the first of both. A pixel that shows several cells is inside when one of them is set.
+    void setPixels(const PixelCells& columns, const PixelCells& rows);
     int width() const { return static_cast<int>(columns_.size()); }
     int height() const { return static_cast<int>(rows_.size()); }
-    /// Pixels, with their lines, that a block of cells (right and bottom excluded) can change.
+    /// The pixels, lines included, that a block of cells can change; right and bottom excluded in
+    /// both.
     CRect pixelsOf(const CRect& cells) const;
 
-    /// Blends the cells of `mask` into the part `pixels` of the picture. `to` is the pixel
-    /// (pixels.left, pixels.top), 0x00RRGGBB, `stride` pixels from one row to the next.
+    /// Blends the cells of `mask` into the part `pixels` of the picture, cut to it. `to` is the
+    /// pixel (pixels.left, pixels.top) as 0x00RRGGBB, `stride` pixels lead from one row to the
+    /// next.
     void blend(const ABitMatrix& mask, const CRect& pixels, const OverlayStyle& style,
                std::uint32_t* to, std::ptrdiff_t stride) const;
-    /// What each pixel of a part shows, row by row, for drawing without blending.
-    std::vector<Part> parts(const ABitMatrix& mask, const CRect& pixels) const;
+    /// What each pixel of a part of the picture shows, row by row; empty unless it lies inside.
+    std::vector<OverlayPart> parts(const ABitMatrix& mask, const CRect& pixels) const;
 
 private:
-    std::vector<PixelSpan> columns_;
-    std::vector<PixelSpan> rows_;
+    template <typename Use>
+    void forRows(const ABitMatrix& mask, const CRect& pixels, Use&& use) const;
+
+    std::vector<CellSpan> columns_;
+    std::vector<CellSpan> rows_;
 };
 
 }  // namespace pavane
