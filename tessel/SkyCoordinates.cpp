@@ -1,5 +1,6 @@
 #include "tessel/SkyCoordinates.h"
 
+#include "tessel/SinPlane.h"
 #include "tessel/sky_cards.h"
 
 #include <algorithm>
@@ -87,6 +88,7 @@ std::string frameFault(const MapHeader& header, const SkyCards& cards, SkyCoordi
 /// Owns WCSLIB's own structure.
 struct SkyCoordinates::Wcs {
     wcsprm prm;
+    SinPlane plane;  ///< set only where it holds
     int status = 0;
     Wcs()
     {
@@ -104,6 +106,23 @@ struct SkyCoordinates::Wcs {
         prm.crval[axis] = from.crval;
         prm.crpix[axis] = from.crpix;
         prm.cdelt[axis] = 1;
+    }
+    int toSky(const double (&pixel)[2], double (&world)[2])
+    {
+        double plane[2] = {};
+        double phi = 0;
+        double theta = 0;
+        int bad = 0;
+        return !wcsp2s(&prm, 1, 2, pixel, plane, &phi, &theta, world, &bad) && !bad &&
+               std::isfinite(world[0]) && std::isfinite(world[1]);
+    }
+    int toPixel(const double (&world)[2], double (&pixel)[2])
+    {
+        double plane[2] = {};
+        double phi = 0;
+        double theta = 0;
+        int bad = 0;
+        return !wcss2p(&prm, 1, 2, world, &phi, &theta, plane, pixel, &bad) && !bad;
     }
 };
 
@@ -140,6 +159,8 @@ int SkyCoordinates::init(const MapHeader& header, std::string& error)
     const double scale = std::sqrt(std::abs(det));
     if (!(scale > 0) || !std::isfinite(scale) || wcsset(&wcs->prm))
         return 0;
+    if (code == "SIN" && cards.parameters.empty() && !cards.hasLonpole)
+        (void)wcs->plane.init(header);  // where it does not hold, WCSLIB does
     differenceStep_ = std::min(differenceDegrees / scale, farthestPixel);
     wcs_ = std::move(wcs);
     error.clear();
@@ -151,13 +172,8 @@ int SkyCoordinates::toSky(double column, double row, double& ra, double& dec) co
     if (!wcs_ || !finiteBelow(column, farthestPixel) || !finiteBelow(row, farthestPixel))
         return 0;
     const double pixel[2] = {column + 1, row + 1};
-    double plane[2] = {};
     double world[2] = {};
-    double phi = 0;
-    double theta = 0;
-    int bad = 0;
-    if (wcsp2s(&wcs_->prm, 1, 2, pixel, plane, &phi, &theta, world, &bad) || bad ||
-        !std::isfinite(world[0]) || !std::isfinite(world[1]))
+    if (!wcs_->plane.toSky(pixel, world) && !wcs_->toSky(pixel, world))
         return 0;
     ra = std::fmod(world[0], 360.0);
     if (ra < 0)
@@ -171,12 +187,8 @@ int SkyCoordinates::toPixel(double ra, double dec, double& column, double& row) 
     if (!wcs_ || !finiteBelow(ra, farthestAngle) || !finiteBelow(dec, 90))
         return 0;
     const double world[2] = {ra, dec};
-    double plane[2] = {};
     double pixel[2] = {};
-    double phi = 0;
-    double theta = 0;
-    int bad = 0;
-    if (wcss2p(&wcs_->prm, 1, 2, world, &phi, &theta, plane, pixel, &bad) || bad ||
+    if ((!wcs_->plane.toPixel(world, pixel) && !wcs_->toPixel(world, pixel)) ||
         !finiteBelow(pixel[0], farthestPixel) || !finiteBelow(pixel[1], farthestPixel))
         return 0;
     column = pixel[0] - 1;
