@@ -1,0 +1,48 @@
+#pragma once
+
+#include "pavane/trackers/area_polygons.h"
+#include "pavane/trackers/region_place.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+namespace pavane
+{
+
+/// Reads the text on a map, writes what was found in both systems, and ends the program when pixels
+/// do not come back as many as they were.
+template <typename Parse, typename Write>
+void loopRegions(const std::uint8_t* data, std::size_t size, Parse parse, Write write)
+{
+    static const SkyCoordinates* const sky = [] {
+        MapHeader header;
+        header.axes = {{512, "RA---SIN", "deg", 10, 256, -1e-4, 0},
+                       {512, "DEC--SIN", "deg", 40, 257, 1e-4, 0}};
+        header.hasCelestialAxes = 1;
+        header.cd[0][0] = -1e-4;
+        header.cd[1][1] = 1e-4;
+        auto* const made = new SkyCoordinates;
+        std::string error;
+        if (!made->init(header, error))
+            std::abort();
+        return made;
+    }();
+    std::vector<AreaShape> shapes;
+    std::vector<AreaShape> back;
+    RegionNotes notes;
+    parse({reinterpret_cast<const char*>(data), size}, sky, shapes, notes);
+    (void)write(shapes, RegionSystem::sky, sky, notes);
+    RegionNotes writing;
+    parse(write(shapes, RegionSystem::image, sky, writing), nullptr, back, writing);
+    if (back.size() + static_cast<std::size_t>(writing.damaged) != shapes.size())
+        std::abort();
+    if (shapes.size() < 20)
+        for (AreaShape& shape : shapes)
+            shape.width = shape.height = 4;  // the outline of a large ellipse would only take time
+    AAreaArray areas;
+    if (polygonsOf(shapes, areas, notes))
+        (void)shapesOf(areas, notes);
+}
+
+}  // namespace pavane
