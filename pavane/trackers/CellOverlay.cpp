@@ -190,7 +190,9 @@ int CellOverlay::replace(int area, const CPoint* points, int n)
     std::free(old.points);
     if (gathering_)
         return changed(old.box, other.box);
-    if (lifted_ != area && lastReplaced_ == area && !lift(area))
+    if (lifted_ != area)
+        lifted_ = -1;
+    if (lifted_ < 0 && lastReplaced_ == area && !lift(area))
         return fail();
     lastReplaced_ = area;
     return changed(old.box, other.box);

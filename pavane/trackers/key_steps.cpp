@@ -27,6 +27,8 @@ double offsetAlongInside(double offset, double from, double to, double first, do
 {
     const double back = std::min(first, last) - std::min(from, to);
     const double on = std::max(first, last) - std::max(from, to);
+    if (std::isnan(offset))
+        return 0;
     // comparisons that fail for what is no number leave no way to go
     const double least = back < 0 ? back : 0;
     const double most = on > 0 ? on : 0;
