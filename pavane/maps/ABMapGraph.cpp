@@ -89,7 +89,7 @@ double ABMapGraph::stepY() const
     return y != 0 ? y : x != 0 ? std::fabs(x) : 1;
 }
 
-std::vector<double> ABMapGraph::columnBorders(int first, int pixels, int ratio) const
+PixelCells ABMapGraph::columnsOfPixels(int first, int pixels, int ratio) const
 {
     const CRect& rect = axis()->getGraphRect();
     const TMinMax& range = axis()->getMinMax();
@@ -102,10 +102,12 @@ std::vector<double> ABMapGraph::columnBorders(int first, int pixels, int ratio) 
         borders.push_back(
             RPXtoMPX(valueAt(wp, axis()->getXDirect(), range.xMin, range.xMax, axis()->logX())));
     }
-    return borders;
+    PixelCells shown;
+    shown.set(borders, cells_->columns());
+    return shown;
 }
 
-std::vector<double> ABMapGraph::rowBorders(int first, int pixels, int ratio) const
+PixelCells ABMapGraph::rowsOfPixels(int first, int pixels, int ratio) const
 {
     const CRect& rect = axis()->getGraphRect();
     const TMinMax& range = axis()->getMinMax();
@@ -118,20 +120,8 @@ std::vector<double> ABMapGraph::rowBorders(int first, int pixels, int ratio) con
         borders.push_back(
             RPYtoMPY(valueAt(wp, axis()->getYDirect(), range.yMin, range.yMax, axis()->logY())));
     }
-    return borders;
-}
-
-PixelCells ABMapGraph::columnsOfPixels(int first, int pixels, int ratio) const
-{
     PixelCells shown;
-    shown.set(columnBorders(first, pixels, ratio), cells_->columns());
-    return shown;
-}
-
-PixelCells ABMapGraph::rowsOfPixels(int first, int pixels, int ratio) const
-{
-    PixelCells shown;
-    shown.set(rowBorders(first, pixels, ratio), cells_->rows());
+    shown.set(borders, cells_->rows());
     return shown;
 }
 

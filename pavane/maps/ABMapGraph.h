@@ -57,9 +57,6 @@ public:
     /// each cut into `ratio` finer ones.
     PixelCells columnsOfPixels(int first, int pixels, int ratio = 1) const;
     PixelCells rowsOfPixels(int first, int pixels, int ratio = 1) const;
-    /// The borders of those pixels in cells, one more than pixels.
-    std::vector<double> columnBorders(int first, int pixels, int ratio) const;
-    std::vector<double> rowBorders(int first, int pixels, int ratio) const;
 
     CString GetOXName() const override { return nameX_; }
     CString GetOYName() const override { return nameY_; }

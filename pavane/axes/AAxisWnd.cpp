@@ -1,0 +1,439 @@
+#include "pavane/axes/AAxisWnd.h"
+
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/AreaOverlay.h"
+#include "pavane/axes/square_plot.h"
+#include "pavane/maps/AAxisColorOP.h"
+#include "pavane/maps/ABMapGraph.h"
+#include "pavane/resources/resource_ids.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/windows/messages.h"
+#include "pavane/windows/picture_export.h"
+#include "platform/controls.h"
+#include "platform/message.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Room around the content and between plot and colour bar, client units; less in tiny windows.
+constexpr int widestMargin = 8;
+constexpr int barGap = 14;
+/// A plot narrower than this gives up its colour bar.
+constexpr int leastPlotBesideBar = 60;
+
+}  // namespace
+
+AAxisWnd::AAxisWnd() : overlay_(std::make_unique<AreaOverlay>())
+{
+    SetFlag(windowNoWaitCursor, 1);
+    SetTrackers(nullptr, 1);
+}
+
+AAxisWnd::~AAxisWnd()
+{
+    endDrags();
+    trackers_->SetHost(nullptr);
+    trackers_->SetAxis(nullptr);
+    if (ownsTrackers_)
+        delete trackers_;
+    if (ownsBar_)
+        delete colorBar_;
+    if (ownsAxis_)
+        delete axis_;
+}
+
+const char* AAxisWnd::GetWndClassName() { return "AAxisWnd"; }
+int AAxisWnd::GetAWindowType() { return 1; }
+void AAxisWnd::OnStatus(const AxisStatus&) {}
+void AAxisWnd::OnAreasChanged() {}
+void AAxisWnd::OnRangeChanged() {}
+
+/// A drag reads from the axis and from the collection, so that it ends before either goes.
+void AAxisWnd::endDrags()
+{
+    if (presses_ > 0 && GetSafeHwnd() && GetCapture() == this)
+        ReleaseCapture();
+    endPan();
+}
+
+void AAxisWnd::dropAxis()
+{
+    overlay_->setMap(nullptr);
+    map_ = nullptr;
+    SetColorBar(nullptr, 0);
+    if (axis_ && ownsAxis_ && presses_ > 0)
+        retired_.emplace_back(axis_);  // until the drag that is ending has returned
+    else if (axis_ && ownsAxis_)
+        delete axis_;
+    axis_ = nullptr;
+}
+
+void AAxisWnd::SetAxis(A2DAxis* axis, int owned)
+{
+    if (axis == axis_)
+        return;
+    endDrags();
+    dropAxis();
+    axis_ = axis;
+    ownsAxis_ = owned;
+    hostBorder_ = axis ? axis->getBorderRect() : CRect(-1, -1, -1, -1);
+    whole_ = TMinMax();
+    trackers_->SetAxis(axis);
+    trackers_->ForgetRanges(this);
+    ContentChanged();
+}
+
+void AAxisWnd::SetMap(ABMapGraph* map)
+{
+    map_ = map;
+    overlay_->setMap(map);
+    overlay_->follow(*trackers_);
+    ContentChanged();
+}
+
+void AAxisWnd::SetColorBar(AAxisColorOP* bar, int owned)
+{
+    if (bar == colorBar_)
+        return;
+    if (ownsBar_)
+        delete colorBar_;
+    colorBar_ = bar;
+    ownsBar_ = owned;
+    ContentChanged();
+}
+
+void AAxisWnd::SetSquareCells(int on)
+{
+    square_ = on;
+    ContentChanged();
+}
+
+void AAxisWnd::SetTrackers(ATrackerArrayInAxis* trackers, int owned)
+{
+    if (trackers && trackers == trackers_)
+        return;
+    endDrags();
+    if (trackers_) {
+        trackers_->SetHost(nullptr);
+        trackers_->SetAxis(nullptr);
+        if (ownsTrackers_)
+            delete trackers_;
+    }
+    trackers_ = trackers ? trackers : new ATrackerArrayInAxis;
+    ownsTrackers_ = trackers ? owned : 1;
+    trackers_->SetHost(this);
+    trackers_->SetAxis(axis_);
+    trackers_->FillAreasCB(this);
+    areasChanged();
+    Invalidate();
+}
+
+void AAxisWnd::SetComboBox(CComboBox* list)
+{
+    list_ = list;
+    trackers_->FillAreasCB(this);
+}
+
+void AAxisWnd::SetToolBar(CToolBar* bar)
+{
+    bar_ = bar;
+    enableCommands();
+    trackers_->FillAreasCB(this);
+}
+
+CWnd* AAxisWnd::trackerToolBar() { return bar_; }
+
+void AAxisWnd::ContentChanged()
+{
+    stale_ = 1;
+    Invalidate();
+}
+
+/// Places axis and colour bar inside `rect`.
+AAxisWnd::Layout AAxisWnd::layOut(CDC& dc, const CRect& rect)
+{
+    Layout layout;
+    const int margin = std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
+    CRect inner = rect;
+    inner.DeflateRect(margin, margin);
+    layout.axis = inner;
+    axis_->setBorderRect(hostBorder_);
+    axis_->layOut(dc, inner);
+    if (colorBar_) {
+        colorBar_->setFHeight(axis_->getFHeight());
+        const int breadth = colorBar_->neededBreadth(dc, axis_->getGraphRect().Height()) + barGap;
+        if (axis_->getGraphRect().Width() - breadth >= leastPlotBesideBar) {
+            layout.axis.right -= breadth;
+            axis_->layOut(dc, layout.axis);
+            layout.bar = inner;
+        }
+    }
+    if (square_ && map_)
+        squareOut(dc, layout.axis);
+    const CRect& plot = axis_->getGraphRect();
+    if (!layout.bar.IsRectEmpty())
+        layout.bar = CRect(plot.right + barGap, plot.top, inner.right, plot.bottom);
+    return layout;
+}
+
+/// Shrinks the plot until the cells that it shows are square.
+void AAxisWnd::squareOut(CDC& dc, const CRect& rect)
+{
+    if (axis_->getXDirect() == 0 || axis_->getYDirect() == 0)
+        return;
+    const double stepX = map_->MPXtoRPX(1) - map_->MPXtoRPX(0);
+    const double stepY = map_->MPYtoRPY(1) - map_->MPYtoRPY(0);
+    // a narrower plot can need a higher header, which leaves less room than was shared out
+    constexpr int rounds = 4;
+    for (int i = 0; i < rounds; ++i) {
+        const TMinMax& range = axis_->getMinMax();
+        const CRect plot = axis_->getGraphRect();
+        const CRect square = squarePlot(plot, std::fabs((range.xMax - range.xMin) / stepX),
+                                        std::fabs((range.yMax - range.yMin) / stepY));
+        if (square == plot)
+            return;
+        axis_->setBorderRect(
+            CRect(square.left, square.top, rect.right - square.right, rect.bottom - square.bottom));
+        axis_->layOut(dc, rect);
+    }
+}
+
+void AAxisWnd::drawContent(CDC& dc, const CRect& rect)
+{
+    dc.FillSolidRect(rect, RGB(255, 255, 255));
+    if (!axis_ || rect.IsRectEmpty())
+        return;
+    Layout layout = layOut(dc, rect);
+    const int smooth = dc.SetSmooth(1);
+    axis_->draw(dc, layout.axis);
+    if (colorBar_ && !layout.bar.IsRectEmpty())
+        colorBar_->draw(dc, layout.bar);
+    dc.SetSmooth(smooth);
+}
+
+/// Brings the window's picture up to date; 0 when there is none (no size, no memory).
+int AAxisWnd::refreshContent(CDC& dc, const CRect& client)
+{
+    const int fits = content_.bits() && content_.size() == client.Size() &&
+                     content_.ratio() == dc.GetPixelRatio();
+    if (fits && !stale_)
+        return 1;
+    if (!fits && !content_.CreateCompatibleBitmap(dc, client.Width(), client.Height()))
+        return 0;
+    CMemoryDC memory(content_);
+    drawContent(memory, client);
+    stale_ = 0;
+    ++contentDrawings_;
+    if (!axis_)
+        return 1;
+    if (whole_ == TMinMax())
+        whole_ = axis_->getMinMax();
+    trackers_->SetAxis(axis_);
+    overlay_->setPlot(axis_->getGraphRect(), content_.ratio());
+    return 1;
+}
+
+void AAxisWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
+{
+    if (!refreshContent(dc, client)) {
+        dc.FillSolidRect(client, RGB(255, 255, 255));
+        return;
+    }
+    CMemoryDC memory(content_);
+    dc.BitBlt(update.left, update.top, update.Width(), update.Height(), &memory, update.left,
+              update.top, SRCCOPY);
+}
+
+void AAxisWnd::ServiceDraw(CDC& dc, CRect&, CRect& update)
+{
+    if (!axis_ || !content_.bits())
+        return;
+    if (showCells_)
+        overlay_->draw(dc, update, content_);
+    trackers_->Draw(&dc, this);
+}
+
+/// The layout belongs to whoever drew last; mouse and areas need that of the window.
+void AAxisWnd::restoreLayout()
+{
+    if (!axis_ || !GetSafeHwnd())
+        return;
+    CClientDC dc(this);
+    CRect client;
+    GetClientRect(client);
+    if (!client.IsRectEmpty())
+        (void)layOut(dc, client);
+    trackers_->SetAxis(axis_);
+}
+
+void AAxisWnd::DrawPicture(CDC& dc, const CRect& rect)
+{
+    drawContent(dc, rect);
+    if (areasInPicture_ && axis_) {
+        trackers_->SetAxis(axis_);
+        DrawAreas(dc);
+    }
+    restoreLayout();
+}
+
+void AAxisWnd::DrawAreas(CDC& dc)
+{
+    const int saved = dc.SaveDC();
+    dc.IntersectClipRect(plotRect());
+    for (int i = 0; i < trackers_->trackerCount(); ++i) {
+        ATracker& tracker = *trackers_->trackerAt(i);
+        const unsigned style = tracker.GetStyle();
+        tracker.SetStyle(style & ~static_cast<unsigned>(trackerActive));  // without handles
+        tracker.DrawShape(dc);
+        tracker.SetStyle(style);
+    }
+    dc.RestoreDC(saved);
+}
+
+void AAxisWnd::PrintWindow(CDC& dc, CRect& rect, int) { DrawPicture(dc, rect); }
+
+int AAxisWnd::freshPicture(CBitmap& picture)
+{
+    CRect client;
+    GetClientRect(client);
+    CClientDC screen(this);
+    if (client.IsRectEmpty() ||
+        !picture.CreateCompatibleBitmap(screen, client.Width(), client.Height()))
+        return 0;
+    CMemoryDC memory(picture);
+    DrawPicture(memory, client);
+    return 1;
+}
+
+void AAxisWnd::OnCopyToClipboard()
+{
+    CBitmap picture;
+    int done = freshPicture(picture);
+    if (done) {
+        CMemoryDC memory(picture);
+        done = CopyToClipboard(this, memory, CRect(0, 0, picture.size().cx, picture.size().cy));
+    }
+    if (!done)
+        AfxMessageBox(clipboardRefuses, MB_OK | MB_ICONERROR);
+}
+
+void AAxisWnd::OnCopyToBMP()
+{
+    CString name;
+    if (!AskPictureName(name))
+        return;
+    CBitmap picture;
+    int done = freshPicture(picture);
+    if (done) {
+        CMemoryDC memory(picture);
+        done = CopyToBMP(memory, CRect(0, 0, picture.size().cx, picture.size().cy), name);
+    }
+    if (!done)
+        AfxMessageBox(cannotCreateFile + name, MB_OK | MB_ICONERROR);
+}
+
+CRect AAxisWnd::plotRect() const
+{
+    if (!axis_)
+        return {};
+    const CRect& plot = axis_->getGraphRect();
+    return {plot.left, plot.top, plot.right + 1, plot.bottom + 1};
+}
+
+/// Paints what is waiting, so that the layout fits what the user points at.
+void AAxisWnd::settle()
+{
+    if (stale_)
+        UpdateWindow();
+}
+
+void AAxisWnd::SetCellOverlay(int on)
+{
+    if (showCells_ == (on != 0))
+        return;
+    showCells_ = on != 0;
+    overlay_->follow(*trackers_);
+    (void)overlay_->takeChangedPixels();
+    InvalidateRect(plotRect());
+    if (bar_)
+        bar_->SendMessage(TB_CHECKBUTTON, ID_SHOW_CELLS, showCells_);
+    showStatusAtPointer();
+}
+
+void AAxisWnd::invalidateCells()
+{
+    const CRect changed = overlay_->takeChangedPixels();
+    if (showCells_ && !changed.IsRectEmpty())
+        InvalidateRect(changed);
+}
+
+void AAxisWnd::areasChanged()
+{
+    overlay_->follow(*trackers_);
+    invalidateCells();
+    enableCommands();
+    showStatusAtPointer();
+    OnAreasChanged();
+}
+
+void AAxisWnd::areaChanging(ATracker& tracker)
+{
+    if (showCells_) {
+        overlay_->followDrag(*trackers_, static_cast<const ABTracker&>(tracker));
+        invalidateCells();
+    }
+    showStatusAtPointer();
+}
+
+AxisStatus AAxisWnd::StatusAt(CPoint pixel)
+{
+    AxisStatus status;
+    if (axis_ && !axis_->getGraphRect().IsRectEmpty() && plotRect().PtInRect(pixel)) {
+        status.inPlot = 1;
+        status.x = axis_->GPXtoRPX(pixel.x);
+        status.y = axis_->GPYtoRPY(pixel.y);
+    }
+    if (!map_)
+        return status;
+    if (status.inPlot) {
+        const double column = std::floor(map_->RPXtoMPX(status.x) + 0.5);
+        const double row = std::floor(map_->RPYtoMPY(status.y) + 0.5);
+        if (column >= 0 && row >= 0 && column < map_->cells().columns() &&
+            row < map_->cells().rows()) {
+            status.inMap = 1;
+            status.column = static_cast<int>(column);
+            status.row = static_cast<int>(row);
+            status.value = map_->cells().cell(status.row, status.column);
+        }
+    }
+    if (trackers_->trackerCount() > 0 || trackers_->workingTracker() || presses_ > 0) {
+        const CellSum sum = overlay_->total();
+        status.hasAreas = 1;
+        status.cells = sum.cells;
+        status.sum = sum.sum;
+    }
+    return status;
+}
+
+void AAxisWnd::showStatus(CPoint pixel)
+{
+    if (GetSafeHwnd())
+        OnStatus(StatusAt(pixel));
+}
+
+void AAxisWnd::showStatusAtPointer()
+{
+    if (presses_ > 0 && GetSafeHwnd()) {
+        pointer_ = GetCursorPos();  // a drag keeps the moves to itself
+        ScreenToClient(pointer_);
+    }
+    showStatus(pointer_);
+}
+
+}  // namespace pavane
