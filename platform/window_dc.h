@@ -29,6 +29,7 @@ public:
     const CRect& paintRect() const { return paintRect_; }
 
 private:
+    CPaintDC(CWnd* window, CRect box);
     CRect paintRect_;
 };
 

@@ -53,7 +53,7 @@ void WindowSurface::clear()
     width_ = 0;
     height_ = 0;
     invalid_ = Region();
-    (void)touched_.taken();
+    (void)takePainted();  // nobody can see it any more
 }
 
 PixelSurface WindowSurface::pixels()
@@ -85,6 +85,18 @@ void WindowSurface::validate(const Region& region)
     invalid_ = Region::combined(invalid_, region, RGN_DIFF);
 }
 
-Region WindowSurface::takeInvalid() { return std::exchange(invalid_, Region()); }
+Region WindowSurface::takeInvalid()
+{
+    painted_ = painted_.empty() ? invalid_ : Region::combined(painted_, invalid_, RGN_OR);
+    return std::exchange(invalid_, Region());
+}
+
+Region WindowSurface::takePainted()
+{
+    Region all = std::exchange(painted_, Region());
+    for (const CRect& box : touched_.taken())
+        all = Region::combined(all, Region(box), RGN_OR);
+    return all;
+}
 
 }  // namespace pavane

@@ -32,10 +32,11 @@ public:
     void invalidate(const Region& region);
     void validate(const Region& region);
     const Region& invalid() const { return invalid_; }
+    /// Hands out what is invalid to be painted; it counts as painted from now on.
     Region takeInvalid();
 
-    std::vector<CRect> takeTouched() { return touched_.taken(); }
-    bool isTouched() const { return !touched_.empty(); }
+    /// What was painted and has not been put on the screen.
+    Region takePainted();
     /// Called when something may have been painted that is not on the screen.
     std::function<void()> onTouched;
 
@@ -45,6 +46,7 @@ private:
     int ratio_ = 1;
     std::vector<std::uint32_t> bits_;
     Region invalid_;
+    Region painted_;
     DirtyBoxes touched_;
 };
 

@@ -15,6 +15,11 @@ namespace pavane
 class FrameWidget;
 class PeerTimers;
 
+/// Deletes when control is back in the event loop; the object may be the one that is calling.
+struct LaterDeleter {
+    void operator()(PeerTimers* timers) const;
+};
+
 /// The toolkit's side of a window. Lives from attach() to the end of DestroyWindow; whoever calls
 /// a handler looks it up again by its handle afterwards.
 struct WindowPeer {
@@ -27,14 +32,18 @@ struct WindowPeer {
     unsigned style = 0;
     unsigned exStyle = 0;
     HCURSOR classCursor = IDC_ARROW;
+    HCURSOR shownCursor = 0;
+    bool hasCursor = false;  ///< shownCursor has been given to the widget
     bool wantsDoubleClicks = true;
     bool isPainting = false;
     bool isPaintDue = false;  ///< an event is on its way that paints
     bool isDying = false;
-    bool isModal = false;  ///< a dialog in DoModal
+    bool tookInvalid = false;  ///< a CPaintDC was made since WM_PAINT began
+    bool isModal = false;      ///< a dialog in DoModal
     LOGFONT font;
     std::shared_ptr<WindowSurface> surface;  ///< null for native controls
-    std::unique_ptr<PeerTimers> timers;
+    std::unique_ptr<PeerTimers, LaterDeleter> timers;
+    CString title;
     /// Text of a native control; the frame's title when they are empty.
     std::function<void(const CString&)> setText;
     std::function<CString()> text;
@@ -59,8 +68,9 @@ inline WindowPeer* peerOf(const CWnd* window)
 }
 /// The peer of a widget or of its nearest ancestor that has one; null for widgets of the host.
 WindowPeer* peerOf(const QWidget* widget);
-/// The peer that is a direct child of this window, or the one owned by it, in no order.
+/// Children of a window and top-level windows that it owns, oldest first.
 std::vector<HWND> childrenOf(HWND parent);
+std::vector<HWND> allWindows();
 
 /// Makes `widget` (made by the caller with clientOf(cs.parent) as its Qt parent, hidden) the native
 /// side of `window`: identifier, styles, WS_DISABLED, geometry (cs.rect), title. The widget has to
@@ -70,6 +80,12 @@ std::vector<HWND> childrenOf(HWND parent);
 HWND attachControl(CWnd& window, QWidget* widget, const CREATESTRUCT& cs);
 /// The same without messages and without placing it: dialogs go on themselves.
 WindowPeer* attach(CWnd& window, QWidget* widget, const CREATESTRUCT& cs);
+/// Puts the frame around a host window's client area.
+void registerFrame(WindowPeer& peer, FrameWidget* frame);
+/// Ends a window as DestroyWindow does; 0 when it is gone already or on its way.
+int destroyPeer(HWND hwnd);
+/// The object goes while its window is being destroyed.
+void forgetObject(HWND hwnd);
 /// The widget that children of `window` are made in; null for none.
 QWidget* clientOf(const CWnd* window);
 

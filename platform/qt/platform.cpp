@@ -1,10 +1,11 @@
 #include "platform/platform.h"
 
 #include "platform/qt/QtGraphics.h"
+#include "platform/qt/WindowPeer.h"
 
 #include <cstdio>
 #include <cstdlib>
-#include <QGuiApplication>
+#include <QApplication>
 
 namespace pavane
 {
@@ -29,12 +30,35 @@ void keepQuiet(QtMsgType type, const QMessageLogContext&, const QString& text)
     std::abort();
 }
 
+/// Windows need the larger application object; its style is the same on every desktop, and none
+/// has to be looked for.
+QGuiApplication* makeApplication(PlatformUse use)
+{
+    if (use == PlatformUse::pictures)
+        return new QGuiApplication(argumentCount, arguments);
+    // factors of the environment pass: whoever sets one means it
+    if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR_ROUNDING_POLICY"))
+        QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+            Qt::HighDpiScaleFactorRoundingPolicy::Round);
+    QApplication::setStyle(QStringLiteral("fusion"));
+    auto* const application = new QApplication(argumentCount, arguments);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    return application;
+}
+
+bool hasWindows() { return qobject_cast<QApplication*>(QCoreApplication::instance()); }
+
 }  // namespace
 
 int InitPlatform(int argc, char** argv, PlatformUse use)
 {
-    if (graphics)
+    if (graphics && (use == PlatformUse::pictures || hasWindows())) {
+        if (use == PlatformUse::windows)
+            startWindows();
         return 1;
+    }
+    if (graphics)
+        return 0;
     if (!QCoreApplication::instance()) {
         handlerBefore = qInstallMessageHandler(keepQuiet);
         const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY") ||
@@ -46,15 +70,20 @@ int InitPlatform(int argc, char** argv, PlatformUse use)
         // options are the program's own; the toolkit sees the name only
         if (argc > 0 && argv && argv[0])
             arguments[0] = argv[0];
-        ownApplication = new QGuiApplication(argumentCount, arguments);
+        ownApplication = makeApplication(use);
     }
+    if (use == PlatformUse::windows && !hasWindows())
+        return 0;
     graphics = new QtGraphics;
     setGraphicsHook(graphics);
+    if (use == PlatformUse::windows)
+        startWindows();
     return 1;
 }
 
 void ShutdownPlatform()
 {
+    stopWindows();
     if (graphicsHook() == graphics)
         setGraphicsHook(nullptr);
     // fonts go before the application that they need

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/messages.h"
+
+#include <QPointer>
+#include <QScrollBar>
+#include <QWidget>
+
+namespace pavane
+{
+
+class HostWidget;
+
+/// What lies around a client area: a border, the menu bar of a top-level window, scroll bars.
+class FrameWidget : public QWidget
+{
+public:
+    FrameWidget(QWidget* parent, Qt::WindowFlags flags, unsigned style, unsigned exStyle);
+    /// Takes the client area as a child.
+    void setClient(HostWidget* client, HWND hwnd);
+    HostWidget* client() const { return client_; }
+    void setMenuBar(QWidget* bar);
+    QWidget* menuBar() const { return menuBar_; }
+    /// SB_HORZ or SB_VERT; null when the window has none.
+    QScrollBar* bar(int which) const { return bars_[which == SB_VERT ? 1 : 0]; }
+    void makeBar(int which);
+    /// Places everything; sizes of windows that are hidden change at once too.
+    void layOut();
+    /// Size around a client area of that size.
+    QSize sizeAround(QSize client) const;
+    int menuHeight() const;
+
+protected:
+    bool event(QEvent* e) override;
+    void paintEvent(QPaintEvent* e) override;
+
+private:
+    void barMoved(int which, int action);
+
+    HWND hwnd_ = 0;
+    HostWidget* client_ = nullptr;
+    QPointer<QWidget> menuBar_;
+    QScrollBar* bars_[2] = {};
+    int border_ = 0;
+};
+
+}  // namespace pavane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/messages.h"
+
+#include <memory>
+#include <QEvent>
+#include <QPointer>
+#include <QWidget>
+
+namespace pavane
+{
+
+struct InputEvent {
+    QPointer<QWidget> target;
+    std::unique_ptr<QEvent> event;
+};
+
+/// Whether GetMessage waits right here: not in a loop of the toolkit that was started since.
+bool isLoopWaiting();
+/// Whether DispatchMessage is handing out this event, which then goes its usual way.
+bool isHandedOut(const QEvent* event);
+/// Puts an input event behind the messages that wait. With `captured` it is that window's and not
+/// the widget's.
+void queueInput(QWidget* widget, const QEvent& event, HWND captured);
+/// The program is to end.
+void noteQuit(int code);
+/// Drops everything; for the end of the platform.
+void clearQueue();
+/// Makes the object that empties the queue when no GetMessage does; needs the application.
+void startQueue();
+void stopQueue();
+
+}  // namespace pavane

@@ -1,0 +1,45 @@
+#include "platform/qt/cursors.h"
+#include "platform/qt/focus.h"
+#include "platform/qt/InputFilter.h"
+#include "platform/qt/message_queue.h"
+#include "platform/qt/WindowPeer.h"
+
+#include <QApplication>
+
+namespace pavane
+{
+
+namespace
+{
+
+InputFilter* filter = nullptr;
+
+}  // namespace
+
+void startWindows()
+{
+    if (filter)
+        return;
+    filter = new InputFilter;
+    QCoreApplication::instance()->installEventFilter(filter);
+    QObject::connect(qApp, &QApplication::focusChanged, filter, [](QWidget*, QWidget* now) {
+        if (now)
+            settleFocus();
+    });
+    startQueue();
+}
+
+void stopWindows()
+{
+    if (!filter)
+        return;
+    for (const HWND hwnd : allWindows())
+        destroyPeer(hwnd);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    stopQueue();
+    forgetCursors();
+    delete filter;
+    filter = nullptr;
+}
+
+}  // namespace pavane
