@@ -45,13 +45,17 @@ function(pavane_part name)
     set_property(GLOBAL APPEND PROPERTY PAVANE_PARTS ${name})
 endfunction()
 
-# pavane_test(NAME SOURCES ... LINK ... [QT]): one GoogleTest program.
-# With QT its main() starts and stops the platform; without, nothing of the toolkit is linked.
+# pavane_test(NAME SOURCES ... LINK ... [QT | WINDOWS]): one GoogleTest program.
+# With QT its main() starts and stops the platform, with WINDOWS for windows too; without, nothing of
+# the toolkit is linked.
 function(pavane_test name)
-    cmake_parse_arguments(TEST "QT" "" "SOURCES;LINK" ${ARGN})
+    cmake_parse_arguments(TEST "QT;WINDOWS" "" "SOURCES;LINK" ${ARGN})
     add_executable(${name} ${TEST_SOURCES})
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-    if(TEST_QT)
+    if(TEST_WINDOWS)
+        target_compile_definitions(${name} PRIVATE PAVANE_TEST_WINDOWS)
+    endif()
+    if(TEST_QT OR TEST_WINDOWS)
         target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/platform_main.cpp)
         target_link_libraries(${name} PRIVATE ${TEST_LINK} pavane-platform pavane-flags GTest::gtest)
     else()
