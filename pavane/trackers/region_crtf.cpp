@@ -74,11 +74,10 @@ int nextProperty(std::string_view& tail, std::string_view& key, std::string_view
     const std::size_t first = tail.find_first_not_of(" \t");
     tail.remove_prefix(first == std::string_view::npos ? tail.size() : first);
     const char open = tail.empty() ? ' ' : tail[0];
-    std::size_t end = tail.find_first_of(", \t");
-    if (open == '"' || open == '\'')
-        end = tail.find(open, 1);
-    else if (open == '[')
-        end = tail.find(']');
+    // each search ends at what it takes, so that a long tail costs no more than its length
+    const std::size_t end = open == '"' || open == '\'' ? tail.find(open, 1)
+                            : open == '['               ? tail.find(']')
+                                                        : tail.find_first_of(", \t");
     value = tail.substr(0, end);
     tail.remove_prefix(end == std::string_view::npos ? tail.size() : end + 1);
     return 1;

@@ -2,6 +2,7 @@
 
 #include "pavane/trackers/area_polygons.h"
 #include "pavane/trackers/region_place.h"
+#include "tests/tessel/sin_map.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -16,15 +17,9 @@ template <typename Parse, typename Write>
 void loopRegions(const std::uint8_t* data, std::size_t size, Parse parse, Write write)
 {
     static const SkyCoordinates* const sky = [] {
-        MapHeader header;
-        header.axes = {{512, "RA---SIN", "deg", 10, 256, -1e-4, 0},
-                       {512, "DEC--SIN", "deg", 40, 257, 1e-4, 0}};
-        header.hasCelestialAxes = 1;
-        header.cd[0][0] = -1e-4;
-        header.cd[1][1] = 1e-4;
         auto* const made = new SkyCoordinates;
         std::string error;
-        if (!made->init(header, error))
+        if (!made->init(sinMap(10, 40, 1e-4), error))
             std::abort();
         return made;
     }();

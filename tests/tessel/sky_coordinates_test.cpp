@@ -2,11 +2,11 @@
 #include "tessel/paths.h"
 #include "tessel/SkyCoordinates.h"
 #include "tessel/value_text.h"
+#include "tests/tessel/sin_map.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numbers>
 #include <random>
 #include <string>
 
@@ -14,8 +14,6 @@ using namespace pavane;
 
 namespace
 {
-
-constexpr double degree = std::numbers::pi / 180;
 
 /// Right ascension and declination of a cell under the SIN projection, from the formulas of
 /// Calabretta and Greisen (2002), written out.
@@ -29,23 +27,6 @@ void plainSin(const MapHeader& h, double column, double row, double& ra, double&
     const double n = std::sqrt(1 - l * l - m * m);
     ra = h.axes[0].crval + std::atan2(l, n * std::cos(d0) - m * std::sin(d0)) / degree;
     dec = std::asin(m * std::cos(d0) + n * std::sin(d0)) / degree;
-}
-
-MapHeader sinMap(double ra, double dec, double step, double turn = 0)
-{
-    MapHeader header;
-    header.axes.resize(4);
-    header.axes[0] = {512, "RA---SIN", "deg", ra, 256, -step, 0};
-    header.axes[1] = {512, "DEC--SIN", "deg", dec, 257, step, turn};
-    header.hasCelestialAxes = 1;
-    const double c = std::cos(turn * degree);
-    const double s = std::sin(turn * degree);
-    header.cd[0][0] = -step * c;
-    header.cd[0][1] = -step * s;
-    header.cd[1][0] = -step * s;
-    header.cd[1][1] = step * c;
-    header.equinox = 2000;
-    return header;
 }
 
 /// Largest difference, in cells, between the formula's positions and the cells they came from.
@@ -135,7 +116,7 @@ TEST(SkyCoordinates, TellScaleNorthAndHandednessOfAPlace)
         SkyCoordinates sky;
         LocalSky local;
         std::string error;
-        ASSERT_TRUE(sky.init(header, error) && sky.localSky(255, 256, local)) << error;
+        ASSERT_TRUE(sky.init(header, error) && sky.localSky(500, 501, local)) << error;
         EXPECT_NEAR(local.columnScale, 2e-7, 1e-16);
         EXPECT_NEAR(local.rowScale, 1e-7, 1e-16);
         EXPECT_NEAR(local.rowPositionAngle / degree, c.north, 1e-6);
@@ -155,16 +136,16 @@ TEST(SkyCoordinates, FollowTheHeadersPolesParametersAndOldNames)
     double column = 0, row = 0;
     ASSERT_TRUE(sky.init(header, error) && sky.toPixel(100.3, 60.2, column, row)) << error;
     const double a = 0.3 * degree, d = 60.2 * degree, d0 = 60 * degree;
-    EXPECT_NEAR(column, 255 - std::cos(d) * std::sin(a) / degree / 1e-4, 1e-6);
+    EXPECT_NEAR(column, 500 - std::cos(d) * std::sin(a) / degree / 1e-4, 1e-6);
     EXPECT_NEAR(
-        row, 256 + (std::cos(d0) - std::cos(d) * std::cos(a)) / std::sin(d0) / degree / 1e-4, 1e-6);
+        row, 501 + (std::cos(d0) - std::cos(d) * std::cos(a)) / std::sin(d0) / degree / 1e-4, 1e-6);
     header = sinMap(100, 60, 1e-4);
     header.coordinateCards = {card("CRVAL1  = 100.0"), card("CRVAL2  = 60.0"),
                               card("LONPOLE = 1.5D+02"), card("RADESYS = 'icrs'")};
     ASSERT_TRUE(sky.init(header, error)) << error;
     EXPECT_EQ(sky.frame(), SkyCoordinates::Frame::icrs);
     LocalSky local;
-    ASSERT_TRUE(sky.localSky(255, 256, local));
+    ASSERT_TRUE(sky.localSky(500, 501, local));
     EXPECT_NEAR(std::abs(local.rowPositionAngle) / degree, 30, 1e-6);
 }
 

@@ -60,10 +60,7 @@ protected:
 
 TEST(Ds9Regions, CountImagePixelsFromOneAndTurnCounterClockwise)
 {
-    struct {
-        const char* text;
-        const char* shapes;
-    } const cases[] = {
+    const char* const cases[][2] = {
         {"image\nbox(11,21,4,2,0)", "rect 10 20 4 2\n"},
         {"image; box(11,21,4,2)", "rect 10 20 4 2\n"},
         {"image\nbox 11 21 4 2 90", "rect 10 20 2 4\n"},
@@ -77,27 +74,18 @@ TEST(Ds9Regions, CountImagePixelsFromOneAndTurnCounterClockwise)
         {"circle(3i,4i,5i)", "ellipse 2 3 10 10 0\n"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(asText(ds9(c.text).shapes), c.shapes) << c.text;
+        EXPECT_EQ(asText(ds9(c[0]).shapes), c[1]) << c[0];
 }
 
 TEST(Ds9Regions, ListWhatIsNotTaken)
 {
-    const Parsed p = ds9("# Region file format: DS9 version 4.1\n"
-                         "global color=green include=1\n"
-                         "image\n"
-                         "-circle(5,5,2)\n"
-                         "annulus(5,5,1,2)\n"
-                         "# text(4,4) text={Region}\n"
-                         "ellipse(5,5,1,2,3,4,0)\n"
-                         "circle(5,5,2) # include=0 color=red\n"
-                         "fk4\ncircle(5,5,2)\n"
-                         "fk5\ncircle(5,5,2\")\n"
-                         "blob(1,2)\n"
-                         "image\ncircle(5,nan,2)\n"
-                         "box(1,2,3\n"
-                         "circle(1,2,-3)\n"
-                         "polygon(1,2,3,4,5)\n"
-                         "circle(9,9,1)\n");
+    const Parsed p =
+        ds9("# Region file format: DS9 version 4.1\nglobal color=green include=1\nimage\n"
+            "-circle(5,5,2)\nannulus(5,5,1,2)\n# text(4,4) text={Region}\n"
+            "ellipse(5,5,1,2,3,4,0)\ncircle(5,5,2) # include=0 color=red\n"
+            "fk4\ncircle(5,5,2)\nfk5\ncircle(5,5,2\")\nblob(1,2)\nimage\n"
+            "circle(5,nan,2)\nbox(1,2,3\ncircle(1,2,-3)\npolygon(1,2,3,4,5)\n"
+            "circle(9,9,1)\n");
     EXPECT_EQ(asText(p.shapes), "ellipse 8 8 2 2 0\n");
     EXPECT_EQ(joined(p.notes.lines),
               "line 4: an excluded circle cannot be held; left out\n"
@@ -119,10 +107,7 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
 
 TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
 {
-    struct {
-        const char* text;
-        const char* shapes;
-    } const cases[] = {
+    const char* const cases[][2] = {
         {"box[[1pix, 2pix], [5pix, 4pix]]", "rect 3 3 4 2\n"},
         {"box [[5pix,4pix],[1pix,2pix]], coord=J2000, label=\"a ] = b\"", "rect 3 3 4 2\n"},
         {"centerbox[[10pix, 20pix], [4pix, 2pix]]", "rect 10 20 4 2\n"},
@@ -133,17 +118,12 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
         {"poly[[0pix, 0pix], [4pix, 0pix], [4pix, 5pix]]", "poly 0 0 4 0 4 5\n"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(asText(crtf(c.text).shapes), c.shapes) << c.text;
-    const Parsed p = crtf("#CRTFv0\n"
-                          "global coord=B1950, corr=[I, Q], color=blue\n"
-                          "ann circle[[1pix, 2pix], 3pix]\n"
-                          "-circle[[1pix, 2pix], 3pix]\n"
-                          "annulus[[1pix, 2pix], [3pix, 4pix]]\n"
-                          "circle[[1deg, 2deg], 3arcsec]\n"
-                          "circle[[1deg, 2deg], 3arcsec], coord=ICRS\n"
-                          "circle[[1, 2pix], 3pix]\n"
-                          "circle[[[1pix], 2pix], 3pix]\n"
-                          "poly[[1pix, 2pix], [3pix\n"
+        EXPECT_EQ(asText(crtf(c[0]).shapes), c[1]) << c[0];
+    const Parsed p = crtf("#CRTFv0\nglobal coord=B1950, corr=[I, Q], color=blue\n"
+                          "ann circle[[1pix, 2pix], 3pix]\n-circle[[1pix, 2pix], 3pix]\n"
+                          "annulus[[1pix, 2pix], [3pix, 4pix]]\ncircle[[1deg, 2deg], 3arcsec]\n"
+                          "circle[[1deg, 2deg], 3arcsec], coord=ICRS\ncircle[[1, 2pix], 3pix]\n"
+                          "circle[[[1pix], 2pix], 3pix]\npoly[[1pix, 2pix], [3pix\n"
                           "ellipse[[1pix, 2pix], [3pix, 4pix], 5pix]\n"
                           "circle[[1pix, 2pix], 3pix] range=[1GHz, 2GHz]\n");
     EXPECT_EQ(asText(p.shapes), "ellipse 1 2 6 6 90\n");
@@ -163,39 +143,24 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
 
 TEST(RegionValues, ReadSexagesimalAnglesAndWriteNumbersWithoutExponents)
 {
-    struct {
-        const char* text;
-        int isLongitude;
-        double degrees;
-    } const cases[] = {{"12:30:00", 1, 187.5},
-                       {"12:30:36", 0, 12.51},
-                       {"-00:30:00.0", 0, -0.5},
-                       {"12h30m", 1, 187.5},
-                       {"-0d0m36s", 0, -0.01},
-                       {"12d30m36s", 1, 12.51},
-                       {"-001.54.24.5", 0, -1.90680555555555556},
-                       {"12h36s", 1, 180.15}};
-    for (const auto& c : cases) {
+    const char* const texts[] = {"12:30:00", "12h30m",      "12h36s",   "12d30m36s",
+                                 "12:30:36", "-00:30:00.0", "-0d0m36s", "-001.54.24.5"};
+    const double angles[] = {187.5, 187.5, 180.15, 12.51, 12.51, -0.5, -0.01, -1.90680555555555556};
+    for (int i = 0; i < 8; ++i) {
         double degrees = 0;
-        EXPECT_TRUE(readSexagesimal(c.text, c.isLongitude, degrees)) << c.text;
-        EXPECT_NEAR(degrees, c.degrees, 1e-13) << c.text;
+        EXPECT_TRUE(readSexagesimal(texts[i], i < 4, degrees)) << texts[i];
+        EXPECT_NEAR(degrees, angles[i], 1e-13) << texts[i];
     }
     for (const char* bad :
          {"", "-", "12", "1:60:0", "1:2:3:4", "1:-2:3", "h", "1m2s", "12h5", "1.2", "::"}) {
         double degrees = 0;
         EXPECT_FALSE(readSexagesimal(bad, 1, degrees)) << bad;
     }
-    struct {
-        double value;
-        const char* text;
-    } const numbers[] = {{1.5e-7, "0.00000015"},
-                         {-2e20, "-200000000000000000000"},
-                         {0, "0"},
-                         {-1.25e-5, "-0.0000125"},
-                         {0.1, "0.1"},
-                         {123456789012345678.0, "123456789012345680"}};
-    for (const auto& n : numbers)
-        EXPECT_EQ(plainNumber(n.value), n.text);
+    const double numbers[] = {1.5e-7, -2e20, 0, -1.25e-5, 0.1, 123456789012345678.0};
+    const char* const written[] = {"0.00000015", "-200000000000000000000", "0", "-0.0000125",
+                                   "0.1",        "123456789012345680"};
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(plainNumber(numbers[i]), written[i]);
 }
 
 TEST_F(RegionFiles, BringAThousandRandomAreasBack)
@@ -245,12 +210,13 @@ TEST(RegionTexts, ThatAreHugeOrNestedStayCheapAndSafe)
     EXPECT_EQ(p.notes.lines.size(), 1000U);
     EXPECT_EQ(p.notes.more, 19000);
     for (const char* piece :
-         {"(", "[", "-", "||", "circle(", "1,", "=", "\x80", "\"", "12h", "poly["}) {
+         {"(", "[", "-", "||", "circle(", "1,", "=", "a=\"x\"", "\x80", "\"", "12h", "poly["}) {
         std::string text;
         while (text.size() < million)
             text += piece;
         EXPECT_TRUE(ds9(text).shapes.empty() && crtf(text).shapes.empty()) << piece;
         EXPECT_TRUE(ds9("polygon(" + text).shapes.empty() && crtf("poly[" + text).shapes.empty());
+        EXPECT_EQ(crtf("circle[[1pix, 2pix], 3pix]" + text).shapes.size(), 1U);
     }
     EXPECT_TRUE(
         ds9("circle(1e308,1e308,1e308)\nbox(1,1,1e-400,1)\ncircle(1e999,1,1)").shapes.empty());

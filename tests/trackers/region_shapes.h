@@ -1,20 +1,17 @@
 #pragma once
 
 #include "pavane/trackers/area_geometry.h"
-#include "tessel/map_header.h"
 #include "tessel/value_text.h"
+#include "tests/tessel/sin_map.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <random>
 #include <string>
 #include <vector>
 
 namespace pavane
 {
-
-inline constexpr double degree = std::numbers::pi / 180;
 
 /// "box 10 20 4 2 30" (turned; degrees), "rect x y w h", "ellipse x y w h a", "poly x y x y ...".
 inline std::string asText(const AreaShape& shape)
@@ -95,24 +92,6 @@ inline double worstOutline(const std::vector<AreaShape>& a, const std::vector<Ar
         }
     }
     return worst;
-}
-
-/// A map's header in the SIN projection, `step` degrees a cell, turned by `turn` degrees.
-inline MapHeader sinMap(double ra, double dec, double step, double turn = 0)
-{
-    MapHeader header;
-    header.axes.resize(2);
-    header.axes[0] = {1000, "RA---SIN", "deg", ra, 501, -step, 0};
-    header.axes[1] = {1000, "DEC--SIN", "deg", dec, 501, step, turn};
-    header.hasCelestialAxes = 1;
-    const double c = std::cos(turn * degree);
-    const double s = std::sin(turn * degree);
-    header.cd[0][0] = -step * c;
-    header.cd[0][1] = -step * s;
-    header.cd[1][0] = -step * s;
-    header.cd[1][1] = step * c;
-    header.equinox = 2000;
-    return header;
 }
 
 }  // namespace pavane

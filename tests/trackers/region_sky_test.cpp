@@ -12,32 +12,16 @@ using namespace pavane;
 namespace
 {
 
-/// The cell of an offset from the reference position (east, north; degrees), small-angle formulas.
-APoint<double> cellOf(double east, double north, double step)
-{
-    return {500 - east / step, 500 + north / step};
-}
-
-std::string ds9Shapes(const MapHeader& header, const std::string& text,
-                      RegionNotes* notes = nullptr)
+std::string readShapes(const MapHeader& header, const std::string& text,
+                       RegionNotes* notes = nullptr)
 {
     SkyCoordinates sky;
     std::string error;
     std::vector<AreaShape> shapes;
     RegionNotes local;
     EXPECT_TRUE(sky.init(header, error)) << error;
-    parseDs9Regions(text, &sky, shapes, notes ? *notes : local);
-    return asText(shapes);
-}
-
-std::string crtfShapes(const MapHeader& header, const std::string& text)
-{
-    SkyCoordinates sky;
-    std::string error;
-    std::vector<AreaShape> shapes;
-    RegionNotes notes;
-    EXPECT_TRUE(sky.init(header, error)) << error;
-    parseCrtfRegions(text, &sky, shapes, notes);
+    const auto parse = text.find('[') == std::string::npos ? parseDs9Regions : parseCrtfRegions;
+    parse(text, &sky, shapes, notes ? *notes : local);
     return asText(shapes);
 }
 
@@ -62,41 +46,32 @@ TEST(SkyRegions, LieWhereTheTangentPlaneSays)
 {
     const double step = 1e-3 / 3600;  // 1 mas cells at (180, 0)
     const MapHeader map = sinMap(180, 0, step);
-    const APoint<double> p = cellOf(0.02 / 3600, 0.01 / 3600, step);
-    EXPECT_DOUBLE_EQ(p.x, 480);
-    struct {
-        const char* text;
-        const char* shapes;
-    } const cases[] = {
+    const char* const cases[][2] = {
         // the first size of a box lies along the angle, counted from west towards north
         {"fk5\nbox(180.00000555555555556,0.00000277777777778,0.03\",0.01\",30)",
-         "box 480 510 30 10 30\n"},
-        {"fk5\nellipse(180,0,0.03\",0.01\",30)", "ellipse 500 500 60 20 30\n"},
-        {"j2000;circle(12:00:00,+0:0:0.01,0.002')", "ellipse 500 510 240 240 0\n"},
+         "box 480 511 30 10 30\n"},
+        {"fk5\nellipse(180,0,0.03\",0.01\",30)", "ellipse 500 501 60 20 30\n"},
+        {"j2000;circle(12:00:00,+0:0:0.01,0.002')", "ellipse 500 511 240 240 0\n"},
         {"fk5\npolygon(180d,0d,12h0m0s,0d0m0.05s,179.9999861111111111,0)",
-         "poly 500 500 500 550 550 500\n"},
-        {"fk5\ncircle(180,0,3i)", "ellipse 500 500 6 6 0\n"},
+         "poly 500 501 500 551 550 501\n"},
+        {"fk5\ncircle(180,0,3i)", "ellipse 500 501 6 6 0\n"},
+        // position angles run from north through east, which is counter-clockwise here
+        {"ellipse[[180deg, 0deg], [30mas, 10mas], 20deg]", "ellipse 500 501 60 20 110\n"},
+        {"rotbox[[12h0m0s, 0.0.0.01], [30mas, 0.01arcsec], 30deg] coord=J2000",
+         "box 500 511 30 10 30\n"},
+        {"centerbox[[12:00:00, 0d0m0s], [40pix, 20pix]]", "rect 500 501 40 20\n"},
+        {"box[[180.00000277777777778deg, 0deg], [180deg, 0.00000555555555556deg]]",
+         "rect 495 511 10 20\n"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(ds9Shapes(map, c.text), c.shapes) << c.text;
-    const char* const crtfCases[][2] = {
-        // position angles run from north through east, which is counter-clockwise here
-        {"ellipse[[180deg, 0deg], [30mas, 10mas], 20deg]", "ellipse 500 500 60 20 110\n"},
-        {"rotbox[[12h0m0s, 0.0.0.01], [30mas, 0.01arcsec], 30deg] coord=J2000",
-         "box 500 510 30 10 30\n"},
-        {"centerbox[[12:00:00, 0d0m0s], [40pix, 20pix]]", "rect 500 500 40 20\n"},
-        {"box[[180.00000277777777778deg, 0deg], [180deg, 0.00000555555555556deg]]",
-         "rect 495 510 10 20\n"},
-    };
-    for (const auto& c : crtfCases)
-        EXPECT_EQ(crtfShapes(map, c[0]), c[1]) << c[0];
+        EXPECT_EQ(readShapes(map, c[0]), c[1]) << c[0];
     // a map turned by 30 degrees, and one whose east is to the right
-    EXPECT_EQ(ds9Shapes(sinMap(180, 0, step, 30), "fk5\nellipse(180,0,0.03\",0.01\",30)"),
-              "ellipse 500 500 60 20 60\n");
+    EXPECT_EQ(readShapes(sinMap(180, 0, step, 30), "fk5\nellipse(180,0,0.03\",0.01\",30)"),
+              "ellipse 500 501 60 20 60\n");
     MapHeader mirrored = map;
     mirrored.cd[0][0] = step;
-    EXPECT_EQ(ds9Shapes(mirrored, "fk5\nellipse(180,0,0.03\",0.01\",30)"),
-              "ellipse 500 500 60 20 150\n");
+    EXPECT_EQ(readShapes(mirrored, "fk5\nellipse(180,0,0.03\",0.01\",30)"),
+              "ellipse 500 501 60 20 150\n");
 }
 
 TEST(SkyRegions, OfOblongCellsBecomePolygonsWhenTheyMust)
@@ -104,13 +79,13 @@ TEST(SkyRegions, OfOblongCellsBecomePolygonsWhenTheyMust)
     MapHeader oblong = sinMap(180, 0, 1e-3 / 3600);
     oblong.cd[0][0] *= 2;
     RegionNotes notes;
-    EXPECT_EQ(ds9Shapes(oblong, "icrs\nbox(180,0,0.04\",0.02\",0)\n", &notes),
-              "rect 500 500 20 20\n");
+    EXPECT_EQ(readShapes(oblong, "icrs\nbox(180,0,0.04\",0.02\",0)\n", &notes),
+              "rect 500 501 20 20\n");
     EXPECT_EQ(
         notes.lines[0],
         "positions in ICRS are taken as the map's FK5, which differs by less than 0.1 arcsec");
-    EXPECT_EQ(ds9Shapes(oblong, "fk5\ncircle(180,0,0.04\")"), "ellipse 500 500 40 80 0\n");
-    EXPECT_EQ(ds9Shapes(oblong, "fk5\nbox(180,0,0.04\",0.04\",45)", &notes).substr(0, 5), "poly ");
+    EXPECT_EQ(readShapes(oblong, "fk5\ncircle(180,0,0.04\")"), "ellipse 500 501 40 80 0\n");
+    EXPECT_EQ(readShapes(oblong, "fk5\nbox(180,0,0.04\",0.04\",45)", &notes).substr(0, 5), "poly ");
     EXPECT_EQ(notes.lines.back(),
               "line 2: the box is not a rectangle on the map; taken as a polygon");
     EXPECT_LT(worstThroughSky(oblong, AreaFileFormat::crtf, notes), 1e-6);
