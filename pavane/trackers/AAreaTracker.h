@@ -5,6 +5,8 @@
 namespace pavane
 {
 
+struct ShapeTrace;
+
 /// A free polygon, drawn vertex by vertex until it is closed (style bit trackerReady). Hit codes:
 /// -1 nothing, 0 still open: a press adds a vertex, 1 inside, 2 + i vertex i.
 class PAVANE_API AAreaTracker : public ABaseTracker
@@ -54,6 +56,10 @@ public:
 
 protected:
     AArray<CPoint> points_;
+
+private:
+    class Drag;
+    ShapeTrace trace() const;
 };
 
 }  // namespace pavane

@@ -32,7 +32,10 @@ public:
     /// Not owned, not stored; null for none. Has to outlive its use here.
     ABAxis* axis() const { return axis_; }
     void SetAxis(ABAxis* axis) { axis_ = axis; }
+    /// Drops the axis.
     int Load(AFile& file) override;
+    /// Keeps the axis.
+    int SetState(const std::string& state) override;
 
 protected:
     int ownBounds(CRect& bounds) const override;

@@ -14,14 +14,11 @@ public:
     AEllipseTracker* Duplicate() const override;
     /// As many points as the larger semi-axis has pixels; none for a box below 2 pixels.
     void GetAreaPoints(AArray<CPoint>& points) const override;
-    int HitTestHandles(CPoint point) override;
-    void DrawActive(CDC* dc) override;
-    void DrawNotActive(CDC* dc) override;
-    void DrawTrack(CDC* dc) override;
 
     static void GetEllipsePoints(AArray<CPoint>& points, const CRect& rect, double angle);
 
 protected:
+    int firstHandle() const override;
     APoint<double> halfExtent() const override;
 };
 

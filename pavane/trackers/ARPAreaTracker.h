@@ -5,6 +5,8 @@
 namespace pavane
 {
 
+struct ShapeTrace;
+
 /// AAreaTracker in data values.
 class PAVANE_API ARPAreaTracker : public ABTracker
 {
@@ -53,7 +55,13 @@ public:
     void GetPixelPoints(AArray<CPoint>& points) const;
 
 protected:
+    void drawPolygon(CDC& dc, bool active, bool ready) const;
+
     AArray<APoint<double>> points_;
+
+private:
+    class Drag;
+    ShapeTrace trace() const;
 };
 
 }  // namespace pavane

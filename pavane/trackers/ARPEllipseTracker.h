@@ -13,16 +13,13 @@ public:
     ARPEllipseTracker* Duplicate() const override;
     /// `count` points, at most 65 536; 0 stands for 720.
     void GetAreaPoints(AArray<APoint<double>>& points, int count) const override;
-    int HitTestHandles(CPoint point) override;
-    void DrawActive(CDC* dc) override;
-    void DrawNotActive(CDC* dc) override;
-    void DrawTrack(CDC* dc) override;
 
     static void GetRPEllipsePoints(AArray<APoint<double>>& points, const ARect<double>& rect,
                                    double angle, int count);
 
 protected:
     void pixelOutline(AArray<CPoint>& points) const override;
+    int firstHandle() const override;
     APoint<double> halfExtent() const override;
 };
 

@@ -6,6 +6,8 @@
 namespace pavane
 {
 
+struct ShapeTrace;
+
 /// ARectTracker in data values; hit codes and handles are those of its pixels.
 class PAVANE_API ARPRectTracker : public ABTracker
 {
@@ -57,6 +59,10 @@ protected:
     CSize minTrackSize_;
     int allowInvert_ = 0;
     DragSides sides_;
+
+private:
+    class Drag;
+    ShapeTrace trace() const;
 };
 
 }  // namespace pavane

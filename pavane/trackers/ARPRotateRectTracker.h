@@ -1,11 +1,14 @@
 #pragma once
 
 #include "pavane/trackers/ABTracker.h"
+#include "pavane/trackers/turned_rect.h"
 
 #include <cstdint>
 
 namespace pavane
 {
+
+struct ShapeTrace;
 
 /// ARotateRectTracker in data values. The rectangle is turned in data coordinates, and its turned
 /// corners are then put on the screen, so that it covers the same part of the map at any zoom;
@@ -61,6 +64,11 @@ public:
 protected:
     /// The outline on the screen.
     virtual void pixelOutline(AArray<CPoint>& points) const;
+    /// The first handle that is shown, 0 or 4.
+    virtual int firstHandle() const;
+    void pixelHandles(CPoint (&points)[turnedHandleCount]) const;
+    /// Edge of a handle on the screen.
+    int handleSize() const;
     /// Half the extent of the turned outline in x and y, in data values.
     virtual APoint<double> halfExtent() const;
 
@@ -70,6 +78,10 @@ protected:
     int angleStep_ = 15;
     std::uint32_t word_ = 0;  ///< kept in the record for hosts
     int allowInvert_ = 1;     ///< of the drag that runs; not stored
+
+private:
+    class Drag;
+    ShapeTrace trace() const;
 };
 
 }  // namespace pavane

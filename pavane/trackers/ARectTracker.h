@@ -6,6 +6,8 @@
 namespace pavane
 {
 
+struct ShapeTrace;
+
 /// An upright rectangle with eight handles. Hit codes: -1 nothing, 0 to 3 the corners clockwise
 /// from the top left, 4 to 7 the middles of top, right, bottom and left, 8 inside.
 ///
@@ -61,6 +63,10 @@ protected:
     int allowInvert_ = 0;
     /// During a drag: which sides of the opposite edge the dragged ones may be on.
     DragSides sides_;
+
+private:
+    class Drag;
+    ShapeTrace trace() const;
 };
 
 }  // namespace pavane

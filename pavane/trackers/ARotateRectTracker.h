@@ -6,6 +6,8 @@
 namespace pavane
 {
 
+struct ShapeTrace;
+
 /// A rectangle turned about its centre. Hit codes: -1 nothing, 1 inside, 2 to 9 the handles (the
 /// codes of an upright rectangle plus 2), 10 the handle that turns.
 class PAVANE_API ARotateRectTracker : public ABaseTracker
@@ -59,6 +61,8 @@ public:
     void SetAngleStep(int degrees) { angleStep_ = degrees; }
 
 protected:
+    /// The first handle that is shown, 0 or 4.
+    virtual int firstHandle() const;
     /// Half the extent of the turned outline in x and y.
     virtual APoint<double> halfExtent() const;
 
@@ -67,6 +71,10 @@ protected:
     CSize minSize_{8, 8};
     int angleStep_ = 15;
     int allowInvert_ = 1;  ///< of the drag that runs; not stored
+
+private:
+    class Drag;
+    ShapeTrace trace() const;
 };
 
 }  // namespace pavane

@@ -24,13 +24,26 @@ enum TrackerStyle : unsigned {
     trackerNew = 0x2D
 };
 
-/// Follows the drags of trackers; a collection is one.
+/// How a drag came to its end.
+enum class DragEnd {
+    refused,      ///< it never began
+    released,     ///< the left button went up
+    escaped,      ///< cancelled by the Escape key
+    rightButton,  ///< cancelled by the right button: no context menu should follow
+    lost,         ///< cancelled because the capture or the window was lost, or the program ends
+    dead          ///< the tracker was deleted
+};
+
+/// Follows the drags of trackers; a collection is one. It has to outlive what listens to it.
 class TrackerListener
 {
 public:
     virtual ~TrackerListener() = default;
     /// The shape has changed inside a drag; the window is invalid but not painted yet.
     virtual void trackerChanging(ATracker& tracker) { (void)tracker; }
+    /// A drag that had begun is over (not called for a tracker that was deleted meanwhile); the
+    /// shape is as it stays, the capture is released.
+    virtual void trackerDragEnded(ATracker& tracker, DragEnd end) { (void)tracker, (void)end; }
     /// The pixels that drags of the tracker are bound by, both edges included, where that is not
     /// the client area of the window; 0 leaves the client area.
     virtual int trackerBounds(const ATracker& tracker, CRect& bounds)
@@ -93,7 +106,7 @@ public:
     /// The stored record as bytes: two trackers of one class are alike when their states are.
     std::string State() const;
     /// Loads such a record; on 0 the tracker is as it was.
-    int SetState(const std::string& state);
+    virtual int SetState(const std::string& state);
 
     unsigned GetStyle() const { return style_; }
     void SetStyle(unsigned style) { style_ = style; }
@@ -101,6 +114,8 @@ public:
     const CRect& validRect() const { return validRect_; }
     const CRect& clipRect() const { return clipRect_; }
     int finished() const { return finished_; }
+    /// How the last drag ended.
+    DragEnd dragEnd() const { return dragEnd_; }
     /// Pixels that the pointer has to leave the press by before a drag begins; 0 begins at once.
     /// Not stored.
     int deadZone() const { return deadZone_; }
@@ -120,6 +135,20 @@ protected:
     int mayBegin(CWnd* window, CPoint point);
     /// Whether a press at `point` lies in both rectangles as they are.
     int inBothRects(CPoint point) const;
+    /// Refreshes both rectangles where there is something to take them from.
+    void refreshRects(CWnd* window);
+    /// inBothRects after a refresh; without a window and with unset rectangles everything is in.
+    int mayBeHit(CWnd* window, CPoint point);
+    /// Clips to clipRect, draws the shape, and restores the context. Shapes out of sight cost next
+    /// to nothing.
+    void drawClipped(CDC* dc, CWnd* window);
+    /// The pointer in client coordinates, when a cursor may be chosen for this tracker.
+    int pointerIn(CWnd* window, unsigned hitArea, CPoint& point) const;
+    /// Whether the last drag began and then left the shape as it was before.
+    int dragCancelled() const
+    {
+        return dragEnd_ != DragEnd::refused && dragEnd_ != DragEnd::released;
+    }
 
     unsigned style_ = trackerNew;
     int handleSize_ = 6;
@@ -130,6 +159,7 @@ protected:
     TrackerListener* listener_ = nullptr;
     /// Non-zero when right and bottom of the rectangles belong to them.
     int edgesIncluded_ = 0;
+    DragEnd dragEnd_ = DragEnd::refused;
 
 private:
     LifeToken life_;

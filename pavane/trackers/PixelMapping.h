@@ -21,6 +21,17 @@ struct PixelMapping {
                spans(range.xMin, range.xMax) && spans(range.yMin, range.yMax);
     }
     RectMinMaxTransform transform() const { return {rect, range, modeX, modeY}; }
+    /// Signed with the direction in which values grow.
+    double pixelsPerUnitX() const
+    {
+        return (modeX >= 0 ? 1 : -1) * (static_cast<double>(rect.right) - rect.left) /
+               (range.xMax - range.xMin);
+    }
+    double pixelsPerUnitY() const
+    {
+        return (modeY >= 0 ? -1 : 1) * (static_cast<double>(rect.bottom) - rect.top) /
+               (range.yMax - range.yMin);
+    }
 
 private:
     static int spans(double min, double max)

@@ -1,0 +1,39 @@
+#include "pavane/trackers/AEllipseTracker.h"
+
+#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/turned_rect.h"
+
+#include <cmath>
+#include <new>
+
+namespace pavane
+{
+
+AEllipseTracker* AEllipseTracker::Duplicate() const
+{
+    return new (std::nothrow) AEllipseTracker(*this);
+}
+
+void AEllipseTracker::GetEllipsePoints(AArray<CPoint>& points, const CRect& rect, double angle)
+{
+    ellipseOutline(points, rect, angle);
+}
+
+void AEllipseTracker::GetAreaPoints(AArray<CPoint>& points) const
+{
+    GetEllipsePoints(points, rect_, angle_);
+}
+
+int AEllipseTracker::firstHandle() const { return 4; }
+
+APoint<double> AEllipseTracker::halfExtent() const
+{
+    const CSize extent = extentOf(rect_);
+    const double a = extent.cx / 2.0;
+    const double b = extent.cy / 2.0;
+    const double c = std::cos(angle_);
+    const double s = std::sin(angle_);
+    return {std::hypot(a * c, b * s), std::hypot(a * s, b * c)};
+}
+
+}  // namespace pavane

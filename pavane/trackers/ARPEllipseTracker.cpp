@@ -1,0 +1,73 @@
+#include "pavane/trackers/ARPEllipseTracker.h"
+
+#include "pavane/trackers/AxisPixels.h"
+#include "pavane/trackers/data_drags.h"
+#include "pavane/trackers/rect_handles.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
+
+namespace pavane
+{
+
+ARPEllipseTracker* ARPEllipseTracker::Duplicate() const
+{
+    return new (std::nothrow) ARPEllipseTracker(*this);
+}
+
+void ARPEllipseTracker::GetRPEllipsePoints(AArray<APoint<double>>& points,
+                                           const ARect<double>& rect, double angle, int count)
+{
+    constexpr int usualCount = 720;
+    constexpr int mostPoints = 65536;
+    const int n = count < 1 ? usualCount : std::min(count, mostPoints);
+    points.GrowBy(n);
+    const APoint<double> centre = centreOf(rect);
+    const double a = std::abs(rect.right / 2 - rect.left / 2);
+    const double b = std::abs(rect.bottom / 2 - rect.top / 2);
+    const double c = std::cos(angle);
+    const double s = std::sin(angle);
+    for (int i = 0; i < points.count(); ++i) {
+        const double along = a * std::cos(2 * pi * i / n);
+        const double across = b * std::sin(2 * pi * i / n);
+        points(i) = {centre.x + along * c - across * s, centre.y + along * s + across * c};
+    }
+}
+
+void ARPEllipseTracker::GetAreaPoints(AArray<APoint<double>>& points, int count) const
+{
+    GetRPEllipsePoints(points, rect_, angle_, count);
+}
+
+/// As many points as a smooth curve needs on the screen.
+void ARPEllipseTracker::pixelOutline(AArray<CPoint>& points) const
+{
+    constexpr int fewest = 12;
+    constexpr int most = 720;
+    CPoint handles[turnedHandleCount];
+    pixelHandles(handles);
+    int reach = 0;
+    for (int i = 4; i < 8; ++i) {
+        const CSize span = extentOf({handles[8].x, handles[8].y, handles[i].x, handles[i].y});
+        reach = std::max({reach, span.cx, span.cy});
+    }
+    AArray<APoint<double>> values;
+    GetAreaPoints(values, reach > most ? most : std::max(fewest, reach));
+    points.GrowBy(values.count());
+    for (int i = 0; i < std::min(points.count(), values.count()); ++i)
+        points(i) = pixel(values(i));
+}
+
+int ARPEllipseTracker::firstHandle() const { return 4; }
+
+APoint<double> ARPEllipseTracker::halfExtent() const
+{
+    const double a = rect_.right / 2 - rect_.left / 2;
+    const double b = rect_.bottom / 2 - rect_.top / 2;
+    const double c = std::cos(angle_);
+    const double s = std::sin(angle_);
+    return {std::hypot(a * c, b * s), std::hypot(a * s, b * c)};
+}
+
+}  // namespace pavane

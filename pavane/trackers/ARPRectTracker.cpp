@@ -1,0 +1,125 @@
+#include "pavane/trackers/ARPRectTracker.h"
+
+#include "pavane/trackers/data_drags.h"
+#include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/tracker_drawing.h"
+#include "pavane/trackers/tracker_record.h"
+
+#include <algorithm>
+#include <new>
+
+namespace pavane
+{
+
+ARPRectTracker::ARPRectTracker() : minTrackSize_{2 * handleSize_, 2 * handleSize_} {}
+
+int ARPRectTracker::Store(AFile& file) const
+{
+    return ATracker::Store(file) && storeFields(file, rect_, minTrackSize_, allowInvert_);
+}
+
+int ARPRectTracker::Load(AFile& file)
+{
+    ARect<double> rect;
+    CSize least;
+    int allowInvert = 0;
+    if (!ABTracker::Load(file) || !loadFields(file, rect, least, allowInvert) || !isFinite(rect) ||
+        !plausibleLeast(least.cx) || !plausibleLeast(least.cy))
+        return 0;
+    rect_ = rect;
+    minTrackSize_ = least;
+    allowInvert_ = allowInvert;
+    return 1;
+}
+
+ARPRectTracker* ARPRectTracker::Duplicate() const
+{
+    return new (std::nothrow) ARPRectTracker(*this);
+}
+
+void ARPRectTracker::SetRect(const ARect<double>& rect)
+{
+    if (isFinite(rect))
+        rect_ = rect;
+}
+
+CRect ARPRectTracker::pixelRect() const { return AxisPixels(axis_).pixels(rect_); }
+
+void ARPRectTracker::GetAreaPoints(AArray<APoint<double>>& points, int) const
+{
+    points.GrowBy(4);
+    if (points.count() < 4)
+        return;
+    points(0) = {rect_.left, rect_.top};
+    points(1) = {rect_.right, rect_.top};
+    points(2) = {rect_.right, rect_.bottom};
+    points(3) = {rect_.left, rect_.bottom};
+}
+
+APoint<double> ARPRectTracker::GetCenter() const { return centreOf(rect_); }
+
+int ARPRectTracker::HitTest(CPoint point, CWnd*)
+{
+    const int hit = HitTestHandles(point);
+    return hit >= 0 && !(style_ & trackerHandles) ? hitMiddle : hit;
+}
+
+int ARPRectTracker::HitTestHandles(CPoint point)
+{
+    const CRect rect = pixelRect();
+    CRect all;
+    GetTrueRect(&all);
+    return hitRectHandles(rect, point, GetHandleSize(rect), handleSize_, all);
+}
+
+void ARPRectTracker::GetTrueRect(CRect* rect) const
+{
+    *rect = grown(normalized(pixelRect()), std::max(handleSize_ / 2 - 1, 0));
+}
+
+void ARPRectTracker::GetHandleRect(int code, CRect* rect) const
+{
+    const CRect pixels = pixelRect();
+    *rect = handleRect(pixels, code, GetHandleSize(pixels), handleSize_);
+}
+
+int ARPRectTracker::GetHandleMask() const { return handleMask(pixelRect(), handleSize_); }
+
+void ARPRectTracker::AdjustRect(int hit, CRect* pixels)
+{
+    keepLeastSize(*pixels, hit, minTrackSize_, validRect_, sides_);
+}
+
+void ARPRectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
+
+void ARPRectTracker::DrawShape(CDC& dc)
+{
+    if (IsActive())
+        DrawActive(&dc);
+    else
+        DrawNotActive(&dc);
+}
+
+void ARPRectTracker::DrawActive(CDC* dc)
+{
+    const CRect pixels = pixelRect();
+    drawRectShape(*dc, pixels, GetHandleSize(pixels), handleSize_, true);
+}
+
+void ARPRectTracker::DrawNotActive(CDC* dc)
+{
+    const CRect pixels = pixelRect();
+    drawRectShape(*dc, pixels, GetHandleSize(pixels), handleSize_, false);
+}
+
+void ARPRectTracker::DrawTrackRect(CDC* dc, const CRect& pixels)
+{
+    drawRectShape(*dc, pixels, GetHandleSize(pixels), handleSize_, IsActive() != 0);
+}
+
+ShapeTrace ARPRectTracker::trace() const
+{
+    return rectTrace(pixelRect(), handleSize_ + GetLineSize());
+}
+
+}  // namespace pavane

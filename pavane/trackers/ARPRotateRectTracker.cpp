@@ -1,0 +1,190 @@
+#include "pavane/trackers/ARPRotateRectTracker.h"
+
+#include "pavane/trackers/data_drags.h"
+#include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/polygon_shape.h"
+#include "pavane/trackers/tracker_drawing.h"
+#include "pavane/trackers/tracker_record.h"
+
+#include <cmath>
+#include <new>
+
+namespace pavane
+{
+
+int ARPRotateRectTracker::Store(AFile& file) const
+{
+    return ATracker::Store(file) && storeFields(file, rect_, angle_, minSize_, angleStep_, word_);
+}
+
+int ARPRotateRectTracker::Load(AFile& file)
+{
+    ARect<double> rect;
+    double angle = 0;
+    CSize least;
+    int step = 0;
+    std::uint32_t word = 0;
+    if (!ABTracker::Load(file) || !loadFields(file, rect, angle, least, step, word) ||
+        !isFinite(rect) || !plausibleAngle(angle) || !plausibleLeast(least.cx) ||
+        !plausibleLeast(least.cy) || !plausibleStep(step))
+        return 0;
+    rect_ = rect;
+    angle_ = angle;
+    minSize_ = least;
+    angleStep_ = step;
+    word_ = word;
+    return 1;
+}
+
+ARPRotateRectTracker* ARPRotateRectTracker::Duplicate() const
+{
+    return new (std::nothrow) ARPRotateRectTracker(*this);
+}
+
+void ARPRotateRectTracker::SetRect(const ARect<double>& rect)
+{
+    if (isFinite(rect))
+        rect_ = rect;
+}
+
+void ARPRotateRectTracker::SetAngle(double angle)
+{
+    if (plausibleAngle(angle))
+        angle_ = angle;
+}
+
+void ARPRotateRectTracker::GetAreaPoints(AArray<APoint<double>>& points, int) const
+{
+    APoint<double> handles[turnedHandleCount];
+    turnedHandles({rect_, angle_}, handles);
+    points.GrowBy(4);
+    for (int i = 0; i < points.count(); ++i)
+        points(i) = handles[i];
+}
+
+APoint<double> ARPRotateRectTracker::GetCenter() const { return centreOf(rect_); }
+
+void ARPRotateRectTracker::pixelHandles(CPoint (&points)[turnedHandleCount]) const
+{
+    APoint<double> handles[turnedHandleCount];
+    turnedHandles({rect_, angle_}, handles);
+    for (int i = 0; i < turnedHandleCount; ++i)
+        points[i] = pixel(handles[i]);
+}
+
+void ARPRotateRectTracker::pixelOutline(AArray<CPoint>& points) const
+{
+    CPoint handles[turnedHandleCount];
+    pixelHandles(handles);
+    points.GrowBy(4);
+    for (int i = 0; i < points.count(); ++i)
+        points(i) = handles[i];
+}
+
+int ARPRotateRectTracker::handleSize() const
+{
+    return GetHandleSize(AxisPixels(axis_).pixels(rect_));
+}
+
+int ARPRotateRectTracker::firstHandle() const { return 0; }
+
+int ARPRotateRectTracker::HitTest(CPoint point, CWnd* window)
+{
+    CRect all;
+    GetTrueRect(&all);
+    if (!mayBeHit(window, point) || !all.PtInRect(point))
+        return hitNothing;
+    const int hit = HitTestHandles(point);
+    return hit > hitInside && !(style_ & trackerHandles) ? hitInside : hit;
+}
+
+int ARPRotateRectTracker::HitTestHandles(CPoint point)
+{
+    for (int i = firstHandle(); i < turnedHandleCount; ++i) {
+        CRect handle;
+        GetHandleRect(i, &handle);
+        if (handle.PtInRect(point))
+            return i + hitFirstHandle;
+    }
+    AArray<CPoint> points;
+    pixelOutline(points);
+    return insidePolygon(points.lpArray(), points.count(), point) ? hitInside : hitNothing;
+}
+
+void ARPRotateRectTracker::GetTrueRect(CRect* rect) const
+{
+    constexpr int beyondHandles = 2;
+    CPoint handles[turnedHandleCount];
+    pixelHandles(handles);
+    *rect = grown(boundingBox(handles, turnedHandleCount), handleSize() / 2 + beyondHandles);
+}
+
+void ARPRotateRectTracker::GetHandleRect(int index, CRect* rect) const
+{
+    CPoint handles[turnedHandleCount];
+    pixelHandles(handles);
+    *rect = index >= 0 && index < turnedHandleCount ? squareAbout(handles[index], handleSize())
+                                                    : CRect();
+}
+
+double ARPRotateRectTracker::JustifyAngle(double angle, double direction)
+{
+    return snappedAngle(angle, direction, angleStep_);
+}
+
+void ARPRotateRectTracker::AdjustRect(ARect<double>& rect)
+{
+    widenToLeast(rect, angle_, minSize_, AxisPixels(axis_));
+}
+
+APoint<double> ARPRotateRectTracker::halfExtent() const
+{
+    const double a = std::abs(rect_.right / 2 - rect_.left / 2);
+    const double b = std::abs(rect_.bottom / 2 - rect_.top / 2);
+    const double c = std::abs(std::cos(angle_));
+    const double s = std::abs(std::sin(angle_));
+    return {a * c + b * s, a * s + b * c};
+}
+
+void ARPRotateRectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
+
+void ARPRotateRectTracker::DrawShape(CDC& dc)
+{
+    if (IsActive())
+        DrawActive(&dc);
+    else
+        DrawNotActive(&dc);
+}
+
+void ARPRotateRectTracker::DrawActive(CDC* dc)
+{
+    AArray<CPoint> points;
+    pixelOutline(points);
+    CPoint handles[turnedHandleCount];
+    pixelHandles(handles);
+    drawTurnedShape(*dc, points.lpArray(), points.count(), handles, firstHandle(), handleSize());
+}
+
+void ARPRotateRectTracker::DrawNotActive(CDC* dc)
+{
+    AArray<CPoint> points;
+    pixelOutline(points);
+    drawTrackerOutline(*dc, points.lpArray(), points.count(), true, false);
+}
+
+void ARPRotateRectTracker::DrawTrack(CDC* dc) { DrawShape(*dc); }
+
+ShapeTrace ARPRotateRectTracker::trace() const
+{
+    CPoint handles[turnedHandleCount];
+    pixelHandles(handles);
+    AArray<CPoint> points;
+    pixelOutline(points);
+    ShapeTrace trace;
+    trace.points.assign(points.lpArray(), points.lpArray() + points.count());
+    trace.stem = {pixel(GetCenter()), handles[turningHandle]};
+    trace.margin = handleSize_ + GetLineSize();
+    return trace;
+}
+
+}  // namespace pavane

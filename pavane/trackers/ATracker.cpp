@@ -1,0 +1,86 @@
+#include "pavane/trackers/ATracker.h"
+
+#include "pavane/trackers/MemoryFile.h"
+#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/tracker_record.h"
+
+namespace pavane
+{
+
+static_assert(sizeof(CRect) == 16 && sizeof(CPoint) == 8 && sizeof(CSize) == 8,
+              "rectangles and points are stored as they lie in memory");
+
+ATracker::ATracker() = default;
+ATracker::~ATracker() = default;
+
+int ATracker::Store(AFile& file) const
+{
+    // Deliberate: validRect goes out twice and Load reads both into the same field. The record is
+    // 56 bytes, and every derived record starts after it.
+    return storeFields(file, style_, handleSize_, validRect_, validRect_, clipRect_);
+}
+
+int ATracker::Load(AFile& file)
+{
+    unsigned style = 0;
+    int handleSize = 0;
+    CRect valid;
+    CRect clip;
+    if (!loadFields(file, style, handleSize, valid, valid, clip) || !plausibleHandle(handleSize))
+        return 0;
+    style_ = style;
+    handleSize_ = handleSize;
+    validRect_ = valid;
+    clipRect_ = clip;
+    return 1;
+}
+
+int ATracker::IsReady() const { return 1; }
+
+int ATracker::IsActive() const { return (style_ & trackerActive) != 0; }
+
+void ATracker::SetActive(int on)
+{
+    style_ = on ? style_ | trackerActive : style_ & ~unsigned{trackerActive};
+}
+
+int ATracker::TrackReady(CWnd*, CPoint) { return 0; }
+
+int ATracker::GetLineSize() const { return (style_ & trackerLineStyle) != 0; }
+
+int ATracker::GetHandleSize(const CRect& rect) const { return handleSizeFor(rect, handleSize_); }
+
+std::string ATracker::State() const
+{
+    MemoryFile file;
+    (void)Store(file);  // memory takes every write
+    return file.bytes();
+}
+
+int ATracker::SetState(const std::string& state)
+{
+    const std::string before = State();
+    MemoryFile file(state);
+    if (Load(file) && !file.left())
+        return 1;
+    MemoryFile old(before);
+    (void)Load(old);  // what was stored loads
+    return 0;
+}
+
+int ATracker::ownBounds(CRect& bounds) const
+{
+    return listener_ && listener_->trackerBounds(*this, bounds);
+}
+
+int ATracker::inBothRects(CPoint point) const
+{
+    const auto in = [&](const CRect& r) {
+        return point.x >= r.left && point.y >= r.top &&
+               (edgesIncluded_ ? point.x <= r.right && point.y <= r.bottom
+                               : point.x < r.right && point.y < r.bottom);
+    };
+    return in(validRect_) && in(clipRect_);
+}
+
+}  // namespace pavane

@@ -1,0 +1,156 @@
+#include "pavane/trackers/drag_loop.h"
+
+#include "pavane/trackers/outline_strips.h"
+#include "platform/CWnd.h"
+
+#include <cstdlib>
+#include <optional>
+
+namespace pavane
+{
+
+namespace
+{
+
+class DragLoop
+{
+public:
+    DragLoop(ATracker& tracker, DragState state, DragSession& session, CWnd* window, CPoint press)
+        : tracker_(tracker), state_(state), session_(session), window_(window),
+          handle_(window->GetSafeHwnd()), press_(press), deadZone_(tracker.deadZone()),
+          life_(tracker.life())
+    {
+    }
+
+    DragEnd run(CWnd* clipTo)
+    {
+        state_.finished = 0;
+        window_->SetCapture();
+        if (life_.alive() && windowLives())
+            window_->UpdateWindow();
+        // the other window may have died by now, unless it is this one
+        if (life_.alive() && clipTo && clipTo != window_ && windowLives())
+            clipTo->UpdateWindow();
+        DragEnd end = goesOn();
+        if (end == DragEnd::released) {
+            (void)change([&] { return session_.begin(); });
+            end = goesOn();
+        }
+        while (end == DragEnd::released && !released_)
+            end = step();
+        return leave(end);
+    }
+
+private:
+    bool windowLives() const { return CWnd::FromHandle(handle_) == window_; }
+
+    /// `released` as long as nothing stands against going on.
+    DragEnd goesOn() const
+    {
+        if (!life_.alive())
+            return DragEnd::dead;
+        return windowLives() && CWnd::GetCapture() == window_ ? DragEnd::released : DragEnd::lost;
+    }
+
+    DragEnd step()
+    {
+        MSG message;
+        const int running = GetMessage(message);
+        const DragEnd now = goesOn();
+        if (now != DragEnd::released)
+            return now;
+        if (!running || message.message == WM_CANCELMODE)
+            return DragEnd::lost;
+        if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE)
+            return DragEnd::escaped;
+        if (message.message == WM_RBUTTONDOWN)
+            return DragEnd::rightButton;
+        const bool up = message.message == WM_LBUTTONUP;
+        if (message.hwnd == handle_ && (up || message.message == WM_MOUSEMOVE))
+            pointer(message, up);
+        else
+            DispatchMessage(message);
+        return goesOn();
+    }
+
+    void pointer(const MSG& message, bool up)
+    {
+        const CPoint point(GET_X_LPARAM(message.lParam), GET_Y_LPARAM(message.lParam));
+        const bool near =
+            std::abs(point.x - press_.x) <= deadZone_ && std::abs(point.y - press_.y) <= deadZone_;
+        begun_ = begun_ || !near || deadZone_ < 1;
+        const int shift = (message.wParam & MK_SHIFT) != 0;
+        released_ = up;
+        if (up)
+            state_.finished = 1;
+        (void)change([&] { return session_.moveTo(begun_ ? point : press_, shift, up); });
+    }
+
+    /// Lets the session change the shape and paints what that uncovers; the tracker or the window
+    /// may be gone afterwards.
+    template <typename Change>
+    bool change(const Change& make)
+    {
+        const ShapeTrace before = session_.trace();
+        if (!make() || !life_.alive())
+            return false;
+        if (!windowLives())
+            return true;
+        invalidateTrace(*window_, before);
+        invalidateTrace(*window_, session_.trace());
+        if (TrackerListener* const listener = tracker_.listener())
+            listener->trackerChanging(tracker_);
+        if (life_.alive() && windowLives())
+            window_->UpdateWindow();
+        return true;
+    }
+
+    DragEnd leave(DragEnd end)
+    {
+        if (end != DragEnd::released && end != DragEnd::dead)
+            (void)change([&] {
+                session_.cancel();
+                return 1;
+            });
+        if (windowLives() && CWnd::GetCapture() == window_)
+            CWnd::ReleaseCapture();
+        if (!life_.alive())
+            return DragEnd::dead;
+        state_.end = end;
+        if (TrackerListener* const listener = tracker_.listener())
+            listener->trackerDragEnded(tracker_, end);
+        return life_.alive() ? end : DragEnd::dead;
+    }
+
+    ATracker& tracker_;
+    DragState state_;
+    DragSession& session_;
+    CWnd* window_;
+    HWND handle_;
+    CPoint press_;
+    int deadZone_;
+    LifeWatch life_;
+    bool begun_ = false;
+    bool released_ = false;
+};
+
+}  // namespace
+
+DragEnd runDrag(ATracker& tracker, DragState state, DragSession& session, CWnd* window,
+                CPoint press, CWnd* clipTo)
+{
+    return DragLoop(tracker, state, session, window, press).run(clipTo);
+}
+
+void invalidateTrace(CWnd& window, const ShapeTrace& trace)
+{
+    std::vector<CRect> strips;
+    addOutlineStrips(strips, trace.points.data(), static_cast<int>(trace.points.size()),
+                     trace.closed, trace.margin);
+    addOutlineStrips(strips, trace.stem.data(), static_cast<int>(trace.stem.size()), false,
+                     trace.margin);
+    for (const CRect& strip : strips)
+        window.InvalidateRect(strip);
+}
+
+}  // namespace pavane

@@ -1,0 +1,139 @@
+#include "pavane/trackers/tracker_drawing.h"
+
+#include "pavane/trackers/rect_handles.h"
+#include "platform/CDC.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr COLORREF dark = RGB(0, 0, 0);
+constexpr COLORREF light = RGB(255, 255, 255);
+/// A dark seam of a pixel on both sides of a light line.
+constexpr int activeWidth = 3;
+
+class PenChange
+{
+public:
+    PenChange(CDC& dc, CPen& pen) : dc_(dc), old_(dc.SelectObject(&pen)) {}
+    ~PenChange() { dc_.SelectObject(old_); }
+    PenChange(const PenChange&) = delete;
+    PenChange& operator=(const PenChange&) = delete;
+
+private:
+    CDC& dc_;
+    CPen* old_;
+};
+
+void stroke(CDC& dc, CPen& pen, const std::vector<CPoint>& line)
+{
+    const PenChange change(dc, pen);
+    dc.Polyline(line.data(), static_cast<int>(line.size()));
+}
+
+void strokeTwice(CDC& dc, const std::vector<CPoint>& line, bool active)
+{
+    CPen under(PS_SOLID, active ? activeWidth : 1, dark);
+    CPen over(active ? PS_SOLID : PS_DOT, 1, light);
+    stroke(dc, under, line);
+    const int mode = dc.SetBkMode(TRANSPARENT);
+    stroke(dc, over, line);
+    dc.SetBkMode(mode);
+}
+
+void frame(CDC& dc, const CRect& square, COLORREF color)
+{
+    if (square.IsRectEmpty())
+        return;
+    const CBrush brush(color);
+    dc.FrameRect(square, &brush);
+}
+
+void hollowHandle(CDC& dc, const CRect& square)
+{
+    frame(dc, square, dark);
+    frame(dc, grown(square, -1), light);
+}
+
+void filledHandle(CDC& dc, const CRect& square)
+{
+    dc.FillSolidRect(square, dark);
+    dc.FillSolidRect(grown(square, -1), light);
+}
+
+void circle(CDC& dc, const CRect& box, COLORREF color)
+{
+    CPen pen(PS_SOLID, 1, color);
+    const PenChange change(dc, pen);
+    CBrush hollow;
+    hollow.CreateNullBrush();
+    CBrush* const old = dc.SelectObject(&hollow);
+    dc.Ellipse(box.left, box.top, box.right, box.bottom);
+    dc.SelectObject(old);
+}
+
+}  // namespace
+
+int showsIn(const CDC& dc, const CRect& rect)
+{
+    CRect box;
+    CRect both;
+    return dc.GetClipBox(box) != NULLREGION && both.IntersectRect(box, rect);
+}
+
+void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed, bool active)
+{
+    if (n < 2)
+        return;
+    std::vector<CPoint> line(points, points + n);
+    if (closed)
+        line.push_back(points[0]);
+    strokeTwice(dc, line, active);
+}
+
+void drawRectShape(CDC& dc, const CRect& rect, int handle, int size, bool active)
+{
+    const CPoint corners[] = {{rect.left, rect.top},
+                              {rect.right, rect.top},
+                              {rect.right, rect.bottom},
+                              {rect.left, rect.bottom}};
+    drawTrackerOutline(dc, corners, 4, true, active);
+    if (!active)
+        return;
+    const int mask = handleMask(rect, size);
+    for (int code = 0; code < hitMiddle; ++code)
+        if (mask >> code & 1)
+            hollowHandle(dc, handleRect(rect, code, handle, size));
+}
+
+void drawTurnedShape(CDC& dc, const CPoint* points, int n,
+                     const CPoint (&handles)[turnedHandleCount], int firstHandle, int size)
+{
+    drawTrackerOutline(dc, points, n, true, true);
+    const CPoint centre(middleOf(handles[5].x, handles[7].x), middleOf(handles[5].y, handles[7].y));
+    const CPoint stem[] = {centre, handles[turningHandle]};
+    drawTrackerOutline(dc, stem, 2, false, false);
+    for (int i = firstHandle; i < turningHandle; ++i)
+        hollowHandle(dc, squareAbout(handles[i], size));
+    const CRect knob = squareAbout(handles[turningHandle], size + 2);
+    circle(dc, knob, dark);
+    circle(dc, grown(knob, -1), light);
+}
+
+void drawAreaShape(CDC& dc, const CPoint* points, int n, int size, bool active, bool ready)
+{
+    drawTrackerOutline(dc, points, n, ready, active || !ready);
+    if (n < 1 || (!active && ready))
+        return;
+    for (int i = 0; i < n; ++i)
+        hollowHandle(dc, squareAbout(points[i], size));
+    if (!ready)
+        filledHandle(dc, squareAbout(points[n - 1], size));
+}
+
+}  // namespace pavane

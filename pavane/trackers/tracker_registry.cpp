@@ -1,0 +1,73 @@
+#include "pavane/trackers/tracker_registry.h"
+
+#include "pavane/trackers/AAreaTracker.h"
+#include "pavane/trackers/AEllipseTracker.h"
+#include "pavane/trackers/ARectTracker.h"
+#include "pavane/trackers/ARPAreaTracker.h"
+#include "pavane/trackers/ARPEllipseTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
+
+#include <new>
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+struct TrackerClass {
+    CString name;
+    TrackerMaker maker;
+};
+
+template <typename Tracker>
+ATracker* make()
+{
+    return new (std::nothrow) Tracker();
+}
+
+std::vector<TrackerClass>& classes()
+{
+    static std::vector<TrackerClass> known = {
+        {"ARectTracker", make<ARectTracker>},
+        {"ARotateRectTracker", make<ARotateRectTracker>},
+        {"AEllipseTracker", make<AEllipseTracker>},
+        {"AAreaTracker", make<AAreaTracker>},
+        {"ARPRectTracker", make<ARPRectTracker>},
+        {"ARPRotateRectTracker", make<ARPRotateRectTracker>},
+        {"ARPEllipseTracker", make<ARPEllipseTracker>},
+        {"ARPAreaTracker", make<ARPAreaTracker>},
+    };
+    return known;
+}
+
+TrackerClass* find(const CString& name)
+{
+    for (TrackerClass& c : classes())
+        if (c.name == name)
+            return &c;
+    return nullptr;
+}
+
+}  // namespace
+
+ATracker* CreateTracker(const CString& className)
+{
+    const TrackerClass* const found = find(className);
+    return found ? found->maker() : nullptr;
+}
+
+int RegisterTrackerClass(const CString& name, TrackerMaker maker)
+{
+    constexpr std::size_t longestName = 31;
+    if (name.empty() || name.size() > longestName || name.find('\0') != name.npos || !maker)
+        return 0;
+    if (TrackerClass* const known = find(name))
+        known->maker = maker;
+    else
+        classes().push_back({name, maker});
+    return 1;
+}
+
+}  // namespace pavane
