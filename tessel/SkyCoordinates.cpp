@@ -75,6 +75,8 @@ std::string frameFault(const MapHeader& header, const SkyCards& cards, SkyCoordi
     std::string name = cards.radesys;
     if (name.empty())
         name = header.equinox == 0 ? "ICRS" : header.equinox < 1984 ? "FK4" : "FK5";
+    if (name == "J2000")
+        name = "FK5";  // what some writers call it
     frame = name == "ICRS" ? SkyCoordinates::Frame::icrs : SkyCoordinates::Frame::fk5;
     if (name == "ICRS" || (name == "FK5" && (header.equinox == 0 || header.equinox == 2000)))
         return "";
