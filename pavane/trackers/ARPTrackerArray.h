@@ -17,8 +17,8 @@ class PAVANE_API ARPTrackerArray : public TrackerArrayOf<ABTracker>
 public:
     ARPTrackerArray() = default;
 
-    /// The axis of all trackers, not owned; null takes it away. Call it again after the axis has
-    /// another range or graph rectangle.
+    /// The axis of all trackers, not owned; null takes it away. Changes of its range and
+    /// graph rectangle are noticed.
     void SetAxis(ABAxis* axis);
     ABAxis* GetAxis() const { return axis_; }
 
@@ -60,9 +60,23 @@ protected:
     APoint<double> shapePoint(CPoint pixel) const override;
     CPoint pixelPoint(const APoint<double>& point) const override;
     APoint<double> shapeOffset(APoint<double> value) override { return value; }
+    int shapeBounds(CWnd* window, ATracker& tracker, ARect<double>& bounds) const override;
+    int pixelsMoved() override;
 
 private:
+    /// What decides where values are on the screen.
+    struct AxisState {
+        CRect rect;
+        TMinMax range;
+        TMnMx logX;
+        TMnMx logY;
+        int xDirect = 0;
+        int yDirect = 0;
+        friend bool operator==(const AxisState&, const AxisState&) = default;
+    };
+
     ABAxis* axis_ = nullptr;
+    AxisState shownThrough_;
 };
 
 }  // namespace pavane

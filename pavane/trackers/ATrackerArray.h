@@ -70,6 +70,7 @@ protected:
     APoint<double> shapePoint(CPoint pixel) const override;
     CPoint pixelPoint(const APoint<double>& point) const override;
     APoint<double> shapeOffset(APoint<double> value) override;
+    int shapeBounds(CWnd* window, ATracker& tracker, ARect<double>& bounds) const override;
     int mappingNumber() override;
     void rescale(ATracker& tracker, int fromMapping, int toMapping) override;
 

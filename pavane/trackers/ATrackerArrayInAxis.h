@@ -11,6 +11,8 @@ namespace pavane
 class PAVANE_API ATrackerArrayInAxis : public ARPTrackerArray
 {
 public:
+    ATrackerArrayInAxis();
+
     /// The window, not owned; it takes itself away (null) before it goes.
     void SetHost(TrackerHost* host) { host_ = host; }
     TrackerHost* GetHost() const { return host_; }

@@ -11,6 +11,7 @@
 #include "pavane/trackers/tool_modes.h"
 #include "platform/api.h"
 #include "platform/cursors.h"
+#include "platform/messages.h"
 #include "platform/types.h"
 
 #include <functional>
@@ -211,6 +212,10 @@ protected:
     virtual CPoint pixelPoint(const APoint<double>& point) const = 0;
     /// The change of a shape's coordinates at `at` for a change of data values.
     virtual APoint<double> shapeOffset(APoint<double> value) = 0;
+    /// Where shapes may lie, in their coordinates; 0 where that is not known.
+    virtual int shapeBounds(CWnd* window, ATracker& tracker, ARect<double>& bounds) const = 0;
+    /// Non-zero when pixels stand for other coordinates than at the last call.
+    virtual int pixelsMoved() { return 0; }
     /// Pixel shapes: the mapping that they belong to now, and a tracker's way between two mappings.
     virtual int mappingNumber() { return 0; }
     virtual void rescale(ATracker& tracker, int fromMapping, int toMapping);
@@ -223,6 +228,8 @@ protected:
     void endDrag();
     /// Replaces all items, as one step; owns the new ones in any case.
     void replaceAll(std::vector<ATracker*>& trackers, int current);
+    /// The new shape that a drag draws now, null for none.
+    ATracker* drawnTracker() const { return drawn_; }
 
     int zoomScale_ = zoomFactors[0];
     int curItem_ = -1;
@@ -231,6 +238,7 @@ protected:
     AArray<TMinMax> zoomHistory_;
     HCURSOR zoomCursor_ = 0;
     HCURSOR drawCursor_ = 0;
+    PixelSteps pixelSteps_;
 
 private:
     class Step;
@@ -249,23 +257,30 @@ private:
     std::string recordOf(const ATracker& tracker, int i) const;
     ATracker* makeFromRecord(int kind, std::string_view record);
     int setRecord(ATracker& tracker, int kind, std::string_view record);
+    int placeItem(int i, ATracker* tracker, int usual);
+    void dropItem(int i);
     int insertItem(int i, ATracker* tracker, int usual);
+    void noteInsert(int i);
     void eraseItem(int i);
     void noteChange(int i, const std::string& before);
     void changeWorking(ATracker* tracker);
+    void noteWorking(const ATracker& tracker, const std::string& before, const std::string& after);
     void setMode(int mode);
-    void noteDragged(ATracker& tracker, const std::string& before, std::string_view label);
 
     // Presses (collection_press.cpp)
+    enum class DragEnd { gone, refused, kept };
+    DragEnd drag(ATracker& tracker, const std::function<int()>& run);
     int pressZoom(CWnd* window, CPoint p);
     int pressSelect(CWnd* window, CPoint p);
     int pressMove(CWnd* window, CPoint p);
     int pressDraw(CWnd* window, CPoint p);
-    int drawNew(CWnd* window, CPoint p);
+    void leaveCurrent(CWnd* window, CPoint p);
     int addVertex(CWnd* window, CPoint p);
-    void takeDrawn(CWnd* window, ATracker* tracker);
-    int moveSeveral(CWnd* window, ATracker& grabbed, CPoint p);
-    int drag(ATracker& tracker, const std::function<int()>& run);
+    void takeDrawn(CWnd* window, ATracker* tracker, const char* label);
+    void takeWorking(CWnd* window, const std::string& before);
+    int moveSeveral(CWnd* window, int item, CPoint p);
+    void boundFollowers(CWnd* window, ATracker& grabbed, CPoint p);
+    void moveFollowers(const ATracker& grabbed);
 
     // List, toolbar, state
     void enableAreaCommands(CWnd* window, int on);
@@ -275,21 +290,26 @@ private:
     void changed(CWnd* window);
     void fillList(CWnd* window);
 
-    // Boxes and drawing
+    // Boxes and drawing (collection_draw.cpp)
     int knowBoxes();
-    ARect<double> boxOf(const ATracker& tracker) const;
+    static ARect<double> boxOf(const ATracker& tracker);
     void boxChanged(int i);
-    void drawOne(CDC& dc, CWnd* window, ATracker& tracker, CRect& clip);
+    int drawingClip(CWnd* window, ATracker& tracker, CRect& clip) const;
+    void drawFocus(CDC& dc) const;
+    void drawHover(CDC& dc) const;
+    int hoverFrom(CPoint& from) const;
 
-    // Keyboard
-    int moveShapes(CWnd* window, const std::vector<int>& items, APoint<double> offset);
+    // Edits of several and keyboard
+    int copyItem(CWnd* window, int i);
+    int moveShapes(CWnd* window, const std::vector<int>& items, APoint<double> offset,
+                   const char* label, std::uint64_t mergeKey);
     int moveFocusedHandle(CWnd* window, APoint<double> offset);
-    ARect<double> boundsOf(CWnd* window, ATracker& tracker) const;
+    int moveByOffset(CWnd* window, APoint<double> offset);
     int stepFocus(CWnd* window, int direction);
+    int polygonForVertices(ShapeValues& shape) const;
 
     EditHistory history_;
     int depth_ = 0;  ///< of BeginEdits
-    int applying_ = 0;
     std::vector<Kind> kinds_;
     ActiveItems active_;
     std::unordered_set<const ATracker*> selected_;
@@ -297,10 +317,10 @@ private:
     int focusHandle_ = -1;
     BoxIndex boxes_;
     int boxesKnown_ = 0;
-    PixelSteps pixelSteps_;
 
     ATracker* dragged_ = nullptr;  ///< while its loop runs
-    ATracker* drawn_ = nullptr;    ///< a new shape while it is drawn; owned
+    int draggedItem_ = -1;
+    ATracker* drawn_ = nullptr;  ///< a new shape while it is drawn; owned
     std::string draggedBefore_;
     struct Follower {
         int item;
@@ -308,6 +328,8 @@ private:
     };
     std::vector<Follower> followers_;  ///< areas that move with the dragged one
     CRect followBounds_;
+    APoint<double> followFrom_;
+    HWND dragWindow_ = 0;
     CPoint hover_;
     int hovering_ = 0;
     LifeToken life_;

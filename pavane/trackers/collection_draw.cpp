@@ -1,0 +1,200 @@
+// What a collection shows: its areas as far as they lie in the clip box, the one being drawn, the
+// focus; and which of them lies under a point.
+
+#include "pavane/resources/tool_cursors.h"
+#include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/tracker_drawing.h"
+#include "pavane/trackers/tracker_shape.h"
+#include "pavane/trackers/TrackerCollection.h"
+#include "platform/CDC.h"
+#include "platform/CWnd.h"
+#include "platform/resources.h"
+
+#include <iterator>
+#include <limits>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Pixels about a shape that lines and handles of an active one may take beyond its true rectangle.
+constexpr int drawMargin = 2;
+
+/// Half the edge of the frame about the focus.
+constexpr int focusReach = 7;
+
+ARect<double> asBox(const CRect& rect)
+{
+    return {static_cast<double>(rect.left) - drawMargin, static_cast<double>(rect.top) - drawMargin,
+            static_cast<double>(rect.right) + drawMargin,
+            static_cast<double>(rect.bottom) + drawMargin};
+}
+
+}  // namespace
+
+/// Where a tracker draws and where it can be hit; a polygon that is still open is hit everywhere.
+ARect<double> TrackerCollection::boxOf(const ATracker& tracker)
+{
+    constexpr double everywhere = std::numeric_limits<double>::max();
+    if (!tracker.IsReady())
+        return {-everywhere, -everywhere, everywhere, everywhere};
+    CRect rect;
+    tracker.GetTrueRect(&rect);
+    return asBox(rect);
+}
+
+int TrackerCollection::knowBoxes()
+{
+    if (pixelsMoved())
+        boxesKnown_ = 0;
+    if (boxesKnown_ && boxes_.count() == trackerCount())
+        return 1;
+    std::vector<ARect<double>> boxes;
+    boxes.reserve(static_cast<std::size_t>(trackerCount()));
+    for (int i = 0; i < trackerCount(); ++i)
+        boxes.push_back(boxOf(*trackerAt(i)));
+    boxesKnown_ = boxes_.build(boxes.data(), trackerCount());
+    return boxesKnown_;
+}
+
+void TrackerCollection::boxChanged(int i)
+{
+    if (boxesKnown_)
+        boxesKnown_ = i < boxes_.count() && boxes_.update(i, boxOf(*trackerAt(i)));
+}
+
+int TrackerCollection::TopmostAt(CPoint p, CWnd* window)
+{
+    const auto hit = [&](int i) { return trackerAt(i)->HitTest(p, window) >= 0; };
+    if (knowBoxes())
+        return boxes_.fromLast(p.x, p.y, hit);
+    for (int i = trackerCount(); i-- > 0;)
+        if (hit(i))
+            return i;
+    return -1;
+}
+
+void TrackerCollection::Draw(CDC* dc, CWnd* window)
+{
+    CRect box;
+    if (!dc || !dc->GetClipBox(box) || box.IsRectEmpty() || !knowBoxes())
+        return;
+    Pile<int> found;
+    if (!boxes_.meeting(asBox(box), found))
+        return;
+    ATracker* const working = workingTracker();
+    ATracker* const first = found.count() ? trackerAt(found.data()[0]) : working ? working : drawn_;
+    if (!first)
+        return;
+    const int saved = dc->SaveDC();
+    CRect clip;
+    if (drawingClip(window, *first, clip))
+        (void)dc->IntersectClipRect(clip);
+    for (std::size_t k = 0; k < found.count(); ++k) {
+        ATracker& tracker = *trackerAt(found.data()[k]);
+        const int marked = !tracker.IsActive() && selected_.contains(&tracker);
+        if (marked)
+            tracker.SetActive(1);  // a selected area shows its handles
+        tracker.DrawShape(*dc);
+        if (marked)
+            tracker.SetActive(0);
+    }
+    if (working)
+        working->DrawShape(*dc);
+    if (drawn_)
+        drawn_->DrawShape(*dc);
+    drawHover(*dc);
+    drawFocus(*dc);
+    (void)dc->RestoreDC(saved);
+}
+
+int TrackerCollection::drawingClip(CWnd* window, ATracker& tracker, CRect& clip) const
+{
+    ARect<double> bounds;
+    if (!window && !shapeBounds(nullptr, tracker, bounds))
+        return 0;
+    tracker.GetValidRect(window);
+    tracker.GetClipRect(window);
+    clip = tracker.clipRect();
+    // a graph rectangle holds its right and bottom edge
+    if (clip == tracker.validRect()) {
+        ++clip.right;
+        ++clip.bottom;
+    }
+    return 1;
+}
+
+void TrackerCollection::drawFocus(CDC& dc) const
+{
+    CPoint p;
+    if (!FocusPoint(p))
+        return;
+    const CPoint frame[] = {{p.x - focusReach, p.y - focusReach},
+                            {p.x + focusReach, p.y - focusReach},
+                            {p.x + focusReach, p.y + focusReach},
+                            {p.x - focusReach, p.y + focusReach}};
+    drawTrackerOutline(dc, frame, 4, true, true);
+}
+
+/// The last vertex of the polygon under construction.
+int TrackerCollection::hoverFrom(CPoint& from) const
+{
+    ShapeValues shape;
+    const ATracker* const working = workingTracker();
+    if (!working || !(mode_ & toolArea) || !shapeOf(*working, shape) || shape.points.empty())
+        return 0;
+    from = pixelPoint(shape.points.back());
+    return 1;
+}
+
+void TrackerCollection::drawHover(CDC& dc) const
+{
+    CPoint line[2];
+    if (!hovering_ || !hoverFrom(line[0]))
+        return;
+    line[1] = hover_;
+    drawTrackerOutline(dc, line, 2, false, false);
+}
+
+int TrackerCollection::OnMouseMove(CWnd* window, unsigned flags, CPoint p)
+{
+    (void)flags;
+    CPoint from;
+    if (dragged_ || !window || !hoverFrom(from))
+        return 0;
+    constexpr int lineMargin = 2;
+    if (hovering_)
+        invalidateTrace(*window, {{from, hover_}, false, {}, lineMargin});
+    hovering_ = takesPress(p);
+    hover_ = p;
+    if (hovering_)
+        invalidateTrace(*window, {{from, hover_}, false, {}, lineMargin});
+    return 1;
+}
+
+int TrackerCollection::OnSetCursor(CWnd* window, unsigned hitArea, unsigned message)
+{
+    (void)message;
+    if (!window || hitArea != HTCLIENT)
+        return 0;
+    CPoint p = GetCursorPos();
+    window->ScreenToClient(p);
+    if (!takesPress(p))
+        return 0;
+    if (mode_ & (toolZoomIn | drawingTools)) {
+        if (!zoomCursor_) {
+            AddResourceModule({.cursors = toolCursors, .cursorCount = std::size(toolCursors)});
+            zoomCursor_ = LoadCursor(IDC_TOOL_ZOOM);
+            drawCursor_ = LoadCursor(IDC_TOOL_DRAW);
+        }
+        (void)SetCursor(mode_ & toolZoomIn ? zoomCursor_ : drawCursor_);
+        return 1;
+    }
+    ATracker* const working = workingTracker();
+    ATracker* const tracker = working ? working : trackerAt(curItem_);
+    return tracker && tracker->SetCursor(window, hitArea);
+}
+
+}  // namespace pavane

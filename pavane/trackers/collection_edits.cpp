@@ -1,0 +1,201 @@
+// Edits of a collection as a whole: adding, deleting, copying, selecting.
+
+#include "pavane/trackers/collection_step.h"
+#include "pavane/trackers/shape_handles.h"
+#include "pavane/trackers/tracker_shape.h"
+#include "platform/CWnd.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Pixels that a copy lies to the right of and below its original.
+constexpr int copyOffset = 10;
+
+}  // namespace
+
+int TrackerCollection::addItem(ATracker* tracker, int makeCurrent)
+{
+    if (!tracker)
+        return -1;
+    const int i = trackerCount();
+    Step step(*this, "Add area");
+    if (!placeItem(i, tracker, tracker->IsActive()))
+        return -1;
+    noteInsert(i);
+    if (makeCurrent)
+        curItem_ = i;
+    return i;
+}
+
+void TrackerCollection::removeItems(int first, int n)
+{
+    const int count = trackerCount();
+    const int end = n > count - first ? count : first + n;
+    Step step(*this, "Delete area");
+    for (int i = end; i-- > std::max(first, 0);)
+        eraseItem(i);
+}
+
+void TrackerCollection::replaceAll(std::vector<ATracker*>& trackers, int current)
+{
+    Step step(*this, "Load areas");
+    removeItems(0, trackerCount());
+    changeWorking(nullptr);
+    if (drawn_)
+        endDrag();
+    for (ATracker*& tracker : trackers) {
+        adopt(*tracker);
+        (void)insertItem(trackerCount(), tracker, tracker->IsActive());
+        tracker = nullptr;
+    }
+    curItem_ = current >= 0 && current < trackerCount() ? current : -1;
+    zoomHistory_.Free();
+    hovering_ = 0;
+}
+
+void TrackerCollection::Clear(CWnd* window)
+{
+    {
+        Step step(*this, "Clear areas");
+        removeItems(0, trackerCount());
+        changeWorking(nullptr);
+    }
+    if (drawn_)
+        endDrag();
+    changed(window);
+}
+
+int TrackerCollection::DelteTracker(CWnd* window)
+{
+    if (workingTracker()) {
+        const int mode = mode_;
+        {
+            Step step(*this, "Delete area");
+            changeWorking(nullptr);
+            if (mode & toolArea)
+                setMode(toolArrow);
+        }
+        const LifeWatch self(life_);
+        if (mode & toolArea)
+            EndMode(window, mode);
+        if (self.alive())
+            changed(window);
+        return 1;
+    }
+    const std::vector<int> items = SelectedItems();
+    if (items.empty())
+        return 0;
+    {
+        Step step(*this, items.size() > 1 ? "Delete areas" : "Delete area");
+        for (auto item = items.rbegin(); item != items.rend(); ++item)
+            eraseItem(*item);
+    }
+    changed(window);
+    return 1;
+}
+
+int TrackerCollection::CopyTracker(CWnd* window)
+{
+    const std::vector<int> items = SelectedItems();
+    if (items.empty() || dragged_)
+        return 0;
+    const int before = trackerCount();
+    {
+        Step step(*this, items.size() > 1 ? "Copy areas" : "Copy area");
+        for (const int i : items)
+            (void)copyItem(window, i);
+        if (trackerCount() > before)
+            makeCurrent(trackerCount() - 1);
+        selected_.clear();
+        if (items.size() > 1)
+            for (int i = before; i < trackerCount(); ++i)
+                (void)selected_.insert(trackerAt(i));
+    }
+    changed(window);
+    return trackerCount() > before;
+}
+
+int TrackerCollection::copyItem(CWnd* window, int i)
+{
+    std::unique_ptr<ATracker> copy(trackerAt(i)->Duplicate());
+    if (!copy)
+        return 0;
+    adopt(*copy);
+    ShapeValues shape;
+    if (shapeOf(*copy, shape)) {
+        const CPoint from = pixelPoint(shapeCentre(shape));
+        const APoint<double> a = shapePoint(from);
+        const APoint<double> b = shapePoint({from.x + copyOffset, from.y + copyOffset});
+        APoint<double> offset{b.x - a.x, b.y - a.y};
+        ARect<double> bounds;
+        if (shapeBounds(window, *copy, bounds))
+            offset = offsetInside(offset, shapeBox(shape), bounds);
+        moveShape(shape, offset);
+        (void)setShapeOf(*copy, shape);
+    }
+    copy->SetActive(0);
+    return insertItem(trackerCount(), copy.release(), 0);
+}
+
+std::vector<int> TrackerCollection::SelectedItems() const
+{
+    std::vector<int> items;
+    if (selected_.empty()) {
+        const ATracker* const current = trackerAt(curItem_);
+        if (current && current->IsActive())
+            items.push_back(curItem_);
+        return items;
+    }
+    for (int i = 0; i < trackerCount() && items.size() < selected_.size(); ++i)
+        if (selected_.contains(trackerAt(i)))
+            items.push_back(i);
+    return items;
+}
+
+int TrackerCollection::IsSelected(int i) const
+{
+    const ATracker* const tracker = trackerAt(i);
+    return tracker && selected_.contains(tracker);
+}
+
+void TrackerCollection::SelectItem(CWnd* window, int i, int on)
+{
+    ATracker* const tracker = trackerAt(i);
+    if (!tracker)
+        return;
+    if (on) {
+        (void)selected_.insert(tracker);
+        makeCurrent(i);
+    } else {
+        (void)selected_.erase(tracker);
+        if (i == curItem_)
+            SetItemActive(i, 0);
+    }
+    changed(window);
+}
+
+void TrackerCollection::SelectAll(CWnd* window)
+{
+    for (int i = 0; i < trackerCount(); ++i)
+        (void)selected_.insert(trackerAt(i));
+    if (curItem_ < 0)
+        curItem_ = trackerCount() - 1;
+    changed(window);
+}
+
+void TrackerCollection::ClearSelection(CWnd* window)
+{
+    selected_.clear();
+    focusItem_ = focusHandle_ = -1;
+    if (const ATracker* const current = trackerAt(curItem_); current && current->IsActive())
+        SetItemActive(curItem_, 0);
+    changed(window);
+}
+
+}  // namespace pavane

@@ -1,0 +1,411 @@
+// What presses of the mouse do to a collection: tools, drags, new shapes, zoom steps.
+
+#include "pavane/trackers/ARectTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
+#include "pavane/trackers/collection_step.h"
+#include "pavane/trackers/shape_handles.h"
+#include "pavane/trackers/tracker_shape.h"
+#include "platform/CWnd.h"
+
+#include <algorithm>
+#include <memory>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// The hit code that moves a shape as a whole.
+int moveCode(const ATracker& tracker)
+{
+    const int upright = dynamic_cast<const ARectTracker*>(&tracker) ||
+                        dynamic_cast<const ARPRectTracker*>(&tracker);
+    return upright ? hitMiddle : 1;
+}
+
+/// The first point of a shape: a move changes it by the move.
+APoint<double> anchorOf(const ShapeValues& shape)
+{
+    return shape.points.empty() ? APoint<double>{shape.rect.left, shape.rect.top}
+                                : shape.points.front();
+}
+
+/// Whether two records differ at most in the rectangles that every press refreshes.
+bool sameShape(const std::string& a, const std::string& b)
+{
+    constexpr std::size_t rects = 8;
+    constexpr std::size_t shape = 56;
+    return a.size() == b.size() && a.size() >= shape && a.compare(0, rects, b, 0, rects) == 0 &&
+           a.compare(shape, std::string::npos, b, shape) == 0;
+}
+
+}  // namespace
+
+int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
+{
+    if (!takesPress(p) || dragged_)
+        return 0;
+    hovering_ = 0;
+    if (mode_ & toolZoomIn)
+        return pressZoom(window, p);
+    const int arrow = mode_ < toolRect;
+    if (arrow && (flags & MK_CONTROL) && !workingTracker())
+        return pressSelect(window, p);
+    if (arrow && selected_.size() > 1) {
+        const int hit = TopmostAt(p, window);
+        if (IsSelected(hit))
+            return moveSeveral(window, hit, p);
+    }
+    const LifeWatch self(life_);
+    leaveCurrent(window, p);
+    if (!self.alive())
+        return 1;
+    return arrow ? pressMove(window, p) : pressDraw(window, p);
+}
+
+int TrackerCollection::pressZoom(CWnd* window, CPoint p)
+{
+    const TMinMax now = shownRange();
+    TMinMax next = now;
+    if (!zoomedRange(p, next))
+        return 1;
+    const LifeWatch self(life_);
+    (void)zoomHistory_.Add(now);
+    SetNewMinMax(window, next);
+    if (self.alive())
+        enableZoomBack(window);
+    return 1;
+}
+
+/// A press beside the current area leaves it, and with it the selection.
+void TrackerCollection::leaveCurrent(CWnd* window, CPoint p)
+{
+    if (workingTracker())
+        return;
+    ATracker* const current = trackerAt(curItem_);
+    const int missed = current && current->IsActive() && current->HitTest(p, window) < 0;
+    if (!missed && selected_.empty())
+        return;
+    if (missed)
+        SetItemActive(curItem_, 0);
+    selected_.clear();
+    focusItem_ = focusHandle_ = -1;
+    changed(window);
+}
+
+int TrackerCollection::pressSelect(CWnd* window, CPoint p)
+{
+    const int hit = TopmostAt(p, window);
+    if (hit < 0)
+        return 0;
+    const ATracker* const current = trackerAt(curItem_);
+    if (selected_.empty() && current && current->IsActive() && curItem_ != hit)
+        (void)selected_.insert(current);
+    SelectItem(window, hit, !IsSelected(hit));
+    return 1;
+}
+
+int TrackerCollection::pressMove(CWnd* window, CPoint p)
+{
+    ATracker* const current = trackerAt(curItem_);
+    if (!current || !current->IsActive() || current->HitTest(p, window) < 0)
+        return 0;
+    const std::string before = recordOf(*current, curItem_);
+    if (drag(*current, [&] { return current->Track(window, p, 0, nullptr); }) != DragEnd::kept)
+        return 1;
+    const int i = IndexOf(current);
+    if (i < 0 || sameShape(recordOf(*current, i), before))
+        return 1;
+    {
+        Step step(*this, "Change area");
+        noteChange(i, before);
+    }
+    changed(window);
+    return 1;
+}
+
+/// Runs one drag and tells whether the tracker and the collection are still there.
+TrackerCollection::DragEnd TrackerCollection::drag(ATracker& tracker,
+                                                   const std::function<int()>& run)
+{
+    const LifeWatch self(life_);
+    const LifeWatch item(tracker.life());
+    draggedBefore_ = tracker.State();
+    draggedItem_ = IndexOf(&tracker);
+    dragged_ = &tracker;
+    const int result = run();
+    if (!self.alive())
+        return DragEnd::gone;
+    if (dragged_ == &tracker)
+        dragged_ = nullptr;
+    draggedItem_ = -1;
+    return !item.alive() ? DragEnd::gone : result ? DragEnd::kept : DragEnd::refused;
+}
+
+/// Gives a tracker that something else replaces up: its shape is as before the drag, and the loop
+/// ends because the tracker is gone.
+void TrackerCollection::endDrag()
+{
+    ATracker* const tracker = dragged_;
+    dragged_ = nullptr;
+    for (const Follower& follower : followers_)
+        if (ATracker* const item = trackerAt(follower.item))
+            (void)item->SetState(follower.before);
+    followers_.clear();
+    if (!tracker)
+        return;
+    if (tracker == drawn_) {
+        drawn_ = nullptr;
+        delete tracker;
+        return;
+    }
+    std::unique_ptr<ATracker> twin(makeTrackerOfClass(tracker->GetClassName()));
+    if (!twin || !twin->SetState(draggedBefore_))
+        return;
+    adopt(*twin);
+    const int i = IndexOf(tracker);
+    if (i >= 0) {
+        if (selected_.erase(tracker))
+            (void)selected_.insert(twin.get());
+        delete takeTracker(i);
+        (void)putTracker(i, twin.release());
+        boxesKnown_ = 0;
+    } else if (tracker == workingTracker()) {
+        setWorking(twin.release());
+        delete tracker;
+    }
+}
+
+int TrackerCollection::pressDraw(CWnd* window, CPoint p)
+{
+    if ((mode_ & drawingTools) == 0)
+        return 0;
+    // the bits are asked in this order by makeTracker too
+    if (!(mode_ & (toolRect | toolRotateRect | toolEllipse)))
+        return addVertex(window, p);
+    std::unique_ptr<ATracker> tracker(makeTracker(mode_));
+    if (!tracker)
+        return 1;
+    adopt(*tracker);
+    drawn_ = tracker.release();
+    const DragEnd end = drag(*drawn_, [&] { return drawn_->TrackRubberBand(window, p, 0); });
+    if (end == DragEnd::gone)
+        return 1;
+    tracker.reset(drawn_);
+    drawn_ = nullptr;
+    if (end == DragEnd::kept && tracker->IsReady()) {
+        takeDrawn(window, tracker.release(), "Draw area");
+    } else {
+        tracker.reset();
+        ChangeTrackState(window);
+    }
+    return 1;
+}
+
+int TrackerCollection::addVertex(CWnd* window, CPoint p)
+{
+    ATracker* working = workingTracker();
+    const std::string before = working ? recordOf(*working, -1) : std::string();
+    if (!working) {
+        working = makeTracker(mode_);
+        if (!working)
+            return 1;
+        adopt(*working);
+        setWorking(working);
+        enableAreaCommands(window, 1);
+    }
+    const DragEnd end = drag(*working, [&] { return working->TrackRubberBand(window, p, 0); });
+    if (end == DragEnd::gone)
+        return 1;
+    const std::string after = recordOf(*working, -1);
+    ShapeValues shape;
+    const int empty = shapeOf(*working, shape) && shape.points.empty();
+    if (before.empty() && (end == DragEnd::refused || empty)) {
+        setWorking(nullptr);
+        delete working;
+        showCurrent(window);
+        return 1;
+    }
+    if (end == DragEnd::refused)
+        return 1;
+    if (before.empty() || !sameShape(after, before)) {
+        Step step(*this, "Add vertex");
+        noteWorking(*working, before, after);
+    }
+    if (working->IsReady())
+        takeWorking(window, after);
+    else
+        changed(window);
+    return 1;
+}
+
+/// A shape that was drawn becomes the current area, and its tool is put away.
+void TrackerCollection::takeDrawn(CWnd* window, ATracker* tracker, const char* label)
+{
+    const int mode = mode_;
+    {
+        Step step(*this, label);
+        selected_.clear();
+        makeCurrent(-1);
+        if (insertItem(trackerCount(), tracker, 0))
+            makeCurrent(trackerCount() - 1);
+    }
+    const LifeWatch self(life_);
+    EndMode(window, mode);
+    if (self.alive())
+        changed(window);
+}
+
+/// The polygon under construction, `before` its record while it was open, becomes the current area.
+void TrackerCollection::takeWorking(CWnd* window, const std::string& before)
+{
+    const int mode = mode_;
+    {
+        Step step(*this, "Close area");
+        ATracker* const tracker = workingTracker();
+        noteWorking(*tracker, before, {});
+        setWorking(nullptr);
+        selected_.clear();
+        makeCurrent(-1);
+        if (insertItem(trackerCount(), tracker, 0))
+            makeCurrent(trackerCount() - 1);
+        setMode(toolArrow);  // undone, the tool is at hand again
+    }
+    const LifeWatch self(life_);
+    EndMode(window, mode);
+    if (self.alive())
+        changed(window);
+}
+
+int TrackerCollection::OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p)
+{
+    (void)flags;
+    if (!takesPress(p) || dragged_)
+        return 0;
+    if (ATracker* const working = workingTracker()) {
+        const std::string before = recordOf(*working, -1);
+        if (working->TrackReady(window, p))
+            takeWorking(window, before);
+        return 1;
+    }
+    const int hit = TopmostAt(p, window);
+    if (hit < 0)
+        return 0;
+    selected_.clear();
+    makeCurrent(hit);
+    changed(window);
+    return 1;
+}
+
+int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
+{
+    ATracker& grabbed = *trackerAt(item);
+    if (curItem_ != item)
+        makeCurrent(item);
+    const std::string before = recordOf(grabbed, item);
+    std::vector<Follower> records;
+    ShapeValues shape;
+    for (const int i : SelectedItems())
+        if (i != item && shapeOf(*trackerAt(i), shape)) {
+            followers_.push_back({i, trackerAt(i)->State()});
+            records.push_back({i, recordOf(*trackerAt(i), i)});
+        }
+    if (!shapeOf(grabbed, shape))
+        followers_.clear();
+    followFrom_ = anchorOf(shape);
+    boundFollowers(window, grabbed, p);
+    dragWindow_ = window ? window->GetSafeHwnd() : 0;
+    const DragEnd end =
+        drag(grabbed, [&] { return grabbed.TrackHandle(moveCode(grabbed), window, p, nullptr); });
+    if (end == DragEnd::gone)
+        return 1;
+    const int moved = trackerAt(item) == &grabbed && !sameShape(recordOf(grabbed, item), before);
+    const std::vector<Follower> followers = std::move(followers_);
+    followers_.clear();
+    if (!moved) {
+        for (const Follower& follower : followers)
+            if (ATracker* const tracker = trackerAt(follower.item))
+                (void)tracker->SetState(follower.before);
+        ForgetBoxes();
+        changed(window);
+        return 1;
+    }
+    {
+        Step step(*this, "Move areas");
+        noteChange(item, before);
+        for (const Follower& record : records)
+            if (trackerAt(record.item))
+                noteChange(record.item, record.before);
+    }
+    changed(window);
+    return 1;
+}
+
+/// The grabbed area may go as far as all that move with it stay inside.
+void TrackerCollection::boundFollowers(CWnd* window, ATracker& grabbed, CPoint p)
+{
+    if (window)
+        grabbed.GetValidRect(window);
+    CRect own;
+    grabbed.GetTrueRect(&own);
+    CRect all = own;
+    for (const Follower& follower : followers_) {
+        CRect box;
+        trackerAt(follower.item)->GetTrueRect(&box);
+        all = {std::min(all.left, box.left), std::min(all.top, box.top),
+               std::max(all.right, box.right), std::max(all.bottom, box.bottom)};
+    }
+    const CRect valid = grabbed.validRect();
+    followBounds_ = {std::min({valid.left + own.left - all.left, own.left, p.x}),
+                     std::min({valid.top + own.top - all.top, own.top, p.y}),
+                     std::max({valid.right + own.right - all.right, own.right, p.x}),
+                     std::max({valid.bottom + own.bottom - all.bottom, own.bottom, p.y})};
+}
+
+int TrackerCollection::trackerBounds(const ATracker& tracker, CRect& bounds)
+{
+    if (followers_.empty() || &tracker != dragged_)
+        return 0;
+    bounds = followBounds_;
+    return 1;
+}
+
+void TrackerCollection::trackerChanging(ATracker& tracker)
+{
+    if (draggedItem_ >= 0 && &tracker == dragged_)
+        boxChanged(draggedItem_);
+    if (!followers_.empty() && &tracker == dragged_)
+        moveFollowers(tracker);
+    OnChanging(tracker);
+}
+
+void TrackerCollection::moveFollowers(const ATracker& grabbed)
+{
+    ShapeValues now;
+    if (!shapeOf(grabbed, now))
+        return;
+    const APoint<double> to = anchorOf(now);
+    CWnd* const window = CWnd::FromHandle(dragWindow_);
+    for (const Follower& follower : followers_) {
+        ATracker* const tracker = trackerAt(follower.item);
+        if (!tracker)
+            continue;
+        CRect box;
+        tracker->GetTrueRect(&box);
+        if (window)
+            window->InvalidateRect(box);
+        ShapeValues shape;
+        if (!tracker->SetState(follower.before) || !shapeOf(*tracker, shape))
+            continue;
+        adopt(*tracker);
+        moveShape(shape, {to.x - followFrom_.x, to.y - followFrom_.y});
+        (void)setShapeOf(*tracker, shape);
+        boxChanged(follower.item);
+        tracker->GetTrueRect(&box);
+        if (window)
+            window->InvalidateRect(box);
+    }
+}
+
+}  // namespace pavane

@@ -1,0 +1,333 @@
+// How edits of a collection become steps of undo, and how steps change the collection.
+
+#include "pavane/trackers/AAreaTracker.h"
+#include "pavane/trackers/ARPAreaTracker.h"
+#include "pavane/trackers/collection_step.h"
+#include "pavane/trackers/shape_handles.h"
+#include "pavane/trackers/tracker_shape.h"
+
+#include <cstring>
+#include <memory>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Numbers of the values beside the areas that steps keep.
+constexpr int modeState = 0;
+
+/// Where the vertex count of a polygon's record lies.
+constexpr std::size_t countOffset = 56;
+
+RecordBytes bytes(std::string_view record)
+{
+    return {reinterpret_cast<const std::uint8_t*>(record.data()), record.size()};
+}
+
+std::string_view text(RecordBytes record)
+{
+    return {reinterpret_cast<const char*>(record.data()), record.size()};
+}
+
+/// Bytes of one vertex of a polygon's record; 0 for other shapes.
+std::size_t vertexBytes(const ATracker& tracker)
+{
+    if (dynamic_cast<const AAreaTracker*>(&tracker))
+        return sizeof(CPoint);
+    return dynamic_cast<const ARPAreaTracker*>(&tracker) ? sizeof(APoint<double>) : 0;
+}
+
+void setActiveBit(std::string& record, int on)
+{
+    const auto bit = static_cast<char>(trackerActive);
+    if (!record.empty())
+        record[0] = static_cast<char>(on ? record[0] | bit : record[0] & ~bit);
+}
+
+int activeBit(std::string_view record)
+{
+    return !record.empty() && (record[0] & static_cast<char>(trackerActive)) != 0;
+}
+
+}  // namespace
+
+/// A class and the mapping that its pixels belong to share one number.
+int TrackerCollection::kindCode(const ATracker& tracker)
+{
+    const char* const name = tracker.GetClassName();
+    const int mapping = mappingNumber();
+    for (std::size_t i = kinds_.size(); i-- > 0;)
+        if (kinds_[i].mapping == mapping && kinds_[i].name == name)
+            return static_cast<int>(i);
+    kinds_.push_back({name, mapping});
+    return static_cast<int>(kinds_.size()) - 1;
+}
+
+/// The record of item i, or of the shape under construction (-1), as steps keep it: with the active
+/// flag that the item came with, because the history notes the other flags beside it, and without
+/// the vertex count, so that one vertex more differs in its own bytes only.
+std::string TrackerCollection::recordOf(const ATracker& tracker, int i) const
+{
+    std::string record = &tracker == dragged_ ? draggedBefore_ : tracker.State();
+    setActiveBit(record, i >= 0 && active_.usual(i));
+    if (vertexBytes(tracker) && record.size() >= countOffset + sizeof(std::int32_t))
+        record.erase(countOffset, sizeof(std::int32_t));
+    return record;
+}
+
+int TrackerCollection::setRecord(ATracker& tracker, int kind, std::string_view record)
+{
+    std::string state(record);
+    const std::size_t vertex = vertexBytes(tracker);
+    if (vertex && state.size() >= countOffset) {
+        const auto count = static_cast<std::int32_t>((state.size() - countOffset) / vertex);
+        char field[sizeof count];
+        std::memcpy(field, &count, sizeof count);
+        state.insert(countOffset, field, sizeof field);
+    }
+    if (!tracker.SetState(state))
+        return 0;
+    adopt(tracker);
+    const int mapping = kinds_[static_cast<std::size_t>(kind)].mapping;
+    if (mapping != mappingNumber())
+        rescale(tracker, mapping, mappingNumber());
+    return 1;
+}
+
+ATracker* TrackerCollection::makeFromRecord(int kind, std::string_view record)
+{
+    if (kind < 0 || static_cast<std::size_t>(kind) >= kinds_.size())
+        return nullptr;
+    std::unique_ptr<ATracker> tracker(
+        makeTrackerOfClass(kinds_[static_cast<std::size_t>(kind)].name));
+    return tracker && setRecord(*tracker, kind, record) ? tracker.release() : nullptr;
+}
+
+int TrackerCollection::placeItem(int i, ATracker* tracker, int usual)
+{
+    if (!putTracker(i, tracker))
+        return 0;
+    adopt(*tracker);
+    active_.insert(i, usual);
+    active_.note(i, tracker->IsActive());
+    if (i == trackerCount() - 1 && boxesKnown_)
+        boxesKnown_ = boxes_.append(boxOf(*tracker));
+    else
+        boxesKnown_ = 0;
+    if (curItem_ >= i)
+        ++curItem_;
+    return 1;
+}
+
+void TrackerCollection::dropItem(int i)
+{
+    const std::unique_ptr<ATracker> tracker(takeTracker(i));
+    (void)selected_.erase(tracker.get());
+    active_.remove(i);
+    boxesKnown_ = 0;
+    focusItem_ = focusHandle_ = -1;
+    if (curItem_ > i)
+        --curItem_;
+    if (curItem_ >= trackerCount())
+        curItem_ = trackerCount() - 1;
+    if (tracker.get() == dragged_)
+        dragged_ = nullptr;
+}
+
+/// Takes ownership in any case; the flag `usual` is the one that the item counts as having.
+int TrackerCollection::insertItem(int i, ATracker* tracker, int usual)
+{
+    if (!placeItem(i, tracker, usual)) {
+        delete tracker;
+        return 0;
+    }
+    noteInsert(i);
+    return 1;
+}
+
+void TrackerCollection::noteInsert(int i)
+{
+    const ATracker& tracker = *trackerAt(i);
+    history_.insert(i, kindCode(tracker), bytes(recordOf(tracker, i)));
+}
+
+void TrackerCollection::eraseItem(int i)
+{
+    const ATracker& tracker = *trackerAt(i);
+    history_.remove(i, kindCode(tracker), bytes(recordOf(tracker, i)));
+    dropItem(i);
+}
+
+/// Item i has changed; `before` is its record from before.
+void TrackerCollection::noteChange(int i, const std::string& before)
+{
+    const ATracker& tracker = *trackerAt(i);
+    history_.replace(i, kindCode(tracker), bytes(before), bytes(recordOf(tracker, i)));
+    boxChanged(i);
+}
+
+/// Another shape under construction, owned; null for none.
+void TrackerCollection::changeWorking(ATracker* tracker)
+{
+    const std::unique_ptr<ATracker> old(workingTracker());
+    const ATracker* const known = tracker ? tracker : old.get();
+    if (!known)
+        return;
+    const std::string before = old ? recordOf(*old, -1) : std::string();
+    const std::string after = tracker ? recordOf(*tracker, -1) : std::string();
+    noteWorking(*known, before, after);
+    setWorking(tracker);
+    if (old && old.get() == dragged_)
+        dragged_ = nullptr;
+}
+
+void TrackerCollection::noteWorking(const ATracker& tracker, const std::string& before,
+                                    const std::string& after)
+{
+    history_.working(kindCode(tracker), bytes(before), bytes(after));
+}
+
+/// A tool that is chosen inside a step comes back with it.
+void TrackerCollection::setMode(int mode)
+{
+    const auto before = static_cast<std::int32_t>(mode_);
+    const auto after = static_cast<std::int32_t>(mode);
+    mode_ = mode;
+    if (depth_ > 0)
+        history_.state(modeState, {reinterpret_cast<const std::uint8_t*>(&before), sizeof before},
+                       {reinterpret_cast<const std::uint8_t*>(&after), sizeof after});
+}
+
+int TrackerCollection::applyEdit(const EditChange& change)
+{
+    const std::string_view after = text(change.after);
+    switch (change.kind) {
+    case EditKind::insert: {
+        if (change.index < 0 || change.index > trackerCount())
+            return 0;
+        std::unique_ptr<ATracker> tracker(makeFromRecord(change.classCode, after));
+        if (!tracker || !placeItem(change.index, tracker.get(), activeBit(after)))
+            return 0;
+        (void)tracker.release();
+        return 1;
+    }
+    case EditKind::remove:
+        if (!trackerAt(change.index))
+            return 0;
+        dropItem(change.index);
+        return 1;
+    case EditKind::replace: {
+        ATracker* const tracker = trackerAt(change.index);
+        if (!tracker)
+            return 0;
+        const int on = tracker->IsActive();
+        if (!setRecord(*tracker, change.classCode, after))
+            return 0;
+        tracker->SetActive(on);
+        boxChanged(change.index);
+        return 1;
+    }
+    case EditKind::working: {
+        std::unique_ptr<ATracker> tracker;
+        if (!after.empty()) {
+            tracker.reset(makeFromRecord(change.classCode, after));
+            if (!tracker)
+                return 0;
+            tracker->SetActive(1);
+        }
+        delete workingTracker();
+        setWorking(tracker.release());
+        hovering_ = 0;
+        return 1;
+    }
+    case EditKind::state: {
+        std::int32_t mode = 0;
+        if (change.index != modeState || change.after.size() != sizeof mode)
+            return 0;
+        std::memcpy(&mode, change.after.data(), sizeof mode);
+        mode_ = mode;
+        return 1;
+    }
+    }
+    return 0;
+}
+
+int TrackerCollection::applySelection(const EditSelection& selection)
+{
+    const std::vector<int> before(active_.unusual().begin(), active_.unusual().end());
+    for (const int i : before)
+        SetItemActive(i, active_.usual(i));
+    for (const int i : selection.active)
+        if (trackerAt(i))
+            SetItemActive(i, !active_.usual(i));
+    curItem_ = selection.current;
+    return 1;
+}
+
+int TrackerCollection::Undo(CWnd* window)
+{
+    if (dragged_ || drawn_ || depth_ > 0 || !history_.undo(*this))
+        return 0;
+    changed(window);
+    return 1;
+}
+
+int TrackerCollection::Redo(CWnd* window)
+{
+    if (dragged_ || drawn_ || depth_ > 0 || !history_.redo(*this))
+        return 0;
+    changed(window);
+    return 1;
+}
+
+void TrackerCollection::BeginEdits(std::string_view label)
+{
+    if (depth_++ == 0)
+        history_.begin(label, selectionNow());
+}
+
+void TrackerCollection::EndEdits(CWnd* window)
+{
+    if (depth_ == 0 || --depth_ > 0)
+        return;
+    (void)history_.commit(selectionNow());
+    changed(window);
+}
+
+int TrackerCollection::ChangeTracker(CWnd* window, int i, std::string_view label,
+                                     const std::function<int(ATracker&)>& change)
+{
+    ATracker* const tracker = trackerAt(i);
+    if (!tracker || dragged_)
+        return 0;
+    const std::string state = tracker->State();
+    const std::string before = recordOf(*tracker, i);
+    if (!change(*tracker)) {
+        (void)tracker->SetState(state);
+        adopt(*tracker);
+        return 0;
+    }
+    active_.note(i, tracker->IsActive());
+    {
+        Step step(*this, std::string(label).c_str());
+        noteChange(i, before);
+    }
+    changed(window);
+    return 1;
+}
+
+int TrackerCollection::GetShape(int i, ShapeValues& shape) const
+{
+    const ATracker* const tracker = trackerAt(i);
+    return tracker && shapeOf(*tracker, shape);
+}
+
+int TrackerCollection::SetShape(CWnd* window, int i, const ShapeValues& shape)
+{
+    return ChangeTracker(window, i, "Edit area",
+                         [&](ATracker& tracker) { return setShapeOf(tracker, shape); });
+}
+
+}  // namespace pavane
