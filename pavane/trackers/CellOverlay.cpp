@@ -2,11 +2,9 @@
 
 #include "pavane/maps/AMatrixAccess.h"
 #include "pavane/trackers/scan_fill.h"
-#include "tessel/large_buffer.h"
 
 #include <algorithm>
 #include <bit>
-#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -20,7 +18,6 @@ namespace
 
 using Word = ABitMatrix::Word;
 constexpr int bits = ABitMatrix::wordBits;
-constexpr double notKnown = std::numeric_limits<double>::quiet_NaN();
 
 /// The fillers of masks tell of rows with more crossings; here nobody is told.
 constexpr int anyCrossings = std::numeric_limits<int>::max();
@@ -64,77 +61,19 @@ void clearBlock(ABitMatrix& mask, const CRect& block)
         std::memset(mask.row(r) + words.first, 0, words.bytes());
 }
 
-/// The bits of a word that are columns of the map.
-Word columnsOfWord(std::int64_t word, int columns)
-{
-    const std::int64_t left = columns - word * bits;
-    return left >= bits ? ~Word{0} : ~Word{0} >> (bits - left);
-}
-
-/// Sum of those of 64 values whose bit is set and that are finite. Four running sums, then these:
-/// the order is the same on every processor.
-double maskedSum(const float* values, Word set)
-{
-    using Floats = float __attribute__((vector_size(16)));
-    using Ints = std::int32_t __attribute__((vector_size(16)));
-    using Doubles = double __attribute__((vector_size(32)));
-    constexpr std::int32_t infinite = 0x7F800000;
-    Doubles sums = {};
-    for (int i = 0; i < bits; i += 4, set >>= 4) {
-        Ints x;
-        std::memcpy(&x, values + i, sizeof x);
-        const Ints taken = (static_cast<std::int32_t>(set & 15) & Ints{1, 2, 4, 8}) != 0;
-        x &= taken & ((x & infinite) != infinite);
-        Floats finite;
-        std::memcpy(&finite, &x, sizeof x);
-        sums += __builtin_convertvector(finite, Doubles);
-    }
-    return (sums[0] + sums[1]) + (sums[2] + sums[3]);
-}
-
-double* newSums(std::size_t n)
-{
-    return static_cast<double*>(allocateLarge(static_cast<std::int64_t>(n * sizeof(double))));
-}
-
 }  // namespace
 
-CellOverlay::~CellOverlay()
-{
-    dropAreas();
-    for (double* sums : {wordSums_, fullSums_, rowSums_})
-        freeLarge(sums);
-}
-
-std::size_t CellOverlay::words() const
-{
-    return static_cast<std::size_t>(mask_.rows() * mask_.rowWords());
-}
+CellOverlay::~CellOverlay() { dropAreas(); }
 
 int CellOverlay::setMap(const AMatrixAccess& values)
 {
-    if (!setSize(values.rows(), values.columns()))
-        return 0;
-    if (values.isEmpty())
-        return 1;
-    wordSums_ = newSums(words());
-    fullSums_ = newSums(words());
-    rowSums_ = newSums(static_cast<std::size_t>(mask_.rows()));
-    if (!wordSums_ || !fullSums_ || !rowSums_)
-        return 0;
-    values_ = &values;
-    valuesChanged();
-    return 1;
+    return setSize(values.rows(), values.columns()) && sums_.setMap(values);
 }
 
 int CellOverlay::setSize(int rows, int columns)
 {
     dropAreas();
-    values_ = nullptr;
-    for (double** sums : {&wordSums_, &fullSums_, &rowSums_}) {
-        freeLarge(*sums);
-        *sums = nullptr;
-    }
+    sums_.clear();
     mask_ = ABitMatrix(rows, columns);
     scratch_ = ABitMatrix(rows, columns);
     others_ = ABitMatrix();
@@ -144,15 +83,6 @@ int CellOverlay::setSize(int rows, int columns)
     gathered_ = CRect();
     gathering_ = false;
     return rows < 1 || columns < 1 || (mask_.rows() && scratch_.rows());
-}
-
-void CellOverlay::valuesChanged()
-{
-    if (!values_)
-        return;
-    std::fill_n(fullSums_, words(), notKnown);
-    std::fill_n(wordSums_, words(), notKnown);
-    std::fill_n(rowSums_, mask_.rows(), notKnown);
 }
 
 int CellOverlay::append(const CPoint* points, int n) { return insert(areas(), points, n); }
@@ -346,10 +276,7 @@ void CellOverlay::noteChange(int row, std::int64_t word, Word bitsChanged)
     const int first = static_cast<int>(word) * bits + std::countr_zero(bitsChanged);
     const int last = static_cast<int>(word) * bits + bits - 1 - std::countl_zero(bitsChanged);
     changed_ = unionOf(changed_, {first, row, last + 1, row + 1});
-    if (!values_)
-        return;
-    wordSums_[row * mask_.rowWords() + word] = notKnown;
-    rowSums_[row] = notKnown;
+    sums_.wordChanged(row, word);
 }
 
 AMatrixRect CellOverlay::takeChanged()
@@ -358,35 +285,7 @@ AMatrixRect CellOverlay::takeChanged()
     return {block.top, block.left, block.bottom - 1, block.right - 1};
 }
 
-CellSum CellOverlay::total()
-{
-    CellSum result{cells_, 0};
-    if (!values_)
-        return result;
-    double lost = 0;  // what the sum so far could not hold
-    for (int r = 0; r < mask_.rows(); ++r) {
-        if (std::isnan(rowSums_[r]))
-            rowSums_[r] = rowSum(r);
-        const double sum = result.sum + rowSums_[r];
-        lost += std::abs(result.sum) >= std::abs(rowSums_[r]) ? (result.sum - sum) + rowSums_[r]
-                                                              : (rowSums_[r] - sum) + result.sum;
-        result.sum = sum;
-    }
-    result.sum += lost;
-    return result;
-}
-
-double CellOverlay::rowSum(int row)
-{
-    double sum = 0;
-    double* const known = wordSums_ + row * mask_.rowWords();
-    for (std::int64_t w = 0; w < mask_.rowWords(); ++w) {
-        if (std::isnan(known[w]))
-            known[w] = wordSum(row, w, mask_.row(row)[w]);
-        sum += known[w];
-    }
-    return sum;
-}
+CellSum CellOverlay::total() { return {cells_, sums_.total(mask_)}; }
 
 CellSum CellOverlay::ofArea(int area)
 {
@@ -399,38 +298,11 @@ CellSum CellOverlay::ofArea(int area)
         return result;
     const WordRange range(one.box);
     for (int r = one.box.top; r < one.box.bottom; ++r) {
-        double sum = 0;
-        for (std::int64_t w = range.first; w < range.end; ++w) {
+        for (std::int64_t w = range.first; w < range.end; ++w)
             result.cells += std::popcount(scratch_.row(r)[w]);
-            if (values_)
-                sum += wordSum(r, w, scratch_.row(r)[w]);
-        }
-        result.sum += sum;
+        result.sum += sums_.ofWords(scratch_, r, range.first, range.end);
     }
     return result;
-}
-
-double CellOverlay::wordSum(int row, std::int64_t word, Word set)
-{
-    if (!set)
-        return 0;
-    const Word whole = columnsOfWord(word, mask_.columns());
-    double& full = fullSums_[row * mask_.rowWords() + word];
-    if (set == whole && !std::isnan(full))
-        return full;
-    const int first = static_cast<int>(word) * bits;
-    const float* values = values_->floatRow(row);
-    float copy[bits] = {};
-    if (values && whole == ~Word{0}) {
-        values += first;
-    } else {
-        values_->copyRow(row, first, std::popcount(whole), copy);
-        values = copy;
-    }
-    const double sum = maskedSum(values, set);
-    if (set == whole)
-        full = sum;
-    return sum;
 }
 
 void CellOverlay::dropAreas()
@@ -450,10 +322,7 @@ int CellOverlay::fail()
     mask_.setAll(1);
     cells_ = mask_.count();
     changed_ = wholeMap();
-    if (values_) {
-        std::fill_n(wordSums_, words(), notKnown);
-        std::fill_n(rowSums_, mask_.rows(), notKnown);
-    }
+    sums_.maskChanged();
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/trackers/CellSums.h"
 #include "pavane/trackers/Pile.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
@@ -27,9 +28,7 @@ struct CellSum {
 /// filled again. While one area is changed again and again, as in a drag, the mask of the others is
 /// kept, and a change costs that area alone.
 ///
-/// The sum is made of sums over 64 cells, these are added up by row and the rows in turn, each time
-/// anew from what is there: it depends on the mask alone, not on the way to it, and is within a
-/// relative 1e-12 of the exact sum of the values' magnitudes.
+/// Sums of values depend on the mask alone, not on the way to it; see CellSums.
 class PAVANE_API CellOverlay
 {
 public:
@@ -44,7 +43,7 @@ public:
     /// The same for a map of which only the size is known: sums stay 0.
     int setSize(int rows, int columns);
     /// The values have changed, the size has not.
-    void valuesChanged();
+    void valuesChanged() { sums_.valuesChanged(); }
 
     /// The polygons of the areas in cells (x = column, y = row), in index order; copied. An area
     /// without points counts as an area. All return 0 without memory: there are no areas then.
@@ -84,14 +83,10 @@ private:
     int lift(int area);
     void compare(const CRect& block);
     void noteChange(int row, std::int64_t word, ABitMatrix::Word bits);
-    double wordSum(int row, std::int64_t word, ABitMatrix::Word bits);
-    double rowSum(int row);
     void dropAreas();
     int fail();
     CRect wholeMap() const { return {0, 0, mask_.columns(), mask_.rows()}; }
-    std::size_t words() const;
 
-    const AMatrixAccess* values_ = nullptr;
     Pile<Area> areas_;
     ABitMatrix mask_;
     ABitMatrix scratch_;  // what the block was before a change, or one area's own cells
@@ -99,9 +94,7 @@ private:
     int lifted_ = -1;
     int lastReplaced_ = -1;
     std::int64_t cells_ = 0;
-    double* wordSums_ = nullptr;  // by row and word of the mask; NaN while not known
-    double* fullSums_ = nullptr;  // the same with every cell of the word set
-    double* rowSums_ = nullptr;
+    CellSums sums_;
     bool gathering_ = false;
     CRect gathered_;
     CRect changed_;

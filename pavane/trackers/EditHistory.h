@@ -11,6 +11,8 @@
 namespace pavane
 {
 
+struct EditStep;
+
 using RecordBytes = std::span<const std::uint8_t>;
 
 /// What one change of an edit is about.
@@ -126,32 +128,27 @@ public:
     void setByteLimit(std::size_t bytes) { limit_ = bytes; }
 
 private:
-    struct Step;
     static constexpr std::int64_t nowhere = -1;
 
+    template <typename Attempt>
+    void insist(Attempt&& attempt);
     void addChange(const EditChange& change);
-    void put(const void* bytes, std::size_t n);
-    void putNumber(std::uint64_t number);
-    void putChange(const EditChange& change);
-    void putSelection(const EditSelection& selection);
-    Step* takeOpen(std::size_t after, bool mayGiveUp);
-    Step* joined(const Step& last, const Step& next);
+    void addSelection(const EditSelection& selection);
+    EditStep* joined(const EditStep& last, const EditStep& next);
+    void tidyOpen();
     int giveUpOldest();
     int roomForStep();
     void dropRedo();
     void drop(std::int64_t number);
     EditRecorded lose();
-    /// The change at an offset of a step, made whole again in the scratch room; `at` moves past it.
-    EditChange change(const Step& step, std::size_t& at, bool forward);
-    int run(const Step& step, EditTarget& target, bool forward);
-    int runChanges(const Step& step, EditTarget& target, bool forward, std::size_t& at,
+    int run(const EditStep& step, EditTarget& target, bool forward);
+    int runChanges(const EditStep& step, EditTarget& target, bool forward, std::size_t& at,
                    std::size_t end);
-    EditSelection selection(const Step& step, std::size_t at);
-    Step*& slot(std::int64_t number) { return list_.data()[number - listStart_]; }
-    const Step& at(std::int64_t number) const { return *list_.data()[number - listStart_]; }
+    EditStep*& slot(std::int64_t number) { return list_.data()[number - listStart_]; }
+    const EditStep& at(std::int64_t number) const { return *list_.data()[number - listStart_]; }
 
     // Steps are numbered through since the history began; the list holds first_ to end_ - 1.
-    Pile<Step*> list_;
+    Pile<EditStep*> list_;
     std::int64_t listStart_ = 0;  // number of the first slot of the list
     std::int64_t first_ = 0;
     std::int64_t end_ = 0;
