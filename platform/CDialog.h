@@ -4,6 +4,8 @@
 #include "platform/dialog_template.h"
 #include "platform/message.h"
 
+#include <memory>
+
 namespace pavane
 {
 
@@ -19,8 +21,9 @@ public:
     /// Shows the dialog and returns when EndDialog was called (IDOK, IDCANCEL ...); -1 when there
     /// is no such template.
     virtual int DoModal();
-    /// Makes the dialog without showing it or waiting.
+    /// Makes the dialog without showing it or waiting; ShowWindow shows it. Non-zero on success.
     int CreateModeless();
+    /// Ends DoModal with that result; a dialog that nobody waits for is destroyed.
     void EndDialog(int result);
     int IsDialog() const override { return 1; }
 
@@ -35,21 +38,26 @@ public:
                        unsigned style);
     /// The same frame with other dimensions, in pixels; for dialogs that lay out themselves.
     void SetClientSize(int cx, int cy);
+    /// Pixels of a rectangle in dialog units.
+    CRect MapDialogRect(const CRect& units) const;
 
 protected:
     /// Before it shows; 0 when it set the focus itself.
     virtual int OnInitDialog() { return 1; }
+    /// The Enter key, or the button IDOK.
     virtual void OnOK() { EndDialog(IDOK); }
+    /// The Escape key, the close box, or the button IDCANCEL.
     virtual void OnCancel() { EndDialog(IDCANCEL); }
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
     void OnClose() override { OnCancel(); }
 
 private:
     struct Data;
-    Data* data_ = nullptr;
+    std::unique_ptr<Data> data_;
 };
 
-/// For tests: called when a dialog would wait for the user; return its result. Null shows dialogs.
+/// For tests: called with the dialog, complete but not shown, when it would wait for the user;
+/// returns its result, unless it called EndDialog (sent WM_COMMAND IDOK ...). Null shows dialogs.
 using DialogAnswer = int (*)(CDialog& dialog);
 PAVANE_API DialogAnswer SetDialogAnswer(DialogAnswer answer);
 

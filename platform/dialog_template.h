@@ -28,12 +28,16 @@ struct DlgItem {
     unsigned exStyle = 0;  ///< WS_EX_...
 };
 
+/// The Tab key goes through the items in their order. Radio buttons from one with WS_GROUP to the
+/// next are one choice. '&' in a text is before the letter that Alt goes with; on a static text it
+/// gives the focus to the item behind it.
 struct DlgTemplate {
     unsigned id;
     const char* title;
     int cx, cy;
     const DlgItem* items;
     int itemCount;
+    unsigned style = 0;  ///< WS_THICKFRAME: the user may change the size (OnSize lays out)
 };
 
 }  // namespace pavane

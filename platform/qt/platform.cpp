@@ -1,5 +1,6 @@
 #include "platform/platform.h"
 
+#include "platform/qt/look.h"
 #include "platform/qt/QtGraphics.h"
 #include "platform/qt/WindowPeer.h"
 
@@ -46,6 +47,13 @@ QGuiApplication* makeApplication(PlatformUse use)
     return application;
 }
 
+/// What windows need beside the application object, which may be the host's.
+void startAll()
+{
+    startWindows();
+    startMessageBox();
+}
+
 bool hasWindows() { return qobject_cast<QApplication*>(QCoreApplication::instance()); }
 
 }  // namespace
@@ -54,7 +62,7 @@ int InitPlatform(int argc, char** argv, PlatformUse use)
 {
     if (graphics && (use == PlatformUse::pictures || hasWindows())) {
         if (use == PlatformUse::windows)
-            startWindows();
+            startAll();
         return 1;
     }
     if (graphics)
@@ -76,13 +84,17 @@ int InitPlatform(int argc, char** argv, PlatformUse use)
         return 0;
     graphics = new QtGraphics;
     setGraphicsHook(graphics);
-    if (use == PlatformUse::windows)
-        startWindows();
+    if (use == PlatformUse::windows) {
+        if (ownApplication)
+            applyLook();
+        startAll();
+    }
     return 1;
 }
 
 void ShutdownPlatform()
 {
+    stopMessageBox();
     stopWindows();
     if (graphicsHook() == graphics)
         setGraphicsHook(nullptr);

@@ -1,0 +1,77 @@
+#include "platform/core/file_filter.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr std::size_t longestExtension = 5;
+
+std::vector<std::string_view> pieces(std::string_view list, char between)
+{
+    std::vector<std::string_view> found;
+    while (!list.empty()) {
+        const auto end = std::min(list.find(between), list.size());
+        found.push_back(list.substr(0, end));
+        list.remove_prefix(std::min(end + 1, list.size()));
+    }
+    return found;
+}
+
+std::string_view withoutBlanks(std::string_view s)
+{
+    const auto first = s.find_first_not_of(' ');
+    return first == s.npos ? std::string_view()
+                           : s.substr(first, s.find_last_not_of(' ') - first + 1);
+}
+
+bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
+bool isLetterOrDigit(char c) { return isLetter(c) || (c >= '0' && c <= '9'); }
+
+bool hasExtension(std::string_view name)
+{
+    const auto slash = name.rfind('/');
+    if (slash != name.npos)
+        name.remove_prefix(slash + 1);
+    const auto dot = name.rfind('.');
+    if (dot == name.npos || dot == 0)
+        return false;
+    const std::string_view extension = name.substr(dot + 1);
+    return !extension.empty() && extension.size() <= longestExtension && isLetter(extension[0]) &&
+           std::all_of(extension.begin(), extension.end(), isLetterOrDigit);
+}
+
+}  // namespace
+
+std::vector<FileFilter> fileFilters(const CString& list)
+{
+    std::vector<FileFilter> filters;
+    const auto parts = pieces(list, '|');
+    for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
+        FileFilter filter{CString(parts[i]), {}};
+        for (const std::string_view pattern : pieces(parts[i + 1], ';')) {
+            // the old way to say "all files"; here files without a dot are files too
+            const std::string_view p = withoutBlanks(pattern);
+            if (!p.empty())
+                filter.patterns.emplace_back(p == "*.*" ? "*" : p);
+        }
+        if (!filter.patterns.empty())
+            filters.push_back(std::move(filter));
+    }
+    return filters;
+}
+
+CString withExtension(const CString& name, const CString& extension)
+{
+    if (name.empty() || name.back() == '/' || extension.empty() || hasExtension(name))
+        return name;
+    const CString dot = extension[0] == '.' ? "" : ".";
+    return name.back() == '.' ? name + extension.substr(dot.empty() ? 1 : 0)
+                              : name + dot + extension;
+}
+
+}  // namespace pavane

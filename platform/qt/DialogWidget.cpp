@@ -1,0 +1,76 @@
+#include "platform/qt/DialogWidget.h"
+
+#include "platform/message.h"
+#include "platform/qt/WindowPeer.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QPushButton>
+
+namespace pavane
+{
+
+DialogWidget::DialogWidget(QWidget* parent, bool canBeResized)
+    : QDialog(parent), canBeResized_(canBeResized)
+{
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+}
+
+void DialogWidget::setClientSize(QSize size)
+{
+    if (canBeResized_)
+        resize(size);
+    else
+        setFixedSize(size);
+}
+
+void DialogWidget::reject() { sendTo(hwnd_, WM_COMMAND, IDCANCEL, 0); }
+
+bool DialogWidget::event(QEvent* e)
+{
+    switch (e->type()) {
+    case QEvent::Resize:
+        sendTo(hwnd_, WM_SIZE, SIZE_RESTORED, MAKELPARAM(width(), height()));
+        break;
+    case QEvent::Move:
+        sendTo(hwnd_, WM_MOVE, 0, MAKELPARAM(x(), y()));
+        break;
+    case QEvent::WindowActivate:
+    case QEvent::WindowDeactivate:
+        sendTo(hwnd_, WM_ACTIVATE, e->type() == QEvent::WindowActivate ? 1 : 0, 0);
+        break;
+    default:
+        break;
+    }
+    return QDialog::event(e);
+}
+
+void DialogWidget::keyPressEvent(QKeyEvent* e)
+{
+    const bool isEnter = e->key() == Qt::Key_Enter || e->key() == Qt::Key_Return;
+    if (!isEnter || e->modifiers() & ~Qt::KeypadModifier) {
+        QDialog::keyPressEvent(e);
+        return;
+    }
+    if (auto* const focus = qobject_cast<QPushButton*>(focusWidget())) {
+        focus->click();
+        return;
+    }
+    for (QPushButton* const button : findChildren<QPushButton*>()) {
+        if (!button->isDefault())
+            continue;
+        if (button->isEnabled())
+            button->click();
+        return;
+    }
+    sendTo(hwnd_, WM_COMMAND, IDOK, 0);
+}
+
+void DialogWidget::closeEvent(QCloseEvent* e)
+{
+    // the object decides; a window that it destroyed is on its way already
+    e->ignore();
+    sendTo(hwnd_, WM_CLOSE, 0, 0);
+}
+
+}  // namespace pavane

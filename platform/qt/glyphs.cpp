@@ -1,0 +1,110 @@
+#include "platform/qt/glyphs.h"
+
+#include <algorithm>
+#include <cstring>
+#include <QImage>
+#include <QPixmap>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int smallSize = 16;
+constexpr int largeSize = 20;
+
+/// A square of dots, row by row; a blank is nothing.
+struct Dots {
+    int size = 0;
+    std::string cells;
+    char at(int x, int y) const
+    {
+        const bool inside = x >= 0 && y >= 0 && x < size && y < size;
+        return inside ? cells[static_cast<std::size_t>(y * size + x)] : ' ';
+    }
+};
+
+Dots dotsOf(const char* const* rows, int rowCount)
+{
+    Dots dots{glyphSize(rowCount), {}};
+    const int top = std::max(0, (dots.size - rowCount) / 2);
+    std::size_t widest = 0;
+    for (int y = 0; y < rowCount; ++y)
+        widest = std::max(widest, std::strlen(rows[y]));
+    const int left = std::max(0, (dots.size - static_cast<int>(widest)) / 2);
+    dots.cells.assign(static_cast<std::size_t>(dots.size * dots.size), ' ');
+    for (int y = 0; y < std::min(rowCount, dots.size); ++y)
+        for (int x = 0; x + left < dots.size && rows[y][x]; ++x)
+            dots.cells[static_cast<std::size_t>((y + top) * dots.size + x + left)] = rows[y][x];
+    return dots;
+}
+
+/// Twice as many dots, the corners of slanted lines filled: the Scale2x rule of A. Mazzoleni.
+Dots doubled(const Dots& dots)
+{
+    Dots result{2 * dots.size, {}};
+    for (int y = 0; y < result.size; ++y) {
+        for (int x = 0; x < result.size; ++x) {
+            const int cx = x / 2;
+            const int cy = y / 2;
+            const char side = dots.at(cx + (x % 2 ? 1 : -1), cy);
+            const char over = dots.at(cx, cy + (y % 2 ? 1 : -1));
+            const char otherSide = dots.at(cx + (x % 2 ? -1 : 1), cy);
+            const char otherOver = dots.at(cx, cy + (y % 2 ? -1 : 1));
+            const bool cuts = side == over && side != otherOver && over != otherSide;
+            result.cells += cuts ? side : dots.at(cx, cy);
+        }
+    }
+    return result;
+}
+
+QRgb colorOf(char dot, bool enabled)
+{
+    switch (dot) {
+    case '#':
+        return enabled ? qRgb(0x2A, 0x30, 0x38) : qRgb(0xB4, 0xB9, 0xC0);
+    case '+':
+        return enabled ? qRgb(0x1F, 0x6F, 0xC8) : qRgb(0xC4, 0xCC, 0xD6);
+    case '.':
+        return enabled ? qRgb(0xB9, 0xC2, 0xCC) : qRgb(0xDE, 0xE1, 0xE5);
+    default:
+        return qRgba(0, 0, 0, 0);
+    }
+}
+
+/// `block` pixels a dot; `ratio` pixels a unit.
+QPixmap painted(const Dots& dots, int block, int ratio, bool enabled)
+{
+    QImage image(dots.size * block, dots.size * block, QImage::Format_ARGB32_Premultiplied);
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.setPixel(x, y, colorOf(dots.at(x / block, y / block), enabled));
+    image.setDevicePixelRatio(ratio);
+    return QPixmap::fromImage(image);
+}
+
+}  // namespace
+
+int glyphSize(int rowCount) { return rowCount > smallSize ? largeSize : smallSize; }
+
+QIcon iconOf(const char* const* rows, int rowCount)
+{
+    QIcon icon;
+    if (!rows || rowCount <= 0)
+        return icon;
+    const Dots dots = dotsOf(rows, rowCount);
+    const Dots twice = doubled(dots);
+    for (const bool enabled : {true, false}) {
+        const QIcon::Mode mode = enabled ? QIcon::Normal : QIcon::Disabled;
+        icon.addPixmap(painted(dots, 1, 1, enabled), mode);
+        icon.addPixmap(painted(twice, 1, 2, enabled), mode);
+        icon.addPixmap(painted(dots, 3, 3, enabled), mode);
+        icon.addPixmap(painted(doubled(twice), 1, 4, enabled), mode);
+    }
+    return icon;
+}
+
+}  // namespace pavane

@@ -1,0 +1,18 @@
+#pragma once
+
+class QWidget;
+
+namespace pavane
+{
+
+/// Colours and font of the controls of an application that is ours: small, light, neutral.
+void applyLook();
+
+/// Puts the message box behind AfxMessageBox, and takes it away.
+void startMessageBox();
+void stopMessageBox();
+
+/// The window in front of which a question belongs; null when there is none.
+QWidget* frontWindow();
+
+}  // namespace pavane

@@ -1,0 +1,220 @@
+#include "platform/qt/menus.h"
+
+#include "platform/CWnd.h"
+#include "platform/qt/fonts.h"
+#include "platform/qt/WindowPeer.h"
+
+#include <QAbstractSpinBox>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QMenu>
+#include <utility>
+
+namespace pavane
+{
+
+namespace
+{
+
+MenuAnswer menuAnswer = nullptr;
+
+/// The key behind the tab of an item's text; empty when there is none or nobody knows it.
+QKeySequence keyOf(const CString& text)
+{
+    const auto tab = text.find('\t');
+    if (tab == text.npos)
+        return {};
+    const QKeySequence keys =
+        QKeySequence::fromString(textOf(text.substr(tab + 1)), QKeySequence::PortableText);
+    const bool known = keys.count() == 1 && keys[0].key() != Qt::Key_unknown;
+    return known ? keys : QKeySequence();
+}
+
+QAction* addItem(QMenu* shown, const CMenu::Line& line, bool takesKeys)
+{
+    const QKeySequence keys = takesKeys ? keyOf(line.text) : QKeySequence();
+    const CString text = keys.isEmpty() ? line.text : line.text.substr(0, line.text.find('\t'));
+    QAction* const action = shown->addAction(textOf(text));
+    action->setShortcut(keys);
+    action->setData(line.id);
+    action->setEnabled(line.enabled != 0);
+    action->setCheckable(line.checked != 0);
+    action->setChecked(line.checked != 0);
+    return action;
+}
+
+/// A popup that stands for itself, without keys.
+void fillContextMenu(QMenu* shown, const CMenu& menu)
+{
+    for (const CMenu::Line& line : menu.lines()) {
+        if (line.popup) {
+            QMenu* const inner = shown->addMenu(textOf(line.text));
+            inner->setEnabled(line.enabled != 0);
+            fillContextMenu(inner, *line.popup);
+        } else if (line.text.empty()) {
+            shown->addSeparator();
+        } else {
+            addItem(shown, line, false);
+        }
+    }
+}
+
+/// The command's line, and the popups on the way to it from the outside in.
+const CMenu::Line* findCommand(CMenu& menu, unsigned id, std::vector<CMenu*>& way)
+{
+    for (CMenu::Line& line : menu.lines()) {
+        if (!line.popup && line.id == id && !line.text.empty())
+            return &line;
+        if (!line.popup)
+            continue;
+        way.push_back(line.popup.get());
+        if (const CMenu::Line* found = findCommand(*line.popup, id, way))
+            return line.enabled ? found : nullptr;
+        way.pop_back();
+    }
+    return nullptr;
+}
+
+/// Text fields keep the keys that they edit with.
+bool isTextField(const QObject* receiver)
+{
+    const auto* const list = qobject_cast<const QComboBox*>(receiver);
+    return (list && list->isEditable()) || qobject_cast<const QLineEdit*>(receiver) ||
+           qobject_cast<const QAbstractSpinBox*>(receiver);
+}
+
+unsigned shownChoice(const CMenu& menu, CPoint screen, CWnd* owner)
+{
+    const QPointer<QMenu> shown = new QMenu(clientOf(owner));
+    fillContextMenu(shown, menu);
+    const QAction* const action = shown->exec(QPoint(screen.x, screen.y));
+    const unsigned id = shown && action ? action->data().toUInt() : 0;
+    if (shown)
+        shown->deleteLater();
+    return id;
+}
+
+}  // namespace
+
+MenuBar::MenuBar(HWND top, CMenu menu) : top_(top), menu_(std::move(menu))
+{
+    setNativeMenuBar(false);
+    for (CMenu::Line& line : menu_.lines()) {
+        if (line.popup) {
+            QMenu* const popup = addMenu(textOf(line.text));
+            popup->menuAction()->setEnabled(line.enabled != 0);
+            addPopup(popup, *line.popup);
+        } else if (!line.text.empty()) {
+            QAction* const action = addAction(textOf(line.text));
+            connect(action, &QAction::triggered, this, [this, id = line.id] { run(id); });
+        }
+    }
+    qApp->installEventFilter(this);
+}
+
+void MenuBar::addPopup(QMenu* popup, CMenu& menu)
+{
+    fill(popup, menu, false);
+    connect(popup, &QMenu::aboutToShow, this, [this, popup = QPointer(popup), &menu] {
+        const QPointer<MenuBar> alive = this;
+        if (CWnd* const window = CWnd::FromHandle(top_))
+            window->OnInitMenuPopup(menu);
+        if (alive && popup)
+            fill(popup, menu, true);
+    });
+    connect(popup, &QMenu::aboutToHide, this, [popup] {
+        for (QAction* action : popup->actions())
+            action->setEnabled(true);
+    });
+}
+
+/// Deliberate: until a popup opens its items are all enabled, because a disabled one would not tell
+/// that its key was pressed; `run` asks the window then.
+void MenuBar::fill(QMenu* shown, CMenu& menu, bool opens)
+{
+    qDeleteAll(shown->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
+    shown->clear();
+    for (CMenu::Line& line : menu.lines()) {
+        if (line.popup) {
+            QMenu* const inner = shown->addMenu(textOf(line.text));
+            inner->menuAction()->setEnabled(!opens || line.enabled);
+            addPopup(inner, *line.popup);
+        } else if (line.text.empty()) {
+            shown->addSeparator();
+        } else {
+            QAction* const action = addItem(shown, line, true);
+            action->setEnabled(!opens || line.enabled);
+            connect(action, &QAction::triggered, this, [this, id = line.id] { run(id); });
+        }
+    }
+}
+
+void MenuBar::run(unsigned id)
+{
+    const QPointer<MenuBar> alive = this;
+    std::vector<CMenu*> way;
+    const CMenu::Line* line = findCommand(menu_, id, way);
+    for (std::size_t i = 0; i < way.size(); ++i) {
+        CWnd* const window = CWnd::FromHandle(top_);
+        if (!window)
+            return;
+        window->OnInitMenuPopup(*way[i]);
+        if (!alive)
+            return;
+        // the window may have changed the menu
+        way.clear();
+        line = findCommand(menu_, id, way);
+    }
+    if (line && line->enabled)
+        sendTo(top_, WM_COMMAND, id & 0xFFFF, 0);
+}
+
+bool MenuBar::eventFilter(QObject* receiver, QEvent* event)
+{
+    if (event->type() != QEvent::ShortcutOverride)
+        return false;
+    const auto widget = qobject_cast<QWidget*>(receiver);
+    // a drag takes every key itself
+    if (!widget || widget->window() != window() || isTextField(widget) || CWnd::GetCapture())
+        return false;
+    event->ignore();
+    return true;
+}
+
+int CWnd::SetMenu(const CMenu& menu)
+{
+    if (!peerOf(this))
+        return 0;
+    auto* const bar = new MenuBar(hwnd_, menu.Clone());
+    if (setMenuBarWidget(hwnd_, bar))
+        return 1;
+    delete bar;
+    return 0;
+}
+
+MenuAnswer SetMenuAnswer(MenuAnswer answer) { return std::exchange(menuAnswer, answer); }
+
+int CMenu::TrackPopupMenu(unsigned flags, CPoint screen, CWnd* owner)
+{
+    if (lines_.empty())
+        return 0;
+    const HWND target = owner ? owner->GetSafeHwnd() : 0;
+    cancelCapture();
+    unsigned id = menuAnswer ? menuAnswer(*this, screen) : shownChoice(*this, screen, owner);
+    if (menuAnswer) {
+        // what could not be chosen on the screen is not chosen
+        std::vector<CMenu*> way;
+        const Line* const line = findCommand(*this, id, way);
+        id = line && line->enabled ? id : 0;
+    }
+    if (id == 0)
+        return 0;
+    if (flags & TPM_RETURNCMD)
+        return static_cast<int>(id);
+    sendTo(target, WM_COMMAND, id & 0xFFFF, 0);
+    return 1;
+}
+
+}  // namespace pavane
