@@ -74,22 +74,28 @@ inline double offEllipse(const AreaShape& e, APoint<double> p)
     return std::abs(part - 0.5) * part / std::hypot(u / e.width, v / e.height);
 }
 
+/// How far a point lies from the outline of an ellipse, or from the nearest corner of another
+/// shape.
+inline double offOutline(const AreaShape& shape, APoint<double> p)
+{
+    if (shape.kind == AreaShape::Kind::ellipse)
+        return offEllipse(shape, p);
+    double nearest = 1e9;
+    for (const APoint<double>& corner : outlineOf(shape))
+        nearest = std::min(nearest, std::hypot(p.x - corner.x, p.y - corner.y));
+    return nearest;
+}
+
 /// The farthest that an outline moved, cells; 1e9 for lists that do not go together.
 inline double worstOutline(const std::vector<AreaShape>& a, const std::vector<AreaShape>& b)
 {
     double worst = a.size() == b.size() ? 0 : 1e9;
     for (std::size_t i = 0; i < std::min(a.size(), b.size()); ++i) {
-        const int isEllipse = a[i].kind == AreaShape::Kind::ellipse;
-        if (isEllipse != (b[i].kind == AreaShape::Kind::ellipse))
+        const auto points = outlineOf(a[i], 16);
+        if (points.size() != outlineOf(b[i], 16).size())
             return 1e9;
-        const auto to = outlineOf(b[i], 16);
-        for (const APoint<double>& p : outlineOf(a[i], 16)) {
-            double nearest = isEllipse ? offEllipse(b[i], p) : 1e9;
-            // an outline may begin at another corner: the nearest point counts
-            for (std::size_t k = 0; !isEllipse && k < to.size(); ++k)
-                nearest = std::min(nearest, std::hypot(p.x - to[k].x, p.y - to[k].y));
-            worst = std::max(worst, nearest);
-        }
+        for (const APoint<double>& p : points)
+            worst = std::max(worst, offOutline(b[i], p));
     }
     return worst;
 }
