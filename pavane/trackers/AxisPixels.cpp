@@ -34,7 +34,9 @@ int AxisPixels::usable() const
     if (!axis_)
         return 1;
     const CRect& rect = axis_->getGraphRect();
-    if (rect.left == rect.right || rect.top == rect.bottom)
+    const TMinMax& range = axis_->getMinMax();
+    if (rect.left == rect.right || rect.top == rect.bottom || !(range.xMin < range.xMax) ||
+        !(range.yMin < range.yMax))
         return 0;
     const APoint<double> a = value({rect.left, rect.top});
     const APoint<double> b = value({rect.right, rect.bottom});

@@ -22,7 +22,7 @@ public:
     CRect pixels(const ARect<double>& rect) const;
 
     /// Non-zero when pixels and values can be turned into each other: without an axis, or when its
-    /// graph rectangle and range span something.
+    /// graph rectangle and its range span something (an unset range does not).
     int usable() const;
     /// The graph rectangle, right and bottom included, in order; 0 without an axis.
     int bounds(CRect& rect) const;
