@@ -79,6 +79,8 @@ int nextProperty(std::string_view& tail, std::string_view& key, std::string_view
                             : open == '['               ? tail.find(']')
                                                         : tail.find_first_of(", \t");
     value = tail.substr(0, end);
+    if (open == '"' || open == '\'')
+        value.remove_prefix(1);
     tail.remove_prefix(end == std::string_view::npos ? tail.size() : end + 1);
     return 1;
 }

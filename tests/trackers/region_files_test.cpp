@@ -122,7 +122,7 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
     const Parsed p = crtf("#CRTFv0\nglobal coord=B1950, corr=[I, Q], color=blue\n"
                           "ann circle[[1pix, 2pix], 3pix]\n-circle[[1pix, 2pix], 3pix]\n"
                           "annulus[[1pix, 2pix], [3pix, 4pix]]\ncircle[[1deg, 2deg], 3arcsec]\n"
-                          "circle[[1deg, 2deg], 3arcsec], coord=ICRS\ncircle[[1, 2pix], 3pix]\n"
+                          "circle[[1deg, 2deg], 3arcsec], coord='ICRS'\ncircle[[1, 2pix], 3pix]\n"
                           "circle[[[1pix], 2pix], 3pix]\npoly[[1pix, 2pix], [3pix\n"
                           "ellipse[[1pix, 2pix], [3pix, 4pix], 5pix]\n"
                           "circle[[1pix, 2pix], 3pix] range=[1GHz, 2GHz]\n");
