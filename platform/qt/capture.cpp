@@ -11,18 +11,20 @@ namespace
 {
 
 HWND captured = 0;
-unsigned cancelled = 0;
+unsigned changes = 0;
 
 }  // namespace
 
 HWND captureWindow() { return captured; }
-unsigned captureCancels() { return cancelled; }
+unsigned captureChanges() { return changes; }
 
 CWnd* CWnd::SetCapture()
 {
     const HWND before = hwnd_ ? std::exchange(captured, hwnd_) : captured;
-    if (before && before != captured)
-        sendTo(before, WM_CAPTURECHANGED, 0, static_cast<LPARAM>(captured));
+    if (!before || before == captured)
+        return FromHandle(before);
+    ++changes;
+    sendTo(before, WM_CAPTURECHANGED, 0, static_cast<LPARAM>(captured));
     return FromHandle(before);
 }
 
@@ -30,8 +32,11 @@ CWnd* CWnd::GetCapture() { return FromHandle(captured); }
 
 void CWnd::ReleaseCapture()
 {
-    if (const HWND before = std::exchange(captured, 0))
-        sendTo(before, WM_CAPTURECHANGED, 0, 0);
+    const HWND before = std::exchange(captured, 0);
+    if (!before)
+        return;
+    ++changes;
+    sendTo(before, WM_CAPTURECHANGED, 0, 0);
 }
 
 void cancelCapture()
@@ -39,7 +44,6 @@ void cancelCapture()
     const HWND hwnd = captured;
     if (!hwnd)
         return;
-    ++cancelled;
     sendTo(hwnd, WM_CANCELMODE, 0, 0);
     if (captured == hwnd)
         CWnd::ReleaseCapture();

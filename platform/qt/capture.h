@@ -7,7 +7,7 @@ namespace pavane
 
 /// The window that gets the mouse's messages, 0 for none.
 HWND captureWindow();
-/// How often the capture was taken away from outside; a waiting loop compares.
-unsigned captureCancels();
+/// How often a window lost the capture; a loop that waits for its messages must not go on waiting.
+unsigned captureChanges();
 
 }  // namespace pavane

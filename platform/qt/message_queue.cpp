@@ -150,7 +150,7 @@ void stopQueue()
 int GetMessage(MSG& message)
 {
     Queue& q = queue();
-    const unsigned cancels = captureCancels();
+    const unsigned changes = captureChanges();
     QTimer watchdog;
     bool timedOut = false;
     if (q.watchdog > 0) {
@@ -166,7 +166,7 @@ int GetMessage(MSG& message)
             message.message = WM_QUIT;
             return 0;
         }
-        if (cancels != captureCancels())
+        if (changes != captureChanges())
             return 1;
         if (takeFirst(message))
             return 1;

@@ -101,6 +101,11 @@ int CWnd::SetWindowPlacement(const WINDOWPLACEMENT& placement)
     if (!top || placement.rcNormalPosition.IsRectEmpty())
         return 0;
     const HWND hwnd = hwnd_;
+    // a maximised window would forget the rectangle
+    if (top->windowState() & (Qt::WindowMaximized | Qt::WindowMinimized))
+        top->setWindowState(Qt::WindowNoState);
+    if (!peerOf(hwnd))
+        return 1;
     MoveWindow(placement.rcNormalPosition);
     const auto command = static_cast<int>(placement.showCmd);
     if (!peerOf(hwnd))

@@ -1,0 +1,306 @@
+#include "platform/test_window.h"
+
+#include <gtest/gtest.h>
+#include <QApplication>
+#include <QBackingStore>
+#include <QDialog>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+using namespace pavane;
+
+namespace
+{
+
+QWindow* nativeOf(const CWnd& window)
+{
+    CRect rect;
+    window.GetWindowRect(rect);
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top->isVisible() && top->geometry().contains(rect.left + 1, rect.top + 1))
+            return top->windowHandle();
+    }
+    return nullptr;
+}
+
+/// Shown, active, and settled.
+struct ActiveWindow : TestWindow {
+    QWindow* native = nullptr;
+    std::vector<unsigned> keys;
+    unsigned dialogCode = 0;
+    ActiveWindow() : TestWindow(nullptr, WS_VISIBLE, {50, 60, 350, 260})
+    {
+        settle();
+        native = nativeOf(*this);
+        native->requestActivate();
+        (void)QTest::qWaitForWindowActive(native);
+        settle();
+    }
+};
+
+/// Runs `act` once a loop waits.
+template <class Act>
+void later(Act act)
+{
+    QTimer::singleShot(0, qApp, act);
+}
+
+/// What is on the screen of a window, in device pixels. The screen without a display gives back no
+/// more pixels than units, so on a fine one it is what the toolkit composed.
+QImage grabbed(QWindow* native)
+{
+    if (native->devicePixelRatio() == 1.0)
+        return native->screen()->grabWindow(native->winId()).toImage();
+    const QWidget* const top = QApplication::topLevelAt(native->geometry().topLeft());
+    return *static_cast<QImage*>(top->backingStore()->paintDevice());
+}
+
+COLORREF shown(QWindow* native, int x, int y)
+{
+    const QImage image = grabbed(native);
+    const double ratio = native->devicePixelRatio();
+    const QRgb p =
+        image.pixel(static_cast<int>((x + 0.5) * ratio), static_cast<int>((y + 0.5) * ratio));
+    return RGB(qRed(p), qGreen(p), qBlue(p));
+}
+
+constexpr COLORREF red = RGB(255, 0, 0);
+
+}  // namespace
+
+TEST(RealInput, BecomesMessagesInClientCoordinates)
+{
+    ActiveWindow window;
+    TestWindow child(&window, WS_VISIBLE | WS_BORDER, {100, 50, 200, 150});
+    settle();
+    std::vector<CPoint> points;
+    child.on[WM_LBUTTONDOWN] = child.on[WM_MOUSEMOVE] = [&] {
+        points.push_back({GET_X_LPARAM(child.last), GET_Y_LPARAM(child.last)});
+    };
+    QTest::mouseMove(window.native, QPoint(121, 81));
+    QTest::mousePress(window.native, Qt::LeftButton, {}, QPoint(121, 81));
+    QTest::mouseRelease(window.native, Qt::LeftButton, {}, QPoint(121, 81));
+    settle();
+    EXPECT_EQ(points, (std::vector<CPoint>{{20, 30}, {20, 30}}));
+    EXPECT_EQ(child.count(WM_LBUTTONUP), 1);
+    QTest::mouseMove(window.native, QPoint(10, 10));
+    settle();
+    EXPECT_EQ(child.count(WM_MOUSELEAVE), 1);
+}
+
+TEST(RealInput, DragsThroughALoopAndGivesTheRestBack)
+{
+    ActiveWindow window;
+    TestWindow other(&window, WS_VISIBLE, {200, 0, 300, 200});
+    DragEnd end = DragEnd::none;
+    std::vector<CPoint> moves;
+    window.on[WM_LBUTTONDOWN] = [&] {
+        end = dragLoop(&window, [&](CPoint p) { moves.push_back(p); });
+    };
+    later([&] {
+        QTest::mouseMove(window.native, QPoint(60, 70));
+        QTest::mouseMove(window.native, QPoint(250, 90));  // over the other
+        QTest::mouseRelease(window.native, Qt::LeftButton, {}, QPoint(250, 90));
+        QTest::keyClick(window.native, Qt::Key_A);
+    });
+    QTest::mousePress(window.native, Qt::LeftButton, {}, QPoint(50, 50));
+    EXPECT_EQ(end, DragEnd::released);
+    EXPECT_EQ(moves, (std::vector<CPoint>{{60, 70}, {250, 90}}));
+    EXPECT_EQ(other.count(WM_MOUSEMOVE), 0);
+    settle();
+    EXPECT_EQ(window.count(WM_KEYDOWN), 1);
+    EXPECT_EQ(window.count(WM_CHAR), 1);
+}
+
+TEST(RealInput, CancelsADragByKeyOrButtonWithoutAMenu)
+{
+    for (const bool byKey : {true, false}) {
+        ActiveWindow window;
+        DragEnd end = DragEnd::none;
+        window.on[WM_LBUTTONDOWN] = [&] { end = dragLoop(&window); };
+        later([&] {
+            if (byKey)
+                QTest::keyClick(window.native, Qt::Key_Escape);
+            else
+                QTest::mousePress(window.native, Qt::RightButton, {}, QPoint(9, 9));
+        });
+        QTest::mousePress(window.native, Qt::LeftButton, {}, QPoint(50, 50));
+        EXPECT_EQ(end, DragEnd::cancelled);
+        if (!byKey)
+            QTest::mouseRelease(window.native, Qt::RightButton, {}, QPoint(9, 9));
+        QTest::mouseRelease(window.native, Qt::LeftButton, {}, QPoint(9, 9));
+        settle();
+        EXPECT_EQ(window.count(WM_LBUTTONUP), 1);
+        EXPECT_EQ(window.count(WM_CONTEXTMENU), 0);
+        QTest::mouseClick(window.native, Qt::RightButton, {}, QPoint(9, 9));
+        settle();
+        EXPECT_EQ(window.count(WM_CONTEXTMENU), 1);
+    }
+}
+
+TEST(RealInput, EndsADragWhenADialogOpensOrTheWindowGoes)
+{
+    for (const int way : {0, 1, 2}) {
+        SCOPED_TRACE(way);
+        auto* const top = new ActiveWindow;
+        auto* const window = new TestWindow(top, WS_VISIBLE, {0, 0, 200, 200});
+        settle();
+        DragEnd end = DragEnd::none;
+        window->on[WM_LBUTTONDOWN] = [&end, window] { end = dragLoop(window); };
+        later([=] {
+            if (way == 0) {
+                QDialog dialog;
+                QTimer::singleShot(50, &dialog, &QDialog::reject);
+                dialog.exec();
+            } else if (way == 1) {
+                delete window;
+            } else {
+                delete top;
+            }
+        });
+        QTest::mousePress(top->native, Qt::LeftButton, {}, QPoint(50, 50));
+        EXPECT_EQ(end, DragEnd::lost);
+        if (way < 2) {
+            QTest::mouseRelease(top->native, Qt::LeftButton, {}, QPoint(50, 50));
+            delete top;
+        }
+        if (way != 1)
+            delete window;
+        settle();
+    }
+}
+
+TEST(RealInput, LetsAnEditHaveItsKeysDuringADrag)
+{
+    ActiveWindow window;
+    QWidget* const host = QApplication::topLevelAt(QPoint(60, 70));
+    ASSERT_NE(host, nullptr);
+    auto* const edit = new QLineEdit(host->findChildren<QWidget*>().value(0));
+    edit->show();
+    edit->setFocus();
+    settle();
+    DragEnd end = DragEnd::none;
+    window.on[WM_LBUTTONDOWN] = [&] { end = dragLoop(&window); };
+    later([&] {
+        QTest::keyClick(window.native, Qt::Key_X);
+        QTest::keyClick(window.native, Qt::Key_Escape);
+    });
+    QTest::mousePress(window.native, Qt::LeftButton, {}, QPoint(150, 150));
+    EXPECT_EQ(end, DragEnd::cancelled);
+    EXPECT_EQ(edit->text(), QStringLiteral("x"));
+    EXPECT_EQ(CWnd::GetFocus(), &window);  // the nearest window of ours
+}
+
+TEST(RealInput, IsOfferedToTheTopLevelWindowFirst)
+{
+    struct Splash : ActiveWindow {
+        int offered = 0;
+        int PreTranslateMessage(const MSG& m) override
+        {
+            ++offered;
+            return m.message == WM_KEYDOWN;
+        }
+    } window;
+    TestWindow child(&window, WS_VISIBLE, {0, 0, 50, 50});
+    child.SetFocus();
+    settle();
+    QTest::keyClick(window.native, Qt::Key_B);
+    QTest::mouseClick(window.native, Qt::LeftButton, {}, QPoint(5, 5));
+    settle();
+    EXPECT_EQ(child.count(WM_KEYDOWN), 0);
+    EXPECT_EQ(child.count(WM_LBUTTONDOWN), 1);
+    EXPECT_GE(window.offered, 4);
+}
+
+TEST(RealInput, KnowsKeysByTheirPlaceAndDoubleClicksByTheClass)
+{
+    WNDCLASSA plain;
+    plain.className = "plain";
+    AfxRegisterClass(plain);
+    ActiveWindow window;
+    window.SetFocus();
+    std::vector<int> keys;
+    struct Keys : TestWindow {
+        using TestWindow::TestWindow;
+        std::vector<unsigned> keys;
+        void OnKeyDown(unsigned key, unsigned, unsigned) override { keys.push_back(key); }
+    } child(&window, WS_VISIBLE, {0, 0, 100, 100});
+    child.SetFocus();
+    settle();
+    const Qt::Key pressed[] = {Qt::Key_Z,    Qt::Key_7,      Qt::Key_Exclam, Qt::Key_Backtab,
+                               Qt::Key_Left, Qt::Key_Delete, Qt::Key_F3,     Qt::Key_Plus};
+    for (const Qt::Key key : pressed)
+        QTest::keyClick(window.native, key);
+    EXPECT_EQ(child.keys, (std::vector<unsigned>{'Z', '7', '1', VK_TAB, VK_LEFT, VK_DELETE,
+                                                 VK_F1 + 2, VK_OEM_PLUS}));
+    QTest::mouseDClick(window.native, Qt::LeftButton, {}, QPoint(5, 5));
+    settle();
+    EXPECT_EQ(child.count(WM_LBUTTONDOWN), 1);
+    EXPECT_EQ(child.count(WM_LBUTTONDBLCLK), 1);
+    EXPECT_EQ(child.count(WM_LBUTTONUP), 2);
+}
+
+TEST(Focus, IsKnownBeforeTheWindowIsActive)
+{
+    ActiveWindow first;
+    TestWindow second(nullptr, WS_VISIBLE, {400, 60, 500, 160});
+    TestWindow child(&second, WS_VISIBLE, {0, 0, 50, 50});
+    first.native->requestActivate();
+    settle();
+    first.seen.clear();
+    EXPECT_EQ(child.SetFocus(), &first);
+    EXPECT_EQ(CWnd::GetFocus(), &child);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return child.count(WM_SETFOCUS) == 1; }, 2000));
+    EXPECT_EQ(first.count(WM_KILLFOCUS), 1);
+    child.DestroyWindow();
+    EXPECT_EQ(CWnd::GetFocus(), &second);  // never nowhere
+}
+
+TEST(Screen, ShowsWhatWasPaintedWhereItWasPainted)
+{
+    ActiveWindow window;
+    window.draw = [](CPaintDC& dc) { dc.FillSolidRect({0, 0, 300, 200}, red); };
+    window.InvalidateRect({10, 20, 60, 21});
+    window.UpdateWindow();
+    EXPECT_EQ(shown(window.native, 11, 20), red);
+    EXPECT_EQ(shown(window.native, 59, 20), red);
+    EXPECT_NE(shown(window.native, 61, 20), red);
+    EXPECT_NE(shown(window.native, 30, 23), red);
+    {
+        CClientDC dc(&window);
+        dc.FillSolidRect({100, 100, 120, 120}, red);
+        dc.FillSolidRect({200, 150, 220, 160}, red);
+    }
+    settle();
+    EXPECT_EQ(shown(window.native, 110, 110), red);
+    EXPECT_EQ(shown(window.native, 219, 155), red);
+    window.draw = nullptr;
+    window.native->resize(320, 220);
+    settle();
+    EXPECT_EQ(shown(window.native, 110, 110), red);
+}
+
+TEST(Screen, LosesNoLineOfOnePixel)
+{
+    ActiveWindow window;
+    window.draw = [](CPaintDC& dc) {
+        dc.FillSolidRect({0, 0, 300, 200}, RGB(255, 255, 255));
+        for (int x = 0; x < 300; x += 5)
+            dc.FillSolidRect({x, 0, x + 1, 200}, RGB(0, 0, 0));
+    };
+    window.Invalidate();
+    window.UpdateWindow();
+    settle();
+    const QImage image = grabbed(window.native);
+    ASSERT_EQ(image.width(), qRound(300 * window.native->devicePixelRatio()));
+    int dark = 0;
+    bool wasDark = false;
+    for (int x = 0; x < image.width(); ++x) {
+        const bool isDark = qGray(image.pixel(x, image.height() / 2)) < 160;
+        dark += isDark && !wasDark;
+        wasDark = isDark;
+    }
+    EXPECT_EQ(dark, 60);
+}
