@@ -1,0 +1,64 @@
+#pragma once
+
+#include "pavane/axes/AAreaTableWnd.h"
+#include "pavane/axes/AAxisWnd.h"
+#include "pavane/trackers/ATrackerToolBar.h"
+#include "pavane/trackers/ATrackToolBarOwnerWnd.h"
+#include "platform/controls.h"
+
+namespace pavane
+{
+
+/// An axis window with everything around it: the tools and the list of areas above, a line below
+/// that tells what is under the pointer and what the areas hold, and on wish a table of the current
+/// area's numbers at the right. Hosts give the axis, the map and the areas to axisWnd().
+class PAVANE_API AAxisTrkSelWnd : public ATrackToolBarOwnerWnd
+{
+public:
+    AAxisTrkSelWnd();
+    AAxisWnd& axisWnd() { return axis_; }
+    ATrackerToolBar& toolBar() { return bar_; }
+    AAreaTableWnd& areaTable() { return table_; }
+    /// Shows the table of the current area, or takes it away.
+    void ShowAreaTable(int on);
+    int IsAreaTableShown() const { return showTable_; }
+    /// Unit of sums in the status line, "Jy/beam"; empty for none.
+    void SetValueUnit(const CString& unit) { unit_ = unit; }
+
+    /// The text of the status line.
+    virtual CString StatusText(const AxisStatus& status) const;
+    const char* GetWndClassName() override;
+    void SetUpWindow() override;
+    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
+
+protected:
+    void OnSize(unsigned type, int cx, int cy) override;
+    void OnSetFocus(CWnd* old) override;
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+
+private:
+    /// Passes on what the axis window tells.
+    class Axis : public AAxisWnd
+    {
+    public:
+        explicit Axis(AAxisTrkSelWnd& owner) : owner_(&owner) {}
+        void OnStatus(const AxisStatus& status) override;
+        void OnAreasChanged() override;
+
+    private:
+        AAxisTrkSelWnd* owner_;
+    };
+    void layOut();
+
+    // The axis goes first: it asks the others while it lives.
+    CComboBox list_;
+    CStatic status_;
+    ATrackerToolBar bar_;
+    AAreaTableWnd table_;
+    Axis axis_;
+    CString unit_;
+    CString shownStatus_;
+    int showTable_ = 0;
+};
+
+}  // namespace pavane

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/controls.h"
+
+namespace pavane
+{
+
+/// Groups of buttons of the tracker toolbar; 0 stands for all of them.
+enum TrackerButtons : int {
+    trackerButtonsDraw = 1,  ///< arrow, rectangle, turned rectangle, ellipse, polygon
+    trackerButtonsEdit = 2,  ///< undo, redo, copy, delete
+    trackerButtonsZoom = 4,  ///< zoom in with its list of factors, zoom back, whole map
+    trackerButtonsCells = 8  ///< cells of the areas
+};
+
+/// The tools for marking areas. The commands are those of resource_ids.h; one of the tools is
+/// pressed at any time.
+class PAVANE_API ATrackerToolBar : public CToolBar
+{
+public:
+    /// Adds the buttons; call it once, when the bar has been made. Non-zero on success.
+    int SetupButtons(int which);
+    /// The window that receives the commands; null gives them to the parent. With `enabled` zero
+    /// the tools are grey, as long as there is nothing to draw in.
+    void SetOwnerWnd(CWnd* owner, int enabled);
+};
+
+}  // namespace pavane
