@@ -1,0 +1,311 @@
+#include "pavane/axes/ABAxis.h"
+#include "pavane/trackers/shape_handles.h"
+
+#include <gtest/gtest.h>
+
+#include "trackers/stored_collection.h"
+
+#include <cmath>
+#include <random>
+
+using namespace pavane;
+using namespace pavane::test;
+
+namespace
+{
+
+ATracker* anyTracker(TrackerCollection& array, std::mt19937& random)
+{
+    const bool pixels = dynamic_cast<ATrackerArray*>(&array) != nullptr;
+    const int left = static_cast<int>(random() % 300);
+    const int top = static_cast<int>(random() % 200);
+    const CRect box(left, top, left + 20 + left % 50, top + 20 + top % 30);
+    const double x = left;
+    const double y = top;
+    const ARect<double> rect{x, y, x + 33, y + 21};
+    switch (random() % 4) {
+    case 0: {
+        if (pixels)
+            return new ARectTracker(box, trackerNew);
+        auto* const tracker = new ARPRectTracker;
+        tracker->SetRect(rect);
+        return tracker;
+    }
+    case 1:
+        return pixels ? static_cast<ATracker*>(withRect<ARotateRectTracker>(box, 0.5))
+                      : withRect<ARPRotateRectTracker>(rect, 0.5);
+    case 2:
+        return pixels ? static_cast<ATracker*>(withRect<AEllipseTracker>(box, -1.0))
+                      : withRect<ARPEllipseTracker>(rect, -1.0);
+    default:
+        return pixels ? static_cast<ATracker*>(pixelArea(
+                            {{box.left, box.top}, {box.right, box.top}, {box.left, box.bottom}}))
+                      : valueArea({{x, y}, {x + 30, y}, {x + 15, y + 40}});
+    }
+}
+
+/// One edit of any kind; some do nothing where the collection is not fit for them.
+template <typename Array>
+void editSomehow(Array& array, std::mt19937& random, const std::string& otherFile)
+{
+    const int n = array.count();
+    const int i = n ? static_cast<int>(random() % static_cast<unsigned>(n)) : 0;
+    switch (random() % 20) {
+    case 0:
+    case 1:
+    case 2:
+        array.Add(static_cast<std::remove_reference_t<decltype(*array.GetCurItem())>*>(
+                      anyTracker(array, random)),
+                  static_cast<int>(random() % 2));
+        break;
+    case 3:
+        array.ChangeActiveTrack(nullptr, i);
+        break;
+    case 4:
+        array.CopyTracker(nullptr);
+        break;
+    case 5:
+        array.DelteTracker(nullptr);
+        break;
+    case 6:
+        array.InsertVertex(nullptr);
+        break;
+    case 7:
+        array.SetFocusAt(nullptr, i, 0);
+        array.DeleteVertex(nullptr);
+        break;
+    case 8:
+        array.SelectItem(nullptr, i, static_cast<int>(random() % 2));
+        break;
+    case 9:
+        random() % 16 ? array.SetItemActive(i, static_cast<int>(random() % 2))
+                      : array.Clear(nullptr);
+        break;
+    case 10:
+        if (random() % 16 == 0) {
+            MemoryFile file(otherFile);
+            EXPECT_TRUE(array.Load(file));
+        }
+        break;
+    case 11:
+        array.Undo(nullptr);
+        break;
+    case 12:
+        array.Redo(nullptr);
+        break;
+    case 13:
+        array.DeleteItems(i, 2);
+        break;
+    case 14:
+    case 15: {
+        ShapeValues shape;
+        if (array.GetShape(i, shape)) {
+            moveShape(shape, {3, -2});
+            shape.angle += 0.1;
+            array.SetShape(nullptr, i, shape);
+        }
+        break;
+    }
+    case 16:
+        array.SetFocusAt(nullptr, i, static_cast<int>(random() % 4));
+        [[fallthrough]];
+    default:
+        array.MoveBy(nullptr, static_cast<int>(random() % 9) - 4,
+                     static_cast<int>(random() % 9) - 4);
+    }
+}
+
+template <typename Array>
+void undoTenThousandEdits(Array& array, unsigned seed)
+{
+    std::mt19937 random(seed);
+    for (int i = 0; i < 5; ++i)
+        editSomehow(array, random, {});
+    const std::string other = stored(array);
+    array.history().clear();
+    array.SetSaved();
+    for (int i = 0; i < 10000; ++i)
+        editSomehow(array, random, other);
+    while (array.Redo(nullptr)) {
+    }
+    const std::string end = stored(array);
+    const int steps = static_cast<int>(array.history().steps());
+    EXPECT_GT(steps, 3000);
+    EXPECT_TRUE(array.IsModified());
+    for (int round = 0; round < 2; ++round) {
+        int undone = 0;
+        while (array.Undo(nullptr))
+            ++undone;
+        EXPECT_EQ(undone, steps);
+        EXPECT_EQ(stored(array), other);
+        EXPECT_FALSE(array.IsModified());
+        while (array.Redo(nullptr)) {
+        }
+        EXPECT_EQ(stored(array), end);
+    }
+}
+
+ARect<double> rectOf(ARPTrackerArray& array, int i)
+{
+    ShapeValues shape;
+    EXPECT_TRUE(array.GetShape(i, shape));
+    return shape.rect;
+}
+
+class InAxis : public testing::Test
+{
+protected:
+    InAxis()
+    {
+        axis_.setGraphRect({100, 100, 300, 200});  // 200 x 100 units, x to the left
+        axis_.setMinMax({0, 200, 0, 100});
+        array_.SetAxis(&axis_);
+    }
+    void addRect(const ARect<double>& rect)
+    {
+        auto* const tracker = new ARPRectTracker;
+        tracker->SetRect(rect);
+        tracker->SetActive(0);
+        array_.Add(tracker, 0);
+    }
+    ABAxis axis_{-1, 1, nullptr, 0};
+    ARPTrackerArray array_;
+};
+
+}  // namespace
+
+TEST(CollectionUndo, BringsBackEveryByteAfterTenThousandEdits)
+{
+    ATrackerArray pixels;
+    pixels.CheckMinMax({0, 0, 400, 300}, {0, 1, 0, 1}, 1, 1);
+    undoTenThousandEdits(pixels, 11);
+    ARPTrackerArray values;
+    undoTenThousandEdits(values, 12);
+    ABAxis axis(-1, 1, nullptr, 0);
+    axis.setGraphRect({0, 0, 400, 300});
+    axis.setMinMax({0, 400, 0, 300});
+    ARPTrackerArray bound;
+    bound.SetAxis(&axis);
+    undoTenThousandEdits(bound, 13);
+}
+
+TEST_F(InAxis, StepsOfUndoAreSmallInALargeCollectionOfActiveAreas)
+{
+    array_.BeginEdits("many");
+    for (int i = 0; i < 20000; ++i)
+        array_.Add(valueArea({{1, 1}, {9, 1}, {9, 9}, {1, 9}}), 0);
+    array_.EndEdits(nullptr);
+    EXPECT_EQ(array_.history().steps(), 1u);
+    array_.history().clear();
+    array_.SelectItem(nullptr, 17, 1);
+    ShapeValues shape;
+    array_.GetShape(17, shape);
+    for (int i = 0; i < 100; ++i) {
+        moveShape(shape, {1, 1});
+        ASSERT_TRUE(array_.SetShape(nullptr, 17, shape));
+    }
+    EXPECT_EQ(array_.history().steps(), 100u);
+    EXPECT_LT(array_.history().bytesUsed(), 100u * 1024u);
+}
+
+TEST_F(InAxis, UndoRestoresTheCurrentAreaAndTheFlagsFromBeforeTheStep)
+{
+    for (int i = 0; i < 3; ++i)
+        addRect({10.0 * i, 10, 10.0 * i + 5, 20});
+    array_.ChangeActiveTrack(nullptr, 1);
+    ASSERT_TRUE(array_.MoveBy(nullptr, 1, 0));
+    array_.ChangeActiveTrack(nullptr, 2);
+    ASSERT_TRUE(array_.DelteTracker(nullptr));
+    EXPECT_EQ(array_.GetCurItemNo(), 1);  // the last of three: lowered to the new last
+    array_.ChangeActiveTrack(nullptr, 0);
+    ASSERT_TRUE(array_.Undo(nullptr));
+    EXPECT_EQ(array_.GetCurItemNo(), 2);
+    EXPECT_TRUE(array_(2)->IsActive() && !array_(0)->IsActive() && !array_(1)->IsActive());
+    ASSERT_TRUE(array_.Undo(nullptr));
+    EXPECT_EQ(array_.GetCurItemNo(), 1);
+    EXPECT_TRUE(array_(1)->IsActive() && !array_(2)->IsActive());
+}
+
+TEST_F(InAxis, MovesStayInsideThePlotAndSeveralAreasKeepTogether)
+{
+    addRect({150, 10, 190, 40});
+    addRect({20, 60, 60, 90});
+    array_.SelectAll(nullptr);
+    ASSERT_TRUE(array_.MoveBy(nullptr, -4, 30));  // x grows to the left, y upwards
+    EXPECT_EQ(rectOf(array_, 0), (ARect<double>{154, 0, 194, 30}));
+    EXPECT_EQ(rectOf(array_, 1), (ARect<double>{24, 50, 64, 80}));
+    ASSERT_TRUE(array_.MoveByValue(nullptr, 1000, 0));
+    EXPECT_EQ(rectOf(array_, 1), (ARect<double>{30, 50, 70, 80}));
+    EXPECT_FALSE(array_.MoveByValue(nullptr, 1, 0));
+    ASSERT_TRUE(array_.CopyTracker(nullptr));
+    EXPECT_EQ(array_.count(), 4);
+    EXPECT_NEAR(rectOf(array_, 3).left, 20, 1e-9);  // ten pixels right and down
+    EXPECT_NEAR(rectOf(array_, 3).top, 40, 1e-9);
+    EXPECT_EQ(rectOf(array_, 2), (ARect<double>{150, 0, 190, 30}));
+    EXPECT_EQ(array_.SelectedItems(), (std::vector<int>{2, 3}));
+    ASSERT_TRUE(array_.DelteTracker(nullptr));
+    EXPECT_EQ(array_.count(), 2);
+    ASSERT_TRUE(array_.Undo(nullptr) && array_.Undo(nullptr));
+    EXPECT_EQ(array_.count(), 2);
+}
+
+TEST_F(InAxis, FocusGoesThroughAreasAndHandlesAndLeavesAtTheEnds)
+{
+    EXPECT_FALSE(array_.NextFocus(nullptr) || array_.PrevFocus(nullptr));
+    addRect({150, 10, 190, 40});
+    array_.Add(valueArea({{10, 10}, {20, 10}, {10, 20}}), 0);
+    std::vector<int> order;
+    while (array_.NextFocus(nullptr))
+        order.push_back(array_.focusItem() * 100 + array_.focusHandle());
+    EXPECT_EQ(order, (std::vector<int>{-1, 0, 1, 2, 3, 4, 5, 6, 7, 99, 100, 101, 102}));
+    CPoint p;
+    EXPECT_FALSE(array_.FocusPoint(p));
+    std::vector<int> back;
+    while (array_.PrevFocus(nullptr))
+        back.insert(back.begin(), array_.focusItem() * 100 + array_.focusHandle());
+    EXPECT_EQ(back, order);
+    array_.SetFocusAt(nullptr, 1, 1);
+    ASSERT_TRUE(array_.FocusPoint(p));
+    EXPECT_EQ(p, CPoint(280, 190));
+    ASSERT_TRUE(array_.MoveBy(nullptr, 0, 500));
+    ShapeValues shape;
+    ASSERT_TRUE(array_.GetShape(1, shape));
+    EXPECT_EQ(shape.points, (std::vector<APoint<double>>{{10, 10}, {20, 0}, {10, 20}}));
+    EXPECT_EQ(array_.GetCurItemNo(), 1);
+}
+
+TEST_F(InAxis, VerticesAreInsertedOnTheNearestEdgeAndThreeAlwaysStay)
+{
+    array_.Add(valueArea({{0, 0}, {40, 0}, {40, 40}}), 1);
+    const CPoint nearLastEdge(280, 179);  // (20, 21) in values
+    ASSERT_TRUE(array_.InsertVertex(nullptr, &nearLastEdge));
+    ShapeValues shape;
+    ASSERT_TRUE(array_.GetShape(0, shape));
+    ASSERT_EQ(shape.points.size(), 4u);
+    EXPECT_NEAR(shape.points[3].x, 20.5, 1e-9);
+    EXPECT_NEAR(shape.points[3].y, 20.5, 1e-9);
+    const CPoint vertex(260, 200);
+    ASSERT_TRUE(array_.DeleteVertex(nullptr, &vertex));
+    ASSERT_TRUE(array_.GetShape(0, shape));
+    EXPECT_EQ(shape.points[1], (APoint<double>{40, 40}));
+    array_.SetFocusAt(nullptr, 0, 1);
+    EXPECT_FALSE(array_.DeleteVertex(nullptr));
+}
+
+TEST(ShapeHandles, DragOneSideOfATurnedShapeAndKeepTheOther)
+{
+    ShapeValues shape{ShapeValues::Kind::rotatedRectangle, {0, 0, 40, 20}, 0.5, {}};
+    for (int handle = 0; handle < 8; ++handle) {
+        ShapeValues next = shape;
+        const int opposite = handle < 4 ? (handle + 2) % 4 : 4 + (handle - 2) % 4;
+        const APoint<double> fixed = handlePoint(shape, opposite);
+        ASSERT_TRUE(moveHandle(next, handle, {1.5, -0.5}));
+        EXPECT_NEAR(handlePoint(next, opposite).x, fixed.x, 1e-12) << handle;
+        EXPECT_NEAR(handlePoint(next, opposite).y, fixed.y, 1e-12) << handle;
+    }
+    const APoint<double> turning = handlePoint(shape, 8);
+    ASSERT_TRUE(moveHandle(shape, 8, {20 - turning.x, 50 - turning.y}));
+    EXPECT_DOUBLE_EQ(shape.angle, std::acos(0.0));
+    EXPECT_EQ(shape.rect, (ARect<double>{0, 0, 40, 20}));
+    EXPECT_FALSE(moveHandle(shape, 5, {0, -41}));  // would shrink it to less than nothing
+}
