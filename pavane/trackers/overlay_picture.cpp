@@ -41,29 +41,47 @@ bool anyBit(const Word* words, CellSpan span)
 class InsideLine
 {
 public:
-    explicit InsideLine(int left, int right)
-        : left_(left), inside_(static_cast<std::size_t>(right - left) + 2)
+    /// The pixels left - 1 to right, of which some may lie outside the picture.
+    InsideLine(const ABitMatrix& mask, const std::vector<CellSpan>& columns, int left, int right)
+        : mask_(mask)
     {
+        int first = mask.columns();
+        int last = 0;
+        for (int x = left - 1; x <= right; ++x) {
+            const bool there = x >= 0 && x < static_cast<int>(columns.size());
+            CellSpan span = there ? columns[static_cast<std::size_t>(x)] : CellSpan();
+            if (span.end > mask.columns())
+                span = CellSpan();
+            columns_.push_back(span);
+            first = span.first < span.end ? std::min(first, span.first) : first;
+            last = std::max(last, span.end);
+        }
+        firstWord_ = first / bits;
+        endWord_ = (last + bits - 1) / bits;
+        inside_.resize(columns_.size());
+        words_.resize(static_cast<std::size_t>(mask.rowWords()));
     }
     /// Non-zero at the pixels left - 1 to right.
     const std::uint8_t* data() const { return inside_.data(); }
     bool any() const { return any_; }
 
-    void set(const ABitMatrix& mask, const std::vector<CellSpan>& columns, CellSpan rows)
+    /// `above` is the line of the pixels above: pixels of one cell are looked at once.
+    void set(CellSpan rows, const InsideLine& above)
     {
-        if (rows == rows_)
+        if (rows == above.rows_) {
+            rows_ = above.rows_;
+            any_ = above.any_;
+            inside_ = above.inside_;
             return;
+        }
         rows_ = rows;
-        any_ = orRows(mask, rows);
+        any_ = orRows(rows);
         CellSpan previous;
         std::uint8_t value = 0;
         for (std::size_t i = 0; i < inside_.size(); ++i) {
-            const int x = left_ - 1 + static_cast<int>(i);
-            const bool there = any_ && x >= 0 && x < static_cast<int>(columns.size());
-            const CellSpan span = there ? columns[static_cast<std::size_t>(x)] : CellSpan();
+            const CellSpan span = any_ ? columns_[i] : CellSpan();
             if (!(span == previous))
-                value = span.first < span.end && span.end <= mask.columns() &&
-                        anyBit(words_.data(), span);
+                value = span.first < span.end && anyBit(words_.data(), span);
             previous = span;
             inside_[i] = value;
         }
@@ -71,18 +89,25 @@ public:
 
 private:
     /// All rows of a span in one; false when no bit is set.
-    bool orRows(const ABitMatrix& mask, CellSpan rows)
+    bool orRows(CellSpan rows)
     {
-        words_.assign(static_cast<std::size_t>(mask.rowWords()), 0);
-        for (int r = rows.first; r < std::min(rows.end, mask.rows()); ++r)
-            for (std::size_t w = 0; w < words_.size(); ++w)
-                words_[w] |= mask.row(r)[w];
-        return std::any_of(words_.begin(), words_.end(), [](Word w) { return w != 0; });
+        Word any = 0;
+        for (int w = firstWord_; w < endWord_; ++w) {
+            Word all = 0;
+            for (int r = rows.first; r < std::min(rows.end, mask_.rows()); ++r)
+                all |= mask_.row(r)[w];
+            words_[static_cast<std::size_t>(w)] = all;
+            any |= all;
+        }
+        return any != 0;
     }
 
-    int left_;
+    const ABitMatrix& mask_;
+    int firstWord_ = 0;  // of the columns that are shown
+    int endWord_ = 0;
     CellSpan rows_{-1, -1};  // none yet
     bool any_ = false;
+    std::vector<CellSpan> columns_;
     std::vector<std::uint8_t> inside_;
     std::vector<Word> words_;
 };
@@ -154,14 +179,14 @@ void OverlayPicture::forRows(const ABitMatrix& mask, const CRect& pixels, Use&& 
         return y >= 0 && y < height() ? rows_[static_cast<std::size_t>(y)] : CellSpan();
     };
     // lines above, at and below the present row, in turn
-    InsideLine lines[3] = {InsideLine(pixels.left, pixels.right),
-                           InsideLine(pixels.left, pixels.right),
-                           InsideLine(pixels.left, pixels.right)};
+    const InsideLine none(mask, columns_, pixels.left, pixels.right);
+    InsideLine lines[3] = {none, none, none};
     const auto lineOf = [&](int y) -> InsideLine& { return lines[(y + 3) % 3]; };
-    for (int y = pixels.top - 1; y <= pixels.top; ++y)
-        lineOf(y).set(mask, columns_, spanOf(y));
+    const auto setLine = [&](int y) { lineOf(y).set(spanOf(y), lineOf(y + 2)); };
+    setLine(pixels.top - 1);
+    setLine(pixels.top);
     for (int y = pixels.top; y < pixels.bottom; ++y) {
-        lineOf(y + 1).set(mask, columns_, spanOf(y + 1));
+        setLine(y + 1);
         if (!lineOf(y - 1).any() && !lineOf(y).any() && !lineOf(y + 1).any())
             continue;
         const std::uint8_t* const above = lineOf(y - 1).data() + 1;

@@ -4,6 +4,8 @@
 
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 using namespace pavane;
@@ -29,11 +31,7 @@ struct Collection : EditTarget {
     int refuseAfter = -1;  // changes that are still taken; -1 for all
 
     EditSelection selection() const { return {current, active}; }
-    bool operator==(const Collection& other) const
-    {
-        return items == other.items && working == other.working && mode == other.mode &&
-               current == other.current && active == other.active;
-    }
+    auto state() const { return std::tie(items, working, mode, current, active); }
     int applyEdit(const EditChange& c) override
     {
         if (refuseAfter == 0)
@@ -68,9 +66,12 @@ class RandomEdits
 {
 public:
     explicit RandomEdits(Collection& c) : c_(c) {}
+    Collection start;  // the state that the last edit began with
+
     EditRecorded next(EditHistory& history)
     {
         select();  // between steps, not recorded
+        start = c_;
         history.begin("edit", c_.selection());
         for (int changes = below(3); changes >= 0; --changes)
             change(history);
@@ -84,13 +85,11 @@ private:
         const int n = static_cast<int>(c_.items.size());
         const Bytes fresh = bytesOf("new " + std::to_string(counter_++));
         const int what = below(5);
-        if (what == 3) {
-            history.working(2, c_.working, fresh);
-            c_.working = fresh;
-        } else if (what == 4) {
-            history.state(7, c_.mode, fresh);
-            c_.mode = fresh;
-        } else if (what == 0 || n == 0) {
+        if (what == 3)
+            history.working(2, std::exchange(c_.working, fresh), fresh);
+        else if (what == 4)
+            history.state(7, std::exchange(c_.mode, fresh), fresh);
+        else if (what == 0 || n == 0) {
             const int i = below(n + 1);
             history.insert(i, 1, fresh);
             c_.items.insert(c_.items.begin() + i, fresh);
@@ -101,10 +100,8 @@ private:
         } else {
             Bytes& item = c_.items[static_cast<std::size_t>(below(n))];
             const Bytes before = item;
-            if (below(2))
-                item.insert(item.begin() + below(static_cast<int>(item.size())), 'x');
-            else
-                item[static_cast<std::size_t>(below(static_cast<int>(item.size())))] = 'y';
+            item.insert(item.begin() + below(static_cast<int>(item.size())), 'x');
+            item[static_cast<std::size_t>(below(static_cast<int>(item.size())))] = 'y';
             history.replace(static_cast<int>(&item - c_.items.data()), 1, before, item);
         }
     }
@@ -127,7 +124,7 @@ private:
 void replaceItem(EditHistory& history, Collection& c, const std::string& text,
                  std::uint64_t key = 0)
 {
-    history.begin("Move area", c.selection());
+    history.begin(std::string(254, 'a') + "\u00e9", c.selection());  // cut before the last one
     history.replace(0, 1, c.items[0], bytesOf(text));
     c.items[0] = bytesOf(text);
     EXPECT_TRUE(history.commit(c.selection(), key));
@@ -141,74 +138,39 @@ TEST(EditHistory, TenThousandEditsUndoneAndRedoneGiveEveryStateAgain)
     std::vector<Collection> before;
     std::vector<Collection> after;
     while (before.size() < 10000) {
-        const Collection start = c;
         const EditRecorded recorded = edits.next(history);
         ASSERT_TRUE(recorded);
         if (recorded == editUnchanged)
             continue;
-        before.push_back(start);
+        before.push_back(edits.start);
         after.push_back(c);
     }
     for (std::size_t i = before.size(); i-- > 0;) {
         ASSERT_TRUE(history.undo(c));
-        // what was selected between two steps is not part of them
-        Collection expected = before[i];
-        expected.current = c.current;
-        expected.active = c.active;
-        ASSERT_TRUE(c == expected) << i;
+        ASSERT_TRUE(c.state() == before[i].state()) << i;
     }
-    EXPECT_FALSE(history.canUndo());
     EXPECT_FALSE(history.undo(c));
     for (const Collection& state : after) {
         ASSERT_TRUE(history.redo(c));
-        ASSERT_TRUE(c == state);
+        ASSERT_TRUE(c.state() == state.state());
     }
     EXPECT_FALSE(history.redo(c));
 }
 
-TEST(EditHistory, BringsBackTheSelectionFromBeforeAndAfterAStep)
+TEST(EditHistory, AStepThatWasRefusedCanBeTriedAgain)
 {
-    Collection c;
-    c.items = {bytesOf("a"), bytesOf("b"), bytesOf("c"), bytesOf("d")};
-    c.current = 2;
-    c.active = {0, 1, 3};
-    EditHistory history;
-    history.begin("Delete area", c.selection());
-    history.remove(1, 1, c.items[1]);
-    c.items.erase(c.items.begin() + 1);
-    c.current = -1;
-    c.active = {};
-    EXPECT_EQ(history.commit(c.selection()), editRecorded);
-    c.active = {2};
-    c.current = 2;
-    ASSERT_TRUE(history.undo(c));
-    EXPECT_EQ(c.current, 2);
-    EXPECT_EQ(c.active, (std::vector<int>{0, 1, 3}));
-    ASSERT_TRUE(history.redo(c));
-    EXPECT_EQ(c.current, -1);
-    EXPECT_TRUE(c.active.empty());
-}
-
-TEST(EditHistory, ARefusedChangeTakesTheStepBackAndItCanBeTriedAgain)
-{
-    for (const int taken : {0, 1, 2, 3}) {
+    for (const int taken : {0, 1, 2}) {
         Collection c;
         EditHistory history;
         history.begin("Load areas", c.selection());
-        for (int i = 0; i < 3; ++i)
-            history.insert(i, 1, bytesOf(std::to_string(i)));
+        history.insert(0, 1, bytesOf("0"));
+        history.insert(1, 1, bytesOf("1"));
         EXPECT_TRUE(history.commit(c.selection()));
-        c.items = {bytesOf("0"), bytesOf("1"), bytesOf("2")};
-        Collection full = c;
-        c.refuseAfter = taken;
-        EXPECT_EQ(history.undo(c), 0) << taken;
-        if (taken == 0) {  // the target gave up at once: nothing had to be taken back
-            EXPECT_EQ(c.items, full.items);
+        for (const bool refuse : {true, false}) {
+            c.items = {bytesOf("0"), bytesOf("1")};
+            c.refuseAfter = refuse ? taken : -1;
+            EXPECT_NE(history.undo(c), refuse) << taken;
         }
-        EXPECT_TRUE(history.canUndo());
-        c = full;
-        EXPECT_TRUE(history.undo(c));
-        EXPECT_TRUE(c.items.empty());
     }
 }
 
@@ -219,22 +181,19 @@ TEST(EditHistory, StepsOfOneSeriesAreJoinedUntilSomethingComesBetween)
     EditHistory history;
     replaceItem(history, c, "position 1", 5);
     replaceItem(history, c, "position 22", 5);
-    EXPECT_EQ(history.steps(), 1u);
     replaceItem(history, c, "p 3", 6);
-    EXPECT_EQ(history.steps(), 2u);
     history.endSeries();
     replaceItem(history, c, "p 4", 6);
-    EXPECT_EQ(history.steps(), 3u);
     history.markSaved();
     replaceItem(history, c, "p 5", 6);
-    EXPECT_EQ(history.steps(), 4u);
     replaceItem(history, c, "p 6");
-    replaceItem(history, c, "p 7");  // no key: never joined
-    EXPECT_EQ(history.steps(), 6u);
+    replaceItem(history, c, "p 7");
     for (const char* expected : {"p 6", "p 5", "p 4", "p 3", "position 22", "position 0"}) {
         ASSERT_TRUE(history.undo(c));
         EXPECT_EQ(c.items[0], bytesOf(expected));
     }
+    EXPECT_EQ(history.undoLabel(), "");
+    EXPECT_EQ(history.redoLabel(), std::string(254, 'a'));
     ASSERT_TRUE(history.redo(c));
     EXPECT_EQ(c.items[0], bytesOf("position 22"));
 }
@@ -244,74 +203,42 @@ TEST(EditHistory, KnowsWhetherTheStateIsTheSavedOne)
     Collection c;
     c.items = {bytesOf("a")};
     EditHistory history;
-    EXPECT_FALSE(history.isModified());
-    replaceItem(history, c, "b");
-    EXPECT_TRUE(history.isModified());
-    history.markSaved();
-    replaceItem(history, c, "c");
-    history.undo(c);
-    EXPECT_FALSE(history.isModified());
-    history.undo(c);
-    EXPECT_TRUE(history.isModified());
-    replaceItem(history, c, "d");  // the saved state can no longer be reached
-    EXPECT_FALSE(history.canRedo());
-    EXPECT_TRUE(history.isModified());
-    history.undo(c);
-    EXPECT_TRUE(history.isModified());
-    history.clear();
-    EXPECT_TRUE(history.isModified());
-    history.markSaved();
-    history.clear();
-    EXPECT_FALSE(history.isModified());
-}
-
-TEST(EditHistory, AnEditThatChangesNothingIsNoStepAndKeepsWhatCanBeRedone)
-{
-    Collection c;
-    c.items = {bytesOf("a")};
-    EditHistory history;
-    replaceItem(history, c, "b");
-    history.undo(c);
-    history.begin("Move area", c.selection());
-    history.replace(0, 1, c.items[0], c.items[0]);
-    EXPECT_EQ(history.commit(c.selection()), editUnchanged);
-    EXPECT_TRUE(history.canRedo());
-    EXPECT_EQ(history.redoLabel(), "Move area");
-    EXPECT_EQ(history.undoLabel(), "");
-}
-
-TEST(EditHistory, LabelsAreCutBetweenCharacters)
-{
-    EditHistory history;
-    history.begin(std::string(254, 'a') + "\u00e9", {});
-    history.insert(0, 0, bytesOf("a"));
-    history.commit({});
-    EXPECT_EQ(history.undoLabel(), std::string(254, 'a'));
+    // edit, edit without a change, save, undo, redo, clear, and whether the state is modified then;
+    // the third edit cuts off the saved state, the one without a change leaves what can be redone
+    for (const std::string step :
+         {"s0", "e1", "s0", "e1", "u0", "n0", "r1", "u0", "u1", "e1", "u1", "c1", "s0", "c0"}) {
+        const char what = step[0];
+        if (what == 'e' || what == 'n')
+            replaceItem(history, c, what == 'n' ? "b0" : "b" + std::to_string(history.steps()));
+        else if (what == 'u' || what == 'r')
+            EXPECT_TRUE(what == 'u' ? history.undo(c) : history.redo(c));
+        else
+            what == 's' ? history.markSaved() : history.clear();
+        EXPECT_EQ(history.isModified(), step[1] == '1') << step;
+    }
 }
 
 TEST(EditHistory, GivesUpTheOldestStepsAndTellsOnce)
 {
     Collection c;
-    c.items = {Bytes(100, 'a')};
+    c.items = {Bytes(56 + 4 + 64, 'a')};  // a shape of four points
     EditHistory history;
-    history.setByteLimit(5000);
+    history.setByteLimit(10000);
     int told = 0;
     for (int i = 0; i < 500; ++i) {
+        const Bytes before = c.items[0];
+        std::fill(c.items[0].begin() + 60, c.items[0].end(), static_cast<std::uint8_t>(i));
         history.begin("Move area", c.selection());
-        Bytes next(100, static_cast<std::uint8_t>(i));
-        history.replace(0, 1, c.items[0], next);
-        c.items[0] = next;
-        const EditRecorded recorded = history.commit(c.selection());
-        ASSERT_TRUE(recorded);
-        told += recorded == editGaveUpOld;
-        ASSERT_LE(history.bytesUsed(), 5000u);
+        history.replace(0, 1, before, c.items[0]);
+        told += history.commit(c.selection()) == editGaveUpOld;
+        ASSERT_LE(history.bytesUsed(), 10000u);
     }
     EXPECT_EQ(told, 1);
     const std::size_t left = history.steps();
-    EXPECT_GT(left, 10u);
+    EXPECT_GT(left, 30u);  // what is equal is kept once
     while (history.undo(c)) {
     }
-    EXPECT_EQ(c.items[0], Bytes(100, static_cast<std::uint8_t>(499 - left)));
+    EXPECT_EQ(c.items[0].back(), static_cast<std::uint8_t>(499 - left));
     EXPECT_TRUE(history.isModified());  // the state that was saved is out of reach
 }
 
@@ -326,26 +253,6 @@ TEST(EditHistory, AnEditBeyondAllMemoryEmptiesTheHistory)
     EXPECT_EQ(history.commit(c.selection()), editLost);
     EXPECT_FALSE(history.canUndo());
     EXPECT_TRUE(history.isModified());
-    replaceItem(history, c, "d");
-    EXPECT_TRUE(history.canUndo());
-}
-
-TEST(EditHistory, AStepOfAFourPointShapeTakesLessThanAKilobyte)
-{
-    EditHistory history;
-    std::mt19937 random(3);
-    Bytes record(56 + 4 + 64, 1);
-    for (int i = 0; i < 1000; ++i) {
-        Bytes moved = record;
-        for (std::size_t b = 60; b < moved.size(); ++b)
-            moved[b] = static_cast<std::uint8_t>(random());
-        history.begin("Move area", {});
-        history.replace(i, 3, record, moved);
-        history.commit({});
-        record = moved;
-    }
-    EXPECT_EQ(history.steps(), 1000u);
-    EXPECT_LT(history.bytesUsed() / 1000, 350u);
 }
 
 }  // namespace

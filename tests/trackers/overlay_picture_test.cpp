@@ -69,7 +69,7 @@ TEST(OverlayPicture, ShowsEverySetCellWherePixelsHoldMany)
 TEST(OverlayPicture, PartsOfThePictureFitTogetherAndChangeWhereItSays)
 {
     std::mt19937 random(4);
-    const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto below = [&](unsigned n) { return static_cast<int>(random() % n); };
     for (int round = 0; round < 60; ++round) {
         ABitMatrix mask(50, 150);
         for (int i = 0; i < 40; ++i)
