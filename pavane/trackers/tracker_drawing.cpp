@@ -2,6 +2,7 @@
 
 #include "pavane/trackers/rect_handles.h"
 #include "platform/CDC.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <vector>
@@ -36,11 +37,41 @@ void stroke(CDC& dc, CPen& pen, const std::vector<CPoint>& line)
     dc.Polyline(line.data(), static_cast<int>(line.size()));
 }
 
-void strokeTwice(CDC& dc, const std::vector<CPoint>& line, bool active)
+/// Outlines up to this size are too small for dashes.
+constexpr int smallExtent = 20;
+
+bool isSmall(const std::vector<CPoint>& line)
 {
-    CPen under(PS_SOLID, active ? activeWidth : 1, dark);
-    CPen over(active ? PS_SOLID : PS_DOT, 1, light);
+    CPoint least = line[0];
+    CPoint most = line[0];
+    for (const CPoint& p : line) {
+        least = {std::min(least.x, p.x), std::min(least.y, p.y)};
+        most = {std::max(most.x, p.x), std::max(most.y, p.y)};
+    }
+    const CSize extent = extentOf({least.x, least.y, most.x, most.y});
+    return std::max(extent.cx, extent.cy) <= smallExtent;
+}
+
+void strokeActive(CDC& dc, const std::vector<CPoint>& line)
+{
+    CPen under(PS_SOLID, activeWidth, dark);
+    CPen over(PS_SOLID, 1, light);
     stroke(dc, under, line);
+    stroke(dc, over, line);
+}
+
+void strokeInactive(CDC& dc, std::vector<CPoint>& line)
+{
+    const bool small = isSmall(line);
+    CPen under(PS_SOLID, 1, dark);
+    CPen over(small ? PS_SOLID : PS_DOT, 1, light);
+    stroke(dc, under, line);
+    if (small) {
+        for (CPoint& p : line)  // beside each other
+            p = {saturatedSum(p.x, 1), saturatedSum(p.y, 1)};
+        stroke(dc, over, line);
+        return;
+    }
     const int mode = dc.SetBkMode(TRANSPARENT);
     stroke(dc, over, line);
     dc.SetBkMode(mode);
@@ -93,7 +124,10 @@ void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed, bool 
     std::vector<CPoint> line(points, points + n);
     if (closed)
         line.push_back(points[0]);
-    strokeTwice(dc, line, active);
+    if (active)
+        strokeActive(dc, line);
+    else
+        strokeInactive(dc, line);
 }
 
 void drawRectShape(CDC& dc, const CRect& rect, int handle, int size, bool active)

@@ -1,0 +1,201 @@
+#include "pavane/trackers/AAreaTracker.h"
+#include "pavane/trackers/AEllipseTracker.h"
+#include "pavane/trackers/ARectTracker.h"
+#include "pavane/trackers/ARPAreaTracker.h"
+#include "pavane/trackers/ARPEllipseTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
+#include "pavane/trackers/MemoryFile.h"
+#include "pavane/trackers/tracker_registry.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <limits>
+#include <memory>
+
+using namespace pavane;
+
+namespace
+{
+
+using Tracker = std::unique_ptr<ATracker>;
+
+/// Fails the operation number `failing`, counted from 0.
+class FailingFile : public MemoryFile
+{
+public:
+    FailingFile(std::string bytes, int failing) : MemoryFile(std::move(bytes)), left_(failing) {}
+    int read(void* to, std::int64_t n) override { return left_-- != 0 && MemoryFile::read(to, n); }
+    int write(const void* from, std::int64_t n) override
+    {
+        return left_-- != 0 && MemoryFile::write(from, n);
+    }
+    int reached() const { return left_ < 0; }
+
+private:
+    int left_;
+};
+
+std::string hex(const std::string& bytes)
+{
+    const char* const digits = "0123456789abcdef";
+    std::string text;
+    for (const char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        text += digits[byte >> 4];
+        text += digits[byte & 15];
+    }
+    return text;
+}
+
+/// A shape of every class, with a different number in every field.
+Tracker sample(const std::string& name)
+{
+    Tracker shape(CreateTracker(name));
+    if (auto* const r = dynamic_cast<ARectTracker*>(shape.get()))
+        r->SetRect({1, 2, 258, -1});
+    if (auto* const r = dynamic_cast<ARotateRectTracker*>(shape.get())) {
+        r->SetRect({1, 2, 258, 4});
+        r->SetAngle(-0.5);
+    }
+    if (auto* const a = dynamic_cast<AAreaTracker*>(shape.get())) {
+        a->points().Add({1, 2});
+        a->points().Add({-1, 256});
+    }
+    if (auto* const r = dynamic_cast<ARPRectTracker*>(shape.get()))
+        r->SetRect({1, 2, -0.5, 3});
+    if (auto* const r = dynamic_cast<ARPRotateRectTracker*>(shape.get())) {
+        r->SetRect({1, 2, -0.5, 3});
+        r->SetAngle(-0.5);
+    }
+    if (auto* const a = dynamic_cast<ARPAreaTracker*>(shape.get()))
+        for (const double x : {1.0, -0.5, 2.0})
+            a->points().Add({x, 3});
+    return shape;
+}
+
+const std::string head = "2d000000"
+                         "06000000"
+                         "00000000000000000000000000000000"
+                         "00000000000000000000000000000000"
+                         "00000000000000000000000000000000";
+const std::string one = "000000000000f03f", two = "0000000000000040", three = "0000000000000840",
+                  minusHalf = "000000000000e0bf";
+const std::string pixelBox = "01000000020000000201000004000000", eight = "0800000008000000",
+                  fifteen = "0f000000", box = one + two + minusHalf + three;
+
+const struct {
+    const char* name;
+    std::size_t bytes;
+    std::string tail;
+} records[] = {
+    {"ARectTracker", 84, "010000000200000002010000ffffffff0c0000000c00000000000000"},
+    {"ARotateRectTracker", 92, pixelBox + minusHalf + eight + fifteen},
+    {"AEllipseTracker", 92, pixelBox + minusHalf + eight + fifteen},
+    {"AAreaTracker", 76, "020000000100000002000000ffffffff00010000"},
+    {"ARPRectTracker", 100, box + "0c0000000c00000000000000"},
+    {"ARPRotateRectTracker", 112, box + minusHalf + eight + fifteen + "00000000"},
+    {"ARPEllipseTracker", 112, box + minusHalf + eight + fifteen + "00000000"},
+    {"ARPAreaTracker", 108, "03000000" + one + three + minusHalf + three + two + three},
+};
+
+}  // namespace
+
+TEST(TrackerRecord, HasTheseBytesForEveryClass)
+{
+    for (const auto& record : records) {
+        const Tracker shape = sample(record.name);
+        ASSERT_TRUE(shape) << record.name;
+        EXPECT_STREQ(shape->GetClassName(), record.name);
+        EXPECT_EQ(shape->State().size(), record.bytes) << record.name;
+        EXPECT_EQ(hex(shape->State()), head + record.tail) << record.name;
+        const Tracker copy(shape->Duplicate());
+        EXPECT_EQ(copy->State(), shape->State()) << record.name;
+        const Tracker loaded(CreateTracker(record.name));
+        EXPECT_TRUE(loaded->SetState(shape->State())) << record.name;
+        EXPECT_EQ(loaded->State(), shape->State()) << record.name;
+        // only a polygon may be open
+        EXPECT_EQ(shape->IsReady() != 0, !std::strstr(record.name, "Area")) << record.name;
+    }
+    EXPECT_EQ(CreateTracker("ATracker"), nullptr);
+}
+
+TEST(TrackerRecord, HoldsTheValidRectangleTwiceAndTakesTheSecond)
+{
+    std::string bytes = sample("ARectTracker")->State();
+    bytes[8] = 5;   // left of the first copy
+    bytes[24] = 7;  // of the second
+    bytes[40] = 9;  // of the clip rectangle
+    const Tracker shape(CreateTracker("ARectTracker"));
+    ASSERT_TRUE(shape->SetState(bytes));
+    EXPECT_EQ(shape->validRect().left, 7);
+    EXPECT_EQ(shape->clipRect().left, 9);
+}
+
+TEST(TrackerRecord, FailsWithAnyReadOrWriteAndAtAnyLength)
+{
+    for (const auto& record : records) {
+        const Tracker shape = sample(record.name);
+        const std::string bytes = shape->State();
+        for (std::size_t n = 0; n < bytes.size(); ++n) {
+            const Tracker loaded = sample(record.name);
+            loaded->SetStyle(1);
+            const std::string before = loaded->State();
+            EXPECT_FALSE(loaded->SetState(bytes.substr(0, n))) << record.name << n;
+            EXPECT_EQ(loaded->State(), before) << record.name << n;
+        }
+        for (int failing = 0;; ++failing) {
+            FailingFile out({}, failing);
+            FailingFile in(bytes, failing);
+            const int stored = shape->Store(out);
+            const int loaded = Tracker(CreateTracker(record.name))->Load(in);
+            EXPECT_EQ(stored, !out.reached()) << record.name << failing;
+            EXPECT_EQ(loaded, !in.reached()) << record.name << failing;
+            if (!out.reached() && !in.reached())
+                break;
+        }
+    }
+}
+
+TEST(TrackerRecord, IsRefusedWithNumbersThatNoTrackerHas)
+{
+    const double notANumber = std::numeric_limits<double>::quiet_NaN();
+    const double infinite = std::numeric_limits<double>::infinity();
+    const struct {
+        const char* name;
+        std::size_t at;
+        int number;
+    } ints[] = {{"ARectTracker", 4, 0},          {"ARectTracker", 4, -6},
+                {"AAreaTracker", 4, 2147483647}, {"ARectTracker", 72, -1},
+                {"ARectTracker", 76, 40000},     {"ARotateRectTracker", 80, -8},
+                {"AEllipseTracker", 88, -15},    {"AEllipseTracker", 88, 361},
+                {"AAreaTracker", 56, 3},         {"AAreaTracker", 56, 2147483647},
+                {"ARPRectTracker", 88, -1},      {"ARPEllipseTracker", 96, -1},
+                {"ARPEllipseTracker", 104, -1},  {"ARPAreaTracker", 56, 4}};
+    for (const auto& c : ints) {
+        std::string bytes = sample(c.name)->State();
+        bytes.replace(c.at, 4, reinterpret_cast<const char*>(&c.number), 4);
+        EXPECT_FALSE(Tracker(CreateTracker(c.name))->SetState(bytes)) << c.name << c.at;
+    }
+    const struct {
+        const char* name;
+        std::size_t at;
+    } doubles[] = {{"ARotateRectTracker", 72}, {"ARPRectTracker", 56},    {"ARPRectTracker", 80},
+                   {"ARPEllipseTracker", 64},  {"ARPEllipseTracker", 88}, {"ARPAreaTracker", 100}};
+    for (const auto& c : doubles)
+        for (const double number : {notANumber, infinite}) {
+            std::string bytes = sample(c.name)->State();
+            bytes.replace(c.at, 8, reinterpret_cast<const char*>(&number), 8);
+            EXPECT_FALSE(Tracker(CreateTracker(c.name))->SetState(bytes)) << c.name << c.at;
+        }
+}
+
+TEST(TrackerRegistry, TakesClassesOfAHost)
+{
+    const auto maker = [] { return static_cast<ATracker*>(new AAreaTracker()); };
+    EXPECT_FALSE(RegisterTrackerClass("", maker));
+    EXPECT_FALSE(RegisterTrackerClass("A234567890123456789012345678901X", maker));
+    EXPECT_FALSE(RegisterTrackerClass("HostTracker", nullptr));
+    EXPECT_TRUE(RegisterTrackerClass("HostTracker", maker));
+    EXPECT_TRUE(Tracker(CreateTracker("HostTracker")));
+}
