@@ -11,6 +11,7 @@
 #include <cmath>
 #include <QHelpEvent>
 #include <QImage>
+#include <QInputEvent>
 #include <QMoveEvent>
 #include <QPainter>
 #include <QPaintEvent>
@@ -57,7 +58,8 @@ void HostWidget::syncSize()
 bool HostWidget::event(QEvent* e)
 {
     WindowPeer* const peer = peerOf(hwnd_);
-    if (!peer)
+    // input for a disabled window is its parent's
+    if (!peer || (!isEnabled() && dynamic_cast<QInputEvent*>(e)))
         return QWidget::event(e);
     if (e->type() == paintRequest()) {
         runPaint(hwnd_);

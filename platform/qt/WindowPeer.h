@@ -96,7 +96,7 @@ LRESULT sendTo(HWND hwnd, unsigned message, WPARAM wParam, LPARAM lParam,
 /// WM_COMMAND from a control to its parent.
 void notifyParent(HWND control, unsigned code);
 /// Ends a drag: WM_CANCELMODE and WM_CAPTURECHANGED to the window that has the capture, and a
-/// waiting GetMessage returns WM_NULL. `unless` keeps it when that window has it.
+/// waiting GetMessage returns WM_NULL.
 void cancelCapture();
 /// Cancels when the capture is in this window or below it.
 void cancelCaptureWithin(HWND hwnd);

@@ -154,7 +154,8 @@ void deliverKey(HWND hwnd, QKeyEvent& event)
     const MSG m = inputMessage(*peer, nullptr, event);
     const bool isDown = event.type() == QEvent::KeyPress;
     const QString text = isDown ? event.text() : QString();
-    if (m.wParam != 0)
+    // a key that is held goes down again and again, and up once
+    if (m.wParam != 0 && (isDown || !event.isAutoRepeat()))
         sendTo(hwnd, m.message, m.wParam, m.lParam);
     for (const uint c : text.toUcs4())
         sendTo(hwnd, WM_CHAR, c, m.lParam);

@@ -28,8 +28,6 @@ QWindow* nativeOf(const CWnd& window)
 /// Shown, active, and settled.
 struct ActiveWindow : TestWindow {
     QWindow* native = nullptr;
-    std::vector<unsigned> keys;
-    unsigned dialogCode = 0;
     ActiveWindow() : TestWindow(nullptr, WS_VISIBLE, {50, 60, 350, 260})
     {
         settle();
@@ -214,14 +212,9 @@ TEST(RealInput, IsOfferedToTheTopLevelWindowFirst)
     EXPECT_GE(window.offered, 4);
 }
 
-TEST(RealInput, KnowsKeysByTheirPlaceAndDoubleClicksByTheClass)
+TEST(RealInput, NamesKeysAndTellsDoubleClicksFromTwo)
 {
-    WNDCLASSA plain;
-    plain.className = "plain";
-    AfxRegisterClass(plain);
     ActiveWindow window;
-    window.SetFocus();
-    std::vector<int> keys;
     struct Keys : TestWindow {
         using TestWindow::TestWindow;
         std::vector<unsigned> keys;
@@ -240,6 +233,88 @@ TEST(RealInput, KnowsKeysByTheirPlaceAndDoubleClicksByTheClass)
     EXPECT_EQ(child.count(WM_LBUTTONDOWN), 1);
     EXPECT_EQ(child.count(WM_LBUTTONDBLCLK), 1);
     EXPECT_EQ(child.count(WM_LBUTTONUP), 2);
+}
+
+TEST(RealInput, GoesToTheParentOfADisabledWindow)
+{
+    ActiveWindow window;
+    TestWindow child(&window, WS_VISIBLE | WS_DISABLED, {0, 0, 100, 100});
+    settle();
+    QTest::mouseClick(window.native, Qt::LeftButton, {}, QPoint(50, 40));
+    settle();
+    EXPECT_EQ(child.count(WM_LBUTTONDOWN), 0);
+    EXPECT_EQ(window.count(WM_LBUTTONDOWN), 1);
+    EXPECT_EQ(child.EnableWindow(1), 1);
+    EXPECT_EQ(child.count(WM_ENABLE), 1);
+}
+
+TEST(RealInput, MovesTheFocusByTabInADialogUnlessTheWindowWantsTheKey)
+{
+    struct Dialog : ActiveWindow {
+        int IsDialog() const override { return 1; }
+    } dialog;
+    struct Choosy : TestWindow {
+        using TestWindow::TestWindow;
+        unsigned code = 0;
+        unsigned OnGetDlgCode() override { return code; }
+    };
+    constexpr unsigned stop = WS_VISIBLE | WS_TABSTOP;
+    Choosy first(&dialog, stop, {0, 0, 50, 50});
+    Choosy unreachable(&dialog, WS_VISIBLE, {50, 0, 100, 50});
+    Choosy second(&dialog, stop, {100, 0, 150, 50});
+    first.SetFocus();
+    settle();
+    QTest::keyClick(dialog.native, Qt::Key_Tab);
+    EXPECT_EQ(CWnd::GetFocus(), &second);
+    QTest::keyClick(dialog.native, Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(CWnd::GetFocus(), &first);
+    EXPECT_EQ(first.count(WM_KEYDOWN), 0);
+    first.code = DLGC_WANTALLKEYS;
+    QTest::keyClick(dialog.native, Qt::Key_Tab);
+    QTest::keyClick(dialog.native, Qt::Key_Escape);
+    EXPECT_EQ(CWnd::GetFocus(), &first);
+    EXPECT_EQ(first.count(WM_KEYDOWN), 2);
+}
+
+TEST(RealInput, ChoosesTheCursorOfTheClass)
+{
+    WNDCLASSA crossed;
+    crossed.className = "crossed";
+    crossed.cursor = IDC_CROSS;
+    AfxRegisterClass(crossed);
+    WNDCLASSA found;
+    EXPECT_EQ(GetClassInfo("crossed", found) + GetClassInfo("unknown", found), 1);
+    ActiveWindow window;
+    CWnd child;
+    child.Create("crossed", "", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, &window, 0);
+    settle();
+    QTest::mouseMove(window.native, QPoint(100, 100));
+    settle();
+    EXPECT_EQ(GetCursor(), IDC_ARROW);
+    QTest::mouseMove(window.native, QPoint(20, 20));
+    settle();
+    EXPECT_EQ(GetCursor(), IDC_CROSS);
+    EXPECT_EQ(SetCursor(IDC_SIZEALL), IDC_CROSS);
+}
+
+TEST(Windows, LeaveNothingBehind)
+{
+    const auto cycle = [] {
+        ActiveWindow window;
+        TestWindow child(&window, WS_VISIBLE | WS_VSCROLL, {0, 0, 50, 50});
+        child.SetTimer(1, 1000);
+        settle();
+        window.SendMessage(WM_CLOSE);
+    };
+    const auto widgets = [] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return QApplication::allWidgets().size() + QGuiApplication::allWindows().size();
+    };
+    cycle();
+    const auto before = widgets();
+    for (int i = 0; i < 200; ++i)
+        cycle();
+    EXPECT_EQ(widgets(), before);
 }
 
 TEST(Focus, IsKnownBeforeTheWindowIsActive)
