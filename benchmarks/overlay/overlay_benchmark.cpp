@@ -221,34 +221,40 @@ void buildIndex(benchmark::State& state, int n)
         index.build(boxes.data(), n);
 }
 
+/// A thousand presses on areas all over the map.
+template <typename Hit>
+void hits(benchmark::State& state, int n, Hit&& hit)
+{
+    int i = 0;
+    for (auto _ : state)
+        for (int press = 0; press < 1000; ++press) {
+            i = (i + 7919) % n;
+            hit(i);
+        }
+}
+
 void hitIndex(benchmark::State& state, int n)
 {
     const auto boxes = boxesOf(n);
     BoxIndex index;
     index.build(boxes.data(), n);
-    int i = 0;
-    for (auto _ : state) {
-        i = (i + 7919) % n;
-        const ARect<double>& box = boxes[static_cast<std::size_t>(i)];
-        benchmark::DoNotOptimize(index.fromLast(box.left, box.top, [](int) { return 0; }));
-    }
+    hits(state, n, [&](int i) {
+        const ARect<double>& at = boxes[static_cast<std::size_t>(i)];
+        benchmark::DoNotOptimize(index.fromLast(at.left, at.top, [](int) { return 0; }));
+    });
 }
 
 void hitPlain(benchmark::State& state, int n)
 {
     const auto boxes = boxesOf(n);
-    int i = 0;
-    for (auto _ : state) {
-        i = (i + 7919) % n;
+    hits(state, n, [&](int i) {
         const ARect<double>& at = boxes[static_cast<std::size_t>(i)];
-        int hits = 0;
-        for (int k = n - 1; k >= 0; --k) {
-            const ARect<double>& b = boxes[static_cast<std::size_t>(k)];
-            hits +=
+        int found = 0;
+        for (const ARect<double>& b : boxes)
+            found +=
                 at.left >= b.left && at.left <= b.right && at.top >= b.top && at.top <= b.bottom;
-        }
-        benchmark::DoNotOptimize(hits);
-    }
+        benchmark::DoNotOptimize(found);
+    });
 }
 
 template <typename... Arguments>
@@ -271,12 +277,12 @@ int main(int argc, char** argv)
     add("overlay/mask-20000-areas-of-64/pavane", maskOfMany, 64, 60);
     add("overlay/picture-whole-map/pavane", blendPicture, mapSize / 1200.0);
     add("overlay/picture-zoomed/pavane", blendPicture, 0.1);
-    add("history/record-10000/pavane", steps, false);
-    add("history/record-undo-redo-10000/pavane", steps, true);
+    add("overlay/history-record-10000/pavane", steps, false);
+    add("overlay/history-record-undo-redo-10000/pavane", steps, true);
     for (const int n : {20000, 200000}) {
-        add("areas/index-" + std::to_string(n) + "/pavane", buildIndex, n);
-        add("areas/hit-" + std::to_string(n) + "/pavane", hitIndex, n);
-        add("areas/hit-" + std::to_string(n) + "/plain-search", hitPlain, n);
+        add("overlay/index-" + std::to_string(n) + "/pavane", buildIndex, n);
+        add("overlay/1000-hits-of-" + std::to_string(n) + "/pavane", hitIndex, n);
+        add("overlay/1000-hits-of-" + std::to_string(n) + "/plain-search", hitPlain, n);
     }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
