@@ -9,7 +9,7 @@ namespace pavane
 LOGFONT dialogFont()
 {
     LOGFONT font;
-    font.lfHeight = -11;
+    font.lfHeight = -12;
     font.lfFaceName = "Arial";
     return font;
 }

@@ -50,11 +50,7 @@ void BarButton::initStyleOption(QStyleOptionToolButton* option) const
 
 void BarButton::mousePressEvent(QMouseEvent* e)
 {
-    QStyleOptionToolButton option;
-    initStyleOption(&option);
-    const QRect arrow =
-        style()->subControlRect(QStyle::CC_ToolButton, &option, QStyle::SC_ToolButtonMenu, this);
-    if (hasArrow_ && e->button() == Qt::LeftButton && arrow.contains(e->pos()))
+    if (hasArrow_ && e->button() == Qt::LeftButton && e->pos().x() >= width() - arrowWidth)
         bar_->sendCommand(id_, TBN_DROPDOWN);
     else
         QToolButton::mousePressEvent(e);

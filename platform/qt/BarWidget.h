@@ -36,7 +36,7 @@ private:
 class BarWidget : public Control<QWidget>
 {
 public:
-    explicit BarWidget(QWidget* parent) : Control<QWidget>(parent) {}
+    explicit BarWidget(QWidget* parent) : Control<QWidget>(parent) { setAutoFillBackground(true); }
     void addButton(const ToolButton& button);
     void addSeparator();
     void addControl(HWND control, int width);

@@ -100,7 +100,8 @@ int CDialog::DoModal()
 {
     const auto outcome = std::make_shared<Outcome>();
     data_->modal = outcome;
-    const HWND parent = data_->parent;
+    const WindowPeer* const front = peerOf(frontWindow());
+    const HWND owner = data_->parent ? data_->parent : front ? front->hwnd : 0;
     cancelCapture();
     if (!data_->create(*this))
         return outcome->result;
@@ -116,8 +117,7 @@ int CDialog::DoModal()
         shown->exec();
     }
     destroyPeer(hwnd);
-    const WindowPeer* const owner = peerOf(parent);
-    reactivate(owner ? owner->hwnd : 0);
+    reactivate(owner);
     return outcome->result;
 }
 

@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <QCheckBox>
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPainter>
@@ -50,6 +49,43 @@ protected:
     QSize minimumSizeHint() const override { return {}; }
 };
 
+/// A frame with a title in its upper line, and nothing inside.
+class GroupFrame : public Control<QWidget>
+{
+public:
+    using Control<QWidget>::Control;
+    QString title;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        constexpr int inset = 6;
+        constexpr int gap = 3;
+        constexpr double round = 3;
+        QPainter painter(this);
+        const int height = fontMetrics().height();
+        const int wide = fontMetrics().horizontalAdvance(QString(title).remove(QLatin1Char('&')));
+        const QRect text(inset + gap, 0, std::min(wide, width() - 2 * (inset + gap)), height);
+        style()->drawItemText(&painter, text, Qt::AlignLeft | Qt::TextShowMnemonic, palette(),
+                              isEnabled(), title, QPalette::WindowText);
+        QRegion around = rect();
+        if (!title.isEmpty())
+            around -= text.adjusted(-gap, 0, gap, 0);
+        painter.setClipRegion(around);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(QColor(0xC4, 0xC9, 0xD0));
+        const double top = title.isEmpty() ? 0 : height / 2;
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, top + 0.5, -0.5, -0.5), round, round);
+    }
+};
+
+/// Controls with a background of their own would show the window's picture through it.
+void coverPicture(QWidget* control, const CWnd* parent)
+{
+    const WindowPeer* const peer = peerOf(parent);
+    control->setAutoFillBackground(peer && !peer->isNative());
+}
+
 QAbstractButton* newButton(CButton::Kind kind, QWidget* parent)
 {
     switch (kind) {
@@ -75,6 +111,7 @@ int CStatic::Create(const CString& text, unsigned style, const CRect& rect, CWnd
     auto* const label = new Label(client);
     label->setTextFormat(Qt::PlainText);  // names of files and sources are no markup
     label->setText(textOf(text));
+    coverPicture(label, parent);
     label->cutsShort = (style & SS_ENDELLIPSIS) != 0;
     const bool isHigh = rect.Height() >= 2 * label->fontMetrics().height();
     label->setWordWrap(isHigh && !label->cutsShort);
@@ -94,17 +131,24 @@ int CButton::Create(const CString& text, Kind kind, unsigned style, const CRect&
     if (!client || GetSafeHwnd())
         return 0;
     if (kind == Kind::group) {
-        auto* const box = new Control<QGroupBox>(textOf(text), client);
+        auto* const box = new GroupFrame(client);
+        box->title = textOf(text);
         box->lower();  // else it covers what stands in it
+        coverPicture(box, parent);
         if (!attachNative(*this, box, "Button", text, style, rect, parent, id))
             return 0;
         setTextAccess(
-            *this, [box](const CString& t) { box->setTitle(textOf(t)); },
-            [box] { return box->title().toStdString(); });
+            *this,
+            [box](const CString& t) {
+                box->title = textOf(t);
+                box->update();
+            },
+            [box] { return box->title.toStdString(); });
         return 1;
     }
     QAbstractButton* const button = newButton(kind, client);
     button->setText(textOf(text));
+    coverPicture(button, parent);
     QObject::connect(button, &QAbstractButton::clicked,
                      [button] { notifyFrom(button, BN_CLICKED); });
     if (!attachNative(*this, button, "Button", text, style, rect, parent, id))

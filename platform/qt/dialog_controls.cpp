@@ -4,6 +4,7 @@
 #include "platform/core/dialog_units.h"
 #include "platform/qt/Control.h"
 
+#include <algorithm>
 #include <QButtonGroup>
 #include <QFrame>
 #include <QLabel>
@@ -83,6 +84,16 @@ void setBuddies(const DlgTemplate& dialogTemplate, const DialogControls& control
     }
 }
 
+/// The Tab key enters a choice at the button that is on, when it enters it at all.
+void moveTabStop(const QList<QAbstractButton*>& choice, const QAbstractButton* on)
+{
+    const auto stops = [](const QAbstractButton* b) { return b->focusPolicy() & Qt::TabFocus; };
+    if (std::none_of(choice.begin(), choice.end(), stops))
+        return;
+    for (QAbstractButton* const button : choice)
+        button->setFocusPolicy(button == on ? Qt::StrongFocus : Qt::ClickFocus);
+}
+
 void groupRadioButtons(QWidget* dialog, const DlgTemplate& dialogTemplate,
                        const DialogControls& controls)
 {
@@ -92,8 +103,13 @@ void groupRadioButtons(QWidget* dialog, const DlgTemplate& dialogTemplate,
         if (item.style & WS_GROUP || !group)
             group = new QButtonGroup(dialog);
         auto* const button = qobject_cast<QAbstractButton*>(widgetOfHandle(controls.order[i]));
-        if (item.kind == ControlKind::radioButton && button)
-            group->addButton(button);
+        if (item.kind != ControlKind::radioButton || !button)
+            continue;
+        group->addButton(button);
+        QObject::connect(button, &QAbstractButton::toggled, [group, button](bool on) {
+            if (on)
+                moveTabStop(group->buttons(), button);
+        });
     }
 }
 
@@ -108,6 +124,7 @@ int makeControls(CWnd& dialog, const DlgTemplate& dialogTemplate, DialogControls
         auto control = makeControl(dialog, item, units.pixels(item.x, item.y, item.cx, item.cy));
         if (!control || !peerOf(hwnd))
             return 0;
+        peerOf(control.get())->exStyle = item.exStyle;
         controls.order.push_back(control->GetSafeHwnd());
         controls.objects.push_back(std::move(control));
         auto* const button = qobject_cast<QPushButton*>(widgetOfHandle(controls.order.back()));

@@ -15,6 +15,7 @@ namespace
 
 constexpr int smallSize = 16;
 constexpr int largeSize = 20;
+constexpr int finestRatio = 4;  ///< pixels a dot
 
 /// A square of dots, row by row; a blank is nothing.
 struct Dots {
@@ -75,15 +76,14 @@ QRgb colorOf(char dot, bool enabled)
     }
 }
 
-/// `block` pixels a dot; `ratio` pixels a unit.
-QPixmap painted(const Dots& dots, int block, int ratio, bool enabled)
+/// One pixel a dot.
+QImage painted(const Dots& dots, bool enabled)
 {
-    QImage image(dots.size * block, dots.size * block, QImage::Format_ARGB32_Premultiplied);
+    QImage image(dots.size, dots.size, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            image.setPixel(x, y, colorOf(dots.at(x / block, y / block), enabled));
-    image.setDevicePixelRatio(ratio);
-    return QPixmap::fromImage(image);
+            image.setPixel(x, y, colorOf(dots.at(x, y), enabled));
+    return image;
 }
 
 }  // namespace
@@ -96,13 +96,18 @@ QIcon iconOf(const char* const* rows, int rowCount)
     if (!rows || rowCount <= 0)
         return icon;
     const Dots dots = dotsOf(rows, rowCount);
-    const Dots twice = doubled(dots);
+    // fine screens get slanted lines without steps
+    const Dots finest = doubled(doubled(dots));
     for (const bool enabled : {true, false}) {
         const QIcon::Mode mode = enabled ? QIcon::Normal : QIcon::Disabled;
-        icon.addPixmap(painted(dots, 1, 1, enabled), mode);
-        icon.addPixmap(painted(twice, 1, 2, enabled), mode);
-        icon.addPixmap(painted(dots, 3, 3, enabled), mode);
-        icon.addPixmap(painted(doubled(twice), 1, 4, enabled), mode);
+        icon.addPixmap(QPixmap::fromImage(painted(dots, enabled)), mode);
+        const QImage fine = painted(finest, enabled);
+        for (int ratio = 2; ratio <= finestRatio; ++ratio) {
+            const int size = dots.size * ratio;
+            QImage image = fine.scaled(size, size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+            image.setDevicePixelRatio(ratio);
+            icon.addPixmap(QPixmap::fromImage(image), mode);
+        }
     }
     return icon;
 }

@@ -38,10 +38,11 @@ public:
     }
 };
 
-/// Fixed for its kind of control, so that lists of names do not change the layout.
+/// As high as an edit beside it would be.
 int lineHeight(const QComboBox& box, const CRect& rect)
 {
-    const int own = box.sizeHint().height();
+    constexpr int aroundText = 8;
+    const int own = box.fontMetrics().height() + aroundText;
     return rect.Height() > 0 ? std::min(own, rect.Height()) : own;
 }
 

@@ -8,6 +8,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 
 namespace pavane
@@ -51,20 +52,40 @@ AnswerSet answersOf(unsigned type)
     }
 }
 
-QMessageBox::Icon iconOf(unsigned type)
+/// A disc with a sign, as fine as the screen of `window`; nothing for a message without icon.
+QPixmap iconOf(unsigned type, const QWidget& window)
 {
-    switch (type & iconBits) {
-    case MB_ICONERROR:
-        return QMessageBox::Critical;
-    case MB_ICONQUESTION:
-        return QMessageBox::Question;
-    case MB_ICONWARNING:
-        return QMessageBox::Warning;
-    case MB_ICONINFORMATION:
-        return QMessageBox::Information;
-    default:
-        return QMessageBox::NoIcon;
-    }
+    struct Sign {
+        unsigned icon;
+        const char* text;
+        QRgb color;
+    };
+    constexpr Sign signs[] = {{MB_ICONERROR, "\xC3\x97", 0xFFC0392Bu},
+                              {MB_ICONQUESTION, "?", 0xFF2B6CB0u},
+                              {MB_ICONWARNING, "!", 0xFFC77A0Au},
+                              {MB_ICONINFORMATION, "i", 0xFF2B6CB0u}};
+    constexpr int size = 32;
+    const auto* const sign = std::find_if(std::begin(signs), std::end(signs), [&](const Sign& s) {
+        return s.icon == (type & iconBits);
+    });
+    if (sign == std::end(signs))
+        return {};
+    const double ratio = window.devicePixelRatioF();
+    QPixmap icon(QSize(size, size) * ratio);
+    icon.setDevicePixelRatio(ratio);
+    icon.fill(Qt::transparent);
+    QPainter painter(&icon);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(sign->color));
+    painter.drawEllipse(1, 1, size - 2, size - 2);
+    QFont font = window.font();
+    font.setBold(true);
+    font.setPixelSize(size * 5 / 8);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(QRect(0, 0, size, size), Qt::AlignCenter, QString::fromUtf8(sign->text));
+    return icon;
 }
 
 /// A box that a slip cannot answer: without an answer for Escape it stays.
@@ -106,7 +127,8 @@ int showMessageBox(const CString& text, unsigned type)
     const QPointer<MessageBox> box = new MessageBox(front);
     box->setTextFormat(Qt::PlainText);  // file names and numbers are no markup
     box->setText(shownText(text));
-    box->setIcon(iconOf(type));
+    if (const QPixmap icon = iconOf(type, *box); !icon.isNull())
+        box->setIconPixmap(icon);
     box->setWindowTitle(front ? front->windowTitle() : QGuiApplication::applicationDisplayName());
     box->mustChoose = set.escape == QMessageBox::NoButton;
     const std::size_t first = type & MB_DEFBUTTON2 && set.answers.size() > 1 ? 1 : 0;

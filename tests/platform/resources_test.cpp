@@ -1,5 +1,6 @@
 #include "platform/CMenu.h"
 #include "platform/core/dialog_units.h"
+#include "platform/core/file_filter.h"
 #include "platform/resources.h"
 
 #include <gtest/gtest.h>
@@ -85,6 +86,46 @@ TEST(DialogUnits, RoundPlacesAndSizesByThemselves)
     EXPECT_EQ(units.pixels(4, 8, 4, 8), CRect(6, 13, 12, 26));
     EXPECT_EQ(units.pixels(7, 7, 50, 14), CRect(11, 11, 86, 34));  // 10.5, 11.375, 75, 22.75
     EXPECT_EQ(units.pixels(8, 7, 50, 14).Width(), 75);
+}
+
+TEST(FileFilter, ReadsPairsOfTextAndPatterns)
+{
+    const struct {
+        const char* list;
+        const char* read;
+    } cases[] = {
+        {"PNG files (*.PNG)|*.png", "PNG files (*.PNG): *.png\n"},
+        {"Maps|*.fits; *.fit|All|*.*|", "Maps: *.fits *.fit\nAll: *\n"},
+        {"Maps|*.fits||", "Maps: *.fits\n"},
+        {"Nothing|;|Half", ""},
+        {"", ""},
+    };
+    for (const auto& c : cases) {
+        CString text;
+        for (const FileFilter& filter : fileFilters(c.list)) {
+            text += filter.text + ":";
+            for (const CString& pattern : filter.patterns)
+                text += " " + pattern;
+            text += "\n";
+        }
+        EXPECT_EQ(text, c.read) << c.list;
+    }
+}
+
+TEST(FileFilter, AddsAnExtensionWhereThereIsNone)
+{
+    const char* const cases[][3] = {{"map", "png", "map.png"},
+                                    {"map.jpg", "png", "map.jpg"},
+                                    {"map", ".png", "map.png"},
+                                    {"map.", "png", "map.png"},
+                                    {"3C84_15.4GHz", "fits", "3C84_15.4GHz.fits"},
+                                    {"/a.b/map", "png", "/a.b/map.png"},
+                                    {"/a/.png", "png", "/a/.png.png"},
+                                    {"/a/", "png", "/a/"},
+                                    {"", "png", ""},
+                                    {"map", "", "map"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(withExtension(c[0], c[1]), c[2]) << c[0];
 }
 
 }  // namespace pavane

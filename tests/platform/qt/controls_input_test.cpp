@@ -1,0 +1,236 @@
+#include "platform/qt/command_frame.h"
+
+#include <QAbstractButton>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// An edit that keeps keys from its native side.
+struct PickyEdit : CEdit {
+    void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override
+    {
+        keys.push_back(key);
+        if (key != 'A')
+            CEdit::OnKeyDown(key, repeat, flags);
+    }
+    std::vector<unsigned> keys;
+};
+
+}  // namespace
+
+TEST(Controls, TellOfTheUsersChangesOnly)
+{
+    CommandFrame frame;
+    CComboBox combo;
+    CListBox list;
+    CSpinButtonCtrl spin;
+    CButton check;
+    ASSERT_TRUE(combo.Create(shown | CBS_DROPDOWNLIST, {10, 10, 110, 210}, &frame, 1));
+    ASSERT_TRUE(list.Create(shown, {10, 50, 110, 150}, &frame, 2));
+    ASSERT_TRUE(spin.Create(shown, {120, 10, 180, 32}, &frame, 3));
+    ASSERT_TRUE(check.Create("&On", CButton::Kind::check, shown, {120, 50, 180, 70}, &frame, 4));
+    for (const char* text : {"Area 1", "Area 2", "Area 3"}) {
+        combo.AddString(text);
+        list.AddString(text);
+    }
+    spin.SetRange(0, 5);
+    EXPECT_EQ(combo.GetCurSel(), -1);
+    combo.SetCurSel(1);
+    list.SetCurSel(1);
+    spin.SetPos(9);
+    check.SetCheck(1);
+    EXPECT_EQ(frame.taken(), Commands());
+    EXPECT_EQ(spin.GetPos(), 5);
+    EXPECT_EQ(combo.GetWindowText(), "Area 2");
+
+    QTest::keyClick(widgetOfWindow(combo), Qt::Key_Down);
+    EXPECT_EQ(frame.taken(), (Commands{{1, CBN_SELCHANGE}}));
+    EXPECT_EQ(combo.GetCurSel(), 2);
+    QTest::keyClick(widgetOfWindow(list), Qt::Key_Up);
+    EXPECT_EQ(frame.taken(), (Commands{{2, LBN_SELCHANGE}}));
+    QTest::keyClick(widgetOfWindow(spin), Qt::Key_Down);
+    EXPECT_EQ(frame.taken(), (Commands{{3, ID_SPIN_CHANGED}}));
+    QTest::mouseClick(widgetOfWindow(check), Qt::LeftButton, Qt::NoModifier, QPoint(8, 10));
+    EXPECT_EQ(frame.taken(), (Commands{{4, BN_CLICKED}}));
+    EXPECT_FALSE(check.GetCheck());
+}
+
+TEST(Controls, KeepNoChoiceThatWasDeleted)
+{
+    CommandFrame frame;
+    CComboBox combo;
+    CListBox list;
+    ASSERT_TRUE(combo.Create(shown | CBS_DROPDOWNLIST, {10, 10, 110, 210}, &frame, 1));
+    ASSERT_TRUE(list.Create(shown, {10, 50, 110, 150}, &frame, 2));
+    EXPECT_EQ(combo.DeleteString(0), -1);
+    for (const char* text : {"a", "b", "c"}) {
+        combo.AddString(text);
+        list.AddString(text);
+    }
+    combo.SetCurSel(1);
+    list.SetCurSel(1);
+    EXPECT_EQ(combo.DeleteString(1), 2);
+    EXPECT_EQ(list.DeleteString(1), 2);
+    EXPECT_EQ(combo.GetCurSel(), -1);
+    EXPECT_EQ(list.GetCurSel(), -1);
+    EXPECT_EQ(combo.SetCurSel(2), -1);
+    EXPECT_EQ(combo.GetLBText(1) + list.GetText(1) + combo.GetLBText(2), "cc");
+    combo.ResetContent();
+    EXPECT_EQ(combo.GetCount(), 0);
+    EXPECT_EQ(frame.taken(), Commands());
+    CRect rect;
+    combo.GetWindowRect(rect);
+    EXPECT_LE(rect.Height(), 24);  // the list below is not part of it
+}
+
+TEST(Controls, EditOffersKeysToItsObjectFirst)
+{
+    CommandFrame frame;
+    PickyEdit edit;
+    ASSERT_TRUE(edit.Create(shown, {10, 10, 110, 30}, &frame, 1));
+    edit.SetFocus();
+    QTest::keyClicks(widgetOfWindow(edit), "bad");
+    QTest::keyClick(widgetOfWindow(edit), Qt::Key_Tab);
+    EXPECT_EQ(edit.GetWindowText(), "bd");
+    EXPECT_EQ(edit.keys, (std::vector<unsigned>{'B', 'A', 'D', unsigned{VK_TAB}}));
+    EXPECT_EQ(frame.commands.back(), (CommandFrame::Command{1, EN_CHANGE}));
+    edit.SetWindowText(CString(200, 'x'));
+    EXPECT_EQ(edit.GetWindowText().size(), 128u);
+    edit.SetSel(2, -1);
+    QTest::keyClick(widgetOfWindow(edit), Qt::Key_Delete);
+    EXPECT_EQ(edit.GetWindowText(), "xx");
+    edit.SetReadOnly(1);
+    QTest::keyClicks(widgetOfWindow(edit), "b");
+    EXPECT_EQ(edit.GetWindowText(), "xx");
+}
+
+TEST(Controls, EditMayRefuseToLoseTheFocus)
+{
+    CommandFrame frame;
+    CEdit first;
+    CEdit second;
+    ASSERT_TRUE(first.Create(shown, {10, 10, 110, 30}, &frame, 1));
+    ASSERT_TRUE(second.Create(shown, {10, 40, 110, 60}, &frame, 2));
+    first.SetFocus();
+    int refused = 0;
+    frame.on = [&](unsigned id, unsigned code) {
+        if (id == 1 && code == EN_KILLFOCUS && refused++ == 0)
+            first.SetFocus();
+    };
+    QTest::mouseClick(widgetOfWindow(second), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    EXPECT_EQ(CWnd::GetFocus(), &first);
+    EXPECT_EQ(refused, 1);
+    QTest::mouseClick(widgetOfWindow(second), Qt::LeftButton, Qt::NoModifier, QPoint(5, 5));
+    EXPECT_EQ(CWnd::GetFocus(), &second);
+    EXPECT_EQ(refused, 2);
+}
+
+TEST(Controls, MayEndInTheirOwnNotice)
+{
+    CommandFrame frame;
+    auto edit = std::make_unique<CEdit>();
+    auto button = std::make_unique<CButton>();
+    ASSERT_TRUE(edit->Create(shown, {10, 10, 110, 30}, &frame, 1));
+    ASSERT_TRUE(button->Create("x", CButton::Kind::push, shown, {10, 40, 60, 60}, &frame, 2));
+    frame.on = [&](unsigned id, unsigned code) {
+        if (id == 1 && code == EN_KILLFOCUS)
+            edit.reset();
+        if (id == 2 && code == BN_CLICKED)
+            button.reset();
+    };
+    edit->SetFocus();
+    frame.SetFocus();
+    EXPECT_EQ(edit, nullptr);
+    QTest::mouseClick(widgetOfWindow(*button), Qt::LeftButton);
+    EXPECT_EQ(button, nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST(Controls, WheelLeavesAListWithoutTheFocusAlone)
+{
+    CommandFrame frame;
+    CComboBox combo;
+    ASSERT_TRUE(combo.Create(shown | CBS_DROPDOWNLIST, {10, 10, 110, 210}, &frame, 1));
+    combo.AddString("a");
+    combo.AddString("b");
+    combo.SetCurSel(0);
+    const auto turn = [&] {
+        const QPointF place(20, 10);
+        QWidget* const widget = widgetOfWindow(combo);
+        QWheelEvent wheel(place, widget->mapToGlobal(place), QPoint(), QPoint(0, -120),
+                          Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(widget, &wheel);
+        return combo.GetCurSel();
+    };
+    frame.SetFocus();
+    EXPECT_EQ(turn(), 0);
+    combo.SetFocus();
+    EXPECT_EQ(turn(), 1);
+}
+
+TEST(CToolBar, SendsCommandsAndKeepsOneOfAGroup)
+{
+    CommandFrame frame;
+    CommandFrame owner;
+    CToolBar bar;
+    ASSERT_TRUE(bar.Create(shown, {0, 0, 300, 30}, &frame, 50));
+    const char* const rows[] = {"####", "#++#", "####"};
+    for (unsigned id : {101u, 102u, 0u, 103u})
+        bar.AddButton({id, "tip", rows, 3, 0, id == 101 || id == 102 ? 1 : 0, id == 103});
+    CComboBox combo;
+    ASSERT_TRUE(combo.Create(shown | CBS_DROPDOWNLIST, {0, 0, 80, 200}, &bar, 104));
+    ASSERT_TRUE(bar.AddControl(&combo, 80));
+    combo.AddString("a");
+    const auto click = [&](unsigned id, int fromRight) {
+        const CRect r = bar.GetButtonRect(id);
+        QWidget* const widget = widgetOfWindow(bar)->childAt(r.left + 2, r.top + 2);
+        QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier,
+                          QPoint(fromRight ? widget->width() - fromRight : 6, 10));
+    };
+    EXPECT_EQ(bar.SendMessage(TB_CHECKBUTTON, 101, 1), 1);
+    click(102, 0);
+    EXPECT_EQ(frame.taken(), (Commands{{102, 0}}));
+    EXPECT_FALSE(bar.IsButtonChecked(101));
+    EXPECT_TRUE(bar.IsButtonChecked(102));
+    bar.CheckButton(102, 0);  // none of a group, too
+    EXPECT_FALSE(bar.IsButtonChecked(102));
+    EXPECT_EQ(bar.SendMessage(TB_ENABLEBUTTON, 102, 0), 1);
+    EXPECT_EQ(bar.SendMessage(TB_ENABLEBUTTON, 999, 0), 0);
+    click(102, 0);
+    EXPECT_EQ(frame.taken(), Commands());
+    bar.SetOwner(&owner);
+    click(103, 4);
+    click(103, 0);
+    QTest::keyClick(widgetOfWindow(combo), Qt::Key_Down);
+    EXPECT_EQ(owner.taken(), (Commands{{103, TBN_DROPDOWN}, {103, 0}, {104, CBN_SELCHANGE}}));
+    EXPECT_TRUE(bar.GetButtonRect(999).IsRectEmpty());
+    EXPECT_EQ(bar.GetBarHeight(300) * 2 - 2, bar.GetBarHeight(120));  // a second row
+}
+
+TEST(CToolBar, IsOneStopOfTheTabKey)
+{
+    CommandFrame frame;
+    CToolBar bar;
+    ASSERT_TRUE(bar.Create(shown, {0, 0, 300, 30}, &frame, 50));
+    for (unsigned id : {101u, 102u, 103u})
+        bar.AddButton({id, "tip", nullptr, 0, 0, 0, 0});
+    bar.EnableButton(101, 0);
+    bar.SetFocus();
+    const auto press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    EXPECT_EQ(CWnd::GetFocus(), &bar);
+    press(Qt::Key_Right);
+    press(Qt::Key_Right);
+    press(Qt::Key_Return);
+    press(Qt::Key_Home);
+    press(Qt::Key_Space);
+    EXPECT_EQ(frame.taken(), (Commands{{103, 0}, {102, 0}}));
+    int stops = 0;
+    for (const QWidget* button : widgetOfWindow(bar)->findChildren<QAbstractButton*>())
+        stops += button->focusPolicy() == Qt::TabFocus ? 1 : 0;
+    EXPECT_EQ(stops, 1);
+}
+
+}  // namespace pavane
