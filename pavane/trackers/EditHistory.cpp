@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace pavane
 {
@@ -104,7 +105,7 @@ EditRecorded EditHistory::commit(const EditSelection& after, std::uint64_t merge
     if (!gaveUp_ || toldOfLoss_)
         return editRecorded;
     toldOfLoss_ = true;
-    return editGaveUpOld;
+    return loss_ = editGaveUpOld;
 }
 
 void EditHistory::abandon()
@@ -152,8 +153,10 @@ EditRecorded EditHistory::lose()
 {
     clear();
     markUnsaved();
-    return editLost;
+    return loss_ = editLost;
 }
+
+EditRecorded EditHistory::takeLoss() { return std::exchange(loss_, editRecorded); }
 
 int EditHistory::roomForStep()
 {

@@ -93,6 +93,9 @@ public:
     EditRecorded commit(const EditSelection& after, std::uint64_t mergeKey = 0);
     /// Drops the step that was begun.
     void abandon();
+    /// What the user has to be told, once: editGaveUpOld or editLost after a `commit` that said so,
+    /// else editRecorded.
+    EditRecorded takeLoss();
     /// The next step is not joined to the last.
     void endSeries() { seriesKey_ = 0; }
 
@@ -158,6 +161,7 @@ private:
     std::size_t limit_ = 0;
     std::uint64_t seriesKey_ = 0;
     bool toldOfLoss_ = false;
+    EditRecorded loss_ = editRecorded;
 
     // The step that is being recorded.
     Pile<std::uint8_t> open_;

@@ -234,6 +234,8 @@ TEST(EditHistory, GivesUpTheOldestStepsAndTellsOnce)
         ASSERT_LE(history.bytesUsed(), 10000u);
     }
     EXPECT_EQ(told, 1);
+    EXPECT_EQ(history.takeLoss(), editGaveUpOld);
+    EXPECT_EQ(history.takeLoss(), editRecorded);
     const std::size_t left = history.steps();
     EXPECT_GT(left, 30u);  // what is equal is kept once
     while (history.undo(c)) {
