@@ -12,7 +12,7 @@ class TestWindow : public pavane::CWnd
 {
 public:
     std::vector<unsigned> seen;
-    std::map<unsigned, std::function<void()>> on;  ///< after the base class; may delete the window
+    std::map<unsigned, std::function<void()>> on;  ///< after the base class; may delete it
     std::function<void(pavane::CPaintDC&)> draw;
     pavane::LPARAM last = 0;  ///< second parameter of the last message
 
@@ -27,7 +27,10 @@ public:
     {
         seen.push_back(message);
         last = l;
+        const pavane::HWND self = GetSafeHwnd();
         const pavane::LRESULT result = CWnd::WindowProc(message, w, l);
+        if (FromHandle(self) != this)
+            return result;
         const auto action = on.find(message);
         if (action != on.end()) {
             const auto run = action->second;  // the window may go meanwhile
@@ -47,8 +50,8 @@ protected:
     void OnPaint() override
     {
         pavane::CPaintDC dc(this);
-        if (draw)
-            draw(dc);
+        if (const auto run = draw)
+            run(dc);
     }
 };
 
