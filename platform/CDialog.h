@@ -52,6 +52,7 @@ protected:
     void OnClose() override { OnCancel(); }
 
 private:
+    void moveFocus(bool forward);
     struct Data;
     std::unique_ptr<Data> data_;
 };

@@ -54,7 +54,7 @@ CDialog::~CDialog() { DestroyWindow(); }
 /// Makes the window and its controls, and lets the object fill them.
 int CDialog::Data::create(CDialog& dialog)
 {
-    if (!dialogTemplate || dialog.GetSafeHwnd())
+    if (!dialogTemplate || dialog.GetSafeHwnd() || !canShowWindows())
         return 0;
     QWidget* const owner = clientOf(FromHandle(parent));
     QWidget* const front = owner ? owner->window() : frontWindow();
@@ -94,7 +94,11 @@ void CDialog::Data::giveFirstFocus(CDialog& dialog) const
         widget->setFocus(Qt::OtherFocusReason);
 }
 
-int CDialog::CreateModeless() { return data_->create(*this); }
+int CDialog::CreateModeless()
+{
+    data_->modal = nullptr;
+    return data_->create(*this);
+}
 
 int CDialog::DoModal()
 {
@@ -135,16 +139,19 @@ void CDialog::EndDialog(int result)
         widget->hide();
 }
 
-void CDialog::NextDlgCtrl()
-{
-    if (QWidget* const widget = clientOf(this))
-        static_cast<DialogWidget*>(widget)->moveFocus(true);
-}
+void CDialog::NextDlgCtrl() { moveFocus(true); }
+void CDialog::PrevDlgCtrl() { moveFocus(false); }
 
-void CDialog::PrevDlgCtrl()
+void CDialog::moveFocus(bool forward)
 {
-    if (QWidget* const widget = clientOf(this))
-        static_cast<DialogWidget*>(widget)->moveFocus(false);
+    auto* const widget = static_cast<DialogWidget*>(clientOf(this));
+    if (!widget)
+        return;
+    widget->moveFocus(forward);
+    // a dialog that is not active yet has only noted it
+    const WindowPeer* const peer = peerOf(widget->focusWidget());
+    if (peer && peer->window && !widget->isActiveWindow())
+        peer->window->SetFocus();
 }
 
 CString CDialog::GetDlgItemText(unsigned id) const

@@ -79,6 +79,8 @@ int fnFileDialog1(CString& name, const CString& filter, const CString& title, in
 {
     if (fileAnswer)
         return fileAnswer(name, filter, open);
+    if (!canShowWindows())
+        return 0;
     QWidget* const client = clientOf(owner);
     QWidget* const front = client ? client->window() : frontWindow();
     const WindowPeer* const top = peerOf(front);

@@ -37,14 +37,25 @@ QPalette lightPalette()
 
 }  // namespace
 
+bool canShowWindows() { return qobject_cast<QApplication*>(QCoreApplication::instance()); }
+
 void applyLook()
 {
     QApplication::setPalette(lightPalette());
-    QApplication::setFont(qtFontOf(dialogFont()));
+    QFont font = qtFontOf(dialogFont());
+    if (qApp->devicePixelRatio() > 1) {
+        // widths of whole units would space letters unevenly between the pixels of a fine screen
+        font.setHintingPreference(QFont::PreferNoHinting);
+        font.setStyleStrategy(QFont::PreferDefault);
+        font.setKerning(true);
+    }
+    QApplication::setFont(font);
 }
 
 QWidget* frontWindow()
 {
+    if (!canShowWindows())
+        return nullptr;
     if (QWidget* modal = QApplication::activeModalWidget())
         return modal;
     if (QWidget* active = QApplication::activeWindow())

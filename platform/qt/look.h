@@ -5,6 +5,9 @@ class QWidget;
 namespace pavane
 {
 
+/// Whether the application object is one that windows can be made with.
+bool canShowWindows();
+
 /// Colours and font of the controls of an application that is ours: small, light, neutral.
 void applyLook();
 

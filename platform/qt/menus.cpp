@@ -2,6 +2,7 @@
 
 #include "platform/CWnd.h"
 #include "platform/qt/fonts.h"
+#include "platform/qt/look.h"
 #include "platform/qt/WindowPeer.h"
 
 #include <QAbstractSpinBox>
@@ -87,6 +88,8 @@ bool isTextField(const QObject* receiver)
 
 unsigned shownChoice(const CMenu& menu, CPoint screen, CWnd* owner)
 {
+    if (!canShowWindows())
+        return 0;
     const QPointer<QMenu> shown = new QMenu(clientOf(owner));
     fillContextMenu(shown, menu);
     const QAction* const action = shown->exec(QPoint(screen.x, screen.y));

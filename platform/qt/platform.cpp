@@ -54,13 +54,11 @@ void startAll()
     startMessageBox();
 }
 
-bool hasWindows() { return qobject_cast<QApplication*>(QCoreApplication::instance()); }
-
 }  // namespace
 
 int InitPlatform(int argc, char** argv, PlatformUse use)
 {
-    if (graphics && (use == PlatformUse::pictures || hasWindows())) {
+    if (graphics && (use == PlatformUse::pictures || canShowWindows())) {
         if (use == PlatformUse::windows)
             startAll();
         return 1;
@@ -80,7 +78,7 @@ int InitPlatform(int argc, char** argv, PlatformUse use)
             arguments[0] = argv[0];
         ownApplication = makeApplication(use);
     }
-    if (use == PlatformUse::windows && !hasWindows())
+    if (use == PlatformUse::windows && !canShowWindows())
         return 0;
     graphics = new QtGraphics;
     setGraphicsHook(graphics);
