@@ -101,7 +101,7 @@ int ARPTrackerArray::Load(AFile& file, LoadReport& report)
     const int result = loadTrackers(
         file, [this](const CString& name) { return makeTrackerOfClass(name); }, loaded, report);
     endDrag();
-    replaceAll(loaded, current);
+    replaceAll(loaded, current, [] {});
     return result;
 }
 

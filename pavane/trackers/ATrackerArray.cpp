@@ -7,6 +7,7 @@
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARotateRectTracker.h"
 #include "pavane/trackers/collection_file.h"
+#include "pavane/trackers/MemoryFile.h"
 #include "pavane/trackers/outline_cells.h"
 #include "pavane/trackers/tracker_registry.h"
 #include "pavane/trackers/zoom_step.h"
@@ -27,12 +28,21 @@ bool equal(const PixelMapping& a, const PixelMapping& b)
     return a.rect == b.rect && a.range == b.range && a.modeX == b.modeX && a.modeY == b.modeY;
 }
 
-int load(AFile& file, PixelMapping& mapping, std::int32_t& current)
+static_assert(sizeof(TMinMax) == 48 && sizeof(CRect) == 16, "stored as they lie in memory");
+
+// Deliberate: the first mode word stands in the file twice, and both go into the same field; every
+// stored collection in pixels has it so.
+int storeMapping(AFile& file, const PixelMapping& mapping)
 {
-    // Deliberate: the first mode word stands in the file twice, and both go into the same field.
-    static_assert(sizeof(TMinMax) == 48 && sizeof(CRect) == 16);
-    return loadItem(file, current) && loadItem(file, mapping.modeX) &&
-           loadItem(file, mapping.modeY) && file.read(&mapping.range, sizeof mapping.range) &&
+    return storeItem(file, mapping.modeX) && storeItem(file, mapping.modeY) &&
+           file.write(&mapping.range, sizeof mapping.range) &&
+           file.write(&mapping.rect, sizeof mapping.rect) && storeItem(file, mapping.modeX);
+}
+
+int loadMapping(AFile& file, PixelMapping& mapping)
+{
+    return loadItem(file, mapping.modeX) && loadItem(file, mapping.modeY) &&
+           file.read(&mapping.range, sizeof mapping.range) &&
            file.read(&mapping.rect, sizeof mapping.rect) && loadItem(file, mapping.modeX);
 }
 
@@ -96,10 +106,7 @@ void ATrackerArray::FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, cons
 
 int ATrackerArray::Store(AFile& file) const
 {
-    // Deliberate: the first mode word goes out twice; Load reads both into the same field.
-    return storeItem(file, std::int32_t{curItem_}) && storeItem(file, mapping_.modeX) &&
-           storeItem(file, mapping_.modeY) && file.write(&mapping_.range, sizeof mapping_.range) &&
-           file.write(&mapping_.rect, sizeof mapping_.rect) && storeItem(file, mapping_.modeX) &&
+    return storeItem(file, std::int32_t{curItem_}) && storeMapping(file, mapping_) &&
            storeTrackers(file, *this);
 }
 
@@ -114,7 +121,7 @@ int ATrackerArray::Load(AFile& file, LoadReport& report)
     report = {};
     PixelMapping next;
     std::int32_t current = -1;
-    if (!load(file, next, current)) {
+    if (!loadItem(file, current) || !loadMapping(file, next)) {
         report.lines.push_back("the file ends before the first area");
         return 0;
     }
@@ -122,8 +129,7 @@ int ATrackerArray::Load(AFile& file, LoadReport& report)
     const int result = loadTrackers(
         file, [this](const CString& name) { return makeTrackerOfClass(name); }, loaded, report);
     endDrag();
-    mapping_ = next;
-    replaceAll(loaded, current);
+    replaceAll(loaded, current, [&] { mapping_ = next; });
     return result;
 }
 
@@ -209,6 +215,20 @@ int ATrackerArray::shapeBounds(CWnd* window, ATracker& tracker, ARect<double>& b
     bounds = {static_cast<double>(valid.left), static_cast<double>(valid.top),
               static_cast<double>(valid.right), static_cast<double>(valid.bottom)};
     return !valid.IsRectEmpty();
+}
+
+std::string ATrackerArray::mappingBytes() const
+{
+    MemoryFile file;
+    (void)storeMapping(file, mapping_);  // memory takes every write
+    return file.bytes();
+}
+
+int ATrackerArray::setMappingBytes(std::string_view bytes)
+{
+    MemoryFile file{std::string(bytes)};
+    ForgetBoxes();
+    return loadMapping(file, mapping_);
 }
 
 int ATrackerArray::mappingNumber()

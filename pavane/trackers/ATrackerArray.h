@@ -72,6 +72,8 @@ protected:
     APoint<double> shapeOffset(APoint<double> value) override;
     int shapeBounds(CWnd* window, ATracker& tracker, ARect<double>& bounds) const override;
     int mappingNumber() override;
+    std::string mappingBytes() const override;
+    int setMappingBytes(std::string_view bytes) override;
     void rescale(ATracker& tracker, int fromMapping, int toMapping) override;
 
 private:

@@ -5,6 +5,7 @@
 #include "platform/controls.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -216,6 +217,21 @@ void TrackerCollection::showCurrent(CWnd* window)
     if (CComboBox* const list = GetComboBox(window))
         (void)list->SetCurSel(on ? curItem_ : -1);
     enableAreaCommands(window, on || workingTracker() || !selected_.empty());
+}
+
+/// The tool that undo brought back is checked in the toolbar.
+void TrackerCollection::showTool(CWnd* window)
+{
+    constexpr std::pair<int, unsigned> buttons[] = {{toolZoomIn, ID_ZOOM_PLUS},
+                                                    {toolRect, ID_TRACK_RECT},
+                                                    {toolRotateRect, ID_TRACK_ROTATE_RECT},
+                                                    {toolArea, ID_TRACK_AREA},
+                                                    {toolEllipse, ID_TRACK_ELLIPSE},
+                                                    {toolArrow, ID_TRACK_ARROW}};
+    CWnd* const bar = GetToolBar(window);
+    for (const auto& [tool, id] : buttons)
+        if (bar && mode_ == tool)
+            (void)bar->SendMessage(TB_CHECKBUTTON, id, 1);
 }
 
 /// Makes tracker i current and active and the old one inactive; -1 leaves none.

@@ -219,6 +219,9 @@ protected:
     /// Pixel shapes: the mapping that they belong to now, and a tracker's way between two mappings.
     virtual int mappingNumber() { return 0; }
     virtual void rescale(ATracker& tracker, int fromMapping, int toMapping);
+    /// The mapping itself, for undo of a load.
+    virtual std::string mappingBytes() const { return {}; }
+    virtual int setMappingBytes(std::string_view bytes) { return bytes.empty(); }
 
     /// Add and DeleteItems of the arrays.
     int addItem(ATracker* tracker, int makeCurrent);
@@ -226,8 +229,10 @@ protected:
     /// Ends the drag that runs: the shape is as before it, and the loop returns. For changes of
     /// what shapes mean.
     void endDrag();
-    /// Replaces all items, as one step; owns the new ones in any case.
-    void replaceAll(std::vector<ATracker*>& trackers, int current);
+    /// Replaces all items, as one step; owns the new ones in any case. `takeMapping` is called when
+    /// the old ones are gone.
+    void replaceAll(std::vector<ATracker*>& trackers, int current,
+                    const std::function<void()>& takeMapping);
     /// The new shape that a drag draws now, null for none.
     ATracker* drawnTracker() const { return drawn_; }
 
@@ -265,7 +270,9 @@ private:
     void noteChange(int i, const std::string& before);
     void changeWorking(ATracker* tracker);
     void noteWorking(const ATracker& tracker, const std::string& before, const std::string& after);
+    void noteMapping(const std::string& before);
     void setMode(int mode);
+    int walk(CWnd* window, const std::function<int()>& step);
 
     // Presses (collection_press.cpp)
     enum class DragEnd { gone, refused, kept };
@@ -281,11 +288,13 @@ private:
     int moveSeveral(CWnd* window, int item, CPoint p);
     void boundFollowers(CWnd* window, ATracker& grabbed, CPoint p);
     void moveFollowers(const ATracker& grabbed);
+    void releaseFollowers();
 
     // List, toolbar, state
     void enableAreaCommands(CWnd* window, int on);
     void enableZoomBack(CWnd* window);
     void showCurrent(CWnd* window);
+    void showTool(CWnd* window);
     void makeCurrent(int i);
     void changed(CWnd* window);
     void fillList(CWnd* window);

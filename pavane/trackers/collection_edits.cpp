@@ -42,13 +42,17 @@ void TrackerCollection::removeItems(int first, int n)
         eraseItem(i);
 }
 
-void TrackerCollection::replaceAll(std::vector<ATracker*>& trackers, int current)
+void TrackerCollection::replaceAll(std::vector<ATracker*>& trackers, int current,
+                                   const std::function<void()>& takeMapping)
 {
     Step step(*this, "Load areas");
     removeItems(0, trackerCount());
     changeWorking(nullptr);
     if (drawn_)
         endDrag();
+    const std::string mapping = mappingBytes();
+    takeMapping();
+    noteMapping(mapping);
     for (ATracker*& tracker : trackers) {
         adopt(*tracker);
         (void)insertItem(trackerCount(), tracker, tracker->IsActive());

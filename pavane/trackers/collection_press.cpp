@@ -58,8 +58,9 @@ int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
             return moveSeveral(window, hit, p);
     }
     const LifeWatch self(life_);
+    const HWND handle = window ? window->GetSafeHwnd() : 0;
     leaveCurrent(window, p);
-    if (!self.alive())
+    if (!self.alive() || CWnd::FromHandle(handle) != window)
         return 1;
     return arrow ? pressMove(window, p) : pressDraw(window, p);
 }
@@ -149,10 +150,7 @@ void TrackerCollection::endDrag()
 {
     ATracker* const tracker = dragged_;
     dragged_ = nullptr;
-    for (const Follower& follower : followers_)
-        if (ATracker* const item = trackerAt(follower.item))
-            (void)item->SetState(follower.before);
-    followers_.clear();
+    releaseFollowers();
     if (!tracker)
         return;
     if (tracker == drawn_) {
@@ -320,26 +318,29 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
         drag(grabbed, [&] { return grabbed.TrackHandle(moveCode(grabbed), window, p, nullptr); });
     if (end == DragEnd::gone)
         return 1;
-    const int moved = trackerAt(item) == &grabbed && !sameShape(recordOf(grabbed, item), before);
-    const std::vector<Follower> followers = std::move(followers_);
-    followers_.clear();
-    if (!moved) {
-        for (const Follower& follower : followers)
-            if (ATracker* const tracker = trackerAt(follower.item))
-                (void)tracker->SetState(follower.before);
-        ForgetBoxes();
-        changed(window);
-        return 1;
-    }
-    {
+    const int i = IndexOf(&grabbed);
+    if (i >= 0 && !sameShape(recordOf(grabbed, i), before)) {
         Step step(*this, "Move areas");
-        noteChange(item, before);
-        for (const Follower& record : records)
-            if (trackerAt(record.item))
+        noteChange(i, before);
+        if (!followers_.empty())  // else something ended the moving together
+            for (const Follower& record : records)
                 noteChange(record.item, record.before);
+        followers_.clear();
     }
+    releaseFollowers();
     changed(window);
     return 1;
+}
+
+/// Areas that moved with the dragged one are again where they were. Their places in the collection
+/// have to be those of the start of the drag still.
+void TrackerCollection::releaseFollowers()
+{
+    for (const Follower& follower : followers_) {
+        (void)trackerAt(follower.item)->SetState(follower.before);
+        boxChanged(follower.item);
+    }
+    followers_.clear();
 }
 
 /// The grabbed area may go as far as all that move with it stay inside.

@@ -16,7 +16,7 @@ namespace
 {
 
 /// Numbers of the values beside the areas that steps keep.
-constexpr int modeState = 0;
+enum StateNumber { modeState = 0, mappingState = 1 };
 
 /// Where the vertex count of a polygon's record lies.
 constexpr std::size_t countOffset = 56;
@@ -107,6 +107,7 @@ ATracker* TrackerCollection::makeFromRecord(int kind, std::string_view record)
 
 int TrackerCollection::placeItem(int i, ATracker* tracker, int usual)
 {
+    releaseFollowers();
     if (!putTracker(i, tracker))
         return 0;
     adopt(*tracker);
@@ -123,6 +124,7 @@ int TrackerCollection::placeItem(int i, ATracker* tracker, int usual)
 
 void TrackerCollection::dropItem(int i)
 {
+    releaseFollowers();
     const std::unique_ptr<ATracker> tracker(takeTracker(i));
     (void)selected_.erase(tracker.get());
     active_.remove(i);
@@ -132,6 +134,8 @@ void TrackerCollection::dropItem(int i)
         --curItem_;
     if (curItem_ >= trackerCount())
         curItem_ = trackerCount() - 1;
+    if (draggedItem_ > i)
+        --draggedItem_;
     if (tracker.get() == dragged_)
         dragged_ = nullptr;
 }
@@ -200,6 +204,12 @@ void TrackerCollection::setMode(int mode)
                        {reinterpret_cast<const std::uint8_t*>(&after), sizeof after});
 }
 
+void TrackerCollection::noteMapping(const std::string& before)
+{
+    const std::string after = mappingBytes();
+    history_.state(mappingState, bytes(before), bytes(after));
+}
+
 int TrackerCollection::applyEdit(const EditChange& change)
 {
     const std::string_view after = text(change.after);
@@ -243,6 +253,8 @@ int TrackerCollection::applyEdit(const EditChange& change)
         return 1;
     }
     case EditKind::state: {
+        if (change.index == mappingState)
+            return setMappingBytes(after);
         std::int32_t mode = 0;
         if (change.index != modeState || change.after.size() != sizeof mode)
             return 0;
@@ -268,16 +280,21 @@ int TrackerCollection::applySelection(const EditSelection& selection)
 
 int TrackerCollection::Undo(CWnd* window)
 {
-    if (dragged_ || drawn_ || depth_ > 0 || !history_.undo(*this))
-        return 0;
-    changed(window);
-    return 1;
+    return walk(window, [this] { return history_.undo(*this); });
 }
 
 int TrackerCollection::Redo(CWnd* window)
 {
-    if (dragged_ || drawn_ || depth_ > 0 || !history_.redo(*this))
+    return walk(window, [this] { return history_.redo(*this); });
+}
+
+int TrackerCollection::walk(CWnd* window, const std::function<int()>& step)
+{
+    const int mode = mode_;
+    if (dragged_ || drawn_ || depth_ > 0 || !step())
         return 0;
+    if (mode_ != mode)
+        showTool(window);
     changed(window);
     return 1;
 }
@@ -302,9 +319,14 @@ int TrackerCollection::ChangeTracker(CWnd* window, int i, std::string_view label
     ATracker* const tracker = trackerAt(i);
     if (!tracker || dragged_)
         return 0;
+    const LifeWatch self(life_);
+    const LifeWatch item(tracker->life());
     const std::string state = tracker->State();
     const std::string before = recordOf(*tracker, i);
-    if (!change(*tracker)) {
+    const int result = change(*tracker);
+    if (!self.alive() || !item.alive() || trackerAt(i) != tracker)
+        return 0;
+    if (!result) {
         (void)tracker->SetState(state);
         adopt(*tracker);
         return 0;
