@@ -17,7 +17,7 @@ namespace
 constexpr int columnCount = 2;
 constexpr int lineHeight = 24;
 constexpr int headHeight = 22;
-constexpr int labelWidth = 84;
+constexpr int labelWidth = 76;
 constexpr int edge = 4;
 constexpr unsigned firstField = 1000;
 constexpr COLORREF background = RGB(240, 240, 240);
@@ -101,7 +101,7 @@ void AAreaTableWnd::makeFields()
     while (static_cast<int>(fields_.size()) < lines_ * columnCount) {
         const int at = static_cast<int>(fields_.size());
         fields_.push_back(std::make_unique<Field>(*this, at / columnCount, at % columnCount));
-        fields_.back()->Create(WS_CHILD | WS_TABSTOP | ES_RIGHT, CRect(0, 0, 10, 10), this,
+        fields_.back()->Create(WS_CHILD | WS_TABSTOP, CRect(0, 0, 10, 10), this,
                                firstField + static_cast<unsigned>(at));
         shown_.emplace_back();
     }
@@ -124,8 +124,10 @@ void AAreaTableWnd::showTexts()
         for (int column = 0; column < table_.columns(); ++column) {
             CString& shown = shown_[static_cast<std::size_t>(line * columnCount + column)];
             shown = table_.text(firstRow_ + line, column);
-            if (field(line, column)->GetWindowText() != shown)
-                field(line, column)->SetWindowText(shown);
+            if (field(line, column)->GetWindowText() == shown)
+                continue;
+            field(line, column)->SetWindowText(shown);
+            field(line, column)->SetSel(0, 0);  // the leading digits are seen, not the last
         }
 }
 

@@ -1,6 +1,7 @@
 #include "pavane/axes/AAxisTrkSelWnd.h"
 
 #include "pavane/resources/resource_ids.h"
+#include "tessel/rounding.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -14,12 +15,21 @@ namespace
 
 constexpr unsigned barId = 101, axisId = 102, statusId = 103, tableId = 104;
 constexpr int listWidth = 110;
+constexpr int listHeight = 26;
 constexpr int statusHeight = 20;
-constexpr int tableWidth = 210;
+constexpr int tableWidth = 300;
 constexpr COLORREF frameColor = RGB(240, 240, 240);
-/// Digits that tell neighbouring cells of a large map apart, and that values are known to.
-constexpr int placeDigits = 7;
+/// Digits that values and sums are shown with.
 constexpr int valueDigits = 4;
+
+/// A place with the decimals that tell it from the next pixel.
+CString placeText(double value, double step)
+{
+    const double decimals = step > 0 && std::isfinite(step) ? std::ceil(-std::log10(step)) : 0;
+    constexpr double mostDecimals = 12;
+    return decimals > mostDecimals ? valToStr(value)
+                                   : nValToStr(value, std::max(0, truncated(decimals)));
+}
 
 }  // namespace
 
@@ -51,7 +61,8 @@ void AAxisTrkSelWnd::SetUpWindow()
     bar_.Create(style, none, this, barId);
     bar_.SetupButtons(0);
     bar_.SetOwnerWnd(this, 1);
-    list_.Create(style | WS_TABSTOP | CBS_DROPDOWNLIST, none, &bar_, ID_CHANGE_AREA);
+    list_.Create(style | WS_TABSTOP | CBS_DROPDOWNLIST, CRect(0, 0, listWidth, listHeight), &bar_,
+                 ID_CHANGE_AREA);
     bar_.AddControl(&list_, listWidth);
     axis_.Create("AAxisWnd", " ", style | WS_TABSTOP, none, this, axisId);
     axis_.SetToolBar(&bar_);
@@ -60,6 +71,12 @@ void AAxisTrkSelWnd::SetUpWindow()
     table_.Create("AAreaTableWnd", " ", WS_CHILD | WS_VSCROLL, none, this, tableId);
     table_.SetAxisWnd(&axis_);
     layOut();
+}
+
+void AAxisTrkSelWnd::SetFluxUnit(double cells, const CString& unit)
+{
+    beamCells_ = cells;
+    fluxUnit_ = unit;
 }
 
 void AAxisTrkSelWnd::ShowAreaTable(int on)
@@ -119,7 +136,8 @@ CString AAxisTrkSelWnd::StatusText(const AxisStatus& status) const
     CString text;
     const CString unit = unit_.empty() ? CString() : " " + unit_;
     if (status.inPlot)
-        text = "x " + valToStr(status.x, placeDigits) + "  y " + valToStr(status.y, placeDigits);
+        text =
+            "x " + placeText(status.x, status.stepX) + "  y " + placeText(status.y, status.stepY);
     if (status.inMap) {
         text += "   column " + std::to_string(status.column) + "  row " +
                 std::to_string(status.row) + "   ";
@@ -129,8 +147,10 @@ CString AAxisTrkSelWnd::StatusText(const AxisStatus& status) const
     }
     if (status.hasAreas) {
         text += text.empty() ? "" : "     ";
-        text += std::to_string(status.cells) + (status.cells == 1 ? " cell" : " cells") + ", sum " +
-                valToStr(status.sum, valueDigits) + unit;
+        text += std::to_string(status.cells);
+        text += status.cells == 1 ? " cell, " : " cells, ";
+        text += beamCells_ > 0 ? valToStr(status.sum / beamCells_, valueDigits) + " " + fluxUnit_
+                               : "sum " + valToStr(status.sum, valueDigits) + unit;
     }
     return text;
 }

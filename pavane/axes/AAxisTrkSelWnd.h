@@ -22,8 +22,11 @@ public:
     /// Shows the table of the current area, or takes it away.
     void ShowAreaTable(int on);
     int IsAreaTableShown() const { return showTable_; }
-    /// Unit of sums in the status line, "Jy/beam"; empty for none.
+    /// Unit of the map's values in the status line, "Jy/beam"; empty for none.
     void SetValueUnit(const CString& unit) { unit_ = unit; }
+    /// Sums are divided by `cells`, the area of the beam in cells, and shown in `unit`, "Jy". Until
+    /// then they are shown as they are.
+    void SetFluxUnit(double cells, const CString& unit);
 
     /// The text of the status line.
     virtual CString StatusText(const AxisStatus& status) const;
@@ -57,6 +60,8 @@ private:
     AAreaTableWnd table_;
     Axis axis_;
     CString unit_;
+    CString fluxUnit_;
+    double beamCells_ = 0;
     CString shownStatus_;
     int showTable_ = 0;
 };

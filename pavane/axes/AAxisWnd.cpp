@@ -398,6 +398,8 @@ AxisStatus AAxisWnd::StatusAt(CPoint pixel)
         status.inPlot = 1;
         status.x = axis_->GPXtoRPX(pixel.x);
         status.y = axis_->GPYtoRPY(pixel.y);
+        status.stepX = std::fabs(axis_->GPXtoRPX(pixel.x + 1) - status.x);
+        status.stepY = std::fabs(axis_->GPYtoRPY(pixel.y + 1) - status.y);
     }
     if (!map_)
         return status;

@@ -10,6 +10,8 @@ struct AxisStatus {
     int inPlot = 0;  ///< the pointer is over the plot; otherwise only the areas are told
     double x = 0;    ///< data values (RP)
     double y = 0;
+    double stepX = 0;  ///< what a pixel is there, above 0: how finely x and y are known
+    double stepY = 0;
     int inMap = 0;  ///< and over a cell of the map
     int row = 0;    ///< of that cell (MP), from 0
     int column = 0;
