@@ -2,6 +2,7 @@
 
 #include "apps/view/inputs.h"
 #include "apps/view/options.h"
+#include "pavane/axes/TMinMax.h"
 
 #include <string>
 
@@ -10,11 +11,17 @@ namespace pavane
 
 class CDC;
 
+/// What a window shows otherwise than its inputs say. Not owned.
+struct FigureView {
+    const TMinMax* range = nullptr;                   ///< x and y (RP), of a zoomed map
+    const std::vector<AreaOutline>* areas = nullptr;  ///< in place of those of the inputs
+};
+
 /// Draws the whole figure: header line, frame with ticks and titles, colour map, contours, beam,
 /// areas, model outlines and the colour bar. The figure takes `width` x `height` pixels of 96 per
 /// inch, each of `unit` logical units of the context, from its origin on.
 void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& options,
-                const ViewInputs& inputs);
+                const ViewInputs& inputs, const FigureView& view = {});
 
 /// What a page of the figure is called: the object, or "map".
 std::string figureTitle(const ViewInputs& inputs);

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "apps/view/area_outlines.h"
 #include "apps/view/map_frame.h"
 #include "apps/view/options.h"
 #include "apps/view/uv_points.h"
 #include "pavane/maps/map_statistics.h"
 #include "pavane/tables/AComponents.h"
-#include "pavane/trackers/AAreaArray.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/fits_map.h"
 
@@ -20,14 +20,21 @@ struct ViewInputs {
     MapFrame frame;
     MapRange range;  ///< of its finite cells, and where the peak lies
     MapNoise noise;
-    AAreaArray areas;  ///< polygons in matrix cells; empty without --areas
-    ABitMatrix mask;   ///< of the areas; all ones without any
+    std::vector<AreaOutline> areas;  ///< empty without --areas
+    ABitMatrix mask;                 ///< of the areas; all ones without any
     AComponents model;
     UvPoints uv;
 };
 
 /// Reads the map, the areas, the model and the u,v points. Non-zero on success; else 0 and `error`
 /// is one line that names the file and what is wrong with it.
-int readInputs(const ViewOptions& options, ViewInputs& inputs, std::string& error);
+/// `notes` gets what of the areas could not be taken, line by line.
+int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
+               std::string& error);
+
+/// Reads the map alone and what follows from it; results as above, `error` without the file's name.
+/// `progress` as in readFitsMap.
+int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
+                  const ProgressFunction& progress);
 
 }  // namespace pavane

@@ -1,10 +1,9 @@
-#include "apps/view/figure.h"
 #include "apps/view/inputs.h"
 #include "apps/view/numbers.h"
 #include "apps/view/options.h"
-#include "apps/view/progress.h"
-#include "pavane/images/palettes.h"
-#include "platform/picture.h"
+#include "apps/view/palette_choice.h"
+#include "apps/view/picture_file.h"
+#include "apps/view/window_program.h"
 #include "platform/platform.h"
 #include "tessel/fits_map.h"
 
@@ -47,43 +46,18 @@ int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::stri
     return 1;
 }
 
-int writePNG(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
-{
-    CPicture picture(options.width, options.height);
-    if (!picture.width()) {
-        error = "there is no memory for a picture of this size";
-        return 0;
-    }
-    const auto dc = picture.dc();
-    dc->SetSmooth(1);
-    drawFigure(*dc, options.width, options.height, 1, options, inputs);
-    return SavePNG(picture, options.png, error);
-}
-
-int writePage(CPageFile::Format format, const std::string& file, const ViewOptions& options,
-              const ViewInputs& inputs, std::string& error)
-{
-    constexpr int unitsPerPixel = 12;
-    CPageFile page(format, options.width, options.height, figureTitle(inputs), unitsPerPixel);
-    drawFigure(page.dc(), options.width, options.height, unitsPerPixel, options, inputs);
-    return page.Close(file, error);
-}
-
 int writePictures(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
 {
     const struct {
         const std::string& file;
-        CPageFile::Format format;
-    } pages[] = {{options.pdf, CPageFile::Format::pdf}, {options.svg, CPageFile::Format::svg}};
-    if (!options.png.empty() && !writePNG(options, inputs, error)) {
-        error = options.png + ": " + error;
-        return 0;
-    }
-    for (const auto& page : pages)
-        if (!page.file.empty() && !writePage(page.format, page.file, options, inputs, error)) {
-            error = page.file + ": " + error;
+        PictureFormat format;
+    } pictures[] = {{options.png, PictureFormat::png},
+                    {options.pdf, PictureFormat::pdf},
+                    {options.svg, PictureFormat::svg}};
+    for (const auto& picture : pictures)
+        if (!picture.file.empty() && !writePicture(picture.file, picture.format, options.width,
+                                                   options.height, 1, options, inputs, {}, error))
             return 0;
-        }
     return 1;
 }
 
@@ -100,24 +74,14 @@ int makePictures(char** argv, const ViewOptions& options, const ViewInputs& inpu
     return written;
 }
 
-int choosePalette(const ViewOptions& options, std::string& error)
-{
-    if (options.palette.empty())
-        return LoadDefaultPalette() || LoadBuiltInPalette();
-    if (LoadPalette(options.palette))
-        return 1;
-    error = options.palette + ": is no palette; there are";
-    const AObjArray<CString> names = PaletteNames();
-    for (int i = 0; i < names.count(); ++i)
-        error += ' ' + names(i);
-    return 0;
-}
-
-int run(char** argv, const ViewOptions& options, std::string& error)
+int runBatch(char** argv, const ViewOptions& options, std::string& error)
 {
     ViewInputs inputs;
-    if (!choosePalette(options, error) || !readInputs(options, inputs, error))
+    std::vector<std::string> notes;
+    if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
+    for (const std::string& note : notes)
+        std::fprintf(stderr, "pavane-view: %s: %s\n", options.areas.c_str(), note.c_str());
     if (!options.mask.empty() &&
         !writeFitsMask(options.mask, inputs.mask, inputs.map.header, error)) {
         error = options.mask + ": " + error;
@@ -143,7 +107,11 @@ int main(int argc, char** argv)
     if (options.help)
         return print(helpText()) ? done : badInput;
     try {
-        return run(argv, options, error) ? done : complain(error);
+        if (options.batch)
+            return runBatch(argv, options, error) ? done : complain(error);
+        if (!choosePalette(options.palette, error) || !runWindow(argv, options, error))
+            return complain(error);
+        return done;
     } catch (const std::bad_alloc&) {
         return complain("there is not enough memory");
     }

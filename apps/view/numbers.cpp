@@ -1,6 +1,6 @@
 #include "apps/view/numbers.h"
 
-#include "apps/view/map_unit.h"
+#include "apps/view/mask_sum.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
@@ -29,17 +29,6 @@ std::string line(const char* key, double value, int digits, std::string_view uni
     return text + '\n';
 }
 
-/// Sum of the cells whose bit is set, blank ones left out.
-double sumInside(const AMatrix<float>& cells, const ABitMatrix& mask)
-{
-    double sum = 0;
-    for (int r = 0; r < cells.rows(); ++r)
-        for (int c = 0; c < cells.columns(); ++c)
-            if (mask.get(r, c) && std::isfinite(cells(r, c)))
-                sum += double{cells(r, c)};
-    return sum;
-}
-
 /// The place of the peak, as an offset in mas on the sky and in the axis unit elsewhere.
 double place(double first, double step, int cell, const MapFrame& frame)
 {
@@ -66,14 +55,9 @@ std::string statisticsText(const ViewInputs& inputs)
     text += line("noise", inputs.noise.finiteCells ? inputs.noise.sigma : blank, floatDigits,
                  header.bunit);
     text += "mask_cells " + std::to_string(inputs.mask.count()) + " cells\n";
-    const double sum = sumInside(inputs.map.cells, inputs.mask);
-    const MapUnit unit = mapUnit(header.bunit);
-    const double beam = unit.perPixel ? 1 : beamCells(header, frame);
-    const bool isFlux = unit.isFlux || header.bunit.empty();
-    return text + (!(beam > 0) ? line("mask_flux", sum, sumDigits,
-                                      header.bunit.empty() ? "cell" : header.bunit + "*cell")
-                   : isFlux    ? line("mask_flux", sum / beam * unit.factor, sumDigits, "Jy")
-                               : line("mask_flux", sum / beam, sumDigits, header.bunit + "*beam"));
+    const FluxUnit flux = fluxUnit(header, frame);
+    return text + line("mask_flux", sumInside(inputs.map.cells, inputs.mask) * flux.factor,
+                       sumDigits, flux.unit);
 }
 
 std::string visibilitiesText(const AComponents& model, const UvPoints& points)

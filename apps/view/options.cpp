@@ -33,6 +33,7 @@ int readSize(const std::string& text, ViewOptions& options, std::string& error)
     }
     options.width = width;
     options.height = height;
+    options.hasSize = 1;
     return 1;
 }
 
@@ -92,12 +93,13 @@ struct Option {
     std::string_view name;
     std::string ViewOptions::*text;
     int (*read)(const std::string&, ViewOptions&, std::string&);
+    int onlyInBatch = 0;
 };
 
 constexpr Option optionTable[] = {
-    {"--png", &ViewOptions::png, nullptr},
-    {"--pdf", &ViewOptions::pdf, nullptr},
-    {"--svg", &ViewOptions::svg, nullptr},
+    {"--png", &ViewOptions::png, nullptr, 1},
+    {"--pdf", &ViewOptions::pdf, nullptr, 1},
+    {"--svg", &ViewOptions::svg, nullptr, 1},
     {"--size", nullptr, readSize},
     {"--aspect", nullptr, readAspect},
     {"--levels", nullptr, readLevels},
@@ -106,9 +108,9 @@ constexpr Option optionTable[] = {
     {"--palette", &ViewOptions::palette, nullptr},
     {"--plane", nullptr, readPlane},
     {"--areas", &ViewOptions::areas, nullptr},
-    {"--mask", &ViewOptions::mask, nullptr},
-    {"--model", &ViewOptions::model, nullptr},
-    {"--visibilities", &ViewOptions::visibilities, nullptr},
+    {"--mask", &ViewOptions::mask, nullptr, 1},
+    {"--model", &ViewOptions::model, nullptr, 1},
+    {"--visibilities", &ViewOptions::visibilities, nullptr, 1},
 };
 
 /// Applies the option at `arguments[i]`, moving i to its text if it takes one.
@@ -137,12 +139,24 @@ int applyOption(const std::vector<std::string>& arguments, std::size_t& i, ViewO
     return 1;
 }
 
+/// The option that only a batch knows, "" when there is none.
+std::string batchOnly(const ViewOptions& options)
+{
+    for (const auto& option : optionTable)
+        if (option.onlyInBatch && option.text && !(options.*(option.text)).empty())
+            return std::string(option.name);
+    return options.hasSize ? "--size" : options.stats ? "--stats" : "";
+}
+
 int checkTogether(const ViewOptions& options, std::string& error)
 {
-    if (options.map.empty())
+    const std::string only = options.batch ? std::string() : batchOnly(options);
+    if (!only.empty())
+        error = only + " goes with --batch; the window has a menu for it";
+    else if (options.map.empty() && options.batch)
         error = "no map is named";
-    else if (!options.batch)
-        error = "the window is not built yet; use --batch";
+    else if (options.map.empty() && (!options.areas.empty() || options.plane >= 0))
+        error = "--areas and --plane go with a map";
     else if (!options.mask.empty() && options.areas.empty())
         error = "--mask needs the areas that it is made of: --areas FILE";
     else if (!options.visibilities.empty() && options.model.empty())
@@ -154,34 +168,41 @@ int checkTogether(const ViewOptions& options, std::string& error)
 
 const char* usageLine()
 {
-    return "usage: pavane-view MAP.fits --batch [--png F] [--pdf F] [--svg F] [--size WxH] "
-           "[--levels UNIT:LIST] [--scale S] [--range LO,HI] [--palette NAME] [--areas F.cma] "
-           "[--mask OUT.fits] [--model F.txt] [--visibilities UV.csv] [--stats] [--plane N] "
-           "[--aspect free] (--help says more)";
+    return "usage: pavane-view [MAP.fits] [--areas F] [--plane N] [--levels UNIT:LIST] [--scale S] "
+           "[--range LO,HI] [--palette NAME] [--aspect free], without a window: --batch [--png F] "
+           "[--pdf F] [--svg F] [--size WxH] [--mask OUT.fits] [--model F.txt] "
+           "[--visibilities UV.csv] [--stats] (--help says more)";
 }
 
 std::string helpText()
 {
     return std::string(usageLine()) + R"(
 
-  --png F, --pdf F, --svg F   write the map as a picture or a page
-  --size WxH                  its size in pixels of 96 per inch, 64 to 16384 a side (1000x900)
-  --aspect free               let cells be oblong to fill the size, as those of a map of very few
-                              rows or columns are
+Opens the map in a window, where areas are marked with the mouse or the keys (F1 there tells how).
+
+  --areas F                   areas: .areas, polygons of matrix cells (.cma), region files (.reg,
+                              .crtf)
+  --plane N                   which plane of a cube, from 0
   --levels UNIT:LIST          contours; UNIT peak (per cent of the peak), sigma (multiples of the
                               noise) or abs (unit of the map); a list that ends with "..." goes on
                               in the same ratio up to the peak: peak:-1,1,2,4,...   none: no contour
   --scale S                   colours spread linear, sqrt, log or equal (histogram-equalised)
   --range LO,HI               values of the first and the last colour
   --palette NAME              another palette: a name as shipped, or a file
-  --plane N                   which plane of a cube, from 0
-  --areas F.cma               polygons of matrix cells, drawn over the map
+  --aspect free               let cells be oblong to fill the size, as those of a map of very few
+                              rows or columns are
+
+Without a window:
+
+  --batch                     write files and print numbers
+  --png F, --pdf F, --svg F   write the map as a picture or a page
+  --size WxH                  its size in pixels of 96 per inch, 64 to 16384 a side (1000x900)
   --mask OUT.fits             write the mask of the areas: the map's pixels and coordinates, 0 and 1
   --model F.txt               components, their outlines drawn over the map
   --visibilities UV.csv       print u,v,re,im of the model for each line u,v (wavelengths)
   --stats                     print peak, its place, noise, cells and flux in the mask
 
-exit status: 0 done, 1 wrong use, 2 bad input or an output that could not be written
+exit status: 0 done, 1 wrong use, 2 bad input, an output that could not be written, or no display
 )";
 }
 

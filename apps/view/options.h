@@ -20,6 +20,7 @@ struct ViewOptions {
     std::string png, pdf, svg;  ///< pictures to write, empty for none
     int width = 1000;           ///< pixels of 96 per inch
     int height = 900;
+    int hasSize = 0;     ///< one was asked for
     int freeAspect = 0;  ///< cells need not be square
     LevelChoice levels;
     ViewScale scale = ViewScale::linear;

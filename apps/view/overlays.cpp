@@ -54,17 +54,14 @@ void strokeInPlot(CDC& dc, const ABAxis& axis, const std::vector<Curve>& curves,
 
 }  // namespace
 
-void drawAreas(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AAreaArray& areas,
-               int unit)
+void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& areas, int unit)
 {
     std::vector<Curve> outlines;
-    for (int i = 0; i < areas.count(); ++i) {
-        const APolyPoints& polygon = *areas(i);
+    for (const AreaOutline& area : areas) {
         Curve outline;
-        for (int k = 0; k <= polygon.count && polygon.count > 0; ++k) {
-            const CPoint cell = polygon.points[k % polygon.count];
-            outline.push_back(axis.RPtoGPF(frame.xFirst + frame.xStep * cell.x,
-                                           frame.yFirst + frame.yStep * cell.y));
+        for (std::size_t i = 0; i <= area.size() && !area.empty(); ++i) {
+            const APoint<double>& point = area[i % area.size()];
+            outline.push_back(axis.RPtoGPF(point.x, point.y));
         }
         outlines.push_back(std::move(outline));
     }

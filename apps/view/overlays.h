@@ -1,8 +1,8 @@
 #pragma once
 
+#include "apps/view/area_outlines.h"
 #include "apps/view/map_frame.h"
 #include "pavane/tables/AComponents.h"
-#include "pavane/trackers/AAreaArray.h"
 
 namespace pavane
 {
@@ -13,9 +13,7 @@ class CDC;
 // What is drawn over a map that has been laid out: two-toned, light on dark, so that it is seen on
 // any colour. `unit` is the size of a pixel of 96 per inch in logical units of the context.
 
-/// The areas, polygons of matrix cells, through the cells' centres.
-void drawAreas(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AAreaArray& areas,
-               int unit);
+void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& areas, int unit);
 
 /// The outline of each component; a point as a cross.
 void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model,

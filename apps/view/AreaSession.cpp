@@ -1,0 +1,72 @@
+#include "apps/view/AreaSession.h"
+
+#include "tessel/paths.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+void AreaSession::begin(const std::string& map)
+{
+    end();
+    map_ = map;
+    autosave_ = Autosave(folder_, map);
+}
+
+void AreaSession::end()
+{
+    if (hasCopy_)
+        autosave_.remove();
+    hasCopy_ = 0;
+    map_.clear();
+    file_.clear();
+    modified_ = copyIsOld_ = 0;
+    lastCopy_ = -pace;
+}
+
+std::int64_t AreaSession::changed(int modified, std::int64_t now)
+{
+    modified_ = modified;
+    copyIsOld_ = 1;
+    return std::clamp<std::int64_t>(lastCopy_ + pace - now, 0, pace);
+}
+
+int AreaSession::writeCopy(const StoreFunction& store, std::int64_t now)
+{
+    if (map_.empty())
+        return 1;
+    if (!isModified()) {
+        if (hasCopy_)
+            autosave_.remove();
+        hasCopy_ = 0;
+        return 1;
+    }
+    if (hasCopy_ && !copyIsOld_)
+        return 1;
+    lastCopy_ = now;
+    if (!autosave_.write(store))
+        return 0;
+    hasCopy_ = 1;
+    copyIsOld_ = 0;
+    return 1;
+}
+
+void AreaSession::saved(const std::string& file)
+{
+    if (!file.empty())
+        file_ = file;
+    modified_ = 0;
+    if (hasCopy_)
+        autosave_.remove();
+    hasCopy_ = 0;
+}
+
+std::string AreaSession::title() const
+{
+    if (map_.empty())
+        return "pavane-view";
+    return baseNameOf(map_) + (isModified() ? "*" : "") + "  \u2013  pavane-view";
+}
+
+}  // namespace pavane

@@ -1,0 +1,128 @@
+#include "apps/view/Autosave.h"
+
+#include "tessel/paths.h"
+#include "tessel/SafeFile.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <filesystem>
+#include <system_error>
+#include <unistd.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view extension = ".areas";
+/// No process has a number from here on.
+constexpr int noProcess = 1 << 30;
+
+/// The 64-bit FNV-1a hash (Fowler, Noll and Vo) of the map's whole name, as 16 digits.
+std::string nameNumber(const std::string& map)
+{
+    std::error_code failed;
+    const fs::path whole = fs::weakly_canonical(map, failed);
+    std::uint64_t hash = 0xCBF29CE484222325u;
+    for (const char c : failed ? map : whole.string())
+        hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
+    std::string digits(16, '0');
+    for (std::size_t i = digits.size(); i-- > 0; hash >>= 4)
+        digits[i] = "0123456789abcdef"[hash & 15];
+    return digits;
+}
+
+std::string programOf(const std::string& process)
+{
+    std::error_code failed;
+    const fs::path link = fs::read_symlink("/proc/" + process + "/exe", failed);
+    std::string name = failed ? std::string() : link.filename().string();
+    constexpr std::string_view gone = " (deleted)";  // replaced while it runs
+    if (name.size() > gone.size() && name.ends_with(gone))
+        name.resize(name.size() - gone.size());
+    return name;
+}
+
+/// Whether the process that a copy is named for still looks after it. Numbers are used again: one
+/// of another program does not.
+int isLookedAfter(int process)
+{
+    if (kill(process, 0) != 0 && errno == ESRCH)
+        return 0;
+    const std::string program = programOf(std::to_string(process));
+    return program.empty() || program == programOf("self");
+}
+
+std::int64_t secondsOf(fs::file_time_type time)
+{
+    using std::chrono::seconds;
+    const auto system = std::chrono::file_clock::to_sys(time);
+    return std::chrono::duration_cast<seconds>(system.time_since_epoch()).count();
+}
+
+}  // namespace
+
+Autosave::Autosave(const std::string& folder, const std::string& map)
+    : folder_(folder), start_("autosave-" + nameNumber(map) + '-'),
+      file_(folder + start_ + std::to_string(getpid()) + std::string(extension))
+{
+}
+
+int Autosave::write(const StoreFunction& store)
+{
+    if (file_.empty())
+        return 0;
+    std::error_code ignored;
+    fs::create_directories(folder_, ignored);
+    SafeFile out;
+    return out.open(file_) && store(out.file()) && out.commit();
+}
+
+void Autosave::remove()
+{
+    std::error_code ignored;
+    if (!file_.empty())
+        fs::remove(file_, ignored);
+}
+
+void Autosave::setAside() const
+{
+    std::error_code failed;
+    for (int number = noProcess; IsFileExists(file_); ++number) {
+        const std::string other = start_ + std::to_string(number) + std::string(extension);
+        if (!IsFileExists(folder_ + other)) {
+            fs::rename(file_, folder_ + other, failed);
+            return;
+        }
+    }
+}
+
+std::vector<LeftoverAreas> Autosave::leftovers() const
+{
+    setAside();
+    std::vector<LeftoverAreas> found;
+    std::error_code failed;
+    for (fs::directory_iterator i(folder_, failed), end; !failed && i != end; i.increment(failed)) {
+        const std::string name = i->path().filename().string();
+        if (!name.starts_with(start_) || !name.ends_with(extension))
+            continue;
+        const std::size_t digits = name.size() - start_.size() - extension.size();
+        int process = 0;
+        std::error_code unknown;
+        const fs::file_time_type time = fs::last_write_time(i->path(), unknown);
+        if (stoval(std::string_view(name).substr(start_.size(), digits), process) && process > 0 &&
+            !unknown && fs::is_regular_file(i->path(), unknown) && !isLookedAfter(process))
+            found.push_back({i->path().string(), secondsOf(time)});
+    }
+    std::sort(found.begin(), found.end(),
+              [](const LeftoverAreas& a, const LeftoverAreas& b) { return a.time > b.time; });
+    return found;
+}
+
+}  // namespace pavane

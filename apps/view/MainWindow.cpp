@@ -1,0 +1,267 @@
+#include "apps/view/MainWindow.h"
+
+#include "apps/view/main_menu.h"
+#include "apps/view/view_dialogs.h"
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/images/palettes.h"
+#include "pavane/maps/AAxisColorOP.h"
+#include "pavane/maps/ALevelsColorGraph.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/windows/window_placement.h"
+#include "platform/message.h"
+#include "platform/profile.h"
+#include "tessel/paths.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr const char* section = "pavane-view";
+constexpr CRect firstPlace(80, 60, 1180, 900);
+constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104;
+constexpr int listWidth = 110;
+constexpr int tableWidth = 260;
+constexpr unsigned copyTimer = 1;
+/// Pixels that the pointer may tremble in a click without moving an area.
+constexpr int clickTremble = 3;
+
+}  // namespace
+
+MainWindow::MainWindow() : view_(*this), session_(folderOf(GetProfileFile())), recent_(section) {}
+
+MainWindow::~MainWindow() { DestroyWindow(); }
+
+int MainWindow::Create(const ViewOptions& options)
+{
+    options_ = options;
+    shownLevels_ = options.levels.none ? LevelChoice() : options.levels;
+    recent_.load();
+    return CWnd::Create(GetWndClassName(), "pavane-view", WS_OVERLAPPEDWINDOW, firstPlace, nullptr,
+                        0);
+}
+
+int MainWindow::OnCreate(CREATESTRUCT& cs)
+{
+    if (ATrackToolBarOwnerWnd::OnCreate(cs) < 0 || !makeBar())
+        return -1;
+    if (!view_.Create(view_.GetWndClassName(), CString(), WS_CHILD | WS_VISIBLE | WS_TABSTOP,
+                      CRect(), this, idView) ||
+        !table_.Create(table_.GetWndClassName(), CString(), WS_CHILD | WS_TABSTOP, CRect(), this,
+                       idTable) ||
+        !status_.Create(this, idStatus))
+        return -1;
+    table_.SetAxisWnd(&view_);
+    view_.GetTrackers()->SetDeadZone(clickTremble);
+    view_.SetToolBar(&bar_);
+    view_.SetComboBox(&list_);
+    SetAxisWnd(&view_);
+    setMenu();
+    created_ = 1;
+    CRect client;
+    GetClientRect(client);
+    layOut(client.Width(), client.Height());
+    updateTitle();
+    return 0;
+}
+
+int MainWindow::makeBar()
+{
+    if (!bar_.Create(WS_CHILD | WS_VISIBLE, CRect(), this, idBar) || !bar_.SetupButtons(0) ||
+        !list_.Create(WS_CHILD | WS_VISIBLE | WS_TABSTOP | CBS_DROPDOWNLIST, CRect(), &bar_,
+                      ID_CHANGE_AREA))
+        return 0;
+    bar_.AddButton({});
+    bar_.AddControl(&list_, listWidth);
+    bar_.SetOwnerWnd(this, 0);
+    return 1;
+}
+
+void MainWindow::Show()
+{
+    LoadWndPos(this, section);
+    ShowWindow(SW_SHOW);
+    view_.SetFocus();
+}
+
+void MainWindow::OnSize(unsigned type, int cx, int cy)
+{
+    ATrackToolBarOwnerWnd::OnSize(type, cx, cy);
+    if (created_)
+        layOut(cx, cy);
+}
+
+void MainWindow::layOut(int cx, int cy)
+{
+    const int foot = std::max(0, cy - StatusLine::height());
+    const int head = std::min(foot, bar_.GetBarHeight(cx));
+    bar_.MoveWindow(CRect(0, 0, cx, head));
+    const int right = showTable_ ? std::max(0, cx - tableWidth) : cx;
+    view_.MoveWindow(CRect(0, head, right, foot));
+    table_.MoveWindow(CRect(right, head, cx, foot));
+    status_.MoveWindow(CRect(0, foot, cx, cy));
+}
+
+void MainWindow::OnSetFocus(CWnd*) { view_.SetFocus(); }
+
+void MainWindow::setMenu()
+{
+    CMenu menu;
+    menu.LoadMenu(mainMenu);
+    const auto popupOf = [&menu](unsigned id) -> CMenu* {
+        for (auto& top : menu.lines())
+            for (auto& line : top.popup->lines())
+                if (line.popup && !line.popup->lines().empty() &&
+                    line.popup->lines().front().id == id)
+                    return line.popup.get();
+        return nullptr;
+    };
+    if (CMenu* const recent = popupOf(idNoRecent); recent && !recent_.files().empty()) {
+        recent->DeleteAll();
+        int number = 0;
+        for (const std::string& file : recent_.files()) {
+            ++number;
+            recent->AppendMenu(recentFileLabel(number, file),
+                               idRecent + static_cast<unsigned>(number) - 1);
+        }
+    }
+    if (palettes_.empty()) {
+        const AObjArray<CString> names = PaletteNames();
+        for (int i = 0; i < names.count(); ++i)
+            palettes_.push_back(names(i));
+    }
+    if (CMenu* const palettes = popupOf(idPalette); palettes && !palettes_.empty()) {
+        palettes->DeleteAll();
+        for (std::size_t i = 0; i < palettes_.size(); ++i)
+            palettes->AppendMenu(palettes_[i], idPalette + static_cast<unsigned>(i));
+    }
+    SetMenu(menu);
+}
+
+AreaPlace MainWindow::place() const
+{
+    AreaPlace place = map_ ? map_->place() : AreaPlace();
+    place.skyRegions = skyRegions_;
+    return place;
+}
+
+int MainWindow::OpenMap(const std::string& file, int plane)
+{
+    if (!MayLeaveAreas())
+        return 0;
+    auto opened = std::make_unique<MapDocument>();
+    std::string error;
+    {
+        JobBox job(this, "Reading " + baseNameOf(file));
+        if (!opened->open(file, plane, options_, error,
+                          [&](double fraction) { return job.show(fraction); })) {
+            if (!error.empty())
+                AfxMessageBox(error, MB_ICONERROR);
+            return 0;
+        }
+    }
+    auto* const areas = new ATrackerArrayInAxis;
+    areas->SetDeadZone(clickTremble);
+    session_.begin(file);
+    agreedLosses_.clear();
+    view_.SetTrackers(areas, 1);
+    view_.SetAxis(&opened->axis(), 0);
+    view_.SetMap(&opened->graph());
+    view_.SetColorBar(&opened->bar(), 0);
+    view_.SetSquareCells(!options_.freeAspect);
+    bar_.SetOwnerWnd(this, 1);
+    map_.swap(opened);  // the old one goes when nothing shows it any more
+    status_.Reset();
+    table_.SetUnits(map_->format().offsetUnit(), map_->format().offsetUnit());
+    table_.Refresh();
+    recent_.add(file);
+    setMenu();
+    updateTitle();
+    offerLeftovers();
+    return 1;
+}
+
+int MainWindow::MayLeaveAreas()
+{
+    if (!isModified())
+        return 1;
+    const int answer = AfxMessageBox("The areas on " + baseNameOf(session_.map()) +
+                                         " are not saved. Save them now?",
+                                     MB_YESNOCANCEL | MB_ICONQUESTION);
+    return answer == IDNO || (answer == IDYES && saveAreasCommand());
+}
+
+int MainWindow::isModified() { return map_ && (areas().IsModified() || areas().workingTracker()); }
+
+void MainWindow::OnClose()
+{
+    if (!MayLeaveAreas())
+        return;
+    SaveWndPos(this, section);
+    session_.end();
+    DestroyWindow();
+}
+
+void MainWindow::OnDestroy()
+{
+    // without OnClose before it the session ends in disorder: leave a copy to come back to
+    writeCopy();
+    created_ = 0;
+    PostQuitMessage(0);
+}
+
+void MainWindow::OnTimer(unsigned id)
+{
+    if (id != copyTimer) {
+        ATrackToolBarOwnerWnd::OnTimer(id);
+        return;
+    }
+    KillTimer(copyTimer);
+    writeCopy();
+}
+
+std::int64_t MainWindow::now()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+void MainWindow::mapStatus(const AxisStatus& status)
+{
+    if (map_)
+        status_.SetTexts(map_->format().texts(status, map_->sky()));
+}
+
+void MainWindow::mapAreasChanged()
+{
+    if (!map_ || !created_)
+        return;
+    if (showTable_)
+        table_.Refresh();
+    const std::int64_t wait = session_.changed(areas().IsModified(), now());
+    updateTitle();
+    if (wait > 0)
+        SetTimer(copyTimer, static_cast<unsigned>(wait));
+    else
+        writeCopy();
+}
+
+void MainWindow::writeCopy()
+{
+    if (!map_)
+        return;
+    if (session_.writeCopy([this](AFile& file) { return storeAreas(areas(), file); }, now()) ||
+        copyFailed_)
+        return;
+    copyFailed_ = 1;  // said once; the next change tries again
+    status_.SetMessage("The copy of the unsaved areas cannot be written: " +
+                       session_.autosave().file());
+}
+
+void MainWindow::updateTitle() { SetWindowText(session_.title()); }
+
+}  // namespace pavane

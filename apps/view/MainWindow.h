@@ -1,0 +1,122 @@
+#pragma once
+
+#include "apps/view/AreaSession.h"
+#include "apps/view/MapDocument.h"
+#include "apps/view/MapWindow.h"
+#include "apps/view/options.h"
+#include "apps/view/recent_files.h"
+#include "apps/view/StatusLine.h"
+#include "pavane/axes/AAreaTableWnd.h"
+#include "pavane/trackers/ATrackerToolBar.h"
+#include "pavane/trackers/ATrackToolBarOwnerWnd.h"
+#include "platform/CMenu.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// The window of pavane-view: menu, toolbar, list of areas, the map and a status line. Nothing that
+/// took work is lost without a question.
+class MainWindow : public ATrackToolBarOwnerWnd, private MapWindowOwner
+{
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    /// Makes the window without showing it. `options` are those of the command line. Non-zero on
+    /// success.
+    int Create(const ViewOptions& options);
+    /// Brings it to where it was last time, as far as that can be reached, and shows it.
+    void Show();
+
+    /// Opens a map in place of the shown one, after asking about unsaved areas; offers the areas of
+    /// a session that ended without saving. Non-zero when the map is shown.
+    int OpenMap(const std::string& file, int plane);
+    /// Reads an area file and shows it in place of the areas when the user agrees.
+    int OpenAreas(const std::string& file);
+    /// 0 when the user wants to stay with the unsaved areas.
+    int MayLeaveAreas();
+
+    const char* GetWndClassName() override { return "PavaneView"; }
+    MapWindow& view() { return view_; }
+    const AreaSession& session() const { return session_; }
+    const StatusLine& statusLine() const { return status_; }
+
+protected:
+    int OnCreate(CREATESTRUCT& cs) override;
+    void OnSize(unsigned type, int cx, int cy) override;
+    void OnClose() override;
+    void OnDestroy() override;
+    void OnTimer(unsigned id) override;
+    void OnSetFocus(CWnd* old) override;
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+    void OnInitMenuPopup(CMenu& popup) override;
+
+private:
+    // MapWindowOwner
+    void mapStatus(const AxisStatus& status) override;
+    void mapAreasChanged() override;
+
+    int makeBar();
+    void layOut(int cx, int cy);
+    void setMenu();
+    void updateTitle();
+    ATrackerArrayInAxis& areas() { return *view_.GetTrackers(); }
+    AreaPlace place() const;
+    int isModified();
+
+    // File
+    int runFileCommand(unsigned id);
+    void openMapCommand();
+    void openRecent(std::size_t i);
+    void openAreasCommand();
+    int saveAreasCommand();
+    int saveAreasAs();
+    int saveAreasTo(const std::string& file);
+    void saveMask();
+    void savePicture();
+    int askName(CString& name, const CString& filter, const CString& title, int open,
+                const CString& ending);
+    /// Takes over what was read; `file` may be saved to from now on unless it was not read whole.
+    void replaceAreas(const ARPTrackerArray& read, const std::string& file, int whole);
+    void offerLeftovers();
+    int agreesToReplace(const std::string& file, const AreaNotes& notes);
+
+    // Edit and view
+    int runViewCommand(unsigned id);
+    void deleteCommand();
+    void setPalette(std::size_t i);
+    void contentChanged();
+    void toggleContours();
+    void changeLevels();
+    void toggleTable();
+    void about();
+
+    // Copies of unsaved areas
+    void writeCopy();
+    static std::int64_t now();
+
+    ViewOptions options_;
+    LevelChoice shownLevels_;  ///< kept while contours are off
+    CString levelText_;        ///< as the user gave them
+    std::unique_ptr<MapDocument> map_;
+    // The map window goes first: it asks the others while it lives.
+    ATrackerToolBar bar_;
+    CComboBox list_;
+    StatusLine status_;
+    AAreaTableWnd table_;
+    MapWindow view_;
+    AreaSession session_;
+    RecentFiles recent_;
+    std::vector<CString> palettes_;
+    std::vector<std::string> agreedLosses_;
+    int skyRegions_ = 0;
+    int copyFailed_ = 0;
+    int showTable_ = 0;
+    int created_ = 0;
+};
+
+}  // namespace pavane

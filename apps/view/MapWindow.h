@@ -1,0 +1,43 @@
+#pragma once
+
+#include "pavane/axes/AAxisWnd.h"
+
+namespace pavane
+{
+
+/// What the map window tells the main window.
+class MapWindowOwner
+{
+public:
+    virtual ~MapWindowOwner() = default;
+    virtual void mapStatus(const AxisStatus& status) = 0;
+    virtual void mapAreasChanged() = 0;
+};
+
+/// The map with its areas, in the main window.
+class MapWindow : public AAxisWnd
+{
+public:
+    explicit MapWindow(MapWindowOwner& owner) : owner_(owner) {}
+    /// The areas were replaced behind the window's back.
+    void FollowAreas()
+    {
+        areasChanged();
+        Invalidate();
+    }
+    void OnStatus(const AxisStatus& status) override
+    {
+        AAxisWnd::OnStatus(status);
+        owner_.mapStatus(status);
+    }
+    void OnAreasChanged() override
+    {
+        AAxisWnd::OnAreasChanged();
+        owner_.mapAreasChanged();
+    }
+
+private:
+    MapWindowOwner& owner_;
+};
+
+}  // namespace pavane

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "apps/view/status_text.h"
+#include "pavane/windows/ABWindow.h"
+#include "platform/gdi_objects.h"
+
+namespace pavane
+{
+
+/// The line at the foot of the main window: one pane for each text, as wide as the longest text
+/// that it had, so that nothing jumps about; or a message in place of them for a while.
+class StatusLine : public ABWindow
+{
+public:
+    StatusLine();
+    int Create(CWnd* parent, unsigned id);
+    /// Height that the line wants.
+    static int height();
+
+    void SetTexts(const StatusTexts& texts);
+    const StatusTexts& GetTexts() const { return texts_; }
+    /// Empties the panes and forgets how wide their texts were.
+    void Reset();
+    /// Shows a message until the next texts come.
+    void SetMessage(const CString& message);
+
+    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
+    const char* GetWndClassName() override { return "PavaneStatusLine"; }
+
+protected:
+    unsigned OnGetDlgCode() override { return 0; }
+
+private:
+    CRect paneRect(int pane, const CRect& client) const;
+    int widen(const StatusTexts& texts);
+
+    CFont font_;
+    StatusTexts texts_;
+    std::array<int, statusPanes> widths_{};
+    CString message_;
+};
+
+}  // namespace pavane

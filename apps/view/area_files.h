@@ -1,0 +1,53 @@
+#pragma once
+
+#include "pavane/axes/TMinMax.h"
+#include "tessel/SkyCoordinates.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+class AFile;
+class ARPTrackerArray;
+
+/// The map that areas lie on.
+struct AreaPlace {
+    TMinMax range;  ///< values at the centres of its first and last cells (RP)
+    int rows = 0;
+    int columns = 0;
+    const SkyCoordinates* sky = nullptr;  ///< null, or not set, when the map is not on the sky
+    int skyRegions = 0;                   ///< region files are written in positions on the sky
+};
+
+/// What a file could not give or cannot take, line by line.
+struct AreaNotes {
+    int promised = 0;  ///< areas in the file
+    int read = 0;      ///< of these
+    std::vector<std::string> lines;
+};
+
+/// Non-zero for names that stand for polygons of whole cells: *.cma.
+int isCellFile(const std::string& file);
+
+/// Reads an area file of any kind into an empty collection: .cma, .reg and .crtf by the ending of
+/// the name, the collection's own form for .areas, and any other name by its content. Non-zero when
+/// it is an area file, even if not all of it could be read; else 0 and one line in `error` that
+/// names the file.
+int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
+              AreaNotes& notes, std::string& error);
+
+/// Writes the collection's own form; 0 when not all of it was written.
+int storeAreas(const ARPTrackerArray& areas, AFile& file);
+
+/// What would be lost by saving the areas under this name.
+AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
+                         const ARPTrackerArray& areas);
+
+/// Saves in the form of the name's ending: .cma, .reg, .crtf, else the collection's own. Whole or
+/// not at all; non-zero on success, else 0 and one line in `error` that names the file.
+int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerArray& areas,
+              std::string& error);
+
+}  // namespace pavane

@@ -1,0 +1,303 @@
+// The File menu: maps, areas, masks and pictures.
+#include "apps/view/main_menu.h"
+#include "apps/view/MainWindow.h"
+#include "apps/view/picture_file.h"
+#include "apps/view/view_dialogs.h"
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/trackers/MemoryFile.h"
+#include "platform/file_dialog.h"
+#include "platform/message.h"
+#include "tessel/fits_map.h"
+#include "tessel/paths.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr const char* mapFilter =
+    "FITS maps (*.fits *.fit *.fts *.FITS)|*.fits *.fit *.fts *.FITS|All files (*)|*|";
+constexpr const char* openAreaFilter =
+    "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|All files (*)|*|";
+constexpr const char* saveAreaFilter =
+    "Areas, nothing lost (*.areas)|*.areas|Polygons of cells (*.cma)|*.cma|"
+    "DS9 regions (*.reg)|*.reg|CASA regions (*.crtf)|*.crtf|";
+constexpr const char* maskFilter = "FITS masks (*.fits)|*.fits|";
+constexpr const char* pictureFilter =
+    "Pictures (*.png)|*.png|Pages (*.pdf)|*.pdf|Vector pictures (*.svg)|*.svg|";
+/// Pixels of a PNG for each of the window, to be sharp on paper.
+constexpr int pictureFineness = 2;
+constexpr int leastPicture = 64;
+
+std::string countText(int count, const char* what)
+{
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
+/// The map's name with another ending, beside the map.
+std::string besideMap(const std::string& map, const std::string& ending)
+{
+    const std::string old = extensionOf(map);
+    return (old.empty() ? map + '.' : map.substr(0, map.size() - old.size())) + ending;
+}
+
+/// "12 minutes ago" and the like.
+std::string ageText(std::int64_t time)
+{
+    using namespace std::chrono;
+    const auto now = duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+    const std::int64_t minutes = std::max<std::int64_t>(0, now - time) / 60;
+    const auto text = [](std::int64_t n, const char* what) {
+        return std::to_string(n) + ' ' + what + (n == 1 ? " ago" : "s ago");
+    };
+    return minutes < 1             ? "less than a minute ago"
+           : minutes < 2 * 60      ? text(minutes, "minute")
+           : minutes < 2 * 24 * 60 ? text(minutes / 60, "hour")
+                                   : text(minutes / (24 * 60), "day");
+}
+
+}  // namespace
+
+int MainWindow::runFileCommand(unsigned id)
+{
+    if (id >= idRecent && id < idRecent + RecentFiles::most) {
+        openRecent(id - idRecent);
+        return 1;
+    }
+    switch (id) {
+    case idOpenMap:
+        openMapCommand();
+        return 1;
+    case idExit:
+        PostMessage(WM_CLOSE);
+        return 1;
+    }
+    if (!map_)
+        return 0;
+    switch (id) {
+    case idOpenAreas:
+        openAreasCommand();
+        return 1;
+    case idSaveAreas:
+        (void)saveAreasCommand();
+        return 1;
+    case idSaveAreasAs:
+        (void)saveAreasAs();
+        return 1;
+    case idSkyRegions:
+        skyRegions_ = !skyRegions_;
+        return 1;
+    case idSaveMask:
+        saveMask();
+        return 1;
+    case idSavePicture:
+        savePicture();
+        return 1;
+    }
+    return 0;
+}
+
+int MainWindow::askName(CString& name, const CString& filter, const CString& title, int open,
+                        const CString& ending)
+{
+    const unsigned flags = open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT;
+    return fnFileDialog1(name, filter, title, open, ending, flags, this) && !name.empty();
+}
+
+void MainWindow::openMapCommand()
+{
+    CString name = map_ ? folderOf(map_->file()) : CString();
+    if (askName(name, mapFilter, "Open map", 1, "fits"))
+        (void)OpenMap(name, -1);
+}
+
+void MainWindow::openRecent(std::size_t i)
+{
+    if (i >= recent_.files().size())
+        return;
+    const std::string file = recent_.files()[i];
+    if (IsFileExists(file)) {
+        (void)OpenMap(file, -1);
+        return;
+    }
+    recent_.remove(file);
+    setMenu();
+    AfxMessageBox(file + ": the map is not there any more", MB_ICONERROR);
+}
+
+void MainWindow::openAreasCommand()
+{
+    CString name = folderOf(session_.file().empty() ? map_->file() : session_.file());
+    if (askName(name, openAreaFilter, "Open areas", 1, "areas"))
+        (void)OpenAreas(name);
+}
+
+int MainWindow::agreesToReplace(const std::string& file, const AreaNotes& notes)
+{
+    const int shown = areas().count();
+    const std::string replace =
+        shown ? "Replace the " + countText(shown, "area") +
+                    (isModified() ? " shown, which are not saved?" : " shown?")
+              : "Show them?";
+    if (!notes.lines.empty()) {
+        const std::string heading = std::to_string(notes.read) + " of " +
+                                    countText(notes.promised, "area") + " could be read from " +
+                                    baseNameOf(file) + ".";
+        return askAboutLines(this, "Open areas", heading, notes.lines, replace,
+                             shown ? "Replace" : "Show") == IDOK;
+    }
+    return !isModified() || AfxMessageBox(replace, MB_YESNO | MB_ICONQUESTION) == IDYES;
+}
+
+int MainWindow::OpenAreas(const std::string& file)
+{
+    ARPTrackerArray read;
+    AreaNotes notes;
+    std::string error;
+    if (!openAreas(file, place(), read, notes, error)) {
+        AfxMessageBox(error, MB_ICONERROR);
+        return 0;
+    }
+    if (!agreesToReplace(file, notes))
+        return 0;
+    replaceAreas(read, file, notes.lines.empty());
+    return 1;
+}
+
+void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& file, int whole)
+{
+    MemoryFile bytes;
+    if (!storeAreas(read, bytes) || !bytes.seek(0) || !areas().Load(bytes)) {
+        AfxMessageBox("There is not enough memory for the areas", MB_ICONERROR);
+        return;
+    }
+    agreedLosses_.clear();
+    if (whole)
+        areas().SetSaved();
+    session_.forgetFile();  // Save must not write over what could not be read
+    if (whole)
+        session_.saved(file);
+    areas().FillAreasCB(&view_);
+    view_.FollowAreas();
+}
+
+void MainWindow::offerLeftovers()
+{
+    for (const LeftoverAreas& left : session_.autosave().leftovers()) {
+        ARPTrackerArray read;
+        AreaNotes notes;
+        std::string error;
+        if (!openAreas(left.file, place(), read, notes, error) || !read.count())
+            continue;
+        const int answer =
+            AfxMessageBox("The last session with this map ended without saving. Its " +
+                              countText(read.count(), "area") + ", changed " + ageText(left.time) +
+                              ", can be brought back.\n\nBring them back? (No deletes them.)",
+                          MB_YESNOCANCEL | MB_ICONQUESTION);
+        if (answer == IDCANCEL)
+            return;  // asked again next time
+        if (answer == IDYES) {
+            replaceAreas(read, std::string(), 0);
+            areas().history().markUnsaved();
+            mapAreasChanged();
+            if (!session_.hasCopy())
+                return;  // the old copy stays the only one
+        }
+        (void)std::remove(left.file.c_str());
+        if (answer == IDYES)
+            return;
+    }
+}
+
+int MainWindow::saveAreasCommand()
+{
+    return session_.file().empty() ? saveAreasAs() : saveAreasTo(session_.file());
+}
+
+int MainWindow::saveAreasAs()
+{
+    CString name =
+        session_.file().empty() ? besideMap(map_->file(), "areas") : CString(session_.file());
+    return askName(name, saveAreaFilter, "Save areas", 0, "areas") && saveAreasTo(name);
+}
+
+int MainWindow::saveAreasTo(const std::string& file)
+{
+    if (areas().workingTracker() && !areas().CloseArea(&view_)) {
+        AfxMessageBox("The polygon that is being drawn has too few corners to be saved.\n"
+                      "Set more of them, or press Escape to drop it.",
+                      MB_ICONERROR);
+        return 0;
+    }
+    const AreaNotes losses = lossesOfSaving(file, place(), areas());
+    if (!losses.lines.empty() && losses.lines != agreedLosses_ &&
+        askAboutLines(this, "Save areas", baseNameOf(file) + " cannot hold everything:",
+                      losses.lines, "Save all the same?", "Save") != IDOK)
+        return 0;
+    std::string error;
+    if (!saveAreas(file, place(), areas(), error)) {
+        AfxMessageBox(error, MB_ICONERROR);
+        return 0;
+    }
+    agreedLosses_ = losses.lines;
+    areas().SetSaved();
+    session_.saved(file);
+    updateTitle();
+    status_.SetMessage("Saved " + countText(areas().count(), "area") + " in " + file);
+    return 1;
+}
+
+void MainWindow::saveMask()
+{
+    CString name = folderOf(map_->file()) + "mask.fits";
+    if (!askName(name, maskFilter, "Save mask", 0, "fits"))
+        return;
+    const AreaPlace on = place();
+    ABitMatrix mask(on.rows, on.columns);
+    std::string error = "there is no memory for a mask";
+    if (mask.rows())
+        areas().FillMatrix(mask, on.columns, on.rows, on.range);
+    if (!mask.rows() || !writeFitsMask(name, mask, map_->inputs().map.header, error)) {
+        AfxMessageBox(name + ": " + error, MB_ICONERROR);
+        return;
+    }
+    status_.SetMessage("Saved a mask of " + std::to_string(mask.count()) + " cells in " + name +
+                       (areas().count() ? "" : ": without an area it is the whole map"));
+}
+
+void MainWindow::savePicture()
+{
+    CString name = besideMap(map_->file(), "png");
+    PictureFormat format = PictureFormat::png;
+    if (!askName(name, pictureFilter, "Save picture", 0, "png"))
+        return;
+    if (!pictureFormatOf(name, format)) {
+        AfxMessageBox(name + ": pictures end in .png, .pdf or .svg", MB_ICONERROR);
+        return;
+    }
+    CRect client;
+    view_.GetClientRect(client);
+    const std::vector<AreaOutline> outlines =
+        view_.GetAreasInPicture() ? outlinesOf(areas()) : std::vector<AreaOutline>();
+    FigureView shown;
+    const TMinMax range = map_->axis().getMinMax();
+    if (view_.IsRangeZoomed())
+        shown.range = &range;
+    shown.areas = &outlines;
+    std::string error;
+    if (!writePicture(name, format, std::max(client.Width(), leastPicture),
+                      std::max(client.Height(), leastPicture), pictureFineness, options_,
+                      map_->inputs(), shown, error)) {
+        AfxMessageBox(error, MB_ICONERROR);
+        return;
+    }
+    status_.SetMessage("Saved a picture in " + name);
+}
+
+}  // namespace pavane

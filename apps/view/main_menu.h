@@ -1,0 +1,108 @@
+#pragma once
+
+#include "pavane/resources/resource_ids.h"
+#include "platform/menu_template.h"
+
+#include <iterator>
+
+namespace pavane
+{
+
+/// Commands of the main window's menu beside those of the axis window.
+enum ViewCommand : unsigned {
+    idOpenMap = 40001,
+    idOpenAreas,
+    idSaveAreas,
+    idSaveAreasAs,
+    idSkyRegions,
+    idSaveMask,
+    idSavePicture,
+    idNoRecent,
+    idExit,
+    idDelete = 40101,  ///< the vertex with the focus, or else the areas
+    idValues,
+    idScale = 40201,  ///< one for each ViewScale, in its order
+    idContours = 40211,
+    idContourLevels,
+    idAreasInPictures,
+    idZoomIn,
+    idKeys = 40301,
+    idAbout,
+    idRecent = 40401,  ///< one for each recent file
+    idPalette = 40501  ///< one for each palette
+};
+
+inline constexpr MenuItem menuLine = {};
+
+inline constexpr MenuItem recentItems[] = {{"(none yet)", idNoRecent, nullptr, 0}};
+/// Filled with the names of the palettes that are found.
+inline constexpr MenuItem paletteItems[] = {{"defpal", idPalette, nullptr, 0}};
+
+inline constexpr MenuItem scaleItems[] = {
+    {"&Linear", idScale, nullptr, 0},
+    {"&Square root", idScale + 1, nullptr, 0},
+    {"Lo&garithmic", idScale + 2, nullptr, 0},
+    {"&Equalised", idScale + 3, nullptr, 0},
+};
+
+inline constexpr MenuItem fileItems[] = {
+    {"&Open map...\tCtrl+O", idOpenMap, nullptr, 0},
+    {"&Recent maps", 0, recentItems, std::size(recentItems)},
+    menuLine,
+    {"Open &areas...\tCtrl+Shift+O", idOpenAreas, nullptr, 0},
+    {"&Save areas\tCtrl+S", idSaveAreas, nullptr, 0},
+    {"Save areas &as...\tCtrl+Shift+S", idSaveAreasAs, nullptr, 0},
+    {"Region files in sk&y coordinates", idSkyRegions, nullptr, 0},
+    menuLine,
+    {"Save &mask...\tCtrl+M", idSaveMask, nullptr, 0},
+    {"Save &picture...\tCtrl+P", idSavePicture, nullptr, 0},
+    menuLine,
+    {"E&xit\tCtrl+Q", idExit, nullptr, 0},
+};
+
+inline constexpr MenuItem editItems[] = {
+    {"&Undo\tCtrl+Z", ID_TRACK_UNDO, nullptr, 0},
+    {"&Redo\tCtrl+Shift+Z", ID_TRACK_REDO, nullptr, 0},
+    menuLine,
+    {"&Copy areas\tCtrl+D", ID_TRACK_COPY, nullptr, 0},
+    {"&Delete areas\tDel", idDelete, nullptr, 0},
+    {"Select &all\tCtrl+A", ID_SELECT_ALL, nullptr, 0},
+    {"C&lear all areas", ID_CLEAR_AREAS, nullptr, 0},
+    menuLine,
+    {"&Insert vertex\tIns", ID_VERTEX_INSERT, nullptr, 0},
+    {"Delete &vertex", ID_VERTEX_DELETE, nullptr, 0},
+    {"Area va&lues\tF4", idValues, nullptr, 0},
+    menuLine,
+    {"Copy &picture\tCtrl+C", ID_COPY_TO_CLIPBOARD, nullptr, 0},
+};
+
+inline constexpr MenuItem viewItems[] = {
+    {"&Palette", 0, paletteItems, std::size(paletteItems)},
+    {"&Scale", 0, scaleItems, std::size(scaleItems)},
+    {"&Contours", idContours, nullptr, 0},
+    {"Contour &levels...", idContourLevels, nullptr, 0},
+    menuLine,
+    {"Cells of the &mask\tM", ID_SHOW_CELLS, nullptr, 0},
+    {"&Areas in pictures", idAreasInPictures, nullptr, 0},
+    menuLine,
+    {"Zoom &in\tCtrl++", idZoomIn, nullptr, 0},
+    {"Zoom &back\tCtrl+-", ID_ZOOM_MINUS, nullptr, 0},
+    {"&Whole map\tCtrl+0", ID_WHOLE_MAP, nullptr, 0},
+};
+
+inline constexpr MenuItem helpItems[] = {
+    {"&Keys and mouse\tF1", idKeys, nullptr, 0},
+    {"&About", idAbout, nullptr, 0},
+};
+
+inline constexpr MenuItem mainItems[] = {
+    {"&File", 0, fileItems, std::size(fileItems)},
+    {"&Edit", 0, editItems, std::size(editItems)},
+    {"&View", 0, viewItems, std::size(viewItems)},
+    {"&Help", 0, helpItems, std::size(helpItems)},
+};
+
+inline constexpr unsigned mainMenuId = 40000;
+inline constexpr MenuTemplate mainMenu = {mainMenuId, mainItems, std::size(mainItems)};
+
+}  // namespace pavane

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "apps/view/inputs.h"
+#include "apps/view/options.h"
+#include "pavane/maps/map_scale.h"
+
+namespace pavane
+{
+
+class A2DAxis;
+class ALevelsColorGraph;
+class AMatrixAccess;
+
+/// The scale of the library that an option stands for.
+MapScaleKind scaleKind(ViewScale scale);
+
+/// Centres of the first and last cells (RP).
+TMinMax centresOf(const MapFrame& frame);
+
+/// The levels asked for, as values of the map.
+ContourLevels levelsOf(const LevelChoice& choice, const ViewInputs& inputs);
+
+/// Colour map and contours with everything that the options say about them, in an axis with the
+/// titles of the map, which owns them. `unit` is the size of a pixel in units of the contexts that
+/// will be drawn into.
+ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int unit,
+                               const ViewOptions& options, const ViewInputs& inputs);
+
+}  // namespace pavane

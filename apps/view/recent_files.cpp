@@ -1,0 +1,103 @@
+#include "apps/view/recent_files.h"
+
+#include "platform/profile.h"
+#include "tessel/paths.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Longer texts are no names of files on any system here.
+constexpr std::size_t longestName = 4096;
+/// Bytes of a folder that a menu shows; of a longer one the end.
+constexpr std::size_t shownFolder = 40;
+
+std::string entryOf(int i) { return "Recent" + std::to_string(i + 1); }
+
+int isUsable(const std::string& file)
+{
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < ' '; };
+    return file.size() > 1 && file.size() <= longestName && file.front() == '/' &&
+           file.back() != '/' && std::none_of(file.begin(), file.end(), isControl);
+}
+
+std::string absoluteName(const std::string& file)
+{
+    std::error_code failed;
+    const auto whole = std::filesystem::absolute(file, failed);
+    return failed ? file : whole.lexically_normal().string();
+}
+
+/// The last bytes of a text, from the start of a character on.
+std::string ending(const std::string& text, std::size_t bytes)
+{
+    if (text.size() <= bytes)
+        return text;
+    std::size_t from = text.size() - bytes;
+    while (from < text.size() && (static_cast<unsigned char>(text[from]) & 0xC0) == 0x80)
+        ++from;
+    return "…" + text.substr(from);
+}
+
+/// In a menu a single '&' marks a letter.
+std::string plain(const std::string& text)
+{
+    std::string doubled;
+    for (const char c : text)
+        doubled += c == '&' ? std::string("&&") : std::string(1, c);
+    return doubled;
+}
+
+}  // namespace
+
+void RecentFiles::load()
+{
+    files_.clear();
+    for (int i = 0; i < most; ++i) {
+        const std::string file = GetProfileString(section_, entryOf(i));
+        if (isUsable(file) && std::find(files_.begin(), files_.end(), file) == files_.end())
+            files_.push_back(file);
+    }
+}
+
+void RecentFiles::store() const
+{
+    for (int i = 0; i < most; ++i) {
+        const auto known = static_cast<std::size_t>(i) < files_.size();
+        const std::string text = known ? files_[static_cast<std::size_t>(i)] : std::string();
+        if (GetProfileString(section_, entryOf(i)) != text)
+            (void)WriteProfileString(section_, entryOf(i), text);
+    }
+}
+
+void RecentFiles::add(const std::string& file)
+{
+    const std::string name = absoluteName(file);
+    if (!isUsable(name))
+        return;
+    std::erase(files_, name);
+    files_.insert(files_.begin(), name);
+    files_.resize(std::min<std::size_t>(files_.size(), most));
+    store();
+}
+
+void RecentFiles::remove(const std::string& file)
+{
+    if (std::erase(files_, absoluteName(file)))
+        store();
+}
+
+std::string recentFileLabel(int number, const std::string& file)
+{
+    const std::string folder = folderOf(file);
+    return "&" + std::to_string(number) + "  " + plain(baseNameOf(file)) + "   (" +
+           plain(ending(folder.substr(0, folder.size() - (folder.size() > 1)), shownFolder)) + ")";
+}
+
+}  // namespace pavane

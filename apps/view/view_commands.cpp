@@ -1,0 +1,181 @@
+// The Edit, View and Help menus, and how the lines of all menus look.
+#include "apps/view/main_menu.h"
+#include "apps/view/MainWindow.h"
+#include "apps/view/view_dialogs.h"
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/images/palettes.h"
+#include "pavane/maps/ALevelsColorGraph.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "platform/message.h"
+#include "tessel/paths.h"
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double zoomFactor = 2;
+
+int isMapCommand(unsigned id)
+{
+    return (id >= ID_TRACK_ARROW && id <= ID_VERTEX_TABLE) || id == ID_COPY_TO_CLIPBOARD;
+}
+
+/// Whether a command makes sense; without a map, only opening one and help.
+int isOffered(unsigned id, int hasMap)
+{
+    if (id == idNoRecent)
+        return 0;
+    return hasMap || id == 0 || id == idOpenMap || id == idExit || id >= idKeys;
+}
+
+}  // namespace
+
+int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
+{
+    if (code != 0)
+        return ATrackToolBarOwnerWnd::OnCommand(id, code, control);
+    // a key of the menu, while the pointer drags an area
+    if (CWnd::GetCapture())
+        return 1;
+    if (id == ID_COPY_TO_CLIPBOARD)
+        return view_.RunCommand(id);
+    return runFileCommand(id) || runViewCommand(id) ||
+           ATrackToolBarOwnerWnd::OnCommand(id, code, control) || view_.RunCommand(id);
+}
+
+int MainWindow::runViewCommand(unsigned id)
+{
+    if (id >= idPalette && id < idPalette + palettes_.size()) {
+        setPalette(id - idPalette);
+        return 1;
+    }
+    if (id >= idScale && id <= idScale + static_cast<unsigned>(ViewScale::equalised)) {
+        options_.scale = static_cast<ViewScale>(id - idScale);
+        contentChanged();
+        return 1;
+    }
+    switch (id) {
+    case idKeys:
+        showKeys(this);
+        return 1;
+    case idAbout:
+        about();
+        return 1;
+    case idContours:
+        toggleContours();
+        return 1;
+    case idContourLevels:
+        changeLevels();
+        return 1;
+    case idAreasInPictures:
+        view_.SetAreasInPicture(!view_.GetAreasInPicture());
+        return 1;
+    case idDelete:
+        deleteCommand();
+        return 1;
+    case idValues:
+        toggleTable();
+        return 1;
+    case idZoomIn:
+        if (map_)
+            view_.ZoomAbout(map_->axis().getGraphRect().CenterPoint(), zoomFactor);
+        return 1;
+    }
+    return 0;
+}
+
+void MainWindow::deleteCommand()
+{
+    const int vertex = areas().focusHandle() >= 0;
+    (void)view_.RunCommand(vertex ? ID_VERTEX_DELETE : ID_TRACK_DELETE);
+}
+
+void MainWindow::toggleTable()
+{
+    showTable_ = !showTable_;
+    CRect client;
+    GetClientRect(client);
+    layOut(client.Width(), client.Height());
+    table_.ShowWindow(showTable_ ? SW_SHOW : SW_HIDE);
+    if (showTable_)
+        table_.Refresh();
+    (showTable_ ? static_cast<CWnd&>(table_) : view_).SetFocus();
+}
+
+void MainWindow::setPalette(std::size_t i)
+{
+    if (!LoadPalette(palettes_[i])) {
+        AfxMessageBox(palettes_[i] + ": the palette cannot be read", MB_ICONERROR);
+        return;
+    }
+    contentChanged();
+}
+
+void MainWindow::contentChanged()
+{
+    if (!map_)
+        return;
+    map_->show(options_);
+    view_.ContentChanged();
+}
+
+void MainWindow::toggleContours()
+{
+    LevelChoice none;
+    none.none = 1;
+    options_.levels = options_.levels.none ? shownLevels_ : none;
+    contentChanged();
+}
+
+void MainWindow::changeLevels()
+{
+    if (!askLevels(this, levelText_))
+        return;
+    std::string ignored;
+    (void)parseLevels(levelText_, options_.levels, ignored);
+    if (!options_.levels.none)
+        shownLevels_ = options_.levels;
+    contentChanged();
+}
+
+void MainWindow::about()
+{
+    AfxMessageBox("pavane-view marks areas on maps of radio interferometers and writes the masks "
+                  "of them.\n\nA program of the pavane library, under the MIT licence.",
+                  MB_ICONINFORMATION);
+}
+
+void MainWindow::OnInitMenuPopup(CMenu& popup)
+{
+    view_.amMenuParse(&popup);  // knows its own commands only
+    const CString palette = baseNameOf(GetGlobalPaletteName());
+    const int onSky = map_ && map_->sky().isSet();
+    for (CMenu::Line& line : popup.lines()) {
+        if (isMapCommand(line.id)) {
+            line.enabled = line.enabled && map_;
+            continue;
+        }
+        line.enabled = isOffered(line.id, map_ != nullptr);
+        if (line.id >= idPalette)
+            line.checked = palette == palettes_[line.id - idPalette] + ".pal";
+        else if (line.id >= idScale && line.id < idContours)
+            line.checked = options_.scale == static_cast<ViewScale>(line.id - idScale);
+        else if (line.id == idContours)
+            line.checked = !options_.levels.none;
+        else if (line.id == idAreasInPictures)
+            line.checked = view_.GetAreasInPicture();
+        else if (line.id == idSkyRegions) {
+            line.enabled = onSky;
+            line.checked = onSky && skyRegions_;
+        } else if (line.id == idDelete) {
+            line.enabled = view_.IsCommandEnabled(ID_TRACK_DELETE);
+            line.text =
+                map_ && areas().focusHandle() >= 0 ? "&Delete vertex\tDel" : "&Delete areas\tDel";
+        } else if (line.id == idValues)
+            line.checked = showTable_;
+    }
+}
+
+}  // namespace pavane

@@ -1,0 +1,189 @@
+// Area files as pavane-view opens and saves them, and the texts of its status line.
+#include "apps/view/area_files.h"
+#include "apps/view/status_text.h"
+#include "pavane/trackers/area_file.h"
+#include "pavane/trackers/ARPAreaTracker.h"
+#include "pavane/trackers/ARPEllipseTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
+#include "pavane/trackers/ARPTrackerArray.h"
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+constexpr int rows = 40, columns = 60;
+
+/// A map whose x falls with the column, 0.5 a cell, its cell (row 10, column 20) at (0, 0).
+AreaPlace somewhere()
+{
+    AreaPlace place;
+    place.range.xMin = 10;
+    place.range.xMax = 10 - 0.5 * (columns - 1);
+    place.range.yMin = -5;
+    place.range.yMax = -5 + 0.5 * (rows - 1);
+    place.rows = rows;
+    place.columns = columns;
+    return place;
+}
+
+void addFour(ARPTrackerArray& areas)
+{
+    auto* const rect = new ARPRectTracker;
+    rect->SetRect({8, 3, 4, -2});
+    auto* const turned = new ARPRotateRectTracker;
+    turned->SetRect({2, 1, -4, 5});
+    turned->SetAngle(0.4);
+    auto* const ellipse = new ARPEllipseTracker;
+    ellipse->SetRect({-8, 2, -15, 9});
+    ellipse->SetAngle(-0.7);
+    auto* const polygon = new ARPAreaTracker;
+    for (const APoint<double> point : {APoint<double>{5, 8}, {-2.2, 13.9}, {9.4, 12}, {7, 10.1}})
+        polygon->points().Add(point);
+    polygon->SetStyle(polygon->GetStyle() | trackerReady);
+    for (ABTracker* tracker : {static_cast<ABTracker*>(rect), static_cast<ABTracker*>(turned),
+                               static_cast<ABTracker*>(ellipse), static_cast<ABTracker*>(polygon)})
+        areas.Add(tracker);
+}
+
+ABitMatrix maskOf(ARPTrackerArray& areas)
+{
+    ABitMatrix mask(rows, columns);
+    areas.FillMatrix(mask, columns, rows, somewhere().range);
+    return mask;
+}
+
+int differing(const ABitMatrix& a, const ABitMatrix& b)
+{
+    int count = 0;
+    for (int r = 0; r < rows; ++r)
+        for (int c = 0; c < columns; ++c)
+            count += a.get(r, c) != b.get(r, c);
+    return count;
+}
+
+std::string fileOf(const std::string& name) { return testing::TempDir() + "areas-" + name; }
+
+std::string contents(const std::string& file)
+{
+    std::ifstream in(file, std::ios::binary);
+    std::ostringstream all;
+    all << in.rdbuf();
+    return all.str();
+}
+
+}  // namespace
+
+TEST(AreaFiles, EveryFormatBringsBackTheSameMask)
+{
+    ARPTrackerArray areas;
+    addFour(areas);
+    const ABitMatrix wanted = maskOf(areas);
+    ASSERT_GT(wanted.count(), 300);
+    const struct {
+        const char* name;
+        int loses;
+        int other;  ///< a shape that runs the other way round takes other cells along its edges
+    } cases[] = {
+        {"a.areas", 0, 0}, {"a.cma", 1, 0}, {"a.reg", 0, 30}, {"A.CRTF", 0, 30}, {"plain", 0, 0}};
+    for (const auto& c : cases) {
+        const std::string file = fileOf(c.name);
+        std::string error;
+        EXPECT_EQ(!lossesOfSaving(file, somewhere(), areas).lines.empty(), c.loses) << c.name;
+        ASSERT_TRUE(saveAreas(file, somewhere(), areas, error)) << error;
+        // other names are told by what is in the file
+        fs::copy_file(file, fileOf("odd.name"), fs::copy_options::overwrite_existing);
+        for (const std::string& from : {file, fileOf("odd.name")}) {
+            ARPTrackerArray read;
+            AreaNotes notes;
+            ASSERT_TRUE(openAreas(from, somewhere(), read, notes, error)) << c.name << error;
+            EXPECT_EQ(notes.read, 4) << c.name;
+            EXPECT_EQ(notes.promised, 4) << c.name;
+            EXPECT_TRUE(notes.lines.empty()) << c.name << notes.lines.front();
+            EXPECT_LE(differing(maskOf(read), wanted), c.other) << c.name;
+        }
+    }
+}
+
+TEST(AreaFiles, DamagedFilesGiveWhatIsWholeAndNamesTheRest)
+{
+    ARPTrackerArray areas;
+    addFour(areas);
+    std::string error;
+    const std::string whole = fileOf("whole.areas");
+    ASSERT_TRUE(saveAreas(whole, somewhere(), areas, error)) << error;
+    const std::string bytes = contents(whole);
+    const std::string damaged = fileOf("damaged.areas");
+    for (std::size_t size = 0; size < bytes.size(); size += 7) {
+        std::ofstream(damaged, std::ios::binary) << bytes.substr(0, size);
+        ARPTrackerArray read;
+        AreaNotes notes;
+        if (openAreas(damaged, somewhere(), read, notes, error)) {
+            EXPECT_FALSE(notes.lines.empty()) << size;
+            EXPECT_TRUE(notes.read < 4 && notes.read == read.count()) << size;
+        } else {
+            EXPECT_NE(error.find("damaged.areas"), std::string::npos) << error;
+            EXPECT_EQ(read.count(), 0);
+        }
+    }
+    std::string odd = bytes;
+    odd.replace(odd.find("ARPEllipseTracker"), 4, "Star");
+    std::ofstream(damaged, std::ios::binary) << odd;
+    ARPTrackerArray read;
+    AreaNotes notes;
+    ASSERT_TRUE(openAreas(damaged, somewhere(), read, notes, error)) << error;
+    EXPECT_EQ(notes.read, 2);
+    EXPECT_FALSE(notes.lines.empty());
+
+    for (const char* name : {"no.areas", "no.cma", "no.reg", "no.crtf", "no"}) {
+        ARPTrackerArray none;
+        EXPECT_FALSE(openAreas(fileOf(name), somewhere(), none, notes, error)) << name;
+        EXPECT_NE(error.find(name), std::string::npos) << error;
+    }
+    EXPECT_FALSE(saveAreas("/nowhere/a.areas", somewhere(), areas, error));
+    EXPECT_NE(error.find("/nowhere/a.areas"), std::string::npos);
+}
+
+TEST(StatusText, HasDigitsForATenthOfACellAndPrefixes)
+{
+    MapHeader header;
+    header.axes = {{512, "RA---SIN", "deg", 187.7059308, 256, -2e-9, 0},
+                   {512, "DEC--SIN", "deg", -0.5, 257, 2e-9, 0}};
+    header.hasCelestialAxes = 1;
+    header.equinox = 2000;
+    std::copy_n(&std::array<double, 4>{-2e-9, 0, 0, 2e-9}[0], 4, &header.cd[0][0]);
+    header.bunit = "JY/BEAM";
+    const MapFrame frame = frameOf(header, 512, 512);
+    const StatusFormat format(header, frame, 512, 512);
+    SkyCoordinates sky;
+    std::string error;
+    ASSERT_TRUE(sky.init(header, error)) << error;
+    AxisStatus status;
+    EXPECT_EQ(format.texts(status, sky), StatusTexts());
+    status.inPlot = status.inMap = status.hasAreas = 1;
+    status.row = 256;
+    status.column = 255;
+    status.value = 0.0123456f;
+    status.cells = 1234567;
+    status.sum = -2;
+    const StatusTexts texts = format.texts(status, sky);
+    EXPECT_EQ(texts[statusValue], "12.35 mJy/beam");
+    EXPECT_EQ(texts[statusOffset], "0.0000, 0.0000 mas");
+    EXPECT_EQ(texts[statusSky], "12:30:49.42339200  -00:30:00.0000000");
+    EXPECT_EQ(texts[statusCell], "row 256, column 255");
+    EXPECT_EQ(texts[statusMask], "1\u202f234\u202f567 cells,  -2 JY/BEAM*cell");
+    status.value = std::nanf("");
+    EXPECT_EQ(format.texts(status, SkyCoordinates())[statusValue], "blank");
+    EXPECT_EQ(format.texts(status, SkyCoordinates())[statusSky], "");
+}
+
+}  // namespace pavane

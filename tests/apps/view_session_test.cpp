@@ -1,0 +1,128 @@
+// What pavane-view keeps about the work of a user: recent maps, unsaved areas and their copy.
+#include "apps/view/AreaSession.h"
+#include "apps/view/recent_files.h"
+#include "platform/profile.h"
+#include "tessel/paths.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+std::string emptyFolder(const char* name)
+{
+    const fs::path folder = fs::path(testing::TempDir()) / name;
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+    return folder.string() + '/';
+}
+
+int storeText(AFile& file) { return file.write("areas", 5); }
+int storeNothing(AFile&) { return 0; }
+
+}  // namespace
+
+TEST(RecentFiles, ForgetsGarbageKeepsEightAndPutsTheLatestFirst)
+{
+    SetProfileFile(emptyFolder("recent") + "p.ini");
+    const char* const garbage[] = {
+        "", "/", "relative.fits", "/folder/", "/a\x01z", "/maps/a.fits", "/maps/a.fits", "%s%n"};
+    for (int i = 0; i < 8; ++i)
+        WriteProfileString("view", "Recent" + std::to_string(i + 1), garbage[i]);
+    RecentFiles recent("view");
+    recent.load();
+    ASSERT_EQ(recent.files(), std::vector<std::string>{"/maps/a.fits"});
+
+    for (const char name : std::string("bcdefghib"))
+        recent.add(std::string("/maps/./") + name);
+    recent.remove("/maps/g");
+    RecentFiles again("view");
+    again.load();
+    EXPECT_EQ(again.files(), recent.files());
+    EXPECT_EQ(again.files(), (std::vector<std::string>{"/maps/b", "/maps/i", "/maps/h", "/maps/f",
+                                                       "/maps/e", "/maps/d", "/maps/c"}));
+    EXPECT_EQ(recentFileLabel(2, "/data/R&D/m&m.fits"), "&2  m&&m.fits   (/data/R&&D)");
+    SetProfileFile("");
+}
+
+TEST(AreaSession, KeepsACopyWhileAreasAreUnsaved)
+{
+    const std::string folder = emptyFolder("session") + "deeper/";
+    AreaSession session(folder);
+    session.begin("/maps/a.fits");
+    EXPECT_EQ(session.changed(1, 1000), 0);  // at once after a pause
+    ASSERT_TRUE(session.writeCopy(storeText, 1000));
+    const std::string copy = session.autosave().file();
+    EXPECT_TRUE(IsFileExists(copy));
+    EXPECT_EQ(session.title(), "a.fits*  \u2013  pavane-view");
+    EXPECT_EQ(session.changed(1, 1050), 150);
+
+    EXPECT_FALSE(session.writeCopy(storeNothing, 1200));  // a full disk: the old copy stays
+    EXPECT_TRUE(IsFileExists(copy));
+    session.changed(0, 1300);  // undone to the start: nothing is left to lose
+    EXPECT_FALSE(session.isModified());
+    ASSERT_TRUE(session.writeCopy(storeText, 1400));
+    EXPECT_FALSE(IsFileExists(copy));
+
+    session.changed(1, 2000);
+    session.writeCopy(storeText, 2000);
+    session.saved("/maps/a.areas");
+    EXPECT_FALSE(IsFileExists(copy) || session.isModified());
+    EXPECT_EQ(session.file(), "/maps/a.areas");
+
+    session.changed(1, 3000);
+    session.writeCopy(storeText, 3000);
+    session.begin("/maps/b.fits");
+    EXPECT_FALSE(IsFileExists(copy));
+    EXPECT_EQ(session.file(), "");
+}
+
+TEST(Autosave, OffersOnlyCopiesOfTheSameMapWhoseProcessIsGone)
+{
+    const std::string folder = emptyFolder("autosave");
+    const Autosave mine(folder, "/maps/a.fits");
+    const Autosave other(folder, "/maps/b.fits");
+    const std::string name = baseNameOf(mine.file());
+    const std::string start = folder + name.substr(0, name.rfind('-') + 1);
+    const pid_t alive = fork();
+    if (alive == 0)
+        for (;;)
+            pause();
+    const auto offered = [&](const std::string& file) {
+        std::ofstream(file) << "x";
+        const auto found = mine.leftovers();
+        for (const auto& left : fs::directory_iterator(folder))
+            fs::remove(left.path());
+        return found.size();
+    };
+    const std::string ofChild = start + std::to_string(alive) + ".areas";
+    EXPECT_EQ(0u, offered(ofChild));
+    kill(alive, SIGKILL);
+    waitpid(alive, nullptr, 0);
+    EXPECT_EQ(1u, offered(ofChild));
+    EXPECT_EQ(1u, offered(mine.file()));  // our number, but of an earlier process
+    EXPECT_EQ(1u, offered(start + std::to_string(getppid()) + ".areas"));  // not this program
+    EXPECT_EQ(0u, offered(other.file()));
+    for (const char* odd : {".areas", "x.areas", "12", "99999999999999999999.areas", "-3.areas"})
+        EXPECT_EQ(0u, offered(start + odd)) << odd;
+
+    std::ofstream(start + "1999999999.areas") << "x";
+    fs::last_write_time(start + "1999999999.areas",
+                        fs::file_time_type::clock::now() - std::chrono::hours(1));
+    std::ofstream(ofChild) << "x";
+    ASSERT_EQ(mine.leftovers().size(), 2u);
+    EXPECT_EQ(mine.leftovers().front().file, ofChild);
+}
+
+}  // namespace pavane

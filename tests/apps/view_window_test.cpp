@@ -1,0 +1,317 @@
+// The window of pavane-view without a screen: what the user could lose is asked about.
+#include "apps/view/area_files.h"
+#include "apps/view/main_menu.h"
+#include "apps/view/MainWindow.h"
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/images/palettes.h"
+#include "pavane/trackers/ARPRectTracker.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "platform/CDialog.h"
+#include "platform/file_dialog.h"
+#include "platform/message.h"
+#include "platform/profile.h"
+#include "tessel/fits_map.h"
+#include "tessel/paths.h"
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#if defined(__SANITIZE_ADDRESS__)
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+// What boxes said, and what the user answers to them.
+std::vector<std::string> said;
+int answer = IDOK;
+std::string fileAnswer;
+int dialogAnswer = IDCANCEL;
+
+int tell(const CString& text, unsigned)
+{
+    said.push_back(text);
+    return answer;
+}
+
+int chooseFile(CString& name, const CString&, int)
+{
+    name = fileAnswer;
+    return !name.empty();
+}
+
+int answerDialog(CDialog&) { return dialogAnswer; }
+
+class ViewWindow : public testing::Test
+{
+protected:
+    ViewWindow()
+    {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder_ = fs::path(testing::TempDir()) / "view-window" / info->name();
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+        SetProfileFile(path("profile/pavane-view.ini"));
+        fs::create_directories(folder_ / "profile");
+        SetMessageFunction(tell);
+        SetFileDialogAnswer(chooseFile);
+        SetDialogAnswer(answerDialog);
+        said.clear();
+        LoadBuiltInPalette();
+        writeMap("map.fits");
+    }
+    ~ViewWindow() override
+    {
+        SetMessageFunction(nullptr);
+        SetFileDialogAnswer(nullptr);
+        SetDialogAnswer(nullptr);
+        SetProfileFile("");
+    }
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    void writeMap(const std::string& name)
+    {
+        AMatrix<float> cells(48, 64);
+        for (int i = 0; i < 48 * 64; ++i)
+            cells.data()[i] = std::sin(static_cast<float>(i) * 0.01f);
+        MapHeader header;
+        header.axes = {{64, "RA---SIN", "deg", 187.7, 32, -1e-8, 0},
+                       {48, "DEC--SIN", "deg", 12.4, 24, 1e-8, 0}};
+        header.hasCelestialAxes = 1;
+        std::string error;
+        ASSERT_TRUE(writeFitsMap(path(name), cells, header, error)) << error;
+    }
+    void open(MainWindow& window)
+    {
+        ASSERT_TRUE(window.Create(ViewOptions()));
+        ASSERT_TRUE(window.OpenMap(path("map.fits"), -1));
+        window.Show();
+        window.view().UpdateWindow();
+    }
+    static ATrackerArrayInAxis& areas(MainWindow& window) { return *window.view().GetTrackers(); }
+    static void addArea(MainWindow& window, double size)
+    {
+        auto* const rect = new ARPRectTracker;
+        rect->SetRect({size * 1e-5, size * 1e-5, -size * 1e-5, -size * 1e-5});
+        areas(window).ChangeActiveTrack(&window.view(), areas(window).Add(rect));
+    }
+    std::size_t copies() const
+    {
+        std::size_t count = 0;
+        for (const auto& entry : fs::directory_iterator(folder_ / "profile"))
+            count += entry.path().extension() == ".areas";
+        return count;
+    }
+
+    fs::path folder_;
+};
+
+}  // namespace
+
+TEST_F(ViewWindow, AFailedSaveLeavesAreasUnsavedAndSaysWhy)
+{
+    MainWindow window;
+    open(window);
+    addArea(window, 20);
+    EXPECT_EQ(copies(), 1u);
+    fileAnswer = path("nowhere/a.areas");
+    window.SendMessage(WM_COMMAND, idSaveAreas);
+    ASSERT_EQ(said.size(), 1u);
+    EXPECT_NE(said[0].find("nowhere/a.areas"), std::string::npos);
+    EXPECT_TRUE(window.session().isModified());
+    EXPECT_EQ(window.GetWindowText().substr(0, 9), "map.fits*");
+
+    fileAnswer = path("a.areas");
+    window.SendMessage(WM_COMMAND, idSaveAreas);
+    EXPECT_FALSE(window.session().isModified());
+    EXPECT_EQ(copies(), 0u);
+    addArea(window, 10);
+    fileAnswer.clear();  // Save knows the name now
+    window.SendMessage(WM_COMMAND, idSaveAreas);
+    window.SendMessage(WM_COMMAND, ID_TRACK_UNDO);
+    EXPECT_EQ(areas(window).count(), 1);
+    EXPECT_TRUE(window.session().isModified());
+    window.SendMessage(WM_COMMAND, ID_TRACK_REDO);
+    EXPECT_FALSE(window.session().isModified());
+    EXPECT_EQ(said.size(), 1u);
+
+    fileAnswer = path("nowhere/m.fits");
+    window.SendMessage(WM_COMMAND, idSaveMask);
+    fileAnswer = path("nowhere/m.png");
+    window.SendMessage(WM_COMMAND, idSavePicture);
+    EXPECT_EQ(said.size(), 3u);
+    for (const char* name : {"m.png", "m.pdf", "m.svg"}) {
+        fileAnswer = path(name);
+        window.SendMessage(WM_COMMAND, idSavePicture);
+        EXPECT_TRUE(IsFileExists(fileAnswer));
+    }
+    EXPECT_EQ(said.size(), 3u);
+}
+
+TEST_F(ViewWindow, AsksBeforeUnsavedAreasAreLeft)
+{
+    writeMap("other.fits");
+    MainWindow window;
+    open(window);
+    const struct {
+        const char* name;
+        int answer;
+        const char* file;  ///< where they are saved, empty when the user cancels there
+        int leaves;
+    } cases[] = {{"no", IDNO, "", 1},
+                 {"cancel", IDCANCEL, "", 0},
+                 {"yes, then no name", IDYES, "", 0},
+                 {"yes", IDYES, "left.areas", 1}};
+    for (const auto& c : cases) {
+        areas(window).Clear(nullptr);
+        areas(window).SetSaved();
+        addArea(window, 8);
+        answer = c.answer;
+        fileAnswer = *c.file ? path(c.file) : "";
+        said.clear();
+        EXPECT_EQ(window.OpenMap(path("other.fits"), -1), c.leaves) << c.name;
+        EXPECT_EQ(said.size(), 1u) << c.name;
+        EXPECT_EQ(areas(window).count(), !c.leaves) << c.name;
+        EXPECT_EQ(*c.file != 0, IsFileExists(path("left.areas"))) << c.name;
+    }
+    // an open polygon is work too
+    window.view().UpdateWindow();
+    const CRect plot = window.view().GetAxis()->getGraphRect();
+    areas(window).BeginMode(&window.view(), toolArea);
+    for (const CPoint at : {plot.CenterPoint(), plot.TopLeft() + CPoint(9, 9)}) {
+        const LPARAM place = MAKELPARAM(at.x, at.y);
+        window.view().PostMessage(WM_LBUTTONUP, 0, place);
+        window.view().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, place);
+    }
+    ASSERT_TRUE(areas(window).workingTracker());
+    answer = IDCANCEL;
+    said.clear();
+    window.SendMessage(WM_CLOSE);
+    EXPECT_EQ(said.size(), 1u);
+    EXPECT_TRUE(window.GetSafeHwnd());
+    answer = IDNO;
+    EXPECT_TRUE(window.OpenMap(path("map.fits"), -1));
+    EXPECT_FALSE(areas(window).workingTracker());
+    window.SendMessage(WM_CLOSE);
+    EXPECT_FALSE(window.GetSafeHwnd());
+    EXPECT_EQ(copies(), 0u);
+}
+
+TEST_F(ViewWindow, ABadMapLeavesTheShownOneAndItsAreas)
+{
+    MainWindow window;
+    open(window);
+    addArea(window, 8);
+    areas(window).SetSaved();
+    std::ofstream(path("bad.fits")) << "SIMPLE  = no";
+    EXPECT_FALSE(window.OpenMap(path("bad.fits"), -1));
+    EXPECT_FALSE(window.OpenMap(path("gone.fits"), -1));
+    ASSERT_EQ(said.size(), 2u);
+    EXPECT_NE(said[0].find("bad.fits"), std::string::npos);
+    EXPECT_EQ(areas(window).count(), 1);
+    EXPECT_EQ(window.GetWindowText().substr(0, 8), "map.fits");
+}
+
+TEST_F(ViewWindow, ReplacesAreasByADamagedFileOnlyWhenTheUserAgrees)
+{
+    MainWindow window;
+    open(window);
+    for (const int size : {20, 15, 10})
+        addArea(window, size);
+    fileAnswer = path("a.areas");
+    window.SendMessage(WM_COMMAND, idSaveAreas);
+    fs::resize_file(path("a.areas"), fs::file_size(path("a.areas")) - 10);
+    areas(window).Clear(nullptr);
+    addArea(window, 5);
+
+    dialogAnswer = IDCANCEL;
+    EXPECT_FALSE(window.OpenAreas(path("a.areas")));
+    EXPECT_EQ(areas(window).count(), 1);
+    dialogAnswer = IDOK;
+    EXPECT_TRUE(window.OpenAreas(path("a.areas")));
+    EXPECT_EQ(areas(window).count(), 2);
+    EXPECT_EQ(window.session().file(), "");  // Save would lose the third
+    EXPECT_TRUE(window.session().isModified());
+    window.SendMessage(WM_COMMAND, ID_TRACK_UNDO);
+    EXPECT_EQ(areas(window).count(), 1);
+    EXPECT_TRUE(said.empty());
+}
+
+TEST_F(ViewWindow, OffersTheAreasOfAKilledSession)
+{
+    const std::string left = path("profile/left");
+    {
+        MainWindow window;
+        open(window);
+        addArea(window, 8);
+        fs::copy_file(window.session().autosave().file(), left);
+        answer = IDNO;
+        window.SendMessage(WM_CLOSE);
+    }
+    const std::string name = Autosave(path("profile/"), path("map.fits")).file();
+    for (const int choice : {IDCANCEL, IDYES, IDNO}) {
+        if (!copies())
+            fs::copy_file(left, name);
+        said.clear();
+        answer = choice;
+        MainWindow window;
+        open(window);
+        ASSERT_EQ(said.size(), 1u) << choice;
+        EXPECT_NE(said[0].find("1 area,"), std::string::npos) << said[0];
+        EXPECT_EQ(areas(window).count(), choice == IDYES);
+        EXPECT_EQ(window.session().isModified(), choice == IDYES);
+        EXPECT_EQ(copies(), choice == IDNO ? 0u : 1u);
+        answer = IDNO;
+        window.SendMessage(WM_CLOSE);
+        EXPECT_EQ(copies(), choice == IDCANCEL ? 1u : 0u);
+    }
+}
+
+TEST_F(ViewWindow, EndsInDisorderWithACopyLeft)
+{
+    {
+        MainWindow window;
+        open(window);
+        addArea(window, 8);
+        addArea(window, 9);  // within the pace: not written yet
+        window.DestroyWindow();
+    }
+    ASSERT_EQ(copies(), 1u);
+    ARPTrackerArray read;
+    AreaNotes notes;
+    std::string error;
+    const std::string file = Autosave(path("profile/"), path("map.fits")).file();
+    ASSERT_TRUE(openAreas(file, AreaPlace(), read, notes, error)) << error;
+    EXPECT_EQ(read.count(), 2);
+}
+
+TEST_F(ViewWindow, OpensAndClosesManyTimesWithoutGrowing)
+{
+    for (const char* garbage : {"", "8,1,-1", "%s%s", "8,9,9,9,9,9,99999999999,0,0,-5"})
+        WriteProfileString("pavane-view", "WindowPos", garbage);
+    std::size_t early = 0;
+    for (int i = 0; i < 200; ++i) {
+        {
+            MainWindow window;
+            open(window);
+            window.PostMessage(WM_CLOSE);
+            (void)RunMessages();
+        }
+#if defined(__SANITIZE_ADDRESS__)
+        if (i == 40)
+            early = __sanitizer_get_current_allocated_bytes();
+#endif
+    }
+#if defined(__SANITIZE_ADDRESS__)
+    EXPECT_LT(__sanitizer_get_current_allocated_bytes(), early + 100000);
+#endif
+    (void)early;
+}
+
+}  // namespace pavane

@@ -1,0 +1,374 @@
+#!/usr/bin/env python3
+"""Drives pavane-view with a real pointer and keyboard on an X server of its own.
+
+usage: window_e2e.py PAVANE_VIEW FOLDER
+
+Draws the four shapes, turns one, drags a vertex, undoes, redoes, zooms and zooms back, saves areas
+and mask, and compares the mask with the one that the saved areas give in batch. Then it kills the
+program in the middle of work and takes the areas back. Every step waits for what it causes: the
+copy of the unsaved areas, the title, a file. Without Xvfb, xdotool or openbox it says so and ends
+with 77.
+"""
+import array
+import glob
+import math
+import os
+import shutil
+import signal
+import struct
+import subprocess
+import sys
+import time
+
+NEEDED = ["Xvfb", "xdotool", "openbox", "xprop"]
+PATIENCE = 15.0
+SIZE = 256
+
+
+class Failure(Exception):
+    pass
+
+
+def wait_for(what, test):
+    """Polls until test() is true and returns its value."""
+    end = time.monotonic() + PATIENCE
+    while True:
+        value = test()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Failure("waited in vain for " + what)
+        time.sleep(0.02)
+
+
+def write_map(name):
+    """A jet that bends, in a map of SIZE x SIZE cells of 0.1 mas."""
+    cards = [("SIMPLE", "T"), ("BITPIX", -32), ("NAXIS", 2), ("NAXIS1", SIZE), ("NAXIS2", SIZE),
+             ("CTYPE1", "'RA---SIN'"), ("CRVAL1", 187.70593), ("CRPIX1", SIZE // 2),
+             ("CDELT1", -2.7778e-8), ("CTYPE2", "'DEC--SIN'"), ("CRVAL2", 12.39112),
+             ("CRPIX2", SIZE // 2 + 1), ("CDELT2", 2.7778e-8), ("BUNIT", "'JY/BEAM '"),
+             ("BMAJ", 2.0e-7), ("BMIN", 1.5e-7), ("BPA", 10.0), ("EQUINOX", 2000.0),
+             ("OBJECT", "'TEST    '")]
+    head = "".join(f"{k:<8}= {str(v):>20}".ljust(80) for k, v in cards) + "END".ljust(80)
+    cells = array.array("f")
+    for row in range(SIZE):
+        for column in range(SIZE):
+            value = 0.0
+            for step in range(6):
+                x = 128 - 14 * step
+                y = 128 + 2.5 * step * step
+                value += math.exp(-((column - x) ** 2 + (row - y) ** 2) / 50) / (1 + step)
+            cells.append(value + 1e-3 * ((row * 7 + column * 13) % 11 - 5))
+    cells.byteswap()
+    data = cells.tobytes()
+    with open(name, "wb") as out:
+        out.write(head.ljust(-(-len(head) // 2880) * 2880).encode())
+        out.write(data.ljust(-(-len(data) // 2880) * 2880, b"\0"))
+
+
+def cells_of(name):
+    """The cells of a mask file and how many are set."""
+    with open(name, "rb") as file:
+        bytes_ = file.read()
+    end = bytes_.index(b"END" + b" " * 77)
+    data = bytes_[(end // 2880 + 1) * 2880:][:4 * SIZE * SIZE]
+    cells = array.array("f", data)
+    cells.byteswap()
+    return cells, sum(1 for c in cells if c)
+
+
+def classes_of(name):
+    """Class names in a stored collection, in order."""
+    with open(name, "rb") as file:
+        bytes_ = file.read()
+    _, count = struct.unpack_from("<ii", bytes_)
+    names, at = [], 8
+    for _ in range(count):
+        text = bytes_[at:at + 32].split(b"\0")[0].decode()
+        names.append(text)
+        at += 32 + 56
+        if "RectTracker" in text and "Rotate" not in text:
+            at += 44
+        elif "Area" in text:
+            at += 4 + 16 * struct.unpack_from("<i", bytes_, at)[0]
+        else:
+            at += 56
+    return names
+
+
+class Desk:
+    """An X server with a window manager."""
+
+    def __init__(self, folder):
+        read, write = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1400x1000x24", "-nolisten", "tcp"],
+            pass_fds=[write], stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as pipe:
+            number = pipe.readline().strip()
+        if not number:
+            raise Failure("the X server does not start")
+        self.env = dict(os.environ, DISPLAY=":" + number, XDG_CONFIG_HOME=folder + "/config",
+                        HOME=folder, LC_ALL="C.UTF-8")
+        for name in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR"):
+            self.env.pop(name, None)
+        self.manager = subprocess.Popen(["openbox"], env=self.env, stderr=subprocess.DEVNULL)
+        wait_for("the window manager", lambda: b"window id" in subprocess.run(
+            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=self.env,
+            capture_output=True).stdout)
+
+    def close(self):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+    def do(self, *words):
+        done = subprocess.run(["xdotool", *map(str, words)], env=self.env, capture_output=True)
+        return done.stdout.decode().strip() if done.returncode == 0 else ""
+
+    def windows(self, pid):
+        return self.do("search", "--onlyvisible", "--pid", pid, "--name", ".").split()
+
+    def title(self, window):
+        return self.do("getwindowname", window)
+
+
+class Program:
+    """A running pavane-view and its main window."""
+
+    def __init__(self, desk, program, folder, *arguments):
+        self.desk, self.folder = desk, folder
+        self.errors = open(folder + "/stderr.txt", "a+")
+        self.process = subprocess.Popen([program, *arguments], env=desk.env, cwd=folder,
+                                        stderr=self.errors)
+        self.pid = self.process.pid
+
+    def window(self, title):
+        """Waits for a window whose title holds the text and takes the keyboard to it."""
+        def find():
+            if self.process.poll() is not None:
+                self.errors.seek(0)
+                raise Failure("the program ended: " + self.errors.read()[-2000:])
+            for window in self.desk.windows(self.pid):
+                if title in self.desk.title(window):
+                    return window
+            return ""
+        window = wait_for(f"a window titled '{title}'", find)
+        wait_for("the keyboard in " + title, lambda: self.desk.do(
+            "windowactivate", "--sync", window, "getactivewindow") and
+            self.desk.do("getactivewindow") == window)
+        return window
+
+    def gone(self, window):
+        wait_for("a box to close", lambda: window not in self.desk.windows(self.pid))
+
+    def main(self):
+        return self.window("map.fits")
+
+    def place(self):
+        """Left, top, width and height of the main window's contents."""
+        lines = self.desk.do("getwindowgeometry", "--shell", self.main()).split("\n")
+        values = dict(line.split("=") for line in lines if "=" in line)
+        return [int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT")]
+
+    def at(self, x, y):
+        """Screen place of a fraction of the window, from its left and top."""
+        left, top, width, height = self.place()
+        return round(left + x * width), round(top + y * height)
+
+    def key(self, *keys):
+        self.desk.do("key", *keys)
+
+    def click(self, x, y, times=1):
+        self.desk.do("mousemove", *self.at(x, y))
+        self.desk.do("click", "--repeat", times, "--delay", 30, 1)
+
+    def drag(self, start, end, held=None):
+        x0, y0 = self.at(*start)
+        x1, y1 = self.at(*end)
+        if held:
+            self.desk.do("keydown", held)
+        self.desk.do("mousemove", x0, y0, "mousedown", 1)
+        for i in range(1, 9):
+            self.desk.do("mousemove", x0 + (x1 - x0) * i // 8, y0 + (y1 - y0) * i // 8)
+        self.desk.do("mouseup", 1)
+        if held:
+            self.desk.do("keyup", held)
+
+    # What the program has done, read from the copy of the unsaved areas.
+    def copy(self):
+        names = glob.glob(self.folder + f"/config/pavane-view/autosave-*-{self.pid}.areas")
+        if not names:
+            return b""
+        with open(names[0], "rb") as file:
+            return file.read()
+
+    def areas(self):
+        names = glob.glob(self.folder + f"/config/pavane-view/autosave-*-{self.pid}.areas")
+        return classes_of(names[0]) if names else []
+
+    def await_areas(self, wanted):
+        wait_for("areas " + " ".join(wanted), lambda: self.areas() == wanted)
+
+    def await_change(self, before, what):
+        wait_for(what, lambda: self.copy() and self.copy() != before)
+        return self.copy()
+
+    def save_as(self, key, box, name):
+        self.main()
+        self.key(key)
+        window = self.window(box)
+        self.key("ctrl+a")
+        self.desk.do("type", "--delay", 5, self.folder + "/" + name)
+        self.key("Return")
+        self.gone(window)
+        wait_for(name, lambda: os.path.exists(self.folder + "/" + name))
+
+    def end(self):
+        self.process.wait(PATIENCE)
+        if self.process.returncode:
+            self.errors.seek(0)
+            raise Failure(f"exit status {self.process.returncode}: {self.errors.read()[-2000:]}")
+
+
+def without_names(names):
+    return [n.replace("ARP", "A").replace("TrackerInAxis", "Tracker") for n in names]
+
+
+def draw_four(view):
+    view.key("2")
+    view.drag((0.30, 0.30), (0.42, 0.42))
+    wait_for("a rectangle", lambda: len(view.areas()) == 1)
+    view.key("3")
+    view.drag((0.50, 0.28), (0.66, 0.38))
+    wait_for("a turned rectangle", lambda: len(view.areas()) == 2)
+    view.key("4")
+    view.drag((0.28, 0.55), (0.42, 0.70))
+    wait_for("an ellipse", lambda: len(view.areas()) == 3)
+    view.key("5")
+    for x, y in ((0.50, 0.55), (0.66, 0.52), (0.68, 0.66)):
+        view.click(x, y)
+    view.desk.do("mousemove", *view.at(0.52, 0.72))
+    view.desk.do("click", "--repeat", 2, "--delay", 40, 1)
+    wait_for("a polygon", lambda: len(view.areas()) == 4)
+    shapes = without_names(view.areas())
+    if shapes != ["ARectTracker", "ARotateRectTracker", "AEllipseTracker", "AAreaTracker"]:
+        raise Failure("the areas are " + " ".join(shapes))
+
+
+def change_and_undo(view):
+    # a vertex of the polygon, which is current
+    view.key("1")
+    before = view.copy()
+    view.drag((0.66, 0.52), (0.70, 0.47))
+    moved = view.await_change(before, "a moved vertex")
+    # the corner of the turned rectangle, with Shift: it turns
+    view.click(0.58, 0.33, times=2)
+    picked = view.copy()
+    view.drag((0.66, 0.38), (0.63, 0.42), held="shift")
+    turned = view.await_change(picked, "a turned rectangle")
+    view.key("ctrl+z")
+    wait_for("undo", lambda: view.copy() not in (turned, b""))
+    view.key("ctrl+shift+z")
+    wait_for("redo", lambda: view.copy() == turned)
+    if moved == turned:
+        raise Failure("turning changed nothing")
+
+
+def zoom_and_back(view, desk):
+    """Zooming changes no area; a rectangle drawn while zoomed is smaller on the map."""
+    desk.do("mousemove", *view.at(0.45, 0.5))
+    desk.do("keydown", "ctrl")
+    desk.do("click", "--repeat", 3, "--delay", 10, 4)
+    desk.do("keyup", "ctrl")
+    view.key("2")
+    before = view.copy()
+    view.drag((0.44, 0.44), (0.47, 0.47))
+    view.await_change(before, "a rectangle on the zoomed map")
+    view.key("ctrl+minus")
+
+
+def compare_masks(program, folder, desk):
+    for areas in ("saved.areas", "saved.reg"):
+        subprocess.run([program, "map.fits", "--batch", "--areas", areas, "--mask", "again.fits"],
+                       cwd=folder, env=desk.env, check=True)
+        drawn, count = cells_of(folder + "/mask.fits")
+        computed, _ = cells_of(folder + "/again.fits")
+        if count < 500 or drawn != computed:
+            different = sum(1 for a, b in zip(drawn, computed) if a != b)
+            raise Failure(f"{areas}: {different} cells differ from the {count} of the window")
+
+
+def session_of_work(desk, program, folder):
+    view = Program(desk, program, folder, "map.fits")
+    view.main()
+    draw_four(view)
+    change_and_undo(view)
+    zoom_and_back(view, desk)
+    if "*" not in desk.title(view.main()):
+        raise Failure("the title does not say that areas are unsaved")
+    view.save_as("ctrl+m", "Save mask", "mask.fits")
+    view.save_as("ctrl+shift+s", "Save areas", "saved.areas")
+    wait_for("a title without a star", lambda: "*" not in desk.title(view.main()))
+    if view.copy():
+        raise Failure("the copy is still there after saving")
+    view.save_as("ctrl+shift+s", "Save areas", "saved.reg")
+    compare_masks(program, folder, desk)
+    view.main()
+    view.key("ctrl+q")
+    view.end()
+
+
+def crash_and_come_back(desk, program, folder):
+    view = Program(desk, program, folder, "map.fits")
+    view.main()
+    view.key("2")
+    view.drag((0.30, 0.30), (0.42, 0.42))
+    wait_for("a rectangle", lambda: len(view.areas()) == 1)
+    lost = view.copy()
+    view.process.send_signal(signal.SIGKILL)
+    view.process.wait()
+
+    view = Program(desk, program, folder, "map.fits")
+    question = view.window("pavane-view")
+    view.key("alt+y")
+    view.gone(question)
+    wait_for("the areas of the killed session", lambda: view.copy()[8:] == lost[8:])
+    copies = glob.glob(folder + "/config/pavane-view/autosave-*")
+    if len(copies) != 1:
+        raise Failure(f"{len(copies)} copies are left")
+    view.main()
+    view.key("ctrl+q")
+    wait_for("the question about unsaved areas", lambda: len(desk.windows(view.pid)) > 1)
+    view.key("alt+n")
+    view.end()
+    if glob.glob(folder + "/config/pavane-view/autosave-*"):
+        raise Failure("a copy is left after a clean end")
+
+
+def main():
+    missing = [tool for tool in NEEDED if not shutil.which(tool)]
+    if missing:
+        print("skipped: there is no " + ", ".join(missing))
+        return 77
+    program, folder = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
+    shutil.rmtree(folder, ignore_errors=True)
+    os.makedirs(folder)
+    write_map(folder + "/map.fits")
+    desk = Desk(folder)
+    try:
+        session_of_work(desk, program, folder)
+        crash_and_come_back(desk, program, folder)
+    except Failure as failure:
+        print("failed:", failure)
+        subprocess.run(["import", "-window", "root", folder + "/failed.png"], env=desk.env)
+        return 1
+    finally:
+        desk.close()
+    print("passed")
+    return 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
