@@ -9,6 +9,14 @@
 namespace pavane
 {
 
+namespace
+{
+
+/// A small ellipse of fewer points looks like a triangle.
+constexpr int fewestShown = 24;
+
+}  // namespace
+
 AEllipseTracker* AEllipseTracker::Duplicate() const
 {
     return new (std::nothrow) AEllipseTracker(*this);
@@ -25,6 +33,11 @@ void AEllipseTracker::GetAreaPoints(AArray<CPoint>& points) const
 }
 
 int AEllipseTracker::firstHandle() const { return 4; }
+
+void AEllipseTracker::shownOutline(AArray<CPoint>& points) const
+{
+    ellipseOutline(points, rect_, angle_, fewestShown);
+}
 
 APoint<double> AEllipseTracker::halfExtent() const
 {

@@ -19,6 +19,7 @@ public:
 
 protected:
     int firstHandle() const override;
+    void shownOutline(AArray<CPoint>& points) const override;
     APoint<double> halfExtent() const override;
 };
 

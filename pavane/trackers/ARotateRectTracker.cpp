@@ -158,7 +158,7 @@ void ARotateRectTracker::DrawShape(CDC& dc)
 void ARotateRectTracker::DrawActive(CDC* dc)
 {
     AArray<CPoint> points;
-    GetAreaPoints(points);
+    shownOutline(points);
     CPoint handles[turnedHandleCount];
     turnedHandles(rect_, angle_, handles);
     drawTurnedShape(*dc, points.lpArray(), points.count(), handles, firstHandle(),
@@ -168,7 +168,7 @@ void ARotateRectTracker::DrawActive(CDC* dc)
 void ARotateRectTracker::DrawNotActive(CDC* dc)
 {
     AArray<CPoint> points;
-    GetAreaPoints(points);
+    shownOutline(points);
     drawTrackerOutline(*dc, points.lpArray(), points.count(), true, false);
 }
 
@@ -179,7 +179,7 @@ ShapeTrace ARotateRectTracker::trace() const
     CPoint handles[turnedHandleCount];
     turnedHandles(rect_, angle_, handles);
     AArray<CPoint> points;
-    GetAreaPoints(points);
+    shownOutline(points);
     ShapeTrace trace;
     trace.points.assign(points.lpArray(), points.lpArray() + points.count());
     trace.stem = {centreOf(rect_), handles[turningHandle]};

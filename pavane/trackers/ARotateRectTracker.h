@@ -63,6 +63,8 @@ public:
 protected:
     /// The first handle that is shown, 0 or 4.
     virtual int firstHandle() const;
+    /// The outline as it is drawn: no coarser than the eye wants it.
+    virtual void shownOutline(AArray<CPoint>& points) const { GetAreaPoints(points); }
     /// Half the extent of the turned outline in x and y.
     virtual APoint<double> halfExtent() const;
 

@@ -56,8 +56,10 @@ void strokeActive(CDC& dc, const std::vector<CPoint>& line)
 {
     CPen under(PS_SOLID, activeWidth, dark);
     CPen over(PS_SOLID, 1, light);
+    const int smooth = dc.SetSmooth(1);
     stroke(dc, under, line);
     stroke(dc, over, line);
+    dc.SetSmooth(smooth);
 }
 
 void strokeInactive(CDC& dc, std::vector<CPoint>& line)
@@ -108,6 +110,22 @@ void circle(CDC& dc, const CRect& box, COLORREF color)
     dc.SelectObject(old);
 }
 
+/// Draws the outline around the handles, so that these show the ground in their middle.
+void outlineWithHandles(CDC& dc, const CPoint* points, int n, bool closed, bool active,
+                        const std::vector<CRect>& squares)
+{
+    constexpr std::size_t mostHoles = 64;  // beyond it a clip region costs more than it shows
+    const int saved = squares.empty() || squares.size() > mostHoles ? 0 : dc.SaveDC();
+    if (saved)
+        for (const CRect& square : squares)
+            dc.ExcludeClipRect(square);
+    drawTrackerOutline(dc, points, n, closed, active);
+    if (saved)
+        dc.RestoreDC(saved);
+    for (const CRect& square : squares)
+        hollowHandle(dc, square);
+}
+
 }  // namespace
 
 int showsIn(const CDC& dc, const CRect& rect)
@@ -136,38 +154,41 @@ void drawRectShape(CDC& dc, const CRect& rect, int handle, int size, bool active
                               {rect.right, rect.top},
                               {rect.right, rect.bottom},
                               {rect.left, rect.bottom}};
-    drawTrackerOutline(dc, corners, 4, true, active);
-    if (!active)
-        return;
-    const int mask = handleMask(rect, size);
+    std::vector<CRect> squares;
+    const int mask = active ? handleMask(rect, size) : 0;
     for (int code = 0; code < hitMiddle; ++code)
         if (mask >> code & 1)
-            hollowHandle(dc, handleRect(rect, code, handle, size));
+            squares.push_back(handleRect(rect, code, handle, size));
+    outlineWithHandles(dc, corners, 4, true, active, squares);
 }
 
 void drawTurnedShape(CDC& dc, const CPoint* points, int n,
                      const CPoint (&handles)[turnedHandleCount], int firstHandle, int size)
 {
-    drawTrackerOutline(dc, points, n, true, true);
-    const CPoint centre(middleOf(handles[5].x, handles[7].x), middleOf(handles[5].y, handles[7].y));
-    const CPoint stem[] = {centre, handles[turningHandle]};
-    drawTrackerOutline(dc, stem, 2, false, false);
+    std::vector<CRect> squares;
     for (int i = firstHandle; i < turningHandle; ++i)
-        hollowHandle(dc, squareAbout(handles[i], size));
+        squares.push_back(squareAbout(handles[i], size));
+    outlineWithHandles(dc, points, n, true, true, squares);
+    const CPoint centre(middleOf(handles[5].x, handles[7].x), middleOf(handles[5].y, handles[7].y));
     const CRect knob = squareAbout(handles[turningHandle], size + 2);
+    const CPoint stem[] = {centre, handles[turningHandle]};
+    const int saved = dc.SaveDC();
+    dc.ExcludeClipRect(knob);
+    drawTrackerOutline(dc, stem, 2, false, true);
+    dc.RestoreDC(saved);
     circle(dc, knob, dark);
     circle(dc, grown(knob, -1), light);
 }
 
 void drawAreaShape(CDC& dc, const CPoint* points, int n, int size, bool active, bool ready)
 {
-    drawTrackerOutline(dc, points, n, ready, active || !ready);
-    if (n < 1 || (!active && ready))
-        return;
-    for (int i = 0; i < n; ++i)
-        hollowHandle(dc, squareAbout(points[i], size));
-    if (!ready)
-        filledHandle(dc, squareAbout(points[n - 1], size));
+    std::vector<CRect> squares;
+    if (active || !ready)
+        for (int i = 0; i < n; ++i)
+            squares.push_back(squareAbout(points[i], size));
+    outlineWithHandles(dc, points, n, ready, active || !ready, squares);
+    if (!ready && n > 0)
+        filledHandle(dc, squares.back());
 }
 
 }  // namespace pavane

@@ -48,8 +48,9 @@ PAVANE_API double pointerAngle(CPoint pointer, CPoint centre);
 PAVANE_API void widenToLeast(CRect& rect, CSize least);
 
 /// The outline of the ellipse inscribed in the turned rectangle, as many points as its larger
-/// semi-axis has pixels (at most 65 536), the first at the end of the x semi-axis. None for a box
-/// below 2 pixels.
-PAVANE_API void ellipseOutline(AArray<CPoint>& points, const CRect& rect, double angle);
+/// semi-axis has pixels (at most 65 536), but `fewest` at least; the first is at the end of the x
+/// semi-axis. None for a box below 2 pixels.
+PAVANE_API void ellipseOutline(AArray<CPoint>& points, const CRect& rect, double angle,
+                               int fewest = 0);
 
 }  // namespace pavane
