@@ -1,5 +1,6 @@
 #include "platform/core/WindowSurface.h"
 
+#include "platform/core/region_union.h"
 #include "platform/gdi_constants.h"
 
 #include <algorithm>
@@ -43,6 +44,7 @@ int WindowSurface::resize(int width, int height, int ratio)
     width_ = width;
     height_ = height;
     ratio_ = ratio;
+    newlyInvalid_.clear();
     invalid_ = Region(CRect(0, 0, width, height));
     return 1;
 }
@@ -52,6 +54,7 @@ void WindowSurface::clear()
     bits_ = {};
     width_ = 0;
     height_ = 0;
+    newlyInvalid_.clear();
     invalid_ = Region();
     (void)takePainted();  // nobody can see it any more
 }
@@ -74,29 +77,49 @@ PixelSurface WindowSurface::reportedPixels()
     return surface;
 }
 
+void WindowSurface::invalidate(const CRect& rect)
+{
+    constexpr std::size_t mostWaiting = 2000;
+    CRect inside;
+    if (!inside.IntersectRect(rect, {0, 0, width_, height_}))
+        return;
+    newlyInvalid_.push_back(inside);
+    if (newlyInvalid_.size() > mostWaiting)
+        (void)invalid();  // joins them
+}
+
+const Region& WindowSurface::invalid() const
+{
+    if (newlyInvalid_.empty())
+        return invalid_;
+    const Region fresh = unionOf(std::exchange(newlyInvalid_, {}));
+    invalid_ = invalid_.empty() ? fresh : Region::combined(invalid_, fresh, RGN_OR);
+    return invalid_;
+}
+
 void WindowSurface::invalidate(const Region& region)
 {
     const Region inside = Region::combined(region, Region(CRect(0, 0, width_, height_)), RGN_AND);
-    invalid_ = invalid_.empty() ? inside : Region::combined(invalid_, inside, RGN_OR);
+    invalid_ = invalid().empty() ? inside : Region::combined(invalid_, inside, RGN_OR);
 }
 
 void WindowSurface::validate(const Region& region)
 {
-    invalid_ = Region::combined(invalid_, region, RGN_DIFF);
+    invalid_ = Region::combined(invalid(), region, RGN_DIFF);
 }
 
 Region WindowSurface::takeInvalid()
 {
+    (void)invalid();  // joins what came last
     painted_ = painted_.empty() ? invalid_ : Region::combined(painted_, invalid_, RGN_OR);
     return std::exchange(invalid_, Region());
 }
 
 Region WindowSurface::takePainted()
 {
-    Region all = std::exchange(painted_, Region());
-    for (const CRect& box : touched_.taken())
-        all = Region::combined(all, Region(box), RGN_OR);
-    return all;
+    const Region touched = unionOf(touched_.taken());
+    const Region all = std::exchange(painted_, Region());
+    return touched.empty() ? all : Region::combined(all, touched, RGN_OR);
 }
 
 }  // namespace pavane

@@ -29,9 +29,11 @@ public:
     /// Pixels for a context whose clip tells what it paints.
     PixelSurface pixels();
 
+    void invalidate(const CRect& rect);
     void invalidate(const Region& region);
     void validate(const Region& region);
-    const Region& invalid() const { return invalid_; }
+    bool hasInvalid() const { return !newlyInvalid_.empty() || !invalid_.empty(); }
+    const Region& invalid() const;
     /// Hands out what is invalid to be painted; it counts as painted from now on.
     Region takeInvalid();
 
@@ -45,7 +47,8 @@ private:
     int height_ = 0;
     int ratio_ = 1;
     std::vector<std::uint32_t> bits_;
-    Region invalid_;
+    mutable Region invalid_;
+    mutable std::vector<CRect> newlyInvalid_;  ///< joins invalid_ when somebody looks
     Region painted_;
     DirtyBoxes touched_;
 };

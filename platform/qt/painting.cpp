@@ -113,7 +113,7 @@ void runPaint(HWND hwnd, bool atOnce)
     // a hidden window paints when it is shown
     if (peer->isPainting || !peer->widget->isVisible())
         return;
-    if (!peer->surface->invalid().empty()) {
+    if (peer->surface->hasInvalid()) {
         peer->isPainting = true;
         peer->tookInvalid = false;
         sendTo(hwnd, WM_PAINT, 0, 0);
@@ -127,7 +127,7 @@ void runPaint(HWND hwnd, bool atOnce)
     }
     flush(*peer, atOnce);
     peer = peerOf(hwnd);
-    if (peer && !peer->surface->invalid().empty())
+    if (peer && peer->surface->hasInvalid())
         schedulePaint(*peer);
 }
 
@@ -157,8 +157,8 @@ void CWnd::InvalidateRect(const CRect& rect)
             peer->widget->update(rect.left, rect.top, rect.Width(), rect.Height());
         return;
     }
-    peer->surface->invalidate(Region(rect));
-    if (!peer->surface->invalid().empty())
+    peer->surface->invalidate(rect);
+    if (peer->surface->hasInvalid())
         schedulePaint(*peer);
 }
 
@@ -168,7 +168,7 @@ void CWnd::InvalidateRgn(const CRgn& region)
     if (!peer || peer->isNative())
         return;
     peer->surface->invalidate(region.data()->region);
-    if (!peer->surface->invalid().empty())
+    if (peer->surface->hasInvalid())
         schedulePaint(*peer);
 }
 

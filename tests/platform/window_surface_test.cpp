@@ -1,4 +1,5 @@
 #include "platform/core/region_cover.h"
+#include "platform/core/region_union.h"
 #include "platform/core/WindowSurface.h"
 #include "platform/gdi_constants.h"
 
@@ -55,6 +56,25 @@ TEST(RegionCover, HoldsEveryPixelOfASlantedOutlineAndLittleMore)
         covered = Region::combined(covered, Region(r), RGN_OR);
     EXPECT_TRUE(Region::combined(outline, covered, RGN_DIFF).empty());
     EXPECT_LT(areaOf(cover), 660LL * 380 / 4);  // a quarter of its box
+}
+
+TEST(RegionUnion, IsWhatAddingOneByOneGives)
+{
+    std::mt19937 random(3);
+    for (int round = 0; round < 200; ++round) {
+        std::vector<CRect> rects;
+        Region plain;
+        for (int i = 0; i < round % 30; ++i) {
+            const int x = static_cast<int>(random() % 30);
+            const int y = static_cast<int>(random() % 30);
+            rects.emplace_back(x, y, x + static_cast<int>(random() % 12),
+                               y + static_cast<int>(random() % 12));
+            plain = Region::combined(plain, Region(rects.back()), RGN_OR);
+        }
+        const Region once = unionOf(rects);
+        EXPECT_TRUE(Region::combined(once, plain, RGN_XOR).empty());
+        EXPECT_EQ(once.bands().size(), plain.bands().size());
+    }
 }
 
 TEST(DirtyBoxes, HoldAllThatWasAddedInAFewBoxes)
