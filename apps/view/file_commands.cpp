@@ -157,7 +157,7 @@ int MainWindow::agreesToReplace(const std::string& file, const AreaNotes& notes)
 
 int MainWindow::OpenAreas(const std::string& file)
 {
-    ARPTrackerArray read;
+    ATrackerArrayInAxis read;
     AreaNotes notes;
     std::string error;
     if (!openAreas(file, place(), read, notes, error)) {
@@ -190,7 +190,7 @@ void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& fi
 void MainWindow::offerLeftovers()
 {
     for (const LeftoverAreas& left : session_.autosave().leftovers()) {
-        ARPTrackerArray read;
+        ATrackerArrayInAxis read;
         AreaNotes notes;
         std::string error;
         if (!openAreas(left.file, place(), read, notes, error) || !read.count())

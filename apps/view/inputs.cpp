@@ -5,7 +5,7 @@
 #include "apps/view/progress.h"
 #include "pavane/tables/component_file.h"
 #include "pavane/trackers/area_file.h"
-#include "pavane/trackers/ARPTrackerArray.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
 
 namespace pavane
 {
@@ -34,7 +34,7 @@ int readAreas(const std::string& file, ViewInputs& inputs, std::vector<std::stri
     std::string noSky;
     (void)sky.init(inputs.map.header, noSky);
     const AreaPlace place = placeOf(inputs, sky);
-    ARPTrackerArray areas;
+    ATrackerArrayInAxis areas;
     AreaNotes found;
     if (!openAreas(file, place, areas, found, error))
         return 0;

@@ -85,9 +85,9 @@ inline constexpr MenuItem viewItems[] = {
     {"Cells of the &mask\tM", ID_SHOW_CELLS, nullptr, 0},
     {"&Areas in pictures", idAreasInPictures, nullptr, 0},
     menuLine,
-    {"Zoom &in\tCtrl++", idZoomIn, nullptr, 0},
-    {"Zoom &back\tCtrl+-", ID_ZOOM_MINUS, nullptr, 0},
-    {"&Whole map\tCtrl+0", ID_WHOLE_MAP, nullptr, 0},
+    {"Zoom &in\t+", idZoomIn, nullptr, 0},
+    {"Zoom &back\t7", ID_ZOOM_MINUS, nullptr, 0},
+    {"&Whole map\t0", ID_WHOLE_MAP, nullptr, 0},
 };
 
 inline constexpr MenuItem helpItems[] = {

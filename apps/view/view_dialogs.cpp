@@ -48,10 +48,10 @@ struct KeyLine {
     const char* what;
 };
 constexpr KeyLine keyLines[] = {
-    {"1  2  3  4  5  6", "arrow, rectangle, turned rectangle, ellipse, polygon, zoom"},
+    {"1  2  3  4  5  6", "arrow, rectangle, turned rectangle, ellipse, polygon, zoom in"},
     {"Drag with a tool", "draws a shape; clicks set the vertices of a polygon"},
     {"Double click, Enter", "closes the polygon; elsewhere a double click picks an area"},
-    {"Drag a handle", "changes the area; with Shift turns a turned shape"},
+    {"Drag a handle", "changes the area; the one inside turns it, with Shift in steps"},
     {"Esc, right button", "cancels a drag"},
     {"Ctrl+click, Ctrl+A", "picks several areas, all areas"},
     {"Tab, Shift+Tab", "to the next area or handle, to the one before"},
@@ -60,9 +60,10 @@ constexpr KeyLine keyLines[] = {
     {"Ctrl+D", "copies the area"},
     {"Ctrl+Z, Ctrl+Shift+Z", "undo, redo"},
     {"Ctrl+wheel", "zooms about the pointer"},
-    {"Wheel, Shift+wheel", "moves a zoomed map; so does the middle button"},
+    {"Wheel, Shift+wheel", "moves a zoomed map; so do the middle button and Space with the left"},
+    {"+  -", "zooms about the middle"},
+    {"7  0", "zooms back, shows the whole map"},
     {"M", "shows the cells of the mask"},
-    {"Ctrl+Minus, Ctrl+0", "zooms back, shows the whole map"},
 };
 
 class LineDialog : public CDialog

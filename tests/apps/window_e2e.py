@@ -110,10 +110,11 @@ class Desk:
         if not number:
             raise Failure("the X server does not start")
         self.env = dict(os.environ, DISPLAY=":" + number, XDG_CONFIG_HOME=folder + "/config",
-                        HOME=folder, LC_ALL="C.UTF-8")
+                        HOME=folder, LC_ALL="C.UTF-8", DBUS_SESSION_BUS_ADDRESS="disabled:")
         for name in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR"):
             self.env.pop(name, None)
-        self.manager = subprocess.Popen(["openbox"], env=self.env, stderr=subprocess.DEVNULL)
+        self.manager = subprocess.Popen(["openbox"], env=self.env, stdout=subprocess.DEVNULL,
+                                        stderr=subprocess.DEVNULL)
         wait_for("the window manager", lambda: b"window id" in subprocess.run(
             ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=self.env,
             capture_output=True).stdout)
@@ -208,14 +209,15 @@ class Program:
         names = glob.glob(self.folder + f"/config/pavane-view/autosave-*-{self.pid}.areas")
         return classes_of(names[0]) if names else []
 
-    def await_areas(self, wanted):
-        wait_for("areas " + " ".join(wanted), lambda: self.areas() == wanted)
+    def current(self):
+        copy = self.copy()
+        return struct.unpack_from("<i", copy)[0] if copy else None
 
     def await_change(self, before, what):
         wait_for(what, lambda: self.copy() and self.copy() != before)
         return self.copy()
 
-    def save_as(self, key, box, name):
+    def save_as(self, key, box, name, agree=False):
         self.main()
         self.key(key)
         window = self.window(box)
@@ -223,6 +225,10 @@ class Program:
         self.desk.do("type", "--delay", 5, self.folder + "/" + name)
         self.key("Return")
         self.gone(window)
+        if agree:  # to what the format cannot hold
+            losses = self.window(box)
+            self.key("Return")
+            self.gone(losses)
         wait_for(name, lambda: os.path.exists(self.folder + "/" + name))
 
     def end(self):
@@ -261,19 +267,23 @@ def change_and_undo(view):
     # a vertex of the polygon, which is current
     view.key("1")
     before = view.copy()
+    wait_for("the polygon to be current", lambda: view.current() == 3)
     view.drag((0.66, 0.52), (0.70, 0.47))
     moved = view.await_change(before, "a moved vertex")
-    # the corner of the turned rectangle, with Shift: it turns
+    # the turning handle lies halfway from the centre to the side where values grow
     view.click(0.58, 0.33, times=2)
+    wait_for("the turned rectangle to be picked", lambda: view.current() == 1)
     picked = view.copy()
-    view.drag((0.66, 0.38), (0.63, 0.42), held="shift")
+    view.drag((0.54, 0.33), (0.55, 0.42), held="shift")
     turned = view.await_change(picked, "a turned rectangle")
     view.key("ctrl+z")
-    wait_for("undo", lambda: view.copy() not in (turned, b""))
-    view.key("ctrl+shift+z")
+    wait_for("undo", lambda: view.copy() == picked)
+    view.key("ctrl+z", "ctrl+z")
+    wait_for("undo of the vertex and the polygon", lambda: len(view.areas()) == 3)
+    view.key("ctrl+shift+z", "ctrl+shift+z", "ctrl+shift+z")
     wait_for("redo", lambda: view.copy() == turned)
-    if moved == turned:
-        raise Failure("turning changed nothing")
+    if moved == before:
+        raise Failure("the vertex did not move")
 
 
 def zoom_and_back(view, desk):
@@ -286,17 +296,18 @@ def zoom_and_back(view, desk):
     before = view.copy()
     view.drag((0.44, 0.44), (0.47, 0.47))
     view.await_change(before, "a rectangle on the zoomed map")
-    view.key("ctrl+minus")
+    view.key("7")
 
 
 def compare_masks(program, folder, desk):
-    for areas in ("saved.areas", "saved.reg"):
+    # a region file may run around a shape the other way, which moves cells of its edges
+    for areas, share in (("saved.areas", 0), ("saved.cma", 0), ("saved.reg", 0.05)):
         subprocess.run([program, "map.fits", "--batch", "--areas", areas, "--mask", "again.fits"],
                        cwd=folder, env=desk.env, check=True)
         drawn, count = cells_of(folder + "/mask.fits")
         computed, _ = cells_of(folder + "/again.fits")
-        if count < 500 or drawn != computed:
-            different = sum(1 for a, b in zip(drawn, computed) if a != b)
+        different = sum(1 for a, b in zip(drawn, computed) if a != b)
+        if count < 500 or different > share * count:
             raise Failure(f"{areas}: {different} cells differ from the {count} of the window")
 
 
@@ -314,6 +325,7 @@ def session_of_work(desk, program, folder):
     if view.copy():
         raise Failure("the copy is still there after saving")
     view.save_as("ctrl+shift+s", "Save areas", "saved.reg")
+    view.save_as("ctrl+shift+s", "Save areas", "saved.cma", agree=True)
     compare_masks(program, folder, desk)
     view.main()
     view.key("ctrl+q")
