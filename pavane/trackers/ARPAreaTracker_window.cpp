@@ -13,8 +13,8 @@ class ARPAreaTracker::Drag : public DragSession
 {
 public:
     Drag(ARPAreaTracker& tracker, int hit, CPoint press)
-        : tracker_(tracker), start_(tracker.points_), before_(tracker.points_), hit_(hit),
-          press_(press), life_(tracker.life())
+        : tracker_(tracker), axis_(tracker.axis_), start_(tracker.points_),
+          before_(tracker.points_), hit_(hit), press_(press), life_(tracker.life())
     {
     }
 
@@ -43,8 +43,9 @@ public:
     {
         AArray<APoint<double>> next = start_;
         const int vertex = hit_ - hitFirstHandle;
-        const AxisPixels pixels(tracker_.axis_);
-        if (vertex >= next.count() || next.count() < 1 || !pixels.usable())
+        const AxisPixels pixels(axis_);
+        if (vertex >= next.count() || next.count() < 1 || tracker_.axis_ != axis_ ||
+            !pixels.usable())
             return 0;
         if (vertex >= 0) {
             if (point != press_)
@@ -83,6 +84,7 @@ private:
     }
 
     ARPAreaTracker& tracker_;
+    const ABAxis* axis_;             // at the press; not used once the tracker has another
     AArray<APoint<double>> start_;   // of the movement
     AArray<APoint<double>> before_;  // without a vertex that the press added
     int hit_;

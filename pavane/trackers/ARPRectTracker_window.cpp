@@ -10,7 +10,7 @@ class ARPRectTracker::Drag : public DragSession
 {
 public:
     Drag(ARPRectTracker& tracker, int hit, CPoint press)
-        : tracker_(tracker), pixels_(tracker.axis_), start_(tracker.rect_),
+        : tracker_(tracker), axis_(tracker.axis_), start_(tracker.rect_),
           drag_(tracker.pixelRect(), hit, press, tracker.validRect_), life_(tracker.life())
     {
     }
@@ -34,21 +34,24 @@ public:
 private:
     ARect<double> at(CPoint point)
     {
-        if (point == drag_.press() || !pixels_.usable())
+        const AxisPixels pixels(axis_);
+        if (tracker_.axis_ != axis_ || !pixels.usable())  // another map came meanwhile
+            return tracker_.rect_;
+        if (point == drag_.press())
             return start_;
         if (drag_.hit() == hitMiddle) {
             const APoint<double> corners[] = {{start_.left, start_.top},
                                               {start_.right, start_.bottom}};
             return offsetBy(start_, dataStep(boundingBox(corners, 2), drag_.press(), point,
-                                             tracker_.validRect_, pixels_));
+                                             tracker_.validRect_, pixels));
         }
         CRect next = drag_.at(point);
         tracker_.AdjustRect(drag_.hit(), &next);
-        return withDraggedEdges(start_, drag_.start(), next, pixels_);
+        return withDraggedEdges(start_, drag_.start(), next, pixels);
     }
 
     ARPRectTracker& tracker_;
-    AxisPixels pixels_;
+    const ABAxis* axis_;  // at the press; not used once the tracker has another
     ARect<double> start_;
     RectDrag drag_;
     LifeWatch life_;

@@ -10,7 +10,7 @@ class ARPRotateRectTracker::Drag : public DragSession
 {
 public:
     Drag(ARPRotateRectTracker& tracker, int hit, CPoint press)
-        : tracker_(tracker), hit_(hit), press_(press),
+        : tracker_(tracker), axis_(tracker.axis_), hit_(hit), press_(press),
           drag_({tracker.rect_, tracker.angle_}, hit, press, tracker.validRect_,
                 tracker.halfExtent(), tracker.allowInvert_ != 0, AxisPixels(tracker.axis_)),
           life_(tracker.life())
@@ -21,7 +21,8 @@ public:
     int moveTo(CPoint point, int shift, int released) override
     {
         const TurnedDataRect old{tracker_.rect_, tracker_.angle_};
-        TurnedDataRect next = tracker_.convertible() ? adjusted(point, shift) : old;
+        const bool sameMap = tracker_.axis_ == axis_ && tracker_.convertible();
+        TurnedDataRect next = sameMap ? adjusted(point, shift) : old;
         if (!(next == old))
             tracker_.OnChangingRect(tracker_.rect_, tracker_.angle_, next.rect, next.angle);
         if (!life_.alive() || (next == old && !released))
@@ -57,6 +58,7 @@ private:
     }
 
     ARPRotateRectTracker& tracker_;
+    const ABAxis* axis_;  // at the press; not used once the tracker has another
     int hit_;
     CPoint press_;
     TurnedDataDrag drag_;

@@ -209,6 +209,53 @@ TEST(TrackerWindow, ATrackerDeletedInItsDragIsNotTouchedAgain)
     }
 }
 
+TEST(TrackerWindow, ADragEndsQuietlyWhenItsMapIsReplaced)
+{
+    Window window;
+    for (const char* const name : {"ARPRectTracker", "ARPEllipseTracker", "ARPAreaTracker"}) {
+        auto axis = std::make_unique<Axis>(1, -1);
+        const Tracker shape = drawn(name, window, *axis);
+        window.onUser = [&] {
+            static_cast<ABTracker&>(*shape).SetAxis(nullptr);
+            axis.reset();
+        };
+        const std::string before = tail(*shape);
+        window.PostMessage(WM_USER);
+        window.move({180, 130});
+        window.release({190, 130});
+        (void)shape->Track(&window, inside, 1, nullptr);
+        EXPECT_EQ(tail(*shape).substr(0, 32), before.substr(0, 32)) << name;
+        window.onUser = nullptr;
+    }
+}
+
+TEST(TrackerWindow, ItsListenerBoundsADragAndHearsOfIt)
+{
+    struct Listener : TrackerListener {
+        void trackerChanging(ATracker&) override { ++changes; }
+        void trackerDragEnded(ATracker&, DragEnd how) override { end = how; }
+        int trackerBounds(const ATracker&, CRect& bounds) override
+        {
+            return bounds = CRect(50, 50, 250, 200), 1;
+        }
+        int changes = 0;
+        DragEnd end = DragEnd::refused;
+    } listener;
+    Window window;
+    ARectTracker rect({100, 100, 150, 150}, trackerNew);
+    rect.SetListener(&listener);
+    window.move({240, 120});
+    window.move({240, 120});
+    window.release({390, 120});
+    EXPECT_TRUE(rect.TrackHandle(5, &window, {150, 125}, nullptr));
+    EXPECT_EQ(rect.rect(), CRect(100, 100, 250, 150));
+    EXPECT_EQ(listener.changes, 2);
+    EXPECT_EQ(listener.end, DragEnd::released);
+    window.release({250, 200});  // right and bottom edge belong to the bounds
+    EXPECT_FALSE(rect.TrackRubberBand(&window, {250, 200}, 0));
+    EXPECT_EQ(rect.rect(), CRect(250, 200, 250, 200));
+}
+
 TEST(TrackerWindow, ADeadZoneKeepsAClickFromMoving)
 {
     Window window;

@@ -1,0 +1,131 @@
+#include "pavane/trackers/AAreaTracker.h"
+#include "pavane/trackers/AEllipseTracker.h"
+#include "pavane/trackers/ARectTracker.h"
+#include "platform/picture.h"
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <memory>
+
+using namespace pavane;
+
+namespace
+{
+
+/// Relative luminance of a pixel 0x00RRGGBB (IEC 61966-2-1).
+double luminance(std::uint32_t pixel)
+{
+    double sum = 0;
+    const double weights[] = {0.0722, 0.7152, 0.2126};
+    for (int i = 0; i < 3; ++i) {
+        const double v = (pixel >> 8 * i & 255) / 255.0;
+        sum += weights[i] * (v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4));
+    }
+    return sum;
+}
+
+double contrast(std::uint32_t a, std::uint32_t b)
+{
+    const double light = std::max(luminance(a), luminance(b));
+    return (light + 0.05) / (std::min(luminance(a), luminance(b)) + 0.05);
+}
+
+std::vector<std::unique_ptr<ABaseTracker>> samples()
+{
+    std::vector<std::unique_ptr<ABaseTracker>> all;
+    all.push_back(std::make_unique<ARectTracker>(CRect(20, 20, 120, 80), trackerNew));
+    auto box = std::make_unique<ARotateRectTracker>();
+    auto ellipse = std::make_unique<AEllipseTracker>();
+    for (ARotateRectTracker* const turned :
+         {box.get(), static_cast<ARotateRectTracker*>(ellipse.get())}) {
+        turned->SetRect({20, 30, 120, 80});
+        turned->SetAngle(0.4);
+    }
+    all.push_back(std::move(box));
+    all.push_back(std::move(ellipse));
+    auto area = std::make_unique<AAreaTracker>();
+    for (const CPoint p : {CPoint(20, 90), CPoint(70, 20), CPoint(110, 60), CPoint(60, 70)})
+        area->points().Add(p);
+    area->SetStyle(trackerNew | trackerReady);
+    all.push_back(std::move(area));
+    all.push_back(std::make_unique<ARectTracker>(CRect(50, 50, 56, 57), trackerNew));
+    return all;
+}
+
+}  // namespace
+
+TEST(TrackerDrawing, ShowsOnAnyGround)
+{
+    const std::uint32_t grounds[] = {0x000000, 0xFFFFFF, 0x808080, 0x777777, 0xFDE725,
+                                     0x21918C, 0x440154, 0xFF0000, 0x00FF00, 0x0000FF};
+    for (const auto& shape : samples())
+        for (const std::uint32_t ground : grounds)
+            for (const int active : {0, 1}) {
+                CPicture picture(140, 110);
+                for (int y = 0; y < picture.height(); ++y)
+                    std::fill_n(picture.row(y), picture.width(), ground);
+                shape->SetActive(active);
+                shape->DrawShape(*picture.dc());
+                AArray<CPoint> points;
+                shape->GetAreaPoints(points);
+                for (int i = 0; i < points.count(); ++i) {
+                    const CPoint a = points(i);
+                    const CPoint b = points((i + 1) % points.count());
+                    const CPoint p((a.x + b.x) / 2, (a.y + b.y) / 2);
+                    double best = 0;  // within a dash of the middle of each line
+                    for (int y = p.y - 4; y <= p.y + 4; ++y)
+                        for (int x = p.x - 4; x <= p.x + 4; ++x)
+                            best = std::max(best, contrast(picture.row(y)[x], ground));
+                    ASSERT_GE(best, 3) << shape->GetClassName() << ' ' << std::hex << ground;
+                }
+            }
+}
+
+TEST(TrackerDrawing, StaysInTheTrueRectangle)
+{
+    for (const auto& shape : samples())
+        for (const int active : {0, 1}) {
+            CPicture picture(140, 110);
+            shape->SetActive(active);
+            const auto dc = picture.dc();
+            shape->Draw(dc.get(), nullptr);
+            CRect all;
+            shape->GetTrueRect(&all);
+            int drawn = 0;
+            for (int y = 0; y < 110; ++y)
+                for (int x = 0; x < 140; ++x) {
+                    const bool changed = picture.row(y)[x] != 0xFFFFFF;
+                    drawn += changed;
+                    ASSERT_TRUE(!changed || all.PtInRect({x, y})) << shape->GetClassName();
+                }
+            EXPECT_GT(drawn, 20);
+        }
+}
+
+TEST(TrackerDrawing, TakesShapesBeyondAnyWindow)
+{
+    const int far[] = {INT_MIN, INT_MIN / 2, -40000, 50, INT_MAX / 2, INT_MAX};
+    CPicture picture(140, 110);
+    const auto dc = picture.dc();
+    for (const int x : far)
+        for (const int y : far) {
+            ARectTracker rect({x, y, 60, INT_MAX}, trackerNew);
+            AEllipseTracker ellipse;
+            ellipse.SetRect({x, y, INT_MAX - 5, 70});
+            ellipse.SetAngle(0.3);
+            AAreaTracker area;
+            for (const CPoint p : {CPoint(x, y), CPoint(y, 50), CPoint(50, x)})
+                area.points().Add(p);
+            for (ATracker* const shape :
+                 {static_cast<ATracker*>(&rect), static_cast<ATracker*>(&ellipse),
+                  static_cast<ATracker*>(&area)})
+                for (const int active : {0, 1}) {
+                    shape->SetActive(active);
+                    shape->Draw(dc.get(), nullptr);
+                    shape->DrawShape(*dc);
+                    (void)shape->HitTest({50, 50}, nullptr);
+                }
+        }
+}
