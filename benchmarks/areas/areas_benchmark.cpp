@@ -67,12 +67,12 @@ ABTracker* area(int i)
     return polygon;
 }
 
-void fill(ATrackerArrayInAxis& areas, int n)
+void fill(ATrackerArrayInAxis& areas, int n, int active = 0)
 {
     areas.BeginEdits("fill");
     for (int i = 0; i < n; ++i) {
         ABTracker* const tracker = area(i);
-        tracker->SetActive(0);
+        tracker->SetActive(active);
         (void)areas.Add(tracker, 0);
     }
     areas.EndEdits(nullptr);
@@ -112,18 +112,23 @@ void hitTest(benchmark::State& state, int n)
     }
 }
 
-void redraw(benchmark::State& state, int n)
+void drawAll(benchmark::State& state, int n, int active)
 {
     Plot plot;
     ATrackerArrayInAxis areas;
     areas.SetAxis(&plot.axis);
-    fill(areas, n);
+    fill(areas, n, active);
     CBitmap bitmap;
     (void)bitmap.CreateBitmap(1200, 800, 1);
     CMemoryDC dc(bitmap);
     for (auto _ : state)
         areas.Draw(&dc, nullptr);
 }
+
+void redraw(benchmark::State& state, int n) { drawAll(state, n, 0); }
+
+/// All areas with their handles, as after a selection of all.
+void redrawActive(benchmark::State& state, int n) { drawAll(state, n, 1); }
 
 void redrawAfterZoom(benchmark::State& state, int n)
 {
@@ -204,6 +209,7 @@ int main(int argc, char** argv)
     } jobs[] = {{"load", load, benchmark::kMillisecond},
                 {"hit-test", hitTest, benchmark::kMicrosecond},
                 {"redraw", redraw, benchmark::kMillisecond},
+                {"redraw-active", redrawActive, benchmark::kMillisecond},
                 {"redraw-after-zoom", redrawAfterZoom, benchmark::kMillisecond},
                 {"mask-4k", mask, benchmark::kMillisecond},
                 {"edit", edit, benchmark::kMicrosecond},

@@ -15,8 +15,7 @@ public:
     Chain(QWidget& widget, int moves, const std::function<ChainPoint(int)>& place)
         : widget_(widget), moves_(moves), place_(place)
     {
-        widget.window()->installEventFilter(this);
-        widget.installEventFilter(this);
+        qApp->installEventFilter(this);
     }
 
     void postMouse(QEvent::Type type, Qt::MouseButton button, Qt::MouseButtons buttons)
@@ -63,10 +62,15 @@ private:
 
 }  // namespace
 
-double secondsPerMove(QWidget& widget, int moves, const std::function<ChainPoint(int)>& place)
+void letEventsRun() { QCoreApplication::processEvents(); }
+
+double secondsPerMove(ChainPoint at, int moves, const std::function<ChainPoint(int)>& place)
 {
     QCoreApplication::processEvents();
-    Chain chain(widget, moves, place);
+    QWidget* const widget = QApplication::widgetAt(at.x, at.y);
+    if (!widget)
+        return 0;
+    Chain chain(*widget, moves, place);
     const auto start = std::chrono::steady_clock::now();
     chain.postMouse(QEvent::MouseButtonPress, Qt::LeftButton, Qt::LeftButton);
     QMetaObject::invokeMethod(

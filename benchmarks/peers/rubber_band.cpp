@@ -38,11 +38,10 @@ RubberBandWindow::RubberBandWindow(const std::uint32_t* pixels, int width, int h
 {
     const QImage image(reinterpret_cast<const uchar*>(pixels), width, height, width * 4,
                        QImage::Format_RGB32);
-    data_->label.setPixmap(QPixmap::fromImage(image));
+    data_->label.setPixmap(QPixmap::fromImage(image.copy()));
     data_->label.setFixedSize(width, height);
+    data_->label.move(0, 0);
     data_->label.show();
 }
 
 RubberBandWindow::~RubberBandWindow() = default;
-
-QWidget& RubberBandWindow::widget() { return data_->label; }

@@ -3,15 +3,12 @@
 #include <cstdint>
 #include <memory>
 
-class QWidget;
-
 /// The toolkit's own rubber band over a label that shows a picture (rows of 0x00RRGGBB).
 class RubberBandWindow
 {
 public:
     RubberBandWindow(const std::uint32_t* pixels, int width, int height);
     ~RubberBandWindow();
-    QWidget& widget();
 
 private:
     struct Data;

@@ -34,4 +34,12 @@ std::string excerpt(std::string_view text)
     return text.size() > most ? shown + "..." : shown;
 }
 
+std::string quoted(std::string_view text)
+{
+    std::string marked(1, '"');
+    marked += excerpt(text);
+    marked += '"';
+    return marked;
+}
+
 }  // namespace pavane

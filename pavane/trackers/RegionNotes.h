@@ -36,5 +36,7 @@ private:
 
 /// The start of a foreign text for a note: printable ASCII, '?' for the rest, cut to 40 characters.
 std::string excerpt(std::string_view text);
+/// The excerpt in quotation marks.
+std::string quoted(std::string_view text);
 
 }  // namespace pavane

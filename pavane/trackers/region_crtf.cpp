@@ -152,7 +152,7 @@ void CrtfReader::readRegion(std::string_view text)
                                                  "circle", "ellipse",   "poly"};
     const int isOther = std::find(std::begin(others), std::end(others), word) != std::end(others);
     if (!isOther && std::find(std::begin(areas), std::end(areas), word) == std::end(areas))
-        return sink_.damaged("\"" + excerpt(whole) + "\" is not understood");
+        return sink_.damaged(quoted(whole) + " is not understood");
     if (isAnnotation)
         return sink_.leaveOut("an annotation (" + word + ") is not an area");
     if (isOther)
@@ -161,7 +161,7 @@ void CrtfReader::readRegion(std::string_view text)
         return sink_.leaveOut("an excluded " + word + " cannot be held");
     Brackets brackets;
     if (text.empty() || text[0] != '[' || !splitBrackets(text, brackets))
-        return sink_.damaged("\"" + excerpt(whole) + "\" has brackets that do not close");
+        return sink_.damaged(quoted(whole) + " has brackets that do not close");
     frame_ = readTail(brackets.tail, globalFrame_);
     readShape(word, brackets.values);
 }
@@ -192,7 +192,7 @@ int CrtfReader::readValue(std::string_view text, int isLongitude, RegionValue& v
     value.unit = Unit::degrees;
     if (readSexagesimal(text, isLongitude, value.value))
         return 1;
-    sink_.damaged("\"" + excerpt(text) + "\" is not a number with a unit");
+    sink_.damaged(quoted(text) + " is not a number with a unit");
     return 0;
 }
 
@@ -202,7 +202,7 @@ int CrtfReader::readAngle(std::string_view text, double& angle)
     if (!readValue(text, 0, value))
         return 0;
     if (value.unit != Unit::degrees) {
-        sink_.damaged("\"" + excerpt(text) + "\" is not an angle");
+        sink_.damaged(quoted(text) + " is not an angle");
         return 0;
     }
     angle = value.value * radian;

@@ -163,13 +163,13 @@ void Ds9Reader::readStatement(std::string_view text)
     if (!text.empty() && text[0] == '(') {
         const std::size_t end = text.find(')');
         if (end == std::string_view::npos)
-            return sink_.damaged("\"" + excerpt(whole) + "\" has no closing parenthesis");
+            return sink_.damaged(quoted(whole) + " has no closing parenthesis");
         text = text.substr(1, end - 1);
     }
     if (isOneOf(word, otherShapes))
         return sink_.leaveOut(word + " is not a shape of areas");
     if (word != "circle" && word != "ellipse" && word != "box" && word != "polygon")
-        return sink_.damaged("\"" + excerpt(whole) + "\" is not understood");
+        return sink_.damaged(quoted(whole) + " is not understood");
     if (isExcluded)
         return sink_.leaveOut("an excluded " + word + " cannot be held");
     if (system_ == System::other)
@@ -198,7 +198,7 @@ int Ds9Reader::readPlace(std::string_view text, int isLongitude, RegionValue& va
     if ((last == 'd' && readFinite(front, value.value)) ||
         readSexagesimal(text, isLongitude, value.value))
         return 1;
-    sink_.damaged("\"" + excerpt(text) + "\" is not a position");
+    sink_.damaged(quoted(text) + " is not a position");
     return 0;
 }
 
@@ -221,7 +221,7 @@ int Ds9Reader::readSize(std::string_view text, RegionValue& value)
             value = {value.value * m.factor, m.unit};
             return 1;
         }
-    sink_.damaged("\"" + excerpt(text) + "\" is not a size");
+    sink_.damaged(quoted(text) + " is not a size");
     return 0;
 }
 
@@ -231,7 +231,7 @@ int Ds9Reader::readAngle(std::string_view text, double& angle)
     if (isRadians || (!text.empty() && text.back() == 'd'))
         text.remove_suffix(1);
     if (!readFinite(text, angle)) {
-        sink_.damaged("\"" + excerpt(text) + "\" is not an angle");
+        sink_.damaged(quoted(text) + " is not an angle");
         return 0;
     }
     angle *= isRadians ? 1 : radian;

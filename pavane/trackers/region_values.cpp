@@ -150,15 +150,18 @@ std::string plainNumber(double value)
     std::string digits =
         text.substr(static_cast<std::size_t>(isNegative), e - static_cast<std::size_t>(isNegative));
     digits.erase(std::remove(digits.begin(), digits.end(), '.'), digits.end());
-    const std::string sign = isNegative ? "-" : "";
-    if (exponent < 0)
-        return sign + "0." + std::string(static_cast<std::size_t>(-exponent - 1), '0') + digits;
+    std::string number(static_cast<std::size_t>(isNegative), '-');
+    if (exponent < 0) {
+        number += "0.";
+        number.append(static_cast<std::size_t>(-exponent - 1), '0');
+        return number += digits;
+    }
     const auto whole = static_cast<std::size_t>(exponent) + 1;
     if (digits.size() < whole)
         digits.append(whole - digits.size(), '0');
     else if (digits.size() > whole)
-        digits.insert(whole, ".");
-    return sign + digits;
+        digits.insert(whole, 1, '.');
+    return number += digits;
 }
 
 }  // namespace pavane
