@@ -157,10 +157,12 @@ void showPartsByPeer(benchmark::State& state, int zoom)
 BENCHMARK(dragArea)
     ->Name("windows/drag_move/pavane")
     ->UseManualTime()
+    ->Iterations(10)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(dragBand)
     ->Name("windows/drag_move/QRubberBand")
     ->UseManualTime()
+    ->Iterations(10)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(showParts, pan, 0)->Name("windows/pan_4k/pavane")->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(showPartsByPeer, pan, 0)

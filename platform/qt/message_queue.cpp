@@ -99,7 +99,10 @@ void letWork(QEventLoop::ProcessEventsFlags flags)
     Queue& q = queue();
     const bool waited = std::exchange(q.waits, true);
     const int level = std::exchange(q.waitLevel, loopLevel());
-    QCoreApplication::processEvents(flags);
+    // What was posted together with the event that this loop runs in would not end the wait.
+    QCoreApplication::sendPostedEvents();
+    if (q.messages.empty())
+        QCoreApplication::processEvents(flags);
     q.waits = waited;
     q.waitLevel = level;
 }
