@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/AAxisWnd.h"
+#include "pavane/axes/AreaOverlay.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 
@@ -16,8 +17,11 @@ int AAxisWnd::followPress(Call call)
     const int used = call();
     if (CWnd::FromHandle(self) != this)
         return 1;
-    if (--presses_ == 0)
+    if (--presses_ == 0) {
         retired_.clear();
+        overlay_->follow(*trackers_);  // a shape that was given up has left its cells
+        invalidateCells();
+    }
     return used;
 }
 
@@ -123,6 +127,7 @@ LRESULT AAxisWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
 void AAxisWnd::OnRButtonDown(unsigned flags, CPoint point)
 {
     rightDown_ = 1;
+    noMenu_ = 0;
     ABWindow::OnRButtonDown(flags, point);
 }
 

@@ -6,6 +6,7 @@
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 #include "platform/messages.h"
 #include "platform/window_dc.h"
+#include "tessel/ABitMatrix.h"
 #include "tessel/AMatrix.h"
 
 #include <cmath>
@@ -93,8 +94,8 @@ public:
     {
         ClientToScreen(p);
         SendMessage(pavane::WM_MOUSEWHEEL,
-                    keys | static_cast<pavane::WPARAM>(static_cast<std::uint16_t>(
-                               notches * pavane::WHEEL_DELTA))
+                    keys | static_cast<pavane::WPARAM>(
+                               static_cast<std::uint16_t>(notches * pavane::WHEEL_DELTA))
                                << 16,
                     pavane::MAKELPARAM(p.x, p.y));
     }
@@ -104,6 +105,16 @@ public:
         for (int i = 0; i < 3; ++i)
             while (pavane::PeekMessage(m))
                 pavane::DispatchMessage(m);
+    }
+    /// Runs the main loop for a time; only there do windows that were closed free their memory.
+    static void runFor(unsigned milliseconds)
+    {
+        struct Clock : pavane::CWnd {
+            void OnTimer(unsigned) override { pavane::PostQuitMessage(0); }
+        } clock;
+        clock.Create("", "", pavane::WS_POPUP, pavane::CRect(0, 0, 9, 9), nullptr, 0);
+        clock.SetTimer(1, milliseconds);
+        (void)pavane::RunMessages();
     }
     /// The mask of all areas, filled from nothing.
     pavane::ABitMatrix mask()

@@ -1,0 +1,188 @@
+#include "axes/axis_window_fixture.h"
+#include "pavane/axes/AAreaSelectDlg.h"
+#include "pavane/axes/AAxisTrkSelWnd.h"
+#include "pavane/trackers/ARPRectTracker.h"
+#include "platform/CMenu.h"
+#include "platform/message.h"
+
+#include <gtest/gtest.h>
+
+using namespace pavane;
+
+namespace
+{
+
+/// A map of 40 x 40 cells that tests share.
+struct SmallMap {
+    AMatrix<float> cells{40, 40};
+    AFloatMatrixAccess access{cells};
+    TMinMax centres;
+    SmallMap()
+    {
+        centres.xMin = centres.yMin = 0;
+        centres.xMax = centres.yMax = 39;
+        for (int i = 0; i < 1600; ++i)
+            cells.row(i / 40)[i % 40] = 1;
+    }
+    void show(AAxisWnd& window)
+    {
+        auto* const axis = new A2DAxis(1, 1, nullptr, 0);
+        auto* const graph = new AColorsGraph(axis, access, centres, 0);
+        window.SetAxis(axis, 1);
+        window.SetMap(graph);
+    }
+};
+
+void addRect(AAxisWnd& window, double left, double top, double right, double bottom)
+{
+    ABTracker* const area = window.GetTrackers()->GetNewTracker(toolRect);
+    window.GetTrackers()->Add(area, 1);
+    ShapeValues shape;
+    shape.rect = {left, top, right, bottom};
+    window.GetTrackers()->SetShape(&window, window.GetTrackers()->trackerCount() - 1, shape);
+    window.GetTrackers()->ChangeActiveTrack(&window, window.GetTrackers()->trackerCount() - 1);
+}
+
+CString told;
+int answerQuestion = IDNO;
+int tell(const CString& text, unsigned type)
+{
+    told = text;
+    return type & MB_YESNO ? answerQuestion : IDOK;
+}
+
+unsigned fourTimes(const CMenu& menu, CPoint)
+{
+    EXPECT_EQ(menu.lines().size(), 5u);
+    EXPECT_TRUE(menu.lines()[0].checked);
+    EXPECT_EQ(menu.lines()[2].text, "Zoom 4 times");
+    return menu.lines()[2].id;
+}
+
+}  // namespace
+
+TEST(AxisTools, FollowTheAreas)
+{
+    SmallMap map;
+    CWnd top;
+    top.Create("", "", WS_POPUP | WS_VISIBLE, CRect(0, 0, 700, 500), nullptr, 0);
+    AAxisTrkSelWnd window;
+    window.Create("", "", WS_CHILD | WS_VISIBLE, CRect(0, 0, 700, 500), &top, 1);
+    AAxisWnd& axis = window.axisWnd();
+    map.show(axis);
+    axis.UpdateWindow();
+    ATrackerToolBar& bar = window.toolBar();
+    for (const unsigned id : {ID_TRACK_DELETE, ID_TRACK_COPY, ID_ZOOM_MINUS, ID_TRACK_UNDO})
+        EXPECT_FALSE(bar.IsButtonEnabled(id)) << id;
+    addRect(axis, 5, 15, 9, 11);
+    addRect(axis, 20, 30, 29, 21);
+    EXPECT_EQ(axis.GetComboBox()->GetCount(), 2);
+    EXPECT_EQ(axis.GetComboBox()->GetLBText(1), "Area 2");
+    for (const unsigned id : {ID_TRACK_DELETE, ID_TRACK_COPY, ID_TRACK_UNDO})
+        EXPECT_TRUE(bar.IsButtonEnabled(id)) << id;
+    axis.GetComboBox()->SetCurSel(0);
+    window.SendMessage(WM_COMMAND, ID_CHANGE_AREA | CBN_SELCHANGE << 16);
+    EXPECT_EQ(axis.GetTrackers()->GetCurItemNo(), 0);
+    window.SendMessage(WM_COMMAND, ID_TRACK_DELETE);
+    EXPECT_EQ(axis.GetComboBox()->GetCount(), 1);
+
+    window.SendMessage(WM_COMMAND, ID_TRACK_ELLIPSE);
+    EXPECT_EQ(axis.GetTrackers()->mode(), toolEllipse);
+    EXPECT_TRUE(bar.IsButtonChecked(ID_TRACK_ELLIPSE));
+    SetMenuAnswer(fourTimes);
+    window.SendMessage(WM_COMMAND, ID_ZOOM_PLUS | TBN_DROPDOWN << 16);
+    SetMenuAnswer(nullptr);
+    EXPECT_EQ(axis.GetTrackers()->zoomScale(), 4);
+    EXPECT_EQ(axis.GetTrackers()->mode(), toolZoomIn);
+    EXPECT_TRUE(bar.IsButtonChecked(ID_ZOOM_PLUS));
+    const CPoint middle = axis.GetAxis()->getGraphRect().CenterPoint();
+    axis.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(middle.x, middle.y));
+    axis.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(middle.x, middle.y));
+    EXPECT_TRUE(bar.IsButtonEnabled(ID_ZOOM_MINUS));
+    EXPECT_NEAR(axis.GetAxis()->getMinMax().xMax - axis.GetAxis()->getMinMax().xMin, 10, 1e-9);
+    window.SendMessage(WM_COMMAND, ID_ZOOM_MINUS);
+    EXPECT_FALSE(bar.IsButtonEnabled(ID_ZOOM_MINUS));
+}
+
+TEST(AxisTools, SayWhatIsThere)
+{
+    AAxisTrkSelWnd window;
+    window.SetValueUnit("Jy/beam");
+    AxisStatus status;
+    EXPECT_EQ(window.StatusText(status), "");
+    status.inPlot = status.inMap = 1;
+    status.x = -1.23456;
+    status.y = 200;
+    status.stepX = 0.04;
+    status.stepY = 30;
+    status.column = 7;
+    status.row = 9;
+    EXPECT_EQ(window.StatusText(status), "x -1.23  y 200   column 7  row 9   blank");
+    status.value = 0.5f;
+    status.hasAreas = 1;
+    status.cells = 1;
+    status.sum = 2.5;
+    EXPECT_EQ(window.StatusText(status),
+              "x -1.23  y 200   column 7  row 9   0.5 Jy/beam     1 cell, "
+              "sum 2.5 Jy/beam");
+    window.SetFluxUnit(10, "Jy");
+    status.inPlot = status.inMap = 0;
+    status.cells = 40;
+    EXPECT_EQ(window.StatusText(status), "40 cells, 0.25 Jy");
+}
+
+TEST(AxisTools, EditNumbersBothWays)
+{
+    SmallMap map;
+    CWnd top;
+    top.Create("", "", WS_POPUP | WS_VISIBLE, CRect(0, 0, 700, 500), nullptr, 0);
+    AAxisTrkSelWnd window;
+    window.Create("", "", WS_CHILD | WS_VISIBLE, CRect(0, 0, 700, 500), &top, 1);
+    map.show(window.axisWnd());
+    window.axisWnd().UpdateWindow();
+    window.ShowAreaTable(1);
+    AAreaTableWnd& table = window.areaTable();
+    addRect(window.axisWnd(), 10, 20, 14, 12);
+    EXPECT_EQ(table.table().rows(), 4);
+    EXPECT_EQ(table.table().text(0, 0), "12");
+    CEdit* const field = static_cast<CEdit*>(table.GetDlgItem(1000));
+    ASSERT_NE(field, nullptr);
+    EXPECT_EQ(field->GetWindowText(), "12");
+    field->SetWindowText("13.5");
+    field->SendMessage(WM_KEYDOWN, VK_RETURN);
+    const auto* area = static_cast<ARPRectTracker*>(window.axisWnd().GetTrackers()->trackerAt(0));
+    EXPECT_EQ(area->GetCenter().x, 13.5);
+    const auto before = SetMessageFunction(tell);
+    told.clear();
+    field->SetWindowText("many");
+    field->SendMessage(WM_KEYDOWN, VK_RETURN);
+    EXPECT_NE(told, "");
+    EXPECT_EQ(field->GetWindowText(), "13.5");
+    SetMessageFunction(before);
+    window.axisWnd().GetTrackers()->MoveByValue(&window.axisWnd(), 1, 0);
+    EXPECT_EQ(field->GetWindowText(), "14.5");
+    window.axisWnd().GetTrackers()->Undo(&window.axisWnd());
+    window.axisWnd().GetTrackers()->Undo(&window.axisWnd());
+    EXPECT_EQ(field->GetWindowText(), "12");
+}
+
+TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)
+{
+    SmallMap map;
+    const auto before = SetMessageFunction(tell);
+    AAreaSelectDlg dialog;
+    AAxisWnd& axis = dialog.window().axisWnd();
+    map.show(axis);
+    addRect(axis, 5, 15, 9, 11);
+    ASSERT_TRUE(dialog.CreateModeless());
+    told.clear();
+    addRect(axis, 20, 30, 29, 21);
+    answerQuestion = IDNO;
+    dialog.SendMessage(WM_CLOSE);
+    EXPECT_NE(told, "");
+    EXPECT_EQ(axis.GetTrackers()->trackerCount(), 2);
+    answerQuestion = IDYES;
+    dialog.SendMessage(WM_CLOSE);
+    EXPECT_EQ(axis.GetTrackers()->trackerCount(), 1);
+    SetMessageFunction(before);
+}

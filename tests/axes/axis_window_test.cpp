@@ -1,0 +1,212 @@
+#include "axes/axis_window_fixture.h"
+#include "platform/clipboard.h"
+#include "platform/message.h"
+
+#include <cstddef>
+#include <gtest/gtest.h>
+
+using namespace pavane;
+
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
+namespace
+{
+
+int messages = 0;
+int countMessages(const CString&, unsigned) { return ++messages, IDOK; }
+
+/// The window's picture, or the one that it exports.
+std::vector<std::uint32_t> picture(AxisWindow& window)
+{
+    CRect client;
+    window.GetClientRect(client);
+    CBitmap bitmap;
+    bitmap.CreateBitmap(client.Width(), client.Height(), 1);
+    CMemoryDC dc(bitmap);
+    window.DrawPicture(dc, client);
+    return {bitmap.bits(), bitmap.bits() + client.Width() * client.Height()};
+}
+
+/// Calls back when the message WM_USER is dispatched, in the middle of a drag.
+struct Interrupted : AxisWindow {
+    std::function<void()> interrupt;
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message == WM_USER && interrupt) {
+            const auto run = interrupt;  // may delete this
+            run();
+            return 0;
+        }
+        return AxisWindow::WindowProc(message, wParam, lParam);
+    }
+    /// Presses, moves, is interrupted, moves on and releases.
+    void dragWithInterruption()
+    {
+        post(WM_MOUSEMOVE, at(20, 30));
+        post(WM_USER, at(20, 30));
+        post(WM_MOUSEMOVE, at(30, 40));
+        post(WM_LBUTTONUP, at(30, 40), 0);
+        const CPoint p = at(10, 10);
+        SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(p.x, p.y));
+    }
+};
+
+}  // namespace
+
+TEST(AxisWindow, TellsWhatIsUnderThePointer)
+{
+    AxisWindow window;
+    const AxisStatus status = window.StatusAt(window.at(12, 34));
+    EXPECT_TRUE(status.inPlot);
+    EXPECT_TRUE(status.inMap);
+    EXPECT_EQ(status.row, 12);
+    EXPECT_EQ(status.column, 34);
+    EXPECT_EQ(status.value, 12034.0f);
+    EXPECT_NEAR(status.x, window.GetMap()->MPXtoRPX(34), 0.5);
+    EXPECT_FALSE(status.hasAreas);
+    EXPECT_FALSE(window.StatusAt(CPoint(1, 1)).inPlot);
+    EXPECT_FALSE(window.StatusAt(CPoint(-5000, 90000)).inPlot);
+    window.ChooseTool(toolRect);
+    window.drag({window.at(10, 20), window.at(14, 29)});
+    const AxisStatus areas = window.StatusAt(CPoint(1, 1));
+    ASSERT_TRUE(areas.hasAreas);
+    const ABitMatrix mask = window.mask();
+    double sum = 0;
+    for (int r = 0; r < mask.rows(); ++r)
+        for (int c = 0; c < mask.columns(); ++c)
+            sum += mask.get(r, c) ? static_cast<double>(window.map.row(r)[c]) : 0;
+    EXPECT_EQ(areas.cells, mask.count());
+    EXPECT_GT(areas.cells, 30);
+    EXPECT_DOUBLE_EQ(areas.sum, sum);
+}
+
+TEST(AxisWindow, KeepsCellsSquareAndRangeAndZoomWhenItIsSized)
+{
+    AxisWindow window;
+    const auto cell = [&] {
+        return window.at(0, 1).x - window.at(0, 61).x + 0.0;  // falls with the column
+    };
+    const CPoint low = window.at(0, 10);
+    EXPECT_NEAR(std::abs(cell()), std::abs(low.y - window.at(59, 10).y) * 60.0 / 59, 2);
+    window.ZoomAbout(window.at(30, 40), 3);
+    window.UpdateWindow();
+    const TMinMax shown = window.GetAxis()->getMinMax();
+    EXPECT_TRUE(window.IsRangeZoomed());
+    for (const CSize size :
+         {CSize{900, 300}, CSize{1, 1}, CSize{0, 0}, CSize{3, 700}, CSize{500, 500}}) {
+        window.MoveWindow(CRect(0, 0, size.cx, size.cy));
+        window.UpdateWindow();
+        window.click(CPoint(size.cx / 2, size.cy / 2));
+        EXPECT_EQ(window.GetAxis()->getMinMax(), shown) << size.cx;
+    }
+}
+
+TEST(AxisWindow, DrawsItsContentOnceHoweverAreasMove)
+{
+    AxisWindow window;
+    const int before = window.contentDrawings();
+    EXPECT_EQ(before, 1);
+    window.ChooseTool(toolEllipse);
+    window.drag({window.at(10, 10), window.at(20, 30), window.at(30, 40)});
+    window.SetCellOverlay(1);
+    for (const CPoint by : {CPoint(3, 4), CPoint(-9, 2)})
+        window.drag({window.at(20, 25), window.at(20 + by.x, 25 + by.y)});
+    window.InvalidateRect(CRect(0, 0, 50, 50));
+    window.UpdateWindow();
+    EXPECT_EQ(window.contentDrawings(), before);
+    // a burst of changes is one drawing
+    for (int i = 0; i < 10; ++i)
+        window.ContentChanged();
+    window.UpdateWindow();
+    EXPECT_EQ(window.contentDrawings(), before + 1);
+}
+
+TEST(AxisWindow, LeavesAreasOutOfPicturesUnlessAskedFor)
+{
+    AxisWindow window;
+    const std::vector<std::uint32_t> empty = picture(window);
+    window.ChooseTool(toolRect);
+    window.drag({window.at(10, 10), window.at(40, 50)});
+    window.SetCellOverlay(1);
+    window.UpdateWindow();
+    const CRect plot = window.GetAxis()->getGraphRect();
+    EXPECT_EQ(picture(window), empty);
+    EXPECT_EQ(window.GetAxis()->getGraphRect(), plot);
+    window.SetAreasInPicture(1);
+    const std::vector<std::uint32_t> marked = picture(window);
+    EXPECT_NE(marked, empty);
+    const CPoint corner = window.at(10, 10);
+    const CPoint handle(corner.x + 2, corner.y + 2);
+    EXPECT_EQ(marked[static_cast<std::size_t>(handle.y * 640 + handle.x)],
+              empty[static_cast<std::size_t>(handle.y * 640 + handle.x)]);  // no handles
+    const auto before = SetMessageFunction(countMessages);
+    messages = 0;
+    SetClipboardRefusal(1);
+    window.SendMessage(WM_COMMAND, ID_COPY_TO_CLIPBOARD);
+    SetClipboardRefusal(0);
+    EXPECT_EQ(messages, 1);
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 1);
+    window.SendMessage(WM_COMMAND, ID_COPY_TO_CLIPBOARD);
+    EXPECT_EQ(messages, 1);
+    EXPECT_EQ(GetClipboardBitmapSize().cx, 640);
+    SetMessageFunction(before);
+}
+
+TEST(AxisWindow, SurvivesWhateverHappensInADrag)
+{
+    Interrupted* window = nullptr;
+    ATrackerArrayInAxis kept;
+    struct Case {
+        const char* what;
+        std::function<void()> interrupt;
+    };
+    const Case cases[] = {
+        {"closed", [&] { window->DestroyWindow(); }},
+        {"parent closed", [&] { window->top.DestroyWindow(); }},
+        {"another map", [&] { window->showMap(); }},
+        {"no map", [&] { window->SetAxis(nullptr, 0); }},
+        {"other areas", [&] { window->SetTrackers(nullptr, 0); }},
+        {"areas of the host", [&] { window->SetTrackers(&kept, 0); }},
+        {"cleared", [&] { window->GetTrackers()->Clear(window); }},
+        {"capture lost", [] { CWnd::ReleaseCapture(); }},
+        {"sized", [&] { window->MoveWindow(CRect(0, 0, 1, 1)); }},
+        {"key", [&] { window->key('M'); }},
+        {"undo", [&] { window->key('Z', MK_CONTROL); }},
+        {"deleted", [&] { delete window, window = nullptr; }},
+    };
+    for (const ToolMode tool : {toolRect, toolRotateRect, toolEllipse, toolArea, toolArrow})
+        for (const Case& c : cases) {
+            SCOPED_TRACE(testing::Message() << c.what << ", tool " << tool);
+            window = new Interrupted;
+            window->SetCellOverlay(1);
+            window->ChooseTool(toolRect);
+            window->drag({window->at(5, 5), window->at(15, 20)});
+            window->ChooseTool(tool);
+            window->interrupt = c.interrupt;
+            window->dragWithInterruption();
+            AxisWindow::pump();
+            EXPECT_EQ(CWnd::GetCapture(), nullptr);
+            delete window;
+        }
+}
+
+TEST(AxisWindow, OpensAndClosesWithoutGrowing)
+{
+    const auto once = [] {
+        AxisWindow window(30, 30, {200, 160});
+        window.ChooseTool(toolRect);
+        window.drag({window.at(5, 5), window.at(15, 20)});
+        window.SetCellOverlay(1);
+        window.UpdateWindow();
+    };
+    std::size_t before = 0;
+    for (int i = 0; i < 200; ++i) {
+        once();
+        AxisWindow::runFor(1);
+        if (i == 20 && __sanitizer_get_current_allocated_bytes)
+            before = __sanitizer_get_current_allocated_bytes();
+    }
+    if (!__sanitizer_get_current_allocated_bytes)
+        GTEST_SKIP() << "only the address sanitizer counts bytes";
+    EXPECT_LT(__sanitizer_get_current_allocated_bytes(), before + 65536);
+}
