@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionToolButton>
+#include <QStylePainter>
 
 namespace pavane
 {
@@ -40,12 +41,26 @@ BarButton::BarButton(BarWidget* bar, const ToolButton& button)
     connect(this, &QToolButton::clicked, this, [this] { bar_->sendCommand(id_, 0); });
 }
 
-void BarButton::initStyleOption(QStyleOptionToolButton* option) const
+/// The style draws the button; picture and arrow are ours, because the style keeps each of its
+/// arrows in a cache.
+void BarButton::paintEvent(QPaintEvent*)
 {
-    QToolButton::initStyleOption(option);
-    if (hasArrow_)
-        option->features |=
-            QStyleOptionToolButton::MenuButtonPopup | QStyleOptionToolButton::HasMenu;
+    QStylePainter painter(this);
+    QStyleOptionToolButton option;
+    initStyleOption(&option);
+    option.icon = QIcon();
+    painter.drawComplexControl(QStyle::CC_ToolButton, option);
+    const QRect picture(QPoint(buttonPadding / 2, buttonPadding / 2), iconSize());
+    icon().paint(&painter, picture, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+    if (!hasArrow_)
+        return;
+    const double x = width() - arrowWidth / 2.0 - 1;
+    const double y = height() / 2.0 + 1;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(
+        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+    painter.drawPolygon(QPolygonF({{x - 3, y - 1.5}, {x + 3, y - 1.5}, {x, y + 2}}));
 }
 
 void BarButton::mousePressEvent(QMouseEvent* e)

@@ -21,7 +21,7 @@ public:
     bool hasArrow() const { return hasArrow_; }
 
 protected:
-    void initStyleOption(QStyleOptionToolButton* option) const override;
+    void paintEvent(QPaintEvent* e) override;
     void mousePressEvent(QMouseEvent* e) override;
     void keyPressEvent(QKeyEvent* e) override;
     void focusInEvent(QFocusEvent* e) override;

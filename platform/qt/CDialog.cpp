@@ -1,6 +1,7 @@
 #include "platform/CDialog.h"
 
 #include "platform/core/dialog_units.h"
+#include "platform/qt/Control.h"
 #include "platform/qt/dialog_controls.h"
 #include "platform/qt/DialogWidget.h"
 #include "platform/qt/fonts.h"
@@ -144,7 +145,7 @@ void CDialog::PrevDlgCtrl() { moveFocus(false); }
 
 void CDialog::moveFocus(bool forward)
 {
-    auto* const widget = static_cast<DialogWidget*>(clientOf(this));
+    auto* const widget = widgetOf<DialogWidget>(this);
     if (!widget)
         return;
     widget->moveFocus(forward);
@@ -197,8 +198,8 @@ int CDialog::ReplaceControl(unsigned id, CWnd& window, const CString& className,
 
 void CDialog::SetClientSize(int cx, int cy)
 {
-    if (QWidget* const widget = clientOf(this))
-        static_cast<DialogWidget*>(widget)->setClientSize(QSize(cx, cy));
+    if (auto* const widget = widgetOf<DialogWidget>(this))
+        widget->setClientSize(QSize(cx, cy));
 }
 
 CRect CDialog::MapDialogRect(const CRect& units) const

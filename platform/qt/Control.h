@@ -63,12 +63,13 @@ protected:
     }
 };
 
-/// The native widget of a control; null without a window.
+/// The native widget of a control; null without a window, or with one of another kind (CreateEx
+/// makes drawing windows of all objects).
 template <class Widget>
 Widget* widgetOf(const CWnd* control)
 {
     WindowPeer* const peer = peerOf(control);
-    return peer ? static_cast<Widget*>(peer->widget.data()) : nullptr;
+    return peer ? dynamic_cast<Widget*>(peer->widget.data()) : nullptr;
 }
 
 /// Makes `widget` the native side of `control`; non-zero on success.

@@ -161,13 +161,13 @@ int CButton::Create(const CString& text, Kind kind, unsigned style, const CRect&
 
 int CButton::GetCheck() const
 {
-    const auto* const button = qobject_cast<QAbstractButton*>(widgetOf<QWidget>(this));
+    const auto* const button = widgetOf<QAbstractButton>(this);
     return button && button->isChecked() ? 1 : 0;
 }
 
 void CButton::SetCheck(int on)
 {
-    if (auto* const button = qobject_cast<QAbstractButton*>(widgetOf<QWidget>(this)))
+    if (auto* const button = widgetOf<QAbstractButton>(this))
         setButtonChecked(*button, on != 0);
 }
 

@@ -1,9 +1,11 @@
 #include "platform/qt/glyphs.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <QIconEngine>
 #include <QImage>
-#include <QPixmap>
+#include <QPainter>
 #include <string>
 #include <vector>
 
@@ -15,7 +17,6 @@ namespace
 
 constexpr int smallSize = 16;
 constexpr int largeSize = 20;
-constexpr int finestRatio = 4;  ///< pixels a dot
 
 /// A square of dots, row by row; a blank is nothing.
 struct Dots {
@@ -86,30 +87,41 @@ QImage painted(const Dots& dots, bool enabled)
     return image;
 }
 
+/// Draws the dots for the size that is asked for. Pictures are made on the spot: the toolkit's
+/// engine would leave each of them in a cache of the program.
+class GlyphEngine : public QIconEngine
+{
+public:
+    explicit GlyphEngine(Dots dots) : dots_(std::move(dots)) {}
+    QIconEngine* clone() const override { return new GlyphEngine(dots_); }
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override
+    {
+        const bool enabled = mode != QIcon::Disabled;
+        const double pixels = rect.width() * painter->device()->devicePixelRatio();
+        if (pixels <= dots_.size) {
+            painter->drawImage(rect, painted(dots_, enabled));
+            return;
+        }
+        // fine screens get slanted lines without steps
+        painter->setRenderHint(QPainter::SmoothPixmapTransform);
+        painter->drawImage(rect, painted(doubled(doubled(dots_)), enabled)
+                                     .scaledToWidth(static_cast<int>(std::ceil(pixels)),
+                                                    Qt::SmoothTransformation));
+    }
+
+private:
+    Dots dots_;
+};
+
 }  // namespace
 
 int glyphSize(int rowCount) { return rowCount > smallSize ? largeSize : smallSize; }
 
 QIcon iconOf(const char* const* rows, int rowCount)
 {
-    QIcon icon;
     if (!rows || rowCount <= 0)
-        return icon;
-    const Dots dots = dotsOf(rows, rowCount);
-    // fine screens get slanted lines without steps
-    const Dots finest = doubled(doubled(dots));
-    for (const bool enabled : {true, false}) {
-        const QIcon::Mode mode = enabled ? QIcon::Normal : QIcon::Disabled;
-        icon.addPixmap(QPixmap::fromImage(painted(dots, enabled)), mode);
-        const QImage fine = painted(finest, enabled);
-        for (int ratio = 2; ratio <= finestRatio; ++ratio) {
-            const int size = dots.size * ratio;
-            QImage image = fine.scaled(size, size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-            image.setDevicePixelRatio(ratio);
-            icon.addPixmap(QPixmap::fromImage(image), mode);
-        }
-    }
-    return icon;
+        return {};
+    return QIcon(new GlyphEngine(dotsOf(rows, rowCount)));  // which the icon owns
 }
 
 }  // namespace pavane
