@@ -168,12 +168,11 @@ void PixelPainter::run(const LineRun& run, const PixelOperation& operation) cons
         return;
     }
     const int top = last < 0 ? run.y + last : run.y;
-    for (int y = top; y < top + run.count; ++y) {
-        if (visible(run.x, y)) {
-            surface_.touch({run.x, y, run.x + 1, y + 1});
+    clippedRects({run.x, top, run.x + 1, top + run.count}, [&](const CRect& part) {
+        surface_.touch(part);
+        for (int y = part.top; y < part.bottom; ++y)
             paintUnits(y, run.x, run.x + 1, operation);
-        }
-    }
+    });
 }
 
 bool PixelPainter::visible(int x, int y) const

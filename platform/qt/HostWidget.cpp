@@ -20,6 +20,14 @@
 namespace pavane
 {
 
+namespace
+{
+
+/// Rows of pixels that the toolkit paints without dividing them among threads.
+constexpr int fewRows = 64;
+
+}  // namespace
+
 int pixelRatioOf(const QWidget* widget)
 {
     constexpr double tolerance = 1e-3;
@@ -144,9 +152,16 @@ void HostWidget::paintEvent(QPaintEvent* e)
         painter.drawImage(QPoint(0, 0), image);
         return;
     }
-    painter.setCompositionMode(QPainter::CompositionMode_Source);
-    for (const QRect& r : e->region())
-        painter.drawImage(r.topLeft(), image, QRect(r.topLeft() * ratio, r.size() * ratio));
+    // below a clip of several rectangles the toolkit gives rows to other threads when there are
+    // many; waking them costs more than copying thin strips
+    const int rows = e->region().rectCount() > 1 ? fewRows / ratio : height();
+    for (const QRect& r : e->region()) {
+        for (int top = r.top(); top <= r.bottom(); top += rows) {
+            const QRect part(r.left(), top, r.width(), std::min(rows, r.bottom() - top + 1));
+            painter.drawImage(part.topLeft(), image,
+                              QRect(part.topLeft() * ratio, part.size() * ratio));
+        }
+    }
 }
 
 bool HostWidget::focusNextPrevChild(bool next)
