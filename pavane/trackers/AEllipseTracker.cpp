@@ -14,6 +14,8 @@ namespace
 
 /// A small ellipse of fewer points looks like a triangle.
 constexpr int fewestShown = 24;
+/// So many leave the true curve by a pixel only at semi-axes of a million pixels.
+constexpr int mostShown = 2048;
 
 }  // namespace
 
@@ -36,7 +38,7 @@ int AEllipseTracker::firstHandle() const { return 4; }
 
 void AEllipseTracker::shownOutline(AArray<CPoint>& points) const
 {
-    ellipseOutline(points, rect_, angle_, fewestShown);
+    ellipseOutline(points, rect_, angle_, fewestShown, mostShown);
 }
 
 APoint<double> AEllipseTracker::halfExtent() const

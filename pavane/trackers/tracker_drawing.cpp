@@ -15,8 +15,6 @@ namespace
 
 constexpr COLORREF dark = RGB(0, 0, 0);
 constexpr COLORREF light = RGB(255, 255, 255);
-/// A dark seam of a pixel on both sides of a light line.
-constexpr int activeWidth = 3;
 
 class PenChange
 {
@@ -37,6 +35,12 @@ void stroke(CDC& dc, CPen& pen, const std::vector<CPoint>& line)
     dc.Polyline(line.data(), static_cast<int>(line.size()));
 }
 
+void shift(std::vector<CPoint>& line, CPoint step)
+{
+    for (CPoint& p : line)
+        p = {saturatedSum(p.x, step.x), saturatedSum(p.y, step.y)};
+}
+
 /// Outlines up to this size are too small for dashes.
 constexpr int smallExtent = 20;
 
@@ -52,14 +56,19 @@ bool isSmall(const std::vector<CPoint>& line)
     return std::max(extent.cx, extent.cy) <= smallExtent;
 }
 
-void strokeActive(CDC& dc, const std::vector<CPoint>& line)
+/// A light line with a dark seam of a pixel. Four shifted thin lines make a more even seam along
+/// slanted lines than a wide pen, and a faster one than a smooth pen.
+void strokeActive(CDC& dc, std::vector<CPoint>& line)
 {
-    CPen under(PS_SOLID, activeWidth, dark);
+    constexpr CPoint steps[] = {{-1, 0}, {1, 1}, {1, -1}, {-1, -1}};  // left, below, right, above
+    CPen under(PS_SOLID, 1, dark);
     CPen over(PS_SOLID, 1, light);
-    const int smooth = dc.SetSmooth(1);
-    stroke(dc, under, line);
+    for (const CPoint& step : steps) {
+        shift(line, step);
+        stroke(dc, under, line);
+    }
+    shift(line, {0, 1});
     stroke(dc, over, line);
-    dc.SetSmooth(smooth);
 }
 
 void strokeInactive(CDC& dc, std::vector<CPoint>& line)
@@ -69,8 +78,7 @@ void strokeInactive(CDC& dc, std::vector<CPoint>& line)
     CPen over(small ? PS_SOLID : PS_DOT, 1, light);
     stroke(dc, under, line);
     if (small) {
-        for (CPoint& p : line)  // beside each other
-            p = {saturatedSum(p.x, 1), saturatedSum(p.y, 1)};
+        shift(line, {1, 1});  // beside each other
         stroke(dc, over, line);
         return;
     }
@@ -114,7 +122,7 @@ void circle(CDC& dc, const CRect& box, COLORREF color)
 void outlineWithHandles(CDC& dc, const CPoint* points, int n, bool closed, bool active,
                         const std::vector<CRect>& squares)
 {
-    constexpr std::size_t mostHoles = 64;  // beyond it a clip region costs more than it shows
+    constexpr std::size_t mostHoles = 24;  // beyond it a clip region costs more than it shows
     const int saved = squares.empty() || squares.size() > mostHoles ? 0 : dc.SaveDC();
     if (saved)
         for (const CRect& square : squares)

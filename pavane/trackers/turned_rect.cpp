@@ -112,13 +112,12 @@ void widenToLeast(CRect& rect, CSize least)
     widen(rect.top, rect.bottom, least.cy);
 }
 
-void ellipseOutline(AArray<CPoint>& points, const CRect& rect, double angle, int fewest)
+void ellipseOutline(AArray<CPoint>& points, const CRect& rect, double angle, int fewest, int most)
 {
-    constexpr int mostPoints = 65536;
     points.Free();
     const CRect box = normalized(rect);
     const CSize extent = extentOf(box);
-    const int count = std::min(std::max({extent.cx / 2, extent.cy / 2, fewest}), mostPoints);
+    const int count = std::min(std::max({extent.cx / 2, extent.cy / 2, fewest}), most);
     if (std::min(extent.cx, extent.cy) < 2)
         return;
     points.GrowBy(count);

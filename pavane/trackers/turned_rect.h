@@ -47,10 +47,11 @@ PAVANE_API double pointerAngle(CPoint pointer, CPoint centre);
 /// Widens what is below `least` to exactly that about its old centre.
 PAVANE_API void widenToLeast(CRect& rect, CSize least);
 
+inline constexpr int mostEllipsePoints = 65536;
 /// The outline of the ellipse inscribed in the turned rectangle, as many points as its larger
-/// semi-axis has pixels (at most 65 536), but `fewest` at least; the first is at the end of the x
+/// semi-axis has pixels, but `fewest` at least and `most` at most; the first is at the end of the x
 /// semi-axis. None for a box below 2 pixels.
 PAVANE_API void ellipseOutline(AArray<CPoint>& points, const CRect& rect, double angle,
-                               int fewest = 0);
+                               int fewest = 0, int most = mostEllipsePoints);
 
 }  // namespace pavane
