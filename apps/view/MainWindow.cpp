@@ -2,14 +2,17 @@
 
 #include "apps/view/main_menu.h"
 #include "apps/view/view_dialogs.h"
+#include "apps/view/window_place.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/images/palettes.h"
 #include "pavane/maps/AAxisColorOP.h"
 #include "pavane/maps/ALevelsColorGraph.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/windows/placement_text.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/message.h"
 #include "platform/profile.h"
+#include "platform/screens.h"
 #include "tessel/paths.h"
 
 #include <algorithm>
@@ -25,7 +28,7 @@ constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104;
 constexpr int listWidth = 110;
-constexpr int tableWidth = 260;
+constexpr int tableWidth = 330;
 constexpr unsigned copyTimer = 1;
 /// Pixels that the pointer may tremble in a click without moving an area.
 constexpr int clickTremble = 3;
@@ -83,8 +86,17 @@ int MainWindow::makeBar()
 
 void MainWindow::Show()
 {
-    LoadWndPos(this, section);
-    ShowWindow(SW_SHOW);
+    const std::vector<CRect> screens = GetScreenRects();
+    PlacementRecord kept;
+    if (!readPlacement(GetProfileString(section, "WindowPos"), kept))
+        kept.normal = firstPlace;
+    const CRect place = reachablePlace(kept.normal, screens);
+    // a window that starts as an icon, or where no screen is any more, would seem not to start
+    if (kept.normal != place || kept.showCommand == SW_SHOWMINIMIZED ||
+        !LoadWndPos(this, section)) {
+        MoveWindow(place);
+        ShowWindow(SW_SHOW);
+    }
     view_.SetFocus();
 }
 

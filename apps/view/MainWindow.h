@@ -101,7 +101,6 @@ private:
 
     ViewOptions options_;
     LevelChoice shownLevels_;  ///< kept while contours are off
-    CString levelText_;        ///< as the user gave them
     std::unique_ptr<MapDocument> map_;
     // The map window goes first: it asks the others while it lives.
     ATrackerToolBar bar_;

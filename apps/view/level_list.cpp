@@ -36,6 +36,7 @@ double unitOf(const ContourLevels& list, double peak, double noise)
 int parseLevels(const std::string& text, LevelChoice& choice, std::string& error)
 {
     choice = LevelChoice();
+    choice.text = text;
     choice.none = text == "none";
     if (choice.none || readList(text, choice))
         return 1;

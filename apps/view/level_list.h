@@ -12,6 +12,7 @@ struct LevelChoice {
     int none = 0;        ///< no contour at all
     int goesOn = 0;      ///< after the last level on in the ratio of the last two, up to the peak
     ContourLevels list;  ///< chosen by the library when nothing was said
+    std::string text;    ///< as it was given
 };
 
 /// Reads "peak:-1,1,2,4,...": a unit (peak, sigma or abs) and a list of numbers; a last item "..."

@@ -96,8 +96,11 @@ void RecentFiles::remove(const std::string& file)
 std::string recentFileLabel(int number, const std::string& file)
 {
     const std::string folder = folderOf(file);
-    return "&" + std::to_string(number) + "  " + plain(baseNameOf(file)) + "   (" +
-           plain(ending(folder.substr(0, folder.size() - (folder.size() > 1)), shownFolder)) + ")";
+    std::string label(1, '&');
+    label += std::to_string(number);
+    label += "  " + plain(baseNameOf(file)) + "   (";
+    label += plain(ending(folder.substr(0, folder.size() - (folder.size() > 1)), shownFolder));
+    return label + ')';
 }
 
 }  // namespace pavane

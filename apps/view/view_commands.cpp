@@ -16,6 +16,8 @@ namespace
 {
 
 constexpr double zoomFactor = 2;
+/// What the library chooses, as a list.
+constexpr const char* usualLevels = "sigma:-3,3,6,...";
 
 int isMapCommand(unsigned id)
 {
@@ -125,16 +127,18 @@ void MainWindow::toggleContours()
 {
     LevelChoice none;
     none.none = 1;
+    none.text = shownLevels_.text;
     options_.levels = options_.levels.none ? shownLevels_ : none;
     contentChanged();
 }
 
 void MainWindow::changeLevels()
 {
-    if (!askLevels(this, levelText_))
+    CString text = options_.levels.text.empty() ? usualLevels : options_.levels.text;
+    if (!askLevels(this, text))
         return;
     std::string ignored;
-    (void)parseLevels(levelText_, options_.levels, ignored);
+    (void)parseLevels(text, options_.levels, ignored);
     if (!options_.levels.none)
         shownLevels_ = options_.levels;
     contentChanged();

@@ -1,6 +1,7 @@
 // What pavane-view keeps about the work of a user: recent maps, unsaved areas and their copy.
 #include "apps/view/AreaSession.h"
 #include "apps/view/recent_files.h"
+#include "apps/view/window_place.h"
 #include "platform/profile.h"
 #include "tessel/paths.h"
 
@@ -54,6 +55,31 @@ TEST(RecentFiles, ForgetsGarbageKeepsEightAndPutsTheLatestFirst)
                                                        "/maps/e", "/maps/d", "/maps/c"}));
     EXPECT_EQ(recentFileLabel(2, "/data/R&D/m&m.fits"), "&2  m&&m.fits   (/data/R&&D)");
     SetProfileFile("");
+}
+
+TEST(WindowPlace, StaysWhereItsTopCanBeSeenAndComesBackElse)
+{
+    const std::vector<CRect> screens = {{0, 0, 1400, 1000}, {1400, 0, 2400, 800}};
+    constexpr int far = 2147483647;
+    const struct {
+        CRect place, wanted;
+    } cases[] = {
+        {{80, 60, 1180, 900}, {80, 60, 1180, 900}},
+        {{1500, 40, 2300, 700}, {1500, 40, 2300, 700}},  // on the second screen
+        {{-980, 60, 120, 900}, {-980, 60, 120, 900}},    // a corner is enough
+        {{-981, 60, 119, 900}, {4, 60, 1104, 900}},      // a sliver is not
+        {{80, -40, 1180, 800}, {80, 32, 1180, 872}},     // no caption
+        {{80, 2000, 1180, 2840}, {80, 156, 1180, 996}},
+        {{3000, 100, 3800, 700}, {596, 100, 1396, 700}},  // a screen that is gone
+        {{10, 40, 9000, 9000}, {4, 32, 1396, 996}},
+        {{-far - 1, -far - 1, far, far}, {4, 32, 1396, 996}},
+        {{far - 10, far - 10, far, far}, {1386, 986, 1396, 996}},
+    };
+    for (const auto& c : cases)
+        EXPECT_TRUE(reachablePlace(c.place, screens) == c.wanted)
+            << reachablePlace(c.place, screens).left << ' ' << reachablePlace(c.place, screens).top;
+    EXPECT_TRUE(reachablePlace(cases[8].place, {}) == cases[8].place);
+    EXPECT_TRUE(reachablePlace(cases[8].place, {CRect()}) == cases[8].place);
 }
 
 TEST(AreaSession, KeepsACopyWhileAreasAreUnsaved)

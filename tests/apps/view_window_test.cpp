@@ -73,6 +73,8 @@ protected:
         SetFileDialogAnswer(nullptr);
         SetDialogAnswer(nullptr);
         SetProfileFile("");
+        PostQuitMessage(0);  // a closed window has asked for it: the next loop shall run
+        (void)RunMessages();
     }
     std::string path(const std::string& name) const { return (folder_ / name).string(); }
     void writeMap(const std::string& name)
