@@ -216,13 +216,13 @@ TEST(Clipboard, GivesBackWhatItTookUnlessItRefuses)
     EXPECT_FALSE(SetClipboardBitmap(bitmap));
     ASSERT_TRUE(bitmap.CreateBitmap(7, 5, 2));
     EXPECT_TRUE(SetClipboardBitmap(bitmap));
-    EXPECT_EQ(GetClipboardBitmapSize(), CSize(14, 10));
+    EXPECT_EQ(GetClipboardBitmapSize(), (CSize{14, 10}));
     EXPECT_FALSE(GetClipboardText(text));
     SetClipboardRefusal(1);
     EXPECT_FALSE(SetClipboardText("x"));
     EXPECT_FALSE(SetClipboardBitmap(bitmap));
     SetClipboardRefusal(0);
-    EXPECT_EQ(GetClipboardBitmapSize(), CSize(14, 10));
+    EXPECT_EQ(GetClipboardBitmapSize(), (CSize{14, 10}));
 }
 
 }  // namespace pavane
