@@ -237,8 +237,10 @@ void TrackerCollection::showTool(CWnd* window)
 /// Makes tracker i current and active and the old one inactive; -1 leaves none.
 void TrackerCollection::makeCurrent(int i)
 {
-    if (curItem_ != i)
+    if (curItem_ != i) {
         SetItemActive(curItem_, 0);
+        history_.endSeries();
+    }
     curItem_ = i;
     SetItemActive(i, 1);
 }

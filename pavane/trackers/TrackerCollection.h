@@ -15,8 +15,10 @@
 #include "platform/types.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <typeindex>
 #include <unordered_set>
 #include <vector>
 
@@ -183,12 +185,15 @@ public:
     /// Pixels that the pointer has to leave a press by before a drag begins; 0 at first.
     void SetDeadZone(int pixels);
     int deadZone() const { return deadZone_; }
+    /// How the last drag ended; after the right button a window shows no context menu.
+    DragEnd lastDragEnd() const { return lastDragEnd_; }
     /// Lasts as long as the collection.
     const LifeToken& life() const { return life_; }
 
     // TrackerListener
     void trackerChanging(ATracker& tracker) override;
     int trackerBounds(const ATracker& tracker, CRect& bounds) override;
+    void trackerDragEnded(ATracker& tracker, DragEnd end) override;
 
 protected:
     // What the kinds of collections do in their own way.
@@ -247,9 +252,12 @@ protected:
 
 private:
     class Step;
+    /// What a record needs to become a tracker again.
     struct Kind {
+        std::type_index type;
         std::string name;
         int mapping;
+        std::shared_ptr<const ATracker> model;  ///< of classes that their name alone does not make
     };
 
     // EditTarget
@@ -275,8 +283,8 @@ private:
     int walk(CWnd* window, const std::function<int()>& step);
 
     // Presses (collection_press.cpp)
-    enum class DragEnd { gone, refused, kept };
-    DragEnd drag(ATracker& tracker, const std::function<int()>& run);
+    enum class DragResult { gone, refused, kept };
+    DragResult drag(ATracker& tracker, const std::function<int()>& run);
     int pressZoom(CWnd* window, CPoint p);
     int pressSelect(CWnd* window, CPoint p);
     int pressMove(CWnd* window, CPoint p);
@@ -301,6 +309,7 @@ private:
 
     // Boxes and drawing (collection_draw.cpp)
     int knowBoxes();
+    int itemsIn(const ARect<double>& rect, Pile<int>& found);
     static ARect<double> boxOf(const ATracker& tracker);
     void boxChanged(int i);
     int drawingClip(CWnd* window, ATracker& tracker, CRect& clip) const;
@@ -311,7 +320,7 @@ private:
     // Edits of several and keyboard
     int copyItem(CWnd* window, int i);
     int moveShapes(CWnd* window, const std::vector<int>& items, APoint<double> offset,
-                   const char* label, std::uint64_t mergeKey);
+                   const char* label);
     int moveFocusedHandle(CWnd* window, APoint<double> offset);
     int moveByOffset(CWnd* window, APoint<double> offset);
     int stepFocus(CWnd* window, int direction);
@@ -339,6 +348,7 @@ private:
     CRect followBounds_;
     APoint<double> followFrom_;
     HWND dragWindow_ = 0;
+    DragEnd lastDragEnd_ = DragEnd::refused;
     CPoint hover_;
     int hovering_ = 0;
     LifeToken life_;

@@ -22,6 +22,10 @@ namespace
 /// Pixels about a shape that lines and handles of an active one may take beyond its true rectangle.
 constexpr int drawMargin = 2;
 
+/// Up to so many areas are looked at one by one: that is as fast as the index, and also finds areas
+/// that a host changed by itself.
+constexpr int fewAreas = 256;
+
 /// Half the edge of the frame about the focus.
 constexpr int focusReach = 7;
 
@@ -47,6 +51,10 @@ ARect<double> TrackerCollection::boxOf(const ATracker& tracker)
 
 int TrackerCollection::knowBoxes()
 {
+    if (trackerCount() <= fewAreas) {
+        boxesKnown_ = 0;
+        return 0;
+    }
     if (pixelsMoved())
         boxesKnown_ = 0;
     if (boxesKnown_ && boxes_.count() == trackerCount())
@@ -76,13 +84,25 @@ int TrackerCollection::TopmostAt(CPoint p, CWnd* window)
     return -1;
 }
 
+/// Items whose boxes meet a rectangle, in order; 0 without memory.
+int TrackerCollection::itemsIn(const ARect<double>& rect, Pile<int>& found)
+{
+    if (knowBoxes())
+        return boxes_.meeting(rect, found);
+    for (int i = 0; i < trackerCount(); ++i) {
+        const ARect<double> box = boxOf(*trackerAt(i));
+        if (box.left <= rect.right && box.right >= rect.left && box.top <= rect.bottom &&
+            box.bottom >= rect.top && !found.add(i))
+            return 0;
+    }
+    return 1;
+}
+
 void TrackerCollection::Draw(CDC* dc, CWnd* window)
 {
     CRect box;
-    if (!dc || !dc->GetClipBox(box) || box.IsRectEmpty() || !knowBoxes())
-        return;
     Pile<int> found;
-    if (!boxes_.meeting(asBox(box), found))
+    if (!dc || !dc->GetClipBox(box) || box.IsRectEmpty() || !itemsIn(asBox(box), found))
         return;
     ATracker* const working = workingTracker();
     ATracker* const first = found.count() ? trackerAt(found.data()[0]) : working ? working : drawn_;

@@ -16,10 +16,13 @@ namespace
 
 constexpr int fewestVertices = 3;
 
-/// Moves of one handle, or of one selection, are one step while keys repeat.
-std::uint64_t keySeries(int item, int handle)
+/// Moves of one handle (-1: of whole areas) are one step while keys repeat; never 0.
+std::uint64_t keySeries(const std::vector<int>& items, int handle)
 {
-    return (static_cast<std::uint64_t>(item) + 1) << 32 | static_cast<std::uint32_t>(handle + 2);
+    std::uint64_t series = 1469598103934665603u;  // FNV-1a
+    for (const int item : items)
+        series = (series ^ static_cast<std::uint32_t>(item)) * 1099511628211u;
+    return (series ^ static_cast<std::uint32_t>(handle)) | 1;
 }
 
 double squaredDistance(CPoint p, CPoint a, CPoint b, double& along)
@@ -118,13 +121,11 @@ int TrackerCollection::moveByOffset(CWnd* window, APoint<double> offset)
     const std::vector<int> items = SelectedItems();
     if (items.empty())
         return 0;
-    const std::uint64_t series = keySeries(items.front(), static_cast<int>(items.size()) - 3);
-    return moveShapes(window, items, offset, items.size() > 1 ? "Move areas" : "Move area",
-                      items.size() > 1 ? 0 : series);
+    return moveShapes(window, items, offset, items.size() > 1 ? "Move areas" : "Move area");
 }
 
 int TrackerCollection::moveShapes(CWnd* window, const std::vector<int>& items,
-                                  APoint<double> offset, const char* label, std::uint64_t mergeKey)
+                                  APoint<double> offset, const char* label)
 {
     ARect<double> all{HUGE_VAL, HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
     ShapeValues shape;
@@ -140,7 +141,7 @@ int TrackerCollection::moveShapes(CWnd* window, const std::vector<int>& items,
     if (offset == APoint<double>{})
         return 0;
     {
-        Step step(*this, label, mergeKey);
+        Step step(*this, label, keySeries(items, -1));
         for (const int i : items) {
             ATracker& tracker = *trackerAt(i);
             const std::string before = recordOf(tracker, i);
@@ -171,7 +172,7 @@ int TrackerCollection::moveFocusedHandle(CWnd* window, APoint<double> offset)
     if (!setShapeOf(tracker, shape))
         return 0;
     {
-        Step step(*this, "Move handle", keySeries(focusItem_, focusHandle_));
+        Step step(*this, "Move handle", keySeries({focusItem_}, focusHandle_));
         noteChange(focusItem_, before);
     }
     changed(window);

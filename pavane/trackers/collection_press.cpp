@@ -47,6 +47,7 @@ int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
     if (!takesPress(p) || dragged_)
         return 0;
     hovering_ = 0;
+    history_.endSeries();
     if (mode_ & toolZoomIn)
         return pressZoom(window, p);
     const int arrow = mode_ < toolRect;
@@ -113,7 +114,7 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     if (!current || !current->IsActive() || current->HitTest(p, window) < 0)
         return 0;
     const std::string before = recordOf(*current, curItem_);
-    if (drag(*current, [&] { return current->Track(window, p, 0, nullptr); }) != DragEnd::kept)
+    if (drag(*current, [&] { return current->Track(window, p, 0, nullptr); }) != DragResult::kept)
         return 1;
     const int i = IndexOf(current);
     if (i < 0 || sameShape(recordOf(*current, i), before))
@@ -127,8 +128,8 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
 }
 
 /// Runs one drag and tells whether the tracker and the collection are still there.
-TrackerCollection::DragEnd TrackerCollection::drag(ATracker& tracker,
-                                                   const std::function<int()>& run)
+TrackerCollection::DragResult TrackerCollection::drag(ATracker& tracker,
+                                                      const std::function<int()>& run)
 {
     const LifeWatch self(life_);
     const LifeWatch item(tracker.life());
@@ -137,11 +138,11 @@ TrackerCollection::DragEnd TrackerCollection::drag(ATracker& tracker,
     dragged_ = &tracker;
     const int result = run();
     if (!self.alive())
-        return DragEnd::gone;
+        return DragResult::gone;
     if (dragged_ == &tracker)
         dragged_ = nullptr;
     draggedItem_ = -1;
-    return !item.alive() ? DragEnd::gone : result ? DragEnd::kept : DragEnd::refused;
+    return !item.alive() ? DragResult::gone : result ? DragResult::kept : DragResult::refused;
 }
 
 /// Gives a tracker that something else replaces up: its shape is as before the drag, and the loop
@@ -158,7 +159,7 @@ void TrackerCollection::endDrag()
         delete tracker;
         return;
     }
-    std::unique_ptr<ATracker> twin(makeTrackerOfClass(tracker->GetClassName()));
+    std::unique_ptr<ATracker> twin(tracker->Duplicate());
     if (!twin || !twin->SetState(draggedBefore_))
         return;
     adopt(*twin);
@@ -187,12 +188,12 @@ int TrackerCollection::pressDraw(CWnd* window, CPoint p)
         return 1;
     adopt(*tracker);
     drawn_ = tracker.release();
-    const DragEnd end = drag(*drawn_, [&] { return drawn_->TrackRubberBand(window, p, 0); });
-    if (end == DragEnd::gone)
+    const DragResult end = drag(*drawn_, [&] { return drawn_->TrackRubberBand(window, p, 0); });
+    if (end == DragResult::gone)
         return 1;
     tracker.reset(drawn_);
     drawn_ = nullptr;
-    if (end == DragEnd::kept && tracker->IsReady()) {
+    if (end == DragResult::kept && tracker->IsReady()) {
         takeDrawn(window, tracker.release(), "Draw area");
     } else {
         tracker.reset();
@@ -213,19 +214,19 @@ int TrackerCollection::addVertex(CWnd* window, CPoint p)
         setWorking(working);
         enableAreaCommands(window, 1);
     }
-    const DragEnd end = drag(*working, [&] { return working->TrackRubberBand(window, p, 0); });
-    if (end == DragEnd::gone)
+    const DragResult end = drag(*working, [&] { return working->TrackRubberBand(window, p, 0); });
+    if (end == DragResult::gone)
         return 1;
     const std::string after = recordOf(*working, -1);
     ShapeValues shape;
     const int empty = shapeOf(*working, shape) && shape.points.empty();
-    if (before.empty() && (end == DragEnd::refused || empty)) {
+    if (before.empty() && (end == DragResult::refused || empty)) {
         setWorking(nullptr);
         delete working;
         showCurrent(window);
         return 1;
     }
-    if (end == DragEnd::refused)
+    if (end == DragResult::refused)
         return 1;
     if (before.empty() || !sameShape(after, before)) {
         Step step(*this, "Add vertex");
@@ -314,9 +315,9 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
     followFrom_ = anchorOf(shape);
     boundFollowers(window, grabbed, p);
     dragWindow_ = window ? window->GetSafeHwnd() : 0;
-    const DragEnd end =
+    const DragResult end =
         drag(grabbed, [&] { return grabbed.TrackHandle(moveCode(grabbed), window, p, nullptr); });
-    if (end == DragEnd::gone)
+    if (end == DragResult::gone)
         return 1;
     const int i = IndexOf(&grabbed);
     if (i >= 0 && !sameShape(recordOf(grabbed, i), before)) {
@@ -371,6 +372,8 @@ int TrackerCollection::trackerBounds(const ATracker& tracker, CRect& bounds)
     bounds = followBounds_;
     return 1;
 }
+
+void TrackerCollection::trackerDragEnded(ATracker&, DragEnd end) { lastDragEnd_ = end; }
 
 void TrackerCollection::trackerChanging(ATracker& tracker)
 {

@@ -56,12 +56,16 @@ int activeBit(std::string_view record)
 /// A class and the mapping that its pixels belong to share one number.
 int TrackerCollection::kindCode(const ATracker& tracker)
 {
-    const char* const name = tracker.GetClassName();
+    const std::type_index type = typeid(tracker);
     const int mapping = mappingNumber();
     for (std::size_t i = kinds_.size(); i-- > 0;)
-        if (kinds_[i].mapping == mapping && kinds_[i].name == name)
+        if (kinds_[i].mapping == mapping && kinds_[i].type == type)
             return static_cast<int>(i);
-    kinds_.push_back({name, mapping});
+    Kind kind{type, tracker.GetClassName(), mapping, nullptr};
+    const std::unique_ptr<ATracker> named(makeTrackerOfClass(kind.name));
+    if (!named || std::type_index(typeid(*named)) != type)
+        kind.model.reset(tracker.Duplicate());
+    kinds_.push_back(std::move(kind));
     return static_cast<int>(kinds_.size()) - 1;
 }
 
@@ -100,8 +104,9 @@ ATracker* TrackerCollection::makeFromRecord(int kind, std::string_view record)
 {
     if (kind < 0 || static_cast<std::size_t>(kind) >= kinds_.size())
         return nullptr;
-    std::unique_ptr<ATracker> tracker(
-        makeTrackerOfClass(kinds_[static_cast<std::size_t>(kind)].name));
+    const Kind& of = kinds_[static_cast<std::size_t>(kind)];
+    std::unique_ptr<ATracker> tracker(of.model ? of.model->Duplicate()
+                                               : makeTrackerOfClass(of.name));
     return tracker && setRecord(*tracker, kind, record) ? tracker.release() : nullptr;
 }
 
