@@ -25,12 +25,12 @@ public:
     DragEnd run(CWnd* clipTo)
     {
         state_.finished = 0;
+        const HWND other = clipTo ? clipTo->GetSafeHwnd() : 0;
         window_->SetCapture();
         if (life_.alive() && windowLives())
             window_->UpdateWindow();
-        // the other window may have died by now, unless it is this one
-        if (life_.alive() && clipTo && clipTo != window_ && windowLives())
-            clipTo->UpdateWindow();
+        if (CWnd* const below = CWnd::FromHandle(other); below && below != window_)
+            below->UpdateWindow();
         DragEnd end = goesOn();
         if (end == DragEnd::released) {
             (void)change([&] { return session_.begin(); });
@@ -70,6 +70,8 @@ private:
             pointer(message, up);
         else
             DispatchMessage(message);
+        if (released_ && life_.alive())
+            return DragEnd::released;  // what happens to the window now is no cancel
         return goesOn();
     }
 
