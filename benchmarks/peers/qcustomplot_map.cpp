@@ -8,7 +8,7 @@ struct QCustomPlotMap::Data {
     QCustomPlot plot;
 };
 
-QCustomPlotMap::QCustomPlotMap(const float* cells, int n, int width, int height)
+QCustomPlotMap::QCustomPlotMap(const float* cells, int n, int width, int height, bool interpolates)
     : data_(std::make_unique<Data>())
 {
     QCustomPlot& plot = data_->plot;
@@ -23,7 +23,7 @@ QCustomPlotMap::QCustomPlotMap(const float* cells, int n, int width, int height)
                     cells[static_cast<std::size_t>(y) * static_cast<std::size_t>(n) +
                           static_cast<std::size_t>(x)]));
     map->setGradient(QCPColorGradient::gpHot);
-    map->setInterpolate(false);
+    map->setInterpolate(interpolates);
     map->rescaleDataRange(true);
     plot.resize(width, height);
     plot.show();

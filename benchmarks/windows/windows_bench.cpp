@@ -141,10 +141,10 @@ void showParts(benchmark::State& state, int zoom)
     }
 }
 
-void showPartsByPeer(benchmark::State& state, int zoom)
+void showPartsByPeer(benchmark::State& state, int zoom, bool interpolates)
 {
     const AMatrix<float> cells = jetMap(4096);
-    QCustomPlotMap shown(&cells(0, 0), 4096, windowWidth, windowHeight);
+    QCustomPlotMap shown(&cells(0, 0), 4096, windowWidth, windowHeight, interpolates);
     int i = 0;
     for (auto _ : state) {
         const Part part = partOf(i++, zoom);
@@ -165,14 +165,20 @@ BENCHMARK(dragBand)
     ->Iterations(10)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK_CAPTURE(showParts, pan, 0)->Name("windows/pan_4k/pavane")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(showPartsByPeer, pan, 0)
+BENCHMARK_CAPTURE(showPartsByPeer, pan, 0, true)
     ->Name("windows/pan_4k/QCustomPlot")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(showPartsByPeer, pan_nearest, 0, false)
+    ->Name("windows/pan_4k/QCustomPlot_nearest")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(showParts, zoom, 1)
     ->Name("windows/zoom_4k/pavane")
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(showPartsByPeer, zoom, 1)
+BENCHMARK_CAPTURE(showPartsByPeer, zoom, 1, true)
     ->Name("windows/zoom_4k/QCustomPlot")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(showPartsByPeer, zoom_nearest, 1, false)
+    ->Name("windows/zoom_4k/QCustomPlot_nearest")
     ->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv)

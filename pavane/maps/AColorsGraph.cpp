@@ -70,6 +70,8 @@ const MapScale& AColorsGraph::scale() const
     const TMnMx range = zRange();
     if (hasScale_ && range == scaleRange_)
         return scale_;
+    ranks_.clear();
+    drawn_ = 0;
     double low = range.min;
     if (kind_ == MapScaleKind::logarithmic && low <= 0 && noise().sigma < range.max)
         low = noise().sigma;
@@ -135,9 +137,16 @@ void AColorsGraph::drawCells(CDC& dc) const
 int AColorsGraph::paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
                         std::ptrdiff_t stride) const
 {
+    const MapScale& colorScale = scale();
+    // who draws a map twice draws it often: a window that is zoomed and moved
+    if (drawn_++ == 1 && shared_ == SharedPixel::greatest)
+        (void)ranks_.set(cells(), colorScale, indices_.count);
+    if (!ranks_.isEmpty() && shared_ == SharedPixel::greatest &&
+        ranks_.paint(x, y, indices_, bits, stride))
+        return 1;
     MapReduction reduced;
     return reduced.reduce(cells(), x, y, shared_) &&
-           paintMap(reduced, x, y, scale(), indices_, bits, stride);
+           paintMap(reduced, x, y, colorScale, indices_, bits, stride);
 }
 
 void AColorsGraph::drawIntoRaster() const

@@ -2,7 +2,7 @@
 
 #include "pavane/containers/AArray.h"
 #include "pavane/maps/ABMapGraph.h"
-#include "pavane/maps/map_picture.h"
+#include "pavane/maps/MapRanks.h"
 #include "platform/types.h"
 
 namespace pavane
@@ -60,6 +60,8 @@ private:
     mutable MapScale scale_;
     mutable TMnMx scaleRange_;
     mutable int hasScale_ = 0;
+    mutable MapRanks ranks_;
+    mutable int drawn_ = 0;  ///< whether the cells were drawn on this scale before
 };
 
 }  // namespace pavane

@@ -1,106 +1,9 @@
 #include "pavane/maps/map_picture.h"
 
-#include "pavane/maps/float_keys.h"
-#include "pavane/maps/row_kernels.h"
-
-#include <algorithm>
-#include <cmath>
-#include <limits>
-#include <vector>
+#include "pavane/maps/index_rows.h"
 
 namespace pavane
 {
-
-namespace
-{
-
-constexpr float infinity = std::numeric_limits<float>::infinity();
-/// The expanding kernel may read this far beyond a row of indices.
-constexpr std::size_t expandMargin = 16;
-
-/// Indices of values on any scale, by comparison with the values at which colours change. A table
-/// over the upper half of the value's key tells where to start comparing, so that nearly all values
-/// need one comparison, whatever the scale.
-class ThresholdTable
-{
-public:
-    ThresholdTable(const MapScale& scale, int count) : thresholds_(static_cast<std::size_t>(count))
-    {
-        thresholds_[0] = -infinity;
-        for (std::size_t i = 1; i < thresholds_.size(); ++i)
-            thresholds_[i] =
-                std::max(thresholds_[i - 1],
-                         static_cast<float>(scale.value(static_cast<double>(i) / count)));
-        start_.resize(65536);
-        std::uint32_t index = 0;
-        for (std::uint32_t key = 0; key < 65536; ++key) {
-            while (index + 1 < thresholds_.size() &&
-                   orderedKey(thresholds_[index + 1]) <= key << 16)
-                ++index;
-            start_[key] = static_cast<unsigned char>(index);
-        }
-    }
-    int of(float value) const
-    {
-        std::size_t index = start_[orderedKey(value) >> 16];
-        while (index + 1 < thresholds_.size() && value >= thresholds_[index + 1])
-            ++index;
-        return static_cast<int>(index);
-    }
-
-private:
-    std::vector<float> thresholds_;
-    std::vector<unsigned char> start_;
-};
-
-/// Turns rows of values into rows of indices.
-class RowPainter
-{
-public:
-    RowPainter(const MapScale& scale, const MapColors& colors, SimdPath path)
-        : colors_(colors), kernels_(rowKernels(path)), low_(static_cast<float>(scale.low())),
-          step_(static_cast<float>(colors.count / (scale.high() - scale.low()))),
-          // a first index other than 0, or a range beyond what float holds, has no vector form
-          linear_(scale.kind() == MapScaleKind::linear && colors.first == 0 &&
-                  std::isfinite(step_) && step_ > 0 && scale.high() - scale.low() < 1e38 &&
-                  std::fabs(scale.low()) < 1e38),
-          table_(scale, linear_ ? 1 : colors.count)
-    {
-    }
-    void paint(const float* values, int count, unsigned char* indices) const
-    {
-        const auto blank = static_cast<unsigned char>(colors_.blank);
-        if (linear_) {
-            kernels_.quantize(values, count, low_, step_, colors_.count - 1, blank, indices);
-            return;
-        }
-        for (int i = 0; i < count; ++i)
-            indices[i] = values[i] == -infinity
-                             ? blank
-                             : static_cast<unsigned char>(colors_.first + table_.of(values[i]));
-    }
-
-private:
-    MapColors colors_;
-    const RowKernels& kernels_;
-    float low_;
-    float step_;
-    int linear_;
-    ThresholdTable table_;
-};
-
-/// The pixels of a direction that show anything are neighbours: first to end - 1.
-CellSpan coveredPixels(const PixelCells& cells)
-{
-    CellSpan covered{0, cells.pixels()};
-    while (covered.first < covered.end && cells.groupOf(covered.first) < 0)
-        ++covered.first;
-    while (covered.first < covered.end && cells.groupOf(covered.end - 1) < 0)
-        --covered.end;
-    return covered;
-}
-
-}  // namespace
 
 int paintMap(const MapReduction& map, const PixelCells& x, const PixelCells& y,
              const MapScale& scale, const MapColors& colors, unsigned char* bits,
@@ -110,28 +13,9 @@ int paintMap(const MapReduction& map, const PixelCells& x, const PixelCells& y,
         colors.count < 1 || colors.first < 0 || colors.first + colors.count > 256)
         return 0;
     const RowPainter painter(scale, colors, path);
-    const RowKernels& kernels = rowKernels(path);
-    const CellSpan pixels = coveredPixels(x);
-    const int width = pixels.end - pixels.first;
-    std::vector<int> groups;
-    for (int i = pixels.first; i < pixels.end; ++i)
-        groups.push_back(x.groupOf(i));
-    std::vector<unsigned char> indices(static_cast<std::size_t>(x.groups()) + expandMargin);
-    const unsigned char* painted = nullptr;
-    int paintedGroup = -1;
-    for (int j = 0; j < y.pixels(); ++j) {
-        if (y.groupOf(j) < 0)
-            continue;
-        unsigned char* target = bits + j * stride + pixels.first;
-        if (painted && paintedGroup == y.groupOf(j)) {
-            std::copy_n(painted, width, target);
-            continue;
-        }
-        painter.paint(map.values().row(y.groupOf(j)), x.groups(), indices.data());
-        kernels.expand(indices.data(), groups.data(), width, target);
-        painted = target;
-        paintedGroup = y.groupOf(j);
-    }
+    paintRows(x, y, bits, stride, rowKernels(path), [&](int group, unsigned char* indices) {
+        painter.paint(map.values().row(group), x.groups(), indices);
+    });
     return 1;
 }
 

@@ -1,4 +1,5 @@
 #include "pavane/maps/map_picture.h"
+#include "pavane/maps/MapRanks.h"
 
 #include "pavane/maps/map_statistics.h"
 #include "test_maps.h"
@@ -114,6 +115,32 @@ TEST(MapReduction, AveragesWhenAsked)
     ASSERT_TRUE(reduced.reduce(AFloatMatrixAccess(map), x, y, SharedPixel::mean));
     EXPECT_EQ(reduced.values()(0, 0), 2);  // columns 0; 1 and 2 share the other pixel
     EXPECT_EQ(reduced.values()(0, 1), 2);
+}
+
+TEST(MapRanks, PaintThePictureOfTheValues)
+{
+    std::mt19937 random(11);
+    for (int round = 0; round < 60; ++round) {
+        const int rows = 1 + pick(random, 60);
+        const int columns = 1 + pick(random, 300);
+        const AMatrix<float> map = randomMap(rows, columns, pick(random, 1 << 20));
+        const AFloatMatrixAccess cells(map);
+        PixelCells x, y;
+        // from many cells a pixel to many pixels a cell, also from the middle of the map
+        const double stepX = (round % 2 ? 1 : -1) * columns / (1.0 + pick(random, 200));
+        x.setLinear(round % 2 ? columns / 3.0 : columns - 0.5, stepX, 90, columns);
+        y.setLinear(-2.5, (rows + 3) / (1.0 + pick(random, 60)), 30, rows);
+        MapScale scale(round % 3 ? MapScaleKind::linear : MapScaleKind::squareRoot, -3, 6);
+        const MapColors colors{round % 5, 200, 240};
+        MapReduction reduced;
+        MapRanks ranks;
+        ASSERT_TRUE(ranks.set(cells, scale, colors.count));
+        std::vector<unsigned char> expected(90 * 30, 250), bits(90 * 30, 250);
+        ASSERT_TRUE(reduced.reduce(cells, x, y));
+        ASSERT_TRUE(paintMap(reduced, x, y, scale, colors, expected.data(), 90));
+        ASSERT_TRUE(ranks.paint(x, y, colors, bits.data(), 90));
+        EXPECT_EQ(bits, expected) << round;
+    }
 }
 
 TEST(MapPicture, PaintsTheSamePixelsOnEveryPathAndScale)
