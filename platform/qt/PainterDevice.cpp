@@ -56,8 +56,11 @@ PainterDevice::PainterDevice(QPaintDevice* page, CSize size, int scale, FontTabl
 
 void PainterDevice::setClip(const CRgn::Data* clip)
 {
+    isClipped_ = clip != nullptr;
     if (!clip)
         return painter_.setClipping(false);
+    if (!onPage_)
+        clip_ = clip->region;
     const CRect whole(0, 0, size_.cx, size_.cy);
     const CRect box = clip->region.box();
     if (!clip->polygon.empty()) {
@@ -269,18 +272,17 @@ void PainterDevice::clearTopBytes(const QRectF& painted)
     if (onPage_)
         return;
     const QRectF visible = painted & QRectF(0, 0, size_.cx, size_.cy);
-    const int right = std::min(size_.cx, nearestInt(visible.right() + 1));
-    const int bottom = std::min(size_.cy, nearestInt(visible.bottom() + 1));
-    const int left = std::max(0, nearestInt(visible.left() - 1));
-    const int top = std::max(0, nearestInt(visible.top() - 1));
-    const int k = surface_.ratio;
-    for (int y = top * k; y < bottom * k; ++y) {
-        std::uint32_t* const row = surface_.row(y);
-        for (int x = left * k; x < right * k; ++x)
-            row[x] &= 0xFFFFFF;
-    }
-    if (left < right && top < bottom)
-        surface_.touch({left, top, right, bottom});
+    const CRect box(nearestInt(visible.left() - 1), nearestInt(visible.top() - 1),
+                    nearestInt(visible.right() + 1), nearestInt(visible.bottom() + 1));
+    PixelPainter(surface_, isClipped_ ? &clip_ : nullptr).clippedRects(box, [&](const CRect& part) {
+        surface_.touch(part);
+        const int k = surface_.ratio;
+        for (int y = part.top * k; y < part.bottom * k; ++y) {
+            std::uint32_t* const row = surface_.row(y);
+            for (int x = part.left * k; x < part.right * k; ++x)
+                row[x] &= 0xFFFFFF;
+        }
+    });
 }
 
 }  // namespace pavane

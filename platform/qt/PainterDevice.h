@@ -49,6 +49,8 @@ private:
     int scale_ = 1;
     bool onPage_ = false;
     PixelSurface surface_;
+    Region clip_;  ///< of pictures
+    bool isClipped_ = false;
     QImage alias_;  ///< before painter_: the painter has to end first
     QPainter painter_;
 };
