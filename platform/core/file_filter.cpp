@@ -11,22 +11,15 @@ namespace
 
 constexpr std::size_t longestExtension = 5;
 
-std::vector<std::string_view> pieces(std::string_view list, char between)
+std::vector<std::string_view> pieces(std::string_view list, const char* between)
 {
     std::vector<std::string_view> found;
     while (!list.empty()) {
-        const auto end = std::min(list.find(between), list.size());
+        const auto end = std::min(list.find_first_of(between), list.size());
         found.push_back(list.substr(0, end));
         list.remove_prefix(std::min(end + 1, list.size()));
     }
     return found;
-}
-
-std::string_view withoutBlanks(std::string_view s)
-{
-    const auto first = s.find_first_not_of(' ');
-    return first == s.npos ? std::string_view()
-                           : s.substr(first, s.find_last_not_of(' ') - first + 1);
 }
 
 bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
@@ -50,19 +43,38 @@ bool hasExtension(std::string_view name)
 std::vector<FileFilter> fileFilters(const CString& list)
 {
     std::vector<FileFilter> filters;
-    const auto parts = pieces(list, '|');
+    const auto parts = pieces(list, "|");
     for (std::size_t i = 0; i + 1 < parts.size(); i += 2) {
         FileFilter filter{CString(parts[i]), {}};
-        for (const std::string_view pattern : pieces(parts[i + 1], ';')) {
+        for (const std::string_view pattern : pieces(parts[i + 1], "; ")) {
             // the old way to say "all files"; here files without a dot are files too
-            const std::string_view p = withoutBlanks(pattern);
-            if (!p.empty())
-                filter.patterns.emplace_back(p == "*.*" ? "*" : p);
+            if (!pattern.empty())
+                filter.patterns.emplace_back(pattern == "*.*" ? "*" : pattern);
         }
         if (!filter.patterns.empty())
             filters.push_back(std::move(filter));
     }
     return filters;
+}
+
+CString extensionOf(const FileFilter& filter)
+{
+    const CString& pattern = filter.patterns.front();
+    const bool isPlain = pattern.starts_with("*.") && pattern.size() > 2 &&
+                         pattern.find_first_of("*?[", 2) == CString::npos;
+    return isPlain ? pattern.substr(2) : CString();
+}
+
+CString withTypeOf(const CString& name, const CString& extension,
+                   const std::vector<FileFilter>& list)
+{
+    for (const FileFilter& filter : list) {
+        const CString old = extensionOf(filter);
+        if (old.empty() || extension.empty() || old == extension || !name.ends_with('.' + old))
+            continue;
+        return name.substr(0, name.size() - old.size()) + extension;
+    }
+    return name;
 }
 
 CString withExtension(const CString& name, const CString& extension)

@@ -13,8 +13,17 @@ struct FileFilter {
     std::vector<CString> patterns;
 };
 
-/// Reads "text|*.a;*.b|text|*.c"; pieces without a pattern are left out.
+/// Reads "text|*.a;*.b|text|*.c"; patterns stand between semicolons or blanks, and pieces without
+/// one are left out.
 std::vector<FileFilter> fileFilters(const CString& list);
+
+/// The extension that files of a type have, "fits" of "*.fits"; empty when any may do.
+CString extensionOf(const FileFilter& filter);
+
+/// The name with `extension` in place of the one of another type of the list; names with none of
+/// those extensions stay as they are.
+CString withTypeOf(const CString& name, const CString& extension,
+                   const std::vector<FileFilter>& list);
 
 /// The name with ".extension" behind it when it has none. Deliberate: what follows the last dot is
 /// an extension only when it is one to five letters or digits that begin with a letter, because

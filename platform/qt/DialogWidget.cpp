@@ -35,6 +35,12 @@ bool DialogWidget::event(QEvent* e)
     case QEvent::Move:
         sendTo(hwnd_, WM_MOVE, 0, MAKELPARAM(x(), y()));
         break;
+    case QEvent::EnabledChange:
+        // disabling its owner is no reason to disable a dialog
+        if (const WindowPeer* const peer = peerOf(hwnd_);
+            peer && !isEnabled() && !(peer->style & WS_DISABLED))
+            setEnabled(true);
+        break;
     case QEvent::WindowActivate:
     case QEvent::WindowDeactivate:
         sendTo(hwnd_, WM_ACTIVATE, e->type() == QEvent::WindowActivate ? 1 : 0, 0);

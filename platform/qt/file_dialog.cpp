@@ -9,6 +9,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 
 namespace pavane
 {
@@ -18,10 +19,10 @@ namespace
 
 FileDialogAnswer fileAnswer = nullptr;
 
-QStringList nameFilters(const CString& list)
+QStringList nameFilters(const std::vector<FileFilter>& filters)
 {
     QStringList lines;
-    for (const FileFilter& filter : fileFilters(list)) {
+    for (const FileFilter& filter : filters) {
         QStringList patterns;
         for (const CString& pattern : filter.patterns)
             patterns << textOf(pattern);
@@ -56,15 +57,42 @@ bool mayReplace(const CString& name)
                          MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) == IDYES;
 }
 
-/// One showing; the chosen name, empty when the user gave up.
-CString ask(QFileDialog& dialog, const QPointer<QFileDialog>& alive, const CString& defaultExt,
-            int open)
+/// The extension of the chosen type; empty when any may do.
+CString chosenExtension(const QFileDialog& dialog, const std::vector<FileFilter>& filters)
 {
-    if (dialog.exec() != QDialog::Accepted || !alive)
+    const auto line = dialog.nameFilters().indexOf(dialog.selectedNameFilter());
+    const bool isKnown = line >= 0 && static_cast<std::size_t>(line) < filters.size();
+    return isKnown ? extensionOf(filters[static_cast<std::size_t>(line)]) : CString();
+}
+
+/// Shows the type that the name has, and lets the name follow the type from then on.
+void joinNameAndType(QFileDialog& dialog, const CString& name,
+                     const std::vector<FileFilter>& filters)
+{
+    const QStringList lines = dialog.nameFilters();
+    for (std::size_t i = filters.size(); i-- > 0;)
+        if (const CString own = extensionOf(filters[i]); !own.empty() && name.ends_with('.' + own))
+            dialog.selectNameFilter(lines[static_cast<qsizetype>(i)]);
+    QObject::connect(&dialog, &QFileDialog::filterSelected, [&dialog, filters] {
+        auto* const edit = dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (edit)
+            edit->setText(textOf(
+                withTypeOf(edit->text().toStdString(), chosenExtension(dialog, filters), filters)));
+    });
+}
+
+/// One showing; the chosen name, empty when the user gave up.
+CString ask(const QPointer<QFileDialog>& dialog, const std::vector<FileFilter>& filters,
+            const CString& defaultExt, int open)
+{
+    if (dialog->exec() != QDialog::Accepted || !dialog)
         return {};
-    const QStringList files = dialog.selectedFiles();
+    const QStringList files = dialog->selectedFiles();
     const CString name = files.isEmpty() ? CString() : files.first().toStdString();
-    return open ? name : withExtension(name, defaultExt);
+    if (open)
+        return name;
+    const CString own = chosenExtension(*dialog, filters);
+    return withExtension(name, own.empty() ? defaultExt : own);
 }
 
 }  // namespace
@@ -92,11 +120,14 @@ int fnFileDialog1(CString& name, const CString& filter, const CString& title, in
     dialog->setOption(QFileDialog::DontConfirmOverwrite);
     dialog->setAcceptMode(open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
     dialog->setFileMode(open ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
-    dialog->setNameFilters(nameFilters(filter));
+    const std::vector<FileFilter> filters = fileFilters(filter);
+    dialog->setNameFilters(nameFilters(filters));
     suggest(*dialog, name);
+    if (!open)
+        joinNameAndType(*dialog, name, filters);
     CString chosen;
     do
-        chosen = ask(*dialog, dialog, defaultExt, open);
+        chosen = ask(dialog, filters, defaultExt, open);
     while (dialog && !open && !chosen.empty() && !mayReplace(chosen));
     if (dialog)
         dialog->deleteLater();

@@ -95,7 +95,7 @@ TEST(FileFilter, ReadsPairsOfTextAndPatterns)
         const char* read;
     } cases[] = {
         {"PNG files (*.PNG)|*.png", "PNG files (*.PNG): *.png\n"},
-        {"Maps|*.fits; *.fit|All|*.*|", "Maps: *.fits *.fit\nAll: *\n"},
+        {"Maps|*.fits; *.fit *.fts|All|*.*|", "Maps: *.fits *.fit *.fts\nAll: *\n"},
         {"Maps|*.fits||", "Maps: *.fits\n"},
         {"Nothing|;|Half", ""},
         {"", ""},
@@ -110,6 +110,16 @@ TEST(FileFilter, ReadsPairsOfTextAndPatterns)
         }
         EXPECT_EQ(text, c.read) << c.list;
     }
+}
+
+TEST(FileFilter, LetsTheNameFollowTheType)
+{
+    const auto list = fileFilters("Areas|*.areas|DS9|*.reg;*.ds9|Any|*");
+    EXPECT_EQ(extensionOf(list[1]), "reg");
+    EXPECT_EQ(extensionOf(list[2]), "");
+    EXPECT_EQ(withTypeOf("3C84.areas", "reg", list), "3C84.reg");
+    EXPECT_EQ(withTypeOf("3C84.txt", "reg", list), "3C84.txt");
+    EXPECT_EQ(withTypeOf("3C84.areas", "", list), "3C84.areas");
 }
 
 TEST(FileFilter, AddsAnExtensionWhereThereIsNone)
