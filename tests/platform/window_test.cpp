@@ -88,6 +88,12 @@ TEST(WindowLife, LeavesAnObjectThatIsDestroyedWithItsParentWhole)
     child.UpdateWindow();
 }
 
+TEST(WindowLife, MayOutliveThePlatform)
+{
+    static const TestWindow outliving(nullptr, 0);  // the sanitizer looks at the end
+    EXPECT_NE(outliving.GetSafeHwnd(), HWND{0});
+}
+
 TEST(ClientDC, StaysOnTheWindowThroughAResizeAndDrawsNothingOnADeadOne)
 {
     TestWindow window;
@@ -377,6 +383,13 @@ TEST(Placement, KeepsTheNormalRectangleOfAMaximisedWindow)
     EXPECT_EQ(window.IsZoomed(), 1);
     window.GetWindowPlacement(placement);
     EXPECT_EQ(placement.showCmd, static_cast<unsigned>(SW_SHOWMAXIMIZED));
+    EXPECT_EQ(placement.rcNormalPosition, CRect(30, 40, 330, 240));
+    window.ShowWindow(SW_MINIMIZE);
+    settle();
+    window.GetWindowPlacement(placement);
+    EXPECT_EQ(window.IsIconic(), 1);
+    EXPECT_EQ(placement.showCmd, static_cast<unsigned>(SW_SHOWMINIMIZED));
+    EXPECT_EQ(placement.flags, WPF_RESTORETOMAXIMIZED);
     EXPECT_EQ(placement.rcNormalPosition, CRect(30, 40, 330, 240));
     placement.showCmd = SW_SHOWNORMAL;
     window.SetWindowPlacement(placement);

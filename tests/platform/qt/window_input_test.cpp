@@ -1,3 +1,4 @@
+#include "platform/resources.h"
 #include "platform/test_window.h"
 
 #include <gtest/gtest.h>
@@ -5,6 +6,7 @@
 #include <QBackingStore>
 #include <QDialog>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
@@ -295,6 +297,44 @@ TEST(RealInput, ChoosesTheCursorOfTheClass)
     settle();
     EXPECT_EQ(GetCursor(), IDC_CROSS);
     EXPECT_EQ(SetCursor(IDC_SIZEALL), IDC_CROSS);
+
+    static constexpr const char* rows[] = {"#.", ".#"};
+    static constexpr CursorTemplate drawing{4711, 1, 1, rows, 2};
+    AddResourceModule({nullptr, 0, nullptr, 0, &drawing, 1});
+    const HCURSOR drawn = LoadCursor(4711);
+    EXPECT_EQ(LoadCursor(4711), drawn);
+    EXPECT_EQ(LoadCursor(4712), HCURSOR{0});
+    SetCursor(drawn);
+    const QWidget* const under = QApplication::widgetAt(QPoint(70, 80));
+    EXPECT_EQ(under->cursor().hotSpot(), QPoint(1, 1));
+    EXPECT_EQ(under->cursor().pixmap().deviceIndependentSize(), QSizeF(32, 32));
+}
+
+TEST(RealInput, AsksTheWindowBeforeAScrollBarMoves)
+{
+    ActiveWindow window;
+    TestWindow child(&window, WS_VISIBLE | WS_VSCROLL, {0, 0, 100, 100});
+    child.SetScrollRange(SB_VERT, 0, 50, 10);
+    auto* const bar = QApplication::widgetAt(QPoint(145, 110))->window()->findChild<QScrollBar*>();
+    ASSERT_NE(bar, nullptr);
+    bar->triggerAction(QAbstractSlider::SliderPageStepAdd);
+    EXPECT_EQ(child.count(WM_VSCROLL), 1);
+    EXPECT_EQ(child.last, 10);
+    EXPECT_EQ(child.GetScrollPos(SB_VERT), 0);
+}
+
+TEST(RealInput, TellsWhichKeysAreHeldUnlessATestSaysOtherwise)
+{
+    ActiveWindow window;
+    std::vector<int> held;
+    window.on[WM_KEYDOWN] = [&] {
+        held.push_back((GetKeyState(VK_SHIFT) < 0) + 2 * (GetKeyState(VK_CONTROL) < 0));
+    };
+    QTest::keyClick(window.native, Qt::Key_A, Qt::ShiftModifier);
+    SetKeyStateOverride(MK_CONTROL);
+    QTest::keyClick(window.native, Qt::Key_A, Qt::ShiftModifier);
+    SetKeyStateOverride(-1);
+    EXPECT_EQ(held, (std::vector<int>{0, 1, 2, 2}));  // Shift goes down before the letter
 }
 
 TEST(Windows, LeaveNothingBehind)
