@@ -51,7 +51,8 @@ int AAreaSelectDlg::OnInitDialog()
     if (window_.axisWnd().GetTrackers()->Store(file))
         stored_ = file.bytes();
     shapes_ = shapes();
-    window_.UpDateControl("", this, IDC_AREA_WINDOW, WS_TABSTOP);
+    // no stop of the Tab key itself: it would hand the focus back to the axis in it
+    window_.UpDateControl("", this, IDC_AREA_WINDOW, 0);
     layOut();
     window_.axisWnd().SetFocus();
     return 0;

@@ -17,7 +17,7 @@ namespace
 constexpr int columnCount = 2;
 constexpr int lineHeight = 24;
 constexpr int headHeight = 22;
-constexpr int labelWidth = 76;
+constexpr int labelWidth = 108;
 constexpr int edge = 4;
 constexpr unsigned firstField = 1000;
 constexpr COLORREF background = RGB(240, 240, 240);

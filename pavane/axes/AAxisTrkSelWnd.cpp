@@ -23,12 +23,16 @@ constexpr COLORREF frameColor = RGB(240, 240, 240);
 constexpr int valueDigits = 4;
 
 /// A place with the decimals that tell it from the next pixel.
-CString placeText(double value, double step)
+CString placeText(double value, double step, const ValueUnit& unit)
 {
+    value *= unit.scale;
+    step *= std::fabs(unit.scale);
     const double decimals = step > 0 && std::isfinite(step) ? std::ceil(-std::log10(step)) : 0;
     constexpr double mostDecimals = 12;
-    return decimals > mostDecimals ? valToStr(value)
-                                   : nValToStr(value, std::max(0, truncated(decimals)));
+    const CString text = decimals > mostDecimals
+                             ? valToStr(value)
+                             : nValToStr(value, std::max(0, truncated(decimals)));
+    return unit.name.empty() ? text : text + " " + unit.name;
 }
 
 }  // namespace
@@ -71,6 +75,13 @@ void AAxisTrkSelWnd::SetUpWindow()
     table_.Create("AAreaTableWnd", " ", WS_CHILD | WS_VSCROLL, none, this, tableId);
     table_.SetAxisWnd(&axis_);
     layOut();
+}
+
+void AAxisTrkSelWnd::SetUnits(const ValueUnit& x, const ValueUnit& y)
+{
+    unitX_ = x;
+    unitY_ = y;
+    table_.SetUnits(x, y);
 }
 
 void AAxisTrkSelWnd::SetFluxUnit(double cells, const CString& unit)
@@ -136,8 +147,8 @@ CString AAxisTrkSelWnd::StatusText(const AxisStatus& status) const
     CString text;
     const CString unit = unit_.empty() ? CString() : " " + unit_;
     if (status.inPlot)
-        text =
-            "x " + placeText(status.x, status.stepX) + "  y " + placeText(status.y, status.stepY);
+        text = "x " + placeText(status.x, status.stepX, unitX_) + "  y " +
+               placeText(status.y, status.stepY, unitY_);
     if (status.inMap) {
         text += "   column " + std::to_string(status.column) + "  row " +
                 std::to_string(status.row) + "   ";

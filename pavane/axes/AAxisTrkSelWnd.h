@@ -22,6 +22,8 @@ public:
     /// Shows the table of the current area, or takes it away.
     void ShowAreaTable(int on);
     int IsAreaTableShown() const { return showTable_; }
+    /// Units of the two directions in the status line and the table; values of 1 until then.
+    void SetUnits(const ValueUnit& x, const ValueUnit& y);
     /// Unit of the map's values in the status line, "Jy/beam"; empty for none.
     void SetValueUnit(const CString& unit) { unit_ = unit; }
     /// Sums are divided by `cells`, the area of the beam in cells, and shown in `unit`, "Jy". Until
@@ -59,6 +61,7 @@ private:
     ATrackerToolBar bar_;
     AAreaTableWnd table_;
     Axis axis_;
+    ValueUnit unitX_, unitY_;
     CString unit_;
     CString fluxUnit_;
     double beamCells_ = 0;

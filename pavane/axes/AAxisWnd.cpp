@@ -155,8 +155,32 @@ void AAxisWnd::ContentChanged()
     Invalidate();
 }
 
-/// Places axis and colour bar inside `rect`.
-AAxisWnd::Layout AAxisWnd::layOut(CDC& dc, const CRect& rect)
+void AAxisWnd::MapValuesChanged()
+{
+    overlay_->valuesChanged();
+    ContentChanged();
+    showStatusAtPointer();
+}
+
+/// Keeps at least the margins of the last layout while the range is zoomed, so that the plot stands
+/// still under the pointer when labels get wider and narrower.
+void AAxisWnd::steadyOut(CDC& dc, const CRect& rect)
+{
+    const int known = marginsFor_ == rect.Size() && IsRangeZoomed();
+    CRect border = hostBorder_;
+    if (known)
+        border =
+            CRect(std::max(border.left, margins_.left), std::max(border.top, margins_.top),
+                  std::max(border.right, margins_.right), std::max(border.bottom, margins_.bottom));
+    axis_->setBorderRect(border);
+    axis_->layOut(dc, rect);
+    const CRect& plot = axis_->getGraphRect();
+    margins_ = CRect(plot.left, plot.top, rect.right - plot.right, rect.bottom - plot.bottom);
+    marginsFor_ = rect.Size();
+}
+
+/// Places axis and colour bar inside `rect`; `steady` for the window itself.
+AAxisWnd::Layout AAxisWnd::layOut(CDC& dc, const CRect& rect, int steady)
 {
     Layout layout;
     const int margin = std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
@@ -164,7 +188,10 @@ AAxisWnd::Layout AAxisWnd::layOut(CDC& dc, const CRect& rect)
     inner.DeflateRect(margin, margin);
     layout.axis = inner;
     axis_->setBorderRect(hostBorder_);
-    axis_->layOut(dc, inner);
+    if (steady)
+        steadyOut(dc, inner);
+    else
+        axis_->layOut(dc, inner);
     if (colorBar_) {
         colorBar_->setFHeight(axis_->getFHeight());
         const int breadth = colorBar_->neededBreadth(dc, axis_->getGraphRect().Height()) + barGap;
@@ -204,12 +231,12 @@ void AAxisWnd::squareOut(CDC& dc, const CRect& rect)
     }
 }
 
-void AAxisWnd::drawContent(CDC& dc, const CRect& rect)
+void AAxisWnd::drawContent(CDC& dc, const CRect& rect, int steady)
 {
     dc.FillSolidRect(rect, RGB(255, 255, 255));
     if (!axis_ || rect.IsRectEmpty())
         return;
-    Layout layout = layOut(dc, rect);
+    Layout layout = layOut(dc, rect, steady);
     const int smooth = dc.SetSmooth(1);
     axis_->draw(dc, layout.axis);
     if (colorBar_ && !layout.bar.IsRectEmpty())
@@ -227,7 +254,7 @@ int AAxisWnd::refreshContent(CDC& dc, const CRect& client)
     if (!fits && !content_.CreateCompatibleBitmap(dc, client.Width(), client.Height()))
         return 0;
     CMemoryDC memory(content_);
-    drawContent(memory, client);
+    drawContent(memory, client, 1);
     stale_ = 0;
     ++contentDrawings_;
     if (!axis_)
@@ -268,13 +295,13 @@ void AAxisWnd::restoreLayout()
     CRect client;
     GetClientRect(client);
     if (!client.IsRectEmpty())
-        (void)layOut(dc, client);
+        (void)layOut(dc, client, 1);
     trackers_->SetAxis(axis_);
 }
 
 void AAxisWnd::DrawPicture(CDC& dc, const CRect& rect)
 {
-    drawContent(dc, rect);
+    drawContent(dc, rect, 0);
     if (areasInPicture_ && axis_) {
         trackers_->SetAxis(axis_);
         DrawAreas(dc);

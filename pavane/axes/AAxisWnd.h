@@ -62,8 +62,10 @@ public:
     void SetToolBar(CToolBar* bar);
     CToolBar* GetToolBar() const { return bar_; }
 
-    /// Data, palette or titles have changed: draws the content again.
+    /// Palette, titles or graphs have changed: draws the content again.
     void ContentChanged();
+    /// The values of the map have changed (after ABMapGraph::cellsChanged): sums too are made anew.
+    void MapValuesChanged();
     /// Shows another range (RP, x and y pairs), without a step of the zoom history.
     void SetNewMinMax(const TMinMax& range);
     /// The range of everything that the axis shows, before any zoom; unset before the first paint.
@@ -153,13 +155,15 @@ private:
         CRect bar;
     };
     // Content
-    Layout layOut(CDC& dc, const CRect& rect);
+    Layout layOut(CDC& dc, const CRect& rect, int steady);
+    void steadyOut(CDC& dc, const CRect& rect);
     void squareOut(CDC& dc, const CRect& rect);
-    void drawContent(CDC& dc, const CRect& rect);
+    void drawContent(CDC& dc, const CRect& rect, int steady);
     int refreshContent(CDC& dc, const CRect& client);
     void restoreLayout();
     int freshPicture(CBitmap& picture);
     void settle();
+    void settleFirst();
     CRect plotRect() const;
     void showStatus(CPoint pixel);
     void showStatusAtPointer();
@@ -181,6 +185,7 @@ private:
     int toolKey(int key);
     int moveByArrow(int key, bool shift, bool control);
     int deleteFocused();
+    void leaveForDialog();
     void enableCommands();
     void endDrags();
     void dropAxis();
@@ -200,6 +205,8 @@ private:
 
     TMinMax whole_;
     CRect hostBorder_{-1, -1, -1, -1};  ///< bounds of the plot that the host gave its axis
+    CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
+    CSize marginsFor_;
     CBitmap content_;
     int stale_ = 1;
     int contentDrawings_ = 0;

@@ -5,6 +5,7 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 #include "pavane/trackers/key_steps.h"
+#include "platform/CDialog.h"
 #include "platform/CMenu.h"
 #include "platform/controls.h"
 
@@ -288,6 +289,25 @@ void AAxisWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     if (used || CWnd::FromHandle(self) != this)
         return;
     ABWindow::OnKeyDown(key, repeat, flags);
+    if (static_cast<int>(key) == VK_TAB && CWnd::FromHandle(self) == this)
+        leaveForDialog();
+}
+
+/// The base leaves a window that stands in a dialog itself; this one may stand deeper.
+void AAxisWnd::leaveForDialog()
+{
+    CWnd* above = GetParent();
+    if (!above || above->IsDialog())
+        return;
+    while (above && !above->IsDialog())
+        above = above->GetParent();
+    if (!above)
+        return;
+    auto* const dialog = static_cast<CDialog*>(above);
+    if (GetKeyState(VK_SHIFT) < 0)
+        dialog->PrevDlgCtrl();
+    else
+        dialog->NextDlgCtrl();
 }
 
 void AAxisWnd::OnKeyUp(unsigned key, unsigned repeat, unsigned flags)

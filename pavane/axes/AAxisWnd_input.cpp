@@ -91,7 +91,6 @@ void AAxisWnd::OnMouseMove(unsigned flags, CPoint point)
         panTo(point);
     } else {
         menuPoint_ = CPoint(-1, -1);
-        settle();
         if (axis_)
             trackers_->OnMouseMove(this, flags, point);
     }

@@ -130,9 +130,16 @@ void AAxisWnd::endGesture()
     wheelX_ = wheelY_ = 0;
 }
 
+/// Before the first paint nothing is known of the plot; later turns of a wheel need no paint each.
+void AAxisWnd::settleFirst()
+{
+    if (whole_ == TMinMax())
+        settle();
+}
+
 void AAxisWnd::ZoomAbout(CPoint pixel, double factor)
 {
-    settle();
+    settleFirst();
     TMinMax range;
     if (!axis_ || !rangeOfZoom(pixel, factor, range))
         return;
@@ -143,7 +150,7 @@ void AAxisWnd::ZoomAbout(CPoint pixel, double factor)
 
 void AAxisWnd::Pan(int dx, int dy)
 {
-    settle();
+    settleFirst();
     if (!axis_ || whole_ == TMinMax())
         return;
     const TMinMax range = shiftedRange(axis_->getMinMax(), dx, dy);

@@ -23,7 +23,7 @@ class AreaOverlay
 public:
     /// The map, not owned; null for none. Areas are taken at the next `follow`. 0 without memory.
     int setMap(const ABMapGraph* map);
-    const ABMapGraph* map() const { return map_; }
+    void valuesChanged() { cells_.valuesChanged(); }
 
     /// Takes the areas as they are; only what changed since the last call is filled again. The
     /// polygon under construction counts as one more area.

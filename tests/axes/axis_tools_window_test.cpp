@@ -126,7 +126,11 @@ TEST(AxisTools, SayWhatIsThere)
               "x -1.23  y 200   column 7  row 9   0.5 Jy/beam     1 cell, "
               "sum 2.5 Jy/beam");
     window.SetFluxUnit(10, "Jy");
-    status.inPlot = status.inMap = 0;
+    window.SetUnits({1000, "mas"}, {1, ""});
+    status.inMap = status.hasAreas = 0;
+    EXPECT_EQ(window.StatusText(status), "x -1235 mas  y 200");
+    status.hasAreas = 1;
+    status.inPlot = 0;
     status.cells = 40;
     EXPECT_EQ(window.StatusText(status), "40 cells, 0.25 Jy");
 }
@@ -175,6 +179,12 @@ TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)
     map.show(axis);
     addRect(axis, 5, 15, 9, 11);
     ASSERT_TRUE(dialog.CreateModeless());
+    dialog.ShowWindow(SW_SHOW);
+    AxisWindow::pump();
+    axis.SetFocus();
+    for (int tabs = 0; tabs < 30 && CWnd::GetFocus() == &axis; ++tabs)
+        axis.SendMessage(WM_KEYDOWN, VK_TAB);  // the area and its handles, then out
+    EXPECT_NE(CWnd::GetFocus(), &axis);
     told.clear();
     addRect(axis, 20, 30, 29, 21);
     answerQuestion = IDNO;

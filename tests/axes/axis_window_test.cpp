@@ -101,6 +101,28 @@ TEST(AxisWindow, KeepsCellsSquareAndRangeAndZoomWhenItIsSized)
     }
 }
 
+TEST(AxisWindow, KeepsThePlotInItsPlaceWhileItPans)
+{
+    AxisWindow window;
+    window.ZoomAbout(window.at(30, 40), 6);
+    for (int i = 0; i < 60; ++i) {
+        window.Pan(0, i < 30 ? 9 : -9);
+        window.UpdateWindow();
+    }
+    const CRect plot = window.GetAxis()->getGraphRect();  // the widest labels have been there
+    for (int i = 0; i < 20; ++i) {
+        window.Pan(0, 17);
+        window.UpdateWindow();
+        EXPECT_EQ(window.GetAxis()->getGraphRect(), plot);
+    }
+    // wheel turns that come before the paint are one drawing
+    const int drawings = window.contentDrawings();
+    for (int i = 0; i < 10; ++i)
+        window.wheel(i % 2 ? 1 : -1, plot.CenterPoint(), MK_CONTROL);
+    window.UpdateWindow();
+    EXPECT_EQ(window.contentDrawings(), drawings + 1);
+}
+
 TEST(AxisWindow, DrawsItsContentOnceHoweverAreasMove)
 {
     AxisWindow window;
