@@ -28,7 +28,7 @@ constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104;
 constexpr int listWidth = 110;
-constexpr int tableWidth = 330;
+constexpr int tableWidth = 372;
 constexpr unsigned copyTimer = 1;
 /// Pixels that the pointer may tremble in a click without moving an area.
 constexpr int clickTremble = 3;
@@ -60,6 +60,7 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
         return -1;
     table_.SetAxisWnd(&view_);
     view_.GetTrackers()->SetDeadZone(clickTremble);
+    view_.GetTrackers()->SetClickSelects(1);
     view_.SetToolBar(&bar_);
     view_.SetComboBox(&list_);
     SetAxisWnd(&view_);
@@ -178,6 +179,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     }
     auto* const areas = new ATrackerArrayInAxis;
     areas->SetDeadZone(clickTremble);
+    areas->SetClickSelects(1);
     session_.begin(file);
     agreedLosses_.clear();
     view_.SetTrackers(areas, 1);
