@@ -6,6 +6,8 @@
 #include "trackers/stored_collection.h"
 
 #include <cmath>
+#include <functional>
+#include <iterator>
 #include <random>
 
 using namespace pavane;
@@ -14,134 +16,82 @@ using namespace pavane::test;
 namespace
 {
 
-ATracker* anyTracker(TrackerCollection& array, std::mt19937& random)
-{
-    const bool pixels = dynamic_cast<ATrackerArray*>(&array) != nullptr;
-    const int left = static_cast<int>(random() % 300);
-    const int top = static_cast<int>(random() % 200);
-    const CRect box(left, top, left + 20 + left % 50, top + 20 + top % 30);
-    const double x = left;
-    const double y = top;
-    const ARect<double> rect{x, y, x + 33, y + 21};
-    switch (random() % 4) {
-    case 0: {
-        if (pixels)
-            return new ARectTracker(box, trackerNew);
-        auto* const tracker = new ARPRectTracker;
-        tracker->SetRect(rect);
-        return tracker;
-    }
-    case 1:
-        return pixels ? static_cast<ATracker*>(withRect<ARotateRectTracker>(box, 0.5))
-                      : withRect<ARPRotateRectTracker>(rect, 0.5);
-    case 2:
-        return pixels ? static_cast<ATracker*>(withRect<AEllipseTracker>(box, -1.0))
-                      : withRect<ARPEllipseTracker>(rect, -1.0);
-    default:
-        return pixels ? static_cast<ATracker*>(pixelArea(
-                            {{box.left, box.top}, {box.right, box.top}, {box.left, box.bottom}}))
-                      : valueArea({{x, y}, {x + 30, y}, {x + 15, y + 40}});
-    }
-}
-
 /// One edit of any kind; some do nothing where the collection is not fit for them.
 template <typename Array>
 void editSomehow(Array& array, std::mt19937& random, const std::string& otherFile)
 {
     const int n = array.count();
     const int i = n ? static_cast<int>(random() % static_cast<unsigned>(n)) : 0;
-    switch (random() % 20) {
-    case 0:
-    case 1:
-    case 2:
-        array.Add(static_cast<std::remove_reference_t<decltype(*array.GetCurItem())>*>(
-                      anyTracker(array, random)),
-                  static_cast<int>(random() % 2));
-        break;
-    case 3:
-        array.ChangeActiveTrack(nullptr, i);
-        break;
-    case 4:
-        array.CopyTracker(nullptr);
-        break;
-    case 5:
-        array.DelteTracker(nullptr);
-        break;
-    case 6:
-        array.InsertVertex(nullptr);
-        break;
-    case 7:
-        array.SetFocusAt(nullptr, i, 0);
-        array.DeleteVertex(nullptr);
-        break;
-    case 8:
-        array.SelectItem(nullptr, i, static_cast<int>(random() % 2));
-        break;
-    case 9:
-        random() % 16 ? array.SetItemActive(i, static_cast<int>(random() % 2))
-                      : array.Clear(nullptr);
-        break;
-    case 10:
-        if (random() % 16 == 0) {
-            MemoryFile file(otherFile);
-            EXPECT_TRUE(array.Load(file));
-        }
-        break;
-    case 11:
-        array.Undo(nullptr);
-        break;
-    case 12:
-        array.Redo(nullptr);
-        break;
-    case 13:
-        array.DeleteItems(i, 2);
-        break;
-    case 14:
-    case 15: {
-        ShapeValues shape;
-        if (array.GetShape(i, shape)) {
-            moveShape(shape, {3, -2});
-            shape.angle += 0.1;
-            array.SetShape(nullptr, i, shape);
-        }
-        break;
-    }
-    case 16:
-        array.SetFocusAt(nullptr, i, static_cast<int>(random() % 4));
-        [[fallthrough]];
-    default:
+    const int flag = static_cast<int>(random() % 2);
+    const bool seldom = random() % 16 == 0;
+    const auto moveBy = [&] {
         array.MoveBy(nullptr, static_cast<int>(random() % 9) - 4,
                      static_cast<int>(random() % 9) - 4);
-    }
+    };
+    const std::function<void()> edits[] = {
+        [&] { addAny(array, random, flag); },
+        [&] { addAny(array, random, flag); },
+        [&] { array.ChangeActiveTrack(nullptr, i); },
+        [&] { array.SetItemActive(i, flag); },
+        [&] { array.SelectItem(nullptr, i, flag); },
+        [&] { array.CopyTracker(nullptr); },
+        [&] { array.DelteTracker(nullptr); },
+        [&] { array.DeleteItems(i, 2); },
+        [&] { array.InsertVertex(nullptr); },
+        [&] { array.SetFocusAt(nullptr, i, 0), array.DeleteVertex(nullptr); },
+        [&] { array.SetFocusAt(nullptr, i, 3), moveBy(); },
+        [&] { array.Undo(nullptr); },
+        [&] { array.Redo(nullptr); },
+        [&] { moveBy(); },
+        [&] { moveBy(); },
+        [&] {
+            if (seldom)
+                array.Clear(nullptr);
+        },
+        [&] {
+            MemoryFile file(otherFile);
+            EXPECT_TRUE(!seldom || array.Load(file));
+        },
+        [&] {
+            ShapeValues shape;
+            if (array.GetShape(i, shape)) {
+                moveShape(shape, {3, -2});
+                shape.angle += 0.1;
+                array.SetShape(nullptr, i, shape);
+            }
+        },
+    };
+    edits[random() % std::size(edits)]();
 }
 
+/// The first and the last edit are steps: what is only chosen before or after them is not undone.
 template <typename Array>
 void undoTenThousandEdits(Array& array, unsigned seed)
 {
     std::mt19937 random(seed);
     for (int i = 0; i < 5; ++i)
-        editSomehow(array, random, {});
-    const std::string other = stored(array);
+        addAny(array, random, 1);
+    const std::string start = stored(array);
     array.history().clear();
     array.SetSaved();
+    addAny(array, random);
     for (int i = 0; i < 10000; ++i)
-        editSomehow(array, random, other);
-    while (array.Redo(nullptr)) {
-    }
+        editSomehow(array, random, start);
+    addAny(array, random);
     const std::string end = stored(array);
-    const int steps = static_cast<int>(array.history().steps());
-    EXPECT_GT(steps, 3000);
-    EXPECT_TRUE(array.IsModified());
+    const auto steps = array.history().steps();
+    EXPECT_GT(steps, 3000u);
     for (int round = 0; round < 2; ++round) {
-        int undone = 0;
+        EXPECT_TRUE(array.IsModified());
+        std::size_t undone = 0;
         while (array.Undo(nullptr))
             ++undone;
         EXPECT_EQ(undone, steps);
-        EXPECT_EQ(stored(array), other);
+        EXPECT_TRUE(stored(array) == start) << round;
         EXPECT_FALSE(array.IsModified());
         while (array.Redo(nullptr)) {
         }
-        EXPECT_EQ(stored(array), end);
+        EXPECT_TRUE(stored(array) == end) << round;
     }
 }
 
@@ -163,10 +113,13 @@ protected:
     }
     void addRect(const ARect<double>& rect)
     {
-        auto* const tracker = new ARPRectTracker;
-        tracker->SetRect(rect);
+        auto* const tracker = shaped(array_, toolRect, {{}, rect, 0, {}});
         tracker->SetActive(0);
         array_.Add(tracker, 0);
+    }
+    void addArea(const std::vector<APoint<double>>& points, int makeCurrent)
+    {
+        array_.Add(shaped(array_, toolArea, {{}, {}, 0, points}), makeCurrent);
     }
     ABAxis axis_{-1, 1, nullptr, 0};
     ARPTrackerArray array_;
@@ -193,7 +146,7 @@ TEST_F(InAxis, StepsOfUndoAreSmallInALargeCollectionOfActiveAreas)
 {
     array_.BeginEdits("many");
     for (int i = 0; i < 20000; ++i)
-        array_.Add(valueArea({{1, 1}, {9, 1}, {9, 9}, {1, 9}}), 0);
+        addArea({{1, 1}, {9, 1}, {9, 9}, {1, 9}}, 0);
     array_.EndEdits(nullptr);
     EXPECT_EQ(array_.history().steps(), 1u);
     array_.history().clear();
@@ -249,11 +202,34 @@ TEST_F(InAxis, MovesStayInsideThePlotAndSeveralAreasKeepTogether)
     EXPECT_EQ(array_.count(), 2);
 }
 
+TEST_F(InAxis, TheTopmostAreaIsFoundAmongManyThatMoveAndGo)
+{
+    std::mt19937 random(5);
+    array_.BeginEdits("many");
+    for (int i = 0; i < 600; ++i)
+        addAny(array_, random);
+    array_.EndEdits(nullptr);
+    for (int round = 0; round < 300; ++round) {
+        const CPoint p(static_cast<int>(100 + random() % 200),
+                       static_cast<int>(100 + random() % 100));
+        int expected = array_.count() - 1;
+        while (expected >= 0 && array_(expected)->HitTest(p, nullptr) < 0)
+            --expected;
+        ASSERT_EQ(array_.TopmostAt(p, nullptr), expected);
+        array_.ChangeActiveTrack(nullptr, static_cast<int>(random() % 300));
+        array_.MoveBy(nullptr, 5, -3);
+        if (round % 8 == 0)
+            array_.DelteTracker(nullptr);
+        if (round == 150)
+            axis_.setMinMax({50, 100, 20, 60});
+    }
+}
+
 TEST_F(InAxis, FocusGoesThroughAreasAndHandlesAndLeavesAtTheEnds)
 {
     EXPECT_FALSE(array_.NextFocus(nullptr) || array_.PrevFocus(nullptr));
     addRect({150, 10, 190, 40});
-    array_.Add(valueArea({{10, 10}, {20, 10}, {10, 20}}), 0);
+    addArea({{10, 10}, {20, 10}, {10, 20}}, 0);
     std::vector<int> order;
     while (array_.NextFocus(nullptr))
         order.push_back(array_.focusItem() * 100 + array_.focusHandle());
@@ -272,11 +248,15 @@ TEST_F(InAxis, FocusGoesThroughAreasAndHandlesAndLeavesAtTheEnds)
     ASSERT_TRUE(array_.GetShape(1, shape));
     EXPECT_EQ(shape.points, (std::vector<APoint<double>>{{10, 10}, {20, 0}, {10, 20}}));
     EXPECT_EQ(array_.GetCurItemNo(), 1);
+    ASSERT_TRUE(array_.MoveBy(nullptr, 0, -7));
+    ASSERT_TRUE(array_.Undo(nullptr));  // both moves: keys repeat
+    ASSERT_TRUE(array_.GetShape(1, shape));
+    EXPECT_EQ(shape.points[1], (APoint<double>{20, 10}));
 }
 
 TEST_F(InAxis, VerticesAreInsertedOnTheNearestEdgeAndThreeAlwaysStay)
 {
-    array_.Add(valueArea({{0, 0}, {40, 0}, {40, 40}}), 1);
+    addArea({{0, 0}, {40, 0}, {40, 40}}, 1);
     const CPoint nearLastEdge(280, 179);  // (20, 21) in values
     ASSERT_TRUE(array_.InsertVertex(nullptr, &nearLastEdge));
     ShapeValues shape;

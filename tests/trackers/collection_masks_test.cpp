@@ -1,7 +1,9 @@
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/AMnMxMCTransform.h"
 #include "pavane/axes/RectMinMaxTransform.h"
+#include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/zoom_step.h"
+#include "tessel/ABitMatrix.h"
 
 #include <gtest/gtest.h>
 
@@ -10,6 +12,7 @@
 
 #include <cmath>
 #include <random>
+#include <utility>
 
 using namespace pavane;
 using namespace pavane::test;
@@ -27,14 +30,6 @@ int cellsOfMask(ATrackerArray& array, const TMinMax& mapRange)
     return static_cast<int>(mask.count());
 }
 
-/// The points of an ellipse as a mask asks for them, counted by hand for a map of 201 x 101 cells.
-int maskPoints(const ARect<double>& rect)
-{
-    const double a = (rect.right - rect.left) / 2 * 200 / 400;  // 400 units over 200 steps
-    const double b = (rect.bottom - rect.top) / 2 * 100 / 100;
-    return std::clamp(static_cast<int>(std::ceil(8 * std::max(a, b))), 16, 65536);
-}
-
 }  // namespace
 
 TEST(CollectionMask, OfNoAreaIsTheWholeMapAndOfAnEmptyAreaNothing)
@@ -42,7 +37,7 @@ TEST(CollectionMask, OfNoAreaIsTheWholeMapAndOfAnEmptyAreaNothing)
     ATrackerArray array;
     EXPECT_EQ(cellsOfMask(array, unit), 51 * 101);
     EXPECT_EQ(cellsOfMask(array, {}), 51 * 101);
-    array.Add(pixelArea({}), 0);
+    array.Add(shaped(array, toolArea, {}), 0);
     array.CheckMinMax({0, 0, 100, 50}, unit, 1, 1);
     EXPECT_EQ(cellsOfMask(array, unit), 0);
     array.Add(new ARectTracker({10, 10, 20, 30}, trackerNew), 0);
@@ -70,9 +65,6 @@ TEST(CollectionMask, KeepsWhatIsSetWhenOneAreaIsAdded)
 TEST(CollectionMask, IsThatOfThePlainWayForRandomShapesAndDirections)
 {
     std::mt19937 random(7);
-    const auto pixel = [&](int most) {
-        return static_cast<int>(random() % static_cast<unsigned>(most)) - 40;
-    };
     for (int round = 0; round < 60; ++round) {
         const int modeX = random() % 2 ? 1 : -1;
         const int modeY = random() % 2 ? 1 : -1;
@@ -82,26 +74,8 @@ TEST(CollectionMask, IsThatOfThePlainWayForRandomShapesAndDirections)
             random() % 2 ? TMinMax{9, -4, 1, 5} : TMinMax{-4, 9, 5, 1};  // wider, reversed
         ATrackerArray array;
         array.CheckMinMax(device, range, modeX, modeY);
-        for (int k = 0; k < 6; ++k) {
-            const CRect rect(pixel(600), pixel(500), pixel(600), pixel(500));
-            switch (k % 4) {
-            case 0:
-                array.Add(new ARectTracker(rect, trackerNew), 0);
-                break;
-            case 1:
-                array.Add(withRect<ARotateRectTracker>(rect, k * 0.7 + round), 0);
-                break;
-            case 2:
-                array.Add(withRect<AEllipseTracker>(rect, k * 0.7 + round), 0);
-                break;
-            default:
-                array.Add(pixelArea({{pixel(600), pixel(500)},
-                                     {pixel(600), pixel(500)},
-                                     {pixel(600), pixel(500)},
-                                     {pixel(600), pixel(500)}}),
-                          0);
-            }
-        }
+        for (int k = 0; k < 6; ++k)
+            addAny(array, random);
         ABitMatrix expected(130, 170);
         const RectMinMaxTransform toValues(device, range, modeX, modeY);
         const AMnMxMCTransform toCells(mapRange, 130, 170);
@@ -123,13 +97,16 @@ TEST(CollectionMask, IsThatOfThePlainWayForRandomShapesAndDirections)
 TEST(CollectionMask, OfDataValuesNeedsNoAxisAndDoesNotChangeWithTheZoom)
 {
     const TMinMax mapRange{200, -200, -50, 50};
-    for (const ARect<double>& rect : {ARect<double>{-90, -10, 90, 30}, ARect<double>{-2, -1, 2, 1},
-                                      ARect<double>{0, -49, 40, 49}}) {
+    const std::pair<ARect<double>, int> ellipses[] = {// points: 8 a cell of 2 by 1
+                                                      {{-90, -10, 90, 30}, 360},
+                                                      {{-2, -1, 2, 1}, 16},
+                                                      {{0, -49, 40, 49}, 392}};
+    for (const auto& [rect, points] : ellipses) {
         ARPTrackerArray array;
-        array.Add(withRect<ARPEllipseTracker>(rect, 0.0), 0);
+        array.Add(shaped(array, toolEllipse, {{}, rect, 0, {}}), 0);
         AArray<CPoint> cells;
         ASSERT_TRUE(array.GetAreaCells(0, cells, 201, 101, mapRange));
-        EXPECT_EQ(cells.count(), maskPoints(rect));
+        EXPECT_EQ(cells.count(), points);
         ABitMatrix mask(101, 201);
         array.FillMatrix(mask, 201, 101, mapRange);
         ABAxis axis(-1, 1, nullptr, 0);

@@ -1,5 +1,6 @@
 #include "containers/stored_file.h"
 
+#include "pavane/trackers/ARectTracker.h"
 #include "tessel/ABitMatrix.h"
 
 #include <gtest/gtest.h>
@@ -16,16 +17,11 @@ namespace
 
 /// Little-endian fields, put together by hand.
 struct Bytes : std::string {
-    Bytes& i(std::initializer_list<int> numbers)
+    template <typename T>
+    Bytes& put(std::initializer_list<T> numbers)
     {
-        for (const int n : numbers)
-            append(reinterpret_cast<const char*>(&n), 4);
-        return *this;
-    }
-    Bytes& d(std::initializer_list<double> numbers)
-    {
-        for (const double n : numbers)
-            append(reinterpret_cast<const char*>(&n), 8);
+        for (const T n : numbers)
+            append(reinterpret_cast<const char*>(&n), sizeof n);
         return *this;
     }
     Bytes& name(const std::string& text)
@@ -41,20 +37,23 @@ struct Bytes : std::string {
     }
 };
 
-Bytes head(int style) { return Bytes().i({style, 6, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}); }
+Bytes head(int style) { return Bytes().put<int>({style, 6, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0}); }
 
 Bytes pixelHeader(int current)
 {
-    return Bytes().i({current, 1, -1}).d({0, 10, 0, 5, 1e38, -1e38}).i({5, 6, 105, 56, 1});
+    return Bytes()
+        .put<int>({current, 1, -1})
+        .put<double>({0, 10, 0, 5, 1e38, -1e38})
+        .put<int>({5, 6, 105, 56, 1});
 }
 
 Bytes pixelFile()
 {
-    Bytes area = head(0x6D).i({3, 1, 2, 30, 4, 5, 60});
+    Bytes area = head(0x6D).put<int>({3, 1, 2, 30, 4, 5, 60});
     return pixelHeader(1)
-        .i({2})
+        .put<int>({2})
         .name("ARectTracker")
-        .raw(head(0x2D).i({10, 20, 30, 40, 12, 12, 0}))
+        .raw(head(0x2D).put<int>({10, 20, 30, 40, 12, 12, 0}))
         .name("AAreaTracker")
         .raw(area);
 }
@@ -63,17 +62,17 @@ void fill(ATrackerArray& array)
 {
     array.CheckMinMax({5, 6, 105, 56}, {0, 10, 0, 5, 1e38, -1e38}, 1, -1);
     array.Add(new ARectTracker({10, 20, 30, 40}, trackerNew), 0);
-    array.Add(pixelArea({{1, 2}, {30, 4}, {5, 60}}), 1);
+    array.Add(shaped(array, toolArea, {{}, {}, 0, {{1, 2}, {30, 4}, {5, 60}}}), 1);
 }
 
 Bytes valueFile()
 {
     return Bytes()
-        .i({0, 2})
+        .put<int>({0, 2})
         .name("ARPAreaTracker")
-        .raw(head(0x6D).i({3}).d({0.5, 1, 2, 1, 0.25, 3}))
+        .raw(head(0x6D).put<int>({3}).put<double>({0.5, 1, 2, 1, 0.25, 3}))
         .name("ARPEllipseTracker")
-        .raw(head(0x2D).d({1, 2, 3, 4, 0.5}).i({8, 8, 15, 0}));
+        .raw(head(0x2D).put<double>({1, 2, 3, 4, 0.5}).put<int>({8, 8, 15, 0}));
 }
 
 template <typename Array>
@@ -117,8 +116,8 @@ TEST(StoredCollection, OfPixelsHasItsModeWordTwiceAndNamesOf32Bytes)
 TEST(StoredCollection, OfDataValuesHasNoMappingAndTakesTheAxisOfItsCollection)
 {
     ARPTrackerArray array;
-    array.Add(valueArea({{0.5, 1}, {2, 1}, {0.25, 3}}), 1);
-    array.Add(withRect<ARPEllipseTracker>(ARect<double>{1, 2, 3, 4}, 0.5), 0);
+    array.Add(shaped(array, toolArea, {{}, {}, 0, {{0.5, 1}, {2, 1}, {0.25, 3}}}), 1);
+    array.Add(shaped(array, toolEllipse, {{}, {1, 2, 3, 4}, 0.5, {}}), 0);
     EXPECT_EQ(stored(array), valueFile());
     MemoryFile file(stored(array));
     ARPTrackerArray back;
@@ -129,8 +128,9 @@ TEST(StoredCollection, OfDataValuesHasNoMappingAndTakesTheAxisOfItsCollection)
 
 TEST(StoredCollection, IsReadAsFarAsItIsWhole)
 {
-    const Bytes rect =
-        Bytes().name("ARPRectTracker").raw(head(0x2D).d({0, 0, 1, 1}).i({12, 12, 0}));
+    const Bytes rect = Bytes()
+                           .name("ARPRectTracker")
+                           .raw(head(0x2D).put<double>({0, 0, 1, 1}).put<int>({12, 12, 0}));
     const struct {
         const char* what;
         Bytes bytes;
@@ -139,19 +139,19 @@ TEST(StoredCollection, IsReadAsFarAsItIsWhole)
         int current;
         std::string note;
     } cases[] = {
-        {"a current index outside", Bytes().i({7, 1}).raw(rect), 1, 1, -1, ""},
-        {"a current index below -1", Bytes().i({-9, 1}).raw(rect), 1, 1, -1, ""},
-        {"a negative count", Bytes().i({0, -5}).raw(rect), 1, 0, -1, ""},
-        {"a count beyond the file", Bytes().i({0, 2147483647}).raw(rect), 0, 1, 0,
+        {"a current index outside", Bytes().put<int>({7, 1}).raw(rect), 1, 1, -1, ""},
+        {"a current index below -1", Bytes().put<int>({-9, 1}).raw(rect), 1, 1, -1, ""},
+        {"a negative count", Bytes().put<int>({0, -5}).raw(rect), 1, 0, -1, ""},
+        {"a count beyond the file", Bytes().put<int>({0, 2147483647}).raw(rect), 0, 1, 0,
          "area 2: the file ends here; it promises 2147483647"},
-        {"an unknown class without a record", Bytes().i({0, 2}).name("AStar").raw(rect), 1, 1, 0,
-         "area 1: class \"AStar\" is unknown"},
-        {"a name without an end", Bytes().i({0, 2}).raw(std::string(32, 'A')).raw(rect), 1, 1, 0,
-         "area 1: class \"AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA\" is unknown"},
-        {"a class in pixels", Bytes().i({0, 2}).name("ARectTracker").raw(rect), 1, 1, 0,
+        {"an unknown class without a record", Bytes().put<int>({0, 2}).name("AStar").raw(rect), 1,
+         1, 0, "area 1: class \"AStar\" is unknown"},
+        {"a name without an end", Bytes().put<int>({0, 2}).raw(std::string(32, 'A')).raw(rect), 1,
+         1, 0, "area 1: class \"AAAAAAAAAAAAAAAAAAAAAAAAAAAAAAAA\" is unknown"},
+        {"a class in pixels", Bytes().put<int>({0, 2}).name("ARectTracker").raw(rect), 1, 1, 0,
          "area 1: class \"ARectTracker\" is unknown"},
-        {"a record that is cut", Bytes().i({0, 2}).raw(rect).raw(rect.substr(0, 90)), 0, 1, 0,
-         "area 2: its record is cut short or damaged"},
+        {"a record that is cut", Bytes().put<int>({0, 2}).raw(rect).raw(rect.substr(0, 90)), 0, 1,
+         0, "area 2: its record is cut short or damaged"},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
@@ -192,7 +192,7 @@ TEST(StoredCollection, IsAStepOfUndoWhenItIsLoaded)
     ATrackerArray array;
     fill(array);
     const std::string before = stored(array);
-    MemoryFile file(pixelHeader(-1).i({0}));
+    MemoryFile file(pixelHeader(-1).put<int>({0}));
     ASSERT_TRUE(array.Load(file));
     EXPECT_EQ(array.count(), 0);
     EXPECT_TRUE(array.Undo(nullptr));

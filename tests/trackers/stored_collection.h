@@ -1,20 +1,14 @@
 #pragma once
 
-#include "pavane/trackers/AAreaTracker.h"
-#include "pavane/trackers/AEllipseTracker.h"
-#include "pavane/trackers/ARectTracker.h"
-#include "pavane/trackers/ARotateRectTracker.h"
-#include "pavane/trackers/ARPAreaTracker.h"
-#include "pavane/trackers/ARPEllipseTracker.h"
-#include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/ARPRotateRectTracker.h"
 #include "pavane/trackers/ARPTrackerArray.h"
 #include "pavane/trackers/ATrackerArray.h"
 #include "pavane/trackers/MemoryFile.h"
+#include "pavane/trackers/tracker_shape.h"
 
-#include <memory>
+#include <gtest/gtest.h>
+
+#include <random>
 #include <string>
-#include <vector>
 
 namespace pavane::test
 {
@@ -27,33 +21,32 @@ std::string stored(const Array& array)
     return file.bytes();
 }
 
-template <typename Area, typename Point>
-Area* polygon(const std::vector<Point>& points)
+/// A tracker of the collection's own class for the tool, with the numbers that fit it.
+template <typename Array>
+auto* shaped(Array& array, int tool, ShapeValues shape)
 {
-    auto* area = new Area;
-    for (const Point& p : points)
-        (void)area->points().Add(p);
-    area->SetStyle(area->GetStyle() | trackerReady);
-    return area;
-}
-
-inline AAreaTracker* pixelArea(const std::vector<CPoint>& points)
-{
-    return polygon<AAreaTracker>(points);
-}
-
-inline ARPAreaTracker* valueArea(const std::vector<APoint<double>>& points)
-{
-    return polygon<ARPAreaTracker>(points);
-}
-
-template <typename Tracker, typename Rect>
-Tracker* withRect(const Rect& rect, double angle)
-{
-    auto* tracker = new Tracker;
-    tracker->SetRect(rect);
-    tracker->SetAngle(angle);
+    auto* const tracker = array.GetNewTracker(tool);
+    ShapeValues own;
+    EXPECT_TRUE(shapeOf(*tracker, own));
+    shape.kind = own.kind;
+    if (tool == toolArea)
+        tracker->SetStyle(tracker->GetStyle() | trackerReady);
+    (void)setShapeOf(*tracker, shape);  // a polygon without points stays empty
     return tracker;
+}
+
+/// Adds a shape with whole numbers of any kind.
+template <typename Array>
+void addAny(Array& array, std::mt19937& random, int makeCurrent = 0)
+{
+    const int tools[] = {toolRect, toolRotateRect, toolEllipse, toolArea};
+    const auto number = [&](unsigned most) { return static_cast<double>(random() % most); };
+    const double x = number(400) - 40;
+    const double y = number(300) - 40;
+    const ARect<double> rect{x, y, x + 5 + number(90), y + 5 + number(90)};
+    array.Add(shaped(array, tools[random() % 4],
+                     {{}, rect, number(7) - 3.5, {{x, y}, {rect.right, y + 9}, {x, rect.bottom}}}),
+              makeCurrent);
 }
 
 }  // namespace pavane::test
