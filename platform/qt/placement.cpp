@@ -112,7 +112,8 @@ int CWnd::SetWindowPlacement(const WINDOWPLACEMENT& placement)
         return 1;
     if (command == SW_SHOWMINIMIZED && placement.flags & WPF_RESTORETOMAXIMIZED)
         top->setWindowState(Qt::WindowMaximized);
-    ShowWindow(command);
+    if (CWnd* const window = FromHandle(hwnd))
+        window->ShowWindow(command);
     return 1;
 }
 
