@@ -10,10 +10,22 @@
 namespace pavane
 {
 
-DialogWidget::DialogWidget(QWidget* parent, bool canBeResized)
-    : QDialog(parent), canBeResized_(canBeResized)
+namespace
 {
-    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+
+/// A dialog is never an icon, and fills the screen only when it lays itself out.
+Qt::WindowFlags flagsOf(bool canBeResized)
+{
+    const Qt::WindowFlags flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                  Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+    return canBeResized ? flags | Qt::WindowMaximizeButtonHint : flags;
+}
+
+}  // namespace
+
+DialogWidget::DialogWidget(QWidget* parent, bool canBeResized)
+    : QDialog(parent, flagsOf(canBeResized)), canBeResized_(canBeResized)
+{
 }
 
 void DialogWidget::setClientSize(QSize size)

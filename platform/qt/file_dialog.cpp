@@ -123,6 +123,7 @@ int fnFileDialog1(CString& name, const CString& filter, const CString& title, in
     const std::vector<FileFilter> filters = fileFilters(filter);
     dialog->setNameFilters(nameFilters(filters));
     suggest(*dialog, name);
+    clearButtonIcons(*dialog);
     if (!open)
         joinNameAndType(*dialog, name, filters);
     CString chosen;

@@ -4,8 +4,10 @@
 #include "platform/qt/WindowPeer.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QFont>
 #include <QPalette>
+#include <QPushButton>
 
 namespace pavane
 {
@@ -50,6 +52,12 @@ void applyLook()
         font.setKerning(true);
     }
     QApplication::setFont(font);
+}
+
+void clearButtonIcons(const QDialog& dialog)
+{
+    for (QPushButton* const button : dialog.findChildren<QPushButton*>())
+        button->setIcon(QIcon());
 }
 
 QWidget* frontWindow()

@@ -1,5 +1,6 @@
 #pragma once
 
+class QDialog;
 class QWidget;
 
 namespace pavane
@@ -10,6 +11,9 @@ bool canShowWindows();
 
 /// Colours and font of the controls of an application that is ours: small, light, neutral.
 void applyLook();
+
+/// Takes the small pictures of some desktops off the buttons of a dialog of the toolkit.
+void clearButtonIcons(const QDialog& dialog);
 
 /// Puts the message box behind AfxMessageBox, and takes it away.
 void startMessageBox();

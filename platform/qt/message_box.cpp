@@ -137,6 +137,7 @@ int showMessageBox(const CString& text, unsigned type)
     box->setDefaultButton(set.answers[first].button);
     if (!box->mustChoose)
         box->setEscapeButton(set.escape);
+    clearButtonIcons(*box);
     const int pressed = box->exec();
     const auto chosen = std::find_if(set.answers.begin(), set.answers.end(),
                                      [&](const Answer& a) { return a.button == pressed; });
