@@ -185,6 +185,11 @@ public:
     /// Pixels that the pointer has to leave a press by before a drag begins; 0 at first.
     void SetDeadZone(int pixels);
     int deadZone() const { return deadZone_; }
+    /// With a non-zero value a single press of the arrow tool makes the area under it current, and
+    /// may drag it at once; at first only a double click does. A dead zone belongs to it, or a
+    /// click that chooses an area may move it.
+    void SetClickSelects(int on) { clickSelects_ = on; }
+    int clickSelects() const { return clickSelects_; }
     /// How the last drag ended; after the right button a window shows no context menu.
     DragEnd lastDragEnd() const { return lastDragEnd_; }
     /// Lasts as long as the collection.
@@ -245,6 +250,7 @@ protected:
     int curItem_ = -1;
     int mode_ = toolArrow;
     int deadZone_ = 0;
+    int clickSelects_ = 0;
     AArray<TMinMax> zoomHistory_;
     HCURSOR zoomCursor_ = 0;
     HCURSOR drawCursor_ = 0;
@@ -290,6 +296,7 @@ private:
     int pressMove(CWnd* window, CPoint p);
     int pressDraw(CWnd* window, CPoint p);
     void leaveCurrent(CWnd* window, CPoint p);
+    void takeClicked(CWnd* window, CPoint p);
     int addVertex(CWnd* window, CPoint p);
     void takeDrawn(CWnd* window, ATracker* tracker, const char* label);
     void takeWorking(CWnd* window, const std::string& before);

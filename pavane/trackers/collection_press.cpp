@@ -61,6 +61,8 @@ int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
     const LifeWatch self(life_);
     const HWND handle = window ? window->GetSafeHwnd() : 0;
     leaveCurrent(window, p);
+    if (self.alive() && arrow && clickSelects_)
+        takeClicked(window, p);
     if (!self.alive() || CWnd::FromHandle(handle) != window)
         return 1;
     return arrow ? pressMove(window, p) : pressDraw(window, p);
@@ -93,6 +95,19 @@ void TrackerCollection::leaveCurrent(CWnd* window, CPoint p)
         SetItemActive(curItem_, 0);
     selected_.clear();
     focusItem_ = focusHandle_ = -1;
+    changed(window);
+}
+
+/// The area under a press becomes the current one, unless the current one is hit as well.
+void TrackerCollection::takeClicked(CWnd* window, CPoint p)
+{
+    ATracker* const current = trackerAt(curItem_);
+    if (workingTracker() || (current && current->IsActive() && current->HitTest(p, window) >= 0))
+        return;
+    const int hit = TopmostAt(p, window);
+    if (hit < 0)
+        return;
+    makeCurrent(hit);
     changed(window);
 }
 
