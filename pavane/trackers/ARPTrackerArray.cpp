@@ -2,7 +2,6 @@
 
 #include "pavane/axes/ABAxis.h"
 #include "pavane/containers/item_io.h"
-#include "pavane/trackers/AAreaBitFill.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
@@ -10,6 +9,7 @@
 #include "pavane/trackers/AxisPixels.h"
 #include "pavane/trackers/collection_file.h"
 #include "pavane/trackers/outline_cells.h"
+#include "pavane/trackers/tool_trackers.h"
 #include "pavane/trackers/tracker_registry.h"
 #include "pavane/trackers/zoom_step.h"
 
@@ -63,21 +63,6 @@ int ARPTrackerArray::GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
     return GetAreaCells(*(*this)(i), cells, nx, ny, mapRange);
 }
 
-void ARPTrackerArray::FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange)
-{
-    m.setAll(count() == 0);
-    for (int i = 0; i < count(); ++i)
-        FillMatrixForItem(i, m, nx, ny, mapRange);
-}
-
-void ARPTrackerArray::FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny,
-                                        const TMinMax& mapRange)
-{
-    AArray<CPoint> cells;
-    if (i >= 0 && i < count() && GetAreaCells(i, cells, nx, ny, mapRange))
-        AAreaBitFill().FillMatrix(m, cells.lpArray(), cells.count());
-}
-
 int ARPTrackerArray::Store(AFile& file) const
 {
     return storeItem(file, std::int32_t{curItem_}) && storeTrackers(file, *this);
@@ -97,32 +82,18 @@ int ARPTrackerArray::Load(AFile& file, LoadReport& report)
         report.lines.push_back("the file ends before the first area");
         return 0;
     }
-    std::vector<ATracker*> loaded;
-    const int result = loadTrackers(
-        file, [this](const CString& name) { return makeTrackerOfClass(name); }, loaded, report);
-    endDrag();
-    replaceAll(loaded, current, [] {});
-    return result;
+    return loadItems(file, current, report, [] {});
 }
 
 ABTracker* ARPTrackerArray::LoadObject(const CString& className, AFile& file)
 {
-    std::unique_ptr<ATracker> tracker(makeTrackerOfClass(className));
-    if (!tracker || !tracker->Load(file))
-        return nullptr;
-    adopt(*tracker);
-    return static_cast<ABTracker*>(tracker.release());
+    return static_cast<ABTracker*>(loadObject(className, file));
 }
 
 ABTracker* ARPTrackerArray::GetNewTracker(int mode)
 {
-    if (mode & toolRect)
-        return new (std::nothrow) ARPRectTracker;
-    if (mode & toolRotateRect)
-        return new (std::nothrow) ARPRotateRectTracker;
-    if (mode & toolEllipse)
-        return new (std::nothrow) ARPEllipseTracker;
-    return mode & toolArea ? new (std::nothrow) ARPAreaTracker : nullptr;
+    return newForTool<ABTracker, ARPRectTracker, ARPRotateRectTracker, ARPEllipseTracker,
+                      ARPAreaTracker>(mode);
 }
 
 void ARPTrackerArray::SetNewMinMax(CWnd* window, TMinMax& range)

@@ -8,7 +8,6 @@ namespace pavane
 {
 
 class ABAxis;
-class ABitMatrix;
 class AFile;
 
 /// Areas in data values (RP), drawn and dragged through an axis. Masks and files need no axis.
@@ -22,16 +21,11 @@ public:
     void SetAxis(ABAxis* axis);
     ABAxis* GetAxis() const { return axis_; }
 
-    /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`: clears m,
-    /// then sets the cells of every outline. With no area every bit is set. An unset map range, or
-    /// one without width, sets nothing. Ellipses have 8 points for each cell of the larger
-    /// semi-axis, 16 to 65536, so that masks do not depend on the zoom.
-    void FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
-    /// The cells of area i; m is not cleared before.
-    void FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
-    /// The outline of area i in those cells (x = column, y = row); 0 and no points without a usable
-    /// map range. Of a tracker that is in no collection, the same.
-    int GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny, const TMinMax& mapRange) const;
+    /// Ellipses have 8 points for each cell of the larger semi-axis, 16 to 65536, so that masks do
+    /// not depend on the zoom.
+    int GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
+                     const TMinMax& mapRange) const override;
+    /// The same of a tracker that may be in no collection.
     static int GetAreaCells(const ABTracker& tracker, AArray<CPoint>& cells, int nx, int ny,
                             const TMinMax& mapRange);
 

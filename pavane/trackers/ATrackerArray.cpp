@@ -1,7 +1,6 @@
 #include "pavane/trackers/ATrackerArray.h"
 
 #include "pavane/containers/item_io.h"
-#include "pavane/trackers/AAreaBitFill.h"
 #include "pavane/trackers/AAreaTracker.h"
 #include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
@@ -9,6 +8,7 @@
 #include "pavane/trackers/collection_file.h"
 #include "pavane/trackers/MemoryFile.h"
 #include "pavane/trackers/outline_cells.h"
+#include "pavane/trackers/tool_trackers.h"
 #include "pavane/trackers/tracker_registry.h"
 #include "pavane/trackers/zoom_step.h"
 #include "tessel/rounding.h"
@@ -90,20 +90,6 @@ int ATrackerArray::GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
     return cellsOf(values, map, cells);
 }
 
-void ATrackerArray::FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange)
-{
-    m.setAll(count() == 0);
-    for (int i = 0; i < count(); ++i)
-        FillMatrixForItem(i, m, nx, ny, mapRange);
-}
-
-void ATrackerArray::FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, const TMinMax& mapRange)
-{
-    AArray<CPoint> cells;
-    if (i >= 0 && i < count() && GetAreaCells(i, cells, nx, ny, mapRange))
-        AAreaBitFill().FillMatrix(m, cells.lpArray(), cells.count());
-}
-
 int ATrackerArray::Store(AFile& file) const
 {
     return storeItem(file, std::int32_t{curItem_}) && storeMapping(file, mapping_) &&
@@ -125,32 +111,18 @@ int ATrackerArray::Load(AFile& file, LoadReport& report)
         report.lines.push_back("the file ends before the first area");
         return 0;
     }
-    std::vector<ATracker*> loaded;
-    const int result = loadTrackers(
-        file, [this](const CString& name) { return makeTrackerOfClass(name); }, loaded, report);
-    endDrag();
-    replaceAll(loaded, current, [&] { mapping_ = next; });
-    return result;
+    return loadItems(file, current, report, [&] { mapping_ = next; });
 }
 
 ABaseTracker* ATrackerArray::LoadObject(const CString& className, AFile& file)
 {
-    std::unique_ptr<ATracker> tracker(makeTrackerOfClass(className));
-    if (!tracker || !tracker->Load(file))
-        return nullptr;
-    adopt(*tracker);
-    return static_cast<ABaseTracker*>(tracker.release());
+    return static_cast<ABaseTracker*>(loadObject(className, file));
 }
 
 ABaseTracker* ATrackerArray::GetNewTracker(int mode)
 {
-    if (mode & toolRect)
-        return new (std::nothrow) ARectTracker;
-    if (mode & toolRotateRect)
-        return new (std::nothrow) ARotateRectTracker;
-    if (mode & toolEllipse)
-        return new (std::nothrow) AEllipseTracker;
-    return mode & toolArea ? new (std::nothrow) AAreaTracker : nullptr;
+    return newForTool<ABaseTracker, ARectTracker, ARotateRectTracker, AEllipseTracker,
+                      AAreaTracker>(mode);
 }
 
 void ATrackerArray::SetNewMinMax(CWnd* window, TMinMax& range)

@@ -10,7 +10,6 @@
 namespace pavane
 {
 
-class ABitMatrix;
 class AFile;
 
 /// All areas drawn on one map, in window pixels. What the pixels stand for is kept beside them: a
@@ -32,15 +31,8 @@ public:
     /// changes nothing; from an unset one nothing is rescaled.
     void CheckMinMax(const CRect& device, const TMinMax& range, int modeX, int modeY);
 
-    /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`: clears m,
-    /// then sets the cells of every outline. With no area every bit is set. A mapping or map range
-    /// that is unset or has no width sets nothing.
-    void FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
-    /// The cells of area i; m is not cleared before.
-    void FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
-    /// The outline of area i in those cells (x = column, y = row); 0 and no points without a usable
-    /// mapping or map range.
-    int GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny, const TMinMax& mapRange) const;
+    int GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
+                     const TMinMax& mapRange) const override;
 
     /// Writes the current index, the mapping, the count, and each tracker's class name (32 bytes)
     /// and record. 0 when the head or a name cannot be written.

@@ -4,6 +4,7 @@
 #include "pavane/trackers/AEllipseTrackerInAxis.h"
 #include "pavane/trackers/ARectTrackerInAxis.h"
 #include "pavane/trackers/ARotateRectTrackerInAxis.h"
+#include "pavane/trackers/tool_trackers.h"
 #include "pavane/trackers/tracker_registry.h"
 
 #include <new>
@@ -66,13 +67,8 @@ CWnd* ATrackerArrayInAxis::GetToolBar(CWnd*) { return host_ ? host_->trackerTool
 
 ABTracker* ATrackerArrayInAxis::GetNewTracker(int mode)
 {
-    if (mode & toolRect)
-        return new (std::nothrow) ARectTrackerInAxis;
-    if (mode & toolRotateRect)
-        return new (std::nothrow) ARotateRectTrackerInAxis;
-    if (mode & toolEllipse)
-        return new (std::nothrow) AEllipseTrackerInAxis;
-    return mode & toolArea ? new (std::nothrow) AAreaTrackerInAxis : nullptr;
+    return newForTool<ABTracker, ARectTrackerInAxis, ARotateRectTrackerInAxis,
+                      AEllipseTrackerInAxis, AAreaTrackerInAxis>(mode);
 }
 
 void ATrackerArrayInAxis::SetNewMinMax(CWnd* window, TMinMax& range)

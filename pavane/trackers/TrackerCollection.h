@@ -25,7 +25,10 @@
 namespace pavane
 {
 
+class ABitMatrix;
+class AFile;
 class CComboBox;
+struct LoadReport;
 
 /// What all collections of areas do, whatever the coordinates of their shapes: tools, the current
 /// area, list and toolbar, keyboard, undo, drawing and hit tests. Points are client pixels.
@@ -114,6 +117,18 @@ public:
     virtual void OnChanged() {}
     /// Called for each new shape of a dragged tracker; the window is invalid but not painted yet.
     virtual void OnChanging(ATracker& tracker) { (void)tracker; }
+
+    // Masks (collection_mask.cpp)
+    /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`: clears m,
+    /// then sets the cells of every outline. With no area every bit is set. A map range, or a
+    /// mapping of pixels, that is unset or has no width sets nothing.
+    void FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
+    /// The cells of area i; m is not cleared before.
+    void FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
+    /// The outline of area i in those cells (x = column, y = row); 0 and no points where it sets
+    /// nothing.
+    virtual int GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
+                             const TMinMax& mapRange) const = 0;
 
     // Hit tests
     /// The topmost area whose HitTest(p) is not negative, -1 for none.
@@ -239,10 +254,12 @@ protected:
     /// Ends the drag that runs: the shape is as before it, and the loop returns. For changes of
     /// what shapes mean.
     void endDrag();
-    /// Replaces all items, as one step; owns the new ones in any case. `takeMapping` is called when
-    /// the old ones are gone.
-    void replaceAll(std::vector<ATracker*>& trackers, int current,
-                    const std::function<void()>& takeMapping);
+    /// What LoadObject and Load of the arrays do: a tracker of a class with its record (null for an
+    /// unknown class or a bad record); the count and all trackers in place of what there is, as one
+    /// step. `takeMapping` is called when the old ones are gone.
+    ATracker* loadObject(const std::string& className, AFile& file);
+    int loadItems(AFile& file, int current, LoadReport& report,
+                  const std::function<void()>& takeMapping);
     /// The new shape that a drag draws now, null for none.
     ATracker* drawnTracker() const { return drawn_; }
 

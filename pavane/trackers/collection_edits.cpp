@@ -1,5 +1,6 @@
 // Edits of a collection as a whole: adding, deleting, copying, selecting.
 
+#include "pavane/trackers/collection_file.h"
 #include "pavane/trackers/collection_step.h"
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
@@ -42,9 +43,22 @@ void TrackerCollection::removeItems(int first, int n)
         eraseItem(i);
 }
 
-void TrackerCollection::replaceAll(std::vector<ATracker*>& trackers, int current,
-                                   const std::function<void()>& takeMapping)
+ATracker* TrackerCollection::loadObject(const std::string& className, AFile& file)
 {
+    std::unique_ptr<ATracker> tracker(makeTrackerOfClass(className));
+    if (!tracker || !tracker->Load(file))
+        return nullptr;
+    adopt(*tracker);
+    return tracker.release();
+}
+
+int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
+                                 const std::function<void()>& takeMapping)
+{
+    std::vector<ATracker*> trackers;
+    const int result = loadTrackers(
+        file, [this](const CString& name) { return makeTrackerOfClass(name); }, trackers, report);
+    endDrag();
     Step step(*this, "Load areas");
     removeItems(0, trackerCount());
     changeWorking(nullptr);
@@ -53,14 +67,12 @@ void TrackerCollection::replaceAll(std::vector<ATracker*>& trackers, int current
     const std::string mapping = mappingBytes();
     takeMapping();
     noteMapping(mapping);
-    for (ATracker*& tracker : trackers) {
-        adopt(*tracker);
+    for (ATracker* const tracker : trackers)
         (void)insertItem(trackerCount(), tracker, tracker->IsActive());
-        tracker = nullptr;
-    }
     curItem_ = current >= 0 && current < trackerCount() ? current : -1;
     zoomHistory_.Free();
     hovering_ = 0;
+    return result;
 }
 
 void TrackerCollection::Clear(CWnd* window)
