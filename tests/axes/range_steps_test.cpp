@@ -43,9 +43,7 @@ TEST(RangeSteps, LeaveWhatIsNoSpanAlone)
     EXPECT_EQ(zoomedSpan({-1, 10}, 1, 2, 1), (TMnMx{-1, 10}));
     for (const double factor : {0.0, -1.0, nan, 1e308})
         EXPECT_EQ(zoomedSpan({1, 2}, 1.5, factor, 0), (TMnMx{1, 2})) << factor;
-    EXPECT_EQ(zoomedSpan({1, 2}, nan, 2, 0), (TMnMx{1, 2}));
     EXPECT_EQ(shiftedSpan({1, 2}, 1e308 * 10, 0), (TMnMx{1, 2}));
-    EXPECT_EQ(spanInside({1, 2}, unset, 0), (TMnMx{1, 2}));
     EXPECT_EQ(spanPart({1, 2}, {5, 5}, 0), 1);
 }
 
@@ -55,6 +53,5 @@ TEST(SquarePlot, FillsTheMiddleUnlessItWouldBeASliver)
     EXPECT_EQ(squarePlot(room, 100, 100), CRect(60, 20, 160, 120));
     EXPECT_EQ(squarePlot(room, 400, 100), CRect(10, 45, 210, 95));
     EXPECT_EQ(squarePlot(room, 1, 1000), room);
-    EXPECT_EQ(squarePlot(room, 0, 10), room);
     EXPECT_EQ(squarePlot(CRect(), 3, 3), CRect());
 }
