@@ -60,10 +60,11 @@ int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
     }
     const LifeWatch self(life_);
     const HWND handle = window ? window->GetSafeHwnd() : 0;
+    const auto gone = [&] { return !self.alive() || CWnd::FromHandle(handle) != window; };
     leaveCurrent(window, p);
-    if (self.alive() && arrow && clickSelects_)
+    if (!gone() && arrow && clickSelects_)
         takeClicked(window, p);
-    if (!self.alive() || CWnd::FromHandle(handle) != window)
+    if (gone())
         return 1;
     return arrow ? pressMove(window, p) : pressDraw(window, p);
 }

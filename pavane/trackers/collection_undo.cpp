@@ -63,7 +63,8 @@ int TrackerCollection::kindCode(const ATracker& tracker)
             return static_cast<int>(i);
     Kind kind{type, tracker.GetClassName(), mapping, nullptr};
     const std::unique_ptr<ATracker> named(makeTrackerOfClass(kind.name));
-    if (!named || std::type_index(typeid(*named)) != type)
+    const ATracker* const made = named.get();
+    if (!made || std::type_index(typeid(*made)) != type)
         kind.model.reset(tracker.Duplicate());
     kinds_.push_back(std::move(kind));
     return static_cast<int>(kinds_.size()) - 1;
