@@ -45,7 +45,6 @@ TEST(Resources, SearchTheModuleAddedLastFirst)
     EXPECT_EQ(FindMenuTemplate(9002), &laterMenus[0]);
     EXPECT_EQ(FindMenuTemplate(9003), nullptr);
     EXPECT_EQ(FindDialogTemplate(9001), nullptr);
-    EXPECT_EQ(FindCursorTemplate(9001), nullptr);
 }
 
 TEST(CMenu, ChangesItemsByCommandInPopupsToo)
@@ -72,10 +71,8 @@ TEST(CMenu, AnswersZeroForItemsThatItLacks)
     CMenu menu;
     ASSERT_TRUE(menu.LoadMenu(menus[0]));
     EXPECT_FALSE(menu.EnableMenuItem(0, MF_GRAYED));  // lines and popups are no commands
-    EXPECT_FALSE(menu.CheckMenuItem(1, MF_BYPOSITION | MF_CHECKED));
     EXPECT_FALSE(menu.RemoveMenu(7, MF_BYPOSITION));
     EXPECT_FALSE(menu.RemoveMenu(7, MF_BYCOMMAND));
-    EXPECT_EQ(menu.GetSubMenu(-1), nullptr);
     EXPECT_EQ(menu.GetSubMenu(1), nullptr);
     EXPECT_EQ(menu.GetSubMenu(0)->GetSubMenu(0), nullptr);
 }

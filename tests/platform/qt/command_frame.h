@@ -47,11 +47,6 @@ struct CommandFrame : CWnd {
     int popups = 0;
 };
 
-inline void PrintTo(const CommandFrame::Command& c, std::ostream* out)
-{
-    *out << c.id << '/' << c.code;
-}
-
 using Commands = std::vector<CommandFrame::Command>;
 
 inline QWidget* widgetOfWindow(const CWnd& window) { return peerOf(&window)->widget; }

@@ -120,6 +120,8 @@ TEST(CDialog, EndsWhereverItIsEnded)
 
     AreaDialog modeless(&frame);
     ASSERT_TRUE(modeless.CreateModeless());
+    frame.EnableWindow(0);
+    EXPECT_TRUE(modeless.IsWindowEnabled());
     modeless.SendMessage(WM_CLOSE);
     EXPECT_EQ(modeless.GetSafeHwnd(), HWND{0});
 }
