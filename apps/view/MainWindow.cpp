@@ -64,6 +64,9 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     view_.SetToolBar(&bar_);
     view_.SetComboBox(&list_);
     SetAxisWnd(&view_);
+    for (const unsigned id : {ID_TRACK_UNDO, ID_TRACK_REDO, ID_TRACK_COPY, ID_TRACK_DELETE,
+                              ID_ZOOM_MINUS, ID_WHOLE_MAP, ID_SHOW_CELLS})
+        bar_.EnableButton(id, 0);  // until there is a map
     setMenu();
     created_ = 1;
     CRect client;
@@ -98,6 +101,8 @@ void MainWindow::Show()
         MoveWindow(place);
         ShowWindow(SW_SHOW);
     }
+    if (!map_)
+        status_.SetMessage("No map is open: Ctrl+O opens one");
     view_.SetFocus();
 }
 

@@ -275,6 +275,65 @@ TEST_F(ViewWindow, OffersTheAreasOfAKilledSession)
     }
 }
 
+TEST_F(ViewWindow, EndsADragThatItsOwnClosingInterrupts)
+{
+    MainWindow window;
+    open(window);
+    const CRect plot = window.view().GetAxis()->getGraphRect();
+    const CPoint from = plot.CenterPoint();
+    areas(window).BeginMode(&window.view(), toolRect);
+    window.view().PostMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(from.x + 30, from.y + 40));
+    fileAnswer = path("map.fits");
+    window.PostMessage(WM_COMMAND, idOpenMap);  // a drag lets no command in
+    window.PostMessage(WM_CLOSE);
+    window.view().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+    EXPECT_FALSE(window.GetSafeHwnd());
+    EXPECT_TRUE(said.empty());
+    EXPECT_EQ(copies(), 0u);
+}
+
+TEST_F(ViewWindow, PicturesShowTheZoomAndAreasOnlyWhenAsked)
+{
+    MainWindow window;
+    open(window);
+    const auto picture = [&](const char* name) {
+        fileAnswer = path(name);
+        window.SendMessage(WM_COMMAND, idSavePicture);
+        std::ifstream in(fileAnswer, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    const std::string plain = picture("plain.svg");
+    ASSERT_FALSE(plain.empty());
+    addArea(window, 20);
+    EXPECT_EQ(picture("hidden.svg"), plain);
+    window.SendMessage(WM_COMMAND, idAreasInPictures);
+    EXPECT_GT(picture("areas.svg").size(), plain.size());
+    window.SendMessage(WM_COMMAND, idAreasInPictures);
+    window.SendMessage(WM_COMMAND, idContours);
+    EXPECT_LT(picture("bare.svg").size(), plain.size());
+    window.SendMessage(WM_COMMAND, idContours);
+    window.SendMessage(WM_COMMAND, idZoomIn);
+    EXPECT_NE(picture("zoomed.svg"), plain);
+    window.SendMessage(WM_COMMAND, ID_WHOLE_MAP);
+    EXPECT_EQ(picture("whole.svg"), plain);
+    EXPECT_TRUE(said.empty());
+}
+
+TEST_F(ViewWindow, ForgetsARecentMapThatIsGone)
+{
+    writeMap("other.fits");
+    MainWindow window;
+    open(window);
+    ASSERT_TRUE(window.OpenMap(path("other.fits"), -1));
+    fs::remove(path("map.fits"));
+    window.SendMessage(WM_COMMAND, idRecent + 1);
+    ASSERT_EQ(said.size(), 1u);
+    EXPECT_NE(said[0].find("map.fits"), std::string::npos);
+    EXPECT_EQ(window.session().map(), path("other.fits"));
+    window.SendMessage(WM_COMMAND, idRecent + 1);  // nothing there any more
+    EXPECT_EQ(said.size(), 1u);
+}
+
 TEST_F(ViewWindow, EndsInDisorderWithACopyLeft)
 {
     {
