@@ -19,6 +19,10 @@ FrameWidget::FrameWidget(QWidget* parent, Qt::WindowFlags flags, unsigned style,
     // a top-level window has the border of its window manager
     if (!isWindow() && (style & WS_BORDER || exStyle & WS_EX_CLIENTEDGE))
         border_ = exStyle & WS_EX_CLIENTEDGE ? 2 : 1;
+    constexpr int settlingTime = 250;
+    settled_.setSingleShot(true);
+    settled_.setInterval(settlingTime);
+    connect(&settled_, &QTimer::timeout, this, [this] { keepPlace(); });
     if (style & WS_HSCROLL)
         makeBar(SB_HORZ);
     if (style & WS_VSCROLL)
@@ -100,6 +104,23 @@ QSize FrameWidget::sizeAround(QSize client) const
     return client + QSize(2 * border_ + across, 2 * border_ + down + menuHeight());
 }
 
+void FrameWidget::keepPlace()
+{
+    if (windowState() == Qt::WindowNoState)
+        normal_ = geometry();
+    if (!isMinimized())
+        wasMaximized_ = isMaximized();
+}
+
+/// Deliberate: not the toolkit's own. Window managers tell of a new state and of a new place in any
+/// order and in steps, and the toolkit then takes the maximised place for the normal one.
+QRect FrameWidget::normalRect() const
+{
+    if (windowState() == Qt::WindowNoState)
+        return geometry();
+    return normal_.isValid() ? normal_ : normalGeometry();
+}
+
 void FrameWidget::layOut()
 {
     QRect inside = rect().adjusted(border_, border_, -border_, -border_);
@@ -127,6 +148,10 @@ bool FrameWidget::event(QEvent* e)
 {
     if (!peerOf(hwnd_))
         return QWidget::event(e);
+    const bool changes = e->type() == QEvent::Resize || e->type() == QEvent::Move ||
+                         e->type() == QEvent::WindowStateChange;
+    if (changes && isWindow())
+        settled_.start();
     switch (e->type()) {
     case QEvent::Resize:
         layOut();

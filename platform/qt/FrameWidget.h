@@ -4,6 +4,7 @@
 
 #include <QPointer>
 #include <QScrollBar>
+#include <QTimer>
 #include <QWidget>
 
 namespace pavane
@@ -29,6 +30,12 @@ public:
     /// Size around a client area of that size.
     QSize sizeAround(QSize client) const;
     int menuHeight() const;
+    /// The place that the window goes back to from its maximised or minimised state.
+    QRect normalRect() const;
+    /// Whether it is maximised, or was before it was minimised.
+    bool isOrWasMaximized() const { return isMaximized() || (isMinimized() && wasMaximized_); }
+    /// Remembers state and place unless it is minimised; before the program changes them.
+    void keepPlace();
 
 protected:
     bool event(QEvent* e) override;
@@ -42,6 +49,9 @@ private:
     QPointer<QWidget> menuBar_;
     QScrollBar* bars_[2] = {};
     int border_ = 0;
+    QRect normal_;
+    bool wasMaximized_ = false;
+    QTimer settled_;  ///< the window manager has not changed anything for a while
 };
 
 }  // namespace pavane

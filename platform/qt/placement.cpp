@@ -27,13 +27,7 @@ void showTop(QWidget& top, int command)
         break;
     case SW_SHOWNORMAL:
     case SW_RESTORE:
-        // back to maximised when it was minimised from there
-        if (top.isMinimized() && command == SW_RESTORE) {
-            top.setWindowState(top.windowState() & ~Qt::WindowMinimized);
-            top.show();
-        } else {
-            top.showNormal();
-        }
+        top.showNormal();
         break;
     default:
         top.show();
@@ -64,12 +58,17 @@ int CWnd::ShowWindow(int command)
     if (!peer || !peer->outer())
         return was;
     QWidget* const outer = peer->outer();
-    if (!show)
+    if (!show) {
         outer->hide();
-    else if (outer->isWindow())
-        showTop(*outer, command);
-    else
+    } else if (outer->isWindow()) {
+        const bool goesBackToMaximized = command == SW_RESTORE && outer->isMinimized() &&
+                                         peer->frame && peer->frame->isOrWasMaximized();
+        if (peer->frame)
+            peer->frame->keepPlace();
+        showTop(*outer, goesBackToMaximized ? SW_SHOWMAXIMIZED : command);
+    } else {
         outer->show();
+    }
     return was;
 }
 
@@ -80,15 +79,13 @@ int CWnd::GetWindowPlacement(WINDOWPLACEMENT& placement) const
     if (!top)
         return 0;
     const Qt::WindowStates state = top->windowState();
-    const QRect normal =
-        state & (Qt::WindowMaximized | Qt::WindowFullScreen) && top->normalGeometry().isValid()
-            ? top->normalGeometry()
-            : top->geometry();
+    const FrameWidget* const frame = peerOf(this)->frame;
+    const QRect normal = frame ? frame->normalRect() : top->geometry();
     placement.rcNormalPosition = CRect(normal.left(), normal.top(), normal.left() + normal.width(),
                                        normal.top() + normal.height());
     if (state & Qt::WindowMinimized) {
         placement.showCmd = SW_SHOWMINIMIZED;
-        placement.flags = state & Qt::WindowMaximized ? WPF_RESTORETOMAXIMIZED : 0;
+        placement.flags = frame && frame->isOrWasMaximized() ? WPF_RESTORETOMAXIMIZED : 0;
     } else if (state & Qt::WindowMaximized) {
         placement.showCmd = SW_SHOWMAXIMIZED;
     }
@@ -111,7 +108,7 @@ int CWnd::SetWindowPlacement(const WINDOWPLACEMENT& placement)
     if (!peerOf(hwnd))
         return 1;
     if (command == SW_SHOWMINIMIZED && placement.flags & WPF_RESTORETOMAXIMIZED)
-        top->setWindowState(Qt::WindowMaximized);
+        ShowWindow(SW_SHOWMAXIMIZED);
     if (CWnd* const window = FromHandle(hwnd))
         window->ShowWindow(command);
     return 1;
