@@ -55,6 +55,14 @@ struct StretchedAxis {
             cells.push_back(cell >= 0 && cell < sourceLimit ? static_cast<int>(cell) : -1);
         }
     }
+    /// Non-zero when every pixel shows the cell after that of the pixel before.
+    int isPlain() const
+    {
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            if (cells[i] < 0 || cells[i] != cells[0] + static_cast<int>(i))
+                return 0;
+        return !cells.empty();
+    }
     /// Each source cell once, for a device that stretches by itself; `mirrored`: the last one
     /// first.
     static StretchedAxis cellByCell(int start, int size, bool mirrored, int limit)
@@ -136,6 +144,30 @@ struct DIBRow {
         return pixelOf(RGB(p[2], p[1], p[0]));
     }
 };
+
+/// Paints an indexed picture whose columns are the pixels' own: what maps come as.
+void paintIndexed(const PixelPainter& painter, const PixelSurface& surface, const StretchedAxis& xs,
+                  const StretchedAxis& ys, const DIBView& dib, const std::uint32_t* colors)
+{
+    const int ratio = surface.ratio;
+    const CRect units(xs.first / ratio, ys.first / ratio, (xs.last + ratio - 1) / ratio,
+                      (ys.last + ratio - 1) / ratio);
+    painter.clippedRects(units, [&](const CRect& part) {
+        surface.touch(part);
+        const int begin = std::max(part.left * ratio, xs.first);
+        const int end = std::min(part.right * ratio, xs.last);
+        const int bottom = std::min(part.bottom * ratio, ys.last);
+        for (int y = std::max(part.top * ratio, ys.first); y < bottom; ++y) {
+            const int row = ys.cells[static_cast<std::size_t>(y - ys.first)];
+            if (row < 0)
+                continue;
+            const unsigned char* index = dib.row(row) + xs.cells[0] + (begin - xs.first);
+            std::uint32_t* const pixels = surface.row(y);
+            for (int x = begin; x < end; ++x)
+                pixels[x] = colors[*index++];
+        }
+    });
+}
 
 /// Size of a picture in device units; its sign is kept.
 int deviceLength(int from, int length, bool isX, const Mapping& mapping)
@@ -281,7 +313,10 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
                            limits.left * k, limits.right * k);
     const StretchedAxis ys(timesRatio(at.y, k), timesRatio(h, k), top, sHeight, dib.height,
                            limits.top * k, limits.bottom * k);
-    paintStretched(s.painter(), to, xs, ys, mode, rowOf);
+    if (mode == R2_COPYPEN && dib.bitCount == 8 && xs.isPlain())
+        paintIndexed(s.painter(), to, xs, ys, dib, colors);
+    else
+        paintStretched(s.painter(), to, xs, ys, mode, rowOf);
     return dib.height;
 }
 
