@@ -10,7 +10,9 @@
 #include <filesystem>
 #include <optional>
 #include <string_view>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 namespace pavane
@@ -91,6 +93,32 @@ bool writeAll(int file, std::string_view bytes)
     }
     return fsync(file) == 0;
 }
+
+/// Keeps other writers of the same folder out for the time of one change. Without it, on a file
+/// system that has no locks or beside a program that hangs, the later of two changes wins.
+class FolderLock
+{
+public:
+    explicit FolderLock(const CString& file)
+        : folder_(open(folderOf(file).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC))
+    {
+        constexpr int tries = 100;
+        constexpr timespec pause{0, 2'000'000};
+        for (int i = 0; folder_.get() >= 0 && i < tries; ++i) {
+            if (flock(folder_.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
+                return;
+            (void)nanosleep(&pause, nullptr);
+        }
+    }
+
+private:
+    static CString folderOf(const CString& file)
+    {
+        const CString folder = std::filesystem::path(file).parent_path().string();
+        return folder.empty() ? "." : folder;
+    }
+    Descriptor folder_;
+};
 
 /// The file that the name leads to, so that a link stays a link.
 CString realName(const CString& name)
@@ -200,6 +228,7 @@ int WriteProfileString(const CString& section, const CString& entry, const CStri
         return 0;
     makeDefaultFolder(named);
     const CString file = realName(named);
+    const FolderLock lock(file);
     mode_t mode = newFileMode();
     auto old = readWhole(file, mode);
     if (!old)

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace pavane
 {
@@ -158,6 +160,20 @@ TEST_F(Profile, NeverReplacesADeviceAFolderOrALink)
     EXPECT_TRUE(WriteProfileString("s", "e", "1"));
     EXPECT_TRUE(std::filesystem::is_symlink(link));
     EXPECT_EQ(contents(file_), "[s]\ne=1\n");
+}
+
+TEST_F(Profile, LosesNoLineWhenProgramsWriteTogether)
+{
+    constexpr int count = 40;
+    const pid_t other = fork();
+    for (int i = 0; i < count; ++i, usleep(2000))  // nobody writes without a break
+        (void)WriteProfileInt(other ? "here" : "there", std::to_string(i), i);
+    if (other == 0)
+        _exit(0);
+    waitpid(other, nullptr, 0);
+    for (int i = 0; i < count; ++i)
+        for (const char* section : {"here", "there"})
+            EXPECT_EQ(GetProfileInt(section, std::to_string(i), -1), i) << section;
 }
 
 TEST(ProfileFile, LiesBelowTheUsersSettings)
