@@ -2,7 +2,6 @@
 
 #include "pavane/maps/index_rows.h"
 
-#include <array>
 #include <cstring>
 
 namespace pavane
@@ -18,6 +17,12 @@ void foldRow(unsigned char* greatest, const unsigned char* row, int count)
 {
     for (int i = 0; i < count; ++i)
         greatest[i] = std::max(greatest[i], row[i]);
+}
+
+void ranksToIndices(unsigned char* row, int count, unsigned char shift, unsigned char blank)
+{
+    for (int i = 0; i < count; ++i)
+        row[i] = row[i] ? static_cast<unsigned char>(row[i] + shift) : blank;
 }
 
 /// The greatest of each item and the one `distance` behind it.
@@ -57,14 +62,13 @@ public:
             foldPairs(row, distance, columns_ - distance, spare);
             std::swap(row, spare);
         }
+        const Ends* const ends = ends_.data();
         if (plain_)
-            for (int g = 1; g < last; ++g) {
-                const Ends ends = ends_[static_cast<std::size_t>(g)];
-                greatest[g] = std::max(row[ends.first], row[ends.last]);
-            }
+            for (int g = 1; g < last; ++g)
+                greatest[g] = std::max(row[ends[g].first], row[ends[g].last]);
         else
             for (int g = 1; g < last; ++g)
-                greatest[g] = ofItems(row, ends_[static_cast<std::size_t>(g)]);
+                greatest[g] = ofItems(row, ends[g]);
         greatest[0] = first;
         greatest[last] = last > 0 ? final : first;
     }
@@ -130,10 +134,8 @@ int MapRanks::paint(const PixelCells& x, const PixelCells& y, const MapColors& c
     if (x.groups() < 1 || y.groups() < 1 || x.endCell() > ranks_.columns() ||
         y.endCell() > ranks_.rows())
         return 0;
-    std::array<unsigned char, 256> indices;
-    indices[0] = static_cast<unsigned char>(colors.blank);
-    for (std::size_t rank = 1; rank < indices.size(); ++rank)
-        indices[rank] = static_cast<unsigned char>(colors.first + static_cast<int>(rank) - 1);
+    const auto blank = static_cast<unsigned char>(colors.blank);
+    const auto shift = static_cast<unsigned char>(colors.first - 1);
     const GroupRanks groups(x);
     const int first = x.firstCell();
     const int columns = x.endCell() - first;
@@ -149,8 +151,7 @@ int MapRanks::paint(const PixelCells& x, const PixelCells& y, const MapColors& c
             std::memcpy(row, folded.data(), size);
         else
             groups.take(folded.data(), spare.data(), row);
-        for (int g = 0; g < x.groups(); ++g)
-            row[g] = indices[row[g]];
+        ranksToIndices(row, x.groups(), shift, blank);
     });
     return 1;
 }
