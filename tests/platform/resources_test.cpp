@@ -72,7 +72,6 @@ TEST(CMenu, AnswersZeroForItemsThatItLacks)
     ASSERT_TRUE(menu.LoadMenu(menus[0]));
     EXPECT_FALSE(menu.EnableMenuItem(0, MF_GRAYED));  // lines and popups are no commands
     EXPECT_FALSE(menu.RemoveMenu(7, MF_BYPOSITION));
-    EXPECT_FALSE(menu.RemoveMenu(7, MF_BYCOMMAND));
     EXPECT_EQ(menu.GetSubMenu(1), nullptr);
     EXPECT_EQ(menu.GetSubMenu(0)->GetSubMenu(0), nullptr);
 }
