@@ -38,7 +38,8 @@ void showControlTip(QWidget* widget, QEvent* event)
 
 bool isPopupFocus(const QWidget* control, const QEvent& event)
 {
-    if (static_cast<const QFocusEvent&>(event).reason() == Qt::PopupFocusReason)
+    const Qt::FocusReason reason = static_cast<const QFocusEvent&>(event).reason();
+    if (reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason)
         return true;
     for (; control; control = control->parentWidget())
         if (const auto* const box = qobject_cast<const QComboBox*>(control))

@@ -18,7 +18,7 @@ namespace pavane
 QString tipText(const CString& text);
 /// Shows what the window's OnToolTip says.
 void showControlTip(QWidget* widget, QEvent* event);
-/// What a list that is open does to the focus is nobody's business.
+/// What an open list or menu does to the focus is nobody's business: it comes back.
 bool isPopupFocus(const QWidget* control, const QEvent& event);
 
 /// Codes that a control sends to its parent when the focus comes and goes; 0 sends none.
