@@ -149,6 +149,11 @@ int MainWindow::agreesToReplace(const std::string& file, const AreaNotes& notes)
         const std::string heading = std::to_string(notes.read) + " of " +
                                     countText(notes.promised, "area") + " could be read from " +
                                     baseNameOf(file) + ".";
+        if (!notes.read) {
+            (void)askAboutLines(this, "Open areas", heading, notes.lines, "There is none to show.",
+                                "OK");
+            return 0;
+        }
         return askAboutLines(this, "Open areas", heading, notes.lines, replace,
                              shown ? "Replace" : "Show") == IDOK;
     }

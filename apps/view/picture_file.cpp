@@ -1,8 +1,10 @@
 #include "apps/view/picture_file.h"
 
 #include "apps/view/file_ending.h"
-#include "platform/CDC.h"
 #include "platform/picture.h"
+#include "platform/window_dc.h"
+
+#include <algorithm>
 
 namespace pavane
 {
@@ -13,19 +15,46 @@ namespace
 constexpr int screenDpi = 96;
 constexpr int unitsPerPixel = 12;
 
+/// The figure at one pixel a unit.
+int drawPlain(CPicture& picture, const ViewOptions& options, const ViewInputs& inputs,
+              const FigureView& view)
+{
+    if (!picture.width())
+        return 0;
+    const auto dc = picture.dc();
+    dc->SetSmooth(1);
+    drawFigure(*dc, picture.width(), picture.height(), 1, options, inputs, view);
+    return 1;
+}
+
+/// The figure as a finer screen shows it: text and lines keep their size.
+int drawFine(CPicture& picture, int fineness, const ViewOptions& options, const ViewInputs& inputs,
+             const FigureView& view)
+{
+    const int width = picture.width() / fineness;
+    const int height = picture.height() / fineness;
+    CBitmap bitmap;
+    if (!picture.width() || !bitmap.CreateBitmap(width, height, fineness))
+        return 0;
+    CMemoryDC dc(bitmap);
+    dc.SetSmooth(1);
+    drawFigure(dc, width, height, 1, options, inputs, view);
+    const std::uint32_t* from = bitmap.bits();
+    for (int y = 0; y < picture.height(); ++y, from += picture.width())
+        std::copy_n(from, picture.width(), picture.row(y));
+    return 1;
+}
+
 int writePNG(const std::string& file, int width, int height, int fineness,
              const ViewOptions& options, const ViewInputs& inputs, const FigureView& view,
              std::string& error)
 {
     CPicture picture(width * fineness, height * fineness);
-    if (!picture.width()) {
-        error = "there is no memory for a picture of this size";
-        return 0;
-    }
-    const auto dc = picture.dc();
-    dc->SetSmooth(1);
-    drawFigure(*dc, width, height, fineness, options, inputs, view);
-    return SavePNG(picture, file, error, screenDpi * fineness);
+    if (fineness == 1 ? drawPlain(picture, options, inputs, view)
+                      : drawFine(picture, fineness, options, inputs, view))
+        return SavePNG(picture, file, error, screenDpi * fineness);
+    error = "there is no memory for a picture of this size";
+    return 0;
 }
 
 int writePage(CPageFile::Format format, const std::string& file, int width, int height,
