@@ -28,11 +28,7 @@ public:
     T* GetCurItem() const { return static_cast<T*>(trackerAt(curItem_)); }
     /// Deletes n trackers from `first` on, or all that there are from there. Returns how many are
     /// left.
-    int DeleteItems(int first, int n)
-    {
-        removeItems(first, n);
-        return this->count_;
-    }
+    int DeleteItems(int first, int n) { return removeItems(first, n); }
     /// Deletes all.
     void Free() { Clear(nullptr); }
 

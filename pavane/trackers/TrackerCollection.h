@@ -250,7 +250,7 @@ protected:
 
     /// Add and DeleteItems of the arrays.
     int addItem(ATracker* tracker, int makeCurrent);
-    void removeItems(int first, int n);
+    int removeItems(int first, int n);
     /// Ends the drag that runs: the shape is as before it, and the loop returns. For changes of
     /// what shapes mean.
     void endDrag();
@@ -298,6 +298,8 @@ private:
     int insertItem(int i, ATracker* tracker, int usual);
     void noteInsert(int i);
     void eraseItem(int i);
+    void eraseItems(int first, int n);
+    void tellOfEdit();
     void noteChange(int i, const std::string& before);
     void changeWorking(ATracker* tracker);
     void noteWorking(const ATracker& tracker, const std::string& before, const std::string& after);

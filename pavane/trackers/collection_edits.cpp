@@ -25,22 +25,40 @@ int TrackerCollection::addItem(ATracker* tracker, int makeCurrent)
     if (!tracker)
         return -1;
     const int i = trackerCount();
-    Step step(*this, "Add area");
-    if (!placeItem(i, tracker, tracker->IsActive()))
-        return -1;
-    noteInsert(i);
-    if (makeCurrent)
-        curItem_ = i;
+    {
+        Step step(*this, "Add area");
+        if (!placeItem(i, tracker, tracker->IsActive()))
+            return -1;
+        noteInsert(i);
+        if (makeCurrent)
+            curItem_ = i;
+    }
+    tellOfEdit();
     return i;
 }
 
-void TrackerCollection::removeItems(int first, int n)
+int TrackerCollection::removeItems(int first, int n)
+{
+    eraseItems(first, n);
+    const int left = trackerCount();
+    tellOfEdit();
+    return left;
+}
+
+void TrackerCollection::eraseItems(int first, int n)
 {
     const int count = trackerCount();
     const int end = n > count - first ? count : first + n;
     Step step(*this, "Delete area");
     for (int i = end; i-- > std::max(first, 0);)
         eraseItem(i);
+}
+
+/// Edits without a window: the host repaints what it shows. The collection may be gone afterwards.
+void TrackerCollection::tellOfEdit()
+{
+    if (depth_ == 0)
+        OnChanged();
 }
 
 ATracker* TrackerCollection::loadObject(const std::string& className, AFile& file)
@@ -59,19 +77,22 @@ int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
     const int result = loadTrackers(
         file, [this](const CString& name) { return makeTrackerOfClass(name); }, trackers, report);
     endDrag();
-    Step step(*this, "Load areas");
-    removeItems(0, trackerCount());
-    changeWorking(nullptr);
-    if (drawn_)
-        endDrag();
-    const std::string mapping = mappingBytes();
-    takeMapping();
-    noteMapping(mapping);
-    for (ATracker* const tracker : trackers)
-        (void)insertItem(trackerCount(), tracker, tracker->IsActive());
-    curItem_ = current >= 0 && current < trackerCount() ? current : -1;
-    zoomHistory_.Free();
-    hovering_ = 0;
+    {
+        Step step(*this, "Load areas");
+        eraseItems(0, trackerCount());
+        changeWorking(nullptr);
+        if (drawn_)
+            endDrag();
+        const std::string mapping = mappingBytes();
+        takeMapping();
+        noteMapping(mapping);
+        for (ATracker* const tracker : trackers)
+            (void)insertItem(trackerCount(), tracker, tracker->IsActive());
+        curItem_ = current >= 0 && current < trackerCount() ? current : -1;
+        zoomHistory_.Free();
+        hovering_ = 0;
+    }
+    tellOfEdit();
     return result;
 }
 
@@ -79,7 +100,7 @@ void TrackerCollection::Clear(CWnd* window)
 {
     {
         Step step(*this, "Clear areas");
-        removeItems(0, trackerCount());
+        eraseItems(0, trackerCount());
         changeWorking(nullptr);
     }
     if (drawn_)

@@ -210,6 +210,7 @@ TEST_F(PressedCollection, ActivatesTheTopmostOnADoubleClickAndLeavesItOnAPressBe
 {
     for (int k = 0; k < 3; ++k)
         areas.Add(new ARectTracker({50 + 20 * k, 50, 150 + 20 * k, 150}, 0x0D), 0);
+    EXPECT_EQ(areas.changes, 3);
     areas.FillAreasCB(&window);
     EXPECT_EQ(list.GetCurSel(), -1);
     EXPECT_EQ(commands(), 0);
