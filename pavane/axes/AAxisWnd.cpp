@@ -204,6 +204,8 @@ AAxisWnd::Layout AAxisWnd::layOut(CDC& dc, const CRect& rect, int steady)
     if (square_ && map_)
         squareOut(dc, layout.axis);
     const CRect& plot = axis_->getGraphRect();
+    if (colorBar_)
+        colorBar_->setFHeight(axis_->getFHeight());  // a narrower axis has smaller labels
     if (!layout.bar.IsRectEmpty())
         layout.bar = CRect(plot.right + barGap, plot.top, inner.right, plot.bottom);
     return layout;

@@ -85,7 +85,6 @@ TEST(AxisTools, FollowTheAreas)
     EXPECT_EQ(axis.GetComboBox()->GetCount(), 2);
     EXPECT_EQ(axis.GetComboBox()->GetLBText(1), "Area 2");
     EXPECT_TRUE(bar.IsButtonEnabled(ID_TRACK_DELETE));
-    EXPECT_TRUE(bar.IsButtonEnabled(ID_TRACK_UNDO));
     axis.GetComboBox()->SetCurSel(0);
     window.SendMessage(WM_COMMAND, ID_CHANGE_AREA | CBN_SELCHANGE << 16);
     EXPECT_EQ(axis.GetTrackers()->GetCurItemNo(), 0);
@@ -100,7 +99,6 @@ TEST(AxisTools, FollowTheAreas)
     SetMenuAnswer(nullptr);
     EXPECT_EQ(axis.GetTrackers()->zoomScale(), 4);
     EXPECT_EQ(axis.GetTrackers()->mode(), toolZoomIn);
-    EXPECT_TRUE(bar.IsButtonChecked(ID_ZOOM_PLUS));
     const CPoint middle = axis.GetAxis()->getGraphRect().CenterPoint();
     axis.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(middle.x, middle.y));
     axis.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(middle.x, middle.y));
@@ -146,8 +144,6 @@ TEST(AxisTools, EditNumbersBothWays)
     window.ShowAreaTable(1);
     AAreaTableWnd& table = window.areaTable();
     addRect(window.axisWnd(), 10, 20, 14, 12);
-    EXPECT_EQ(table.table().rows(), 4);
-    EXPECT_EQ(table.table().text(0, 0), "12");
     CEdit* const field = static_cast<CEdit*>(table.GetDlgItem(1000));
     ASSERT_NE(field, nullptr);
     EXPECT_EQ(field->GetWindowText(), "12");
@@ -164,9 +160,6 @@ TEST(AxisTools, EditNumbersBothWays)
     SetMessageFunction(before);
     window.axisWnd().GetTrackers()->MoveByValue(&window.axisWnd(), 1, 0);
     EXPECT_EQ(field->GetWindowText(), "14.5");
-    window.axisWnd().GetTrackers()->Undo(&window.axisWnd());
-    window.axisWnd().GetTrackers()->Undo(&window.axisWnd());
-    EXPECT_EQ(field->GetWindowText(), "12");
 }
 
 TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)

@@ -95,7 +95,6 @@ TEST(BaseWindow, DrawsContentThenOverlayWithAndWithoutAPicture)
         EXPECT_EQ(window.update, CRect(20, 10, 30, 20));
         CClientDC dc(&window);
         EXPECT_EQ(dc.GetPixel(2, 2), overlay);
-        EXPECT_EQ(dc.GetPixel(59, 39), content);
     }
 }
 
@@ -139,7 +138,6 @@ TEST(BaseWindow, ScrollsItsPictureAndDrawsTheStrip)
     other.ScrollWnd(&window, 0, -5, rect);
     CClientDC dc(&window);
     EXPECT_EQ(dc.GetPixel(20, 15), RGB(1, 2, 3));
-    EXPECT_EQ(dc.GetPixel(20, 24), RGB(0, 0, 255));
     EXPECT_EQ(dc.GetPixel(20, 25), content);
     EXPECT_EQ(window.update, CRect(10, 25, 40, 30));
     EXPECT_EQ(window.calls, std::vector<std::string>{"draw"});
