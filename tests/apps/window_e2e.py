@@ -77,23 +77,19 @@ def cells_of(name):
     return cells, sum(1 for c in cells if c)
 
 
-def classes_of(name):
-    """Class names in a stored collection, in order."""
-    with open(name, "rb") as file:
-        bytes_ = file.read()
+def records_of(bytes_):
+    """Class name and place of the shape's numbers of each area in a stored collection."""
     _, count = struct.unpack_from("<ii", bytes_)
-    names, at = [], 8
+    records, at = [], 8
     for _ in range(count):
-        text = bytes_[at:at + 32].split(b"\0")[0].decode()
-        names.append(text)
+        name = bytes_[at:at + 32].split(b"\0")[0].decode()
         at += 32 + 56
-        if "RectTracker" in text and "Rotate" not in text:
-            at += 44
-        elif "Area" in text:
+        records.append((name, at))
+        if "Area" in name:
             at += 4 + 16 * struct.unpack_from("<i", bytes_, at)[0]
         else:
-            at += 56
-    return names
+            at += 56 if "Rotate" in name or "Ellipse" in name else 44
+    return records
 
 
 class Desk:
@@ -206,8 +202,14 @@ class Program:
             return file.read()
 
     def areas(self):
-        names = glob.glob(self.folder + f"/config/pavane-view/autosave-*-{self.pid}.areas")
-        return classes_of(names[0]) if names else []
+        copy = self.copy()
+        return [name for name, _ in records_of(copy)] if copy else []
+
+    def width(self, index):
+        """Width of a rectangle in data values."""
+        copy = self.copy()
+        left, _, right, _ = struct.unpack_from("<4d", copy, records_of(copy)[index][1])
+        return abs(right - left)
 
     def current(self):
         copy = self.copy()
@@ -287,16 +289,24 @@ def change_and_undo(view):
 
 
 def zoom_and_back(view, desk):
-    """Zooming changes no area; a rectangle drawn while zoomed is smaller on the map."""
+    """A rectangle drawn on the zoomed map is smaller, one drawn after zooming back is not."""
+    def draw():
+        count = len(view.areas())
+        view.key("2")
+        view.drag((0.44, 0.44), (0.47, 0.47))
+        wait_for("one more rectangle", lambda: len(view.areas()) == count + 1)
+        return view.width(count)
+
+    plain = view.width(0) / 0.12  # of the rectangle drawn first, a window's width
     desk.do("mousemove", *view.at(0.45, 0.5))
     desk.do("keydown", "ctrl")
     desk.do("click", "--repeat", 3, "--delay", 10, 4)
     desk.do("keyup", "ctrl")
-    view.key("2")
-    before = view.copy()
-    view.drag((0.44, 0.44), (0.47, 0.47))
-    view.await_change(before, "a rectangle on the zoomed map")
+    zoomed = draw() / 0.03
     view.key("7")
+    back = draw() / 0.03
+    if not zoomed < 0.8 * plain or abs(back - plain) > 0.1 * plain:
+        raise Failure(f"zooming shows {plain:.3g}, then {zoomed:.3g}, back {back:.3g}")
 
 
 def compare_masks(program, folder, desk):
