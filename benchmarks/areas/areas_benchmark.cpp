@@ -127,7 +127,7 @@ void drawAll(benchmark::State& state, int n, int active)
 
 void redraw(benchmark::State& state, int n) { drawAll(state, n, 0); }
 
-/// All areas with their handles, as after a selection of all.
+/// All areas active, as new trackers are.
 void redrawActive(benchmark::State& state, int n) { drawAll(state, n, 1); }
 
 void redrawAfterZoom(benchmark::State& state, int n)

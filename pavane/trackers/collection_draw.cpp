@@ -26,6 +26,10 @@ constexpr int drawMargin = 2;
 /// that a host changed by itself.
 constexpr int fewAreas = 256;
 
+/// With more areas in view only the current one shows its handles; those of thousands would hide
+/// the map, and drawing them takes longer than anything else.
+constexpr std::size_t mostWithHandles = 2000;
+
 /// Half the edge of the frame about the focus.
 constexpr int focusReach = 7;
 
@@ -113,13 +117,14 @@ void TrackerCollection::Draw(CDC* dc, CWnd* window)
     if (drawingClip(window, *first, clip))
         (void)dc->IntersectClipRect(clip);
     for (std::size_t k = 0; k < found.count(); ++k) {
-        ATracker& tracker = *trackerAt(found.data()[k]);
-        const int marked = !tracker.IsActive() && selected_.contains(&tracker);
-        if (marked)
-            tracker.SetActive(1);  // a selected area shows its handles
+        const int i = found.data()[k];
+        ATracker& tracker = *trackerAt(i);
+        const int active = tracker.IsActive();
+        const int marked = found.count() > mostWithHandles ? active && i == curItem_
+                                                           : active || selected_.contains(&tracker);
+        tracker.SetActive(marked);
         tracker.DrawShape(*dc);
-        if (marked)
-            tracker.SetActive(0);
+        tracker.SetActive(active);
     }
     if (working)
         working->DrawShape(*dc);
