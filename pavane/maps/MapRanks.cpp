@@ -12,11 +12,61 @@ namespace
 
 constexpr int lanes = 16;
 
-/// What the greatest of two bytes is, over rows that the compiler makes vectors of.
-void foldRow(unsigned char* greatest, const unsigned char* row, int count)
+/// Rows that are folded in one go.
+constexpr int foldedRows = 4;
+
+template <int rows>
+inline __attribute__((always_inline)) void foldOf(const unsigned char* const* row, int count,
+                                                  unsigned char* __restrict greatest)
 {
+    const unsigned char* const first = row[0];
+    const unsigned char* const second = row[rows > 1 ? 1 : 0];
+    const unsigned char* const third = row[rows > 2 ? 2 : 0];
+    const unsigned char* const fourth = row[rows > 3 ? 3 : 0];
     for (int i = 0; i < count; ++i)
-        greatest[i] = std::max(greatest[i], row[i]);
+        greatest[i] = std::max(std::max(first[i], second[i]), std::max(third[i], fourth[i]));
+}
+
+/// Items become the greatest of 1 to 4 rows, none of which is `greatest`.
+inline __attribute__((always_inline)) void foldAny(const unsigned char* const* row, int rows,
+                                                   int count, unsigned char* greatest)
+{
+    switch (rows) {
+    case 1:
+        return foldOf<1>(row, count, greatest);
+    case 2:
+        return foldOf<2>(row, count, greatest);
+    case 3:
+        return foldOf<3>(row, count, greatest);
+    default:
+        return foldOf<4>(row, count, greatest);
+    }
+}
+
+using FoldRows = void (*)(const unsigned char* const*, int, int, unsigned char*);
+
+void foldPlain(const unsigned char* const* row, int rows, int count, unsigned char* greatest)
+{
+    foldAny(row, rows, count, greatest);
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void foldWide(const unsigned char* const* row, int rows, int count,
+                                              unsigned char* greatest)
+{
+    foldAny(row, rows, count, greatest);
+}
+#endif
+
+FoldRows foldFor(SimdPath path)
+{
+#if defined(__x86_64__)
+    if (path != SimdPath::plain)
+        return foldWide;
+#else
+    (void)path;
+#endif
+    return foldPlain;
 }
 
 void ranksToIndices(unsigned char* row, int count, unsigned char shift, unsigned char blank)
@@ -137,6 +187,7 @@ int MapRanks::paint(const PixelCells& x, const PixelCells& y, const MapColors& c
     const auto blank = static_cast<unsigned char>(colors.blank);
     const auto shift = static_cast<unsigned char>(colors.first - 1);
     const GroupRanks groups(x);
+    const FoldRows fold = foldFor(path);
     const int first = x.firstCell();
     const int columns = x.endCell() - first;
     std::vector<unsigned char> folded(static_cast<std::size_t>(columns));
@@ -144,9 +195,17 @@ int MapRanks::paint(const PixelCells& x, const PixelCells& y, const MapColors& c
     paintRows(x, y, bits, stride, rowKernels(path), [&](int group, unsigned char* row) {
         const CellSpan span = y.span(group);
         const auto size = static_cast<std::size_t>(columns);
-        std::memcpy(folded.data(), ranks_.row(span.first) + first, size);
-        for (int r = span.first + 1; r < span.end; ++r)
-            foldRow(folded.data(), ranks_.row(r) + first, columns);
+        const unsigned char* rows[foldedRows];
+        for (int r = span.first; r < span.end;) {
+            int n = 0;
+            if (r > span.first) {
+                folded.swap(spare);  // what was folded before is one of the rows
+                rows[n++] = spare.data();
+            }
+            for (; n < foldedRows && r < span.end; ++n, ++r)
+                rows[n] = ranks_.row(r) + first;
+            fold(rows, n, columns, folded.data());
+        }
         if (x.oneToOne())
             std::memcpy(row, folded.data(), size);
         else
