@@ -17,8 +17,8 @@ namespace
 constexpr std::size_t longestName = 4096;
 /// Bytes of a folder that a menu shows; of a longer one the end.
 constexpr std::size_t shownFolder = 40;
-
-std::string entryOf(int i) { return "Recent" + std::to_string(i + 1); }
+constexpr const char* entry = "Recent";
+constexpr char separator = '\t';
 
 int isUsable(const std::string& file)
 {
@@ -59,8 +59,10 @@ std::string plain(const std::string& text)
 void RecentFiles::load()
 {
     files_.clear();
-    for (int i = 0; i < most; ++i) {
-        const std::string file = GetProfileString(section_, entryOf(i));
+    std::string rest = GetProfileString(section_, entry);
+    while (!rest.empty() && files_.size() < most) {
+        const std::string file = rest.substr(0, rest.find(separator));
+        rest.erase(0, file.size() + 1);
         if (isUsable(file) && std::find(files_.begin(), files_.end(), file) == files_.end())
             files_.push_back(file);
     }
@@ -68,12 +70,12 @@ void RecentFiles::load()
 
 void RecentFiles::store() const
 {
-    for (int i = 0; i < most; ++i) {
-        const auto known = static_cast<std::size_t>(i) < files_.size();
-        const std::string text = known ? files_[static_cast<std::size_t>(i)] : std::string();
-        if (GetProfileString(section_, entryOf(i)) != text)
-            (void)WriteProfileString(section_, entryOf(i), text);
-    }
+    std::string text;
+    for (const std::string& file : files_)
+        text += (text.empty() ? "" : std::string(1, separator)) + file;
+    // the profile waits for the disk
+    if (text != GetProfileString(section_, entry))
+        (void)WriteProfileString(section_, entry, text);
 }
 
 void RecentFiles::add(const std::string& file)

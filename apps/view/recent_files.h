@@ -6,15 +6,15 @@
 namespace pavane
 {
 
-/// The maps that were opened lately, the latest first, kept in the profile as the entries "Recent1"
-/// to "Recent8" of a section.
+/// The maps that were opened lately, the latest first, kept in the profile as the entry "Recent" of
+/// a section, with tabs between the names.
 class RecentFiles
 {
 public:
     static constexpr int most = 8;
     explicit RecentFiles(std::string section) : section_(std::move(section)) {}
 
-    /// Reads the profile; entries that cannot be names of files, and repeated ones, are left out.
+    /// Reads the profile; parts that cannot be names of files, and repeated ones, are left out.
     void load();
     /// Puts a file first and writes the profile. A relative name becomes an absolute one.
     void add(const std::string& file);

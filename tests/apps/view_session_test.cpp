@@ -37,10 +37,13 @@ int storeNothing(AFile&) { return 0; }
 TEST(RecentFiles, ForgetsGarbageKeepsEightAndPutsTheLatestFirst)
 {
     SetProfileFile(emptyFolder("recent") + "p.ini");
-    const char* const garbage[] = {
-        "", "/", "relative.fits", "/folder/", "/a\x01z", "/maps/a.fits", "/maps/a.fits", "%s%n"};
-    for (int i = 0; i < 8; ++i)
-        WriteProfileString("view", "Recent" + std::to_string(i + 1), garbage[i]);
+    for (const char* garbage : {"", "\t", "\t\t/\trelative.fits", "/folder/\t/a\x01z\t%s%n"}) {
+        WriteProfileString("view", "Recent", garbage);
+        RecentFiles none("view");
+        none.load();
+        EXPECT_TRUE(none.files().empty()) << garbage;
+    }
+    WriteProfileString("view", "Recent", "x\t/maps/a.fits\t/maps/a.fits\t/");
     RecentFiles recent("view");
     recent.load();
     ASSERT_EQ(recent.files(), std::vector<std::string>{"/maps/a.fits"});
