@@ -19,7 +19,7 @@ inline constexpr DlgItem areaSelectItems[] = {
 /// The dialogs of the library, by identifier.
 inline constexpr DlgTemplate libraryDialogs[] = {
     {IDD_AREA_SELECT, "Areas", 380, 290, areaSelectItems,
-     static_cast<int>(std::size(areaSelectItems))},
+     static_cast<int>(std::size(areaSelectItems)), WS_THICKFRAME},
 };
 
 }  // namespace pavane

@@ -177,6 +177,11 @@ TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)
     for (int tabs = 0; tabs < 30 && CWnd::GetFocus() == &axis; ++tabs)
         axis.SendMessage(WM_KEYDOWN, VK_TAB);  // the area and its handles, then out
     EXPECT_NE(CWnd::GetFocus(), &axis);
+    dialog.SetClientSize(900, 700);
+    AxisWindow::pump();
+    CRect place;
+    dialog.window().GetClientRect(place);
+    EXPECT_GT(place.Width(), 850);
     told.clear();
     addRect(axis, 20, 30, 29, 21);
     answerQuestion = IDNO;
