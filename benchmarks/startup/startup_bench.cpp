@@ -1,4 +1,5 @@
-// The whole process: pavane-view draws a map of 512 x 512 cells, the peer one line of text.
+// The whole process: pavane-view draws a map of 512 x 512 cells, the peer one line of text; into a
+// file, and into a window.
 #include "tessel/fits_map.h"
 
 #include <benchmark/benchmark.h>
@@ -84,6 +85,16 @@ int main(int argc, char** argv)
         [](benchmark::State& s) {
             timeProgram(s, {PAVANE_VIEW, mapFile, "--batch", "--png", pictureFile});
         })
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("startup/first-picture/trivial-window",
+                                 [](benchmark::State& s) { timeProgram(s, {TRIVIAL_WINDOW}); })
+        ->UseRealTime()
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("startup/first-picture/pavane",
+                                 [](benchmark::State& s) {
+                                     timeProgram(s, {FIRST_PICTURE, mapFile});
+                                 })
         ->UseRealTime()
         ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);

@@ -18,11 +18,9 @@ constexpr int greatestRatio = 8;
 
 }  // namespace
 
-int WindowSurface::resize(int width, int height, int ratio)
+/// White pixels with those that are there at the top left; 0, and nothing changed, without memory.
+int WindowSurface::moveBits(int width, int height, int ratio)
 {
-    width = std::clamp(width, 0, greatestSide);
-    height = std::clamp(height, 0, greatestSide);
-    ratio = std::clamp(ratio, 1, greatestRatio);
     const auto fineWidth = static_cast<std::size_t>(width) * static_cast<std::size_t>(ratio);
     const auto fineHeight = static_cast<std::size_t>(height) * static_cast<std::size_t>(ratio);
     std::vector<std::uint32_t> fresh;
@@ -30,10 +28,9 @@ int WindowSurface::resize(int width, int height, int ratio)
     try {
         fresh.assign(fineWidth * fineHeight, 0xFFFFFF);
     } catch (const std::bad_alloc&) {
-        clear();
         return 0;
     }
-    if (ratio == ratio_) {
+    if (ratio == ratio_ && !bits_.empty()) {
         const PixelSurface before = pixels();
         const int columns = std::min(width, width_) * ratio;
         for (int y = 0; y < std::min(height, height_) * ratio; ++y)
@@ -41,6 +38,19 @@ int WindowSurface::resize(int width, int height, int ratio)
                         fresh.data() + static_cast<std::size_t>(y) * fineWidth);
     }
     bits_ = std::move(fresh);
+    return 1;
+}
+
+int WindowSurface::resize(int width, int height, int ratio)
+{
+    width = std::clamp(width, 0, greatestSide);
+    height = std::clamp(height, 0, greatestSide);
+    ratio = std::clamp(ratio, 1, greatestRatio);
+    // a window that nothing was drawn into needs no pixels yet
+    if (!bits_.empty() && !moveBits(width, height, ratio)) {
+        clear();
+        return 0;
+    }
     width_ = width;
     height_ = height;
     ratio_ = ratio;
@@ -61,6 +71,8 @@ void WindowSurface::clear()
 
 PixelSurface WindowSurface::pixels()
 {
+    if (bits_.empty() && !moveBits(width_, height_, ratio_))
+        return {};
     if (bits_.empty())
         return {};
     return {bits_.data(), width_, height_, std::ptrdiff_t{width_} * ratio_, ratio_};

@@ -15,7 +15,8 @@ class WindowSurface
 {
 public:
     /// New pixels of width x height units, `ratio` x `ratio` pixels each; what was there stays at
-    /// the top left, the rest is white. Non-zero on success, else the surface is empty.
+    /// the top left, the rest is white. Pixels are made when something is drawn. Non-zero on
+    /// success, else the surface is empty.
     int resize(int width, int height, int ratio);
     /// The window is gone.
     void clear();
@@ -43,6 +44,8 @@ public:
     std::function<void()> onTouched;
 
 private:
+    int moveBits(int width, int height, int ratio);
+
     int width_ = 0;
     int height_ = 0;
     int ratio_ = 1;

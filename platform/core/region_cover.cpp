@@ -50,9 +50,6 @@ std::vector<CRect> coarse(const Region& region, int gap)
 
 std::vector<CRect> coverOf(const Region& region, std::size_t most)
 {
-    std::size_t count = 0;
-    for (const Region::Band& band : region.bands())
-        count += band.count;
     std::vector<CRect> rects = coarse(region, 0);
     for (int gap = 8; rects.size() > most && gap <= 1024; gap *= 2)
         rects = coarse(region, gap);

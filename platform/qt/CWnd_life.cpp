@@ -126,6 +126,23 @@ CWnd* CWnd::FromHandle(HWND hwnd)
     return peer ? peer->window : nullptr;
 }
 
+namespace
+{
+
+/// Gives a new window its client area; only when it `tells` does WM_SIZE follow, so that handlers
+/// of WM_CREATE find the area in place and the first WM_SIZE finds what they made.
+void layOut(WindowPeer& peer, bool tells)
+{
+    auto* const host = static_cast<HostWidget*>(peer.widget.data());
+    host->tellSize(tells);
+    if (peer.frame)
+        peer.frame->layOut();
+    else
+        host->syncSize();
+}
+
+}  // namespace
+
 int CWnd::CreateEx(unsigned exStyle, const CString& className, const CString& title, unsigned style,
                    const CRect& rect, CWnd* parent, unsigned id)
 {
@@ -135,6 +152,7 @@ int CWnd::CreateEx(unsigned exStyle, const CString& className, const CString& ti
     if (cs.style & WS_CHILD && !clientOf(cs.parent))
         return 0;
     const HWND hwnd = makeWidgets(*this, cs)->hwnd;
+    layOut(*peerOf(hwnd), false);
     PreSubclassWindow();
     // NOLINTNEXTLINE: the message carries a pointer
     const LRESULT result = sendTo(hwnd, WM_CREATE, 0, reinterpret_cast<LPARAM>(&cs));
@@ -144,10 +162,7 @@ int CWnd::CreateEx(unsigned exStyle, const CString& className, const CString& ti
     WindowPeer* const peer = peerOf(hwnd);
     if (!peer || !peer->widget)
         return 0;
-    if (peer->frame)
-        peer->frame->layOut();
-    else
-        static_cast<HostWidget*>(peer->widget.data())->syncSize();
+    layOut(*peer, true);
     if (cs.style & WS_VISIBLE && FromHandle(hwnd))
         FromHandle(hwnd)->ShowWindow(SW_SHOW);
     return peerOf(hwnd) != nullptr;

@@ -55,7 +55,7 @@ void HostWidget::syncSize()
         (void)surface.resize(width(), height(), ratio);  // without memory nothing is drawn
         schedulePaint(*peer);
     }
-    if (sent_ == size())
+    if (!tellsSize_ || sent_ == size())
         return;
     sent_ = size();
     const QWidget* const top = peer->isTopLevel() ? window() : nullptr;

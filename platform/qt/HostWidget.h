@@ -17,6 +17,8 @@ public:
     HWND handle() const { return hwnd_; }
     /// Gives the surface the widget's size and sends WM_SIZE when it changed.
     void syncSize();
+    /// Whether syncSize sends WM_SIZE; not while the window is being made.
+    void tellSize(bool on) { tellsSize_ = on; }
 
 protected:
     bool event(QEvent* e) override;
@@ -29,6 +31,7 @@ private:
 
     HWND hwnd_ = 0;
     QSize sent_{-1, -1};  ///< of the last WM_SIZE
+    bool tellsSize_ = true;
 };
 
 /// Pixels across a unit that pictures of this widget are made at: its device pixels, rounded up.

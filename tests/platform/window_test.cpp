@@ -1,3 +1,4 @@
+#include "platform/CMenu.h"
 #include "platform/test_window.h"
 
 #include <gtest/gtest.h>
@@ -44,6 +45,36 @@ TEST(WindowLife, TellsOfItsSizeOnceAndOfTheEndFromTheTopDown)
     EXPECT_EQ(PostMessage(handle, WM_LBUTTONDOWN), 0);
     TestWindow later;
     EXPECT_GT(later.GetSafeHwnd(), handle);
+}
+
+/// Sets a menu and scroll bars while it is made.
+class FramedWindow : public CWnd
+{
+public:
+    CRect atCreation;
+    std::vector<CSize> sizes;
+
+protected:
+    int OnCreate(CREATESTRUCT&) override
+    {
+        CMenu menu;
+        menu.AppendPopup("&File").AppendMenu("E&xit", 7);
+        SetMenu(menu);
+        GetClientRect(atCreation);
+        return 0;
+    }
+    void OnSize(unsigned, int cx, int cy) override { sizes.push_back({cx, cy}); }
+};
+
+TEST(WindowLife, KnowsItsClientAreaWhileItIsMade)
+{
+    FramedWindow window;
+    ASSERT_TRUE(window.Create("f", "", WS_OVERLAPPEDWINDOW, {10, 20, 310, 220}, nullptr, 0));
+    CRect now;
+    window.GetClientRect(now);
+    EXPECT_GT(now.Height(), 0);
+    EXPECT_EQ(window.atCreation, now);
+    EXPECT_EQ(window.sizes, std::vector<CSize>({now.Size()}));
 }
 
 TEST(WindowLife, GivesUpWhenItIsRefused)
