@@ -54,7 +54,10 @@ void AAxisWnd::OnLButtonUp(unsigned flags, CPoint point)
 void AAxisWnd::OnLButtonDblClk(unsigned flags, CPoint point)
 {
     settle();
+    const HWND self = GetSafeHwnd();
     SetFocus();
+    if (CWnd::FromHandle(self) != this)
+        return;
     if (axis_ && followPress([&] { return trackers_->OnLButtonDblClk(this, flags, point); }))
         return;
     ABWindow::OnLButtonDblClk(flags, point);

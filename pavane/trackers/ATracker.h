@@ -97,6 +97,8 @@ public:
     /// Refresh validRect and clipRect from the window.
     virtual void GetValidRect(CWnd* window);
     virtual void GetClipRect(CWnd* window);
+    /// Both, where there is something to take them from; else they stay.
+    void refreshRects(CWnd* window);
     virtual int GetLineSize() const;
     /// Edge of a handle of a shape that covers `rect`, in pixels.
     virtual int GetHandleSize(const CRect& rect) const;
@@ -135,8 +137,6 @@ protected:
     int mayBegin(CWnd* window, CPoint point);
     /// Whether a press at `point` lies in both rectangles as they are.
     int inBothRects(CPoint point) const;
-    /// Refreshes both rectangles where there is something to take them from.
-    void refreshRects(CWnd* window);
     /// inBothRects after a refresh; without a window and with unset rectangles everything is in.
     int mayBeHit(CWnd* window, CPoint point);
     /// Clips to clipRect, draws the shape, and restores the context. Shapes out of sight cost next

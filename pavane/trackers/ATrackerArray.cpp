@@ -170,12 +170,8 @@ APoint<double> ATrackerArray::shapeOffset(APoint<double> value)
 {
     if (!mapping_.usable())
         return {};
-    const TMinMax& range = mapping_.range;
-    const double perX = mapping_.rect.Width() / (range.xMax - range.xMin);
-    const double perY = mapping_.rect.Height() / (range.yMax - range.yMin);
-    const APoint<int> pixels =
-        pixelSteps_.take({mapping_.modeX >= 0 ? value.x * perX : -value.x * perX,
-                          mapping_.modeY >= 0 ? -value.y * perY : value.y * perY});
+    const APoint<int> pixels = pixelSteps_.take(
+        {value.x * mapping_.pixelsPerUnitX(), value.y * mapping_.pixelsPerUnitY()});
     return {static_cast<double>(pixels.x), static_cast<double>(pixels.y)};
 }
 

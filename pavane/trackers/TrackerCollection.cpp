@@ -251,10 +251,11 @@ void TrackerCollection::changed(CWnd* window)
     if (depth_ > 0)
         return;  // the end of the step tells
     const LifeWatch self(life_);
+    const HWND handle = window ? window->GetSafeHwnd() : 0;
     fillList(window);
     showCurrent(window);
     OnChanged();
-    if (self.alive())
+    if (self.alive() && (!handle || CWnd::FromHandle(handle) == window))
         ChangeTrackState(window);
 }
 

@@ -309,7 +309,7 @@ private:
 
     // Presses (collection_press.cpp)
     enum class DragResult { gone, refused, kept };
-    DragResult drag(ATracker& tracker, const std::function<int()>& run);
+    DragResult drag(CWnd*& window, ATracker& tracker, const std::function<int()>& run);
     int pressZoom(CWnd* window, CPoint p);
     int pressSelect(CWnd* window, CPoint p);
     int pressMove(CWnd* window, CPoint p);

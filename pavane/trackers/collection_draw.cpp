@@ -9,6 +9,7 @@
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
 #include "platform/resources.h"
+#include "tessel/rounding.h"
 
 #include <iterator>
 #include <limits>
@@ -140,13 +141,12 @@ int TrackerCollection::drawingClip(CWnd* window, ATracker& tracker, CRect& clip)
     ARect<double> bounds;
     if (!window && !shapeBounds(nullptr, tracker, bounds))
         return 0;
-    tracker.GetValidRect(window);
-    tracker.GetClipRect(window);
+    tracker.refreshRects(window);
     clip = tracker.clipRect();
     // a graph rectangle holds its right and bottom edge
     if (clip == tracker.validRect()) {
-        ++clip.right;
-        ++clip.bottom;
+        clip.right = saturatedSum(clip.right, 1);
+        clip.bottom = saturatedSum(clip.bottom, 1);
     }
     return 1;
 }

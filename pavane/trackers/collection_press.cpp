@@ -6,6 +6,7 @@
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
 #include "platform/CWnd.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <memory>
@@ -130,7 +131,8 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     if (!current || !current->IsActive() || current->HitTest(p, window) < 0)
         return 0;
     const std::string before = recordOf(*current, curItem_);
-    if (drag(*current, [&] { return current->Track(window, p, 0, nullptr); }) != DragResult::kept)
+    if (drag(window, *current, [&] { return current->Track(window, p, 0, nullptr); }) !=
+        DragResult::kept)
         return 1;
     const int i = IndexOf(current);
     if (i < 0 || sameShape(recordOf(*current, i), before))
@@ -143,16 +145,20 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     return 1;
 }
 
-/// Runs one drag and tells whether the tracker and the collection are still there.
-TrackerCollection::DragResult TrackerCollection::drag(ATracker& tracker,
+/// Runs one drag and tells whether the tracker and the collection are still there. `window` is null
+/// afterwards when it has gone.
+TrackerCollection::DragResult TrackerCollection::drag(CWnd*& window, ATracker& tracker,
                                                       const std::function<int()>& run)
 {
     const LifeWatch self(life_);
+    const HWND handle = window ? window->GetSafeHwnd() : 0;
     const LifeWatch item(tracker.life());
     draggedBefore_ = tracker.State();
     draggedItem_ = IndexOf(&tracker);
     dragged_ = &tracker;
     const int result = run();
+    if (handle && CWnd::FromHandle(handle) != window)
+        window = nullptr;
     if (!self.alive())
         return DragResult::gone;
     if (dragged_ == &tracker)
@@ -204,7 +210,8 @@ int TrackerCollection::pressDraw(CWnd* window, CPoint p)
         return 1;
     adopt(*tracker);
     drawn_ = tracker.release();
-    const DragResult end = drag(*drawn_, [&] { return drawn_->TrackRubberBand(window, p, 0); });
+    const DragResult end =
+        drag(window, *drawn_, [&] { return drawn_->TrackRubberBand(window, p, 0); });
     if (end == DragResult::gone)
         return 1;
     tracker.reset(drawn_);
@@ -230,7 +237,8 @@ int TrackerCollection::addVertex(CWnd* window, CPoint p)
         setWorking(working);
         enableAreaCommands(window, 1);
     }
-    const DragResult end = drag(*working, [&] { return working->TrackRubberBand(window, p, 0); });
+    const DragResult end =
+        drag(window, *working, [&] { return working->TrackRubberBand(window, p, 0); });
     if (end == DragResult::gone)
         return 1;
     const std::string after = recordOf(*working, -1);
@@ -331,8 +339,9 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
     followFrom_ = anchorOf(shape);
     boundFollowers(window, grabbed, p);
     dragWindow_ = window ? window->GetSafeHwnd() : 0;
-    const DragResult end =
-        drag(grabbed, [&] { return grabbed.TrackHandle(moveCode(grabbed), window, p, nullptr); });
+    const DragResult end = drag(window, grabbed, [&] {
+        return grabbed.TrackHandle(moveCode(grabbed), window, p, nullptr);
+    });
     if (end == DragResult::gone)
         return 1;
     const int i = IndexOf(&grabbed);
@@ -375,10 +384,13 @@ void TrackerCollection::boundFollowers(CWnd* window, ATracker& grabbed, CPoint p
                std::max(all.right, box.right), std::max(all.bottom, box.bottom)};
     }
     const CRect valid = grabbed.validRect();
-    followBounds_ = {std::min({valid.left + own.left - all.left, own.left, p.x}),
-                     std::min({valid.top + own.top - all.top, own.top, p.y}),
-                     std::max({valid.right + own.right - all.right, own.right, p.x}),
-                     std::max({valid.bottom + own.bottom - all.bottom, own.bottom, p.y})};
+    const auto edge = [](int bound, int ownEdge, int outermost) {
+        return saturatedSum(bound, static_cast<long long>(ownEdge) - outermost);
+    };
+    followBounds_ = {std::min({edge(valid.left, own.left, all.left), own.left, p.x}),
+                     std::min({edge(valid.top, own.top, all.top), own.top, p.y}),
+                     std::max({edge(valid.right, own.right, all.right), own.right, p.x}),
+                     std::max({edge(valid.bottom, own.bottom, all.bottom), own.bottom, p.y})};
 }
 
 int TrackerCollection::trackerBounds(const ATracker& tracker, CRect& bounds)

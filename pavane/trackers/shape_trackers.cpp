@@ -5,6 +5,7 @@
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/ARPRotateRectTracker.h"
+#include "pavane/trackers/tracker_shape.h"
 
 #include <algorithm>
 #include <new>
@@ -56,27 +57,6 @@ ABTracker* newTrackerOf(const ShapeValues& values)
     return nullptr;
 }
 
-int valuesOfTracker(const ABTracker& tracker, ShapeValues& values)
-{
-    if (const auto* const polygon = dynamic_cast<const ARPAreaTracker*>(&tracker)) {
-        values.kind = ShapeValues::Kind::polygon;
-        const AArray<APoint<double>>& points = polygon->points();
-        values.points.assign(points.lpArray(), points.lpArray() + points.count());
-        return polygon->IsReady();
-    }
-    if (const auto* const turned = dynamic_cast<const ARPRotateRectTracker*>(&tracker)) {
-        const int isEllipse = dynamic_cast<const ARPEllipseTracker*>(turned) != nullptr;
-        values.kind = isEllipse ? ShapeValues::Kind::ellipse : ShapeValues::Kind::rotatedRectangle;
-        values.rect = turned->rect();
-        values.angle = turned->angle();
-        return 1;
-    }
-    const auto* const rectangle = dynamic_cast<const ARPRectTracker*>(&tracker);
-    if (rectangle)
-        values.rect = rectangle->rect();
-    return rectangle != nullptr;
-}
-
 }  // namespace
 
 ABTracker* newTracker(const AreaShape& shape, const AMnMxMCTransform& map)
@@ -88,7 +68,7 @@ ABTracker* newTracker(const AreaShape& shape, const AMnMxMCTransform& map)
 int shapeOf(const ABTracker& tracker, const AMnMxMCTransform& map, AreaShape& shape)
 {
     ShapeValues values;
-    return valuesOfTracker(tracker, values) && shapeOf(values, map, shape);
+    return tracker.IsReady() && shapeOf(tracker, values) && shapeOf(values, map, shape);
 }
 
 }  // namespace pavane

@@ -5,6 +5,7 @@
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 #include "pavane/trackers/shape_handles.h"
 #include "platform/controls.h"
+#include "platform/message.h"
 #include "platform/window_dc.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include "trackers/stored_collection.h"
 
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <random>
@@ -363,6 +365,94 @@ TEST(CollectionDrag, EndsWellWhateverHappensInside)
             }
             EXPECT_EQ(window.areas->count(), count);
         }
+}
+
+namespace
+{
+
+/// A window on the heap over a collection that outlives it.
+struct GuestWindow : CWnd {
+    explicit GuestWindow(ATrackerArray& shown) : areas(shown)
+    {
+        (void)Create("guest", "Guest", WS_VISIBLE | WS_POPUP, {0, 0, 320, 240}, nullptr, 0);
+    }
+    void OnLButtonDown(unsigned flags, CPoint p) override
+    {
+        (void)areas.OnLButtonDown(this, flags, p);
+    }
+    ATrackerArray& areas;
+};
+
+/// Deletes it when a message comes.
+struct Deleter : CWnd {
+    explicit Deleter(CWnd* doomed) : window(doomed)
+    {
+        (void)Create("deleter", "", WS_POPUP, {0, 0, 9, 9}, nullptr, 0);
+    }
+    LRESULT WindowProc(unsigned message, WPARAM w, LPARAM l) override
+    {
+        if (message == WM_USER)
+            window.reset();
+        return CWnd::WindowProc(message, w, l);
+    }
+    std::unique_ptr<CWnd> window;
+};
+
+}  // namespace
+
+TEST(CollectionDrag, ForgetsAWindowThatIsDeletedInIt)
+{
+    for (const int tool : {int{toolArrow}, int{toolRect}, int{toolArea}})
+        for (const int several : {0, 1}) {
+            SCOPED_TRACE(tool);
+            PixelAreas areas;
+            areas.CheckMinMax({0, 0, 300, 200}, {0, 100, 0, 50}, 1, 1);
+            areas.Add(new ARectTracker({40, 40, 120, 120}, trackerNew), 1);
+            areas.Add(new ARectTracker({140, 40, 220, 120}, trackerNew), 0);
+            if (several)
+                areas.SelectAll(nullptr);
+            areas.BeginMode(nullptr, tool);
+            auto* const window = new GuestWindow(areas);
+            Deleter deleter(window);
+            const auto post = [&](unsigned message, CPoint p) {
+                (void)window->PostMessage(message, MK_LBUTTON, MAKELPARAM(p.x, p.y));
+            };
+            post(WM_LBUTTONDOWN, {80, 80});
+            post(WM_MOUSEMOVE, {95, 90});
+            (void)deleter.PostMessage(WM_USER);
+            settle();
+            EXPECT_EQ(deleter.window, nullptr);
+            EXPECT_EQ(areas.count(), 2);
+            EXPECT_EQ(static_cast<ARectTracker*>(areas(0))->rect(), CRect(40, 40, 120, 120));
+        }
+}
+
+TEST_F(PressedCollection, DrawsWithoutAWindowAndAsksNothing)
+{
+    areas.Add(new ARectTracker({40, 40, 120, 120}, trackerNew), 1);
+    window.drag({{80, 80}, {90, 90}});
+    static int asked;
+    asked = 0;
+    const MessageFunction before =
+        SetMessageFunction([](const CString&, unsigned) { return ++asked; });
+    CBitmap picture;
+    ASSERT_TRUE(picture.CreateBitmap(320, 240, 1));
+    CMemoryDC dc(picture);
+    areas.Draw(&dc, nullptr);
+    (void)SetMessageFunction(before);
+    EXPECT_EQ(asked, 0);
+    EXPECT_EQ(dc.GetPixel(49, 70), RGB(0, 0, 0));
+}
+
+TEST_F(PressedCollection, MovesSeveralAreasBesideOneAtTheEndsOfTheNumbers)
+{
+    constexpr int most = std::numeric_limits<int>::max();
+    areas.Add(new ARectTracker({40, 40, 120, 120}, trackerNew), 1);
+    areas.Add(new ARectTracker({-most - 1, -most - 1, -most + 50, -most + 50}, trackerNew), 0);
+    areas.SelectAll(&window);
+    window.drag({{80, 80}, {90, 90}});
+    EXPECT_EQ(areas.count(), 2);
+    EXPECT_EQ(CWnd::GetCapture(), nullptr);
 }
 
 TEST(CollectionInAxis, DrawsShapesOfItsOwnClassesInsideTheGraphRectangle)
