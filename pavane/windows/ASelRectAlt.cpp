@@ -51,10 +51,12 @@ void ASelRectAlt::ServiceDraw(CDC& dc, CRect& client, CRect& update)
 
 void ASelRectAlt::replaceBand(const CRect& band)
 {
-    CWindowDC dc(this);
-    drawRect(dc, sel_);
-    sel_ = band;
-    drawRect(dc, sel_);
+    {
+        CWindowDC dc(this);
+        drawRect(dc, sel_);
+        sel_ = band;
+        drawRect(dc, sel_);
+    }
     SendAboutRect(sel_);
 }
 
@@ -63,16 +65,20 @@ void ASelRectAlt::OnLButtonDown(unsigned flags, CPoint point)
     ASelRectWnd::OnLButtonDown(flags, point);
     if (!IsFlagSet(selectionBand) || !bounds_.PtInRect(point))
         return;
+    const HWND self = GetSafeHwnd();
     SetCapture();
     replaceBand(CRect(point.x, point.y, point.x, point.y));
+    if (CWnd::FromHandle(self) != this)
+        return;
     SetCursor(dragCursor_);
     SetFlag(selectionDragged, 1);
 }
 
 void ASelRectAlt::OnMouseMove(unsigned flags, CPoint point)
 {
+    const HWND self = GetSafeHwnd();
     ASelRectWnd::OnMouseMove(flags, point);
-    if (!IsFlagSet(selectionBand))
+    if (CWnd::FromHandle(self) != this || !IsFlagSet(selectionBand))
         return;
     if (!IsFlagSet(windowHoldsCapture)) {
         SetCursor(idleCursor_);

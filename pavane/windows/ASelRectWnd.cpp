@@ -115,23 +115,31 @@ void ASelRectWnd::dragEdges(CPoint point)
         replaceSelection(candidate, lines);
 }
 
-void ASelRectWnd::moveSelection(CPoint point)
+/// 0 when the move was refused: the next one counts from the same point then.
+int ASelRectWnd::moveSelection(CPoint point)
 {
     CRect candidate = sel_;
     candidate.OffsetRect(point.x - lastPoint_.x, point.y - lastPoint_.y);
-    if (IsValidMoveRect(candidate, 0))
-        replaceSelection(candidate, allLines);
+    if (!IsValidMoveRect(candidate, 0))
+        return 0;
+    replaceSelection(candidate, allLines);
+    return 1;
 }
 
 void ASelRectWnd::OnMouseMove(unsigned flags, CPoint point)
 {
+    const HWND self = GetSafeHwnd();
+    int counts = 1;
     if (IsFlagSet(windowHoldsCapture | selectionMoved))
-        moveSelection(point);
+        counts = moveSelection(point);
     else if (IsFlagSet(windowHoldsCapture))
         dragEdges(point);
     else if (IsFlagSet(selectionShown))
         findEdges(point);
-    lastPoint_ = point;
+    if (CWnd::FromHandle(self) != this)
+        return;  // the host deleted the window when it heard of the change
+    if (counts)
+        lastPoint_ = point;
     ABWindow::OnMouseMove(flags, point);
 }
 

@@ -61,7 +61,7 @@ private:
     int hotEdges() const;
     void findEdges(CPoint point);
     void dragEdges(CPoint point);
-    void moveSelection(CPoint point);
+    int moveSelection(CPoint point);
     void replaceSelection(CRect& candidate, int lines);
 };
 

@@ -1,6 +1,7 @@
 #include "pavane/windows/ASelRectAlt.h"
 #include "platform/window_dc.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <vector>
 
@@ -85,6 +86,46 @@ TEST(SelectionLines, MoveTogetherAndKeepTheirSize)
     EXPECT_EQ(window.GetSelRect(), CRect(20, 50, 80, 90));
     window.mouse(WM_RBUTTONUP, 95, 70, 0);
     EXPECT_EQ(CWnd::GetCapture(), nullptr);
+}
+
+TEST(SelectionLines, CountARefusedMoveFromTheSamePoint)
+{
+    struct Choosy : Noting<ASelRectWnd> {
+        using Noting::Noting;
+        int IsValidMoveRect(CRect& candidate, int resize) override
+        {
+            const int wide = resize || std::abs(candidate.left - sel_.left) >= 10;
+            return wide && ASelRectWnd::IsValidMoveRect(candidate, resize);
+        }
+    };
+    Choosy window(selectionShown);
+    window.mouse(WM_MOUSEMOVE, 1, 50, 0);
+    window.mouse(WM_LBUTTONDOWN, 1, 50);
+    window.mouse(WM_MOUSEMOVE, 40, 50);
+    window.mouse(WM_LBUTTONUP, 40, 50, 0);
+    window.mouse(WM_MOUSEMOVE, 70, 50, 0);
+    window.mouse(WM_RBUTTONDOWN, 70, 50, MK_RBUTTON | MK_SHIFT);
+    for (const int x : {64, 60})
+        window.mouse(WM_MOUSEMOVE, x, 50, MK_RBUTTON);
+    EXPECT_EQ(window.GetSelRect(), CRect(30, 0, 90, 100));
+    window.mouse(WM_RBUTTONUP, 60, 50, 0);
+}
+
+TEST(SelectionLines, EndWithAWindowThatIsDeletedAtTheirNotice)
+{
+    struct Doomed : Noting<ASelRectAlt> {
+        using Noting::Noting;
+        void SendAboutRect(CRect&) override { delete this; }
+    };
+    for (const int flags : {selectionShown, selectionBand}) {
+        auto* const window = new Doomed(flags);
+        const HWND handle = window->GetSafeHwnd();
+        window->mouse(WM_MOUSEMOVE, 1, 50, 0);
+        SendMessage(handle, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(1, 50));
+        SendMessage(handle, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(30, 50));
+        EXPECT_EQ(CWnd::FromHandle(handle), nullptr);
+        EXPECT_EQ(CWnd::GetCapture(), nullptr);
+    }
 }
 
 TEST(SelectionLines, WithoutAWidthAreNeitherDrawnNorTaken)
