@@ -59,6 +59,7 @@ private:
     // MapWindowOwner
     void mapStatus(const AxisStatus& status) override;
     void mapAreasChanged() override;
+    void mapNotice(const CString& text) override { status_.SetMessage(text); }
 
     int makeBar();
     void layOut(int cx, int cy);

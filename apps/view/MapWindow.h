@@ -12,6 +12,7 @@ public:
     virtual ~MapWindowOwner() = default;
     virtual void mapStatus(const AxisStatus& status) = 0;
     virtual void mapAreasChanged() = 0;
+    virtual void mapNotice(const CString& text) = 0;
 };
 
 /// The map with its areas, in the main window.
@@ -35,6 +36,7 @@ public:
         AAxisWnd::OnAreasChanged();
         owner_.mapAreasChanged();
     }
+    void OnNotice(const CString& text) override { owner_.mapNotice(text); }
 
 private:
     MapWindowOwner& owner_;

@@ -78,7 +78,7 @@ void StatusLine::SetTexts(const StatusTexts& texts)
     CRect client;
     if (!GetClientRect(client))
         return;
-    if (!message_.empty() || widen(texts))
+    if (widen(texts) || !message_.empty())
         Invalidate();
     message_.clear();
     for (int i = 0; i < statusPanes; ++i) {

@@ -43,11 +43,15 @@ const char* AAxisTrkSelWnd::GetWndClassName() { return "AAxisTrkSelWnd"; }
 
 void AAxisTrkSelWnd::Axis::OnStatus(const AxisStatus& status)
 {
-    const CString text = owner_->StatusText(status);
-    if (text == owner_->shownStatus_)
+    owner_->showStatusText(owner_->StatusText(status));
+}
+
+void AAxisTrkSelWnd::showStatusText(const CString& text)
+{
+    if (text == shownStatus_)
         return;
-    owner_->shownStatus_ = text;
-    owner_->status_.SetWindowText(text);
+    shownStatus_ = text;
+    status_.SetWindowText(text);
 }
 
 void AAxisTrkSelWnd::Axis::OnAreasChanged()

@@ -49,11 +49,13 @@ private:
         explicit Axis(AAxisTrkSelWnd& owner) : owner_(&owner) {}
         void OnStatus(const AxisStatus& status) override;
         void OnAreasChanged() override;
+        void OnNotice(const CString& text) override { owner_->showStatusText(text); }
 
     private:
         AAxisTrkSelWnd* owner_;
     };
     void layOut();
+    void showStatusText(const CString& text);
 
     // The axis goes first: it asks the others while it lives.
     CComboBox list_;

@@ -7,6 +7,7 @@
 #include "pavane/maps/ABMapGraph.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/trackers/messages.h"
 #include "pavane/windows/messages.h"
 #include "pavane/windows/picture_export.h"
 #include "platform/controls.h"
@@ -52,6 +53,7 @@ const char* AAxisWnd::GetWndClassName() { return "AAxisWnd"; }
 int AAxisWnd::GetAWindowType() { return 1; }
 void AAxisWnd::OnStatus(const AxisStatus&) {}
 void AAxisWnd::OnAreasChanged() {}
+void AAxisWnd::OnNotice(const CString&) {}
 void AAxisWnd::OnRangeChanged() {}
 
 /// A drag reads from the axis and from the collection, so that it ends before either goes.
@@ -408,7 +410,15 @@ void AAxisWnd::areasChanged()
     invalidateCells();
     enableCommands();
     showStatusAtPointer();
+    tellOfLostSteps();
     OnAreasChanged();
+}
+
+void AAxisWnd::tellOfLostSteps()
+{
+    const EditRecorded loss = trackers_->history().takeLoss();
+    if (loss == editGaveUpOld || loss == editLost)
+        OnNotice(loss == editLost ? allStepsGone : oldStepsGone);
 }
 
 void AAxisWnd::areaChanging(ATracker& tracker)

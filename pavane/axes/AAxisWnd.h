@@ -113,6 +113,8 @@ public:
     virtual void OnStatus(const AxisStatus& status);
     /// Called when areas, the current one or the selection are not what they were.
     virtual void OnAreasChanged();
+    /// Something that the user should read and need not answer; heirs show it.
+    virtual void OnNotice(const CString& text);
     /// Called after every change of the range.
     virtual void OnRangeChanged();
     /// How often the content was drawn.
@@ -168,6 +170,7 @@ private:
     void showStatus(CPoint pixel);
     void showStatusAtPointer();
     void invalidateCells();
+    void tellOfLostSteps();
     // Range
     int rangeOfZoom(CPoint pixel, double factor, TMinMax& range) const;
     TMinMax shiftedRange(const TMinMax& from, int dx, int dy) const;

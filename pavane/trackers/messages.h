@@ -6,6 +6,11 @@ namespace pavane
 /// More crossings in a row of an area than its filler foresees.
 inline constexpr const char* manyAreaFillPoints = "Many Area fill point";
 
+// Memory for undo ran out; said once each time.
+inline constexpr const char* oldStepsGone =
+    "Memory is short: the oldest edits cannot be undone any more.";
+inline constexpr const char* allStepsGone = "Memory is short: edits up to now cannot be undone.";
+
 /// A tracker is asked for the client area of no window.
 inline constexpr const char* trackerWithoutWindow = "NULL";
 

@@ -195,6 +195,20 @@ TEST(AxisWindow, SurvivesWhateverHappensInADrag)
         }
 }
 
+TEST(AxisWindow, SaysOnceThatOldStepsWereGivenUp)
+{
+    struct Noticed : AxisWindow {
+        std::vector<CString> notices;
+        void OnNotice(const CString& text) override { notices.push_back(text); }
+    };
+    Noticed window;
+    window.GetTrackers()->history().setByteLimit(1);
+    for (int i = 0; i < 4; ++i)
+        window.GetTrackers()->Add(window.GetTrackers()->GetNewTracker(toolRect), 1);
+    ASSERT_EQ(window.notices.size(), 1u);
+    EXPECT_NE(window.notices[0].find("oldest edits"), CString::npos);
+}
+
 TEST(AxisWindow, OpensAndClosesWithoutGrowing)
 {
     const auto once = [] {
