@@ -1,5 +1,7 @@
 #include "apps/simulate/imaging.h"
 
+#include "tessel/rounding.h"
+
 #include <cmath>
 #include <complex>
 #include <kissfft/kiss_fft.h>
@@ -83,7 +85,7 @@ Place placeOf(const Visibilities& samples, std::size_t i, double cellsPerWavelen
 {
     const double x = samples.u[i] * cellsPerWavelength;
     const double y = samples.v[i] * cellsPerWavelength;
-    return {x, y, static_cast<int>(std::lround(x)), static_cast<int>(std::lround(y))};
+    return {x, y, truncated(std::round(x)), truncated(std::round(y))};
 }
 
 /// Spreads one weighted value over the cells around its place.

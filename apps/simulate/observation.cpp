@@ -1,6 +1,7 @@
 #include "apps/simulate/observation.h"
 
 #include "apps/simulate/stations.h"
+#include "tessel/rounding.h"
 
 #include <cmath>
 #include <numbers>
@@ -87,7 +88,7 @@ private:
 Visibilities observe(const Observation& o, const AComponents& model)
 {
     Visibilities samples;
-    const int times = static_cast<int>(o.hours * 3600 / o.interval);
+    const int times = truncated(o.hours * 3600 / o.interval);
     const double turn = 2 * std::numbers::pi * siderealTurnsPerDay / secondsPerDay * o.interval;
     for (int t = 0; t < times; ++t)
         addTime(o, turn * (t - 0.5 * (times - 1)) - radians(middleLongitude), samples);

@@ -2,6 +2,7 @@
 
 #include "apps/view/map_unit.h"
 #include "pavane/axes/axis_titles.h"
+#include "tessel/rounding.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
@@ -26,7 +27,7 @@ std::string scaledText(double value, const std::string& unit, int digits)
 {
     int power = 0;
     if (value != 0 && std::isfinite(value) && !unit.empty())
-        power = 3 * static_cast<int>(std::floor(std::log10(std::fabs(value)) / 3));
+        power = 3 * truncated(std::floor(std::log10(std::fabs(value)) / 3));
     if (std::abs(power) > mostPrefixPower)
         power = 0;
     const std::string prefix = prefixText(power);

@@ -1,5 +1,7 @@
 #include "apps/view/progress.h"
 
+#include "tessel/rounding.h"
+
 #include <cstdio>
 #include <unistd.h>
 #include <utility>
@@ -23,7 +25,7 @@ int ProgressLine::show(double fraction)
 {
     if (!terminal_ || std::chrono::steady_clock::now() - start_ < std::chrono::seconds(1))
         return 1;
-    const int percent = fraction >= 0 && fraction <= 1 ? static_cast<int>(fraction * 100) : 0;
+    const int percent = fraction >= 0 && fraction <= 1 ? truncated(fraction * 100) : 0;
     if (percent != shownPercent_)
         std::fprintf(stderr, "\r%s: %d %%", what_.c_str(), percent);
     shownPercent_ = percent;

@@ -2,6 +2,7 @@
 
 #include "apps/view/map_unit.h"
 #include "pavane/axes/axis_titles.h"
+#include "tessel/rounding.h"
 #include "tessel/time_text.h"
 #include "tessel/value_text.h"
 
@@ -29,14 +30,14 @@ int decimalsOf(double step)
     const double size = std::fabs(step) / 10;
     if (!(size > 0) || !std::isfinite(size))
         return 0;
-    return std::clamp(static_cast<int>(std::ceil(-std::log10(size) - 1e-6)), 0, mostDecimals);
+    return std::clamp(truncated(std::ceil(-std::log10(size) - 1e-6)), 0, mostDecimals);
 }
 
 int prefixPower(double value)
 {
     if (value == 0 || !std::isfinite(value))
         return 0;
-    const int power = 3 * static_cast<int>(std::floor(std::log10(std::fabs(value)) / 3));
+    const int power = 3 * truncated(std::floor(std::log10(std::fabs(value)) / 3));
     return std::abs(power) > mostPrefixPower ? 0 : power;
 }
 

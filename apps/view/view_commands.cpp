@@ -165,7 +165,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             continue;
         }
         line.enabled = isOffered(line.id, map_ != nullptr);
-        if (line.id >= idPalette)
+        if (line.id >= idPalette && line.id < idPalette + palettes_.size())
             line.checked = palette == palettes_[line.id - idPalette] + ".pal";
         else if (line.id >= idScale && line.id < idContours)
             line.checked = options_.scale == static_cast<ViewScale>(line.id - idScale);

@@ -3,6 +3,7 @@
 #include "apps/view/level_list.h"
 #include "platform/controls.h"
 #include "platform/cursors.h"
+#include "tessel/rounding.h"
 
 #include <iterator>
 
@@ -217,7 +218,7 @@ int JobBox::show(double fraction)
             return 1;
         box_->ShowWindow(SW_SHOW);
     }
-    const int percent = fraction >= 0 && fraction <= 1 ? static_cast<int>(fraction * 100) : 0;
+    const int percent = fraction >= 0 && fraction <= 1 ? truncated(fraction * 100) : 0;
     if (percent != shownPercent_)
         box_->SetDlgItemText(idHeading, what_ + "   " + std::to_string(percent) + " %");
     shownPercent_ = percent;

@@ -1,6 +1,7 @@
 #include "pavane/images/ADIBase.h"
 #include "pavane/images/LineSteps.h"
 #include "pavane/images/polygon_fill.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,7 @@ bool patternBit(std::int32_t pattern, std::int64_t i)
     return static_cast<std::uint32_t>(pattern) >> (i % patternBits) & 1u;
 }
 
-int roundedHalfUp(double v) { return static_cast<int>(std::floor(v + 0.5)); }
+int roundedHalfUp(double v) { return truncated(std::floor(v + 0.5)); }
 
 int cutToInt(std::int64_t v)
 {

@@ -2,6 +2,7 @@
 
 #include "pavane/maps/device_strokes.h"
 #include "platform/CDC.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 
@@ -50,8 +51,8 @@ void AAxisLevelOP::drawBar(CDC& dc, const CRect& bar, const ScaleTicks& ticks)
                 band.bottom = along(bar, from);
                 band.top = along(bar, to);
             }
-            dc.FillSolidRect(
-                band, colors_->mapColor(static_cast<int>(colors_->scale().position(value) * last)));
+            dc.FillSolidRect(band,
+                             colors_->mapColor(truncated(colors_->scale().position(value) * last)));
         }
         DeviceStrokes strokes(dc, *this, contours_->color(value, colors_),
                               contours_->width(fHeight_));

@@ -4,6 +4,7 @@
 #include "pavane/axes/decimal_power.h"
 #include "pavane/axes/log_ticks.h"
 #include "pavane/axes/ticks.h"
+#include "tessel/rounding.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -60,7 +61,7 @@ double roundedValue(double value, double distance)
 {
     if (!(distance > 0))
         return value;
-    const double unit = powerOfTen(static_cast<int>(std::floor(std::log10(distance / 2))));
+    const double unit = powerOfTen(truncated(std::floor(std::log10(distance / 2))));
     return std::round(value / unit) * unit;
 }
 
