@@ -1,6 +1,7 @@
 // The keyboard's way through a collection: focus, moves, vertices, leaving.
 
 #include "pavane/trackers/collection_step.h"
+#include "pavane/trackers/RectDrag.h"
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
 #include "platform/CWnd.h"
@@ -212,8 +213,10 @@ int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
     const APoint<double> added{a.x + along * (b.x - a.x), a.y + along * (b.y - a.y)};
     shape.points.insert(shape.points.begin() + edge + 1, added);
     const int focused = focusItem_ == curItem_;
+    const LifeWatch self(life_);
     if (!ChangeTracker(nullptr, curItem_, "Insert vertex",
-                       [&](ATracker& tracker) { return setShapeOf(tracker, shape); }))
+                       [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
+        !self.alive())
         return 0;
     if (focused)
         focusHandle_ = edge + 1;
@@ -234,8 +237,10 @@ int TrackerCollection::DeleteVertex(CWnd* window, const CPoint* at)
     if (vertex < 0 || vertex >= static_cast<int>(shape.points.size()))
         return 0;
     shape.points.erase(shape.points.begin() + vertex);
+    const LifeWatch self(life_);
     if (!ChangeTracker(nullptr, curItem_, "Delete vertex",
-                       [&](ATracker& tracker) { return setShapeOf(tracker, shape); }))
+                       [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
+        !self.alive())
         return 0;
     focusHandle_ = std::min(focusHandle_, static_cast<int>(shape.points.size()) - 1);
     ChangeTrackState(window);
@@ -245,12 +250,20 @@ int TrackerCollection::DeleteVertex(CWnd* window, const CPoint* at)
 int TrackerCollection::CloseArea(CWnd* window)
 {
     ShapeValues shape;
-    const ATracker* const working = workingTracker();
-    if (!working || !shapeOf(*working, shape) ||
+    ATracker* const working = workingTracker();
+    if (!working || dragged_ || !shapeOf(*working, shape) ||
         static_cast<int>(shape.points.size()) < fewestVertices)
         return 0;
-    (void)OnLButtonDblClk(window, 0, pixelPoint(shape.points.back()));
-    return !workingTracker();
+    // any place will do that may be pressed; the last vertex can be out of sight by now
+    working->refreshRects(window);
+    CRect inside = working->clipRect();
+    --inside.right;
+    --inside.bottom;
+    const std::string before = recordOf(*working, -1);
+    if (!working->TrackReady(window, clampedTo(inside, pixelPoint(shape.points.back()))))
+        return 0;
+    takeWorking(window, before);
+    return 1;
 }
 
 int TrackerCollection::Escape(CWnd* window)

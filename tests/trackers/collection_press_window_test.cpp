@@ -427,6 +427,18 @@ TEST(CollectionDrag, ForgetsAWindowThatIsDeletedInIt)
         }
 }
 
+TEST_F(PressedCollection, ClosesAPolygonWhoseLastVertexIsOutOfSight)
+{
+    areas.BeginMode(&window, toolArea);
+    for (const CPoint p : {CPoint(50, 50), CPoint(250, 50), CPoint(250, 150)})
+        window.drag({p});
+    areas.CheckMinMax({0, 0, 300, 200}, {0, 25, 0, 50}, 1, 1);
+    EXPECT_TRUE(areas.CloseArea(&window));
+    ASSERT_EQ(areas.count(), 1);
+    EXPECT_EQ(static_cast<AAreaTracker*>(areas(0))->points()(2), CPoint(1000, 150));
+    EXPECT_EQ(areas.mode(), toolArrow);
+}
+
 TEST_F(PressedCollection, DrawsWithoutAWindowAndAsksNothing)
 {
     areas.Add(new ARectTracker({40, 40, 120, 120}, trackerNew), 1);
