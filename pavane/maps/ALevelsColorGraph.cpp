@@ -5,17 +5,11 @@
 namespace pavane
 {
 
-void ALevelsColorGraph::cellsChanged()
-{
-    AColorsGraph::cellsChanged();
-    contours_.forget();
-}
-
 void ALevelsColorGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
 {
     if (axis() && !axis()->getGraphRect().IsRectEmpty() && !cellRange().isEmpty()) {
         drawCells(dc);
-        contours_.draw(dc, *this, this);
+        contours().draw(dc, *this, this);
     }
     ABMapGraph::draw(dc, rect, range);
 }

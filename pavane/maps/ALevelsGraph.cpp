@@ -5,16 +5,10 @@
 namespace pavane
 {
 
-void ALevelsGraph::cellsChanged()
-{
-    ABMapGraph::cellsChanged();
-    contours_.forget();
-}
-
 void ALevelsGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
 {
     if (axis() && !axis()->getGraphRect().IsRectEmpty())
-        contours_.draw(dc, *this, nullptr);
+        contours().draw(dc, *this, nullptr);
     ABMapGraph::draw(dc, rect, range);
 }
 

@@ -18,8 +18,9 @@ struct CellSpan {
 ///
 /// Where a pixel is at least as wide as a cell it shows the cells whose centres lie in it, so that
 /// each cell belongs to exactly one pixel; where cells are wider it shows the cell in which its own
-/// centre lies, so that cells become crisp blocks; the outer edges of the map belong to it. Neighbouring pixels that show the same cells
-/// form a group; groups are numbered by rising cells, whichever way the pixels run.
+/// centre lies, so that cells become crisp blocks; the outer edges of the map belong to it.
+/// Neighbouring pixels that show the same cells form a group; groups are numbered by rising cells,
+/// whichever way the pixels run.
 class PAVANE_API PixelCells
 {
 public:
