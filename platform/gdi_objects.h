@@ -82,6 +82,7 @@ private:
     LOGFONT font_;
 };
 
+/// Measures of a font in logical units.
 struct TEXTMETRIC {
     int tmHeight = 0;
     int tmAscent = 0;
@@ -92,6 +93,7 @@ struct TEXTMETRIC {
     int tmWeight = 0;
 };
 
+/// One colour of a palette.
 struct PALETTEENTRY {
     unsigned char peRed = 0;
     unsigned char peGreen = 0;

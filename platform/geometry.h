@@ -5,12 +5,14 @@
 namespace pavane
 {
 
+/// A width and a height.
 struct CSize {
     int cx = 0;
     int cy = 0;
     friend constexpr bool operator==(const CSize&, const CSize&) = default;
 };
 
+/// A point in logical units.
 struct CPoint {
     int x = 0;
     int y = 0;

@@ -11,6 +11,7 @@ struct MenuItem {
     int itemCount = 0;
 };
 
+/// The lines of a menu and its identifier.
 struct MenuTemplate {
     unsigned id;
     const MenuItem* items;

@@ -126,6 +126,7 @@ PAVANE_API void SetKeyStateOverride(int modifiers);
 /// ever.
 PAVANE_API void SetMessageWatchdog(int milliseconds);
 
+/// Screen coordinates.
 PAVANE_API CPoint GetCursorPos();
 PAVANE_API void SetCursorPos(CPoint screen);
 

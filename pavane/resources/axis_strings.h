@@ -5,6 +5,7 @@
 namespace pavane
 {
 
+/// A text of the library and its identifier.
 struct ResourceString {
     int id;
     const char* text;

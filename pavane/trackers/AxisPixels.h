@@ -33,6 +33,7 @@ private:
     const ABAxis* axis_;
 };
 
+/// Whether all numbers are finite.
 PAVANE_API bool isFinite(const APoint<double>& p);
 PAVANE_API bool isFinite(const ARect<double>& r);
 

@@ -20,6 +20,7 @@ private:
     std::shared_ptr<int> life_ = std::make_shared<int>(0);
 };
 
+/// The loop's side of a LifeToken.
 class LifeWatch
 {
 public:

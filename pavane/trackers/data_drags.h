@@ -34,6 +34,7 @@ struct TurnedDataRect {
     friend bool operator==(const TurnedDataRect&, const TurnedDataRect&) = default;
 };
 
+/// The middle of a rectangle, for any finite edges.
 PAVANE_API APoint<double> centreOf(const ARect<double>& rect);
 /// The handles as in turned_rect.h, in values.
 PAVANE_API void turnedHandles(const TurnedDataRect& shape,

@@ -11,6 +11,7 @@ namespace pavane
 // left), turned ones a ninth that turns, ellipses the middles and the one that turns, polygons
 // their vertices.
 
+/// How many handles a shape has.
 PAVANE_API int handleCount(const ShapeValues& shape);
 /// Place of a handle that exists.
 PAVANE_API APoint<double> handlePoint(const ShapeValues& shape, int handle);

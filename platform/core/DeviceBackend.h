@@ -16,6 +16,7 @@ struct StrokeStyle {
     double width = 1;  ///< device units
     std::uint32_t color = 0;
 };
+/// How areas are filled.
 struct FillStyle {
     CBrush::Kind kind = CBrush::Kind::hollow;
     int hatch = 0;

@@ -16,6 +16,7 @@ struct TextLine {
     CString text;
 };
 
+/// The lines of a text and the room that they take, logical units.
 struct TextLayout {
     std::vector<TextLine> lines;  ///< lines without a character have a place as well
     int width = 0;                ///< of the widest line

@@ -10,6 +10,7 @@
 namespace pavane
 {
 
+/// An event of the toolkit that waits as a message.
 struct InputEvent {
     QPointer<QWidget> target;
     std::unique_ptr<QEvent> event;
