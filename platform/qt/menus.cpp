@@ -8,6 +8,7 @@
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
+#include <QKeyEvent>
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
@@ -154,8 +155,33 @@ void MenuBar::fill(QMenu* shown, CMenu& menu, bool opens)
     }
 }
 
+/// Gives the keyboard back, as Escape does.
+void MenuBar::leave()
+{
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QMenuBar::keyPressEvent(&escape);
+}
+
+void MenuBar::keyPressEvent(QKeyEvent* e)
+{
+    QMenuBar::keyPressEvent(e);
+    const bool isModifier = e->key() == Qt::Key_Shift || e->key() == Qt::Key_Control ||
+                            e->key() == Qt::Key_Alt || e->key() == Qt::Key_Meta;
+    if (e->isAccepted() || isModifier)
+        return;
+    leave();
+    QWidget* const focus = QApplication::focusWidget();
+    if (!focus || focus == this)
+        return;
+    QKeyEvent again(e->type(), e->key(), e->modifiers(), e->text(), e->isAutoRepeat());
+    QCoreApplication::sendEvent(focus, &again);
+    e->accept();
+}
+
 void MenuBar::run(unsigned id)
 {
+    if (hasFocus())
+        leave();  // a shortcut in the menu: the window gets the focus back after a dialog
     const QPointer<MenuBar> alive = this;
     std::vector<CMenu*> way;
     const CMenu::Line* line = findCommand(menu_, id, way);

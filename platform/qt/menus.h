@@ -19,11 +19,14 @@ public:
 protected:
     /// Keys of the menu go before keys of drawing windows and after those of text fields.
     bool eventFilter(QObject* receiver, QEvent* event) override;
+    /// A key that means nothing here leaves the menu and goes to the window that had the focus.
+    void keyPressEvent(QKeyEvent* e) override;
 
 private:
     void fill(QMenu* shown, CMenu& menu, bool opens);
     void addPopup(QMenu* popup, CMenu& menu);
     void run(unsigned id);
+    void leave();
 
     HWND top_;
     CMenu menu_;

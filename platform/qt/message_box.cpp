@@ -46,7 +46,8 @@ AnswerSet answersOf(unsigned type)
     case MB_YESNOCANCEL:
         return {{yes, no, cancel}, QMessageBox::Cancel};
     case MB_YESNO:
-        return {{yes, no}, QMessageBox::NoButton};
+        // where No is the safe answer, a slip may give it
+        return {{yes, no}, type & MB_DEFBUTTON2 ? QMessageBox::No : QMessageBox::NoButton};
     default:
         return {{ok}, QMessageBox::Ok};
     }
@@ -129,7 +130,9 @@ int showMessageBox(const CString& text, unsigned type)
     box->setText(shownText(text));
     if (const QPixmap icon = iconOf(type, *box); !icon.isNull())
         box->setIconPixmap(icon);
-    box->setWindowTitle(front ? front->windowTitle() : QGuiApplication::applicationDisplayName());
+    // a title with a file's name in it would be cut
+    const QString program = QGuiApplication::applicationDisplayName();
+    box->setWindowTitle(program.isEmpty() && front ? front->windowTitle() : program);
     box->mustChoose = set.escape == QMessageBox::NoButton;
     const std::size_t first = type & MB_DEFBUTTON2 && set.answers.size() > 1 ? 1 : 0;
     for (const Answer& answer : set.answers)

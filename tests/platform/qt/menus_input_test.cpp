@@ -107,6 +107,33 @@ TEST(Menu, OpenPopupShowsWhatTheWindowAllows)
     EXPECT_FALSE(popup->isVisible());
 }
 
+TEST(Menu, GivesTheKeyboardBackToTheWindow)
+{
+    CommandFrame frame;
+    GreedyWindow map;
+    ASSERT_TRUE(map.Create("map", "", WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, &frame, 7));
+    ASSERT_TRUE(frame.SetMenu(editMenu()));
+    QCoreApplication::processEvents();
+    map.SetFocus();
+    QWidget* const bar = menuBarWidget(frame.GetSafeHwnd());
+    const auto enterMenu = [&] {
+        QTest::keyClick(widgetOfWindow(map), Qt::Key_E, Qt::AltModifier);
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+        EXPECT_TRUE(bar->hasFocus());
+    };
+    for (const Qt::Key key : {Qt::Key_5, Qt::Key_F7}) {
+        enterMenu();
+        QTest::keyClick(bar, key);
+        EXPECT_FALSE(bar->hasFocus());
+    }
+    std::erase(map.keys, unsigned{VK_MENU});  // Alt itself
+    EXPECT_EQ(map.keys, (std::vector<unsigned>{'5', VK_F1 + 6}));
+    enterMenu();
+    QTest::keyClick(bar, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_EQ(frame.taken(), (Commands{{1, 0}}));
+    EXPECT_FALSE(bar->hasFocus());
+}
+
 TEST(Menu, TrackPopupMenuSendsWhatWasChosen)
 {
     CommandFrame frame;
@@ -153,6 +180,7 @@ TEST(MessageBox, AnswersByKeysAndNotByASlip)
         {"cancel", MB_OKCANCEL | MB_ICONWARNING, {Qt::Key_Escape}, IDCANCEL},
         {"second answer", MB_YESNO | MB_DEFBUTTON2, {Qt::Key_Return}, IDNO},
         {"no slip", MB_YESNO | MB_ICONQUESTION, {Qt::Key_Escape, Qt::Key_Return}, IDYES},
+        {"no is safe", MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2, {Qt::Key_Escape}, IDNO},
         {"not saved", MB_YESNOCANCEL | MB_ICONINFORMATION, {Qt::Key_Escape}, IDCANCEL},
     };
     for (const auto& c : cases) {
