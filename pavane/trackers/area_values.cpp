@@ -81,9 +81,13 @@ int valuesOf(const AreaShape& shape, const AMnMxMCTransform& map, ShapeValues& v
         values.angle = turned.angle;
     }
     const APoint<double> centre = steps.value(shape.centre);
-    const double x = std::copysign(turned.width / 2, steps.step.x);
-    const double y = std::copysign(turned.height / 2, steps.step.y);
-    values.rect = {centre.x - x, centre.y + y, centre.x + x, centre.y - y};
+    double x = turned.width / 2;
+    double y = turned.height / 2;
+    if (shape.kind == AreaShape::Kind::rectangle) {
+        x = std::copysign(x, steps.step.x);
+        y = -std::copysign(y, steps.step.y);
+    }
+    values.rect = {centre.x - x, centre.y - y, centre.x + x, centre.y + y};
     return 1;
 }
 
