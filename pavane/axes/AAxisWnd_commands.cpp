@@ -256,7 +256,7 @@ int AAxisWnd::runKey(int key, bool shift, bool control)
     case VK_INSERT:
         return (void)trackers_->InsertVertex(this), 1;
     case VK_RETURN:
-        return trackers_->CloseArea(this);
+        return trackers_->CloseArea(this) || trackers_->PlaceShape(this);
     case VK_ESCAPE:
         return endPan(), trackers_->Escape(this);
     default:

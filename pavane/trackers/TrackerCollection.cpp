@@ -240,6 +240,8 @@ void TrackerCollection::makeCurrent(int i)
     if (curItem_ != i) {
         SetItemActive(curItem_, 0);
         history_.endSeries();
+        if (focusItem_ != i)  // keys go to the area that shows its handles
+            focusItem_ = focusHandle_ = -1;
     }
     curItem_ = i;
     SetItemActive(i, 1);

@@ -172,7 +172,8 @@ public:
 
     // Keyboard
     /// Gives the focus to the next area or handle: areas in order, each followed by its handles; an
-    /// area with the focus is current and active. 0 past the last one: nothing has it then.
+    /// area with the focus is current and active. Begins at the current area when that is active. 0
+    /// past the last one: nothing has it then, and the next one is at an end.
     int NextFocus(CWnd* window);
     int PrevFocus(CWnd* window);
     /// Index of the area with the focus (-1 for none), and of its handle (-1: the area itself).
@@ -193,6 +194,9 @@ public:
     int DeleteVertex(CWnd* window, const CPoint* at = nullptr);
     /// Closes the polygon under construction when it has three vertices.
     int CloseArea(CWnd* window);
+    /// Draws without a pointer: puts the shape of the drawing tool into the middle of what is shown,
+    /// a quarter of it wide and high. 0 without such a tool and while a polygon is open.
+    int PlaceShape(CWnd* window);
     /// Drops the polygon under construction, else the drawing tool, else focus and selection. 0
     /// when there was nothing to leave.
     int Escape(CWnd* window);
@@ -359,6 +363,7 @@ private:
     std::unordered_set<const ATracker*> selected_;
     int focusItem_ = -1;
     int focusHandle_ = -1;
+    int passedItem_ = -1;  ///< the current area when the focus went past the ends
     BoxIndex boxes_;
     int boxesKnown_ = 0;
 

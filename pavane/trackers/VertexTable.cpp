@@ -17,9 +17,9 @@ enum Row { centreX, centreY, fullWidth, fullHeight, angleDegrees };
 
 constexpr double degreesPerRadian = 180 / std::numbers::pi;
 
-/// Values that are worked out from the shape are shown with so many digits, which hide the rounding
-/// of the last ones.
-constexpr int derivedDigits = 15;
+/// Digits shown: a millionth of a cell on maps of common sizes. More would only be read as noise of
+/// the pointer; values that are not edited keep all of theirs.
+constexpr int shownDigits = 9;
 
 /// A shape that touches the edge of the map may miss it by so much of the map's size.
 constexpr double edgeTolerance = 1e-12;
@@ -122,8 +122,7 @@ std::string VertexTable::text(int row, int column) const
 {
     if (row < 0 || row >= rows() || column < 0 || column >= columns())
         return {};
-    const bool asStored = isPolygon() && (column == 0 ? x_ : y_).scale == 1;
-    return asStored ? valToStr(shown(row, column)) : valToStr(shown(row, column), derivedDigits);
+    return valToStr(shown(row, column), shownDigits);
 }
 
 int VertexTable::setText(int row, int column, std::string_view text, std::string& message)

@@ -5,9 +5,11 @@
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
 #include "platform/CWnd.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace pavane
 {
@@ -51,7 +53,11 @@ int TrackerCollection::stepFocus(CWnd* window, int direction)
     };
     int item = focusItem_;
     int handle = focusHandle_ + direction;
-    if (item < 0) {
+    const ATracker* const current = trackerAt(curItem_);
+    if (item < 0 && current && current->IsActive() && curItem_ != passedItem_) {
+        item = curItem_;
+        handle = -1;
+    } else if (item < 0) {
         item = direction > 0 ? 0 : trackerCount() - 1;
         handle = direction > 0 || item < 0 ? -1 : handles(item) - 1;
     } else if (handle >= handles(item)) {
@@ -63,6 +69,7 @@ int TrackerCollection::stepFocus(CWnd* window, int direction)
     }
     const int there = trackerAt(item) != nullptr;
     SetFocusAt(window, there ? item : -1, there ? handle : -1);
+    passedItem_ = there ? -1 : curItem_;
     return there;
 }
 
@@ -263,6 +270,41 @@ int TrackerCollection::CloseArea(CWnd* window)
     if (!working->TrackReady(window, clampedTo(inside, pixelPoint(shape.points.back()))))
         return 0;
     takeWorking(window, before);
+    return 1;
+}
+
+int TrackerCollection::PlaceShape(CWnd* window)
+{
+    if (!(mode_ & drawingTools) || workingTracker() || dragged_)
+        return 0;
+    std::unique_ptr<ATracker> tracker(makeTracker(mode_));
+    ShapeValues shape;
+    ARect<double> bounds;
+    if (!tracker || !shapeOf(*tracker, shape))
+        return 0;
+    adopt(*tracker);
+    if (!shapeBounds(window, *tracker, bounds))
+        return 0;
+    // in pixels: the middle of a logarithmic axis is not that of its values
+    const CPoint from = pixelPoint({bounds.left, bounds.top});
+    const CPoint to = pixelPoint({bounds.right, bounds.bottom});
+    const auto between = [](int a, int b, int eighths) {
+        return truncated(a + (static_cast<double>(b) - a) * eighths / 8);
+    };
+    const APoint<double> a = shapePoint({between(from.x, to.x, 3), between(from.y, to.y, 3)});
+    const APoint<double> b = shapePoint({between(from.x, to.x, 5), between(from.y, to.y, 5)});
+    shape.rect = {a.x, a.y, b.x, b.y};
+    if (shape.kind == ShapeValues::Kind::polygon)
+        shape.points = {a, {b.x, a.y}, b, {a.x, b.y}};
+    else if (shape.kind != ShapeValues::Kind::rectangle)  // in the order that drawing gives
+        shape.rect = {std::min(a.x, b.x), std::min(a.y, b.y), std::max(a.x, b.x),
+                      std::max(a.y, b.y)};
+    if (a.x == b.x || a.y == b.y || !setShapeOf(*tracker, shape))
+        return 0;
+    if (shape.kind == ShapeValues::Kind::polygon)
+        tracker->SetStyle(tracker->GetStyle() | trackerReady);
+    history_.endSeries();
+    takeDrawn(window, tracker.release(), "Draw area");
     return 1;
 }
 

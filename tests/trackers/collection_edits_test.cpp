@@ -254,6 +254,28 @@ TEST_F(InAxis, FocusGoesThroughAreasAndHandlesAndLeavesAtTheEnds)
     EXPECT_EQ(shape.points[1], (APoint<double>{20, 10}));
 }
 
+TEST_F(InAxis, TheKeyboardDrawsInTheMiddleAndGoesOnFromThere)
+{
+    addRect({150, 10, 190, 40});
+    int drawn = 0;
+    for (const int tool : {toolRect, toolRotateRect, toolEllipse, toolArea}) {
+        array_.BeginMode(nullptr, tool);
+        ASSERT_TRUE(array_.PlaceShape(nullptr)) << tool;
+        EXPECT_FALSE(array_.PlaceShape(nullptr));  // the tool is put away
+        ASSERT_EQ(array_.GetCurItemNo(), ++drawn);
+        EXPECT_EQ(array_(drawn)->IsReady() && array_(drawn)->IsActive(), 1);
+        ShapeValues shape;
+        ASSERT_TRUE(array_.GetShape(drawn, shape));
+        const ARect<double> box = shapeBox(shape);
+        EXPECT_EQ((ARect<double>{box.left, box.top, box.right, box.bottom}),
+                  (ARect<double>{75, 38, 125, 63}));
+        ASSERT_TRUE(array_.NextFocus(nullptr));
+        EXPECT_EQ(array_.focusItem() * 100 + array_.focusHandle(), drawn * 100 - 1);
+    }
+    EXPECT_TRUE(array_.Undo(nullptr));
+    EXPECT_EQ(array_.count(), 4);
+}
+
 TEST_F(InAxis, VerticesAreInsertedOnTheNearestEdgeAndThreeAlwaysStay)
 {
     addArea({{0, 0}, {40, 0}, {40, 40}}, 1);
