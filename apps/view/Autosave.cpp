@@ -38,9 +38,8 @@ std::string nameNumber(const std::string& map)
     return digits;
 }
 
-std::string programOf(const std::string& process)
+std::string programOf(const std::string& process, std::error_code& failed)
 {
-    std::error_code failed;
     const fs::path link = fs::read_symlink("/proc/" + process + "/exe", failed);
     std::string name = failed ? std::string() : link.filename().string();
     constexpr std::string_view gone = " (deleted)";  // replaced while it runs
@@ -55,8 +54,15 @@ int isLookedAfter(int process)
 {
     if (kill(process, 0) != 0 && errno == ESRCH)
         return 0;
-    const std::string program = programOf(std::to_string(process));
-    return program.empty() || program == programOf("self");
+    std::error_code failed;
+    const std::string own = programOf("self", failed);
+    if (failed)
+        return 1;
+    const std::string program = programOf(std::to_string(process), failed);
+    // one that was killed stays in the list until somebody asks for its end, without a program
+    if (failed)
+        return failed != std::errc::no_such_file_or_directory;
+    return program == own;
 }
 
 std::int64_t secondsOf(fs::file_time_type time)

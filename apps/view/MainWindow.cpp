@@ -28,7 +28,7 @@ constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104;
 constexpr int listWidth = 110;
-constexpr int tableWidth = 372;
+constexpr int tableWidth = 290;
 constexpr unsigned copyTimer = 1;
 /// Pixels that the pointer may tremble in a click without moving an area.
 constexpr int clickTremble = 3;
@@ -104,6 +104,8 @@ void MainWindow::Show()
     if (!map_)
         status_.SetMessage("No map is open: Ctrl+O opens one");
     view_.SetFocus();
+    if (map_)
+        offerLeftovers();
 }
 
 void MainWindow::OnSize(unsigned type, int cx, int cy)
@@ -118,7 +120,7 @@ void MainWindow::layOut(int cx, int cy)
     const int foot = std::max(0, cy - StatusLine::height());
     const int head = std::min(foot, bar_.GetBarHeight(cx));
     bar_.MoveWindow(CRect(0, 0, cx, head));
-    const int right = showTable_ ? std::max(0, cx - tableWidth) : cx;
+    const int right = showTable_ ? cx - std::min(tableWidth, cx / 2) : cx;
     view_.MoveWindow(CRect(0, head, right, foot));
     table_.MoveWindow(CRect(right, head, cx, foot));
     status_.MoveWindow(CRect(0, foot, cx, cy));
@@ -193,14 +195,27 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     view_.SetColorBar(&opened->bar(), 0);
     view_.SetSquareCells(!options_.freeAspect);
     bar_.SetOwnerWnd(this, 1);
-    map_.swap(opened);  // the old one goes when nothing shows it any more
+    view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
+    map_.swap(opened);            // the old one goes when nothing shows it any more
     status_.Reset();
     table_.SetUnits(map_->format().offsetUnit(), map_->format().offsetUnit());
     table_.Refresh();
     recent_.add(file);
     setMenu();
     updateTitle();
-    offerLeftovers();
+    if (IsWindowVisible())
+        offerLeftovers();
+    return 1;
+}
+
+int MainWindow::OpenFirst(const ViewOptions& options)
+{
+    if (options.map.empty() || !OpenMap(options.map, options.plane))
+        return 0;
+    if (!options.areas.empty() && OpenAreas(options.areas)) {
+        areas().history().clear();  // what the session starts with is no edit
+        areas().ChangeTrackState(&view_);
+    }
     return 1;
 }
 
@@ -273,7 +288,7 @@ void MainWindow::writeCopy()
 {
     if (!map_)
         return;
-    if (session_.writeCopy([this](AFile& file) { return storeAreas(areas(), file); }, now()) ||
+    if (session_.writeCopy([this](AFile& file) { return storeAllAreas(areas(), file); }, now()) ||
         copyFailed_)
         return;
     copyFailed_ = 1;  // said once; the next change tries again

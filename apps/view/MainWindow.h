@@ -29,12 +29,15 @@ public:
     /// Makes the window without showing it. `options` are those of the command line. Non-zero on
     /// success.
     int Create(const ViewOptions& options);
-    /// Brings it to where it was last time, as far as that can be reached, and shows it.
+    /// Brings it to where it was last time, as far as that can be reached, and shows it; then
+    /// offers the areas of a session with the map that ended without saving.
     void Show();
 
     /// Opens a map in place of the shown one, after asking about unsaved areas; offers the areas of
     /// a session that ended without saving. Non-zero when the map is shown.
     int OpenMap(const std::string& file, int plane);
+    /// The map and the areas that the program is started with, before the window shows.
+    int OpenFirst(const ViewOptions& options);
     /// Reads an area file and shows it in place of the areas when the user agrees.
     int OpenAreas(const std::string& file);
     /// 0 when the user wants to stay with the unsaved areas.
@@ -77,6 +80,8 @@ private:
     int saveAreasCommand();
     int saveAreasAs();
     int saveAreasTo(const std::string& file);
+    /// Closes the polygon that is being drawn; 0 when it cannot be, which the user is told.
+    int closeOpenArea();
     void saveMask();
     void savePicture();
     int askName(CString& name, const CString& filter, const CString& title, int open,

@@ -38,15 +38,15 @@ int StatusLine::height() { return lineHeight; }
 CRect StatusLine::paneRect(int pane, const CRect& client) const
 {
     // what the areas hold stays at the right end, where it is not pushed about
+    const StatusWidths widths = fittingPanes(widths_, client.Width());
     CRect rect = client;
     if (pane == statusMask) {
-        rect.left = std::max(client.left, client.right - widths_[statusMask]);
+        rect.left = client.right - widths[statusMask];
         return rect;
     }
     for (int i = 0; i < pane; ++i)
-        rect.left += widths_[static_cast<std::size_t>(i)];
-    rect.right = std::min(rect.left + widths_[static_cast<std::size_t>(pane)],
-                          client.right - widths_[statusMask]);
+        rect.left += widths[static_cast<std::size_t>(i)];
+    rect.right = rect.left + widths[static_cast<std::size_t>(pane)];
     return rect;
 }
 
@@ -112,7 +112,9 @@ void StatusLine::DrawWindow(CDC& dc, CRect& client, CRect& update)
     }
     for (int i = 0; i < statusPanes; ++i) {
         CRect pane = paneRect(i, client);
-        if (i > 0 && pane.Width() > 0)
+        if (pane.Width() <= 0)
+            continue;
+        if (pane.left > client.left)
             dc.FillSolidRect(CRect(pane.left, pane.top + 5, pane.left + 1, pane.bottom - 4), edge);
         pane.DeflateRect(inset, 0);
         dc.DrawText(texts_[static_cast<std::size_t>(i)], pane, format);

@@ -8,7 +8,8 @@ namespace pavane
 {
 
 /// The line at the foot of the main window: one pane for each text, as wide as the longest text
-/// that it had, so that nothing jumps about; or a message in place of them for a while.
+/// that it had, so that nothing jumps about (panes that do not fit are left out); or a message in
+/// place of them for a while.
 class StatusLine : public ABWindow
 {
 public:
@@ -36,7 +37,7 @@ private:
 
     CFont font_;
     StatusTexts texts_;
-    std::array<int, statusPanes> widths_{};
+    StatusWidths widths_{};
     CString message_;
 };
 

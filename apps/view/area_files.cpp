@@ -4,15 +4,18 @@
 #include "pavane/trackers/area_file.h"
 #include "pavane/trackers/area_polygons.h"
 #include "pavane/trackers/area_shape_file.h"
+#include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPTrackerArray.h"
 #include "pavane/trackers/MemoryFile.h"
 #include "pavane/trackers/region_crtf.h"
 #include "pavane/trackers/region_ds9.h"
 #include "pavane/trackers/shape_trackers.h"
+#include "pavane/trackers/tracker_shape.h"
 #include "tessel/SafeFile.h"
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <new>
 
 namespace pavane
@@ -20,6 +23,8 @@ namespace pavane
 
 namespace
 {
+
+constexpr std::size_t fewestCorners = 3;
 
 enum class Kind { collection, cells, ds9, crtf, unknown };
 
@@ -172,6 +177,25 @@ int storeAreas(const ARPTrackerArray& areas, AFile& file)
     MemoryFile bytes;
     return areas.Store(bytes) &&
            file.write(bytes.bytes().data(), static_cast<std::int64_t>(bytes.bytes().size()));
+}
+
+int storeAllAreas(const ARPTrackerArray& areas, AFile& file)
+{
+    const ATracker* const open = areas.workingTracker();
+    ShapeValues shape;
+    MemoryFile bytes;
+    ARPTrackerArray all;
+    if (!open || !shapeOf(*open, shape) || shape.points.size() < fewestCorners ||
+        !areas.Store(bytes) || !bytes.seek(0) || !all.Load(bytes))
+        return storeAreas(areas, file);
+    std::unique_ptr<ATracker> closed(open->Duplicate());
+    auto* const polygon = dynamic_cast<ARPAreaTracker*>(closed.get());
+    if (polygon) {
+        polygon->SetStyle(polygon->GetStyle() | trackerReady);
+        if (all.Add(polygon) >= 0)
+            (void)closed.release();
+    }
+    return storeAreas(all, file);
 }
 
 AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,

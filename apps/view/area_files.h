@@ -41,6 +41,10 @@ int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& 
 /// Writes the collection's own form; 0 when not all of it was written.
 int storeAreas(const ARPTrackerArray& areas, AFile& file);
 
+/// The same with the polygon that is being drawn, closed, once it has three vertices: a copy that
+/// loses no work.
+int storeAllAreas(const ARPTrackerArray& areas, AFile& file);
+
 /// What would be lost by saving the areas under this name.
 AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
                          const ARPTrackerArray& areas);

@@ -157,7 +157,8 @@ int MainWindow::agreesToReplace(const std::string& file, const AreaNotes& notes)
         return askAboutLines(this, "Open areas", heading, notes.lines, replace,
                              shown ? "Replace" : "Show") == IDOK;
     }
-    return !isModified() || AfxMessageBox(replace, MB_YESNO | MB_ICONQUESTION) == IDYES;
+    return !isModified() ||
+           AfxMessageBox(replace, MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
 int MainWindow::OpenAreas(const std::string& file)
@@ -232,14 +233,20 @@ int MainWindow::saveAreasAs()
     return askName(name, saveAreaFilter, "Save areas", 0, "areas") && saveAreasTo(name);
 }
 
+int MainWindow::closeOpenArea()
+{
+    if (!areas().workingTracker() || areas().CloseArea(&view_))
+        return 1;
+    AfxMessageBox("The polygon that is being drawn has too few corners to be saved.\n"
+                  "Set more of them, or press Escape to drop it.",
+                  MB_ICONERROR);
+    return 0;
+}
+
 int MainWindow::saveAreasTo(const std::string& file)
 {
-    if (areas().workingTracker() && !areas().CloseArea(&view_)) {
-        AfxMessageBox("The polygon that is being drawn has too few corners to be saved.\n"
-                      "Set more of them, or press Escape to drop it.",
-                      MB_ICONERROR);
+    if (!closeOpenArea())
         return 0;
-    }
     const AreaNotes losses = lossesOfSaving(file, place(), areas());
     if (!losses.lines.empty() && losses.lines != agreedLosses_ &&
         askAboutLines(this, "Save areas", baseNameOf(file) + " cannot hold everything:",
@@ -261,7 +268,7 @@ int MainWindow::saveAreasTo(const std::string& file)
 void MainWindow::saveMask()
 {
     CString name = folderOf(map_->file()) + "mask.fits";
-    if (!askName(name, maskFilter, "Save mask", 0, "fits"))
+    if (!closeOpenArea() || !askName(name, maskFilter, "Save mask", 0, "fits"))
         return;
     const AreaPlace on = place();
     ABitMatrix mask(on.rows, on.columns);

@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
+#include <numeric>
 
 namespace pavane
 {
@@ -61,6 +63,14 @@ std::string unitOfTitle(const std::string& title)
 }
 
 }  // namespace
+
+StatusWidths fittingPanes(StatusWidths wanted, int room)
+{
+    for (const StatusPane least : {statusCell, statusSky, statusOffset, statusValue, statusMask})
+        if (std::accumulate(wanted.begin(), wanted.end(), std::int64_t{0}) > room)
+            wanted[least] = 0;
+    return wanted;
+}
 
 std::string prefixedText(double value, const std::string& unit, int digits)
 {

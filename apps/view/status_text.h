@@ -15,6 +15,11 @@ namespace pavane
 /// The texts of the status line, in order; empty where there is nothing to tell.
 enum StatusPane { statusValue, statusOffset, statusSky, statusCell, statusMask, statusPanes };
 using StatusTexts = std::array<std::string, statusPanes>;
+using StatusWidths = std::array<int, statusPanes>;
+
+/// The widths that panes get in a line of so many pixels: their own, or 0. Where there is not room
+/// for all, whole panes give way, first those whose text can be read from the others.
+StatusWidths fittingPanes(StatusWidths wanted, int room);
 
 /// What of a map the status line needs to turn numbers into text.
 class StatusFormat

@@ -52,6 +52,7 @@ constexpr KeyLine keyLines[] = {
     {"1  2  3  4  5  6", "arrow, rectangle, turned rectangle, ellipse, polygon, zoom in"},
     {"Drag with a tool", "draws a shape; clicks set the vertices of a polygon"},
     {"Double click, Enter", "closes the polygon"},
+    {"Enter", "with a tool: puts its shape into the middle"},
     {"Click", "picks an area with the arrow"},
     {"Drag a handle", "changes the area; the one inside turns it, with Shift in steps"},
     {"Esc, right button", "cancels a drag"},

@@ -23,9 +23,7 @@ int runWindow(char** argv, const ViewOptions& options, std::string& error)
         shown = window.Create(options);
         if (shown) {
             // the map first: then the first thing that shows is the whole picture
-            if (!options.map.empty() && window.OpenMap(options.map, options.plane) &&
-                !options.areas.empty())
-                (void)window.OpenAreas(options.areas);
+            (void)window.OpenFirst(options);
             window.Show();
             (void)RunMessages();
         }

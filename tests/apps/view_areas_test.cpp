@@ -153,6 +153,16 @@ TEST(AreaFiles, DamagedFilesGiveWhatIsWholeAndNamesTheRest)
     EXPECT_NE(error.find("/nowhere/a.areas"), std::string::npos);
 }
 
+TEST(StatusText, GivesWayInWholePanes)
+{
+    const StatusWidths all = {110, 120, 230, 140, 170};
+    EXPECT_EQ(fittingPanes(all, 770), all);
+    EXPECT_EQ(fittingPanes(all, 769), (StatusWidths{110, 120, 230, 0, 170}));
+    EXPECT_EQ(fittingPanes(all, 400), (StatusWidths{110, 120, 0, 0, 170}));
+    EXPECT_EQ(fittingPanes(all, 170), (StatusWidths{0, 0, 0, 0, 170}));
+    EXPECT_EQ(fittingPanes(all, 0), StatusWidths());
+}
+
 TEST(StatusText, HasDigitsForATenthOfACellAndPrefixes)
 {
     MapHeader header;

@@ -138,6 +138,9 @@ TEST(Autosave, OffersOnlyCopiesOfTheSameMapWhoseProcessIsGone)
     const std::string ofChild = start + std::to_string(alive) + ".areas";
     EXPECT_EQ(0u, offered(ofChild));
     kill(alive, SIGKILL);
+    siginfo_t ended;
+    waitid(P_PID, static_cast<id_t>(alive), &ended, WEXITED | WNOWAIT);
+    EXPECT_EQ(1u, offered(ofChild));  // nobody has asked for its end yet
     waitpid(alive, nullptr, 0);
     EXPECT_EQ(1u, offered(ofChild));
     EXPECT_EQ(1u, offered(mine.file()));  // our number, but of an earlier process

@@ -341,6 +341,13 @@ TEST_F(ViewWindow, EndsInDisorderWithACopyLeft)
         open(window);
         addArea(window, 8);
         addArea(window, 9);  // within the pace: not written yet
+        areas(window).BeginMode(&window.view(), toolArea);
+        const CPoint at = window.view().GetAxis()->getGraphRect().CenterPoint();
+        for (const CPoint step : {CPoint(0, 0), CPoint(40, 0), CPoint(0, 40)}) {
+            const LPARAM there = MAKELPARAM(at.x + step.x, at.y + step.y);
+            window.view().PostMessage(WM_LBUTTONUP, 0, there);
+            window.view().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, there);
+        }
         window.DestroyWindow();
     }
     ASSERT_EQ(copies(), 1u);
@@ -349,7 +356,24 @@ TEST_F(ViewWindow, EndsInDisorderWithACopyLeft)
     std::string error;
     const std::string file = Autosave(path("profile/"), path("map.fits")).file();
     ASSERT_TRUE(openAreas(file, AreaPlace(), read, notes, error)) << error;
-    EXPECT_EQ(read.count(), 2);
+    ASSERT_EQ(read.count(), 3);  // the polygon that was still open is closed in it
+    EXPECT_TRUE(read(2)->IsReady());
+}
+
+TEST_F(ViewWindow, StartsWithAreasThatUndoDoesNotTakeAway)
+{
+    ARPTrackerArray one;
+    one.Add(new ARPRectTracker);
+    std::string error;
+    ASSERT_TRUE(saveAreas(path("start.areas"), AreaPlace(), one, error)) << error;
+    ViewOptions options;
+    options.map = path("map.fits");
+    options.areas = path("start.areas");
+    MainWindow window;
+    ASSERT_TRUE(window.Create(options) && window.OpenFirst(options));
+    window.SendMessage(WM_COMMAND, ID_TRACK_UNDO);
+    EXPECT_EQ(areas(window).count(), 1);
+    EXPECT_FALSE(window.session().isModified());
 }
 
 TEST_F(ViewWindow, OpensAndClosesManyTimesWithoutGrowing)
