@@ -196,8 +196,10 @@ void AAreaTableWnd::Field::OnKeyDown(unsigned key, unsigned repeat, unsigned fla
     case VK_UP:
     case VK_DOWN: {
         const int row = table.firstRow_ + line + (static_cast<int>(key) == VK_UP ? -1 : 1);
+        const HWND self = table.GetSafeHwnd();
         table.keep(line, column);
-        table.goTo(row, column);
+        if (CWnd::FromHandle(self) == &table)
+            table.goTo(row, column);
         return;
     }
     default:

@@ -49,8 +49,15 @@ void ATrackToolBarOwnerWnd::run(unsigned id)
 {
     if (!axisWnd_ || !axisWnd_->GetSafeHwnd())
         return;
+    const HWND self = GetSafeHwnd();
     axisWnd_->RunCommand(id);
-    if (axisWnd_ && axisWnd_->GetSafeHwnd())
+    focusAxis(self);
+}
+
+/// `self` is the handle from before a command, which may have ended the window.
+void ATrackToolBarOwnerWnd::focusAxis(HWND self)
+{
+    if (CWnd::FromHandle(self) == this && axisWnd_ && axisWnd_->GetSafeHwnd())
         axisWnd_->SetFocus();
 }
 
@@ -77,9 +84,9 @@ void ATrackToolBarOwnerWnd::OnChangeArea()
 {
     if (!axisWnd_ || !axisWnd_->GetComboBox())
         return;
+    const HWND self = GetSafeHwnd();
     axisWnd_->GetTrackers()->ChangeActiveTrack(axisWnd_, axisWnd_->GetComboBox()->GetCurSel());
-    if (axisWnd_ && axisWnd_->GetSafeHwnd())
-        axisWnd_->SetFocus();
+    focusAxis(self);
 }
 
 void ATrackToolBarOwnerWnd::OnDropDown()

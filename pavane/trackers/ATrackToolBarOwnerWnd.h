@@ -46,6 +46,7 @@ protected:
 
 private:
     void run(unsigned id);
+    void focusAxis(HWND self);
 
     AAxisWnd* axisWnd_ = nullptr;
 };

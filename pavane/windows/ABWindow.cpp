@@ -58,6 +58,7 @@ int ABWindow::OnCreate(CREATESTRUCT& cs)
 
 void ABWindow::OnPaint()
 {
+    const HWND self = GetSafeHwnd();
     const bool waits = !IsFlagSet(windowNoWaitCursor);
     if (waits)
         BeginWaitCursor();
@@ -70,7 +71,9 @@ void ABWindow::OnPaint()
             paintBuffered(dc, client, update);
         else
             DrawWindow(dc, client, update);
-        ServiceDraw(dc, client, update);
+        // a message box while drawing lets anything happen
+        if (CWnd::FromHandle(self) == this)
+            ServiceDraw(dc, client, update);
     }
     if (waits)
         EndWaitCursor();

@@ -1,5 +1,7 @@
 #include "pavane/windows/selection_edges.h"
 
+#include "tessel/rounding.h"
+
 #include <algorithm>
 
 namespace pavane
@@ -118,13 +120,13 @@ CRect uncoveredStrip(const CRect& rect, int dx, int dy)
 {
     CRect strip = rect;
     if (dy > 0)
-        strip.bottom = strip.top + dy;
+        strip.bottom = saturatedSum(strip.top, dy);
     else if (dy < 0)
-        strip.top = strip.bottom + dy;
+        strip.top = saturatedSum(strip.bottom, dy);
     if (dx > 0)
-        strip.right = strip.left + dx;
+        strip.right = saturatedSum(strip.left, dx);
     else if (dx < 0)
-        strip.left = strip.right + dx;
+        strip.left = saturatedSum(strip.right, dx);
     return strip;
 }
 

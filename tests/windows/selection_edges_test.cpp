@@ -1,6 +1,7 @@
 #include "pavane/windows/selection_edges.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 using namespace pavane;
 
@@ -56,4 +57,6 @@ TEST(SelectionEdges, LeaveAStripToDrawAfterAShift)
     EXPECT_EQ(uncoveredStrip(rect, 0, -5), CRect(10, 55, 50, 60));
     EXPECT_EQ(uncoveredStrip(rect, -4, 0), CRect(46, 20, 50, 60));
     EXPECT_EQ(uncoveredStrip(rect, 3, 5), CRect(10, 20, 13, 25));
+    constexpr int most = std::numeric_limits<int>::max();
+    EXPECT_EQ(uncoveredStrip(rect, most, 0), CRect(10, 20, most, 60));
 }
