@@ -1,7 +1,5 @@
 #include "platform/qt/glyphs.h"
 
-#include "tessel/rounding.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -106,9 +104,9 @@ public:
         }
         // fine screens get slanted lines without steps
         painter->setRenderHint(QPainter::SmoothPixmapTransform);
-        painter->drawImage(
-            rect, painted(doubled(doubled(dots_)), enabled)
-                      .scaledToWidth(truncated(std::ceil(pixels)), Qt::SmoothTransformation));
+        painter->drawImage(rect, painted(doubled(doubled(dots_)), enabled)
+                                     .scaledToWidth(static_cast<int>(std::ceil(pixels)),
+                                                    Qt::SmoothTransformation));
     }
 
 private:
