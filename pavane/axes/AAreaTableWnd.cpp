@@ -180,6 +180,21 @@ void AAreaTableWnd::goTo(int row, int column)
     }
 }
 
+/// Keeps a field and goes to the one `step` after it in reading order; past the ends, to the map.
+void AAreaTableWnd::leave(int line, int column, int step)
+{
+    const HWND self = GetSafeHwnd();
+    keep(line, column);
+    if (CWnd::FromHandle(self) != this || item_ < 0)
+        return;
+    const int columns = table_.columns();
+    const int next = (firstRow_ + line) * columns + column + step;
+    if (next >= 0 && next < table_.rows() * columns)
+        goTo(next / columns, next % columns);
+    else if (axis_)
+        axis_->SetFocus();
+}
+
 void AAreaTableWnd::Field::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
     AAreaTableWnd& table = *table_;
@@ -189,10 +204,16 @@ void AAreaTableWnd::Field::OnKeyDown(unsigned key, unsigned repeat, unsigned fla
     case VK_RETURN:
         table.keep(line, column);
         return;
-    case VK_ESCAPE:
-        SetWindowText(table.shown_[static_cast<std::size_t>(line * columnCount + column)]);
+    case VK_ESCAPE: {
+        const CString& shown = table.shown_[static_cast<std::size_t>(line * columnCount + column)];
+        if (GetWindowText() == shown && table.axis_)
+            return (void)table.axis_->SetFocus();
+        SetWindowText(shown);
         SetSel(0, -1);
         return;
+    }
+    case VK_TAB:
+        return table.leave(line, column, GetKeyState(VK_SHIFT) < 0 ? -1 : 1);
     case VK_UP:
     case VK_DOWN: {
         const int row = table.firstRow_ + line + (static_cast<int>(key) == VK_UP ? -1 : 1);

@@ -65,6 +65,7 @@ private:
     void scrollTo(int row);
     void keep(int line, int column);
     void goTo(int row, int column);
+    void leave(int line, int column, int step);
 
     AAxisWnd* axis_ = nullptr;
     VertexTable table_;

@@ -160,6 +160,14 @@ TEST(AxisTools, EditNumbersBothWays)
     SetMessageFunction(before);
     window.axisWnd().GetTrackers()->MoveByValue(&window.axisWnd(), 1, 0);
     EXPECT_EQ(field->GetWindowText(), "14.5");
+    field->SetFocus();
+    field->SetWindowText("15");
+    for (unsigned row = 0; row < 4; ++row) {
+        EXPECT_EQ(CWnd::GetFocus(), table.GetDlgItem(1000 + 2 * row));
+        CWnd::GetFocus()->SendMessage(WM_KEYDOWN, VK_TAB);
+    }
+    EXPECT_EQ(CWnd::GetFocus(), &window.axisWnd());
+    EXPECT_EQ(area->GetCenter().x, 15);
 }
 
 TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)
