@@ -61,15 +61,22 @@ void thinLine(CPoint from, CPoint to, const CRect& bounds, Emit emit)
             return static_cast<std::int64_t>(
                 std::clamp<Wide>(-floorDiv(bias - Wide{2} * n * q, Wide{2} * m), 0, n));
         };
-        first = std::max(first, firstWith(least));
-        last = std::min(last, firstWith(beyond));
+        // q runs from 0 to m, so that most lines need no division here
+        if (least > 0)
+            first = std::max(first, firstWith(least));
+        if (beyond <= m)
+            last = std::min(last, firstWith(beyond));
         if (first >= last)
             return;
     }
 
-    const Wide position = Wide{2} * first * m + bias;
-    std::int64_t q = static_cast<std::int64_t>(position / (2 * n));
-    std::int64_t rest = static_cast<std::int64_t>(position % (2 * n));
+    std::int64_t q = 0;
+    std::int64_t rest = bias;
+    if (first > 0) {
+        const Wide position = Wide{2} * first * m + bias;
+        q = static_cast<std::int64_t>(position / (2 * n));
+        rest = static_cast<std::int64_t>(position % (2 * n));
+    }
     const std::int64_t usual = m == 0 ? n : n / m;  // pixels of a run, or one more
     std::int64_t i = first;
     bool whole = false;  // the first run may be cut
