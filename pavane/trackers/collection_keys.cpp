@@ -68,8 +68,10 @@ int TrackerCollection::stepFocus(CWnd* window, int direction)
         handle = item < 0 ? -1 : handles(item) - 1;
     }
     const int there = trackerAt(item) != nullptr;
+    const LifeWatch self(life_);
     SetFocusAt(window, there ? item : -1, there ? handle : -1);
-    passedItem_ = there ? -1 : curItem_;
+    if (self.alive())
+        passedItem_ = there ? -1 : curItem_;
     return there;
 }
 

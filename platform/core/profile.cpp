@@ -142,13 +142,9 @@ bool replaceWhole(const CString& name, std::string_view bytes, mode_t mode)
     return false;
 }
 
-/// Mode of a new file: what the user lets others do with new files.
-mode_t newFileMode()
-{
-    const mode_t mask = umask(0);
-    (void)umask(mask);
-    return static_cast<mode_t>(0666 & ~mask);
-}
+/// Mode of a new file: it is the user's own. The mask of the process would have to be changed to be
+/// read, which a host's threads would see.
+constexpr mode_t newFileMode = 0600;
 
 bool isProgramName(const CString& name)
 {
@@ -229,7 +225,7 @@ int WriteProfileString(const CString& section, const CString& entry, const CStri
     makeDefaultFolder(named);
     const CString file = realName(named);
     const FolderLock lock(file);
-    mode_t mode = newFileMode();
+    mode_t mode = newFileMode;
     auto old = readWhole(file, mode);
     if (!old)
         return 0;
