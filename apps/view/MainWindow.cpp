@@ -214,7 +214,7 @@ int MainWindow::OpenFirst(const ViewOptions& options)
         return 0;
     if (!options.areas.empty() && OpenAreas(options.areas)) {
         areas().history().clear();  // what the session starts with is no edit
-        areas().ChangeTrackState(&view_);
+        view_.FollowAreas();
     }
     return 1;
 }

@@ -371,6 +371,7 @@ TEST_F(ViewWindow, StartsWithAreasThatUndoDoesNotTakeAway)
     options.areas = path("start.areas");
     MainWindow window;
     ASSERT_TRUE(window.Create(options) && window.OpenFirst(options));
+    EXPECT_FALSE(window.view().GetToolBar()->IsButtonEnabled(ID_TRACK_UNDO));
     window.SendMessage(WM_COMMAND, ID_TRACK_UNDO);
     EXPECT_EQ(areas(window).count(), 1);
     EXPECT_FALSE(window.session().isModified());
