@@ -216,7 +216,7 @@ class Program:
         """Presses a key of undo or redo until the copy of the areas shows what is expected."""
         for _ in range(8):
             self.key(key)
-            end = time.monotonic() + 0.7  # the copy is written after a moment without changes
+            end = time.monotonic() + 2.5  # the copy is written after a moment without changes
             while time.monotonic() < end:
                 if test():
                     return
