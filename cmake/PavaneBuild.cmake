@@ -8,7 +8,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
-if(NOT CMAKE_BUILD_TYPE)
+if(PROJECT_IS_TOP_LEVEL AND NOT CMAKE_BUILD_TYPE)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Release, Debug or RelWithDebInfo" FORCE)
 endif()
 
@@ -20,7 +20,7 @@ endif()
 
 add_library(pavane-flags INTERFACE)
 target_compile_options(pavane-flags INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Werror
+    -Wall -Wextra -Wpedantic -Wconversion $<$<BOOL:${PAVANE_WERROR}>:-Werror>
     # pixels and ticks have to be the same on every processor
     -ffp-contract=off)
 target_include_directories(pavane-flags INTERFACE ${PROJECT_SOURCE_DIR})

@@ -1,0 +1,68 @@
+#!/bin/sh
+# installed.sh SOURCE BUILD COMPILER "SANITIZER;FLAGS": installs the build, moves it to another prefix and
+# uses only what is there: hosts by find_package and by pkg-config, README's lines, the programs.
+set -eu
+source=$1 build=$2 compiler=$3 flags=$(echo "$4" | tr ';' ' ')
+work=$build/installed
+stage=$work/moved
+rm -rf "$work"
+mkdir -p "$work/host" "$work/readme" "$work/run"
+
+cmake --install "$build" --prefix "$work/first" >/dev/null
+mv "$work/first" "$stage"
+for folder in tessel platform pavane; do
+    test -d "$stage/include/pavane-1/$folder"
+done
+none() { if grep .; then echo "^ should not be there"; exit 1; fi; }
+find "$stage/include" -path '*platform/qt*' -name '*.h' | none
+library=$(find "$stage" -name libpavane.so)
+readelf -d "$library" | grep -q 'SONAME.*\[libpavane\.so\.0\]'
+PKG_CONFIG_PATH=$(dirname "$library")/pkgconfig
+export PKG_CONFIG_PATH PATH="$stage/bin:$PATH" CXX="$compiler" CXXFLAGS="$flags" CMAKE_PREFIX_PATH="$stage"
+
+# what the pages link to is installed too
+doc=$(dirname "$(find "$stage" -name LICENSE)")
+find "$doc" -name '*.md' | while read -r page; do
+    grep -o '](\([^)#]*\)' "$page" | sed 's/^](//; /^http/d; /^$/d' | while read -r link; do
+        test -e "$(dirname "$page")/$link" || { echo "$page: no $link"; exit 1; }
+    done
+done
+
+# built FOLDER: builds it by CMake and runs what it made
+built() {
+    cmake -S "$1" -B "$1/build" >/dev/null
+    cmake --build "$1/build" >/dev/null
+    (cd "$1/build" && ./host && find . -maxdepth 1 -name '*.png' -size +1k | grep -q .)
+}
+cp "$doc"/examples/host/* "$work/host"
+built "$work/host"
+
+# block LANGUAGE: the lines of README's block of that language
+block() { sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" "$doc/README.md" | sed '1d;$d'; }
+block cpp >"$work/readme/host.cpp"
+block cmake >"$work/readme/CMakeLists.txt"
+built "$work/readme"
+block sh | sed "s|^g++|$compiler $flags|" >"$work/readme/build.sh"
+(cd "$work/readme" && sh -eu build.sh && LD_LIBRARY_PATH=$(dirname "$library") ./host && test -s curve.png)
+
+# the programs, by README's line without a window
+cd "$work/run"
+pavane-simulate --out . --seed 7 >/dev/null
+cp clean.fits MAP.fits
+cp "$doc/examples/demo/jet.cma" .
+grep '^    pavane-view .*--batch' "$doc/README.md" >view.sh
+sh -eu view.sh | grep -q '^mask_cells'
+test -s map.png
+test -s mask.fits
+
+# a tree that holds this one links the same name
+mkdir "$work/tree"
+cat >"$work/tree/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project(tree C CXX)
+add_subdirectory("$source" pavane)
+add_executable(host "$source/examples/host/host.cpp")
+target_link_libraries(host PRIVATE pavane::pavane)
+END
+cmake -S "$work/tree" -B "$work/tree/build" >/dev/null
+cmake --build "$work/tree/build" --target help | grep -e '-tests' | none
