@@ -51,6 +51,8 @@ int AAreaSelectDlg::OnInitDialog()
     if (window_.axisWnd().GetTrackers()->Store(file))
         stored_ = file.bytes();
     shapes_ = shapes();
+    modified_ = window_.axisWnd().GetTrackers()->IsModified();
+    window_.axisWnd().GetTrackers()->BeginTrial();
     // no stop of the Tab key itself: it would hand the focus back to the axis in it
     window_.UpDateControl("", this, IDC_AREA_WINDOW, 0);
     layOut();
@@ -61,16 +63,32 @@ int AAreaSelectDlg::OnInitDialog()
 void AAreaSelectDlg::OnCancel()
 {
     ATrackerArrayInAxis& areas = *window_.axisWnd().GetTrackers();
-    if (areas.workingTracker() || shapes() != shapes_) {
-        const HWND self = GetSafeHwnd();
-        if (AfxMessageBox(discardQuestion, MB_YESNO | MB_ICONQUESTION) != IDYES ||
-            CWnd::FromHandle(self) != this)
-            return;
+    const HWND self = GetSafeHwnd();
+    const auto gone = [&] { return CWnd::FromHandle(self) != this; };
+    const int changed = areas.workingTracker() || shapes() != shapes_;
+    if (changed && (AfxMessageBox(discardQuestion, MB_YESNO | MB_ICONQUESTION) != IDYES || gone()))
+        return;
+    const int dropped = areas.DropTrial(&window_.axisWnd());
+    if (gone())
+        return;
+    if (!dropped) {
+        // steps of the dialog were given up for want of memory, so that none before it fits either
         MemoryFile file(stored_);
         areas.EndWorking();
         areas.Load(file);
+        areas.history().clear();
+        if (modified_)
+            areas.history().markUnsaved();
+        else
+            areas.SetSaved();
     }
     CDialog::OnCancel();
+}
+
+void AAreaSelectDlg::OnDestroy()
+{
+    window_.axisWnd().GetTrackers()->EndTrial();
+    CDialog::OnDestroy();
 }
 
 void AAreaSelectDlg::OnSize(unsigned type, int cx, int cy)

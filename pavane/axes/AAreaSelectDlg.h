@@ -19,6 +19,7 @@ protected:
     int OnInitDialog() override;
     void OnCancel() override;
     void OnSize(unsigned type, int cx, int cy) override;
+    void OnDestroy() override;
 
 private:
     std::string shapes() const;
@@ -27,6 +28,7 @@ private:
     AAxisTrkSelWnd window_;
     std::string stored_;  ///< the areas as they were, in their stored form
     std::string shapes_;  ///< what of it the user can see
+    int modified_ = 0;    ///< whether those were unsaved
 };
 
 }  // namespace pavane

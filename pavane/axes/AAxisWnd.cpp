@@ -423,10 +423,8 @@ void AAxisWnd::tellOfLostSteps()
 
 void AAxisWnd::areaChanging(ATracker& tracker)
 {
-    if (showCells_) {
-        overlay_->followDrag(*trackers_, static_cast<const ABTracker&>(tracker));
-        invalidateCells();
-    }
+    overlay_->followDrag(*trackers_, static_cast<const ABTracker&>(tracker));
+    invalidateCells();
     showStatusAtPointer();
 }
 

@@ -86,6 +86,11 @@ public:
     /// Whether a command would do something now; commands of others never.
     int IsCommandEnabled(unsigned id) const;
 
+    /// Whether a vertex of a polygon has the focus.
+    int IsVertexFocused() const;
+    /// What the Delete key does: the vertex with the focus goes, else the areas. Always 1.
+    int DeleteFocused();
+
     /// Shows the cells that the mask of the areas sets, also while an area is dragged.
     void SetCellOverlay(int on);
     int GetCellOverlay() const { return showCells_; }
@@ -187,7 +192,6 @@ private:
     int runControlKey(int key, bool shift);
     int toolKey(int key);
     int moveByArrow(int key, bool shift, bool control);
-    int deleteFocused();
     void leaveForDialog();
     void enableCommands();
     void endDrags();

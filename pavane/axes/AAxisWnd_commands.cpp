@@ -5,6 +5,7 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 #include "pavane/trackers/key_steps.h"
+#include "pavane/trackers/messages.h"
 #include "platform/CDialog.h"
 #include "platform/CMenu.h"
 #include "platform/controls.h"
@@ -170,6 +171,10 @@ int AAxisWnd::RunCommand(unsigned id)
         return (void)trackers_->InsertVertex(this, at), 1;
     case ID_VERTEX_DELETE:
         return (void)trackers_->DeleteVertex(this, at), 1;
+    case ID_COPY_TO_CLIPBOARD:
+        return OnCopyToClipboard(), 1;
+    case ID_COPY_TO_BMP:
+        return OnCopyToBMP(), 1;
     default:
         return 0;
     }
@@ -182,13 +187,20 @@ int AAxisWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
     return ABWindow::OnCommand(id, code, control);
 }
 
-/// The vertex with the focus, else the areas.
-int AAxisWnd::deleteFocused()
+int AAxisWnd::IsVertexFocused() const
 {
-    if (trackers_->focusHandle() >= 0 && !trackers_->workingTracker() &&
-        dynamic_cast<ARPAreaTracker*>(trackers_->trackerAt(trackers_->focusItem())))
-        return (void)trackers_->DeleteVertex(this), 1;
-    return (void)trackers_->DelteTracker(this), 1;
+    return trackers_->focusHandle() >= 0 && !trackers_->workingTracker() &&
+           dynamic_cast<ARPAreaTracker*>(trackers_->trackerAt(trackers_->focusItem()));
+}
+
+int AAxisWnd::DeleteFocused()
+{
+    if (!IsVertexFocused())
+        return (void)trackers_->DelteTracker(this), 1;
+    const HWND self = GetSafeHwnd();
+    if (!trackers_->DeleteVertex(this) && CWnd::FromHandle(self) == this)
+        OnNotice(threeVerticesStay);
+    return 1;
 }
 
 int AAxisWnd::moveByArrow(int key, bool shift, bool control)
@@ -252,7 +264,7 @@ int AAxisWnd::runKey(int key, bool shift, bool control)
     case VK_DOWN:
         return moveByArrow(key, shift, control);
     case VK_DELETE:
-        return deleteFocused();
+        return DeleteFocused();
     case VK_INSERT:
         return (void)trackers_->InsertVertex(this), 1;
     case VK_RETURN:

@@ -53,6 +53,8 @@ void AAxisWnd::OnLButtonUp(unsigned flags, CPoint point)
 
 void AAxisWnd::OnLButtonDblClk(unsigned flags, CPoint point)
 {
+    if (trackers_->mode() & toolZoomIn)  // the second of two quick clicks is a step of its own
+        return OnLButtonDown(flags, point);
     settle();
     const HWND self = GetSafeHwnd();
     SetFocus();
@@ -160,7 +162,9 @@ void AAxisWnd::OnContextMenu(CWnd* window, CPoint screen)
     settle();
     if (axis_ && trackers_->mode() == toolArrow && !trackers_->workingTracker()) {
         const int under = trackers_->TopmostAt(menuPoint_, this);
-        if (under >= 0 && !trackers_->IsSelected(under) && under != trackers_->GetCurItemNo())
+        const ATracker* const area = trackers_->trackerAt(under);
+        const int chosen = under == trackers_->GetCurItemNo() && area && area->IsActive();
+        if (area && !chosen && !trackers_->IsSelected(under))
             trackers_->ChangeActiveTrack(this, under);
     }
     ABWindow::OnContextMenu(window, screen);

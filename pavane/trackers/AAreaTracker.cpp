@@ -46,7 +46,7 @@ int AAreaTracker::HitTest(CPoint point, CWnd*)
         return 0;
     CRect all;
     GetTrueRect(&all);
-    if (!all.PtInRect(point))
+    if (!caughtBox(all).PtInRect(point))
         return hitNothing;
     const int hit = HitTestHandles(point);
     return hit > hitInside && !(style_ & trackerHandles) ? hitInside : hit;
@@ -55,10 +55,7 @@ int AAreaTracker::HitTest(CPoint point, CWnd*)
 int AAreaTracker::HitTestHandles(CPoint point)
 {
     const int n = points_.count();
-    const int vertex = hitVertex(points_.lpArray(), n, point, handleSize_);
-    if (vertex >= 0)
-        return vertex + hitFirstHandle;
-    return insidePolygon(points_.lpArray(), n, point) ? hitInside : hitNothing;
+    return hitPolygon(points_.lpArray(), n, point, {handleSize_, vertexCatch_, edgeCatch_});
 }
 
 void AAreaTracker::GetTrueRect(CRect* rect) const

@@ -63,7 +63,7 @@ int ARPAreaTracker::HitTest(CPoint point, CWnd*)
         return 0;
     CRect all;
     GetTrueRect(&all);
-    if (!all.PtInRect(point))
+    if (!caughtBox(all).PtInRect(point))
         return hitNothing;
     const int hit = HitTestHandles(point);
     return hit > hitInside && !(style_ & trackerHandles) ? hitInside : hit;
@@ -74,10 +74,7 @@ int ARPAreaTracker::HitTestHandles(CPoint point)
     AArray<CPoint> points;
     GetPixelPoints(points);
     const int n = points.count();
-    const int vertex = hitVertex(points.lpArray(), n, point, handleSize_);
-    if (vertex >= 0)
-        return vertex + hitFirstHandle;
-    return insidePolygon(points.lpArray(), n, point) ? hitInside : hitNothing;
+    return hitPolygon(points.lpArray(), n, point, {handleSize_, vertexCatch_, edgeCatch_});
 }
 
 void ARPAreaTracker::GetTrueRect(CRect* rect) const

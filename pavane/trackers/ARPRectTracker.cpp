@@ -69,6 +69,7 @@ int ARPRectTracker::HitTestHandles(CPoint point)
     const CRect rect = pixelRect();
     CRect all;
     GetTrueRect(&all);
+    all = grown(all, extraCatch());
     return hitRectHandles(rect, point, GetHandleSize(rect), handleSize_, all);
 }
 

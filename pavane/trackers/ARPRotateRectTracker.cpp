@@ -92,7 +92,7 @@ int ARPRotateRectTracker::HitTest(CPoint point, CWnd* window)
 {
     CRect all;
     GetTrueRect(&all);
-    if (!mayBeHit(window, point) || !all.PtInRect(point))
+    if (!mayBeHit(window, point) || !caughtBox(all).PtInRect(point))
         return hitNothing;
     const int hit = HitTestHandles(point);
     return hit > hitInside && !(style_ & trackerHandles) ? hitInside : hit;
@@ -108,7 +108,10 @@ int ARPRotateRectTracker::HitTestHandles(CPoint point)
     }
     AArray<CPoint> points;
     pixelOutline(points);
-    return insidePolygon(points.lpArray(), points.count(), point) ? hitInside : hitNothing;
+    const int caught =
+        insidePolygon(points.lpArray(), points.count(), point) ||
+        (edgeCatch_ > 0 && nearOutline(points.lpArray(), points.count(), point, edgeCatch_));
+    return caught ? hitInside : hitNothing;
 }
 
 void ARPRotateRectTracker::GetTrueRect(CRect* rect) const

@@ -67,7 +67,7 @@ int ARectTracker::HitTest(CPoint point, CWnd*)
 {
     CRect all;
     GetTrueRect(&all);
-    if (!all.PtInRect(point))
+    if (!grown(all, extraCatch()).PtInRect(point))
         return hitNothing;
     return style_ & trackerHandles ? HitTestHandles(point) : hitMiddle;
 }
@@ -76,7 +76,7 @@ int ARectTracker::HitTestHandles(CPoint point)
 {
     CRect all;
     GetTrueRect(&all);
-    if (!all.PtInRect(point))
+    if (!grown(all, extraCatch()).PtInRect(point))
         return hitNothing;
     const int mask = GetHandleMask();
     for (int code = 0; code < hitMiddle; ++code) {

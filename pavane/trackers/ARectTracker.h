@@ -3,6 +3,8 @@
 #include "pavane/trackers/ABaseTracker.h"
 #include "pavane/trackers/rect_handles.h"
 
+#include <algorithm>
+
 namespace pavane
 {
 
@@ -67,6 +69,8 @@ protected:
 private:
     class Drag;
     ShapeTrace trace() const;
+    /// What the catch of edges adds to the room about the true rectangle.
+    int extraCatch() const { return std::max(edgeCatch_ - std::max(handleSize_ / 2 - 1, 0), 0); }
 };
 
 }  // namespace pavane

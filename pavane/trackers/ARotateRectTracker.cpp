@@ -89,7 +89,7 @@ int ARotateRectTracker::HitTest(CPoint point, CWnd* window)
 {
     CRect all;
     GetTrueRect(&all);
-    if (!mayBeHit(window, point) || !all.PtInRect(point))
+    if (!mayBeHit(window, point) || !caughtBox(all).PtInRect(point))
         return hitNothing;
     const int hit = HitTestHandles(point);
     return hit > hitInside && !(style_ & trackerHandles) ? hitInside : hit;
@@ -107,7 +107,10 @@ int ARotateRectTracker::HitTestHandles(CPoint point)
     }
     AArray<CPoint> points;
     GetAreaPoints(points);
-    return insidePolygon(points.lpArray(), points.count(), point) ? hitInside : hitNothing;
+    const int caught =
+        insidePolygon(points.lpArray(), points.count(), point) ||
+        (edgeCatch_ > 0 && nearOutline(points.lpArray(), points.count(), point, edgeCatch_));
+    return caught ? hitInside : hitNothing;
 }
 
 void ARotateRectTracker::GetTrueRect(CRect* rect) const

@@ -4,6 +4,8 @@
 #include "pavane/trackers/rect_handles.h"
 #include "pavane/trackers/tracker_record.h"
 
+#include <algorithm>
+
 namespace pavane
 {
 
@@ -66,6 +68,11 @@ int ATracker::SetState(const std::string& state)
     MemoryFile old(before);
     (void)Load(old);  // what was stored loads
     return 0;
+}
+
+CRect ATracker::caughtBox(const CRect& box) const
+{
+    return grown(box, std::max(vertexCatch_, edgeCatch_));
 }
 
 int ATracker::ownBounds(CRect& bounds) const

@@ -122,6 +122,12 @@ public:
     /// Not stored.
     int deadZone() const { return deadZone_; }
     void SetDeadZone(int pixels) { deadZone_ = pixels; }
+    /// Pixels about a vertex of a closed polygon and about the outline of any shape in which a
+    /// press is taken to be on it; 0, as at first, takes the handle and the inside alone. Not
+    /// stored.
+    void SetCatch(int vertex, int edge) { vertexCatch_ = vertex, edgeCatch_ = edge; }
+    int vertexCatch() const { return vertexCatch_; }
+    int edgeCatch() const { return edgeCatch_; }
     /// Not owned, not stored; null for none.
     TrackerListener* listener() const { return listener_; }
     void SetListener(TrackerListener* listener) { listener_ = listener; }
@@ -133,6 +139,8 @@ protected:
 
     /// Bounds from the listener, or from the shape's own surroundings (an axis); 0 for none.
     virtual int ownBounds(CRect& bounds) const;
+    /// A box with as much room about it as a press may be away.
+    CRect caughtBox(const CRect& box) const;
     /// Refreshes both rectangles (unless `window` is null) and tells whether a press may begin.
     int mayBegin(CWnd* window, CPoint point);
     /// Whether a press at `point` lies in both rectangles as they are.
@@ -156,6 +164,8 @@ protected:
     CRect clipRect_;
     int finished_ = 0;
     int deadZone_ = 0;
+    int vertexCatch_ = 0;
+    int edgeCatch_ = 0;
     TrackerListener* listener_ = nullptr;
     /// Non-zero when right and bottom of the rectangles belong to them.
     int edgesIncluded_ = 0;

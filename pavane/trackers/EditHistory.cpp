@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 namespace pavane
@@ -98,6 +99,7 @@ EditRecorded EditHistory::commit(const EditSelection& after, std::uint64_t merge
         return lose();
     }
     slot(end_) = step;
+    trialStep_ = std::min(trialStep_, end_);
     bytes_ += step->memory();
     position_ = ++end_;
     while (limit_ && bytesUsed() > limit_ && steps() > 1)
@@ -215,6 +217,8 @@ void EditHistory::clear()
         drop(--end_);
     list_.cut(0);
     listStart_ = first_ = end_ = position_ = 0;
+    trialBroken_ = true;
+    floor_ = std::min(floor_, position_);
     saved_ = modified ? nowhere : position_;
     seriesKey_ = 0;
     toldOfLoss_ = false;
@@ -224,6 +228,27 @@ void EditHistory::markSaved()
 {
     saved_ = position_;
     endSeries();
+}
+
+void EditHistory::beginTrial()
+{
+    endSeries();
+    floor_ = position_;
+    trialStep_ = std::numeric_limits<std::int64_t>::max();
+    trialBroken_ = false;
+}
+
+int EditHistory::dropTrial(EditTarget& target)
+{
+    const std::int64_t floor = std::exchange(floor_, nowhere);
+    if (floor == nowhere || trialBroken_ || first_ > floor)
+        return 0;
+    while (position_ > floor)
+        if (!undo(target))
+            return 0;
+    while (end_ > std::max(trialStep_, position_))
+        drop(--end_);
+    return 1;
 }
 
 std::size_t EditHistory::bytesUsed() const

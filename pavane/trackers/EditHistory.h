@@ -3,6 +3,7 @@
 #include "pavane/trackers/Pile.h"
 #include "platform/api.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -99,7 +100,7 @@ public:
     /// The next step is not joined to the last.
     void endSeries() { seriesKey_ = 0; }
 
-    int canUndo() const { return position_ > first_; }
+    int canUndo() const { return position_ > std::max(first_, floor_); }
     int canRedo() const { return position_ < end_; }
     /// Label of the step that would be undone or redone; empty when there is none. Good until the
     /// history changes.
@@ -110,6 +111,14 @@ public:
     /// and the step can be tried again.
     int undo(EditTarget& target);
     int redo(EditTarget& target);
+
+    /// From here to endTrial `undo` goes no further back than now, and all edits together can be
+    /// taken back: for a dialog that can be cancelled.
+    void beginTrial();
+    void endTrial() { floor_ = nowhere; }
+    /// Takes back what happened in the trial and forgets its steps; the trial has ended. 0 when
+    /// that cannot be done, since steps of it were given up: `target` may be anything then.
+    int dropTrial(EditTarget& target);
 
     /// The present state is what is saved.
     void markSaved();
@@ -159,6 +168,9 @@ private:
     std::int64_t saved_ = 0;
     std::size_t bytes_ = 0;
     std::size_t limit_ = 0;
+    std::int64_t floor_ = nowhere;  // where the trial began
+    std::int64_t trialStep_ = 0;    // the first step that was made in it
+    bool trialBroken_ = false;
     std::uint64_t seriesKey_ = 0;
     bool toldOfLoss_ = false;
     EditRecorded loss_ = editRecorded;

@@ -131,6 +131,7 @@ void TrackerCollection::FillAreasCB(CWnd* owner)
 void TrackerCollection::EndWorking()
 {
     const int count = trackerCount();
+    int told = workingTracker() != nullptr;
     endDrag();
     {
         Step step(*this, "Drop area");
@@ -138,8 +139,12 @@ void TrackerCollection::EndWorking()
     }
     zoomHistory_.Free();
     hovering_ = 0;
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
+        told = told || trackerAt(i)->IsActive();
         SetItemActive(i, 0);
+    }
+    if (told)
+        tellOfEdit();
 }
 
 CComboBox* TrackerCollection::GetComboBox(CWnd* window)
@@ -171,10 +176,22 @@ void TrackerCollection::SetDeadZone(int pixels)
         working->SetDeadZone(deadZone_);
 }
 
+void TrackerCollection::SetCatch(int vertex, int edge)
+{
+    vertexCatch_ = std::max(vertex, 0);
+    edgeCatch_ = std::max(edge, 0);
+    for (int i = 0; i < trackerCount(); ++i)
+        trackerAt(i)->SetCatch(vertexCatch_, edgeCatch_);
+    if (ATracker* const working = workingTracker())
+        working->SetCatch(vertexCatch_, edgeCatch_);
+    ForgetBoxes();
+}
+
 void TrackerCollection::adopt(ATracker& tracker)
 {
     tracker.SetListener(this);
     tracker.SetDeadZone(deadZone_);
+    tracker.SetCatch(vertexCatch_, edgeCatch_);
 }
 
 void TrackerCollection::rescale(ATracker& tracker, int fromMapping, int toMapping)

@@ -103,6 +103,7 @@ public:
     /// construction and the shape that is being drawn.
     virtual void Draw(CDC* dc, CWnd* window);
     /// Deletes the polygon under construction, clears the zoom history, makes every area inactive.
+    /// As after Add and DeleteItems the host repaints.
     virtual void EndWorking();
 
     // Hooks of hosts
@@ -152,6 +153,12 @@ public:
     /// All edits until EndEdits are one step. Calls nest; the outermost label counts.
     void BeginEdits(std::string_view label);
     void EndEdits(CWnd* window);
+    /// Edits that the user may still cancel begin; Undo goes no further back until EndTrial.
+    void BeginTrial() { history_.beginTrial(); }
+    void EndTrial() { history_.endTrial(); }
+    /// Takes back all edits of the trial and their steps, and ends it; a drag ends before. 0 when
+    /// steps had been given up: the areas may be any then.
+    int DropTrial(CWnd* window);
     /// Calls `change` on tracker i; what it did is one step. A result of 0 puts the tracker back.
     int ChangeTracker(CWnd* window, int i, std::string_view label,
                       const std::function<int(ATracker&)>& change);
@@ -194,8 +201,8 @@ public:
     int DeleteVertex(CWnd* window, const CPoint* at = nullptr);
     /// Closes the polygon under construction when it has three vertices.
     int CloseArea(CWnd* window);
-    /// Draws without a pointer: puts the shape of the drawing tool into the middle of what is shown,
-    /// a quarter of it wide and high. 0 without such a tool and while a polygon is open.
+    /// Draws without a pointer: puts the shape of the drawing tool into the middle of what is
+    /// shown, a quarter of it wide and high. 0 without such a tool and while a polygon is open.
     int PlaceShape(CWnd* window);
     /// Drops the polygon under construction, else the drawing tool, else focus and selection. 0
     /// when there was nothing to leave.
@@ -209,6 +216,15 @@ public:
     /// click that chooses an area may move it.
     void SetClickSelects(int on) { clickSelects_ = on; }
     int clickSelects() const { return clickSelects_; }
+    /// Presses find vertices and edges within so many pixels (see ATracker::SetCatch); 0 at first.
+    void SetCatch(int vertex, int edge);
+    /// With a non-zero value a press on the first vertex of an open polygon of three corners or
+    /// more closes it; at first it adds one there.
+    void SetFirstVertexCloses(int on) { firstVertexCloses_ = on; }
+    int firstVertexCloses() const { return firstVertexCloses_; }
+    /// Corners that a polygon has to have for a double click to close it; 1 at first.
+    void SetFewestCorners(int n) { fewestCorners_ = n; }
+    int fewestCorners() const { return fewestCorners_; }
     /// How the last drag ended; after the right button a window shows no context menu.
     DragEnd lastDragEnd() const { return lastDragEnd_; }
     /// Lasts as long as the collection.
@@ -272,6 +288,10 @@ protected:
     int mode_ = toolArrow;
     int deadZone_ = 0;
     int clickSelects_ = 0;
+    int vertexCatch_ = 0;
+    int edgeCatch_ = 0;
+    int firstVertexCloses_ = 0;
+    int fewestCorners_ = 1;
     AArray<TMinMax> zoomHistory_;
     HCURSOR zoomCursor_ = 0;
     HCURSOR drawCursor_ = 0;
@@ -321,6 +341,9 @@ private:
     void leaveCurrent(CWnd* window, CPoint p);
     void takeClicked(CWnd* window, CPoint p);
     int addVertex(CWnd* window, CPoint p);
+    int closesAt(CPoint p, CPoint* vertex = nullptr) const;
+    void focusPressed(CWnd* window, CPoint p);
+    void invalidateFocus(CWnd* window) const;
     void takeDrawn(CWnd* window, ATracker* tracker, const char* label);
     void takeWorking(CWnd* window, const std::string& before);
     int moveSeveral(CWnd* window, int item, CPoint p);

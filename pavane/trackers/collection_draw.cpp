@@ -3,6 +3,7 @@
 
 #include "pavane/resources/tool_cursors.h"
 #include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/rect_handles.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "pavane/trackers/tracker_shape.h"
 #include "pavane/trackers/TrackerCollection.h"
@@ -11,6 +12,7 @@
 #include "platform/resources.h"
 #include "tessel/rounding.h"
 
+#include <algorithm>
 #include <iterator>
 #include <limits>
 
@@ -51,7 +53,7 @@ ARect<double> TrackerCollection::boxOf(const ATracker& tracker)
         return {-everywhere, -everywhere, everywhere, everywhere};
     CRect rect;
     tracker.GetTrueRect(&rect);
-    return asBox(rect);
+    return asBox(grown(rect, std::max(tracker.vertexCatch(), tracker.edgeCatch())));
 }
 
 int TrackerCollection::knowBoxes()
@@ -151,10 +153,19 @@ int TrackerCollection::drawingClip(CWnd* window, ATracker& tracker, CRect& clip)
     return 1;
 }
 
+/// For a focus that comes or goes by itself.
+void TrackerCollection::invalidateFocus(CWnd* window) const
+{
+    constexpr int reach = focusReach + 2;
+    CPoint p;
+    if (window && FocusPoint(p))
+        window->InvalidateRect(CRect(p.x - reach, p.y - reach, p.x + reach, p.y + reach));
+}
+
 void TrackerCollection::drawFocus(CDC& dc) const
 {
     CPoint p;
-    if (!FocusPoint(p))
+    if (dragged_ || !FocusPoint(p))  // what a drag uncovers is the outline only
         return;
     const CPoint frame[] = {{p.x - focusReach, p.y - focusReach},
                             {p.x + focusReach, p.y - focusReach},
@@ -194,6 +205,7 @@ int TrackerCollection::OnMouseMove(CWnd* window, unsigned flags, CPoint p)
         invalidateTrace(*window, {{from, hover_}, false, {}, lineMargin});
     hovering_ = takesPress(p);
     hover_ = p;
+    (void)closesAt(p, &hover_);
     if (hovering_)
         invalidateTrace(*window, {{from, hover_}, false, {}, lineMargin});
     return 1;

@@ -5,10 +5,13 @@
 #include "pavane/trackers/collection_step.h"
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
+#include "pavane/trackers/turned_rect.h"
 #include "platform/CWnd.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <memory>
 
 namespace pavane
@@ -131,8 +134,13 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     if (!current || !current->IsActive() || current->HitTest(p, window) < 0)
         return 0;
     const std::string before = recordOf(*current, curItem_);
-    if (drag(window, *current, [&] { return current->Track(window, p, 0, nullptr); }) !=
-        DragResult::kept)
+    focusPressed(window, p);
+    const DragResult end =
+        drag(window, *current, [&] { return current->Track(window, p, 0, nullptr); });
+    if (end == DragResult::gone)
+        return 1;
+    invalidateFocus(window);
+    if (end != DragResult::kept)
         return 1;
     const int i = IndexOf(current);
     if (i < 0 || sameShape(recordOf(*current, i), before))
@@ -143,6 +151,21 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     }
     changed(window);
     return 1;
+}
+
+/// A vertex of the current area that is pressed has the focus, and nothing else has: keys go to
+/// what the pointer has taken last.
+void TrackerCollection::focusPressed(CWnd* window, CPoint p)
+{
+    ATracker& current = *trackerAt(curItem_);
+    ShapeValues shape;
+    const int hit = current.HitTest(p, window);
+    const int vertex = shapeOf(current, shape) && shape.kind == ShapeValues::Kind::polygon &&
+                       hit >= hitFirstHandle;
+    invalidateFocus(window);
+    focusItem_ = vertex ? curItem_ : -1;
+    focusHandle_ = vertex ? hit - hitFirstHandle : -1;
+    invalidateFocus(window);
 }
 
 /// Runs one drag and tells whether the tracker and the collection are still there. `window` is null
@@ -225,8 +248,28 @@ int TrackerCollection::pressDraw(CWnd* window, CPoint p)
     return 1;
 }
 
+/// Whether a press at `p` closes the open polygon, and where its first vertex is.
+int TrackerCollection::closesAt(CPoint p, CPoint* vertex) const
+{
+    ShapeValues shape;
+    const ATracker* const working = workingTracker();
+    constexpr std::size_t fewest = 3;
+    if (!firstVertexCloses_ || !working || !shapeOf(*working, shape) ||
+        shape.points.size() < fewest)
+        return 0;
+    const CPoint first = pixelPoint(shape.points.front());
+    if (std::hypot(static_cast<double>(p.x) - first.x, static_cast<double>(p.y) - first.y) >
+        std::max(vertexCatch_, working->GetHandleSize() / 2))
+        return 0;
+    if (vertex)
+        *vertex = first;
+    return 1;
+}
+
 int TrackerCollection::addVertex(CWnd* window, CPoint p)
 {
+    if (closesAt(p))
+        return CloseArea(window), 1;
     ATracker* working = workingTracker();
     const std::string before = working ? recordOf(*working, -1) : std::string();
     if (!working) {
@@ -308,7 +351,10 @@ int TrackerCollection::OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p)
         return 0;
     if (ATracker* const working = workingTracker()) {
         const std::string before = recordOf(*working, -1);
-        if (working->TrackReady(window, p))
+        ShapeValues shape;
+        const int few = shapeOf(*working, shape) &&
+                        static_cast<std::int64_t>(shape.points.size()) < fewestCorners_;
+        if (!few && working->TrackReady(window, p))
             takeWorking(window, before);
         return 1;
     }

@@ -305,6 +305,17 @@ int TrackerCollection::walk(CWnd* window, const std::function<int()>& step)
     return 1;
 }
 
+int TrackerCollection::DropTrial(CWnd* window)
+{
+    endDrag();
+    const int mode = mode_;
+    const int done = depth_ == 0 && history_.dropTrial(*this);
+    if (mode_ != mode)
+        showTool(window);
+    changed(window);
+    return done;
+}
+
 void TrackerCollection::BeginEdits(std::string_view label)
 {
     if (depth_++ == 0)

@@ -1,10 +1,12 @@
 #include "pavane/trackers/polygon_shape.h"
 
+#include "pavane/trackers/rect_handles.h"
 #include "pavane/trackers/RectDrag.h"
 #include "pavane/trackers/turned_rect.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace pavane
@@ -63,6 +65,46 @@ int hitVertex(const CPoint* points, int n, CPoint p, int size)
         if (squareAbout(points[i], size).PtInRect(p))
             return i;
     return -1;
+}
+
+int nearOutline(const CPoint* points, int n, CPoint p, int reach)
+{
+    for (int i = 0, before = n - 1; i < n; before = i++) {
+        const double dx = static_cast<double>(points[i].x) - points[before].x;
+        const double dy = static_cast<double>(points[i].y) - points[before].y;
+        const double px = static_cast<double>(p.x) - points[before].x;
+        const double py = static_cast<double>(p.y) - points[before].y;
+        const double length = dx * dx + dy * dy;
+        const double along = length > 0 ? std::clamp((px * dx + py * dy) / length, 0.0, 1.0) : 0.0;
+        if (std::hypot(px - along * dx, py - along * dy) <= reach)
+            return 1;
+    }
+    return 0;
+}
+
+int hitPolygon(const CPoint* points, int n, CPoint p, const PolygonCatch& reach)
+{
+    constexpr int inside = 1;
+    int vertex = hitVertex(points, n, p, reach.handle);
+    const int within = insidePolygon(points, n, p);
+    if (vertex < 0 && reach.vertex > 0) {
+        const CSize size = extentOf(boundingBox(points, n));
+        double nearest = reach.vertex;
+        if (within)
+            nearest = std::min(nearest, std::max(size.cx, size.cy) / 4.0);
+        for (int i = 0; i < n; ++i) {
+            const double far = std::hypot(static_cast<double>(p.x) - points[i].x,
+                                          static_cast<double>(p.y) - points[i].y);
+            if (far < nearest || (far == nearest && vertex < 0)) {
+                nearest = far;
+                vertex = i;
+            }
+        }
+    }
+    if (vertex >= 0)
+        return vertex + hitFirstHandle;
+    return within || (reach.edge > 0 && nearOutline(points, n, p, reach.edge)) ? inside
+                                                                               : hitNothing;
 }
 
 CPoint polygonStep(const CPoint* points, int n, CPoint press, CPoint pointer, const CRect& valid)

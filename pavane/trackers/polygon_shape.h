@@ -25,6 +25,21 @@ PAVANE_API int insidePolygon(const CPoint* points, int n, CPoint p);
 /// The first of the n vertices whose handle of edge `size` has `p` in it, -1 for none.
 PAVANE_API int hitVertex(const CPoint* points, int n, CPoint p, int size);
 
+/// Whether `p` is at most `reach` pixels from an edge of the closed polygon.
+PAVANE_API int nearOutline(const CPoint* points, int n, CPoint p, int reach);
+
+/// How a press finds a polygon: handles of edge `handle`, vertices and edges as of
+/// ATracker::SetCatch.
+struct PolygonCatch {
+    int handle = 0;
+    int vertex = 0;
+    int edge = 0;
+};
+/// -1 nothing, 1 inside or on an edge, 2 + i vertex i: the first whose handle has `p` in it, else
+/// the nearest one within reach. In a polygon smaller than four reaches these shrink with it, so
+/// that there is room left to move it by.
+PAVANE_API int hitPolygon(const CPoint* points, int n, CPoint p, const PolygonCatch& reach);
+
 /// By how much the polygon moves: the step from `press` to `pointer`, shortened where its
 /// GetAroundRect would leave `valid` (right and bottom included).
 PAVANE_API CPoint polygonStep(const CPoint* points, int n, CPoint press, CPoint pointer,
