@@ -8,7 +8,6 @@
 #include "pavane/maps/AAxisColorOP.h"
 #include "pavane/maps/ALevelsColorGraph.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
-#include "pavane/windows/placement_text.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/message.h"
 #include "platform/profile.h"
@@ -32,6 +31,21 @@ constexpr int tableWidth = 290;
 constexpr unsigned copyTimer = 1;
 /// Pixels that the pointer may tremble in a click without moving an area.
 constexpr int clickTremble = 3;
+/// Pixels about vertices and edges of areas in which they are caught.
+constexpr int vertexReach = 8;
+constexpr int edgeReach = 4;
+/// A polygon of fewer corners holds nothing.
+constexpr int fewestCorners = 3;
+
+/// How the pointer picks and draws areas here.
+void setUpPointer(TrackerCollection& areas)
+{
+    areas.SetDeadZone(clickTremble);
+    areas.SetClickSelects(1);
+    areas.SetCatch(vertexReach, edgeReach);
+    areas.SetFirstVertexCloses(1);
+    areas.SetFewestCorners(fewestCorners);
+}
 
 }  // namespace
 
@@ -59,8 +73,7 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
         !status_.Create(this, idStatus))
         return -1;
     table_.SetAxisWnd(&view_);
-    view_.GetTrackers()->SetDeadZone(clickTremble);
-    view_.GetTrackers()->SetClickSelects(1);
+    setUpPointer(*view_.GetTrackers());
     view_.SetToolBar(&bar_);
     view_.SetComboBox(&list_);
     SetAxisWnd(&view_);
@@ -90,17 +103,14 @@ int MainWindow::makeBar()
 
 void MainWindow::Show()
 {
-    const std::vector<CRect> screens = GetScreenRects();
-    PlacementRecord kept;
-    if (!readPlacement(GetProfileString(section, "WindowPos"), kept))
-        kept.normal = firstPlace;
-    const CRect place = reachablePlace(kept.normal, screens);
     // a window that starts as an icon, or where no screen is any more, would seem not to start
-    if (kept.normal != place || kept.showCommand == SW_SHOWMINIMIZED ||
-        !LoadWndPos(this, section)) {
-        MoveWindow(place);
+    const PlacementRecord start =
+        startPlacement(GetProfileString(section, "WindowPos"), firstPlace, GetScreenRects());
+    WINDOWPLACEMENT placement;
+    placement.showCmd = start.showCommand;
+    placement.rcNormalPosition = start.normal;
+    if (!SetWindowPlacement(placement))
         ShowWindow(SW_SHOW);
-    }
     if (!map_)
         status_.SetMessage("No map is open: Ctrl+O opens one");
     view_.SetFocus();
@@ -185,8 +195,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
         }
     }
     auto* const areas = new ATrackerArrayInAxis;
-    areas->SetDeadZone(clickTremble);
-    areas->SetClickSelects(1);
+    setUpPointer(*areas);
     session_.begin(file);
     agreedLosses_.clear();
     view_.SetTrackers(areas, 1);

@@ -63,6 +63,7 @@ private:
     void mapStatus(const AxisStatus& status) override;
     void mapAreasChanged() override;
     void mapNotice(const CString& text) override { status_.SetMessage(text); }
+    void mapSavePicture() override { savePicture(); }
 
     int makeBar();
     void layOut(int cx, int cy);
@@ -93,7 +94,6 @@ private:
 
     // Edit and view
     int runViewCommand(unsigned id);
-    void deleteCommand();
     void setPalette(std::size_t i);
     void contentChanged();
     void toggleContours();

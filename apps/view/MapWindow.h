@@ -1,6 +1,8 @@
 #pragma once
 
+#include "apps/view/main_menu.h"
 #include "pavane/axes/AAxisWnd.h"
+#include "platform/CMenu.h"
 
 namespace pavane
 {
@@ -13,6 +15,7 @@ public:
     virtual void mapStatus(const AxisStatus& status) = 0;
     virtual void mapAreasChanged() = 0;
     virtual void mapNotice(const CString& text) = 0;
+    virtual void mapSavePicture() = 0;
 };
 
 /// The map with its areas, in the main window.
@@ -37,6 +40,19 @@ public:
         owner_.mapAreasChanged();
     }
     void OnNotice(const CString& text) override { owner_.mapNotice(text); }
+    /// The pictures of the program are called as in its own menus.
+    void amMenuParse(CMenu* popup) override
+    {
+        AAxisWnd::amMenuParse(popup);
+        for (CMenu::Line& line : popup->lines())
+            if (line.id == ID_COPY_TO_CLIPBOARD)
+                line.text = copyPictureText;
+            else if (line.id == ID_COPY_TO_BMP)
+                line.text = savePictureText;
+    }
+
+protected:
+    void OnCopyToBMP() override { owner_.mapSavePicture(); }
 
 private:
     MapWindowOwner& owner_;

@@ -32,6 +32,9 @@ enum ViewCommand : unsigned {
     idPalette = 40501  ///< one for each palette
 };
 
+inline constexpr const char* copyPictureText = "Copy &picture\tCtrl+C";
+inline constexpr const char* savePictureText = "Save &picture...\tCtrl+P";
+
 inline constexpr MenuItem menuLine = {};
 
 inline constexpr MenuItem recentItems[] = {{"(none yet)", idNoRecent, nullptr, 0}};
@@ -55,7 +58,7 @@ inline constexpr MenuItem fileItems[] = {
     {"Region files in sk&y coordinates", idSkyRegions, nullptr, 0},
     menuLine,
     {"Save &mask...\tCtrl+M", idSaveMask, nullptr, 0},
-    {"Save &picture...\tCtrl+P", idSavePicture, nullptr, 0},
+    {savePictureText, idSavePicture, nullptr, 0},
     menuLine,
     {"E&xit\tCtrl+Q", idExit, nullptr, 0},
 };
@@ -73,7 +76,7 @@ inline constexpr MenuItem editItems[] = {
     {"Delete &vertex", ID_VERTEX_DELETE, nullptr, 0},
     {"Area value&s\tF4", idValues, nullptr, 0},
     menuLine,
-    {"Copy &picture\tCtrl+C", ID_COPY_TO_CLIPBOARD, nullptr, 0},
+    {copyPictureText, ID_COPY_TO_CLIPBOARD, nullptr, 0},
 };
 
 inline constexpr MenuItem viewItems[] = {

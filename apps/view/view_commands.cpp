@@ -75,8 +75,7 @@ int MainWindow::runViewCommand(unsigned id)
         view_.SetAreasInPicture(!view_.GetAreasInPicture());
         return 1;
     case idDelete:
-        deleteCommand();
-        return 1;
+        return view_.DeleteFocused();
     case idValues:
         toggleTable();
         return 1;
@@ -86,12 +85,6 @@ int MainWindow::runViewCommand(unsigned id)
         return 1;
     }
     return 0;
-}
-
-void MainWindow::deleteCommand()
-{
-    const int vertex = areas().focusHandle() >= 0;
-    (void)view_.RunCommand(vertex ? ID_VERTEX_DELETE : ID_TRACK_DELETE);
 }
 
 void MainWindow::toggleTable()
@@ -178,8 +171,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             line.checked = onSky && skyRegions_;
         } else if (line.id == idDelete) {
             line.enabled = view_.IsCommandEnabled(ID_TRACK_DELETE);
-            line.text =
-                map_ && areas().focusHandle() >= 0 ? "&Delete vertex\tDel" : "&Delete areas\tDel";
+            line.text = view_.IsVertexFocused() ? "&Delete vertex\tDel" : "&Delete areas\tDel";
         } else if (line.id == idValues)
             line.checked = showTable_;
     }

@@ -1,5 +1,7 @@
 #include "apps/view/window_place.h"
 
+#include "platform/messages.h"
+
 #include <algorithm>
 #include <cstdint>
 
@@ -14,6 +16,10 @@ constexpr int caption = 32;
 constexpr int edge = 4;
 /// What has to be seen of a caption to drag the window by it.
 constexpr int leastSeen = 120;
+constexpr unsigned comesBackMaximised = 2;
+/// A window below it shows too little to be taken for the program's.
+constexpr int leastWidth = 200;
+constexpr int leastHeight = 150;
 
 /// Whether the strip above the client area lies on the screen and the rest is no larger.
 int isReachable(const CRect& place, const CRect& screen)
@@ -49,6 +55,22 @@ CRect reachablePlace(const CRect& place, const std::vector<CRect>& screens)
     fit(moved.left, moved.right, screen.left + edge, screen.right - edge);
     fit(moved.top, moved.bottom, screen.top + caption, screen.bottom - edge);
     return moved;
+}
+
+PlacementRecord startPlacement(std::string_view kept, const CRect& first,
+                               const std::vector<CRect>& screens)
+{
+    PlacementRecord record;
+    if (!readPlacement(kept, record) || record.normal.Width() < leastWidth ||
+        record.normal.Height() < leastHeight)
+        record.normal = first;
+    record.normal = reachablePlace(record.normal, screens);
+    const bool maximised =
+        record.showCommand == SW_SHOWMAXIMIZED ||
+        (record.showCommand != SW_SHOWNORMAL && record.flags & comesBackMaximised);
+    record.showCommand = maximised ? SW_SHOWMAXIMIZED : SW_SHOWNORMAL;
+    record.flags = 0;
+    return record;
 }
 
 }  // namespace pavane

@@ -2,6 +2,7 @@
 #include "apps/view/AreaSession.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/window_place.h"
+#include "platform/messages.h"
 #include "platform/profile.h"
 #include "tessel/paths.h"
 
@@ -83,6 +84,41 @@ TEST(WindowPlace, StaysWhereItsTopCanBeSeenAndComesBackElse)
             << reachablePlace(c.place, screens).left << ' ' << reachablePlace(c.place, screens).top;
     EXPECT_TRUE(reachablePlace(cases[8].place, {}) == cases[8].place);
     EXPECT_TRUE(reachablePlace(cases[8].place, {CRect()}) == cases[8].place);
+}
+
+TEST(WindowPlace, ShowsTheWindowWhateverTheProfileSays)
+{
+    constexpr CRect first(80, 60, 1180, 900);
+    constexpr unsigned normal = SW_SHOWNORMAL, maximised = SW_SHOWMAXIMIZED;
+    const std::string good = ",-1,-1,-1,-1,10,40,610,420";
+    constexpr CRect kept(10, 40, 610, 420);
+    const struct {
+        std::string text;
+        unsigned command;
+        CRect place;
+    } cases[] = {
+        {"", normal, first},
+        {"8,1,-1", normal, first},
+        {"0,1" + good, normal, kept},
+        {"0,0" + good, normal, kept},  // hidden
+        {"0,2" + good, normal, kept},  // as an icon, in all the ways that there are
+        {"0,6" + good, normal, kept},
+        {"0,7" + good, normal, kept},
+        {"0,11" + good, normal, kept},
+        {"0,4000000000" + good, normal, kept},
+        {"2,2" + good, maximised, kept},  // an icon that comes back maximised
+        {"0,3" + good, maximised, kept},
+        {"2,1" + good, normal, kept},
+        {"0,1,-1,-1,-1,-1,10,40,210,190", normal, {10, 40, 210, 190}},  // as small as may be
+        {"0,1,-1,-1,-1,-1,10,40,209,190", normal, first},
+        {"0,3,-1,-1,-1,-1,10,40,210,189", maximised, first},
+        {"0,1,-1,-1,-1,-1,10,2000,610,2380", normal, {10, 616, 610, 996}},
+    };
+    for (const auto& c : cases) {
+        const PlacementRecord start = startPlacement(c.text, first, {{0, 0, 1400, 1000}});
+        EXPECT_EQ(start.showCommand, c.command) << c.text;
+        EXPECT_TRUE(start.normal == c.place) << c.text << ": " << start.normal.top;
+    }
 }
 
 TEST(AreaSession, KeepsACopyWhileAreasAreUnsaved)

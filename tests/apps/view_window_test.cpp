@@ -7,6 +7,7 @@
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 #include "platform/CDialog.h"
+#include "platform/clipboard.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 #include "platform/profile.h"
@@ -16,6 +17,7 @@
 #include <cmath>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <gtest/gtest.h>
 #if defined(__SANITIZE_ADDRESS__)
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
@@ -95,6 +97,12 @@ protected:
         ASSERT_TRUE(window.OpenMap(path("map.fits"), -1));
         window.Show();
         window.view().UpdateWindow();
+    }
+    static CRect clientOf(const CWnd& window)
+    {
+        CRect client;
+        window.GetClientRect(client);
+        return client;
     }
     static ATrackerArrayInAxis& areas(MainWindow& window) { return *window.view().GetTrackers(); }
     static void addArea(MainWindow& window, double size)
@@ -317,6 +325,56 @@ TEST_F(ViewWindow, PicturesShowTheZoomAndAreasOnlyWhenAsked)
     window.SendMessage(WM_COMMAND, ID_WHOLE_MAP);
     EXPECT_EQ(picture("whole.svg"), plain);
     EXPECT_TRUE(said.empty());
+}
+
+TEST_F(ViewWindow, CopiesItsPictureByCommandMenuAndKeyUnderOneName)
+{
+    MainWindow window;
+    open(window);
+    const CRect whole = clientOf(window.view());
+    const std::function<void()> ways[] = {
+        [&] { window.SendMessage(WM_COMMAND, ID_COPY_TO_CLIPBOARD); },
+        [&] { window.view().SendMessage(WM_COMMAND, ID_COPY_TO_CLIPBOARD); },
+        [&] {
+            SetKeyStateOverride(MK_CONTROL);
+            window.view().SendMessage(WM_KEYDOWN, 'C');
+            SetKeyStateOverride(-1);
+        }};
+    for (const auto& way : ways) {
+        ASSERT_TRUE(SetClipboardText("before"));
+        way();
+        EXPECT_EQ(GetClipboardBitmapSize().cx, whole.Width());
+        EXPECT_EQ(GetClipboardBitmapSize().cy, whole.Height());
+    }
+    CMenu library;
+    ASSERT_TRUE(library.LoadMenu(window.view().GetMenuID()));
+    CMenu* const popup = library.GetSubMenu(0);
+    window.view().amMenuParse(popup);
+    std::string texts;
+    for (const CMenu::Line& line : popup->lines())
+        texts += line.text + "|";
+    EXPECT_NE(texts.find("|Copy &picture\tCtrl+C|Save &picture...\tCtrl+P|"), std::string::npos)
+        << texts;
+    // both ways to save ask for the same kinds of pictures
+    for (const char* name : {"context.pdf", "context.svg"}) {
+        fileAnswer = path(name);
+        window.view().SendMessage(WM_COMMAND, ID_COPY_TO_BMP);
+        EXPECT_TRUE(IsFileExists(fileAnswer)) << name;
+    }
+    EXPECT_TRUE(said.empty());
+}
+
+TEST_F(ViewWindow, ShowsItselfWhereAHiddenOneWasKept)
+{
+    for (const char* kept : {"0,0,-1,-1,-1,-1,90,80,690,480", "0,6,-1,-1,-1,-1,90,80,690,480",
+                             "0,1,-1,-1,-1,-1,90,80,190,120"}) {
+        WriteProfileString("pavane-view", "WindowPos", kept);
+        MainWindow window;
+        open(window);
+        EXPECT_TRUE(window.IsWindowVisible() && !window.IsIconic()) << kept;
+        EXPECT_GE(clientOf(window).Width(), 200) << kept;
+        window.SendMessage(WM_CLOSE);
+    }
 }
 
 TEST_F(ViewWindow, ForgetsARecentMapThatIsGone)

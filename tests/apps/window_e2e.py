@@ -20,7 +20,7 @@ import subprocess
 import sys
 import time
 
-NEEDED = ["Xvfb", "xdotool", "openbox", "xprop"]
+NEEDED = ["Xvfb", "xdotool", "openbox", "xprop", "xclip"]
 PATIENCE = 15.0
 SIZE = 256
 
@@ -328,6 +328,42 @@ def zoom_and_back(view, desk):
         raise Failure(f"zooming shows {plain:.3g}, then {zoomed:.3g}, back {back:.3g}")
 
 
+def copy_picture(view, desk):
+    """The key and the line of the menu put the picture of the map where other programs find it."""
+    def picture():
+        shown = subprocess.run(["xclip", "-selection", "clipboard", "-t", "image/png", "-o"],
+                               env=desk.env, capture_output=True).stdout
+        return shown if shown.startswith(b"\x89PNG") else b""
+    sizes = []
+    for way in (["ctrl+c"], ["alt+e", "p"]):
+        subprocess.run(["xclip", "-selection", "clipboard"], env=desk.env, input=b"before",
+                       check=True)
+        view.main()
+        for key in way:
+            view.key(key)
+        png = wait_for("a picture on the clipboard", picture)
+        sizes.append(struct.unpack(">4s2I", png[12:24]))
+    width, height = view.place()[2:]
+    if len(set(sizes)) != 1 or sizes[0][1] != width or not 0.8 * height < sizes[0][2] < height:
+        raise Failure(f"the window is {width} x {height}, the picture {sizes}")
+
+
+def click_and_delete(view):
+    """Near a vertex Del takes that one; a click on the first vertex closes a polygon."""
+    count = len(view.areas())
+    view.key("5")
+    for x, y in ((0.20, 0.72), (0.27, 0.72), (0.27, 0.82), (0.20, 0.82), (0.204, 0.725)):
+        view.click(x, y)
+    wait_for("a polygon", lambda: len(view.areas()) == count + 1 and view.corners() == 4)
+    left, top = view.at(0.27, 0.82)
+    view.desk.do("mousemove", left + 4, top + 4, "click", 1)
+    view.key("Delete")
+    wait_for("a deleted vertex", lambda: len(view.areas()) == count + 1 and view.corners() == 3)
+    view.click(0.22, 0.76)
+    view.key("Delete")
+    wait_for("a deleted polygon", lambda: len(view.areas()) == count)
+
+
 def compare_masks(program, folder, desk):
     # a region file may run around a shape the other way, which moves cells of its edges
     for areas, share in (("saved.areas", 0), ("saved.cma", 0), ("saved.reg", 0.05)):
@@ -346,6 +382,8 @@ def session_of_work(desk, program, folder):
     draw_four(view)
     change_and_undo(view)
     zoom_and_back(view, desk)
+    copy_picture(view, desk)
+    click_and_delete(view)
     if "*" not in desk.title(view.main()):
         raise Failure("the title does not say that areas are unsaved")
     view.save_as("ctrl+m", "Save mask", "mask.fits")
