@@ -19,10 +19,11 @@ int isNear(double l, double m) { return std::abs(l) < farthest && std::abs(m) < 
 int SinPlane::init(const MapHeader& header)
 {
     for (int i = 0; i < 2; ++i) {
+        const int axis = header.longitudeAxis ? 1 - i : i;
         crpix_[i] = header.axes[static_cast<std::size_t>(i)].crpix;
-        crval_[i] = header.axes[static_cast<std::size_t>(i)].crval;
+        crval_[i] = header.axes[static_cast<std::size_t>(axis)].crval;
         for (int j = 0; j < 2; ++j)
-            cd_[i][j] = header.cd[i][j];
+            cd_[i][j] = header.cd[axis][j];
     }
     const double det = cd_[0][0] * cd_[1][1] - cd_[0][1] * cd_[1][0];
     inverse_[0][0] = cd_[1][1] / det;

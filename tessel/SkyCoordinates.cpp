@@ -1,6 +1,7 @@
 #include "tessel/SkyCoordinates.h"
 
 #include "tessel/SinPlane.h"
+#include "tessel/sky_axes.h"
 #include "tessel/sky_cards.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <new>
 #include <numbers>
 #include <string_view>
+#include <utility>
 #include <wcslib/wcs.h>
 
 namespace pavane
@@ -31,17 +33,6 @@ constexpr std::string_view projections[] = {"AZP", "SZP", "TAN", "STG", "SIN", "
                                             "COO", "SFL", "PAR", "MOL", "AIT", "BON", "PCO", "TSC",
                                             "CSC", "QSC", "HPX", "XPH", "NCP", "GLS"};
 
-/// The projection's code in a CTYPE whose coordinate is `name`; "" when there is none. The number
-/// of dashes does not matter: some writers miscount them.
-std::string projectionOf(const std::string& ctype, std::string_view name)
-{
-    if (ctype.compare(0, name.size(), name) != 0 || ctype.size() <= name.size() ||
-        ctype[name.size()] != '-')
-        return "";
-    const std::size_t code = ctype.find_first_not_of('-', name.size());
-    return code == std::string::npos ? "" : ctype.substr(code);
-}
-
 int finiteBelow(double value, double limit) { return std::abs(value) <= limit; }
 
 /// Why the header places nothing; "" when it does.
@@ -51,19 +42,21 @@ std::string faultOf(const MapHeader& header, const SkyCards& cards)
         return "the map has no celestial axes";
     const MapAxis& x = header.axes[0];
     const MapAxis& y = header.axes[1];
-    const std::string code = projectionOf(x.ctype, "RA");
-    if (x.ctype.compare(0, 2, "RA") != 0)
+    const SkyAxes sky = skyAxesOf(x.ctype, y.ctype);
+    if (sky.kind != SkyAxes::Kind::equatorial)
         return "the axes " + x.ctype + " and " + y.ctype +
                " are not right ascension and declination";
-    if (std::find(std::begin(projections), std::end(projections), code) == std::end(projections) ||
-        projectionOf(y.ctype, "DEC") != code)
+    if (std::find(std::begin(projections), std::end(projections), sky.projection) ==
+        std::end(projections))
         return "the projection of " + x.ctype + " and " + y.ctype + " is not supported";
     if (!cards.hasPosition)
         return "the header has no position of the reference pixel (CRVAL)";
     if (cards.isCoupled)
         return "the sky position depends on more axes than two";
-    if (!finiteBelow(x.crval, farthestAngle) || !finiteBelow(y.crval, 90) ||
-        !finiteBelow(x.crpix, farthestPixel) || !finiteBelow(y.crpix, farthestPixel))
+    const MapAxis& latitude = sky.longitude ? x : y;
+    if (!finiteBelow(x.crval, farthestAngle) || !finiteBelow(y.crval, farthestAngle) ||
+        !finiteBelow(latitude.crval, 90) || !finiteBelow(x.crpix, farthestPixel) ||
+        !finiteBelow(y.crpix, farthestPixel))
         return "the reference position or pixel cannot be";
     return "";
 }
@@ -115,11 +108,20 @@ struct SkyCoordinates::Wcs {
         double phi = 0;
         double theta = 0;
         int bad = 0;
-        return !wcsp2s(&prm, 1, 2, pixel, plane, &phi, &theta, world, &bad) && !bad &&
-               std::isfinite(world[0]) && std::isfinite(world[1]);
+        const int status = wcsp2s(&prm, 1, 2, pixel, plane, &phi, &theta, world, &bad);
+        turnOver(world);
+        return !status && !bad && std::isfinite(world[0]) && std::isfinite(world[1]);
     }
-    int toPixel(const double (&world)[2], double (&pixel)[2])
+    // positions are (longitude, latitude) here, whatever the order of the axes
+    void turnOver(double (&world)[2]) const
     {
+        if (prm.lng == 1)
+            std::swap(world[0], world[1]);
+    }
+    int toPixel(const double (&position)[2], double (&pixel)[2])
+    {
+        double world[2] = {position[0], position[1]};
+        turnOver(world);
         double plane[2] = {};
         double phi = 0;
         double theta = 0;
@@ -145,9 +147,12 @@ int SkyCoordinates::init(const MapHeader& header, std::string& error)
     if (!wcs || wcs->status)
         return 0;
     // two axes and their numbers are all that WCSLIB sees, never the cards of a file
-    const std::string code = projectionOf(header.axes[0].ctype, "RA");
-    wcs->setAxis(0, "RA---" + code, header.axes[0]);
-    wcs->setAxis(1, "DEC--" + code, header.axes[1]);
+    const SkyAxes axes = skyAxesOf(header.axes[0].ctype, header.axes[1].ctype);
+    const std::string& code = axes.projection;
+    const int longitude = axes.longitude;
+    wcs->setAxis(longitude, "RA---" + code, header.axes[static_cast<std::size_t>(longitude)]);
+    wcs->setAxis(1 - longitude, "DEC--" + code,
+                 header.axes[static_cast<std::size_t>(1 - longitude)]);
     for (int i = 0; i < 4; ++i)
         wcs->prm.pc[i] = header.cd[i / 2][i % 2];
     if (cards.hasLonpole)

@@ -1,5 +1,7 @@
 #include "tessel/fits_header.h"
 
+#include "tessel/map_steps.h"
+#include "tessel/sky_axes.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -38,15 +40,18 @@ int startsWith(const std::string& text, std::string_view start)
 double degreesPer(const std::string& unit)
 {
     static constexpr struct {
-        std::string_view name;
+        std::string_view start;
         double degrees;
     } units[] = {{"rad", 180 / std::numbers::pi},
                  {"arcmin", 1 / 60.0},
                  {"arcsec", 1 / 3600.0},
                  {"mas", 1 / 3.6e6},
                  {"uas", 1 / 3.6e9}};
+    std::string small = unit;  // also RADIANS, ARCSECS ...
+    for (char& c : small)
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     for (const auto& u : units)
-        if (unit == u.name)
+        if (startsWith(small, u.start))
             return u.degrees;
     return 1.0;
 }
@@ -67,33 +72,35 @@ MapAxis readAxis(FitsHandle& fits, int number, std::int64_t length)
     return axis;
 }
 
-int isCelestialPair(const MapAxis& x, const MapAxis& y)
+/// An item of a matrix: CD1_2, or CD001002 in an older spelling.
+int readItem(FitsHandle& fits, const std::string& letters, int i, int j, double& value)
 {
-    static constexpr std::string_view pairs[][2] = {
-        {"RA", "DEC"}, {"GLON", "GLAT"}, {"ELON", "ELAT"}, {"SLON", "SLAT"}};
-    return std::any_of(std::begin(pairs), std::end(pairs), [&](const auto& pair) {
-        return startsWith(x.ctype, pair[0]) && startsWith(y.ctype, pair[1]);
-    });
+    const std::string row = std::to_string(i + 1);
+    const std::string column = std::to_string(j + 1);
+    return readNumber(fits, letters + row + '_' + column, value) ||
+           readNumber(fits, letters + "00" + row + "00" + column, value);
 }
 
-/// Fills the matrix of the two map axes from CD, PC or CROTA, and steps that the file left out.
+/// Fills the matrix of the two map axes from CD, PC or CROTA. CDELT beside CD, and CROTA beside PC,
+/// mean nothing: many writers leave them there.
 void readMatrix(FitsHandle& fits, MapHeader& header)
 {
-    MapAxis& x = header.axes[0];
-    MapAxis& y = header.axes[1];
+    const MapAxis& x = header.axes[0];
+    const MapAxis& y = header.axes[1];
     double pc[2][2] = {{1, 0}, {0, 1}};
     double cd[2][2] = {{0, 0}, {0, 0}};
     int hasCd = 0;
     int hasPc = 0;
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j) {
-            const std::string name = std::to_string(i + 1) + '_' + std::to_string(j + 1);
-            hasCd |= readNumber(fits, "CD" + name, cd[i][j]);
-            hasPc |= readNumber(fits, "PC" + name, pc[i][j]);
+            hasCd |= readItem(fits, "CD", i, j, cd[i][j]);
+            hasPc |= readItem(fits, "PC", i, j, pc[i][j]);
         }
     if (cd[0][0] * cd[1][1] == cd[0][1] * cd[1][0])
         hasCd = 0;  // maps every cell onto a line: as good as none
-    const double turn = (y.crota != 0 ? y.crota : x.crota) * std::numbers::pi / 180;
+    // CROTA stands on the latitude, and turns the longitude towards it
+    const int isSwapped = header.longitudeAxis == 1;
+    const double turn = (isSwapped ? -x.crota : y.crota) * std::numbers::pi / 180;
     const double rotation[2][2] = {{x.cdelt * std::cos(turn), -y.cdelt * std::sin(turn)},
                                    {x.cdelt * std::sin(turn), y.cdelt * std::cos(turn)}};
     for (int i = 0; i < 2; ++i)
@@ -101,13 +108,6 @@ void readMatrix(FitsHandle& fits, MapHeader& header)
             header.cd[i][j] = hasCd   ? cd[i][j]
                               : hasPc ? pc[i][j] * (i ? y.cdelt : x.cdelt)
                                       : rotation[i][j];
-    double step = 0;
-    const int hasSteps = readNumber(fits, "CDELT1", step) && step != 0 &&
-                         readNumber(fits, "CDELT2", step) && step != 0;
-    if (hasCd && !hasSteps) {
-        x.cdelt = std::copysign(std::hypot(cd[0][0], cd[1][0]), cd[0][0]);
-        y.cdelt = std::copysign(std::hypot(cd[0][1], cd[1][1]), cd[1][1]);
-    }
 }
 
 void toDegrees(MapHeader& header)
@@ -116,7 +116,6 @@ void toDegrees(MapHeader& header)
         MapAxis& axis = header.axes[static_cast<std::size_t>(i)];
         const double factor = degreesPer(axis.cunit);
         axis.crval *= factor;
-        axis.cdelt *= factor;
         header.cd[i][0] *= factor;
         header.cd[i][1] *= factor;
         axis.cunit = "deg";
@@ -279,10 +278,15 @@ MapHeader readMapHeader(FitsHandle& fits, const std::vector<std::int64_t>& lengt
     for (std::size_t i = 0; i < lengths.size(); ++i)
         header.axes.push_back(readAxis(fits, static_cast<int>(i) + 1, lengths[i]));
     header.plane = plane;
-    header.hasCelestialAxes = isCelestialPair(header.axes[0], header.axes[1]);
+    const SkyAxes sky = skyAxesOf(header.axes[0].ctype, header.axes[1].ctype);
+    header.hasCelestialAxes = sky.kind != SkyAxes::Kind::none;
+    header.longitudeAxis = sky.longitude;
     readMatrix(fits, header);
     if (header.hasCelestialAxes)
         toDegrees(header);
+    const MapSteps steps = stepsOf(header);
+    header.axes[0].cdelt = steps.column;
+    header.axes[1].cdelt = steps.row;
     header.bunit = readText(fits, "BUNIT");
     header.object = readText(fits, "OBJECT");
     header.dateObs = readText(fits, "DATE-OBS");

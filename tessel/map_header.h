@@ -13,7 +13,7 @@ struct MapAxis {
     std::string cunit;  ///< CUNITn; "deg" is meant when empty on a celestial axis
     double crval = 0;   ///< value at the reference pixel, in the axis unit
     double crpix = 0;   ///< reference pixel, from 1, may lie outside the image
-    double cdelt = 1;   ///< step per pixel, in the axis unit
+    double cdelt = 1;   ///< step per pixel, in the axis unit; of the first two as `stepsOf` says
     double crota = 0;   ///< degrees
 };
 
@@ -22,10 +22,10 @@ struct MapAxis {
 /// turned into degrees.
 struct MapHeader {
     std::vector<MapAxis> axes;  ///< in file order; axes[0] runs along a row, axes[1] along a column
-    /// Rotation and scale of the two sky axes, degrees per pixel, from CD, PC or CROTA:
-    /// d(axis i) = cd[i][0] * dx + cd[i][1] * dy.
+    /// Rotation and scale of the first two axes, on the sky degrees per pixel, from CD, PC or
+    /// CROTA. It decides what a step is (`stepsOf`): d(axis i) = cd[i][0] * dx + cd[i][1] * dy.
     double cd[2][2] = {{1, 0}, {0, 1}};
-    int hasCelestialAxes = 0;  ///< axes 1 and 2 are RA/GLON-like and DEC/GLAT-like
+    int hasCelestialAxes = 0;  ///< axes 1 and 2 are RA/GLON-like and DEC/GLAT-like, in any order
     std::string bunit;
     std::string object;
     std::string dateObs;  ///< DATE-OBS as written
@@ -41,6 +41,7 @@ struct MapHeader {
     int planes = 1;        ///< how many the image has
     /// Cards of 80 characters that carry coordinates, in file order, for a mask to repeat.
     std::vector<std::string> coordinateCards;
+    int longitudeAxis = 0;  ///< which of the first two axes is the longitude: 0 or 1
 };
 
 }  // namespace pavane

@@ -1,5 +1,8 @@
 #include "apps/view/map_frame.h"
 
+#include "tessel/map_steps.h"
+#include "tessel/sky_axes.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>
@@ -15,8 +18,6 @@ constexpr double arcsecondsPerDegree = 3600.0;
 /// Offsets from here on, in arcseconds, are given in minutes, and in degrees.
 constexpr double leastInMinutes = 1000.0;
 constexpr double leastInDegrees = 2 * arcsecondsPerDegree;
-/// A turn below this many degrees moves the corner of a big map by less than a pixel or two.
-constexpr double visibleTurn = 0.01;
 
 const MapAxis& axisOr(const MapHeader& header, std::size_t i)
 {
@@ -24,15 +25,14 @@ const MapAxis& axisOr(const MapHeader& header, std::size_t i)
     return i < header.axes.size() ? header.axes[i] : none;
 }
 
-double usableStep(double step) { return std::isfinite(step) && step != 0 ? step : 1.0; }
+double referenceOf(const MapAxis& axis) { return std::isfinite(axis.crpix) ? axis.crpix : 1.0; }
 
 /// First and last cell centre of an axis, relative to `origin` at the reference pixel.
 void setEnds(const MapAxis& axis, int cells, double step, double origin, double& first,
              double& last)
 {
-    const double reference = std::isfinite(axis.crpix) ? axis.crpix : 1.0;
-    first = origin + (1 - reference) * step;
-    last = origin + (cells - reference) * step;
+    first = origin + (1 - referenceOf(axis)) * step;
+    last = origin + (cells - referenceOf(axis)) * step;
 }
 
 std::string plainTitle(const MapAxis& axis, const char* otherwise)
@@ -41,11 +41,23 @@ std::string plainTitle(const MapAxis& axis, const char* otherwise)
     return axis.cunit.empty() ? name : name + " [%s" + axis.cunit + "]";
 }
 
-int isTurned(const MapHeader& header)
+/// What the axes of a map on the sky count, without their unit.
+void setSkyTitles(const MapHeader& header, MapFrame& frame)
 {
-    const double across = std::hypot(header.cd[0][1], header.cd[1][0]);
-    const double along = std::hypot(header.cd[0][0], header.cd[1][1]);
-    return across > along * std::sin(visibleTurn * std::numbers::pi / 180);
+    static constexpr struct {
+        SkyAxes::Kind kind;
+        const char *x, *y;
+    } titles[] = {{SkyAxes::Kind::equatorial, "Right ascension", "Declination"},
+                  {SkyAxes::Kind::galactic, "Galactic longitude", "Galactic latitude"},
+                  {SkyAxes::Kind::ecliptic, "Ecliptic longitude", "Ecliptic latitude"}};
+    frame.xTitle = frame.rotated ? "Offset along rows" : "Longitude";
+    frame.yTitle = frame.rotated ? "Offset along columns" : "Latitude";
+    const SkyAxes axes = skyAxesOf(axisOr(header, 0).ctype, axisOr(header, 1).ctype);
+    for (const auto& t : titles)
+        if (!frame.rotated && t.kind == axes.kind) {
+            frame.xTitle = t.x;
+            frame.yTitle = t.y;
+        }
 }
 
 /// Turns the axes from arcseconds into the unit in which their numbers are handy.
@@ -63,20 +75,6 @@ const char* chooseUnit(MapFrame& frame)
     return degrees ? " [deg]" : " [arcmin]";
 }
 
-/// The turn that undoes the header's matrix and goes on in steps along the pixels.
-void setTurn(const MapHeader& header, MapFrame& frame)
-{
-    const double(&cd)[2][2] = header.cd;
-    const double determinant = cd[0][0] * cd[1][1] - cd[0][1] * cd[1][0];
-    const double x = frame.xStep * frame.arcseconds / arcsecondsPerDegree / determinant;
-    const double y = frame.yStep * frame.arcseconds / arcsecondsPerDegree / determinant;
-    const double turn[2][2] = {{x * cd[1][1], -x * cd[0][1]}, {-y * cd[1][0], y * cd[0][0]}};
-    for (const auto& row : turn)
-        if (!std::isfinite(row[0]) || !std::isfinite(row[1]))
-            return;  // a matrix without an inverse turns nothing
-    std::copy_n(&turn[0][0], 4, &frame.turn[0][0]);
-}
-
 }  // namespace
 
 MapPlace MapFrame::onAxes(double east, double north) const
@@ -86,15 +84,34 @@ MapPlace MapFrame::onAxes(double east, double north) const
     return {turn[0][0] * x + turn[0][1] * y, turn[1][0] * x + turn[1][1] * y};
 }
 
+MapPlace MapFrame::offsetOf(double column, double row) const
+{
+    const double dx = column - reference[0];
+    const double dy = row - reference[1];
+    return {sky[0][0] * dx + sky[0][1] * dy, sky[1][0] * dx + sky[1][1] * dy};
+}
+
 MapFrame frameOf(const MapHeader& header, int rows, int columns)
 {
     const MapAxis& x = axisOr(header, 0);
     const MapAxis& y = axisOr(header, 1);
+    const MapSteps steps = stepsOf(header);
     MapFrame frame;
     frame.onSky = header.hasCelestialAxes;
+    if (!frame.onSky && steps.isTurned) {  // axes of which no cell lies on one value: pixels
+        setEnds({}, columns, 1, 1, frame.xFirst, frame.xLast);
+        setEnds({}, rows, 1, 1, frame.yFirst, frame.yLast);
+        frame.xTitle = "Column";
+        frame.yTitle = "Row";
+        return frame;
+    }
     const double unit = frame.onSky ? arcsecondsPerDegree : 1.0;
-    frame.xStep = usableStep(x.cdelt) * unit;
-    frame.yStep = usableStep(y.cdelt) * unit;
+    frame.xStep = steps.column * unit;
+    frame.yStep = steps.row * unit;
+    for (int i = 0; i < 4; ++i)
+        frame.sky[i / 2][i % 2] = steps.sky[i / 2][i % 2] * unit;
+    frame.reference[0] = referenceOf(x) - 1;
+    frame.reference[1] = referenceOf(y) - 1;
     const auto origin = [&](const MapAxis& axis) {
         return frame.onSky || !std::isfinite(axis.crval) ? 0.0 : axis.crval;
     };
@@ -106,15 +123,10 @@ MapFrame frameOf(const MapHeader& header, int rows, int columns)
         return frame;
     }
     frame.xDirection = -1;
-    frame.rotated = isTurned(header);
-    const bool equatorial = x.ctype.rfind("RA", 0) == 0;
+    frame.rotated = steps.isTurned;
+    std::copy_n(&steps.turn[0][0], 4, &frame.turn[0][0]);
     const char* const unitText = chooseUnit(frame);
-    if (frame.rotated)
-        setTurn(header, frame);
-    frame.xTitle = frame.rotated ? "Offset along rows"
-                   : equatorial  ? "Right ascension"
-                                 : "Longitude";
-    frame.yTitle = frame.rotated ? "Offset along columns" : equatorial ? "Declination" : "Latitude";
+    setSkyTitles(header, frame);
     frame.xTitle += unitText;
     frame.yTitle += unitText;
     return frame;
@@ -124,10 +136,8 @@ double beamCells(const MapHeader& header, const MapFrame& frame)
 {
     if (!header.hasBeam || !frame.onSky || !(header.bmaj > 0) || !(header.bmin > 0))
         return 0;
-    const double area = std::numbers::pi / (4 * std::numbers::ln2) * header.bmaj * header.bmin *
-                        arcsecondsPerDegree * arcsecondsPerDegree;
-    const double side = frame.arcseconds;
-    return area / std::fabs(frame.xStep * side * frame.yStep * side);
+    return std::numbers::pi / (4 * std::numbers::ln2) * header.bmaj * header.bmin /
+           stepsOf(header).cellArea;
 }
 
 }  // namespace pavane

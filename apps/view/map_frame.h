@@ -24,14 +24,20 @@ struct MapFrame {
     double xFirst = 0, xLast = 0;
     double yFirst = 0, yLast = 0;
     double xStep = 1, yStep = 1;  ///< from one cell to the next, signed
+    double sky[2][2] = {};        ///< arcseconds east and north of a step of a column, of a row
+    double reference[2] = {};     ///< reference pixel: column and row, from 0
     int xDirection = 1;           ///< scale code of the x axis: right ascension grows to the left
     std::string xTitle, yTitle;   ///< with "%s" where the prefix goes
 
     /// The place, on the axes, that lies so many arcseconds east and north of the reference pixel.
     MapPlace onAxes(double east, double north) const;
+    /// Arcseconds east (x) and north (y), or along longitude and latitude, from the reference pixel
+    /// to a cell. Only on the sky.
+    MapPlace offsetOf(double column, double row) const;
 };
 
-/// The frame of a map of rows x columns cells. Steps that are 0 or not finite count as one pixel.
+/// The frame of a map of rows x columns cells. Steps that are 0 or not finite count as one pixel;
+/// a map that is turned, but not on the sky, has its pixels as axes.
 MapFrame frameOf(const MapHeader& header, int rows, int columns);
 
 /// Area of the beam in cells, 0 when the beam is not known.

@@ -29,12 +29,17 @@ std::string line(const char* key, double value, int digits, std::string_view uni
     return text + '\n';
 }
 
-/// The place of the peak, as an offset in mas on the sky and in the axis unit elsewhere.
-double place(double first, double step, int cell, const MapFrame& frame)
+/// The place of the peak: its offset to the east and north on the sky, else its cell, from 0.
+std::string peakPlace(const MapRange& range, const MapFrame& frame)
 {
-    if (cell < 0)
-        return std::numeric_limits<double>::quiet_NaN();
-    return (first + step * cell) * (frame.onSky ? milli * frame.arcseconds : 1.0);
+    const double blank = std::numeric_limits<double>::quiet_NaN();
+    if (!frame.onSky)
+        return line("peak_column", range.isEmpty() ? blank : range.peakColumn, floatDigits, "") +
+               line("peak_row", range.isEmpty() ? blank : range.peakRow, floatDigits, "");
+    const MapPlace place =
+        range.isEmpty() ? MapPlace{blank, blank} : frame.offsetOf(range.peakColumn, range.peakRow);
+    return line("peak_x", place.x * milli, floatDigits, "mas") +
+           line("peak_y", place.y * milli, floatDigits, "mas");
 }
 
 }  // namespace
@@ -45,13 +50,9 @@ std::string statisticsText(const ViewInputs& inputs)
     const double blank = std::numeric_limits<double>::quiet_NaN();
     const MapFrame& frame = inputs.frame;
     const MapHeader& header = inputs.map.header;
-    const char* const offsetUnit = frame.onSky ? "mas" : "";
     std::string text =
         line("peak", range.isEmpty() ? blank : range.greatest, floatDigits, header.bunit);
-    text += line("peak_x", place(frame.xFirst, frame.xStep, range.peakColumn, frame), floatDigits,
-                 offsetUnit);
-    text += line("peak_y", place(frame.yFirst, frame.yStep, range.peakRow, frame), floatDigits,
-                 offsetUnit);
+    text += peakPlace(range, frame);
     text += line("noise", inputs.noise.finiteCells ? inputs.noise.sigma : blank, floatDigits,
                  header.bunit);
     text += "mask_cells " + std::to_string(inputs.mask.count()) + " cells\n";

@@ -121,6 +121,8 @@ TEST(MapFrame, CountsOffsetsFromTheReferencePixelInArcseconds)
     header.axes[0] = {512, "RA---SIN", "", 123.0, 256, -0.001 / 3600, 0};
     header.axes[1] = {512, "DEC--SIN", "", 45.0, 257, 0.001 / 3600, 0};
     header.hasCelestialAxes = 1;
+    header.cd[0][0] = -0.001 / 3600;
+    header.cd[1][1] = 0.001 / 3600;
     const MapFrame frame = frameOf(header, 512, 512);
     EXPECT_NEAR(frame.xFirst, 0.255, 1e-12);
     EXPECT_NEAR(frame.xLast, -0.256, 1e-12);
@@ -129,24 +131,43 @@ TEST(MapFrame, CountsOffsetsFromTheReferencePixelInArcseconds)
     EXPECT_EQ(frame.xDirection, -1);
     EXPECT_EQ(frame.xTitle, "Right ascension [%sas]");
 
-    header.axes[0].cdelt = 1.0;
+    header.cd[0][0] = 1.0;
     EXPECT_EQ(frameOf(header, 512, 512).xTitle, "Right ascension [deg]");
     EXPECT_NEAR(frameOf(header, 512, 512).onAxes(7200, 3600).x, 2, 1e-12);
-    header.axes[0].cdelt = std::nan("");
+    header.cd[0][0] = std::nan("");
     EXPECT_TRUE(std::isfinite(frameOf(header, 512, 512).xLast));
 }
 
 TEST(MapFrame, TurnsTheSkyIntoTheDirectionsOfTurnedPixels)
 {
     constexpr double cell = 1e-3 / 3600;
-    MapHeader header;
-    header.axes = {{9, "RA---SIN", "deg", 0, 5, -cell, 0}, {9, "DEC--SIN", "deg", 0, 5, cell, 90}};
-    header.hasCelestialAxes = 1;
-    const double cd[2][2] = {{0, -cell}, {-cell, 0}};  // east is down, north is left
-    std::copy_n(&cd[0][0], 4, &header.cd[0][0]);
-    const MapPlace place = frameOf(header, 9, 9).onAxes(3, 2);
-    EXPECT_NEAR(place.x, 2, 1e-12);
-    EXPECT_NEAR(place.y, -3, 1e-12);
+    const struct {
+        const char* name;
+        double cd[2][2];
+        MapPlace offset;  // of the cell one column and two rows from the reference, in cells
+        MapPlace onAxes;  // where that cell is drawn
+    } cases[] = {
+        {"east is down, north is left", {{0, -cell}, {-cell, 0}}, {-2, -1}, {-1, 2}},
+        {"upside down", {{cell, 0}, {0, -cell}}, {1, -2}, {1, -2}},
+        {"mirrored", {{cell, 0}, {0, cell}}, {1, 2}, {1, 2}},
+        {"mirrored and turned", {{0, cell}, {-cell, 0}}, {2, -1}, {1, 2}},
+        {"scales that differ", {{0, -3 * cell}, {-cell, 0}}, {-6, -1}, {-1, 6}},
+    };
+    for (const auto& c : cases) {
+        MapHeader header;
+        header.axes = {{9, "RA---SIN", "deg", 0, 5, 7, 0}, {9, "DEC--SIN", "deg", 0, 5, 7, 90}};
+        header.hasCelestialAxes = 1;
+        std::copy_n(&c.cd[0][0], 4, &header.cd[0][0]);
+        const MapFrame frame = frameOf(header, 9, 9);
+        const MapPlace offset = frame.offsetOf(5, 6);
+        const MapPlace place = frame.onAxes(offset.x, offset.y);
+        EXPECT_NEAR(offset.x, c.offset.x * 1e-3, 1e-12) << c.name;
+        EXPECT_NEAR(offset.y, c.offset.y * 1e-3, 1e-12) << c.name;
+        EXPECT_NEAR(place.x, c.onAxes.x * 1e-3, 1e-12) << c.name;
+        EXPECT_NEAR(place.y, c.onAxes.y * 1e-3, 1e-12) << c.name;
+        EXPECT_NEAR(frame.xFirst + 5 * frame.xStep, place.x, 1e-12) << c.name;
+        EXPECT_NEAR(frame.yFirst + 6 * frame.yStep, place.y, 1e-12) << c.name;
+    }
 }
 
 TEST(MapUnit, KeepsAPrefixApart)

@@ -1,4 +1,5 @@
 #include "tessel/fits_map.h"
+#include "tessel/map_steps.h"
 
 #include "tessel/fits_text.h"
 
@@ -79,27 +80,58 @@ TEST(FitsMap, KeepsTheFilesOrderAndPicksAPlane)
     }
 }
 
-TEST(FitsMap, TakesStepsAndTurnFromTheMatrixOrTheAngle)
+TEST(FitsMap, TakesStepsAndTurnFromTheMatrixWhateverStandsBesideIt)
 {
-    const std::vector<std::string> sky = {"CTYPE1  = 'RA---SIN'", "CTYPE2  = 'DEC--SIN'"};
+    using Cards = std::vector<std::string>;
+    const Cards sky = {"CTYPE1  = 'RA---SIN'", "CTYPE2  = 'DEC--SIN'"};
+    const Cards swapped = {"CTYPE1  = 'DEC--SIN'", "CTYPE2  = 'RA---SIN'"};
+    const Cards steps = {"CDELT1  = -2.0", "CDELT2  = 2.0"};
+    const auto with = [](Cards a, const Cards& b) {
+        a.insert(a.end(), b.begin(), b.end());
+        return a;
+    };
     const struct {
         const char* name;
-        std::vector<std::string> cards;
-        double step1, step2, cd01;
-    } cases[] = {{"CD", {"CD1_1   = -2D-8", "CD2_2   = 2E-8"}, -2e-8, 2e-8, 0},
-                 {"CD of one line counts as none", {"CD1_1   = -2D-8", "CDELT1  = 3.0"}, 3, 1, 0},
-                 {"PC", {"CDELT1  = -2.0", "CDELT2  = 2.0", "PC1_2   = 0.5"}, -2, 2, -1},
-                 {"CROTA", {"CDELT1  = -2.0", "CDELT2  = 2.0", "CROTA2  = 90.0"}, -2, 2, -2},
-                 {"arcseconds", {"CDELT1  = -3600.0", "CUNIT1  = 'arcsec'"}, -1, 1, 0},
-                 {"no step of zero or nan", {"CDELT1  = 0.0", "CDELT2  = NaN"}, 1, 1, 0}};
+        Cards cards;
+        double column, row, turn;  // degrees from east towards north; 999 is none
+        double sky01;              // east of a step of a row
+    } cases[] = {
+        {"CD", {"CD1_1   = -2D-8", "CD2_2   = 2E-8"}, -2e-8, 2e-8, 999, 0},
+        {"CD, stray steps", with(steps, {"CD1_1   = -0.5", "CD2_2   = 0.5"}), -0.5, 0.5, 999, 0},
+        {"CD of one line is none", {"CD1_1   = -2D-8", "CDELT1  = 3.0"}, 3, 1, 999, 0},
+        {"PC", with(steps, {"PC1_2   = 0.5"}), -2, std::sqrt(5.0), 0, -1},
+        {"PC, old spelling", with(steps, {"PC001002= 0.5"}), -2, std::sqrt(5.0), 0, -1},
+        {"PC with the scale", {"PC1_1   = -3E-7", "PC2_2   = 3E-7"}, -3e-7, 3e-7, 999, 0},
+        {"PC with the sign", {"CDELT1  = 2.0", "CDELT2  = 2.0", "PC1_1   = -1.0"}, -2, 2, 999, 0},
+        {"CROTA", with(steps, {"CROTA2  = 90.0"}), -2, 2, 90, -2},
+        {"CROTA of the longitude", with(steps, {"CROTA1  = 90.0"}), -2, 2, 999, 0},
+        {"upside down", with(steps, {"CROTA2  = 180.0"}), 2, -2, 999, 0},
+        {"PC beside CROTA", with(steps, {"CROTA2  = 30.0", "PC1_1   = 1.0"}), -2, 2, 999, 0},
+        {"latitude first", with(swapped, steps), 2, 2, -90, 2},
+        {"latitude first, CROTA", with(with(swapped, steps), {"CROTA1  = 90.0"}), 2, 2, 999, 0},
+        {"arcseconds", {"CDELT1  = -3600.0", "CUNIT1  = 'ARCSEC'"}, -1, 1, 999, 0},
+        {"no step of zero or nan", {"CDELT1  = 0.0", "CDELT2  = NaN"}, 1, 1, 999, 0},
+    };
     for (const auto& c : cases) {
-        std::vector<std::string> cards = sky;
-        cards.insert(cards.end(), c.cards.begin(), c.cards.end());
+        const Cards cards = c.cards[0].substr(0, 5) == "CTYPE" ? c.cards : with(sky, c.cards);
         const MapHeader header = readMap(hdu(imageCards(8, {1, 1}, cards), "x")).header;
-        EXPECT_TRUE(header.hasCelestialAxes);
-        EXPECT_DOUBLE_EQ(header.axes[0].cdelt, c.step1) << c.name;
-        EXPECT_DOUBLE_EQ(header.axes[1].cdelt, c.step2) << c.name;
-        EXPECT_NEAR(header.cd[0][1], c.cd01, 1e-12) << c.name;
+        const MapSteps got = stepsOf(header);
+        EXPECT_TRUE(header.hasCelestialAxes) << c.name;
+        EXPECT_DOUBLE_EQ(header.axes[0].cdelt, c.column) << c.name;
+        EXPECT_DOUBLE_EQ(header.axes[1].cdelt, c.row) << c.name;
+        EXPECT_NEAR(got.sky[0][1], c.sky01, 1e-12) << c.name;
+        EXPECT_EQ(got.isTurned, c.turn < 999) << c.name;
+        if (got.isTurned && c.turn != 0) {  // the columns' direction on the sky
+            const double x = got.sky[0][0] / got.column;
+            const double y = got.sky[1][0] / got.column;
+            EXPECT_NEAR(std::atan2(y, x) * 180 / 3.14159265358979, c.turn, 1e-9) << c.name;
+        }
+        for (int i = 0; i < 4; ++i) {  // turn undoes the sky, up to the steps
+            const int r = i / 2;
+            const int k = i % 2;
+            const double back = got.turn[r][0] * got.sky[0][k] + got.turn[r][1] * got.sky[1][k];
+            EXPECT_NEAR(back, r != k ? 0 : r ? got.row : got.column, 1e-12) << c.name;
+        }
     }
 }
 
