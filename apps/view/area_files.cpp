@@ -117,27 +117,6 @@ int openShapes(const std::string& file, Kind kind, const AreaPlace& place, ARPTr
     return 1;
 }
 
-/// The polygons of cells that the mask of the areas fills.
-int polygonsOn(const AreaPlace& place, const ARPTrackerArray& areas, AAreaArray& polygons)
-{
-    AArray<CPoint> cells(0, 0, 256);
-    std::vector<CPoint> corners;
-    for (int i = 0; i < areas.count(); ++i) {
-        (void)areas.GetAreaCells(i, cells, place.columns, place.rows, place.range);
-        corners.clear();
-        for (int k = 0; k < cells.count(); ++k)
-            if (corners.empty() || corners.back() != cells(k))
-                corners.push_back(cells(k));
-        auto* const polygon =
-            new (std::nothrow) APolyPoints(corners.data(), static_cast<int>(corners.size()));
-        if (!polygon || polygons.Add(polygon) < 0) {
-            delete polygon;
-            return 0;
-        }
-    }
-    return 1;
-}
-
 RegionSystem systemOf(const AreaPlace& place)
 {
     return place.skyRegions && place.sky && place.sky->isSet() ? RegionSystem::sky
@@ -227,7 +206,7 @@ int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerA
         return saveCollection(file, areas, error);
     if (kind == Kind::cells) {
         AAreaArray polygons;
-        if (polygonsOn(place, areas, polygons))
+        if (polygonsOf(areas, place.columns, place.rows, place.range, polygons))
             return writeAreaFile(file, polygons, error);
         error = file + ": there is no memory for the outlines";
         return 0;

@@ -23,6 +23,9 @@ struct AreaShape {
     double height = 0;  ///< full size across it, cells
     double angle = 0;   ///< radians from growing columns towards growing rows
     std::vector<APoint<double>> vertices;
+    /// The outline of a turned rectangle or an ellipse runs the other way round than usual
+    /// (`outlineOf`). Masks take other cells along their edges then.
+    int isReversed = 0;
 };
 
 }  // namespace pavane

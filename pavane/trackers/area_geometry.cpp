@@ -45,10 +45,11 @@ void takeSides(const Sides& sides, AreaShape& shape)
 std::vector<APoint<double>> ellipseOutline(const AreaShape& shape, int count)
 {
     const Sides sides = sidesOf({}, shape);
+    const double side = shape.isReversed ? 0.5 : -0.5;
     std::vector<APoint<double>> points(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         const double along = std::cos(i * 2 * std::numbers::pi / count) / 2;
-        const double across = std::sin(i * 2 * std::numbers::pi / count) / 2;
+        const double across = std::sin(i * 2 * std::numbers::pi / count) * side;
         points[static_cast<std::size_t>(i)] = {
             shape.centre.x + along * sides.first.x + across * sides.second.x,
             shape.centre.y + along * sides.first.y + across * sides.second.y};
@@ -91,6 +92,8 @@ std::vector<APoint<double>> outlineOf(const AreaShape& shape, int ellipsePoints)
     for (const auto& [u, v] : {std::pair{-0.5, -0.5}, {0.5, -0.5}, {0.5, 0.5}, {-0.5, 0.5}})
         points.push_back({shape.centre.x + u * sides.first.x + v * sides.second.x,
                           shape.centre.y + u * sides.first.y + v * sides.second.y});
+    if (shape.isReversed)
+        std::swap(points[1], points[3]);
     return points;
 }
 

@@ -22,9 +22,10 @@ PlaneMap inverse(const PlaneMap& map);
 /// three vertices or more.
 PAVANE_API int isWhole(const AreaShape& shape);
 
-/// The outline, in order around the shape: four corners, the vertices, or points of an ellipse from
-/// the end of its first axis on. `ellipsePoints` below 3 takes 8 for each cell of the larger
-/// semi-axis, 16 to 65 536.
+/// The outline, in order around the shape: four corners from columns towards rows, the vertices, or
+/// points of an ellipse from the end of its first axis on, from rows towards columns; of a reversed
+/// shape the other way round. So run shapes drawn where x falls with the column. `ellipsePoints`
+/// below 3 takes 8 for each cell of the larger semi-axis, 16 to 65 536.
 PAVANE_API std::vector<APoint<double>> outlineOf(const AreaShape& shape, int ellipsePoints = 0);
 
 /// Sizes and angle of a rectangle in another plane, and how far it is from being one there: the

@@ -1,7 +1,7 @@
 #include "pavane/trackers/area_polygons.h"
 
 #include "pavane/trackers/area_geometry.h"
-#include "tessel/rounding.h"
+#include "pavane/trackers/outline_cells.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,32 +16,54 @@ namespace
 
 using Kind = RegionNotes::Kind;
 
-CPoint nearestCell(APoint<double> p)
+/// Cells as values, so that a shape is rounded as an area on a map is.
+MapCells unitMap() { return {2, 2, {0, 1, 0, 1, 0, 1}}; }
+
+AArray<APoint<double>> outlineForMask(const AreaShape& shape)
 {
-    return {truncated(std::floor(p.x + 0.5)), truncated(std::floor(p.y + 0.5))};
+    int count = 0;
+    if (shape.kind == AreaShape::Kind::ellipse)
+        count = ellipsePointsForMask({0, 0, shape.width, shape.height}, shape.angle, unitMap());
+    const std::vector<APoint<double>> points = outlineOf(shape, count);
+    AArray<APoint<double>> outline;
+    if (outline.GrowBy(static_cast<int>(points.size())).count() == static_cast<int>(points.size()))
+        std::copy(points.begin(), points.end(), outline.lpArray());
+    return outline;
 }
 
-/// The polygon of whole cells; `worst` grows to the farthest that a vertex was moved.
-std::vector<CPoint> roundedOutline(const AreaShape& shape, double& worst)
+/// Where masks find a cell again: they cut values towards zero, so what lies before the first cell
+/// counts half a cell less.
+double placeOf(int cell) { return cell < 0 ? cell - 0.5 : cell; }
+
+int isOnCells(const AreaShape& shape)
 {
-    std::vector<CPoint> cells;
-    for (const APoint<double>& p : outlineOf(shape)) {
-        const CPoint cell = nearestCell(p);
-        worst = std::max({worst, std::abs(p.x - cell.x), std::abs(p.y - cell.y)});
-        if (cells.empty() || !(cells.back() == cell))
-            cells.push_back(cell);
-    }
-    while (cells.size() > 1 && cells.back() == cells.front())
-        cells.pop_back();
-    return cells;
+    const auto isWholeNumber = [](double v) { return v == std::floor(v); };
+    const std::vector<APoint<double>> outline = outlineOf(shape);
+    return std::all_of(outline.begin(), outline.end(), [&](const APoint<double>& p) {
+        return isWholeNumber(p.x) && isWholeNumber(p.y);
+    });
 }
 
 }  // namespace
 
+int appendPolygon(const AArray<CPoint>& cells, AAreaArray& areas)
+{
+    std::vector<CPoint> corners;
+    for (int k = 0; k < cells.count(); ++k)
+        if (corners.empty() || corners.back() != cells(k))
+            corners.push_back(cells(k));
+    std::unique_ptr<APolyPoints> polygon(
+        new (std::nothrow) APolyPoints(corners.data(), static_cast<int>(corners.size())));
+    if (!polygon || areas.Add(polygon.get()) < 0)
+        return 0;
+    (void)polygon.release();  // the array owns it now
+    return 1;
+}
+
 int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNotes& notes)
 {
     areas.Free();
-    double worst = 0;
+    int isRounded = 0;
     int isCurved = 0;
     long long number = 0;
     for (const AreaShape& shape : shapes) {
@@ -51,14 +73,12 @@ int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNo
             continue;
         }
         isCurved |= shape.kind == AreaShape::Kind::ellipse;
-        const std::vector<CPoint> cells = roundedOutline(shape, worst);
-        std::unique_ptr<APolyPoints> polygon(
-            new (std::nothrow) APolyPoints(cells.data(), static_cast<int>(cells.size())));
-        if (!polygon || !polygon->points || areas.Add(polygon.get()) < 0)
+        isRounded = isRounded || !isOnCells(shape);
+        AArray<CPoint> cells;
+        if (!cellsOf(outlineForMask(shape), unitMap(), cells) || !appendPolygon(cells, areas))
             return 0;
-        (void)polygon.release();  // the array owns it now
     }
-    if (worst > 0)
+    if (isRounded)
         notes.addOnce(Kind::changed,
                       "the file holds whole cells: outlines were moved by up to half a cell");
     if (isCurved)
@@ -74,7 +94,7 @@ std::vector<AreaShape> shapesOf(const AAreaArray& areas, RegionNotes& notes)
         shape.kind = AreaShape::Kind::polygon;
         for (int k = 0; areas(i) && k < areas(i)->count; ++k) {
             const CPoint p = areas(i)->points[k];
-            shape.vertices.push_back({double(p.x), double(p.y)});
+            shape.vertices.push_back({placeOf(p.x), placeOf(p.y)});
         }
         if (isWhole(shape))
             shapes.push_back(std::move(shape));

@@ -25,6 +25,7 @@ struct Steps {
                                                         (map.MPYtoRPY(farCell) - first.y) / farCell}
     {
     }
+    int isMirrored() const { return (step.x < 0) != (step.y < 0); }
     int isUsable() const
     {
         return std::isfinite(first.x) && std::isfinite(first.y) && std::isfinite(1 / step.x) &&
@@ -86,6 +87,8 @@ int valuesOf(const AreaShape& shape, const AMnMxMCTransform& map, ShapeValues& v
     if (shape.kind == AreaShape::Kind::rectangle) {
         x = std::copysign(x, steps.step.x);
         y = -std::copysign(y, steps.step.y);
+    } else if (steps.isMirrored() != (shape.isReversed != 0)) {
+        y = -y;  // the outline runs the same way round on the map
     }
     values.rect = {centre.x - x, centre.y - y, centre.x + x, centre.y + y};
     return 1;
@@ -110,12 +113,16 @@ int shapeOf(const ShapeValues& values, const AMnMxMCTransform& map, AreaShape& s
     const PlaneMap toCells = inverse(steps.toValues());
     if (found.kind == AreaShape::Kind::ellipse) {
         mapEllipse(toCells, found);
+        found.isReversed = !steps.isMirrored();  // it always runs from x towards y
     } else if (found.kind == AreaShape::Kind::rectangle) {
         found.angle = 0;
         found.width /= std::abs(steps.step.x);
         found.height /= std::abs(steps.step.y);
     } else if (found.kind == AreaShape::Kind::rotatedRectangle) {
+        const int runsBack = (r.right < r.left) != (r.bottom < r.top);
+        found.isReversed = runsBack != steps.isMirrored();
         AreaShape around = found;
+        around.isReversed = runsBack;
         around.centre = {0, 0};
         const double skew = mapRectangle(toCells, found);
         if (skew * std::max(found.width, found.height) / 2 > tolerance) {

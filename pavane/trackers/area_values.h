@@ -14,9 +14,9 @@ namespace pavane
 // cells at its corners becomes a polygon.
 
 /// The shape in data values. The left edge of a rectangle is at its first column, its top at its
-/// last row, as on a screen whose rows grow upwards. Turned shapes have the edges in the order of
-/// values that drawing gives them: their outline runs the same way round, and the mask is the same
-/// to the cell. 0 for a shape without size or a map without steps.
+/// last row, as on a screen whose rows grow upwards. Turned shapes have left below right, as drawn
+/// ones do, and top and bottom in the order in which the outline runs the same way round: the mask
+/// is the same to the cell. 0 for a shape without size or a map without steps.
 PAVANE_API int valuesOf(const AreaShape& shape, const AMnMxMCTransform& map, ShapeValues& values);
 
 /// The shape in cells; sizes are positive whatever the order of the edges. 0 as above.

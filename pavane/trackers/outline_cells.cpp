@@ -1,6 +1,5 @@
 #include "pavane/trackers/outline_cells.h"
 
-#include "pavane/axes/AMnMxMCTransform.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
@@ -14,12 +13,23 @@ namespace
 
 constexpr int pointsPerCell = 8;
 constexpr int fewestPoints = 16;
+constexpr int quarters = 4;
+/// What is half a cell but for rounding is half a cell: else a mask would depend on the order of
+/// sums, and an area that went through a file come back with other cells.
+constexpr double halfTolerance = 1e-9;
 constexpr int mostPoints = 65536;
 
 int spans(double first, double last)
 {
     return first != last && first < unsetMinimum && last > unsetMaximum &&
            std::isfinite(last - first);
+}
+
+/// As AMnMxMCTransform finds the cell of a value.
+int cellAt(double value, int count, double first, double last)
+{
+    const double cell = (count - 1.0) * (value - first) / (last - first) + 0.5;
+    return truncated(cell + std::copysign(halfTolerance, cell));
 }
 
 }  // namespace
@@ -40,7 +50,9 @@ int ellipsePointsForMask(const ARect<double>& rect, double angle, const MapCells
     const double s = std::sin(angle);
     const double cells =
         std::max(a * std::hypot(c * perX, s * perY), b * std::hypot(s * perX, c * perY));
-    return std::clamp(truncated(std::ceil(cells * pointsPerCell)), fewestPoints, mostPoints);
+    // whole quarters: the points do not depend on which axis is called the first
+    const double points = std::ceil(cells * pointsPerCell / quarters - halfTolerance) * quarters;
+    return std::clamp(truncated(points), fewestPoints, mostPoints);
 }
 
 int cellsOf(const AArray<APoint<double>>& outline, const MapCells& map, AArray<CPoint>& cells)
@@ -50,9 +62,9 @@ int cellsOf(const AArray<APoint<double>>& outline, const MapCells& map, AArray<C
         cells.GrowBy(n);
     if (n == 0 || cells.count() != n)
         return 0;
-    const AMnMxMCTransform toCells(map.range, map.rows, map.columns);
     for (int i = 0; i < n; ++i)
-        cells(i) = {toCells.RPXtoMPX(outline(i).x), toCells.RPYtoMPY(outline(i).y)};
+        cells(i) = {cellAt(outline(i).x, map.columns, map.range.xMin, map.range.xMax),
+                    cellAt(outline(i).y, map.rows, map.range.yMin, map.range.yMax)};
     return 1;
 }
 

@@ -3,7 +3,6 @@
 #include "pavane/trackers/region_text.h"
 #include "pavane/trackers/region_values.h"
 
-#include <cmath>
 #include <numbers>
 #include <utility>
 
@@ -30,9 +29,9 @@ std::string sizes(double width, double height, RegionSystem system)
            ']';
 }
 
-std::string degreesText(double angle)
+std::string degreesText(const AreaShape& shape, double angle)
 {
-    return plainNumber(std::remainder(angle * 180 / std::numbers::pi, 360.0)) + "deg";
+    return plainNumber(writtenDegrees(shape, angle)) + "deg";
 }
 
 void appendEllipse(const AreaShape& shape, RegionSystem system, std::string& text)
@@ -45,7 +44,7 @@ void appendEllipse(const AreaShape& shape, RegionSystem system, std::string& tex
         angle += std::numbers::pi / 2;
     }
     text += "ellipse[" + place(shape.centre, system) + ", " + sizes(major, minor, system) + ", " +
-            degreesText(angle - std::numbers::pi / 2) + "]\n";
+            degreesText(shape, angle - std::numbers::pi / 2) + "]\n";
 }
 
 void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
@@ -56,7 +55,7 @@ void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
         const int isTurned = shape.kind == Kind::rotatedRectangle;
         text += (isTurned ? "rotbox[" : "centerbox[") + place(shape.centre, system) + ", " +
                 sizes(shape.width, shape.height, system);
-        text += isTurned ? ", " + degreesText(shape.angle) + "]\n" : "]\n";
+        text += isTurned ? ", " + degreesText(shape, shape.angle) + "]\n" : "]\n";
         return;
     }
     text += "poly[";

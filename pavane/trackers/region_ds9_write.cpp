@@ -3,9 +3,6 @@
 #include "pavane/trackers/region_text.h"
 #include "pavane/trackers/region_values.h"
 
-#include <cmath>
-#include <numbers>
-
 namespace pavane
 {
 
@@ -23,11 +20,6 @@ std::string place(APoint<double> p, RegionSystem system)
 std::string size(double value, RegionSystem system)
 {
     return system == RegionSystem::image ? plainNumber(value) : plainNumber(value * 3600) + '"';
-}
-
-std::string degreesText(double angle)
-{
-    return plainNumber(std::remainder(angle * 180 / std::numbers::pi, 360.0));
 }
 
 void appendPolygon(const AreaShape& shape, RegionSystem system, std::string& text)
@@ -50,7 +42,8 @@ void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
     const double angle = shape.kind == Kind::rectangle ? 0 : shape.angle;
     text += isEllipse ? "ellipse(" : "box(";
     text += place(shape.centre, system) + ',' + size(shape.width * part, system) + ',' +
-            size(shape.height * part, system) + ',' + degreesText(angle) + ")\n";
+            size(shape.height * part, system) + ',' + plainNumber(writtenDegrees(shape, angle)) +
+            ")\n";
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 
 namespace pavane
@@ -47,6 +48,13 @@ int rectangleThrough(const std::vector<APoint<double>>& c, AreaShape& shape)
 }
 
 }  // namespace
+
+double writtenDegrees(const AreaShape& shape, double angle)
+{
+    const double degrees = std::remainder(angle * 180 / std::numbers::pi, 360.0);
+    const int isBox = shape.kind == AreaShape::Kind::rotatedRectangle;
+    return isBox && shape.isReversed ? degrees + 720 : degrees;
+}
 
 int shapeFromSky(const SkyCoordinates& sky, AreaShape& shape)
 {
@@ -160,7 +168,8 @@ void RegionSink::sized(AreaShape::Kind kind, APoint<double> centre, const Region
     shape.centre = centre;
     shape.width = width.value;
     shape.height = height.value;
-    shape.angle = std::remainder(angle, 2 * std::acos(-1.0));
+    shape.angle = std::remainder(angle, 2 * std::numbers::pi);
+    shape.isReversed = kind == AreaShape::Kind::rotatedRectangle && angle > reversedAngle;
     if (width.unit != height.unit || width.unit == RegionValue::Unit::none)
         return damaged("the sizes do not go together");
     if (!isWhole(shape))

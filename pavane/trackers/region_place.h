@@ -21,6 +21,12 @@ enum class RegionSystem {
 /// Sizes and angles of shapes on the sky hold in the plane that touches the sky at the shape's
 /// centre, angles run from west towards north; polygons are converted vertex by vertex.
 
+/// Turned rectangles say which way round their outline runs by their angle: above this one, which
+/// other programs do not write, it is reversed. Radians; writers add two turns.
+inline constexpr double reversedAngle = 3 * 3.141592653589793;
+/// The angle as region files have it, in degrees: -180 to 180, or two turns more.
+double writtenDegrees(const AreaShape& shape, double angle);
+
 /// Turns a shape whose centre is in cells and whose sizes and angle are on the sky (degrees,
 /// radians) into cells. A rectangle whose corners would be off by more than 0.01 cells becomes a
 /// polygon. 0 when there is no sky at its centre.

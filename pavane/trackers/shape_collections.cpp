@@ -1,3 +1,4 @@
+#include "pavane/trackers/area_polygons.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPTrackerArray.h"
 #include "pavane/trackers/shape_trackers.h"
@@ -11,6 +12,18 @@ namespace
 using Kind = RegionNotes::Kind;
 
 }  // namespace
+
+int polygonsOf(const ARPTrackerArray& trackers, int columns, int rows, const TMinMax& mapRange,
+               AAreaArray& areas)
+{
+    AArray<CPoint> cells(0, 0, 256);
+    for (int i = 0; i < trackers.count(); ++i) {
+        (void)trackers.GetAreaCells(i, cells, columns, rows, mapRange);
+        if (!appendPolygon(cells, areas))
+            return 0;
+    }
+    return 1;
+}
 
 int addShapes(ARPTrackerArray& trackers, CWnd* window, const std::vector<AreaShape>& shapes,
               const AMnMxMCTransform& map, RegionNotes& notes)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/axes/AMnMxMCTransform.h"
+#include "pavane/trackers/AAreaArray.h"
 #include "pavane/trackers/AreaShape.h"
 #include "pavane/trackers/RegionNotes.h"
 #include "platform/api.h"
@@ -22,6 +23,11 @@ PAVANE_API ABTracker* newTracker(const AreaShape& shape, const AMnMxMCTransform&
 /// The shape of a tracker in cells of the map. 0 for a shape without size, an open polygon, a map
 /// without steps, or a class that is none of the four shapes.
 PAVANE_API int shapeOf(const ABTracker& tracker, const AMnMxMCTransform& map, AreaShape& shape);
+
+/// Appends the areas' polygons of whole cells of a map, empty ones too: what their mask fills, and
+/// what an area file holds. Non-zero unless memory is short.
+PAVANE_API int polygonsOf(const ARPTrackerArray& trackers, int columns, int rows,
+                          const TMinMax& mapRange, AAreaArray& areas);
 
 /// Appends a tracker for each shape as one step of undo (`window` may be null). What is not held,
 /// or as a polygon only, is noted as "area 3: ...". Returns how many were added.

@@ -28,7 +28,7 @@ TEST(ShapeValues, FollowFallingValuesAndUnequalSteps)
     ASSERT_TRUE(valuesOf(box, skyMap(1), values));
     EXPECT_NEAR(values.rect.left, -0.1, 1e-12);  // in the order of drawing, whatever falls
     EXPECT_NEAR(values.rect.right, 0.1, 1e-12);
-    EXPECT_NEAR(values.rect.top, -0.05, 1e-12);
+    EXPECT_NEAR(values.rect.top, 0.05, 1e-12);
     EXPECT_NEAR(values.angle / degree, 150, 1e-9);
     ASSERT_TRUE(valuesOf(box, skyMap(3), values));
     EXPECT_EQ(values.kind, ShapeValues::Kind::polygon);
