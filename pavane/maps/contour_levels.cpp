@@ -69,7 +69,7 @@ std::vector<double> ContourLevels::values(double peak, double noise) const
     std::vector<double> levels;
     if (unit == LevelUnit::automatic)
         levels = automaticLevels(peak, noise);
-    else
+    else if (unit != LevelUnit::noise || noise > 0)  // of no noise all multiples are one line at 0
         for (const double factor : factors)
             levels.push_back(unit == LevelUnit::absolute ? factor
                              : unit == LevelUnit::peak   ? factor * peak / 100

@@ -26,7 +26,7 @@ struct PAVANE_API ContourLevels {
     int read(const CString& text);
     /// The levels as values of a map, rising, each once. Automatic levels are 3 times the noise,
     /// its negative and its doublings below the peak; where the noise is not known or the peak
-    /// within it, 1, 2, 4 ... 64 and 90 per cent of the peak.
+    /// within it, 1, 2, 4 ... 64 and 90 per cent of the peak. Multiples of no noise are none.
     std::vector<double> values(double peak, double noise) const;
 };
 

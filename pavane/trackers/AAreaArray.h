@@ -19,6 +19,13 @@ public:
     AAreaArray(const AAreaArray& other) : AAreaArray() { *this = other; }
     AAreaArray& operator=(const AAreaArray& other);
 
+    /// Frees the polygons and takes room for so many at once, instead of growing in small steps.
+    void Begin(int polygons)
+    {
+        Free();
+        begin(0, polygons);
+    }
+
     /// Makes m the mask of all areas; without any polygon every bit is 1. A message about rows with
     /// too many crossings is shown once.
     void FillBits(ABitMatrix& m) const;

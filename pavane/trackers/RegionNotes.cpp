@@ -8,12 +8,14 @@ namespace pavane
 void RegionNotes::add(Kind kind, const char* what, long long number, const std::string& text)
 {
     ++(kind == Kind::leftOut ? leftOut : kind == Kind::damaged ? damaged : changed);
-    if (static_cast<int>(lines.size()) >= mostLines) {
+    const std::string line =
+        number < 1 ? text : std::string(what) + ' ' + std::to_string(number) + ": " + text;
+    if (kind != Kind::changed && firstLoss.empty())
+        firstLoss = line;
+    if (static_cast<int>(lines.size()) >= mostLines)
         ++more;
-        return;
-    }
-    lines.push_back(number < 1 ? text
-                               : std::string(what) + ' ' + std::to_string(number) + ": " + text);
+    else
+        lines.push_back(line);
 }
 
 void RegionNotes::addOnce(Kind kind, const std::string& text)

@@ -24,6 +24,8 @@ struct PAVANE_API RegionNotes {
     int changed = 0;
     int more = 0;
     static constexpr int mostLines = 1000;
+    /// The first line about something that is missing in the result; empty when nothing is.
+    std::string firstLoss;
 
     /// Adds "<what> <number>: <text>"; without a number (below 1) only the text.
     void add(Kind kind, const char* what, long long number, const std::string& text);

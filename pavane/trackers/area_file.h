@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/trackers/AAreaArray.h"
+#include "pavane/trackers/LoadReport.h"
 #include "platform/api.h"
 
 #include <string>
@@ -14,6 +15,11 @@ namespace pavane
 /// Reads a whole area file. A file that cannot be read, a negative number, or a length that is not
 /// exactly what the numbers say gives 0, no areas, and one line in `error` that names the file.
 PAVANE_API int readAreaFile(const std::string& file, AAreaArray& areas, std::string& error);
+
+/// The same for a damaged file: takes the polygons up to the first fault, which `report` tells. 0
+/// when the file cannot be opened or has no number of polygons to believe.
+PAVANE_API int readAreaFile(const std::string& file, AAreaArray& areas, LoadReport& report,
+                            std::string& error);
 
 /// Writes an area file under a temporary name in the same folder and renames it. A failure gives 0
 /// and one line in `error`; a file of the name stays as it was.
