@@ -5,13 +5,16 @@
 #include "apps/simulate/jet_model.h"
 #include "apps/simulate/options.h"
 #include "tessel/fits_map.h"
+#include "tessel/plain_text.h"
 #include "tessel/SafeFile.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
 #include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
 
 using namespace pavane;
 
@@ -85,6 +88,24 @@ std::string uvText(const Visibilities& samples)
     return text;
 }
 
+/// Makes the folder and those that it lies in.
+int makeFolder(const std::string& folder, std::string& error)
+{
+    std::error_code failed;
+    std::filesystem::create_directories(folder, failed);
+    if (!failed && std::filesystem::is_directory(folder, failed))
+        return 1;
+    error = folder + ": the folder cannot be made: " +
+            (failed ? failed.message() : std::string("there is a file of that name"));
+    return 0;
+}
+
+int complain(const std::string& error)
+{
+    std::fprintf(stderr, "pavane-simulate: %s\n", plainText(error).c_str());
+    return badOutput;
+}
+
 int simulate(const SimulateOptions& o, std::string& error)
 {
     const AComponents jet = jetModel();
@@ -126,15 +147,14 @@ int main(int argc, char** argv)
     SimulateOptions options;
     std::string error;
     if (!parseSimulateOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) {
-        std::fprintf(stderr, "pavane-simulate: %s\n%s\n", error.c_str(), simulateUsage());
+        (void)complain(error);
+        std::fprintf(stderr, "%s\n", usageLine(simulateProgram()).c_str());
         return wrongUse;
     }
-    if (options.help) {
-        std::puts(simulateUsage());
-        return done;
+    if (options.help || options.version) {
+        const std::string text =
+            options.help ? helpText(simulateProgram()) : versionLine(simulateProgram());
+        return std::fputs(text.c_str(), stdout) >= 0 && std::fflush(stdout) == 0 ? done : badOutput;
     }
-    if (simulate(options, error))
-        return done;
-    std::fprintf(stderr, "pavane-simulate: %s\n", error.c_str());
-    return badOutput;
+    return makeFolder(options.folder, error) && simulate(options, error) ? done : complain(error);
 }

@@ -1,8 +1,7 @@
 #include "apps/simulate/options.h"
 
+#include "apps/options/option_table.h"
 #include "tessel/value_text.h"
-
-#include <cmath>
 
 namespace pavane
 {
@@ -10,74 +9,130 @@ namespace pavane
 namespace
 {
 
-int number(const std::string& text, double low, double high, double& value)
+/// What a number may be, for its reader and its messages.
+struct Limits {
+    double low, high;
+};
+constexpr Limits seeds{0, 2147483647}, sizes{64, 2048}, cells{1e-3, 10}, noises{0, 100},
+    spans{0.1, 24}, iterations{0, 1000000};
+
+template <class Number>
+int readNumber(const char* name, const std::string& text, const Limits& limits, Number& value,
+               std::string& error)
 {
-    double read = 0;
-    if (!stoval(text, read) || !(read >= low) || !(read <= high))
+    Number read{};
+    if (!stoval(text, read) || !(read >= limits.low) || !(read <= limits.high)) {
+        error = std::string(name) + " wants a number from " + valToStr(limits.low, 10) + " to " +
+                valToStr(limits.high, 10) + ", not '" + text + "'";
         return 0;
+    }
     value = read;
     return 1;
 }
 
-int whole(const std::string& text, int low, int high, int& value)
+int readFolder(const std::string& text, SimulateOptions& options, std::string&)
 {
-    int read = 0;
-    if (!stoval(text, read) || read < low || read > high)
-        return 0;
-    value = read;
+    options.folder = text;
     return 1;
 }
 
-/// Applies one option; 0 when there is none of the name or its value is of no use.
-int apply(const std::string& name, const std::string& value, SimulateOptions& options)
+int readSeed(const std::string& text, SimulateOptions& options, std::string& error)
 {
-    Observation& o = options.observation;
     int seed = 0;
-    if (name == "--out") {
-        options.folder = value;
-        return !value.empty();
-    }
-    if (name == "--seed") {
-        const int good = whole(value, 0, 2147483647, seed);
-        o.seed = static_cast<std::uint64_t>(seed);
-        return good;
-    }
-    if (name == "--size")
-        return whole(value, 64, 2048, options.size) && options.size % 2 == 0;
-    if (name == "--cell")
-        return number(value, 1e-3, 10, options.cell);
-    if (name == "--noise")
-        return number(value, 0, 100, o.noise);
-    if (name == "--hours")
-        return number(value, 0.1, 24, o.hours);
-    return name == "--clean" && whole(value, 0, 1000000, options.iterations);
+    if (!readNumber("--seed", text, seeds, seed, error))
+        return 0;
+    options.observation.seed = static_cast<std::uint64_t>(seed);
+    return 1;
+}
+
+int readSize(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    if (!readNumber("--size", text, sizes, options.size, error))
+        return 0;
+    if (options.size % 2 == 0)
+        return 1;
+    error = "--size wants an even number, not '" + text + "'";
+    return 0;
+}
+
+int readCell(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    return readNumber("--cell", text, cells, options.cell, error);
+}
+
+int readNoise(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    return readNumber("--noise", text, noises, options.observation.noise, error);
+}
+
+int readHours(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    return readNumber("--hours", text, spans, options.observation.hours, error);
+}
+
+int readClean(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    return readNumber("--clean", text, iterations, options.iterations, error);
+}
+
+int askHelp(const std::string&, SimulateOptions& options, std::string&) { return options.help = 1; }
+
+int askVersion(const std::string&, SimulateOptions& options, std::string&)
+{
+    return options.version = 1;
+}
+
+enum Traits { ofTheSimulation, aboutProgram };
+
+const OptionTable<SimulateOptions>& optionTable()
+{
+    static const OptionTable<SimulateOptions> table = {
+        {{"--out", "", "FOLDER", "where the files go, made when it is missing (.)"}, readFolder},
+        {{"--seed", "", "N", "the same number makes the same noise (1)"}, readSeed},
+        {{"--size", "", "CELLS", "cells a side of the maps, even, 64 to 2048 (512)"}, readSize},
+        {{"--cell", "", "MAS", "side of a cell in milliarcseconds, 0.001 to 10 (0.05)"}, readCell},
+        {{"--noise", "", "JY", "noise of a sample, 0 to 100 (0.03)"}, readNoise},
+        {{"--hours", "", "H", "length of the track, 0.1 to 24 (8)"}, readHours},
+        {{"--clean", "", "N", "iterations of the CLEAN, 0 to 1000000 (12000)"}, readClean},
+        {{"--help", "-h", "", "print this"}, askHelp, aboutProgram},
+        {{"--version", "", "", "print the version"}, askVersion, aboutProgram},
+    };
+    return table;
 }
 
 }  // namespace
 
-const char* simulateUsage()
+ProgramText simulateProgram()
 {
-    return "usage: pavane-simulate [--out FOLDER] [--seed N] [--size CELLS] [--cell MAS] [--noise "
-           "JY] "
-           "[--hours H] [--clean ITERATIONS]";
+    return {"pavane-simulate",
+            "make the maps of a simulated VLBI observation",
+            {"[OPTIONS]"},
+            {"Observes a model jet with the VLBA in four IFs and writes its dirty map, dirty beam "
+             "and CLEAN map, the model and a list of u,v points. Files of these names are "
+             "replaced."},
+            {{"Options", textsOf(optionTable(), ofTheSimulation)},
+             {"About the program", textsOf(optionTable(), aboutProgram)}},
+            {"done", "wrong use", "a file that could not be written, or not enough memory"},
+            {{"dirty.fits, beam.fits, clean.fits", "the maps"},
+             {"model.txt", "the components of the jet"},
+             {"uv.csv", "some u,v points of the observation, in wavelengths"}},
+            {{"A demo and its figure:",
+              "pavane-simulate --out demo --seed 7 && "
+              "pavane-view demo/clean.fits --batch --png clean.png --model demo/model.txt"}},
+            "pavane-view"};
 }
 
 int parseSimulateOptions(const std::vector<std::string>& arguments, SimulateOptions& options,
                          std::string& error)
 {
     options = SimulateOptions();
-    for (std::size_t i = 0; i < arguments.size(); i += 2) {
-        if (arguments[i] == "--help") {
-            options.help = 1;
-            return 1;
-        }
-        const std::string value = i + 1 < arguments.size() ? arguments[i + 1] : "";
-        if (!apply(arguments[i], value, options)) {
-            error = "cannot use '" + arguments[i] + (value.empty() ? "" : " " + value) + "'";
-            return 0;
-        }
-    }
-    return 1;
+    error.clear();
+    GivenArguments<SimulateOptions> given;
+    if (!readArguments(arguments, optionTable(), options, given, error))
+        return 0;
+    if (!given.operands.empty())
+        error = "'" + given.operands.front() + "' is no option";
+    return error.empty();
 }
 
 }  // namespace pavane

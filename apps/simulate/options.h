@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/options/program_text.h"
 #include "apps/simulate/observation.h"
 
 #include <string>
@@ -16,9 +17,11 @@ struct SimulateOptions {
     double cell = 0.05;      ///< milliarcseconds
     int iterations = 12000;  ///< of the CLEAN
     int help = 0;
+    int version = 0;
 };
 
-const char* simulateUsage();
+/// What users read of the program and its options, from the table that reads them.
+ProgramText simulateProgram();
 
 /// Reads the arguments behind the program's name. Non-zero on success, else 0 and `error` says what
 /// is wrong.

@@ -1,5 +1,9 @@
 #include "apps/view/level_list.h"
 
+#include "pavane/maps/contour_lines.h"
+#include "tessel/value_text.h"
+
+#include <cmath>
 #include <string_view>
 
 namespace pavane
@@ -11,7 +15,42 @@ namespace
 constexpr std::string_view goesOnEnding = ",...";
 constexpr std::size_t mostLevels = 100;
 
-int readList(std::string text, LevelChoice& choice)
+/// What is wrong with a list that does not read as one.
+std::string faultOfList(std::string_view text)
+{
+    const std::size_t colon = text.find(':');
+    const std::string_view unit = text.substr(0, colon);
+    if (colon == std::string_view::npos || (unit != "peak" && unit != "sigma" && unit != "abs"))
+        return "wants peak:, sigma: or abs: before its numbers, or none, not '" +
+               std::string(text) + "'";
+    std::string_view rest = text.substr(colon + 1);
+    for (int which = 1;; ++which) {
+        const std::size_t comma = rest.find(',');
+        const std::string_view item = rest.substr(0, comma);
+        double number = 0;
+        if (!stoval(item, number) || !std::isfinite(number))
+            return "has '" + std::string(item) + "' as number " + std::to_string(which) +
+                   (item == "..." ? "; only the end of a list goes on" : ", which is none");
+        if (comma == std::string_view::npos)
+            break;
+        rest.remove_prefix(comma + 1);
+    }
+    return "has too many numbers, more than " + std::to_string(ContourLines::mostLevels);
+}
+
+/// What is wrong with numbers that are to go on; "" when nothing is.
+std::string faultOfEnd(const std::vector<double>& factors)
+{
+    const std::size_t n = factors.size();
+    if (n < 2)
+        return "wants two numbers before '...'";
+    if (factors[n - 2] > 0 && factors[n - 1] > factors[n - 2])
+        return {};
+    return "cannot go on from " + valToStr(factors[n - 2]) + " to " + valToStr(factors[n - 1]) +
+           ": the two numbers before '...' rise above 0";
+}
+
+std::string readList(std::string text, LevelChoice& choice)
 {
     const std::size_t ending = goesOnEnding.size();
     if (text.size() > ending && text.compare(text.size() - ending, ending, goesOnEnding) == 0) {
@@ -19,10 +58,8 @@ int readList(std::string text, LevelChoice& choice)
         text.resize(text.size() - ending);
     }
     if (!choice.list.read(text))
-        return 0;
-    const std::vector<double>& factors = choice.list.factors;
-    const std::size_t n = factors.size();
-    return !choice.goesOn || (n >= 2 && factors[n - 2] > 0 && factors[n - 1] > factors[n - 2]);
+        return faultOfList(text);
+    return choice.goesOn ? faultOfEnd(choice.list.factors) : std::string();
 }
 
 /// What a factor of 1 is worth.
@@ -38,10 +75,10 @@ int parseLevels(const std::string& text, LevelChoice& choice, std::string& error
     choice = LevelChoice();
     choice.text = text;
     choice.none = text == "none";
-    if (choice.none || readList(text, choice))
+    const std::string fault = choice.none ? std::string() : readList(text, choice);
+    if (fault.empty())
         return 1;
-    error =
-        "--levels wants peak:, sigma: or abs: and numbers with commas between, not '" + text + "'";
+    error = "--levels " + fault;
     return 0;
 }
 

@@ -3,9 +3,11 @@
 #include "apps/view/options.h"
 #include "apps/view/palette_choice.h"
 #include "apps/view/picture_file.h"
+#include "apps/view/same_file.h"
 #include "apps/view/window_program.h"
 #include "platform/platform.h"
 #include "tessel/fits_map.h"
+#include "tessel/plain_text.h"
 
 #include <csignal>
 #include <cstdio>
@@ -20,8 +22,15 @@ enum ExitStatus { done = 0, wrongUse = 1, badInput = 2 };
 
 int complain(const std::string& error)
 {
-    std::fprintf(stderr, "pavane-view: %s\n", error.c_str());
+    std::fprintf(stderr, "pavane-view: %s\n", plainText(error).c_str());
     return badInput;
+}
+
+int refuse(const std::string& error)
+{
+    (void)complain(error);
+    std::fprintf(stderr, "%s\n", usageLine(viewProgram()).c_str());
+    return wrongUse;
 }
 
 int print(const std::string& text)
@@ -81,7 +90,7 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
     for (const std::string& note : notes)
-        std::fprintf(stderr, "pavane-view: %s: %s\n", options.areas.c_str(), note.c_str());
+        std::fprintf(stderr, "pavane-view: %s\n", plainText(note).c_str());
     if (!options.mask.empty() &&
         !writeFitsMask(options.mask, inputs.mask, inputs.map.header, error)) {
         error = options.mask + ": " + error;
@@ -100,12 +109,15 @@ int main(int argc, char** argv)
     std::signal(SIGXFSZ, SIG_IGN);
     ViewOptions options;
     std::string error;
-    if (!parseOptions(std::vector<std::string>(argv + 1, argv + argc), options, error)) {
-        std::fprintf(stderr, "pavane-view: %s\n%s\n", error.c_str(), usageLine());
-        return wrongUse;
-    }
-    if (options.help)
-        return print(helpText()) ? done : badInput;
+    if (!parseOptions(std::vector<std::string>(argv + 1, argv + argc), options, error))
+        return refuse(error);
+    if (options.help || options.version)
+        return print(options.help ? helpText(viewProgram()) : versionLine(viewProgram()))
+                   ? done
+                   : badInput;
+    error = outputClash(options);
+    if (!error.empty())
+        return refuse(error);
     try {
         if (options.batch)
             return runBatch(argv, options, error) ? done : complain(error);

@@ -1,5 +1,6 @@
 #include "apps/view/options.h"
 
+#include "apps/options/option_table.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -88,122 +89,137 @@ int readLevels(const std::string& text, ViewOptions& options, std::string& error
     return parseLevels(text, options.levels, error);
 }
 
-/// An option that takes a text: where the text goes, or what reads it.
-struct Option {
-    std::string_view name;
-    std::string ViewOptions::*text;
-    int (*read)(const std::string&, ViewOptions&, std::string&);
-    int onlyInBatch = 0;
-};
-
-constexpr Option optionTable[] = {
-    {"--png", &ViewOptions::png, nullptr, 1},
-    {"--pdf", &ViewOptions::pdf, nullptr, 1},
-    {"--svg", &ViewOptions::svg, nullptr, 1},
-    {"--size", nullptr, readSize},
-    {"--aspect", nullptr, readAspect},
-    {"--levels", nullptr, readLevels},
-    {"--scale", nullptr, readScale},
-    {"--range", nullptr, readRange},
-    {"--palette", &ViewOptions::palette, nullptr},
-    {"--plane", nullptr, readPlane},
-    {"--areas", &ViewOptions::areas, nullptr},
-    {"--mask", &ViewOptions::mask, nullptr, 1},
-    {"--model", &ViewOptions::model, nullptr, 1},
-    {"--visibilities", &ViewOptions::visibilities, nullptr, 1},
-};
-
-/// Applies the option at `arguments[i]`, moving i to its text if it takes one.
-int applyOption(const std::vector<std::string>& arguments, std::size_t& i, ViewOptions& options,
-                std::string& error)
+template <std::string ViewOptions::*text>
+int keep(const std::string& value, ViewOptions& options, std::string&)
 {
-    const std::string& name = arguments[i];
-    if (name == "--batch" || name == "--stats" || name == "--help") {
-        (name == "--batch" ? options.batch : name == "--stats" ? options.stats : options.help) = 1;
-        return 1;
-    }
-    const auto found = std::find_if(std::begin(optionTable), std::end(optionTable),
-                                    [&](const Option& o) { return o.name == name; });
-    if (found == std::end(optionTable)) {
-        error = "there is no option '" + name + "'";
-        return 0;
-    }
-    if (i + 1 == arguments.size() || arguments[i + 1].empty()) {
-        error = name + " wants a value";
-        return 0;
-    }
-    const std::string& value = arguments[++i];
-    if (found->read)
-        return found->read(value, options, error);
-    options.*(found->text) = value;
+    options.*text = value;
     return 1;
 }
 
-/// The option that only a batch knows, "" when there is none.
-std::string batchOnly(const ViewOptions& options)
+template <int ViewOptions::*flag>
+int set(const std::string&, ViewOptions& options, std::string&)
 {
-    for (const auto& option : optionTable)
-        if (option.onlyInBatch && option.text && !(options.*(option.text)).empty())
-            return std::string(option.name);
-    return options.hasSize ? "--size" : options.stats ? "--stats" : "";
+    options.*flag = 1;
+    return 1;
 }
 
-int checkTogether(const ViewOptions& options, std::string& error)
+enum Traits { everywhere, onlyInBatch, aboutProgram };
+
+const OptionTable<ViewOptions>& optionTable()
 {
-    const std::string only = options.batch ? std::string() : batchOnly(options);
-    if (!only.empty())
-        error = only + " goes with --batch; the window has a menu for it";
-    else if (options.map.empty() && options.batch)
-        error = "no map is named";
-    else if (options.map.empty() && (!options.areas.empty() || options.plane >= 0))
+    static const OptionTable<ViewOptions> table = {
+        {{"--areas", "", "F",
+          "areas: .areas, polygons of matrix cells (.cma), region files (.reg, .crtf); the content "
+          "decides, not the name. A file that holds none stands for the whole map"},
+         keep<&ViewOptions::areas>},
+        {{"--plane", "", "N", "which plane of a cube, from 0"}, readPlane},
+        {{"--levels", "", "UNIT:LIST",
+          "contours; UNIT peak (per cent of the peak), sigma (multiples of the noise) or abs (unit "
+          "of the map); a list that ends with \"...\" goes on in the same ratio up to the peak, as "
+          "peak:-1,1,2,4,...; none: no contour"},
+         readLevels},
+        {{"--scale", "", "S", "colours spread linear, sqrt, log or equal (histogram-equalised)"},
+         readScale},
+        {{"--range", "", "LO,HI", "values of the first and the last colour"}, readRange},
+        {{"--palette", "", "NAME", "another palette: a name as shipped, or a file with a / in it"},
+         keep<&ViewOptions::palette>},
+        {{"--aspect", "", "free",
+          "let cells be oblong to fill the size, as those of a map of very few rows or columns "
+          "are; equal: square cells"},
+         readAspect},
+        {{"--batch", "", "", "write files and print numbers"},
+         set<&ViewOptions::batch>,
+         onlyInBatch},
+        {{"--png", "", "F", "write the map as a picture"}, keep<&ViewOptions::png>, onlyInBatch},
+        {{"--pdf", "", "F", "write the map as a page"}, keep<&ViewOptions::pdf>, onlyInBatch},
+        {{"--svg", "", "F", "write the map as a vector picture"},
+         keep<&ViewOptions::svg>,
+         onlyInBatch},
+        {{"--size", "", "WxH",
+          "their size in pixels of 96 per inch, 64 to 16384 a side (1000x900)"},
+         readSize,
+         onlyInBatch},
+        {{"--mask", "", "OUT.fits",
+          "write the mask of the areas: the map's pixels and coordinates, 0 and 1"},
+         keep<&ViewOptions::mask>,
+         onlyInBatch},
+        {{"--partial", "", "",
+          "of an area file that cannot be used whole take what can be; without it that is bad "
+          "input"},
+         set<&ViewOptions::partial>,
+         onlyInBatch},
+        {{"--model", "", "F.txt", "components, their outlines drawn over the map"},
+         keep<&ViewOptions::model>,
+         onlyInBatch},
+        {{"--visibilities", "", "UV.csv",
+          "print u,v,re,im of the model for each line u,v (wavelengths); needs no map"},
+         keep<&ViewOptions::visibilities>,
+         onlyInBatch},
+        {{"--stats", "", "", "print peak, its place, noise, cells and flux in the mask"},
+         set<&ViewOptions::stats>,
+         onlyInBatch},
+        {{"--help", "-h", "", "print this"}, set<&ViewOptions::help>, aboutProgram},
+        {{"--version", "", "", "print the version"}, set<&ViewOptions::version>, aboutProgram},
+    };
+    return table;
+}
+
+/// Non-zero for what is made of a map.
+int needsMap(const ViewOptions& options)
+{
+    return options.visibilities.empty() || options.wantsPicture() || options.stats ||
+           !options.areas.empty() || options.plane >= 0;
+}
+
+int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
+                  std::string& error)
+{
+    const auto only = std::find_if(given.options.begin(), given.options.end(),
+                                   [](const auto* o) { return o->traits == onlyInBatch; });
+    if (given.operands.size() > 1)
+        error = "one map at a time: '" + given.operands[1] + "' is a second one";
+    else if (!options.batch && only != given.options.end())
+        error = std::string((*only)->name) + " goes with --batch; the window asks for it";
+    else if (options.map.empty() && !options.batch &&
+             (!options.areas.empty() || options.plane >= 0))
         error = "--areas and --plane go with a map";
     else if (!options.mask.empty() && options.areas.empty())
         error = "--mask needs the areas that it is made of: --areas FILE";
+    else if (options.partial && options.areas.empty())
+        error = "--partial goes with areas: --areas FILE";
     else if (!options.visibilities.empty() && options.model.empty())
         error = "--visibilities needs the model that they are computed from: --model FILE";
+    else if (options.batch && options.map.empty() && needsMap(options))
+        error = "no map is named";
     return error.empty();
 }
 
 }  // namespace
 
-const char* usageLine()
+ProgramText viewProgram()
 {
-    return "usage: pavane-view [MAP.fits] [--areas F] [--plane N] [--levels UNIT:LIST] [--scale S] "
-           "[--range LO,HI] [--palette NAME] [--aspect free], without a window: --batch [--png F] "
-           "[--pdf F] [--svg F] [--size WxH] [--mask OUT.fits] [--model F.txt] "
-           "[--visibilities UV.csv] [--stats] (--help says more)";
-}
-
-std::string helpText()
-{
-    return std::string(usageLine()) + R"(
-
-Opens the map in a window, where areas are marked with the mouse or the keys (F1 there tells how).
-
-  --areas F                   areas: .areas, polygons of matrix cells (.cma), region files (.reg,
-                              .crtf)
-  --plane N                   which plane of a cube, from 0
-  --levels UNIT:LIST          contours; UNIT peak (per cent of the peak), sigma (multiples of the
-                              noise) or abs (unit of the map); a list that ends with "..." goes on
-                              in the same ratio up to the peak: peak:-1,1,2,4,...   none: no contour
-  --scale S                   colours spread linear, sqrt, log or equal (histogram-equalised)
-  --range LO,HI               values of the first and the last colour
-  --palette NAME              another palette: a name as shipped, or a file
-  --aspect free               let cells be oblong to fill the size, as those of a map of very few
-                              rows or columns are
-
-Without a window:
-
-  --batch                     write files and print numbers
-  --png F, --pdf F, --svg F   write the map as a picture or a page
-  --size WxH                  its size in pixels of 96 per inch, 64 to 16384 a side (1000x900)
-  --mask OUT.fits             write the mask of the areas: the map's pixels and coordinates, 0 and 1
-  --model F.txt               components, their outlines drawn over the map
-  --visibilities UV.csv       print u,v,re,im of the model for each line u,v (wavelengths)
-  --stats                     print peak, its place, noise, cells and flux in the mask
-
-exit status: 0 done, 1 wrong use, 2 bad input, an output that could not be written, or no display
-)";
+    return {"pavane-view",
+            "mark areas on a radio map, draw it, and write masks for a CLEAN",
+            {"[MAP.fits] [OPTIONS]", "MAP.fits --batch [OPTIONS]"},
+            {"Opens the map, a FITS image, in a window, where areas are marked with the mouse or "
+             "the keys (F1 there tells how).",
+             "With --batch there is no window: all input is read and checked, then files are "
+             "written, each whole or not at all, and numbers are printed. No output may be an "
+             "input or another output."},
+            {{"In the window and without it", textsOf(optionTable(), everywhere)},
+             {"Without a window", textsOf(optionTable(), onlyInBatch)},
+             {"About the program", textsOf(optionTable(), aboutProgram)}},
+            {"done", "wrong use",
+             "bad input, areas that cannot be used, an output that could not be written, or no "
+             "display"},
+            {{"~/.config/pavane-view/pavane-view.ini", "the window's place and the last maps"},
+             {"~/.config/pavane-view/autosave-*.areas",
+              "areas that are not saved, offered when their map is opened next"}},
+            {{"The mask of the areas that were marked in the window:",
+              "pavane-view map.fits --batch --areas jet.areas --mask mask.fits"},
+             {"A figure with contours from 1 per cent of the peak on:",
+              "pavane-view map.fits --batch --pdf map.pdf --levels peak:-1,1,2,4,..."}},
+            "pavane-simulate"};
 }
 
 int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options,
@@ -211,18 +227,12 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
 {
     options = ViewOptions();
     error.clear();
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        if (arguments[i].rfind("--", 0) == 0) {
-            if (!applyOption(arguments, i, options, error))
-                return 0;
-        } else if (!options.map.empty()) {
-            error = "one map at a time: '" + arguments[i] + "' is a second one";
-            return 0;
-        } else {
-            options.map = arguments[i];
-        }
-    }
-    return options.help || checkTogether(options, error);
+    GivenArguments<ViewOptions> given;
+    if (!readArguments(arguments, optionTable(), options, given, error))
+        return 0;
+    if (!given.operands.empty())
+        options.map = given.operands.front();
+    return options.help || options.version || checkTogether(options, given, error);
 }
 
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/options/program_text.h"
 #include "apps/view/level_list.h"
 
 #include <string>
@@ -16,6 +17,7 @@ struct ViewOptions {
     std::string map;
     int batch = 0;
     int help = 0;
+    int version = 0;
     int plane = -1;             ///< from 0; -1: the only one
     std::string png, pdf, svg;  ///< pictures to write, empty for none
     int width = 1000;           ///< pixels of 96 per inch
@@ -28,15 +30,14 @@ struct ViewOptions {
     double low = 0, high = 0;  ///< colour range, in the unit of the map
     std::string palette;       ///< empty: the default one
     std::string areas, mask, model, visibilities;
+    int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }
 };
 
-/// One line that says how the program is called.
-const char* usageLine();
-/// The usage line with what every option does.
-std::string helpText();
+/// What users read of the program and its options, from the table that reads them.
+ProgramText viewProgram();
 
 /// Reads the arguments behind the program's name. Non-zero on success; else 0 and `error` says in
 /// one line what is wrong with them.

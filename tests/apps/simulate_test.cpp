@@ -5,9 +5,13 @@
 #include "pavane/maps/map_statistics.h"
 
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <numbers>
 #include <sstream>
+#include <sys/wait.h>
 
 namespace pavane
 {
@@ -111,7 +115,30 @@ TEST(Simulation, RefusesOptionsThatItCannotUse)
         EXPECT_FALSE(parseSimulateOptions({"--size", value}, options, error)) << value;
     EXPECT_FALSE(parseSimulateOptions({"--noise", "nan"}, options, error));
     EXPECT_FALSE(parseSimulateOptions({"--seed"}, options, error));
+    EXPECT_FALSE(parseSimulateOptions({"--seed", "1", "--seed", "2"}, options, error));
+    EXPECT_FALSE(parseSimulateOptions({"out"}, options, error));
     EXPECT_TRUE(parseSimulateOptions({"--size", "64", "--noise", "0"}, options, error));
+}
+
+TEST(Simulation, MakesItsFolderAndSaysWhyItCannot)
+{
+    const std::string folder = testing::TempDir() + "simulate-out";
+    std::filesystem::remove_all(folder);
+    const auto status = [&](const std::string& out) {
+        const std::string command = "'" PAVANE_SIMULATE
+                                    "' --size 64 --hours 0.1 --clean 1 --out '" +
+                                    out + "' >/dev/null 2>'" + testing::TempDir() + "simulate.err'";
+        const int ended = std::system(command.c_str());
+        return WIFEXITED(ended) ? WEXITSTATUS(ended) : -1;
+    };
+    EXPECT_EQ(status(folder + "/a/b"), 0);
+    EXPECT_TRUE(std::filesystem::exists(folder + "/a/b/uv.csv"));
+    EXPECT_EQ(status(folder + "/a/b/uv.csv"), 2);
+    EXPECT_EQ(status(folder + "/a/b/uv.csv/c"), 2);
+    std::ifstream said(testing::TempDir() + "simulate.err");
+    std::string line;
+    std::getline(said, line);
+    EXPECT_NE(line.find("the folder cannot be made: Not a directory"), std::string::npos) << line;
 }
 
 }  // namespace pavane

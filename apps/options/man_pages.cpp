@@ -1,0 +1,23 @@
+// Writes the man pages of the programs, when the project is built.
+#include "apps/simulate/options.h"
+#include "apps/view/options.h"
+
+#include <fstream>
+#include <iostream>
+#include <string>
+
+using namespace pavane;
+
+int main(int argc, char** argv)
+{
+    for (const ProgramText& program : {viewProgram(), simulateProgram()}) {
+        const std::string file = std::string(argc > 1 ? argv[1] : ".") + '/' + program.name + ".1";
+        std::ofstream page(file, std::ios::binary);
+        page << manPage(program) << std::flush;
+        if (!page) {
+            std::cerr << file << ": cannot be written\n";
+            return 1;
+        }
+    }
+    return 0;
+}
