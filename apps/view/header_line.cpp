@@ -22,11 +22,12 @@ constexpr int mostPrefixPower = 12;
 /// Keeps the words of one fact on one line.
 constexpr const char* hardBlank = "\u00a0";
 
-/// The value with the prefix that leaves one to three digits before the point.
+/// The value with the prefix, where the unit takes one, that leaves one to three digits before the
+/// point.
 std::string scaledText(double value, const std::string& unit, int digits)
 {
     int power = 0;
-    if (value != 0 && std::isfinite(value) && !unit.empty())
+    if (value != 0 && std::isfinite(value) && takesPrefix(unit))
         power = 3 * truncated(std::floor(std::log10(std::fabs(value)) / 3));
     if (std::abs(power) > mostPrefixPower)
         power = 0;
@@ -58,7 +59,7 @@ std::string valueTitle(const ViewInputs& inputs)
     const MapUnit unit = mapUnit(bunit);
     if (bunit.empty())
         return {};
-    return unit.factor == 1 ? "[%s" + unit.name + "]" : "[" + bunit + "]";  // one prefix is enough
+    return titleUnit(unit.prefix + unit.name);  // one prefix is enough
 }
 
 std::string headerLine(const ViewInputs& inputs)

@@ -1,5 +1,6 @@
 #include "apps/view/map_frame.h"
 
+#include "apps/view/map_unit.h"
 #include "tessel/map_steps.h"
 #include "tessel/sky_axes.h"
 
@@ -38,7 +39,7 @@ void setEnds(const MapAxis& axis, int cells, double step, double origin, double&
 std::string plainTitle(const MapAxis& axis, const char* otherwise)
 {
     const std::string name = axis.ctype.empty() ? otherwise : axis.ctype;
-    return axis.cunit.empty() ? name : name + " [%s" + axis.cunit + "]";
+    return axis.cunit.empty() ? name : name + ' ' + titleUnit(axis.cunit);
 }
 
 /// What the axes of a map on the sky count, without their unit.

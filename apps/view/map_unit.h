@@ -7,13 +7,22 @@ namespace pavane
 
 /// The unit of a map's values, taken apart.
 struct MapUnit {
-    double factor = 1;  ///< of the prefix: 1e-3 for "mJy/beam"
-    std::string name;   ///< without the prefix, as papers write it: "Jy/beam" for "JY/BEAM"
-    int isFlux = 0;     ///< janskys, alone, per beam or per pixel
-    int perPixel = 0;   ///< the last of these
+    double factor = 1;   ///< of the prefix: 1e-3 for "mJy/beam"
+    std::string prefix;  ///< as it is written: "m"
+    std::string name;    ///< without the prefix, as papers write it: "Jy/beam" for "JY BEAM-1"
+    int isFlux = 0;      ///< janskys, alone, per beam or per pixel
+    int perPixel = 0;    ///< the last of these
 };
 
-/// Takes BUNIT apart. What does not begin with janskys, kelvins or hertz is a name without prefix.
+/// Takes BUNIT apart. What does not begin with a unit that takes prefixes is a name without one.
 MapUnit mapUnit(const std::string& bunit);
+
+/// Non-zero when a prefix may stand before the unit: "Jy/beam", "m/s"; not "km/s", "deg", "m^2",
+/// "10^-15 erg/s".
+int takesPrefix(const std::string& unit);
+
+/// The unit in brackets for the title of an axis or bar, with the marker "%s" where a prefix may
+/// stand.
+std::string titleUnit(const std::string& unit);
 
 }  // namespace pavane

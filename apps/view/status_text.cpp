@@ -74,7 +74,7 @@ StatusWidths fittingPanes(StatusWidths wanted, int room)
 
 std::string prefixedText(double value, const std::string& unit, int digits)
 {
-    const int power = unit.empty() ? 0 : prefixPower(value);
+    const int power = takesPrefix(unit) ? prefixPower(value) : 0;
     const std::string text = valToStr(value / std::pow(10.0, power), digits);
     return unit.empty() ? text : text + ' ' + prefixText(power) + unit;
 }
