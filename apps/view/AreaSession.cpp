@@ -21,6 +21,7 @@ void AreaSession::end()
     hasCopy_ = 0;
     map_.clear();
     file_.clear();
+    source_.clear();
     modified_ = copyIsOld_ = 0;
     lastCopy_ = -pace;
 }

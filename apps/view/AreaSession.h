@@ -35,13 +35,19 @@ public:
     int writeCopy(const StoreFunction& store, std::int64_t now);
     /// They were saved as they are. An empty name leaves the one from before.
     void saved(const std::string& file);
-    /// They come from a file that Save would not write again (or from no file).
-    void forgetFile() { file_.clear(); }
+    /// They come from a file that Save would not write again (or, with an empty name, from none).
+    void cameFrom(const std::string& file)
+    {
+        file_.clear();
+        source_ = file;
+    }
 
     int isModified() const { return modified_; }
     const std::string& map() const { return map_; }
     /// Where they were saved last or opened from; empty for nowhere.
     const std::string& file() const { return file_; }
+    /// Where they came from, also when not all of them could be read there; empty for nowhere.
+    const std::string& source() const { return source_; }
     /// Non-zero while a copy of what is unsaved lies on disk.
     int hasCopy() const { return hasCopy_; }
     const Autosave& autosave() const { return autosave_; }
@@ -52,6 +58,7 @@ private:
     std::string folder_;
     std::string map_;
     std::string file_;
+    std::string source_;
     Autosave autosave_;
     int modified_ = 0;
     int copyIsOld_ = 0;

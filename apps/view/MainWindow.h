@@ -81,6 +81,9 @@ private:
     int saveAreasCommand();
     int saveAreasAs();
     int saveAreasTo(const std::string& file);
+    /// 0, and said, when writing the file would replace one that is open; areas may go back to
+    /// where they came from.
+    int mayWrite(const std::string& file, int asAreas);
     /// Closes the polygon that is being drawn; 0 when it cannot be, which the user is told.
     int closeOpenArea();
     void saveMask();

@@ -1,6 +1,6 @@
 #include "apps/view/area_files.h"
 
-#include "apps/view/file_ending.h"
+#include "apps/view/area_kind.h"
 #include "pavane/trackers/area_file.h"
 #include "pavane/trackers/area_polygons.h"
 #include "pavane/trackers/area_shape_file.h"
@@ -14,7 +14,6 @@
 #include "tessel/SafeFile.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <new>
 
@@ -26,47 +25,7 @@ namespace
 
 constexpr std::size_t fewestCorners = 3;
 
-enum class Kind { collection, cells, ds9, crtf, unknown };
-
-Kind kindOfName(const std::string& file)
-{
-    const std::string ending = fileEnding(file);
-    return ending == "areas"  ? Kind::collection
-           : ending == "cma"  ? Kind::cells
-           : ending == "reg"  ? Kind::ds9
-           : ending == "crtf" ? Kind::crtf
-                              : Kind::unknown;
-}
-
-/// What a file of another name holds: CASA regions say so, texts have no bytes that are no
-/// characters, polygons of cells fill their file exactly.
-Kind kindOfContent(const std::string& file)
-{
-    std::array<char, 64> start{};
-    AFile in;
-    if (!in.open(file, AFile::readOnly))
-        return Kind::unknown;
-    const auto n = std::min<std::int64_t>(in.left(), static_cast<std::int64_t>(start.size()));
-    if (!in.read(start.data(), n))
-        return Kind::unknown;
-    const std::string_view text(start.data(), static_cast<std::size_t>(n));
-    if (text.starts_with("#CRTF"))
-        return Kind::crtf;
-    const auto isOdd = [](char c) {
-        return static_cast<unsigned char>(c) < ' ' && c != '\n' && c != '\r' && c != '\t';
-    };
-    if (!text.empty() && std::none_of(text.begin(), text.end(), isOdd))
-        return Kind::ds9;
-    AAreaArray areas;
-    std::string ignored;
-    return readAreaFile(file, areas, ignored) ? Kind::cells : Kind::collection;
-}
-
-Kind kindOf(const std::string& file)
-{
-    const Kind kind = kindOfName(file);
-    return kind == Kind::unknown ? kindOfContent(file) : kind;
-}
+using Kind = AreaKind;
 
 AMnMxMCTransform cellsOf(const AreaPlace& place)
 {
@@ -76,44 +35,94 @@ AMnMxMCTransform cellsOf(const AreaPlace& place)
 void take(const RegionNotes& from, AreaNotes& to)
 {
     to.lines = from.lines;
+    to.loss = from.firstLoss;
     if (from.more > 0)
         to.lines.push_back("... and " + std::to_string(from.more) + " more");
+}
+
+void take(const LoadReport& report, AreaNotes& notes)
+{
+    notes.promised = report.promised;
+    notes.read = report.loaded;
+    notes.lines = report.lines;
+    notes.loss = report.lines.empty() ? std::string() : report.lines.front();
+}
+
+int refuse(const std::string& file, const std::string& why, std::string& error)
+{
+    error = file + ": " + why;
+    return 0;
 }
 
 int openCollection(const std::string& file, ARPTrackerArray& areas, AreaNotes& notes,
                    std::string& error)
 {
     AFile in;
-    if (!in.open(file, AFile::readOnly)) {
-        error = file + ": the area file cannot be opened";
-        return 0;
-    }
+    if (!in.open(file, AFile::readOnly))
+        return refuse(file, "the area file cannot be opened", error);
     LoadReport report;
     const int whole = areas.Load(in, report);
-    if (!whole && !report.loaded) {
-        error = file + ": not an area file" +
-                (report.lines.empty() ? std::string() : ": " + report.lines.front());
-        return 0;
-    }
-    notes.promised = report.promised;
-    notes.read = report.loaded;
-    notes.lines = report.lines;
+    if (report.promised < 0)
+        return refuse(file,
+                      "not an area file: its number of areas is " + std::to_string(report.promised),
+                      error);
+    if (!whole && !report.promised)
+        return refuse(file, "not an area file: " + (report.lines.empty() ? "" : report.lines[0]),
+                      error);
+    if (whole && in.left())
+        report.lines.push_back(std::to_string(in.left()) + " bytes follow the last area");
+    take(report, notes);
     return 1;
 }
 
-int openShapes(const std::string& file, Kind kind, const AreaPlace& place, ARPTrackerArray& areas,
-               AreaNotes& notes, std::string& error)
+int openRegions(const std::string& file, Kind kind, const AreaPlace& place, ARPTrackerArray& areas,
+                AreaNotes& notes, std::string& error)
 {
+    std::string text;
+    if (!readRegionText(file, text, error))
+        return refuse(file, error, error);
+    if (kind == Kind::crtf && !text.starts_with("#CRTF"))
+        return refuse(file, "not a CRTF region file, which begins with #CRTF", error);
     std::vector<AreaShape> shapes;
     RegionNotes found;
-    const int read = kind == Kind::ds9    ? readDs9Regions(file, place.sky, shapes, found, error)
-                     : kind == Kind::crtf ? readCrtfRegions(file, place.sky, shapes, found, error)
-                                          : readAreaShapes(file, place.sky, shapes, found, error);
-    if (!read)
-        return 0;
-    notes.promised = static_cast<int>(shapes.size()) + found.leftOut + found.damaged;
+    const std::size_t cut = cutLineOf(kind, text);
+    const std::string_view sure = std::string_view(text).substr(0, cut);
+    kind == Kind::crtf ? parseCrtfRegions(sure, place.sky, shapes, found)
+                       : parseDs9Regions(sure, place.sky, shapes, found);
+    if (cut != std::string::npos)
+        found.add(RegionNotes::Kind::damaged, "line",
+                  1 + std::count(sure.begin(), sure.end(), '\n'),
+                  "the file may be cut here: the line has no end");
+    const int losses = found.leftOut + found.damaged;
+    if (shapes.empty() && found.damaged && !found.leftOut && !hasRegionHeader(kind, text))
+        return refuse(file, "not a region file: " + found.firstLoss, error);
+    if (shapes.empty() && !losses && !saysItHoldsNone(kind, text))
+        return refuse(file,
+                      text.empty() ? "the region file is empty"
+                                   : "the region file holds no area, and does not begin as "
+                                     "one that means to",
+                      error);
+    notes.promised = static_cast<int>(shapes.size()) + losses;
     notes.read = addShapes(areas, nullptr, shapes, cellsOf(place), found);
     take(found, notes);
+    return 1;
+}
+
+/// Polygons of cells as shapes that can be changed.
+int openCells(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
+              AreaNotes& notes, std::string& error)
+{
+    AAreaArray polygons;
+    if (!openCellAreas(file, polygons, notes, error))
+        return 0;
+    RegionNotes found;
+    const std::vector<AreaShape> shapes = shapesOf(polygons, found);
+    const AreaNotes damaged = notes;
+    notes.read = addShapes(areas, nullptr, shapes, cellsOf(place), found);
+    take(found, notes);
+    notes.lines.insert(notes.lines.end(), damaged.lines.begin(), damaged.lines.end());
+    if (notes.loss.empty())
+        notes.loss = damaged.loss;
     return 1;
 }
 
@@ -139,16 +148,30 @@ int saveCollection(const std::string& file, const ARPTrackerArray& areas, std::s
 
 }  // namespace
 
-int isCellFile(const std::string& file) { return kindOfName(file) == Kind::cells; }
+std::string AreaNotes::lossText() const
+{
+    return std::to_string(read) + " of " + std::to_string(promised) +
+           (promised == 1 ? " area" : " areas") + " can be used: " + loss;
+}
 
 int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
               AreaNotes& notes, std::string& error)
 {
     notes = AreaNotes();
-    const Kind kind = kindOf(file);
-    return kind == Kind::collection || kind == Kind::unknown
-               ? openCollection(file, areas, notes, error)
-               : openShapes(file, kind, place, areas, notes, error);
+    const Kind kind = areaKindOfFile(file);
+    return kind == Kind::cells ? openCells(file, place, areas, notes, error)
+           : kind == Kind::ds9 || kind == Kind::crtf
+               ? openRegions(file, kind, place, areas, notes, error)
+               : openCollection(file, areas, notes, error);
+}
+
+int openCellAreas(const std::string& file, AAreaArray& areas, AreaNotes& notes, std::string& error)
+{
+    LoadReport report;
+    if (!readAreaFile(file, areas, report, error))
+        return 0;
+    take(report, notes);
+    return 1;
 }
 
 int storeAreas(const ARPTrackerArray& areas, AFile& file)
@@ -181,7 +204,7 @@ AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
                          const ARPTrackerArray& areas)
 {
     AreaNotes notes;
-    const Kind kind = kindOfName(file);
+    const Kind kind = areaKindOfName(file);
     if (kind == Kind::collection || kind == Kind::unknown)
         return notes;
     RegionNotes found;
@@ -201,7 +224,7 @@ AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
 int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerArray& areas,
               std::string& error)
 {
-    const Kind kind = kindOfName(file);
+    const Kind kind = areaKindOfName(file);
     if (kind == Kind::collection || kind == Kind::unknown)
         return saveCollection(file, areas, error);
     if (kind == Kind::cells) {

@@ -9,6 +9,7 @@
 namespace pavane
 {
 
+class AAreaArray;
 class AFile;
 class ARPTrackerArray;
 
@@ -26,17 +27,23 @@ struct AreaNotes {
     int promised = 0;  ///< areas in the file
     int read = 0;      ///< of these
     std::vector<std::string> lines;
+    /// Of the lines the first about something that is missing; empty when nothing is, and the
+    /// others tell only what is taken in another way.
+    std::string loss;
+
+    /// "3 of 5 areas can be used: line 2: annulus is not a shape of areas"
+    std::string lossText() const;
 };
 
-/// Non-zero for names that stand for polygons of whole cells: *.cma.
-int isCellFile(const std::string& file);
-
-/// Reads an area file of any kind into an empty collection: .cma, .reg and .crtf by the ending of
-/// the name, the collection's own form for .areas, and any other name by its content. Non-zero when
-/// it is an area file, even if not all of it could be read; else 0 and one line in `error` that
-/// names the file.
+/// Reads an area file of any kind into an empty collection. What is in the file decides, not its
+/// name. Non-zero when it is an area file, even if not all of it could be read; else 0 and one line
+/// in `error` that names the file. Without an area and without a loss the file says itself that it
+/// holds none.
 int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
               AreaNotes& notes, std::string& error);
+
+/// The same for polygons of whole cells, kept as such; only for a file of that kind.
+int openCellAreas(const std::string& file, AAreaArray& areas, AreaNotes& notes, std::string& error);
 
 /// Writes the collection's own form; 0 when not all of it was written.
 int storeAreas(const ARPTrackerArray& areas, AFile& file);

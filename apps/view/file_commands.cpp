@@ -2,6 +2,7 @@
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
 #include "apps/view/picture_file.h"
+#include "apps/view/same_file.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
@@ -145,6 +146,9 @@ int MainWindow::agreesToReplace(const std::string& file, const AreaNotes& notes)
         shown ? "Replace the " + countText(shown, "area") +
                     (isModified() ? " shown, which are not saved?" : " shown?")
               : "Show them?";
+    if (!notes.read && notes.loss.empty())
+        return !shown || AfxMessageBox(baseNameOf(file) + " holds no area. " + replace,
+                                       MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
     if (!notes.lines.empty()) {
         const std::string heading = std::to_string(notes.read) + " of " +
                                     countText(notes.promised, "area") + " could be read from " +
@@ -186,7 +190,7 @@ void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& fi
     agreedLosses_.clear();
     if (whole)
         areas().SetSaved();
-    session_.forgetFile();  // Save must not write over what could not be read
+    session_.cameFrom(file);  // Save must not write over what could not be read
     if (whole)
         session_.saved(file);
     areas().FillAreasCB(&view_);
@@ -243,9 +247,25 @@ int MainWindow::closeOpenArea()
     return 0;
 }
 
+int MainWindow::mayWrite(const std::string& file, int asAreas)
+{
+    const int ownPalette = options_.palette.find('/') != std::string::npos;
+    std::vector<NamedFile> inputs = {{"map", map_->file()},
+                                     {"palette", ownPalette ? options_.palette : ""}};
+    if (!asAreas) {
+        inputs.push_back({"area file", session_.file()});
+        inputs.push_back({"area file", session_.source()});
+    }
+    const NamedFile* const same = sameFileAmong(file, inputs);
+    if (same)
+        AfxMessageBox(file + " is the " + same->what + " that is open. Choose another name.",
+                      MB_ICONERROR);
+    return !same;
+}
+
 int MainWindow::saveAreasTo(const std::string& file)
 {
-    if (!closeOpenArea())
+    if (!mayWrite(file, 1) || !closeOpenArea())
         return 0;
     const AreaNotes losses = lossesOfSaving(file, place(), areas());
     if (!losses.lines.empty() && losses.lines != agreedLosses_ &&
@@ -268,7 +288,8 @@ int MainWindow::saveAreasTo(const std::string& file)
 void MainWindow::saveMask()
 {
     CString name = folderOf(map_->file()) + "mask.fits";
-    if (!closeOpenArea() || !askName(name, maskFilter, "Save mask", 0, "fits"))
+    if (!closeOpenArea() || !askName(name, maskFilter, "Save mask", 0, "fits") ||
+        !mayWrite(name, 0))
         return;
     const AreaPlace on = place();
     ABitMatrix mask(on.rows, on.columns);
@@ -280,14 +301,16 @@ void MainWindow::saveMask()
         return;
     }
     status_.SetMessage("Saved a mask of " + std::to_string(mask.count()) + " cells in " + name +
-                       (areas().count() ? "" : ": without an area it is the whole map"));
+                       (!areas().count() ? ": without an area it is the whole map"
+                        : !mask.count()  ? ": no area has a cell of the map"
+                                         : ""));
 }
 
 void MainWindow::savePicture()
 {
     CString name = besideMap(map_->file(), "png");
     PictureFormat format = PictureFormat::png;
-    if (!askName(name, pictureFilter, "Save picture", 0, "png"))
+    if (!askName(name, pictureFilter, "Save picture", 0, "png") || !mayWrite(name, 0))
         return;
     if (!pictureFormatOf(name, format)) {
         AfxMessageBox(name + ": pictures end in .png, .pdf or .svg", MB_ICONERROR);

@@ -1,17 +1,33 @@
 #include "apps/view/inputs.h"
 
 #include "apps/view/area_files.h"
+#include "apps/view/area_kind.h"
 #include "apps/view/map_graph.h"
 #include "apps/view/progress.h"
 #include "pavane/tables/component_file.h"
-#include "pavane/trackers/area_file.h"
 #include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "tessel/plain_text.h"
+
+#include <sys/stat.h>
 
 namespace pavane
 {
 
 namespace
 {
+
+/// What a name stands for that no program can read as a file; "" for a file, or for nothing.
+std::string kindThatIsNoFile(const std::string& name)
+{
+    struct stat info {
+    };
+    if (name.empty() || stat(name.c_str(), &info) != 0 || S_ISREG(info.st_mode))
+        return {};
+    return S_ISDIR(info.st_mode)    ? "is a folder, not a file"
+           : S_ISFIFO(info.st_mode) ? "is a pipe, not a file"
+           : S_ISSOCK(info.st_mode) ? "is a socket, not a file"
+                                    : "is a device, not a file";
+}
 
 /// Puts the file's name in front of what is wrong with it.
 int refuse(const std::string& file, std::string& error)
@@ -26,36 +42,55 @@ AreaPlace placeOf(const ViewInputs& inputs, const SkyCoordinates& sky)
     return {centresOf(inputs.frame), cells.rows(), cells.columns(), &sky};
 }
 
-/// Areas of any kind but .cma; `notes` say what of them could not be taken.
-int readAreas(const std::string& file, ViewInputs& inputs, std::vector<std::string>& notes,
-              std::string& error)
+/// Areas of any kind but polygons of cells. Those that the file does not hold leave the mask.
+int readShapes(const std::string& file, ViewInputs& inputs, AreaNotes& notes, std::string& error)
 {
     SkyCoordinates sky;
     std::string noSky;
     (void)sky.init(inputs.map.header, noSky);
     const AreaPlace place = placeOf(inputs, sky);
     ATrackerArrayInAxis areas;
-    AreaNotes found;
-    if (!openAreas(file, place, areas, found, error))
+    if (!openAreas(file, place, areas, notes, error))
         return 0;
-    notes = std::move(found.lines);
     inputs.areas = outlinesOf(areas);
     areas.FillMatrix(inputs.mask, place.columns, place.rows, place.range);
     return 1;
 }
 
 /// Polygons in cells are drawn and filled as they are.
-int readCellAreas(const std::string& file, ViewInputs& inputs, std::string& error)
+int readCells(const std::string& file, ViewInputs& inputs, AreaNotes& notes, std::string& error)
 {
     AAreaArray areas;
-    if (!readAreaFile(file, areas, error))
+    if (!openCellAreas(file, areas, notes, error))
         return 0;
     inputs.areas = outlinesOf(areas, inputs.frame);
     areas.FillBits(inputs.mask);
     return 1;
 }
 
-int makeMask(const std::string& file, ViewInputs& inputs, std::vector<std::string>& notes,
+int readAreas(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
+              std::string& error)
+{
+    const std::string& file = options.areas;
+    AreaNotes found;
+    if (!(areaKindOfFile(file) == AreaKind::cells ? readCells(file, inputs, found, error)
+                                                  : readShapes(file, inputs, found, error)))
+        return 0;
+    if (!found.loss.empty()) {
+        error = found.lossText();
+        if (!options.partial || !found.read)
+            return refuse(file, error);
+        notes.push_back(file + ": " + error);
+        std::erase(found.lines, found.loss);
+    }
+    for (const std::string& line : found.lines)
+        notes.push_back(file + ": " + line);
+    if (!inputs.mask.count())
+        notes.push_back(file + ": no cell of the map lies in its areas: the mask is empty");
+    return 1;
+}
+
+int makeMask(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
              std::string& error)
 {
     const AMatrix<float>& cells = inputs.map.cells;
@@ -65,10 +100,19 @@ int makeMask(const std::string& file, ViewInputs& inputs, std::vector<std::strin
         return 0;
     }
     inputs.mask.setAll(1);
-    if (file.empty())
-        return 1;
-    return isCellFile(file) ? readCellAreas(file, inputs, error)
-                            : readAreas(file, inputs, notes, error);
+    return options.areas.empty() || readAreas(options, inputs, notes, error);
+}
+
+/// Texts of a header reach terminals, lines of numbers, titles and the header of a mask.
+void makePlain(MapHeader& header)
+{
+    for (std::string* text :
+         {&header.bunit, &header.object, &header.dateObs, &header.telescope, &header.stokes})
+        *text = plainText(*text);
+    for (MapAxis& axis : header.axes) {
+        axis.ctype = plainText(axis.ctype);
+        axis.cunit = plainText(axis.cunit);
+    }
 }
 
 }  // namespace
@@ -76,8 +120,10 @@ int makeMask(const std::string& file, ViewInputs& inputs, std::vector<std::strin
 int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
                   const ProgressFunction& progress)
 {
-    if (!readFitsMap(file, plane, inputs.map, error, progress))
+    error = kindThatIsNoFile(file);
+    if (!error.empty() || !readFitsMap(file, plane, inputs.map, error, progress))
         return 0;
+    makePlain(inputs.map.header);
     const AMatrix<float>& cells = inputs.map.cells;
     inputs.frame = frameOf(inputs.map.header, cells.rows(), cells.columns());
     const AFloatMatrixAccess access(cells);
@@ -89,15 +135,24 @@ int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::s
 int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
                std::string& error)
 {
+    for (const std::string& file : {options.areas, options.model, options.visibilities}) {
+        error = kindThatIsNoFile(file);
+        if (!error.empty())
+            return refuse(file, error);
+    }
     if (!options.model.empty() && !readComponentFile(options.model, inputs.model, error))
         return refuse(options.model, error);
     if (!options.visibilities.empty() && !readUvPoints(options.visibilities, inputs.uv, error))
         return refuse(options.visibilities, error);
-    ProgressLine progress("Reading " + options.map);
+    if (options.map.empty())
+        return 1;
+    ProgressLine progress("Reading " + plainText(options.map));
     if (!readMapInputs(options.map, options.plane, inputs, error,
                        [&](double fraction) { return progress.show(fraction); }))
         return refuse(options.map, error);
-    return makeMask(options.areas, inputs, notes, error);  // names the file itself
+    if (options.levels.list.unit == LevelUnit::noise && !(inputs.noise.sigma > 0))
+        notes.push_back(options.map + ": its noise is 0: there are no contours in sigma");
+    return makeMask(options, inputs, notes, error);  // names the file itself
 }
 
 }  // namespace pavane

@@ -28,7 +28,8 @@ struct ViewInputs {
 
 /// Reads the map, the areas, the model and the u,v points. Non-zero on success; else 0 and `error`
 /// is one line that names the file and what is wrong with it.
-/// `notes` gets what of the areas could not be taken, line by line.
+/// `notes` gets what was not taken as it is, each a line with the name of its file. A loss of areas
+/// is an error unless options.partial allows it.
 int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
                std::string& error);
 

@@ -14,6 +14,8 @@ namespace pavane
 namespace
 {
 
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
 /// The two numbers at the start of a line.
 int readPoint(std::string_view line, double& u, double& v)
 {
@@ -55,6 +57,8 @@ int readUvPoints(const std::string& file, UvPoints& points, std::string& error)
     std::string line;
     int headingAllowed = 1;
     for (std::size_t number = 1; std::getline(in, line); ++number) {
+        if (number == 1 && line.starts_with(byteOrderMark))
+            line.erase(0, byteOrderMark.size());
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
         if (isBlank(line) || line.front() == '#')

@@ -1,9 +1,11 @@
+#include "apps/simulate/options.h"
 #include "apps/view/display.h"
 #include "apps/view/level_list.h"
 #include "apps/view/map_frame.h"
 #include "apps/view/map_unit.h"
 #include "apps/view/options.h"
 #include "apps/view/square_cells.h"
+#include "apps/view/status_text.h"
 #include "apps/view/uv_points.h"
 
 #include <algorithm>
@@ -12,6 +14,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -58,10 +61,20 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --png", "wants a value"},
         {"m.fits n.fits --batch", "n.fits"},
         {"m.fits --batch --frobnicate", "--frobnicate"},
-        {"m.fits --batch --levels peak:", "--levels"},
-        {"m.fits --batch --levels loud:1", "--levels"},
-        {"m.fits --batch --levels peak:1,...", "--levels"},
-        {"m.fits --batch --levels peak:1,2,...,4", "--levels"},
+        {"m.fits --batch --levels peak:", "'' as number 1"},
+        {"m.fits --batch --levels loud:1", "'loud:1'"},
+        {"m.fits --batch --levels peak:1,2,4x,8", "'4x' as number 3"},
+        {"m.fits --batch --levels peak:1,...", "two numbers"},
+        {"m.fits --batch --levels peak:4,2,...", "from 4 to 2"},
+        {"m.fits --batch --levels peak:1,2,...,4", "'...' as number 3"},
+        {"m.fits --batch --batch", "--batch is given twice"},
+        {"m.fits --batch --png a.png --png=b.png", "--png is given twice"},
+        {"m.fits --batch --png --stats", "--png wants a value"},
+        {"m.fits --batch=1", "takes no value"},
+        {"m.fits --batch --partial", "--areas"},
+        {"m.fits --areas a.cma --partial", "--partial goes with --batch"},
+        {"--batch --model m.txt --visibilities uv.csv --stats", "no map"},
+        {"-x", "'-x'"},
     };
     for (const auto& c : cases) {
         ViewOptions options;
@@ -88,6 +101,34 @@ TEST(ViewOptions, ReadsWhatItIsGiven)
     EXPECT_EQ(o.high, 0.5);
     EXPECT_EQ(o.plane, 2);
     EXPECT_TRUE(o.stats && o.freeAspect && o.wantsPicture());
+    for (const char* line : {"-h", "--version", "--batch --model m --visibilities uv",
+                             "--batch --png=-p.png -- --map.fits"})
+        EXPECT_TRUE(parseOptions(words(line), o, error)) << line << error;
+    EXPECT_TRUE(o.map == "--map.fits" && o.png == "-p.png");
+}
+
+TEST(ProgramText, TellsEveryOptionInHelpAndManPage)
+{
+    for (const ProgramText& program : {viewProgram(), simulateProgram()}) {
+        const std::string help = helpText(program), page = manPage(program);
+        int options = 0;
+        for (const OptionGroup& group : program.groups)
+            for (const OptionText& option : group.options) {
+                const std::string sign =
+                    "  " + (option.letter.empty() ? "" : std::string(option.letter) + ", ") +
+                    std::string(option.name);
+                std::string escaped;
+                for (const char c : option.name)
+                    escaped += c == '-' ? "\\-" : std::string(1, c);
+                EXPECT_NE(help.find(sign), std::string::npos) << sign;
+                EXPECT_NE(page.find("\\fB" + escaped + "\\fR"), std::string::npos) << escaped;
+                ++options;
+            }
+        EXPECT_GE(options, 9);
+        std::istringstream lines(help);
+        for (std::string line; std::getline(lines, line);)
+            EXPECT_LE(line.size(), 100u) << line;
+    }
 }
 
 TEST(LevelList, GoesOnInItsRatioUpToThePeak)
@@ -102,6 +143,7 @@ TEST(LevelList, GoesOnInItsRatioUpToThePeak)
         {"abs:2,1,2", 9.0, 0.0, {1, 2}},
         {"abs:1,2,...", 5e-324, 0.0, {1, 2}},
         {"none", 1.0, 1.0, {}},
+        {"sigma:-3,3", 1.0, 0.0, {}},
     };
     for (const auto& c : cases) {
         LevelChoice choice;
@@ -178,16 +220,53 @@ TEST(MapUnit, KeepsAPrefixApart)
         const char* name;
         int isFlux, perPixel;
     } cases[] = {
-        {"JY/BEAM", 1, "Jy/beam", 1, 0},   {"mJy/beam", 1e-3, "Jy/beam", 1, 0},
-        {"Jy/Pixel", 1, "Jy/pixel", 1, 1}, {"MJy/sr", 1e6, "Jy/sr", 0, 0},
-        {"mK", 1e-3, "K", 0, 0},           {"m/s", 1, "m/s", 0, 0},
-        {"Kelvin", 1, "Kelvin", 0, 0},     {"", 1, "", 0, 0},
+        {"JY/BEAM", 1, "Jy/beam", 1, 0},
+        {"mJy/beam", 1e-3, "Jy/beam", 1, 0},
+        {"Jy beam-1", 1, "Jy/beam", 1, 0},
+        {"mJy beam^-1", 1e-3, "Jy/beam", 1, 0},
+        {"uJy.beam**-1", 1e-6, "Jy/beam", 1, 0},
+        {"\u00b5Jy / BEAM", 1e-6, "Jy/beam", 1, 0},
+        {"beam-1 mJy", 1e-3, "Jy/beam", 1, 0},
+        {"Jy beam\u207b\u00b9", 1, "Jy/beam", 1, 0},
+        {"Jy", 1, "Jy", 1, 0},
+        {"Jy/Pixel", 1, "Jy/pixel", 1, 1},
+        {"Jy pix-1", 1, "Jy/pixel", 1, 1},
+        {"MJy/sr", 1e6, "Jy/sr", 0, 0},
+        {"Jy/beam.km/s", 1, "Jy/beam.km/s", 0, 0},
+        {"Jy^2/beam", 1, "Jy^2/beam", 0, 0},
+        {"mK", 1e-3, "K", 0, 0},
+        {"m/s", 1, "m/s", 0, 0},
+        {"km/s", 1e3, "m/s", 0, 0},
+        {"mag", 1, "mag", 0, 0},
+        {"Kelvin", 1, "Kelvin", 0, 0},
+        {"", 1, "", 0, 0},
     };
     for (const auto& c : cases) {
         const MapUnit unit = mapUnit(c.bunit);
         EXPECT_EQ(unit.name, c.name);
         EXPECT_EQ(unit.factor, c.factor) << c.bunit;
         EXPECT_TRUE(unit.isFlux == c.isFlux && unit.perPixel == c.perPixel) << c.bunit;
+    }
+}
+
+TEST(MapUnit, PutsAPrefixOnlyBeforeAUnitThatTakesOne)
+{
+    const struct {
+        const char* unit;
+        const char* value;  ///< 0.0032 of it
+        const char* title;
+    } cases[] = {
+        {"Jy/beam", "3.2 mJy/beam", "[%sJy/beam]"},
+        {"m/s", "3.2 mm/s", "[%sm/s]"},
+        {"km/s", "0.0032 km/s", "[km/s]"},
+        {"mas", "0.0032 mas", "[mas]"},
+        {"10^-15 erg/s", "0.0032 10^-15 erg/s", "[10^-15 erg/s]"},
+        {"m^2", "0.0032 m^2", "[m^2]"},
+        {"deg", "0.0032 deg", "[deg]"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(prefixedText(0.0032, c.unit, 4), c.value);
+        EXPECT_EQ(titleUnit(c.unit), c.title);
     }
 }
 
@@ -209,6 +288,9 @@ TEST(UvPoints, SkipsCommentsAndAHeadingAndNamesTheBadLine)
     } cases[] = {
         {"u,v\n# x\n1,2\r\n\n 3e6 , -4 ,9\n5,6", 3, ""},
         {"", 0, ""},
+        {"\xef\xbb\xbf"
+         "1,2\n",
+         1, ""},
         {"u,v\nw,x\n", 0, "line 2"},
         {"1,2\nu,v\n", 0, "line 2"},
         {"1;2\n", 0, "line 1"},

@@ -154,7 +154,7 @@ TEST_F(ViewRun, VisibilitiesOfAPointAreItsFluxAtItsPhase)
 {
     std::ofstream(path("m.txt")) << ";c\n1\n1 2 0 1 0 90 1 0.5\n";
     std::ofstream(path("uv.csv")) << "u,v\n# none\n0,0\n51566.20156177409,12345\n";
-    const Outcome r = run("map.fits --batch --model m.txt --visibilities uv.csv");
+    const Outcome r = run("--batch --model m.txt --visibilities uv.csv");
     EXPECT_EQ(r.status, 0) << r.err;
     double u = 0, v = 0, re = 0, im = 0;
     char comma = 0;
@@ -189,7 +189,10 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
         {"absent.fits --batch --png p.png", "absent.fits"},
         {"text.fits --batch --png p.png", "text.fits"},
         {"short.fits --batch --png p.png", "short.fits"},
-        {". --batch --png p.png", "."},
+        {". --batch --png p.png", "is a folder"},
+        {"pipe --batch --stats", "is a pipe"},
+        {"map.fits --batch --areas pipe", "is a pipe"},
+        {"map.fits --batch --model pipe --stats", "is a pipe"},
         {"map.fits --batch --plane 1 --stats", "map.fits"},
         {"map.fits --batch --areas long.cma --mask o.fits", "long.cma"},
         {"map.fits --batch --areas negative.cma --mask o.fits", "negative.cma"},
@@ -215,6 +218,116 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
     const Outcome wrong = run("map.fits --mask o.fits");
     EXPECT_EQ(wrong.status, 1);
     EXPECT_NE(wrong.err.find("usage: pavane-view"), std::string::npos);
+}
+
+TEST_F(ViewRun, ALossOfAreasIsBadInputUnlessPartsWillDo)
+{
+    writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}, {{4, 0}, {6, 0}, {6, 2}}});
+    const std::string whole = contents(path("ok.cma"));
+    const auto write = [&](const char* name, const std::string& bytes) {
+        std::ofstream(path(name), std::ios::binary) << bytes;
+    };
+    write("cut.cma", whole.substr(0, whole.size() - 3));
+    write("long.cma", whole + "x");
+    write("as.reg", whole);
+    write("some.reg", "image\nbox(2,2,2,2,0)\nannulus(4,4,1,2)\n-circle(2,2,1)\n");
+    write("out.reg", "image\n-box(2,2,2,2,0)\n");
+    write("empty.reg", "");
+    write("none.reg", "# Region file format: DS9 version 4.1\nimage\n");
+    write("negative.areas", std::string(8, '\xff'));
+    write("far.reg", "image\nbox(200,200,2,2,0)\n");
+    const struct {
+        const char* file;
+        const char* told;
+        int cells;    ///< of the mask; -1: none is written
+        int partial;  ///< the same with --partial
+    } cases[] = {
+        {"ok.cma", "", 12, 12},
+        {"as.reg", "", 12, 12},
+        {"none.reg", "", 35, 35},
+        {"cut.cma", "cut.cma: 1 of 2 areas can be used: polygon 2", -1, 6},
+        {"long.cma", "2 of 2 areas can be used: 1 bytes follow", -1, 12},
+        {"some.reg", "some.reg: 1 of 3 areas can be used: line 3: ", -1, 9},
+        {"out.reg", "0 of 1 area can be used: line 2: ", -1, -1},
+        {"empty.reg", "empty", -1, -1},
+        {"negative.areas", "-1", -1, -1},
+        {"far.reg", "no cell of the map", 0, 0},
+    };
+    for (const auto& c : cases)
+        for (const int partial : {0, 1}) {
+            const int cells = partial ? c.partial : c.cells;
+            fs::remove(path("m.fits"));
+            const Outcome r = run("map.fits --batch --mask m.fits --stats --areas " +
+                                  std::string(c.file) + (partial ? " --partial" : ""));
+            EXPECT_EQ(r.status, cells < 0 ? 2 : 0) << c.file << r.err;
+            EXPECT_EQ(fs::exists(path("m.fits")), cells >= 0) << c.file;
+            EXPECT_EQ(r.out.empty(), cells < 0) << c.file;
+            EXPECT_EQ(r.err.empty(), !*c.told) << c.file << r.err;
+            EXPECT_NE(r.err.find(c.told), std::string::npos) << r.err;
+            const std::string count = "mask_cells " + std::to_string(cells) + ' ';
+            EXPECT_TRUE(cells < 0 || r.out.find(count) != std::string::npos) << c.file << r.out;
+        }
+}
+
+TEST_F(ViewRun, NoOutputIsAnInputOrAnotherOutput)
+{
+    writeAreas("a.cma", {{{0, 0}, {2, 0}, {0, 2}}});
+    std::ofstream(path("m.txt")) << "1\n1 2 0 1 0 90 1 0.5\n";
+    fs::create_directories(path("d"));
+    fs::create_symlink("map.fits", path("soft.fits"));
+    fs::create_hard_link(path("map.fits"), path("hard.fits"));
+    fs::create_symlink("new.png", path("broken.png"));
+    fs::create_symlink(".", path("here"));
+    std::string before;
+    for (const char* file : {"map.fits", "a.cma", "m.txt"})
+        before += contents(path(file));
+    for (const char* arguments :
+         {"--areas a.cma --mask map.fits", "--areas a.cma --mask d/../map.fits",
+          "--areas a.cma --mask soft.fits", "--areas a.cma --mask hard.fits",
+          "--areas a.cma --mask a.cma", "--areas here/a.cma --png a.cma",
+          "--model m.txt --svg m.txt", "--png new.png --pdf here/new.png",
+          "--png broken.png --svg new.png", "--areas a.cma --mask x --pdf ./x",
+          "--model m.txt --visibilities a.cma --png a.cma"}) {
+        const Outcome r = run(std::string("map.fits --batch ") + arguments);
+        EXPECT_EQ(r.status, 1) << arguments << r.err;
+        EXPECT_NE(r.err.find("would write over"), std::string::npos) << r.err;
+        EXPECT_FALSE(fs::exists(path("new.png")) || fs::exists(path("x"))) << arguments;
+    }
+    std::string after;
+    for (const char* file : {"map.fits", "a.cma", "m.txt"})
+        after += contents(path(file));
+    EXPECT_EQ(after, before);
+    EXPECT_EQ(run("map.fits --batch --png broken.png --areas a.cma --mask d/map.fits").status, 0);
+    EXPECT_TRUE(fs::exists(path("new.png")) && fs::is_symlink(path("broken.png")));
+}
+
+TEST_F(ViewRun, OddNamesAreKeptInFilesAndPlainOnTheTerminal)
+{
+    writeMap("raw.fits", -1e-6);
+    std::string bytes = contents(path("raw.fits"));
+    bytes.replace(bytes.find("JY/BEAM"), 7, "\x1b[31m\nJ");
+    std::ofstream(path("unit.fits"), std::ios::binary) << bytes;
+    const Outcome unit = run("unit.fits --batch --stats");
+    EXPECT_EQ(unit.out.substr(0, 17), "peak 1.5 ?[31m?J\n");
+    EXPECT_EQ(std::count(unit.out.begin(), unit.out.end(), '\n'), 6) << unit.out;
+    for (const char* arguments :
+         {"'no\x1b[31m\n\x80\xc2\x9b.fits' --batch --stats",
+          "map.fits --batch --png 'no\x1b/p.png'", "map.fits --batch --areas 'no\x07.reg'",
+          "'--\x1b"
+          "bad'"}) {
+        const Outcome r = run(arguments);
+        EXPECT_NE(r.status, 0) << arguments;
+        EXPECT_EQ(r.err.find_first_of("\x1b\x07\x80\x9b"), std::string::npos) << r.err;
+        EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), r.status == 1 ? 2 : 1) << r.err;
+    }
+    writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}});
+    for (const char* option : {"--areas ok.cma --mask"}) {
+        const std::string odd = "o\x80\xff\nd";
+        const Outcome r = run(std::string("map.fits --batch ") + option + " '" + odd + "'");
+        EXPECT_EQ(r.status, 0) << option << r.err;
+        EXPECT_TRUE(fs::exists(path(odd))) << option;
+        fs::remove(path(odd));
+    }
 }
 
 TEST_F(ViewRun, AFullDiskLeavesNothingHalfWritten)

@@ -164,6 +164,39 @@ TEST_F(ViewWindow, AFailedSaveLeavesAreasUnsavedAndSaysWhy)
     EXPECT_EQ(said.size(), 3u);
 }
 
+TEST_F(ViewWindow, WritesNothingOverWhatIsOpen)
+{
+    MainWindow window;
+    open(window);
+    addArea(window, 20);
+    fileAnswer = path("a.areas");
+    window.SendMessage(WM_COMMAND, idSaveAreas);
+    fs::create_hard_link(path("map.fits"), path("map.png"));
+    fs::create_symlink("a.areas", path("areas.png"));
+    const auto size = fs::file_size(path("map.fits"));
+    const struct {
+        unsigned command;
+        const char* name;
+    } cases[] = {{idSaveMask, "map.fits"},
+                 {idSaveMask, "a.areas"},
+                 {idSavePicture, "map.png"},
+                 {idSavePicture, "areas.png"},
+                 {idSaveAreasAs, "./map.fits"}};
+    for (const auto& c : cases) {
+        said.clear();
+        fileAnswer = path(c.name);
+        window.SendMessage(WM_COMMAND, c.command);
+        ASSERT_EQ(said.size(), 1u) << c.name;
+        EXPECT_NE(said[0].find("Choose another name"), std::string::npos) << said[0];
+    }
+    said.clear();
+    fileAnswer = path("a.areas");
+    window.SendMessage(WM_COMMAND, idSaveAreasAs);
+    EXPECT_TRUE(said.empty());
+    EXPECT_EQ(fs::file_size(path("map.fits")), size);
+    EXPECT_TRUE(window.OpenAreas(path("a.areas")));
+}
+
 TEST_F(ViewWindow, AsksBeforeUnsavedAreasAreLeft)
 {
     writeMap("other.fits");

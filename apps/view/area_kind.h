@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pavane
+{
+
+/// What a file of areas holds.
+enum class AreaKind {
+    collection,  ///< the areas as they are (.areas)
+    cells,       ///< polygons of whole cells (.cma)
+    ds9,         ///< region text (.reg)
+    crtf,        ///< region text (.crtf)
+    unknown
+};
+
+/// The kind that the ending of a name stands for.
+AreaKind areaKindOfName(const std::string& file);
+
+/// The kind that the content tells, whatever the name says; the name decides where several kinds
+/// would fit, and for what is none of them. A file that cannot be read is of the kind of its name.
+AreaKind areaKindOfFile(const std::string& file);
+
+/// Reads a text of at most 64 MiB, a byte-order mark left out. 0 when it cannot be read or holds a
+/// zero byte; `error` is then one line without the file's name.
+int readRegionText(const std::string& file, std::string& text, std::string& error);
+
+/// Non-zero when a region text begins as writers of its kind begin it.
+int hasRegionHeader(AreaKind kind, std::string_view text);
+
+/// Non-zero when a region text without a shape says so by its first line, whole, and has nothing
+/// but settings behind it.
+int saysItHoldsNone(AreaKind kind, std::string_view text);
+
+/// Where the last line of a region text begins if it may have been cut, so that what it means is
+/// not sure: it has no line end and could have gone on. npos when the text is whole.
+std::size_t cutLineOf(AreaKind kind, std::string_view text);
+
+}  // namespace pavane
