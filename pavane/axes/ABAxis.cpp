@@ -45,6 +45,27 @@ void repairPair(double& min, double& max)
         std::swap(min, max);
 }
 
+/// Puts the ends that were asked for into a range found from the data, as far as they are finite.
+/// An end found on the wrong side of an asked one becomes equal to it.
+void keepFiniteEnds(double askedMin, double askedMax, double& min, double& max)
+{
+    if (isUnset(askedMin, askedMax))
+        return;
+    if (std::isfinite(askedMin)) {
+        min = askedMin;
+        max = std::isfinite(askedMax) ? askedMax : std::max(min, max);
+    } else if (std::isfinite(askedMax)) {
+        max = askedMax;
+        min = std::min(min, max);
+    }
+}
+
+bool isFinite(const TMinMax& r)
+{
+    return std::isfinite(r.xMin) && std::isfinite(r.xMax) && std::isfinite(r.yMin) &&
+           std::isfinite(r.yMax) && std::isfinite(r.zMin) && std::isfinite(r.zMax);
+}
+
 /// Decides one direction of setUpLogMnMx.
 void setUpLogarithms(signed char& direct, double min, double max, double& logMin, double& logMax)
 {
@@ -181,7 +202,9 @@ void ABAxis::setUpLogMnMx(TMinMax& range)
 
 TMinMax& ABAxis::createMinMax()
 {
-    if (range_.xMin >= range_.xMax) {
+    const TMinMax asked = range_;
+    const bool isSet = !(asked.xMin >= asked.xMax);
+    if (!isSet || !isFinite(asked)) {
         setMinMax(TMinMax());
         for (int i = 0; i < childs_.count(); ++i) {
             TMinMax own;
@@ -207,6 +230,11 @@ void ABAxis::setMinMax(const TMinMax& range)
     range_ = range;
     resetLogarithms();
 }
+    if (isSet && !isFinite(asked)) {
+        keepFiniteEnds(asked.xMin, asked.xMax, range_.xMin, range_.xMax);
+        keepFiniteEnds(asked.yMin, asked.yMax, range_.yMin, range_.yMax);
+        keepFiniteEnds(asked.zMin, asked.zMax, range_.zMin, range_.zMax);
+    }
 
 void ABAxis::resetLogarithms()
 {

@@ -60,7 +60,8 @@ protected:
     /// Logarithms of the ends of `range` in each logarithmic direction, unless they are set. A
     /// range that reaches 0 turns the direction into a linear one for good.
     virtual void setUpLogMnMx(TMinMax& range);
-    /// Fills an unset range from the graphs, repairs equal and reversed pairs, and returns it.
+    /// Fills an unset range, and ends that are not finite, from the graphs, repairs equal and
+    /// reversed pairs, and returns it.
     virtual TMinMax& createMinMax();
 
 public:
@@ -123,8 +124,8 @@ public:
     /// The range. After changing it through the reference call resetLogarithms, or use setMinMax.
     TMinMax& getMinMax() { return range_; }
     const TMinMax& getMinMax() const { return range_; }
-    /// Sets the range and forgets the logarithms of the old one. Unset pairs are taken from the
-    /// graphs at the next drawing.
+    /// Sets the range and forgets the logarithms of the old one. At the next drawing the graphs
+    /// give the whole range when that of x is not set, and each end that is not finite.
     void setMinMax(const TMinMax& range);
     void resetLogarithms();
     int getXDirect() const { return xDirect_; }

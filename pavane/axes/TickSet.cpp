@@ -61,11 +61,11 @@ void addMinorTicks(TickSet& set, double first, double step, const TMnMx& range, 
     if (parts < 2 || set.major.empty())
         return;
     const double part = step / parts;
-    const int from = -truncated((first - range.min) / part + 1e-9);
-    const int to = truncated((range.max - first) / part + 1e-9);
-    if (to - from > mostMinorTicks)
-        return;
-    for (int i = from; i <= to; ++i)
+    const double before = std::trunc((first - range.min) / part + tickAllowance);
+    const double behind = std::trunc((range.max - first) / part + tickAllowance);
+    if (!(before + behind <= mostMinorTicks))
+        return;  // also for an end that is not finite
+    for (int i = -truncated(before); i <= truncated(behind); ++i)
         if (i % parts != 0)
             set.minor.push_back(tickValue(first, part, i));
 }
@@ -129,14 +129,14 @@ TickSet linearTicks(const TickWish& wish)
         set.major.push_back({value, nValToStr(value / divisor, nMinus)});
     }
     if (wish.minor && n >= 1 && step > 0 && std::isfinite(step))
-        addMinorTicks(set, first, step, wish.range, roundParts(step));
+        addMinorTicks(set, first, step, range, roundParts(step));
     return set;
 }
 
 TickSet logarithmicTicks(const TickWish& wish)
 {
     AArray<ALogItem> items;
-    TMnMx range = wish.range;
+    TMnMx range = withTickAllowance(wish.range);
     const int count = GetLogArray(items, range, nullptr, nullptr);
     if (count < 2)
         return linearTicks(wish);

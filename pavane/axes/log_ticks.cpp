@@ -1,5 +1,6 @@
 #include "pavane/axes/log_ticks.h"
 
+#include "pavane/axes/ticks.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
@@ -28,6 +29,11 @@ double decadeValue(int decade, int factor = 1)
     return value;
 }
 
+bool isUsable(const TMnMx& range)
+{
+    return range.min > 0 && range.min < range.max && std::isfinite(range.max);
+}
+
 bool isSet(const ALogItem& item) { return item.value != 0; }
 
 ALogItem logItem(int decade, int k)
@@ -48,12 +54,21 @@ int decadeOf(double value)
     return decade;
 }
 
+TMnMx withTickAllowance(const TMnMx& range)
+{
+    if (!isUsable(range))
+        return range;
+    const TMnMx wider{range.min - tickAllowance * decadeValue(decadeOf(range.min)),
+                      range.max + tickAllowance * decadeValue(decadeOf(range.max))};
+    return isUsable(wider) ? wider : range;
+}
+
 int GetLogArray(AArray<ALogItem>& items, TMnMx& range, ALogItem* below, ALogItem* above)
 {
     items.Free();
     ALogItem under;
     ALogItem over;
-    const bool usable = range.min > 0 && range.min < range.max && std::isfinite(range.max);
+    const bool usable = isUsable(range);
     const int lastDecade = usable ? decadeOf(range.max) : 0;
     double last = 0;  // subnormal decades repeat values
     for (int d = usable ? decadeOf(range.min) : 1; d <= lastDecade && !isSet(over); ++d) {

@@ -23,6 +23,11 @@ struct ALogItem {
 /// number of items; none for a range that is empty, not finite or not above 0.
 PAVANE_API int GetLogArray(AArray<ALogItem>& items, TMnMx& range, ALogItem* below, ALogItem* above);
 
+/// The range with each end moved outwards by tickAllowance of a step there, so that GetLogArray
+/// takes the ticks that an end misses by rounding; a range that it takes nothing from stays as it
+/// is.
+PAVANE_API TMnMx withTickAllowance(const TMnMx& range);
+
 /// The power of ten at or below `value`, which is above 0 and finite.
 PAVANE_API int decadeOf(double value);
 

@@ -16,9 +16,6 @@ constexpr double leastSpan = 1e-290;         ///< a step of it is still a normal
 constexpr double leastRelativeSpan = 1e-11;  ///< of the larger end: steps well above its rounding
 /// Least step in parts of the larger end, so that rounding moves a tick by at most 1e-3 of a step.
 constexpr double leastRelativeStep = 4e-13;
-/// A count that rounding left this close below a whole number is that number.
-constexpr double countSlack = 1e-9;
-
 /// The two ends in ascending order.
 struct OrderedEnds {
     double low = 0;
@@ -56,7 +53,7 @@ int limitedIntervals(int wanted, const OrderedEnds& ends)
 }
 
 /// Whole steps from 0 to `distance`, which is not negative.
-int wholeSteps(double distance, double step) { return truncated(distance / step + countSlack); }
+int wholeSteps(double distance, double step) { return truncated(distance / step + tickAllowance); }
 
 /// First tick and count of multiples of `step` inside the range.
 TickSpan placeTicks(const OrderedEnds& ends, double step)
@@ -65,8 +62,8 @@ TickSpan placeTicks(const OrderedEnds& ends, double step)
         const int below = wholeSteps(-ends.low, step);
         return {tickValue(0, step, -below), step, below + wholeSteps(ends.high, step)};
     }
-    const double last = std::floor(ends.high / step + countSlack);
-    const double inside = (last * step - ends.low) / step + countSlack;
+    const double last = std::floor(ends.high / step + tickAllowance);
+    const double inside = (last * step - ends.low) / step + tickAllowance;
     // -1 when the only multiple about is below the range
     const int intervals = inside < 0 ? -1 : truncated(inside);
     return {(last - intervals) * step, step, intervals};

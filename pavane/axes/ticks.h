@@ -8,6 +8,10 @@ namespace pavane
 /// Wanted interval counts are cut to this: more ticks than a picture has pixels help nobody.
 inline constexpr int mostIntervals = 10000;
 
+/// A tick this part of a step beyond an end of the range still counts as inside, on every scale:
+/// rounding moves the multiples of a small step off a large end, and no picture shows the distance.
+inline constexpr double tickAllowance = 1e-3;
+
 /// Chooses ticks for the range min..max (RP): a step of 1 to 5 units of a power of ten, or a
 /// multiple of 5 of them, so that about `nIntervals` steps fit.
 ///

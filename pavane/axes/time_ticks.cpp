@@ -70,9 +70,9 @@ TimeSteps chooseSteps(double& low, double& high, int n)
         return decimal;
     TimeSteps steps;
     steps.step = wanted > 0.7 * day ? dayStep(wanted) : clockStep(wanted);
-    const double firstStep = std::ceil(low / steps.step - 1e-9);
+    const double firstStep = std::ceil(low / steps.step - tickAllowance);
     steps.first = firstStep * steps.step;
-    steps.intervals = truncated(std::floor(high / steps.step + 1e-9) - firstStep);
+    steps.intervals = truncated(std::floor(high / steps.step + tickAllowance) - firstStep);
     return steps;
 }
 

@@ -108,10 +108,9 @@ void ADIBase::wideBody(CPoint from, CPoint to)
         const bool upright = from.x == to.x;
         CRect box(std::min(from.x, to.x), std::min(from.y, to.y), std::max(from.x, to.x),
                   std::max(from.y, to.y));
-        (upright ? box.left : box.top) =
-            cutToInt(std::int64_t{upright ? box.left : box.top} - before);
-        (upright ? box.right : box.bottom) =
-            cutToInt(std::int64_t{upright ? box.left : box.top} + lineWidth_ - 1);
+        const std::int64_t side = std::int64_t{upright ? box.left : box.top} - before;
+        (upright ? box.left : box.top) = cutToInt(side);
+        (upright ? box.right : box.bottom) = cutToInt(side + lineWidth_ - 1);
         --(upright ? box.bottom : box.right);  // the end stays out of the body
         return FillRect(box, color_);
     }
@@ -168,11 +167,14 @@ void ADIBase::FillRect(const CRect& r, short index)
         return;
     const CRect cut(std::max(r.left, rect_.left), std::max(r.top, rect_.top),
                     std::min(r.right, rect_.right), std::min(r.bottom, rect_.bottom));
-    if (cut.left > cut.right)
+    if (cut.left > cut.right || cut.top > cut.bottom)
         return;
-    for (int y = cut.top; y <= cut.bottom; ++y)
-        std::memset(&(*this)(cut.left, y), index & 255,
-                    static_cast<std::size_t>(cut.right - cut.left) + 1);
+    // Rows are counted, since no int lies below the lowest bottom that there is.
+    unsigned char* row = &(*this)(cut.left, cut.bottom);
+    for (std::int64_t left = std::int64_t{cut.bottom} - cut.top + 1; left > 0; --left) {
+        std::memset(row, index & 255, static_cast<std::size_t>(cut.right - cut.left) + 1);
+        row += left > 1 ? scanWidth_ : 0;
+    }
 }
 
 void ADIBase::Polygon(const CPoint* points, int n, short index)
@@ -198,8 +200,8 @@ void ADIBase::Polygon(const CPoint* points, int n, short index)
         return;
     markCrossings(points, n, box, toggles.get());
     const unsigned char* toggle = toggles.get();
-    for (int y = box.top; y <= box.bottom; ++y, ++toggle) {
-        unsigned char* pixel = &(*this)(box.left, y);
+    for (std::size_t row = 0; row < rows; ++row, ++toggle) {
+        unsigned char* pixel = &(*this)(box.left, static_cast<int>(box.top + std::int64_t(row)));
         unsigned inside = 0;
         for (std::size_t i = 0; i < columns; ++i, ++pixel) {
             inside ^= *toggle++;

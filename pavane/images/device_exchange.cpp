@@ -95,10 +95,13 @@ int ADIBase::LoadFromDC(CDC& dc, HPALETTE palette)
     if (!bits_ || count < 1)
         return 0;
     NearestEntry nearest(entries, count);
-    for (int y = rect_.top; y < rect_.top + height_; ++y)
-        for (int x = rect_.left; x < rect_.left + width_; ++x)
+    for (int row = 0; row < height_; ++row)
+        for (int column = 0; column < width_; ++column) {
+            const int x = rect_.left + column;
+            const int y = rect_.top + row;
             if (const COLORREF color = dc.GetPixel(x, y); color != CLR_INVALID)
                 (*this)(x, y) = nearest(color);
+        }
     return 1;
 }
 

@@ -46,7 +46,7 @@ void add(ScaleTicks& ticks, const MapScale& scale, double value, const CString& 
 void addLogarithmic(ScaleTicks& ticks, const MapScale& scale, double divisor)
 {
     AArray<ALogItem> items;
-    TMnMx range{scale.low(), scale.high()};
+    TMnMx range = withTickAllowance({scale.low(), scale.high()});
     GetLogArray(items, range, nullptr, nullptr);
     const int few = scale.high() / scale.low() < 100;
     for (int i = 0; i < items.count(); ++i) {

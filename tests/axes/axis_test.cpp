@@ -131,6 +131,27 @@ TEST(AxisCopy, HasItsOwnRasterSharesGraphsAndHasNoFile)
 {
     int deleted = 0;
     {
+TEST(Range, TakesEndsThatAreNotFiniteFromTheGraphs)
+{
+    constexpr double inf = std::numeric_limits<double>::infinity();
+    const struct {
+        TMinMax asked, made;
+    } cases[] = {
+        {{2, inf, -inf, 4, 0, 1}, {2, 5, -3, 4, 0, 1}},
+        {{-inf, NAN, NAN, NAN, -inf, inf}, {1, 5, -3, -1, -1, 1}},
+        {{8, inf, -inf, -20, 0, 1}, {4, 12, -30, -10, 0, 1}},  // all data lies below
+        {{0, 1, 1e38, -1e38, NAN, 1}, {0, 1, -3, -1, 0, 1}},
+    };
+    for (const auto& c : cases) {
+        OpenAxis axis = axisOver(c.asked);
+        new FixedGraph(&axis, {1, 5, -3, -1, 0, 0});
+        EXPECT_EQ(axis.createMinMax(), c.made);
+        OpenAxis empty = axisOver(c.asked, 0, 0);
+        empty.setUpParameters();
+        EXPECT_TRUE(std::isfinite(empty.RPXtoWPX(3)));
+    }
+}
+
         OpenAxis axis = axisOver({0, 1, 0, 1});
         new FixedGraph(&axis, {0, 1, 0, 1}, &deleted);
         axis.SetDib(new ADIBase(CRect(0, 0, 3, 3)));

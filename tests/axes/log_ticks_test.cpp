@@ -56,6 +56,27 @@ TEST(LogTicks, StandAtOneToNineOfEachDecadeInside)
         EXPECT_EQ(text(c.min, c.max), c.text);
 }
 
+TEST(LogTicks, CountWithAThousandthOfAStepToSpare)
+{
+    const struct {
+        double min, max;
+        const char* text;
+    } cases[] = {
+        {0.1f, 9.9995, "0.09 < 0.1 0.2 0.3 0.4 0.5 0.6 0.7 0.8 0.9 1 2 3 4 5 6 7 8 9 10 > 20"},
+        {2.0009, 4.9991, "1 < 2 3 4 5 > 6"},
+        {2.0011, 4.9989, "2 < 3 4 > 5"},
+    };
+    for (const auto& c : cases) {
+        const TMnMx wide = withTickAllowance({c.min, c.max});
+        EXPECT_EQ(text(wide.min, wide.max), c.text);
+    }
+    for (const TMnMx range :
+         {TMnMx{-1, 5}, TMnMx{5, 2}, TMnMx{5e-324, std::numeric_limits<double>::max()}}) {
+        const TMnMx wide = withTickAllowance(range);
+        EXPECT_TRUE(wide.min == range.min && wide.max == range.max);
+    }
+}
+
 TEST(LogTicks, LeaveNothingOfAFormerCall)
 {
     AArray<ALogItem> items;

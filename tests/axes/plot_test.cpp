@@ -139,7 +139,8 @@ TEST(Plot, HasAFrameWithTicksOutsideOrInside)
 TEST(Plot, DrawsAnyRangeIntoAnyRectangle)
 {
     std::mt19937_64 random(9);
-    const double values[] = {0, 1, -1, 1e-300, 1e300, -1.7e308, 1.7e308, 5e-324, 1e38, 86400};
+    const double values[] = {0,       1,      -1,   1e-300, 1e300, -1.7e308,
+                             1.7e308, 5e-324, 1e38, 86400,  NAN,   INFINITY};
     const int sizes[] = {1, 2, 31, 64, 600, -5};
     const auto pick = [&random](const auto& from) { return from[random() % std::size(from)]; };
     for (int trial = 0; trial < 300; ++trial) {

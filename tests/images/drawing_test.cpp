@@ -100,6 +100,38 @@ TEST(Raster, TakesAnyCoordinatesAtOnce)
     }
 }
 
+TEST(Raster, IsTheSameAtTheEndsOfTheCoordinates)
+{
+    const auto drawnAt = [](int left, int top) {
+        const auto at = [left, top](int x, int y) { return CPoint(left + x, top + y); };
+        ADIBase dib = blank(CRect(left, top, left + 8, top + 6));
+        dib.FillRect(CRect(left, top + 5, left + 2, top + 6), 1);
+        const CPoint corners[] = {at(4, 0), at(8, 0), at(8, 6), at(6, 6)};
+        dib.Polygon(corners, 4, 1);
+        dib.Rectangle(dib.rect());
+        for (const short width : {short{1}, short{3}}) {
+            dib.SetLineWidth(width);
+            dib.Line(left + 2, top + 2, left + 5, top + 4);
+            dib.Line(left, top + 6, left + 3, top + 6);
+            dib.Line(left, top, left, top + 3);
+        }
+        const unsigned char row[] = {1, 0};
+        dib.CopyLine(top + 6, left + 7, row, 2);
+        CPicture picture(4, 4);
+        const std::unique_ptr<CDC> dc = picture.dc();
+        dib.Draw(*dc);
+        const PALETTEENTRY white{255, 255, 255, 0};
+        const HPALETTE palette = CreatePalette(&white, 1);
+        ADIBase(dib).LoadFromDC(*dc, palette);
+        DeletePalette(palette);
+        return std::string(dib.lpArray(), dib.lpArray() + dib.height() * dib.scanWidth());
+    };
+    const std::string plain = drawnAt(0, 0);
+    for (const int left : {INT_MIN, INT_MAX - 8})
+        for (const int top : {INT_MIN, INT_MAX - 6})
+            EXPECT_EQ(drawnAt(left, top), plain) << left << " " << top;
+}
+
 TEST(Raster, DrawsThePixelsOfADeviceContext)
 {
     std::mt19937 random(7);
