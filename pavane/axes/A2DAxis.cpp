@@ -15,6 +15,13 @@ namespace
 constexpr int framePart = 12;
 constexpr unsigned headerFormat = DT_CENTER | DT_WORDBREAK | DT_NOPREFIX;
 
+/// The ends of a graph rectangle belong to it, those of a clip rectangle do not.
+CRect plotClip(const CRect& graph, int overhang)
+{
+    return CRect(graph.left - overhang, graph.top - overhang, graph.right + 1 + overhang,
+                 graph.bottom + 1 + overhang);
+}
+
 }  // namespace
 
 int A2DAxis::GetAxisType() const { return 11; }
@@ -32,14 +39,18 @@ void A2DAxis::draw(CDC& dc, CRect& rect)
         const int saved = dc.SaveDC();
         dc.SetBkMode(TRANSPARENT);
         dc.SetTextColor(workColor(1));
-        if (isFlagSet(axisBitmapMode))
-            drawInRaster(dc, rect, layout);
-        else
-            drawInContext(dc, rect, layout);
+        drawnLayout_ = &layout;
+        if (!isFlagSet(axisBitmapMode))
+            drawGrid(layout);
         drawFrame(dc);
         drawTicks(dc, layout);
         drawLabels(dc, layout);
         drawTitles(dc, layout);
+        if (isFlagSet(axisBitmapMode))
+            drawInRaster(dc, rect, layout);
+        else
+            drawInContext(dc, rect);
+        drawnLayout_ = nullptr;
         if (isWithoutData())
             drawNoData(dc);
         dc.RestoreDC(saved);
@@ -72,15 +83,36 @@ void A2DAxis::drawNoData(CDC& dc)
     dc.TextOut(centre.x - dc.GetTextExtent(noData).cx / 2, centre.y - fHeight_ / 2, noData);
 }
 
-void A2DAxis::drawInContext(CDC& dc, CRect& rect, const PlotLayout& layout)
+void A2DAxis::drawInContext(CDC& dc, CRect& rect)
 {
+    int most = 0;
+    for (int i = 0; i < childs_.count(); ++i)
+        most = std::max(most, childs_(i)->overhang(*this));
     const int saved = dc.SaveDC();
-    // The ends of the graph rectangle belong to it, those of a clip rectangle do not.
-    dc.IntersectClipRect(
-        CRect(graphRect_.left, graphRect_.top, graphRect_.right + 1, graphRect_.bottom + 1));
-    drawGrid(layout);
+    dc.IntersectClipRect(plotClip(graphRect_, most));
     drawChilds(dc, rect, range_);
     dc.RestoreDC(saved);
+}
+
+int A2DAxis::drawChilds(CDC& dc, CRect& rect, TMinMax& range)
+{
+    for (int i = 0; i < childs_.count(); ++i) {
+        AGraph& graph = *childs_(i);
+        const int saved = dc.SaveDC();
+        if (!isFlagSet(axisBitmapMode))
+            dc.IntersectClipRect(plotClip(graphRect_, graph.overhang(*this)));
+        graph.drawIn(*this, dc, rect, range);
+        dc.RestoreDC(saved);
+        if (!graph.isColors() || !drawnLayout_)
+            continue;
+        if (isFlagSet(axisBitmapMode)) {
+            frameRaster(*drawnLayout_);
+        } else {
+            drawFrame(dc);
+            drawTicks(dc, *drawnLayout_);
+        }
+    }
+    return childs_.count();
 }
 
 void A2DAxis::drawGrid(const PlotLayout& layout)
@@ -120,23 +152,28 @@ void A2DAxis::drawFrame(CDC& dc)
 void A2DAxis::drawTicks(CDC& dc, const PlotLayout& layout)
 {
     const SelectedObject<CPen> pen(dc, CPen(PS_SOLID, fHeight_ / framePart, workColor(1)));
+    strokeTicks(layout, [&dc](CPoint from, CPoint to) {
+        dc.MoveTo(from.x, from.y);
+        dc.LineTo(to.x, to.y);
+    });
+}
+
+void A2DAxis::strokeTicks(const PlotLayout& layout,
+                          const std::function<void(CPoint, CPoint)>& stroke)
+{
     const CRect& g = graphRect_;
     const bool inside = isFlagSet(axisTicksInside);
-    const auto stroke = [&dc](int x1, int y1, int x2, int y2) {
-        dc.MoveTo(x1, y1);
-        dc.LineTo(x2, y2);
-    };
     const auto xTick = [&](double value, int length) {
         const int x = std::clamp(RPXtoGPX(value), g.left, g.right);
-        stroke(x, g.bottom, x, g.bottom + (inside ? -length : length));
+        stroke({x, g.bottom}, {x, g.bottom + (inside ? -length : length)});
         if (inside)
-            stroke(x, g.top, x, g.top + length);
+            stroke({x, g.top}, {x, g.top + length});
     };
     const auto yTick = [&](double value, int length) {
         const int y = std::clamp(RPYtoGPY(value), g.top, g.bottom);
-        stroke(g.left, y, g.left + (inside ? length : -length), y);
+        stroke({g.left, y}, {g.left + (inside ? length : -length), y});
         if (inside)
-            stroke(g.right, y, g.right - length, y);
+            stroke({g.right, y}, {g.right - length, y});
     };
     for (const TickSet::Tick& tick : layout.x.major)
         xTick(tick.value, majorTickLength(fHeight_));

@@ -2,6 +2,8 @@
 
 #include "pavane/axes/AB2DAxis.h"
 
+#include <functional>
+
 namespace pavane
 {
 
@@ -19,8 +21,11 @@ public:
     using AB2DAxis::AB2DAxis;
     int GetAxisType() const override;
 
-    /// Draws everything into `rect`.
+    /// Draws everything into `rect`, frame and labels first, so that graphs lie over them.
     void draw(CDC& dc, CRect& rect) override;
+    /// Draws the graphs in order, each clipped to the graph rectangle and its overhang. Over one
+    /// that fills the plot with colours the frame is drawn again.
+    int drawChilds(CDC& dc, CRect& rect, TMinMax& range) override;
 
     /// Fixes the range, the font height and the graph rectangle for a picture of `rect` without
     /// drawing, as draw does itself; so a host can make square cells: lay out, compare
@@ -42,14 +47,18 @@ private:
     void boundGraphRect(PlotLayout& layout) const;
     void drawFrame(CDC& dc);
     void drawTicks(CDC& dc, const PlotLayout& layout);
+    void strokeTicks(const PlotLayout& layout, const std::function<void(CPoint, CPoint)>& stroke);
+    void frameRaster(const PlotLayout& layout);
     void drawLabels(CDC& dc, const PlotLayout& layout);
     void drawTitles(CDC& dc, const PlotLayout& layout);
     void drawNoData(CDC& dc);
     void drawGrid(const PlotLayout& layout);
-    void drawInContext(CDC& dc, CRect& rect, const PlotLayout& layout);
+    void drawInContext(CDC& dc, CRect& rect);
     void drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout);
     ADIBase* loadRaster();
     void storeRaster();
+
+    const PlotLayout* drawnLayout_ = nullptr;  ///< while draw runs
 };
 
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/AxisPenState.h"
 #include "pavane/axes/messages.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/images/ADIBase.h"
@@ -44,19 +45,28 @@ void A2DAxis::drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout)
         return;
     *dib_ = static_cast<short>(paletteIndex(workColor(0)));
     drawGrid(layout);
+    frameRaster(layout);
     setLineStyle(lineStyle_);
     setLineWidth(lineWidth_);
     setColor(color_);
     drawChilds(dc, rect, range_);
-    const short color = dib_->GetColor();
-    dib_->SetColor(static_cast<short>(paletteIndex(workColor(1))));
-    dib_->SetLineWidth(1);
-    dib_->SetLinePattern(-1);
-    dib_->Rectangle(graphRect_);
-    dib_->SetColor(color);
     dib_->Draw(dc);
     if (isFlagSet(axisBitmapCache))
         storeRaster();
+}
+
+/// Draws into the raster what it would hide of frame and ticks. The pen stays as it is.
+void A2DAxis::frameRaster(const PlotLayout& layout)
+{
+    if (!dib_)
+        return;
+    const AxisPenState state(*this);
+    setLineStyle(PS_SOLID);
+    setLineWidth(1);
+    setColor(workColor(1));
+    dib_->Rectangle(graphRect_);
+    if (isFlagSet(axisTicksInside))
+        strokeTicks(layout, [this](CPoint from, CPoint to) { line(from.x, from.y, to.x, to.y); });
 }
 
 /// Keeps the raster in a file that nobody else has made; a failure leaves no file.

@@ -106,6 +106,7 @@ ABAxis& ABAxis::operator=(const ABAxis& other)
 {
     if (this == &other)
         return *this;
+    letGoOfSharedGraphs();
     childs_.Free();
     SetDib(nullptr);
     if (!tempFileName_.empty())
@@ -116,6 +117,7 @@ ABAxis& ABAxis::operator=(const ABAxis& other)
 
 ABAxis::~ABAxis()
 {
+    letGoOfSharedGraphs();
     delete dib_;
     if (!tempFileName_.empty())
         std::remove(tempFileName_.c_str());
@@ -151,7 +153,16 @@ void ABAxis::copyFrom(const ABAxis& other)
     logYMax_ = other.logYMax_;
     reserved_ = other.reserved_;
     childs_ = other.childs_;
-    childs_.SetItemAutoDelete(0);  // the other axis deletes the graphs
+    sharedGraphs_ = other.childs_;
+}
+
+void ABAxis::letGoOfSharedGraphs()
+{
+    AGraph** const shared = sharedGraphs_.lpArray();
+    for (int i = 0; i < childs_.count(); ++i)
+        if (std::find(shared, shared + sharedGraphs_.count(), childs_(i)) !=
+            shared + sharedGraphs_.count())
+            childs_(i) = nullptr;
 }
 
 CString ABAxis::getHeaderString(int index) const
@@ -170,7 +181,7 @@ int ABAxis::addChildItem(AGraph* graph) { return addChild(graph); }
 int ABAxis::drawChilds(CDC& dc, CRect& rect, TMinMax& range)
 {
     for (int i = 0; i < childs_.count(); ++i)
-        childs_(i)->draw(dc, rect, range);
+        childs_(i)->drawIn(*this, dc, rect, range);
     return childs_.count();
 }
 
@@ -219,6 +230,11 @@ TMinMax& ABAxis::createMinMax()
                 widen(range_.zMin, range_.zMax, z);
         }
     }
+    if (isSet && !isFinite(asked)) {
+        keepFiniteEnds(asked.xMin, asked.xMax, range_.xMin, range_.xMax);
+        keepFiniteEnds(asked.yMin, asked.yMax, range_.yMin, range_.yMax);
+        keepFiniteEnds(asked.zMin, asked.zMax, range_.zMin, range_.zMax);
+    }
     repairPair(range_.xMin, range_.xMax);
     repairPair(range_.yMin, range_.yMax);
     repairPair(range_.zMin, range_.zMax);
@@ -230,11 +246,6 @@ void ABAxis::setMinMax(const TMinMax& range)
     range_ = range;
     resetLogarithms();
 }
-    if (isSet && !isFinite(asked)) {
-        keepFiniteEnds(asked.xMin, asked.xMax, range_.xMin, range_.xMax);
-        keepFiniteEnds(asked.yMin, asked.yMax, range_.yMin, range_.yMax);
-        keepFiniteEnds(asked.zMin, asked.zMax, range_.zMin, range_.zMax);
-    }
 
 void ABAxis::resetLogarithms()
 {
@@ -256,8 +267,6 @@ int ABAxis::paletteIndex(COLORREF color) const
     const auto* const known = std::find(std::begin(workColors), std::end(workColors), color);
     if (known != std::end(workColors))
         return firstWorkEntry + static_cast<int>(known - std::begin(workColors));
-    if (color < 256)
-        return static_cast<int>(color);
     PALETTEENTRY entries[256];
     const int count = palette_ && *palette_ ? GetPaletteEntries(*palette_, 0, 256, entries) : 0;
     const auto* const nearest =

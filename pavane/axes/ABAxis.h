@@ -32,10 +32,12 @@ public:
     /// `xDirect`, `yDirect`: 1 linear, -1 linear reversed, 0 logarithmic, 2 (x only) time in
     /// seconds. `range` is copied; null leaves it to the graphs. `options`: AxisOption bits.
     ABAxis(int xDirect, int yDirect, TMinMax* range, int options);
-    /// A copy has its own raster, shares the graphs without owning them, and has no cache file.
+    /// A copy has its own raster and no cache file. It draws the graphs of `other` in its own
+    /// layout without owning them, so `other` has to outlive it; graphs registered with the copy
+    /// are its own.
     ABAxis(const ABAxis& other);
     ABAxis& operator=(const ABAxis& other);
-    /// Frees the raster, deletes the cache file and the graphs.
+    /// Frees the raster, deletes the cache file and the graphs that the axis owns.
     virtual ~ABAxis();
 
     /// The header lines of index `index` of all graphs, one after another in drawing order.
@@ -106,7 +108,10 @@ public:
     void pointCrossInv(const int& x, const int& y, const unsigned long& color);
     /// An upright bar of the height of a cross and half its width.
     void pointBar(const int& x, const int& y, const unsigned long& color);
+    /// How far markers reach from their point, without the width of their pen.
+    int markerReach() const;
     /// Palette index of a colour in bitmap mode, the nearest one for colours out of the palette.
+    /// RGB(r, 0, 0) is a dark red here; only markers take it for the index r.
     int paletteIndex(COLORREF color) const;
 
     // Fonts
@@ -219,9 +224,13 @@ protected:
 
 private:
     void copyFrom(const ABAxis& other);
+    /// Takes the graphs of another axis out of the list, so that emptying it deletes only the own.
+    void letGoOfSharedGraphs();
     /// Two strokes, each from (left, top) to (right, bottom) without its last pixel.
     void markerStrokes(const unsigned long& color, const CRect& first, const CRect& second);
     void markerBlock(const unsigned long& color, const CRect& edgesIncluded);
+
+    AArray<AGraph*> sharedGraphs_;  ///< those that another axis owns
 };
 
 }  // namespace pavane

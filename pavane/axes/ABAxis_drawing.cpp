@@ -37,10 +37,10 @@ int patternOf(int style)
 class RasterPen
 {
 public:
-    RasterPen(ADIBase& dib, int index)
+    RasterPen(ADIBase& dib, short index)
         : dib_(dib), color_(dib.GetColor()), pattern_(dib.GetLinePattern())
     {
-        dib_.SetColor(static_cast<short>(index));
+        dib_.SetColor(index);
         dib_.SetLinePattern(-1);
     }
     RasterPen(const RasterPen&) = delete;
@@ -57,7 +57,15 @@ private:
     int pattern_;
 };
 
-int halfSize(int fHeight, int part)
+/// Palette index of a marker's colour, which may be an index itself; black and red stay colours.
+short markerIndex(const ABAxis& axis, unsigned long color)
+{
+    const bool isIndex = color > RGB(0, 0, 0) && color < RGB(255, 0, 0);
+    return static_cast<short>(isIndex ? static_cast<int>(color)
+                                      : axis.paletteIndex(static_cast<COLORREF>(color)));
+}
+
+int sizeOfPart(int fHeight, int part)
 {
     return std::max(1, truncated(static_cast<double>(fHeight) / std::max(part, 1) + 0.5));
 }
@@ -95,7 +103,7 @@ void ABAxis::markerStrokes(const unsigned long& color, const CRect& first, const
     if (isFlagSet(axisBitmapMode)) {
         if (!dib_)
             return;
-        const RasterPen pen(*dib_, paletteIndex(wanted));
+        const RasterPen pen(*dib_, markerIndex(*this, color));
         dib_->Line(first.left, first.top, first.right, first.bottom);
         dib_->Line(second.left, second.top, second.right, second.bottom);
         return;
@@ -111,13 +119,13 @@ void ABAxis::markerStrokes(const unsigned long& color, const CRect& first, const
 
 void ABAxis::pointCross(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = halfSize(fHeight_, GetPartCrossHeight());
+    const int h = sizeOfPart(fHeight_, GetPartCrossHeight());
     markerStrokes(color, CRect(x - h, y, x + h + 1, y), CRect(x, y + h, x, y - h - 1));
 }
 
 void ABAxis::pointCrossInv(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = halfSize(fHeight_, GetPartCrossHeight());
+    const int h = sizeOfPart(fHeight_, GetPartCrossHeight());
     markerStrokes(color, CRect(x - h, y - h, x + h + 1, y + h + 1),
                   CRect(x - h, y + h, x + h + 1, y - h - 1));
 }
@@ -128,7 +136,7 @@ void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
     CRect block = edgesIncluded;
     if (isFlagSet(axisBitmapMode)) {
         if (dib_)
-            dib_->FillRect(block, static_cast<short>(paletteIndex(wanted)));
+            dib_->FillRect(block, markerIndex(*this, color));
         return;
     }
     if (!dc_)
@@ -139,10 +147,15 @@ void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
     dc_->FillRect(block, &brush);
 }
 
+int ABAxis::markerReach() const
+{
+    return std::max(sizeOfPart(fHeight_, GetPartCrossHeight()),
+                    sizeOfPart(fHeight_, GetPartPointHeight()) / 2);
+}
+
 void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 {
-    const double part = std::max(GetPartPointHeight(), 1);
-    const int size = std::max(1, truncated(fHeight_ / part + 0.5));
+    const int size = sizeOfPart(fHeight_, GetPartPointHeight());
     const int left = x - (size - 1) / 2;
     const int top = y - (size - 1) / 2;
     constexpr int mostSquare = 4;  // a disc of so few pixels is a square
@@ -160,7 +173,7 @@ void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 
 void ABAxis::pointBar(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = halfSize(fHeight_, GetPartCrossHeight());
+    const int h = sizeOfPart(fHeight_, GetPartCrossHeight());
     markerBlock(color, CRect(x - h / 2, y - h, x + h / 2, y + h));
 }
 

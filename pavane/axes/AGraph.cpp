@@ -31,5 +31,14 @@ int AGraph::hasHeaderText(int) const { return 0; }
 CString AGraph::getHeaderText(int) const { return {}; }
 void AGraph::getMinMax(TMinMax&) const {}
 void AGraph::draw(CDC&, CRect&, TMinMax&) {}
+int AGraph::overhang(const ABAxis&) const { return 0; }
+
+void AGraph::drawIn(ABAxis& axis, CDC& dc, CRect& rect, TMinMax& range)
+{
+    ABAxis* const owner = axis_;
+    axis_ = &axis;
+    draw(dc, rect, range);
+    axis_ = owner;
+}
 
 }  // namespace pavane

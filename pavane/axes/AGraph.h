@@ -51,9 +51,16 @@ public:
     /// Draws into `dc`, or into the raster of the axis when that is in bitmap mode. `rect` is the
     /// rectangle of the whole picture, `range` that of the axis.
     virtual void draw(CDC& dc, CRect& rect, TMinMax& range);
+    /// How far, in device units, what is drawn at the ends of the range reaches beyond the graph
+    /// rectangle of `axis`: half a marker or half a line. A plot lets that much be seen. 0 here.
+    virtual int overhang(const ABAxis& axis) const;
 
-    /// The axis that owns the graph; null for none.
+    /// The axis that owns the graph, null for none; while the graph is drawn, the one that draws
+    /// it.
     ABAxis* axis() const { return axis_; }
+
+    /// Draws for `axis`, which need not be the owner: a copy of an axis shares the graphs.
+    void drawIn(ABAxis& axis, CDC& dc, CRect& rect, TMinMax& range);
 
 private:
     ABAxis* axis_ = nullptr;

@@ -1,6 +1,8 @@
 #include "pavane/axes/AGraphXYLine.h"
 
+#include "pavane/axes/ABAxis.h"
 #include "pavane/axes/axis_curve.h"
+#include "pavane/axes/graph_styles.h"
 #include "pavane/axes/point_range.h"
 
 namespace pavane
@@ -27,6 +29,11 @@ void AGraphXYLine::draw(CDC& dc, CRect&, TMinMax&)
 {
     if (axis())
         drawAxisCurve(*axis(), dc, {x_, y_, count_}, style1_, style2_, color_);
+}
+
+int AGraphXYLine::overhang(const ABAxis& axis) const
+{
+    return graphLineWidth(style2_, axis.getFHeight()) / 2;
 }
 
 }  // namespace pavane

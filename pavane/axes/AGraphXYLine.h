@@ -18,6 +18,7 @@ public:
     /// The given range, or the least and greatest x and y of the finite points; unset without any.
     void getMinMax(TMinMax& range) const override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+    int overhang(const ABAxis& axis) const override;
 
 protected:
     double* x_;

@@ -41,6 +41,9 @@ void AGraphXYPoint::draw(CDC&, CRect&, TMinMax&)
     ABAxis& plot = *axis();
     const AxisPenState state(plot);
     plot.setLineWidth(graphLineWidth(style2_, plot.getFHeight()));
+    // A dark red is not to be taken for an index.
+    const unsigned long color =
+        plot.isFlagSet(axisBitmapMode) ? PALETTEINDEX(plot.paletteIndex(color_)) : color_;
     CPoint last(-1, -1);
     for (int i = 0; i < count_; ++i) {
         const double wx = plot.RPXtoWPX(x_[i]);
@@ -50,9 +53,15 @@ void AGraphXYPoint::draw(CDC&, CRect&, TMinMax&)
         const CPoint pixel(plot.RPXtoGPX(x_[i]), plot.RPYtoGPY(y_[i]));
         if (pixel == last)
             continue;
-        mark(plot, style1_, pixel.x, pixel.y, color_);
+        mark(plot, style1_, pixel.x, pixel.y, color);
         last = pixel;
     }
+}
+
+int AGraphXYPoint::overhang(const ABAxis& axis) const
+{
+    // Strokes end a unit beyond the last one that they cover, and wide ones in a round cap.
+    return axis.markerReach() + graphLineWidth(style2_, axis.getFHeight()) / 2 + 1;
 }
 
 }  // namespace pavane

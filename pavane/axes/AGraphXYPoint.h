@@ -12,6 +12,7 @@ class PAVANE_API AGraphXYPoint : public AGraphXYLine
 public:
     using AGraphXYLine::AGraphXYLine;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+    int overhang(const ABAxis& axis) const override;
 };
 
 }  // namespace pavane

@@ -1,6 +1,8 @@
 #include "pavane/axes/AGraphYLine.h"
 
+#include "pavane/axes/ABAxis.h"
 #include "pavane/axes/axis_curve.h"
+#include "pavane/axes/graph_styles.h"
 #include "pavane/axes/point_range.h"
 
 namespace pavane
@@ -36,6 +38,11 @@ void AGraphYLine::draw(CDC& dc, CRect&, TMinMax&)
 {
     if (axis())
         drawAxisCurve(*axis(), dc, {nullptr, y_, count_, x0_, dx_}, setting1_, setting2_, color_);
+}
+
+int AGraphYLine::overhang(const ABAxis& axis) const
+{
+    return graphLineWidth(setting2_, axis.getFHeight()) / 2;
 }
 
 }  // namespace pavane

@@ -22,6 +22,7 @@ public:
     /// The given range, or that of the finite values; unset without any.
     void getMinMax(TMinMax& range) const override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+    int overhang(const ABAxis& axis) const override;
 
 private:
     CString name_;

@@ -20,6 +20,8 @@ constexpr int curveSegments = 64;
 constexpr int headerDigits = 3;
 constexpr double leastExponent = -600;  ///< exp of it is still above 0
 
+int curveWidth(const ABAxis& axis) { return truncated(axis.getFHeight() * 0.125 + 0.5); }
+
 }  // namespace
 
 AStatHistGraph::AStatHistGraph(ABAxis* axis, int asItem) : AGraph(axis, asItem) {}
@@ -112,7 +114,7 @@ void AStatHistGraph::drawNormalCurve(CDC& dc, double peak) const
     ABAxis& plot = *axis();
     const int width = plot.getLineWidth();
     plot.setColor(curveColor_);
-    plot.setLineWidth(truncated(plot.getFHeight() * 0.125 + 0.5));
+    plot.setLineWidth(curveWidth(plot));
     CPointF fine[curveSegments + 1];
     CPoint last;
     const bool fractions = !plot.isFlagSet(axisBitmapMode) && drawsFractions(dc);
@@ -132,5 +134,7 @@ void AStatHistGraph::drawNormalCurve(CDC& dc, double peak) const
     }
     plot.setLineWidth(width);
 }
+
+int AStatHistGraph::overhang(const ABAxis& axis) const { return curveWidth(axis) / 2; }
 
 }  // namespace pavane

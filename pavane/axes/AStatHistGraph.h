@@ -27,6 +27,7 @@ public:
     /// Bars from the y minimum of the axis; the curve's peak touches the y maximum of `range`. The
     /// colour of the axis is the curve's afterwards.
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+    int overhang(const ABAxis& axis) const override;
 
 private:
     void drawBars(CDC& dc) const;

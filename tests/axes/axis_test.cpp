@@ -1,4 +1,5 @@
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/AGraphXYPoint.h"
 
 #include "pavane/images/ADIBase.h"
 #include "platform/picture.h"
@@ -39,6 +40,9 @@ public:
     void getMinMax(TMinMax& range) const override { range = range_; }
     int hasHeaderText(int index) const override { return index == 1; }
     CString getHeaderText(int) const override { return "%s;"; }
+    void draw(CDC&, CRect&, TMinMax&) override { drawnIn = axis()->getGraphRect(); }
+
+    CRect drawnIn;
 
 private:
     TMinMax range_;
@@ -127,10 +131,6 @@ TEST(Range, IsGatheredFromTheGraphsAndRepaired)
     EXPECT_EQ(set.createMinMax(), (TMinMax{0, 1, 2, 4, 3.5, 10.5}));
 }
 
-TEST(AxisCopy, HasItsOwnRasterSharesGraphsAndHasNoFile)
-{
-    int deleted = 0;
-    {
 TEST(Range, TakesEndsThatAreNotFiniteFromTheGraphs)
 {
     constexpr double inf = std::numeric_limits<double>::infinity();
@@ -152,6 +152,13 @@ TEST(Range, TakesEndsThatAreNotFiniteFromTheGraphs)
     }
 }
 
+TEST(AxisCopy, HasItsOwnRasterSharesGraphsAndHasNoFile)
+{
+    int deleted = 0;
+    int deletedByCopy = 0;
+    CRect rect;
+    TMinMax range;
+    {
         OpenAxis axis = axisOver({0, 1, 0, 1});
         new FixedGraph(&axis, {0, 1, 0, 1}, &deleted);
         axis.SetDib(new ADIBase(CRect(0, 0, 3, 3)));
@@ -166,7 +173,17 @@ TEST(Range, TakesEndsThatAreNotFiniteFromTheGraphs)
             EXPECT_EQ(copy.getNameOX(), "x");
             copy = axis;
             EXPECT_EQ(copy.childs().count(), 1);
+            new FixedGraph(&copy, {0, 1, 0, 1}, &deletedByCopy);
+            OpenAxis third(copy);
+            EXPECT_EQ(third.childs().count(), 2);
+            third.setGraphRect(CRect(0, 0, 7, 7));
+            third.drawChilds(*CPicture(1, 1).dc(), rect, range);
+            for (int i = 0; i < 2; ++i)
+                EXPECT_EQ(static_cast<FixedGraph*>(third.childs()(i))->drawnIn, CRect(0, 0, 7, 7));
+            EXPECT_EQ(axis.childs()(0)->axis(), &axis);
+            EXPECT_EQ(deletedByCopy, 0);
         }
+        EXPECT_EQ(deletedByCopy, 1);
         EXPECT_EQ(deleted, 0);
         OpenAxis owner = axisOver({0, 1, 0, 1});
         new FixedGraph(&owner, {0, 1, 0, 1}, &deleted);
@@ -185,7 +202,26 @@ TEST(WorkColors, ComeFromTheTableOrThePalette)
     EXPECT_EQ(axis.workColor(1), 0x010000E3U);
     EXPECT_EQ(axis.paletteIndex(0x010000E3U), 227);
     EXPECT_EQ(axis.paletteIndex(0x0000FF), 233);
-    EXPECT_EQ(axis.paletteIndex(17), 17);
+    const PALETTEENTRY colors[] = {{255, 255, 255, 0}, {0, 200, 0, 0}, {20, 0, 0, 0}};
+    palette = CreatePalette(colors, 3);
+    EXPECT_EQ(axis.paletteIndex(RGB(1, 0, 0)), 2);  // a colour, not an index
+    axis.setFlag(axisBitmapMode, 1);
+    axis.SetDib(new ADIBase(CRect(0, 0, 8, 8)));
+    for (int i = 0; i < 2; ++i) {
+        double at = 0.5;
+        *axis.dib() = short{0};
+        axis.setGraphRect(CRect(0, 0, 8, 8));
+        axis.setMinMax({0, 1, 0, 1, 0, 1});
+        AGraphXYPoint dot(nullptr, &at, &at, 1, nullptr, 0, 0, RGB(1, 0, 0), 0);
+        CPicture picture(9, 9);
+        CRect rect(0, 0, 9, 9);
+        if (i == 0)
+            axis.point(4, 4, 1);  // a marker by index
+        else
+            dot.drawIn(axis, *picture.dc(), rect, axis.getMinMax());
+        EXPECT_EQ(axis.dib()->GetPixel(4, 4), 1 + i);
+    }
+    DeletePalette(palette);
 }
 
 TEST(Markers, CoverTheSamePixelsInRasterAndPicture)

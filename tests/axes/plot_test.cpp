@@ -1,6 +1,8 @@
 #include "pavane/axes/A2DAxis.h"
 
 #include "pavane/axes/AGraphXYLine.h"
+#include "pavane/axes/AGraphXYPoint.h"
+#include "pavane/axes/graph_styles.h"
 #include "pavane/images/ADIBase.h"
 #include "platform/message.h"
 #include "platform/picture.h"
@@ -134,6 +136,36 @@ TEST(Plot, HasAFrameWithTicksOutsideOrInside)
     plot.axis.setFlag(axisTicksInside, 1);
     plot.draw();  // over the first
     EXPECT_TRUE(plot.isDark(x, g.bottom - 4) && plot.isDark(x, g.top + 4));
+}
+
+TEST(Plot, ShowsWhatLiesAtTheEndsOfItsRangeWhole)
+{
+    constexpr COLORREF blue = RGB(0, 0, 255);
+    double ends[] = {0, 10};
+    double low[] = {0, 0};
+    TMinMax range{0, 10, 0, 10, 0, 1};
+    const struct {
+        int options, width, pixels;  // a line shows so many rows
+        int cross;                   // and two crosses so many pixels
+    } cases[] = {{0, 0, 1, 26}, {0, 3, 4, 50}, {axisBitmapMode, 0, 1, 14}};
+    for (const auto& c : cases) {
+        for (const bool points : {false, true}) {
+            A2DAxis axis(1, 1, &range, c.options);
+            if (points)
+                new AGraphXYPoint(&axis, ends, ends, 2, nullptr, graphPointCross, 0, blue, 0);
+            else
+                new AGraphXYLine(&axis, ends, low, 2, nullptr, PS_SOLID, c.width, blue, 0);
+            CPicture picture(600, 400);
+            CRect rect(0, 0, 600, 400);
+            axis.draw(*picture.dc(), rect);
+            int count = 0;
+            for (int y = 0; y < 400; ++y)
+                count += static_cast<int>(std::count(picture.row(y), picture.row(y) + 600, 0xFF));
+            const int along = axis.getGraphRect().Width() + 1;
+            const int wanted = points ? c.width ? count : c.cross : c.pixels * along;
+            EXPECT_NEAR(count, wanted, c.width * 3) << c.options << " " << c.width << points;
+        }
+    }
 }
 
 TEST(Plot, DrawsAnyRangeIntoAnyRectangle)
