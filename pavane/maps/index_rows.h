@@ -14,8 +14,8 @@ namespace pavane
 {
 
 /// Indices of values on any scale, by comparison with the values at which colours change. A table
-/// over the upper half of the value's key tells where to start comparing, so that nearly all values
-/// need one comparison, whatever the scale.
+/// over the upper bits of the values' keys tells where to start comparing, so that nearly all
+/// values need one comparison, whatever the scale.
 class ThresholdTable
 {
 public:
@@ -25,19 +25,28 @@ public:
         for (std::size_t i = 1; i < thresholds_.size(); ++i)
             thresholds_[i] =
                 std::max(thresholds_[i - 1],
-                         static_cast<float>(scale.value(static_cast<double>(i) / count)));
-        start_.resize(65536);
+                         static_cast<float>(scale.value(static_cast<double>(i) / count)) + 0.0f);
+        if (count < 2)
+            return;
+        firstKey_ = orderedKey(thresholds_[1]);
+        const std::uint32_t span = orderedKey(thresholds_.back()) - firstKey_;
+        shift_ = std::max(0, static_cast<int>(std::bit_width(span)) - 16);
+        start_.resize((span >> shift_) + 1);
         std::uint32_t index = 0;
-        for (std::uint32_t key = 0; key < 65536; ++key) {
+        for (std::uint32_t place = 0; place < start_.size(); ++place) {
             while (index + 1 < thresholds_.size() &&
-                   orderedKey(thresholds_[index + 1]) <= key << 16)
+                   orderedKey(thresholds_[index + 1]) - firstKey_ <= place << shift_)
                 ++index;
-            start_[key] = static_cast<unsigned char>(index);
+            start_[place] = static_cast<unsigned char>(index);
         }
     }
+    // adding 0 makes one zero of the two
     int of(float value) const
     {
-        std::size_t index = start_[orderedKey(value) >> 16];
+        if (thresholds_.size() < 2 || !(value >= thresholds_[1]))
+            return 0;
+        const std::size_t place = (orderedKey(value + 0.0f) - firstKey_) >> shift_;
+        std::size_t index = start_[std::min(place, start_.size() - 1)];
         while (index + 1 < thresholds_.size() && value >= thresholds_[index + 1])
             ++index;
         return static_cast<int>(index);
@@ -45,7 +54,9 @@ public:
 
 private:
     std::vector<float> thresholds_;
-    std::vector<unsigned char> start_;
+    std::vector<unsigned char> start_;  ///< of keys from that of the second threshold on
+    std::uint32_t firstKey_ = 0;
+    int shift_ = 0;
 };
 
 /// Turns rows of values into rows of indices; minus infinity is a cell without a value.

@@ -1,10 +1,9 @@
 #include "pavane/maps/map_scale.h"
 
-#include "pavane/maps/float_keys.h"
+#include "pavane/maps/equal_shares.h"
 
 #include <algorithm>
 #include <cmath>
-#include <vector>
 
 namespace pavane
 {
@@ -16,25 +15,6 @@ namespace
 constexpr double logarithmicDepth = 1e-3;
 /// Ends of a range are cut to this, so that their distance is a number; cells are floats anyway.
 constexpr double mostRange = 1e300;
-constexpr std::int64_t sampledCells = std::int64_t{1} << 22;
-constexpr std::size_t keyCount = 65536;
-
-/// How many finite cells of the range have each upper half of a key.
-std::vector<std::int64_t> countKeys(const AMatrixAccess& cells, double low, double high)
-{
-    std::vector<std::int64_t> counts(keyCount);
-    const std::int64_t all = std::int64_t{cells.rows()} * cells.columns();
-    const int step = static_cast<int>(std::max<std::int64_t>(1, all / sampledCells));
-    RowReader reader(cells);
-    for (int r = step / 2; r < cells.rows(); r += step) {
-        const float* row = reader.row(r);
-        for (int c = 0; row && c < cells.columns(); ++c)
-            if (static_cast<double>(row[c]) >= low && static_cast<double>(row[c]) <= high)
-                ++counts[orderedKey(row[c]) >> 16];
-    }
-    return counts;
-}
-
 }  // namespace
 
 void MapScale::setRange(MapScaleKind kind, double low, double high)
@@ -61,28 +41,7 @@ void MapScale::setRange(MapScaleKind kind, double low, double high)
 
 int MapScale::equalize(const AMatrixAccess& cells)
 {
-    const std::vector<std::int64_t> counts = countKeys(cells, low_, high_);
-    std::int64_t all = 0;
-    for (const std::int64_t n : counts)
-        all += n;
-    if (all < 1)
-        return 0;
-    std::uint32_t key = 0;
-    std::int64_t below = 0;
-    for (int i = 1; i < knotSteps; ++i) {
-        const double rank = static_cast<double>(all) * i / knotSteps;
-        while (key + 1 < keyCount && static_cast<double>(below + counts[key]) < rank)
-            below += counts[key++];
-        const double share =
-            counts[key] ? (rank - static_cast<double>(below)) / static_cast<double>(counts[key])
-                        : 0;
-        const double from = static_cast<double>(keyValue(key << 16));
-        const double to = static_cast<double>(keyValue(key << 16 | 0xFFFF));
-        const double value = from + (to - from) * share;
-        knots_[static_cast<std::size_t>(i)] =
-            std::clamp(value, knots_[static_cast<std::size_t>(i - 1)], high_);
-    }
-    return 1;
+    return equalShares(cells, low_, high_, knotSteps, knots_.data());
 }
 
 double MapScale::position(double value) const

@@ -24,9 +24,8 @@ public:
     /// An equalized scale is linear until `equalize` has seen the cells.
     MapScale(MapScaleKind kind, double low, double high) { setRange(kind, low, high); }
     void setRange(MapScaleKind kind, double low, double high);
-    /// Takes the shares from the finite cells inside the range. Maps of more than 4 million cells
-    /// are sampled by whole rows at equal distances. Non-zero on success; 0 when there are no
-    /// cells.
+    /// Takes the shares from the finite cells inside the range, as equalShares does. Non-zero on
+    /// success; 0 when there are no cells.
     int equalize(const AMatrixAccess& cells);
 
     MapScaleKind kind() const { return kind_; }
@@ -38,12 +37,13 @@ public:
     double value(double position) const;
 
 private:
-    static constexpr int knotSteps = 256;
+    /// As many as the colours of a map, so that each of them has its share and no less.
+    static constexpr int knotSteps = 226;
 
     MapScaleKind kind_ = MapScaleKind::linear;
     double low_ = 0;
     double high_ = 1;
-    /// The values at places i / 256 of an equalized scale.
+    /// The values at places i / knotSteps of an equalized scale.
     std::array<double, knotSteps + 1> knots_{};
 };
 

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <functional>
 #include <string>
 
 namespace pavane
@@ -208,6 +210,64 @@ TEST(MapScale, PlacesValuesAndFindsThemAgain)
     EXPECT_NEAR(equal.position(0), 0.5, 0.06);
     for (double place = 0; place <= 1; place += 1.0 / 64)
         EXPECT_LE(equal.value(place), equal.value(place + 1.0 / 64));
+}
+
+TEST(MapScale, GivesEveryColourItsShareOfTheCells)
+{
+    constexpr int side = 400;
+    constexpr int colors = 226;
+    std::mt19937 random(3);
+    std::normal_distribution<float> normal(0, 1);
+    float next = 1000;
+    const auto noise = [&](int) { return normal(random); };
+    const struct {
+        const char* name;
+        std::function<float(int)> value;
+        double slack;  // of a share
+        int leastColors;
+    } cases[] = {
+        {"neighbours", [&](int) { return next = std::nextafter(next, 2000.0f); }, 0.01, colors},
+        {"noise", noise, 0.01, colors},
+        {"far clusters",
+         [&](int i) { return i % 2 ? 1e-3f * normal(random) : 5000 + 90 * normal(random); }, 0.01,
+         colors},
+        {"an outlier", [&](int i) { return i ? 1e-4f * normal(random) : 1e30f; }, 0.01, colors},
+        {"blanks", [&](int i) { return i % 3   ? normal(random)
+                                       : i % 2 ? NAN
+                                               : -INFINITY; }, 0.01,
+         colors},
+        {"offset", [&](int) { return 1000 + 0.01f * normal(random); }, 1, 220},
+        {"three values", [](int i) { return static_cast<float>(i % 3); }, 226, 3},
+        {"zeros", [](int i) { return i % 2 ? 0.0f : -0.0f; }, 226, 1},
+        {"constant", [](int) { return 7.0f; }, 226, 1},
+    };
+    for (const auto& c : cases) {
+        AMatrix<float> map(side, side);
+        for (int i = 0; i < side * side; ++i)
+            map.data()[i] = c.value(i);
+        std::shuffle(map.data(), map.data() + side * side, random);
+        const AFloatMatrixAccess cells(map);
+        const MapRange range = mapRange(cells);
+        MapScale scale(MapScaleKind::equalized, range.least, range.greatest);
+        ASSERT_TRUE(scale.equalize(cells));
+        PixelCells all;
+        all.setLinear(-0.5, 1.0, side, side);
+        std::vector<unsigned char> picture(side * side);
+        MapReduction reduced;
+        ASSERT_TRUE(reduced.reduce(cells, all, all));
+        paintMap(reduced, all, all, scale, {}, picture.data(), side);
+        std::vector<int> counts(256);
+        for (const unsigned char index : picture)
+            ++counts[index];
+        const double share = (side * side - counts[MapColors().blank]) / double(colors);
+        for (int i = 0; i < colors; ++i)
+            EXPECT_NEAR(counts[i], share, share * c.slack + 1) << c.name << " " << i;
+        EXPECT_GE(colors - std::count(counts.begin(), counts.begin() + colors, 0), c.leastColors)
+            << c.name;
+    }
+    MapScale scale(MapScaleKind::equalized, 0, 1);
+    for (const float outside : {NAN, INFINITY, 2.0f})
+        EXPECT_FALSE(scale.equalize(AStridedAccess<float>(&outside, 1, 1, 1)));
 }
 
 TEST(MapStatistics, FindTheExactRangePeakAndNoise)
