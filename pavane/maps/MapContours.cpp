@@ -1,12 +1,14 @@
 #include "pavane/maps/MapContours.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/SelectedObject.h"
 #include "pavane/maps/AColorsGraph.h"
 #include "pavane/maps/device_strokes.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
 #include <cmath>
+#include <string>
 
 namespace pavane
 {
@@ -81,9 +83,10 @@ int MapContours::width(int fontHeight) const
 void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* colors) const
 {
     const std::vector<double> values = levels(map);
-    if (!traced_ && !lines_.trace(map.cells(), values))
-        return;
-    traced_ = 1;
+    if (!traced_) {
+        traced_ = lines_.trace(map.cells(), values);
+        tellLeftOut(values.size());
+    }
     ABAxis& axis = *map.axis();
     const double unit = axis.getFHeight();
     CRect clip = axis.getGraphRect();
@@ -108,7 +111,47 @@ void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* color
                 strokes.polyline(device.data(), count);
         }
     }
+    drawLeftOutText(dc, axis);
     dc.RestoreDC(saved);
+}
+
+void MapContours::tellLeftOut(std::size_t levels) const
+{
+    std::size_t leftOut = 0;
+    for (std::size_t level = 0; traced_ && level < levels; ++level)
+        leftOut += lines_.isLeftOut(static_cast<int>(level)) ? 1 : 0;
+    leftOutText_.clear();
+    if (traced_ && leftOut < 1)
+        return;
+    constexpr std::int64_t mega = std::int64_t{1} << 20;
+    leftOutText_ = std::to_string(traced_ ? leftOut : levels) + " of " + std::to_string(levels) +
+                   " contour levels left out: ";
+    if (levels > ContourLines::mostLevels)
+        leftOutText_ += "there are more than " + std::to_string(ContourLines::mostLevels);
+    else if (!traced_)
+        leftOutText_ += "there is not enough memory";
+    else
+        leftOutText_ += "their lines do not fit into " +
+                        std::to_string(std::max<std::int64_t>(1, GetContourMemory() / mega)) +
+                        " MB";
+}
+
+void MapContours::drawLeftOutText(CDC& dc, const ABAxis& axis) const
+{
+    CFont font;
+    if (leftOutText_.empty() || axis.isFlagSet(axisBitmapMode) ||
+        !ABAxis::CreateAxisFont(font, axis.getFHeight(), 0, 0.0))
+        return;
+    const SelectedObject<CFont> selected(dc, font);
+    const int air = axis.getFHeight() / 4;
+    const CSize size = dc.GetTextExtent(leftOutText_);
+    const CPoint corner = axis.getGraphRect().TopLeft();
+    dc.FillSolidRect(
+        CRect(corner.x, corner.y, corner.x + size.cx + 2 * air, corner.y + size.cy + air),
+        RGB(255, 255, 255));
+    dc.SetBkMode(TRANSPARENT);
+    dc.SetTextColor(RGB(0, 0, 0));
+    dc.TextOut(corner.x + air, corner.y + air / 2, leftOutText_);
 }
 
 }  // namespace pavane

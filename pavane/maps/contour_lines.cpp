@@ -1,5 +1,6 @@
 #include "pavane/maps/contour_lines.h"
 
+#include "pavane/maps/contour_plan.h"
 #include "pavane/maps/crossing_pool.h"
 #include "pavane/maps/level_kernels.h"
 
@@ -15,15 +16,14 @@ namespace pavane
 namespace
 {
 
-/// The least float that is not below `level`, so that floats compare with it as with the level.
-float thresholdOf(double level)
-{
-    constexpr float infinity = std::numeric_limits<float>::infinity();
-    if (!(std::fabs(level) <= static_cast<double>(std::numeric_limits<float>::max())))
-        return level < 0 ? -infinity : infinity;
-    const float nearest = static_cast<float>(level);
-    return static_cast<double>(nearest) < level ? std::nextafterf(nearest, infinity) : nearest;
-}
+constexpr std::int64_t usualMemory = std::int64_t{256} << 20;
+std::int64_t contourMemory = usualMemory;
+
+static_assert(CrossingPool::mostCrossings == ContourLines::mostPoints);
+static_assert(sizeof(Crossing) == crossingBytes);
+// The lines grow in a vector, which may take twice what they need, and have six points or more as a
+// rule even in noise.
+static_assert(pointBytes >= sizeof(CPointF) + 2 * sizeof(ContourLine) / 6);
 
 /// Goes up the map row by row and links the crossings of each square of four centres.
 ///
@@ -35,20 +35,23 @@ float thresholdOf(double level)
 class ContourTracer
 {
 public:
-    ContourTracer(const AMatrixAccess& cells, const std::vector<double>& levels)
-        : columns_(cells.columns()), levels_(levels), pools_(levels.size()),
-          leftOut_(levels.size()), onRow_(levels.size() * static_cast<std::size_t>(columns_)),
-          onColumn_(levels.size()), cells_(cells)
+    /// `levels` rise; their crossings may take `blocks` blocks of a pool.
+    ContourTracer(const AMatrixAccess& cells, const std::vector<double>& levels,
+                  std::int64_t blocks)
+        : columns_(cells.columns()), levels_(levels), pools_(levels.size()), blocks_(blocks),
+          onRow_(levels.size() * static_cast<std::size_t>(columns_)), onColumn_(levels.size()),
+          cells_(cells)
     {
         for (const double level : levels)
-            thresholds_.push_back(thresholdOf(level));
+            thresholds_.push_back(contourThreshold(level));
         for (auto& row : levelRows_)
             row.assign(static_cast<std::size_t>(columns_) + sizeof(std::uint64_t), blankLevel);
     }
     int trace(SimdPath path);
 
     std::vector<CrossingPool>& pools() { return pools_; }
-    const std::vector<char>& leftOut() const { return leftOut_; }
+    /// After a failure: whether it was for the limit and not for want of memory.
+    int isTooMuch() const { return isTooMuch_; }
 
 private:
     struct Row {
@@ -78,7 +81,7 @@ private:
     const std::vector<double>& levels_;
     std::vector<float> thresholds_;
     std::vector<CrossingPool> pools_;
-    std::vector<char> leftOut_;
+    std::int64_t blocks_;
     std::vector<int> onRow_;     ///< crossing of each level right of each centre of the lower row
     std::vector<int> onColumn_;  ///< crossing of each level on the left edge of the square
     const AMatrixAccess& cells_;
@@ -87,6 +90,7 @@ private:
     int row_ = 0;
     int edges_[4] = {};
     int failed_ = 0;
+    int isTooMuch_ = 0;
 };
 
 int ContourTracer::trace(SimdPath path)
@@ -150,8 +154,6 @@ void ContourTracer::traceSquare(int column)
     const int madeLeft = column > 0 && low_.levels[column - 1] != blankLevel &&
                          high_.levels[column - 1] != blankLevel;
     for (int level = least; level < most; ++level) {
-        if (leftOut_[static_cast<std::size_t>(level)])
-            continue;
         const int high = (corner[0] > level) | (corner[1] > level) << 1 | (corner[2] > level) << 2 |
                          (corner[3] > level) << 3;
         traceLevel(column, level, high, madeBelow, madeLeft);
@@ -204,13 +206,11 @@ int ContourTracer::crossing(int edge, int column, int level)
         const int c = column + (edge == 1);
         at.y += part(low_.values[c], high_.values[c], level);
     }
-    if (pools_[k].count() >= ContourLines::mostPoints) {
-        leftOut_[k] = 1;
-        pools_[k].clear();
-        return -1;
+    const int made = pools_[k].add(at, blocks_);
+    if (made < 0) {
+        failed_ = 1;
+        isTooMuch_ = blocks_ < 0 || pools_[k].count() >= CrossingPool::mostCrossings;
     }
-    const int made = pools_[k].add(at);
-    failed_ |= made < 0;
     return made;
 }
 
@@ -228,6 +228,8 @@ int ContourTracer::centreIsHigh(int column, int level) const
         static_cast<double>(high_.values[column]) + static_cast<double>(high_.values[column + 1]);
     return sum / 4 >= levels_[static_cast<std::size_t>(level)];
 }
+
+std::size_t asSize(int i) { return static_cast<std::size_t>(i); }
 
 constexpr int taken = -2;
 
@@ -248,6 +250,9 @@ std::int64_t takeLine(CrossingPool& pool, int start, CPointF* to)
 
 }  // namespace
 
+std::int64_t GetContourMemory() { return contourMemory; }
+void SetContourMemory(std::int64_t bytes) { contourMemory = bytes > 0 ? bytes : usualMemory; }
+
 int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& levels,
                         SimdPath path)
 {
@@ -259,36 +264,78 @@ int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& l
         return 0;
     if (cells.rows() < 2 || cells.columns() < 2 || levels.empty())
         return 1;
-    std::vector<std::size_t> order(levels.size());
-    std::iota(order.begin(), order.end(), 0);
     std::vector<double> numbered = levels;
     for (double& level : numbered)
         level = level == level ? level : std::numeric_limits<double>::infinity();
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return numbered[a] < numbered[b]; });
-    std::vector<double> sorted;
-    for (const std::size_t i : order)
-        sorted.push_back(numbered[i]);
-    ContourTracer tracer(cells, sorted);
-    if (!tracer.trace(path))
-        return 0;
-    std::vector<std::size_t> placeOf(levels.size());
-    for (std::size_t i = 0; i < order.size(); ++i)
-        placeOf[order[i]] = i;
-    std::int64_t crossings = 0;
-    for (std::size_t level = 0; level < levels.size(); ++level) {
-        const std::size_t i = placeOf[level];
-        leftOut_[level] = tracer.leftOut()[i] ||
-                          crossings + tracer.pools()[i].count() > std::numeric_limits<int>::max();
-        crossings += leftOut_[level] ? 0 : tracer.pools()[i].count();
+    std::vector<int> all(levels.size());
+    std::iota(all.begin(), all.end(), 0);
+    const std::int64_t blocks = contourMemory / (crossingBlock * (crossingBytes + pointBytes));
+    int isTooMuch = 0;
+    const int traced = traceBand(cells, numbered, all, path, blocks, isTooMuch) ||
+                       (isTooMuch && traceInBands(cells, numbered, path));
+    if (!traced) {
+        lines_.clear();
+        points_ = AMatrix<CPointF>();
+        pointCount_ = 0;
     }
-    if (crossings < 1)
-        return 1;
-    if (!points_.allocate(1, static_cast<int>(crossings)))
+    return traced;
+}
+
+/// Traces the levels `band` and appends their lines in its order.
+int ContourLines::traceBand(const AMatrixAccess& cells, const std::vector<double>& levels,
+                            const std::vector<int>& band, SimdPath path, std::int64_t blocks,
+                            int& isTooMuch)
+{
+    std::vector<int> rising = band;
+    std::stable_sort(rising.begin(), rising.end(),
+                     [&](int a, int b) { return levels[asSize(a)] < levels[asSize(b)]; });
+    std::vector<double> values;
+    std::vector<std::size_t> placeOf(levels.size());
+    for (const int level : rising) {
+        placeOf[asSize(level)] = values.size();
+        values.push_back(levels[asSize(level)]);
+    }
+    ContourTracer tracer(cells, values, blocks);
+    if (!tracer.trace(path)) {
+        isTooMuch = tracer.isTooMuch();
         return 0;
-    for (std::size_t level = 0; level < levels.size(); ++level)
-        if (!leftOut_[level])
-            takeLevel(tracer.pools()[placeOf[level]], static_cast<int>(level));
+    }
+    std::int64_t crossings = 0;
+    for (CrossingPool& pool : tracer.pools())
+        crossings += pool.count();
+    isTooMuch = crossings > std::numeric_limits<int>::max();
+    if (isTooMuch ||
+        (points_.cells() < 1 && crossings > 0 && !points_.allocate(1, static_cast<int>(crossings))))
+        return 0;
+    for (const int level : band)
+        takeLevel(tracer.pools()[placeOf[asSize(level)]], level);
+    return 1;
+}
+
+/// Traces as many levels as the memory allows, a few at a time.
+int ContourLines::traceInBands(const AMatrixAccess& cells, const std::vector<double>& levels,
+                               SimdPath path)
+{
+    std::vector<double> rising = levels;
+    std::sort(rising.begin(), rising.end());
+    std::vector<std::int64_t> ofRising;
+    if (!countCrossings(cells, rising, path, ofRising))
+        return 0;
+    std::vector<std::int64_t> crossings;
+    for (const double level : levels)
+        crossings.push_back(ofRising[static_cast<std::size_t>(
+            std::lower_bound(rising.begin(), rising.end(), level) - rising.begin())]);
+    const ContourPlan plan = planContours(crossings, mostPoints, contourMemory);
+    if (plan.mostPoints > 0 && !points_.allocate(1, static_cast<int>(plan.mostPoints)))
+        return 0;
+    leftOut_.assign(levels.size(), 1);
+    for (const std::vector<int>& band : plan.bands) {
+        for (const int level : band)
+            leftOut_[asSize(level)] = 0;
+        int isTooMuch = 0;
+        if (!traceBand(cells, levels, band, path, std::numeric_limits<int>::max(), isTooMuch))
+            return 0;
+    }
     return 1;
 }
 

@@ -12,6 +12,11 @@ namespace pavane
 
 class CrossingPool;
 
+/// Bytes that the lines of one map and the work of tracing them may take: 256 MiB at first, and
+/// again for 0 or less. A setting of the module, asked at each tracing.
+PAVANE_API std::int64_t GetContourMemory();
+PAVANE_API void SetContourMemory(std::int64_t bytes);
+
 /// One contour: `count` points of ContourLines::points() from `first` on. A closed line does not
 /// repeat its first point at its end.
 struct ContourLine {
@@ -32,24 +37,29 @@ struct ContourLine {
 class PAVANE_API ContourLines
 {
 public:
-    /// A level with more points than this is left out: it lies in the noise of a large map and
-    /// would be drawn as a solid area.
+    /// A level with more points than this is left out, however much memory there is: it lies in the
+    /// noise of a large map and would be drawn as a solid area.
     static constexpr std::int64_t mostPoints = std::int64_t{1} << 25;
     static constexpr int mostLevels = 250;
 
     /// Traces `levels` (any order; those that are not finite have no lines), lines in the order of
-    /// the levels. Each row is read once. Non-zero on success; 0, and empty, without memory or with
-    /// more than 250 levels.
+    /// the levels. Each row is read once as long as all lines fit into GetContourMemory() with what
+    /// tracing them takes; else the levels with the most crossings are left out and the others are
+    /// traced in bands. Non-zero on success; 0, and empty, without memory or with more than 250
+    /// levels.
     int trace(const AMatrixAccess& cells, const std::vector<double>& levels,
               SimdPath path = bestSimdPath());
 
     const std::vector<ContourLine>& lines() const { return lines_; }
     const CPointF* points(const ContourLine& line) const { return points_.data() + line.first; }
     std::int64_t pointCount() const { return pointCount_; }
-    /// Non-zero when the level was left out for its number of points.
+    /// Non-zero when the level was left out for its number of points, see trace.
     int isLeftOut(int level) const { return leftOut_[static_cast<std::size_t>(level)]; }
 
 private:
+    int traceBand(const AMatrixAccess& cells, const std::vector<double>& levels,
+                  const std::vector<int>& band, SimdPath path, std::int64_t blocks, int& isTooMuch);
+    int traceInBands(const AMatrixAccess& cells, const std::vector<double>& levels, SimdPath path);
     void takeLevel(CrossingPool& pool, int level);
 
     std::vector<ContourLine> lines_;

@@ -26,15 +26,20 @@ public:
     CrossingPool(CrossingPool&& other) noexcept = default;
     ~CrossingPool() { clear(); }
 
+    static constexpr std::int64_t mostCrossings = std::int64_t{1} << 25;
+
     int count() const { return count_; }
     Crossing& operator[](int i)
     {
         return blocks_[static_cast<std::size_t>(i >> blockBits)][i & (blockSize - 1)];
     }
-    /// Number of the new crossing, -1 without memory.
-    int add(CPointF at)
+    /// Number of the new crossing, -1 without memory, when the pool is full or when it would need
+    /// one block more than the `blocks` that are left.
+    int add(CPointF at, std::int64_t& blocks)
     {
         if (count_ == static_cast<int>(blocks_.size()) << blockBits) {
+            if (count_ >= mostCrossings || --blocks < 0)
+                return -1;
             void* block = allocateLarge(std::int64_t{blockSize} * sizeof(Crossing));
             if (!block)
                 return -1;

@@ -2,6 +2,9 @@
 
 #include "pavane/maps/vector_types.h"
 
+#include <cmath>
+#include <limits>
+
 namespace pavane
 {
 
@@ -45,6 +48,15 @@ PAVANE_TARGET_AVX512 void countAvx512(const float* values, int count, const floa
 #endif
 
 }  // namespace
+
+float contourThreshold(double level)
+{
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    if (!(std::fabs(level) <= static_cast<double>(std::numeric_limits<float>::max())))
+        return level < 0 ? -infinity : infinity;
+    const float nearest = static_cast<float>(level);
+    return static_cast<double>(nearest) < level ? std::nextafterf(nearest, infinity) : nearest;
+}
 
 void countLevels(const float* values, int count, const float* thresholds, int thresholdCount,
                  unsigned char* levels, SimdPath path)

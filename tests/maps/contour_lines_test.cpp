@@ -138,6 +138,43 @@ TEST(ContourLines, KeepTheHigherSideOnTheLeft)
     }
 }
 
+TEST(ContourLines, StayWithinTheirMemoryAndTellWhatTheyLeaveOut)
+{
+    const AMatrix<float> map = randomMap(300, 300, 4);
+    const AFloatMatrixAccess cells(map);
+    std::vector<double> levels;
+    for (int i = 0; i < 80; ++i)
+        levels.push_back(0.05 * ((i * 37) % 80) - 1.98);  // any order
+    ContourLines whole;
+    ASSERT_TRUE(whole.trace(cells, levels));
+    for (const std::int64_t memory : {64 << 20, 16 << 20, 3 << 20, 1 << 10}) {
+        SetContourMemory(memory);
+        ContourLines lines;
+        ASSERT_TRUE(lines.trace(cells, levels));
+        std::int64_t leastLeftOut = std::numeric_limits<std::int64_t>::max(), mostDrawn = 0;
+        for (int k = 0; k < 80; ++k) {
+            const auto wanted = tracedPieces(whole, k);
+            const auto count = static_cast<std::int64_t>(wanted.size());
+            if (lines.isLeftOut(k))
+                leastLeftOut = std::min(leastLeftOut, count);
+            else
+                mostDrawn = std::max(mostDrawn, count);
+            if (k % 16 == 0)
+                EXPECT_TRUE(tracedPieces(lines, k) ==
+                            (lines.isLeftOut(k) ? std::map<Piece, int>() : wanted))
+                    << memory << " " << k;
+        }
+        EXPECT_LE(mostDrawn, leastLeftOut * 11 / 10) << memory;  // the longest go first
+        const auto bytes = static_cast<std::int64_t>(
+            lines.lines().capacity() * sizeof(ContourLine) + sizeof(CPointF) * lines.pointCount());
+        EXPECT_LE(bytes, memory);
+        EXPECT_EQ(memory < 64 << 20, leastLeftOut < std::numeric_limits<std::int64_t>::max());
+        EXPECT_EQ(memory > 1 << 20, lines.pointCount() > 0);
+    }
+    SetContourMemory(0);
+    EXPECT_EQ(GetContourMemory(), 256 << 20);
+}
+
 TEST(ContourLines, AreEmptyWhereNothingCrosses)
 {
     AMatrix<float> flat(4, 4), row(1, 6), blank(4, 4);
