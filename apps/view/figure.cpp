@@ -9,6 +9,7 @@
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace pavane
@@ -69,6 +70,8 @@ void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& opt
     bar.setFHeight(axis.getFHeight());
     CRect axisRect = inner;
     axisRect.right -= bar.neededBreadth(dc, axis.getGraphRect().Height()) + barGap * unit;
+    axis.layOut(dc, axisRect);
+    bar.setFHeight(axis.getFHeight());  // a narrower axis has smaller labels
     const CSize shown = shownCells(inputs.frame, cells, view.range);
     const CRect plot = layOutPlot(axis, dc, axisRect, shown, options.freeAspect);
     axis.draw(dc, axisRect);
@@ -76,6 +79,13 @@ void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& opt
     drawModel(dc, axis, inputs.frame, inputs.model, unit);
     CRect barRect(plot.right + barGap * unit, plot.top, inner.right, plot.bottom);
     bar.draw(dc, barRect);
+    if (!view.notes)
+        return;
+    for (const std::string& note :
+         {levelNoteOf(options.levels, inputs), std::string(graph->contours().leftOutText())})
+        if (!note.empty() &&
+            std::find(view.notes->begin(), view.notes->end(), note) == view.notes->end())
+            view.notes->push_back(note);
 }
 
 }  // namespace pavane

@@ -15,6 +15,7 @@ class CDC;
 struct FigureView {
     const TMinMax* range = nullptr;                   ///< x and y (RP), of a zoomed map
     const std::vector<AreaOutline>* areas = nullptr;  ///< in place of those of the inputs
+    std::vector<std::string>* notes = nullptr;        ///< gets what is to be said of the picture
 };
 
 /// Draws the whole figure: header line, frame with ticks and titles, colour map, contours, beam,

@@ -97,4 +97,11 @@ std::vector<double> levelValues(const LevelChoice& choice, double peak, double n
     return list.values(peak, noise);
 }
 
+std::string levelNote(const LevelChoice& choice, double peak, double noise)
+{
+    if (choice.none || !choice.list.isAbovePeak(peak, noise))
+        return {};
+    return "peak below 3 sigma, contours at \u00b13 sigma";
+}
+
 }  // namespace pavane

@@ -20,6 +20,9 @@ struct LevelChoice {
 /// Non-zero on success, else 0 and `error` says why.
 int parseLevels(const std::string& text, LevelChoice& choice, std::string& error);
 
+/// What a reader of the picture has to know about the levels, in a few words; empty for nothing.
+std::string levelNote(const LevelChoice& choice, double peak, double noise);
+
 /// The levels as values of a map, rising; at most 100 of them where the list goes on.
 std::vector<double> levelValues(const LevelChoice& choice, double peak, double noise);
 

@@ -63,10 +63,14 @@ int writePictures(const ViewOptions& options, const ViewInputs& inputs, std::str
     } pictures[] = {{options.png, PictureFormat::png},
                     {options.pdf, PictureFormat::pdf},
                     {options.svg, PictureFormat::svg}};
+    std::vector<std::string> notes;
+    const FigureView view{nullptr, nullptr, &notes};
     for (const auto& picture : pictures)
         if (!picture.file.empty() && !writePicture(picture.file, picture.format, options.width,
-                                                   options.height, 1, options, inputs, {}, error))
+                                                   options.height, 1, options, inputs, view, error))
             return 0;
+    for (const std::string& note : notes)
+        std::fprintf(stderr, "pavane-view: note: %s\n", note.c_str());
     return 1;
 }
 

@@ -60,6 +60,13 @@ ContourLevels levelsOf(const LevelChoice& choice, const ViewInputs& inputs)
     return levels;
 }
 
+std::string levelNoteOf(const LevelChoice& choice, const ViewInputs& inputs)
+{
+    if (inputs.range.isEmpty())
+        return {};
+    return levelNote(choice, inputs.range.greatest, inputs.noise.sigma);
+}
+
 ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int unit,
                                const ViewOptions& options, const ViewInputs& inputs)
 {
@@ -72,7 +79,8 @@ ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int un
     }
     auto* const graph = new ALevelsColorGraph(&axis, cells, centres, 0);
     graph->setNames(inputs.frame.xTitle, inputs.frame.yTitle, valueTitle(inputs));
-    graph->setHeaderText(0, headerLine(inputs));
+    const std::string note = levelNoteOf(options.levels, inputs);
+    graph->setHeaderText(0, headerLine(inputs) + (note.empty() ? "" : "   " + note));
     graph->setScale(scaleKind(options.scale));
     graph->contours().setLevels(levelsOf(options.levels, inputs));
     graph->contours().setWidth(unit);

@@ -20,6 +20,9 @@ TMinMax centresOf(const MapFrame& frame);
 /// The levels asked for, as values of the map.
 ContourLevels levelsOf(const LevelChoice& choice, const ViewInputs& inputs);
 
+/// What is to be said of them; empty for nothing.
+std::string levelNoteOf(const LevelChoice& choice, const ViewInputs& inputs);
+
 /// Colour map and contours with everything that the options say about them, in an axis with the
 /// titles of the map, which owns them. `unit` is the size of a pixel in units of the contexts that
 /// will be drawn into.

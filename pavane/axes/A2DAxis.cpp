@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/fitted_text.h"
 #include "pavane/axes/messages.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
@@ -14,6 +15,12 @@ namespace
 /// The frame is this part of the font height wide.
 constexpr int framePart = 12;
 constexpr unsigned headerFormat = DT_CENTER | DT_WORDBREAK | DT_NOPREFIX;
+
+/// The length of a line centred on `centre` that reaches an end of its picture.
+int roomAbout(int centre, int first, int last)
+{
+    return 2 * std::max(0, std::min(centre - first, last - centre));
+}
 
 /// The ends of a graph rectangle belong to it, those of a clip rectangle do not.
 CRect plotClip(const CRect& graph, int overhang)
@@ -211,15 +218,21 @@ void A2DAxis::drawTitles(CDC& dc, const PlotLayout& layout)
     CFont font;
     if (!layout.x.title.empty() && CreateAxisFont(font, fHeight_, 0, 0.0)) {
         const SelectedObject<CFont> selected(dc, font);
-        const int width = dc.GetTextExtent(layout.x.title).cx;
-        dc.TextOut((g.left + g.right - width) / 2, g.bottom + 2 * fHeight_, layout.x.title);
+        const CString title =
+            fittedLine(dc, layout.x.title,
+                       roomAbout(g.CenterPoint().x, layout.picture.left, layout.picture.right));
+        const int width = dc.GetTextExtent(title).cx;
+        dc.TextOut((g.left + g.right - width) / 2, g.bottom + 2 * fHeight_, title);
     }
     if (!layout.y.title.empty() && CreateAxisFont(font, fHeight_, 0, 90.0)) {
         // Text that runs upwards starts at its lower end, with its top to the left.
         const SelectedObject<CFont> selected(dc, font);
-        const int length = dc.GetTextExtent(layout.y.title).cx;
+        const CString title =
+            fittedLine(dc, layout.y.title,
+                       roomAbout(g.CenterPoint().y, layout.picture.top, layout.picture.bottom));
+        const int length = dc.GetTextExtent(title).cx;
         dc.TextOut(g.left - layout.yLabelWidth - 2 * fHeight_, (g.top + g.bottom + length) / 2,
-                   layout.y.title);
+                   title);
     }
     if (!layout.header.empty() && CreateAxisFont(font, fHeight_, 1, 0.0)) {
         const SelectedObject<CFont> selected(dc, font);

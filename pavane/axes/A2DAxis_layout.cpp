@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/fitted_text.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
 #include "tessel/rounding.h"
@@ -189,9 +190,11 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
             std::max(std::min(centre - rect.left, rect.right - centre), layout.graph.Width() / 2);
         layout.headerLeft = centre - half;
         layout.headerRight = centre + half;
+        layout.header = fittedLines(dc, layout.header, layout.headerRight - layout.headerLeft,
+                                    rect.Height() / 3);
         CRect text(layout.headerLeft, rect.top, layout.headerRight, rect.top);
         dc.DrawText(layout.header, text, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
-        layout.headerHeight = std::clamp(text.Height(), 0, std::max(0, rect.Height() / 3));
+        layout.headerHeight = text.Height();
         layout.graph.top = rect.top + air + layout.headerHeight;
     }
     boundGraphRect(layout);

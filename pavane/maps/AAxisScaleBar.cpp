@@ -1,5 +1,6 @@
 #include "pavane/maps/AAxisScaleBar.h"
 
+#include "pavane/axes/fitted_text.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
 
@@ -15,6 +16,8 @@ namespace
 constexpr double labelSpacing = 1.2;
 /// About so many font heights of bar go to one interval.
 constexpr int intervalHeights = 4;
+/// A title may be so many font heights longer than its bar, which there is room for about a plot.
+constexpr int titleHeights = 4;
 
 /// Selects a font, a transparent background and black text for as long as it lives.
 class BarText
@@ -139,13 +142,15 @@ void AAxisScaleBar::drawTitle(CDC& dc, const CRect& bar, const ScaleTicks& ticks
     if (ticks.title.empty())
         return;
     const BarText text(dc, fHeight_, horizontal_ ? 0.0 : 90.0);
-    const CSize size = dc.GetTextExtent(ticks.title);
+    const int length = horizontal_ ? bar.Width() : bar.Height();
+    const CString title = fittedLine(dc, ticks.title, length + titleHeights * fHeight_);
+    const CSize size = dc.GetTextExtent(title);
     const CPoint centre = bar.CenterPoint();
     if (horizontal_)
-        dc.TextOut(centre.x - size.cx / 2, bar.bottom + labelGap() + fHeight_ * 5 / 4, ticks.title);
+        dc.TextOut(centre.x - size.cx / 2, bar.bottom + labelGap() + fHeight_ * 5 / 4, title);
     else
         dc.TextOut(bar.right + labelGap() + widest + fHeight_ * 2 / 5, centre.y + size.cx / 2,
-                   ticks.title);
+                   title);
 }
 
 }  // namespace pavane

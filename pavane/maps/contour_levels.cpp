@@ -19,9 +19,9 @@ std::vector<double> automaticLevels(double peak, double noise)
 {
     const double low = lowestSigma * noise;
     std::vector<double> levels;
-    if (noise > 0 && peak > low) {
-        levels.push_back(-low);
-        for (double level = low; level < peak && levels.size() < 40; level *= 2)
+    if (noise > 0) {
+        levels = {-low, low};
+        for (double level = 2 * low; level < peak && levels.size() < 40; level *= 2)
             levels.push_back(level);
         return levels;
     }
@@ -78,6 +78,11 @@ std::vector<double> ContourLevels::values(double peak, double noise) const
     std::sort(levels.begin(), levels.end());
     levels.erase(std::unique(levels.begin(), levels.end()), levels.end());
     return levels;
+}
+
+int ContourLevels::isAbovePeak(double peak, double noise) const
+{
+    return unit == LevelUnit::automatic && noise > 0 && peak <= lowestSigma * noise;
 }
 
 }  // namespace pavane

@@ -25,9 +25,12 @@ struct PAVANE_API ContourLevels {
     /// unchanged, for any other text, an empty list or more than 250 levels.
     int read(const CString& text);
     /// The levels as values of a map, rising, each once. Automatic levels are 3 times the noise,
-    /// its negative and its doublings below the peak; where the noise is not known or the peak
-    /// within it, 1, 2, 4 ... 64 and 90 per cent of the peak. Multiples of no noise are none.
+    /// its negative and its doublings below the peak; where the noise is not known, 1, 2, 4 ... 64
+    /// and 90 per cent of the peak. Multiples of no noise are none.
     std::vector<double> values(double peak, double noise) const;
+    /// Non-zero when automatic levels lie at 3 times the noise only because the peak is not above
+    /// it.
+    int isAbovePeak(double peak, double noise) const;
 };
 
 }  // namespace pavane

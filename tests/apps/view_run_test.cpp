@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <regex>
+#include <set>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -45,18 +47,19 @@ protected:
         writeMap("map.fits", -1e-6);
     }
     std::string path(const std::string& name) const { return (folder_ / name).string(); }
-    void writeMap(const std::string& name, double cdelt1)
+    void writeMap(const std::string& name, double cdelt1,
+                  const std::string& object = "%n %s%s%s %1000d ~~", float peak = 1.5f)
     {
         AMatrix<float> cells(5, 7);
         for (int i = 0; i < 35; ++i)
             cells.data()[i] = static_cast<float>(i % 3) * 1e-3f;
-        cells(1, 5) = 1.5f;
+        cells(1, 5) = peak;
         MapHeader header;
         header.axes = {{7, "RA---SIN", "deg", 187.7, 3, cdelt1, 0},
                        {5, "DEC--SIN", "deg", 12.4, 2, 1e-6, 0}};
         header.hasCelestialAxes = 1;
         header.bunit = "JY/BEAM";
-        header.object = "%n %s%s%s %1000d ~~";
+        header.object = object;
         std::string error;
         ASSERT_TRUE(writeFitsMap(path(name), cells, header, error)) << error;
     }
@@ -328,6 +331,38 @@ TEST_F(ViewRun, OddNamesAreKeptInFilesAndPlainOnTheTerminal)
         EXPECT_TRUE(fs::exists(path(odd))) << option;
         fs::remove(path(odd));
     }
+}
+
+TEST_F(ViewRun, TextIsOfOneSizeAndEndsInDotsWhereItDoesNotFit)
+{
+    const std::string object(66, 'W');
+    writeMap("long.fits", -1e-6, object);
+    const struct {
+        const char* size;
+        const char* shown;
+    } cases[] = {{"300x200", "W...<"}, {"1000x900", "W...<"}, {"1800x500", object.c_str()}};
+    for (const auto& c : cases) {
+        ASSERT_EQ(run(std::string("long.fits --batch --svg p.svg --size ") + c.size).status, 0);
+        const std::string svg = contents(path("p.svg"));
+        const std::regex sizes("<text[^>]*font-size=\"([^\"]*)\"");
+        std::set<std::string> found;
+        for (std::sregex_iterator at(svg.begin(), svg.end(), sizes), end; at != end; ++at)
+            found.insert((*at)[1]);
+        EXPECT_EQ(found.size(), 1u) << c.size;
+        EXPECT_NE(svg.find(c.shown), std::string::npos) << c.size;
+    }
+}
+
+TEST_F(ViewRun, SaysThatItsContoursLieAboveThePeak)
+{
+    writeMap("faint.fits", -1e-6, "x", 2e-3f);
+    const char* note = "peak below 3 sigma";
+    const Outcome faint = run("faint.fits --batch --svg p.svg --pdf p.pdf");
+    EXPECT_NE(contents(path("p.svg")).find(note), std::string::npos);
+    EXPECT_EQ(std::count(faint.err.begin(), faint.err.end(), '\n'), 1) << faint.err;
+    EXPECT_NE(faint.err.find(note), std::string::npos) << faint.err;
+    EXPECT_EQ(run("map.fits --batch --svg p.svg").err, "");
+    EXPECT_EQ(run("faint.fits --batch --svg p.svg --levels peak:50").err, "");
 }
 
 TEST_F(ViewRun, AFullDiskLeavesNothingHalfWritten)

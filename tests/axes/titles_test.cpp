@@ -1,5 +1,7 @@
 #include "pavane/axes/AB2DAxis.h"
 #include "pavane/axes/axis_titles.h"
+#include "pavane/axes/fitted_text.h"
+#include "platform/picture.h"
 
 #include <gtest/gtest.h>
 
@@ -38,6 +40,40 @@ TEST(Titles, TakeUpThePrefixOrTheMultiplier)
             c.divisor);
         EXPECT_EQ(title, c.title);
     }
+}
+
+TEST(FittedText, KeepsWholeCharactersAndWholeLines)
+{
+    CPicture picture(1, 1);
+    const auto dc = picture.dc();
+    const int unit = dc->GetTextExtent("x").cx;  // without fonts all characters are as wide
+    const int height = dc->GetTextExtent("x").cy;
+    const struct {
+        const char *text, *line;
+        int width;
+    } lines[] = {
+        {"flux", "flux", 4},
+        {"fluxes", "fl...", 5},
+        {"\u00b5\u00b5\u00b5\u00b5\u00b5", "\u00b5...", 4},
+        {"a b c", "a...", 4},
+        {"fluxes", "...", 3},
+        {"fluxes", "", 2},
+        {"", "", 0},
+    };
+    for (const auto& c : lines)
+        EXPECT_EQ(fittedLine(*dc, c.text, c.width * unit), c.line) << c.text;
+    const struct {
+        const char *text, *kept;
+        int width, lines;
+    } blocks[] = {
+        {"ab cd ef gh", "ab cd ef gh", 5, 2},
+        {"ab cd ef gh", "ab cd...", 8, 1},
+        {"abcdefgh ij", "ab... ij", 5, 2},
+        {"ab cd ef gh ij", "ab cd ef...", 5, 2},
+        {"ab cd", "a...", 4, 0},  // one line always
+    };
+    for (const auto& c : blocks)
+        EXPECT_EQ(fittedLines(*dc, c.text, c.width * unit, c.lines * height), c.kept) << c.text;
 }
 
 TEST(FixedDivisor, IsThePowerAboutTheMiddleDecade)

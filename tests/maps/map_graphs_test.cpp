@@ -233,6 +233,11 @@ TEST(ContourLevels, ReadListsAndTurnThemIntoValues)
     for (std::size_t i = 0; i < made.size(); ++i)
         EXPECT_NEAR(made[i], chosen[i], 1e-12);
     EXPECT_EQ(ContourLevels().values(2, 0).size(), 8u);
+    for (const double peak : {0.3, 0.2, -1.0}) {  // not above 3 times the noise
+        EXPECT_EQ(ContourLevels().values(peak, 0.1), (std::vector<double>{-3 * 0.1, 3 * 0.1}));
+        EXPECT_TRUE(ContourLevels().isAbovePeak(peak, 0.1));
+    }
+    EXPECT_FALSE(ContourLevels().isAbovePeak(2, 0.1) || ContourLevels().isAbovePeak(0.2, 0));
 }
 
 TEST(ScaleTicks, LieWhereTheScaleHasTheirValues)
