@@ -140,36 +140,45 @@ TEST(ContourLines, KeepTheHigherSideOnTheLeft)
 
 TEST(ContourLines, StayWithinTheirMemoryAndTellWhatTheyLeaveOut)
 {
-    const AMatrix<float> map = randomMap(300, 300, 4);
+    const AMatrix<float> map = randomMap(150, 150, 4);
     const AFloatMatrixAccess cells(map);
+    constexpr int count = 80;
     std::vector<double> levels;
-    for (int i = 0; i < 80; ++i)
-        levels.push_back(0.05 * ((i * 37) % 80) - 1.98);  // any order
+    for (int i = 0; i < count; ++i)
+        levels.push_back(0.1 * ((i * 37) % count) - 3.98);  // any order
+    const auto pointsOf = [](const ContourLines& lines) {
+        std::vector<std::int64_t> points(count);
+        for (const ContourLine& line : lines.lines())
+            points[static_cast<std::size_t>(line.level)] += line.count;
+        return points;
+    };
     ContourLines whole;
     ASSERT_TRUE(whole.trace(cells, levels));
-    for (const std::int64_t memory : {64 << 20, 16 << 20, 3 << 20, 1 << 10}) {
-        SetContourMemory(memory);
+    const std::vector<std::int64_t> all = pointsOf(whole);
+    const struct {
+        std::int64_t memory;
+        int fewest, most;  // levels left out
+    } cases[] = {{512 << 20, 0, 0}, {24 << 20, 1, 70}, {4 << 20, 20, 79}, {1 << 10, 80, 80}};
+    for (const auto& c : cases) {
+        SetContourMemory(c.memory);
         ContourLines lines;
         ASSERT_TRUE(lines.trace(cells, levels));
-        std::int64_t leastLeftOut = std::numeric_limits<std::int64_t>::max(), mostDrawn = 0;
-        for (int k = 0; k < 80; ++k) {
-            const auto wanted = tracedPieces(whole, k);
-            const auto count = static_cast<std::int64_t>(wanted.size());
-            if (lines.isLeftOut(k))
-                leastLeftOut = std::min(leastLeftOut, count);
-            else
-                mostDrawn = std::max(mostDrawn, count);
-            if (k % 16 == 0)
-                EXPECT_TRUE(tracedPieces(lines, k) ==
-                            (lines.isLeftOut(k) ? std::map<Piece, int>() : wanted))
-                    << memory << " " << k;
+        const std::vector<std::int64_t> found = pointsOf(lines);
+        std::int64_t leastLeftOut = std::int64_t{1} << 60, mostDrawn = 0;
+        int leftOut = 0;
+        for (std::size_t k = 0; k < count; ++k) {
+            const int isOut = lines.isLeftOut(static_cast<int>(k));
+            leftOut += isOut;
+            EXPECT_EQ(found[k], isOut ? 0 : all[k]) << c.memory << " " << levels[k];
+            (isOut ? leastLeftOut = std::min(leastLeftOut, all[k])
+                   : mostDrawn = std::max(mostDrawn, all[k]));
         }
-        EXPECT_LE(mostDrawn, leastLeftOut * 11 / 10) << memory;  // the longest go first
-        const auto bytes = static_cast<std::int64_t>(
-            lines.lines().capacity() * sizeof(ContourLine) + sizeof(CPointF) * lines.pointCount());
-        EXPECT_LE(bytes, memory);
-        EXPECT_EQ(memory < 64 << 20, leastLeftOut < std::numeric_limits<std::int64_t>::max());
-        EXPECT_EQ(memory > 1 << 20, lines.pointCount() > 0);
+        EXPECT_TRUE(leftOut >= c.fewest && leftOut <= c.most) << c.memory << " " << leftOut;
+        EXPECT_LE(mostDrawn, leastLeftOut + leastLeftOut / 10);  // the longest go first
+        EXPECT_LE(lines.lines().capacity() * sizeof(ContourLine) +
+                      sizeof(CPointF) * static_cast<std::size_t>(lines.pointCount()),
+                  static_cast<std::size_t>(c.memory));
+        EXPECT_TRUE(lines.isLeftOut(0) || tracedPieces(lines, 0) == tracedPieces(whole, 0));
     }
     SetContourMemory(0);
     EXPECT_EQ(GetContourMemory(), 256 << 20);
