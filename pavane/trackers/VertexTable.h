@@ -21,8 +21,8 @@ struct ValueUnit {
 /// the other kinds have one value a row: centre x, centre y, width, height, and for those that turn
 /// the angle in degrees.
 ///
-/// A text that is put back as it was shown leaves every bit of the shape. Vertices are shown with
-/// the digits that read back to the same value, derived values with 15.
+/// Values are shown with nine digits, those of vertices too; a text that is put back as it was shown
+/// leaves every bit of the shape.
 class PAVANE_API VertexTable
 {
 public:

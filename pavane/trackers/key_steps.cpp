@@ -61,11 +61,6 @@ KeyDirection arrowDirection(int virtualKey)
     }
 }
 
-double cellStep(double firstValue, double lastValue, int cells)
-{
-    return cells > 1 ? (lastValue - firstValue) / (cells - 1) : 0;
-}
-
 APoint<double> keyOffset(KeyDirection direction, KeyStep step, const StepScale& scale)
 {
     return {offsetAlong(direction.right, step, scale.cell.x, scale.pixel.x),

@@ -31,10 +31,6 @@ struct StepScale {
     APoint<double> pixel;  ///< from a pixel to the next one to the right, and to the next below
 };
 
-/// The distance of neighbouring cells of a map that spans first to last value in `cells` cells, as
-/// in AMnMxMCTransform; 0 for a single cell.
-PAVANE_API double cellStep(double firstValue, double lastValue, int cells);
-
 /// Scale at a point of an axis, from its own conversions: `toX`, `toY` give the value (RP) of a
 /// pixel column or row, `pixel` is the place. Logarithmic axes have a pixel of another size
 /// everywhere.

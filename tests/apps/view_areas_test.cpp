@@ -1,5 +1,6 @@
 // Area files as pavane-view opens and saves them, and the texts of its status line.
 #include "apps/view/area_files.h"
+#include "apps/view/mask_sum.h"
 #include "apps/view/status_text.h"
 #include "pavane/trackers/area_file.h"
 #include "pavane/trackers/area_shape_file.h"
@@ -295,6 +296,24 @@ TEST(AreaFiles, UnknownClassesAreNamed)
     }
     EXPECT_FALSE(saveAreas("/nowhere/a.areas", somewhere(), areas, error));
     EXPECT_NE(error.find("/nowhere/a.areas"), std::string::npos);
+}
+
+TEST(MaskSum, LeavesOutBlankCellsAndThoseOutside)
+{
+    AMatrix<float> cells(2, 70);  // more than a word of the mask
+    ABitMatrix mask(2, 70);
+    cells.fill(1000);
+    const struct {
+        int row, column, inside;
+        float value;
+    } marked[] = {{0, 0, 1, 1},   {0, 63, 1, 2},         {0, 64, 1, 4},  {1, 69, 1, 8},
+                  {1, 3, 1, NAN}, {1, 65, 1, -INFINITY}, {0, 69, 0, 16}, {1, 4, 0, INFINITY}};
+    for (const auto& m : marked) {
+        cells(m.row, m.column) = m.value;
+        if (m.inside)
+            mask.set(m.row, m.column);
+    }
+    EXPECT_EQ(sumInside(cells, mask), 15);
 }
 
 TEST(StatusText, GivesWayInWholePanes)

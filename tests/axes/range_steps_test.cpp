@@ -1,6 +1,8 @@
 #include "pavane/axes/range_steps.h"
 #include "pavane/axes/square_plot.h"
 
+#include <algorithm>
+#include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
@@ -11,8 +13,9 @@ namespace
 
 void expectSpan(const TMnMx& span, double min, double max)
 {
-    EXPECT_NEAR(span.min, min, 1e-12 * (1 + max));
-    EXPECT_NEAR(span.max, max, 1e-12 * (1 + max));
+    const double slack = 1e-12 * (1 + std::max(std::fabs(min), std::fabs(max)));
+    EXPECT_NEAR(span.min, min, slack);
+    EXPECT_NEAR(span.max, max, slack);
 }
 
 }  // namespace
@@ -21,7 +24,10 @@ TEST(RangeSteps, KeepTheValueUnderThePointer)
 {
     expectSpan(zoomedSpan({0, 100}, 25, 2, 0), 12.5, 62.5);
     expectSpan(zoomedSpan({0, 100}, 25, 0.5, 0), -25, 175);
+    expectSpan(zoomedSpan({20, 120}, 45, 2, 0), 32.5, 82.5);
+    expectSpan(zoomedSpan({-300, -100}, -150, 0.5, 0), -450, -50);
     expectSpan(zoomedSpan({1, 10000}, 100, 2, 1), 10, 1000);
+    expectSpan(zoomedSpan({10, 1e5}, 1000, 2, 1), 100, 10000);
     expectSpan(shiftedSpan({10, 30}, -0.5, 0), 0, 20);
     expectSpan(shiftedSpan({1, 100}, 0.5, 1), 10, 1000);
 }
@@ -31,7 +37,9 @@ TEST(RangeSteps, StayInsideTheWholeAtTheirOwnLength)
     expectSpan(spanInside({-5, 15}, {0, 100}, 0), 0, 20);
     expectSpan(spanInside({95, 115}, {0, 100}, 0), 80, 100);
     expectSpan(spanInside({-5, 115}, {0, 100}, 0), 0, 100);
+    expectSpan(spanInside({5, 25}, {10, 100}, 0), 10, 30);
     expectSpan(spanInside({0.1, 10}, {1, 1000}, 1), 1, 100);
+    expectSpan(spanInside({1, 100}, {10, 1e4}, 1), 10, 1000);
     EXPECT_DOUBLE_EQ(spanPart({1, 10}, {1, 1000}, 1), 1.0 / 3);
 }
 

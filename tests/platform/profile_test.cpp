@@ -6,6 +6,7 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -129,6 +130,19 @@ TEST_F(Profile, KeepsTextsAndNumbers)
     put(file_, "[s]\na=2147483648\nb=12x\nc= 7 \n");
     EXPECT_EQ(GetProfileInt("s", "a", 1), 1);
     EXPECT_EQ(GetProfileInt("s", "b", 1) + GetProfileInt("s", "c", 1), 1 + 7);
+}
+
+TEST_F(Profile, IsTheUsersOwnUnlessItsModeSaysOtherwise)
+{
+    const auto mode = [this] { return std::filesystem::status(file_).permissions(); };
+    const mode_t mask = umask(0);
+    EXPECT_TRUE(WriteProfileString("s", "e", "1"));
+    EXPECT_EQ(mode(), std::filesystem::perms{0600});
+    std::filesystem::permissions(file_, std::filesystem::perms{0664});
+    umask(077);
+    EXPECT_TRUE(WriteProfileString("s", "e", "2"));
+    umask(mask);
+    EXPECT_EQ(mode(), std::filesystem::perms{0664});
 }
 
 TEST_F(Profile, LeavesAFileThatItCannotHoldAlone)

@@ -22,6 +22,8 @@ TEST(ValueText, WritesTheShortestTextThatReadsBack)
                  {-0.0, "0"},
                  {-2.5e-7, "-2.5e-07"},
                  {1e15, "1000000000000000"},
+                 {-9999999999999998, "-9999999999999998"},
+                 {1e16, "1e+16"},
                  {0.0001, "0.0001"},
                  {std::numeric_limits<double>::quiet_NaN(), "nan"},
                  {-std::numeric_limits<double>::infinity(), "-inf"}};

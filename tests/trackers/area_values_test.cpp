@@ -65,6 +65,26 @@ TEST(VertexTable, ShowsWhatIsTyped)
     EXPECT_NEAR(table.shape().angle, std::acos(0.0) / 2, 1e-15);
 }
 
+TEST(VertexTable, ShowsAndTakesValuesInTheirUnits)
+{
+    VertexTable table;
+    table.setMap({10, -10, -10, 10}, {3600, "arcsec"}, {-2, ""});
+    table.setShape(box(Kind::rectangle, {5, 1, 3, 2}));
+    const char* const shown[] = {"14400", "-3", "7200", "2"};
+    const char* const typed[] = {"7200", "4", "3600", "6"};
+    std::string message;
+    for (int row = 0; row < 4; ++row) {
+        EXPECT_EQ(table.text(row, 0), shown[row]);
+        EXPECT_TRUE(table.setText(row, 0, typed[row], message)) << message;
+        EXPECT_EQ(table.text(row, 0), typed[row]);
+    }
+    EXPECT_EQ(table.shape().rect, (ARect<double>{2.5, -3.5, 1.5, -0.5}));
+    table.setShape({Kind::polygon, {}, 0, {{1, 2}, {3, 4}, {5, 7}}});
+    EXPECT_EQ(table.text(1, 0) + " " + table.text(1, 1), "10800 -8");
+    EXPECT_TRUE(table.setText(1, 0, "-3600", message) && table.setText(1, 1, "1", message));
+    EXPECT_EQ(table.shape().points[1], (APoint<double>{-1, -0.5}));
+}
+
 TEST(VertexTable, RefusesWhatNoAreaCanBeAndSaysWhy)
 {
     const ShapeValues rectangle = box(Kind::rectangle, {2, 1, 4, 3});
@@ -134,8 +154,6 @@ TEST(KeySteps, ArrowsMoveTheWayTheyPointWhicheverWayAxesRun)
     };
     for (const auto& c : cases)
         EXPECT_EQ(keyOffset(arrowDirection(c.key), keyStep(c.shift, c.control), c.scale), c.moved);
-    EXPECT_EQ(cellStep(10, -10, 5), -5);
-    EXPECT_EQ(cellStep(10, 10, 1), 0);
     const auto decades = [](int gx) { return std::pow(10, gx); };
     EXPECT_EQ(stepScale({1, 1}, {1, 0}, decades, decades).pixel, (APoint<double>{90, 9}));
 }

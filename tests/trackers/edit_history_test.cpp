@@ -244,6 +244,31 @@ TEST(EditHistory, GivesUpTheOldestStepsAndTellsOnce)
     EXPECT_TRUE(history.isModified());  // the state that was saved is out of reach
 }
 
+TEST(EditHistory, KeepsAllThatFitsIntoItsLimitAndAlwaysTheLatestStep)
+{
+    const auto recorded = [](std::size_t limit, EditHistory& history) {
+        Collection c;
+        c.items = {Bytes(200, 'a')};
+        history.setByteLimit(limit);
+        for (int i = 0; i < 3; ++i) {
+            const Bytes before = std::exchange(c.items[0], Bytes(200, static_cast<uint8_t>(i)));
+            history.begin("edit", c.selection());
+            history.replace(0, 1, before, c.items[0]);
+            (void)history.commit(c.selection());
+        }
+        return history.steps();
+    };
+    EditHistory free;
+    ASSERT_EQ(recorded(0, free), 3u);
+    const struct {
+        std::size_t limit, steps;
+    } cases[] = {{free.bytesUsed(), 3}, {free.bytesUsed() - 1, 2}, {1, 1}};
+    for (const auto& c : cases) {
+        EditHistory history;
+        EXPECT_EQ(recorded(c.limit, history), c.steps) << c.limit;
+    }
+}
+
 TEST(EditHistory, AnEditBeyondAllMemoryEmptiesTheHistory)
 {
     Collection c;

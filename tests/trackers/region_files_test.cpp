@@ -103,6 +103,10 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
               "line 18: polygon with 5 numbers\n");
     EXPECT_EQ(p.notes.leftOut, 7);
     EXPECT_EQ(p.notes.damaged, 5);
+    const Parsed excluded = ds9("global include=0\nimage\ncircle(1,1,1)\n+circle(3,3,1)\n"
+                                "global include=1\ncircle(5,5,1)\n");
+    EXPECT_EQ(asText(excluded.shapes), "ellipse 2 2 2 2 0\nellipse 4 4 2 2 0\n");
+    EXPECT_EQ(excluded.notes.leftOut, 1);
 }
 
 TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
