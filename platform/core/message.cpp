@@ -16,6 +16,7 @@ int printLine(const CString& text, unsigned)
 
 MessageFunction defaultFunction = printLine;
 MessageFunction messageFunction = printLine;
+void (*beforeMessage)() = nullptr;
 
 }  // namespace
 
@@ -34,6 +35,13 @@ MessageFunction SetMessageFunction(MessageFunction function)
     return before;
 }
 
-int AfxMessageBox(const CString& text, unsigned type) { return messageFunction(text, type); }
+void setBeforeMessage(void (*prepare)()) { beforeMessage = prepare; }
+
+int AfxMessageBox(const CString& text, unsigned type)
+{
+    if (beforeMessage)
+        beforeMessage();
+    return messageFunction(text, type);
+}
 
 }  // namespace pavane

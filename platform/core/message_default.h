@@ -8,5 +8,7 @@ namespace pavane
 /// What SetMessageFunction(nullptr) goes back to, and what is in force while nobody set another;
 /// null is the function that prints.
 void setDefaultMessageFunction(MessageFunction function);
+/// Called before every message, whoever shows it; null for nothing.
+void setBeforeMessage(void (*prepare)());
 
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #include "platform/qt/capture.h"
 
+#include "platform/capture_watch.h"
 #include "platform/qt/WindowPeer.h"
 
 #include <utility>
@@ -12,8 +13,23 @@ namespace
 
 HWND captured = 0;
 unsigned changes = 0;
+CaptureWatch* innermost = nullptr;
 
 }  // namespace
+
+CaptureWatch::CaptureWatch(std::function<void()> lost)
+    : lost_(std::move(lost)), outer_(std::exchange(innermost, this))
+{
+}
+
+CaptureWatch::~CaptureWatch() { innermost = outer_; }
+
+/// Outer watches have lost their capture before.
+void CaptureWatch::tell()
+{
+    if (innermost && innermost->lost_)
+        std::exchange(innermost->lost_, nullptr)();
+}
 
 HWND captureWindow() { return captured; }
 unsigned captureChanges() { return changes; }
@@ -24,6 +40,7 @@ CWnd* CWnd::SetCapture()
     if (!before || before == captured)
         return FromHandle(before);
     ++changes;
+    CaptureWatch::tell();
     sendTo(before, WM_CAPTURECHANGED, 0, static_cast<LPARAM>(captured));
     return FromHandle(before);
 }
@@ -36,6 +53,7 @@ void CWnd::ReleaseCapture()
     if (!before)
         return;
     ++changes;
+    CaptureWatch::tell();
     sendTo(before, WM_CAPTURECHANGED, 0, 0);
 }
 

@@ -105,6 +105,7 @@ FileDialogAnswer SetFileDialogAnswer(FileDialogAnswer answer)
 int fnFileDialog1(CString& name, const CString& filter, const CString& title, int open,
                   const CString& defaultExt, unsigned, CWnd* owner)
 {
+    cancelCapture();
     if (fileAnswer)
         return fileAnswer(name, filter, open);
     if (!canShowWindows())
@@ -113,7 +114,6 @@ int fnFileDialog1(CString& name, const CString& filter, const CString& title, in
     QWidget* const front = client ? client->window() : frontWindow();
     const WindowPeer* const top = peerOf(front);
     const HWND topHandle = top ? top->hwnd : 0;
-    cancelCapture();
     const QPointer<QFileDialog> dialog = new QFileDialog(front, textOf(title));
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     // asked below, after the extension was added and in the words of the program

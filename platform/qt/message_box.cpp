@@ -154,7 +154,16 @@ int showMessageBox(const CString& text, unsigned type)
 
 }  // namespace
 
-void startMessageBox() { setDefaultMessageFunction(showMessageBox); }
-void stopMessageBox() { setDefaultMessageFunction(nullptr); }
+void startMessageBox()
+{
+    setDefaultMessageFunction(showMessageBox);
+    setBeforeMessage(cancelCapture);  // a question ends what the pointer was doing
+}
+
+void stopMessageBox()
+{
+    setDefaultMessageFunction(nullptr);
+    setBeforeMessage(nullptr);
+}
 
 }  // namespace pavane
