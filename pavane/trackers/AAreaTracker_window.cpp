@@ -30,10 +30,8 @@ public:
             return 0;
         }
         AArray<CPoint> next = before_;
-        if (next.Add(press_) < 0)
-            return 0;
         hit_ = n + hitFirstHandle;
-        if (!change(next))
+        if (next.Add(press_) < 0 || !change(next))
             return 0;
         start_ = tracker_.points_;
         return 1;

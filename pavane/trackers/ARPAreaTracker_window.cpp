@@ -29,11 +29,12 @@ public:
             hit_ = n - 1 + hitFirstHandle;
             return 0;
         }
-        AArray<APoint<double>> next = before_;
-        if (next.Add(tracker_.value(press_)) < 0)
-            return 0;
         hit_ = n + hitFirstHandle;
-        if (!change(next))
+        const APoint<double> vertex = tracker_.value(press_);
+        AArray<APoint<double>> next = before_;
+        // painting the window before may have left the axis without room
+        if (tracker_.axis_ != axis_ || !tracker_.convertible() || !isFinite(vertex) ||
+            next.Add(vertex) < 0 || !change(next))
             return 0;
         start_ = tracker_.points_;
         return 1;

@@ -68,6 +68,11 @@ int ARPTrackerArray::Store(AFile& file) const
     return storeItem(file, std::int32_t{curItem_}) && storeTrackers(file, *this);
 }
 
+int ARPTrackerArray::StoreKept(AFile& file) const
+{
+    return storeItem(file, std::int32_t{curItem_}) && storeKeptTrackers(file, *this);
+}
+
 int ARPTrackerArray::Load(AFile& file)
 {
     LoadReport report;

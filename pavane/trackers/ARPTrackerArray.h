@@ -32,6 +32,9 @@ public:
     /// Writes the current index, the count, and each tracker's class name (32 bytes) and record.
     /// Results as in ATrackerArray.
     int Store(AFile& file) const;
+    /// Writes what Store would if a drag that runs were cancelled, and behind the areas the polygon
+    /// under construction as one that is not ready: ReopenLast makes it that again after Load.
+    int StoreKept(AFile& file) const;
     /// Reads what Store wrote in place of what there is; rules as in ATrackerArray. The trackers
     /// get the axis of the collection.
     int Load(AFile& file);

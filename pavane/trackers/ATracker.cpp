@@ -77,7 +77,7 @@ CRect ATracker::caughtBox(const CRect& box) const
 
 int ATracker::ownBounds(CRect& bounds) const
 {
-    return listener_ && listener_->trackerBounds(*this, bounds);
+    return listener_.to && listener_.to->trackerBounds(*this, bounds);
 }
 
 int ATracker::inBothRects(CPoint point) const

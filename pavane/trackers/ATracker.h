@@ -34,7 +34,7 @@ enum class DragEnd {
     dead          ///< the tracker was deleted
 };
 
-/// Follows the drags of trackers; a collection is one. It has to outlive what listens to it.
+/// Follows the drags of trackers; a collection is one. It has to outlive what it listens to.
 class TrackerListener
 {
 public:
@@ -75,7 +75,7 @@ public:
     virtual int IsReady() const;
     virtual int IsActive() const;
     virtual void SetActive(int on);
-    /// A new tracker with the same shape; the caller owns it.
+    /// A new tracker with the same shape, without the listener; the caller owns it.
     virtual ATracker* Duplicate() const = 0;
 
     /// One press at `point`: hit test, then the drag. Returns non-zero when the shape changed.
@@ -129,8 +129,8 @@ public:
     int vertexCatch() const { return vertexCatch_; }
     int edgeCatch() const { return edgeCatch_; }
     /// Not owned, not stored; null for none.
-    TrackerListener* listener() const { return listener_; }
-    void SetListener(TrackerListener* listener) { listener_ = listener; }
+    TrackerListener* listener() const { return listener_.to; }
+    void SetListener(TrackerListener* listener) { listener_.to = listener; }
     const LifeToken& life() const { return life_; }
 
 protected:
@@ -166,7 +166,14 @@ protected:
     int deadZone_ = 0;
     int vertexCatch_ = 0;
     int edgeCatch_ = 0;
-    TrackerListener* listener_ = nullptr;
+    /// Whoever listens to a tracker does not listen to its copies.
+    struct Listening {
+        TrackerListener* to = nullptr;
+        Listening() = default;
+        Listening(const Listening&) {}
+        Listening& operator=(const Listening&) { return *this; }
+    };
+    Listening listener_;
     /// Non-zero when right and bottom of the rectangles belong to them.
     int edgesIncluded_ = 0;
     DragEnd dragEnd_ = DragEnd::refused;

@@ -271,10 +271,27 @@ std::string_view EditHistory::redoLabel() const
 int EditHistory::undo(EditTarget& target)
 {
     endSeries();
-    if (!canUndo() || !run(at(position_ - 1), target, false))
+    if (!canUndo())
         return 0;
+    const EditStep& step = at(position_ - 1);
+    if (run(step, target, false)) {
+        --position_;
+        return 1;
+    }
+    undoInPart(step, target);
     --position_;
+    dropRedo();
+    saved_ = nowhere;
+    loss_ = editUndoneInPart;
     return 1;
+}
+
+/// Every change that the target takes.
+void EditHistory::undoInPart(const EditStep& step, EditTarget& target)
+{
+    for (std::size_t at = step.after; at != step.changes;)
+        (void)target.applyEdit(readChange(step, at, false, scratch_.data()));
+    (void)target.applySelection(readSelection(step, step.before(), active_.data()));
 }
 
 int EditHistory::redo(EditTarget& target)

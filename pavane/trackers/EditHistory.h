@@ -58,8 +58,9 @@ public:
 enum EditRecorded : int {
     editLost = 0,  ///< no memory for this one: the history is empty now, and edits are modified
     editRecorded = 1,
-    editUnchanged = 2,  ///< nothing had changed, no step was made
-    editGaveUpOld = 3   ///< recorded, and for the first time old steps had to go: tell the user
+    editUnchanged = 2,    ///< nothing had changed, no step was made
+    editGaveUpOld = 3,    ///< recorded, and for the first time old steps had to go: tell the user
+    editUndoneInPart = 4  ///< an undo left out what could not be brought back
 };
 
 /// Undo and redo without limit. A step is a list of changes given as bytes before and after; the
@@ -95,7 +96,7 @@ public:
     /// Drops the step that was begun.
     void abandon();
     /// What the user has to be told, once: editGaveUpOld or editLost after a `commit` that said so,
-    /// else editRecorded.
+    /// editUndoneInPart after such an undo, else editRecorded.
     EditRecorded takeLoss();
     /// The next step is not joined to the last.
     void endSeries() { seriesKey_ = 0; }
@@ -106,10 +107,12 @@ public:
     /// history changes.
     std::string_view undoLabel() const;
     std::string_view redoLabel() const;
-    /// Makes the changes of the last step backwards, or of the next forwards, on `target`. Returns
-    /// 0 without a step, or when the target refused a change: those before it are taken back then,
-    /// and the step can be tried again.
+    /// Makes the changes of the last step backwards on `target`; 0 without a step. A change that
+    /// the target refuses is left out, so that it does not bar the way to older steps: takeLoss
+    /// tells then, nothing can be redone from there, and no state counts as saved.
     int undo(EditTarget& target);
+    /// Makes the changes of the next step forwards. 0 without a step, or when the target refused a
+    /// change: those before it are taken back then, and the step can be tried again.
     int redo(EditTarget& target);
 
     /// From here to endTrial `undo` goes no further back than now, and all edits together can be
@@ -154,6 +157,7 @@ private:
     void drop(std::int64_t number);
     EditRecorded lose();
     int run(const EditStep& step, EditTarget& target, bool forward);
+    void undoInPart(const EditStep& step, EditTarget& target);
     int runChanges(const EditStep& step, EditTarget& target, bool forward, std::size_t& at,
                    std::size_t end);
     EditStep*& slot(std::int64_t number) { return list_.data()[number - listStart_]; }

@@ -2,6 +2,7 @@
 
 #include "pavane/resources/resource_ids.h"
 #include "pavane/trackers/collection_step.h"
+#include "pavane/trackers/shape_handles.h"
 #include "platform/controls.h"
 
 #include <algorithm>
@@ -264,9 +265,22 @@ void TrackerCollection::makeCurrent(int i)
     SetItemActive(i, 1);
 }
 
+/// The area with the focus may have become another shape, with fewer handles, or have gone.
+void TrackerCollection::fitFocus()
+{
+    ShapeValues shape;
+    if (focusItem_ < 0)
+        return;
+    if (!GetShape(focusItem_, shape))
+        focusItem_ = focusHandle_ = -1;
+    else
+        focusHandle_ = std::min(focusHandle_, handleCount(shape) - 1);
+}
+
 /// The end of every change: list, toolbar, window, host. The collection may be gone afterwards.
 void TrackerCollection::changed(CWnd* window)
 {
+    fitFocus();
     if (depth_ > 0)
         return;  // the end of the step tells
     const LifeWatch self(life_);

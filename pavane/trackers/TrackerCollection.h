@@ -164,6 +164,12 @@ public:
                       const std::function<int(ATracker&)>& change);
     /// The shape of area i as numbers: data values, or pixels where shapes are pixels.
     int GetShape(int i, ShapeValues& shape) const;
+    /// The record of area i, or with -1 of the polygon under construction, as it would be if the
+    /// drag that runs were cancelled; empty where there is none then.
+    std::string KeptState(int i) const;
+    /// Makes the last area, a polygon that is not ready, the polygon under construction and takes
+    /// the tool for it; 0 where it is no such, or one is under construction.
+    int ReopenLast(CWnd* window);
     /// Gives area i other numbers; 0 for another kind of shape or numbers that are not finite.
     int SetShape(CWnd* window, int i, const ShapeValues& shape);
 
@@ -245,6 +251,8 @@ protected:
     virtual int putTracker(int i, ATracker* tracker) = 0;
     virtual ATracker* takeTracker(int i) = 0;
     virtual void setWorking(ATracker* tracker) = 0;
+    /// Non-zero when trackers that are taken out are deleted.
+    virtual int ownsItems() const = 0;
     /// Sets what a tracker does not store.
     virtual void adopt(ATracker& tracker);
     /// Whether a press at p is for the collection.
@@ -268,8 +276,9 @@ protected:
     virtual std::string mappingBytes() const { return {}; }
     virtual int setMappingBytes(std::string_view bytes) { return bytes.empty(); }
 
-    /// Add and DeleteItems of the arrays.
-    int addItem(ATracker* tracker, int makeCurrent);
+    /// Add and InsertAt, appending and DeleteItems of the arrays.
+    int addItem(int i, ATracker* tracker, int makeCurrent);
+    void appendItems(int n, const std::function<ATracker*(int)>& tracker);
     int removeItems(int first, int n);
     /// Ends the drag that runs: the shape is as before it, and the loop returns. For changes of
     /// what shapes mean.
@@ -317,8 +326,10 @@ private:
     std::string recordOf(const ATracker& tracker, int i) const;
     ATracker* makeFromRecord(int kind, std::string_view record);
     int setRecord(ATracker& tracker, int kind, std::string_view record);
+    int isOfKind(int i, int kind) const;
     int placeItem(int i, ATracker* tracker, int usual);
     void dropItem(int i);
+    void giveUp(ATracker* tracker);
     int insertItem(int i, ATracker* tracker, int usual);
     void noteInsert(int i);
     void eraseItem(int i);
@@ -357,6 +368,7 @@ private:
     void showCurrent(CWnd* window);
     void showTool(CWnd* window);
     void makeCurrent(int i);
+    void fitFocus();
     void changed(CWnd* window);
     void fillList(CWnd* window);
 

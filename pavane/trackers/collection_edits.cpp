@@ -20,11 +20,10 @@ constexpr int copyOffset = 10;
 
 }  // namespace
 
-int TrackerCollection::addItem(ATracker* tracker, int makeCurrent)
+int TrackerCollection::addItem(int i, ATracker* tracker, int makeCurrent)
 {
-    if (!tracker)
+    if (!tracker || i < 0 || i > trackerCount())
         return -1;
-    const int i = trackerCount();
     {
         Step step(*this, "Add area");
         if (!placeItem(i, tracker, tracker->IsActive()))
@@ -35,6 +34,17 @@ int TrackerCollection::addItem(ATracker* tracker, int makeCurrent)
     }
     tellOfEdit();
     return i;
+}
+
+void TrackerCollection::appendItems(int n, const std::function<ATracker*(int)>& tracker)
+{
+    {
+        Step step(*this, "Add areas");
+        for (int i = 0; i < n; ++i)
+            if (ATracker* const added = tracker(i))
+                (void)insertItem(trackerCount(), added, added->IsActive());
+    }
+    tellOfEdit();
 }
 
 int TrackerCollection::removeItems(int first, int n)
@@ -57,6 +67,7 @@ void TrackerCollection::eraseItems(int first, int n)
 /// Edits without a window: the host repaints what it shows. The collection may be gone afterwards.
 void TrackerCollection::tellOfEdit()
 {
+    fitFocus();
     if (depth_ == 0)
         OnChanged();
 }

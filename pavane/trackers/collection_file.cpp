@@ -53,6 +53,25 @@ int storeTrackers(AFile& file, const TrackerCollection& trackers)
     return 1;
 }
 
+int storeKeptTrackers(AFile& file, const TrackerCollection& trackers)
+{
+    const std::int32_t count = trackers.trackerCount();
+    const std::int32_t open = !trackers.KeptState(-1).empty();
+    if (!storeItem(file, count + open))
+        return 0;
+    const auto store = [&](const ATracker& tracker, int i) {
+        char name[classNameField] = {};
+        std::strncpy(name, tracker.GetClassName(), sizeof name - 1);
+        const std::string state = trackers.KeptState(i);
+        return file.write(name, sizeof name) &&
+               file.write(state.data(), static_cast<std::int64_t>(state.size()));
+    };
+    for (int i = 0; i < count; ++i)
+        if (!store(*trackers.trackerAt(i), i))
+            return 0;
+    return !open || store(*trackers.workingTracker(), -1);
+}
+
 int loadTrackers(AFile& file, const TrackerSource& make, std::vector<ATracker*>& trackers,
                  LoadReport& report)
 {

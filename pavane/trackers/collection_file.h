@@ -21,6 +21,10 @@ inline constexpr int classNameField = 32;
 /// last; hosts that store other things after a collection depend on the result.
 int storeTrackers(AFile& file, const TrackerCollection& trackers);
 
+/// The same of the states that are kept when a drag that runs is cancelled, followed by the polygon
+/// under construction; 0 when any part cannot be written.
+int storeKeptTrackers(AFile& file, const TrackerCollection& trackers);
+
 /// Makes a tracker of a class name, null for an unknown one.
 using TrackerSource = std::function<ATracker*(const CString&)>;
 

@@ -202,7 +202,9 @@ int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
         return 0;
     const int n = static_cast<int>(shape.points.size());
     const auto vertex = [&](int i) { return shape.points[static_cast<std::size_t>(i % n)]; };
-    int edge = focusItem_ == curItem_ && focusHandle_ >= 0 ? focusHandle_ : n - 1;
+    // a host may have changed the shape by itself
+    const int focused = focusItem_ == curItem_;
+    int edge = focused && focusHandle_ >= 0 ? std::min(focusHandle_, n - 1) : n - 1;
     double along = 0.5;
     if (at) {
         double nearest = HUGE_VAL;
@@ -221,14 +223,15 @@ int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
     const APoint<double> b = vertex(edge + 1);
     const APoint<double> added{a.x + along * (b.x - a.x), a.y + along * (b.y - a.y)};
     shape.points.insert(shape.points.begin() + edge + 1, added);
-    const int focused = focusItem_ == curItem_;
     const LifeWatch self(life_);
     if (!ChangeTracker(nullptr, curItem_, "Insert vertex",
                        [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
         !self.alive())
         return 0;
-    if (focused)
+    if (focused && focusItem_ == curItem_) {
         focusHandle_ = edge + 1;
+        fitFocus();  // handlers may have gone on
+    }
     ChangeTrackState(window);
     return 1;
 }

@@ -48,7 +48,7 @@ bool sameShape(const std::string& a, const std::string& b)
 
 int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
 {
-    if (!takesPress(p) || dragged_)
+    if (!takesPress(p) || dragged_ || drawn_)
         return 0;
     hovering_ = 0;
     history_.endSeries();
@@ -187,7 +187,9 @@ TrackerCollection::DragResult TrackerCollection::drag(CWnd*& window, ATracker& t
     if (dragged_ == &tracker)
         dragged_ = nullptr;
     draggedItem_ = -1;
-    return !item.alive() ? DragResult::gone : result ? DragResult::kept : DragResult::refused;
+    if (!item.alive())
+        return DragResult::gone;
+    return result && tracker.dragEnd() != DragEnd::lost ? DragResult::kept : DragResult::refused;
 }
 
 /// Gives a tracker that something else replaces up: its shape is as before the drag, and the loop
@@ -212,7 +214,7 @@ void TrackerCollection::endDrag()
     if (i >= 0) {
         if (selected_.erase(tracker))
             (void)selected_.insert(twin.get());
-        delete takeTracker(i);
+        giveUp(takeTracker(i));
         (void)putTracker(i, twin.release());
         boxesKnown_ = 0;
     } else if (tracker == workingTracker()) {
@@ -282,8 +284,8 @@ int TrackerCollection::addVertex(CWnd* window, CPoint p)
     }
     const DragResult end =
         drag(window, *working, [&] { return working->TrackRubberBand(window, p, 0); });
-    if (end == DragResult::gone)
-        return 1;
+    if (end == DragResult::gone || workingTracker() != working)
+        return 1;  // a handler may have closed or dropped it
     const std::string after = recordOf(*working, -1);
     ShapeValues shape;
     const int empty = shapeOf(*working, shape) && shape.points.empty();
@@ -347,7 +349,7 @@ void TrackerCollection::takeWorking(CWnd* window, const std::string& before)
 int TrackerCollection::OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p)
 {
     (void)flags;
-    if (!takesPress(p) || dragged_)
+    if (!takesPress(p) || dragged_ || drawn_)
         return 0;
     if (ATracker* const working = workingTracker()) {
         const std::string before = recordOf(*working, -1);
@@ -391,7 +393,7 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
     if (end == DragResult::gone)
         return 1;
     const int i = IndexOf(&grabbed);
-    if (i >= 0 && !sameShape(recordOf(grabbed, i), before)) {
+    if (end == DragResult::kept && i >= 0 && !sameShape(recordOf(grabbed, i), before)) {
         Step step(*this, "Move areas");
         noteChange(i, before);
         if (!followers_.empty())  // else something ended the moving together
@@ -447,7 +449,16 @@ int TrackerCollection::trackerBounds(const ATracker& tracker, CRect& bounds)
     return 1;
 }
 
-void TrackerCollection::trackerDragEnded(ATracker&, DragEnd end) { lastDragEnd_ = end; }
+/// With the capture the drag is lost at once: whoever took it may edit the areas before the loop
+/// of the drag wakes.
+void TrackerCollection::trackerDragEnded(ATracker& tracker, DragEnd end)
+{
+    lastDragEnd_ = end;
+    if (end != DragEnd::lost || &tracker != dragged_)
+        return;
+    dragged_ = nullptr;
+    releaseFollowers();
+}
 
 void TrackerCollection::trackerChanging(ATracker& tracker)
 {

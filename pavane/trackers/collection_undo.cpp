@@ -6,6 +6,7 @@
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 
@@ -123,27 +124,37 @@ int TrackerCollection::placeItem(int i, ATracker* tracker, int usual)
         boxesKnown_ = boxes_.append(boxOf(*tracker));
     else
         boxesKnown_ = 0;
-    if (curItem_ >= i)
-        ++curItem_;
+    for (int* const index : {&curItem_, &focusItem_, &passedItem_, &draggedItem_})
+        if (*index >= i)
+            ++*index;
     return 1;
 }
 
 void TrackerCollection::dropItem(int i)
 {
     releaseFollowers();
-    const std::unique_ptr<ATracker> tracker(takeTracker(i));
-    (void)selected_.erase(tracker.get());
+    ATracker* const tracker = takeTracker(i);
+    (void)selected_.erase(tracker);
     active_.remove(i);
     boxesKnown_ = 0;
-    focusItem_ = focusHandle_ = -1;
+    focusItem_ = focusHandle_ = passedItem_ = -1;
     if (curItem_ > i)
         --curItem_;
     if (curItem_ >= trackerCount())
         curItem_ = trackerCount() - 1;
     if (draggedItem_ > i)
         --draggedItem_;
-    if (tracker.get() == dragged_)
+    if (tracker == dragged_)
         dragged_ = nullptr;
+    giveUp(tracker);
+}
+
+void TrackerCollection::giveUp(ATracker* tracker)
+{
+    if (ownsItems())
+        delete tracker;
+    else
+        tracker->SetListener(nullptr);
 }
 
 /// Takes ownership in any case; the flag `usual` is the one that the item counts as having.
@@ -216,6 +227,15 @@ void TrackerCollection::noteMapping(const std::string& before)
     history_.state(mappingState, bytes(before), bytes(after));
 }
 
+/// Whether item i is of the class that a step is about: what a host changed by itself, or an older
+/// step left out, may have put others in its place.
+int TrackerCollection::isOfKind(int i, int kind) const
+{
+    const ATracker* const tracker = trackerAt(i);
+    return tracker && kind >= 0 && static_cast<std::size_t>(kind) < kinds_.size() &&
+           kinds_[static_cast<std::size_t>(kind)].type == typeid(*tracker);
+}
+
 int TrackerCollection::applyEdit(const EditChange& change)
 {
     const std::string_view after = text(change.after);
@@ -230,14 +250,14 @@ int TrackerCollection::applyEdit(const EditChange& change)
         return 1;
     }
     case EditKind::remove:
-        if (!trackerAt(change.index))
+        if (!isOfKind(change.index, change.classCode))
             return 0;
         dropItem(change.index);
         return 1;
     case EditKind::replace: {
-        ATracker* const tracker = trackerAt(change.index);
-        if (!tracker)
+        if (!isOfKind(change.index, change.classCode))
             return 0;
+        ATracker* const tracker = trackerAt(change.index);
         const int on = tracker->IsActive();
         if (!setRecord(*tracker, change.classCode, after))
             return 0;
@@ -353,6 +373,42 @@ int TrackerCollection::ChangeTracker(CWnd* window, int i, std::string_view label
         Step step(*this, std::string(label).c_str());
         noteChange(i, before);
     }
+    changed(window);
+    return 1;
+}
+
+std::string TrackerCollection::KeptState(int i) const
+{
+    const ATracker* const tracker = i < 0 ? workingTracker() : trackerAt(i);
+    if (!tracker)
+        return {};
+    const auto follower = std::find_if(followers_.begin(), followers_.end(),
+                                       [=](const Follower& f) { return f.item == i; });
+    const std::string state = tracker == dragged_            ? draggedBefore_
+                              : follower != followers_.end() ? follower->before
+                                                             : tracker->State();
+    const int isOpenedNow = i < 0 && state.size() <= countOffset + sizeof(std::int32_t);
+    return isOpenedNow ? std::string() : state;
+}
+
+int TrackerCollection::ReopenLast(CWnd* window)
+{
+    const int last = trackerCount() - 1;
+    const ATracker* const tracker = trackerAt(last);
+    if (!tracker || tracker->IsReady() || workingTracker() || dragged_ || drawn_)
+        return 0;
+    std::unique_ptr<ATracker> open(tracker->Duplicate());
+    if (!open)
+        return 0;
+    adopt(*open);
+    open->SetActive(1);
+    {
+        Step step(*this, "Open area");
+        eraseItem(last);
+        changeWorking(open.release());
+        setMode(toolArea);
+    }
+    showTool(window);
     changed(window);
     return 1;
 }

@@ -1,6 +1,7 @@
 #include "pavane/trackers/drag_loop.h"
 
 #include "pavane/trackers/outline_strips.h"
+#include "platform/capture_watch.h"
 #include "platform/CWnd.h"
 
 #include <cstdlib>
@@ -27,6 +28,7 @@ public:
         state_.finished = 0;
         const HWND other = clipTo ? clipTo->GetSafeHwnd() : 0;
         window_->SetCapture();
+        watch_.emplace([this] { lose(); });
         if (life_.alive() && windowLives())
             window_->UpdateWindow();
         if (CWnd* const below = CWnd::FromHandle(other); below && below != window_)
@@ -49,7 +51,8 @@ private:
     {
         if (!life_.alive())
             return DragEnd::dead;
-        return windowLives() && CWnd::GetCapture() == window_ ? DragEnd::released : DragEnd::lost;
+        return !lost_ && windowLives() && CWnd::GetCapture() == window_ ? DragEnd::released
+                                                                        : DragEnd::lost;
     }
 
     DragEnd step()
@@ -94,7 +97,14 @@ private:
     bool change(const Change& make)
     {
         const ShapeTrace before = session_.trace();
-        if (!make() || !life_.alive())
+        ++making_;
+        const bool made = make() != 0;
+        --making_;
+        if (!life_.alive())
+            return false;
+        if (lost_ && !making_)
+            session_.cancel();  // a hook lost the capture and the session went on
+        if (!made && !lost_)
             return false;
         if (!windowLives())
             return true;
@@ -102,26 +112,50 @@ private:
         invalidateTrace(*window_, session_.trace());
         if (TrackerListener* const listener = tracker_.listener())
             listener->trackerChanging(tracker_);
-        if (life_.alive() && windowLives())
+        if (life_.alive() && windowLives() && !lost_)
             window_->UpdateWindow();
         return true;
     }
 
-    DragEnd leave(DragEnd end)
+    /// The capture has gone: the shape is as before at once, since what took the capture away may
+    /// ask for the shape, or go on for long, before the loop wakes.
+    void lose()
     {
-        if (end != DragEnd::released && end != DragEnd::dead)
-            (void)change([&] {
-                session_.cancel();
-                return 1;
-            });
-        if (windowLives() && CWnd::GetCapture() == window_)
-            CWnd::ReleaseCapture();
+        if (!life_.alive() || released_)
+            return;
+        lost_ = true;
+        cancel();
+        tell(DragEnd::lost);
+    }
+
+    void cancel()
+    {
+        (void)change([&] {
+            session_.cancel();
+            return 1;
+        });
+    }
+
+    void tell(DragEnd end)
+    {
         if (!life_.alive())
-            return DragEnd::dead;
+            return;
         state_.end = end;
         if (TrackerListener* const listener = tracker_.listener())
             listener->trackerDragEnded(tracker_, end);
-        return life_.alive() ? end : DragEnd::dead;
+    }
+
+    DragEnd leave(DragEnd how)
+    {
+        watch_.reset();
+        if (lost_)
+            return life_.alive() ? how : DragEnd::dead;
+        if (how != DragEnd::released && how != DragEnd::dead)
+            cancel();
+        if (windowLives() && CWnd::GetCapture() == window_)
+            CWnd::ReleaseCapture();
+        tell(how);
+        return life_.alive() ? how : DragEnd::dead;
     }
 
     ATracker& tracker_;
@@ -134,6 +168,9 @@ private:
     LifeWatch life_;
     bool begun_ = false;
     bool released_ = false;
+    int making_ = 0;     ///< calls of the session on the stack
+    bool lost_ = false;  ///< the capture went, and the shape is back
+    std::optional<CaptureWatch> watch_;
 };
 
 }  // namespace

@@ -10,6 +10,7 @@ inline constexpr const char* manyAreaFillPoints = "Many Area fill point";
 inline constexpr const char* oldStepsGone =
     "Memory is short: the oldest edits cannot be undone any more.";
 inline constexpr const char* allStepsGone = "Memory is short: edits up to now cannot be undone.";
+inline constexpr const char* undoneInPart = "Not everything of this edit could be undone.";
 
 /// A tracker is asked for the client area of no window.
 inline constexpr const char* trackerWithoutWindow = "NULL";

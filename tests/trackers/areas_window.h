@@ -56,6 +56,7 @@ public:
     std::unique_ptr<Areas> areas;
     std::function<void()> happens;  ///< when the message comes
     int used = -1;
+    CWnd other;  ///< made by who needs it
 
     void post(unsigned message, CPoint p, unsigned keys = MK_LBUTTON)
     {

@@ -1,5 +1,9 @@
+#include "pavane/axes/ABAxis.h"
 #include "pavane/trackers/ARectTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/ATrackerArray.h"
+#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "platform/message.h"
 
 #include <gtest/gtest.h>
 
@@ -127,5 +131,135 @@ TEST(CollectionDrag, ForgetsAWindowThatIsDeletedInIt)
             EXPECT_EQ(deleter.window, nullptr);
             EXPECT_EQ(areas.count(), 2);
             EXPECT_EQ(static_cast<ARectTracker*>(areas(0))->rect(), CRect(40, 40, 120, 120));
+        }
+}
+
+namespace
+{
+
+using MapAreas = AreasWindow<ATrackerArrayInAxis>;
+
+/// Two areas and three corners of an open polygon on an axis whose values are its pixels.
+class MapDrag : public testing::Test
+{
+protected:
+    MapDrag() : areas(*window.areas)
+    {
+        axis.setGraphRect({0, 0, 300, 200});
+        axis.setMinMax({0, 300, 0, 200});
+        areas.SetAxis(&axis);
+        for (const double x : {40.0, 140.0}) {
+            auto* const rect = new ARPRectTracker;
+            rect->SetRect({x, 40, x + 60, 120});
+            areas.Add(rect, 1);
+        }
+    }
+    void openPolygon(int corners)
+    {
+        areas.BeginMode(&window, toolArea);
+        const CPoint at[] = {{20, 20}, {250, 20}, {250, 150}};
+        for (int i = 0; i < corners; ++i)
+            window.drag({at[i]});
+    }
+    std::string kept() const
+    {
+        MemoryFile file;
+        EXPECT_TRUE(areas.StoreKept(file));
+        return file.bytes();
+    }
+    ABAxis axis{1, -1, nullptr, 0};
+    MapAreas window;
+    ATrackerArrayInAxis& areas;
+};
+
+}  // namespace
+
+TEST_F(MapDrag, PutsTheShapeBackAsSoonAsTheCaptureIsLost)
+{
+    const struct {
+        const char* how;
+        void (*take)(MapAreas&);
+    } cases[] = {
+        {"released", [](MapAreas&) { CWnd::ReleaseCapture(); }},
+        {"another window", [](MapAreas& w) { w.other.SetCapture(), CWnd::ReleaseCapture(); }},
+        {"a question", [](MapAreas&) { (void)AfxMessageBox("?"); }},
+        {"disabled", [](MapAreas& w) { w.EnableWindow(0), w.EnableWindow(1); }},
+        {"closed", [](MapAreas& w) { w.DestroyWindow(); }}};
+    const MessageFunction before =
+        SetMessageFunction([](const CString&, unsigned) { return IDOK; });
+    for (const auto& c : cases)
+        for (const int tool : {int{toolArrow}, int{toolRect}, int{toolArea}})
+            for (const int several : {0, 1}) {
+                SCOPED_TRACE(c.how + std::to_string(tool) + std::to_string(several));
+                MapAreas own;
+                (void)own.other.Create("other", "", WS_POPUP, {0, 0, 9, 9}, nullptr, 0);
+                own.areas->SetAxis(&axis);
+                MemoryFile file(stored(areas));
+                ASSERT_TRUE(own.areas->Load(file));
+                own.areas->ChangeActiveTrack(&own, 1);
+                if (several)
+                    own.areas->SelectAll(&own);
+                own.areas->BeginMode(&own, tool);
+                const std::string start = stored(*own.areas);
+                std::string inside, after;
+                own.happens = [&] {
+                    inside = stored(*own.areas);
+                    c.take(own);
+                    after = stored(*own.areas);
+                    // what comes before the loop wakes stays
+                    if (tool == toolArea && !several)
+                        own.areas->DeleteItems(0, 1);
+                };
+                own.post(WM_LBUTTONDOWN, {170, 80});
+                own.post(WM_MOUSEMOVE, {190, 95});
+                own.post(MapAreas::happening, {});
+                settle();
+                // the rectangles that a press refreshes are no part of the shape
+                EXPECT_EQ(shapesOf(after), shapesOf(start));
+                EXPECT_EQ(shapesOf(inside) != shapesOf(start), tool == toolArrow);
+                EXPECT_EQ(own.areas->workingTracker(), nullptr);
+                EXPECT_EQ(own.areas->count(), tool == toolArea && !several ? 1 : 2);
+                EXPECT_EQ(CWnd::GetCapture(), nullptr);
+            }
+    (void)SetMessageFunction(before);
+}
+
+TEST_F(MapDrag, KeepsForACopyWhatACancelWouldLeave)
+{
+    for (const int corners : {0, 1, 2, 3})
+        for (const int cancels : {0, 1}) {
+            SCOPED_TRACE(corners * 10 + cancels);
+            openPolygon(corners);
+            if (!corners)
+                areas.BeginMode(&window, toolArrow);
+            const std::string start = kept();
+            std::string inside;
+            window.happens = [&] { inside = kept(); };
+            window.post(WM_LBUTTONDOWN, {170, 80});
+            window.post(WM_MOUSEMOVE, {190, 95});
+            window.post(MapAreas::happening, {});
+            if (cancels)
+                (void)window.PostMessage(WM_KEYDOWN, VK_ESCAPE);
+            window.post(WM_LBUTTONUP, {190, 95});
+            settle();
+            EXPECT_EQ(shapesOf(inside), shapesOf(start));
+            EXPECT_EQ(shapesOf(kept()) == shapesOf(start), cancels != 0);
+
+            MemoryFile file(kept());
+            ATrackerArrayInAxis back;
+            ASSERT_TRUE(back.Load(file));
+            EXPECT_EQ(back.ReopenLast(nullptr), corners > 0);
+            EXPECT_EQ(back.count(), 2);
+            MemoryFile again;
+            ASSERT_TRUE(back.StoreKept(again));
+            EXPECT_EQ(again.bytes(), kept());
+            if (corners) {
+                EXPECT_EQ(back.mode(), toolArea);
+                EXPECT_EQ(back.CloseArea(&window), corners - cancels > 1);
+                while (back.Undo(nullptr)) {
+                }
+                EXPECT_TRUE(!back.workingTracker() && back.count() == 0);
+                areas.BeginMode(&window, toolArea);
+            }
         }
 }

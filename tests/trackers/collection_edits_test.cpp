@@ -1,4 +1,6 @@
 #include "pavane/axes/ABAxis.h"
+#include "pavane/trackers/ARPAreaTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/shape_handles.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +10,7 @@
 #include <cmath>
 #include <functional>
 #include <iterator>
+#include <memory>
 #include <random>
 
 using namespace pavane;
@@ -15,6 +18,12 @@ using namespace pavane::test;
 
 namespace
 {
+
+template <typename Array>
+auto* copyOf(Array& array, int i)
+{
+    return array(i)->Duplicate();
+}
 
 /// One edit of any kind; some do nothing where the collection is not fit for them.
 template <typename Array>
@@ -40,6 +49,15 @@ void editSomehow(Array& array, std::mt19937& random, const std::string& otherFil
         [&] { array.InsertVertex(nullptr); },
         [&] { array.SetFocusAt(nullptr, i, 0), array.DeleteVertex(nullptr); },
         [&] { array.SetFocusAt(nullptr, i, 3), moveBy(); },
+        [&] { array.SetFocusAt(nullptr, i, 99); },
+        [&] {
+            if (n)
+                array.InsertAt(i, copyOf(array, i));
+        },
+        [&] {
+            if (seldom && n < 10)
+                array += array;
+        },
         [&] { array.Undo(nullptr); },
         [&] { array.Redo(nullptr); },
         [&] { moveBy(); },
@@ -292,6 +310,85 @@ TEST_F(InAxis, VerticesAreInsertedOnTheNearestEdgeAndThreeAlwaysStay)
     EXPECT_EQ(shape.points[1], (APoint<double>{40, 40}));
     array_.SetFocusAt(nullptr, 0, 1);
     EXPECT_FALSE(array_.DeleteVertex(nullptr));
+}
+
+TEST_F(InAxis, FocusFollowsAShapeThatIsReplacedAndItsPlace)
+{
+    const ShapeValues triangle{ShapeValues::Kind::polygon, {}, 0, {{0, 0}, {40, 0}, {40, 40}}};
+    const struct {
+        const char* how;
+        std::function<void()> replace;
+        int focus;  ///< item * 100 + handle afterwards
+    } cases[] = {{"undo", [&] { array_.Undo(nullptr); }, 102},
+                 {"numbers", [&] { array_.SetShape(nullptr, 1, triangle); }, 102},
+                 {"deleted", [&] { array_.DeleteItems(1, 1); }, -1},
+                 {"another before it", [&] { array_.InsertAt(0, copyOf(array_, 0)); }, 203},
+                 {"by the host",
+                  [&] { static_cast<ARPAreaTracker*>(array_(1))->points().DeleteItems(3, 1); },
+                  103},
+                 {"load",
+                  [&] {
+                      MemoryFile file(stored(array_));
+                      ASSERT_TRUE(array_.Load(file));
+                  },
+                  -1}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.how);
+        array_.Free();
+        addRect({150, 10, 190, 40});
+        addArea(triangle.points, 1);
+        array_.SetFocusAt(nullptr, 1, 2);
+        ASSERT_TRUE(array_.InsertVertex(nullptr));
+        c.replace();
+        EXPECT_EQ(array_.focusItem() < 0 ? -1 : array_.focusItem() * 100 + array_.focusHandle(),
+                  c.focus);
+        CPoint p;
+        EXPECT_EQ(array_.FocusPoint(p), c.focus >= 0 && c.focus != 103);
+        const int polygon = array_.GetCurItemNo() > 0 && array_.count() > 1;
+        EXPECT_EQ(array_.InsertVertex(nullptr), polygon);
+        EXPECT_EQ(array_.DeleteVertex(nullptr), c.focus >= 0);
+    }
+}
+
+TEST_F(InAxis, MembersOfTheArrayAreEditsOfTheCollection)
+{
+    for (int k = 0; k < 300; ++k)  // enough for boxes to be kept
+        addRect({0, 0, 1, 1});
+    const CPoint there(290, 190);
+    EXPECT_EQ(array_.TopmostAt(there, nullptr), -1);
+    auto* const large = shaped(array_, toolRect, {{}, {5, 5, 20, 20}, 0, {}});
+    large->SetActive(1);
+    EXPECT_EQ(array_.InsertAt(2, large), 2);
+    EXPECT_EQ(array_.InsertAt(999, large), -1);
+    EXPECT_EQ(array_.TopmostAt(there, nullptr), 2);
+    EXPECT_EQ(large->listener(), &array_);
+    EXPECT_EQ(large->axis(), &axis_);
+    const std::unique_ptr<ABTracker> copy(large->Duplicate());
+    EXPECT_EQ(copy->listener(), nullptr);
+
+    AArray<ABTracker*> more;
+    more.Add(large->Duplicate());
+    (array_ += more) += array_;
+    EXPECT_EQ(array_.count(), 604);
+    EXPECT_EQ(array_.TopmostAt(there, nullptr), 603);
+    ASSERT_TRUE(array_.Undo(nullptr));
+    ASSERT_TRUE(array_.Undo(nullptr));
+    EXPECT_EQ(array_.TopmostAt(there, nullptr), 2);
+    array_.ZeroInit();
+    EXPECT_EQ(array_.count(), 0);
+    ASSERT_TRUE(array_.Undo(nullptr));
+    EXPECT_TRUE(array_(2)->IsActive());
+    EXPECT_EQ(array_.GrowBy(5).count(), 0);
+
+    ARPRectTracker mine;
+    {
+        ARPTrackerArray guests;
+        guests.SetItemAutoDelete(0);
+        guests.Add(&mine, 1);
+        EXPECT_EQ(guests.DeleteItems(0, 1), 0);
+        guests.Add(&mine, 1);
+    }
+    EXPECT_EQ(mine.listener(), nullptr);
 }
 
 TEST(ShapeHandles, DragOneSideOfATurnedShapeAndKeepTheOther)

@@ -293,6 +293,29 @@ TEST(CollectionInAxis, DrawsShapesOfItsOwnClassesInsideTheGraphRectangle)
     EXPECT_FALSE(areas.Escape(&window));
 }
 
+TEST(CollectionInAxis, TakesNoVertexWhereThePlotHasNoRoomLeft)
+{
+    struct : AreasWindow<ATrackerArrayInAxis> {
+        ABAxis axis{1, -1, nullptr, 0};
+        CRect painted{0, 0, 0, 0};
+        void OnPaint() override { axis.setGraphRect(painted); }
+    } window;
+    ATrackerArrayInAxis& areas = *window.areas;
+    areas.SetAxis(&window.axis);
+    for (const CRect& painted : {CRect(0, 0, 0, 0), CRect(0, 0, 40, 30)}) {
+        window.axis.setGraphRect({0, 0, 40, 30});
+        window.axis.setMinMax({0, 1, 0, 1});
+        window.painted = painted;
+        areas.BeginMode(&window, toolArea);
+        window.Invalidate();
+        window.drag({{1, 1}, {20, 20}});  // paints before the first vertex
+        EXPECT_EQ(areas.workingTracker() != nullptr, !painted.IsRectEmpty());
+    }
+    while (areas.Undo(&window)) {
+    }
+    EXPECT_FALSE(areas.workingTracker() || areas.CanUndo());
+}
+
 TEST(CollectionInAxis, UndoesRandomDragsToTheByte)
 {
     AreasWindow<ATrackerArrayInAxis> window;

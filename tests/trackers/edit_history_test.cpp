@@ -157,20 +157,33 @@ TEST(EditHistory, TenThousandEditsUndoneAndRedoneGiveEveryStateAgain)
     EXPECT_FALSE(history.redo(c));
 }
 
-TEST(EditHistory, AStepThatWasRefusedCanBeTriedAgain)
+TEST(EditHistory, AStepThatWasRefusedBarsNoOlderOnesAndCanBeRedoneLater)
 {
     for (const int taken : {0, 1, 2}) {
         Collection c;
         EditHistory history;
+        c.items = {bytesOf("a")};
+        replaceItem(history, c, "b");
         history.begin("Load areas", c.selection());
-        history.insert(0, 1, bytesOf("0"));
-        history.insert(1, 1, bytesOf("1"));
+        history.insert(1, 1, bytesOf("0"));
+        history.insert(2, 1, bytesOf("1"));
         EXPECT_TRUE(history.commit(c.selection()));
+        const std::vector<Bytes> all = {bytesOf("b"), bytesOf("0"), bytesOf("1")};
+        ASSERT_TRUE((c.items = all, history.undo(c)));
         for (const bool refuse : {true, false}) {
-            c.items = {bytesOf("0"), bytesOf("1")};
+            c.items = {bytesOf("b")};
             c.refuseAfter = refuse ? taken : -1;
-            EXPECT_NE(history.undo(c), refuse) << taken;
+            EXPECT_NE(history.redo(c), refuse) << taken;
         }
+        c.items = all;
+        c.refuseAfter = taken;
+        EXPECT_TRUE(history.undo(c));  // as far as it goes
+        EXPECT_EQ(history.takeLoss(), editUndoneInPart);
+        EXPECT_FALSE(history.canRedo());
+        c.refuseAfter = -1;
+        EXPECT_TRUE(history.undo(c));
+        EXPECT_EQ(c.items[0], bytesOf("a"));
+        EXPECT_TRUE(history.isModified());
     }
 }
 

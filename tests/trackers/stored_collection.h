@@ -21,6 +21,19 @@ std::string stored(const Array& array)
     return file.bytes();
 }
 
+/// The stored areas without what no user sees of them: who is current, and the rectangles that
+/// every press refreshes.
+inline std::string shapesOf(const std::string& stored)
+{
+    MemoryFile file(stored);
+    ARPTrackerArray read;
+    EXPECT_TRUE(read.Load(file));
+    std::string all;
+    for (int i = 0; i < read.count(); ++i)
+        all += read(i)->GetClassName() + read(i)->State().substr(56);
+    return all;
+}
+
 /// A tracker of the collection's own class for the tool, with the numbers that fit it.
 template <typename Array>
 auto* shaped(Array& array, int tool, ShapeValues shape)
