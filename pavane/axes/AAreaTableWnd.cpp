@@ -49,8 +49,8 @@ void AAreaTableWnd::Refresh()
         return;
     int item = axis_ ? axis_->GetTrackers()->GetCurItemNo() : -1;
     ShapeValues shape;
-    if (item >= 0 && (!axis_->GetTrackers()->trackerAt(item)->IsActive() ||
-                      !axis_->GetTrackers()->GetShape(item, shape)))
+    const ATracker* const current = item >= 0 ? axis_->GetTrackers()->trackerAt(item) : nullptr;
+    if (!current || !current->IsActive() || !axis_->GetTrackers()->GetShape(item, shape))
         item = -1;
     if (item >= 0) {
         const TMinMax& whole = axis_->GetWholeRange();

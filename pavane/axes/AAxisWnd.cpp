@@ -132,8 +132,8 @@ void AAxisWnd::SetTrackers(ATrackerArrayInAxis* trackers, int owned)
     trackers_->SetHost(this);
     trackers_->SetAxis(axis_);
     trackers_->FillAreasCB(this);
-    areasChanged();
     Invalidate();
+    areasChanged();  // handlers may end the window
 }
 
 void AAxisWnd::SetComboBox(CComboBox* list)
@@ -409,16 +409,22 @@ void AAxisWnd::areasChanged()
     overlay_->follow(*trackers_);
     invalidateCells();
     enableCommands();
+    const HWND self = GetSafeHwnd();
+    const auto lives = [&] { return !self || CWnd::FromHandle(self) == this; };
     showStatusAtPointer();
-    tellOfLostSteps();
-    OnAreasChanged();
+    if (lives())
+        tellOfLostSteps();
+    if (lives())
+        OnAreasChanged();
 }
 
 void AAxisWnd::tellOfLostSteps()
 {
     const EditRecorded loss = trackers_->history().takeLoss();
-    if (loss == editGaveUpOld || loss == editLost)
-        OnNotice(loss == editLost ? allStepsGone : oldStepsGone);
+    if (loss == editGaveUpOld || loss == editLost || loss == editUndoneInPart)
+        OnNotice(loss == editLost        ? allStepsGone
+                 : loss == editGaveUpOld ? oldStepsGone
+                                         : undoneInPart);
 }
 
 void AAxisWnd::areaChanging(ATracker& tracker)

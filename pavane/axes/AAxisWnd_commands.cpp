@@ -131,9 +131,10 @@ void AAxisWnd::enableCommands()
 
 void AAxisWnd::ChooseTool(int mode)
 {
+    const HWND self = GetSafeHwnd();
     trackers_->BeginMode(this, mode);
     for (const Tool& tool : tools)
-        if (tool.mode == mode && bar_)
+        if (tool.mode == mode && (!self || CWnd::FromHandle(self) == this) && bar_)
             bar_->SendMessage(TB_CHECKBUTTON, tool.command, 1);
 }
 

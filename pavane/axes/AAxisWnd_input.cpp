@@ -99,15 +99,19 @@ void AAxisWnd::OnMouseMove(unsigned flags, CPoint point)
         if (axis_)
             trackers_->OnMouseMove(this, flags, point);
     }
+    const HWND self = GetSafeHwnd();
     showStatus(point);
-    ABWindow::OnMouseMove(flags, point);
+    if (CWnd::FromHandle(self) == this)
+        ABWindow::OnMouseMove(flags, point);
 }
 
 void AAxisWnd::OnMouseLeave()
 {
     pointer_ = CPoint(-1, -1);
+    const HWND self = GetSafeHwnd();
     showStatus(pointer_);
-    ABWindow::OnMouseLeave();
+    if (CWnd::FromHandle(self) == this)
+        ABWindow::OnMouseLeave();
 }
 
 int AAxisWnd::OnSetCursor(CWnd* window, unsigned hitArea, unsigned message)
@@ -145,6 +149,7 @@ void AAxisWnd::OnRButtonUp(unsigned flags, CPoint point)
 
 void AAxisWnd::OnContextMenu(CWnd* window, CPoint screen)
 {
+    const HWND self = GetSafeHwnd();
     const int suppressed = noMenu_;
     noMenu_ = 0;
     if (suppressed)
@@ -167,6 +172,8 @@ void AAxisWnd::OnContextMenu(CWnd* window, CPoint screen)
         if (area && !chosen && !trackers_->IsSelected(under))
             trackers_->ChangeActiveTrack(this, under);
     }
+    if (CWnd::FromHandle(self) != this)
+        return;
     ABWindow::OnContextMenu(window, screen);
 }
 

@@ -144,8 +144,10 @@ void AAxisWnd::ZoomAbout(CPoint pixel, double factor)
     if (!axis_ || !rangeOfZoom(pixel, factor, range))
         return;
     beginGesture();
+    const HWND self = GetSafeHwnd();
     SetNewMinMax(range);
-    showStatusAtPointer();
+    if (!self || CWnd::FromHandle(self) == this)
+        showStatusAtPointer();
 }
 
 void AAxisWnd::Pan(int dx, int dy)

@@ -2,6 +2,7 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "platform/CMenu.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <map>
 #include <string>
@@ -31,7 +32,76 @@ APoint<double> cellOf(const AxisWindow& window, int i)
     return {window.GetMap()->RPXtoMPX(centre.x), window.GetMap()->RPYtoMPY(centre.y)};
 }
 
+/// Deletes itself in a handler.
+struct Doomed : AxisWindow {
+    int inStatus = 0, inAreas = 0, inRange = 0;
+    int* lives;
+    explicit Doomed(int& counter) : lives(&counter) { ++*lives; }
+    ~Doomed() override { --*lives; }
+    void OnStatus(const AxisStatus&) override { end(inStatus); }
+    void OnAreasChanged() override { end(inAreas); }
+    void OnRangeChanged() override { end(inRange); }
+
+private:
+    void end(int& here)
+    {
+        if (here)
+            here = 0, delete this;
+    }
+};
+
 }  // namespace
+
+TEST(AxisWindowInput, MayBeDeletedByItsOwnHandlers)
+{
+    SetMenuAnswer(takeMenu);
+    answer = ID_TRACK_COPY;
+    const auto send = [](CWnd& w, unsigned message, CPoint p) {
+        w.SendMessage(message, 0, MAKELPARAM(p.x, p.y));
+    };
+    const auto press = [](CWnd& w, int key) {
+        w.SendMessage(WM_KEYDOWN, static_cast<WPARAM>(key));
+    };
+    const auto menu = [&](Doomed& w) {
+        CPoint p = w.at(10, 10);
+        w.ClientToScreen(p);
+        send(w, WM_CONTEXTMENU, p);
+    };
+    const struct {
+        int Doomed::*where;
+        std::function<void(Doomed&)> what;
+    } cases[] = {
+        {&Doomed::inStatus, [&](Doomed& w) { send(w, WM_MOUSEMOVE, w.at(20, 20)); }},
+        {&Doomed::inStatus, [&](Doomed& w) { send(w, WM_MOUSELEAVE, {}); }},
+        {&Doomed::inStatus, [&](Doomed& w) { press(w, VK_DELETE); }},
+        {&Doomed::inStatus,
+         [&](Doomed& w) {
+             w.drag({w.at(10, 10), w.at(20, 20)});
+         }},
+        {&Doomed::inAreas, menu},
+        {&Doomed::inAreas,
+         [&](Doomed& w) {
+             w.drag({w.at(10, 10), w.at(20, 20)});
+         }},
+        {&Doomed::inAreas, [&](Doomed& w) { w.key('2'), press(w, VK_RETURN); }},
+        {&Doomed::inAreas, [&](Doomed& w) { w.SetTrackers(nullptr, 0); }},
+        {&Doomed::inRange, [&](Doomed& w) { press(w, VK_ADD); }},
+    };
+    for (const auto& c : cases) {
+        int lives = 0;
+        auto* const window = new Doomed(lives);
+        window->ChooseTool(toolRect);
+        window->drag({window->at(5, 5), window->at(15, 20)});
+        window->ChooseTool(toolRect);
+        window->drag({window->at(40, 40), window->at(50, 60)});
+        window->GetTrackers()->ChangeActiveTrack(window, &c == cases + 4);
+        window->*c.where = 1;
+        c.what(*window);
+        EXPECT_EQ(lives, 0) << &c - cases;
+    }
+    SetMenuAnswer(nullptr);
+    answer = 0;
+}
 
 TEST(AxisWindowInput, DrawsEachShapeUndoesAndRedoes)
 {
