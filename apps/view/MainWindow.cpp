@@ -230,6 +230,8 @@ int MainWindow::OpenFirst(const ViewOptions& options)
 
 int MainWindow::MayLeaveAreas()
 {
+    if (CWnd::GetCapture())
+        ReleaseCapture();  // what a drag has half done is no work of the user
     if (!isModified())
         return 1;
     const int answer = AfxMessageBox("The areas on " + baseNameOf(session_.map()) +
@@ -238,7 +240,10 @@ int MainWindow::MayLeaveAreas()
     return answer == IDNO || (answer == IDYES && saveAreasCommand());
 }
 
-int MainWindow::isModified() { return map_ && (areas().IsModified() || areas().workingTracker()); }
+int MainWindow::isModified()
+{
+    return map_ && (areas().IsModified() || !areas().KeptState(-1).empty());
+}
 
 void MainWindow::OnClose()
 {

@@ -26,8 +26,8 @@ public:
     /// The areas were replaced behind the window's back.
     void FollowAreas()
     {
-        areasChanged();
         Invalidate();
+        areasChanged();
     }
     void OnStatus(const AxisStatus& status) override
     {

@@ -23,8 +23,6 @@ namespace pavane
 namespace
 {
 
-constexpr std::size_t fewestCorners = 3;
-
 using Kind = AreaKind;
 
 AMnMxMCTransform cellsOf(const AreaPlace& place)
@@ -71,6 +69,9 @@ int openCollection(const std::string& file, ARPTrackerArray& areas, AreaNotes& n
                       error);
     if (whole && in.left())
         report.lines.push_back(std::to_string(in.left()) + " bytes follow the last area");
+    for (int i = 0; i < areas.count() - 1; ++i)
+        if (!areas(i)->IsReady())
+            areas(i)->SetStyle(areas(i)->GetStyle() | trackerReady);
     take(report, notes);
     return 1;
 }
@@ -183,21 +184,9 @@ int storeAreas(const ARPTrackerArray& areas, AFile& file)
 
 int storeAllAreas(const ARPTrackerArray& areas, AFile& file)
 {
-    const ATracker* const open = areas.workingTracker();
-    ShapeValues shape;
     MemoryFile bytes;
-    ARPTrackerArray all;
-    if (!open || !shapeOf(*open, shape) || shape.points.size() < fewestCorners ||
-        !areas.Store(bytes) || !bytes.seek(0) || !all.Load(bytes))
-        return storeAreas(areas, file);
-    std::unique_ptr<ATracker> closed(open->Duplicate());
-    auto* const polygon = dynamic_cast<ARPAreaTracker*>(closed.get());
-    if (polygon) {
-        polygon->SetStyle(polygon->GetStyle() | trackerReady);
-        if (all.Add(polygon) >= 0)
-            (void)closed.release();
-    }
-    return storeAreas(all, file);
+    return areas.StoreKept(bytes) &&
+           file.write(bytes.bytes().data(), static_cast<std::int64_t>(bytes.bytes().size()));
 }
 
 AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,

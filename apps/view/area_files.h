@@ -38,7 +38,7 @@ struct AreaNotes {
 /// Reads an area file of any kind into an empty collection. What is in the file decides, not its
 /// name. Non-zero when it is an area file, even if not all of it could be read; else 0 and one line
 /// in `error` that names the file. Without an area and without a loss the file says itself that it
-/// holds none.
+/// holds none. A polygon that is open can only be the last area (ReopenLast).
 int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
               AreaNotes& notes, std::string& error);
 
@@ -48,8 +48,8 @@ int openCellAreas(const std::string& file, AAreaArray& areas, AreaNotes& notes, 
 /// Writes the collection's own form; 0 when not all of it was written.
 int storeAreas(const ARPTrackerArray& areas, AFile& file);
 
-/// The same with the polygon that is being drawn, closed, once it has three vertices: a copy that
-/// loses no work.
+/// The areas as they would be if a drag that runs were cancelled, and the polygon that is being
+/// drawn as one that is open: a copy that loses no work.
 int storeAllAreas(const ARPTrackerArray& areas, AFile& file);
 
 /// What would be lost by saving the areas under this name.

@@ -183,7 +183,12 @@ int MainWindow::OpenAreas(const std::string& file)
 void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& file, int whole)
 {
     MemoryFile bytes;
-    if (!storeAreas(read, bytes) || !bytes.seek(0) || !areas().Load(bytes)) {
+    areas().BeginEdits("Open areas");
+    const int loaded = storeAreas(read, bytes) && bytes.seek(0) && areas().Load(bytes);
+    if (loaded)
+        (void)areas().ReopenLast(&view_);  // of a copy that was written while it was drawn
+    areas().EndEdits(&view_);
+    if (!loaded) {
         AfxMessageBox("There is not enough memory for the areas", MB_ICONERROR);
         return;
     }
@@ -205,9 +210,14 @@ void MainWindow::offerLeftovers()
         std::string error;
         if (!openAreas(left.file, place(), read, notes, error) || !read.count())
             continue;
+        const int open = !read(read.count() - 1)->IsReady();
+        const int closed = read.count() - open;
+        const std::string what = !open     ? countText(closed, "area")
+                                 : !closed ? "polygon that was not closed yet"
+                                           : countText(closed, "area") + " and an open polygon";
         const int answer =
-            AfxMessageBox("The last session with this map ended without saving. Its " +
-                              countText(read.count(), "area") + ", changed " + ageText(left.time) +
+            AfxMessageBox("The last session with this map ended without saving. Its " + what +
+                              ", changed " + ageText(left.time) +
                               ", can be brought back.\n\nBring them back? (No deletes them.)",
                           MB_YESNOCANCEL | MB_ICONQUESTION);
         if (answer == IDCANCEL)
@@ -239,7 +249,7 @@ int MainWindow::saveAreasAs()
 
 int MainWindow::closeOpenArea()
 {
-    if (!areas().workingTracker() || areas().CloseArea(&view_))
+    if (areas().KeptState(-1).empty() || areas().CloseArea(&view_))
         return 1;
     AfxMessageBox("The polygon that is being drawn has too few corners to be saved.\n"
                   "Set more of them, or press Escape to drop it.",

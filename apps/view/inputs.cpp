@@ -52,6 +52,12 @@ int readShapes(const std::string& file, ViewInputs& inputs, AreaNotes& notes, st
     ATrackerArrayInAxis areas;
     if (!openAreas(file, place, areas, notes, error))
         return 0;
+    if (const int last = areas.count(); last && !areas(last - 1)->IsReady()) {
+        const std::string loss = "area " + std::to_string(last) + ": its polygon is not closed";
+        notes.loss = notes.loss.empty() ? loss : notes.loss;
+        notes.lines.push_back(loss);
+        notes.read = areas.DeleteItems(last - 1, 1);
+    }
     inputs.areas = outlinesOf(areas);
     areas.FillMatrix(inputs.mask, place.columns, place.rows, place.range);
     return 1;
