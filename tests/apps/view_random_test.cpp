@@ -445,6 +445,7 @@ private:
             EXPECT_EQ(shapes(), end);
         }
         areas().history().clear();
+        view().FollowAreas();  // the toolbar
         start_ = shapes();
         of_.emplace(areas().life());
     }

@@ -78,17 +78,20 @@ def cells_of(name):
 
 
 def records_of(bytes_):
-    """Class name and place of the shape's numbers of each area in a stored collection."""
+    """Class name, the shape's numbers and whether it is a polygon that is still open, of each area
+    in a stored collection."""
     _, count = struct.unpack_from("<ii", bytes_)
     records, at = [], 8
     for _ in range(count):
         name = bytes_[at:at + 32].split(b"\0")[0].decode()
+        style, = struct.unpack_from("<I", bytes_, at + 32)
         at += 32 + 56
-        records.append((name, at))
         if "Area" in name:
-            at += 4 + 16 * struct.unpack_from("<i", bytes_, at)[0]
+            size = 4 + 16 * struct.unpack_from("<i", bytes_, at)[0]
         else:
-            at += 56 if "Rotate" in name or "Ellipse" in name else 44
+            size = 56 if "Rotate" in name or "Ellipse" in name else 44
+        records.append((name, bytes_[at:at + size], "Area" in name and not style & 0x40))
+        at += size
     return records
 
 
@@ -203,39 +206,40 @@ class Program:
             return file.read()
 
     def areas(self):
+        """Class names of the areas, without the polygon that is being drawn."""
         copy = self.copy()
-        return [name for name, _ in records_of(copy)] if copy else []
+        return [name for name, _, is_open in records_of(copy) if not is_open] if copy else []
+
+    def shapes(self):
+        """Numbers of the areas, and of the polygon that is being drawn (or None)."""
+        records = records_of(self.copy() or struct.pack("<ii", -1, 0))
+        return ([numbers for _, numbers, is_open in records if not is_open],
+                next((numbers for _, numbers, is_open in records if is_open), None))
 
     def width(self, index):
         """Width of a rectangle in data values."""
-        copy = self.copy()
-        left, _, right, _ = struct.unpack_from("<4d", copy, records_of(copy)[index][1])
+        left, _, right, _ = struct.unpack_from("<4d", self.shapes()[0][index])
         return abs(right - left)
 
-    def step_until(self, key, what, test):
-        """Presses a key of undo or redo until the copy of the areas shows what is expected."""
-        for _ in range(8):
-            self.key(key)
-            end = time.monotonic() + 2.5  # the copy is written after a moment without changes
-            while time.monotonic() < end:
-                if test():
-                    return
-                time.sleep(0.02)
-        raise Failure("stepped in vain for " + what)
-
-    def corners(self):
-        """Of the last area, a polygon; 0 for others."""
-        copy = self.copy()
-        name, at = records_of(copy)[-1] if copy else ("", 0)
-        return struct.unpack_from("<i", copy, at)[0] if "Area" in name else 0
+    def step(self, key, what, areas, opened=None):
+        """Presses a key once and waits for these areas and this open polygon."""
+        self.key(key)
+        wait_for(what, lambda: self.shapes() == (areas, opened))
 
     def current(self):
         copy = self.copy()
         return struct.unpack_from("<i", copy)[0] if copy else None
 
-    def await_change(self, before, what):
-        wait_for(what, lambda: self.copy() and self.copy() != before)
-        return self.copy()
+    def await_change(self, before, item, what):
+        """Waits until area `item` and no other has changed, and for the pointer to have let go."""
+        def others(shapes):
+            return shapes[:item] + shapes[item + 1:]
+        wait_for(what, lambda: len(self.shapes()[0]) == len(before) and
+                 self.shapes()[0][item] != before[item])
+        after = self.shapes()[0]
+        if others(after) != others(before):
+            raise Failure(what + " changed another area")
+        return after
 
     def save_as(self, key, box, name, agree=False):
         self.main()
@@ -283,28 +287,37 @@ def draw_four(view):
         raise Failure("the areas are " + " ".join(shapes))
 
 
+def first_corners(polygon, count):
+    return struct.pack("<i", count) + polygon[4:4 + 16 * count]
+
+
 def change_and_undo(view):
+    """Each step back and forth is known by what it changes; one key is one step."""
     # a vertex of the polygon, which is current
     view.key("1")
-    before = view.copy()
-    wait_for("the polygon to be current", lambda: view.current() == 3)
+    drawn, opened = view.shapes()
+    corners = struct.unpack_from("<i", drawn[3])[0]
+    if opened or view.current() != 3 or corners != 4:
+        raise Failure(f"a polygon of {corners} corners was drawn")
     view.drag((0.66, 0.52), (0.70, 0.47))
-    moved = view.await_change(before, "a moved vertex")
+    moved = view.await_change(drawn, 3, "a moved vertex")
+    if len(moved[3]) != len(drawn[3]):
+        raise Failure("a vertex was added instead of moved")
     # the turning handle lies halfway from the centre to the side where values grow
     view.click(0.58, 0.33, times=2)
     wait_for("the turned rectangle to be picked", lambda: view.current() == 1)
-    picked = view.copy()
     view.drag((0.54, 0.33), (0.55, 0.42), held="shift")
-    turned = view.await_change(picked, "a turned rectangle")
-    view.key("ctrl+z")
-    wait_for("undo", lambda: view.copy() == picked)
-    view.step_until("ctrl+z", "undo of the vertex", lambda: view.copy() not in (moved, picked))
-    # the open polygon is in the copy, closed, while it has three corners
-    view.step_until("ctrl+z", "undo of the closing and a corner", lambda: view.corners() == 3)
-    view.step_until("ctrl+z", "undo of another corner", lambda: len(view.areas()) == 3)
-    view.step_until("ctrl+shift+z", "redo", lambda: view.copy() == turned)
-    if moved == before:
-        raise Failure("the vertex did not move")
+    turned = view.await_change(moved, 1, "a turned rectangle")
+    if turned[1][:32] != moved[1][:32]:
+        raise Failure("the rectangle was not only turned")
+    back = [("ctrl+z", "undo of the turn", moved, None),
+            ("ctrl+z", "undo of the vertex", drawn, None)]
+    back += [("ctrl+z", f"{n} corners of an open polygon", drawn[:3],
+              first_corners(drawn[3], n) if n else None) for n in (4, 3, 2, 1, 0)]
+    for step in back:
+        view.step(*step)
+    for _, what, areas, polygon in back[-2::-1] + [("", "the turn", turned, None)]:
+        view.step("ctrl+shift+z", "redo to " + what, areas, polygon)
 
 
 def zoom_and_back(view, desk):
