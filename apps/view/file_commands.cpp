@@ -318,6 +318,8 @@ void MainWindow::saveMask()
 
 void MainWindow::savePicture()
 {
+    if (!map_)
+        return;
     CString name = besideMap(map_->file(), "png");
     PictureFormat format = PictureFormat::png;
     if (!askName(name, pictureFilter, "Save picture", 0, "png") || !mayWrite(name, 0))

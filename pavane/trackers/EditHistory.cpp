@@ -248,7 +248,7 @@ int EditHistory::dropTrial(EditTarget& target)
             return 0;
     while (end_ > std::max(trialStep_, position_))
         drop(--end_);
-    return 1;
+    return !trialBroken_;
 }
 
 std::size_t EditHistory::bytesUsed() const
@@ -282,6 +282,7 @@ int EditHistory::undo(EditTarget& target)
     --position_;
     dropRedo();
     saved_ = nowhere;
+    trialBroken_ = true;
     loss_ = editUndoneInPart;
     return 1;
 }
