@@ -43,9 +43,8 @@ std::string faultOf(const MapHeader& header, const SkyCards& cards)
     const MapAxis& x = header.axes[0];
     const MapAxis& y = header.axes[1];
     const SkyAxes sky = skyAxesOf(x.ctype, y.ctype);
-    if (sky.kind != SkyAxes::Kind::equatorial)
-        return "the axes " + x.ctype + " and " + y.ctype +
-               " are not right ascension and declination";
+    if (sky.kind == SkyAxes::Kind::other)
+        return "the axes " + x.ctype + " and " + y.ctype + " are in no frame that is known";
     if (std::find(std::begin(projections), std::end(projections), sky.projection) ==
         std::end(projections))
         return "the projection of " + x.ctype + " and " + y.ctype + " is not supported";
@@ -61,21 +60,40 @@ std::string faultOf(const MapHeader& header, const SkyCards& cards)
     return "";
 }
 
-/// The frame by RADESYS, or by the rules for its absence. What is not FK5 at 2000.0 or ICRS is
-/// refused, as positions would be off by arc minutes.
-std::string frameFault(const MapHeader& header, const SkyCards& cards, SkyCoordinates::Frame& frame)
+/// The frame by the axes and RADESYS, or by the rules for its absence; why there is none, "" when
+/// there is.
+std::string frameFault(const MapHeader& header, const SkyCards& cards, SkyFrame& frame)
 {
+    static constexpr struct {
+        std::string_view name;
+        SkyFrame::System system;
+    } names[] = {{"ICRS", SkyFrame::System::icrs},
+                 {"ICRF", SkyFrame::System::icrs},  // what some writers call them
+                 {"FK5", SkyFrame::System::fk5},
+                 {"J2000", SkyFrame::System::fk5},
+                 {"FK4", SkyFrame::System::fk4},
+                 {"B1950", SkyFrame::System::fk4}};
+    const SkyAxes::Kind axes = skyAxesOf(header.axes[0].ctype, header.axes[1].ctype).kind;
+    frame = {SkyFrame::System::galactic, 2000};
+    if (axes == SkyAxes::Kind::galactic)
+        return "";
     std::string name = cards.radesys;
     if (name.empty())
         name = header.equinox == 0 ? "ICRS" : header.equinox < 1984 ? "FK4" : "FK5";
-    if (name == "J2000")
-        name = "FK5";  // what some writers call it
-    frame = name == "ICRS" ? SkyCoordinates::Frame::icrs : SkyCoordinates::Frame::fk5;
-    if (name == "ICRS" || (name == "FK5" && (header.equinox == 0 || header.equinox == 2000)))
-        return "";
-    if (name == "FK5")
-        return "positions of an equinox other than 2000 are not supported";
-    return "positions in " + name + " are not supported, only FK5 at 2000 and ICRS";
+    const auto* const known = std::find_if(std::begin(names), std::end(names),
+                                           [&](const auto& n) { return n.name == name; });
+    if (known == std::end(names))
+        return "positions in " + name + " are not supported";
+    frame.system = known->system;
+    if (header.equinox != 0)
+        frame.equinox = header.equinox;
+    else if (frame.system == SkyFrame::System::fk4)
+        frame.equinox = 1950;
+    if (axes == SkyAxes::Kind::ecliptic)
+        frame.system = SkyFrame::System::ecliptic;
+    else if (frame.system == SkyFrame::System::icrs)
+        frame.equinox = 2000;  // it has none, whatever stands there
+    return isKnown(frame) ? "" : "positions in " + nameOf(frame) + " are not supported";
 }
 
 }  // namespace
@@ -146,7 +164,8 @@ int SkyCoordinates::init(const MapHeader& header, std::string& error)
     error = "the map's place on the sky cannot be computed";
     if (!wcs || wcs->status)
         return 0;
-    // two axes and their numbers are all that WCSLIB sees, never the cards of a file
+    // two axes and their numbers are all that WCSLIB sees, never the cards of a file; what their
+    // positions are called does not matter to it
     const SkyAxes axes = skyAxesOf(header.axes[0].ctype, header.axes[1].ctype);
     const std::string& code = axes.projection;
     const int longitude = axes.longitude;
@@ -203,11 +222,33 @@ int SkyCoordinates::toPixel(double ra, double dec, double& column, double& row) 
     return 1;
 }
 
+int SkyCoordinates::toSky(double column, double row, const SkyFrame& in, double& longitude,
+                          double& latitude) const
+{
+    double l = 0;
+    double b = 0;
+    return toSky(column, row, l, b) && convertSky(frame_, in, l, b, longitude, latitude);
+}
+
+int SkyCoordinates::toPixel(double longitude, double latitude, const SkyFrame& in, double& column,
+                            double& row) const
+{
+    double l = longitude;
+    double b = latitude;
+    return (in == frame_ || convertSky(in, frame_, longitude, latitude, l, b)) &&
+           toPixel(l, b, column, row);
+}
+
 int SkyCoordinates::localSky(double column, double row, LocalSky& local) const
+{
+    return localSky(column, row, frame_, local);
+}
+
+int SkyCoordinates::localSky(double column, double row, const SkyFrame& in, LocalSky& local) const
 {
     double ra = 0;
     double dec = 0;
-    if (!toSky(column, row, ra, dec))
+    if (!toSky(column, row, in, ra, dec))
         return 0;
     const double step = differenceStep_;
     double offsets[4][2];  // east and north of a step back and forth along columns, then rows
@@ -215,7 +256,7 @@ int SkyCoordinates::localSky(double column, double row, LocalSky& local) const
         const double along = i % 2 ? step : -step;
         double a = 0;
         double d = 0;
-        if (!toSky(column + (i < 2 ? along : 0), row + (i < 2 ? 0 : along), a, d))
+        if (!toSky(column + (i < 2 ? along : 0), row + (i < 2 ? 0 : along), in, a, d))
             return 0;
         const double da = (a - ra) * degree;
         const double half = std::sin(da / 2);

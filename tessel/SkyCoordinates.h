@@ -2,6 +2,7 @@
 
 #include "tessel/api.h"
 #include "tessel/map_header.h"
+#include "tessel/sky_frame.h"
 
 #include <memory>
 #include <string>
@@ -12,8 +13,8 @@ namespace pavane
 /// A map's cells and the sky near one point, as a linear relation. Sky offsets lie in the plane
 /// that touches the sky at the point, in degrees.
 struct LocalSky {
-    double ra = 0;   ///< degrees, of the point
-    double dec = 0;  ///< degrees, of the point
+    double ra = 0;   ///< degrees, of the point; the longitude in frames that have one
+    double dec = 0;  ///< degrees, of the point; the latitude
     /// (east, north) = toSky * (columns, rows), all of them offsets from the point.
     double toSky[2][2] = {{-1, 0}, {0, 1}};
     double columnScale = 1;       ///< degrees along a step of one column
@@ -24,15 +25,13 @@ struct LocalSky {
 
 /// Where the cells of a map lie on the sky. Cells (MP) count from 0 and may have fractions: whole
 /// numbers are pixel centres, cell (row r, column c) is FITS pixel (c + 1, r + 1). Positions are
-/// right ascension and declination in degrees, in the map's own frame. Conversions follow the FITS
-/// papers on world coordinates (Calabretta and Greisen 2002), done by WCSLIB.
+/// right ascension and declination, or longitude and latitude, in degrees, in the map's own frame
+/// or in one that is named. Conversions follow the FITS papers on world coordinates (Calabretta and
+/// Greisen 2002), done by WCSLIB, and those between frames are `convertSky`'s.
 class PAVANE_API SkyCoordinates
 {
 public:
-    /// The frames that are told apart by name. Deliberate: positions are never converted between
-    /// them. They differ by some 0.02 arcsec, less than the positions of headers that say J2000 and
-    /// mean the radio frame; a conversion would move areas by many cells of a VLBI map.
-    enum class Frame { fk5, icrs };
+    using Frame = SkyFrame::System;
 
     SkyCoordinates();
     SkyCoordinates(const SkyCoordinates&) = delete;
@@ -40,12 +39,14 @@ public:
     ~SkyCoordinates();
 
     /// Takes the place of a map from its header. Non-zero on success; else 0, nothing is set, and
-    /// `error` says in one line why: no celestial axes, no reference position, a frame other than
-    /// FK5 at 2000.0 and ICRS, an unknown projection or numbers that place nothing. Without RADESYS
-    /// an EQUINOX (or EPOCH) before 1984 means FK4, any other FK5, none ICRS.
+    /// `error` says in one line why: no celestial axes, no reference position, a frame that cannot
+    /// be converted, an unknown projection or numbers that place nothing. The frame is what the
+    /// axes, RADESYS (RADECSYS) and EQUINOX (EPOCH) say: without RADESYS an equinox before 1984
+    /// means FK4, any other FK5, none ICRS; without an equinox FK4 is at 1950, all others at 2000.
     int init(const MapHeader& header, std::string& error);
     int isSet() const { return wcs_ != nullptr; }
-    Frame frame() const { return frame_; }
+    Frame frame() const { return frame_.system; }
+    const SkyFrame& skyFrame() const { return frame_; }
 
     /// Position of a place on the map, right ascension 0 to below 360. 0 when it lies beyond the
     /// projected sky or nothing is set; the results are left alone then.
@@ -55,10 +56,17 @@ public:
     /// The linear relation near a place, by central differences. 0 as in `toSky`.
     int localSky(double column, double row, LocalSky& local) const;
 
+    // The same for positions in another frame.
+    int toSky(double column, double row, const SkyFrame& in, double& longitude,
+              double& latitude) const;
+    int toPixel(double longitude, double latitude, const SkyFrame& in, double& column,
+                double& row) const;
+    int localSky(double column, double row, const SkyFrame& in, LocalSky& local) const;
+
 private:
     struct Wcs;
     std::unique_ptr<Wcs> wcs_;
-    Frame frame_ = Frame::icrs;
+    SkyFrame frame_;
     double differenceStep_ = 1;  ///< cells, for `localSky`
 };
 

@@ -97,6 +97,7 @@ StatusFormat::StatusFormat(const MapHeader& header, const MapFrame& frame, int r
     yDecimals_ = decimalsOf(frame.yStep * offsetFactor_);
     raDecimals_ = decimalsOf(frame.xStep * frame.arcseconds / degreesPerHour);
     decDecimals_ = decimalsOf(frame.yStep * frame.arcseconds);
+    degreeDecimals_ = decimalsOf(frame.yStep * frame.arcseconds / arcsecondsPerDegree);
 }
 
 std::string StatusFormat::offsetText(double value, int decimals) const
@@ -111,8 +112,19 @@ std::string StatusFormat::skyText(const SkyCoordinates& sky, double column, doub
     if (!sky.isSet() || !sky.toSky(column, row, ra, dec))
         return {};
     const char* const sign = dec < 0 ? "" : "+";
+    const SkyFrame& frame = sky.skyFrame();
+    const bool isGalactic = frame.system == SkyFrame::System::galactic;
+    if (isGalactic || frame.system == SkyFrame::System::ecliptic)
+        return (isGalactic ? "l " : "\u03bb ") + nValToStr(ra, degreeDecimals_) +
+               (isGalactic ? "\u00b0  b " : "\u00b0  \u03b2 ") + sign +
+               nValToStr(dec, degreeDecimals_) + "\u00b0";
+    // the usual frames need no name
+    const std::string equinox = frame.equinox == 2000 ? std::string()
+                                : frame.system == SkyFrame::System::fk4
+                                    ? "  B1950"
+                                    : "  J" + valToStr(frame.equinox);
     return timeToStr(ra / degreesPerHour * arcsecondsPerDegree, raDecimals_) + "  " + sign +
-           timeToStr(dec * arcsecondsPerDegree, decDecimals_);
+           timeToStr(dec * arcsecondsPerDegree, decDecimals_) + equinox;
 }
 
 StatusTexts StatusFormat::texts(const AxisStatus& status, const SkyCoordinates& sky) const

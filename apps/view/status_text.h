@@ -47,6 +47,7 @@ private:
     std::string offsetUnit_;
     int xDecimals_ = 0, yDecimals_ = 0;     ///< of an offset
     int raDecimals_ = 0, decDecimals_ = 0;  ///< of seconds of time and of arc
+    int degreeDecimals_ = 0;                ///< of galactic and ecliptic positions
 };
 
 /// "Jy/beam" values and fluxes with a prefix that leaves one to three digits before the point.

@@ -17,6 +17,8 @@ constexpr int quarters = 4;
 /// What is half a cell but for rounding is half a cell: else a mask would depend on the order of
 /// sums, and an area that went through a file come back with other cells.
 constexpr double halfTolerance = 1e-9;
+/// Sizes are often whole cells, and those that were positions on the sky not to the last digit.
+constexpr double sizeTolerance = 1e-3;
 constexpr int mostPoints = 65536;
 
 int spans(double first, double last)
@@ -51,7 +53,7 @@ int ellipsePointsForMask(const ARect<double>& rect, double angle, const MapCells
     const double cells =
         std::max(a * std::hypot(c * perX, s * perY), b * std::hypot(s * perX, c * perY));
     // whole quarters: the points do not depend on which axis is called the first
-    const double points = std::ceil(cells * pointsPerCell / quarters - halfTolerance) * quarters;
+    const double points = std::ceil(cells * pointsPerCell / quarters - sizeTolerance) * quarters;
     return std::clamp(truncated(points), fewestPoints, mostPoints);
 }
 

@@ -20,6 +20,14 @@ constexpr double radian = std::numbers::pi / 180;
 /// A million vertices; a line of many more would take far more memory than its file.
 constexpr std::size_t mostValues = 2000000;
 
+constexpr FrameName frames[] = {{"icrs", {SkyFrame::System::icrs, 2000}},
+                                {"j2000", {SkyFrame::System::fk5, 2000}},
+                                {"fk5", {SkyFrame::System::fk5, 2000}},
+                                {"b1950", {SkyFrame::System::fk4, 1950}},
+                                {"fk4", {SkyFrame::System::fk4, 1950}},
+                                {"galactic", {SkyFrame::System::galactic, 2000}},
+                                {"ecliptic", {SkyFrame::System::ecliptic, 2000}}};
+
 /// The values between a region's brackets and the text behind them.
 struct Brackets {
     std::vector<std::string_view> values;
@@ -97,6 +105,9 @@ private:
     void readPolygon(const std::vector<std::string_view>& values);
     /// The frame that a tail names, else `frame`.
     std::string readTail(std::string_view tail, std::string frame);
+    int isImage() const { return frame_ == "image"; }
+    /// A number with the unit behind it.
+    int readUnit(std::string_view text, RegionValue& value) const;
     int readValue(std::string_view text, int isLongitude, RegionValue& value);
     int readAngle(std::string_view text, double& angle);
     int frameFits(const std::vector<std::string_view>& values);
@@ -147,7 +158,9 @@ void CrtfReader::readRegion(std::string_view text)
     const int isAnnotation = word == "ann";
     if (isAnnotation)
         word = takeLetters(text);
-    static constexpr std::string_view others[] = {"annulus", "line", "vector", "text", "symbol"};
+    if (word == "text")
+        return;  // a label, no area
+    static constexpr std::string_view others[] = {"annulus", "line", "vector", "symbol"};
     static constexpr std::string_view areas[] = {"box",    "centerbox", "rotbox",
                                                  "circle", "ellipse",   "poly"};
     const int isOther = std::find(std::begin(others), std::end(others), word) != std::end(others);
@@ -166,7 +179,7 @@ void CrtfReader::readRegion(std::string_view text)
     readShape(word, brackets.values);
 }
 
-int CrtfReader::readValue(std::string_view text, int isLongitude, RegionValue& value)
+int CrtfReader::readUnit(std::string_view text, RegionValue& value) const
 {
     static constexpr struct {
         std::string_view name;
@@ -189,6 +202,25 @@ int CrtfReader::readValue(std::string_view text, int isLongitude, RegionValue& v
         value = {value.value * u.factor, u.unit};
         return 1;
     }
+    return 0;
+}
+
+/// A coordinate or a size: pixels where the file says so, whatever unit its writer puts there.
+int CrtfReader::readValue(std::string_view text, int isLongitude, RegionValue& value)
+{
+    if (isImage()) {
+        const std::string_view number = text.substr(0, text.find_first_not_of("0123456789+-.eE"));
+        RegionValue any;
+        if ((number.size() == text.size() || readUnit(text, any)) &&
+            readFinite(number, value.value)) {
+            value.unit = Unit::cells;
+            return 1;
+        }
+        sink_.damaged(quoted(text) + " is not a number of pixels");
+        return 0;
+    }
+    if (readUnit(text, value))
+        return 1;
     value.unit = Unit::degrees;
     if (readSexagesimal(text, isLongitude, value.value))
         return 1;
@@ -199,8 +231,11 @@ int CrtfReader::readValue(std::string_view text, int isLongitude, RegionValue& v
 int CrtfReader::readAngle(std::string_view text, double& angle)
 {
     RegionValue value;
-    if (!readValue(text, 0, value))
-        return 0;
+    if (!readUnit(text, value)) {
+        value.unit = Unit::degrees;
+        if (!readSexagesimal(text, 0, value.value))
+            value.unit = Unit::none;
+    }
     if (value.unit != Unit::degrees) {
         sink_.damaged(quoted(text) + " is not an angle");
         return 0;
@@ -213,16 +248,18 @@ int CrtfReader::readAngle(std::string_view text, double& angle)
 int CrtfReader::frameFits(const std::vector<std::string_view>& values)
 {
     RegionValue value;
+    sink_.setFrame(nullptr);
     if (frame_.empty() || !readValue(values[0], 1, value))
         return frame_.empty();
     if (value.unit == Unit::cells)
         return 1;
-    if (frame_ != "j2000" && frame_ != "fk5" && frame_ != "icrs") {
-        sink_.leaveOut("positions in " + excerpt(frame_) + " are not supported");
-        return 0;
-    }
-    sink_.noteFrame(frame_ == "icrs" ? SkyCoordinates::Frame::icrs : SkyCoordinates::Frame::fk5);
-    return 1;
+    for (const FrameName& known : frames)
+        if (frame_ == known.name) {
+            sink_.setFrame(&known.frame);
+            return 1;
+        }
+    sink_.leaveOut("positions in " + excerpt(frame_) + " are not supported");
+    return 0;
 }
 
 void CrtfReader::readShape(const std::string& name, const std::vector<std::string_view>& values)

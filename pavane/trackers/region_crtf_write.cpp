@@ -13,6 +13,14 @@ namespace
 {
 
 using Kind = AreaShape::Kind;
+using System = SkyFrame::System;
+
+/// What CASA calls the frames; those at other equinoxes have no name.
+constexpr FrameName frames[] = {{"ICRS", {System::icrs, 2000}},
+                                {"J2000", {System::fk5, 2000}},
+                                {"B1950", {System::fk4, 1950}},
+                                {"GALACTIC", {System::galactic, 2000}},
+                                {"ECLIPTIC", {System::ecliptic, 2000}}};
 
 std::string place(APoint<double> p, RegionSystem system)
 {
@@ -73,11 +81,11 @@ std::string crtfRegionText(const std::vector<AreaShape>& shapes, RegionSystem sy
                            const SkyCoordinates* sky, RegionNotes& notes)
 {
     std::string text = "#CRTFv0 CASA Region Text Format version 0\n";
-    const int isFk5 = sky && sky->frame() == SkyCoordinates::Frame::fk5;
+    const FrameName& frame = frameForWriting(std::begin(frames), std::size(frames), sky);
     if (system == RegionSystem::sky)
-        text += isFk5 ? "global coord=J2000\n" : "global coord=ICRS\n";
+        text += "global coord=" + std::string(frame.name) + '\n';
     appendRegionLines(
-        shapes, system, sky,
+        shapes, system, sky, frame.frame,
         [system](const AreaShape& shape, std::string& to) { appendShape(shape, system, to); },
         notes, text);
     return text;

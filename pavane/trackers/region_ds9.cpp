@@ -21,8 +21,15 @@ constexpr std::string_view otherShapes[] = {
     "annulus", "line",   "point",   "text",    "vector",     "ruler",   "pie",       "panda",
     "epanda",  "bpanda", "cpanda",  "compass", "projection", "segment", "composite", "template",
     "rotbox",  "cross",  "diamond", "arrow",   "boxcircle",  "x"};
-constexpr std::string_view otherSystems[] = {
-    "fk4", "b1950", "galactic", "ecliptic", "linear", "detector", "amplifier", "wcs", "wcs0"};
+constexpr std::string_view otherSystems[] = {"linear", "detector", "amplifier", "wcs", "wcs0"};
+
+constexpr FrameName frames[] = {{"icrs", {SkyFrame::System::icrs, 2000}},
+                                {"fk5", {SkyFrame::System::fk5, 2000}},
+                                {"j2000", {SkyFrame::System::fk5, 2000}},
+                                {"fk4", {SkyFrame::System::fk4, 1950}},
+                                {"b1950", {SkyFrame::System::fk4, 1950}},
+                                {"galactic", {SkyFrame::System::galactic, 2000}},
+                                {"ecliptic", {SkyFrame::System::ecliptic, 2000}}};
 
 /// A million vertices; a line of many more would take far more memory than its file.
 constexpr std::size_t mostArguments = 2000000;
@@ -67,6 +74,7 @@ public:
 private:
     enum class System { image, sky, other };
     void readComment(std::string_view text);
+    void leaveOutComposite();
     void readStatement(std::string_view text);
     void readShape(const std::string& name, const std::vector<std::string_view>& arguments);
     void readSized(const std::string& name, const std::vector<std::string_view>& arguments);
@@ -79,6 +87,8 @@ private:
     RegionSink& sink_;
     System system_ = System::image;
     std::string otherName_;
+    int longitudeInHours_ = 1;  ///< in sexagesimal positions: not in galactic and ecliptic ones
+    int isComposite_ = 0;       ///< what comes next is a part of the composite that came last
     int isExcludedByDefault_ = 0;
     int isExcluded_ = 0;
 };
@@ -103,9 +113,26 @@ void Ds9Reader::readLine(std::string_view line)
     std::string_view rest = line.substr(0, hash);
     while (!rest.empty()) {
         const std::size_t end = rest.find_first_of(";|");
-        readStatement(trimmedText(rest.substr(0, end)));
+        const int isJoined = end != std::string_view::npos && rest[end] == '|';
+        const std::string_view statement = trimmedText(rest.substr(0, end));
+        if (isJoined && !isComposite_)
+            leaveOutComposite();
+        if (!isComposite_)
+            readStatement(statement);
+        else if (!isJoined && !statement.empty() && !setSystem(smallLetters(statement)))
+            isComposite_ = 0;  // this was its last part
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     }
+    // an older way to close it: "circle(...) || circle(...) || # composite=1"
+    if (hash != std::string_view::npos && line.find("composite=1", hash) != std::string_view::npos)
+        isComposite_ = 0;
+}
+
+/// One loss for all of its parts.
+void Ds9Reader::leaveOutComposite()
+{
+    sink_.leaveOut("a composite of areas cannot be held");
+    isComposite_ = 1;
 }
 
 /// Some marks stand behind a '#', so that old readers pass over them.
@@ -115,9 +142,10 @@ void Ds9Reader::readComment(std::string_view text)
     const std::string word = smallLetters(takeWord(text));
     if (!isOneOf(word, otherShapes) || trimmedText(text).substr(0, 1) != "(")
         return;
-    if (word == "composite")
-        sink_.changed("the parts of a composite are taken one by one");
-    else
+    if (word == "composite") {
+        leaveOutComposite();
+        isComposite_ = text.find("||") != std::string_view::npos;
+    } else if (word != "text")  // labels are no areas
         sink_.leaveOut(word + " is not a shape of areas");
 }
 
@@ -130,11 +158,14 @@ int Ds9Reader::setSystem(const std::string& word)
                                   "physical coordinates are taken as pixels of the image");
         return 1;
     }
-    if (word == "fk5" || word == "j2000" || word == "icrs") {
-        system_ = System::sky;
-        sink_.noteFrame(word == "icrs" ? SkyCoordinates::Frame::icrs : SkyCoordinates::Frame::fk5);
-        return 1;
-    }
+    for (const FrameName& known : frames)
+        if (word == known.name) {
+            system_ = System::sky;
+            sink_.setFrame(&known.frame);
+            longitudeInHours_ = known.frame.system != SkyFrame::System::galactic &&
+                                known.frame.system != SkyFrame::System::ecliptic;
+            return 1;
+        }
     if (!isOneOf(word, otherSystems) && !(word.size() == 4 && word.compare(0, 3, "wcs") == 0))
         return 0;
     system_ = System::other;
@@ -166,6 +197,8 @@ void Ds9Reader::readStatement(std::string_view text)
             return sink_.damaged(quoted(whole) + " has no closing parenthesis");
         text = text.substr(1, end - 1);
     }
+    if (word == "text")
+        return;
     if (isOneOf(word, otherShapes))
         return sink_.leaveOut(word + " is not a shape of areas");
     if (word != "circle" && word != "ellipse" && word != "box" && word != "polygon")
@@ -196,7 +229,7 @@ int Ds9Reader::readPlace(std::string_view text, int isLongitude, RegionValue& va
         return 1;
     }
     if ((last == 'd' && readFinite(front, value.value)) ||
-        readSexagesimal(text, isLongitude, value.value))
+        readSexagesimal(text, isLongitude && longitudeInHours_, value.value))
         return 1;
     sink_.damaged(quoted(text) + " is not a position");
     return 0;

@@ -10,6 +10,14 @@ namespace
 {
 
 using Kind = AreaShape::Kind;
+using System = SkyFrame::System;
+
+/// What DS9 calls the frames; those at other equinoxes have no name.
+constexpr FrameName frames[] = {{"icrs", {System::icrs, 2000}},
+                                {"fk5", {System::fk5, 2000}},
+                                {"fk4", {System::fk4, 1950}},
+                                {"galactic", {System::galactic, 2000}},
+                                {"ecliptic", {System::ecliptic, 2000}}};
 
 std::string place(APoint<double> p, RegionSystem system)
 {
@@ -52,10 +60,10 @@ std::string ds9RegionText(const std::vector<AreaShape>& shapes, RegionSystem sys
                           const SkyCoordinates* sky, RegionNotes& notes)
 {
     std::string text = "# Region file format: DS9 version 4.1\n";
-    const int isFk5 = sky && sky->frame() == SkyCoordinates::Frame::fk5;
-    text += system == RegionSystem::image ? "image\n" : isFk5 ? "fk5\n" : "icrs\n";
+    const FrameName& frame = frameForWriting(std::begin(frames), std::size(frames), sky);
+    text += system == RegionSystem::image ? "image\n" : std::string(frame.name) + '\n';
     appendRegionLines(
-        shapes, system, sky,
+        shapes, system, sky, frame.frame,
         [system](const AreaShape& shape, std::string& to) { appendShape(shape, system, to); },
         notes, text);
     return text;

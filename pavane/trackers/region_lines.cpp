@@ -13,8 +13,8 @@ constexpr const char* beyond = "has no size or lies too far away; left out";
 }  // namespace
 
 void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system,
-                       const SkyCoordinates* sky, const RegionLine& line, RegionNotes& notes,
-                       std::string& text)
+                       const SkyCoordinates* sky, const SkyFrame& frame, const RegionLine& line,
+                       RegionNotes& notes, std::string& text)
 {
     long long number = 0;
     for (const AreaShape& shape : shapes) {
@@ -28,7 +28,7 @@ void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system
             continue;
         }
         AreaShape onSky;
-        if (!sky || !shapeToSky(*sky, shape, onSky)) {
+        if (!sky || !shapeToSky(*sky, frame, shape, onSky)) {
             notes.add(RegionNotes::Kind::leftOut, "area", number,
                       "reaches beyond the projected sky; left out");
             continue;

@@ -14,10 +14,11 @@ namespace pavane
 /// its positions and sizes are in degrees and its angle runs from west towards north.
 using RegionLine = std::function<void(const AreaShape& shape, std::string& text)>;
 
-/// Writes every shape that can be written through `line` and notes the others by their number.
+/// Writes every shape that can be written through `line` and notes the others by their number;
+/// `frame` is that of positions on the sky.
 void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system,
-                       const SkyCoordinates* sky, const RegionLine& line, RegionNotes& notes,
-                       std::string& text);
+                       const SkyCoordinates* sky, const SkyFrame& frame, const RegionLine& line,
+                       RegionNotes& notes, std::string& text);
 
 /// Non-zero when the system can be written; else 0 and `error`.
 int canWrite(const std::string& file, RegionSystem system, const SkyCoordinates* sky,

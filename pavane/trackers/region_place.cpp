@@ -56,10 +56,10 @@ double writtenDegrees(const AreaShape& shape, double angle)
     return isBox && shape.isReversed ? degrees + 720 : degrees;
 }
 
-int shapeFromSky(const SkyCoordinates& sky, AreaShape& shape)
+int shapeFromSky(const SkyCoordinates& sky, const SkyFrame& frame, AreaShape& shape)
 {
     LocalSky local;
-    if (!sky.localSky(shape.centre.x, shape.centre.y, local))
+    if (!sky.localSky(shape.centre.x, shape.centre.y, frame, local))
         return 0;
     const PlaneMap toCells = inverse(cellsToSky(local));
     if (shape.kind == AreaShape::Kind::ellipse) {
@@ -81,12 +81,13 @@ int shapeFromSky(const SkyCoordinates& sky, AreaShape& shape)
     return 1;
 }
 
-int shapeToSky(const SkyCoordinates& sky, const AreaShape& cells, AreaShape& onSky)
+int shapeToSky(const SkyCoordinates& sky, const SkyFrame& frame, const AreaShape& cells,
+               AreaShape& onSky)
 {
     LocalSky local;
     onSky = cells;
     if (cells.kind != AreaShape::Kind::polygon) {
-        if (!sky.localSky(cells.centre.x, cells.centre.y, local))
+        if (!sky.localSky(cells.centre.x, cells.centre.y, frame, local))
             return 0;
         onSky.centre = {local.ra, local.dec};
         if (cells.kind == AreaShape::Kind::ellipse) {
@@ -100,10 +101,19 @@ int shapeToSky(const SkyCoordinates& sky, const AreaShape& cells, AreaShape& onS
     }
     for (APoint<double>& vertex : onSky.vertices) {
         const APoint<double> cell = vertex;
-        if (!sky.toSky(cell.x, cell.y, vertex.x, vertex.y))
+        if (!sky.toSky(cell.x, cell.y, frame, vertex.x, vertex.y))
             return 0;
     }
     return 1;
+}
+
+const FrameName& frameForWriting(const FrameName* names, std::size_t count,
+                                 const SkyCoordinates* sky)
+{
+    const FrameName* const end = names + count;
+    const FrameName* const own = std::find_if(
+        names, end, [sky](const FrameName& n) { return sky && n.frame == sky->skyFrame(); });
+    return own == end ? *names : *own;
 }
 
 void RegionSink::leaveOut(const std::string& why)
@@ -121,15 +131,9 @@ void RegionSink::changed(const std::string& how)
     notes_.add(RegionNotes::Kind::changed, "line", line_, how);
 }
 
-void RegionSink::noteFrame(SkyCoordinates::Frame frame)
+void RegionSink::setFrame(const SkyFrame* frame)
 {
-    if (!sky_ || frame == sky_->frame())
-        return;
-    const int isIcrs = frame == SkyCoordinates::Frame::icrs;
-    notes_.addOnce(RegionNotes::Kind::changed,
-                   std::string("positions in ") + (isIcrs ? "ICRS" : "FK5") +
-                       " are taken as the map's " + (isIcrs ? "FK5" : "ICRS") +
-                       ", which differs by less than 0.1 arcsec");
+    frame_ = frame ? *frame : sky_ ? sky_->skyFrame() : SkyFrame();
 }
 
 void RegionSink::take(const AreaShape& shape)
@@ -153,7 +157,7 @@ int RegionSink::point(const RegionValue& x, const RegionValue& y, APoint<double>
         return 1;
     if (!sky_)
         leaveOut("the map has no sky coordinates that can be used");
-    else if (!sky_->toPixel(x.value, y.value, cell.x, cell.y))
+    else if (!sky_->toPixel(x.value, y.value, frame_, cell.x, cell.y))
         leaveOut("the position cannot be shown by the map's projection");
     else
         return 1;
@@ -177,7 +181,7 @@ void RegionSink::sized(AreaShape::Kind kind, APoint<double> centre, const Region
     if (width.unit == RegionValue::Unit::degrees) {
         if (!sky_)
             return leaveOut("the map has no sky coordinates that can be used");
-        if (!shapeFromSky(*sky_, shape))
+        if (!shapeFromSky(*sky_, frame_, shape))
             return leaveOut("the map's projection does not reach around the position");
         if (shape.kind == AreaShape::Kind::polygon)
             changed("the box is not a rectangle on the map; taken as a polygon");

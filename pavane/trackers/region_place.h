@@ -6,6 +6,7 @@
 #include "platform/api.h"
 #include "tessel/SkyCoordinates.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,7 @@ namespace pavane
 /// What positions in a region file count in.
 enum class RegionSystem {
     image,  ///< pixels of the map
-    sky     ///< right ascension and declination in the map's frame
+    sky     ///< positions on the sky, in the map's frame where the format has a name for it
 };
 
 /// Sizes and angles of shapes on the sky hold in the plane that touches the sky at the shape's
@@ -28,14 +29,25 @@ inline constexpr double reversedAngle = 3 * 3.141592653589793;
 double writtenDegrees(const AreaShape& shape, double angle);
 
 /// Turns a shape whose centre is in cells and whose sizes and angle are on the sky (degrees,
-/// radians) into cells. A rectangle whose corners would be off by more than 0.01 cells becomes a
-/// polygon. 0 when there is no sky at its centre.
-int shapeFromSky(const SkyCoordinates& sky, AreaShape& shape);
+/// radians from the frame's west) into cells. A rectangle whose corners would be off by more than
+/// 0.01 cells becomes a polygon. 0 when there is no sky at its centre.
+int shapeFromSky(const SkyCoordinates& sky, const SkyFrame& frame, AreaShape& shape);
 
-/// The shape with its centre or vertices in (right ascension, declination) degrees, its sizes in
+/// The shape with its centre or vertices in (longitude, latitude) degrees of a frame, its sizes in
 /// degrees and its angle from west towards north. A rectangle that is none on the sky, by more than
 /// 3e-7 cells at its corners, becomes a polygon. 0 when a point of it has no position.
-int shapeToSky(const SkyCoordinates& sky, const AreaShape& cells, AreaShape& onSky);
+int shapeToSky(const SkyCoordinates& sky, const SkyFrame& frame, const AreaShape& cells,
+               AreaShape& onSky);
+
+/// A frame as a format calls it.
+struct FrameName {
+    const char* name;
+    SkyFrame frame;
+};
+/// What files of a map are written in: the first of `names` with the map's frame, so that nothing
+/// moves, else ICRS, which stands first.
+const FrameName& frameForWriting(const FrameName* names, std::size_t count,
+                                 const SkyCoordinates* sky);
 
 /// Collects the shapes of a region file: places each on the map and notes what is not taken.
 class RegionSink
@@ -45,6 +57,7 @@ public:
     RegionSink(const SkyCoordinates* sky, std::vector<AreaShape>& shapes, RegionNotes& notes)
         : sky_(sky && sky->isSet() ? sky : nullptr), shapes_(shapes), notes_(notes)
     {
+        setFrame(nullptr);
     }
 
     void setLine(long long line) { line_ = line; }
@@ -64,14 +77,16 @@ public:
     void polygon(std::vector<APoint<double>> vertices);
     /// A box given by the corners (x0, y0) and (x1, y1), its sides along the axes of their unit.
     void cornerBox(const RegionValue (&corners)[4]);
-    /// Says once that the file's frame is not that of the map.
-    void noteFrame(SkyCoordinates::Frame frame);
+    /// What positions and angles on the sky are in from here on; at first, and with null, the frame
+    /// of the map.
+    void setFrame(const SkyFrame* frame);
 
 private:
     void take(const AreaShape& shape);
     const SkyCoordinates* sky_;
     std::vector<AreaShape>& shapes_;
     RegionNotes& notes_;
+    SkyFrame frame_;
     long long line_ = 0;
 };
 

@@ -357,6 +357,23 @@ TEST(StatusText, HasDigitsForATenthOfACellAndPrefixes)
     status.value = std::nanf("");
     EXPECT_EQ(format.texts(status, SkyCoordinates())[statusValue], "blank");
     EXPECT_EQ(format.texts(status, SkyCoordinates())[statusSky], "");
+    const struct {
+        const char *x, *y;
+        double equinox;
+        const char* text;
+    } frames[] = {
+        {"RA---SIN", "DEC--SIN", 1950, "12:30:49.42339200  -00:30:00.0000000  B1950"},
+        {"RA---SIN", "DEC--SIN", 2010.5, "12:30:49.42339200  -00:30:00.0000000  J2010.5"},
+        {"GLON-SIN", "GLAT-SIN", 2000, "l 187.705930800\u00b0  b -0.500000000\u00b0"},
+        {"ELON-SIN", "ELAT-SIN", 2000, "\u03bb 187.705930800\u00b0  \u03b2 -0.500000000\u00b0"},
+    };
+    for (const auto& f : frames) {
+        header.axes[0].ctype = f.x;
+        header.axes[1].ctype = f.y;
+        header.equinox = f.equinox;
+        ASSERT_TRUE(sky.init(header, error)) << error;
+        EXPECT_EQ(format.texts(status, sky)[statusSky], f.text);
+    }
 }
 
 }  // namespace pavane

@@ -149,18 +149,107 @@ TEST(SkyCoordinates, FollowTheHeadersPolesParametersAndOldNames)
     EXPECT_NEAR(std::abs(local.rowPositionAngle) / degree, 30, 1e-6);
 }
 
+TEST(SkyFrame, ConvertsAsAstropyDoes)
+{
+    // Astropy 5.2: SkyCoord(97.3, -42.6).transform_to(ICRS()) and, last, near a pole
+    using S = SkyFrame::System;
+    const struct {
+        const char* name;
+        SkyFrame frame;
+        double longitude, latitude, ra, dec, mas;
+    } cases[] = {
+        {"FK5", {S::fk5, 2000}, 97.3, -42.6, 97.29999529858266, -42.59999419583683, 1e-05},
+        {"FK5 at 1975", {S::fk5, 1975}, 97.3, -42.6, 97.49329625880168, -42.61791460411149, 1e-05},
+        {"FK5 at 2050.5",
+         {S::fk5, 2050.5},
+         97.3,
+         -42.6,
+         96.90926668006438,
+         -42.56522221642571,
+         1e-05},
+        {"FK4", {S::fk4, 1950}, 97.3, -42.6, 97.68655240149410, -42.63629102108140, 2},
+        {"galactic",
+         {S::galactic, 2000},
+         97.3,
+         -42.6,
+         353.47548771287518,
+         16.37985092130396,
+         1e-05},
+        {"ecliptic",
+         {S::ecliptic, 2000},
+         97.3,
+         -42.6,
+         95.68758051991455,
+         -19.30473877073499,
+         1e-05},
+        {"ecliptic of 1950",
+         {S::ecliptic, 1950},
+         97.3,
+         -42.6,
+         96.23080469575429,
+         -19.32717109729445,
+         1e-05},
+        {"FK5 by the pole",
+         {S::fk5, 2000},
+         12.5,
+         89.9999,
+         9.14102288747462,
+         89.99989855429116,
+         1e-05},
+    };
+    for (const auto& c : cases) {
+        const double perMas = std::cos(c.dec * degree) * 3.6e6;
+        double ra = 0, dec = 0, longitude = 0, latitude = 0;
+        ASSERT_TRUE(convertSky(c.frame, {}, c.longitude, c.latitude, ra, dec)) << c.name;
+        EXPECT_NEAR(std::remainder(ra - c.ra, 360) * perMas, 0, c.mas) << c.name;
+        EXPECT_NEAR((dec - c.dec) * 3.6e6, 0, c.mas) << c.name;
+        ASSERT_TRUE(convertSky({}, c.frame, ra, dec, longitude, latitude)) << c.name;
+        EXPECT_NEAR(std::remainder(longitude - c.longitude, 360) * 3.6e6 *
+                        std::cos(c.latitude * degree),
+                    0, 1e-5)
+            << c.name;
+        EXPECT_NEAR((latitude - c.latitude) * 3.6e6, 0, 1e-5) << c.name;
+    }
+    double a = 7, b = 7;
+    EXPECT_FALSE(convertSky({S::fk4, 1975}, {}, 1, 1, a, b) || convertSky({}, {}, NAN, 1, a, b) ||
+                 convertSky({S::fk5, 1e9}, {}, 1, 1, a, b) || convertSky({}, {}, 1, 91, a, b));
+    EXPECT_EQ(a, 7);
+}
+
+TEST(SkyCoordinates, GivePlacesAndNorthInOtherFrames)
+{
+    // on the galactic equator towards the centre, galactic north lies 58.6 degrees west of north
+    const SkyFrame galactic{SkyFrame::System::galactic, 2000};
+    double ra = 0, dec = 0, column = 0, row = 0, l = 0, b = 0;
+    ASSERT_TRUE(convertSky(galactic, {SkyFrame::System::fk5, 2000}, 0, 0, ra, dec));
+    SkyCoordinates sky;
+    std::string error;
+    ASSERT_TRUE(sky.init(sinMap(ra, dec, 1e-6), error)) << error;
+    ASSERT_TRUE(sky.toPixel(0, 0, galactic, column, row));
+    EXPECT_NEAR(std::hypot(column - 500, row - 501), 0, 1e-6);
+    ASSERT_TRUE(sky.toSky(500, 501, galactic, l, b));
+    EXPECT_NEAR(std::hypot(std::remainder(l, 360), b), 0, 1e-12);
+    LocalSky own, there;
+    ASSERT_TRUE(sky.localSky(500, 501, own) && sky.localSky(500, 501, galactic, there));
+    EXPECT_NEAR((there.rowPositionAngle - own.rowPositionAngle) / degree, 58.598, 1e-3);
+}
+
 TEST(SkyCoordinates, RefuseWhatWouldGiveWrongPositions)
 {
-    MapHeader b1950 = sinMap(10, 20, 1e-7);
-    b1950.equinox = 1950;
-    EXPECT_EQ(refusalOf(b1950), "positions in FK4 are not supported, only FK5 at 2000 and ICRS");
-    MapHeader later = sinMap(10, 20, 1e-7);
-    later.equinox = 2010;
-    EXPECT_EQ(refusalOf(later), "positions of an equinox other than 2000 are not supported");
+    MapHeader besselian = sinMap(10, 20, 1e-7);
+    besselian.equinox = 1975;
+    EXPECT_EQ(refusalOf(besselian), "positions in FK4 at 1975 are not supported");
+    besselian.coordinateCards = {card("CRVAL1  = 10"), card("CRVAL2  = 20"),
+                                 card("RADESYS = 'FK4-NO-E'")};
+    EXPECT_EQ(refusalOf(besselian), "positions in FK4-NO-E are not supported");
+    MapHeader never = sinMap(10, 20, 1e-7);
+    never.equinox = 1e300;
+    EXPECT_NE(refusalOf(never).find("FK5 at 1e+300"), std::string::npos);
     EXPECT_EQ(refusalOf(MapHeader()), "the map has no celestial axes");
-    MapHeader galactic = sinMap(10, 20, 1e-7);
-    galactic.axes[0].ctype = "GLON-SIN";
-    EXPECT_NE(refusalOf(galactic).find("not right ascension"), std::string::npos);
+    MapHeader planet = sinMap(10, 20, 1e-7);
+    planet.axes[0].ctype = "SLON-SIN";
+    planet.axes[1].ctype = "SLAT-SIN";
+    EXPECT_EQ(refusalOf(planet), "the axes SLON-SIN and SLAT-SIN are in no frame that is known");
     for (const char* code : {"TAN-SIP", "TPV", "", "XXX"}) {
         MapHeader other = sinMap(10, 20, 1e-7);
         other.axes[0].ctype = std::string("RA---") + code;

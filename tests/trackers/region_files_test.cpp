@@ -69,8 +69,6 @@ TEST(Ds9Regions, CountImagePixelsFromOneAndTurnCounterClockwise)
         {"image\nellipse(11,21,4,2,-45)", "ellipse 10 20 8 4 -45\n"},
         {"image\npolygon(1,1,5,1,5,6)\r\n", "poly 0 0 4 0 4 5\n"},
         {"image\n+circle(1,1,1);circle(2,2,2)\n", "ellipse 0 0 2 2 0\nellipse 1 1 4 4 0\n"},
-        {"image\ncircle(1,1,1) || circle(2,2,2) || # composite=1",
-         "ellipse 0 0 2 2 0\nellipse 1 1 4 4 0\n"},
         {"circle(3i,4i,5i)", "ellipse 2 3 10 10 0\n"},
     };
     for (const auto& c : cases)
@@ -83,25 +81,29 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
         ds9("# Region file format: DS9 version 4.1\nglobal color=green include=1\nimage\n"
             "-circle(5,5,2)\nannulus(5,5,1,2)\n# text(4,4) text={Region}\n"
             "ellipse(5,5,1,2,3,4,0)\ncircle(5,5,2) # include=0 color=red\n"
-            "fk4\ncircle(5,5,2)\nfk5\ncircle(5,5,2\")\nblob(1,2)\nimage\n"
+            "detector\ncircle(5,5,2)\nfk5\ncircle(5,5,2\")\nblob(1,2)\nimage\n"
             "circle(5,nan,2)\nbox(1,2,3\ncircle(1,2,-3)\npolygon(1,2,3,4,5)\n"
-            "circle(9,9,1)\n");
+            "# composite(5,5,0) || composite=1\ncircle(2,2,1) || # color=red\n"
+            "image;box(2,2,1,1)\ncircle(1,1,1) || circle(2,2,2) || # composite=1\n"
+            "!circle(3,3,1)\ntext(4,4) # text={a;b}\ncircle(9,9,1)\n");
     EXPECT_EQ(asText(p.shapes), "ellipse 8 8 2 2 0\n");
     EXPECT_EQ(joined(p.notes.lines),
               "line 4: an excluded circle cannot be held; left out\n"
               "line 5: annulus is not a shape of areas; left out\n"
-              "line 6: text is not a shape of areas; left out\n"
               "line 7: a ring of ellipse shape is not a shape of areas; left out\n"
               "colours, texts, tags and other properties are not kept\n"
               "line 8: an excluded circle cannot be held; left out\n"
-              "line 10: positions in fk4 are not supported; left out\n"
+              "line 10: positions in detector are not supported; left out\n"
               "line 12: the map has no sky coordinates that can be used; left out\n"
               "line 13: \"blob(1,2)\" is not understood\n"
               "line 15: \"nan\" is not a position\n"
               "line 16: \"box(1,2,3\" has no closing parenthesis\n"
               "line 17: the shape has no size or lies too far away\n"
-              "line 18: polygon with 5 numbers\n");
-    EXPECT_EQ(p.notes.leftOut, 7);
+              "line 18: polygon with 5 numbers\n"
+              "line 19: a composite of areas cannot be held; left out\n"
+              "line 22: a composite of areas cannot be held; left out\n"
+              "line 23: an excluded circle cannot be held; left out\n");
+    EXPECT_EQ(p.notes.leftOut, 9);
     EXPECT_EQ(p.notes.damaged, 5);
     const Parsed excluded = ds9("global include=0\nimage\ncircle(1,1,1)\n+circle(3,3,1)\n"
                                 "global include=1\ncircle(5,5,1)\n");
@@ -120,10 +122,14 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
         {"ellipse[[10pix, 20pix], [4pix, 2pix], 0deg]", "ellipse 10 20 8 4 90\n"},
         {"ellipse[[10pix, 20pix], [4pix, 2pix], 0.5235987755982988rad]", "ellipse 10 20 8 4 120\n"},
         {"poly[[0pix, 0pix], [4pix, 0pix], [4pix, 5pix]]", "poly 0 0 4 0 4 5\n"},
+        {"text[[1pix, 2pix], 'a'] coord=IMAGE", ""},
+        {"rotbox[[40.1deg, 25.2], [14.0deg, 6.0arcsec], 33.0deg] coord=IMAGE",
+         "box 40.1 25.2 14 6 33\n"},
+        {"circle[[0.5pix, -2e0rad], 3deg] coord=Image", "ellipse 0.5 -2 6 6 90\n"},
     };
     for (const auto& c : cases)
         EXPECT_EQ(asText(crtf(c[0]).shapes), c[1]) << c[0];
-    const Parsed p = crtf("#CRTFv0\nglobal coord=B1950, corr=[I, Q], color=blue\n"
+    const Parsed p = crtf("#CRTFv0\nglobal coord=AZEL, corr=[I, Q], color=blue\n"
                           "ann circle[[1pix, 2pix], 3pix]\n-circle[[1pix, 2pix], 3pix]\n"
                           "annulus[[1pix, 2pix], [3pix, 4pix]]\ncircle[[1deg, 2deg], 3arcsec]\n"
                           "circle[[1deg, 2deg], 3arcsec], coord='ICRS'\ncircle[[1, 2pix], 3pix]\n"
@@ -137,7 +143,7 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
               "line 3: an annotation (circle) is not an area; left out\n"
               "line 4: an excluded circle cannot be held; left out\n"
               "line 5: annulus is not a shape of areas; left out\n"
-              "line 6: positions in b1950 are not supported; left out\n"
+              "line 6: positions in azel are not supported; left out\n"
               "line 7: the map has no sky coordinates that can be used; left out\n"
               "line 8: \"1\" is not a number with a unit\n"
               "line 9: \"circle[[[1pix], 2pix], 3pix]\" has brackets that do not close\n"
