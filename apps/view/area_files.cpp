@@ -94,6 +94,12 @@ int openRegions(const std::string& file, Kind kind, const AreaPlace& place, ARPT
         found.add(RegionNotes::Kind::damaged, "line",
                   1 + std::count(sure.begin(), sure.end(), '\n'),
                   "the file may be cut here: the line has no end");
+    const int taken = static_cast<int>(shapes.size());
+    const int missing = promisedRegions(text) - taken - found.leftOut - found.damaged;
+    if (missing > 0)
+        found.add(RegionNotes::Kind::damaged, "", 0,
+                  "the file promises " + std::to_string(promisedRegions(text)) +
+                      " areas and ends before the last");
     const int losses = found.leftOut + found.damaged;
     if (shapes.empty() && found.damaged && !found.leftOut && !hasRegionHeader(kind, text))
         return refuse(file, "not a region file: " + found.firstLoss, error);
@@ -103,7 +109,7 @@ int openRegions(const std::string& file, Kind kind, const AreaPlace& place, ARPT
                                    : "the region file holds no area, and does not begin as "
                                      "one that means to",
                       error);
-    notes.promised = static_cast<int>(shapes.size()) + losses;
+    notes.promised = taken + losses + std::max(missing - 1, 0);
     notes.read = addShapes(areas, nullptr, shapes, cellsOf(place), found);
     take(found, notes);
     return 1;

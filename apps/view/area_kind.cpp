@@ -3,6 +3,7 @@
 #include "apps/view/file_ending.h"
 #include "pavane/trackers/area_file.h"
 #include "tessel/AFile.h"
+#include "tessel/value_text.h"
 
 #include <algorithm>
 #include <array>
@@ -145,9 +146,11 @@ int isWholeCrtf(std::string_view line, int hasGlobalFrame)
     }
     if (end >= line.size())
         return 1;  // its reader sees that it does not close
-    const std::string tail = small(trimmed(line.substr(end + 1)));
+    std::string tail = small(line.substr(end + 1));
+    std::erase(tail, ' ');
     const std::string_view first = trimmed(line.substr(0, line.find(',')));
-    if (first.ends_with("pix") || tail.find("coord") != std::string::npos)
+    const std::size_t frame = tail.find("coord=");
+    if (first.ends_with("pix") || (frame != std::string::npos && frame + 6 < tail.size()))
         return 1;
     return tail.empty() && hasGlobalFrame;
 }
@@ -225,7 +228,7 @@ int hasRegionHeader(AreaKind kind, std::string_view text)
 int saysItHoldsNone(AreaKind kind, std::string_view text)
 {
     const std::size_t end = text.find('\n');
-    if (end == std::string_view::npos || !hasRegionHeader(kind, text))
+    if (end == std::string_view::npos || text.back() != '\n' || !hasRegionHeader(kind, text))
         return 0;
     for (std::size_t at = end + 1; at < text.size();) {
         const std::size_t next = std::min(text.find('\n', at), text.size());
@@ -234,6 +237,18 @@ int saysItHoldsNone(AreaKind kind, std::string_view text)
         at = next + 1;
     }
     return 1;
+}
+
+int promisedRegions(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find('\n') + 1, text.size()));
+    std::string_view line = trimmed(text.substr(0, text.find('\n')));
+    constexpr std::string_view before = "# ", behind = " areas";
+    int count = 0;
+    if (!line.starts_with(before) || !line.ends_with(behind) || line.size() < 8)
+        return -1;
+    line = line.substr(before.size(), line.size() - before.size() - behind.size());
+    return stoval(line, count) && count >= 0 ? count : -1;
 }
 
 std::size_t cutLineOf(AreaKind kind, std::string_view text)

@@ -33,6 +33,10 @@ int hasRegionHeader(AreaKind kind, std::string_view text);
 /// but settings behind it.
 int saysItHoldsNone(AreaKind kind, std::string_view text);
 
+/// How many areas a region text says it holds: "# 4 areas" as its second line, which our own texts
+/// have and other programs pass over; -1 when it says nothing.
+int promisedRegions(std::string_view text);
+
 /// Where the last line of a region text begins if it may have been cut, so that what it means is
 /// not sure: it has no line end and could have gone on. npos when the text is whole.
 std::size_t cutLineOf(AreaKind kind, std::string_view text);

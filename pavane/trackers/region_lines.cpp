@@ -17,6 +17,11 @@ void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system
                        RegionNotes& notes, std::string& text)
 {
     long long number = 0;
+    int written = 0;
+    const auto append = [&](const AreaShape& shape) {
+        line(shape, text);
+        ++written;
+    };
     for (const AreaShape& shape : shapes) {
         ++number;
         if (!isWhole(shape)) {
@@ -24,7 +29,7 @@ void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system
             continue;
         }
         if (system == RegionSystem::image) {
-            line(shape, text);
+            append(shape);
             continue;
         }
         AreaShape onSky;
@@ -36,8 +41,9 @@ void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system
         if (onSky.kind == AreaShape::Kind::polygon && shape.kind != onSky.kind)
             notes.add(RegionNotes::Kind::changed, "area", number,
                       "is not a rectangle on the sky; written as a polygon");
-        line(onSky, text);
+        append(onSky);
     }
+    text.insert(text.find('\n') + 1, "# " + std::to_string(written) + " areas\n");
 }
 
 int canWrite(const std::string& file, RegionSystem system, const SkyCoordinates* sky,
