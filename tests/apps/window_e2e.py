@@ -216,6 +216,10 @@ class Program:
         return ([numbers for _, numbers, is_open in records if not is_open],
                 next((numbers for _, numbers, is_open in records if is_open), None))
 
+    def corners(self):
+        """Of the last area, a polygon."""
+        return struct.unpack_from("<i", self.shapes()[0][-1])[0]
+
     def width(self, index):
         """Width of a rectangle in data values."""
         left, _, right, _ = struct.unpack_from("<4d", self.shapes()[0][index])
