@@ -1,5 +1,6 @@
 #include "pavane/trackers/region_crtf.h"
 
+#include "pavane/trackers/region_frames.h"
 #include "pavane/trackers/region_text.h"
 #include "pavane/trackers/region_values.h"
 
@@ -19,14 +20,6 @@ constexpr double radian = std::numbers::pi / 180;
 
 /// A million vertices; a line of many more would take far more memory than its file.
 constexpr std::size_t mostValues = 2000000;
-
-constexpr FrameName frames[] = {{"icrs", {SkyFrame::System::icrs, 2000}},
-                                {"j2000", {SkyFrame::System::fk5, 2000}},
-                                {"fk5", {SkyFrame::System::fk5, 2000}},
-                                {"b1950", {SkyFrame::System::fk4, 1950}},
-                                {"fk4", {SkyFrame::System::fk4, 1950}},
-                                {"galactic", {SkyFrame::System::galactic, 2000}},
-                                {"ecliptic", {SkyFrame::System::ecliptic, 2000}}};
 
 /// The values between a region's brackets and the text behind them.
 struct Brackets {
@@ -253,11 +246,10 @@ int CrtfReader::frameFits(const std::vector<std::string_view>& values)
         return frame_.empty();
     if (value.unit == Unit::cells)
         return 1;
-    for (const FrameName& known : frames)
-        if (frame_ == known.name) {
-            sink_.setFrame(&known.frame);
-            return 1;
-        }
+    if (const SkyFrame* const frame = frameNamed(frame_, crtfFrames)) {
+        sink_.setFrame(frame);
+        return 1;
+    }
     sink_.leaveOut("positions in " + excerpt(frame_) + " are not supported");
     return 0;
 }

@@ -1,4 +1,5 @@
 #include "pavane/trackers/region_crtf.h"
+#include "pavane/trackers/region_frames.h"
 #include "pavane/trackers/region_lines.h"
 #include "pavane/trackers/region_text.h"
 #include "pavane/trackers/region_values.h"
@@ -13,14 +14,6 @@ namespace
 {
 
 using Kind = AreaShape::Kind;
-using System = SkyFrame::System;
-
-/// What CASA calls the frames; those at other equinoxes have no name.
-constexpr FrameName frames[] = {{"ICRS", {System::icrs, 2000}},
-                                {"J2000", {System::fk5, 2000}},
-                                {"B1950", {System::fk4, 1950}},
-                                {"GALACTIC", {System::galactic, 2000}},
-                                {"ECLIPTIC", {System::ecliptic, 2000}}};
 
 std::string place(APoint<double> p, RegionSystem system)
 {
@@ -81,7 +74,7 @@ std::string crtfRegionText(const std::vector<AreaShape>& shapes, RegionSystem sy
                            const SkyCoordinates* sky, RegionNotes& notes)
 {
     std::string text = "#CRTFv0 CASA Region Text Format version 0\n";
-    const FrameName& frame = frameForWriting(std::begin(frames), std::size(frames), sky);
+    const FrameName& frame = frameForWriting(crtfFrames, sky);
     if (system == RegionSystem::sky)
         text += "global coord=" + std::string(frame.name) + '\n';
     appendRegionLines(

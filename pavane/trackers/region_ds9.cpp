@@ -1,5 +1,6 @@
 #include "pavane/trackers/region_ds9.h"
 
+#include "pavane/trackers/region_frames.h"
 #include "pavane/trackers/region_text.h"
 #include "pavane/trackers/region_values.h"
 
@@ -22,14 +23,6 @@ constexpr std::string_view otherShapes[] = {
     "epanda",  "bpanda", "cpanda",  "compass", "projection", "segment", "composite", "template",
     "rotbox",  "cross",  "diamond", "arrow",   "boxcircle",  "x"};
 constexpr std::string_view otherSystems[] = {"linear", "detector", "amplifier", "wcs", "wcs0"};
-
-constexpr FrameName frames[] = {{"icrs", {SkyFrame::System::icrs, 2000}},
-                                {"fk5", {SkyFrame::System::fk5, 2000}},
-                                {"j2000", {SkyFrame::System::fk5, 2000}},
-                                {"fk4", {SkyFrame::System::fk4, 1950}},
-                                {"b1950", {SkyFrame::System::fk4, 1950}},
-                                {"galactic", {SkyFrame::System::galactic, 2000}},
-                                {"ecliptic", {SkyFrame::System::ecliptic, 2000}}};
 
 /// A million vertices; a line of many more would take far more memory than its file.
 constexpr std::size_t mostArguments = 2000000;
@@ -153,19 +146,19 @@ int Ds9Reader::setSystem(const std::string& word)
 {
     if (word == "image" || word == "physical") {
         system_ = System::image;
+        sink_.setFrame(nullptr);
         if (word == "physical")
             sink_.notes().addOnce(RegionNotes::Kind::changed,
                                   "physical coordinates are taken as pixels of the image");
         return 1;
     }
-    for (const FrameName& known : frames)
-        if (word == known.name) {
-            system_ = System::sky;
-            sink_.setFrame(&known.frame);
-            longitudeInHours_ = known.frame.system != SkyFrame::System::galactic &&
-                                known.frame.system != SkyFrame::System::ecliptic;
-            return 1;
-        }
+    if (const SkyFrame* const frame = frameNamed(word, ds9Frames)) {
+        system_ = System::sky;
+        sink_.setFrame(frame);
+        longitudeInHours_ = frame->system != SkyFrame::System::galactic &&
+                            frame->system != SkyFrame::System::ecliptic;
+        return 1;
+    }
     if (!isOneOf(word, otherSystems) && !(word.size() == 4 && word.compare(0, 3, "wcs") == 0))
         return 0;
     system_ = System::other;

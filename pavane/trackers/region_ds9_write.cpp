@@ -1,4 +1,5 @@
 #include "pavane/trackers/region_ds9.h"
+#include "pavane/trackers/region_frames.h"
 #include "pavane/trackers/region_lines.h"
 #include "pavane/trackers/region_text.h"
 #include "pavane/trackers/region_values.h"
@@ -10,14 +11,6 @@ namespace
 {
 
 using Kind = AreaShape::Kind;
-using System = SkyFrame::System;
-
-/// What DS9 calls the frames; those at other equinoxes have no name.
-constexpr FrameName frames[] = {{"icrs", {System::icrs, 2000}},
-                                {"fk5", {System::fk5, 2000}},
-                                {"fk4", {System::fk4, 1950}},
-                                {"galactic", {System::galactic, 2000}},
-                                {"ecliptic", {System::ecliptic, 2000}}};
 
 std::string place(APoint<double> p, RegionSystem system)
 {
@@ -60,7 +53,7 @@ std::string ds9RegionText(const std::vector<AreaShape>& shapes, RegionSystem sys
                           const SkyCoordinates* sky, RegionNotes& notes)
 {
     std::string text = "# Region file format: DS9 version 4.1\n";
-    const FrameName& frame = frameForWriting(std::begin(frames), std::size(frames), sky);
+    const FrameName& frame = frameForWriting(ds9Frames, sky);
     text += system == RegionSystem::image ? "image\n" : std::string(frame.name) + '\n';
     appendRegionLines(
         shapes, system, sky, frame.frame,

@@ -107,15 +107,6 @@ int shapeToSky(const SkyCoordinates& sky, const SkyFrame& frame, const AreaShape
     return 1;
 }
 
-const FrameName& frameForWriting(const FrameName* names, std::size_t count,
-                                 const SkyCoordinates* sky)
-{
-    const FrameName* const end = names + count;
-    const FrameName* const own = std::find_if(
-        names, end, [sky](const FrameName& n) { return sky && n.frame == sky->skyFrame(); });
-    return own == end ? *names : *own;
-}
-
 void RegionSink::leaveOut(const std::string& why)
 {
     notes_.add(RegionNotes::Kind::leftOut, "line", line_, why + "; left out");

@@ -6,7 +6,6 @@
 #include "platform/api.h"
 #include "tessel/SkyCoordinates.h"
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -38,16 +37,6 @@ int shapeFromSky(const SkyCoordinates& sky, const SkyFrame& frame, AreaShape& sh
 /// 3e-7 cells at its corners, becomes a polygon. 0 when a point of it has no position.
 int shapeToSky(const SkyCoordinates& sky, const SkyFrame& frame, const AreaShape& cells,
                AreaShape& onSky);
-
-/// A frame as a format calls it.
-struct FrameName {
-    const char* name;
-    SkyFrame frame;
-};
-/// What files of a map are written in: the first of `names` with the map's frame, so that nothing
-/// moves, else ICRS, which stands first.
-const FrameName& frameForWriting(const FrameName* names, std::size_t count,
-                                 const SkyCoordinates* sky);
 
 /// Collects the shapes of a region file: places each on the map and notes what is not taken.
 class RegionSink
