@@ -157,7 +157,9 @@ private:
             if (level)
                 fillLevel(a.y, levelFirst, levelLast);
             level = false;
-            if (!listEdge(i, a, b, (before < a.y) == (b.y < a.y)))
+            const bool withStart = (before < a.y) == (b.y < a.y);
+            if (!(loose_ && isOneRow(a, b) ? noteEnds(a, b, withStart)
+                                           : listEdge(i, a, b, withStart)))
                 return 0;
             before = a.y;
         }
@@ -187,6 +189,23 @@ private:
         starts |= bit;
         head = 2 * static_cast<std::uint32_t>(i) + (withStart ? 1 : 0);
         return 1;
+    }
+
+    static bool isOneRow(CPoint a, CPoint b)
+    {
+        const std::int64_t down = std::int64_t{b.y} - a.y;
+        return down == 1 || down == -1;
+    }
+    /// An edge to the next row crosses rows at its ends only; outlines of many corners are made of
+    /// these.
+    int noteEnds(CPoint a, CPoint b, bool withStart)
+    {
+        return (!withStart || noteCrossing(a)) && noteCrossing(b);
+    }
+    int noteCrossing(CPoint p)
+    {
+        return p.y < top_ || p.y > bottom_ ||
+               looseCrossings_.add(static_cast<std::size_t>(p.y - top_), p.x);
     }
 
     int noteCrossings(ScanEdge edge, EdgeRows rows)
