@@ -94,6 +94,8 @@ void AAxisWnd::SetAxis(A2DAxis* axis, int owned)
 void AAxisWnd::SetMap(ABMapGraph* map)
 {
     map_ = map;
+    if (map)
+        map->setShownOften(1);
     overlay_->setMap(map);
     overlay_->follow(*trackers_);
     ContentChanged();

@@ -65,6 +65,10 @@ public:
     int hasHeaderText(int index) const override;
     CString getHeaderText(int index) const override;
     void getMinMax(TMinMax& range) const override;
+    /// Says that the map will be drawn again and again with other ranges, as in a window: the first
+    /// drawing may then take memory and time that make the later ones fast.
+    void setShownOften(int on) { shownOften_ = on; }
+    int isShownOften() const { return shownOften_; }
     /// Draws the beam or the words; derived graphs draw their cells first and then call this.
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
 
@@ -85,6 +89,7 @@ private:
     mutable MapNoise noise_;
     mutable int hasRange_ = 0;
     mutable int hasNoise_ = 0;
+    int shownOften_ = 0;
 };
 
 /// The words over a map without data.

@@ -70,8 +70,7 @@ const MapScale& AColorsGraph::scale() const
     const TMnMx range = zRange();
     if (hasScale_ && range == scaleRange_)
         return scale_;
-    ranks_.clear();
-    drawn_ = 0;
+    ranked_ = drawn_ = 0;
     double low = range.min;
     if (kind_ == MapScaleKind::logarithmic && low <= 0 && noise().sigma < range.max)
         low = noise().sigma;
@@ -134,15 +133,23 @@ void AColorsGraph::drawCells(CDC& dc) const
               rowsOfPixels(target.top, target.Height(), ratio), target);
 }
 
+/// Ranks for a map that is zoomed and moved: one that a window shows, or that is drawn twice.
+int AColorsGraph::hasRanks(const MapScale& colorScale) const
+{
+    if (shared_ != SharedPixel::greatest)
+        return 0;
+    const int often = isShownOften() || drawn_ > 0;
+    drawn_ = 1;
+    if (often && !ranked_)
+        ranked_ = ranks_.set(cells(), colorScale, indices_.count) ? 1 : -1;
+    return ranked_ > 0;
+}
+
 int AColorsGraph::paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
                         std::ptrdiff_t stride) const
 {
     const MapScale& colorScale = scale();
-    // who draws a map twice draws it often: a window that is zoomed and moved
-    if (drawn_++ == 1 && shared_ == SharedPixel::greatest)
-        (void)ranks_.set(cells(), colorScale, indices_.count);
-    if (!ranks_.isEmpty() && shared_ == SharedPixel::greatest &&
-        ranks_.paint(x, y, indices_, bits, stride))
+    if (hasRanks(colorScale) && ranks_.paint(x, y, indices_, bits, stride))
         return 1;
     MapReduction reduced;
     return reduced.reduce(cells(), x, y, shared_) &&

@@ -51,6 +51,7 @@ private:
     void drawOnPage(CDC& dc) const;
     int paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
               std::ptrdiff_t stride) const;
+    int hasRanks(const MapScale& colorScale) const;
 
     MapScaleKind kind_ = MapScaleKind::linear;
     SharedPixel shared_ = SharedPixel::greatest;
@@ -61,7 +62,8 @@ private:
     mutable TMnMx scaleRange_;
     mutable int hasScale_ = 0;
     mutable MapRanks ranks_;
-    mutable int drawn_ = 0;  ///< whether the cells were drawn on this scale before
+    mutable int ranked_ = 0;  ///< 1 when the ranks are those of the scale, -1 without memory
+    mutable int drawn_ = 0;   ///< whether the cells were drawn on this scale before
 };
 
 }  // namespace pavane

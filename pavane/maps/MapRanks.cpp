@@ -2,7 +2,7 @@
 
 #include "pavane/maps/index_rows.h"
 
-#include <cstring>
+#include <algorithm>
 
 namespace pavane
 {
@@ -10,76 +10,14 @@ namespace pavane
 namespace
 {
 
-constexpr int lanes = 16;
-
 /// Rows that are folded in one go.
 constexpr int foldedRows = 4;
 
-template <int rows>
-inline __attribute__((always_inline)) void foldOf(const unsigned char* const* row, int count,
-                                                  unsigned char* __restrict greatest)
-{
-    const unsigned char* const first = row[0];
-    const unsigned char* const second = row[rows > 1 ? 1 : 0];
-    const unsigned char* const third = row[rows > 2 ? 2 : 0];
-    const unsigned char* const fourth = row[rows > 3 ? 3 : 0];
-    for (int i = 0; i < count; ++i)
-        greatest[i] = std::max(std::max(first[i], second[i]), std::max(third[i], fourth[i]));
-}
-
-/// Items become the greatest of 1 to 4 rows, none of which is `greatest`.
-inline __attribute__((always_inline)) void foldAny(const unsigned char* const* row, int rows,
-                                                   int count, unsigned char* greatest)
-{
-    switch (rows) {
-    case 1:
-        return foldOf<1>(row, count, greatest);
-    case 2:
-        return foldOf<2>(row, count, greatest);
-    case 3:
-        return foldOf<3>(row, count, greatest);
-    default:
-        return foldOf<4>(row, count, greatest);
-    }
-}
-
-using FoldRows = void (*)(const unsigned char* const*, int, int, unsigned char*);
-
-void foldPlain(const unsigned char* const* row, int rows, int count, unsigned char* greatest)
-{
-    foldAny(row, rows, count, greatest);
-}
-
-#if defined(__x86_64__)
-__attribute__((target("avx2"))) void foldWide(const unsigned char* const* row, int rows, int count,
-                                              unsigned char* greatest)
-{
-    foldAny(row, rows, count, greatest);
-}
-#endif
-
-FoldRows foldFor(SimdPath path)
-{
-#if defined(__x86_64__)
-    if (path != SimdPath::plain)
-        return foldWide;
-#else
-    (void)path;
-#endif
-    return foldPlain;
-}
-
-void ranksToIndices(unsigned char* row, int count, unsigned char shift, unsigned char blank)
+void ranksToIndices(const unsigned char* ranks, int count, unsigned char shift, unsigned char blank,
+                    unsigned char* __restrict indices)
 {
     for (int i = 0; i < count; ++i)
-        row[i] = row[i] ? static_cast<unsigned char>(row[i] + shift) : blank;
-}
-
-/// The greatest of each item and the one `distance` behind it.
-void foldPairs(const unsigned char* row, int distance, int count, unsigned char* greatest)
-{
-    for (int i = 0; i < count; ++i)
-        greatest[i] = std::max(row[i], row[i + distance]);
+        indices[i] = ranks[i] ? static_cast<unsigned char>(ranks[i] + shift) : blank;
 }
 
 /// Greatest rank of each group of a row that starts at the first column of `x`. Inner groups of n
@@ -87,21 +25,27 @@ void foldPairs(const unsigned char* row, int distance, int count, unsigned char*
 class GroupRanks
 {
 public:
-    explicit GroupRanks(const PixelCells& x) : x_(x), columns_(x.endCell() - x.firstCell())
+    GroupRanks(const PixelCells& x, SimdPath path)
+        : x_(x), columns_(x.endCell() - x.firstCell()), kernels_(rankKernels(path))
     {
         int shortest = columns_;
         for (int g = 1; g + 1 < x.groups(); ++g)
             shortest = std::min(shortest, x.span(g).end - x.span(g).first);
         while (width_ * 2 <= shortest)
             width_ *= 2;
+        bool plain = true;
         for (int g = 0; g < x.groups(); ++g) {
             const CellSpan span = x.span(g);
-            plain_ =
-                plain_ && (g < 1 || g + 1 == x.groups() || span.end - span.first <= 2 * width_);
-            ends_.push_back({span.first - x.firstCell(), span.end - x.firstCell() - width_});
+            const bool outer = g < 1 || g + 1 == x.groups();
+            plain = plain && (outer || span.end - span.first <= 2 * width_);
+            const int first = std::min(span.first - x.firstCell(), columns_ - width_);
+            ends_.push_back({first, std::max(first, span.end - x.firstCell() - width_)});
         }
+        if (plain && kernels_.join)
+            shuffleItems();
     }
-
+    /// How many bytes `greatest` needs.
+    std::size_t room() const { return ends_.size() + ItemShuffles::groupsOfBlock; }
     /// `row` and `spare` are used up.
     void take(unsigned char* row, unsigned char* spare, unsigned char* greatest) const
     {
@@ -109,16 +53,14 @@ public:
         const unsigned char first = ofSpan(row, 0);
         const unsigned char final = ofSpan(row, last);
         for (int distance = 1; distance < width_; distance *= 2) {
-            foldPairs(row, distance, columns_ - distance, spare);
+            kernels_.pairs(row, distance, columns_ - distance, spare);
             std::swap(row, spare);
         }
-        const Ends* const ends = ends_.data();
-        if (plain_)
-            for (int g = 1; g < last; ++g)
-                greatest[g] = std::max(row[ends[g].first], row[ends[g].last]);
+        if (!items_.blocks.empty())
+            kernels_.join(row, items_, greatest);
         else
             for (int g = 1; g < last; ++g)
-                greatest[g] = ofItems(row, ends[g]);
+                greatest[g] = ofItems(row, ends_[static_cast<std::size_t>(g)]);
         greatest[0] = first;
         greatest[last] = last > 0 ? final : first;
     }
@@ -143,37 +85,61 @@ private:
         return greatest;
     }
 
+    /// Without blocks where groups lie so far apart that shuffling all bytes between costs more.
+    void shuffleItems()
+    {
+        constexpr int mostChunks = 12;
+        constexpr int bytes = 16;
+        constexpr unsigned char nowhere = 0x80;
+        for (std::size_t g = 0; g < ends_.size(); g += ItemShuffles::groupsOfBlock) {
+            const std::size_t end = std::min(g + ItemShuffles::groupsOfBlock, ends_.size());
+            const int base = ends_[g].first;
+            const int chunks = (ends_[end - 1].last - base) / bytes + 1;
+            if (chunks > mostChunks) {
+                items_.blocks.clear();
+                return;
+            }
+            items_.blocks.push_back({base, chunks, static_cast<int>(items_.shuffles.size())});
+            for (int chunk = 0; chunk < chunks; ++chunk) {
+                ItemShuffles::Shuffle shuffle;
+                std::fill_n(shuffle.places, 2 * bytes, nowhere);
+                const auto put = [&](std::size_t to, int item) {
+                    if ((item - base) / bytes == chunk)
+                        shuffle.places[to] = static_cast<unsigned char>((item - base) % bytes);
+                };
+                for (std::size_t i = g; i < end; ++i) {
+                    put(i - g, ends_[i].first);
+                    put(i - g + bytes, ends_[i].last);
+                }
+                items_.shuffles.push_back(shuffle);
+            }
+        }
+    }
+
     const PixelCells& x_;
     int columns_;
+    const RankKernels& kernels_;
     int width_ = 1;
-    bool plain_ = true;
     std::vector<Ends> ends_;
+    ItemShuffles items_;
 };
 
 }  // namespace
 
 int MapRanks::set(const AMatrixAccess& cells, const MapScale& scale, int count, SimdPath path)
 {
-    clear();
-    if (count < 1 || count > 226 || !ranks_.allocate(cells.rows(), cells.columns()))
-        return 0;
-    const RowKernels& kernels = rowKernels(path);
-    // the index of a cell without a value wraps around to rank 0
-    const RowPainter painter(scale, {0, count, 255}, path);
+    // the same memory again, if it fits: fresh pages cost as much as reading the cells
+    if (ranks_.rows() != cells.rows() || ranks_.columns() != cells.columns())
+        clear();
+    if (count < 1 || count > 226 || (isEmpty() && !ranks_.allocate(cells.rows(), cells.columns())))
+        return clear(), 0;
+    const RowPainter painter(scale, {0, count, 0}, path);
     RowReader rows(cells);
-    std::vector<float> finite(static_cast<std::size_t>(cells.columns()) + lanes);
-    float least[lanes] = {};
     for (int r = 0; r < cells.rows(); ++r) {
         const float* const row = rows.row(r);
-        if (!row) {
-            clear();
-            return 0;
-        }
-        kernels.fold(&row, 1, cells.columns(), finite.data(), 1, least);
-        unsigned char* const ranks = ranks_.row(r);
-        painter.paint(finite.data(), cells.columns(), ranks);
-        for (int c = 0; c < cells.columns(); ++c)
-            ++ranks[c];
+        if (!row)
+            return clear(), 0;
+        painter.rank(row, cells.columns(), ranks_.row(r), path);
     }
     return 1;
 }
@@ -186,15 +152,15 @@ int MapRanks::paint(const PixelCells& x, const PixelCells& y, const MapColors& c
         return 0;
     const auto blank = static_cast<unsigned char>(colors.blank);
     const auto shift = static_cast<unsigned char>(colors.first - 1);
-    const GroupRanks groups(x);
-    const FoldRows fold = foldFor(path);
+    const GroupRanks groups(x, path);
+    const RankKernels& kernels = rankKernels(path);
     const int first = x.firstCell();
     const int columns = x.endCell() - first;
-    std::vector<unsigned char> folded(static_cast<std::size_t>(columns));
+    std::vector<unsigned char> folded(static_cast<std::size_t>(columns + rankMargin));
     std::vector<unsigned char> spare(folded.size());
+    std::vector<unsigned char> greatest(groups.room());
     paintRows(x, y, bits, stride, rowKernels(path), [&](int group, unsigned char* row) {
         const CellSpan span = y.span(group);
-        const auto size = static_cast<std::size_t>(columns);
         const unsigned char* rows[foldedRows];
         for (int r = span.first; r < span.end;) {
             int n = 0;
@@ -204,13 +170,14 @@ int MapRanks::paint(const PixelCells& x, const PixelCells& y, const MapColors& c
             }
             for (; n < foldedRows && r < span.end; ++n, ++r)
                 rows[n] = ranks_.row(r) + first;
-            fold(rows, n, columns, folded.data());
+            kernels.fold(rows, n, columns, std::ptrdiff_t{n} * ranks_.columns(), folded.data());
         }
-        if (x.oneToOne())
-            std::memcpy(row, folded.data(), size);
-        else
-            groups.take(folded.data(), spare.data(), row);
-        ranksToIndices(row, x.groups(), shift, blank);
+        const unsigned char* ranks = folded.data();
+        if (!x.oneToOne()) {
+            groups.take(folded.data(), spare.data(), greatest.data());
+            ranks = greatest.data();
+        }
+        ranksToIndices(ranks, x.groups(), shift, blank, row);
     });
     return 1;
 }

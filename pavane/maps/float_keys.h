@@ -10,7 +10,7 @@ namespace pavane
 constexpr std::uint32_t orderedKey(float value)
 {
     const std::uint32_t bits = std::bit_cast<std::uint32_t>(value);
-    return bits & 0x80000000u ? ~bits : bits | 0x80000000u;
+    return bits ^ ((0u - (bits >> 31)) | 0x80000000u);  // signs come as they like: without a branch
 }
 
 /// The float of a key.

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "pavane/maps/float_keys.h"
 #include "pavane/maps/map_picture.h"
+#include "pavane/maps/rank_kernels.h"
 #include "pavane/maps/row_kernels.h"
+#include "pavane/maps/threshold_table.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,52 +13,6 @@
 
 namespace pavane
 {
-
-/// Indices of values on any scale, by comparison with the values at which colours change. A table
-/// over the upper bits of the values' keys tells where to start comparing, so that nearly all
-/// values need one comparison, whatever the scale.
-class ThresholdTable
-{
-public:
-    ThresholdTable(const MapScale& scale, int count) : thresholds_(static_cast<std::size_t>(count))
-    {
-        thresholds_[0] = -std::numeric_limits<float>::infinity();
-        for (std::size_t i = 1; i < thresholds_.size(); ++i)
-            thresholds_[i] =
-                std::max(thresholds_[i - 1],
-                         static_cast<float>(scale.value(static_cast<double>(i) / count)) + 0.0f);
-        if (count < 2)
-            return;
-        firstKey_ = orderedKey(thresholds_[1]);
-        const std::uint32_t span = orderedKey(thresholds_.back()) - firstKey_;
-        shift_ = std::max(0, static_cast<int>(std::bit_width(span)) - 16);
-        start_.resize((span >> shift_) + 1);
-        std::uint32_t index = 0;
-        for (std::uint32_t place = 0; place < start_.size(); ++place) {
-            while (index + 1 < thresholds_.size() &&
-                   orderedKey(thresholds_[index + 1]) - firstKey_ <= place << shift_)
-                ++index;
-            start_[place] = static_cast<unsigned char>(index);
-        }
-    }
-    // adding 0 makes one zero of the two
-    int of(float value) const
-    {
-        if (thresholds_.size() < 2 || !(value >= thresholds_[1]))
-            return 0;
-        const std::size_t place = (orderedKey(value + 0.0f) - firstKey_) >> shift_;
-        std::size_t index = start_[std::min(place, start_.size() - 1)];
-        while (index + 1 < thresholds_.size() && value >= thresholds_[index + 1])
-            ++index;
-        return static_cast<int>(index);
-    }
-
-private:
-    std::vector<float> thresholds_;
-    std::vector<unsigned char> start_;  ///< of keys from that of the second threshold on
-    std::uint32_t firstKey_ = 0;
-    int shift_ = 0;
-};
 
 /// Turns rows of values into rows of indices; minus infinity is a cell without a value.
 class RowPainter
@@ -84,6 +39,15 @@ public:
             indices[i] = values[i] == -std::numeric_limits<float>::infinity()
                              ? blank
                              : static_cast<unsigned char>(colors_.first + table_.of(values[i]));
+    }
+
+    /// The indices of cells as ranks: 1 more, and 0 for a cell that is not finite.
+    void rank(const float* cells, int count, unsigned char* ranks, SimdPath path) const
+    {
+        if (linear_)
+            rankKernels(path).rank(cells, count, low_, step_, colors_.count - 1, ranks);
+        else
+            table_.rank(cells, count, ranks);
     }
 
 private:

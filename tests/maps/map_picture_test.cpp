@@ -119,29 +119,88 @@ TEST(MapReduction, AveragesWhenAsked)
     EXPECT_EQ(reduced.values()(0, 1), 2);
 }
 
-TEST(MapRanks, PaintThePictureOfTheValues)
+/// Colour of the greatest cell of each pixel, one pixel after the other; 250 where the map does not
+/// reach.
+std::vector<unsigned char> plainPicture(const AMatrix<float>& map, const PixelCells& x,
+                                        const PixelCells& y, const MapScale& scale,
+                                        const MapColors& colors)
 {
+    std::vector<unsigned char> picture;
+    std::vector<float> changes;  // where the next colour begins
+    for (int i = 1; i < colors.count; ++i)
+        changes.push_back(static_cast<float>(scale.value(static_cast<double>(i) / colors.count)));
+    const float step = static_cast<float>(colors.count / (scale.high() - scale.low()));
+    for (int j = 0; j < y.pixels(); ++j)
+        for (int i = 0; i < x.pixels(); ++i) {
+            if (x.groupOf(i) < 0 || y.groupOf(j) < 0) {
+                picture.push_back(250);
+                continue;
+            }
+            const float value = greatestOf(map, y.span(y.groupOf(j)), x.span(x.groupOf(i)));
+            int index = 0;
+            if (scale.kind() == MapScaleKind::linear)
+                index =
+                    static_cast<int>(std::clamp((value - static_cast<float>(scale.low())) * step,
+                                                0.0f, static_cast<float>(colors.count - 1)));
+            else
+                index = static_cast<int>(std::upper_bound(changes.begin(), changes.end(), value) -
+                                         changes.begin());
+            picture.push_back(static_cast<unsigned char>(std::isfinite(value) ? colors.first + index
+                                                                              : colors.blank));
+        }
+    return picture;
+}
+
+TEST(MapRanks, PaintThePictureOfTheGreatestCells)
+{
+    constexpr MapScaleKind kinds[] = {MapScaleKind::linear, MapScaleKind::squareRoot,
+                                      MapScaleKind::logarithmic, MapScaleKind::equalized};
     std::mt19937 random(11);
-    for (int round = 0; round < 60; ++round) {
+    MapRanks ranks;
+    for (int round = 0; round < 84; ++round) {
         const int rows = 1 + pick(random, 60);
         const int columns = 1 + pick(random, 300);
-        const AMatrix<float> map = randomMap(rows, columns, pick(random, 1 << 20));
+        AMatrix<float> map = randomMap(rows, columns, pick(random, 1 << 20));
+        const float offset =
+            round % 7 ? 0.0f : 1e3f;  // all values share the upper half of their bits
+        for (std::int64_t i = 0; offset > 0 && i < map.cells(); ++i)
+            map.data()[i] = offset + 0.01f * map.data()[i];
         const AFloatMatrixAccess cells(map);
         PixelCells x, y;
         // from many cells a pixel to many pixels a cell, also from the middle of the map
         const double stepX = (round % 2 ? 1 : -1) * columns / (1.0 + pick(random, 200));
         x.setLinear(round % 2 ? columns / 3.0 : columns - 0.5, stepX, 90, columns);
+        if (round % 5 == 0) {  // pixels of unequal widths, as on a logarithmic axis
+            std::vector<double> edges{-0.5};
+            while (edges.size() <= 90)
+                edges.push_back(
+                    -0.5 + columns * std::pow(2.0, static_cast<double>(edges.size()) / 9 - 10));
+            x.set(edges, columns);
+        }
         y.setLinear(-2.5, (rows + 3) / (1.0 + pick(random, 60)), 30, rows);
-        MapScale scale(round % 3 ? MapScaleKind::linear : MapScaleKind::squareRoot, -3, 6);
-        const MapColors colors{round % 5, 200, 240};
+        const double width = offset > 0 ? 0.03 : 3;
+        const double centre = static_cast<double>(offset);
+        MapScale scale(kinds[round % 4],
+                       round % 4 == 2 ? std::max(centre - width, 0.25) : centre - width,
+                       centre + 2 * width);
+        (void)scale.equalize(cells);
+        const MapColors colors{0, round % 3 ? 226 : 2 + pick(random, 200), 240};
+        const std::vector<unsigned char> expected = plainPicture(map, x, y, scale, colors);
+        for (const SimdPath path : simdPaths()) {
+            ASSERT_TRUE(ranks.set(cells, scale, colors.count, path));
+            for (const int first : {0, round % 5}) {
+                std::vector<unsigned char> bits(90 * 30, 250), shifted = expected;
+                for (unsigned char& index : shifted)
+                    index = static_cast<unsigned char>(index < 226 ? index + first : index);
+                ASSERT_TRUE(ranks.paint(x, y, {first, colors.count, 240}, bits.data(), 90, path));
+                ASSERT_EQ(bits, shifted) << round;
+            }
+        }
         MapReduction reduced;
-        MapRanks ranks;
-        ASSERT_TRUE(ranks.set(cells, scale, colors.count));
-        std::vector<unsigned char> expected(90 * 30, 250), bits(90 * 30, 250);
+        std::vector<unsigned char> bits(90 * 30, 250);
         ASSERT_TRUE(reduced.reduce(cells, x, y));
-        ASSERT_TRUE(paintMap(reduced, x, y, scale, colors, expected.data(), 90));
-        ASSERT_TRUE(ranks.paint(x, y, colors, bits.data(), 90));
-        EXPECT_EQ(bits, expected) << round;
+        ASSERT_TRUE(paintMap(reduced, x, y, scale, colors, bits.data(), 90));
+        ASSERT_EQ(bits, expected) << round;
     }
 }
 
