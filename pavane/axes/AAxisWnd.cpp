@@ -155,7 +155,7 @@ CWnd* AAxisWnd::trackerToolBar() { return bar_; }
 
 void AAxisWnd::ContentChanged()
 {
-    stale_ = 1;
+    stale_ = contentStale_ = 1;
     Invalidate();
 }
 
@@ -255,25 +255,45 @@ int AAxisWnd::refreshContent(CDC& dc, const CRect& client)
 {
     const int fits = content_.bits() && content_.size() == client.Size() &&
                      content_.ratio() == dc.GetPixelRatio();
-    if (fits && !stale_)
+    if (fits && !contentStale_)
         return 1;
     if (!fits && !content_.CreateCompatibleBitmap(dc, client.Width(), client.Height()))
         return 0;
     CMemoryDC memory(content_);
     drawContent(memory, client, 1);
-    stale_ = 0;
+    contentStale_ = 0;
+    contentDrawn(content_.ratio());
+    return 1;
+}
+
+/// While the range moves below nothing else, the picture goes to the window without a copy of it;
+/// who draws over it later gets one. 0 when a copy is needed.
+int AAxisWnd::drawAtOnce(CDC& dc, const CRect& client)
+{
+    if (!moving_ || !stale_ || showCells_ || presses_ > 0 || trackers_->trackerCount() > 0 ||
+        trackers_->workingTracker())
+        return 0;
+    drawContent(dc, client, 1);
+    contentDrawn(dc.GetPixelRatio());
+    return 1;
+}
+
+void AAxisWnd::contentDrawn(int ratio)
+{
+    stale_ = moving_ = 0;
     ++contentDrawings_;
     if (!axis_)
-        return 1;
+        return;
     if (whole_ == TMinMax())
         whole_ = axis_->getMinMax();
     trackers_->SetAxis(axis_);
-    overlay_->setPlot(axis_->getGraphRect(), content_.ratio());
-    return 1;
+    overlay_->setPlot(axis_->getGraphRect(), ratio);
 }
 
 void AAxisWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
 {
+    if (drawAtOnce(dc, client))
+        return;
     if (!refreshContent(dc, client)) {
         dc.FillSolidRect(client, RGB(255, 255, 255));
         return;

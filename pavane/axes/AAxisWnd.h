@@ -167,6 +167,8 @@ private:
     void squareOut(CDC& dc, const CRect& rect);
     void drawContent(CDC& dc, const CRect& rect, int steady);
     int refreshContent(CDC& dc, const CRect& client);
+    int drawAtOnce(CDC& dc, const CRect& client);
+    void contentDrawn(int ratio);
     void restoreLayout();
     int freshPicture(CBitmap& picture);
     void settle();
@@ -215,7 +217,9 @@ private:
     CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
     CSize marginsFor_;
     CBitmap content_;
-    int stale_ = 1;
+    int stale_ = 1;         ///< the window shows something else
+    int contentStale_ = 1;  ///< content_ does
+    int moving_ = 0;        ///< the range has changed since the content was drawn
     int contentDrawings_ = 0;
     int square_ = 1;
     int showCells_ = 0;

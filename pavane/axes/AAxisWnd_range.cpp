@@ -49,6 +49,7 @@ void AAxisWnd::SetNewMinMax(const TMinMax& range)
     put(shown, xOf(range), yOf(range));
     axis_->setMinMax(shown);
     trackers_->ForgetBoxes();
+    moving_ = 1;
     ContentChanged();
     enableCommands();
     OnRangeChanged();
