@@ -46,6 +46,7 @@ public:
     const char* GetWndClassName() override { return "PavaneView"; }
     MapWindow& view() { return view_; }
     const AreaSession& session() const { return session_; }
+    const StatusLine& statusLine() const { return status_; }
 
 protected:
     int OnCreate(CREATESTRUCT& cs) override;

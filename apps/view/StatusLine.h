@@ -19,6 +19,7 @@ public:
     static int height();
 
     void SetTexts(const StatusTexts& texts);
+    const StatusTexts& GetTexts() const { return texts_; }
     /// Empties the panes and forgets how wide their texts were.
     void Reset();
     /// Shows a message until the next texts come.
