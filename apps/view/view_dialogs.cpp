@@ -6,6 +6,7 @@
 #include "tessel/rounding.h"
 
 #include <iterator>
+#include <string_view>
 
 namespace pavane
 {
@@ -117,10 +118,11 @@ protected:
     void OnOK() override
     {
         LevelChoice choice;
-        std::string ignored;
+        std::string error;
         const CString text = GetDlgItemText(idText);
-        if (!parseLevels(text, choice, ignored)) {
-            AfxMessageBox("These are no contour levels: " + text, MB_ICONERROR);
+        if (!parseLevels(text, choice, error)) {
+            constexpr std::size_t option = std::string_view("--levels").size();
+            AfxMessageBox("The list of levels" + error.substr(option), MB_ICONERROR);
             return;
         }
         text_ = text;

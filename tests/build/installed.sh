@@ -55,6 +55,13 @@ sh -eu view.sh | grep -q '^mask_cells'
 test -s map.png
 test -s mask.fits
 
+# what tells of the programs
+for program in pavane-view pavane-simulate; do
+    $program --version | grep -qx "$program [0-9.]*"
+    $program -h | grep -q '^usage:'
+    grep -q '^.TH pavane' "$stage/share/man/man1/$program.1"
+done
+
 # a tree that holds this one links the same name
 mkdir "$work/tree"
 cat >"$work/tree/CMakeLists.txt" <<END
