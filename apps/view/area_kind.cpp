@@ -243,9 +243,11 @@ int promisedRegions(std::string_view text)
 {
     text.remove_prefix(std::min(text.find('\n') + 1, text.size()));
     std::string_view line = trimmed(text.substr(0, text.find('\n')));
-    constexpr std::string_view before = "# ", behind = " areas";
+    constexpr std::string_view before = "# ", behind = " area";
     int count = 0;
-    if (!line.starts_with(before) || !line.ends_with(behind) || line.size() < 8)
+    if (line.ends_with('s'))
+        line.remove_suffix(1);
+    if (!line.starts_with(before) || !line.ends_with(behind) || line.size() <= 7)
         return -1;
     line = line.substr(before.size(), line.size() - before.size() - behind.size());
     return stoval(line, count) && count >= 0 ? count : -1;

@@ -43,7 +43,8 @@ void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system
                       "is not a rectangle on the sky; written as a polygon");
         append(onSky);
     }
-    text.insert(text.find('\n') + 1, "# " + std::to_string(written) + " areas\n");
+    text.insert(text.find('\n') + 1,
+                "# " + std::to_string(written) + (written == 1 ? " area\n" : " areas\n"));
 }
 
 int canWrite(const std::string& file, RegionSystem system, const SkyCoordinates* sky,
