@@ -46,7 +46,8 @@ CString fittedLines(CDC& dc, const CString& text, int width, int height)
     CString words;
     for (std::size_t at = 0; at <= text.size();) {
         const std::size_t end = std::min(text.find(' ', at), text.size());
-        words += (at ? " " : "") + fittedLine(dc, text.substr(at, end - at), width);
+        words += at ? " " : "";
+        words += fittedLine(dc, text.substr(at, end - at), width);
         at = end + 1;
     }
     const int room = std::max(height, dc.GetTextExtent("M").cy);
