@@ -1,6 +1,7 @@
 #include "pavane/maps/equal_shares.h"
 
 #include "pavane/maps/float_keys.h"
+#include "pavane/maps/simd_path.h"
 
 #include <algorithm>
 #include <bit>
@@ -15,7 +16,7 @@ namespace pavane
 namespace
 {
 
-constexpr std::int64_t sampledCells = std::int64_t{1} << 24;
+constexpr std::int64_t sampledCells = std::int64_t{10} << 20;
 constexpr int firstBits = 16;  ///< of a key that the first pass counts by
 constexpr int laterBits = 8;   ///< that each pass after it adds
 /// A bucket with at most this part of a share is fine enough.
@@ -23,6 +24,48 @@ constexpr int fineParts = 200;
 /// From so many cells in a share on, the cells of an even bucket lie evenly to within its
 /// hundredth.
 constexpr std::int64_t manyCells = std::int64_t{1} << 15;
+
+/// keys[i] becomes the ordered key of values[i] above `first`, or `outside` where that exceeds
+/// `span`, without its `shift` lowest bits.
+inline __attribute__((always_inline)) void keysBody(const float* __restrict values, int count,
+                                                    std::uint32_t first, std::uint32_t span,
+                                                    std::uint32_t outside, int shift,
+                                                    std::uint32_t* __restrict keys)
+{
+    for (int i = 0; i < count; ++i) {
+        const std::uint32_t key = orderedKey(values[i]) - first;
+        keys[i] = (key <= span ? key : outside) >> shift;
+    }
+}
+
+using KeysOf = void (*)(const float*, int, std::uint32_t, std::uint32_t, std::uint32_t, int,
+                        std::uint32_t*);
+
+void keysPlain(const float* values, int count, std::uint32_t first, std::uint32_t span,
+               std::uint32_t outside, int shift, std::uint32_t* keys)
+{
+    keysBody(values, count, first, span, outside, shift, keys);
+}
+
+#if defined(__x86_64__)
+__attribute__((target("avx2"))) void keysWide(const float* values, int count, std::uint32_t first,
+                                              std::uint32_t span, std::uint32_t outside, int shift,
+                                              std::uint32_t* keys)
+{
+    keysBody(values, count, first, span, outside, shift, keys);
+}
+#endif
+
+KeysOf keysFor(SimdPath path)
+{
+#if defined(__x86_64__)
+    if (path != SimdPath::plain)
+        return keysWide;
+#else
+    (void)path;
+#endif
+    return keysPlain;
+}
 
 /// The cells of a range as keys from 0 to that of its high end; buckets of the first pass are
 /// 1 << shift() keys wide, and cells outside the range get the first key behind the last bucket.
@@ -44,7 +87,9 @@ public:
         span_ = orderedKey(last == 0 ? 0.0f : last) - first_;
         shift_ = std::max(0, static_cast<int>(std::bit_width(span_)) - firstBits);
         const std::int64_t all = std::int64_t{cells.rows()} * cells.columns();
-        step_ = static_cast<int>(std::max<std::int64_t>(1, all / sampledCells));
+        rows_ = all <= sampledCells
+                    ? cells.rows()
+                    : std::max(1, static_cast<int>(sampledCells / std::max(1, cells.columns())));
     }
     bool isEmpty() const { return isEmpty_; }
     int shift() const { return shift_; }
@@ -54,24 +99,24 @@ public:
         return static_cast<double>(
             keyValue(first_ + static_cast<std::uint32_t>(std::min<std::uint64_t>(key, span_))));
     }
-    /// Hands the keys over in blocks. Non-zero on success, 0 without memory.
+    /// Hands the keys over in blocks, without their `shift` lowest bits. Non-zero on success, 0
+    /// without memory.
     template <typename Take>
-    int read(const Take& take) const
+    int read(int shift, const Take& take) const
     {
         constexpr int blockSize = 1024;
         std::uint32_t keys[blockSize];
         const std::uint32_t outside = buckets() << shift_;
+        const KeysOf keysOf = keysFor(bestSimdPath());
         RowReader reader(cells_);
-        for (int r = step_ / 2; r < cells_.rows(); r += step_) {
-            const float* const row = reader.row(r);
+        for (std::int64_t i = 0; i < rows_; ++i) {
+            const float* const row =
+                reader.row(static_cast<int>((2 * i + 1) * cells_.rows() / (2 * rows_)));
             if (!row)
                 return 0;
             for (int c = 0; c < cells_.columns(); c += blockSize) {
                 const int count = std::min(blockSize, cells_.columns() - c);
-                for (int i = 0; i < count; ++i) {
-                    const std::uint32_t key = orderedKey(row[c + i]) - first_;
-                    keys[i] = key <= span_ ? key : outside;
-                }
+                keysOf(row + c, count, first_, span_, outside, shift, keys);
                 take(keys, count);
             }
         }
@@ -83,7 +128,7 @@ private:
     std::uint32_t first_ = 0;
     std::uint32_t span_ = 0;
     int shift_ = 0;
-    int step_ = 1;
+    std::int64_t rows_ = 0;
     bool isEmpty_ = false;
 };
 
@@ -113,7 +158,7 @@ private:
     /// Tells in which group of buckets of the next pass a bucket lies, 0 for none.
     struct Pass {
         int shift;
-        std::vector<std::uint16_t> slots;
+        std::vector<std::uint8_t> slots;
     };
     int countFirst(std::vector<std::uint32_t>& counts) const;
     int countFiner(int bits, std::size_t slots, std::vector<std::uint32_t>& counts) const;
@@ -136,15 +181,16 @@ int ShareSearch::countFirst(std::vector<std::uint32_t>& counts) const
 {
     // neighbours that fall into one bucket would wait for each other in a single table
     std::vector<std::uint32_t> odd(counts.size());
-    const int shift = shift_;
-    const int read = keys_.read([&counts, &odd, shift](const std::uint32_t* keys, int count) {
+    std::uint32_t* const a = counts.data();
+    std::uint32_t* const b = odd.data();
+    const int read = keys_.read(shift_, [a, b](const std::uint32_t* buckets, int count) {
         int i = 0;
         for (; i + 1 < count; i += 2) {
-            ++counts[keys[i] >> shift];
-            ++odd[keys[i + 1] >> shift];
+            ++a[buckets[i]];
+            ++b[buckets[i + 1]];
         }
         if (i < count)
-            ++counts[keys[i] >> shift];
+            ++a[buckets[i]];
     });
     for (std::size_t i = 0; i < counts.size(); ++i)
         counts[i] += odd[i];
@@ -155,14 +201,23 @@ int ShareSearch::countFiner(int bits, std::size_t slots, std::vector<std::uint32
 {
     counts.assign(slots << laterBits, 0);
     const std::uint32_t mask = (1u << bits) - 1;
-    const Pass& first = passes_.front();
-    return keys_.read([&](const std::uint32_t* keys, int count) {
-        for (int i = 0; i < count; ++i) {
-            std::uint32_t slot = first.slots[keys[i] >> first.shift];
+    // All that the loops read is a copy: the counts could be any of it to a compiler.
+    const int shift = shift_;
+    std::uint32_t* const count = counts.data();
+    const std::uint8_t* const slotOf = passes_.front().slots.data();
+    const int above = passes_.front().shift - shift;
+    if (passes_.size() == 1)
+        return keys_.read(shift, [=](const std::uint32_t* keys, int n) {
+            for (int i = 0; i < n; ++i)
+                ++count[std::uint32_t{slotOf[keys[i] >> above]} << laterBits | (keys[i] & mask)];
+        });
+    return keys_.read(shift, [&](const std::uint32_t* keys, int n) {
+        for (int i = 0; i < n; ++i) {
+            std::uint32_t slot = slotOf[keys[i] >> above];
             for (std::size_t p = 1; p < passes_.size(); ++p)
-                slot = passes_[p].slots[slot << laterBits |
-                                        (keys[i] >> passes_[p].shift & ((1u << laterBits) - 1))];
-            ++counts[slot << laterBits | (keys[i] >> shift_ & mask)];
+                slot = passes_[p].slots[slot << laterBits | (keys[i] >> (passes_[p].shift - shift) &
+                                                             ((1u << laterBits) - 1))];
+            ++count[slot << laterBits | (keys[i] & mask)];
         }
     });
 }
@@ -222,8 +277,8 @@ int ShareSearch::run()
     }
     while (std::any_of(places_.begin(), places_.end(), [](const Place& p) { return !p.isFine; })) {
         // every bucket that is too coarse gets a group of finer ones
-        Pass pass{shift_, std::vector<std::uint16_t>(counts.size())};
-        std::uint16_t slots = 1;
+        Pass pass{shift_, std::vector<std::uint8_t>(counts.size())};
+        std::uint8_t slots = 1;  // at most as many as places
         for (const Place& place : places_)
             if (!place.isFine && !pass.slots[place.slot])
                 pass.slots[place.slot] = slots++;
