@@ -1,6 +1,9 @@
 #include "tessel/AFile.h"
 
+#include "posix/plain_file.h"
+
 #include <sys/stat.h>
+#include <unistd.h>
 
 #ifdef __linux__
 #include <fcntl.h>
@@ -36,6 +39,17 @@ int isFolderOrPipe(const std::string& name)
     return stat(name.c_str(), &info) == 0 && (S_ISDIR(info.st_mode) || S_ISFIFO(info.st_mode));
 }
 
+/// Only plain files are read: others may have no end, or none to wait for.
+std::FILE* openToRead(const std::string& name)
+{
+    std::string ignored;
+    const int plain = openPlainFile(name, ignored);
+    std::FILE* const file = plain < 0 ? nullptr : fdopen(plain, "rb");
+    if (plain >= 0 && !file)
+        (void)::close(plain);
+    return file;
+}
+
 // Blocks from this size on get their place on the disk before they are written.
 constexpr std::int64_t largeBlock = std::int64_t{1} << 20;
 
@@ -63,9 +77,9 @@ int AFile::open(const std::string& name, int mode)
 {
     (void)close();
     const char* const how = openMode(mode);
-    if (!how || isFolderOrPipe(name))
+    if (!how || (mode != readOnly && isFolderOrPipe(name)))
         return 0;
-    file_ = std::fopen(name.c_str(), how);
+    file_ = mode == readOnly ? openToRead(name) : std::fopen(name.c_str(), how);
     if (!file_)
         return 0;
     lastUse_ = Use::none;

@@ -1,82 +1,53 @@
 #include "tessel/SafeFile.h"
 
-#include "tessel/paths.h"
+#include "posix/FileReplacement.h"
+#include "posix/plain_file.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <cerrno>
 
 namespace pavane
 {
 
-namespace
-{
+SafeFile::SafeFile() : replacement_(std::make_unique<FileReplacement>()) {}
 
-/// Where a symbolic link points to, else the name itself.
-std::string realName(const std::string& name)
-{
-    struct stat info {
-    };
-    if (lstat(name.c_str(), &info) != 0 || !S_ISLNK(info.st_mode))
-        return name;
-    char* const real = realpath(name.c_str(), nullptr);
-    if (!real)
-        return name;
-    const std::string found = real;
-    std::free(real);
-    return found;
-}
-
-/// Renaming over a device or a pipe would remove it, so only plain files may be replaced.
-int mayReplace(const std::string& name)
-{
-    struct stat info {
-    };
-    return stat(name.c_str(), &info) != 0 || S_ISREG(info.st_mode);
-}
-
-}  // namespace
-
-int SafeFile::prepare(const std::string& name)
-{
-    discard();
-    if (baseNameOf(name).empty() || !mayReplace(name))
-        return 0;
-    name_ = realName(name);
-    const std::string folder = folderOf(name_);
-    temporary_ = GetTempFileNameA(folder.empty() ? "./" : folder, ".pavane-");
-    return !temporary_.empty();
-}
+SafeFile::~SafeFile() = default;
 
 int SafeFile::open(const std::string& name)
 {
-    return prepare(name) &&
-           file_.open(temporary_, AFile::writeOnly | AFile::create | AFile::exclusive);
+    discard();
+    fault_.clear();
+    errno = 0;
+    if (!replacement_->begin(name))
+        fault_ = replacement_->fault();
+    else if (!file_.open(replacement_->openName(), AFile::readWrite))
+        fault_ = systemFault("cannot be created", errno);
+    return fault_.empty();
 }
 
 int SafeFile::commit()
 {
-    if (temporary_.empty())
-        return 0;
-    struct stat old {
-    };
-    if (stat(name_.c_str(), &old) == 0)
-        (void)chmod(temporary_.c_str(),
-                    old.st_mode & 07777);  // only a courtesy to the old file's users
-    const int done = file_.close() && std::rename(temporary_.c_str(), name_.c_str()) == 0;
-    if (done)
-        temporary_.clear();
+    errno = 0;
+    if (!file_.isOpen())
+        fault_ = systemFault("cannot be written", EBADF);
+    else if (!file_.close())
+        fault_ = systemFault("cannot be written", errno);
+    else if (!replacement_->finish())
+        fault_ = replacement_->fault();
+    else
+        return 1;
     discard();
-    return done;
+    return 0;
 }
 
 void SafeFile::discard()
 {
     (void)file_.close();  // what it held is dropped in any case
-    if (!temporary_.empty())
-        (void)unlink(temporary_.c_str());
-    temporary_.clear();
+    replacement_->discard();
+}
+
+std::string SafeFile::fault() const
+{
+    return fault_.empty() ? systemFault("cannot be written", errno) : fault_;
 }
 
 }  // namespace pavane

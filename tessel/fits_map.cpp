@@ -7,7 +7,6 @@
 #include "tessel/paths.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -26,13 +25,8 @@ constexpr std::int64_t blockCells = 1 << 20;
 /// Opens the file and looks at its first bytes, so that the commonest slips get a clear answer.
 int openStart(const std::string& name, AFile& file, std::string& error)
 {
-    if (IsFolderExists(name)) {
-        error = "is a folder";
-        return 0;
-    }
-    errno = 0;
     if (!file.open(name, AFile::readOnly)) {
-        error = std::string("cannot be opened: ") + std::strerror(errno ? errno : ENOENT);
+        error = readFault(name);
         return 0;
     }
     char start[9] = {};

@@ -1,9 +1,10 @@
 #include "tessel/fits_cards.h"
-#include "tessel/fits_handle.h"
 #include "tessel/fits_map.h"
 #include "tessel/SafeFile.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstdint>
 #include <vector>
 
 namespace pavane
@@ -12,29 +13,46 @@ namespace pavane
 namespace
 {
 
-constexpr int maskAxes = 4;
+// An image of four axes needs none of what CFITSIO knows beyond this, and CFITSIO makes files only
+// by names, where a file that is to be whole or nothing has none yet.
 
-int createImage(FitsHandle& fits, const std::string& name, int rows, int columns)
+constexpr std::size_t cardBytes = 80;
+constexpr std::size_t blockBytes = 2880;
+
+std::string numberCard(const std::string& key, int value)
 {
-    LONGLONG lengths[maskAxes] = {columns, rows, 1, 1};
-    fits_create_diskfile(&fits.file, FitsHandle::plainName(name).c_str(), &fits.status);
-    fits_create_imgll(fits.file, FLOAT_IMG, maskAxes, lengths, &fits.status);
-    return fits.status == 0;
+    const std::string text = std::to_string(value);
+    return key + std::string(8 - key.size(), ' ') + "= " + std::string(20 - text.size(), ' ') +
+           text;
 }
 
-void writeCards(FitsHandle& fits, const std::vector<std::string>& cards)
+std::string headerText(int rows, int columns, const std::vector<std::string>& cards)
 {
-    for (const std::string& card : cards)
-        fits_write_record(fits.file, card.c_str(), &fits.status);
+    std::vector<std::string> all = {"SIMPLE  =                    T", numberCard("BITPIX", -32),
+                                    numberCard("NAXIS", 4),           numberCard("NAXIS1", columns),
+                                    numberCard("NAXIS2", rows),       numberCard("NAXIS3", 1),
+                                    numberCard("NAXIS4", 1)};
+    all.insert(all.end(), cards.begin(), cards.end());
+    all.emplace_back("END");
+    std::string text;
+    for (std::string& card : all) {
+        card.resize(cardBytes, ' ');
+        text += card;
+    }
+    text.resize((text.size() + blockBytes - 1) / blockBytes * blockBytes, ' ');
+    return text;
 }
 
-void writeRow(FitsHandle& fits, int row, int columns, float* cells)
+/// The bytes of cells in the order of the format, most significant first.
+void toFileOrder(const float* cells, std::vector<std::uint32_t>& stored)
 {
-    LONGLONG pixel[maskAxes] = {1, row + 1, 1, 1};
-    fits_write_pixll(fits.file, TFLOAT, pixel, columns, cells, &fits.status);
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+        const auto bits = std::bit_cast<std::uint32_t>(cells[i]);
+        stored[i] = std::endian::native == std::endian::little ? __builtin_bswap32(bits) : bits;
+    }
 }
 
-/// Writes an image through a temporary name; `fillRow(r, cells)` gives the cells of a row.
+/// Writes an image whole or not at all; `fillRow(r, cells)` gives the cells of a row.
 template <typename FillRow>
 int writeImage(const std::string& name, int rows, int columns,
                const std::vector<std::string>& cards, FillRow fillRow, std::string& error)
@@ -45,20 +63,27 @@ int writeImage(const std::string& name, int rows, int columns,
         return 0;
     }
     SafeFile safe;
-    FitsHandle fits;
-    if (!safe.prepare(name) || !createImage(fits, safe.temporaryName(), rows, columns)) {
-        error = "cannot be created";
+    if (!safe.open(name)) {
+        error = safe.fault();
         return 0;
     }
-    writeCards(fits, cards);
+    const auto write = [&](const void* bytes, std::size_t count) {
+        return safe.file().write(bytes, static_cast<std::int64_t>(count));
+    };
+    const std::string header = headerText(rows, columns, cards);
+    int written = write(header.data(), header.size());
     std::vector<float> cells(static_cast<std::size_t>(columns));
-    for (int r = 0; r < rows && !fits.status; ++r) {
+    std::vector<std::uint32_t> stored(cells.size());
+    const std::size_t rowBytes = stored.size() * sizeof(stored[0]);
+    for (int r = 0; r < rows && written; ++r) {
         fillRow(r, cells.data());
-        writeRow(fits, r, columns, cells.data());
+        toFileOrder(cells.data(), stored);
+        written = write(stored.data(), rowBytes);
     }
-    const int written = fits.status == 0;
-    if (!fits.close() || !written || !safe.commit()) {
-        error = "cannot be written whole";
+    const std::size_t last = rowBytes % blockBytes * (static_cast<std::size_t>(rows) % blockBytes);
+    const std::string padding((blockBytes - last % blockBytes) % blockBytes, '\0');
+    if (!written || !write(padding.data(), padding.size()) || !safe.commit()) {
+        error = safe.fault();
         return 0;
     }
     return 1;

@@ -1,5 +1,7 @@
 #include "tessel/paths.h"
 
+#include "posix/plain_file.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
@@ -60,6 +62,15 @@ std::string getExePath()
 int IsFileExists(const std::string& name) { return isOfKind(name, 0); }
 
 int IsFolderExists(const std::string& name) { return isOfKind(name, 1); }
+
+std::string readFault(const std::string& name)
+{
+    std::string fault;
+    const int file = openPlainFile(name, fault);
+    if (file >= 0)
+        (void)close(file);
+    return fault;
+}
 
 std::string GetTempFileNameA(const std::string& folder, const std::string& prefix)
 {

@@ -15,6 +15,9 @@ PAVANE_API std::string getExePath();
 PAVANE_API int IsFileExists(const std::string& name);
 /// Non-zero when `name` is a folder that exists.
 PAVANE_API int IsFolderExists(const std::string& name);
+/// Why `name` cannot be read, as a clause without its subject ("is a folder", "cannot be opened:
+/// Permission denied"); "" for a plain file that can be. For the word to the user after a failure.
+PAVANE_API std::string readFault(const std::string& name);
 /// A name in `folder` that nothing has yet: `prefix`, digits nobody can guess and ".tmp". Nothing
 /// is created: open it exclusively. "" when the folder does not exist.
 PAVANE_API std::string GetTempFileNameA(const std::string& folder, const std::string& prefix);

@@ -67,7 +67,7 @@ int writeText(const std::string& file, const std::string& text, std::string& err
     if (out.open(file) && out.file().write(text.data(), static_cast<std::int64_t>(text.size())) &&
         out.commit())
         return 1;
-    error = file + ": cannot be written";
+    error = file + ": " + out.fault();
     return 0;
 }
 

@@ -11,6 +11,7 @@
 #include "pavane/trackers/region_ds9.h"
 #include "pavane/trackers/shape_trackers.h"
 #include "pavane/trackers/tracker_shape.h"
+#include "tessel/paths.h"
 #include "tessel/SafeFile.h"
 
 #include <algorithm>
@@ -57,7 +58,7 @@ int openCollection(const std::string& file, ARPTrackerArray& areas, AreaNotes& n
 {
     AFile in;
     if (!in.open(file, AFile::readOnly))
-        return refuse(file, "the area file cannot be opened", error);
+        return refuse(file, readFault(file), error);
     LoadReport report;
     const int whole = areas.Load(in, report);
     if (report.promised < 0)
@@ -143,11 +144,11 @@ int saveCollection(const std::string& file, const ARPTrackerArray& areas, std::s
 {
     SafeFile out;
     if (!out.open(file)) {
-        error = file + ": the area file cannot be made";
+        error = file + ": " + out.fault();
         return 0;
     }
     if (!storeAreas(areas, out.file()) || !out.commit()) {
-        error = file + ": the area file cannot be written";
+        error = file + ": " + out.fault();
         return 0;
     }
     return 1;

@@ -1,12 +1,11 @@
 #include "apps/view/uv_points.h"
 
+#include "tessel/LineReader.h"
+#include "tessel/paths.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
-#include <filesystem>
-#include <fstream>
 #include <string_view>
-#include <system_error>
 
 namespace pavane
 {
@@ -14,7 +13,6 @@ namespace pavane
 namespace
 {
 
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
 /// The two numbers at the start of a line.
 int readPoint(std::string_view line, double& u, double& v)
@@ -44,23 +42,15 @@ int isHeading(std::string_view line)
 int readUvPoints(const std::string& file, UvPoints& points, std::string& error)
 {
     points = UvPoints();
-    std::error_code ignored;
-    if (std::filesystem::is_directory(file, ignored)) {
-        error = "is a folder";
+    AFile in;
+    if (!in.open(file, AFile::readOnly)) {
+        error = readFault(file);
         return 0;
     }
-    std::ifstream in(file, std::ios::binary);
-    if (!in) {
-        error = "cannot be opened";
-        return 0;
-    }
+    LineReader lines(in);
     std::string line;
     int headingAllowed = 1;
-    for (std::size_t number = 1; std::getline(in, line); ++number) {
-        if (number == 1 && line.starts_with(byteOrderMark))
-            line.erase(0, byteOrderMark.size());
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
+    while (lines.next(line)) {
         if (isBlank(line) || line.front() == '#')
             continue;
         double u = 0;
@@ -69,16 +59,13 @@ int readUvPoints(const std::string& file, UvPoints& points, std::string& error)
             points.u.push_back(u);
             points.v.push_back(v);
         } else if (!headingAllowed || !isHeading(line)) {
-            error = "line " + std::to_string(number) + " is not 'u,v' in wavelengths";
+            error = "line " + std::to_string(lines.number()) + " is not 'u,v' in wavelengths";
             return 0;
         }
         headingAllowed = 0;
     }
-    if (in.bad()) {
-        error = "cannot be read";
-        return 0;
-    }
-    return 1;
+    error = lines.fault();
+    return error.empty();
 }
 
 }  // namespace pavane

@@ -1,6 +1,7 @@
 #include "pavane/tables/component_file.h"
 
 #include "pavane/tables/component_text.h"
+#include "tessel/paths.h"
 
 #include <fstream>
 #include <string_view>
@@ -62,6 +63,8 @@ std::string readStrictly(std::istream& in, AComponents& components)
     }
     if (!fault.empty())
         return at(lines, fault);
+    if (lines.isTooLong())
+        return at(lines, "it is longer than 64 KiB");
     if (in.bad())
         return "it cannot be read";
     if (components.count() < wanted)
@@ -75,10 +78,10 @@ std::string readStrictly(std::istream& in, AComponents& components)
 int readComponentFile(const std::string& file, AComponents& components, std::string& error)
 {
     components.Free();
-    const AFile found(file, AFile::readOnly);  // refuses folders and pipes
+    const AFile found(file, AFile::readOnly);  // nothing but a plain file
     std::ifstream in(file, std::ios::binary);
     if (!found.isOpen() || !in) {
-        error = "it cannot be opened";
+        error = "it " + readFault(file);
         return 0;
     }
     error = found.size() > 0 ? readStrictly(in, components) : "it is empty";

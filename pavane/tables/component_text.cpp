@@ -12,6 +12,7 @@ namespace pavane
 namespace
 {
 
+constexpr int longestLine = 64 * 1024;
 constexpr char commentMark = ';';
 constexpr std::string_view blanks = " \t\r\n\f\v";
 
@@ -87,15 +88,22 @@ int ComponentLines::readLine()
     ++number_;
     using Traits = std::istream::traits_type;
     std::streambuf& source = *in_.rdbuf();
+    int dropped = 0;
     for (auto c = source.sbumpc(); c != '\n'; c = source.sbumpc()) {
         if (Traits::eq_int_type(c, Traits::eof())) {
             in_.setstate(std::ios::eofbit);
             return !text_.empty();
         }
-        if (text_.size() < ACompItem::lineSize)
+        if (text_.size() < ACompItem::lineSize) {
             text_.push_back(Traits::to_char_type(c));
-        else
-            cut_ = 1;
+            continue;
+        }
+        cut_ = 1;
+        tooLong_ = ++dropped > longestLine;
+        if (tooLong_) {
+            in_.setstate(std::ios::failbit);
+            return 0;
+        }
     }
     return 1;
 }

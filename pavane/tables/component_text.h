@@ -36,6 +36,8 @@ public:
     long long number() const { return number_; }
     /// Non-zero when the line was longer and has been cut.
     int wasCut() const { return cut_; }
+    /// Non-zero when the text ended at a line of more than 64 KiB, which is none of a text.
+    int isTooLong() const { return tooLong_; }
 
 private:
     int readLine();
@@ -43,6 +45,7 @@ private:
     std::string text_;
     long long number_ = 0;
     int cut_ = 0;
+    int tooLong_ = 0;
 };
 
 }  // namespace pavane

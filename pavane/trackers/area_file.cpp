@@ -1,6 +1,7 @@
 #include "pavane/trackers/area_file.h"
 
 #include "pavane/containers/item_io.h"
+#include "tessel/paths.h"
 #include "tessel/SafeFile.h"
 
 #include <algorithm>
@@ -69,7 +70,7 @@ int readAreaFile(const std::string& file, AAreaArray& areas, LoadReport& report,
     report = {};
     AFile in;
     if (!in.open(file, AFile::readOnly))
-        return refuse(file, "the area file cannot be opened", error);
+        return refuse(file, readFault(file), error);
     std::int32_t promised = 0;
     if (!loadItem(in, promised))
         return refuse(file, "not an area file: it is too short for the number of polygons", error);
@@ -90,12 +91,12 @@ int writeAreaFile(const std::string& file, const AAreaArray& areas, std::string&
 {
     SafeFile out;
     if (!out.open(file))
-        return refuse(file, "the area file cannot be made", error);
+        return refuse(file, out.fault(), error);
     int written = storeItem(out.file(), std::int32_t{areas.count()});
     for (int i = 0; written && i < areas.count(); ++i)
         written = storePolygon(out.file(), areas(i));
     if (!written || !out.commit())
-        return refuse(file, "the area file cannot be written", error);
+        return refuse(file, out.fault(), error);
     return 1;
 }
 

@@ -1,6 +1,7 @@
 #include "pavane/trackers/region_text.h"
 
 #include "tessel/AFile.h"
+#include "tessel/paths.h"
 #include "tessel/SafeFile.h"
 
 #include <cstring>
@@ -23,7 +24,7 @@ int RegionText::read(const std::string& file, std::string& error)
     AFile in;
     const std::int64_t size = in.open(file, AFile::readOnly) ? in.size() : -1;
     if (size < 0) {
-        error = file + ": the region file cannot be opened";
+        error = file + ": the region file " + readFault(file);
         return 0;
     }
     if (size > longestFile) {
@@ -59,11 +60,11 @@ int writeRegionText(const std::string& file, const std::string& text, std::strin
 {
     SafeFile out;
     if (!out.open(file)) {
-        error = file + ": the region file cannot be made";
+        error = file + ": " + out.fault();
         return 0;
     }
     if (!out.file().write(text.data(), static_cast<std::int64_t>(text.size())) || !out.commit()) {
-        error = file + ": the region file cannot be written";
+        error = file + ": " + out.fault();
         return 0;
     }
     return 1;

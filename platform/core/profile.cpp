@@ -1,17 +1,17 @@
 #include "platform/profile.h"
 
 #include "platform/core/IniText.h"
+#include "posix/FileReplacement.h"
+#include "posix/plain_file.h"
 
 #include <cerrno>
 #include <charconv>
-#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <sys/file.h>
-#include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -58,16 +58,14 @@ private:
 };
 
 /// The bytes of the file; empty text when there is no file, nothing when it cannot be used.
-std::optional<std::string> readWhole(const CString& name, mode_t& mode)
+std::optional<std::string> readWhole(const CString& name)
 {
-    // a pipe would keep us waiting
-    const Descriptor file(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    std::string fault;
+    const Descriptor file(openPlainFile(name, fault));
     if (file.get() < 0)
-        return errno == ENOENT ? std::optional<std::string>(std::string()) : std::nullopt;
-    struct stat about;
-    if (fstat(file.get(), &about) != 0 || !S_ISREG(about.st_mode))
-        return {};
-    mode = about.st_mode & 07777;
+        return access(name.c_str(), F_OK) != 0 && errno == ENOENT
+                   ? std::optional<std::string>(std::string())
+                   : std::nullopt;
     std::string text;
     char block[16384];
     for (;;) {
@@ -80,18 +78,6 @@ std::optional<std::string> readWhole(const CString& name, mode_t& mode)
             return {};
         text.append(block, static_cast<std::size_t>(count));
     }
-}
-
-bool writeAll(int file, std::string_view bytes)
-{
-    while (!bytes.empty()) {
-        const ssize_t count = write(file, bytes.data(), bytes.size());
-        if (count < 0 && errno != EINTR)
-            return false;
-        if (count > 0)
-            bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return fsync(file) == 0;
 }
 
 /// Keeps other writers of the same folder out for the time of one change. Without it, on a file
@@ -114,37 +100,23 @@ public:
 private:
     static CString folderOf(const CString& file)
     {
-        const CString folder = std::filesystem::path(file).parent_path().string();
+        // where a link leads, so that writers by any of its names wait for each other
+        std::error_code error;
+        const auto real = std::filesystem::weakly_canonical(file, error);
+        const CString folder = (error ? std::filesystem::path(file) : real).parent_path().string();
         return folder.empty() ? "." : folder;
     }
     Descriptor folder_;
 };
 
-/// The file that the name leads to, so that a link stays a link.
-CString realName(const CString& name)
-{
-    std::error_code error;
-    const std::filesystem::path found = std::filesystem::canonical(name, error);
-    return error ? name : found.string();
-}
-
-bool replaceWhole(const CString& name, std::string_view bytes, mode_t mode)
-{
-    CString temporary = name + ".XXXXXX";
-    Descriptor file(mkstemp(temporary.data()));
-    if (file.get() < 0)
-        return false;
-    const bool written =
-        fchmod(file.get(), mode) == 0 && writeAll(file.get(), bytes) && file.close();
-    if (written && std::rename(temporary.c_str(), name.c_str()) == 0)
-        return true;
-    (void)unlink(temporary.c_str());
-    return false;
-}
-
-/// Mode of a new file: it is the user's own. The mask of the process would have to be changed to be
-/// read, which a host's threads would see.
+/// Mode of a new file: it is the user's own.
 constexpr mode_t newFileMode = 0600;
+
+bool replaceWhole(const CString& name, std::string_view bytes)
+{
+    FileReplacement file;
+    return file.begin(name, newFileMode) && writeAll(file.descriptor(), bytes) && file.finish();
+}
 
 bool isProgramName(const CString& name)
 {
@@ -198,10 +170,9 @@ CString GetProfileFile()
 CString GetProfileString(const CString& section, const CString& entry, const CString& fallback)
 {
     const CString file = GetProfileFile();
-    mode_t mode = 0;
     if (file.empty())
         return fallback;
-    auto text = readWhole(file, mode);
+    auto text = readWhole(file);
     return text ? IniText(std::move(*text)).value(section, entry).value_or(fallback) : fallback;
 }
 
@@ -219,20 +190,18 @@ int GetProfileInt(const CString& section, const CString& entry, int fallback)
 
 int WriteProfileString(const CString& section, const CString& entry, const CString& text)
 {
-    const CString named = GetProfileFile();
-    if (named.empty())
+    const CString file = GetProfileFile();
+    if (file.empty())
         return 0;
-    makeDefaultFolder(named);
-    const CString file = realName(named);
+    makeDefaultFolder(file);
     const FolderLock lock(file);
-    mode_t mode = newFileMode;
-    auto old = readWhole(file, mode);
+    auto old = readWhole(file);
     if (!old)
         return 0;
     IniText ini(*old);
     if (!ini.set(section, entry, text) || ini.text().size() > maxProfileSize)
         return 0;
-    return ini.text() == *old || replaceWhole(file, ini.text(), mode) ? 1 : 0;
+    return ini.text() == *old || replaceWhole(file, ini.text()) ? 1 : 0;
 }
 
 int WriteProfileInt(const CString& section, const CString& entry, int value)

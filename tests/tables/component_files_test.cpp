@@ -103,7 +103,7 @@ TEST(ComponentFile, NamesTheLineThatIsWrong)
     AComponents model;
     std::string error;
     EXPECT_FALSE(readComponentFile("/", model, error));
-    EXPECT_EQ(error, "it cannot be opened");
+    EXPECT_EQ(error, "it cannot be opened: No such file or directory");
 }
 
 TEST(ComponentRecord, IsSixtyBytesAndRefusesShortFiles)

@@ -46,21 +46,10 @@ TEST(SafeFile, AppearsOnlyWhenCommitted)
     std::filesystem::create_symlink(name, link);
     SafeFile file;
     ASSERT_TRUE(file.open(link));
-    const std::string temporary = file.temporaryName();
     ASSERT_TRUE(file.file().write("new", 3));
     ASSERT_TRUE(file.commit());
     EXPECT_EQ(contents(name), "new");
     EXPECT_TRUE(std::filesystem::is_symlink(link));
-    EXPECT_FALSE(IsFileExists(temporary));
-}
-
-TEST(SafeFile, RefusesWhatIsNoPlainFile)
-{
-    SafeFile file;
-    const std::string plain = saved("plain", "");
-    for (const std::string& name : {std::string(), std::string("/dev/null"), testing::TempDir(),
-                                    plain + "/below", testing::TempDir() + "none/file"})
-        EXPECT_FALSE(file.open(name)) << name;
 }
 
 TEST(ABitArray, StoresACountAndPackedBytes)

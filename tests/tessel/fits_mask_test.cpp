@@ -89,6 +89,7 @@ TEST(FitsMask, LeavesTheOldFileWholeWhenItCannotBeWritten)
     const std::string folder = testing::TempDir() + "full/";
     std::filesystem::remove_all(folder);
     EXPECT_FALSE(writeFitsMask(folder + "mask.fits", ABitMatrix(9, 9), header, error));
+    EXPECT_EQ(error, "cannot be created: No such file or directory");
     std::filesystem::create_directory(folder);
     std::ofstream(folder + "mask.fits") << "old";
 
@@ -101,7 +102,7 @@ TEST(FitsMask, LeavesTheOldFileWholeWhenItCannotBeWritten)
     setrlimit(RLIMIT_FSIZE, &old);
     std::signal(SIGXFSZ, handler);
 
-    EXPECT_EQ(error, "cannot be written whole");
+    EXPECT_EQ(error, "cannot be written: File too large");
     EXPECT_EQ(contents(folder + "mask.fits"), "old");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
 }
