@@ -23,13 +23,7 @@ std::string cut(std::string text)
     return text;
 }
 
-std::string readText(FitsHandle& fits, const std::string& key)
-{
-    char value[FLEN_VALUE] = "";
-    int status = 0;
-    fits_read_key(fits.file, TSTRING, key.c_str(), value, nullptr, &status);
-    return status ? std::string() : cut(value);
-}
+std::string readText(FitsHandle& fits, const std::string& key) { return cut(fits.text(key)); }
 
 int startsWith(const std::string& text, std::string_view start)
 {
@@ -217,18 +211,11 @@ int isCoordinateCard(const std::string& card)
 
 void readCards(FitsHandle& fits, MapHeader& header)
 {
-    int count = 0;
-    int status = 0;
     const int beamInHeader = header.hasBeam;
-    fits_get_hdrspace(fits.file, &count, nullptr, &status);
-    for (int i = 1; i <= count && !status; ++i) {
-        char text[FLEN_CARD] = "";
-        fits_read_record(fits.file, i, text, &status);
-        std::string card(text);
+    for (const std::string& card : fits.cards()) {
         if (startsWith(card, "HISTORY") && !beamInHeader)
             takeHistoryBeam(card, header);
-        card.resize(80, ' ');
-        if (!status && isCoordinateCard(card))
+        if (isCoordinateCard(card))
             header.coordinateCards.push_back(card);
     }
 }
@@ -248,14 +235,11 @@ void readBeam(FitsHandle& fits, MapHeader& header)
 
 int readNumber(FitsHandle& fits, const std::string& key, double& value)
 {
-    // as text: CFITSIO's own conversion stops at the point under a locale with a decimal comma
-    char text[FLEN_VALUE] = "";
-    int status = 0;
-    fits_read_keyword(fits.file, key.c_str(), text, nullptr, &status);
-    for (char& c : text)
-        c = c == 'D' || c == 'd' ? 'E' : c;
+    std::string text = fits.value(key);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == 'D' || c == 'd'; }, 'E');
     double number = 0;
-    if (status || !stoval(text, number) || !std::isfinite(number))
+    if (!stoval(text, number) || !std::isfinite(number))
         return 0;
     value = number;
     return 1;

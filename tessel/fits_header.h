@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tessel/fits_handle.h"
+#include "tessel/HeaderCards.h"
 #include "tessel/map_header.h"
 
 #include <cstdint>
@@ -10,7 +10,9 @@
 namespace pavane
 {
 
-/// Reads the coordinate header of the current image, whose axes have the given lengths. What is
+using FitsHandle = const HeaderCards;
+
+/// Reads the coordinate header of the image, whose axes have the given lengths. What is
 /// missing or not a finite number keeps its default; `plane` counts over all further axes.
 MapHeader readMapHeader(FitsHandle& fits, const std::vector<std::int64_t>& lengths, int plane);
 

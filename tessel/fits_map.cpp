@@ -93,18 +93,16 @@ int readPlane(PlaneReader& reader, const FitsImage& image, FitsMap& map, std::st
 int readOpened(AFile& file, const FitsImage& image, int plane, FitsMap& map, std::string& error,
                const ProgressFunction& progress)
 {
-    FitsHandle fits;
-    fits_open_diskfile(&fits.file, FitsHandle::plainName(file.name()).c_str(), READONLY,
-                       &fits.status);
-    if (image.hdu > 1)
-        fits_movabs_hdu(fits.file, image.hdu, nullptr, &fits.status);
-    if (fits.status) {
-        error = "cannot be read as FITS: " + fits.statusText();
+    HeaderCards header;
+    if (!header.read(file, image.headerStart, image.dataStart)) {
+        error = "has a header that cannot be read";
         return 0;
     }
-    map.header = readMapHeader(fits, image.lengths, plane);
+    map.header = readMapHeader(header, image.lengths, plane);
     map.header.planes = static_cast<int>(cellCount(image.lengths, 2));
-    const std::unique_ptr<PlaneReader> reader = planeReader(file, fits, image, plane);
+    const std::unique_ptr<PlaneReader> reader = planeReader(file, header, image, plane, error);
+    if (!reader)
+        return 0;
     return readPlane(*reader, image, map, error, progress);
 }
 

@@ -1,26 +1,18 @@
 #pragma once
 
 #include "tessel/AFile.h"
-#include "tessel/fits_handle.h"
 #include "tessel/fits_scan.h"
+#include "tessel/HeaderCards.h"
+#include "tessel/PlaneReader.h"
 
 #include <memory>
 
 namespace pavane
 {
 
-/// Reads blocks of whole rows of one plane, one after the other.
-class PlaneReader
-{
-public:
-    virtual ~PlaneReader() = default;
-    /// Reads `rows` rows from row `first` on. Non-zero on success.
-    virtual int read(int first, int rows, float* cells) = 0;
-};
-
-/// The reader of `plane`, from 0 over all further axes, of the image, which is the current one of
-/// `fits`; `file` is the same file. Both outlive the reader.
-std::unique_ptr<PlaneReader> planeReader(AFile& file, FitsHandle& fits, const FitsImage& image,
-                                         int plane);
+/// The reader of `plane`, from 0 over all further axes, of the image with that header; `file`
+/// outlives it. Null with `error` when there can be none.
+std::unique_ptr<PlaneReader> planeReader(AFile& file, const HeaderCards& header,
+                                         const FitsImage& image, int plane, std::string& error);
 
 }  // namespace pavane

@@ -19,8 +19,16 @@ constexpr std::int64_t noFileHolds = std::int64_t{1} << 56;
 /// What the FITS standard allows, and what a tile-compressed image may have here.
 constexpr std::int64_t mostAxes = 999;
 constexpr std::int64_t mostPackedAxes = 6;
-/// No codec of tile-compressed images packs more bytes of cells into one.
+/// No codec of tile-compressed images packs more cells into a byte.
 constexpr std::int64_t mostPacked = 4096;
+/// Cells of a plane of a small packed file: what can be unpacked and drawn in two seconds.
+constexpr std::int64_t mostOfSmall = std::int64_t{1} << 26;
+/// A decoder holds a tile as a whole. Beyond the least, which any file may have, a tile needs a
+/// byte for that many cells; rows of nothing but zeros need one for half as many.
+constexpr std::int64_t mostOfAnyTile = std::int64_t{1} << 22;
+constexpr std::int64_t mostOfTile = 512;
+/// Cards of a header; the longest histories have some ten thousand.
+constexpr std::int64_t mostHeader = std::int64_t{64} << 20;
 
 using Numbers = std::vector<std::int64_t>;
 
@@ -90,7 +98,7 @@ int readHeader(AFile& file, std::int64_t start, Header& header)
     if (!file.seek(start))
         return 0;
     for (std::int64_t at = start;; at += blockBytes) {
-        if (!file.read(block.data(), blockBytes))
+        if (at - start > mostHeader || !file.read(block.data(), blockBytes))
             return 0;
         for (std::size_t i = 0; i < block.size(); i += cardBytes) {
             const std::string_view card(block.data() + i, cardBytes);
@@ -165,7 +173,7 @@ int takeAxes(const Header& header, const std::string& z, FitsImage& image, std::
 
 /// Whether the tiles of a compressed image are sound: known, positive and as many as the table has
 /// rows. The decoder divides by these numbers and takes them on trust.
-int hasSoundTiles(const Header& header, const FitsImage& image)
+int hasSoundTiles(const Header& header, FitsImage& image)
 {
     static constexpr std::string_view codecs[] = {"RICE_1", "RICE_ONE", "GZIP_1",
                                                   "GZIP_2", "PLIO_1",   "HCOMPRESS_1"};
@@ -191,12 +199,13 @@ int hasSoundTiles(const Header& header, const FitsImage& image)
         if (name == "BYTEPIX" && value != 1 && value != 2 && value != 4 && value != 8)
             return 0;
     }
-    return cellCount(tile) <= cellCount(image.lengths) * 2 &&
+    image.tileCells = cellCount(tile);
+    return image.tileCells <= cellCount(image.lengths) * 2 &&
+           image.tileCells <= std::max(mostOfAnyTile, image.packedBytes * mostOfTile) &&
            cellCount(tiles) == header.number("NAXIS2", 0);
 }
 
-int holdsData(const Header& header, const FitsImage& image, std::int64_t fileSize,
-              std::string& error)
+int holdsData(const Header& header, FitsImage& image, std::int64_t fileSize, std::string& error)
 {
     const std::int64_t held = std::max<std::int64_t>(fileSize - header.dataStart, 0);
     const std::int64_t promised = dataBytes(header);
@@ -206,6 +215,13 @@ int holdsData(const Header& header, const FitsImage& image, std::int64_t fileSiz
     }
     if (!image.packed)
         return 1;
+    image.packedBytes = promised;
+    const std::int64_t plane = cellCount({image.lengths[0], image.lengths[1]});
+    if (promised < smallPacked && plane > mostOfSmall) {
+        error = "has " + sizeText(image.lengths) + " packed into " + std::to_string(promised) +
+                " bytes, too many to be shown";
+        return 0;
+    }
     const std::int64_t cells = cellCount(image.lengths);
     if (cells > promised * mostPacked || !hasSoundTiles(header, image)) {
         error = "has a compressed image of " + sizeText(image.lengths) + " that cannot be right";
@@ -241,6 +257,7 @@ int scanForImage(AFile& file, FitsImage& image, std::string& error)
             return 0;
         }
         ++image.hdu;
+        image.headerStart = start;
         const bool packed = header.kind == "BINTABLE" && header.isOne("ZIMAGE");
         const bool plain = header.kind == "SIMPLE" || header.kind == "IMAGE";
         if ((packed || plain) && takeAxes(header, packed ? "Z" : "", image, error))

@@ -14,10 +14,16 @@ namespace pavane
 struct FitsImage {
     int hdu = 0;
     int bitpix = 0;
-    int packed = 0;              ///< tile-compressed
-    std::int64_t dataStart = 0;  ///< where the first cell, or the table of tiles, begins
+    int packed = 0;                ///< tile-compressed
+    std::int64_t headerStart = 0;  ///< where its first card stands
+    std::int64_t dataStart = 0;    ///< where the first cell, or the table of tiles, begins
+    std::int64_t packedBytes = 0;  ///< of the table and its heap, when packed
+    std::int64_t tileCells = 0;    ///< cells of a tile, when packed
     std::vector<std::int64_t> lengths;
 };
+
+/// Packed images below this size are shown within two seconds or refused.
+inline constexpr std::int64_t smallPacked = std::int64_t{4} << 20;
 
 /// Finds the first image of two axes or more by reading nothing but headers, and makes sure that
 /// the file holds what they promise, before anything else looks at the file: a header is only a

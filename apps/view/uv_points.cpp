@@ -13,7 +13,6 @@ namespace pavane
 namespace
 {
 
-
 /// The two numbers at the start of a line.
 int readPoint(std::string_view line, double& u, double& v)
 {

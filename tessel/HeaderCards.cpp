@@ -1,0 +1,97 @@
+#include "tessel/HeaderCards.h"
+
+#include <algorithm>
+#include <array>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr std::size_t cardBytes = 80;
+constexpr std::size_t keyBytes = 8;
+constexpr std::size_t blockBytes = 2880;
+
+std::string_view trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+/// Where the text that starts with a quote ends, behind its closing quote.
+std::size_t endOfText(std::string_view field)
+{
+    for (std::size_t i = 1; i < field.size(); ++i)
+        if (field[i] == '\'' && field.substr(i + 1, 1) != "'")
+            return i + 1;
+        else if (field[i] == '\'')
+            ++i;
+    return field.size();
+}
+
+}  // namespace
+
+std::string_view valueField(std::string_view card)
+{
+    if (card.size() <= keyBytes + 2 || card.substr(keyBytes, 2) != "= ")
+        return {};
+    const std::string_view field = trimmed(card.substr(keyBytes + 2));
+    if (field.empty() || field[0] == '/')
+        return {};
+    if (field[0] == '\'')
+        return field.substr(0, endOfText(field));
+    return field.substr(0, field.find_first_of(" /"));
+}
+
+int HeaderCards::read(AFile& file, std::int64_t start, std::int64_t end)
+{
+    cards_.clear();
+    first_.clear();
+    std::array<char, blockBytes> block{};
+    if (!file.seek(start))
+        return 0;
+    int ended = 0;
+    for (std::int64_t at = start; at < end && !ended; at += static_cast<std::int64_t>(blockBytes)) {
+        if (!file.read(block.data(), static_cast<std::int64_t>(blockBytes)))
+            return 0;
+        for (std::size_t i = 0; i < blockBytes && !ended; i += cardBytes) {
+            cards_.emplace_back(block.data() + i, cardBytes);
+            ended = trimmed(cards_.back().substr(0, keyBytes)) == "END";
+        }
+    }
+    if (ended)
+        cards_.pop_back();
+    while (!cards_.empty() && trimmed(cards_.back()).empty())
+        cards_.pop_back();
+    for (std::size_t i = 0; i < cards_.size(); ++i)
+        first_.emplace(trimmed(std::string_view(cards_[i]).substr(0, keyBytes)), i);
+    return ended;
+}
+
+std::string HeaderCards::value(const std::string& key) const
+{
+    const auto found = first_.find(key);
+    return std::string(found == first_.end() ? std::string_view{}
+                                             : valueField(cards_[found->second]));
+}
+
+std::string HeaderCards::text(const std::string& key) const
+{
+    const std::string field = value(key);
+    if (field.empty() || field[0] != '\'')
+        return field;
+    std::string text;
+    for (std::size_t i = 1; i < field.size(); ++i) {
+        if (field[i] == '\'' && ++i >= field.size())
+            break;
+        text += field[i];
+    }
+    text.erase(text.find_last_not_of(' ') + 1);
+    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
+    return text;
+}
+
+}  // namespace pavane

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "tessel/AFile.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace pavane
+{
+
+/// The cards of one header of a FITS file, of 80 characters each, END and blank ones at the end
+/// left out. Private to tessel's FITS sources.
+class HeaderCards
+{
+public:
+    /// Reads the header that takes the bytes from `start` to `end`, which the file is known to
+    /// hold. Non-zero on success.
+    int read(AFile& file, std::int64_t start, std::int64_t end);
+    const std::vector<std::string>& cards() const { return cards_; }
+    /// The value of the first card with the keyword as it is written, a text in its quotes; ""
+    /// when there is none.
+    std::string value(const std::string& key) const;
+    /// The same without quotes and the blanks around; doubled quotes inside are one.
+    std::string text(const std::string& key) const;
+
+private:
+    std::vector<std::string> cards_;
+    std::unordered_map<std::string, std::size_t> first_;
+};
+
+/// The value field of a card that has one, as it is written and without its comment; "" else.
+std::string_view valueField(std::string_view card);
+
+}  // namespace pavane

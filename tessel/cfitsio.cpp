@@ -1,0 +1,45 @@
+#include "tessel/cfitsio.h"
+
+#include <dlfcn.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+template <typename Function>
+int find(void* library, const char* name, Function*& function)
+{
+    function = reinterpret_cast<Function*>(dlsym(library, name));
+    return function != nullptr;
+}
+
+struct Loaded {
+    Cfitsio functions;
+    std::string error;
+
+    Loaded()
+    {
+        void* const library = dlopen(PAVANE_CFITSIO, RTLD_NOW | RTLD_LOCAL);
+        Cfitsio& f = functions;
+        f.isLoaded = library && find(library, "ffdkopn", f.openDiskFile) &&
+                     find(library, "ffmahd", f.moveToHdu) && find(library, "ffpscl", f.setScale) &&
+                     find(library, "ffgpxvll", f.readPixels);
+        if (!f.isLoaded) {
+            const char* const why = dlerror();
+            error = why ? why : PAVANE_CFITSIO " lacks a function";
+        }
+    }
+};
+
+}  // namespace
+
+const Cfitsio& cfitsio(std::string& error)
+{
+    static const auto* const loaded = new Loaded;
+    error = loaded->error;
+    return loaded->functions;
+}
+
+}  // namespace pavane

@@ -1,0 +1,25 @@
+#pragma once
+
+// Private to tessel's FITS sources: the only one that sees CFITSIO.
+#include <fitsio.h>
+
+#include <string>
+
+namespace pavane
+{
+
+/// The functions of CFITSIO that unpack tile-compressed images.
+struct Cfitsio {
+    decltype(&::ffdkopn) openDiskFile = nullptr;
+    decltype(&::ffmahd) moveToHdu = nullptr;
+    decltype(&::ffpscl) setScale = nullptr;
+    decltype(&::ffgpxvll) readPixels = nullptr;
+    int isLoaded = 0;
+};
+
+/// Loads the library at the first call and keeps it. It brings some thirty others along, for
+/// networks that this code has no use for; loading them took a third of a program's start. When it
+/// cannot be loaded, 0 stands in `isLoaded` and `error` says why.
+const Cfitsio& cfitsio(std::string& error);
+
+}  // namespace pavane
