@@ -103,7 +103,7 @@ TEST(ComponentFile, NamesTheLineThatIsWrong)
     AComponents model;
     std::string error;
     EXPECT_FALSE(readComponentFile("/", model, error));
-    EXPECT_EQ(error, "it cannot be opened: No such file or directory");
+    EXPECT_EQ(error, "it is a folder");
 }
 
 TEST(ComponentRecord, IsSixtyBytesAndRefusesShortFiles)
