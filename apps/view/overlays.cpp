@@ -4,6 +4,7 @@
 #include "pavane/tables/component_outline.h"
 #include "platform/CDC.h"
 
+#include <cmath>
 #include <vector>
 
 namespace pavane
@@ -25,15 +26,64 @@ constexpr int lineWidth = 1;
 /// Half the size of the cross that stands for a point component, in pixels.
 constexpr int crossSize = 4;
 
+/// No line through the points that are kept is farther than this from one that is left out, in
+/// pixels: less than the eye or the edge of a stroke tells.
+constexpr double spareDistance = 1.0 / 40;
+
+double cross(CPointF a, CPointF b) { return a.x * b.y - a.y * b.x; }
+
+/// The curve without the points that a straight line replaces. The directions in which a line from
+/// the point that was kept last stays within `tolerance` of those left out narrow with each of
+/// them.
+Curve withoutSparePoints(const Curve& curve, double tolerance)
+{
+    Curve kept;
+    CPointF low, high;
+    double reached = 0;  // 0: nothing narrows the directions yet
+    for (std::size_t i = 0; i < curve.size(); ++i) {
+        CPointF d{};
+        double length = 0;
+        const auto look = [&] {
+            d = {curve[i].x - kept.back().x, curve[i].y - kept.back().y};
+            length = std::hypot(d.x, d.y);
+        };
+        if (!kept.empty()) {
+            look();
+            if (reached > 0 && (!(length >= reached) || cross(low, d) < 0 || cross(d, high) < 0)) {
+                kept.push_back(curve[i - 1]);
+                reached = 0;
+                look();
+            }
+        }
+        if (kept.empty() || !std::isfinite(length)) {
+            kept.push_back(curve[i]);
+            reached = 0;
+        } else if (length > tolerance) {
+            const CPointF aside{-d.y * tolerance / length, d.x * tolerance / length};
+            const CPointF right{d.x - aside.x, d.y - aside.y};
+            const CPointF left{d.x + aside.x, d.y + aside.y};
+            low = reached == 0 || cross(low, right) > 0 ? right : low;
+            high = reached == 0 || cross(left, high) > 0 ? left : high;
+            reached = length;
+        }
+    }
+    if (curve.size() > 1)
+        kept.push_back(curve.back());
+    return kept;
+}
+
 /// Strokes every curve dark and wide first, then light and thin, so that one curve never darkens
 /// another.
 void strokeTwoToned(CDC& dc, const std::vector<Curve>& curves, COLORREF color, int unit)
 {
     CPen wide(PS_SOLID, shadeWidth * unit, shade);
     CPen thin(PS_SOLID, lineWidth * unit, color);
+    std::vector<Curve> lean;
+    for (const Curve& curve : curves)
+        lean.push_back(withoutSparePoints(curve, spareDistance * unit));
     for (CPen* pen : {&wide, &thin}) {
         CPen* const before = dc.SelectObject(pen);
-        for (const Curve& curve : curves)
+        for (const Curve& curve : lean)
             dc.PolylineF(curve.data(), static_cast<int>(curve.size()));
         dc.SelectObject(before);
     }

@@ -28,7 +28,7 @@ struct MapNoise {
 };
 
 /// The exact medians of all finite cells (with an even count the mean of the middle two), found by
-/// counting keys: four passes over the map and half a mebibyte of tables, whatever its size.
-PAVANE_API MapNoise mapNoise(const AMatrixAccess& cells);
+/// counting keys: four passes over the map and two mebibytes of tables, whatever its size.
+PAVANE_API MapNoise mapNoise(const AMatrixAccess& cells, SimdPath path = bestSimdPath());
 
 }  // namespace pavane

@@ -349,12 +349,40 @@ TEST(MapStatistics, FindTheExactRangePeakAndNoise)
             EXPECT_EQ(range.greatest, finite.back());
             EXPECT_EQ(map(range.peakRow, range.peakColumn), static_cast<float>(finite.back()));
         }
-        const MapNoise noise = mapNoise(cells);
-        EXPECT_EQ(noise.finiteCells, static_cast<std::int64_t>(finite.size()));
-        EXPECT_EQ(noise.median, centre);
+        const std::size_t count = finite.size();
         for (double& value : finite)
-            value = std::fabs(value - centre);
-        EXPECT_NEAR(noise.sigma, 1.4826 * median(finite), 1e-6);
+            value = static_cast<double>(static_cast<float>(std::fabs(value - centre)));
+        const double deviation = median(finite);
+        for (const SimdPath path : simdPaths()) {
+            const MapNoise noise = mapNoise(cells, path);
+            EXPECT_EQ(noise.finiteCells, static_cast<std::int64_t>(count));
+            EXPECT_EQ(noise.median, centre);
+            EXPECT_EQ(noise.sigma, 1.4826 * deviation);
+        }
+    }
+}
+
+TEST(MapStatistics, FindTheNoiseOfCellsThatAreAlike)
+{
+    // whole blocks of one value, of one upper half, and with blanks among them
+    constexpr float blank = std::numeric_limits<float>::quiet_NaN();
+    for (const float step : {0.0F, 1e-4F, 1.0F}) {
+        AMatrix<float> map(3, 4099);
+        std::vector<double> finite;
+        for (std::int64_t i = 0; i < map.cells(); ++i) {
+            map.data()[i] = i % 4099 > 2000 && i % 3 == 0
+                                ? blank
+                                : 1000 + step * static_cast<float>(i * 7919 % 1000);
+            if (std::isfinite(map.data()[i]))
+                finite.push_back(static_cast<double>(map.data()[i]));
+        }
+        std::sort(finite.begin(), finite.end());
+        for (const SimdPath path : simdPaths()) {
+            const MapNoise noise = mapNoise(AFloatMatrixAccess(map), path);
+            EXPECT_EQ(noise.finiteCells, static_cast<std::int64_t>(finite.size()));
+            EXPECT_EQ(noise.median,
+                      (finite[(finite.size() - 1) / 2] + finite[finite.size() / 2]) / 2);
+        }
     }
 }
 
