@@ -97,6 +97,20 @@ protected:
 
 }  // namespace
 
+TEST_F(ViewRun, SmallAreasTakeFewPoints)
+{
+    std::ofstream regions(path("small.reg"));
+    regions << "# Region file format: DS9\nimage\n";
+    for (int i = 0; i < 200; ++i)
+        regions << "ellipse(" << 2 + i % 4 << ",3," << 0.2 + i % 7 * 0.1 << ",0.3," << i << ")\n";
+    regions.close();
+    const Outcome done = run("map.fits --batch --areas small.reg --svg o.svg --size 300x300");
+    EXPECT_EQ(done.status, 0) << done.err;
+    // two strokes of each: less than 2 KB an area, where all points of its outline take 15
+    EXPECT_LT(fs::file_size(path("o.svg")), 400000u);
+    EXPECT_GT(fs::file_size(path("o.svg")), 100000u);
+}
+
 TEST_F(ViewRun, MaskKeepsThePixelOrderOfTheMapForBothSignsOfTheStep)
 {
     writeMap("flipped.fits", 1e-6);
