@@ -192,7 +192,8 @@ int CrtfReader::readUnit(std::string_view text, RegionValue& value) const
             continue;
         if (!readFinite(text.substr(0, text.size() - u.name.size()), value.value))
             continue;
-        value = {value.value * u.factor, u.unit};
+        value = {value.value * u.factor, u.unit,
+                 halfDigit(text.substr(0, text.size() - u.name.size())) * u.factor};
         return 1;
     }
     return 0;
@@ -282,7 +283,7 @@ void CrtfReader::readShape(const std::string& name, const std::vector<std::strin
             "the ellipse's first axis is the shorter one; its angle is taken as that of the first");
     v[2].value *= 2;  // semi-axes in the file
     v[3].value *= 2;
-    sink_.sized(AreaShape::Kind::ellipse, centre, v[2], v[3], angle + 90 * radian);
+    sink_.sized(AreaShape::Kind::ellipse, centre, v[2], v[3], angle + 90 * radian, !isTurned);
 }
 
 void CrtfReader::readPolygon(const std::vector<std::string_view>& values)

@@ -214,9 +214,10 @@ int Ds9Reader::readPlace(std::string_view text, int isLongitude, RegionValue& va
     if (readFinite(text, value.value)) {
         value.unit = system_ == System::image ? Unit::cells : Unit::degrees;
         value.value -= system_ == System::image ? 1 : 0;
+        value.slack = halfDigit(text);
         return 1;
     }
-    value.unit = Unit::degrees;
+    value = {0, Unit::degrees};
     if (last == 'r' && readFinite(front, value.value)) {
         value.value /= radian;
         return 1;
@@ -292,7 +293,7 @@ void Ds9Reader::readSized(const std::string& name, const std::vector<std::string
         return sink_.sized(AreaShape::Kind::rotatedRectangle, centre, width, height, angle);
     width.value *= 2;  // radii in the file
     height.value *= 2;
-    sink_.sized(AreaShape::Kind::ellipse, centre, width, height, angle);
+    sink_.sized(AreaShape::Kind::ellipse, centre, width, height, angle, name == "circle");
 }
 
 void Ds9Reader::readPolygon(const std::vector<std::string_view>& arguments)

@@ -17,12 +17,23 @@ namespace
 constexpr double readTolerance = 0.01;
 /// What is written has to come back within 1e-6 cells.
 constexpr double writeTolerance = 3e-7;
+constexpr double sameSize = 1e-6;
 constexpr std::size_t mostAreas = 1000000;
 
 PlaneMap cellsToSky(const LocalSky& local)
 {
     const auto& m = local.toSky;
     return {{{-m[0][0], -m[0][1]}, {m[1][0], m[1][1]}}};
+}
+
+/// Places half way between cells, where shapes on a grid of pixels often end, are not the same to
+/// the last digit after a way over the sky. Of all places that the digits leave open, and that are
+/// too near to matter, the half is taken: masks round it as they do in files of pixels.
+double halfWithin(double cell, double tolerance)
+{
+    constexpr double mostTolerance = 1e-4;
+    const double half = std::floor(cell) + 0.5;
+    return std::abs(cell - half) <= std::min(tolerance, mostTolerance) ? half : cell;
 }
 
 /// The rectangle through four corners, when they are one to within the tolerance of reading.
@@ -137,6 +148,24 @@ void RegionSink::take(const AreaShape& shape)
         shapes_.push_back(shape);
 }
 
+int RegionSink::takeHalves(const RegionValue& x, const RegionValue& y, APoint<double>& cell) const
+{
+    // twice, and the rounding of conversions: the writer's own numbers had their last digits, too
+    const double rounding = frame_ == sky_->skyFrame() ? 0 : 1e-12;
+    const double dx = 2 * x.slack + rounding;
+    const double dy = 2 * y.slack + rounding;
+    APoint<double> beside;
+    APoint<double> above;
+    if (x.slack > 0 && y.slack > 0 &&
+        sky_->toPixel(x.value + dx, y.value, frame_, beside.x, beside.y) &&
+        sky_->toPixel(x.value, y.value - std::copysign(dy, y.value), frame_, above.x, above.y)) {
+        const double across = std::abs(beside.x - cell.x) + std::abs(above.x - cell.x);
+        const double along = std::abs(beside.y - cell.y) + std::abs(above.y - cell.y);
+        cell = {halfWithin(cell.x, across), halfWithin(cell.y, along)};
+    }
+    return 1;
+}
+
 int RegionSink::point(const RegionValue& x, const RegionValue& y, APoint<double>& cell)
 {
     if (x.unit != y.unit || x.unit == RegionValue::Unit::none) {
@@ -151,12 +180,12 @@ int RegionSink::point(const RegionValue& x, const RegionValue& y, APoint<double>
     else if (!sky_->toPixel(x.value, y.value, frame_, cell.x, cell.y))
         leaveOut("the position cannot be shown by the map's projection");
     else
-        return 1;
+        return takeHalves(x, y, cell);
     return 0;
 }
 
 void RegionSink::sized(AreaShape::Kind kind, APoint<double> centre, const RegionValue& width,
-                       const RegionValue& height, double angle)
+                       const RegionValue& height, double angle, int isCircle)
 {
     AreaShape shape;
     shape.kind = kind;
@@ -177,6 +206,9 @@ void RegionSink::sized(AreaShape::Kind kind, APoint<double> centre, const Region
         if (shape.kind == AreaShape::Kind::polygon)
             changed("the box is not a rectangle on the map; taken as a polygon");
     }
+    // a circle does not turn with its frame: its mask would depend on where its outline begins
+    if (isCircle && std::abs(shape.width - shape.height) <= sameSize * shape.width)
+        shape.angle = std::remainder(angle, 2 * std::numbers::pi);
     straighten(shape);
     take(shape);
 }

@@ -59,9 +59,10 @@ public:
     /// A point in cells from two values of one unit. 0, and noted, when it cannot be placed.
     int point(const RegionValue& x, const RegionValue& y, APoint<double>& cell);
     /// A rectangle, turned rectangle or ellipse with its centre in cells, sizes of one unit and the
-    /// angle in radians, counter-clockwise from +x or from west. What does not fit is noted.
+    /// angle in radians, counter-clockwise from +x or from west. A circle keeps it in cells. What
+    /// does not fit is noted.
     void sized(AreaShape::Kind kind, APoint<double> centre, const RegionValue& width,
-               const RegionValue& height, double angle);
+               const RegionValue& height, double angle, int isCircle = 0);
     /// A polygon in cells.
     void polygon(std::vector<APoint<double>> vertices);
     /// A box given by the corners (x0, y0) and (x1, y1), its sides along the axes of their unit.
@@ -71,6 +72,8 @@ public:
     void setFrame(const SkyFrame* frame);
 
 private:
+    /// Puts what is half a cell but for the digits of the file on the half. 1.
+    int takeHalves(const RegionValue& x, const RegionValue& y, APoint<double>& cell) const;
     void take(const AreaShape& shape);
     const SkyCoordinates* sky_;
     std::vector<AreaShape>& shapes_;

@@ -109,6 +109,16 @@ int readFinite(std::string_view text, double& value)
     return 1;
 }
 
+double halfDigit(std::string_view number)
+{
+    const std::size_t point = number.find('.');
+    if (point == std::string_view::npos || number.find_first_of("eE") != std::string_view::npos)
+        return 0;
+    const std::size_t end = number.find_first_not_of("0123456789", point + 1);
+    const std::size_t last = end == std::string_view::npos ? number.size() : end;
+    return 0.5 * std::pow(10.0, -static_cast<double>(last - point - 1));
+}
+
 int readSexagesimal(std::string_view text, int isLongitude, double& degrees)
 {
     text = trimmedText(text);

@@ -11,6 +11,7 @@ struct RegionValue {
     enum class Unit { none, cells, degrees };
     double value = 0;
     Unit unit = Unit::none;
+    double slack = 0;  ///< half of the last digit that was written, in the unit; 0 when not known
 };
 
 /// The text without blanks at its ends.
@@ -22,6 +23,9 @@ int sameWord(std::string_view a, std::string_view b);
 
 /// A finite number and nothing else. Non-zero on success.
 int readFinite(std::string_view text, double& value);
+
+/// Half of the last digit of a number without an exponent; 0 for others and for whole numbers.
+double halfDigit(std::string_view number);
 
 /// Sexagesimal angles: hours or degrees, minutes and seconds with ':' between them, "12h34m5.6s",
 /// "-12d34m5.6s", "-01.54.24.5". `isLongitude` says that ':' stands behind hours. Degrees.

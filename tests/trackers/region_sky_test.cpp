@@ -115,6 +115,13 @@ TEST(SkyRegions, AreReadAndWrittenInTheFrameThatIsNamed)
     // galactic north is 23.48 degrees east of north here, by Astropy's position_angle
     EXPECT_EQ(readShapes(map, "galactic\nbox(276.3372696080825,60.1885517309620,0.3\",0.1\",10)"),
               "box 500 501 30 10 33.479812\n");
+    // (10.5, 5.5) with the digits that another program wrote: half a cell is what it meant
+    const MapHeader fine = sinMap(180, 0, 1e-6 / 3);
+    EXPECT_EQ(readShapes(fine, "fk5\ncircle(180.000163166667,-0.000165166667,3i)"),
+              "ellipse 10.5 5.5 6 6 0\n");
+    EXPECT_EQ(readShapes(fine, "poly[[180.0001631667deg, -0.0001651667deg], [180deg, 0deg], "
+                               "[180.00016316deg, 0deg]] coord=J2000"),
+              "poly 10.5 5.5 500 501 10.52 501\n");
     for (const char* name : {"GLON-SIN", "ELON-SIN", "1950", "1975"}) {
         MapHeader other = map;
         if (name[0] == '1') {
