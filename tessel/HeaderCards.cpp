@@ -36,9 +36,12 @@ std::size_t endOfText(std::string_view field)
 
 std::string_view valueField(std::string_view card)
 {
-    if (card.size() <= keyBytes + 2 || card.substr(keyBytes, 2) != "= ")
+    const std::string_view key = trimmed(card.substr(0, keyBytes));
+    // the blank that belongs behind '=' is left out by some writers
+    if (card.size() <= keyBytes + 1 || card[keyBytes] != '=' || key.empty() || key == "COMMENT" ||
+        key == "HISTORY" || key == "CONTINUE")
         return {};
-    const std::string_view field = trimmed(card.substr(keyBytes + 2));
+    const std::string_view field = trimmed(card.substr(keyBytes + 1));
     if (field.empty() || field[0] == '/')
         return {};
     if (field[0] == '\'')

@@ -19,7 +19,7 @@ try:
     from astropy.wcs.utils import wcs_to_celestial_frame
 except ImportError as missing:
     print("skipped:", missing)
-    sys.exit(77)
+    sys.exit(1 if os.environ.get("CI") else 77)  # the integration has all tools
 warnings.simplefilter("ignore")
 
 VIEW, FOLDER = sys.argv[1:3]

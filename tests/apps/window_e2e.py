@@ -447,7 +447,7 @@ def main():
     missing = [tool for tool in NEEDED if not shutil.which(tool)]
     if missing:
         print("skipped: there is no " + ", ".join(missing))
-        return 77
+        return 1 if os.environ.get("CI") else 77  # the integration has all tools
     program, folder = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     shutil.rmtree(folder, ignore_errors=True)
     os.makedirs(folder)
