@@ -339,11 +339,12 @@ void AAxisWnd::DrawAreas(CDC& dc)
 {
     const int saved = dc.SaveDC();
     dc.IntersectClipRect(plotRect());
+    const ClippedDrawing clipped(dc);
     for (int i = 0; i < trackers_->trackerCount(); ++i) {
         ATracker& tracker = *trackers_->trackerAt(i);
         const unsigned style = tracker.GetStyle();
         tracker.SetStyle(style & ~static_cast<unsigned>(trackerActive));  // without handles
-        tracker.DrawShape(dc);
+        tracker.Draw(&dc, this);
         tracker.SetStyle(style);
     }
     dc.RestoreDC(saved);

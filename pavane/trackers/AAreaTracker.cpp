@@ -73,7 +73,7 @@ void AAreaTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
 
 void AAreaTracker::DrawShape(CDC& dc)
 {
-    if (!IsReady())
+    if (drawsTrack() || !IsReady())
         DrawTrack(&dc);
     else if (IsActive())
         DrawActive(&dc);
@@ -83,7 +83,8 @@ void AAreaTracker::DrawShape(CDC& dc)
 
 void AAreaTracker::DrawTrack(CDC* dc)
 {
-    drawAreaShape(*dc, points_.lpArray(), points_.count(), handleSize_, true, IsReady() != 0);
+    drawAreaShape(*dc, points_.lpArray(), points_.count(), handleSize_, IsActive() || !IsReady(),
+                  IsReady() != 0);
 }
 
 void AAreaTracker::DrawActive(CDC* dc)

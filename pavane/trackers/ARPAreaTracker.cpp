@@ -93,7 +93,7 @@ void ARPAreaTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
 
 void ARPAreaTracker::DrawShape(CDC& dc)
 {
-    if (!IsReady())
+    if (drawsTrack() || !IsReady())
         DrawTrack(&dc);
     else if (IsActive())
         DrawActive(&dc);
@@ -108,7 +108,10 @@ void ARPAreaTracker::drawPolygon(CDC& dc, bool active, bool ready) const
     drawAreaShape(dc, points.lpArray(), points.count(), handleSize_, active, ready);
 }
 
-void ARPAreaTracker::DrawTrack(CDC* dc) { drawPolygon(*dc, true, IsReady() != 0); }
+void ARPAreaTracker::DrawTrack(CDC* dc)
+{
+    drawPolygon(*dc, IsActive() || !IsReady(), IsReady() != 0);
+}
 void ARPAreaTracker::DrawActive(CDC* dc) { drawPolygon(*dc, true, true); }
 void ARPAreaTracker::DrawNotActive(CDC* dc) { drawPolygon(*dc, false, true); }
 

@@ -109,7 +109,8 @@ int ARPAreaTracker::TrackHandle(int hit, CWnd* window, CPoint point, CWnd* clipT
     if (hit < 0 || (IsReady() && hit < hitInside) || !mayBegin(window, point) || !convertible())
         return 0;
     Drag drag(*this, hit, point);
-    const DragEnd end = runDrag(*this, {finished_, dragEnd_}, drag, window, point, clipTo);
+    const DragEnd end = runDrag(*this, {finished_, dragEnd_, tracking_.on, tracking_.drawn}, drag,
+                                window, point, clipTo);
     return end == DragEnd::released || end == DragEnd::escaped || end == DragEnd::rightButton;
 }
 
@@ -124,7 +125,11 @@ int ARPAreaTracker::TrackReady(CWnd* window, CPoint point)
     if (!window)
         return 1;
     invalidateTrace(*window, trace());  // the closing line too
-    window->UpdateWindow();
+    const LifeWatch life(this->life());
+    tracking_.on = 1;  // the outline is drawn once more as drags draw it, closed now
+    paintTrack(*this, {finished_, dragEnd_, tracking_.on, tracking_.drawn}, *window);
+    if (life.alive())
+        tracking_.on = 0;
     return 1;
 }
 

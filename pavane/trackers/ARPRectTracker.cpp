@@ -95,7 +95,9 @@ void ARPRectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
 
 void ARPRectTracker::DrawShape(CDC& dc)
 {
-    if (IsActive())
+    if (drawsTrack())
+        DrawTrackRect(&dc, pixelRect());
+    else if (IsActive())
         DrawActive(&dc);
     else
         DrawNotActive(&dc);

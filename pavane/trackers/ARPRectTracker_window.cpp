@@ -98,7 +98,8 @@ int ARPRectTracker::TrackHandle(int hit, CWnd* window, CPoint point, CWnd* clipT
         return 0;
     const ARect<double> before = rect_;
     Drag drag(*this, hit, point);
-    const DragEnd end = runDrag(*this, {finished_, dragEnd_}, drag, window, point, clipTo);
+    const DragEnd end = runDrag(*this, {finished_, dragEnd_, tracking_.on, tracking_.drawn}, drag,
+                                window, point, clipTo);
     if (end == DragEnd::dead)
         return 0;
     sides_ = {};

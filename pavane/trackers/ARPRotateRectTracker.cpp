@@ -153,7 +153,9 @@ void ARPRotateRectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window)
 
 void ARPRotateRectTracker::DrawShape(CDC& dc)
 {
-    if (IsActive())
+    if (drawsTrack())
+        DrawTrack(&dc);
+    else if (IsActive())
         DrawActive(&dc);
     else
         DrawNotActive(&dc);
@@ -175,7 +177,13 @@ void ARPRotateRectTracker::DrawNotActive(CDC* dc)
     drawTrackerOutline(*dc, points.lpArray(), points.count(), true, false);
 }
 
-void ARPRotateRectTracker::DrawTrack(CDC* dc) { DrawShape(*dc); }
+void ARPRotateRectTracker::DrawTrack(CDC* dc)
+{
+    if (IsActive())
+        DrawActive(dc);
+    else
+        DrawNotActive(dc);
+}
 
 ShapeTrace ARPRotateRectTracker::trace() const
 {

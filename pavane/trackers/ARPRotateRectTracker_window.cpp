@@ -97,7 +97,8 @@ int ARPRotateRectTracker::TrackHandle(int hit, CWnd* window, CPoint point, CWnd*
         return 0;
     const TurnedDataRect before{rect_, angle_};
     Drag drag(*this, hit, point);
-    const DragEnd end = runDrag(*this, {finished_, dragEnd_}, drag, window, point, clipTo);
+    const DragEnd end = runDrag(*this, {finished_, dragEnd_, tracking_.on, tracking_.drawn}, drag,
+                                window, point, clipTo);
     return end != DragEnd::dead && !(TurnedDataRect{rect_, angle_} == before);
 }
 

@@ -109,7 +109,9 @@ void ARectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
 
 void ARectTracker::DrawShape(CDC& dc)
 {
-    if (IsActive())
+    if (drawsTrack())
+        DrawTrackRect(&dc, rect_);
+    else if (IsActive())
         DrawActive(&dc);
     else
         DrawNotActive(&dc);

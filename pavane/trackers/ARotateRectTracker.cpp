@@ -152,7 +152,9 @@ void ARotateRectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); 
 
 void ARotateRectTracker::DrawShape(CDC& dc)
 {
-    if (IsActive())
+    if (drawsTrack())
+        DrawTrack(&dc);
+    else if (IsActive())
         DrawActive(&dc);
     else
         DrawNotActive(&dc);
@@ -175,7 +177,13 @@ void ARotateRectTracker::DrawNotActive(CDC* dc)
     drawTrackerOutline(*dc, points.lpArray(), points.count(), true, false);
 }
 
-void ARotateRectTracker::DrawTrack(CDC* dc) { DrawShape(*dc); }
+void ARotateRectTracker::DrawTrack(CDC* dc)
+{
+    if (IsActive())
+        DrawActive(dc);
+    else
+        DrawNotActive(dc);
+}
 
 ShapeTrace ARotateRectTracker::trace() const
 {

@@ -107,7 +107,8 @@ int ARotateRectTracker::TrackHandle(int hit, CWnd* window, CPoint point, CWnd* c
         return 0;
     const TurnedRect before{rect_, angle_};
     Drag drag(*this, hit, point);
-    const DragEnd end = runDrag(*this, {finished_, dragEnd_}, drag, window, point, clipTo);
+    const DragEnd end = runDrag(*this, {finished_, dragEnd_, tracking_.on, tracking_.drawn}, drag,
+                                window, point, clipTo);
     return end != DragEnd::dead && TurnedRect{rect_, angle_} != before;
 }
 

@@ -102,7 +102,8 @@ public:
     virtual int GetLineSize() const;
     /// Edge of a handle of a shape that covers `rect`, in pixels.
     virtual int GetHandleSize(const CRect& rect) const;
-    /// Outline and handles without touching the clip region: for who draws many and has clipped.
+    /// Outline and handles without touching the clip region. In a drag it draws the frame that
+    /// tracks the pointer (DrawTrackRect, DrawTrack), else the active or the inactive shape.
     virtual void DrawShape(CDC& dc) = 0;
 
     /// The stored record as bytes: two trackers of one class are alike when their states are.
@@ -177,9 +178,31 @@ protected:
     /// Non-zero when right and bottom of the rectangles belong to them.
     int edgesIncluded_ = 0;
     DragEnd dragEnd_ = DragEnd::refused;
+    /// Of the drag that runs: that it does, and that its frame was drawn. A copy is not dragged.
+    struct Tracking {
+        int on = 0;
+        int drawn = 0;
+        Tracking() = default;
+        Tracking(const Tracking&) {}
+        Tracking& operator=(const Tracking&) { return *this; }
+    };
+    Tracking tracking_;
+    /// For DrawShape: whether the frame of a drag is to be drawn.
+    int drawsTrack() { return tracking_.on ? tracking_.drawn = 1 : 0; }
 
 private:
     LifeToken life_;
+};
+
+/// While it lives, Draw of all trackers leaves the clip region and the rectangles as they are in
+/// this context: for who draws many and has clipped. Not nested.
+class PAVANE_API ClippedDrawing
+{
+public:
+    explicit ClippedDrawing(CDC& dc);
+    ClippedDrawing(const ClippedDrawing&) = delete;
+    ClippedDrawing& operator=(const ClippedDrawing&) = delete;
+    ~ClippedDrawing();
 };
 
 }  // namespace pavane

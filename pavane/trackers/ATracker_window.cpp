@@ -10,6 +10,16 @@
 namespace pavane
 {
 
+namespace
+{
+
+const CDC* clippedContext = nullptr;
+
+}  // namespace
+
+ClippedDrawing::ClippedDrawing(CDC& dc) { clippedContext = &dc; }
+ClippedDrawing::~ClippedDrawing() { clippedContext = nullptr; }
+
 void ATracker::GetValidRect(CWnd* window)
 {
     CRect bounds;
@@ -57,6 +67,8 @@ int ATracker::mayBeHit(CWnd* window, CPoint point)
 
 void ATracker::drawClipped(CDC* dc, CWnd* window)
 {
+    if (dc && dc == clippedContext)
+        return DrawShape(*dc);
     CRect shown;
     GetTrueRect(&shown);
     if (!dc || !showsIn(*dc, grown(shown, GetLineSize() + 1)))

@@ -119,6 +119,7 @@ void TrackerCollection::Draw(CDC* dc, CWnd* window)
     CRect clip;
     if (drawingClip(window, *first, clip))
         (void)dc->IntersectClipRect(clip);
+    const ClippedDrawing clipped(*dc);
     for (std::size_t k = 0; k < found.count(); ++k) {
         const int i = found.data()[k];
         ATracker& tracker = *trackerAt(i);
@@ -126,13 +127,13 @@ void TrackerCollection::Draw(CDC* dc, CWnd* window)
         const int marked = found.count() > mostWithHandles ? active && i == curItem_
                                                            : active || selected_.contains(&tracker);
         tracker.SetActive(marked);
-        tracker.DrawShape(*dc);
+        tracker.Draw(dc, window);
         tracker.SetActive(active);
     }
     if (working)
-        working->DrawShape(*dc);
+        working->Draw(dc, window);
     if (drawn_)
-        drawn_->DrawShape(*dc);
+        drawn_->Draw(dc, window);
     drawHover(*dc);
     drawFocus(*dc);
     (void)dc->RestoreDC(saved);

@@ -3,6 +3,7 @@
 #include "pavane/trackers/outline_strips.h"
 #include "platform/capture_watch.h"
 #include "platform/CWnd.h"
+#include "platform/window_dc.h"
 
 #include <cstdlib>
 #include <optional>
@@ -26,6 +27,7 @@ public:
     DragEnd run(CWnd* clipTo)
     {
         state_.finished = 0;
+        state_.tracking = 1;
         const HWND other = clipTo ? clipTo->GetSafeHwnd() : 0;
         window_->SetCapture();
         watch_.emplace([this] { lose(); });
@@ -104,16 +106,17 @@ private:
             return false;
         if (lost_ && !making_)
             session_.cancel();  // a hook lost the capture and the session went on
-        if (!made && !lost_)
+        if (!made && !lost_ && !released_)
             return false;
         if (!windowLives())
             return true;
         invalidateTrace(*window_, before);
         invalidateTrace(*window_, session_.trace());
-        if (TrackerListener* const listener = tracker_.listener())
+        TrackerListener* const listener = tracker_.listener();
+        if ((made || lost_) && listener)
             listener->trackerChanging(tracker_);
         if (life_.alive() && windowLives() && !lost_)
-            window_->UpdateWindow();
+            paintTrack(tracker_, state_, *window_);
         return true;
     }
 
@@ -124,6 +127,7 @@ private:
         if (!life_.alive() || released_)
             return;
         lost_ = true;
+        state_.tracking = 0;
         cancel();
         tell(DragEnd::lost);
     }
@@ -141,6 +145,8 @@ private:
         if (!life_.alive())
             return;
         state_.end = end;
+        if (windowLives())
+            invalidateTrace(*window_, session_.trace());  // what tracked the pointer is a shape now
         if (TrackerListener* const listener = tracker_.listener())
             listener->trackerDragEnded(tracker_, end);
     }
@@ -150,6 +156,8 @@ private:
         watch_.reset();
         if (lost_)
             return life_.alive() ? how : DragEnd::dead;
+        if (life_.alive())
+            state_.tracking = 0;
         if (how != DragEnd::released && how != DragEnd::dead)
             cancel();
         if (windowLives() && CWnd::GetCapture() == window_)
@@ -179,6 +187,18 @@ DragEnd runDrag(ATracker& tracker, DragState state, DragSession& session, CWnd* 
                 CPoint press, CWnd* clipTo)
 {
     return DragLoop(tracker, state, session, window, press).run(clipTo);
+}
+
+void paintTrack(ATracker& tracker, DragState state, CWnd& window)
+{
+    const LifeWatch life(tracker.life());
+    const HWND handle = window.GetSafeHwnd();
+    state.drawn = 0;
+    window.UpdateWindow();
+    if (!life.alive() || CWnd::FromHandle(handle) != &window || !state.tracking || state.drawn)
+        return;
+    CClientDC dc(&window);
+    tracker.Draw(&dc, &window);
 }
 
 void invalidateTrace(CWnd& window, const ShapeTrace& trace)

@@ -44,14 +44,21 @@ public:
 struct DragState {
     int& finished;  ///< 1 once the button went up, else 0
     DragEnd& end;
+    int& tracking;  ///< 1 while the drag runs
+    int& drawn;     ///< set when the frame of the drag is drawn
 };
 
 /// Runs a drag: captures the mouse for `window`, hands out messages and feeds the session until the
 /// left button goes up, Escape or the right button cancels, or capture, window or tracker are lost.
-/// Each change invalidates thin strips, tells the listener and paints. The press must have been
-/// accepted before (ATracker::mayBegin).
+/// Each change invalidates thin strips, tells the listener and paints; where painting the window
+/// does not draw the tracker, its frame is drawn over what the window shows. The press must have
+/// been accepted before (ATracker::mayBegin).
 DragEnd runDrag(ATracker& tracker, DragState state, DragSession& session, CWnd* window,
                 CPoint press, CWnd* clipTo);
+
+/// Paints the window; while the tracker tracks the pointer and that did not draw it, draws its
+/// frame over what the window shows. Tracker and window may be gone afterwards.
+void paintTrack(ATracker& tracker, DragState state, CWnd& window);
 
 /// Invalidates what `trace` covers on the window.
 void invalidateTrace(CWnd& window, const ShapeTrace& trace);
