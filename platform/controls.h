@@ -125,6 +125,9 @@ public:
     int EnableButton(unsigned id, int on);
     int CheckButton(unsigned id, int on);
     int IsButtonEnabled(unsigned id) const;
+    /// Another tip for a button; 0 when there is none of that id. "" from GetButtonTip then.
+    int SetButtonTip(unsigned id, const CString& tip);
+    CString GetButtonTip(unsigned id) const;
     int IsButtonChecked(unsigned id) const;
     /// Client rectangle of a button, empty when there is none; for drop-down lists.
     CRect GetButtonRect(unsigned id) const;

@@ -1,7 +1,11 @@
 // Large collections of areas in data values over a map of 4096 x 4096 cells: load, hit test, redraw
-// of a window of 1200 x 800, mask, and steps of undo. Time should grow with the number of areas.
+// of a window of 1200 x 800, mask, steps of undo, and one move of a drag of all of them in a window
+// that shows the map. Time should grow with the number of areas.
 
-#include "pavane/axes/ABAxis.h"
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/AAxisWnd.h"
+#include "pavane/maps/AColorsGraph.h"
+#include "pavane/maps/AMatrixAccess.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
@@ -10,9 +14,11 @@
 #include "platform/window_dc.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/AFile.h"
+#include "tessel/AMatrix.h"
 
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <string>
@@ -196,11 +202,74 @@ void undo(benchmark::State& state, int n)
             back = !back;
 }
 
+/// A window on a map that notes the time when a message comes between the moves of a drag.
+struct DragWindow : AAxisWnd {
+    DragWindow() : cells(mapSize, mapSize), access(cells)
+    {
+        for (int r = 0; r < mapSize; ++r)
+            for (int c = 0; c < mapSize; ++c)
+                cells(r, c) = static_cast<float>(r % 97 + c % 89);
+        axis = new A2DAxis(-1, 1, nullptr, 0);
+        auto* const map = new AColorsGraph(axis, access, mapRange, 0);
+        Create("", "map", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 1200, 800), nullptr, 0);
+        SetSquareCells(0);
+        SetAxis(axis, 1);
+        SetMap(map);
+    }
+    ~DragWindow() override { DestroyWindow(); }
+    LRESULT WindowProc(unsigned message, WPARAM w, LPARAM l) override
+    {
+        if (message == WM_USER)
+            noted.push_back(std::chrono::steady_clock::now());
+        return AAxisWnd::WindowProc(message, w, l);
+    }
+    void post(unsigned message, CPoint p, unsigned keys = MK_LBUTTON)
+    {
+        (void)PostMessage(message, keys, MAKELPARAM(p.x, p.y));
+    }
+    AMatrix<float> cells;
+    AFloatMatrixAccess access;
+    A2DAxis* axis;
+    std::vector<std::chrono::steady_clock::time_point> noted;
+};
+
+/// All areas are selected and go to and fro with the pointer.
+void dragAll(benchmark::State& state, int n)
+{
+    constexpr int moves = 10;
+    DragWindow window;
+    ATrackerArrayInAxis& areas = *window.GetTrackers();
+    fill(areas, n);
+    areas.SelectAll(&window);
+    window.UpdateWindow();
+    ShapeValues shape;
+    (void)areas.GetShape(n - 1, shape);
+    const APoint<double> in = shape.points.empty()
+                                  ? APoint<double>{shape.rect.left + 2, shape.rect.top + 2}
+                                  : APoint<double>{shape.points[0].x / 2 + shape.points[2].x / 2,
+                                                   shape.points[0].y / 2 + shape.points[2].y / 2};
+    const CPoint press(window.axis->RPXtoGPX(in.x), window.axis->RPYtoGPY(in.y));
+    for (auto _ : state) {
+        window.noted.clear();
+        window.post(WM_MOUSEMOVE, {press.x + 2, press.y + 2});
+        window.post(WM_USER, {});
+        for (int i = 0; i < moves; ++i)
+            window.post(WM_MOUSEMOVE, {press.x + (i % 2 ? 3 : -3), press.y + i % 3});
+        window.post(WM_USER, {});
+        (void)window.PostMessage(WM_KEYDOWN, VK_ESCAPE, 0);
+        window.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(press.x, press.y));
+        if (window.noted.size() != 2 || areas.lastDragEnd() != DragEnd::escaped)
+            return state.SkipWithError("no drag");
+        const std::chrono::duration<double> took = window.noted[1] - window.noted[0];
+        state.SetIterationTime(took.count() / moves);
+    }
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    if (!InitPlatform(argc, argv, PlatformUse::pictures))
+    if (!InitPlatform(argc, argv, PlatformUse::windows))
         return 1;
     const struct {
         const char* name;
@@ -214,12 +283,16 @@ int main(int argc, char** argv)
                 {"mask-4k", mask, benchmark::kMillisecond},
                 {"edit", edit, benchmark::kMicrosecond},
                 {"undo", undo, benchmark::kMicrosecond}};
+    const auto nameOf = [](const char* job, int n) {
+        return "areas/" + std::string(job) + "-" + std::to_string(n) + "/pavane";
+    };
     for (const auto& job : jobs)
         for (const int n : {5000, 10000, 20000})
-            benchmark::RegisterBenchmark(
-                ("areas/" + std::string(job.name) + "-" + std::to_string(n) + "/pavane").c_str(),
-                job.run, n)
-                ->Unit(job.unit);
+            benchmark::RegisterBenchmark(nameOf(job.name, n).c_str(), job.run, n)->Unit(job.unit);
+    for (const int n : {5000, 10000, 20000})
+        benchmark::RegisterBenchmark(nameOf("drag-all", n).c_str(), dragAll, n)
+            ->Unit(benchmark::kMillisecond)
+            ->UseManualTime();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     ShutdownPlatform();

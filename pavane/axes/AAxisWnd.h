@@ -195,6 +195,7 @@ private:
     int toolKey(int key);
     int moveByArrow(int key, bool shift, bool control);
     void leaveForDialog();
+    int walkHistory(int forward);
     void enableCommands();
     void endDrags();
     void dropAxis();

@@ -11,6 +11,7 @@
 #include "platform/controls.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 namespace pavane
@@ -42,8 +43,8 @@ const Tool* toolOf(unsigned command)
     return found == std::end(tools) ? nullptr : found;
 }
 
-/// "&Undo", what would be undone, and the key.
-CString menuText(const char* word, std::string_view label, const char* key)
+/// A word, the step that it is about ("Move of Area 3") in small letters, and what follows.
+CString stepText(const char* word, std::string_view label, const char* end)
 {
     CString text = word;
     if (!label.empty()) {
@@ -53,7 +54,7 @@ CString menuText(const char* word, std::string_view label, const char* key)
         if (first >= 'A' && first <= 'Z')
             first = static_cast<char>(first - 'A' + 'a');
     }
-    return text + key;
+    return text + end;
 }
 
 }  // namespace
@@ -69,9 +70,9 @@ void AAxisWnd::amMenuParse(CMenu* popup)
         if (line.id == ID_SHOW_CELLS)
             line.checked = showCells_;
         else if (line.id == ID_TRACK_UNDO)
-            line.text = menuText("&Undo", trackers_->history().undoLabel(), "\tCtrl+Z");
+            line.text = stepText("&Undo", trackers_->history().undoLabel(), "\tCtrl+Z");
         else if (line.id == ID_TRACK_REDO)
-            line.text = menuText("&Redo", trackers_->history().redoLabel(), "\tCtrl+Shift+Z");
+            line.text = stepText("&Redo", trackers_->history().redoLabel(), "\tCtrl+Shift+Z");
     }
 }
 
@@ -127,6 +128,22 @@ void AAxisWnd::enableCommands()
         return;
     for (const unsigned id : {ID_TRACK_UNDO, ID_TRACK_REDO, ID_WHOLE_MAP, ID_SHOW_CELLS})
         bar_->SendMessage(TB_ENABLEBUTTON, id, IsCommandEnabled(id));
+    const EditHistory& history = trackers_->history();
+    (void)bar_->SetButtonTip(ID_TRACK_UNDO, stepText("Undo", history.undoLabel(), " (Ctrl+Z)"));
+    (void)bar_->SetButtonTip(ID_TRACK_REDO,
+                             stepText("Redo", history.redoLabel(), " (Ctrl+Shift+Z)"));
+}
+
+/// One step of undo or redo, and word of what it was.
+int AAxisWnd::walkHistory(int forward)
+{
+    const EditHistory& history = trackers_->history();
+    const std::string label(forward ? history.redoLabel() : history.undoLabel());
+    const HWND self = GetSafeHwnd();
+    const int done = forward ? trackers_->Redo(this) : trackers_->Undo(this);
+    if (done && CWnd::FromHandle(self) == this)
+        OnNotice(stepText(forward ? "Redone:" : "Undone:", label, ""));
+    return 1;
 }
 
 void AAxisWnd::ChooseTool(int mode)
@@ -155,9 +172,9 @@ int AAxisWnd::RunCommand(unsigned id)
     case ID_SHOW_CELLS:
         return SetCellOverlay(!showCells_), 1;
     case ID_TRACK_UNDO:
-        return (void)trackers_->Undo(this), 1;
+        return walkHistory(0);
     case ID_TRACK_REDO:
-        return (void)trackers_->Redo(this), 1;
+        return walkHistory(1);
     case ID_TRACK_DELETE:
         return (void)trackers_->DelteTracker(this), 1;
     case ID_TRACK_COPY:

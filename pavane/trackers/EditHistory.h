@@ -80,8 +80,8 @@ public:
     EditHistory& operator=(const EditHistory&) = delete;
     ~EditHistory() { clear(); }
 
-    /// Starts a step; `label` is what the menu says after "Undo" ("Move area"), cut to 255 bytes. A
-    /// step that was begun and not committed is dropped.
+    /// Starts a step; `label` is what the menu says after "Undo" ("Move of Area 3"), cut to 255
+    /// bytes. A step that was begun and not committed is dropped.
     void begin(std::string_view label, const EditSelection& before);
     void insert(int index, int classCode, RecordBytes after);
     void remove(int index, int classCode, RecordBytes before);

@@ -66,7 +66,7 @@ void TrackerCollection::BeginMode(CWnd* window, int mode)
 {
     const int dropped = workingTracker() != nullptr;
     {
-        Step step(*this, dropped ? "Drop area" : nullptr);
+        Step step(*this, dropped ? StepLabel("Dropping", -1).text() : nullptr);
         if (dropped)
             changeWorking(nullptr);
         setMode(mode);
@@ -135,7 +135,7 @@ void TrackerCollection::EndWorking()
     int told = workingTracker() != nullptr;
     endDrag();
     {
-        Step step(*this, "Drop area");
+        Step step(*this, StepLabel("Dropping", -1).text());
         changeWorking(nullptr);
     }
     zoomHistory_.Free();

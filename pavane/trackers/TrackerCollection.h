@@ -341,6 +341,7 @@ private:
     void noteMapping(const std::string& before);
     void setMode(int mode);
     int walk(CWnd* window, const std::function<int()>& step);
+    void selectCameBack(std::size_t fewest);
 
     // Presses (collection_press.cpp)
     enum class DragResult { gone, refused, kept };
@@ -353,9 +354,9 @@ private:
     void takeClicked(CWnd* window, CPoint p);
     int addVertex(CWnd* window, CPoint p);
     int closesAt(CPoint p, CPoint* vertex = nullptr) const;
-    void focusPressed(CWnd* window, CPoint p);
+    const char* focusPressed(CWnd* window, CPoint p);
     void invalidateFocus(CWnd* window) const;
-    void takeDrawn(CWnd* window, ATracker* tracker, const char* label);
+    void takeDrawn(CWnd* window, ATracker* tracker);
     void takeWorking(CWnd* window, const std::string& before);
     int moveSeveral(CWnd* window, int item, CPoint p);
     void boundFollowers(CWnd* window, ATracker& grabbed, CPoint p);
@@ -396,6 +397,8 @@ private:
     std::vector<Kind> kinds_;
     ActiveItems active_;
     std::unordered_set<const ATracker*> selected_;
+    std::vector<const ATracker*> cameBack_;  ///< by the step that is undone
+    int wentAway_ = 0;                       ///< it took areas too
     int focusItem_ = -1;
     int focusHandle_ = -1;
     int passedItem_ = -1;  ///< the current area when the focus went past the ends
@@ -409,6 +412,7 @@ private:
     struct Follower {
         int item;
         std::string before;
+        ShapeValues start;
     };
     std::vector<Follower> followers_;  ///< areas that move with the dragged one
     CRect followBounds_;

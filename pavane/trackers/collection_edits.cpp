@@ -25,7 +25,7 @@ int TrackerCollection::addItem(int i, ATracker* tracker, int makeCurrent)
     if (!tracker || i < 0 || i > trackerCount())
         return -1;
     {
-        Step step(*this, "Add area");
+        Step step(*this, StepLabel("Addition", i).text());
         if (!placeItem(i, tracker, tracker->IsActive()))
             return -1;
         noteInsert(i);
@@ -59,7 +59,10 @@ void TrackerCollection::eraseItems(int first, int n)
 {
     const int count = trackerCount();
     const int end = n > count - first ? count : first + n;
-    Step step(*this, "Delete area");
+    std::vector<int> items;
+    for (int i = std::max(first, 0); i < end; ++i)
+        items.push_back(i);
+    Step step(*this, StepLabel("Deletion", items).text());
     for (int i = end; i-- > std::max(first, 0);)
         eraseItem(i);
 }
@@ -89,7 +92,7 @@ int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
         file, [this](const CString& name) { return makeTrackerOfClass(name); }, trackers, report);
     endDrag();
     {
-        Step step(*this, "Load areas");
+        Step step(*this, "Loading of areas");
         eraseItems(0, trackerCount());
         changeWorking(nullptr);
         if (drawn_)
@@ -110,7 +113,7 @@ int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
 void TrackerCollection::Clear(CWnd* window)
 {
     {
-        Step step(*this, "Clear areas");
+        Step step(*this, "Clearing of all areas");
         eraseItems(0, trackerCount());
         changeWorking(nullptr);
     }
@@ -124,7 +127,7 @@ int TrackerCollection::DelteTracker(CWnd* window)
     if (workingTracker()) {
         const int mode = mode_;
         {
-            Step step(*this, "Delete area");
+            Step step(*this, StepLabel("Deletion", -1).text());
             changeWorking(nullptr);
             if (mode & toolArea)
                 setMode(toolArrow);
@@ -140,7 +143,7 @@ int TrackerCollection::DelteTracker(CWnd* window)
     if (items.empty())
         return 0;
     {
-        Step step(*this, items.size() > 1 ? "Delete areas" : "Delete area");
+        Step step(*this, StepLabel("Deletion", items).text());
         for (auto item = items.rbegin(); item != items.rend(); ++item)
             eraseItem(*item);
     }
@@ -155,7 +158,7 @@ int TrackerCollection::CopyTracker(CWnd* window)
         return 0;
     const int before = trackerCount();
     {
-        Step step(*this, items.size() > 1 ? "Copy areas" : "Copy area");
+        Step step(*this, StepLabel("Copy", items).text());
         for (const int i : items)
             (void)copyItem(window, i);
         if (trackerCount() > before)

@@ -131,7 +131,7 @@ int TrackerCollection::moveByOffset(CWnd* window, APoint<double> offset)
     const std::vector<int> items = SelectedItems();
     if (items.empty())
         return 0;
-    return moveShapes(window, items, offset, items.size() > 1 ? "Move areas" : "Move area");
+    return moveShapes(window, items, offset, StepLabel("Move", items).text());
 }
 
 int TrackerCollection::moveShapes(CWnd* window, const std::vector<int>& items,
@@ -182,7 +182,15 @@ int TrackerCollection::moveFocusedHandle(CWnd* window, APoint<double> offset)
     if (!setShapeOf(tracker, shape))
         return 0;
     {
-        Step step(*this, "Move handle", keySeries({focusItem_}, focusHandle_));
+        const int turned = shape.kind == ShapeValues::Kind::rotatedRectangle ||
+                           shape.kind == ShapeValues::Kind::ellipse;
+        const int turns = turned && focusHandle_ == handleCount(shape) - 1;
+        const int vertex = shape.kind == ShapeValues::Kind::polygon;
+        const StepLabel label(vertex  ? "Move of a vertex"
+                              : turns ? "Turn"
+                                      : "Resizing",
+                              focusItem_);
+        Step step(*this, label.text(), keySeries({focusItem_}, focusHandle_));
         noteChange(focusItem_, before);
     }
     changed(window);
@@ -224,7 +232,7 @@ int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
     const APoint<double> added{a.x + along * (b.x - a.x), a.y + along * (b.y - a.y)};
     shape.points.insert(shape.points.begin() + edge + 1, added);
     const LifeWatch self(life_);
-    if (!ChangeTracker(nullptr, curItem_, "Insert vertex",
+    if (!ChangeTracker(nullptr, curItem_, StepLabel("New vertex", curItem_).text(),
                        [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
         !self.alive())
         return 0;
@@ -250,7 +258,7 @@ int TrackerCollection::DeleteVertex(CWnd* window, const CPoint* at)
         return 0;
     shape.points.erase(shape.points.begin() + vertex);
     const LifeWatch self(life_);
-    if (!ChangeTracker(nullptr, curItem_, "Delete vertex",
+    if (!ChangeTracker(nullptr, curItem_, StepLabel("Deletion of a vertex", curItem_).text(),
                        [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
         !self.alive())
         return 0;
@@ -309,7 +317,7 @@ int TrackerCollection::PlaceShape(CWnd* window)
     if (shape.kind == ShapeValues::Kind::polygon)
         tracker->SetStyle(tracker->GetStyle() | trackerReady);
     history_.endSeries();
-    takeDrawn(window, tracker.release(), "Draw area");
+    takeDrawn(window, tracker.release());
     return 1;
 }
 

@@ -5,7 +5,7 @@
 #include "pavane/trackers/collection_step.h"
 #include "pavane/trackers/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
-#include "pavane/trackers/turned_rect.h"
+#include "pavane/trackers/TurnedRectDrag.h"
 #include "platform/CWnd.h"
 #include "tessel/rounding.h"
 
@@ -134,7 +134,7 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     if (!current || !current->IsActive() || current->HitTest(p, window) < 0)
         return 0;
     const std::string before = recordOf(*current, curItem_);
-    focusPressed(window, p);
+    const char* const what = focusPressed(window, p);
     const DragResult end =
         drag(window, *current, [&] { return current->Track(window, p, 0, nullptr); });
     if (end == DragResult::gone)
@@ -146,7 +146,7 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     if (i < 0 || sameShape(recordOf(*current, i), before))
         return 1;
     {
-        Step step(*this, "Change area");
+        Step step(*this, StepLabel(what, i).text());
         noteChange(i, before);
     }
     changed(window);
@@ -154,8 +154,8 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
 }
 
 /// A vertex of the current area that is pressed has the focus, and nothing else has: keys go to
-/// what the pointer has taken last.
-void TrackerCollection::focusPressed(CWnd* window, CPoint p)
+/// what the pointer has taken last. Returns what a drag from there does.
+const char* TrackerCollection::focusPressed(CWnd* window, CPoint p)
 {
     ATracker& current = *trackerAt(curItem_);
     ShapeValues shape;
@@ -166,6 +166,11 @@ void TrackerCollection::focusPressed(CWnd* window, CPoint p)
     focusItem_ = vertex ? curItem_ : -1;
     focusHandle_ = vertex ? hit - hitFirstHandle : -1;
     invalidateFocus(window);
+    if (hit == moveCode(current))
+        return "Move";
+    const int turned = shape.kind == ShapeValues::Kind::rotatedRectangle ||
+                       shape.kind == ShapeValues::Kind::ellipse;
+    return vertex ? "Move of a vertex" : turned && hit == hitTurning ? "Turn" : "Resizing";
 }
 
 /// Runs one drag and tells whether the tracker and the collection are still there. `window` is null
@@ -242,7 +247,7 @@ int TrackerCollection::pressDraw(CWnd* window, CPoint p)
     tracker.reset(drawn_);
     drawn_ = nullptr;
     if (end == DragResult::kept && tracker->IsReady()) {
-        takeDrawn(window, tracker.release(), "Draw area");
+        takeDrawn(window, tracker.release());
     } else {
         tracker.reset();
         ChangeTrackState(window);
@@ -298,7 +303,7 @@ int TrackerCollection::addVertex(CWnd* window, CPoint p)
     if (end == DragResult::refused)
         return 1;
     if (before.empty() || !sameShape(after, before)) {
-        Step step(*this, "Add vertex");
+        Step step(*this, StepLabel("New vertex", -1).text());
         noteWorking(*working, before, after);
     }
     if (working->IsReady())
@@ -309,11 +314,11 @@ int TrackerCollection::addVertex(CWnd* window, CPoint p)
 }
 
 /// A shape that was drawn becomes the current area, and its tool is put away.
-void TrackerCollection::takeDrawn(CWnd* window, ATracker* tracker, const char* label)
+void TrackerCollection::takeDrawn(CWnd* window, ATracker* tracker)
 {
     const int mode = mode_;
     {
-        Step step(*this, label);
+        Step step(*this, StepLabel("Drawing", trackerCount()).text());
         selected_.clear();
         makeCurrent(-1);
         if (insertItem(trackerCount(), tracker, 0))
@@ -330,7 +335,7 @@ void TrackerCollection::takeWorking(CWnd* window, const std::string& before)
 {
     const int mode = mode_;
     {
-        Step step(*this, "Close area");
+        Step step(*this, StepLabel("Closing", trackerCount()).text());
         ATracker* const tracker = workingTracker();
         noteWorking(*tracker, before, {});
         setWorking(nullptr);
@@ -375,12 +380,14 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
     if (curItem_ != item)
         makeCurrent(item);
     const std::string before = recordOf(grabbed, item);
-    std::vector<Follower> records;
+    std::vector<std::string> records;
+    std::vector<int> items = {item};
     ShapeValues shape;
     for (const int i : SelectedItems())
         if (i != item && shapeOf(*trackerAt(i), shape)) {
-            followers_.push_back({i, trackerAt(i)->State()});
-            records.push_back({i, recordOf(*trackerAt(i), i)});
+            followers_.push_back({i, trackerAt(i)->State(), shape});
+            records.push_back(recordOf(*trackerAt(i), i));
+            items.push_back(i);
         }
     if (!shapeOf(grabbed, shape))
         followers_.clear();
@@ -394,11 +401,11 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
         return 1;
     const int i = IndexOf(&grabbed);
     if (end == DragResult::kept && i >= 0 && !sameShape(recordOf(grabbed, i), before)) {
-        Step step(*this, "Move areas");
+        Step step(*this, StepLabel("Move", items).text());
         noteChange(i, before);
         if (!followers_.empty())  // else something ended the moving together
-            for (const Follower& record : records)
-                noteChange(record.item, record.before);
+            for (std::size_t k = 0; k < records.size(); ++k)
+                noteChange(items[k + 1], records[k]);
         followers_.clear();
     }
     releaseFollowers();
@@ -469,32 +476,42 @@ void TrackerCollection::trackerChanging(ATracker& tracker)
     OnChanging(tracker);
 }
 
+/// Many are repainted and boxed together: one by one that takes longer than to draw them.
 void TrackerCollection::moveFollowers(const ATracker& grabbed)
 {
-    ShapeValues now;
-    if (!shapeOf(grabbed, now))
+    ShapeValues shape;
+    if (!shapeOf(grabbed, shape))
         return;
-    const APoint<double> to = anchorOf(now);
+    const APoint<double> to = anchorOf(shape);
+    const APoint<double> offset{to.x - followFrom_.x, to.y - followFrom_.y};
     CWnd* const window = CWnd::FromHandle(dragWindow_);
+    constexpr std::size_t many = 64;
+    const int each = followers_.size() < many;
+    const auto invalidate = [&](const ATracker& tracker) {
+        CRect box;
+        tracker.GetTrueRect(&box);
+        if (window && each)
+            window->InvalidateRect(box);
+    };
     for (const Follower& follower : followers_) {
         ATracker* const tracker = trackerAt(follower.item);
         if (!tracker)
             continue;
-        CRect box;
-        tracker->GetTrueRect(&box);
-        if (window)
-            window->InvalidateRect(box);
-        ShapeValues shape;
-        if (!tracker->SetState(follower.before) || !shapeOf(*tracker, shape))
-            continue;
-        adopt(*tracker);
-        moveShape(shape, {to.x - followFrom_.x, to.y - followFrom_.y});
+        if (each)
+            invalidate(*tracker);
+        shape = follower.start;
+        moveShape(shape, offset);
         (void)setShapeOf(*tracker, shape);
-        boxChanged(follower.item);
-        tracker->GetTrueRect(&box);
-        if (window)
-            window->InvalidateRect(box);
+        if (each) {
+            boxChanged(follower.item);
+            invalidate(*tracker);
+        }
     }
+    if (each)
+        return;
+    ForgetBoxes();
+    if (window)
+        window->Invalidate();
 }
 
 }  // namespace pavane

@@ -246,12 +246,13 @@ int TrackerCollection::applyEdit(const EditChange& change)
         std::unique_ptr<ATracker> tracker(makeFromRecord(change.classCode, after));
         if (!tracker || !placeItem(change.index, tracker.get(), activeBit(after)))
             return 0;
-        (void)tracker.release();
+        cameBack_.push_back(tracker.release());
         return 1;
     }
     case EditKind::remove:
         if (!isOfKind(change.index, change.classCode))
             return 0;
+        wentAway_ = 1;
         dropItem(change.index);
         return 1;
     case EditKind::replace: {
@@ -306,19 +307,45 @@ int TrackerCollection::applySelection(const EditSelection& selection)
 
 int TrackerCollection::Undo(CWnd* window)
 {
-    return walk(window, [this] { return history_.undo(*this); });
+    return walk(window, [this] {
+        const int done = history_.undo(*this);
+        if (done)
+            selectCameBack(1);
+        return done;
+    });
+}
+
+/// Areas that a step brought back alone, `fewest` or more, are selected together, as after the
+/// deletion or the copy of several; one that is current and active again is so without.
+void TrackerCollection::selectCameBack(std::size_t fewest)
+{
+    const ATracker* const current = trackerAt(curItem_);
+    const int isCurrent = cameBack_.size() == 1 && cameBack_[0] == current && current->IsActive();
+    if (wentAway_ || cameBack_.size() < fewest)
+        return;
+    selected_.clear();
+    if (!isCurrent)
+        selected_.insert(cameBack_.begin(), cameBack_.end());
 }
 
 int TrackerCollection::Redo(CWnd* window)
 {
-    return walk(window, [this] { return history_.redo(*this); });
+    return walk(window, [this] {
+        const int done = history_.redo(*this);
+        if (done)
+            selectCameBack(2);
+        return done;
+    });
 }
 
 int TrackerCollection::walk(CWnd* window, const std::function<int()>& step)
 {
     const int mode = mode_;
+    cameBack_.clear();
+    wentAway_ = 0;
     if (dragged_ || drawn_ || depth_ > 0 || !step())
         return 0;
+    cameBack_.clear();
     if (mode_ != mode)
         showTool(window);
     changed(window);
@@ -421,7 +448,7 @@ int TrackerCollection::GetShape(int i, ShapeValues& shape) const
 
 int TrackerCollection::SetShape(CWnd* window, int i, const ShapeValues& shape)
 {
-    return ChangeTracker(window, i, "Edit area",
+    return ChangeTracker(window, i, StepLabel("Edit", i).text(),
                          [&](ATracker& tracker) { return setShapeOf(tracker, shape); });
 }
 

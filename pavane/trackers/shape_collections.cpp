@@ -30,7 +30,7 @@ int addShapes(ARPTrackerArray& trackers, CWnd* window, const std::vector<AreaSha
 {
     int added = 0;
     long long number = 0;
-    trackers.BeginEdits("Import areas");
+    trackers.BeginEdits("Import of areas");
     for (const AreaShape& shape : shapes) {
         ++number;
         ABTracker* const tracker = newTracker(shape, map);

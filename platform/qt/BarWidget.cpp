@@ -33,8 +33,7 @@ BarButton::BarButton(BarWidget* bar, const ToolButton& button)
     setIconSize(QSize(icon, icon));
     setAutoRaise(true);
     setCheckable(button.checkable || button.group > 0);
-    setToolTip(tipText(button.tip));
-    setAccessibleName(textOf(button.tip));
+    setTip(button.tip);
     // a click leaves the keyboard where it is; the first one is given the Tab key later
     setFocusPolicy(Qt::NoFocus);
     setFixedSize(icon + buttonPadding + (hasArrow_ ? arrowWidth : 0), icon + buttonPadding);
@@ -43,6 +42,15 @@ BarButton::BarButton(BarWidget* bar, const ToolButton& button)
 
 /// The style draws the button; picture and arrow are ours, because the style keeps each of its
 /// arrows in a cache.
+void BarButton::setTip(const CString& tip)
+{
+    if (tip == tip_)
+        return;
+    tip_ = tip;
+    setToolTip(tipText(tip));
+    setAccessibleName(textOf(tip));
+}
+
 void BarButton::paintEvent(QPaintEvent*)
 {
     QStylePainter painter(this);

@@ -19,6 +19,9 @@ public:
     BarButton(BarWidget* bar, const ToolButton& button);
     unsigned id() const { return id_; }
     bool hasArrow() const { return hasArrow_; }
+    /// Also what screen readers read.
+    void setTip(const CString& tip);
+    const CString& tip() const { return tip_; }
 
 protected:
     void paintEvent(QPaintEvent* e) override;
@@ -30,6 +33,7 @@ private:
     BarWidget* bar_;
     unsigned id_;
     bool hasArrow_;
+    CString tip_;
 };
 
 /// The native side of a toolbar: its pieces in rows.

@@ -83,6 +83,21 @@ int CToolBar::IsButtonEnabled(unsigned id) const
     return button && button->isEnabled() ? 1 : 0;
 }
 
+int CToolBar::SetButtonTip(unsigned id, const CString& tip)
+{
+    BarButton* const button = buttonOf(this, id);
+    if (!button)
+        return 0;
+    button->setTip(tip);
+    return 1;
+}
+
+CString CToolBar::GetButtonTip(unsigned id) const
+{
+    const BarButton* const button = buttonOf(this, id);
+    return button ? button->tip() : CString();
+}
+
 int CToolBar::IsButtonChecked(unsigned id) const
 {
     const BarButton* const button = buttonOf(this, id);
