@@ -25,6 +25,11 @@ namespace
 /// Room around the content and between plot and colour bar, client units; less in tiny windows.
 constexpr int widestMargin = 8;
 constexpr int barGap = 14;
+/// More areas than these take longer to fill than to paint; while so many are dragged, their cells
+/// wait for a pause of the pointer (ms).
+constexpr std::size_t mostFollowedAtOnce = 1000;
+constexpr unsigned restTimer = 2;
+constexpr unsigned restPause = 80;
 /// A plot narrower than this gives up its colour bar.
 constexpr int leastPlotBesideBar = 60;
 
@@ -452,7 +457,27 @@ void AAxisWnd::tellOfLostSteps()
 
 void AAxisWnd::areaChanging(ATracker& tracker)
 {
-    overlay_->followDrag(*trackers_, static_cast<const ABTracker&>(tracker));
+    const int several = trackers_->IsSelected(trackers_->IndexOf(&tracker));
+    const std::vector<int> moving = several ? trackers_->SelectedItems() : std::vector<int>();
+    if (moving.size() > mostFollowedAtOnce)
+        SetTimer(restTimer, restPause);
+    else if (moving.size() > 1)
+        overlay_->followDrag(*trackers_, moving);
+    else
+        overlay_->followDrag(*trackers_, static_cast<const ABTracker&>(tracker));
+    invalidateCells();
+    showStatusAtPointer();
+}
+
+/// Cells of very many areas follow when the pointer rests.
+void AAxisWnd::OnTimer(unsigned id)
+{
+    if (id != restTimer)
+        return OnGestureTimer(id);
+    KillTimer(restTimer);
+    if (presses_ == 0)
+        return;
+    overlay_->followDrag(*trackers_, trackers_->SelectedItems());
     invalidateCells();
     showStatusAtPointer();
 }

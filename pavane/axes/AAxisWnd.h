@@ -177,6 +177,7 @@ private:
     void showStatus(CPoint pixel);
     void showStatusAtPointer();
     void invalidateCells();
+    void OnGestureTimer(unsigned id);
     void tellOfLostSteps();
     // Range
     int rangeOfZoom(CPoint pixel, double factor, TMinMax& range) const;

@@ -116,7 +116,7 @@ void AAxisWnd::beginGesture()
         SetTimer(gestureTimer, gesturePause);
 }
 
-void AAxisWnd::OnTimer(unsigned id)
+void AAxisWnd::OnGestureTimer(unsigned id)
 {
     if (id != gestureTimer)
         return ABWindow::OnTimer(id);

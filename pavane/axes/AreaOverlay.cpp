@@ -134,6 +134,23 @@ void AreaOverlay::followDrag(const ARPTrackerArray& areas, const ABTracker& chan
     }
 }
 
+void AreaOverlay::followDrag(const ARPTrackerArray& areas, const std::vector<int>& items)
+{
+    if (!map_)
+        return;
+    int done = 1;
+    cells_.begin();
+    for (const int item : items) {
+        const auto index = static_cast<std::size_t>(item);
+        if (item < 0 || index >= marks_.size())
+            continue;
+        done = done && putArea(*shape(areas, index), item, 1);
+        marks_[index] = noMark;
+    }
+    if (!cells_.end() || !done)
+        marks_.clear();  // without memory; the next change tries again
+}
+
 void AreaOverlay::setPlot(const CRect& plot, int ratio)
 {
     plot_ = CRect(plot.left, plot.top, plot.right + 1, plot.bottom + 1);

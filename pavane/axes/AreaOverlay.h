@@ -30,6 +30,8 @@ public:
     void follow(const ARPTrackerArray& areas);
     /// One of the areas, or one that is being drawn and will be of them, has another shape.
     void followDrag(const ARPTrackerArray& areas, const ABTracker& changed);
+    /// The same of several areas, by index.
+    void followDrag(const ARPTrackerArray& areas, const std::vector<int>& items);
     /// Number of cells and sum of their values, of the mask of all areas.
     CellSum total() { return cells_.total(); }
     const ABitMatrix& mask() const { return cells_.mask(); }

@@ -215,6 +215,58 @@ TEST(PointerStatus, FollowsADragWhetherCellsAreShownOrNot)
     EXPECT_GE(std::set<std::int64_t>(seen[0].begin(), seen[0].end()).size(), 5u);
 }
 
+TEST(PointerStatus, FollowsManyThatMoveTogetherOrWaitsForAPauseWhenTheyAreVeryMany)
+{
+    struct Moving : PointerWindow {
+        std::vector<double> sums;  ///< that were shown in the drag
+        CPoint to;
+        int rests = 0;
+        void OnStatus(const AxisStatus& status) override
+        {
+            if (GetCapture() == this)
+                sums.push_back(status.sum);
+        }
+        void OnTimer(unsigned id) override
+        {
+            PointerWindow::OnTimer(id);
+            ++rests;
+            post(WM_LBUTTONUP, to, 0);
+        }
+    };
+    for (const int n : {3, 1001}) {
+        SCOPED_TRACE(n);
+        Moving window;
+        window.areas().BeginEdits("Setup");
+        for (int i = 0; i < n; ++i) {
+            auto* const rect = new ARPRectTracker;
+            const double x = window.GetMap()->MPXtoRPX(i % 60);
+            const double y = window.GetMap()->MPYtoRPY(i / 60);
+            rect->SetRect({x, y, x - 1.2, y + 2});
+            (void)window.areas().Add(rect, 0);
+        }
+        window.areas().EndEdits(&window);
+        window.areas().SelectAll(&window);
+        window.UpdateWindow();
+        const CPoint from = window.at(1, 1);
+        ASSERT_TRUE(window.areas().IsSelected(window.areas().TopmostAt(from, &window)));
+        window.to = from + CPoint(90, -60);
+        window.post(WM_MOUSEMOVE, from + CPoint(0, -30));
+        window.post(WM_MOUSEMOVE, window.to);
+        if (n == 3)
+            window.post(WM_LBUTTONUP, window.to, 0);
+        window.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+        double sum = 0;
+        const ABitMatrix mask = window.mask();
+        for (int r = 0; r < mask.rows(); ++r)
+            for (int c = 0; c < mask.columns(); ++c)
+                sum += mask.get(r, c) ? static_cast<double>(window.map.row(r)[c]) : 0;
+        ASSERT_FALSE(window.sums.empty());
+        EXPECT_NEAR(window.sums.back(), sum, 1e-9 * sum);
+        EXPECT_EQ(window.rests, n == 3 ? 0 : 1);
+        EXPECT_EQ(window.areas().history().undoLabel(), "Move of " + std::to_string(n) + " areas");
+    }
+}
+
 TEST(PointerMenu, MakesTheAreaUnderItCurrentAlsoWhenItWasLeft)
 {
     PointerWindow window;
