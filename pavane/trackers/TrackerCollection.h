@@ -414,6 +414,8 @@ private:
         std::string before;
         ShapeValues start;
     };
+    /// From so many followers on they are boxed and repainted all together.
+    static constexpr std::size_t manyFollowers = 64;
     std::vector<Follower> followers_;  ///< areas that move with the dragged one
     CRect followBounds_;
     APoint<double> followFrom_;

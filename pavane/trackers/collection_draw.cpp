@@ -94,6 +94,14 @@ int TrackerCollection::TopmostAt(CPoint p, CWnd* window)
 /// Items whose boxes meet a rectangle, in order; 0 without memory.
 int TrackerCollection::itemsIn(const ARect<double>& rect, Pile<int>& found)
 {
+    // boxes that change with every move of a drag take longer to make than what is out of sight
+    // takes to draw
+    const int all = !boxesKnown_ && followers_.size() >= manyFollowers;
+    for (int i = 0; all && i < trackerCount(); ++i)
+        if (!found.add(i))
+            return 0;
+    if (all)
+        return 1;
     if (knowBoxes())
         return boxes_.meeting(rect, found);
     for (int i = 0; i < trackerCount(); ++i) {

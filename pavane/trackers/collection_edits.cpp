@@ -39,7 +39,9 @@ int TrackerCollection::addItem(int i, ATracker* tracker, int makeCurrent)
 void TrackerCollection::appendItems(int n, const std::function<ATracker*(int)>& tracker)
 {
     {
-        Step step(*this, "Add areas");
+        // as many as there will be, the first of them by its number when it is alone
+        const std::vector<int> items(static_cast<std::size_t>(std::max(n, 0)), trackerCount());
+        Step step(*this, StepLabel("Addition", items).text());
         for (int i = 0; i < n; ++i)
             if (ATracker* const added = tracker(i))
                 (void)insertItem(trackerCount(), added, added->IsActive());

@@ -485,8 +485,7 @@ void TrackerCollection::moveFollowers(const ATracker& grabbed)
     const APoint<double> to = anchorOf(shape);
     const APoint<double> offset{to.x - followFrom_.x, to.y - followFrom_.y};
     CWnd* const window = CWnd::FromHandle(dragWindow_);
-    constexpr std::size_t many = 64;
-    const int each = followers_.size() < many;
+    const int each = followers_.size() < manyFollowers;
     const auto invalidate = [&](const ATracker& tracker) {
         CRect box;
         tracker.GetTrueRect(&box);

@@ -430,7 +430,7 @@ int TrackerCollection::ReopenLast(CWnd* window)
     adopt(*open);
     open->SetActive(1);
     {
-        Step step(*this, "Open area");
+        Step step(*this, StepLabel("Reopening", last).text());
         eraseItem(last);
         changeWorking(open.release());
         setMode(toolArea);

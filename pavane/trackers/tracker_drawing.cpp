@@ -147,7 +147,9 @@ void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed, bool 
 {
     if (n < 2)
         return;
-    std::vector<CPoint> line(points, points + n);
+    std::vector<CPoint> line;
+    line.reserve(static_cast<std::size_t>(n) + 1);
+    line.assign(points, points + n);
     if (closed)
         line.push_back(points[0]);
     if (active)

@@ -66,12 +66,17 @@ struct Shapes {
     static int write(ATracker& tracker, const ShapeValues& shape)
     {
         if (auto* rect = dynamic_cast<Rect*>(&tracker)) {
+            if (shape.kind != Kind::rectangle)
+                return 0;
             auto next = rect->rect();
             assign(next, shape.rect);
             rect->SetRect(next);
             return 1;
         }
         if (auto* turned = dynamic_cast<RotateRect*>(&tracker)) {
+            if (shape.kind !=
+                (dynamic_cast<const Ellipse*>(turned) ? Kind::ellipse : Kind::rotatedRectangle))
+                return 0;
             auto next = turned->rect();
             assign(next, shape.rect);
             turned->SetRect(next);
@@ -79,7 +84,7 @@ struct Shapes {
             return 1;
         }
         auto* area = dynamic_cast<Area*>(&tracker);
-        if (!area)
+        if (!area || shape.kind != Kind::polygon)
             return 0;
         auto& points = area->points();
         const int n = static_cast<int>(shape.points.size());
@@ -105,8 +110,7 @@ int shapeOf(const ATracker& tracker, ShapeValues& shape)
 
 int setShapeOf(ATracker& tracker, const ShapeValues& shape)
 {
-    ShapeValues now;
-    if (!shapeOf(tracker, now) || now.kind != shape.kind || !isFinite(shape))
+    if (!isFinite(shape))
         return 0;
     return ValueShapes::write(tracker, shape) || PixelShapes::write(tracker, shape);
 }
