@@ -1,6 +1,7 @@
 #include "pavane/maps/MapContours.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/fitted_text.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/maps/AColorsGraph.h"
 #include "pavane/maps/device_strokes.h"
@@ -144,14 +145,15 @@ void MapContours::drawLeftOutText(CDC& dc, const ABAxis& axis) const
         return;
     const SelectedObject<CFont> selected(dc, font);
     const int air = axis.getFHeight() / 4;
-    const CSize size = dc.GetTextExtent(leftOutText_);
+    const CString text = fittedLine(dc, leftOutText_, axis.getGraphRect().Width() - 2 * air);
+    const CSize size = dc.GetTextExtent(text);
     const CPoint corner = axis.getGraphRect().TopLeft();
     dc.FillSolidRect(
         CRect(corner.x, corner.y, corner.x + size.cx + 2 * air, corner.y + size.cy + air),
         RGB(255, 255, 255));
     dc.SetBkMode(TRANSPARENT);
     dc.SetTextColor(RGB(0, 0, 0));
-    dc.TextOut(corner.x + air, corner.y + air / 2, leftOutText_);
+    dc.TextOut(corner.x + air, corner.y + air / 2, text);
 }
 
 }  // namespace pavane
