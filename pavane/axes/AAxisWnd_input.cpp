@@ -21,6 +21,7 @@ int AAxisWnd::followPress(Call call)
         retired_.clear();
         overlay_->follow(*trackers_);  // a shape that was given up has left its cells
         invalidateCells();
+        enableCommands();  // there was no undo during the drag
     }
     return used;
 }
