@@ -3,6 +3,7 @@
 #include "apps/view/file_ending.h"
 #include "pavane/trackers/area_file.h"
 #include "tessel/AFile.h"
+#include "tessel/paths.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -199,7 +200,7 @@ int readRegionText(const std::string& file, std::string& text, std::string& erro
     AFile in;
     const std::int64_t size = in.open(file, AFile::readOnly) ? in.size() : -1;
     if (size < 0) {
-        error = "the region file cannot be opened";
+        error = readFault(file);
         return 0;
     }
     if (size > longestText) {

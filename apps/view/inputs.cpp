@@ -8,26 +8,11 @@
 #include "pavane/trackers/ATrackerArrayInAxis.h"
 #include "tessel/plain_text.h"
 
-#include <sys/stat.h>
-
 namespace pavane
 {
 
 namespace
 {
-
-/// What a name stands for that no program can read as a file; "" for a file, or for nothing.
-std::string kindThatIsNoFile(const std::string& name)
-{
-    struct stat info {
-    };
-    if (name.empty() || stat(name.c_str(), &info) != 0 || S_ISREG(info.st_mode))
-        return {};
-    return S_ISDIR(info.st_mode)    ? "is a folder, not a file"
-           : S_ISFIFO(info.st_mode) ? "is a pipe, not a file"
-           : S_ISSOCK(info.st_mode) ? "is a socket, not a file"
-                                    : "is a device, not a file";
-}
 
 /// Puts the file's name in front of what is wrong with it.
 int refuse(const std::string& file, std::string& error)
@@ -126,8 +111,7 @@ void makePlain(MapHeader& header)
 int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
                   const ProgressFunction& progress)
 {
-    error = kindThatIsNoFile(file);
-    if (!error.empty() || !readFitsMap(file, plane, inputs.map, error, progress))
+    if (!readFitsMap(file, plane, inputs.map, error, progress))
         return 0;
     makePlain(inputs.map.header);
     const AMatrix<float>& cells = inputs.map.cells;
@@ -141,11 +125,6 @@ int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::s
 int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
                std::string& error)
 {
-    for (const std::string& file : {options.areas, options.model, options.visibilities}) {
-        error = kindThatIsNoFile(file);
-        if (!error.empty())
-            return refuse(file, error);
-    }
     if (!options.model.empty() && !readComponentFile(options.model, inputs.model, error))
         return refuse(options.model, error);
     if (!options.visibilities.empty() && !readUvPoints(options.visibilities, inputs.uv, error))

@@ -13,6 +13,8 @@ namespace pavane
 namespace
 {
 
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
 /// The two numbers at the start of a line.
 int readPoint(std::string_view line, double& u, double& v)
 {
@@ -50,6 +52,8 @@ int readUvPoints(const std::string& file, UvPoints& points, std::string& error)
     std::string line;
     int headingAllowed = 1;
     while (lines.next(line)) {
+        if (lines.number() == 1 && line.starts_with(byteOrderMark))
+            line.erase(0, byteOrderMark.size());
         if (isBlank(line) || line.front() == '#')
             continue;
         double u = 0;

@@ -78,9 +78,12 @@ std::string readStrictly(std::istream& in, AComponents& components)
 int readComponentFile(const std::string& file, AComponents& components, std::string& error)
 {
     components.Free();
-    const AFile found(file, AFile::readOnly);  // nothing but a plain file
-    std::ifstream in(file, std::ios::binary);
-    if (!found.isOpen() || !in) {
+    const AFile found(file,
+                      AFile::readOnly);  // nothing but a plain file: a stream waits for a pipe
+    std::ifstream in;
+    if (found.isOpen())
+        in.open(file, std::ios::binary);
+    if (!in.is_open()) {
         error = "it " + readFault(file);
         return 0;
     }

@@ -220,8 +220,8 @@ TEST_F(ViewRun, BadInputEndsWithStatusTwoAndOneLineThatNamesTheFile)
         {"map.fits --batch --png file/p.png", "file/p.png"},
         {"map.fits --batch --pdf file/p.pdf", "file/p.pdf"},
         {"map.fits --batch --svg pipe", "pipe"},
-        {"map.fits --batch --svg nowhere/p.svg", "nowhere/p.svg"},
-        {"map.fits --batch --areas ok.cma --mask nowhere/o.fits", "nowhere/o.fits"},
+        {"map.fits --batch --svg nowhere/p.svg", "No such file or directory"},
+        {"map.fits --batch --areas ok.cma --mask nowhere/o.fits", "No such file or directory"},
         {"map.fits --batch --palette nosuch --png p.png", "nosuch"},
     };
     for (const auto& c : cases) {
@@ -338,7 +338,7 @@ TEST_F(ViewRun, OddNamesAreKeptInFilesAndPlainOnTheTerminal)
         EXPECT_EQ(std::count(r.err.begin(), r.err.end(), '\n'), r.status == 1 ? 2 : 1) << r.err;
     }
     writeAreas("ok.cma", {{{0, 0}, {2, 0}, {0, 2}}});
-    for (const char* option : {"--areas ok.cma --mask"}) {
+    for (const char* option : {"--png", "--pdf", "--svg", "--areas ok.cma --mask"}) {
         const std::string odd = "o\x80\xff\nd";
         const Outcome r = run(std::string("map.fits --batch ") + option + " '" + odd + "'");
         EXPECT_EQ(r.status, 0) << option << r.err;
