@@ -22,7 +22,7 @@ constexpr std::int64_t mostPackedAxes = 6;
 /// No codec of tile-compressed images packs more cells into a byte.
 constexpr std::int64_t mostPacked = 4096;
 /// Cells of a plane of a small packed file: what can be unpacked and drawn in two seconds.
-constexpr std::int64_t mostOfSmall = std::int64_t{1} << 26;
+constexpr std::int64_t mostOfSmall = std::int64_t{1} << 25;
 /// A decoder holds a tile as a whole. Beyond the least, which any file may have, a tile needs a
 /// byte for that many cells; rows of nothing but zeros need one for half as many.
 constexpr std::int64_t mostOfAnyTile = std::int64_t{1} << 22;
