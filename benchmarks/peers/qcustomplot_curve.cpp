@@ -8,7 +8,7 @@ struct QCustomPlotCurve::Data {
 };
 
 QCustomPlotCurve::QCustomPlotCurve(const double* x, const double* y, std::int64_t n, int width,
-                                   int height)
+                                   int height, bool antialiased)
 {
     if (!qApp) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -20,14 +20,17 @@ QCustomPlotCurve::QCustomPlotCurve(const double* x, const double* y, std::int64_
     data_ = std::make_unique<Data>();
     QCustomPlot& plot = data_->plot;
     plot.resize(width, height);
-    plot.setNotAntialiasedElements(QCP::aeAll);
+    if (antialiased)
+        plot.setAntialiasedElements(QCP::aeAll);
+    else
+        plot.setNotAntialiasedElements(QCP::aeAll);
     plot.xAxis->setVisible(false);
     plot.yAxis->setVisible(false);
     plot.axisRect()->setAutoMargins(QCP::msNone);
     plot.axisRect()->setMargins(QMargins(0, 0, 0, 0));
     QCPGraph* const graph = plot.addGraph();
     graph->setAdaptiveSampling(true);
-    graph->setPen(QPen(Qt::black, 0));
+    graph->setPen(QPen(Qt::black, antialiased ? 1 : 0));
     QVector<QCPGraphData> points(static_cast<int>(n));
     for (int i = 0; i < points.size(); ++i)
         points[i] = QCPGraphData(x[i], y[i]);

@@ -5,6 +5,7 @@
 #include "pavane/axes/graph_styles.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/images/ADIBase.h"
+#include "platform/smooth_curve.h"
 
 #include <algorithm>
 #include <bit>
@@ -22,6 +23,11 @@ namespace
 /// are exact. Longer ones are reduced on a grid of parts of a pixel.
 constexpr std::int64_t mostExactPoints = 20000;
 constexpr int partsOfPixel = 16;
+/// Curves with more points to a column of pixels are drawn as one stroke, whose time is that of the
+/// picture's size.
+constexpr std::int64_t pointsOfColumn = 4;
+/// Logarithms are kept for curves up to this length; longer ones are reduced before.
+constexpr std::int64_t mostLogarithms = 1 << 22;
 
 CurveScale scaleOf(int direct, double min, double max, TMnMx logs, int start, int end, bool forward)
 {
@@ -161,6 +167,40 @@ void drawReduced(const ABAxis& axis, CDC& dc, const CurvePoints& points, int wid
                 });
 }
 
+/// How a scale that is not logarithmic takes values to pixels: the origin and the pixels of a unit.
+void linearScale(const CurveScale& scale, double& origin, double& perUnit)
+{
+    perUnit = scale.sign * scale.length / scale.span;
+    origin = scale.base - perUnit * scale.first;
+}
+
+/// As one smooth stroke; 0 where the context or the order of the points does not allow that.
+int drawStroke(const ABAxis& axis, CDC& dc, const CurvePoints& points, int width, COLORREF color)
+{
+    CurveData curve{points.x, points.y, points.n, points.xFirst, points.xStep};
+    const CurveScale x = curveScaleX(axis);
+    const CurveScale y = curveScaleY(axis);
+    linearScale(x, curve.xOrigin, curve.xScale);
+    linearScale(y, curve.yOrigin, curve.yScale);
+    std::vector<double> logX;
+    std::vector<double> logY;
+    if (x.logarithmic || y.logarithmic) {
+        if (points.n > mostLogarithms)
+            return 0;
+        for (std::int64_t i = 0; x.logarithmic && i < points.n; ++i)
+            logX.push_back(std::log10(points.xAt(i)));
+        for (std::int64_t i = 0; y.logarithmic && i < points.n; ++i)
+            logY.push_back(std::log10(points.y[i]));
+        curve.x = x.logarithmic ? logX.data() : curve.x;
+        curve.y = y.logarithmic ? logY.data() : curve.y;
+    }
+    const int saved = dc.SaveDC();
+    dc.IntersectClipRect(visibleRect(axis, width + 2));
+    const int drawn = strokeCurve(dc, curve, width, color);
+    dc.RestoreDC(saved);
+    return drawn;
+}
+
 void drawPixels(const ABAxis& axis, CDC& dc, const CurvePoints& points, int style, int width,
                 COLORREF color)
 {
@@ -241,6 +281,9 @@ void drawAxisCurve(ABAxis& axis, CDC& dc, const CurvePoints& points, int style, 
     const SelectedObject<CPen> pen(dc, CPen(style, deviceWidth, color));
     if (!drawsFractions(dc))
         drawPixels(axis, dc, points, style, deviceWidth, color);
+    else if (style == PS_SOLID && points.n > pointsOfColumn * axis.getGraphRect().Width() &&
+             drawStroke(axis, dc, points, deviceWidth, color))
+        return;
     else if (points.n <= mostExactPoints)
         drawExactly(axis, dc, points, deviceWidth);
     else
