@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <random>
 #include <utility>
@@ -151,6 +152,8 @@ TEST(SmoothCurves, CoverWhatTheirWholeStrokeCovers)
                         inked += should > 0;
                     }
                 EXPECT_LE(worst, 8) << kind.name << " " << perColumn << " pen " << pen;
-                EXPECT_LE(sum, 1.0 * inked) << kind.name << " " << perColumn << " pen " << pen;
+                // dots of a pixel are all edge
+                EXPECT_LE(sum, (std::strcmp(kind.name, "single points") ? 1.0 : 2.0) * inked)
+                    << kind.name << " " << perColumn << " pen " << pen;
             }
 }
