@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <QApplication>
+#include <QPixmapCache>
 
 namespace pavane
 {
@@ -44,6 +45,9 @@ QGuiApplication* makeApplication(PlatformUse use)
     QApplication::setStyle(QStringLiteral("fusion"));
     auto* const application = new QApplication(argumentCount, arguments);
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    // The style keeps a drawn control for every size that it ever had. Those of one window take
+    // 50 KB; the toolkit's own limit lets a user who resizes windows fill 10 MB.
+    QPixmapCache::setCacheLimit(1024);
     return application;
 }
 
