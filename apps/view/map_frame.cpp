@@ -39,7 +39,7 @@ void setEnds(const MapAxis& axis, int cells, double step, double origin, double&
 std::string plainTitle(const MapAxis& axis, const char* otherwise)
 {
     const std::string name = axis.ctype.empty() ? otherwise : axis.ctype;
-    return axis.cunit.empty() ? name : name + ' ' + titleUnit(axis.cunit);
+    return axis.cunit.empty() ? name : name + titleUnit(axis.cunit);
 }
 
 /// What the axes of a map on the sky count, without their unit.
@@ -73,7 +73,7 @@ const char* chooseUnit(MapFrame& frame)
     for (double* value :
          {&frame.xFirst, &frame.xLast, &frame.xStep, &frame.yFirst, &frame.yLast, &frame.yStep})
         *value /= frame.arcseconds;
-    return degrees ? " [deg]" : " [arcmin]";
+    return degrees ? "~ [deg]" : "~ [arcmin]";
 }
 
 }  // namespace

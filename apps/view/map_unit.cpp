@@ -131,7 +131,7 @@ int takesPrefix(const std::string& unit)
 
 std::string titleUnit(const std::string& unit)
 {
-    return (takesPrefix(unit) ? "[%s" : "[") + unit + ']';
+    return (takesPrefix(unit) ? " [%s" : "~ [") + unit + ']';
 }
 
 }  // namespace pavane

@@ -21,8 +21,8 @@ MapUnit mapUnit(const std::string& bunit);
 /// "10^-15 erg/s".
 int takesPrefix(const std::string& unit);
 
-/// The unit in brackets for the title of an axis or bar, with the marker "%s" where a prefix may
-/// stand.
+/// The unit in brackets for the end of the title of an axis or bar: " [%sJy/beam]" with the marker
+/// of a prefix, or "~ [km/s]", where a power of ten comes before the unit.
 std::string titleUnit(const std::string& unit);
 
 }  // namespace pavane

@@ -35,6 +35,7 @@ struct LinearTicks {
         decimals = 2;
         divisor = AB2DAxis::getAxisParam(name, title, count, whole, decimals, low, high, first,
                                          step, power);
+        title.erase(0, title.find_first_not_of(' '));  // before a power or a unit alone
     }
 };
 

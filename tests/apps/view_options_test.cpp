@@ -174,7 +174,7 @@ TEST(MapFrame, CountsOffsetsFromTheReferencePixelInArcseconds)
     EXPECT_EQ(frame.xTitle, "Right ascension [%sas]");
 
     header.cd[0][0] = 1.0;
-    EXPECT_EQ(frameOf(header, 512, 512).xTitle, "Right ascension [deg]");
+    EXPECT_EQ(frameOf(header, 512, 512).xTitle, "Right ascension~ [deg]");
     EXPECT_NEAR(frameOf(header, 512, 512).onAxes(7200, 3600).x, 2, 1e-12);
     header.cd[0][0] = std::nan("");
     EXPECT_TRUE(std::isfinite(frameOf(header, 512, 512).xLast));
@@ -256,13 +256,13 @@ TEST(MapUnit, PutsAPrefixOnlyBeforeAUnitThatTakesOne)
         const char* value;  ///< 0.0032 of it
         const char* title;
     } cases[] = {
-        {"Jy/beam", "3.2 mJy/beam", "[%sJy/beam]"},
-        {"m/s", "3.2 mm/s", "[%sm/s]"},
-        {"km/s", "0.0032 km/s", "[km/s]"},
-        {"mas", "0.0032 mas", "[mas]"},
-        {"10^-15 erg/s", "0.0032 10^-15 erg/s", "[10^-15 erg/s]"},
-        {"m^2", "0.0032 m^2", "[m^2]"},
-        {"deg", "0.0032 deg", "[deg]"},
+        {"Jy/beam", "3.2 mJy/beam", " [%sJy/beam]"},
+        {"m/s", "3.2 mm/s", " [%sm/s]"},
+        {"km/s", "0.0032 km/s", "~ [km/s]"},
+        {"mas", "0.0032 mas", "~ [mas]"},
+        {"10^-15 erg/s", "0.0032 10^-15 erg/s", "~ [10^-15 erg/s]"},
+        {"m^2", "0.0032 m^2", "~ [m^2]"},
+        {"deg", "0.0032 deg", "~ [deg]"},
     };
     for (const auto& c : cases) {
         EXPECT_EQ(prefixedText(0.0032, c.unit, 4), c.value);

@@ -263,6 +263,10 @@ TEST(ScaleTicks, LieWhereTheScaleHasTheirValues)
         EXPECT_NEAR(ticks.ticks.at(1).position, c.second, 1e-9);
         EXPECT_EQ(ticks.title, c.high < 0.01 ? "I [mJy]" : "I [Jy]");
     }
+    // a power stands before the unit, and nothing before a title without one
+    for (const auto& [high, title] :
+         {std::pair(1.0, "[km/s]"), {1e-5, "\u20221e-05 [km/s]"}, {1e5, "\u2022100000 [km/s]"}})
+        EXPECT_EQ(scaleTicks(MapScale(MapScaleKind::linear, 0, high), "~ [km/s]", 5).title, title);
 }
 
 TEST(BeamMark, TurnsFromNorthThroughEastWithEastAtTheLeft)
