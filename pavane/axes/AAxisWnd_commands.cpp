@@ -69,6 +69,8 @@ void AAxisWnd::amMenuParse(CMenu* popup)
         line.enabled = IsCommandEnabled(line.id);
         if (line.id == ID_SHOW_CELLS)
             line.checked = showCells_;
+        else if (line.id == ID_TRACK_DELETE)  // the key takes a vertex that has the focus
+            line.text = IsVertexFocused() ? "&Delete area" : "&Delete area\tDel";
         else if (line.id == ID_TRACK_UNDO)
             line.text = stepText("&Undo", trackers_->history().undoLabel(), "\tCtrl+Z");
         else if (line.id == ID_TRACK_REDO)

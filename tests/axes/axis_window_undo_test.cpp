@@ -89,7 +89,11 @@ TEST(UndoNames, WhatItTakesBackInMenuTipAndNotice)
              w.drag({corner(), corner() + CPoint(-20, 0)});
          }},
         {"new vertex of Area 3", [&] { w.key(VK_INSERT); }},
-        {"deletion of a vertex of Area 3", [&] { w.key(VK_DELETE); }},
+        {"deletion of a vertex of Area 3",
+         [&] {
+             EXPECT_EQ(w.menuText(ID_TRACK_DELETE), "&Delete area");
+             w.key(VK_DELETE);
+         }},
         {"copy of Area 3", [&] { w.key('D', MK_CONTROL); }},
         {"move of 4 areas", [&] { w.key('A', MK_CONTROL), w.key(VK_RIGHT); }},
         {"move of 4 areas",
@@ -97,7 +101,11 @@ TEST(UndoNames, WhatItTakesBackInMenuTipAndNotice)
              w.drag({w.at(12, 15), w.at(14, 15)});
          }},
         {"copy of 4 areas", [&] { w.key('A', MK_CONTROL), w.key('D', MK_CONTROL); }},
-        {"deletion of 4 areas", [&] { w.key(VK_DELETE); }},
+        {"deletion of 4 areas",
+         [&] {
+             EXPECT_EQ(w.menuText(ID_TRACK_DELETE), "&Delete area\tDel");
+             w.key(VK_DELETE);
+         }},
         {"deletion of Area 2", [&] { areas.DeleteItems(1, 1); }},
         {"addition of Area 4", [&] { areas.Add(new ARPRectTracker, 0); }},
         {"dropping of the open polygon",
