@@ -66,7 +66,7 @@ QWidget* frontWindow()
         return nullptr;
     if (QWidget* modal = QApplication::activeModalWidget())
         return modal;
-    if (QWidget* active = QApplication::activeWindow())
+    if (QWidget* active = QApplication::activeWindow(); active && active->isVisible())
         return active;
     for (QWidget* top : QApplication::topLevelWidgets())
         if (top->isVisible() && top->windowType() == Qt::Window)

@@ -146,8 +146,8 @@ int showMessageBox(const CString& text, unsigned type)
                                      [&](const Answer& a) { return a.button == pressed; });
     // gone with its owner: as if it had been closed
     const int result = chosen == set.answers.end() ? set.answers.back().result : chosen->result;
-    if (box)
-        box->deleteLater();
+    // at once: hidden it may still be the active window, and the next question's parent
+    delete box;
     reactivate(top);
     return result;
 }
