@@ -27,8 +27,8 @@ struct MapNoise {
     double sigma = 0;  ///< 1.4826 times the median absolute deviation from the median
 };
 
-/// The exact medians of all finite cells (with an even count the mean of the middle two), found by
-/// counting keys: four passes over the map and two mebibytes of tables, whatever its size.
+/// The exact medians of all finite cells (with an even count the mean of the middle two): two
+/// passes over most maps, and memory for a sixteenth of the cells.
 PAVANE_API MapNoise mapNoise(const AMatrixAccess& cells, SimdPath path = bestSimdPath());
 
 }  // namespace pavane

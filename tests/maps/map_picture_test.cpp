@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <string>
 
 namespace pavane
@@ -45,6 +46,29 @@ float greatestOf(const AMatrix<float>& map, CellSpan rows, CellSpan columns)
             if (std::isfinite(map(r, c)))
                 greatest = std::max(greatest, map(r, c));
     return greatest;
+}
+
+/// The finite cells, rising.
+std::vector<double> sortedCells(const AMatrix<float>& map)
+{
+    std::vector<double> cells;
+    std::copy_if(map.data(), map.data() + map.cells(), std::back_inserter(cells),
+                 [](float cell) { return std::isfinite(cell); });
+    std::sort(cells.begin(), cells.end());
+    return cells;
+}
+
+MapNoise noiseBySorting(const AMatrix<float>& map)
+{
+    std::vector<double> cells = sortedCells(map);
+    const auto middle = [&] {
+        return (cells[(cells.size() - 1) / 2] + cells[cells.size() / 2]) / 2;
+    };
+    const double centre = middle();
+    for (double& cell : cells)
+        cell = static_cast<double>(static_cast<float>(std::fabs(cell - centre)));
+    std::sort(cells.begin(), cells.end());
+    return {static_cast<std::int64_t>(cells.size()), centre, 1.4826 * middle()};
 }
 
 }  // namespace
@@ -329,61 +353,58 @@ TEST(MapScale, GivesEveryColourItsShareOfTheCells)
         EXPECT_FALSE(scale.equalize(AStridedAccess<float>(&outside, 1, 1, 1)));
 }
 
-TEST(MapStatistics, FindTheExactRangePeakAndNoise)
+TEST(MapStatistics, FindTheExactRangeAndPeak)
 {
     for (int seed = 0; seed < 40; ++seed) {
         const AMatrix<float> map = randomMap(1 + seed % 7, 37, seed);
-        const AFloatMatrixAccess cells(map);
-        std::vector<double> finite;
-        for (std::int64_t i = 0; i < map.cells(); ++i)
-            if (std::isfinite(map.data()[i]))
-                finite.push_back(static_cast<double>(map.data()[i]));
-        const auto median = [](std::vector<double>& values) {
-            std::sort(values.begin(), values.end());
-            return (values[(values.size() - 1) / 2] + values[values.size() / 2]) / 2;
-        };
-        const double centre = median(finite);
+        const std::vector<double> finite = sortedCells(map);
         for (const SimdPath path : simdPaths()) {
-            const MapRange range = mapRange(cells, path);
+            const MapRange range = mapRange(AFloatMatrixAccess(map), path);
             EXPECT_EQ(range.least, finite.front());
             EXPECT_EQ(range.greatest, finite.back());
             EXPECT_EQ(map(range.peakRow, range.peakColumn), static_cast<float>(finite.back()));
         }
-        const std::size_t count = finite.size();
-        for (double& value : finite)
-            value = static_cast<double>(static_cast<float>(std::fabs(value - centre)));
-        const double deviation = median(finite);
-        for (const SimdPath path : simdPaths()) {
-            const MapNoise noise = mapNoise(cells, path);
-            EXPECT_EQ(noise.finiteCells, static_cast<std::int64_t>(count));
-            EXPECT_EQ(noise.median, centre);
-            EXPECT_EQ(noise.sigma, 1.4826 * deviation);
-        }
     }
 }
 
-TEST(MapStatistics, FindTheNoiseOfCellsThatAreAlike)
+TEST(MapStatistics, FindTheExactNoiseWhateverASampleTells)
 {
-    // whole blocks of one value, of one upper half, and with blanks among them
-    constexpr float blank = std::numeric_limits<float>::quiet_NaN();
-    for (const float step : {0.0F, 1e-4F, 1.0F}) {
-        AMatrix<float> map(3, 4099);
-        std::vector<double> finite;
-        for (std::int64_t i = 0; i < map.cells(); ++i) {
-            map.data()[i] = i % 4099 > 2000 && i % 3 == 0
-                                ? blank
-                                : 1000 + step * static_cast<float>(i * 7919 % 1000);
-            if (std::isfinite(map.data()[i]))
-                finite.push_back(static_cast<double>(map.data()[i]));
+    constexpr float most = std::numeric_limits<float>::max();
+    const struct {
+        const char* name;
+        float (*cell)(int);
+    } cases[] = {
+        {"spread", [](int i) { return 1e-5f * static_cast<float>(i * 7919LL % 100003) - 0.3f; }},
+        {"alike", [](int) { return 1000.0f; }},
+        {"two values", [](int i) { return i % 2 ? -1.0f : 1.0f; }},
+        {"whole numbers", [](int i) { return static_cast<float>(i * 7919LL % 41) - 20; }},
+        {"blanks", [](int i) { return i % 3 ? NAN : static_cast<float>(i * 7919LL % 1000); }},
+        {"nearly all blank", [](int i) { return i % 50 ? NAN : static_cast<float>(i); }},
+        {"far apart", [](int i) { return i % 3 == 0   ? most
+                                         : i % 3 == 1 ? -most
+                                                      : INFINITY; }},
+        {"about zero", [](int i) { return 1e-42f * static_cast<float>(i * 7919LL % 9 - 4); }}};
+    struct MisleadingAccess : AFloatMatrixAccess {  // where single cells are asked for
+        using AFloatMatrixAccess::AFloatMatrixAccess;
+        void copyRow(int, int, int count, float* to) const override { std::fill_n(to, count, 7); }
+    };
+    for (const auto& c : cases)
+        for (const int rows : {1, 301}) {
+            AMatrix<float> map(rows, 300);
+            for (int i = 0; i < map.cells(); ++i)
+                map.data()[i] = c.cell(i);
+            const AFloatMatrixAccess honest(map);
+            const MisleadingAccess misleading(map);
+            const MapNoise wanted = noiseBySorting(map);
+            const AMatrixAccess* const accesses[] = {&honest, &misleading};
+            for (const AMatrixAccess* cells : accesses)
+                for (const SimdPath path : simdPaths()) {
+                    const MapNoise noise = mapNoise(*cells, path);
+                    EXPECT_EQ(noise.finiteCells, wanted.finiteCells) << c.name;
+                    EXPECT_EQ(noise.median, wanted.median) << c.name;
+                    EXPECT_EQ(noise.sigma, wanted.sigma) << c.name;
+                }
         }
-        std::sort(finite.begin(), finite.end());
-        for (const SimdPath path : simdPaths()) {
-            const MapNoise noise = mapNoise(AFloatMatrixAccess(map), path);
-            EXPECT_EQ(noise.finiteCells, static_cast<std::int64_t>(finite.size()));
-            EXPECT_EQ(noise.median,
-                      (finite[(finite.size() - 1) / 2] + finite[finite.size() / 2]) / 2);
-        }
-    }
 }
 
 TEST(MapStatistics, HaveNothingToSayAboutABlankOrEmptyMap)
