@@ -1,7 +1,10 @@
 #include "tessel/HeaderCards.h"
 
+#include "tessel/value_text.h"
+
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace pavane
 {
@@ -12,14 +15,6 @@ namespace
 constexpr std::size_t cardBytes = 80;
 constexpr std::size_t keyBytes = 8;
 constexpr std::size_t blockBytes = 2880;
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
 
 /// Where the text that starts with a quote ends, behind its closing quote.
 std::size_t endOfText(std::string_view field)
@@ -34,19 +29,52 @@ std::size_t endOfText(std::string_view field)
 
 }  // namespace
 
+std::string_view withoutBlanks(std::string_view text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
 std::string_view valueField(std::string_view card)
 {
-    const std::string_view key = trimmed(card.substr(0, keyBytes));
+    const std::string_view key = withoutBlanks(card.substr(0, keyBytes));
     // the blank that belongs behind '=' is left out by some writers
     if (card.size() <= keyBytes + 1 || card[keyBytes] != '=' || key.empty() || key == "COMMENT" ||
         key == "HISTORY" || key == "CONTINUE")
         return {};
-    const std::string_view field = trimmed(card.substr(keyBytes + 1));
+    const std::string_view field = withoutBlanks(card.substr(keyBytes + 1));
     if (field.empty() || field[0] == '/')
         return {};
     if (field[0] == '\'')
         return field.substr(0, endOfText(field));
     return field.substr(0, field.find_first_of(" /"));
+}
+
+std::string fieldText(std::string_view field)
+{
+    if (field.empty() || field[0] != '\'')
+        return std::string(field);
+    std::string text;
+    for (std::size_t i = 1; i < field.size(); ++i) {
+        if (field[i] == '\'' && ++i >= field.size())
+            break;
+        text += field[i];
+    }
+    return std::string(withoutBlanks(text));
+}
+
+int fieldNumber(std::string_view field, double& value)
+{
+    std::string text(field);
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == 'D' || c == 'd'; }, 'E');
+    double number = 0;
+    if (!stoval(text, number) || !std::isfinite(number))
+        return 0;
+    value = number;
+    return 1;
 }
 
 int HeaderCards::read(AFile& file, std::int64_t start, std::int64_t end)
@@ -62,15 +90,15 @@ int HeaderCards::read(AFile& file, std::int64_t start, std::int64_t end)
             return 0;
         for (std::size_t i = 0; i < blockBytes && !ended; i += cardBytes) {
             cards_.emplace_back(block.data() + i, cardBytes);
-            ended = trimmed(cards_.back().substr(0, keyBytes)) == "END";
+            ended = withoutBlanks(cards_.back().substr(0, keyBytes)) == "END";
         }
     }
     if (ended)
         cards_.pop_back();
-    while (!cards_.empty() && trimmed(cards_.back()).empty())
+    while (!cards_.empty() && withoutBlanks(cards_.back()).empty())
         cards_.pop_back();
     for (std::size_t i = 0; i < cards_.size(); ++i)
-        first_.emplace(trimmed(std::string_view(cards_[i]).substr(0, keyBytes)), i);
+        first_.emplace(withoutBlanks(std::string_view(cards_[i]).substr(0, keyBytes)), i);
     return ended;
 }
 
@@ -81,20 +109,11 @@ std::string HeaderCards::value(const std::string& key) const
                                              : valueField(cards_[found->second]));
 }
 
-std::string HeaderCards::text(const std::string& key) const
+std::string HeaderCards::text(const std::string& key) const { return fieldText(value(key)); }
+
+int HeaderCards::number(const std::string& key, double& value) const
 {
-    const std::string field = value(key);
-    if (field.empty() || field[0] != '\'')
-        return field;
-    std::string text;
-    for (std::size_t i = 1; i < field.size(); ++i) {
-        if (field[i] == '\'' && ++i >= field.size())
-            break;
-        text += field[i];
-    }
-    text.erase(text.find_last_not_of(' ') + 1);
-    text.erase(0, std::min(text.find_first_not_of(' '), text.size()));
-    return text;
+    return fieldNumber(this->value(key), value);
 }
 
 }  // namespace pavane

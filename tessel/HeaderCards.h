@@ -23,8 +23,10 @@ public:
     /// The value of the first card with the keyword as it is written, a text in its quotes; ""
     /// when there is none.
     std::string value(const std::string& key) const;
-    /// The same without quotes and the blanks around; doubled quotes inside are one.
+    /// The same as a text, as `fieldText` has it.
     std::string text(const std::string& key) const;
+    /// Non-zero, and `value` set, when the first card with the keyword has a finite number.
+    int number(const std::string& key, double& value) const;
 
 private:
     std::vector<std::string> cards_;
@@ -33,5 +35,14 @@ private:
 
 /// The value field of a card that has one, as it is written and without its comment; "" else.
 std::string_view valueField(std::string_view card);
+/// What a value field says as a text: without quotes and the blanks around; doubled quotes inside
+/// are one.
+std::string fieldText(std::string_view field);
+/// What it says as a number, finite, whose exponent may begin with a D. Non-zero on success, else
+/// `value` stays.
+int fieldNumber(std::string_view field, double& value);
+
+/// The text without the blanks around it.
+std::string_view withoutBlanks(std::string_view text);
 
 }  // namespace pavane

@@ -98,13 +98,19 @@ std::vector<std::string> madeCards(const MapHeader& header)
     return cards;
 }
 
-/// The greatest axis number that a keyword such as CRPIX3 or PC3_1 names, 0 for none.
+/// The greatest axis number that a keyword such as CRPIX3, PC3_1, PC003001 or PV1_4 (the fourth of
+/// the first axis) names, 0 for none.
 int axisOf(const std::string& text)
 {
+    const int isParameter = text.starts_with("PV") || text.starts_with("PS");
+    constexpr int longest = 3;
     int greatest = 0;
     int number = 0;
-    for (const char c : text.substr(0, 8)) {
-        number = std::isdigit(static_cast<unsigned char>(c)) ? number * 10 + (c - '0') : 0;
+    int digits = 0;
+    for (const char c : text.substr(0, isParameter ? text.find('_') : 8)) {
+        const int isDigit = std::isdigit(static_cast<unsigned char>(c));
+        digits = isDigit ? digits % longest + 1 : 0;
+        number = isDigit ? (digits > 1 ? number * 10 : 0) + (c - '0') : 0;
         greatest = std::max(greatest, number);
     }
     return greatest;
@@ -119,18 +125,20 @@ std::vector<std::string> keptCards(const MapHeader& header)
         pixels[i] = plane % std::max(header.axes[i].length, 1);
         plane /= std::max(header.axes[i].length, 1);
     }
+    const int axes = std::min(fileAxes, static_cast<int>(header.axes.size()));
+    const auto isMoved = [&](const std::string& text, int axis) {
+        return axis > 0 && text.compare(0, 5, "CRPIX") == 0 &&
+               pixels[static_cast<std::size_t>(axis - 1)] > 0;
+    };
     std::vector<std::string> cards;
-    for (const std::string& text : header.coordinateCards) {
-        const int axis = axisOf(text);
-        const std::size_t i = static_cast<std::size_t>(std::max(axis - 1, 0));
-        if (axis > fileAxes)
-            continue;
-        if (text.compare(0, 5, "CRPIX") == 0 && i < pixels.size() && pixels[i] > 0)
-            cards.push_back(
-                numberCard("CRPIX" + std::to_string(axis), header.axes[i].crpix - pixels[i]));
-        else
+    for (const std::string& text : header.coordinateCards)
+        if (const int axis = axisOf(text); axis <= axes && !isMoved(text, axis))
             cards.push_back(text);
-    }
+    // also where no card tells the pixel, which is 0 then
+    for (int i = 0; i < axes; ++i)
+        if (const int pixel = pixels[static_cast<std::size_t>(i)]; pixel > 0)
+            cards.push_back(numberCard("CRPIX" + std::to_string(i + 1),
+                                       header.axes[static_cast<std::size_t>(i)].crpix - pixel));
     return cards;
 }
 

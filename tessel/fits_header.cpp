@@ -16,6 +16,9 @@ namespace pavane
 namespace
 {
 
+/// Axes of a map of which only the cards are left; a mask has as many.
+constexpr int mostDroppedAxis = 4;
+
 std::string cut(std::string text)
 {
     text.erase(text.find_last_not_of(" \t") + 1);
@@ -23,61 +26,72 @@ std::string cut(std::string text)
     return text;
 }
 
-std::string readText(FitsHandle& fits, const std::string& key) { return cut(fits.text(key)); }
+std::string readText(const HeaderCards& cards, const std::string& key)
+{
+    return cut(cards.text(key));
+}
 
 int startsWith(const std::string& text, std::string_view start)
 {
     return text.compare(0, start.size(), start) == 0;
 }
 
-/// Degrees in the unit of a celestial axis; files that name none mean degrees.
+/// Degrees in the unit of a celestial axis, 0 when it is none of angles. Files that name none mean
+/// degrees.
 double degreesPer(const std::string& unit)
 {
+    constexpr double second = 1 / 3600.0;
     static constexpr struct {
         std::string_view start;
         double degrees;
-    } units[] = {{"rad", 180 / std::numbers::pi},
+    } units[] = {{"deg", 1},
+                 {"rad", 180 / std::numbers::pi},
                  {"arcmin", 1 / 60.0},
-                 {"arcsec", 1 / 3600.0},
-                 {"mas", 1 / 3.6e6},
-                 {"uas", 1 / 3.6e9}};
+                 {"arcsec", second},
+                 {"mas", second / 1e3},
+                 {"marcsec", second / 1e3},
+                 {"milliarcsec", second / 1e3},
+                 {"uas", second / 1e6},
+                 {"uarcsec", second / 1e6},
+                 {"microarcsec", second / 1e6},
+                 {"mdeg", 1e-3}};
     std::string small = unit;  // also RADIANS, ARCSECS ...
     for (char& c : small)
         c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     for (const auto& u : units)
         if (startsWith(small, u.start))
             return u.degrees;
-    return 1.0;
+    return unit.empty();
 }
 
-MapAxis readAxis(FitsHandle& fits, int number, std::int64_t length)
+MapAxis readAxis(const HeaderCards& cards, int number, std::int64_t length)
 {
     const std::string n = std::to_string(number);
     MapAxis axis;
     axis.length = static_cast<int>(std::min<std::int64_t>(length, std::numeric_limits<int>::max()));
-    axis.ctype = readText(fits, "CTYPE" + n);
-    axis.cunit = readText(fits, "CUNIT" + n);
-    (void)readNumber(fits, "CRVAL" + n, axis.crval);
-    (void)readNumber(fits, "CRPIX" + n, axis.crpix);
+    axis.ctype = readText(cards, "CTYPE" + n);
+    axis.cunit = readText(cards, "CUNIT" + n);
+    (void)cards.number("CRVAL" + n, axis.crval);
+    (void)cards.number("CRPIX" + n, axis.crpix);
     double step = 0;
-    if (readNumber(fits, "CDELT" + n, step) && step != 0)
+    if (cards.number("CDELT" + n, step) && step != 0)
         axis.cdelt = step;
-    (void)readNumber(fits, "CROTA" + n, axis.crota);
+    (void)cards.number("CROTA" + n, axis.crota);
     return axis;
 }
 
 /// An item of a matrix: CD1_2, or CD001002 in an older spelling.
-int readItem(FitsHandle& fits, const std::string& letters, int i, int j, double& value)
+int readItem(const HeaderCards& cards, const std::string& letters, int i, int j, double& value)
 {
     const std::string row = std::to_string(i + 1);
     const std::string column = std::to_string(j + 1);
-    return readNumber(fits, letters + row + '_' + column, value) ||
-           readNumber(fits, letters + "00" + row + "00" + column, value);
+    return cards.number(letters + row + '_' + column, value) ||
+           cards.number(letters + "00" + row + "00" + column, value);
 }
 
 /// Fills the matrix of the two map axes from CD, PC or CROTA. CDELT beside CD, and CROTA beside PC,
 /// mean nothing: many writers leave them there.
-void readMatrix(FitsHandle& fits, MapHeader& header)
+void readMatrix(const HeaderCards& cards, MapHeader& header)
 {
     const MapAxis& x = header.axes[0];
     const MapAxis& y = header.axes[1];
@@ -87,8 +101,8 @@ void readMatrix(FitsHandle& fits, MapHeader& header)
     int hasPc = 0;
     for (int i = 0; i < 2; ++i)
         for (int j = 0; j < 2; ++j) {
-            hasCd |= readItem(fits, "CD", i, j, cd[i][j]);
-            hasPc |= readItem(fits, "PC", i, j, pc[i][j]);
+            hasCd |= readItem(cards, "CD", i, j, cd[i][j]);
+            hasPc |= readItem(cards, "PC", i, j, pc[i][j]);
         }
     if (cd[0][0] * cd[1][1] == cd[0][1] * cd[1][0])
         hasCd = 0;  // maps every cell onto a line: as good as none
@@ -104,8 +118,11 @@ void readMatrix(FitsHandle& fits, MapHeader& header)
                                       : rotation[i][j];
 }
 
-void toDegrees(MapHeader& header)
+/// Turns both axes into degrees; 0, and nothing done, when one counts something else.
+int toDegrees(MapHeader& header)
 {
+    if (degreesPer(header.axes[0].cunit) == 0 || degreesPer(header.axes[1].cunit) == 0)
+        return 0;
     for (int i = 0; i < 2; ++i) {
         MapAxis& axis = header.axes[static_cast<std::size_t>(i)];
         const double factor = degreesPer(axis.cunit);
@@ -114,6 +131,7 @@ void toDegrees(MapHeader& header)
         header.cd[i][1] *= factor;
         axis.cunit = "deg";
     }
+    return 1;
 }
 
 /// Hertz in the unit of a frequency axis.
@@ -136,7 +154,7 @@ std::string stokesName(double value)
     return code >= -8 && code <= 4 ? std::string(names[static_cast<int>(code) + 8]) : std::string();
 }
 
-void readFrequencyAndStokes(FitsHandle& fits, MapHeader& header)
+void readFrequencyAndStokes(const HeaderCards& cards, MapHeader& header)
 {
     const std::vector<int> pixels = planePixels(header.axes, header.plane);
     for (std::size_t i = 2; i < header.axes.size(); ++i) {
@@ -148,11 +166,11 @@ void readFrequencyAndStokes(FitsHandle& fits, MapHeader& header)
     }
     for (const char* key : {"RESTFRQ", "RESTFREQ", "OBSFREQ", "FREQ"})
         if (!(header.frequency > 0))
-            (void)readNumber(fits, key, header.frequency);
+            (void)cards.number(key, header.frequency);
     if (!std::isfinite(header.frequency) || header.frequency < 0)
         header.frequency = 0;
     if (header.stokes.empty())
-        header.stokes = readText(fits, "STOKES");
+        header.stokes = readText(cards, "STOKES");
 }
 
 /// Keeps a beam that has a size; others would be drawn as nothing and divide the flux by zero.
@@ -198,8 +216,7 @@ int isCoordinateCard(const std::string& card)
     static constexpr std::string_view numbered[] = {"CTYPE", "CRVAL", "CDELT", "CRPIX", "CROTA",
                                                     "CUNIT", "CD",    "PC",    "PV",    "PS"};
     const std::string key = cut(card.substr(0, 8));
-    const auto printable = [](char c) { return c >= ' ' && c <= '~'; };
-    if (card.compare(8, 2, "= ") != 0 || !std::all_of(card.begin(), card.end(), printable))
+    if (valueField(card).empty())
         return 0;
     if (std::find(std::begin(whole), std::end(whole), key) != std::end(whole))
         return 1;
@@ -209,41 +226,36 @@ int isCoordinateCard(const std::string& card)
     });
 }
 
-void readCards(FitsHandle& fits, MapHeader& header)
+void readCards(const HeaderCards& cards, MapHeader& header)
 {
     const int beamInHeader = header.hasBeam;
-    for (const std::string& card : fits.cards()) {
+    for (const std::string& card : cards.cards()) {
         if (startsWith(card, "HISTORY") && !beamInHeader)
             takeHistoryBeam(card, header);
-        if (isCoordinateCard(card))
-            header.coordinateCards.push_back(card);
+        if (!isCoordinateCard(card))
+            continue;
+        // as the format has it, for the readers of a mask: text in ASCII, a blank before the value
+        std::string kept = card;
+        for (char& c : kept)
+            c = c >= ' ' && c <= '~' ? c : (c & 0x80) != 0 ? '?' : ' ';
+        if (kept[9] != ' ')
+            kept.insert(9, 1, ' ').resize(card.size());
+        header.coordinateCards.push_back(kept);
     }
 }
 
-void readBeam(FitsHandle& fits, MapHeader& header)
+void readBeam(const HeaderCards& cards, MapHeader& header)
 {
     double major = 0;
     double minor = 0;
     double angle = 0;
-    if (!readNumber(fits, "BMAJ", major) || !readNumber(fits, "BMIN", minor))
+    if (!cards.number("BMAJ", major) || !cards.number("BMIN", minor))
         return;
-    (void)readNumber(fits, "BPA", angle);
+    (void)cards.number("BPA", angle);
     takeBeam(major, minor, angle, header);
 }
 
 }  // namespace
-
-int readNumber(FitsHandle& fits, const std::string& key, double& value)
-{
-    std::string text = fits.value(key);
-    std::replace_if(
-        text.begin(), text.end(), [](char c) { return c == 'D' || c == 'd'; }, 'E');
-    double number = 0;
-    if (!stoval(text, number) || !std::isfinite(number))
-        return 0;
-    value = number;
-    return 1;
-}
 
 std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
 {
@@ -256,30 +268,35 @@ std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
     return pixels;
 }
 
-MapHeader readMapHeader(FitsHandle& fits, const std::vector<std::int64_t>& lengths, int plane)
+MapHeader readMapHeader(const HeaderCards& cards, const std::vector<std::int64_t>& lengths,
+                        int plane)
 {
     MapHeader header;
     for (std::size_t i = 0; i < lengths.size(); ++i)
-        header.axes.push_back(readAxis(fits, static_cast<int>(i) + 1, lengths[i]));
+        header.axes.push_back(readAxis(cards, static_cast<int>(i) + 1, lengths[i]));
+    // the axes of a cube that a program has cut an image from: what they say holds for the image
+    int last = mostDroppedAxis;
+    while (last > 0 && cards.text("CTYPE" + std::to_string(last)).empty())
+        --last;
+    for (int n = static_cast<int>(lengths.size()) + 1; n <= last; ++n)
+        header.axes.push_back(readAxis(cards, n, 1));
     header.plane = plane;
     const SkyAxes sky = skyAxesOf(header.axes[0].ctype, header.axes[1].ctype);
-    header.hasCelestialAxes = sky.kind != SkyAxes::Kind::none;
     header.longitudeAxis = sky.longitude;
-    readMatrix(fits, header);
-    if (header.hasCelestialAxes)
-        toDegrees(header);
+    readMatrix(cards, header);
+    header.hasCelestialAxes = sky.kind != SkyAxes::Kind::none && toDegrees(header);
     const MapSteps steps = stepsOf(header);
     header.axes[0].cdelt = steps.column;
     header.axes[1].cdelt = steps.row;
-    header.bunit = readText(fits, "BUNIT");
-    header.object = readText(fits, "OBJECT");
-    header.dateObs = readText(fits, "DATE-OBS");
-    header.telescope = readText(fits, "TELESCOP");
-    if (!readNumber(fits, "EQUINOX", header.equinox))
-        (void)readNumber(fits, "EPOCH", header.equinox);
-    readBeam(fits, header);
-    readFrequencyAndStokes(fits, header);
-    readCards(fits, header);
+    header.bunit = readText(cards, "BUNIT");
+    header.object = readText(cards, "OBJECT");
+    header.dateObs = readText(cards, "DATE-OBS");
+    header.telescope = readText(cards, "TELESCOP");
+    if (!cards.number("EQUINOX", header.equinox))
+        (void)cards.number("EPOCH", header.equinox);
+    readBeam(cards, header);
+    readFrequencyAndStokes(cards, header);
+    readCards(cards, header);
     return header;
 }
 

@@ -34,8 +34,8 @@ public:
         : file_(file), bitpix_(image.bitpix), columns_(image.lengths[0]),
           start_(image.dataStart + plane * columns_ * image.lengths[1] * cellBytes())
     {
-        (void)readNumber(header, "BSCALE", scale_.scale);
-        (void)readNumber(header, "BZERO", scale_.zero);
+        (void)header.number("BSCALE", scale_.scale);
+        (void)header.number("BZERO", scale_.zero);
         scale_.hasBlank = readInteger(header.value("BLANK"), scale_.blank);
     }
     int read(int first, int rows, float* cells) override
@@ -74,8 +74,8 @@ std::unique_ptr<PlaneReader> planeReader(AFile& file, const HeaderCards& header,
     double scale = 1;
     double zero = 0;
     // here, since CFITSIO reads numbers by the locale
-    const int hasScale = readNumber(header, "BSCALE", scale) && scale != 0;
-    const int hasZero = readNumber(header, "BZERO", zero);
+    const int hasScale = header.number("BSCALE", scale) && scale != 0;
+    const int hasZero = header.number("BZERO", zero);
     if (image.bitpix > 0 && (hasScale || hasZero))
         packed->setScale(scale, zero);
     if (!packed->start(error))

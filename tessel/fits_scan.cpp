@@ -1,5 +1,7 @@
 #include "tessel/fits_scan.h"
 
+#include "tessel/HeaderCards.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -65,21 +67,13 @@ struct Header {
     }
 };
 
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
 /// A card's value without quotes and comment.
 std::string_view valueOf(std::string_view card)
 {
-    std::string_view value = trimmed(card.substr(10));
+    std::string_view value = withoutBlanks(card.substr(10));
     if (!value.empty() && value[0] == '\'')
-        return trimmed(value.substr(1, value.find('\'', 1) - 1));
-    return trimmed(value.substr(0, value.find('/')));
+        return withoutBlanks(value.substr(1, value.find('\'', 1) - 1));
+    return withoutBlanks(value.substr(0, value.find('/')));
 }
 
 int isStructural(std::string_view key)
@@ -102,7 +96,7 @@ int readHeader(AFile& file, std::int64_t start, Header& header)
             return 0;
         for (std::size_t i = 0; i < block.size(); i += cardBytes) {
             const std::string_view card(block.data() + i, cardBytes);
-            const std::string_view key = trimmed(card.substr(0, 8));
+            const std::string_view key = withoutBlanks(card.substr(0, 8));
             if (at == start && i == 0) {
                 header.kind = key == "XTENSION" ? std::string(valueOf(card)) : std::string(key);
                 if (key != (start ? "XTENSION" : "SIMPLE"))

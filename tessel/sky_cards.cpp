@@ -1,5 +1,6 @@
 #include "tessel/sky_cards.h"
 
+#include "tessel/HeaderCards.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -15,33 +16,9 @@ namespace
 
 constexpr double greatestParameter = 1e10;
 
-std::string_view trimmed(std::string_view text)
+std::string inCapitals(std::string_view field)
 {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-/// The number of a card's value field. An exponent may be written with D.
-int numberOf(std::string_view field, double& value)
-{
-    std::string text(field.substr(0, field.find('/')));
-    std::replace(text.begin(), text.end(), 'D', 'E');
-    double read = 0;
-    if (!stoval(text, read) || !std::isfinite(read))
-        return 0;
-    value = read;
-    return 1;
-}
-
-std::string textOf(std::string_view field)
-{
-    const std::size_t open = field.find('\'');
-    if (open == std::string_view::npos)
-        return "";
-    const std::string_view rest = field.substr(open + 1);
-    std::string text(trimmed(rest.substr(0, rest.find('\''))));
+    std::string text = fieldText(field);
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
     return text;
@@ -76,18 +53,19 @@ SkyCards readSkyCards(const std::vector<std::string>& cards)
     SkyCards found;
     int hasCrval[2] = {0, 0};
     for (const std::string& card : cards) {
-        if (card.size() < 11)
+        const std::string_view field = valueField(card);
+        if (field.empty())
             continue;
-        const std::string_view key = trimmed(std::string_view(card).substr(0, 8));
-        const std::string_view field = std::string_view(card).substr(10);
+        const std::string_view key = withoutBlanks(std::string_view(card).substr(0, 8));
         int first = 0;
         int second = 0;
         double value = 0;
         if (key == "RADESYS" || (key == "RADECSYS" && found.radesys.empty())) {
-            found.radesys = textOf(field);
+            if (const std::string name = inCapitals(field); !name.empty())
+                found.radesys = name;
             continue;
         }
-        if (!numberOf(field, value))
+        if (!fieldNumber(field, value))
             continue;
         if (key == "CRVAL1" || key == "CRVAL2")
             hasCrval[key.back() - '1'] = 1;

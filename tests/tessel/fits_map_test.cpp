@@ -110,6 +110,7 @@ TEST(FitsMap, TakesStepsAndTurnFromTheMatrixWhateverStandsBesideIt)
         {"latitude first", with(swapped, steps), 2, 2, -90, 2},
         {"latitude first, CROTA", with(with(swapped, steps), {"CROTA1  = 90.0"}), 2, 2, 999, 0},
         {"arcseconds", {"CDELT1  = -3600.0", "CUNIT1  = 'ARCSEC'"}, -1, 1, 999, 0},
+        {"milliarcseconds", {"CDELT1  = -3.6d6", "CUNIT1  = 'marcsec'"}, -1, 1, 999, 0},
         {"no step of zero or nan", {"CDELT1  = 0.0", "CDELT2  = NaN"}, 1, 1, 999, 0},
     };
     for (const auto& c : cases) {
@@ -133,6 +134,8 @@ TEST(FitsMap, TakesStepsAndTurnFromTheMatrixWhateverStandsBesideIt)
             EXPECT_NEAR(back, r != k ? 0 : r ? got.row : got.column, 1e-12) << c.name;
         }
     }
+    const Cards lengths = with(sky, {"CUNIT2  = 'cm'"});
+    EXPECT_FALSE(readMap(hdu(imageCards(8, {1, 1}, lengths), "x")).header.hasCelestialAxes);
 }
 
 TEST(FitsMap, FindsTheBeamInTheHeaderElseInTheLastOfTheHistory)

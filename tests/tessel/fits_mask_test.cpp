@@ -65,21 +65,32 @@ TEST(FitsMask, RepeatsTheMapsCardsAndKeepsItsPixelOrder)
 
 TEST(FitsMask, MakesTheChosenPlaneItsOnlyOneAndCompletesTheMatrix)
 {
-    const FitsMap map = mapOf({1, 1, 3},
-                              {"CTYPE3  = 'STOKES'", "CRPIX3  = 1.0", "CRVAL3  = 1.0",
-                               "CD1_1   = 2.0", "CD2_2   = 2.0", "CTYPE5  = 'EXTRA'"},
-                              2);
-    EXPECT_EQ(map.header.stokes, "U");
+    const FitsMap map =
+        mapOf({1, 1, 3},
+              {"CTYPE3  = 'STOKES'", "CRVAL3  =1.0/\tR\xc3\xa9", "CD1_1   = 2.0", "CD002002= 2.0",
+               "PV1_4   = 12.0", "CTYPE5  = 'EXTRA'", "CRVAL4  = 7.0"},
+              2);
+    EXPECT_EQ(map.header.stokes, "V");
     std::string error;
     const std::string name = testing::TempDir() + "mask.fits";
     ASSERT_TRUE(writeFitsMask(name, ABitMatrix(1, 1), map.header, error)) << error;
     const std::string bytes = contents(name);
     EXPECT_TRUE(cardsOf(bytes, {"CTYPE5"}).empty());
+    EXPECT_EQ(cardsOf(bytes, {"CRVAL", "CD002002", "PV"}),
+              (std::vector<std::string>{"CRVAL3  = 1.0/ R??", "CD002002= 2.0", "PV1_4   = 12.0",
+                                        "CRVAL4  =                  0.0"}));
     EXPECT_EQ(cardsOf(bytes, {"CTYPE4"})[0], "CTYPE4  = 'FREQ    '");
     EXPECT_EQ(cardsOf(bytes, {"CD4_4"}).size(), 1u);
     FitsMap back;
     ASSERT_TRUE(readFitsMap(name, -1, back, error)) << error;
-    EXPECT_EQ(back.header.stokes, "U");
+    EXPECT_EQ(back.header.stokes, "V");
+    // an image that was cut from a cube with its cards left as they were
+    const FitsMap cut = mapOf({1, 1}, {"CTYPE3  = 'FREQ'", "CRVAL3  = 5E9", "CRPIX3  = 1.0"});
+    EXPECT_EQ(cut.header.frequency, 5e9);
+    ASSERT_TRUE(writeFitsMask(name, ABitMatrix(1, 1), cut.header, error)) << error;
+    EXPECT_EQ(cardsOf(contents(name), {"CTYPE", "CRVAL"}),
+              (std::vector<std::string>{"CTYPE3  = 'FREQ'", "CRVAL3  = 5E9", "CTYPE4  = 'STOKES  '",
+                                        "CRVAL4  =                  1.0"}));
 }
 
 TEST(FitsMask, LeavesTheOldFileWholeWhenItCannotBeWritten)

@@ -141,7 +141,8 @@ TEST(SkyCoordinates, FollowTheHeadersPolesParametersAndOldNames)
         row, 501 + (std::cos(d0) - std::cos(d) * std::cos(a)) / std::sin(d0) / degree / 1e-4, 1e-6);
     header = sinMap(100, 60, 1e-4);
     header.coordinateCards = {card("CRVAL1  = 100.0"), card("CRVAL2  = 60.0"),
-                              card("LONPOLE = 1.5D+02"), card("RADESYS = 'icrs'")};
+                              card("LONPOLE =1.5d+02"), card("RADESYS = 'icrs'"),
+                              card("RADESYS = ''")};
     ASSERT_TRUE(sky.init(header, error)) << error;
     EXPECT_EQ(sky.frame(), SkyCoordinates::Frame::icrs);
     LocalSky local;
