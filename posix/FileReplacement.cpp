@@ -154,8 +154,18 @@ int FileReplacement::begin(const std::string& name, mode_t newMode)
 {
     discard();
     fault_.clear();
+    // asked of the name itself: a descriptor below /proc need not lead to where its link points
+    struct stat about {
+    };
+    const int leadsToFile = stat(name.c_str(), &about) == 0;
+    if (leadsToFile && !S_ISREG(about.st_mode)) {
+        fault_ = notPlain(about.st_mode);
+        return 0;
+    }
     if (!openFolder(name) || !examineOld())
         return 0;
+    if (leadsToFile && !hasOld_)
+        return fail("cannot be created", ENOENT);
     sweep();
     // nobody reads the file while it is written whom the old one would have refused
     const mode_t mode = hasOld_ ? newMode & old_.st_mode : newMode;

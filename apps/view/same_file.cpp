@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <tuple>
+#include <unistd.h>
 
 namespace pavane
 {
@@ -66,6 +67,17 @@ Identity identityOf(std::string name)
     return identity;
 }
 
+/// Non-zero when what is printed goes into the file of that name, which would take its place.
+int isStandardOutput(const std::string& name)
+{
+    struct stat printed {
+    };
+    Identity identity;
+    return !name.empty() && fstat(STDOUT_FILENO, &printed) == 0 && S_ISREG(printed.st_mode) &&
+           identify(name, identity) && identity.device == printed.st_dev &&
+           identity.number == printed.st_ino;
+}
+
 }  // namespace
 
 int isSameFile(const std::string& a, const std::string& b)
@@ -97,6 +109,8 @@ std::string outputClash(const ViewOptions& options)
         if (const NamedFile* const same = sameFileAmong(output.name, files))
             return output.what + ' ' + output.name + " would write over " + same->what + ' ' +
                    same->name;
+        if ((options.stats || !options.visibilities.empty()) && isStandardOutput(output.name))
+            return output.what + ' ' + output.name + " would write over what is printed";
         files.push_back(output);
     }
     return {};

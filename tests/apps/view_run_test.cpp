@@ -304,7 +304,7 @@ TEST_F(ViewRun, NoOutputIsAnInputOrAnotherOutput)
           "--areas a.cma --mask a.cma", "--areas here/a.cma --png a.cma",
           "--model m.txt --svg m.txt", "--png new.png --pdf here/new.png",
           "--png broken.png --svg new.png", "--areas a.cma --mask x --pdf ./x",
-          "--model m.txt --visibilities a.cma --png a.cma"}) {
+          "--model m.txt --visibilities a.cma --png a.cma", "--stats --png out.txt"}) {
         const Outcome r = run(std::string("map.fits --batch ") + arguments);
         EXPECT_EQ(r.status, 1) << arguments << r.err;
         EXPECT_NE(r.err.find("would write over"), std::string::npos) << r.err;

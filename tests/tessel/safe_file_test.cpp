@@ -53,17 +53,21 @@ TEST(SafeFile, SaysWhyAFileCannotBeMade)
 {
     const std::string folder = emptyFolder("refused");
     const std::string plain = saved("plain", "");
+    FileReplacement gone;  // a file without a name, wherever its link points
+    ASSERT_TRUE(gone.begin(folder + "gone"));
     fs::create_symlink("round", folder + "round");
     ASSERT_EQ(mkfifo((folder + "pipe").c_str(), 0600), 0);
     const std::pair<std::string, std::string> cases[] = {
         {"", "cannot be created: No such file or directory"},
         {folder + "none/file", "cannot be created: No such file or directory"},
         {plain + "/below", "cannot be created: Not a directory"},
-        {folder, "cannot be created: Is a directory"},
+        {folder, "is a folder"},
         {folder + "round", "cannot be created: Too many levels of symbolic links"},
         {folder.substr(0, folder.size() - 1), "is a folder"},
         {folder + "pipe", "is a pipe"},
-        {"/dev/null", "is a device"}};
+        {"/dev/null", "is a device"},
+        {"/proc/self/fd/" + std::to_string(gone.descriptor()),
+         "cannot be created: No such file or directory"}};
     for (const auto& [name, fault] : cases) {
         SafeFile file;
         EXPECT_FALSE(file.open(name)) << name;
