@@ -106,9 +106,11 @@ int openRegions(const std::string& file, Kind kind, const AreaPlace& place, ARPT
         return refuse(file, "not a region file: " + found.firstLoss, error);
     if (shapes.empty() && !losses && !saysItHoldsNone(kind, text))
         return refuse(file,
-                      text.empty() ? "the region file is empty"
-                                   : "the region file holds no area, and does not begin as "
-                                     "one that means to",
+                      text.empty()                  ? "the region file is empty"
+                      : hasRegionHeader(kind, text) ? "the region file holds no area, and may be "
+                                                      "cut or hold labels alone"
+                                                    : "the region file holds no area, and does "
+                                                      "not begin as one that means to",
                       error);
     notes.promised = taken + losses + std::max(missing - 1, 0);
     notes.read = addShapes(areas, nullptr, shapes, cellsOf(place), found);

@@ -204,12 +204,12 @@ int readRegionText(const std::string& file, std::string& text, std::string& erro
         return 0;
     }
     if (size > longestText) {
-        error = "the region file is larger than 64 MiB";
+        error = "is larger than 64 MiB";
         return 0;
     }
     text.resize(static_cast<std::size_t>(size));
     if (!in.read(text.data(), size)) {
-        error = "the region file cannot be read";
+        error = "cannot be read";
         return 0;
     }
     if (text.find('\0') != std::string::npos) {

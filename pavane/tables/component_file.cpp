@@ -51,7 +51,7 @@ std::string readStrictly(std::istream& in, AComponents& components)
     ComponentLines lines(in);
     int wanted = 0;
     if (!lines.next())
-        return "it holds no number of components";
+        return "holds no number of components";
     std::string fault = faultOfCount(lines, wanted);
     while (fault.empty() && lines.next()) {
         if (components.count() == wanted)
@@ -66,7 +66,7 @@ std::string readStrictly(std::istream& in, AComponents& components)
     if (lines.isTooLong())
         return at(lines, "it is longer than 64 KiB");
     if (in.bad())
-        return "it cannot be read";
+        return "cannot be read";
     if (components.count() < wanted)
         return at(lines, "the file ends after " + std::to_string(components.count()) + " of " +
                              std::to_string(wanted) + " components");
@@ -84,10 +84,10 @@ int readComponentFile(const std::string& file, AComponents& components, std::str
     if (found.isOpen())
         in.open(file, std::ios::binary);
     if (!in.is_open()) {
-        error = "it " + readFault(file);
+        error = readFault(file);
         return 0;
     }
-    error = found.size() > 0 ? readStrictly(in, components) : "it is empty";
+    error = found.size() > 0 ? readStrictly(in, components) : "is empty";
     if (error.empty())
         return 1;
     components.Free();

@@ -160,7 +160,7 @@ void CrtfReader::readRegion(std::string_view text)
     if (!isOther && std::find(std::begin(areas), std::end(areas), word) == std::end(areas))
         return sink_.damaged(quoted(whole) + " is not understood");
     if (isAnnotation)
-        return sink_.leaveOut("an annotation (" + word + ") is not an area");
+        return;  // drawn over the map by who wrote it, no area either
     if (isOther)
         return sink_.leaveOut(word + " is not a shape of areas");
     if (isExcluded)

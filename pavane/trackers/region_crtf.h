@@ -15,10 +15,10 @@ namespace pavane
 
 // Region files of CASA (*.crtf). box, centerbox, rotbox, circle, ellipse and poly become areas, in
 // pixels (from 0, as cells; so are all numbers under coord=IMAGE, whatever unit stands behind them)
-// or on the sky in ICRS, J2000, B1950, GALACTIC and ECLIPTIC; texts are passed over. The angle of a
-// rotbox turns it counter-clockwise as seen on the sky, that of an ellipse is the position angle of
-// its first axis, from north (in pixels: from growing rows) through east. `sky` places the map;
-// null, or not set, leaves out what is on the sky.
+// or on the sky in ICRS, J2000, B1950, GALACTIC and ECLIPTIC; texts and annotations are passed
+// over. The angle of a rotbox turns it counter-clockwise as seen on the sky, that of an ellipse is
+// the position angle of its first axis, from north (in pixels: from growing rows) through east.
+// `sky` places the map; null, or not set, leaves out what is on the sky.
 
 /// Reads a file; `shapes` and `notes` begin empty. Non-zero on success. 0, and one line in `error`
 /// that names the file, when it cannot be read or does not begin with "#CRTF".

@@ -19,9 +19,9 @@ constexpr double radian = std::numbers::pi / 180;
 
 /// Shapes that are no areas, or areas that no shape here can hold.
 constexpr std::string_view otherShapes[] = {
-    "annulus", "line",   "point",   "text",    "vector",     "ruler",   "pie",       "panda",
-    "epanda",  "bpanda", "cpanda",  "compass", "projection", "segment", "composite", "template",
-    "rotbox",  "cross",  "diamond", "arrow",   "boxcircle",  "x"};
+    "annulus",   "line",     "point",  "text",    "vector",  "ruler",      "pie",
+    "panda",     "epanda",   "bpanda", "cpanda",  "compass", "projection", "segment",
+    "composite", "template", "cross",  "diamond", "arrow",   "boxcircle",  "x"};
 constexpr std::string_view otherSystems[] = {"linear", "detector", "amplifier", "wcs", "wcs0"};
 
 /// A million vertices; a line of many more would take far more memory than its file.
@@ -99,6 +99,8 @@ void Ds9Reader::readLine(std::string_view line)
         const std::string_view properties = trimmedText(line.substr(hash + 1));
         if (properties.find("include=0") != std::string_view::npos)
             isExcluded_ = 1;
+        else if (properties.find("include=1") != std::string_view::npos)
+            isExcluded_ = 0;
         if (!properties.empty())
             sink_.notes().addOnce(RegionNotes::Kind::changed,
                                   "colours, texts, tags and other properties are not kept");
@@ -176,26 +178,37 @@ void Ds9Reader::readStatement(std::string_view text)
         isExcluded = text[0] == '+' ? 0 : 1;
         text = trimmedText(text.substr(1));
     }
-    const std::string word = smallLetters(takeWord(text));
+    std::string word = smallLetters(takeWord(text));
     text = trimmedText(text);
+    if (word == "rotbox")  // what others than DS9 call it
+        word = "box";
     if (word == "global") {
         isExcludedByDefault_ = text.find("include=0") != std::string_view::npos;
         return;
     }
     if (word == "tile" || (text.empty() && setSystem(word)))
         return;
+    std::string_view behind;
     if (!text.empty() && text[0] == '(') {
         const std::size_t end = text.find(')');
         if (end == std::string_view::npos)
             return sink_.damaged(quoted(whole) + " has no closing parenthesis");
+        behind = trimmedText(text.substr(end + 1));
         text = text.substr(1, end - 1);
     }
     if (word == "text")
         return;
     if (isOneOf(word, otherShapes))
         return sink_.leaveOut(word + " is not a shape of areas");
-    if (word != "circle" && word != "ellipse" && word != "box" && word != "polygon")
+    if (word != "circle" && word != "ellipse" && word != "box" && word != "polygon") {
+        if (text.empty() && !word.empty()) {  // perhaps a system: what follows is not in the last
+            system_ = System::other;
+            otherName_ = excerpt(word);
+        }
         return sink_.damaged(quoted(whole) + " is not understood");
+    }
+    if (!behind.empty())  // as "circle(...)-circle(...)": the one without the other is another area
+        return sink_.damaged(quoted(behind) + " behind the shape is not understood");
     if (isExcluded)
         return sink_.leaveOut("an excluded " + word + " cannot be held");
     if (system_ == System::other)

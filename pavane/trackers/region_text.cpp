@@ -24,16 +24,16 @@ int RegionText::read(const std::string& file, std::string& error)
     AFile in;
     const std::int64_t size = in.open(file, AFile::readOnly) ? in.size() : -1;
     if (size < 0) {
-        error = file + ": the region file " + readFault(file);
+        error = file + ": " + readFault(file);
         return 0;
     }
     if (size > longestFile) {
-        error = file + ": the region file is larger than 64 MiB";
+        error = file + ": is larger than 64 MiB";
         return 0;
     }
     bytes_.reset(new (std::nothrow) char[static_cast<std::size_t>(size) + 1]);
     if (!bytes_ || !in.read(bytes_.get(), size)) {
-        error = file + ": the region file cannot be read";
+        error = file + ": cannot be read";
         return 0;
     }
     if (std::memchr(bytes_.get(), 0, static_cast<std::size_t>(size))) {

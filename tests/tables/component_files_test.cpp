@@ -85,8 +85,8 @@ TEST(ComponentFile, NamesTheLineThatIsWrong)
     const struct {
         std::string text, fault;
     } cases[] = {
-        {"", "it is empty"},
-        {";only\n", "it holds no number of components"},
+        {"", "is empty"},
+        {";only\n", "holds no number of components"},
         {"2 3\n", "line 1: the number of components is expected"},
         {";\n-1\n", "line 2: the number of components is -1"},
         {"1\n\n1 1 0 1\n", "line 3: it has 4 of 8 numbers"},
@@ -103,7 +103,7 @@ TEST(ComponentFile, NamesTheLineThatIsWrong)
     AComponents model;
     std::string error;
     EXPECT_FALSE(readComponentFile("/", model, error));
-    EXPECT_EQ(error, "it is a folder");
+    EXPECT_EQ(error, "is a folder");
 }
 
 TEST(ComponentRecord, IsSixtyBytesAndRefusesShortFiles)

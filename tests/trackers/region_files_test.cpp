@@ -70,6 +70,9 @@ TEST(Ds9Regions, CountImagePixelsFromOneAndTurnCounterClockwise)
         {"image\npolygon(1,1,5,1,5,6)\r\n", "poly 0 0 4 0 4 5\n"},
         {"image\n+circle(1,1,1);circle(2,2,2)\n", "ellipse 0 0 2 2 0\nellipse 1 1 4 4 0\n"},
         {"circle(3i,4i,5i)", "ellipse 2 3 10 10 0\n"},
+        {"rotbox(11,21,4,2,30)", "box 10 20 4 2 30\n"},
+        {"supergalactic\ncircle(9,9,1)\nimage;circle(1,1,1)\n", "ellipse 0 0 2 2 0\n"},
+        {"circle(9,9,4)-circle(9,9,2)\ncircle(1,1,1) && box(1,1,2,2,0)", ""},
     };
     for (const auto& c : cases)
         EXPECT_EQ(asText(ds9(c[0]).shapes), c[1]) << c[0];
@@ -106,8 +109,8 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
     EXPECT_EQ(p.notes.leftOut, 9);
     EXPECT_EQ(p.notes.damaged, 5);
     const Parsed excluded = ds9("global include=0\nimage\ncircle(1,1,1)\n+circle(3,3,1)\n"
-                                "global include=1\ncircle(5,5,1)\n");
-    EXPECT_EQ(asText(excluded.shapes), "ellipse 2 2 2 2 0\nellipse 4 4 2 2 0\n");
+                                "circle(4,4,1) # include=1\nglobal include=1\ncircle(5,5,1)\n");
+    EXPECT_EQ(asText(excluded.shapes), "ellipse 2 2 2 2 0\nellipse 3 3 2 2 0\nellipse 4 4 2 2 0\n");
     EXPECT_EQ(excluded.notes.leftOut, 1);
 }
 
@@ -140,7 +143,6 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
     EXPECT_EQ(joined(p.notes.lines),
               "ranges of channels and polarisations are not kept\n"
               "colours, labels and other properties are not kept\n"
-              "line 3: an annotation (circle) is not an area; left out\n"
               "line 4: an excluded circle cannot be held; left out\n"
               "line 5: annulus is not a shape of areas; left out\n"
               "line 6: positions in azel are not supported; left out\n"
