@@ -29,14 +29,7 @@ QString familyOf(QString name, bool& bold)
     return name;
 }
 
-/// Parts of an em, from the tables of the font file.
-struct CellShape {
-    double ascent = 1854.0 / 2048;
-    double descent = 434.0 / 2048;
-    double height() const { return ascent + descent; }
-};
-
-CellShape cellShapeOf(const QFont& font)
+CellShape readShape(const QFont& font)
 {
     CellShape shape;
     const QRawFont raw = QRawFont::fromFont(font);
@@ -63,8 +56,18 @@ QString textOf(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-QtFace::QtFace(const LOGFONT& wanted, bool onPage)
+const CellShape& FontShapes::of(const QFont& font)
 {
+    for (const Entry& e : entries_)
+        if (e.family == font.family() && e.bold == font.bold() && e.italic == font.italic())
+            return e.shape;
+    entries_.push_back({font.family(), font.bold(), font.italic(), readShape(font)});
+    return entries_.back().shape;
+}
+
+QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes)
+{
+    std::fill_n(ascii_, 128, -1.0);
     bool bold = wanted.lfWeight >= 600;
     font_.setFamily(familyOf(textOf(wanted.lfFaceName), bold));
     font_.setBold(bold);
@@ -74,11 +77,11 @@ QtFace::QtFace(const LOGFONT& wanted, bool onPage)
     font_.setKerning(false);
     font_.setStyleStrategy(QFont::NoSubpixelAntialias);
     font_.setHintingPreference(onPage ? QFont::PreferNoHinting : QFont::PreferFullHinting);
-    font_.setPixelSize(16);
 
-    const CellShape cell = cellShapeOf(font_);
     constexpr int greatestHeight = 20000;
     const int asked = std::clamp(wanted.lfHeight, -greatestHeight, greatestHeight);
+    font_.setPixelSize(asked < 0 ? -asked : 16);  // the tables are the same at every size
+    const CellShape& cell = shapes.of(font_);
     const double em = asked > 0 ? asked / cell.height() : -asked;
     font_.setPixelSize(std::max(1, nearestInt(em)));
     metrics_.tmHeight = asked > 0 ? asked : nearestInt(em * cell.height());
@@ -86,14 +89,18 @@ QtFace::QtFace(const LOGFONT& wanted, bool onPage)
     metrics_.tmDescent = metrics_.tmHeight - metrics_.tmAscent;
     metrics_.tmWeight = bold ? FW_BOLD : FW_NORMAL;
 
-    const QFontMetricsF measured(font_);
-    for (int c = 0; c < 128; ++c)
-        ascii_[c] = measured.horizontalAdvance(QChar(c));
     double sum = 0;
-    for (int i = 0; i < 27; ++i)
-        sum += letterWeights[i] * ascii_[i < 26 ? 'a' + i : ' '];
+    for (unsigned char i = 0; i < 27; ++i)
+        sum += letterWeights[i] * asciiWidth(i < 26 ? static_cast<unsigned char>('a' + i) : ' ');
     metrics_.tmAveCharWidth = std::max(1, nearestInt(sum / 1000));
-    metrics_.tmMaxCharWidth = std::max(1, nearestInt(measured.maxWidth()));
+    metrics_.tmMaxCharWidth = std::max(1, nearestInt(QFontMetricsF(font_).maxWidth()));
+}
+
+double QtFace::asciiWidth(unsigned char c) const
+{
+    if (ascii_[c] < 0)
+        ascii_[c] = QFontMetricsF(font_).horizontalAdvance(QChar(c));
+    return ascii_[c];
 }
 
 double QtFace::characterWidth(char32_t c) const
@@ -111,10 +118,10 @@ int QtFace::width(std::string_view text) const
     double sum = 0;
     std::size_t i = 0;
     for (; i < text.size() && static_cast<unsigned char>(text[i]) < 128; ++i)
-        sum += ascii_[static_cast<unsigned char>(text[i])];
+        sum += asciiWidth(static_cast<unsigned char>(text[i]));
     if (i < text.size()) {
         for (const char32_t c : textOf(text.substr(i)).toUcs4())
-            sum += c < 128 ? ascii_[c] : characterWidth(c);
+            sum += c < 128 ? asciiWidth(static_cast<unsigned char>(c)) : characterWidth(c);
     }
     return nearestInt(sum);
 }
@@ -142,7 +149,7 @@ const QtFace& FontTable::face(const LOGFONT& font, bool onPage)
     const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
     last_ = static_cast<std::size_t>(found - entries_.begin());
     if (found == entries_.end())
-        entries_.push_back({font, onPage, std::make_unique<QtFace>(font, onPage)});
+        entries_.push_back({font, onPage, std::make_unique<QtFace>(font, onPage, shapes_)});
     return *entries_[last_].face;
 }
 

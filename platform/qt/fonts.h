@@ -11,12 +11,34 @@
 namespace pavane
 {
 
+/// Parts of an em, from the tables of a font file.
+struct CellShape {
+    double ascent = 1854.0 / 2048;
+    double descent = 434.0 / 2048;
+    double height() const { return ascent + descent; }
+};
+
+/// The shapes asked for so far; reading one loads its font at a size that nobody draws.
+class FontShapes
+{
+public:
+    const CellShape& of(const QFont& font);
+
+private:
+    struct Entry {
+        QString family;
+        bool bold, italic;
+        CellShape shape;
+    };
+    std::vector<Entry> entries_;
+};
+
 /// One font at one size, with what Qt needs to draw it.
 class QtFace : public TextFace
 {
 public:
     /// `onPage`: without hinting, so that widths are those of the outlines.
-    QtFace(const LOGFONT& font, bool onPage);
+    QtFace(const LOGFONT& font, bool onPage, FontShapes& shapes);
     const TEXTMETRIC& metrics() const override { return metrics_; }
     int width(std::string_view text) const override;
     double emHeight() const override { return font_.pixelSize(); }
@@ -26,11 +48,13 @@ public:
     int ascent() const { return metrics_.tmAscent; }
 
 private:
+    double asciiWidth(unsigned char c) const;
     double characterWidth(char32_t c) const;
 
     QFont font_;
     TEXTMETRIC metrics_;
-    double ascii_[128];
+    /// Below 0 until asked for: a control character alone makes the toolkit look through all fonts.
+    mutable double ascii_[128];
     mutable std::unordered_map<char32_t, double> others_;
 };
 
@@ -46,6 +70,7 @@ private:
         bool onPage;
         std::unique_ptr<QtFace> face;
     };
+    FontShapes shapes_;
     std::vector<Entry> entries_;
     std::size_t last_ = 0;
 };
