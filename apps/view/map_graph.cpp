@@ -78,6 +78,7 @@ ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int un
         centres.zMax = options.high;
     }
     auto* const graph = new ALevelsColorGraph(&axis, cells, centres, 0);
+    graph->setStatistics(inputs.range, inputs.noise);
     graph->setNames(inputs.frame.xTitle, inputs.frame.yTitle, valueTitle(inputs));
     const std::string note = levelNoteOf(options.levels, inputs);
     graph->setHeaderText(0, headerLine(inputs) + (note.empty() ? "" : "   " + note));

@@ -66,6 +66,13 @@ const MapNoise& ABMapGraph::noise() const
     return noise_;
 }
 
+void ABMapGraph::setStatistics(const MapRange& range, const MapNoise& noise)
+{
+    cellRange_ = range;
+    noise_ = noise;
+    hasRange_ = hasNoise_ = 1;
+}
+
 TMnMx ABMapGraph::zRange() const
 {
     if (cellRange().isEmpty())

@@ -43,6 +43,8 @@ public:
     // What is found out about the cells at the first question and kept until cellsChanged.
     const MapRange& cellRange() const;
     const MapNoise& noise() const;
+    /// What a host has found out about the cells already, for the same cells.
+    void setStatistics(const MapRange& range, const MapNoise& noise);
     /// The values to draw: the z pair of the centres when it is set, else the range of the cells;
     /// unset for a map without finite cells.
     virtual TMnMx zRange() const;

@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr float infinity = std::numeric_limits<float>::infinity();
-/// Maps up to here are searched as a whole; it is also the greatest sample.
+/// Maps up to here are searched as a whole.
 constexpr std::int64_t fewCells = 65536;
 /// A guess from fewer cells says nothing.
 constexpr std::size_t leastSample = 1024;
@@ -178,7 +178,9 @@ std::vector<float> sampleCells(const AMatrixAccess& cells)
     const std::int64_t all = std::int64_t{cells.rows()} * cells.columns();
     if (all <= fewCells)
         return sample;
-    const std::int64_t count = std::min(fewCells, all / 4);
+    // a cell of the sample takes longer than one of the map, and each further one brings less
+    const double side = std::cbrt(static_cast<double>(all));
+    const auto count = static_cast<std::int64_t>(side * side);
     const std::int64_t step = all / count;
     sample.reserve(static_cast<std::size_t>(count));
     std::int64_t row = 0, rowStart = 0;
