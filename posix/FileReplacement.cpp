@@ -89,7 +89,12 @@ int FileReplacement::openFolder(const std::string& name)
     if (name_.empty())
         return fail("cannot be created", EISDIR);
     path_ = target.substr(0, slash);
-    folder_ = open(path_.empty() ? "." : path_.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const char* const path = path_.empty() ? "." : path_.c_str();
+    folder_ = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+#ifdef O_PATH
+    if (folder_ < 0 && errno == EACCES)  // it may take files without showing those that it has
+        folder_ = open(path, O_PATH | O_DIRECTORY | O_CLOEXEC);
+#endif
     return folder_ >= 0 || fail("cannot be created", errno);
 }
 
@@ -201,10 +206,10 @@ int FileReplacement::linkUnnamed(const std::string& as) const
     return linkat(AT_FDCWD, selfName(file_).c_str(), folder_, as.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
-/// Some file systems cannot do this for folders, and need not.
+/// Some file systems cannot do this for folders, and need not; nobody can where it may not be read.
 int FileReplacement::syncFolder() const
 {
-    return fsync(folder_) == 0 || errno == EINVAL || errno == ENOTSUP;
+    return fsync(folder_) == 0 || errno == EINVAL || errno == ENOTSUP || errno == EBADF;
 }
 
 int FileReplacement::takeName()
