@@ -74,6 +74,7 @@ private:
     void readPolygon(const std::vector<std::string_view>& arguments);
     int setSystem(const std::string& word);
     int readPlace(std::string_view text, int isLongitude, RegionValue& value);
+    int readPoint(std::string_view x, std::string_view y, APoint<double>& cell);
     int readSize(std::string_view text, RegionValue& value);
     int readAngle(std::string_view text, double& angle);
 
@@ -148,6 +149,7 @@ int Ds9Reader::setSystem(const std::string& word)
 {
     if (word == "image" || word == "physical") {
         system_ = System::image;
+        longitudeInHours_ = 1;
         sink_.setFrame(nullptr);
         if (word == "physical")
             sink_.notes().addOnce(RegionNotes::Kind::changed,
@@ -242,6 +244,22 @@ int Ds9Reader::readPlace(std::string_view text, int isLongitude, RegionValue& va
     return 0;
 }
 
+int Ds9Reader::readPoint(std::string_view x, std::string_view y, APoint<double>& cell)
+{
+    RegionValue atX;
+    RegionValue atY;
+    if (!readPlace(x, 1, atX) || !readPlace(y, 0, atY))
+        return 0;
+    // what DS9 takes positions on the sky for where only pixels were announced
+    const int isLoneSky = system_ == System::image && atX.unit == Unit::degrees;
+    if (isLoneSky)
+        sink_.setFrame(frameNamed("fk5", ds9Frames));
+    const int placed = sink_.point(atX, atY, cell);
+    if (isLoneSky)
+        sink_.setFrame(nullptr);
+    return placed;
+}
+
 int Ds9Reader::readSize(std::string_view text, RegionValue& value)
 {
     static constexpr struct {
@@ -292,15 +310,13 @@ void Ds9Reader::readShape(const std::string& name, const std::vector<std::string
 
 void Ds9Reader::readSized(const std::string& name, const std::vector<std::string_view>& arguments)
 {
-    RegionValue x;
-    RegionValue y;
     RegionValue width;
     RegionValue height;
     double angle = 0;
     APoint<double> centre;
-    if (!readPlace(arguments[0], 1, x) || !readPlace(arguments[1], 0, y) ||
-        !readSize(arguments[2], width) || !readSize(arguments[name == "circle" ? 2 : 3], height) ||
-        (arguments.size() > 4 && !readAngle(arguments[4], angle)) || !sink_.point(x, y, centre))
+    if (!readSize(arguments[2], width) || !readSize(arguments[name == "circle" ? 2 : 3], height) ||
+        (arguments.size() > 4 && !readAngle(arguments[4], angle)) ||
+        !readPoint(arguments[0], arguments[1], centre))
         return;
     if (name == "box")
         return sink_.sized(AreaShape::Kind::rotatedRectangle, centre, width, height, angle);
@@ -316,13 +332,9 @@ void Ds9Reader::readPolygon(const std::vector<std::string_view>& arguments)
     if (arguments.size() % 2 || arguments.size() < 6)
         return sink_.damaged("polygon with " + std::to_string(arguments.size()) + " numbers");
     std::vector<APoint<double>> vertices(arguments.size() / 2);
-    for (std::size_t i = 0; i < vertices.size(); ++i) {
-        RegionValue x;
-        RegionValue y;
-        if (!readPlace(arguments[2 * i], 1, x) || !readPlace(arguments[2 * i + 1], 0, y) ||
-            !sink_.point(x, y, vertices[i]))
+    for (std::size_t i = 0; i < vertices.size(); ++i)
+        if (!readPoint(arguments[2 * i], arguments[2 * i + 1], vertices[i]))
             return;
-    }
     sink_.polygon(std::move(vertices));
 }
 

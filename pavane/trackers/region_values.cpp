@@ -70,7 +70,8 @@ int joinFields(const Fields& fields, double& whole)
     double parts[3] = {0, 0, 0};
     for (int i = 0; i < fields.count; ++i) {
         const std::string_view text = fields.text[static_cast<std::size_t>(i)];
-        if (!isField(text) || !readFinite(text, parts[i]) || (i > 0 && !(parts[i] < 60)))
+        if (!isField(text) || !readFinite(text, parts[i]) || (i == 1 && !(parts[i] < 60)) ||
+            !(parts[2] <= 60))  // some writers round 59.9996 seconds to 60.000
             return 0;
     }
     whole = parts[0] + parts[1] / 60 + parts[2] / 3600;

@@ -29,7 +29,7 @@ double halfDigit(std::string_view number);
 
 /// Sexagesimal angles: hours or degrees, minutes and seconds with ':' between them, "12h34m5.6s",
 /// "-12d34m5.6s", "-01.54.24.5". `isLongitude` says that ':' stands behind hours. Degrees.
-/// Non-zero when the text is one of these; `minutes` and `seconds` are below 60 each.
+/// Non-zero when the text is one of these; minutes are below 60, seconds not above.
 int readSexagesimal(std::string_view text, int isLongitude, double& degrees);
 
 /// The shortest text without an exponent that reads back to the same double.

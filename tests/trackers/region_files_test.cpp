@@ -155,8 +155,8 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
 
 TEST(RegionValues, ReadSexagesimalAnglesAndWriteNumbersWithoutExponents)
 {
-    const char* const texts[] = {"12:30:00", "12h30m",      "12h36s",   "12d30m36s",
-                                 "12:30:36", "-00:30:00.0", "-0d0m36s", "-001.54.24.5"};
+    const char* const texts[] = {"12:29:60.0", "12h30m",      "12h36s",   "12d30m36s",
+                                 "12:30:36",   "-00:30:00.0", "-0d0m36s", "-001.54.24.5"};
     const double angles[] = {187.5, 187.5, 180.15, 12.51, 12.51, -0.5, -0.01, -1.90680555555555556};
     for (int i = 0; i < 8; ++i) {
         double degrees = 0;

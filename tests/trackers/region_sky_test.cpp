@@ -115,6 +115,12 @@ TEST(SkyRegions, AreReadAndWrittenInTheFrameThatIsNamed)
     // galactic north is 23.48 degrees east of north here, by Astropy's position_angle
     EXPECT_EQ(readShapes(map, "galactic\nbox(276.3372696080825,60.1885517309620,0.3\",0.1\",10)"),
               "box 500 501 30 10 33.479812\n");
+    // a position without a frame, in a file of pixels, is in FK5 there
+    MapHeader icrs = map;
+    icrs.coordinateCards = {"CRVAL1  = 180.0", "CRVAL2  = 0.0", "RADESYS = 'ICRS'"};
+    EXPECT_EQ(readShapes(icrs, "galactic;image;circle(12:00:00,-0:0:0,3i)"),
+              readShapes(icrs, "fk5;circle(180,0,3i)"));
+    EXPECT_NE(readShapes(icrs, "icrs;circle(180,0,3i)"), readShapes(icrs, "fk5;circle(180,0,3i)"));
     // (10.5, 5.5) with the digits that another program wrote: half a cell is what it meant
     const MapHeader fine = sinMap(180, 0, 1e-6 / 3);
     EXPECT_EQ(readShapes(fine, "fk5\ncircle(180.000163166667,-0.000165166667,3i)"),
