@@ -2,9 +2,9 @@
 // Without a map it draws one of its own.
 
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/AAxisColorOP.h"
+#include "pavane/axes/maps/AAxisLevelOP.h"
 #include "pavane/images/palettes.h"
-#include "pavane/maps/AAxisColorOP.h"
-#include "pavane/maps/AAxisLevelOP.h"
 #include "platform/picture.h"
 #include "platform/platform.h"
 #include "tessel/fits_map.h"

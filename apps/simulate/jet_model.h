@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/tables/AComponents.h"
+#include "pavane/tables/components/AComponents.h"
 
 namespace pavane
 {

@@ -6,9 +6,9 @@
 #include "apps/view/options.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
-#include "pavane/axes/AAreaTableWnd.h"
-#include "pavane/trackers/ATrackerToolBar.h"
-#include "pavane/trackers/ATrackToolBarOwnerWnd.h"
+#include "pavane/axes/windows/AAreaTableWnd.h"
+#include "pavane/axes/windows/ATrackerToolBar.h"
+#include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
 #include "platform/CMenu.h"
 
 #include <memory>

@@ -2,9 +2,9 @@
 
 #include "apps/view/map_graph.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/AAxisColorOP.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/images/palettes.h"
-#include "pavane/maps/AAxisColorOP.h"
-#include "pavane/maps/ALevelsColorGraph.h"
 
 namespace pavane
 {

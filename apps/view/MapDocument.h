@@ -3,7 +3,7 @@
 #include "apps/view/area_files.h"
 #include "apps/view/inputs.h"
 #include "apps/view/status_text.h"
-#include "pavane/maps/AMatrixAccess.h"
+#include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "tessel/SkyCoordinates.h"
 
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/view/main_menu.h"
-#include "pavane/axes/AAxisWnd.h"
+#include "pavane/axes/windows/AAxisWnd.h"
 #include "platform/CMenu.h"
 
 namespace pavane

@@ -1,7 +1,7 @@
 #include "apps/view/area_kind.h"
 
 #include "apps/view/file_ending.h"
-#include "pavane/trackers/area_file.h"
+#include "pavane/trackers/masks/area_file.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"
 #include "tessel/value_text.h"

@@ -1,6 +1,6 @@
 #include "apps/view/area_outlines.h"
 
-#include "pavane/trackers/ARPTrackerArray.h"
+#include "pavane/trackers/collections/ARPTrackerArray.h"
 
 namespace pavane
 {

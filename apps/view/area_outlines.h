@@ -2,7 +2,7 @@
 
 #include "apps/view/map_frame.h"
 #include "pavane/containers/APoint.h"
-#include "pavane/trackers/AAreaArray.h"
+#include "pavane/trackers/masks/AAreaArray.h"
 
 #include <vector>
 

@@ -4,8 +4,8 @@
 #include "apps/view/overlays.h"
 #include "apps/view/square_cells.h"
 #include "pavane/axes/A2DAxis.h"
-#include "pavane/maps/AAxisColorOP.h"
-#include "pavane/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/AAxisColorOP.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
 

@@ -2,7 +2,7 @@
 
 #include "apps/view/inputs.h"
 #include "apps/view/options.h"
-#include "pavane/axes/TMinMax.h"
+#include "pavane/axes/ranges/TMinMax.h"
 
 #include <string>
 

@@ -4,8 +4,8 @@
 #include "apps/view/area_kind.h"
 #include "apps/view/map_graph.h"
 #include "apps/view/progress.h"
-#include "pavane/tables/component_file.h"
-#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/tables/components/component_file.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "tessel/plain_text.h"
 
 namespace pavane

@@ -4,8 +4,8 @@
 #include "apps/view/map_frame.h"
 #include "apps/view/options.h"
 #include "apps/view/uv_points.h"
-#include "pavane/maps/map_statistics.h"
-#include "pavane/tables/AComponents.h"
+#include "pavane/axes/maps/cells/map_statistics.h"
+#include "pavane/tables/components/AComponents.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/fits_map.h"
 

@@ -1,6 +1,6 @@
 #include "apps/view/level_list.h"
 
-#include "pavane/maps/contour_lines.h"
+#include "pavane/axes/maps/cells/contour_lines.h"
 #include "tessel/value_text.h"
 
 #include <cmath>

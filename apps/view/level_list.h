@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/maps/contour_levels.h"
+#include "pavane/axes/maps/cells/contour_levels.h"
 
 #include <string>
 

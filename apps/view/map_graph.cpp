@@ -2,7 +2,7 @@
 
 #include "apps/view/figure.h"
 #include "pavane/axes/A2DAxis.h"
-#include "pavane/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
 
 #include <cmath>
 #include <numbers>

@@ -2,7 +2,7 @@
 
 #include "apps/view/inputs.h"
 #include "apps/view/options.h"
-#include "pavane/maps/map_scale.h"
+#include "pavane/axes/maps/cells/map_scale.h"
 
 namespace pavane
 {

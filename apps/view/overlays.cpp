@@ -1,7 +1,7 @@
 #include "apps/view/overlays.h"
 
 #include "pavane/axes/ABAxis.h"
-#include "pavane/tables/component_outline.h"
+#include "pavane/tables/components/component_outline.h"
 #include "platform/CDC.h"
 
 #include <cmath>

@@ -2,7 +2,7 @@
 
 #include "apps/view/area_outlines.h"
 #include "apps/view/map_frame.h"
-#include "pavane/tables/AComponents.h"
+#include "pavane/tables/components/AComponents.h"
 
 namespace pavane
 {

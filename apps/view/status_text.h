@@ -2,8 +2,8 @@
 
 #include "apps/view/map_frame.h"
 #include "apps/view/mask_sum.h"
-#include "pavane/axes/AxisStatus.h"
-#include "pavane/trackers/VertexTable.h"
+#include "pavane/axes/windows/AxisStatus.h"
+#include "pavane/trackers/areas/VertexTable.h"
 #include "tessel/SkyCoordinates.h"
 
 #include <array>

@@ -3,9 +3,9 @@
 #include "apps/view/MainWindow.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/images/palettes.h"
-#include "pavane/maps/ALevelsColorGraph.h"
-#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
 #include "tessel/paths.h"
 

@@ -3,13 +3,13 @@
 // that shows the map. Time should grow with the number of areas.
 
 #include "pavane/axes/A2DAxis.h"
-#include "pavane/axes/AAxisWnd.h"
-#include "pavane/maps/AColorsGraph.h"
-#include "pavane/maps/AMatrixAccess.h"
+#include "pavane/axes/maps/AColorsGraph.h"
+#include "pavane/axes/maps/cells/AMatrixAccess.h"
+#include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/platform.h"
 #include "platform/window_dc.h"
 #include "tessel/ABitMatrix.h"

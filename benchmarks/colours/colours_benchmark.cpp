@@ -1,6 +1,6 @@
 // A square map of 32-bit floats as palette indices of 1200 x 800 pixels, its range found first.
 
-#include "pavane/maps/map_picture.h"
+#include "pavane/axes/maps/cells/map_picture.h"
 
 #include <benchmark/benchmark.h>
 #include <opencv2/core.hpp>

@@ -1,7 +1,7 @@
 // Ten levels of a map, as joined lines (the peers' own way of joining is measured apart).
 
 #include "contour_test_maps.h"
-#include "pavane/maps/contour_lines.h"
+#include "pavane/axes/maps/cells/contour_lines.h"
 
 #include <benchmark/benchmark.h>
 #include <vtkFloatArray.h>

@@ -1,7 +1,7 @@
 // Filling one polygon into an existing mask: ours into bits, OpenCV into bytes, cairo into bits
 // without smoothing; beside them a memset of as many bytes as the polygon's bits take.
 
-#include "pavane/trackers/scan_fill.h"
+#include "pavane/trackers/masks/scan_fill.h"
 
 #include <benchmark/benchmark.h>
 #include <cairo.h>

@@ -2,12 +2,12 @@
 // drag, masks of very many areas, the history of edits, finding areas. Where two ways lead to the
 // same result, the plain one is the peer "from-nothing".
 
-#include "pavane/maps/AMatrixAccess.h"
-#include "pavane/trackers/AAreaBitFill.h"
-#include "pavane/trackers/BoxIndex.h"
-#include "pavane/trackers/CellOverlay.h"
-#include "pavane/trackers/EditHistory.h"
-#include "pavane/trackers/overlay_picture.h"
+#include "pavane/axes/maps/cells/AMatrixAccess.h"
+#include "pavane/history/EditHistory.h"
+#include "pavane/trackers/masks/AAreaBitFill.h"
+#include "pavane/trackers/masks/CellOverlay.h"
+#include "pavane/trackers/masks/overlay_picture.h"
+#include "pavane/trackers/shapes/BoxIndex.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/tables/component_visibility.h"
+#include "pavane/tables/components/component_visibility.h"
 
 #include <vector>
 

@@ -1,6 +1,6 @@
 // Visibilities of 1000 components at 10 000 points.
 #include "benchmarks/peers/sleef_visibilities.h"
-#include "pavane/tables/AComponents.h"
+#include "pavane/tables/components/AComponents.h"
 
 #include <benchmark/benchmark.h>
 #include <cmath>

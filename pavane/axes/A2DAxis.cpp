@@ -1,9 +1,9 @@
 #include "pavane/axes/A2DAxis.h"
 
 #include "pavane/axes/fitted_text.h"
-#include "pavane/axes/messages.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
+#include "pavane/resources/axis_messages.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "pavane/axes/A2DAxis.h"
 
 #include "pavane/axes/AxisPenState.h"
-#include "pavane/axes/messages.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/images/ADIBase.h"
+#include "pavane/resources/axis_messages.h"
 #include "platform/message.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"

@@ -1,8 +1,8 @@
 #include "pavane/axes/AB2DAxis.h"
 
 #include "pavane/axes/axis_titles.h"
-#include "pavane/axes/decimal_power.h"
-#include "pavane/axes/ticks.h"
+#include "pavane/axes/ranges/decimal_power.h"
+#include "pavane/axes/ranges/ticks.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #include "pavane/axes/ABAxis.h"
 
-#include "pavane/axes/decimal_power.h"
-#include "pavane/axes/ticks.h"
-#include "pavane/axes/time_ticks.h"
+#include "pavane/axes/ranges/decimal_power.h"
+#include "pavane/axes/ranges/ticks.h"
+#include "pavane/axes/ranges/time_ticks.h"
 #include "pavane/images/ADIBase.h"
 #include "pavane/images/palettes.h"
 

@@ -3,7 +3,7 @@
 #include "pavane/axes/AGraph.h"
 #include "pavane/axes/axis_options.h"
 #include "pavane/axes/axis_settings.h"
-#include "pavane/axes/TMinMax.h"
+#include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/containers/AObjArray.h"
 #include "pavane/containers/APtrArray.h"
 #include "platform/api.h"

@@ -1,6 +1,6 @@
 #include "pavane/axes/ABAxis.h"
 
-#include "pavane/axes/pixel_rounding.h"
+#include "pavane/axes/ranges/pixel_rounding.h"
 
 #include <cmath>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/axes/TMinMax.h"
+#include "pavane/axes/ranges/TMinMax.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 #include "platform/types.h"

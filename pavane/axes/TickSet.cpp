@@ -2,10 +2,10 @@
 
 #include "pavane/axes/AB2DAxis.h"
 #include "pavane/axes/axis_titles.h"
-#include "pavane/axes/decimal_power.h"
-#include "pavane/axes/log_ticks.h"
-#include "pavane/axes/ticks.h"
-#include "pavane/axes/time_ticks.h"
+#include "pavane/axes/ranges/decimal_power.h"
+#include "pavane/axes/ranges/log_ticks.h"
+#include "pavane/axes/ranges/ticks.h"
+#include "pavane/axes/ranges/time_ticks.h"
 #include "tessel/rounding.h"
 #include "tessel/value_text.h"
 

@@ -1,6 +1,6 @@
 #include "pavane/axes/axis_titles.h"
 
-#include "pavane/axes/decimal_power.h"
+#include "pavane/axes/ranges/decimal_power.h"
 #include "pavane/resources/axis_strings.h"
 #include "tessel/value_text.h"
 

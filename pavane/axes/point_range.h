@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/axes/TMinMax.h"
+#include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/images/curve_raster.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
 #include "pavane/trackers/AAreaTracker.h"
 
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/polygon_shape.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/polygon_shape.h"
+#include "pavane/trackers/shapes/rect_handles.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "pavane/trackers/tracker_record.h"
-#include "pavane/trackers/turned_rect.h"
 
 #include <new>
 

@@ -1,9 +1,9 @@
 #include "pavane/trackers/AAreaTracker.h"
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/polygon_shape.h"
-#include "pavane/trackers/RectDrag.h"
+#include "pavane/trackers/shapes/polygon_shape.h"
+#include "pavane/trackers/shapes/RectDrag.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_cursors.h"
-#include "pavane/trackers/turned_rect.h"
 #include "platform/CWnd.h"
 #include "tessel/rounding.h"
 

@@ -1,6 +1,6 @@
 #include "pavane/trackers/ABTracker.h"
 
-#include "pavane/trackers/AxisPixels.h"
+#include "pavane/trackers/shapes/AxisPixels.h"
 
 namespace pavane
 {

@@ -2,7 +2,7 @@
 
 #include "pavane/containers/AArray.h"
 #include "pavane/trackers/ATracker.h"
-#include "pavane/trackers/PixelMapping.h"
+#include "pavane/trackers/shapes/PixelMapping.h"
 
 namespace pavane
 {

@@ -1,7 +1,7 @@
 #include "pavane/trackers/AEllipseTracker.h"
 
-#include "pavane/trackers/rect_handles.h"
-#include "pavane/trackers/turned_rect.h"
+#include "pavane/trackers/shapes/rect_handles.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 
 #include <cmath>
 #include <new>

@@ -1,12 +1,12 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 
-#include "pavane/trackers/data_drags.h"
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/polygon_shape.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/data_drags.h"
+#include "pavane/trackers/shapes/polygon_shape.h"
+#include "pavane/trackers/shapes/rect_handles.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "pavane/trackers/tracker_record.h"
-#include "pavane/trackers/turned_rect.h"
 
 #include <new>
 

@@ -1,9 +1,9 @@
 #include "pavane/trackers/ARPAreaTracker.h"
-#include "pavane/trackers/data_drags.h"
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/polygon_shape.h"
+#include "pavane/trackers/shapes/data_drags.h"
+#include "pavane/trackers/shapes/polygon_shape.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_cursors.h"
-#include "pavane/trackers/turned_rect.h"
 #include "platform/CWnd.h"
 
 namespace pavane

@@ -1,8 +1,8 @@
 #include "pavane/trackers/ARPEllipseTracker.h"
 
-#include "pavane/trackers/AxisPixels.h"
-#include "pavane/trackers/data_drags.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/AxisPixels.h"
+#include "pavane/trackers/shapes/data_drags.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 
 #include <algorithm>
 #include <cmath>

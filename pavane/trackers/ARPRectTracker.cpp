@@ -1,7 +1,7 @@
 #include "pavane/trackers/ARPRectTracker.h"
 
-#include "pavane/trackers/data_drags.h"
 #include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "pavane/trackers/tracker_record.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pavane/trackers/ABTracker.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/data_drags.h"
 #include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/tracker_cursors.h"
 
 namespace pavane

@@ -1,8 +1,8 @@
 #include "pavane/trackers/ARPRotateRectTracker.h"
 
-#include "pavane/trackers/data_drags.h"
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/polygon_shape.h"
+#include "pavane/trackers/shapes/data_drags.h"
+#include "pavane/trackers/shapes/polygon_shape.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "pavane/trackers/tracker_record.h"
 

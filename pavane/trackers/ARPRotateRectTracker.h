@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pavane/trackers/ABTracker.h"
-#include "pavane/trackers/turned_rect.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 
 #include <cstdint>
 

@@ -1,7 +1,7 @@
 #include "pavane/trackers/ARectTracker.h"
 
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/RectDrag.h"
+#include "pavane/trackers/shapes/RectDrag.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "pavane/trackers/tracker_record.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pavane/trackers/ABaseTracker.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 
 #include <algorithm>
 

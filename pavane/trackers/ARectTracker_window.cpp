@@ -1,6 +1,6 @@
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/RectDrag.h"
+#include "pavane/trackers/shapes/RectDrag.h"
 #include "pavane/trackers/tracker_cursors.h"
 
 namespace pavane

@@ -1,7 +1,7 @@
 #include "pavane/trackers/ARotateRectTracker.h"
 #include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/shapes/TurnedRectDrag.h"
 #include "pavane/trackers/tracker_cursors.h"
-#include "pavane/trackers/TurnedRectDrag.h"
 #include "tessel/rounding.h"
 
 #include <cmath>

@@ -1,7 +1,7 @@
 #include "pavane/trackers/ATracker.h"
 
-#include "pavane/trackers/MemoryFile.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/containers/MemoryFile.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/tracker_record.h"
 
 #include <algorithm>

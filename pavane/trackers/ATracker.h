@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/trackers/LifeWatch.h"
+#include "pavane/containers/LifeWatch.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 

@@ -1,6 +1,6 @@
+#include "pavane/resources/tracker_messages.h"
 #include "pavane/trackers/ATracker.h"
-#include "pavane/trackers/messages.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/tracker_drawing.h"
 #include "platform/CDC.h"
 #include "platform/CWnd.h"

@@ -1,6 +1,6 @@
 #include "pavane/trackers/drag_loop.h"
 
-#include "pavane/trackers/outline_strips.h"
+#include "pavane/trackers/shapes/outline_strips.h"
 #include "platform/capture_watch.h"
 #include "platform/CWnd.h"
 #include "platform/window_dc.h"

@@ -1,7 +1,7 @@
 #include "pavane/trackers/tracker_cursors.h"
 
 #include "pavane/resources/tracker_cursors.h"
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 #include "platform/resources.h"
 
 namespace pavane

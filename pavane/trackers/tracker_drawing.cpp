@@ -1,6 +1,6 @@
 #include "pavane/trackers/tracker_drawing.h"
 
-#include "pavane/trackers/rect_handles.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/trackers/turned_rect.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 

@@ -8,7 +8,7 @@
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/ARPRotateRectTracker.h"
-#include "pavane/trackers/shape_handles.h"
+#include "pavane/trackers/shapes/shape_handles.h"
 #include "tessel/rounding.h"
 
 namespace pavane

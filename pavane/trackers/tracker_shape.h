@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/trackers/ShapeValues.h"
+#include "pavane/trackers/shapes/ShapeValues.h"
 #include "platform/api.h"
 
 namespace pavane

@@ -1,7 +1,7 @@
 #include "pavane/windows/ABWindow.h"
 
-#include "pavane/resources/library_resources.h"
-#include "pavane/windows/messages.h"
+#include "pavane/resources/window_messages.h"
+#include "pavane/windows/library_resources.h"
 #include "pavane/windows/picture_export.h"
 #include "pavane/windows/selection_edges.h"
 #include "platform/CDialog.h"

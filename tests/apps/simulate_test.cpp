@@ -2,7 +2,7 @@
 #include "apps/simulate/imaging.h"
 #include "apps/simulate/jet_model.h"
 #include "apps/simulate/options.h"
-#include "pavane/maps/map_statistics.h"
+#include "pavane/axes/maps/cells/map_statistics.h"
 
 #include <cmath>
 #include <cstdlib>

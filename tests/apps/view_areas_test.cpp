@@ -2,13 +2,13 @@
 #include "apps/view/area_files.h"
 #include "apps/view/mask_sum.h"
 #include "apps/view/status_text.h"
-#include "pavane/trackers/area_file.h"
-#include "pavane/trackers/area_shape_file.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/ARPTrackerArray.h"
-#include "pavane/trackers/shape_trackers.h"
+#include "pavane/trackers/collections/ARPTrackerArray.h"
+#include "pavane/trackers/collections/shape_trackers.h"
+#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/regions/area_shape_file.h"
 #include "tests/tessel/sin_map.h"
 
 #include <cmath>

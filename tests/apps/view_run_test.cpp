@@ -1,5 +1,5 @@
 // Runs the built pavane-view and looks at what it writes, prints and answers.
-#include "pavane/trackers/area_file.h"
+#include "pavane/trackers/masks/area_file.h"
 #include "tessel/fits_map.h"
 
 #include <algorithm>

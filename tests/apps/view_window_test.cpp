@@ -5,7 +5,7 @@
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/CDialog.h"
 #include "platform/clipboard.h"
 #include "platform/file_dialog.h"

@@ -1,4 +1,4 @@
-#include "pavane/axes/log_ticks.h"
+#include "pavane/axes/ranges/log_ticks.h"
 
 #include "pavane/axes/TickSet.h"
 #include "tessel/value_text.h"

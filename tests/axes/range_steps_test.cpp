@@ -1,4 +1,4 @@
-#include "pavane/axes/range_steps.h"
+#include "pavane/axes/ranges/range_steps.h"
 #include "pavane/axes/square_plot.h"
 
 #include <algorithm>

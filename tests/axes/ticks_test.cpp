@@ -1,6 +1,6 @@
-#include "pavane/axes/ticks.h"
+#include "pavane/axes/ranges/ticks.h"
 
-#include "pavane/axes/decimal_power.h"
+#include "pavane/axes/ranges/decimal_power.h"
 #include "tessel/value_text.h"
 
 #include <gtest/gtest.h>

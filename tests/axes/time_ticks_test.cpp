@@ -1,4 +1,4 @@
-#include "pavane/axes/time_ticks.h"
+#include "pavane/axes/ranges/time_ticks.h"
 
 #include <gtest/gtest.h>
 

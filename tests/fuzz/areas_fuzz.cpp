@@ -1,5 +1,5 @@
 // Feeds any bytes to the reader of area files and fills what it gives.
-#include "pavane/trackers/area_file.h"
+#include "pavane/trackers/masks/area_file.h"
 #include "platform/message.h"
 #include "tests/fuzz/input_file.h"
 

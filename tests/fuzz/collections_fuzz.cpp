@@ -1,9 +1,9 @@
 // Feeds any bytes to the readers of both kinds of collections, then uses what they give: mask,
 // picture boxes, a move, undo and the stored form.
 #include "pavane/axes/ABAxis.h"
-#include "pavane/trackers/ATrackerArray.h"
-#include "pavane/trackers/ATrackerArrayInAxis.h"
-#include "pavane/trackers/MemoryFile.h"
+#include "pavane/containers/MemoryFile.h"
+#include "pavane/trackers/collections/ATrackerArray.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
 #include "tessel/ABitMatrix.h"
 

@@ -1,5 +1,5 @@
 // Feeds any bytes to both readers of component files and computes with what they give.
-#include "pavane/tables/component_file.h"
+#include "pavane/tables/components/component_file.h"
 #include "tests/fuzz/input_file.h"
 
 #include <sstream>

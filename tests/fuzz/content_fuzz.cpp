@@ -1,6 +1,6 @@
 // Feeds any bytes as an area file of any kind, and as the copy that a crash has left.
 #include "apps/view/area_files.h"
-#include "pavane/trackers/ATrackerArrayInAxis.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
 #include "tessel/ABitMatrix.h"
 #include "tests/fuzz/input_file.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "pavane/trackers/area_polygons.h"
-#include "pavane/trackers/region_place.h"
+#include "pavane/trackers/regions/area_polygons.h"
+#include "pavane/trackers/regions/region_place.h"
 #include "tests/tessel/sin_map.h"
 
 #include <cstdint>

@@ -1,10 +1,10 @@
+#include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/AAreaTracker.h"
 #include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/MemoryFile.h"
 #include "pavane/trackers/tracker_registry.h"
 
 #include <gtest/gtest.h>

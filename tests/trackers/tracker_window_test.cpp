@@ -5,8 +5,8 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_registry.h"
-#include "pavane/trackers/turned_rect.h"
 #include "platform/CWnd.h"
 #include "platform/message.h"
 

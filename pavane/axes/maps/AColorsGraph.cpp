@@ -1,0 +1,235 @@
+#include "pavane/axes/maps/AColorsGraph.h"
+
+#include "pavane/axes/ABAxis.h"
+#include "pavane/images/ADIBase.h"
+#include "pavane/images/bitmap_header.h"
+#include "pavane/images/palettes.h"
+#include "platform/CDC.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// The longest side of the image that a page gets; larger maps are reduced to it.
+constexpr int longestPageImage = 2048;
+
+int loadedPalette() { return *GetGlobalPalette() || LoadDefaultPalette() || LoadBuiltInPalette(); }
+
+/// Cells of a direction of a map that a page shows, from `low` to `high` in cells: one pixel for
+/// each cell, or fewer.
+struct PageCells {
+    int first = 0;
+    int end = 0;
+    PixelCells pixels;
+
+    PageCells(double low, double high, int cells, int falling)
+    {
+        first =
+            static_cast<int>(std::clamp(std::floor(std::min(low, high) + 0.5), 0.0, 1.0 * cells));
+        end = static_cast<int>(std::clamp(std::ceil(std::max(low, high) + 0.5), 0.0, 1.0 * cells));
+        const int count = end - first;
+        if (count < 1)
+            return;
+        const int sides = std::min(count, longestPageImage);
+        const double step = static_cast<double>(count) / sides;
+        if (falling)
+            pixels.setLinear(end - 0.5, -step, sides, cells);
+        else
+            pixels.setLinear(first - 0.5, step, sides, cells);
+    }
+};
+
+}  // namespace
+
+void AColorsGraph::setScale(MapScaleKind kind)
+{
+    kind_ = kind;
+    hasScale_ = 0;
+}
+
+void AColorsGraph::setBlank(int index, COLORREF color)
+{
+    indices_.blank = std::clamp(index, 0, 255);
+    blankColor_ = color;
+}
+
+void AColorsGraph::cellsChanged()
+{
+    ABMapGraph::cellsChanged();
+    hasScale_ = 0;
+}
+
+const MapScale& AColorsGraph::scale() const
+{
+    const TMnMx range = zRange();
+    if (hasScale_ && range == scaleRange_)
+        return scale_;
+    ranked_ = drawn_ = 0;
+    double low = range.min;
+    if (kind_ == MapScaleKind::logarithmic && low <= 0 && noise().sigma < range.max)
+        low = noise().sigma;
+    if (range.min > range.max)
+        scale_.setRange(MapScaleKind::linear, 0, 1);
+    else
+        scale_.setRange(kind_, low, range.max);
+    if (kind_ == MapScaleKind::equalized)
+        scale_.equalize(cells());
+    scaleRange_ = range;
+    hasScale_ = 1;
+    return scale_;
+}
+
+COLORREF AColorsGraph::mapColor(int index) const
+{
+    if (colors_.count() > 0)
+        return colors_(index * std::min(colors_.count(), getNColors()) / getNColors());
+    AArray<COLORREF> palette;
+    if (loadedPalette() && GetGlobalPaletteColors(getFirstColor() + index, 1, palette) == 1)
+        return palette(0);
+    const int grey = index * 255 / (getNColors() - 1);
+    return RGB(grey, grey, grey);
+}
+
+std::vector<unsigned char> AColorsGraph::imageHeader(int width, int height) const
+{
+    std::vector<unsigned char> header(bitmapInfoSize + 256 * 4);
+    writeBitmapInfo(header.data(), width, height, 8, 0);
+    const auto put = [&header](int index, COLORREF color) {
+        unsigned char* entry = header.data() + bitmapInfoSize + 4 * index;
+        entry[0] = static_cast<unsigned char>(GetBValue(color));
+        entry[1] = static_cast<unsigned char>(GetGValue(color));
+        entry[2] = static_cast<unsigned char>(GetRValue(color));
+    };
+    for (int i = 0; i < getNColors(); ++i)
+        put(getFirstColor() + i, mapColor(i));
+    put(indices_.blank, blankColor_);
+    return header;
+}
+
+void AColorsGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
+{
+    if (axis() && !axis()->getGraphRect().IsRectEmpty() && !cellRange().isEmpty())
+        drawCells(dc);
+    ABMapGraph::draw(dc, rect, range);
+}
+
+void AColorsGraph::drawCells(CDC& dc) const
+{
+    if (axis()->isFlagSet(axisBitmapMode))
+        return drawIntoRaster();
+    if (dc.IsVector())
+        return drawOnPage(dc);
+    // pixels whose centres lie on the ends of the axis belong to the picture
+    const CRect& rect = axis()->getGraphRect();
+    const CRect target(rect.left, rect.top, rect.right + 1, rect.bottom + 1);
+    const int ratio = dc.GetPixelRatio();
+    drawImage(dc, columnsOfPixels(target.left, target.Width(), ratio),
+              rowsOfPixels(target.top, target.Height(), ratio), target);
+}
+
+/// Ranks for a map that is zoomed and moved: one that a window shows, or that is drawn twice.
+int AColorsGraph::hasRanks(const MapScale& colorScale) const
+{
+    if (shared_ != SharedPixel::greatest)
+        return 0;
+    const int often = isShownOften() || drawn_ > 0;
+    drawn_ = 1;
+    if (often && !ranked_)
+        ranked_ = ranks_.set(cells(), colorScale, indices_.count) ? 1 : -1;
+    return ranked_ > 0;
+}
+
+int AColorsGraph::paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
+                        std::ptrdiff_t stride) const
+{
+    const MapScale& colorScale = scale();
+    if (hasRanks(colorScale) && ranks_.paint(x, y, indices_, bits, stride))
+        return 1;
+    MapReduction reduced;
+    return reduced.reduce(cells(), x, y, shared_) &&
+           paintMap(reduced, x, y, colorScale, indices_, bits, stride);
+}
+
+void AColorsGraph::drawIntoRaster() const
+{
+    ADIBase* dib = axis()->dib();
+    if (!dib || !dib->lpArray())
+        return;
+    CRect covered;
+    const CRect graph = axis()->getGraphRect();
+    const CRect raster = dib->rect();
+    if (!covered.IntersectRect(CRect(graph.left, graph.top, graph.right + 1, graph.bottom + 1),
+                               CRect(raster.left, raster.top, raster.right + 1, raster.bottom + 1)))
+        return;
+    (void)paint(columnsOfPixels(covered.left, covered.Width()),
+                rowsOfPixels(covered.top, covered.Height()), &(*dib)(covered.left, covered.top),
+                -dib->scanWidth());
+}
+
+/// Where the map does not reach, the picture keeps what it shows: only the rectangle of covered
+/// pixels is drawn.
+void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
+                             const CRect& target) const
+{
+    int left = 0, right = x.pixels(), top = 0, bottom = y.pixels();
+    while (left < right && x.groupOf(left) < 0)
+        ++left;
+    while (right > left && x.groupOf(right - 1) < 0)
+        --right;
+    while (top < bottom && y.groupOf(top) < 0)
+        ++top;
+    while (bottom > top && y.groupOf(bottom - 1) < 0)
+        --bottom;
+    // on a finer device whole units, or the picture would be stretched by a part of one
+    const int ratio = dc.IsVector() ? 1 : dc.GetPixelRatio();
+    left = (left + ratio - 1) / ratio * ratio;
+    right = right / ratio * ratio;
+    top = (top + ratio - 1) / ratio * ratio;
+    bottom = bottom / ratio * ratio;
+    if (left >= right || top >= bottom)
+        return;
+    const int scan = ADIBase::ScanLineWidth(x.pixels());
+    AMatrix<unsigned char> bits(y.pixels(), scan);
+    if (bits.cells() < 1 || !paint(x, y, bits.row(y.pixels() - 1), -scan))
+        return;
+    const std::vector<unsigned char> header = imageHeader(x.pixels(), y.pixels());
+    const auto placed = [](int from, int to, int pixels, int pixel) {
+        return from + static_cast<int>(std::int64_t{to - from} * pixel / pixels);
+    };
+    const CRect shown(placed(target.left, target.right, x.pixels(), left),
+                      placed(target.top, target.bottom, y.pixels(), top),
+                      placed(target.left, target.right, x.pixels(), right),
+                      placed(target.top, target.bottom, y.pixels(), bottom));
+    dc.StretchDIBits(shown.left, shown.top, shown.Width(), shown.Height(), left,
+                     y.pixels() - bottom, right - left, bottom - top, bits.data(), header.data(),
+                     DIB_RGB_COLORS, SRCCOPY);
+}
+
+void AColorsGraph::drawOnPage(CDC& dc) const
+{
+    const CRect& rect = axis()->getGraphRect();
+    const double left = RPXtoMPX(axis()->GPXtoRPX(rect.left));
+    const double right = RPXtoMPX(axis()->GPXtoRPX(rect.right));
+    const double top = RPYtoMPY(axis()->GPYtoRPY(rect.top));
+    const double bottom = RPYtoMPY(axis()->GPYtoRPY(rect.bottom));
+    const PageCells x(left, right, cells().columns(), left > right);
+    const PageCells y(top, bottom, cells().rows(), top > bottom);
+    if (x.pixels.pixels() < 1 || y.pixels.pixels() < 1)
+        return;
+    CRect target(axis()->RPXtoGPX(MPXtoRPX(x.first - 0.5)),
+                 axis()->RPYtoGPY(MPYtoRPY(y.first - 0.5)), axis()->RPXtoGPX(MPXtoRPX(x.end - 0.5)),
+                 axis()->RPYtoGPY(MPYtoRPY(y.end - 0.5)));
+    target.NormalizeRect();
+    const int saved = dc.SaveDC();
+    dc.IntersectClipRect(rect);
+    drawImage(dc, x.pixels, y.pixels, target);
+    dc.RestoreDC(saved);
+}
+
+}  // namespace pavane

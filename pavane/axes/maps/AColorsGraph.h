@@ -1,0 +1,69 @@
+#pragma once
+
+#include "pavane/axes/maps/ABMapGraph.h"
+#include "pavane/axes/maps/cells/MapRanks.h"
+#include "pavane/containers/AArray.h"
+#include "platform/types.h"
+
+namespace pavane
+{
+
+/// A colour map. Each pixel shows the cell whose area it lies in; where several cells share a pixel
+/// the greatest shows, or their mean.
+///
+/// Into a raster it writes palette indices 0 to 225, into a context an image in the colours of the
+/// module's palette or in its own; on a page one image with a pixel for each cell.
+class PAVANE_API AColorsGraph : public ABMapGraph
+{
+public:
+    using ABMapGraph::ABMapGraph;
+
+    void setScale(MapScaleKind kind);
+    /// The scale for the values to draw (zRange); an equalized one knows the cells. A logarithmic
+    /// scale whose range does not start above 0 starts at the noise of the map.
+    const MapScale& scale() const;
+    void setSharedPixel(SharedPixel shared) { shared_ = shared; }
+    /// Own colours for contexts, copied: as many as there are, at most 226, are spread evenly over
+    /// the map colours. None: the module's palette.
+    void setColors(const AArray<COLORREF>& colors) { colors_ = colors; }
+    /// Palette index of blank cells in a raster, and their colour in a context.
+    void setBlank(int index, COLORREF color);
+    /// Colour `index` of getNColors(), as a context shows it.
+    COLORREF mapColor(int index) const;
+
+    int isColors() const override { return 1; }
+    int getNColors() const override { return MapColors().count; }
+    int getFirstColor() const override { return MapColors().first; }
+    int getPlusColor() const override { return 1; }
+    void cellsChanged() override;
+    void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+
+    /// Bitmap-info block of 40 bytes and a table of 256 colours for an 8-bit image of map colours.
+    std::vector<unsigned char> imageHeader(int width, int height) const;
+
+protected:
+    /// The colour map without what lies over it.
+    void drawCells(CDC& dc) const;
+
+private:
+    void drawIntoRaster() const;
+    void drawImage(CDC& dc, const PixelCells& x, const PixelCells& y, const CRect& target) const;
+    void drawOnPage(CDC& dc) const;
+    int paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
+              std::ptrdiff_t stride) const;
+    int hasRanks(const MapScale& colorScale) const;
+
+    MapScaleKind kind_ = MapScaleKind::linear;
+    SharedPixel shared_ = SharedPixel::greatest;
+    AArray<COLORREF> colors_;
+    MapColors indices_;
+    COLORREF blankColor_ = RGB(192, 192, 192);
+    mutable MapScale scale_;
+    mutable TMnMx scaleRange_;
+    mutable int hasScale_ = 0;
+    mutable MapRanks ranks_;
+    mutable int ranked_ = 0;  ///< 1 when the ranks are those of the scale, -1 without memory
+    mutable int drawn_ = 0;   ///< whether the cells were drawn on this scale before
+};
+
+}  // namespace pavane

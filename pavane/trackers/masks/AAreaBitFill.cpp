@@ -1,0 +1,18 @@
+#include "pavane/trackers/masks/AAreaBitFill.h"
+
+#include "pavane/resources/tracker_messages.h"
+#include "pavane/trackers/masks/scan_fill.h"
+#include "platform/message.h"
+
+namespace pavane
+{
+
+void AAreaBitFill::FillMatrix(ABitMatrix& m, const CPoint* pts, int n)
+{
+    int overflow = 0;
+    (void)fillPolygon(m, pts, n, rowCapacity, overflow);  // without memory the mask stays as it is
+    if (overflow)
+        (void)AfxMessageBox(manyAreaFillPoints);
+}
+
+}  // namespace pavane

@@ -1,0 +1,233 @@
+#include "pavane/trackers/masks/overlay_picture.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+namespace
+{
+
+using Word = ABitMatrix::Word;
+constexpr int bits = ABitMatrix::wordBits;
+constexpr std::uint32_t redBlue = 0x00FF00FF;
+constexpr std::uint32_t green = 0x0000FF00;
+
+std::vector<CellSpan> spansOf(const PixelCells& pixels)
+{
+    std::vector<CellSpan> spans;
+    spans.reserve(static_cast<std::size_t>(pixels.pixels()));
+    for (int i = 0; i < pixels.pixels(); ++i)
+        spans.push_back(pixels.groupOf(i) < 0 ? CellSpan() : pixels.span(pixels.groupOf(i)));
+    return spans;
+}
+
+/// Non-zero when one of the bits of a span is set.
+bool anyBit(const Word* words, CellSpan span)
+{
+    const int firstWord = span.first / bits;
+    const int lastWord = (span.end - 1) / bits;
+    const Word head = ~Word{0} << (span.first % bits);
+    const Word tail = ~Word{0} >> (bits - 1 - (span.end - 1) % bits);
+    if (firstWord == lastWord)
+        return words[firstWord] & head & tail;
+    Word any = (words[firstWord] & head) | (words[lastWord] & tail);
+    for (int w = firstWord + 1; w < lastWord; ++w)
+        any |= words[w];
+    return any;
+}
+
+/// For one row of pixels, 1 for each that is inside and 0 for the others, one more on either side.
+class InsideLine
+{
+public:
+    /// The pixels left - 1 to right, of which some may lie outside the picture.
+    InsideLine(const ABitMatrix& mask, const std::vector<CellSpan>& columns, int left, int right)
+        : mask_(mask)
+    {
+        int first = mask.columns();
+        int last = 0;
+        for (int x = left - 1; x <= right; ++x) {
+            const bool there = x >= 0 && x < static_cast<int>(columns.size());
+            CellSpan span = there ? columns[static_cast<std::size_t>(x)] : CellSpan();
+            if (span.end > mask.columns())
+                span = CellSpan();
+            columns_.push_back(span);
+            first = span.first < span.end ? std::min(first, span.first) : first;
+            last = std::max(last, span.end);
+        }
+        firstWord_ = first / bits;
+        endWord_ = (last + bits - 1) / bits;
+        inside_.resize(columns_.size());
+        words_.resize(static_cast<std::size_t>(mask.rowWords()));
+    }
+    /// Non-zero at the pixels left - 1 to right.
+    const std::uint8_t* data() const { return inside_.data(); }
+    bool any() const { return any_; }
+
+    /// `above` is the line of the pixels above: pixels of one cell are looked at once.
+    void set(CellSpan rows, const InsideLine& above)
+    {
+        if (rows == above.rows_) {
+            rows_ = above.rows_;
+            any_ = above.any_;
+            inside_ = above.inside_;
+            return;
+        }
+        rows_ = rows;
+        any_ = orRows(rows);
+        CellSpan previous;
+        std::uint8_t value = 0;
+        for (std::size_t i = 0; i < inside_.size(); ++i) {
+            const CellSpan span = any_ ? columns_[i] : CellSpan();
+            if (!(span == previous))
+                value = span.first < span.end && anyBit(words_.data(), span);
+            previous = span;
+            inside_[i] = value;
+        }
+    }
+
+private:
+    /// All rows of a span in one; false when no bit is set.
+    bool orRows(CellSpan rows)
+    {
+        Word any = 0;
+        for (int w = firstWord_; w < endWord_; ++w) {
+            Word all = 0;
+            for (int r = rows.first; r < std::min(rows.end, mask_.rows()); ++r)
+                all |= mask_.row(r)[w];
+            words_[static_cast<std::size_t>(w)] = all;
+            any |= all;
+        }
+        return any != 0;
+    }
+
+    const ABitMatrix& mask_;
+    int firstWord_ = 0;  // of the columns that are shown
+    int endWord_ = 0;
+    CellSpan rows_{-1, -1};  // none yet
+    bool any_ = false;
+    std::vector<CellSpan> columns_;
+    std::vector<std::uint8_t> inside_;
+    std::vector<Word> words_;
+};
+
+OverlayPart partOf(std::uint8_t here, std::uint8_t everyNeighbour, std::uint8_t anyNeighbour)
+{
+    if (here)
+        return everyNeighbour ? OverlayPart::inner : OverlayPart::insideLine;
+    return anyNeighbour ? OverlayPart::outsideLine : OverlayPart::nothing;
+}
+
+/// A colour that is laid over pixels.
+struct Layer {
+    std::uint32_t redBlueShare = 0;
+    std::uint32_t greenShare = 0;
+    std::uint32_t rest = 256;
+
+    Layer() = default;
+    Layer(COLORREF color, int share)
+    {
+        const auto s = static_cast<std::uint32_t>(std::clamp(share, 0, 256));
+        const auto red = static_cast<std::uint32_t>(GetRValue(color));
+        const auto blue = static_cast<std::uint32_t>(GetBValue(color));
+        redBlueShare = (red << 16 | blue) * s;
+        greenShare = static_cast<std::uint32_t>(GetGValue(color)) * s;
+        rest = 256 - s;
+    }
+    std::uint32_t over(std::uint32_t pixel) const
+    {
+        const std::uint32_t rb = ((pixel & redBlue) * rest + redBlueShare) >> 8 & redBlue;
+        const std::uint32_t g = (((pixel & green) >> 8) * rest + greenShare) & green;
+        return rb | g;
+    }
+};
+
+}  // namespace
+
+void OverlayPicture::setPixels(const PixelCells& columns, const PixelCells& rows)
+{
+    columns_ = spansOf(columns);
+    rows_ = spansOf(rows);
+}
+
+CRect OverlayPicture::pixelsOf(const CRect& cells) const
+{
+    const auto reach = [](const std::vector<CellSpan>& spans, int first, int end, int& from,
+                          int& to) {
+        const auto meets = [&](const CellSpan& s) { return s.first < end && first < s.end; };
+        const auto begin = std::find_if(spans.begin(), spans.end(), meets);
+        const auto last = std::find_if(spans.rbegin(), spans.rend(), meets);
+        const int n = static_cast<int>(spans.size());
+        from = std::max(static_cast<int>(begin - spans.begin()) - 1, 0);
+        to = std::min(n - static_cast<int>(last - spans.rbegin()) + 1, n);
+        return begin != spans.end();
+    };
+    CRect r;
+    if (cells.IsRectEmpty() || !reach(columns_, cells.left, cells.right, r.left, r.right) ||
+        !reach(rows_, cells.top, cells.bottom, r.top, r.bottom))
+        return {};
+    return r;
+}
+
+/// Calls use(y, part) for every row of pixels where something is shown; part(i) tells what, for the
+/// pixel i columns from the left.
+template <typename Use>
+void OverlayPicture::forRows(const ABitMatrix& mask, const CRect& pixels, Use&& use) const
+{
+    const auto spanOf = [&](int y) {
+        return y >= 0 && y < height() ? rows_[static_cast<std::size_t>(y)] : CellSpan();
+    };
+    // lines above, at and below the present row, in turn
+    const InsideLine none(mask, columns_, pixels.left, pixels.right);
+    InsideLine lines[3] = {none, none, none};
+    const auto lineOf = [&](int y) -> InsideLine& { return lines[(y + 3) % 3]; };
+    const auto setLine = [&](int y) { lineOf(y).set(spanOf(y), lineOf(y + 2)); };
+    setLine(pixels.top - 1);
+    setLine(pixels.top);
+    for (int y = pixels.top; y < pixels.bottom; ++y) {
+        setLine(y + 1);
+        if (!lineOf(y - 1).any() && !lineOf(y).any() && !lineOf(y + 1).any())
+            continue;
+        const std::uint8_t* const above = lineOf(y - 1).data() + 1;
+        const std::uint8_t* const here = lineOf(y).data() + 1;
+        const std::uint8_t* const below = lineOf(y + 1).data() + 1;
+        use(y, [=](int i) {
+            return partOf(here[i], above[i] & below[i] & here[i - 1] & here[i + 1],
+                          above[i] | below[i] | here[i - 1] | here[i + 1]);
+        });
+    }
+}
+
+void OverlayPicture::blend(const ABitMatrix& mask, const CRect& pixels, const OverlayStyle& style,
+                           std::uint32_t* to, std::ptrdiff_t stride) const
+{
+    CRect inside;
+    if (!inside.IntersectRect(pixels, {0, 0, width(), height()}))
+        return;
+    const Layer layers[] = {Layer(), Layer(style.tint, style.tintShare),
+                            Layer(style.inside, style.lineShare),
+                            Layer(style.outside, style.lineShare)};
+    forRows(mask, inside, [&](int y, auto&& part) {
+        std::uint32_t* const row = to + (y - pixels.top) * stride + (inside.left - pixels.left);
+        for (int i = 0; i < inside.Width(); ++i)
+            row[i] = layers[static_cast<int>(part(i))].over(row[i]);
+    });
+}
+
+std::vector<OverlayPart> OverlayPicture::parts(const ABitMatrix& mask, const CRect& pixels) const
+{
+    CRect inside;
+    if (!inside.IntersectRect(pixels, {0, 0, width(), height()}) || !(inside == pixels))
+        return {};
+    const auto columns = static_cast<std::size_t>(pixels.Width());
+    std::vector<OverlayPart> result(columns * static_cast<std::size_t>(pixels.Height()));
+    forRows(mask, pixels, [&](int y, auto&& part) {
+        OverlayPart* const row = result.data() + static_cast<std::size_t>(y - pixels.top) * columns;
+        for (int i = 0; i < pixels.Width(); ++i)
+            row[i] = part(i);
+    });
+    return result;
+}
+
+}  // namespace pavane

@@ -1,0 +1,108 @@
+#include "pavane/trackers/regions/area_polygons.h"
+
+#include "pavane/trackers/masks/outline_cells.h"
+#include "pavane/trackers/shapes/area_geometry.h"
+
+#include <algorithm>
+#include <cmath>
+#include <memory>
+#include <new>
+
+namespace pavane
+{
+
+namespace
+{
+
+using Kind = RegionNotes::Kind;
+
+/// Cells as values, so that a shape is rounded as an area on a map is.
+MapCells unitMap() { return {2, 2, {0, 1, 0, 1, 0, 1}}; }
+
+AArray<APoint<double>> outlineForMask(const AreaShape& shape)
+{
+    int count = 0;
+    if (shape.kind == AreaShape::Kind::ellipse)
+        count = ellipsePointsForMask({0, 0, shape.width, shape.height}, shape.angle, unitMap());
+    const std::vector<APoint<double>> points = outlineOf(shape, count);
+    AArray<APoint<double>> outline;
+    if (outline.GrowBy(static_cast<int>(points.size())).count() == static_cast<int>(points.size()))
+        std::copy(points.begin(), points.end(), outline.lpArray());
+    return outline;
+}
+
+/// Where masks find a cell again: they cut values towards zero, so what lies before the first cell
+/// counts half a cell less.
+double placeOf(int cell) { return cell < 0 ? cell - 0.5 : cell; }
+
+int isOnCells(const AreaShape& shape)
+{
+    const auto isWholeNumber = [](double v) { return v == std::floor(v); };
+    const std::vector<APoint<double>> outline = outlineOf(shape);
+    return std::all_of(outline.begin(), outline.end(), [&](const APoint<double>& p) {
+        return isWholeNumber(p.x) && isWholeNumber(p.y);
+    });
+}
+
+}  // namespace
+
+int appendPolygon(const AArray<CPoint>& cells, AAreaArray& areas)
+{
+    std::vector<CPoint> corners;
+    for (int k = 0; k < cells.count(); ++k)
+        if (corners.empty() || corners.back() != cells(k))
+            corners.push_back(cells(k));
+    std::unique_ptr<APolyPoints> polygon(
+        new (std::nothrow) APolyPoints(corners.data(), static_cast<int>(corners.size())));
+    if (!polygon || areas.Add(polygon.get()) < 0)
+        return 0;
+    (void)polygon.release();  // the array owns it now
+    return 1;
+}
+
+int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNotes& notes)
+{
+    areas.Free();
+    int isRounded = 0;
+    int isCurved = 0;
+    long long number = 0;
+    for (const AreaShape& shape : shapes) {
+        ++number;
+        if (!isWhole(shape)) {
+            notes.add(Kind::leftOut, "area", number, "has no size or lies too far away; left out");
+            continue;
+        }
+        isCurved |= shape.kind == AreaShape::Kind::ellipse;
+        isRounded = isRounded || !isOnCells(shape);
+        AArray<CPoint> cells;
+        if (!cellsOf(outlineForMask(shape), unitMap(), cells) || !appendPolygon(cells, areas))
+            return 0;
+    }
+    if (isRounded)
+        notes.addOnce(Kind::changed,
+                      "the file holds whole cells: outlines were moved by up to half a cell");
+    if (isCurved)
+        notes.addOnce(Kind::changed, "the file holds polygons: ellipses come back as polygons");
+    return 1;
+}
+
+std::vector<AreaShape> shapesOf(const AAreaArray& areas, RegionNotes& notes)
+{
+    std::vector<AreaShape> shapes;
+    for (int i = 0; i < areas.count(); ++i) {
+        AreaShape shape;
+        shape.kind = AreaShape::Kind::polygon;
+        for (int k = 0; areas(i) && k < areas(i)->count; ++k) {
+            const CPoint p = areas(i)->points[k];
+            shape.vertices.push_back({placeOf(p.x), placeOf(p.y)});
+        }
+        if (isWhole(shape))
+            shapes.push_back(std::move(shape));
+        else
+            notes.add(Kind::leftOut, "area", i + 1,
+                      "has fewer than three vertices or lies too far away; left out");
+    }
+    return shapes;
+}
+
+}  // namespace pavane

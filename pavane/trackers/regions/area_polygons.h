@@ -1,0 +1,27 @@
+#pragma once
+
+#include "pavane/trackers/masks/AAreaArray.h"
+#include "pavane/trackers/regions/RegionNotes.h"
+#include "pavane/trackers/shapes/AreaShape.h"
+#include "platform/api.h"
+
+#include <vector>
+
+namespace pavane
+{
+
+/// Appends an outline in cells, as `GetAreaCells` gives it, as a polygon. Corners that fall on
+/// their predecessor are dropped. Non-zero unless memory is short.
+PAVANE_API int appendPolygon(const AArray<CPoint>& cells, AAreaArray& areas);
+
+/// The outlines of the shapes as polygons of whole cells, rounded as masks round them, in the place
+/// of what `areas` held. That outlines were rounded is
+/// noted once, shapes that are not whole one by one. Non-zero unless memory is short.
+PAVANE_API int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas,
+                          RegionNotes& notes);
+
+/// The polygons as shapes, vertices outside the map placed so that masks find the same cells. Those
+/// of fewer than three vertices, which mask a line at most, are left out and noted.
+PAVANE_API std::vector<AreaShape> shapesOf(const AAreaArray& areas, RegionNotes& notes);
+
+}  // namespace pavane

@@ -1,0 +1,283 @@
+#include "axes/windows/axis_window_fixture.h"
+#include "pavane/trackers/ARPAreaTracker.h"
+#include "platform/CMenu.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <map>
+#include <string>
+
+using namespace pavane;
+
+namespace
+{
+
+std::map<unsigned, CMenu::Line> lines;
+int menus = 0;
+unsigned answer = 0;
+unsigned takeMenu(const CMenu& menu, CPoint)
+{
+    ++menus;
+    lines.clear();
+    for (const CMenu::Line& line : menu.lines())
+        lines[line.id] = {line.text, line.id, line.enabled, line.checked, nullptr};
+    return answer;
+}
+
+/// Centre of area i in cells.
+APoint<double> cellOf(const AxisWindow& window, int i)
+{
+    const auto* const area = static_cast<const ABTracker*>(window.GetTrackers()->trackerAt(i));
+    const APoint<double> centre = area->GetCenter();
+    return {window.GetMap()->RPXtoMPX(centre.x), window.GetMap()->RPYtoMPY(centre.y)};
+}
+
+/// Deletes itself in a handler.
+struct Doomed : AxisWindow {
+    int inStatus = 0, inAreas = 0, inRange = 0;
+    int* lives;
+    explicit Doomed(int& counter) : lives(&counter) { ++*lives; }
+    ~Doomed() override { --*lives; }
+    void OnStatus(const AxisStatus&) override { end(inStatus); }
+    void OnAreasChanged() override { end(inAreas); }
+    void OnRangeChanged() override { end(inRange); }
+
+private:
+    void end(int& here)
+    {
+        if (here)
+            here = 0, delete this;
+    }
+};
+
+}  // namespace
+
+TEST(AxisWindowInput, MayBeDeletedByItsOwnHandlers)
+{
+    SetMenuAnswer(takeMenu);
+    answer = ID_TRACK_COPY;
+    const auto send = [](CWnd& w, unsigned message, CPoint p) {
+        w.SendMessage(message, 0, MAKELPARAM(p.x, p.y));
+    };
+    const auto press = [](CWnd& w, int key) {
+        w.SendMessage(WM_KEYDOWN, static_cast<WPARAM>(key));
+    };
+    const auto menu = [&](Doomed& w) {
+        CPoint p = w.at(10, 10);
+        w.ClientToScreen(p);
+        send(w, WM_CONTEXTMENU, p);
+    };
+    const struct {
+        int Doomed::*where;
+        std::function<void(Doomed&)> what;
+    } cases[] = {
+        {&Doomed::inStatus, [&](Doomed& w) { send(w, WM_MOUSEMOVE, w.at(20, 20)); }},
+        {&Doomed::inStatus, [&](Doomed& w) { send(w, WM_MOUSELEAVE, {}); }},
+        {&Doomed::inStatus, [&](Doomed& w) { press(w, VK_DELETE); }},
+        {&Doomed::inStatus,
+         [&](Doomed& w) {
+             w.drag({w.at(10, 10), w.at(20, 20)});
+         }},
+        {&Doomed::inAreas, menu},
+        {&Doomed::inAreas,
+         [&](Doomed& w) {
+             w.drag({w.at(10, 10), w.at(20, 20)});
+         }},
+        {&Doomed::inAreas, [&](Doomed& w) { w.key('2'), press(w, VK_RETURN); }},
+        {&Doomed::inAreas, [&](Doomed& w) { w.SetTrackers(nullptr, 0); }},
+        {&Doomed::inRange, [&](Doomed& w) { press(w, VK_ADD); }},
+    };
+    for (const auto& c : cases) {
+        int lives = 0;
+        auto* const window = new Doomed(lives);
+        window->ChooseTool(toolRect);
+        window->drag({window->at(5, 5), window->at(15, 20)});
+        window->ChooseTool(toolRect);
+        window->drag({window->at(40, 40), window->at(50, 60)});
+        window->GetTrackers()->ChangeActiveTrack(window, &c == cases + 4);
+        window->*c.where = 1;
+        c.what(*window);
+        EXPECT_EQ(lives, 0) << &c - cases;
+    }
+    SetMenuAnswer(nullptr);
+    answer = 0;
+}
+
+TEST(AxisWindowInput, DrawsEachShapeUndoesAndRedoes)
+{
+    AxisWindow window;
+    ATrackerArrayInAxis& areas = *window.GetTrackers();
+    const char* const classes[] = {"ARectTrackerInAxis", "ARotateRectTrackerInAxis",
+                                   "AEllipseTrackerInAxis"};
+    for (int i = 0; i < 3; ++i) {
+        window.key('2' + i);
+        window.drag({window.at(5 + 15 * i, 10), window.at(10, 12), window.at(14 + 15 * i, 25)});
+        ASSERT_EQ(areas.trackerCount(), i + 1);
+        EXPECT_STREQ(areas.trackerAt(i)->GetClassName(), classes[i]);
+        EXPECT_EQ(areas.mode(), toolArrow);
+    }
+    window.key('5');
+    for (const CPoint cell : {CPoint(30, 50), CPoint(30, 70), CPoint(50, 60)})
+        window.click(window.at(cell.x, cell.y));
+    window.key(VK_RETURN);
+    ASSERT_EQ(areas.trackerCount(), 4);
+    const ABitMatrix all = window.mask();
+    EXPECT_TRUE(all.get(35, 60));
+    EXPECT_FALSE(all.get(49, 50));
+    while (areas.CanUndo())
+        window.key('Z', MK_CONTROL);
+    EXPECT_EQ(areas.trackerCount(), 0);
+    while (areas.CanRedo())
+        window.key('Z', MK_CONTROL | MK_SHIFT);
+    EXPECT_EQ(areas.trackerCount(), 4);
+    EXPECT_EQ(window.mask().count(), all.count());
+}
+
+TEST(AxisWindowInput, MovesAreasByCellsAndPixels)
+{
+    AxisWindow window;
+    window.key('2');
+    window.drag({window.at(20, 20), window.at(30, 40)});
+    APoint<double> before = cellOf(window, 0);
+    struct Case {
+        int key, modifiers;
+        double columns, rows;
+    };
+    for (const Case& c : {Case{VK_LEFT, 0, -1, 0},
+                          {VK_RIGHT, MK_SHIFT, 10, 0},
+                          {VK_UP, 0, 0, 1},
+                          {VK_DOWN, MK_SHIFT, 0, -10}}) {
+        window.key(c.key, c.modifiers);
+        const APoint<double> now = cellOf(window, 0);
+        EXPECT_NEAR(now.x - before.x, c.columns, 1e-9) << c.key;
+        EXPECT_NEAR(now.y - before.y, c.rows, 1e-9) << c.key;
+        before = now;
+    }
+    window.key(VK_RIGHT, MK_CONTROL);  // a pixel, here a sixth of a cell
+    EXPECT_NEAR(cellOf(window, 0).x - before.x, 80.0 / window.GetAxis()->getGraphRect().Width(),
+                0.01);
+    window.key('D', MK_CONTROL);
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 2);
+    window.key('A', MK_CONTROL);
+    window.key(VK_DELETE);
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 0);
+}
+
+TEST(AxisWindowInput, ChangesVerticesByKeyOnly)
+{
+    AxisWindow window;
+    window.key('5');
+    for (const CPoint cell : {CPoint(10, 10), CPoint(10, 60), CPoint(50, 40)})
+        window.click(window.at(cell.x, cell.y));
+    window.doubleClick(window.at(45, 12));
+    const auto* const area = dynamic_cast<ARPAreaTracker*>(window.GetTrackers()->trackerAt(0));
+    ASSERT_NE(area, nullptr);
+    const int drawn = area->points().count();
+    window.key(VK_TAB);
+    window.key(VK_TAB);
+    EXPECT_EQ(window.GetTrackers()->focusHandle(), 0);
+    window.key(VK_INSERT);
+    EXPECT_EQ(area->points().count(), drawn + 1);
+    for (int i = 0; i < 9; ++i) {
+        window.GetTrackers()->SetFocusAt(&window, 0, 0);
+        window.key(VK_DELETE);
+    }
+    EXPECT_EQ(area->points().count(), 3);
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 1);
+}
+
+TEST(AxisWindowInput, TakesAWheelGestureForOneStep)
+{
+    AxisWindow window;
+    const TMinMax whole = window.GetAxis()->getMinMax();
+    const CPoint p = window.at(20, 20);
+    const double x = window.GetAxis()->GPXtoRPX(p.x);
+    window.wheel(-1, p);  // nothing to pan
+    EXPECT_EQ(window.GetTrackers()->zoomHistory().count(), 0);
+    for (int i = 0; i < 5; ++i)
+        window.wheel(1, p, MK_CONTROL);
+    EXPECT_EQ(window.GetTrackers()->zoomHistory().count(), 1);
+    window.UpdateWindow();
+    EXPECT_NEAR(window.GetAxis()->GPXtoRPX(p.x), x, 0.5);
+    const TMinMax zoomed = window.GetAxis()->getMinMax();
+    EXPECT_NEAR(zoomed.xMax - zoomed.xMin, (whole.xMax - whole.xMin) / std::pow(1.25, 5), 1e-9);
+    AxisWindow::runFor(450);
+    window.wheel(-2, p);
+    window.wheel(1, p, MK_SHIFT);
+    EXPECT_EQ(window.GetTrackers()->zoomHistory().count(), 2);
+    const TMinMax panned = window.GetAxis()->getMinMax();
+    EXPECT_LT(panned.yMin, zoomed.yMin);
+    window.key('7');
+    EXPECT_EQ(window.GetAxis()->getMinMax(), zoomed);
+    window.key('7');
+    EXPECT_EQ(window.GetAxis()->getMinMax(), whole);
+    EXPECT_FALSE(window.IsRangeZoomed());
+    for (int i = 0; i < 500; ++i)
+        window.wheel(9, p, MK_CONTROL);
+    EXPECT_GE(window.GetAxis()->getMinMax().xMax - window.GetAxis()->getMinMax().xMin, 2);
+    for (int i = 0; i < 500; ++i)
+        window.wheel(-9, CPoint(-50, 9999), MK_CONTROL);
+    EXPECT_FALSE(window.IsRangeZoomed());
+}
+
+TEST(AxisWindowInput, PansWithTheMiddleButtonAndSpace)
+{
+    AxisWindow window;
+    window.ZoomAbout(window.at(30, 40), 4);
+    AxisWindow::runFor(450);
+    window.UpdateWindow();
+    const CPoint from = window.at(30, 40);
+    const CPoint to(from.x + 40, from.y - 30);
+    const double x = window.GetAxis()->GPXtoRPX(from.x);
+    window.SendMessage(WM_MBUTTONDOWN, MK_MBUTTON, MAKELPARAM(from.x, from.y));
+    for (const CPoint& p : {CPoint(from.x + 9, from.y), to})
+        window.SendMessage(WM_MOUSEMOVE, MK_MBUTTON, MAKELPARAM(p.x, p.y));
+    window.SendMessage(WM_MBUTTONUP, 0, MAKELPARAM(to.x, to.y));
+    EXPECT_EQ(CWnd::GetCapture(), nullptr);
+    window.UpdateWindow();
+    EXPECT_NEAR(window.GetAxis()->GPXtoRPX(to.x), x, 0.05);
+    EXPECT_EQ(window.GetTrackers()->zoomHistory().count(), 2);
+    window.key('2');
+    window.SendMessage(WM_KEYDOWN, VK_SPACE);
+    window.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(to.x, to.y));
+    window.SendMessage(WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+    window.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(from.x, from.y));
+    window.SendMessage(WM_KEYUP, VK_SPACE);
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 0);
+    EXPECT_NEAR(window.GetAxis()->GPXtoRPX(from.x), x, 0.05);
+}
+
+TEST(AxisWindowInput, ShowsNoMenuAfterTheRightButtonCancelled)
+{
+    AxisWindow window;
+    SetMenuAnswer(takeMenu);
+    menus = 0;
+    answer = 0;
+    const CPoint p = window.at(20, 20);
+    const auto press = [&](unsigned message) {
+        window.SendMessage(message, MK_RBUTTON, MAKELPARAM(p.x, p.y));
+    };
+    CPoint screen = p;
+    window.ClientToScreen(screen);
+    const auto menu = [&] {
+        window.SendMessage(WM_CONTEXTMENU, 0, MAKELPARAM(screen.x, screen.y));
+    };
+    window.key('2');
+    window.post(WM_MOUSEMOVE, window.at(30, 30));
+    window.post(WM_RBUTTONDOWN, window.at(30, 30), MK_LBUTTON | MK_RBUTTON);
+    window.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(p.x, p.y));
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 0);
+    press(WM_RBUTTONUP);  // which asks for the menu
+    EXPECT_EQ(menus, 0);
+    press(WM_RBUTTONDOWN);
+    press(WM_RBUTTONUP);
+    EXPECT_EQ(menus, 1);
+    EXPECT_FALSE(lines[ID_TRACK_UNDO].enabled);
+    window.key('2');
+    window.drag({p, window.at(40, 40)});
+    answer = ID_TRACK_DELETE;
+    menu();
+    EXPECT_EQ(lines[ID_TRACK_UNDO].text.substr(0, 6), "&Undo ");
+    EXPECT_EQ(window.GetTrackers()->trackerCount(), 0);
+    SetMenuAnswer(nullptr);
+}
