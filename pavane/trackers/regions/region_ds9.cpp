@@ -184,8 +184,15 @@ void Ds9Reader::readStatement(std::string_view text)
     text = trimmedText(text);
     if (word == "rotbox")  // what others than DS9 call it
         word = "box";
+    constexpr std::string_view systemOfAll = "coordsys";  // of FUNTOOLS
+    if (word == "global" && text.starts_with(systemOfAll)) {
+        text = trimmedText(text.substr(systemOfAll.size()));
+        word = smallLetters(takeWord(text));
+        text = {};
+    }
     if (word == "global") {
-        isExcludedByDefault_ = text.find("include=0") != std::string_view::npos;
+        if (text.find("include=") != std::string_view::npos)
+            isExcludedByDefault_ = text.find("include=0") != std::string_view::npos;
         return;
     }
     if (word == "tile" || (text.empty() && setSystem(word)))

@@ -108,8 +108,9 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
               "line 23: an excluded circle cannot be held; left out\n");
     EXPECT_EQ(p.notes.leftOut, 9);
     EXPECT_EQ(p.notes.damaged, 5);
-    const Parsed excluded = ds9("global include=0\nimage\ncircle(1,1,1)\n+circle(3,3,1)\n"
-                                "circle(4,4,1) # include=1\nglobal include=1\ncircle(5,5,1)\n");
+    const Parsed excluded = ds9(
+        "global include=0\nglobal color=red\nglobal coordsys image\ncircle(1,1,1)\n+circle(3,3,1)\n"
+        "circle(4,4,1) # include=1\nglobal include=1\ncircle(5,5,1)\n");
     EXPECT_EQ(asText(excluded.shapes), "ellipse 2 2 2 2 0\nellipse 3 3 2 2 0\nellipse 4 4 2 2 0\n");
     EXPECT_EQ(excluded.notes.leftOut, 1);
 }
