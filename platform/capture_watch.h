@@ -8,8 +8,8 @@ namespace pavane
 {
 
 /// Calls `lost` once when the capture leaves the window that has it now, whoever takes it away, at
-/// once and before WM_CAPTURECHANGED. Not called after its own end. Watches end in the reverse order
-/// of their making.
+/// once and before WM_CAPTURECHANGED. Not called after its own end. Watches end in the reverse
+/// order of their making.
 class PAVANE_API CaptureWatch
 {
 public:

@@ -22,7 +22,8 @@ std::vector<CPoint> outline(int corners, int size)
     std::vector<CPoint> points;
     for (int i = 0; i < corners; ++i) {
         const double angle = 6.283185307179586 * i / corners + 0.3;
-        const double radius = size * (0.42 + 0.04 * std::sin(5 * angle) + 0.01 * std::sin(13 * angle));
+        const double radius =
+            size * (0.42 + 0.04 * std::sin(5 * angle) + 0.01 * std::sin(13 * angle));
         points.emplace_back(static_cast<int>(size * 0.5 + radius * std::cos(angle)),
                             static_cast<int>(size * 0.5 + radius * std::sin(angle)));
     }

@@ -21,8 +21,8 @@ struct ValueUnit {
 /// the other kinds have one value a row: centre x, centre y, width, height, and for those that turn
 /// the angle in degrees.
 ///
-/// Values are shown with nine digits, those of vertices too; a text that is put back as it was shown
-/// leaves every bit of the shape.
+/// Values are shown with nine digits, those of vertices too; a text that is put back as it was
+/// shown leaves every bit of the shape.
 class PAVANE_API VertexTable
 {
 public:
