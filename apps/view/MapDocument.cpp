@@ -28,7 +28,7 @@ int MapDocument::open(const std::string& file, int plane, const ViewOptions& opt
     const AMatrix<float>& cells = inputs_.map.cells;
     format_ = StatusFormat(inputs_.map.header, inputs_.frame, cells.rows(), cells.columns());
     axis_ = std::make_unique<A2DAxis>(inputs_.frame.xDirection, 1, nullptr, 0);
-    graph_ = addMapGraph(*axis_, cells_, 1, options, inputs_);
+    graph_ = addMapGraph(*axis_, cells_, options, inputs_);
     bar_ = std::make_unique<AAxisColorOP>(*graph_);
     return 1;
 }

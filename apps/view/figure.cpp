@@ -4,6 +4,7 @@
 #include "apps/view/overlays.h"
 #include "apps/view/square_cells.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "platform/CDC.h"
@@ -52,32 +53,32 @@ CRect layOutPlot(A2DAxis& axis, CDC& dc, const CRect& rect, CSize shown, int fre
 
 }  // namespace
 
-void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& options,
-                const ViewInputs& inputs, const FigureView& view)
+void drawFigure(CDC& dc, const CRect& all, const ViewOptions& options, const ViewInputs& inputs,
+                const FigureView& view)
 {
-    const CRect all(0, 0, width * unit, height * unit);
     dc.FillSolidRect(all, RGB(255, 255, 255));
 
     const AFloatMatrixAccess cells(inputs.map.cells);
     TMinMax range = view.range ? *view.range : TMinMax();
     A2DAxis axis(inputs.frame.xDirection, 1, view.range ? &range : nullptr, 0);
-    ALevelsColorGraph* const graph = addMapGraph(axis, cells, unit, options, inputs);
+    ALevelsColorGraph* const graph = addMapGraph(axis, cells, options, inputs);
 
+    const int gap = unitsOf(dc, barGap);
     CRect inner = all;
-    inner.DeflateRect(margin * unit, margin * unit);
+    inner.DeflateRect(unitsOf(dc, margin), unitsOf(dc, margin));
     axis.layOut(dc, inner);
     AAxisColorOP bar(*graph);
     bar.setFHeight(axis.getFHeight());
     CRect axisRect = inner;
-    axisRect.right -= bar.neededBreadth(dc, axis.getGraphRect().Height()) + barGap * unit;
+    axisRect.right -= bar.neededBreadth(dc, axis.getGraphRect().Height()) + gap;
     axis.layOut(dc, axisRect);
     bar.setFHeight(axis.getFHeight());  // a narrower axis has smaller labels
     const CSize shown = shownCells(inputs.frame, cells, view.range);
     const CRect plot = layOutPlot(axis, dc, axisRect, shown, options.freeAspect);
     axis.draw(dc, axisRect);
-    drawAreas(dc, axis, view.areas ? *view.areas : inputs.areas, unit);
-    drawModel(dc, axis, inputs.frame, inputs.model, unit);
-    CRect barRect(plot.right + barGap * unit, plot.top, inner.right, plot.bottom);
+    drawAreas(dc, axis, view.areas ? *view.areas : inputs.areas);
+    drawModel(dc, axis, inputs.frame, inputs.model);
+    CRect barRect(plot.right + gap, plot.top, inner.right, plot.bottom);
     bar.draw(dc, barRect);
     if (!view.notes)
         return;

@@ -3,6 +3,7 @@
 #include "apps/view/inputs.h"
 #include "apps/view/options.h"
 #include "pavane/axes/ranges/TMinMax.h"
+#include "platform/geometry.h"
 
 #include <string>
 
@@ -19,10 +20,9 @@ struct FigureView {
 };
 
 /// Draws the whole figure: header line, frame with ticks and titles, colour map, contours, beam,
-/// areas, model outlines and the colour bar. The figure takes `width` x `height` pixels of 96 per
-/// inch, each of `unit` logical units of the context, from its origin on.
-void drawFigure(CDC& dc, int width, int height, int unit, const ViewOptions& options,
-                const ViewInputs& inputs, const FigureView& view = {});
+/// areas, model outlines and the colour bar.
+void drawFigure(CDC& dc, const CRect& all, const ViewOptions& options, const ViewInputs& inputs,
+                const FigureView& view = {});
 
 /// What a page of the figure is called: the object, or "map".
 std::string figureTitle(const ViewInputs& inputs);

@@ -67,7 +67,7 @@ std::string levelNoteOf(const LevelChoice& choice, const ViewInputs& inputs)
     return levelNote(choice, inputs.range.greatest, inputs.noise.sigma);
 }
 
-ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int unit,
+ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells,
                                const ViewOptions& options, const ViewInputs& inputs)
 {
     axis.setNameOX(inputs.frame.xTitle);
@@ -84,7 +84,7 @@ ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int un
     graph->setHeaderText(0, headerLine(inputs) + (note.empty() ? "" : "   " + note));
     graph->setScale(scaleKind(options.scale));
     graph->contours().setLevels(levelsOf(options.levels, inputs));
-    graph->contours().setWidth(unit);
+    graph->contours().setWidth(1);
     if (inputs.map.header.hasBeam && inputs.frame.onSky)
         graph->setBeam(beamOf(inputs.map.header, inputs.frame));
     return graph;

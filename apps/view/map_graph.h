@@ -24,9 +24,8 @@ ContourLevels levelsOf(const LevelChoice& choice, const ViewInputs& inputs);
 std::string levelNoteOf(const LevelChoice& choice, const ViewInputs& inputs);
 
 /// Colour map and contours with everything that the options say about them, in an axis with the
-/// titles of the map, which owns them. `unit` is the size of a pixel in units of the contexts that
-/// will be drawn into.
-ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells, int unit,
+/// titles of the map, which owns them.
+ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells,
                                const ViewOptions& options, const ViewInputs& inputs);
 
 }  // namespace pavane

@@ -1,6 +1,7 @@
 #include "apps/view/overlays.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/tables/components/component_outline.h"
 #include "platform/CDC.h"
 
@@ -74,13 +75,13 @@ Curve withoutSparePoints(const Curve& curve, double tolerance)
 
 /// Strokes every curve dark and wide first, then light and thin, so that one curve never darkens
 /// another.
-void strokeTwoToned(CDC& dc, const std::vector<Curve>& curves, COLORREF color, int unit)
+void strokeTwoToned(CDC& dc, const std::vector<Curve>& curves, COLORREF color)
 {
-    CPen wide(PS_SOLID, shadeWidth * unit, shade);
-    CPen thin(PS_SOLID, lineWidth * unit, color);
+    CPen wide(PS_SOLID, unitsOf(dc, shadeWidth), shade);
+    CPen thin(PS_SOLID, unitsOf(dc, lineWidth), color);
     std::vector<Curve> lean;
     for (const Curve& curve : curves)
-        lean.push_back(withoutSparePoints(curve, spareDistance * unit));
+        lean.push_back(withoutSparePoints(curve, spareDistance * unitsOf(dc, 1)));
     for (CPen* pen : {&wide, &thin}) {
         CPen* const before = dc.SelectObject(pen);
         for (const Curve& curve : lean)
@@ -90,21 +91,20 @@ void strokeTwoToned(CDC& dc, const std::vector<Curve>& curves, COLORREF color, i
 }
 
 /// Draws inside the plot only; both its edges belong to it.
-void strokeInPlot(CDC& dc, const ABAxis& axis, const std::vector<Curve>& curves, COLORREF color,
-                  int unit)
+void strokeInPlot(CDC& dc, const ABAxis& axis, const std::vector<Curve>& curves, COLORREF color)
 {
     CRect plot = axis.getGraphRect();
     plot.right += 1;
     plot.bottom += 1;
     const int saved = dc.SaveDC();
     dc.IntersectClipRect(plot);
-    strokeTwoToned(dc, curves, color, unit);
+    strokeTwoToned(dc, curves, color);
     dc.RestoreDC(saved);
 }
 
 }  // namespace
 
-void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& areas, int unit)
+void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& areas)
 {
     std::vector<Curve> outlines;
     for (const AreaOutline& area : areas) {
@@ -115,11 +115,10 @@ void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& area
         }
         outlines.push_back(std::move(outline));
     }
-    strokeInPlot(dc, axis, outlines, areaColor, unit);
+    strokeInPlot(dc, axis, outlines, areaColor);
 }
 
-void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model,
-               int unit)
+void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model)
 {
     const auto drawn = [&](const APoint<double>& sky) {
         const MapPlace place = frame.onAxes(sky.x, sky.y);
@@ -137,11 +136,11 @@ void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const ACompon
             continue;
         }
         const CPointF c = drawn(centre);
-        const double size = crossSize * unit;
+        const double size = unitsOf(dc, crossSize);
         outlines.push_back({{c.x - size, c.y}, {c.x + size, c.y}});
         outlines.push_back({{c.x, c.y - size}, {c.x, c.y + size}});
     }
-    strokeInPlot(dc, axis, outlines, modelColor, unit);
+    strokeInPlot(dc, axis, outlines, modelColor);
 }
 
 }  // namespace pavane

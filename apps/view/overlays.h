@@ -11,12 +11,11 @@ class ABAxis;
 class CDC;
 
 // What is drawn over a map that has been laid out: two-toned, light on dark, so that it is seen on
-// any colour. `unit` is the size of a pixel of 96 per inch in logical units of the context.
+// any colour.
 
-void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& areas, int unit);
+void drawAreas(CDC& dc, const ABAxis& axis, const std::vector<AreaOutline>& areas);
 
 /// The outline of each component; a point as a cross.
-void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model,
-               int unit);
+void drawModel(CDC& dc, const ABAxis& axis, const MapFrame& frame, const AComponents& model);
 
 }  // namespace pavane

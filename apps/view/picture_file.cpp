@@ -23,7 +23,7 @@ int drawPlain(CPicture& picture, const ViewOptions& options, const ViewInputs& i
         return 0;
     const auto dc = picture.dc();
     dc->SetSmooth(1);
-    drawFigure(*dc, picture.width(), picture.height(), 1, options, inputs, view);
+    drawFigure(*dc, CRect(0, 0, picture.width(), picture.height()), options, inputs, view);
     return 1;
 }
 
@@ -38,7 +38,7 @@ int drawFine(CPicture& picture, int fineness, const ViewOptions& options, const 
         return 0;
     CMemoryDC dc(bitmap);
     dc.SetSmooth(1);
-    drawFigure(dc, width, height, 1, options, inputs, view);
+    drawFigure(dc, CRect(0, 0, width, height), options, inputs, view);
     const std::uint32_t* from = bitmap.bits();
     for (int y = 0; y < picture.height(); ++y, from += picture.width())
         std::copy_n(from, picture.width(), picture.row(y));
@@ -62,7 +62,8 @@ int writePage(CPageFile::Format format, const std::string& file, int width, int 
               std::string& error)
 {
     CPageFile page(format, width, height, figureTitle(inputs), unitsPerPixel);
-    drawFigure(page.dc(), width, height, unitsPerPixel, options, inputs, view);
+    drawFigure(page.dc(), CRect(0, 0, width * unitsPerPixel, height * unitsPerPixel), options,
+               inputs, view);
     return page.Close(file, error);
 }
 

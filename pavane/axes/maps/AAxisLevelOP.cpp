@@ -55,7 +55,7 @@ void AAxisLevelOP::drawBar(CDC& dc, const CRect& bar, const ScaleTicks& ticks)
                              colors_->mapColor(truncated(colors_->scale().position(value) * last)));
         }
         DeviceStrokes strokes(dc, *this, contours_->color(value, colors_),
-                              contours_->width(fHeight_));
+                              contours_->width(dc, fHeight_));
         const CPointF across[2] = {{static_cast<double>(isHorizontal() ? at : bar.left),
                                     static_cast<double>(isHorizontal() ? bar.top : at)},
                                    {static_cast<double>(isHorizontal() ? at : bar.right),

@@ -1,6 +1,7 @@
 #include "pavane/axes/maps/MapContours.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/axes/maps/device_strokes.h"
@@ -76,9 +77,9 @@ COLORREF MapContours::color(double level, const AColorsGraph* colors) const
     return luma(colors->mapColor(truncated(place))) < lightLuma ? RGB(255, 255, 255) : RGB(0, 0, 0);
 }
 
-int MapContours::width(int fontHeight) const
+int MapContours::width(const CDC& dc, int fontHeight) const
 {
-    return width_ > 0 ? width_ : std::max(1, fontHeight / widthPart);
+    return width_ > 0 ? unitsOf(dc, width_) : std::max(1, fontHeight / widthPart);
 }
 
 void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* colors) const
@@ -98,7 +99,7 @@ void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* color
     std::vector<CPointF> device;
     std::size_t next = 0;
     for (std::size_t level = 0; level < values.size(); ++level) {
-        DeviceStrokes strokes(dc, axis, color(values[level], colors), width(axis.getFHeight()));
+        DeviceStrokes strokes(dc, axis, color(values[level], colors), width(dc, axis.getFHeight()));
         for (; next < lines_.lines().size(); ++next) {
             const ContourLine& line = lines_.lines()[next];
             if (static_cast<std::size_t>(line.level) != level)

@@ -21,10 +21,11 @@ public:
     /// Colour of the lines; CLR_INVALID (at first): black, and over a colour map black or white,
     /// whichever stands out from the map at the level.
     void setColor(COLORREF color) { color_ = color; }
-    /// Width in device units; 0 (at first): in proportion to the font.
+    /// Width in pixels of 96 per inch; 0 (at first): in proportion to the font.
     void setWidth(int width) { width_ = width; }
     COLORREF color(double level, const AColorsGraph* colors) const;
-    int width(int fontHeight) const;
+    /// Width in units of the context.
+    int width(const CDC& dc, int fontHeight) const;
     void forget() { traced_ = 0; }
 
     /// The levels of a map, rising.

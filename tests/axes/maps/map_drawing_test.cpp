@@ -9,6 +9,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <string>
 
 namespace pavane
@@ -35,14 +37,14 @@ struct Plot {
     {
         return {map.columns() - 1.0, 0, 0, map.rows() - 1.0, unsetMinimum, unsetMaximum};
     }
-    void draw(ABMapGraph& graph)
+    void draw(ABMapGraph& graph) { draw(graph, *picture.dc()); }
+    void draw(ABMapGraph& graph, CDC& dc)
     {
         TMinMax range;
         graph.getMinMax(range);
         std::swap(range.xMin, range.xMax);
         axis.setMinMax(range);
-        const auto dc = picture.dc();
-        graph.draw(*dc, rect, range);
+        graph.draw(dc, rect, range);
     }
     int inked(const CRect& part)
     {
@@ -185,6 +187,26 @@ TEST(ColorsGraph, StartsALogarithmicScaleAtTheNoise)
     graph->setScale(MapScaleKind::logarithmic);
     EXPECT_NEAR(graph->scale().low(), 2, 0.6);  // the noise has a width of 2
     EXPECT_EQ(graph->scale().high(), 1000);
+}
+
+TEST(MapGraphs, DrawContoursAsWideOnPagesOfAnyUnit)
+{
+    Plot plot(gradient(8, 8));
+    auto* graph = new ALevelsGraph(&plot.axis, plot.cells, plot.centres(), 0);
+    ContourLevels levels;
+    ASSERT_TRUE(levels.read("abs:2,5"));
+    graph->contours().setLevels(levels);
+    graph->contours().setWidth(2);
+    const CString file = ::testing::TempDir() + "contours.svg";
+    for (const int unit : {1, 12}) {
+        CPageFile page(CPageFile::Format::svg, 200, 200, "", unit);
+        plot.draw(*graph, page.dc());
+        CString error;
+        ASSERT_TRUE(page.Close(file, error)) << error;
+        std::ifstream in(file);
+        const std::string text(std::istreambuf_iterator<char>(in), {});
+        EXPECT_NE(text.find("stroke-width=\"" + std::to_string(2 * unit) + '"'), text.npos) << text;
+    }
 }
 
 TEST(ScaleBars, PutTicksBesideTheirValuesAndKeepLabelsApart)
