@@ -80,12 +80,13 @@ MapAxis readAxis(const HeaderCards& cards, int number, std::int64_t length)
     return axis;
 }
 
-/// An item of a matrix: CD1_2, or CD001002 in an older spelling.
+/// An item of a matrix: CD1_2, CD01_02, or CD001002 in an older spelling.
 int readItem(const HeaderCards& cards, const std::string& letters, int i, int j, double& value)
 {
     const std::string row = std::to_string(i + 1);
     const std::string column = std::to_string(j + 1);
     return cards.number(letters + row + '_' + column, value) ||
+           cards.number(letters + '0' + row + "_0" + column, value) ||
            cards.number(letters + "00" + row + "00" + column, value);
 }
 

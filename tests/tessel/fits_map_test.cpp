@@ -101,6 +101,7 @@ TEST(FitsMap, TakesStepsAndTurnFromTheMatrixWhateverStandsBesideIt)
         {"CD of one line is none", {"CD1_1   = -2D-8", "CDELT1  = 3.0"}, 3, 1, 999, 0},
         {"PC", with(steps, {"PC1_2   = 0.5"}), -2, std::sqrt(5.0), 0, -1},
         {"PC, old spelling", with(steps, {"PC001002= 0.5"}), -2, std::sqrt(5.0), 0, -1},
+        {"PC of two digits", with(steps, {"PC01_02 = 0.5"}), -2, std::sqrt(5.0), 0, -1},
         {"PC with the scale", {"PC1_1   = -3E-7", "PC2_2   = 3E-7"}, -3e-7, 3e-7, 999, 0},
         {"PC with the sign", {"CDELT1  = 2.0", "CDELT2  = 2.0", "PC1_1   = -1.0"}, -2, 2, 999, 0},
         {"CROTA", with(steps, {"CROTA2  = 90.0"}), -2, 2, 90, -2},
