@@ -1,5 +1,6 @@
 #include "tessel/time_text.h"
 
+#include "tessel/trimmed.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -58,15 +59,6 @@ int fieldValue(std::string_view field, int withFraction, double& value)
            stoval(field, value);
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    constexpr const char* blanks = " \t\r\n";
-    const auto first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 }  // namespace
 
 std::string timeToStr(double seconds, int decimals)
@@ -87,7 +79,7 @@ std::string dateTimeToStr(double seconds, int decimals) { return timeToStr(secon
 
 int strToTime(std::string_view text, double& seconds)
 {
-    text = trimmed(text);
+    text = trimmed(text, whiteSpace);
     const bool negative = !text.empty() && text[0] == '-';
     if (negative || (!text.empty() && text[0] == '+'))
         text.remove_prefix(1);

@@ -26,7 +26,7 @@ namespace
 
 using Kind = AreaKind;
 
-AMnMxMCTransform cellsOf(const AreaPlace& place)
+AMnMxMCTransform transformOf(const AreaPlace& place)
 {
     return AMnMxMCTransform(place.range, place.rows, place.columns);
 }
@@ -113,7 +113,7 @@ int openRegions(const std::string& file, Kind kind, const AreaPlace& place, ARPT
                                                       "not begin as one that means to",
                       error);
     notes.promised = taken + losses + std::max(missing - 1, 0);
-    notes.read = addShapes(areas, nullptr, shapes, cellsOf(place), found);
+    notes.read = addShapes(areas, nullptr, shapes, transformOf(place), found);
     take(found, notes);
     return 1;
 }
@@ -128,7 +128,7 @@ int openCells(const std::string& file, const AreaPlace& place, ARPTrackerArray& 
     RegionNotes found;
     const std::vector<AreaShape> shapes = shapesOf(polygons, found);
     const AreaNotes damaged = notes;
-    notes.read = addShapes(areas, nullptr, shapes, cellsOf(place), found);
+    notes.read = addShapes(areas, nullptr, shapes, transformOf(place), found);
     take(found, notes);
     notes.lines.insert(notes.lines.end(), damaged.lines.begin(), damaged.lines.end());
     if (notes.loss.empty())
@@ -206,7 +206,7 @@ AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
     if (kind == Kind::collection || kind == Kind::unknown)
         return notes;
     RegionNotes found;
-    const std::vector<AreaShape> shapes = shapesOf(areas, cellsOf(place), found);
+    const std::vector<AreaShape> shapes = shapesOf(areas, transformOf(place), found);
     const RegionSystem system = systemOf(place);
     AAreaArray polygons;
     if (kind == Kind::ds9)
@@ -233,7 +233,7 @@ int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerA
         return 0;
     }
     RegionNotes notes;
-    const std::vector<AreaShape> shapes = shapesOf(areas, cellsOf(place), notes);
+    const std::vector<AreaShape> shapes = shapesOf(areas, transformOf(place), notes);
     return writeAreaShapes(file, areaFormatOf(file), shapes, systemOf(place), place.sky, notes,
                            error);
 }

@@ -4,6 +4,7 @@
 #include "pavane/trackers/masks/area_file.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"
+#include "tessel/trimmed.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -87,15 +88,6 @@ AreaKind binaryKind(const std::string& file, const Start& start, AreaKind named)
                                                                           : AreaKind::collection;
 }
 
-std::string_view trimmed(std::string_view text)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
 std::string small(std::string_view text)
 {
     std::string result(text);
@@ -107,10 +99,10 @@ std::string small(std::string_view text)
 /// A line that only sets something: blank, a comment that stands for no shape, a frame, defaults.
 int isSetting(std::string_view line)
 {
-    line = trimmed(line);
+    line = trimmed(line, whiteSpace);
     if (!line.starts_with('#'))
         return line.starts_with("global") || line.find_first_of("([") == std::string_view::npos;
-    line = trimmed(line.substr(1));
+    line = trimmed(line.substr(1), whiteSpace);
     const auto end = std::find_if_not(line.begin(), line.end(),
                                       [](unsigned char c) { return std::isalnum(c) != 0; });
     return end == line.begin() || end == line.end() || *end != '(';
@@ -121,14 +113,14 @@ int isWholeDs9(std::string_view line)
 {
     constexpr std::string_view excluding = "include=0";
     const std::size_t hash = line.find('#');
-    const std::string_view shapes = trimmed(line.substr(0, hash));
+    const std::string_view shapes = trimmed(line.substr(0, hash), whiteSpace);
     if (shapes.empty() || shapes.starts_with("global"))
         return 1;
     if (shapes.back() != ')' && shapes.find_first_of("( \t,") != std::string_view::npos)
         return 0;
     if (hash == std::string_view::npos)
         return 1;
-    const std::string_view properties = trimmed(line.substr(hash + 1));
+    const std::string_view properties = trimmed(line.substr(hash + 1), whiteSpace);
     const std::string_view last = properties.substr(properties.find_last_of(" \t#") + 1);
     return last.empty() || last == excluding || !excluding.starts_with(last);
 }
@@ -149,7 +141,7 @@ int isWholeCrtf(std::string_view line, int hasGlobalFrame)
         return 1;  // its reader sees that it does not close
     std::string tail = small(line.substr(end + 1));
     std::erase(tail, ' ');
-    const std::string_view first = trimmed(line.substr(0, line.find(',')));
+    const std::string_view first = trimmed(line.substr(0, line.find(',')), whiteSpace);
     const std::size_t frame = tail.find("coord=");
     if (first.ends_with("pix") || (frame != std::string::npos && frame + 6 < tail.size()))
         return 1;
@@ -243,7 +235,7 @@ int saysItHoldsNone(AreaKind kind, std::string_view text)
 int promisedRegions(std::string_view text)
 {
     text.remove_prefix(std::min(text.find('\n') + 1, text.size()));
-    std::string_view line = trimmed(text.substr(0, text.find('\n')));
+    std::string_view line = trimmed(text.substr(0, text.find('\n')), whiteSpace);
     constexpr std::string_view before = "# ", behind = " area";
     int count = 0;
     if (line.ends_with('s'))
@@ -259,7 +251,7 @@ std::size_t cutLineOf(AreaKind kind, std::string_view text)
     if (text.empty() || text.back() == '\n' || text.back() == '\r')
         return std::string_view::npos;
     const std::size_t start = text.rfind('\n') + 1;
-    const std::string_view line = trimmed(text.substr(start));
+    const std::string_view line = trimmed(text.substr(start), whiteSpace);
     const int isWhole =
         kind == AreaKind::crtf ? isWholeCrtf(line, namesGlobalFrame(text)) : isWholeDs9(line);
     return isWhole ? std::string_view::npos : start;

@@ -20,7 +20,7 @@ constexpr int firstPieces = 64;
 constexpr int mostHalvings = 48;
 
 /// Length of a vector on the map, in the cells of the direction where it is longer.
-double cellsOf(const MapGrid& grid, const APoint<double>& v)
+double lengthInCells(const MapGrid& grid, const APoint<double>& v)
 {
     return std::max(std::abs(v.x / grid.dx), std::abs(v.y / grid.dy));
 }
@@ -92,7 +92,8 @@ ComponentShape::ComponentShape(const ACompItem& item) : flux(item.PeakFlux())
 double cellsSpanned(const MapGrid& grid, const ComponentShape& shape)
 {
     const APoint<double> offset{shape.centre.x - grid.x, shape.centre.y - grid.y};
-    return cellsOf(grid, shape.large) + cellsOf(grid, shape.small) + cellsOf(grid, offset);
+    return lengthInCells(grid, shape.large) + lengthInCells(grid, shape.small) +
+           lengthInCells(grid, offset);
 }
 
 void addPoint(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& shape)
@@ -124,7 +125,8 @@ void addStrip(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& sh
 void addWideRing(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& shape,
                  double width)
 {
-    const double cells = std::max(cellsOf(grid, shape.large), cellsOf(grid, shape.small));
+    const double cells =
+        std::max(lengthInCells(grid, shape.large), lengthInCells(grid, shape.small));
     if (std::abs(width) * cells >= 1) {
         ComponentShape filled = shape;
         filled.flux = shape.flux / width;

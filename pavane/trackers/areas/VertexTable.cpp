@@ -1,6 +1,7 @@
 #include "pavane/trackers/areas/VertexTable.h"
 
 #include "pavane/resources/tracker_messages.h"
+#include "tessel/trimmed.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -30,13 +31,6 @@ constexpr int fewestVertices = 3;
 std::string withUnit(const std::string& label, const ValueUnit& unit)
 {
     return unit.name.empty() ? label : label + " (" + unit.name + ")";
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(" \t");
-    return first == text.npos ? text.substr(0, 0)
-                              : text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 
 bool within(double value, double end, double otherEnd)
@@ -129,7 +123,7 @@ int VertexTable::setText(int row, int column, std::string_view text, std::string
 {
     if (row < 0 || row >= rows() || column < 0 || column >= columns())
         return refuse(message, noSuchValue);
-    const std::string_view typed = trimmed(text);
+    const std::string_view typed = trimmed(text, " \t");
     if (typed == this->text(row, column))
         return 1;
     double value = 0;

@@ -1,5 +1,6 @@
 #include "pavane/trackers/regions/region_values.h"
 
+#include "tessel/trimmed.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -80,13 +81,7 @@ int joinFields(const Fields& fields, double& whole)
 
 }  // namespace
 
-std::string_view trimmedText(std::string_view text)
-{
-    const std::size_t first = text.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
+std::string_view trimmedText(std::string_view text) { return trimmed(text, blanks); }
 
 std::string smallLetters(std::string_view text)
 {

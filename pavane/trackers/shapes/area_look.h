@@ -5,8 +5,8 @@
 namespace pavane
 {
 
-// How areas look, in windows as in pictures and on pages: a light line with a thin dark edge on both
-// sides, which tells them from contours on any ground.
+// How areas look, in windows as in pictures and on pages: a light line with a thin dark edge on
+// both sides, which tells them from contours on any ground.
 
 inline constexpr COLORREF areaColor = RGB(255, 230, 60);
 inline constexpr COLORREF areaEdgeColor = RGB(0, 0, 0);

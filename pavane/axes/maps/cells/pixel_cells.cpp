@@ -19,7 +19,7 @@ int clippedCell(double position, int cells)
 }
 
 /// The cells that the pixel from `low` to `high` shows.
-CellSpan cellsOf(double low, double high, int cells)
+CellSpan spanBetween(double low, double high, int cells)
 {
     if (cells < 1 || !std::isfinite(low) || !std::isfinite(high))
         return {};
@@ -44,7 +44,8 @@ void PixelCells::set(const std::vector<double>& edges, int cells)
     spans_.clear();
     groupOf_.clear();
     for (std::size_t i = 0; i + 1 < edges.size(); ++i)
-        append(cellsOf(std::min(edges[i], edges[i + 1]), std::max(edges[i], edges[i + 1]), cells));
+        append(
+            spanBetween(std::min(edges[i], edges[i + 1]), std::max(edges[i], edges[i + 1]), cells));
     finish();
 }
 
