@@ -27,14 +27,10 @@ public:
     /// that fills the plot with colours the frame is drawn again.
     int drawChilds(CDC& dc, CRect& rect, TMinMax& range) override;
 
-    /// Fixes the range, the font height and the graph rectangle for a picture of `rect` without
-    /// drawing, as draw does itself; so a host can make square cells: lay out, compare
-    /// getGraphRect with its map, set bounds by setBorderRect, draw. Non-zero when a graph
-    /// rectangle with pixels in it is left.
-    int layOut(CDC& dc, const CRect& rect);
-    /// Non-zero after layOut or draw when there are graphs and none of them has a finite point; the
-    /// plot then says so.
-    int isWithoutData() const;
+    /// Heeds the bounds of the graph rectangle.
+    int layOut(CDC& dc, const CRect& rect) override;
+    /// The plot then says so.
+    int isWithoutData() const override;
     /// Forgets the cached raster and deletes its file: call it when the data change.
     void dropCache();
 

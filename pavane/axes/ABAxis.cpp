@@ -194,6 +194,8 @@ COLORREF ABAxis::workColor(int index) const
 }
 
 int ABAxis::GetAxisType() const { return 0; }
+int ABAxis::layOut(CDC&, const CRect&) { return 0; }
+int ABAxis::isWithoutData() const { return 0; }
 
 void ABAxis::setUpParameters()
 {

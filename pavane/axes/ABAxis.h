@@ -67,6 +67,15 @@ protected:
     virtual TMinMax& createMinMax();
 
 public:
+    /// Fixes the range, the font height and the graph rectangle for a picture of `rect` without
+    /// drawing, as draw does itself; so a host can make square cells: lay out, compare
+    /// getGraphRect with its map, set bounds by setBorderRect, draw. Non-zero when a graph
+    /// rectangle with pixels in it is left. This class leaves everything as it is and returns 0.
+    virtual int layOut(CDC& dc, const CRect& rect);
+    /// Non-zero after layOut or draw when there are graphs and none of them has a finite point;
+    /// this class has data.
+    virtual int isWithoutData() const;
+
     // Conversions. RPZtoWPZ is always linear. Empty spans and rectangles give infinities as
     // fractions and saturated pixels.
     double RPXtoWPX(const double& x) const;
