@@ -38,9 +38,21 @@ inline constexpr MenuItem axisMenu[] = {
     {"Axis", 0, axisItems, static_cast<int>(std::size(axisItems))},
 };
 
+inline constexpr MenuItem plotItems[] = {
+    {"Zoom &back\t7", ID_ZOOM_MINUS},
+    {"&Whole range\t0", ID_WHOLE_MAP},
+    {},
+    {"&Copy to Clipboard\tCtrl+C", ID_COPY_TO_CLIPBOARD},
+    {"Copy to &PNG...", ID_COPY_TO_BMP},
+};
+inline constexpr MenuItem plotMenu[] = {
+    {"Plot", 0, plotItems, static_cast<int>(std::size(plotItems))},
+};
+
 /// The menus of the library, by identifier.
 inline constexpr MenuTemplate libraryMenus[] = {
     {IDR_AXIS_MENU, axisMenu, 1},
+    {IDR_PLOT_MENU, plotMenu, 1},
     {IDR_COPY_MENU, copyMenu, 1},
 };
 

@@ -18,6 +18,7 @@ inline constexpr unsigned IDC_SELECTION_IDLE = 10001;  ///< where a rectangle ca
 
 // Menus; the first popup of each is a context menu.
 inline constexpr unsigned IDR_AXIS_MENU = 10004;
+inline constexpr unsigned IDR_PLOT_MENU = 10005;
 inline constexpr unsigned IDR_COPY_MENU = 10011;
 
 // Dialogs.

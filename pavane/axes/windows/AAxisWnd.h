@@ -1,13 +1,9 @@
 #pragma once
 
-#include "pavane/axes/ranges/TMinMax.h"
-#include "pavane/axes/windows/AxisStatus.h"
+#include "pavane/axes/windows/APlotWnd.h"
 #include "pavane/trackers/collections/TrackerHost.h"
-#include "pavane/windows/ABWindow.h"
-#include "platform/window_dc.h"
 
 #include <memory>
-#include <vector>
 
 namespace pavane
 {
@@ -22,26 +18,24 @@ class CToolBar;
 
 /// A window that shows an axis with its graphs and lets the user mark areas in it.
 ///
-/// The axis is drawn once into a picture of the window, and again only when the range, the size or
-/// the data change; everything else is painted from there. Areas, the cells that they hold and the
-/// shape being drawn lie over it and never become part of it.
+/// Areas, the cells that they hold and the shape being drawn lie over the picture of the axis and
+/// never become part of it. The left button is theirs: there is no rubber band, the tool of zoom
+/// steps shows a part of the range instead.
 ///
-/// Keys: Tab and Shift+Tab go through areas and their handles; arrows move by a map cell, with
-/// Shift by ten, with Ctrl by a pixel; Insert and Delete a vertex or an area; Enter closes a
-/// polygon, Escape leaves what is under way; Ctrl+A all, Ctrl+D copies, Ctrl+Z and Ctrl+Shift+Z
-/// undo and redo; 1 arrow, 2 rectangle, 3 turned rectangle, 4 ellipse, 5 polygon, 6 zoom in, 7 zoom
-/// back, 0 whole map; plus and minus zoom about the middle; M shows the cells of the areas.
-/// The wheel pans when zoomed, with Shift across, with Ctrl it zooms about the pointer; the middle
-/// button, or the left one while Space is held, drags the map.
-class PAVANE_API AAxisWnd : public ABWindow, public TrackerHost
+/// Keys beside those of APlotWnd: Tab and Shift+Tab go through areas and their handles; arrows move
+/// by a map cell, with Shift by ten, with Ctrl by a pixel; Insert and Delete a vertex or an area;
+/// Enter closes a polygon, Escape leaves what is under way; Ctrl+A all, Ctrl+D copies, Ctrl+Z and
+/// Ctrl+Shift+Z undo and redo; 1 arrow, 2 rectangle, 3 turned rectangle, 4 ellipse, 5 polygon, 6
+/// zoom in; M shows the cells of the areas.
+class PAVANE_API AAxisWnd : public APlotWnd, public TrackerHost
 {
 public:
     AAxisWnd();
     ~AAxisWnd() override;
 
-    /// Shows another axis; null shows an empty window. With `owned` the window deletes it. Map and
-    /// colour bar are forgotten, the areas stay; a drag that is going on is cancelled.
+    /// Shows another axis, as SetPlot does; map and colour bar are forgotten, the areas stay.
     void SetAxis(A2DAxis* axis, int owned);
+    /// The axis; null without one and while SetPlot has given one of another class.
     A2DAxis* GetAxis() const { return axis_; }
     /// The graph whose cells the areas choose and the status tells; it belongs to the axis. Null
     /// for none.
@@ -62,29 +56,14 @@ public:
     void SetToolBar(CToolBar* bar);
     CToolBar* GetToolBar() const { return bar_; }
 
-    /// Palette, titles or graphs have changed: draws the content again.
-    void ContentChanged();
     /// The values of the map have changed (after ABMapGraph::cellsChanged): sums too are made anew.
     void MapValuesChanged();
-    /// Shows another range (RP, x and y pairs), without a step of the zoom history.
-    void SetNewMinMax(const TMinMax& range);
-    /// The range of everything that the axis shows, before any zoom; unset before the first paint.
-    const TMinMax& GetWholeRange() const { return whole_; }
-    int IsRangeZoomed() const;
-    /// One step of the zoom history each, or one for all that follow within a moment. Factors above
-    /// 1 magnify; the value at client point `pixel` stays there.
-    void ZoomAbout(CPoint pixel, double factor);
-    /// Shows what lies `dx` pixels to the right and `dy` below, as far as the whole range reaches.
-    void Pan(int dx, int dy);
-    void ZoomBack();
-    void ShowWholeMap();
+    void ShowWholeMap() { ShowWholeRange(); }
 
     /// Chooses a tool (ToolMode), in the toolbar too.
     void ChooseTool(int mode);
-    /// Runs one of the commands of resource_ids.h; 0 when it is none of this window's.
-    int RunCommand(unsigned id);
-    /// Whether a command would do something now; commands of others never.
-    int IsCommandEnabled(unsigned id) const;
+    int RunCommand(unsigned id) override;
+    int IsCommandEnabled(unsigned id) const override;
 
     /// Whether a vertex of a polygon has the focus.
     int IsVertexFocused() const;
@@ -97,33 +76,20 @@ public:
     /// Non-zero draws the areas into copied, saved and printed pictures too.
     void SetAreasInPicture(int on) { areasInPicture_ = on; }
     int GetAreasInPicture() const { return areasInPicture_; }
-    /// Draws the content, and the areas when they belong into pictures, into `rect` of any context.
-    void DrawPicture(CDC& dc, const CRect& rect);
     /// Draws the areas as they lie on the axis now; `axis` has to be laid out for `dc`.
     void DrawAreas(CDC& dc);
     /// What the pointer at a client point shows, and what the areas hold.
-    AxisStatus StatusAt(CPoint pixel);
+    AxisStatus StatusAt(CPoint pixel) override;
 
-    // ABWindow
     int GetMenuID() override;
     void amMenuParse(CMenu* popup) override;
-    int GetAWindowType() override;
-    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
-    void PrintWindow(CDC& dc, CRect& rect, int page) override;
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override;
     const char* GetWndClassName() override;
-    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 
-    /// Called when the pointer moves and when areas change; heirs show it.
-    virtual void OnStatus(const AxisStatus& status);
     /// Called when areas, the current one or the selection are not what they were.
     virtual void OnAreasChanged();
     /// Something that the user should read and need not answer; heirs show it.
     virtual void OnNotice(const CString& text);
-    /// Called after every change of the range.
-    virtual void OnRangeChanged();
-    /// How often the content was drawn.
-    int contentDrawings() const { return contentDrawings_; }
 
 protected:
     // TrackerHost
@@ -133,77 +99,41 @@ protected:
     void areasChanged() override;
     void areaChanging(ATracker& tracker) override;
 
-    void OnLButtonDown(unsigned flags, CPoint point) override;
-    void OnLButtonUp(unsigned flags, CPoint point) override;
+    // APlotWnd
+    Parts layOut(CDC& dc, const CRect& rect, int steady) override;
+    void drawBeside(CDC& dc, const CRect& rect) override;
+    void drawIntoPicture(CDC& dc) override;
+    int isBare() const override;
+    void plotLaidOut() override;
+    void contentDrawn(int ratio) override;
+    void plotGoes() override;
+    void plotCame() override;
+    void rangeIsNew() override;
+    APoint<double> cellStep() const override;
+    void saveRange(const TMinMax& shown) override;
+    void goBack() override;
+    int canGoBack() const override;
+    int takePress(unsigned flags, CPoint point) override;
+    void pressEnded() override;
+    void pointerMoved(unsigned flags, CPoint point) override;
+    int chooseCursor(unsigned hitArea, unsigned message) override;
+    int takeKey(int key, bool shift, bool control) override;
+    void menuAsked(CPoint point) override;
+
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
-    void OnMButtonDown(unsigned flags, CPoint point) override;
-    void OnMButtonUp(unsigned flags, CPoint point) override;
-    void OnRButtonDown(unsigned flags, CPoint point) override;
-    void OnRButtonUp(unsigned flags, CPoint point) override;
-    void OnMouseMove(unsigned flags, CPoint point) override;
-    void OnMouseLeave() override;
-    int OnMouseWheel(unsigned flags, int delta, CPoint screen) override;
-    int OnMouseHWheel(unsigned flags, int delta, CPoint screen) override;
-    void OnContextMenu(CWnd* window, CPoint screen) override;
-    int OnSetCursor(CWnd* window, unsigned hitArea, unsigned message) override;
-    void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
-    void OnKeyUp(unsigned key, unsigned repeat, unsigned flags) override;
-    void OnKillFocus(CWnd* next) override;
-    void OnCaptureChanged(CWnd* next) override;
     void OnTimer(unsigned id) override;
-    void OnDestroy() override;
-    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
-    void OnCopyToClipboard() override;
-    void OnCopyToBMP() override;
 
 private:
-    struct Layout {
-        CRect axis;
-        CRect bar;
-    };
-    // Content
-    Layout layOut(CDC& dc, const CRect& rect, int steady);
-    void steadyOut(CDC& dc, const CRect& rect);
     void squareOut(CDC& dc, const CRect& rect);
-    void drawContent(CDC& dc, const CRect& rect, int steady);
-    int refreshContent(CDC& dc, const CRect& client);
-    int drawAtOnce(CDC& dc, const CRect& client);
-    void contentDrawn(int ratio);
-    void restoreLayout();
-    int freshPicture(CBitmap& picture);
-    void settle();
-    void settleFirst();
-    CRect plotRect() const;
-    void showStatus(CPoint pixel);
-    void showStatusAtPointer();
     void invalidateCells();
-    void OnGestureTimer(unsigned id);
     void tellOfLostSteps();
-    // Range
-    int rangeOfZoom(CPoint pixel, double factor, TMinMax& range) const;
-    TMinMax shiftedRange(const TMinMax& from, int dx, int dy) const;
-    void beginGesture();
-    void endGesture();
-    void beginPan(CPoint point);
-    void panTo(CPoint point);
-    void endPan();
-    int wheelPan(double dx, double dy);
-    // Input
-    template <typename Call>
-    int followPress(Call call);
-    int runKey(int key, bool shift, bool control);
-    int runControlKey(int key, bool shift);
-    int toolKey(int key);
+    int takeControlKey(int key, bool shift);
     int moveByArrow(int key, bool shift, bool control);
-    void leaveForDialog();
     int walkHistory(int forward);
     void enableCommands();
-    void endDrags();
-    void dropAxis();
     int isPolygonAt(CPoint point) const;
 
-    A2DAxis* axis_ = nullptr;
-    int ownsAxis_ = 0;
+    A2DAxis* axis_ = nullptr;  ///< the plot, when it is of that class
     ABMapGraph* map_ = nullptr;
     AAxisColorOP* colorBar_ = nullptr;
     int ownsBar_ = 0;
@@ -212,32 +142,9 @@ private:
     CComboBox* list_ = nullptr;
     CToolBar* bar_ = nullptr;
     std::unique_ptr<AreaOverlay> overlay_;
-    std::vector<std::unique_ptr<A2DAxis>> retired_;  ///< axes that a drag may still point to
-
-    TMinMax whole_;
-    CRect hostBorder_{-1, -1, -1, -1};  ///< bounds of the plot that the host gave its axis
-    CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
-    CSize marginsFor_;
-    CBitmap content_;
-    int stale_ = 1;         ///< the window shows something else
-    int contentStale_ = 1;  ///< content_ does
-    int moving_ = 0;        ///< the range has changed since the content was drawn
-    int contentDrawings_ = 0;
     int square_ = 1;
     int showCells_ = 0;
     int areasInPicture_ = 0;
-
-    int presses_ = 0;    ///< presses that the areas are following, one inside the other
-    int rightDown_ = 0;  ///< the right button was pressed here
-    int noMenu_ = 0;     ///< its release ended something else
-    int spaceHeld_ = 0;
-    int panning_ = 0;
-    CPoint panStart_;
-    TMinMax panRange_;
-    int gesture_ = 0;                 ///< the range was put into the history for what is going on
-    double wheelX_ = 0, wheelY_ = 0;  ///< parts of pixels that the wheel has not moved yet
-    CPoint pointer_{-1, -1};          ///< where the pointer was last
-    CPoint menuPoint_{-1, -1};        ///< where the context menu was asked for
 };
 
 }  // namespace pavane

@@ -1,0 +1,251 @@
+#include "pavane/axes/windows/APlotWnd.h"
+
+#include "pavane/axes/ABAxis.h"
+#include "platform/messages.h"
+#include "platform/window_dc.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Room around the content, client units; less in tiny windows.
+constexpr int widestMargin = 8;
+
+}  // namespace
+
+APlotWnd::APlotWnd() { SetFlag(windowNoWaitCursor, 1); }
+
+APlotWnd::~APlotWnd()
+{
+    endDrags();
+    if (ownsAxis_)
+        delete axis_;
+}
+
+const char* APlotWnd::GetWndClassName() { return "APlotWnd"; }
+int APlotWnd::GetAWindowType() { return 1; }
+void APlotWnd::OnStatus(const AxisStatus&) {}
+void APlotWnd::OnRangeChanged() {}
+void APlotWnd::drawBeside(CDC&, const CRect&) {}
+void APlotWnd::drawIntoPicture(CDC&) {}
+void APlotWnd::plotLaidOut() {}
+void APlotWnd::contentDrawn(int) {}
+void APlotWnd::plotGoes() {}
+void APlotWnd::plotCame() {}
+int APlotWnd::isBare() const { return !band_.isGoing(); }
+
+PlotDirections APlotWnd::directions() const { return {axis_->getXDirect(), axis_->getYDirect()}; }
+
+int APlotWnd::IsRangeZoomed() const
+{
+    return axis_ && view_.isZoomed(axis_->getMinMax(), directions());
+}
+
+void APlotWnd::endGesture()
+{
+    if (view_.isInGesture() && GetSafeHwnd())
+        KillTimer(gestureTimer);
+    view_.endGesture();
+}
+
+void APlotWnd::endPan()
+{
+    if (!pan_.going)
+        return;
+    pan_.going = 0;
+    endGesture();
+    if (GetSafeHwnd() && GetCapture() == this)
+        ReleaseCapture();
+}
+
+void APlotWnd::dropBand()
+{
+    const CRect frame = band_.frame();
+    band_.end();
+    if (!frame.IsRectEmpty() && GetSafeHwnd())
+        InvalidateRect(frame);
+}
+
+void APlotWnd::endDrags()
+{
+    if (presses_ > 0 && GetSafeHwnd() && GetCapture() == this)
+        ReleaseCapture();
+    endPan();
+    dropBand();
+}
+
+void APlotWnd::dropAxis()
+{
+    if (axis_ && ownsAxis_ && presses_ > 0)
+        retired_.emplace_back(axis_);  // until the press that is ending has returned
+    else if (axis_ && ownsAxis_)
+        delete axis_;
+    axis_ = nullptr;
+}
+
+void APlotWnd::SetPlot(ABAxis* axis, int owned)
+{
+    if (axis == axis_)
+        return;
+    endDrags();
+    plotGoes();
+    dropAxis();
+    axis_ = axis;
+    ownsAxis_ = owned;
+    hostBorder_ = axis ? axis->getBorderRect() : CRect(-1, -1, -1, -1);
+    view_.forget();
+    plotCame();
+    ContentChanged();
+}
+
+void APlotWnd::ContentChanged()
+{
+    picture_.changed();
+    Invalidate();
+}
+
+/// Keeps at least the margins of the last layout while the range is zoomed, so that the plot stands
+/// still under the pointer when labels get wider and narrower.
+void APlotWnd::keepMargins(CDC& dc, const CRect& rect)
+{
+    if (marginsFor_ == rect.Size() && IsRangeZoomed())
+        axis_->setBorderRect(CRect(std::max(hostBorder_.left, margins_.left),
+                                   std::max(hostBorder_.top, margins_.top),
+                                   std::max(hostBorder_.right, margins_.right),
+                                   std::max(hostBorder_.bottom, margins_.bottom)));
+    if (!axis_->layOut(dc, rect))
+        return;
+    const CRect& plot = axis_->getGraphRect();
+    margins_ = CRect(plot.left, plot.top, rect.right - plot.right, rect.bottom - plot.bottom);
+    marginsFor_ = rect.Size();
+}
+
+APlotWnd::Parts APlotWnd::layOut(CDC& dc, const CRect& rect, int steady)
+{
+    Parts parts;
+    const int margin = std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
+    parts.axis = rect;
+    parts.axis.DeflateRect(margin, margin);
+    axis_->setBorderRect(hostBorder_);
+    if (steady)
+        keepMargins(dc, parts.axis);
+    else
+        (void)axis_->layOut(dc, parts.axis);
+    return parts;
+}
+
+void APlotWnd::drawContent(CDC& dc, const CRect& rect, int steady)
+{
+    dc.FillSolidRect(rect, RGB(255, 255, 255));
+    if (!axis_ || rect.IsRectEmpty())
+        return;
+    Parts parts = layOut(dc, rect, steady);
+    const int smooth = dc.SetSmooth(1);
+    axis_->draw(dc, parts.axis);
+    if (!parts.beside.IsRectEmpty())
+        drawBeside(dc, parts.beside);
+    dc.SetSmooth(smooth);
+}
+
+void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
+{
+    const int ratio =
+        picture_.paint(dc, client, update, presses_ == 0 && isBare(),
+                       [this](CDC& to, const CRect& rect) { drawContent(to, rect, 1); });
+    if (ratio == 0 || !axis_)
+        return;
+    if (!view_.isKnown())
+        view_.setWhole(axis_->getMinMax());
+    plotLaidOut();
+    contentDrawn(ratio);
+}
+
+void APlotWnd::ServiceDraw(CDC& dc, CRect&, CRect&) { band_.draw(dc); }
+
+/// The layout belongs to whoever drew last; the pointer needs that of the window. Axes that lay out
+/// only while they draw get it back from the caller.
+void APlotWnd::restoreLayout()
+{
+    if (!axis_ || !GetSafeHwnd())
+        return;
+    CClientDC dc(this);
+    CRect client;
+    GetClientRect(client);
+    if (!client.IsRectEmpty())
+        (void)layOut(dc, client, 1);
+    plotLaidOut();
+}
+
+void APlotWnd::DrawPicture(CDC& dc, const CRect& rect)
+{
+    const CRect plot = axis_ ? axis_->getGraphRect() : CRect();
+    const int fontHeight = axis_ ? axis_->getFHeight() : 0;
+    drawContent(dc, rect, 0);
+    if (!axis_)
+        return;
+    drawIntoPicture(dc);
+    axis_->setGraphRect(plot);
+    axis_->setFHeight(fontHeight);
+    restoreLayout();
+}
+
+void APlotWnd::PrintWindow(CDC& dc, CRect& rect, int) { DrawPicture(dc, rect); }
+
+CRect APlotWnd::plotRect() const
+{
+    if (!axis_)
+        return {};
+    const CRect& plot = axis_->getGraphRect();
+    return {plot.left, plot.top, plot.right + 1, plot.bottom + 1};
+}
+
+void APlotWnd::settle()
+{
+    if (picture_.isStale())
+        UpdateWindow();
+}
+
+AxisStatus APlotWnd::StatusAt(CPoint pixel)
+{
+    AxisStatus status;
+    if (axis_ && !axis_->getGraphRect().IsRectEmpty() && plotRect().PtInRect(pixel)) {
+        status.inPlot = 1;
+        status.x = axis_->GPXtoRPX(pixel.x);
+        status.y = axis_->GPYtoRPY(pixel.y);
+        status.stepX = std::fabs(axis_->GPXtoRPX(pixel.x + 1) - status.x);
+        status.stepY = std::fabs(axis_->GPYtoRPY(pixel.y + 1) - status.y);
+    }
+    return status;
+}
+
+void APlotWnd::showStatusAtPointer()
+{
+    if (!GetSafeHwnd())
+        return;
+    if (presses_ > 0) {
+        pointer_ = GetCursorPos();  // a drag keeps the moves to itself
+        ScreenToClient(pointer_);
+    }
+    OnStatus(StatusAt(pointer_));
+}
+
+int APlotWnd::followPress(const std::function<int()>& press)
+{
+    const HWND self = GetSafeHwnd();
+    ++presses_;
+    const int used = press();
+    if (CWnd::FromHandle(self) != this)
+        return 1;
+    if (--presses_ == 0) {
+        retired_.clear();
+        pressEnded();
+    }
+    return used;
+}
+
+}  // namespace pavane

@@ -1,0 +1,208 @@
+#pragma once
+
+#include "pavane/axes/ranges/RangeView.h"
+#include "pavane/axes/windows/AxisStatus.h"
+#include "pavane/axes/windows/PlotPicture.h"
+#include "pavane/axes/windows/RubberBand.h"
+#include "pavane/windows/ABWindow.h"
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace pavane
+{
+
+class ABAxis;
+
+/// A window that shows an axis with its graphs: a curve, a histogram, a map, whatever the axis
+/// draws. AAxisWnd adds areas.
+///
+/// The axis is drawn once into a picture of the window, and again only when the range, the size or
+/// the data change; everything else is painted from there.
+///
+/// The left button draws a rubber band, and what lies in it is shown; Escape, the right button and
+/// the loss of the capture give it up. The wheel pans when zoomed, with Shift across, with Ctrl it
+/// zooms about the pointer; the middle button, or the left one while Space is held, drags the plot.
+/// Keys: 7 goes back to the range before, 0 to the whole, plus and minus zoom about the middle.
+class PAVANE_API APlotWnd : public ABWindow
+{
+public:
+    APlotWnd();
+    ~APlotWnd() override;
+
+    /// Shows another axis, of any class; null shows an empty window. With `owned` the window
+    /// deletes it. Whatever is going on with the pointer is cancelled, the steps back are
+    /// forgotten.
+    void SetPlot(ABAxis* axis, int owned);
+    ABAxis* GetPlot() const { return axis_; }
+
+    /// Palette, titles or graphs have changed: draws the content again.
+    void ContentChanged();
+    /// Shows another range (RP, x and y pairs), without a step of the zoom history.
+    void SetNewMinMax(const TMinMax& range);
+    /// The range of everything that the axis shows, before any zoom; unset before the first paint.
+    const TMinMax& GetWholeRange() const { return view_.whole(); }
+    int IsRangeZoomed() const;
+    /// One step of the zoom history each, or one for all that follow within a moment. Factors above
+    /// 1 magnify; the value at client point `pixel` stays there.
+    void ZoomAbout(CPoint pixel, double factor);
+    /// Shows what lies `dx` pixels to the right and `dy` below, as far as the whole range reaches.
+    void Pan(int dx, int dy);
+    void ZoomBack();
+    void ShowWholeRange();
+
+    /// Runs one of the commands of resource_ids.h; 0 when it is none of this window's.
+    virtual int RunCommand(unsigned id);
+    /// Whether a command would do something now; commands of others never.
+    virtual int IsCommandEnabled(unsigned id) const;
+    /// Draws the content into `rect` of any context, as copied, saved and printed pictures have it.
+    void DrawPicture(CDC& dc, const CRect& rect);
+    /// What the pointer at a client point shows.
+    virtual AxisStatus StatusAt(CPoint pixel);
+
+    // ABWindow
+    int GetMenuID() override;
+    void amMenuParse(CMenu* popup) override;
+    int GetAWindowType() override;
+    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
+    void PrintWindow(CDC& dc, CRect& rect, int page) override;
+    void ServiceDraw(CDC& dc, CRect& client, CRect& update) override;
+    const char* GetWndClassName() override;
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
+
+    /// Called when the pointer moves and when what it shows changes; heirs show it.
+    virtual void OnStatus(const AxisStatus& status);
+    /// Called after every change of the range.
+    virtual void OnRangeChanged();
+    /// How often the content was drawn.
+    int contentDrawings() const { return picture_.drawings(); }
+
+protected:
+    /// Where the parts of the content lie.
+    struct Parts {
+        CRect axis;
+        CRect beside;  ///< of what heirs put beside the plot
+    };
+
+    // What heirs add. In this order; new ones go to the end.
+    /// Lays the axis out in `rect`. With `steady`, for the window itself, the plot stands still
+    /// under the pointer while the range is zoomed.
+    virtual Parts layOut(CDC& dc, const CRect& rect, int steady);
+    /// Draws what stands beside the axis.
+    virtual void drawBeside(CDC& dc, const CRect& rect);
+    /// Draws over the content of pictures, in the axis as it is laid out for them.
+    virtual void drawIntoPicture(CDC& dc);
+    /// Non-zero while nothing lies over the content of the window.
+    virtual int isBare() const;
+    /// The layout of the axis is that of the window, maybe another than before.
+    virtual void plotLaidOut();
+    /// The content of the window was drawn, with so many pixels to a unit.
+    virtual void contentDrawn(int ratio);
+    /// The axis goes, another is there (or null).
+    virtual void plotGoes();
+    virtual void plotCame();
+    /// Another range is shown; before OnRangeChanged.
+    virtual void rangeIsNew();
+    /// The size of a cell in data values, which a zoom keeps two of; 0 for none.
+    virtual APoint<double> cellStep() const;
+    /// The zoom history. The base keeps one of its own.
+    virtual void saveRange(const TMinMax& shown);
+    virtual void goBack();
+    virtual int canGoBack() const;
+    /// The left button went down. Non-zero when that was all about the press; else the base window
+    /// takes the capture. The base begins a rubber band.
+    virtual int takePress(unsigned flags, CPoint point);
+    /// The outermost press has been followed to its end.
+    virtual void pressEnded();
+    virtual void pointerMoved(unsigned flags, CPoint point);
+    /// Non-zero when it chose a cursor.
+    virtual int chooseCursor(unsigned hitArea, unsigned message);
+    /// Non-zero when the key was one of this window's.
+    virtual int takeKey(int key, bool shift, bool control);
+    /// The context menu is asked for at a client point.
+    virtual void menuAsked(CPoint point);
+
+    // For heirs
+    /// The pixels of the plot, those of its last values included.
+    CRect plotRect() const;
+    /// Paints what is waiting, so that the layout fits what the user points at.
+    void settle();
+    /// Tells the status at the pointer.
+    void showStatusAtPointer();
+    /// Calls `press`, and tells when the outermost such call has ended. Handlers in it may close or
+    /// delete the window: 1 then, so that nothing else happens with the message.
+    int followPress(const std::function<int()>& press);
+    /// Presses that are being followed, one inside the other.
+    int presses() const { return presses_; }
+    /// Ends everything that the pointer is doing, before what it does it to goes.
+    void endDrags();
+    /// Where the context menu was asked for; (-1, -1) once the pointer, a press or a key did else.
+    CPoint menuPoint() const { return menuPoint_; }
+    const CBitmap& contentPixels() const { return picture_.pixels(); }
+
+    void OnLButtonDown(unsigned flags, CPoint point) override;
+    void OnLButtonUp(unsigned flags, CPoint point) override;
+    void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    void OnMButtonDown(unsigned flags, CPoint point) override;
+    void OnMButtonUp(unsigned flags, CPoint point) override;
+    void OnRButtonDown(unsigned flags, CPoint point) override;
+    void OnRButtonUp(unsigned flags, CPoint point) override;
+    void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnMouseLeave() override;
+    int OnMouseWheel(unsigned flags, int delta, CPoint screen) override;
+    int OnMouseHWheel(unsigned flags, int delta, CPoint screen) override;
+    void OnContextMenu(CWnd* window, CPoint screen) override;
+    int OnSetCursor(CWnd* window, unsigned hitArea, unsigned message) override;
+    void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
+    void OnKeyUp(unsigned key, unsigned repeat, unsigned flags) override;
+    void OnKillFocus(CWnd* next) override;
+    void OnCaptureChanged(CWnd* next) override;
+    void OnTimer(unsigned id) override;
+    void OnDestroy() override;
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+    void OnCopyToClipboard() override;
+    void OnCopyToBMP() override;
+
+private:
+    static constexpr unsigned gestureTimer = 1;
+    struct Panning {
+        int going = 0;
+        CPoint start;
+        TMinMax range;
+    };
+    PlotDirections directions() const;
+    void keepMargins(CDC& dc, const CRect& rect);
+    void drawContent(CDC& dc, const CRect& rect, int steady);
+    void restoreLayout();
+    int freshPicture(CBitmap& picture);
+    void dropAxis();
+    void beginGesture();
+    void endGesture();
+    void beginPan(CPoint point);
+    void panTo(CPoint point);
+    void endPan();
+    int wheelPan(double dx, double dy);
+    void dropBand();
+    void showBand(const RubberBand& band);
+
+    ABAxis* axis_ = nullptr;
+    int ownsAxis_ = 0;
+    std::vector<std::unique_ptr<ABAxis>> retired_;  ///< axes that a press may still point to
+    RangeView view_;
+    CRect hostBorder_{-1, -1, -1, -1};  ///< bounds of the plot that the host gave its axis
+    CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
+    CSize marginsFor_;
+    PlotPicture picture_;
+
+    int presses_ = 0;
+    RubberBand band_;
+    Panning pan_;
+    int rightDown_ = 0;  ///< the right button was pressed here
+    int noMenu_ = 0;     ///< its release ended something else
+    int spaceHeld_ = 0;
+    CPoint pointer_{-1, -1};  ///< where the pointer was last
+    CPoint menuPoint_{-1, -1};
+};
+
+}  // namespace pavane

@@ -1,0 +1,162 @@
+// What an axis window shows of its whole range, and how the user gets about in it.
+#include "pavane/axes/ABAxis.h"
+#include "pavane/axes/windows/APlotWnd.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Turns of the wheel closer together than this, in milliseconds, are one gesture.
+constexpr unsigned gesturePause = 400;
+/// Pixels that one notch of the wheel pans by.
+constexpr double panOfNotch = 60;
+
+}  // namespace
+
+void APlotWnd::rangeIsNew() {}
+APoint<double> APlotWnd::cellStep() const { return {0, 0}; }
+void APlotWnd::saveRange(const TMinMax& shown) { view_.save(shown); }
+int APlotWnd::canGoBack() const { return view_.canGoBack(); }
+
+void APlotWnd::goBack()
+{
+    TMinMax range;
+    if (axis_ && view_.goBack(range))
+        SetNewMinMax(range);
+}
+
+void APlotWnd::SetNewMinMax(const TMinMax& range)
+{
+    if (!axis_ || !isShowable(range))
+        return;
+    dropBand();  // it was drawn about what was shown
+    axis_->setMinMax(withPairs(axis_->getMinMax(), range));
+    picture_.moved();
+    ContentChanged();
+    rangeIsNew();
+    OnRangeChanged();
+}
+
+/// The first change of a gesture puts the range into the history, what follows belongs to it.
+void APlotWnd::beginGesture()
+{
+    if (view_.beginStep())
+        saveRange(axis_->getMinMax());
+    if (!pan_.going)
+        SetTimer(gestureTimer, gesturePause);
+}
+
+void APlotWnd::ZoomAbout(CPoint pixel, double factor)
+{
+    // later turns of a wheel need no paint each
+    if (!view_.isKnown())
+        settle();
+    if (!axis_ || axis_->getGraphRect().IsRectEmpty())
+        return;
+    const CRect& plot = axis_->getGraphRect();
+    const APoint<double> at{axis_->GPXtoRPX(std::clamp(pixel.x, plot.left, plot.right)),
+                            axis_->GPYtoRPY(std::clamp(pixel.y, plot.top, plot.bottom))};
+    TMinMax range;
+    if (!view_.zoomed(axis_->getMinMax(), at, factor, cellStep(), directions(), range))
+        return;
+    beginGesture();
+    const HWND self = GetSafeHwnd();
+    SetNewMinMax(range);
+    if (!self || CWnd::FromHandle(self) == this)
+        showStatusAtPointer();
+}
+
+void APlotWnd::Pan(int dx, int dy)
+{
+    if (!view_.isKnown())
+        settle();
+    if (!axis_ || !view_.isKnown() || axis_->getGraphRect().IsRectEmpty())
+        return;
+    const CRect& plot = axis_->getGraphRect();
+    const TMinMax& shown = axis_->getMinMax();
+    const TMinMax range = view_.shifted(shown, static_cast<double>(dx) / plot.Width(),
+                                        static_cast<double>(dy) / plot.Height(), directions());
+    if (samePairs(range, shown))
+        return;
+    beginGesture();
+    const HWND self = GetSafeHwnd();
+    SetNewMinMax(range);
+    if (!self || CWnd::FromHandle(self) == this)
+        showStatusAtPointer();
+}
+
+void APlotWnd::ZoomBack()
+{
+    endGesture();
+    goBack();
+}
+
+void APlotWnd::ShowWholeRange()
+{
+    endGesture();
+    if (!IsRangeZoomed())
+        return;
+    saveRange(axis_->getMinMax());
+    SetNewMinMax(view_.whole());
+}
+
+/// Fine wheels send parts of notches; what is no whole pixel waits for the next.
+int APlotWnd::wheelPan(double dx, double dy)
+{
+    if (!IsRangeZoomed())
+        return 0;
+    const CPoint way = view_.wheelPixels(dx * panOfNotch, dy * panOfNotch);
+    if (way.x || way.y)
+        Pan(way.x, way.y);
+    return 1;
+}
+
+void APlotWnd::beginPan(CPoint point)
+{
+    endGesture();
+    SetFocus();
+    SetCapture();
+    pan_ = {1, point, axis_->getMinMax()};
+    SetCursor(IDC_HAND);
+}
+
+/// Always from where the pan began, so that plot and pointer stay together at the edges too.
+void APlotWnd::panTo(CPoint point)
+{
+    const CRect& plot = axis_->getGraphRect();
+    if (plot.IsRectEmpty())
+        return;
+    const TMinMax range =
+        view_.shifted(pan_.range, static_cast<double>(pan_.start.x - point.x) / plot.Width(),
+                      static_cast<double>(pan_.start.y - point.y) / plot.Height(), directions());
+    if (samePairs(range, axis_->getMinMax()))
+        return;
+    beginGesture();
+    SetNewMinMax(range);
+}
+
+/// Shows what lies in a band that was released.
+void APlotWnd::showBand(const RubberBand& band)
+{
+    settle();
+    if (!axis_ || axis_->getGraphRect().IsRectEmpty())
+        return;
+    TMinMax range;
+    if (!view_.between(axis_->getMinMax(),
+                       {axis_->GPXtoRPX(band.from().x), axis_->GPYtoRPY(band.from().y)},
+                       {axis_->GPXtoRPX(band.to().x), axis_->GPYtoRPY(band.to().y)}, cellStep(),
+                       directions(), range))
+        return;
+    endGesture();
+    saveRange(axis_->getMinMax());
+    const HWND self = GetSafeHwnd();
+    SetNewMinMax(range);
+    if (CWnd::FromHandle(self) == this)
+        showStatusAtPointer();
+}
+
+}  // namespace pavane
