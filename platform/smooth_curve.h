@@ -29,7 +29,8 @@ struct CurveData {
 /// it is no darker, and the time hardly grows with the number of points. Single points between
 /// gaps are dots. Needs a picture with smooth strokes, R2_COPYPEN, units that are pixels of the
 /// device, a clip that is a rectangle, and points whose x only rises or only falls, with up to 2000
-/// gaps in view; returns 0, and has drawn nothing, where one of these is missing.
+/// gaps in view, and four to a column of pixels where they go up and down; returns 0, and has drawn
+/// nothing, where one of these is missing.
 PAVANE_API int strokeCurve(CDC& dc, const CurveData& curve, int width, COLORREF color);
 
 }  // namespace pavane

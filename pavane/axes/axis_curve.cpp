@@ -25,7 +25,7 @@ constexpr std::int64_t mostExactPoints = 20000;
 constexpr int partsOfPixel = 16;
 /// Curves with more points to a column of pixels are drawn as one stroke, whose time is that of the
 /// picture's size.
-constexpr std::int64_t pointsOfColumn = 4;
+constexpr std::int64_t pointsOfColumn = 2;
 /// Logarithms are kept for curves up to this length; longer ones are reduced before.
 constexpr std::int64_t mostLogarithms = 1 << 22;
 

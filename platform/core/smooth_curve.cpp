@@ -32,7 +32,7 @@ int strokeCurve(CDC& dc, const CurveData& curve, int width, COLORREF color)
     CurveData device = curve;
     device.xOrigin += ends[0].x;
     device.yOrigin += ends[0].y;
-    RisingStroke stroke(backend->surface(), clip, std::max(width, 1), device);
+    RisingStroke stroke(backend->surface(), clip, std::max(width, 1));
     if (!stroke.add(device))
         return 0;
     stroke.paint(pixelOf(color));
