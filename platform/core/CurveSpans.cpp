@@ -23,6 +23,8 @@ constexpr std::int64_t shortStretch = 8;
 constexpr std::int64_t longStretch = 1024;
 /// Points after a stretch that is not straight before the next is tried.
 constexpr std::int64_t roughPoints = 64;
+/// Points of a part from which on steep curves are read by parts.
+constexpr std::int64_t dense = 8;
 /// Points of a part that are read one by one; it takes more of them to make vectors pay.
 constexpr int singlePoints = 4;
 
@@ -35,6 +37,10 @@ std::int64_t partAt(double x)
     const auto part = static_cast<std::int64_t>(x);
     return part - (x < static_cast<double>(part));
 }
+
+// by value, so that no branch has to guess
+float greater(float a, float b) { return a > b ? a : b; }
+float smaller(float a, float b) { return a < b ? a : b; }
 
 bool isThere(CPointF p)
 {
@@ -136,6 +142,55 @@ std::int64_t CurveSpans::straightFrom(const CurveData& curve, std::int64_t i, CP
     return n > shortStretch ? straightFrom(curve, i, last) : 0;
 }
 
+/// Reads points from `i` on that lie in the part reached or the one after, up to the next try of a
+/// straight stretch; returns their number. Where one part ends does not matter to what follows, so
+/// that nothing has to be guessed. Lines between neighbouring parts are cut in their middle.
+std::int64_t CurveSpans::readRough(const CurveData& curve, std::int64_t i, CPointF last)
+{
+    constexpr float all = std::numeric_limits<float>::max();
+    constexpr float keep[] = {-all, all};
+    const double offset = std::ceil(1 - least_);  // for what is cut off is the fraction only
+    const auto shift = static_cast<std::int64_t>(offset);
+    const std::int64_t begin = i;
+    std::int64_t part = part_;
+    float* highEnd = high_.data() + at_;
+    float* lowEnd = low_.data() + at_;
+    float high = *highEnd;
+    float low = *lowEnd;
+    float before = row(last.y);
+    double reached = last.x;
+    for (const std::int64_t end = std::min(curve.n, nextTry_); i < end; ++i) {
+        const CPointF p = pointOf(curve, i);
+        if (!(p.x >= reached && p.x <= most_ && std::fabs(p.y) <= farthestPoint))
+            break;
+        const std::int64_t next = static_cast<std::int64_t>(p.x + offset) - shift;
+        if (next > part + 1)
+            break;
+        reached = p.x;
+        const float y = row(p.y);
+        const float kept = keep[next == part];
+        const float middle = (before + y) / 2;
+        before = y;
+        *highEnd = greater(high, middle);
+        *lowEnd = greater(low, -middle);
+        // the greater and the negated lesser of y and middle; compared, they would make a branch
+        const float centre = (y + middle) / 2;
+        const float half = std::fabs(y - middle) / 2;
+        high = greater(smaller(high, kept), half + centre);
+        low = greater(smaller(low, kept), half - centre);
+        highEnd += next - part;
+        lowEnd += next - part;
+        part = next;
+        *highEnd = high;
+        *lowEnd = low;
+    }
+    at_ = static_cast<std::size_t>(highEnd - high_.data());
+    part_ = part;
+    if (i > begin)
+        pieces_.back().stop = pointOf(curve, i - 1);
+    return i - begin;
+}
+
 /// Reads the points from `i` on that lie in the same part as `from`, the point before; returns
 /// their number.
 std::int64_t CurveSpans::readPart(const CurveData& curve, std::int64_t i, CPointF from)
@@ -163,18 +218,31 @@ std::int64_t CurveSpans::readPart(const CurveData& curve, std::int64_t i, CPoint
     if (seen && i > begin) {
         widen(low, high);
         pieces_.back().stop = pointOf(curve, i - 1);
-        tooSteep_ |= high - low > steepest_;
+        const double turn = steepest_ * sharpest / 4;
+        const double y = pieces_.back().stop.y;
+        tooSteep_ |= high - low > steepest_ || high - std::max(from.y, y) > turn ||
+                     std::min(from.y, y) - low > turn;
     }
     return i - begin;
 }
 
 int CurveSpans::readRising(const CurveData& curve)
 {
+    const bool rough = std::isinf(steepest_) && curve.n < dense * parts_;
     CPointF last;
     bool joined = false;
     double reached = -farthestPoint;
     for (std::int64_t i = 0; i < curve.n;) {
         const std::int64_t stretch = joined ? straightFrom(curve, i, last) : 0;
+        if (rough && joined && stretch == 0 && isInView(last.x)) {
+            const std::int64_t count = readRough(curve, i, last);
+            if (count > 0) {
+                i += count;
+                last = pointOf(curve, i - 1);
+                reached = last.x;
+                continue;
+            }
+        }
         i += std::max<std::int64_t>(stretch, 1);
         const CPointF p = pointOf(curve, i - 1);
         if (!isThere(p)) {

@@ -100,8 +100,9 @@ void RisingStroke::coverPiece(const CurveSpans::Piece& piece, std::int64_t first
     const int count = (to - first + stripColumns - 1) / stripColumns * stripColumns;
     const int sources = count + 2 * reach_;
     const std::int64_t start = firstPart + first + 1 - reach_ - piece.first;  // within the piece
-    // where parts are coarse, or few, the ends are round
-    const bool exact = parts_ == fewParts || piece.count == 1;
+    // dots, and the ends of curves in coarse parts, are round
+    const bool exact = parts_ == fewParts ||
+                       (piece.count == 1 && spans_->high()[piece.at] == -spans_->low()[piece.at]);
     const std::int64_t skipped = exact ? 1 : 0;
     const auto a =
         static_cast<std::ptrdiff_t>(std::clamp<std::int64_t>(skipped - start, 0, sources));
