@@ -29,15 +29,26 @@ void* allocateLarge(std::int64_t bytes)
     void* buffer = nullptr;
     if (posix_memalign(&buffer, alignment, wanted) != 0)
         return nullptr;
-#ifdef __linux__
-    // A hint, without which the memory is only slower. The last part of a huge page stays small
-    // pages, so that touching the end of the data does not cost up to 2 MiB more.
+    // The last part of a huge page stays small pages, so that touching the end of the data does not
+    // cost up to 2 MiB more.
     if (alignment == hugePage)
-        (void)madvise(buffer, wanted / hugePage * hugePage, MADV_HUGEPAGE);
-#endif
+        adviseHugePages(buffer, bytes);
     return buffer;
 }
 
 void freeLarge(void* buffer) { std::free(buffer); }
+
+void adviseHugePages([[maybe_unused]] void* buffer, [[maybe_unused]] std::int64_t bytes)
+{
+#ifdef __linux__
+    if (bytes < hugeFrom)
+        return;
+    const auto address = reinterpret_cast<std::uintptr_t>(buffer);
+    const std::uintptr_t first = (address + hugePage - 1) / hugePage * hugePage;
+    const std::uintptr_t end = (address + static_cast<std::uintptr_t>(bytes)) / hugePage * hugePage;
+    if (first < end)
+        (void)madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
+#endif
+}
 
 }  // namespace pavane

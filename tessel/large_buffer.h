@@ -13,4 +13,8 @@ namespace pavane
 PAVANE_API void* allocateLarge(std::int64_t bytes);
 PAVANE_API void freeLarge(void* buffer);
 
+/// Asks for huge pages where `bytes` bytes at `buffer`, from 4 MiB on, hold whole ones, before they
+/// are first touched. Only a hint.
+PAVANE_API void adviseHugePages(void* buffer, std::int64_t bytes);
+
 }  // namespace pavane

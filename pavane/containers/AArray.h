@@ -1,8 +1,8 @@
 #pragma once
 
-#include "pavane/containers/huge_pages.h"
 #include "pavane/containers/item_io.h"
 #include "tessel/AFile.h"
+#include "tessel/large_buffer.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,9 +1,9 @@
 #include "pavane/images/ADIBase.h"
 
-#include "pavane/containers/huge_pages.h"
 #include "pavane/containers/item_io.h"
 #include "platform/message.h"
 #include "tessel/AFile.h"
+#include "tessel/large_buffer.h"
 
 #include <algorithm>
 #include <cstring>
