@@ -4,10 +4,10 @@
 include(CMakePackageConfigHelpers)
 
 set(PAVANE_INCLUDE_DIR ${CMAKE_INSTALL_INCLUDEDIR}/pavane-1)
-install(DIRECTORY tessel platform pavane DESTINATION ${PAVANE_INCLUDE_DIR}
-    FILES_MATCHING PATTERN "*.h"
-    PATTERN "platform/core" EXCLUDE
-    PATTERN "platform/qt" EXCLUDE)
+foreach(header pavane/pavane.h ${PAVANE_PUBLIC_HEADERS} ${PAVANE_REACHED_HEADERS})
+    cmake_path(GET header PARENT_PATH folder)
+    install(FILES ${header} DESTINATION ${PAVANE_INCLUDE_DIR}/${folder})
+endforeach()
 install(TARGETS pavane EXPORT pavane-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT pavane-targets NAMESPACE pavane:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/pavane)
 file(RELATIVE_PATH to_library ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})

@@ -14,7 +14,11 @@ for folder in tessel platform pavane; do
     test -d "$stage/include/pavane-1/$folder"
 done
 none() { if grep .; then echo "^ should not be there"; exit 1; fi; }
-find "$stage/include" -path '*platform/qt*' -name '*.h' | none
+# the headers of the list and no others; the programs and libraries behind them do not show
+(cd "$stage/include/pavane-1" && find . -name '*.h' | sed 's|^\./||' | sort) >"$work/there"
+{ echo pavane/pavane.h && sed -n 's/^ *\(.*\.h\)$/\1/p' "$source/cmake/PavaneHeaders.cmake"; } |
+    sort | diff - "$work/there"
+grep -rnE '<(fitsio|wcs|erfa|sys/|unistd|fcntl|Q)' "$stage/include" | none
 library=$(find "$stage" -name libpavane.so)
 readelf -d "$library" | grep -q 'SONAME.*\[libpavane\.so\.0\]'
 PKG_CONFIG_PATH=$(dirname "$library")/pkgconfig
