@@ -27,6 +27,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapContours.h
     pavane/axes/ranges/AMnMxMCTransform.h
     pavane/axes/ranges/log_ticks.h
+    pavane/axes/ranges/RangeView.h
     pavane/axes/ranges/RectMinMaxTransform.h
     pavane/axes/ranges/time_ticks.h
     pavane/axes/ranges/TMinMax.h
@@ -34,6 +35,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/windows/AAreaTableWnd.h
     pavane/axes/windows/AAxisTrkSelWnd.h
     pavane/axes/windows/AAxisWnd.h
+    pavane/axes/windows/APlotWnd.h
     pavane/axes/windows/ATrackerToolBar.h
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
     pavane/axes/windows/AxisStatus.h
@@ -151,6 +153,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/maps/cells/simd_path.h
     pavane/axes/maps/ContouredGraph.h
     pavane/axes/maps/scale_ticks.h
+    pavane/axes/windows/PlotPicture.h
+    pavane/axes/windows/RubberBand.h
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
