@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/resources/resource_ids.h"
+#include "pavane/resources/plot_commands.h"
 #include "platform/menu_template.h"
 
 #include <iterator>
@@ -64,16 +64,16 @@ inline constexpr MenuItem fileItems[] = {
 };
 
 inline constexpr MenuItem editItems[] = {
-    {"&Undo\tCtrl+Z", ID_TRACK_UNDO, nullptr, 0},
-    {"&Redo\tCtrl+Shift+Z", ID_TRACK_REDO, nullptr, 0},
+    menuItemOf(ID_TRACK_UNDO),
+    menuItemOf(ID_TRACK_REDO),
     menuLine,
     {"Duplica&te areas\tCtrl+D", ID_TRACK_COPY, nullptr, 0},
     {"&Delete areas\tDel", idDelete, nullptr, 0},
-    {"Select &all\tCtrl+A", ID_SELECT_ALL, nullptr, 0},
-    {"C&lear all areas", ID_CLEAR_AREAS, nullptr, 0},
+    menuItemOf(ID_SELECT_ALL),
+    menuItemOf(ID_CLEAR_AREAS),
     menuLine,
-    {"&Insert vertex\tIns", ID_VERTEX_INSERT, nullptr, 0},
-    {"Delete &vertex", ID_VERTEX_DELETE, nullptr, 0},
+    menuItemOf(ID_VERTEX_INSERT),
+    menuItemOf(ID_VERTEX_DELETE),
     {"Area value&s\tF4", idValues, nullptr, 0},
     menuLine,
     {copyPictureText, ID_COPY_TO_CLIPBOARD, nullptr, 0},
@@ -89,8 +89,8 @@ inline constexpr MenuItem viewItems[] = {
     {"&Areas in pictures", idAreasInPictures, nullptr, 0},
     menuLine,
     {"Zoom &in\t+", idZoomIn, nullptr, 0},
-    {"Zoom &back\t7", ID_ZOOM_MINUS, nullptr, 0},
-    {"&Whole map\t0", ID_WHOLE_MAP, nullptr, 0},
+    menuItemOf(ID_ZOOM_MINUS),
+    menuItemOf(ID_WHOLE_MAP),
 };
 
 inline constexpr MenuItem helpItems[] = {

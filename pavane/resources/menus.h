@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/resources/resource_ids.h"
+#include "pavane/resources/plot_commands.h"
 #include "platform/menu_template.h"
 
 #include <iterator>
@@ -17,33 +17,30 @@ inline constexpr MenuItem copyMenu[] = {
 };
 
 inline constexpr MenuItem axisItems[] = {
-    {"&Undo\tCtrl+Z", ID_TRACK_UNDO},
-    {"&Redo\tCtrl+Shift+Z", ID_TRACK_REDO},
+    menuItemOf(ID_TRACK_UNDO),
+    menuItemOf(ID_TRACK_REDO),
     {},
-    {"C&lose area\tEnter", ID_CLOSE_AREA},
-    {"&Insert vertex\tIns", ID_VERTEX_INSERT},
-    {"Delete &vertex", ID_VERTEX_DELETE},
-    {"Du&plicate area\tCtrl+D", ID_TRACK_COPY},
-    {"&Delete area\tDel", ID_TRACK_DELETE},
-    {"Select &all areas\tCtrl+A", ID_SELECT_ALL},
+    menuItemOf(ID_CLOSE_AREA),
+    menuItemOf(ID_VERTEX_INSERT),
+    menuItemOf(ID_VERTEX_DELETE),
+    menuItemOf(ID_TRACK_COPY),
+    menuItemOf(ID_TRACK_DELETE),
+    menuItemOf(ID_SELECT_ALL),
     {},
-    {"Show &cells of areas\tM", ID_SHOW_CELLS},
-    {"Zoom &back", ID_ZOOM_MINUS},
-    {"&Whole map", ID_WHOLE_MAP},
+    menuItemOf(ID_SHOW_CELLS),
+    menuItemOf(ID_ZOOM_MINUS),
+    menuItemOf(ID_WHOLE_MAP),
     {},
-    {"Copy to Clipboard", ID_COPY_TO_CLIPBOARD},
-    {"Copy to BMP...", ID_COPY_TO_BMP},
+    menuItemOf(ID_COPY_TO_CLIPBOARD),
+    menuItemOf(ID_COPY_TO_BMP),
 };
 inline constexpr MenuItem axisMenu[] = {
     {"Axis", 0, axisItems, static_cast<int>(std::size(axisItems))},
 };
 
 inline constexpr MenuItem plotItems[] = {
-    {"Zoom &back\t7", ID_ZOOM_MINUS},
-    {"&Whole range\t0", ID_WHOLE_MAP},
-    {},
-    {"&Copy to Clipboard\tCtrl+C", ID_COPY_TO_CLIPBOARD},
-    {"Copy to &PNG...", ID_COPY_TO_BMP},
+    menuItemOf(ID_ZOOM_MINUS),        {"&Whole range\t0", ID_WHOLE_MAP}, {},
+    menuItemOf(ID_COPY_TO_CLIPBOARD), menuItemOf(ID_COPY_TO_BMP),
 };
 inline constexpr MenuItem plotMenu[] = {
     {"Plot", 0, plotItems, static_cast<int>(std::size(plotItems))},

@@ -63,6 +63,7 @@ public:
     /// Chooses a tool (ToolMode), in the toolbar too.
     void ChooseTool(int mode);
     int RunCommand(unsigned id) override;
+    /// The zoom factors count as commands that take the tool up.
     int IsCommandEnabled(unsigned id) const override;
 
     /// Whether a vertex of a polygon has the focus.
@@ -119,6 +120,7 @@ protected:
     int chooseCursor(unsigned hitArea, unsigned message) override;
     int takeKey(int key, bool shift, bool control) override;
     void menuAsked(CPoint point) override;
+    int isTime(CommandWhen when) const override;
 
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     void OnTimer(unsigned id) override;
@@ -127,7 +129,6 @@ private:
     void squareOut(CDC& dc, const CRect& rect);
     void invalidateCells();
     void tellOfLostSteps();
-    int takeControlKey(int key, bool shift);
     int moveByArrow(int key, bool shift, bool control);
     int walkHistory(int forward);
     void enableCommands();

@@ -2,8 +2,7 @@
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ABMapGraph.h"
 #include "pavane/axes/windows/AAxisWnd.h"
-#include "pavane/axes/windows/area_tools.h"
-#include "pavane/resources/resource_ids.h"
+#include "pavane/resources/plot_commands.h"
 #include "pavane/resources/tracker_messages.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
@@ -17,17 +16,18 @@ void AAxisWnd::ChooseTool(int mode)
 {
     const HWND self = GetSafeHwnd();
     trackers_->BeginMode(this, mode);
-    for (const AreaTool& tool : areaTools)
-        if (tool.mode == mode && (!self || CWnd::FromHandle(self) == this) && bar_)
-            bar_->SendMessage(TB_CHECKBUTTON, tool.command, 1);
+    const PlotCommand* const command = commandOfTool(mode);
+    if (command && (!self || CWnd::FromHandle(self) == this) && bar_)
+        bar_->SendMessage(TB_CHECKBUTTON, command->id, 1);
 }
 
 int AAxisWnd::RunCommand(unsigned id)
 {
     const CPoint asked = menuPoint();
     const CPoint* const at = asked.x >= 0 ? &asked : nullptr;
-    if (const AreaTool* const tool = toolOf(id))
-        return ChooseTool(tool->mode), 1;
+    const PlotCommand* const command = commandOf(id);
+    if (command && command->tool != PlotCommand::noTool)
+        return ChooseTool(command->tool), 1;
     if (id >= ID_ZOOM_1 && id <= ID_ZOOM_5) {
         trackers_->SetZoomScaleNo(static_cast<int>(id - ID_ZOOM_1));
         return ChooseTool(toolZoomIn), 1;
@@ -89,22 +89,6 @@ int AAxisWnd::moveByArrow(int key, bool shift, bool control)
     return (void)trackers_->MoveByValue(this, offset.x, offset.y), 1;
 }
 
-int AAxisWnd::takeControlKey(int key, bool shift)
-{
-    switch (key) {
-    case 'A':
-        return RunCommand(ID_SELECT_ALL);
-    case 'D':
-        return RunCommand(ID_TRACK_COPY);
-    case 'Y':
-        return RunCommand(ID_TRACK_REDO);
-    case 'Z':
-        return RunCommand(shift ? ID_TRACK_REDO : ID_TRACK_UNDO);
-    default:
-        return APlotWnd::takeKey(key, shift, true);
-    }
-}
-
 int AAxisWnd::takeKey(int key, bool shift, bool control)
 {
     switch (key) {
@@ -117,8 +101,6 @@ int AAxisWnd::takeKey(int key, bool shift, bool control)
         return moveByArrow(key, shift, control);
     case VK_DELETE:
         return DeleteFocused();
-    case VK_INSERT:
-        return (void)trackers_->InsertVertex(this), 1;
     case VK_RETURN:
         return trackers_->CloseArea(this) || trackers_->PlaceShape(this);
     case VK_ESCAPE:
@@ -127,14 +109,8 @@ int AAxisWnd::takeKey(int key, bool shift, bool control)
     default:
         break;
     }
-    if (control)
-        return takeControlKey(key, shift);
-    if (key == 'M')
-        return RunCommand(ID_SHOW_CELLS);
-    const int digit = key >= VK_NUMPAD0 ? key - VK_NUMPAD0 : key - '0';
-    const int first = 1;
-    if (digit >= first && digit < first + static_cast<int>(std::size(areaTools)))
-        return RunCommand(areaTools[digit - first].command);
+    if (control && key == 'Y')  // as other programs have it
+        return RunCommand(ID_TRACK_REDO);
     return APlotWnd::takeKey(key, shift, control);
 }
 

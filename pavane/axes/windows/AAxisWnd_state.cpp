@@ -1,13 +1,15 @@
 // What can be done with the areas of an axis window now, in menus and toolbar.
 #include "pavane/axes/windows/AAxisWnd.h"
-#include "pavane/axes/windows/area_tools.h"
+#include "pavane/resources/plot_commands.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/CMenu.h"
 #include "platform/controls.h"
 
+#include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pavane
 {
@@ -15,18 +17,20 @@ namespace pavane
 namespace
 {
 
-/// A word, the step that it is about ("Move of Area 3") in small letters, and what follows.
-CString stepText(const char* word, std::string_view label, const char* end)
+/// `text` with the step that it is about ("Move of Area 3"), in small letters, before `end`, where
+/// its key begins.
+CString withStep(const CString& text, std::string_view end, std::string_view step)
 {
-    CString text = word;
-    if (!label.empty()) {
-        text += ' ';
-        text += label;
-        char& first = text[text.size() - label.size()];
+    const std::size_t at = std::min(text.find(end), text.size());
+    CString whole = text.substr(0, at);
+    if (!step.empty()) {
+        whole += ' ';
+        whole += step;
+        char& first = whole[at + 1];
         if (first >= 'A' && first <= 'Z')
             first = static_cast<char>(first - 'A' + 'a');
     }
-    return text + end;
+    return whole + text.substr(at);
 }
 
 }  // namespace
@@ -45,12 +49,12 @@ void AAxisWnd::amMenuParse(CMenu* popup)
     for (CMenu::Line& line : popup->lines()) {
         if (line.id == ID_SHOW_CELLS)
             line.checked = showCells_;
-        else if (line.id == ID_TRACK_DELETE)  // the key takes a vertex that has the focus
-            line.text = IsVertexFocused() ? "&Delete area" : "&Delete area\tDel";
+        else if (line.id == ID_TRACK_DELETE && IsVertexFocused())  // the key takes the vertex
+            line.text = line.text.substr(0, line.text.find('\t'));
         else if (line.id == ID_TRACK_UNDO)
-            line.text = stepText("&Undo", trackers_->history().undoLabel(), "\tCtrl+Z");
+            line.text = withStep(line.text, "\t", trackers_->history().undoLabel());
         else if (line.id == ID_TRACK_REDO)
-            line.text = stepText("&Redo", trackers_->history().redoLabel(), "\tCtrl+Shift+Z");
+            line.text = withStep(line.text, "\t", trackers_->history().redoLabel());
     }
 }
 
@@ -66,31 +70,36 @@ int AAxisWnd::isPolygonAt(CPoint point) const
 
 int AAxisWnd::IsCommandEnabled(unsigned id) const
 {
-    const int selected = !trackers_->SelectedItems().empty();
-    const int working = trackers_->workingTracker() != nullptr;
-    switch (id) {
-    case ID_TRACK_UNDO:
-        return trackers_->CanUndo();
-    case ID_TRACK_REDO:
-        return trackers_->CanRedo();
-    case ID_TRACK_COPY:
-        return selected;
-    case ID_TRACK_DELETE:
-        return selected || working;
-    case ID_CLOSE_AREA:
-        return working;
-    case ID_VERTEX_INSERT:
-    case ID_VERTEX_DELETE:
-        return isPolygonAt(menuPoint());
-    case ID_SELECT_ALL:
-        return trackers_->trackerCount() > 0;
-    case ID_CLEAR_AREAS:
-        return trackers_->trackerCount() > 0 || working;
-    case ID_SHOW_CELLS:
+    return APlotWnd::IsCommandEnabled(id == std::clamp(id, ID_ZOOM_1, ID_ZOOM_5) ? ID_ZOOM_PLUS
+                                                                                 : id);
+}
+
+int AAxisWnd::isTime(CommandWhen when) const
+{
+    const int open = trackers_->workingTracker() != nullptr;
+    switch (when) {
+    case CommandWhen::hasPlot:
+        return GetPlot() != nullptr;
+    case CommandWhen::hasMap:
         return map_ != nullptr;
+    case CommandWhen::canUndo:
+        return trackers_->CanUndo();
+    case CommandWhen::canRedo:
+        return trackers_->CanRedo();
+    case CommandWhen::isSelected:
+        return !trackers_->SelectedItems().empty();
+    case CommandWhen::isSelectedOrOpen:
+        return open || !trackers_->SelectedItems().empty();
+    case CommandWhen::isOpen:
+        return open;
+    case CommandWhen::hasPolygonThere:
+        return isPolygonAt(menuPoint());
+    case CommandWhen::hasAreas:
+        return trackers_->trackerCount() > 0;
+    case CommandWhen::hasAreasOrOpen:
+        return open || trackers_->trackerCount() > 0;
     default:
-        return APlotWnd::IsCommandEnabled(id) ||
-               (GetPlot() && (toolOf(id) || (id >= ID_ZOOM_1 && id <= ID_ZOOM_5)));
+        return APlotWnd::isTime(when);
     }
 }
 
@@ -101,9 +110,9 @@ void AAxisWnd::enableCommands()
     for (const unsigned id : {ID_TRACK_UNDO, ID_TRACK_REDO, ID_WHOLE_MAP, ID_SHOW_CELLS})
         bar_->SendMessage(TB_ENABLEBUTTON, id, IsCommandEnabled(id));
     const EditHistory& history = trackers_->history();
-    (void)bar_->SetButtonTip(ID_TRACK_UNDO, stepText("Undo", history.undoLabel(), " (Ctrl+Z)"));
-    (void)bar_->SetButtonTip(ID_TRACK_REDO,
-                             stepText("Redo", history.redoLabel(), " (Ctrl+Shift+Z)"));
+    for (const auto& [id, step] : {std::pair(ID_TRACK_UNDO, history.undoLabel()),
+                                   std::pair(ID_TRACK_REDO, history.redoLabel())})
+        (void)bar_->SetButtonTip(id, withStep(commandOf(id)->tip, " (", step));
 }
 
 /// One step of undo or redo, and word of what it was.
@@ -114,7 +123,7 @@ int AAxisWnd::walkHistory(int forward)
     const HWND self = GetSafeHwnd();
     const int done = forward ? trackers_->Redo(this) : trackers_->Undo(this);
     if (done && CWnd::FromHandle(self) == this)
-        OnNotice(stepText(forward ? "Redone:" : "Undone:", label, ""));
+        OnNotice(withStep(forward ? "Redone:" : "Undone:", "\t", label));
     return 1;
 }
 

@@ -103,6 +103,17 @@ void APlotWnd::SetPlot(ABAxis* axis, int owned)
     ContentChanged();
 }
 
+void APlotWnd::DataChanged()
+{
+    if (!axis_)
+        return;
+    endDrags();
+    axis_->setMinMax(withPairs(axis_->getMinMax(), TMinMax()));
+    view_.forget();
+    plotCame();
+    ContentChanged();
+}
+
 void APlotWnd::ContentChanged()
 {
     picture_.changed();

@@ -6,6 +6,7 @@
 #include "pavane/axes/windows/RubberBand.h"
 #include "pavane/windows/ABWindow.h"
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -14,6 +15,7 @@ namespace pavane
 {
 
 class ABAxis;
+enum class CommandWhen : std::uint8_t;
 
 /// A window that shows an axis with its graphs: a curve, a histogram, a map, whatever the axis
 /// draws. AAxisWnd adds areas.
@@ -39,6 +41,9 @@ public:
 
     /// Palette, titles or graphs have changed: draws the content again.
     void ContentChanged();
+    /// The graphs have other points: shows all of them, and forgets the steps back. The range is
+    /// known after the next paint.
+    void DataChanged();
     /// Shows another range (RP, x and y pairs), without a step of the zoom history.
     void SetNewMinMax(const TMinMax& range);
     /// The range of everything that the axis shows, before any zoom; unset before the first paint.
@@ -99,7 +104,7 @@ protected:
     virtual void plotLaidOut();
     /// The content of the window was drawn, with so many pixels to a unit.
     virtual void contentDrawn(int ratio);
-    /// The axis goes, another is there (or null).
+    /// The axis goes; another is there (or null), or it has other data.
     virtual void plotGoes();
     virtual void plotCame();
     /// Another range is shown; before OnRangeChanged.
@@ -122,6 +127,8 @@ protected:
     virtual int takeKey(int key, bool shift, bool control);
     /// The context menu is asked for at a client point.
     virtual void menuAsked(CPoint point);
+    /// Whether the commands that wait for something have it; 0 for what this window never has.
+    virtual int isTime(CommandWhen when) const;
 
     // For heirs
     /// The pixels of the plot, those of its last values included.

@@ -1,5 +1,6 @@
 // Keys and commands of an axis window, and the pictures that they copy.
 #include "pavane/axes/windows/APlotWnd.h"
+#include "pavane/resources/plot_commands.h"
 #include "pavane/resources/window_messages.h"
 #include "pavane/windows/picture_export.h"
 #include "platform/CDialog.h"
@@ -45,14 +46,19 @@ void APlotWnd::amMenuParse(CMenu* popup)
 
 int APlotWnd::IsCommandEnabled(unsigned id) const
 {
-    switch (id) {
-    case ID_ZOOM_MINUS:
-        return canGoBack();
-    case ID_WHOLE_MAP:
-        return IsRangeZoomed();
-    case ID_COPY_TO_CLIPBOARD:
-    case ID_COPY_TO_BMP:
+    const PlotCommand* const command = commandOf(id);
+    return command && isTime(command->when);
+}
+
+int APlotWnd::isTime(CommandWhen when) const
+{
+    switch (when) {
+    case CommandWhen::always:
         return 1;
+    case CommandWhen::hasHistory:
+        return canGoBack();
+    case CommandWhen::isZoomed:
+        return IsRangeZoomed();
     default:
         return 0;
     }
@@ -81,7 +87,7 @@ int APlotWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
     return ABWindow::OnCommand(id, code, control);
 }
 
-int APlotWnd::takeKey(int key, bool, bool control)
+int APlotWnd::takeKey(int key, bool shift, bool control)
 {
     if (key == VK_ESCAPE) {
         const int used = pan_.going || band_.isGoing();
@@ -89,8 +95,10 @@ int APlotWnd::takeKey(int key, bool, bool control)
         dropBand();
         return used;
     }
+    if (const PlotCommand* const command = commandOfKey(key, shift, control))
+        return RunCommand(command->id);
     if (control)
-        return key == 'C' && RunCommand(ID_COPY_TO_CLIPBOARD);
+        return 0;
     switch (key) {
     case VK_SPACE:
         return spaceHeld_ = 1;
@@ -100,12 +108,6 @@ int APlotWnd::takeKey(int key, bool, bool control)
     case VK_SUBTRACT:
     case VK_OEM_MINUS:
         return ZoomAbout(plotRect().CenterPoint(), 1 / zoomOfKey), 1;
-    case '0':
-    case VK_NUMPAD0:
-        return RunCommand(ID_WHOLE_MAP);
-    case '7':
-    case VK_NUMPAD0 + 7:
-        return RunCommand(ID_ZOOM_MINUS);
     default:
         return 0;
     }

@@ -1,17 +1,10 @@
 #pragma once
 
+#include "pavane/resources/tools.h"
 #include "platform/controls.h"
 
 namespace pavane
 {
-
-/// Groups of buttons of the tracker toolbar; 0 stands for all of them.
-enum TrackerButtons : int {
-    trackerButtonsDraw = 1,  ///< arrow, rectangle, turned rectangle, ellipse, polygon
-    trackerButtonsEdit = 2,  ///< undo, redo, copy, delete
-    trackerButtonsZoom = 4,  ///< zoom in with its list of factors, zoom back, whole map
-    trackerButtonsCells = 8  ///< cells of the areas
-};
 
 /// The tools for marking areas. The commands are those of resource_ids.h; one of the tools is
 /// pressed at any time.

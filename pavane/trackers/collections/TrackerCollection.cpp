@@ -1,6 +1,6 @@
 #include "pavane/trackers/collections/TrackerCollection.h"
 
-#include "pavane/resources/resource_ids.h"
+#include "pavane/resources/plot_commands.h"
 #include "pavane/trackers/collections/collection_step.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "platform/controls.h"
@@ -240,16 +240,10 @@ void TrackerCollection::showCurrent(CWnd* window)
 /// The tool that undo brought back is checked in the toolbar.
 void TrackerCollection::showTool(CWnd* window)
 {
-    constexpr std::pair<int, unsigned> buttons[] = {{toolZoomIn, ID_ZOOM_PLUS},
-                                                    {toolRect, ID_TRACK_RECT},
-                                                    {toolRotateRect, ID_TRACK_ROTATE_RECT},
-                                                    {toolArea, ID_TRACK_AREA},
-                                                    {toolEllipse, ID_TRACK_ELLIPSE},
-                                                    {toolArrow, ID_TRACK_ARROW}};
     CWnd* const bar = GetToolBar(window);
-    for (const auto& [tool, id] : buttons)
-        if (bar && mode_ == tool)
-            (void)bar->SendMessage(TB_CHECKBUTTON, id, 1);
+    const PlotCommand* const command = commandOfTool(mode_);
+    if (bar && command)
+        (void)bar->SendMessage(TB_CHECKBUTTON, command->id, 1);
 }
 
 /// Makes tracker i current and active and the old one inactive; -1 leaves none.
