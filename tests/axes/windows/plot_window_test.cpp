@@ -123,6 +123,22 @@ TEST(PlotWindow, ShowsWhatLiesInARubberBandOfAnyAxis)
     }
 }
 
+TEST(PlotWindow, ShowsAllOfOtherData)
+{
+    double x[] = {0, 8}, y[] = {1, 2};
+    auto* const axis = new A2DAxis(1, 1, nullptr, 0);
+    new AGraphXYLine(axis, x, y, 2, nullptr, PS_SOLID, 1, 0, 0);
+    PlotWindow window(axis);
+    window.press(from, to);
+    window.mouse(WM_LBUTTONUP, to);
+    y[1] = 90;
+    window.DataChanged();
+    window.UpdateWindow();
+    EXPECT_GE(window.range().yMax, 90);
+    EXPECT_EQ(window.GetWholeRange(), window.range());
+    EXPECT_FALSE(window.IsCommandEnabled(ID_ZOOM_MINUS));
+}
+
 TEST(PlotWindow, GivesARubberBandUp)
 {
     std::unique_ptr<PlotWindow> window;
