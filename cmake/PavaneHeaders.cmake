@@ -158,6 +158,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
+    pavane/resources/tools.h
     pavane/trackers/areas/ActiveItems.h
     pavane/trackers/collections/TrackerArrayOf.h
     pavane/trackers/shapes/BoxIndex.h
