@@ -31,50 +31,51 @@ enum class CommandWhen : std::uint8_t {
 /// Held with the key of a command. Shift only tells two commands of one key apart.
 enum CommandKey : int { withControl = 1, withShift = 2 };
 
+/// The tool of commands that take none up.
+inline constexpr int noTool = -1;
+
 /// A command of windows that show plots and areas: whatever its menus, keys and buttons say of it.
 struct PlotCommand {
-    static constexpr int noTool = -1;
-
     unsigned id;
     CommandWhen when;
-    const char* text;  ///< of menus, as MenuItem has it
-    int key = 0;       ///< a capital letter, a digit or a VK_ code; 0 for none of its own
-    int held = 0;      ///< CommandKey
-    int buttons = 0;   ///< TrackerButtons group in the toolbar; 0 for no button
+    const char* text;   ///< of menus, as MenuItem has it
+    int key = 0;        ///< a capital letter, a digit or a VK_ code; 0 for none of its own
+    int held = 0;       ///< CommandKey
+    int buttons = 0;    ///< TrackerButtons group in the toolbar; 0 for no button
+    int tool = noTool;  ///< ToolMode that it takes up
     const char* const* icon = nullptr;
     const char* tip = nullptr;
-    int tool = noTool;  ///< ToolMode that it takes up
 };
 
 /// In the order of the toolbar.
 inline constexpr PlotCommand plotCommands[] = {
-    {ID_TRACK_ARROW, CommandWhen::hasPlot, "&Arrow\t1", '1', 0, trackerButtonsDraw, arrowIcon,
-     "Select and change areas (1)", toolArrow},
-    {ID_TRACK_RECT, CommandWhen::hasPlot, "&Rectangle\t2", '2', 0, trackerButtonsDraw, rectIcon,
-     "Draw a rectangle (2)", toolRect},
+    {ID_TRACK_ARROW, CommandWhen::hasPlot, "&Arrow\t1", '1', 0, trackerButtonsDraw, toolArrow,
+     arrowIcon, "Select and change areas (1)"},
+    {ID_TRACK_RECT, CommandWhen::hasPlot, "&Rectangle\t2", '2', 0, trackerButtonsDraw, toolRect,
+     rectIcon, "Draw a rectangle (2)"},
     {ID_TRACK_ROTATE_RECT, CommandWhen::hasPlot, "&Turned rectangle\t3", '3', 0, trackerButtonsDraw,
-     rotateRectIcon, "Draw a rectangle that can be turned (3)", toolRotateRect},
-    {ID_TRACK_ELLIPSE, CommandWhen::hasPlot, "&Ellipse\t4", '4', 0, trackerButtonsDraw, ellipseIcon,
-     "Draw an ellipse (4)", toolEllipse},
-    {ID_TRACK_AREA, CommandWhen::hasPlot, "&Polygon\t5", '5', 0, trackerButtonsDraw, areaIcon,
-     "Draw a polygon: click its corners, close it with a double click or Enter (5)", toolArea},
-    {ID_ZOOM_PLUS, CommandWhen::hasPlot, "&Zoom in\t6", '6', 0, trackerButtonsZoom, zoomInIcon,
-     "Zoom in where you click (6)", toolZoomIn},
-    {ID_ZOOM_MINUS, CommandWhen::hasHistory, "Zoom &back\t7", '7', 0, trackerButtonsZoom,
+     toolRotateRect, rotateRectIcon, "Draw a rectangle that can be turned (3)"},
+    {ID_TRACK_ELLIPSE, CommandWhen::hasPlot, "&Ellipse\t4", '4', 0, trackerButtonsDraw, toolEllipse,
+     ellipseIcon, "Draw an ellipse (4)"},
+    {ID_TRACK_AREA, CommandWhen::hasPlot, "&Polygon\t5", '5', 0, trackerButtonsDraw, toolArea,
+     areaIcon, "Draw a polygon: click its corners, close it with a double click or Enter (5)"},
+    {ID_ZOOM_PLUS, CommandWhen::hasPlot, "&Zoom in\t6", '6', 0, trackerButtonsZoom, toolZoomIn,
+     zoomInIcon, "Zoom in where you click (6)"},
+    {ID_ZOOM_MINUS, CommandWhen::hasHistory, "Zoom &back\t7", '7', 0, trackerButtonsZoom, noTool,
      zoomBackIcon, "Back to the view before (7)"},
-    {ID_WHOLE_MAP, CommandWhen::isZoomed, "&Whole map\t0", '0', 0, trackerButtonsZoom, wholeMapIcon,
-     "Show the whole map (0)"},
+    {ID_WHOLE_MAP, CommandWhen::isZoomed, "&Whole map\t0", '0', 0, trackerButtonsZoom, noTool,
+     wholeMapIcon, "Show the whole map (0)"},
     {ID_TRACK_UNDO, CommandWhen::canUndo, "&Undo\tCtrl+Z", 'Z', withControl, trackerButtonsEdit,
-     undoIcon, "Undo (Ctrl+Z)"},
+     noTool, undoIcon, "Undo (Ctrl+Z)"},
     {ID_TRACK_REDO, CommandWhen::canRedo, "&Redo\tCtrl+Shift+Z", 'Z', withControl | withShift,
-     trackerButtonsEdit, redoIcon, "Redo (Ctrl+Shift+Z)"},
+     trackerButtonsEdit, noTool, redoIcon, "Redo (Ctrl+Shift+Z)"},
     {ID_TRACK_COPY, CommandWhen::isSelected, "Du&plicate area\tCtrl+D", 'D', withControl,
-     trackerButtonsEdit, copyIcon, "Duplicate the area (Ctrl+D)"},
+     trackerButtonsEdit, noTool, copyIcon, "Duplicate the area (Ctrl+D)"},
     // the key is about a vertex that has the focus first
     {ID_TRACK_DELETE, CommandWhen::isSelectedOrOpen, "&Delete area\tDel", 0, 0, trackerButtonsEdit,
-     deleteIcon, "Delete the area (Del)"},
+     noTool, deleteIcon, "Delete the area (Del)"},
     {ID_SHOW_CELLS, CommandWhen::hasMap, "Show &cells of areas\tM", 'M', 0, trackerButtonsCells,
-     cellsIcon, "Show the cells that the areas hold (M)"},
+     noTool, cellsIcon, "Show the cells that the areas hold (M)"},
     {ID_SELECT_ALL, CommandWhen::hasAreas, "Select &all areas\tCtrl+A", 'A', withControl},
     {ID_CLEAR_AREAS, CommandWhen::hasAreasOrOpen, "C&lear all areas"},
     // the key places a shape when no polygon is open
@@ -98,7 +99,7 @@ constexpr const PlotCommand* commandOf(unsigned id)
 constexpr const PlotCommand* commandOfTool(int tool)
 {
     for (const PlotCommand& command : plotCommands)
-        if (command.tool == tool && tool != PlotCommand::noTool)
+        if (command.tool == tool && tool != noTool)
             return &command;
     return nullptr;
 }

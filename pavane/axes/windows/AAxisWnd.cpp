@@ -34,7 +34,12 @@ constexpr int leastPlotBesideBar = 60;
 
 }  // namespace
 
-AAxisWnd::AAxisWnd() : overlay_(std::make_unique<AreaOverlay>()) { SetTrackers(nullptr, 1); }
+AAxisWnd::AAxisWnd()
+    : trackers_(new ATrackerArrayInAxis), ownsTrackers_(1),
+      overlay_(std::make_unique<AreaOverlay>())
+{
+    trackers_->SetHost(this);
+}
 
 AAxisWnd::~AAxisWnd()
 {
@@ -99,12 +104,10 @@ void AAxisWnd::SetTrackers(ATrackerArrayInAxis* trackers, int owned)
     if (trackers && trackers == trackers_)
         return;
     endDrags();
-    if (trackers_) {
-        trackers_->SetHost(nullptr);
-        trackers_->SetAxis(nullptr);
-        if (ownsTrackers_)
-            delete trackers_;
-    }
+    trackers_->SetHost(nullptr);
+    trackers_->SetAxis(nullptr);
+    if (ownsTrackers_)
+        delete trackers_;
     trackers_ = trackers ? trackers : new ATrackerArrayInAxis;
     ownsTrackers_ = trackers ? owned : 1;
     trackers_->SetHost(this);

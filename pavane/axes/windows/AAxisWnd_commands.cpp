@@ -26,7 +26,7 @@ int AAxisWnd::RunCommand(unsigned id)
     const CPoint asked = menuPoint();
     const CPoint* const at = asked.x >= 0 ? &asked : nullptr;
     const PlotCommand* const command = commandOf(id);
-    if (command && command->tool != PlotCommand::noTool)
+    if (command && command->tool != noTool)
         return ChooseTool(command->tool), 1;
     if (id >= ID_ZOOM_1 && id <= ID_ZOOM_5) {
         trackers_->SetZoomScaleNo(static_cast<int>(id - ID_ZOOM_1));

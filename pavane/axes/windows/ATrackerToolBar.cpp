@@ -30,7 +30,7 @@ int ATrackerToolBar::SetupButtons(int which)
         made.rows = command.icon;
         made.rowCount = iconRows;
         made.checkable = command.when == CommandWhen::hasMap;
-        made.group = command.tool == PlotCommand::noTool ? 0 : toolGroup;
+        made.group = command.tool == noTool ? 0 : toolGroup;
         made.dropDown = command.tool == toolZoomIn;
         if (!AddButton(made))
             return 0;
@@ -46,7 +46,7 @@ void ATrackerToolBar::SetOwnerWnd(CWnd* owner, int enabled)
 {
     SetOwner(owner);
     for (const PlotCommand& command : plotCommands)
-        if (command.tool != PlotCommand::noTool)
+        if (command.tool != noTool)
             EnableButton(command.id, enabled != 0);
 }
 
