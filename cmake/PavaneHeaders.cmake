@@ -153,6 +153,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/maps/cells/simd_path.h
     pavane/axes/maps/ContouredGraph.h
     pavane/axes/maps/scale_ticks.h
+    pavane/axes/windows/PlotHooks.h
     pavane/axes/windows/PlotPicture.h
     pavane/axes/windows/RubberBand.h
     pavane/containers/item_io.h

@@ -1,6 +1,7 @@
 #include "pavane/axes/windows/APlotWnd.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/windows/plot_directions.h"
 #include "platform/messages.h"
 #include "platform/window_dc.h"
 
@@ -33,17 +34,11 @@ void APlotWnd::OnStatus(const AxisStatus&) {}
 void APlotWnd::OnRangeChanged() {}
 void APlotWnd::drawBeside(CDC&, const CRect&) {}
 void APlotWnd::drawIntoPicture(CDC&) {}
-void APlotWnd::plotLaidOut() {}
-void APlotWnd::contentDrawn(int) {}
-void APlotWnd::plotGoes() {}
-void APlotWnd::plotCame() {}
 int APlotWnd::isBare() const { return !band_.isGoing(); }
-
-PlotDirections APlotWnd::directions() const { return {axis_->getXDirect(), axis_->getYDirect()}; }
 
 int APlotWnd::IsRangeZoomed() const
 {
-    return axis_ && view_.isZoomed(axis_->getMinMax(), directions());
+    return axis_ && view_.isZoomed(axis_->getMinMax(), directionsOf(*axis_));
 }
 
 void APlotWnd::endGesture()

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/ranges/RangeView.h"
 #include "pavane/axes/windows/AxisStatus.h"
+#include "pavane/axes/windows/PlotHooks.h"
 #include "pavane/axes/windows/PlotPicture.h"
 #include "pavane/axes/windows/RubberBand.h"
 #include "pavane/windows/ABWindow.h"
@@ -27,7 +28,7 @@ enum class CommandWhen : std::uint8_t;
 /// the loss of the capture give it up. The wheel pans when zoomed, with Shift across, with Ctrl it
 /// zooms about the pointer; the middle button, or the left one while Space is held, drags the plot.
 /// Keys: 7 goes back to the range before, 0 to the whole, plus and minus zoom about the middle.
-class PAVANE_API APlotWnd : public ABWindow
+class PAVANE_API APlotWnd : public ABWindow, protected PlotHooks
 {
 public:
     APlotWnd();
@@ -90,7 +91,7 @@ protected:
         CRect beside;  ///< of what heirs put beside the plot
     };
 
-    // What heirs add. In this order; new ones go to the end.
+    // What heirs add beside PlotHooks. In this order; new ones go to the end.
     /// Lays the axis out in `rect`. With `steady`, for the window itself, the plot stands still
     /// under the pointer while the range is zoomed.
     virtual Parts layOut(CDC& dc, const CRect& rect, int steady);
@@ -100,17 +101,6 @@ protected:
     virtual void drawIntoPicture(CDC& dc);
     /// Non-zero while nothing lies over the content of the window.
     virtual int isBare() const;
-    /// The layout of the axis is that of the window, maybe another than before.
-    virtual void plotLaidOut();
-    /// The content of the window was drawn, with so many pixels to a unit.
-    virtual void contentDrawn(int ratio);
-    /// The axis goes; another is there (or null), or it has other data.
-    virtual void plotGoes();
-    virtual void plotCame();
-    /// Another range is shown; before OnRangeChanged.
-    virtual void rangeIsNew();
-    /// The size of a cell in data values, which a zoom keeps two of; 0 for none.
-    virtual APoint<double> cellStep() const;
     /// The zoom history. The base keeps one of its own.
     virtual void saveRange(const TMinMax& shown);
     virtual void goBack();
@@ -118,15 +108,9 @@ protected:
     /// The left button went down. Non-zero when that was all about the press; else the base window
     /// takes the capture. The base begins a rubber band.
     virtual int takePress(unsigned flags, CPoint point);
-    /// The outermost press has been followed to its end.
-    virtual void pressEnded();
     virtual void pointerMoved(unsigned flags, CPoint point);
-    /// Non-zero when it chose a cursor.
-    virtual int chooseCursor(unsigned hitArea, unsigned message);
     /// Non-zero when the key was one of this window's.
     virtual int takeKey(int key, bool shift, bool control);
-    /// The context menu is asked for at a client point.
-    virtual void menuAsked(CPoint point);
     /// Whether the commands that wait for something have it; 0 for what this window never has.
     virtual int isTime(CommandWhen when) const;
 
@@ -178,11 +162,9 @@ private:
         CPoint start;
         TMinMax range;
     };
-    PlotDirections directions() const;
     void keepMargins(CDC& dc, const CRect& rect);
     void drawContent(CDC& dc, const CRect& rect, int steady);
     void restoreLayout();
-    int freshPicture(CBitmap& picture);
     void dropAxis();
     void beginGesture();
     void endGesture();

@@ -33,6 +33,20 @@ void leaveForDialog(const CWnd& window)
         dialog->NextDlgCtrl();
 }
 
+/// A picture of the window's size and fineness; 0 without a size or memory.
+int drawNow(APlotWnd& window, CBitmap& picture)
+{
+    CRect client;
+    window.GetClientRect(client);
+    CClientDC screen(&window);
+    if (client.IsRectEmpty() ||
+        !picture.CreateCompatibleBitmap(screen, client.Width(), client.Height()))
+        return 0;
+    CMemoryDC memory(picture);
+    window.DrawPicture(memory, client);
+    return 1;
+}
+
 }  // namespace
 
 int APlotWnd::GetMenuID() { return IDR_PLOT_MENU; }
@@ -139,23 +153,10 @@ void APlotWnd::OnKillFocus(CWnd* next)
     ABWindow::OnKillFocus(next);
 }
 
-int APlotWnd::freshPicture(CBitmap& picture)
-{
-    CRect client;
-    GetClientRect(client);
-    CClientDC screen(this);
-    if (client.IsRectEmpty() ||
-        !picture.CreateCompatibleBitmap(screen, client.Width(), client.Height()))
-        return 0;
-    CMemoryDC memory(picture);
-    DrawPicture(memory, client);
-    return 1;
-}
-
 void APlotWnd::OnCopyToClipboard()
 {
     CBitmap picture;
-    int done = freshPicture(picture);
+    int done = drawNow(*this, picture);
     if (done) {
         CMemoryDC memory(picture);
         done = CopyToClipboard(this, memory, CRect(0, 0, picture.size().cx, picture.size().cy));
@@ -170,7 +171,7 @@ void APlotWnd::OnCopyToBMP()
     if (!AskPictureName(name))
         return;
     CBitmap picture;
-    int done = freshPicture(picture);
+    int done = drawNow(*this, picture);
     if (done) {
         CMemoryDC memory(picture);
         done = CopyToBMP(memory, CRect(0, 0, picture.size().cx, picture.size().cy), name);

@@ -15,10 +15,6 @@ constexpr double zoomOfNotch = 1.25;
 
 }  // namespace
 
-void APlotWnd::pressEnded() {}
-void APlotWnd::menuAsked(CPoint) {}
-int APlotWnd::chooseCursor(unsigned, unsigned) { return 0; }
-
 int APlotWnd::takePress(unsigned, CPoint point)
 {
     if (view_.isKnown())

@@ -1,6 +1,7 @@
 // What an axis window shows of its whole range, and how the user gets about in it.
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/windows/APlotWnd.h"
+#include "pavane/axes/windows/plot_directions.h"
 
 #include <algorithm>
 
@@ -17,8 +18,6 @@ constexpr double panOfNotch = 60;
 
 }  // namespace
 
-void APlotWnd::rangeIsNew() {}
-APoint<double> APlotWnd::cellStep() const { return {0, 0}; }
 void APlotWnd::saveRange(const TMinMax& shown) { view_.save(shown); }
 int APlotWnd::canGoBack() const { return view_.canGoBack(); }
 
@@ -61,7 +60,7 @@ void APlotWnd::ZoomAbout(CPoint pixel, double factor)
     const APoint<double> at{axis_->GPXtoRPX(std::clamp(pixel.x, plot.left, plot.right)),
                             axis_->GPYtoRPY(std::clamp(pixel.y, plot.top, plot.bottom))};
     TMinMax range;
-    if (!view_.zoomed(axis_->getMinMax(), at, factor, cellStep(), directions(), range))
+    if (!view_.zoomed(axis_->getMinMax(), at, factor, cellStep(), directionsOf(*axis_), range))
         return;
     beginGesture();
     const HWND self = GetSafeHwnd();
@@ -78,8 +77,9 @@ void APlotWnd::Pan(int dx, int dy)
         return;
     const CRect& plot = axis_->getGraphRect();
     const TMinMax& shown = axis_->getMinMax();
-    const TMinMax range = view_.shifted(shown, static_cast<double>(dx) / plot.Width(),
-                                        static_cast<double>(dy) / plot.Height(), directions());
+    const TMinMax range =
+        view_.shifted(shown, static_cast<double>(dx) / plot.Width(),
+                      static_cast<double>(dy) / plot.Height(), directionsOf(*axis_));
     if (samePairs(range, shown))
         return;
     beginGesture();
@@ -130,9 +130,9 @@ void APlotWnd::panTo(CPoint point)
     const CRect& plot = axis_->getGraphRect();
     if (plot.IsRectEmpty())
         return;
-    const TMinMax range =
-        view_.shifted(pan_.range, static_cast<double>(pan_.start.x - point.x) / plot.Width(),
-                      static_cast<double>(pan_.start.y - point.y) / plot.Height(), directions());
+    const TMinMax range = view_.shifted(
+        pan_.range, static_cast<double>(pan_.start.x - point.x) / plot.Width(),
+        static_cast<double>(pan_.start.y - point.y) / plot.Height(), directionsOf(*axis_));
     if (samePairs(range, axis_->getMinMax()))
         return;
     beginGesture();
@@ -149,7 +149,7 @@ void APlotWnd::showBand(const RubberBand& band)
     if (!view_.between(axis_->getMinMax(),
                        {axis_->GPXtoRPX(band.from().x), axis_->GPYtoRPY(band.from().y)},
                        {axis_->GPXtoRPX(band.to().x), axis_->GPYtoRPY(band.to().y)}, cellStep(),
-                       directions(), range))
+                       directionsOf(*axis_), range))
         return;
     endGesture();
     saveRange(axis_->getMinMax());
