@@ -1,11 +1,11 @@
 #include "pavane/trackers/AAreaTracker.h"
 
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
 #include "pavane/trackers/shapes/polygon_shape.h"
 #include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_drawing.h"
-#include "pavane/trackers/tracker_record.h"
 
 #include <new>
 
@@ -17,7 +17,7 @@ int AAreaTracker::Store(AFile& file) const { return ATracker::Store(file) && poi
 int AAreaTracker::Load(AFile& file)
 {
     AArray<CPoint> points;
-    if (!ATracker::Load(file) || !points.Load(file))
+    if (!ATracker::Load(file) || !loadVertices(file, points))
         return 0;
     points_ = points;
     return 1;

@@ -1,12 +1,12 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
 #include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/shapes/polygon_shape.h"
 #include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_drawing.h"
-#include "pavane/trackers/tracker_record.h"
 
 #include <new>
 
@@ -21,11 +21,8 @@ int ARPAreaTracker::Store(AFile& file) const
 int ARPAreaTracker::Load(AFile& file)
 {
     AArray<APoint<double>> points;
-    if (!ABTracker::Load(file) || !points.Load(file))
+    if (!ABTracker::Load(file) || !loadVertices(file, points))
         return 0;
-    for (int i = 0; i < points.count(); ++i)
-        if (!isFinite(points(i)))
-            return 0;
     points_ = points;
     return 1;
 }

@@ -3,6 +3,7 @@
 #include "pavane/trackers/shapes/AxisPixels.h"
 #include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/shapes/rect_handles.h"
+#include "pavane/trackers/shapes/shape_outline.h"
 
 #include <algorithm>
 #include <cmath>
@@ -19,20 +20,7 @@ ARPEllipseTracker* ARPEllipseTracker::Duplicate() const
 void ARPEllipseTracker::GetRPEllipsePoints(AArray<APoint<double>>& points,
                                            const ARect<double>& rect, double angle, int count)
 {
-    constexpr int usualCount = 720;
-    constexpr int mostPoints = 65536;
-    const int n = count < 1 ? usualCount : std::min(count, mostPoints);
-    points.GrowBy(n);
-    const APoint<double> centre = centreOf(rect);
-    const double a = std::abs(rect.right / 2 - rect.left / 2);
-    const double b = std::abs(rect.bottom / 2 - rect.top / 2);
-    const double c = std::cos(angle);
-    const double s = std::sin(angle);
-    for (int i = 0; i < points.count(); ++i) {
-        const double along = a * std::cos(2 * pi * i / n);
-        const double across = b * std::sin(2 * pi * i / n);
-        points(i) = {centre.x + along * c - across * s, centre.y + along * s + across * c};
-    }
+    ellipseOutline(rect, angle, count, points);
 }
 
 void ARPEllipseTracker::GetAreaPoints(AArray<APoint<double>>& points, int count) const

@@ -1,9 +1,10 @@
 #include "pavane/trackers/ARPRectTracker.h"
 
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
 #include "pavane/trackers/shapes/data_drags.h"
+#include "pavane/trackers/shapes/shape_outline.h"
 #include "pavane/trackers/tracker_drawing.h"
-#include "pavane/trackers/tracker_record.h"
 
 #include <algorithm>
 #include <new>
@@ -15,20 +16,18 @@ ARPRectTracker::ARPRectTracker() : minTrackSize_{2 * handleSize_, 2 * handleSize
 
 int ARPRectTracker::Store(AFile& file) const
 {
-    return ATracker::Store(file) && storeFields(file, rect_, minTrackSize_, allowInvert_);
+    return ATracker::Store(file) &&
+           RectFields<ARect<double>>{rect_, minTrackSize_, allowInvert_}.store(file);
 }
 
 int ARPRectTracker::Load(AFile& file)
 {
-    ARect<double> rect;
-    CSize least;
-    int allowInvert = 0;
-    if (!ABTracker::Load(file) || !loadFields(file, rect, least, allowInvert) || !isFinite(rect) ||
-        !plausibleLeast(least.cx) || !plausibleLeast(least.cy))
+    RectFields<ARect<double>> fields;
+    if (!ABTracker::Load(file) || !fields.load(file))
         return 0;
-    rect_ = rect;
-    minTrackSize_ = least;
-    allowInvert_ = allowInvert;
+    rect_ = fields.rect;
+    minTrackSize_ = fields.least;
+    allowInvert_ = fields.allowInvert;
     return 1;
 }
 
@@ -47,13 +46,7 @@ CRect ARPRectTracker::pixelRect() const { return AxisPixels(axis_).pixels(rect_)
 
 void ARPRectTracker::GetAreaPoints(AArray<APoint<double>>& points, int) const
 {
-    points.GrowBy(4);
-    if (points.count() < 4)
-        return;
-    points(0) = {rect_.left, rect_.top};
-    points(1) = {rect_.right, rect_.top};
-    points(2) = {rect_.right, rect_.bottom};
-    points(3) = {rect_.left, rect_.bottom};
+    rectOutline(rect_, points);
 }
 
 APoint<double> ARPRectTracker::GetCenter() const { return centreOf(rect_); }

@@ -1,10 +1,11 @@
 #include "pavane/trackers/ARPRotateRectTracker.h"
 
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
 #include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/shapes/polygon_shape.h"
+#include "pavane/trackers/shapes/shape_outline.h"
 #include "pavane/trackers/tracker_drawing.h"
-#include "pavane/trackers/tracker_record.h"
 
 #include <cmath>
 #include <new>
@@ -14,25 +15,20 @@ namespace pavane
 
 int ARPRotateRectTracker::Store(AFile& file) const
 {
-    return ATracker::Store(file) && storeFields(file, rect_, angle_, minSize_, angleStep_, word_);
+    return ATracker::Store(file) &&
+           TurnedFields<ARect<double>>{rect_, angle_, minSize_, angleStep_, word_}.store(file);
 }
 
 int ARPRotateRectTracker::Load(AFile& file)
 {
-    ARect<double> rect;
-    double angle = 0;
-    CSize least;
-    int step = 0;
-    std::uint32_t word = 0;
-    if (!ABTracker::Load(file) || !loadFields(file, rect, angle, least, step, word) ||
-        !isFinite(rect) || !plausibleAngle(angle) || !plausibleLeast(least.cx) ||
-        !plausibleLeast(least.cy) || !plausibleStep(step))
+    TurnedFields<ARect<double>> fields;
+    if (!ABTracker::Load(file) || !fields.load(file))
         return 0;
-    rect_ = rect;
-    angle_ = angle;
-    minSize_ = least;
-    angleStep_ = step;
-    word_ = word;
+    rect_ = fields.rect;
+    angle_ = fields.angle;
+    minSize_ = fields.least;
+    angleStep_ = fields.angleStep;
+    word_ = fields.word;
     return 1;
 }
 
@@ -55,11 +51,7 @@ void ARPRotateRectTracker::SetAngle(double angle)
 
 void ARPRotateRectTracker::GetAreaPoints(AArray<APoint<double>>& points, int) const
 {
-    APoint<double> handles[turnedHandleCount];
-    turnedHandles({rect_, angle_}, handles);
-    points.GrowBy(4);
-    for (int i = 0; i < points.count(); ++i)
-        points(i) = handles[i];
+    turnedOutline(rect_, angle_, points);
 }
 
 APoint<double> ARPRotateRectTracker::GetCenter() const { return centreOf(rect_); }

@@ -1,9 +1,9 @@
 #include "pavane/trackers/ARectTracker.h"
 
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
 #include "pavane/trackers/shapes/RectDrag.h"
 #include "pavane/trackers/tracker_drawing.h"
-#include "pavane/trackers/tracker_record.h"
 
 #include <algorithm>
 #include <new>
@@ -21,20 +21,18 @@ ARectTracker::ARectTracker(const CRect& rect, unsigned style) : ARectTracker()
 
 int ARectTracker::Store(AFile& file) const
 {
-    return ATracker::Store(file) && storeFields(file, rect_, minTrackSize_, allowInvert_);
+    return ATracker::Store(file) &&
+           RectFields<CRect>{rect_, minTrackSize_, allowInvert_}.store(file);
 }
 
 int ARectTracker::Load(AFile& file)
 {
-    CRect rect;
-    CSize least;
-    int allowInvert = 0;
-    if (!ATracker::Load(file) || !loadFields(file, rect, least, allowInvert) ||
-        !plausibleLeast(least.cx) || !plausibleLeast(least.cy))
+    RectFields<CRect> fields;
+    if (!ATracker::Load(file) || !fields.load(file))
         return 0;
-    rect_ = rect;
-    minTrackSize_ = least;
-    allowInvert_ = allowInvert;
+    rect_ = fields.rect;
+    minTrackSize_ = fields.least;
+    allowInvert_ = fields.allowInvert;
     return 1;
 }
 

@@ -1,11 +1,11 @@
 #include "pavane/trackers/ARotateRectTracker.h"
 
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
 #include "pavane/trackers/shapes/polygon_shape.h"
 #include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_drawing.h"
-#include "pavane/trackers/tracker_record.h"
 #include "tessel/rounding.h"
 
 #include <cmath>
@@ -16,23 +16,19 @@ namespace pavane
 
 int ARotateRectTracker::Store(AFile& file) const
 {
-    return ATracker::Store(file) && storeFields(file, rect_, angle_, minSize_, angleStep_);
+    return ATracker::Store(file) &&
+           TurnedFields<CRect>{rect_, angle_, minSize_, angleStep_, 0}.store(file);
 }
 
 int ARotateRectTracker::Load(AFile& file)
 {
-    CRect rect;
-    double angle = 0;
-    CSize least;
-    int step = 0;
-    if (!ATracker::Load(file) || !loadFields(file, rect, angle, least, step) ||
-        !plausibleAngle(angle) || !plausibleLeast(least.cx) || !plausibleLeast(least.cy) ||
-        !plausibleStep(step))
+    TurnedFields<CRect> fields;
+    if (!ATracker::Load(file) || !fields.load(file))
         return 0;
-    rect_ = rect;
-    angle_ = angle;
-    minSize_ = least;
-    angleStep_ = step;
+    rect_ = fields.rect;
+    angle_ = fields.angle;
+    minSize_ = fields.least;
+    angleStep_ = fields.angleStep;
     return 1;
 }
 

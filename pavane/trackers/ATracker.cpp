@@ -1,39 +1,31 @@
 #include "pavane/trackers/ATracker.h"
 
 #include "pavane/containers/MemoryFile.h"
+#include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/shapes/rect_handles.h"
-#include "pavane/trackers/tracker_record.h"
 
 #include <algorithm>
 
 namespace pavane
 {
 
-static_assert(sizeof(CRect) == 16 && sizeof(CPoint) == 8 && sizeof(CSize) == 8,
-              "rectangles and points are stored as they lie in memory");
-
 ATracker::ATracker() = default;
 ATracker::~ATracker() = default;
 
 int ATracker::Store(AFile& file) const
 {
-    // Deliberate: validRect goes out twice and Load reads both into the same field. The record is
-    // 56 bytes, and every derived record starts after it.
-    return storeFields(file, style_, handleSize_, validRect_, validRect_, clipRect_);
+    return RecordHead{style_, handleSize_, validRect_, clipRect_}.store(file);
 }
 
 int ATracker::Load(AFile& file)
 {
-    unsigned style = 0;
-    int handleSize = 0;
-    CRect valid;
-    CRect clip;
-    if (!loadFields(file, style, handleSize, valid, valid, clip) || !plausibleHandle(handleSize))
+    RecordHead head;
+    if (!head.load(file))
         return 0;
-    style_ = style;
-    handleSize_ = handleSize;
-    validRect_ = valid;
-    clipRect_ = clip;
+    style_ = head.style;
+    handleSize_ = head.handleSize;
+    validRect_ = head.valid;
+    clipRect_ = head.clip;
     return 1;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/containers/LifeWatch.h"
+#include "pavane/trackers/areas/tracker_style.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 
@@ -13,16 +14,6 @@ class AFile;
 class ATracker;
 class CDC;
 class CWnd;
-
-/// Style bits of a tracker; the low two bits are the line style, a non-zero value widens what has
-/// to be repainted by a pixel.
-enum TrackerStyle : unsigned {
-    trackerLineStyle = 0x03,
-    trackerHandles = 0x04,  ///< without it a hit anywhere in the shape counts as a move
-    trackerActive = 0x20,
-    trackerReady = 0x40,  ///< area trackers: the polygon is closed
-    trackerNew = 0x2D
-};
 
 /// How a drag came to its end.
 enum class DragEnd {
@@ -160,7 +151,7 @@ protected:
     }
 
     unsigned style_ = trackerNew;
-    int handleSize_ = 6;
+    int handleSize_ = newHandleSize;
     CRect validRect_;
     CRect clipRect_;
     int finished_ = 0;
