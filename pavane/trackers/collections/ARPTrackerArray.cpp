@@ -65,12 +65,12 @@ int ARPTrackerArray::GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
 
 int ARPTrackerArray::Store(AFile& file) const
 {
-    return storeItem(file, std::int32_t{curItem_}) && storeTrackers(file, *this);
+    return storeItem(file, std::int32_t{GetCurItemNo()}) && storeTrackers(file, *this);
 }
 
 int ARPTrackerArray::StoreKept(AFile& file) const
 {
-    return storeItem(file, std::int32_t{curItem_}) && storeKeptTrackers(file, *this);
+    return storeItem(file, std::int32_t{GetCurItemNo()}) && storeKeptTrackers(file, *this);
 }
 
 int ARPTrackerArray::Load(AFile& file)

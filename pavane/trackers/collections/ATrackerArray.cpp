@@ -92,7 +92,7 @@ int ATrackerArray::GetAreaCells(int i, AArray<CPoint>& cells, int nx, int ny,
 
 int ATrackerArray::Store(AFile& file) const
 {
-    return storeItem(file, std::int32_t{curItem_}) && storeMapping(file, mapping_) &&
+    return storeItem(file, std::int32_t{GetCurItemNo()}) && storeMapping(file, mapping_) &&
            storeTrackers(file, *this);
 }
 

@@ -49,7 +49,7 @@ public:
         return *this;
     }
     /// The current tracker, null for none.
-    T* GetCurItem() const { return static_cast<T*>(trackerAt(curItem_)); }
+    T* GetCurItem() const { return static_cast<T*>(trackerAt(this->GetCurItemNo())); }
     /// Deletes n trackers from `first` on, or all that there are from there. Returns how many are
     /// left.
     int DeleteItems(int first, int n) { return removeItems(first, n); }

@@ -1,7 +1,7 @@
 #include "pavane/trackers/collections/TrackerCollection.h"
 
 #include "pavane/resources/plot_commands.h"
-#include "pavane/trackers/collections/collection_step.h"
+#include "pavane/trackers/areas/StepLabel.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "platform/controls.h"
 
@@ -35,14 +35,7 @@ int TrackerCollection::IndexOf(const ATracker* tracker) const
     return -1;
 }
 
-void TrackerCollection::SetItemActive(int i, int on)
-{
-    ATracker* const tracker = trackerAt(i);
-    if (!tracker)
-        return;
-    tracker->SetActive(on);
-    active_.note(i, on);
-}
+void TrackerCollection::SetItemActive(int i, int on) { edits_.setActive(i, on); }
 
 int TrackerCollection::GetZoomScaleNo() const
 {
@@ -66,7 +59,7 @@ void TrackerCollection::BeginMode(CWnd* window, int mode)
 {
     const int dropped = workingTracker() != nullptr;
     {
-        Step step(*this, dropped ? StepLabel("Dropping", -1).text() : nullptr);
+        const Step step(edits_, dropped ? StepLabel("Dropping", -1).text() : nullptr);
         if (dropped)
             changeWorking(nullptr);
         setMode(mode);
@@ -125,7 +118,7 @@ void TrackerCollection::FillAreasCB(CWnd* owner)
     fillList(owner);
     for (int i = 0; i < trackerCount(); ++i)
         if (trackerAt(i)->IsActive())
-            curItem_ = i;
+            edits_.setCurrent(i);
     showCurrent(owner);
 }
 
@@ -135,7 +128,7 @@ void TrackerCollection::EndWorking()
     int told = workingTracker() != nullptr;
     endDrag();
     {
-        Step step(*this, StepLabel("Dropping", -1).text());
+        const Step step(edits_, StepLabel("Dropping", -1).text());
         changeWorking(nullptr);
     }
     zoomHistory_.Free();
@@ -230,11 +223,11 @@ void TrackerCollection::fillList(CWnd* window)
 
 void TrackerCollection::showCurrent(CWnd* window)
 {
-    const ATracker* const current = trackerAt(curItem_);
+    const ATracker* const current = trackerAt(edits_.current());
     const int on = current && current->IsActive();
     if (CComboBox* const list = GetComboBox(window))
-        (void)list->SetCurSel(on ? curItem_ : -1);
-    enableAreaCommands(window, on || workingTracker() || !selected_.empty());
+        (void)list->SetCurSel(on ? edits_.current() : -1);
+    enableAreaCommands(window, on || workingTracker() || edits_.selectionCount() > 0);
 }
 
 /// The tool that undo brought back is checked in the toolbar.
@@ -249,14 +242,9 @@ void TrackerCollection::showTool(CWnd* window)
 /// Makes tracker i current and active and the old one inactive; -1 leaves none.
 void TrackerCollection::makeCurrent(int i)
 {
-    if (curItem_ != i) {
-        SetItemActive(curItem_, 0);
-        history_.endSeries();
-        if (focusItem_ != i)  // keys go to the area that shows its handles
-            focusItem_ = focusHandle_ = -1;
-    }
-    curItem_ = i;
-    SetItemActive(i, 1);
+    if (edits_.current() != i && focusItem_ != i)  // keys go to the area that shows its handles
+        focusItem_ = focusHandle_ = -1;
+    edits_.makeCurrent(i);
 }
 
 /// The area with the focus may have become another shape, with fewer handles, or have gone.
@@ -275,7 +263,7 @@ void TrackerCollection::fitFocus()
 void TrackerCollection::changed(CWnd* window)
 {
     fitFocus();
-    if (depth_ > 0)
+    if (edits_.isInStep())
         return;  // the end of the step tells
     const LifeWatch self(life_);
     const HWND handle = window ? window->GetSafeHwnd() : 0;

@@ -2,8 +2,7 @@
 
 #include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/containers/AArray.h"
-#include "pavane/history/EditHistory.h"
-#include "pavane/trackers/areas/ActiveItems.h"
+#include "pavane/trackers/areas/AreaEdits.h"
 #include "pavane/trackers/ATracker.h"
 #include "pavane/trackers/collections/tool_modes.h"
 #include "pavane/trackers/shapes/BoxIndex.h"
@@ -19,7 +18,6 @@
 #include <string>
 #include <string_view>
 #include <typeindex>
-#include <unordered_set>
 #include <vector>
 
 namespace pavane
@@ -42,7 +40,7 @@ struct LoadReport;
 ///
 /// A handler that runs during a drag may load, clear, delete or destroy the collection: the drag
 /// ends. Undo and redo wait for its end.
-class PAVANE_API TrackerCollection : public TrackerListener, private EditTarget
+class PAVANE_API TrackerCollection : public TrackerListener
 {
 public:
     TrackerCollection();
@@ -58,8 +56,8 @@ public:
     virtual ATracker* workingTracker() const = 0;
     /// Index of a tracker, -1 when it is none of this collection.
     int IndexOf(const ATracker* tracker) const;
-    int GetCurItemNo() const { return curItem_; }
-    void SetCurItemNo(int i) { curItem_ = i; }
+    int GetCurItemNo() const { return edits_.current(); }
+    void SetCurItemNo(int i) { edits_.setCurrent(i); }
     void SetItemActive(int i, int on);
 
     // Zoom steps
@@ -142,20 +140,20 @@ public:
     /// One step each; 0 when there is none, or during a drag.
     int Undo(CWnd* window);
     int Redo(CWnd* window);
-    int CanUndo() const { return history_.canUndo() && !dragged_; }
-    int CanRedo() const { return history_.canRedo() && !dragged_; }
+    int CanUndo() const { return history().canUndo() && !dragged_; }
+    int CanRedo() const { return history().canRedo() && !dragged_; }
     /// Steps, labels and their memory.
-    const EditHistory& history() const { return history_; }
-    EditHistory& history() { return history_; }
+    const EditHistory& history() const { return edits_.history(); }
+    EditHistory& history() { return edits_.history(); }
     /// Non-zero unless the areas are those of the last SetSaved (at first: the empty collection).
-    int IsModified() const { return history_.isModified(); }
-    void SetSaved() { history_.markSaved(); }
+    int IsModified() const { return history().isModified(); }
+    void SetSaved() { history().markSaved(); }
     /// All edits until EndEdits are one step. Calls nest; the outermost label counts.
     void BeginEdits(std::string_view label);
     void EndEdits(CWnd* window);
     /// Edits that the user may still cancel begin; Undo goes no further back until EndTrial.
-    void BeginTrial() { history_.beginTrial(); }
-    void EndTrial() { history_.endTrial(); }
+    void BeginTrial() { history().beginTrial(); }
+    void EndTrial() { history().endTrial(); }
     /// Takes back all edits of the trial and their steps, and ends it; a drag ends before. 0 when
     /// steps had been given up: the areas may be any then.
     int DropTrial(CWnd* window);
@@ -293,7 +291,6 @@ protected:
     ATracker* drawnTracker() const { return drawn_; }
 
     int zoomScale_ = zoomFactors[0];
-    int curItem_ = -1;
     int mode_ = toolArrow;
     int deadZone_ = 0;
     int clickSelects_ = 0;
@@ -307,7 +304,27 @@ protected:
     PixelSteps pixelSteps_;
 
 private:
-    class Step;
+    using Step = AreaEdits::Step;
+    /// The trackers as edits know them.
+    class Items final : public AreaItems
+    {
+    public:
+        explicit Items(TrackerCollection& of) : of_(of) {}
+        int count() const override { return of_.trackerCount(); }
+        int kindOf(int i) override;
+        int isOfKind(int i, int kind) const override;
+        std::string recordOf(int i) const override;
+        int isActive(int i) const override;
+        void setActive(int i, int on) override;
+        int insert(int i, int kind, std::string_view record) override;
+        void remove(int i) override;
+        int replace(int i, int kind, std::string_view record) override;
+        int setOpen(int kind, std::string_view record) override;
+        int setState(int which, std::string_view bytes) override;
+
+    private:
+        TrackerCollection& of_;
+    };
     /// What a record needs to become a tracker again.
     struct Kind {
         std::type_index type;
@@ -316,22 +333,16 @@ private:
         std::shared_ptr<const ATracker> model;  ///< of classes that their name alone does not make
     };
 
-    // EditTarget
-    int applyEdit(const EditChange& change) override;
-    int applySelection(const EditSelection& selection) override;
-
     // Recording (collection_undo.cpp)
-    EditSelection selectionNow() const { return {curItem_, active_.unusual()}; }
     int kindCode(const ATracker& tracker);
     std::string recordOf(const ATracker& tracker, int i) const;
     ATracker* makeFromRecord(int kind, std::string_view record);
     int setRecord(ATracker& tracker, int kind, std::string_view record);
-    int isOfKind(int i, int kind) const;
-    int placeItem(int i, ATracker* tracker, int usual);
+    int putItem(int i, ATracker* tracker);
     void dropItem(int i);
+    int placeItem(int i, ATracker* tracker, int usual);
     void giveUp(ATracker* tracker);
     int insertItem(int i, ATracker* tracker, int usual);
-    void noteInsert(int i);
     void eraseItem(int i);
     void eraseItems(int first, int n);
     void tellOfEdit();
@@ -341,7 +352,6 @@ private:
     void noteMapping(const std::string& before);
     void setMode(int mode);
     int walk(CWnd* window, const std::function<int()>& step);
-    void selectCameBack(std::size_t fewest);
 
     // Presses (collection_press.cpp)
     enum class DragResult { gone, refused, kept };
@@ -392,13 +402,9 @@ private:
     int stepFocus(CWnd* window, int direction);
     int polygonForVertices(ShapeValues& shape) const;
 
-    EditHistory history_;
-    int depth_ = 0;  ///< of BeginEdits
+    Items items_{*this};
+    AreaEdits edits_{items_};
     std::vector<Kind> kinds_;
-    ActiveItems active_;
-    std::unordered_set<const ATracker*> selected_;
-    std::vector<const ATracker*> cameBack_;  ///< by the step that is undone
-    int wentAway_ = 0;                       ///< it took areas too
     int focusItem_ = -1;
     int focusHandle_ = -1;
     int passedItem_ = -1;  ///< the current area when the focus went past the ends

@@ -132,8 +132,8 @@ void TrackerCollection::Draw(CDC* dc, CWnd* window)
         const int i = found.data()[k];
         ATracker& tracker = *trackerAt(i);
         const int active = tracker.IsActive();
-        const int marked = found.count() > mostWithHandles ? active && i == curItem_
-                                                           : active || selected_.contains(&tracker);
+        const int marked = found.count() > mostWithHandles ? active && i == edits_.current()
+                                                           : active || IsSelected(i);
         tracker.SetActive(marked);
         tracker.Draw(dc, window);
         tracker.SetActive(active);
@@ -239,7 +239,7 @@ int TrackerCollection::OnSetCursor(CWnd* window, unsigned hitArea, unsigned mess
         return 1;
     }
     ATracker* const working = workingTracker();
-    ATracker* const tracker = working ? working : trackerAt(curItem_);
+    ATracker* const tracker = working ? working : trackerAt(edits_.current());
     return tracker && tracker->SetCursor(window, hitArea);
 }
 

@@ -1,7 +1,8 @@
 // Edits of a collection as a whole: adding, deleting, copying, selecting.
 
+#include "pavane/trackers/areas/StepLabel.h"
 #include "pavane/trackers/collections/collection_file.h"
-#include "pavane/trackers/collections/collection_step.h"
+#include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
 #include "platform/CWnd.h"
@@ -25,12 +26,12 @@ int TrackerCollection::addItem(int i, ATracker* tracker, int makeCurrent)
     if (!tracker || i < 0 || i > trackerCount())
         return -1;
     {
-        Step step(*this, StepLabel("Addition", i).text());
+        const Step step(edits_, StepLabel("Addition", i).text());
         if (!placeItem(i, tracker, tracker->IsActive()))
             return -1;
-        noteInsert(i);
+        edits_.noteInsert(i);
         if (makeCurrent)
-            curItem_ = i;
+            edits_.setCurrent(i);
     }
     tellOfEdit();
     return i;
@@ -41,7 +42,7 @@ void TrackerCollection::appendItems(int n, const std::function<ATracker*(int)>& 
     {
         // as many as there will be, the first of them by its number when it is alone
         const std::vector<int> items(static_cast<std::size_t>(std::max(n, 0)), trackerCount());
-        Step step(*this, StepLabel("Addition", items).text());
+        const Step step(edits_, StepLabel("Addition", items).text());
         for (int i = 0; i < n; ++i)
             if (ATracker* const added = tracker(i))
                 (void)insertItem(trackerCount(), added, added->IsActive());
@@ -64,7 +65,7 @@ void TrackerCollection::eraseItems(int first, int n)
     std::vector<int> items;
     for (int i = std::max(first, 0); i < end; ++i)
         items.push_back(i);
-    Step step(*this, StepLabel("Deletion", items).text());
+    const Step step(edits_, StepLabel("Deletion", items).text());
     for (int i = end; i-- > std::max(first, 0);)
         eraseItem(i);
 }
@@ -73,7 +74,7 @@ void TrackerCollection::eraseItems(int first, int n)
 void TrackerCollection::tellOfEdit()
 {
     fitFocus();
-    if (depth_ == 0)
+    if (!edits_.isInStep())
         OnChanged();
 }
 
@@ -94,7 +95,7 @@ int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
         file, [this](const CString& name) { return makeTrackerOfClass(name); }, trackers, report);
     endDrag();
     {
-        Step step(*this, "Loading of areas");
+        const Step step(edits_, "Loading of areas");
         eraseItems(0, trackerCount());
         changeWorking(nullptr);
         if (drawn_)
@@ -104,7 +105,7 @@ int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
         noteMapping(mapping);
         for (ATracker* const tracker : trackers)
             (void)insertItem(trackerCount(), tracker, tracker->IsActive());
-        curItem_ = current >= 0 && current < trackerCount() ? current : -1;
+        edits_.setCurrent(current >= 0 && current < trackerCount() ? current : -1);
         zoomHistory_.Free();
         hovering_ = 0;
     }
@@ -115,7 +116,7 @@ int TrackerCollection::loadItems(AFile& file, int current, LoadReport& report,
 void TrackerCollection::Clear(CWnd* window)
 {
     {
-        Step step(*this, "Clearing of all areas");
+        const Step step(edits_, "Clearing of all areas");
         eraseItems(0, trackerCount());
         changeWorking(nullptr);
     }
@@ -129,7 +130,7 @@ int TrackerCollection::DelteTracker(CWnd* window)
     if (workingTracker()) {
         const int mode = mode_;
         {
-            Step step(*this, StepLabel("Deletion", -1).text());
+            const Step step(edits_, StepLabel("Deletion", -1).text());
             changeWorking(nullptr);
             if (mode & toolArea)
                 setMode(toolArrow);
@@ -145,7 +146,7 @@ int TrackerCollection::DelteTracker(CWnd* window)
     if (items.empty())
         return 0;
     {
-        Step step(*this, StepLabel("Deletion", items).text());
+        const Step step(edits_, StepLabel("Deletion", items).text());
         for (auto item = items.rbegin(); item != items.rend(); ++item)
             eraseItem(*item);
     }
@@ -160,15 +161,15 @@ int TrackerCollection::CopyTracker(CWnd* window)
         return 0;
     const int before = trackerCount();
     {
-        Step step(*this, StepLabel("Copy", items).text());
+        const Step step(edits_, StepLabel("Copy", items).text());
         for (const int i : items)
             (void)copyItem(window, i);
         if (trackerCount() > before)
             makeCurrent(trackerCount() - 1);
-        selected_.clear();
+        edits_.clearSelection();
         if (items.size() > 1)
             for (int i = before; i < trackerCount(); ++i)
-                (void)selected_.insert(trackerAt(i));
+                edits_.select(i, 1);
     }
     changed(window);
     return trackerCount() > before;
@@ -196,58 +197,36 @@ int TrackerCollection::copyItem(CWnd* window, int i)
     return insertItem(trackerCount(), copy.release(), 0);
 }
 
-std::vector<int> TrackerCollection::SelectedItems() const
-{
-    std::vector<int> items;
-    if (selected_.empty()) {
-        const ATracker* const current = trackerAt(curItem_);
-        if (current && current->IsActive())
-            items.push_back(curItem_);
-        return items;
-    }
-    for (int i = 0; i < trackerCount() && items.size() < selected_.size(); ++i)
-        if (selected_.contains(trackerAt(i)))
-            items.push_back(i);
-    return items;
-}
+std::vector<int> TrackerCollection::SelectedItems() const { return edits_.selected(); }
 
-int TrackerCollection::IsSelected(int i) const
-{
-    const ATracker* const tracker = trackerAt(i);
-    return tracker && selected_.contains(tracker);
-}
+int TrackerCollection::IsSelected(int i) const { return edits_.isSelected(i); }
 
 void TrackerCollection::SelectItem(CWnd* window, int i, int on)
 {
-    ATracker* const tracker = trackerAt(i);
-    if (!tracker)
+    if (!trackerAt(i))
         return;
-    if (on) {
-        (void)selected_.insert(tracker);
+    edits_.select(i, on);
+    if (on)
         makeCurrent(i);
-    } else {
-        (void)selected_.erase(tracker);
-        if (i == curItem_)
-            SetItemActive(i, 0);
-    }
+    else if (i == edits_.current())
+        edits_.setActive(i, 0);
     changed(window);
 }
 
 void TrackerCollection::SelectAll(CWnd* window)
 {
-    for (int i = 0; i < trackerCount(); ++i)
-        (void)selected_.insert(trackerAt(i));
-    if (curItem_ < 0)
-        curItem_ = trackerCount() - 1;
+    edits_.selectAll();
+    if (edits_.current() < 0)
+        edits_.setCurrent(trackerCount() - 1);
     changed(window);
 }
 
 void TrackerCollection::ClearSelection(CWnd* window)
 {
-    selected_.clear();
+    edits_.clearSelection();
     focusItem_ = focusHandle_ = -1;
-    if (const ATracker* const current = trackerAt(curItem_); current && current->IsActive())
-        SetItemActive(curItem_, 0);
+    if (const ATracker* const current = trackerAt(edits_.current()); current && current->IsActive())
+        SetItemActive(edits_.current(), 0);
     changed(window);
 }
 

@@ -1,6 +1,7 @@
 // The keyboard's way through a collection: focus, moves, vertices, leaving.
 
-#include "pavane/trackers/collections/collection_step.h"
+#include "pavane/trackers/areas/StepLabel.h"
+#include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/shapes/RectDrag.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
@@ -53,9 +54,9 @@ int TrackerCollection::stepFocus(CWnd* window, int direction)
     };
     int item = focusItem_;
     int handle = focusHandle_ + direction;
-    const ATracker* const current = trackerAt(curItem_);
-    if (item < 0 && current && current->IsActive() && curItem_ != passedItem_) {
-        item = curItem_;
+    const ATracker* const current = trackerAt(edits_.current());
+    if (item < 0 && current && current->IsActive() && edits_.current() != passedItem_) {
+        item = edits_.current();
         handle = -1;
     } else if (item < 0) {
         item = direction > 0 ? 0 : trackerCount() - 1;
@@ -71,7 +72,7 @@ int TrackerCollection::stepFocus(CWnd* window, int direction)
     const LifeWatch self(life_);
     SetFocusAt(window, there ? item : -1, there ? handle : -1);
     if (self.alive())
-        passedItem_ = there ? -1 : curItem_;
+        passedItem_ = there ? -1 : edits_.current();
     return there;
 }
 
@@ -81,11 +82,11 @@ void TrackerCollection::SetFocusAt(CWnd* window, int item, int handle)
     const int there = GetShape(item, shape);
     focusItem_ = there ? item : -1;
     focusHandle_ = there ? std::clamp(handle, -1, handleCount(shape) - 1) : -1;
-    history_.endSeries();
+    edits_.history().endSeries();
     pixelSteps_.reset();
     if (there) {
         if (!IsSelected(item))
-            selected_.clear();
+            edits_.clearSelection();
         makeCurrent(item);
     }
     changed(window);
@@ -151,7 +152,7 @@ int TrackerCollection::moveShapes(CWnd* window, const std::vector<int>& items,
     if (offset == APoint<double>{})
         return 0;
     {
-        Step step(*this, label, keySeries(items, -1));
+        const Step step(edits_, label, keySeries(items, -1));
         for (const int i : items) {
             ATracker& tracker = *trackerAt(i);
             const std::string before = recordOf(tracker, i);
@@ -190,7 +191,7 @@ int TrackerCollection::moveFocusedHandle(CWnd* window, APoint<double> offset)
                               : turns ? "Turn"
                                       : "Resizing",
                               focusItem_);
-        Step step(*this, label.text(), keySeries({focusItem_}, focusHandle_));
+        const Step step(edits_, label.text(), keySeries({focusItem_}, focusHandle_));
         noteChange(focusItem_, before);
     }
     changed(window);
@@ -200,7 +201,8 @@ int TrackerCollection::moveFocusedHandle(CWnd* window, APoint<double> offset)
 /// The current area's vertices, or 0.
 int TrackerCollection::polygonForVertices(ShapeValues& shape) const
 {
-    return GetShape(curItem_, shape) && shape.kind == ShapeValues::Kind::polygon && !dragged_;
+    return GetShape(edits_.current(), shape) && shape.kind == ShapeValues::Kind::polygon &&
+           !dragged_;
 }
 
 int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
@@ -211,7 +213,7 @@ int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
     const int n = static_cast<int>(shape.points.size());
     const auto vertex = [&](int i) { return shape.points[static_cast<std::size_t>(i % n)]; };
     // a host may have changed the shape by itself
-    const int focused = focusItem_ == curItem_;
+    const int focused = focusItem_ == edits_.current();
     int edge = focused && focusHandle_ >= 0 ? std::min(focusHandle_, n - 1) : n - 1;
     double along = 0.5;
     if (at) {
@@ -232,11 +234,11 @@ int TrackerCollection::InsertVertex(CWnd* window, const CPoint* at)
     const APoint<double> added{a.x + along * (b.x - a.x), a.y + along * (b.y - a.y)};
     shape.points.insert(shape.points.begin() + edge + 1, added);
     const LifeWatch self(life_);
-    if (!ChangeTracker(nullptr, curItem_, StepLabel("New vertex", curItem_).text(),
+    if (!ChangeTracker(nullptr, edits_.current(), StepLabel("New vertex", edits_.current()).text(),
                        [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
         !self.alive())
         return 0;
-    if (focused && focusItem_ == curItem_) {
+    if (focused && focusItem_ == edits_.current()) {
         focusHandle_ = edge + 1;
         fitFocus();  // handlers may have gone on
     }
@@ -249,16 +251,17 @@ int TrackerCollection::DeleteVertex(CWnd* window, const CPoint* at)
     ShapeValues shape;
     if (!polygonForVertices(shape) || static_cast<int>(shape.points.size()) <= fewestVertices)
         return 0;
-    int vertex = focusItem_ == curItem_ ? focusHandle_ : -1;
+    int vertex = focusItem_ == edits_.current() ? focusHandle_ : -1;
     if (at) {
         constexpr int firstVertexCode = 2;
-        vertex = trackerAt(curItem_)->HitTestHandles(*at) - firstVertexCode;
+        vertex = trackerAt(edits_.current())->HitTestHandles(*at) - firstVertexCode;
     }
     if (vertex < 0 || vertex >= static_cast<int>(shape.points.size()))
         return 0;
     shape.points.erase(shape.points.begin() + vertex);
     const LifeWatch self(life_);
-    if (!ChangeTracker(nullptr, curItem_, StepLabel("Deletion of a vertex", curItem_).text(),
+    if (!ChangeTracker(nullptr, edits_.current(),
+                       StepLabel("Deletion of a vertex", edits_.current()).text(),
                        [&](ATracker& tracker) { return setShapeOf(tracker, shape); }) ||
         !self.alive())
         return 0;
@@ -316,7 +319,7 @@ int TrackerCollection::PlaceShape(CWnd* window)
         return 0;
     if (shape.kind == ShapeValues::Kind::polygon)
         tracker->SetStyle(tracker->GetStyle() | trackerReady);
-    history_.endSeries();
+    edits_.history().endSeries();
     takeDrawn(window, tracker.release());
     return 1;
 }
@@ -332,8 +335,8 @@ int TrackerCollection::Escape(CWnd* window)
         EndMode(window, mode_);
         return 1;
     }
-    const ATracker* const current = trackerAt(curItem_);
-    if (selected_.empty() && focusItem_ < 0 && !(current && current->IsActive()))
+    const ATracker* const current = trackerAt(edits_.current());
+    if (edits_.selectionCount() == 0 && focusItem_ < 0 && !(current && current->IsActive()))
         return 0;
     ClearSelection(window);
     return 1;

@@ -1,8 +1,9 @@
 // What presses of the mouse do to a collection: tools, drags, new shapes, zoom steps.
 
+#include "pavane/trackers/areas/StepLabel.h"
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/collections/collection_step.h"
+#include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "pavane/trackers/shapes/TurnedRectDrag.h"
 #include "pavane/trackers/tracker_shape.h"
@@ -51,13 +52,13 @@ int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
     if (!takesPress(p) || dragged_ || drawn_)
         return 0;
     hovering_ = 0;
-    history_.endSeries();
+    edits_.history().endSeries();
     if (mode_ & toolZoomIn)
         return pressZoom(window, p);
     const int arrow = mode_ < toolRect;
     if (arrow && (flags & MK_CONTROL) && !workingTracker())
         return pressSelect(window, p);
-    if (arrow && selected_.size() > 1) {
+    if (arrow && edits_.selectionCount() > 1) {
         const int hit = TopmostAt(p, window);
         if (IsSelected(hit))
             return moveSeveral(window, hit, p);
@@ -92,13 +93,13 @@ void TrackerCollection::leaveCurrent(CWnd* window, CPoint p)
 {
     if (workingTracker())
         return;
-    ATracker* const current = trackerAt(curItem_);
+    ATracker* const current = trackerAt(edits_.current());
     const int missed = current && current->IsActive() && current->HitTest(p, window) < 0;
-    if (!missed && selected_.empty())
+    if (!missed && edits_.selectionCount() == 0)
         return;
     if (missed)
-        SetItemActive(curItem_, 0);
-    selected_.clear();
+        SetItemActive(edits_.current(), 0);
+    edits_.clearSelection();
     focusItem_ = focusHandle_ = -1;
     changed(window);
 }
@@ -106,7 +107,7 @@ void TrackerCollection::leaveCurrent(CWnd* window, CPoint p)
 /// The area under a press becomes the current one, unless the current one is hit as well.
 void TrackerCollection::takeClicked(CWnd* window, CPoint p)
 {
-    ATracker* const current = trackerAt(curItem_);
+    ATracker* const current = trackerAt(edits_.current());
     if (workingTracker() || (current && current->IsActive() && current->HitTest(p, window) >= 0))
         return;
     const int hit = TopmostAt(p, window);
@@ -121,19 +122,19 @@ int TrackerCollection::pressSelect(CWnd* window, CPoint p)
     const int hit = TopmostAt(p, window);
     if (hit < 0)
         return 0;
-    const ATracker* const current = trackerAt(curItem_);
-    if (selected_.empty() && current && current->IsActive() && curItem_ != hit)
-        (void)selected_.insert(current);
+    const ATracker* const current = trackerAt(edits_.current());
+    if (edits_.selectionCount() == 0 && current && current->IsActive() && edits_.current() != hit)
+        edits_.select(edits_.current(), 1);
     SelectItem(window, hit, !IsSelected(hit));
     return 1;
 }
 
 int TrackerCollection::pressMove(CWnd* window, CPoint p)
 {
-    ATracker* const current = trackerAt(curItem_);
+    ATracker* const current = trackerAt(edits_.current());
     if (!current || !current->IsActive() || current->HitTest(p, window) < 0)
         return 0;
-    const std::string before = recordOf(*current, curItem_);
+    const std::string before = recordOf(*current, edits_.current());
     const char* const what = focusPressed(window, p);
     const DragResult end =
         drag(window, *current, [&] { return current->Track(window, p, 0, nullptr); });
@@ -146,7 +147,7 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
     if (i < 0 || sameShape(recordOf(*current, i), before))
         return 1;
     {
-        Step step(*this, StepLabel(what, i).text());
+        const Step step(edits_, StepLabel(what, i).text());
         noteChange(i, before);
     }
     changed(window);
@@ -157,13 +158,13 @@ int TrackerCollection::pressMove(CWnd* window, CPoint p)
 /// what the pointer has taken last. Returns what a drag from there does.
 const char* TrackerCollection::focusPressed(CWnd* window, CPoint p)
 {
-    ATracker& current = *trackerAt(curItem_);
+    ATracker& current = *trackerAt(edits_.current());
     ShapeValues shape;
     const int hit = current.HitTest(p, window);
     const int vertex = shapeOf(current, shape) && shape.kind == ShapeValues::Kind::polygon &&
                        hit >= hitFirstHandle;
     invalidateFocus(window);
-    focusItem_ = vertex ? curItem_ : -1;
+    focusItem_ = vertex ? edits_.current() : -1;
     focusHandle_ = vertex ? hit - hitFirstHandle : -1;
     invalidateFocus(window);
     if (hit == moveCode(current))
@@ -217,8 +218,6 @@ void TrackerCollection::endDrag()
     adopt(*twin);
     const int i = IndexOf(tracker);
     if (i >= 0) {
-        if (selected_.erase(tracker))
-            (void)selected_.insert(twin.get());
         giveUp(takeTracker(i));
         (void)putTracker(i, twin.release());
         boxesKnown_ = 0;
@@ -303,7 +302,7 @@ int TrackerCollection::addVertex(CWnd* window, CPoint p)
     if (end == DragResult::refused)
         return 1;
     if (before.empty() || !sameShape(after, before)) {
-        Step step(*this, StepLabel("New vertex", -1).text());
+        const Step step(edits_, StepLabel("New vertex", -1).text());
         noteWorking(*working, before, after);
     }
     if (working->IsReady())
@@ -318,8 +317,8 @@ void TrackerCollection::takeDrawn(CWnd* window, ATracker* tracker)
 {
     const int mode = mode_;
     {
-        Step step(*this, StepLabel("Drawing", trackerCount()).text());
-        selected_.clear();
+        const Step step(edits_, StepLabel("Drawing", trackerCount()).text());
+        edits_.clearSelection();
         makeCurrent(-1);
         if (insertItem(trackerCount(), tracker, 0))
             makeCurrent(trackerCount() - 1);
@@ -335,11 +334,11 @@ void TrackerCollection::takeWorking(CWnd* window, const std::string& before)
 {
     const int mode = mode_;
     {
-        Step step(*this, StepLabel("Closing", trackerCount()).text());
+        const Step step(edits_, StepLabel("Closing", trackerCount()).text());
         ATracker* const tracker = workingTracker();
         noteWorking(*tracker, before, {});
         setWorking(nullptr);
-        selected_.clear();
+        edits_.clearSelection();
         makeCurrent(-1);
         if (insertItem(trackerCount(), tracker, 0))
             makeCurrent(trackerCount() - 1);
@@ -368,7 +367,7 @@ int TrackerCollection::OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p)
     const int hit = TopmostAt(p, window);
     if (hit < 0)
         return 0;
-    selected_.clear();
+    edits_.clearSelection();
     makeCurrent(hit);
     changed(window);
     return 1;
@@ -377,7 +376,7 @@ int TrackerCollection::OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p)
 int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
 {
     ATracker& grabbed = *trackerAt(item);
-    if (curItem_ != item)
+    if (edits_.current() != item)
         makeCurrent(item);
     const std::string before = recordOf(grabbed, item);
     std::vector<std::string> records;
@@ -401,7 +400,7 @@ int TrackerCollection::moveSeveral(CWnd* window, int item, CPoint p)
         return 1;
     const int i = IndexOf(&grabbed);
     if (end == DragResult::kept && i >= 0 && !sameShape(recordOf(grabbed, i), before)) {
-        Step step(*this, StepLabel("Move", items).text());
+        const Step step(edits_, StepLabel("Move", items).text());
         noteChange(i, before);
         if (!followers_.empty())  // else something ended the moving together
             for (std::size_t k = 0; k < records.size(); ++k)

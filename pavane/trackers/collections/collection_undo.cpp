@@ -1,8 +1,10 @@
 // How edits of a collection become steps of undo, and how steps change the collection.
 
 #include "pavane/trackers/AAreaTracker.h"
+#include "pavane/trackers/areas/step_record.h"
+#include "pavane/trackers/areas/StepLabel.h"
 #include "pavane/trackers/ARPAreaTracker.h"
-#include "pavane/trackers/collections/collection_step.h"
+#include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"
 
@@ -19,37 +21,12 @@ namespace
 /// Numbers of the values beside the areas that steps keep.
 enum StateNumber { modeState = 0, mappingState = 1 };
 
-/// Where the vertex count of a polygon's record lies.
-constexpr std::size_t countOffset = 56;
-
-RecordBytes bytes(std::string_view record)
-{
-    return {reinterpret_cast<const std::uint8_t*>(record.data()), record.size()};
-}
-
-std::string_view text(RecordBytes record)
-{
-    return {reinterpret_cast<const char*>(record.data()), record.size()};
-}
-
 /// Bytes of one vertex of a polygon's record; 0 for other shapes.
 std::size_t vertexBytes(const ATracker& tracker)
 {
     if (dynamic_cast<const AAreaTracker*>(&tracker))
         return sizeof(CPoint);
     return dynamic_cast<const ARPAreaTracker*>(&tracker) ? sizeof(APoint<double>) : 0;
-}
-
-void setActiveBit(std::string& record, int on)
-{
-    const auto bit = static_cast<char>(trackerActive);
-    if (!record.empty())
-        record[0] = static_cast<char>(on ? record[0] | bit : record[0] & ~bit);
-}
-
-int activeBit(std::string_view record)
-{
-    return !record.empty() && (record[0] & static_cast<char>(trackerActive)) != 0;
 }
 
 }  // namespace
@@ -77,22 +54,17 @@ int TrackerCollection::kindCode(const ATracker& tracker)
 std::string TrackerCollection::recordOf(const ATracker& tracker, int i) const
 {
     std::string record = &tracker == dragged_ ? draggedBefore_ : tracker.State();
-    setActiveBit(record, i >= 0 && active_.usual(i));
-    if (vertexBytes(tracker) && record.size() >= countOffset + sizeof(std::int32_t))
-        record.erase(countOffset, sizeof(std::int32_t));
+    setActiveBit(record, i >= 0 && edits_.usuallyActive(i));
+    if (vertexBytes(tracker))
+        dropVertexCount(record);
     return record;
 }
 
 int TrackerCollection::setRecord(ATracker& tracker, int kind, std::string_view record)
 {
     std::string state(record);
-    const std::size_t vertex = vertexBytes(tracker);
-    if (vertex && state.size() >= countOffset) {
-        const auto count = static_cast<std::int32_t>((state.size() - countOffset) / vertex);
-        char field[sizeof count];
-        std::memcpy(field, &count, sizeof count);
-        state.insert(countOffset, field, sizeof field);
-    }
+    if (const std::size_t vertex = vertexBytes(tracker))
+        putVertexCount(state, vertex);
     if (!tracker.SetState(state))
         return 0;
     adopt(tracker);
@@ -112,19 +84,18 @@ ATracker* TrackerCollection::makeFromRecord(int kind, std::string_view record)
     return tracker && setRecord(*tracker, kind, record) ? tracker.release() : nullptr;
 }
 
-int TrackerCollection::placeItem(int i, ATracker* tracker, int usual)
+/// The item is there, for all but edits.
+int TrackerCollection::putItem(int i, ATracker* tracker)
 {
     releaseFollowers();
     if (!putTracker(i, tracker))
         return 0;
     adopt(*tracker);
-    active_.insert(i, usual);
-    active_.note(i, tracker->IsActive());
     if (i == trackerCount() - 1 && boxesKnown_)
         boxesKnown_ = boxes_.append(boxOf(*tracker));
     else
         boxesKnown_ = 0;
-    for (int* const index : {&curItem_, &focusItem_, &passedItem_, &draggedItem_})
+    for (int* const index : {&focusItem_, &passedItem_, &draggedItem_})
         if (*index >= i)
             ++*index;
     return 1;
@@ -134,14 +105,8 @@ void TrackerCollection::dropItem(int i)
 {
     releaseFollowers();
     ATracker* const tracker = takeTracker(i);
-    (void)selected_.erase(tracker);
-    active_.remove(i);
     boxesKnown_ = 0;
     focusItem_ = focusHandle_ = passedItem_ = -1;
-    if (curItem_ > i)
-        --curItem_;
-    if (curItem_ >= trackerCount())
-        curItem_ = trackerCount() - 1;
     if (draggedItem_ > i)
         --draggedItem_;
     if (tracker == dragged_)
@@ -157,35 +122,37 @@ void TrackerCollection::giveUp(ATracker* tracker)
         tracker->SetListener(nullptr);
 }
 
-/// Takes ownership in any case; the flag `usual` is the one that the item counts as having.
+/// The flag `usual` is the one that the item counts as having.
+int TrackerCollection::placeItem(int i, ATracker* tracker, int usual)
+{
+    if (!putItem(i, tracker))
+        return 0;
+    edits_.inserted(i, usual);
+    return 1;
+}
+
+/// Takes ownership in any case.
 int TrackerCollection::insertItem(int i, ATracker* tracker, int usual)
 {
     if (!placeItem(i, tracker, usual)) {
         delete tracker;
         return 0;
     }
-    noteInsert(i);
+    edits_.noteInsert(i);
     return 1;
-}
-
-void TrackerCollection::noteInsert(int i)
-{
-    const ATracker& tracker = *trackerAt(i);
-    history_.insert(i, kindCode(tracker), bytes(recordOf(tracker, i)));
 }
 
 void TrackerCollection::eraseItem(int i)
 {
-    const ATracker& tracker = *trackerAt(i);
-    history_.remove(i, kindCode(tracker), bytes(recordOf(tracker, i)));
+    edits_.noteRemove(i);
     dropItem(i);
+    edits_.removed(i);
 }
 
 /// Item i has changed; `before` is its record from before.
 void TrackerCollection::noteChange(int i, const std::string& before)
 {
-    const ATracker& tracker = *trackerAt(i);
-    history_.replace(i, kindCode(tracker), bytes(before), bytes(recordOf(tracker, i)));
+    edits_.noteChange(i, before);
     boxChanged(i);
 }
 
@@ -207,145 +174,108 @@ void TrackerCollection::changeWorking(ATracker* tracker)
 void TrackerCollection::noteWorking(const ATracker& tracker, const std::string& before,
                                     const std::string& after)
 {
-    history_.working(kindCode(tracker), bytes(before), bytes(after));
+    edits_.noteOpen(kindCode(tracker), before, after);
 }
 
 /// A tool that is chosen inside a step comes back with it.
 void TrackerCollection::setMode(int mode)
 {
-    const auto before = static_cast<std::int32_t>(mode_);
-    const auto after = static_cast<std::int32_t>(mode);
+    const auto bytes = [](const std::int32_t& number) {
+        return std::string_view(reinterpret_cast<const char*>(&number), sizeof number);
+    };
+    const std::int32_t before = mode_;
+    const std::int32_t after = mode;
     mode_ = mode;
-    if (depth_ > 0)
-        history_.state(modeState, {reinterpret_cast<const std::uint8_t*>(&before), sizeof before},
-                       {reinterpret_cast<const std::uint8_t*>(&after), sizeof after});
+    edits_.noteState(modeState, bytes(before), bytes(after));
 }
 
 void TrackerCollection::noteMapping(const std::string& before)
 {
-    const std::string after = mappingBytes();
-    history_.state(mappingState, bytes(before), bytes(after));
+    edits_.noteState(mappingState, before, mappingBytes());
 }
 
-/// Whether item i is of the class that a step is about: what a host changed by itself, or an older
-/// step left out, may have put others in its place.
-int TrackerCollection::isOfKind(int i, int kind) const
+int TrackerCollection::Items::kindOf(int i) { return of_.kindCode(*of_.trackerAt(i)); }
+
+int TrackerCollection::Items::isOfKind(int i, int kind) const
 {
-    const ATracker* const tracker = trackerAt(i);
-    return tracker && kind >= 0 && static_cast<std::size_t>(kind) < kinds_.size() &&
-           kinds_[static_cast<std::size_t>(kind)].type == typeid(*tracker);
+    const ATracker* const tracker = of_.trackerAt(i);
+    return tracker && kind >= 0 && static_cast<std::size_t>(kind) < of_.kinds_.size() &&
+           of_.kinds_[static_cast<std::size_t>(kind)].type == typeid(*tracker);
 }
 
-int TrackerCollection::applyEdit(const EditChange& change)
+std::string TrackerCollection::Items::recordOf(int i) const
 {
-    const std::string_view after = text(change.after);
-    switch (change.kind) {
-    case EditKind::insert: {
-        if (change.index < 0 || change.index > trackerCount())
-            return 0;
-        std::unique_ptr<ATracker> tracker(makeFromRecord(change.classCode, after));
-        if (!tracker || !placeItem(change.index, tracker.get(), activeBit(after)))
-            return 0;
-        cameBack_.push_back(tracker.release());
-        return 1;
-    }
-    case EditKind::remove:
-        if (!isOfKind(change.index, change.classCode))
-            return 0;
-        wentAway_ = 1;
-        dropItem(change.index);
-        return 1;
-    case EditKind::replace: {
-        if (!isOfKind(change.index, change.classCode))
-            return 0;
-        ATracker* const tracker = trackerAt(change.index);
-        const int on = tracker->IsActive();
-        if (!setRecord(*tracker, change.classCode, after))
-            return 0;
-        tracker->SetActive(on);
-        boxChanged(change.index);
-        return 1;
-    }
-    case EditKind::working: {
-        std::unique_ptr<ATracker> tracker;
-        if (!after.empty()) {
-            tracker.reset(makeFromRecord(change.classCode, after));
-            if (!tracker)
-                return 0;
-            tracker->SetActive(1);
-        }
-        delete workingTracker();
-        setWorking(tracker.release());
-        hovering_ = 0;
-        return 1;
-    }
-    case EditKind::state: {
-        if (change.index == mappingState)
-            return setMappingBytes(after);
-        std::int32_t mode = 0;
-        if (change.index != modeState || change.after.size() != sizeof mode)
-            return 0;
-        std::memcpy(&mode, change.after.data(), sizeof mode);
-        mode_ = mode;
-        return 1;
-    }
-    }
-    return 0;
+    return of_.recordOf(*of_.trackerAt(i), i);
 }
 
-int TrackerCollection::applySelection(const EditSelection& selection)
+int TrackerCollection::Items::isActive(int i) const { return of_.trackerAt(i)->IsActive(); }
+
+void TrackerCollection::Items::setActive(int i, int on) { of_.trackerAt(i)->SetActive(on); }
+
+int TrackerCollection::Items::insert(int i, int kind, std::string_view record)
 {
-    const std::vector<int> before(active_.unusual().begin(), active_.unusual().end());
-    for (const int i : before)
-        SetItemActive(i, active_.usual(i));
-    for (const int i : selection.active)
-        if (trackerAt(i))
-            SetItemActive(i, !active_.usual(i));
-    curItem_ = selection.current;
+    std::unique_ptr<ATracker> tracker(of_.makeFromRecord(kind, record));
+    if (!tracker || !of_.putItem(i, tracker.get()))
+        return 0;
+    (void)tracker.release();
+    return 1;
+}
+
+void TrackerCollection::Items::remove(int i) { of_.dropItem(i); }
+
+int TrackerCollection::Items::replace(int i, int kind, std::string_view record)
+{
+    ATracker* const tracker = of_.trackerAt(i);
+    const int on = tracker->IsActive();
+    if (!of_.setRecord(*tracker, kind, record))
+        return 0;
+    tracker->SetActive(on);
+    of_.boxChanged(i);
+    return 1;
+}
+
+int TrackerCollection::Items::setOpen(int kind, std::string_view record)
+{
+    std::unique_ptr<ATracker> tracker;
+    if (!record.empty()) {
+        tracker.reset(of_.makeFromRecord(kind, record));
+        if (!tracker)
+            return 0;
+        tracker->SetActive(1);
+    }
+    delete of_.workingTracker();
+    of_.setWorking(tracker.release());
+    of_.hovering_ = 0;
+    return 1;
+}
+
+int TrackerCollection::Items::setState(int which, std::string_view bytes)
+{
+    if (which == mappingState)
+        return of_.setMappingBytes(bytes);
+    std::int32_t mode = 0;
+    if (which != modeState || bytes.size() != sizeof mode)
+        return 0;
+    std::memcpy(&mode, bytes.data(), sizeof mode);
+    of_.mode_ = mode;
     return 1;
 }
 
 int TrackerCollection::Undo(CWnd* window)
 {
-    return walk(window, [this] {
-        const int done = history_.undo(*this);
-        if (done)
-            selectCameBack(1);
-        return done;
-    });
-}
-
-/// Areas that a step brought back alone, `fewest` or more, are selected together, as after the
-/// deletion or the copy of several; one that is current and active again is so without.
-void TrackerCollection::selectCameBack(std::size_t fewest)
-{
-    const ATracker* const current = trackerAt(curItem_);
-    const int isCurrent = cameBack_.size() == 1 && cameBack_[0] == current && current->IsActive();
-    if (wentAway_ || cameBack_.size() < fewest)
-        return;
-    selected_.clear();
-    if (!isCurrent)
-        selected_.insert(cameBack_.begin(), cameBack_.end());
+    return walk(window, [this] { return edits_.undo(); });
 }
 
 int TrackerCollection::Redo(CWnd* window)
 {
-    return walk(window, [this] {
-        const int done = history_.redo(*this);
-        if (done)
-            selectCameBack(2);
-        return done;
-    });
+    return walk(window, [this] { return edits_.redo(); });
 }
 
 int TrackerCollection::walk(CWnd* window, const std::function<int()>& step)
 {
     const int mode = mode_;
-    cameBack_.clear();
-    wentAway_ = 0;
-    if (dragged_ || drawn_ || depth_ > 0 || !step())
+    if (dragged_ || drawn_ || !step())
         return 0;
-    cameBack_.clear();
     if (mode_ != mode)
         showTool(window);
     changed(window);
@@ -356,25 +286,19 @@ int TrackerCollection::DropTrial(CWnd* window)
 {
     endDrag();
     const int mode = mode_;
-    const int done = depth_ == 0 && history_.dropTrial(*this);
+    const int done = edits_.dropTrial();
     if (mode_ != mode)
         showTool(window);
     changed(window);
     return done;
 }
 
-void TrackerCollection::BeginEdits(std::string_view label)
-{
-    if (depth_++ == 0)
-        history_.begin(label, selectionNow());
-}
+void TrackerCollection::BeginEdits(std::string_view label) { edits_.begin(label); }
 
 void TrackerCollection::EndEdits(CWnd* window)
 {
-    if (depth_ == 0 || --depth_ > 0)
-        return;
-    (void)history_.commit(selectionNow());
-    changed(window);
+    if (edits_.end())
+        changed(window);
 }
 
 int TrackerCollection::ChangeTracker(CWnd* window, int i, std::string_view label,
@@ -395,9 +319,9 @@ int TrackerCollection::ChangeTracker(CWnd* window, int i, std::string_view label
         adopt(*tracker);
         return 0;
     }
-    active_.note(i, tracker->IsActive());
+    edits_.noteActive(i, tracker->IsActive());
     {
-        Step step(*this, std::string(label).c_str());
+        const Step step(edits_, std::string(label).c_str());
         noteChange(i, before);
     }
     changed(window);
@@ -414,7 +338,7 @@ std::string TrackerCollection::KeptState(int i) const
     const std::string state = tracker == dragged_            ? draggedBefore_
                               : follower != followers_.end() ? follower->before
                                                              : tracker->State();
-    const int isOpenedNow = i < 0 && state.size() <= countOffset + sizeof(std::int32_t);
+    const int isOpenedNow = i < 0 && state.size() <= recordHeadBytes + sizeof(std::int32_t);
     return isOpenedNow ? std::string() : state;
 }
 
@@ -430,7 +354,7 @@ int TrackerCollection::ReopenLast(CWnd* window)
     adopt(*open);
     open->SetActive(1);
     {
-        Step step(*this, StepLabel("Reopening", last).text());
+        const Step step(edits_, StepLabel("Reopening", last).text());
         eraseItem(last);
         changeWorking(open.release());
         setMode(toolArea);

@@ -1,4 +1,4 @@
-#include "pavane/trackers/collections/collection_step.h"
+#include "pavane/trackers/areas/StepLabel.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "pavane/trackers/areas/record_layouts.h"
+
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace pavane
+{
+
+// Records as steps of undo keep them.
+
+inline void setActiveBit(std::string& record, int on)
+{
+    const auto bit = static_cast<char>(trackerActive);
+    if (!record.empty())
+        record[0] = static_cast<char>(on ? record[0] | bit : record[0] & ~bit);
+}
+
+inline int activeBit(std::string_view record)
+{
+    return !record.empty() && (record[0] & static_cast<char>(trackerActive)) != 0;
+}
+
+/// Takes the number of vertices out of a polygon's record, so that one vertex more differs in its
+/// own bytes only.
+inline void dropVertexCount(std::string& record)
+{
+    if (record.size() >= recordHeadBytes + sizeof(std::int32_t))
+        record.erase(recordHeadBytes, sizeof(std::int32_t));
+}
+
+/// Puts it back, by the bytes that a vertex takes.
+inline void putVertexCount(std::string& record, std::size_t vertexBytes)
+{
+    if (record.size() < recordHeadBytes)
+        return;
+    const auto count = static_cast<std::int32_t>((record.size() - recordHeadBytes) / vertexBytes);
+    char field[sizeof count];
+    std::memcpy(field, &count, sizeof count);
+    record.insert(recordHeadBytes, field, sizeof field);
+}
+
+}  // namespace pavane
