@@ -61,6 +61,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/ABTracker.h
     pavane/trackers/AEllipseTracker.h
     pavane/trackers/AEllipseTrackerInAxis.h
+    pavane/trackers/areas/area_classes.h
+    pavane/trackers/areas/AreaCollection.h
+    pavane/trackers/areas/AreaEdits.h
     pavane/trackers/areas/VertexTable.h
     pavane/trackers/ARectTracker.h
     pavane/trackers/ARectTrackerInAxis.h
@@ -161,6 +164,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/history/EditHistory.h
     pavane/resources/tools.h
     pavane/trackers/areas/ActiveItems.h
+    pavane/trackers/areas/AreaItems.h
+    pavane/trackers/areas/tracker_style.h
     pavane/trackers/collections/TrackerArrayOf.h
     pavane/trackers/shapes/BoxIndex.h
     pavane/trackers/shapes/key_steps.h

@@ -2,11 +2,13 @@
 
 #include "pavane/trackers/AAreaTracker.h"
 #include "pavane/trackers/AEllipseTracker.h"
+#include "pavane/trackers/areas/area_classes.h"
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 
+#include <memory>
 #include <new>
 #include <vector>
 
@@ -60,8 +62,16 @@ ATracker* CreateTracker(const CString& className)
 
 int RegisterTrackerClass(const CString& name, TrackerMaker maker)
 {
-    constexpr std::size_t longestName = 31;
-    if (name.empty() || name.size() > longestName || name.find('\0') != name.npos || !maker)
+    if (!maker)
+        return 0;
+    // its records are read without a window too, by a tracker that is made for the moment
+    const AreaClass* const area = areaClassOf(name);
+    AreaClass records = area ? *area : AreaClass{name, 0, {}, {}, {}};
+    records.pass = [maker](AFile& file) {
+        const std::unique_ptr<ATracker> tracker(maker());
+        return tracker && tracker->Load(file);
+    };
+    if (!RegisterAreaClass(records))
         return 0;
     if (TrackerClass* const known = find(name))
         known->maker = maker;

@@ -14,7 +14,9 @@ using TrackerMaker = ATracker* (*)();
 /// what a host registered.
 PAVANE_API ATracker* CreateTracker(const CString& className);
 /// Makes a class known to stored collections. `name`: 1 to 31 bytes; a name that is known already
-/// gets the new maker. 0 for a name that no collection can store, or without a maker.
+/// gets the new maker. Its records are known to AreaCollection as well, which makes a tracker for
+/// each to Load it and calls nothing else; those of a name of the library have to begin as the
+/// library's do. 0 for a name that no collection can store, or without a maker.
 PAVANE_API int RegisterTrackerClass(const CString& name, TrackerMaker maker);
 
 }  // namespace pavane

@@ -1,7 +1,8 @@
-// Feeds any bytes to the readers of both kinds of collections, then uses what they give: mask,
-// picture boxes, a move, undo and the stored form.
+// Feeds any bytes to the readers of both kinds of collections, and of that without a window, then
+// uses what they give: mask, picture boxes, a move, undo and the stored form.
 #include "pavane/axes/ABAxis.h"
 #include "pavane/containers/MemoryFile.h"
+#include "pavane/trackers/areas/AreaCollection.h"
 #include "pavane/trackers/collections/ATrackerArray.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
@@ -39,6 +40,40 @@ void use(Array& array, const std::string& bytes)
     }
 }
 
+/// What nobody knows comes back as it was, and everything that is undone.
+void useRecords(const std::string& bytes)
+{
+    MemoryFile file(bytes);
+    AreaCollection areas;
+    LoadReport report;
+    const int whole = areas.Load(file, report);
+    if (areas.count() == 0)
+        return;
+    MemoryFile first;
+    if (!areas.Store(first) || (whole && first.bytes().size() > bytes.size()))
+        std::abort();
+    MemoryFile copy(first.bytes());
+    if (!areas.Load(copy))
+        std::abort();
+    const std::size_t steps = areas.edits().history().undoSteps();
+    ABitMatrix mask(90, 130);
+    (void)areas.FillMatrix(mask, 130, 90, {0, 10, 5, -5}, &report);
+    for (int i = areas.count(); i-- > 0;) {
+        ShapeValues shape;
+        if (areas.shape(i, shape) && !shape.points.empty())
+            shape.points.push_back(shape.points.front());
+        (void)areas.setShape(i, shape);
+        if (i % 2)
+            (void)areas.erase(i);
+    }
+    while (areas.edits().history().undoSteps() > steps)
+        if (!areas.undo())
+            std::abort();
+    MemoryFile second;
+    if (!areas.Store(second) || first.bytes() != second.bytes())
+        std::abort();
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -48,6 +83,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0)
         return 0;
     const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
+    useRecords(bytes);
     if (data[0] & 1) {
         ATrackerArray array;
         array.CheckMinMax({0, 0, 200, 100}, {0, 10, -5, 5}, 1, -1);

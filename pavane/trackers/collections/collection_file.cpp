@@ -16,24 +16,6 @@ namespace
 /// Least bytes that one stored tracker takes: its name and the head of its record.
 constexpr std::int64_t leastEntry = classNameField + 56;
 
-void note(LoadReport& report, std::int64_t area, const std::string& what)
-{
-    if (report.lines.size() < static_cast<std::size_t>(LoadReport::mostLines))
-        report.lines.push_back(area > 0 ? "area " + std::to_string(area) + ": " + what : what);
-}
-
-/// Printable ASCII of a name that a file brings.
-std::string shown(const char (&name)[classNameField])
-{
-    std::string text;
-    for (const char c : name) {
-        if (!c)
-            break;
-        text += c >= ' ' && c <= '~' ? c : '?';
-    }
-    return text;
-}
-
 }  // namespace
 
 int storeTrackers(AFile& file, const TrackerCollection& trackers)
@@ -77,7 +59,7 @@ int loadTrackers(AFile& file, const TrackerSource& make, std::vector<ATracker*>&
 {
     std::int32_t count = 0;
     if (!loadItem(file, count)) {
-        note(report, 0, "the file ends before the number of areas");
+        report.note(0, "the file ends before the number of areas");
         return 0;
     }
     report.promised = count;
@@ -87,17 +69,17 @@ int loadTrackers(AFile& file, const TrackerSource& make, std::vector<ATracker*>&
     for (std::int32_t i = 1; i <= count; ++i) {
         char name[classNameField];
         if (!file.read(name, sizeof name)) {
-            note(report, i, "the file ends here; it promises " + std::to_string(count));
+            report.note(i, "the file ends here; it promises " + std::to_string(count));
             return 0;
         }
         const bool ended = std::find(name, name + classNameField, '\0') != name + classNameField;
         std::unique_ptr<ATracker> tracker(ended ? make(name) : nullptr);
         if (!tracker) {
-            note(report, i, "class \"" + shown(name) + "\" is unknown");
+            report.note(i, "class \"" + shownClassName({name, classNameField}) + "\" is unknown");
             continue;
         }
         if (!tracker->Load(file)) {
-            note(report, i, "its record is cut short or damaged");
+            report.note(i, "its record is cut short or damaged");
             return 0;
         }
         trackers.push_back(tracker.release());

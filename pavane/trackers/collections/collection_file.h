@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/trackers/areas/area_classes.h"
 #include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/masks/LoadReport.h"
 #include "platform/types.h"
@@ -11,9 +12,6 @@ namespace pavane
 {
 
 class AFile;
-
-/// Bytes of the field that a stored tracker's class name takes, its terminating zero included.
-inline constexpr int classNameField = 32;
 
 /// Writes the count, then each tracker's class name and record. 0 when the count or a name cannot
 /// be written.

@@ -1,6 +1,8 @@
 #include "containers/stored_file.h"
 
+#include "pavane/trackers/areas/AreaCollection.h"
 #include "pavane/trackers/ARectTracker.h"
+#include "pavane/trackers/shapes/shape_handles.h"
 #include "tessel/ABitMatrix.h"
 
 #include <gtest/gtest.h>
@@ -124,6 +126,66 @@ TEST(StoredCollection, OfDataValuesHasNoMappingAndTakesTheAxisOfItsCollection)
     ASSERT_TRUE(back.Load(file));
     EXPECT_EQ(stored(back), valueFile());
     EXPECT_EQ(back(0)->axis(), nullptr);
+}
+
+TEST(StoredCollection, IsEditedInTheSameWayWithoutAWindow)
+{
+    std::mt19937 random(3);
+    ARPTrackerArray trackers;
+    for (int i = 0; i < 12; ++i)
+        addAny(trackers, random);
+    trackers.ChangeActiveTrack(nullptr, 3);
+    MemoryFile file(stored(trackers));
+    AreaCollection areas;
+    ASSERT_TRUE(areas.Load(file));
+    for (int round = 0; round < 400; ++round) {
+        const int i = static_cast<int>(random() % static_cast<unsigned>(trackers.count()));
+        ShapeValues shape;
+        ShapeValues same;
+        ASSERT_TRUE(trackers.GetShape(i, shape) && areas.shape(i, same));
+        EXPECT_EQ(shape, same);
+        switch (random() % 6) {
+        case 0: {
+            ABTracker* const copy = trackers(i)->Duplicate();
+            copy->SetActive(0);
+            trackers.Add(copy);
+            EXPECT_GE(areas.add(shape), 0);
+            break;
+        }
+        case 1:
+            trackers.ChangeActiveTrack(nullptr, i);
+            areas.makeCurrent(i);
+            break;
+        case 2:
+            EXPECT_TRUE(trackers.count() < 4 || (trackers.DeleteItems(i, 1) && areas.erase(i)));
+            break;
+        case 3:
+            EXPECT_TRUE(trackers.history().undoSteps() < 13 ||
+                        (trackers.Undo(nullptr) && areas.undo()));
+            break;
+        case 4:
+            EXPECT_EQ(trackers.Redo(nullptr), areas.redo());
+            break;
+        default:
+            moveShape(shape, {3.25, -2});
+            shape.angle /= 2;
+            if (shape.points.size() > 3)
+                shape.points.pop_back();
+            else if (!shape.points.empty())
+                shape.points.push_back({1, round * 0.5});
+            EXPECT_TRUE(trackers.SetShape(nullptr, i, shape) && areas.setShape(i, shape));
+        }
+        MemoryFile bytes;
+        ASSERT_TRUE(areas.Store(bytes));
+        ASSERT_EQ(bytes.bytes(), stored(trackers)) << round;
+        const TMinMax range{400, -40, round % 2 ? -40.0 : 350.0, round % 2 ? 300.0 : -30.0};
+        ABitMatrix mask(70, 90);
+        ABitMatrix other(70, 90);
+        trackers.FillMatrix(mask, 90, 70, range);
+        ASSERT_TRUE(areas.FillMatrix(other, 90, 70, range));
+        ASSERT_TRUE(mask == other) << round;
+    }
+    EXPECT_EQ(trackers.SelectedItems(), areas.edits().selected());
 }
 
 TEST(StoredCollection, IsReadAsFarAsItIsWhole)
