@@ -82,8 +82,9 @@ inline constexpr PlotCommand plotCommands[] = {
     {ID_CLOSE_AREA, CommandWhen::isOpen, "C&lose area\tEnter"},
     {ID_VERTEX_INSERT, CommandWhen::hasPolygonThere, "&Insert vertex\tIns", VK_INSERT},
     {ID_VERTEX_DELETE, CommandWhen::hasPolygonThere, "Delete &vertex"},
-    {ID_COPY_TO_CLIPBOARD, CommandWhen::always, "Copy to Clipboard\tCtrl+C", 'C', withControl},
-    {ID_COPY_TO_BMP, CommandWhen::always, "Copy to PNG..."},
+    // hosts and their handbooks know these two by these words, whatever the file is
+    {ID_COPY_TO_CLIPBOARD, CommandWhen::always, "Copy to Clipboard", 'C', withControl},
+    {ID_COPY_TO_BMP, CommandWhen::always, "Copy to BMP..."},
 };
 
 /// Null for a command that is none of these.
