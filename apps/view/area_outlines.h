@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/view/map_frame.h"
+#include "pavane/axes/maps/MapFrame.h"
 #include "pavane/containers/APoint.h"
 #include "pavane/trackers/masks/AAreaArray.h"
 

@@ -1,7 +1,7 @@
 #include "apps/view/figure.h"
 
-#include "apps/view/map_unit.h"
 #include "pavane/axes/axis_titles.h"
+#include "pavane/axes/maps/map_unit.h"
 #include "tessel/rounding.h"
 #include "tessel/value_text.h"
 

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "apps/view/area_outlines.h"
-#include "apps/view/map_frame.h"
 #include "apps/view/options.h"
 #include "apps/view/uv_points.h"
 #include "pavane/axes/maps/cells/map_statistics.h"
+#include "pavane/axes/maps/MapFrame.h"
 #include "pavane/tables/components/AComponents.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/fits_map.h"

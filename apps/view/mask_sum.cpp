@@ -1,6 +1,6 @@
 #include "apps/view/mask_sum.h"
 
-#include "apps/view/map_unit.h"
+#include "pavane/axes/maps/map_unit.h"
 
 #include <algorithm>
 #include <bit>

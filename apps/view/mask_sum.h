@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/view/map_frame.h"
+#include "pavane/axes/maps/MapFrame.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/AMatrix.h"
 #include "tessel/map_header.h"

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "apps/view/area_outlines.h"
-#include "apps/view/map_frame.h"
+#include "pavane/axes/maps/MapFrame.h"
 #include "pavane/tables/components/AComponents.h"
 
 namespace pavane

@@ -1,12 +1,12 @@
 #include "apps/simulate/options.h"
 #include "apps/view/display.h"
 #include "apps/view/level_list.h"
-#include "apps/view/map_frame.h"
-#include "apps/view/map_unit.h"
 #include "apps/view/options.h"
 #include "apps/view/square_cells.h"
 #include "apps/view/status_text.h"
 #include "apps/view/uv_points.h"
+#include "pavane/axes/maps/map_unit.h"
+#include "pavane/axes/maps/MapFrame.h"
 
 #include <algorithm>
 #include <cmath>

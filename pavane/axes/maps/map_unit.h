@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/api.h"
+
 #include <string>
 
 namespace pavane
@@ -15,14 +17,14 @@ struct MapUnit {
 };
 
 /// Takes BUNIT apart. What does not begin with a unit that takes prefixes is a name without one.
-MapUnit mapUnit(const std::string& bunit);
+PAVANE_API MapUnit mapUnit(const std::string& bunit);
 
 /// Non-zero when a prefix may stand before the unit: "Jy/beam", "m/s"; not "km/s", "deg", "m^2",
 /// "10^-15 erg/s".
-int takesPrefix(const std::string& unit);
+PAVANE_API int takesPrefix(const std::string& unit);
 
 /// The unit in brackets for the end of the title of an axis or bar: " [%sJy/beam]" with the marker
 /// of a prefix, or "~ [km/s]", where a power of ten comes before the unit.
-std::string titleUnit(const std::string& unit);
+PAVANE_API std::string titleUnit(const std::string& unit);
 
 }  // namespace pavane

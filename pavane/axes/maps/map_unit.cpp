@@ -1,4 +1,4 @@
-#include "apps/view/map_unit.h"
+#include "pavane/axes/maps/map_unit.h"
 
 #include <algorithm>
 #include <cctype>

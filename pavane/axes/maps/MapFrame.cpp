@@ -1,6 +1,6 @@
-#include "apps/view/map_frame.h"
+#include "pavane/axes/maps/MapFrame.h"
 
-#include "apps/view/map_unit.h"
+#include "pavane/axes/maps/map_unit.h"
 #include "tessel/map_steps.h"
 #include "tessel/sky_axes.h"
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/api.h"
 #include "tessel/map_header.h"
 
 #include <string>
@@ -16,7 +17,7 @@ struct MapPlace {
 /// column and row. On the sky these are offsets from the reference pixel, east and north positive,
 /// so a usual map has xFirst above xLast; they count arcseconds, or minutes or degrees of arc where
 /// a wide field would need thousands.
-struct MapFrame {
+struct PAVANE_API MapFrame {
     int onSky = 0;
     int rotated = 0;        ///< the sky is turned in the map: its axes are offsets along the pixels
     double arcseconds = 1;  ///< in a unit of the axes on the sky
@@ -38,9 +39,9 @@ struct MapFrame {
 
 /// The frame of a map of rows x columns cells. Steps that are 0 or not finite count as one pixel;
 /// a map that is turned, but not on the sky, has its pixels as axes.
-MapFrame frameOf(const MapHeader& header, int rows, int columns);
+PAVANE_API MapFrame frameOf(const MapHeader& header, int rows, int columns);
 
 /// Area of the beam in cells, 0 when the beam is not known.
-double beamCells(const MapHeader& header, const MapFrame& frame);
+PAVANE_API double beamCells(const MapHeader& header, const MapFrame& frame);
 
 }  // namespace pavane
