@@ -24,13 +24,4 @@ struct FigureView {
 void drawFigure(CDC& dc, const CRect& all, const ViewOptions& options, const ViewInputs& inputs,
                 const FigureView& view = {});
 
-/// What a page of the figure is called: the object, or "map".
-std::string figureTitle(const ViewInputs& inputs);
-
-/// Title of the map's values: their unit, with the marker of the prefix.
-std::string valueTitle(const ViewInputs& inputs);
-
-/// The header line: object, frequency, date, peak and noise, as far as they are known.
-std::string headerLine(const ViewInputs& inputs);
-
 }  // namespace pavane

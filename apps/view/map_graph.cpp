@@ -1,8 +1,8 @@
 #include "apps/view/map_graph.h"
 
-#include "apps/view/figure.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/map_titles.h"
 
 #include <cmath>
 #include <numbers>
@@ -79,9 +79,10 @@ ALevelsColorGraph* addMapGraph(A2DAxis& axis, const AMatrixAccess& cells,
     }
     auto* const graph = new ALevelsColorGraph(&axis, cells, centres, 0);
     graph->setStatistics(inputs.range, inputs.noise);
-    graph->setNames(inputs.frame.xTitle, inputs.frame.yTitle, valueTitle(inputs));
+    graph->setNames(inputs.frame.xTitle, inputs.frame.yTitle, mapValueTitle(inputs.map.header));
     const std::string note = levelNoteOf(options.levels, inputs);
-    graph->setHeaderText(0, headerLine(inputs) + (note.empty() ? "" : "   " + note));
+    const CString line = mapHeaderLine(inputs.map.header, inputs.range, inputs.noise);
+    graph->setHeaderText(0, line + (note.empty() ? "" : "   " + note));
     graph->setScale(scaleKind(options.scale));
     graph->contours().setLevels(levelsOf(options.levels, inputs));
     graph->contours().setWidth(1);

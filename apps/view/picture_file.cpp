@@ -1,6 +1,7 @@
 #include "apps/view/picture_file.h"
 
 #include "apps/view/file_ending.h"
+#include "pavane/axes/maps/map_titles.h"
 #include "platform/picture.h"
 #include "platform/window_dc.h"
 
@@ -61,7 +62,7 @@ int writePage(CPageFile::Format format, const std::string& file, int width, int 
               const ViewOptions& options, const ViewInputs& inputs, const FigureView& view,
               std::string& error)
 {
-    CPageFile page(format, width, height, figureTitle(inputs), unitsPerPixel);
+    CPageFile page(format, width, height, mapTitle(inputs.map.header), unitsPerPixel);
     drawFigure(page.dc(), CRect(0, 0, width * unitsPerPixel, height * unitsPerPixel), options,
                inputs, view);
     return page.Close(file, error);

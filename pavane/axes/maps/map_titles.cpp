@@ -1,4 +1,4 @@
-#include "apps/view/figure.h"
+#include "pavane/axes/maps/map_titles.h"
 
 #include "pavane/axes/axis_titles.h"
 #include "pavane/axes/maps/map_unit.h"
@@ -47,25 +47,19 @@ void append(std::string& text, const std::string& part)
 
 }  // namespace
 
-std::string figureTitle(const ViewInputs& inputs)
-{
-    const std::string& object = inputs.map.header.object;
-    return object.empty() ? "map" : object;
-}
+CString mapTitle(const MapHeader& header) { return header.object.empty() ? "map" : header.object; }
 
-std::string valueTitle(const ViewInputs& inputs)
+CString mapValueTitle(const MapHeader& header)
 {
-    const std::string& bunit = inputs.map.header.bunit;
-    const MapUnit unit = mapUnit(bunit);
-    if (bunit.empty())
+    if (header.bunit.empty())
         return {};
+    const MapUnit unit = mapUnit(header.bunit);
     return titleUnit(unit.prefix + unit.name);  // one prefix is enough
 }
 
-std::string headerLine(const ViewInputs& inputs)
+CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapNoise& noise)
 {
-    const MapHeader& header = inputs.map.header;
-    std::string text;
+    CString text;
     append(text, header.object);
     if (header.frequency > 0)
         append(text, scaledText(header.frequency, "Hz", headerDigits));
@@ -73,11 +67,11 @@ std::string headerLine(const ViewInputs& inputs)
         append(text, std::string("Stokes") + hardBlank + header.stokes);
     append(text, header.dateObs.substr(0, header.dateObs.find('T')));
     const MapUnit unit = mapUnit(header.bunit);
-    if (!inputs.range.isEmpty()) {
+    if (!range.isEmpty()) {
         append(text, std::string("peak") + hardBlank +
-                         scaledText(inputs.range.greatest * unit.factor, unit.name, headerDigits));
+                         scaledText(range.greatest * unit.factor, unit.name, headerDigits));
         append(text, std::string("noise") + hardBlank +
-                         scaledText(inputs.noise.sigma * unit.factor, unit.name, headerDigits - 1));
+                         scaledText(noise.sigma * unit.factor, unit.name, headerDigits - 1));
     }
     return text;
 }
