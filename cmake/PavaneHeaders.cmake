@@ -24,7 +24,14 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/map_scale.h
     pavane/axes/maps/cells/map_statistics.h
+    pavane/axes/maps/FigureLayer.h
+    pavane/axes/maps/map_titles.h
+    pavane/axes/maps/map_unit.h
+    pavane/axes/maps/MapContent.h
     pavane/axes/maps/MapContours.h
+    pavane/axes/maps/MapFigure.h
+    pavane/axes/maps/MapFrame.h
+    pavane/axes/maps/MapPicture.h
     pavane/axes/ranges/AMnMxMCTransform.h
     pavane/axes/ranges/log_ticks.h
     pavane/axes/ranges/RangeView.h
@@ -39,6 +46,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/windows/ATrackerToolBar.h
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
     pavane/axes/windows/AxisStatus.h
+    pavane/axes/windows/show_map.h
     pavane/containers/AArray.h
     pavane/containers/AObjArray.h
     pavane/containers/APoint.h
@@ -55,6 +63,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/components/AComponents.h
     pavane/tables/components/component_file.h
     pavane/tables/components/component_outline.h
+    pavane/tables/components/ModelLayer.h
     pavane/trackers/AAreaTracker.h
     pavane/trackers/AAreaTrackerInAxis.h
     pavane/trackers/ABaseTracker.h
@@ -96,6 +105,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/regions/RegionNotes.h
     pavane/trackers/shapes/area_look.h
     pavane/trackers/shapes/area_values.h
+    pavane/trackers/shapes/AreaLayer.h
     pavane/trackers/shapes/AreaShape.h
     pavane/trackers/shapes/PixelMapping.h
     pavane/trackers/shapes/ShapeValues.h

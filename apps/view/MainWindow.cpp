@@ -3,9 +3,7 @@
 #include "apps/view/main_menu.h"
 #include "apps/view/view_dialogs.h"
 #include "apps/view/window_place.h"
-#include "pavane/axes/A2DAxis.h"
-#include "pavane/axes/maps/AAxisColorOP.h"
-#include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/windows/show_map.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/windows/window_placement.h"
@@ -199,9 +197,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     session_.begin(file);
     agreedLosses_.clear();
     view_.SetTrackers(areas, 1);
-    view_.SetAxis(&opened->axis(), 0);
-    view_.SetMap(&opened->graph());
-    view_.SetColorBar(&opened->bar(), 0);
+    showMap(view_, opened->picture());
     view_.SetSquareCells(!options_.freeAspect);
     bar_.SetOwnerWnd(this, 1);
     view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "pavane/axes/maps/MapFrame.h"
-#include "pavane/containers/APoint.h"
 #include "pavane/trackers/masks/AAreaArray.h"
+#include "pavane/trackers/shapes/AreaLayer.h"
 
 #include <vector>
 
@@ -10,9 +10,6 @@ namespace pavane
 {
 
 class ARPTrackerArray;
-
-/// A closed curve in data values (RP), from the last point back to the first.
-using AreaOutline = std::vector<APoint<double>>;
 
 /// The polygons through the centres of their cells.
 std::vector<AreaOutline> outlinesOf(const AAreaArray& areas, const MapFrame& frame);

@@ -19,8 +19,7 @@ struct FigureView {
     std::vector<std::string>* notes = nullptr;        ///< gets what is to be said of the picture
 };
 
-/// Draws the whole figure: header line, frame with ticks and titles, colour map, contours, beam,
-/// areas, model outlines and the colour bar.
+/// Draws the map of the inputs as the options say, with areas and model over it.
 void drawFigure(CDC& dc, const CRect& all, const ViewOptions& options, const ViewInputs& inputs,
                 const FigureView& view = {});
 

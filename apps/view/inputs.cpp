@@ -2,7 +2,6 @@
 
 #include "apps/view/area_files.h"
 #include "apps/view/area_kind.h"
-#include "apps/view/map_graph.h"
 #include "apps/view/progress.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
@@ -24,7 +23,7 @@ int refuse(const std::string& file, std::string& error)
 AreaPlace placeOf(const ViewInputs& inputs, const SkyCoordinates& sky)
 {
     const AMatrix<float>& cells = inputs.map.cells;
-    return {centresOf(inputs.frame), cells.rows(), cells.columns(), &sky};
+    return {inputs.frame.centres(), cells.rows(), cells.columns(), &sky};
 }
 
 /// Areas of any kind but polygons of cells. Those that the file does not hold leave the mask.
@@ -94,33 +93,7 @@ int makeMask(const ViewOptions& options, ViewInputs& inputs, std::vector<std::st
     return options.areas.empty() || readAreas(options, inputs, notes, error);
 }
 
-/// Texts of a header reach terminals, lines of numbers, titles and the header of a mask.
-void makePlain(MapHeader& header)
-{
-    for (std::string* text :
-         {&header.bunit, &header.object, &header.dateObs, &header.telescope, &header.stokes})
-        *text = plainText(*text);
-    for (MapAxis& axis : header.axes) {
-        axis.ctype = plainText(axis.ctype);
-        axis.cunit = plainText(axis.cunit);
-    }
-}
-
 }  // namespace
-
-int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
-                  const ProgressFunction& progress)
-{
-    if (!readFitsMap(file, plane, inputs.map, error, progress))
-        return 0;
-    makePlain(inputs.map.header);
-    const AMatrix<float>& cells = inputs.map.cells;
-    inputs.frame = frameOf(inputs.map.header, cells.rows(), cells.columns());
-    const AFloatMatrixAccess access(cells);
-    inputs.range = mapRange(access);
-    inputs.noise = mapNoise(access);
-    return 1;
-}
 
 int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
                std::string& error)
@@ -132,8 +105,8 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
     if (options.map.empty())
         return 1;
     ProgressLine progress("Reading " + plainText(options.map));
-    if (!readMapInputs(options.map, options.plane, inputs, error,
-                       [&](double fraction) { return progress.show(fraction); }))
+    if (!readMapContent(options.map, options.plane, inputs, error,
+                        [&](double fraction) { return progress.show(fraction); }))
         return refuse(options.map, error);
     if (options.levels.list.unit == LevelUnit::noise && !(inputs.noise.sigma > 0))
         notes.push_back(options.map + ": its noise is 0: there are no contours in sigma");

@@ -3,11 +3,9 @@
 #include "apps/view/area_outlines.h"
 #include "apps/view/options.h"
 #include "apps/view/uv_points.h"
-#include "pavane/axes/maps/cells/map_statistics.h"
-#include "pavane/axes/maps/MapFrame.h"
+#include "pavane/axes/maps/MapContent.h"
 #include "pavane/tables/components/AComponents.h"
 #include "tessel/ABitMatrix.h"
-#include "tessel/fits_map.h"
 
 #include <string>
 
@@ -15,11 +13,7 @@ namespace pavane
 {
 
 /// Everything that the command line names, read and checked, and what follows from it.
-struct ViewInputs {
-    FitsMap map;
-    MapFrame frame;
-    MapRange range;  ///< of its finite cells, and where the peak lies
-    MapNoise noise;
+struct ViewInputs : MapContent {
     std::vector<AreaOutline> areas;  ///< empty without --areas
     ABitMatrix mask;                 ///< of the areas; all ones without any
     AComponents model;
@@ -32,10 +26,5 @@ struct ViewInputs {
 /// is an error unless options.partial allows it.
 int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
                std::string& error);
-
-/// Reads the map alone and what follows from it; results as above, `error` without the file's name.
-/// `progress` as in readFitsMap.
-int readMapInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
-                  const ProgressFunction& progress);
 
 }  // namespace pavane

@@ -36,6 +36,8 @@ public:
 
 private:
     int composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout);
+    int composeOnPage(const CDC& dc, const CRect& rect, PlotLayout& layout);
+    int compose(CDC& dc, const CRect& rect, PlotLayout& layout);
     TickSet xTicks(int intervals) const;
     TickSet yTicks(int intervals) const;
     void chooseXTicks(CDC& dc, PlotLayout& layout);

@@ -1,8 +1,10 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
+#include "platform/picture.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
@@ -163,6 +165,42 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
 {
     dc_ = &dc;
     setUpParameters();
+    const int hasRoom =
+        FigureUnits(dc).areFine() ? composeOnPage(dc, rect, layout) : compose(dc, rect, layout);
+    graphRect_ = layout.graph;
+    return hasRoom && graphRect_.right > graphRect_.left && graphRect_.bottom > graphRect_.top;
+}
+
+/// A page is laid out as a picture of its size, so that it shows the same labels in the same
+/// places, and then made finer.
+int A2DAxis::composeOnPage(const CDC& dc, const CRect& rect, PlotLayout& layout)
+{
+    const FigureUnits units(dc);
+    CPicture ruler(1, 1);
+    const CRect border = borderRect_;
+    if (border.left != -1)
+        borderRect_.left = units.pixels(border.left - rect.left);
+    if (border.top != -1)
+        borderRect_.top = units.pixels(border.top - rect.top);
+    if (border.right != -1)
+        borderRect_.right = units.pixels(border.right);
+    if (border.bottom != -1)
+        borderRect_.bottom = units.pixels(border.bottom);
+    const CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));
+    const int hasRoom = compose(*ruler.dc(), pixels, layout);
+    borderRect_ = border;
+    fHeight_ = units.units(fHeight_);
+    layout.picture = rect;
+    layout.graph = units.units(layout.graph, rect.TopLeft());
+    layout.headerLeft = rect.left + units.units(layout.headerLeft);
+    layout.headerRight = rect.left + units.units(layout.headerRight);
+    layout.headerHeight = units.units(layout.headerHeight);
+    layout.yLabelWidth = units.units(layout.yLabelWidth);
+    return hasRoom;
+}
+
+int A2DAxis::compose(CDC& dc, const CRect& rect, PlotLayout& layout)
+{
     layout.picture = rect;
     fHeight_ = std::max(1, calcFontHeight(dc, layout.picture));
     layout.header = getHeaderString(0);
@@ -198,8 +236,7 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
         layout.graph.top = rect.top + air + layout.headerHeight;
     }
     boundGraphRect(layout);
-    graphRect_ = layout.graph;
-    return graphRect_.right > graphRect_.left && graphRect_.bottom > graphRect_.top;
+    return 1;
 }
 
 int A2DAxis::layOut(CDC& dc, const CRect& rect)

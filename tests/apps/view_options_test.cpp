@@ -2,7 +2,6 @@
 #include "apps/view/display.h"
 #include "apps/view/level_list.h"
 #include "apps/view/options.h"
-#include "apps/view/square_cells.h"
 #include "apps/view/status_text.h"
 #include "apps/view/uv_points.h"
 #include "pavane/axes/maps/map_unit.h"
@@ -268,15 +267,6 @@ TEST(MapUnit, PutsAPrefixOnlyBeforeAUnitThatTakesOne)
         EXPECT_EQ(prefixedText(0.0032, c.unit, 4), c.value);
         EXPECT_EQ(titleUnit(c.unit), c.title);
     }
-}
-
-TEST(SquareCells, FillTheRoomUnlessTheyWouldBeASliver)
-{
-    const CRect plot(10, 20, 610, 420);
-    EXPECT_TRUE(squareCells(plot, 100, 200) == CRect(210, 20, 410, 420));
-    EXPECT_TRUE(squareCells(plot, 300, 100) == CRect(10, 120, 610, 320));
-    EXPECT_TRUE(squareCells(plot, 1, 200) == plot);
-    EXPECT_TRUE(squareCells(CRect(0, 0, 9000, 30), 5, 5) == CRect(4485, 0, 4515, 30));
 }
 
 TEST(UvPoints, SkipsCommentsAndAHeadingAndNamesTheBadLine)

@@ -1,5 +1,8 @@
 #include "pavane/axes/maps/MapFrame.h"
 
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/ABMapGraph.h"
+#include "pavane/axes/maps/map_titles.h"
 #include "pavane/axes/maps/map_unit.h"
 #include "tessel/map_steps.h"
 #include "tessel/sky_axes.h"
@@ -76,6 +79,15 @@ const char* chooseUnit(MapFrame& frame)
     return degrees ? "~ [deg]" : "~ [arcmin]";
 }
 
+MapBeam beamOf(const MapHeader& header, const MapFrame& frame)
+{
+    const double angle = header.bpa * std::numbers::pi / 180;
+    const MapPlace end = frame.onAxes(std::sin(angle), std::cos(angle));
+    const double unit = arcsecondsPerDegree / frame.arcseconds;
+    return {header.bmaj * unit, header.bmin * unit,
+            std::atan2(end.x, end.y) * 180 / std::numbers::pi};
+}
+
 }  // namespace
 
 MapPlace MapFrame::onAxes(double east, double north) const
@@ -92,12 +104,23 @@ MapPlace MapFrame::offsetOf(double column, double row) const
     return {sky[0][0] * dx + sky[0][1] * dy, sky[1][0] * dx + sky[1][1] * dy};
 }
 
+TMinMax MapFrame::centres() const
+{
+    TMinMax centres;
+    centres.xMin = xFirst;
+    centres.xMax = xLast;
+    centres.yMin = yFirst;
+    centres.yMax = yLast;
+    return centres;
+}
+
 MapFrame frameOf(const MapHeader& header, int rows, int columns)
 {
     const MapAxis& x = axisOr(header, 0);
     const MapAxis& y = axisOr(header, 1);
     const MapSteps steps = stepsOf(header);
     MapFrame frame;
+    frame.valueTitle = mapValueTitle(header);
     frame.onSky = header.hasCelestialAxes;
     if (!frame.onSky && steps.isTurned) {  // axes of which no cell lies on one value: pixels
         setEnds({}, columns, 1, 1, frame.xFirst, frame.xLast);
@@ -130,6 +153,8 @@ MapFrame frameOf(const MapHeader& header, int rows, int columns)
     setSkyTitles(header, frame);
     frame.xTitle += unitText;
     frame.yTitle += unitText;
+    if (header.hasBeam)
+        frame.beam = beamOf(header, frame);
     return frame;
 }
 
@@ -139,6 +164,15 @@ double beamCells(const MapHeader& header, const MapFrame& frame)
         return 0;
     return std::numbers::pi / (4 * std::numbers::ln2) * header.bmaj * header.bmin /
            stepsOf(header).cellArea;
+}
+
+void describeMap(A2DAxis& axis, ABMapGraph& graph, const MapFrame& frame, const CString& headerLine)
+{
+    axis.setNameOX(frame.xTitle);
+    axis.setNameOY(frame.yTitle);
+    graph.setNames(frame.xTitle, frame.yTitle, frame.valueTitle);
+    graph.setHeaderText(0, headerLine);
+    graph.setBeam(frame.beam);
 }
 
 }  // namespace pavane

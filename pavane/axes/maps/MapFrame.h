@@ -1,12 +1,15 @@
 #pragma once
 
-#include "platform/api.h"
+#include "pavane/axes/maps/beam_mark.h"
+#include "pavane/axes/ranges/TMinMax.h"
+#include "platform/types.h"
 #include "tessel/map_header.h"
-
-#include <string>
 
 namespace pavane
 {
+
+class A2DAxis;
+class ABMapGraph;
 
 /// A place in the plane of a map.
 struct MapPlace {
@@ -28,13 +31,17 @@ struct PAVANE_API MapFrame {
     double sky[2][2] = {};        ///< arcseconds east and north of a step of a column, of a row
     double reference[2] = {};     ///< reference pixel: column and row, from 0
     int xDirection = 1;           ///< scale code of the x axis: right ascension grows to the left
-    std::string xTitle, yTitle;   ///< with "%s" where the prefix goes
+    CString xTitle, yTitle;       ///< with "%s" where the prefix goes
+    CString valueTitle;           ///< of colour bars: the unit, written in the same way
+    MapBeam beam;  ///< in units of the axes, turned as the sky is in the map; unset without one
 
     /// The place, on the axes, that lies so many arcseconds east and north of the reference pixel.
     MapPlace onAxes(double east, double north) const;
     /// Arcseconds east (x) and north (y), or along longitude and latitude, from the reference pixel
     /// to a cell. Only on the sky.
     MapPlace offsetOf(double column, double row) const;
+    /// The centres of the first and last cells, as graphs of maps want them; z unset.
+    TMinMax centres() const;
 };
 
 /// The frame of a map of rows x columns cells. Steps that are 0 or not finite count as one pixel;
@@ -43,5 +50,9 @@ PAVANE_API MapFrame frameOf(const MapHeader& header, int rows, int columns);
 
 /// Area of the beam in cells, 0 when the beam is not known.
 PAVANE_API double beamCells(const MapHeader& header, const MapFrame& frame);
+
+/// Gives the titles to an axis, and titles, beam and header line to the graph of the map in it.
+PAVANE_API void describeMap(A2DAxis& axis, ABMapGraph& graph, const MapFrame& frame,
+                            const CString& headerLine);
 
 }  // namespace pavane

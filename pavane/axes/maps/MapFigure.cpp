@@ -1,0 +1,208 @@
+#include "pavane/axes/maps/MapFigure.h"
+
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/maps/AAxisScaleBar.h"
+#include "pavane/axes/maps/ABMapGraph.h"
+#include "pavane/axes/maps/FigureLayer.h"
+#include "pavane/axes/square_plot.h"
+#include "platform/picture.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Room around the figure and between plot and bar, in pixels; less around tiny figures.
+constexpr int widestMargin = 8;
+constexpr int barGap = 14;
+/// A plot that would be narrower, in pixels, gives up its bar.
+constexpr int leastPlotBesideBar = 60;
+
+/// Bounds of a plot inside `inner` that has at least these margins from the edges of `all`.
+CRect boundsOf(const CRect& margins, const CRect& all, const CRect& inner)
+{
+    return {all.left + margins.left, all.top + margins.top,
+            margins.right - (all.right - inner.right),
+            margins.bottom - (all.bottom - inner.bottom)};
+}
+
+CRect narrower(const CRect& a, const CRect& b)
+{
+    return {std::max(a.left, b.left), std::max(a.top, b.top), std::max(a.right, b.right),
+            std::max(a.bottom, b.bottom)};
+}
+
+/// Bounds about the origin for a figure at `origin`; -1 stays for none.
+CRect shifted(const CRect& border, CPoint origin)
+{
+    return {border.left == -1 ? -1 : border.left + origin.x,
+            border.top == -1 ? -1 : border.top + origin.y, border.right, border.bottom};
+}
+
+/// A layout of pixels about the origin in units of a context.
+FigureLayout inUnits(const FigureLayout& pixels, const FigureUnits& units, const CRect& rect)
+{
+    const CPoint origin = rect.TopLeft();
+    FigureLayout layout = pixels;
+    layout.all = rect;
+    layout.axis = units.units(pixels.axis, origin);
+    layout.plot = units.units(pixels.plot, origin);
+    if (!pixels.bar.IsRectEmpty())
+        layout.bar = units.units(pixels.bar, origin);
+    const CRect& border = pixels.border;
+    const auto bound = [&](int length) { return length == -1 ? -1 : units.units(length); };
+    layout.border = shifted(
+        CRect(bound(border.left), bound(border.top), bound(border.right), bound(border.bottom)),
+        origin);
+    layout.fontHeight = units.units(pixels.fontHeight);
+    return layout;
+}
+
+/// Puts back the bounds of an axis, which are its host's.
+class BorderChange
+{
+public:
+    explicit BorderChange(A2DAxis& axis) : axis_(axis), before_(axis.getBorderRect()) {}
+    BorderChange(const BorderChange&) = delete;
+    BorderChange& operator=(const BorderChange&) = delete;
+    ~BorderChange() { axis_.setBorderRect(before_); }
+
+private:
+    A2DAxis& axis_;
+    CRect before_;
+};
+
+}  // namespace
+
+void MapFigure::setAxis(A2DAxis* axis)
+{
+    axis_ = axis;
+    map_ = nullptr;
+    bar_ = nullptr;
+}
+
+FigureLayout MapFigure::layOut(CDC& dc, const CRect& rect, const CRect* least) const
+{
+    if (!axis_ || rect.IsRectEmpty()) {
+        FigureLayout layout;
+        layout.all = rect;
+        return layout;
+    }
+    const BorderChange change(*axis_);
+    const FigureUnits units(dc);
+    if (!units.areFine())
+        return layOutInPixels(dc, rect, least);
+    CPicture ruler(1, 1);
+    const CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));
+    FigureLayout layout = inUnits(layOutInPixels(*ruler.dc(), pixels, least), units, rect);
+    axis_->setBorderRect(layout.border);
+    axis_->layOut(dc, layout.axis);
+    layout.plot = axis_->getGraphRect();
+    return layout;
+}
+
+FigureLayout MapFigure::layOutInPixels(CDC& dc, const CRect& rect, const CRect* least) const
+{
+    FigureLayout layout;
+    layout.all = rect;
+    const int margin = std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
+    CRect inner = rect;
+    inner.DeflateRect(margin, margin);
+    layout.axis = inner;
+    CRect bounds = shifted(axis_->getBorderRect(), rect.TopLeft());
+    if (least)
+        bounds = narrower(bounds, boundsOf(*least, rect, inner));
+    axis_->setBorderRect(bounds);
+    axis_->layOut(dc, inner);
+    const CRect free = axis_->getGraphRect();
+    layout.margins = CRect(free.left - rect.left, free.top - rect.top, rect.right - free.right,
+                           rect.bottom - free.bottom);
+    if (bar_)
+        placeBar(dc, inner, layout);
+    const int below = layout.axis.bottom - axis_->getGraphRect().bottom;
+    if (square_ && map_)
+        makeSquare(dc, layout);
+    layout.plot = axis_->getGraphRect();
+    layout.fontHeight = axis_->getFHeight();
+    layout.border = axis_->getBorderRect();
+    if (layout.bar.IsRectEmpty())
+        return layout;
+    const CRect& plot = layout.plot;
+    layout.bar = bar_->isHorizontal()
+                     ? CRect(plot.left, plot.bottom + below + barGap, plot.right, inner.bottom)
+                     : CRect(plot.right + barGap, plot.top, inner.right, plot.bottom);
+    return layout;
+}
+
+/// Takes the room of the bar from that of the axis, when enough of it is left.
+void MapFigure::placeBar(CDC& dc, const CRect& inner, FigureLayout& layout) const
+{
+    bar_->setFHeight(axis_->getFHeight());
+    const CRect& plot = axis_->getGraphRect();
+    const int across = bar_->isHorizontal();
+    const int breadth = bar_->neededBreadth(dc, across ? plot.Width() : plot.Height()) + barGap;
+    if ((across ? plot.Height() : plot.Width()) - breadth < leastPlotBesideBar)
+        return;
+    (across ? layout.axis.bottom : layout.axis.right) -= breadth;
+    layout.bar = inner;
+    axis_->layOut(dc, layout.axis);
+}
+
+/// Shrinks the plot until the cells that it shows are square.
+void MapFigure::makeSquare(CDC& dc, const FigureLayout& layout) const
+{
+    if (axis_->getXDirect() == 0 || axis_->getYDirect() == 0)
+        return;
+    const double stepX = map_->MPXtoRPX(1) - map_->MPXtoRPX(0);
+    const double stepY = map_->MPYtoRPY(1) - map_->MPYtoRPY(0);
+    const CRect& room = layout.axis;
+    // a narrower plot can need a higher header, which leaves less room than was shared out
+    constexpr int rounds = 4;
+    for (int i = 0; i < rounds; ++i) {
+        const TMinMax& range = axis_->getMinMax();
+        const CRect plot = axis_->getGraphRect();
+        const CRect square = squarePlot(plot, std::fabs((range.xMax - range.xMin) / stepX),
+                                        std::fabs((range.yMax - range.yMin) / stepY));
+        if (square == plot)
+            return;
+        axis_->setBorderRect(
+            CRect(square.left, square.top, room.right - square.right, room.bottom - square.bottom));
+        axis_->layOut(dc, room);
+    }
+}
+
+void MapFigure::drawContent(CDC& dc, const FigureLayout& layout) const
+{
+    dc.FillSolidRect(layout.all, RGB(255, 255, 255));
+    if (!axis_ || layout.axis.IsRectEmpty())
+        return;
+    const int smooth = dc.SetSmooth(1);
+    const BorderChange change(*axis_);
+    axis_->setBorderRect(layout.border);
+    CRect rect = layout.axis;
+    axis_->draw(dc, rect);
+    if (bar_ && !layout.bar.IsRectEmpty()) {
+        bar_->setFHeight(layout.fontHeight);  // a narrower axis has smaller labels
+        rect = layout.bar;
+        bar_->draw(dc, rect);
+    }
+    dc.SetSmooth(smooth);
+}
+
+void MapFigure::draw(CDC& dc, const FigureLayout& layout) const
+{
+    drawContent(dc, layout);
+    if (!axis_ || layout.isEmpty())
+        return;
+    const int smooth = dc.SetSmooth(1);
+    for (FigureLayer* const layer : layers_)
+        layer->draw(dc, *axis_);
+    dc.SetSmooth(smooth);
+}
+
+}  // namespace pavane

@@ -1,0 +1,53 @@
+#include "pavane/axes/maps/MapPicture.h"
+
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/AAxisColorOP.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/map_titles.h"
+
+namespace pavane
+{
+
+MapPicture::MapPicture() = default;
+
+MapPicture::~MapPicture() = default;
+
+int MapPicture::open(const CString& fitsFile, CString& error, int plane)
+{
+    auto read = std::make_unique<MapContent>();
+    if (!readMapContent(fitsFile, plane, *read, error)) {
+        error = fitsFile + ": " + error;
+        return 0;
+    }
+    show(*read);
+    own_ = std::move(read);
+    return 1;
+}
+
+void MapPicture::show(const MapContent& content)
+{
+    content_ = &content;
+    auto cells = std::make_unique<AFloatMatrixAccess>(content.map.cells);
+    auto axis = std::make_unique<A2DAxis>(content.frame.xDirection, 1, nullptr, 0);
+    graph_ = new ALevelsColorGraph(axis.get(), *cells, content.frame.centres(), 0);
+    graph_->setStatistics(content.range, content.noise);
+    graph_->contours().setWidth(1);
+    bar_ = std::make_unique<AAxisColorOP>(*graph_);
+    axis_ = std::move(axis);
+    cells_ = std::move(cells);
+    describeMap(*axis_, *graph_, content.frame, {});
+    setHeaderNote({});
+    figure_.setAxis(axis_.get());
+    figure_.setMap(graph_);
+    figure_.setBar(bar_.get());
+}
+
+void MapPicture::setHeaderNote(const CString& note)
+{
+    const CString line = mapHeaderLine(content_->map.header, content_->range, content_->noise);
+    graph_->setHeaderText(0, note.empty() ? line : line + "   " + note);
+}
+
+void MapPicture::draw(CDC& dc, const CRect& rect) { figure_.draw(dc, figure_.layOut(dc, rect)); }
+
+}  // namespace pavane

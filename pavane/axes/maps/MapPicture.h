@@ -1,0 +1,54 @@
+#pragma once
+
+#include "pavane/axes/maps/MapContent.h"
+#include "pavane/axes/maps/MapFigure.h"
+#include "platform/geometry.h"
+
+#include <memory>
+
+namespace pavane
+{
+
+class A2DAxis;
+class AAxisColorOP;
+class ALevelsColorGraph;
+
+/// A map as a host shows it: its axes on the sky, its colours and contours, the bar and the figure
+/// of them all. Neither copied nor moved: graphs and bars point into it.
+class PAVANE_API MapPicture
+{
+public:
+    MapPicture();
+    MapPicture(const MapPicture&) = delete;
+    MapPicture& operator=(const MapPicture&) = delete;
+    ~MapPicture();
+
+    /// Reads a map; a cube needs its plane, counted from 0. Non-zero on success; else 0, `error` is
+    /// one line that names the file, and what was shown before stays.
+    int open(const CString& fitsFile, CString& error, int plane = -1);
+    /// Shows a map that was read, which has to outlive the picture.
+    void show(const MapContent& content);
+
+    /// Of a map that is open; so are those below.
+    const MapContent& content() const { return *content_; }
+    A2DAxis& axis() { return *axis_; }
+    ALevelsColorGraph& graph() { return *graph_; }
+    AAxisColorOP& bar() { return *bar_; }
+    MapFigure& figure() { return figure_; }
+    /// The header line, with `note` behind it unless that is empty.
+    void setHeaderNote(const CString& note);
+
+    /// Draws the figure into `rect` of any context.
+    void draw(CDC& dc, const CRect& rect);
+
+private:
+    std::unique_ptr<MapContent> own_;
+    const MapContent* content_ = nullptr;
+    std::unique_ptr<AMatrixAccess> cells_;
+    std::unique_ptr<A2DAxis> axis_;
+    ALevelsColorGraph* graph_ = nullptr;  // the axis's
+    std::unique_ptr<AAxisColorOP> bar_;
+    MapFigure figure_;
+};
+
+}  // namespace pavane

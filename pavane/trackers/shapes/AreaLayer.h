@@ -1,0 +1,33 @@
+#pragma once
+
+#include "pavane/axes/maps/FigureLayer.h"
+#include "pavane/containers/APoint.h"
+
+#include <utility>
+#include <vector>
+
+namespace pavane
+{
+
+/// A closed curve in data values (RP), from the last point back to the first.
+using AreaOutline = std::vector<APoint<double>>;
+
+/// Draws the outlines of areas over a map that is laid out for the context: what windows, pictures
+/// and pages show of areas that nobody works on.
+PAVANE_API void drawAreaOutlines(CDC& dc, const ABAxis& axis,
+                                 const std::vector<AreaOutline>& outlines);
+
+/// Areas over the map of a figure.
+class PAVANE_API AreaLayer : public FigureLayer
+{
+public:
+    AreaLayer() = default;
+    explicit AreaLayer(std::vector<AreaOutline> outlines) : outlines_(std::move(outlines)) {}
+    void setOutlines(std::vector<AreaOutline> outlines) { outlines_ = std::move(outlines); }
+    void draw(CDC& dc, const ABAxis& axis) override { drawAreaOutlines(dc, axis, outlines_); }
+
+private:
+    std::vector<AreaOutline> outlines_;
+};
+
+}  // namespace pavane
