@@ -83,6 +83,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/ARPRectTracker.h
     pavane/trackers/ARPRotateRectTracker.h
     pavane/trackers/ATracker.h
+    pavane/trackers/collections/area_outlines.h
     pavane/trackers/collections/ARPTrackerArray.h
     pavane/trackers/collections/ATrackerArray.h
     pavane/trackers/collections/ATrackerArrayInAxis.h

@@ -83,6 +83,7 @@
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/ARPRotateRectTracker.h"
 #include "pavane/trackers/ATracker.h"
+#include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ARPTrackerArray.h"
 #include "pavane/trackers/collections/ATrackerArray.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"

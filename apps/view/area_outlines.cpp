@@ -1,7 +1,5 @@
 #include "apps/view/area_outlines.h"
 
-#include "pavane/trackers/collections/ARPTrackerArray.h"
-
 namespace pavane
 {
 
@@ -14,19 +12,6 @@ std::vector<AreaOutline> outlinesOf(const AAreaArray& areas, const MapFrame& fra
         for (int k = 0; k < polygon.count; ++k)
             outline.push_back({frame.xFirst + frame.xStep * polygon.points[k].x,
                                frame.yFirst + frame.yStep * polygon.points[k].y});
-    }
-    return outlines;
-}
-
-std::vector<AreaOutline> outlinesOf(const ARPTrackerArray& areas)
-{
-    std::vector<AreaOutline> outlines;
-    AArray<APoint<double>> points(0, 0, 256);
-    for (int i = 0; i < areas.count(); ++i) {
-        areas(i)->GetAreaPoints(points, 0);
-        AreaOutline& outline = outlines.emplace_back();
-        for (int k = 0; k < points.count(); ++k)
-            outline.push_back(points(k));
     }
     return outlines;
 }

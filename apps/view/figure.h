@@ -2,25 +2,33 @@
 
 #include "apps/view/inputs.h"
 #include "apps/view/options.h"
-#include "pavane/axes/ranges/TMinMax.h"
-#include "platform/geometry.h"
+#include "pavane/axes/maps/MapPicture.h"
+#include "pavane/tables/components/ModelLayer.h"
+#include "pavane/trackers/shapes/AreaLayer.h"
 
 #include <string>
+#include <vector>
 
 namespace pavane
 {
 
-class CDC;
+/// The map of the inputs as the options say, with areas and model over it. Inputs and options have
+/// to outlive it.
+class InputsFigure
+{
+public:
+    InputsFigure(const ViewOptions& options, const ViewInputs& inputs);
 
-/// What a window shows otherwise than its inputs say. Not owned.
-struct FigureView {
-    const TMinMax* range = nullptr;                   ///< x and y (RP), of a zoomed map
-    const std::vector<AreaOutline>* areas = nullptr;  ///< in place of those of the inputs
-    std::vector<std::string>* notes = nullptr;        ///< gets what is to be said of the picture
+    void draw(CDC& dc, const CRect& rect) { picture_.draw(dc, rect); }
+    /// What is to be said of what was drawn.
+    std::vector<std::string> notes();
+
+private:
+    const ViewOptions& options_;
+    const ViewInputs& inputs_;
+    MapPicture picture_;
+    AreaLayer areas_;
+    ModelLayer model_;
 };
-
-/// Draws the map of the inputs as the options say, with areas and model over it.
-void drawFigure(CDC& dc, const CRect& all, const ViewOptions& options, const ViewInputs& inputs,
-                const FigureView& view = {});
 
 }  // namespace pavane

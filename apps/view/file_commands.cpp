@@ -4,7 +4,7 @@
 #include "apps/view/picture_file.h"
 #include "apps/view/same_file.h"
 #include "apps/view/view_dialogs.h"
-#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/map_titles.h"
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/file_dialog.h"
@@ -330,17 +330,12 @@ void MainWindow::savePicture()
     }
     CRect client;
     view_.GetClientRect(client);
-    const std::vector<AreaOutline> outlines =
-        view_.GetAreasInPicture() ? outlinesOf(areas()) : std::vector<AreaOutline>();
-    FigureView shown;
-    const TMinMax range = map_->axis().getMinMax();
-    if (view_.IsRangeZoomed())
-        shown.range = &range;
-    shown.areas = &outlines;
+    const PictureJob job{mapTitle(map_->inputs().map.header),
+                         std::max(client.Width(), leastPicture),
+                         std::max(client.Height(), leastPicture), pictureFineness,
+                         [&](CDC& dc, const CRect& rect) { view_.DrawPicture(dc, rect); }};
     std::string error;
-    if (!writePicture(name, format, std::max(client.Width(), leastPicture),
-                      std::max(client.Height(), leastPicture), pictureFineness, options_,
-                      map_->inputs(), shown, error)) {
+    if (!writePicture(name, format, job, error)) {
         AfxMessageBox(error, MB_ICONERROR);
         return;
     }

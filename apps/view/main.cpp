@@ -1,3 +1,4 @@
+#include "apps/view/figure.h"
 #include "apps/view/inputs.h"
 #include "apps/view/numbers.h"
 #include "apps/view/options.h"
@@ -5,6 +6,7 @@
 #include "apps/view/picture_file.h"
 #include "apps/view/same_file.h"
 #include "apps/view/window_program.h"
+#include "pavane/axes/maps/map_titles.h"
 #include "platform/platform.h"
 #include "tessel/fits_map.h"
 #include "tessel/plain_text.h"
@@ -63,13 +65,13 @@ int writePictures(const ViewOptions& options, const ViewInputs& inputs, std::str
     } pictures[] = {{options.png, PictureFormat::png},
                     {options.pdf, PictureFormat::pdf},
                     {options.svg, PictureFormat::svg}};
-    std::vector<std::string> notes;
-    const FigureView view{nullptr, nullptr, &notes};
+    InputsFigure figure(options, inputs);
+    const PictureJob job{mapTitle(inputs.map.header), options.width, options.height, 1,
+                         [&](CDC& dc, const CRect& rect) { figure.draw(dc, rect); }};
     for (const auto& picture : pictures)
-        if (!picture.file.empty() && !writePicture(picture.file, picture.format, options.width,
-                                                   options.height, 1, options, inputs, view, error))
+        if (!picture.file.empty() && !writePicture(picture.file, picture.format, job, error))
             return 0;
-    for (const std::string& note : notes)
+    for (const std::string& note : figure.notes())
         std::fprintf(stderr, "pavane-view: note: %s\n", note.c_str());
     return 1;
 }

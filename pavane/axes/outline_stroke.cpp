@@ -67,6 +67,7 @@ void strokeOutlines(CDC& dc, const ABAxis& axis, const OutlineCurves& curves,
     plot.bottom += 1;
     const int saved = dc.SaveDC();
     dc.IntersectClipRect(plot);
+    const int smooth = dc.SetSmooth(1);
     CPen edge(PS_SOLID, unitsOf(dc, style.edgeWidth), style.edgeColor);
     CPen line(PS_SOLID, unitsOf(dc, style.width), style.color);
     OutlineCurves lean;
@@ -78,6 +79,7 @@ void strokeOutlines(CDC& dc, const ABAxis& axis, const OutlineCurves& curves,
             dc.PolylineF(curve.data(), static_cast<int>(curve.size()));
         dc.SelectObject(before);
     }
+    dc.SetSmooth(smooth);
     dc.RestoreDC(saved);
 }
 

@@ -1,6 +1,6 @@
 #include "pavane/axes/maps/MapFigure.h"
 
-#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/ABAxis.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/maps/AAxisScaleBar.h"
 #include "pavane/axes/maps/ABMapGraph.h"
@@ -67,19 +67,19 @@ FigureLayout inUnits(const FigureLayout& pixels, const FigureUnits& units, const
 class BorderChange
 {
 public:
-    explicit BorderChange(A2DAxis& axis) : axis_(axis), before_(axis.getBorderRect()) {}
+    explicit BorderChange(ABAxis& axis) : axis_(axis), before_(axis.getBorderRect()) {}
     BorderChange(const BorderChange&) = delete;
     BorderChange& operator=(const BorderChange&) = delete;
     ~BorderChange() { axis_.setBorderRect(before_); }
 
 private:
-    A2DAxis& axis_;
+    ABAxis& axis_;
     CRect before_;
 };
 
 }  // namespace
 
-void MapFigure::setAxis(A2DAxis* axis)
+void MapFigure::setAxis(ABAxis* axis)
 {
     axis_ = axis;
     map_ = nullptr;
@@ -101,7 +101,7 @@ FigureLayout MapFigure::layOut(CDC& dc, const CRect& rect, const CRect* least) c
     const CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));
     FigureLayout layout = inUnits(layOutInPixels(*ruler.dc(), pixels, least), units, rect);
     axis_->setBorderRect(layout.border);
-    axis_->layOut(dc, layout.axis);
+    (void)axis_->layOut(dc, layout.axis);
     layout.plot = axis_->getGraphRect();
     return layout;
 }
@@ -118,7 +118,7 @@ FigureLayout MapFigure::layOutInPixels(CDC& dc, const CRect& rect, const CRect* 
     if (least)
         bounds = narrower(bounds, boundsOf(*least, rect, inner));
     axis_->setBorderRect(bounds);
-    axis_->layOut(dc, inner);
+    (void)axis_->layOut(dc, inner);
     const CRect free = axis_->getGraphRect();
     layout.margins = CRect(free.left - rect.left, free.top - rect.top, rect.right - free.right,
                            rect.bottom - free.bottom);
@@ -150,7 +150,7 @@ void MapFigure::placeBar(CDC& dc, const CRect& inner, FigureLayout& layout) cons
         return;
     (across ? layout.axis.bottom : layout.axis.right) -= breadth;
     layout.bar = inner;
-    axis_->layOut(dc, layout.axis);
+    (void)axis_->layOut(dc, layout.axis);
 }
 
 /// Shrinks the plot until the cells that it shows are square.
@@ -172,11 +172,11 @@ void MapFigure::makeSquare(CDC& dc, const FigureLayout& layout) const
             return;
         axis_->setBorderRect(
             CRect(square.left, square.top, room.right - square.right, room.bottom - square.bottom));
-        axis_->layOut(dc, room);
+        (void)axis_->layOut(dc, room);
     }
 }
 
-void MapFigure::drawContent(CDC& dc, const FigureLayout& layout) const
+void MapFigure::draw(CDC& dc, const FigureLayout& layout) const
 {
     dc.FillSolidRect(layout.all, RGB(255, 255, 255));
     if (!axis_ || layout.axis.IsRectEmpty())
@@ -191,17 +191,9 @@ void MapFigure::drawContent(CDC& dc, const FigureLayout& layout) const
         rect = layout.bar;
         bar_->draw(dc, rect);
     }
-    dc.SetSmooth(smooth);
-}
-
-void MapFigure::draw(CDC& dc, const FigureLayout& layout) const
-{
-    drawContent(dc, layout);
-    if (!axis_ || layout.isEmpty())
-        return;
-    const int smooth = dc.SetSmooth(1);
     for (FigureLayer* const layer : layers_)
-        layer->draw(dc, *axis_);
+        if (!axis_->getGraphRect().IsRectEmpty())
+            layer->draw(dc, *axis_);
     dc.SetSmooth(smooth);
 }
 

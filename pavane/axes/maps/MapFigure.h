@@ -8,8 +8,8 @@
 namespace pavane
 {
 
-class A2DAxis;
 class AAxisScaleBar;
+class ABAxis;
 class ABMapGraph;
 class CDC;
 class FigureLayer;
@@ -35,7 +35,7 @@ class PAVANE_API MapFigure
 {
 public:
     /// Forgets the map and the bar. Null: a white figure.
-    void setAxis(A2DAxis* axis);
+    void setAxis(ABAxis* axis);
     /// The graph whose cells are kept square; null for none.
     void setMap(const ABMapGraph* map) { map_ = map; }
     /// Right of the plot, or below it when it is a horizontal one; null for none.
@@ -54,15 +54,13 @@ public:
     /// Draws a figure that was laid out for this context: white ground, axis with graphs, bar and
     /// layers, with soft edges where the context can.
     void draw(CDC& dc, const FigureLayout& layout) const;
-    /// The same without its layers.
-    void drawContent(CDC& dc, const FigureLayout& layout) const;
 
 private:
     FigureLayout layOutInPixels(CDC& dc, const CRect& rect, const CRect* least) const;
     void placeBar(CDC& dc, const CRect& inner, FigureLayout& layout) const;
     void makeSquare(CDC& dc, const FigureLayout& layout) const;
 
-    A2DAxis* axis_ = nullptr;
+    ABAxis* axis_ = nullptr;
     const ABMapGraph* map_ = nullptr;
     AAxisScaleBar* bar_ = nullptr;
     int square_ = 1;

@@ -3,11 +3,11 @@
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ABMapGraph.h"
-#include "pavane/axes/square_plot.h"
 #include "pavane/axes/windows/AreaOverlay.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/resources/tracker_messages.h"
 #include "pavane/resources/window_messages.h"
+#include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/windows/picture_export.h"
 #include "platform/controls.h"
@@ -22,15 +22,11 @@ namespace pavane
 namespace
 {
 
-/// Room between plot and colour bar, client units.
-constexpr int barGap = 14;
 /// More areas than these take longer to fill than to paint; while so many are dragged, their cells
 /// wait for a pause of the pointer (ms).
 constexpr std::size_t mostFollowedAtOnce = 1000;
 constexpr unsigned restTimer = 2;
 constexpr unsigned restPause = 80;
-/// A plot narrower than this gives up its colour bar.
-constexpr int leastPlotBesideBar = 60;
 
 }  // namespace
 
@@ -75,6 +71,7 @@ void AAxisWnd::plotCame()
 void AAxisWnd::SetMap(ABMapGraph* map)
 {
     map_ = map;
+    figure().setMap(map);
     if (map)
         map->setShownOften(1);
     overlay_->setMap(map);
@@ -90,12 +87,13 @@ void AAxisWnd::SetColorBar(AAxisColorOP* bar, int owned)
         delete colorBar_;
     colorBar_ = bar;
     ownsBar_ = owned;
+    figure().setBar(bar);
     ContentChanged();
 }
 
 void AAxisWnd::SetSquareCells(int on)
 {
-    square_ = on;
+    figure().setSquareCells(on);
     ContentChanged();
 }
 
@@ -139,60 +137,6 @@ void AAxisWnd::MapValuesChanged()
     showStatusAtPointer();
 }
 
-/// Leaves room for the colour bar beside the axis.
-APlotWnd::Parts AAxisWnd::layOut(CDC& dc, const CRect& rect, int steady)
-{
-    Parts parts = APlotWnd::layOut(dc, rect, steady);
-    const CRect inner = parts.axis;
-    ABAxis& axis = *GetPlot();
-    if (colorBar_) {
-        colorBar_->setFHeight(axis.getFHeight());
-        const int breadth = colorBar_->neededBreadth(dc, axis.getGraphRect().Height()) + barGap;
-        if (axis.getGraphRect().Width() - breadth >= leastPlotBesideBar) {
-            parts.axis.right -= breadth;
-            (void)axis.layOut(dc, parts.axis);
-            parts.beside = inner;
-        }
-    }
-    if (square_ && map_)
-        squareOut(dc, parts.axis);
-    const CRect& plot = axis.getGraphRect();
-    if (colorBar_)
-        colorBar_->setFHeight(axis.getFHeight());  // a narrower axis has smaller labels
-    if (!parts.beside.IsRectEmpty())
-        parts.beside = CRect(plot.right + barGap, plot.top, inner.right, plot.bottom);
-    return parts;
-}
-
-void AAxisWnd::drawBeside(CDC& dc, const CRect& rect)
-{
-    CRect bar = rect;
-    colorBar_->draw(dc, bar);
-}
-
-/// Shrinks the plot until the cells that it shows are square.
-void AAxisWnd::squareOut(CDC& dc, const CRect& rect)
-{
-    ABAxis& axis = *GetPlot();
-    if (axis.getXDirect() == 0 || axis.getYDirect() == 0)
-        return;
-    const double stepX = map_->MPXtoRPX(1) - map_->MPXtoRPX(0);
-    const double stepY = map_->MPYtoRPY(1) - map_->MPYtoRPY(0);
-    // a narrower plot can need a higher header, which leaves less room than was shared out
-    constexpr int rounds = 4;
-    for (int i = 0; i < rounds; ++i) {
-        const TMinMax& range = axis.getMinMax();
-        const CRect plot = axis.getGraphRect();
-        const CRect square = squarePlot(plot, std::fabs((range.xMax - range.xMin) / stepX),
-                                        std::fabs((range.yMax - range.yMin) / stepY));
-        if (square == plot)
-            return;
-        axis.setBorderRect(
-            CRect(square.left, square.top, rect.right - square.right, rect.bottom - square.bottom));
-        (void)axis.layOut(dc, rect);
-    }
-}
-
 /// Only then the picture may go to the window without a copy.
 int AAxisWnd::isBare() const
 {
@@ -214,25 +158,14 @@ void AAxisWnd::ServiceDraw(CDC& dc, CRect&, CRect& update)
 
 void AAxisWnd::drawIntoPicture(CDC& dc)
 {
-    if (!areasInPicture_)
-        return;
-    trackers_->SetAxis(GetPlot());
-    DrawAreas(dc);
+    if (areasInPicture_)
+        DrawAreas(dc);
 }
 
 void AAxisWnd::DrawAreas(CDC& dc)
 {
-    const int saved = dc.SaveDC();
-    dc.IntersectClipRect(plotRect());
-    const ClippedDrawing clipped(dc);
-    for (int i = 0; i < trackers_->trackerCount(); ++i) {
-        ATracker& tracker = *trackers_->trackerAt(i);
-        const unsigned style = tracker.GetStyle();
-        tracker.SetStyle(style & ~static_cast<unsigned>(trackerActive));  // without handles
-        tracker.Draw(&dc, this);
-        tracker.SetStyle(style);
-    }
-    dc.RestoreDC(saved);
+    if (GetPlot())
+        drawAreaOutlines(dc, *GetPlot(), outlinesOf(*trackers_));
 }
 
 void AAxisWnd::SetCellOverlay(int on)

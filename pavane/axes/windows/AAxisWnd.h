@@ -77,7 +77,7 @@ public:
     /// Non-zero draws the areas into copied, saved and printed pictures too.
     void SetAreasInPicture(int on) { areasInPicture_ = on; }
     int GetAreasInPicture() const { return areasInPicture_; }
-    /// Draws the areas as they lie on the axis now; `axis` has to be laid out for `dc`.
+    /// Draws the outlines of the areas as pictures have them; the axis has to be laid out for `dc`.
     void DrawAreas(CDC& dc);
     /// What the pointer at a client point shows, and what the areas hold.
     AxisStatus StatusAt(CPoint pixel) override;
@@ -101,8 +101,6 @@ protected:
     void areaChanging(ATracker& tracker) override;
 
     // APlotWnd
-    Parts layOut(CDC& dc, const CRect& rect, int steady) override;
-    void drawBeside(CDC& dc, const CRect& rect) override;
     void drawIntoPicture(CDC& dc) override;
     int isBare() const override;
     void plotLaidOut() override;
@@ -126,7 +124,6 @@ protected:
     void OnTimer(unsigned id) override;
 
 private:
-    void squareOut(CDC& dc, const CRect& rect);
     void invalidateCells();
     void tellOfLostSteps();
     int moveByArrow(int key, bool shift, bool control);
@@ -143,7 +140,6 @@ private:
     CComboBox* list_ = nullptr;
     CToolBar* bar_ = nullptr;
     std::unique_ptr<AreaOverlay> overlay_;
-    int square_ = 1;
     int showCells_ = 0;
     int areasInPicture_ = 0;
 };

@@ -1,23 +1,15 @@
 #include "pavane/axes/windows/APlotWnd.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/windows/plot_directions.h"
 #include "platform/messages.h"
 #include "platform/window_dc.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace pavane
 {
-
-namespace
-{
-
-/// Room around the content, client units; less in tiny windows.
-constexpr int widestMargin = 8;
-
-}  // namespace
 
 APlotWnd::APlotWnd() { SetFlag(windowNoWaitCursor, 1); }
 
@@ -32,7 +24,6 @@ const char* APlotWnd::GetWndClassName() { return "APlotWnd"; }
 int APlotWnd::GetAWindowType() { return 1; }
 void APlotWnd::OnStatus(const AxisStatus&) {}
 void APlotWnd::OnRangeChanged() {}
-void APlotWnd::drawBeside(CDC&, const CRect&) {}
 void APlotWnd::drawIntoPicture(CDC&) {}
 int APlotWnd::isBare() const { return !band_.isGoing(); }
 
@@ -92,7 +83,7 @@ void APlotWnd::SetPlot(ABAxis* axis, int owned)
     dropAxis();
     axis_ = axis;
     ownsAxis_ = owned;
-    hostBorder_ = axis ? axis->getBorderRect() : CRect(-1, -1, -1, -1);
+    figure_.setAxis(axis);
     view_.forget();
     plotCame();
     ContentChanged();
@@ -115,54 +106,34 @@ void APlotWnd::ContentChanged()
     Invalidate();
 }
 
-/// Keeps at least the margins of the last layout while the range is zoomed, so that the plot stands
-/// still under the pointer when labels get wider and narrower.
-void APlotWnd::keepMargins(CDC& dc, const CRect& rect)
+/// While the range is zoomed the plot keeps at least the margins of the window, so that it stands
+/// still under the pointer when labels get wider and narrower, and pictures of the window's size
+/// show it where the window does.
+FigureLayout APlotWnd::layOut(CDC& dc, const CRect& rect) const
 {
-    if (marginsFor_ == rect.Size() && IsRangeZoomed())
-        axis_->setBorderRect(CRect(std::max(hostBorder_.left, margins_.left),
-                                   std::max(hostBorder_.top, margins_.top),
-                                   std::max(hostBorder_.right, margins_.right),
-                                   std::max(hostBorder_.bottom, margins_.bottom)));
-    if (!axis_->layOut(dc, rect))
-        return;
-    const CRect& plot = axis_->getGraphRect();
-    margins_ = CRect(plot.left, plot.top, rect.right - plot.right, rect.bottom - plot.bottom);
-    marginsFor_ = rect.Size();
+    const FigureUnits units(dc);
+    const CSize size(units.pixels(rect.Width()), units.pixels(rect.Height()));
+    const int known = marginsFor_ == size && IsRangeZoomed();
+    return figure_.layOut(dc, rect, known ? &margins_ : nullptr);
 }
 
-APlotWnd::Parts APlotWnd::layOut(CDC& dc, const CRect& rect, int steady)
+void APlotWnd::layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout)
 {
-    Parts parts;
-    const int margin = std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
-    parts.axis = rect;
-    parts.axis.DeflateRect(margin, margin);
-    axis_->setBorderRect(hostBorder_);
-    if (steady)
-        keepMargins(dc, parts.axis);
-    else
-        (void)axis_->layOut(dc, parts.axis);
-    return parts;
-}
-
-void APlotWnd::drawContent(CDC& dc, const CRect& rect, int steady)
-{
-    dc.FillSolidRect(rect, RGB(255, 255, 255));
-    if (!axis_ || rect.IsRectEmpty())
+    layout = layOut(dc, client);
+    if (layout.isEmpty())
         return;
-    Parts parts = layOut(dc, rect, steady);
-    const int smooth = dc.SetSmooth(1);
-    axis_->draw(dc, parts.axis);
-    if (!parts.beside.IsRectEmpty())
-        drawBeside(dc, parts.beside);
-    dc.SetSmooth(smooth);
+    margins_ = layout.margins;
+    marginsFor_ = client.Size();
 }
 
 void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
 {
-    const int ratio =
-        picture_.paint(dc, client, update, presses_ == 0 && isBare(),
-                       [this](CDC& to, const CRect& rect) { drawContent(to, rect, 1); });
+    const int ratio = picture_.paint(dc, client, update, presses_ == 0 && isBare(),
+                                     [this](CDC& to, const CRect& rect) {
+                                         FigureLayout layout;
+                                         layOutWindow(to, rect, layout);
+                                         figure_.draw(to, layout);
+                                     });
     if (ratio == 0 || !axis_)
         return;
     if (!view_.isKnown())
@@ -182,8 +153,9 @@ void APlotWnd::restoreLayout()
     CClientDC dc(this);
     CRect client;
     GetClientRect(client);
+    FigureLayout layout;
     if (!client.IsRectEmpty())
-        (void)layOut(dc, client, 1);
+        layOutWindow(dc, client, layout);
     plotLaidOut();
 }
 
@@ -191,7 +163,7 @@ void APlotWnd::DrawPicture(CDC& dc, const CRect& rect)
 {
     const CRect plot = axis_ ? axis_->getGraphRect() : CRect();
     const int fontHeight = axis_ ? axis_->getFHeight() : 0;
-    drawContent(dc, rect, 0);
+    figure_.draw(dc, layOut(dc, rect));
     if (!axis_)
         return;
     drawIntoPicture(dc);

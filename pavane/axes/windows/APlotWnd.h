@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/axes/maps/MapFigure.h"
 #include "pavane/axes/ranges/RangeView.h"
 #include "pavane/axes/windows/AxisStatus.h"
 #include "pavane/axes/windows/PlotHooks.h"
@@ -85,18 +86,10 @@ public:
     int contentDrawings() const { return picture_.drawings(); }
 
 protected:
-    /// Where the parts of the content lie.
-    struct Parts {
-        CRect axis;
-        CRect beside;  ///< of what heirs put beside the plot
-    };
+    /// The axis and what heirs put beside it, as windows, pictures and pages show it.
+    MapFigure& figure() { return figure_; }
 
     // What heirs add beside PlotHooks. In this order; new ones go to the end.
-    /// Lays the axis out in `rect`. With `steady`, for the window itself, the plot stands still
-    /// under the pointer while the range is zoomed.
-    virtual Parts layOut(CDC& dc, const CRect& rect, int steady);
-    /// Draws what stands beside the axis.
-    virtual void drawBeside(CDC& dc, const CRect& rect);
     /// Draws over the content of pictures, in the axis as it is laid out for them.
     virtual void drawIntoPicture(CDC& dc);
     /// Non-zero while nothing lies over the content of the window.
@@ -162,8 +155,8 @@ private:
         CPoint start;
         TMinMax range;
     };
-    void keepMargins(CDC& dc, const CRect& rect);
-    void drawContent(CDC& dc, const CRect& rect, int steady);
+    FigureLayout layOut(CDC& dc, const CRect& rect) const;
+    void layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout);
     void restoreLayout();
     void dropAxis();
     void beginGesture();
@@ -179,7 +172,7 @@ private:
     int ownsAxis_ = 0;
     std::vector<std::unique_ptr<ABAxis>> retired_;  ///< axes that a press may still point to
     RangeView view_;
-    CRect hostBorder_{-1, -1, -1, -1};  ///< bounds of the plot that the host gave its axis
+    MapFigure figure_;
     CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
     CSize marginsFor_;
     PlotPicture picture_;

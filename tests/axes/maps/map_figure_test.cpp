@@ -4,7 +4,7 @@
 #include "pavane/axes/maps/FigureLayer.h"
 #include "pavane/axes/maps/MapPicture.h"
 #include "platform/picture.h"
-#include "test_maps.h"
+#include "sky_map.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
@@ -15,33 +15,6 @@ namespace pavane
 
 namespace
 {
-
-/// A map of the sky, 60 x 40 cells.
-MapContent skyMap()
-{
-    MapContent content;
-    content.map.cells = randomMap(40, 60, 3);
-    MapHeader& header = content.map.header;
-    constexpr double cell = 1e-3 / 3600;
-    header.axes = {{60, "RA---SIN", "deg", 0, 30, -cell, 0},
-                   {40, "DEC--SIN", "deg", 0, 20, cell, 0}};
-    header.hasCelestialAxes = 1;
-    header.cd[0][0] = -cell;
-    header.cd[1][1] = cell;
-    header.object = "jet";
-    header.bunit = "JY/BEAM";
-    header.hasBeam = 1;
-    header.bmaj = header.bmin = 4 * cell;
-    return content;
-}
-
-void complete(MapContent& content)
-{
-    const AMatrix<float>& cells = content.map.cells;
-    content.frame = frameOf(content.map.header, cells.rows(), cells.columns());
-    content.range = mapRange(AFloatMatrixAccess(cells));
-    content.noise = mapNoise(AFloatMatrixAccess(cells));
-}
 
 /// Where the plot was when it was asked to draw.
 struct PlotLayer : FigureLayer {
