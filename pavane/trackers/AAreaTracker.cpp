@@ -83,18 +83,20 @@ void AAreaTracker::DrawShape(CDC& dc)
 
 void AAreaTracker::DrawTrack(CDC* dc)
 {
-    drawAreaShape(*dc, points_.lpArray(), points_.count(), handleSize_, IsActive() || !IsReady(),
-                  IsReady() != 0);
+    drawAreaShape(*dc, fractionsOf(points_.lpArray(), points_.count()).data(), points_.count(),
+                  handleSize_, IsActive() || !IsReady(), IsReady() != 0);
 }
 
 void AAreaTracker::DrawActive(CDC* dc)
 {
-    drawAreaShape(*dc, points_.lpArray(), points_.count(), handleSize_, true, true);
+    drawAreaShape(*dc, fractionsOf(points_.lpArray(), points_.count()).data(), points_.count(),
+                  handleSize_, true, true);
 }
 
 void AAreaTracker::DrawNotActive(CDC* dc)
 {
-    drawAreaShape(*dc, points_.lpArray(), points_.count(), handleSize_, false, true);
+    drawAreaShape(*dc, fractionsOf(points_.lpArray(), points_.count()).data(), points_.count(),
+                  handleSize_, false, true);
 }
 
 ShapeTrace AAreaTracker::trace() const

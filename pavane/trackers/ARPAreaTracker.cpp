@@ -2,6 +2,7 @@
 
 #include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/shapes/AxisPixels.h"
 #include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/shapes/polygon_shape.h"
 #include "pavane/trackers/shapes/rect_handles.h"
@@ -9,6 +10,7 @@
 #include "pavane/trackers/tracker_drawing.h"
 
 #include <new>
+#include <vector>
 
 namespace pavane
 {
@@ -100,9 +102,12 @@ void ARPAreaTracker::DrawShape(CDC& dc)
 
 void ARPAreaTracker::drawPolygon(CDC& dc, bool active, bool ready) const
 {
-    AArray<CPoint> points;
-    GetPixelPoints(points);
-    drawAreaShape(dc, points.lpArray(), points.count(), handleSize_, active, ready);
+    const AxisPixels pixels(axis_);
+    std::vector<CPointF> points;
+    points.reserve(static_cast<std::size_t>(points_.count()));
+    for (int i = 0; i < points_.count(); ++i)
+        points.push_back(pixels.finePixel(points_(i)));
+    drawAreaShape(dc, points.data(), points_.count(), handleSize_, active, ready);
 }
 
 void ARPAreaTracker::DrawTrack(CDC* dc)

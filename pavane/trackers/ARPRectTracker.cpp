@@ -99,18 +99,22 @@ void ARPRectTracker::DrawShape(CDC& dc)
 void ARPRectTracker::DrawActive(CDC* dc)
 {
     const CRect pixels = pixelRect();
-    drawRectShape(*dc, pixels, GetHandleSize(pixels), handleSize_, true);
+    drawRectShape(*dc, AxisPixels(axis_).finePixels(rect_), pixels, GetHandleSize(pixels),
+                  handleSize_, true);
 }
 
 void ARPRectTracker::DrawNotActive(CDC* dc)
 {
     const CRect pixels = pixelRect();
-    drawRectShape(*dc, pixels, GetHandleSize(pixels), handleSize_, false);
+    drawRectShape(*dc, AxisPixels(axis_).finePixels(rect_), pixels, GetHandleSize(pixels),
+                  handleSize_, false);
 }
 
 void ARPRectTracker::DrawTrackRect(CDC* dc, const CRect& pixels)
 {
-    drawRectShape(*dc, pixels, GetHandleSize(pixels), handleSize_, IsActive() != 0);
+    const ARect<double> place =
+        pixels == pixelRect() ? AxisPixels(axis_).finePixels(rect_) : fractionsOf(pixels);
+    drawRectShape(*dc, place, pixels, GetHandleSize(pixels), handleSize_, IsActive() != 0);
 }
 
 ShapeTrace ARPRectTracker::trace() const

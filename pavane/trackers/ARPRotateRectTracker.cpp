@@ -2,16 +2,48 @@
 
 #include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/drag_loop.h"
+#include "pavane/trackers/shapes/AxisPixels.h"
 #include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/shapes/polygon_shape.h"
 #include "pavane/trackers/shapes/shape_outline.h"
 #include "pavane/trackers/tracker_drawing.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
+#include <vector>
 
 namespace pavane
 {
+
+namespace
+{
+
+/// The handles and the outline of a turned shape between the pixels; an ellipse gets as many points
+/// as a smooth curve needs on the screen.
+struct FineShape {
+    FineShape(const ARPRotateRectTracker& shape, const APoint<double> (&places)[turnedHandleCount])
+    {
+        constexpr double fewest = 12;
+        constexpr double most = 720;
+        const AxisPixels pixels(shape.axis());
+        for (int i = 0; i < turnedHandleCount; ++i)
+            handles[i] = pixels.finePixel(places[i]);
+        double reach = fewest;
+        for (int i = 4; i < 8; ++i)
+            reach = std::max({reach, std::abs(handles[i].x - handles[8].x),
+                              std::abs(handles[i].y - handles[8].y)});
+        AArray<APoint<double>> values;
+        shape.GetAreaPoints(values, static_cast<int>(std::min(reach, most)));
+        outline.reserve(static_cast<std::size_t>(values.count()) + 1);
+        for (int i = 0; i < values.count(); ++i)
+            outline.push_back(pixels.finePixel(values(i)));
+    }
+    CPointF handles[turnedHandleCount];
+    std::vector<CPointF> outline;
+};
+
+}  // namespace
 
 int ARPRotateRectTracker::Store(AFile& file) const
 {
@@ -155,18 +187,19 @@ void ARPRotateRectTracker::DrawShape(CDC& dc)
 
 void ARPRotateRectTracker::DrawActive(CDC* dc)
 {
-    AArray<CPoint> points;
-    pixelOutline(points);
-    CPoint handles[turnedHandleCount];
-    pixelHandles(handles);
-    drawTurnedShape(*dc, points.lpArray(), points.count(), handles, firstHandle(), handleSize());
+    APoint<double> handles[turnedHandleCount];
+    turnedHandles({rect_, angle_}, handles);
+    const FineShape fine(*this, handles);
+    drawTurnedShape(*dc, fine.outline.data(), static_cast<int>(fine.outline.size()), fine.handles,
+                    firstHandle(), handleSize());
 }
 
 void ARPRotateRectTracker::DrawNotActive(CDC* dc)
 {
-    AArray<CPoint> points;
-    pixelOutline(points);
-    drawTrackerOutline(*dc, points.lpArray(), points.count(), true, false);
+    APoint<double> handles[turnedHandleCount];
+    turnedHandles({rect_, angle_}, handles);
+    const FineShape fine(*this, handles);
+    drawTrackerOutline(*dc, fine.outline.data(), static_cast<int>(fine.outline.size()), true);
 }
 
 void ARPRotateRectTracker::DrawTrack(CDC* dc)

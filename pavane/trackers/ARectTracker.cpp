@@ -117,17 +117,17 @@ void ARectTracker::DrawShape(CDC& dc)
 
 void ARectTracker::DrawActive(CDC* dc)
 {
-    drawRectShape(*dc, rect_, GetHandleSize(rect_), handleSize_, true);
+    drawRectShape(*dc, fractionsOf(rect_), rect_, GetHandleSize(rect_), handleSize_, true);
 }
 
 void ARectTracker::DrawNotActive(CDC* dc)
 {
-    drawRectShape(*dc, rect_, GetHandleSize(rect_), handleSize_, false);
+    drawRectShape(*dc, fractionsOf(rect_), rect_, GetHandleSize(rect_), handleSize_, false);
 }
 
 void ARectTracker::DrawTrackRect(CDC* dc, const CRect& rect)
 {
-    drawRectShape(*dc, rect, GetHandleSize(rect), handleSize_, IsActive() != 0);
+    drawRectShape(*dc, fractionsOf(rect), rect, GetHandleSize(rect), handleSize_, IsActive() != 0);
 }
 
 ShapeTrace ARectTracker::trace() const { return rectTrace(rect_, handleSize_ + GetLineSize()); }

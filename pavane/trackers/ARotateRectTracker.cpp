@@ -8,6 +8,7 @@
 #include "pavane/trackers/tracker_drawing.h"
 #include "tessel/rounding.h"
 
+#include <algorithm>
 #include <cmath>
 #include <new>
 
@@ -162,15 +163,17 @@ void ARotateRectTracker::DrawActive(CDC* dc)
     shownOutline(points);
     CPoint handles[turnedHandleCount];
     turnedHandles(rect_, angle_, handles);
-    drawTurnedShape(*dc, points.lpArray(), points.count(), handles, firstHandle(),
-                    GetHandleSize(rect_));
+    CPointF places[turnedHandleCount];
+    std::ranges::copy(fractionsOf(handles, turnedHandleCount), places);
+    drawTurnedShape(*dc, fractionsOf(points.lpArray(), points.count()).data(), points.count(),
+                    places, firstHandle(), GetHandleSize(rect_));
 }
 
 void ARotateRectTracker::DrawNotActive(CDC* dc)
 {
     AArray<CPoint> points;
     shownOutline(points);
-    drawTrackerOutline(*dc, points.lpArray(), points.count(), true, false);
+    drawTrackerOutline(*dc, points.lpArray(), points.count(), true);
 }
 
 void ARotateRectTracker::DrawTrack(CDC* dc)

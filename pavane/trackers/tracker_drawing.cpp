@@ -1,11 +1,12 @@
 #include "pavane/trackers/tracker_drawing.h"
 
+#include "pavane/trackers/shapes/area_look.h"
 #include "pavane/trackers/shapes/rect_handles.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
-#include <vector>
+#include <cmath>
 
 namespace pavane
 {
@@ -13,128 +14,202 @@ namespace pavane
 namespace
 {
 
-constexpr COLORREF dark = RGB(0, 0, 0);
-constexpr COLORREF light = RGB(255, 255, 255);
+using Line = std::vector<CPointF>;
 
+constexpr COLORREF dark = areaEdgeColor;
+constexpr COLORREF light = RGB(255, 255, 255);  // of handles, so that they stand out of the line
+
+struct Mood {
+    bool crowded = false;
+    bool dashed = false;
+};
+Mood mood;
+
+/// A pen, and nothing in the gaps of its dashes.
 class PenChange
 {
 public:
-    PenChange(CDC& dc, CPen& pen) : dc_(dc), old_(dc.SelectObject(&pen)) {}
-    ~PenChange() { dc_.SelectObject(old_); }
+    PenChange(CDC& dc, CPen& pen)
+        : dc_(dc), old_(dc.SelectObject(&pen)), oldMode_(dc.SetBkMode(TRANSPARENT))
+    {
+    }
+    ~PenChange()
+    {
+        dc_.SelectObject(old_);
+        dc_.SetBkMode(oldMode_);
+    }
     PenChange(const PenChange&) = delete;
     PenChange& operator=(const PenChange&) = delete;
 
 private:
     CDC& dc_;
     CPen* old_;
+    int oldMode_;
 };
 
-void stroke(CDC& dc, CPen& pen, const std::vector<CPoint>& line)
+class SmoothChange
 {
-    const PenChange change(dc, pen);
-    dc.Polyline(line.data(), static_cast<int>(line.size()));
-}
+public:
+    explicit SmoothChange(CDC& dc) : dc_(dc), old_(dc.SetSmooth(1)) {}
+    ~SmoothChange() { dc_.SetSmooth(old_); }
+    SmoothChange(const SmoothChange&) = delete;
+    SmoothChange& operator=(const SmoothChange&) = delete;
 
-void shift(std::vector<CPoint>& line, CPoint step)
+private:
+    CDC& dc_;
+    int old_;
+};
+
+int nearest(double v) { return truncated(std::floor(v + 0.5)); }
+
+CPoint nearest(CPointF p) { return {nearest(p.x), nearest(p.y)}; }
+
+int lightStyle() { return mood.dashed ? PS_DOT : PS_SOLID; }
+
+void strokeSmooth(CDC& dc, const Line& line)
 {
-    for (CPoint& p : line)
-        p = {saturatedSum(p.x, step.x), saturatedSum(p.y, step.y)};
-}
-
-/// Outlines up to this size are too small for dashes.
-constexpr int smallExtent = 20;
-
-bool isSmall(const std::vector<CPoint>& line)
-{
-    CPoint least = line[0];
-    CPoint most = line[0];
-    for (const CPoint& p : line) {
-        least = {std::min(least.x, p.x), std::min(least.y, p.y)};
-        most = {std::max(most.x, p.x), std::max(most.y, p.y)};
+    const int unit = std::max(1, dc.GetDeviceCaps(LOGPIXELSX) / 96);
+    CPen under(PS_SOLID, areaEdgeWidth * unit, dark);
+    CPen over(lightStyle(), areaLineWidth * unit, areaColor);
+    const SmoothChange smooth(dc);
+    for (CPen* const pen : {&under, &over}) {
+        const PenChange change(dc, *pen);
+        dc.PolylineF(line.data(), static_cast<int>(line.size()));
     }
-    const CSize extent = extentOf({least.x, least.y, most.x, most.y});
-    return std::max(extent.cx, extent.cy) <= smallExtent;
 }
 
-/// A light line with a dark seam of a pixel. Four shifted thin lines make a more even seam along
-/// slanted lines than a wide pen, and a faster one than a smooth pen.
-void strokeActive(CDC& dc, std::vector<CPoint>& line)
+/// Thousands of outlines at a tenth of the time: the edge is on two sides only.
+void strokeCrowded(CDC& dc, const Line& line)
 {
-    constexpr CPoint steps[] = {{-1, 0}, {1, 1}, {1, -1}, {-1, -1}};  // left, below, right, above
+    std::vector<CPoint> shifted(line.size());
+    const auto stroke = [&](CPen& pen, int by) {
+        for (std::size_t i = 0; i < line.size(); ++i) {
+            const CPoint p = nearest(line[i]);
+            shifted[i] = {saturatedSum(p.x, by), saturatedSum(p.y, by)};
+        }
+        const PenChange change(dc, pen);
+        dc.Polyline(shifted.data(), static_cast<int>(shifted.size()));
+    };
     CPen under(PS_SOLID, 1, dark);
-    CPen over(PS_SOLID, 1, light);
-    for (const CPoint& step : steps) {
-        shift(line, step);
-        stroke(dc, under, line);
-    }
-    shift(line, {0, 1});
-    stroke(dc, over, line);
+    CPen over(lightStyle(), areaLineWidth, areaColor);
+    stroke(under, 1);
+    stroke(over, 0);
 }
 
-void strokeInactive(CDC& dc, std::vector<CPoint>& line)
+void fill(CDC& dc, const Line& corners, COLORREF color)
 {
-    const bool small = isSmall(line);
-    CPen under(PS_SOLID, 1, dark);
-    CPen over(small ? PS_SOLID : PS_DOT, 1, light);
-    stroke(dc, under, line);
-    if (small) {
-        shift(line, {1, 1});  // beside each other
-        stroke(dc, over, line);
-        return;
-    }
-    const int mode = dc.SetBkMode(TRANSPARENT);
-    stroke(dc, over, line);
-    dc.SetBkMode(mode);
-}
-
-void frame(CDC& dc, const CRect& square, COLORREF color)
-{
-    if (square.IsRectEmpty())
-        return;
-    const CBrush brush(color);
-    dc.FrameRect(square, &brush);
-}
-
-void hollowHandle(CDC& dc, const CRect& square)
-{
-    frame(dc, square, dark);
-    frame(dc, grown(square, -1), light);
-}
-
-void filledHandle(CDC& dc, const CRect& square)
-{
-    dc.FillSolidRect(square, dark);
-    dc.FillSolidRect(grown(square, -1), light);
-}
-
-void circle(CDC& dc, const CRect& box, COLORREF color)
-{
-    CPen pen(PS_SOLID, 1, color);
-    const PenChange change(dc, pen);
-    CBrush hollow;
-    hollow.CreateNullBrush();
-    CBrush* const old = dc.SelectObject(&hollow);
-    dc.Ellipse(box.left, box.top, box.right, box.bottom);
+    const SmoothChange smooth(dc);
+    CPen none;
+    none.CreatePen(PS_NULL, 0, 0);
+    const PenChange change(dc, none);
+    CBrush brush(color);
+    CBrush* const old = dc.SelectObject(&brush);
+    dc.PolygonF(corners.data(), static_cast<int>(corners.size()));
     dc.SelectObject(old);
 }
 
+/// The corners of a square about a point, and the first of them again.
+Line square(CPointF middle, double half)
+{
+    const double left = middle.x - half;
+    const double right = middle.x + half;
+    const double top = middle.y - half;
+    const double bottom = middle.y + half;
+    return {{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}};
+}
+
+CRect unitsAbout(CPointF middle, int reach)
+{
+    const CPoint p = nearest(middle);
+    return {saturatedSum(p.x, -reach), saturatedSum(p.y, -reach), saturatedSum(p.x, reach + 1),
+            saturatedSum(p.y, reach + 1)};
+}
+
+/// A ring of one unit whose middle line has `reach` units to each side, also between whole units.
+void ring(CDC& dc, CPointF middle, int reach, COLORREF color)
+{
+    if (reach < 0)
+        return;
+    if (dc.GetPixelRatio() == 1) {
+        const CBrush brush(color);
+        (void)dc.FrameRect(unitsAbout(middle, reach), &brush);
+        return;
+    }
+    Line corners = square(middle, reach + 0.5);
+    const Line hole = square(middle, reach - 0.5);
+    if (reach > 0)
+        corners.insert(corners.end(), hole.rbegin(), hole.rend());
+    fill(dc, corners, color);
+}
+
+void circle(CDC& dc, CPointF middle, double radius, COLORREF color)
+{
+    constexpr int corners = 32;
+    constexpr double turn = 6.283185307179586;
+    Line line;
+    for (int i = 0; i <= corners; ++i)
+        line.push_back({middle.x + radius * std::cos(i * turn / corners),
+                        middle.y + radius * std::sin(i * turn / corners)});
+    CPen pen(PS_SOLID, 1, color);
+    const SmoothChange smooth(dc);
+    const PenChange change(dc, pen);
+    dc.PolylineF(line.data(), static_cast<int>(line.size()));
+}
+
+/// Handles have a unit in their middle, so that they sit on the line as exactly as pixels allow.
+struct Handles {
+    Handles(const CDC& dc, int size) : ratio(dc.GetPixelRatio()), reach(size / 2) {}
+    void add(CPointF p)
+    {
+        middles.push_back(
+            {std::floor(p.x * ratio + 0.5) / ratio, std::floor(p.y * ratio + 0.5) / ratio});
+    }
+    /// The whole units of a handle.
+    CRect hole(CPointF m) const
+    {
+        return {truncated(std::ceil(m.x - reach)), truncated(std::ceil(m.y - reach)),
+                saturatedSum(truncated(std::floor(m.x + reach)), 1),
+                saturatedSum(truncated(std::floor(m.y + reach)), 1)};
+    }
+
+    int ratio;
+    int reach;
+    Line middles;
+};
+
+void hollowHandle(CDC& dc, CPointF middle, int reach)
+{
+    ring(dc, middle, reach, dark);
+    ring(dc, middle, reach - 1, light);
+}
+
+void filledHandle(CDC& dc, CPointF middle, int reach)
+{
+    for (int r = 0; r <= reach; ++r)
+        ring(dc, middle, r, r < reach ? light : dark);
+}
+
 /// Draws the outline around the handles, so that these show the ground in their middle.
-void outlineWithHandles(CDC& dc, const CPoint* points, int n, bool closed, bool active,
-                        const std::vector<CRect>& squares)
+void outlineWithHandles(CDC& dc, const CPointF* points, int n, bool closed, const Handles& handles)
 {
     constexpr std::size_t mostHoles = 24;  // beyond it a clip region costs more than it shows
-    const int saved = squares.empty() || squares.size() > mostHoles ? 0 : dc.SaveDC();
+    const Line& middles = handles.middles;
+    const int saved = middles.empty() || middles.size() > mostHoles ? 0 : dc.SaveDC();
     if (saved)
-        for (const CRect& square : squares)
-            dc.ExcludeClipRect(square);
-    drawTrackerOutline(dc, points, n, closed, active);
+        for (const CPointF& middle : middles)
+            dc.ExcludeClipRect(handles.hole(middle));
+    drawTrackerOutline(dc, points, n, closed);
     if (saved)
         dc.RestoreDC(saved);
-    for (const CRect& square : squares)
-        hollowHandle(dc, square);
+    for (const CPointF& middle : middles)
+        hollowHandle(dc, middle, handles.reach);
 }
 
 }  // namespace
+
+OutlineMood::OutlineMood(bool crowded) { mood = {crowded, false}; }
+OutlineMood::~OutlineMood() { mood = {}; }
+void OutlineMood::setDashed(bool on) { mood.dashed = on; }
 
 int showsIn(const CDC& dc, const CRect& rect)
 {
@@ -143,62 +218,86 @@ int showsIn(const CDC& dc, const CRect& rect)
     return dc.GetClipBox(box) != NULLREGION && both.IntersectRect(box, rect);
 }
 
-void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed, bool active)
+std::vector<CPointF> fractionsOf(const CPoint* points, int n)
+{
+    Line line;
+    for (int i = 0; i < n; ++i)
+        line.push_back({static_cast<double>(points[i].x), static_cast<double>(points[i].y)});
+    return line;
+}
+
+ARect<double> fractionsOf(const CRect& rect)
+{
+    return {static_cast<double>(rect.left), static_cast<double>(rect.top),
+            static_cast<double>(rect.right), static_cast<double>(rect.bottom)};
+}
+
+void drawTrackerOutline(CDC& dc, const CPointF* points, int n, bool closed)
 {
     if (n < 2)
         return;
-    std::vector<CPoint> line;
+    Line line;
     line.reserve(static_cast<std::size_t>(n) + 1);
     line.assign(points, points + n);
     if (closed)
         line.push_back(points[0]);
-    if (active)
-        strokeActive(dc, line);
+    if (mood.crowded)
+        strokeCrowded(dc, line);
     else
-        strokeInactive(dc, line);
+        strokeSmooth(dc, line);
 }
 
-void drawRectShape(CDC& dc, const CRect& rect, int handle, int size, bool active)
+void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed)
 {
-    const CPoint corners[] = {{rect.left, rect.top},
-                              {rect.right, rect.top},
-                              {rect.right, rect.bottom},
-                              {rect.left, rect.bottom}};
-    std::vector<CRect> squares;
-    const int mask = active ? handleMask(rect, size) : 0;
+    drawTrackerOutline(dc, fractionsOf(points, n).data(), n, closed);
+}
+
+void drawRectShape(CDC& dc, const ARect<double>& rect, const CRect& units, int handle, int size,
+                   bool active)
+{
+    const auto [left, right] = std::minmax({rect.left, rect.right});
+    const auto [top, bottom] = std::minmax({rect.top, rect.bottom});
+    const double x = (left + right) / 2;
+    const double y = (top + bottom) / 2;
+    // in the order of the codes of handles
+    const CPointF places[] = {{left, top}, {right, top}, {right, bottom}, {left, bottom},
+                              {x, top},    {right, y},   {x, bottom},     {left, y}};
+    Handles handles(dc, handle);
+    const int mask = active ? handleMask(units, size) : 0;
     for (int code = 0; code < hitMiddle; ++code)
         if (mask >> code & 1)
-            squares.push_back(handleRect(rect, code, handle, size));
-    outlineWithHandles(dc, corners, 4, true, active, squares);
+            handles.add(places[code]);
+    outlineWithHandles(dc, places, 4, true, handles);
 }
 
-void drawTurnedShape(CDC& dc, const CPoint* points, int n,
-                     const CPoint (&handles)[turnedHandleCount], int firstHandle, int size)
+void drawTurnedShape(CDC& dc, const CPointF* points, int n,
+                     const CPointF (&handles)[turnedHandleCount], int firstHandle, int size)
 {
-    std::vector<CRect> squares;
+    Handles squares(dc, size);
     for (int i = firstHandle; i < turningHandle; ++i)
-        squares.push_back(squareAbout(handles[i], size));
-    outlineWithHandles(dc, points, n, true, true, squares);
-    const CPoint centre(middleOf(handles[5].x, handles[7].x), middleOf(handles[5].y, handles[7].y));
-    const CRect knob = squareAbout(handles[turningHandle], size + 2);
-    const CPoint stem[] = {centre, handles[turningHandle]};
+        squares.add(handles[i]);
+    outlineWithHandles(dc, points, n, true, squares);
+    const CPointF centre{(handles[5].x + handles[7].x) / 2, (handles[5].y + handles[7].y) / 2};
+    Handles knob(dc, size + 2);
+    knob.add(handles[turningHandle]);
+    const CPointF stem[] = {centre, knob.middles[0]};
     const int saved = dc.SaveDC();
-    dc.ExcludeClipRect(knob);
-    drawTrackerOutline(dc, stem, 2, false, true);
+    dc.ExcludeClipRect(knob.hole(knob.middles[0]));
+    drawTrackerOutline(dc, stem, 2, false);
     dc.RestoreDC(saved);
-    circle(dc, knob, dark);
-    circle(dc, grown(knob, -1), light);
+    circle(dc, knob.middles[0], knob.reach, dark);
+    circle(dc, knob.middles[0], knob.reach - 1, light);
 }
 
-void drawAreaShape(CDC& dc, const CPoint* points, int n, int size, bool active, bool ready)
+void drawAreaShape(CDC& dc, const CPointF* points, int n, int size, bool active, bool ready)
 {
-    std::vector<CRect> squares;
+    Handles handles(dc, size);
     if (active || !ready)
         for (int i = 0; i < n; ++i)
-            squares.push_back(squareAbout(points[i], size));
-    outlineWithHandles(dc, points, n, ready, active || !ready, squares);
+            handles.add(points[i]);
+    outlineWithHandles(dc, points, n, ready, handles);
     if (!ready && n > 0)
-        filledHandle(dc, squares.back());
+        filledHandle(dc, handles.middles.back(), handles.reach);
 }
 
 }  // namespace pavane

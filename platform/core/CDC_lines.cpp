@@ -22,6 +22,17 @@ bool isLevelOrUpright(const std::vector<Point>& points)
     return true;
 }
 
+/// Moves the edges of strokes along the axes onto those of pixels, `ratio` to a unit.
+void snap(std::vector<CPointF>& points, double width, int ratio)
+{
+    const double edge = 0.5 - width / 2;  // from a point to the edge of its stroke
+    const auto snapped = [&](double v) {
+        return std::floor((v + edge) * ratio + 0.5) / ratio - edge;
+    };
+    for (CPointF& p : points)
+        p = {snapped(p.x), snapped(p.y)};
+}
+
 std::vector<CPointF> asFractions(const std::vector<CPoint>& points)
 {
     std::vector<CPointF> exact(points.size());
@@ -129,7 +140,11 @@ int CDC::PolylineF(const CPointF* points, int count)
     // a point that is not finite parts the curve
     std::vector<CPointF> part;
     const auto draw = [&] {
-        if (part.size() >= 2 && s.drawsVectors() && (IsVector() || !isLevelOrUpright(part))) {
+        const int ratio = GetPixelRatio();
+        const bool crisp = !IsVector() && isLevelOrUpright(part);
+        if (part.size() >= 2 && s.drawsVectors() && (!crisp || ratio > 1)) {
+            if (crisp)
+                snap(part, s.strokeStyle().width, ratio);
             s.vector()->polyline(part.data(), part.size(), s.strokeStyle());
         } else if (part.size() >= 2) {
             std::vector<CPoint> device(part.size());

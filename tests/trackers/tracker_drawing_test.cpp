@@ -1,7 +1,10 @@
+#include "pavane/axes/ABAxis.h"
 #include "pavane/trackers/AAreaTracker.h"
 #include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
+#include "pavane/trackers/ARPRectTracker.h"
 #include "platform/picture.h"
+#include "platform/window_dc.h"
 
 #include <gtest/gtest.h>
 
@@ -93,6 +96,7 @@ TEST(TrackerDrawing, StaysInTheTrueRectangle)
             shape->Draw(dc.get(), nullptr);
             CRect all;
             shape->GetTrueRect(&all);
+            all.InflateRect(2, 2);  // the handles of rectangles are centred on the lines
             int drawn = 0;
             for (int y = 0; y < 110; ++y)
                 for (int x = 0; x < 140; ++x) {
@@ -128,4 +132,31 @@ TEST(TrackerDrawing, TakesShapesBeyondAnyWindow)
                     (void)shape->HitTest({50, 50}, nullptr);
                 }
         }
+}
+
+TEST(TrackerDrawing, LinesAndHandlesShareAMiddleBetweenUnits)
+{
+    ABAxis axis(1, -1, nullptr, 0);
+    axis.setGraphRect({0, 0, 100, 100});
+    axis.setMinMax({0, 100, 0, 100, 0, 1});
+    ARPRectTracker rect;
+    rect.SetAxis(&axis);
+    for (const double left : {20.0, 20.5}) {
+        rect.SetRect({left, 10, 80, 90});
+        CBitmap bitmap;
+        ASSERT_TRUE(bitmap.CreateBitmap(100, 100, 2));
+        CMemoryDC dc(bitmap);
+        dc.FillSolidRect({0, 0, 100, 100}, RGB(90, 90, 90));
+        rect.DrawShape(dc);
+        for (const int y : {40, 100}) {  // the line alone, and its handle
+            int first = 0;
+            while (first < 80 && bitmap.bits()[y * 200 + first] == 0x5A5A5A)
+                ++first;
+            int end = 80;
+            while (end > first && bitmap.bits()[y * 200 + end - 1] == 0x5A5A5A)
+                --end;
+            EXPECT_EQ(first + end, static_cast<int>(4 * left) + 2);
+            EXPECT_EQ(end - first, y == 40 ? 6 : 14);
+        }
+    }
 }

@@ -182,7 +182,8 @@ CRect AreaOverlay::takeChangedPixels()
 void AreaOverlay::draw(CDC& dc, const CRect& update, const CBitmap& content)
 {
     CRect seen;
-    if (picture_.width() < 1 || !content.bits() || !seen.IntersectRect(update, plot_) ||
+    // a mask of no area at all holds every cell
+    if (marks_.empty() || picture_.width() < 1 || !content.bits() || !seen.IntersectRect(update, plot_) ||
         !seen.IntersectRect(seen, CRect(0, 0, content.size().cx, content.size().cy)))
         return;
     for (int top = seen.top; top < seen.bottom; top += tileSide)

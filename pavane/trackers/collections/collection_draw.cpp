@@ -33,6 +33,10 @@ constexpr int fewAreas = 256;
 /// the map, and drawing them takes longer than anything else.
 constexpr std::size_t mostWithHandles = 2000;
 
+/// Up to so many areas have soft and fine outlines; how many are in sight does not count, so that a
+/// repair of a part looks as the rest does.
+constexpr int mostSmooth = 500;
+
 /// Half the edge of the frame about the focus.
 constexpr int focusReach = 7;
 
@@ -128,16 +132,22 @@ void TrackerCollection::Draw(CDC* dc, CWnd* window)
     if (drawingClip(window, *first, clip))
         (void)dc->IntersectClipRect(clip);
     const ClippedDrawing clipped(*dc);
+    OutlineMood mood(trackerCount() > mostSmooth);
+    int selecting = edits_.selectionCount() > 0;
+    for (int i = 0; i < trackerCount() && !selecting; ++i)
+        selecting = trackerAt(i)->IsActive();
     for (std::size_t k = 0; k < found.count(); ++k) {
         const int i = found.data()[k];
         ATracker& tracker = *trackerAt(i);
         const int active = tracker.IsActive();
         const int marked = found.count() > mostWithHandles ? active && i == edits_.current()
                                                            : active || IsSelected(i);
+        mood.setDashed(selecting && !active && !IsSelected(i));
         tracker.SetActive(marked);
         tracker.Draw(dc, window);
         tracker.SetActive(active);
     }
+    mood.setDashed(false);
     if (working)
         working->Draw(dc, window);
     if (drawn_)
@@ -180,7 +190,7 @@ void TrackerCollection::drawFocus(CDC& dc) const
                             {p.x + focusReach, p.y - focusReach},
                             {p.x + focusReach, p.y + focusReach},
                             {p.x - focusReach, p.y + focusReach}};
-    drawTrackerOutline(dc, frame, 4, true, true);
+    drawTrackerOutline(dc, frame, 4, true);
 }
 
 /// The last vertex of the polygon under construction.
@@ -200,7 +210,7 @@ void TrackerCollection::drawHover(CDC& dc) const
     if (!hovering_ || !hoverFrom(line[0]))
         return;
     line[1] = hover_;
-    drawTrackerOutline(dc, line, 2, false, false);
+    drawTrackerOutline(dc, line, 2, false);
 }
 
 int TrackerCollection::OnMouseMove(CWnd* window, unsigned flags, CPoint p)
@@ -209,7 +219,7 @@ int TrackerCollection::OnMouseMove(CWnd* window, unsigned flags, CPoint p)
     CPoint from;
     if (dragged_ || !window || !hoverFrom(from))
         return 0;
-    constexpr int lineMargin = 2;
+    constexpr int lineMargin = 3;
     if (hovering_)
         invalidateTrace(*window, {{from, hover_}, false, {}, lineMargin});
     hovering_ = takesPress(p);

@@ -4,6 +4,7 @@
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/collections/TrackerCollection.h"
+#include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "pavane/trackers/shapes/TurnedRectDrag.h"
 #include "pavane/trackers/tracker_shape.h"
@@ -489,7 +490,7 @@ void TrackerCollection::moveFollowers(const ATracker& grabbed)
         CRect box;
         tracker.GetTrueRect(&box);
         if (window && each)
-            window->InvalidateRect(box);
+            window->InvalidateRect(grown(box, 2));  // handles reach out
     };
     for (const Follower& follower : followers_) {
         ATracker* const tracker = trackerAt(follower.item);

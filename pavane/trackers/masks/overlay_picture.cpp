@@ -1,6 +1,7 @@
 #include "pavane/trackers/masks/overlay_picture.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace pavane
 {
@@ -143,7 +144,71 @@ struct Layer {
     }
 };
 
+/// Tints colours and remembers them: the picture of a map has few.
+class ContrastTint
+{
+public:
+    ContrastTint()
+    {
+        for (int i = 0; i < 256; ++i)
+            linear_[i] = i <= 10 ? i / 255.0 / 12.92 : std::pow((i / 255.0 + 0.055) / 1.055, 2.4);
+        for (int share = 0; share <= 256; ++share)
+            for (const int dark : {0, 1})
+                layers_[dark][share] = Layer(dark ? darkTint : lightTint, share);
+    }
+    std::uint32_t operator()(std::uint32_t pixel)
+    {
+        pixel &= redBlue | green;
+        Known& known = known_[(pixel * 2654435761u) >> 20];
+        if (known.pixel != pixel)
+            known = {pixel, tinted(pixel)};
+        return known.tinted;
+    }
+
+private:
+    static constexpr COLORREF lightTint = RGB(190, 255, 235);
+    static constexpr COLORREF darkTint = RGB(0, 36, 28);
+    static constexpr std::uint32_t noPixel = 0xFFFFFFFF;
+    struct Known {
+        std::uint32_t pixel = noPixel;
+        std::uint32_t tinted = 0;
+    };
+
+    double luminance(std::uint32_t pixel) const
+    {
+        return 0.2126 * linear_[pixel >> 16 & 255] + 0.7152 * linear_[pixel >> 8 & 255] +
+               0.0722 * linear_[pixel & 255];
+    }
+    std::uint32_t tinted(std::uint32_t pixel) const
+    {
+        constexpr double contrast = 2;
+        constexpr double glare = 0.05;   // of the surroundings, on the screen
+        constexpr double middle = 0.18;  // as far from black as from white to the eye
+        const double from = luminance(pixel) + glare;
+        const auto& layers = layers_[from > middle + glare];
+        for (const Layer& layer : layers) {
+            const std::uint32_t result = layer.over(pixel);
+            const double to = luminance(result) + glare;
+            if (to >= contrast * from || from >= contrast * to)
+                return result;
+        }
+        return layers[256].over(pixel);
+    }
+
+    double linear_[256];
+    Layer layers_[2][257];
+    Known known_[4096];
+};
+
+ContrastTint& contrastTint()
+{
+    static thread_local ContrastTint tint;
+    return tint;
+}
+
 }  // namespace
+
+std::uint32_t overlayTint(std::uint32_t pixel) { return contrastTint()(pixel); }
 
 void OverlayPicture::setPixels(const PixelCells& columns, const PixelCells& rows)
 {
@@ -205,13 +270,16 @@ void OverlayPicture::blend(const ABitMatrix& mask, const CRect& pixels, const Ov
     CRect inside;
     if (!inside.IntersectRect(pixels, {0, 0, width(), height()}))
         return;
-    const Layer layers[] = {Layer(), Layer(style.tint, style.tintShare),
-                            Layer(style.inside, style.lineShare),
+    ContrastTint& tint = contrastTint();
+    const Layer layers[] = {Layer(), Layer(), Layer(style.inside, style.lineShare),
                             Layer(style.outside, style.lineShare)};
     forRows(mask, inside, [&](int y, auto&& part) {
         std::uint32_t* const row = to + (y - pixels.top) * stride + (inside.left - pixels.left);
-        for (int i = 0; i < inside.Width(); ++i)
-            row[i] = layers[static_cast<int>(part(i))].over(row[i]);
+        for (int i = 0; i < inside.Width(); ++i) {
+            const OverlayPart shown = part(i);
+            row[i] = shown == OverlayPart::inner ? tint(row[i])
+                                                 : layers[static_cast<int>(shown)].over(row[i]);
+        }
     });
 }
 

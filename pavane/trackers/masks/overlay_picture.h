@@ -13,12 +13,14 @@
 namespace pavane
 {
 
-/// How the cells of a mask are shown over a map: a faint tint inside, and along the cells' edges a
-/// line of one pixel in the inside colour next to one in the outside colour, so that it is seen on
-/// any palette.
+/// A pixel 0x00RRGGBB as it looks inside: tinted lighter when it is dark and darker when it is
+/// light, just so far that both differ by a contrast of 2, whatever the colour.
+PAVANE_API std::uint32_t overlayTint(std::uint32_t pixel);
+
+/// How the cells of a mask are shown over a map: tinted inside, and along the cells' edges a line
+/// of one pixel in the inside colour next to one in the outside colour, so that it is seen on any
+/// palette.
 struct OverlayStyle {
-    COLORREF tint = RGB(0, 255, 192);
-    int tintShare = 36;  ///< of 256
     COLORREF inside = RGB(255, 255, 255);
     COLORREF outside = RGB(0, 0, 0);
     int lineShare = 208;  ///< of 256

@@ -15,6 +15,24 @@ CPoint AxisPixels::pixel(const APoint<double>& p) const
     return {axis_->RPXtoGPX(p.x), axis_->RPYtoGPY(p.y)};
 }
 
+CPointF AxisPixels::finePixel(const APoint<double>& p) const
+{
+    if (axis_) {
+        const CPointF fine = axis_->RPtoGPF(p.x, p.y);
+        if (std::isfinite(fine.x) && std::isfinite(fine.y))
+            return fine;
+    }
+    const CPoint whole = pixel(p);
+    return {static_cast<double>(whole.x), static_cast<double>(whole.y)};
+}
+
+ARect<double> AxisPixels::finePixels(const ARect<double>& rect) const
+{
+    const CPointF a = finePixel({rect.left, rect.top});
+    const CPointF b = finePixel({rect.right, rect.bottom});
+    return {a.x, a.y, b.x, b.y};
+}
+
 APoint<double> AxisPixels::value(CPoint p) const
 {
     if (!axis_)

@@ -18,6 +18,10 @@ public:
     explicit AxisPixels(const ABAxis* axis) : axis_(axis) {}
 
     CPoint pixel(const APoint<double>& p) const;
+    /// Where a value lies between pixels, whole numbers being their middles; without an axis, or
+    /// where that is no number, its pixel.
+    CPointF finePixel(const APoint<double>& p) const;
+    ARect<double> finePixels(const ARect<double>& rect) const;
     APoint<double> value(CPoint p) const;
     CRect pixels(const ARect<double>& rect) const;
 

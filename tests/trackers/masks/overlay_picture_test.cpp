@@ -1,7 +1,12 @@
 #include "pavane/trackers/masks/overlay_picture.h"
 
+#include "pavane/images/palette_file.h"
+
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
 
@@ -106,13 +111,41 @@ TEST(OverlayPicture, BlendsByShares)
     mask.setAll(1);
     OverlayPicture picture;
     picture.setPixels(pixels(-1.5, 1, 5, 3), pixels(-1.5, 1, 5, 3));
-    const OverlayStyle style{RGB(255, 0, 128), 64, RGB(255, 255, 255), RGB(0, 0, 0), 128};
+    const OverlayStyle style{RGB(255, 255, 255), RGB(0, 0, 0), 128};
     std::uint32_t row[5] = {0x00804020, 0x00804020, 0x00804020, 0x00804020, 0x00804020};
     picture.blend(mask, {0, 2, 5, 3}, style, row, 5);
     EXPECT_EQ(row[0], 0x00402010u);
     EXPECT_EQ(row[1], 0x00BF9F8Fu);
-    EXPECT_EQ(row[2], 0x009F3038u);
+    EXPECT_EQ(row[2], overlayTint(0x00804020));
     EXPECT_EQ(row[4], 0x00402010u);
+}
+
+double luminance(std::uint32_t pixel)
+{
+    double sum = 0;
+    const double weights[] = {0.0722, 0.7152, 0.2126};
+    for (int i = 0; i < 3; ++i) {
+        const double v = (pixel >> 8 * i & 255) / 255.0;
+        sum += weights[i] * (v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4));
+    }
+    return sum;
+}
+
+TEST(OverlayPicture, TintStandsOutOnEveryPalette)
+{
+    for (const char* const name : {"defpal", "diverging", "grey", "heat"}) {
+        std::ifstream file(PAVANE_SOURCE_DIR "/pavane/resources/palettes/" + std::string(name) +
+                           ".pal");
+        PALETTEENTRY colors[paletteColors];
+        ASSERT_TRUE(parsePalette(std::string(std::istreambuf_iterator<char>(file), {}), colors))
+            << name;
+        for (const PALETTEENTRY& c : colors) {
+            const std::uint32_t bare = RGB(c.peBlue, c.peGreen, c.peRed);
+            const double a = luminance(bare) + 0.05;
+            const double b = luminance(overlayTint(bare)) + 0.05;
+            ASSERT_GE(std::max(a / b, b / a), 2) << name << ' ' << std::hex << bare;
+        }
+    }
 }
 
 }  // namespace
