@@ -60,6 +60,7 @@ private:
     int old_;
 };
 
+/// truncated() keeps it far from where steps of a unit would overflow.
 int nearest(double v) { return truncated(std::floor(v + 0.5)); }
 
 CPoint nearest(CPointF p) { return {nearest(p.x), nearest(p.y)}; }
@@ -79,21 +80,22 @@ void strokeSmooth(CDC& dc, const Line& line)
 }
 
 /// Thousands of outlines at a tenth of the time: the edge is on two sides only.
-void strokeCrowded(CDC& dc, const Line& line)
+void strokeCrowded(CDC& dc, const CPointF* points, int n, bool closed)
 {
-    std::vector<CPoint> shifted(line.size());
-    const auto stroke = [&](CPen& pen, int by) {
-        for (std::size_t i = 0; i < line.size(); ++i) {
-            const CPoint p = nearest(line[i]);
-            shifted[i] = {saturatedSum(p.x, by), saturatedSum(p.y, by)};
-        }
-        const PenChange change(dc, pen);
-        dc.Polyline(shifted.data(), static_cast<int>(shifted.size()));
-    };
+    static thread_local std::vector<CPoint> line;
+    line.clear();
+    for (int i = 0; i < n; ++i)
+        line.push_back(nearest(points[i]) + CPoint(1, 1));
+    if (closed)
+        line.push_back(line[0]);
     CPen under(PS_SOLID, 1, dark);
     CPen over(lightStyle(), areaLineWidth, areaColor);
-    stroke(under, 1);
-    stroke(over, 0);
+    const PenChange change(dc, under);
+    dc.Polyline(line.data(), static_cast<int>(line.size()));
+    for (CPoint& p : line)
+        p = p - CPoint(1, 1);
+    const PenChange next(dc, over);
+    dc.Polyline(line.data(), static_cast<int>(line.size()));
 }
 
 void fill(CDC& dc, const Line& corners, COLORREF color)
@@ -236,15 +238,14 @@ void drawTrackerOutline(CDC& dc, const CPointF* points, int n, bool closed)
 {
     if (n < 2)
         return;
+    if (mood.crowded)
+        return strokeCrowded(dc, points, n, closed);
     Line line;
     line.reserve(static_cast<std::size_t>(n) + 1);
     line.assign(points, points + n);
     if (closed)
         line.push_back(points[0]);
-    if (mood.crowded)
-        strokeCrowded(dc, line);
-    else
-        strokeSmooth(dc, line);
+    strokeSmooth(dc, line);
 }
 
 void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed)

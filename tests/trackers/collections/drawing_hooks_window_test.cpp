@@ -148,3 +148,27 @@ TEST(DrawingHooks, AreCalledByCollections)
     EXPECT_GE(calls.frame, 1);
     EXPECT_GE(calls.draw, 2 * calls.frame);
 }
+
+TEST(DrawingHooks, DashesWhatIsNotSelectedWhileSomethingIs)
+{
+    AreasWindow<PixelAreas> window;
+    PixelAreas& areas = *window.areas;
+    for (const CRect& rect : {CRect(20, 20, 60, 60), CRect(100, 20, 140, 60)}) {
+        areas.Add(new ARectTracker(rect, trackerNew));
+        areas.SetItemActive(areas.count() - 1, 0);
+    }
+    for (const int selected : {-1, 0, 1}) {
+        for (const int i : {0, 1})
+            areas.SelectItem(&window, i, i == selected);
+        CBitmap picture;
+        (void)picture.CreateBitmap(320, 240, 1);
+        CMemoryDC dc(picture);
+        areas.Draw(&dc, &window);
+        for (const int i : {0, 1}) {
+            int yellow = 0;  // between the handles of the upper edge
+            for (int x = 25 + 80 * i; x < 36 + 80 * i; ++x)
+                yellow += picture.bits()[20 * 320 + x] == 0xFFE63C;
+            EXPECT_EQ(yellow == 11, selected < 0 || selected == i) << selected << i;
+        }
+    }
+}
