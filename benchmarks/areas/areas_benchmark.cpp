@@ -289,6 +289,11 @@ int main(int argc, char** argv)
     for (const auto& job : jobs)
         for (const int n : {5000, 10000, 20000})
             benchmark::RegisterBenchmark(nameOf(job.name, n).c_str(), job.run, n)->Unit(job.unit);
+    // as many as have soft outlines
+    benchmark::RegisterBenchmark(nameOf("redraw", 500).c_str(), redraw, 500)
+        ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark(nameOf("redraw-active", 500).c_str(), redrawActive, 500)
+        ->Unit(benchmark::kMillisecond);
     for (const int n : {5000, 10000, 20000})
         benchmark::RegisterBenchmark(nameOf("drag-all", n).c_str(), dragAll, n)
             ->Unit(benchmark::kMillisecond)

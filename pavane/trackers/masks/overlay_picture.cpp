@@ -182,11 +182,10 @@ private:
     std::uint32_t tinted(std::uint32_t pixel) const
     {
         constexpr double contrast = 2;
-        constexpr double glare = 0.05;  // of the surroundings, on the screen
-        // as low as black allows, so that the soft edges of light contours stay below their middles
-        constexpr double lightFrom = 0.08;
+        constexpr double glare = 0.05;   // of the surroundings, on the screen
+        constexpr double middle = 0.18;  // as far from black as from white to the eye
         const double from = luminance(pixel) + glare;
-        const auto& layers = layers_[from > lightFrom + glare];
+        const auto& layers = layers_[from > middle + glare];
         for (const Layer& layer : layers) {
             const std::uint32_t result = layer.over(pixel);
             const double to = luminance(result) + glare;
