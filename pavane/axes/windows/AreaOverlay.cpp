@@ -183,7 +183,8 @@ void AreaOverlay::draw(CDC& dc, const CRect& update, const CBitmap& content)
 {
     CRect seen;
     // a mask of no area at all holds every cell
-    if (marks_.empty() || picture_.width() < 1 || !content.bits() || !seen.IntersectRect(update, plot_) ||
+    if (marks_.empty() || picture_.width() < 1 || !content.bits() ||
+        !seen.IntersectRect(update, plot_) ||
         !seen.IntersectRect(seen, CRect(0, 0, content.size().cx, content.size().cy)))
         return;
     for (int top = seen.top; top < seen.bottom; top += tileSide)
