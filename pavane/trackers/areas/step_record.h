@@ -25,17 +25,20 @@ inline int activeBit(std::string_view record)
 }
 
 /// Takes the number of vertices out of a polygon's record, so that one vertex more differs in its
-/// own bytes only.
+/// own bytes only. A number below 0, which stands for none, stays.
 inline void dropVertexCount(std::string& record)
 {
-    if (record.size() >= recordHeadBytes + sizeof(std::int32_t))
-        record.erase(recordHeadBytes, sizeof(std::int32_t));
+    std::int32_t count = -1;
+    if (record.size() >= recordHeadBytes + sizeof count)
+        std::memcpy(&count, record.data() + recordHeadBytes, sizeof count);
+    if (count >= 0)
+        record.erase(recordHeadBytes, sizeof count);
 }
 
-/// Puts it back, by the bytes that a vertex takes.
+/// Puts it back where it was taken out, by the bytes that a vertex takes.
 inline void putVertexCount(std::string& record, std::size_t vertexBytes)
 {
-    if (record.size() < recordHeadBytes)
+    if (record.size() < recordHeadBytes || (record.size() - recordHeadBytes) % vertexBytes != 0)
         return;
     const auto count = static_cast<std::int32_t>((record.size() - recordHeadBytes) / vertexBytes);
     char field[sizeof count];
