@@ -114,9 +114,17 @@ class Desk:
             self.env.pop(name, None)
         self.manager = subprocess.Popen(["openbox"], env=self.env, stdout=subprocess.DEVNULL,
                                         stderr=subprocess.DEVNULL)
-        wait_for("the window manager", lambda: b"window id" in subprocess.run(
-            ["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"], env=self.env,
-            capture_output=True).stdout)
+        try:
+            wait_for("the window manager", self.is_managed)
+        except Failure:
+            self.close()  # a server that lives on holds the output of the test open
+            raise
+
+    def is_managed(self):
+        if self.manager.poll() is not None:
+            raise Failure(f"the window manager ends with {self.manager.returncode}")
+        return b"window id" in subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
+                                              env=self.env, capture_output=True).stdout
 
     def close(self):
         for process in (self.manager, self.server):
