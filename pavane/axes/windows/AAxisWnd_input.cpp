@@ -29,7 +29,8 @@ void AAxisWnd::OnLButtonDblClk(unsigned flags, CPoint point)
         return;
     if (GetPlot() && followPress([&] { return trackers_->OnLButtonDblClk(this, flags, point); }))
         return;
-    ABWindow::OnLButtonDblClk(flags, point);
+    // not the plot's: a double click that areas do not take must not begin its rubber band
+    ABWindow::OnLButtonDblClk(flags, point);  // NOLINT(bugprone-parent-virtual-call)
 }
 
 void AAxisWnd::pointerMoved(unsigned flags, CPoint point)

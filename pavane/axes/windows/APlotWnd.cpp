@@ -112,7 +112,7 @@ void APlotWnd::ContentChanged()
 FigureLayout APlotWnd::layOut(CDC& dc, const CRect& rect) const
 {
     const FigureUnits units(dc);
-    const CSize size(units.pixels(rect.Width()), units.pixels(rect.Height()));
+    const CSize size{units.pixels(rect.Width()), units.pixels(rect.Height())};
     const int known = marginsFor_ == size && IsRangeZoomed();
     return figure_.layOut(dc, rect, known ? &margins_ : nullptr);
 }
