@@ -24,6 +24,12 @@ constexpr COLORREF background = RGB(240, 240, 240);
 constexpr COLORREF textColor = RGB(20, 20, 20);
 constexpr const char* noArea = "No area is selected.";
 
+std::size_t fieldAt(int line, int column)
+{
+    const int at = line * columnCount + column;
+    return static_cast<std::size_t>(at);
+}
+
 }  // namespace
 
 AAreaTableWnd::AAreaTableWnd() { SetFlag(windowNoWaitCursor, 1); }
@@ -86,7 +92,7 @@ CRect AAreaTableWnd::fieldRect(int line, int column) const
 
 AAreaTableWnd::Field* AAreaTableWnd::field(int line, int column) const
 {
-    const auto at = static_cast<std::size_t>(line * columnCount + column);
+    const auto at = fieldAt(line, column);
     return at < fields_.size() ? fields_[at].get() : nullptr;
 }
 
@@ -122,7 +128,7 @@ void AAreaTableWnd::showTexts()
 {
     for (int line = 0; line < lines_; ++line)
         for (int column = 0; column < table_.columns(); ++column) {
-            CString& shown = shown_[static_cast<std::size_t>(line * columnCount + column)];
+            CString& shown = shown_[fieldAt(line, column)];
             shown = table_.text(firstRow_ + line, column);
             if (field(line, column)->GetWindowText() == shown)
                 continue;
@@ -151,7 +157,7 @@ int AAreaTableWnd::SetText(int row, int column, const CString& text)
 /// Reads a field that the user has changed; a text that cannot be read gives way to the number.
 void AAreaTableWnd::keep(int line, int column)
 {
-    const auto at = static_cast<std::size_t>(line * columnCount + column);
+    const auto at = fieldAt(line, column);
     if (keeping_ || item_ < 0 || line >= lines_ || !field(line, column))
         return;
     const CString text = field(line, column)->GetWindowText();
@@ -205,7 +211,7 @@ void AAreaTableWnd::Field::OnKeyDown(unsigned key, unsigned repeat, unsigned fla
         table.keep(line, column);
         return;
     case VK_ESCAPE: {
-        const CString& shown = table.shown_[static_cast<std::size_t>(line * columnCount + column)];
+        const CString& shown = table.shown_[fieldAt(line, column)];
         if (GetWindowText() == shown && table.axis_)
             return (void)table.axis_->SetFocus();
         SetWindowText(shown);

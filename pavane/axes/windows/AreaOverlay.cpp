@@ -203,8 +203,8 @@ void AreaOverlay::drawTile(CDC& dc, const CRect& tile, const CBitmap& content)
     const int width = tile.Width() * ratio_;
     const int height = tile.Height() * ratio_;
     const std::ptrdiff_t stride = static_cast<std::ptrdiff_t>(content.size().cx) * ratio_;
-    const std::uint32_t* const from =
-        content.bits() + tile.top * ratio_ * stride + tile.left * ratio_;
+    const CPoint corner(tile.left * ratio_, tile.top * ratio_);
+    const std::uint32_t* const from = content.bits() + corner.y * stride + corner.x;
     std::vector<std::uint32_t> pixels(static_cast<std::size_t>(width) *
                                       static_cast<std::size_t>(height));
     std::uint32_t* const topRow = pixels.data() + static_cast<std::ptrdiff_t>(height - 1) * width;
