@@ -95,10 +95,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/masks/AAreaBitFill.h
     pavane/trackers/masks/AFillBitAreas.h
     pavane/trackers/masks/APolyPoints.h
-    pavane/trackers/masks/area_file.h
+    pavane/trackers/masks/cell_area_file.h
     pavane/trackers/masks/LoadReport.h
     pavane/trackers/regions/area_polygons.h
-    pavane/trackers/regions/area_shape_file.h
+    pavane/trackers/regions/exchange_file.h
     pavane/trackers/regions/region_crtf.h
     pavane/trackers/regions/region_ds9.h
     pavane/trackers/regions/region_place.h

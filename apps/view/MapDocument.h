@@ -1,6 +1,6 @@
 #pragma once
 
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 #include "apps/view/inputs.h"
 #include "apps/view/status_text.h"
 #include "pavane/axes/maps/MapPicture.h"

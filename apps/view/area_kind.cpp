@@ -1,7 +1,7 @@
 #include "apps/view/area_kind.h"
 
 #include "apps/view/file_ending.h"
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"
 #include "tessel/trimmed.h"
@@ -79,7 +79,7 @@ AreaKind binaryKind(const std::string& file, const Start& start, AreaKind named)
 {
     AAreaArray areas;
     std::string ignored;
-    const int isCells = readAreaFile(file, areas, ignored);
+    const int isCells = readCellAreaFile(file, areas, ignored);
     // four zero bytes are a file of no polygons, but also the beginning of a collection
     if (isCells && (named != AreaKind::collection || areas.count() > 0) &&
         !(named == AreaKind::collection && looksLikeCollection(start, named)))

@@ -1,6 +1,6 @@
 #include "apps/view/inputs.h"
 
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 #include "apps/view/area_kind.h"
 #include "apps/view/progress.h"
 #include "pavane/tables/components/component_file.h"

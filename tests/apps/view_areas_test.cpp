@@ -1,5 +1,5 @@
 // Area files as pavane-view opens and saves them, and the texts of its status line.
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 #include "apps/view/mask_sum.h"
 #include "apps/view/status_text.h"
 #include "pavane/trackers/ARPAreaTracker.h"
@@ -7,8 +7,8 @@
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/collections/ARPTrackerArray.h"
 #include "pavane/trackers/collections/shape_trackers.h"
-#include "pavane/trackers/masks/area_file.h"
-#include "pavane/trackers/regions/area_shape_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
+#include "pavane/trackers/regions/exchange_file.h"
 #include "tests/tessel/sin_map.h"
 
 #include <cmath>

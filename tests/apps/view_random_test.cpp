@@ -2,7 +2,7 @@
 // whole window, and what has to hold whatever they do.
 //
 // PAVANE_EVENTS and PAVANE_SEED say how many and which; PAVANE_TRACE writes each down.
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
 #include "pavane/axes/A2DAxis.h"

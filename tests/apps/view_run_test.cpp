@@ -1,5 +1,5 @@
 // Runs the built pavane-view and looks at what it writes, prints and answers.
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 #include "tessel/fits_map.h"
 
 #include <algorithm>
@@ -69,7 +69,7 @@ protected:
         for (const auto& points : polygons)
             areas.Add(new APolyPoints(points.data(), static_cast<int>(points.size())));
         std::string error;
-        ASSERT_TRUE(writeAreaFile(path(name), areas, error)) << error;
+        ASSERT_TRUE(writeCellAreaFile(path(name), areas, error)) << error;
     }
     Outcome run(const std::string& arguments) const
     {

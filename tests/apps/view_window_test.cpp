@@ -1,5 +1,5 @@
 // The window of pavane-view without a screen: what the user could lose is asked about.
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
 #include "pavane/axes/A2DAxis.h"

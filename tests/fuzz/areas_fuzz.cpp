@@ -1,5 +1,5 @@
 // Feeds any bytes to the reader of area files and fills what it gives.
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 #include "platform/message.h"
 #include "tests/fuzz/input_file.h"
 
@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     AAreaArray areas;
     std::string error;
     ABitMatrix mask(100, 130);
-    if (readAreaFile(input.name(), areas, error))
+    if (readCellAreaFile(input.name(), areas, error))
         areas.FillBits(mask);
     return 0;
 }

@@ -1,5 +1,5 @@
 // Feeds any bytes as an area file of any kind, and as the copy that a crash has left.
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
 #include "tessel/ABitMatrix.h"

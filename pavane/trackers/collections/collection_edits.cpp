@@ -1,7 +1,7 @@
 // Edits of a collection as a whole: adding, deleting, copying, selecting.
 
 #include "pavane/trackers/areas/StepLabel.h"
-#include "pavane/trackers/collections/collection_file.h"
+#include "pavane/trackers/collections/tracker_records.h"
 #include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/shapes/shape_handles.h"
 #include "pavane/trackers/tracker_shape.h"

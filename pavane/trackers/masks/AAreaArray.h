@@ -31,7 +31,8 @@ public:
     void FillBits(ABitMatrix& m) const;
 
     /// Writes the number of polygons (int32), then each. Deliberate: the result is that of the
-    /// number alone, as the host's area dialog expects; what follows is checked by `writeAreaFile`.
+    /// number alone, as the host's area dialog expects; what follows is checked by
+    /// `writeCellAreaFile`.
     int Store(AFile& file) const;
     /// Reads what Store wrote in place of the old polygons, as many of them as the file holds. 0
     /// when the number cannot be read or promises more polygons than the file has bytes for, or

@@ -1,5 +1,5 @@
 #include "pavane/trackers/masks/AAreaArray.h"
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 
 #include <gtest/gtest.h>
 
@@ -44,13 +44,13 @@ TEST_F(StoredAreas, ComeBackAsTheyLieInTheFile)
 {
     AAreaArray areas;
     std::string error;
-    ASSERT_TRUE(readAreaFile(write(twoPolygons), areas, error)) << error;
+    ASSERT_TRUE(readCellAreaFile(write(twoPolygons), areas, error)) << error;
     ASSERT_EQ(areas.count(), 2);
     EXPECT_EQ(areas(0)->points[1], CPoint(-3, 4));
     EXPECT_EQ(areas(1)->count, 1);
     const AAreaArray copy(areas);
     areas.Free();
-    ASSERT_TRUE(writeAreaFile(name_, copy, error)) << error;
+    ASSERT_TRUE(writeCellAreaFile(name_, copy, error)) << error;
     EXPECT_EQ(numbersInFile(), twoPolygons);
     AFile out(name_, AFile::writeOnly | AFile::create);
     EXPECT_TRUE(copy.Store(out) && APolyPoints().Store(out) && out.close());
@@ -78,14 +78,14 @@ TEST_F(StoredAreas, AreRefusedUnlessTheFileIsAsLongAsItSays)
         AAreaArray areas;
         areas.Add(new APolyPoints());
         std::string error;
-        EXPECT_FALSE(readAreaFile(write(c.numbers), areas, error)) << c.message;
+        EXPECT_FALSE(readCellAreaFile(write(c.numbers), areas, error)) << c.message;
         EXPECT_EQ(error, name_ + ": not an area file: " + c.message);
         EXPECT_EQ(areas.count(), 0);
     }
     AAreaArray areas;
     std::string error;
-    EXPECT_FALSE(readAreaFile(name_ + "/none", areas, error));
-    EXPECT_FALSE(writeAreaFile(name_ + "/none", areas, error));  // below a file: no such folder
+    EXPECT_FALSE(readCellAreaFile(name_ + "/none", areas, error));
+    EXPECT_FALSE(writeCellAreaFile(name_ + "/none", areas, error));  // below a file: no such folder
 }
 
 TEST_F(StoredAreas, CutAtAnyByteLeaveNothingBehind)

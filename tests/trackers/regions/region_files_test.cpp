@@ -1,5 +1,5 @@
 #include "pavane/trackers/regions/area_polygons.h"
-#include "pavane/trackers/regions/area_shape_file.h"
+#include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
 #include "pavane/trackers/regions/region_values.h"

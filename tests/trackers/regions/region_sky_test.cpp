@@ -1,4 +1,4 @@
-#include "pavane/trackers/regions/area_shape_file.h"
+#include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
 #include "tessel/fits_map.h"

@@ -1,6 +1,6 @@
-#include "pavane/trackers/regions/area_shape_file.h"
+#include "pavane/trackers/regions/exchange_file.h"
 
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 #include "pavane/trackers/regions/area_polygons.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
@@ -34,7 +34,7 @@ int readCells(const std::string& file, std::vector<AreaShape>& shapes, RegionNot
     shapes.clear();
     notes = RegionNotes();
     AAreaArray areas;
-    if (!readAreaFile(file, areas, error))
+    if (!readCellAreaFile(file, areas, error))
         return 0;
     shapes = shapesOf(areas, notes);
     return 1;
@@ -48,7 +48,7 @@ int writeCells(const std::string& file, const std::vector<AreaShape>& shapes, Re
     if (shapes.empty())
         notes.addOnce(RegionNotes::Kind::changed, "a file without areas stands for the whole map");
     if (polygonsOf(shapes, areas, notes))
-        return writeAreaFile(file, areas, error);
+        return writeCellAreaFile(file, areas, error);
     error = file + ": there is no memory for the outlines";
     return 0;
 }

@@ -1,4 +1,4 @@
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 
 #include "pavane/containers/item_io.h"
 #include "tessel/paths.h"
@@ -53,10 +53,10 @@ int storePolygon(AFile& out, const APolyPoints* polygon)
 
 }  // namespace
 
-int readAreaFile(const std::string& file, AAreaArray& areas, std::string& error)
+int readCellAreaFile(const std::string& file, AAreaArray& areas, std::string& error)
 {
     LoadReport report;
-    if (!readAreaFile(file, areas, report, error))
+    if (!readCellAreaFile(file, areas, report, error))
         return 0;
     if (report.complete())
         return 1;
@@ -64,7 +64,8 @@ int readAreaFile(const std::string& file, AAreaArray& areas, std::string& error)
     return refuse(file, "not an area file: " + report.lines.front(), error);
 }
 
-int readAreaFile(const std::string& file, AAreaArray& areas, LoadReport& report, std::string& error)
+int readCellAreaFile(const std::string& file, AAreaArray& areas, LoadReport& report,
+                     std::string& error)
 {
     areas.Free();
     report = {};
@@ -87,7 +88,7 @@ int readAreaFile(const std::string& file, AAreaArray& areas, LoadReport& report,
     return 1;
 }
 
-int writeAreaFile(const std::string& file, const AAreaArray& areas, std::string& error)
+int writeCellAreaFile(const std::string& file, const AAreaArray& areas, std::string& error)
 {
     SafeFile out;
     if (!out.open(file))

@@ -1,13 +1,13 @@
-#include "apps/view/area_files.h"
+#include "apps/view/any_area_file.h"
 
 #include "apps/view/area_kind.h"
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/collections/ARPTrackerArray.h"
 #include "pavane/trackers/collections/shape_trackers.h"
-#include "pavane/trackers/masks/area_file.h"
+#include "pavane/trackers/masks/cell_area_file.h"
 #include "pavane/trackers/regions/area_polygons.h"
-#include "pavane/trackers/regions/area_shape_file.h"
+#include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
 #include "pavane/trackers/tracker_shape.h"
@@ -178,7 +178,7 @@ int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& 
 int openCellAreas(const std::string& file, AAreaArray& areas, AreaNotes& notes, std::string& error)
 {
     LoadReport report;
-    if (!readAreaFile(file, areas, report, error))
+    if (!readCellAreaFile(file, areas, report, error))
         return 0;
     take(report, notes);
     return 1;
@@ -228,7 +228,7 @@ int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerA
     if (kind == Kind::cells) {
         AAreaArray polygons;
         if (polygonsOf(areas, place.columns, place.rows, place.range, polygons))
-            return writeAreaFile(file, polygons, error);
+            return writeCellAreaFile(file, polygons, error);
         error = file + ": there is no memory for the outlines";
         return 0;
     }

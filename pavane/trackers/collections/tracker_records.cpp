@@ -1,4 +1,4 @@
-#include "pavane/trackers/collections/collection_file.h"
+#include "pavane/trackers/collections/tracker_records.h"
 
 #include "pavane/containers/item_io.h"
 #include "tessel/AFile.h"
