@@ -113,11 +113,20 @@ private:
     std::vector<Word> words_;
 };
 
-OverlayPart partOf(std::uint8_t here, std::uint8_t everyNeighbour, std::uint8_t anyNeighbour)
+/// The parts of a row of pixels from what is inside of it and of the rows above and below, without
+/// a branch for any pixel.
+void setParts(const std::uint8_t* above, const std::uint8_t* here, const std::uint8_t* below,
+              int pixels, OverlayPart* parts)
 {
-    if (here)
-        return everyNeighbour ? OverlayPart::inner : OverlayPart::insideLine;
-    return anyNeighbour ? OverlayPart::outsideLine : OverlayPart::nothing;
+    static_assert(static_cast<int>(OverlayPart::inner) == 1 &&
+                  static_cast<int>(OverlayPart::insideLine) == 2 &&
+                  static_cast<int>(OverlayPart::outsideLine) == 3);
+    for (int i = 0; i < pixels; ++i) {
+        const unsigned every = above[i] & below[i] & here[i - 1] & here[i + 1];
+        const unsigned any = above[i] | below[i] | here[i - 1] | here[i + 1];
+        const unsigned inside = 2U - every;
+        parts[i] = static_cast<OverlayPart>(here[i] * inside + (1U - here[i]) * any * 3U);
+    }
 }
 
 /// A colour that is laid over pixels.
@@ -142,6 +151,11 @@ struct Layer {
         const std::uint32_t g = (((pixel & green) >> 8) * rest + greenShare) & green;
         return rb | g;
     }
+    void apply(std::uint32_t* pixels, int count) const
+    {
+        for (int i = 0; i < count; ++i)
+            pixels[i] = over(pixels[i]);
+    }
 };
 
 /// Tints colours and remembers them: the picture of a map has few.
@@ -159,10 +173,29 @@ public:
     std::uint32_t operator()(std::uint32_t pixel)
     {
         pixel &= redBlue | green;
-        Known& known = known_[(pixel * 2654435761u) >> 20];
-        if (known.pixel != pixel)
-            known = {pixel, tinted(pixel)};
+        const std::uint32_t place = (pixel * 2654435761u) >> 20;
+        Known& known = known_[place];
+        if (known.pixel != pixel) {
+            // two colours of one place, side by side in a map, would be searched for every pixel
+            Known& second = known_[place ^ 1];
+            if (second.pixel != pixel)
+                second = {pixel, tinted(pixel)};
+            std::swap(known, second);
+        }
         return known.tinted;
+    }
+    /// Pixels of one colour often lie side by side.
+    void apply(std::uint32_t* pixels, int count)
+    {
+        std::uint32_t from = noPixel;
+        std::uint32_t result = 0;
+        for (int i = 0; i < count; ++i) {
+            if (pixels[i] != from) {
+                from = pixels[i];
+                result = (*this)(from);
+            }
+            pixels[i] = result;
+        }
     }
 
 private:
@@ -235,8 +268,8 @@ CRect OverlayPicture::pixelsOf(const CRect& cells) const
     return r;
 }
 
-/// Calls use(y, part) for every row of pixels where something is shown; part(i) tells what, for the
-/// pixel i columns from the left.
+/// Calls use(y, parts) for every row of pixels where something is shown; parts[i] tells what, for
+/// the pixel i columns from the left.
 template <typename Use>
 void OverlayPicture::forRows(const ABitMatrix& mask, const CRect& pixels, Use&& use) const
 {
@@ -246,6 +279,7 @@ void OverlayPicture::forRows(const ABitMatrix& mask, const CRect& pixels, Use&& 
     // lines above, at and below the present row, in turn
     const InsideLine none(mask, columns_, pixels.left, pixels.right);
     InsideLine lines[3] = {none, none, none};
+    std::vector<OverlayPart> parts(static_cast<std::size_t>(pixels.Width()));
     const auto lineOf = [&](int y) -> InsideLine& { return lines[(y + 3) % 3]; };
     const auto setLine = [&](int y) { lineOf(y).set(spanOf(y), lineOf(y + 2)); };
     setLine(pixels.top - 1);
@@ -254,13 +288,9 @@ void OverlayPicture::forRows(const ABitMatrix& mask, const CRect& pixels, Use&& 
         setLine(y + 1);
         if (!lineOf(y - 1).any() && !lineOf(y).any() && !lineOf(y + 1).any())
             continue;
-        const std::uint8_t* const above = lineOf(y - 1).data() + 1;
-        const std::uint8_t* const here = lineOf(y).data() + 1;
-        const std::uint8_t* const below = lineOf(y + 1).data() + 1;
-        use(y, [=](int i) {
-            return partOf(here[i], above[i] & below[i] & here[i - 1] & here[i + 1],
-                          above[i] | below[i] | here[i - 1] | here[i + 1]);
-        });
+        setParts(lineOf(y - 1).data() + 1, lineOf(y).data() + 1, lineOf(y + 1).data() + 1,
+                 pixels.Width(), parts.data());
+        use(y, parts.data());
     }
 }
 
@@ -270,15 +300,23 @@ void OverlayPicture::blend(const ABitMatrix& mask, const CRect& pixels, const Ov
     CRect inside;
     if (!inside.IntersectRect(pixels, {0, 0, width(), height()}))
         return;
-    ContrastTint& tint = contrastTint();
-    const Layer layers[] = {Layer(), Layer(), Layer(style.inside, style.lineShare),
-                            Layer(style.outside, style.lineShare)};
-    forRows(mask, inside, [&](int y, auto&& part) {
+    ContrastTint* const tint = &contrastTint();
+    const Layer insideLine(style.inside, style.lineShare);
+    const Layer outsideLine(style.outside, style.lineShare);
+    forRows(mask, inside, [=](int y, const OverlayPart* parts) {
         std::uint32_t* const row = to + (y - pixels.top) * stride + (inside.left - pixels.left);
-        for (int i = 0; i < inside.Width(); ++i) {
-            const OverlayPart shown = part(i);
-            row[i] = shown == OverlayPart::inner ? tint(row[i])
-                                                 : layers[static_cast<int>(shown)].over(row[i]);
+        const int width = inside.Width();
+        for (int i = 0; i < width;) {
+            const OverlayPart part = parts[i];
+            const int first = i;
+            while (i < width && parts[i] == part)
+                ++i;
+            if (part == OverlayPart::inner)
+                tint->apply(row + first, i - first);
+            else if (part == OverlayPart::insideLine)
+                insideLine.apply(row + first, i - first);
+            else if (part == OverlayPart::outsideLine)
+                outsideLine.apply(row + first, i - first);
         }
     });
 }
@@ -290,10 +328,9 @@ std::vector<OverlayPart> OverlayPicture::parts(const ABitMatrix& mask, const CRe
         return {};
     const auto columns = static_cast<std::size_t>(pixels.Width());
     std::vector<OverlayPart> result(columns * static_cast<std::size_t>(pixels.Height()));
-    forRows(mask, pixels, [&](int y, auto&& part) {
-        OverlayPart* const row = result.data() + static_cast<std::size_t>(y - pixels.top) * columns;
-        for (int i = 0; i < pixels.Width(); ++i)
-            row[i] = part(i);
+    forRows(mask, pixels, [&](int y, const OverlayPart* parts) {
+        std::copy(parts, parts + columns,
+                  result.data() + static_cast<std::size_t>(y - pixels.top) * columns);
     });
     return result;
 }
