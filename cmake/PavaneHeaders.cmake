@@ -64,6 +64,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/components/component_file.h
     pavane/tables/components/component_outline.h
     pavane/tables/components/ModelLayer.h
+    pavane/tables/grid/ASelectRect.h
+    pavane/tables/grid/ATableColumn.h
+    pavane/tables/grid/table_options.h
     pavane/trackers/AAreaTracker.h
     pavane/trackers/AAreaTrackerInAxis.h
     pavane/trackers/ABaseTracker.h
