@@ -181,6 +181,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/areas/AreaItems.h
     pavane/trackers/areas/tracker_style.h
     pavane/trackers/collections/TrackerArrayOf.h
+    pavane/trackers/planes.h
+    pavane/trackers/RectTrackerOf.h
     pavane/trackers/shapes/BoxIndex.h
     pavane/trackers/shapes/key_steps.h
     pavane/trackers/shapes/rect_handles.h

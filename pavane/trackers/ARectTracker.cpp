@@ -1,39 +1,16 @@
 #include "pavane/trackers/ARectTracker.h"
 
-#include "pavane/trackers/areas/record_layouts.h"
-#include "pavane/trackers/drag_loop.h"
-#include "pavane/trackers/shapes/RectDrag.h"
-#include "pavane/trackers/tracker_drawing.h"
-
-#include <algorithm>
 #include <new>
 
 namespace pavane
 {
 
-ARectTracker::ARectTracker() : minTrackSize_{2 * handleSize_, 2 * handleSize_} {}
+ARectTracker::ARectTracker() = default;
 
-ARectTracker::ARectTracker(const CRect& rect, unsigned style) : ARectTracker()
+ARectTracker::ARectTracker(const CRect& rect, unsigned style)
 {
     rect_ = rect;
     style_ = style;
-}
-
-int ARectTracker::Store(AFile& file) const
-{
-    return ATracker::Store(file) &&
-           RectFields<CRect>{rect_, minTrackSize_, allowInvert_}.store(file);
-}
-
-int ARectTracker::Load(AFile& file)
-{
-    RectFields<CRect> fields;
-    if (!ATracker::Load(file) || !fields.load(file))
-        return 0;
-    rect_ = fields.rect;
-    minTrackSize_ = fields.least;
-    allowInvert_ = fields.allowInvert;
-    return 1;
 }
 
 ARectTracker* ARectTracker::Duplicate() const { return new (std::nothrow) ARectTracker(*this); }
@@ -63,18 +40,14 @@ void ARectTracker::Scale(const PixelMapping& from, const PixelMapping& to)
 
 int ARectTracker::HitTest(CPoint point, CWnd*)
 {
-    CRect all;
-    GetTrueRect(&all);
-    if (!grown(all, extraCatch()).PtInRect(point))
+    if (!caughtRect().PtInRect(point))
         return hitNothing;
     return style_ & trackerHandles ? HitTestHandles(point) : hitMiddle;
 }
 
 int ARectTracker::HitTestHandles(CPoint point)
 {
-    CRect all;
-    GetTrueRect(&all);
-    if (!grown(all, extraCatch()).PtInRect(point))
+    if (!caughtRect().PtInRect(point))
         return hitNothing;
     const int mask = GetHandleMask();
     for (int code = 0; code < hitMiddle; ++code) {
@@ -85,51 +58,5 @@ int ARectTracker::HitTestHandles(CPoint point)
     }
     return hitMiddle;
 }
-
-void ARectTracker::GetTrueRect(CRect* rect) const
-{
-    *rect = grown(normalized(rect_), std::max(handleSize_ / 2 - 1, 0));
-}
-
-void ARectTracker::GetHandleRect(int code, CRect* rect) const
-{
-    *rect = handleRect(rect_, code, GetHandleSize(rect_), handleSize_);
-}
-
-int ARectTracker::GetHandleMask() const { return handleMask(rect_, handleSize_); }
-
-void ARectTracker::AdjustRect(int hit, CRect* rect)
-{
-    keepLeastSize(*rect, hit, minTrackSize_, validRect_, sides_);
-}
-
-void ARectTracker::Draw(CDC* dc, CWnd* window) { drawClipped(dc, window); }
-
-void ARectTracker::DrawShape(CDC& dc)
-{
-    if (drawsTrack())
-        DrawTrackRect(&dc, rect_);
-    else if (IsActive())
-        DrawActive(&dc);
-    else
-        DrawNotActive(&dc);
-}
-
-void ARectTracker::DrawActive(CDC* dc)
-{
-    drawRectShape(*dc, fractionsOf(rect_), rect_, GetHandleSize(rect_), handleSize_, true);
-}
-
-void ARectTracker::DrawNotActive(CDC* dc)
-{
-    drawRectShape(*dc, fractionsOf(rect_), rect_, GetHandleSize(rect_), handleSize_, false);
-}
-
-void ARectTracker::DrawTrackRect(CDC* dc, const CRect& rect)
-{
-    drawRectShape(*dc, fractionsOf(rect), rect, GetHandleSize(rect), handleSize_, IsActive() != 0);
-}
-
-ShapeTrace ARectTracker::trace() const { return rectTrace(rect_, handleSize_ + GetLineSize()); }
 
 }  // namespace pavane

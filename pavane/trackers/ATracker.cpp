@@ -3,6 +3,7 @@
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/areas/record_layouts.h"
 #include "pavane/trackers/shapes/rect_handles.h"
+#include "pavane/trackers/shapes/turned_rect.h"
 
 #include <algorithm>
 
@@ -37,6 +38,14 @@ void ATracker::SetActive(int on)
 {
     style_ = on ? style_ | trackerActive : style_ & ~unsigned{trackerActive};
 }
+
+int ATracker::GetShape(ShapeValues&) const { return 0; }
+
+int ATracker::SetShape(const ShapeValues&) { return 0; }
+
+int ATracker::moveCode() const { return hitInside; }
+
+std::size_t ATracker::vertexBytes() const { return 0; }
 
 int ATracker::TrackReady(CWnd*, CPoint) { return 0; }
 

@@ -5,6 +5,7 @@
 #include "platform/api.h"
 #include "platform/geometry.h"
 
+#include <cstddef>
 #include <string>
 
 namespace pavane
@@ -14,6 +15,7 @@ class AFile;
 class ATracker;
 class CDC;
 class CWnd;
+struct ShapeValues;
 
 /// How a drag came to its end.
 enum class DragEnd {
@@ -96,6 +98,16 @@ public:
     /// Outline and handles without touching the clip region. In a drag it draws the frame that
     /// tracks the pointer (DrawTrackRect, DrawTrack), else the active or the inactive shape.
     virtual void DrawShape(CDC& dc) = 0;
+    /// The shape as numbers: pixels, or data values for what is kept in these. 0 for classes that
+    /// have none.
+    virtual int GetShape(ShapeValues& shape) const;
+    /// The other way; pixels are cut towards zero. 0, and the tracker as it was, for another kind
+    /// of shape. The numbers have to be finite.
+    virtual int SetShape(const ShapeValues& shape);
+    /// The hit code that moves the shape as a whole.
+    virtual int moveCode() const;
+    /// Bytes of one vertex in the record of a polygon; 0 for other shapes.
+    virtual std::size_t vertexBytes() const;
 
     /// The stored record as bytes: two trackers of one class are alike when their states are.
     std::string State() const;

@@ -32,6 +32,8 @@ public:
     int bounds(CRect& rect) const;
     /// Data units that a pixel spans at `p`, both positive; 0 when that cannot be told.
     APoint<double> unitsPerPixel(CPoint p) const;
+    /// Whether both go through the same axis, or through none.
+    friend bool operator==(const AxisPixels&, const AxisPixels&) = default;
 
 private:
     const ABAxis* axis_;
