@@ -187,6 +187,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/shapes/key_steps.h
     pavane/trackers/shapes/rect_handles.h
     pavane/trackers/shapes/turned_rect.h
+    pavane/trackers/TurnedTrackerOf.h
     platform/api.h
     tessel/api.h
     tessel/large_buffer.h

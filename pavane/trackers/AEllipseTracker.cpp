@@ -1,9 +1,7 @@
 #include "pavane/trackers/AEllipseTracker.h"
 
-#include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/shapes/turned_rect.h"
 
-#include <cmath>
 #include <new>
 
 namespace pavane
@@ -36,6 +34,8 @@ void AEllipseTracker::GetAreaPoints(AArray<CPoint>& points) const
 
 int AEllipseTracker::firstHandle() const { return 4; }
 
+ShapeValues::Kind AEllipseTracker::shapeKind() const { return ShapeValues::Kind::ellipse; }
+
 void AEllipseTracker::shownOutline(AArray<CPoint>& points) const
 {
     ellipseOutline(points, rect_, angle_, fewestShown, mostShown);
@@ -43,12 +43,7 @@ void AEllipseTracker::shownOutline(AArray<CPoint>& points) const
 
 APoint<double> AEllipseTracker::halfExtent() const
 {
-    const CSize extent = extentOf(rect_);
-    const double a = extent.cx / 2.0;
-    const double b = extent.cy / 2.0;
-    const double c = std::cos(angle_);
-    const double s = std::sin(angle_);
-    return {std::hypot(a * c, b * s), std::hypot(a * s, b * c)};
+    return halfBoxOfEllipse(halfSides(rect_), angle_);
 }
 
 }  // namespace pavane

@@ -21,6 +21,7 @@ protected:
     int firstHandle() const override;
     void shownOutline(AArray<CPoint>& points) const override;
     APoint<double> halfExtent() const override;
+    ShapeValues::Kind shapeKind() const override;
 };
 
 }  // namespace pavane

@@ -1,12 +1,10 @@
 #include "pavane/trackers/ARPEllipseTracker.h"
 
-#include "pavane/trackers/shapes/AxisPixels.h"
 #include "pavane/trackers/shapes/data_drags.h"
 #include "pavane/trackers/shapes/rect_handles.h"
 #include "pavane/trackers/shapes/shape_outline.h"
 
 #include <algorithm>
-#include <cmath>
 #include <new>
 
 namespace pavane
@@ -49,13 +47,11 @@ void ARPEllipseTracker::pixelOutline(AArray<CPoint>& points) const
 
 int ARPEllipseTracker::firstHandle() const { return 4; }
 
+ShapeValues::Kind ARPEllipseTracker::shapeKind() const { return ShapeValues::Kind::ellipse; }
+
 APoint<double> ARPEllipseTracker::halfExtent() const
 {
-    const double a = rect_.right / 2 - rect_.left / 2;
-    const double b = rect_.bottom / 2 - rect_.top / 2;
-    const double c = std::cos(angle_);
-    const double s = std::sin(angle_);
-    return {std::hypot(a * c, b * s), std::hypot(a * s, b * c)};
+    return halfBoxOfEllipse(halfSides(rect_), angle_);
 }
 
 }  // namespace pavane

@@ -21,6 +21,7 @@ protected:
     void pixelOutline(AArray<CPoint>& points) const override;
     int firstHandle() const override;
     APoint<double> halfExtent() const override;
+    ShapeValues::Kind shapeKind() const override;
 };
 
 }  // namespace pavane

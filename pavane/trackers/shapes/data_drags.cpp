@@ -110,6 +110,11 @@ APoint<double> centreOf(const ARect<double>& rect)
     return {rect.left / 2 + rect.right / 2, rect.top / 2 + rect.bottom / 2};
 }
 
+APoint<double> halfSides(const ARect<double>& rect)
+{
+    return {std::abs(rect.right / 2 - rect.left / 2), std::abs(rect.bottom / 2 - rect.top / 2)};
+}
+
 void turnedHandles(const TurnedDataRect& shape, APoint<double> (&points)[turnedHandleCount])
 {
     const ARect<double>& r = shape.rect;

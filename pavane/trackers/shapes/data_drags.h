@@ -36,6 +36,8 @@ struct TurnedDataRect {
 
 /// The middle of a rectangle, for any finite edges.
 PAVANE_API APoint<double> centreOf(const ARect<double>& rect);
+/// Half of the lengths of both sides.
+PAVANE_API APoint<double> halfSides(const ARect<double>& rect);
 /// The handles as in turned_rect.h, in values.
 PAVANE_API void turnedHandles(const TurnedDataRect& shape,
                               APoint<double> (&points)[turnedHandleCount]);

@@ -73,6 +73,26 @@ void turnedHandles(const CRect& rect, double angle, CPoint (&points)[turnedHandl
         points[i] = angle == 0 ? plain[i] : PointTransform(plain[i], centre, angle);
 }
 
+APoint<double> halfSides(const CRect& rect)
+{
+    const CSize extent = extentOf(rect);
+    return {extent.cx / 2.0, extent.cy / 2.0};
+}
+
+APoint<double> halfBoxOfRect(const APoint<double>& half, double angle)
+{
+    const double c = std::abs(std::cos(angle));
+    const double s = std::abs(std::sin(angle));
+    return {half.x * c + half.y * s, half.x * s + half.y * c};
+}
+
+APoint<double> halfBoxOfEllipse(const APoint<double>& half, double angle)
+{
+    const double c = std::cos(angle);
+    const double s = std::sin(angle);
+    return {std::hypot(half.x * c, half.y * s), std::hypot(half.x * s, half.y * c)};
+}
+
 CRect squareAbout(CPoint centre, int size)
 {
     const int left = saturatedSum(centre.x, -(size / 2));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/containers/AArray.h"
+#include "pavane/containers/APoint.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 
@@ -29,6 +30,12 @@ PAVANE_API CPoint centreOf(const CRect& rect);
 /// The turned handles: four corners clockwise from the top left, then the middles of top, right,
 /// bottom and left, then the one that turns.
 PAVANE_API void turnedHandles(const CRect& rect, double angle, CPoint (&points)[turnedHandleCount]);
+
+/// Half of the lengths of both sides.
+PAVANE_API APoint<double> halfSides(const CRect& rect);
+/// Half of the box about the turned rectangle with these half sides, and about the ellipse in it.
+PAVANE_API APoint<double> halfBoxOfRect(const APoint<double>& half, double angle);
+PAVANE_API APoint<double> halfBoxOfEllipse(const APoint<double>& half, double angle);
 
 /// The square of edge `size` about `centre`.
 PAVANE_API CRect squareAbout(CPoint centre, int size);
