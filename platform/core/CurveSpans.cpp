@@ -142,6 +142,20 @@ std::int64_t CurveSpans::straightFrom(const CurveData& curve, std::int64_t i, CP
     return n > shortStretch ? straightFrom(curve, i, last) : 0;
 }
 
+/// Leads the piece under way through points from `i` on, most of which lie in parts of their own,
+/// up to the next try of a straight stretch; returns their number.
+std::int64_t CurveSpans::readSparse(const CurveData& curve, std::int64_t i, CPointF last)
+{
+    LineChain line{last, part_, low_.data() + at_, high_.data() + at_};
+    const std::int64_t count =
+        pointKernels().chain(curve, i, std::min(curve.n, nextTry_), most_, top_, bottom_, line);
+    at_ = static_cast<std::size_t>(line.high - high_.data());
+    part_ = line.part;
+    if (count > 0)
+        pieces_.back().stop = line.last;
+    return count;
+}
+
 /// Reads points from `i` on that lie in the part reached or the one after, up to the next try of a
 /// straight stretch; returns their number. Where one part ends does not matter to what follows, so
 /// that nothing has to be guessed. Lines between neighbouring parts are cut in their middle.
@@ -229,13 +243,15 @@ std::int64_t CurveSpans::readPart(const CurveData& curve, std::int64_t i, CPoint
 int CurveSpans::readRising(const CurveData& curve)
 {
     const bool rough = std::isinf(steepest_) && curve.n < dense * parts_;
+    const bool sparse = curve.n < 2 * parts_;
     CPointF last;
     bool joined = false;
     double reached = -farthestPoint;
     for (std::int64_t i = 0; i < curve.n;) {
         const std::int64_t stretch = joined ? straightFrom(curve, i, last) : 0;
         if (rough && joined && stretch == 0 && isInView(last.x)) {
-            const std::int64_t count = readRough(curve, i, last);
+            const std::int64_t count =
+                sparse ? readSparse(curve, i, last) : readRough(curve, i, last);
             if (count > 0) {
                 i += count;
                 last = pointOf(curve, i - 1);

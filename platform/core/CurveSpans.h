@@ -41,6 +41,7 @@ public:
 private:
     int readRising(const CurveData& curve);
     std::int64_t straightFrom(const CurveData& curve, std::int64_t i, CPointF last);
+    std::int64_t readSparse(const CurveData& curve, std::int64_t i, CPointF last);
     std::int64_t readRough(const CurveData& curve, std::int64_t i, CPointF last);
     std::int64_t readPart(const CurveData& curve, std::int64_t i, CPointF from);
     bool isInView(double x) const { return x >= least_ && x <= most_; }

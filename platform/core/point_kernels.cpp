@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <cstring>
 
 #pragma GCC diagnostic ignored "-Wpsabi"  // the vectors never cross a call that is not inlined
@@ -40,11 +41,11 @@ PointKernels widest()
 #if defined(__x86_64__)
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq"))
-        return {avx512::straight, avx512::within, avx512::ramp};
+        return {avx512::straight, avx512::within, avx512::ramp, avx512::chain};
     if (__builtin_cpu_supports("avx2"))
-        return {avx2::straight, avx2::within, avx2::ramp};
+        return {avx2::straight, avx2::within, avx2::ramp, avx2::chain};
 #endif
-    return {plain::straight, plain::within, plain::ramp};
+    return {plain::straight, plain::within, plain::ramp, plain::chain};
 }
 
 }  // namespace

@@ -19,6 +19,14 @@ inline CPointF pointOf(const CurveData& curve, std::int64_t i)
     return {curve.xOrigin + curve.xScale * x, curve.yOrigin + curve.yScale * curve.y[i]};
 }
 
+/// A line that is being led through parts of equal width, all of width 1.
+struct LineChain {
+    CPointF last;       ///< point reached
+    std::int64_t part;  ///< that holds it
+    float* low;         ///< negated least row of that part; those of the parts after it follow
+    float* high;        ///< greatest row
+};
+
 /// Loops over the points of a curve. Every set gives the same values.
 struct PointKernels {
     /// Whether points `i` to i + n - 1 follow one another along x and all lie within `tolerance` of
@@ -36,6 +44,10 @@ struct PointKernels {
     void (*ramp)(double start, double slope, std::int64_t n, double top, double bottom, float* low,
                  float* high);
     static constexpr std::size_t excess = 8;
+    /// Leads a line on through the points from `i` up to `end`, excluded, as long as they follow
+    /// one another along x up to `most` and are not missing; returns their number.
+    std::int64_t (*chain)(const CurveData& curve, std::int64_t i, std::int64_t end, double most,
+                          double top, double bottom, LineChain& line);
 };
 
 /// Those for this processor.
