@@ -182,6 +182,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/areas/tracker_style.h
     pavane/trackers/collections/TrackerArrayOf.h
     pavane/trackers/planes.h
+    pavane/trackers/PolygonTrackerOf.h
     pavane/trackers/RectTrackerOf.h
     pavane/trackers/shapes/BoxIndex.h
     pavane/trackers/shapes/key_steps.h

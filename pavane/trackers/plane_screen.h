@@ -27,6 +27,28 @@ struct WindowPixels {
 inline WindowPixels screenOf(const ABaseTracker&) { return {}; }
 inline AxisPixels screenOf(const ABTracker& tracker) { return AxisPixels(tracker.axis()); }
 
+/// Replaces `pixels` by `points` on the screen.
+inline void putPixels(const AxisPixels& screen, const AArray<APoint<double>>& points,
+                      AArray<CPoint>& pixels)
+{
+    const int n = points.count();
+    if (pixels.allocated() < n || pixels.count() != n)
+        pixels.GrowBy(n);
+    for (int i = 0; i < pixels.count(); ++i)
+        pixels(i) = screen.pixel(points(i));
+}
+/// The points on the screen; those that are there already are not copied.
+inline const AArray<CPoint>& pixelsOf(const WindowPixels&, const AArray<CPoint>& points)
+{
+    return points;
+}
+inline AArray<CPoint> pixelsOf(const AxisPixels& screen, const AArray<APoint<double>>& points)
+{
+    AArray<CPoint> pixels;
+    putPixels(screen, points, pixels);
+    return pixels;
+}
+
 /// Coordinates of either plane as numbers of ShapeValues, and back: to pixels they are cut.
 inline ARect<double> asValues(const CRect& r) { return fractionsOf(r); }
 inline const ARect<double>& asValues(const ARect<double>& r) { return r; }
