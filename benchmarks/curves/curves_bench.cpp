@@ -2,7 +2,8 @@
 
 #include "../peers/curve_peers.h"
 #include "pavane/axes/ABAxis.h"
-#include "pavane/axes/AGraphXYLine.h"
+#include "pavane/axes/AGraphXYPoint.h"
+#include "pavane/axes/graph_styles.h"
 #include "pavane/images/ADIBase.h"
 #include "pavane/images/curve_raster.h"
 #include "platform/picture.h"
@@ -120,6 +121,43 @@ void addSmooth(const std::string& name, std::int64_t n, double sigma, std::int64
         });
 }
 
+/// Points in any order, as a plot of amplitudes has them; dots of two pixels.
+void addPoints(const std::string& name, int n)
+{
+    const auto entry = [&](const char* who, auto function) {
+        benchmark::RegisterBenchmark(
+            ("curve/" + name + "/" + who).c_str(),
+            [=](benchmark::State& state) { function(state, curve(n, false)); })
+            ->Unit(benchmark::kMillisecond);
+    };
+    entry("pavane", [](benchmark::State& state, const FringeData& data) {
+        CPicture picture(FringeData::width, FringeData::height);
+        const auto dc = picture.dc();
+        TMinMax range{0, 1, -1.2, 1.2, 0, 1};
+        ABAxis axis(1, 1, &range, 0);
+        CRect rect(0, 0, FringeData::width, FringeData::height);
+        axis.setGraphRect(CRect(0, 0, rect.right - 1, rect.bottom - 1));
+        axis.setFHeight(12);
+        axis.setDc(dc.get());
+        new AGraphXYPoint(&axis, const_cast<double*>(data.x.data()),
+                          const_cast<double*>(data.y.data()), static_cast<int>(data.x.size()),
+                          nullptr, graphPointDot, 0, 0, 0);
+        for (auto _ : state) {
+            dc->FillSolidRect(rect, RGB(255, 255, 255));
+            axis.drawChilds(*dc, rect, range);
+            benchmark::DoNotOptimize(picture.row(0));
+        }
+    });
+    entry("read-once",
+          [=](benchmark::State& state, const FringeData&) { readOnce(state, n, false); });
+    entry("qcustomplot", [=](benchmark::State& state, const FringeData& data) {
+        QCustomPlotCurve plot(data.x.data(), data.y.data(), n, FringeData::width,
+                              FringeData::height, false, true);
+        for (auto _ : state)
+            plot.draw();
+    });
+}
+
 void add(const std::string& name, std::int64_t n, bool ordered)
 {
     const auto entry = [&](const char* who, auto function) {
@@ -150,6 +188,8 @@ int main(int argc, char** argv)
         addSmooth(std::string("fringe-") + size, n, 0, 0, 1);
         addSmooth(std::string("noise-") + size, n, 0.1, 0, 1);
     }
+    addPoints("points-1e6", 1'000'000);
+    addPoints("points-1e7", 10'000'000);
     addSmooth("gaps-2e5", 200'000, 0.1, 1000, 1);
     addSmooth("wide-2e5", 200'000, 0.1, 0, 2);  // the peer takes seconds for a wide pen
     benchmark::RunSpecifiedBenchmarks();

@@ -8,13 +8,13 @@
 std::uint32_t drawWithQPainter(const double* x, const double* y, std::int64_t n, int width,
                                int height);
 
-/// A plot of the same curve, adaptive sampling on, with a hard or an antialiased pen. The data are
-/// handed over when it is made.
+/// A plot of the same curve, or of its points as dots of two pixels, adaptive sampling on, with a
+/// hard or an antialiased pen. The data are handed over, and sorted along x, when it is made.
 class QCustomPlotCurve
 {
 public:
     QCustomPlotCurve(const double* x, const double* y, std::int64_t n, int width, int height,
-                     bool antialiased = false);
+                     bool antialiased = false, bool points = false);
     ~QCustomPlotCurve();
     void draw();
 

@@ -8,7 +8,7 @@ struct QCustomPlotCurve::Data {
 };
 
 QCustomPlotCurve::QCustomPlotCurve(const double* x, const double* y, std::int64_t n, int width,
-                                   int height, bool antialiased)
+                                   int height, bool antialiased, bool dots)
 {
     if (!qApp) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -34,7 +34,11 @@ QCustomPlotCurve::QCustomPlotCurve(const double* x, const double* y, std::int64_
     QVector<QCPGraphData> points(static_cast<int>(n));
     for (int i = 0; i < points.size(); ++i)
         points[i] = QCPGraphData(x[i], y[i]);
-    graph->data()->set(points, true);
+    graph->data()->set(points, !dots);
+    if (dots) {
+        graph->setLineStyle(QCPGraph::lsNone);
+        graph->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssSquare, Qt::black, Qt::black, 2));
+    }
     plot.xAxis->setRange(0, 1);
     plot.yAxis->setRange(-1.2, 1.2);
 }

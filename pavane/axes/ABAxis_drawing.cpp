@@ -1,6 +1,7 @@
 #include "pavane/axes/ABAxis.h"
 
 #include "pavane/axes/axis_fonts.h"
+#include "pavane/axes/marker_blocks.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/images/ADIBase.h"
 #include "platform/CDC.h"
@@ -63,11 +64,6 @@ short markerIndex(const ABAxis& axis, unsigned long color)
     const bool isIndex = color > RGB(0, 0, 0) && color < RGB(255, 0, 0);
     return static_cast<short>(isIndex ? static_cast<int>(color)
                                       : axis.paletteIndex(static_cast<COLORREF>(color)));
-}
-
-int sizeOfPart(int fHeight, int part)
-{
-    return std::max(1, truncated(static_cast<double>(fHeight) / std::max(part, 1) + 0.5));
 }
 
 }  // namespace
@@ -156,11 +152,9 @@ int ABAxis::markerReach() const
 void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 {
     const int size = sizeOfPart(fHeight_, GetPartPointHeight());
-    const int left = x - (size - 1) / 2;
-    const int top = y - (size - 1) / 2;
-    constexpr int mostSquare = 4;  // a disc of so few pixels is a square
-    if (size <= mostSquare || isFlagSet(axisBitmapMode)) {
-        markerBlock(color, CRect(left, top, left + size - 1, top + size - 1));
+    const CRect block = dotBlocks(x, x, y, size);
+    if (size <= mostSquareDot || isFlagSet(axisBitmapMode)) {
+        markerBlock(color, block);
         return;
     }
     if (!dc_)
@@ -168,13 +162,13 @@ void ABAxis::point(const int& x, const int& y, const unsigned long& color)
     const auto wanted = static_cast<COLORREF>(color);
     const SelectedObject<CPen> pen(*dc_, CPen(PS_NULL, 0, wanted));
     const SelectedObject<CBrush> brush(*dc_, CBrush(wanted));
-    dc_->Ellipse(left, top, left + size, top + size);
+    dc_->Ellipse(block.left, block.top, block.right + 1, block.bottom + 1);
 }
 
 void ABAxis::pointBar(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = sizeOfPart(fHeight_, GetPartCrossHeight());
-    markerBlock(color, CRect(x - h / 2, y - h, x + h / 2, y + h));
+    const int half = sizeOfPart(fHeight_, GetPartCrossHeight());
+    markerBlock(color, barBlocks(x, x, y, half));
 }
 
 void ABAxis::setLineWidth(int width)

@@ -1,8 +1,13 @@
 #include "pavane/axes/AGraphXYPoint.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/axis_curve.h"
+#include "pavane/axes/axis_settings.h"
 #include "pavane/axes/AxisPenState.h"
 #include "pavane/axes/graph_styles.h"
+#include "pavane/axes/marker_blocks.h"
+#include "pavane/images/PointPixels.h"
+#include "platform/CDC.h"
 
 #include <cmath>
 
@@ -32,6 +37,34 @@ void mark(ABAxis& axis, int shape, int x, int y, unsigned long color)
     }
 }
 
+/// Fewer points are marked one by one.
+constexpr int fewPoints = 1000;
+
+/// What the markers of a run of pixels in a row cover, edges included; empty unless they are
+/// blocks.
+CRect blocksOf(const ABAxis& axis, int shape, int first, int last, int y)
+{
+    if (shape == graphPointBar)
+        return barBlocks(first, last, y, sizeOfPart(axis.getFHeight(), GetPartCrossHeight()));
+    const int dot = sizeOfPart(axis.getFHeight(), GetPartPointHeight());
+    const bool other = shape == graphPointCross || shape == graphPointCrossInverse ||
+                       shape == graphPointStar || dot > mostSquareDot;
+    return other ? CRect(0, 0, -1, -1) : dotBlocks(first, last, y, dot);
+}
+
+/// Marks a run of pixels in a row: blocks that touch are one.
+void markRun(ABAxis& axis, int shape, int first, int last, int y, unsigned long color)
+{
+    const CRect blocks = blocksOf(axis, shape, first, last, y);
+    if (blocks.right < blocks.left || !axis.dc() || axis.isFlagSet(axisBitmapMode)) {
+        for (int x = first; x <= last; ++x)
+            mark(axis, shape, x, y, color);
+        return;
+    }
+    const CBrush brush(static_cast<COLORREF>(color));
+    axis.dc()->FillRect({blocks.left, blocks.top, blocks.right + 1, blocks.bottom + 1}, &brush);
+}
+
 }  // namespace
 
 void AGraphXYPoint::draw(CDC&, CRect&, TMinMax&)
@@ -44,6 +77,15 @@ void AGraphXYPoint::draw(CDC&, CRect&, TMinMax&)
     // A dark red is not to be taken for an index.
     const unsigned long color =
         plot.isFlagSet(axisBitmapMode) ? PALETTEINDEX(plot.paletteIndex(color_)) : color_;
+    if (count_ > fewPoints) {
+        PointPixels pixels(curveScaleX(plot), curveScaleY(plot));
+        if (pixels.isUsable()) {
+            pixels.add({x_, y_, count_, 0, 1});
+            pixels.forRuns(
+                [&](int first, int last, int y) { markRun(plot, style1_, first, last, y, color); });
+            return;
+        }
+    }
     CPoint last(-1, -1);
     for (int i = 0; i < count_; ++i) {
         const double wx = plot.RPXtoWPX(x_[i]);

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -135,6 +136,35 @@ TEST(Points, OutsideThePlotAreLeftOut)
     canvas.axis.drawChilds(*canvas.dc, canvas.rect, canvas.range);
     EXPECT_EQ(canvas.count(), 9);  // one cross of 5 + 4 pixels
     EXPECT_TRUE(canvas.isSet(30, 30) && canvas.isSet(32, 30) && canvas.isSet(30, 28));
+}
+
+TEST(Points, OfAnyNumberMarkThePixelsThatEachMarksAlone)
+{
+    std::mt19937 random(4);
+    std::uniform_real_distribution<double> place(-0.05, 1.05);
+    std::vector<double> x(1200), y(1200);
+    std::generate(x.begin(), x.end(), [&] { return place(random); });
+    std::generate(y.begin(), y.end(), [&] { return place(random); });
+    for (std::size_t i = 900; i < 1200; ++i)  // on the borders between pixels
+        x[i] = static_cast<double>(i % 121) / 120, y[i] = static_cast<double>(7 * i % 121) / 120;
+    x[1] = gap, y[2] = INFINITY, x[3] = -1e300, y[4] = 1, x[4] = 0, y[5] = 1e-3, x[5] = 1;
+    for (const int shape : {graphPointDot, graphPointCross, graphPointBar, graphPointStar})
+        for (const int direct : {1, -1, 0})
+            for (const int options : {0, static_cast<int>(axisBitmapMode)}) {
+                Canvas all(options, direct, -direct);
+                Canvas each(options, direct, -direct);
+                for (Canvas* canvas : {&all, &each})
+                    canvas->axis.setMinMax({1e-3, 1, 1e-3, 1, 0, 1});
+                new AGraphXYPoint(&all.axis, x.data(), y.data(), 1200, nullptr, shape, 0, 0, 0);
+                for (std::size_t i = 0; i < 1200; i += 400)
+                    new AGraphXYPoint(&each.axis, &x[i], &y[i], 400, nullptr, shape, 0, 0, 0);
+                all.axis.drawChilds(*all.dc, all.rect, all.range);
+                each.axis.drawChilds(*each.dc, each.rect, each.range);
+                int different = 0;
+                for (int i = 0; i < side * side; ++i)
+                    different += all.isSet(i % side, i / side) != each.isSet(i % side, i / side);
+                EXPECT_EQ(different, 0) << shape << ' ' << direct << ' ' << options;
+            }
 }
 
 TEST(GraphRange, IsThatOfTheFinitePointsUnlessOneIsGiven)
