@@ -156,7 +156,16 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/sky_axes.h
     tessel/sky_frame.h
     tessel/SkyCoordinates.h
+    tessel/stokes_name.h
     tessel/time_text.h
+    tessel/uvfits/AUVXFile.h
+    tessel/uvfits/AUVXFqTbl.h
+    tessel/uvfits/AUVXFreqs.h
+    tessel/uvfits/AUVXTlscItem.h
+    tessel/uvfits/StoredNumber.h
+    tessel/uvfits/uv_values.h
+    tessel/uvfits/UvGroups.h
+    tessel/uvfits/UvGroupScan.h
     tessel/value_text.h
 )
 

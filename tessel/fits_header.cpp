@@ -2,6 +2,7 @@
 
 #include "tessel/map_steps.h"
 #include "tessel/sky_axes.h"
+#include "tessel/stokes_name.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -145,14 +146,6 @@ double hertzPer(const std::string& unit)
 double valueAt(const MapAxis& axis, int pixel)
 {
     return axis.crval + (pixel + 1 - axis.crpix) * axis.cdelt;
-}
-
-std::string stokesName(double value)
-{
-    static constexpr std::string_view names[] = {"YX", "XY", "YY", "XX", "LR", "RL", "LL",
-                                                 "RR", "",   "I",  "Q",  "U",  "V"};
-    const double code = std::floor(value + 0.5);
-    return code >= -8 && code <= 4 ? std::string(names[static_cast<int>(code) + 8]) : std::string();
 }
 
 void readFrequencyAndStokes(const HeaderCards& cards, MapHeader& header)

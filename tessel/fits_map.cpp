@@ -1,14 +1,13 @@
 #include "tessel/fits_map.h"
 
 #include "tessel/AFile.h"
+#include "tessel/fits_hdus.h"
 #include "tessel/fits_header.h"
 #include "tessel/fits_planes.h"
 #include "tessel/fits_scan.h"
-#include "tessel/paths.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -21,28 +20,6 @@ namespace
 
 /// Cells read at a time: large enough to be quick, small enough to cancel and to show progress.
 constexpr std::int64_t blockCells = 1 << 20;
-
-/// Opens the file and looks at its first bytes, so that the commonest slips get a clear answer.
-int openStart(const std::string& name, AFile& file, std::string& error)
-{
-    if (!file.open(name, AFile::readOnly)) {
-        error = readFault(name);
-        return 0;
-    }
-    char start[9] = {};
-    const int whole = file.read(start, 9);
-    if (static_cast<unsigned char>(start[0]) == 0x1f &&
-        (static_cast<unsigned char>(start[1]) == 0x8b ||
-         static_cast<unsigned char>(start[1]) == 0x9d)) {
-        error = "is packed as a whole; unpack it first (gunzip)";
-        return 0;
-    }
-    if (!whole || std::memcmp(start, "SIMPLE  =", 9) != 0) {
-        error = "is not a FITS file";
-        return 0;
-    }
-    return 1;
-}
 
 int checkPlane(const FitsImage& image, int& plane, std::string& error)
 {
@@ -115,7 +92,7 @@ int readFitsMap(const std::string& file, int plane, FitsMap& map, std::string& e
     error.clear();
     AFile opened;
     FitsImage image;
-    if (openStart(file, opened, error) && scanForImage(opened, image, error) &&
+    if (openFits(file, opened, error) && scanForImage(opened, image, error) &&
         checkPlane(image, plane, error) && readOpened(opened, image, plane, map, error, progress)) {
         error.clear();
         return 1;

@@ -112,12 +112,6 @@ int readHeader(AFile& file, std::int64_t start, Header& header)
     }
 }
 
-int isCellType(std::int64_t bitpix)
-{
-    return bitpix == 8 || bitpix == 16 || bitpix == 32 || bitpix == 64 || bitpix == -32 ||
-           bitpix == -64;
-}
-
 /// Bytes of cells behind a header, cut at what no file holds; -1 when the header makes no sense.
 std::int64_t dataBytes(const Header& header)
 {
@@ -225,6 +219,12 @@ int holdsData(const Header& header, FitsImage& image, std::int64_t fileSize, std
 }
 
 }  // namespace
+
+int isCellType(std::int64_t bitpix)
+{
+    return bitpix == 8 || bitpix == 16 || bitpix == 32 || bitpix == 64 || bitpix == -32 ||
+           bitpix == -64;
+}
 
 std::int64_t cellCount(const std::vector<std::int64_t>& lengths, std::size_t from)
 {

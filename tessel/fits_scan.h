@@ -30,6 +30,9 @@ inline constexpr std::int64_t smallPacked = std::int64_t{4} << 20;
 /// claim. Non-zero on success; else 0 and `error`, in one line, says what is wrong with the file.
 int scanForImage(AFile& file, FitsImage& image, std::string& error);
 
+/// Non-zero for a BITPIX that cells can have.
+int isCellType(std::int64_t bitpix);
+
 /// Product of the lengths from item `from` on, cut at a number that no file can hold.
 std::int64_t cellCount(const std::vector<std::int64_t>& lengths, std::size_t from = 0);
 

@@ -1,0 +1,159 @@
+#include "tessel/uvfits/UvGroupScan.h"
+
+#include "tessel/uvfits/TimeRuns.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <tuple>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr std::size_t mostBaselines = 1 << 22;
+
+struct Pair {
+    int subarray, first, second;
+    bool operator==(const Pair&) const = default;
+    std::uint64_t hash() const
+    {
+        return spread(spread(static_cast<std::uint32_t>(subarray)) ^
+                      (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
+                       static_cast<std::uint32_t>(second)));
+    }
+};
+
+void stretch(double value, double& least, double& greatest)
+{
+    if (least > greatest)
+        least = greatest = value;
+    least = std::min(least, value);
+    greatest = std::max(greatest, value);
+}
+
+/// Non-zero for what is looked at without marks: RR, LL, XX, YY and I.
+int isParallel(int stokes)
+{
+    return stokes == 1 || stokes == -1 || stokes == -2 || stokes == -5 || stokes == -6;
+}
+
+int isFinite(const UvVisibility& v)
+{
+    return std::isfinite(v.real) && std::isfinite(v.imaginary) && std::isfinite(v.weight);
+}
+
+}  // namespace
+
+struct UvGroupScan::Found {
+    Distinct<Pair, std::int64_t> pairs{mostBaselines};
+    TimeRuns times;
+};
+
+UvGroupScan::UvGroupScan(AUVXFile& file, int what)
+    : file_(file), what_(what), found_(std::make_unique<Found>())
+{
+}
+
+UvGroupScan::~UvGroupScan() = default;
+
+double UvGroupScan::done() const
+{
+    const std::int64_t groups = file_.header().groups;
+    return groups > 0 ? static_cast<double>(next_) / static_cast<double>(groups) : 1;
+}
+
+int UvGroupScan::step(std::int64_t bytes)
+{
+    const int what = (what_ & (baselines | scans) ? UvGroups::baselines : 0) |
+                     (what_ & (scans | totals) ? UvGroups::origins : 0) |
+                     (what_ & scans ? UvGroups::times : 0) |
+                     (what_ & totals ? UvGroups::places | UvGroups::cellValues : 0);
+    const std::int64_t groups = file_.header().groups;
+    std::int64_t left = bytes;
+    do {
+        const auto count =
+            static_cast<int>(std::min<std::int64_t>(file_.blockGroups(), groups - next_));
+        if (count <= 0 || !error_.empty())
+            return 0;
+        if (!file_.readGroups(next_, count, what, groups_))
+            error_ = "has become shorter while it was read";
+        else if (!take(groups_))
+            error_ = "has more baselines or times than an observation can have";
+        else
+            next_ += count;
+        left -= count * file_.groupBytes();
+    } while (left > 0 && error_.empty());
+    return error_.empty() && next_ < groups;
+}
+
+int UvGroupScan::take(const UvGroups& groups)
+{
+    totals_.groups += groups.count;
+    for (std::size_t i = 0; what_ & baselines && i < groups.antenna1.size(); ++i) {
+        if (groups.antenna1[i] < 0)
+            continue;
+        std::int64_t* const count = found_->pairs.of(
+            {groups.subarray[i], groups.antenna1[i], groups.antenna2[i]}, std::int64_t{0});
+        if (!count)
+            return 0;
+        ++*count;
+    }
+    for (std::size_t i = 0; what_ & scans && i < groups.time.size(); ++i)
+        if (std::isfinite(groups.time[i]) &&
+            !found_->times.add(groups.time[i], groups.subarray[i], groups.source[i],
+                               groups.selection[i],
+                               groups.first + static_cast<std::int64_t>(i) + 1))
+            return 0;
+    if (what_ & totals)
+        addTotals(groups);
+    return 1;
+}
+
+void UvGroupScan::addTotals(const UvGroups& groups)
+{
+    const UvHeader& header = file_.header();
+    const AUVXFqTbl& frequencies = file_.fqTbl();
+    const int stokes = static_cast<int>(header.stokes.size());
+    for (int i = 0; i < groups.count; ++i) {
+        const auto g = static_cast<std::size_t>(i);
+        const double distance = std::hypot(groups.u[g], groups.v[g]);
+        const int selection = frequencies.selectionOf(groups.selection[g]);
+        for (int f = 0; f < header.ifs; ++f)
+            for (int c = 0; c < header.channels; ++c) {
+                const double waves = distance * frequencies.frequency(selection, f, c);
+                for (int s = 0; s < stokes; ++s) {
+                    const UvVisibility v = file_.visibility(groups, i, f, c, s);
+                    const int isFlagged = !(v.weight > 0);
+                    const int isBad = !isFinite(v);
+                    ++totals_.visibilities;
+                    totals_.flagged += isFlagged;
+                    totals_.notFinite += isBad;
+                    if (isFlagged || isBad ||
+                        !isParallel(header.stokes[static_cast<std::size_t>(s)]))
+                        continue;
+                    stretch(std::hypot(double{v.real}, double{v.imaginary}), totals_.leastAmplitude,
+                            totals_.greatestAmplitude);
+                    if (std::isfinite(waves))
+                        stretch(waves, totals_.leastUv, totals_.greatestUv);
+                }
+            }
+    }
+}
+
+std::vector<UvBaseline> UvGroupScan::foundBaselines() const
+{
+    std::vector<UvBaseline> result;
+    for (const auto& [pair, groups] : found_->pairs.items())
+        result.push_back({pair.subarray, pair.first, pair.second, groups});
+    std::sort(result.begin(), result.end(), [](const UvBaseline& a, const UvBaseline& b) {
+        return std::tie(a.subarray, a.first, a.second) < std::tie(b.subarray, b.first, b.second);
+    });
+    return result;
+}
+
+std::vector<UvScan> UvGroupScan::foundScans() const { return found_->times.scans(); }
+
+}  // namespace pavane

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace pavane
+{
+
+/// Groups of a data file, one value each in the order of the file: what `what` of
+/// AUVXFile::readGroups asked for, the other arrays are empty. Values that the file lacks are the
+/// same in all groups: time, u, v, w 0, subarray 1, source and selection the first of their tables.
+struct UvGroups {
+    /// Bits that choose arrays; each costs the reading of its parameters.
+    enum What : int { times = 1, baselines = 2, origins = 4, places = 8, cellValues = 16 };
+
+    std::int64_t first = 0;  ///< from 0
+    int count = 0;
+    std::vector<double> time;                       ///< days since 0h of the reference date
+    std::vector<int> subarray, antenna1, antenna2;  ///< with `baselines`; -1: no number of one
+    std::vector<int> source, selection;             ///< with `origins`
+    std::vector<double> u, v, w;                    ///< with `places`: seconds of light
+    std::vector<float> cells;  ///< with `cellValues`: AUVXFile::visibility knows the order
+
+    /// No groups; the memory stays for the next ones.
+    void clear();
+};
+
+/// One complex number of a group. A weight of 0 or below means flagged.
+struct UvVisibility {
+    float real = 0, imaginary = 0, weight = 0;
+};
+
+}  // namespace pavane
