@@ -115,11 +115,6 @@ struct TurnedParts {
 namespace
 {
 
-void turnedHandles(const TurnedRect& shape, CPoint (&points)[turnedHandleCount])
-{
-    pavane::turnedHandles(shape.rect, shape.angle, points);
-}
-
 void widen(CRect& rect, double, CSize least, const WindowPixels&) { widenToLeast(rect, least); }
 void widen(ARect<double>& rect, double angle, CSize least, const AxisPixels& pixels)
 {

@@ -5,6 +5,7 @@
 #include "pavane/trackers/ARPRectTracker.h"
 #include "platform/picture.h"
 #include "platform/window_dc.h"
+#include "tests/trackers/made_tracker.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include <memory>
 
 using namespace pavane;
+using namespace pavane::test;
 
 namespace
 {
@@ -37,22 +39,13 @@ double contrast(std::uint32_t a, std::uint32_t b)
 
 std::vector<std::unique_ptr<ABaseTracker>> samples()
 {
+    const ShapeValues shape{{}, {20, 30, 120, 80}, 0.4, {{20, 90}, {70, 20}, {110, 60}, {60, 70}}};
     std::vector<std::unique_ptr<ABaseTracker>> all;
-    all.push_back(std::make_unique<ARectTracker>(CRect(20, 20, 120, 80), trackerNew));
-    auto box = std::make_unique<ARotateRectTracker>();
-    auto ellipse = std::make_unique<AEllipseTracker>();
-    for (ARotateRectTracker* const turned :
-         {box.get(), static_cast<ARotateRectTracker*>(ellipse.get())}) {
-        turned->SetRect({20, 30, 120, 80});
-        turned->SetAngle(0.4);
+    for (const char* const name :
+         {"ARectTracker", "ARotateRectTracker", "AEllipseTracker", "AAreaTracker"}) {
+        all.emplace_back(static_cast<ABaseTracker*>(madeTracker(name, shape).release()));
+        all.back()->SetStyle(trackerNew | trackerReady);
     }
-    all.push_back(std::move(box));
-    all.push_back(std::move(ellipse));
-    auto area = std::make_unique<AAreaTracker>();
-    for (const CPoint p : {CPoint(20, 90), CPoint(70, 20), CPoint(110, 60), CPoint(60, 70)})
-        area->points().Add(p);
-    area->SetStyle(trackerNew | trackerReady);
-    all.push_back(std::move(area));
     all.push_back(std::make_unique<ARectTracker>(CRect(50, 50, 56, 57), trackerNew));
     return all;
 }

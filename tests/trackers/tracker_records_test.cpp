@@ -1,11 +1,6 @@
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/AAreaTracker.h"
-#include "pavane/trackers/AEllipseTracker.h"
-#include "pavane/trackers/ARectTracker.h"
-#include "pavane/trackers/ARPAreaTracker.h"
-#include "pavane/trackers/ARPEllipseTracker.h"
-#include "pavane/trackers/ARPRectTracker.h"
-#include "pavane/trackers/tracker_registry.h"
+#include "tests/trackers/made_tracker.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +9,7 @@
 #include <memory>
 
 using namespace pavane;
+using namespace pavane::test;
 
 namespace
 {
@@ -51,27 +47,11 @@ std::string hex(const std::string& bytes)
 /// A shape of every class, with a different number in every field.
 Tracker sample(const std::string& name)
 {
-    Tracker shape(CreateTracker(name));
-    if (auto* const r = dynamic_cast<ARectTracker*>(shape.get()))
-        r->SetRect({1, 2, 258, -1});
-    if (auto* const r = dynamic_cast<ARotateRectTracker*>(shape.get())) {
-        r->SetRect({1, 2, 258, 4});
-        r->SetAngle(-0.5);
-    }
-    if (auto* const a = dynamic_cast<AAreaTracker*>(shape.get())) {
-        a->points().Add({1, 2});
-        a->points().Add({-1, 256});
-    }
-    if (auto* const r = dynamic_cast<ARPRectTracker*>(shape.get()))
-        r->SetRect({1, 2, -0.5, 3});
-    if (auto* const r = dynamic_cast<ARPRotateRectTracker*>(shape.get())) {
-        r->SetRect({1, 2, -0.5, 3});
-        r->SetAngle(-0.5);
-    }
-    if (auto* const a = dynamic_cast<ARPAreaTracker*>(shape.get()))
-        for (const double x : {1.0, -0.5, 2.0})
-            a->points().Add({x, 3});
-    return shape;
+    if (name == "ARectTracker")
+        return madeTracker(name, {{}, {1, 2, 258, -1}, 0, {}});
+    return name.starts_with("ARP")
+               ? madeTracker(name, {{}, {1, 2, -0.5, 3}, -0.5, {{1, 3}, {-0.5, 3}, {2, 3}}})
+               : madeTracker(name, {{}, {1, 2, 258, 4}, -0.5, {{1, 2}, {-1, 256}}});
 }
 
 const std::string head = "2d000000"

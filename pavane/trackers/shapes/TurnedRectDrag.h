@@ -15,6 +15,11 @@ struct TurnedRect {
     friend bool operator==(const TurnedRect&, const TurnedRect&) = default;
 };
 
+inline void turnedHandles(const TurnedRect& shape, CPoint (&points)[turnedHandleCount])
+{
+    turnedHandles(shape.rect, shape.angle, points);
+}
+
 /// What the handles of a turned shape do: hit codes 1 inside, 2 to 9 sizing, 10 turning.
 inline constexpr int hitTurning = hitFirstHandle + turningHandle;
 constexpr bool isSizing(int hit) { return hit >= hitFirstHandle && hit < hitTurning; }

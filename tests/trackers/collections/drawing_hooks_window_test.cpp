@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "trackers/collections/areas_window.h"
+#include "trackers/made_tracker.h"
 
 using namespace pavane;
 using namespace pavane::test;
@@ -48,14 +49,8 @@ template <typename Shape>
 std::unique_ptr<ATracker> placed()
 {
     auto shape = std::make_unique<Shape>();
-    if constexpr (requires { shape->SetRect({60, 50, 140, 110}); }) {
-        shape->SetRect({60, 50, 140, 110});
-    } else {
-        using Point = std::remove_cvref_t<decltype(shape->points()(0))>;
-        for (const Point p : {Point{60, 50}, {140, 50}, {140, 110}, {60, 110}})
-            (void)shape->points().Add(p);
-        shape->SetStyle(shape->GetStyle() | trackerReady);
-    }
+    giveShape(*shape, {{}, {60, 50, 140, 110}, 0, {{60, 50}, {140, 50}, {140, 110}, {60, 110}}});
+    shape->SetStyle(shape->GetStyle() | trackerReady);
     return shape;
 }
 

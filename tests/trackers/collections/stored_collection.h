@@ -3,7 +3,7 @@
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/collections/ARPTrackerArray.h"
 #include "pavane/trackers/collections/ATrackerArray.h"
-#include "pavane/trackers/tracker_shape.h"
+#include "tests/trackers/made_tracker.h"
 
 #include <gtest/gtest.h>
 
@@ -36,15 +36,12 @@ inline std::string shapesOf(const std::string& stored)
 
 /// A tracker of the collection's own class for the tool, with the numbers that fit it.
 template <typename Array>
-auto* shaped(Array& array, int tool, ShapeValues shape)
+auto* shaped(Array& array, int tool, const ShapeValues& shape)
 {
     auto* const tracker = array.GetNewTracker(tool);
-    ShapeValues own;
-    EXPECT_TRUE(shapeOf(*tracker, own));
-    shape.kind = own.kind;
+    giveShape(*tracker, shape);
     if (tool == toolArea)
         tracker->SetStyle(tracker->GetStyle() | trackerReady);
-    (void)setShapeOf(*tracker, shape);  // a polygon without points stays empty
     return tracker;
 }
 

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <random>
 
 using namespace pavane;
@@ -22,8 +21,6 @@ struct Axis : ABAxis {
         setGraphRect(graph);
     }
 };
-
-bool sameBits(double a, double b) { return std::memcmp(&a, &b, sizeof a) == 0; }
 
 }  // namespace
 
@@ -97,56 +94,6 @@ TEST(DataDrag, WidensToTheLeastSizeInPixels)
     rect = {4.02, 2, 4, 2.5};
     widenToLeast(rect, pi / 2, {8, 8}, pixels);
     EXPECT_NEAR(rect.left - rect.right, 0.04, 1e-12);  // along y there are twice the pixels
-}
-
-TEST(DataDrag, KeepsItsPromisesInRandomDrags)
-{
-    std::mt19937 random(11);
-    const auto in = [&](int low, int high) {
-        return std::uniform_int_distribution<int>(low, high)(random);
-    };
-    const int directions[] = {1, -1, 0};
-    for (int i = 0; i < 5000; ++i) {
-        const Axis axis(directions[i % 3], directions[i / 3 % 3]);
-        const AxisPixels pixels(&axis);
-        const APoint<double> a = pixels.value({in(120, 300), in(60, 200)});
-        const APoint<double> b = pixels.value({in(330, 680), in(230, 440)});
-        const TurnedDataRect start{{std::min(a.x, b.x) + 1e-4, a.y + 1e-4, std::max(a.x, b.x), b.y},
-                                   i % 4 ? in(-31, 31) / 10.0 : 0};
-        const int hit = in(1, hitTurning);
-        const CPoint press(in(100, 700), in(50, 450));
-        const TurnedDataDrag drag(start, hit, press, graph, {0.2, 0.2}, true, pixels);
-        ASSERT_EQ(drag.at(press), start);
-        APoint<double> corners[turnedHandleCount];
-        turnedHandles(start, corners);
-        const HandleEdges edges = isSizing(hit) ? handleEdges(hit - hitFirstHandle) : HandleEdges();
-        for (int event = 0; event < 20; ++event) {
-            const CPoint to(in(0, 800), in(0, 500));
-            const TurnedDataRect next = drag.at(to);
-            ASSERT_TRUE(isFinite(next.rect) && std::isfinite(next.angle));
-            if (!isSizing(hit)) {
-                ASSERT_NEAR(next.rect.right - next.rect.left, start.rect.right - start.rect.left,
-                            1e-12);
-                continue;
-            }
-            APoint<double> moved[turnedHandleCount];
-            turnedHandles(next, moved);
-            for (int c = 0; c < 4; ++c) {
-                const HandleEdges at = handleEdges(c);
-                if (at.x == edges.x || at.y == edges.y)
-                    continue;
-                double off = 9;  // corners change their numbers when a side passes the other
-                for (int k = 0; k < 4; ++k)
-                    off = std::min(
-                        off, std::hypot(moved[k].x - corners[c].x, moved[k].y - corners[c].y));
-                ASSERT_LT(off, 1e-12) << hit;
-            }
-            if (start.angle == 0) {
-                ASSERT_TRUE(edges.y == EdgeY::top || sameBits(next.rect.top, start.rect.top));
-                ASSERT_TRUE(edges.x != EdgeX::none || sameBits(next.rect.left, start.rect.left));
-            }
-        }
-    }
 }
 
 TEST(DataDrag, NeverStoresWhatIsNotFinite)
