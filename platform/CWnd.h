@@ -9,6 +9,7 @@
 namespace pavane
 {
 
+class AccessSource;
 class CDC;
 class CMenu;
 class CWnd;
@@ -115,6 +116,8 @@ public:
     int IsIconic() const;
     int IsZoomed() const;
     void SetFont(const CFont& font);
+    /// The font of SetFont; the one that controls have when none was set.
+    CFont GetFont() const;
     /// Device pixels per logical pixel, rounded to what pictures of this window are made at.
     int GetPixelRatio() const;
     /// A menu bar of a top-level window; the window takes a copy. Items with a key in their text
@@ -144,11 +147,22 @@ public:
     /// Shifts the picture in `rect` and invalidates what is uncovered.
     void ScrollWindow(int dx, int dy, const CRect& rect);
 
-    // Scroll bars (of windows with WS_HSCROLL, WS_VSCROLL)
+    // Scroll bars (of windows with WS_HSCROLL, WS_VSCROLL). What shows or hides one changes the
+    // client area, and WM_SIZE comes before the call returns.
+    /// A bar that has nowhere to go (min is max) is not shown until it gets another range.
     void SetScrollRange(int bar, int min, int max, int page = 1);
+    /// Non-zero when the window has the bar, shown or not.
+    int GetScrollRange(int bar, int& min, int& max) const;
+    /// The position before.
     int SetScrollPos(int bar, int position);
     int GetScrollPos(int bar) const;
     void ShowScrollBar(int bar, int show);
+    /// Whether the bar takes room from the client area now.
+    int IsScrollBarShown(int bar) const;
+
+    /// Lets OnMouseWheel and OnMouseHWheel get whole multiples of `delta` only: what fine wheels
+    /// send below that adds up, and a turn back begins anew. 1 at first: every delta as it comes.
+    void SetWheelUnit(int delta);
 
     // Timers
     unsigned SetTimer(unsigned id, unsigned milliseconds);
@@ -165,6 +179,8 @@ public:
 
     // Tool tips: shown after the pointer rests in the client area; "" for none.
     virtual CString OnToolTip(CPoint point) { return (void)point, CString(); }
+    /// What screen readers are told of this window; null: that it is a window.
+    virtual AccessSource* GetAccess() { return nullptr; }
 
 protected:
     /// Non-zero to go on with the creation.
@@ -199,6 +215,7 @@ protected:
     /// message that is not used goes on to the parent.
     virtual int OnMouseWheel(unsigned flags, int delta, CPoint screen);
     virtual int OnMouseHWheel(unsigned flags, int delta, CPoint screen);
+    /// `screen` is (-1, -1) when a key asked for it (the menu key, Shift+F10).
     virtual void OnContextMenu(CWnd* window, CPoint screen);
     /// Non-zero when it chose the cursor; the base shows the class cursor.
     virtual int OnSetCursor(CWnd* window, unsigned hitArea, unsigned message);
@@ -207,6 +224,8 @@ protected:
     virtual void OnChar(unsigned character, unsigned repeat, unsigned flags);
     virtual unsigned OnGetDlgCode();
     virtual void OnTimer(unsigned id);
+    /// The desktop's colours changed; the base repaints.
+    virtual void OnSysColorChange();
     virtual void OnHScroll(unsigned code, unsigned position);
     virtual void OnVScroll(unsigned code, unsigned position);
     /// A menu item (code 0), or a control's notice (BN_..., EN_..., CBN_...); non-zero when used.

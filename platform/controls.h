@@ -10,7 +10,7 @@ namespace pavane
 inline constexpr unsigned BN_CLICKED = 0, EN_SETFOCUS = 0x0100, EN_KILLFOCUS = 0x0200,
                           EN_CHANGE = 0x0300, CBN_SELCHANGE = 1, CBN_SETFOCUS = 3,
                           CBN_KILLFOCUS = 4, CBN_EDITCHANGE = 5, CBN_DROPDOWN = 7, CBN_CLOSEUP = 8,
-                          LBN_SELCHANGE = 1, LBN_DBLCLK = 2;
+                          CBN_SELENDCANCEL = 10, LBN_SELCHANGE = 1, LBN_DBLCLK = 2;
 inline constexpr unsigned ES_CENTER = 0x0001, ES_RIGHT = 0x0002, ES_READONLY = 0x0800,
                           CBS_DROPDOWN = 0x0002, CBS_DROPDOWNLIST = 0x0003, SS_CENTER = 0x0001,
                           SS_RIGHT = 0x0002;
@@ -39,19 +39,30 @@ public:
     void SetCheck(int on);
 };
 
-/// One line of text, at most 128 characters; framed with WS_BORDER, for a place in another window
-/// without. A handler of EN_KILLFOCUS that calls SetFocus keeps the focus here.
+/// One line of text, at most 128 characters; framed with WS_BORDER. Without a frame it covers
+/// exactly its rectangle, for a place in another window. A handler of EN_KILLFOCUS that calls
+/// SetFocus keeps the focus here.
 class PAVANE_API CEdit : public CWnd
 {
 public:
     int Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id);
+    /// Selects from character `first` to `last`, and brings the end into view; 0 and -1: all.
     void SetSel(int first, int last);
+    /// Equal when nothing is selected: the place of the caret.
+    void GetSel(int& first, int& last) const;
     void SetReadOnly(int on);
+    /// Non-zero when the user changed the text since SetWindowText or SetModify(0).
+    int GetModify() const;
+    void SetModify(int on = 1);
+    /// Another limit than 128 characters, 0 for none; what is longer is cut.
+    void LimitText(int characters);
 };
 
 /// A line with a list below it: to choose from (CBS_DROPDOWNLIST), or with free text as well
-/// (CBS_DROPDOWN). It is at most as high as its line, whatever the rectangle; the list finds its
-/// own place. The wheel changes the choice only while it has the focus.
+/// (CBS_DROPDOWN). Its line stands at the top of the rectangle; the rest of it is as high as the
+/// list opens at most, where it leaves room for a line. Letters that are typed choose the next line
+/// that begins with them. The wheel changes the choice only while it has the focus.
+/// CBN_SELENDCANCEL comes when the list closes without a choice.
 class PAVANE_API CComboBox : public CWnd
 {
 public:
@@ -66,8 +77,15 @@ public:
     int GetCurSel() const;
     /// -1 clears the selection. Sends no notice. Index of the choice, -1 for none.
     int SetCurSel(int index);
+    /// Chooses the next line after `after` that begins with `text`, capitals or not, round the end;
+    /// -1 begins at the first. Index of it, -1 when there is none. Sends no notice.
+    int SelectString(int after, const CString& text);
     CString GetLBText(int index) const;
     void ShowDropDown(int show);
+    int GetDroppedState() const;
+    /// Height of the line (-1; it stands 6 pixels taller with its frame) or of each line of the
+    /// list (0 and above). Non-zero on success.
+    int SetItemHeight(int index, int height);
 };
 
 /// A list with one chosen line; results as of CComboBox.

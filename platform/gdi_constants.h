@@ -31,7 +31,8 @@ inline constexpr unsigned DIB_RGB_COLORS = 0, DIB_PAL_COLORS = 1;
 
 inline constexpr unsigned DT_TOP = 0, DT_LEFT = 0, DT_CENTER = 1, DT_RIGHT = 2, DT_VCENTER = 4,
                           DT_BOTTOM = 8, DT_WORDBREAK = 0x10, DT_SINGLELINE = 0x20,
-                          DT_NOCLIP = 0x100, DT_CALCRECT = 0x400, DT_NOPREFIX = 0x800;
+                          DT_NOCLIP = 0x100, DT_CALCRECT = 0x400, DT_NOPREFIX = 0x800,
+                          DT_END_ELLIPSIS = 0x8000;
 
 inline constexpr int FW_NORMAL = 400, FW_BOLD = 700;
 

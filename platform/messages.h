@@ -33,16 +33,16 @@ inline constexpr unsigned WM_NULL = 0x0000, WM_CREATE = 0x0001, WM_DESTROY = 0x0
                           WM_MOVE = 0x0003, WM_SIZE = 0x0005, WM_ACTIVATE = 0x0006,
                           WM_SETFOCUS = 0x0007, WM_KILLFOCUS = 0x0008, WM_ENABLE = 0x000A,
                           WM_PAINT = 0x000F, WM_CLOSE = 0x0010, WM_QUIT = 0x0012,
-                          WM_SHOWWINDOW = 0x0018, WM_CANCELMODE = 0x001F, WM_SETCURSOR = 0x0020,
-                          WM_CONTEXTMENU = 0x007B, WM_GETDLGCODE = 0x0087, WM_KEYDOWN = 0x0100,
-                          WM_KEYUP = 0x0101, WM_CHAR = 0x0102, WM_COMMAND = 0x0111,
-                          WM_TIMER = 0x0113, WM_HSCROLL = 0x0114, WM_VSCROLL = 0x0115,
-                          WM_MOUSEMOVE = 0x0200, WM_LBUTTONDOWN = 0x0201, WM_LBUTTONUP = 0x0202,
-                          WM_LBUTTONDBLCLK = 0x0203, WM_RBUTTONDOWN = 0x0204, WM_RBUTTONUP = 0x0205,
-                          WM_RBUTTONDBLCLK = 0x0206, WM_MBUTTONDOWN = 0x0207, WM_MBUTTONUP = 0x0208,
-                          WM_MBUTTONDBLCLK = 0x0209, WM_MOUSEWHEEL = 0x020A,
-                          WM_MOUSEHWHEEL = 0x020E, WM_CAPTURECHANGED = 0x0215,
-                          WM_MOUSELEAVE = 0x02A3, WM_USER = 0x0400;
+                          WM_SYSCOLORCHANGE = 0x0015, WM_SHOWWINDOW = 0x0018,
+                          WM_CANCELMODE = 0x001F, WM_SETCURSOR = 0x0020, WM_CONTEXTMENU = 0x007B,
+                          WM_GETDLGCODE = 0x0087, WM_KEYDOWN = 0x0100, WM_KEYUP = 0x0101,
+                          WM_CHAR = 0x0102, WM_COMMAND = 0x0111, WM_TIMER = 0x0113,
+                          WM_HSCROLL = 0x0114, WM_VSCROLL = 0x0115, WM_MOUSEMOVE = 0x0200,
+                          WM_LBUTTONDOWN = 0x0201, WM_LBUTTONUP = 0x0202, WM_LBUTTONDBLCLK = 0x0203,
+                          WM_RBUTTONDOWN = 0x0204, WM_RBUTTONUP = 0x0205, WM_RBUTTONDBLCLK = 0x0206,
+                          WM_MBUTTONDOWN = 0x0207, WM_MBUTTONUP = 0x0208, WM_MBUTTONDBLCLK = 0x0209,
+                          WM_MOUSEWHEEL = 0x020A, WM_MOUSEHWHEEL = 0x020E,
+                          WM_CAPTURECHANGED = 0x0215, WM_MOUSELEAVE = 0x02A3, WM_USER = 0x0400;
 
 // Keys held with a mouse message (wParam).
 inline constexpr unsigned MK_LBUTTON = 0x0001, MK_RBUTTON = 0x0002, MK_SHIFT = 0x0004,
@@ -54,9 +54,9 @@ inline constexpr int VK_LBUTTON = 0x01, VK_RBUTTON = 0x02, VK_MBUTTON = 0x04, VK
                      VK_MENU = 0x12, VK_ESCAPE = 0x1B, VK_SPACE = 0x20, VK_PRIOR = 0x21,
                      VK_NEXT = 0x22, VK_END = 0x23, VK_HOME = 0x24, VK_LEFT = 0x25, VK_UP = 0x26,
                      VK_RIGHT = 0x27, VK_DOWN = 0x28, VK_INSERT = 0x2D, VK_DELETE = 0x2E,
-                     VK_NUMPAD0 = 0x60, VK_ADD = 0x6B, VK_SUBTRACT = 0x6D, VK_F1 = 0x70,
-                     VK_F2 = 0x71, VK_F10 = 0x79, VK_F12 = 0x7B, VK_OEM_PLUS = 0xBB,
-                     VK_OEM_MINUS = 0xBD;
+                     VK_APPS = 0x5D, VK_NUMPAD0 = 0x60, VK_ADD = 0x6B, VK_SUBTRACT = 0x6D,
+                     VK_F1 = 0x70, VK_F2 = 0x71, VK_F3 = 0x72, VK_F6 = 0x75, VK_F10 = 0x79,
+                     VK_F12 = 0x7B, VK_OEM_PLUS = 0xBB, VK_OEM_MINUS = 0xBD;
 
 // Answers to WM_GETDLGCODE.
 inline constexpr unsigned DLGC_WANTARROWS = 0x0001, DLGC_WANTTAB = 0x0002,
