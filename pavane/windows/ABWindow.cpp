@@ -94,19 +94,21 @@ void ABWindow::ScrollWnd(ABWindow* window, int dx, int dy, CRect& rect)
 {
     if (!window || rect.IsRectEmpty())
         return;
+    // what is out of date would move along, and its new place would never be painted
+    CRect stale;
+    const HWND handle = window->GetSafeHwnd();
+    if (window->GetUpdateRect(stale)) {
+        window->UpdateWindow();
+        if (FromHandle(handle) != window)
+            return;
+        if (window->GetUpdateRect(stale))
+            window->InvalidateRect(rect);  // hidden windows paint later
+    }
     CClientDC dc(window);
     // a shift by the whole rectangle or more leaves nothing to copy
     if (std::abs(static_cast<long long>(dx)) < rect.Width() &&
-        std::abs(static_cast<long long>(dy)) < rect.Height()) {
-        CBitmap picture;
-        if (!picture.CreateCompatibleBitmap(dc, rect.Width(), rect.Height()))
-            return;
-        CMemoryDC memory(picture);
-        memory.BitBlt(0, 0, rect.Width(), rect.Height(), &dc, rect.left, rect.top, SRCCOPY);
-        dc.BitBlt(rect.left + std::max(dx, 0), rect.top + std::max(dy, 0),
-                  rect.Width() - std::abs(dx), rect.Height() - std::abs(dy), &memory,
-                  -std::min(dx, 0), -std::min(dy, 0), SRCCOPY);
-    }
+        std::abs(static_cast<long long>(dy)) < rect.Height())
+        dc.ScrollDC(dx, dy, &rect, &rect, nullptr, nullptr);
     CRect strip = uncoveredStrip(rect, dx, dy);
     strip.IntersectRect(strip, rect);
     dc.IntersectClipRect(strip);

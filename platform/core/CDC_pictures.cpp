@@ -126,6 +126,38 @@ void copyUnits(const PixelPainter& painter, const PixelSurface& to, const CRect&
     });
 }
 
+/// Shifts the units of one surface that land in `target`.
+void moveUnits(const PixelPainter& painter, const PixelSurface& surface, const CRect& target,
+               int dx, int dy, const Region* clip)
+{
+    CRect source(target.left - dx, target.top - dy, target.right - dx, target.bottom - dy);
+    const CRect whole(0, 0, surface.width, surface.height);
+    CRect part;
+    if (!source.IntersectRect(source, whole) ||
+        !part.IntersectRect(
+            {source.left + dx, source.top + dy, source.right + dx, source.bottom + dy},
+            painter.bounds()))
+        return;
+    const int k = surface.ratio;
+    if (clip && clip->kind() == COMPLEXREGION) {
+        // one part of the clip could cover what another has yet to read
+        const CRect from(part.left - dx, part.top - dy, part.right - dx, part.bottom - dy);
+        std::vector<std::uint32_t> copy(surface.row(from.top * k),
+                                        surface.row(from.bottom * k - 1) + surface.width * k);
+        const PixelSurface before{copy.data(), surface.width, from.Height(), surface.stride, k};
+        return copyUnits(painter, surface, part, before, from.left, 0);
+    }
+    surface.touch(part);
+    const auto bytes = static_cast<std::size_t>(part.Width() * k) * sizeof(std::uint32_t);
+    const int rows = part.Height() * k;
+    // rows go in the order in which none is covered before it was read
+    for (int i = 0; i < rows; ++i) {
+        const int y = part.top * k + (dy > 0 ? rows - 1 - i : i);
+        std::memmove(surface.row(y) + part.left * k, surface.row(y - dy * k) + (part.left - dx) * k,
+                     bytes);
+    }
+}
+
 CRect timesRatio(const CRect& r, int ratio)
 {
     return {r.left * ratio, r.top * ratio, r.right * ratio, r.bottom * ratio};
@@ -359,14 +391,8 @@ int CDC::ScrollDC(int dx, int dy, const CRect* scroll, const CRect* clip, CRgn* 
                      saturated(Wide{r.right} + shiftX), saturated(Wide{r.bottom} + shiftY));
     };
     CRect target;
-    if (target.IntersectRect(shifted(moved), inside)) {
-        const int k = surface.ratio;
-        std::vector<std::uint32_t> copy(surface.row(moved.top * k),
-                                        surface.row(moved.bottom * k - 1) + surface.width * k);
-        const PixelSurface before{copy.data(), surface.width, moved.Height(), surface.stride, k};
-        copyUnits(s.painter(), surface, target, before, target.left - shiftX,
-                  target.top - shiftY - moved.top);
-    }
+    if (target.IntersectRect(shifted(moved), inside))
+        moveUnits(s.painter(), surface, target, shiftX, shiftY, s.clipRegion());
     // uncovered: what moved away and was not painted again
     CRgn away;
     CRgn painted;

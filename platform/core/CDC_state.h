@@ -35,6 +35,13 @@ struct Settings {
     std::shared_ptr<const CRgn::Data> clip;
 };
 
+/// The picture of a character and where it goes, in pixels.
+struct PlacedGlyph {
+    const GlyphPicture* picture;
+    int x;
+    int y;
+};
+
 /// The stock object of an index, null when the index is none of that kind.
 CPen* stockPen(int index);
 CBrush* stockBrush(int index);
@@ -99,6 +106,9 @@ struct CDC::State {
     TEXTMETRIC deviceMetrics() const;
     int deviceWidth(std::string_view text) const;
     void drawLine(CPoint device, std::string_view text);
+    /// Draws a line from the pictures of its characters; false when that cannot be done.
+    bool drawGlyphs(CPoint device, std::string_view text, const TextFace& known);
+    std::vector<PlacedGlyph> glyphs;  ///< reused from text to text
     void fillTextBackground(CPoint device, int width, int height, int escapement);
 };
 

@@ -120,11 +120,13 @@ void CDC::State::drawLine(CPoint at, std::string_view text)
 {
     if (!backend || text.empty())
         return;
-    const LOGFONT font = deviceFont();
     if (now.bkMode == OPAQUE)
-        fillTextBackground(at, deviceWidth(text), deviceMetrics().tmHeight, font.lfEscapement);
+        fillTextBackground(at, deviceWidth(text), deviceMetrics().tmHeight, now.font.lfEscapement);
+    const TextFace* const known = face();
+    if (known && drawGlyphs(at, text, *known))
+        return;
     if (VectorDevice* const device = vector())
-        device->text(at, text, font, pixel(now.textColor));
+        device->text(at, text, deviceFont(), pixel(now.textColor));
 }
 
 int CDC::TextOut(int x, int y, const CString& text)

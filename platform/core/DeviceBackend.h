@@ -54,6 +54,16 @@ public:
                       std::uint32_t color) = 0;
 };
 
+/// How much of each pixel a character covers (0 to 255), at some number of pixels to a unit.
+struct GlyphPicture {
+    int left = 0;  ///< pixels from the top left corner of its cell
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    int advance = 0;  ///< units to the next cell
+    const unsigned char* cover = nullptr;
+};
+
 /// A font at a size in device units.
 class PAVANE_API TextFace
 {
@@ -62,6 +72,12 @@ public:
     virtual const TEXTMETRIC& metrics() const = 0;
     /// Width of a line in whole device units; the sum of its characters' widths.
     virtual int width(std::string_view text) const = 0;
+    /// The picture of a character, which lives as long as the face; null when it has to be drawn
+    /// with its text: turned, underlined or huge letters, letters that join others, no letters.
+    virtual const GlyphPicture* glyph(char32_t character, int ratio) const
+    {
+        return (void)character, (void)ratio, nullptr;
+    }
     /// Height of an em, and the names of this and of like families, for a page that keeps its text.
     virtual double emHeight() const = 0;
     virtual CString family() const = 0;

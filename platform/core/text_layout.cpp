@@ -63,6 +63,39 @@ void breakWords(const CString& paragraph, int width, const Measure& widthOf,
     out.push_back(line);
 }
 
+/// `end`, or the first place before it that is not inside a character.
+std::size_t characterEnd(std::string_view text, std::size_t end)
+{
+    end = std::min(end, text.size());
+    while (end > 0 && end < text.size() && (text[end] & 0xC0) == 0x80)
+        --end;
+    return end;
+}
+
+/// The line, or so much of its beginning as leaves room for dots. What is far beyond the room is
+/// not measured.
+CString shortened(const CString& line, int room, const Measure& widthOf)
+{
+    constexpr std::size_t firstLook = 64;
+    const std::string_view text = line;
+    const auto fits = [&](std::size_t end, int width) {
+        return widthOf(text.substr(0, characterEnd(text, end))) <= width;
+    };
+    std::size_t beyond = std::min(firstLook, text.size());
+    while (fits(beyond, room)) {
+        if (beyond == text.size())
+            return line;
+        beyond = std::min(2 * beyond, text.size());
+    }
+    const int left = room - widthOf("...");
+    std::size_t enough = 0;
+    while (beyond - enough > 1) {
+        const std::size_t middle = enough + (beyond - enough) / 2;
+        (fits(middle, left) ? enough : beyond) = middle;
+    }
+    return CString(text.substr(0, characterEnd(text, enough))) + "...";
+}
+
 int lineLeft(const CRect& rect, unsigned format, int width)
 {
     if (format & DT_CENTER)
@@ -100,6 +133,10 @@ TextLayout layOutText(std::string_view text, const CRect& rect, unsigned format,
             else
                 lines.push_back(std::move(paragraph));
         }
+    }
+    if (format & DT_END_ELLIPSIS) {
+        for (CString& line : lines)
+            line = shortened(line, saturated(Wide{rect.right} - rect.left), widthOf);
     }
     TextLayout layout;
     const int top = firstTop(rect, format, lineHeight);

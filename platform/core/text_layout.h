@@ -25,8 +25,8 @@ struct TextLayout {
 
 /// Places `text` in `rect` by the DT_* rules of `format`: lines end at "\n" or "\r\n" unless
 /// DT_SINGLELINE; '&' is dropped and "&&" gives '&' unless DT_NOPREFIX; DT_WORDBREAK breaks at
-/// blanks and keeps a word that is too long whole. `lineHeight` is the height of a cell and
-/// `widthOf` measures a piece.
+/// blanks and keeps a word that is too long whole; DT_END_ELLIPSIS ends what does not fit in "...".
+/// `lineHeight` is the height of a cell and `widthOf` measures a piece.
 TextLayout layOutText(std::string_view text, const CRect& rect, unsigned format, int lineHeight,
                       const std::function<int(std::string_view)>& widthOf);
 

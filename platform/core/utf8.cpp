@@ -42,4 +42,17 @@ std::string validUtf8(std::string_view text)
     return out;
 }
 
+char32_t nextCharacter(std::string_view& text)
+{
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const std::size_t length = lead < 0x80 ? 1 : characterLength(text);
+    char32_t c = length == 1 ? lead : U'\uFFFD';
+    if (length > 1)
+        c = lead & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i)
+        c = c << 6 | (static_cast<unsigned char>(text[i]) & 0x3F);
+    text.remove_prefix(length > 0 ? length : 1);
+    return c;
+}
+
 }  // namespace pavane

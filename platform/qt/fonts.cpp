@@ -45,6 +45,9 @@ CellShape readShape(const QFont& font)
     return shape;
 }
 
+/// Cells higher than so many pixels are painted each time.
+constexpr int greatestPicture = 200;
+
 /// How often the letters a to z and the blank occur, in thousandths.
 constexpr int letterWeights[] = {64, 14, 27, 35, 100, 20, 14, 42, 63, 3, 6,  35, 20, 56,
                                  56, 17, 4,  49, 56,  71, 31, 10, 18, 3, 18, 2,  166};
@@ -89,11 +92,31 @@ QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes)
     metrics_.tmDescent = metrics_.tmHeight - metrics_.tmAscent;
     metrics_.tmWeight = bold ? FW_BOLD : FW_NORMAL;
 
+    hasPictures_ = !onPage && !font_.underline() && !font_.strikeOut();
+
     double sum = 0;
     for (unsigned char i = 0; i < 27; ++i)
         sum += letterWeights[i] * asciiWidth(i < 26 ? static_cast<unsigned char>('a' + i) : ' ');
     metrics_.tmAveCharWidth = std::max(1, nearestInt(sum / 1000));
     metrics_.tmMaxCharWidth = std::max(1, nearestInt(QFontMetricsF(font_).maxWidth()));
+}
+
+const GlyphPicture* QtFace::glyph(char32_t character, int ratio) const
+{
+    // what could have pictures at all is asked first, because the painter is the exception
+    if (!hasPictures_ || ratio < 1 || metrics_.tmHeight * ratio > greatestPicture)
+        return nullptr;
+    const auto index = static_cast<std::size_t>(ratio);
+    if (pictures_.size() <= index)
+        pictures_.resize(index + 1);
+    std::unique_ptr<GlyphPictures>& set = pictures_[index];
+    if (!set)
+        set = std::make_unique<GlyphPictures>(font_, ascent(), metrics_.tmHeight, ratio);
+    if (character < 128)
+        return character < ' ' || character == 0x7F
+                   ? nullptr
+                   : set->of(character, asciiWidth(static_cast<unsigned char>(character)));
+    return standsAlone(character) ? set->of(character, characterWidth(character)) : nullptr;
 }
 
 double QtFace::asciiWidth(unsigned char c) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/core/DeviceBackend.h"
+#include "platform/qt/glyph_pictures.h"
 
 #include <memory>
 #include <QFont>
@@ -41,6 +42,7 @@ public:
     QtFace(const LOGFONT& font, bool onPage, FontShapes& shapes);
     const TEXTMETRIC& metrics() const override { return metrics_; }
     int width(std::string_view text) const override;
+    const GlyphPicture* glyph(char32_t character, int ratio) const override;
     double emHeight() const override { return font_.pixelSize(); }
     CString family() const override;
     const QFont& font() const { return font_; }
@@ -56,6 +58,8 @@ private:
     /// Below 0 until asked for: a control character alone makes the toolkit look through all fonts.
     mutable double ascii_[128];
     mutable std::unordered_map<char32_t, double> others_;
+    bool hasPictures_ = false;
+    mutable std::vector<std::unique_ptr<GlyphPictures>> pictures_;  ///< by ratio
 };
 
 /// The faces asked for so far. Made with the application object, gone before it.

@@ -1,13 +1,13 @@
 #include "platform/qt/glyphs.h"
 
+#include "platform/core/dots.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <QIconEngine>
 #include <QImage>
 #include <QPainter>
-#include <string>
-#include <vector>
 
 namespace pavane
 {
@@ -18,49 +18,15 @@ namespace
 constexpr int smallSize = 16;
 constexpr int largeSize = 20;
 
-/// A square of dots, row by row; a blank is nothing.
-struct Dots {
-    int size = 0;
-    std::string cells;
-    char at(int x, int y) const
-    {
-        const bool inside = x >= 0 && y >= 0 && x < size && y < size;
-        return inside ? cells[static_cast<std::size_t>(y * size + x)] : ' ';
-    }
-};
-
-Dots dotsOf(const char* const* rows, int rowCount)
+/// The rows in the middle of a square.
+Dots squareOf(const char* const* rows, int rowCount)
 {
-    Dots dots{glyphSize(rowCount), {}};
-    const int top = std::max(0, (dots.size - rowCount) / 2);
+    const int size = glyphSize(rowCount);
     std::size_t widest = 0;
     for (int y = 0; y < rowCount; ++y)
         widest = std::max(widest, std::strlen(rows[y]));
-    const int left = std::max(0, (dots.size - static_cast<int>(widest)) / 2);
-    dots.cells.assign(static_cast<std::size_t>(dots.size * dots.size), ' ');
-    for (int y = 0; y < std::min(rowCount, dots.size); ++y)
-        for (int x = 0; x + left < dots.size && rows[y][x]; ++x)
-            dots.cells[static_cast<std::size_t>((y + top) * dots.size + x + left)] = rows[y][x];
-    return dots;
-}
-
-/// Twice as many dots, the corners of slanted lines filled: the Scale2x rule of A. Mazzoleni.
-Dots doubled(const Dots& dots)
-{
-    Dots result{2 * dots.size, {}};
-    for (int y = 0; y < result.size; ++y) {
-        for (int x = 0; x < result.size; ++x) {
-            const int cx = x / 2;
-            const int cy = y / 2;
-            const char side = dots.at(cx + (x % 2 ? 1 : -1), cy);
-            const char over = dots.at(cx, cy + (y % 2 ? 1 : -1));
-            const char otherSide = dots.at(cx + (x % 2 ? -1 : 1), cy);
-            const char otherOver = dots.at(cx, cy + (y % 2 ? -1 : 1));
-            const bool cuts = side == over && side != otherOver && over != otherSide;
-            result.cells += cuts ? side : dots.at(cx, cy);
-        }
-    }
-    return result;
+    return dotsOf(rows, rowCount, size, size, std::max(0, (size - static_cast<int>(widest)) / 2),
+                  std::max(0, (size - rowCount) / 2));
 }
 
 QRgb colorOf(char dot, bool enabled)
@@ -80,7 +46,7 @@ QRgb colorOf(char dot, bool enabled)
 /// One pixel a dot.
 QImage painted(const Dots& dots, bool enabled)
 {
-    QImage image(dots.size, dots.size, QImage::Format_ARGB32_Premultiplied);
+    QImage image(dots.width, dots.height, QImage::Format_ARGB32_Premultiplied);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             image.setPixel(x, y, colorOf(dots.at(x, y), enabled));
@@ -98,13 +64,13 @@ public:
     {
         const bool enabled = mode != QIcon::Disabled;
         const double pixels = rect.width() * painter->device()->devicePixelRatio();
-        if (pixels <= dots_.size) {
+        if (pixels <= dots_.width) {
             painter->drawImage(rect, painted(dots_, enabled));
             return;
         }
         // fine screens get slanted lines without steps
         painter->setRenderHint(QPainter::SmoothPixmapTransform);
-        painter->drawImage(rect, painted(doubled(doubled(dots_)), enabled)
+        painter->drawImage(rect, painted(enlarged(dots_, 4), enabled)
                                      .scaledToWidth(static_cast<int>(std::ceil(pixels)),
                                                     Qt::SmoothTransformation));
     }
@@ -121,7 +87,7 @@ QIcon iconOf(const char* const* rows, int rowCount)
 {
     if (!rows || rowCount <= 0)
         return {};
-    return QIcon(new GlyphEngine(dotsOf(rows, rowCount)));  // which the icon owns
+    return QIcon(new GlyphEngine(squareOf(rows, rowCount)));  // which the icon owns
 }
 
 }  // namespace pavane

@@ -1,4 +1,7 @@
+#include "platform/image_list.h"
 #include "platform/picture.h"
+#include "platform/system_colors.h"
+#include "platform/window_dc.h"
 
 #include "text_picture.h"
 
@@ -143,6 +146,86 @@ TEST(DeviceContext, TakesCoordinatesAtTheEndsOfAnInt)
     const CPointF odd[] = {{1e308, -1e308}, {0, 0}, {std::nan(""), 1}, {3, 3}, {1e18, 4}};
     EXPECT_TRUE(dc->PolylineF(odd, 5));
     EXPECT_TRUE(dc->PolygonF(odd, 5));
+}
+
+TEST(ScrollDC, MovesInPlaceWhatACopyWouldMove)
+{
+    const auto shade = [](int x, int y) { return RGB(x * 7, y * 11, x * y); };
+    CRgn corner;
+    const CPoint points[] = {{3, 2}, {28, 9}, {12, 29}};
+    corner.CreatePolygonRgn(points, 3, ALTERNATE);
+    const CRect scroll(2, 3, 27, 26), clip(5, 1, 30, 24);
+    for (const CRgn* region : {static_cast<CRgn*>(nullptr), &corner}) {
+        for (const auto& [dx, dy] :
+             {std::pair{0, -5}, {0, 4}, {3, 0}, {-6, 0}, {2, 3}, {-3, 2}, {40, 0}, {0, 0}}) {
+            CPicture picture(32, 32);
+            const auto dc = picture.dc();
+            for (int y = 0; y < 32; ++y)
+                for (int x = 0; x < 32; ++x)
+                    dc->SetPixelV(x, y, shade(x, y));
+            dc->SelectClipRgn(region);
+            dc->ScrollDC(dx, dy, &scroll, &clip, nullptr, nullptr);
+            CRect from;
+            from.IntersectRect(scroll, clip);
+            for (int y = 0; y < 32; ++y) {
+                for (int x = 0; x < 32; ++x) {
+                    const bool moves = from.PtInRect({x - dx, y - dy}) && clip.PtInRect({x, y}) &&
+                                       (!region || region->PtInRegion(x, y));
+                    ASSERT_EQ(dc->GetPixel(x, y), moves ? shade(x - dx, y - dy) : shade(x, y))
+                        << x << ' ' << y << " by " << dx << ' ' << dy;
+                }
+            }
+        }
+    }
+}
+
+TEST(ImageList, DrawsItsRowsSharplyAtEveryRatio)
+{
+    static const char* const rows[] = {"#..", " # ", "  #"};
+    CImageList list;
+    ASSERT_TRUE(list.Create(3, 4));
+    ASSERT_EQ(list.Add(rows, 3), 0);
+    list.SetColors(0, RGB(1, 2, 3), RGB(1, 2, 3));
+    CPicture picture(5, 6);
+    EXPECT_TRUE(list.Draw(*picture.dc(), 0, {1, 1}));
+    EXPECT_FALSE(ImageList_Draw(list, 1, *picture.dc(), 0, 0, ILD_NORMAL));
+    EXPECT_EQ(asText(picture), ".....\n.#++.\n..#..\n...#.\n.....\n.....\n");
+    for (const int ratio : {2, 3, 8}) {
+        CBitmap fine;
+        fine.CreateBitmap(5, 6, ratio);
+        CMemoryDC dc(fine);
+        dc.FillSolidRect({0, 0, 5, 6}, RGB(9, 9, 9));
+        list.Draw(dc, 0, {1, 1}, ILD_TRANSPARENT);
+        const auto at = [&](int x, int y) { return fine.bits()[y * 5 * ratio + x]; };
+        int soft = 0;
+        for (int i = 0; i < 30 * ratio * ratio; ++i) {
+            const std::uint32_t p = fine.bits()[i];
+            soft += p != 0 && p != 0x090909 && p != 0x010203;
+        }
+        EXPECT_EQ(soft, 0) << ratio;
+        EXPECT_EQ(at(ratio + ratio / 2, ratio + ratio / 2), 0u);  // the middle of the first dot
+        EXPECT_EQ(at(2 * ratio + ratio / 2, 2 * ratio + ratio / 2), 0u);
+        EXPECT_EQ(at(0, 0), 0x090909u);
+    }
+}
+
+TEST(SystemColors, ShiftLuminanceAndSaturationAndKeepTheHue)
+{
+    const struct {
+        COLORREF color;
+        int luminance, saturation;
+        COLORREF result;
+    } cases[] = {{RGB(12, 200, 99), 0, 0, RGB(12, 200, 99)},
+                 {RGB(0, 0, 200), 100, 0, RGB(255, 255, 255)},
+                 {RGB(0, 0, 200), -100, 7, RGB(0, 0, 0)},
+                 {RGB(255, 0, 0), 50, 0, RGB(255, 128, 128)},
+                 {RGB(200, 100, 100), 0, -100, RGB(150, 150, 150)},
+                 {RGB(100, 100, 100), 0, 50, RGB(100, 100, 100)},
+                 {RGB(10, 20, 30), 900, 0, RGB(255, 255, 255)}};
+    for (const auto& c : cases)
+        EXPECT_EQ(HLS_TRANSFORM(c.color, c.luminance, c.saturation), c.result) << c.color;
+    EXPECT_NEAR(ContrastRatio(0, RGB(255, 255, 255)), 21, 1e-9);
+    EXPECT_NEAR(ContrastRatio(RGB(255, 255, 255), RGB(0x76, 0x76, 0x76)), 4.54, 0.01);
 }
 
 TEST(WidePens, InvertWhatOneCallCoversOnce)

@@ -1,6 +1,10 @@
 #include "platform/core/DeviceBackend.h"
 #include "platform/picture.h"
 
+#include "text_picture.h"
+
+#include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace pavane
@@ -176,6 +180,70 @@ TEST(DrawText, CutsWhatIsTooLongAtItsRectangle)
     EXPECT_EQ(before, CRect(0, 0, 120, 30));
     dc->DrawText("a text that is too long", rect, DT_SINGLELINE | DT_NOCLIP);
     EXPECT_GT(inkOf(picture).right, 60);
+}
+
+TEST(DrawText, EndsInDotsWhatDoesNotFit)
+{
+    const CString longText(1000000, 'x');
+    const struct {
+        const char* text;
+        const char* room;  ///< a text as wide as the rectangle
+        const char* shown;
+    } cases[] = {{"12345678", "12345678", "12345678"},
+                 {"12345678", "1234567", "12345..."},
+                 {"12345678", "1", "..."},
+                 {"\xC2\xB5\xC2\xB5\xC2\xB5\xC2\xB5", "\xC2\xB5\xC2\xB5...", "\xC2\xB5\xC2\xB5..."},
+                 {longText.c_str(), "xx...", "xx..."}};
+    for (const auto& c : cases) {
+        CPicture picture(120, 30), wanted(120, 30);
+        for (CPicture* p : {&picture, &wanted}) {
+            const auto dc = p->dc();
+            CRect rect(3, 3, 3 + dc->GetTextExtent(c.room).cx, 25);
+            const bool dots = p == &picture;
+            dc->DrawText(dots ? c.text : c.shown, rect,
+                         DT_SINGLELINE | (dots ? DT_END_ELLIPSIS : 0));
+        }
+        EXPECT_EQ(asText(picture), asText(wanted)) << c.shown;
+    }
+}
+
+TEST(TextOut, DrawsFromPicturesWhatAPainterDraws)
+{
+    const struct {
+        const char* text;
+        int height;
+        COLORREF color;
+    } cases[] = {{"-1.2345e+06 Jy/beam", -12, 0},
+                 {"AVTo office \xC2\xB5\xE2\x88\x92\xE2\x89\xA5", 17, RGB(200, 30, 90)},
+                 {"To \xD7\xA9\xD7\x9C and a\tb", 16, RGB(255, 255, 255)}};
+    for (const int ratio : {1, 2, 3}) {
+        for (const auto& c : cases) {
+            std::vector<std::uint32_t> pixels[2];
+            for (int way = 0; way < 2; ++way) {
+                pixels[way].assign(static_cast<std::size_t>(260 * 40 * ratio * ratio), 0x8090A0);
+                const PixelSurface surface{pixels[way].data(), 260, 40, 260 * ratio, ratio};
+                CDC dc(std::make_unique<SurfaceBackend>(surface));
+                const CFont font = fontOf("Arial", c.height);
+                if (way == 0) {
+                    CFont selected = font;
+                    dc.SelectObject(&selected);
+                    dc.SetBkMode(TRANSPARENT);
+                    dc.SetTextColor(c.color);
+                    dc.TextOut(-3, 5, c.text);
+                } else {
+                    graphicsHook()->softDevice(surface)->text({-3, 5}, c.text, font.logFont(),
+                                                              pixelOf(c.color));
+                }
+            }
+            int worst = 0;
+            for (std::size_t i = 0; i < pixels[0].size(); ++i)
+                for (const int shift : {0, 8, 16})
+                    worst =
+                        std::max(worst, std::abs(static_cast<int>(pixels[0][i] >> shift & 255) -
+                                                 static_cast<int>(pixels[1][i] >> shift & 255)));
+            EXPECT_LE(worst, 1) << c.text << " at " << ratio;
+        }
+    }
 }
 
 TEST(SmoothDrawing, SoftensObliqueLinesAndKeepsLevelOnesCrisp)

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/core/DeviceBackend.h"
+
+#include <array>
+#include <deque>
+#include <memory>
+#include <QFont>
+#include <unordered_map>
+#include <vector>
+
+namespace pavane
+{
+
+/// The pictures of one font's characters at one ratio, made when they are first asked for, by the
+/// painter itself, so that a text from pictures has the pixels of a text that is painted.
+class GlyphPictures
+{
+public:
+    /// `ascent` and `height` of the cell, in units.
+    GlyphPictures(QFont font, int ascent, int height, int ratio);
+    /// Null for a character whose look depends on its neighbours, or that has colours of its own.
+    const GlyphPicture* of(char32_t character, double advance);
+
+private:
+    struct Stored {
+        GlyphPicture picture;
+        std::vector<unsigned char> cover;
+        bool isUsable = false;
+    };
+    const Stored& make(char32_t character, double advance);
+
+    QFont font_;
+    int ascent_;
+    int height_;
+    int ratio_;
+    std::deque<Stored> stored_;  // whose elements stay where they are
+    std::array<const Stored*, 128> ascii_ = {};
+    std::unordered_map<char32_t, const Stored*> others_;
+};
+
+/// Whether a character is drawn alone as it is in a text: letters of simple scripts, signs.
+bool standsAlone(char32_t character);
+
+}  // namespace pavane
