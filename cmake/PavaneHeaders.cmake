@@ -120,6 +120,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h
     pavane/windows/window_placement.h
+    platform/accessibility.h
     platform/CDC.h
     platform/CDialog.h
     platform/clipboard.h
@@ -129,9 +130,11 @@ set(PAVANE_PUBLIC_HEADERS
     platform/CWnd.h
     platform/dialog_template.h
     platform/file_dialog.h
+    platform/flat_scroll_bars.h
     platform/gdi_constants.h
     platform/gdi_objects.h
     platform/geometry.h
+    platform/image_list.h
     platform/menu_template.h
     platform/message.h
     platform/messages.h
@@ -140,6 +143,10 @@ set(PAVANE_PUBLIC_HEADERS
     platform/profile.h
     platform/resources.h
     platform/screens.h
+    platform/splitter.h
+    platform/system_colors.h
+    platform/system_metrics.h
+    platform/tab_control.h
     platform/types.h
     platform/window_dc.h
     tessel/ABitArray.h

@@ -88,4 +88,9 @@ PAVANE_API void NotifyWinEvent(unsigned event, HWND window, AccessId part);
 /// Non-zero when one listens, for what would cost time to find out.
 PAVANE_API int IsAccessActive();
 
+/// For tests: hears what NotifyWinEvent tells, as if it were a screen reader; null ends that.
+/// Returns the one before.
+using AccessListener = void (*)(unsigned event, HWND window, AccessId part);
+PAVANE_API AccessListener SetAccessListener(AccessListener listener);
+
 }  // namespace pavane

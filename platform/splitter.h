@@ -20,6 +20,7 @@ public:
     int Create(Split split, unsigned style, const CRect& rect, CWnd* parent, unsigned id);
     /// The windows of the panes: children of this one, or null; not owned.
     void SetPanes(CWnd* first, CWnd* second);
+    /// Null for none, or when it is gone.
     CWnd* GetPane(int index) const;
     /// Shows one pane alone (0 or 1), or both with the bar (-1).
     void ShowOnly(int pane);
@@ -28,38 +29,33 @@ public:
     /// Moves the bar; both panes keep their least size where there is room for it.
     void SetSplit(int pixels);
     /// The first pane's share of the room, 0 to 1; for the profile.
-    double GetShare() const;
+    double GetShare() const { return share_; }
     void SetShare(double share);
     void SetLeastSize(int pixels);
+    /// Empty while one pane is shown alone.
     CRect GetBarRect() const;
 
 protected:
-    int OnCreate(CREATESTRUCT& cs) override;
     void OnPaint() override;
     void OnSize(unsigned type, int cx, int cy) override;
     void OnLButtonDown(unsigned flags, CPoint point) override;
-    void OnLButtonUp(unsigned flags, CPoint point) override;
-    void OnMouseMove(unsigned flags, CPoint point) override;
-    void OnCaptureChanged(CWnd* next) override;
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     void OnSetFocus(CWnd* old) override;
     void OnKillFocus(CWnd* next) override;
     int OnSetCursor(CWnd* window, unsigned hitArea, unsigned message) override;
-    void OnSysColorChange() override;
 
 private:
     int room() const;
-    int along(CPoint point) const;
+    int along(CPoint point) const { return split_ == Split::columns ? point.x : point.y; }
+    CRect part(int from, int to) const;
     void placePanes();
-    void moveTo(int pixels, int tells);
+    void tellOfMove();
 
     Split split_ = Split::columns;
     HWND panes_[2] = {};
     double share_ = 0.5;
     int least_ = 32;
     int only_ = -1;
-    int grabbed_ = -1;  ///< from the bar's edge to the pointer in a drag; -1: none
-    double shareBefore_ = 0.5;
 };
 
 }  // namespace pavane

@@ -77,8 +77,9 @@ CString withTypeOf(const CString& name, const CString& extension,
     return name;
 }
 
-CString withExtension(const CString& name, const CString& extension)
+CString withExtension(const CString& name, const CString& wanted)
 {
+    const CString extension = wanted.starts_with("*.") ? wanted.substr(1) : wanted;
     if (name.empty() || name.back() == '/' || extension.empty() || hasExtension(name))
         return name;
     const CString dot = extension[0] == '.' ? "" : ".";

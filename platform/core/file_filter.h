@@ -25,7 +25,8 @@ CString extensionOf(const FileFilter& filter);
 CString withTypeOf(const CString& name, const CString& extension,
                    const std::vector<FileFilter>& list);
 
-/// The name with ".extension" behind it when it has none. Deliberate: what follows the last dot is
+/// The name with ".extension" behind it when it has none; "fits", ".fits" and "*.fits" mean the
+/// same. Deliberate: what follows the last dot is
 /// an extension only when it is one to five letters or digits that begin with a letter, because
 /// sources and bands have dots in their names ("3C84_15.4GHz").
 CString withExtension(const CString& name, const CString& extension);

@@ -1,5 +1,6 @@
 #include "platform/CWnd.h"
 
+#include "platform/core/dialog_units.h"
 #include "platform/core/pixel_rounding.h"
 #include "platform/qt/FrameWidget.h"
 #include "platform/qt/HostWidget.h"
@@ -178,7 +179,10 @@ int CWnd::MoveWindow(const CRect& rect, int repaint)
     QWidget* const outer = outerOf(this);
     if (!outer)
         return 0;
-    outer->setGeometry(rect.left, rect.top, std::max(0, rect.Width()), std::max(0, rect.Height()));
+    const WindowPeer* const before = peerOf(hwnd);
+    const CRect place = before->covered ? before->covered(rect) : rect;
+    outer->setGeometry(place.left, place.top, std::max(0, place.Width()),
+                       std::max(0, place.Height()));
     // a hidden window is told of its size when it shows; it may be asked for it before
     if (const WindowPeer* const peer = peerOf(hwnd); peer && peer->frame)
         peer->frame->layOut();
@@ -228,6 +232,15 @@ void CWnd::SetFont(const CFont& font)
     peer->font = font.logFont();
     if (peer->isNative())
         peer->widget->setFont(qtFontOf(peer->font));
+}
+
+CFont CWnd::GetFont() const
+{
+    const WindowPeer* const peer = peerOf(this);
+    const bool isSet = peer && (peer->font.lfHeight != 0 || !peer->font.lfFaceName.empty());
+    CFont font;
+    font.CreateFontIndirect(isSet ? peer->font : dialogFont());
+    return font;
 }
 
 }  // namespace pavane

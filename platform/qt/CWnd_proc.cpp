@@ -3,6 +3,8 @@
 #include "platform/qt/WindowPeer.h"
 #include "platform/window_dc.h"
 
+#include <algorithm>
+
 namespace pavane
 {
 
@@ -20,7 +22,29 @@ unsigned scrollPosition(WPARAM w, LPARAM p)
     return p != 0 ? static_cast<unsigned>(p) : HIWORD(w);
 }
 
+/// What a handler is told of a turn: whole units, with what earlier turns left.
+int wholeTurn(const CWnd& window, bool across, int delta)
+{
+    WindowPeer* const peer = peerOf(&window);
+    if (!peer || peer->wheelUnit <= 1)
+        return delta;
+    int& rest = peer->wheelRest[across ? 0 : 1];
+    if ((rest < 0) != (delta < 0))
+        rest = 0;
+    const int sum = rest + delta;
+    rest = sum % peer->wheelUnit;
+    return sum - rest;
+}
+
 }  // namespace
+
+void CWnd::SetWheelUnit(int delta)
+{
+    if (WindowPeer* const peer = peerOf(this)) {
+        peer->wheelUnit = std::max(1, delta);
+        std::fill_n(peer->wheelRest, 2, 0);
+    }
+}
 
 LRESULT CWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
 {
@@ -73,9 +97,16 @@ LRESULT CWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
     case WM_MOUSELEAVE:
         return OnMouseLeave(), 0;
     case WM_MOUSEWHEEL:
-        return OnMouseWheel(LOWORD(wParam), signedHigh(wParam), pointOf(lParam));
-    case WM_MOUSEHWHEEL:
-        return OnMouseHWheel(LOWORD(wParam), signedHigh(wParam), pointOf(lParam));
+    case WM_MOUSEHWHEEL: {
+        const bool across = message == WM_MOUSEHWHEEL;
+        const int turn = wholeTurn(*this, across, signedHigh(wParam));
+        if (turn == 0 && signedHigh(wParam) != 0)
+            return 1;  // kept for later
+        return across ? OnMouseHWheel(LOWORD(wParam), turn, pointOf(lParam))
+                      : OnMouseWheel(LOWORD(wParam), turn, pointOf(lParam));
+    }
+    case WM_SYSCOLORCHANGE:
+        return OnSysColorChange(), 0;
     case WM_CONTEXTMENU:
         return OnContextMenu(FromHandle(wParam), pointOf(lParam)), 0;
     case WM_SETCURSOR:
@@ -191,6 +222,7 @@ void CWnd::OnKeyUp(unsigned, unsigned, unsigned) { Default(); }
 void CWnd::OnChar(unsigned, unsigned, unsigned) { Default(); }
 unsigned CWnd::OnGetDlgCode() { return static_cast<unsigned>(Default()); }
 void CWnd::OnTimer(unsigned) {}
+void CWnd::OnSysColorChange() { Invalidate(); }
 void CWnd::OnHScroll(unsigned, unsigned) {}
 void CWnd::OnVScroll(unsigned, unsigned) {}
 int CWnd::OnCommand(unsigned, unsigned, CWnd*) { return 0; }

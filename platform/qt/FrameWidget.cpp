@@ -38,15 +38,40 @@ void FrameWidget::setClient(HostWidget* client, HWND hwnd)
 
 void FrameWidget::makeBar(int which)
 {
-    QScrollBar*& bar = bars_[which == SB_VERT ? 1 : 0];
-    if (bar)
+    if (barState(which).widget)
         return;
-    bar = new QScrollBar(which == SB_VERT ? Qt::Vertical : Qt::Horizontal, this);
+    auto* const bar = new QScrollBar(which == SB_VERT ? Qt::Vertical : Qt::Horizontal, this);
+    barState(which).widget = bar;
     bar->setFocusPolicy(Qt::NoFocus);
     bar->setContextMenuPolicy(Qt::PreventContextMenu);
     bar->setVisible(true);
     connect(bar, &QScrollBar::actionTriggered, this,
             [this, which](int action) { barMoved(which, action); });
+    connect(bar, &QScrollBar::sliderPressed, this,
+            [this, which, bar] { barState(which).tracked = bar->value(); });
+    connect(bar, &QScrollBar::sliderReleased, this,
+            [this, which] { tellOfBar(which, SB_THUMBPOSITION, barState(which).tracked); });
+}
+
+void FrameWidget::setBarWanted(int which, bool on)
+{
+    barState(which).isWanted = on;
+    showBar(barState(which));
+}
+
+void FrameWidget::setBarNeeded(int which, bool on)
+{
+    barState(which).isNeeded = on;
+    showBar(barState(which));
+}
+
+void FrameWidget::showBar(const Bar& bar)
+{
+    const bool shows = bar.isWanted && bar.isNeeded;
+    if (!bar.widget || bar.widget->isHidden() != shows)
+        return;
+    bar.widget->setVisible(shows);
+    layOut();
 }
 
 /// The bar moves only when the window sets it: the window may refuse, or round to whole lines.
@@ -76,11 +101,17 @@ void FrameWidget::barMoved(int which, int action)
         code = SB_BOTTOM;
         break;
     default:
+        barState(which).tracked = asked;
         break;
     }
-    // the position goes as a whole in the second parameter, too
+    tellOfBar(which, code, asked);
+}
+
+/// The position goes as a whole in the second parameter, too.
+void FrameWidget::tellOfBar(int which, unsigned code, int position)
+{
     sendTo(hwnd_, which == SB_VERT ? WM_VSCROLL : WM_HSCROLL,
-           code | (static_cast<WPARAM>(asked) & 0xFFFF) << 16, asked);
+           code | (static_cast<WPARAM>(position) & 0xFFFF) << 16, position);
 }
 
 void FrameWidget::setMenuBar(QWidget* bar)
@@ -99,8 +130,8 @@ int FrameWidget::menuHeight() const { return menuBar_ ? menuBar_->sizeHint().hei
 
 QSize FrameWidget::sizeAround(QSize client) const
 {
-    const int across = bars_[1] && !bars_[1]->isHidden() ? bars_[1]->sizeHint().width() : 0;
-    const int down = bars_[0] && !bars_[0]->isHidden() ? bars_[0]->sizeHint().height() : 0;
+    const int across = isShown(1) ? bars_[1].widget->sizeHint().width() : 0;
+    const int down = isShown(0) ? bars_[0].widget->sizeHint().height() : 0;
     return client + QSize(2 * border_ + across, 2 * border_ + down + menuHeight());
 }
 
@@ -128,16 +159,16 @@ void FrameWidget::layOut()
         menuBar_->setGeometry(0, 0, width(), menuHeight());
         inside.setTop(menuHeight());
     }
-    const bool across = bars_[0] && !bars_[0]->isHidden();
-    const bool down = bars_[1] && !bars_[1]->isHidden();
-    const int thickX = down ? bars_[1]->sizeHint().width() : 0;
-    const int thickY = across ? bars_[0]->sizeHint().height() : 0;
+    const bool across = isShown(0);
+    const bool down = isShown(1);
+    const int thickX = down ? bars_[1].widget->sizeHint().width() : 0;
+    const int thickY = across ? bars_[0].widget->sizeHint().height() : 0;
     const QRect area(inside.left(), inside.top(), std::max(0, inside.width() - thickX),
                      std::max(0, inside.height() - thickY));
     if (across)
-        bars_[0]->setGeometry(area.left(), area.bottom() + 1, area.width(), thickY);
+        bars_[0].widget->setGeometry(area.left(), area.bottom() + 1, area.width(), thickY);
     if (down)
-        bars_[1]->setGeometry(area.right() + 1, area.top(), thickX, area.height());
+        bars_[1].widget->setGeometry(area.right() + 1, area.top(), thickX, area.height());
     if (!client_)
         return;
     client_->setGeometry(area);

@@ -23,8 +23,12 @@ public:
     void setMenuBar(QWidget* bar);
     QWidget* menuBar() const { return menuBar_; }
     /// SB_HORZ or SB_VERT; null when the window has none.
-    QScrollBar* bar(int which) const { return bars_[which == SB_VERT ? 1 : 0]; }
+    QScrollBar* bar(int which) const { return bars_[which == SB_VERT ? 1 : 0].widget; }
     void makeBar(int which);
+    /// A bar shows when the window wants it and it has somewhere to go. Either may be the end of
+    /// the window, by way of WM_SIZE.
+    void setBarWanted(int which, bool on);
+    void setBarNeeded(int which, bool on);
     /// Places everything; sizes of windows that are hidden change at once too.
     void layOut();
     /// Size around a client area of that size.
@@ -42,12 +46,25 @@ protected:
     void paintEvent(QPaintEvent* e) override;
 
 private:
+    struct Bar {
+        QScrollBar* widget = nullptr;
+        bool isWanted = true;
+        bool isNeeded = true;
+        int tracked = 0;  ///< where the thumb was pulled to last
+    };
+    Bar& barState(int which) { return bars_[which == SB_VERT ? 1 : 0]; }
+    bool isShown(int index) const
+    {
+        return bars_[index].widget && !bars_[index].widget->isHidden();
+    }
+    void showBar(const Bar& bar);
     void barMoved(int which, int action);
+    void tellOfBar(int which, unsigned code, int position);
 
     HWND hwnd_ = 0;
     HostWidget* client_ = nullptr;
     QPointer<QWidget> menuBar_;
-    QScrollBar* bars_[2] = {};
+    Bar bars_[2];
     int border_ = 0;
     QRect normal_;
     bool wasMaximized_ = false;

@@ -2,6 +2,7 @@
 
 #include "platform/qt/capture.h"
 #include "platform/qt/input.h"
+#include "platform/qt/look.h"
 #include "platform/qt/message_queue.h"
 #include "platform/qt/painting.h"
 #include "platform/qt/WindowPeer.h"
@@ -114,6 +115,11 @@ bool InputFilter::eventFilter(QObject* receiver, QEvent* event)
         return false;
     case QEvent::WindowBlocked:
         windowBlocked(receiver);
+        return false;
+    case QEvent::ApplicationPaletteChange:
+        // posted, so that widgets have the new colours when windows paint
+        if (receiver == QCoreApplication::instance())
+            QMetaObject::invokeMethod(this, tellOfColors, Qt::QueuedConnection);
         return false;
     case QEvent::Quit:
         if (receiver == QCoreApplication::instance())

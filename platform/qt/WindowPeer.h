@@ -41,12 +41,16 @@ struct WindowPeer {
     bool tookInvalid = false;  ///< a CPaintDC was made since WM_PAINT began
     bool isModal = false;      ///< a dialog in DoModal
     LOGFONT font;
+    int wheelUnit = 1;
+    int wheelRest[2] = {};                   ///< turns across and along that no message told of
     std::shared_ptr<WindowSurface> surface;  ///< null for native controls
     std::unique_ptr<PeerTimers, LaterDeleter> timers;
     CString title;
     /// Text of a native control; the frame's title when they are empty.
     std::function<void(const CString&)> setText;
     std::function<CString()> text;
+    /// The part of its rectangle that a native control covers; all of it when empty.
+    std::function<CRect(const CRect&)> covered;
 
     WindowPeer();
     ~WindowPeer();

@@ -3,6 +3,7 @@
 #include "platform/qt/fonts.h"
 #include "platform/window_dc.h"
 
+#include <algorithm>
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QImage>
@@ -14,6 +15,7 @@ namespace pavane
 namespace
 {
 
+constexpr const char* plainText = "text/plain";
 bool refuses = false;
 
 /// Null when it may not be used.
@@ -70,6 +72,47 @@ CSize GetClipboardBitmapSize()
         return {};
     const QSize size = clipboard->image().size();
     return {size.width(), size.height()};
+}
+
+int SetClipboardData(const std::vector<ClipboardData>& forms)
+{
+    QClipboard* const clipboard = usableClipboard();
+    if (!clipboard || forms.empty())
+        return 0;
+    auto* const data = new QMimeData;
+    for (const ClipboardData& form : forms) {
+        const QByteArray bytes(form.bytes.data(), static_cast<qsizetype>(form.bytes.size()));
+        // plain text goes by more than one name
+        if (form.type == plainText)
+            data->setText(QString::fromUtf8(bytes));
+        else
+            data->setData(textOf(form.type), bytes);
+    }
+    clipboard->setMimeData(data);  // owns it
+    const QMimeData* const kept = clipboard->mimeData();
+    const auto isThere = [&](const ClipboardData& form) {
+        return kept && kept->hasFormat(textOf(form.type));
+    };
+    return std::all_of(forms.begin(), forms.end(), isThere) ? 1 : 0;
+}
+
+int GetClipboardData(const CString& type, CString& bytes)
+{
+    bytes.clear();
+    QClipboard* const clipboard = usableClipboard();
+    const QMimeData* const data = clipboard ? clipboard->mimeData() : nullptr;
+    if (!data || !(type == plainText ? data->hasText() : data->hasFormat(textOf(type))))
+        return 0;
+    const QByteArray found = type == plainText ? data->text().toUtf8() : data->data(textOf(type));
+    bytes.assign(found.constData(), static_cast<std::size_t>(found.size()));
+    return 1;
+}
+
+int IsClipboardFormatAvailable(const CString& type)
+{
+    QClipboard* const clipboard = usableClipboard();
+    const QMimeData* const data = clipboard ? clipboard->mimeData() : nullptr;
+    return data && (type == plainText ? data->hasText() : data->hasFormat(textOf(type))) ? 1 : 0;
 }
 
 void SetClipboardRefusal(int on) { refuses = on != 0; }

@@ -202,6 +202,36 @@ void CEdit::SetSel(int first, int last)
     edit->setSelection(begin, end - begin);
 }
 
+void CEdit::GetSel(int& first, int& last) const
+{
+    const auto* const edit = widgetOf<QLineEdit>(this);
+    first = last = 0;
+    if (!edit)
+        return;
+    const bool isRange = edit->hasSelectedText();
+    first = isRange ? edit->selectionStart() : edit->cursorPosition();
+    last = isRange ? edit->selectionEnd() : first;
+}
+
+int CEdit::GetModify() const
+{
+    const auto* const edit = widgetOf<QLineEdit>(this);
+    return edit && edit->isModified() ? 1 : 0;
+}
+
+void CEdit::SetModify(int on)
+{
+    if (auto* const edit = widgetOf<QLineEdit>(this))
+        edit->setModified(on != 0);
+}
+
+void CEdit::LimitText(int characters)
+{
+    constexpr int endless = 0x7FFF'FFFF;
+    if (auto* const edit = widgetOf<QLineEdit>(this))
+        edit->setMaxLength(characters > 0 ? characters : endless);
+}
+
 void CEdit::SetReadOnly(int on)
 {
     if (auto* const edit = widgetOf<QLineEdit>(this))

@@ -159,12 +159,17 @@ void deliverKey(HWND hwnd, QKeyEvent& event)
         sendTo(hwnd, m.message, m.wParam, m.lParam);
     for (const uint c : text.toUcs4())
         sendTo(hwnd, WM_CHAR, c, m.lParam);
+    const bool asksForMenu = m.wParam == WPARAM{VK_APPS} ||
+                             (m.wParam == WPARAM{VK_F10} && event.modifiers() == Qt::ShiftModifier);
+    if (isDown && asksForMenu)
+        sendTo(hwnd, WM_CONTEXTMENU, hwnd, MAKELPARAM(-1, -1));
 }
 
 void deliverContextMenu(HWND hwnd, QContextMenuEvent& event)
 {
-    // that of the mouse follows the release of its button
-    if (event.reason() != QContextMenuEvent::Mouse)
+    // that of the mouse follows the release of its button; not every display has one for the key,
+    // so that one follows the key itself
+    if (event.reason() == QContextMenuEvent::Other)
         sendTo(hwnd, WM_CONTEXTMENU, hwnd, MAKELPARAM(-1, -1));
 }
 

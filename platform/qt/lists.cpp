@@ -4,10 +4,14 @@
 
 #include <algorithm>
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPointer>
+#include <QProxyStyle>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 
 namespace pavane
 {
@@ -18,33 +22,103 @@ namespace
 constexpr int maxTextLength = 128;
 constexpr int maxShownLines = 16;
 
+/// Lists open below the line, where their rectangle is, and not over it.
+class ListsBelow : public QProxyStyle
+{
+public:
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* data) const override
+    {
+        return hint == SH_ComboBox_Popup ? 0 : QProxyStyle::styleHint(hint, option, widget, data);
+    }
+};
+
+QStyle* listsBelow()
+{
+    // goes with the application object
+    static QPointer<QStyle> style;
+    if (!style) {
+        style = new ListsBelow;
+        style->setParent(qApp);
+    }
+    return style;
+}
+
+/// Lines of a list at a height that the program chose.
+class LineHeight : public QStyledItemDelegate
+{
+public:
+    LineHeight(int height, QObject* parent) : QStyledItemDelegate(parent), height_(height) {}
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        return {QStyledItemDelegate::sizeHint(option, index).width(), height_};
+    }
+
+private:
+    int height_;
+};
+
 class ComboBox : public Control<QComboBox>
 {
 public:
-    using Control<QComboBox>::Control;
+    explicit ComboBox(QWidget* parent) : Control<QComboBox>(parent) { setStyle(listsBelow()); }
+    int itemHeight = 0;  ///< of the line without its frame; 0: what the font needs
+    int listRoom = 0;    ///< of the rectangle below the line
+
     void showPopup() override
     {
         const QPointer<QWidget> alive = this;
         notifyFrom(this, CBN_DROPDOWN);  // the list may be filled only now
-        if (alive)
-            QComboBox::showPopup();
+        if (!alive)
+            return;
+        const int line = view()->sizeHintForRow(0);
+        const int room = line > 0 ? listRoom / line : 0;
+        setMaxVisibleItems(room > 0 ? room : maxShownLines);
+        isChosen_ = false;
+        QComboBox::showPopup();
     }
     void hidePopup() override
     {
         const bool wasOpen = view()->isVisible();
+        const QPointer<ComboBox> alive = this;
         QComboBox::hidePopup();
-        if (wasOpen)
-            notifyFrom(this, CBN_CLOSEUP);
+        if (!wasOpen || !alive)
+            return;
+        // some displays leave no window active after a list
+        if (const WindowPeer* const top = peerOf(window()))
+            reactivate(top->hwnd);
+        // a choice is told of after the list is gone
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                if (!isChosen_)
+                    notifyFrom(this, CBN_SELENDCANCEL);
+            },
+            Qt::QueuedConnection);
+        notifyFrom(this, CBN_CLOSEUP);
     }
-};
+    void choose()
+    {
+        isChosen_ = true;
+        notifyFrom(this, CBN_SELCHANGE);
+    }
+    /// As high as an edit beside it would be, unless the program says it; what is left of the
+    /// rectangle is the list's.
+    CRect lineOf(const CRect& rect)
+    {
+        constexpr int aroundText = 8;
+        constexpr int frame = 6;
+        const int own = fontMetrics().height() + aroundText;
+        const int height = itemHeight > 0      ? itemHeight + frame
+                           : rect.Height() > 0 ? std::min(own, rect.Height())
+                                               : own;
+        listRoom = std::max(0, rect.Height() - height);
+        return {rect.left, rect.top, rect.right, rect.top + height};
+    }
 
-/// As high as an edit beside it would be.
-int lineHeight(const QComboBox& box, const CRect& rect)
-{
-    constexpr int aroundText = 8;
-    const int own = box.fontMetrics().height() + aroundText;
-    return rect.Height() > 0 ? std::min(own, rect.Height()) : own;
-}
+private:
+    bool isChosen_ = false;
+};
 
 bool hasLine(int index, int count) { return index >= 0 && index < count; }
 
@@ -78,10 +152,10 @@ int CComboBox::Create(unsigned style, const CRect& rect, CWnd* parent, unsigned 
                          [box] { notifyFrom(box, CBN_EDITCHANGE); });
     }
     box->notices = {CBN_SETFOCUS, CBN_KILLFOCUS};
-    QObject::connect(box, &QComboBox::activated, [box] { notifyFrom(box, CBN_SELCHANGE); });
-    const CRect place(rect.left, rect.top, rect.right, rect.top + lineHeight(*box, rect));
-    if (!attachNative(*this, box, "ComboBox", CString(), style, place, parent, id))
+    QObject::connect(box, &QComboBox::activated, [box] { box->choose(); });
+    if (!attachNative(*this, box, "ComboBox", CString(), style, box->lineOf(rect), parent, id))
         return 0;
+    peerOf(this)->covered = [box](const CRect& whole) { return box->lineOf(whole); };
     setTextAccess(
         *this, [box](const CString& t) { selectText(*box, t); },
         [box] { return box->currentText().toStdString(); });
@@ -147,6 +221,19 @@ int CComboBox::SetCurSel(int index)
     return box->currentIndex();
 }
 
+int CComboBox::SelectString(int after, const CString& text)
+{
+    auto* const box = widgetOf<QComboBox>(this);
+    const int count = box ? box->count() : 0;
+    const QString wanted = textOf(text);
+    for (int i = 1; i <= count; ++i) {
+        const int line = (std::clamp(after, -1, count - 1) + i) % count;
+        if (box->itemText(line).startsWith(wanted, Qt::CaseInsensitive))
+            return SetCurSel(line);
+    }
+    return -1;
+}
+
 CString CComboBox::GetLBText(int index) const
 {
     const auto* const box = widgetOf<QComboBox>(this);
@@ -157,6 +244,30 @@ void CComboBox::ShowDropDown(int show)
 {
     if (auto* const box = widgetOf<QComboBox>(this))
         show ? box->showPopup() : box->hidePopup();
+}
+
+int CComboBox::GetDroppedState() const
+{
+    auto* const box = widgetOf<QComboBox>(this);
+    return box && box->view()->isVisible() ? 1 : 0;
+}
+
+int CComboBox::SetItemHeight(int index, int height)
+{
+    auto* const box = widgetOf<ComboBox>(this);
+    if (!box || index < -1 || height < 1)
+        return 0;
+    if (index >= 0) {
+        auto* const lines = new LineHeight(height, box);
+        box->view()->setItemDelegate(lines);
+        return 1;
+    }
+    const QRect now = box->geometry();
+    const int bottom = now.y() + now.height() + box->listRoom;
+    box->itemHeight = height;
+    const CRect line = box->lineOf({now.x(), now.y(), now.x() + now.width(), bottom});
+    box->setGeometry(line.left, line.top, line.Width(), line.Height());
+    return 1;
 }
 
 int CListBox::Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id)

@@ -12,6 +12,9 @@ bool canShowWindows();
 /// Colours and font of the controls of an application that is ours: small, light, neutral.
 void applyLook();
 
+/// WM_SYSCOLORCHANGE to all windows.
+void tellOfColors();
+
 /// Takes the small pictures of some desktops off the buttons of a dialog of the toolkit.
 void clearButtonIcons(const QDialog& dialog);
 

@@ -1,3 +1,4 @@
+#include "platform/qt/access.h"
 #include "platform/qt/cursors.h"
 #include "platform/qt/focus.h"
 #include "platform/qt/InputFilter.h"
@@ -27,6 +28,7 @@ void startWindows()
             settleFocus();
     });
     startQueue();
+    QAccessible::installFactory(accessFactory);
 }
 
 void stopWindows()
@@ -37,6 +39,7 @@ void stopWindows()
         destroyPeer(hwnd);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     stopQueue();
+    QAccessible::removeFactory(accessFactory);
     forgetCursors();
     delete filter;
     filter = nullptr;

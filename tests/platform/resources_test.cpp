@@ -124,6 +124,7 @@ TEST(FileFilter, AddsAnExtensionWhereThereIsNone)
                                     {"map.jpg", "png", "map.jpg"},
                                     {"map", ".png", "map.png"},
                                     {"map.", "png", "map.png"},
+                                    {"map", "*.uvx", "map.uvx"},
                                     {"3C84_15.4GHz", "fits", "3C84_15.4GHz.fits"},
                                     {"/a.b/map", "png", "/a.b/map.png"},
                                     {"/a/.png", "png", "/a/.png.png"},

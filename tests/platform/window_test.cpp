@@ -1,4 +1,6 @@
 #include "platform/CMenu.h"
+#include "platform/flat_scroll_bars.h"
+#include "platform/system_metrics.h"
 #include "platform/test_window.h"
 
 #include <gtest/gtest.h>
@@ -300,6 +302,42 @@ TEST(ScrollBars, MoveOnlyWhenTheWindowSetsThem)
     EXPECT_EQ(window.last, MAKELPARAM(58, 48));  // of WM_SIZE
 }
 
+TEST(ScrollBars, AreNotShownWithoutARangeAndTheFlatCallsAreTheSame)
+{
+    TestWindow top;
+    TestWindow window(&top, WS_VISIBLE | WS_VSCROLL, {0, 0, 60, 50});
+    const HWND handle = window.GetSafeHwnd();
+    const int thick = GetSystemMetrics(SM_CXVSCROLL);
+    const auto width = [&] {
+        CRect client;
+        window.GetClientRect(client);
+        return client.Width();
+    };
+    int min = -1, max = -1;
+    EXPECT_EQ(width(), 60 - thick);
+    window.SetScrollRange(SB_VERT, 1, 1);
+    EXPECT_EQ(window.last, MAKELPARAM(60, 50));  // of WM_SIZE
+    EXPECT_FALSE(window.IsScrollBarShown(SB_VERT));
+    SCROLLINFO info;
+    info.fMask = SIF_ALL;
+    info.nMin = 1;
+    info.nMax = 40000;
+    info.nPage = 9;
+    info.nPos = 39999;
+    EXPECT_EQ(FlatSB_SetScrollInfo(handle, SB_VERT, info, 1), 39999);
+    EXPECT_EQ(width(), 60 - thick);
+    EXPECT_TRUE(window.GetScrollRange(SB_VERT, min, max) && min == 1 && max == 40000);
+    window.ShowScrollBar(SB_VERT, 0);
+    window.SetScrollRange(SB_VERT, 1, 7);
+    EXPECT_EQ(width(), 60);
+    EXPECT_TRUE(FlatSB_ShowScrollBar(handle, SB_VERT, 1));
+    EXPECT_EQ(width(), 60 - thick);
+    EXPECT_TRUE(FlatSB_GetScrollInfo(handle, SB_VERT, info) && info.nMax == 7 && info.nPos == 7);
+    EXPECT_FALSE(FlatSB_GetScrollRange(handle, SB_HORZ, min, max) || min || max);
+    EXPECT_FALSE(FlatSB_SetScrollProp(handle, WSB_PROP_HSTYLE, FSB_FLAT_MODE, 1));
+    EXPECT_TRUE(FlatSB_SetScrollProp(handle, WSB_PROP_VSTYLE, FSB_FLAT_MODE, 1));
+}
+
 TEST(Messages, ComeInTheOrderInWhichTheyWerePosted)
 {
     TestWindow window;
@@ -401,6 +439,23 @@ TEST(Wheel, GoesUpToTheWindowThatUsesIt)
     EXPECT_EQ(top.turned, -120);
     EXPECT_EQ(inner.SendMessage(WM_MOUSEHWHEEL, WPARAM{120} << 16, 0), 0);
     EXPECT_EQ(top.count(WM_MOUSEHWHEEL), 1);
+}
+
+TEST(Wheel, AddsUpToWholeNotchesWhereTheyAreWanted)
+{
+    struct Turned : TestWindow {
+        std::vector<int> turns;
+        int OnMouseWheel(unsigned, int delta, CPoint) override { return turns.push_back(delta), 1; }
+    } window;
+    const auto turn = [&](int delta) {
+        return window.SendMessage(WM_MOUSEWHEEL, WPARAM{static_cast<std::uint16_t>(delta)} << 16,
+                                  0);
+    };
+    turn(-40);
+    window.SetWheelUnit(WHEEL_DELTA);
+    for (const int delta : {-40, -40, -39, -1, 100, -100, -30, 260, 30, 70})
+        EXPECT_EQ(turn(delta), 1);
+    EXPECT_EQ(window.turns, (std::vector<int>{-40, -120, -120, 240, 120}));
 }
 
 TEST(Placement, KeepsTheNormalRectangleOfAMaximisedWindow)

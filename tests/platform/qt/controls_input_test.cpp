@@ -1,3 +1,4 @@
+#include "platform/clipboard.h"
 #include "platform/qt/command_frame.h"
 
 #include <QAbstractButton>
@@ -103,6 +104,102 @@ TEST(Controls, EditOffersKeysToItsObjectFirst)
     edit.SetReadOnly(1);
     QTest::keyClicks(widgetOfWindow(edit), "b");
     EXPECT_EQ(edit.GetWindowText(), "xx");
+}
+
+TEST(Controls, EditForAPlaceInAnotherWindow)
+{
+    CommandFrame frame;
+    CEdit edit;
+    ASSERT_TRUE(edit.Create(WS_CHILD | WS_VISIBLE, {10, 10, 60, 24}, &frame, 1));
+    EXPECT_FALSE(edit.GetModify());
+    edit.SetWindowText("12345");
+    EXPECT_FALSE(edit.GetModify());
+    edit.SetFocus();
+    int first = 0, last = 0;
+    edit.SetSel(1, 3);
+    edit.GetSel(first, last);
+    EXPECT_TRUE(first == 1 && last == 3);
+    QTest::keyClicks(widgetOfWindow(edit), "x");
+    EXPECT_TRUE(edit.GetModify());
+    edit.GetSel(first, last);
+    EXPECT_TRUE(first == 2 && last == 2);
+    edit.SetModify(0);
+    EXPECT_FALSE(edit.GetModify());
+    edit.LimitText(0);
+    edit.SetWindowText(CString(200, 'x'));
+    EXPECT_EQ(edit.GetWindowText().size(), 200u);
+    edit.SetWindowText("");
+    edit.EnableWindow(0);  // no caret
+    // all of the rectangle is the field's, and no frame is drawn in it
+    const QImage grabbed = widgetOfWindow(edit)->grab().toImage();
+    EXPECT_EQ(grabbed.size(), QSize(50, 14) * grabbed.devicePixelRatio());
+    const QImage plain = grabbed.copy(grabbed.rect().adjusted(20, 5, -20, -5));
+    for (const QPoint& p : {QPoint(0, 0), QPoint(grabbed.width() - 1, grabbed.height() - 1)})
+        EXPECT_EQ(grabbed.pixel(p), plain.pixel(0, 0));
+}
+
+TEST(Controls, ComboStandsAsHighAsItsItemsAndListsInTheRest)
+{
+    CommandFrame frame;
+    CComboBox combo;
+    const CRect place(10, 10, 110, 231);
+    ASSERT_TRUE(combo.Create(shown | CBS_DROPDOWNLIST, place, &frame, 1));
+    const auto height = [&] { return widgetOfWindow(combo)->height(); };
+    EXPECT_TRUE(combo.SetItemHeight(-1, 15));
+    EXPECT_EQ(height(), 21);
+    combo.MoveWindow(place);
+    EXPECT_EQ(height(), 21);
+    EXPECT_TRUE(combo.SetItemHeight(0, 25));
+    EXPECT_FALSE(combo.SetItemHeight(-2, 25));
+    for (const char* text : {"Beta", "alpha", "Bravo", "b", "c", "d", "e", "f", "g", "h", "i", "j"})
+        combo.AddString(text);
+    combo.SetFocus();
+    QTest::keyClicks(widgetOfWindow(combo), "br");  // typed letters choose
+    EXPECT_EQ(combo.GetCurSel(), 2);
+    EXPECT_EQ(combo.SelectString(-1, "b"), 0);
+    EXPECT_EQ(combo.SelectString(0, "B"), 2);
+    EXPECT_EQ(combo.SelectString(3, "b"), 0);
+    EXPECT_EQ(combo.SelectString(0, "x"), -1);
+    EXPECT_EQ(combo.GetCurSel(), 0);
+    (void)frame.taken();
+    combo.ShowDropDown(1);
+    EXPECT_TRUE(combo.GetDroppedState());
+    QTest::qWait(0);
+    const QWidget* const list = QApplication::activePopupWidget();
+    ASSERT_NE(list, nullptr);
+    EXPECT_GE(list->mapToGlobal(QPoint()).y(),
+              widgetOfWindow(combo)->mapToGlobal(QPoint(0, 20)).y());
+    EXPECT_LE(list->height(), 210);
+    EXPECT_GE(list->height(), 8 * 25);
+    combo.ShowDropDown(0);
+    QTest::qWait(0);
+    EXPECT_EQ(frame.taken(),
+              (Commands{{1, CBN_DROPDOWN}, {1, CBN_CLOSEUP}, {1, CBN_SELENDCANCEL}}));
+    EXPECT_EQ(CWnd::GetFocus(), &combo);
+}
+
+TEST(Clipboard, TakesSeveralFormsAtOnceAndGivesEachBack)
+{
+    const std::vector<ClipboardData> forms = {{"text/plain", CString("a\tb\r\n\0c", 8)},
+                                              {"text/csv", "\"a\",b\r\n"},
+                                              {"text/html", "<table><td>&lt;b&gt;</table>"},
+                                              {"application/x-pavane-cells", CString("\0\xFF", 2)}};
+    ASSERT_TRUE(SetClipboardData(forms));
+    CString bytes;
+    for (const ClipboardData& form : forms) {
+        EXPECT_TRUE(IsClipboardFormatAvailable(form.type)) << form.type;
+        EXPECT_TRUE(GetClipboardData(form.type, bytes)) << form.type;
+        EXPECT_EQ(bytes, form.bytes);
+    }
+    EXPECT_TRUE(GetClipboardText(bytes) && bytes == forms[0].bytes);
+    EXPECT_FALSE(GetClipboardData("image/png", bytes) || !bytes.empty());
+    SetClipboardRefusal(1);
+    EXPECT_FALSE(SetClipboardData(forms) || GetClipboardData("text/csv", bytes) ||
+                 IsClipboardFormatAvailable("text/csv"));
+    SetClipboardRefusal(0);
+    EXPECT_FALSE(SetClipboardData({}));
+    ASSERT_TRUE(SetClipboardText("x"));
+    EXPECT_FALSE(IsClipboardFormatAvailable("text/csv"));
 }
 
 TEST(Controls, EditMayRefuseToLoseTheFocus)

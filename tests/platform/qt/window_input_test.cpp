@@ -1,4 +1,5 @@
 #include "platform/resources.h"
+#include "platform/system_colors.h"
 #include "platform/test_window.h"
 
 #include <gtest/gtest.h>
@@ -313,7 +314,11 @@ TEST(RealInput, ChoosesTheCursorOfTheClass)
 TEST(RealInput, AsksTheWindowBeforeAScrollBarMoves)
 {
     ActiveWindow window;
-    TestWindow child(&window, WS_VISIBLE | WS_VSCROLL, {0, 0, 100, 100});
+    struct Scrolled : TestWindow {
+        using TestWindow::TestWindow;
+        std::vector<unsigned> scrolled;
+        void OnVScroll(unsigned code, unsigned) override { scrolled.push_back(code); }
+    } child(&window, WS_VISIBLE | WS_VSCROLL, {0, 0, 100, 100});
     child.SetScrollRange(SB_VERT, 0, 50, 10);
     auto* const bar = QApplication::widgetAt(QPoint(145, 110))->window()->findChild<QScrollBar*>();
     ASSERT_NE(bar, nullptr);
@@ -321,6 +326,39 @@ TEST(RealInput, AsksTheWindowBeforeAScrollBarMoves)
     EXPECT_EQ(child.count(WM_VSCROLL), 1);
     EXPECT_EQ(child.last, 10);
     EXPECT_EQ(child.GetScrollPos(SB_VERT), 0);
+    bar->setSliderDown(true);
+    bar->setSliderPosition(33);
+    bar->setSliderDown(false);
+    EXPECT_EQ(child.scrolled,
+              (std::vector<unsigned>{SB_PAGEDOWN, SB_THUMBTRACK, SB_THUMBPOSITION}));
+    EXPECT_EQ(child.last, 33);
+}
+
+TEST(RealInput, AsksForAContextMenuByKey)
+{
+    ActiveWindow window;
+    QTest::keyClick(window.native, Qt::Key_Menu);
+    EXPECT_EQ(window.count(WM_CONTEXTMENU), 1);
+    QTest::keyClick(window.native, Qt::Key_F10, Qt::ShiftModifier);
+    EXPECT_EQ(window.count(WM_CONTEXTMENU), 2);
+}
+
+TEST(RealInput, TellsOfAnotherPaletteAndItsColours)
+{
+    ActiveWindow window;
+    TestWindow child(&window);
+    const QPalette before = QApplication::palette();
+    QPalette dark(Qt::black, Qt::black);
+    dark.setColor(QPalette::Base, Qt::black);
+    dark.setColor(QPalette::Text, Qt::yellow);
+    QApplication::setPalette(dark);
+    settle();
+    EXPECT_EQ(child.count(WM_SYSCOLORCHANGE), 1);
+    EXPECT_EQ(GetSysColor(COLOR_WINDOWTEXT), RGB(255, 255, 0));
+    EXPECT_GT(ContrastRatio(GetSysColor(COLOR_BTNSHADOW), GetSysColor(COLOR_WINDOW)), 1.4);
+    QApplication::setPalette(before);
+    settle();
+    EXPECT_EQ(child.count(WM_SYSCOLORCHANGE), 2);
 }
 
 TEST(RealInput, TellsWhichKeysAreHeldUnlessATestSaysOtherwise)

@@ -1,0 +1,8 @@
+#include "platform/accessibility.h"
+
+namespace pavane
+{
+
+AccessSource::~AccessSource() = default;
+
+}  // namespace pavane
