@@ -2,8 +2,6 @@
 
 #include "platform/CDC.h"
 
-#include <vector>
-
 namespace pavane
 {
 
