@@ -29,7 +29,7 @@ CString textOf(double number)
     return {digits, end.ptr};
 }
 
-/// Paints a grid as a table does: into a picture, cell by cell, what the update rectangle touches.
+/// Paints a grid as a table does: cell by cell, what the update rectangle touches.
 class GridWindow : public CWnd
 {
 public:
@@ -57,22 +57,18 @@ public:
 protected:
     void OnPaint() override
     {
-        CPaintDC screen(this);
-        CRect client;
-        GetClientRect(client);
-        if (picture_.size() != client.Size())
-            picture_.CreateCompatibleBitmap(screen, client.Width(), client.Height());
-        CMemoryDC dc(picture_);
-        const CRect& update = screen.paintRect();
-        dc.FillSolidRect(update, RGB(255, 255, 255));
+        CPaintDC dc(this);
+        const CRect& update = dc.paintRect();
         dc.SetBkMode(TRANSPARENT);
         CFont font = GetFont();
         dc.SelectObject(&font);
-        for (int y = update.top / rowHeight; y * rowHeight < update.bottom; ++y)
+        // a row's pixels are filled just before they are drawn on
+        for (int y = update.top / rowHeight; y * rowHeight < update.bottom; ++y) {
+            dc.FillSolidRect({update.left, y * rowHeight, update.right, (y + 1) * rowHeight},
+                             y == 0 ? headerColor : RGB(255, 255, 255));
             for (int x = update.left / columnWidth; x * columnWidth < update.right; ++x)
                 drawCell(dc, x, y);
-        screen.BitBlt(update.left, update.top, update.Width(), update.Height(), &dc, update.left,
-                      update.top, SRCCOPY);
+        }
     }
 
 private:
@@ -80,7 +76,7 @@ private:
     {
         CRect cell(x * columnWidth, y * rowHeight, (x + 1) * columnWidth - 1,
                    (y + 1) * rowHeight - 1);
-        if (x == 0 || y == 0)
+        if (x == 0)
             dc.FillSolidRect(cell, headerColor);
         dc.FillSolidRect({cell.right, cell.top, cell.right + 1, cell.bottom + 1}, lineColor);
         dc.FillSolidRect({cell.left, cell.bottom, cell.right, cell.bottom + 1}, lineColor);
@@ -92,7 +88,6 @@ private:
                     DT_RIGHT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
     }
 
-    CBitmap picture_;
     int first_ = 0;
 };
 

@@ -3,6 +3,10 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#pragma GCC diagnostic ignored "-Wpsabi"  // the vectors never cross a call that is not inlined
 
 namespace pavane
 {
@@ -10,38 +14,67 @@ namespace pavane
 namespace
 {
 
-/// `color` over `old`, `cover` of 255.
-std::uint32_t covered(std::uint32_t old, std::uint32_t color, std::uint32_t cover)
+using Bytes = std::uint8_t __attribute__((vector_size(16)));
+using Words = std::uint16_t __attribute__((vector_size(32)));
+
+template <class V>
+[[gnu::always_inline]] inline V loaded(const void* from)
 {
-    // two channels at a time; the sum that follows divides by 255
-    constexpr std::uint32_t pair = 0xFF00FF;
-    const auto mixed = [&](std::uint32_t under, std::uint32_t over) {
-        const std::uint32_t sum = over * cover + under * (255 - cover);
-        return (sum + (sum >> 8 & pair) + 0x800080) >> 8 & pair;
-    };
-    return mixed(old & pair, color & pair) | (mixed(old >> 8 & 0xFF, color >> 8 & 0xFF) & 0xFF)
-                                                 << 8;
+    V v;
+    std::memcpy(&v, from, sizeof v);
+    return v;
+}
+
+/// `color` over the pixels at `pixels`, each channel by its cover of 255.
+[[gnu::always_inline]] inline void mixFour(std::uint32_t* pixels, const std::uint32_t* cover,
+                                           const Words& color)
+{
+    const auto share = __builtin_convertvector(loaded<Bytes>(cover), Words);
+    const auto old = __builtin_convertvector(loaded<Bytes>(pixels), Words);
+    const Words sum = old * (255 - share) + color * share;
+    const Words mixed = (sum + (sum >> 8) + 128) >> 8;  // divides by 255
+    const auto bytes = __builtin_convertvector(mixed, Bytes);
+    std::memcpy(pixels, &bytes, sizeof bytes);
+}
+
+/// A glyph of which nothing is cut; the pixels behind its rows get what they have.
+void paintWhole(const PixelSurface& surface, const PlacedGlyph& glyph, const Words& color)
+{
+    const GlyphPicture& picture = *glyph.picture;
+    const std::uint32_t* cover = picture.cover;
+    std::uint32_t* row = surface.row(glyph.y) + glyph.x;
+    for (int y = 0; y < picture.height; ++y, row += surface.stride)
+        for (int x = 0; x < picture.width; x += GlyphPicture::together)
+            mixFour(row + x, std::exchange(cover, cover + GlyphPicture::together), color);
+}
+
+/// The part of a glyph that lies in `pixels`.
+void paintPart(const PixelSurface& surface, const PlacedGlyph& glyph, const CRect& pixels,
+               const Words& color)
+{
+    const GlyphPicture& picture = *glyph.picture;
+    CRect part(glyph.x, glyph.y, glyph.x + picture.width, glyph.y + picture.height);
+    if (!part.IntersectRect(part, pixels))
+        return;
+    for (int y = part.top; y < part.bottom; ++y) {
+        for (int x = part.left; x < part.right; ++x) {
+            std::uint32_t four[GlyphPicture::together] = {surface.row(y)[x]};
+            const std::uint32_t cover[GlyphPicture::together] = {
+                picture.cover[(y - glyph.y) * picture.stride() + x - glyph.x]};
+            mixFour(four, cover, color);
+            surface.row(y)[x] = four[0];
+        }
+    }
 }
 
 void paintGlyph(const PixelSurface& surface, const PlacedGlyph& glyph, const CRect& pixels,
-                std::uint32_t color)
+                const Words& color)
 {
     const GlyphPicture& picture = *glyph.picture;
-    const int left = std::max(glyph.x, pixels.left);
-    const int right = std::min(glyph.x + picture.width, pixels.right);
-    const int top = std::max(glyph.y, pixels.top);
-    const int bottom = std::min(glyph.y + picture.height, pixels.bottom);
-    for (int y = top; y < bottom; ++y) {
-        const unsigned char* const cover =
-            picture.cover + std::ptrdiff_t{y - glyph.y} * picture.width - glyph.x;
-        std::uint32_t* const row = surface.row(y);
-        for (int x = left; x < right; ++x) {
-            if (cover[x] == 255)
-                row[x] = color;
-            else if (cover[x] != 0)
-                row[x] = covered(row[x], color, cover[x]);
-        }
-    }
+    const bool isWhole = glyph.x >= pixels.left && glyph.x + picture.width <= pixels.right &&
+                         glyph.y >= pixels.top && glyph.y + picture.height <= pixels.bottom &&
+                         glyph.x + picture.stride() <= surface.width * surface.ratio;
+    isWhole ? paintWhole(surface, glyph, color) : paintPart(surface, glyph, pixels, color);
 }
 
 /// A pixel as the unit that it lies in.
@@ -80,7 +113,9 @@ bool CDC::State::drawGlyphs(CPoint at, std::string_view text, const TextFace& kn
     }
     const CRect units(unitBelow(box.left, k), unitBelow(box.top, k),
                       unitBelow(box.right + k - 1, k), unitBelow(box.bottom + k - 1, k));
-    const std::uint32_t color = pixel(now.textColor) & 0xFFFFFF;
+    const std::uint32_t one = pixel(now.textColor) & 0xFFFFFF;
+    const std::uint32_t four[GlyphPicture::together] = {one, one, one, one};
+    const auto color = __builtin_convertvector(loaded<Bytes>(four), Words);
     visible.clippedRects(units, [&](const CRect& part) {
         to.touch(part);
         const CRect pixels(part.left * k, part.top * k, part.right * k, part.bottom * k);

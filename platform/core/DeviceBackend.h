@@ -54,14 +54,19 @@ public:
                       std::uint32_t color) = 0;
 };
 
-/// How much of each pixel a character covers (0 to 255), at some number of pixels to a unit.
+/// How much of each pixel a character covers (0 to 255), at some number of pixels to a unit. Each
+/// cover stands in all four bytes of its pixel, and rows end in pixels that are not covered, so
+/// that four pixels at a time can be mixed.
 struct GlyphPicture {
+    static constexpr int together = 4;
     int left = 0;  ///< pixels from the top left corner of its cell
     int top = 0;
     int width = 0;
     int height = 0;
     int advance = 0;  ///< units to the next cell
-    const unsigned char* cover = nullptr;
+    const std::uint32_t* cover = nullptr;
+    /// Pixels from row to row.
+    int stride() const { return (width + together - 1) / together * together; }
 };
 
 /// A font at a size in device units.

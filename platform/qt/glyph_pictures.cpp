@@ -53,14 +53,20 @@ const GlyphPictures::Stored& GlyphPictures::make(char32_t character, double adva
                 box.UnionRect(box, {x, y, x + 1, y + 1});
         }
     }
+    made.picture = {box.left - margin * ratio_,
+                    box.top - margin * ratio_,
+                    box.Width(),
+                    box.Height(),
+                    static_cast<int>(advance),
+                    nullptr};
     for (int y = box.top; y < box.bottom; ++y) {
         const auto* const row = reinterpret_cast<const QRgb*>(canvas.constScanLine(y));
-        for (int x = box.left; x < box.right; ++x)
-            made.cover.push_back(static_cast<unsigned char>(255 - qRed(row[x])));
+        for (int x = box.left; x < box.left + made.picture.stride(); ++x) {
+            const auto cover = x < box.right ? 255u - static_cast<unsigned>(qRed(row[x])) : 0;
+            made.cover.push_back(cover * 0x01010101u);
+        }
     }
-    made.picture = {
-        box.left - margin * ratio_, box.top - margin * ratio_, box.Width(), box.Height(),
-        static_cast<int>(advance),  made.cover.data()};
+    made.picture.cover = made.cover.data();
     made.isUsable = true;
     return made;
 }

@@ -25,7 +25,7 @@ public:
 private:
     struct Stored {
         GlyphPicture picture;
-        std::vector<unsigned char> cover;
+        std::vector<std::uint32_t> cover;
         bool isUsable = false;
     };
     const Stored& make(char32_t character, double advance);
