@@ -73,24 +73,35 @@ CRect TableGrid::rangeRect(const CellRange& cells, const CRect& client) const
 
 CellRange TableGrid::cellsIn(const CRect& area) const
 {
-    if (extent().empty() || area.IsRectEmpty())
+    return rowsIn(area.top, area.bottom).cut(columnsIn(area.left, area.right));
+}
+
+CellRange TableGrid::rowsIn(int top, int bottom) const
+{
+    CellRange rows = allCells(extent());
+    if (bottom <= std::max(top, headerHeight()))
         return {};
-    CellRange cells{1, 1, rows_, columns_.last()};
     const auto rowAt = [&](int y) {
         return firstRow_ +
                std::max<std::int64_t>(std::int64_t{y} - headerHeight(), 0) / rowHeight();
     };
-    if (area.bottom <= headerHeight() || area.right <= headerWidth())
+    rows.firstRow = saturated(rowAt(top));
+    rows.lastRow = saturated(std::min<std::int64_t>(rowAt(bottom - 1), rows_));
+    return rows;
+}
+
+CellRange TableGrid::columnsIn(int left, int right) const
+{
+    CellRange columns = allCells(extent());
+    const int begin = std::max(left, headerWidth());
+    if (right <= begin)
         return {};
-    cells.firstRow = saturated(rowAt(area.top));
-    cells.lastRow = saturated(std::min<std::int64_t>(rowAt(area.bottom - 1), rows_));
     // as `before` counts
     const std::int64_t scrolled = columns_.before(firstColumn_) - headerWidth();
-    cells.firstColumn =
-        columns_.columnAt(std::max(area.left, headerWidth()) + scrolled, firstColumn_);
-    cells.lastColumn = std::min(
-        columns_.columnAt(std::int64_t{area.right} - 1 + scrolled, firstColumn_), columns_.last());
-    return cells;
+    columns.firstColumn = columns_.columnAt(begin + scrolled, firstColumn_);
+    columns.lastColumn = std::min(
+        columns_.columnAt(std::int64_t{right} - 1 + scrolled, firstColumn_), columns_.last());
+    return columns;
 }
 
 TableCell TableGrid::cellAt(CPoint point) const

@@ -46,6 +46,10 @@ public:
     CRect rangeRect(const CellRange& cells, const CRect& client) const;
     /// The data cells that meet `area`; a pixel of a cell is enough.
     CellRange cellsIn(const CRect& area) const;
+    /// The data rows between two heights, the data columns between two places across; the rest of
+    /// the range is that of the whole table.
+    CellRange rowsIn(int top, int bottom) const;
+    CellRange columnsIn(int left, int right) const;
     /// The cell under a point, row 0 and column 0 for the headers; beyond the cells, the last ones.
     TableCell cellAt(CPoint point) const;
 

@@ -30,15 +30,16 @@ int pressSelection(ASelectRect& selection, TableCell cell, int shift, int ranges
     return 1;
 }
 
-DragStep dragStep(const TableGrid& grid, CPoint point, const CRect& client)
+DragStep dragStep(const TableGrid& grid, CPoint point, const CRect& client, int scroll)
 {
     const int up = point.y < client.top;
     const int down = point.y >= client.bottom;
     const int left = point.x < client.left;
     const int right = point.x >= client.right;
     TableGrid shown = grid;
-    (void)shown.setFirst(std::int64_t{grid.firstRow()} + down - up,
-                         std::int64_t{grid.firstColumn()} + right - left);
+    if (scroll)
+        (void)shown.setFirst(std::int64_t{grid.firstRow()} + down - up,
+                             std::int64_t{grid.firstColumn()} + right - left);
     DragStep step{shown.firstRow(), shown.firstColumn(), shown.cellAt(point)};
     if (up)
         step.end.row = step.firstRow;

@@ -21,9 +21,9 @@ struct DragStep {
     TableCell end;
 };
 
-/// The step of a drag with the pointer at `point`. Outside `client` the table scrolls by a row or a
-/// column towards the pointer, and the end is the last whole row or column there. The table has
+/// The step of a drag with the pointer at `point`. With `scroll` a pointer outside `client` scrolls
+/// by a row or a column towards it; the end is the last whole row or column there. The table has
 /// cells.
-PAVANE_API DragStep dragStep(const TableGrid& grid, CPoint point, const CRect& client);
+PAVANE_API DragStep dragStep(const TableGrid& grid, CPoint point, const CRect& client, int scroll);
 
 }  // namespace pavane

@@ -196,9 +196,10 @@ TEST(TableDrag, ScrollsTowardsAPointerOutside)
         {{999, 999}, 501, 3, {504, 5}},
     };
     for (const auto& c : cases) {
-        const DragStep step = dragStep(grid, c.at, client);
+        const DragStep step = dragStep(grid, c.at, client, 1);
         EXPECT_EQ(step.firstRow, c.firstRow) << c.at.x << ' ' << c.at.y;
         EXPECT_EQ(step.firstColumn, c.firstColumn) << c.at.x << ' ' << c.at.y;
         EXPECT_EQ(step.end, c.end) << c.at.x << ' ' << c.at.y;
     }
+    EXPECT_EQ(dragStep(grid, {999, -1}, client, 0).end, (TableCell{500, 4}));
 }

@@ -3,6 +3,7 @@
 #include "pavane/tables/grid/cell_range.h"
 #include "pavane/tables/grid/grid_layout.h"
 #include "pavane/tables/grid/selection_moves.h"
+#include "platform/geometry.h"
 
 #include <cmath>
 #include <numeric>

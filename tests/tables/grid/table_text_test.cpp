@@ -1,9 +1,13 @@
 #include "pavane/tables/grid/table_pages.h"
 #include "pavane/tables/grid/table_paste.h"
 #include "pavane/tables/grid/table_text.h"
+#include "pavane/tables/grid/text_file.h"
 #include "pavane/tables/grid/TextBlockReader.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <random>
 #include <vector>
 
@@ -188,6 +192,32 @@ TEST(Paste, PutsABlockAndCountsWhatIsLeft)
     EXPECT_TRUE(r.gone);
     EXPECT_EQ(r.taken, 2);
     EXPECT_EQ(pasteText("7", 0, {}, {0, 3}, gone).taken, 0);
+}
+
+TEST(TextFile, ReplacesOnlyByAWholeFile)
+{
+    const std::string folder = std::getenv("TEST_TMPDIR") ? std::getenv("TEST_TMPDIR") : "/tmp";
+    const std::string name = folder + "/text_file.txt", part = name + ".part";
+    const auto textOf = [](const std::string& file) {
+        std::ifstream stream(file);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    };
+    std::remove(name.c_str());
+    std::remove(part.c_str());
+    const struct {
+        const char* text;
+        int written;
+        const char *file, *part;
+    } steps[] = {{"torn", 0, "torn", ""}, {"old", 1, "old", ""}, {"half", 0, "old", "half"}};
+    for (const auto& s : steps) {
+        TextFile file;
+        ASSERT_TRUE(file.open(name));
+        file.stream() << s.text;
+        EXPECT_EQ(file.close(s.written), s.written);
+        EXPECT_EQ(file.replaces(), *s.part != 0);
+        EXPECT_EQ(textOf(name), s.file);
+        EXPECT_EQ(textOf(part), s.part);
+    }
 }
 
 TEST(TablePages, CutTheRows)
