@@ -59,6 +59,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/palette_file.h
     pavane/images/palettes.h
     pavane/resources/resource_ids.h
+    pavane/tables/ATableWnd.h
     pavane/tables/components/ACompItem.h
     pavane/tables/components/AComponents.h
     pavane/tables/components/component_file.h
@@ -193,6 +194,13 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
     pavane/resources/tools.h
+    pavane/tables/grid/cell_range.h
+    pavane/tables/grid/grid_layout.h
+    pavane/tables/grid/selection_moves.h
+    pavane/tables/grid/table_pages.h
+    pavane/tables/grid/TableColumns.h
+    pavane/tables/grid/TableGrid.h
+    pavane/tables/table_colors.h
     pavane/trackers/areas/ActiveItems.h
     pavane/trackers/areas/AreaItems.h
     pavane/trackers/areas/tracker_style.h

@@ -59,6 +59,7 @@
 #include "pavane/images/palette_file.h"
 #include "pavane/images/palettes.h"
 #include "pavane/resources/resource_ids.h"
+#include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/components/ACompItem.h"
 #include "pavane/tables/components/AComponents.h"
 #include "pavane/tables/components/component_file.h"

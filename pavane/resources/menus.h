@@ -46,10 +46,25 @@ inline constexpr MenuItem plotMenu[] = {
     {"Plot", 0, plotItems, static_cast<int>(std::size(plotItems))},
 };
 
+inline constexpr MenuItem tableItems[] = {
+    {"&Copy selection\tCtrl+C", ID_TABLE_COPY_SELECTION},
+    {"Copy &table", ID_TABLE_COPY_ALL},
+    {},
+    {"&Save selection as text...", ID_TABLE_SAVE_SELECTION},
+    {"Save table as te&xt...", ID_TABLE_SAVE_ALL},
+    {},
+    {"Copy &picture", ID_COPY_TO_CLIPBOARD},
+    {"Save picture as P&NG...", ID_COPY_TO_BMP},
+};
+inline constexpr MenuItem tableMenu[] = {
+    {"Table", 0, tableItems, static_cast<int>(std::size(tableItems))},
+};
+
 /// The menus of the library, by identifier.
 inline constexpr MenuTemplate libraryMenus[] = {
     {IDR_AXIS_MENU, axisMenu, 1},
     {IDR_PLOT_MENU, plotMenu, 1},
+    {IDR_TABLE_MENU, tableMenu, 1},
     {IDR_COPY_MENU, copyMenu, 1},
 };
 

@@ -19,6 +19,7 @@ inline constexpr unsigned IDC_SELECTION_IDLE = 10001;  ///< where a rectangle ca
 // Menus; the first popup of each is a context menu.
 inline constexpr unsigned IDR_AXIS_MENU = 10004;
 inline constexpr unsigned IDR_PLOT_MENU = 10005;
+inline constexpr unsigned IDR_TABLE_MENU = 10006;
 inline constexpr unsigned IDR_COPY_MENU = 10011;
 
 // Dialogs.
@@ -28,6 +29,12 @@ inline constexpr unsigned IDC_AREA_WINDOW = 10021;  ///< placeholder of the wind
 // Commands that every drawing window answers; menus of heirs share them.
 inline constexpr unsigned ID_COPY_TO_CLIPBOARD = 10104;
 inline constexpr unsigned ID_COPY_TO_BMP = 10105;
+
+// Commands of tables.
+inline constexpr unsigned ID_TABLE_COPY_ALL = 10201;
+inline constexpr unsigned ID_TABLE_COPY_SELECTION = 10202;
+inline constexpr unsigned ID_TABLE_SAVE_ALL = 10203;
+inline constexpr unsigned ID_TABLE_SAVE_SELECTION = 10204;
 
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;

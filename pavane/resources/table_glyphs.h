@@ -1,0 +1,75 @@
+#pragma once
+
+namespace pavane
+{
+
+// Marks of cells that can be edited or chosen: '#' dark, '+' accent, '.' light, blank none.
+inline constexpr int glyphWidth = 13;
+inline constexpr int glyphHeight = 12;
+inline constexpr int glyphList = 0;    ///< its list can be opened
+inline constexpr int glyphNoList = 1;  ///< it cannot
+inline constexpr int glyphEdit = 2;    ///< it can be edited
+inline constexpr int glyphNoEdit = 3;  ///< it cannot
+// clang-format off
+
+inline constexpr const char* const tableGlyphs[][glyphHeight] = {
+    {
+        "             ",
+        "             ",
+        "             ",
+        "  #########  ",
+        "   #######   ",
+        "    #####    ",
+        "     ###     ",
+        "      #      ",
+        "             ",
+        "             ",
+        "             ",
+        "             ",
+    },
+    {
+        "             ",
+        "             ",
+        "             ",
+        "  .........  ",
+        "   .     .   ",
+        "    .   .    ",
+        "     . .     ",
+        "      .      ",
+        "             ",
+        "             ",
+        "             ",
+        "             ",
+    },
+    {
+        "        ##   ",
+        "       #++#  ",
+        "      #++++# ",
+        "     #++++#  ",
+        "    #++++#   ",
+        "   #++++#    ",
+        "  #++++#     ",
+        "  ##++#      ",
+        "  ####       ",
+        "  ##         ",
+        "             ",
+        "             ",
+    },
+    {
+        "        ..   ",
+        "       .  .  ",
+        "      .    . ",
+        "     .    .  ",
+        "    .    .   ",
+        "   .    .    ",
+        "  .    .     ",
+        "  ..  .      ",
+        "  ....       ",
+        "  ..         ",
+        "             ",
+        "             ",
+    },
+};
+// clang-format on
+
+}  // namespace pavane

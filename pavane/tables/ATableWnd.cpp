@@ -1,0 +1,215 @@
+#include "pavane/tables/ATableWnd.h"
+
+#include "pavane/resources/table_glyphs.h"
+#include "pavane/tables/grid/selection_repaint.h"
+#include "pavane/tables/table_editors.h"
+#include "pavane/tables/TableWatch.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+
+namespace pavane
+{
+
+ATableWnd::ATableWnd()
+{
+    SetFlag(windowNoWaitCursor, 1);
+    (void)glyphs_.Create(glyphWidth, glyphHeight);
+    for (const auto& rows : tableGlyphs)
+        (void)glyphs_.Add(rows, static_cast<int>(std::size(rows)));
+}
+
+ATableWnd::~ATableWnd()
+{
+    // what heirs would store a value in is gone already
+    dropEditors();
+    closing_ = 1;
+    (void)DestroyWindow();
+}
+
+const char* ATableWnd::GetWndClassName() { return "ATableWnd"; }
+int ATableWnd::GetClassParms(WNDCLASSA& wc) { return ABWindow::GetClassParms(wc); }
+
+int ATableWnd::OnCreate(CREATESTRUCT& cs)
+{
+    SetWheelUnit(WHEEL_DELTA);
+    return ABWindow::OnCreate(cs);
+}
+
+void ATableWnd::OnDestroy()
+{
+    const TableWatch watch(*this);
+    closing_ = 1;
+    const int stored = hideEditors();
+    if (watch.gone())
+        return;
+    if (!stored)
+        dropEditors();
+    endDrag();
+    closing_ = 0;
+    ABWindow::OnDestroy();
+}
+
+void ATableWnd::setRows(long rows)
+{
+    const TableWatch watch(*this);
+    const int before = grid_.rows();
+    grid_.setRows(rows);
+    if (grid_.rows() == before)
+        return;
+    moveEditors();
+    if (!watch.gone())
+        Invalidate();
+}
+
+void ATableWnd::setOptions(int bits) { setOpt(bits, 1); }
+
+void ATableWnd::setOpt(int bits, int on)
+{
+    options_ = on ? options_ | bits : options_ & ~bits;
+    grid_.setHeaderRow(isOptSet(optHeaderRow));
+}
+
+void ATableWnd::SetCellHeight(int pixels)
+{
+    grid_.setRowHeight(pixels);
+    SetUpWindow();
+}
+
+int ATableWnd::getColumnsWidth() const
+{
+    return static_cast<int>(
+        std::min<std::int64_t>(grid_.columns().total(), std::numeric_limits<int>::max()));
+}
+
+void ATableWnd::setColumnPar(ATableColumn* columns, long count)
+{
+    const long most = std::numeric_limits<int>::max();
+    grid_.columns().set(columns, static_cast<int>(std::clamp(count, 0L, most)));
+    columnsChanged();
+}
+
+void ATableWnd::addColumn(ATableColumn& column)
+{
+    grid_.columns().add(column);
+    columnsChanged();
+}
+
+void ATableWnd::deleteColumn(int column)
+{
+    if (grid_.columns().remove(column))
+        columnsChanged();
+}
+
+void ATableWnd::columnsChanged()
+{
+    (void)ColumnToPixel();
+    moveEditors();
+    Invalidate();
+}
+
+void ATableWnd::ReConstruct(const ASelectRect& selection)
+{
+    selection_ = selection;
+    SetUpWindow();
+}
+
+int ATableWnd::Intersects(CRect a, CRect b)
+{
+    CRect both;
+    return both.IntersectRect(a, b);
+}
+
+int ATableWnd::Contains(CRect outer, CRect inner)
+{
+    return inner.left >= outer.left && inner.top >= outer.top && inner.right <= outer.right &&
+           inner.bottom <= outer.bottom;
+}
+
+CRect ATableWnd::client() const
+{
+    CRect rect;
+    GetClientRect(rect);
+    return rect;
+}
+
+// --- selection
+
+void ATableWnd::InvalidateSelect()
+{
+    InvalidateRect(grid_.rangeRect(selectedCells(selection_, grid_.extent()), client()));
+}
+
+void ATableWnd::repaintChange(const ASelectRect& previous)
+{
+    const CRect all = client();
+    const ChangedCells changed =
+        changedCells(previous, selection_, grid_.extent(), grid_.cellsIn(all));
+    for (int i = 0; i < changed.count; ++i)
+        InvalidateRect(grid_.rangeRect(changed.ranges[static_cast<std::size_t>(i)], all));
+}
+
+void ATableWnd::setSelectCell(ASelectRect& previous, int row, int column)
+{
+    if (grid_.extent().empty())
+        return;
+    const TableWatch watch(*this);
+    ASelectRect before = previous;  // may be the selection itself, or be changed by hooks
+    (void)showCell({row, column});  // a refused value keeps the cell out of view
+    if (watch.gone() || before == selection_)
+        return;
+    repaintChange(before);
+    ASelectRect now = selection_;
+    sendSelectionChange(now, before);
+}
+
+void ATableWnd::SetSelectOneCell(int row, int column)
+{
+    if (grid_.extent().empty())
+        return;
+    const TableCell cell = nearestCell({row, column}, grid_.extent());
+    ASelectRect previous = selection_;
+    selection_ = oneCell(cell);
+    setSelectCell(previous, cell.row, cell.column);
+}
+
+/// What the user selected: asks, and shows a cell of it. 0 when it is refused.
+int ATableWnd::takeSelection(const ASelectRect& next, TableCell show)
+{
+    ASelectRect previous = selection_;
+    if (!(next == selection_)) {
+        const TableWatch watch(*this);
+        const ASelectRect before = selection_;
+        selection_ = next;
+        const int taken = SelChanged(selection_, previous);
+        if (watch.gone())
+            return 0;
+        if (!taken)
+            return selection_ = before, 0;
+        previous = before;
+    }
+    const TableWatch watch(*this);
+    setSelectCell(previous, show.row, show.column);
+    return !watch.gone();
+}
+
+// --- what heirs say
+
+int ATableWnd::setCellStr(int, int, const CString& text) { return text.size() < 3; }
+CString ATableWnd::strCell(int, int) { return {}; }
+CString ATableWnd::hdrCellAsStr(int, int, void*) { return {}; }
+CString ATableWnd::cellAsStr(int, int, void*) { return {}; }
+void ATableWnd::changeCell(int, int) {}
+int ATableWnd::isEnableAutoEdit(int, int) { return 0; }
+int ATableWnd::SelChanged(ASelectRect&, ASelectRect&) { return 1; }
+void ATableWnd::sendSelectionChange(ASelectRect&, ASelectRect&) {}
+void ATableWnd::changeHeader(int, int) {}
+
+// The table takes these for a yes, and for nothing chosen, as long as no heir says otherwise; the
+// note tells it that nobody did.
+int ATableWnd::isEnableAutoComboBox(int, int) { return baseRan_ = 1, 0; }
+int ATableWnd::FillComboBox(CComboBox*, int, int) { return baseRan_ = 1, 0; }
+int ATableWnd::getFromComboBox(CComboBox*, int, int) { return baseRan_ = 1, 0; }
+
+}  // namespace pavane

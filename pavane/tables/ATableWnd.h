@@ -1,0 +1,305 @@
+#pragma once
+
+#include "pavane/containers/LifeWatch.h"
+#include "pavane/tables/grid/ASelectRect.h"
+#include "pavane/tables/grid/ATableColumn.h"
+#include "pavane/tables/grid/selection_moves.h"
+#include "pavane/tables/grid/table_options.h"
+#include "pavane/tables/grid/table_pages.h"
+#include "pavane/tables/grid/TableGrid.h"
+#include "pavane/tables/table_colors.h"
+#include "pavane/windows/ABWindow.h"
+#include "platform/image_list.h"
+
+#include <iosfwd>
+#include <memory>
+#include <vector>
+
+namespace pavane
+{
+
+class ATableCombo;
+class ATableEdit;
+class CComboBox;
+
+/// The window of a table. It holds no data: it knows how many rows there are, what the columns are
+/// like and what is selected, and asks its virtual members for the rest.
+///
+/// Rows and columns count from 1; row 0 is the header row, shown with optHeaderRow, column 0 the
+/// header column, which is always there and never scrolls. Numbers beyond the table are ignored.
+/// The owner sets columns and rows and calls SetUpWindow, or ReConstruct when the data changed.
+///
+/// Any of the virtual members may change rows, columns or the selection, close the editor, show a
+/// message or destroy the window.
+class PAVANE_API ATableWnd : public ABWindow
+{
+public:
+    ATableWnd();
+    ~ATableWnd() override;
+
+    /// Data rows, cut to 0 to 2^31 - 1. The layout stays until SetUpWindow.
+    void setRows(long rows);
+    long rows() const { return grid_.rows(); }
+    /// Number of the last column, the header column being 0; -1 without columns.
+    int columns() const { return grid_.columns().last(); }
+    /// Sets option bits (TableOption); never clears one.
+    void setOptions(int bits);
+    ASelectRect& getSelectRect() { return selection_; }
+    /// Takes the selection over and repaints nothing.
+    void SetSelectRect(ASelectRect& selection) { selection_ = selection; }
+    /// Deliberate: stores a row height and lays out, which computes the height again from the unit;
+    /// heirs that lay out themselves see the stored one.
+    void SetCellHeight(int pixels);
+    int GetCellHeight() const { return grid_.rowHeight(); }
+    /// Row height in eighths of the height of a character; below 0 a row takes the whole height.
+    void SetCellHeaderUnit(int unit) { rowUnit_ = unit; }
+    /// Style of the scroll bars, FSB_...; the desktop draws them in its own.
+    void SetScrollMode(int mode) { scrollMode_ = mode; }
+    int GetScrollMode() const { return scrollMode_; }
+    /// Turns widths in characters into pixels, each once. Height of a character of the font; 0, and
+    /// nothing turned, without a window.
+    int ColumnToPixel();
+    /// Width of all columns.
+    int getColumnsWidth() const;
+    /// Takes copies of `count` columns, header column first, in place of those there were.
+    void setColumnPar(ATableColumn* columns, long count);
+    /// Lays out after the data changed and takes the selection over.
+    void ReConstruct(const ASelectRect& selection);
+    /// Repaints the selected cells.
+    void InvalidateSelect();
+    /// Shows the cell; then, unless the selection is still `previous`, repaints the change and
+    /// tells sendSelectionChange.
+    void setSelectCell(ASelectRect& previous, int row, int column);
+    /// Selects the nearest data cell alone and shows it. SelChanged is not asked.
+    void SetSelectOneCell(int row, int column);
+
+    int GetPages(CDC& dc) override;
+    CString GetSubscript() override;
+    int GetMenuID() override;
+    void amMenuParse(CMenu* popup) override;
+    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
+    /// Draws the rows of a page (from 1), with the headers, as tall as the rows of GetPages fill
+    /// the rectangle.
+    void PrintWindow(CDC& dc, CRect& rect, int page) override;
+    const char* GetWndClassName() override;
+    int GetClassParms(WNDCLASSA& wc) override;
+    void SetUpWindow() override;
+
+    // What heirs say of their data; in this order, new ones go to the end. `context` is null.
+    /// Stores an edited text; 0 refuses it. The base takes texts of fewer than 3 characters.
+    virtual int setCellStr(int row, int column, const CString& text);
+    /// The text that is put into the editor.
+    virtual CString strCell(int row, int column);
+    virtual CString hdrCellAsStr(int row, int column, void* context);
+    virtual CString cellAsStr(int row, int column, void* context);
+    /// Puts the text of the selected cells, or of all, on the clipboard; 0 when it refuses.
+    virtual int CopyToClipboardAsText(int selectionOnly);
+    /// Writes it to a stream; 0 when that fails in the middle.
+    virtual int CopyAsTextInStream(std::ostream& stream, int selectionOnly);
+    /// The user activated a data cell that has no editor.
+    virtual void changeCell(int row, int column);
+    /// Whether the cell can be edited now.
+    virtual int isEnableAutoEdit(int row, int column);
+    /// Whether its list can be opened now. The base answers 0 but counts as yes for the table.
+    virtual int isEnableAutoComboBox(int row, int column);
+    /// Draw a cell. The rectangle leaves out the lines at the right and bottom edge; heirs call the
+    /// base and draw the text. `state`: 1 has the focus, 2 selected.
+    virtual void drawHeaderCell(CDC& dc, CRect& rect, int row, int column);
+    virtual void drawCell(CDC& dc, CRect& rect, int row, int column, int state);
+    /// Asked before the user's selection takes effect; 0 brings the previous one back.
+    virtual int SelChanged(ASelectRect& next, ASelectRect& previous);
+    /// Told of every change.
+    virtual void sendSelectionChange(ASelectRect& next, ASelectRect& previous);
+    /// The user activated a header cell.
+    virtual void changeHeader(int row, int column);
+    virtual COLORREF GetCellBkColor(int row, int column, int state);
+    /// Where no cells are.
+    virtual COLORREF GetWindowBkColor();
+    /// Fills the list of a cell; the index to choose at first.
+    virtual int FillComboBox(CComboBox* list, int row, int column);
+    /// Takes the choice over; 0 refuses it. The base answers 0 but counts as yes for the table.
+    virtual int getFromComboBox(CComboBox* list, int row, int column);
+    // Keys: how often, and whether Shift is held.
+    virtual void kbUp(int count, int shift);
+    virtual void kbDown(int count, int shift);
+    virtual void kbLeft(int count, int shift);
+    virtual void kbRight(int count, int shift);
+    virtual void kbPgUp(int count, int shift);
+    virtual void kbPgDown(int count, int shift);
+    virtual void kbPgLeft(int count, int shift);
+    virtual void kbPgRight(int count, int shift);
+    /// To the next cell row by row, and back.
+    virtual void kbNext(int count, int shift);
+    virtual void kbPrev(int count, int shift);
+    virtual void kbCtrlHome(int count, int shift);
+    virtual void kbCtrlEnd(int count, int shift);
+    virtual void kbEnd(int count, int shift);
+    virtual void kbHome(int count, int shift);
+    virtual void kbEnter(int count, int shift);
+    virtual void kbTab(int count, int shift);
+
+protected:
+    void addColumn(ATableColumn& column);
+    void deleteColumn(int column);
+    /// Range of a bar for the greatest first row or column.
+    void SetVScrlRange(int lastFirstRow);
+    void SetHScrlRange(int lastFirstColumn);
+    /// Between the first row or column and the place of its bar, which has 16 bits.
+    int VPosTo(int thumb) const;
+    int ToVPos(int row) const;
+    int HPosTo(int thumb) const;
+    int ToHPos(int column) const;
+    void setOpt(int bits, int on);
+    /// Non-zero when every bit is set.
+    int isOptSet(int bits) const { return (options_ & bits) == bits; }
+    static int Intersects(CRect a, CRect b);
+    /// Non-zero when `inner` lies in `outer`.
+    static int Contains(CRect outer, CRect inner);
+    /// Client rectangle of a cell, empty when it is not there.
+    CRect cellRect(int row, int column) const { return grid_.cellRect(row, column); }
+    int hasFocus() const { return GetFocus() == this; }
+    const TableGrid& grid() const { return grid_; }
+    /// Draws the text of a cell in its rectangle, in the colour that the dc has, with "..." where
+    /// it does not fit; `right` non-zero puts it at the right. Leaves room for the mark of cells
+    /// that can be edited.
+    void drawCellText(CDC& dc, const CRect& rect, int row, int column, const CString& text,
+                      int right = 0);
+
+    // Editors. Results: non-zero when there is none any more; 0 when the value was refused.
+    int hideEdit();
+    int hideCombo();
+    int hideEditors() { return hideEdit() && hideCombo(); }
+    /// Open an editor on a cell; non-zero when there is one.
+    int showEdit(int row, int column);
+    int showCombo(int row, int column);
+    int showAuto(int row, int column);
+
+    // Scrolling stores what is being edited first; 0 when that is refused.
+    int tableScrollUp();
+    int tableScrollDown();
+    int tableScrollLeft();
+    int tableScrollRight();
+    int tableScrollPgUp();
+    int tableScrollPgDown();
+    int tableScrollPgLeft();
+    int tableScrollPgRight();
+    int tableVScrollTrack(int thumb);
+    int tableHScrollTrack(int thumb);
+
+    int OnCreate(CREATESTRUCT& cs) override;
+    void OnDestroy() override;
+    void OnSize(unsigned type, int cx, int cy) override;
+    void OnSetFocus(CWnd* old) override;
+    void OnKillFocus(CWnd* next) override;
+    void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
+    void OnChar(unsigned character, unsigned repeat, unsigned flags) override;
+    void OnLButtonDown(unsigned flags, CPoint point) override;
+    void OnLButtonUp(unsigned flags, CPoint point) override;
+    void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    void OnRButtonDown(unsigned flags, CPoint point) override;
+    void OnMouseMove(unsigned flags, CPoint point) override;
+    void OnCaptureChanged(CWnd* next) override;
+    void OnTimer(unsigned id) override;
+    int OnMouseWheel(unsigned flags, int delta, CPoint screen) override;
+    int OnMouseHWheel(unsigned flags, int delta, CPoint screen) override;
+    void OnVScroll(unsigned code, unsigned position) override;
+    void OnHScroll(unsigned code, unsigned position) override;
+    void OnContextMenu(CWnd* window, CPoint screen) override;
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+    /// The list of a cell lost the focus.
+    void OnHideCombo();
+    void OnCopyClbrAll();
+    void OnCopyClbrSel();
+    void OnCopyInFileAll();
+    void OnCopyInFileSel();
+
+private:
+    friend class ATableEdit;
+    friend class ATableCombo;
+    friend class TableWatch;
+    class TextsOfTable;
+
+    CRect client() const;
+    CFont& tableFont();
+    CRect areaWithoutBars() const;
+    int layOutOnce(const CRect& area);
+    void columnsChanged();
+
+    int scrollTo(std::int64_t row, std::int64_t column);
+    int scrollRows(std::int64_t rows)
+    {
+        return scrollTo(grid_.firstRow() + rows, grid_.firstColumn());
+    }
+    int scrollColumns(std::int64_t columns)
+    {
+        return scrollTo(grid_.firstRow(), grid_.firstColumn() + columns);
+    }
+    void setThumbs();
+    int showCell(TableCell cell);
+
+    int takeSelection(const ASelectRect& next, TableCell show);
+    void repaintChange(const ASelectRect& previous);
+    void moveFocus(TableMove move, int count, int shift);
+    void goToNextEditor(int back);
+    void dragTo(CPoint point, int scroll);
+    void endDrag();
+
+    void drawCells(CDC& dc, const CRect& area);
+    void fillGround(CDC& dc, const CRect& area, COLORREF ground);
+    void learnFilling(CDC& dc, const CRect& cell, int row, int column, int state);
+    void drawOne(CDC& dc, const CRect& cell, int row, int column, int state);
+    void measureForPaper();
+    void drawLines(CDC& dc, const CRect& rect, int row);
+    void drawGlyph(CDC& dc, const CRect& rect, int row, int column);
+    const TableColors& colors();
+
+    int isComboEnabled(int row, int column);
+    int canEdit(int row, int column);
+    void closeEditor(std::unique_ptr<CWnd> editor);
+    void dropEditors();
+    void endOpening();
+    void forgetClosed();
+    void moveEditors();
+    void editorLostFocus();
+    void keyFromEditor(unsigned key, unsigned repeat);
+
+    void saveText(int selectionOnly);
+
+    LifeToken life_;
+    TableGrid grid_;
+    ASelectRect selection_;
+    int options_ = 0;
+    int rowUnit_ = 10;
+    int scrollMode_ = 0;
+    CImageList glyphs_;
+    CFont font_;
+    int hasFont_ = 0;
+    TableColors colors_;
+    int painting_ = 0;
+    int printing_ = 0;
+    int cellsFill_ = 0;      ///< all cells so far filled themselves; below 0, one did not
+    int cellFilled_ = 0;     ///< the last one did
+    int cellsOnGround_ = 0;  ///< the ground was painted under the cells too
+    int lineWidth_ = 1;      ///< of edges; paper has more units than a screen
+    TablePages pages_;
+    int pagesKnown_ = 0;
+    int layingOut_ = 0;
+    int baseRan_ = 0;        ///< a hook of the base itself ran
+    int opening_ = 0;        ///< an editor is being made
+    CRect skipped_;          ///< what was to be painted meanwhile
+    int storing_ = 0;        ///< an editor is handing its value over
+    int closing_ = 0;        ///< the window goes: a refused value is dropped
+    int keyFromEditor_ = 0;  ///< the key that is being handled was pressed in an editor
+    std::unique_ptr<ATableEdit> edit_;
+    std::unique_ptr<ATableCombo> combo_;
+    std::vector<std::unique_ptr<CWnd>> closed_;  ///< editors that may be on the stack still
+};
+
+/// Rows that a notch of the wheel scrolls a table by, in all tables; 1 at first, at least 1.
+PAVANE_API void SetTableWheelRows(int rows);
+PAVANE_API int GetTableWheelRows();
+/// Whether the wheel scrolls columns while Shift is held; 0 at first.
+PAVANE_API void SetTableShiftWheel(int on);
+PAVANE_API int GetTableShiftWheel();
+
+}  // namespace pavane
