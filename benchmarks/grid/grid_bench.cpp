@@ -1,11 +1,13 @@
 // A window full of numbers: what the platform's drawing costs a table, beside the toolkit's table.
 #include "benchmarks/peers/table_view.h"
+#include "pavane/tables/ATableWnd.h"
 #include "platform/CWnd.h"
 #include "platform/platform.h"
 #include "platform/window_dc.h"
 
 #include <benchmark/benchmark.h>
 #include <charconv>
+#include <vector>
 
 namespace
 {
@@ -91,6 +93,73 @@ private:
     int first_ = 0;
 };
 
+/// The library's table of the same numbers, of so many rows.
+template <long rowCount>
+class NumberTable : public ATableWnd
+{
+public:
+    NumberTable()
+    {
+        std::vector<ATableColumn> columns(tableColumns + 1, {columnWidth, 0});
+        setColumnPar(columns.data(), static_cast<long>(columns.size()));
+        setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect);
+        setRows(rowCount);
+        SetCellHeaderUnit(19);  // rows of 30 pixels
+        Create("", "grid", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_VSCROLL | WS_HSCROLL,
+               CRect(0, 0, windowWidth, windowHeight), nullptr, 0);
+        SetFocus();
+        if (rowCount > tableRows)
+            SetSelectOneCell(rowCount, 1);
+        UpdateWindow();
+    }
+    void showRow(int row)
+    {
+        SetSelectOneCell(row + 1, 1);
+        Invalidate();
+        UpdateWindow();
+    }
+    void repaint()
+    {
+        Invalidate();
+        UpdateWindow();
+    }
+    /// Down and up in turn, so that it never ends.
+    void scroll(int)
+    {
+        (void)((down_ = !down_) ? tableScrollUp() : tableScrollDown());
+        UpdateWindow();
+    }
+    /// Shift+Down and back with everything selected.
+    void extendAll()
+    {
+        const int last = static_cast<int>(rows());
+        ASelectRect all{(down_ = !down_) ? last : last - 1, tableColumns, 1, 1};
+        ASelectRect before = getSelectRect();
+        SetSelectRect(all);
+        setSelectCell(before, all.anchorRow, all.anchorColumn);
+        UpdateWindow();
+    }
+    CString cellAsStr(int row, int column, void*) override
+    {
+        return textOf(gridNumber(row - 1, column - 1));
+    }
+    void drawHeaderCell(CDC& dc, CRect& rect, int row, int column) override
+    {
+        ATableWnd::drawHeaderCell(dc, rect, row, column);
+        drawCellText(dc, rect, row, column, std::to_string(row ? row : column), 1);
+    }
+    void drawCell(CDC& dc, CRect& rect, int row, int column, int state) override
+    {
+        ATableWnd::drawCell(dc, rect, row, column, state);
+        drawCellText(dc, rect, row, column, cellAsStr(row, column, nullptr), 1);
+    }
+
+private:
+    bool down_ = false;
+};
+using MillionRows = NumberTable<tableRows>;
+using MostRows = NumberTable<0x7FFFFFFF>;
+
 /// The toolkit's table by the same names.
 struct PeerWindow : TableViewWindow {
     PeerWindow() : TableViewWindow(tableRows, tableColumns, windowWidth, windowHeight) {}
@@ -100,6 +169,8 @@ struct PeerWindow : TableViewWindow {
 
 void repaint(GridWindow& window) { window.showRow(0); }
 void repaint(PeerWindow& window) { window.repaint(); }
+void repaint(MillionRows& window) { window.repaint(); }
+void repaint(MostRows& window) { window.repaint(); }
 
 template <class Window>
 void repaintAll(benchmark::State& state)
@@ -124,6 +195,14 @@ void scrollRow(benchmark::State& state)
     Window window;
     for (auto _ : state)
         window.scroll(1);
+}
+
+template <class Window>
+void extendAll(benchmark::State& state)
+{
+    Window window;
+    for (auto _ : state)
+        window.extendAll();
 }
 
 void drawTexts(benchmark::State& state)
@@ -160,7 +239,12 @@ int main(int argc, char** argv)
     if (!InitPlatform(argc, argv, PlatformUse::windows))
         return 1;
     registerAll<GridWindow>("platform");
+    registerAll<MillionRows>("pavane");
+    registerAll<MostRows>("pavane_2^31_rows");
     registerAll<PeerWindow>("QTableView");
+    const auto us = benchmark::kMicrosecond;
+    benchmark::RegisterBenchmark("grid/extend_all/pavane", extendAll<MillionRows>)->Unit(us);
+    benchmark::RegisterBenchmark("grid/extend_all/pavane_2^31_rows", extendAll<MostRows>)->Unit(us);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     ShutdownPlatform();
