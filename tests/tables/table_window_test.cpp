@@ -205,6 +205,42 @@ TEST(TableEditing, ListsAreFilledChosenAndRefused)
     EXPECT_FALSE(plain.list());
 }
 
+TEST(TableEditing, TabGoesFromFieldToFieldInADialogAndOutOfItElse)
+{
+    static constexpr DlgItem items[] = {
+        {ControlKind::pushButton, 1, "A", 10, 40, 30, 14, WS_TABSTOP},
+        {ControlKind::placeholder, 77, "", 0, 0, 120, 40, WS_TABSTOP | WS_HSCROLL | WS_VSCROLL}};
+    static constexpr DlgTemplate form{900, "Form", 130, 60, items, 2};
+    CDialog dialog(form);
+    ASSERT_TRUE(dialog.CreateModeless());
+    struct Fields : ShownTable {
+        int isEnableAutoEdit(int row, int) override { return row != 2; }
+    } table;
+    std::vector<ATableColumn> columns = threeColumns;
+    table.setColumnPar(columns.data(), 4);
+    table.setRows(3);
+    ASSERT_TRUE(table.UpDateControl("", &dialog, 77, WS_TABSTOP | WS_HSCROLL | WS_VSCROLL));
+    dialog.ShowWindow(SW_SHOW);
+    table.SetFocus();
+    ASSERT_TRUE(table.showAuto(1, 1));
+    send(table.field(), VK_TAB);  // column 2 is a list; row 2 cannot be edited
+    ASSERT_TRUE(table.list());
+    EXPECT_EQ(table.selection(), "1,2-1,2");
+    send(table.list(), VK_TAB);
+    SetKeyStateOverride(static_cast<int>(MK_SHIFT));
+    ASSERT_TRUE(table.list());
+    EXPECT_EQ(table.selection(), "2,2-2,2");
+    send(table.list(), VK_TAB);
+    SetKeyStateOverride(-1);
+    EXPECT_EQ(table.selection(), "1,2-1,2");
+    ASSERT_TRUE(table.list());
+    send(table.list(), VK_ESCAPE);
+    table.take();
+    send(&table, VK_TAB);
+    EXPECT_EQ(table.take(), "");
+    EXPECT_NE(CWnd::GetFocus(), &table);
+}
+
 TEST(TablePointer, DoubleClicksActivate)
 {
     ShownTable table;
@@ -248,6 +284,11 @@ TEST(TablePointer, DragsExtendByMovesAndEndWithTheCapture)
     EXPECT_EQ(table.selection(), "2,1-4,2");
     table.press({table.at(4, 2).x, 9999}, MK_LBUTTON, WM_MOUSEMOVE);
     EXPECT_EQ(table.grid().firstRow(), 1);  // scrolling is the timer's
+    CPoint below(table.at(4, 2).x, 9999);
+    table.ClientToScreen(below);
+    SetCursorPos(below);
+    table.SendMessage(WM_TIMER, 11);
+    EXPECT_EQ(table.grid().firstRow(), 2);
     table.SendMessage(WM_CAPTURECHANGED);
     EXPECT_FALSE(table.isOptSet(optButtonDown));
     table.take();
