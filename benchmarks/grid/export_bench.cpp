@@ -1,0 +1,70 @@
+// A table of a million rows of ten numbers as text in a file, beside fmt.
+#include "benchmarks/peers/fmt_lines.h"
+#include "pavane/tables/ATableWnd.h"
+#include "tessel/value_text.h"
+
+#include <benchmark/benchmark.h>
+#include <cmath>
+#include <fstream>
+#include <vector>
+
+namespace
+{
+
+using namespace pavane;
+
+constexpr int rowCount = 1000000;
+constexpr int columnCount = 10;
+constexpr const char* file = "/tmp/pavane_export_bench.txt";
+
+const std::vector<double>& numbers()
+{
+    static const std::vector<double> cells = [] {
+        std::vector<double> all;
+        for (int i = 0; i < rowCount * columnCount; ++i)
+            all.push_back(1e3 * std::sin(0.001 * i));
+        return all;
+    }();
+    return cells;
+}
+
+class Numbers : public ATableWnd
+{
+public:
+    Numbers()
+    {
+        std::vector<ATableColumn> columns(columnCount + 1, {60, 0});
+        setColumnPar(columns.data(), columnCount + 1);
+        setRows(rowCount);
+    }
+    CString hdrCellAsStr(int row, int, void*) override { return std::to_string(row); }
+    CString cellAsStr(int row, int column, void*) override
+    {
+        const std::size_t at = static_cast<std::size_t>(row - 1) * columnCount;
+        return valToStr(numbers()[at + static_cast<std::size_t>(column) - 1]);
+    }
+};
+
+void exportTable(benchmark::State& state)
+{
+    Numbers table;
+    (void)numbers();
+    for (auto _ : state) {
+        std::ofstream stream(file, std::ios::binary);
+        (void)table.CopyAsTextInStream(stream, 0);
+    }
+}
+
+void exportWithFmt(benchmark::State& state)
+{
+    (void)numbers();
+    for (auto _ : state)
+        writeWithFmt(numbers(), columnCount, file);
+}
+
+}  // namespace
+
+BENCHMARK(exportTable)->Name("table_text/1e6x10/pavane")->Unit(benchmark::kMillisecond);
+BENCHMARK(exportWithFmt)->Name("table_text/1e6x10/fmt")->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();
