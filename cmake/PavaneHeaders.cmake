@@ -204,11 +204,13 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/areas/ActiveItems.h
     pavane/trackers/areas/AreaItems.h
     pavane/trackers/areas/tracker_style.h
+    pavane/trackers/collections/EditedAreas.h
+    pavane/trackers/collections/PressOptions.h
     pavane/trackers/collections/TrackerArrayOf.h
+    pavane/trackers/collections/ZoomSteps.h
     pavane/trackers/planes.h
     pavane/trackers/PolygonTrackerOf.h
     pavane/trackers/RectTrackerOf.h
-    pavane/trackers/shapes/BoxIndex.h
     pavane/trackers/shapes/key_steps.h
     pavane/trackers/shapes/rect_handles.h
     pavane/trackers/shapes/turned_rect.h

@@ -2,7 +2,7 @@
 
 #include "pavane/resources/plot_commands.h"
 #include "pavane/trackers/areas/StepLabel.h"
-#include "pavane/trackers/shapes/shape_handles.h"
+#include "pavane/trackers/collections/collection_parts.h"
 #include "platform/controls.h"
 
 #include <algorithm>
@@ -14,74 +14,72 @@ namespace pavane
 namespace
 {
 
-/// Zoom steps that the history makes room for at once.
-constexpr int historyGrowth = 256;
+using Shows = HandResult::Shows;
+using Step = TrackerEdits::Step;
+
+void enableButton(CWnd* bar, unsigned id, int on)
+{
+    if (bar)
+        (void)bar->SendMessage(TB_ENABLEBUTTON, id, on);
+}
+
+void enableAreaCommands(CWnd* bar, int on)
+{
+    enableButton(bar, ID_TRACK_DELETE, on);
+    enableButton(bar, ID_TRACK_COPY, on);
+}
+
+/// The lines of the list are numbers only, so that any change of the areas adds or takes lines at
+/// its end.
+void fillList(CComboBox* list, int areas)
+{
+    if (!list)
+        return;
+    for (int n = list->GetCount(); n > areas; --n)
+        (void)list->DeleteString(n - 1);
+    for (int n = list->GetCount(); n < areas; ++n)
+        (void)list->AddString("Area " + std::to_string(n + 1));
+}
+
+void enableZoomBack(CWnd* bar, const AArray<TMinMax>& history)
+{
+    enableButton(bar, ID_ZOOM_MINUS, history.count() > 0);
+}
+
+/// The current area in list and toolbar.
+void showCurrent(const TrackerEdits& edits, CComboBox* list, CWnd* bar)
+{
+    const AreaEdits& areas = edits.areas();
+    const int on = edits.activeTracker() != nullptr;
+    if (list)
+        (void)list->SetCurSel(on ? areas.current() : -1);
+    enableAreaCommands(bar, on || edits.open() || areas.selectionCount() > 0);
+}
 
 }  // namespace
 
-TrackerCollection::TrackerCollection() : zoomHistory_(0, 0, historyGrowth) {}
+TrackerCollection::TrackerCollection() : parts_(std::make_unique<Parts>(*this))
+{
+    areas_ = &parts_->areas;
+}
 
-TrackerCollection::~TrackerCollection() { delete drawn_; }
+TrackerCollection::~TrackerCollection() = default;
 
 int TrackerCollection::IndexOf(const ATracker* tracker) const
 {
-    if (!tracker)
-        return -1;
-    if (tracker == dragged_ && trackerAt(draggedItem_) == tracker)
-        return draggedItem_;
-    for (int i = 0; i < trackerCount(); ++i)
-        if (trackerAt(i) == tracker)
-            return i;
-    return -1;
-}
-
-void TrackerCollection::SetItemActive(int i, int on) { edits_.setActive(i, on); }
-
-int TrackerCollection::GetZoomScaleNo() const
-{
-    const auto at = std::find(std::begin(zoomFactors), std::end(zoomFactors), zoomScale_);
-    return at == std::end(zoomFactors) ? 0 : static_cast<int>(at - std::begin(zoomFactors));
+    return parts_->drag.indexOf(tracker);
 }
 
 void TrackerCollection::SaveRange(CWnd* window, const TMinMax& range)
 {
     (void)zoomHistory_.Add(range);
-    enableZoomBack(window);
+    enableZoomBack(GetToolBar(window), zoomHistory_);
 }
 
 void TrackerCollection::ForgetRanges(CWnd* window)
 {
     zoomHistory_.Free();
-    enableZoomBack(window);
-}
-
-void TrackerCollection::BeginMode(CWnd* window, int mode)
-{
-    const int dropped = workingTracker() != nullptr;
-    {
-        const Step step(edits_, dropped ? StepLabel("Dropping", -1).text() : nullptr);
-        if (dropped)
-            changeWorking(nullptr);
-        setMode(mode);
-    }
-    hovering_ = 0;
-    if (dropped)
-        changed(window);
-}
-
-void TrackerCollection::EndMode(CWnd* window, int mode)
-{
-    CWnd* const bar = GetToolBar(window);
-    if (mode == toolZoomOut) {
-        if (bar && zoomHistory_.count() == 0)
-            (void)bar->SendMessage(TB_ENABLEBUTTON, ID_ZOOM_MINUS, 0);
-    } else if (bar) {
-        (void)bar->SendMessage(TB_CHECKBUTTON, ID_TRACK_ARROW, 1);
-        if (mode == toolZoomIn && zoomHistory_.count() > 0)
-            (void)bar->SendMessage(TB_ENABLEBUTTON, ID_ZOOM_MINUS, 1);
-    }
-    setMode(toolArrow);
-    hovering_ = 0;
+    enableZoomBack(GetToolBar(window), zoomHistory_);
 }
 
 void TrackerCollection::ZoomBack(CWnd* window)
@@ -95,31 +93,101 @@ void TrackerCollection::ZoomBack(CWnd* window)
         return;
     if (zoomHistory_.count() > 0)
         (void)zoomHistory_.DeleteItems(zoomHistory_.count() - 1, 1);
-    enableZoomBack(window);
+    enableZoomBack(GetToolBar(window), zoomHistory_);
     ChangeTrackState(window);
 }
 
-void TrackerCollection::ChangeActiveTrack(CWnd* window, int i)
+int TrackerCollection::mode() const { return parts_->items.tool(); }
+
+int TrackerCollection::OnLButtonDown(CWnd* window, unsigned flags, CPoint p)
 {
-    if (!trackerAt(i))
-        return;
-    makeCurrent(i);
-    changed(window);
+    AreaHand& hand = parts_->hand;
+    if (!takesPress(p) || parts_->drag.isBusy())
+        return 0;
+    const LifeWatch self(life_);
+    const HWND handle = window ? window->GetSafeHwnd() : 0;
+    AreaPress press = hand.choose(window, flags, p);
+    if (press.chosen)
+        changed(window);
+    if (press.mayDrag() && (!self.alive() || CWnd::FromHandle(handle) != window))
+        return 1;
+    hand.open(press, p);
+    if (press.opened)
+        enableAreaCommands(GetToolBar(window), 1);
+    const HandResult result = hand.press(window, p, press);
+    if (result.gone)
+        return result.used;
+    return tell(handle && CWnd::FromHandle(handle) != window ? nullptr : window, result);
 }
 
-void TrackerCollection::FillAreasCB(CWnd* owner)
+int TrackerCollection::OnLButtonDblClk(CWnd* window, unsigned flags, CPoint p)
 {
-    CComboBox* const list = GetComboBox(owner);
-    if (list) {
-        list->ResetContent();
-        (void)list->SetCurSel(-1);
+    (void)flags;
+    if (!takesPress(p) || parts_->drag.isBusy())
+        return 0;
+    return tell(window, parts_->hand.doubleClick(window, p));
+}
+
+int TrackerCollection::OnMouseMove(CWnd* window, unsigned flags, CPoint p)
+{
+    (void)flags;
+    return window && parts_->hand.hover(*window, p);
+}
+
+int TrackerCollection::OnSetCursor(CWnd* window, unsigned hitArea, unsigned message)
+{
+    (void)message;
+    if (!window || hitArea != HTCLIENT)
+        return 0;
+    CPoint p = GetCursorPos();
+    window->ScreenToClient(p);
+    return takesPress(p) && parts_->hand.chooseCursor(window, hitArea);
+}
+
+void TrackerCollection::trackerChanging(ATracker& tracker)
+{
+    parts_->drag.changed(tracker);
+    OnChanging(tracker);
+}
+
+int TrackerCollection::trackerBounds(const ATracker& tracker, CRect& bounds)
+{
+    return parts_->drag.bounds(tracker, bounds);
+}
+
+void TrackerCollection::trackerDragEnded(ATracker& tracker, DragEnd end)
+{
+    parts_->drag.ended(tracker, end);
+}
+
+DragEnd TrackerCollection::lastDragEnd() const { return parts_->drag.lastEnd(); }
+ATracker* TrackerCollection::drawnTracker() const { return parts_->drag.drawn(); }
+void TrackerCollection::endDrag() { parts_->drag.giveUp(); }
+
+void TrackerCollection::BeginMode(CWnd* window, int mode)
+{
+    const int dropped = workingTracker() != nullptr;
+    {
+        const Step step(*areas_, dropped ? StepLabel("Dropping", -1).text() : nullptr);
+        if (dropped)
+            parts_->edits.changeOpen(nullptr);
+        parts_->edits.setTool(mode);
     }
-    enableAreaCommands(owner, 0);
-    fillList(owner);
-    for (int i = 0; i < trackerCount(); ++i)
-        if (trackerAt(i)->IsActive())
-            edits_.setCurrent(i);
-    showCurrent(owner);
+    parts_->eye.endHover();
+    if (dropped)
+        changed(window);
+}
+
+void TrackerCollection::EndMode(CWnd* window, int mode)
+{
+    CWnd* const bar = GetToolBar(window);
+    const int canGoBack = zoomHistory_.count() > 0;
+    if (mode != toolZoomOut && bar)
+        (void)bar->SendMessage(TB_CHECKBUTTON, ID_TRACK_ARROW, 1);
+    if ((mode == toolZoomOut && !canGoBack) || (mode == toolZoomIn && canGoBack))
+        enableButton(bar, ID_ZOOM_MINUS, canGoBack);
+    parts_->edits.setTool(toolArrow);
+    parts_->eye.endHover();
 }
 
 void TrackerCollection::EndWorking()
@@ -128,37 +196,17 @@ void TrackerCollection::EndWorking()
     int told = workingTracker() != nullptr;
     endDrag();
     {
-        const Step step(edits_, StepLabel("Dropping", -1).text());
-        changeWorking(nullptr);
+        const Step step(*areas_, StepLabel("Dropping", -1).text());
+        parts_->edits.changeOpen(nullptr);
     }
     zoomHistory_.Free();
-    hovering_ = 0;
+    parts_->eye.endHover();
     for (int i = 0; i < count; ++i) {
         told = told || trackerAt(i)->IsActive();
         SetItemActive(i, 0);
     }
     if (told)
         tellOfEdit();
-}
-
-CComboBox* TrackerCollection::GetComboBox(CWnd* window)
-{
-    (void)window;
-    return nullptr;
-}
-
-CWnd* TrackerCollection::GetToolBar(CWnd* window)
-{
-    (void)window;
-    return nullptr;
-}
-
-void TrackerCollection::ChangeTrackState(CWnd* window)
-{
-    if (!window)
-        return;
-    window->Invalidate();
-    window->UpdateWindow();
 }
 
 void TrackerCollection::SetDeadZone(int pixels)
@@ -181,11 +229,39 @@ void TrackerCollection::SetCatch(int vertex, int edge)
     ForgetBoxes();
 }
 
-void TrackerCollection::adopt(ATracker& tracker)
+int TrackerCollection::TopmostAt(CPoint p, CWnd* window)
 {
-    tracker.SetListener(this);
-    tracker.SetDeadZone(deadZone_);
-    tracker.SetCatch(vertexCatch_, edgeCatch_);
+    return parts_->eye.topmostAt(p, window);
+}
+
+void TrackerCollection::ForgetBoxes() { parts_->eye.forget(); }
+
+void TrackerCollection::Draw(CDC* dc, CWnd* window)
+{
+    const AreaDrag& drag = parts_->drag;
+    if (dc)
+        parts_->eye.draw(*dc, window, mode(),
+                         {*areas_, parts_->focus, drag.drawn(), drag.isOn(), drag.isCrowd()});
+}
+
+CComboBox* TrackerCollection::GetComboBox(CWnd* window)
+{
+    (void)window;
+    return nullptr;
+}
+
+CWnd* TrackerCollection::GetToolBar(CWnd* window)
+{
+    (void)window;
+    return nullptr;
+}
+
+void TrackerCollection::ChangeTrackState(CWnd* window)
+{
+    if (!window)
+        return;
+    window->Invalidate();
+    window->UpdateWindow();
 }
 
 void TrackerCollection::rescale(ATracker& tracker, int fromMapping, int toMapping)
@@ -193,85 +269,68 @@ void TrackerCollection::rescale(ATracker& tracker, int fromMapping, int toMappin
     (void)tracker, (void)fromMapping, (void)toMapping;
 }
 
-void TrackerCollection::enableAreaCommands(CWnd* window, int on)
+void TrackerCollection::FillAreasCB(CWnd* owner)
 {
-    CWnd* const bar = GetToolBar(window);
-    if (!bar)
-        return;
-    (void)bar->SendMessage(TB_ENABLEBUTTON, ID_TRACK_DELETE, on);
-    (void)bar->SendMessage(TB_ENABLEBUTTON, ID_TRACK_COPY, on);
+    CComboBox* const list = GetComboBox(owner);
+    if (list) {
+        list->ResetContent();
+        (void)list->SetCurSel(-1);
+    }
+    enableAreaCommands(GetToolBar(owner), 0);
+    fillList(list, trackerCount());
+    for (int i = 0; i < trackerCount(); ++i)
+        if (trackerAt(i)->IsActive())
+            SetCurItemNo(i);
+    showCurrent(parts_->edits, list, GetToolBar(owner));
 }
 
-void TrackerCollection::enableZoomBack(CWnd* window)
+/// What a press or a key came to is told, once. The collection may be gone afterwards.
+int TrackerCollection::tell(CWnd* window, const HandResult& result)
 {
-    if (CWnd* const bar = GetToolBar(window))
-        (void)bar->SendMessage(TB_ENABLEBUTTON, ID_ZOOM_MINUS, zoomHistory_.count() > 0);
+    const LifeWatch self(life_);
+    if (result.zooms) {
+        TMinMax range = result.range;
+        (void)zoomHistory_.Add(shownRange());
+        SetNewMinMax(window, range);
+        if (self.alive())
+            enableZoomBack(GetToolBar(window), zoomHistory_);
+        return result.used;
+    }
+    if (result.doneTool >= 0)
+        EndMode(window, result.doneTool);
+    if (!self.alive())
+        return result.used;
+    if (result.shows == Shows::areas)
+        changed(window);
+    else if (result.shows == Shows::commands)
+        showCurrent(parts_->edits, GetComboBox(window), GetToolBar(window));
+    else if (result.shows == Shows::picture)
+        ChangeTrackState(window);
+    return result.used;
 }
 
-/// The lines of the list are numbers only, so that any change of the areas adds or takes lines at
-/// its end.
-void TrackerCollection::fillList(CWnd* window)
-{
-    CComboBox* const list = GetComboBox(window);
-    if (!list)
-        return;
-    for (int n = list->GetCount(); n > trackerCount(); --n)
-        (void)list->DeleteString(n - 1);
-    for (int n = list->GetCount(); n < trackerCount(); ++n)
-        (void)list->AddString("Area " + std::to_string(n + 1));
-}
-
-void TrackerCollection::showCurrent(CWnd* window)
-{
-    const ATracker* const current = trackerAt(edits_.current());
-    const int on = current && current->IsActive();
-    if (CComboBox* const list = GetComboBox(window))
-        (void)list->SetCurSel(on ? edits_.current() : -1);
-    enableAreaCommands(window, on || workingTracker() || edits_.selectionCount() > 0);
-}
-
-/// The tool that undo brought back is checked in the toolbar.
-void TrackerCollection::showTool(CWnd* window)
-{
-    CWnd* const bar = GetToolBar(window);
-    const PlotCommand* const command = commandOfTool(mode_);
-    if (bar && command)
-        (void)bar->SendMessage(TB_CHECKBUTTON, command->id, 1);
-}
-
-/// Makes tracker i current and active and the old one inactive; -1 leaves none.
-void TrackerCollection::makeCurrent(int i)
-{
-    if (edits_.current() != i && focusItem_ != i)  // keys go to the area that shows its handles
-        focusItem_ = focusHandle_ = -1;
-    edits_.makeCurrent(i);
-}
-
-/// The area with the focus may have become another shape, with fewer handles, or have gone.
-void TrackerCollection::fitFocus()
-{
-    ShapeValues shape;
-    if (focusItem_ < 0)
-        return;
-    if (!GetShape(focusItem_, shape))
-        focusItem_ = focusHandle_ = -1;
-    else
-        focusHandle_ = std::min(focusHandle_, handleCount(shape) - 1);
-}
-
-/// The end of every change: list, toolbar, window, host. The collection may be gone afterwards.
+/// The end of every change: list, toolbar, host, window. The collection may be gone afterwards.
 void TrackerCollection::changed(CWnd* window)
 {
-    fitFocus();
-    if (edits_.isInStep())
+    parts_->edits.fitFocus();
+    if (areas_->isInStep())
         return;  // the end of the step tells
     const LifeWatch self(life_);
     const HWND handle = window ? window->GetSafeHwnd() : 0;
-    fillList(window);
-    showCurrent(window);
+    CComboBox* const list = GetComboBox(window);
+    fillList(list, trackerCount());
+    showCurrent(parts_->edits, list, GetToolBar(window));
     OnChanged();
     if (self.alive() && (!handle || CWnd::FromHandle(handle) == window))
         ChangeTrackState(window);
+}
+
+/// Edits without a window: the host repaints what it shows. The collection may be gone afterwards.
+void TrackerCollection::tellOfEdit()
+{
+    parts_->edits.fitFocus();
+    if (!areas_->isInStep())
+        OnChanged();
 }
 
 }  // namespace pavane

@@ -2,22 +2,20 @@
 
 #include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/containers/AArray.h"
-#include "pavane/trackers/areas/AreaEdits.h"
 #include "pavane/trackers/ATracker.h"
+#include "pavane/trackers/collections/EditedAreas.h"
+#include "pavane/trackers/collections/PressOptions.h"
 #include "pavane/trackers/collections/tool_modes.h"
-#include "pavane/trackers/shapes/BoxIndex.h"
+#include "pavane/trackers/collections/ZoomSteps.h"
 #include "pavane/trackers/shapes/key_steps.h"
 #include "pavane/trackers/shapes/ShapeValues.h"
 #include "platform/api.h"
-#include "platform/cursors.h"
-#include "platform/messages.h"
 #include "platform/types.h"
 
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <typeindex>
 #include <vector>
 
 namespace pavane
@@ -25,7 +23,9 @@ namespace pavane
 
 class ABitMatrix;
 class AFile;
+class AreaTrackers;
 class CComboBox;
+struct HandResult;
 struct LoadReport;
 
 /// What all collections of areas do, whatever the coordinates of their shapes: tools, the current
@@ -40,7 +40,14 @@ struct LoadReport;
 ///
 /// A handler that runs during a drag may load, clear, delete or destroy the collection: the drag
 /// ends. Undo and redo wait for its end.
-class PAVANE_API TrackerCollection : public TrackerListener
+///
+/// It is the front of its parts: AreaEye draws and finds areas, AreaHand does what presses do,
+/// AreaKeys what keys do, both by TrackerEdits. They tell nobody; the collection acts on what they
+/// return and tells list, toolbar, window and host, once.
+class PAVANE_API TrackerCollection : public TrackerListener,
+                                     public EditedAreas,
+                                     public PressOptions,
+                                     public ZoomSteps
 {
 public:
     TrackerCollection();
@@ -56,18 +63,8 @@ public:
     virtual ATracker* workingTracker() const = 0;
     /// Index of a tracker, -1 when it is none of this collection.
     int IndexOf(const ATracker* tracker) const;
-    int GetCurItemNo() const { return edits_.current(); }
-    void SetCurItemNo(int i) { edits_.setCurrent(i); }
-    void SetItemActive(int i, int on);
 
     // Zoom steps
-    /// The i-th factor of zoomFactors; i is not checked.
-    void SetZoomScaleNo(int i) { zoomScale_ = zoomFactors[i]; }
-    /// 0 when the factor is none of the list.
-    int GetZoomScaleNo() const;
-    int zoomScale() const { return zoomScale_; }
-    /// Ranges to go back to, the last one first.
-    const AArray<TMinMax>& zoomHistory() const { return zoomHistory_; }
     /// Puts the range that is shown on the history before the window shows another one, and enables
     /// the zoom-back command.
     void SaveRange(CWnd* window, const TMinMax& range);
@@ -75,7 +72,7 @@ public:
     void ForgetRanges(CWnd* window);
 
     // Mouse and tools; a window calls these from its own handlers.
-    int mode() const { return mode_; }
+    int mode() const;
     /// Non-zero when the press was used: the window starts nothing else with it.
     /// Ctrl with the arrow tool puts areas into the selection and takes them out.
     virtual int OnLButtonDown(CWnd* window, unsigned flags, CPoint p);
@@ -117,7 +114,7 @@ public:
     /// Called for each new shape of a dragged tracker; the window is invalid but not painted yet.
     virtual void OnChanging(ATracker& tracker) { (void)tracker; }
 
-    // Masks (collection_mask.cpp)
+    // Masks
     /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`: clears m,
     /// then sets the cells of every outline. With no area every bit is set. A map range, or a
     /// mapping of pixels, that is unset or has no width sets nothing.
@@ -134,26 +131,16 @@ public:
     int TopmostAt(CPoint p, CWnd* window);
     /// Shapes or the mapping have changed behind the collection's back: boxes for hit tests and
     /// drawing are made anew when they are next needed.
-    void ForgetBoxes() { boxesKnown_ = 0; }
+    void ForgetBoxes();
 
     // Undo
     /// One step each; 0 when there is none, or during a drag.
     int Undo(CWnd* window);
     int Redo(CWnd* window);
-    int CanUndo() const { return history().canUndo() && !dragged_; }
-    int CanRedo() const { return history().canRedo() && !dragged_; }
-    /// Steps, labels and their memory.
-    const EditHistory& history() const { return edits_.history(); }
-    EditHistory& history() { return edits_.history(); }
-    /// Non-zero unless the areas are those of the last SetSaved (at first: the empty collection).
-    int IsModified() const { return history().isModified(); }
-    void SetSaved() { history().markSaved(); }
-    /// All edits until EndEdits are one step. Calls nest; the outermost label counts.
-    void BeginEdits(std::string_view label);
+    int CanUndo() const;
+    int CanRedo() const;
+    /// The end of what BeginEdits began.
     void EndEdits(CWnd* window);
-    /// Edits that the user may still cancel begin; Undo goes no further back until EndTrial.
-    void BeginTrial() { history().beginTrial(); }
-    void EndTrial() { history().endTrial(); }
     /// Takes back all edits of the trial and their steps, and ends it; a drag ends before. 0 when
     /// steps had been given up: the areas may be any then.
     int DropTrial(CWnd* window);
@@ -172,9 +159,6 @@ public:
     int SetShape(CWnd* window, int i, const ShapeValues& shape);
 
     // Several areas
-    /// By rising index: the selection, or the current area where that is empty and it is active.
-    std::vector<int> SelectedItems() const;
-    int IsSelected(int i) const;
     void SelectItem(CWnd* window, int i, int on);
     void SelectAll(CWnd* window);
     void ClearSelection(CWnd* window);
@@ -188,8 +172,8 @@ public:
     int NextFocus(CWnd* window);
     int PrevFocus(CWnd* window);
     /// Index of the area with the focus (-1 for none), and of its handle (-1: the area itself).
-    int focusItem() const { return focusItem_; }
-    int focusHandle() const { return focusHandle_; }
+    int focusItem() const;
+    int focusHandle() const;
     void SetFocusAt(CWnd* window, int item, int handle);
     /// Where the focused handle or area (its centre) is on the screen; 0 without a focus.
     int FocusPoint(CPoint& p) const;
@@ -212,25 +196,12 @@ public:
     /// when there was nothing to leave.
     int Escape(CWnd* window);
 
-    /// Pixels that the pointer has to leave a press by before a drag begins; 0 at first.
+    /// See PressOptions.
     void SetDeadZone(int pixels);
-    int deadZone() const { return deadZone_; }
-    /// With a non-zero value a single press of the arrow tool makes the area under it current, and
-    /// may drag it at once; at first only a double click does. A dead zone belongs to it, or a
-    /// click that chooses an area may move it.
-    void SetClickSelects(int on) { clickSelects_ = on; }
-    int clickSelects() const { return clickSelects_; }
     /// Presses find vertices and edges within so many pixels (see ATracker::SetCatch); 0 at first.
     void SetCatch(int vertex, int edge);
-    /// With a non-zero value a press on the first vertex of an open polygon of three corners or
-    /// more closes it; at first it adds one there.
-    void SetFirstVertexCloses(int on) { firstVertexCloses_ = on; }
-    int firstVertexCloses() const { return firstVertexCloses_; }
-    /// Corners that a polygon has to have for a double click to close it; 1 at first.
-    void SetFewestCorners(int n) { fewestCorners_ = n; }
-    int fewestCorners() const { return fewestCorners_; }
     /// How the last drag ended; after the right button a window shows no context menu.
-    DragEnd lastDragEnd() const { return lastDragEnd_; }
+    DragEnd lastDragEnd() const;
     /// Lasts as long as the collection.
     const LifeToken& life() const { return life_; }
 
@@ -252,7 +223,12 @@ protected:
     /// Non-zero when trackers that are taken out are deleted.
     virtual int ownsItems() const = 0;
     /// Sets what a tracker does not store.
-    virtual void adopt(ATracker& tracker);
+    virtual void adopt(ATracker& tracker)
+    {
+        tracker.SetListener(this);
+        tracker.SetDeadZone(deadZone());
+        tracker.SetCatch(vertexCatch(), edgeCatch());
+    }
     /// Whether a press at p is for the collection.
     virtual int takesPress(CPoint p) const = 0;
     /// The range that the pixels stand for, and that of one zoom step about a pixel (0 for none).
@@ -288,147 +264,19 @@ protected:
     int loadItems(AFile& file, int current, LoadReport& report,
                   const std::function<void()>& takeMapping);
     /// The new shape that a drag draws now, null for none.
-    ATracker* drawnTracker() const { return drawn_; }
+    ATracker* drawnTracker() const;
 
-    int zoomScale_ = zoomFactors[0];
-    int mode_ = toolArrow;
-    int deadZone_ = 0;
-    int clickSelects_ = 0;
-    int vertexCatch_ = 0;
-    int edgeCatch_ = 0;
-    int firstVertexCloses_ = 0;
-    int fewestCorners_ = 1;
-    AArray<TMinMax> zoomHistory_;
-    HCURSOR zoomCursor_ = 0;
-    HCURSOR drawCursor_ = 0;
     PixelSteps pixelSteps_;
 
 private:
-    using Step = AreaEdits::Step;
-    /// The trackers as edits know them.
-    class Items final : public AreaItems
-    {
-    public:
-        explicit Items(TrackerCollection& of) : of_(of) {}
-        int count() const override { return of_.trackerCount(); }
-        int kindOf(int i) override;
-        int isOfKind(int i, int kind) const override;
-        std::string recordOf(int i) const override;
-        int isActive(int i) const override;
-        void setActive(int i, int on) override;
-        int insert(int i, int kind, std::string_view record) override;
-        void remove(int i) override;
-        int replace(int i, int kind, std::string_view record) override;
-        int setOpen(int kind, std::string_view record) override;
-        int setState(int which, std::string_view bytes) override;
+    friend class AreaTrackers;
+    struct Parts;
 
-    private:
-        TrackerCollection& of_;
-    };
-    /// What a record needs to become a tracker again.
-    struct Kind {
-        std::type_index type;
-        std::string name;
-        int mapping;
-        std::shared_ptr<const ATracker> model;  ///< of classes that their name alone does not make
-    };
-
-    // Recording (collection_undo.cpp)
-    int kindCode(const ATracker& tracker);
-    std::string recordOf(const ATracker& tracker, int i) const;
-    ATracker* makeFromRecord(int kind, std::string_view record);
-    int setRecord(ATracker& tracker, int kind, std::string_view record);
-    int putItem(int i, ATracker* tracker);
-    void dropItem(int i);
-    int placeItem(int i, ATracker* tracker, int usual);
-    void giveUp(ATracker* tracker);
-    int insertItem(int i, ATracker* tracker, int usual);
-    void eraseItem(int i);
-    void eraseItems(int first, int n);
-    void tellOfEdit();
-    void noteChange(int i, const std::string& before);
-    void changeWorking(ATracker* tracker);
-    void noteWorking(const ATracker& tracker, const std::string& before, const std::string& after);
-    void noteMapping(const std::string& before);
-    void setMode(int mode);
-    int walk(CWnd* window, const std::function<int()>& step);
-
-    // Presses (collection_press.cpp)
-    enum class DragResult { gone, refused, kept };
-    DragResult drag(CWnd*& window, ATracker& tracker, const std::function<int()>& run);
-    int pressZoom(CWnd* window, CPoint p);
-    int pressSelect(CWnd* window, CPoint p);
-    int pressMove(CWnd* window, CPoint p);
-    int pressDraw(CWnd* window, CPoint p);
-    void leaveCurrent(CWnd* window, CPoint p);
-    void takeClicked(CWnd* window, CPoint p);
-    int addVertex(CWnd* window, CPoint p);
-    int closesAt(CPoint p, CPoint* vertex = nullptr) const;
-    const char* focusPressed(CWnd* window, CPoint p);
-    void invalidateFocus(CWnd* window) const;
-    void takeDrawn(CWnd* window, ATracker* tracker);
-    void takeWorking(CWnd* window, const std::string& before);
-    int moveSeveral(CWnd* window, int item, CPoint p);
-    void boundFollowers(CWnd* window, ATracker& grabbed, CPoint p);
-    void moveFollowers(const ATracker& grabbed);
-    void releaseFollowers();
-
-    // List, toolbar, state
-    void enableAreaCommands(CWnd* window, int on);
-    void enableZoomBack(CWnd* window);
-    void showCurrent(CWnd* window);
-    void showTool(CWnd* window);
-    void makeCurrent(int i);
-    void fitFocus();
+    int tell(CWnd* window, const HandResult& result);
     void changed(CWnd* window);
-    void fillList(CWnd* window);
+    void tellOfEdit();
 
-    // Boxes and drawing (collection_draw.cpp)
-    int knowBoxes();
-    int itemsIn(const ARect<double>& rect, Pile<int>& found);
-    static ARect<double> boxOf(const ATracker& tracker);
-    void boxChanged(int i);
-    int drawingClip(CWnd* window, ATracker& tracker, CRect& clip) const;
-    void drawFocus(CDC& dc) const;
-    void drawHover(CDC& dc) const;
-    int hoverFrom(CPoint& from) const;
-
-    // Edits of several and keyboard
-    int copyItem(CWnd* window, int i);
-    int moveShapes(CWnd* window, const std::vector<int>& items, APoint<double> offset,
-                   const char* label);
-    int moveFocusedHandle(CWnd* window, APoint<double> offset);
-    int moveByOffset(CWnd* window, APoint<double> offset);
-    int stepFocus(CWnd* window, int direction);
-    int polygonForVertices(ShapeValues& shape) const;
-
-    Items items_{*this};
-    AreaEdits edits_{items_};
-    std::vector<Kind> kinds_;
-    int focusItem_ = -1;
-    int focusHandle_ = -1;
-    int passedItem_ = -1;  ///< the current area when the focus went past the ends
-    BoxIndex boxes_;
-    int boxesKnown_ = 0;
-
-    ATracker* dragged_ = nullptr;  ///< while its loop runs
-    int draggedItem_ = -1;
-    ATracker* drawn_ = nullptr;  ///< a new shape while it is drawn; owned
-    std::string draggedBefore_;
-    struct Follower {
-        int item;
-        std::string before;
-        ShapeValues start;
-    };
-    /// From so many followers on they are boxed and repainted all together.
-    static constexpr std::size_t manyFollowers = 64;
-    std::vector<Follower> followers_;  ///< areas that move with the dragged one
-    CRect followBounds_;
-    APoint<double> followFrom_;
-    HWND dragWindow_ = 0;
-    DragEnd lastDragEnd_ = DragEnd::refused;
-    CPoint hover_;
-    int hovering_ = 0;
+    std::unique_ptr<Parts> parts_;
     LifeToken life_;
 };
 
