@@ -75,7 +75,7 @@ void AAxisWnd::SetMap(ABMapGraph* map)
     if (map)
         map->setShownOften(1);
     overlay_->setMap(map);
-    overlay_->follow(*trackers_);
+    overlay_->note();
     ContentChanged();
 }
 
@@ -151,6 +151,7 @@ void AAxisWnd::ServiceDraw(CDC& dc, CRect&, CRect& update)
 {
     if (!GetPlot() || !contentPixels().bits())
         return;
+    followAreas();  // nobody may have asked for the status
     if (showCells_)
         overlay_->draw(dc, update, contentPixels());
     trackers_->Draw(&dc, this);
@@ -173,16 +174,18 @@ void AAxisWnd::SetCellOverlay(int on)
     if (showCells_ == (on != 0))
         return;
     showCells_ = on != 0;
-    overlay_->follow(*trackers_);
-    (void)overlay_->takeChangedPixels();
+    followAreas();
     InvalidateRect(plotRect());
     if (bar_)
         bar_->SendMessage(TB_CHECKBUTTON, ID_SHOW_CELLS, showCells_);
     showStatusAtPointer();
 }
 
-void AAxisWnd::invalidateCells()
+/// The cells become those of the areas as they are, and what that changes is painted. Edits only
+/// note that there is something to follow: whoever tells the status or paints comes here.
+void AAxisWnd::followAreas()
 {
+    overlay_->catchUp(*trackers_);
     const CRect changed = overlay_->takeChangedPixels();
     if (showCells_ && !changed.IsRectEmpty())
         InvalidateRect(changed);
@@ -190,8 +193,7 @@ void AAxisWnd::invalidateCells()
 
 void AAxisWnd::areasChanged()
 {
-    overlay_->follow(*trackers_);
-    invalidateCells();
+    overlay_->note();
     enableCommands();
     const HWND self = GetSafeHwnd();
     const auto lives = [&] { return !self || CWnd::FromHandle(self) == this; };
@@ -214,14 +216,10 @@ void AAxisWnd::tellOfLostSteps()
 void AAxisWnd::areaChanging(ATracker& tracker)
 {
     const int several = trackers_->IsSelected(trackers_->IndexOf(&tracker));
-    const std::vector<int> moving = several ? trackers_->SelectedItems() : std::vector<int>();
-    if (moving.size() > mostFollowedAtOnce)
+    if (several && trackers_->SelectedItems().size() > mostFollowedAtOnce)
         SetTimer(restTimer, restPause);
-    else if (moving.size() > 1)
-        overlay_->followDrag(*trackers_, moving);
     else
-        overlay_->followDrag(*trackers_, static_cast<const ABTracker&>(tracker));
-    invalidateCells();
+        overlay_->noteDrag(static_cast<const ABTracker&>(tracker), several);
     showStatusAtPointer();
 }
 
@@ -234,7 +232,7 @@ void AAxisWnd::OnTimer(unsigned id)
     if (presses() == 0)
         return;
     overlay_->followDrag(*trackers_, trackers_->SelectedItems());
-    invalidateCells();
+    followAreas();
     showStatusAtPointer();
 }
 
@@ -243,6 +241,7 @@ AxisStatus AAxisWnd::StatusAt(CPoint pixel)
     AxisStatus status = APlotWnd::StatusAt(pixel);
     if (!map_)
         return status;
+    followAreas();
     if (status.inPlot) {
         const double column = std::floor(map_->RPXtoMPX(status.x) + 0.5);
         const double row = std::floor(map_->RPYtoMPY(status.y) + 0.5);

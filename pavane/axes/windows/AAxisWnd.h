@@ -124,7 +124,7 @@ protected:
     void OnTimer(unsigned id) override;
 
 private:
-    void invalidateCells();
+    void followAreas();
     void tellOfLostSteps();
     int moveByArrow(int key, bool shift, bool control);
     int walkHistory(int forward);

@@ -13,8 +13,9 @@ int AAxisWnd::takePress(unsigned flags, CPoint point)
 
 void AAxisWnd::pressEnded()
 {
-    overlay_->follow(*trackers_);  // a shape that was given up has left its cells
-    invalidateCells();
+    overlay_->note();  // a shape that was given up has left its cells
+    if (showCells_)
+        InvalidateRect(plotRect());
     enableCommands();  // there was no undo during the drag
 }
 

@@ -9,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace pavane
 {
@@ -59,6 +60,23 @@ int AreaOverlay::putArea(const ABTracker& tracker, int at, int replacing)
     const CPoint* const first = points.count() > 0 ? &points(0) : nullptr;
     return replacing ? cells_.replace(at, first, points.count())
                      : cells_.insert(at, first, points.count());
+}
+
+void AreaOverlay::catchUp(const ARPTrackerArray& areas)
+{
+    const ABTracker* const dragged = std::exchange(dragged_, nullptr);
+    const int lives = dragged && draggedLife_->alive();
+    const int all = std::exchange(allBehind_, 0) || (dragged && !lives);
+    const int several = std::exchange(severalDragged_, 0);
+    if (all)
+        follow(areas);
+    // one that is being drawn is none of the areas yet
+    if (!lives || (all && areas.IndexOf(dragged) >= 0))
+        return;
+    if (several)
+        followDrag(areas, areas.SelectedItems());
+    else
+        followDrag(areas, *dragged);
 }
 
 void AreaOverlay::follow(const ARPTrackerArray& areas)

@@ -1,17 +1,18 @@
 #pragma once
 
+#include "pavane/trackers/ABTracker.h"
 #include "pavane/trackers/masks/CellOverlay.h"
 #include "pavane/trackers/masks/overlay_picture.h"
 #include "platform/geometry.h"
 
 #include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace pavane
 {
 
 class ABMapGraph;
-class ABTracker;
 class ARPTrackerArray;
 class CBitmap;
 class CDC;
@@ -24,6 +25,21 @@ public:
     /// The map, not owned; null for none. Areas are taken at the next `follow`. 0 without memory.
     int setMap(const ABMapGraph* map);
     void valuesChanged() { cells_.valuesChanged(); }
+
+    // Areas change more often than anybody looks: changes are noted, and followed when somebody
+    // does.
+    /// Any of the areas may be others now.
+    void note() { allBehind_ = 1; }
+    /// One that is dragged has another shape; with `several` all that are selected have.
+    void noteDrag(const ABTracker& dragged, int several)
+    {
+        allBehind_ = allBehind_ || (dragged_ && dragged_ != &dragged);
+        dragged_ = &dragged;
+        draggedLife_.emplace(dragged.life());
+        severalDragged_ = several;
+    }
+    /// Follows what was noted.
+    void catchUp(const ARPTrackerArray& areas);
 
     /// Takes the areas as they are; only what changed since the last call is filled again. The
     /// polygon under construction counts as one more area.
@@ -52,6 +68,10 @@ private:
     const ABTracker* shape(const ARPTrackerArray& areas, std::size_t i) const;
 
     const ABMapGraph* map_ = nullptr;
+    int allBehind_ = 0;
+    const ABTracker* dragged_ = nullptr;  ///< noted, null for none; it may be gone
+    std::optional<LifeWatch> draggedLife_;
+    int severalDragged_ = 0;
     CellOverlay cells_;
     OverlayPicture picture_;
     CRect plot_;  ///< units that pixels of picture_ belong to; right and bottom excluded

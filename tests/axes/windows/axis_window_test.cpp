@@ -196,16 +196,17 @@ TEST(AxisWindow, SurvivesWhateverHappensInADrag)
     struct Case {
         const char* what;
         std::function<void()> interrupt;
+        int givesUp = 0;  ///< and the areas are as before the press
     };
     const Case cases[] = {
         {"closed", [&] { window->DestroyWindow(); }},
         {"parent closed", [&] { window->top.DestroyWindow(); }},
-        {"another map", [&] { window->showMap(); }},
-        {"no map", [&] { window->SetAxis(nullptr, 0); }},
+        {"another map", [&] { window->showMap(); }, 1},
+        {"no map", [&] { window->SetAxis(nullptr, 0); }, 1},
         {"other areas", [&] { window->SetTrackers(nullptr, 0); }},
         {"areas of the host", [&] { window->SetTrackers(&kept, 0); }},
         {"cleared", [&] { window->GetTrackers()->Clear(window); }},
-        {"capture lost", [] { CWnd::ReleaseCapture(); }},
+        {"capture lost", [] { CWnd::ReleaseCapture(); }, 1},
         {"sized", [&] { window->MoveWindow(CRect(0, 0, 1, 1)); }},
         {"key", [&] { window->key('M'); }},
         {"undo", [&] { window->key('Z', MK_CONTROL); }},
@@ -220,9 +221,18 @@ TEST(AxisWindow, SurvivesWhateverHappensInADrag)
             window->drag({window->at(5, 5), window->at(15, 20)});
             window->ChooseTool(tool);
             window->interrupt = c.interrupt;
+            ShapeValues before, after;
+            window->GetTrackers()->GetShape(0, before);
+            const std::string label(window->GetTrackers()->history().undoLabel());
             window->dragWithInterruption();
             AxisWindow::pump();
             EXPECT_EQ(CWnd::GetCapture(), nullptr);
+            if (c.givesUp) {
+                const ATrackerArrayInAxis& areas = *window->GetTrackers();
+                EXPECT_TRUE(areas.GetShape(0, after) && after.rect == before.rect);
+                EXPECT_TRUE(areas.trackerCount() == 1 && !areas.workingTracker());
+                EXPECT_EQ(areas.history().undoLabel(), label);
+            }
             delete window;
         }
 }
