@@ -20,8 +20,8 @@ namespace
 /// Headers behind the groups; an observation has some ten.
 constexpr int mostHeaders = 10000;
 constexpr std::size_t mostNotes = 100;
-/// Bytes read at a time: what the nearer memory holds.
-constexpr std::int64_t blockBytes = 1 << 20;
+/// Bytes read at a time: what the nearest memory holds while the parameters are taken from it.
+constexpr std::int64_t blockBytes = 1 << 16;
 /// Of groups longer than this the parameters are read alone, where no cells are asked for.
 constexpr std::int64_t longGroup = 1 << 14;
 constexpr std::int64_t mostBlock = std::int64_t{1} << 31;
@@ -214,6 +214,12 @@ int AUVXFile::blockGroups() const
         std::max<std::int64_t>(blockBytes / std::max<std::int64_t>(layout_->groupBytes, 1), 1));
 }
 
+int AUVXFile::seekTo(std::int64_t position)
+{
+    // a seek to where it stands would read the buffer anew
+    return file_.tell() == position || file_.seek(position);
+}
+
 int AUVXFile::readGroups(std::int64_t first, int count, int what, UvGroups& groups)
 {
     groups.clear();
@@ -227,7 +233,7 @@ int AUVXFile::readGroups(std::int64_t first, int count, int what, UvGroups& grou
         return 0;
     block_.resize(static_cast<std::size_t>(step * count));
     for (int i = 0; i < (isWhole ? 1 : count); ++i)
-        if (!file_.seek(layout.dataStart + (first + i) * layout.groupBytes) ||
+        if (!seekTo(layout.dataStart + (first + i) * layout.groupBytes) ||
             !file_.read(block_.data() + i * step, isWhole ? step * count : step))
             return 0;
     groups.first = first;

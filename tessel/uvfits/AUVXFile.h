@@ -72,6 +72,7 @@ public:
                             int stokes) const;
 
 private:
+    int seekTo(std::int64_t position);
     int readHeaders(std::string& error);
     void readTables(std::int64_t start, std::int64_t size);
     void readTable(const FitsHdu& hdu);

@@ -43,16 +43,17 @@ double longestPause(const std::vector<double>& times)
 
 TimeRuns::TimeRuns() : origins_(mostOrigins), moments_(mostMoments) {}
 
-int TimeRuns::add(double time, int subarray, int source, int selection, std::int64_t number)
+int TimeRuns::addOther(double time, const Origin& origin, std::int64_t number)
 {
     const auto next = static_cast<int>(origins_.items().size());
-    const int* const origin = origins_.of({subarray, source, selection}, next);
+    const int* const known = origins_.of(origin, next);
     // 0 and -0 are one time
-    Groups* const groups = origin ? moments_.of({time + 0.0, *origin}, {number, number}) : nullptr;
-    if (!groups)
+    last_ = known ? moments_.of({time + 0.0, *known}, {number, number}) : nullptr;
+    if (!last_)
         return 0;
-    groups->first = std::min(groups->first, number);
-    groups->last = std::max(groups->last, number);
+    lastTime_ = time;
+    lastOrigin_ = origin;
+    last_->last = number;
     return 1;
 }
 

@@ -16,12 +16,7 @@ class TimeRuns
 {
 public:
     TimeRuns();
-    /// Takes group `number`. 0 when there are too many times.
-    int add(double time, int subarray, int source, int selection, std::int64_t number);
-    /// The scans that they make, by start.
-    std::vector<UvScan> scans() const;
-
-private:
+    /// Where groups come from.
     struct Origin {
         int subarray, source, selection;
         bool operator==(const Origin&) const = default;
@@ -32,6 +27,20 @@ private:
                           static_cast<std::uint32_t>(selection));
         }
     };
+    /// Takes group `number`, greater than those before. 0 when there are too many times.
+    int add(double time, const Origin& origin, std::int64_t number)
+    {
+        // most groups have the time of the one before
+        if (last_ && time == lastTime_ && origin == lastOrigin_) {
+            last_->last = number;
+            return 1;
+        }
+        return addOther(time, origin, number);
+    }
+    /// The scans that they make, by start.
+    std::vector<UvScan> scans() const;
+
+private:
     struct Moment {
         double time;
         int origin;
@@ -45,10 +54,14 @@ private:
         std::int64_t first, last;
     };
     using Moments = Distinct<Moment, Groups>;
+    int addOther(double time, const Origin& origin, std::int64_t number);
     void addScans(std::vector<Moments::Item>& moments, std::vector<UvScan>& scans) const;
 
     Distinct<Origin, int> origins_;
     Moments moments_;
+    double lastTime_ = 0;
+    Origin lastOrigin_{};
+    Groups* last_ = nullptr;
 };
 
 }  // namespace pavane

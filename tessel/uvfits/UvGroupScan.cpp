@@ -92,23 +92,39 @@ int UvGroupScan::step(std::int64_t bytes)
 int UvGroupScan::take(const UvGroups& groups)
 {
     totals_.groups += groups.count;
-    for (std::size_t i = 0; what_ & baselines && i < groups.antenna1.size(); ++i) {
-        if (groups.antenna1[i] < 0)
+    if (what_ & totals)
+        addTotals(groups);
+    return (!(what_ & baselines) || takeBaselines(groups)) &&
+           (!(what_ & scans) || takeTimes(groups));
+}
+
+int UvGroupScan::takeBaselines(const UvGroups& groups)
+{
+    const int* const subarray = groups.subarray.data();
+    const int* const first = groups.antenna1.data();
+    const int* const second = groups.antenna2.data();
+    for (int i = 0; i < groups.count; ++i) {
+        if (first[i] < 0)
             continue;
-        std::int64_t* const count = found_->pairs.of(
-            {groups.subarray[i], groups.antenna1[i], groups.antenna2[i]}, std::int64_t{0});
+        std::int64_t* const count = found_->pairs.of({subarray[i], first[i], second[i]}, 0);
         if (!count)
             return 0;
         ++*count;
     }
-    for (std::size_t i = 0; what_ & scans && i < groups.time.size(); ++i)
-        if (std::isfinite(groups.time[i]) &&
-            !found_->times.add(groups.time[i], groups.subarray[i], groups.source[i],
-                               groups.selection[i],
-                               groups.first + static_cast<std::int64_t>(i) + 1))
+    return 1;
+}
+
+int UvGroupScan::takeTimes(const UvGroups& groups)
+{
+    const double* const time = groups.time.data();
+    const int* const subarray = groups.subarray.data();
+    const int* const source = groups.source.data();
+    const int* const selection = groups.selection.data();
+    TimeRuns& times = found_->times;
+    for (int i = 0; i < groups.count; ++i)
+        if (std::isfinite(time[i]) &&
+            !times.add(time[i], {subarray[i], source[i], selection[i]}, groups.first + i + 1))
             return 0;
-    if (what_ & totals)
-        addTotals(groups);
     return 1;
 }
 

@@ -54,6 +54,8 @@ public:
 private:
     struct Found;
     int take(const UvGroups& groups);
+    int takeBaselines(const UvGroups& groups);
+    int takeTimes(const UvGroups& groups);
     void addTotals(const UvGroups& groups);
 
     AUVXFile& file_;

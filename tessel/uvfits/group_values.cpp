@@ -19,29 +19,36 @@ constexpr double mostSubarrays = 1 << 16;
 /// and this much more, for arrays that a byte cannot count.
 constexpr double wideBaselines = 65536;
 
-template <typename Stored>
-void addTerm(const GroupBytes& stored, const UvTerm& term, double* values)
+/// Adds the term to `from`, which may be the values themselves, or to a number.
+template <typename Stored, typename From>
+void addTerm(const GroupBytes& stored, const UvTerm& term, From from, double* values)
 {
     const unsigned char* at = stored.bytes + term.offset;
-    for (int i = 0; i < stored.count; ++i, at += stored.step)
-        values[i] += static_cast<double>(bigEndianItem<Stored>(at)) * term.scale;
+    for (int i = 0; i < stored.count; ++i, at += stored.step) {
+        const double added = static_cast<double>(bigEndianItem<Stored>(at)) * term.scale;
+        if constexpr (std::is_pointer_v<From>)
+            values[i] = from[i] + added;
+        else
+            values[i] = from + added;
+    }
 }
 
-void addTerm(const GroupBytes& stored, int bitpix, const UvTerm& term, double* values)
+template <typename From>
+void addTerm(const GroupBytes& stored, int bitpix, const UvTerm& term, From from, double* values)
 {
     switch (bitpix) {
     case 8:
-        return addTerm<std::uint8_t>(stored, term, values);
+        return addTerm<std::uint8_t>(stored, term, from, values);
     case 16:
-        return addTerm<std::int16_t>(stored, term, values);
+        return addTerm<std::int16_t>(stored, term, from, values);
     case 32:
-        return addTerm<std::int32_t>(stored, term, values);
+        return addTerm<std::int32_t>(stored, term, from, values);
     case 64:
-        return addTerm<std::int64_t>(stored, term, values);
+        return addTerm<std::int64_t>(stored, term, from, values);
     case -32:
-        return addTerm<float>(stored, term, values);
+        return addTerm<float>(stored, term, from, values);
     default:
-        return addTerm<double>(stored, term, values);
+        return addTerm<double>(stored, term, from, values);
     }
 }
 
@@ -53,9 +60,12 @@ void takeSum(const GroupBytes& stored, int bitpix, const UvTerms& terms, double 
     double start = -origin;
     for (const UvTerm& term : terms)
         start += term.zero;
-    values.assign(static_cast<std::size_t>(stored.count), terms.empty() ? 0 : start);
-    for (const UvTerm& term : terms)
-        addTerm(stored, bitpix, term, values.data());
+    if (terms.empty())
+        return values.assign(static_cast<std::size_t>(stored.count), 0);
+    values.resize(static_cast<std::size_t>(stored.count));
+    addTerm(stored, bitpix, terms[0], start, values.data());
+    for (std::size_t i = 1; i < terms.size(); ++i)
+        addTerm(stored, bitpix, terms[i], static_cast<const double*>(values.data()), values.data());
 }
 
 /// The nearest whole number from `least` to `most`, else -1.
@@ -70,16 +80,16 @@ int number(double value, double least, double most)
 int identifier(double value)
 {
     constexpr double most = std::numeric_limits<int>::max() - 1;
-    return value > -most && value < most ? static_cast<int>(std::lround(value)) : 1;
+    return value > -most && value < most ? static_cast<int>(value + (value < 0 ? -0.5 : 0.5)) : 1;
 }
 
 void takeIdentifiers(const GroupBytes& stored, int bitpix, const UvTerms& terms, int missing,
                      std::vector<double>& scratch, std::vector<int>& values)
 {
-    values.assign(static_cast<std::size_t>(stored.count), missing);
     if (terms.empty())
-        return;
+        return values.assign(static_cast<std::size_t>(stored.count), missing);
     takeSum(stored, bitpix, terms, 0, scratch);
+    values.resize(scratch.size());
     for (std::size_t i = 0; i < values.size(); ++i)
         values[i] = identifier(scratch[i]);
 }
@@ -89,16 +99,13 @@ void splitBaseline(double value, int& subarray, int& first, int& second)
 {
     subarray = 1;
     first = second = -1;
-    const double whole = std::floor(value);
-    if (!(value >= 0) || value > mostTelescopes * 2048)
-        return;
-    if (whole < wideBaselines) {
-        const int packed = static_cast<int>(whole);
-        first = packed / 256;
-        second = packed % 256;
-        subarray = static_cast<int>((value - whole) * 100 + 0.5) + 1;
-    } else {
-        const auto packed = static_cast<std::int64_t>(whole - wideBaselines);
+    if (value >= 0 && value < wideBaselines) {
+        const auto packed = static_cast<unsigned>(value);
+        first = static_cast<int>(packed / 256);
+        second = static_cast<int>(packed % 256);
+        subarray = static_cast<int>((value - packed) * 100 + 0.5) + 1;
+    } else if (value >= 0 && value < mostTelescopes * 2048) {
+        const auto packed = static_cast<std::uint64_t>(value - wideBaselines);
         first = static_cast<int>(packed / 2048);
         second = static_cast<int>(packed % 2048);
     }
@@ -107,23 +114,25 @@ void splitBaseline(double value, int& subarray, int& first, int& second)
 void takeBaselines(const UvLayout& layout, const GroupBytes& stored, UvGroups& groups)
 {
     const auto count = static_cast<std::size_t>(stored.count);
-    groups.subarray.assign(count, 1);
-    groups.antenna1.assign(count, -1);
-    groups.antenna2.assign(count, -1);
-    std::vector<double> values;
-    if (!layout.baseline.empty()) {
+    for (std::vector<int>* each : {&groups.subarray, &groups.antenna1, &groups.antenna2})
+        each->resize(count);
+    // a baseline of no telescopes stands for a missing one
+    std::vector<double> values(layout.baseline.empty() ? count : 0, -1.0);
+    if (!layout.baseline.empty())
         takeSum(stored, layout.bitpix, layout.baseline, 0, values);
-        for (std::size_t i = 0; i < count; ++i)
-            splitBaseline(values[i], groups.subarray[i], groups.antenna1[i], groups.antenna2[i]);
-    }
+    for (std::size_t i = 0; i < count; ++i)
+        splitBaseline(values[i], groups.subarray[i], groups.antenna1[i], groups.antenna2[i]);
     // parameters of their own come with arrays whose numbers BASELINE cannot hold
     if (!layout.antenna1.empty() && !layout.antenna2.empty()) {
         takeSum(stored, layout.bitpix, layout.antenna1, 0, values);
         for (std::size_t i = 0; i < count; ++i)
             groups.antenna1[i] = number(values[i], 0, mostTelescopes);
         takeSum(stored, layout.bitpix, layout.antenna2, 0, values);
-        for (std::size_t i = 0; i < count; ++i)
+        for (std::size_t i = 0; i < count; ++i) {
             groups.antenna2[i] = number(values[i], 0, mostTelescopes);
+            if (groups.antenna1[i] < 0 || groups.antenna2[i] < 0)
+                groups.antenna1[i] = groups.antenna2[i] = -1;
+        }
     }
     if (!layout.subarray.empty()) {
         takeSum(stored, layout.bitpix, layout.subarray, 0, values);
@@ -131,9 +140,6 @@ void takeBaselines(const UvLayout& layout, const GroupBytes& stored, UvGroups& g
             if (const int subarray = number(values[i], 1, mostSubarrays); subarray > 0)
                 groups.subarray[i] = subarray;
     }
-    for (std::size_t i = 0; i < count; ++i)
-        if (groups.antenna1[i] < 0 || groups.antenna2[i] < 0)
-            groups.antenna1[i] = groups.antenna2[i] = -1;
 }
 
 }  // namespace

@@ -1,0 +1,22 @@
+// Feeds any bytes to the reader of visibilities, and goes through all groups of what it opens.
+#include "tessel/uvfits/UvGroupScan.h"
+#include "tests/fuzz/input_file.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const pavane::InputFile input(data, size);
+    pavane::AUVXFile file;
+    std::string error;
+    if (!file.open(input.name(), error))
+        return 0;
+    pavane::UvGroupScan scan(file, ~0);
+    while (scan.step(1)) {
+    }
+    for (const pavane::UvBaseline& baseline : scan.foundBaselines())
+        (void)file.lengthOf(baseline);
+    for (const pavane::UvScan& found : scan.foundScans())
+        (void)pavane::uvTimeText(found.start);
+    for (const pavane::AUVXTlscItem& telescope : file.telescopes())
+        (void)pavane::storedText(telescope.x, 3);
+    return 0;
+}
