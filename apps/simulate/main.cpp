@@ -1,9 +1,10 @@
 // Makes the demo's input: a VLBI observation of a jet, as dirty map, dirty beam, CLEAN map,
-// component file and a list of u,v points.
+// component file, visibilities and a list of u,v points.
 #include "apps/simulate/clean.h"
 #include "apps/simulate/imaging.h"
 #include "apps/simulate/jet_model.h"
 #include "apps/simulate/options.h"
+#include "apps/simulate/uv_file.h"
 #include "tessel/fits_map.h"
 #include "tessel/plain_text.h"
 #include "tessel/SafeFile.h"
@@ -109,7 +110,12 @@ int complain(const std::string& error)
 int simulate(const SimulateOptions& o, std::string& error)
 {
     const AComponents jet = jetModel();
+    Gains gains;
+    if (!o.gains.empty() && !gains.read(o.gains, error))
+        return 0;
     Visibilities samples = observe(o.observation, jet);
+    const std::vector<ObservedGroup> groups = observedGroups(o.observation);
+    const std::vector<Hands> hands = correlated(o.observation, groups, gains, samples);
     const double cell = o.cell / 1000;
     temperWeights(samples, o.size * cell);
     const AMatrix<float> map = dirtyImage(samples, o.size, cell, 0);
@@ -136,6 +142,8 @@ int simulate(const SimulateOptions& o, std::string& error)
                     cleaned(map, wideBeam, beam, o.iterations, cleanGain, cleanDepth * noise),
                     header, error) &&
            writeText(folder + "model.txt", model.str(), error) &&
+           writeUvFile(folder + "observation.uvfits", o.observation, groups, hands, o.unsorted,
+                       error) &&
            writeText(folder + "uv.csv", uvText(samples), error);
 }
 

@@ -14,7 +14,7 @@ struct Limits {
     double low, high;
 };
 constexpr Limits seeds{0, 2147483647}, sizes{64, 2048}, cells{1e-3, 10}, noises{0, 100},
-    spans{0.1, 24}, iterations{0, 1000000};
+    spans{0.1, 24}, iterations{0, 1000000}, sources{1, 9}, subarrays{1, 2};
 
 template <class Number>
 int readNumber(const char* name, const std::string& text, const Limits& limits, Number& value,
@@ -75,6 +75,27 @@ int readClean(const std::string& text, SimulateOptions& options, std::string& er
     return readNumber("--clean", text, iterations, options.iterations, error);
 }
 
+int readGains(const std::string& text, SimulateOptions& options, std::string&)
+{
+    options.gains = text;
+    return 1;
+}
+
+int readSources(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    return readNumber("--sources", text, sources, options.observation.sources, error);
+}
+
+int readSubarrays(const std::string& text, SimulateOptions& options, std::string& error)
+{
+    return readNumber("--subarrays", text, subarrays, options.observation.subarrays, error);
+}
+
+int askUnsorted(const std::string&, SimulateOptions& options, std::string&)
+{
+    return options.unsorted = 1;
+}
+
 int askHelp(const std::string&, SimulateOptions& options, std::string&) { return options.help = 1; }
 
 int askVersion(const std::string&, SimulateOptions& options, std::string&)
@@ -94,6 +115,14 @@ const OptionTable<SimulateOptions>& optionTable()
         {{"--noise", "", "JY", "noise of a sample, 0 to 100 (0.03)"}, readNoise},
         {{"--hours", "", "H", "length of the track, 0.1 to 24 (8)"}, readHours},
         {{"--clean", "", "N", "iterations of the CLEAN, 0 to 1000000 (12000)"}, readClean},
+        {{"--gains", "", "FILE",
+          "gains of the stations, lines STATION IF HAND HOURS AMPLITUDE DEGREES"},
+         readGains},
+        {{"--sources", "", "N", "the jet and N - 1 points, in turn, 1 to 9 (1)"}, readSources},
+        {{"--subarrays", "", "N", "subarrays that the stations are dealt out to, 1 or 2 (1)"},
+         readSubarrays},
+        {{"--unsorted", "", "", "write the visibilities in random order, without their scans"},
+         askUnsorted},
         {{"--help", "-h", "", "print this"}, askHelp, aboutProgram},
         {{"--version", "", "", "print the version"}, askVersion, aboutProgram},
     };
@@ -108,13 +137,16 @@ ProgramText simulateProgram()
             "make the maps of a simulated VLBI observation",
             {"[OPTIONS]"},
             {"Observes a model jet with the VLBA in four IFs and writes its dirty map, dirty beam "
-             "and CLEAN map, the model and a list of u,v points. Files of these names are "
-             "replaced."},
+             "and CLEAN map, its visibilities, the model and a list of u,v points. Files of "
+             "these names are replaced.",
+             "In a file of gains '*' stands for every IF or for both hands, R and L; hours count "
+             "from the start, amplitude and phase go straight from one line to the next."},
             {{"Options", textsOf(optionTable(), ofTheSimulation)},
              {"About the program", textsOf(optionTable(), aboutProgram)}},
-            {"done", "wrong use", "a file that could not be written, or not enough memory"},
+            {"done", "wrong use", "a file that could not be read or written, or not enough memory"},
             {{"dirty.fits, beam.fits, clean.fits", "the maps"},
              {"model.txt", "the components of the jet"},
+             {"observation.uvfits", "the visibilities, with the tables AIPS AN, FQ, NX and SU"},
              {"uv.csv", "some u,v points of the observation, in wavelengths"}},
             {{"A demo and its figure:",
               "pavane-simulate --out demo --seed 7 && "

@@ -16,6 +16,8 @@ struct SimulateOptions {
     int size = 512;          ///< cells a side of the maps
     double cell = 0.05;      ///< milliarcseconds
     int iterations = 12000;  ///< of the CLEAN
+    std::string gains;       ///< the file of the stations' gains, "" for none
+    int unsorted = 0;        ///< the visibilities are written in random order
     int help = 0;
     int version = 0;
 };

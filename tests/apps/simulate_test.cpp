@@ -1,4 +1,5 @@
 #include "apps/simulate/clean.h"
+#include "apps/simulate/gains.h"
 #include "apps/simulate/imaging.h"
 #include "apps/simulate/jet_model.h"
 #include "apps/simulate/options.h"
@@ -118,6 +119,18 @@ TEST(Simulation, RefusesOptionsThatItCannotUse)
     EXPECT_FALSE(parseSimulateOptions({"--seed", "1", "--seed", "2"}, options, error));
     EXPECT_FALSE(parseSimulateOptions({"out"}, options, error));
     EXPECT_TRUE(parseSimulateOptions({"--size", "64", "--noise", "0"}, options, error));
+}
+
+TEST(Simulation, NamesTheLineOfGainsThatItCannotUse)
+{
+    const std::string name = testing::TempDir() + "gains.txt";
+    for (const char* line : {"PT", "XX 1 R 0 1 0", "PT 0 R 0 1 0", "PT 1 X 0 1 0", "PT 1 RL 0 1 0",
+                             "PT 1 R 0 one 0", "PT 1 R 0 1 nan", "PT 1 R 0 1 0 7"}) {
+        std::ofstream(name) << "# gains\nPT 1 R 0 1 0\n" << line << '\n';
+        std::string error;
+        EXPECT_FALSE(Gains().read(name, error)) << line;
+        EXPECT_NE(error.find("line 3"), std::string::npos) << error;
+    }
 }
 
 TEST(Simulation, MakesItsFolderAndSaysWhyItCannot)
