@@ -52,7 +52,7 @@ std::string storedText(const StoredNumber& number, int places)
         return result + "0." + std::string(static_cast<std::size_t>(-power - 1), '0') + digits;
     if (count <= power + 1)
         return result + digits + std::string(static_cast<std::size_t>(power + 1 - count), '0');
-    return result + digits.insert(static_cast<std::size_t>(power + 1), ".");
+    return result + digits.insert(static_cast<std::size_t>(power + 1), 1, '.');
 }
 
 }  // namespace pavane
