@@ -14,9 +14,13 @@ namespace
 /// The longest text of a double: 309 digits before the point, 30 after it, sign and point.
 constexpr std::size_t longestText = 384;
 
+/// The longest shortest text of a double, "-1.2345678901234567e-308", and some.
+constexpr std::size_t longestShortest = 32;
+
 /// Between these decimal exponents a number is written without an exponent.
 constexpr int leastPlainExponent = -4;
 constexpr int plainExponentEnd = 16;
+constexpr double plainEnd = 1e16;
 
 std::string_view withoutBlanksInFront(std::string_view text)
 {
@@ -67,11 +71,40 @@ std::string valToStr(double value)
 {
     if (!std::isfinite(value))
         return notFinite(value);
-    const std::string text = written(value, std::chars_format::scientific);
+    if (value == 0)
+        return "0";
+    char found[longestShortest];
+    char* end = std::to_chars(found, found + longestShortest, value).ptr;
+    // most numbers come plain at once; where that is longer, their digits are moved
+    if (std::abs(value) < plainEnd && std::find(found, end, 'e') == end)
+        return std::string(found, end);
+    end = std::to_chars(found, found + longestShortest, value, std::chars_format::scientific).ptr;
+    char* const mantissaEnd = std::find(found, end, 'e');
     int exponent = 0;
-    (void)stoval(std::string_view(text).substr(text.find('e') + 1), exponent);
-    const bool plain = exponent >= leastPlainExponent && exponent < plainExponentEnd;
-    return plain ? written(value, std::chars_format::fixed) : text;
+    std::from_chars(mantissaEnd + (mantissaEnd[1] == '+' ? 2 : 1), end, exponent);
+    if (exponent < leastPlainExponent || exponent >= plainExponentEnd)
+        return std::string(found, end);
+    // the first digit, the point, the rest
+    const char* const first = found + (value < 0);
+    const char* const rest = std::min<const char*>(first + 2, mantissaEnd);
+    const int count = static_cast<int>(mantissaEnd - rest);
+    char plain[2 * longestShortest];
+    char* out = plain;
+    *out = '-';
+    out += value < 0;
+    if (exponent < 0) {
+        *out++ = '0';
+        *out++ = '.';
+        out = std::fill_n(out, -exponent - 1, '0');
+    }
+    *out++ = *first;
+    const int whole = std::clamp(exponent, 0, count);
+    out = std::copy_n(rest, whole, out);
+    out = std::fill_n(out, std::max(exponent - count, 0), '0');
+    if (exponent >= 0 && count > whole)
+        *out++ = '.';
+    out = std::copy(rest + whole, static_cast<const char*>(mantissaEnd), out);
+    return std::string(plain, out);
 }
 
 std::string valToStr(double value, int digits)

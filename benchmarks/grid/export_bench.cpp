@@ -4,6 +4,7 @@
 #include "tessel/value_text.h"
 
 #include <benchmark/benchmark.h>
+#include <charconv>
 #include <cmath>
 #include <fstream>
 #include <vector>
@@ -31,7 +32,8 @@ const std::vector<double>& numbers()
 class Numbers : public ATableWnd
 {
 public:
-    Numbers()
+    /// Texts by the library's function or by the C++ library's.
+    explicit Numbers(bool library) : library_(library)
     {
         std::vector<ATableColumn> columns(columnCount + 1, {60, 0});
         setColumnPar(columns.data(), columnCount + 1);
@@ -41,14 +43,22 @@ public:
     CString cellAsStr(int row, int column, void*) override
     {
         const std::size_t at = static_cast<std::size_t>(row - 1) * columnCount;
-        return valToStr(numbers()[at + static_cast<std::size_t>(column) - 1]);
+        const double number = cells_[at + static_cast<std::size_t>(column) - 1];
+        if (library_)
+            return valToStr(number);
+        char digits[32];
+        return CString(digits, std::to_chars(digits, digits + sizeof digits, number).ptr);
     }
+
+private:
+    bool library_;
+    const std::vector<double>& cells_ = numbers();
 };
 
+template <bool library>
 void exportTable(benchmark::State& state)
 {
-    Numbers table;
-    (void)numbers();
+    Numbers table(library);
     for (auto _ : state) {
         std::ofstream stream(file, std::ios::binary);
         (void)table.CopyAsTextInStream(stream, 0);
@@ -64,7 +74,8 @@ void exportWithFmt(benchmark::State& state)
 
 }  // namespace
 
-BENCHMARK(exportTable)->Name("table_text/1e6x10/pavane")->Unit(benchmark::kMillisecond);
+BENCHMARK(exportTable<true>)->Name("table_text/1e6x10/pavane")->Unit(benchmark::kMillisecond);
+BENCHMARK(exportTable<false>)->Name("table_text/1e6x10/to_chars")->Unit(benchmark::kMillisecond);
 BENCHMARK(exportWithFmt)->Name("table_text/1e6x10/fmt")->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

@@ -1,4 +1,4 @@
-#include "benchmarks/peers/fmt_lines.h"
+#include "fmt_lines.h"
 
 #include <fmt/format.h>
 

@@ -2,7 +2,9 @@
 #include "tessel/time_text.h"
 #include "tessel/value_text.h"
 
+#include <charconv>
 #include <clocale>
+#include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <limits>
@@ -30,12 +32,21 @@ TEST(ValueText, WritesTheShortestTextThatReadsBack)
     for (const auto& c : cases)
         EXPECT_EQ(valToStr(c.value), c.text);
     std::mt19937_64 random(1);
-    for (int i = 0; i < 2000; ++i) {
+    for (int i = 0; i < 20000; ++i) {
         const double value =
             std::ldexp(static_cast<double>(random()), static_cast<int>(random() % 1900) - 1000);
         double back = 0;
         ASSERT_TRUE(stoval(valToStr(value), back));
         EXPECT_EQ(back, value);
+        // any number that is written plain has the digits that the C++ library gives it
+        const double plain = std::pow(10, static_cast<double>(random() % 20000) / 1000 - 4) *
+                             (random() % 2 ? 1 : -1);
+        const double shown = random() % 4 ? plain : std::round(plain);
+        if (std::abs(shown) >= 1e16 || shown == 0)
+            continue;
+        char digits[64];
+        const auto end = std::to_chars(digits, digits + 64, shown, std::chars_format::fixed).ptr;
+        EXPECT_EQ(valToStr(shown), std::string(digits, end));
     }
 }
 

@@ -44,9 +44,9 @@ private:
 
 /// Deliberate: header row and column are written even when the table shows none, and nothing is
 /// quoted; what reads these texts counts on both.
-int putLine(TableTexts& table, int row, int firstColumn, int lastColumn, BlockWriter& writer)
+int putLine(TableTexts& table, int row, int firstColumn, int lastColumn, CString& text,
+            BlockWriter& writer)
 {
-    CString text;
     if (!table.text({row, 0}, text) || !writer.put(text) || !writer.put('\t'))
         return 0;
     for (int column = firstColumn; column <= lastColumn; ++column) {
@@ -63,12 +63,13 @@ int putLine(TableTexts& table, int row, int firstColumn, int lastColumn, BlockWr
 int writeTableText(TableTexts& table, const CellRange& cells, TextSink& sink)
 {
     BlockWriter writer(sink);
+    CString text;  // one for all cells
     const auto lastColumn = [&] { return std::min(cells.lastColumn, table.extent().lastColumn); };
-    if (!putLine(table, 0, cells.firstColumn, lastColumn(), writer))
+    if (!putLine(table, 0, cells.firstColumn, lastColumn(), text, writer))
         return 0;
     for (std::int64_t row = cells.firstRow; row <= std::min(cells.lastRow, table.extent().rows);
          ++row)
-        if (!putLine(table, static_cast<int>(row), cells.firstColumn, lastColumn(), writer))
+        if (!putLine(table, static_cast<int>(row), cells.firstColumn, lastColumn(), text, writer))
             return 0;
     return writer.flush();
 }
