@@ -65,6 +65,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/components/component_file.h
     pavane/tables/components/component_outline.h
     pavane/tables/components/ModelLayer.h
+    pavane/tables/freq/ABMarkTable.h
+    pavane/tables/freq/AFreqGroupArray.h
+    pavane/tables/freq/FreqGroupEdit.h
+    pavane/tables/freq/group_look.h
     pavane/tables/grid/ASelectRect.h
     pavane/tables/grid/ATableColumn.h
     pavane/tables/grid/table_options.h
