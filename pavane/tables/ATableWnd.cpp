@@ -98,8 +98,18 @@ void ATableWnd::addColumn(ATableColumn& column)
 
 void ATableWnd::deleteColumn(int column)
 {
-    if (grid_.columns().remove(column))
-        columnsChanged();
+    if (!grid_.columns().remove(column))
+        return;
+    // an editor stays on its cell, which may have another number now, or have gone
+    const auto follow = [column](TableCell cell) {
+        return TableCell{cell.column == column ? 0 : cell.row,
+                         cell.column > column ? cell.column - 1 : cell.column};
+    };
+    if (edit_)
+        edit_->setCell(follow(edit_->cell()));
+    if (combo_)
+        combo_->setCell(follow(combo_->cell()));
+    columnsChanged();
 }
 
 void ATableWnd::columnsChanged()

@@ -14,6 +14,7 @@ class ATableEdit : public CEdit
 public:
     ATableEdit(ATableWnd& table, TableCell cell) : table_(&table), cell_(cell) {}
     TableCell cell() const { return cell_; }
+    void setCell(TableCell cell) { cell_ = cell; }
     /// A text that is only looked at.
     void keepText()
     {
@@ -38,6 +39,7 @@ class ATableCombo : public CComboBox
 public:
     ATableCombo(ATableWnd& table, TableCell cell) : table_(&table), cell_(cell) {}
     TableCell cell() const { return cell_; }
+    void setCell(TableCell cell) { cell_ = cell; }
 
 protected:
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;

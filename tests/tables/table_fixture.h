@@ -21,6 +21,7 @@ public:
     std::function<void()> drawing;  ///< a hook of every painted cell
 
     using ATableWnd::cellRect;
+    using ATableWnd::deleteColumn;
     using ATableWnd::getSelectRect;
     using ATableWnd::grid;
     using ATableWnd::hideEdit;

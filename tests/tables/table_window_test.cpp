@@ -127,6 +127,16 @@ TEST(TableEditing, ARefusedValueKeepsTheFieldAndEverythingElse)
     table.setRows(0);
     EXPECT_FALSE(table.field());
     EXPECT_EQ(table.take(), "");
+    table.setRows(9);
+    table.SetUpWindow();
+    ASSERT_TRUE(table.showAuto(2, 2));
+    table.deleteColumn(1);  // the column of lists is the first now
+    ASSERT_TRUE(table.list());
+    table.list()->GetWindowRect(place);
+    table.ScreenToClient(place);
+    EXPECT_EQ(place.left, table.cellRect(2, 1).left);
+    table.deleteColumn(1);
+    EXPECT_FALSE(table.list());
 }
 
 TEST(TableEditing, LongTextsAreLookedAtOnly)
