@@ -186,7 +186,9 @@ HandResult AreaKeys::insertVertex(const CPoint* at)
         return {};
     const int current = edits_.areas().current();
     const int n = static_cast<int>(shape.points.size());
-    const auto vertex = [&](int i) { return shape.points[static_cast<std::size_t>(i % n)]; };
+    const auto vertex = [&](int i) {
+        return shape.points[static_cast<std::size_t>(i < n ? i : 0)];
+    };
     // a host may have changed the shape by itself
     const int focused = focus_.item == current;
     int edge = focused && focus_.handle >= 0 ? std::min(focus_.handle, n - 1) : n - 1;

@@ -160,6 +160,7 @@ void TrackerCollection::trackerDragEnded(ATracker& tracker, DragEnd end)
     parts_->drag.ended(tracker, end);
 }
 
+std::string TrackerCollection::KeptState(int i) const { return parts_->drag.keptState(i); }
 DragEnd TrackerCollection::lastDragEnd() const { return parts_->drag.lastEnd(); }
 ATracker* TrackerCollection::drawnTracker() const { return parts_->drag.drawn(); }
 void TrackerCollection::endDrag() { parts_->drag.giveUp(); }

@@ -237,8 +237,6 @@ int TrackerCollection::ChangeTracker(CWnd* window, int i, std::string_view label
     return 1;
 }
 
-std::string TrackerCollection::KeptState(int i) const { return parts_->drag.keptState(i); }
-
 int TrackerCollection::ReopenLast(CWnd* window)
 {
     if (!parts_->edits.reopenLast())
