@@ -396,6 +396,45 @@ TEST(TablePrinting, DrawsThePagesRowsIntoTheRectangle)
     EXPECT_EQ(table.seen, "");
 }
 
+TEST(TablePrinting, DrawsPicturesAndFilesOnTheColoursOfPaper)
+{
+    ShownTable table;
+    table.setOptions(optHeaderRow | optVertLines | optHorzLines);
+    table.make(70, {{50, 0}, {60, colEdit}});
+    ASelectRect all{1, 1, 70, 1};
+    table.SetSelectRect(all);
+    CPicture picture(400, 700);
+    const auto dc = picture.dc();
+    (void)table.GetPages(*dc);
+    const int height = table.GetCellHeight();
+    CRect rect(0, 0, 400, (dc->GetDeviceCaps(VERTSIZE) * 2 / 9) * height);
+    table.PrintWindow(*dc, rect, 1);
+    EXPECT_EQ(picture.row(3)[60], 0xD4D4D4u);                // a header
+    EXPECT_EQ(picture.row(height + 3)[52], 0xFFFFFFu);       // a cell, selected on the screen only
+    EXPECT_EQ(picture.row(height + 3)[50 + 59], 0x808080u);  // the line behind it
+    EXPECT_EQ(picture.row(height + 3)[50 + 60], 0xFFFFFFu);  // no column
+    const auto file = [](const char* name) {
+        const char* const folder = std::getenv("TEST_TMPDIR");
+        return std::string(folder ? folder : "/tmp") + name;
+    };
+    CString error;
+    for (const auto format : {CPageFile::Format::svg, CPageFile::Format::pdf}) {
+        CPageFile page(format, 400, 700, "Rows", 12);
+        ASSERT_EQ(table.GetPages(page.dc()), 2);  // 700 pixels are 185 mm: 41 rows
+        CRect sheet(0, 0, 400 * 12, 700 * 12);
+        table.PrintWindow(page.dc(), sheet, 2);
+        ASSERT_TRUE(page.Close(file("/rows"), error)) << error;
+        const std::string text = fileText(file("/rows"));
+        if (format == CPageFile::Format::pdf) {
+            EXPECT_EQ(text.substr(0, 5), "%PDF-");
+            continue;
+        }
+        EXPECT_NE(text.find(">411<"), std::string::npos);  // row 41, column 1
+        EXPECT_NE(text.find(">701<"), std::string::npos);
+        EXPECT_EQ(text.find(">401<"), std::string::npos);
+    }
+}
+
 TEST(TablePainting, IsPutOffWhileAnEditorOpens)
 {
     ShownTable table;
