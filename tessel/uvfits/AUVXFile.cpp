@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <utility>
 
 namespace pavane
@@ -70,8 +71,12 @@ int AUVXFile::open(const std::string& name, std::string& error)
 {
     close();
     error.clear();
-    if (openFits(name, file_, error) && readHeaders(error))
-        return 1;
+    try {
+        if (openFits(name, file_, error) && readHeaders(error))
+            return 1;
+    } catch (const std::bad_alloc&) {
+        error = "needs more memory than there is";
+    }
     close();
     return 0;
 }
@@ -223,6 +228,16 @@ int AUVXFile::seekTo(std::int64_t position)
 int AUVXFile::readGroups(std::int64_t first, int count, int what, UvGroups& groups)
 {
     groups.clear();
+    try {
+        return takeGroups(first, count, what, groups);
+    } catch (const std::bad_alloc&) {
+        groups.clear();
+        return 0;
+    }
+}
+
+int AUVXFile::takeGroups(std::int64_t first, int count, int what, UvGroups& groups)
+{
     const UvLayout& layout = *layout_;
     if (first < 0 || count < 0 || first > layout.groups - count)
         return 0;

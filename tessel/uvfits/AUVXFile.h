@@ -63,8 +63,8 @@ public:
     /// Groups that are read at a time with good speed and little memory.
     int blockGroups() const;
     /// Reads `count` groups from `first` (from 0) on: the arrays that `what`, bits of
-    /// UvGroups::What, names. Non-zero on success; 0 when there are no such groups, too many for an
-    /// array, or when the file has become shorter.
+    /// UvGroups::What, names. Non-zero on success; 0 when there are no such groups, too many for
+    /// memory, or when the file has become shorter.
     int readGroups(std::int64_t first, int count, int what, UvGroups& groups);
     /// Of group `i` of what was read with UvGroups::cellValues; indices from 0, all zero outside.
     /// A file without weights has 1 everywhere.
@@ -72,6 +72,7 @@ public:
                             int stokes) const;
 
 private:
+    int takeGroups(std::int64_t first, int count, int what, UvGroups& groups);
     int seekTo(std::int64_t position);
     int readHeaders(std::string& error);
     void readTables(std::int64_t start, std::int64_t size);

@@ -11,9 +11,7 @@ namespace pavane
 namespace
 {
 
-/// Beyond these a file is no observation, and memory would run out before the file does.
 constexpr std::size_t mostOrigins = 1 << 20;
-constexpr std::size_t mostMoments = 1 << 24;
 constexpr double secondsPerDay = 86400;
 constexpr double leastPause = 60;
 constexpr double stepsOfPause = 3;
@@ -41,7 +39,7 @@ double longestPause(const std::vector<double>& times)
 
 }  // namespace
 
-TimeRuns::TimeRuns() : origins_(mostOrigins), moments_(mostMoments) {}
+TimeRuns::TimeRuns(std::size_t most) : origins_(mostOrigins), moments_(most) {}
 
 int TimeRuns::addOther(double time, const Origin& origin, std::int64_t number)
 {

@@ -15,7 +15,9 @@ namespace pavane
 class TimeRuns
 {
 public:
-    TimeRuns();
+    /// No more than `most` times are kept; beyond, a file is no observation, and memory would run
+    /// out before the file does.
+    explicit TimeRuns(std::size_t most = std::size_t{1} << 22);
     /// Where groups come from.
     struct Origin {
         int subarray, source, selection;
@@ -27,7 +29,8 @@ public:
                           static_cast<std::uint32_t>(selection));
         }
     };
-    /// Takes group `number`, greater than those before. 0 when there are too many times.
+    /// Takes group `number`, greater than those before. 0 when there are too many times; then
+    /// nothing more is to be added.
     int add(double time, const Origin& origin, std::int64_t number)
     {
         // most groups have the time of the one before

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <new>
 #include <tuple>
 
 namespace pavane
@@ -14,6 +14,7 @@ namespace
 {
 
 constexpr std::size_t mostBaselines = 1 << 22;
+constexpr const char* noMemory = "needs more memory than there is";
 
 struct Pair {
     int subarray, first, second;
@@ -67,6 +68,16 @@ double UvGroupScan::done() const
 
 int UvGroupScan::step(std::int64_t bytes)
 {
+    try {
+        return goOn(bytes);
+    } catch (const std::bad_alloc&) {
+        error_ = noMemory;
+        return 0;
+    }
+}
+
+int UvGroupScan::goOn(std::int64_t bytes)
+{
     const int what = (what_ & (baselines | scans) ? UvGroups::baselines : 0) |
                      (what_ & (scans | totals) ? UvGroups::origins : 0) |
                      (what_ & scans ? UvGroups::times : 0) |
@@ -81,7 +92,7 @@ int UvGroupScan::step(std::int64_t bytes)
         if (!file_.readGroups(next_, count, what, groups_))
             error_ = "has become shorter while it was read";
         else if (!take(groups_))
-            error_ = "has more baselines or times than an observation can have";
+            error_ = "has more baselines than an observation can have";
         else
             next_ += count;
         left -= count * file_.groupBytes();
@@ -94,8 +105,9 @@ int UvGroupScan::take(const UvGroups& groups)
     totals_.groups += groups.count;
     if (what_ & totals)
         addTotals(groups);
-    return (!(what_ & baselines) || takeBaselines(groups)) &&
-           (!(what_ & scans) || takeTimes(groups));
+    if (what_ & scans && hasScans_)
+        takeTimes(groups);
+    return !(what_ & baselines) || takeBaselines(groups);
 }
 
 int UvGroupScan::takeBaselines(const UvGroups& groups)
@@ -114,18 +126,17 @@ int UvGroupScan::takeBaselines(const UvGroups& groups)
     return 1;
 }
 
-int UvGroupScan::takeTimes(const UvGroups& groups)
+void UvGroupScan::takeTimes(const UvGroups& groups)
 {
     const double* const time = groups.time.data();
     const int* const subarray = groups.subarray.data();
     const int* const source = groups.source.data();
     const int* const selection = groups.selection.data();
     TimeRuns& times = found_->times;
-    for (int i = 0; i < groups.count; ++i)
-        if (std::isfinite(time[i]) &&
-            !times.add(time[i], {subarray[i], source[i], selection[i]}, groups.first + i + 1))
-            return 0;
-    return 1;
+    for (int i = 0; hasScans_ && i < groups.count; ++i)
+        if (std::isfinite(time[i]))
+            hasScans_ =
+                times.add(time[i], {subarray[i], source[i], selection[i]}, groups.first + i + 1);
 }
 
 void UvGroupScan::addTotals(const UvGroups& groups)
@@ -170,6 +181,13 @@ std::vector<UvBaseline> UvGroupScan::foundBaselines() const
     return result;
 }
 
-std::vector<UvScan> UvGroupScan::foundScans() const { return found_->times.scans(); }
+std::vector<UvScan> UvGroupScan::foundScans() const
+{
+    try {
+        return hasScans_ ? found_->times.scans() : std::vector<UvScan>();
+    } catch (const std::bad_alloc&) {
+        return {};
+    }
+}
 
 }  // namespace pavane

@@ -47,19 +47,24 @@ public:
     std::vector<UvBaseline> foundBaselines() const;
     /// Of the groups so far, by start. A scan is what follows in time within a subarray without
     /// another source or selection in its place and without a pause longer than both a minute and
-    /// three times the commonest step of its subarray. Groups without a time are left out.
+    /// three times the commonest step of its subarray. Groups without a time are left out. None
+    /// when there are more different times than an observation has (four million): then
+    /// `hasScans` is 0.
     std::vector<UvScan> foundScans() const;
+    int hasScans() const { return hasScans_; }
     const UvTotals& foundTotals() const { return totals_; }
 
 private:
     struct Found;
     int take(const UvGroups& groups);
     int takeBaselines(const UvGroups& groups);
-    int takeTimes(const UvGroups& groups);
+    int goOn(std::int64_t bytes);
+    void takeTimes(const UvGroups& groups);
     void addTotals(const UvGroups& groups);
 
     AUVXFile& file_;
     int what_;
+    int hasScans_ = 1;
     std::int64_t next_ = 0;
     std::string error_;
     UvGroups groups_;

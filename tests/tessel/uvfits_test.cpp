@@ -1,3 +1,4 @@
+#include "tessel/uvfits/TimeRuns.h"
 #include "tessel/uvfits/UvGroupScan.h"
 #include "tests/tessel/uvfits_text.h"
 
@@ -184,6 +185,15 @@ TEST(Uvfits, FindsScansByPausesSourcesAndSubarraysInAnyOrder)
     // two sources at the same times are two scans beside each other
     EXPECT_EQ(asText(scansOf({{0, 258, 1}, {0, 258, 2}, {10, 258, 1}, {10, 258, 2}})),
               "1.1 0/00:00:00.0-0/00:00:10.0 1..3\n2.1 0/00:00:00.0-0/00:00:10.0 2..4\n");
+}
+
+TEST(Uvfits, FindsNoScansAmongMoreTimesThanAnObservationHas)
+{
+    TimeRuns runs(3);
+    for (int i = 0; i < 3; ++i)
+        EXPECT_TRUE(runs.add(i, {1, 1, 1}, 2 * i + 1) && runs.add(i, {1, 1, 1}, 2 * i + 2));
+    EXPECT_FALSE(runs.add(3, {1, 1, 1}, 7));
+    EXPECT_EQ(runs.scans().size(), 1u);  // of a day from one to the next
 }
 
 TEST(Uvfits, GoesThroughGroupsInSlicesAndEndsWhereTheFileDoes)
