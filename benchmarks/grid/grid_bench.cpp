@@ -39,7 +39,9 @@ public:
     {
         Create("", "grid", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, windowWidth, windowHeight),
                nullptr, 0);
-        UpdateWindow();
+        MSG m;
+        while (PeekMessage(m))  // only then is it on the screen
+            DispatchMessage(m);
     }
     ~GridWindow() override { DestroyWindow(); }
     void showRow(int row)

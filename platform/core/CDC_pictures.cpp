@@ -126,9 +126,9 @@ void copyUnits(const PixelPainter& painter, const PixelSurface& to, const CRect&
     });
 }
 
-/// Shifts the units of one surface that land in `target`.
-void moveUnits(const PixelPainter& painter, const PixelSurface& surface, const CRect& target,
-               int dx, int dy, const Region* clip)
+/// Shifts the units of one surface that land in `target`; returns those that were painted.
+CRect moveUnits(const PixelPainter& painter, const PixelSurface& surface, const CRect& target,
+                int dx, int dy, const Region* clip)
 {
     CRect source(target.left - dx, target.top - dy, target.right - dx, target.bottom - dy);
     const CRect whole(0, 0, surface.width, surface.height);
@@ -137,7 +137,7 @@ void moveUnits(const PixelPainter& painter, const PixelSurface& surface, const C
         !part.IntersectRect(
             {source.left + dx, source.top + dy, source.right + dx, source.bottom + dy},
             painter.bounds()))
-        return;
+        return {};
     const int k = surface.ratio;
     if (clip && clip->kind() == COMPLEXREGION) {
         // one part of the clip could cover what another has yet to read
@@ -145,9 +145,9 @@ void moveUnits(const PixelPainter& painter, const PixelSurface& surface, const C
         std::vector<std::uint32_t> copy(surface.row(from.top * k),
                                         surface.row(from.bottom * k - 1) + surface.width * k);
         const PixelSurface before{copy.data(), surface.width, from.Height(), surface.stride, k};
-        return copyUnits(painter, surface, part, before, from.left, 0);
+        copyUnits(painter, surface, part, before, from.left, 0);
+        return part;
     }
-    surface.touch(part);
     const auto bytes = static_cast<std::size_t>(part.Width() * k) * sizeof(std::uint32_t);
     const int rows = part.Height() * k;
     // rows go in the order in which none is covered before it was read
@@ -156,6 +156,7 @@ void moveUnits(const PixelPainter& painter, const PixelSurface& surface, const C
         std::memmove(surface.row(y) + part.left * k, surface.row(y - dy * k) + (part.left - dx) * k,
                      bytes);
     }
+    return part;
 }
 
 CRect timesRatio(const CRect& r, int ratio)
@@ -391,8 +392,12 @@ int CDC::ScrollDC(int dx, int dy, const CRect* scroll, const CRect* clip, CRgn* 
                      saturated(Wide{r.right} + shiftX), saturated(Wide{r.bottom} + shiftY));
     };
     CRect target;
-    if (target.IntersectRect(shifted(moved), inside))
-        moveUnits(s.painter(), surface, target, shiftX, shiftY, s.clipRegion());
+    if (target.IntersectRect(shifted(moved), inside)) {
+        const CRect part = moveUnits(s.painter(), surface, target, shiftX, shiftY, s.clipRegion());
+        const bool isWhole = moved == inside && !s.clipRegion();
+        if (!isWhole || !s.backend->shifted(inside, shiftX, shiftY))
+            surface.touch(part);
+    }
     // uncovered: what moved away and was not painted again
     CRgn away;
     CRgn painted;

@@ -122,6 +122,12 @@ public:
     virtual VectorDevice* page() { return nullptr; }
     /// What may be painted at all, under every clip; null: the whole device. Asked for once.
     virtual std::shared_ptr<const CRgn::Data> limit() const { return nullptr; }
+    /// The pixels in `rect` were shifted within it. True when the device shifts what it shows by
+    /// itself, else all of them count as painted.
+    virtual bool shifted(const CRect& rect, int dx, int dy)
+    {
+        return (void)rect, (void)dx, (void)dy, false;
+    }
 };
 
 /// Draws on pixels that someone else owns.

@@ -147,12 +147,17 @@ void PixelPainter::rect(const CRect& rect, const Ink& ink) const
 {
     clippedRects(rect, [&](const CRect& part) {
         surface_.touch(part);
-        for (int y = part.top; y < part.bottom; ++y) {
-            if (ink.hatch < 0)
-                paintUnits(y, part.left, part.right, ink.operation);
-            else
-                span(y, part.left, part.right, ink);
+        if (ink.hatch < 0) {
+            std::uint32_t* first = surface_.at(part.left, part.top);
+            const std::ptrdiff_t length = std::ptrdiff_t{part.Width()} * surface_.ratio;
+            for (int rows = part.Height() * surface_.ratio; rows > 0; --rows) {
+                paintRow(first, first + length, ink.operation);
+                first += surface_.stride;
+            }
+            return;
         }
+        for (int y = part.top; y < part.bottom; ++y)
+            span(y, part.left, part.right, ink);
     });
 }
 

@@ -127,6 +127,14 @@ Region WindowSurface::takeInvalid()
     return std::exchange(invalid_, Region());
 }
 
+void WindowSurface::shiftPainted(const CRect& rect, int dx, int dy)
+{
+    const Region pending = takePainted();
+    Region moved = Region::combined(pending, Region(rect), RGN_AND);
+    moved.offset(dx, dy);
+    painted_ = Region::combined(pending, Region::combined(moved, Region(rect), RGN_AND), RGN_OR);
+}
+
 Region WindowSurface::takePainted()
 {
     const Region touched = unionOf(touched_.taken());

@@ -40,8 +40,13 @@ public:
 
     /// What was painted and has not been put on the screen.
     Region takePainted();
+    /// Pixels in `rect` were shifted within it, here and on the screen: what is not on the screen
+    /// moved along.
+    void shiftPainted(const CRect& rect, int dx, int dy);
     /// Called when something may have been painted that is not on the screen.
     std::function<void()> onTouched;
+    /// Shifts what the screen shows as pixels() were; false when it cannot.
+    std::function<bool(const CRect& rect, int dx, int dy)> onShifted;
 
 private:
     int moveBits(int width, int height, int ratio);

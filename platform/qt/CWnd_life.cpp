@@ -57,6 +57,9 @@ WindowPeer* makeWidgets(CWnd& window, const CREATESTRUCT& cs)
         if (WindowPeer* const touched = peerOf(hwnd))
             schedulePaint(*touched);
     };
+    peer->surface->onShifted = [hwnd](const CRect& rect, int dx, int dy) {
+        return shiftShown(hwnd, rect, dx, dy);
+    };
     if (frame) {
         registerFrame(*peer, frame);
         frame->setClient(client, hwnd);

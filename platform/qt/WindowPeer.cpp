@@ -39,6 +39,7 @@ std::unique_ptr<WindowPeer> takenOut(HWND hwnd)
         WindowPeer::setHandle(*peer->window, 0);
     if (peer->surface) {
         peer->surface->onTouched = nullptr;
+        peer->surface->onShifted = nullptr;
         peer->surface->clear();
     }
     return peer;

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <QCoreApplication>
 #include <QRegion>
+#include <QWindow>
 
 namespace pavane
 {
@@ -38,6 +39,10 @@ public:
         return limit_ ? surface_->pixels() : surface_->reportedPixels();
     }
     std::shared_ptr<const CRgn::Data> limit() const override { return limit_; }
+    bool shifted(const CRect& rect, int dx, int dy) override
+    {
+        return !limit_ && surface_->onShifted && surface_->onShifted(rect, dx, dy);
+    }
 
 private:
     std::shared_ptr<WindowSurface> surface_;
@@ -129,6 +134,27 @@ void runPaint(HWND hwnd, bool atOnce)
     peer = peerOf(hwnd);
     if (peer && peer->surface->hasInvalid())
         schedulePaint(*peer);
+}
+
+bool shiftShown(HWND hwnd, const CRect& rect, int dx, int dy)
+{
+    const WindowPeer* const peer = peerOf(hwnd);
+    QWidget* const widget = peer ? peer->widget.data() : nullptr;
+    const QWindow* const native = widget ? widget->window()->windowHandle() : nullptr;
+    if (!native || !native->isExposed() || !widget->isVisible() ||
+        std::fabs(widget->devicePixelRatioF() - peer->surface->ratio()) > 1e-3)
+        return false;
+    const QRect shifted(rect.left, rect.top, rect.Width(), rect.Height());
+    // the pixels of a child on the screen would move, the child would not
+    for (const QObject* const child : widget->children()) {
+        const auto* const above = qobject_cast<const QWidget*>(child);
+        if (above && !above->isWindow() && above->isVisible() &&
+            above->geometry().intersects(shifted))
+            return false;
+    }
+    peer->surface->shiftPainted(rect, dx, dy);
+    widget->scroll(dx, dy, shifted);
+    return true;
 }
 
 void runPendingPaints()

@@ -2,6 +2,7 @@
 #include "platform/system_colors.h"
 #include "platform/test_window.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <QApplication>
 #include <QBackingStore>
@@ -11,6 +12,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
+#include <random>
 
 using namespace pavane;
 
@@ -309,6 +311,63 @@ TEST(RealInput, ChoosesTheCursorOfTheClass)
     const QWidget* const under = QApplication::widgetAt(QPoint(70, 80));
     EXPECT_EQ(under->cursor().hotSpot(), QPoint(1, 1));
     EXPECT_EQ(under->cursor().pixmap().deviceIndependentSize(), QSizeF(32, 32));
+}
+
+TEST(Screen, ShowsWhatWasScrolledInAnyOrderOfPaintsAndScrolls)
+{
+    ActiveWindow window;
+    if (window.native->devicePixelRatio() != std::round(window.native->devicePixelRatio()))
+        GTEST_SKIP() << "pixels are mixed there";
+    TestWindow child(&window, WS_VISIBLE, {30, 20, 250, 170});
+    TestWindow above(&child, WS_VISIBLE, {5, 5, 40, 20});
+    window.draw =
+        child.draw = [](CPaintDC& dc) { dc.FillSolidRect(dc.paintRect(), RGB(0, 90, 0)); };
+    settle();
+    std::mt19937 random(7);
+    const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
+    const auto place = [&] {
+        const CPoint p{below(200), below(140)};
+        return CRect(p.x, p.y, p.x + 5 + below(120), p.y + 5 + below(90));
+    };
+    for (int round = 0; round < 60; ++round) {
+        for (int step = below(6); step >= 0; --step) {
+            TestWindow& w = below(3) ? child : window;
+            CClientDC dc(&w);
+            const CRect rect = place();
+            switch (below(5)) {
+            case 0:
+                dc.FillSolidRect(rect, RGB(below(255), below(255), below(255)));
+                break;
+            case 1:
+                w.InvalidateRect(rect);
+                break;
+            case 2:
+                w.UpdateWindow();
+                break;
+            case 3:
+                w.ScrollWindow(below(20) - 10, below(40) - 20, rect);
+                break;
+            default:
+                dc.ScrollDC(below(40) - 20, below(20) - 10, &rect, &rect, nullptr, nullptr);
+            }
+        }
+        settle();
+        const QImage image = grabbed(window.native);
+        const int ratio = static_cast<int>(window.native->devicePixelRatio());
+        const CClientDC own(&window), inner(&child), top(&above);
+        for (int y = 0; y < 200; ++y) {
+            for (int x = 0; x < 300; ++x) {
+                const bool inChild = CRect(30, 20, 250, 170).PtInRect({x, y});
+                const bool inTop = CRect(35, 25, 70, 40).PtInRect({x, y});
+                const COLORREF wanted = inTop     ? top.GetPixel(x - 35, y - 25)
+                                        : inChild ? inner.GetPixel(x - 30, y - 20)
+                                                  : own.GetPixel(x, y);
+                const QRgb p = image.pixel(x * ratio, y * ratio);
+                ASSERT_EQ(RGB(qRed(p), qGreen(p), qBlue(p)), wanted)
+                    << x << ' ' << y << " in round " << round;
+            }
+        }
+    }
 }
 
 TEST(RealInput, AsksTheWindowBeforeAScrollBarMoves)
