@@ -323,6 +323,14 @@ TEST(Screen, ShowsWhatWasScrolledInAnyOrderOfPaintsAndScrolls)
     window.draw =
         child.draw = [](CPaintDC& dc) { dc.FillSolidRect(dc.paintRect(), RGB(0, 90, 0)); };
     settle();
+    {
+        CClientDC dc(&child);
+        const CRect all(0, 60, 220, 150);
+        dc.FillSolidRect({50, 70, 60, 80}, red);  // not on the screen yet
+        dc.ScrollDC(40, 20, &all, &all, nullptr, nullptr);
+        settle();
+        EXPECT_EQ(shown(window.native, 30 + 95, 20 + 95), red);
+    }
     std::mt19937 random(7);
     const auto below = [&](int limit) { return static_cast<int>(random() % unsigned(limit)); };
     const auto place = [&] {
