@@ -212,18 +212,4 @@ void APlotWnd::showStatusAtPointer()
     OnStatus(StatusAt(pointer_));
 }
 
-int APlotWnd::followPress(const std::function<int()>& press)
-{
-    const HWND self = GetSafeHwnd();
-    ++presses_;
-    const int used = press();
-    if (CWnd::FromHandle(self) != this)
-        return 1;
-    if (--presses_ == 0) {
-        retired_.clear();
-        pressEnded();
-    }
-    return used;
-}
-
 }  // namespace pavane

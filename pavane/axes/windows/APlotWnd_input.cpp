@@ -33,6 +33,20 @@ void APlotWnd::pointerMoved(unsigned, CPoint point)
             InvalidateRect(frame);
 }
 
+int APlotWnd::followPress(const std::function<int()>& press)
+{
+    const HWND self = GetSafeHwnd();
+    ++presses_;
+    const int used = press();
+    if (CWnd::FromHandle(self) != this)
+        return 1;
+    if (--presses_ == 0) {
+        retired_.clear();
+        pressEnded();
+    }
+    return used;
+}
+
 void APlotWnd::OnLButtonDown(unsigned flags, CPoint point)
 {
     endGesture();
