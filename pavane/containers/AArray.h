@@ -11,6 +11,7 @@
 #include <limits>
 #include <new>
 #include <type_traits>
+#include <utility>
 
 namespace pavane
 {
@@ -156,11 +157,11 @@ AArray<T>& AArray<T>::operator+=(const AArray& other)
 template <typename T>
 int AArray<T>::InsertAt(int i, const T& item)
 {
-    const T kept(item);
+    T kept(item);  // it may be one of the items that move
     if (!growForOne())
         return -1;
     std::move_backward(data_ + i, data_ + count_, data_ + count_ + 1);
-    data_[i] = kept;
+    data_[i] = std::move(kept);
     ++count_;
     return i;
 }

@@ -225,19 +225,15 @@ void ATableWnd::drawCell(CDC& dc, CRect& rect, int row, int column, int state)
 {
     const TableWatch watch(*this);
     dc.SetBkMode(TRANSPARENT);
-    COLORREF ground = colors().window;
-    if (!isOptSet(optFlatHeader)) {
-        ground = GetCellBkColor(row, column, state);
-        if (watch.gone())
-            return;
+    const bool flat = isOptSet(optFlatHeader);
+    const COLORREF ground = flat ? GetWindowBkColor() : GetCellBkColor(row, column, state);
+    if (watch.gone())
+        return;
+    if (!flat) {
         dc.FillSolidRect({rect.left, rect.top, rect.right + !isOptSet(optVertLines),
                           rect.bottom + !isOptSet(optHorzLines)},
                          ground);
         cellFilled_ = 1;
-    } else {
-        ground = GetWindowBkColor();
-        if (watch.gone())
-            return;
     }
     drawLines(dc, rect, row);
     if (state & 1) {

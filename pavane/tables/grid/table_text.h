@@ -30,7 +30,7 @@ public:
 };
 
 /// Most that is held back before it is written.
-inline constexpr std::size_t textBlock = 64 * 1024;
+inline constexpr std::size_t textBlock = std::size_t{64} * 1024;
 
 /// Writes `cells` of a table, lines ended by a line feed: the corner and the column headers, then
 /// the rows with their headers; cells are separated by tabs and not quoted. What is no longer there

@@ -15,7 +15,7 @@ CString freeName(const CString& name)
 {
     constexpr int most = 1000;
     for (int i = 0; i < most; ++i) {
-        const CString part = name + ".part" + (i ? std::to_string(i + 1) : "");
+        CString part = name + ".part" + (i ? std::to_string(i + 1) : "");
         std::error_code failed;
         if (fs::symlink_status(part, failed).type() == fs::file_type::not_found)
             return part;
