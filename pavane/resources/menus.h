@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/resources/plot_commands.h"
+#include "pavane/resources/table_commands.h"
 #include "platform/menu_template.h"
 
 #include <iterator>
@@ -47,14 +48,34 @@ inline constexpr MenuItem plotMenu[] = {
 };
 
 inline constexpr MenuItem tableItems[] = {
-    {"&Copy selection\tCtrl+C", ID_TABLE_COPY_SELECTION},
-    {"Copy &table", ID_TABLE_COPY_ALL},
+    tableItemOf(ID_TABLE_UNDO),
+    tableItemOf(ID_TABLE_REDO),
     {},
-    {"&Save selection as text...", ID_TABLE_SAVE_SELECTION},
-    {"Save table as te&xt...", ID_TABLE_SAVE_ALL},
+    tableItemOf(ID_TABLE_EDIT),
+    tableItemOf(ID_TABLE_CLEAR),
+    tableItemOf(ID_TABLE_COPY_SELECTION),
+    tableItemOf(ID_TABLE_COPY_CELLS),
+    tableItemOf(ID_TABLE_COPY_ALL),
+    tableItemOf(ID_TABLE_PASTE),
     {},
-    {"Copy &picture", ID_COPY_TO_CLIPBOARD},
-    {"Save picture as P&NG...", ID_COPY_TO_BMP},
+    tableItemOf(ID_TABLE_SELECT_ALL),
+    tableItemOf(ID_TABLE_SELECT_ROWS),
+    tableItemOf(ID_TABLE_SELECT_COLUMNS),
+    {},
+    tableItemOf(ID_TABLE_FIND),
+    tableItemOf(ID_TABLE_FIND_NEXT),
+    tableItemOf(ID_TABLE_FIND_PREVIOUS),
+    tableItemOf(ID_TABLE_GO_TO_ROW),
+    {},
+    tableItemOf(ID_TABLE_SORT_UP),
+    tableItemOf(ID_TABLE_SORT_DOWN),
+    tableItemOf(ID_TABLE_SORT_STORED),
+    tableItemOf(ID_TABLE_FIT_COLUMN),
+    {},
+    tableItemOf(ID_TABLE_SAVE_SELECTION),
+    tableItemOf(ID_TABLE_SAVE_ALL),
+    {"Copy p&icture", ID_COPY_TO_CLIPBOARD},
+    {"Save picture as PN&G...", ID_COPY_TO_BMP},
 };
 inline constexpr MenuItem tableMenu[] = {
     {"Table", 0, tableItems, static_cast<int>(std::size(tableItems))},

@@ -35,6 +35,23 @@ inline constexpr unsigned ID_TABLE_COPY_ALL = 10201;
 inline constexpr unsigned ID_TABLE_COPY_SELECTION = 10202;
 inline constexpr unsigned ID_TABLE_SAVE_ALL = 10203;
 inline constexpr unsigned ID_TABLE_SAVE_SELECTION = 10204;
+inline constexpr unsigned ID_TABLE_UNDO = 10205;
+inline constexpr unsigned ID_TABLE_REDO = 10206;
+inline constexpr unsigned ID_TABLE_EDIT = 10207;
+inline constexpr unsigned ID_TABLE_CLEAR = 10208;
+inline constexpr unsigned ID_TABLE_COPY_CELLS = 10209;
+inline constexpr unsigned ID_TABLE_PASTE = 10210;
+inline constexpr unsigned ID_TABLE_SELECT_ALL = 10211;
+inline constexpr unsigned ID_TABLE_SELECT_ROWS = 10212;
+inline constexpr unsigned ID_TABLE_SELECT_COLUMNS = 10213;
+inline constexpr unsigned ID_TABLE_FIND = 10214;
+inline constexpr unsigned ID_TABLE_FIND_NEXT = 10215;
+inline constexpr unsigned ID_TABLE_FIND_PREVIOUS = 10216;
+inline constexpr unsigned ID_TABLE_GO_TO_ROW = 10217;
+inline constexpr unsigned ID_TABLE_SORT_UP = 10218;
+inline constexpr unsigned ID_TABLE_SORT_DOWN = 10219;
+inline constexpr unsigned ID_TABLE_SORT_STORED = 10220;
+inline constexpr unsigned ID_TABLE_FIT_COLUMN = 10221;
 
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;

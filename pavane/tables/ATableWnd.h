@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/containers/LifeWatch.h"
+#include "pavane/resources/table_commands.h"
 #include "pavane/tables/grid/ASelectRect.h"
 #include "pavane/tables/grid/ATableColumn.h"
 #include "pavane/tables/grid/selection_moves.h"
@@ -137,6 +138,38 @@ public:
     virtual void kbHome(int count, int shift);
     virtual void kbEnter(int count, int shift);
     virtual void kbTab(int count, int shift);
+    /// The number that a cell stands for: for sorting and for sums. Non-zero when it stands for
+    /// one. The base reads the text of the cell.
+    virtual int cellNumber(int row, int column, double& value);
+    /// Whether rows can be sorted by a data column. The base says yes to all with optSort.
+    virtual int isSortable(int column);
+    /// What brings the value of a cell back exactly, for undo: bytes that only setCellValue reads.
+    /// The base takes strCell and setCellStr. 0 when they were refused.
+    virtual CString cellValue(int row, int column);
+    virtual int setCellValue(int row, int column, const CString& value);
+    /// Stores a pasted text, of cells with lists too; 0 refuses it. The base calls setCellStr.
+    virtual int pasteCell(int row, int column, const CString& text);
+    /// Empties a cell; 0 refuses. The base pastes an empty text.
+    virtual int clearCell(int row, int column);
+    /// Edits of cells between these two are one step of undo, named `label`; calls nest. Heirs
+    /// whose data has a history of its own override these and the four below.
+    virtual void beginEdits(const CString& label);
+    virtual void endEdits();
+    virtual int canUndo();
+    virtual int canRedo();
+    /// Takes the last step back, or makes it again, and shows where; 0 when there is none.
+    virtual int Undo();
+    virtual int Redo();
+    /// Section of the profile that keeps the widths of columns that a user sized; empty: none.
+    virtual CString profileSection();
+    /// What the menu and the keys do (tableCommands in resources/table_commands.h). Non-zero when
+    /// the command is one of a table.
+    virtual int RunTableCommand(unsigned id);
+
+    /// The record that a shown row holds, as the data is stored, and the row that shows a record;
+    /// both from 1. The same number while the table is not sorted. Hooks get rows as shown.
+    int recordOf(int row) const;
+    int rowOf(int record) const;
 
 protected:
     void addColumn(ATableColumn& column);
@@ -212,6 +245,8 @@ protected:
     void OnCopyClbrSel();
     void OnCopyInFileAll();
     void OnCopyInFileSel();
+    /// Whether a command would do something now.
+    int isTime(TableWhen when);
 
 private:
     friend class ATableEdit;
@@ -264,6 +299,7 @@ private:
     void keyFromEditor(unsigned key, unsigned repeat);
 
     void saveText(int selectionOnly);
+    void selectWhole(int rows, int columns);
 
     LifeToken life_;
     TableGrid grid_;

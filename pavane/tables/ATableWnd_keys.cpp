@@ -71,15 +71,11 @@ void ATableWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     case VK_DOWN:
         kbDown(count, shift);
         break;
-    case VK_F2:
-        if (!grid_.extent().empty() && hideEditors())
-            (void)showAuto(selection_.anchorRow, selection_.anchorColumn);
-        break;
-    case 'C':
-        if (control && !shift && !held(VK_MENU))
-            OnCopyClbrSel();
-        break;
     default:
+        if (const TableCommand* const command =
+                tableCommandOfKey(static_cast<int>(key), shift, control);
+            command && !held(VK_MENU))
+            (void)RunTableCommand(command->id);
         break;
     }
     // a Tab that stored a cell of a dialog stays in the table

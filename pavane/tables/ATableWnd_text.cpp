@@ -6,7 +6,6 @@
 #include "pavane/tables/grid/text_file.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/clipboard.h"
-#include "platform/CMenu.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 
@@ -104,34 +103,6 @@ void ATableWnd::saveText(int selectionOnly)
         return;
     const CString stays = file.replaces() ? oldFileStays + file.place() : partIsLeft + file.place();
     (void)AfxMessageBox(stays, MB_OK | MB_ICONERROR);
-}
-
-int ATableWnd::GetMenuID() { return static_cast<int>(IDR_TABLE_MENU); }
-
-void ATableWnd::amMenuParse(CMenu* popup)
-{
-    const bool selected = !selectedCells(selection_, grid_.extent()).empty();
-    for (const unsigned id : {ID_TABLE_COPY_SELECTION, ID_TABLE_SAVE_SELECTION})
-        (void)popup->EnableMenuItem(id, selected ? MF_ENABLED : MF_GRAYED);
-}
-
-int ATableWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
-{
-    if (code == 0) {
-        switch (id) {
-        case ID_TABLE_COPY_ALL:
-            return OnCopyClbrAll(), 1;
-        case ID_TABLE_COPY_SELECTION:
-            return OnCopyClbrSel(), 1;
-        case ID_TABLE_SAVE_ALL:
-            return OnCopyInFileAll(), 1;
-        case ID_TABLE_SAVE_SELECTION:
-            return OnCopyInFileSel(), 1;
-        default:
-            break;
-        }
-    }
-    return ABWindow::OnCommand(id, code, control);
 }
 
 }  // namespace pavane

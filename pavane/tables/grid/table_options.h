@@ -15,7 +15,9 @@ enum TableOption : int {
     optNoSelColor = 0x0100,   ///< selected cells keep the colour of the window
     optDragBits = 0x0230,     ///< what ends with the release of the button
     optFlatHeader = 0x0400,   ///< flat headers, cells without background
-    optDoubleFocus = 0x1000   ///< a second frame inside that of the focus cell
+    optDoubleFocus = 0x1000,   ///< a second frame inside that of the focus cell
+    optSizeColumns = 0x10000,  ///< edges in the header can be dragged, a double click there fits
+    optSort = 0x20000          ///< a click on a column header sorts the rows
 };
 
 }  // namespace pavane

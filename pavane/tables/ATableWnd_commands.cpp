@@ -1,0 +1,149 @@
+#include "pavane/resources/menus.h"
+#include "pavane/tables/ATableWnd.h"
+#include "pavane/tables/TableWatch.h"
+#include "platform/clipboard.h"
+#include "platform/CMenu.h"
+#include "tessel/value_text.h"
+
+namespace pavane
+{
+
+int ATableWnd::GetMenuID() { return static_cast<int>(IDR_TABLE_MENU); }
+
+int ATableWnd::isTime(TableWhen when)
+{
+    const TableExtent table = grid_.extent();
+    const int selected = !selectedCells(selection_, table).empty();
+    switch (when) {
+    case TableWhen::hasCells:
+        return !table.empty();
+    case TableWhen::hasSelection:
+        return selected;
+    case TableWhen::canSelectRange:
+        return !table.empty() && isOptSet(optRangeSelect);
+    case TableWhen::canEdit:
+        return selected && canEdit(selection_.anchorRow, selection_.anchorColumn);
+    case TableWhen::canUndo:
+        return canUndo();
+    case TableWhen::canRedo:
+        return canRedo();
+    case TableWhen::canClear:
+    case TableWhen::canPaste:
+    case TableWhen::canSort:
+    case TableWhen::canSizeColumn:
+        return 0;
+    case TableWhen::always:
+        break;
+    }
+    return 1;
+}
+
+void ATableWnd::amMenuParse(CMenu* popup)
+{
+    const TableWatch watch(*this);
+    for (const TableCommand& command : tableCommands) {
+        const int can = isTime(command.when);
+        if (watch.gone())
+            return;
+        (void)popup->EnableMenuItem(command.id, can ? MF_ENABLED : MF_GRAYED);
+    }
+}
+
+/// All data rows, columns, or both, of the selected cells.
+void ATableWnd::selectWhole(int rows, int columns)
+{
+    const TableWatch watch(*this);
+    if (!hideEditors() || watch.gone() || !isTime(TableWhen::canSelectRange))
+        return;
+    const TableExtent table = grid_.extent();
+    ASelectRect next = selection_;
+    if (rows) {
+        next.anchorColumn = 1;
+        next.endColumn = table.lastColumn;
+    }
+    if (columns) {
+        next.anchorRow = 1;
+        next.endRow = table.rows;
+    }
+    ASelectRect previous = selection_;
+    const ASelectRect before = selection_;
+    if (next == before)
+        return;
+    selection_ = next;
+    const int taken = SelChanged(selection_, previous);
+    if (watch.gone())
+        return;
+    if (!taken)
+        return (void)(selection_ = before);
+    repaintChange(before);
+    ASelectRect old = before;
+    sendSelectionChange(selection_, old);
+}
+
+int ATableWnd::RunTableCommand(unsigned id)
+{
+    switch (id) {
+    case ID_TABLE_COPY_ALL:
+        return OnCopyClbrAll(), 1;
+    case ID_TABLE_COPY_SELECTION:
+        return OnCopyClbrSel(), 1;
+    case ID_TABLE_SAVE_ALL:
+        return OnCopyInFileAll(), 1;
+    case ID_TABLE_SAVE_SELECTION:
+        return OnCopyInFileSel(), 1;
+    case ID_TABLE_EDIT:
+        if (const TableWatch watch(*this);
+            !grid_.extent().empty() && hideEditors() && !watch.gone())
+            (void)showAuto(selection_.anchorRow, selection_.anchorColumn);
+        return 1;
+    case ID_TABLE_SELECT_ALL:
+        return selectWhole(1, 1), 1;
+    case ID_TABLE_SELECT_ROWS:
+        return selectWhole(1, 0), 1;
+    case ID_TABLE_SELECT_COLUMNS:
+        return selectWhole(0, 1), 1;
+    case ID_TABLE_UNDO:
+        return (void)Undo(), 1;
+    case ID_TABLE_REDO:
+        return (void)Redo(), 1;
+    default:
+        return 0;
+    }
+}
+
+int ATableWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
+{
+    if (code == 0 && RunTableCommand(id))
+        return 1;
+    return ABWindow::OnCommand(id, code, control);
+}
+
+// --- what heirs say of it
+
+int ATableWnd::isSortable(int column) { return isOptSet(optSort) && column >= 1; }
+CString ATableWnd::cellValue(int row, int column) { return strCell(row, column); }
+int ATableWnd::setCellValue(int row, int column, const CString& value)
+{
+    return setCellStr(row, column, value);
+}
+int ATableWnd::pasteCell(int row, int column, const CString& text)
+{
+    return setCellStr(row, column, text);
+}
+int ATableWnd::clearCell(int row, int column) { return pasteCell(row, column, {}); }
+void ATableWnd::beginEdits(const CString&) {}
+void ATableWnd::endEdits() {}
+int ATableWnd::canUndo() { return 0; }
+int ATableWnd::canRedo() { return 0; }
+int ATableWnd::Undo() { return 0; }
+int ATableWnd::Redo() { return 0; }
+CString ATableWnd::profileSection() { return {}; }
+int ATableWnd::recordOf(int row) const { return row; }
+int ATableWnd::rowOf(int record) const { return record; }
+
+int ATableWnd::cellNumber(int row, int column, double& value)
+{
+    return stoval(cellAsStr(row, column, nullptr), value);
+}
+
+}  // namespace pavane
