@@ -197,6 +197,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
+    pavane/resources/table_commands.h
     pavane/resources/tools.h
     pavane/tables/grid/cell_range.h
     pavane/tables/grid/grid_layout.h
