@@ -122,6 +122,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/ABWindow.h
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h
+    pavane/windows/JobBox.h
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h
     pavane/windows/window_placement.h

@@ -122,6 +122,7 @@
 #include "pavane/windows/ABWindow.h"
 #include "pavane/windows/ASelRectAlt.h"
 #include "pavane/windows/ASelRectWnd.h"
+#include "pavane/windows/JobBox.h"
 #include "pavane/windows/library_resources.h"
 #include "pavane/windows/picture_export.h"
 #include "pavane/windows/window_placement.h"

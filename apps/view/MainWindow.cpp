@@ -6,6 +6,7 @@
 #include "pavane/axes/windows/show_map.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "pavane/windows/JobBox.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/message.h"
 #include "platform/profile.h"

@@ -2,8 +2,6 @@
 
 #include "apps/view/level_list.h"
 #include "platform/controls.h"
-#include "platform/cursors.h"
-#include "tessel/rounding.h"
 
 #include <iterator>
 #include <string_view>
@@ -37,12 +35,6 @@ constexpr DlgItem levelItems[] = {
 };
 constexpr DlgTemplate levelDialog = {0,  "Contour levels", 260,
                                      92, levelItems,       std::size(levelItems)};
-
-constexpr DlgItem jobItems[] = {
-    {ControlKind::staticText, idHeading, "", 8, 10, 224, 10},
-    {ControlKind::pushButton, IDCANCEL, "Cancel", 92, 28, 56, 14, WS_TABSTOP},
-};
-constexpr DlgTemplate jobDialog = {0, "pavane-view", 240, 50, jobItems, std::size(jobItems)};
 
 /// A line of the help: what to press, and what it does.
 struct KeyLine {
@@ -183,53 +175,6 @@ void showKeys(CWnd* parent)
 {
     KeyDialog dialog(parent);
     dialog.DoModal();
-}
-
-class JobBox::Box : public CDialog
-{
-public:
-    explicit Box(CWnd* parent) : CDialog(jobDialog, parent) {}
-    int cancelled = 0;
-
-protected:
-    void OnCancel() override { cancelled = 1; }
-    void OnOK() override {}
-};
-
-JobBox::JobBox(CWnd* parent, CString what)
-    : parent_(parent), what_(std::move(what)), start_(std::chrono::steady_clock::now())
-{
-    BeginWaitCursor();
-}
-
-JobBox::~JobBox()
-{
-    EndWaitCursor();
-    if (!box_)
-        return;
-    parent_->EnableWindow(1);
-    box_->DestroyWindow();
-}
-
-int JobBox::show(double fraction)
-{
-    constexpr auto moment = std::chrono::milliseconds(400);
-    if (!box_ && std::chrono::steady_clock::now() - start_ < moment)
-        return 1;
-    if (!box_) {
-        box_ = std::make_unique<Box>(parent_);
-        parent_->EnableWindow(0);
-        if (!box_->CreateModeless())
-            return 1;
-        box_->ShowWindow(SW_SHOW);
-    }
-    const int percent = fraction >= 0 && fraction <= 1 ? truncated(fraction * 100) : 0;
-    if (percent != shownPercent_)
-        box_->SetDlgItemText(idHeading, what_ + "   " + std::to_string(percent) + " %");
-    shownPercent_ = percent;
-    for (MSG message; PeekMessage(message);)
-        DispatchMessage(message);
-    return !box_->cancelled;
 }
 
 }  // namespace pavane

@@ -2,8 +2,6 @@
 
 #include "platform/CDialog.h"
 
-#include <chrono>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -21,26 +19,5 @@ int askLevels(CWnd* parent, CString& text);
 
 /// Keys and mouse, as two columns of lines.
 void showKeys(CWnd* parent);
-
-/// Says how far a long job is, with a button to give it up; shows itself only when the job takes
-/// longer than a moment. The windows below take no input meanwhile.
-class JobBox
-{
-public:
-    JobBox(CWnd* parent, CString what);
-    JobBox(const JobBox&) = delete;
-    JobBox& operator=(const JobBox&) = delete;
-    ~JobBox();
-    /// Fraction done, 0 to 1; 0 when the user gave up.
-    int show(double fraction);
-
-private:
-    class Box;
-    CWnd* parent_;
-    CString what_;
-    std::chrono::steady_clock::time_point start_;
-    int shownPercent_ = -1;
-    std::unique_ptr<Box> box_;
-};
 
 }  // namespace pavane
