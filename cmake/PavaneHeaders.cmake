@@ -69,9 +69,11 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/freq/AFreqGroupArray.h
     pavane/tables/freq/FreqGroupEdit.h
     pavane/tables/freq/group_look.h
+    pavane/tables/freq/MarkHistory.h
     pavane/tables/grid/ASelectRect.h
     pavane/tables/grid/ATableColumn.h
     pavane/tables/grid/table_options.h
+    pavane/tables/observation/AMarkTable.h
     pavane/trackers/AAreaTracker.h
     pavane/trackers/AAreaTrackerInAxis.h
     pavane/trackers/ABaseTracker.h

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/resources/mark_commands.h"
 #include "pavane/resources/plot_commands.h"
 #include "pavane/resources/table_commands.h"
 #include "platform/menu_template.h"
@@ -81,12 +82,16 @@ inline constexpr MenuItem tableMenu[] = {
     {"Table", 0, tableItems, static_cast<int>(std::size(tableItems))},
 };
 
+/// A table with marks has their commands before its own.
+inline constexpr auto markTableItems = menuOfBoth(markItems, tableItems);
+inline constexpr MenuItem markMenu[] = {
+    {"Marks", 0, markTableItems.data(), static_cast<int>(std::size(markTableItems))},
+};
+
 /// The menus of the library, by identifier.
 inline constexpr MenuTemplate libraryMenus[] = {
-    {IDR_AXIS_MENU, axisMenu, 1},
-    {IDR_PLOT_MENU, plotMenu, 1},
-    {IDR_TABLE_MENU, tableMenu, 1},
-    {IDR_COPY_MENU, copyMenu, 1},
+    {IDR_AXIS_MENU, axisMenu, 1}, {IDR_PLOT_MENU, plotMenu, 1}, {IDR_TABLE_MENU, tableMenu, 1},
+    {IDR_MARK_MENU, markMenu, 1}, {IDR_COPY_MENU, copyMenu, 1},
 };
 
 }  // namespace pavane

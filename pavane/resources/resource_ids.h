@@ -20,6 +20,7 @@ inline constexpr unsigned IDC_SELECTION_IDLE = 10001;  ///< where a rectangle ca
 inline constexpr unsigned IDR_AXIS_MENU = 10004;
 inline constexpr unsigned IDR_PLOT_MENU = 10005;
 inline constexpr unsigned IDR_TABLE_MENU = 10006;
+inline constexpr unsigned IDR_MARK_MENU = 10007;
 inline constexpr unsigned IDR_COPY_MENU = 10011;
 
 // Dialogs.
@@ -52,6 +53,12 @@ inline constexpr unsigned ID_TABLE_SORT_UP = 10218;
 inline constexpr unsigned ID_TABLE_SORT_DOWN = 10219;
 inline constexpr unsigned ID_TABLE_SORT_STORED = 10220;
 inline constexpr unsigned ID_TABLE_FIT_COLUMN = 10221;
+
+// Commands of tables with marks.
+inline constexpr unsigned ID_MARK_SELECTED = 10231;  ///< marks the items of the selected cells
+inline constexpr unsigned ID_MARK_ALL = 10232;
+inline constexpr unsigned ID_MARK_NONE = 10233;
+inline constexpr unsigned ID_MARK_INVERT = 10234;
 
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;

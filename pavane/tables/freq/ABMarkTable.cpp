@@ -37,6 +37,8 @@ int ABMarkTable::replace(const ABitArray& marks)
 
 void ABMarkTable::SetMark(const ABitArray& marks)
 {
+    if (marks.count() == marks_.count())
+        return (void)replace(marks);
     ABitArray taken(marks_.count());
     for (int i = 0; i < taken.count(); ++i)
         taken.set(i, marks.get(i));
