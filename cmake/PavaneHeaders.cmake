@@ -74,6 +74,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/grid/ATableColumn.h
     pavane/tables/grid/table_options.h
     pavane/tables/observation/AMarkTable.h
+    pavane/tables/uvdata/uv_columns.h
+    pavane/tables/uvdata/UvObservation.h
     pavane/trackers/AAreaTracker.h
     pavane/trackers/AAreaTrackerInAxis.h
     pavane/trackers/ABaseTracker.h

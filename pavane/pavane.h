@@ -74,6 +74,8 @@
 #include "pavane/tables/grid/ATableColumn.h"
 #include "pavane/tables/grid/table_options.h"
 #include "pavane/tables/observation/AMarkTable.h"
+#include "pavane/tables/uvdata/uv_columns.h"
+#include "pavane/tables/uvdata/UvObservation.h"
 #include "pavane/trackers/AAreaTracker.h"
 #include "pavane/trackers/AAreaTrackerInAxis.h"
 #include "pavane/trackers/ABaseTracker.h"
