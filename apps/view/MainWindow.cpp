@@ -67,8 +67,8 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
         return -1;
     if (!view_.Create(view_.GetWndClassName(), CString(), WS_CHILD | WS_VISIBLE | WS_TABSTOP,
                       CRect(), this, idView) ||
-        !table_.Create(table_.GetWndClassName(), CString(), WS_CHILD | WS_TABSTOP, CRect(), this,
-                       idTable) ||
+        !table_.Create(table_.GetWndClassName(), CString(),
+                       WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this, idTable) ||
         !status_.Create(this, idStatus))
         return -1;
     table_.SetAxisWnd(&view_);

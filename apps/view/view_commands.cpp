@@ -96,10 +96,8 @@ void MainWindow::toggleTable()
     table_.ShowWindow(showTable_ ? SW_SHOW : SW_HIDE);
     if (showTable_)
         table_.Refresh();
-    // the first number, when there is one
-    const std::vector<CWnd*> fields = table_.GetChildren();
-    const int hasNumbers = showTable_ && table_.table().rows() > 0 && !fields.empty();
-    (hasNumbers ? *fields.front() : view_).SetFocus();
+    const int hasNumbers = showTable_ && table_.rows() > 0;
+    (hasNumbers ? static_cast<CWnd&>(table_) : view_).SetFocus();
 }
 
 void MainWindow::setPalette(std::size_t i)

@@ -22,5 +22,9 @@ inline constexpr const char* widthAboveZero = "The width must be above 0.";
 inline constexpr const char* heightAboveZero = "The height must be above 0.";
 inline constexpr const char* threeVerticesStay = "A polygon keeps at least three vertices.";
 inline constexpr const char* noSuchValue = "There is no such value.";
+inline constexpr const char* areaCannotBeThat = "The area cannot become that.";
+
+/// In place of the numbers of the current area.
+inline constexpr const char* noAreaText = "No area is selected.";
 
 }  // namespace pavane

@@ -2,11 +2,14 @@
 
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/windows/AAxisWnd.h"
+#include "pavane/resources/tracker_messages.h"
+#include "pavane/tables/TableWatch.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/CDC.h"
 #include "platform/message.h"
+#include "platform/system_colors.h"
 
-#include <algorithm>
+#include <iterator>
 
 namespace pavane
 {
@@ -14,25 +17,20 @@ namespace pavane
 namespace
 {
 
-constexpr int columnCount = 2;
+constexpr int labelCharacters = 17;
+constexpr int valueCharacters = 10;  // at least; the columns share what there is
+constexpr int rowUnit = 13;          // eighths of a character
+constexpr int margin = 4;
 constexpr int lineHeight = 24;
-constexpr int headHeight = 22;
-constexpr int labelWidth = 108;
-constexpr int edge = 4;
-constexpr unsigned firstField = 1000;
-constexpr COLORREF background = RGB(240, 240, 240);
-constexpr COLORREF textColor = RGB(20, 20, 20);
-constexpr const char* noArea = "No area is selected.";
-
-std::size_t fieldAt(int line, int column)
-{
-    const int at = line * columnCount + column;
-    return static_cast<std::size_t>(at);
-}
 
 }  // namespace
 
-AAreaTableWnd::AAreaTableWnd() { SetFlag(windowNoWaitCursor, 1); }
+AAreaTableWnd::AAreaTableWnd()
+{
+    setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect);
+    SetCellHeaderUnit(rowUnit);
+    layOutRows();
+}
 
 const char* AAreaTableWnd::GetWndClassName() { return "AAreaTableWnd"; }
 
@@ -51,8 +49,6 @@ void AAreaTableWnd::SetUnits(const ValueUnit& x, const ValueUnit& y)
 
 void AAreaTableWnd::Refresh()
 {
-    if (keeping_)
-        return;
     int item = axis_ ? axis_->GetTrackers()->GetCurItemNo() : -1;
     ShapeValues shape;
     const ATracker* const current = item >= 0 ? axis_->GetTrackers()->trackerAt(item) : nullptr;
@@ -64,264 +60,209 @@ void AAreaTableWnd::Refresh()
             table_.setMap({whole.xMin, whole.yMin, whole.xMax, whole.yMax}, unitX_, unitY_);
         table_.setShape(shape);
     }
-    if (item != item_)
-        firstRow_ = 0;
+    const TableWatch watch(*this);
+    const int other = item != item_;
     item_ = item;
-    makeFields();
-    showTexts();
+    if (other) {
+        hasEdits_ = 0;
+        setRows(0);  // an editor on the numbers of another area closes
+    }
+    if (watch.gone())
+        return;
+    layOutRows();
+    if (watch.gone())
+        return;
+    if (other)
+        ReConstruct({1, 1, 1, 1});
+    else
+        SetUpWindow();
+    if (watch.gone())
+        return;
+    if (other)
+        (void)tableVScrollTrack(1);
     Invalidate();
 }
 
-int AAreaTableWnd::visibleLines() const
+void AAreaTableWnd::layOutRows()
 {
-    CRect client;
-    GetClientRect(client);
-    return std::max(0, (client.Height() - headHeight) / lineHeight);
-}
-
-CRect AAreaTableWnd::fieldRect(int line, int column) const
-{
-    CRect client;
-    GetClientRect(client);
-    const int room = std::max(columnCount, client.Width() - labelWidth - edge);
-    const int columns = item_ >= 0 ? table_.columns() : 1;
-    const int left = labelWidth + room * column / columns;
-    const int top = headHeight + line * lineHeight;
-    return {left, top + 1, labelWidth + room * (column + 1) / columns - 2, top + lineHeight - 1};
-}
-
-AAreaTableWnd::Field* AAreaTableWnd::field(int line, int column) const
-{
-    const auto at = fieldAt(line, column);
-    return at < fields_.size() ? fields_[at].get() : nullptr;
-}
-
-/// As many fields as lines are seen, and the scroll range.
-void AAreaTableWnd::makeFields()
-{
-    if (!GetSafeHwnd())
-        return;
-    const int rows = item_ >= 0 ? table_.rows() : 0;
-    lines_ = std::min(rows, visibleLines());
-    firstRow_ = std::clamp(firstRow_, 0, rows - lines_);
-    while (static_cast<int>(fields_.size()) < lines_ * columnCount) {
-        const int at = static_cast<int>(fields_.size());
-        fields_.push_back(std::make_unique<Field>(*this, at / columnCount, at % columnCount));
-        fields_.back()->Create(WS_CHILD | WS_TABSTOP, CRect(0, 0, 10, 10), this,
-                               firstField + static_cast<unsigned>(at));
-        shown_.emplace_back();
+    const TableWatch watch(*this);
+    const int values = item_ >= 0 ? table_.columns() : 1;
+    if (columns() != values) {
+        // every cell can be edited: marks would only take the room of digits
+        constexpr std::uint16_t flags = colChars | colEdit | colNoGlyph | colStretch;
+        ATableColumn columns[] = {
+            {labelCharacters, colChars}, {valueCharacters, flags}, {valueCharacters, flags}};
+        setColumnPar(columns, 1 + values);
     }
-    for (int at = 0; at < static_cast<int>(fields_.size()); ++at) {
-        const int line = at / columnCount;
-        const int column = at % columnCount;
-        const int seen = line < lines_ && column < table_.columns();
-        if (seen)
-            field(line, column)->MoveWindow(fieldRect(line, column));
-        field(line, column)->ShowWindow(seen ? SW_SHOW : SW_HIDE);
-    }
-    SetScrollRange(SB_VERT, 0, std::max(0, rows - 1), std::max(1, lines_));
-    SetScrollPos(SB_VERT, firstRow_);
-    ShowScrollBar(SB_VERT, rows > lines_);
+    if (!watch.gone())
+        setRows(item_ >= 0 ? table_.rows() : 0);
 }
 
-void AAreaTableWnd::showTexts()
+CString AAreaTableWnd::hdrCellAsStr(int row, int column, void*)
 {
-    for (int line = 0; line < lines_; ++line)
-        for (int column = 0; column < table_.columns(); ++column) {
-            CString& shown = shown_[fieldAt(line, column)];
-            shown = table_.text(firstRow_ + line, column);
-            if (field(line, column)->GetWindowText() == shown)
-                continue;
-            field(line, column)->SetWindowText(shown);
-            field(line, column)->SetSel(0, 0);  // the leading digits are seen, not the last
-        }
+    if (item_ < 0 || (row == 0 && column == 0))
+        return {};
+    return row == 0 ? table_.columnLabel(column - 1) : table_.rowLabel(row - 1);
+}
+
+CString AAreaTableWnd::cellAsStr(int row, int column, void*)
+{
+    if (item_ < 0)
+        return {};
+    return (edits_ ? edited_ : table_).text(row - 1, column - 1);
 }
 
 int AAreaTableWnd::SetText(int row, int column, const CString& text)
 {
+    std::string message;
+    if (take(row, column, text, message))
+        return 1;
+    if (!message.empty())
+        AfxMessageBox(message, MB_OK | MB_ICONERROR);
+    return 0;
+}
+
+int AAreaTableWnd::setCellStr(int row, int column, const CString& text)
+{
+    return leaving_ || SetText(row - 1, column - 1, text);
+}
+
+int AAreaTableWnd::pasteCell(int row, int column, const CString& text)
+{
+    std::string ignored;  // whoever pastes counts what is refused
+    return take(row - 1, column - 1, text, ignored);
+}
+
+/// Between beginEdits and endEdits the area waits, so that a polygon is not made anew for each
+/// number.
+int AAreaTableWnd::take(int row, int column, const CString& text, std::string& message)
+{
     if (item_ < 0 || !axis_)
         return 0;
-    std::string message;
-    VertexTable changed = table_;
-    int done = changed.setText(row, column, text, message);
-    if (done && !(changed.shape() == table_.shape())) {
-        done = axis_->GetTrackers()->SetShape(axis_, item_, changed.shape());
-        if (!done)
-            message = "The area cannot become that.";
+    if (edits_) {
+        const int taken = edited_.setText(row, column, text, message);
+        hasEdits_ |= taken;
+        return taken;
     }
-    if (!done)
-        AfxMessageBox(message, MB_OK | MB_ICONERROR);
+    VertexTable changed = table_;
+    if (!changed.setText(row, column, text, message))
+        return 0;
+    if (changeArea(changed, {}))
+        return 1;
+    message = areaCannotBeThat;
+    return 0;
+}
+
+/// The area becomes what the table says; one step of undo, with the collection's own label where
+/// there is none. What the collection made of it is shown.
+int AAreaTableWnd::changeArea(const VertexTable& changed, const CString& label)
+{
+    if (changed.shape() == table_.shape())
+        return 1;
+    const TableWatch watch(*this);
+    ATrackerArrayInAxis* const areas = axis_->GetTrackers();
+    if (!label.empty())
+        areas->BeginEdits(label);
+    const int done = areas->SetShape(axis_, item_, changed.shape());
+    if (watch.gone())
+        return done;
+    if (!label.empty())
+        areas->EndEdits(axis_);
+    if (!watch.gone())
+        Refresh();
     return done;
 }
 
-/// Reads a field that the user has changed; a text that cannot be read gives way to the number.
-void AAreaTableWnd::keep(int line, int column)
+void AAreaTableWnd::beginEdits(const CString& label)
 {
-    const auto at = fieldAt(line, column);
-    if (keeping_ || item_ < 0 || line >= lines_ || !field(line, column))
+    if (edits_++)
         return;
-    const CString text = field(line, column)->GetWindowText();
-    if (text == shown_[at])
-        return;
-    const HWND self = GetSafeHwnd();
-    keeping_ = 1;
-    (void)SetText(firstRow_ + line, column, text);
-    if (CWnd::FromHandle(self) != this)
-        return;
-    keeping_ = 0;
-    Refresh();
+    edited_ = table_;
+    label_ = label;
+    hasEdits_ = 0;
 }
 
-void AAreaTableWnd::goTo(int row, int column)
+void AAreaTableWnd::endEdits()
 {
-    if (item_ < 0 || row < 0 || row >= table_.rows())
+    if (edits_ == 0 || --edits_ || !hasEdits_ || item_ < 0 || !axis_)
         return;
-    if (row < firstRow_)
-        scrollTo(row);
-    else if (row >= firstRow_ + lines_)
-        scrollTo(row - lines_ + 1);
-    if (Field* const next = field(row - firstRow_, column)) {
-        next->SetFocus();
-        next->SetSel(0, -1);
+    const TableWatch watch(*this);
+    if (!changeArea(edited_, label_) && !watch.gone()) {
+        Refresh();
+        AfxMessageBox(areaCannotBeThat, MB_OK | MB_ICONERROR);
     }
 }
 
-/// Keeps a field and goes to the one `step` after it in reading order; past the ends, to the map.
-void AAreaTableWnd::leave(int line, int column, int step)
+int AAreaTableWnd::canUndo() { return axis_ && axis_->GetTrackers()->CanUndo(); }
+int AAreaTableWnd::canRedo() { return axis_ && axis_->GetTrackers()->CanRedo(); }
+int AAreaTableWnd::Undo() { return walkHistory(0); }
+int AAreaTableWnd::Redo() { return walkHistory(1); }
+
+int AAreaTableWnd::walkHistory(int forward)
 {
-    const HWND self = GetSafeHwnd();
-    keep(line, column);
-    if (CWnd::FromHandle(self) != this || item_ < 0)
-        return;
-    const int columns = table_.columns();
-    const int next = (firstRow_ + line) * columns + column + step;
-    if (next >= 0 && next < table_.rows() * columns)
-        goTo(next / columns, next % columns);
-    else if (axis_)
+    const TableWatch watch(*this);
+    if (!axis_ || !hideEditors() || watch.gone())
+        return 0;
+    ATrackerArrayInAxis* const areas = axis_->GetTrackers();
+    const int done = forward ? areas->Redo(axis_) : areas->Undo(axis_);
+    if (!watch.gone())
+        Refresh();
+    return done;
+}
+
+void AAreaTableWnd::kbTab(int count, int shift)
+{
+    const ASelectRect at = getSelectRect();
+    const int atEnd =
+        rows() == 0 || (shift ? at.anchorRow <= 1 && at.anchorColumn <= 1
+                              : at.anchorRow >= rows() && at.anchorColumn >= columns());
+    if (!atEnd || !axis_)
+        return ATableWnd::kbTab(count, shift);
+    const TableWatch watch(*this);
+    if (hideEditors() && !watch.gone())
         axis_->SetFocus();
 }
 
-void AAreaTableWnd::Field::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
+void AAreaTableWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
-    AAreaTableWnd& table = *table_;
-    const int line = line_;
-    const int column = column_;
-    switch (static_cast<int>(key)) {
-    case VK_RETURN:
-        table.keep(line, column);
-        return;
-    case VK_ESCAPE: {
-        const CString& shown = table.shown_[fieldAt(line, column)];
-        if (GetWindowText() == shown && table.axis_)
-            return (void)table.axis_->SetFocus();
-        SetWindowText(shown);
-        SetSel(0, -1);
-        return;
-    }
-    case VK_TAB:
-        return table.leave(line, column, GetKeyState(VK_SHIFT) < 0 ? -1 : 1);
-    case VK_UP:
-    case VK_DOWN: {
-        const int row = table.firstRow_ + line + (static_cast<int>(key) == VK_UP ? -1 : 1);
-        const HWND self = table.GetSafeHwnd();
-        table.keep(line, column);
-        if (CWnd::FromHandle(self) == &table)
-            table.goTo(row, column);
-        return;
-    }
-    default:
-        CEdit::OnKeyDown(key, repeat, flags);
-    }
+    if (key == VK_ESCAPE && axis_)
+        return (void)axis_->SetFocus();
+    ATableWnd::OnKeyDown(key, repeat, flags);
 }
 
-void AAreaTableWnd::scrollTo(int row)
-{
-    const int rows = item_ >= 0 ? table_.rows() : 0;
-    const int first = std::clamp(row, 0, std::max(0, rows - lines_));
-    if (first == firstRow_)
-        return;
-    firstRow_ = first;
-    SetScrollPos(SB_VERT, firstRow_);
-    showTexts();
-    Invalidate();
-}
-
-void AAreaTableWnd::OnVScroll(unsigned code, unsigned position)
-{
-    switch (code) {
-    case SB_LINEUP:
-        return scrollTo(firstRow_ - 1);
-    case SB_LINEDOWN:
-        return scrollTo(firstRow_ + 1);
-    case SB_PAGEUP:
-        return scrollTo(firstRow_ - lines_);
-    case SB_PAGEDOWN:
-        return scrollTo(firstRow_ + lines_);
-    case SB_THUMBPOSITION:
-    case SB_THUMBTRACK:
-        return scrollTo(static_cast<int>(position));
-    default:
-        return;
-    }
-}
-
-int AAreaTableWnd::OnMouseWheel(unsigned, int delta, CPoint)
-{
-    scrollTo(firstRow_ - 3 * delta / WHEEL_DELTA);
-    return 1;
-}
-
-int AAreaTableWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
-{
-    if (id < firstField || id >= firstField + fields_.size())
-        return ABWindow::OnCommand(id, code, control);
-    const int at = static_cast<int>(id - firstField);
-    if (code == EN_KILLFOCUS)
-        keep(at / columnCount, at % columnCount);
-    return 1;
-}
-
-void AAreaTableWnd::OnSize(unsigned type, int cx, int cy)
-{
-    ABWindow::OnSize(type, cx, cy);
-    makeFields();
-    showTexts();
-}
-
+/// What is still in an editor when the window goes changes nothing: the areas may be gone.
 void AAreaTableWnd::OnDestroy()
 {
-    keeping_ = 1;  // fields that lose the focus with the window change nothing
-    ABWindow::OnDestroy();
+    const TableWatch watch(*this);
+    leaving_ = 1;
+    ATableWnd::OnDestroy();
+    if (!watch.gone())
+        leaving_ = 0;
+}
+
+void AAreaTableWnd::drawHeaderCell(CDC& dc, CRect& rect, int row, int column)
+{
+    ATableWnd::drawHeaderCell(dc, rect, row, column);
+    drawCellText(dc, rect, row, column, hdrCellAsStr(row, column, nullptr), column > 0);
+}
+
+void AAreaTableWnd::drawCell(CDC& dc, CRect& rect, int row, int column, int state)
+{
+    ATableWnd::drawCell(dc, rect, row, column, state);
+    drawCellText(dc, rect, row, column, cellAsStr(row, column, nullptr), 1);
 }
 
 void AAreaTableWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
 {
-    dc.FillSolidRect(update, background);
+    if (item_ >= 0)
+        return ATableWnd::DrawWindow(dc, client, update);
+    dc.FillSolidRect(update, GetWindowBkColor());
     dc.SetBkMode(TRANSPARENT);
-    dc.SetTextColor(textColor);
-    CFont font;
-    LOGFONT wanted;
-    wanted.lfHeight = -12;
-    wanted.lfFaceName = "Arial";
-    font.CreateFontIndirect(wanted);
+    dc.SetTextColor(GetSysColor(COLOR_BTNTEXT));
+    CFont font = GetFont();
     dc.SelectObject(&font);
-    constexpr unsigned format = DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX;
-    if (item_ < 0) {
-        CRect all(edge, 0, client.right - edge, headHeight);
-        dc.DrawText(noArea, all, format);
-        return;
-    }
-    for (int column = 0; column < table_.columns(); ++column) {
-        CRect head = fieldRect(0, column);
-        head.top = 0;
-        head.bottom = headHeight;
-        dc.DrawText(table_.columnLabel(column), head, format | DT_CENTER);
-    }
-    for (int line = 0; line < lines_; ++line) {
-        CRect label(edge, headHeight + line * lineHeight, labelWidth - edge,
-                    headHeight + (line + 1) * lineHeight);
-        dc.DrawText(table_.rowLabel(firstRow_ + line), label, format);
-    }
+    CRect line(margin, 0, client.right - margin, lineHeight);
+    dc.DrawText(noAreaText, line, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
 }
 
 }  // namespace pavane

@@ -76,7 +76,8 @@ void AAxisTrkSelWnd::SetUpWindow()
     axis_.SetToolBar(&bar_);
     axis_.SetComboBox(&list_);
     status_.Create("", style, none, this, statusId);
-    table_.Create("AAreaTableWnd", " ", WS_CHILD | WS_VSCROLL, none, this, tableId);
+    table_.Create("AAreaTableWnd", " ", WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, none, this,
+                  tableId);
     table_.SetAxisWnd(&axis_);
     layOut();
 }

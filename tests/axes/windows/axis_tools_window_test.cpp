@@ -3,9 +3,12 @@
 #include "pavane/axes/windows/AAxisTrkSelWnd.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "platform/CMenu.h"
+#include "platform/controls.h"
 #include "platform/message.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 using namespace pavane;
 
@@ -143,31 +146,93 @@ TEST(AxisTools, EditNumbersBothWays)
     Tools window;
     window.ShowAreaTable(1);
     AAreaTableWnd& table = window.areaTable();
+    const auto shown = [&](int row) { return table.cellAsStr(row, 1, nullptr); };
+    const auto key = [](int code) {
+        CWnd::GetFocus()->SendMessage(WM_KEYDOWN, static_cast<WPARAM>(code), 1);
+    };
+    const auto type = [&](const CString& text) {
+        key(VK_F2);
+        auto* const field = static_cast<CEdit*>(table.GetDlgItem(1001));
+        field->SetWindowText(text);
+        field->SetModify(1);
+    };
+    EXPECT_EQ(table.rows(), 0);
     addRect(window.axisWnd(), 10, 20, 14, 12);
-    CEdit* const field = static_cast<CEdit*>(table.GetDlgItem(1000));
-    ASSERT_NE(field, nullptr);
-    EXPECT_EQ(field->GetWindowText(), "12");
-    field->SetWindowText("13.5");
-    field->SendMessage(WM_KEYDOWN, VK_RETURN);
+    EXPECT_EQ(table.rows(), 4);
+    EXPECT_EQ(shown(1), "12");
+    table.SetFocus();
+    type("13.5");
+    key(VK_RETURN);
     const auto* area = static_cast<ARPRectTracker*>(window.axisWnd().GetTrackers()->trackerAt(0));
     EXPECT_EQ(area->GetCenter().x, 13.5);
     const auto before = SetMessageFunction(tell);
     told.clear();
-    field->SetWindowText("many");
-    field->SendMessage(WM_KEYDOWN, VK_RETURN);
+    table.SetSelectOneCell(1, 1);
+    type("many");
+    key(VK_RETURN);
     EXPECT_NE(told, "");
-    EXPECT_EQ(field->GetWindowText(), "13.5");
-    SetMessageFunction(before);
+    ASSERT_TRUE(table.GetDlgItem(1001));  // refused: still there to be mended
+    key(VK_ESCAPE);
+    EXPECT_EQ(shown(1), "13.5");
     window.axisWnd().GetTrackers()->MoveByValue(&window.axisWnd(), 1, 0);
-    EXPECT_EQ(field->GetWindowText(), "14.5");
-    field->SetFocus();
-    field->SetWindowText("15");
-    for (unsigned row = 0; row < 4; ++row) {
-        EXPECT_EQ(CWnd::GetFocus(), table.GetDlgItem(1000 + 2 * row));
-        CWnd::GetFocus()->SendMessage(WM_KEYDOWN, VK_TAB);
+    EXPECT_EQ(shown(1), "14.5");
+    type("15");
+    for (int row = 1; row <= 4; ++row) {
+        EXPECT_EQ(table.getSelectRect().anchorRow, row);
+        key(VK_TAB);
     }
     EXPECT_EQ(CWnd::GetFocus(), &window.axisWnd());
     EXPECT_EQ(area->GetCenter().x, 15);
+    EXPECT_TRUE(table.Undo());
+    EXPECT_EQ(shown(1), "14.5");
+    table.SetFocus();
+    type("16");
+    window.axisWnd().GetTrackers()->DelteTracker(&window.axisWnd());
+    EXPECT_EQ(table.rows(), 0);  // and the editor went with the numbers that it was for
+    EXPECT_FALSE(table.GetDlgItem(1001));
+    SetMessageFunction(before);
+}
+
+TEST(AxisTools, PasteIntoALongPolygonInOneStep)
+{
+    Tools window;
+    window.ShowAreaTable(1);
+    AAreaTableWnd& table = window.areaTable();
+    ATrackerArrayInAxis& areas = *window.axisWnd().GetTrackers();
+    constexpr int vertices = 2000;
+    ShapeValues shape;
+    shape.kind = ShapeValues::Kind::polygon;
+    for (int i = 0; i < vertices; ++i)
+        shape.points.push_back({20 + 10 * std::cos(6.28 * i / vertices), 20.0 + i % 7});
+    areas.Add(areas.GetNewTracker(toolArea), 1);
+    ASSERT_TRUE(areas.SetShape(&window, 0, shape));
+    areas.ChangeActiveTrack(&window, 0);
+    ASSERT_EQ(table.rows(), vertices);
+    ASSERT_EQ(table.columns(), 2);
+    const auto steps = areas.history().undoSteps();
+    int tellings = 0;
+    table.beginEdits("Paste");
+    for (int row = 1; row <= vertices; ++row) {
+        const CString text = row % 2   ? "11.25"
+                             : row % 3 ? "500"
+                                       : "x";  // beyond the map, no number
+        tellings += table.pasteCell(row, 2, text);
+    }
+    EXPECT_EQ(table.cellAsStr(1, 2, nullptr), "11.25");  // whoever pastes on reads what is there
+    EXPECT_EQ(areas.history().undoSteps(), steps);
+    table.endEdits();
+    EXPECT_EQ(tellings, vertices / 2);
+    EXPECT_EQ(areas.history().undoSteps(), steps + 1);
+    EXPECT_EQ(areas.history().undoLabel(), "Paste");
+    ShapeValues now;
+    ASSERT_TRUE(areas.GetShape(0, now));
+    EXPECT_EQ(now.points[0].y, 11.25);
+    EXPECT_EQ(now.points[1].y, shape.points[1].y);
+    EXPECT_EQ(now.points[2].x, shape.points[2].x);
+    table.Undo();
+    ASSERT_TRUE(areas.GetShape(0, now));
+    EXPECT_TRUE(now == shape);
+    EXPECT_FALSE(table.isSortable(1));
 }
 
 TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)
