@@ -75,6 +75,15 @@ void TableColumns::setWidth(int column, int width)
     sum(column);
 }
 
+void TableColumns::fix(int column, int width)
+{
+    if (!has(column))
+        return;
+    auto& flags = columns_[static_cast<std::size_t>(column)].flags;
+    flags = static_cast<std::uint16_t>(flags & ~(colStretch | colQuarterChars | colChars));
+    setWidth(column, width);
+}
+
 std::int64_t TableColumns::before(int column) const
 {
     return before_[static_cast<std::size_t>(std::clamp(column, 0, last() + 1))];

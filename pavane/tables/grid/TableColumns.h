@@ -31,6 +31,8 @@ public:
     int width(int column) const;
     /// Another width for a column, cut to what widths can be.
     void setWidth(int column, int width);
+    /// The same, and the column no longer takes a share of the window.
+    void fix(int column, int width);
     /// Pixels from the left edge of column 0 to that of `column`, as if none were scrolled away;
     /// last() + 1 gives the width of all.
     std::int64_t before(int column) const;

@@ -1,6 +1,7 @@
 #include "pavane/tables/grid/TableGrid.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace pavane
@@ -116,6 +117,32 @@ TableCell TableGrid::cellAt(CPoint point) const
             std::int64_t{point.x} - headerWidth() + columns_.before(firstColumn_), firstColumn_);
     cell.column = std::clamp(cell.column, 0, std::max(columns_.last(), 0));
     return cell;
+}
+
+int TableGrid::edgeAt(CPoint point, int reach) const
+{
+    if (point.y < 0 || point.y >= headerHeight() || columns_.last() < 0)
+        return -1;
+    int nearest = -1;
+    std::int64_t distance = std::int64_t{reach} + 1;
+    const auto look = [&](int column, std::int64_t edge) {
+        const std::int64_t off = std::abs(point.x - edge);
+        if (off < distance || (off == distance && nearest >= 0 && point.x >= edge)) {
+            nearest = column;
+            distance = off;
+        }
+    };
+    look(0, headerWidth());
+    // as `before` counts; columns before the one under the left end of the reach end before it
+    const std::int64_t scrolled = columns_.before(firstColumn_) - headerWidth();
+    for (int c = columns_.columnAt(point.x - reach - 1 + scrolled, firstColumn_);
+         c <= columns_.last(); ++c) {
+        const std::int64_t edge = columns_.before(c + 1) - scrolled;
+        if (edge > std::int64_t{point.x} + reach)
+            break;
+        look(c, edge);
+    }
+    return nearest;
 }
 
 TableCell TableGrid::firstToShow(TableCell cell, const CRect& client) const

@@ -53,6 +53,10 @@ public:
     /// The cell under a point, row 0 and column 0 for the headers; beyond the cells, the last ones.
     TableCell cellAt(CPoint point) const;
 
+    /// The column whose right edge stands at most `reach` pixels from a point in the header row; -1
+    /// when there is none. Of edges at one place, that of a column without width from the right.
+    int edgeAt(CPoint point, int reach) const;
+
     /// First row and column, as a cell, that show `cell` with the least scrolling; a cell larger
     /// than the view from its top left. Headers ask for nothing in their direction.
     TableCell firstToShow(TableCell cell, const CRect& client) const;
