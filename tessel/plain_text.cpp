@@ -37,6 +37,27 @@ char32_t takeCharacter(std::string_view& text)
     return character;
 }
 
+/// How many bytes of `text` begin a character, at least 1; `whole` when they are one.
+std::size_t characterStart(std::string_view text, bool& whole)
+{
+    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned lead = byte(0);
+    const std::size_t length = lead < 0x80                   ? 1
+                               : lead >= 0xc2 && lead < 0xe0 ? 2
+                               : lead >= 0xe0 && lead < 0xf0 ? 3
+                               : lead >= 0xf0 && lead < 0xf5 ? 4
+                                                             : 0;
+    // the second byte decides whether it is too long a form, a surrogate, or beyond the last one
+    const unsigned low = lead == 0xe0 ? 0xa0 : lead == 0xf0 ? 0x90 : 0x80;
+    const unsigned high = lead == 0xed ? 0x9f : lead == 0xf4 ? 0x8f : 0xbf;
+    std::size_t taken = 1;
+    for (; taken < std::min(length, text.size()); ++taken)
+        if (byte(taken) < (taken == 1 ? low : 0x80) || byte(taken) > (taken == 1 ? high : 0xbf))
+            break;
+    whole = taken == length;
+    return taken;
+}
+
 int isPlain(char32_t c)
 {
     const auto within = [c](char32_t low, char32_t high) { return c >= low && c <= high; };
@@ -55,6 +76,19 @@ std::string plainText(std::string_view text)
         plain += isPlain(character) ? before.substr(0, before.size() - text.size()) : "?";
     }
     return plain;
+}
+
+std::string validText(std::string_view text)
+{
+    std::string valid;
+    valid.reserve(text.size());
+    while (!text.empty()) {
+        bool whole = false;
+        const std::size_t length = characterStart(text, whole);
+        valid += whole ? text.substr(0, length) : "\xEF\xBF\xBD";
+        text.remove_prefix(length);
+    }
+    return valid;
 }
 
 }  // namespace pavane

@@ -24,6 +24,8 @@ public:
     std::int64_t row() const { return row_; }
     std::int64_t column() const { return column_; }
     std::string_view field() const { return field_; }
+    /// Bytes of the text that have been read.
+    std::size_t taken() const { return at_; }
 
 private:
     int takeQuoted();

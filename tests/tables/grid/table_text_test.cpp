@@ -72,7 +72,7 @@ struct Filled : PasteTarget {
     Answer put(TableCell cell, std::string_view text) override
     {
         if (goneAfter-- == 0)
-            return Answer::gone;
+            return Answer::stop;
         if (cell == TableCell{2, 2})
             return Answer::refused;
         cells.emplace_back(cell, text);
@@ -170,28 +170,24 @@ TEST(Paste, PutsABlockAndCountsWhatIsLeft)
 {
     const TableExtent table{4, 3};
     Filled target;
-    PasteResult r = pasteText("a\tb\tc\nd\te\tf\n", 0, oneCell({1, 2}), table, target);
+    PasteResult r = pasteText("a\tb\tc\nd\te\tf\n", oneCell({1, 2}), table, target);
     EXPECT_EQ(r.taken, 3);
     EXPECT_EQ(r.left, 3);  // two beyond the columns, one refused
     EXPECT_EQ(r.firstLeftRow, 1);
     EXPECT_EQ(r.firstLeftColumn, 4);
     ASSERT_EQ(target.cells.size(), 3u);
     EXPECT_EQ(target.cells[2], (std::pair<TableCell, std::string>{{2, 3}, "e"}));
-    Filled headers;
-    r = pasteText("corner\tx\ty\n1\tb\tc\n", 1, oneCell({4, 1}), table, headers);
-    EXPECT_EQ(r.taken, 2);
-    EXPECT_EQ(headers.cells[0], (std::pair<TableCell, std::string>{{4, 1}, "b"}));
     Filled one;
-    r = pasteText("7\n", 0, {3, 1, 1, 9}, table, one);
+    r = pasteText("7\n", {3, 1, 1, 9}, table, one);
     EXPECT_EQ(r.taken, 8);
     EXPECT_EQ(r.left, 1);
     EXPECT_EQ(r.firstLeftRow, 2);
     Filled gone;
     gone.goneAfter = 2;
-    r = pasteText("7", 0, {1, 1, 4, 3}, table, gone);
-    EXPECT_TRUE(r.gone);
+    r = pasteText("7", {1, 1, 4, 3}, table, gone);
+    EXPECT_TRUE(r.stopped);
     EXPECT_EQ(r.taken, 2);
-    EXPECT_EQ(pasteText("7", 0, {}, {0, 3}, gone).taken, 0);
+    EXPECT_EQ(pasteText("7", {}, {0, 3}, gone).taken, 0);
 }
 
 TEST(TextFile, ReplacesOnlyByAWholeFile)
