@@ -183,6 +183,8 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/uvfits/uv_values.h
     tessel/uvfits/UvGroups.h
     tessel/uvfits/UvGroupScan.h
+    tessel/uvfits/UvMarks.h
+    tessel/uvfits/UvPlotPoints.h
     tessel/value_text.h
 )
 

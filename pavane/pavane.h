@@ -183,4 +183,6 @@
 #include "tessel/uvfits/uv_values.h"
 #include "tessel/uvfits/UvGroups.h"
 #include "tessel/uvfits/UvGroupScan.h"
+#include "tessel/uvfits/UvMarks.h"
+#include "tessel/uvfits/UvPlotPoints.h"
 #include "tessel/value_text.h"

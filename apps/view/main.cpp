@@ -1,18 +1,20 @@
+#include "apps/view/batch_output.h"
+#include "apps/view/data_batch.h"
 #include "apps/view/figure.h"
 #include "apps/view/inputs.h"
 #include "apps/view/numbers.h"
 #include "apps/view/options.h"
 #include "apps/view/palette_choice.h"
-#include "apps/view/picture_file.h"
 #include "apps/view/same_file.h"
 #include "apps/view/window_program.h"
 #include "pavane/axes/maps/map_titles.h"
-#include "platform/platform.h"
 #include "tessel/fits_map.h"
 #include "tessel/plain_text.h"
+#include "tessel/uvfits/AUVXFile.h"
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <new>
 
 using namespace pavane;
@@ -35,12 +37,6 @@ int refuse(const std::string& error)
     return wrongUse;
 }
 
-int print(const std::string& text)
-{
-    return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
-           std::fflush(stdout) == 0;
-}
-
 int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
 {
     const int nothingElse =
@@ -50,43 +46,25 @@ int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::stri
         text += statisticsText(inputs);
     if (!options.visibilities.empty())
         text += visibilitiesText(inputs.model, inputs.uv);
-    if (!print(text)) {
-        error = "standard output: cannot be written";
-        return 0;
-    }
-    return 1;
+    return printText(text, error);
 }
 
-int writePictures(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
+int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs, std::string& error)
 {
-    const struct {
-        const std::string& file;
-        PictureFormat format;
-    } pictures[] = {{options.png, PictureFormat::png},
-                    {options.pdf, PictureFormat::pdf},
-                    {options.svg, PictureFormat::svg}};
-    InputsFigure figure(options, inputs);
-    const PictureJob job{mapTitle(inputs.map.header), options.width, options.height, 1,
-                         [&](CDC& dc, const CRect& rect) { figure.draw(dc, rect); }};
-    for (const auto& picture : pictures)
-        if (!picture.file.empty() && !writePicture(picture.file, picture.format, job, error))
-            return 0;
-    for (const std::string& note : figure.notes())
+    std::vector<std::string> notes;
+    const auto newJob = [&] {
+        const auto figure = std::make_shared<InputsFigure>(options, inputs);
+        return PictureJob{mapTitle(inputs.map.header), options.width, options.height, 1,
+                          [&notes, figure](CDC& dc, const CRect& rect) {
+                              figure->draw(dc, rect);
+                              notes = figure->notes();
+                          }};
+    };
+    if (!writePictures(argv, options, newJob, error))
+        return 0;
+    for (const std::string& note : notes)
         std::fprintf(stderr, "pavane-view: note: %s\n", note.c_str());
     return 1;
-}
-
-/// Starts the toolkit for the pictures only, after all input is known to be good.
-int makePictures(char** argv, const ViewOptions& options, const ViewInputs& inputs,
-                 std::string& error)
-{
-    if (!InitPlatform(1, argv, PlatformUse::pictures)) {
-        error = "the drawing toolkit does not start";
-        return 0;
-    }
-    const int written = writePictures(options, inputs, error);
-    ShutdownPlatform();
-    return written;
 }
 
 int runBatch(char** argv, const ViewOptions& options, std::string& error)
@@ -95,14 +73,13 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     std::vector<std::string> notes;
     if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
-    for (const std::string& note : notes)
-        std::fprintf(stderr, "pavane-view: %s\n", plainText(note).c_str());
+    printNotes(notes);
     if (!options.mask.empty() &&
         !writeFitsMask(options.mask, inputs.mask, inputs.map.header, error)) {
         error = options.mask + ": " + error;
         return 0;
     }
-    if (options.wantsPicture() && !makePictures(argv, options, inputs, error))
+    if (options.wantsPicture() && !drawMap(argv, options, inputs, error))
         return 0;
     return writeNumbers(options, inputs, error);
 }
@@ -118,13 +95,19 @@ int main(int argc, char** argv)
     if (!parseOptions(std::vector<std::string>(argv + 1, argv + argc), options, error))
         return refuse(error);
     if (options.help || options.version)
-        return print(options.help ? helpText(viewProgram()) : versionLine(viewProgram()))
+        return printText(options.help ? helpText(viewProgram()) : versionLine(viewProgram()), error)
                    ? done
                    : badInput;
     error = outputClash(options);
     if (!error.empty())
         return refuse(error);
     try {
+        const int isData = !options.map.empty() && holdsVisibilities(options.map);
+        if (isData && !options.onlyOfMaps.empty())
+            return refuse(options.onlyOfMaps + " goes with a map; " + options.map +
+                          " holds visibilities");
+        if (options.batch && isData)
+            return runDataBatch(argv, options, error) ? done : complain(error);
         if (options.batch)
             return runBatch(argv, options, error) ? done : complain(error);
         if (!choosePalette(options.palette, error) || !runWindow(argv, options, error))

@@ -1,5 +1,6 @@
 #include "apps/view/numbers.h"
 
+#include "apps/view/batch_output.h"
 #include "apps/view/mask_sum.h"
 #include "tessel/value_text.h"
 
@@ -21,25 +22,18 @@ constexpr int sumDigits = 12;
 /// Digits that tell any two doubles apart.
 constexpr int doubleDigits = 17;
 
-std::string line(const char* key, double value, int digits, std::string_view unit)
-{
-    std::string text = std::string(key) + ' ' + valToStr(value, digits);
-    if (!unit.empty())
-        text.append(" ").append(unit);
-    return text + '\n';
-}
-
 /// The place of the peak: its offset to the east and north on the sky, else its cell, from 0.
 std::string peakPlace(const MapRange& range, const MapFrame& frame)
 {
     const double blank = std::numeric_limits<double>::quiet_NaN();
     if (!frame.onSky)
-        return line("peak_column", range.isEmpty() ? blank : range.peakColumn, floatDigits, "") +
-               line("peak_row", range.isEmpty() ? blank : range.peakRow, floatDigits, "");
+        return statLine("peak_column", range.isEmpty() ? blank : range.peakColumn, floatDigits,
+                        "") +
+               statLine("peak_row", range.isEmpty() ? blank : range.peakRow, floatDigits, "");
     const MapPlace place =
         range.isEmpty() ? MapPlace{blank, blank} : frame.offsetOf(range.peakColumn, range.peakRow);
-    return line("peak_x", place.x * milli, floatDigits, "mas") +
-           line("peak_y", place.y * milli, floatDigits, "mas");
+    return statLine("peak_x", place.x * milli, floatDigits, "mas") +
+           statLine("peak_y", place.y * milli, floatDigits, "mas");
 }
 
 }  // namespace
@@ -51,14 +45,14 @@ std::string statisticsText(const ViewInputs& inputs)
     const MapFrame& frame = inputs.frame;
     const MapHeader& header = inputs.map.header;
     std::string text =
-        line("peak", range.isEmpty() ? blank : range.greatest, floatDigits, header.bunit);
+        statLine("peak", range.isEmpty() ? blank : range.greatest, floatDigits, header.bunit);
     text += peakPlace(range, frame);
-    text += line("noise", inputs.noise.finiteCells ? inputs.noise.sigma : blank, floatDigits,
-                 header.bunit);
+    text += statLine("noise", inputs.noise.finiteCells ? inputs.noise.sigma : blank, floatDigits,
+                     header.bunit);
     text += "mask_cells " + std::to_string(inputs.mask.count()) + " cells\n";
     const FluxUnit flux = fluxUnit(header, frame);
-    return text + line("mask_flux", sumInside(inputs.map.cells, inputs.mask) * flux.factor,
-                       sumDigits, flux.unit);
+    return text + statLine("mask_flux", sumInside(inputs.map.cells, inputs.mask) * flux.factor,
+                           sumDigits, flux.unit);
 }
 
 std::string visibilitiesText(const AComponents& model, const UvPoints& points)

@@ -105,6 +105,11 @@ int set(const std::string&, ViewOptions& options, std::string&)
 
 enum Traits { everywhere, onlyInBatch, aboutProgram };
 
+/// What makes no sense for a file of visibilities.
+constexpr std::string_view mapOptions[] = {"--areas",   "--plane",       "--levels", "--scale",
+                                           "--range",   "--palette",     "--aspect", "--mask",
+                                           "--partial", "--visibilities"};
+
 const OptionTable<ViewOptions>& optionTable()
 {
     static const OptionTable<ViewOptions> table = {
@@ -130,11 +135,11 @@ const OptionTable<ViewOptions>& optionTable()
         {{"--batch", "", "", "write files and print numbers"},
          set<&ViewOptions::batch>,
          onlyInBatch},
-        {{"--png", "", "F", "write the map as a picture"}, keep<&ViewOptions::png>, onlyInBatch},
-        {{"--pdf", "", "F", "write the map as a page"}, keep<&ViewOptions::pdf>, onlyInBatch},
-        {{"--svg", "", "F", "write the map as a vector picture"},
-         keep<&ViewOptions::svg>,
+        {{"--png", "", "F", "write the map, or the plot of a data file, as a picture"},
+         keep<&ViewOptions::png>,
          onlyInBatch},
+        {{"--pdf", "", "F", "write it as a page"}, keep<&ViewOptions::pdf>, onlyInBatch},
+        {{"--svg", "", "F", "write it as a vector picture"}, keep<&ViewOptions::svg>, onlyInBatch},
         {{"--size", "", "WxH",
           "their size in pixels of 96 per inch, 64 to 16384 a side (1000x900)"},
          readSize,
@@ -148,14 +153,18 @@ const OptionTable<ViewOptions>& optionTable()
           "input"},
          set<&ViewOptions::partial>,
          onlyInBatch},
-        {{"--model", "", "F.txt", "components, their outlines drawn over the map"},
+        {{"--model", "", "F.txt",
+          "components: their outlines are drawn over the map, their amplitudes over the plot of a "
+          "data file"},
          keep<&ViewOptions::model>,
          onlyInBatch},
         {{"--visibilities", "", "UV.csv",
           "print u,v,re,im of the model for each line u,v (wavelengths); needs no map"},
          keep<&ViewOptions::visibilities>,
          onlyInBatch},
-        {{"--stats", "", "", "print peak, its place, noise, cells and flux in the mask"},
+        {{"--stats", "", "",
+          "print peak, its place, noise, cells and flux in the mask; of a data file counts and "
+          "ranges"},
          set<&ViewOptions::stats>,
          onlyInBatch},
         {{"--help", "-h", "", "print this"}, set<&ViewOptions::help>, aboutProgram},
@@ -199,13 +208,16 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
 ProgramText viewProgram()
 {
     return {"pavane-view",
-            "mark areas on a radio map, draw it, and write masks for a CLEAN",
-            {"[MAP.fits] [OPTIONS]", "MAP.fits --batch [OPTIONS]"},
+            "mark areas on a radio map, draw it, and write masks for a CLEAN; plot visibilities",
+            {"[MAP.fits] [OPTIONS]", "MAP.fits --batch [OPTIONS]", "DATA.uvfits --batch [OPTIONS]"},
             {"Opens the map, a FITS image, in a window, where areas are marked with the mouse or "
              "the keys (F1 there tells how).",
              "With --batch there is no window: all input is read and checked, then files are "
              "written, each whole or not at all, and numbers are printed. No output may be an "
-             "input or another output."},
+             "input or another output.",
+             "A file of visibilities (UVFITS) is known by its content. Plotted are the parallel "
+             "hands, or I, of all channels; options of areas, planes, contours and colours make "
+             "no sense for it."},
             {{"In the window and without it", textsOf(optionTable(), everywhere)},
              {"Without a window", textsOf(optionTable(), onlyInBatch)},
              {"About the program", textsOf(optionTable(), aboutProgram)}},
@@ -232,6 +244,10 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
         return 0;
     if (!given.operands.empty())
         options.map = given.operands.front();
+    for (const auto* option : given.options)
+        if (options.onlyOfMaps.empty() &&
+            std::count(std::begin(mapOptions), std::end(mapOptions), option->name))
+            options.onlyOfMaps = option->name;
     return options.help || options.version || checkTogether(options, given, error);
 }
 

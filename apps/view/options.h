@@ -32,6 +32,7 @@ struct ViewOptions {
     std::string areas, mask, model, visibilities;
     int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;
+    std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }
 };

@@ -46,6 +46,19 @@ AUVXFreqs selectionOf(const UvHeader& header)
 
 }  // namespace
 
+int holdsVisibilities(const std::string& name)
+{
+    AFile file;
+    std::string error;
+    FitsHdu first;
+    try {
+        return openFits(name, file, error) && readHdu(file, 0, first) &&
+               first.cards.value("GROUPS") == "T" && wholeNumber(first.cards, "NAXIS1", -1) == 0;
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
+}
+
 AUVXFile::AUVXFile() : layout_(std::make_unique<UvLayout>()) {}
 
 AUVXFile::~AUVXFile() = default;

@@ -19,6 +19,10 @@ namespace pavane
 struct FitsHdu;
 struct UvLayout;
 
+/// Non-zero when a file is one of visibilities by its first header, whole or not; its name counts
+/// for nothing.
+PAVANE_API int holdsVisibilities(const std::string& name);
+
 /// A file of visibilities (UVFITS, random groups), read only. Opening reads headers and tables;
 /// groups are read in pieces of the caller's choice, so a file may be larger than memory. Nothing
 /// is believed before the file is known to hold the bytes behind it, nothing throws. Of one thread.

@@ -1,0 +1,221 @@
+#include "apps/view/UvPlotGraph.h"
+
+#include "pavane/axes/axis_curve.h"
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/marker_blocks.h"
+#include "pavane/axes/point_range.h"
+#include "pavane/images/PointPixels.h"
+#include "platform/CDC.h"
+#include "tessel/plain_text.h"
+#include "tessel/stokes_name.h"
+#include "tessel/value_text.h"
+
+#include <cmath>
+#include <complex>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr COLORREF pointColor = RGB(0, 70, 150);
+constexpr COLORREF modelColor = RGB(225, 90, 0);
+constexpr COLORREF chosenColor = RGB(200, 0, 60);
+/// Size of a dot in pixels while there are at most so many of them.
+constexpr struct {
+    std::int64_t most;
+    int size;
+} dotSizes[] = {{300, 5}, {3000, 4}, {30000, 3}, {1000000, 2}};
+/// More dots than this are drawn on a grid, of parts of a pixel, where a device is finer.
+constexpr std::int64_t mostExactDots = 20000;
+constexpr int partsOfPixel = 2;
+/// Half the frame about the chosen point, in pixels.
+constexpr int frameReach = 6;
+/// What is left free above and right of the points, of their range.
+constexpr double air = 0.03;
+constexpr double hertzPerGigahertz = 1e9;
+constexpr int frequencyDigits = 5;
+
+/// A scale in steps of so many units, from its start on.
+CurveScale coarser(CurveScale scale, int units)
+{
+    scale.length /= units;
+    scale.base = 0;
+    scale.sign = 1;
+    return scale;
+}
+
+/// The range of a plot that begins at 0, with some air above.
+void widen(double least, double greatest, double& from, double& to)
+{
+    if (least > greatest)
+        return;
+    from = 0;
+    to = greatest > 0 ? greatest * (1 + air) : 1;
+}
+
+}  // namespace
+
+int UvDotsGraph::dotSize() const
+{
+    for (const auto& size : dotSizes)
+        if (count() <= size.most)
+            return size.size;
+    return 1;
+}
+
+int UvDotsGraph::overhang(const ABAxis& axis) const
+{
+    return axis.dc() ? unitsOf(*axis.dc(), dotSize()) : dotSize();
+}
+
+void UvDotsGraph::draw(CDC& dc, CRect&, TMinMax&)
+{
+    if (!axis() || count() == 0)
+        return;
+    const FigureUnits units(dc);
+    const int pixel = units.areFine() ? units.units(1) : 1;
+    const int grid = count() > mostExactDots ? std::max(1, pixel / partsOfPixel) : 1;
+    const CurveScale x = curveScaleX(*axis());
+    const CurveScale y = curveScaleY(*axis());
+    PointPixels cells(coarser(x, grid), coarser(y, grid));
+    addTo(cells);
+    const int size = dotSize() * pixel;
+    cells.forRuns([&](int first, int last, int row) {
+        const int from = x.base + x.sign * (x.sign > 0 ? first : last) * grid;
+        const int to = x.base + x.sign * (x.sign > 0 ? last : first) * grid;
+        const CRect dots = dotBlocks(from, to, y.base + y.sign * row * grid, size);
+        dc.FillSolidRect({dots.left, dots.top, dots.right + 1, dots.bottom + 1}, color_);
+    });
+}
+
+UvPlotGraph::UvPlotGraph(ABAxis* axis) : UvDotsGraph(axis, pointColor) {}
+
+void UvPlotGraph::SetChosen(const UvPlotPoint* point)
+{
+    hasChosen_ = point != nullptr;
+    if (point)
+        chosen_ = *point;
+}
+
+void UvPlotGraph::getMinMax(TMinMax& range) const
+{
+    range = TMinMax();
+    if (!points_)
+        return;
+    const UvTotals& totals = points_->totals();
+    widen(totals.leastUv, totals.greatestUv, range.xMin, range.xMax);
+    widen(totals.leastAmplitude, totals.greatestAmplitude, range.yMin, range.yMax);
+}
+
+std::int64_t UvPlotGraph::count() const
+{
+    std::int64_t count = 0;
+    if (points_)
+        for (const UvPointBlock& block : points_->blocks())
+            count += static_cast<std::int64_t>(block.distance.size());
+    return count;
+}
+
+void UvPlotGraph::addTo(PointPixels& pixels) const
+{
+    constexpr std::size_t piece = 4096;
+    double x[piece];
+    double y[piece];
+    for (const UvPointBlock& block : points_->blocks())
+        for (std::size_t i = 0; i < block.distance.size(); i += piece) {
+            const std::size_t n = std::min(piece, block.distance.size() - i);
+            for (std::size_t k = 0; k < n; ++k) {
+                x[k] = double{block.distance[i + k]};
+                y[k] = double{block.amplitude[i + k]};
+            }
+            pixels.add({x, y, static_cast<std::int64_t>(n), 0, 1});
+        }
+}
+
+void UvPlotGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
+{
+    UvDotsGraph::draw(dc, rect, range);
+    if (!hasChosen_ || !axis())
+        return;
+    const double x = double{chosen_.distance};
+    const double y = double{chosen_.amplitude};
+    const int reach = unitsOf(dc, frameReach);
+    const int line = unitsOf(dc, 2);
+    const int gx = axis()->RPXtoGPX(x);
+    const int gy = axis()->RPYtoGPY(y);
+    const CRect outer(gx - reach, gy - reach, gx + reach + 1, gy + reach + 1);
+    for (const CRect& side : {CRect(outer.left, outer.top, outer.right, outer.top + line),
+                              CRect(outer.left, outer.bottom - line, outer.right, outer.bottom),
+                              CRect(outer.left, outer.top, outer.left + line, outer.bottom),
+                              CRect(outer.right - line, outer.top, outer.right, outer.bottom)})
+        dc.FillSolidRect(side, chosenColor);
+}
+
+UvModelGraph::UvModelGraph(ABAxis* axis) : UvDotsGraph(axis, modelColor) {}
+
+void UvModelGraph::compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places)
+{
+    std::vector<double> u;
+    std::vector<double> v;
+    for (const UvPlotPoints::Place& place : places) {
+        u.push_back(place.u);
+        v.push_back(place.v);
+    }
+    std::vector<std::complex<double>> values(u.size());
+    model.VfromUV(u.data(), v.data(), static_cast<int>(u.size()), values.data());
+    distance_.clear();
+    amplitude_.clear();
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        distance_.push_back(std::hypot(u[i], v[i]));
+        amplitude_.push_back(std::abs(values[i]));
+    }
+}
+
+void UvModelGraph::getMinMax(TMinMax& range) const
+{
+    TMinMax points;
+    rangeOfPoints({distance_.data(), amplitude_.data(), count(), 0, 1}, points);
+    range = TMinMax();
+    widen(points.xMin, points.xMax, range.xMin, range.xMax);
+    widen(points.yMin, points.yMax, range.yMin, range.yMax);
+}
+
+void UvModelGraph::addTo(PointPixels& pixels) const
+{
+    pixels.add({distance_.data(), amplitude_.data(), count(), 0, 1});
+}
+
+A2DAxis* newUvAxis()
+{
+    auto* const axis = new A2DAxis(1, 1, nullptr, 0);
+    axis->setNameOX("uv distance [%sλ]");
+    axis->setNameOY("Amplitude [%sJy]");
+    return axis;
+}
+
+CString uvPlotHeader(const AUVXFile& file, const UvPlotPoints& points)
+{
+    const UvHeader& header = file.header();
+    CString text;
+    const auto append = [&text](const std::string& part) {
+        if (!part.empty())
+            text += (text.empty() ? "" : "   ") + part;
+    };
+    append(plainText(header.object));
+    if (header.frequency > 0)
+        append(valToStr(header.frequency / hertzPerGigahertz, frequencyDigits) + "\u00a0GHz");
+    append(plainText(header.dateObs.substr(0, header.dateObs.find('T'))));
+    std::string hands;
+    for (int i = 0; i < points.marks().stokes.count(); ++i)
+        if (points.marks().stokes.get(i))
+            hands += (hands.empty() ? "" : "\u00a0") +
+                     stokesName(header.stokes[static_cast<std::size_t>(i)]);
+    append(hands);
+    if (points.thinning() > 1)
+        append("one of " + std::to_string(points.thinning()) + " points is drawn");
+    return text;
+}
+
+}  // namespace pavane

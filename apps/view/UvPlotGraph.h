@@ -1,0 +1,82 @@
+#pragma once
+
+#include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/AGraph.h"
+#include "pavane/tables/components/AComponents.h"
+#include "tessel/uvfits/UvPlotPoints.h"
+
+#include <vector>
+
+namespace pavane
+{
+
+class PointPixels;
+
+/// Dots in a plot, smaller the more there are.
+class UvDotsGraph : public AGraph
+{
+public:
+    UvDotsGraph(ABAxis* axis, COLORREF color) : AGraph(axis, 0), color_(color) {}
+    void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+    int overhang(const ABAxis& axis) const override;
+
+protected:
+    virtual std::int64_t count() const = 0;
+    /// Sets the pixels of all points.
+    virtual void addTo(PointPixels& pixels) const = 0;
+
+private:
+    int dotSize() const;
+    COLORREF color_;
+};
+
+/// Amplitude against distance of visibilities, which may still be read.
+class UvPlotGraph : public UvDotsGraph
+{
+public:
+    explicit UvPlotGraph(ABAxis* axis);
+    /// Not owned; null for none.
+    void SetPoints(const UvPlotPoints* points) { points_ = points; }
+    void SetHeader(const CString& header) { header_ = header; }
+    /// A point with a frame about it; null for none.
+    void SetChosen(const UvPlotPoint* point);
+
+    void getMinMax(TMinMax& range) const override;
+    void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+    int hasHeaderText(int index) const override { return index == 0 && !header_.empty(); }
+    CString getHeaderText(int) const override { return header_; }
+
+protected:
+    std::int64_t count() const override;
+    void addTo(PointPixels& pixels) const override;
+
+private:
+    const UvPlotPoints* points_ = nullptr;
+    CString header_;
+    UvPlotPoint chosen_;
+    int hasChosen_ = 0;
+};
+
+/// The amplitudes of a model where the visibilities of a plot lie.
+class UvModelGraph : public UvDotsGraph
+{
+public:
+    explicit UvModelGraph(ABAxis* axis);
+    void compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places);
+    void getMinMax(TMinMax& range) const override;
+
+protected:
+    std::int64_t count() const override { return static_cast<std::int64_t>(distance_.size()); }
+    void addTo(PointPixels& pixels) const override;
+
+private:
+    std::vector<double> distance_, amplitude_;
+};
+
+/// The axis of such a plot with its titles; the caller owns it.
+A2DAxis* newUvAxis();
+
+/// What the plot shows in a line: object, frequency, date, hands, and how much is left out.
+CString uvPlotHeader(const AUVXFile& file, const UvPlotPoints& points);
+
+}  // namespace pavane

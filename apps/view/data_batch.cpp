@@ -1,0 +1,104 @@
+#include "apps/view/data_batch.h"
+
+#include "apps/view/batch_output.h"
+#include "apps/view/progress.h"
+#include "apps/view/UvPlotGraph.h"
+#include "pavane/axes/maps/MapFigure.h"
+#include "pavane/tables/components/component_file.h"
+#include "tessel/plain_text.h"
+
+#include <limits>
+#include <memory>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double megalambda = 1e6;
+/// Digits that tell any two 32-bit floats apart.
+constexpr int floatDigits = 9;
+
+int refuse(const std::string& file, std::string& error)
+{
+    error = file + ": " + error;
+    return 0;
+}
+
+std::string countLine(const char* key, std::int64_t count, const char* unit)
+{
+    return std::string(key) + ' ' + std::to_string(count) + ' ' + unit + '\n';
+}
+
+std::string totalsText(const UvTotals& totals)
+{
+    const double blank = std::numeric_limits<double>::quiet_NaN();
+    const int isAny = totals.leastUv <= totals.greatestUv;
+    const auto line = [&](const char* key, double value, const char* unit) {
+        return statLine(key, isAny ? value : blank, floatDigits, unit);
+    };
+    return countLine("groups", totals.groups, "groups") +
+           countLine("visibilities", totals.visibilities, "visibilities") +
+           countLine("flagged", totals.flagged, "visibilities") +
+           countLine("not_finite", totals.notFinite, "visibilities") +
+           line("uv_min", totals.leastUv / megalambda, "Mlambda") +
+           line("uv_max", totals.greatestUv / megalambda, "Mlambda") +
+           line("amp_min", totals.leastAmplitude, "Jy") +
+           line("amp_max", totals.greatestAmplitude, "Jy");
+}
+
+/// The axis with its points and a model, as pictures have it.
+struct UvPicture {
+    std::unique_ptr<A2DAxis> axis{newUvAxis()};
+    MapFigure figure;
+
+    UvPicture(const AUVXFile& file, const UvPlotPoints& points, const AComponents& model)
+    {
+        auto* const graph = new UvPlotGraph(axis.get());
+        graph->SetPoints(&points);
+        graph->SetHeader(uvPlotHeader(file, points));
+        if (model.count() > 0)
+            (new UvModelGraph(axis.get()))->compute(model, points.places());
+        figure.setAxis(axis.get());
+    }
+};
+
+}  // namespace
+
+int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
+{
+    AComponents model;
+    AUVXFile file;
+    if (!options.model.empty() && !readComponentFile(options.model, model, error))
+        return refuse(options.model, error);
+    if (!file.open(options.map, error))
+        return refuse(options.map, error);
+    std::vector<std::string> notes;
+    for (const std::string& note : file.notes())
+        notes.push_back(options.map + ": " + note);
+    printNotes(notes);
+
+    UvPlotPoints points(file, UvMarks(), options.wantsPicture() ? UvPlotPoints::usualMost : 0);
+    {
+        ProgressLine progress("Reading " + plainText(options.map));
+        while (points.step())
+            (void)progress.show(points.done());
+    }
+    if (!points.error().empty())
+        return refuse(options.map, error = points.error());
+    const auto newJob = [&] {
+        const auto picture = std::make_shared<UvPicture>(file, points, model);
+        const std::string& object = file.header().object;
+        return PictureJob{object.empty() ? "visibilities" : object, options.width, options.height,
+                          1, [picture](CDC& dc, const CRect& rect) {
+                              picture->figure.draw(dc, picture->figure.layOut(dc, rect));
+                          }};
+    };
+    if (options.wantsPicture() && !writePictures(argv, options, newJob, error))
+        return 0;
+    return (!options.stats && options.wantsPicture()) ||
+           printText(totalsText(points.totals()), error);
+}
+
+}  // namespace pavane

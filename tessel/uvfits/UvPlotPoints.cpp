@@ -1,0 +1,354 @@
+#include "tessel/uvfits/UvPlotPoints.h"
+
+#include "tessel/uvfits/Distinct.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <limits>
+#include <new>
+#include <utility>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr std::size_t blockPoints = std::size_t{1} << 18;
+constexpr std::size_t mostPlaces = std::size_t{1} << 14;
+/// Thinning ends here: what is left then are equal points, of which all look like one.
+constexpr std::int64_t mostThinning = std::int64_t{1} << 32;
+constexpr std::size_t mostBaselines = 1 << 22;
+
+struct Pair {
+    int subarray, first, second;
+    bool operator==(const Pair&) const = default;
+    std::uint64_t hash() const
+    {
+        return spread(spread(static_cast<std::uint32_t>(subarray)) ^
+                      (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
+                       static_cast<std::uint32_t>(second)));
+    }
+};
+
+int isWhole(const ABitArray& marks) { return marks.ones() == marks.count(); }
+
+/// Whether a point stays when one in `thinning`, a power of two, does. Its values decide, so that
+/// it needs no number and neither order nor rhythm of the file shows.
+int staysIn(const UvPlotPoint& point, std::int64_t thinning)
+{
+    const std::uint64_t bits = std::uint64_t{std::bit_cast<std::uint32_t>(point.distance)} << 32 |
+                               std::bit_cast<std::uint32_t>(point.amplitude);
+    return (spread(spread(bits)) & static_cast<std::uint64_t>(thinning - 1)) == 0;
+}
+
+void stretch(double value, double& least, double& greatest)
+{
+    if (least > greatest)
+        least = greatest = value;
+    least = std::min(least, value);
+    greatest = std::max(greatest, value);
+}
+
+double amplitudeOf(const UvVisibility& v)
+{
+    // squares of single precision do not overflow
+    return std::sqrt(double{v.real} * v.real + double{v.imaginary} * v.imaginary);
+}
+
+int isFinite(const UvVisibility& v)
+{
+    return std::isfinite(v.real) && std::isfinite(v.imaginary) && std::isfinite(v.weight);
+}
+
+}  // namespace
+
+/// The marks, made ready to be asked of each group.
+struct UvPlotPoints::Choice {
+    Choice(const AUVXFile& file, const UvMarks& marks);
+    /// Hz, of the channels of the group's IFs one after the other, 0 where they are not marked;
+    /// null when nothing of the group is to be plotted.
+    const double* frequenciesOf(const UvGroups& groups, std::size_t i);
+    int takesPair(const Pair& pair, int isMarked) const;
+    void makeFrequencies(std::size_t selection);
+
+    const AUVXFile& file;
+    const UvMarks& marks;
+    int allTelescopes, allSources, allScans;
+    std::vector<int> stokes;
+    std::vector<std::vector<double>> frequencies;  ///< of each selection, empty until it is met
+    Distinct<Pair, int> pairs{mostBaselines};      ///< whether those met so far are plotted
+    int newPair;                                   ///< what one in no table is marked as
+};
+
+UvPlotPoints::Choice::Choice(const AUVXFile& f, const UvMarks& m)
+    : file(f), marks(m), allTelescopes(isWhole(m.telescopes)), allSources(isWhole(m.sources)),
+      allScans(isWhole(m.scans)), newPair(isWhole(m.baselines))
+{
+    const UvHeader& header = f.header();
+    for (int s = 0; s < static_cast<int>(header.stokes.size()); ++s)
+        stokes.push_back(m.stokes.count() ? m.stokes.get(s) : 1);
+    frequencies.resize(f.fqTbl().selections().size());
+    for (std::size_t i = 0; i < m.baselineTable.size(); ++i) {
+        const UvBaseline& b = m.baselineTable[i];
+        const Pair pair = {b.subarray, b.first, b.second};
+        const int isMarked = newPair || m.baselines.get(static_cast<int>(i));
+        (void)pairs.of(pair, takesPair(pair, isMarked));
+    }
+}
+
+void UvPlotPoints::Choice::makeFrequencies(std::size_t selection)
+{
+    const AUVXFqTbl& table = file.fqTbl();
+    int row = 0;
+    for (std::size_t i = 0; i < selection; ++i)
+        row += static_cast<int>(table.selections()[i].ifs.size());
+    const auto ifs = static_cast<int>(table.selections()[selection].ifs.size());
+    const int isAll = isWhole(marks.frequencies);
+    std::vector<double>& hertz = frequencies[selection];
+    for (int k = 0; k < file.header().ifs; ++k)
+        for (int c = 0; c < file.header().channels; ++c) {
+            const int isMarked = k < ifs && (isAll || marks.frequencies.get(row + k));
+            hertz.push_back(isMarked ? table.frequency(static_cast<int>(selection), k, c) : 0);
+        }
+}
+
+int UvPlotPoints::Choice::takesPair(const Pair& pair, int isMarked) const
+{
+    if (!isMarked || allTelescopes)
+        return isMarked;
+    for (const int number : {pair.first, pair.second}) {
+        const AUVXTlscItem* const item = file.telescope(pair.subarray, number);
+        if (!item || !marks.telescopes.get(static_cast<int>(item - file.telescopes().data())))
+            return 0;
+    }
+    return 1;
+}
+
+const double* UvPlotPoints::Choice::frequenciesOf(const UvGroups& groups, std::size_t i)
+{
+    const Pair pair = {groups.subarray[i], groups.antenna1[i], groups.antenna2[i]};
+    const int fresh = takesPair(pair, newPair);
+    const int* const taken = pairs.of(pair, fresh);
+    const int selection = file.fqTbl().selectionOf(groups.selection[i]);
+    if (!(taken ? *taken : fresh) || selection < 0)
+        return nullptr;
+    if (!allSources) {
+        const UvSource* const source = file.source(groups.source[i]);
+        if (!source || !marks.sources.get(static_cast<int>(source - file.sources().data())))
+            return nullptr;
+    }
+    if (!allScans && !marks.scans.get(scanOf(marks.scanTable, pair.subarray, groups.source[i],
+                                             groups.selection[i], groups.time[i],
+                                             groups.first + static_cast<std::int64_t>(i) + 1)))
+        return nullptr;
+    const auto at = static_cast<std::size_t>(selection);
+    if (frequencies[at].empty())
+        makeFrequencies(at);
+    return frequencies[at].data();
+}
+
+UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints)
+    : file_(file), marks_(std::move(marks)), mostPoints_(mostPoints)
+{
+    if (!marks_.stokes.count())
+        marks_.stokes = usualStokes(file.header());
+    choice_ = std::make_unique<Choice>(file, marks_);
+}
+
+UvPlotPoints::~UvPlotPoints() = default;
+
+double UvPlotPoints::done() const
+{
+    const std::int64_t groups = file_.header().groups;
+    return groups > 0 ? static_cast<double>(next_) / static_cast<double>(groups) : 1;
+}
+
+int UvPlotPoints::step(std::int64_t bytes)
+{
+    try {
+        return goOn(bytes);
+    } catch (const std::bad_alloc&) {
+        error_ = "needs more memory than there is";
+        return 0;
+    }
+}
+
+int UvPlotPoints::goOn(std::int64_t bytes)
+{
+    constexpr int what = UvGroups::baselines | UvGroups::origins | UvGroups::places |
+                         UvGroups::times | UvGroups::cellValues;
+    const std::int64_t groups = file_.header().groups;
+    std::int64_t left = bytes;
+    do {
+        const auto count =
+            static_cast<int>(std::min<std::int64_t>(file_.blockGroups(), groups - next_));
+        if (count <= 0 || !error_.empty())
+            return 0;
+        if (!file_.readGroups(next_, count, what, groups_)) {
+            error_ = "has become shorter while it was read";
+            return 0;
+        }
+        for (int i = 0; i < count; ++i)
+            takeGroup(i);
+        next_ += count;
+        totals_.groups += count;
+        left -= count * file_.groupBytes();
+    } while (left > 0);
+    return next_ < groups;
+}
+
+void UvPlotPoints::takeGroup(int i)
+{
+    const UvHeader& header = file_.header();
+    const auto g = static_cast<std::size_t>(i);
+    const double* frequency = choice_->frequenciesOf(groups_, g);
+    const double u = groups_.u[g];
+    const double v = groups_.v[g];
+    const double seconds = std::hypot(u, v);
+    for (int f = 0; f < header.ifs; ++f)
+        for (int c = 0; c < header.channels; ++c) {
+            const double hertz = frequency ? *frequency++ : 0;
+            const double distance = seconds * hertz;
+            const int isPlace = hertz > 0 && std::isfinite(distance);
+            for (int s = 0; s < static_cast<int>(choice_->stokes.size()); ++s) {
+                const UvVisibility value = file_.visibility(groups_, i, f, c, s);
+                const int isFlagged = !(value.weight > 0);
+                const int isBad = !isFinite(value);
+                ++totals_.visibilities;
+                totals_.flagged += isFlagged;
+                totals_.notFinite += isBad;
+                if (!isPlace || isFlagged || isBad || !choice_->stokes[static_cast<std::size_t>(s)])
+                    continue;
+                keep(distance, amplitudeOf(value), groups_.first + i);
+                keepPlace(u * hertz, v * hertz);
+            }
+        }
+}
+
+void UvPlotPoints::keep(double distance, double amplitude, std::int64_t group)
+{
+    stretch(distance, totals_.leastUv, totals_.greatestUv);
+    stretch(amplitude, totals_.leastAmplitude, totals_.greatestAmplitude);
+    ++plotted_;
+    constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
+    const UvPlotPoint point = {static_cast<float>(distance), static_cast<float>(amplitude),
+                               static_cast<std::uint32_t>(std::min(group, last))};
+    if (mostPoints_ == 0 || !staysIn(point, thinning_))
+        return;
+    if (kept_ >= mostPoints_)
+        thinOut();
+    if (kept_ < mostPoints_ && staysIn(point, thinning_))
+        append(point);
+}
+
+void UvPlotPoints::append(const UvPlotPoint& point)
+{
+    const std::size_t at = kept_ / blockPoints;
+    if (at == blocks_.size())
+        blocks_.emplace_back();
+    UvPointBlock& block = blocks_[at];
+    block.distance.push_back(point.distance);
+    block.amplitude.push_back(point.amplitude);
+    block.group.push_back(point.group);
+    ++kept_;
+}
+
+void UvPlotPoints::thinOut()
+{
+    while (kept_ >= mostPoints_ && thinning_ < mostThinning) {
+        thinning_ *= 2;
+        kept_ = 0;
+        for (std::size_t b = 0; b < blocks_.size(); ++b) {
+            // what was taken out goes back into the same block or one before it
+            const UvPointBlock from = std::exchange(blocks_[b], UvPointBlock());
+            for (std::size_t i = 0; i < from.distance.size(); ++i)
+                if (const UvPlotPoint point = {from.distance[i], from.amplitude[i], from.group[i]};
+                    staysIn(point, thinning_))
+                    append(point);
+        }
+        blocks_.resize((kept_ + blockPoints - 1) / blockPoints);
+    }
+}
+
+void UvPlotPoints::keepPlace(double u, double v)
+{
+    const auto chance = [](const Place& place) {
+        return spread(std::bit_cast<std::uint64_t>(place.u) ^
+                      spread(std::bit_cast<std::uint64_t>(place.v)));
+    };
+    const auto goes = [&](const Place& place) {
+        return (chance(place) & static_cast<std::uint64_t>(placeStep_ - 1)) != 0;
+    };
+    if (goes({u, v}))
+        return;
+    places_.push_back({u, v});
+    while (places_.size() > mostPlaces && placeStep_ < mostThinning) {
+        placeStep_ *= 2;
+        std::erase_if(places_, goes);
+    }
+}
+
+int UvPlotPoints::nearest(double distance, double amplitude, double distanceOfPixel,
+                          double amplitudeOfPixel, double reach, UvPlotPoint& point) const
+{
+    double least = reach * reach;
+    int isFound = 0;
+    for (const UvPointBlock& block : blocks_)
+        for (std::size_t i = 0; i < block.distance.size(); ++i) {
+            const double x = (block.distance[i] - distance) / distanceOfPixel;
+            const double y = (block.amplitude[i] - amplitude) / amplitudeOfPixel;
+            const double away = x * x + y * y;
+            if (!(away <= least))
+                continue;
+            least = away;
+            point = {block.distance[i], block.amplitude[i], block.group[i]};
+            isFound = 1;
+        }
+    return isFound;
+}
+
+int UvPlotPoints::originOf(const UvPlotPoint& point, UvPointOrigin& origin)
+{
+    try {
+        return findOrigin(point, origin);
+    } catch (const std::bad_alloc&) {
+        return 0;
+    }
+}
+
+int UvPlotPoints::findOrigin(const UvPlotPoint& point, UvPointOrigin& origin)
+{
+    constexpr int what = UvGroups::baselines | UvGroups::origins | UvGroups::places |
+                         UvGroups::times | UvGroups::cellValues;
+    const UvHeader& header = file_.header();
+    UvGroups group;
+    if (!file_.readGroups(point.group, 1, what, group))
+        return 0;
+    const double* frequency = choice_->frequenciesOf(group, 0);
+    const double seconds = std::hypot(group.u[0], group.v[0]);
+    for (int f = 0; frequency && f < header.ifs; ++f)
+        for (int c = 0; c < header.channels; ++c, ++frequency)
+            for (int s = 0; s < static_cast<int>(choice_->stokes.size()); ++s) {
+                const UvVisibility value = file_.visibility(group, 0, f, c, s);
+                if (!(value.weight > 0) || !choice_->stokes[static_cast<std::size_t>(s)] ||
+                    static_cast<float>(seconds * *frequency) != point.distance ||
+                    static_cast<float>(amplitudeOf(value)) != point.amplitude)
+                    continue;
+                origin = {point.group,
+                          group.subarray[0],
+                          group.antenna1[0],
+                          group.antenna2[0],
+                          group.source[0],
+                          group.selection[0],
+                          group.time[0],
+                          f,
+                          c,
+                          s};
+                return 1;
+            }
+    return 0;
+}
+
+}  // namespace pavane

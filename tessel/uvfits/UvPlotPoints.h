@@ -1,0 +1,114 @@
+#pragma once
+
+#include "tessel/api.h"
+#include "tessel/uvfits/AUVXFile.h"
+#include "tessel/uvfits/UvGroupScan.h"
+#include "tessel/uvfits/UvMarks.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// A visibility in a plot of amplitude against distance.
+struct UvPlotPoint {
+    float distance = 0;       ///< in the plane of u and v, wavelengths
+    float amplitude = 0;      ///< Jy
+    std::uint32_t group = 0;  ///< from 0
+};
+
+/// Where a plotted visibility comes from; numbers as UvGroups has them, indices from 0.
+struct UvPointOrigin {
+    std::int64_t group = 0;
+    int subarray = 1, antenna1 = -1, antenna2 = -1;
+    int source = 1, selection = 1;
+    double time = 0;
+    int ifIndex = 0, channel = 0, stokes = 0;
+};
+
+/// Points of many at once, an array for each of their numbers.
+struct UvPointBlock {
+    std::vector<float> distance, amplitude;
+    std::vector<std::uint32_t> group;
+};
+
+/// Reads all groups of a file once, in slices, and keeps what a plot of amplitude against distance
+/// shows: the visibilities that are marked, not flagged and finite. May be dropped at any time. The
+/// file outlives it.
+///
+/// Memory has a limit: when there are more points than that, half of them go, chosen evenly by
+/// their values, again and again; ranges and counts are always those of all. Of a most of 0 points
+/// nothing but those.
+class PAVANE_API UvPlotPoints
+{
+public:
+    static constexpr std::size_t usualMost = std::size_t{1} << 24;
+
+    UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints = usualMost);
+    UvPlotPoints(const UvPlotPoints&) = delete;
+    UvPlotPoints& operator=(const UvPlotPoints&) = delete;
+    ~UvPlotPoints();
+
+    /// Goes on with some `bytes` of the file, one block at the least. Non-zero while more remains;
+    /// 0 when all is done, or cannot be: then `error` is not empty.
+    int step(std::int64_t bytes = std::int64_t{16} << 20);
+    /// 0 to 1.
+    double done() const;
+    /// Why it ended early, a clause without its subject; "" else.
+    const std::string& error() const { return error_; }
+
+    /// Of the groups so far. Counts are of all visibilities, the ranges of those that are plotted.
+    const UvTotals& totals() const { return totals_; }
+    /// Visibilities so far that are plotted, kept or not.
+    std::int64_t plotted() const { return plotted_; }
+    /// About one in so many of them is kept; 1: all are.
+    std::int64_t thinning() const { return thinning_; }
+    const std::vector<UvPointBlock>& blocks() const { return blocks_; }
+    const UvMarks& marks() const { return marks_; }
+
+    /// A point of the plane of u and v, in wavelengths.
+    struct Place {
+        double u, v;
+    };
+    /// Some thousands of the places of what is plotted, evenly chosen; all while they are few.
+    const std::vector<Place>& places() const { return places_; }
+
+    /// The point nearest to a place of the plot where a pixel is so much of distance and amplitude.
+    /// Non-zero when one lies within `reach` pixels.
+    int nearest(double distance, double amplitude, double distanceOfPixel, double amplitudeOfPixel,
+                double reach, UvPlotPoint& point) const;
+    /// Reads the group of a point again. Non-zero when the visibility was found there; 0 when the
+    /// file has changed.
+    int originOf(const UvPlotPoint& point, UvPointOrigin& origin);
+
+private:
+    struct Choice;
+    int goOn(std::int64_t bytes);
+    void takeGroup(int i);
+    void keep(double distance, double amplitude, std::int64_t group);
+    void append(const UvPlotPoint& point);
+    void keepPlace(double u, double v);
+    void thinOut();
+    int findOrigin(const UvPlotPoint& point, UvPointOrigin& origin);
+
+    AUVXFile& file_;
+    UvMarks marks_;
+    std::size_t mostPoints_;
+    std::int64_t next_ = 0;
+    std::string error_;
+    UvGroups groups_;
+    UvTotals totals_;
+    std::int64_t plotted_ = 0;
+    std::int64_t thinning_ = 1;
+    std::size_t kept_ = 0;
+    std::vector<UvPointBlock> blocks_;
+    std::int64_t placeStep_ = 1;
+    std::vector<Place> places_;
+    std::unique_ptr<Choice> choice_;
+};
+
+}  // namespace pavane

@@ -1,0 +1,113 @@
+// Runs the built pavane-view on files of visibilities.
+#include "tests/tessel/uvfits_text.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <sys/wait.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+struct Outcome {
+    int status;
+    std::string out, err;
+};
+
+/// A folder of the test's own with a data file named as a map: amplitudes of 1, 2 and 3 Jy at 8.4
+/// Mlambda, one flagged, one not finite.
+class DataRun : public testing::Test
+{
+protected:
+    DataRun()
+    {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder_ = fs::path(PAVANE_BINARY_DIR) / "data-run" / info->name();
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+        std::vector<TestGroup> groups = {{0, 258}, {10, 258, 1, 0, 2}, {20, 258, 1, -3}};
+        groups.push_back({30, 258, 1, 9, 0, 0});
+        groups.push_back({40, 258, 1, 0.0f / 0.0f});
+        bytes_ = groupsHdu(groups) + antennaHdu();
+        write("map.fits", bytes_);
+    }
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    void write(const std::string& name, const std::string& bytes) const
+    {
+        std::ofstream(path(name), std::ios::binary) << bytes;
+    }
+    Outcome run(const std::string& arguments) const
+    {
+        const std::string command = "cd '" + folder_.string() + "' && '" PAVANE_VIEW "' " +
+                                    arguments + " >out.txt 2>err.txt </dev/null";
+        const int status = std::system(command.c_str());
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, contents(path("out.txt")),
+                contents(path("err.txt"))};
+    }
+
+    fs::path folder_;
+    std::string bytes_;
+};
+
+}  // namespace
+
+TEST_F(DataRun, PrintsItsNumbersAndDrawsWhatTheContentSays)
+{
+    const char* stats = "groups 5 groups\nvisibilities 5 visibilities\nflagged 1 visibilities\n"
+                        "not_finite 1 visibilities\nuv_min 8.4000004 Mlambda\n"
+                        "uv_max 8.4000004 Mlambda\namp_min 1 Jy\namp_max 3 Jy\n";
+    write("m.txt", "1\n1 2 0 1 0 0 0 0\n");
+    write("none.uvfits", groupsHdu({}));
+    const struct {
+        const char* arguments;
+        int status;
+        std::string out;
+        const char* err;
+    } cases[] = {
+        {"map.fits --batch", 0, stats, ""},
+        {"map.fits --batch --stats --png p.png --pdf p.pdf --svg p.svg", 0, stats, ""},
+        {"map.fits --batch --svg model.svg --model m.txt --size 400x300", 0, "", ""},
+        {"map.fits --batch --areas a.cma --png x.png", 1, "", "--areas goes with a map"},
+        {"map.fits --scale log", 1, "", "--scale goes with a map"},
+        {"map.fits --batch --stats --png ./map.fits", 1, "", "write over the"},
+        {"map.fits --batch --png x.png --model no.txt", 2, "", "no.txt"},
+        {"none.uvfits --batch --stats --png none.png", 0,
+         "groups 0 groups\nvisibilities 0 visibilities\nflagged 0 visibilities\n"
+         "not_finite 0 visibilities\nuv_min nan Mlambda\nuv_max nan Mlambda\namp_min nan Jy\n"
+         "amp_max nan Jy\n",
+         ""},
+    };
+    for (const auto& c : cases) {
+        const Outcome r = run(c.arguments);
+        EXPECT_EQ(r.status, c.status) << c.arguments << r.err;
+        EXPECT_EQ(r.out, c.out) << c.arguments;
+        EXPECT_NE(r.err.find(c.err), std::string::npos) << c.arguments << r.err;
+        EXPECT_EQ(r.err.empty(), c.status == 0) << c.arguments << r.err;
+    }
+    const std::string svg = contents(path("model.svg"));
+    EXPECT_NE(svg.find("uv distance [M\u03bb]"), std::string::npos);
+    EXPECT_NE(svg.find("Amplitude [Jy]"), std::string::npos);
+    EXPECT_NE(svg.find("M87"), std::string::npos);
+    EXPECT_GT(fs::file_size(path("none.png")), 1000u);
+    EXPECT_FALSE(fs::exists(path("x.png")));
+}
+
+TEST_F(DataRun, ACutFileIsBadInputOrOneWithoutItsTables)
+{
+    const std::size_t groupsEnd = bytes_.find("END") / 2880 * 2880 + 2880 + 5 * 28;
+    for (std::size_t size = 0; size < bytes_.size(); size += size % 2880 < 200 ? 41 : 571) {
+        write("cut.fits", bytes_.substr(0, size));
+        const Outcome r = run("cut.fits --batch --stats --png cut.png");
+        EXPECT_EQ(r.status, size < groupsEnd ? 2 : 0) << size << r.err;
+        EXPECT_EQ(fs::exists(path("cut.png")), size >= groupsEnd) << size;
+        EXPECT_LE(std::count(r.err.begin(), r.err.end(), '\n'), 1) << r.err;
+        fs::remove(path("cut.png"));
+    }
+}
+
+}  // namespace pavane
