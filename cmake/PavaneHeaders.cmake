@@ -74,6 +74,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/grid/ATableColumn.h
     pavane/tables/grid/table_options.h
     pavane/tables/observation/AMarkTable.h
+    pavane/tables/observation/AObservationSelector.h
+    pavane/tables/observation/AObservationTbl.h
+    pavane/tables/observation/observation_tables.h
     pavane/tables/uvdata/uv_columns.h
     pavane/tables/uvdata/UvObservation.h
     pavane/trackers/AAreaTracker.h

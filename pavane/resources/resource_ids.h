@@ -60,6 +60,10 @@ inline constexpr unsigned ID_MARK_ALL = 10232;
 inline constexpr unsigned ID_MARK_NONE = 10233;
 inline constexpr unsigned ID_MARK_INVERT = 10234;
 
+// Commands of tables that are filled while their window lives.
+inline constexpr unsigned ID_FILLING_STOP = 10241;
+inline constexpr unsigned ID_FILLING_GO_ON = 10242;
+
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;
 inline constexpr unsigned ID_TRACK_RECT = 32772;

@@ -7,6 +7,8 @@
 #include <limits>
 #include <new>
 #include <ostream>
+#include <tuple>
+#include <utility>
 
 namespace pavane
 {
@@ -19,6 +21,11 @@ constexpr const char* noMemory = "needs more memory than there is";
 int rowCount(std::size_t items)
 {
     return static_cast<int>(std::min<std::size_t>(items, std::numeric_limits<int>::max()));
+}
+
+int isBefore(const UvBaseline& a, const UvBaseline& b)
+{
+    return std::tie(a.subarray, a.first, a.second) < std::tie(b.subarray, b.first, b.second);
 }
 
 class Texts : public TableTexts
@@ -53,7 +60,12 @@ private:
 
 }  // namespace
 
-void UvObservation::close()
+UvObservation::~UvObservation()
+{
+    tell([](UvObserver& each) { each.ObservationEnds(); });
+}
+
+void UvObservation::clear()
 {
     scan_.reset();
     file_.close();
@@ -64,19 +76,25 @@ void UvObservation::close()
     error_.clear();
     done_ = nextRefresh_ = 0;
     stopped_ = whole_ = 0;
-    ++changes_;
+}
+
+void UvObservation::close()
+{
+    clear();
+    tellRecords(1);
 }
 
 int UvObservation::open(const std::string& name, std::string& error, int also)
 {
-    close();
-    if (!file_.open(name, error))
-        return 0;
-    if (begin(also))
-        return 1;
-    close();
-    error = noMemory;
-    return 0;
+    clear();
+    int opened = file_.open(name, error);
+    if (opened && !begin(also)) {
+        clear();
+        error = noMemory;
+        opened = 0;
+    }
+    tellRecords(1);
+    return opened;
 }
 
 int UvObservation::begin(int also)
@@ -108,14 +126,14 @@ int UvObservation::step(std::int64_t bytes)
     const int more = scan_->step(bytes);
     done_ = scan_->done();
     error_ = scan_->error();
+    whole_ = !more && error_.empty();
     // each time the part has doubled: the sorting of what was found costs no more than its end
     if (!more || done_ >= nextRefresh_)
         refresh();
-    if (more)
-        return error_.empty();
-    whole_ = error_.empty();
-    scan_.reset();
-    return 0;
+    if (!more)
+        scan_.reset();
+    tellFilling();
+    return more && error_.empty();
 }
 
 void UvObservation::stop()
@@ -124,20 +142,99 @@ void UvObservation::stop()
         return;
     stopped_ = 1;
     refresh();
+    tellFilling();
+}
+
+void UvObservation::resume()
+{
+    stopped_ = 0;
+    tellFilling();
 }
 
 void UvObservation::refresh()
 {
     nextRefresh_ = 2 * done_;
     try {
-        baselines_ = scan_->foundBaselines();
+        baselinesBefore_ = std::exchange(baselines_, scan_->foundBaselines());
         if (!file_.hasIndex())
-            found_ = scan_->foundScans();
+            foundBefore_ = std::exchange(found_, scan_->foundScans());
         totals_ = scan_->foundTotals();
     } catch (const std::bad_alloc&) {
         error_ = noMemory;
+        whole_ = 0;
     }
-    ++changes_;
+    tellRecords(0);
+    baselinesBefore_ = {};
+    foundBefore_ = {};
+}
+
+// --- observers
+
+void UvObservation::addObserver(UvObserver* observer)
+{
+    if (observer && std::find(observers_.begin(), observers_.end(), observer) == observers_.end())
+        observers_.push_back(observer);
+}
+
+void UvObservation::removeObserver(UvObserver* observer)
+{
+    std::replace(observers_.begin(), observers_.end(), observer, static_cast<UvObserver*>(nullptr));
+    if (!telling_)
+        (void)std::erase(observers_, nullptr);
+}
+
+template <class Tell>
+void UvObservation::tell(Tell each)
+{
+    ++telling_;
+    for (std::size_t i = 0; i < observers_.size(); ++i)
+        if (observers_[i])
+            each(*observers_[i]);
+    if (--telling_ == 0)
+        (void)std::erase(observers_, nullptr);
+}
+
+void UvObservation::tellRecords(int ofAll)
+{
+    isOther_ = ofAll;
+    for (const UvTable table : uvTables)
+        if (ofAll || needsGroups(table))
+            tell([table](UvObserver& each) { each.RecordsChanged(table); });
+    isOther_ = 0;
+}
+
+void UvObservation::tellFilling()
+{
+    tell([](UvObserver& each) { each.FillingChanged(); });
+}
+
+int UvObservation::recordNow(UvTable table, int record) const
+{
+    if (isOther_ || record < 1)
+        return 0;
+    const auto at = static_cast<std::size_t>(record) - 1;
+    if (!needsGroups(table))
+        return record <= rows(table) ? record : 0;
+    if (table == UvTable::baselines) {
+        if (at >= baselinesBefore_.size())
+            return 0;
+        const auto found =
+            std::lower_bound(baselines_.begin(), baselines_.end(), baselinesBefore_[at], isBefore);
+        return found != baselines_.end() && !isBefore(baselinesBefore_[at], *found)
+                   ? static_cast<int>(found - baselines_.begin()) + 1
+                   : 0;
+    }
+    // a scan may have grown at both ends, or together with another
+    if (at >= foundBefore_.size())
+        return 0;
+    const UvScan& old = foundBefore_[at];
+    auto next = std::upper_bound(found_.begin(), found_.end(), old.start,
+                                 [](double start, const UvScan& s) { return start < s.start; });
+    while (next != found_.begin())
+        if (--next; next->subarray == old.subarray && next->source == old.source &&
+                    next->selection == old.selection && next->end >= old.start)
+            return static_cast<int>(next - found_.begin()) + 1;
+    return 0;
 }
 
 CString UvObservation::partText(UvTable table) const

@@ -17,6 +17,20 @@ struct UvIfPlace {
     int selection, ifIndex;
 };
 
+/// Who is told by an observation. It may take itself away meanwhile.
+class UvObserver
+{
+public:
+    /// Rows of a table have changed; UvObservation::recordNow knows where they are.
+    virtual void RecordsChanged(UvTable table) = 0;
+    /// More groups have been read, or reading has been stopped or goes on.
+    virtual void FillingChanged() = 0;
+    virtual void ObservationEnds() = 0;
+
+protected:
+    ~UvObserver() = default;
+};
+
 /// A data file and the tables of its observation, without a window. The baselines, and scans
 /// without an index, are known when all groups have been read: `step` reads them a slice at a time,
 /// and until then these tables hold what was found so far. Rows and columns count from 1. It
@@ -27,6 +41,7 @@ public:
     UvObservation() = default;
     UvObservation(const UvObservation&) = delete;
     UvObservation& operator=(const UvObservation&) = delete;
+    ~UvObservation();
 
     /// Opens a file, closing an open one first; headers and tables only. Non-zero on success; else
     /// 0 and a clause without its subject in `error`. `also`: bits of UvGroupScan::What that the
@@ -44,7 +59,7 @@ public:
     int step(std::int64_t bytes = std::int64_t{4} << 20);
     /// Gives up; what was found stays. `resume` goes on from there.
     void stop();
-    void resume() { stopped_ = 0; }
+    void resume();
     int isStopped() const { return stopped_; }
     /// Whether there is something left for `step`.
     int isFilling() const { return scan_ && !stopped_ && error_.empty(); }
@@ -61,8 +76,12 @@ public:
     CString partText(UvTable table) const;
     /// The same for a status line: "42 % of the visibilities, stopped".
     CString stateText(UvTable table) const;
-    /// Grows when rows of a table may have changed.
-    int changes() const { return changes_; }
+
+    /// Not owned. Observers are told in the order in which they came.
+    void addObserver(UvObserver* observer);
+    void removeObserver(UvObserver* observer);
+    /// While RecordsChanged is told: where a record (from 1) of before is now, 0 when it is gone.
+    int recordNow(UvTable table, int record) const;
 
     int rows(UvTable table) const;
     static int columns(UvTable table);
@@ -80,20 +99,29 @@ public:
 
 private:
     int begin(int also);
+    void clear();
     void refresh();
+    template <class Tell>
+    void tell(Tell each);
+    void tellRecords(int ofAll);
+    void tellFilling();
 
     AUVXFile file_;
     std::vector<UvIfPlace> ifs_;
     std::unique_ptr<UvGroupScan> scan_;
     std::vector<UvBaseline> baselines_;
     std::vector<UvScan> found_;
+    std::vector<UvBaseline> baselinesBefore_;
+    std::vector<UvScan> foundBefore_;
     UvTotals totals_;
+    std::vector<UvObserver*> observers_;
     std::string error_;
     double done_ = 0;
     double nextRefresh_ = 0;
     int stopped_ = 0;
     int whole_ = 0;
-    int changes_ = 0;
+    int telling_ = 0;
+    int isOther_ = 0;  ///< the file that is being told of is another one
 };
 
 }  // namespace pavane

@@ -131,11 +131,11 @@ TEST(UvObservation, slices)
         sum += of.number(UvTable::baselines, row, 5, value) ? value : 0;
     EXPECT_EQ(sum, std::round(part * 20000));
     EXPECT_EQ(of.stateText(UvTable::scans), "11 % of the visibilities, stopped");
-    const int before = of.changes();
+
     of.resume();
     while (of.step(1 << 16)) {
     }
-    EXPECT_GT(of.changes(), before);
+
     EXPECT_TRUE(of.isWhole(UvTable::baselines));
     EXPECT_EQ(of.text(UvTable::baselines, 0, 0), "");
     EXPECT_EQ(of.text(UvTable::baselines, 1, 1), "AB");
