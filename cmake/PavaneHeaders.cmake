@@ -211,10 +211,15 @@ set(PAVANE_REACHED_HEADERS
     pavane/resources/tools.h
     pavane/tables/grid/cell_range.h
     pavane/tables/grid/grid_layout.h
+    pavane/tables/grid/RowOrder.h
     pavane/tables/grid/selection_moves.h
+    pavane/tables/grid/SelectionSums.h
     pavane/tables/grid/table_pages.h
+    pavane/tables/grid/table_text.h
+    pavane/tables/grid/table_values.h
     pavane/tables/grid/TableColumns.h
     pavane/tables/grid/TableGrid.h
+    pavane/tables/grid/TableSearch.h
     pavane/tables/table_colors.h
     pavane/trackers/areas/ActiveItems.h
     pavane/trackers/areas/AreaItems.h

@@ -16,10 +16,33 @@ inline constexpr DlgItem areaSelectItems[] = {
     {ControlKind::pushButton, IDCANCEL, "Cancel", 326, 270, 50, 14, WS_TABSTOP},
 };
 
+inline constexpr DlgItem tableFindItems[] = {
+    {ControlKind::staticText, 0, "&Find:", 8, 10, 24, 10},
+    {ControlKind::edit, IDC_TABLE_FIND_TEXT, "", 34, 8, 140, 13, WS_TABSTOP},
+    {ControlKind::checkBox, IDC_TABLE_FIND_CASE, "Match &case", 34, 26, 140, 11, WS_TABSTOP},
+    {ControlKind::checkBox, IDC_TABLE_FIND_WHOLE, "&Whole cell", 34, 38, 140, 11, WS_TABSTOP},
+    {ControlKind::checkBox, IDC_TABLE_FIND_COLUMN, "&This column only", 34, 50, 140, 11,
+     WS_TABSTOP},
+    {ControlKind::defaultButton, IDOK, "Find &next", 182, 8, 60, 14, WS_TABSTOP},
+    {ControlKind::pushButton, IDC_TABLE_FIND_BACK, "Find &previous", 182, 26, 60, 14, WS_TABSTOP},
+    {ControlKind::pushButton, IDCANCEL, "Close", 182, 48, 60, 14, WS_TABSTOP},
+};
+
+inline constexpr DlgItem tableNumberItems[] = {
+    {ControlKind::staticText, IDC_TABLE_NUMBER_LABEL, "", 8, 8, 164, 10},
+    {ControlKind::edit, IDC_TABLE_NUMBER, "", 8, 20, 164, 13, WS_TABSTOP},
+    {ControlKind::defaultButton, IDOK, "OK", 68, 42, 50, 14, WS_TABSTOP},
+    {ControlKind::pushButton, IDCANCEL, "Cancel", 122, 42, 50, 14, WS_TABSTOP},
+};
+
 /// The dialogs of the library, by identifier.
 inline constexpr DlgTemplate libraryDialogs[] = {
     {IDD_AREA_SELECT, "Areas", 380, 290, areaSelectItems,
      static_cast<int>(std::size(areaSelectItems)), WS_THICKFRAME},
+    {IDD_TABLE_FIND, "Find in table", 250, 70, tableFindItems,
+     static_cast<int>(std::size(tableFindItems))},
+    {IDD_TABLE_NUMBER, "", 180, 64, tableNumberItems,
+     static_cast<int>(std::size(tableNumberItems))},
 };
 
 }  // namespace pavane

@@ -72,6 +72,7 @@ inline constexpr MenuItem tableItems[] = {
     tableItemOf(ID_TABLE_SORT_DOWN),
     tableItemOf(ID_TABLE_SORT_STORED),
     tableItemOf(ID_TABLE_FIT_COLUMN),
+    tableItemOf(ID_TABLE_COLUMN_WIDTH),
     {},
     tableItemOf(ID_TABLE_SAVE_SELECTION),
     tableItemOf(ID_TABLE_SAVE_ALL),

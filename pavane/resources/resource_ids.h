@@ -26,6 +26,15 @@ inline constexpr unsigned IDR_COPY_MENU = 10011;
 // Dialogs.
 inline constexpr unsigned IDD_AREA_SELECT = 10020;
 inline constexpr unsigned IDC_AREA_WINDOW = 10021;  ///< placeholder of the window with the axis
+inline constexpr unsigned IDD_TABLE_FIND = 10022;
+inline constexpr unsigned IDC_TABLE_FIND_TEXT = 10023;
+inline constexpr unsigned IDC_TABLE_FIND_CASE = 10024;
+inline constexpr unsigned IDC_TABLE_FIND_WHOLE = 10025;
+inline constexpr unsigned IDC_TABLE_FIND_COLUMN = 10026;
+inline constexpr unsigned IDC_TABLE_FIND_BACK = 10027;
+inline constexpr unsigned IDD_TABLE_NUMBER = 10030;
+inline constexpr unsigned IDC_TABLE_NUMBER_LABEL = 10031;
+inline constexpr unsigned IDC_TABLE_NUMBER = 10032;
 
 // Commands that every drawing window answers; menus of heirs share them.
 inline constexpr unsigned ID_COPY_TO_CLIPBOARD = 10104;
@@ -53,6 +62,7 @@ inline constexpr unsigned ID_TABLE_SORT_UP = 10218;
 inline constexpr unsigned ID_TABLE_SORT_DOWN = 10219;
 inline constexpr unsigned ID_TABLE_SORT_STORED = 10220;
 inline constexpr unsigned ID_TABLE_FIT_COLUMN = 10221;
+inline constexpr unsigned ID_TABLE_COLUMN_WIDTH = 10222;
 
 // Commands of tables with marks.
 inline constexpr unsigned ID_MARK_SELECTED = 10231;  ///< marks the items of the selected cells

@@ -61,6 +61,7 @@ inline constexpr TableCommand tableCommands[] = {
     {ID_TABLE_SORT_DOWN, TableWhen::canSort, "Sort fall&ing"},
     {ID_TABLE_SORT_STORED, TableWhen::canSort, "&Order as stored"},
     {ID_TABLE_FIT_COLUMN, TableWhen::canSizeColumn, "Fit colum&n"},
+    {ID_TABLE_COLUMN_WIDTH, TableWhen::canSizeColumn, "Column wi&dth..."},
     {ID_TABLE_SAVE_SELECTION, TableWhen::hasSelection, "&Save selection as text..."},
     {ID_TABLE_SAVE_ALL, TableWhen::always, "Save table as te&xt..."},
 };

@@ -13,4 +13,16 @@ inline constexpr const char* partIsLeft =
 inline constexpr const char* oldFileStays =
     "The table could not be written whole. The file stays as it was; what was written is in: ";
 
+inline constexpr const char* sortingRows = "Sorting";
+inline constexpr const char* noMemoryToSort = "There is not enough memory to sort the table.";
+inline constexpr const char* searchingCells = "Searching";
+inline constexpr const char* notFoundInTable = "The table has no such text: ";
+inline constexpr const char* searchFromStart = "The search went on from the start of the table.";
+inline constexpr const char* searchFromEnd = "The search went on from the end of the table.";
+inline constexpr const char* goToRowTitle = "Go to row";
+inline constexpr const char* goToRowLabel = "&Row";
+inline constexpr const char* columnWidthTitle = "Column width";
+inline constexpr const char* columnWidthLabel = "&Width in pixels";
+inline constexpr const char* numberIsOneOf = "This must be a whole number from ";
+
 }  // namespace pavane

@@ -1,8 +1,12 @@
 #include "pavane/tables/ATableWnd.h"
 
 #include "pavane/resources/table_glyphs.h"
+#include "pavane/tables/ColumnSizer.h"
 #include "pavane/tables/grid/selection_repaint.h"
 #include "pavane/tables/table_editors.h"
+#include "pavane/tables/TableFinder.h"
+#include "pavane/tables/TableSorter.h"
+#include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
 
 #include <algorithm>
@@ -13,6 +17,8 @@ namespace pavane
 {
 
 ATableWnd::ATableWnd()
+    : tasks_(std::make_unique<Tasks>(*this)), sorter_(std::make_unique<Sorter>(*this)),
+      finder_(std::make_unique<Finder>(*this)), sizer_(std::make_unique<Sizer>(*this))
 {
     SetFlag(windowNoWaitCursor, 1);
     (void)glyphs_.Create(glyphWidth, glyphHeight);
@@ -47,6 +53,8 @@ void ATableWnd::OnDestroy()
     if (!stored)
         dropEditors();
     endDrag();
+    finder_->windowGoes();
+    tasks_->windowGoes();
     closing_ = 0;
     ABWindow::OnDestroy();
 }
@@ -57,6 +65,9 @@ void ATableWnd::setRows(long rows)
     const int before = grid_.rows();
     grid_.setRows(rows);
     if (grid_.rows() == before)
+        return;
+    sorter_->recordsChanged(grid_.rows());
+    if (watch.gone())
         return;
     moveEditors();
     if (!watch.gone())
@@ -109,11 +120,14 @@ void ATableWnd::deleteColumn(int column)
         edit_->setCell(follow(edit_->cell()));
     if (combo_)
         combo_->setCell(follow(combo_->cell()));
+    sorter_->columnGone(column);
     columnsChanged();
 }
 
 void ATableWnd::columnsChanged()
 {
+    sizer_->columnsChanged();
+    sorter_->columnsChanged();
     (void)ColumnToPixel();
     moveEditors();
     Invalidate();

@@ -4,10 +4,13 @@
 #include "pavane/resources/table_commands.h"
 #include "pavane/tables/grid/ASelectRect.h"
 #include "pavane/tables/grid/ATableColumn.h"
+#include "pavane/tables/grid/RowOrder.h"
 #include "pavane/tables/grid/selection_moves.h"
+#include "pavane/tables/grid/SelectionSums.h"
 #include "pavane/tables/grid/table_options.h"
 #include "pavane/tables/grid/table_pages.h"
 #include "pavane/tables/grid/TableGrid.h"
+#include "pavane/tables/grid/TableSearch.h"
 #include "pavane/tables/table_colors.h"
 #include "pavane/windows/ABWindow.h"
 #include "platform/image_list.h"
@@ -166,10 +169,39 @@ public:
     /// the command is one of a table.
     virtual int RunTableCommand(unsigned id);
 
+    /// A line that tells what the table does, and words of the search; empty when there is nothing
+    /// to tell any more. The base shows it at the lower edge; heirs may have a better place.
+    virtual void showState(const CString& text);
+
     /// The record that a shown row holds, as the data is stored, and the row that shows a record;
     /// both from 1. The same number while the table is not sorted. Hooks get rows as shown.
     int recordOf(int row) const;
     int rowOf(int record) const;
+    /// Orders the rows, of a long table in slices after the call; the focus stays on its record.
+    /// 0 when that column is not sortable, or an edited value is refused.
+    int SortRows(const SortedBy& by);
+    /// What the rows are ordered by now.
+    SortedBy sortedBy() const;
+    /// For data that gets records in front of `record`, or loses some from there on: changes the
+    /// number of rows as setRows does, and the others stay where they are shown. Selections are of
+    /// rows and stay.
+    void recordsInserted(int record, int count = 1);
+    void recordsRemoved(int record, int count = 1);
+    /// Looks for a text behind the focus cell, and selects the cell that has it; in slices after
+    /// the call where that takes long. The user is told when it is nowhere. 0 when there is no text
+    /// to look for, or an edited value is refused.
+    int FindText(const FindWhat& what);
+    /// Drops the sorting or searching in hand; 0 when there is none.
+    int cancelWork();
+    /// Another width for a column, as if the user had dragged its edge; the profile keeps it.
+    void SetColumnWidth(int column, int pixels);
+    /// As wide as its header, the texts in view and those of 1000 rows more need.
+    void FitColumn(int column);
+    /// Count, sum, mean, least and greatest of the selected numbers; of the first `mostCells` cells
+    /// only, so that a large selection costs no more than a status line may.
+    SelectionSums sumsOfSelection(std::int64_t mostCells = 100000);
+
+    CString OnToolTip(CPoint point) override;
 
 protected:
     void addColumn(ATableColumn& column);
@@ -197,6 +229,8 @@ protected:
     /// that can be edited.
     void drawCellText(CDC& dc, const CRect& rect, int row, int column, const CString& text,
                       int right = 0);
+    /// Pixels of a cell, left and right, that its text has to leave.
+    int textMargins(int row, int column) const;
 
     // Editors. Results: non-zero when there is none any more; 0 when the value was refused.
     int hideEdit();
@@ -232,6 +266,7 @@ protected:
     void OnRButtonDown(unsigned flags, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
     void OnCaptureChanged(CWnd* next) override;
+    int OnSetCursor(CWnd* window, unsigned hitArea, unsigned message) override;
     void OnTimer(unsigned id) override;
     int OnMouseWheel(unsigned flags, int delta, CPoint screen) override;
     int OnMouseHWheel(unsigned flags, int delta, CPoint screen) override;
@@ -253,6 +288,10 @@ private:
     friend class ATableCombo;
     friend class TableWatch;
     class TextsOfTable;
+    class Tasks;   // TableTasks.h
+    class Sorter;  // TableSorter.h
+    class Finder;  // TableFinder.h
+    class Sizer;   // ColumnSizer.h
 
     CRect client() const;
     CFont& tableFont();
@@ -286,6 +325,7 @@ private:
     void measureForPaper();
     void drawLines(CDC& dc, const CRect& rect, int row);
     void drawGlyph(CDC& dc, const CRect& rect, int row, int column);
+    void drawSortMark(CDC& dc, const CRect& rect, int row, int column, COLORREF ground);
     const TableColors& colors();
 
     int isComboEnabled(int row, int column);
@@ -300,6 +340,9 @@ private:
 
     void saveText(int selectionOnly);
     void selectWhole(int rows, int columns);
+    void removeNever(CMenu& popup);
+    /// Column of the focus cell, or the nearest; 0 without cells.
+    int focusColumn() const;
 
     LifeToken life_;
     TableGrid grid_;
@@ -329,6 +372,10 @@ private:
     std::unique_ptr<ATableEdit> edit_;
     std::unique_ptr<ATableCombo> combo_;
     std::vector<std::unique_ptr<CWnd>> closed_;  ///< editors that may be on the stack still
+    std::unique_ptr<Tasks> tasks_;
+    std::unique_ptr<Sorter> sorter_;
+    std::unique_ptr<Finder> finder_;
+    std::unique_ptr<Sizer> sizer_;
 };
 
 /// Rows that a notch of the wheel scrolls a table by, in all tables; 1 at first, at least 1.

@@ -1,5 +1,9 @@
 #include "pavane/resources/menus.h"
 #include "pavane/tables/ATableWnd.h"
+#include "pavane/tables/ColumnSizer.h"
+#include "pavane/tables/TableFinder.h"
+#include "pavane/tables/TableSorter.h"
+#include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/clipboard.h"
 #include "platform/CMenu.h"
@@ -29,9 +33,11 @@ int ATableWnd::isTime(TableWhen when)
         return canRedo();
     case TableWhen::canClear:
     case TableWhen::canPaste:
-    case TableWhen::canSort:
-    case TableWhen::canSizeColumn:
         return 0;
+    case TableWhen::canSort:
+        return !table.empty() && sorter_->canSort(focusColumn());
+    case TableWhen::canSizeColumn:
+        return !table.empty() && isOptSet(optSizeColumns);
     case TableWhen::always:
         break;
     }
@@ -47,7 +53,49 @@ void ATableWnd::amMenuParse(CMenu* popup)
             return;
         (void)popup->EnableMenuItem(command.id, can ? MF_ENABLED : MF_GRAYED);
     }
+    const SortedBy by = sorter_->target();
+    const auto checked = [&](SortDirection direction) {
+        const bool here = by.direction == SortDirection::stored || by.column == focusColumn();
+        return here && by.direction == direction ? MF_CHECKED : MF_UNCHECKED;
+    };
+    (void)popup->CheckMenuItem(ID_TABLE_SORT_UP, checked(SortDirection::rising));
+    (void)popup->CheckMenuItem(ID_TABLE_SORT_DOWN, checked(SortDirection::falling));
+    (void)popup->CheckMenuItem(ID_TABLE_SORT_STORED, checked(SortDirection::stored));
+    removeNever(*popup);
 }
+
+/// Takes out the lines of what the table never does, and lines between commands that part nothing.
+void ATableWnd::removeNever(CMenu& popup)
+{
+    const struct {
+        int option;
+        std::vector<unsigned> commands;
+    } needs[] = {
+        {optRangeSelect, {ID_TABLE_SELECT_ALL, ID_TABLE_SELECT_ROWS, ID_TABLE_SELECT_COLUMNS}},
+        {optSort, {ID_TABLE_SORT_UP, ID_TABLE_SORT_DOWN, ID_TABLE_SORT_STORED}},
+        {optSizeColumns, {ID_TABLE_FIT_COLUMN, ID_TABLE_COLUMN_WIDTH}},
+    };
+    for (const auto& need : needs)
+        for (const unsigned id : need.commands)
+            if (!isOptSet(need.option))
+                (void)popup.RemoveMenu(id, 0);
+    const auto isBreak = [](const CMenu::Line& line) { return line.text.empty() && !line.popup; };
+    for (int i = popup.GetMenuItemCount() - 1; i >= 0; --i) {
+        const auto at = static_cast<std::size_t>(i);
+        if (isBreak(popup.lines()[at]) && (i == 0 || isBreak(popup.lines()[at - 1])))
+            (void)popup.RemoveMenu(static_cast<unsigned>(i), MF_BYPOSITION);
+    }
+}
+
+int ATableWnd::focusColumn() const
+{
+    const TableExtent table = grid_.extent();
+    return table.empty()
+               ? 0
+               : nearestCell({selection_.anchorRow, selection_.anchorColumn}, table).column;
+}
+
+int ATableWnd::cancelWork() { return tasks_->cancel(); }
 
 /// All data rows, columns, or both, of the selected cells.
 void ATableWnd::selectWhole(int rows, int columns)
@@ -106,6 +154,24 @@ int ATableWnd::RunTableCommand(unsigned id)
         return (void)Undo(), 1;
     case ID_TABLE_REDO:
         return (void)Redo(), 1;
+    case ID_TABLE_FIND:
+        return finder_->ask(), 1;
+    case ID_TABLE_FIND_NEXT:
+        return finder_->next(0), 1;
+    case ID_TABLE_FIND_PREVIOUS:
+        return finder_->next(1), 1;
+    case ID_TABLE_GO_TO_ROW:
+        return finder_->goToRow(), 1;
+    case ID_TABLE_SORT_UP:
+        return (void)sorter_->sort({focusColumn(), SortDirection::rising}), 1;
+    case ID_TABLE_SORT_DOWN:
+        return (void)sorter_->sort({focusColumn(), SortDirection::falling}), 1;
+    case ID_TABLE_SORT_STORED:
+        return (void)sorter_->sort({}), 1;
+    case ID_TABLE_FIT_COLUMN:
+        return (void)(isTime(TableWhen::canSizeColumn) && (sizer_->fit(focusColumn()), 1)), 1;
+    case ID_TABLE_COLUMN_WIDTH:
+        return (void)(isTime(TableWhen::canSizeColumn) && (sizer_->askWidth(focusColumn()), 1)), 1;
     default:
         return 0;
     }
@@ -120,7 +186,6 @@ int ATableWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
 
 // --- what heirs say of it
 
-int ATableWnd::isSortable(int column) { return isOptSet(optSort) && column >= 1; }
 CString ATableWnd::cellValue(int row, int column) { return strCell(row, column); }
 int ATableWnd::setCellValue(int row, int column, const CString& value)
 {
@@ -137,9 +202,6 @@ int ATableWnd::canUndo() { return 0; }
 int ATableWnd::canRedo() { return 0; }
 int ATableWnd::Undo() { return 0; }
 int ATableWnd::Redo() { return 0; }
-CString ATableWnd::profileSection() { return {}; }
-int ATableWnd::recordOf(int row) const { return row; }
-int ATableWnd::rowOf(int record) const { return record; }
 
 int ATableWnd::cellNumber(int row, int column, double& value)
 {

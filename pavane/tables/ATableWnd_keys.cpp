@@ -1,6 +1,8 @@
 #include "pavane/tables/ATableWnd.h"
 
+#include "pavane/tables/ColumnSizer.h"
 #include "pavane/tables/table_editors.h"
+#include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
 
 #include <algorithm>
@@ -40,7 +42,12 @@ void ATableWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     const int shift = held(VK_SHIFT);
     const int control = held(VK_CONTROL);
     const int fromEditor = keyFromEditor_;
+    tasks_->hush();
     switch (key) {
+    case VK_ESCAPE:
+        if (sizer_->cancel() || watch.gone() || tasks_->cancel())
+            return;  // no dialog ends by it
+        break;
     case VK_TAB:
         kbTab(count, shift);
         break;

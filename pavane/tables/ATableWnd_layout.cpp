@@ -1,5 +1,6 @@
 #include "pavane/tables/ATableWnd.h"
 
+#include "pavane/tables/ColumnSizer.h"
 #include "pavane/tables/grid/scroll_scale.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/flat_scroll_bars.h"
@@ -76,6 +77,9 @@ int ATableWnd::layOutOnce(const CRect& area)
     metrics.verticalBar = GetSystemMetrics(SM_CXVSCROLL);
     metrics.horizontalBar = GetSystemMetrics(SM_CXHSCROLL);
     metrics.characterHeight = ColumnToPixel();
+    sizer_->applyKept();
+    if (watch.gone())
+        return 0;
     metrics.rowUnit = rowUnit_;
     grid_.layOut(metrics);
     SetHScrlRange(grid_.lastFirstColumn());

@@ -1,5 +1,6 @@
 #include "pavane/resources/table_glyphs.h"
 #include "pavane/tables/ATableWnd.h"
+#include "pavane/tables/TableSorter.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/CDC.h"
 
@@ -202,7 +203,7 @@ void ATableWnd::drawHeaderCell(CDC& dc, CRect& rect, int row, int column)
             lines.left(c.highlight);
             lines.right(c.frame);
         }
-        return;
+        return drawSortMark(dc, rect, row, column, c.face);
     }
     constexpr COLORREF black = 0;
     dc.SetTextColor(c.textOn(flatHeaderColor));
@@ -219,6 +220,20 @@ void ATableWnd::drawHeaderCell(CDC& dc, CRect& rect, int row, int column)
         lines.right(black);
         lines.beforeLeft(black);
     }
+    drawSortMark(dc, rect, row, column, flatHeaderColor);
+}
+
+/// The arrow in the header of the column that the rows are ordered by.
+void ATableWnd::drawSortMark(CDC& dc, const CRect& rect, int row, int column, COLORREF ground)
+{
+    const SortedBy& by = sorter_->by();
+    if (row != 0 || column < 1 || column != by.column || printing_)
+        return;
+    const COLORREF text = colors().textOn(ground);
+    glyphs_.SetColors(text, text, text);
+    (void)ImageList_Draw(
+        glyphs_, by.direction == SortDirection::rising ? glyphRising : glyphFalling, dc,
+        rect.right - glyphPlace, rect.top + (rect.Height() - glyphHeight) / 2, ILD_TRANSPARENT);
 }
 
 void ATableWnd::drawCell(CDC& dc, CRect& rect, int row, int column, int state)
@@ -292,14 +307,20 @@ COLORREF ATableWnd::GetCellBkColor(int, int, int state)
 
 COLORREF ATableWnd::GetWindowBkColor() { return colors().background; }
 
+int ATableWnd::textMargins(int row, int column) const
+{
+    const int flags = grid_.columns().flags(column);
+    const bool marked = row > 0 ? (flags & (colEdit | colCombo)) && !(flags & colNoGlyph)
+                                : column > 0 && column == sorter_->by().column;
+    const int margin = textMargin * lineWidth_;
+    return margin + (marked && !printing_ ? glyphPlace + 1 : margin);
+}
+
 void ATableWnd::drawCellText(CDC& dc, const CRect& rect, int row, int column, const CString& text,
                              int right)
 {
-    const int flags = grid_.columns().flags(column);
-    const bool marked =
-        row > 0 && !printing_ && (flags & (colEdit | colCombo)) && !(flags & colNoGlyph);
     const int margin = textMargin * lineWidth_;
-    CRect place(rect.left + margin, rect.top, rect.right - (marked ? glyphPlace + 1 : margin),
+    CRect place(rect.left + margin, rect.top, rect.right + margin - textMargins(row, column),
                 rect.bottom);
     if (place.left < place.right)
         (void)dc.DrawText(text, place,

@@ -1,7 +1,10 @@
 #include "pavane/tables/ATableWnd.h"
 
+#include "pavane/tables/ColumnSizer.h"
 #include "pavane/tables/grid/selection_press.h"
 #include "pavane/tables/table_editors.h"
+#include "pavane/tables/TableSorter.h"
+#include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
 
 #include <algorithm>
@@ -33,6 +36,10 @@ void ATableWnd::OnLButtonDown(unsigned flags, CPoint point)
     ABWindow::OnLButtonDown(flags, point);
     if (watch.gone() || !hasFocus())
         return;
+    tasks_->hush();
+    if (watch.gone() || sizer_->press(point))
+        return;
+    sorter_->press(flags, point);
     ASelectRect next = selection_;
     if (!pressSelection(next, grid_.cellAt(point), flags & MK_SHIFT, isOptSet(optRangeSelect),
                         grid_.extent()))
@@ -53,8 +60,14 @@ void ATableWnd::OnLButtonUp(unsigned flags, CPoint point)
         dragTo(point, 0);
     if (watch.gone())
         return;
+    sizer_->end();
+    if (watch.gone())
+        return;
     endDrag();
+    const int header = sorter_->release(point);
     ABWindow::OnLButtonUp(flags, point);
+    if (!watch.gone())
+        sorter_->click(header);
 }
 
 void ATableWnd::endDrag()
@@ -66,15 +79,22 @@ void ATableWnd::endDrag()
 
 void ATableWnd::OnCaptureChanged(CWnd* next)
 {
-    if (next != this)
+    const TableWatch watch(*this);
+    if (next != this) {
         endDrag();
-    ABWindow::OnCaptureChanged(next);
+        sorter_->forgetPress();
+        sizer_->end();
+    }
+    if (!watch.gone())
+        ABWindow::OnCaptureChanged(next);
 }
 
 void ATableWnd::OnMouseMove(unsigned flags, CPoint point)
 {
     const TableWatch watch(*this);
-    if (isOptSet(optDragTimer))
+    if (sizer_->dragging())
+        sizer_->move(point);
+    else if (isOptSet(optDragTimer))
         dragTo(point, 0);
     if (!watch.gone())
         ABWindow::OnMouseMove(flags, point);
@@ -82,8 +102,11 @@ void ATableWnd::OnMouseMove(unsigned flags, CPoint point)
 
 void ATableWnd::OnTimer(unsigned id)
 {
-    if (id != dragTimer)
-        return ABWindow::OnTimer(id);
+    if (id != dragTimer) {
+        if (!tasks_->onTimer(id))
+            ABWindow::OnTimer(id);
+        return;
+    }
     if (!isOptSet(optDragTimer))
         return;
     CPoint point = GetCursorPos();
@@ -126,6 +149,8 @@ void ATableWnd::OnLButtonDblClk(unsigned flags, CPoint point)
     ABWindow::OnLButtonDblClk(flags, point);
     if (watch.gone())
         return;
+    if (const int edge = sizer_->edgeAt(point); edge >= 0)
+        return sizer_->fit(edge);
     const TableCell cell = grid_.cellAt(point);
     const CRect rect = grid_.cellRect(cell.row, cell.column);
     // beyond the last row and column there is no cell, though a press there counts as on them

@@ -1,5 +1,6 @@
 #include "platform/qt/HostWidget.h"
 
+#include "platform/qt/Control.h"
 #include "platform/qt/focus.h"
 #include "platform/qt/FrameWidget.h"
 #include "platform/qt/input.h"
@@ -179,7 +180,7 @@ bool HostWidget::showTip(QEvent* e)
     if (tip.empty() || !peerOf(hwnd_))
         QToolTip::hideText();
     else
-        QToolTip::showText(help->globalPos(), textOf(tip), this);
+        QToolTip::showText(help->globalPos(), tipText(tip), this);
     return true;
 }
 

@@ -1,0 +1,174 @@
+#include "pavane/tables/TableTasks.h"
+
+#include "pavane/tables/TableWatch.h"
+#include "platform/CDC.h"
+#include "platform/system_colors.h"
+#include "platform/window_dc.h"
+
+#include <algorithm>
+#include <chrono>
+#include <limits>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr unsigned taskTimer = 12;
+constexpr unsigned lineTimer = 13;
+constexpr unsigned lineId = 1003;
+constexpr int sliceTime = 15;        // ms
+constexpr int firstSliceTime = 100;  // ms, within the click or key that asked
+constexpr unsigned wordTime = 5000;  // ms
+constexpr int lineMargin = 6;
+
+}  // namespace
+
+/// A line of text over the lower edge of the table.
+class ATableWnd::Tasks::Line : public CWnd
+{
+public:
+    explicit Line(CFont font) : font_(std::move(font)) {}
+    CSize needs()
+    {
+        CClientDC dc(this);
+        dc.SelectObject(&font_);
+        const CSize text = dc.GetTextExtent(GetWindowText());
+        return {text.cx + 2 * lineMargin, text.cy + lineMargin};
+    }
+
+protected:
+    void OnPaint() override
+    {
+        CPaintDC dc(this);
+        CRect all;
+        GetClientRect(all);
+        dc.SelectObject(&font_);
+        dc.FillSolidRect(all, GetSysColor(COLOR_WINDOWFRAME));
+        all.DeflateRect(1, 1);
+        dc.FillSolidRect(all, GetSysColor(COLOR_INFOBK));
+        dc.SetBkMode(TRANSPARENT);
+        dc.SetTextColor(GetSysColor(COLOR_INFOTEXT));
+        all.left += lineMargin - 1;
+        (void)dc.DrawText(GetWindowText(), all, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+    }
+
+private:
+    CFont font_;
+};
+
+ATableWnd::Tasks::Tasks(ATableWnd& table) : table_(table) {}
+ATableWnd::Tasks::~Tasks() = default;
+
+void ATableWnd::Tasks::start(std::shared_ptr<TableTask> task, bool atOnce)
+{
+    hush();
+    task_ = std::move(task);
+    if (!table_.GetSafeHwnd())
+        return run(std::numeric_limits<int>::max());
+    (void)table_.SetTimer(taskTimer, 1);
+    if (atOnce)
+        run(firstSliceTime);
+}
+
+int ATableWnd::Tasks::cancel()
+{
+    if (!task_)
+        return 0;
+    stop();
+    return 1;
+}
+
+void ATableWnd::Tasks::stop()
+{
+    task_.reset();
+    (void)table_.KillTimer(taskTimer);
+    table_.showState({});
+}
+
+/// Goes on with the work. Its hooks may end the table, drop the work, or begin another one.
+void ATableWnd::Tasks::run(int milliseconds)
+{
+    using Clock = std::chrono::steady_clock;
+    if (!task_ || running_)
+        return;
+    const LifeWatch life(table_.life_);
+    const TableWatch watch(table_);
+    const std::shared_ptr<TableTask> task = task_;
+    running_ = 1;
+    WorkState state = WorkState::goesOn;
+    const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
+    while (state == WorkState::goesOn && task == task_ && Clock::now() < end) {
+        state = task->step();
+        if (!life.alive())
+            return;
+        if (watch.gone())
+            state = WorkState::gone;
+    }
+    running_ = 0;
+    if (task != task_)
+        return;
+    if (state == WorkState::goesOn)
+        return table_.showState(CString(task->name()) + ": " + std::to_string(task->percent()) +
+                                " % (Escape stops)");
+    stop();
+    if (state == WorkState::done && !watch.gone())
+        task->finish();
+}
+
+int ATableWnd::Tasks::onTimer(unsigned id)
+{
+    if (id == taskTimer)
+        return run(sliceTime), 1;
+    return id == lineTimer ? hush(), 1 : 0;
+}
+
+void ATableWnd::Tasks::say(const CString& text)
+{
+    saying_ = 1;
+    (void)table_.SetTimer(lineTimer, wordTime);
+    table_.showState(text);
+}
+
+void ATableWnd::Tasks::hush()
+{
+    if (!saying_)
+        return;
+    saying_ = 0;
+    (void)table_.KillTimer(lineTimer);
+    table_.showState({});
+}
+
+void ATableWnd::Tasks::showLine(const CString& text)
+{
+    if (!table_.GetSafeHwnd())
+        return;
+    if (text.empty()) {
+        if (line_ && line_->GetSafeHwnd())
+            (void)line_->ShowWindow(SW_HIDE);
+        return;
+    }
+    if (!line_ || !line_->GetSafeHwnd()) {
+        line_ = std::make_unique<Line>(table_.tableFont());
+        if (!line_->Create("ATableLine", text, WS_CHILD, {}, &table_, lineId))
+            return line_.reset();
+    }
+    line_->SetWindowText(text);
+    const CSize size = line_->needs();
+    const CRect all = table_.client();
+    line_->MoveWindow({0, std::max(all.bottom - size.cy, 0), size.cx, all.bottom});
+    (void)line_->ShowWindow(SW_SHOW);
+    line_->Invalidate();
+}
+
+void ATableWnd::Tasks::windowGoes()
+{
+    task_.reset();
+    saying_ = 0;
+    line_.reset();
+}
+
+void ATableWnd::showState(const CString& text) { tasks_->showLine(text); }
+
+}  // namespace pavane

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "pavane/tables/grid/TableSearch.h"
+#include "platform/CDialog.h"
+
+namespace pavane
+{
+
+class ATableWnd;
+
+/// Asks what to look for in a table, and stays open. It belongs to the table, which outlives it.
+class TableFindDlg : public CDialog
+{
+public:
+    explicit TableFindDlg(ATableWnd& table);
+    /// Comes to the front, with what was looked for last.
+    void show(const FindWhat& what);
+
+protected:
+    void OnOK() override { find(0); }
+    void OnCancel() override;
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+
+private:
+    void find(int backward);
+    int isChecked(unsigned id) const;
+    ATableWnd& table_;
+};
+
+/// Asks for a whole number from `least` to `most` until it is one. Non-zero when the user gave it.
+int askNumber(CWnd* parent, const CString& title, const CString& label, int least, int most,
+              int& number);
+
+}  // namespace pavane
