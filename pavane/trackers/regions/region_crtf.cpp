@@ -33,7 +33,7 @@ std::string takeLetters(std::string_view& text)
     std::size_t end = 0;
     while (end < text.size() && std::isalpha(static_cast<unsigned char>(text[end])))
         ++end;
-    const std::string word = smallLetters(text.substr(0, end));
+    const std::string word = lowerWord(text.substr(0, end));
     text = trimmedText(text.substr(end));
     return word;
 }
@@ -128,7 +128,7 @@ std::string CrtfReader::readTail(std::string_view tail, std::string frame)
     int hasOthers = 0;
     while (nextProperty(tail, key, value)) {
         if (sameWord(key, "coord"))
-            frame = smallLetters(value);
+            frame = lowerWord(value);
         else if (sameWord(key, "range") || sameWord(key, "corr"))
             sink_.notes().addOnce(RegionNotes::Kind::changed,
                                   "ranges of channels and polarisations are not kept");

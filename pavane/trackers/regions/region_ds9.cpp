@@ -115,7 +115,7 @@ void Ds9Reader::readLine(std::string_view line)
             leaveOutComposite();
         if (!isComposite_)
             readStatement(statement);
-        else if (!isJoined && !statement.empty() && !setSystem(smallLetters(statement)))
+        else if (!isJoined && !statement.empty() && !setSystem(lowerWord(statement)))
             isComposite_ = 0;  // this was its last part
         rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
     }
@@ -135,7 +135,7 @@ void Ds9Reader::leaveOutComposite()
 void Ds9Reader::readComment(std::string_view text)
 {
     text = trimmedText(text);
-    const std::string word = smallLetters(takeWord(text));
+    const std::string word = lowerWord(takeWord(text));
     if (!isOneOf(word, otherShapes) || trimmedText(text).substr(0, 1) != "(")
         return;
     if (word == "composite") {
@@ -180,14 +180,14 @@ void Ds9Reader::readStatement(std::string_view text)
         isExcluded = text[0] == '+' ? 0 : 1;
         text = trimmedText(text.substr(1));
     }
-    std::string word = smallLetters(takeWord(text));
+    std::string word = lowerWord(takeWord(text));
     text = trimmedText(text);
     if (word == "rotbox")  // what others than DS9 call it
         word = "box";
     constexpr std::string_view systemOfAll = "coordsys";  // of FUNTOOLS
     if (word == "global" && text.starts_with(systemOfAll)) {
         text = trimmedText(text.substr(systemOfAll.size()));
-        word = smallLetters(takeWord(text));
+        word = lowerWord(takeWord(text));
         text = {};
     }
     if (word == "global") {

@@ -83,7 +83,7 @@ int joinFields(const Fields& fields, double& whole)
 
 std::string_view trimmedText(std::string_view text) { return trimmed(text, blanks); }
 
-std::string smallLetters(std::string_view text)
+std::string lowerWord(std::string_view text)
 {
     std::string small(text);
     std::transform(small.begin(), small.end(), small.begin(), smallLetter);

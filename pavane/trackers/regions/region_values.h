@@ -17,7 +17,7 @@ struct RegionValue {
 /// The text without blanks at its ends.
 std::string_view trimmedText(std::string_view text);
 /// The text in small letters (ASCII).
-std::string smallLetters(std::string_view text);
+std::string lowerWord(std::string_view text);
 /// Non-zero when the texts are the same but for capitals (ASCII).
 int sameWord(std::string_view a, std::string_view b);
 
