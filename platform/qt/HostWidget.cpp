@@ -94,7 +94,7 @@ bool HostWidget::event(QEvent* e)
         deliverKey(hwnd_, *static_cast<QKeyEvent*>(e));
         return true;
     case QEvent::ShortcutOverride:
-        e->setAccepted(wantsAllKeys(hwnd_));
+        e->setAccepted(wantsAllKeys(hwnd_) && !isAccessKey(*static_cast<QKeyEvent*>(e)));
         return true;
     case QEvent::ContextMenu:
         e->accept();

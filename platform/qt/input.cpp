@@ -175,6 +175,13 @@ void deliverContextMenu(HWND hwnd, QContextMenuEvent& event)
 
 bool wantsAllKeys(HWND hwnd) { return dialogCode(hwnd) & DLGC_WANTALLKEYS; }
 
+bool isAccessKey(const QKeyEvent& event)
+{
+    const int key = event.key();
+    return event.modifiers() == Qt::AltModifier &&
+           ((key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9));
+}
+
 bool isDialogKey(HWND hwnd, const QKeyEvent& event)
 {
     const int key = event.key();

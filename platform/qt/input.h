@@ -21,6 +21,8 @@ void deliverKey(HWND hwnd, QKeyEvent& event);
 void deliverContextMenu(HWND hwnd, QContextMenuEvent& event);
 /// Whether Tab, Enter and Escape are this window's even in a dialog.
 bool wantsAllKeys(HWND hwnd);
+/// Alt with a letter or a digit, which presses the button of that letter wherever the focus is.
+bool isAccessKey(const QKeyEvent& event);
 /// Whether the dialog around a window takes this key.
 bool isDialogKey(HWND hwnd, const QKeyEvent& event);
 /// A right press was taken by a message loop: no context menu follows its release.

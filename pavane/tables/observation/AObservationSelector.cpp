@@ -14,9 +14,9 @@ namespace pavane
 namespace
 {
 
-constexpr unsigned tableId = 1, countId = 2;
+constexpr unsigned tableId = 1, countId = 2, stripId = 3;
 constexpr int edge = 6;
-constexpr int buttonWidth = 84, buttonHeight = 28, textHeight = 20;
+constexpr int buttonWidth = 84, buttonHeight = 26, textHeight = 20;
 constexpr int stripHeight = buttonHeight + 2 * edge;
 
 struct MarkButton {
@@ -64,6 +64,7 @@ int AObservationSelector::OnCreate(CREATESTRUCT& cs)
     const CRect none(0, 0, 10, 10);
     int made = table_.Create("", "", WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL,
                              none, this, tableId);
+    made &= strip_.Create("", WS_CHILD | WS_VISIBLE, none, this, stripId);
     for (const MarkButton& button : markButtons) {
         buttons_.push_back(std::make_unique<Button>(button.tip));
         made &= buttons_.back()->Create(button.text, CButton::Kind::push,
@@ -81,6 +82,7 @@ void AObservationSelector::layOut()
     GetClientRect(client);
     const int top = std::max(client.Height() - stripHeight, 0);
     table_.MoveWindow({0, 0, client.right, top});
+    strip_.MoveWindow({0, top, client.right, client.bottom});
     int left = edge;
     for (const auto& button : buttons_) {
         button->MoveWindow({left, top + edge, left + buttonWidth, top + edge + buttonHeight});

@@ -45,6 +45,7 @@ private:
 
     AObservationTbl table_;
     std::vector<std::unique_ptr<Button>> buttons_;
+    CStatic strip_;  ///< the ground of what stands below the table
     CStatic count_;
 };
 

@@ -18,7 +18,7 @@ namespace
 constexpr unsigned fillTimer = 4001;
 constexpr unsigned fillPause = 5;
 constexpr int headerChars = 8;
-constexpr int markChars = 9;
+constexpr int markChars = 11;
 
 ATableColumn charsWide(int characters) { return {static_cast<std::int16_t>(characters), colChars}; }
 

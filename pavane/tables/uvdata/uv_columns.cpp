@@ -22,7 +22,8 @@ constexpr double secondsPerDegree = 240;  // of right ascension
 constexpr double arcsecondsPerDegree = 3600;
 constexpr double secondsPerDay = 86400;
 constexpr int toMega = 6;
-/// Nanoseconds: nothing of an interval in single precision is lost, the noise of times in days is.
+/// Of what is worked out, nanoseconds and micrometres: finer than what it is made of, and the noise
+/// of the arithmetic does not show.
 constexpr int lengthDecimals = 9;
 
 template <class Items>
@@ -88,12 +89,12 @@ double equinox(const Data& d, int row)
     return years == 0 ? std::numeric_limits<double>::quiet_NaN() : years;
 }
 
-/// Seconds without the zeros at the end.
-CString lengthText(double seconds)
+/// Seconds or kilometres, without the zeros at the end.
+CString lengthText(double length)
 {
-    if (!std::isfinite(seconds))
+    if (!std::isfinite(length))
         return {};
-    CString text = nValToStr(seconds, lengthDecimals);
+    CString text = nValToStr(length, lengthDecimals);
     text.erase(text.find_last_not_of('0') + 1);
     if (text.back() == '.')
         text.pop_back();
@@ -152,58 +153,58 @@ using Tlsc = AUVXTlscItem;
 
 const UvColumn telescopeColumns[] = {
     words<telescope, &Tlsc::name>("Name", 14, "Name of the telescope"),
-    whole<telescope, &Tlsc::number>("No.", 6, "What baselines call the telescope"),
-    whole<telescope, &Tlsc::subarray>("Subarray", 10, "Subarray of the telescope"),
-    stored<0, telescope, &Tlsc::x>("X [m]", 19, "Position as stored, towards longitude 0"),
-    stored<0, telescope, &Tlsc::y>("Y [m]", 19, "Position as stored; writers differ in its sign"),
-    stored<0, telescope, &Tlsc::z>("Z [m]", 19, "Position as stored, towards the north pole"),
+    whole<telescope, &Tlsc::number>("No.", 7, "What baselines call the telescope"),
+    whole<telescope, &Tlsc::subarray>("Subarray", 12, "Subarray of the telescope"),
+    stored<0, telescope, &Tlsc::x>("X [m]", 20, "Position as stored, towards longitude 0"),
+    stored<0, telescope, &Tlsc::y>("Y [m]", 20, "Position as stored; writers differ in its sign"),
+    stored<0, telescope, &Tlsc::z>("Z [m]", 20, "Position as stored, towards the north pole"),
     words<mount>("Mount", 13, "Mount; a number is a code of the writer"),
-    stored<0, telescope, &Tlsc::axisOffset>("Axis offset [m]", 16, "Between the axes of the mount"),
+    stored<0, telescope, &Tlsc::axisOffset>("Axis offset [m]", 19, "Between the axes of the mount"),
 };
 
 const UvColumn baselineColumns[] = {
     words<firstName>("First", 14, "First telescope, its number when it is unknown"),
     words<secondName>("Second", 14, "Second telescope, its number when it is unknown"),
-    whole<baseline, &UvBaseline::subarray>("Subarray", 10, "Subarray of the telescopes"),
-    worded<knownText, kilometres>("Length [km]", 20, "Distance between the telescopes"),
-    whole<baseline, &UvBaseline::groups>("Visibilities", 13, "Groups of the baseline"),
-    whole<baseline, &UvBaseline::first>("First No.", 10, "Number of the first telescope"),
-    whole<baseline, &UvBaseline::second>("Second No.", 12, "Number of the second telescope"),
+    whole<baseline, &UvBaseline::subarray>("Subarray", 12, "Subarray of the telescopes"),
+    worded<lengthText, kilometres>("Length [km]", 20, "Distance between the telescopes"),
+    whole<baseline, &UvBaseline::groups>("Visibilities", 14, "Groups of the baseline"),
+    whole<baseline, &UvBaseline::first>("First No.", 13, "Number of the first telescope"),
+    whole<baseline, &UvBaseline::second>("Second No.", 15, "Number of the second telescope"),
 };
 
 const UvColumn sourceColumns[] = {
-    whole<source, &UvSource::id>("No.", 6, "What scans call the source"),
+    whole<source, &UvSource::id>("No.", 7, "What scans call the source"),
     words<source, &UvSource::name>("Name", 18, "Name of the source"),
     worded<rightAscensionText, source, &UvSource::ra, value>("RA", 18, "Right ascension, hours"),
     worded<declinationText, source, &UvSource::dec, value>("Dec", 18, "Declination, degrees"),
-    worded<knownText, equinox>("Equinox", 9, "Equinox of the position, years"),
+    worded<knownText, equinox>("Equinox", 11, "Equinox of the position, years"),
 };
 
 const UvColumn stokesColumns[] = {
-    whole<stokes>("Code", 8, "Number of the polarisation in the file"),
+    whole<stokes>("Code", 9, "Number of the polarisation in the file"),
     words<nameOfStokes>("Name", 10, "Stokes parameter, or hands of both telescopes"),
 };
 
 const UvColumn frequencyColumns[] = {
-    whole<selectionId>("Selection", 11, "What groups and scans call the selection"),
-    whole<ifNumber>("IF", 5, "Number of the IF"),
-    stored<toMega, frequency>("Frequency [MHz]", 18, "Of the reference channel"),
-    stored<toMega, ifOf, &UvIf::channelWidth>("Channel width [MHz]", 20, "From channel to channel"),
-    stored<toMega, ifOf, &UvIf::bandwidth>("Bandwidth [MHz]", 17, "Of all channels of the IF"),
-    whole<channels>("Channels", 10, "Channels of the IF"),
-    whole<ifOf, &UvIf::sideband>("Sideband", 10, "1 upper, -1 lower, as stored"),
+    whole<selectionId>("Selection", 13, "What groups and scans call the selection"),
+    whole<ifNumber>("IF", 6, "Number of the IF"),
+    stored<toMega, frequency>("Frequency [MHz]", 21, "Of the reference channel"),
+    stored<toMega, ifOf, &UvIf::channelWidth>("Channel width [MHz]", 25, "From channel to channel"),
+    stored<toMega, ifOf, &UvIf::bandwidth>("Bandwidth [MHz]", 22, "Of all channels of the IF"),
+    whole<channels>("Channels", 13, "Channels of the IF"),
+    whole<ifOf, &UvIf::sideband>("Sideband", 13, "1 upper, -1 lower, as stored"),
 };
 
 const UvColumn scanColumns[] = {
     words<scanSource>("Source", 18, "Source of the scan, its number when it is unknown"),
-    whole<scan, &UvScan::subarray>("Subarray", 10, "Subarray that observed"),
-    whole<scan, &UvScan::selection>("Selection", 11, "Frequency selection"),
+    whole<scan, &UvScan::subarray>("Subarray", 12, "Subarray that observed"),
+    whole<scan, &UvScan::selection>("Selection", 13, "Frequency selection"),
     worded<uvTimeText, scan, &UvScan::start>("Start", 15, "Since 0h of the reference date"),
     worded<uvTimeText, scan, &UvScan::end>("End", 15, "Since 0h of the reference date"),
-    worded<lengthText, seconds>("Length [s]", 16, "From start to end"),
-    whole<scan, &UvScan::first>("First visibility", 16, "Least number of a group, from 1"),
-    whole<scan, &UvScan::last>("Last visibility", 16, "Greatest number of a group"),
-    whole<scan, &UvScan::source>("Source No.", 12, "Number of the source"),
+    worded<lengthText, seconds>("Length [s]", 18, "From start to end"),
+    whole<scan, &UvScan::first>("First visibility", 18, "Least number of a group, from 1"),
+    whole<scan, &UvScan::last>("Last visibility", 18, "Greatest number of a group"),
+    whole<scan, &UvScan::source>("Source No.", 14, "Number of the source"),
 };
 
 /// In the order of UvTable.

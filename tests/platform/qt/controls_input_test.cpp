@@ -59,6 +59,28 @@ TEST(Controls, TellOfTheUsersChangesOnly)
     EXPECT_FALSE(check.GetCheck());
 }
 
+TEST(Controls, AreReachedByTheirLetterFromAWindowThatTakesAllKeys)
+{
+    struct Window : CWnd {
+        std::vector<unsigned> keys;
+        unsigned OnGetDlgCode() override { return DLGC_WANTALLKEYS; }
+        void OnKeyDown(unsigned key, unsigned, unsigned) override { keys.push_back(key); }
+    };
+    CommandFrame frame;
+    Window window;
+    CButton button;
+    ASSERT_TRUE(window.Create("", "", shown, {10, 10, 110, 110}, &frame, 1));
+    ASSERT_TRUE(button.Create("&Go", CButton::Kind::push, shown, {120, 10, 180, 40}, &frame, 2));
+    (void)window.SetFocus();
+    Commands taken;
+    QTest::keyClick(widgetOfWindow(window), Qt::Key_G, Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !(taken = frame.taken()).empty(); }));
+    EXPECT_EQ(taken, (Commands{{2, BN_CLICKED}}));
+    QTest::keyClick(widgetOfWindow(window), Qt::Key_H, Qt::AltModifier);
+    QTest::keyClick(widgetOfWindow(window), Qt::Key_G);
+    EXPECT_EQ(window.keys, (std::vector<unsigned>{VK_MENU, VK_MENU, 'H', 'G'}));
+}
+
 TEST(Controls, KeepNoChoiceThatWasDeleted)
 {
     CommandFrame frame;
