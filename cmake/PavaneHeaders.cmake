@@ -68,14 +68,21 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/freq/ABMarkTable.h
     pavane/tables/freq/AFreqGroupArray.h
     pavane/tables/freq/FreqGroupEdit.h
+    pavane/tables/freq/FreqGroupSteps.h
     pavane/tables/freq/group_look.h
     pavane/tables/freq/MarkHistory.h
     pavane/tables/grid/ASelectRect.h
     pavane/tables/grid/ATableColumn.h
     pavane/tables/grid/table_options.h
+    pavane/tables/observation/AFreqGroupFixedStepDlg.h
+    pavane/tables/observation/AFreqGroupInfoTbl.h
+    pavane/tables/observation/AFreqGroupsWnd.h
+    pavane/tables/observation/AFreqGroupTbl.h
+    pavane/tables/observation/AFreqIDTbl.h
     pavane/tables/observation/AMarkTable.h
     pavane/tables/observation/AObservationSelector.h
     pavane/tables/observation/AObservationTbl.h
+    pavane/tables/observation/FreqTable.h
     pavane/tables/observation/observation_tables.h
     pavane/tables/uvdata/uv_columns.h
     pavane/tables/uvdata/UvObservation.h
@@ -207,6 +214,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
+    pavane/resources/freq_commands.h
+    pavane/resources/mark_commands.h
     pavane/resources/table_commands.h
     pavane/resources/tools.h
     pavane/tables/grid/cell_range.h

@@ -35,6 +35,13 @@ inline constexpr DlgItem tableNumberItems[] = {
     {ControlKind::pushButton, IDCANCEL, "Cancel", 122, 42, 50, 14, WS_TABSTOP},
 };
 
+inline constexpr DlgItem freqStepItems[] = {
+    {ControlKind::staticText, 0, "&IFs in a group:", 8, 11, 64, 10},
+    {ControlKind::spin, IDC_FREQ_STEP, "", 76, 8, 50, 14, WS_TABSTOP},
+    {ControlKind::defaultButton, IDOK, "OK", 20, 32, 50, 14, WS_TABSTOP},
+    {ControlKind::pushButton, IDCANCEL, "Cancel", 76, 32, 50, 14, WS_TABSTOP},
+};
+
 /// The dialogs of the library, by identifier.
 inline constexpr DlgTemplate libraryDialogs[] = {
     {IDD_AREA_SELECT, "Areas", 380, 290, areaSelectItems,
@@ -43,6 +50,8 @@ inline constexpr DlgTemplate libraryDialogs[] = {
      static_cast<int>(std::size(tableFindItems))},
     {IDD_TABLE_NUMBER, "", 180, 64, tableNumberItems,
      static_cast<int>(std::size(tableNumberItems))},
+    {IDD_FREQ_STEP, "Fixed step", 134, 54, freqStepItems,
+     static_cast<int>(std::size(freqStepItems))},
 };
 
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/resources/freq_commands.h"
 #include "pavane/resources/mark_commands.h"
 #include "pavane/resources/plot_commands.h"
 #include "pavane/resources/table_commands.h"
@@ -89,10 +90,22 @@ inline constexpr MenuItem markMenu[] = {
     {"Marks", 0, markTableItems.data(), static_cast<int>(std::size(markTableItems))},
 };
 
+inline constexpr MenuItem freqGroupMenu[] = {
+    {"Frequency groups", 0, freqGroupItems, static_cast<int>(std::size(freqGroupItems))},
+};
+inline constexpr MenuItem freqInfoMenu[] = {
+    {"Groups", 0, freqInfoItems, static_cast<int>(std::size(freqInfoItems))},
+};
+
 /// The menus of the library, by identifier.
 inline constexpr MenuTemplate libraryMenus[] = {
-    {IDR_AXIS_MENU, axisMenu, 1}, {IDR_PLOT_MENU, plotMenu, 1}, {IDR_TABLE_MENU, tableMenu, 1},
-    {IDR_MARK_MENU, markMenu, 1}, {IDR_COPY_MENU, copyMenu, 1},
+    {IDR_AXIS_MENU, axisMenu, 1},
+    {IDR_PLOT_MENU, plotMenu, 1},
+    {IDR_TABLE_MENU, tableMenu, 1},
+    {IDR_MARK_MENU, markMenu, 1},
+    {IDR_FREQ_GROUP_MENU, freqGroupMenu, 1},
+    {IDR_FREQ_INFO_MENU, freqInfoMenu, 1},
+    {IDR_COPY_MENU, copyMenu, 1},
 };
 
 }  // namespace pavane

@@ -21,6 +21,8 @@ inline constexpr unsigned IDR_AXIS_MENU = 10004;
 inline constexpr unsigned IDR_PLOT_MENU = 10005;
 inline constexpr unsigned IDR_TABLE_MENU = 10006;
 inline constexpr unsigned IDR_MARK_MENU = 10007;
+inline constexpr unsigned IDR_FREQ_GROUP_MENU = 10008;
+inline constexpr unsigned IDR_FREQ_INFO_MENU = 10009;
 inline constexpr unsigned IDR_COPY_MENU = 10011;
 
 // Dialogs.
@@ -35,6 +37,8 @@ inline constexpr unsigned IDC_TABLE_FIND_BACK = 10027;
 inline constexpr unsigned IDD_TABLE_NUMBER = 10030;
 inline constexpr unsigned IDC_TABLE_NUMBER_LABEL = 10031;
 inline constexpr unsigned IDC_TABLE_NUMBER = 10032;
+inline constexpr unsigned IDD_FREQ_STEP = 10040;
+inline constexpr unsigned IDC_FREQ_STEP = 10041;  ///< spin control: IFs in a group
 
 // Commands that every drawing window answers; menus of heirs share them.
 inline constexpr unsigned ID_COPY_TO_CLIPBOARD = 10104;
@@ -73,6 +77,13 @@ inline constexpr unsigned ID_MARK_INVERT = 10234;
 // Commands of tables that are filled while their window lives.
 inline constexpr unsigned ID_FILLING_STOP = 10241;
 inline constexpr unsigned ID_FILLING_GO_ON = 10242;
+
+// Commands of frequency groups.
+inline constexpr unsigned ID_FREQ_ADD_GROUP = 10251;  ///< of the marked IFs
+inline constexpr unsigned ID_FREQ_DELETE_GROUP = 10252;
+inline constexpr unsigned ID_FREQ_DELETE_ALL = 10253;
+inline constexpr unsigned ID_FREQ_ALL_IN_ONE = 10254;
+inline constexpr unsigned ID_FREQ_FIXED_STEP = 10255;
 
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;

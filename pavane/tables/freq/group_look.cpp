@@ -1,6 +1,9 @@
 #include "pavane/tables/freq/group_look.h"
 
+#include "tessel/uvfits/StoredNumber.h"
+
 #include <array>
+#include <cmath>
 #include <cstddef>
 
 namespace pavane
@@ -34,12 +37,32 @@ std::string groupRangeText(const ABitArray& group)
 
 std::string groupNameText(int group) { return "  Frequency group #" + std::to_string(group + 1); }
 
-std::uint32_t groupColor(int group)
+std::uint32_t groupColor(int group, int dark)
 {
-    // light shades that take turns between blue and yellow, and in lightness
-    static constexpr std::array<std::uint32_t, 6> colors = {0xf0c89a, 0x8fe4f4, 0xb48fd6,
-                                                            0xc8f0d2, 0x6fb0ee, 0xe6e6e6};
+    // shades that take turns between blue and yellow, and in lightness
+    static constexpr std::array<std::uint32_t, 6> light = {0xf0c89a, 0x8fe4f4, 0xb48fd6,
+                                                           0xc8f0d2, 0x6fb0ee, 0xe6e6e6};
+    static constexpr std::array<std::uint32_t, 6> deep = {0x824614, 0x005a78, 0x501e3c,
+                                                          0x5a6e3c, 0x143c8c, 0x464646};
+    const auto& colors = dark ? deep : light;
     return colors[static_cast<std::size_t>(group < 0 ? 0 : group) % colors.size()];
+}
+
+std::string megahertzText(double hertz)
+{
+    if (!std::isfinite(hertz))
+        return {};
+    constexpr int places = 6;
+    std::string text = storedText({hertz, 0}, places);
+    if (text.find('e') != std::string::npos)
+        return text;
+    std::size_t point = text.find('.');
+    if (point == std::string::npos) {
+        point = text.size();
+        text += '.';
+    }
+    const std::size_t decimals = text.size() - point - 1;
+    return decimals < places ? text.append(places - decimals, '0') : text;
 }
 
 int areComplete(const AFreqGroupArray& groups, int& hasGroups, std::string& question)
