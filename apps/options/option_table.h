@@ -17,6 +17,7 @@ struct Option : OptionText {
     int (*apply)(const std::string& value, Options& options, std::string& error);
     /// Any bits that the program wants to know of the options that were given.
     int traits = 0;
+    int repeats = 0;  ///< non-zero: it may stand more than once
 };
 
 template <class Options>
@@ -40,8 +41,8 @@ const Option<Options>* findOption(const OptionTable<Options>& table, const std::
 }
 
 /// Reads the arguments behind the program's name: "--name value", "--name=value", "--" before what
-/// only looks like an option. Each option may stand once. Non-zero on success; else 0 and `error`
-/// is one line.
+/// only looks like an option. Options that do not repeat may stand once. Non-zero on success; else
+/// 0 and `error` is one line.
 template <class Options>
 int readArguments(const std::vector<std::string>& arguments, const OptionTable<Options>& table,
                   Options& options, GivenArguments<Options>& given, std::string& error)
@@ -63,8 +64,8 @@ int readArguments(const std::vector<std::string>& arguments, const OptionTable<O
         const Option<Options>* const option = findOption(table, name);
         if (!option)
             error = "there is no option '" + name + "'";
-        else if (std::find(given.options.begin(), given.options.end(), option) !=
-                 given.options.end())
+        else if (!option->repeats && std::find(given.options.begin(), given.options.end(),
+                                               option) != given.options.end())
             error = name + " is given twice";
         else if (option->value.empty() && equals != argument.npos)
             error = name + " takes no value";

@@ -2,9 +2,11 @@
 
 #include "apps/view/batch_output.h"
 #include "apps/view/progress.h"
+#include "apps/view/table_export.h"
 #include "apps/view/UvPlotGraph.h"
 #include "pavane/axes/maps/MapFigure.h"
 #include "pavane/tables/components/component_file.h"
+#include "pavane/tables/uvdata/UvObservation.h"
 #include "tessel/plain_text.h"
 
 #include <limits>
@@ -64,29 +66,41 @@ struct UvPicture {
     }
 };
 
+/// Reads what is plotted; the numbers of it alone where no picture is asked for.
+int readPoints(const ViewOptions& options, UvPlotPoints& points, std::string& error)
+{
+    ProgressLine progress("Reading " + plainText(options.map));
+    while (points.step())
+        (void)progress.show(points.done());
+    error = points.error();
+    return error.empty() || refuse(options.map, error);
+}
+
 }  // namespace
 
 int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
 {
     AComponents model;
-    AUVXFile file;
+    UvObservation observation;
     if (!options.model.empty() && !readComponentFile(options.model, model, error))
         return refuse(options.model, error);
-    if (!file.open(options.map, error))
+    if (!observation.open(options.map, error))
         return refuse(options.map, error);
+    AUVXFile& file = observation.file();
     std::vector<std::string> notes;
     for (const std::string& note : file.notes())
         notes.push_back(options.map + ": " + note);
     printNotes(notes);
+    notes.clear();
 
+    const int wantsNumbers = options.stats || (!options.wantsPicture() && options.tables.empty());
     UvPlotPoints points(file, UvMarks(), options.wantsPicture() ? UvPlotPoints::usualMost : 0);
-    {
-        ProgressLine progress("Reading " + plainText(options.map));
-        while (points.step())
-            (void)progress.show(points.done());
-    }
-    if (!points.error().empty())
-        return refuse(options.map, error = points.error());
+    if ((wantsNumbers || options.wantsPicture()) && !readPoints(options, points, error))
+        return 0;
+    const int hasTables = writeTables(options, &observation, notes, error);
+    printNotes(notes);
+    if (!hasTables)
+        return 0;
     const auto newJob = [&] {
         const auto picture = std::make_shared<UvPicture>(file, points, model);
         const std::string& object = file.header().object;
@@ -97,8 +111,7 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     };
     if (options.wantsPicture() && !writePictures(argv, options, newJob, error))
         return 0;
-    return (!options.stats && options.wantsPicture()) ||
-           printText(totalsText(points.totals()), error);
+    return !wantsNumbers || printText(totalsText(points.totals()), error);
 }
 
 }  // namespace pavane

@@ -6,6 +6,7 @@
 #include "apps/view/options.h"
 #include "apps/view/palette_choice.h"
 #include "apps/view/same_file.h"
+#include "apps/view/table_export.h"
 #include "apps/view/window_program.h"
 #include "pavane/axes/maps/map_titles.h"
 #include "tessel/fits_map.h"
@@ -39,8 +40,8 @@ int refuse(const std::string& error)
 
 int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
 {
-    const int nothingElse =
-        !options.wantsPicture() && options.mask.empty() && options.visibilities.empty();
+    const int nothingElse = !options.wantsPicture() && options.mask.empty() &&
+                            options.visibilities.empty() && options.tables.empty();
     std::string text;
     if (options.stats || nothingElse)
         text += statisticsText(inputs);
@@ -73,7 +74,10 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     std::vector<std::string> notes;
     if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
+    const int hasTables = writeTables(options, nullptr, notes, error);
     printNotes(notes);
+    if (!hasTables)
+        return 0;
     if (!options.mask.empty() &&
         !writeFitsMask(options.mask, inputs.mask, inputs.map.header, error)) {
         error = options.mask + ": " + error;

@@ -1,6 +1,7 @@
 #include "apps/view/options.h"
 
 #include "apps/options/option_table.h"
+#include "pavane/tables/uvdata/uv_columns.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -89,6 +90,34 @@ int readLevels(const std::string& text, ViewOptions& options, std::string& error
     return parseLevels(text, options.levels, error);
 }
 
+int readTableName(const std::string& text, ViewOptions& options, std::string& error)
+{
+    std::string names;
+    for (const UvTable table : uvTables)
+        names += (names.empty() ? "" : ", ") + std::string(uvTableLook(table).name);
+    UvTable found = UvTable::telescopes;
+    if (!uvTableOf(text, found)) {
+        error = "--table knows " + names + ", not '" + text + "'";
+        return 0;
+    }
+    if (!options.tables.empty() && options.tables.back().file.empty()) {
+        error = "--table " + options.tables.back().table + " wants a --tsv of its own behind it";
+        return 0;
+    }
+    options.tables.push_back({text, ""});
+    return 1;
+}
+
+int readTableFile(const std::string& text, ViewOptions& options, std::string& error)
+{
+    if (options.tables.empty() || !options.tables.back().file.empty()) {
+        error = "--tsv goes behind the --table that it is for";
+        return 0;
+    }
+    options.tables.back().file = text;
+    return 1;
+}
+
 template <std::string ViewOptions::*text>
 int keep(const std::string& value, ViewOptions& options, std::string&)
 {
@@ -167,6 +196,16 @@ const OptionTable<ViewOptions>& optionTable()
           "ranges"},
          set<&ViewOptions::stats>,
          onlyInBatch},
+        {{"--table", "", "NAME",
+          "write a table as its window exports it: telescopes, baselines, sources, stokes, "
+          "frequencies or scans of a data file; may be repeated, each with its --tsv"},
+         readTableName,
+         onlyInBatch,
+         1},
+        {{"--tsv", "", "F", "where the table before it goes; -: standard output"},
+         readTableFile,
+         onlyInBatch,
+         1},
         {{"--help", "-h", "", "print this"}, set<&ViewOptions::help>, aboutProgram},
         {{"--version", "", "", "print the version"}, set<&ViewOptions::version>, aboutProgram},
     };
@@ -177,7 +216,7 @@ const OptionTable<ViewOptions>& optionTable()
 int needsMap(const ViewOptions& options)
 {
     return options.visibilities.empty() || options.wantsPicture() || options.stats ||
-           !options.areas.empty() || options.plane >= 0;
+           !options.areas.empty() || options.plane >= 0 || !options.tables.empty();
 }
 
 int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
@@ -198,6 +237,8 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "--partial goes with areas: --areas FILE";
     else if (!options.visibilities.empty() && options.model.empty())
         error = "--visibilities needs the model that they are computed from: --model FILE";
+    else if (!options.tables.empty() && options.tables.back().file.empty())
+        error = "--table " + options.tables.back().table + " wants a --tsv FILE behind it";
     else if (options.batch && options.map.empty() && needsMap(options))
         error = "no map is named";
     return error.empty();

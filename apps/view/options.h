@@ -12,6 +12,11 @@ namespace pavane
 /// How map values are spread over the colours.
 enum class ViewScale { linear, squareRoot, logarithmic, equalised };
 
+/// A table to be written: its name, and a file, or "-" for standard output.
+struct TableWish {
+    std::string table, file;
+};
+
 /// The command line of pavane-view, checked.
 struct ViewOptions {
     std::string map;
@@ -32,6 +37,7 @@ struct ViewOptions {
     std::string areas, mask, model, visibilities;
     int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;
+    std::vector<TableWish> tables;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }

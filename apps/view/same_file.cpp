@@ -102,14 +102,21 @@ std::string outputClash(const ViewOptions& options)
                                     {"the model", options.model},
                                     {"the u,v points", options.visibilities},
                                     {"the palette", ownPalette ? options.palette : ""}};
-    for (const NamedFile& output : {NamedFile{"--mask", options.mask},
-                                    {"--png", options.png},
-                                    {"--pdf", options.pdf},
-                                    {"--svg", options.svg}}) {
+    std::vector<NamedFile> outputs = {{"--mask", options.mask},
+                                      {"--png", options.png},
+                                      {"--pdf", options.pdf},
+                                      {"--svg", options.svg}};
+    int prints = options.stats || !options.visibilities.empty();
+    for (const TableWish& wish : options.tables) {
+        const int isPrinted = wish.file == "-";
+        prints = prints || isPrinted;
+        outputs.push_back({"--tsv", isPrinted ? "" : wish.file});
+    }
+    for (const NamedFile& output : outputs) {
         if (const NamedFile* const same = sameFileAmong(output.name, files))
             return output.what + ' ' + output.name + " would write over " + same->what + ' ' +
                    same->name;
-        if ((options.stats || !options.visibilities.empty()) && isStandardOutput(output.name))
+        if (prints && isStandardOutput(output.name))
             return output.what + ' ' + output.name + " would write over what is printed";
         files.push_back(output);
     }

@@ -1,0 +1,110 @@
+#include "apps/view/table_export.h"
+
+#include "apps/view/progress.h"
+#include "pavane/tables/uvdata/UvObservation.h"
+#include "tessel/plain_text.h"
+#include "tessel/SafeFile.h"
+
+#include <cstdio>
+#include <ostream>
+#include <streambuf>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Hands all text on to a function, as it comes.
+class TextBuffer : public std::streambuf
+{
+public:
+    using Write = std::function<int(const char* bytes, std::size_t count)>;
+    explicit TextBuffer(Write write) : write_(std::move(write)) {}
+
+protected:
+    std::streamsize xsputn(const char* bytes, std::streamsize count) override
+    {
+        return write_(bytes, static_cast<std::size_t>(count)) ? count : 0;
+    }
+    int_type overflow(int_type c) override
+    {
+        const char byte = traits_type::to_char_type(c);
+        return traits_type::eq_int_type(c, traits_type::eof()) || write_(&byte, 1)
+                   ? traits_type::not_eof(c)
+                   : traits_type::eof();
+    }
+
+private:
+    Write write_;
+};
+
+int writeWith(const TextBuffer::Write& put, const std::function<int(std::ostream&)>& write)
+{
+    TextBuffer buffer(put);
+    std::ostream stream(&buffer);
+    return write(stream) && stream.good();
+}
+
+int refuse(const std::string& file, const std::string& fault, std::string& error)
+{
+    error = file + ": " + fault;
+    return 0;
+}
+
+/// Fills the tables that come from all groups, when one of them is asked for.
+int fill(const ViewOptions& options, UvObservation& observation, std::string& error)
+{
+    int isNeeded = 0;
+    for (const TableWish& wish : options.tables) {
+        UvTable table = UvTable::telescopes;
+        isNeeded = isNeeded || (uvTableOf(wish.table, table) && observation.needsGroups(table));
+    }
+    ProgressLine progress("Reading " + plainText(options.map));
+    while (isNeeded && observation.step())
+        (void)progress.show(observation.done());
+    return !isNeeded || observation.error().empty() ||
+           refuse(options.map, observation.error(), error);
+}
+
+}  // namespace
+
+int writeTextFile(const std::string& file, const std::function<int(std::ostream&)>& write,
+                  std::string& error)
+{
+    if (file == "-") {
+        const auto put = [](const char* bytes, std::size_t count) {
+            return static_cast<int>(std::fwrite(bytes, 1, count, stdout) == count);
+        };
+        return (writeWith(put, write) && std::fflush(stdout) == 0) ||
+               refuse("standard output", "cannot be written", error);
+    }
+    SafeFile safe;
+    const auto put = [&](const char* bytes, std::size_t count) {
+        return safe.file().write(bytes, static_cast<std::int64_t>(count));
+    };
+    return (safe.open(file) && writeWith(put, write) && safe.commit()) ||
+           refuse(file, safe.fault(), error);
+}
+
+int writeTables(const ViewOptions& options, UvObservation* observation,
+                std::vector<std::string>& notes, std::string& error)
+{
+    const UvObservation none;
+    if (observation && !fill(options, *observation, error))
+        return 0;
+    const UvObservation& tables = observation ? *observation : none;
+    for (const TableWish& wish : options.tables) {
+        UvTable table = UvTable::telescopes;
+        (void)uvTableOf(wish.table, table);
+        if (tables.rows(table) == 0)
+            notes.push_back(options.map + ": has no " + wish.table +
+                            ": the table is its header line alone");
+        const auto write = [&](std::ostream& stream) { return tables.writeTsv(table, stream); };
+        if (!writeTextFile(wish.file, write, error))
+            return 0;
+    }
+    return 1;
+}
+
+}  // namespace pavane
