@@ -39,6 +39,7 @@ int ATableWnd::Sizer::press(CPoint point)
     if (column < 0)
         return 0;
     before_ = table_.grid_.columns();
+    first_ = {table_.grid_.firstRow(), table_.grid_.firstColumn()};
     column_ = column;
     startX_ = point.x;
     startWidth_ = before_->width(column);
@@ -65,8 +66,14 @@ int ATableWnd::Sizer::cancel()
 {
     if (!dragging())
         return 0;
+    const TableWatch watch(table_);
     table_.grid_.columns() = *std::exchange(before_, std::nullopt);
     table_.SetUpWindow();
+    if (!watch.gone() && table_.grid_.setFirst(first_.row, first_.column)) {
+        // a narrow table may have scrolled back
+        table_.moveEditors();
+        table_.setThumbs();
+    }
     return 1;
 }
 

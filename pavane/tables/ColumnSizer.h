@@ -37,6 +37,7 @@ private:
 
     ATableWnd& table_;
     std::optional<TableColumns> before_;  ///< the columns as they were before the drag
+    TableCell first_;                     ///< what was shown first then
     int column_ = 0;
     int startX_ = 0;
     int startWidth_ = 0;

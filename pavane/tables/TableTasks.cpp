@@ -20,6 +20,7 @@ constexpr unsigned lineTimer = 13;
 constexpr unsigned lineId = 1003;
 constexpr int sliceTime = 15;        // ms
 constexpr int firstSliceTime = 100;  // ms, within the click or key that asked
+constexpr int leastSteps = 32;       // short work is done at once, however slow the machine
 constexpr unsigned wordTime = 5000;  // ms
 constexpr int lineMargin = 6;
 
@@ -66,10 +67,10 @@ void ATableWnd::Tasks::start(std::shared_ptr<TableTask> task, bool atOnce)
     hush();
     task_ = std::move(task);
     if (!table_.GetSafeHwnd())
-        return run(std::numeric_limits<int>::max());
+        return run(std::numeric_limits<int>::max(), 0);
     (void)table_.SetTimer(taskTimer, 1);
     if (atOnce)
-        run(firstSliceTime);
+        run(firstSliceTime, leastSteps);
 }
 
 int ATableWnd::Tasks::cancel()
@@ -88,7 +89,7 @@ void ATableWnd::Tasks::stop()
 }
 
 /// Goes on with the work. Its hooks may end the table, drop the work, or begin another one.
-void ATableWnd::Tasks::run(int milliseconds)
+void ATableWnd::Tasks::run(int milliseconds, int steps)
 {
     using Clock = std::chrono::steady_clock;
     if (!task_ || running_)
@@ -99,7 +100,7 @@ void ATableWnd::Tasks::run(int milliseconds)
     running_ = 1;
     WorkState state = WorkState::goesOn;
     const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
-    while (state == WorkState::goesOn && task == task_ && Clock::now() < end) {
+    while (state == WorkState::goesOn && task == task_ && (steps-- > 0 || Clock::now() < end)) {
         state = task->step();
         if (!life.alive())
             return;
@@ -120,7 +121,7 @@ void ATableWnd::Tasks::run(int milliseconds)
 int ATableWnd::Tasks::onTimer(unsigned id)
 {
     if (id == taskTimer)
-        return run(sliceTime), 1;
+        return run(sliceTime, 1), 1;
     return id == lineTimer ? hush(), 1 : 0;
 }
 

@@ -46,7 +46,8 @@ public:
 
 private:
     class Line;
-    void run(int milliseconds);
+    /// As long as that, and at least so many steps.
+    void run(int milliseconds, int steps);
     void stop();
 
     ATableWnd& table_;
