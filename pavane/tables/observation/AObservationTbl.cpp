@@ -6,6 +6,7 @@
 #include "platform/CMenu.h"
 
 #include <algorithm>
+#include <chrono>
 #include <vector>
 
 namespace pavane
@@ -17,6 +18,8 @@ namespace
 /// Of the slices that are read while nothing else is to be done.
 constexpr unsigned fillTimer = 4001;
 constexpr unsigned fillPause = 5;
+/// A key that comes meanwhile waits no longer than an eye does.
+constexpr std::chrono::milliseconds fillShare(15);
 constexpr int headerChars = 8;
 constexpr int markChars = 11;
 
@@ -203,10 +206,13 @@ void AObservationTbl::OnTimer(unsigned id)
 {
     if (id != fillTimer)
         return AMarkTable::OnTimer(id);
-    if (isFilling())
-        (void)observation_->step();
-    else
-        (void)KillTimer(fillTimer);
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + fillShare;
+    const TableWatch watch(*this);
+    if (!isFilling())
+        return (void)KillTimer(fillTimer);
+    while (observation_->step() && !watch.gone() && isFilling() && Clock::now() < end) {
+    }
 }
 
 void AObservationTbl::FillingChanged()

@@ -79,9 +79,11 @@ CString scanSource(const Data& d, int row)
     const UvSource* const known = d.file().source(id);
     return known ? known->name : std::to_string(id);
 }
+/// Of found scans to the millisecond: times of groups are sums of days, and no finer than that.
 double seconds(const Data& d, int row)
 {
-    return (scan(d, row).end - scan(d, row).start) * secondsPerDay;
+    const double length = (scan(d, row).end - scan(d, row).start) * secondsPerDay;
+    return d.file().hasIndex() ? length : std::round(length * 1000) / 1000;
 }
 double equinox(const Data& d, int row)
 {

@@ -64,9 +64,9 @@ class Scaled:
 
 
 class Length(float):
-    """Seconds of which the ends are known to some microseconds."""
+    """Seconds, of which milliseconds are known."""
     def shows(self, text):
-        return abs(float(text) - self) < 1e-4
+        return abs(float(text) - self) < 6e-4
 
 
 def expected(path):
