@@ -64,6 +64,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/components/AComponents.h
     pavane/tables/components/component_file.h
     pavane/tables/components/component_outline.h
+    pavane/tables/components/component_table.h
+    pavane/tables/components/EditedComponents.h
+    pavane/tables/components/map_components.h
     pavane/tables/components/ModelLayer.h
     pavane/tables/freq/ABMarkTable.h
     pavane/tables/freq/AFreqGroupArray.h
@@ -79,6 +82,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/observation/AFreqGroupsWnd.h
     pavane/tables/observation/AFreqGroupTbl.h
     pavane/tables/observation/AFreqIDTbl.h
+    pavane/tables/observation/AComponentsTbl.h
     pavane/tables/observation/AMarkTable.h
     pavane/tables/observation/AObservationSelector.h
     pavane/tables/observation/AObservationTbl.h

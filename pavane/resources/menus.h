@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/resources/component_commands.h"
 #include "pavane/resources/freq_commands.h"
 #include "pavane/resources/mark_commands.h"
 #include "pavane/resources/plot_commands.h"
@@ -96,6 +97,10 @@ inline constexpr MenuItem freqGroupMenu[] = {
 inline constexpr MenuItem freqInfoMenu[] = {
     {"Groups", 0, freqInfoItems, static_cast<int>(std::size(freqInfoItems))},
 };
+inline constexpr auto componentTableItems = menuOfBoth(componentItems, tableItems);
+inline constexpr MenuItem componentMenu[] = {
+    {"Components", 0, componentTableItems.data(), static_cast<int>(std::size(componentTableItems))},
+};
 
 /// The menus of the library, by identifier.
 inline constexpr MenuTemplate libraryMenus[] = {
@@ -105,6 +110,7 @@ inline constexpr MenuTemplate libraryMenus[] = {
     {IDR_MARK_MENU, markMenu, 1},
     {IDR_FREQ_GROUP_MENU, freqGroupMenu, 1},
     {IDR_FREQ_INFO_MENU, freqInfoMenu, 1},
+    {IDR_COMPONENTS_MENU, componentMenu, 1},
     {IDR_COPY_MENU, copyMenu, 1},
 };
 

@@ -23,6 +23,7 @@ inline constexpr unsigned IDR_TABLE_MENU = 10006;
 inline constexpr unsigned IDR_MARK_MENU = 10007;
 inline constexpr unsigned IDR_FREQ_GROUP_MENU = 10008;
 inline constexpr unsigned IDR_FREQ_INFO_MENU = 10009;
+inline constexpr unsigned IDR_COMPONENTS_MENU = 10010;
 inline constexpr unsigned IDR_COPY_MENU = 10011;
 
 // Dialogs.
@@ -84,6 +85,11 @@ inline constexpr unsigned ID_FREQ_DELETE_GROUP = 10252;
 inline constexpr unsigned ID_FREQ_DELETE_ALL = 10253;
 inline constexpr unsigned ID_FREQ_ALL_IN_ONE = 10254;
 inline constexpr unsigned ID_FREQ_FIXED_STEP = 10255;
+
+// Commands of the table of components.
+inline constexpr unsigned ID_COMPONENT_ADD = 10261;
+inline constexpr unsigned ID_COMPONENT_COPY = 10262;
+inline constexpr unsigned ID_COMPONENT_DELETE = 10263;
 
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;

@@ -116,6 +116,7 @@ int FitsTable::readColumns(const HeaderCards& cards, std::int64_t count, std::st
         const std::string n = std::to_string(i);
         Column column;
         column.name = essence(cards.text("TTYPE" + n));
+        column.unit = cards.text("TUNIT" + n);
         column.offset = offset;
         if (!readForm(cards.text("TFORM" + n), column.length, column.type)) {
             error = "has a column without a known format, TFORM" + n;
@@ -180,6 +181,12 @@ std::int64_t FitsTable::length(int column) const
 {
     const Column* const c = find(column);
     return c ? c->length : 0;
+}
+
+std::string FitsTable::unit(int column) const
+{
+    const Column* const c = find(column);
+    return c ? c->unit : std::string();
 }
 
 int FitsTable::fillBlock()

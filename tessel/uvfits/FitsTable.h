@@ -27,6 +27,8 @@ public:
     int column(std::string_view name) const;
     /// How many items a cell of the column has; of a text, characters. 0 without the column.
     std::int64_t length(int column) const;
+    /// The unit that the header gives to the column; empty for none.
+    std::string unit(int column) const;
     /// Takes the next row. 0 behind the last one, and when the file has become shorter.
     int next();
 
@@ -42,6 +44,7 @@ public:
 private:
     struct Column {
         std::string name;
+        std::string unit;
         char type = 0;
         std::int64_t offset = 0;
         std::int64_t length = 0;

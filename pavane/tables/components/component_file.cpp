@@ -2,8 +2,10 @@
 
 #include "pavane/tables/components/component_text.h"
 #include "tessel/paths.h"
+#include "tessel/SafeFile.h"
 
 #include <fstream>
+#include <sstream>
 #include <string_view>
 
 namespace pavane
@@ -92,6 +94,19 @@ int readComponentFile(const std::string& file, AComponents& components, std::str
         return 1;
     components.Free();
     return 0;
+}
+
+int writeComponentFile(const std::string& file, const AComponents& components, std::string& error)
+{
+    std::ostringstream text;
+    SafeFile out;
+    const int written =
+        components.Store(text).good() && out.open(file) &&
+        out.file().write(text.view().data(), static_cast<std::int64_t>(text.view().size())) &&
+        out.commit();
+    if (!written)
+        error = out.fault();
+    return written;
 }
 
 }  // namespace pavane

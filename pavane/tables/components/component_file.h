@@ -16,4 +16,9 @@ namespace pavane
 PAVANE_API int readComponentFile(const std::string& file, AComponents& components,
                                  std::string& error);
 
+/// Writes the text of AComponents::Store as a file that appears only when it is whole. 0 on
+/// failure, with `error` as above; what had the name stays.
+PAVANE_API int writeComponentFile(const std::string& file, const AComponents& components,
+                                  std::string& error);
+
 }  // namespace pavane
