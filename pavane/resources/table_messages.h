@@ -8,6 +8,14 @@ namespace pavane
 // Texts of tables that the user sees; names of files are put behind them.
 inline constexpr const char* saveTableTitle = "Save as";
 inline constexpr const char* clipboardRefusesText = "The clipboard does not take the text.";
+inline constexpr const char* tooMuchForClipboard =
+    "These cells are too many for the clipboard, which gets 256 MiB. Save them as text instead.";
+inline constexpr const char* clipboardHasNoText = "There is no text on the clipboard.";
+// numbers stand before them, the name of a cell behind
+inline constexpr const char* cellsNotPasted = " cells could not be pasted. The first of them is ";
+inline constexpr const char* cellsNotCleared = " cells cannot be empty. The first of them is ";
+inline constexpr const char* beyondTheTable = ", which the table does not have";
+inline constexpr const char* pasteStopped = "Pasting was stopped. Cells pasted until then: ";
 inline constexpr const char* partIsLeft =
     "The table could not be written whole. What was written is in: ";
 inline constexpr const char* oldFileStays =

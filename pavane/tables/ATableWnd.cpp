@@ -3,11 +3,14 @@
 #include "pavane/resources/table_glyphs.h"
 #include "pavane/tables/ColumnSizer.h"
 #include "pavane/tables/grid/selection_repaint.h"
+#include "pavane/tables/table_access.h"
 #include "pavane/tables/table_editors.h"
+#include "pavane/tables/table_history.h"
 #include "pavane/tables/TableFinder.h"
 #include "pavane/tables/TableSorter.h"
 #include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
+#include "platform/accessibility.h"
 
 #include <algorithm>
 #include <iterator>
@@ -18,7 +21,8 @@ namespace pavane
 
 ATableWnd::ATableWnd()
     : tasks_(std::make_unique<Tasks>(*this)), sorter_(std::make_unique<Sorter>(*this)),
-      finder_(std::make_unique<Finder>(*this)), sizer_(std::make_unique<Sizer>(*this))
+      finder_(std::make_unique<Finder>(*this)), sizer_(std::make_unique<Sizer>(*this)),
+      history_(std::make_shared<TableHistory>(*this))
 {
     SetFlag(windowNoWaitCursor, 1);
     (void)glyphs_.Create(glyphWidth, glyphHeight);
@@ -98,6 +102,7 @@ void ATableWnd::setColumnPar(ATableColumn* columns, long count)
 {
     const long most = std::numeric_limits<int>::max();
     grid_.columns().set(columns, static_cast<int>(std::clamp(count, 0L, most)));
+    ForgetHistory();
     columnsChanged();
 }
 
@@ -111,6 +116,7 @@ void ATableWnd::deleteColumn(int column)
 {
     if (!grid_.columns().remove(column))
         return;
+    ForgetHistory();
     // an editor stays on its cell, which may have another number now, or have gone
     const auto follow = [column](TableCell cell) {
         return TableCell{cell.column == column ? 0 : cell.row,
@@ -172,6 +178,15 @@ void ATableWnd::repaintChange(const ASelectRect& previous)
         changedCells(previous, selection_, grid_.extent(), grid_.cellsIn(all));
     for (int i = 0; i < changed.count; ++i)
         InvalidateRect(grid_.rangeRect(changed.ranges[static_cast<std::size_t>(i)], all));
+    if (!IsAccessActive() || selection_ == previous)
+        return;
+    const TableWatch watch(*this);
+    const TableCell focus{selection_.anchorRow, selection_.anchorColumn};
+    const bool moved = !(focus == TableCell{previous.anchorRow, previous.anchorColumn});
+    if (moved && hasFocus())
+        tellAccess(EVENT_OBJECT_FOCUS, focus);
+    if (!watch.gone())
+        tellAccess(EVENT_OBJECT_SELECTIONWITHIN, {});
 }
 
 void ATableWnd::setSelectCell(ASelectRect& previous, int row, int column)
@@ -184,6 +199,8 @@ void ATableWnd::setSelectCell(ASelectRect& previous, int row, int column)
     if (watch.gone() || before == selection_)
         return;
     repaintChange(before);
+    if (watch.gone())
+        return;
     ASelectRect now = selection_;
     sendSelectionChange(now, before);
 }

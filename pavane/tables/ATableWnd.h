@@ -15,6 +15,7 @@
 #include "pavane/windows/ABWindow.h"
 #include "platform/image_list.h"
 
+#include <functional>
 #include <iosfwd>
 #include <memory>
 #include <vector>
@@ -25,6 +26,9 @@ namespace pavane
 class ATableCombo;
 class ATableEdit;
 class CComboBox;
+class TableAccess;
+class TableHistory;
+struct TableJob;
 
 /// The window of a table. It holds no data: it knows how many rows there are, what the columns are
 /// like and what is selected, and asks its virtual members for the rest.
@@ -76,6 +80,9 @@ public:
     void setSelectCell(ASelectRect& previous, int row, int column);
     /// Selects the nearest data cell alone and shows it. SelChanged is not asked.
     void SetSelectOneCell(int row, int column);
+    /// Forgets what could be undone: the records hold other data now. setColumnPar and deleteColumn
+    /// do so by themselves; setRows does not: records that are gone are left out by undo.
+    void ForgetHistory();
 
     int GetPages(CDC& dc) override;
     CString GetSubscript() override;
@@ -88,6 +95,8 @@ public:
     const char* GetWndClassName() override;
     int GetClassParms(WNDCLASSA& wc) override;
     void SetUpWindow() override;
+    /// The cells, for screen readers.
+    AccessSource* GetAccess() override;
 
     // What heirs say of their data; in this order, new ones go to the end. `context` is null.
     /// Stores an edited text; 0 refuses it. The base takes texts of fewer than 3 characters.
@@ -96,7 +105,8 @@ public:
     virtual CString strCell(int row, int column);
     virtual CString hdrCellAsStr(int row, int column, void* context);
     virtual CString cellAsStr(int row, int column, void* context);
-    /// Puts the text of the selected cells, or of all, on the clipboard; 0 when it refuses.
+    /// Puts the selected cells, or all, on the clipboard with their headers: the text that
+    /// CopyAsTextInStream makes, and beside it what cell_forms.h writes. 0 when it refuses.
     virtual int CopyToClipboardAsText(int selectionOnly);
     /// Writes it to a stream; 0 when that fails in the middle.
     virtual int CopyAsTextInStream(std::ostream& stream, int selectionOnly);
@@ -146,11 +156,13 @@ public:
     virtual int cellNumber(int row, int column, double& value);
     /// Whether rows can be sorted by a data column. The base says yes to all with optSort.
     virtual int isSortable(int column);
-    /// What brings the value of a cell back exactly, for undo: bytes that only setCellValue reads.
-    /// The base takes strCell and setCellStr. 0 when they were refused.
+    /// What brings the value of a cell back exactly, for undo: bytes that only setCellValue reads;
+    /// 0 when they were refused. The base takes strCell and setCellStr; of cells that have only a
+    /// list, cellAsStr and pasteCell.
     virtual CString cellValue(int row, int column);
     virtual int setCellValue(int row, int column, const CString& value);
-    /// Stores a pasted text, of cells with lists too; 0 refuses it. The base calls setCellStr.
+    /// Stores a pasted text, of cells with lists too; 0 refuses it. The base calls setCellStr; in
+    /// cells that have only a list it chooses the line with that text, and refuses when none has.
     virtual int pasteCell(int row, int column, const CString& text);
     /// Empties a cell; 0 refuses. The base pastes an empty text.
     virtual int clearCell(int row, int column);
@@ -172,6 +184,9 @@ public:
     /// A line that tells what the table does, and words of the search; empty when there is nothing
     /// to tell any more. The base shows it at the lower edge; heirs may have a better place.
     virtual void showState(const CString& text);
+    /// Names of the steps that Undo and Redo would take; empty without one.
+    virtual CString undoLabel();
+    virtual CString redoLabel();
 
     /// The record that a shown row holds, as the data is stored, and the row that shows a record;
     /// both from 1. The same number while the table is not sorted. Hooks get rows as shown.
@@ -222,6 +237,11 @@ protected:
     static int Contains(CRect outer, CRect inner);
     /// Client rectangle of a cell, empty when it is not there.
     CRect cellRect(int row, int column) const { return grid_.cellRect(row, column); }
+    /// Runs `store`, which stores another value in a cell, and remembers the value before and after
+    /// when a step of undo is open (beginEdits); the result of `store`, 0 when the window is gone.
+    int editCell(int row, int column, const std::function<int()>& store);
+    /// What a cell is called in messages and steps, by its headers: "Name 3".
+    CString cellTitle(int row, int column);
     int hasFocus() const { return GetFocus() == this; }
     const TableGrid& grid() const { return grid_; }
     /// Draws the text of a cell in its rectangle, in the colour that the dc has, with "..." where
@@ -278,6 +298,9 @@ protected:
     void OnHideCombo();
     void OnCopyClbrAll();
     void OnCopyClbrSel();
+    void OnCopyClbrCells();
+    void OnPasteClbr();
+    void OnClearCells();
     void OnCopyInFileAll();
     void OnCopyInFileSel();
     /// Whether a command would do something now.
@@ -286,7 +309,10 @@ protected:
 private:
     friend class ATableEdit;
     friend class ATableCombo;
+    friend class TableAccess;
+    friend class TableHistory;
     friend class TableWatch;
+    class EditingPaste;
     class TextsOfTable;
     class Tasks;   // TableTasks.h
     class Sorter;  // TableSorter.h
@@ -338,6 +364,15 @@ private:
     void editorLostFocus();
     void keyFromEditor(unsigned key, unsigned repeat);
 
+    int isListOnly(int column) const;
+    int chooseInList(int row, int column, const CString& text);
+    int storeAsStep(const CString& what, int row, int column, const std::function<int()>& store);
+    int walkHistory(int forward);
+    int mayHoldEditable(int firstColumn, int lastColumn) const;
+    int copyCells(int selectionOnly, int headers);
+    void tellOfCopy(int copied);
+    void tellAccess(unsigned event, TableCell cell);
+
     void saveText(int selectionOnly);
     void selectWhole(int rows, int columns);
     void removeNever(CMenu& popup);
@@ -376,6 +411,11 @@ private:
     std::unique_ptr<Sorter> sorter_;
     std::unique_ptr<Finder> finder_;
     std::unique_ptr<Sizer> sizer_;
+    std::shared_ptr<TableHistory> history_;  ///< shared with the undo that runs
+    std::unique_ptr<TableAccess> access_;
+    std::unique_ptr<CComboBox> hiddenList_;  ///< which pasted texts are looked up in
+    TableJob* job_ = nullptr;                ///< a long one that runs now
+    const char* copyProblem_ = nullptr;      ///< why the last copy did not happen
 };
 
 /// Rows that a notch of the wheel scrolls a table by, in all tables; 1 at first, at least 1.

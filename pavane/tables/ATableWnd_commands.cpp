@@ -1,6 +1,8 @@
+#include "pavane/history/step_label.h"
 #include "pavane/resources/menus.h"
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/ColumnSizer.h"
+#include "pavane/tables/grid/cell_forms.h"
 #include "pavane/tables/TableFinder.h"
 #include "pavane/tables/TableSorter.h"
 #include "pavane/tables/TableTasks.h"
@@ -32,8 +34,14 @@ int ATableWnd::isTime(TableWhen when)
     case TableWhen::canRedo:
         return canRedo();
     case TableWhen::canClear:
-    case TableWhen::canPaste:
-        return 0;
+    case TableWhen::canPaste: {
+        const CellRange cells = selectedCells(selection_, table);
+        const bool clears = when == TableWhen::canClear;
+        return selected &&
+               mayHoldEditable(cells.firstColumn, clears ? cells.lastColumn : table.lastColumn) &&
+               (clears || IsClipboardFormatAvailable(cellBlockType) ||
+                IsClipboardFormatAvailable("text/plain"));
+    }
     case TableWhen::canSort:
         return !table.empty() && sorter_->canSort(focusColumn());
     case TableWhen::canSizeColumn:
@@ -53,6 +61,14 @@ void ATableWnd::amMenuParse(CMenu* popup)
             return;
         (void)popup->EnableMenuItem(command.id, can ? MF_ENABLED : MF_GRAYED);
     }
+    const CString undone = undoLabel();
+    const CString redone = watch.gone() ? CString() : redoLabel();
+    for (CMenu::Line& line : popup->lines())
+        if (line.id == ID_TABLE_UNDO || line.id == ID_TABLE_REDO)
+            line.text = menuTextOfStep(tableCommandOf(line.id)->text,
+                                       line.id == ID_TABLE_UNDO ? undone : redone);
+    if (watch.gone())
+        return;
     const SortedBy by = sorter_->target();
     const auto checked = [&](SortDirection direction) {
         const bool here = by.direction == SortDirection::stored || by.column == focusColumn();
@@ -125,7 +141,8 @@ void ATableWnd::selectWhole(int rows, int columns)
         return (void)(selection_ = before);
     repaintChange(before);
     ASelectRect old = before;
-    sendSelectionChange(selection_, old);
+    if (!watch.gone())
+        sendSelectionChange(selection_, old);
 }
 
 int ATableWnd::RunTableCommand(unsigned id)
@@ -135,6 +152,12 @@ int ATableWnd::RunTableCommand(unsigned id)
         return OnCopyClbrAll(), 1;
     case ID_TABLE_COPY_SELECTION:
         return OnCopyClbrSel(), 1;
+    case ID_TABLE_COPY_CELLS:
+        return OnCopyClbrCells(), 1;
+    case ID_TABLE_PASTE:
+        return OnPasteClbr(), 1;
+    case ID_TABLE_CLEAR:
+        return OnClearCells(), 1;
     case ID_TABLE_SAVE_ALL:
         return OnCopyInFileAll(), 1;
     case ID_TABLE_SAVE_SELECTION:
@@ -186,22 +209,7 @@ int ATableWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
 
 // --- what heirs say of it
 
-CString ATableWnd::cellValue(int row, int column) { return strCell(row, column); }
-int ATableWnd::setCellValue(int row, int column, const CString& value)
-{
-    return setCellStr(row, column, value);
-}
-int ATableWnd::pasteCell(int row, int column, const CString& text)
-{
-    return setCellStr(row, column, text);
-}
 int ATableWnd::clearCell(int row, int column) { return pasteCell(row, column, {}); }
-void ATableWnd::beginEdits(const CString&) {}
-void ATableWnd::endEdits() {}
-int ATableWnd::canUndo() { return 0; }
-int ATableWnd::canRedo() { return 0; }
-int ATableWnd::Undo() { return 0; }
-int ATableWnd::Redo() { return 0; }
 
 int ATableWnd::cellNumber(int row, int column, double& value)
 {

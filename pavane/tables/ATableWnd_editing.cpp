@@ -2,6 +2,7 @@
 
 #include "pavane/tables/table_editors.h"
 #include "pavane/tables/TableWatch.h"
+#include "platform/accessibility.h"
 
 #include <algorithm>
 
@@ -155,7 +156,9 @@ int ATableWnd::hideEdit()
         CString text = edit->GetWindowText();
         text.resize(prefix(text, longestEdit));
         storing_ = 1;
-        const int taken = setCellStr(edit->cell().row, edit->cell().column, text);
+        const TableCell cell = edit->cell();
+        const int taken = storeAsStep("Edit of ", cell.row, cell.column,
+                                      [&] { return setCellStr(cell.row, cell.column, text); });
         if (watch.gone())
             return 0;
         storing_ = 0;
@@ -185,14 +188,18 @@ int ATableWnd::hideCombo()
     ATableCombo* const list = combo_.get();
     const TableWatch watch(*this);
     storing_ = 1;
-    baseRan_ = 0;
-    const int taken = getFromComboBox(list, list->cell().row, list->cell().column);
+    const TableCell cell = list->cell();
+    const int taken = storeAsStep("Edit of ", cell.row, cell.column, [&] {
+        baseRan_ = 0;
+        const int chosen = getFromComboBox(list, cell.row, cell.column);
+        return !watch.gone() && (chosen || baseRan_);
+    });
     if (watch.gone())
         return 0;
     storing_ = 0;
     if (combo_.get() != list)
         return 1;
-    if (!taken && !baseRan_) {
+    if (!taken) {
         if (!closing_)
             list->SetFocus();
         return 0;
@@ -277,8 +284,12 @@ void ATableWnd::keyFromEditor(unsigned key, unsigned repeat)
 
 void ATableWnd::OnSetFocus(CWnd* old)
 {
+    const TableWatch watch(*this);
     InvalidateRect(cellRect(selection_.anchorRow, selection_.anchorColumn));
-    ABWindow::OnSetFocus(old);
+    if (grid_.extent().contains({selection_.anchorRow, selection_.anchorColumn}))
+        tellAccess(EVENT_OBJECT_FOCUS, {selection_.anchorRow, selection_.anchorColumn});
+    if (!watch.gone())
+        ABWindow::OnSetFocus(old);
 }
 
 void ATableWnd::OnKillFocus(CWnd* next)

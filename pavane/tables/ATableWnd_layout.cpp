@@ -3,6 +3,7 @@
 #include "pavane/tables/ColumnSizer.h"
 #include "pavane/tables/grid/scroll_scale.h"
 #include "pavane/tables/TableWatch.h"
+#include "platform/accessibility.h"
 #include "platform/flat_scroll_bars.h"
 #include "platform/system_metrics.h"
 #include "platform/window_dc.h"
@@ -60,6 +61,8 @@ void ATableWnd::SetUpWindow()
     moveEditors();
     if (!watch.gone())
         Invalidate();
+    if (!watch.gone())
+        tellAccess(EVENT_OBJECT_REORDER, {});
 }
 
 /// 0 when the window went meanwhile.

@@ -1,40 +1,15 @@
 #include "pavane/resources/resource_ids.h"
 #include "pavane/resources/table_messages.h"
 #include "pavane/resources/window_messages.h"
-#include "pavane/tables/ATableWnd.h"
-#include "pavane/tables/grid/table_text.h"
 #include "pavane/tables/grid/text_file.h"
-#include "pavane/tables/TableWatch.h"
-#include "platform/clipboard.h"
+#include "pavane/tables/table_texts.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 
 #include <ostream>
-#include <sstream>
 
 namespace pavane
 {
-
-/// The texts of a table, for as long as it is there.
-class ATableWnd::TextsOfTable : public TableTexts
-{
-public:
-    explicit TextsOfTable(ATableWnd& table) : table_(table), watch_(table) {}
-    TableExtent extent() override { return watch_.gone() ? TableExtent{} : table_.grid_.extent(); }
-    int text(TableCell cell, CString& text) override
-    {
-        if (watch_.gone())
-            return 0;
-        const bool header = cell.row == 0 || cell.column == 0;
-        text = header ? table_.hdrCellAsStr(cell.row, cell.column, nullptr)
-                      : table_.cellAsStr(cell.row, cell.column, nullptr);
-        return !watch_.gone();
-    }
-
-private:
-    ATableWnd& table_;
-    TableWatch watch_;
-};
 
 namespace
 {
@@ -57,29 +32,11 @@ private:
 
 int ATableWnd::CopyAsTextInStream(std::ostream& stream, int selectionOnly)
 {
-    TextsOfTable texts(*this);
-    StreamSink sink(stream);
     const TableExtent table = grid_.extent();
     const CellRange cells = selectionOnly ? selectedCells(selection_, table) : allCells(table);
+    TextsOfTable texts(*this, cells);
+    StreamSink sink(stream);
     return writeTableText(texts, cells, sink);
-}
-
-int ATableWnd::CopyToClipboardAsText(int selectionOnly)
-{
-    std::ostringstream text;
-    return CopyAsTextInStream(text, selectionOnly) && SetClipboardText(text.str());
-}
-
-void ATableWnd::OnCopyClbrAll()
-{
-    if (!CopyToClipboardAsText(0))
-        (void)AfxMessageBox(clipboardRefusesText, MB_OK | MB_ICONERROR);
-}
-
-void ATableWnd::OnCopyClbrSel()
-{
-    if (!CopyToClipboardAsText(1))
-        (void)AfxMessageBox(clipboardRefusesText, MB_OK | MB_ICONERROR);
 }
 
 void ATableWnd::OnCopyInFileAll() { saveText(0); }
@@ -98,7 +55,14 @@ void ATableWnd::saveText(int selectionOnly)
     TextFile file;
     if (!file.open(name))
         return (void)AfxMessageBox(cannotCreateFile + name, MB_OK | MB_ICONERROR);
-    const int written = CopyAsTextInStream(file.stream(), selectionOnly);
+    int written = 0;
+    {
+        TableJob job{{this, "Writing"}};
+        job_ = &job;
+        written = CopyAsTextInStream(file.stream(), selectionOnly);
+        if (!watch.gone())
+            job_ = nullptr;
+    }
     if (file.close(written))
         return;
     const CString stays = file.replaces() ? oldFileStays + file.place() : partIsLeft + file.place();

@@ -22,10 +22,12 @@ public:
 
     using ATableWnd::cellRect;
     using ATableWnd::deleteColumn;
+    using ATableWnd::editCell;
     using ATableWnd::getSelectRect;
     using ATableWnd::grid;
     using ATableWnd::hideEdit;
     using ATableWnd::isOptSet;
+    using ATableWnd::isTime;
     using ATableWnd::OnCopyInFileAll;
     using ATableWnd::OnCopyInFileSel;
     using ATableWnd::OnMouseWheel;

@@ -1,5 +1,6 @@
 // What can be done with the areas of an axis window now, in menus and toolbar.
 #include "pavane/axes/windows/AAxisWnd.h"
+#include "pavane/history/step_label.h"
 #include "pavane/resources/plot_commands.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
@@ -8,32 +9,10 @@
 
 #include <algorithm>
 #include <string>
-#include <string_view>
 #include <utility>
 
 namespace pavane
 {
-
-namespace
-{
-
-/// `text` with the step that it is about ("Move of Area 3"), in small letters, before `end`, where
-/// its key begins.
-CString withStep(const CString& text, std::string_view end, std::string_view step)
-{
-    const std::size_t at = std::min(text.find(end), text.size());
-    CString whole = text.substr(0, at);
-    if (!step.empty()) {
-        whole += ' ';
-        whole += step;
-        char& first = whole[at + 1];
-        if (first >= 'A' && first <= 'Z')
-            first = static_cast<char>(first - 'A' + 'a');
-    }
-    return whole + text.substr(at);
-}
-
-}  // namespace
 
 int AAxisWnd::IsVertexFocused() const
 {
@@ -52,9 +31,9 @@ void AAxisWnd::amMenuParse(CMenu* popup)
         else if (line.id == ID_TRACK_DELETE && IsVertexFocused())  // the key takes the vertex
             line.text = line.text.substr(0, line.text.find('\t'));
         else if (line.id == ID_TRACK_UNDO)
-            line.text = withStep(line.text, "\t", trackers_->history().undoLabel());
+            line.text = menuTextOfStep(line.text, trackers_->history().undoLabel());
         else if (line.id == ID_TRACK_REDO)
-            line.text = withStep(line.text, "\t", trackers_->history().redoLabel());
+            line.text = menuTextOfStep(line.text, trackers_->history().redoLabel());
     }
 }
 
