@@ -80,8 +80,9 @@ public:
     void setSelectCell(ASelectRect& previous, int row, int column);
     /// Selects the nearest data cell alone and shows it. SelChanged is not asked.
     void SetSelectOneCell(int row, int column);
-    /// Forgets what could be undone: the records hold other data now. setColumnPar and deleteColumn
-    /// do so by themselves; setRows does not: records that are gone are left out by undo.
+    /// Forgets what could be undone: the records hold other data now. Calls that change columns or
+    /// the numbers of records do so by themselves (setColumnPar, deleteColumn, recordsInserted but
+    /// at the end, recordsRemoved); setRows does not: records that are gone are left out by undo.
     void ForgetHistory();
 
     int GetPages(CDC& dc) override;

@@ -176,6 +176,8 @@ void ATableWnd::recordsInserted(int record, int count)
 {
     if (count < 1)
         return;
+    if (record <= grid_.rows())
+        ForgetHistory();  // which knows records by their numbers
     sorter_->order().insert(record, count);
     setRows(static_cast<long>(grid_.rows()) + count);
 }
@@ -187,6 +189,7 @@ void ATableWnd::recordsRemoved(int record, int count)
                                                     std::int64_t{grid_.rows()} + 1);
     if (first >= end)
         return;
+    ForgetHistory();
     sorter_->order().remove(first, static_cast<int>(end - first));
     setRows(static_cast<long>(grid_.rows() - (end - first)));
 }
