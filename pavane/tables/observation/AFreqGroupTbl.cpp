@@ -24,7 +24,7 @@ int at(const std::vector<int>& list, int i)
 
 AFreqGroupTbl::AFreqGroupTbl() : FreqTable(MarkItems::columns)
 {
-    setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect);
+    setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect | optSizeColumns);
     makeColumns();
 }
 

@@ -115,9 +115,8 @@ void AFreqGroupsWnd::SetDirect(int direct)
 
 void AFreqGroupsWnd::SetScrollMode(int mode)
 {
-    for (FreqTable* const table :
-         {static_cast<FreqTable*>(&groupTbl_), static_cast<FreqTable*>(&infoTbl_),
-          static_cast<FreqTable*>(&idTbl_)}) {
+    FreqTable* const tables[] = {&groupTbl_, &infoTbl_, &idTbl_};
+    for (FreqTable* const table : tables) {
         table->SetScrollMode(mode);
         table->SetUpWindow();
     }
@@ -183,9 +182,13 @@ void AFreqGroupsWnd::OnSize(unsigned type, int cx, int cy)
 
 FreqTable& AFreqGroupsWnd::ActiveTable()
 {
-    FreqGroupView* const active = steps_->active();
-    for (FreqTable* const table :
-         {static_cast<FreqTable*>(&infoTbl_), static_cast<FreqTable*>(&idTbl_)})
+    const CWnd* const focus = GetFocus();
+    const FreqGroupView* const active = steps_->active();
+    FreqTable* const tables[] = {&groupTbl_, &infoTbl_, &idTbl_};
+    for (FreqTable* const table : tables)
+        if (focus == table)
+            return *table;
+    for (FreqTable* const table : tables)
         if (active && active == table->asView())
             return *table;
     return groupTbl_;

@@ -13,7 +13,7 @@ namespace pavane
 {
 
 /// Code of the WM_COMMAND that the parent gets after groups or marks have changed.
-inline constexpr unsigned MTN_GROUPS = 0x0A01;
+inline constexpr unsigned MTN_GROUPS = 0x0A02;
 
 /// The window in which IFs are made frequency groups: the table of IFs, the list of the groups,
 /// and the list of frequency selections where the file has several; buttons, a line with what is

@@ -12,6 +12,8 @@ namespace
 
 /// In the flags of a key: it was held before, so that this is a repetition.
 constexpr unsigned heldBefore = 0x4000;
+/// A press so near to the edge of a column is for its width.
+constexpr int edgeReach = 4;
 
 const TableCommand* markCommandOfKey(unsigned key)
 {
@@ -33,7 +35,8 @@ int AMarkTable::boxAt(CPoint point) const
     const TableCell cell = grid().cellAt(point);
     const CRect rect = cellRect(cell.row, cell.column);
     // beyond the cells the last ones count
-    if (!rect.PtInRect(point) || !hasBox(cell.row, cell.column))
+    if (!rect.PtInRect(point) || !hasBox(cell.row, cell.column) ||
+        (isOptSet(optSizeColumns) && grid().edgeAt(point, edgeReach) >= 0))
         return -1;
     const int inMiddle = cell.row > 0 && cell.column > 0;
     CRect box = markBox(rect, inMiddle);

@@ -16,7 +16,7 @@ void setUpFreqList(ATableWnd& table, std::int16_t ifsCharacters)
                                              {frequencyCharacters, colChars},
                                              {frequencyCharacters, colChars}};
     table.setColumnPar(columns, freqColumnCount);
-    table.setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect);
+    table.setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect | optSizeColumns);
 }
 
 CString frequencyEndText(const AUVXFqTbl& table, int selection, const ABitArray* are, int highest)
