@@ -244,6 +244,8 @@ protected:
     /// What a cell is called in messages and steps, by its headers: "Name 3".
     CString cellTitle(int row, int column);
     int hasFocus() const { return GetFocus() == this; }
+    /// Whether rows are being sorted or searched, which Escape ends.
+    int isWorking() const;
     const TableGrid& grid() const { return grid_; }
     /// Draws the text of a cell in its rectangle, in the colour that the dc has, with "..." where
     /// it does not fit; `right` non-zero puts it at the right. Leaves room for the mark of cells

@@ -172,4 +172,6 @@ void ATableWnd::Tasks::windowGoes()
 
 void ATableWnd::showState(const CString& text) { tasks_->showLine(text); }
 
+int ATableWnd::isWorking() const { return tasks_->now() != nullptr; }
+
 }  // namespace pavane

@@ -156,6 +156,11 @@ void AObservationTbl::showRecords(int stay)
         if (isMarked(i))
             marks.set(now(i + 1) - 1);
     ASelectRect selection = getSelectRect();
+    const SortedBy by = stay ? sortedBy() : SortedBy{};
+    if (!stay)
+        (void)SortRows({});
+    if (watch.gone())
+        return;
     const int onOneRow = selection.anchorRow == selection.endRow;
     const int focus = onOneRow ? now(recordOf(selection.anchorRow)) : 0;
     setRows(count);
@@ -170,6 +175,9 @@ void AObservationTbl::showRecords(int stay)
     if (focus > 0)
         selection.anchorRow = selection.endRow = rowOf(focus);
     ReConstruct(selection);
+    // what counts the visibilities has other numbers now
+    if (!watch.gone() && by.column > 0)
+        (void)SortRows(by);
 }
 
 // --- filling
@@ -237,7 +245,7 @@ void AObservationTbl::OnFilling()
 void AObservationTbl::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
     // a dialog stays open: the key was for the reading
-    if (key == VK_ESCAPE && isFilling())
+    if (key == VK_ESCAPE && isFilling() && !isWorking())
         return StopFilling();
     AMarkTable::OnKeyDown(key, repeat, flags);
 }

@@ -104,6 +104,7 @@ TEST(ObservationTables, AreFilledWhileTheWindowLives)
     table.ToggleMark(0);
     ASelectRect focus{1, 4, 1, 4};
     table.SetSelectRect(focus);
+    EXPECT_TRUE(table.SortRows({5, SortDirection::falling}));
 
     (void)SetMenuAnswer(noteMenu);
     (void)table.SendMessage(WM_KEYDOWN, VK_ESCAPE, 1);
@@ -123,12 +124,13 @@ TEST(ObservationTables, AreFilledWhileTheWindowLives)
     EXPECT_EQ(menuTexts.find("reading"), CString::npos);
     (void)SetMenuAnswer(nullptr);
 
-    // the marked baseline, which has the focus, is the last one now
+    // the marked baseline, which has the focus, is the last record now and has most visibilities
     ASSERT_EQ(table.rows(), 3);
     EXPECT_EQ(table.hdrCellAsStr(0, 0, nullptr), "");
     EXPECT_TRUE(table.isMarked(2) && table.markedCount() == 1);
-    EXPECT_EQ(table.getSelectRect().anchorRow, 3);
-    EXPECT_EQ(table.cellAsStr(3, 8, nullptr), "marked");
+    EXPECT_EQ(table.recordOf(1), 3);
+    EXPECT_EQ(table.getSelectRect().anchorRow, 1);
+    EXPECT_EQ(table.cellAsStr(1, 8, nullptr), "marked");
 }
 
 TEST(ObservationTables, SurviveTheirObservation)
