@@ -1,6 +1,7 @@
 // The stations of an array in a table: names and diameters can be edited, the mount is chosen from
-// a list. With a folder as argument it selects some cells, saves what the window shows as
-// table-window.png and a page of it as table-page.pdf there, and ends.
+// a list, a click on a header sorts. With a folder as argument it sorts by diameter, selects some
+// cells, saves what the window shows as table-window.png and a page of it as table-page.pdf there,
+// and ends.
 
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/windows/picture_export.h"
@@ -57,12 +58,13 @@ public:
             {5, colChars},  {22, colChars | colEdit}, {13, colChars},           {13, colChars},
             {13, colChars}, {16, colChars | colEdit}, {18, colChars | colCombo}};
         setColumnPar(columns, static_cast<long>(std::size(columns)));
-        setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect);
+        setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect | optSort |
+                   optSizeColumns);
         setRows(static_cast<long>(data_.size()));
     }
     CString hdrCellAsStr(int row, int column, void*) override
     {
-        return row == 0 ? titles[column] : std::to_string(row);
+        return row == 0 ? titles[column] : std::to_string(recordOf(row));
     }
     CString cellAsStr(int row, int column, void*) override
     {
@@ -127,7 +129,7 @@ private:
                : column == zColumn ? s.z
                                    : s.diameter;
     }
-    Station& at(int row) { return data_[static_cast<std::size_t>(row) - 1]; }
+    Station& at(int row) { return data_[static_cast<std::size_t>(recordOf(row)) - 1]; }
 
     std::vector<Station> data_ = stations();
 };
@@ -169,6 +171,7 @@ int main(int argc, char** argv)
         table.SetFocus();
         if (argc > 1) {
             ASelectRect cells{5, 5, 3, 2};
+            (void)table.SortRows({diameterColumn, SortDirection::falling});
             table.ReConstruct(cells);
             result = !save(table, argv[1]);
         } else {

@@ -28,9 +28,9 @@ inline constexpr const char* notFoundInTable = "The table has no such text: ";
 inline constexpr const char* searchFromStart = "The search went on from the start of the table.";
 inline constexpr const char* searchFromEnd = "The search went on from the end of the table.";
 inline constexpr const char* goToRowTitle = "Go to row";
-inline constexpr const char* goToRowLabel = "&Row";
+inline constexpr const char* goToRowLabel = "Row";
 inline constexpr const char* columnWidthTitle = "Column width";
-inline constexpr const char* columnWidthLabel = "&Width in pixels";
+inline constexpr const char* columnWidthLabel = "Width in pixels";
 inline constexpr const char* numberIsOneOf = "This must be a whole number from ";
 
 }  // namespace pavane

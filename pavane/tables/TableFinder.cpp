@@ -74,8 +74,15 @@ void ATableWnd::Finder::show(const TableSearch& search)
         return (void)AfxMessageBox(notFoundInTable + what_.text, MB_OK | MB_ICONINFORMATION);
     if (!table_.hideEditors() || watch.gone())
         return;
-    if (table_.takeSelection(oneCell(cell), cell) && search.wrapped())
+    if (!table_.takeSelection(oneCell(cell), cell))
+        return;
+    if (search.wrapped())
         table_.tasks_->say(what_.backward ? searchFromEnd : searchFromStart);
+    if (watch.gone() || !dialog_)
+        return;
+    CRect place = table_.cellRect(cell.row, cell.column);
+    table_.ClientToScreen(place);
+    dialog_->uncover(place);
 }
 
 void ATableWnd::Finder::goToRow()

@@ -3,6 +3,7 @@
 #include "pavane/resources/table_messages.h"
 #include "pavane/tables/ATableWnd.h"
 #include "platform/controls.h"
+#include "platform/screens.h"
 #include "tessel/value_text.h"
 
 namespace pavane
@@ -29,6 +30,28 @@ void TableFindDlg::show(const FindWhat& what)
     if (auto* const field = dynamic_cast<CEdit*>(GetDlgItem(IDC_TABLE_FIND_TEXT))) {
         field->SetFocus();
         field->SetSel(0, -1);
+    }
+}
+
+void TableFindDlg::uncover(const CRect& place)
+{
+    constexpr int gap = 40;  // its frame and title stand out of what it tells
+    CRect here;
+    CRect common;
+    GetClientRect(here);
+    ClientToScreen(here);
+    if (!IsWindowVisible() || !common.IntersectRect(here, place))
+        return;
+    for (const CRect& screen : GetScreenRects()) {
+        if (!screen.PtInRect(place.CenterPoint()))
+            continue;
+        const int below = place.bottom + gap;
+        const int above = place.top - gap - here.Height();
+        const int top = below + here.Height() <= screen.bottom ? below : above;
+        if (top < screen.top)
+            return;
+        here.OffsetRect(0, top - here.top);
+        return (void)MoveWindow(here);
     }
 }
 

@@ -15,6 +15,8 @@ public:
     explicit TableFindDlg(ATableWnd& table);
     /// Comes to the front, with what was looked for last.
     void show(const FindWhat& what);
+    /// Moves away from a rectangle of the screen that it covers, when there is room.
+    void uncover(const CRect& place);
 
 protected:
     void OnOK() override { find(0); }

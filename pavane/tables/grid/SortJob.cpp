@@ -78,8 +78,12 @@ WorkState SortJob::stepWithMemory(TableValues& values)
 
 WorkState SortJob::collect(TableValues& values)
 {
-    if (at_ == 0)
+    if (at_ == 0) {
         keys_.reserve(rows_);
+        rowsOfRecords_.reserve(rows_);
+        texts_.reserve(rows_ / cellsAtOnce + 1);
+    }
+    texts_.emplace_back();
     for (const std::size_t end = std::min(at_ + cellsAtOnce, rows_); at_ < end; ++at_) {
         const TableCell cell{static_cast<int>(at_) + 1, by_.column};
         Key key{0, static_cast<std::uint32_t>(at_), Kind::last};
@@ -95,9 +99,10 @@ WorkState SortJob::collect(TableValues& values)
                 return WorkState::gone;
             addText(key, cell_);
         }
-        if (!ends_.empty())
-            ends_.push_back(texts_.size());
+        if (!ends_.empty() && ends_.size() == at_)
+            ends_.push_back(texts_.back().size());
         keys_.push_back(key);
+        rowsOfRecords_.push_back(0);
     }
     if (at_ == rows_) {
         at_ = 0;
@@ -111,19 +116,20 @@ void SortJob::addText(Key& key, const CString& text)
     if (text.find_first_not_of(' ') == CString::npos)
         return;
     if (ends_.empty()) {
-        ends_.reserve(rows_ + 1);
-        ends_.resize(at_ + 1, 0);
+        ends_.reserve(rows_);
+        ends_.resize(at_, 0);
     }
     const CString folded = smallLetters(text);
     key.kind = Kind::text;
     key.key = prefixOf(folded);
-    texts_ += folded;
+    texts_.back() += folded;
+    ends_.push_back(texts_.back().size());
 }
 
 std::string_view SortJob::textOf(const Key& key) const
 {
-    const std::size_t begin = ends_[key.row];
-    return {texts_.data() + begin, ends_[key.row + std::size_t{1}] - begin};
+    const std::size_t begin = key.row % cellsAtOnce ? ends_[key.row - std::size_t{1}] : 0;
+    return {texts_[key.row / cellsAtOnce].data() + begin, ends_[key.row] - begin};
 }
 
 bool SortJob::isBefore(const Key& a, const Key& b) const
@@ -155,7 +161,7 @@ void SortJob::sortRun()
     width_ = rowsAtOnce;
     phase_ = passes_ ? Phase::merge : Phase::place;
     if (passes_) {
-        merged_.resize(rows_);
+        merged_.reserve(rows_);
         beginPair();
     }
 }
@@ -173,7 +179,11 @@ void SortJob::mergePiece()
     for (const std::size_t end = std::min(at_ + rowsAtOnce, rightEnd_); at_ < end; ++at_) {
         const bool fromRight =
             left_ == leftEnd_ || (right_ < rightEnd_ && isBefore(keys_[right_], keys_[left_]));
-        merged_[at_] = keys_[fromRight ? right_++ : left_++];
+        const Key& next = keys_[fromRight ? right_++ : left_++];
+        if (at_ == merged_.size())
+            merged_.push_back(next);
+        else
+            merged_[at_] = next;
     }
     if (at_ < rightEnd_)
         return;
@@ -191,11 +201,10 @@ void SortJob::mergePiece()
 
 void SortJob::place()
 {
-    records_.resize(rows_);
-    rowsOfRecords_.resize(rows_);
+    records_.reserve(rows_);
     for (const std::size_t end = std::min(at_ + rowsAtOnce, rows_); at_ < end; ++at_) {
         const int record = shown_.recordOf(static_cast<int>(keys_[at_].row) + 1);
-        records_[at_] = record;
+        records_.push_back(record);
         rowsOfRecords_[static_cast<std::size_t>(record) - 1] = static_cast<int>(at_) + 1;
     }
     if (at_ == rows_)

@@ -60,8 +60,9 @@ private:
     Phase phase_ = Phase::collect;
     int failed_ = 0;
     CString cell_;
-    CString texts_;                  ///< small letters, one behind the other
-    std::vector<std::size_t> ends_;  ///< of the text of each row; empty while there is none
+    // The memory grows by the piece: large blocks that are cleared or moved at once would be felt.
+    std::vector<CString> texts_;     ///< of each piece of rows, in small letters, end to end
+    std::vector<std::size_t> ends_;  ///< of the text of each row there; empty while there is none
     std::vector<Key> keys_;
     std::vector<Key> merged_;
     std::size_t at_ = 0;     ///< rows done in this phase
