@@ -46,7 +46,10 @@ AObservationTbl::~AObservationTbl()
 }
 
 const char* AObservationTbl::GetWndClassName() { return "AObservationTbl"; }
-CString AObservationTbl::profileSection() { return uvTableLook(table_).title; }
+CString AObservationTbl::profileSection()
+{
+    return CString("Table of ") + uvTableLook(table_).name;
+}
 
 int AObservationTbl::PreCreateWindow(CREATESTRUCT& cs)
 {

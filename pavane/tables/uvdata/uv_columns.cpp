@@ -103,7 +103,7 @@ CString lengthText(double length)
     return text;
 }
 
-CString knownText(double value) { return std::isnan(value) ? CString() : valToStr(value); }
+CString knownText(double value) { return std::isfinite(value) ? valToStr(value) : CString(); }
 
 constexpr auto value = &StoredNumber::value;
 
@@ -142,13 +142,16 @@ UvColumn stored(const char* title, int width, const char* tip)
             }};
 }
 
-/// A number of which `textOf` makes the text.
+/// A number of which `textOf` makes the text; none where it is not finite.
 template <auto textOf, auto... of>
 UvColumn worded(const char* title, int width, const char* tip)
 {
     return {title, tip, width,
             [](const Data& d, int row) -> CString { return textOf(valueOf<of...>(d, row)); },
-            [](const Data& d, int row) -> double { return valueOf<of...>(d, row); }};
+            [](const Data& d, int row) -> double {
+                const double number = valueOf<of...>(d, row);
+                return std::isfinite(number) ? number : std::numeric_limits<double>::quiet_NaN();
+            }};
 }
 
 using Tlsc = AUVXTlscItem;

@@ -90,21 +90,32 @@ TEST(UvObservation, whatTheFileLacks)
 
 TEST(UvObservation, hostileNames)
 {
-    // a name of a megabyte, one of tabs, line ends and what follows a zero byte
+    // a name of a megabyte, one of tabs, line ends and what follows a zero byte; no places
     const std::size_t size = 1 << 20;
-    std::string data = std::string(size, 'x') + bigEndian(std::uint64_t(1), 4) + "a\tb\nc" +
-                       std::string(1, '\0') + std::string(size - 6, 'y') +
-                       bigEndian(std::uint64_t(2), 4);
-    const std::string file =
-        saved("uvdata.uvfits",
-              groupsHdu(manyGroups(3)) +
-                  tableHdu("AIPS AN", {{"ANNAME", std::to_string(size) + "A"}, {"NOSTA", "1J"}},
-                           int(size) + 4, 2, data));
+    const auto place = [](std::uint64_t bits) {
+        return bigEndian(bits, 8) + bigEndian(std::uint64_t(0), 8) + bigEndian(bits, 8);
+    };
+    const std::string data = std::string(size, 'x') + bigEndian(std::uint64_t(1), 4) +
+                             place(0x7ff8000000000000) + "a\tb\nc" + std::string(1, '\0') +
+                             std::string(size - 6, 'y') + bigEndian(std::uint64_t(2), 4) +
+                             place(0x7ff0000000000000);
+    const std::string file = saved(
+        "uvdata.uvfits",
+        groupsHdu(manyGroups(3)) +
+            tableHdu("AIPS AN",
+                     {{"ANNAME", std::to_string(size) + "A"}, {"NOSTA", "1J"}, {"STABXYZ", "3D"}},
+                     int(size) + 28, 2, data));
     UvObservation of;
     std::string error;
     ASSERT_TRUE(of.open(file, error)) << error;
     ASSERT_EQ(of.rows(UvTable::telescopes), 2);
     EXPECT_EQ(of.text(UvTable::telescopes, 2, 1), "a?b?c");
+    EXPECT_EQ(of.text(UvTable::telescopes, 1, 4) + of.text(UvTable::telescopes, 2, 4), "inf");
+    while (of.step()) {
+    }
+    double value = 0;
+    EXPECT_EQ(of.text(UvTable::baselines, 1, 4), "");
+    EXPECT_FALSE(of.number(UvTable::baselines, 1, 4, value));
     const std::string text = textOf(of, UvTable::telescopes);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\t'), 3 * of.columns(UvTable::telescopes));
