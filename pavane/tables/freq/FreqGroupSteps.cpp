@@ -260,6 +260,12 @@ void FreqGroupSteps::removeView(FreqGroupView* view)
         active_ = nullptr;
 }
 
+void FreqGroupSteps::setActive(FreqGroupView* view)
+{
+    active_ = view;
+    tell([](FreqGroupView& each) { each.ActiveChanged(); });
+}
+
 void FreqGroupSteps::chooseGroup(int group, FreqGroupView* by)
 {
     tell([&](FreqGroupView& view) {

@@ -30,6 +30,8 @@ public:
     virtual void GroupsChanged(const FreqGroupNews& news) = 0;
     virtual void GroupChosen(int group) { (void)group; }
     virtual void SelectionChosen(int selection) { (void)selection; }
+    /// The user works in another view now.
+    virtual void ActiveChanged() {}
 };
 
 /// The edits of frequency groups with one history for all windows that show them. Groups, IFs and
@@ -76,7 +78,7 @@ public:
     void chooseSelection(int selection, FreqGroupView* by);
     /// The view that the user works in; null before there is one.
     FreqGroupView* active() const { return active_; }
-    void setActive(FreqGroupView* view) { active_ = view; }
+    void setActive(FreqGroupView* view);
 
 private:
     /// Groups, marked IFs and marked selections in their stored forms.

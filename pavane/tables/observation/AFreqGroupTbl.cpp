@@ -92,23 +92,19 @@ void AFreqGroupTbl::ChangeFreqID(int selection)
 
 // --- marks and groups
 
-void AFreqGroupTbl::SetMark(const ABitArray& marks)
+/// Marks that a host sets come here only; they are no step of undo.
+void AFreqGroupTbl::MarksChanged(int first, int last)
 {
-    const auto shared = steps().shared_from_this();
-    shared->SetMarked(marks);
+    const TableWatch watch(*this);
+    if (!(GetMark() == steps().edit().marked()))
+        steps().SetMarked(GetMark());
+    if (!watch.gone())
+        FreqTable::MarksChanged(first, last);
 }
 
 int AFreqGroupTbl::takeMarks(const ABitArray& marks, const CString& label)
 {
     return steps().mark(marks, label);
-}
-
-int AFreqGroupTbl::AddFreqGroup()
-{
-    // marks that a host set without this table's knowledge
-    if (!(GetMark() == steps().edit().marked()))
-        steps().SetMarked(GetMark());
-    return addMarked();
 }
 
 int AFreqGroupTbl::groupOfCell(int, int column) { return at(first_, column - 1); }
@@ -127,6 +123,29 @@ void AFreqGroupTbl::sendSelectionChange(ASelectRect& next, ASelectRect& previous
 }
 
 // --- texts and painting
+
+CString AFreqGroupTbl::groupsText(int ifIndex) const
+{
+    const AFreqGroupArray* const groups = steps().groups();
+    CString text;
+    for (int g = 0; groups && g < groups->count(); ++g)
+        if ((*groups)(g).get(ifIndex))
+            text += (text.empty() ? "Frequency group #" : ", #") + std::to_string(g + 1);
+    return text.empty() ? "in no frequency group" : text;
+}
+
+CString AFreqGroupTbl::describeItem(int item)
+{
+    return FreqTable::describeItem(item) + ", " + groupsText(item);
+}
+
+CString AFreqGroupTbl::OnToolTip(CPoint point)
+{
+    const TableCell cell = grid().cellAt(point);
+    const bool isTitle = cell.row == 0 && itemOf(cell.row, cell.column) >= 0;
+    return isTitle && cellRect(cell.row, cell.column).PtInRect(point) ? groupsText(cell.column - 1)
+                                                                      : FreqTable::OnToolTip(point);
+}
 
 CString AFreqGroupTbl::hdrCellAsStr(int row, int column, void*)
 {

@@ -15,11 +15,9 @@ class PAVANE_API AFreqGroupTbl : public FreqTable
 public:
     AFreqGroupTbl();
 
-    /// Marks that a host sets; no step of undo.
-    void SetMark(const ABitArray& marks);
     /// Makes the marked IFs a group in its place. The number of groups less 1; -1 and nothing
     /// changed when none is marked, or when there are gaps between them, of which the user is told.
-    int AddFreqGroup();
+    int AddFreqGroup() { return addMarked(); }
     /// 0 for a group that does not exist.
     int DeleteFreqGroup(int group) { return steps().remove(group); }
     void DeleteAllFreqGroup() { (void)steps().removeAll(); }
@@ -44,10 +42,14 @@ public:
     CString cellAsStr(int row, int column, void* context) override;
     void drawCell(CDC& dc, CRect& rect, int row, int column, int state) override;
     void sendSelectionChange(ASelectRect& next, ASelectRect& previous) override;
+    /// Its groups, too.
+    CString describeItem(int item) override;
+    CString OnToolTip(CPoint point) override;
 
 protected:
     int groupOfCell(int row, int column) override;
     int takeMarks(const ABitArray& marks, const CString& label) override;
+    void MarksChanged(int first, int last) override;
     void GroupsChanged(const FreqGroupNews& news) override;
     void GroupChosen(int group) override;
     void SelectionChosen(int selection) override { ChangeFreqID(selection); }
@@ -55,6 +57,7 @@ protected:
 private:
     void makeColumns();
     void learnGroups();
+    CString groupsText(int ifIndex) const;
 
     int selection_ = 0;
     std::vector<int> first_;   ///< the first group of each IF, -1 for none

@@ -61,7 +61,7 @@ int AFreqGroupsWnd::OnCreate(CREATESTRUCT& cs)
     makeButtons();
     makeTables();
     layOut();
-    showState();
+    showNow();
     return 0;
 }
 
@@ -194,6 +194,19 @@ FreqTable& AFreqGroupsWnd::ActiveTable()
     return groupTbl_;
 }
 
+int AFreqGroupsWnd::FocusNextTable(int back)
+{
+    // as they are seen, from the top
+    FreqTable* const tables[] = {&idTbl_, &groupTbl_, &infoTbl_};
+    const int first = idTbl_.IsWindowVisible() ? 0 : 1;
+    int at = &ActiveTable() == tables[0] ? 0 : &ActiveTable() == tables[1] ? 1 : 2;
+    at += back ? -1 : 1;
+    if (at < first || at > 2)
+        return 0;
+    tables[at]->SetFocus();
+    return 1;
+}
+
 void AFreqGroupsWnd::OnSetFocus(CWnd*) { ActiveTable().SetFocus(); }
 
 int AFreqGroupsWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
@@ -220,7 +233,7 @@ int AFreqGroupsWnd::IsValidClose(int ask)
 
 // --- what has changed
 
-void AFreqGroupsWnd::showState()
+void AFreqGroupsWnd::showNow()
 {
     if (!status_.GetSafeHwnd())
         return;
@@ -245,12 +258,10 @@ void AFreqGroupsWnd::GroupsChanged(const FreqGroupNews& news)
         return;
     if (news.other)
         layOut();
-    showState();
+    showNow();
     if (CWnd* const parent = FromHandle(self) == this ? GetParent() : nullptr)
         (void)parent->SendMessage(WM_COMMAND, (GetDlgCtrlID() & 0xFFFF) | WPARAM{MTN_GROUPS} << 16,
                                   static_cast<LPARAM>(self));
 }
-
-void AFreqGroupsWnd::GroupChosen(int) { showState(); }
 
 }  // namespace pavane

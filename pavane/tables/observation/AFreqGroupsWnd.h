@@ -53,6 +53,9 @@ public:
     AFreqIDTbl& IDTbl() { return idTbl_; }
     /// The table that the user works in: the one that has, or had, the focus.
     FreqTable& ActiveTable();
+    /// Gives the focus to the next table, or the one before; 0 at the last, or the first, so that
+    /// a program goes on with other parts of its window.
+    int FocusNextTable(int back);
 
     const char* GetWndClassName() override;
     void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
@@ -65,11 +68,12 @@ protected:
 
 private:
     void GroupsChanged(const FreqGroupNews& news) override;
-    void GroupChosen(int group) override;
+    void GroupChosen(int) override { showNow(); }
+    void ActiveChanged() override { showNow(); }
     void makeTables();
     void makeButtons();
     void layOut();
-    void showState();
+    void showNow();
     int lineHeight();
 
     std::shared_ptr<FreqGroupSteps> steps_;

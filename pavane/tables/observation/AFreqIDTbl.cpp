@@ -44,6 +44,15 @@ int AFreqIDTbl::takeMarks(const ABitArray& marks, const CString& label)
     return steps().markSelections(marks, label);
 }
 
+/// Marks that a host sets come here only; they are no step of undo.
+void AFreqIDTbl::MarksChanged(int first, int last)
+{
+    if (AFreqGroupArray* const groups = steps().groups();
+        groups && groups->GetFqIDMark().count() == markCount())
+        groups->GetFqIDMark() = GetMark();
+    FreqTable::MarksChanged(first, last);
+}
+
 void AFreqIDTbl::GroupsChanged(const FreqGroupNews& news)
 {
     const TableWatch watch(*this);

@@ -20,6 +20,7 @@ public:
 protected:
     int groupOfCell(int, int) override { return -1; }
     int takeMarks(const ABitArray& marks, const CString& label) override;
+    void MarksChanged(int first, int last) override;
     void GroupsChanged(const FreqGroupNews& news) override;
 };
 

@@ -1,5 +1,6 @@
 #include "pavane/tables/observation/AMarkTable.h"
 
+#include "pavane/tables/observation/mark_access.h"
 #include "pavane/tables/observation/mark_box.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/CDC.h"
@@ -39,6 +40,13 @@ void AMarkTable::SetMark(const ABitArray& marks)
 
 int AMarkTable::isTextRight(int) { return 0; }
 
+AccessSource* AMarkTable::GetAccess()
+{
+    if (!access_)
+        access_ = std::make_unique<MarkAccess>(*this);
+    return access_.get();
+}
+
 // --- items
 
 int AMarkTable::itemOf(int row, int column) const
@@ -49,7 +57,6 @@ int AMarkTable::itemOf(int row, int column) const
     return item < markCount() ? item : -1;
 }
 
-/// Whether the box of an item stands in the cell.
 int AMarkTable::hasBox(int row, int column) const
 {
     const int place = items_ == MarkItems::columns ? row == 0 : column == markColumn_;
@@ -57,6 +64,8 @@ int AMarkTable::hasBox(int row, int column) const
 }
 
 CString AMarkTable::markText(int item) const { return isMarked(item) ? "marked" : ""; }
+
+CString AMarkTable::describeItem(int item) { return isMarked(item) ? "marked" : "not marked"; }
 
 CString AMarkTable::markCountText() const
 {
@@ -114,6 +123,10 @@ void AMarkTable::MarksChanged(int first, int last)
         InvalidateRect(cell);
     else
         InvalidateRect({cell.left, 0, cell.right, all.bottom});
+    if (access_)
+        access_->tellMarks(first, last);
+    if (watch.gone())
+        return;
     if (CWnd* const parent = GetSafeHwnd() ? GetParent() : nullptr)
         (void)parent->SendMessage(WM_COMMAND, (GetDlgCtrlID() & 0xFFFF) | WPARAM{MTN_MARKS} << 16,
                                   static_cast<LPARAM>(GetSafeHwnd()));
@@ -168,6 +181,16 @@ int AMarkTable::cmInvertMarks()
 
 int AMarkTable::canUndo() { return history_.canUndo() || ATableWnd::canUndo(); }
 int AMarkTable::canRedo() { return history_.canRedo() || ATableWnd::canRedo(); }
+
+CString AMarkTable::undoLabel()
+{
+    return history_.canUndo() ? CString(history_.undoLabel()) : ATableWnd::undoLabel();
+}
+
+CString AMarkTable::redoLabel()
+{
+    return history_.canRedo() ? CString(history_.redoLabel()) : ATableWnd::redoLabel();
+}
 
 int AMarkTable::Undo()
 {

@@ -5,9 +5,12 @@
 #include "pavane/tables/freq/MarkHistory.h"
 
 #include <cstdint>
+#include <memory>
 
 namespace pavane
 {
+
+class MarkAccess;
 
 /// What of a table can be marked.
 enum class MarkItems : std::uint8_t {
@@ -61,7 +64,10 @@ public:
     CString markText(int item) const;
     /// The item of a cell, -1 for none.
     int itemOf(int row, int column) const;
+    /// Whether the box of an item stands in the cell.
+    int hasBox(int row, int column) const;
 
+    AccessSource* GetAccess() override;
     const char* GetWndClassName() override;
     int GetMenuID() override;
     void amMenuParse(CMenu* popup) override;
@@ -73,9 +79,13 @@ public:
     int canRedo() override;
     int Undo() override;
     int Redo() override;
+    CString undoLabel() override;
+    CString redoLabel() override;
     int RunTableCommand(unsigned id) override;
     /// Whether the texts of a column stand at the right, as numbers do. The base: none.
     virtual int isTextRight(int column);
+    /// What a screen reader says of an item beside its name: "marked" or "not marked".
+    virtual CString describeItem(int item);
 
 protected:
     /// Takes other marks as one step of undo; non-zero when one changed. Heirs with a history of
@@ -92,7 +102,6 @@ protected:
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
 
 private:
-    int hasBox(int row, int column) const;
     int boxAt(CPoint point) const;
     ABitArray selectedItems() const;
     void takeBack(const ABitArray& marks);
@@ -100,6 +109,7 @@ private:
     MarkItems items_;
     int markColumn_;
     MarkHistory history_;
+    std::unique_ptr<MarkAccess> access_;
 };
 
 }  // namespace pavane

@@ -58,8 +58,10 @@ COLORREF FreqTable::GetGroupBkColor(int group)
 {
     // that of the desktop, or of paper while it prints
     const COLORREF window = ATableWnd::GetCellBkColor(1, 1, 0);
-    const int dark = ContrastRatio(window, RGB(255, 255, 255)) > ContrastRatio(window, 0);
-    return group < 0 ? window : groupColor(group, dark);
+    if (window != window_)
+        dark_ = ContrastRatio(window, RGB(255, 255, 255)) > ContrastRatio(window, 0);
+    window_ = window;
+    return group < 0 ? window : groupColor(group, dark_);
 }
 
 COLORREF FreqTable::GetGroupTextColor(int group)

@@ -36,6 +36,8 @@ public:
     int canRedo() override { return steps_->canRedo(); }
     int Undo() override;
     int Redo() override;
+    CString undoLabel() override { return CString(steps_->undoLabel()); }
+    CString redoLabel() override { return CString(steps_->redoLabel()); }
     void amMenuParse(CMenu* popup) override;
     int RunTableCommand(unsigned id) override;
     COLORREF GetCellBkColor(int row, int column, int state) override;
@@ -63,6 +65,8 @@ protected:
 
 private:
     std::shared_ptr<FreqGroupSteps> steps_;
+    COLORREF window_ = CLR_INVALID;  ///< the ground of the window
+    int dark_ = 0;                   ///< whether that is dark
 };
 
 }  // namespace pavane

@@ -86,7 +86,7 @@ struct ShownGroups {
         pavane::ABitArray bits(static_cast<int>(marks.size()));
         for (int i = 0; i < bits.count(); ++i)
             bits.set(i, marks[static_cast<std::size_t>(i)] == '1');
-        window.GroupTbl().SetMark(bits);
+        static_cast<pavane::ABMarkTable&>(window.GroupTbl()).SetMark(bits);
     }
     static void key(pavane::CWnd& table, int code, unsigned held = 0)
     {

@@ -132,7 +132,7 @@ TEST(FreqGroupsRandom, AreThoseOfAPlainModelAndAllOfItIsUndone)
         plain.marks.assign(static_cast<std::size_t>(ifs), '0');
         plain.fixedStep(1);
         std::vector<std::string> states{plain.state()};
-        for (int n = 0; n < 400; ++n) {
+        for (int n = 0; n < 250; ++n) {
             ShownGroups::message.clear();
             plain.fault.clear();
             doSomething(shown, plain, random);

@@ -131,6 +131,10 @@ TEST(FreqGroupsWindow, ItsTablesFollowEachOther)
     EXPECT_EQ(table.getSelectRect().anchorColumn, 7);  // scrolled, not selected
     shown.window.IDTbl().SetFocus();
     EXPECT_EQ(&shown.window.ActiveTable(), &shown.window.IDTbl());
+    EXPECT_FALSE(shown.window.FocusNextTable(1));
+    EXPECT_TRUE(shown.window.FocusNextTable(0) && shown.window.FocusNextTable(0));
+    EXPECT_EQ(&shown.window.ActiveTable(), &shown.window.InfoTbl());
+    EXPECT_FALSE(shown.window.FocusNextTable(0));
     EXPECT_TRUE(shown.window.IDTbl().ToggleMark(1));
     EXPECT_FALSE(shown.groups.GetFqIDMark().get(1));
     EXPECT_EQ(shown.window.UndoLabel(), "Unmark");
@@ -143,6 +147,9 @@ TEST(FreqGroupsWindow, ItsTablesFollowEachOther)
     shown.window.SendMessage(WM_COMMAND, ID_FREQ_DELETE_GROUP);
     EXPECT_EQ(shown.groups.count(), 29);
     EXPECT_EQ(table.GetGroupNumber(6), -1);
+    EXPECT_EQ(table.describeItem(6), "not marked, in no frequency group");
+    shown.groups(1).set(0);
+    EXPECT_EQ(table.describeItem(0), "not marked, Frequency group #1, #2");
     // what neighbours look like, and IFs that no group has
     const auto ground = [&](int column) { return table.GetCellBkColor(1, column, 0); };
     for (int c = 1; c < 30; ++c)

@@ -1,5 +1,6 @@
 #include "pavane/tables/observation/AMarkTable.h"
 #include "pavane/tables/observation/mark_box.h"
+#include "pavane/tables/table_access.h"
 #include "platform/CMenu.h"
 #include "platform/controls.h"
 
@@ -136,6 +137,32 @@ TEST(MarkTable, MarksByDoubleClicksOnHeadersAndLeavesOthersAlone)
     EXPECT_EQ(rows.marks(), "0010");
     rows.mouse(WM_LBUTTONDOWN, {40, 190});  // below the rows
     EXPECT_EQ(rows.marks(), "0010");
+}
+
+TEST(MarkTable, TellsScreenReadersWhatIsMarked)
+{
+    const struct {
+        MarkItems items;
+        int column;
+        TableCell box, other;
+    } cases[] = {{MarkItems::rows, 0, {2, 0}, {2, 1}},
+                 {MarkItems::rows, 4, {2, 4}, {2, 0}},
+                 {MarkItems::columns, 0, {0, 2}, {2, 2}}};
+    for (const auto& c : cases) {
+        MarkedTable table(c.items, c.column);
+        table.make();
+        EXPECT_TRUE(table.ToggleMark(1));
+        const AccessSource* const source = table.GetAccess();
+        AccessPart part;
+        for (const int marked : {1, 0}) {
+            ASSERT_TRUE(source->GetAccessPart(TableAccess::idOf(c.box), part));
+            EXPECT_EQ((part.state & STATE_SYSTEM_CHECKED) != 0, marked);
+            EXPECT_EQ(part.description, marked ? "marked" : "not marked");
+            ASSERT_TRUE(source->GetAccessPart(TableAccess::idOf(c.other), part));
+            EXPECT_FALSE(part.state & STATE_SYSTEM_CHECKED);
+            EXPECT_TRUE(table.ToggleMark(1));
+        }
+    }
 }
 
 TEST(MarkTable, TellsItsParent)
