@@ -19,6 +19,7 @@ namespace
 
 constexpr int reach = 3;       // of an edge, pixels to each side
 constexpr int leastFit = 8;    // a column that is fitted can still be grasped
+constexpr int fitAir = 3;      // the line at the edge, and what parts a text from a mark
 constexpr int widest = 32767;  // pixels
 constexpr int rowsBeyond = 1000;
 constexpr std::size_t longestMeasured = 16384;  // bytes; wider than a column can be
@@ -143,7 +144,7 @@ std::int64_t ATableWnd::Sizer::neededBy(int column)
         if (text.size() > longestMeasured)
             text.resize(longestMeasured);
         width = std::max<std::int64_t>(width, dc.GetTextExtent(text).cx +
-                                                  table_.textMargins(row, column) + 1);
+                                                  table_.textMargins(row, column) + fitAir);
         return true;
     };
     if (table_.grid_.headerRow() && !measure(0))

@@ -4,6 +4,7 @@
 #include "pavane/tables/LiveValues.h"
 #include "pavane/tables/table_editors.h"
 #include "pavane/tables/TableTasks.h"
+#include "platform/accessibility.h"
 #include "platform/message.h"
 
 #include <utility>
@@ -98,6 +99,7 @@ void ATableWnd::Sorter::take(RowOrder order, const SortedBy& by)
     by_ = by;
     table_.selection_ = next;
     table_.Invalidate();
+    table_.tellAccess(EVENT_OBJECT_REORDER, {});
     table_.moveEditors();
     if (watch.gone() || next == previous)
         return;
