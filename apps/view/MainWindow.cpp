@@ -12,6 +12,7 @@
 #include "platform/profile.h"
 #include "platform/screens.h"
 #include "tessel/paths.h"
+#include "tessel/uvfits/AUVXFile.h"
 
 #include <algorithm>
 #include <chrono>
@@ -48,7 +49,10 @@ void setUpPointer(TrackerCollection& areas)
 
 }  // namespace
 
-MainWindow::MainWindow() : view_(*this), session_(folderOf(GetProfileFile())), recent_(section) {}
+MainWindow::MainWindow(WindowHost* host)
+    : host_(host), view_(*this), session_(folderOf(GetProfileFile())), recent_(section)
+{
+}
 
 MainWindow::~MainWindow() { DestroyWindow(); }
 
@@ -141,29 +145,13 @@ void MainWindow::setMenu()
 {
     CMenu menu;
     menu.LoadMenu(mainMenu);
-    const auto popupOf = [&menu](unsigned id) -> CMenu* {
-        for (auto& top : menu.lines())
-            for (auto& line : top.popup->lines())
-                if (line.popup && !line.popup->lines().empty() &&
-                    line.popup->lines().front().id == id)
-                    return line.popup.get();
-        return nullptr;
-    };
-    if (CMenu* const recent = popupOf(idNoRecent); recent && !recent_.files().empty()) {
-        recent->DeleteAll();
-        int number = 0;
-        for (const std::string& file : recent_.files()) {
-            ++number;
-            recent->AppendMenu(recentFileLabel(number, file),
-                               idRecent + static_cast<unsigned>(number) - 1);
-        }
-    }
+    recent_.putInto(menu);
     if (palettes_.empty()) {
         const AObjArray<CString> names = PaletteNames();
         for (int i = 0; i < names.count(); ++i)
             palettes_.push_back(names(i));
     }
-    if (CMenu* const palettes = popupOf(idPalette); palettes && !palettes_.empty()) {
+    if (CMenu* const palettes = popupOf(menu, idPalette); palettes && !palettes_.empty()) {
         palettes->DeleteAll();
         for (std::size_t i = 0; i < palettes_.size(); ++i)
             palettes->AppendMenu(palettes_[i], idPalette + static_cast<unsigned>(i));
@@ -180,6 +168,8 @@ AreaPlace MainWindow::place() const
 
 int MainWindow::OpenMap(const std::string& file, int plane)
 {
+    if (host_ && holdsVisibilities(file))
+        return host_->openWindow(file);
     if (!MayLeaveAreas())
         return 0;
     auto opened = std::make_unique<MapDocument>();
@@ -206,6 +196,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     status_.Reset();
     table_.SetUnits(map_->format().offsetUnit(), map_->format().offsetUnit());
     table_.Refresh();
+    recent_.load();  // other windows add to it
     recent_.add(file);
     setMenu();
     updateTitle();
@@ -256,7 +247,10 @@ void MainWindow::OnDestroy()
     // without OnClose before it the session ends in disorder: leave a copy to come back to
     writeCopy();
     created_ = 0;
-    PostQuitMessage(0);
+    if (host_)
+        host_->windowClosed(*this);
+    else
+        PostQuitMessage(0);
 }
 
 void MainWindow::OnTimer(unsigned id)

@@ -6,6 +6,7 @@
 #include "apps/view/options.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
+#include "apps/view/WindowHost.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
 #include "pavane/axes/windows/ATrackerToolBar.h"
 #include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
@@ -23,7 +24,8 @@ namespace pavane
 class MainWindow : public ATrackToolBarOwnerWnd, private MapWindowOwner
 {
 public:
-    MainWindow();
+    /// Without a host it opens maps only, and the program ends with it.
+    explicit MainWindow(WindowHost* host = nullptr);
     ~MainWindow() override;
 
     /// Makes the window without showing it. `options` are those of the command line. Non-zero on
@@ -102,12 +104,12 @@ private:
     void toggleContours();
     void changeLevels();
     void toggleTable();
-    void about();
 
     // Copies of unsaved areas
     void writeCopy();
     static std::int64_t now();
 
+    WindowHost* host_;
     ViewOptions options_;
     LevelChoice shownLevels_;  ///< kept while contours are off
     std::unique_ptr<MapDocument> map_;

@@ -1,8 +1,9 @@
 // The File menu: maps, areas, masks and pictures.
+#include "apps/view/file_ending.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
-#include "apps/view/picture_file.h"
 #include "apps/view/same_file.h"
+#include "apps/view/save_picture.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/maps/map_titles.h"
 #include "pavane/containers/MemoryFile.h"
@@ -30,22 +31,10 @@ constexpr const char* saveAreaFilter =
     "Areas, nothing lost (*.areas)|*.areas|Polygons of cells (*.cma)|*.cma|"
     "DS9 regions (*.reg)|*.reg|CASA regions (*.crtf)|*.crtf|";
 constexpr const char* maskFilter = "FITS masks (*.fits)|*.fits|";
-constexpr const char* pictureFilter =
-    "Pictures (*.png)|*.png|Pages (*.pdf)|*.pdf|Vector pictures (*.svg)|*.svg|";
-/// Pixels of a PNG for each of the window, to be sharp on paper.
-constexpr int pictureFineness = 2;
-constexpr int leastPicture = 64;
 
 std::string countText(int count, const char* what)
 {
     return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
-
-/// The map's name with another ending, beside the map.
-std::string besideMap(const std::string& map, const std::string& ending)
-{
-    const std::string old = extensionOf(map);
-    return (old.empty() ? map + '.' : map.substr(0, map.size() - old.size())) + ending;
 }
 
 /// "12 minutes ago" and the like.
@@ -129,7 +118,7 @@ void MainWindow::openRecent(std::size_t i)
     }
     recent_.remove(file);
     setMenu();
-    AfxMessageBox(file + ": the map is not there any more", MB_ICONERROR);
+    AfxMessageBox(file + ": the file is not there any more", MB_ICONERROR);
 }
 
 void MainWindow::openAreasCommand()
@@ -243,7 +232,7 @@ int MainWindow::saveAreasCommand()
 int MainWindow::saveAreasAs()
 {
     CString name =
-        session_.file().empty() ? besideMap(map_->file(), "areas") : CString(session_.file());
+        session_.file().empty() ? besideFile(map_->file(), "areas") : CString(session_.file());
     return askName(name, saveAreaFilter, "Save areas", 0, "areas") && saveAreasTo(name);
 }
 
@@ -320,26 +309,10 @@ void MainWindow::savePicture()
 {
     if (!map_)
         return;
-    CString name = besideMap(map_->file(), "png");
-    PictureFormat format = PictureFormat::png;
-    if (!askName(name, pictureFilter, "Save picture", 0, "png") || !mayWrite(name, 0))
-        return;
-    if (!pictureFormatOf(name, format)) {
-        AfxMessageBox(name + ": pictures end in .png, .pdf or .svg", MB_ICONERROR);
-        return;
-    }
-    CRect client;
-    view_.GetClientRect(client);
-    const PictureJob job{mapTitle(map_->inputs().map.header),
-                         std::max(client.Width(), leastPicture),
-                         std::max(client.Height(), leastPicture), pictureFineness,
-                         [&](CDC& dc, const CRect& rect) { view_.DrawPicture(dc, rect); }};
-    std::string error;
-    if (!writePicture(name, format, job, error)) {
-        AfxMessageBox(error, MB_ICONERROR);
-        return;
-    }
-    status_.SetMessage("Saved a picture in " + name);
+    std::string name = besideFile(map_->file(), "png");
+    if (savePictureOf(view_, mapTitle(map_->inputs().map.header), name,
+                      [this](const std::string& file) { return mayWrite(file, 0); }))
+        status_.SetMessage("Saved a picture in " + name);
 }
 
 }  // namespace pavane

@@ -18,4 +18,11 @@ inline std::string fileEnding(const std::string& file)
     return ending;
 }
 
+/// The file's name with another ending, in the same folder.
+inline std::string besideFile(const std::string& file, const std::string& ending)
+{
+    const std::string old = extensionOf(file);
+    return (old.empty() ? file + '.' : file.substr(0, file.size() - old.size())) + ending;
+}
+
 }  // namespace pavane

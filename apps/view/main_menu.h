@@ -8,6 +8,8 @@
 namespace pavane
 {
 
+class CMenu;
+
 /// Commands of the main window's menu beside those of the axis window.
 enum ViewCommand : unsigned {
     idOpenMap = 40001,
@@ -49,8 +51,8 @@ inline constexpr MenuItem scaleItems[] = {
 };
 
 inline constexpr MenuItem fileItems[] = {
-    {"&Open map...\tCtrl+O", idOpenMap, nullptr, 0},
-    {"&Recent maps", 0, recentItems, std::size(recentItems)},
+    {"&Open...\tCtrl+O", idOpenMap, nullptr, 0},
+    {"&Recent files", 0, recentItems, std::size(recentItems)},
     menuLine,
     {"Open &areas...\tCtrl+Shift+O", idOpenAreas, nullptr, 0},
     {"&Save areas\tCtrl+S", idSaveAreas, nullptr, 0},
@@ -104,6 +106,9 @@ inline constexpr MenuItem mainItems[] = {
     {"&View", 0, viewItems, std::size(viewItems)},
     {"&Help", 0, helpItems, std::size(helpItems)},
 };
+
+/// The popup of a menu bar whose first line has the identifier; null for none.
+CMenu* popupOf(CMenu& menu, unsigned id);
 
 inline constexpr unsigned mainMenuId = 40000;
 inline constexpr MenuTemplate mainMenu = {mainMenuId, mainItems, std::size(mainItems)};

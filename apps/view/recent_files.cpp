@@ -1,5 +1,7 @@
 #include "apps/view/recent_files.h"
 
+#include "apps/view/main_menu.h"
+#include "platform/CMenu.h"
 #include "platform/profile.h"
 #include "tessel/paths.h"
 
@@ -93,6 +95,29 @@ void RecentFiles::remove(const std::string& file)
 {
     if (std::erase(files_, absoluteName(file)))
         store();
+}
+
+CMenu* popupOf(CMenu& menu, unsigned id)
+{
+    for (auto& top : menu.lines())
+        for (auto& line : top.popup->lines())
+            if (line.popup && !line.popup->lines().empty() && line.popup->lines().front().id == id)
+                return line.popup.get();
+    return nullptr;
+}
+
+void RecentFiles::putInto(CMenu& menu) const
+{
+    CMenu* const popup = popupOf(menu, idNoRecent);
+    if (!popup || files_.empty())
+        return;
+    popup->DeleteAll();
+    int number = 0;
+    for (const std::string& file : files_) {
+        popup->AppendMenu(recentFileLabel(number + 1, file),
+                          idRecent + static_cast<unsigned>(number));
+        ++number;
+    }
 }
 
 std::string recentFileLabel(int number, const std::string& file)

@@ -6,8 +6,10 @@
 namespace pavane
 {
 
-/// The maps that were opened lately, the latest first, kept in the profile as the entry "Recent" of
-/// a section, with tabs between the names.
+class CMenu;
+
+/// The files that were opened lately, the latest first, kept in the profile as the entry "Recent"
+/// of a section, with tabs between the names.
 class RecentFiles
 {
 public:
@@ -21,6 +23,8 @@ public:
     /// Takes a file out, for one that is gone, and writes the profile.
     void remove(const std::string& file);
     const std::vector<std::string>& files() const { return files_; }
+    /// Fills the popup of a menu that begins with idNoRecent: idRecent is the first file.
+    void putInto(CMenu& menu) const;
 
 private:
     void store() const;

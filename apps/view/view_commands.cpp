@@ -1,4 +1,5 @@
 // The Edit, View and Help menus, and how the lines of all menus look.
+#include "apps/view/key_help.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
 #include "apps/view/view_dialogs.h"
@@ -60,10 +61,10 @@ int MainWindow::runViewCommand(unsigned id)
     }
     switch (id) {
     case idKeys:
-        showKeys(this);
+        showMapKeys(this);
         return 1;
     case idAbout:
-        about();
+        showAbout();
         return 1;
     case idContours:
         toggleContours();
@@ -136,13 +137,6 @@ void MainWindow::changeLevels()
     if (!options_.levels.none)
         shownLevels_ = options_.levels;
     contentChanged();
-}
-
-void MainWindow::about()
-{
-    AfxMessageBox("pavane-view marks areas on maps of radio interferometers and writes the masks "
-                  "of them.\n\nA program of the pavane library, under the MIT licence.",
-                  MB_ICONINFORMATION);
 }
 
 void MainWindow::OnInitMenuPopup(CMenu& popup)

@@ -36,34 +36,6 @@ constexpr DlgItem levelItems[] = {
 constexpr DlgTemplate levelDialog = {0,  "Contour levels", 260,
                                      92, levelItems,       std::size(levelItems)};
 
-/// A line of the help: what to press, and what it does.
-struct KeyLine {
-    const char* keys;
-    const char* what;
-};
-constexpr KeyLine keyLines[] = {
-    {"1  2  3  4  5  6", "arrow, rectangle, turned rectangle, ellipse, polygon, zoom in"},
-    {"Drag with a tool", "draws a shape; clicks set the vertices of a polygon"},
-    {"Double click, Enter", "closes the polygon; so does a click on its first vertex"},
-    {"Enter", "with a tool: puts its shape into the middle"},
-    {"Click", "picks an area with the arrow"},
-    {"Drag a handle", "changes the area; the one inside turns it, with Shift in steps"},
-    {"Esc, right button", "cancels a drag"},
-    {"Ctrl+click, Ctrl+A", "picks several areas, all areas"},
-    {"Tab, Shift+Tab", "to the next area or handle, to the one before"},
-    {"Arrows", "move by a cell, with Shift by ten, with Ctrl by a pixel"},
-    {"Click a vertex", "gives it the focus: Del and the arrows act on it"},
-    {"Ins, Del", "a new vertex after the one with the focus; deletes it, or the area"},
-    {"Ctrl+D", "copies the area"},
-    {"Ctrl+Z, Ctrl+Shift+Z", "undo, redo"},
-    {"Ctrl+C", "the picture of the map to the clipboard"},
-    {"Ctrl+wheel", "zooms about the pointer"},
-    {"Wheel, Shift+wheel", "moves a zoomed map; so do the middle button and Space with the left"},
-    {"+  -", "zooms about the middle"},
-    {"7  0", "zooms back, shows the whole map"},
-    {"M", "shows the cells of the mask"},
-};
-
 class LineDialog : public CDialog
 {
 public:
@@ -125,36 +97,6 @@ private:
     CString& text_;
 };
 
-/// The lines of help stand in two columns of a dialog that is as high as they need.
-class KeyDialog : public CDialog
-{
-public:
-    explicit KeyDialog(CWnd* parent) : CDialog(layOut(), parent) {}
-
-private:
-    static constexpr int lines = std::size(keyLines);
-    static constexpr int lineStep = 12;
-    static constexpr int foot = 8 + lines * lineStep + 6;
-    static std::vector<DlgItem> items()
-    {
-        std::vector<DlgItem> items;
-        for (int i = 0; i < lines; ++i) {
-            const int y = 8 + i * lineStep;
-            items.push_back({ControlKind::staticText, 0, keyLines[i].keys, 8, y, 96, 10});
-            items.push_back({ControlKind::staticText, 0, keyLines[i].what, 108, y, 264, 10});
-        }
-        items.push_back({ControlKind::defaultButton, IDOK, "Close", 316, foot, 56, 14, WS_TABSTOP});
-        return items;
-    }
-    static const DlgTemplate& layOut()
-    {
-        static const std::vector<DlgItem> all = items();
-        static const DlgTemplate dialog = {
-            0, "Keys and mouse", 380, foot + 22, all.data(), static_cast<int>(all.size())};
-        return dialog;
-    }
-};
-
 }  // namespace
 
 int askAboutLines(CWnd* parent, const CString& title, const CString& heading,
@@ -169,12 +111,6 @@ int askLevels(CWnd* parent, CString& text)
 {
     LevelDialog dialog(parent, text);
     return dialog.DoModal() == IDOK;
-}
-
-void showKeys(CWnd* parent)
-{
-    KeyDialog dialog(parent);
-    dialog.DoModal();
 }
 
 }  // namespace pavane

@@ -17,7 +17,4 @@ int askAboutLines(CWnd* parent, const CString& title, const CString& heading,
 /// the user gave some.
 int askLevels(CWnd* parent, CString& text);
 
-/// Keys and mouse, as two columns of lines.
-void showKeys(CWnd* parent);
-
 }  // namespace pavane

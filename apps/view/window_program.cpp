@@ -1,12 +1,21 @@
 #include "apps/view/window_program.h"
 
 #include "apps/view/display.h"
-#include "apps/view/MainWindow.h"
+#include "apps/view/ViewWindows.h"
+#include "pavane/tables/ATableWnd.h"
 #include "platform/platform.h"
 #include "platform/profile.h"
 
 namespace pavane
 {
+
+namespace
+{
+
+/// Rows of a table that a notch of the wheel scrolls.
+constexpr int wheelRows = 3;
+
+}  // namespace
 
 int runWindow(char** argv, const ViewOptions& options, std::string& error)
 {
@@ -17,16 +26,13 @@ int runWindow(char** argv, const ViewOptions& options, std::string& error)
         error = "the window toolkit does not start";
         return 0;
     }
+    SetTableWheelRows(wheelRows);
     int shown = 0;
     {
-        MainWindow window;
-        shown = window.Create(options);
-        if (shown) {
-            // the map first: then the first thing that shows is the whole picture
-            (void)window.OpenFirst(options);
-            window.Show();
+        ViewWindows windows;
+        shown = windows.openFirst(options);
+        if (shown)
             (void)RunMessages();
-        }
     }
     ShutdownPlatform();
     if (!shown)

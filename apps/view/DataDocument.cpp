@@ -1,0 +1,126 @@
+#include "apps/view/DataDocument.h"
+
+#include "tessel/paths.h"
+#include "tessel/SafeFile.h"
+#include "tessel/stokes_name.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Bytes between two looks at the clock.
+constexpr std::int64_t sliceBytes = std::int64_t{1} << 20;
+constexpr double megalambda = 1e6;
+constexpr int shownDigits = 5;
+
+std::string telescopeName(const AUVXFile& file, int subarray, int number)
+{
+    const AUVXTlscItem* const item = file.telescope(subarray, number);
+    return item && !item->name.empty() ? item->name : std::to_string(number);
+}
+
+}  // namespace
+
+int DataDocument::open(const std::string& file, std::string& error)
+{
+    if (!observation_.open(file, error)) {
+        error = file + ": " + error;
+        return 0;
+    }
+    file_ = file;
+    state_ = FileState(file);
+    groups_ = AFreqGroupArray(observation_.file().fqTbl());
+    return 1;
+}
+
+void DataDocument::plot(UvMarks marks)
+{
+    points_ = std::make_unique<UvPlotPoints>(observation_.file(), std::move(marks));
+    reading_ = 1;
+    stopped_ = 0;
+}
+
+int DataDocument::step(int milliseconds)
+{
+    using clock = std::chrono::steady_clock;
+    const auto end = clock::now() + std::chrono::milliseconds(milliseconds);
+    while (isReading() && (reading_ = points_->step(sliceBytes)) && clock::now() < end) {
+    }
+    return isReading();
+}
+
+std::string DataDocument::trouble() const
+{
+    if (points_ && !points_->error().empty())
+        return points_->error();
+    if (!observation_.error().empty())
+        return observation_.error();
+    return state_.change();
+}
+
+int DataDocument::loadGroups(const std::string& file, std::string& error)
+{
+    AFile in;
+    if (!in.open(file, AFile::readOnly)) {
+        error = file + ": " + readFault(file);
+        return 0;
+    }
+    if (!groups_.Load(in) || in.tell() != in.size()) {
+        error = file + ": holds no frequency groups of " +
+                std::to_string(observation_.file().fqTbl().ifCount()) + " IFs";
+        return 0;
+    }
+    groupFile_ = file;
+    return 1;
+}
+
+int DataDocument::saveGroups(const std::string& file, std::string& error)
+{
+    SafeFile safe;
+    if (!safe.open(file) || !groups_.Store(safe.file()) || !safe.commit()) {
+        error = file + ": " + safe.fault();
+        return 0;
+    }
+    groupFile_ = file;
+    return 1;
+}
+
+PointWords wordsOf(const UvObservation& observation, const UvPlotPoint& point,
+                   const UvPointOrigin& origin)
+{
+    const AUVXFile& file = observation.file();
+    const std::vector<UvBaseline>& baselines = observation.baselines();
+    const auto baseline =
+        std::find_if(baselines.begin(), baselines.end(), [&](const UvBaseline& b) {
+            return b.subarray == origin.subarray && b.first == origin.antenna1 &&
+                   b.second == origin.antenna2;
+        });
+    PointWords words;
+    words.baseline =
+        baseline == baselines.end() ? 0 : static_cast<int>(baseline - baselines.begin()) + 1;
+    words.scan = scanOf(observation.scans(), origin.subarray, origin.source, origin.selection,
+                        origin.time, origin.group + 1) +
+                 1;
+    words.text = telescopeName(file, origin.subarray, origin.antenna1) + " - " +
+                 telescopeName(file, origin.subarray, origin.antenna2);
+    if (words.scan > 0)
+        words.text += ", scan " + std::to_string(words.scan);
+    if (const std::string time = uvTimeText(origin.time); !time.empty())
+        words.text += ", " + time;
+    words.text += ", IF " + std::to_string(origin.ifIndex + 1);
+    if (file.header().channels > 1)
+        words.text += " channel " + std::to_string(origin.channel + 1);
+    words.text += ' ' + stokesName(file.header().stokes[static_cast<std::size_t>(origin.stokes)]) +
+                  ": " + valToStr(double{point.amplitude}, shownDigits) + " Jy at " +
+                  valToStr(double{point.distance} / megalambda, shownDigits) + " M\u03bb";
+    return words;
+}
+
+}  // namespace pavane

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "apps/view/FileState.h"
+#include "pavane/tables/freq/AFreqGroupArray.h"
+#include "pavane/tables/uvdata/UvObservation.h"
+#include "tessel/uvfits/UvPlotPoints.h"
+
+#include <memory>
+#include <string>
+
+namespace pavane
+{
+
+/// A file of visibilities that is open in a window: its tables, its frequency groups and the points
+/// of the plot, which are read in slices. Neither copied nor moved: tables point into it.
+class DataDocument
+{
+public:
+    DataDocument() = default;
+    DataDocument(const DataDocument&) = delete;
+    DataDocument& operator=(const DataDocument&) = delete;
+
+    /// Reads headers and tables. Non-zero on success; else 0 and `error` is one line with the
+    /// file's name.
+    int open(const std::string& file, std::string& error);
+    const std::string& file() const { return file_; }
+    UvObservation& observation() { return observation_; }
+    const UvObservation& observation() const { return observation_; }
+    AFreqGroupArray& groups() { return groups_; }
+
+    /// Begins to read the points that are marked. Those of before go when `points` is asked next.
+    void plot(UvMarks marks);
+    /// Null before the first plot.
+    UvPlotPoints* points() { return points_.get(); }
+    const UvPlotPoints* points() const { return points_.get(); }
+    /// Goes on reading for about so many milliseconds. Non-zero while more remains.
+    int step(int milliseconds);
+    /// Escape: what has been read stays, and resume goes on from there.
+    void stop() { stopped_ = isReading(); }
+    void resume() { stopped_ = 0; }
+    int isReading() const { return reading_ && !stopped_; }
+    int isStopped() const { return stopped_; }
+    /// What has happened to the file meanwhile, "" for nothing; a clause without its subject.
+    std::string trouble() const;
+
+    /// Reads groups in place of those there are. 0 when the file is none of groups of these IFs;
+    /// `error` then names it, and nothing has changed.
+    int loadGroups(const std::string& file, std::string& error);
+    /// Writes them whole or not at all. Non-zero on success, else one line in `error` that names
+    /// the file.
+    int saveGroups(const std::string& file, std::string& error);
+    /// Where the groups were saved last or opened from; empty for nowhere.
+    const std::string& groupFile() const { return groupFile_; }
+
+private:
+    std::string file_;
+    FileState state_;
+    UvObservation observation_;
+    AFreqGroupArray groups_;
+    std::string groupFile_;
+    std::unique_ptr<UvPlotPoints> points_;
+    int reading_ = 0;
+    int stopped_ = 0;
+};
+
+/// Where a visibility of the plot comes from, in words, with the records (from 1, 0 for none) that
+/// its baseline and its scan have in their tables.
+struct PointWords {
+    std::string text;
+    int baseline = 0, scan = 0;
+};
+PointWords wordsOf(const UvObservation& observation, const UvPlotPoint& point,
+                   const UvPointOrigin& origin);
+
+}  // namespace pavane

@@ -1,0 +1,278 @@
+#include "apps/view/DataWindow.h"
+
+#include "apps/view/data_menu.h"
+#include "apps/view/window_place.h"
+#include "pavane/tables/components/component_file.h"
+#include "pavane/windows/window_placement.h"
+#include "platform/message.h"
+#include "platform/profile.h"
+#include "platform/screens.h"
+#include "tessel/paths.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr const char* program = "pavane-view";
+/// Where its place is kept; that of map windows is another.
+constexpr const char* section = "pavane-view-data";
+constexpr const char* shareEntry = "TableShare";
+constexpr CRect firstPlace(100, 80, 1300, 840);
+constexpr double firstShare = 0.48;
+constexpr int leastPane = 120;
+constexpr unsigned idSplitter = 101, idTabs = 102, idPlot = 103, idStatus = 104;
+constexpr unsigned idGroups = 110, idSelector = 120;  ///< one for each table
+
+}  // namespace
+
+DataWindow::DataWindow(WindowHost* host)
+    : host_(host), splitter_(*this), tabs_(*this), plot_(*this), recent_(program)
+{
+    all_.fill(1);
+}
+
+DataWindow::~DataWindow() { DestroyWindow(); }
+
+int DataWindow::Create(const ViewOptions& options)
+{
+    std::string error;
+    modelFile_ = options.model;
+    if (!modelFile_.empty() && !readComponentFile(modelFile_, model_, error))
+        AfxMessageBox(modelFile_ + ": " + error, MB_ICONERROR);
+    recent_.load();
+    return CWnd::Create("PavaneData", program, WS_OVERLAPPEDWINDOW, firstPlace, nullptr, 0);
+}
+
+int DataWindow::OnCreate(CREATESTRUCT& cs)
+{
+    constexpr unsigned child = WS_CHILD | WS_VISIBLE | WS_TABSTOP;
+    if (CWnd::OnCreate(cs) < 0 ||
+        !splitter_.Create(CSplitterWnd::Split::columns, child, CRect(), this, idSplitter) ||
+        !tabs_.Create(child, CRect(), &splitter_, idTabs) || !makeTabs() ||
+        !plot_.Create(plot_.GetWndClassName(), "Amplitude against uv distance", child, CRect(),
+                      &splitter_, idPlot) ||
+        !status_.Create(this, idStatus))
+        return -1;
+    splitter_.SetPanes(&tabs_, &plot_);
+    splitter_.SetLeastSize(leastPane);
+    double share = firstShare;
+    if (!stoval(GetProfileString(section, shareEntry), share) || !(share > 0 && share < 1))
+        share = firstShare;
+    splitter_.SetShare(share);
+    setMenu();
+    created_ = 1;
+    CRect client;
+    GetClientRect(client);
+    layOut(client.Width(), client.Height());
+    updateTitle();
+    return 0;
+}
+
+int DataWindow::makeTabs()
+{
+    for (const UvTable table : uvTables) {
+        const auto at = indexOf(table);
+        selectors_[at] = std::make_unique<AObservationSelector>(table);
+        if (!selectors_[at]->Create("", "", WS_CHILD | WS_TABSTOP, CRect(), &tabs_,
+                                    idSelector + static_cast<unsigned>(at)))
+            return 0;
+        tabs_.InsertItem(tabs_.GetItemCount(), uvTableLook(table).title, selectors_[at].get());
+    }
+    if (!groups_.Create(groups_.GetWndClassName(), "", WS_CHILD | WS_TABSTOP, CRect(), &tabs_,
+                        idGroups))
+        return 0;
+    groups_.SetDirect(1);
+    tabs_.InsertItem(tabs_.GetItemCount(), "Groups", &groups_);
+    return 1;
+}
+
+void DataWindow::Show()
+{
+    const PlacementRecord start =
+        startPlacement(GetProfileString(section, "WindowPos"), firstPlace, GetScreenRects());
+    WINDOWPLACEMENT placement;
+    placement.showCmd = start.showCommand;
+    placement.rcNormalPosition = start.normal;
+    if (!SetWindowPlacement(placement))
+        ShowWindow(SW_SHOW);
+    if (!data_)
+        status_.SetMessage("No file is open: Ctrl+O opens one");
+    page()->SetFocus();
+}
+
+void DataWindow::OnSize(unsigned type, int cx, int cy)
+{
+    CWnd::OnSize(type, cx, cy);
+    if (created_)
+        layOut(cx, cy);
+}
+
+void DataWindow::layOut(int cx, int cy)
+{
+    const int foot = std::max(0, cy - StatusLine::height());
+    splitter_.MoveWindow(CRect(0, 0, cx, foot));
+    status_.MoveWindow(CRect(0, foot, cx, cy));
+}
+
+void DataWindow::OnSetFocus(CWnd*) { page()->SetFocus(); }
+
+void DataWindow::setMenu()
+{
+    CMenu menu;
+    menu.LoadMenu(dataMenu);
+    recent_.putInto(menu);
+    SetMenu(menu);
+}
+
+void DataWindow::updateTitle()
+{
+    const std::string name = data_ ? baseNameOf(data_->file()) : "";
+    SetWindowText(name.empty()
+                      ? program
+                      : name + (groups_.IsModified() ? "*" : "") + "  -  " + std::string(program));
+}
+
+// --- the file
+
+int DataWindow::OpenFile(const std::string& file)
+{
+    if (!holdsVisibilities(file) && host_)
+        return host_->openWindow(file);
+    if (!MayLeaveGroups())
+        return 0;
+    auto opened = std::make_unique<DataDocument>();
+    std::string error;
+    if (!opened->open(file, error)) {
+        AfxMessageBox(error, MB_ICONERROR);
+        return 0;
+    }
+    plot_.ShowPoints(nullptr, nullptr, 0);
+    data_.swap(opened);
+    showDocument();  // the old one goes when nothing shows it any more
+    recent_.load();  // other windows add to it
+    recent_.add(file);
+    setMenu();
+    updateTitle();
+    return 1;
+}
+
+void DataWindow::showDocument()
+{
+    UvObservation& observation = data_->observation();
+    ++settingMarks_;
+    told_ = 0;
+    all_.fill(1);
+    for (const UvTable table : uvTables) {
+        selector(table).SetObservation(&observation);
+        ABitArray marks(observation.rows(table));
+        marks.setAll(1);
+        if (table == UvTable::stokes) {
+            marks = usualStokes(observation.file().header());
+            all_[indexOf(table)] = marks.ones() == marks.count();
+        }
+        selector(table).SetMark(marks);
+        known_[indexOf(table)] = marks.count();
+    }
+    groups_.SetParameters(&data_->groups());
+    --settingMarks_;
+    texts_ = StatusTexts();
+    status_.Reset();
+    plotAgain();
+    const std::vector<std::string>& notes = observation.file().notes();
+    if (!notes.empty())
+        status_.SetMessage(baseNameOf(data_->file()) + ' ' + notes.front() +
+                           (notes.size() > 1 ? " (and more)" : ""));
+}
+
+int DataWindow::MayLeaveGroups()
+{
+    if (!data_ || !groups_.IsModified())
+        return 1;
+    const int answer = AfxMessageBox("The frequency groups of " + baseNameOf(data_->file()) +
+                                         " are not saved. Save them now?",
+                                     MB_YESNOCANCEL | MB_ICONQUESTION);
+    return answer == IDNO || (answer == IDYES && saveGroups());
+}
+
+void DataWindow::OnClose()
+{
+    if (!MayLeaveGroups())
+        return;
+    SaveWndPos(this, section);
+    (void)WriteProfileString(section, shareEntry, valToStr(splitter_.GetShare(), 3));
+    DestroyWindow();
+}
+
+void DataWindow::OnDestroy()
+{
+    created_ = 0;
+    if (host_)
+        host_->windowClosed(*this);
+    else
+        PostQuitMessage(0);
+}
+
+// --- parts of the window
+
+CWnd* DataWindow::page()
+{
+    CWnd* const shown = tabs_.GetItemPage(tabs_.GetCurSel());
+    return shown ? shown : &tabs_;
+}
+
+namespace
+{
+
+int isWithin(const CWnd* window, const CWnd* around)
+{
+    while (window && window != around)
+        window = window->GetParent();
+    return window != nullptr;
+}
+
+enum Part { tabPart, pagePart, plotPart, parts };
+
+}  // namespace
+
+/// The part that has the focus, -1 for none.
+int DataWindow::focusPart()
+{
+    const CWnd* const focus = GetFocus();
+    return isWithin(focus, &plot_)   ? plotPart
+           : isWithin(focus, page()) ? pagePart
+           : isWithin(focus, &tabs_) ? tabPart
+                                     : -1;
+}
+
+void DataWindow::goToPart(int step)
+{
+    const int from = focusPart();
+    const int part = from < 0 ? pagePart : (from + step + parts) % parts;
+    (part == tabPart ? static_cast<CWnd*>(&tabs_) : part == pagePart ? page() : &plot_)->SetFocus();
+}
+
+void DataWindow::goToTab(int step)
+{
+    const int wasInside = focusPart() == pagePart;
+    tabs_.SelectNext(step);
+    if (wasInside)
+        page()->SetFocus();
+}
+
+ATableWnd& DataWindow::activeTable()
+{
+    const CWnd* const shown = page();
+    for (const auto& one : selectors_)
+        if (one.get() == shown)
+            return one->table();
+    return groups_.ActiveTable();
+}
+
+int DataWindow::isPlotActive() { return focusPart() == plotPart; }
+
+}  // namespace pavane

@@ -1,0 +1,152 @@
+#pragma once
+
+#include "apps/view/DataDocument.h"
+#include "apps/view/options.h"
+#include "apps/view/recent_files.h"
+#include "apps/view/StatusLine.h"
+#include "apps/view/UvPlotWindow.h"
+#include "apps/view/WindowHost.h"
+#include "pavane/tables/observation/AFreqGroupsWnd.h"
+#include "pavane/tables/observation/AObservationSelector.h"
+#include "platform/splitter.h"
+#include "platform/tab_control.h"
+
+#include <array>
+#include <memory>
+#include <string>
+
+namespace pavane
+{
+
+/// A control whose notices, and those of its children, go to another window.
+template <class Control>
+class Relay : public Control
+{
+public:
+    explicit Relay(CWnd& to) : to_(to) {}
+
+protected:
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override
+    {
+        return to_.SendMessage(WM_COMMAND, (id & 0xFFFF) | WPARAM{code} << 16,
+                               static_cast<LPARAM>(control ? control->GetSafeHwnd() : 0)) != 0;
+    }
+
+private:
+    CWnd& to_;
+};
+
+/// The window of pavane-view for a file of visibilities: its tables with marks and its frequency
+/// groups in tabs, beside them the plot of what is marked, below a status line. Groups that are not
+/// saved are asked about.
+class DataWindow : public CWnd, private UvPlotOwner
+{
+public:
+    explicit DataWindow(WindowHost* host = nullptr);
+    ~DataWindow() override;
+
+    /// Makes the window without showing it; a model of the options is drawn over the plot. Non-zero
+    /// on success.
+    int Create(const ViewOptions& options);
+    /// Brings it to where it was last time, as far as that can be reached, and shows it.
+    void Show();
+    /// Opens a data file in place of the shown one, after asking about unsaved groups; a file of
+    /// another kind gets another window. Non-zero when it is shown.
+    int OpenFile(const std::string& file);
+    /// 0 when the user wants to stay with the unsaved groups.
+    int MayLeaveGroups();
+
+    CTabCtrl& tabs() { return tabs_; }
+    AObservationSelector& selector(UvTable table) { return *selectors_[indexOf(table)]; }
+    AFreqGroupsWnd& groups() { return groups_; }
+    UvPlotWindow& plot() { return plot_; }
+    DataDocument* document() { return data_.get(); }
+    const StatusLine& statusLine() const { return status_; }
+
+    int PreTranslateMessage(const MSG& message) override;
+    void OnInitMenuPopup(CMenu& popup) override;
+
+protected:
+    int OnCreate(CREATESTRUCT& cs) override;
+    void OnSize(unsigned type, int cx, int cy) override;
+    void OnClose() override;
+    void OnDestroy() override;
+    void OnTimer(unsigned id) override;
+    void OnSetFocus(CWnd* old) override;
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+
+private:
+    static std::size_t indexOf(UvTable table) { return static_cast<std::size_t>(table); }
+    // UvPlotOwner
+    void plotStatus(const AxisStatus& status) override;
+    void plotClicked(const AxisStatus& status) override;
+    void plotSavePicture() override;
+
+    int makeTabs();
+    void layOut(int cx, int cy);
+    void setMenu();
+    void updateTitle();
+    void showDocument();
+
+    // Marks and the plot
+    /// What a table shows has changed: its marks by the user, or its rows while it is filled.
+    void tableChanged(UvTable table);
+    UvMarks marks();
+    void plotAgain();
+    void readOn();
+    void pointsRead(int all);
+    void tellTrouble();
+
+    // Parts of the window
+    CWnd* page();
+    int focusPart();
+    void goToPart(int step);
+    void goToTab(int step);
+    /// The table with the focus, or that of the shown tab.
+    ATableWnd& activeTable();
+    int isPlotActive();
+
+    // Status line
+    void showCounts();
+    void showSums();
+
+    // Commands
+    int runFileCommand(unsigned id);
+    int runTableCommand(unsigned id);
+    int runViewCommand(unsigned id);
+    void stopReading();
+    void goOnReading();
+    void openCommand();
+    void openRecent(std::size_t i);
+    void openGroups();
+    int saveGroups();
+    int saveGroupsAs();
+    int saveGroupsTo(const std::string& file);
+    int mayWrite(const std::string& file);
+    int isOffered(const CMenu::Line& line, CMenu& ofTable);
+
+    WindowHost* host_;
+    std::string modelFile_;
+    AComponents model_;
+    std::unique_ptr<DataDocument> data_;
+    Relay<CSplitterWnd> splitter_;
+    Relay<CTabCtrl> tabs_;
+    std::array<std::unique_ptr<AObservationSelector>, uvTableCount> selectors_;
+    AFreqGroupsWnd groups_;
+    UvPlotWindow plot_;
+    StatusLine status_;
+    RecentFiles recent_;
+    StatusTexts texts_;
+    const ATableWnd* summedTable_ = nullptr;  ///< the selection that the status line tells of
+    ASelectRect summed_;
+    /// Tables of which all is marked, and stays so while they are filled.
+    std::array<int, uvTableCount> all_{};
+    std::array<int, uvTableCount> known_{};  ///< rows that the marks are of
+    int settingMarks_ = 0;
+    int told_ = 0;
+    int drawLater_ = 0;  ///< the last points are to be drawn when the drag in the plot has ended
+    int created_ = 0;
+    std::int64_t lastDrawing_ = 0;
+};
+
+}  // namespace pavane

@@ -1,0 +1,69 @@
+#include "apps/view/ViewWindows.h"
+
+#include "apps/view/DataWindow.h"
+#include "apps/view/MainWindow.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pavane
+{
+
+ViewWindows::~ViewWindows()
+{
+    // each tells of its end, and is gone then
+    while (!open_.empty())
+        open_.back()->DestroyWindow();
+}
+
+template <class Window, class Open>
+int ViewWindows::add(std::unique_ptr<Window> window, const ViewOptions& options, int evenEmpty,
+                     const Open& openFile)
+{
+    Window& added = *window;
+    open_.push_back(std::move(window));
+    if (!added.Create(options)) {
+        open_.pop_back();
+        return 0;
+    }
+    // the file first: then the first thing that shows is the whole picture
+    if (!openFile(added) && !evenEmpty) {
+        added.DestroyWindow();
+        return 0;
+    }
+    added.Show();
+    return 1;
+}
+
+int ViewWindows::open(const ViewOptions& options, int evenEmpty)
+{
+    closed_.clear();
+    if (!options.map.empty() && holdsVisibilities(options.map))
+        return add(std::make_unique<DataWindow>(this), options, evenEmpty,
+                   [&](DataWindow& window) { return window.OpenFile(options.map); });
+    return add(std::make_unique<MainWindow>(this), options, evenEmpty,
+               [&](MainWindow& window) { return window.OpenFirst(options); });
+}
+
+int ViewWindows::openFirst(const ViewOptions& options) { return open(options, 1); }
+
+int ViewWindows::openWindow(const std::string& file)
+{
+    ViewOptions options;
+    options.map = file;
+    return open(options, 0);
+}
+
+void ViewWindows::windowClosed(CWnd& window)
+{
+    const auto found = std::find_if(open_.begin(), open_.end(),
+                                    [&](const auto& one) { return one.get() == &window; });
+    if (found == open_.end())
+        return;
+    closed_.push_back(std::move(*found));
+    open_.erase(found);
+    if (open_.empty())
+        PostQuitMessage(0);
+}
+
+}  // namespace pavane

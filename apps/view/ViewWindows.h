@@ -1,0 +1,35 @@
+#pragma once
+
+#include "apps/view/options.h"
+#include "apps/view/WindowHost.h"
+
+#include <memory>
+#include <vector>
+
+namespace pavane
+{
+
+/// The windows of the program, of maps and of data files; the last one to close ends it.
+class ViewWindows : public WindowHost
+{
+public:
+    ~ViewWindows() override;
+    /// The first window, with the file of the options, if any. Non-zero when there is one; it shows
+    /// itself empty when its file cannot be read.
+    int openFirst(const ViewOptions& options);
+
+    int openWindow(const std::string& file) override;
+    void windowClosed(CWnd& window) override;
+    int count() const { return static_cast<int>(open_.size()); }
+
+private:
+    int open(const ViewOptions& options, int evenEmpty);
+    template <class Window, class Open>
+    int add(std::unique_ptr<Window> window, const ViewOptions& options, int evenEmpty,
+            const Open& openFile);
+
+    std::vector<std::unique_ptr<CWnd>> open_;
+    std::vector<std::unique_ptr<CWnd>> closed_;  ///< handlers of them may still be running
+};
+
+}  // namespace pavane

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace pavane
+{
+
+class CWnd;
+
+/// What a window of the program asks of the others: files that it does not show get a window of
+/// their own, and the last one to close ends the program.
+class WindowHost
+{
+public:
+    virtual ~WindowHost() = default;
+    /// Non-zero when the file is shown; else the user was told why not.
+    virtual int openWindow(const std::string& file) = 0;
+    virtual void windowClosed(CWnd& window) = 0;
+};
+
+}  // namespace pavane

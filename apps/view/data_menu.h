@@ -1,0 +1,103 @@
+#pragma once
+
+#include "apps/view/main_menu.h"
+#include "pavane/resources/freq_commands.h"
+#include "pavane/resources/mark_commands.h"
+#include "pavane/resources/table_commands.h"
+
+#include <iterator>
+
+namespace pavane
+{
+
+/// Commands of the data window's menu beside those of tables and plots, and of `ViewCommand`.
+enum DataCommand : unsigned {
+    idOpenData = 41001,
+    idOpenGroups,
+    idSaveGroups,
+    idSaveGroupsAs,
+    idSavePlot,
+    idUndo = 41101,
+    idRedo,
+    idCopy,
+    idSelectAll,
+    idStopReading = 41201,
+    idGoOnReading,
+    idNextPart,
+    idPreviousPart,
+    idNextTab,
+    idPreviousTab
+};
+
+inline constexpr MenuItem dataFileItems[] = {
+    {"&Open...\tCtrl+O", idOpenData, nullptr, 0},
+    {"&Recent files", 0, recentItems, std::size(recentItems)},
+    menuLine,
+    {"Open frequency &groups...\tCtrl+Shift+O", idOpenGroups, nullptr, 0},
+    {"&Save frequency groups\tCtrl+S", idSaveGroups, nullptr, 0},
+    {"Save frequency groups &as...\tCtrl+Shift+S", idSaveGroupsAs, nullptr, 0},
+    menuLine,
+    tableItemOf(ID_TABLE_SAVE_ALL),
+    tableItemOf(ID_TABLE_SAVE_SELECTION),
+    {savePictureText, idSavePlot, nullptr, 0},
+    menuLine,
+    {"E&xit\tCtrl+Q", idExit, nullptr, 0},
+};
+
+// The keys of the focus cell (Space, Ins, Del) are not in the menu: it would take them from buttons
+// and from the plot.
+
+/// Undo, redo, copy and select act on the part with the focus.
+inline constexpr MenuItem dataEditItems[] = {
+    {"&Undo\tCtrl+Z", idUndo, nullptr, 0},
+    {"&Redo\tCtrl+Shift+Z", idRedo, nullptr, 0},
+    menuLine,
+    {"&Copy\tCtrl+C", idCopy, nullptr, 0},
+    tableItemOf(ID_TABLE_COPY_CELLS),
+    tableItemOf(ID_TABLE_COPY_ALL),
+    {"Select &all\tCtrl+A", idSelectAll, nullptr, 0},
+    menuLine,
+    tableItemOf(ID_TABLE_FIND),
+    tableItemOf(ID_TABLE_FIND_NEXT),
+    tableItemOf(ID_TABLE_FIND_PREVIOUS),
+    tableItemOf(ID_TABLE_GO_TO_ROW),
+};
+
+inline constexpr MenuItem dataMarkItems[] = {
+    {"&Mark selected", ID_MARK_SELECTED, nullptr, 0},
+    markItems[1],
+    markItems[2],
+    markItems[3],
+    menuLine,
+    {"Add &group of marked IFs", ID_FREQ_ADD_GROUP, nullptr, 0},
+    {"&Delete group", ID_FREQ_DELETE_GROUP, nullptr, 0},
+    freqItemOf(ID_FREQ_ALL_IN_ONE),
+    freqItemOf(ID_FREQ_FIXED_STEP),
+};
+
+inline constexpr MenuItem dataViewItems[] = {
+    {"Next &tab\tCtrl+PgDown", idNextTab, nullptr, 0},
+    {"&Previous tab\tCtrl+PgUp", idPreviousTab, nullptr, 0},
+    {"Next p&art\tF6", idNextPart, nullptr, 0},
+    {"Previous pa&rt\tShift+F6", idPreviousPart, nullptr, 0},
+    menuLine,
+    {"&Stop reading", idStopReading, nullptr, 0},
+    {"&Go on reading", idGoOnReading, nullptr, 0},
+    menuLine,
+    {"Zoom &in\t+", idZoomIn, nullptr, 0},
+    menuItemOf(ID_ZOOM_MINUS),
+    {"&Whole plot\t0", ID_WHOLE_MAP, nullptr, 0},
+};
+
+inline constexpr MenuItem dataItems[] = {
+    {"&File", 0, dataFileItems, std::size(dataFileItems)},
+    {"&Edit", 0, dataEditItems, std::size(dataEditItems)},
+    {"&Marks", 0, dataMarkItems, std::size(dataMarkItems)},
+    {"&View", 0, dataViewItems, std::size(dataViewItems)},
+    {"&Help", 0, helpItems, std::size(helpItems)},
+};
+
+inline constexpr unsigned dataMenuId = 41000;
+inline constexpr MenuTemplate dataMenu = {dataMenuId, dataItems, std::size(dataItems)};
+
+}  // namespace pavane

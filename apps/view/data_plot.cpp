@@ -1,0 +1,256 @@
+// The plot of the data window: what is marked, reading it in slices, the status line.
+#include "apps/view/data_menu.h"
+#include "apps/view/DataWindow.h"
+#include "platform/message.h"
+#include "tessel/value_text.h"
+
+#include <chrono>
+#include <cmath>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr unsigned readTimer = 1, sumTimer = 2;
+constexpr unsigned readPause = 5, sumPause = 150;
+/// Milliseconds of reading before anything else has its turn; more before the first drawing, so
+/// that most files show all their points at once.
+constexpr int slice = 20, firstSlice = 120;
+/// Least milliseconds between two drawings while more is read.
+constexpr std::int64_t drawPause = 400;
+/// The panes of the status line here; those that give way first are the least.
+enum DataPane {
+    paneFound = statusValue,
+    panePlace = statusOffset,
+    paneSums = statusSky,
+    paneCounts = statusMask
+};
+/// Pixels about the pointer in which a point is found.
+constexpr double reach = 6;
+constexpr double megalambda = 1e6;
+constexpr int shownDigits = 5;
+
+std::int64_t now()
+{
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+std::string percentText(double done)
+{
+    return std::to_string(static_cast<int>(std::floor(done * 100))) + " %";
+}
+
+}  // namespace
+
+// --- marks
+
+void DataWindow::tableChanged(UvTable table)
+{
+    const auto at = indexOf(table);
+    const ABitArray& marks = selector(table).GetMark();
+    if (settingMarks_ || !data_)
+        return;
+    if (marks.count() == known_[at]) {
+        all_[at] = marks.ones() == marks.count();
+        return plotAgain();
+    }
+    // more has been found: the plot has it already when all is marked, and else leaves it out
+    known_[at] = marks.count();
+    if (!all_[at])
+        return;
+    ABitArray all(marks.count());
+    all.setAll(1);
+    ++settingMarks_;
+    selector(table).SetMark(all);
+    --settingMarks_;
+}
+
+UvMarks DataWindow::marks()
+{
+    const auto of = [this](UvTable table) {
+        return all_[indexOf(table)] ? ABitArray() : selector(table).GetMark();
+    };
+    UvMarks marks;
+    marks.telescopes = of(UvTable::telescopes);
+    marks.stokes = selector(UvTable::stokes).GetMark();
+    marks.sources = of(UvTable::sources);
+    marks.frequencies = of(UvTable::frequencies);
+    marks.baselines = of(UvTable::baselines);
+    marks.scans = of(UvTable::scans);
+    if (marks.baselines.count())
+        marks.baselineTable = data_->observation().baselines();
+    if (marks.scans.count())
+        marks.scanTable = data_->observation().scans();
+    return marks;
+}
+
+// --- reading
+
+void DataWindow::plotAgain()
+{
+    data_->plot(marks());
+    (void)data_->step(firstSlice);
+    plot_.ShowPoints(&data_->observation().file(), data_->points(), 1);
+    texts_[paneFound].clear();
+    pointsRead(!data_->isReading());
+    (void)SetTimer(readTimer, readPause);
+    (void)SetTimer(sumTimer, sumPause);
+}
+
+void DataWindow::readOn()
+{
+    const int wasReading = data_->isReading();
+    const int goesOn = data_->step(slice);
+    // a drag in the plot is about what was shown when it began
+    if (wasReading && (!goesOn || now() - lastDrawing_ > drawPause) && GetCapture() != &plot_)
+        pointsRead(!goesOn);
+    else if (wasReading && !goesOn)
+        drawLater_ = 1;
+    if (drawLater_ && GetCapture() != &plot_)
+        pointsRead(1);
+    if (!data_->isReading() && !data_->observation().isFilling() && !drawLater_)
+        (void)KillTimer(readTimer);
+    showCounts();
+    tellTrouble();
+}
+
+void DataWindow::pointsRead(int all)
+{
+    drawLater_ = 0;
+    plot_.PointsRead(all);
+    if (all)
+        plot_.ShowModel(model_);
+    lastDrawing_ = now();
+    showCounts();
+}
+
+void DataWindow::stopReading()
+{
+    data_->stop();
+    data_->observation().stop();
+    pointsRead(1);
+}
+
+void DataWindow::goOnReading()
+{
+    data_->resume();
+    data_->observation().resume();
+    (void)SetTimer(readTimer, readPause);
+}
+
+/// Once for a file: what has been read stays in view.
+void DataWindow::tellTrouble()
+{
+    const std::string trouble = told_ ? "" : data_->trouble();
+    if (trouble.empty())
+        return;
+    told_ = 1;
+    AfxMessageBox(data_->file() + ": " + trouble + ". What was read until now is shown.",
+                  MB_ICONERROR);
+}
+
+int DataWindow::PreTranslateMessage(const MSG& message)
+{
+    // not taken: what else waits for Escape has it too
+    if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && data_ && data_->isReading())
+        stopReading();
+    return CWnd::PreTranslateMessage(message);
+}
+
+void DataWindow::OnTimer(unsigned id)
+{
+    if (id == readTimer && data_)
+        readOn();
+    else if (id == sumTimer)
+        showSums();
+    else
+        CWnd::OnTimer(id);
+}
+
+// --- the status line
+
+void DataWindow::plotStatus(const AxisStatus& status)
+{
+    texts_[panePlace].clear();
+    if (status.inPlot && data_)
+        texts_[panePlace] = valToStr(status.x / megalambda, shownDigits) + " M\u03bb, " +
+                            valToStr(status.y, shownDigits) + " Jy";
+    status_.SetTexts(texts_);
+}
+
+void DataWindow::plotClicked(const AxisStatus& status)
+{
+    UvPlotPoints* const points = data_ ? data_->points() : nullptr;
+    UvPlotPoint point;
+    UvPointOrigin origin;
+    if (!points || !points->nearest(status.x, status.y, status.stepX, status.stepY, reach, point)) {
+        plot_.ChoosePoint(nullptr);
+        texts_[paneFound].clear();
+        return status_.SetTexts(texts_);
+    }
+    plot_.ChoosePoint(&point);
+    if (!points->originOf(point, origin)) {
+        texts_[paneFound] = "the file no longer has this point";
+        return status_.SetTexts(texts_);
+    }
+    const PointWords words = wordsOf(data_->observation(), point, origin);
+    const struct {
+        UvTable table;
+        int record;
+    } found[] = {{UvTable::baselines, words.baseline}, {UvTable::scans, words.scan}};
+    for (const auto& one : found) {
+        AObservationTbl& table = selector(one.table).table();
+        if (one.record > 0)
+            table.SetSelectOneCell(table.rowOf(one.record), 1);
+    }
+    texts_[paneFound] = words.text;
+    status_.SetTexts(texts_);
+}
+
+void DataWindow::showCounts()
+{
+    const UvPlotPoints* const points = data_ ? data_->points() : nullptr;
+    if (!points)
+        return;
+    const UvTotals& totals = points->totals();
+    std::string text;
+    if (data_->isReading())
+        text = "reading, " + percentText(points->done()) + " (Esc stops)";
+    else if (data_->isStopped())
+        text = "stopped at " + percentText(points->done());
+    else
+        text = std::to_string(points->plotted()) + " of " + std::to_string(totals.visibilities) +
+               " plotted, " + std::to_string(totals.flagged) + " flagged" +
+               (totals.notFinite ? ", " + std::to_string(totals.notFinite) + " not finite" : "");
+    if (text == texts_[paneCounts])
+        return;
+    texts_[paneCounts] = text;
+    status_.SetTexts(texts_);
+}
+
+/// What is selected in the table, when that has changed.
+void DataWindow::showSums()
+{
+    ATableWnd& table = activeTable();
+    const ASelectRect& selection = table.getSelectRect();
+    if (summedTable_ == &table && summed_ == selection)
+        return;
+    summedTable_ = &table;
+    summed_ = selection;
+    const SelectionSums sums = table.sumsOfSelection();
+    std::string text;
+    if (sums.numbers > 1)
+        text = std::to_string(sums.numbers) + " numbers: sum " + valToStr(sums.sum, shownDigits) +
+               ", mean " + valToStr(sums.mean, shownDigits) + ", " +
+               valToStr(sums.least, shownDigits) + " to " + valToStr(sums.greatest, shownDigits) +
+               (sums.partial ? " (of the first)" : "");
+    if (text == texts_[paneSums])
+        return;
+    texts_[paneSums] = text;
+    status_.SetTexts(texts_);
+}
+
+}  // namespace pavane

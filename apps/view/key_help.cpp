@@ -1,0 +1,103 @@
+#include "apps/view/key_help.h"
+
+#include "platform/controls.h"
+#include "platform/message.h"
+
+#include <span>
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// A line of the help: what to press, and what it does.
+struct KeyLine {
+    const char* keys;
+    const char* what;
+};
+
+constexpr KeyLine mapKeys[] = {
+    {"1  2  3  4  5  6", "arrow, rectangle, turned rectangle, ellipse, polygon, zoom in"},
+    {"Drag with a tool", "draws a shape; clicks set the vertices of a polygon"},
+    {"Double click, Enter", "closes the polygon; so does a click on its first vertex"},
+    {"Enter", "with a tool: puts its shape into the middle"},
+    {"Click", "picks an area with the arrow"},
+    {"Drag a handle", "changes the area; the one inside turns it, with Shift in steps"},
+    {"Esc, right button", "cancels a drag"},
+    {"Ctrl+click, Ctrl+A", "picks several areas, all areas"},
+    {"Tab, Shift+Tab", "to the next area or handle, to the one before"},
+    {"Arrows", "move by a cell, with Shift by ten, with Ctrl by a pixel"},
+    {"Click a vertex", "gives it the focus: Del and the arrows act on it"},
+    {"Ins, Del", "a new vertex after the one with the focus; deletes it, or the area"},
+    {"Ctrl+D", "copies the area"},
+    {"Ctrl+Z, Ctrl+Shift+Z", "undo, redo"},
+    {"Ctrl+C", "the picture of the map to the clipboard"},
+    {"Ctrl+wheel", "zooms about the pointer"},
+    {"Wheel, Shift+wheel", "moves a zoomed map; so do the middle button and Space with the left"},
+    {"+  -", "zooms about the middle"},
+    {"7  0", "zooms back, shows the whole map"},
+    {"M", "shows the cells of the mask"},
+};
+
+constexpr KeyLine dataKeys[] = {
+    {"F6, Shift+F6", "to the next part of the window: tabs, table, plot; to the one before"},
+    {"Ctrl+PgDown, Ctrl+PgUp", "next tab, the one before"},
+    {"Space, click on a box", "marks what is selected: the plot shows what is marked everywhere"},
+    {"Ctrl+M, Ctrl+Shift+M", "marks all of the table, none of it"},
+    {"Ctrl+I", "marks what is not marked, and the reverse"},
+    {"Click on a point", "tells its baseline and scan, and selects them in their tables"},
+    {"Drag in the plot", "shows what lies in the frame"},
+    {"Ctrl+wheel, +  -", "zooms about the pointer, about the middle"},
+    {"7  0", "zooms back, shows all of the plot"},
+    {"Esc", "stops reading; the menu View goes on"},
+    {"Arrows, with Shift", "go through a table, select in it"},
+    {"Click on a title", "sorts: rising, falling, as stored"},
+    {"Ctrl+F, F3, Shift+F3", "finds a text, finds it again, before"},
+    {"Ctrl+G", "goes to a row"},
+    {"Ctrl+C, Ctrl+Shift+C", "copies the selection with its titles, without them"},
+    {"Ctrl+Z, Ctrl+Shift+Z", "undo, redo of marks and groups"},
+    {"Ins, Del", "a frequency group of the marked IFs; deletes the group"},
+};
+
+/// The lines stand in two columns of a dialog that is as high as they need.
+struct KeyLayout {
+    explicit KeyLayout(std::span<const KeyLine> lines)
+    {
+        constexpr int lineStep = 12;
+        int y = 8;
+        for (const KeyLine& line : lines) {
+            items.push_back({ControlKind::staticText, 0, line.keys, 8, y, 96, 10});
+            items.push_back({ControlKind::staticText, 0, line.what, 108, y, 264, 10});
+            y += lineStep;
+        }
+        y += 6;
+        items.push_back({ControlKind::defaultButton, IDOK, "Close", 316, y, 56, 14, WS_TABSTOP});
+        dialog = {0, "Keys and mouse", 380, y + 22, items.data(), static_cast<int>(items.size())};
+    }
+    std::vector<DlgItem> items;
+    DlgTemplate dialog{};
+};
+
+void show(CWnd* parent, std::span<const KeyLine> lines)
+{
+    const KeyLayout layout(lines);
+    CDialog dialog(layout.dialog, parent);
+    dialog.DoModal();
+}
+
+}  // namespace
+
+void showMapKeys(CWnd* parent) { show(parent, mapKeys); }
+void showDataKeys(CWnd* parent) { show(parent, dataKeys); }
+
+void showAbout()
+{
+    AfxMessageBox("pavane-view marks areas on maps of radio interferometers, writes the masks of "
+                  "them, and shows what is in files of visibilities.\n\nA program of the pavane "
+                  "library, under the MIT licence.",
+                  MB_ICONINFORMATION);
+}
+
+}  // namespace pavane
