@@ -89,8 +89,9 @@ private:
     void showDocument();
 
     // Marks and the plot
-    /// What a table shows has changed: its marks by the user, or its rows while it is filled.
-    void tableChanged(UvTable table);
+    /// What a table shows has changed: its marks by the user (`byUser`), or its rows while it is
+    /// filled.
+    void tableChanged(UvTable table, int byUser);
     UvMarks marks();
     void plotAgain();
     void readOn();

@@ -45,8 +45,8 @@ int DataWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
 {
     if (code != 0) {
         for (const UvTable table : uvTables)
-            if (control == selectors_[indexOf(table)].get() && code == MTN_MARKS)
-                return tableChanged(table), 1;
+            if (control == selectors_[indexOf(table)].get())
+                return tableChanged(table, code == MTN_MARKS), 1;
         if (control == &groups_)
             return updateTitle(), 1;
         return CWnd::OnCommand(id, code, control);

@@ -47,13 +47,15 @@ std::string percentText(double done)
 
 // --- marks
 
-void DataWindow::tableChanged(UvTable table)
+void DataWindow::tableChanged(UvTable table, int byUser)
 {
     const auto at = indexOf(table);
     const ABitArray& marks = selector(table).GetMark();
     if (settingMarks_ || !data_)
         return;
     if (marks.count() == known_[at]) {
+        if (!byUser)
+            return;
         all_[at] = marks.ones() == marks.count();
         return plotAgain();
     }
