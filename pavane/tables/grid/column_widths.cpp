@@ -60,7 +60,7 @@ CString addWidth(const TableColumns& columns, std::string_view text, int column)
     widths[column] = columns.width(column);
     CString kept = std::to_string(columns.last()) + ":";
     for (const auto& [c, width] : widths)
-        kept += " " + std::to_string(c) + "=" + std::to_string(width);
+        (kept += ' ').append(std::to_string(c)).append("=").append(std::to_string(width));
     return kept;
 }
 
