@@ -4,8 +4,6 @@ namespace pavane
 {
 
 // Texts of the tables of an observation that the user sees.
-inline constexpr const char* markColumnTitle = "Marked";
-inline constexpr const char* markColumnTip = "Says in words what the boxes say";
 inline constexpr const char* fillingStopText = "Sto&p reading\tEsc";
 inline constexpr const char* fillingGoOnText = "Go on rea&ding";
 

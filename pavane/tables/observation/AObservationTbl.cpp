@@ -21,7 +21,6 @@ constexpr unsigned fillPause = 5;
 /// A key that comes meanwhile waits no longer than an eye does.
 constexpr std::chrono::milliseconds fillShare(15);
 constexpr int headerChars = 8;
-constexpr int markChars = 11;
 
 ATableColumn charsWide(int characters) { return {static_cast<std::int16_t>(characters), colChars}; }
 
@@ -32,8 +31,6 @@ AObservationTbl::AObservationTbl(UvTable table, MarkItems items) : AMarkTable(it
     std::vector<ATableColumn> columns = {charsWide(headerChars)};
     for (const UvColumn& column : uvTableLook(table).columns)
         columns.push_back(charsWide(column.width));
-    if (items == MarkItems::rows)
-        columns.push_back(charsWide(markChars));
     setColumnPar(columns.data(), static_cast<long>(columns.size()));
     setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect | optSizeColumns |
                optSort);
@@ -68,15 +65,8 @@ int AObservationTbl::OnCreate(CREATESTRUCT& cs)
 
 // --- what it shows
 
-int AObservationTbl::isMarkColumn(int column) const
-{
-    return markItems() == MarkItems::rows && column == UvObservation::columns(table_) + 1;
-}
-
 CString AObservationTbl::hdrCellAsStr(int row, int column, void*)
 {
-    if (row == 0 && isMarkColumn(column))
-        return markColumnTitle;
     if (row > 0)
         return std::to_string(recordOf(row));
     if (observation_)
@@ -88,8 +78,6 @@ CString AObservationTbl::hdrCellAsStr(int row, int column, void*)
 
 CString AObservationTbl::cellAsStr(int row, int column, void*)
 {
-    if (isMarkColumn(column))
-        return markText(itemOf(row, column));
     return observation_ && row > 0 ? observation_->text(table_, recordOf(row), column) : CString();
 }
 
@@ -112,8 +100,6 @@ CString AObservationTbl::OnToolTip(CPoint point)
         return AMarkTable::OnToolTip(point);
     if (cell.column == 0)
         return StateText();
-    if (isMarkColumn(cell.column))
-        return markColumnTip;
     return uvTableLook(table_).columns[static_cast<std::size_t>(cell.column) - 1].tip;
 }
 

@@ -14,9 +14,9 @@ inline constexpr unsigned OTN_FILLING = 0x0A01;
 /// text. What needs all groups of the file is filled while the window lives; its corner says how
 /// far that is, Escape stops it and leaves what was found so far, and the menu goes on.
 ///
-/// With MarkItems::rows its records have marks: boxes before the numbers of the rows and a last
-/// column "Marked" that says the same in words. Marks and the focus stay on their records while the
-/// table grows and is sorted.
+/// With MarkItems::rows its records have marks, boxes before the numbers of the rows; texts are the
+/// same with and without. Marks and the focus stay on their records while the table grows and is
+/// sorted.
 class PAVANE_API AObservationTbl : public AMarkTable, private UvObserver
 {
 public:
@@ -58,8 +58,6 @@ private:
     void showRecords(int stay);
     int isFilling() const;
     void goOn();
-    /// Whether it is the column of words for the marks.
-    int isMarkColumn(int column) const;
 
     UvTable table_;
     UvObservation* observation_ = nullptr;

@@ -78,6 +78,9 @@ TEST(ObservationTables, ExportWhatTheObservationWrites)
         std::ostringstream stream;
         EXPECT_TRUE(observation.writeTsv(table->table(), stream));
         EXPECT_EQ(textOf(*table), stream.str());
+        AObservationSelector selector(table->table());
+        selector.SetObservation(&observation);
+        EXPECT_EQ(textOf(selector.table()), stream.str());
         EXPECT_GT(table->rows(), 0);
         double value = 0;
         for (int column = 1; column <= table->columns(); ++column)
@@ -130,7 +133,7 @@ TEST(ObservationTables, AreFilledWhileTheWindowLives)
     EXPECT_TRUE(table.isMarked(2) && table.markedCount() == 1);
     EXPECT_EQ(table.recordOf(1), 3);
     EXPECT_EQ(table.getSelectRect().anchorRow, 1);
-    EXPECT_EQ(table.cellAsStr(1, 8, nullptr), "marked");
+    EXPECT_TRUE(table.isMarked(table.itemOf(1, 1)));
 }
 
 TEST(ObservationTables, SurviveTheirObservation)
@@ -197,11 +200,9 @@ TEST(ObservationSelector, MarksRecords)
         selector.table().SetSelectRect(length);
         (void)selector.table().RunTableCommand(sort);
         for (int row = 1; row <= 3; ++row)
-            EXPECT_EQ(selector.table().cellAsStr(row, 8, nullptr),
-                      selector.table().cellAsStr(row, 7, nullptr) == "3" &&
-                              selector.table().cellAsStr(row, 6, nullptr) == "1"
-                          ? "marked"
-                          : "");
+            EXPECT_EQ(selector.table().isMarked(selector.table().itemOf(row, 1)) != 0,
+                      selector.table().cellAsStr(row, 6, nullptr) == "1" &&
+                          selector.table().cellAsStr(row, 7, nullptr) == "3");
     }
     EXPECT_TRUE(selector.GetMark() == marks);
 }
