@@ -8,7 +8,7 @@ namespace pavane
 /// When a command of frequency groups would do something.
 enum class FreqWhen : std::uint8_t {
     hasMarks,    ///< an IF is marked
-    hasGroup,    ///< there is a group at the focus
+    hasGroup,    ///< a selected cell shows a group
     hasGroups,   ///< there is a group
     hasIfs,      ///< there is an IF
     severalIfs,  ///< there is more than one

@@ -146,6 +146,16 @@ int FreqGroupSteps::remove(int group)
     return step("Delete group", [&](int&) { return edit_.DeleteFreqGroup(group); });
 }
 
+int FreqGroupSteps::remove(const ABitArray& groups)
+{
+    return step(groups.ones() > 1 ? "Delete groups" : "Delete group", [&](int&) {
+        int removed = 0;
+        for (int g = groups.count() - 1; g >= 0; --g)
+            removed += groups.get(g) && edit_.DeleteFreqGroup(g);
+        return removed;
+    });
+}
+
 int FreqGroupSteps::removeAll()
 {
     return step("Delete all groups", [&](int&) {

@@ -54,6 +54,8 @@ public:
     int markSelections(const ABitArray& marks, std::string_view label);
     int add(FreqGroupEdit::Fault& fault);
     int remove(int group);
+    /// Several groups in one step; how many there were.
+    int remove(const ABitArray& groups);
     int removeAll();
     int allInOne();
     void fixedStep(int step);
@@ -66,6 +68,8 @@ public:
     std::string_view redoLabel() const { return history_.redoLabel(); }
     int undo();
     int redo();
+    /// What the user has to be told of the history, once; see EditHistory.
+    EditRecorded takeLoss() { return history_.takeLoss(); }
 
     /// Non-zero when the groups are others than those that were set or marked as saved.
     int isModified() const;

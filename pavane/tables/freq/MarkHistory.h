@@ -22,6 +22,8 @@ public:
     /// Puts the marks of before the last step, or after the next one, into `marks`; 0 without one.
     int undo(ABitArray& marks);
     int redo(ABitArray& marks);
+    /// What the user has to be told, once; see EditHistory.
+    EditRecorded takeLoss() { return history_.takeLoss(); }
     void clear() { history_.clear(); }
 
 private:

@@ -1,5 +1,6 @@
 #include "pavane/tables/observation/AFreqGroupsWnd.h"
 
+#include "pavane/resources/tracker_messages.h"
 #include "pavane/tables/freq/group_look.h"
 #include "platform/message.h"
 #include "platform/system_colors.h"
@@ -50,6 +51,13 @@ const char* AFreqGroupsWnd::GetWndClassName() { return "AFreqGroupsWnd"; }
 void AFreqGroupsWnd::DrawWindow(CDC& dc, CRect&, CRect& update)
 {
     dc.FillSolidRect(update, GetSysColor(COLOR_BTNFACE));
+}
+
+int AFreqGroupsWnd::GetPages(CDC& dc) { return ActiveTable().GetPages(dc); }
+CString AFreqGroupsWnd::GetSubscript() { return ActiveTable().GetSubscript(); }
+void AFreqGroupsWnd::PrintWindow(CDC& dc, CRect& rect, int page)
+{
+    ActiveTable().PrintWindow(dc, rect, page);
 }
 
 // --- its parts
@@ -259,6 +267,8 @@ void AFreqGroupsWnd::GroupsChanged(const FreqGroupNews& news)
     if (news.other)
         layOut();
     showNow();
+    if (const EditRecorded loss = steps_->takeLoss(); loss == editLost || loss == editGaveUpOld)
+        (void)AfxMessageBox(loss == editLost ? allStepsGone : oldStepsGone, MB_OK | MB_ICONWARNING);
     if (CWnd* const parent = FromHandle(self) == this ? GetParent() : nullptr)
         (void)parent->SendMessage(WM_COMMAND, (GetDlgCtrlID() & 0xFFFF) | WPARAM{MTN_GROUPS} << 16,
                                   static_cast<LPARAM>(self));

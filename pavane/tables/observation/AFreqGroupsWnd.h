@@ -57,6 +57,10 @@ public:
     /// a program goes on with other parts of its window.
     int FocusNextTable(int back);
 
+    // Its pages are those of the table that the user works in.
+    int GetPages(CDC& dc) override;
+    CString GetSubscript() override;
+    void PrintWindow(CDC& dc, CRect& rect, int page) override;
     const char* GetWndClassName() override;
     void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
 

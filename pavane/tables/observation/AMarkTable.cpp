@@ -1,9 +1,11 @@
 #include "pavane/tables/observation/AMarkTable.h"
 
+#include "pavane/resources/tracker_messages.h"
 #include "pavane/tables/observation/mark_access.h"
 #include "pavane/tables/observation/mark_box.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/CDC.h"
+#include "platform/message.h"
 
 #include <algorithm>
 
@@ -106,7 +108,11 @@ int AMarkTable::takeMarks(const ABitArray& marks, const CString& label)
     if (marks == GetMark())
         return 0;
     history_.record(GetMark(), marks, label);
+    const EditRecorded loss = history_.takeLoss();
+    const TableWatch watch(*this);
     ABMarkTable::SetMark(marks);
+    if (!watch.gone() && (loss == editLost || loss == editGaveUpOld))
+        (void)AfxMessageBox(loss == editLost ? allStepsGone : oldStepsGone, MB_OK | MB_ICONWARNING);
     return 1;
 }
 

@@ -86,11 +86,20 @@ COLORREF FreqTable::GetCellBkColor(int row, int column, int state)
 
 // --- commands
 
-int FreqTable::focusGroup()
+ABitArray FreqTable::selectedGroups()
 {
-    const ASelectRect selection = getSelectRect();
-    const TableCell cell{selection.anchorRow, selection.anchorColumn};
-    return grid().extent().contains(cell) ? groupOfCell(cell.row, cell.column) : -1;
+    ABitArray groups(steps_->groups() ? steps_->groups()->count() : 0);
+    const CellRange cells = selectedCells(getSelectRect(), grid().extent());
+    if (cells.empty())
+        return groups;
+    // a column of IFs shows one group, or a row of the list
+    if (markItems() == MarkItems::columns)
+        for (int c = cells.firstColumn; c <= cells.lastColumn; ++c)
+            groups.set(groupOfCell(cells.firstRow, c));
+    else
+        for (std::int64_t r = cells.firstRow; r <= cells.lastRow; ++r)
+            groups.set(groupOfCell(static_cast<int>(r), cells.firstColumn));
+    return groups;
 }
 
 int FreqTable::isTimeOf(FreqWhen when)
@@ -100,7 +109,7 @@ int FreqTable::isTimeOf(FreqWhen when)
     case FreqWhen::hasMarks:
         return steps_->edit().marked().ones() > 0;
     case FreqWhen::hasGroup:
-        return focusGroup() >= 0;
+        return selectedGroups().firstOne() >= 0;
     case FreqWhen::hasGroups:
         return groups > 0;
     case FreqWhen::hasIfs:
@@ -132,8 +141,8 @@ void FreqTable::OnAddGroup() { (void)addMarked(); }
 
 void FreqTable::OnDeleteGroup()
 {
-    if (const int group = focusGroup(); group >= 0)
-        (void)steps_->remove(group);
+    if (const ABitArray groups = selectedGroups(); groups.firstOne() >= 0)
+        (void)steps_->remove(groups);
 }
 
 void FreqTable::OnDeleteAllGroup() { (void)steps_->removeAll(); }

@@ -45,7 +45,7 @@ public:
 
     // What the menu does.
     void OnAddGroup();
-    void OnDeleteGroup();  ///< the group of the focus cell
+    void OnDeleteGroup();  ///< the groups of the selected cells
     void OnDeleteAllGroup();
     void OnAllInOne();
     /// Asks for the step.
@@ -57,7 +57,8 @@ protected:
     /// Adds the marked IFs as a group, and says why when they are none. The number of groups less
     /// 1, -1 when nothing was added.
     int addMarked();
-    int focusGroup();
+    /// The groups that the selected cells show.
+    ABitArray selectedGroups();
 
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     void OnKeyUp(unsigned key, unsigned repeat, unsigned flags) override;

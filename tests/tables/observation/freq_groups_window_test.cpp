@@ -86,6 +86,14 @@ TEST(FreqGroupsWindow, MakesAndDeletesGroupsByKeys)
     ShownGroups::step = 0;
     shown.key(table, 'T', MK_CONTROL);
     EXPECT_EQ(shown.state(), "11111 |00000");
+    ShownGroups::step = 1;
+    shown.key(table, 'T', MK_CONTROL);
+    ASelectRect rows{4, 1, 2, 3};
+    list.SetSelectRect(rows);
+    shown.key(list, VK_DELETE);
+    EXPECT_EQ(shown.state(), "10000 00001 |00000");
+    shown.key(table, 'Z', MK_CONTROL);
+    EXPECT_EQ(list.rows(), 5);
     shown.key(list, VK_DELETE, MK_CONTROL);
     EXPECT_EQ(shown.state(), "|00000");
     while (shown.window.Undo()) {
