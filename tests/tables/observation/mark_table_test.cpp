@@ -139,6 +139,30 @@ TEST(MarkTable, MarksByDoubleClicksOnHeadersAndLeavesOthersAlone)
     EXPECT_EQ(rows.marks(), "0010");
 }
 
+TEST(MarkTable, MarksRecordsInWhateverOrderTheyAreShown)
+{
+    struct Values : MarkedTable {
+        CString cellAsStr(int row, int column, void*) override
+        {
+            constexpr int values[] = {30, 10, 40, 20};
+            return column == 1 ? std::to_string(values[recordOf(row) - 1]) : "";
+        }
+    } table;
+    table.make();
+    table.setOptions(optSort);
+    ASSERT_TRUE(table.SortRows({1, SortDirection::rising}));  // records 2, 4, 1, 3 rising
+    ASSERT_EQ(table.recordOf(1), 2);
+    table.select({1, 1, 2, 1});
+    table.key(VK_SPACE);
+    EXPECT_EQ(table.marks(), "0101");
+    table.mouse(WM_LBUTTONDOWN, table.box(4, 0));
+    EXPECT_EQ(table.marks(), "0111");
+    ASSERT_TRUE(table.SortRows({}));
+    EXPECT_EQ(table.marks(), "0111");
+    table.key('Z', control);
+    EXPECT_EQ(table.marks(), "0101");
+}
+
 TEST(MarkTable, TellsScreenReadersWhatIsMarked)
 {
     const struct {
