@@ -77,6 +77,8 @@ void ATableWnd::amMenuParse(CMenu* popup)
     (void)popup->CheckMenuItem(ID_TABLE_SORT_UP, checked(SortDirection::rising));
     (void)popup->CheckMenuItem(ID_TABLE_SORT_DOWN, checked(SortDirection::falling));
     (void)popup->CheckMenuItem(ID_TABLE_SORT_STORED, checked(SortDirection::stored));
+    const int sorted = by.column || !sorter_->order().isStored();
+    (void)popup->EnableMenuItem(ID_TABLE_SORT_STORED, sorted ? MF_ENABLED : MF_GRAYED);
     removeNever(*popup);
 }
 

@@ -18,6 +18,7 @@ struct SelectionSums {
     double least = 0;
     double greatest = 0;
     int partial = 0;  ///< there are more cells than were looked at
+    friend constexpr bool operator==(const SelectionSums&, const SelectionSums&) = default;
 };
 
 /// Looks at the first `mostCells` of the cells, row by row. Sums have the digits of a double,

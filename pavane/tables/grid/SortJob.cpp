@@ -17,6 +17,7 @@ namespace
 constexpr std::size_t cellsAtOnce = 256;  // hooks make them
 constexpr std::size_t rowsAtOnce = 4096;
 constexpr std::size_t prefixBytes = 8;
+constexpr std::size_t longestKey = 4096;  // bytes; longer texts that agree so far count as equal
 
 /// A whole number with the order of `value`.
 std::uint64_t orderedBits(double value)
@@ -119,7 +120,7 @@ void SortJob::addText(Key& key, const CString& text)
         ends_.reserve(rows_);
         ends_.resize(at_, 0);
     }
-    const CString folded = smallLetters(text);
+    const CString folded = smallLetters(std::string_view(text).substr(0, longestKey));
     key.kind = Kind::text;
     key.key = prefixOf(folded);
     texts_.back() += folded;

@@ -11,6 +11,7 @@ namespace
 {
 
 constexpr int cellsAtOnce = 256;
+constexpr std::size_t bytesAtOnce = 1 << 20;
 
 }  // namespace
 
@@ -49,7 +50,8 @@ void TableSearch::goOn(const TableExtent& table)
 
 WorkState TableSearch::step(TableTexts& table)
 {
-    for (int i = 0; i < cellsAtOnce; ++i) {
+    std::size_t bytes = 0;
+    for (int i = 0; i < cellsAtOnce && bytes < bytesAtOnce; ++i) {
         const TableExtent extent = table.extent();
         if (extent.empty() || needle_.empty())
             return WorkState::done;
@@ -63,6 +65,7 @@ WorkState TableSearch::step(TableTexts& table)
         goOn(extent);
         if (!table.text(at_, text_))
             return WorkState::gone;
+        bytes += text_.size();
         if (matches(text_))
             return found_ = at_, WorkState::done;
     }
