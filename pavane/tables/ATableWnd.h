@@ -167,8 +167,9 @@ public:
     virtual int pasteCell(int row, int column, const CString& text);
     /// Empties a cell; 0 refuses. The base pastes an empty text.
     virtual int clearCell(int row, int column);
-    /// Edits of cells between these two are one step of undo, named `label`; calls nest. Heirs
-    /// whose data has a history of its own override these and the four below.
+    /// Edits of cells between these two are one step of undo, named `label`; calls nest. The table
+    /// calls them when it pastes and clears; what a field or a list stores is a step by itself.
+    /// Heirs whose data has a history of its own override these, the four below and the labels.
     virtual void beginEdits(const CString& label);
     virtual void endEdits();
     virtual int canUndo();

@@ -80,17 +80,19 @@ int ATableWnd::editCell(int row, int column, const std::function<int()>& store)
     return watch.gone() ? 0 : taken;
 }
 
-/// An edit that is a step of its own: `what` and the title of the cell name it.
+/// An edit that is a step of its own: `what` and the title of the cell name it. Heirs that have
+/// another history make their own step when they store.
 int ATableWnd::storeAsStep(const CString& what, int row, int column,
                            const std::function<int()>& store)
 {
     const TableWatch watch(*this);
     const CString title = cellTitle(row, column);
+    if (watch.gone())
+        return 0;
+    ATableWnd::beginEdits(what + title);
+    const int taken = editCell(row, column, store);
     if (!watch.gone())
-        beginEdits(what + title);
-    const int taken = !watch.gone() && editCell(row, column, store);
-    if (!watch.gone())
-        endEdits();
+        ATableWnd::endEdits();
     return !watch.gone() && taken;
 }
 
