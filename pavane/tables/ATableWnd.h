@@ -354,7 +354,7 @@ private:
     void drawOne(CDC& dc, const CRect& cell, int row, int column, int state);
     void measureForPaper();
     void drawLines(CDC& dc, const CRect& rect, int row);
-    void drawGlyph(CDC& dc, const CRect& rect, int row, int column);
+    void drawGlyph(CDC& dc, const CRect& rect, int row, int column, COLORREF ground);
     void drawSortMark(CDC& dc, const CRect& rect, int row, int column, COLORREF ground);
     const TableColors& colors();
 

@@ -15,6 +15,17 @@ namespace
 constexpr int glyphPlace = 14;  // left edge of a mark, from the right edge of its cell
 constexpr int textMargin = 4;
 
+/// The frame of the focus cell; on middle greys, which inverted look the same, a solid one.
+void drawFocus(CDC& dc, const CRect& rect, COLORREF ground, COLORREF text)
+{
+    if (TableColors::isInverseSeen(ground))
+        return dc.DrawFocusRect(rect);
+    dc.FillSolidRect({rect.left, rect.top, rect.right, rect.top + 1}, text);
+    dc.FillSolidRect({rect.left, rect.bottom - 1, rect.right, rect.bottom}, text);
+    dc.FillSolidRect({rect.left, rect.top, rect.left + 1, rect.bottom}, text);
+    dc.FillSolidRect({rect.right - 1, rect.top, rect.right, rect.bottom}, text);
+}
+
 /// Lines along the edges of a cell. They are filled rectangles, which are the same on pixels and on
 /// a page; on the screen one unit wide, those at the right and bottom just outside `rect`.
 struct EdgeLines {
@@ -251,16 +262,17 @@ void ATableWnd::drawCell(CDC& dc, CRect& rect, int row, int column, int state)
         cellFilled_ = 1;
     }
     drawLines(dc, rect, row);
+    const COLORREF text = colors().textOn(ground);
     if (state & 1) {
-        dc.DrawFocusRect(rect);
+        drawFocus(dc, rect, ground, text);
         CRect inner = rect;
         inner.DeflateRect(1, 1);
         if (isOptSet(optDoubleFocus) && !inner.IsRectEmpty())
-            dc.DrawFocusRect(inner);
+            drawFocus(dc, inner, ground, text);
     }
-    dc.SetTextColor(colors().textOn(ground));
+    dc.SetTextColor(text);
     if (!(grid_.columns().flags(column) & colNoGlyph))
-        drawGlyph(dc, rect, row, column);
+        drawGlyph(dc, rect, row, column, ground);
 }
 
 void ATableWnd::drawLines(CDC& dc, const CRect& rect, int row)
@@ -277,13 +289,14 @@ void ATableWnd::drawLines(CDC& dc, const CRect& rect, int row)
 }
 
 /// The mark that tells whether a cell can be edited or chosen; paper has none.
-void ATableWnd::drawGlyph(CDC& dc, const CRect& rect, int row, int column)
+void ATableWnd::drawGlyph(CDC& dc, const CRect& rect, int row, int column, COLORREF ground)
 {
     const int flags = grid_.columns().flags(column);
     if (printing_ || !(flags & (colEdit | colCombo)))
         return;
     const TableWatch watch(*this);
-    glyphs_.SetColors(colors().text, colors().accent, colors().shadow);
+    const TableColors& c = colors();
+    glyphs_.SetColors(c.textOn(ground), c.accentOn(ground), c.faintOn(ground));
     if (flags & colEdit) {
         const int image = isEnableAutoEdit(row, column) > 0 ? glyphEdit : glyphNoEdit;
         if (watch.gone())
