@@ -16,7 +16,7 @@ constexpr const char* groupTitles[] = {"Group", "IFs", "Lowest [MHz]", "Highest 
 
 }  // namespace
 
-AFreqGroupInfoTbl::AFreqGroupInfoTbl() : FreqTable(MarkItems::none) { setUpFreqList(*this, 16); }
+AFreqGroupInfoTbl::AFreqGroupInfoTbl() : FreqTable(MarkItems::none) { setUpFreqList(*this, 14); }
 
 const char* AFreqGroupInfoTbl::GetWndClassName() { return "AFreqGroupInfoTbl"; }
 int AFreqGroupInfoTbl::GetMenuID() { return static_cast<int>(IDR_FREQ_INFO_MENU); }

@@ -9,7 +9,7 @@ namespace pavane
 
 void setUpFreqList(ATableWnd& table, std::int16_t ifsCharacters)
 {
-    constexpr std::int16_t nameCharacters = 22;
+    constexpr std::int16_t nameCharacters = 24;
     constexpr std::int16_t frequencyCharacters = 17;
     ATableColumn columns[freqColumnCount] = {{nameCharacters, colChars},
                                              {ifsCharacters, colChars},
