@@ -63,11 +63,11 @@ void AreaSession::saved(const std::string& file)
     hasCopy_ = 0;
 }
 
-std::string AreaSession::title() const
+std::string AreaSession::title(int otherWork) const
 {
     if (map_.empty())
         return "pavane-view";
-    return baseNameOf(map_) + (isModified() ? "*" : "") + "  \u2013  pavane-view";
+    return baseNameOf(map_) + (isModified() || otherWork ? "*" : "") + "  \u2013  pavane-view";
 }
 
 }  // namespace pavane

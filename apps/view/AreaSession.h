@@ -51,8 +51,8 @@ public:
     /// Non-zero while a copy of what is unsaved lies on disk.
     int hasCopy() const { return hasCopy_; }
     const Autosave& autosave() const { return autosave_; }
-    /// "map.fits*  -  pavane-view"
-    std::string title() const;
+    /// "map.fits*  -  pavane-view"; `otherWork`: something else is not saved either.
+    std::string title(int otherWork = 0) const;
 
 private:
     std::string folder_;

@@ -25,9 +25,12 @@ namespace
 
 constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
-constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104;
+constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
+                   idModelTable = 106;
 constexpr int listWidth = 110;
 constexpr int tableWidth = 290;
+/// Of the map beside the components.
+constexpr double mapShare = 0.6;
 constexpr unsigned copyTimer = 1;
 /// Pixels that the pointer may tremble in a click without moving an area.
 constexpr int clickTremble = 3;
@@ -50,7 +53,8 @@ void setUpPointer(TrackerCollection& areas)
 }  // namespace
 
 MainWindow::MainWindow(WindowHost* host)
-    : host_(host), view_(*this), session_(folderOf(GetProfileFile())), recent_(section)
+    : host_(host), model_(*this), view_(*this), session_(folderOf(GetProfileFile())),
+      recent_(section)
 {
 }
 
@@ -69,13 +73,23 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
 {
     if (ATrackToolBarOwnerWnd::OnCreate(cs) < 0 || !makeBar())
         return -1;
-    if (!view_.Create(view_.GetWndClassName(), CString(), WS_CHILD | WS_VISIBLE | WS_TABSTOP,
-                      CRect(), this, idView) ||
+    if (!split_.Create(CSplitterWnd::Split::columns, WS_CHILD | WS_VISIBLE | WS_TABSTOP, CRect(),
+                       this, idSplit) ||
+        !view_.Create(view_.GetWndClassName(), CString(), WS_CHILD | WS_VISIBLE | WS_TABSTOP,
+                      CRect(), &split_, idView) ||
+        !model_.Create(&split_, idModelTable) ||
         !table_.Create(table_.GetWndClassName(), CString(),
                        WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this, idTable) ||
         !status_.Create(this, idStatus))
         return -1;
     table_.SetAxisWnd(&view_);
+    table_.focused = [this] { part_ = Part::numbers; };
+    model_.table().focused = [this] { part_ = Part::model; };
+    model_.table().left = [this] { view_.SetFocus(); };
+    view_.SetMarks(&model_);
+    split_.SetPanes(&view_, &model_.table());
+    split_.SetShare(mapShare);
+    split_.ShowOnly(0);
     setUpPointer(*view_.GetTrackers());
     view_.SetToolBar(&bar_);
     view_.SetComboBox(&list_);
@@ -134,7 +148,7 @@ void MainWindow::layOut(int cx, int cy)
     const int head = std::min(foot, bar_.GetBarHeight(cx));
     bar_.MoveWindow(CRect(0, 0, cx, head));
     const int right = showTable_ ? cx - std::min(tableWidth, cx / 2) : cx;
-    view_.MoveWindow(CRect(0, head, right, foot));
+    split_.MoveWindow(CRect(0, head, right, foot));
     table_.MoveWindow(CRect(right, head, cx, foot));
     status_.MoveWindow(CRect(0, foot, cx, cy));
 }
@@ -170,7 +184,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
 {
     if (host_ && holdsVisibilities(file))
         return host_->openWindow(file);
-    if (!MayLeaveAreas())
+    if (!MayLeave())
         return 0;
     auto opened = std::make_unique<MapDocument>();
     std::string error;
@@ -187,12 +201,14 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     setUpPointer(*areas);
     session_.begin(file);
     agreedLosses_.clear();
+    model_.Close();
     view_.SetTrackers(areas, 1);
     showMap(view_, opened->picture());
     view_.SetSquareCells(!options_.freeAspect);
     bar_.SetOwnerWnd(this, 1);
     view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
     map_.swap(opened);            // the old one goes when nothing shows it any more
+    model_.SetFrame(&map_->inputs().frame);
     status_.Reset();
     table_.SetUnits(map_->format().offsetUnit(), map_->format().offsetUnit());
     table_.Refresh();
@@ -213,6 +229,8 @@ int MainWindow::OpenFirst(const ViewOptions& options)
         areas().history().clear();  // what the session starts with is no edit
         view_.FollowAreas();
     }
+    if (!options.model.empty())
+        (void)model_.Open(options.model);
     return 1;
 }
 
@@ -235,7 +253,7 @@ int MainWindow::isModified()
 
 void MainWindow::OnClose()
 {
-    if (!MayLeaveAreas())
+    if (!MayLeave())
         return;
     SaveWndPos(this, section);
     session_.end();
@@ -301,6 +319,6 @@ void MainWindow::writeCopy()
                        session_.autosave().file());
 }
 
-void MainWindow::updateTitle() { SetWindowText(session_.title()); }
+void MainWindow::updateTitle() { SetWindowText(session_.title(model_.session().isModified())); }
 
 }  // namespace pavane

@@ -3,7 +3,10 @@
 #include "apps/view/AreaSession.h"
 #include "apps/view/MapDocument.h"
 #include "apps/view/MapWindow.h"
+#include "apps/view/ModelPanel.h"
 #include "apps/view/options.h"
+#include "apps/view/part_menu.h"
+#include "apps/view/PartWindow.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
 #include "apps/view/WindowHost.h"
@@ -11,6 +14,7 @@
 #include "pavane/axes/windows/ATrackerToolBar.h"
 #include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
 #include "platform/CMenu.h"
+#include "platform/splitter.h"
 
 #include <memory>
 #include <string>
@@ -19,9 +23,10 @@
 namespace pavane
 {
 
-/// The window of pavane-view: menu, toolbar, list of areas, the map and a status line. Nothing that
-/// took work is lost without a question.
-class MainWindow : public ATrackToolBarOwnerWnd, private MapWindowOwner
+/// The window of pavane-view: menu, toolbar, list of areas, the map, the table of components beside
+/// it, the numbers of the current area, and a status line. Commands of editing act on the part that
+/// has the keyboard. Nothing that took work is lost without a question.
+class MainWindow : public ATrackToolBarOwnerWnd, private MapWindowOwner, private ModelPanelOwner
 {
 public:
     /// Without a host it opens maps only, and the program ends with it.
@@ -44,9 +49,13 @@ public:
     int OpenAreas(const std::string& file);
     /// 0 when the user wants to stay with the unsaved areas.
     int MayLeaveAreas();
+    /// The same of areas and components.
+    int MayLeave() { return MayLeaveAreas() && model_.MayLeave(); }
 
     const char* GetWndClassName() override { return "PavaneView"; }
     MapWindow& view() { return view_; }
+    AAreaTableWnd& numbers() { return table_; }
+    ModelPanel& model() { return model_; }
     const AreaSession& session() const { return session_; }
     const StatusLine& statusLine() const { return status_; }
 
@@ -66,6 +75,22 @@ private:
     void mapAreasChanged() override;
     void mapNotice(const CString& text) override { status_.SetMessage(text); }
     void mapSavePicture() override { savePicture(); }
+    void mapFocused() override { part_ = Part::map; }
+
+    // ModelPanelOwner
+    void modelChanged() override;
+    void modelOpened() override;
+    void modelNotice(const CString& text) override { status_.SetMessage(text); }
+    int modelMayWrite(const std::string& file) override { return mayWrite(file, 0); }
+    CWnd* modelWindow() override { return this; }
+
+    // Parts
+    ATableWnd* tableOf(Part part);
+    Part part();
+    void goToPart(int step);
+    int runPartCommand(unsigned id);
+    void showPartCommands(CMenu& popup);
+    int runModelCommand(unsigned id);
 
     int makeBar();
     void layOut(int cx, int cy);
@@ -117,8 +142,11 @@ private:
     ATrackerToolBar bar_;
     CComboBox list_;
     StatusLine status_;
-    AAreaTableWnd table_;
+    PartWindow<AAreaTableWnd> table_;
+    ModelPanel model_;
+    CSplitterWnd split_;
     MapWindow view_;
+    Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;
     RecentFiles recent_;
     std::vector<CString> palettes_;

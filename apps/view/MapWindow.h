@@ -1,11 +1,25 @@
 #pragma once
 
 #include "apps/view/main_menu.h"
+#include "pavane/axes/ABAxis.h"
 #include "pavane/axes/windows/AAxisWnd.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/CMenu.h"
 
 namespace pavane
 {
+
+/// What lies over the map and its areas.
+class MapMarks
+{
+public:
+    virtual ~MapMarks() = default;
+    virtual int isShown() const = 0;
+    /// Draws in the axis as it is laid out for the context; `onScreen`: else for a picture.
+    virtual void drawOver(CDC& dc, const ABAxis& axis, int onScreen) = 0;
+    /// The left button went down there, with the tool that picks.
+    virtual void pressOn(const ABAxis& axis, CPoint point) = 0;
+};
 
 /// What the map window tells the main window.
 class MapWindowOwner
@@ -16,6 +30,8 @@ public:
     virtual void mapAreasChanged() = 0;
     virtual void mapNotice(const CString& text) = 0;
     virtual void mapSavePicture() = 0;
+    /// The keyboard has come to it.
+    virtual void mapFocused() = 0;
 };
 
 /// The map with its areas, in the main window.
@@ -23,6 +39,8 @@ class MapWindow : public AAxisWnd
 {
 public:
     explicit MapWindow(MapWindowOwner& owner) : owner_(owner) {}
+    /// Not owned; null for none.
+    void SetMarks(MapMarks* marks) { marks_ = marks; }
     /// The areas were replaced behind the window's back.
     void FollowAreas()
     {
@@ -51,11 +69,43 @@ public:
                 line.text = savePictureText;
     }
 
+    void ServiceDraw(CDC& dc, CRect& client, CRect& update) override
+    {
+        AAxisWnd::ServiceDraw(dc, client, update);
+        drawMarks(dc, 1);
+    }
+
 protected:
     void OnCopyToBMP() override { owner_.mapSavePicture(); }
+    void OnSetFocus(CWnd* old) override
+    {
+        AAxisWnd::OnSetFocus(old);
+        owner_.mapFocused();
+    }
+    int isBare() const override { return AAxisWnd::isBare() && !hasMarks(); }
+    void drawIntoPicture(CDC& dc) override
+    {
+        AAxisWnd::drawIntoPicture(dc);
+        drawMarks(dc, 0);
+    }
+    /// Marks are picked beside what the press does to areas: they may lie in one.
+    int takePress(unsigned flags, CPoint point) override
+    {
+        if (hasMarks() && GetTrackers()->mode() == toolArrow)
+            marks_->pressOn(*GetPlot(), point);
+        return AAxisWnd::takePress(flags, point);
+    }
 
 private:
+    int hasMarks() const { return marks_ && GetPlot() && marks_->isShown(); }
+    void drawMarks(CDC& dc, int onScreen)
+    {
+        if (hasMarks())
+            marks_->drawOver(dc, *GetPlot(), onScreen);
+    }
+
     MapWindowOwner& owner_;
+    MapMarks* marks_ = nullptr;
 };
 
 }  // namespace pavane

@@ -21,6 +21,10 @@ enum ViewCommand : unsigned {
     idSavePicture,
     idNoRecent,
     idExit,
+    idOpenModel,
+    idMapModel,  ///< the components that the map brings along
+    idSaveModel,
+    idSaveModelAs,
     idDelete = 40101,  ///< the vertex with the focus, or else the areas
     idValues,
     idScale = 40201,  ///< one for each ViewScale, in its order
@@ -28,6 +32,9 @@ enum ViewCommand : unsigned {
     idContourLevels,
     idAreasInPictures,
     idZoomIn,
+    idModel,
+    idNextPart,
+    idPreviousPart,
     idKeys = 40301,
     idAbout,
     idRecent = 40401,  ///< one for each recent file
@@ -58,6 +65,11 @@ inline constexpr MenuItem fileItems[] = {
     {"&Save areas\tCtrl+S", idSaveAreas, nullptr, 0},
     {"Save areas &as...\tCtrl+Shift+S", idSaveAreasAs, nullptr, 0},
     {"Region files in sk&y coordinates", idSkyRegions, nullptr, 0},
+    menuLine,
+    {"Open &components...", idOpenModel, nullptr, 0},
+    {"Components o&f the map", idMapModel, nullptr, 0},
+    {"Sa&ve components", idSaveModel, nullptr, 0},
+    {"Save compo&nents as...", idSaveModelAs, nullptr, 0},
     menuLine,
     {"Save &mask...\tCtrl+M", idSaveMask, nullptr, 0},
     {savePictureText, idSavePicture, nullptr, 0},
@@ -93,6 +105,10 @@ inline constexpr MenuItem viewItems[] = {
     {"Zoom &in\t+", idZoomIn, nullptr, 0},
     menuItemOf(ID_ZOOM_MINUS),
     menuItemOf(ID_WHOLE_MAP),
+    menuLine,
+    {"C&omponents\tF5", idModel, nullptr, 0},
+    {"&Next part\tF6", idNextPart, nullptr, 0},
+    {"Pre&vious part\tShift+F6", idPreviousPart, nullptr, 0},
 };
 
 inline constexpr MenuItem helpItems[] = {

@@ -183,10 +183,10 @@ const OptionTable<ViewOptions>& optionTable()
          set<&ViewOptions::partial>,
          onlyInBatch},
         {{"--model", "", "F.txt",
-          "components: their outlines are drawn over the map, their amplitudes over the plot of a "
-          "data file"},
-         keep<&ViewOptions::model>,
-         onlyInBatch},
+          "components: their outlines are drawn over the map, in the window beside a table of "
+          "them; "
+          "their amplitudes over the plot of a data file"},
+         keep<&ViewOptions::model>},
         {{"--visibilities", "", "UV.csv",
           "print u,v,re,im of the model for each line u,v (wavelengths); needs no map"},
          keep<&ViewOptions::visibilities>,

@@ -42,9 +42,12 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     // a key of the menu, while the pointer drags an area
     if (CWnd::GetCapture())
         return 1;
+    // a button of the toolbar is about areas, whatever has the keyboard
+    if (!control && runPartCommand(id))
+        return 1;
     if (id == ID_COPY_TO_CLIPBOARD)
         return view_.RunCommand(id);
-    return runFileCommand(id) || runViewCommand(id) ||
+    return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) ||
            ATrackToolBarOwnerWnd::OnCommand(id, code, control) || view_.RunCommand(id);
 }
 
@@ -141,6 +144,9 @@ void MainWindow::changeLevels()
 
 void MainWindow::OnInitMenuPopup(CMenu& popup)
 {
+    for (CMenu::Line& line : popup.lines())
+        if (const PartCommand* const command = partCommandOf(line.id))
+            line.text = command->onMap;
     view_.amMenuParse(&popup);  // knows its own commands only
     const CString palette = baseNameOf(GetGlobalPaletteName());
     const int onSky = map_ && map_->sky().isSet();
@@ -166,7 +172,12 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             line.text = view_.IsVertexFocused() ? "&Delete vertex\tDel" : "&Delete areas\tDel";
         } else if (line.id == idValues)
             line.checked = showTable_;
+        else if (line.id == idModel)
+            line.checked = model_.session().isOpen();
+        else if (line.id == idSaveModel || line.id == idSaveModelAs)
+            line.enabled = map_ && model_.session().isOpen();
     }
+    showPartCommands(popup);
 }
 
 }  // namespace pavane

@@ -87,6 +87,16 @@ bool isTextField(const QObject* receiver)
            qobject_cast<const QAbstractSpinBox*>(receiver);
 }
 
+/// A window that wants characters keeps the keys that type one.
+bool isTypedInto(QWidget* widget, const QKeyEvent& key)
+{
+    const WindowPeer* const peer = peerOf(widget);
+    const bool types =
+        !key.text().isEmpty() && key.text()[0].isPrint() &&
+        !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    return types && peer && sendTo(peer->hwnd, WM_GETDLGCODE, 0, 0) & DLGC_WANTCHARS;
+}
+
 unsigned shownChoice(const CMenu& menu, CPoint screen, CWnd* owner)
 {
     if (!canShowWindows())
@@ -206,7 +216,8 @@ bool MenuBar::eventFilter(QObject* receiver, QEvent* event)
         return false;
     const auto widget = qobject_cast<QWidget*>(receiver);
     // a drag takes every key itself
-    if (!widget || widget->window() != window() || isTextField(widget) || CWnd::GetCapture())
+    if (!widget || widget->window() != window() || isTextField(widget) || CWnd::GetCapture() ||
+        isTypedInto(widget, *static_cast<QKeyEvent*>(event)))
         return false;
     event->ignore();
     return true;

@@ -230,6 +230,9 @@ void AAreaTableWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     ATableWnd::OnKeyDown(key, repeat, flags);
 }
 
+/// Digits, and whatever else begins a text, are no keys of menus here.
+unsigned AAreaTableWnd::OnGetDlgCode() { return DLGC_WANTALLKEYS | DLGC_WANTCHARS; }
+
 /// What is still in an editor when the window goes changes nothing: the areas may be gone.
 void AAreaTableWnd::OnDestroy()
 {

@@ -51,6 +51,7 @@ public:
 
 protected:
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
+    unsigned OnGetDlgCode() override;
     void OnDestroy() override;
 
 private:

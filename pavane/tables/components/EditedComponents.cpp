@@ -35,6 +35,7 @@ int EditedComponents::reset(const AComponents& list)
     list_ = std::move(copy);
     history_.clear();
     history_.markSaved();
+    moves_.clear();
     depth_ = 0;
     current_ = list_->count() ? 0 : -1;
     return 1;
@@ -82,8 +83,14 @@ int EditedComponents::remove(int i, int count)
         return 0;
     // one change for all of them: rows that move up move once
     history_.remove(i, 0, bytesOf(list_->lpArray() + i, count));
-    (void)list_->DeleteItems(i, count);
+    takeOut(i, count);
     return 1;
+}
+
+void EditedComponents::takeOut(int i, int count)
+{
+    (void)list_->DeleteItems(i, count);
+    moves_.push_back({i, -count});
 }
 
 /// Makes a list of its own, so that without memory the old one stays. The bytes stand anywhere.
@@ -107,6 +114,7 @@ int EditedComponents::putIn(int i, RecordBytes items)
     copy(i, items);
     copy(i + count, bytesOf(list_->lpArray() + i, before - i));
     list_ = std::move(longer);
+    moves_.push_back({i, count});
     return 1;
 }
 
@@ -118,7 +126,7 @@ int EditedComponents::applyEdit(const EditChange& change)
     case EditKind::remove:
         if (!isRange(change.index, countOf(change.before)))
             return 0;
-        (void)list_->DeleteItems(change.index, countOf(change.before));
+        takeOut(change.index, countOf(change.before));
         return 1;
     case EditKind::replace:
         if (!isRange(change.index, 1))

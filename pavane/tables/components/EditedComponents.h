@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -42,6 +43,13 @@ public:
     /// One step; 0 when there is none, or while one is open.
     int undo() { return depth_ == 0 && history_.undo(*this); }
     int redo() { return depth_ == 0 && history_.redo(*this); }
+    /// Components that came (count above 0) at an index, or went from it on, since the last call,
+    /// in their order: for whoever shows rows.
+    struct Move {
+        int at;
+        int count;
+    };
+    std::vector<Move> takeMoves() { return std::exchange(moves_, {}); }
     const EditHistory& history() const { return history_; }
     EditHistory& history() { return history_; }
     int isModified() const { return history_.isModified(); }
@@ -50,10 +58,12 @@ private:
     int applyEdit(const EditChange& change) override;
     int applySelection(const EditSelection& selection) override;
     int putIn(int i, RecordBytes items);
+    void takeOut(int i, int count);
     int isRange(int i, int count) const;
 
     std::unique_ptr<AComponents> list_;
     EditHistory history_;
+    std::vector<Move> moves_;
     int current_ = -1;
     int depth_ = 0;
 };

@@ -28,7 +28,8 @@ AComponentsTbl::AComponentsTbl()
                               {8, number}};
     static_assert(std::size(columns) == componentColumns + 1);
     setColumnPar(columns, static_cast<long>(std::size(columns)));
-    setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect);
+    setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect | optSizeColumns |
+               optSort);
     SetCellHeaderUnit(rowUnit);
 }
 
@@ -46,6 +47,7 @@ void AComponentsTbl::SetComponents(EditedComponents* components)
     if (watch.gone())
         return;
     components_ = components ? components : own_.get();
+    (void)components_->takeMoves();
     edits_ = 0;
     followList();
 }
@@ -56,6 +58,14 @@ void AComponentsTbl::Refresh() { followList(); }
 void AComponentsTbl::followList()
 {
     const TableWatch watch(*this);
+    for (const EditedComponents::Move& move : components_->takeMoves()) {
+        if (move.count > 0)
+            recordsInserted(move.at + 1, move.count);
+        else
+            recordsRemoved(move.at + 1, -move.count);
+        if (watch.gone())
+            return;
+    }
     setRows(components().count());
     if (watch.gone())
         return;
@@ -88,6 +98,9 @@ void AComponentsTbl::sendSelectionChange(ASelectRect&, ASelectRect&)
     OnComponentSelected();
 }
 
+/// Digits, and whatever else begins a text, are no keys of menus here.
+unsigned AComponentsTbl::OnGetDlgCode() { return DLGC_WANTALLKEYS | DLGC_WANTCHARS; }
+
 // --- cells
 
 CString AComponentsTbl::hdrCellAsStr(int row, int column, void*)
@@ -113,7 +126,7 @@ int AComponentsTbl::take(int row, int column, const CString& text, CString& mess
     ACompItem changed = before;
     if (!setComponentText(changed, column, text, message))
         return 0;
-    beginEdits("Edit component " + std::to_string(record));
+    beginEdits("Edit of component " + std::to_string(record));
     const int done = components_->set(record - 1, changed);
     const TableWatch watch(*this);
     endEdits();

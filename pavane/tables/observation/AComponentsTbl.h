@@ -71,6 +71,7 @@ public:
 
 protected:
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
+    unsigned OnGetDlgCode() override;
 
 private:
     int take(int row, int column, const CString& text, CString& message);

@@ -90,7 +90,7 @@ int AComponentsTbl::AddComponent()
         return 0;
     const int at = selectedComponent() + 1;
     const ACompItem fresh;
-    components_->begin("Add component");
+    components_->begin("Addition of a component");
     const int done = components_->insert(at, &fresh, 1);
     if (done)
         components_->setCurrent(at);
@@ -114,7 +114,7 @@ int AComponentsTbl::CopyComponents()
     for (const int record : records)
         copies.push_back(components()(record));
     const int at = records.back() + 1;
-    components_->begin("Duplicate " + countText(copies.size()));
+    components_->begin("Copy of " + countText(copies.size()));
     const int done = components_->insert(at, copies.data(), static_cast<int>(copies.size()));
     if (done)
         components_->setCurrent(at);
@@ -143,7 +143,7 @@ int AComponentsTbl::DeleteComponents()
     const std::vector<int> records = selectedRecords();
     if (records.empty())
         return 0;
-    components_->begin("Delete " + countText(records.size()));
+    components_->begin("Deletion of " + countText(records.size()));
     int done = 1;
     // from the last on, each run of neighbours at once
     for (std::size_t end = records.size(); done && end > 0;) {

@@ -1,0 +1,85 @@
+#pragma once
+
+#include "apps/view/MapWindow.h"
+#include "apps/view/ModelSession.h"
+#include "apps/view/PartWindow.h"
+#include "pavane/axes/maps/MapFrame.h"
+#include "pavane/tables/observation/AComponentsTbl.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// What the table of components tells the main window.
+class ModelPanelOwner
+{
+public:
+    virtual ~ModelPanelOwner() = default;
+    /// Components, or the selected one, are others: the map is to be painted anew.
+    virtual void modelChanged() = 0;
+    /// There is a list to show, or none any more.
+    virtual void modelOpened() = 0;
+    virtual void modelNotice(const CString& text) = 0;
+    /// 0, and said, when writing the file would replace one that is open.
+    virtual int modelMayWrite(const std::string& file) = 0;
+    virtual CWnd* modelWindow() = 0;
+};
+
+/// The components beside a map: their table, their outlines on the map, and their file. Whatever
+/// would lose edits asks first.
+class ModelPanel : public MapMarks
+{
+public:
+    explicit ModelPanel(ModelPanelOwner& owner);
+    int Create(CWnd* parent, unsigned id);
+    PartWindow<AComponentsTbl>& table() { return table_; }
+    ModelSession& session() { return session_; }
+    const ModelSession& session() const { return session_; }
+
+    /// Of the map that is shown; null for none. Not owned.
+    void SetFrame(const MapFrame* frame) { frame_ = frame; }
+    const MapFrame* frame() const { return frame_; }
+    /// Reads a file in place of the list, after asking about unsaved components.
+    int Open(const std::string& file);
+    /// The same, of a file that the user chooses; `near` is where to begin.
+    int OpenCommand(const std::string& near);
+    /// An empty list.
+    void Begin();
+    /// Forgets the list without asking.
+    void Close();
+    /// 0 when the user wants to stay with the unsaved components.
+    int MayLeave();
+    /// `map`: a new file stands beside it. Non-zero when it was saved.
+    int Save(const std::string& map);
+    int SaveAs(const std::string& map);
+
+    // MapMarks
+    int isShown() const override { return session_.isOpen() && frame_; }
+    void drawOver(CDC& dc, const ABAxis& axis, int onScreen) override;
+    void pressOn(const ABAxis& axis, CPoint point) override;
+
+private:
+    class Table : public PartWindow<AComponentsTbl>
+    {
+    public:
+        explicit Table(ModelPanel& panel) : panel_(panel) {}
+        void OnComponentsChanged() override { panel_.owner_.modelChanged(); }
+        void OnComponentSelected() override { panel_.owner_.modelChanged(); }
+        void OnNotice(const CString& text) override { panel_.owner_.modelNotice(text); }
+
+    private:
+        ModelPanel& panel_;
+    };
+    int settle();
+    int saveTo(const std::string& file);
+
+    ModelPanelOwner& owner_;
+    ModelSession session_;
+    Table table_;
+    const MapFrame* frame_ = nullptr;
+    std::string map_;  ///< for a question that leads to a new file
+};
+
+}  // namespace pavane

@@ -1,0 +1,157 @@
+// The parts of the window: whose commands the menu and the keys mean, and the table of components.
+#include "apps/view/MainWindow.h"
+#include "apps/view/part_menu.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+
+#include <cctype>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// "&Undo\tCtrl+Z" with the step that it would undo.
+CString withStep(const CString& text, std::string_view step)
+{
+    const std::size_t tab = text.find('\t');
+    CString name(step);
+    if (!name.empty())
+        name[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[0])));
+    return step.empty() || tab == text.npos ? text
+                                            : text.substr(0, tab) + ' ' + name + text.substr(tab);
+}
+
+int isWithin(const CWnd* window, const CWnd& part)
+{
+    while (window && window != &part)
+        window = window->GetParent();
+    return window != nullptr;
+}
+
+}  // namespace
+
+/// Null for the map, and for a table that does not show.
+ATableWnd* MainWindow::tableOf(Part part)
+{
+    if (part == Part::numbers && showTable_)
+        return &table_;
+    return part == Part::model && model_.session().isOpen() ? &model_.table() : nullptr;
+}
+
+/// The part with the keyboard, or that had it before a menu or a button.
+Part MainWindow::part()
+{
+    const CWnd* const focus = CWnd::GetFocus();
+    if (isWithin(focus, view_))
+        part_ = Part::map;
+    else if (isWithin(focus, table_))
+        part_ = Part::numbers;
+    else if (isWithin(focus, model_.table()))
+        part_ = Part::model;
+    return part_;
+}
+
+/// The next part that shows, round the end.
+void MainWindow::goToPart(int step)
+{
+    constexpr int parts = 3;
+    int next = static_cast<int>(part());
+    do {
+        next = (next + step + parts) % parts;
+    } while (next != static_cast<int>(Part::map) && !tableOf(static_cast<Part>(next)));
+    ATableWnd* const table = tableOf(static_cast<Part>(next));
+    (table ? static_cast<CWnd&>(*table) : view_).SetFocus();
+}
+
+/// Runs what a command of the menu means in the part with the keyboard; 0 when that is the map's.
+int MainWindow::runPartCommand(unsigned id)
+{
+    ATableWnd* const table = tableOf(part());
+    const PartCommand* const command = table ? partCommandOf(id) : nullptr;
+    if (!command)
+        return 0;
+    if (part_ == Part::model && (id == idSaveAreas || id == idSaveAreasAs))
+        return runModelCommand(id == idSaveAreas ? idSaveModel : idSaveModelAs);
+    const unsigned own = part_ == Part::model ? command->ofModel : command->ofNumbers;
+    return own != 0 && table->RunTableCommand(own);
+}
+
+/// Texts and states of the lines that mean something else in each part.
+void MainWindow::showPartCommands(CMenu& popup)
+{
+    ATableWnd* const table = tableOf(part());
+    for (CMenu::Line& line : popup.lines()) {
+        const PartCommand* const command = table ? partCommandOf(line.id) : nullptr;
+        if (!command)
+            continue;
+        const int isModel = part_ == Part::model;
+        const char* const text = isModel ? command->onModel : command->onNumbers;
+        const unsigned own = isModel ? command->ofModel : command->ofNumbers;
+        if (!text)
+            continue;
+        line.text = text;
+        if (own == 0)
+            continue;
+        CMenu asked;
+        asked.AppendMenu(text, own);
+        table->amMenuParse(&asked);
+        line.enabled = asked.lines().front().enabled;
+        const EditHistory& history =
+            isModel ? model_.session().components().history() : areas().history();
+        if (own == ID_TABLE_UNDO)
+            line.text = withStep(line.text, history.undoLabel());
+        if (own == ID_TABLE_REDO)
+            line.text = withStep(line.text, history.redoLabel());
+    }
+}
+
+// --- components
+
+int MainWindow::runModelCommand(unsigned id)
+{
+    if (!map_)
+        return 0;
+    switch (id) {
+    case idOpenModel:
+        return (void)model_.OpenCommand(map_->file()), 1;
+    case idMapModel:
+        return (void)model_.Open(map_->file()), 1;
+    case idSaveModel:
+        return (void)model_.Save(map_->file()), 1;
+    case idSaveModelAs:
+        return (void)model_.SaveAs(map_->file()), 1;
+    case idModel:
+        if (!model_.session().isOpen())
+            model_.Begin();
+        else if (model_.MayLeave())
+            model_.Close();
+        if (model_.session().isOpen())
+            model_.table().SetFocus();
+        return 1;
+    case idNextPart:
+        return goToPart(1), 1;
+    case idPreviousPart:
+        return goToPart(-1), 1;
+    default:
+        return 0;
+    }
+}
+
+void MainWindow::modelChanged()
+{
+    view_.Invalidate();  // the components lie over its picture
+    updateTitle();
+}
+
+void MainWindow::modelOpened()
+{
+    const int isOpen = model_.session().isOpen();
+    if (!isOpen && part() == Part::model)
+        view_.SetFocus();
+    split_.ShowOnly(isOpen ? -1 : 0);
+    modelChanged();
+}
+
+}  // namespace pavane
