@@ -33,8 +33,8 @@ enum ViewCommand : unsigned {
     idAreasInPictures,
     idZoomIn,
     idModel,
-    idNextPart,
-    idPreviousPart,
+    idNextMapPart,
+    idPreviousMapPart,
     idKeys = 40301,
     idAbout,
     idRecent = 40401,  ///< one for each recent file
@@ -107,8 +107,8 @@ inline constexpr MenuItem viewItems[] = {
     menuItemOf(ID_WHOLE_MAP),
     menuLine,
     {"C&omponents\tF5", idModel, nullptr, 0},
-    {"&Next part\tF6", idNextPart, nullptr, 0},
-    {"Pre&vious part\tShift+F6", idPreviousPart, nullptr, 0},
+    {"&Next part\tF6", idNextMapPart, nullptr, 0},
+    {"Pre&vious part\tShift+F6", idPreviousMapPart, nullptr, 0},
 };
 
 inline constexpr MenuItem helpItems[] = {

@@ -130,9 +130,9 @@ int MainWindow::runModelCommand(unsigned id)
         if (model_.session().isOpen())
             model_.table().SetFocus();
         return 1;
-    case idNextPart:
+    case idNextMapPart:
         return goToPart(1), 1;
-    case idPreviousPart:
+    case idPreviousMapPart:
         return goToPart(-1), 1;
     default:
         return 0;

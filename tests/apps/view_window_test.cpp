@@ -628,7 +628,7 @@ TEST_F(ViewWindow, ActsOnThePartThatHasTheKeyboard)
     };
     EXPECT_EQ(CWnd::GetFocus(), &window.numbers());
     EXPECT_NE(menu().find("&Delete numbers+Select &all cells"), CString::npos);
-    command(idNextPart);
+    command(idNextMapPart);
     EXPECT_EQ(CWnd::GetFocus(), &window.model().table());
     EXPECT_EQ(menu(), "-&Undo+&Delete components+Select &all cells");
     command(ID_TRACK_COPY);
@@ -646,13 +646,13 @@ TEST_F(ViewWindow, ActsOnThePartThatHasTheKeyboard)
     command(ID_TRACK_UNDO);
     EXPECT_EQ(window.model().table().rows(), 2);
     EXPECT_EQ(areas(window).count(), 1);
-    command(idNextPart);
+    command(idNextMapPart);
     EXPECT_EQ(CWnd::GetFocus(), &window.view());
     EXPECT_EQ(menu(), "+&Undo addition of Area 1+&Delete areas+Select &all areas");
     command(idDelete);
     EXPECT_EQ(areas(window).count(), 0);
     EXPECT_EQ(window.model().table().rows(), 2);
-    command(idPreviousPart);
+    command(idPreviousMapPart);
     EXPECT_EQ(CWnd::GetFocus(), &window.model().table());
     window.model().table().SendMessage(WM_KEYDOWN, VK_ESCAPE, 1);
     EXPECT_EQ(CWnd::GetFocus(), &window.view());
