@@ -1,3 +1,4 @@
+#include "pavane/resources/resource_ids.h"
 #include "platform/system_metrics.h"
 #include "tables/grid/plain_table.h"
 #include "tables/table_fixture.h"
@@ -392,7 +393,8 @@ TEST(TableWindow, DoesAsThePlainOneAndPaintsAllThatChanges)
 TEST(TableWindow, LivesThroughHooksThatDoAnything)
 {
     SetMessageFunction([](const CString&, unsigned) { return IDOK; });
-    for (int t = 0; t < 200; ++t) {
+    const int tables = std::getenv("PAVANE_RANDOM_STEPS") ? 2000 : 200;
+    for (int t = 0; t < tables; ++t) {
         Draw draw{std::mt19937(static_cast<unsigned>(t))};
         auto table = std::make_unique<OrderedTable>();
         table->setOptions(optRangeSelect | optHeaderRow | optSort | optSizeColumns);
@@ -424,7 +426,7 @@ TEST(TableWindow, LivesThroughHooksThatDoAnything)
         table->counting = table->drawing;
         for (int step = 0; table && step < 60; ++step) {
             OrderedTable& shown = *table;
-            switch (draw(0, 8)) {
+            switch (draw(0, 9)) {
             case 0:
                 shown.key(keys[static_cast<std::size_t>(draw(0, 10))].code);
                 break;
@@ -444,6 +446,17 @@ TEST(TableWindow, LivesThroughHooksThatDoAnything)
                 break;
             case 6:
                 shown.FitColumn(draw(0, 3));
+                break;
+            case 8:
+                if (draw(0, 5))
+                    break;
+                (void)shown.RunTableCommand(ID_TABLE_FIND);
+                if (CWnd* const field = CWnd::GetFocus();
+                    table && field && field->GetDlgCtrlID() == IDC_TABLE_FIND_TEXT) {
+                    field->SetWindowText("3");
+                    field->GetParent()->SendMessage(WM_COMMAND,
+                                                    draw(0, 2) ? IDC_TABLE_FIND_BACK : IDCANCEL);
+                }
                 break;
             case 7:
                 shown.press({draw(0, 300), 3});
