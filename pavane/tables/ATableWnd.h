@@ -380,8 +380,9 @@ private:
     void saveText(int selectionOnly);
     void selectWhole(int rows, int columns);
     void removeNever(CMenu& popup);
-    /// Column of the focus cell, or the nearest; 0 without cells.
-    int focusColumn() const;
+    /// The column that commands of columns act on: that whose header the menu was opened on, else
+    /// that of the focus cell, or the nearest; 0 without cells.
+    int commandColumn() const;
 
     LifeToken life_;
     TableGrid grid_;
@@ -411,6 +412,7 @@ private:
     std::unique_ptr<ATableEdit> edit_;
     std::unique_ptr<ATableCombo> combo_;
     std::vector<std::unique_ptr<CWnd>> closed_;  ///< editors that may be on the stack still
+    int menuColumn_ = -1;  ///< on whose header the context menu is open; below 0, on none
     std::unique_ptr<Tasks> tasks_;
     std::unique_ptr<Sorter> sorter_;
     std::unique_ptr<Finder> finder_;

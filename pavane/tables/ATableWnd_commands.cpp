@@ -43,7 +43,7 @@ int ATableWnd::isTime(TableWhen when)
                 IsClipboardFormatAvailable("text/plain"));
     }
     case TableWhen::canSort:
-        return !table.empty() && sorter_->canSort(focusColumn());
+        return !table.empty() && sorter_->canSort(commandColumn());
     case TableWhen::canSizeColumn:
         return !table.empty() && isOptSet(optSizeColumns);
     case TableWhen::always:
@@ -71,7 +71,7 @@ void ATableWnd::amMenuParse(CMenu* popup)
         return;
     const SortedBy by = sorter_->target();
     const auto checked = [&](SortDirection direction) {
-        const bool here = by.direction == SortDirection::stored || by.column == focusColumn();
+        const bool here = by.direction == SortDirection::stored || by.column == commandColumn();
         return here && by.direction == direction ? MF_CHECKED : MF_UNCHECKED;
     };
     (void)popup->CheckMenuItem(ID_TABLE_SORT_UP, checked(SortDirection::rising));
@@ -105,8 +105,10 @@ void ATableWnd::removeNever(CMenu& popup)
     }
 }
 
-int ATableWnd::focusColumn() const
+int ATableWnd::commandColumn() const
 {
+    if (grid_.columns().has(menuColumn_))
+        return menuColumn_;
     const TableExtent table = grid_.extent();
     return table.empty()
                ? 0
@@ -188,15 +190,16 @@ int ATableWnd::RunTableCommand(unsigned id)
     case ID_TABLE_GO_TO_ROW:
         return finder_->goToRow(), 1;
     case ID_TABLE_SORT_UP:
-        return (void)sorter_->sort({focusColumn(), SortDirection::rising}), 1;
+        return (void)sorter_->sort({commandColumn(), SortDirection::rising}), 1;
     case ID_TABLE_SORT_DOWN:
-        return (void)sorter_->sort({focusColumn(), SortDirection::falling}), 1;
+        return (void)sorter_->sort({commandColumn(), SortDirection::falling}), 1;
     case ID_TABLE_SORT_STORED:
         return (void)sorter_->sort({}), 1;
     case ID_TABLE_FIT_COLUMN:
-        return (void)(isTime(TableWhen::canSizeColumn) && (sizer_->fit(focusColumn()), 1)), 1;
+        return (void)(isTime(TableWhen::canSizeColumn) && (sizer_->fit(commandColumn()), 1)), 1;
     case ID_TABLE_COLUMN_WIDTH:
-        return (void)(isTime(TableWhen::canSizeColumn) && (sizer_->askWidth(focusColumn()), 1)), 1;
+        return (void)(isTime(TableWhen::canSizeColumn) && (sizer_->askWidth(commandColumn()), 1)),
+               1;
     default:
         return 0;
     }

@@ -189,11 +189,11 @@ int ATableWnd::OnMouseHWheel(unsigned flags, int delta, CPoint screen)
     return (void)scrollColumns(delta >= 0 ? 1 : -1), 1;
 }
 
-/// A key asks for the menu of the focus cell.
+/// A key asks for the menu of the focus cell; over a column header it is that of the column.
 void ATableWnd::OnContextMenu(CWnd* window, CPoint screen)
 {
+    const TableWatch watch(*this);
     if (screen == CPoint(-1, -1)) {
-        const TableWatch watch(*this);
         if (!grid_.extent().empty())
             (void)showCell({selection_.anchorRow, selection_.anchorColumn});
         if (watch.gone())
@@ -201,8 +201,16 @@ void ATableWnd::OnContextMenu(CWnd* window, CPoint screen)
         const CRect cell = grid_.cellRect(selection_.anchorRow, selection_.anchorColumn);
         screen = {std::max(cell.left, 0), std::max(cell.bottom, 0)};
         ClientToScreen(screen);
+    } else {
+        CPoint point = screen;
+        ScreenToClient(point);
+        const TableCell cell = grid_.cellAt(point);
+        menuColumn_ =
+            cell.row == 0 && grid_.cellRect(0, cell.column).PtInRect(point) ? cell.column : -1;
     }
     ABWindow::OnContextMenu(window, screen);
+    if (!watch.gone())
+        menuColumn_ = -1;
 }
 
 }  // namespace pavane

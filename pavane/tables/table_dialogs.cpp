@@ -80,6 +80,13 @@ int TableFindDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
     return CDialog::OnCommand(id, code, control);
 }
 
+int TableFindDlg::PreTranslateMessage(const MSG& message)
+{
+    if (message.message != WM_KEYDOWN || message.wParam != VK_F3)
+        return CDialog::PreTranslateMessage(message);
+    return find(GetKeyState(VK_SHIFT) < 0), 1;
+}
+
 /// Escape ends a search first, then the dialog.
 void TableFindDlg::OnCancel()
 {

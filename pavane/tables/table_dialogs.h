@@ -17,6 +17,8 @@ public:
     void show(const FindWhat& what);
     /// Moves away from a rectangle of the screen that it covers, when there is room.
     void uncover(const CRect& place);
+    /// F3 and Shift+F3 mean here what they mean in the table.
+    int PreTranslateMessage(const MSG& message) override;
 
 protected:
     void OnOK() override { find(0); }

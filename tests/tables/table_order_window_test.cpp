@@ -260,7 +260,7 @@ TEST(TableFinding, AsksInADialogThatStays)
     dynamic_cast<CButton*>(dialog->GetDlgItem(IDC_TABLE_FIND_WHOLE))->SetCheck(1);
     dialog->SendMessage(WM_COMMAND, IDC_TABLE_FIND_BACK);
     EXPECT_EQ(table.selection(), "5,2-5,2");
-    dialog->SendMessage(WM_COMMAND, IDOK);
+    EXPECT_TRUE(dialog->PreTranslateMessage({0, WM_KEYDOWN, VK_F3, 1, {}, nullptr}));
     EXPECT_EQ(table.selection(), "1,2-1,2");
     const HWND handle = dialog->GetSafeHwnd();
     EXPECT_TRUE(dialog->IsWindowVisible());
@@ -414,6 +414,15 @@ TEST(TableCommands, AreLeftOutWhereTheTableNeverDoesThem)
         CPoint corner(table.cellRect(3, 1).left, table.cellRect(3, 1).bottom);
         table.ClientToScreen(corner);
         EXPECT_EQ(place, corner);
+    }
+    SetMenuAnswer([](const CMenu&, CPoint) { return ID_TABLE_SORT_UP; });
+    Records table;
+    table.show();
+    for (const CPoint p : {table.header(2), table.at(2, 1)}) {  // over a header it is of its column
+        CPoint screen = p;
+        table.ClientToScreen(screen);
+        table.SendMessage(WM_CONTEXTMENU, 0, MAKELPARAM(screen.x, screen.y));
+        EXPECT_EQ(table.order(), p == table.header(2) ? "24153" : "23145");
     }
     SetMenuAnswer(nullptr);
 }
