@@ -25,7 +25,7 @@ struct Sheet : ShownTable {
     {
         lastMessage.clear();
         SetMessageFunction(noteMessage);
-        setOptions(optRangeSelect | optHeaderRow);
+        setOptions(optRangeSelect | optHeaderRow | optSort);
     }
     ~Sheet() override
     {
@@ -42,7 +42,8 @@ struct Sheet : ShownTable {
     }
     std::string& at(int row, int column)
     {
-        return cells[static_cast<std::size_t>(row - 1)][static_cast<std::size_t>(column - 1)];
+        return cells[static_cast<std::size_t>(recordOf(row) - 1)]
+                    [static_cast<std::size_t>(column - 1)];
     }
     void run(unsigned id) { SendMessage(WM_COMMAND, id); }
     void select(const ASelectRect& selection)
@@ -201,45 +202,44 @@ TEST(TablePaste, BringsRandomBlocksBackAndUndoesThem)
     sheet.fill(plain);
     std::vector<Cells> history{plain};
     std::size_t now = 0;
+    const auto cell = [&](Cells& cells, int row, int column) -> std::string& {
+        return cells[static_cast<std::size_t>(sheet.recordOf(row) - 1)]
+                    [static_cast<std::size_t>(column - 1)];
+    };
     for (int i = 0; i < 400; ++i) {
         const ASelectRect selection{1 + pick(12), 1 + pick(2), 1 + pick(12), 1 + pick(2)};
         const CellRange from = selectedCells(selection, {12, 4});
+        const int row = selection.anchorRow, column = selection.anchorColumn;
         sheet.select(selection);
-        const int kind = pick(5);
+        const int kind = pick(6);
         if (kind == 0) {  // another text by hand
             std::string text;
             for (int n = pick(6); n > 0; --n)
                 text += letters[static_cast<std::size_t>(pick(10))];
-            plain[static_cast<std::size_t>(selection.anchorRow - 1)]
-                 [static_cast<std::size_t>(selection.anchorColumn - 1)] = text;
+            cell(plain, row, column) = text;
             sheet.beginEdits("Edit");
-            (void)sheet.editCell(selection.anchorRow, selection.anchorColumn, [&] {
-                return sheet.setCellStr(selection.anchorRow, selection.anchorColumn, text);
-            });
+            (void)sheet.editCell(row, column, [&] { return sheet.setCellStr(row, column, text); });
             sheet.endEdits();
         } else if (kind == 1) {
             sheet.run(ID_TABLE_CLEAR);
             for (int r = from.firstRow; r <= from.lastRow; ++r)
                 for (int c = from.firstColumn; c <= from.lastColumn; ++c)
-                    plain[static_cast<std::size_t>(r - 1)][static_cast<std::size_t>(c - 1)] = "";
+                    cell(plain, r, c) = "";
         } else if (kind == 2) {
             const TableCell at{1 + pick(12), 1 + pick(2)};
             sheet.run(pick(2) ? ID_TABLE_COPY_CELLS : ID_TABLE_COPY_SELECTION);
             sheet.select(oneCell(at));
             sheet.run(ID_TABLE_PASTE);
-            const Cells source = plain;
+            Cells source = plain;
             for (int r = from.firstRow; r <= from.lastRow; ++r)
-                for (int c = from.firstColumn; c <= from.lastColumn; ++c) {
-                    const int row = at.row + r - from.firstRow,
-                              column = at.column + c - from.firstColumn;
-                    if (row <= 12 && column <= 2)
-                        plain[static_cast<std::size_t>(row - 1)]
-                             [static_cast<std::size_t>(column - 1)] =
-                                 source[static_cast<std::size_t>(r - 1)]
-                                       [static_cast<std::size_t>(c - 1)];
-                }
+                for (int c = from.firstColumn; c <= from.lastColumn; ++c)
+                    if (at.row + r - from.firstRow <= 12 && at.column + c - from.firstColumn <= 2)
+                        cell(plain, at.row + r - from.firstRow, at.column + c - from.firstColumn) =
+                            cell(source, r, c);
+        } else if (kind == 3) {
+            EXPECT_TRUE(sheet.SortRows({1 + pick(2), static_cast<SortDirection>(pick(3))}));
         } else {
-            const bool back = kind == 3;
+            const bool back = kind == 4;
             EXPECT_EQ(sheet.canUndo(), now > 0);
             EXPECT_EQ(sheet.canRedo(), now + 1 < history.size());
             if (back ? now > 0 : now + 1 < history.size())

@@ -1,4 +1,5 @@
 #include "pavane/resources/resource_ids.h"
+#include "platform/accessibility.h"
 #include "platform/system_metrics.h"
 #include "tables/grid/plain_table.h"
 #include "tables/table_fixture.h"
@@ -392,6 +393,9 @@ TEST(TableWindow, DoesAsThePlainOneAndPaintsAllThatChanges)
 
 TEST(TableWindow, LivesThroughHooksThatDoAnything)
 {
+    constexpr unsigned exchange[] = {
+        ID_TABLE_COPY_SELECTION, ID_TABLE_COPY_CELLS, ID_TABLE_PASTE, ID_TABLE_CLEAR,
+        ID_TABLE_UNDO,           ID_TABLE_UNDO,       ID_TABLE_REDO};
     SetMessageFunction([](const CString&, unsigned) { return IDOK; });
     const int tables = std::getenv("PAVANE_RANDOM_STEPS") ? 2000 : 200;
     for (int t = 0; t < tables; ++t) {
@@ -426,7 +430,7 @@ TEST(TableWindow, LivesThroughHooksThatDoAnything)
         table->counting = table->drawing;
         for (int step = 0; table && step < 60; ++step) {
             OrderedTable& shown = *table;
-            switch (draw(0, 9)) {
+            switch (draw(0, 11)) {
             case 0:
                 shown.key(keys[static_cast<std::size_t>(draw(0, 10))].code);
                 break;
@@ -469,6 +473,17 @@ TEST(TableWindow, LivesThroughHooksThatDoAnything)
                 shown.Invalidate();
                 shown.UpdateWindow();
                 break;
+            case 9:
+                shown.SendMessage(WM_COMMAND, exchange[static_cast<std::size_t>(draw(0, 6))]);
+                break;
+            case 10: {
+                AccessSource* const source = shown.GetAccess();
+                const AccessId id = source->GetAccessCell(draw(0, 50), draw(0, 2));
+                AccessPart part;
+                (void)(draw(0, 1) ? source->AccessSetValue(id, "6")
+                                  : source->GetAccessPart(id, part));
+                break;
+            }
             default:
                 if (CEdit* const field = shown.field())
                     field->SendMessage(WM_KEYDOWN, draw(0, 1) ? VK_RETURN : VK_ESCAPE);
