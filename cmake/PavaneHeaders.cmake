@@ -58,6 +58,12 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/curve_raster.h
     pavane/images/palette_file.h
     pavane/images/palettes.h
+    pavane/printing/layout/APrnAddInfo.h
+    pavane/printing/layout/caption_format.h
+    pavane/printing/layout/page_geometry.h
+    pavane/printing/layout/page_range.h
+    pavane/printing/layout/page_texts.h
+    pavane/printing/layout/paper.h
     pavane/resources/resource_ids.h
     pavane/tables/ATableWnd.h
     pavane/tables/components/ACompItem.h
@@ -165,6 +171,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/picture.h
     platform/platform.h
     platform/profile.h
+    platform/print_settings.h
     platform/resources.h
     platform/screens.h
     platform/splitter.h

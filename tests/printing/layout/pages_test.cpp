@@ -1,0 +1,252 @@
+#include "pavane/printing/layout/page_geometry.h"
+#include "pavane/printing/layout/page_range.h"
+#include "pavane/printing/layout/paper.h"
+#include "pavane/printing/layout/print_arguments.h"
+
+#include <climits>
+#include <gtest/gtest.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr CSize sheetA4{21000, 29700};
+
+std::string asText(JobPages pages)
+{
+    std::string text;
+    for (int n = 0; pages.more() && n < 6; ++n, pages.next())
+        text += (n ? " " : "") + std::to_string(pages.page());
+    return text + (pages.more() ? " ..." : "");
+}
+
+std::string asText(const RangeControls& c)
+{
+    return c.allLabel + (c.all ? " all" : "") + (c.pages ? " pages " : " ") +
+           std::to_string(c.from) + "-" + std::to_string(c.to) + (c.rangeEnabled ? " on" : " off") +
+           (c.pageNumber ? " #" : "");
+}
+
+}  // namespace
+
+TEST(PageGeometry, PrintableRect)
+{
+    const PageCaps a4{210, 297, 4960, 7016};
+    EXPECT_EQ(printableRect(a4, standardMargins), CRect(472, 236, 4724, 6780));
+    EXPECT_EQ(printableRect(a4, {11000, 0, 11000, 0}), CRect());
+    EXPECT_EQ(printableRect(a4, {INT_MAX, INT_MIN, INT_MIN, INT_MAX}), CRect());
+    for (const PageCaps& none :
+         {PageCaps{0, 297, 4960, 7016}, PageCaps{210, 297, 0, 7016}, PageCaps{}})
+        EXPECT_EQ(printableRect(none, standardMargins), CRect());
+}
+
+TEST(PageGeometry, Margins)
+{
+    const struct {
+        CRect margins;
+        CSize paper;
+        CRect least;
+        int side;
+        const char* message;
+    } rows[] = {
+        {standardMargins, sheetA4, {}, -1, ""},
+        {{10000, 0, 10000, 28700}, sheetA4, {}, -1, ""},
+        {{10001, 0, 10000, 0}, sheetA4, {}, -1, "The margins must leave"},
+        {{0, 28701, 0, 0}, sheetA4, {}, -1, "The margins must leave"},
+        {{INT_MAX, INT_MAX, INT_MAX, INT_MAX}, sheetA4, {}, -1, "The margins must leave"},
+        {{0, 0, -1, 0}, sheetA4, {}, 2, "The right margin must be at least 0.00 mm."},
+        {{500, 400, 500, 423},
+         sheetA4,
+         {423, 423, 423, 423},
+         1,
+         "The top margin must be at least 4.23 mm."},
+        {standardMargins, {0, 29700}, {}, -1, "The paper has no size."},
+    };
+    for (const auto& row : rows) {
+        const MarginCheck check = checkMargins(row.margins, row.paper, row.least);
+        EXPECT_EQ(check.valid, !*row.message) << row.message;
+        EXPECT_EQ(check.side, row.side) << row.message;
+        EXPECT_EQ(check.message.rfind(row.message, 0), 0u) << check.message;
+    }
+}
+
+TEST(PageRange, EditsAndChecks)
+{
+    const struct {
+        const char* text;
+        int value;
+    } edits[] = {{"12", 12},
+                 {" +3 ", 3},
+                 {"-2", -2},
+                 {"", 0},
+                 {"abc", 0},
+                 {"2.5", 0},
+                 {"1 2", 0},
+                 {"-", 0},
+                 {"12345678901234567890", INT_MAX},
+                 {"-12345678901234567890", INT_MIN}};
+    for (const auto& row : edits)
+        EXPECT_EQ(pageEditValue(row.text), row.value) << row.text;
+    const struct {
+        int from, to;
+        RangeField focus;
+    } ranges[] = {{1, 5, RangeField::none}, {3, 3, RangeField::none},    {2, 6, RangeField::to},
+                  {0, 3, RangeField::from}, {4, 2, RangeField::from},    {-1, 9, RangeField::from},
+                  {0, 0, RangeField::from}, {6, INT_MAX, RangeField::to}};
+    for (const auto& row : ranges) {
+        const RangeCheck check = checkPageRange(row.from, row.to, 1, 5);
+        EXPECT_EQ(check.focus, row.focus) << row.from;
+        EXPECT_EQ(check.message, row.focus == RangeField::none
+                                     ? ""
+                                     : "This value is no within the page range.\n"
+                                       "Enter a number between 1 and 5");
+    }
+}
+
+TEST(PageRange, ControlsFollowTheNumberOfPages)
+{
+    EXPECT_EQ(asText(openedControls(5, 1)), "&All 5 pages all 1-5 on #");
+    EXPECT_EQ(asText(openedControls(-1, 0)), "&All all 1-1 off");
+    const struct {
+        int pages, from, to;  // chosen among 9 pages; from 0: all of them
+        int again;
+        const char* text;
+    } rows[] = {
+        {9, 0, 0, 9, "&All 9 pages all 1-9 on"},  // nothing has changed, the page number neither
+        {9, 0, 0, 12, "&All 12 pages all 1-12 on #"},
+        {9, 0, 0, 1, "&All all 1-1 off"},
+        {9, 2, 4, 7, "&All 7 pages pages 2-4 on #"},
+        {9, 5, 8, 3, "&All 3 pages pages 3-3 on #"},
+        {9, 5, 8, 0, "&All all 1-1 off"},
+        {1, 0, 0, 4, "&All 4 pages all 1-4 on #"},
+    };
+    for (const auto& row : rows) {
+        RangeControls controls = openedControls(row.pages, 0);
+        if (row.from > 0) {
+            controls.from = row.from;
+            controls.to = row.to;
+            controls.all = 0;
+            controls.pages = 1;
+        }
+        countAgain(controls, row.again);
+        EXPECT_EQ(asText(controls), row.text);
+    }
+}
+
+TEST(PageRange, OrderOfPages)
+{
+    const struct {
+        int from, to, minimum, maximum;
+        const char* pages;
+    } rows[] = {
+        {1, 3, 1, 9, "1 2 3"},
+        {3, 1, 1, 9, "3 2 1"},
+        {-5, 99, 2, 4, "2 3 4"},
+        {9, 9, 1, 2, "2"},
+        {65533, 65536, 1, 70000, "65533 65534 65535 65536"},
+        {65534, 65535, 1, 65535, "65534 65535 65536 65537 65538 65539 ..."},
+        {65535, 65534, 1, 70000, "65535 65534"},
+        {INT_MAX - 1, INT_MAX, 1, INT_MAX, "2147483646 2147483647"},
+        {1, 2, 5, 3, "5"},
+    };
+    for (const auto& row : rows)
+        EXPECT_EQ(asText(JobPages(row.from, row.to, row.minimum, row.maximum)), row.pages);
+    EXPECT_EQ(JobPages(INT_MIN, INT_MAX, INT_MIN, INT_MAX).count(), std::int64_t{1} << 32);
+    const PageGrid grid{3, 2};
+    EXPECT_EQ(grid.count(), 6);
+    const int places[][3] = {{1, 0, 0}, {3, 2, 0}, {4, 0, 1}, {6, 2, 1}, {9, 2, 1}, {-1, 0, 0}};
+    for (const auto& [page, down, across] : places)
+        EXPECT_TRUE(grid.placeOf(page).down == down && grid.placeOf(page).across == across) << page;
+    EXPECT_EQ((PageGrid{INT_MAX, 7}.count()), INT_MAX);
+}
+
+TEST(Paper, SizesAndLocales)
+{
+    const struct {
+        const char* text;
+        int width, height;  // 0: refused
+    } papers[] = {{"A4", 21000, 29700},
+                  {"letter", 21590, 27940},
+                  {"100.5x20", 10050, 2000},
+                  {"2000x2000", 200000, 200000},
+                  {"2000.01x300", 0, 0},
+                  {"0x0", 0, 0},
+                  {"-210x297", 0, 0},
+                  {"A7", 0, 0},
+                  {"", 0, 0},
+                  {"x", 0, 0},
+                  {"210x", 0, 0},
+                  {"nanxinf", 0, 0},
+                  {"210x297x3", 0, 0}};
+    for (const auto& row : papers) {
+        PaperSize paper;
+        CString error;
+        EXPECT_EQ(readPaper(row.text, paper, error), row.width > 0) << row.text;
+        EXPECT_TRUE(paper.width == row.width && paper.height == row.height) << row.text;
+        EXPECT_EQ(error.empty(), row.width > 0);
+    }
+    for (const PaperSize& paper : knownPapers())
+        EXPECT_LT(sheetOf(paper, 0).cx, sheetOf(paper, 1).cx);
+    const std::pair<const char*, const char*> locales[] = {{"en_US.UTF-8", "Letter"},
+                                                           {"fr_CA@euro", "Letter"},
+                                                           {"en_GB.UTF-8", "A4"},
+                                                           {"C", "A4"},
+                                                           {"de_DE", "A4"},
+                                                           {"en_", "A4"},
+                                                           {"x_S C", "A4"},
+                                                           {"_", "A4"},
+                                                           {"", "A4"}};
+    for (const auto& [locale, paper] : locales)
+        EXPECT_EQ(paperOfLocale(locale), paper) << locale;
+}
+
+TEST(PrintArguments, PagesAndMargins)
+{
+    const struct {
+        const char* text;
+        int from, to;  // from 0: refused
+    } pages[] = {{"2", 2, 2},
+                 {"2-5", 2, 5},
+                 {"3-", 3, 0},
+                 {"5-2", 0, 0},
+                 {"0-2", 0, 0},
+                 {"-3", 0, 0},
+                 {"+1", 0, 0},
+                 {"", 0, 0},
+                 {"-", 0, 0},
+                 {"1-2-3", 0, 0},
+                 {"1 - 2", 0, 0},
+                 {"1,2", 0, 0},
+                 {"99999999999999999999", 0, 0}};
+    for (const auto& row : pages) {
+        CPrintSettings settings;
+        CString error;
+        EXPECT_EQ(readPages(row.text, settings, error), row.from > 0) << row.text;
+        EXPECT_TRUE(settings.from == row.from && settings.to == row.to) << row.text;
+        EXPECT_EQ(error.empty(), row.from > 0);
+    }
+    const struct {
+        const char* text;
+        CRect margins;
+    } margins[] = {{"20,10,10,10", {2000, 1000, 1000, 1000}},
+                   {"0,0.005, 1.234 ,5e1", {0, 1, 123, 5000}},
+                   {"1,2,3", {}},
+                   {"1,2,3,4,5", {}},
+                   {"-1,2,3,4", {}},
+                   {"1,,3,4", {}},
+                   {"", {}},
+                   {"nan,1,1,1", {}},
+                   {"1e9,1,1,1", {}},
+                   {"1mm,1,1,1", {}}};
+    for (const auto& row : margins) {
+        CRect read;
+        CString error;
+        const int isRead = readMargins(row.text, read, error);
+        EXPECT_EQ(isRead, error.empty()) << row.text;
+        EXPECT_EQ(read, row.margins) << row.text;
+    }
+}
+
+}  // namespace pavane
