@@ -36,7 +36,7 @@ public:
     /// Goes on reading for about so many milliseconds. Non-zero while more remains.
     int step(int milliseconds);
     /// Escape: what has been read stays, and resume goes on from there.
-    void stop() { stopped_ = isReading(); }
+    void stop() { stopped_ = reading_; }
     void resume() { stopped_ = 0; }
     int isReading() const { return reading_ && !stopped_; }
     int isStopped() const { return stopped_; }

@@ -182,8 +182,8 @@ int DataWindow::saveGroupsAs()
 
 int DataWindow::mayWrite(const std::string& file)
 {
-    const NamedFile* const same =
-        sameFileAmong(file, {{"data file", data_->file()}, {"model", modelFile_}});
+    const std::vector<NamedFile> inputs = {{"data file", data_->file()}, {"model", modelFile_}};
+    const NamedFile* const same = sameFileAmong(file, inputs);
     if (same)
         AfxMessageBox(file + " is the " + same->what + " that is open. Choose another name.",
                       MB_ICONERROR);

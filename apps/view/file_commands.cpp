@@ -24,7 +24,8 @@ namespace
 {
 
 constexpr const char* mapFilter =
-    "FITS maps (*.fits *.fit *.fts *.FITS)|*.fits *.fit *.fts *.FITS|All files (*)|*|";
+    "Maps and visibilities (*.fits *.fit *.fts *.FITS *.uvfits *.uvf)|"
+    "*.fits *.fit *.fts *.FITS *.uvfits *.uvf|All files (*)|*|";
 constexpr const char* openAreaFilter =
     "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|All files (*)|*|";
 constexpr const char* saveAreaFilter =
@@ -103,7 +104,7 @@ int MainWindow::askName(CString& name, const CString& filter, const CString& tit
 void MainWindow::openMapCommand()
 {
     CString name = map_ ? folderOf(map_->file()) : CString();
-    if (askName(name, mapFilter, "Open map", 1, "fits"))
+    if (askName(name, mapFilter, "Open", 1, "fits"))
         (void)OpenMap(name, -1);
 }
 

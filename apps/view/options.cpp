@@ -94,10 +94,10 @@ int readTableName(const std::string& text, ViewOptions& options, std::string& er
 {
     std::string names;
     for (const UvTable table : uvTables)
-        names += (names.empty() ? "" : ", ") + std::string(uvTableLook(table).name);
+        names += std::string(uvTableLook(table).name) + ", ";
     UvTable found = UvTable::telescopes;
-    if (!uvTableOf(text, found)) {
-        error = "--table knows " + names + ", not '" + text + "'";
+    if (!uvTableOf(text, found) && text != componentTable) {
+        error = "--table knows " + names + componentTable + ", not '" + text + "'";
         return 0;
     }
     if (!options.tables.empty() && options.tables.back().file.empty()) {
@@ -198,7 +198,8 @@ const OptionTable<ViewOptions>& optionTable()
          onlyInBatch},
         {{"--table", "", "NAME",
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
-          "frequencies or scans of a data file; may be repeated, each with its --tsv"},
+          "frequencies or scans of a data file, components of a map; may be repeated, each with "
+          "its --tsv"},
          readTableName,
          onlyInBatch,
          1},

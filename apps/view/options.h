@@ -17,6 +17,9 @@ struct TableWish {
     std::string table, file;
 };
 
+/// The name of the table of a map's components, beside those of an observation (uvTableLook).
+inline constexpr const char* componentTable = "components";
+
 /// The command line of pavane-view, checked.
 struct ViewOptions {
     std::string map;

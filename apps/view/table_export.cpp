@@ -1,6 +1,8 @@
 #include "apps/view/table_export.h"
 
 #include "apps/view/progress.h"
+#include "pavane/tables/components/component_table.h"
+#include "pavane/tables/components/map_components.h"
 #include "pavane/tables/uvdata/UvObservation.h"
 #include "tessel/plain_text.h"
 #include "tessel/SafeFile.h"
@@ -67,6 +69,19 @@ int fill(const ViewOptions& options, UvObservation& observation, std::string& er
            refuse(options.map, observation.error(), error);
 }
 
+/// The components of a map; none for a data file.
+int readComponents(const ViewOptions& options, int isMap, AComponents& model,
+                   std::vector<std::string>& notes, std::string& error)
+{
+    std::vector<std::string> found;
+    int hasTable = 0;
+    if (isMap && !readMapComponents(options.map, model, hasTable, found, error))
+        return refuse(options.map, error, error);
+    for (const std::string& note : found)
+        notes.push_back(options.map + ": " + note);
+    return 1;
+}
+
 }  // namespace
 
 int writeTextFile(const std::string& file, const std::function<int(std::ostream&)>& write,
@@ -91,16 +106,27 @@ int writeTables(const ViewOptions& options, UvObservation* observation,
                 std::vector<std::string>& notes, std::string& error)
 {
     const UvObservation none;
-    if (observation && !fill(options, *observation, error))
+    AComponents model;
+    int asksComponents = 0;
+    for (const TableWish& wish : options.tables)
+        asksComponents = asksComponents || wish.table == componentTable;
+    if ((observation && !fill(options, *observation, error)) ||
+        (asksComponents && !readComponents(options, !observation, model, notes, error)))
         return 0;
     const UvObservation& tables = observation ? *observation : none;
     for (const TableWish& wish : options.tables) {
         UvTable table = UvTable::telescopes;
-        (void)uvTableOf(wish.table, table);
-        if (tables.rows(table) == 0)
+        const int isOfData = uvTableOf(wish.table, table);
+        if ((isOfData ? tables.rows(table) : model.count()) == 0)
             notes.push_back(options.map + ": has no " + wish.table +
                             ": the table is its header line alone");
-        const auto write = [&](std::ostream& stream) { return tables.writeTsv(table, stream); };
+        const auto write = [&](std::ostream& stream) {
+            if (isOfData)
+                return tables.writeTsv(table, stream);
+            const std::string text = componentTsv(model);
+            stream.write(text.data(), static_cast<std::streamsize>(text.size()));
+            return static_cast<int>(stream.good());
+        };
         if (!writeTextFile(wish.file, write, error))
             return 0;
     }

@@ -79,6 +79,7 @@ TEST_F(DataRun, PrintsItsNumbersAndDrawsWhatTheContentSays)
          "1\tAB\tCD\t1\t\t5\t1\t2\n" +
              std::string(stats),
          ""},
+        {"map.fits --batch --table components --tsv x.tsv", 0, "", "has no components"},
         {"none.uvfits --batch --table telescopes --tsv x.tsv", 0, "", "has no telescopes"},
         {"map.fits --batch --table tels --tsv -", 1, "", "telescopes, baselines, sources, stokes"},
         {"map.fits --batch --table scans", 1, "", "--table scans wants"},

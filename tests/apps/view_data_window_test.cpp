@@ -1,0 +1,211 @@
+// The window for data files without a screen.
+#include "apps/view/data_menu.h"
+#include "apps/view/DataWindow.h"
+#include "apps/view/ViewWindows.h"
+#include "pavane/axes/A2DAxis.h"
+#include "platform/file_dialog.h"
+#include "platform/message.h"
+#include "platform/profile.h"
+#include "tests/tessel/uvfits_text.h"
+
+#include <chrono>
+#include <filesystem>
+
+namespace pavane
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+std::vector<std::string> said;
+int answer = IDOK;
+std::string fileAnswer;
+
+int tell(const CString& text, unsigned)
+{
+    said.push_back(text);
+    return answer;
+}
+
+int chooseFile(CString& name, const CString&, int)
+{
+    name = fileAnswer;
+    return !name.empty();
+}
+
+class DataWindowTest : public testing::Test
+{
+protected:
+    DataWindowTest()
+    {
+        const auto* info = testing::UnitTest::GetInstance()->current_test_info();
+        folder_ = fs::path(testing::TempDir()) / "data-window" / info->name();
+        fs::remove_all(folder_);
+        fs::create_directories(folder_ / "profile");
+        SetProfileFile(path("profile/pavane-view.ini"));
+        SetMessageFunction(tell);
+        SetFileDialogAnswer(chooseFile);
+        said.clear();
+        answer = IDOK;
+        // one amplitude a time, on two baselines in turn, in two scans
+        for (int i = 0; i < 20; ++i)
+            groups_.push_back(
+                {float(i < 10 ? i : 1000 + i), i % 2 ? 513.f : 258.f, 1, float(i + 1)});
+        write("a.uvfits", groups_);
+    }
+    ~DataWindowTest() override
+    {
+        SetMessageFunction(nullptr);
+        SetFileDialogAnswer(nullptr);
+        SetProfileFile("");
+        PostQuitMessage(0);
+        (void)RunMessages();
+    }
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
+    void write(const std::string& name, const std::vector<TestGroup>& groups) const
+    {
+        std::ofstream(path(name), std::ios::binary) << groupsHdu(groups) << antennaHdu();
+    }
+    /// Runs the messages that wait until the test holds, for some seconds at most.
+    template <class Test>
+    static int waitFor(const Test& test)
+    {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        while (!test() && std::chrono::steady_clock::now() < end)
+            for (MSG message; PeekMessage(message);)
+                DispatchMessage(message);
+        return test();
+    }
+    void open(DataWindow& window, const std::string& name = "a.uvfits")
+    {
+        ASSERT_TRUE(window.Create(ViewOptions()));
+        ASSERT_TRUE(window.OpenFile(path(name)));
+        window.Show();
+        ASSERT_TRUE(waitFor([&] {
+            return !window.document()->isReading() && !window.document()->observation().isFilling();
+        }));
+    }
+    static std::int64_t plotted(DataWindow& window)
+    {
+        EXPECT_TRUE(waitFor([&] { return !window.document()->isReading(); }));
+        return window.document()->points()->plotted();
+    }
+
+    fs::path folder_;
+    std::vector<TestGroup> groups_;
+};
+
+}  // namespace
+
+TEST_F(DataWindowTest, PlotsWhatIsMarkedInAllOfItsTables)
+{
+    DataWindow window;
+    open(window);
+    EXPECT_EQ(plotted(window), 20);
+    const struct {
+        UvTable table;
+        unsigned command;  ///< at the first row
+        int after;
+    } steps[] = {{UvTable::baselines, ID_MARK_SELECTED, 10}, {UvTable::scans, ID_MARK_SELECTED, 5},
+                 {UvTable::telescopes, ID_MARK_NONE, 0},     {UvTable::telescopes, idUndo, 5},
+                 {UvTable::baselines, ID_MARK_INVERT, 5},    {UvTable::baselines, ID_MARK_ALL, 10},
+                 {UvTable::stokes, ID_MARK_INVERT, 0},       {UvTable::stokes, ID_MARK_INVERT, 10},
+                 {UvTable::sources, ID_MARK_SELECTED, 0},    {UvTable::sources, idUndo, 10},
+                 {UvTable::frequencies, ID_MARK_NONE, 0},    {UvTable::frequencies, idUndo, 10},
+                 {UvTable::scans, ID_MARK_ALL, 20}};
+    for (const auto& step : steps) {
+        window.tabs().SetCurSel(static_cast<int>(step.table));
+        window.selector(step.table).table().SetSelectOneCell(1, 1);
+        window.SendMessage(WM_COMMAND, step.command);
+        EXPECT_EQ(plotted(window), step.after) << uvTableLook(step.table).name << step.command;
+    }
+}
+
+TEST_F(DataWindowTest, AClickOnAPointFindsItsBaselineAndScan)
+{
+    DataWindow window;
+    open(window);
+    window.plot().UpdateWindow();
+    const ABAxis& axis = *window.plot().GetPlot();
+    const LPARAM at = MAKELPARAM(axis.RPXtoGPX(double{1e-3f} * 8.4e9) + 2, axis.RPYtoGPY(16.0) - 2);
+    window.plot().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, at);
+    window.plot().SendMessage(WM_LBUTTONUP, 0, at);
+    EXPECT_EQ(window.selector(UvTable::baselines).table().getSelectRect().anchorRow, 2);
+    EXPECT_EQ(window.selector(UvTable::scans).table().getSelectRect().anchorRow, 2);
+    const std::string found = window.statusLine().GetTexts()[0];
+    EXPECT_EQ(found.rfind("CD - AB, scan 2, 0/00:16:55.0, IF 1 RR: 16 Jy", 0), 0u) << found;
+}
+
+TEST_F(DataWindowTest, TellsOfAFileThatChangesWhileItIsReadAndKeepsWhatItHas)
+{
+    for (int i = 0; i < 300000; ++i)
+        groups_.push_back({float(2000 + i), 258, 1, 1});
+    for (const char* harm : {"cut", "gone"}) {
+        write("big.uvfits", groups_);
+        DataWindow window;
+        ASSERT_TRUE(window.Create(ViewOptions()) && window.OpenFile(path("big.uvfits")));
+        said.clear();
+        if (harm == std::string("cut"))
+            fs::resize_file(path("big.uvfits"), 60000);
+        else
+            fs::remove(path("big.uvfits"));
+        EXPECT_TRUE(waitFor([] { return !said.empty(); })) << harm;
+        ASSERT_EQ(said.size(), 1u) << harm;
+        EXPECT_NE(said[0].find("big.uvfits"), std::string::npos) << said[0];
+        EXPECT_TRUE(waitFor([&] { return !window.document()->isReading(); }));
+        EXPECT_GT(window.document()->points()->plotted(), 0);
+        EXPECT_EQ(said.size(), 1u) << harm;
+    }
+}
+
+TEST_F(DataWindowTest, AsksAboutUnsavedGroupsAndReadsThemBack)
+{
+    DataWindow window;
+    open(window);
+    window.tabs().SetCurSel(uvTableCount);
+    EXPECT_EQ(window.MayLeaveGroups(), 1);
+    EXPECT_TRUE(said.empty());
+    window.SendMessage(WM_COMMAND, ID_FREQ_DELETE_GROUP);
+    EXPECT_NE(window.GetWindowText().find('*'), std::string::npos);
+    answer = IDCANCEL;
+    window.SendMessage(WM_CLOSE);
+    EXPECT_TRUE(window.GetSafeHwnd());
+    EXPECT_EQ(said.size(), 1u);
+    window.SendMessage(WM_COMMAND, idUndo);
+    EXPECT_EQ(window.GetWindowText().find('*'), std::string::npos);
+    fileAnswer = path("a.groups");
+    window.SendMessage(WM_COMMAND, idSaveGroups);
+    ASSERT_TRUE(fs::exists(path("a.groups")));
+    said.clear();
+    window.SendMessage(WM_COMMAND, idOpenGroups);
+    EXPECT_TRUE(said.empty());
+    std::ofstream(path("a.groups")) << "nothing of the kind";
+    window.SendMessage(WM_COMMAND, idOpenGroups);
+    EXPECT_EQ(said.size(), 1u);
+    EXPECT_EQ(window.document()->groups().count(), 1);
+    fileAnswer = path("a.uvfits");
+    window.SendMessage(WM_COMMAND, idSaveGroupsAs);
+    EXPECT_EQ(said.size(), 2u);  // it is the data file
+    window.SendMessage(WM_CLOSE);
+    EXPECT_FALSE(window.GetSafeHwnd());
+}
+
+TEST_F(DataWindowTest, AFileOfAnotherKindGetsItsOwnWindowAndTheLastOneEndsTheProgram)
+{
+    std::ofstream(path("map.fits"), std::ios::binary)
+        << hdu(imageCards(-32, {2, 2}), std::string(16, '\0'));
+    ViewWindows windows;
+    ViewOptions options;
+    options.map = path("map.fits");
+    ASSERT_TRUE(windows.openFirst(options));
+    EXPECT_TRUE(windows.openWindow(path("a.uvfits")));
+    EXPECT_EQ(windows.count(), 2);
+    std::ofstream(path("map.fits")) << "no map";
+    EXPECT_FALSE(windows.openWindow(path("map.fits")));
+    EXPECT_EQ(said.size(), 1u);
+    EXPECT_EQ(windows.count(), 2);
+}
+
+}  // namespace pavane
