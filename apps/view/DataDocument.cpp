@@ -18,6 +18,8 @@ namespace
 /// Bytes between two looks at the clock.
 constexpr std::int64_t sliceBytes = std::int64_t{1} << 20;
 constexpr double megalambda = 1e6;
+/// Of more IFs, which no telescope has, no groups are made: their bits grow with the square.
+constexpr int mostGroupedIfs = 8192;
 constexpr int shownDigits = 5;
 
 std::string telescopeName(const AUVXFile& file, int subarray, int number)
@@ -36,7 +38,9 @@ int DataDocument::open(const std::string& file, std::string& error)
     }
     file_ = file;
     state_ = FileState(file);
-    groups_ = AFreqGroupArray(observation_.file().fqTbl());
+    const AUVXFqTbl& frequencies = observation_.file().fqTbl();
+    if (frequencies.ifCount() <= mostGroupedIfs)
+        groups_ = AFreqGroupArray(frequencies);
     return 1;
 }
 

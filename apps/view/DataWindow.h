@@ -94,6 +94,7 @@ private:
     void tableChanged(UvTable table, int byUser);
     UvMarks marks();
     void plotAgain();
+    int areTablesWhole() const;
     void readOn();
     void pointsRead(int all);
     void tellTrouble();
@@ -145,7 +146,8 @@ private:
     std::array<int, uvTableCount> known_{};  ///< rows that the marks are of
     int settingMarks_ = 0;
     int told_ = 0;
-    int drawLater_ = 0;  ///< the last points are to be drawn when the drag in the plot has ended
+    int tablesWhole_ = 0;  ///< those that the plotted marks are of
+    int drawLater_ = 0;    ///< the last points are to be drawn when the drag in the plot has ended
     int created_ = 0;
     std::int64_t lastDrawing_ = 0;
 };

@@ -91,8 +91,15 @@ UvMarks DataWindow::marks()
 
 // --- reading
 
+int DataWindow::areTablesWhole() const
+{
+    const UvObservation& observation = data_->observation();
+    return observation.isWhole(UvTable::baselines) && observation.isWhole(UvTable::scans);
+}
+
 void DataWindow::plotAgain()
 {
+    tablesWhole_ = areTablesWhole();
     data_->plot(marks());
     (void)data_->step(firstSlice);
     plot_.ShowPoints(&data_->observation().file(), data_->points(), 1);
@@ -113,6 +120,10 @@ void DataWindow::readOn()
         drawLater_ = 1;
     if (drawLater_ && GetCapture() != &plot_)
         pointsRead(1);
+    // scans that were marked before all of them was found
+    const int areMarked = !all_[indexOf(UvTable::baselines)] || !all_[indexOf(UvTable::scans)];
+    if (!tablesWhole_ && areMarked && areTablesWhole())
+        return plotAgain();
     if (!data_->isReading() && !data_->observation().isFilling() && !drawLater_)
         (void)KillTimer(readTimer);
     showCounts();

@@ -226,7 +226,7 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
     const auto only = std::find_if(given.options.begin(), given.options.end(),
                                    [](const auto* o) { return o->traits == onlyInBatch; });
     if (given.operands.size() > 1)
-        error = "one map at a time: '" + given.operands[1] + "' is a second one";
+        error = "one file at a time: '" + given.operands[1] + "' is a second one";
     else if (!options.batch && only != given.options.end())
         error = std::string((*only)->name) + " goes with --batch; the window asks for it";
     else if (options.map.empty() && !options.batch &&
@@ -251,15 +251,16 @@ ProgramText viewProgram()
 {
     return {"pavane-view",
             "mark areas on a radio map, draw it, and write masks for a CLEAN; plot visibilities",
-            {"[MAP.fits] [OPTIONS]", "MAP.fits --batch [OPTIONS]", "DATA.uvfits --batch [OPTIONS]"},
+            {"[FILE] [OPTIONS]", "MAP.fits --batch [OPTIONS]", "DATA.uvfits --batch [OPTIONS]"},
             {"Opens the map, a FITS image, in a window, where areas are marked with the mouse or "
              "the keys (F1 there tells how).",
              "With --batch there is no window: all input is read and checked, then files are "
              "written, each whole or not at all, and numbers are printed. No output may be an "
              "input or another output.",
-             "A file of visibilities (UVFITS) is known by its content. Plotted are the parallel "
-             "hands, or I, of all channels; options of areas, planes, contours and colours make "
-             "no sense for it."},
+             "A file of visibilities (UVFITS) is known by its content. Its window has the tables "
+             "of the observation, whose marks choose what is plotted beside them. Without marks "
+             "these are the parallel hands, or I, of all channels. Options of areas, planes, "
+             "contours and colours make no sense for it."},
             {{"In the window and without it", textsOf(optionTable(), everywhere)},
              {"Without a window", textsOf(optionTable(), onlyInBatch)},
              {"About the program", textsOf(optionTable(), aboutProgram)}},

@@ -71,6 +71,7 @@ struct UvPlotPoints::Choice {
     /// null when nothing of the group is to be plotted.
     const double* frequenciesOf(const UvGroups& groups, std::size_t i);
     int takesPair(const Pair& pair, int isMarked) const;
+    int takesScan(const UvGroups& groups, std::size_t i);
     void makeFrequencies(std::size_t selection);
 
     const AUVXFile& file;
@@ -80,6 +81,7 @@ struct UvPlotPoints::Choice {
     std::vector<std::vector<double>> frequencies;  ///< of each selection, empty until it is met
     Distinct<Pair, int> pairs{mostBaselines};      ///< whether those met so far are plotted
     int newPair;                                   ///< what one in no table is marked as
+    int lastScan = -1;
 };
 
 UvPlotPoints::Choice::Choice(const AUVXFile& f, const UvMarks& m)
@@ -124,6 +126,23 @@ int UvPlotPoints::Choice::takesPair(const Pair& pair, int isMarked) const
             return 0;
     }
     return 1;
+}
+
+int UvPlotPoints::Choice::takesScan(const UvGroups& groups, std::size_t i)
+{
+    const std::int64_t number = groups.first + static_cast<std::int64_t>(i) + 1;
+    const double time = groups.time[i];
+    // most groups are in the scan of the one before
+    const UvScan* const last =
+        lastScan < 0 ? nullptr : &marks.scanTable[static_cast<std::size_t>(lastScan)];
+    const int isSame = last && last->subarray == groups.subarray[i] &&
+                       last->source == groups.source[i] && last->selection == groups.selection[i] &&
+                       number >= last->first && number <= last->last && time >= last->start &&
+                       time <= last->end;
+    if (!isSame)
+        lastScan = scanOf(marks.scanTable, groups.subarray[i], groups.source[i],
+                          groups.selection[i], time, number);
+    return marks.scans.get(lastScan);
 }
 
 const double* UvPlotPoints::Choice::frequenciesOf(const UvGroups& groups, std::size_t i)

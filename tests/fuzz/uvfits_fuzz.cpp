@@ -1,5 +1,6 @@
 // Feeds any bytes to the reader of visibilities, and goes through all groups of what it opens.
 #include "tessel/uvfits/UvGroupScan.h"
+#include "tessel/uvfits/UvPlotPoints.h"
 #include "tests/fuzz/input_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -18,5 +19,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         (void)pavane::uvTimeText(found.start);
     for (const pavane::AUVXTlscItem& telescope : file.telescopes())
         (void)pavane::storedText(telescope.x, 3);
+    pavane::UvMarks marks;
+    marks.scanTable = scan.foundScans();
+    marks.scans = pavane::ABitArray(static_cast<int>(marks.scanTable.size()));
+    marks.scans.set(0);
+    pavane::UvPlotPoints points(file, marks, 100);
+    while (points.step(1)) {
+    }
     return 0;
 }
