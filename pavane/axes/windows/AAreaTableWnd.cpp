@@ -198,6 +198,16 @@ int AAreaTableWnd::canRedo() { return axis_ && axis_->GetTrackers()->CanRedo(); 
 int AAreaTableWnd::Undo() { return walkHistory(0); }
 int AAreaTableWnd::Redo() { return walkHistory(1); }
 
+CString AAreaTableWnd::undoLabel()
+{
+    return axis_ ? CString(axis_->GetTrackers()->history().undoLabel()) : CString();
+}
+
+CString AAreaTableWnd::redoLabel()
+{
+    return axis_ ? CString(axis_->GetTrackers()->history().redoLabel()) : CString();
+}
+
 int AAreaTableWnd::walkHistory(int forward)
 {
     const TableWatch watch(*this);

@@ -48,6 +48,8 @@ public:
     int canRedo() override;
     int Undo() override;
     int Redo() override;
+    CString undoLabel() override;
+    CString redoLabel() override;
 
 protected:
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;

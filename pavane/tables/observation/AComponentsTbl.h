@@ -60,6 +60,8 @@ public:
     int canRedo() override;
     int Undo() override;
     int Redo() override;
+    CString undoLabel() override;
+    CString redoLabel() override;
     int RunTableCommand(unsigned id) override;
 
     /// The list is another one than before. The base does nothing.

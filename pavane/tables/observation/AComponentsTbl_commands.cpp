@@ -50,6 +50,8 @@ int AComponentsTbl::canUndo() { return components_->history().canUndo(); }
 int AComponentsTbl::canRedo() { return components_->history().canRedo(); }
 int AComponentsTbl::Undo() { return walkHistory(0); }
 int AComponentsTbl::Redo() { return walkHistory(1); }
+CString AComponentsTbl::undoLabel() { return CString(components_->history().undoLabel()); }
+CString AComponentsTbl::redoLabel() { return CString(components_->history().redoLabel()); }
 
 int AComponentsTbl::walkHistory(int forward)
 {
