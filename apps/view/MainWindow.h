@@ -79,6 +79,7 @@ private:
 
     // ModelPanelOwner
     void modelChanged() override;
+    void modelSelected(int before, int now) override;
     void modelOpened() override;
     void modelNotice(const CString& text) override { status_.SetMessage(text); }
     int modelMayWrite(const std::string& file) override { return mayWrite(file, 0); }

@@ -15,8 +15,9 @@ class MapMarks
 public:
     virtual ~MapMarks() = default;
     virtual int isShown() const = 0;
-    /// Draws in the axis as it is laid out for the context; `onScreen`: else for a picture.
-    virtual void drawOver(CDC& dc, const ABAxis& axis, int onScreen) = 0;
+    /// Draws in the axis as it is laid out for the context. `update`: the pixels of the window that
+    /// are painted; null for a picture.
+    virtual void drawOver(CDC& dc, const ABAxis& axis, const CRect* update) = 0;
     /// The left button went down there, with the tool that picks.
     virtual void pressOn(const ABAxis& axis, CPoint point) = 0;
 };
@@ -72,7 +73,7 @@ public:
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override
     {
         AAxisWnd::ServiceDraw(dc, client, update);
-        drawMarks(dc, 1);
+        drawMarks(dc, &update);
     }
 
 protected:
@@ -86,7 +87,7 @@ protected:
     void drawIntoPicture(CDC& dc) override
     {
         AAxisWnd::drawIntoPicture(dc);
-        drawMarks(dc, 0);
+        drawMarks(dc, nullptr);
     }
     /// Marks are picked beside what the press does to areas: they may lie in one.
     int takePress(unsigned flags, CPoint point) override
@@ -98,10 +99,10 @@ protected:
 
 private:
     int hasMarks() const { return marks_ && GetPlot() && marks_->isShown(); }
-    void drawMarks(CDC& dc, int onScreen)
+    void drawMarks(CDC& dc, const CRect* update)
     {
         if (hasMarks())
-            marks_->drawOver(dc, *GetPlot(), onScreen);
+            marks_->drawOver(dc, *GetPlot(), update);
     }
 
     MapWindowOwner& owner_;

@@ -6,6 +6,8 @@
 #include "platform/message.h"
 #include "tessel/paths.h"
 
+#include <utility>
+
 namespace pavane
 {
 
@@ -130,12 +132,28 @@ int ModelPanel::saveTo(const std::string& file)
     return 1;
 }
 
-void ModelPanel::drawOver(CDC& dc, const ABAxis& axis, int onScreen)
+void ModelPanel::selectionChanged()
+{
+    const int before = std::exchange(selected_, table_.selectedComponent());
+    owner_.modelSelected(before, selected_);
+}
+
+CRect ModelPanel::BoundsOf(int i, const ABAxis& axis) const
+{
+    const AComponents& list = session_.components().list();
+    return isShown() && i >= 0 && i < list.count() ? ModelLayer(list, *frame_).BoundsOf(i, axis)
+                                                   : CRect();
+}
+
+void ModelPanel::drawOver(CDC& dc, const ABAxis& axis, const CRect* update)
 {
     if (!isShown())
         return;
     ModelLayer layer(session_.components().list(), *frame_);
-    layer.SetSelected(onScreen ? table_.selectedComponent() : -1);
+    if (update) {
+        layer.SetSelected(selected_ = table_.selectedComponent());
+        layer.SetPart(*update);
+    }
     layer.draw(dc, axis);
 }
 

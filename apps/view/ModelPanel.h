@@ -17,8 +17,10 @@ class ModelPanelOwner
 {
 public:
     virtual ~ModelPanelOwner() = default;
-    /// Components, or the selected one, are others: the map is to be painted anew.
+    /// Components are others: the map is to be painted anew.
     virtual void modelChanged() = 0;
+    /// The selected one is another: the outlines of both are.
+    virtual void modelSelected(int before, int now) = 0;
     /// There is a list to show, or none any more.
     virtual void modelOpened() = 0;
     virtual void modelNotice(const CString& text) = 0;
@@ -55,9 +57,12 @@ public:
     int Save(const std::string& map);
     int SaveAs(const std::string& map);
 
+    /// Pixels of a component's outline.
+    CRect BoundsOf(int i, const ABAxis& axis) const;
+
     // MapMarks
     int isShown() const override { return session_.isOpen() && frame_; }
-    void drawOver(CDC& dc, const ABAxis& axis, int onScreen) override;
+    void drawOver(CDC& dc, const ABAxis& axis, const CRect* update) override;
     void pressOn(const ABAxis& axis, CPoint point) override;
 
 private:
@@ -66,12 +71,14 @@ private:
     public:
         explicit Table(ModelPanel& panel) : panel_(panel) {}
         void OnComponentsChanged() override { panel_.owner_.modelChanged(); }
-        void OnComponentSelected() override { panel_.owner_.modelChanged(); }
+        void OnComponentSelected() override { panel_.selectionChanged(); }
+        CString profileSection() override { return "pavane-view components"; }
         void OnNotice(const CString& text) override { panel_.owner_.modelNotice(text); }
 
     private:
         ModelPanel& panel_;
     };
+    void selectionChanged();
     int settle();
     int saveTo(const std::string& file);
 
@@ -79,7 +86,8 @@ private:
     ModelSession session_;
     Table table_;
     const MapFrame* frame_ = nullptr;
-    std::string map_;  ///< for a question that leads to a new file
+    int selected_ = -1;  ///< the component whose outline stands out
+    std::string map_;    ///< for a question that leads to a new file
 };
 
 }  // namespace pavane

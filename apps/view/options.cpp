@@ -230,8 +230,8 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
     else if (!options.batch && only != given.options.end())
         error = std::string((*only)->name) + " goes with --batch; the window asks for it";
     else if (options.map.empty() && !options.batch &&
-             (!options.areas.empty() || options.plane >= 0))
-        error = "--areas and --plane go with a map";
+             (!options.areas.empty() || !options.model.empty() || options.plane >= 0))
+        error = "--areas, --model and --plane go with a map";
     else if (!options.mask.empty() && options.areas.empty())
         error = "--mask needs the areas that it is made of: --areas FILE";
     else if (options.partial && options.areas.empty())

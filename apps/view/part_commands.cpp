@@ -1,6 +1,7 @@
 // The parts of the window: whose commands the menu and the keys mean, and the table of components.
 #include "apps/view/MainWindow.h"
 #include "apps/view/part_menu.h"
+#include "pavane/axes/ABAxis.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 
 #include <cctype>
@@ -143,6 +144,13 @@ void MainWindow::modelChanged()
 {
     view_.Invalidate();  // the components lie over its picture
     updateTitle();
+}
+
+void MainWindow::modelSelected(int before, int now)
+{
+    if (const ABAxis* const axis = view_.GetPlot())
+        for (const int component : {before, now})
+            view_.InvalidateRect(model_.BoundsOf(component, *axis));
 }
 
 void MainWindow::modelOpened()

@@ -48,6 +48,7 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --png p.png", "--png goes with --batch"},
         {"m.fits --size 200x200", "--size goes with --batch"},
         {"--areas a.cma", "go with a map"},
+        {"--model m.txt", "go with a map"},
         {"m.fits --batch --size 63x100", "64 to 16384"},
         {"m.fits --batch --size 100x16385", "64 to 16384"},
         {"m.fits --batch --size 100", "WIDTHxHEIGHT"},

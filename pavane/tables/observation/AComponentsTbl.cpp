@@ -21,11 +21,12 @@ AComponentsTbl::AComponentsTbl()
     : own_(std::make_unique<EditedComponents>()), components_(own_.get())
 {
     constexpr std::uint16_t number = colChars | colEdit | colNoGlyph;
+    // the headers with their units, and room for the arrow of the order
     ATableColumn columns[] = {{5, colChars}, {13, colChars | colCombo},
-                              {13, number},  {16, number},
-                              {10, number},  {14, number},
-                              {12, number},  {16, number},
-                              {8, number}};
+                              {17, number},  {21, number},
+                              {13, number},  {19, number},
+                              {14, number},  {20, number},
+                              {10, number}};
     static_assert(std::size(columns) == componentColumns + 1);
     setColumnPar(columns, static_cast<long>(std::size(columns)));
     setOptions(optHeaderRow | optVertLines | optHorzLines | optRangeSelect | optSizeColumns |
