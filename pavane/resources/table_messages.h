@@ -16,6 +16,8 @@ inline constexpr const char* cellsNotPasted = " cells could not be pasted. The f
 inline constexpr const char* cellsNotCleared = " cells cannot be empty. The first of them is ";
 inline constexpr const char* beyondTheTable = ", which the table does not have";
 inline constexpr const char* pasteStopped = "Pasting was stopped. Cells pasted until then: ";
+inline constexpr const char* pasteTooLarge =
+    "No more than 256 MiB can be pasted at once. Cells pasted until then: ";
 inline constexpr const char* partIsLeft =
     "The table could not be written whole. What was written is in: ";
 inline constexpr const char* oldFileStays =

@@ -9,6 +9,7 @@
 #include "platform/message.h"
 #include "tessel/plain_text.h"
 
+#include <algorithm>
 #include <ostream>
 #include <streambuf>
 #include <utility>
@@ -19,8 +20,10 @@ namespace pavane
 namespace
 {
 
-/// All that is put on the clipboard at once, in bytes.
+/// All that is put on the clipboard at once, in bytes; and of texts in cells by a paste, where one
+/// long value may fill many.
 constexpr std::size_t mostCopied = std::size_t{256} << 20;
+constexpr std::size_t mostPasted = mostCopied;
 
 /// A text in memory that is not written beyond a number of bytes.
 class BoundedText : public std::streambuf
@@ -153,6 +156,9 @@ public:
     }
     Answer put(TableCell cell, std::string_view text) override
     {
+        room_ -= std::min(room_, text.size());
+        if (room_ == 0)
+            return Answer::stop;
         return edit(cell, [&] { return table_.pasteCell(cell.row, cell.column, CString(text)); });
     }
     Answer edit(TableCell cell, const std::function<int()>& store)
@@ -169,6 +175,7 @@ public:
     int goesOn(double done) override { return !watch_.gone() && job_.show(done) && !watch_.gone(); }
     /// The last cell could be edited.
     int canEdit() const { return canEdit_; }
+    int isTooLarge() const { return room_ == 0; }
     /// Ends the step and repaints; 0 when the table is gone.
     int end()
     {
@@ -189,6 +196,7 @@ private:
     TableWatch watch_;
     TableJob job_;
     int canEdit_ = 0;
+    std::size_t room_ = mostPasted;
 };
 
 /// Whether a column of these has an editor; asks no hook.
@@ -232,13 +240,16 @@ void ATableWnd::OnPasteClbr()
     if (watch.gone())
         return;
     PasteResult result;
+    CString told;
     {
         EditingPaste paste(*this, "Pasting");
         result = pasteText(text, selection_, grid_.extent(), paste);
         if (!paste.end())
             return;
+        if (result.stopped)
+            told = (paste.isTooLarge() ? pasteTooLarge : pasteStopped) +
+                   std::to_string(result.taken) + ". ";
     }
-    CString told = result.stopped ? pasteStopped + std::to_string(result.taken) + ". " : CString();
     if (result.left) {
         const bool isHere =
             result.firstLeftRow <= grid_.rows() && result.firstLeftColumn <= columns();
@@ -281,7 +292,7 @@ void ATableWnd::OnClearCells()
             for (int c = cells.firstColumn; goesOn && c <= cells.lastColumn; ++c)
                 goesOn = clear.goesOn(static_cast<double>(r - cells.firstRow) /
                                       static_cast<double>(cells.rowCount())) &&
-                         clearOne({static_cast<int>(r), c});
+                         (!mayHoldEditable(c, c) || clearOne({static_cast<int>(r), c}));
         if (!clear.end())
             return;
     }

@@ -120,6 +120,8 @@ void ATableWnd::Tasks::run(int milliseconds, int steps)
 
 int ATableWnd::Tasks::onTimer(unsigned id)
 {
+    if (id == taskTimer && table_.job_)
+        return 1;  // rows must not change places under a copy or a paste
     if (id == taskTimer)
         return run(sliceTime, 1), 1;
     return id == lineTimer ? hush(), 1 : 0;

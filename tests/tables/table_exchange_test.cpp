@@ -3,9 +3,11 @@
 #include "platform/CMenu.h"
 #include "tables/table_fixture.h"
 
+#include <chrono>
 #include <cstring>
 #include <gtest/gtest.h>
 #include <random>
+#include <thread>
 
 using namespace pavane;
 
@@ -318,6 +320,44 @@ TEST(TableUndo, BringsValuesBackExactlyAndShowsThem)
     EXPECT_EQ(table.at(90000), 1.0 / 3);
     table.deleteColumn(1);
     EXPECT_FALSE(table.canUndo() || table.canRedo());
+}
+
+TEST(TablePaste, IsStoppedByEscapeAndByItsSize)
+{
+    // takes a while for each value, and presses Escape as soon as a box shows
+    struct Slow : Sheet {
+        int boxes = 0;
+        int setCellStr(int row, int column, const CString& value) override
+        {
+            std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            const CWnd* const focus = CWnd::GetFocus();
+            CWnd* const top = focus ? focus->GetTopLevelParent() : nullptr;
+            if (top && top->IsDialog() && ++boxes == 1)
+                top->SendMessage(WM_COMMAND, IDCANCEL);
+            return Sheet::setCellStr(row, column, value);
+        }
+    } slow;
+    const Cells before(5000, {"", "", "", ""});
+    slow.fill(before);
+    slow.setRows(5000);
+    slow.select({1, 1, 5000, 1});
+    ASSERT_TRUE(SetClipboardText("x"));
+    slow.run(ID_TABLE_PASTE);
+    EXPECT_EQ(lastMessage.substr(0, 20), "Pasting was stopped.");
+    EXPECT_EQ(slow.boxes, 1);
+    EXPECT_NE(slow.at(1, 1), slow.at(5000, 1));
+    EXPECT_TRUE(slow.IsWindowEnabled());
+    EXPECT_TRUE(slow.Undo());
+    EXPECT_EQ(slow.cells, before);
+    struct Forgets : Sheet {
+        int setCellStr(int, int, const CString&) override { return 1; }
+    } forgets;
+    forgets.fill(before);
+    forgets.select({1, 1, 5000, 1});
+    ASSERT_TRUE(SetClipboardText(CString(1 << 20, 'x')));
+    forgets.run(ID_TABLE_PASTE);
+    EXPECT_NE(lastMessage.find("256 MiB can be pasted at once. Cells pasted until then: 255."),
+              CString::npos);
 }
 
 TEST(TableUndo, KnowsListsAndClearedCells)
