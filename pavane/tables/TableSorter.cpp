@@ -148,6 +148,23 @@ void ATableWnd::Sorter::recordsChanged(int rows)
         (void)table_.tasks_->cancel();
 }
 
+void ATableWnd::Sorter::renumber(const std::function<int(int)>& renumbered,
+                                 const std::function<void()>& change)
+{
+    const auto recordUnder = [&](const auto& editor) {
+        return editor ? renumbered(order_.recordOf(editor->cell().row)) : 0;
+    };
+    const auto put = [&](const auto& editor, int record) {
+        if (editor)
+            editor->setCell({record ? order_.rowOf(record) : 0, editor->cell().column});
+    };
+    const int edited = recordUnder(table_.edit_);
+    const int chosen = recordUnder(table_.combo_);
+    change();
+    put(table_.edit_, edited);
+    put(table_.combo_, chosen);
+}
+
 void ATableWnd::Sorter::columnGone(int column)
 {
     if (by_.column == column)
@@ -180,7 +197,8 @@ void ATableWnd::recordsInserted(int record, int count)
         return;
     if (record <= grid_.rows())
         ForgetHistory();  // which knows records by their numbers
-    sorter_->order().insert(record, count);
+    sorter_->renumber([&](int r) { return r >= record ? r + count : r; },
+                      [&] { sorter_->order().insert(record, count); });
     setRows(static_cast<long>(grid_.rows()) + count);
 }
 
@@ -192,8 +210,12 @@ void ATableWnd::recordsRemoved(int record, int count)
     if (first >= end)
         return;
     ForgetHistory();
-    sorter_->order().remove(first, static_cast<int>(end - first));
-    setRows(static_cast<long>(grid_.rows() - (end - first)));
+    const auto gone = static_cast<int>(end - first);
+    sorter_->renumber([&](int r) { return r < first ? r
+                                          : r < end ? 0
+                                                    : r - gone; },
+                      [&] { sorter_->order().remove(first, gone); });
+    setRows(static_cast<long>(grid_.rows()) - gone);
 }
 
 }  // namespace pavane

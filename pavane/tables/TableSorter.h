@@ -3,6 +3,8 @@
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/grid/SortJob.h"
 
+#include <functional>
+
 namespace pavane
 {
 
@@ -28,6 +30,9 @@ public:
     void forgetPress() { pressed_ = 0; }
     /// There are other records or columns: what is being sorted begins anew, or ends.
     void recordsChanged(int rows);
+    /// `change` gives records other numbers, which `renumbered` tells; 0 for one that is gone. Open
+    /// editors stay on their records.
+    void renumber(const std::function<int(int)>& renumbered, const std::function<void()>& change);
     void columnGone(int column);
     void columnsChanged();
 

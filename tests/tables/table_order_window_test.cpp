@@ -127,10 +127,18 @@ TEST(TableSorting, GoesRoundWithClicksAndStaysOnItsRecord)
     EXPECT_TRUE(table.CopyAsTextInStream(text, 0));
     EXPECT_EQ(text.str(), "\tName\tValue\n1\tzeta\t10\n5\t\t10\n4\tgamma\t9\n2\talpha\t-3\n"
                           "3\tBeta\tnan\n");
+    ASSERT_TRUE(table.showAuto(2, 1));  // an editor stays on its record
+    table.field()->SetModify(1);
     table.recordsRemoved(4);
     EXPECT_EQ(table.order(), "1423");
     table.recordsInserted(2, 2);
     EXPECT_EQ(table.order(), "123645");
+    EXPECT_TRUE(table.hideEdit());
+    EXPECT_EQ(table.take(), "set 4,1 ;");
+    ASSERT_TRUE(table.showAuto(4, 1));
+    table.recordsRemoved(6);
+    EXPECT_FALSE(table.field());
+    table.recordsInserted(6);
     table.setRows(2);
     EXPECT_EQ(table.order(), "12");
     table.setRows(3);
