@@ -46,14 +46,27 @@ CurveScale coarser(CurveScale scale, int units)
     return scale;
 }
 
-/// The range of a plot that begins at 0, with some air above.
+/// The range of a plot that begins at 0, with some air above; from 0 to 1 while there is nothing.
 void widen(double least, double greatest, double& from, double& to)
 {
-    if (least > greatest)
-        return;
     from = 0;
-    to = greatest > 0 ? greatest * (1 + air) : 1;
+    to = least <= greatest && greatest > 0 ? greatest * (1 + air) : 1;
 }
+
+/// Says that there are no points over ranges that can be read.
+class UvAxis : public A2DAxis
+{
+public:
+    UvAxis() : A2DAxis(1, 1, nullptr, 0) {}
+    int isWithoutData() const override
+    {
+        for (int i = 0; i < childs().count(); ++i)
+            if (const auto* const dots = dynamic_cast<const UvDotsGraph*>(childs()(i)))
+                if (dots->count() > 0)
+                    return 0;
+        return 1;
+    }
+};
 
 }  // namespace
 
@@ -102,9 +115,7 @@ void UvPlotGraph::SetChosen(const UvPlotPoint* point)
 void UvPlotGraph::getMinMax(TMinMax& range) const
 {
     range = TMinMax();
-    if (!points_)
-        return;
-    const UvTotals& totals = points_->totals();
+    const UvTotals totals = points_ ? points_->totals() : UvTotals();
     widen(totals.leastUv, totals.greatestUv, range.xMin, range.xMax);
     widen(totals.leastAmplitude, totals.greatestAmplitude, range.yMin, range.yMax);
 }
@@ -178,6 +189,8 @@ void UvModelGraph::getMinMax(TMinMax& range) const
     TMinMax points;
     rangeOfPoints({distance_.data(), amplitude_.data(), count(), 0, 1}, points);
     range = TMinMax();
+    if (count() == 0)
+        return;
     widen(points.xMin, points.xMax, range.xMin, range.xMax);
     widen(points.yMin, points.yMax, range.yMin, range.yMax);
 }
@@ -189,7 +202,7 @@ void UvModelGraph::addTo(PointPixels& pixels) const
 
 A2DAxis* newUvAxis()
 {
-    auto* const axis = new A2DAxis(1, 1, nullptr, 0);
+    auto* const axis = new UvAxis;
     axis->setNameOX("uv distance [%sλ]");
     axis->setNameOY("Amplitude [%sJy]");
     return axis;

@@ -19,9 +19,9 @@ public:
     UvDotsGraph(ABAxis* axis, COLORREF color) : AGraph(axis, 0), color_(color) {}
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
     int overhang(const ABAxis& axis) const override;
+    virtual std::int64_t count() const = 0;
 
 protected:
-    virtual std::int64_t count() const = 0;
     /// Sets the pixels of all points.
     virtual void addTo(PointPixels& pixels) const = 0;
 
@@ -46,8 +46,9 @@ public:
     int hasHeaderText(int index) const override { return index == 0 && !header_.empty(); }
     CString getHeaderText(int) const override { return header_; }
 
-protected:
     std::int64_t count() const override;
+
+protected:
     void addTo(PointPixels& pixels) const override;
 
 private:
@@ -65,8 +66,9 @@ public:
     void compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places);
     void getMinMax(TMinMax& range) const override;
 
-protected:
     std::int64_t count() const override { return static_cast<std::int64_t>(distance_.size()); }
+
+protected:
     void addTo(PointPixels& pixels) const override;
 
 private:
