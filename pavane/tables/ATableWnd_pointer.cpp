@@ -56,7 +56,9 @@ void ATableWnd::OnLButtonDown(unsigned flags, CPoint point)
 void ATableWnd::OnLButtonUp(unsigned flags, CPoint point)
 {
     const TableWatch watch(*this);
-    if (isOptSet(optDragTimer))
+    if (sizer_->dragging())
+        sizer_->move(point);
+    else if (isOptSet(optDragTimer))
         dragTo(point, 0);
     if (watch.gone())
         return;
