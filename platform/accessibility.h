@@ -82,6 +82,8 @@ public:
     virtual CRect GetAccessSelection() const { return {}; }
 };
 
+/// What screen readers call a control that no label names; empty for nothing of its own.
+PAVANE_API void SetAccessName(HWND window, const CString& name);
 /// Tells screen readers of a change (EVENT_OBJECT_...) in a part of a window; costs next to nothing
 /// when none listens.
 PAVANE_API void NotifyWinEvent(unsigned event, HWND window, AccessId part);

@@ -71,8 +71,12 @@ int ATableWnd::copyCells(int selectionOnly, int headers)
     copyProblem_ = clipboardRefusesText;
     CString text;
     CellForms forms;
-    auto written = CellsWritten::whole;
-    if (headers) {
+    // each cell takes a byte at least
+    auto written =
+        cells.rowCount() * (cells.columnCount() + 1) > static_cast<std::int64_t>(mostCopied)
+            ? CellsWritten::tooLarge
+            : CellsWritten::whole;
+    if (headers && written == CellsWritten::whole) {
         job.part = 0.5;
         BoundedText bounded(text, mostCopied);
         std::ostream stream(&bounded);

@@ -73,6 +73,7 @@ int ATableWnd::showEdit(int row, int column)
     if (!hideCombo() || !allowed())
         return 0;
     const CString text = strCell(row, column);
+    const CString title = watch.gone() ? CString() : cellTitle(row, column);
     if (!allowed() || edit_ || !showCell(cell) || !allowed())
         return 0;
     forgetClosed();
@@ -86,6 +87,7 @@ int ATableWnd::showEdit(int row, int column)
     ATableEdit& edit = *edit_;
     if (!edit.Create(WS_CHILD | WS_VISIBLE, rect, this, editId))
         return edit_.reset(), endOpening(), 0;
+    SetAccessName(edit.GetSafeHwnd(), title);
     edit.SetFont(tableFont());
     const bool tooLong = prefix(text, longestEdit) < text.size();
     edit.LimitText(tooLong ? 0 : longestEdit);
@@ -122,7 +124,10 @@ int ATableWnd::showCombo(int row, int column)
         return 0;
     if (combo_)
         return (void)hideCombo(), 0;
-    if (!hideEdit() || !allowed() || !showCell(cell) || !allowed())
+    if (!hideEdit() || !allowed())
+        return 0;
+    const CString title = cellTitle(row, column);
+    if (!allowed() || !showCell(cell) || !allowed())
         return 0;
     forgetClosed();
     CRect rect = grid_.cellRect(row, column);
@@ -133,6 +138,7 @@ int ATableWnd::showCombo(int row, int column)
     ATableCombo* const list = combo_.get();
     if (!list->Create(WS_CHILD | WS_VISIBLE | CBS_DROPDOWNLIST, rect, this, comboId))
         return combo_.reset(), 0;
+    SetAccessName(list->GetSafeHwnd(), title);
     list->SetFont(tableFont());
     (void)list->SetItemHeight(-1, std::max(grid_.rowHeight() - listFrame, 1));
     baseRan_ = 0;

@@ -229,6 +229,12 @@ void NotifyWinEvent(unsigned event, HWND window, AccessId id)
     }
 }
 
+void SetAccessName(HWND window, const CString& name)
+{
+    if (const WindowPeer* const peer = peerOf(window); peer && peer->widget)
+        peer->widget->setAccessibleName(textOf(name));
+}
+
 int IsAccessActive() { return listener || QAccessible::isActive(); }
 
 AccessListener SetAccessListener(AccessListener wanted) { return std::exchange(listener, wanted); }

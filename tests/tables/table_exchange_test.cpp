@@ -129,8 +129,13 @@ TEST(TableCopy, PutsAllFormsOnTheClipboard)
         CString cellAsStr(int, int, void*) override { return CString(1 << 20, 'x'); }
     } large;
     large.fill(Cells(300, {"", "", "", ""}));
-    large.run(ID_TABLE_COPY_ALL);
-    EXPECT_EQ(lastMessage.substr(0, 46), "These cells are too many for the clipboard, wh");
+    for (const long rows : {300L, 0x7FFFFFFFL}) {
+        lastMessage.clear();
+        large.setRows(rows);
+        large.run(ID_TABLE_COPY_ALL);
+        EXPECT_EQ(lastMessage.substr(0, 46), "These cells are too many for the clipboard, wh")
+            << rows;
+    }
 }
 
 TEST(TablePaste, PutsWhatFitsAndTellsOfTheRest)

@@ -96,6 +96,8 @@ TEST(Accessibility, OffersATableWithCellsByRowAndColumn)
     EXPECT_EQ(top->text(QAccessible::Name), "Sources");
     EXPECT_EQ(top->childCount(), 16);
     EXPECT_EQ(top->child(15)->role(), QAccessible::EditableText);
+    SetAccessName(editor.GetSafeHwnd(), "Flux 3");
+    EXPECT_EQ(top->child(15)->text(QAccessible::Name), "Flux 3");
     EXPECT_EQ(top->indexOfChild(top->child(15)), 15);
     EXPECT_EQ(top->indexOfChild(top->child(4)), 4);
     EXPECT_EQ(top->focusChild()->text(QAccessible::Name), "1/2");
