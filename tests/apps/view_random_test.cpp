@@ -82,7 +82,10 @@ int chooseFile(CString& name, const CString& filter, int)
         return 0;
     const char* const areaFiles[] = {"a.areas", "b.areas", "c.cma", "d.reg", "e.crtf", "bad.reg"};
     const char* const maps[] = {"map.fits", "other.fits", "flat.fits", "bad.fits"};
-    if (filter.starts_with("FITS maps"))
+    const char* const models[] = {"m.txt", "m.txt", "bad.reg", "map.fits"};
+    if (filter.starts_with("Components"))
+        name = folder + models[below(4)];
+    else if (filter.starts_with("FITS maps"))
         name = folder + maps[below(4)];
     else if (filter.find("areas") != filter.npos)
         name = folder + (below(9) ? areaFiles[below(6)] : "nowhere/x.areas");
@@ -137,6 +140,7 @@ public:
         writeMap("map.fits", 48, 64, 1);
         writeMap("other.fits", 90, 20, 1e-3f);
         writeMap("flat.fits", 5, 5, 0);
+        std::ofstream(folder + "m.txt") << "2\n1 1 0 1 0 0 0 0.5\n2 1 1e-4 0.5 30 90 2e-4 0.5\n";
         std::ofstream(folder + "bad.fits") << "SIMPLE  =                    T";
         std::ofstream(folder + "bad.reg") << "image\ncircle(3,4,1)\nbox(nan,1,2\npolygon(1,1,2)\n";
     }
@@ -295,8 +299,10 @@ private:
                                       {ID_TRACK_ARROW, ID_VERTEX_TABLE + 1},
                                       {ID_TRACK_ARROW, ID_VERTEX_TABLE + 1},
                                       {ID_TRACK_UNDO, ID_TRACK_REDO + 1},
+                                      {idOpenModel, idSaveModelAs + 1},
+                                      {idModel, idPreviousMapPart + 1},
                                       {idKeys, idAbout + 1}};
-        const auto& group = groups[below(10)];
+        const auto& group = groups[below(12)];
         const unsigned id =
             group[0] + static_cast<unsigned>(below(static_cast<int>(group[1] - group[0])));
         const int isSlow = id == idSavePicture || id == idOpenMap || id == ID_CLEAR_AREAS;
@@ -305,10 +311,16 @@ private:
     /// Numbers of the current area.
     void edit()
     {
-        CWnd* const table = window_->GetDlgItem(104);
-        const std::vector<CWnd*> fields = table ? table->GetChildren() : std::vector<CWnd*>();
-        if (fields.empty() || !table->IsWindowVisible())
-            return (void)window_->SendMessage(WM_COMMAND, idValues);
+        const bool isModel = window_->model().session().isOpen() && below(2);
+        CWnd* const table =
+            isModel ? static_cast<CWnd*>(&window_->model().table()) : &window_->numbers();
+        if (!table->IsWindowVisible())
+            return (void)window_->SendMessage(WM_COMMAND, isModel ? idModel : idValues);
+        table->SetFocus();
+        SendMessage(table->GetSafeHwnd(), WM_KEYDOWN, VK_F2, 1);
+        const std::vector<CWnd*> fields = table->GetChildren();
+        if (fields.empty())
+            return;
         CWnd& field = *fields[static_cast<std::size_t>(below(static_cast<int>(fields.size())))];
         field.SetFocus();
         const char* const texts[] = {"0",     "-0.05", "0.1", "1e-3", "nan",
@@ -408,7 +420,8 @@ private:
         EXPECT_EQ(view().GetComboBox()->GetCount(), count);
         EXPECT_EQ(view().GetToolBar()->IsButtonEnabled(ID_TRACK_UNDO), areas().CanUndo());
         const std::string& title = window_->GetWindowText();
-        EXPECT_EQ(title.find('*') != title.npos, window_->session().isModified() != 0);
+        EXPECT_EQ(title.find('*') != title.npos,
+                  window_->session().isModified() || window_->model().session().isModified());
         if (below(8) == 0 && view().GetMap())
             checkCells();
         if (i % 50 == 0)
