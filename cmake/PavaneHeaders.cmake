@@ -53,6 +53,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/containers/APtrArray.h
     pavane/containers/ARect.h
     pavane/containers/LifeWatch.h
+    pavane/dialogs/values/AUVXTIntervalPM.h
+    pavane/dialogs/values/time_texts.h
+    pavane/dialogs/values/TimeIntervalForm.h
     pavane/images/ADIBase.h
     pavane/images/ADIBitmap.h
     pavane/images/curve_raster.h
