@@ -5,6 +5,7 @@
 #include "platform/accessibility.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -32,10 +33,13 @@ std::size_t prefix(const CString& text, int characters)
 
 int ATableWnd::isComboEnabled(int row, int column)
 {
-    baseRan_ = 0;
+    // paints ask it too, also while another of these hooks shows a box
+    const int outer = std::exchange(baseRan_, 0);
     const TableWatch watch(*this);
     const int enabled = isEnableAutoComboBox(row, column);
-    return !watch.gone() && (baseRan_ || enabled);
+    if (watch.gone())
+        return 0;
+    return std::exchange(baseRan_, outer) || enabled;
 }
 
 /// Whether one of the editors would open on a data cell.

@@ -137,6 +137,17 @@ TEST(TableEditing, ARefusedValueKeepsTheFieldAndEverythingElse)
     EXPECT_EQ(place.left, table.cellRect(2, 1).left);
     table.deleteColumn(1);
     EXPECT_FALSE(table.list());
+    // a window that a hook destroyed is made again
+    for (const bool destroys : {true, false}) {
+        (void)table.DestroyWindow();
+        table.make(9, threeColumns);
+        table.store = [&](const CString&) { return !destroys || !table.DestroyWindow(); };
+        ASSERT_TRUE(table.showAuto(1, 1));
+        table.field()->SetModify(1);
+        send(&table, VK_DOWN);
+        EXPECT_EQ(table.GetSafeHwnd() == 0, destroys);
+        EXPECT_FALSE(table.field());
+    }
 }
 
 TEST(TableEditing, LongTextsAreLookedAtOnly)
@@ -163,7 +174,10 @@ TEST(TableEditing, ListsAreFilledChosenAndRefused)
 {
     struct Lists : ShownTable {
         int refused = 0;
-        int isEnableAutoComboBox(int row, int) override { return row != 2; }
+        int isEnableAutoComboBox(int row, int column) override
+        {
+            return row == 2 ? 0 : ATableWnd::isEnableAutoComboBox(row, column) || row == 3;
+        }
         int FillComboBox(CComboBox* list, int, int) override
         {
             for (const char* const text : {"one", "two", "three"})
@@ -174,6 +188,8 @@ TEST(TableEditing, ListsAreFilledChosenAndRefused)
         {
             calls.push_back("list " + std::to_string(row) + "," + std::to_string(column) + " " +
                             std::to_string(list->GetCurSel()));
+            Invalidate();
+            UpdateWindow();  // as under a message, with questions of its own
             return !refused;
         }
     } table;
@@ -307,6 +323,19 @@ TEST(TablePointer, DragsExtendByMovesAndEndWithTheCapture)
     table.press(table.at(2, 1));
     table.release(table.at(3, 3));
     EXPECT_EQ(table.selection(), "2,1-3,3");
+    // a row that is half in view comes in whole, and the pointer, which rests, is on the next one
+    CRect all;
+    table.GetClientRect(all);
+    const CPoint edge(table.at(4, 2).x, all.bottom - 3);
+    const int first = table.grid().firstRow();
+    ASSERT_GT(table.cellRect(table.grid().cellAt(edge).row, 2).bottom, all.bottom);
+    table.press(edge);
+    table.ClientToScreen(below = edge);
+    SetCursorPos(below);
+    table.SendMessage(WM_TIMER, 11);
+    table.release(edge);
+    EXPECT_EQ(table.grid().firstRow(), first + 1);
+    EXPECT_EQ(table.getSelectRect().anchorRow, table.getSelectRect().endRow);
 }
 
 TEST(TableText, GoesToClipboardAndFilesToTheLetter)
