@@ -119,7 +119,7 @@ void ATableWnd::OnTimer(unsigned id)
 /// Extends the selection to the pointer. Only the timer scrolls, so that its pace is that.
 void ATableWnd::dragTo(CPoint point, int scroll)
 {
-    if (grid_.extent().empty())
+    if (grid_.extent().empty() || !sorter_->drags(point))
         return;
     const TableWatch watch(*this);
     const DragStep step = dragStep(grid_, point, client(), scroll);

@@ -7,6 +7,7 @@
 #include "platform/accessibility.h"
 #include "platform/message.h"
 
+#include <limits>
 #include <utility>
 
 namespace pavane
@@ -120,6 +121,14 @@ int ATableWnd::Sorter::headerAt(CPoint point) const
 void ATableWnd::Sorter::press(unsigned flags, CPoint point)
 {
     pressed_ = flags & (MK_SHIFT | MK_CONTROL) ? 0 : headerAt(point);
+    pressedAt_ = point;
+    moved_ = 0;
+}
+
+int ATableWnd::Sorter::drags(CPoint point)
+{
+    moved_ = moved_ || !(point == pressedAt_) || !table_.client().PtInRect(point);
+    return moved_;
 }
 
 int ATableWnd::Sorter::release(CPoint point)
@@ -137,7 +146,7 @@ void ATableWnd::Sorter::click(int column)
 
 void ATableWnd::Sorter::recordsChanged(int rows)
 {
-    order_.resize(rows);
+    renumber([rows](int r) { return r <= rows ? r : 0; }, [&] { order_.resize(rows); });
     if (order_.isStored())
         by_ = {};
     if (!sorting())
@@ -197,7 +206,10 @@ void ATableWnd::recordsInserted(int record, int count)
         return;
     if (record <= grid_.rows())
         ForgetHistory();  // which knows records by their numbers
-    sorter_->renumber([&](int r) { return r >= record ? r + count : r; },
+    constexpr int most = std::numeric_limits<int>::max();
+    sorter_->renumber([&](int r) { return r < record         ? r
+                                          : r > most - count ? most
+                                                             : r + count; },
                       [&] { sorter_->order().insert(record, count); });
     setRows(static_cast<long>(grid_.rows()) + count);
 }

@@ -28,6 +28,9 @@ public:
     /// A click on a header: the next order.
     void click(int column);
     void forgetPress() { pressed_ = 0; }
+    /// Whether the pointer drags. As long as it rests where it was pressed it does not: the press
+    /// may have scrolled another cell under it.
+    int drags(CPoint point);
     /// There are other records or columns: what is being sorted begins anew, or ends.
     void recordsChanged(int rows);
     /// `change` gives records other numbers, which `renumbered` tells; 0 for one that is gone. Open
@@ -49,6 +52,8 @@ private:
     SortedBy target_;
     const void* task_ = nullptr;  ///< only to compare with the one in hand
     int pressed_ = 0;             ///< column whose header the button went down on
+    CPoint pressedAt_;
+    int moved_ = 0;  ///< away from there
 };
 
 }  // namespace pavane

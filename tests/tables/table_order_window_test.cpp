@@ -143,6 +143,10 @@ TEST(TableSorting, GoesRoundWithClicksAndStaysOnItsRecord)
     EXPECT_EQ(table.order(), "12");
     table.setRows(3);
     EXPECT_EQ(table.order(), "123");
+    (void)table.SortRows({2, SortDirection::falling});
+    table.setRows(2147483647);  // more than are sorted
+    EXPECT_EQ(table.recordOf(2147483647), 2147483647);
+    EXPECT_EQ(table.sortedBy().column, 0);
     table.setRows(0);
     table.click(table.header(1));
     EXPECT_EQ(table.sortedBy().column, 0);

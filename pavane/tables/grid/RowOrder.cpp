@@ -1,5 +1,7 @@
 #include "pavane/tables/grid/RowOrder.h"
 
+#include "pavane/tables/grid/SortJob.h"
+
 #include <algorithm>
 #include <limits>
 #include <numeric>
@@ -30,7 +32,8 @@ void RowOrder::resize(int count)
 {
     if (isStored() || count == this->count())
         return;
-    if (count < 1)
+    // of more rows than are sorted an order would take gigabytes
+    if (count < 1 || count > mostSortedRows)
         return reset();
     const int before = this->count();
     if (count < before)
@@ -46,6 +49,8 @@ void RowOrder::insert(int record, int count)
     count = std::clamp(count, 0, std::numeric_limits<int>::max() - this->count());
     if (isStored() || count == 0)
         return;
+    if (count > mostSortedRows - this->count())
+        return reset();
     const int first = std::clamp(record, 1, this->count() + 1);
     const int place = first > 1 ? rowOf(first - 1) : 0;
     for (int& other : records_)
