@@ -59,7 +59,14 @@ void ATableWnd::OnDestroy()
     endDrag();
     finder_->windowGoes();
     tasks_->windowGoes();
-    closing_ = 0;
+    // a hook may have destroyed the window: what it ran in does not go on, the next window begins
+    if (history_->windowGoes())
+        history_ = std::make_shared<TableHistory>(*this);
+    job_ = nullptr;
+    painting_ = printing_ = layingOut_ = opening_ = storing_ = closing_ = keyFromEditor_ = 0;
+    lineWidth_ = 1;
+    setOpt(optSkipPaint, 0);
+    skipped_.SetRectEmpty();
     ABWindow::OnDestroy();
 }
 
@@ -237,7 +244,10 @@ int ATableWnd::takeSelection(const ASelectRect& next, TableCell show)
 
 // --- what heirs say
 
-int ATableWnd::setCellStr(int, int, const CString& text) { return text.size() < 3; }
+int ATableWnd::setCellStr(int, int, const CString& text)
+{
+    return std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }) < 3;
+}
 CString ATableWnd::strCell(int, int) { return {}; }
 CString ATableWnd::hdrCellAsStr(int, int, void*) { return {}; }
 CString ATableWnd::cellAsStr(int, int, void*) { return {}; }

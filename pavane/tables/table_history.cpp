@@ -80,6 +80,13 @@ CellRange TableHistory::changed() const
     return {first_.row, first_.column, first_.row, first_.column};
 }
 
+int TableHistory::windowGoes()
+{
+    while (depth_ > 0)
+        end();
+    return walking_;
+}
+
 void TableHistory::forget()
 {
     forget_ = walking_;

@@ -38,6 +38,8 @@ public:
     /// What the user has to be told, once; as of EditHistory.
     EditRecorded takeLoss() { return steps_.takeLoss(); }
     void forget();
+    /// Ends the step that is open. Non-zero when a walk runs, which needs this no more.
+    int windowGoes();
 
 private:
     int isBusy() const { return depth_ > 0 || walking_; }
