@@ -28,7 +28,12 @@ int ATableWnd::isTime(TableWhen when)
     case TableWhen::canSelectRange:
         return !table.empty() && isOptSet(optRangeSelect);
     case TableWhen::canEdit:
-        return selected && canEdit(selection_.anchorRow, selection_.anchorColumn);
+        if (!table.empty()) {
+            const TableCell focus =
+                nearestCell({selection_.anchorRow, selection_.anchorColumn}, table);
+            return canEdit(focus.row, focus.column);
+        }
+        return 0;
     case TableWhen::canUndo:
         return canUndo();
     case TableWhen::canRedo:
@@ -168,8 +173,11 @@ int ATableWnd::RunTableCommand(unsigned id)
         return OnCopyInFileSel(), 1;
     case ID_TABLE_EDIT:
         if (const TableWatch watch(*this);
-            !grid_.extent().empty() && hideEditors() && !watch.gone())
-            (void)showAuto(selection_.anchorRow, selection_.anchorColumn);
+            hideEditors() && !watch.gone() && !grid_.extent().empty()) {
+            const TableCell cell =
+                nearestCell({selection_.anchorRow, selection_.anchorColumn}, grid_.extent());
+            (void)showAuto(cell.row, cell.column);
+        }
         return 1;
     case ID_TABLE_SELECT_ALL:
         return selectWhole(1, 1), 1;

@@ -43,6 +43,8 @@ void ATableWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     const int control = held(VK_CONTROL);
     const int fromEditor = keyFromEditor_;
     tasks_->hush();
+    if (watch.gone())
+        return;
     switch (key) {
     case VK_ESCAPE:
         if (sizer_->cancel() || watch.gone() || tasks_->cancel())
@@ -95,8 +97,12 @@ void ATableWnd::OnChar(unsigned character, unsigned repeat, unsigned flags)
     const TableWatch watch(*this);
     const bool types = character >= firstCharacter && character != deleteCharacter &&
                        character <= 0x10FFFF && !held(VK_CONTROL) && !held(VK_MENU);
-    if (types && !grid_.extent().empty() && hideEditors() &&
-        showAuto(selection_.anchorRow, selection_.anchorColumn)) {
+    const auto opens = [&] {
+        const TableCell cell =
+            nearestCell({selection_.anchorRow, selection_.anchorColumn}, grid_.extent());
+        return showAuto(cell.row, cell.column);
+    };
+    if (types && hideEditors() && !watch.gone() && !grid_.extent().empty() && opens()) {
         const CString text = utf8(character);
         if (edit_ && !edit_->keepsText()) {
             edit_->SetWindowText(text);
@@ -170,19 +176,22 @@ void ATableWnd::kbTab(int count, int shift)
 
 void ATableWnd::goToNextEditor(int back)
 {
-    // so far a table is searched; one whose hooks refuse everything ends there
+    // cells that are asked for; a table whose hooks refuse everything ends there
     constexpr int farthest = 4096;
     const TableWatch watch(*this);
-    if (!hideEditors() || watch.gone() || grid_.extent().empty())
+    if (!hideEditors() || watch.gone() || !mayHoldEditable(1, grid_.extent().lastColumn))
         return;
     ASelectRect at = selection_;
-    for (int i = 0; i < farthest; ++i) {
+    for (int asked = 0; asked < farthest && !grid_.extent().empty();) {
         const ASelectRect next = movedSelection(at, back ? TableMove::previous : TableMove::next, 1,
                                                 0, {grid_.extent(), 1, 1});
         const TableCell cell{next.anchorRow, next.anchorColumn};
         if (cell == TableCell{at.anchorRow, at.anchorColumn})
             return;  // the end of the table
         at = next;
+        if (!mayHoldEditable(cell.column, cell.column))
+            continue;
+        ++asked;
         const int can = canEdit(cell.row, cell.column);
         if (watch.gone() || grid_.extent().empty())
             return;

@@ -190,19 +190,10 @@ int ATableWnd::tableScrollPgDown() { return scrollRows(grid_.pageRows(client()))
 int ATableWnd::tableScrollPgLeft() { return scrollColumns(-grid_.pageColumns(client())); }
 int ATableWnd::tableScrollPgRight() { return scrollColumns(grid_.pageColumns(client())); }
 
-// A thumb stands for many rows of a long table: one that has not moved scrolls nothing.
+int ATableWnd::tableVScrollTrack(int thumb) { return scrollTo(VPosTo(thumb), grid_.firstColumn()); }
+int ATableWnd::tableHScrollTrack(int thumb) { return scrollTo(grid_.firstRow(), HPosTo(thumb)); }
 
-int ATableWnd::tableVScrollTrack(int thumb)
-{
-    const int row = thumb == ToVPos(grid_.firstRow()) ? grid_.firstRow() : VPosTo(thumb);
-    return scrollTo(row, grid_.firstColumn());
-}
-
-int ATableWnd::tableHScrollTrack(int thumb)
-{
-    const int column = thumb == ToHPos(grid_.firstColumn()) ? grid_.firstColumn() : HPosTo(thumb);
-    return scrollTo(grid_.firstRow(), column);
-}
+// A thumb stands for many rows of a long table: one that is let go where it stood scrolls nothing.
 
 void ATableWnd::OnVScroll(unsigned code, unsigned position)
 {
@@ -215,8 +206,11 @@ void ATableWnd::OnVScroll(unsigned code, unsigned position)
         return (void)tableScrollPgUp();
     case SB_PAGEDOWN:
         return (void)tableScrollPgDown();
-    case SB_THUMBTRACK:
     case SB_THUMBPOSITION:
+        if (static_cast<int>(position) == ToVPos(grid_.firstRow()))
+            return;
+        [[fallthrough]];
+    case SB_THUMBTRACK:
         return (void)tableVScrollTrack(static_cast<int>(position));
     case SB_TOP:
         return (void)scrollTo(1, grid_.firstColumn());
@@ -238,8 +232,11 @@ void ATableWnd::OnHScroll(unsigned code, unsigned position)
         return (void)tableScrollPgLeft();
     case SB_PAGEDOWN:
         return (void)tableScrollPgRight();
-    case SB_THUMBTRACK:
     case SB_THUMBPOSITION:
+        if (static_cast<int>(position) == ToHPos(grid_.firstColumn()))
+            return;
+        [[fallthrough]];
+    case SB_THUMBTRACK:
         return (void)tableHScrollTrack(static_cast<int>(position));
     case SB_TOP:
         return (void)scrollTo(grid_.firstRow(), 1);

@@ -168,8 +168,9 @@ int FreqGroupSteps::removeAll()
 int FreqGroupSteps::allInOne()
 {
     return step("All in one", [&](int& show) {
-        show = 0;
-        return edit_.AllInOne();
+        const int done = edit_.AllInOne();
+        show = done ? 0 : -1;
+        return done;
     });
 }
 
