@@ -67,6 +67,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/printing/layout/page_range.h
     pavane/printing/layout/page_texts.h
     pavane/printing/layout/paper.h
+    pavane/printing/layout/PreviewView.h
     pavane/resources/resource_ids.h
     pavane/tables/ATableWnd.h
     pavane/tables/components/ACompItem.h

@@ -67,6 +67,7 @@
 #include "pavane/printing/layout/page_range.h"
 #include "pavane/printing/layout/page_texts.h"
 #include "pavane/printing/layout/paper.h"
+#include "pavane/printing/layout/PreviewView.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/components/ACompItem.h"
