@@ -158,12 +158,12 @@ public:
     /// Whether rows can be sorted by a data column. The base says yes to all with optSort.
     virtual int isSortable(int column);
     /// What brings the value of a cell back exactly, for undo: bytes that only setCellValue reads;
-    /// 0 when they were refused. The base takes strCell and setCellStr; of cells that have only a
-    /// list, cellAsStr and pasteCell.
+    /// 0 when they were refused. The base takes strCell and setCellStr; of cells that open
+    /// a list only, cellAsStr and pasteCell.
     virtual CString cellValue(int row, int column);
     virtual int setCellValue(int row, int column, const CString& value);
     /// Stores a pasted text, of cells with lists too; 0 refuses it. The base calls setCellStr; in
-    /// cells that have only a list it chooses the line with that text, and refuses when none has.
+    /// cells that open a list only it chooses the line with that text, and refuses when none has.
     virtual int pasteCell(int row, int column, const CString& text);
     /// Empties a cell; 0 refuses. The base pastes an empty text.
     virtual int clearCell(int row, int column);
@@ -368,7 +368,7 @@ private:
     void editorLostFocus();
     void keyFromEditor(unsigned key, unsigned repeat);
 
-    int isListOnly(int column) const;
+    int isListOnly(int row, int column);
     int chooseInList(int row, int column, const CString& text);
     int storeAsStep(const CString& what, int row, int column, const std::function<int()>& store);
     int walkHistory(int forward);

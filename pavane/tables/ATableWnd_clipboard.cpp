@@ -217,7 +217,10 @@ CString ATableWnd::cellTitle(int row, int column)
     constexpr std::size_t longest = 60;
     const TableWatch watch(*this);
     const auto part = [&](CString header, const CString& without) {
-        header = validText(header.substr(0, longest));
+        std::size_t length = std::min(header.size(), longest);
+        while (length > 0 && length < header.size() && (header[length] & 0xC0) == 0x80)
+            --length;  // not inside a character
+        header = validText(header.substr(0, length));
         for (char& c : header)
             c = (c >= 0 && c < ' ') || c == '\x7f' ? ' ' : c;
         return header.find_first_not_of(' ') == CString::npos ? without : header;

@@ -47,6 +47,8 @@ int ATableWnd::walkHistory(int forward)
             next.endColumn = changed.lastColumn;
         }
         (void)takeSelection(next, first);
+        if (!watch.gone() && !(selection_ == next))
+            (void)showCell(first);  // an heir keeps the selection elsewhere
         if (watch.gone())
             return 1;
         tellAccess(EVENT_OBJECT_VALUECHANGE, first);
@@ -98,25 +100,36 @@ int ATableWnd::storeAsStep(const CString& what, int row, int column,
 
 // --- values of cells
 
-int ATableWnd::isListOnly(int column) const
+/// Whether a cell has a list and no field now.
+int ATableWnd::isListOnly(int row, int column)
 {
-    return (grid_.columns().flags(column) & (colEdit | colCombo)) == colCombo;
+    const int flags = grid_.columns().flags(column);
+    return (flags & colCombo) && !((flags & colEdit) && isEnableAutoEdit(row, column));
 }
 
 CString ATableWnd::cellValue(int row, int column)
 {
-    return isListOnly(column) ? cellAsStr(row, column, nullptr) : strCell(row, column);
+    const TableWatch watch(*this);
+    const int list = isListOnly(row, column);
+    if (watch.gone())
+        return {};
+    return list ? cellAsStr(row, column, nullptr) : strCell(row, column);
 }
 
 int ATableWnd::setCellValue(int row, int column, const CString& value)
 {
-    return isListOnly(column) ? pasteCell(row, column, value) : setCellStr(row, column, value);
+    const TableWatch watch(*this);
+    const int list = isListOnly(row, column);
+    if (watch.gone())
+        return 0;
+    return list ? pasteCell(row, column, value) : setCellStr(row, column, value);
 }
 
 int ATableWnd::pasteCell(int row, int column, const CString& text)
 {
     const TableWatch watch(*this);
-    const int chosen = isListOnly(column) ? chooseInList(row, column, text) : -1;
+    const int list = isListOnly(row, column);
+    const int chosen = list && !watch.gone() ? chooseInList(row, column, text) : -1;
     if (chosen >= 0 || watch.gone())
         return chosen > 0;
     return setCellStr(row, column, text);

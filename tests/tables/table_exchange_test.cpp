@@ -39,7 +39,7 @@ struct Sheet : ShownTable {
         cells = values;
         if (!GetSafeHwnd())
             make(static_cast<long>(cells.size()),
-                 {{50, 0}, {60, colEdit}, {60, colEdit}, {60, colEdit}, {60, colCombo}});
+                 {{50, 0}, {60, colEdit}, {60, colEdit}, {60, colEdit}, {60, colCombo | colEdit}});
         lastMessage.clear();
     }
     std::string& at(int row, int column)
@@ -58,7 +58,7 @@ struct Sheet : ShownTable {
     {
         return row ? "" : column ? std::string(1, static_cast<char>('@' + column)) : "No.";
     }
-    int isEnableAutoEdit(int, int column) override { return column != 3; }
+    int isEnableAutoEdit(int, int column) override { return column < 3; }
     int isEnableAutoComboBox(int, int) override { return 1; }
     int setCellStr(int row, int column, const CString& value) override
     {
