@@ -17,7 +17,17 @@ constexpr std::size_t mostSteps = std::size_t{1} << 20;
 /// farther than a twentieth.
 constexpr std::int64_t jitter = 20000;
 constexpr std::int64_t jitterPart = 20;
-constexpr std::int64_t millisecond = 1000;
+/// The mean of steps is rounded as coarsely as they jitter, but keeps so many parts.
+constexpr double leastParts = 100;
+
+/// Seconds of a mean of microseconds that are `spread` apart: a decimal power of them is a unit.
+double rounded(double mean, double spread)
+{
+    double unit = 1;
+    while (2 * unit < spread && 10 * unit * leastParts <= mean)
+        unit *= 10;
+    return std::floor(mean / unit + 0.5) * unit / microseconds;
+}
 
 }  // namespace
 
@@ -48,9 +58,7 @@ double TimeSteps::commonest() const
         if (count > most) {
             most = count;
             const double mean = sum / static_cast<double>(count);
-            const bool isRough = end - first > 1 && mean >= microseconds;
-            const double unit = isRough ? static_cast<double>(millisecond) : 1;
-            found = std::floor(mean / unit + 0.5) * unit / microseconds;
+            found = rounded(mean, static_cast<double>(steps[end - 1].first - shortest));
         }
         count -= steps[first].second;
         sum -= static_cast<double>(shortest) * static_cast<double>(steps[first].second);

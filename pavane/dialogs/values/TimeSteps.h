@@ -16,7 +16,8 @@ public:
     /// many different ones.
     void add(double seconds);
     /// Seconds of the commonest step, of those that are as common the shortest; 0 without any.
-    /// Steps as near to each other as stored dates jitter count as one, their mean.
+    /// Steps as near to each other as stored dates jitter count as one: their mean, rounded as
+    /// coarsely as they jitter.
     double commonest() const;
 
 private:
