@@ -238,6 +238,8 @@ int MainWindow::MayLeaveAreas()
 {
     if (CWnd::GetCapture())
         ReleaseCapture();  // what a drag has half done is no work of the user
+    if (!settleEditor(table_))
+        return 0;
     if (!isModified())
         return 1;
     const int answer = AfxMessageBox("The areas on " + baseNameOf(session_.map()) +

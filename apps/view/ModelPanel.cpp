@@ -35,16 +35,6 @@ int ModelPanel::Create(CWnd* parent, unsigned id)
                          parent, id);
 }
 
-/// What is being typed is stored first; 0 when it was refused and the user is to mend it.
-int ModelPanel::settle()
-{
-    const CWnd* const focus = CWnd::GetFocus();
-    if (!focus || focus->GetParent() != &table_)
-        return 1;
-    table_.SetFocus();
-    return CWnd::GetFocus() == &table_;
-}
-
 int ModelPanel::Open(const std::string& file)
 {
     if (!MayLeave())
@@ -90,7 +80,7 @@ void ModelPanel::Close()
 
 int ModelPanel::MayLeave()
 {
-    if (!settle())
+    if (!settleEditor(table_))
         return 0;
     if (!session_.isModified())
         return 1;
@@ -116,7 +106,7 @@ int ModelPanel::SaveAs(const std::string& map)
 
 int ModelPanel::saveTo(const std::string& file)
 {
-    if (!settle() || !owner_.modelMayWrite(file))
+    if (!settleEditor(table_) || !owner_.modelMayWrite(file))
         return 0;
     const std::vector<std::string> losses = session_.newLosses();
     if (!losses.empty() && askAboutLines(owner_.modelWindow(), "Save components",

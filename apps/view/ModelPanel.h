@@ -79,7 +79,6 @@ private:
         ModelPanel& panel_;
     };
     void selectionChanged();
-    int settle();
     int saveTo(const std::string& file);
 
     ModelPanelOwner& owner_;

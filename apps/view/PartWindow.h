@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/CWnd.h"
 #include "platform/messages.h"
 
 #include <functional>
@@ -7,7 +8,15 @@
 namespace pavane
 {
 
-class CWnd;
+/// Stores what is being typed in a table; 0 when it was refused and the user is to mend it.
+inline int settleEditor(CWnd& table)
+{
+    const CWnd* const focus = CWnd::GetFocus();
+    if (!focus || focus->GetParent() != &table)
+        return 1;
+    table.SetFocus();
+    return CWnd::GetFocus() == &table;
+}
 
 /// A part of the main window that tells when the keyboard comes to it, and when Escape wants to
 /// leave it.

@@ -10,6 +10,7 @@
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/CDialog.h"
 #include "platform/clipboard.h"
+#include "platform/controls.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 #include "platform/profile.h"
@@ -656,6 +657,24 @@ TEST_F(ViewWindow, ActsOnThePartThatHasTheKeyboard)
     EXPECT_EQ(CWnd::GetFocus(), &window.model().table());
     window.model().table().SendMessage(WM_KEYDOWN, VK_ESCAPE, 1);
     EXPECT_EQ(CWnd::GetFocus(), &window.view());
+    // a value that is being typed is work too
+    areas(window).SetSaved();
+    addArea(window, 20);
+    areas(window).SetSaved();
+    window.model().session().components().history().markSaved();
+    window.numbers().SetFocus();
+    for (const char* const text : {"word", "1e-4"}) {
+        if (!window.numbers().GetDlgItem(1001))
+            window.numbers().SendMessage(WM_KEYDOWN, VK_F2, 1);
+        auto& field = *static_cast<CEdit*>(window.numbers().GetDlgItem(1001));
+        field.SetWindowText(text);
+        field.SetModify(1);
+        answer = IDCANCEL;
+        said.clear();
+        EXPECT_FALSE(window.MayLeave());
+        EXPECT_EQ(said.size(), 1u) << "that it is no number; that areas are not saved";
+    }
+    EXPECT_TRUE(window.session().isModified());
     areas(window).SetSaved();
 }
 
