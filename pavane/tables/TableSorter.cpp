@@ -17,7 +17,7 @@ class ATableWnd::Sorter::Task : public TableTask
 {
 public:
     Task(Sorter& sorter, const SortedBy& by)
-        : sorter_(sorter), by_(by), values_(sorter.table_),
+        : sorter_(sorter), by_(by), changes_(sorter.changes_), values_(sorter.table_),
           job_(static_cast<int>(sorter.table_.rows()), by, sorter.order_)
     {
     }
@@ -26,6 +26,8 @@ public:
     const char* name() const override { return sortingRows; }
     void finish() override
     {
+        if (changes_ != sorter_.changes_)
+            return;  // who was told that it is done has changed the table
         RowOrder order;
         if (job_.takeOrder(order))
             sorter_.take(std::move(order), by_);
@@ -36,6 +38,7 @@ public:
 private:
     Sorter& sorter_;
     SortedBy by_;
+    unsigned changes_;
     LiveValues values_;
     SortJob job_;
 };
@@ -169,6 +172,7 @@ void ATableWnd::Sorter::renumber(const std::function<int(int)>& renumbered,
     };
     const int edited = recordUnder(table_.edit_);
     const int chosen = recordUnder(table_.combo_);
+    ++changes_;
     change();
     put(table_.edit_, edited);
     put(table_.combo_, chosen);
@@ -186,6 +190,7 @@ void ATableWnd::Sorter::columnGone(int column)
 
 void ATableWnd::Sorter::columnsChanged()
 {
+    ++changes_;
     if (by_.column > table_.columns())
         by_ = {};
     if (sorting())

@@ -50,6 +50,7 @@ private:
     RowOrder order_;
     SortedBy by_;
     SortedBy target_;
+    unsigned changes_ = 0;        ///< of records and columns so far
     const void* task_ = nullptr;  ///< only to compare with the one in hand
     int pressed_ = 0;             ///< column whose header the button went down on
     CPoint pressedAt_;

@@ -225,6 +225,12 @@ TEST(TableSorting, HooksMayEndTheTable)
             EXPECT_EQ(table->order(), "24153");
         }
     }
+    struct Growing : Records {  // one that is told that the sorting is done
+        void showState(const CString&) override { setRows(8); }
+    } growing;
+    growing.show();
+    EXPECT_TRUE(growing.SortRows({2, SortDirection::rising}));
+    EXPECT_EQ(growing.order(), "12345678");
 }
 
 TEST(TableFinding, SelectsGoesRoundAndTells)
