@@ -238,7 +238,7 @@ int MainWindow::MayLeaveAreas()
 {
     if (CWnd::GetCapture())
         ReleaseCapture();  // what a drag has half done is no work of the user
-    if (!settleEditor(table_))
+    if (!table_.storeEditor())
         return 0;
     if (!isModified())
         return 1;

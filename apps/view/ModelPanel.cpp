@@ -80,7 +80,7 @@ void ModelPanel::Close()
 
 int ModelPanel::MayLeave()
 {
-    if (!settleEditor(table_))
+    if (!table_.storeEditor())
         return 0;
     if (!session_.isModified())
         return 1;
@@ -106,7 +106,7 @@ int ModelPanel::SaveAs(const std::string& map)
 
 int ModelPanel::saveTo(const std::string& file)
 {
-    if (!settleEditor(table_) || !owner_.modelMayWrite(file))
+    if (!table_.storeEditor() || !owner_.modelMayWrite(file))
         return 0;
     const std::vector<std::string> losses = session_.newLosses();
     if (!losses.empty() && askAboutLines(owner_.modelWindow(), "Save components",

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/CWnd.h"
 #include "platform/messages.h"
 
 #include <functional>
@@ -8,15 +7,7 @@
 namespace pavane
 {
 
-/// Stores what is being typed in a table; 0 when it was refused and the user is to mend it.
-inline int settleEditor(CWnd& table)
-{
-    const CWnd* const focus = CWnd::GetFocus();
-    if (!focus || focus->GetParent() != &table)
-        return 1;
-    table.SetFocus();
-    return CWnd::GetFocus() == &table;
-}
+class CWnd;
 
 /// A part of the main window that tells when the keyboard comes to it, and when Escape wants to
 /// leave it.
@@ -24,6 +15,8 @@ template <typename Window>
 class PartWindow : public Window
 {
 public:
+    /// Stores what is being typed in a table; 0 when it was refused and the user is to mend it.
+    int storeEditor() { return Window::hideEditors(); }
     std::function<void()> focused;
     std::function<void()> left;  ///< Escape is the window's own without it
 

@@ -265,7 +265,7 @@ int MainWindow::mayWrite(const std::string& file, int asAreas)
 
 int MainWindow::saveAreasTo(const std::string& file)
 {
-    if (!settleEditor(table_) || !mayWrite(file, 1) || !closeOpenArea())
+    if (!table_.storeEditor() || !mayWrite(file, 1) || !closeOpenArea())
         return 0;
     const AreaNotes losses = lossesOfSaving(file, place(), areas());
     if (!losses.lines.empty() && losses.lines != agreedLosses_ &&
