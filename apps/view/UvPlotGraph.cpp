@@ -227,7 +227,7 @@ CString uvPlotHeader(const AUVXFile& file, const UvPlotPoints& points)
                      stokesName(header.stokes[static_cast<std::size_t>(i)]);
     append(hands);
     if (points.thinning() > 1)
-        append("one of " + std::to_string(points.thinning()) + " points is drawn");
+        append("1\u00a0of\u00a0" + std::to_string(points.thinning()) + "\u00a0points");
     return text;
 }
 

@@ -34,13 +34,15 @@ struct Pair {
 
 int isWhole(const ABitArray& marks) { return marks.ones() == marks.count(); }
 
-/// Whether a point stays when one in `thinning`, a power of two, does. Its values decide, so that
-/// it needs no number and neither order nor rhythm of the file shows.
+/// Whether a point stays when one in `thinning`, a power of two, does. What it is decides, so that
+/// neither order nor rhythm of the file shows.
 int staysIn(const UvPlotPoint& point, std::int64_t thinning)
 {
+    if (thinning == 1)
+        return 1;
     const std::uint64_t bits = std::uint64_t{std::bit_cast<std::uint32_t>(point.distance)} << 32 |
                                std::bit_cast<std::uint32_t>(point.amplitude);
-    return (spread(spread(bits)) & static_cast<std::uint64_t>(thinning - 1)) == 0;
+    return (spread(spread(bits) ^ point.group) & static_cast<std::uint64_t>(thinning - 1)) == 0;
 }
 
 void stretch(double value, double& least, double& greatest)
@@ -231,6 +233,7 @@ void UvPlotPoints::takeGroup(int i)
             const double hertz = frequency ? *frequency++ : 0;
             const double distance = seconds * hertz;
             const int isPlace = hertz > 0 && std::isfinite(distance);
+            const std::int64_t plottedBefore = plotted_;
             for (int s = 0; s < static_cast<int>(choice_->stokes.size()); ++s) {
                 const UvVisibility value = file_.visibility(groups_, i, f, c, s);
                 const int isFlagged = !(value.weight > 0);
@@ -241,14 +244,16 @@ void UvPlotPoints::takeGroup(int i)
                 if (!isPlace || isFlagged || isBad || !choice_->stokes[static_cast<std::size_t>(s)])
                     continue;
                 keep(distance, amplitudeOf(value), groups_.first + i);
-                keepPlace(u * hertz, v * hertz);
             }
+            if (plotted_ == plottedBefore)
+                continue;
+            stretch(distance, totals_.leastUv, totals_.greatestUv);
+            keepPlace(u * hertz, v * hertz);
         }
 }
 
 void UvPlotPoints::keep(double distance, double amplitude, std::int64_t group)
 {
-    stretch(distance, totals_.leastUv, totals_.greatestUv);
     stretch(amplitude, totals_.leastAmplitude, totals_.greatestAmplitude);
     ++plotted_;
     constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
@@ -293,12 +298,10 @@ void UvPlotPoints::thinOut()
 
 void UvPlotPoints::keepPlace(double u, double v)
 {
-    const auto chance = [](const Place& place) {
-        return spread(std::bit_cast<std::uint64_t>(place.u) ^
-                      spread(std::bit_cast<std::uint64_t>(place.v)));
-    };
     const auto goes = [&](const Place& place) {
-        return (chance(place) & static_cast<std::uint64_t>(placeStep_ - 1)) != 0;
+        const std::uint64_t bits = spread(std::bit_cast<std::uint64_t>(place.u) ^
+                                          spread(std::bit_cast<std::uint64_t>(place.v)));
+        return (bits & static_cast<std::uint64_t>(placeStep_ - 1)) != 0;
     };
     if (goes({u, v}))
         return;

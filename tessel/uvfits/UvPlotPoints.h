@@ -40,8 +40,8 @@ struct UvPointBlock {
 /// shows: the visibilities that are marked, not flagged and finite. May be dropped at any time. The
 /// file outlives it.
 ///
-/// Memory has a limit: when there are more points than that, half of them go, chosen evenly by
-/// their values, again and again; ranges and counts are always those of all. Of a most of 0 points
+/// Memory has a limit: when there are more points than that, half of them go, chosen evenly, again
+/// and again; ranges and counts are always those of all. Of a most of 0 points
 /// nothing but those.
 class PAVANE_API UvPlotPoints
 {
