@@ -317,6 +317,7 @@ private:
     friend class TableHistory;
     friend class TableWatch;
     class EditingPaste;
+    class JobScope;
     class TextsOfTable;
     class Tasks;   // TableTasks.h
     class Sorter;  // TableSorter.h

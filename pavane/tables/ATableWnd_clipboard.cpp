@@ -67,7 +67,7 @@ int ATableWnd::copyCells(int selectionOnly, int headers)
     const TableExtent table = grid_.extent();
     const CellRange cells = selectionOnly ? selectedCells(selection_, table) : allCells(table);
     TableJob job{{this, "Copying"}};
-    TableJob* const outer = std::exchange(job_, &job);
+    const JobScope scope(*this, job);
     copyProblem_ = clipboardRefusesText;
     CString text;
     CellForms forms;
@@ -90,7 +90,6 @@ int ATableWnd::copyCells(int selectionOnly, int headers)
     }
     if (watch.gone())
         return 0;
-    job_ = outer;
     if (written == CellsWritten::tooLarge)
         copyProblem_ = tooMuchForClipboard;
     if (job.stopped)
@@ -144,19 +143,15 @@ void ATableWnd::OnCopyClbrCells()
 
 // --- paste, clear
 
-/// Stores texts in the cells that can be edited, with a box that says how far it is.
+/// Stores texts in the cells that can be edited, as one step, with a box that says how far it is.
 class ATableWnd::EditingPaste : public PasteTarget
 {
 public:
-    EditingPaste(ATableWnd& table, CString what)
-        : table_(table), watch_(table), job_{{&table, std::move(what)}}
+    EditingPaste(ATableWnd& table, CString what, const CString& label)
+        : table_(table), watch_(table), life_(table.life_), job_{{&table, std::move(what)}},
+          scope_(table, job_)
     {
-        table_.job_ = &job_;
-    }
-    ~EditingPaste() override
-    {
-        if (!watch_.gone())
-            table_.job_ = nullptr;
+        table.beginEdits(label);
     }
     Answer put(TableCell cell, std::string_view text) override
     {
@@ -180,13 +175,13 @@ public:
     /// The last cell could be edited.
     int canEdit() const { return canEdit_; }
     int isTooLarge() const { return room_ == 0; }
-    /// Ends the step and repaints; 0 when the table is gone.
+    /// Ends the step, also of a table without its window, and repaints; 0 when the window is gone.
     int end()
     {
-        if (watch_.gone())
-            return 0;
-        table_.hiddenList_.reset();
-        table_.endEdits();
+        if (life_.alive()) {
+            table_.hiddenList_.reset();
+            table_.endEdits();
+        }
         if (!watch_.gone())
             table_.Invalidate();
         if (!watch_.gone())
@@ -198,7 +193,9 @@ public:
 private:
     ATableWnd& table_;
     TableWatch watch_;
+    LifeWatch life_;
     TableJob job_;
+    JobScope scope_;
     int canEdit_ = 0;
     std::size_t room_ = mostPasted;
 };
@@ -242,15 +239,14 @@ void ATableWnd::OnPasteClbr()
     const TableCell at =
         nearestCell({selection_.anchorRow, selection_.anchorColumn}, grid_.extent());
     const CString title = cellTitle(at.row, at.column);
-    if (!watch.gone())
-        beginEdits("Paste at " + title);
     if (watch.gone())
         return;
     PasteResult result;
     CString told;
     {
-        EditingPaste paste(*this, "Pasting");
-        result = pasteText(text, selection_, grid_.extent(), paste);
+        EditingPaste paste(*this, "Pasting", "Paste at " + title);
+        result =
+            paste.goesOn(0) ? pasteText(text, selection_, grid_.extent(), paste) : PasteResult();
         if (!paste.end())
             return;
         if (result.stopped)
@@ -280,14 +276,12 @@ void ATableWnd::OnClearCells()
     const std::int64_t count = cells.rowCount() * cells.columnCount();
     const CString what = count == 1 ? cellTitle(cells.firstRow, cells.firstColumn)
                                     : std::to_string(count) + " cells";
-    if (!watch.gone())
-        beginEdits("Clearing of " + what);
     if (watch.gone())
         return;
     std::int64_t refused = 0;
     TableCell first;
     {
-        EditingPaste clear(*this, "Clearing");
+        EditingPaste clear(*this, "Clearing", "Clearing of " + what);
         const auto clearOne = [&](TableCell cell) {
             const auto answer = clear.edit(cell, [&] { return clearCell(cell.row, cell.column); });
             if (answer == PasteTarget::Answer::refused && clear.canEdit() && refused++ == 0)

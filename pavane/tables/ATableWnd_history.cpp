@@ -91,9 +91,10 @@ int ATableWnd::storeAsStep(const CString& what, int row, int column,
     const CString title = cellTitle(row, column);
     if (watch.gone())
         return 0;
+    const LifeWatch life(life_);
     ATableWnd::beginEdits(what + title);
     const int taken = editCell(row, column, store);
-    if (!watch.gone())
+    if (life.alive())
         ATableWnd::endEdits();
     return !watch.gone() && taken;
 }

@@ -58,10 +58,8 @@ void ATableWnd::saveText(int selectionOnly)
     int written = 0;
     {
         TableJob job{{this, "Writing"}};
-        job_ = &job;
+        const JobScope scope(*this, job);
         written = CopyAsTextInStream(file.stream(), selectionOnly);
-        if (!watch.gone())
-            job_ = nullptr;
     }
     if (file.close(written))
         return;

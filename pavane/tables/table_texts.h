@@ -7,9 +7,32 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <utility>
 
 namespace pavane
 {
+
+/// Makes a job that of the table, until the scope ends or the table does.
+class ATableWnd::JobScope
+{
+public:
+    JobScope(ATableWnd& table, TableJob& job)
+        : table_(table), life_(table.life_), outer_(std::exchange(table.job_, &job))
+    {
+    }
+    JobScope(const JobScope&) = delete;
+    JobScope& operator=(const JobScope&) = delete;
+    ~JobScope()
+    {
+        if (life_.alive())
+            table_.job_ = outer_;
+    }
+
+private:
+    ATableWnd& table_;
+    LifeWatch life_;
+    TableJob* outer_;
+};
 
 /// The texts of a table, for as long as it is there and the user does not stop what needs them.
 class ATableWnd::TextsOfTable : public TableTexts
