@@ -28,7 +28,7 @@ constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
                    idModelTable = 106;
 constexpr int listWidth = 110;
-constexpr int tableWidth = 290;
+constexpr int tableWidth = 320;
 /// Of the map beside the components.
 constexpr double mapShare = 0.6;
 constexpr unsigned copyTimer = 1;

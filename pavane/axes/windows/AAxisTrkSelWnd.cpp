@@ -17,7 +17,7 @@ constexpr unsigned barId = 101, axisId = 102, statusId = 103, tableId = 104;
 constexpr int listWidth = 110;
 constexpr int listHeight = 26;
 constexpr int statusHeight = 20;
-constexpr int tableWidth = 300;
+constexpr int tableWidth = 320;
 constexpr COLORREF frameColor = RGB(240, 240, 240);
 /// Digits that values and sums are shown with.
 constexpr int valueDigits = 4;
