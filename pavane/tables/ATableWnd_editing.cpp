@@ -29,6 +29,24 @@ std::size_t prefix(const CString& text, int characters)
     return at;
 }
 
+/// The places of editors on a cell, which may lie farther away than windows can.
+CRect nearRect(const CRect& cell)
+{
+    static constexpr int farthest = 1 << 23;
+    const auto cut = [](int at) { return std::clamp(at, -farthest, farthest); };
+    return {cut(cell.left), cut(cell.top), cut(cell.right), cut(cell.bottom)};
+}
+CRect fieldRect(const CRect& cell)
+{
+    const CRect rect = nearRect(cell);
+    return {rect.left, rect.top, rect.right - 1, rect.bottom - 1};
+}
+CRect listRect(const CRect& cell)
+{
+    const CRect rect = nearRect(cell);
+    return {rect.left, rect.top - 1, rect.right - 1, rect.bottom + listHeight};
+}
+
 }  // namespace
 
 int ATableWnd::isComboEnabled(int row, int column)
@@ -81,9 +99,7 @@ int ATableWnd::showEdit(int row, int column)
     if (!allowed() || edit_ || !showCell(cell) || !allowed())
         return 0;
     forgetClosed();
-    CRect rect = grid_.cellRect(row, column);
-    rect.right -= 1;
-    rect.bottom -= 1;
+    const CRect rect = fieldRect(grid_.cellRect(row, column));
     // no paint between here and the editor that covers the cell
     setOpt(optSkipPaint, 1);
     opening_ = 1;
@@ -134,10 +150,7 @@ int ATableWnd::showCombo(int row, int column)
     if (!allowed() || !showCell(cell) || !allowed())
         return 0;
     forgetClosed();
-    CRect rect = grid_.cellRect(row, column);
-    rect.top -= 1;
-    rect.right -= 1;
-    rect.bottom += listHeight;
+    const CRect rect = listRect(grid_.cellRect(row, column));
     combo_ = std::make_unique<ATableCombo>(*this, cell);
     ATableCombo* const list = combo_.get();
     if (!list->Create(WS_CHILD | WS_VISIBLE | CBS_DROPDOWNLIST, rect, this, comboId))
@@ -259,14 +272,10 @@ void ATableWnd::moveEditors()
         closeEditor(std::move(combo_));
     if (watch.gone())
         return;
-    if (edit_) {
-        CRect rect = grid_.cellRect(edit_->cell().row, edit_->cell().column);
-        edit_->MoveWindow({rect.left, rect.top, rect.right - 1, rect.bottom - 1});
-    }
-    if (combo_) {
-        CRect rect = grid_.cellRect(combo_->cell().row, combo_->cell().column);
-        combo_->MoveWindow({rect.left, rect.top - 1, rect.right - 1, rect.bottom + listHeight});
-    }
+    if (edit_)
+        edit_->MoveWindow(fieldRect(grid_.cellRect(edit_->cell().row, edit_->cell().column)));
+    if (combo_)
+        combo_->MoveWindow(listRect(grid_.cellRect(combo_->cell().row, combo_->cell().column)));
 }
 
 /// The field lost the focus to another window; a refused value takes it back.
