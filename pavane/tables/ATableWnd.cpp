@@ -133,17 +133,23 @@ void ATableWnd::deleteColumn(int column)
         edit_->setCell(follow(edit_->cell()));
     if (combo_)
         combo_->setCell(follow(combo_->cell()));
+    const TableWatch watch(*this);
     sorter_->columnGone(column);
-    columnsChanged();
+    if (!watch.gone())
+        columnsChanged();
 }
 
 void ATableWnd::columnsChanged()
 {
+    const TableWatch watch(*this);
     sizer_->columnsChanged();
-    sorter_->columnsChanged();
+    sorter_->columnsChanged();  // may tell that a sorting ended
+    if (watch.gone())
+        return;
     (void)ColumnToPixel();
     moveEditors();
-    Invalidate();
+    if (!watch.gone())
+        Invalidate();
 }
 
 void ATableWnd::ReConstruct(const ASelectRect& selection)

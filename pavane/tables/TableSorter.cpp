@@ -59,6 +59,8 @@ int ATableWnd::Sorter::sort(const SortedBy& by)
         return 0;
     if (sorting())
         (void)table_.tasks_->cancel();
+    if (watch.gone())
+        return 0;
     if (stored) {
         if (!order_.isStored() || by_.column)
             take({}, {});
@@ -104,7 +106,8 @@ void ATableWnd::Sorter::take(RowOrder order, const SortedBy& by)
     table_.selection_ = next;
     table_.Invalidate();
     table_.tellAccess(EVENT_OBJECT_REORDER, {});
-    table_.moveEditors();
+    if (!watch.gone())
+        table_.moveEditors();
     if (watch.gone() || next == previous)
         return;
     ASelectRect before = previous;

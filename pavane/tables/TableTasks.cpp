@@ -64,7 +64,10 @@ ATableWnd::Tasks::~Tasks() = default;
 
 void ATableWnd::Tasks::start(std::shared_ptr<TableTask> task, bool atOnce)
 {
+    const TableWatch watch(table_);
     hush();
+    if (watch.gone())
+        return;
     task_ = std::move(task);
     if (!table_.GetSafeHwnd())
         return run(std::numeric_limits<int>::max(), 0);
