@@ -221,8 +221,9 @@ int DataWindow::isOffered(const CMenu::Line& line, CMenu& ofTable)
 {
     const unsigned id = line.id;
     if (id == 0 || id == idOpenData || id == idExit || id == idKeys || id == idAbout ||
-        (id >= idNextPart && id <= idPreviousTab) || id >= idRecent)
-        return id != idNoRecent;
+        (id >= idNextPart && id <= idPreviousTab) ||
+        (id >= idRecent && id < idRecent + RecentFiles::most))
+        return 1;
     if (!data_ || id == idNoRecent)
         return 0;
     if (id == idStopReading)

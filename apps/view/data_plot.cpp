@@ -168,7 +168,8 @@ void DataWindow::tellTrouble()
 int DataWindow::PreTranslateMessage(const MSG& message)
 {
     // not taken: what else waits for Escape has it too
-    if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && data_ && data_->isReading())
+    if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && data_ &&
+        (data_->isReading() || data_->observation().isFilling()))
         stopReading();
     return CWnd::PreTranslateMessage(message);
 }

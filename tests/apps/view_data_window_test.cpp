@@ -87,6 +87,13 @@ protected:
             return !window.document()->isReading() && !window.document()->observation().isFilling();
         }));
     }
+    static int isOffered(DataWindow& window, unsigned id)
+    {
+        CMenu popup;
+        popup.AppendMenu("x", id);
+        window.OnInitMenuPopup(popup);
+        return popup.lines()[0].enabled;
+    }
     static std::int64_t plotted(DataWindow& window)
     {
         EXPECT_TRUE(waitFor([&] { return !window.document()->isReading(); }));
@@ -167,7 +174,11 @@ TEST_F(DataWindowTest, AsksAboutUnsavedGroupsAndReadsThemBack)
     window.tabs().SetCurSel(uvTableCount);
     EXPECT_EQ(window.MayLeaveGroups(), 1);
     EXPECT_TRUE(said.empty());
+    EXPECT_FALSE(isOffered(window, idUndo));
+    EXPECT_FALSE(isOffered(window, idStopReading));
+    EXPECT_TRUE(isOffered(window, ID_FREQ_DELETE_GROUP));
     window.SendMessage(WM_COMMAND, ID_FREQ_DELETE_GROUP);
+    EXPECT_TRUE(isOffered(window, idUndo));
     EXPECT_NE(window.GetWindowText().find('*'), std::string::npos);
     answer = IDCANCEL;
     window.SendMessage(WM_CLOSE);
