@@ -61,11 +61,13 @@ int readTimeRange(const CString& text, TimeRange& range, CString& error)
     if (isRead && comma + 1 < text.size())
         isRead = readMoment(text.substr(comma + 1), read.stop);
     if (!isRead) {
-        error = "'" + plainText(text) + "' are no times, such as 01:00:00,02:30:00";
+        error = '\'';
+        error += plainText(text) + "' are no times, such as 01:00:00,02:30:00";
         return 0;
     }
     if (!(read.start < read.stop)) {
-        error = "'" + plainText(text) + "' does not start before it stops";
+        error = '\'';
+        error += plainText(text) + "' does not start before it stops";
         return 0;
     }
     range = read;

@@ -32,7 +32,8 @@ int readPages(const CString& text, CPrintSettings& settings, CString& error)
     else if (dash + 1 < text.size())
         known = known && readPage(text.substr(dash + 1), to) && from <= to;
     if (!known) {
-        error = "'" + plainText(text) + "' are no pages, such as 2, 2-5 or 2-";
+        error = '\'';
+        error += plainText(text) + "' are no pages, such as 2, 2-5 or 2-";
         return 0;
     }
     settings.from = from;
@@ -63,8 +64,10 @@ int readMargins(const CString& text, CRect& margins, CString& error)
         at = comma + 1;
     }
     if (!known) {
-        error = "'" + plainText(text) +
-                "' are no margins: left, top, right and bottom in millimetres, such as 20,10,10,10";
+        error = '\'';
+        error +=
+            plainText(text) +
+            "' are no margins: left, top, right and bottom in millimetres, such as 20,10,10,10";
         return 0;
     }
     margins = CRect(read[0], read[1], read[2], read[3]);
