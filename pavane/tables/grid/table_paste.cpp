@@ -8,6 +8,8 @@ namespace pavane
 namespace
 {
 
+constexpr std::int64_t fieldsAtOnce = 4096;
+
 /// Hands one field on and counts; 0 when the target ends it.
 int put(PasteResult& result, std::int64_t row, std::int64_t column, std::string_view text,
         const TableExtent& table, PasteTarget& target)
@@ -58,11 +60,17 @@ PasteResult pasteText(std::string_view text, const ASelectRect& selection, const
     }
     const TableCell at = nearestCell({selection.anchorRow, selection.anchorColumn}, table);
     const auto size = static_cast<double>(text.size());
-    while (reader.next())
-        if (!goesOn(static_cast<double>(reader.taken()), size) ||
-            !put(result, at.row + reader.row(), at.column + reader.column(), reader.field(), table,
-                 target))
+    std::int64_t beyond = 0;  // fields that only count cost less than the question
+    while (reader.next()) {
+        const std::int64_t row = at.row + reader.row();
+        const std::int64_t column = at.column + reader.column();
+        const bool inside = row <= table.rows && column <= table.lastColumn;
+        if ((inside || beyond++ % fieldsAtOnce == 0) &&
+            !goesOn(static_cast<double>(reader.taken()), size))
             return result;
+        if (!put(result, row, column, reader.field(), table, target))
+            return result;
+    }
     return result;
 }
 
