@@ -39,11 +39,6 @@ std::string readFrom(const std::string& bytes)
     return text;
 }
 
-std::string replaced(std::string text, const std::string& old, const std::string& now)
-{
-    return text.replace(text.find(old), old.size(), now);
-}
-
 }  // namespace
 
 TEST(CleanComponents, AreReadOrRefusedWithTheReason)

@@ -4,10 +4,8 @@
 #include "tessel/AMatrix.h"
 #include "tessel/fits_text.h"
 #include "tessel/paths.h"
-#include "tessel/SafeFile.h"
 
 #include <cmath>
-#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace pavane
@@ -30,26 +28,6 @@ TEST(AFile, ReadsAndWritesInTurnsAndKnowsWhatIsLeft)
     EXPECT_FALSE(file.open(name, AFile::readWrite | AFile::create | AFile::exclusive));
     EXPECT_FALSE(file.open(testing::TempDir(), AFile::readOnly));
     EXPECT_FALSE(file.open(name, AFile::create));
-}
-
-TEST(SafeFile, AppearsOnlyWhenCommitted)
-{
-    const std::string name = saved("safe.txt", "old");
-    {
-        SafeFile given;
-        ASSERT_TRUE(given.open(name));
-        ASSERT_TRUE(given.file().write("half", 4));
-    }
-    EXPECT_EQ(contents(name), "old");
-    const std::string link = testing::TempDir() + "safe-link";
-    std::filesystem::remove(link);
-    std::filesystem::create_symlink(name, link);
-    SafeFile file;
-    ASSERT_TRUE(file.open(link));
-    ASSERT_TRUE(file.file().write("new", 3));
-    ASSERT_TRUE(file.commit());
-    EXPECT_EQ(contents(name), "new");
-    EXPECT_TRUE(std::filesystem::is_symlink(link));
 }
 
 TEST(ABitArray, StoresACountAndPackedBytes)

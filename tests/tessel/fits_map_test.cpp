@@ -13,8 +13,6 @@ namespace pavane
 namespace
 {
 
-constexpr double step = -5.5555556482012e-8;
-
 FitsMap readMap(const std::string& bytes, int plane = -1)
 {
     FitsMap map;
@@ -189,24 +187,6 @@ TEST(FitsMap, StopsWhenTheCallerGivesUp)
     }));
     EXPECT_TRUE(done > 0 && done < 1);
     EXPECT_EQ(map.cells.cells(), 0);
-}
-
-TEST(FitsMap, ReadsARealMap)
-{
-    const std::string name = std::string(PAVANE_SOURCE_DIR) +
-                             "/../shared/data/maps/J0000+0248_2016_01_03_VLBA_4GHz.fits";
-    FitsMap map;
-    std::string error;
-    if (!std::ifstream(name))
-        GTEST_SKIP() << "no " << name;
-    ASSERT_TRUE(readFitsMap(name, -1, map, error)) << error;
-    EXPECT_EQ(map.cells.rows(), 512);
-    EXPECT_EQ(map.header.object, "J0000+0248");
-    EXPECT_EQ(map.header.frequency, 4344000000.0);
-    EXPECT_EQ(map.header.stokes, "RR");
-    EXPECT_EQ(map.header.equinox, 2000);
-    EXPECT_EQ(map.header.axes[0].cdelt, step);
-    EXPECT_EQ(map.header.bpa, -2.6642459131313);
 }
 
 }  // namespace pavane

@@ -1,4 +1,5 @@
 #include "tessel/uvfits/UvPlotPoints.h"
+#include "tests/containers/bit_text.h"
 #include "tests/tessel/uvfits_text.h"
 
 #include <cmath>
@@ -27,14 +28,6 @@ struct Opened {
         EXPECT_TRUE(file.open(saved(name, groupsHdu(groups) + antennaHdu()), error)) << error;
     }
 };
-
-ABitArray bits(const std::string& text)
-{
-    ABitArray marks(static_cast<int>(text.size()));
-    for (int i = 0; i < marks.count(); ++i)
-        marks.set(i, text[static_cast<std::size_t>(i)] == '1');
-    return marks;
-}
 
 }  // namespace
 

@@ -2,12 +2,9 @@
 #include "tessel/uvfits/UvGroupScan.h"
 #include "tests/tessel/uvfits_text.h"
 
-#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
-#include <random>
-#include <regex>
 
 namespace pavane
 {
@@ -24,13 +21,6 @@ int opens(const std::string& bytes, AUVXFile& file, std::string& error)
     EXPECT_EQ(done, file.isOpen());
     EXPECT_EQ(error.find('\n'), std::string::npos);
     return done;
-}
-
-std::string replaced(std::string text, const std::string& from, const std::string& to)
-{
-    const std::size_t at = text.find(from);
-    EXPECT_NE(at, std::string::npos) << from;
-    return text.replace(at, to.size(), to);
 }
 
 std::vector<UvScan> scansOf(const std::vector<TestGroup>& groups)
@@ -156,7 +146,7 @@ TEST(Uvfits, KeepsNoJunkOfNamesAndTellsOfAnIndexThatPointsOutside)
     EXPECT_EQ(file.notes().size(), 1u);
 }
 
-TEST(Uvfits, FindsScansByPausesSourcesAndSubarraysInAnyOrder)
+TEST(Uvfits, FindsScansByPausesSourcesAndSubarrays)
 {
     std::vector<TestGroup> groups;
     for (const float t : {0.f, 10.f, 20.f, 80.f, 141.f, 151.f})  // 60 s go on, 61 s do not
@@ -167,20 +157,11 @@ TEST(Uvfits, FindsScansByPausesSourcesAndSubarraysInAnyOrder)
     groups.push_back({165, 258.01f, 1});
     const float nan = std::numeric_limits<float>::quiet_NaN();
     groups.push_back({nan, 258, 1});
-    const std::string expected = "1.1 0/00:00:00.0-0/00:01:20.0 1..8\n"
-                                 "1.1 0/00:02:21.0-0/00:02:31.0 9..12\n"
-                                 "2.1 0/00:02:41.0-0/00:02:41.0 13..13\n"
-                                 "1.2 0/00:02:45.0-0/00:02:45.0 15..15\n"
-                                 "1.1 0/00:02:51.0-0/00:02:51.0 14..14\n";
-    EXPECT_EQ(asText(scansOf(groups)), expected);
-    const auto withoutGroups = [](const std::string& text) {
-        return std::regex_replace(text, std::regex(" [0-9]+\\.\\.[0-9]+"), "");
-    };
-    std::mt19937 random(3);
-    for (int i = 0; i < 20; ++i) {
-        std::shuffle(groups.begin(), groups.end(), random);
-        EXPECT_EQ(withoutGroups(asText(scansOf(groups))), withoutGroups(expected));
-    }
+    EXPECT_EQ(asText(scansOf(groups)), "1.1 0/00:00:00.0-0/00:01:20.0 1..8\n"
+                                       "1.1 0/00:02:21.0-0/00:02:31.0 9..12\n"
+                                       "2.1 0/00:02:41.0-0/00:02:41.0 13..13\n"
+                                       "1.2 0/00:02:45.0-0/00:02:45.0 15..15\n"
+                                       "1.1 0/00:02:51.0-0/00:02:51.0 14..14\n");
     EXPECT_EQ(scansOf({}).size(), 0u);
     // two sources at the same times are two scans beside each other
     EXPECT_EQ(asText(scansOf({{0, 258, 1}, {0, 258, 2}, {10, 258, 1}, {10, 258, 2}})),

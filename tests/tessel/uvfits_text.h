@@ -64,6 +64,14 @@ inline std::string tableHdu(const std::string& name,
     return hdu(cards, data);
 }
 
+/// `text` with `to` written over where `from` begins.
+inline std::string replaced(std::string text, const std::string& from, const std::string& to)
+{
+    const std::size_t at = text.find(from);
+    EXPECT_NE(at, std::string::npos) << from;
+    return text.replace(at, to.size(), to);
+}
+
 /// Telescopes 1 and 2 of the names AB and CD, of 14 bytes a row.
 inline std::string antennaHdu(const std::string& nameForm = "2A", int rowBytes = 14, int rows = 2)
 {

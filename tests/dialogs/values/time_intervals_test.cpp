@@ -78,14 +78,6 @@ TEST(TimeIntervals, Record)
         const int isLoaded = any.Load(hostile);
         EXPECT_EQ(isLoaded, asText(any) != asText(hour()));
         EXPECT_FALSE(isLoaded && turn % 3 == 0);  // all of them no numbers
-        TimeIntervalForm form;
-        form.setRecord(any, turn % 2);
-        form.setClock(turn % 5 < 2);
-        int count = 0;
-        (void)form.proposeCount(count);
-        (void)form.applyCount("1000000");
-        (void)form.countText();
-        (void)form.save();
     }
 }
 

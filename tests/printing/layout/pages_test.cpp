@@ -44,6 +44,7 @@ TEST(PageGeometry, PrintableRect)
 
 TEST(PageGeometry, Margins)
 {
+    const CRect printer(423, 423, 423, 423);
     const struct {
         CRect margins;
         CSize paper;
@@ -57,11 +58,7 @@ TEST(PageGeometry, Margins)
         {{0, 28701, 0, 0}, sheetA4, {}, -1, "The margins must leave"},
         {{INT_MAX, INT_MAX, INT_MAX, INT_MAX}, sheetA4, {}, -1, "The margins must leave"},
         {{0, 0, -1, 0}, sheetA4, {}, 2, "The right margin must be at least 0.00 mm."},
-        {{500, 400, 500, 423},
-         sheetA4,
-         {423, 423, 423, 423},
-         1,
-         "The top margin must be at least 4.23 mm."},
+        {{500, 400, 500, 423}, sheetA4, printer, 1, "The top margin must be at least 4.23 mm."},
         {standardMargins, {0, 29700}, {}, -1, "The paper has no size."},
     };
     for (const auto& row : rows) {
