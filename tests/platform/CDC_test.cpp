@@ -230,17 +230,11 @@ TEST(SystemColors, ShiftLuminanceAndSaturationAndKeepTheHue)
 
 TEST(WidePens, InvertWhatOneCallCoversOnce)
 {
+    const CPoint crossing[] = {{2, 2}, {28, 28}, {28, 2}, {2, 28}};
+    const CPoint corners[] = {{3, 3}, {27, 8}, {9, 27}};
     const std::pair<const char*, std::function<void(CDC&)>> shapes[] = {
-        {"crossing",
-         [](CDC& dc) {
-             const CPoint p[] = {{2, 2}, {28, 28}, {28, 2}, {2, 28}};
-             dc.Polyline(p, 4);
-         }},
-        {"polygon",
-         [](CDC& dc) {
-             const CPoint p[] = {{3, 3}, {27, 8}, {9, 27}};
-             dc.Polygon(p, 3);
-         }},
+        {"crossing", [&](CDC& dc) { dc.Polyline(crossing, 4); }},
+        {"polygon", [&](CDC& dc) { dc.Polygon(corners, 3); }},
         {"rectangle", [](CDC& dc) { dc.Rectangle(4, 4, 26, 20); }},
         {"ellipse", [](CDC& dc) { dc.Ellipse(4, 4, 26, 20); }}};
     for (const auto& [name, draw] : shapes) {
@@ -267,26 +261,6 @@ TEST(CurvesWithFractions, AreRoundedAndPartedAtPointsThatAreNone)
     const CPointF curve[] = {{0.4, 0.6}, {2.6, 0.6}, {std::nan(""), 0}, {5.5, 2.4}, {7.5, 2.4}};
     dc->PolylineF(curve, 5);
     EXPECT_EQ(asText(picture), ".........\n###......\n......##.\n");
-}
-
-TEST(Dashes, RunOnThroughCornersAndOverWhatIsClipped)
-{
-    CPicture picture(12, 8);
-    const auto dc = picture.dc();
-    CPen dots(PS_DOT, 0, 0);
-    dc->SelectObject(&dots);
-    dc->SetBkMode(TRANSPARENT);
-    const CPoint p[] = {{-4, 1}, {6, 1}, {6, 7}};
-    dc->Polyline(p, 3);
-    // on for 0-2, off for 3-5 and so on: four pixels are outside, ten lie before the corner
-    EXPECT_EQ(asText(picture), "............\n"
-                               "..###.......\n"
-                               "............\n"
-                               "......#.....\n"
-                               "......#.....\n"
-                               "......#.....\n"
-                               "............\n"
-                               "............\n");
 }
 
 TEST(StretchDIBits, RefusesHeadersThatItCannotRead)

@@ -1,5 +1,6 @@
 #include "dc_replay.h"
 
+#include <algorithm>
 #include <functional>
 #include <sstream>
 
@@ -21,13 +22,8 @@ struct Player {
     }
     static int named(const std::string& name, std::initializer_list<const char*> names)
     {
-        int i = 0;
-        for (const char* n : names) {
-            if (name == n)
-                return i;
-            ++i;
-        }
-        return -1;
+        const auto found = std::find(names.begin(), names.end(), name);
+        return found == names.end() ? -1 : static_cast<int>(found - names.begin());
     }
     static CBrush brushOf(const JsonValue& op)
     {
@@ -39,18 +35,6 @@ struct Player {
         else if (hatch < 0)
             made.CreateSolidBrush(color(op[2]));
         return made;
-    }
-    static std::vector<CPoint> points(const JsonValue& list)
-    {
-        std::vector<CPoint> p;
-        for (const JsonValue& item : list.items)
-            p.push_back({item[0].asInt(), item[1].asInt()});
-        return p;
-    }
-    static CRect rect(const JsonValue& op, std::size_t first = 1)
-    {
-        return {op[first].asInt(), op[first + 1].asInt(), op[first + 2].asInt(),
-                op[first + 3].asInt()};
     }
     static unsigned blit(const std::string& name)
     {
@@ -121,7 +105,7 @@ void Player::scroll(const JsonValue& op, const JsonValue& wanted)
     const auto optional = [&](std::size_t i, CRect& r) -> const CRect* {
         if (op[i].kind == JsonValue::Kind::null)
             return nullptr;
-        r = rect(op[i], 0);
+        r = rectOf(op[i]);
         return &r;
     };
     CRect scrolled, clip, update;
@@ -133,7 +117,7 @@ void Player::scroll(const JsonValue& op, const JsonValue& wanted)
     expect("scrollDC", {update.left, update.top, update.right, update.bottom},
            wanted["updateRect"]);
     for (const JsonValue& r : wanted["updateRegion"].items) {
-        const CRect box = rect(r, 0);
+        const CRect box = rectOf(r);
         part.CreateRectRgn(box.left, box.top, box.right, box.bottom);
         expected.CombineRgn(expected, part, RGN_OR);
     }
@@ -160,7 +144,6 @@ void Player::step(const JsonValue& op, const JsonValue& wanted)
         toDevice ? dc.LPtoDP(&p) : dc.DPtoLP(&p);
         expect(name, {p.x, p.y}, wanted);
     };
-    const auto filled = [&](COLORREF c) { return CBrush(c); };
     const auto clipBox = [&] {
         CRect b;
         const int kind = dc.GetClipBox(b);
@@ -168,7 +151,7 @@ void Player::step(const JsonValue& op, const JsonValue& wanted)
     };
     const auto clipPolygon = [&] {
         CRgn region;
-        const std::vector<CPoint> p = points(op[1]);
+        const std::vector<CPoint> p = pointsOf(op[1]);
         region.CreatePolygonRgn(p.data(), static_cast<int>(p.size()), ALTERNATE);
         dc.SelectClipRgn(&region);
     };
@@ -193,7 +176,7 @@ void Player::step(const JsonValue& op, const JsonValue& wanted)
         dc.RealizePalette();
     };
     const auto shape = [&](bool closed) {
-        const std::vector<CPoint> p = points(op[1]);
+        const std::vector<CPoint> p = pointsOf(op[1]);
         const int count = static_cast<int>(p.size());
         closed ? dc.Polygon(p.data(), count) : dc.Polyline(p.data(), count);
     };
@@ -204,26 +187,26 @@ void Player::step(const JsonValue& op, const JsonValue& wanted)
         {"lineTo", [&] { dc.LineTo(n(1), n(2)); }},
         {"polyline", [&] { shape(false); }},
         {"polygon", [&] { shape(true); }},
-        {"rectangle", [&] { dc.Rectangle(rect(op)); }},
+        {"rectangle", [&] { dc.Rectangle(rectOf(op, 1)); }},
         {"ellipse", [&] { dc.Ellipse(n(1), n(2), n(3), n(4)); }},
         {"fillRect",
          [&] {
-             const CBrush b = filled(color(op[5]));
-             dc.FillRect(rect(op), &b);
+             const CBrush b(color(op[5]));
+             dc.FillRect(rectOf(op, 1), &b);
          }},
         {"fillSolidRect",
          [&] {
              const COLORREF before = dc.GetBkColor();
-             dc.FillSolidRect(rect(op), color(op[5]));
+             dc.FillSolidRect(rectOf(op, 1), color(op[5]));
              dc.SetBkColor(before);
          }},
         {"frame",
          [&] {
-             const CBrush b = filled(color(op[5]));
-             dc.FrameRect(rect(op), &b);
+             const CBrush b(color(op[5]));
+             dc.FrameRect(rectOf(op, 1), &b);
          }},
-        {"invertRect", [&] { dc.InvertRect(rect(op)); }},
-        {"focusRect", [&] { dc.DrawFocusRect(rect(op)); }},
+        {"invertRect", [&] { dc.InvertRect(rectOf(op, 1)); }},
+        {"focusRect", [&] { dc.DrawFocusRect(rectOf(op, 1)); }},
         {"patBlt", [&] { dc.PatBlt(n(1), n(2), n(3), n(4), blit(op[5].text)); }},
         {"setPixel", [&] { dc.SetPixel(n(1), n(2), color(op[3])); }},
         {"getPixel", [&] { expect(name, {dc.GetPixel(n(1), n(2))}, wanted); }},
@@ -238,15 +221,15 @@ void Player::step(const JsonValue& op, const JsonValue& wanted)
         {"bkColor", [&] { dc.SetBkColor(color(op[1])); }},
         {"polyFillMode",
          [&] { dc.SetPolyFillMode(op[1].text == "WINDING" ? WINDING : ALTERNATE); }},
-        {"intersectClipRect", [&] { dc.IntersectClipRect(rect(op)); }},
-        {"excludeClipRect", [&] { dc.ExcludeClipRect(rect(op)); }},
+        {"intersectClipRect", [&] { dc.IntersectClipRect(rectOf(op, 1)); }},
+        {"excludeClipRect", [&] { dc.ExcludeClipRect(rectOf(op, 1)); }},
         {"selectClipPolygon", clipPolygon},
         {"selectClipNone", [&] { dc.SelectClipRgn(nullptr); }},
         {"saveDC", [&] { dc.SaveDC(); }},
         {"restoreDC", [&] { dc.RestoreDC(n(1)); }},
         {"getClipBox", clipBox},
         {"ptVisible", [&] { expect(name, {dc.PtVisible(n(1), n(2))}, wanted); }},
-        {"rectVisible", [&] { expect(name, {dc.RectVisible(rect(op))}, wanted); }},
+        {"rectVisible", [&] { expect(name, {dc.RectVisible(rectOf(op, 1))}, wanted); }},
         {"bitBlt", [&] { copy(false); }},
         {"stretchBlt", [&] { copy(true); }},
         {"stretchDIBits", [&] { dib(op); }},

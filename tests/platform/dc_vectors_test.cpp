@@ -24,19 +24,6 @@ const JsonValue& recorded()
     return all;
 }
 
-std::vector<CPoint> pointsOf(const JsonValue& list)
-{
-    std::vector<CPoint> points;
-    for (const JsonValue& p : list.items)
-        points.push_back({p[0].asInt(), p[1].asInt()});
-    return points;
-}
-
-CRect rectOf(const JsonValue& r)
-{
-    return {r[0].asInt(), r[1].asInt(), r[2].asInt(), r[3].asInt()};
-}
-
 }  // namespace
 
 TEST(RecordedDrawings, ComeOutPixelByPixelWhereTheyAreFirm)

@@ -53,6 +53,10 @@ TEST(CMenu, ChangesItemsByCommandInPopupsToo)
     EXPECT_FALSE(menu.LoadMenu(9999));
     ASSERT_TRUE(menu.LoadMenu(menus[0]));
     EXPECT_EQ(asText(menu), "&Edit(&Undo,-,Copy to(into &Clipboard,into PNG),Clear)");
+    EXPECT_FALSE(menu.EnableMenuItem(0, MF_GRAYED));  // lines and popups are no commands
+    EXPECT_FALSE(menu.RemoveMenu(7, MF_BYPOSITION));
+    EXPECT_EQ(menu.GetSubMenu(1), nullptr);
+    EXPECT_EQ(menu.GetSubMenu(0)->GetSubMenu(0), nullptr);
     EXPECT_TRUE(menu.EnableMenuItem(102, MF_GRAYED));
     EXPECT_TRUE(menu.CheckMenuItem(103, MF_CHECKED));
     const CMenu before = menu.Clone();
@@ -64,16 +68,6 @@ TEST(CMenu, ChangesItemsByCommandInPopupsToo)
     EXPECT_TRUE(edit->CheckMenuItem(103, MF_UNCHECKED));
     EXPECT_EQ(asText(menu), "&Edit(&Undo!,Copy to(into PNG!),Clear)");
     EXPECT_EQ(asText(before), "&Edit(&Undo,-,Copy to(into &Clipboard,into PNG!),Clear*)");
-}
-
-TEST(CMenu, AnswersZeroForItemsThatItLacks)
-{
-    CMenu menu;
-    ASSERT_TRUE(menu.LoadMenu(menus[0]));
-    EXPECT_FALSE(menu.EnableMenuItem(0, MF_GRAYED));  // lines and popups are no commands
-    EXPECT_FALSE(menu.RemoveMenu(7, MF_BYPOSITION));
-    EXPECT_EQ(menu.GetSubMenu(1), nullptr);
-    EXPECT_EQ(menu.GetSubMenu(0)->GetSubMenu(0), nullptr);
 }
 
 TEST(DialogUnits, RoundPlacesAndSizesByThemselves)
