@@ -299,21 +299,16 @@ TEST(TableUndo, BringsValuesBackExactlyAndShowsThem)
     EXPECT_EQ(table.at(90000), 1.0 / 3);
     EXPECT_EQ(table.at(90001), 1.0 / 3);
     EXPECT_EQ(table.Undo(), 0);
-    static std::string undo, redo;
+    static std::string lines;
     SetMenuAnswer([](const CMenu& menu, CPoint) {
         for (const CMenu::Line& line : menu.lines())
-            (line.id == ID_TABLE_UNDO   ? undo
-             : line.id == ID_TABLE_REDO ? redo
-                                        : undo) +=
-                line.id == ID_TABLE_UNDO || line.id == ID_TABLE_REDO
-                    ? line.text + (line.enabled ? "" : "!")
-                    : "";
+            if (line.id == ID_TABLE_UNDO || line.id == ID_TABLE_REDO)
+                lines += line.text + (line.enabled ? ";" : "!;");
         return 0u;
     });
     table.SendMessage(WM_CONTEXTMENU, 0, MAKELPARAM(5, 5));
     SetMenuAnswer(nullptr);
-    EXPECT_EQ(undo, "&Undo\tCtrl+Z!");
-    EXPECT_EQ(redo, "&Redo edit of col 1 row 90000\tCtrl+Shift+Z");
+    EXPECT_EQ(lines, "&Undo\tCtrl+Z!;&Redo edit of col 1 row 90000\tCtrl+Shift+Z;");
     table.key('Y');
     table.key('Y');
     SetKeyStateOverride(-1);

@@ -1,6 +1,7 @@
 #include "pavane/resources/resource_ids.h"
 #include "platform/accessibility.h"
 #include "platform/system_metrics.h"
+#include "tables/grid/draw.h"
 #include "tables/grid/plain_table.h"
 #include "tables/table_fixture.h"
 
@@ -9,20 +10,11 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <numeric>
-#include <random>
 
 using namespace pavane;
 
 namespace
 {
-
-struct Draw {
-    std::mt19937 engine;
-    int operator()(int low, int high)
-    {
-        return std::uniform_int_distribution<int>(low, high)(engine);
-    }
-};
 
 struct Key {
     int code, control;

@@ -1,10 +1,10 @@
 #include "pavane/tables/grid/scroll_scale.h"
 #include "pavane/tables/grid/selection_press.h"
 #include "pavane/tables/grid/TableGrid.h"
+#include "tables/grid/draw.h"
 #include "tables/grid/plain_table.h"
 
 #include <gtest/gtest.h>
-#include <random>
 
 using namespace pavane;
 
@@ -12,14 +12,6 @@ namespace
 {
 
 constexpr int most = 0x7FFFFFFF;
-
-struct Draw {
-    std::mt19937 engine{20240611};
-    int operator()(int low, int high)
-    {
-        return std::uniform_int_distribution<int>(low, high)(engine);
-    }
-};
 
 /// The same random table twice.
 void makeTables(Draw& draw, TableGrid& grid, PlainTable& plain)
@@ -137,23 +129,6 @@ TEST(TableColumns, ConvertOnceAndSaturate)
     EXPECT_TRUE(columns.remove(3));
     EXPECT_FALSE(columns.remove(5));
     EXPECT_EQ(columns.total(), 104);
-}
-
-TEST(TableColumns, GiveBackWhatAStretchColumnCouldNotGive)
-{
-    TableColumns columns;
-    columns.add({50, 0});
-    columns.add({60, colStretch});
-    columns.add({100, colStretch});
-    const struct {
-        int usable, held, first, second;
-    } steps[] = {{300, 0, 105, 145}, {300, 0, 105, 145}, {120, 1, 16, 55},   {0, 1, 16, 16},
-                 {120, 1, 16, 55},   {300, 0, 105, 145}, {301, 0, 106, 146}, {301, 0, 106, 146}};
-    for (const auto& s : steps) {
-        EXPECT_EQ(columns.stretch(s.usable), s.held) << s.usable;
-        EXPECT_EQ(columns.width(1), s.first) << s.usable;
-        EXPECT_EQ(columns.width(2), s.second) << s.usable;
-    }
 }
 
 TEST(TableScroll, ScalesPositionsBeyondSixteenBits)

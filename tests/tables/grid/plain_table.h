@@ -98,8 +98,6 @@ struct PlainTable {
         CRect r(0, 0, 0, header * rowHeight);
         for (int below = firstRow; row > 0 && below <= row; ++below)
             r.bottom += rowHeight;
-        for (int above = firstRow; row > 0 && above > row + 1; --above)
-            r.bottom -= rowHeight;
         if (row > 0 && row < firstRow)
             r.bottom = header * rowHeight - (firstRow - row - 1) * rowHeight;
         r.top = row > 0 ? r.bottom - rowHeight : 0;
@@ -154,53 +152,21 @@ struct PlainTable {
         if (rows < 1 || last() < 1)
             return from;
         int r = std::clamp(from.anchorRow, 1, rows), c = std::clamp(from.anchorColumn, 1, last());
+        const int page = pageRows(client), pageAcross = pageColumns(client);
+        // the steps of each move but the last two; those to an end are as long as the table
+        const int down[] = {-1, 1, 0, 0, -page, page, 0, 0, 0, 0, -rows, rows};
+        const int across[] = {0,           0,          -1,      1,      0,       0,
+                              -pageAcross, pageAcross, -last(), last(), -last(), last()};
         for (int i = 0; i < count; ++i) {
-            const bool end = r == rows && c == last(), start = r == 1 && c == 1;
-            switch (move) {
-            case TableMove::up:
-                --r;
-                break;
-            case TableMove::down:
-                ++r;
-                break;
-            case TableMove::left:
-                --c;
-                break;
-            case TableMove::right:
-                ++c;
-                break;
-            case TableMove::pageUp:
-                r -= pageRows(client);
-                break;
-            case TableMove::pageDown:
-                r += pageRows(client);
-                break;
-            case TableMove::pageLeft:
-                c -= pageColumns(client);
-                break;
-            case TableMove::pageRight:
-                c += pageColumns(client);
-                break;
-            case TableMove::rowStart:
-                c = 1;
-                break;
-            case TableMove::rowEnd:
-                c = last();
-                break;
-            case TableMove::tableStart:
-                r = c = 1;
-                break;
-            case TableMove::tableEnd:
-                r = rows, c = last();
-                break;
-            case TableMove::next:
-                if (!end && ++c > last())
-                    c = 1, ++r;
-                break;
-            case TableMove::previous:
-                if (!start && --c < 1)
-                    c = last(), --r;
-                break;
+            if (move == TableMove::next) {
+                if (r < rows || c < last())
+                    r += c == last(), c = c % last() + 1;
+            } else if (move == TableMove::previous) {
+                if (r > 1 || c > 1)
+                    r -= c == 1, c = c == 1 ? last() : c - 1;
+            } else {
+                r += down[static_cast<int>(move)];
+                c += across[static_cast<int>(move)];
             }
             r = std::clamp(r, 1, rows), c = std::clamp(c, 1, last());
         }

@@ -1,27 +1,20 @@
 #include "pavane/tables/grid/selection_moves.h"
 #include "pavane/tables/grid/selection_press.h"
 #include "pavane/tables/grid/selection_repaint.h"
+#include "tables/grid/draw.h"
 #include "tables/grid/plain_table.h"
 
 #include <gtest/gtest.h>
-#include <random>
 
 using namespace pavane;
 
 namespace
 {
 
-struct Draw {
-    std::mt19937 engine{7};
-    int operator()(int low, int high)
-    {
-        return std::uniform_int_distribution<int>(low, high)(engine);
-    }
-    ASelectRect selection()
-    {
-        return {(*this)(-1, 12), (*this)(-1, 8), (*this)(-1, 12), (*this)(-1, 8)};
-    }
-};
+ASelectRect selectionBy(Draw& draw)
+{
+    return {draw(-1, 12), draw(-1, 8), draw(-1, 12), draw(-1, 8)};
+}
 
 }  // namespace
 
@@ -34,7 +27,7 @@ TEST(Selection, MovesAsManySingleSteps)
         plain.rows = draw(0, 11);
         plain.widths.assign(static_cast<std::size_t>(draw(0, 7)), 40);
         plain.rowHeight = 20;
-        const ASelectRect from = draw.selection();
+        const ASelectRect from = selectionBy(draw);
         const auto move = static_cast<TableMove>(draw(0, 13));
         const int count = draw(1, 5), extend = draw(0, 1);
         const MoveSpace space{plain.extent(), plain.pageRows(client), plain.pageColumns(client)};
@@ -90,7 +83,7 @@ TEST(Selection, RepaintsTheCellsThatChange)
     Draw draw;
     for (int i = 0; i < 5000; ++i) {
         const TableExtent table{draw(0, 10), draw(0, 6)};
-        const ASelectRect a = draw.selection(), b = draw(0, 3) ? draw.selection() : a;
+        const ASelectRect a = selectionBy(draw), b = draw(0, 3) ? selectionBy(draw) : a;
         const CellRange view{draw(1, 3), draw(1, 3), draw(1, 12), draw(1, 8)};
         const ChangedCells changed = changedCells(a, b, table, view);
         for (int row = 1; row <= table.rows; ++row)

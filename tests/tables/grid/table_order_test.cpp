@@ -3,13 +3,13 @@
 #include "pavane/tables/grid/SortJob.h"
 #include "pavane/tables/grid/TableGrid.h"
 #include "pavane/tables/grid/TableSearch.h"
+#include "tables/grid/draw.h"
 
 #include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 #include <numeric>
-#include <random>
 
 using namespace pavane;
 
@@ -18,14 +18,6 @@ namespace
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double inf = std::numeric_limits<double>::infinity();
-
-struct Draw {
-    std::mt19937 engine{4};
-    int operator()(int low, int high)
-    {
-        return std::uniform_int_distribution<int>(low, high)(engine);
-    }
-};
 
 /// Cells that are numbers where they read as one; `goneAfter` hooks later there is no table.
 struct Cells : TableValues {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "containers/bit_text.h"
 #include "pavane/tables/observation/AFreqGroupsWnd.h"
 #include "platform/CDialog.h"
 #include "platform/message.h"
@@ -60,20 +61,13 @@ struct ShownGroups {
         pavane::SetMessageFunction(nullptr);
         pavane::SetDialogAnswer(nullptr);
     }
-    static std::string text(const pavane::ABitArray& bits)
-    {
-        std::string all;
-        for (int i = 0; i < bits.count(); ++i)
-            all += bits.get(i) ? '1' : '0';
-        return all;
-    }
     /// Groups and, behind a bar, marks.
     std::string state() const
     {
         std::string all;
         for (int i = 0; i < groups.count(); ++i)
-            all += text(groups(i)) + " ";
-        return all + "|" + text(const_cast<ShownGroups*>(this)->window.GroupTbl().GetMark());
+            all += asText(groups(i)) + " ";
+        return all + "|" + asText(const_cast<ShownGroups*>(this)->window.GroupTbl().GetMark());
     }
     std::string listSelection()
     {
@@ -83,10 +77,7 @@ struct ShownGroups {
     }
     void mark(const std::string& marks)
     {
-        pavane::ABitArray bits(static_cast<int>(marks.size()));
-        for (int i = 0; i < bits.count(); ++i)
-            bits.set(i, marks[static_cast<std::size_t>(i)] == '1');
-        static_cast<pavane::ABMarkTable&>(window.GroupTbl()).SetMark(bits);
+        static_cast<pavane::ABMarkTable&>(window.GroupTbl()).SetMark(pavane::bits(marks));
     }
     static void key(pavane::CWnd& table, int code, unsigned held = 0)
     {

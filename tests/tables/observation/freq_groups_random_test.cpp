@@ -137,7 +137,7 @@ TEST(FreqGroupsRandom, AreThoseOfAPlainModelAndAllOfItIsUndone)
             plain.fault.clear();
             doSomething(shown, plain, random);
             ASSERT_EQ(shown.state(), plain.state()) << ifs << " " << n;
-            ASSERT_EQ(shown.text(shown.window.GroupTbl().GetGrouped()), plain.grouped());
+            ASSERT_EQ(asText(shown.window.GroupTbl().GetGrouped()), plain.grouped());
             if (!plain.fault.empty()) {
                 ASSERT_EQ(ShownGroups::message, plain.fault);
             }
