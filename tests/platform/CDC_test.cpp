@@ -54,19 +54,6 @@ TEST(DeviceContext, GivesBackThePointersThatWereSelected)
     EXPECT_FALSE(dc->SelectStockObject(99));
 }
 
-TEST(DeviceContext, UsesObjectsThatDiedSince)
-{
-    CPicture picture(6, 1);
-    const auto dc = picture.dc();
-    {
-        CPen red(PS_SOLID, 0, RGB(255, 0, 0));
-        dc->SelectObject(&red);
-    }
-    dc->LineTo(3, 0);
-    EXPECT_EQ(asText(picture), "+++...\n");
-    EXPECT_EQ(dc->GetPixel(0, 0), RGB(255, 0, 0));
-}
-
 TEST(DeviceContext, RestoresEverythingToAnyDepth)
 {
     CPicture picture(8, 2);

@@ -71,21 +71,16 @@ TEST(FreqGroups, ExpandToAllChannelsOfTheirIfs)
     EXPECT_FALSE(groups.ItemToMatrix(4, cells));
     EXPECT_EQ(cells.rows(), 0);
     EXPECT_FALSE(groups.ItemToMatrix(-1, cells));
-    const struct {
-        int group, first, last;
-    } cases[] = {{0, 0, 69}, {1, 70, 209}, {2, 0x7FFFF, 0}, {3, 210, 279}, {4, 0x7FFFF, 0}};
-    for (const auto& c : cases) {
-        int first = -1;
-        int last = -1;
-        groups.GetFreqRange(c.group, first, last);
-        EXPECT_EQ(first, c.first) << c.group;
-        EXPECT_EQ(last, c.last) << c.group;
-    }
-    int first = 0;
-    int last = 0;
-    AFreqGroupArray(frequencies(3, 600000)).GetFreqRange(1, first, last);
-    EXPECT_EQ(first, 600000);
-    EXPECT_EQ(last, 1199999);
+    const auto range = [](const AFreqGroupArray& of, int group) {
+        int first = -1, last = -1;
+        of.GetFreqRange(group, first, last);
+        return std::pair(first, last);
+    };
+    const std::pair<int, int> none(0x7FFFF, 0),
+        ranges[] = {{0, 69}, {70, 209}, none, {210, 279}, none};
+    for (int group = 0; group < 5; ++group)
+        EXPECT_EQ(range(groups, group), ranges[group]) << group;
+    EXPECT_EQ(range(AFreqGroupArray(frequencies(3, 600000)), 1), std::pair(600000, 1199999));
 }
 
 TEST(FreqGroups, GoToAFileAndComeBackInOrderOrNotAtAll)
