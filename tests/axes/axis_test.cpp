@@ -154,8 +154,7 @@ TEST(Range, TakesEndsThatAreNotFiniteFromTheGraphs)
 
 TEST(AxisCopy, HasItsOwnRasterSharesGraphsAndHasNoFile)
 {
-    int deleted = 0;
-    int deletedByCopy = 0;
+    int deleted = 0, deletedByCopy = 0;
     CRect rect;
     TMinMax range;
     {

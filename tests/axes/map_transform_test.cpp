@@ -7,25 +7,10 @@
 
 using namespace pavane;
 
-namespace
-{
-
-TMinMax range(double x0, double x1, double y0, double y1)
-{
-    TMinMax r;
-    r.xMin = x0;
-    r.xMax = x1;
-    r.yMin = y0;
-    r.yMax = y1;
-    return r;
-}
-
-}  // namespace
-
 TEST(RectMinMaxTransform, GrowsRightAndUpwardsUnlessAModeIsNegative)
 {
     const CRect rect(0, 0, 100, 50);
-    const TMinMax values = range(0, 10, 0, 5);
+    const TMinMax values{0, 10, 0, 5};
     for (const int mode : {1, 0}) {
         const RectMinMaxTransform t(rect, values, mode, mode);
         EXPECT_EQ(t.RPXtoGPX(2.5), 25);
@@ -43,7 +28,7 @@ TEST(RectMinMaxTransform, GrowsRightAndUpwardsUnlessAModeIsNegative)
 
 TEST(RectMinMaxTransform, SaturatesWithoutARange)
 {
-    const RectMinMaxTransform t(CRect(5, 5, 105, 55), range(1, 1, 2, 2), 0, 0);
+    const RectMinMaxTransform t(CRect(5, 5, 105, 55), TMinMax{1, 1, 2, 2}, 0, 0);
     EXPECT_EQ(t.RPXtoGPX(1), 5);
     EXPECT_EQ(t.RPXtoGPX(2), 5 + (1 << 30));
     EXPECT_EQ(t.RPYtoGPY(-1e300), 55 + (1 << 30));
@@ -51,7 +36,7 @@ TEST(RectMinMaxTransform, SaturatesWithoutARange)
 
 TEST(AMnMxMCTransform, PutsTheOuterCellCentresOnTheEndsOfTheRange)
 {
-    const AMnMxMCTransform t(range(-1, 1, 30, 10), 11, 101);
+    const AMnMxMCTransform t(TMinMax{-1, 1, 30, 10}, 11, 101);
     EXPECT_EQ(t.RPXtoMPX(0), 50);
     EXPECT_EQ(t.MPXtoRPX(100), 1);
     EXPECT_EQ(t.MPYtoRPY(1), 28);  // falls with the row
@@ -63,22 +48,20 @@ TEST(AMnMxMCTransform, PutsTheOuterCellCentresOnTheEndsOfTheRange)
 
 TEST(AMnMxMCTransform, CoversADataRectangleInEitherOrder)
 {
-    const AMnMxMCTransform t(range(0, 10, 0, 20), 21, 11);
+    const AMnMxMCTransform t(TMinMax{0, 10, 0, 20}, 21, 11);
     struct {
         TMinMax data;
-        int firstRow, firstColumn, lastRow, lastColumn;
+        CPoint first, last;
     } const cases[] = {
-        {range(2, 4, 5, 9), 5, 2, 9, 4},
-        {range(4, 2, 9, 5), 5, 2, 9, 4},
-        {range(-50, 50, -50, 50), 0, 0, 20, 10},
-        {range(30, 40, -40, -30), 0, 30, -29, 10},  // wholly outside: no cell
+        {{2, 4, 5, 9}, {2, 5}, {4, 9}},
+        {{4, 2, 9, 5}, {2, 5}, {4, 9}},
+        {{-50, 50, -50, 50}, {0, 0}, {10, 20}},
+        {{30, 40, -40, -30}, {30, 0}, {10, -29}},  // wholly outside: no cell
     };
     for (const auto& c : cases) {
         AMatrixRect cells;
         t.GetRect(c.data, cells);
-        EXPECT_EQ(cells.firstRow, c.firstRow);
-        EXPECT_EQ(cells.firstColumn, c.firstColumn);
-        EXPECT_EQ(cells.lastRow, c.lastRow);
-        EXPECT_EQ(cells.lastColumn, c.lastColumn);
+        EXPECT_EQ(CPoint(cells.firstColumn, cells.firstRow), c.first);
+        EXPECT_EQ(CPoint(cells.lastColumn, cells.lastRow), c.last);
     }
 }

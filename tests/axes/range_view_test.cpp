@@ -8,16 +8,6 @@ using namespace pavane;
 namespace
 {
 
-TMinMax rangeOf(double xMin, double xMax, double yMin, double yMax)
-{
-    TMinMax range;
-    range.xMin = xMin;
-    range.xMax = xMax;
-    range.yMin = yMin;
-    range.yMax = yMax;
-    return range;
-}
-
 void expectRange(const TMinMax& range, const TMinMax& wanted)
 {
     const double slack = 1e-9;
@@ -27,8 +17,8 @@ void expectRange(const TMinMax& range, const TMinMax& wanted)
     EXPECT_NEAR(range.yMax, wanted.yMax, slack);
 }
 
-const TMinMax whole = rangeOf(0, 100, 1, 10000);
-const TMinMax part = rangeOf(20, 40, 10, 100);
+const TMinMax whole{0, 100, 1, 10000};
+const TMinMax part{20, 40, 10, 100};
 
 }  // namespace
 
@@ -46,16 +36,16 @@ TEST(RangeView, MovesAndZoomsInsideTheWholeAsThePlotCounts)
         double right, down;
         TMinMax wanted;
     } shifts[] = {
-        {{1, 0}, 0.5, 0, rangeOf(30, 50, 10, 100)},
-        {{-1, 0}, 0.5, 0, rangeOf(10, 30, 10, 100)},
-        {{1, 0}, 0, 0.5, rangeOf(20, 40, 3.16227766016838, 31.6227766016838)},
-        {{1, -1}, 0, 1, rangeOf(20, 40, 100, 190)},
-        {{2, 0}, -9, 9, rangeOf(0, 20, 1, 10)},
+        {{1, 0}, 0.5, 0, {30, 50, 10, 100}},
+        {{-1, 0}, 0.5, 0, {10, 30, 10, 100}},
+        {{1, 0}, 0, 0.5, {20, 40, 3.16227766016838, 31.6227766016838}},
+        {{1, -1}, 0, 1, {20, 40, 100, 190}},
+        {{2, 0}, -9, 9, {0, 20, 1, 10}},
     };
     for (const auto& c : shifts)
         expectRange(view.shifted(part, c.right, c.down, c.directions), c.wanted);
     ASSERT_TRUE(view.zoomed(whole, {25, 100}, 2, {0, 0}, {1, 0}, range));
-    expectRange(range, rangeOf(12.5, 62.5, 10, 1000));
+    expectRange(range, TMinMax{12.5, 62.5, 10, 1000});
     EXPECT_FALSE(view.zoomed(whole, {25, 100}, 0.5, {0, 0}, {1, 0}, range));
 }
 
@@ -79,8 +69,8 @@ TEST(RangeView, TakesTheRangeOfABandUnlessItCannotBeTold)
         EXPECT_EQ(view.between(whole, c.from, c.to, c.cell, c.directions, range), c.shown)
             << &c - cases;
         if (c.shown)
-            expectRange(range, rangeOf(std::fmin(c.from.x, c.to.x), std::fmax(c.from.x, c.to.x),
-                                       std::fmin(c.from.y, c.to.y), std::fmax(c.from.y, c.to.y)));
+            expectRange(range, TMinMax{std::fmin(c.from.x, c.to.x), std::fmax(c.from.x, c.to.x),
+                                       std::fmin(c.from.y, c.to.y), std::fmax(c.from.y, c.to.y)});
     }
 }
 

@@ -68,8 +68,7 @@ TEST(DecimalPower, MovesDigitsAcrossThePointWhereTheySuffice)
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.value);
-        int plus = c.plus;
-        int minus = c.minus;
+        int plus = c.plus, minus = c.minus;
         EXPECT_EQ(labelPower(0, c.value, plus, minus), c.power);
         EXPECT_EQ(plus, c.newPlus);
         EXPECT_EQ(minus, c.newMinus);
@@ -87,8 +86,7 @@ TEST(EqualEnds, ArePartedByATenthAndStayReversedBelowZero)
         double value, min, max;
     } cases[] = {{0, -1, 1}, {10, 9, 11}, {-5, -4.5, -5.5}};
     for (const auto& c : cases) {
-        double min = c.value;
-        double max = c.value;
+        double min = c.value, max = c.value;
         EXPECT_EQ(repairEqualEnds(min, max), 1);
         EXPECT_DOUBLE_EQ(min, c.min);
         EXPECT_DOUBLE_EQ(max, c.max);
@@ -164,13 +162,8 @@ TEST(Ticks, BoundAnyCountOfIntervals)
 
 TEST(TicksForPower, AddDigitsUntilTheStepShows)
 {
-    double min = 0;
-    double max = 0.012;
-    int n = 5;
-    int plus = 2;
-    int minus = 0;
-    double first = 0;
-    double step = 0;
+    double min = 0, max = 0.012, first = 0, step = 0;
+    int n = 5, plus = 2, minus = 0;
     EXPECT_EQ(chooseTicksForPower(min, max, n, plus, minus, first, step, 0), 1.0);
     EXPECT_EQ(n, 4);
     EXPECT_DOUBLE_EQ(step, 0.003);

@@ -27,14 +27,8 @@ TEST(Titles, TakeUpThePrefixOrTheMultiplier)
     };
     for (const auto& c : cases) {
         CString title;
-        int n = 5;
-        int plus = 1;
-        int minus = 2;
-        int power = 0;
-        double min = 0;
-        double max = c.max;
-        double first = 0;
-        double step = 0;
+        int n = 5, plus = 1, minus = 2, power = 0;
+        double min = 0, max = c.max, first = 0, step = 0;
         EXPECT_EQ(
             AB2DAxis::getAxisParam(c.name, title, n, plus, minus, min, max, first, step, power),
             c.divisor);
@@ -91,8 +85,7 @@ TEST(FixedDivisor, IsThePowerAboutTheMiddleDecade)
     };
     for (const auto& c : cases) {
         CString title = "before";
-        double a = c.a;
-        double b = c.b;
+        double a = c.a, b = c.b;
         EXPECT_DOUBLE_EQ(AB2DAxis::getAxisPower(c.name, title, a, b), c.divisor) << c.name << a;
         EXPECT_EQ(title, c.title);
     }
