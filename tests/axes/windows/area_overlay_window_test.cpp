@@ -9,14 +9,6 @@ using namespace pavane;
 namespace
 {
 
-void expectSame(const ABitMatrix& a, const ABitMatrix& b)
-{
-    ASSERT_EQ(a.rows(), b.rows());
-    for (int r = 0; r < a.rows(); ++r)
-        for (int c = 0; c < a.columns(); ++c)
-            ASSERT_EQ(a.get(r, c), b.get(r, c)) << r << ", " << c;
-}
-
 /// What the user sees, cells and areas included.
 std::vector<COLORREF> screen(CWnd& window, const CRect& rect)
 {
@@ -57,27 +49,16 @@ TEST(AreaOverlay, EqualsTheMaskThroughRandomEdits)
             window.key(what == 6 ? 'D' : VK_LEFT + any(4), what == 6 ? MK_CONTROL : MK_SHIFT);
         }
         overlay.follow(areas);
-        expectSame(overlay.mask(), window.mask());
-        if (testing::Test::HasFatalFailure())
-            FAIL() << "after edit " << i;
+        ASSERT_TRUE(overlay.mask() == window.mask()) << "after edit " << i;
     }
 }
 
-TEST(AreaOverlay, FollowsADragBeforeItEnds)
+TEST(AreaOverlay, KeepsNothingOfACancelledDrag)
 {
     AxisWindow window;
     window.SetCellOverlay(1);
-    window.statuses.clear();
     window.key('2');
-    window.drag({window.at(10, 10), window.at(12, 12), window.at(20, 30), window.at(14, 14)});
-    std::vector<long long> counts;
-    for (const AxisStatus& status : window.statuses)
-        if (status.hasAreas && (counts.empty() || counts.back() != status.cells))
-            counts.push_back(status.cells);
-    ASSERT_GE(counts.size(), 3u);
-    EXPECT_GT(*std::max_element(counts.begin(), counts.end() - 1), 150);
-    EXPECT_EQ(counts.back(), window.mask().count());
-    // a cancelled one leaves nothing behind
+    window.drag({window.at(10, 10), window.at(14, 14)});
     window.key('2');
     window.post(WM_MOUSEMOVE, window.at(50, 70));
     window.PostMessage(WM_KEYDOWN, VK_ESCAPE);

@@ -23,6 +23,7 @@ public:
     pavane::AFloatMatrixAccess access{map};
     pavane::TMinMax centres;
     std::vector<pavane::AxisStatus> statuses;
+    std::vector<pavane::CString> notices;
     int changes = 0;
 
     explicit AxisWindow(int rows = 60, int columns = 80, pavane::CSize size = {640, 480})
@@ -54,7 +55,9 @@ public:
         SetMap(graph);
     }
     void OnStatus(const pavane::AxisStatus& status) override { statuses.push_back(status); }
+    void OnNotice(const pavane::CString& text) override { notices.push_back(text); }
     void OnAreasChanged() override { ++changes; }
+    pavane::ATrackerArrayInAxis& areas() { return *GetTrackers(); }
 
     /// The pixel at the centre of a cell.
     pavane::CPoint at(int row, int column) const

@@ -2,14 +2,11 @@
 #include "axes/windows/axis_window_fixture.h"
 #include "pavane/axes/windows/AAreaSelectDlg.h"
 #include "pavane/resources/tracker_messages.h"
-#include "pavane/trackers/AAreaTracker.h"
-#include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
-#include "pavane/trackers/ARPAreaTracker.h"
-#include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/collections/ATrackerArray.h"
 #include "platform/message.h"
+#include "tests/trackers/made_tracker.h"
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -21,9 +18,6 @@ namespace
 {
 
 struct PointerWindow : AxisWindow {
-    std::vector<CString> notices;
-    void OnNotice(const CString& text) override { notices.push_back(text); }
-    ATrackerArrayInAxis& areas() { return *GetTrackers(); }
     std::size_t corners(int i)
     {
         ShapeValues shape;
@@ -46,33 +40,16 @@ struct PointerWindow : AxisWindow {
     int GetMenuID() override { return 0; }
 };
 
-/// A polygon, an upright rectangle and an ellipse in pixels, and in values that are the same.
-std::vector<std::unique_ptr<ATracker>> shapesInPixels(int kind)
+/// Shapes in pixels, and in values that are the same.
+std::vector<std::unique_ptr<ATracker>> shapesInPixels(const std::string& kind)
 {
-    const CPoint corners[] = {{100, 100}, {200, 100}, {200, 200}, {100, 200}};
+    const ShapeValues shape{
+        {}, {100, 100, 200, 200}, 0, {{100, 100}, {200, 100}, {200, 200}, {100, 200}}};
     std::vector<std::unique_ptr<ATracker>> shapes;
-    auto pixels = std::make_unique<AAreaTracker>();
-    auto values = std::make_unique<ARPAreaTracker>();
-    for (const CPoint p : corners) {
-        (void)pixels->points().Add(p);
-        (void)values->points().Add({static_cast<double>(p.x), static_cast<double>(p.y)});
+    for (const std::string prefix : {"A", "ARP"}) {
+        shapes.push_back(test::madeTracker(prefix + kind, shape));
+        shapes.back()->SetStyle(shapes.back()->GetStyle() | trackerReady);
     }
-    auto rect = std::make_unique<ARectTracker>();
-    auto valueRect = std::make_unique<ARPRectTracker>();
-    auto ellipse = std::make_unique<AEllipseTracker>();
-    auto valueEllipse = std::make_unique<ARPEllipseTracker>();
-    rect->SetRect({100, 100, 200, 200});
-    ellipse->SetRect({100, 100, 200, 200});
-    valueRect->SetRect({100, 100, 200, 200});
-    valueEllipse->SetRect({100, 100, 200, 200});
-    if (kind == 0)
-        shapes.push_back(std::move(pixels)), shapes.push_back(std::move(values));
-    else if (kind == 1)
-        shapes.push_back(std::move(rect)), shapes.push_back(std::move(valueRect));
-    else
-        shapes.push_back(std::move(ellipse)), shapes.push_back(std::move(valueEllipse));
-    for (const auto& shape : shapes)
-        shape->SetStyle(shape->GetStyle() | trackerReady);
     return shapes;
 }
 
@@ -80,9 +57,10 @@ std::vector<std::unique_ptr<ATracker>> shapesInPixels(int kind)
 
 TEST(PointerCatch, FindsVerticesAndEdgesAsFarAwayAsTheHostWants)
 {
-    enum Kind { polygon, rectangle, ellipse };
+    const char *const polygon = "AreaTracker", *rectangle = "RectTracker",
+                      *ellipse = "EllipseTracker";
     const struct {
-        Kind kind;
+        const char* kind;
         int vertex, edge;
         CPoint p;
         int code;
@@ -257,9 +235,9 @@ TEST(PointerStatus, FollowsManyThatMoveTogetherOrWaitsForAPauseWhenTheyAreVeryMa
         window.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
         double sum = 0;
         const ABitMatrix mask = window.mask();
-        for (int r = 0; r < mask.rows(); ++r)
-            for (int c = 0; c < mask.columns(); ++c)
-                sum += mask.get(r, c) ? static_cast<double>(window.map.row(r)[c]) : 0;
+        for (int i = 0; i < 60 * 80; ++i)
+            sum +=
+                mask.get(i / 80, i % 80) ? static_cast<double>(window.map.row(i / 80)[i % 80]) : 0;
         ASSERT_FALSE(window.sums.empty());
         EXPECT_NEAR(window.sums.back(), sum, 1e-9 * sum);
         EXPECT_EQ(window.rests, n == 3 ? 0 : 1);

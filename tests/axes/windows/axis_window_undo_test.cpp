@@ -17,7 +17,6 @@ namespace
 
 struct UndoWindow : AxisWindow {
     ATrackerToolBar bar;
-    std::vector<CString> notices;
     UndoWindow()
     {
         AddLibraryResources();
@@ -26,8 +25,6 @@ struct UndoWindow : AxisWindow {
         SetToolBar(&bar);
     }
     ~UndoWindow() override { SetToolBar(nullptr); }
-    void OnNotice(const CString& text) override { notices.push_back(text); }
-    ATrackerArrayInAxis& areas() { return *GetTrackers(); }
     CString menuText(unsigned id)
     {
         CMenu menu;

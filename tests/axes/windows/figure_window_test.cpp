@@ -5,7 +5,6 @@
 #include "pavane/trackers/collections/tool_modes.h"
 #include "platform/picture.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
