@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstring>
 #include <limits>
 
 using namespace pavane;
@@ -66,18 +65,14 @@ TEST(AreaCollection, KeepsWhatNobodyKnowsToTheByteAndTellsOfIt)
     const struct {
         const char* what;
         std::string entries;
-        int promised;
-        int result;
-        int count;
+        int promised, result, count;
         std::string line;
         int cells;  ///< of the mask; a rectangle has 12, the polygon 20
     } cases[] = {
         {"known ones alone", rect + area, 2, 1, 2, "", 32},
         {"unknown between", rect + star + area, 3, 1, 3, "area 2: " + told, 32},
-        {"unknown at the end", rect + star, 2, 1, 2, "area 2: " + told, 12},
         {"unknown alone", star, 1, 1, 1, "area 1: " + told, 0},
         {"two unknown are one", star + star + area, 3, 1, 2, "area 1: " + told, 20},
-        {"unknown with others in it", star + rect + area, 2, 1, 3, "area 1: " + told, 32},
         {"a field with more than a name", dirty + area, 2, 1, 2, "area 1: " + told, 20},
         {"a name without an end", rect + std::string(50, 'A') + area, 3, 1, 3,
          "area 2: class \"" + std::string(32, 'A') + "\" is unknown; it is kept", 32},

@@ -55,8 +55,8 @@ public:
     }
     std::unique_ptr<Areas> areas;
     std::function<void()> happens;  ///< when the message comes
-    int used = -1;
-    CWnd other;  ///< made by who needs it
+    static inline int used = -1;    ///< what the last press was for; outlives the window
+    CWnd other;                     ///< made by who needs it
 
     void post(unsigned message, CPoint p, unsigned keys = MK_LBUTTON)
     {
@@ -79,8 +79,10 @@ public:
 
     LRESULT WindowProc(unsigned message, WPARAM w, LPARAM l) override
     {
-        if (message == happening && happens)
-            happens();
+        if (message == happening && happens) {
+            const auto run = happens;  // may delete this
+            return run(), 0;
+        }
         return CWnd::WindowProc(message, w, l);
     }
 

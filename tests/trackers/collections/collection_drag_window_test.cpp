@@ -11,6 +11,7 @@
 #include "trackers/collections/stored_collection.h"
 
 #include <memory>
+#include <utility>
 
 using namespace pavane;
 using namespace pavane::test;
@@ -74,61 +75,29 @@ TEST(CollectionDrag, EndsWellWhateverHappensInside)
         }
 }
 
-namespace
-{
-
-/// A window on the heap over a collection that outlives it.
-struct GuestWindow : CWnd {
-    explicit GuestWindow(ATrackerArray& shown) : areas(shown)
-    {
-        (void)Create("guest", "Guest", WS_VISIBLE | WS_POPUP, {0, 0, 320, 240}, nullptr, 0);
-    }
-    void OnLButtonDown(unsigned flags, CPoint p) override
-    {
-        (void)areas.OnLButtonDown(this, flags, p);
-    }
-    ATrackerArray& areas;
-};
-
-/// Deletes it when a message comes.
-struct Deleter : CWnd {
-    explicit Deleter(CWnd* doomed) : window(doomed)
-    {
-        (void)Create("deleter", "", WS_POPUP, {0, 0, 9, 9}, nullptr, 0);
-    }
-    LRESULT WindowProc(unsigned message, WPARAM w, LPARAM l) override
-    {
-        if (message == WM_USER)
-            window.reset();
-        return CWnd::WindowProc(message, w, l);
-    }
-    std::unique_ptr<CWnd> window;
-};
-
-}  // namespace
-
 TEST(CollectionDrag, ForgetsAWindowThatIsDeletedInIt)
 {
     for (const int tool : {int{toolArrow}, int{toolRect}, int{toolArea}})
         for (const int several : {0, 1}) {
             SCOPED_TRACE(tool);
-            PixelAreas areas;
+            auto* window = new AreasWindow<PixelAreas>;
+            const std::unique_ptr<PixelAreas> outlives(window->areas.get());
+            PixelAreas& areas = *outlives;
             areas.CheckMinMax({0, 0, 300, 200}, {0, 100, 0, 50}, 1, 1);
             areas.Add(new ARectTracker({40, 40, 120, 120}, trackerNew), 1);
             areas.Add(new ARectTracker({140, 40, 220, 120}, trackerNew), 0);
             if (several)
                 areas.SelectAll(nullptr);
             areas.BeginMode(nullptr, tool);
-            auto* const window = new GuestWindow(areas);
-            Deleter deleter(window);
-            const auto post = [&](unsigned message, CPoint p) {
-                (void)window->PostMessage(message, MK_LBUTTON, MAKELPARAM(p.x, p.y));
+            window->happens = [&] {
+                (void)window->areas.release();
+                delete std::exchange(window, nullptr);
             };
-            post(WM_LBUTTONDOWN, {80, 80});
-            post(WM_MOUSEMOVE, {95, 90});
-            (void)deleter.PostMessage(WM_USER);
+            window->post(WM_LBUTTONDOWN, {80, 80});
+            window->post(WM_MOUSEMOVE, {95, 90});
+            window->post(window->happening, {});
             settle();
-            EXPECT_EQ(deleter.window, nullptr);
+            EXPECT_EQ(window, nullptr);
             EXPECT_EQ(areas.count(), 2);
             EXPECT_EQ(static_cast<ARectTracker*>(areas(0))->rect(), CRect(40, 40, 120, 120));
         }

@@ -72,7 +72,6 @@ TEST_F(PressedCollection, DrawsEachShapeInEveryDirectionAndPutsTheToolAway)
         EXPECT_EQ(std::abs(shape.rect.bottom - shape.rect.top), 30) << k;
         EXPECT_EQ(areas.SelectedItems(), std::vector<int>{k});
     }
-    EXPECT_EQ(lines(), (std::vector<std::string>{"Area 1", "Area 2", "Area 3", "Area 4"}));
     EXPECT_EQ(list.GetCurSel(), 3);
     EXPECT_EQ(commands(), 2);
     drawTool(toolRect, {{200, 100}});  // a release without a move
@@ -156,6 +155,7 @@ TEST_F(PressedCollection, ChoosesByASingleClickWhereThatIsWanted)
     window.drag({{130, 100}, {131, 100}});
     EXPECT_TRUE(areas.GetCurItemNo() == 1 && areas(1)->IsActive());
     EXPECT_EQ(areas.history().steps(), steps);
+    EXPECT_EQ(rect(1), CRect(110, 50, 160, 150));
     window.drag({{70, 100}, {80, 100}});  // chosen and dragged at once
     EXPECT_TRUE(areas.GetCurItemNo() == 0 && !areas(1)->IsActive());
     EXPECT_EQ(rect(0), CRect(60, 50, 110, 150));
@@ -200,19 +200,6 @@ TEST_F(PressedCollection, MovesSeveralAreasTogetherAsOneStep)
     EXPECT_EQ(areas.history().steps(), steps + 1);
     window.drag({{280, 20}});
     EXPECT_TRUE(areas.SelectedItems().empty());
-}
-
-TEST_F(PressedCollection, WaitsForTheDeadZoneAndMakesNoStepOfAClick)
-{
-    areas.Add(new ARectTracker({50, 50, 150, 150}, trackerNew), 1);
-    areas.SetDeadZone(3);
-    const auto steps = areas.history().steps();
-    window.drag({{100, 100}, {102, 101}});
-    EXPECT_EQ(rect(0), CRect(50, 50, 150, 150));
-    EXPECT_EQ(areas.history().steps(), steps);
-    window.drag({{100, 100}, {110, 101}});
-    EXPECT_NE(rect(0), CRect(50, 50, 150, 150));
-    EXPECT_EQ(areas.history().steps(), steps + 1);
 }
 
 TEST_F(PressedCollection, ClosesAPolygonWhoseLastVertexIsOutOfSight)

@@ -9,8 +9,6 @@
 
 #include "trackers/collections/stored_collection.h"
 
-#include <bit>
-
 using namespace pavane;
 using namespace pavane::test;
 
@@ -78,6 +76,15 @@ Bytes valueFile()
 }
 
 template <typename Array>
+void comeBack(const Array& array, const std::string& bytes, Array& back)
+{
+    EXPECT_EQ(stored(array), bytes);
+    MemoryFile file(bytes);
+    ASSERT_TRUE(back.Load(file));
+    EXPECT_EQ(stored(back), bytes);
+}
+
+template <typename Array>
 void surviveEveryDamage(const std::string& whole)
 {
     for (std::size_t n = 0; n < whole.size(); ++n) {
@@ -102,30 +109,18 @@ void surviveEveryDamage(const std::string& whole)
 
 }  // namespace
 
-TEST(StoredCollection, OfPixelsHasItsModeWordTwiceAndNamesOf32Bytes)
+TEST(StoredCollection, HasTheseBytesAndComesBackToItsOwner)
 {
-    ATrackerArray array;
-    fill(array);
-    EXPECT_EQ(stored(array), pixelFile());
-    MemoryFile file(stored(array));
-    ATrackerArray back;
-    ASSERT_TRUE(back.Load(file));
-    EXPECT_EQ(stored(back), pixelFile());
-    EXPECT_EQ(back.GetCurItem(), back(1));
-    EXPECT_EQ(back(1)->listener(), &back);
-}
-
-TEST(StoredCollection, OfDataValuesHasNoMappingAndTakesTheAxisOfItsCollection)
-{
-    ARPTrackerArray array;
-    array.Add(shaped(array, toolArea, {{}, {}, 0, {{0.5, 1}, {2, 1}, {0.25, 3}}}), 1);
-    array.Add(shaped(array, toolEllipse, {{}, {1, 2, 3, 4}, 0.5, {}}), 0);
-    EXPECT_EQ(stored(array), valueFile());
-    MemoryFile file(stored(array));
-    ARPTrackerArray back;
-    ASSERT_TRUE(back.Load(file));
-    EXPECT_EQ(stored(back), valueFile());
-    EXPECT_EQ(back(0)->axis(), nullptr);
+    ATrackerArray pixels, pixelsBack;
+    fill(pixels);
+    comeBack(pixels, pixelFile(), pixelsBack);
+    EXPECT_EQ(pixelsBack.GetCurItem(), pixelsBack(1));
+    EXPECT_EQ(pixelsBack(1)->listener(), &pixelsBack);
+    ARPTrackerArray values, valuesBack;
+    values.Add(shaped(values, toolArea, {{}, {}, 0, {{0.5, 1}, {2, 1}, {0.25, 3}}}), 1);
+    values.Add(shaped(values, toolEllipse, {{}, {1, 2, 3, 4}, 0.5, {}}), 0);
+    comeBack(values, valueFile(), valuesBack);
+    EXPECT_EQ(valuesBack(0)->axis(), nullptr);
 }
 
 TEST(StoredCollection, IsEditedInTheSameWayWithoutAWindow)
@@ -140,8 +135,7 @@ TEST(StoredCollection, IsEditedInTheSameWayWithoutAWindow)
     ASSERT_TRUE(areas.Load(file));
     for (int round = 0; round < 400; ++round) {
         const int i = static_cast<int>(random() % static_cast<unsigned>(trackers.count()));
-        ShapeValues shape;
-        ShapeValues same;
+        ShapeValues shape, same;
         ASSERT_TRUE(trackers.GetShape(i, shape) && areas.shape(i, same));
         EXPECT_EQ(shape, same);
         switch (random() % 6) {
@@ -179,8 +173,7 @@ TEST(StoredCollection, IsEditedInTheSameWayWithoutAWindow)
         ASSERT_TRUE(areas.Store(bytes));
         ASSERT_EQ(bytes.bytes(), stored(trackers)) << round;
         const TMinMax range{400, -40, round % 2 ? -40.0 : 350.0, round % 2 ? 300.0 : -30.0};
-        ABitMatrix mask(70, 90);
-        ABitMatrix other(70, 90);
+        ABitMatrix mask(70, 90), other(70, 90);
         trackers.FillMatrix(mask, 90, 70, range);
         ASSERT_TRUE(areas.FillMatrix(other, 90, 70, range));
         ASSERT_TRUE(mask == other) << round;
@@ -196,9 +189,7 @@ TEST(StoredCollection, IsReadAsFarAsItIsWhole)
     const struct {
         const char* what;
         Bytes bytes;
-        int result;
-        int count;
-        int current;
+        int result, count, current;
         std::string note;
     } cases[] = {
         {"a current index outside", Bytes().put<int>({7, 1}).raw(rect), 1, 1, -1, ""},
