@@ -88,8 +88,7 @@ public:
     int below(int n) { return std::uniform_int_distribution<int>(0, n - 1)(random_); }
 
 private:
-    int rows_;
-    int columns_;
+    int rows_, columns_;
     std::mt19937 random_{11};
 };
 
@@ -122,9 +121,7 @@ void edit(CellOverlay& overlay, std::vector<Polygon>& areas, RandomAreas& random
 TEST(CellOverlay, EqualsAMaskFilledFromNothingAfterEveryEdit)
 {
     const struct {
-        int rows;
-        int columns;
-        int stride;
+        int rows, columns, stride;
     } maps[] = {{90, 200, 1}, {65, 64, 2}, {1, 300, 1}, {300, 1, 1}, {40, 129, 2}};
     std::mt19937 values(2);
     for (const auto& size : maps) {
@@ -164,31 +161,6 @@ TEST(CellOverlay, EqualsAMaskFilledFromNothingAfterEveryEdit)
     }
 }
 
-TEST(CellOverlay, NoAreaIsTheWholeMapAndAnEmptyOneNothing)
-{
-    const std::vector<float> cells = {1, 2, 3, 4, 5, 6};
-    const AStridedAccess<float> map(cells.data(), 2, 3, 3);
-    CellOverlay overlay;
-    ASSERT_TRUE(overlay.setMap(map));
-    EXPECT_EQ(overlay.total().cells, 6);
-    EXPECT_EQ(overlay.total().sum, 21);
-    ASSERT_TRUE(overlay.append(nullptr, 0));
-    EXPECT_EQ(overlay.total().cells, 0);
-    EXPECT_EQ(overlay.total().sum, 0);
-    const CPoint corner[] = {{1, 1}, {2, 1}, {2, 5}};
-    ASSERT_TRUE(overlay.append(corner, 3));
-    EXPECT_EQ(overlay.total().cells, 2);
-    EXPECT_EQ(overlay.total().sum, 11);
-    (void)overlay.takeChanged();
-    ASSERT_TRUE(overlay.remove(1));
-    const AMatrixRect changed = overlay.takeChanged();
-    EXPECT_EQ(changed.firstColumn, 1);
-    EXPECT_EQ(changed.lastRow, 1);
-    EXPECT_EQ(overlay.takeChanged().lastRow, -1);
-    ASSERT_TRUE(overlay.remove(0));
-    EXPECT_EQ(overlay.total().cells, 6);
-}
-
 TEST(CellOverlay, TakesNewValuesAndMapsWithoutCells)
 {
     std::vector<float> cells(130, 1);
@@ -199,6 +171,12 @@ TEST(CellOverlay, TakesNewValuesAndMapsWithoutCells)
     cells[129] = 3;
     overlay.valuesChanged();
     EXPECT_EQ(overlay.total().sum, 132);
+    const CPoint corner[] = {{1, 0}, {2, 0}, {2, 5}};
+    ASSERT_TRUE(overlay.append(nullptr, 0) && overlay.append(corner, 3));
+    (void)overlay.takeChanged();
+    ASSERT_TRUE(overlay.remove(1));
+    EXPECT_EQ(overlay.takeChanged().firstColumn, 1);
+    EXPECT_EQ(overlay.takeChanged().lastRow, -1);
     const CPoint square[] = {{0, 0}, {4, 0}, {4, 4}, {0, 4}};
     for (const int rows : {0, 6}) {
         ASSERT_TRUE(overlay.setSize(rows, 7));

@@ -1,10 +1,11 @@
 #include "pavane/trackers/masks/overlay_picture.h"
 
 #include "pavane/images/palette_file.h"
+#include "platform/core/PixelPainter.h"
+#include "platform/system_colors.h"
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -120,17 +121,6 @@ TEST(OverlayPicture, BlendsByShares)
     EXPECT_EQ(row[4], 0x00402010u);
 }
 
-double luminance(std::uint32_t pixel)
-{
-    double sum = 0;
-    const double weights[] = {0.0722, 0.7152, 0.2126};
-    for (int i = 0; i < 3; ++i) {
-        const double v = (pixel >> 8 * i & 255) / 255.0;
-        sum += weights[i] * (v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4));
-    }
-    return sum;
-}
-
 TEST(OverlayPicture, TintStandsOutOnEveryPalette)
 {
     for (const char* const name : {"defpal", "diverging", "grey", "heat"}) {
@@ -140,10 +130,9 @@ TEST(OverlayPicture, TintStandsOutOnEveryPalette)
         ASSERT_TRUE(parsePalette(std::string(std::istreambuf_iterator<char>(file), {}), colors))
             << name;
         for (const PALETTEENTRY& c : colors) {
-            const std::uint32_t bare = RGB(c.peBlue, c.peGreen, c.peRed);
-            const double a = luminance(bare) + 0.05;
-            const double b = luminance(overlayTint(bare)) + 0.05;
-            ASSERT_GE(std::max(a / b, b / a), 2) << name << ' ' << std::hex << bare;
+            const COLORREF bare = RGB(c.peRed, c.peGreen, c.peBlue);
+            ASSERT_GE(ContrastRatio(bare, colorOf(overlayTint(pixelOf(bare)))), 2)
+                << name << ' ' << std::hex << bare;
         }
     }
 }

@@ -22,17 +22,15 @@ TEST(RectHandles, AreShownWhereThereIsRoomForThem)
 {
     struct {
         CRect rect;
-        int size;
-        int mask;
+        int size, mask;
     } const cases[] = {
         {{0, 0, 20, 40}, 6, 175}, {{0, 0, 20, 20}, 6, 15}, {{0, 0, 40, 40}, 6, 255},
         {{0, 0, 40, 20}, 6, 95},  {{0, 0, 23, 0}, 0, 95},  {{22, 0, 0, 23}, 6, 175},
         {{0, 0, 8, 50}, 4, 175},  {{0, 0, 0, 0}, 0, 15},   {{INT_MIN, 0, INT_MAX, 1}, 0, 95},
     };
     for (const auto& c : cases) {
-        const int size = handleSizeFor(c.rect, handle);
         EXPECT_EQ(handleMask(c.rect, handle), c.mask) << c.rect.right;
-        EXPECT_EQ(size, c.size) << c.rect.right;
+        EXPECT_EQ(handleSizeFor(c.rect, handle), c.size) << c.rect.right;
     }
 }
 
@@ -88,8 +86,7 @@ TEST(RectDrag, FollowsThePointerAndKeepsTheRest)
     struct {
         const char* what;
         int hit;
-        CPoint press;
-        CPoint to;
+        CPoint press, to;
         CRect result;
     } const cases[] = {
         {"corner", 0, {99, 101}, {79, 91}, {80, 90, 200, 180}},

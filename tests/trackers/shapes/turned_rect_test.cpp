@@ -39,8 +39,7 @@ TEST(TurnedRect, TurnsItsPointsAboutTheCentreAndCutsThem)
 TEST(TurnedRect, SnapsOneStepOnInTheDirectionOfMotion)
 {
     const struct {
-        double degrees;
-        double direction;
+        double degrees, direction;
         int step;
         double result;
     } cases[] = {{20, 1, 15, 30},     {20, -1, 15, 15},   {30, 1, 15, 45},   {30, -1, 15, 30},
@@ -89,28 +88,15 @@ TEST(TurnedRectDrag, FollowsThePointerInItsOwnFrame)
         const char* what;
         double degrees;
         int hit;
-        CPoint press;
-        CPoint to;
+        CPoint press, to;
         bool mayInvert;
         CRect result;
     } cases[] = {
         {"upright, right side", 0, 7, {400, 230}, {450, 500}, true, {300, 200, 450, 260}},
         {"upright, inside out", 0, 9, {300, 230}, {450, 230}, true, {400, 200, 450, 260}},
         {"upright, kept", 0, 9, {300, 230}, {450, 230}, false, {400, 200, 400, 260}},
-        {"a quarter turn, its right side below",
-         90,
-         7,
-         {350, 280},
-         {350, 300},
-         true,
-         {290, 210, 410, 270}},
-        {"half a turn, its top left below right",
-         180,
-         2,
-         {400, 260},
-         {420, 270},
-         true,
-         {300, 200, 420, 270}},
+        {"a quarter turn", 90, 7, {350, 280}, {350, 300}, true, {290, 210, 410, 270}},
+        {"half a turn", 180, 2, {400, 260}, {420, 270}, true, {300, 200, 420, 270}},
         {"move", 30, 1, {350, 230}, {370, 220}, true, {320, 190, 420, 250}},
     };
     for (const auto& c : cases) {
