@@ -3,14 +3,15 @@
 #include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
+#include "platform/core/PixelPainter.h"
 #include "platform/picture.h"
+#include "platform/system_colors.h"
 #include "platform/window_dc.h"
 #include "tests/trackers/made_tracker.h"
 
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cmath>
 #include <memory>
 
 using namespace pavane;
@@ -18,24 +19,6 @@ using namespace pavane::test;
 
 namespace
 {
-
-/// Relative luminance of a pixel 0x00RRGGBB (IEC 61966-2-1).
-double luminance(std::uint32_t pixel)
-{
-    double sum = 0;
-    const double weights[] = {0.0722, 0.7152, 0.2126};
-    for (int i = 0; i < 3; ++i) {
-        const double v = (pixel >> 8 * i & 255) / 255.0;
-        sum += weights[i] * (v <= 0.04045 ? v / 12.92 : std::pow((v + 0.055) / 1.055, 2.4));
-    }
-    return sum;
-}
-
-double contrast(std::uint32_t a, std::uint32_t b)
-{
-    const double light = std::max(luminance(a), luminance(b));
-    return (light + 0.05) / (std::min(luminance(a), luminance(b)) + 0.05);
-}
 
 std::vector<std::unique_ptr<ABaseTracker>> samples()
 {
@@ -73,7 +56,8 @@ TEST(TrackerDrawing, ShowsOnAnyGround)
                     double best = 0;  // within a dash of the middle of each line
                     for (int y = p.y - 4; y <= p.y + 4; ++y)
                         for (int x = p.x - 4; x <= p.x + 4; ++x)
-                            best = std::max(best, contrast(picture.row(y)[x], ground));
+                            best = std::max(
+                                best, ContrastRatio(colorOf(picture.row(y)[x]), colorOf(ground)));
                     ASSERT_GE(best, 3) << shape->GetClassName() << ' ' << std::hex << ground;
                 }
             }

@@ -1,4 +1,4 @@
-#include "pavane/containers/MemoryFile.h"
+#include "containers/stored_file.h"
 #include "pavane/trackers/AAreaTracker.h"
 #include "tests/trackers/made_tracker.h"
 
@@ -15,22 +15,6 @@ namespace
 {
 
 using Tracker = std::unique_ptr<ATracker>;
-
-/// Fails the operation number `failing`, counted from 0.
-class FailingFile : public MemoryFile
-{
-public:
-    FailingFile(std::string bytes, int failing) : MemoryFile(std::move(bytes)), left_(failing) {}
-    int read(void* to, std::int64_t n) override { return left_-- != 0 && MemoryFile::read(to, n); }
-    int write(const void* from, std::int64_t n) override
-    {
-        return left_-- != 0 && MemoryFile::write(from, n);
-    }
-    int reached() const { return left_ < 0; }
-
-private:
-    int left_;
-};
 
 std::string hex(const std::string& bytes)
 {
@@ -125,13 +109,18 @@ TEST(TrackerRecord, FailsWithAnyReadOrWriteAndAtAnyLength)
             EXPECT_EQ(loaded->State(), before) << record.name << n;
         }
         for (int failing = 0;; ++failing) {
-            FailingFile out({}, failing);
-            FailingFile in(bytes, failing);
-            const int stored = shape->Store(out);
+            int done = 0;
+            {
+                StoredFile out;
+                out.failAfter(failing);
+                done = shape->Store(out);
+                EXPECT_EQ(done, out.bytes() == bytes) << record.name << failing;
+            }
+            StoredFile in(bytes);
+            in.failAfter(failing);
             const int loaded = Tracker(CreateTracker(record.name))->Load(in);
-            EXPECT_EQ(stored, !out.reached()) << record.name << failing;
-            EXPECT_EQ(loaded, !in.reached()) << record.name << failing;
-            if (!out.reached() && !in.reached())
+            EXPECT_EQ(loaded, in.left() == 0) << record.name << failing;
+            if (done && loaded)
                 break;
         }
     }

@@ -3,7 +3,6 @@
 #include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPAreaTracker.h"
-#include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "pavane/trackers/shapes/turned_rect.h"
 #include "pavane/trackers/tracker_registry.h"
@@ -13,7 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <memory>
 #include <random>
@@ -96,12 +94,10 @@ TEST(TrackerWindow, DrawsEveryShapeFromThePress)
 {
     Window window;
     Axis axis(1, 1);
-    ARectTracker* rect = nullptr;
     const Tracker pixels = drawn("ARectTracker", window, axis);
-    rect = static_cast<ARectTracker*>(pixels.get());
-    EXPECT_EQ(rect->rect(), CRect(100, 100, 200, 180));
-    EXPECT_EQ(rect->validRect(), client);
-    EXPECT_EQ(rect->clipRect(), CRect(10, 10, 390, 290));
+    EXPECT_EQ(static_cast<ARectTracker&>(*pixels).rect(), CRect(100, 100, 200, 180));
+    EXPECT_EQ(pixels->validRect(), client);
+    EXPECT_EQ(pixels->clipRect(), CRect(10, 10, 390, 290));
     const Tracker values = drawn("ARPRectTracker", window, axis);
     EXPECT_EQ(static_cast<ARPRectTracker&>(*values).pixelRect(), CRect(100, 100, 200, 180));
     EXPECT_EQ(values->validRect(), CRect(20, 20, 380, 280));
@@ -115,9 +111,10 @@ TEST(TrackerWindow, CancelPutsEverythingBackThatFollowsTheBaseRecord)
 {
     Window window;
     Axis axis(-1, 1);
-    enum { escape, rightButton, captureLost, windowGone, endings };
+    enum { escape, rightButton, captureLost, windowGone };
+    const DragEnd ends[] = {DragEnd::escaped, DragEnd::rightButton, DragEnd::lost, DragEnd::lost};
     for (const char* const name : classNames)
-        for (int ending = 0; ending < endings; ++ending) {
+        for (const int ending : {escape, rightButton, captureLost, windowGone}) {
             auto other = std::make_unique<Window>();
             Window& used = ending == windowGone ? *other : window;
             const Tracker shape = drawn(name, window, axis);
@@ -139,8 +136,6 @@ TEST(TrackerWindow, CancelPutsEverythingBackThatFollowsTheBaseRecord)
             EXPECT_EQ(tail(*shape), before) << name << ending;
             EXPECT_FALSE(shape->finished()) << name << ending;
             EXPECT_EQ(CWnd::GetCapture(), nullptr);
-            const DragEnd ends[] = {DragEnd::escaped, DragEnd::rightButton, DragEnd::lost,
-                                    DragEnd::lost};
             EXPECT_EQ(shape->dragEnd(), ends[ending]) << name << ending;
             used.onUser = nullptr;
         }
