@@ -1,5 +1,4 @@
 #include "axes/windows/axis_window_fixture.h"
-#include "pavane/trackers/ARPAreaTracker.h"
 #include "platform/CMenu.h"
 
 #include <functional>
@@ -138,34 +137,6 @@ TEST(AxisWindowInput, MovesAreasByCellsAndPixels)
     window.key(VK_RIGHT, MK_CONTROL);  // a pixel, here a sixth of a cell
     EXPECT_NEAR(cellOf(window, 0).x - before.x, 80.0 / window.GetAxis()->getGraphRect().Width(),
                 0.01);
-    window.key('D', MK_CONTROL);
-    EXPECT_EQ(window.GetTrackers()->trackerCount(), 2);
-    window.key('A', MK_CONTROL);
-    window.key(VK_DELETE);
-    EXPECT_EQ(window.GetTrackers()->trackerCount(), 0);
-}
-
-TEST(AxisWindowInput, ChangesVerticesByKeyOnly)
-{
-    AxisWindow window;
-    window.key('5');
-    for (const CPoint cell : {CPoint(10, 10), CPoint(10, 60), CPoint(50, 40)})
-        window.click(window.at(cell.x, cell.y));
-    window.doubleClick(window.at(45, 12));
-    const auto* const area = dynamic_cast<ARPAreaTracker*>(window.GetTrackers()->trackerAt(0));
-    ASSERT_NE(area, nullptr);
-    const int drawn = area->points().count();
-    window.key(VK_TAB);
-    window.key(VK_TAB);
-    EXPECT_EQ(window.GetTrackers()->focusHandle(), 0);
-    window.key(VK_INSERT);
-    EXPECT_EQ(area->points().count(), drawn + 1);
-    for (int i = 0; i < 9; ++i) {
-        window.GetTrackers()->SetFocusAt(&window, 0, 0);
-        window.key(VK_DELETE);
-    }
-    EXPECT_EQ(area->points().count(), 3);
-    EXPECT_EQ(window.GetTrackers()->trackerCount(), 1);
 }
 
 TEST(AxisWindowInput, TakesAWheelGestureForOneStepOfTheAreasHistory)
