@@ -179,24 +179,6 @@ TEST_F(InAxis, StepsOfUndoAreSmallInALargeCollectionOfActiveAreas)
     EXPECT_LT(array_.history().bytesUsed(), 100u * 1024u);
 }
 
-TEST_F(InAxis, UndoRestoresTheCurrentAreaAndTheFlagsFromBeforeTheStep)
-{
-    for (int i = 0; i < 3; ++i)
-        addRect({10.0 * i, 10, 10.0 * i + 5, 20});
-    array_.ChangeActiveTrack(nullptr, 1);
-    ASSERT_TRUE(array_.MoveBy(nullptr, 1, 0));
-    array_.ChangeActiveTrack(nullptr, 2);
-    ASSERT_TRUE(array_.DelteTracker(nullptr));
-    EXPECT_EQ(array_.GetCurItemNo(), 1);  // the last of three: lowered to the new last
-    array_.ChangeActiveTrack(nullptr, 0);
-    ASSERT_TRUE(array_.Undo(nullptr));
-    EXPECT_EQ(array_.GetCurItemNo(), 2);
-    EXPECT_TRUE(array_(2)->IsActive() && !array_(0)->IsActive() && !array_(1)->IsActive());
-    ASSERT_TRUE(array_.Undo(nullptr));
-    EXPECT_EQ(array_.GetCurItemNo(), 1);
-    EXPECT_TRUE(array_(1)->IsActive() && !array_(2)->IsActive());
-}
-
 TEST_F(InAxis, MovesStayInsideThePlotAndSeveralAreasKeepTogether)
 {
     addRect({150, 10, 190, 40});
