@@ -6,23 +6,6 @@
 
 using namespace pavane;
 
-namespace
-{
-
-/// What the user sees, cells and areas included.
-std::vector<COLORREF> screen(CWnd& window, const CRect& rect)
-{
-    window.UpdateWindow();
-    CClientDC dc(&window);
-    std::vector<COLORREF> pixels;
-    for (int y = rect.top; y < rect.bottom; ++y)
-        for (int x = rect.left; x < rect.right; ++x)
-            pixels.push_back(dc.GetPixel(x, y));
-    return pixels;
-}
-
-}  // namespace
-
 TEST(AreaOverlay, EqualsTheMaskThroughRandomEdits)
 {
     AxisWindow window;
@@ -71,18 +54,16 @@ TEST(AreaOverlay, LooksTheSameFromStripsAndFromNothing)
 {
     AxisWindow window;
     window.SetCellOverlay(1);
-    CRect client;
-    window.GetClientRect(client);
     for (const int tool : {'2', '3', '4'}) {
         window.key(tool);
         window.drag({window.at(10, 10), window.at(40, 60), window.at(25, 35)});
         window.drag({window.at(17, 22), window.at(30, 40), window.at(33, 44)});
     }
-    const std::vector<COLORREF> strips = screen(window, client);
+    const std::vector<std::uint32_t> strips = window.pixels();
     window.Invalidate();
-    EXPECT_EQ(screen(window, client), strips);
+    EXPECT_EQ(window.pixels(), strips);
     window.ContentChanged();
-    EXPECT_EQ(screen(window, client), strips);
+    EXPECT_EQ(window.pixels(), strips);
     window.SetCellOverlay(0);
-    EXPECT_NE(screen(window, client), strips);
+    EXPECT_NE(window.pixels(), strips);
 }

@@ -119,6 +119,17 @@ public:
         clock.SetTimer(1, milliseconds);
         (void)pavane::RunMessages();
     }
+    /// What the user sees, cells and areas included, of a window of 640 x 480.
+    std::vector<std::uint32_t> pixels()
+    {
+        UpdateWindow();
+        pavane::CBitmap bitmap;
+        bitmap.CreateBitmap(640, 480, 1);
+        pavane::CMemoryDC memory(bitmap);
+        const pavane::CWindowDC own(this);
+        memory.BitBlt(0, 0, 640, 480, &own, 0, 0, pavane::SRCCOPY);
+        return {bitmap.bits(), bitmap.bits() + 640 * 480};
+    }
     /// The mask of all areas, filled from nothing.
     pavane::ABitMatrix mask()
     {

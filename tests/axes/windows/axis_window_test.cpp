@@ -109,33 +109,24 @@ TEST(AxisWindow, KeepsThePlotInItsPlaceWhileItPans)
 TEST(AxisWindow, ShowsTheSamePixelsWithACopyOfItsContentAndWithout)
 {
     AxisWindow window;
-    const auto shown = [&window] {
-        window.UpdateWindow();
-        CBitmap pixels;
-        pixels.CreateBitmap(640, 480, 1);
-        CMemoryDC memory(pixels);
-        const CWindowDC own(&window);
-        memory.BitBlt(0, 0, 640, 480, &own, 0, 0, SRCCOPY);
-        return std::vector<std::uint32_t>(pixels.bits(), pixels.bits() + 640 * 480);
-    };
-    const std::vector<std::uint32_t> whole = shown();
+    const std::vector<std::uint32_t> whole = window.pixels();
     window.ZoomAbout(window.at(30, 40), 3);
     window.Pan(40, -25);
-    const std::vector<std::uint32_t> moved = shown();  // without
+    const std::vector<std::uint32_t> moved = window.pixels();  // without
     EXPECT_NE(moved, whole);
     const int drawings = window.contentDrawings();
     window.InvalidateRect(CRect(100, 100, 300, 200));
-    EXPECT_EQ(shown(), moved);
+    EXPECT_EQ(window.pixels(), moved);
     window.ChooseTool(toolRect);
     window.drag({window.at(29, 35), window.at(31, 42)});
-    EXPECT_NE(shown(), moved);
+    EXPECT_NE(window.pixels(), moved);
     EXPECT_EQ(window.contentDrawings(), drawings + 1);
     window.Pan(9, 9);  // with
     window.Pan(-9, -9);
     window.key(VK_DELETE);
-    EXPECT_EQ(shown(), moved);
+    EXPECT_EQ(window.pixels(), moved);
     window.ShowWholeMap();
-    EXPECT_EQ(shown(), whole);
+    EXPECT_EQ(window.pixels(), whole);
 }
 
 TEST(AxisWindow, LeavesAreasOutOfPicturesUnlessAskedFor)
