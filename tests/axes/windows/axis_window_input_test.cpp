@@ -65,6 +65,7 @@ TEST(AxisWindowInput, MayBeDeletedByItsOwnHandlers)
         w.ClientToScreen(p);
         send(w, WM_CONTEXTMENU, p);
     };
+    const auto pull = [](Doomed& w) { w.drag({w.at(10, 10), w.at(20, 20)}); };
     const struct {
         int Doomed::*where;
         std::function<void(Doomed&)> what;
@@ -72,15 +73,9 @@ TEST(AxisWindowInput, MayBeDeletedByItsOwnHandlers)
         {&Doomed::inStatus, [&](Doomed& w) { send(w, WM_MOUSEMOVE, w.at(20, 20)); }},
         {&Doomed::inStatus, [&](Doomed& w) { send(w, WM_MOUSELEAVE, {}); }},
         {&Doomed::inStatus, [&](Doomed& w) { press(w, VK_DELETE); }},
-        {&Doomed::inStatus,
-         [&](Doomed& w) {
-             w.drag({w.at(10, 10), w.at(20, 20)});
-         }},
+        {&Doomed::inStatus, pull},
         {&Doomed::inAreas, menu},
-        {&Doomed::inAreas,
-         [&](Doomed& w) {
-             w.drag({w.at(10, 10), w.at(20, 20)});
-         }},
+        {&Doomed::inAreas, pull},
         {&Doomed::inAreas, [&](Doomed& w) { w.key('2'), press(w, VK_RETURN); }},
         {&Doomed::inAreas, [&](Doomed& w) { w.SetTrackers(nullptr, 0); }},
         {&Doomed::inRange, [&](Doomed& w) { press(w, VK_ADD); }},

@@ -39,8 +39,9 @@ struct UndoWindow : AxisWindow {
     void draw(int tool, CPoint from, CPoint to)
     {
         ChooseTool(tool);
-        drag({from, to});
+        pull(from, to);
     }
+    void pull(CPoint from, CPoint to) { drag({from, to}); }
 };
 
 }  // namespace
@@ -55,14 +56,8 @@ TEST(UndoNames, WhatItTakesBackInMenuTipAndNotice)
         std::function<void()> edit;
     } cases[] = {
         {"drawing of Area 1", [&] { w.draw(toolRect, w.at(5, 5), w.at(20, 25)); }},
-        {"move of Area 1",
-         [&] {
-             w.drag({w.at(12, 15), w.at(14, 15)});
-         }},
-        {"resizing of Area 1",
-         [&] {
-             w.drag({w.at(22, 25), w.at(24, 28)});
-         }},
+        {"move of Area 1", [&] { w.pull(w.at(12, 15), w.at(14, 15)); }},
+        {"resizing of Area 1", [&] { w.pull(w.at(22, 25), w.at(24, 28)); }},
         {"move of Area 1", [&] { w.key(VK_ESCAPE), w.doubleClick(w.at(15, 15)), w.key(VK_LEFT); }},
         {"resizing of Area 1", [&] { areas.SetFocusAt(&w, 0, 2), w.key(VK_LEFT); }},
         {"edit of Area 1",
@@ -81,10 +76,7 @@ TEST(UndoNames, WhatItTakesBackInMenuTipAndNotice)
                  w.click(p);
              w.key(VK_RETURN);
          }},
-        {"move of a vertex of Area 3",
-         [&] {
-             w.drag({corner(), corner() + CPoint(-20, 0)});
-         }},
+        {"move of a vertex of Area 3", [&] { w.pull(corner(), corner() + CPoint(-20, 0)); }},
         {"new vertex of Area 3", [&] { w.key(VK_INSERT); }},
         {"deletion of a vertex of Area 3",
          [&] {
@@ -93,10 +85,7 @@ TEST(UndoNames, WhatItTakesBackInMenuTipAndNotice)
          }},
         {"copy of Area 3", [&] { w.key('D', MK_CONTROL); }},
         {"move of 4 areas", [&] { w.key('A', MK_CONTROL), w.key(VK_RIGHT); }},
-        {"move of 4 areas",
-         [&] {
-             w.drag({w.at(12, 15), w.at(14, 15)});
-         }},
+        {"move of 4 areas", [&] { w.pull(w.at(12, 15), w.at(14, 15)); }},
         {"copy of 4 areas", [&] { w.key('A', MK_CONTROL), w.key('D', MK_CONTROL); }},
         {"deletion of 4 areas",
          [&] {
