@@ -1,6 +1,4 @@
 #include "pavane/axes/ABAxis.h"
-#include "pavane/trackers/AAreaTracker.h"
-#include "pavane/trackers/AEllipseTracker.h"
 #include "pavane/trackers/ARectTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
 #include "platform/core/PixelPainter.h"
@@ -92,22 +90,19 @@ TEST(TrackerDrawing, TakesShapesBeyondAnyWindow)
     const auto dc = picture.dc();
     for (const int x : far)
         for (const int y : far) {
-            ARectTracker rect({x, y, 60, INT_MAX}, trackerNew);
-            AEllipseTracker ellipse;
-            ellipse.SetRect({x, y, INT_MAX - 5, 70});
-            ellipse.SetAngle(0.3);
-            AAreaTracker area;
-            for (const CPoint p : {CPoint(x, y), CPoint(y, 50), CPoint(50, x)})
-                area.points().Add(p);
-            for (ATracker* const shape :
-                 {static_cast<ATracker*>(&rect), static_cast<ATracker*>(&ellipse),
-                  static_cast<ATracker*>(&area)})
+            const double left = x, top = y;
+            const ShapeValues shape{
+                {}, {left, top, 60, INT_MAX}, 0.3, {{left, top}, {top, 50}, {50, left}}};
+            for (const char* const name : {"ARectTracker", "AEllipseTracker", "AAreaTracker"}) {
+                const auto tracker = madeTracker(name, shape);
+                tracker->SetStyle(trackerNew | trackerReady);
                 for (const int active : {0, 1}) {
-                    shape->SetActive(active);
-                    shape->Draw(dc.get(), nullptr);
-                    shape->DrawShape(*dc);
-                    (void)shape->HitTest({50, 50}, nullptr);
+                    tracker->SetActive(active);
+                    tracker->Draw(dc.get(), nullptr);
+                    tracker->DrawShape(*dc);
+                    (void)tracker->HitTest({50, 50}, nullptr);
                 }
+            }
         }
 }
 
