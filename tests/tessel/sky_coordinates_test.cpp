@@ -50,13 +50,13 @@ double worstCell(const MapHeader& header, const SkyCoordinates& sky)
     return worst;
 }
 
-SkyCoordinates skyOf(const MapHeader& header)
-{
-    SkyCoordinates sky;
-    std::string error;
-    EXPECT_TRUE(sky.init(header, error)) << error;
-    return sky;
-}
+struct Sky : SkyCoordinates {
+    explicit Sky(const MapHeader& header)
+    {
+        std::string error;
+        EXPECT_TRUE(init(header, error)) << error;
+    }
+};
 
 std::string refusalOf(const MapHeader& header)
 {
@@ -79,7 +79,7 @@ TEST(SkyCoordinates, AgreeWithTheFormulaOfTheSinProjection)
 {
     for (const MapHeader& header : {sinMap(0.08, 2.8, 5.6e-8), sinMap(359.9999999, -45, 1e-5, 30),
                                     sinMap(200, 88, 2e-3, -75), sinMap(114.53, 17.7, 2e-4)})
-        EXPECT_LT(worstCell(header, skyOf(header)), 1e-6);
+        EXPECT_LT(worstCell(header, Sky(header)), 1e-6);
 }
 
 TEST(SkyCoordinates, AgreeWithTheFormulaOnRealMaps)
@@ -92,7 +92,7 @@ TEST(SkyCoordinates, AgreeWithTheFormulaOnRealMaps)
         FitsMap map;
         std::string error;
         ASSERT_TRUE(readFitsMap(folder + name, -1, map, error)) << error;
-        const double worst = worstCell(map.header, skyOf(map.header));
+        const double worst = worstCell(map.header, Sky(map.header));
         RecordProperty(name, valToStr(worst, 3));
         EXPECT_LT(worst, 1e-6) << name;
     }
@@ -116,7 +116,7 @@ TEST(SkyCoordinates, TellScaleNorthAndHandednessOfAPlace)
         header.cd[0][0] *= 2 * c.xSign;
         header.cd[1][0] *= 2;
         LocalSky local;
-        ASSERT_TRUE(skyOf(header).localSky(500, 501, local));
+        ASSERT_TRUE(Sky(header).localSky(500, 501, local));
         EXPECT_NEAR(local.columnScale, 2e-7, 1e-16);
         EXPECT_NEAR(local.rowScale, 1e-7, 1e-16);
         EXPECT_NEAR(local.rowPositionAngle / degree, c.north, 1e-6);
@@ -132,7 +132,7 @@ TEST(SkyCoordinates, FollowTheHeadersPolesParametersAndOldNames)
     header.axes[0].ctype = "RA---NCP";
     header.axes[1].ctype = "DEC--NCP";
     double column = 0, row = 0;
-    ASSERT_TRUE(skyOf(header).toPixel(100.3, 60.2, column, row));
+    ASSERT_TRUE(Sky(header).toPixel(100.3, 60.2, column, row));
     const double a = 0.3 * degree, d = 60.2 * degree, d0 = 60 * degree;
     EXPECT_NEAR(column, 500 - std::cos(d) * std::sin(a) / degree / 1e-4, 1e-6);
     EXPECT_NEAR(
@@ -141,7 +141,7 @@ TEST(SkyCoordinates, FollowTheHeadersPolesParametersAndOldNames)
     header.coordinateCards = {card("CRVAL1  = 100.0"), card("CRVAL2  = 60.0"),
                               card("LONPOLE =1.5d+02"), card("RADESYS = 'icrs'"),
                               card("RADESYS = ''")};
-    const SkyCoordinates sky = skyOf(header);
+    const Sky sky(header);
     EXPECT_EQ(sky.frame(), SkyCoordinates::Frame::icrs);
     LocalSky local;
     ASSERT_TRUE(sky.localSky(500, 501, local));
@@ -197,7 +197,7 @@ TEST(SkyCoordinates, GivePlacesAndNorthInOtherFrames)
     const SkyFrame galactic{SkyFrame::System::galactic, 2000};
     double ra = 0, dec = 0, column = 0, row = 0, l = 0, b = 0;
     ASSERT_TRUE(convertSky(galactic, {SkyFrame::System::fk5, 2000}, 0, 0, ra, dec));
-    const SkyCoordinates sky = skyOf(sinMap(ra, dec, 1e-6));
+    const Sky sky(sinMap(ra, dec, 1e-6));
     ASSERT_TRUE(sky.toPixel(0, 0, galactic, column, row));
     EXPECT_NEAR(std::hypot(column - 500, row - 501), 0, 1e-6);
     ASSERT_TRUE(sky.toSky(500, 501, galactic, l, b));
@@ -235,10 +235,10 @@ TEST(SkyCoordinates, RefuseWhatWouldGiveWrongPositions)
     MapHeader coupled = sinMap(10, 20, 1e-7);
     coupled.coordinateCards = {card("CRVAL1  = 10"), card("CRVAL2  = 20"), card("CD1_3   = 1E-3")};
     EXPECT_NE(refusalOf(coupled).find("more axes"), std::string::npos);
-    SkyCoordinates sky;
     double a = 7, b = 7;
-    EXPECT_FALSE(sky.toSky(1, 1, a, b) || sky.toPixel(1, 1, a, b));
-    sky = skyOf(sinMap(10, 20, 1e-2));
+    const SkyCoordinates unset;
+    EXPECT_FALSE(unset.toSky(1, 1, a, b) || unset.toPixel(1, 1, a, b));
+    const Sky sky(sinMap(10, 20, 1e-2));
     EXPECT_FALSE(sky.toSky(20000, 0, a, b) || sky.toPixel(190, -20, a, b) ||
                  sky.toPixel(NAN, 0, a, b) || sky.toPixel(10, 91, a, b) ||
                  sky.toSky(0, 1e300, a, b));
