@@ -244,7 +244,6 @@ set(PAVANE_REACHED_HEADERS
     pavane/tables/grid/TableColumns.h
     pavane/tables/grid/TableGrid.h
     pavane/tables/grid/TableSearch.h
-    pavane/tables/table_colors.h
     pavane/trackers/areas/ActiveItems.h
     pavane/trackers/areas/AreaItems.h
     pavane/trackers/areas/tracker_style.h

@@ -7,6 +7,7 @@
 #include "pavane/tables/table_editors.h"
 #include "pavane/tables/table_history.h"
 #include "pavane/tables/TableFinder.h"
+#include "pavane/tables/TablePainter.h"
 #include "pavane/tables/TableSorter.h"
 #include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
@@ -20,14 +21,11 @@ namespace pavane
 {
 
 ATableWnd::ATableWnd()
-    : tasks_(std::make_unique<Tasks>(*this)), sorter_(std::make_unique<Sorter>(*this)),
-      finder_(std::make_unique<Finder>(*this)), sizer_(std::make_unique<Sizer>(*this)),
-      history_(std::make_shared<TableHistory>(*this))
+    : painter_(std::make_unique<Painter>(*this)), tasks_(std::make_unique<Tasks>(*this)),
+      sorter_(std::make_unique<Sorter>(*this)), finder_(std::make_unique<Finder>(*this)),
+      sizer_(std::make_unique<Sizer>(*this)), history_(std::make_shared<TableHistory>(*this))
 {
     SetFlag(windowNoWaitCursor, 1);
-    (void)glyphs_.Create(glyphWidth, glyphHeight);
-    for (const auto& rows : tableGlyphs)
-        (void)glyphs_.Add(rows, static_cast<int>(std::size(rows)));
 }
 
 ATableWnd::~ATableWnd()
@@ -63,8 +61,8 @@ void ATableWnd::OnDestroy()
     if (history_->windowGoes())
         history_ = std::make_shared<TableHistory>(*this);
     job_ = nullptr;
-    painting_ = printing_ = layingOut_ = opening_ = storing_ = closing_ = keyFromEditor_ = 0;
-    lineWidth_ = 1;
+    painter_->forget();
+    layingOut_ = opening_ = storing_ = closing_ = keyFromEditor_ = 0;
     setOpt(optSkipPaint, 0);
     skipped_.SetRectEmpty();
     ABWindow::OnDestroy();

@@ -11,9 +11,7 @@
 #include "pavane/tables/grid/table_pages.h"
 #include "pavane/tables/grid/TableGrid.h"
 #include "pavane/tables/grid/TableSearch.h"
-#include "pavane/tables/table_colors.h"
 #include "pavane/windows/ABWindow.h"
-#include "platform/image_list.h"
 
 #include <functional>
 #include <iosfwd>
@@ -319,10 +317,11 @@ private:
     class EditingPaste;
     class JobScope;
     class TextsOfTable;
-    class Tasks;   // TableTasks.h
-    class Sorter;  // TableSorter.h
-    class Finder;  // TableFinder.h
-    class Sizer;   // ColumnSizer.h
+    class Tasks;    // TableTasks.h
+    class Sorter;   // TableSorter.h
+    class Painter;  // TablePainter.h
+    class Finder;   // TableFinder.h
+    class Sizer;    // ColumnSizer.h
 
     CRect client() const;
     CFont& tableFont();
@@ -349,15 +348,7 @@ private:
     void dragTo(CPoint point, int scroll);
     void endDrag();
 
-    void drawCells(CDC& dc, const CRect& area);
-    void fillGround(CDC& dc, const CRect& area, COLORREF ground);
-    void learnFilling(CDC& dc, const CRect& cell, int row, int column, int state);
-    void drawOne(CDC& dc, const CRect& cell, int row, int column, int state);
     void measureForPaper();
-    void drawLines(CDC& dc, const CRect& rect, int row);
-    void drawGlyph(CDC& dc, const CRect& rect, int row, int column, COLORREF ground);
-    void drawSortMark(CDC& dc, const CRect& rect, int row, int column, COLORREF ground);
-    const TableColors& colors();
 
     int isComboEnabled(int row, int column);
     int canEdit(int row, int column);
@@ -391,16 +382,8 @@ private:
     int options_ = 0;
     int rowUnit_ = 10;
     int scrollMode_ = 0;
-    CImageList glyphs_;
     CFont font_;
     int hasFont_ = 0;
-    TableColors colors_;
-    int painting_ = 0;
-    int printing_ = 0;
-    int cellsFill_ = 0;      ///< all cells so far filled themselves; below 0, one did not
-    int cellFilled_ = 0;     ///< the last one did
-    int cellsOnGround_ = 0;  ///< the ground was painted under the cells too
-    int lineWidth_ = 1;      ///< of edges; paper has more units than a screen
     TablePages pages_;
     int pagesKnown_ = 0;
     int layingOut_ = 0;
@@ -414,6 +397,7 @@ private:
     std::unique_ptr<ATableCombo> combo_;
     std::vector<std::unique_ptr<CWnd>> closed_;  ///< editors that may be on the stack still
     int menuColumn_ = -1;  ///< on whose header the context menu is open; below 0, on none
+    std::unique_ptr<Painter> painter_;
     std::unique_ptr<Tasks> tasks_;
     std::unique_ptr<Sorter> sorter_;
     std::unique_ptr<Finder> finder_;

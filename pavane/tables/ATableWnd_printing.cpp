@@ -1,4 +1,5 @@
 #include "pavane/tables/ATableWnd.h"
+#include "pavane/tables/TablePainter.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/CDC.h"
 #include "platform/window_dc.h"
@@ -57,8 +58,7 @@ void ATableWnd::PrintWindow(CDC& dc, CRect& rect, int page)
     scaled.lfHeight = std::max(1, static_cast<int>(std::lround(metrics.tmHeight * scale)));
     (void)font.CreateFontIndirect(scaled);
     dc.SelectObject(&font);
-    ++printing_;
-    lineWidth_ = std::max(1, static_cast<int>(std::lround(scale)));
+    painter_->beginPrinting(std::max(1, static_cast<int>(std::lround(scale))));
     const auto left = [&](int column) {
         const double before = static_cast<double>(grid_.columns().before(column)) * scale;
         return rect.left + static_cast<int>(std::min(std::floor(before + 0.5), 1e9));
@@ -67,7 +67,7 @@ void ATableWnd::PrintWindow(CDC& dc, CRect& rect, int page)
         for (int c = 0; c <= columns() && left(c) < rect.right; ++c) {
             const CRect cell(left(c), top, left(c + 1), top + rowHeight);
             if (!cell.IsRectEmpty())
-                drawOne(dc, cell, row, c, 0);
+                painter_->paintCell(dc, cell, row, c, 0);
             if (watch.gone())
                 return false;
         }
@@ -83,10 +83,8 @@ void ATableWnd::PrintWindow(CDC& dc, CRect& rect, int page)
         goesOn = line(static_cast<int>(r), top);
         top += rowHeight;
     }
-    if (goesOn) {
-        --printing_;
-        lineWidth_ = 1;
-    }
+    if (goesOn)
+        painter_->endPrinting();
     dc.RestoreDC(saved);
 }
 
