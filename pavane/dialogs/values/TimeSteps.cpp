@@ -35,7 +35,7 @@ void TimeSteps::add(double seconds)
 {
     if (!(seconds > 0 && seconds < longestStep))
         return;
-    const auto step = static_cast<std::int64_t>(seconds * microseconds + 0.5);
+    const std::int64_t step = std::llround(seconds * microseconds);
     if (step > 0 && (counts_.size() < mostSteps || counts_.contains(step)))
         ++counts_[step];
 }
