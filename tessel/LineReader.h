@@ -16,7 +16,7 @@ class PAVANE_API LineReader
 {
 public:
     /// Bytes; a longer line is no line of a text.
-    static constexpr std::size_t longestLine = 64 * 1024;
+    static constexpr std::size_t longestLine = std::size_t{64} * 1024;
 
     explicit LineReader(AFile& file) : file_(file), left_(file.left()) {}
     /// Takes the next line, without its end. 0 at the end of the file, or when `fault` says more.

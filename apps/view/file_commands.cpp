@@ -47,10 +47,10 @@ std::string ageText(std::int64_t time)
     const auto text = [](std::int64_t n, const char* what) {
         return std::to_string(n) + ' ' + what + (n == 1 ? " ago" : "s ago");
     };
-    return minutes < 1             ? "less than a minute ago"
-           : minutes < 2 * 60      ? text(minutes, "minute")
-           : minutes < 2 * 24 * 60 ? text(minutes / 60, "hour")
-                                   : text(minutes / (24 * 60), "day");
+    return minutes < 1      ? "less than a minute ago"
+           : minutes < 120  ? text(minutes, "minute")
+           : minutes < 2880 ? text(minutes / 60, "hour")
+                            : text(minutes / 1440, "day");
 }
 
 }  // namespace

@@ -74,7 +74,7 @@ int readAreas(const ViewOptions& options, ViewInputs& inputs, std::vector<std::s
         std::erase(found.lines, found.loss);
     }
     for (const std::string& line : found.lines)
-        notes.push_back(file + ": " + line);
+        notes.emplace_back(file).append(": ").append(line);
     if (!inputs.mask.count())
         notes.push_back(file + ": no cell of the map lies in its areas: the mask is empty");
     return 1;

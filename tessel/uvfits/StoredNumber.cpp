@@ -51,8 +51,9 @@ std::string storedText(const StoredNumber& number, int places)
     if (power < 0)
         return result + "0." + std::string(static_cast<std::size_t>(-power - 1), '0') + digits;
     if (count <= power + 1)
-        return result + digits + std::string(static_cast<std::size_t>(power + 1 - count), '0');
-    return result + digits.insert(static_cast<std::size_t>(power + 1), 1, '.');
+        return result + digits +
+               std::string(static_cast<std::size_t>(power) + 1 - digits.size(), '0');
+    return result + digits.insert(static_cast<std::size_t>(power) + 1, 1, '.');
 }
 
 }  // namespace pavane

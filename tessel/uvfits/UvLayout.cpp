@@ -231,8 +231,9 @@ int julianDay(const std::string& date, double& day)
     const int a = (14 - m) / 12;
     const int years = y + 4800 - a;
     const int months = m + 12 * a - 3;
-    day =
-        d + (153 * months + 2) / 5 + 365 * years + years / 4 - years / 100 + years / 400 - 32045.5;
+    const int whole =
+        d + (153 * months + 2) / 5 + 365 * years + years / 4 - years / 100 + years / 400;
+    day = whole - 32045.5;
     return 1;
 }
 

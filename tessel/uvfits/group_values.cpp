@@ -1,6 +1,7 @@
 #include "tessel/uvfits/group_values.h"
 
 #include "tessel/big_endian.h"
+#include "tessel/rounding.h"
 
 #include <cmath>
 #include <limits>
@@ -103,7 +104,7 @@ void splitBaseline(double value, int& subarray, int& first, int& second)
         const auto packed = static_cast<unsigned>(value);
         first = static_cast<int>(packed / 256);
         second = static_cast<int>(packed % 256);
-        subarray = static_cast<int>((value - packed) * 100 + 0.5) + 1;
+        subarray = truncated((value - packed) * 100 + 0.5) + 1;
     } else if (value >= 0 && value < mostTelescopes * 2048) {
         const auto packed = static_cast<std::uint64_t>(value - wideBaselines);
         first = static_cast<int>(packed / 2048);

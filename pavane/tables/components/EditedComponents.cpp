@@ -159,8 +159,14 @@ std::vector<std::string> lossesOfComponentText(const AComponents& list, int most
             if (now == then)
                 continue;
             if (lines.size() < static_cast<std::size_t>(most))
-                lines.push_back("component " + std::to_string(i + 1) + ": " +
-                                componentTitle(column) + ' ' + now + " becomes " + then);
+                lines.emplace_back("component ")
+                    .append(std::to_string(i + 1))
+                    .append(": ")
+                    .append(componentTitle(column))
+                    .append(1, ' ')
+                    .append(now)
+                    .append(" becomes ")
+                    .append(then);
             else
                 ++more;
         }

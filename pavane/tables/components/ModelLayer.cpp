@@ -76,6 +76,7 @@ std::vector<std::vector<CPointF>> ModelLayer::curvesOf(int i, const ABAxis& axis
         return {{{c.x - cross, c.y}, {c.x + cross, c.y}}, {{c.x, c.y - cross}, {c.x, c.y + cross}}};
     }
     std::vector<CPointF> outline;
+    outline.reserve(static_cast<std::size_t>(points.count()));
     for (int k = 0; k < points.count(); ++k)
         outline.push_back(drawn(points(k)));
     return {std::move(outline)};

@@ -113,6 +113,7 @@ int AComponentsTbl::CopyComponents()
     if (records.empty())
         return 0;
     std::vector<ACompItem> copies;
+    copies.reserve(records.size());
     for (const int record : records)
         copies.push_back(components()(record));
     const int at = records.back() + 1;

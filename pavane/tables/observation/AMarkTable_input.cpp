@@ -62,6 +62,7 @@ void AMarkTable::OnLButtonDblClk(unsigned flags, CPoint point)
     if (item < 0)
         return ATableWnd::OnLButtonDblClk(flags, point);
     const TableWatch watch(*this);
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): the table is passed over
     ABWindow::OnLButtonDblClk(flags, point);
     if (!watch.gone() && items_ == MarkItems::rows && hasFocus())
         (void)ToggleMark(item);
@@ -82,12 +83,14 @@ void AMarkTable::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     if (!(flags & heldBefore))
         (void)RunTableCommand(command->id);
     if (!watch.gone())
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the table is passed over
         ABWindow::OnKeyDown(key, repeat, flags);
 }
 
 void AMarkTable::OnChar(unsigned character, unsigned repeat, unsigned flags)
 {
     if (character == ' ')
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the table is passed over
         return ABWindow::OnChar(character, repeat, flags);
     ATableWnd::OnChar(character, repeat, flags);
 }

@@ -202,6 +202,7 @@ void FreqTable::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     if (command->key != VK_INSERT)
         (void)RunTableCommand(command->id);
     if (!watch.gone())
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call): the table is passed over
         ABWindow::OnKeyDown(key, repeat, flags);
 }
 
