@@ -88,13 +88,13 @@ void UvDotsGraph::draw(CDC& dc, CRect&, TMinMax&)
     if (!axis() || count() == 0)
         return;
     const FigureUnits units(dc);
-    const int pixel = units.areFine() ? units.units(1) : 1;
+    const int pixel = std::max(1, units.units(1));
     const int grid = count() > mostExactDots ? std::max(1, pixel / partsOfPixel) : 1;
     const CurveScale x = curveScaleX(*axis());
     const CurveScale y = curveScaleY(*axis());
     PointPixels cells(coarser(x, grid), coarser(y, grid));
     addTo(cells);
-    const int size = dotSize() * pixel;
+    const int size = unitsOf(dc, dotSize());
     cells.forRuns([&](int first, int last, int row) {
         const int from = x.base + x.sign * (x.sign > 0 ? first : last) * grid;
         const int to = x.base + x.sign * (x.sign > 0 ? last : first) * grid;
@@ -148,7 +148,7 @@ void UvPlotGraph::addTo(PointPixels& pixels) const
 void UvPlotGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
 {
     UvDotsGraph::draw(dc, rect, range);
-    if (!hasChosen_ || !axis())
+    if (!hasChosen_ || !axis() || isPage(dc))  // paper has no selection
         return;
     const double x = double{chosen_.distance};
     const double y = double{chosen_.amplitude};

@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/resources/axis_messages.h"
@@ -28,9 +29,8 @@ void A2DAxis::draw(CDC& dc, CRect& rect)
     const int options = options_;
     PlotLayout layout;
     if (composeLayout(dc, rect, layout)) {
-        if (dc.IsVector())
-            setFlag(axisBitmapMode,
-                    0);  // a page takes vectors; a raster of its units would be huge
+        if (isPage(dc))  // which takes vectors; a raster of its units would be huge
+            setFlag(axisBitmapMode, 0);
         const HPALETTE old = BeginPalette();
         const int saved = dc.SaveDC();
         dc.SetBkMode(TRANSPARENT);

@@ -1,5 +1,6 @@
 // What stands around the graphs of a plot: grid, frame, ticks, labels, titles, header line.
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
@@ -48,7 +49,8 @@ void A2DAxis::drawGrid(const PlotLayout& layout)
 
 void A2DAxis::drawFrame(CDC& dc)
 {
-    const SelectedObject<CPen> pen(dc, CPen(PS_SOLID, fHeight_ / framePart, workColor(1)));
+    const SelectedObject<CPen> pen(
+        dc, CPen(PS_SOLID, FigureUnits(dc).line(fHeight_, framePart), workColor(1)));
     const CRect& g = graphRect_;
     dc.MoveTo(g.left, g.top);
     dc.LineTo(g.right, g.top);
@@ -59,7 +61,8 @@ void A2DAxis::drawFrame(CDC& dc)
 
 void A2DAxis::drawTicks(CDC& dc, const PlotLayout& layout)
 {
-    const SelectedObject<CPen> pen(dc, CPen(PS_SOLID, fHeight_ / framePart, workColor(1)));
+    const SelectedObject<CPen> pen(
+        dc, CPen(PS_SOLID, FigureUnits(dc).line(fHeight_, framePart), workColor(1)));
     strokeTicks(layout, [&dc](CPoint from, CPoint to) {
         dc.MoveTo(from.x, from.y);
         dc.LineTo(to.x, to.y);
@@ -71,6 +74,9 @@ void A2DAxis::strokeTicks(const PlotLayout& layout,
 {
     const CRect& g = graphRect_;
     const bool inside = isFlagSet(axisTicksInside);
+    const FigureUnits units(dc());
+    const int major = units.ofFont(fHeight_, majorTickLength);
+    const int minor = units.ofFont(fHeight_, minorTickLength);
     const auto xTick = [&](double value, int length) {
         const int x = std::clamp(RPXtoGPX(value), g.left, g.right);
         stroke({x, g.bottom}, {x, g.bottom + (inside ? -length : length)});
@@ -84,13 +90,13 @@ void A2DAxis::strokeTicks(const PlotLayout& layout,
             stroke({g.right, y}, {g.right - length, y});
     };
     for (const TickSet::Tick& tick : layout.x.major)
-        xTick(tick.value, majorTickLength(fHeight_));
+        xTick(tick.value, major);
     for (const double value : layout.x.minor)
-        xTick(value, minorTickLength(fHeight_));
+        xTick(value, minor);
     for (const TickSet::Tick& tick : layout.y.major)
-        yTick(tick.value, majorTickLength(fHeight_));
+        yTick(tick.value, major);
     for (const double value : layout.y.minor)
-        yTick(value, minorTickLength(fHeight_));
+        yTick(value, minor);
 }
 
 void A2DAxis::drawLabels(CDC& dc, const PlotLayout& layout)
@@ -99,7 +105,7 @@ void A2DAxis::drawLabels(CDC& dc, const PlotLayout& layout)
     if (!CreateAxisFont(font, fHeight_, 0, 0.0))
         return;
     const SelectedObject<CFont> selected(dc, font);
-    const int gap = labelGap(fHeight_);
+    const int gap = FigureUnits(dc).ofFont(fHeight_, labelGap);
     for (const TickSet::Tick& tick : layout.x.major) {
         const int width = dc.GetTextExtent(tick.label).cx;
         if (!tick.label.empty())
@@ -137,7 +143,9 @@ void A2DAxis::drawTitles(CDC& dc, const PlotLayout& layout)
     }
     if (!layout.header.empty() && CreateAxisFont(font, fHeight_, 1, 0.0)) {
         const SelectedObject<CFont> selected(dc, font);
-        const int bottom = g.top - fHeight_ / 2 + fHeight_ / 4;
+        const int bottom = g.top - FigureUnits(dc).ofFont(fHeight_, [](int height) {
+            return height / 2 - height / 4;
+        });
         CRect text(layout.headerLeft, bottom - layout.headerHeight, layout.headerRight, bottom);
         dc.DrawText(layout.header, text, headerFormat);
     }

@@ -166,7 +166,7 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
     dc_ = &dc;
     setUpParameters();
     const int hasRoom =
-        FigureUnits(dc).areFine() ? composeOnPage(dc, rect, layout) : compose(dc, rect, layout);
+        FigureUnits(dc).arePixels() ? compose(dc, rect, layout) : composeOnPage(dc, rect, layout);
     graphRect_ = layout.graph;
     return hasRoom && graphRect_.right > graphRect_.left && graphRect_.bottom > graphRect_.top;
 }

@@ -119,6 +119,13 @@ public:
     void pointBar(const int& x, const int& y, const unsigned long& color);
     /// How far markers reach from their point, without the width of their pen.
     int markerReach() const;
+    /// Device units of a marker that is a part of the font height, at least a pixel of 96 per inch:
+    /// as large on every device. Needs the context.
+    int markerSize(int part) const;
+    /// Device width of a graph's line (graph_styles.h), in the same way.
+    int graphLine(int width) const;
+    /// Non-zero when the context draws vectors: strokes then end at their last point.
+    int isOnPage() const;
     /// Palette index of a colour in bitmap mode, the nearest one for colours out of the palette.
     /// RGB(r, 0, 0) is a dark red here; only markers take it for the index r.
     int paletteIndex(COLORREF color) const;

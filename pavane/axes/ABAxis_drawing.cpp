@@ -1,6 +1,8 @@
 #include "pavane/axes/ABAxis.h"
 
 #include "pavane/axes/axis_fonts.h"
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/graph_styles.h"
 #include "pavane/axes/marker_blocks.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/images/ADIBase.h"
@@ -115,15 +117,17 @@ void ABAxis::markerStrokes(const unsigned long& color, const CRect& first, const
 
 void ABAxis::pointCross(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = sizeOfPart(fHeight_, GetPartCrossHeight());
-    markerStrokes(color, CRect(x - h, y, x + h + 1, y), CRect(x, y + h, x, y - h - 1));
+    const int h = markerSize(GetPartCrossHeight());
+    const int end = isOnPage() ? h : h + 1;
+    markerStrokes(color, CRect(x - h, y, x + end, y), CRect(x, y + h, x, y - end));
 }
 
 void ABAxis::pointCrossInv(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = sizeOfPart(fHeight_, GetPartCrossHeight());
-    markerStrokes(color, CRect(x - h, y - h, x + h + 1, y + h + 1),
-                  CRect(x - h, y + h, x + h + 1, y - h - 1));
+    const int h = markerSize(GetPartCrossHeight());
+    const int end = isOnPage() ? h : h + 1;
+    markerStrokes(color, CRect(x - h, y - h, x + end, y + end),
+                  CRect(x - h, y + h, x + end, y - end));
 }
 
 void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
@@ -145,15 +149,28 @@ void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
 
 int ABAxis::markerReach() const
 {
-    return std::max(sizeOfPart(fHeight_, GetPartCrossHeight()),
-                    sizeOfPart(fHeight_, GetPartPointHeight()) / 2);
+    return std::max(markerSize(GetPartCrossHeight()), markerSize(GetPartPointHeight()) / 2);
 }
+
+int ABAxis::markerSize(int part) const
+{
+    return FigureUnits(dc_).ofFont(fHeight_,
+                                   [part](int height) { return sizeOfPart(height, part); });
+}
+
+int ABAxis::graphLine(int width) const
+{
+    return FigureUnits(dc_).ofFont(fHeight_,
+                                   [width](int height) { return graphLineWidth(width, height); });
+}
+
+int ABAxis::isOnPage() const { return dc_ && dc_->IsVector() && !isFlagSet(axisBitmapMode); }
 
 void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 {
-    const int size = sizeOfPart(fHeight_, GetPartPointHeight());
+    const int size = markerSize(GetPartPointHeight());
     const CRect block = dotBlocks(x, x, y, size);
-    if (size <= mostSquareDot || isFlagSet(axisBitmapMode)) {
+    if (isSquareDot(size, isOnPage()) || isFlagSet(axisBitmapMode)) {
         markerBlock(color, block);
         return;
     }
@@ -162,12 +179,13 @@ void ABAxis::point(const int& x, const int& y, const unsigned long& color)
     const auto wanted = static_cast<COLORREF>(color);
     const SelectedObject<CPen> pen(*dc_, CPen(PS_NULL, 0, wanted));
     const SelectedObject<CBrush> brush(*dc_, CBrush(wanted));
-    dc_->Ellipse(block.left, block.top, block.right + 1, block.bottom + 1);
+    const int past = isOnPage() ? 2 : 1;  // without a pen a figure is a unit smaller
+    dc_->Ellipse(block.left, block.top, block.right + past, block.bottom + past);
 }
 
 void ABAxis::pointBar(const int& x, const int& y, const unsigned long& color)
 {
-    const int half = sizeOfPart(fHeight_, GetPartCrossHeight());
+    const int half = markerSize(GetPartCrossHeight());
     markerBlock(color, barBlocks(x, x, y, half));
 }
 

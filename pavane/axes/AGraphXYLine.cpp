@@ -31,9 +31,6 @@ void AGraphXYLine::draw(CDC& dc, CRect&, TMinMax&)
         drawAxisCurve(*axis(), dc, {x_, y_, count_}, style1_, style2_, color_);
 }
 
-int AGraphXYLine::overhang(const ABAxis& axis) const
-{
-    return graphLineWidth(style2_, axis.getFHeight()) / 2;
-}
+int AGraphXYLine::overhang(const ABAxis& axis) const { return axis.graphLine(style2_) / 2; }
 
 }  // namespace pavane

@@ -45,10 +45,10 @@ constexpr int fewPoints = 1000;
 CRect blocksOf(const ABAxis& axis, int shape, int first, int last, int y)
 {
     if (shape == graphPointBar)
-        return barBlocks(first, last, y, sizeOfPart(axis.getFHeight(), GetPartCrossHeight()));
-    const int dot = sizeOfPart(axis.getFHeight(), GetPartPointHeight());
+        return barBlocks(first, last, y, axis.markerSize(GetPartCrossHeight()));
+    const int dot = axis.markerSize(GetPartPointHeight());
     const bool other = shape == graphPointCross || shape == graphPointCrossInverse ||
-                       shape == graphPointStar || dot > mostSquareDot;
+                       shape == graphPointStar || !isSquareDot(dot, axis.isOnPage());
     return other ? CRect(0, 0, -1, -1) : dotBlocks(first, last, y, dot);
 }
 
@@ -73,7 +73,7 @@ void AGraphXYPoint::draw(CDC&, CRect&, TMinMax&)
         return;
     ABAxis& plot = *axis();
     const AxisPenState state(plot);
-    plot.setLineWidth(graphLineWidth(style2_, plot.getFHeight()));
+    plot.setLineWidth(plot.graphLine(style2_));
     // A dark red is not to be taken for an index.
     const unsigned long color =
         plot.isFlagSet(axisBitmapMode) ? PALETTEINDEX(plot.paletteIndex(color_)) : color_;
@@ -103,7 +103,7 @@ void AGraphXYPoint::draw(CDC&, CRect&, TMinMax&)
 int AGraphXYPoint::overhang(const ABAxis& axis) const
 {
     // Strokes end a unit beyond the last one that they cover, and wide ones in a round cap.
-    return axis.markerReach() + graphLineWidth(style2_, axis.getFHeight()) / 2 + 1;
+    return axis.markerReach() + axis.graphLine(style2_) / 2 + 1;
 }
 
 }  // namespace pavane

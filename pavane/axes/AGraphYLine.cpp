@@ -40,9 +40,6 @@ void AGraphYLine::draw(CDC& dc, CRect&, TMinMax&)
         drawAxisCurve(*axis(), dc, {nullptr, y_, count_, x0_, dx_}, setting1_, setting2_, color_);
 }
 
-int AGraphYLine::overhang(const ABAxis& axis) const
-{
-    return graphLineWidth(setting2_, axis.getFHeight()) / 2;
-}
+int AGraphYLine::overhang(const ABAxis& axis) const { return axis.graphLine(setting2_) / 2; }
 
 }  // namespace pavane

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/axis_curve.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/normality.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/images/ADIBase.h"
@@ -20,7 +21,11 @@ constexpr int curveSegments = 64;
 constexpr int headerDigits = 3;
 constexpr double leastExponent = -600;  ///< exp of it is still above 0
 
-int curveWidth(const ABAxis& axis) { return truncated(axis.getFHeight() * 0.125 + 0.5); }
+int curveWidth(const ABAxis& axis)
+{
+    return FigureUnits(axis.dc()).ofFont(
+        axis.getFHeight(), [](int height) { return truncated(height * 0.125 + 0.5); });
+}
 
 }  // namespace
 

@@ -264,7 +264,7 @@ void drawAxisCurve(ABAxis& axis, CDC& dc, const CurvePoints& points, int style, 
 {
     if (!points.y || points.n < 1 || style == PS_NULL)
         return;
-    const int deviceWidth = graphLineWidth(width, axis.getFHeight());
+    const int deviceWidth = axis.graphLine(width);
     if (axis.isFlagSet(axisBitmapMode)) {
         if (!axis.dib())
             return;

@@ -17,8 +17,13 @@ inline int sizeOfPart(int fHeight, int part)
     return std::max(1, truncated(static_cast<double>(fHeight) / std::max(part, 1) + 0.5));
 }
 
-/// Dots up to this size are squares; larger ones are discs where the device draws them.
-inline constexpr int mostSquareDot = 4;
+/// Small dots of pixels are squares; larger ones are discs where the device draws them, and so are
+/// all dots on a page.
+inline int isSquareDot(int size, int onPage)
+{
+    constexpr int mostSquare = 4;
+    return size <= mostSquare && !onPage;
+}
 
 inline CRect dotBlocks(int first, int last, int y, int size)
 {

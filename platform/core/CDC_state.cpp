@@ -3,6 +3,7 @@
 #include "platform/core/pixel_rounding.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace pavane
 {
@@ -139,11 +140,17 @@ bool CDC::State::drawsVectors()
 
 StrokeStyle CDC::State::strokeStyle() const
 {
-    // a pen of no width is a hairline: one pixel, on a page half of one
-    const int scale = backend->scale();
-    const bool hairline = penWidth() <= 1;
-    const double width = hairline ? (scale > 1 ? 0.5 * scale : 1.0) : penWidth();
-    return {now.pen.style(), width, pixel(now.pen.color())};
+    if (!backend->page())
+        return {now.pen.style(), static_cast<double>(penWidth()), pixel(now.pen.color())};
+    // a pen of no width, or of less than a fine page shows, is a hairline of half a pixel; a page
+    // has widths between its units
+    const double scale = backend->scale();
+    const Mapping& mapping = now.mapping;
+    const double unit =
+        mapping.isPlain() ? 1 : std::fabs(double(mapping.viewportExt.cx) / mapping.windowExt.cx);
+    const double width = now.pen.width() * unit;
+    const bool hairline = width <= 0 || (scale > 1 && width <= 1);
+    return {now.pen.style(), hairline ? 0.5 * scale : width, pixel(now.pen.color())};
 }
 
 FillStyle CDC::State::fillStyle(const CBrush& brush) const

@@ -1,5 +1,6 @@
 #include "pavane/axes/maps/AAxisLevelOP.h"
 
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/maps/device_strokes.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
@@ -34,6 +35,7 @@ ScaleTicks AAxisLevelOP::ticks(int /*intervals*/) const
 void AAxisLevelOP::drawBar(CDC& dc, const CRect& bar, const ScaleTicks& ticks)
 {
     dc.FillSolidRect(bar, RGB(255, 255, 255));
+    const double least = MapContours::leastDash * FigureUnits(dc).perPixel();
     for (std::size_t i = 0; i < ticks.ticks.size(); ++i) {
         const double value = ticks.ticks[i].value;
         const int at = along(bar, ticks.ticks[i].position);
@@ -61,8 +63,8 @@ void AAxisLevelOP::drawBar(CDC& dc, const CRect& bar, const ScaleTicks& ticks)
                                    {static_cast<double>(isHorizontal() ? at : bar.right),
                                     static_cast<double>(isHorizontal() ? bar.bottom : at)}};
         if (value < 0)
-            strokes.dashes(across, 2, std::max(2.0, fHeight_ * MapContours::dashPart / 2),
-                           std::max(2.0, fHeight_ * MapContours::gapPart / 2));
+            strokes.dashes(across, 2, std::max(least, fHeight_ * MapContours::dashPart / 2),
+                           std::max(least, fHeight_ * MapContours::gapPart / 2));
         else
             strokes.polyline(across, 2);
     }

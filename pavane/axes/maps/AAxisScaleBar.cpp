@@ -1,6 +1,8 @@
 #include "pavane/axes/maps/AAxisScaleBar.h"
 
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
+#include "pavane/axes/PlotLayout.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
 
@@ -81,7 +83,9 @@ int AAxisScaleBar::neededBreadth(CDC& dc, int length) const
     const ScaleTicks chosen = fittingTicks(dc, length);
     const int title = chosen.title.empty() ? 0 : fHeight_ * 3 / 2;
     const int labels = horizontal_ ? fHeight_ : widestLabel(dc, chosen);
-    return barBreadth() + tickLength() + labelGap() + labels + title;
+    const FigureUnits units(dc);
+    return barBreadth() + units.ofFont(fHeight_, majorTickLength) +
+           units.ofFont(fHeight_, labelGap) + labels + title;
 }
 
 void AAxisScaleBar::draw(CDC& dc, CRect& rect)
@@ -98,7 +102,7 @@ void AAxisScaleBar::draw(CDC& dc, CRect& rect)
     if (chosen.ticks.empty())
         return;
     drawBar(dc, bar, chosen);
-    CPen pen(PS_SOLID, fHeight_ / 12, RGB(0, 0, 0));
+    CPen pen(PS_SOLID, FigureUnits(dc).line(fHeight_, 12), RGB(0, 0, 0));
     CPen* const oldPen = dc.SelectObject(&pen);
     const CPoint frame[] = {{bar.left, bar.top},
                             {bar.right, bar.top},
@@ -115,23 +119,26 @@ void AAxisScaleBar::draw(CDC& dc, CRect& rect)
 void AAxisScaleBar::drawLabels(CDC& dc, const CRect& bar, const ScaleTicks& ticks)
 {
     const BarText text(dc, fHeight_, 0.0);
+    const FigureUnits units(dc);
+    const int tickEnd = units.ofFont(fHeight_, majorTickLength) + (dc.IsVector() ? 0 : 1);
+    const int gap = units.ofFont(fHeight_, labelGap);
     int freeFrom = horizontal_ ? bar.left - bar.Width() : bar.bottom + bar.Height();
     for (const ScaleTick& tick : ticks.ticks) {
         const int at = along(bar, tick.position);
         const CSize size = dc.GetTextExtent(tick.label);
         if (horizontal_) {
             dc.MoveTo(at, bar.bottom);
-            dc.LineTo(at, bar.bottom + tickLength() + 1);
+            dc.LineTo(at, bar.bottom + tickEnd);
             if (at - size.cx / 2 < freeFrom)
                 continue;
-            dc.TextOut(at - size.cx / 2, bar.bottom + labelGap(), tick.label);
+            dc.TextOut(at - size.cx / 2, bar.bottom + gap, tick.label);
             freeFrom = at + size.cx / 2 + fHeight_ / 2;
         } else {
             dc.MoveTo(bar.right, at);
-            dc.LineTo(bar.right + tickLength() + 1, at);
+            dc.LineTo(bar.right + tickEnd, at);
             if (at > freeFrom)
                 continue;
-            dc.TextOut(bar.right + labelGap(), at - size.cy / 2, tick.label);
+            dc.TextOut(bar.right + gap, at - size.cy / 2, tick.label);
             freeFrom = at - truncated(labelSpacing * fHeight_);
         }
     }
@@ -146,11 +153,13 @@ void AAxisScaleBar::drawTitle(CDC& dc, const CRect& bar, const ScaleTicks& ticks
     const CString title = fittedLine(dc, ticks.title, length + titleHeights * fHeight_);
     const CSize size = dc.GetTextExtent(title);
     const CPoint centre = bar.CenterPoint();
+    const int away = FigureUnits(dc).ofFont(fHeight_, [this](int height) {
+        return labelGap(height) + (horizontal_ ? height * 5 / 4 : height * 2 / 5);
+    });
     if (horizontal_)
-        dc.TextOut(centre.x - size.cx / 2, bar.bottom + labelGap() + fHeight_ * 5 / 4, title);
+        dc.TextOut(centre.x - size.cx / 2, bar.bottom + away, title);
     else
-        dc.TextOut(bar.right + labelGap() + widest + fHeight_ * 2 / 5, centre.y + size.cx / 2,
-                   title);
+        dc.TextOut(bar.right + away + widest, centre.y + size.cx / 2, title);
 }
 
 }  // namespace pavane

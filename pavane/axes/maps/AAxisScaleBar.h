@@ -40,8 +40,6 @@ private:
     void drawLabels(CDC& dc, const CRect& bar, const ScaleTicks& ticks);
     void drawTitle(CDC& dc, const CRect& bar, const ScaleTicks& ticks, int widest);
     int barBreadth() const { return fHeight_; }
-    int tickLength() const { return fHeight_ / 3; }
-    int labelGap() const { return fHeight_ / 2; }
 
     int horizontal_;
 };

@@ -1,10 +1,12 @@
 #include "pavane/axes/maps/AColorsGraph.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/images/ADIBase.h"
 #include "pavane/images/bitmap_header.h"
 #include "pavane/images/palettes.h"
 #include "platform/CDC.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,8 +18,10 @@ namespace pavane
 namespace
 {
 
-/// The longest side of the image that a page gets; larger maps are reduced to it.
-constexpr int longestPageImage = 2048;
+/// The image of a map on a page has a pixel for each cell, but for more than either of these it is
+/// reduced: what printers and eyes tell apart, and what a reader who magnifies a small figure gets.
+constexpr double imagePixelsPerInch = 300;
+constexpr int enoughPixels = 2048;
 
 int loadedPalette() { return *GetGlobalPalette() || LoadDefaultPalette() || LoadBuiltInPalette(); }
 
@@ -28,7 +32,8 @@ struct PageCells {
     int end = 0;
     PixelCells pixels;
 
-    PageCells(double low, double high, int cells, int falling)
+    /// `units` of the page show them, `perInch` to an inch.
+    PageCells(double low, double high, int cells, int falling, int units, int perInch)
     {
         first =
             static_cast<int>(std::clamp(std::floor(std::min(low, high) + 0.5), 0.0, 1.0 * cells));
@@ -36,7 +41,10 @@ struct PageCells {
         const int count = end - first;
         if (count < 1)
             return;
-        const int sides = std::min(count, longestPageImage);
+        const double inches =
+            static_cast<double>(units) / std::max(perInch, 1) * count / std::fabs(high - low);
+        const int most = std::max(enoughPixels, truncated(std::ceil(inches * imagePixelsPerInch)));
+        const int sides = std::min(count, most);
         const double step = static_cast<double>(count) / sides;
         if (falling)
             pixels.setLinear(end - 0.5, -step, sides, cells);
@@ -123,7 +131,7 @@ void AColorsGraph::drawCells(CDC& dc) const
 {
     if (axis()->isFlagSet(axisBitmapMode))
         return drawIntoRaster();
-    if (dc.IsVector())
+    if (isPage(dc))
         return drawOnPage(dc);
     // pixels whose centres lie on the ends of the axis belong to the picture
     const CRect& rect = axis()->getGraphRect();
@@ -187,7 +195,7 @@ void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
     while (bottom > top && y.groupOf(bottom - 1) < 0)
         --bottom;
     // on a finer device whole units, or the picture would be stretched by a part of one
-    const int ratio = dc.IsVector() ? 1 : dc.GetPixelRatio();
+    const int ratio = isPage(dc) ? 1 : dc.GetPixelRatio();
     left = (left + ratio - 1) / ratio * ratio;
     right = right / ratio * ratio;
     top = (top + ratio - 1) / ratio * ratio;
@@ -218,8 +226,9 @@ void AColorsGraph::drawOnPage(CDC& dc) const
     const double right = RPXtoMPX(axis()->GPXtoRPX(rect.right));
     const double top = RPYtoMPY(axis()->GPYtoRPY(rect.top));
     const double bottom = RPYtoMPY(axis()->GPYtoRPY(rect.bottom));
-    const PageCells x(left, right, cells().columns(), left > right);
-    const PageCells y(top, bottom, cells().rows(), top > bottom);
+    const int perInch = dc.GetDeviceCaps(LOGPIXELSX);
+    const PageCells x(left, right, cells().columns(), left > right, rect.Width(), perInch);
+    const PageCells y(top, bottom, cells().rows(), top > bottom, rect.Height(), perInch);
     if (x.pixels.pixels() < 1 || y.pixels.pixels() < 1)
         return;
     CRect target(axis()->RPXtoGPX(MPXtoRPX(x.first - 0.5)),

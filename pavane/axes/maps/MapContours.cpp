@@ -79,7 +79,7 @@ COLORREF MapContours::color(double level, const AColorsGraph* colors) const
 
 int MapContours::width(const CDC& dc, int fontHeight) const
 {
-    return width_ > 0 ? unitsOf(dc, width_) : std::max(1, fontHeight / widthPart);
+    return width_ > 0 ? unitsOf(dc, width_) : FigureUnits(dc).line(fontHeight, widthPart);
 }
 
 void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* colors) const
@@ -91,6 +91,7 @@ void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* color
     }
     ABAxis& axis = *map.axis();
     const double unit = axis.getFHeight();
+    const double least = leastDash * FigureUnits(dc).perPixel();
     CRect clip = axis.getGraphRect();
     ++clip.right;
     ++clip.bottom;
@@ -107,8 +108,8 @@ void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* color
             toDevice(map, lines_.points(line), line, device);
             const int count = static_cast<int>(device.size());
             if (values[level] < 0)
-                strokes.dashes(device.data(), count, std::max(2.0, unit * dashPart),
-                               std::max(2.0, unit * gapPart));
+                strokes.dashes(device.data(), count, std::max(least, unit * dashPart),
+                               std::max(least, unit * gapPart));
             else
                 strokes.polyline(device.data(), count);
         }
@@ -145,7 +146,8 @@ void MapContours::drawLeftOutText(CDC& dc, const ABAxis& axis) const
         !ABAxis::CreateAxisFont(font, axis.getFHeight(), 0, 0.0))
         return;
     const SelectedObject<CFont> selected(dc, font);
-    const int air = axis.getFHeight() / 4;
+    const int air =
+        FigureUnits(dc).ofFont(axis.getFHeight(), [](int height) { return height / 4; });
     const CString text = fittedLine(dc, leftOutText_, axis.getGraphRect().Width() - 2 * air);
     const CSize size = dc.GetTextExtent(text);
     const CPoint corner = axis.getGraphRect().TopLeft();

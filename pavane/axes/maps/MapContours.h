@@ -41,6 +41,8 @@ public:
     /// Dash and gap of negative levels in font heights.
     static constexpr double dashPart = 0.4;
     static constexpr double gapPart = 0.25;
+    /// Neither is shorter, in pixels of 96 per inch.
+    static constexpr double leastDash = 2;
 
 private:
     void tellLeftOut(std::size_t levels) const;

@@ -95,7 +95,7 @@ FigureLayout MapFigure::layOut(CDC& dc, const CRect& rect, const CRect* least) c
     }
     const BorderChange change(*axis_);
     const FigureUnits units(dc);
-    if (!units.areFine())
+    if (units.arePixels())
         return layOutInPixels(dc, rect, least);
     CPicture ruler(1, 1);
     const CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));

@@ -1,6 +1,7 @@
 #include "pavane/axes/maps/beam_mark.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/figure_units.h"
 #include "pavane/axes/maps/device_strokes.h"
 
 #include <algorithm>
@@ -69,16 +70,21 @@ void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam)
     }
     if (!(halfWidth * 4 < rect.Width() && halfHeight * 4 < rect.Height()))
         return;
-    const double margin = axis.getFHeight() * 0.4;
+    const FigureUnits units(dc);
+    constexpr double marginPart = 0.4;
+    const double margin = axis.getFHeight() * marginPart;
     const int side = static_cast<int>(2 * std::max(halfWidth, halfHeight) + 2 * margin + 0.5);
-    const int gap = static_cast<int>(margin);
+    const int gap = units.ofFont(axis.getFHeight(),
+                                 [](int height) { return static_cast<int>(height * marginPart); });
     const CRect patch(rect.left + gap, rect.bottom - gap - side, rect.left + gap + side,
                       rect.bottom - gap);
     const CPointF centre{(patch.left + patch.right - 1) / 2.0,
                          (patch.top + patch.bottom - 1) / 2.0};
-    DeviceStrokes strokes(dc, axis, inkColor, std::max(1, axis.getFHeight() / 16));
+    DeviceStrokes strokes(dc, axis, inkColor, units.line(axis.getFHeight(), 16));
     strokes.box(patch, patchColor);
-    const double apart = std::max(3.0, axis.getFHeight() * hatchPart) * std::numbers::sqrt2;
+    constexpr double leastApart = 3;  // pixels
+    const double apart = std::max(leastApart * units.perPixel(), axis.getFHeight() * hatchPart) *
+                         std::numbers::sqrt2;
     const double reach = halfWidth + halfHeight;
     for (double offset = std::ceil(-reach / apart) * apart; offset < reach; offset += apart) {
         CPointF line[2];
