@@ -181,7 +181,10 @@ set(PAVANE_PUBLIC_HEADERS
     platform/splitter.h
     platform/system_colors.h
     platform/system_metrics.h
+    platform/progress.h
+    platform/property_sheet.h
     platform/tab_control.h
+    platform/up_down.h
     platform/types.h
     platform/window_dc.h
     tessel/ABitArray.h

@@ -50,6 +50,9 @@ protected:
     virtual void OnCancel() { EndDialog(IDCANCEL); }
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
     void OnClose() override { OnCancel(); }
+    /// Makes the dialog as a hidden child of `around`, with its controls and without a frame; keys
+    /// that end a dialog go to the one that it stands in. Non-zero on success.
+    int CreateWithin(CWnd& around);
 
 private:
     void moveFocus(bool forward);

@@ -14,6 +14,7 @@ inline constexpr unsigned BN_CLICKED = 0, EN_SETFOCUS = 0x0100, EN_KILLFOCUS = 0
 inline constexpr unsigned ES_CENTER = 0x0001, ES_RIGHT = 0x0002, ES_READONLY = 0x0800,
                           CBS_DROPDOWN = 0x0002, CBS_DROPDOWNLIST = 0x0003, SS_CENTER = 0x0001,
                           SS_RIGHT = 0x0002;
+inline constexpr unsigned ES_NOLIMIT = 0x4000;       ///< an edit without a limit of characters
 inline constexpr unsigned SS_ENDELLIPSIS = 0x4000;   ///< one line, cut short with "..."
 inline constexpr unsigned ID_SPIN_CHANGED = 0x0300;  ///< code of WM_COMMAND of a spin control
 
@@ -39,9 +40,9 @@ public:
     void SetCheck(int on);
 };
 
-/// One line of text, at most 128 characters; framed with WS_BORDER. Without a frame it covers
-/// exactly its rectangle, for a place in another window. A handler of EN_KILLFOCUS that calls
-/// SetFocus keeps the focus here.
+/// One line of text, at most 128 characters unless made with ES_NOLIMIT; framed with WS_BORDER.
+/// Without a frame it covers exactly its rectangle, for a place in another window. A handler of
+/// EN_KILLFOCUS that calls SetFocus keeps the focus here.
 class PAVANE_API CEdit : public CWnd
 {
 public:

@@ -13,8 +13,10 @@ enum class ControlKind {
     edit,
     comboBox,  ///< a closed list to choose from; with CBS_DROPDOWN also text
     listBox,
-    spin,        ///< a number with arrows
-    placeholder  ///< an empty frame that a window takes the place of
+    spin,         ///< a number with arrows
+    placeholder,  ///< an empty frame that a window takes the place of
+    upDown,       ///< arrows that step the number in the edit before them
+    progress
 };
 
 /// One control. Places and sizes in dialog units (a quarter of the mean character's width, an

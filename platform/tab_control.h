@@ -24,6 +24,8 @@ public:
     int SetItemText(int index, const CString& text);
     /// The page of a tab, null for none.
     CWnd* GetItemPage(int index) const;
+    /// Gives another page to a tab; the one before is hidden. Non-zero on success.
+    int SetItemPage(int index, CWnd* page);
     /// -1 when there is no tab.
     int GetCurSel() const;
     /// The tab chosen before; sends no notice. An index outside changes nothing.
@@ -35,6 +37,9 @@ public:
     CRect GetItemRect(int index) const;
     /// Client rectangle of the pages.
     CRect GetPageRect() const;
+    /// Called when the user is about to choose tab `next`, with the page before still shown; 0
+    /// stays there.
+    virtual int OnSelChanging(int next) { return (void)next, 1; }
 };
 
 }  // namespace pavane

@@ -29,7 +29,8 @@ const Template* find(const Template* ResourceModule::*table, int ResourceModule:
 
 bool same(const ResourceModule& a, const ResourceModule& b)
 {
-    return a.menus == b.menus && a.dialogs == b.dialogs && a.cursors == b.cursors;
+    return a.menus == b.menus && a.dialogs == b.dialogs && a.cursors == b.cursors &&
+           a.strings == b.strings;
 }
 
 }  // namespace
@@ -55,6 +56,17 @@ const DlgTemplate* FindDialogTemplate(unsigned id)
 const CursorTemplate* FindCursorTemplate(unsigned id)
 {
     return find(&ResourceModule::cursors, &ResourceModule::cursorCount, id);
+}
+
+const StringTemplate* FindString(unsigned id)
+{
+    return find(&ResourceModule::strings, &ResourceModule::stringCount, id);
+}
+
+CString LoadString(unsigned id)
+{
+    const StringTemplate* const found = FindString(id);
+    return found && found->text ? found->text : "";
 }
 
 }  // namespace pavane

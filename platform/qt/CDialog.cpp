@@ -25,6 +25,27 @@ struct Outcome {
     int result = -1;
 };
 
+/// The native side of a dialog that stands in another window.
+class PageWidget : public Control<QWidget>
+{
+public:
+    using Control<QWidget>::Control;
+
+protected:
+    void resizeEvent(QResizeEvent*) override
+    {
+        if (const WindowPeer* const peer = peerOf(this); peer && peer->widget == this)
+            sendTo(peer->hwnd, WM_SIZE, SIZE_RESTORED, MAKELPARAM(width(), height()));
+    }
+};
+
+/// The native dialog that is this one or that it stands in.
+DialogWidget* dialogAround(const CWnd* window)
+{
+    QWidget* const widget = clientOf(window);
+    return widget ? dynamic_cast<DialogWidget*>(widget->window()) : nullptr;
+}
+
 }  // namespace
 
 struct CDialog::Data {
@@ -34,6 +55,8 @@ struct CDialog::Data {
     std::shared_ptr<Outcome> modal;  ///< null while nobody waits
 
     int create(CDialog& dialog);
+    int createWithin(CDialog& dialog, CWnd& around);
+    int fill(CDialog& dialog, HWND hwnd);
     void giveFirstFocus(CDialog& dialog) const;
 };
 
@@ -71,14 +94,41 @@ int CDialog::Data::create(CDialog& dialog)
     widget->setWindowTitle(textOf(cs.title));
     const CRect size = dialogUnits().pixels(0, 0, dialogTemplate->cx, dialogTemplate->cy);
     widget->setClientSize(QSize(size.Width(), size.Height()));
+    if (!fill(dialog, hwnd))
+        return 0;
+    if (dialog.OnInitDialog() && peerOf(hwnd))
+        giveFirstFocus(dialog);
+    return peerOf(hwnd) != nullptr;
+}
+
+int CDialog::Data::createWithin(CDialog& dialog, CWnd& around)
+{
+    QWidget* const client = clientOf(&around);
+    if (!dialogTemplate || dialog.GetSafeHwnd() || !client)
+        return 0;
+    auto* const widget = new PageWidget(client);
+    widget->setFocusPolicy(Qt::NoFocus);
+    widget->hide();
+    CREATESTRUCT cs;
+    cs.className = "Page";
+    cs.style = WS_CHILD;
+    cs.parent = &around;
+    const HWND hwnd = attach(dialog, widget, cs)->hwnd;
+    const CRect size = dialogUnits().pixels(0, 0, dialogTemplate->cx, dialogTemplate->cy);
+    widget->resize(size.Width(), size.Height());
+    if (fill(dialog, hwnd))
+        dialog.OnInitDialog();
+    return peerOf(hwnd) != nullptr;
+}
+
+int CDialog::Data::fill(CDialog& dialog, HWND hwnd)
+{
     controls = {};
     if (!makeControls(dialog, *dialogTemplate, controls)) {
         destroyPeer(hwnd);
         return 0;
     }
-    if (dialog.OnInitDialog() && peerOf(hwnd))
-        giveFirstFocus(dialog);
-    return peerOf(hwnd) != nullptr;
+    return 1;
 }
 
 void CDialog::Data::giveFirstFocus(CDialog& dialog) const
@@ -93,6 +143,12 @@ void CDialog::Data::giveFirstFocus(CDialog& dialog) const
     }
     if (QWidget* const widget = clientOf(&dialog))
         widget->setFocus(Qt::OtherFocusReason);
+}
+
+int CDialog::CreateWithin(CWnd& around)
+{
+    data_->modal = nullptr;
+    return data_->createWithin(*this, around);
 }
 
 int CDialog::CreateModeless()
@@ -145,7 +201,7 @@ void CDialog::PrevDlgCtrl() { moveFocus(false); }
 
 void CDialog::moveFocus(bool forward)
 {
-    auto* const widget = widgetOf<DialogWidget>(this);
+    auto* const widget = dialogAround(this);
     if (!widget)
         return;
     widget->moveFocus(forward);

@@ -21,6 +21,7 @@ namespace
 {
 
 constexpr int maxEditLength = 128;
+constexpr int endless = 0x7FFF'FFFF;
 
 Qt::Alignment alignment(unsigned style)
 {
@@ -177,7 +178,7 @@ int CEdit::Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id)
     if (!client || GetSafeHwnd())
         return 0;
     auto* const edit = new Control<QLineEdit>(client);
-    edit->setMaxLength(maxEditLength);
+    edit->setMaxLength(style & ES_NOLIMIT ? endless : maxEditLength);
     edit->setFrame((style & WS_BORDER) != 0);
     edit->setAlignment(alignment(style) | Qt::AlignVCenter);
     edit->setReadOnly((style & ES_READONLY) != 0);
@@ -227,7 +228,6 @@ void CEdit::SetModify(int on)
 
 void CEdit::LimitText(int characters)
 {
-    constexpr int endless = 0x7FFF'FFFF;
     if (auto* const edit = widgetOf<QLineEdit>(this))
         edit->setMaxLength(characters > 0 ? characters : endless);
 }

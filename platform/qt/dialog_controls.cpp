@@ -2,7 +2,9 @@
 
 #include "platform/controls.h"
 #include "platform/core/dialog_units.h"
+#include "platform/progress.h"
 #include "platform/qt/Control.h"
+#include "platform/up_down.h"
 
 #include <algorithm>
 #include <QButtonGroup>
@@ -57,6 +59,14 @@ std::unique_ptr<CWnd> makeControl(CWnd& dialog, const DlgItem& item, const CRect
     case ControlKind::spin:
         return made(std::make_unique<CSpinButtonCtrl>(),
                     [&](CSpinButtonCtrl& s) { return s.Create(style, place, &dialog, item.id); });
+    case ControlKind::upDown:
+        return made(std::make_unique<CUpDownCtrl>(), [&](CUpDownCtrl& u) {
+            return u.Create(style & ~WS_TABSTOP, place, &dialog, item.id);
+        });
+    case ControlKind::progress:
+        return made(std::make_unique<CProgressCtrl>(), [&](CProgressCtrl& p) {
+            return p.Create(style & ~WS_TABSTOP, place, &dialog, item.id);
+        });
     case ControlKind::placeholder:
         return made(std::make_unique<CWnd>(), [&](CWnd& w) {
             auto* const frame = new Control<QFrame>(clientOf(&dialog));
@@ -125,6 +135,9 @@ int makeControls(CWnd& dialog, const DlgTemplate& dialogTemplate, DialogControls
         if (!control || !peerOf(hwnd))
             return 0;
         peerOf(control.get())->exStyle = item.exStyle;
+        auto* const arrows = dynamic_cast<CUpDownCtrl*>(control.get());
+        if (arrows && !controls.objects.empty())
+            arrows->SetBuddy(dynamic_cast<CEdit*>(controls.objects.back().get()));
         controls.order.push_back(control->GetSafeHwnd());
         controls.objects.push_back(std::move(control));
         auto* const button = qobject_cast<QPushButton*>(widgetOfHandle(controls.order.back()));

@@ -77,11 +77,18 @@ public:
         if (alive)
             layOut();
     }
+    void setPage(int index, HWND page)
+    {
+        const HWND before = std::exchange(pages_[static_cast<std::size_t>(index)], page);
+        const QPointer<TabWidget> alive = this;
+        if (before != page)
+            setShown(before, false);
+        if (alive)
+            layOut();
+    }
     void choose(int index)
     {
-        isSetting_ = true;
-        bar_->setCurrentIndex(index);
-        isSetting_ = false;
+        setCurrent(index);
         layOut();
     }
     /// The page that was chosen comes before the others go, so that the room is never empty.
@@ -90,7 +97,7 @@ public:
         bar_->setGeometry(0, 0, width(), bar_->sizeHint().height());
         const QRect room = pageRect();
         const CRect rect(0, room.top(), width(), room.top() + room.height());
-        const int chosen = bar_->currentIndex();
+        const int chosen = shown_ = bar_->currentIndex();
         const QPointer<TabWidget> alive = this;
         const std::vector<HWND> pages = pages_;  // handlers may change them
         if (has(chosen)) {
@@ -114,9 +121,26 @@ protected:
     }
 
 private:
+    void setCurrent(int index)
+    {
+        isSetting_ = true;
+        bar_->setCurrentIndex(index);
+        isSetting_ = false;
+    }
+    /// The window may keep the tab before; until it has said so, that one is shown as chosen.
     void chosenByUser()
     {
         const QPointer<TabWidget> alive = this;
+        const int next = bar_->currentIndex();
+        const WindowPeer* const peer = peerOf(this);
+        auto* const control = peer ? static_cast<CTabCtrl*>(peer->window) : nullptr;
+        if (control && has(shown_) && shown_ != next) {
+            setCurrent(shown_);
+            const int goesOn = control->OnSelChanging(next);
+            if (!alive || !goesOn || !has(next))
+                return;
+            setCurrent(next);
+        }
         layOut();
         if (alive)
             notifyFrom(this, TCN_SELCHANGE);
@@ -125,6 +149,7 @@ private:
     QTabBar* bar_;
     std::vector<HWND> pages_;
     bool isSetting_ = false;
+    int shown_ = -1;  ///< the tab whose page was shown last
 };
 
 TabWidget* tabsOf(const CTabCtrl* control) { return widgetOf<TabWidget>(control); }
@@ -193,6 +218,15 @@ CWnd* CTabCtrl::GetItemPage(int index) const
     return tabs ? FromHandle(tabs->page(index)) : nullptr;
 }
 
+int CTabCtrl::SetItemPage(int index, CWnd* page)
+{
+    TabWidget* const tabs = tabsWith(this, index);
+    if (!tabs || (page && page->GetParent() != this))
+        return 0;
+    tabs->setPage(index, page ? page->GetSafeHwnd() : 0);
+    return 1;
+}
+
 int CTabCtrl::GetCurSel() const
 {
     TabWidget* const tabs = tabsOf(this);
@@ -218,8 +252,9 @@ int CTabCtrl::SelectNext(int step)
     const int next = ((before + step % count) + count) % count;
     if (next == before)
         return 0;
+    const QPointer<TabWidget> alive = tabs;
     tabs->bar().setCurrentIndex(next);  // which tells as a click does
-    return 1;
+    return alive && alive->bar().currentIndex() != before;
 }
 
 CRect CTabCtrl::GetItemRect(int index) const

@@ -18,6 +18,7 @@ constexpr MenuItem popup[] = {
 constexpr MenuItem bar[] = {{"&Edit", 0, popup, 4}};
 constexpr MenuItem otherBar[] = {{"&File", 0, popup, 1}};
 constexpr MenuTemplate menus[] = {{9001, bar, 1}, {9002, bar, 1}};
+constexpr StringTemplate strings[] = {{7, "Time Intervals"}, {8, nullptr}};
 constexpr MenuTemplate laterMenus[] = {{9002, otherBar, 1}};
 
 /// "Undo 100,-,Copy to(...)": what a menu shows; '!' is disabled and '*' checked.
@@ -41,6 +42,9 @@ TEST(Resources, SearchTheModuleAddedLastFirst)
     AddResourceModule({menus, 2, nullptr, 0, nullptr, 0});
     AddResourceModule({laterMenus, 1, nullptr, 0, nullptr, 0});
     AddResourceModule({menus, 2, nullptr, 0, nullptr, 0});  // known already
+    AddResourceModule({.strings = strings, .stringCount = 2});
+    EXPECT_EQ(LoadString(7) + LoadString(8) + LoadString(9), "Time Intervals");
+    EXPECT_EQ(FindString(8), &strings[1]);
     EXPECT_EQ(FindMenuTemplate(9001), &menus[0]);
     EXPECT_EQ(FindMenuTemplate(9002), &laterMenus[0]);
     EXPECT_EQ(FindMenuTemplate(9003), nullptr);
