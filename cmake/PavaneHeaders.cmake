@@ -87,12 +87,12 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/grid/ASelectRect.h
     pavane/tables/grid/ATableColumn.h
     pavane/tables/grid/table_options.h
+    pavane/tables/observation/AComponentsTbl.h
     pavane/tables/observation/AFreqGroupFixedStepDlg.h
     pavane/tables/observation/AFreqGroupInfoTbl.h
     pavane/tables/observation/AFreqGroupsWnd.h
     pavane/tables/observation/AFreqGroupTbl.h
     pavane/tables/observation/AFreqIDTbl.h
-    pavane/tables/observation/AComponentsTbl.h
     pavane/tables/observation/AMarkTable.h
     pavane/tables/observation/AObservationSelector.h
     pavane/tables/observation/AObservationTbl.h
@@ -148,13 +148,16 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/shapes/ShapeValues.h
     pavane/trackers/tracker_registry.h
     pavane/windows/ABWindow.h
+    pavane/windows/AHttpCallWnd.h
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h
+    pavane/windows/ASplash.h
     pavane/windows/JobBox.h
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h
     pavane/windows/window_placement.h
     platform/accessibility.h
+    platform/animation.h
     platform/CDC.h
     platform/CDialog.h
     platform/clipboard.h
@@ -171,13 +174,17 @@ set(PAVANE_PUBLIC_HEADERS
     platform/image_list.h
     platform/menu_template.h
     platform/message.h
+    platform/message_translator.h
     platform/messages.h
     platform/picture.h
+    platform/picture_file.h
     platform/platform.h
-    platform/profile.h
     platform/print_settings.h
+    platform/profile.h
     platform/resources.h
     platform/screens.h
+    platform/service_talk.h
+    platform/show_at_once.h
     platform/splitter.h
     platform/system_colors.h
     platform/system_metrics.h
@@ -186,6 +193,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/tab_control.h
     platform/up_down.h
     platform/types.h
+    platform/web_handler.h
     platform/window_dc.h
     tessel/ABitArray.h
     tessel/ABitMatrix.h

@@ -10,7 +10,7 @@ namespace pavane
 // Roles and states of parts; the numeric values are those of the Win32 interface.
 inline constexpr unsigned ROLE_SYSTEM_CLIENT = 0x0A, ROLE_SYSTEM_TABLE = 0x18,
                           ROLE_SYSTEM_COLUMNHEADER = 0x19, ROLE_SYSTEM_ROWHEADER = 0x1A,
-                          ROLE_SYSTEM_CELL = 0x1D, ROLE_SYSTEM_LIST = 0x21,
+                          ROLE_SYSTEM_CELL = 0x1D, ROLE_SYSTEM_LINK = 0x1E, ROLE_SYSTEM_LIST = 0x21,
                           ROLE_SYSTEM_LISTITEM = 0x22, ROLE_SYSTEM_GRAPHIC = 0x28,
                           ROLE_SYSTEM_STATICTEXT = 0x29, ROLE_SYSTEM_PUSHBUTTON = 0x2B;
 inline constexpr unsigned STATE_SYSTEM_UNAVAILABLE = 0x1, STATE_SYSTEM_SELECTED = 0x2,

@@ -76,12 +76,47 @@ inline constexpr const char* const selectionIdleRows[] = {
     "                                ",
     "                                ",
 };
+inline constexpr const char* const linkRows[] = {
+    "                                ",
+    "                                ",
+    "                                ",
+    "         ..                     ",
+    "        .##.                    ",
+    "        .##.                    ",
+    "        .##.                    ",
+    "        .##.                    ",
+    "        .##.                    ",
+    "        .##...                  ",
+    "        .##.##...               ",
+    "        .##.##.##..             ",
+    "    ... .##.##.##.#.            ",
+    "   .###..##.##.##.##.           ",
+    "   .####.##########.#.          ",
+    "    .###.############.          ",
+    "     .##.############.          ",
+    "      .##############.          ",
+    "      .##############.          ",
+    "       .#############.          ",
+    "       .############.           ",
+    "        .###########.           ",
+    "        .###########.           ",
+    "         .#########.            ",
+    "         .#########.            ",
+    "         .#########.            ",
+    "         ...........            ",
+    "                                ",
+    "                                ",
+    "                                ",
+    "                                ",
+    "                                ",
+};
 // clang-format on
 
 /// The cursors of the library, by identifier.
 inline constexpr CursorTemplate libraryCursors[] = {
     {IDC_SELECTION_DRAG, 15, 15, selectionDragRows, 32},
     {IDC_SELECTION_IDLE, 9, 9, selectionIdleRows, 32},
+    {IDC_LINK, 9, 3, linkRows, 32},
 };
 
 }  // namespace pavane

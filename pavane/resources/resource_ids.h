@@ -15,6 +15,7 @@ inline constexpr int IDS_HOURS = 10040;
 // Cursors.
 inline constexpr unsigned IDC_SELECTION_DRAG = 10000;  ///< while an edge is dragged
 inline constexpr unsigned IDC_SELECTION_IDLE = 10001;  ///< where a rectangle can be drawn
+inline constexpr unsigned IDC_LINK = 10002;            ///< over what a press opens
 
 // Menus; the first popup of each is a context menu.
 inline constexpr unsigned IDR_AXIS_MENU = 10004;

@@ -179,6 +179,28 @@ void* WindowInterface::interface_cast(QAccessible::InterfaceType type)
     return QAccessibleWidget::interface_cast(type);
 }
 
+bool WindowInterface::isPressed() const
+{
+    const QAccessible::Role kind = role();
+    return kind == QAccessible::Link || kind == QAccessible::PushButton;
+}
+
+QStringList WindowInterface::actionNames() const
+{
+    QStringList names = QAccessibleWidget::actionNames();
+    if (isPressed())
+        names.prepend(pressAction());
+    return names;
+}
+
+void WindowInterface::doAction(const QString& name)
+{
+    if (name == pressAction() && isPressed())
+        (void)source()->AccessActivate(0);  // a refusal shows by itself
+    else
+        QAccessibleWidget::doAction(name);
+}
+
 void NotifyWinEvent(unsigned event, HWND window, AccessId id)
 {
     if (listener && peerOf(window))

@@ -37,6 +37,9 @@ public:
     QString text(QAccessible::Text kind) const override;
     QAccessible::State state() const override;
     void* interface_cast(QAccessible::InterfaceType type) override;
+    /// A window that is a link or a button as a whole is pressed.
+    QStringList actionNames() const override;
+    void doAction(const QString& name) override;
 
     QAccessibleInterface* caption() const override { return nullptr; }
     QAccessibleInterface* summary() const override { return nullptr; }
@@ -60,6 +63,7 @@ public:
     void modelChange(QAccessibleTableModelChangeEvent* event) override;
 
 private:
+    bool isPressed() const;
     /// Whole rows or columns that are selected.
     CRect wholeRows() const;
     CRect wholeColumns() const;

@@ -3,6 +3,7 @@
 #include "platform/CWnd.h"
 #include "platform/qt/fonts.h"
 #include "platform/qt/look.h"
+#include "platform/qt/translation.h"
 #include "platform/qt/WindowPeer.h"
 
 #include <QAbstractSpinBox>
@@ -126,6 +127,7 @@ MenuBar::MenuBar(HWND top, CMenu menu) : top_(top), menu_(std::move(menu))
         }
     }
     qApp->installEventFilter(this);
+    raiseTranslation();
 }
 
 void MenuBar::addPopup(QMenu* popup, CMenu& menu)

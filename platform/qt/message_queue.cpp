@@ -1,5 +1,6 @@
 #include "platform/qt/message_queue.h"
 
+#include "platform/message_translator.h"
 #include "platform/qt/capture.h"
 #include "platform/qt/input.h"
 #include "platform/qt/keys.h"
@@ -88,8 +89,11 @@ bool Pump::event(QEvent* e)
     Queue& q = queue();
     q.pumpCalled = false;
     MSG message;
-    while (!isLoopWaiting() && takeFirst(message))
-        DispatchMessage(message);
+    while (!isLoopWaiting() && takeFirst(message)) {
+        // input was offered when it came
+        if (message.input || !OfferToTranslator(message))
+            DispatchMessage(message);
+    }
     return true;
 }
 

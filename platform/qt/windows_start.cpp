@@ -3,6 +3,7 @@
 #include "platform/qt/focus.h"
 #include "platform/qt/InputFilter.h"
 #include "platform/qt/message_queue.h"
+#include "platform/qt/translation.h"
 #include "platform/qt/WindowPeer.h"
 
 #include <QApplication>
@@ -27,6 +28,7 @@ void startWindows()
         if (now)
             settleFocus();
     });
+    startTranslation();
     startQueue();
     QAccessible::installFactory(accessFactory);
 }
@@ -39,6 +41,7 @@ void stopWindows()
         destroyPeer(hwnd);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     stopQueue();
+    stopTranslation();
     QAccessible::removeFactory(accessFactory);
     forgetCursors();
     delete filter;
