@@ -8,6 +8,7 @@
 #include "pavane/tables/table_history.h"
 #include "pavane/tables/TableFinder.h"
 #include "pavane/tables/TablePainter.h"
+#include "pavane/tables/TablePaper.h"
 #include "pavane/tables/TableSorter.h"
 #include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
@@ -21,9 +22,10 @@ namespace pavane
 {
 
 ATableWnd::ATableWnd()
-    : painter_(std::make_unique<Painter>(*this)), tasks_(std::make_unique<Tasks>(*this)),
-      sorter_(std::make_unique<Sorter>(*this)), finder_(std::make_unique<Finder>(*this)),
-      sizer_(std::make_unique<Sizer>(*this)), history_(std::make_shared<TableHistory>(*this))
+    : painter_(std::make_unique<Painter>(*this)), paper_(std::make_unique<Paper>(*this)),
+      tasks_(std::make_unique<Tasks>(*this)), sorter_(std::make_unique<Sorter>(*this)),
+      finder_(std::make_unique<Finder>(*this)), sizer_(std::make_unique<Sizer>(*this)),
+      history_(std::make_shared<TableHistory>(*this))
 {
     SetFlag(windowNoWaitCursor, 1);
 }

@@ -8,7 +8,6 @@
 #include "pavane/tables/grid/selection_moves.h"
 #include "pavane/tables/grid/SelectionSums.h"
 #include "pavane/tables/grid/table_options.h"
-#include "pavane/tables/grid/table_pages.h"
 #include "pavane/tables/grid/TableGrid.h"
 #include "pavane/tables/grid/TableSearch.h"
 #include "pavane/windows/ABWindow.h"
@@ -84,12 +83,19 @@ public:
     void ForgetHistory();
 
     int GetPages(CDC& dc) override;
+    /// Below 100 when the columns are wider than a page and all cells are drawn smaller.
+    int GetPrintPercent(CDC& dc) override;
+    /// Non-zero prints the columns that do not fit on pages of their own, each with the header
+    /// column: first down, then across. Zero at first.
+    void SetPrintSplit(int on);
+    int GetPrintSplit() const;
     CString GetSubscript() override;
     int GetMenuID() override;
     void amMenuParse(CMenu* popup) override;
     void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
-    /// Draws the rows of a page (from 1), with the headers, as tall as the rows of GetPages fill
-    /// the rectangle.
+    /// Draws the rows of a page (from 1), with the headers. The rows of a full page share the
+    /// rectangle, 4.5 mm each at most; a unit is a pixel of the screen then, as much larger or
+    /// smaller as the rows are.
     void PrintWindow(CDC& dc, CRect& rect, int page) override;
     const char* GetWndClassName() override;
     int GetClassParms(WNDCLASSA& wc) override;
@@ -320,6 +326,7 @@ private:
     class Tasks;    // TableTasks.h
     class Sorter;   // TableSorter.h
     class Painter;  // TablePainter.h
+    class Paper;    // TablePaper.h
     class Finder;   // TableFinder.h
     class Sizer;    // ColumnSizer.h
 
@@ -347,8 +354,6 @@ private:
     void goToNextEditor(int back);
     void dragTo(CPoint point, int scroll);
     void endDrag();
-
-    void measureForPaper();
 
     int isComboEnabled(int row, int column);
     int canEdit(int row, int column);
@@ -384,8 +389,6 @@ private:
     int scrollMode_ = 0;
     CFont font_;
     int hasFont_ = 0;
-    TablePages pages_;
-    int pagesKnown_ = 0;
     int layingOut_ = 0;
     int baseRan_ = 0;        ///< a hook of the base itself ran
     int opening_ = 0;        ///< an editor is being made
@@ -398,6 +401,7 @@ private:
     std::vector<std::unique_ptr<CWnd>> closed_;  ///< editors that may be on the stack still
     int menuColumn_ = -1;  ///< on whose header the context menu is open; below 0, on none
     std::unique_ptr<Painter> painter_;
+    std::unique_ptr<Paper> paper_;
     std::unique_ptr<Tasks> tasks_;
     std::unique_ptr<Sorter> sorter_;
     std::unique_ptr<Finder> finder_;

@@ -28,43 +28,41 @@ void drawFocus(CDC& dc, const CRect& rect, COLORREF ground, COLORREF text)
     dc.FillSolidRect({rect.right - 1, rect.top, rect.right, rect.bottom}, text);
 }
 
-/// Lines along the edges of a cell. They are filled rectangles, which are the same on pixels and on
-/// a page; on the screen one unit wide, those at the right and bottom just outside `rect`.
-struct EdgeLines {
+}  // namespace
+
+/// Lines along the edges of a cell, one unit wide, those at the right and bottom just outside
+/// `rect`.
+struct ATableWnd::Painter::EdgeLines {
+    Painter& painter;
     CDC& dc;
     const CRect& rect;
-    int width;
 
     void top(COLORREF color) const
     {
-        dc.FillSolidRect({rect.left, rect.top, rect.right + 1, rect.top + width}, color);
+        painter.edge(dc, {rect.left, rect.top, rect.right + 1, rect.top + 1}, color);
     }
     void bottom(COLORREF color) const
     {
-        dc.FillSolidRect({rect.left, rect.bottom + 1 - width, rect.right + 1, rect.bottom + 1},
-                         color);
+        painter.edge(dc, {rect.left, rect.bottom, rect.right + 1, rect.bottom + 1}, color);
     }
     void left(COLORREF color) const
     {
-        dc.FillSolidRect({rect.left, rect.top, rect.left + width, rect.bottom + 1}, color);
+        painter.edge(dc, {rect.left, rect.top, rect.left + 1, rect.bottom + 1}, color);
     }
     void right(COLORREF color) const
     {
-        dc.FillSolidRect({rect.right + 1 - width, rect.top, rect.right + 1, rect.bottom + 1},
-                         color);
+        painter.edge(dc, {rect.right, rect.top, rect.right + 1, rect.bottom + 1}, color);
     }
     /// Those of the cells before this one.
     void aboveTop(COLORREF color) const
     {
-        dc.FillSolidRect({rect.left, rect.top - width, rect.right + 1, rect.top}, color);
+        painter.edge(dc, {rect.left, rect.top - 1, rect.right + 1, rect.top}, color);
     }
     void beforeLeft(COLORREF color) const
     {
-        dc.FillSolidRect({rect.left - width, rect.top, rect.left, rect.bottom + 1}, color);
+        painter.edge(dc, {rect.left - 1, rect.top, rect.left, rect.bottom + 1}, color);
     }
 };
-
-}  // namespace
 
 ATableWnd::Painter::Painter(ATableWnd& table) : table_(table)
 {
@@ -82,22 +80,68 @@ const TableColors& ATableWnd::Painter::colors()
     return colors_;
 }
 
-void ATableWnd::Painter::beginPrinting(int lineWidth)
+void ATableWnd::Painter::beginPrinting(double dots)
 {
     ++printing_;
-    lineWidth_ = lineWidth;
+    dots_ = dots;
+    forgetLines();
 }
 
-void ATableWnd::Painter::endPrinting()
+void ATableWnd::Painter::endPrinting(CDC& dc)
 {
     --printing_;
-    lineWidth_ = 1;
+    strokeLines(dc);
+    forgetLines();
 }
 
 void ATableWnd::Painter::forget()
 {
     painting_ = printing_ = 0;
-    lineWidth_ = 1;
+    forgetLines();
+}
+
+void ATableWnd::Painter::forgetLines()
+{
+    lines_.clear();
+    lineEnds_.clear();
+}
+
+void ATableWnd::Painter::edge(CDC& dc, const CRect& place, COLORREF color)
+{
+    if (!printing_)
+        return dc.FillSolidRect(place, color);
+    const bool across = place.Width() > place.Height();
+    const auto [end, isNew] =
+        lineEnds_.try_emplace({across, across ? place.top : place.left, color}, lines_.size());
+    if (!isNew) {
+        CRect& before = lines_[end->second].place;
+        if (across ? before.right == place.left : before.bottom == place.top) {
+            (across ? before.right : before.bottom) = across ? place.right : place.bottom;
+            return;
+        }
+        end->second = lines_.size();
+    }
+    lines_.push_back({place, color});
+}
+
+/// Strokes have any width on paper, where the edges of filled rectangles stand on dots.
+void ATableWnd::Painter::strokeLines(CDC& dc)
+{
+    for (const PaperLine& line : lines_) {
+        const CRect& place = line.place;
+        if (!dc.IsVector()) {
+            dc.FillSolidRect(place, line.color);
+            continue;
+        }
+        // a point of a stroke is the middle of a dot
+        const double toMiddle = 0.5 - 0.5 / dots_;
+        const CPointF ends[] = {{place.left + toMiddle, place.top + toMiddle},
+                                {place.right - 1 + toMiddle, place.bottom - 1 + toMiddle}};
+        CPen pen(PS_SOLID, 1, line.color);
+        CPen* const before = dc.SelectObject(&pen);
+        (void)dc.PolylineF(ends, 2);
+        dc.SelectObject(before);
+    }
 }
 
 void ATableWnd::Painter::paint(CDC& dc, const CRect& area)
@@ -213,7 +257,7 @@ void ATableWnd::Painter::learnFilling(CDC& dc, const CRect& cell, int row, int c
 void ATableWnd::Painter::drawHeader(CDC& dc, const CRect& rect, int row, int column)
 {
     const TableColors& c = colors();
-    const EdgeLines lines{dc, rect, lineWidth_};
+    const EdgeLines lines{*this, dc, rect};
     dc.SetBkMode(TRANSPARENT);
     const int vertical = table_.isOptSet(optVertLines);
     const int horizontal = table_.isOptSet(optHorzLines);
@@ -271,7 +315,9 @@ void ATableWnd::Painter::drawData(CDC& dc, const CRect& rect, int row, int colum
         flat ? table_.GetWindowBkColor() : table_.GetCellBkColor(row, column, state);
     if (watch.gone())
         return;
-    if (!flat) {
+    if (!flat && printing_ && ground == colors().window) {
+        dc.SetBkColor(ground);  // the paper has that colour
+    } else if (!flat) {
         dc.FillSolidRect({rect.left, rect.top, rect.right + !table_.isOptSet(optVertLines),
                           rect.bottom + !table_.isOptSet(optHorzLines)},
                          ground);
@@ -293,7 +339,7 @@ void ATableWnd::Painter::drawData(CDC& dc, const CRect& rect, int row, int colum
 
 void ATableWnd::Painter::drawLines(CDC& dc, const CRect& rect, int row)
 {
-    const EdgeLines lines{dc, rect, lineWidth_};
+    const EdgeLines lines{*this, dc, rect};
     const COLORREF color = colors().shadow;
     if (table_.isOptSet(optVertLines))
         lines.right(color);
@@ -334,16 +380,18 @@ int ATableWnd::Painter::textMargins(int row, int column) const
     const int flags = table_.grid_.columns().flags(column);
     const bool marked = row > 0 ? (flags & (colEdit | colCombo)) && !(flags & colNoGlyph)
                                 : column > 0 && column == table_.sorter_->by().column;
-    const int margin = textMargin * lineWidth_;
-    return margin + (marked && !printing_ ? glyphPlace + 1 : margin);
+    return textMargin + (marked && !printing_ ? glyphPlace + 1 : textMargin);
 }
 
 void ATableWnd::Painter::drawText(CDC& dc, const CRect& rect, int row, int column,
                                   const CString& text, int right)
 {
-    const int margin = textMargin * lineWidth_;
-    CRect place(rect.left + margin, rect.top, rect.right + margin - textMargins(row, column),
-                rect.bottom);
+    CRect place(rect.left + textMargin, rect.top,
+                rect.right + textMargin - textMargins(row, column), rect.bottom);
+    // letters of paper are not fitted to pixels: a text that just fits on the screen may be wider
+    const int more = printing_ ? dc.GetTextExtent(text).cx - place.Width() : 0;
+    if (more > 0 && more < textMargin)
+        (right ? place.left : place.right) += right ? -more : more;
     if (place.left < place.right)
         (void)dc.DrawText(text, place,
                           DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS |

@@ -4,6 +4,10 @@
 #include "pavane/tables/table_colors.h"
 #include "platform/image_list.h"
 
+#include <map>
+#include <tuple>
+#include <vector>
+
 namespace pavane
 {
 
@@ -26,13 +30,25 @@ public:
     void drawText(CDC& dc, const CRect& rect, int row, int column, const CString& text, int right);
     int textMargins(int row, int column) const;
 
-    /// From here to endPrinting cells are those of a page, with edges so many units wide.
-    void beginPrinting(int lineWidth);
-    void endPrinting();
+    /// From here to endPrinting cells are those of a page, of which a logical unit is so many dots.
+    /// Their lines are drawn at the end: those that run on from cell to cell as one.
+    void beginPrinting(double dots);
+    void endPrinting(CDC& dc);
     /// A window that a hook destroyed can be made again.
     void forget();
 
 private:
+    /// A line of paper, as wide as a unit.
+    struct PaperLine {
+        CRect place;
+        COLORREF color;
+    };
+    /// Whether it runs across, where, and its colour.
+    using LineKey = std::tuple<bool, int, COLORREF>;
+    struct EdgeLines;
+    void strokeLines(CDC& dc);
+    void forgetLines();
+    void edge(CDC& dc, const CRect& place, COLORREF color);
     void fillGround(CDC& dc, const CRect& area, COLORREF ground);
     void paintCells(CDC& dc, const CRect& area);
     void learnFilling(CDC& dc, const CRect& cell, int row, int column, int state);
@@ -48,7 +64,9 @@ private:
     int cellsFill_ = 0;      ///< all cells so far filled themselves; below 0, one did not
     int cellFilled_ = 0;     ///< the last one did
     int cellsOnGround_ = 0;  ///< the ground was painted under the cells too
-    int lineWidth_ = 1;      ///< of edges; paper has more units than a screen
+    double dots_ = 1;        ///< of paper to a unit
+    std::vector<PaperLine> lines_;
+    std::map<LineKey, std::size_t> lineEnds_;  ///< the last line of each
 };
 
 }  // namespace pavane

@@ -26,6 +26,7 @@ void ABWindow::PrintWindow(CDC& dc, CRect& rect, int) { DrawWindow(dc, rect, rec
 void ABWindow::ServiceDraw(CDC&, CRect&, CRect&) {}
 const char* ABWindow::GetWndClassName() { return "ABWindow"; }
 void ABWindow::SetUpWindow() {}
+int ABWindow::GetPrintPercent(CDC&) { return 100; }
 
 int ABWindow::IsFlagSet(int mask) const { return (flags_ & mask) == mask; }
 void ABWindow::SetFlag(int mask, int on) { flags_ = on ? flags_ | mask : flags_ & ~mask; }

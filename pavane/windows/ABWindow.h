@@ -48,6 +48,9 @@ public:
     virtual int GetClassParms(WNDCLASSA& wc);
     /// Called once, when the window has been made.
     virtual void SetUpWindow();
+    /// Per cent of its own size at which the window prints, 100 unless it has to be made smaller to
+    /// fit the page. Asked as GetPages is.
+    virtual int GetPrintPercent(CDC& dc);
 
     /// 1 when every bit of `mask` is set.
     int IsFlagSet(int mask) const;

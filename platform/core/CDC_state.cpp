@@ -149,7 +149,7 @@ StrokeStyle CDC::State::strokeStyle() const
     const double unit =
         mapping.isPlain() ? 1 : std::fabs(double(mapping.viewportExt.cx) / mapping.windowExt.cx);
     const double width = now.pen.width() * unit;
-    const bool hairline = width <= 0 || (scale > 1 && width <= 1);
+    const bool hairline = width <= 0 || (scale > 1 && width <= 1 && unit >= 1);
     return {now.pen.style(), hairline ? 0.5 * scale : width, pixel(now.pen.color())};
 }
 

@@ -405,14 +405,14 @@ TEST(TablePrinting, DrawsThePagesRowsIntoTheRectangle)
     const int millimetres = dc.GetDeviceCaps(VERTSIZE);
     const int rows = millimetres * 2 / 9;
     EXPECT_EQ(table.GetPages(dc), (70 - 1 + rows - 1) / (rows - 1));
-    const int height = table.GetCellHeight() * 2;  // everything twice as large
-    CRect rect(10, 20, 390, 20 + rows * height);
+    const int height = table.GetCellHeight();
+    CRect rect(10, 20, 390, 20 + rows * 12);  // lower than on the screen
     const int last = table.GetPages(dc);
     table.PrintWindow(dc, rect, last);
     const int first = (last - 1) * (rows - 1) + 1;
     const auto cell = [&](int row, int column, int line) {
-        const int left = column ? 110 : 10, right = column ? 230 : 110;
-        const int top = 20 + line * height;
+        const int left = column ? 50 : 0, right = column ? 110 : 50;
+        const int top = line * height;
         return std::to_string(row) + "," + std::to_string(column) + ":" + std::to_string(left) +
                "," + std::to_string(top) + "," + std::to_string(right - 1) + "," +
                std::to_string(top + height - 1) + " ";
