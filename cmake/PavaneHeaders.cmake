@@ -249,7 +249,6 @@ set(PAVANE_REACHED_HEADERS
     pavane/tables/grid/RowOrder.h
     pavane/tables/grid/selection_moves.h
     pavane/tables/grid/SelectionSums.h
-    pavane/tables/grid/table_pages.h
     pavane/tables/grid/table_text.h
     pavane/tables/grid/table_values.h
     pavane/tables/grid/TableColumns.h
