@@ -37,6 +37,7 @@ inline constexpr unsigned DT_TOP = 0, DT_LEFT = 0, DT_CENTER = 1, DT_RIGHT = 2, 
 inline constexpr int FW_NORMAL = 400, FW_BOLD = 700;
 
 inline constexpr int HORZSIZE = 4, VERTSIZE = 6, HORZRES = 8, VERTRES = 10, BITSPIXEL = 12,
-                     LOGPIXELSX = 88, LOGPIXELSY = 90;
+                     LOGPIXELSX = 88, LOGPIXELSY = 90, PHYSICALWIDTH = 110, PHYSICALHEIGHT = 111,
+                     PHYSICALOFFSETX = 112, PHYSICALOFFSETY = 113;
 
 }  // namespace pavane

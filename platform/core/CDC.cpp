@@ -1,6 +1,7 @@
 #include "platform/CDC.h"
 
 #include "platform/core/CDC_state.h"
+#include "platform/core/pixel_rounding.h"
 
 #include <algorithm>
 #include <utility>
@@ -49,7 +50,8 @@ CFont* CDC::SelectObject(CFont* font)
     const bool isStock =
         font == stockFont(DEVICE_DEFAULT_FONT) || font == stockFont(DEFAULT_GUI_FONT);
     if (isStock && state_->backend)
-        state_->now.font.lfHeight *= state_->backend->scale();
+        state_->now.font.lfHeight =
+            nearestInt(state_->now.font.lfHeight * state_->backend->scale());
     return std::exchange(state_->now.fontObject, font);
 }
 
@@ -180,11 +182,13 @@ int CDC::GetDeviceCaps(int index) const
     if (!state_->backend)
         return 0;
     const CSize size = state_->backend->size();
-    const int dpi = 96 * state_->backend->scale();
+    const int dpi = nearestInt(96 * state_->backend->scale());
     switch (index) {
     case HORZRES:
+    case PHYSICALWIDTH:
         return size.cx;
     case VERTRES:
+    case PHYSICALHEIGHT:
         return size.cy;
     case HORZSIZE:
         return MulDiv(size.cx, 254, dpi * 10);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <iterator>
 
 namespace pavane
 {
@@ -30,6 +31,29 @@ void CDC::FillSolidRect(const CRect& rect, COLORREF color)
     state_->fillArea(state_->deviceBox(rect), CBrush(color), R2_COPYPEN);
 }
 
+/// The frame of a page whose lines are no whole number of units wide.
+void CDC::State::fillFrame(const CRect& r, double line, const CBrush& brush)
+{
+    VectorDevice* const device = page();
+    if (!device)
+        return;
+    const double left = r.left - 0.5;  // strokes and corners count from the middles of units
+    const double top = r.top - 0.5;
+    const double right = r.right - 0.5;
+    const double bottom = r.bottom - 0.5;
+    const CPointF corners[] = {{left, top},
+                               {right, top},
+                               {right, bottom},
+                               {left, bottom},
+                               {left, top},
+                               {left + line, top + line},
+                               {left + line, bottom - line},
+                               {right - line, bottom - line},
+                               {right - line, top + line},
+                               {left + line, top + line}};
+    device->polygon(corners, std::size(corners), false, {}, fillStyle(brush));
+}
+
 void CDC::FrameRect(const CRect& rect, const CBrush* brush)
 {
     if (!brush || rect.IsRectEmpty() || !state_->backend)
@@ -37,8 +61,10 @@ void CDC::FrameRect(const CRect& rect, const CBrush* brush)
     const CRect r = state_->filledBox(rect);
     if (r.IsRectEmpty())
         return;
-    // a page's line has the width of a hairline
-    const int width = std::max(1, state_->backend->scale() / 2);
+    const double line = state_->backend->hairline();
+    const int width = static_cast<int>(line);
+    if (width != line)
+        return state_->fillFrame(r, line, *brush);
     const int right = saturated(std::max<Wide>(r.left, Wide{r.right} - width));
     const int bottom = saturated(std::max<Wide>(r.top, Wide{r.bottom} - width));
     const int left = saturated(std::min<Wide>(r.right, Wide{r.left} + width));

@@ -33,15 +33,39 @@ void snap(std::vector<CPointF>& points, double width, int ratio)
         p = {snapped(p.x), snapped(p.y)};
 }
 
-std::vector<CPointF> asFractions(const std::vector<CPoint>& points)
+double lengthOf(const std::vector<CPointF>& points)
 {
-    std::vector<CPointF> exact(points.size());
-    for (std::size_t i = 0; i < points.size(); ++i)
-        exact[i] = {double(points[i].x), double(points[i].y)};
-    return exact;
+    double length = 0;
+    for (std::size_t i = 1; i < points.size(); ++i)
+        length += std::hypot(points[i].x - points[i - 1].x, points[i].y - points[i - 1].y);
+    return length;
 }
 
 }  // namespace
+
+/// Draws a piece of a curve on the vector device; the next piece begins with its last point, and
+/// goes on with its dashes.
+void CDC::State::strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen)
+{
+    vector()->polyline(piece.data(), piece.size(), pen);
+    if (dashPattern(pen.style).count != 0)
+        pen.distance += lengthOf(piece);
+    piece.erase(piece.begin(), piece.end() - 1);
+}
+
+void CDC::State::strokeVectors(const std::vector<CPoint>& points)
+{
+    StrokeStyle pen = strokeStyle();
+    const std::size_t most = std::min(backend->pointsAtOnce(), points.size());
+    std::vector<CPointF> piece;
+    piece.reserve(most);
+    for (const CPoint& p : points) {
+        if (piece.size() == most)
+            strokePiece(piece, pen);
+        piece.push_back({double(p.x), double(p.y)});
+    }
+    strokePiece(piece, pen);
+}
 
 void CDC::State::paintDashed(const LineRun& run, const PixelPainter& painter,
                              const DashPattern& pattern, std::int64_t phase,
@@ -122,8 +146,7 @@ int CDC::Polyline(const CPoint* points, int count)
     LPtoDP(device.data(), count);
     // lines along an axis are crisp as they are
     if (IsVector() || (s.now.smooth && !isLevelOrUpright(device) && s.drawsVectors())) {
-        const std::vector<CPointF> exact = asFractions(device);
-        s.vector()->polyline(exact.data(), exact.size(), s.strokeStyle());
+        s.strokeVectors(device);
     } else {
         s.stroke(device, false);
     }
@@ -139,13 +162,14 @@ int CDC::PolylineF(const CPointF* points, int count)
         return s.backend != nullptr;
     // a point that is not finite parts the curve
     std::vector<CPointF> part;
+    StrokeStyle pen = s.strokeStyle();
     const auto draw = [&] {
         const int ratio = GetPixelRatio();
         const bool crisp = !IsVector() && isLevelOrUpright(part);
         if (part.size() >= 2 && s.drawsVectors() && (!crisp || ratio > 1)) {
             if (crisp)
-                snap(part, s.strokeStyle().width, ratio);
-            s.vector()->polyline(part.data(), part.size(), s.strokeStyle());
+                snap(part, pen.width, ratio);
+            s.vector()->polyline(part.data(), part.size(), pen);
         } else if (part.size() >= 2) {
             std::vector<CPoint> device(part.size());
             for (std::size_t i = 0; i < part.size(); ++i)
@@ -153,14 +177,19 @@ int CDC::PolylineF(const CPointF* points, int count)
             s.stroke(device, false);
         }
         part.clear();
+        pen.distance = 0;
     };
-    part.reserve(static_cast<std::size_t>(count));
+    const std::size_t most = std::min(s.backend->pointsAtOnce(), static_cast<std::size_t>(count));
+    part.reserve(most);
     for (int i = 0; i < count; ++i) {
         const CPointF p = s.now.mapping.toDevice(points[i]);
-        if (std::isfinite(p.x) && std::isfinite(p.y))
-            part.push_back(p);
-        else
+        if (!std::isfinite(p.x) || !std::isfinite(p.y)) {
             draw();
+            continue;
+        }
+        if (part.size() == most)  // only pages take less than everything
+            s.strokePiece(part, pen);
+        part.push_back(p);
     }
     draw();
     return 1;

@@ -95,8 +95,11 @@ struct CDC::State {
     FillStyle fillStyle(const CBrush& brush) const;
 
     void stroke(const std::vector<CPoint>& points, bool closed);
+    void strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen);
+    void strokeVectors(const std::vector<CPoint>& points);
     void shape(const std::vector<CPoint>& outlinePoints);
     void fillArea(const CRect& device, const CBrush& brush, int rop2);
+    void fillFrame(const CRect& device, double line, const CBrush& brush);
     void paintDashed(const LineRun& run, const PixelPainter& painter, const DashPattern& pattern,
                      std::int64_t phase, const PixelOperation& on, const PixelOperation& off) const;
 

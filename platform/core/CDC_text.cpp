@@ -50,7 +50,7 @@ LOGFONT CDC::State::deviceFont() const
 {
     LOGFONT font = now.font;
     if (font.lfHeight == 0)
-        font.lfHeight = defaultHeight * (backend ? backend->scale() : 1);
+        font.lfHeight = nearestInt(defaultHeight * (backend ? backend->scale() : 1));
     else if (!now.mapping.isPlain())
         font.lfHeight =
             std::max(1, now.mapping.lengthY(font.lfHeight)) * (font.lfHeight < 0 ? -1 : 1);

@@ -1,5 +1,7 @@
 #include "platform/core/DeviceBackend.h"
 
+#include "platform/core/PageDocument.h"
+
 #include <utility>
 
 namespace pavane

@@ -3,6 +3,7 @@
 #include "platform/core/CRgn_data.h"
 #include "platform/core/PixelPainter.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -15,6 +16,7 @@ struct StrokeStyle {
     int style = PS_NULL;
     double width = 1;  ///< device units
     std::uint32_t color = 0;
+    double distance = 0;  ///< from the beginning of the dashes, device units
 };
 /// How areas are filled.
 struct FillStyle {
@@ -88,6 +90,8 @@ public:
     virtual CString family() const = 0;
 };
 
+class PageDocument;
+
 /// What the backend with fonts adds to the core; one for the process.
 class PAVANE_API GraphicsHook
 {
@@ -98,6 +102,14 @@ public:
     virtual const TextFace& face(const LOGFONT& font, bool onPage) = 0;
     /// A device that draws on `surface`, which has to outlive it.
     virtual std::unique_ptr<VectorDevice> softDevice(const PixelSurface& surface) = 0;
+    /// A device whose `size` units are shown in `target` of `surface`, as a page is: nothing is
+    /// drawn outside. `scale` units to a pixel of 96 per inch.
+    virtual std::unique_ptr<VectorDevice> pageView(const PixelSurface& surface, const CRect& target,
+                                                   CSize size, double scale) = 0;
+    /// Pages of a document with a title, written to an open file of the caller's. `goesOn` is
+    /// asked while they are, and may put an end to it.
+    virtual std::unique_ptr<PageDocument> pages(int descriptor, const CString& title, int dpi,
+                                                const std::function<bool()>& goesOn) = 0;
     /// The bytes of a PNG file of `image`; empty when memory runs out.
     virtual std::string pngOf(const ImageView& image, int dpi) = 0;
 };
@@ -115,7 +127,12 @@ public:
     /// Width and height in device units.
     virtual CSize size() const = 0;
     /// Device units to a pixel of 96 per inch.
-    virtual int scale() const { return 1; }
+    virtual double scale() const { return 1; }
+    /// Width of the lines that frames are made of, device units.
+    virtual double hairline() const { return scale() < 4 ? 1 : static_cast<int>(scale() / 2); }
+    /// A stroke or curve goes to the page in pieces of so many points, so that it can be left
+    /// in the middle.
+    virtual std::size_t pointsAtOnce() const { return static_cast<std::size_t>(-1); }
     /// The pixels; without bits on a page.
     virtual PixelSurface surface() const { return {}; }
     /// The page; null on a pixel device.

@@ -28,7 +28,7 @@ public:
     {
     }
     CSize size() const override { return size_; }
-    int scale() const override { return scale_; }
+    double scale() const override { return scale_; }
     VectorDevice* page() override { return device_; }
 
 private:

@@ -47,7 +47,21 @@ PainterDevice::PainterDevice(const PixelSurface& surface, FontTable& fonts)
     painter_.setRenderHint(QPainter::Antialiasing);
 }
 
-PainterDevice::PainterDevice(QPaintDevice* page, CSize size, int scale, FontTable& fonts)
+PainterDevice::PainterDevice(const PixelSurface& surface, const CRect& target, CSize size,
+                             double scale, FontTable& fonts)
+    : PainterDevice(surface, fonts)
+{
+    size_ = size;
+    scale_ = scale;
+    onPage_ = isView_ = true;
+    view_.translate(target.left, target.top);
+    view_.scale((double(target.right) - target.left) / size.cx,
+                (double(target.bottom) - target.top) / size.cy);
+    painter_.setTransform(view_);
+    setClip(nullptr);
+}
+
+PainterDevice::PainterDevice(QPaintDevice* page, CSize size, double scale, FontTable& fonts)
     : fonts_(fonts), size_(size), scale_(scale), onPage_(true)
 {
     painter_.begin(page);
@@ -57,11 +71,11 @@ PainterDevice::PainterDevice(QPaintDevice* page, CSize size, int scale, FontTabl
 void PainterDevice::setClip(const CRgn::Data* clip)
 {
     isClipped_ = clip != nullptr;
+    const CRect whole(0, 0, size_.cx, size_.cy);
     if (!clip)
-        return painter_.setClipping(false);
+        return isView_ ? painter_.setClipRect(qtRect(whole)) : painter_.setClipping(false);
     if (!onPage_)
         clip_ = clip->region;
-    const CRect whole(0, 0, size_.cx, size_.cy);
     const CRect box = clip->region.box();
     if (!clip->polygon.empty()) {
         std::vector<CPointF> exact;
@@ -69,7 +83,9 @@ void PainterDevice::setClip(const CRgn::Data* clip)
             exact.push_back({double(p.x) - middle, double(p.y) - middle});
         QPainterPath path;
         path.setFillRule(clip->winding ? Qt::WindingFill : Qt::OddEvenFill);
-        path.addPolygon(qtPoints(clippedPolygon(exact.data(), exact.size(), reach(1))));
+        const BoxF sheet{0, 0, double(size_.cx), double(size_.cy)};
+        path.addPolygon(
+            qtPoints(clippedPolygon(exact.data(), exact.size(), isView_ ? sheet : reach(1))));
         path.closeSubpath();
         return painter_.setClipPath(path);
     }
@@ -105,20 +121,43 @@ BoxF PainterDevice::reach(double penWidth) const
     return {-margin, -margin, size_.cx + margin, size_.cy + margin};
 }
 
+/// Where a page is shown small its lines stay lines, as a viewer of pages draws them.
+double PainterDevice::strokeWidth(double asked) const
+{
+    constexpr double leastSeen = 0.6;
+    return isView_ ? std::max(asked, leastSeen / (surface_.ratio * std::abs(view_.m11()))) : asked;
+}
+
+/// The edges of a filled area of a view moved onto those of pixels, so that neighbours have no gap
+/// between them; what is thinner than a pixel stays as it is.
+QRectF PainterDevice::onDots(const QRectF& units) const
+{
+    const int k = surface_.ratio;
+    const QRectF shown = view_.mapRect(units);
+    if (shown.width() * k < 1 || shown.height() * k < 1)
+        return units;
+    const auto snapped = [&](double v) { return std::floor(v * k + 0.5) / k; };
+    const QPointF near(snapped(shown.left()), snapped(shown.top()));
+    const QPointF far(snapped(shown.right()), snapped(shown.bottom()));
+    return view_.inverted().mapRect(QRectF(near, far));
+}
+
 QPen PainterDevice::qtPen(const StrokeStyle& pen, double distance) const
 {
     const DashPattern pattern = dashPattern(pen.style);
-    QPen made(qtColor(pen.color), pen.width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
+    const double width = strokeWidth(pen.width);
+    distance += pen.distance;
+    QPen made(qtColor(pen.color), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
     if (pattern.count == 0)
         return made;
     // lengths keep their proportion to wide lines; Qt counts in pen widths
-    const double unit = scale_ * std::max(1.0, pen.width / scale_) / pen.width;
+    const double unit = scale_ * std::max(1.0, pen.width / scale_) / width;
     QList<qreal> lengths;
     for (int i = 0; i < pattern.count; ++i)
         lengths.append(pattern.lengths[i] * unit);
     made.setDashPattern(lengths);
     made.setCapStyle(Qt::FlatCap);
-    made.setDashOffset(std::fmod(distance / pen.width, pattern.period() * unit));
+    made.setDashOffset(std::fmod(distance / width, pattern.period() * unit));
     return made;
 }
 
@@ -227,7 +266,7 @@ void PainterDevice::fillRect(const CRect& rect, const FillStyle& brush)
     if (!visible.IntersectRect(rect, {-1, -1, size_.cx + 1, size_.cy + 1}))
         return;
     QPainterPath path;
-    path.addRect(qtRect(visible));
+    path.addRect(isView_ ? onDots(qtRect(visible)) : qtRect(visible));
     fillPath(path, brush);
 }
 
@@ -235,8 +274,18 @@ void PainterDevice::image(const CRect& target, const ImageView& image)
 {
     const QImage view(reinterpret_cast<const uchar*>(image.bits), image.width, image.height,
                       static_cast<qsizetype>(image.width) * 4, QImage::Format_RGB32);
-    painter_.drawImage(qtRect(target), view, QRectF(view.rect()));
-    clearTopBytes(qtRect(target));
+    const QRectF place = isView_ ? onDots(qtRect(target)) : qtRect(target);
+    const QSizeF shown = view_.mapRect(place).size() * surface_.ratio;
+    // more cells than pixels are averaged, fewer keep their edges
+    if (isView_ && (shown.width() < image.width || shown.height() < image.height)) {
+        const QSize seen(std::clamp(nearestInt(shown.width()), 1, image.width),
+                         std::clamp(nearestInt(shown.height()), 1, image.height));
+        const QImage small = view.scaled(seen, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        painter_.drawImage(place, small, QRectF(small.rect()));
+    } else {
+        painter_.drawImage(place, view, QRectF(view.rect()));
+    }
+    clearTopBytes(place);
 }
 
 void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, std::uint32_t color)
@@ -260,8 +309,9 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
     }
     QRectF painted(-height, -height, width + 2 * height,
                    3 * height);  // glyphs may leave their cells
-    painted = font.lfEscapement != 0 ? painter_.transform().mapRect(painted)
-                                     : painted.translated(at.x, at.y);
+    if (font.lfEscapement != 0)
+        painted = QTransform().rotate(-font.lfEscapement / 10.0).mapRect(painted);
+    painted.translate(at.x, at.y);
     painter_.setTransform(before);
     clearTopBytes(painted);
 }
@@ -269,9 +319,9 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
 /// Pictures keep the byte above the colour zero; painters set it.
 void PainterDevice::clearTopBytes(const QRectF& painted)
 {
-    if (onPage_)
+    if (!surface_.bits)
         return;
-    const QRectF visible = painted & QRectF(0, 0, size_.cx, size_.cy);
+    const QRectF visible = view_.mapRect(painted) & QRectF(0, 0, surface_.width, surface_.height);
     const CRect box(nearestInt(visible.left() - 1), nearestInt(visible.top() - 1),
                     nearestInt(visible.right() + 1), nearestInt(visible.bottom() + 1));
     PixelPainter(surface_, isClipped_ ? &clip_ : nullptr).clippedRects(box, [&](const CRect& part) {

@@ -21,7 +21,12 @@ public:
     /// On a picture, which has to live longer.
     PainterDevice(const PixelSurface& surface, FontTable& fonts);
     /// On a page of `size` units, `scale` of them to a pixel. `page` lives longer.
-    PainterDevice(QPaintDevice* page, CSize size, int scale, FontTable& fonts);
+    PainterDevice(QPaintDevice* page, CSize size, double scale, FontTable& fonts);
+    /// The same page of `size` units as it looks in `target` of a picture.
+    PainterDevice(const PixelSurface& surface, const CRect& target, CSize size, double scale,
+                  FontTable& fonts);
+    /// Another size for what follows.
+    void setSize(CSize size) { size_ = size; }
     /// Whether the painter could begin.
     bool isActive() const { return painter_.isActive(); }
     /// Ends drawing; nothing may follow. Non-zero on success.
@@ -40,14 +45,18 @@ public:
 private:
     QPen qtPen(const StrokeStyle& pen, double distance) const;
     BoxF reach(double penWidth) const;
+    double strokeWidth(double asked) const;
+    QRectF onDots(const QRectF& units) const;
     void fillPath(const QPainterPath& path, const FillStyle& brush);
     void strokeCurve(const CPointF* points, std::size_t count, const StrokeStyle& pen);
     void clearTopBytes(const QRectF& painted);
 
     FontTable& fonts_;
     CSize size_;
-    int scale_ = 1;
+    double scale_ = 1;
     bool onPage_ = false;
+    bool isView_ = false;  ///< a page on a picture
+    QTransform view_;      ///< to the units of the picture
     PixelSurface surface_;
     Region clip_;  ///< of pictures
     bool isClipped_ = false;
