@@ -53,6 +53,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/containers/APtrArray.h
     pavane/containers/ARect.h
     pavane/containers/LifeWatch.h
+    pavane/dialogs/ATimeIntervalPresent.h
     pavane/dialogs/values/AUVXTIntervalPM.h
     pavane/dialogs/values/time_texts.h
     pavane/dialogs/values/TimeIntervalForm.h

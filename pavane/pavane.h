@@ -53,6 +53,7 @@
 #include "pavane/containers/APtrArray.h"
 #include "pavane/containers/ARect.h"
 #include "pavane/containers/LifeWatch.h"
+#include "pavane/dialogs/ATimeIntervalPresent.h"
 #include "pavane/dialogs/values/AUVXTIntervalPM.h"
 #include "pavane/dialogs/values/time_texts.h"
 #include "pavane/dialogs/values/TimeIntervalForm.h"

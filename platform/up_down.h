@@ -14,7 +14,7 @@ class PAVANE_API CUpDownCtrl : public CWnd
 {
 public:
     int Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id);
-    /// The edit that shows the number; not owned, null takes it away.
+    /// The edit that shows the number, from the next SetPos on; not owned, null takes it away.
     int SetBuddy(CEdit* edit);
     CWnd* GetBuddy() const;
     /// Both included; a `max` below `min` counts as `min`. 0 to 100 at first.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/resources/resource_ids.h"
+#include "pavane/resources/time_dialogs.h"
 #include "platform/dialog_template.h"
 #include "platform/message.h"
 #include "platform/messages.h"
@@ -52,6 +53,11 @@ inline constexpr DlgTemplate libraryDialogs[] = {
      static_cast<int>(std::size(tableNumberItems))},
     {IDD_FREQ_STEP, "Fixed step", 134, 54, freqStepItems,
      static_cast<int>(std::size(freqStepItems))},
+    {IDD_TIME_INTERVALS, "Time Intervals", 270, 126, timeIntervalItems,
+     static_cast<int>(std::size(timeIntervalItems))},
+    {IDD_TIME_INTERVALS_NARROW, "Time Intervals", 164, 178, narrowTimeIntervalItems,
+     static_cast<int>(std::size(narrowTimeIntervalItems))},
+    timeCountDialog,
 };
 
 }  // namespace pavane

@@ -42,6 +42,28 @@ inline constexpr unsigned IDC_TABLE_NUMBER = 10032;
 inline constexpr unsigned IDD_FREQ_STEP = 10040;
 inline constexpr unsigned IDC_FREQ_STEP = 10041;  ///< spin control: IFs in a group
 
+// The page of time intervals: its two templates, its caption, its controls, which are numbered from
+// 10001 in both, and the dialog that asks for a count of intervals.
+inline constexpr unsigned IDD_TIME_INTERVALS = 10050;
+inline constexpr unsigned IDD_TIME_INTERVALS_NARROW = 10051;
+inline constexpr unsigned IDD_TIME_INTERVAL_COUNT = 10052;
+inline constexpr unsigned IDS_TIME_INTERVALS = 10053;
+inline constexpr unsigned IDC_TIME_START = 10001;
+inline constexpr unsigned IDC_TIME_STOP = 10002;
+inline constexpr unsigned IDC_TIME_INTERVAL = 10003;
+inline constexpr unsigned IDC_TIME_INFO_START = 10004;
+inline constexpr unsigned IDC_TIME_INFO_STOP = 10005;
+inline constexpr unsigned IDC_TIME_INFO_INTERVAL = 10006;
+inline constexpr unsigned IDC_TIME_CLOCK = 10007;    ///< radio button: clock text
+inline constexpr unsigned IDC_TIME_SECONDS = 10008;  ///< radio button: seconds
+inline constexpr unsigned IDC_TIME_EVERY_POINT = 10009;
+inline constexpr unsigned IDC_TIME_SET_INTERVALS = 10010;
+inline constexpr unsigned IDC_TIME_DEFAULT = 10011;
+inline constexpr unsigned IDC_TIME_COUNT_TEXT = 10012;  ///< how many intervals the choice gives
+inline constexpr unsigned IDC_TIME_COUNT = 1019;
+inline constexpr unsigned IDC_TIME_COUNT_ARROWS = 1020;
+inline constexpr unsigned IDC_TIME_COUNT_NOTE = 1021;  ///< how long the intervals would be
+
 // Commands that every drawing window answers; menus of heirs share them.
 inline constexpr unsigned ID_COPY_TO_CLIPBOARD = 10104;
 inline constexpr unsigned ID_COPY_TO_BMP = 10105;

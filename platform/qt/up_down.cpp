@@ -44,7 +44,6 @@ public:
         buddy_ = buddy;
         if (QLineEdit* const line = edit())
             line->installEventFilter(this);
-        showPosition();
     }
     void setRange(int min, int max)
     {

@@ -1,7 +1,6 @@
 #include "platform/property_sheet.h"
 #include "platform/qt/command_frame.h"
-
-#include <QDialog>
+#include "platform/qt/press_keys.h"
 
 namespace pavane
 {
@@ -59,108 +58,42 @@ struct Sheet {
     CPropertySheet sheet;
 };
 
-struct Stroke {
-    Qt::Key key;
-    Qt::KeyboardModifiers held = Qt::NoModifier;
-};
-
-/// Presses keys in the dialog that comes to the front, while it is there.
-void pressThere(const std::vector<Stroke>& strokes)
-{
-    whenShown<QDialog>(&QApplication::activeModalWidget, [=](QDialog& dialog) {
-        const QPointer<QDialog> alive = &dialog;
-        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
-        for (const Stroke& stroke : strokes)
-            if (alive && alive->isVisible()) {
-                QTest::keyClick(alive->focusWidget() ? alive->focusWidget() : alive.data(),
-                                stroke.key, stroke.held);
-                if (stroke.held == Qt::AltModifier)
-                    QTest::qWait(150);  // a button that a letter presses stays down for a while
-            }
-    });
-}
-
 }  // namespace
 
 TEST(PropertySheet, IsUsedByKeysAlone)
 {
     CommandFrame frame;
-    constexpr auto ctrl = Qt::ControlModifier;
-    constexpr auto alt = Qt::AltModifier;
-    const Stroke esc{Qt::Key_Escape};
-    const Stroke enter{Qt::Key_Return};
     const struct {
-        const char* name;
-        std::vector<Stroke> keys;
-        const char *refusing, *refuses;  // the page's name
+        const char *name, *keys;
+        const char *refusing, *refuses;  // a page, and what it refuses
         int result;
         const char* log;
     } rows[] = {
-        {"enter in an edit", {enter}, "", "", IDOK, "X:init X:on X:off X:apply"},
-        {"escape", {esc}, "", "", IDCANCEL, "X:init X:on X:reset"},
-        {"round",
-         {{Qt::Key_Tab, ctrl}, {Qt::Key_PageDown, ctrl}, {Qt::Key_Tab, ctrl}, enter},
-         "",
-         "",
-         IDOK,
+        {"enter in an edit", "Return", "", "", IDOK, "X:init X:on X:off X:apply"},
+        {"escape", "Esc", "", "", IDCANCEL, "X:init X:on X:reset"},
+        {"round", "Ctrl+Tab Ctrl+PgDown Ctrl+Tab Return", "", "", IDOK,
          "X:init X:on X:off B:init B:on B:off C:init C:on C:off X:on X:off X:apply B:apply "
          "C:apply"},
-        {"back",
-         {{Qt::Key_Backtab, ctrl | Qt::ShiftModifier}, {Qt::Key_PageUp, ctrl}, esc},
-         "",
-         "",
-         IDCANCEL,
+        {"back", "Ctrl+Shift+Backtab Ctrl+PgUp Esc", "", "", IDCANCEL,
          "X:init X:on X:off C:init C:on C:off B:init B:on X:reset B:reset C:reset"},
-        {"letters",
-         {{Qt::Key_B, alt}, {Qt::Key_T, alt}, {Qt::Key_X, alt}, esc},
-         "",
-         "",
-         IDCANCEL,
+        {"letters", "Alt+B Alt+T Alt+X Esc", "", "", IDCANCEL,
          "X:init X:on X:off B:init B:on B:step B:off X:on X:reset B:reset"},
-        {"typed and applied",
-         {{Qt::Key_5}, {Qt::Key_A, alt}, esc},
-         "",
-         "",
-         IDCANCEL,
-         "X:init X:on X:off X:apply X:reset"},
-        {"nothing to apply", {{Qt::Key_A, alt}, esc}, "", "", IDCANCEL, "X:init X:on X:reset"},
-        {"stays",
-         {{Qt::Key_Tab, ctrl}, enter, esc},
-         "X",
-         "off",
-         IDCANCEL,
-         "X:init X:on X:off X:off X:reset"},
-        {"refuses OK",
-         {{Qt::Key_Tab, ctrl}, enter, esc},
-         "X",
-         "apply",
-         IDCANCEL,
+        {"typed and applied", "5 Alt+A Esc", "", "", IDCANCEL, "X:init X:on X:off X:apply X:reset"},
+        {"nothing to apply", "Alt+A Esc", "", "", IDCANCEL, "X:init X:on X:reset"},
+        {"stays", "Ctrl+Tab Return Esc", "X", "off", IDCANCEL, "X:init X:on X:off X:off X:reset"},
+        {"refuses OK", "Ctrl+Tab Return Esc", "X", "apply", IDCANCEL,
          "X:init X:on X:off B:init B:on B:off X:apply X:on X:reset B:reset"},
-        {"is passed over",
-         {{Qt::Key_Tab, ctrl}, enter},
-         "B",
-         "on",
-         IDOK,
+        {"is passed over", "Ctrl+Tab Return", "B", "on", IDOK,
          "X:init X:on X:off B:init B:on C:init C:on C:off X:apply B:apply C:apply"},
-        {"none wants to be shown",
-         {esc},
-         "X",
-         "on",
-         IDCANCEL,
-         "X:init X:on B:init B:on X:reset B:reset"},
-        {"button by the Tab key",
-         {{Qt::Key_Tab}, {Qt::Key_Tab}, {Qt::Key_Tab}, enter},
-         "",
-         "",
-         IDCANCEL,
-         "X:init X:on X:reset"},
+        {"does not begin", "Esc", "X", "on", IDCANCEL, "X:init X:on B:init B:on X:reset B:reset"},
+        {"a button by the Tab key", "Tab Tab Tab Return", "", "", IDCANCEL, "X:init X:on X:reset"},
     };
     for (const auto& row : rows) {
         Sheet s(&frame);
         for (Page* const page : {&s.one, &s.two, &s.three})
             if (page->caption().substr(1) == row.refusing)
                 page->refuses = row.refuses;
-        pressThere(row.keys);
+        pressKeys(row.keys);
         EXPECT_EQ(s.sheet.DoModal(), row.result) << row.name;
         EXPECT_EQ(s.log, row.log) << row.name;
         EXPECT_TRUE(QTest::qWaitForWindowActive(outerOfWindow(frame))) << row.name;
@@ -222,8 +155,9 @@ TEST(PropertySheet, OutlivesWhatItsPagesDo)
             two->at = event;
             two->act = [&] { isDeleted ? sheet.reset() : (void)sheet->DestroyWindow(); };
             const bool isCancelled = two->at == "reset";
-            pressThere({{Qt::Key_Tab, Qt::ControlModifier},
-                        {isCancelled ? Qt::Key_Escape : Qt::Key_Return}});
+            pressKeys(isCancelled                                          ? "Ctrl+Tab Esc"
+                      : event == CString("on") || event == CString("init") ? "Ctrl+Tab"
+                                                                           : "Ctrl+Tab Return");
             EXPECT_EQ(sheet->DoModal(), -1) << event;
             EXPECT_EQ(!sheet, isDeleted) << event;
         }
