@@ -1,9 +1,9 @@
 #pragma once
 
 #include "pavane/resources/resource_ids.h"
-#include "platform/controls.h"
 #include "platform/dialog_template.h"
 #include "platform/message.h"
+#include "platform/messages.h"
 
 #include <iterator>
 
@@ -32,7 +32,7 @@ inline constexpr DlgItem timeIntervalItems[] = {
     {ControlKind::staticText, IDC_TIME_INFO_STOP, "", 187, 49, 70, 9},
     {ControlKind::staticText, 0, "Time interval", 187, 64, 70, 9},
     {ControlKind::staticText, IDC_TIME_INFO_INTERVAL, "", 187, 73, 70, 9},
-    {ControlKind::staticText, IDC_TIME_COUNT_TEXT, "", 8, 110, 254, 10, SS_ENDELLIPSIS},
+    {ControlKind::staticText, IDC_TIME_COUNT_TEXT, "", 8, 110, 254, 10},
 };
 
 /// The same controls for sheets of narrow pages; what the data have stands below.
@@ -56,7 +56,7 @@ inline constexpr DlgItem narrowTimeIntervalItems[] = {
     {ControlKind::staticText, IDC_TIME_INFO_STOP, "", 72, 131, 80, 9},
     {ControlKind::staticText, 0, "Time interval", 14, 142, 56, 9},
     {ControlKind::staticText, IDC_TIME_INFO_INTERVAL, "", 72, 142, 80, 9},
-    {ControlKind::staticText, IDC_TIME_COUNT_TEXT, "", 8, 162, 148, 10, SS_ENDELLIPSIS},
+    {ControlKind::staticText, IDC_TIME_COUNT_TEXT, "", 8, 162, 148, 10},
 };
 
 /// How many intervals the range is cut into.
@@ -64,7 +64,7 @@ inline constexpr DlgItem timeCountItems[] = {
     {ControlKind::staticText, 0, "Enter time interval: ", 8, 10, 72, 10},
     {ControlKind::edit, IDC_TIME_COUNT, "", 82, 8, 48, 13, WS_TABSTOP},
     {ControlKind::upDown, IDC_TIME_COUNT_ARROWS, "", 130, 8, 11, 13},
-    {ControlKind::staticText, IDC_TIME_COUNT_NOTE, "", 8, 26, 134, 10, SS_ENDELLIPSIS},
+    {ControlKind::staticText, IDC_TIME_COUNT_NOTE, "", 8, 26, 134, 10},
     {ControlKind::defaultButton, IDOK, "OK", 37, 44, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 92, 44, 50, 14, WS_TABSTOP},
 };
