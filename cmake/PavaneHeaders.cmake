@@ -180,6 +180,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/picture.h
     platform/picture_file.h
     platform/platform.h
+    platform/print_queues.h
     platform/print_settings.h
     platform/profile.h
     platform/resources.h
@@ -270,6 +271,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/shapes/turned_rect.h
     pavane/trackers/TurnedTrackerOf.h
     platform/api.h
+    platform/printer_info.h
     tessel/api.h
     tessel/large_buffer.h
 )

@@ -180,6 +180,7 @@
 #include "platform/picture.h"
 #include "platform/picture_file.h"
 #include "platform/platform.h"
+#include "platform/print_queues.h"
 #include "platform/print_settings.h"
 #include "platform/profile.h"
 #include "platform/progress.h"

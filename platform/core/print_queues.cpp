@@ -1,6 +1,7 @@
 #include "platform/print_queues.h"
 
 #include "platform/core/queue_texts.h"
+#include "platform/core/QueueQuestion.h"
 #include "posix/ChildProcess.h"
 
 #include <chrono>
@@ -42,7 +43,8 @@ int startTool(ChildProcess& tool, const std::vector<std::string>& arguments, int
 
 }  // namespace
 
-/// A question to the scheduler for the list, then two for each queue of it.
+/// A question to the scheduler for the list, then one for each queue of it, on its local socket; or
+/// two through the programs, where there is no such socket or no answer on it.
 class PrinterQuery::Work
 {
 public:
@@ -56,12 +58,16 @@ public:
         }
         if (isListing_)
             return 0;
-        for (Question& question : asked_)
-            if (question.tool && question.tool->poll()) {
+        if (!left())
+            return endNow();
+        for (std::size_t i = 0; i < asked_.size();)
+            if (isAnswered(asked_[i])) {
+                const Question question = std::move(asked_[i]);
+                asked_.erase(asked_.begin() + static_cast<std::ptrdiff_t>(i));
                 takeAnswer(question);
-                question.tool.reset();
+            } else {
+                ++i;
             }
-        std::erase_if(asked_, [](const Question& question) { return !question.tool; });
         while (!waiting_.empty() && asked_.size() < mostAtOnce)
             ask();
         return asked_.empty() && waiting_.empty();
@@ -71,11 +77,23 @@ public:
     CString failure;
 
 private:
+    enum class About { all, attributes, choices };
     struct Question {
         std::size_t queue = 0;
-        int choices = 0;  ///< of its options, else attributes
+        About about = About::all;
         std::unique_ptr<ChildProcess> tool;
+        std::unique_ptr<QueueQuestion> direct;
     };
+    static int isAnswered(const Question& question)
+    {
+        return question.direct ? question.direct->poll() : question.tool->poll();
+    }
+    int endNow()
+    {
+        waiting_.clear();
+        asked_.clear();
+        return 1;
+    }
     int left() const
     {
         const auto now = std::chrono::duration_cast<std::chrono::milliseconds>(end_ - Clock::now());
@@ -93,37 +111,52 @@ private:
             failure = said.empty() ? "the print scheduler gives no list of its queues" : said;
         // the default one first: it is what a dialog shows
         for (const int isDefault : {1, 0})
-            for (std::size_t i = 0; i < printers.size() && waiting_.size() < 2 * mostDetailed; ++i)
+            for (std::size_t i = 0; i < printers.size() && waiting_.size() < mostDetailed; ++i)
                 if (printers[i].isDefault == isDefault)
-                    for (const int choices : {0, 1})
-                        waiting_.push_back({i, choices, nullptr});
+                    waiting_.push_back({i, About::all, nullptr, nullptr});
     }
     void ask()
     {
         Question question = std::move(waiting_.front());
         waiting_.pop_front();
-        std::vector<std::string> arguments{"lpoptions", "-p", printers[question.queue].name};
-        if (question.choices)
+        const CString& name = printers[question.queue].name;
+        if (question.about == About::all) {
+            question.direct = std::make_unique<QueueQuestion>();
+            if (!question.direct->ask(socket_, name))
+                return askPrograms(question.queue);
+            return asked_.push_back(std::move(question));
+        }
+        std::vector<std::string> arguments{"lpoptions", "-p", name};
+        if (question.about == About::choices)
             arguments.emplace_back("-l");
         question.tool = std::make_unique<ChildProcess>();
         CString ignored;
-        if (!left() || !startTool(*question.tool, arguments, left(), ignored))
-            waiting_.clear();
-        else
+        if (startTool(*question.tool, arguments, left(), ignored))
             asked_.push_back(std::move(question));
+    }
+    void askPrograms(std::size_t queue)
+    {
+        for (const About about : {About::attributes, About::choices})
+            waiting_.push_back({queue, about, nullptr, nullptr});
     }
     void takeAnswer(const Question& question)
     {
         PrinterInfo& queue = printers[question.queue];
+        if (question.direct) {
+            if (!question.direct->take(queue))
+                askPrograms(question.queue);
+            return;
+        }
         if (question.tool->exitStatus() != 0)
             return;
-        if (question.choices)
+        if (question.about == About::choices)
             readQueueChoices(question.tool->output(), queue);
         else
             readQueueAttributes(question.tool->output(), queue);
     }
 
     Clock::time_point end_ = Clock::now() + std::chrono::milliseconds(printerQueryTime);
+    const std::string socket_ = schedulerSocket();
     ChildProcess list_;
     int isListing_ = 0;
     std::deque<Question> waiting_;

@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdlib>
 
 namespace pavane
 {
@@ -373,6 +374,15 @@ int readPaperSize(std::string_view name, PrinterPaper& paper)
         std::swap(read.cx, read.cy);
     paper = read;
     return 1;
+}
+
+CString usualPaperName(const PrinterPaper& paper, int within)
+{
+    for (const NamedPaper& known : namedPapers)
+        if (known.cx <= known.cy && std::abs(known.cx - paper.cx) <= within &&
+            std::abs(known.cy - paper.cy) <= within)
+            return CString(known.name);
+    return paper.name;
 }
 
 std::vector<std::string> jobArguments(const CString& pdf, const CString& title,

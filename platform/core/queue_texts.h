@@ -29,6 +29,10 @@ void readQueueChoices(std::string_view text, PrinterInfo& queue);
 /// "na_letter_8.5x11in". Non-zero when it is known; `paper` then has the name as well.
 int readPaperSize(std::string_view name, PrinterPaper& paper);
 
+/// The name that a paper of this size usually has, within so many hundredths of a millimetre; else
+/// its own.
+CString usualPaperName(const PrinterPaper& paper, int within);
+
 /// The arguments of `lp` for a job; `error` and an empty list when the queue's name is none.
 std::vector<std::string> jobArguments(const CString& pdf, const CString& title,
                                       const CPrintSettings& settings, CString& error);
