@@ -4,6 +4,7 @@
 #include "platform/qt/input.h"
 #include "platform/qt/look.h"
 #include "platform/qt/message_queue.h"
+#include "platform/qt/message_scope.h"
 #include "platform/qt/painting.h"
 #include "platform/qt/WindowPeer.h"
 
@@ -92,6 +93,8 @@ bool InputFilter::filterInput(QWidget* widget, QEvent* event)
 
 bool InputFilter::eventFilter(QObject* receiver, QEvent* event)
 {
+    if (isHeldBack(receiver, *event))
+        return true;
     switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:

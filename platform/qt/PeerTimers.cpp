@@ -1,5 +1,6 @@
 #include "platform/qt/PeerTimers.h"
 
+#include "platform/qt/message_scope.h"
 #include "platform/qt/WindowPeer.h"
 
 #include <algorithm>
@@ -40,7 +41,7 @@ void PeerTimers::timerEvent(QTimerEvent* event)
     const auto at = std::find_if(timers_.begin(), timers_.end(), [&](const auto& timer) {
         return timer.second == event->timerId();
     });
-    if (at != timers_.end())
+    if (at != timers_.end() && isHeard(hwnd_))
         sendTo(hwnd_, WM_TIMER, at->first, 0);
 }
 

@@ -1,11 +1,15 @@
 #include "platform/qt/message_queue.h"
 
+#include "platform/message_scope.h"
 #include "platform/message_translator.h"
 #include "platform/qt/capture.h"
 #include "platform/qt/input.h"
 #include "platform/qt/keys.h"
+#include "platform/qt/message_scope.h"
 #include "platform/qt/WindowPeer.h"
 
+#include <algorithm>
+#include <chrono>
 #include <deque>
 #include <QApplication>
 #include <QThread>
@@ -62,13 +66,17 @@ void callPump()
     QCoreApplication::postEvent(q.pump, new QEvent(Pump::request()));
 }
 
-/// Takes the first message of a window that lives.
+/// Takes the first message of a window that lives and is heard.
 bool takeFirst(MSG& message)
 {
     Queue& q = queue();
-    while (!q.messages.empty()) {
-        message = std::move(q.messages.front());
-        q.messages.pop_front();
+    const auto heard = [](const MSG& m) { return isHeard(m); };
+    for (;;) {
+        const auto at = std::find_if(q.messages.begin(), q.messages.end(), heard);
+        if (at == q.messages.end())
+            return false;
+        message = std::move(*at);
+        q.messages.erase(at);
         const bool lives = peerOf(message.hwnd) || (message.input && message.input->target);
         if (!lives)
             continue;
@@ -79,7 +87,6 @@ bool takeFirst(MSG& message)
             takeRightPress(true);
         return true;
     }
-    return false;
 }
 
 bool Pump::event(QEvent* e)
@@ -133,6 +140,12 @@ void noteQuit(int code)
     queue().quits = true;
     queue().quitCode = code;
     callPump();  // wakes who waits
+}
+
+void wakeQueue()
+{
+    if (!queue().messages.empty())
+        callPump();
 }
 
 void clearQueue()
@@ -195,6 +208,21 @@ int PeekMessage(MSG& message)
         return 1;
     message = MSG();
     return 0;
+}
+
+int HandOutMessages(int milliseconds, CWnd* only)
+{
+    using Clock = std::chrono::steady_clock;
+    const auto until = Clock::now() + std::chrono::milliseconds(milliseconds);
+    const MessageScope scope(only ? only->GetSafeHwnd() : HWND());
+    const Queue& q = queue();
+    MSG message;
+    while (!q.quits && QCoreApplication::instance() && PeekMessage(message)) {
+        DispatchMessage(message);
+        if (Clock::now() >= until)
+            break;
+    }
+    return !q.quits;
 }
 
 LRESULT DispatchMessage(const MSG& message)

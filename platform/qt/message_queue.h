@@ -27,6 +27,8 @@ void queueInput(QWidget* widget, const QEvent& event, HWND captured);
 void noteQuit(int code);
 /// Drops everything; for the end of the platform.
 void clearQueue();
+/// Lets what waits be handed out by the loop that comes next.
+void wakeQueue();
 /// Makes the object that empties the queue when no GetMessage does; needs the application.
 void startQueue();
 void stopQueue();

@@ -2,6 +2,7 @@
 
 #include "platform/core/DeviceBackend.h"
 #include "platform/core/region_cover.h"
+#include "platform/qt/message_scope.h"
 #include "platform/window_dc.h"
 
 #include <algorithm>
@@ -109,7 +110,7 @@ void schedulePaint(WindowPeer& peer)
 void runPaint(HWND hwnd, bool atOnce)
 {
     WindowPeer* peer = peerOf(hwnd);
-    if (!peer || !peer->surface || !peer->widget)
+    if (!peer || !peer->surface || !peer->widget || !isHeard(hwnd))
         return;
     if (peer->isPaintDue) {
         peer->isPaintDue = false;
@@ -134,6 +135,14 @@ void runPaint(HWND hwnd, bool atOnce)
     peer = peerOf(hwnd);
     if (peer && peer->surface->hasInvalid())
         schedulePaint(*peer);
+}
+
+void postPendingPaints()
+{
+    for (const HWND hwnd : waiting())
+        if (const WindowPeer* const peer = peerOf(hwnd); peer && peer->widget)
+            QCoreApplication::postEvent(peer->widget, new QEvent(paintRequest()),
+                                        Qt::LowEventPriority);
 }
 
 bool shiftShown(HWND hwnd, const CRect& rect, int dx, int dy)

@@ -17,6 +17,8 @@ void runPaint(HWND hwnd, bool atOnce = false);
 /// The same for all windows that wait for it; called before the toolkit composes a frame, so that
 /// nothing out of date is shown.
 void runPendingPaints();
+/// Posts the paints that wait once more; for when their requests were not answered.
+void postPendingPaints();
 /// Shifts the pixels in `rect` within it on the screen, as those of the surface were, which costs
 /// less than handing them out again; false when that cannot be done.
 bool shiftShown(HWND hwnd, const CRect& rect, int dx, int dy);
