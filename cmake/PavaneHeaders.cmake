@@ -62,6 +62,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/curve_raster.h
     pavane/images/palette_file.h
     pavane/images/palettes.h
+    pavane/printing/APrinter.h
+    pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h
     pavane/printing/layout/caption_format.h
     pavane/printing/layout/page_geometry.h
@@ -69,6 +71,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/printing/layout/page_texts.h
     pavane/printing/layout/paper.h
     pavane/printing/layout/PreviewView.h
+    pavane/printing/print_dialogs.h
     pavane/resources/resource_ids.h
     pavane/tables/ATableWnd.h
     pavane/tables/components/ACompItem.h
@@ -165,6 +168,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/CMenu.h
     platform/controls.h
     platform/cursors.h
+    platform/CWinApp.h
     platform/CWnd.h
     platform/dialog_template.h
     platform/file_dialog.h
@@ -181,6 +185,8 @@ set(PAVANE_PUBLIC_HEADERS
     platform/picture_file.h
     platform/platform.h
     platform/print_queues.h
+    platform/print_info.h
+    platform/printer_info.h
     platform/print_settings.h
     platform/profile.h
     platform/resources.h
@@ -271,7 +277,6 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/shapes/turned_rect.h
     pavane/trackers/TurnedTrackerOf.h
     platform/api.h
-    platform/printer_info.h
     tessel/api.h
     tessel/large_buffer.h
 )

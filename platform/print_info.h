@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/messages.h"
 #include "platform/print_settings.h"
 #include "platform/printer_info.h"
 
@@ -21,6 +22,7 @@ struct CPrintInfo {
     int numPreviewPages = 0;
     int rangeIsPages = 0;  ///< non-zero: from and to were chosen, else all pages
     CString pageDescription;
+    HWND dialog = 0;      ///< of the print dialog while it is open
     PrinterInfo printer;  ///< the chosen queue; without a name for a file
 };
 

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/CDialog.h"
+#include "platform/print_info.h"
+
+namespace pavane
+{
+
+/// Sides, colours and resolution of a job, as far as its printer has a choice.
+class APrintPropertiesDlg : public CDialog
+{
+public:
+    APrintPropertiesDlg(CPrintInfo& info, CWnd* owner);
+
+protected:
+    int OnInitDialog() override;
+    void OnOK() override;
+
+private:
+    CPrintInfo& info_;
+};
+
+}  // namespace pavane
