@@ -170,6 +170,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/cursors.h
     platform/CWinApp.h
     platform/CWnd.h
+    platform/dialog_ground.h
     platform/dialog_template.h
     platform/file_dialog.h
     platform/flat_scroll_bars.h

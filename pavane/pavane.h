@@ -170,6 +170,7 @@
 #include "platform/cursors.h"
 #include "platform/CWinApp.h"
 #include "platform/CWnd.h"
+#include "platform/dialog_ground.h"
 #include "platform/dialog_template.h"
 #include "platform/file_dialog.h"
 #include "platform/flat_scroll_bars.h"

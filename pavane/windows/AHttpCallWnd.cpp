@@ -3,6 +3,7 @@
 #include "pavane/windows/link_opening.h"
 #include "platform/CDC.h"
 #include "platform/CDialog.h"
+#include "platform/dialog_ground.h"
 #include "platform/system_colors.h"
 
 #include <chrono>
@@ -40,7 +41,7 @@ constexpr unsigned char variableSwiss = 2 | 2 << 4;
 COLORREF groundOf(const CWnd& window)
 {
     const CWnd* const parent = window.GetParent();
-    return GetSysColor(parent && parent->IsDialog() ? COLOR_BTNFACE : COLOR_WINDOW);
+    return parent && parent->IsDialog() ? GetDialogGround() : GetSysColor(COLOR_WINDOW);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "platform/dialog_ground.h"
 #include "platform/qt/look.h"
 #include "platform/qt/WindowPeer.h"
 #include "platform/system_colors.h"
@@ -51,6 +52,13 @@ QSize screenSize()
 }
 
 }  // namespace
+
+COLORREF GetDialogGround()
+{
+    return canShowWindows()
+               ? colorOf(QGuiApplication::palette(), QPalette::Active, QPalette::Window)
+               : RGB(255, 255, 255);
+}
 
 COLORREF GetSysColor(int index)
 {
