@@ -84,7 +84,7 @@ TEST(SkyCoordinates, AgreeWithTheFormulaOfTheSinProjection)
 
 TEST(SkyCoordinates, AgreeWithTheFormulaOnRealMaps)
 {
-    const std::string folder = "/work/shared/data/maps/";
+    const std::string folder = PAVANE_SOURCE_DIR "/../shared/data/maps/";
     if (!IsFolderExists(folder))
         GTEST_SKIP() << "no real maps here";
     for (const char* name :

@@ -166,7 +166,7 @@ TEST(SkyRegions, BringAThousandRandomAreasBack)
 
 TEST(SkyRegions, ReadOtherProgramsFilesOnRealMaps)
 {
-    const std::string folder = "/work/shared/data/";
+    const std::string folder = PAVANE_SOURCE_DIR "/../shared/data/";
     if (!IsFolderExists(folder + "regions"))
         GTEST_SKIP() << "no real files here";
     std::vector<AreaShape> shapes;
