@@ -43,7 +43,7 @@ MapHeader headerOf(const SimulateOptions& o, const CleanBeam& beam)
     header.bunit = "JY/BEAM";
     header.object = "SIMULATED";
     header.telescope = "VLBA";
-    header.dateObs = "2026-03-21";
+    header.dateObs = "2026-03-20";
     header.equinox = 2000;
     header.hasBeam = 1;
     header.bmaj = beam.major * step;
