@@ -1,5 +1,6 @@
 #include "platform/CDialog.h"
 #include "platform/qt/command_frame.h"
+#include "platform/qt/press_keys.h"
 
 #include <QDialog>
 #include <QLineEdit>
@@ -46,17 +47,6 @@ struct AreaDialog : CDialog {
     std::vector<unsigned> clicked;
 };
 
-/// Presses keys in the dialog that comes to the front.
-void pressThere(std::vector<Qt::Key> keys)
-{
-    whenShown<QDialog>(&QApplication::activeModalWidget, [=](QDialog& dialog) {
-        const QPointer<QDialog> alive = &dialog;
-        for (const Qt::Key key : keys)
-            if (alive)
-                QTest::keyClick(alive->focusWidget() ? alive->focusWidget() : alive.data(), key);
-    });
-}
-
 unsigned focusedId()
 {
     const CWnd* const focus = CWnd::GetFocus();
@@ -70,17 +60,17 @@ TEST(CDialog, EndsByKeysAndButtons)
     CommandFrame frame;
     const struct {
         const char* name;
-        std::vector<Qt::Key> keys;
+        const char* keys;
         int result;
     } cases[] = {
-        {"default button", {Qt::Key_Return}, IDOK},
-        {"escape", {Qt::Key_Escape}, IDCANCEL},
-        {"button with the focus", {Qt::Key_Backtab, Qt::Key_Return}, IDCANCEL},
-        {"space", {Qt::Key_Backtab, Qt::Key_Backtab, Qt::Key_Space}, IDOK},
+        {"default button", "Return", IDOK},
+        {"escape", "Esc", IDCANCEL},
+        {"button with the focus", "Backtab Return", IDCANCEL},
+        {"space", "Backtab Backtab Space", IDOK},
     };
     for (const auto& c : cases) {
         AreaDialog dialog(&frame);
-        pressThere(c.keys);
+        pressKeys(c.keys);
         EXPECT_EQ(dialog.DoModal(), c.result) << c.name;
         EXPECT_EQ(dialog.GetSafeHwnd(), HWND{0}) << c.name;
         EXPECT_TRUE(QTest::qWaitForWindowActive(outerOfWindow(frame))) << c.name;
@@ -89,7 +79,7 @@ TEST(CDialog, EndsByKeysAndButtons)
     whenShown<QDialog>(&QApplication::activeModalWidget, [](QDialog& d) { d.close(); });
     EXPECT_EQ(closed.DoModal(), IDCANCEL);
     CDialog bare(empty, &frame);
-    pressThere({Qt::Key_Enter});
+    pressKeys("Enter");
     EXPECT_EQ(bare.DoModal(), IDOK);
     EXPECT_EQ(CDialog(9199u, &frame).DoModal(), -1);
 }
@@ -105,17 +95,14 @@ TEST(CDialog, EndsWhereverItIsEnded)
 
     auto doomed = std::make_unique<AreaDialog>(&frame);
     doomed->atCommand = [&] { doomed.reset(); };
-    pressThere({Qt::Key_Return});
+    pressKeys("Return");
     EXPECT_EQ(doomed->DoModal(), -1);
     EXPECT_EQ(doomed, nullptr);
 
     AreaDialog outside(&frame);
     AreaDialog inside(&outside);
-    outside.atCommand = [&] {
-        pressThere({Qt::Key_Escape});
-        outside.EndDialog(100 + inside.DoModal());
-    };
-    pressThere({Qt::Key_Return});
+    outside.atCommand = [&] { outside.EndDialog(100 + inside.DoModal()); };
+    pressKeys("Return Esc");
     EXPECT_EQ(outside.DoModal(), 100 + IDCANCEL);
 
     AreaDialog modeless(&frame);
