@@ -115,6 +115,7 @@ struct CPropertySheet::Data {
     {
         return has(index) ? pages[static_cast<std::size_t>(index)] : nullptr;
     }
+    int mayLeave(CPropertySheet& sheet);
     int leave(CPropertySheet& sheet, int next);
     int make(int index);
     int enter(CPropertySheet& sheet, int index);
@@ -132,20 +133,30 @@ int CPropertySheet::Data::make(int index)
     return made->CreateWithin(*tabs) && tabs->SetItemPage(index, made);
 }
 
-/// Asks the active page whether it may be left, and has the next one ready.
-int CPropertySheet::Data::leave(CPropertySheet& sheet, int next)
+/// Asks the active page whether it may be left; what it does meanwhile leaves it no second time.
+int CPropertySheet::Data::mayLeave(CPropertySheet& sheet)
 {
     const HWND self = sheet.GetSafeHwnd();
     CPropertyPage* const old = sheet.GetActivePage();
     if (isLeaving)
         return 0;
     isLeaving = 1;
-    takesFocus = hasFocus(old);
     const int mayGo = !old || old->OnKillActive();
     if (FromHandle(self) != &sheet)
         return 0;
     isLeaving = 0;
-    return mayGo && make(next) && FromHandle(self) == &sheet;
+    return mayGo;
+}
+
+/// Leaves the active page and has the next one ready.
+int CPropertySheet::Data::leave(CPropertySheet& sheet, int next)
+{
+    const HWND self = sheet.GetSafeHwnd();
+    const bool hadFocus = hasFocus(sheet.GetActivePage());
+    if (!mayLeave(sheet) || !make(next) || FromHandle(self) != &sheet)
+        return 0;
+    takesFocus = hadFocus;
+    return 1;
 }
 
 /// Tells the page of the chosen tab; one that does not want to be shown hands on to the next.
@@ -291,8 +302,7 @@ void CPropertySheet::enableApply()
 int CPropertySheet::apply()
 {
     const HWND self = GetSafeHwnd();
-    CPropertyPage* const active = GetActivePage();
-    if (active && !active->OnKillActive())
+    if (!data_->mayLeave(*this))
         return 0;
     for (int i = 0; FromHandle(self) == this && i < GetPageCount(); ++i) {
         CPropertyPage* const page = GetPage(i);
