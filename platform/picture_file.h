@@ -7,7 +7,7 @@ namespace pavane
 
 /// Reads a picture file (PNG, BMP, GIF, JPEG by its first bytes; the first frame of a clip) into
 /// `picture`, on white where it is transparent. Non-zero on success, else 0, an empty picture, and
-/// `error` says in one line why: no file, no picture, damaged, more than 64 million pixels.
+/// `error` says in one line why: no file, no picture, damaged, more than 32 million pixels.
 PAVANE_API int LoadPicture(const CString& file, CPicture& picture, CString& error);
 
 /// The file with the same picture for screens of two pixels to a unit, which has "@2x" before its

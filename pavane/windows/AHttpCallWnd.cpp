@@ -6,6 +6,7 @@
 #include "platform/dialog_ground.h"
 #include "platform/system_colors.h"
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 #include <utility>
@@ -221,8 +222,15 @@ void AHttpCallWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
 
 void AHttpCallWnd::PrintWindow(CDC& dc, CRect& rect, int)
 {
+    constexpr int screenDots = 96;
+    CRect label;
+    GetClientRect(label);
+    const int height = MulDiv(label.Height(), dc.GetDeviceCaps(LOGPIXELSY), screenDots);
+    CRect top = rect;
+    if (height > 0)
+        top.bottom = std::min(rect.bottom, rect.top + height);
     dc.SetTextColor(linkColor);
-    drawLabel(dc, rect);
+    drawLabel(dc, top);
 }
 
 /// Letters as high as the label, whatever part of it is drawn.

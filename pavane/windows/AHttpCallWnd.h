@@ -8,9 +8,8 @@
 namespace pavane
 {
 
-// Messages between a link and the program that shows web addresses.
-inline constexpr unsigned WM_DDE_INITIATE = 0x03E0, WM_DDE_TERMINATE = 0x03E1, WM_DDE_ACK = 0x03E4,
-                          WM_DDE_EXECUTE = 0x03E8;
+/// The service that shows web addresses has answered a link; wParam is who.
+inline constexpr unsigned WM_DDE_ACK = 0x03E4;
 
 /// A link: a label that opens a web address in the user's browser, by mouse, Enter or Space; or,
 /// not visible, a window that only opens addresses. Addresses are http, https, ftp and mailto; what
@@ -41,6 +40,7 @@ public:
     int Create(const CString& className, const CString& title, unsigned style, const CRect& rect,
                CWnd* parent, unsigned id) = delete;
     void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
+    /// On paper the letters are as high as on the screen.
     void PrintWindow(CDC& dc, CRect& rect, int page) override;
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override;
     const char* GetWndClassName() override;

@@ -113,9 +113,12 @@ void CWnd::SetWindowText(const CString& text)
         return;
     peer->title = text;
     if (peer->setText)
-        peer->setText(text);
-    else if (QWidget* const outer = peer->outer())
+        return peer->setText(text);  // whoever hears of it may end the window
+    if (QWidget* const outer = peer->outer())
         outer->setWindowTitle(textOf(text));
+    // a drawing window inside another may show its title
+    if (peer->surface && !peer->isTopLevel())
+        Invalidate();
 }
 
 CString CWnd::GetWindowText() const

@@ -15,8 +15,8 @@ namespace pavane
 namespace
 {
 
-/// Pixels of the largest picture; decoded it takes four bytes for each.
-constexpr qint64 mostPixels = 64'000'000;
+/// Pixels of the largest picture; the toolkit decodes up to 128 MiB.
+constexpr qint64 mostPixels = 32'000'000;
 
 /// Why a file cannot be opened; "" for a plain file that can.
 CString faultOf(const CString& file)

@@ -250,6 +250,9 @@ TEST(Link, UnseenClosesItselfOnceTheServiceHasTheAddress)
     EXPECT_TRUE(link.GotoURL());
     EXPECT_EQ(desktop.recorded(1), byBus);
     EXPECT_FALSE(link.GetSafeHwnd());
+    desktop.forget();
+    EXPECT_TRUE(link.GotoURL()) << "without a window";
+    EXPECT_EQ(desktop.recorded(1), byBus);
 }
 
 TEST(Link, IsALabelThatKeysAndReadersPress)
