@@ -167,6 +167,7 @@ QAccessible::State WindowInterface::state() const
         state.focusable = state.focusable || part.state & STATE_SYSTEM_FOCUSABLE;
         state.multiSelectable = (part.state & STATE_SYSTEM_MULTISELECTABLE) != 0;
         state.readOnly = (part.state & STATE_SYSTEM_READONLY) != 0;
+        state.linked = part.role == ROLE_SYSTEM_LINK;
     }
     return state;
 }

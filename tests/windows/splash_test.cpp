@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 
 using namespace pavane;
 
@@ -113,9 +114,18 @@ TEST(Splash, LeavesNothingBehindWhenItCannotBeShown)
     ASplash::EnableSplashScreen(1);
     std::ofstream(fileIn("no-frames.gif"), std::ios::binary)
         << std::string("GIF89a\1\0\1\0\0\0\0;", 14);
+    std::stringstream whole;
+    whole << std::ifstream(pictureFile(), std::ios::binary).rdbuf();
+    std::ofstream(fileIn("cut.png"), std::ios::binary)
+        << whole.str().substr(0, whole.str().size() * 2 / 3);
+    std::ofstream(fileIn("wide.bmp"), std::ios::binary)  // 100 000 x 1
+        << std::string("BM\x16\x94\4\0\0\0\0\0\x36\0\0\0\x28\0\0\0\xA0\x86\1\0\1\0\0\0\1\0\x18\0",
+                       30)
+        << std::string(24 + 300'000, '\0');
     for (const int mode : {0, 1}) {
         for (const std::string& file :
-             {std::string(), fileIn("missing.png"), fileIn("no-frames.gif"), std::string("/tmp")}) {
+             {std::string(), fileIn("missing.png"), fileIn("no-frames.gif"), fileIn("cut.png"),
+              fileIn("wide.bmp"), std::string("/tmp")}) {
             ASplash::ShowSplashScreen(file, mode, nullptr);
             EXPECT_FALSE(splash()) << file << mode;
             EXPECT_EQ(offer(WM_KEYDOWN), 0) << file << mode;
