@@ -90,26 +90,22 @@ public:
         pclose(told);
         return bus_ > 0;
     }
-    /// What was recorded, once it has `lines` lines and a moment more has passed without another.
-    std::string recorded(int lines, int milliseconds = 10'000) const
+    /// Checks what was recorded since the last time: `expected`, and nothing more a moment later.
+    void expectRecord(const std::string& expected) const
     {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-        std::string text;
-        const auto read = [&] {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+        std::stringstream text;
+        for (int more = 20; more > 0; more -= text.str().size() >= expected.size()) {
             settle();
             std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            std::stringstream all;
-            all << std::ifstream(record()).rdbuf();
-            text = all.str();
-            return std::count(text.begin(), text.end(), '\n');
-        };
-        while (read() < lines && std::chrono::steady_clock::now() < end) {
+            text.str("");
+            text << std::ifstream(record()).rdbuf();
+            if (std::chrono::steady_clock::now() > end)
+                break;
         }
-        for (int i = 0; i < 20; ++i)
-            read();
-        return text;
+        EXPECT_EQ(text.str(), expected);
+        fs::remove(record());
     }
-    void forget() const { fs::remove(record()); }
     std::string record() const { return folder + "/record"; }
     std::string folder;
 
@@ -136,6 +132,11 @@ struct Frame : TestWindow {
         link.SetVisible(1);
         EXPECT_TRUE(link.Create(this, {10, 10, 150, 30}));
         link.SetWindowText("R&D at home");
+    }
+    void press()
+    {
+        link.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+        link.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
     }
 };
 
@@ -179,18 +180,12 @@ TEST(Link, OpensByTheOpenerThenByTheCommand)
         fs::remove(desktop.folder + "/bin/xdg-open");
         if (c.opener >= 0)
             desktop.program("xdg-open", c.opener);
-        const auto lines = [](const std::string& text) {
-            return static_cast<int>(std::count(text.begin(), text.end(), '\n'));
-        };
         Frame frame;
         frame.link.SetHttp(c.url);
         EXPECT_EQ(frame.link.GotoURL() != 0, c.result != 0) << c.url << c.opener;
-        EXPECT_EQ(desktop.recorded(lines(c.goes)), c.goes);
-        desktop.forget();
-        frame.link.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
-        frame.link.SendMessage(WM_LBUTTONUP, 0, MAKELPARAM(3, 3));
-        EXPECT_EQ(desktop.recorded(lines(c.pressed)), c.pressed);
-        desktop.forget();
+        desktop.expectRecord(c.goes);
+        frame.press();
+        desktop.expectRecord(c.pressed);
     }
 }
 
@@ -201,9 +196,9 @@ TEST(Link, OpensNothingWithoutARegistration)
     link.SetHttp(at);
     EXPECT_EQ(link.GotoURL(), 0);
     Frame frame;
-    frame.link.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+    frame.press();
     frame.link.SendMessage(WM_DDE_ACK, 5);
-    EXPECT_EQ(desktop.recorded(0), "");
+    desktop.expectRecord("");
 }
 
 TEST(Link, CallsTheServiceOnceAndTheCommandWhenItFails)
@@ -211,23 +206,22 @@ TEST(Link, CallsTheServiceOnceAndTheCommandWhenItFails)
     struct Case {
         const char *mode, *lines;
         std::string expected;
-        int count;
-    } cases[] = {{"answer", "Exec=browser %u\nDBusActivatable=true", byBus, 1},
-                 {"answer", "DBusActivatable=true", byBus, 1},
-                 {"refuse", "Exec=browser\nDBusActivatable=true", byBus + byCommand, 2},
-                 {"refuse", "DBusActivatable=true", byBus, 1},
-                 {"silent", "Exec=browser\nDBusActivatable=true", byBus + byCommand, 2}};
-    for (const auto& [mode, lines, expected, count] : cases) {
+    } cases[] = {{"answer", "Exec=browser %u\nDBusActivatable=true", byBus},
+                 {"answer", "DBusActivatable=true", byBus},
+                 {"refuse", "Exec=browser\nDBusActivatable=true", byBus + byCommand},
+                 {"refuse", "DBusActivatable=true", byBus},
+                 {"silent", "Exec=browser\nDBusActivatable=true", byBus + byCommand}};
+    for (const auto& [mode, lines, expected] : cases) {
         Desktop desktop;
         desktop.handler(lines);
         if (!desktop.startBus(mode))
             GTEST_SKIP() << "no dbus-daemon here";
-        for (int started = 0; started < (count == 1 ? 2 : 1); ++started) {
+        // started by the bus, and running
+        for (int time = 0; time < (expected == byBus ? 2 : 1); ++time) {
             Frame frame;
-            frame.link.SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+            frame.press();
             frame.link.SendMessage(WM_DDE_ACK, 5);
-            EXPECT_EQ(desktop.recorded(count, 20'000), expected) << mode << lines;
-            desktop.forget();
+            desktop.expectRecord(expected);
         }
     }
 }
@@ -242,17 +236,15 @@ TEST(Link, UnseenClosesItselfOnceTheServiceHasTheAddress)
     ASSERT_TRUE(link.Create(&parent, {0, 0, 10, 10}));
     EXPECT_FALSE(link.IsWindowVisible());
     EXPECT_TRUE(link.GotoURL());
-    EXPECT_EQ(desktop.recorded(1), byCommand);
+    desktop.expectRecord(byCommand);
     EXPECT_TRUE(link.GetSafeHwnd());
-    desktop.forget();
     if (!desktop.startBus("answer"))
         GTEST_SKIP() << "no dbus-daemon here";
     EXPECT_TRUE(link.GotoURL());
-    EXPECT_EQ(desktop.recorded(1), byBus);
+    desktop.expectRecord(byBus);
     EXPECT_FALSE(link.GetSafeHwnd());
-    desktop.forget();
     EXPECT_TRUE(link.GotoURL()) << "without a window";
-    EXPECT_EQ(desktop.recorded(1), byBus);
+    desktop.expectRecord(byBus);
 }
 
 TEST(Link, IsALabelThatKeysAndReadersPress)
@@ -273,12 +265,11 @@ TEST(Link, IsALabelThatKeysAndReadersPress)
                                              [&] { link.AccessActivate(0); }};
     for (const auto& press : presses) {
         press();
-        EXPECT_EQ(desktop.recorded(1), byCommand);
-        desktop.forget();
+        desktop.expectRecord(byCommand);
     }
     link.SendMessage(WM_KEYDOWN, VK_RETURN, 1 | 1 << 30);
     link.SendMessage(WM_KEYDOWN, 'A', 1);
-    EXPECT_EQ(desktop.recorded(0), "");
+    desktop.expectRecord("");
 }
 
 TEST(Link, DrawsTheSameWhateverPartIsRepainted)

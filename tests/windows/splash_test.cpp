@@ -153,14 +153,12 @@ TEST(Splash, TakesKeysAndPressesAndNothingElse)
 TEST(WindowCentre, StaysOnTheScreenThatHoldsTheMiddle)
 {
     const std::vector<CRect> screens = {{0, 0, 1000, 800}, {1000, 0, 1600, 600}};
-    struct Case {
-        CSize size;
-        CRect about, expected;
-    } cases[] = {{{100, 50}, {}, {450, 375, 550, 425}},
-                 {{100, 50}, {1100, 100, 1300, 200}, {1150, 125, 1250, 175}},
-                 {{100, 50}, {1580, 580, 1590, 590}, {1500, 550, 1600, 600}},
-                 {{2000, 50}, {0, 0, 20, 20}, {0, 0, 2000, 50}}};
-    for (const auto& [size, about, expected] : cases)
-        EXPECT_EQ(centredRect(size, about, screens), expected) << about.left;
+    const auto centred = [&](const CRect& about, int width = 100) {
+        return centredRect({width, 50}, about, screens);
+    };
+    EXPECT_EQ(centred({}), CRect(450, 375, 550, 425));
+    EXPECT_EQ(centred({1100, 100, 1300, 200}), CRect(1150, 125, 1250, 175));
+    EXPECT_EQ(centred({1580, 580, 1590, 590}), CRect(1500, 550, 1600, 600));
+    EXPECT_EQ(centred({0, 0, 20, 20}, 2000), CRect(0, 0, 2000, 50));
     EXPECT_EQ(centredRect({10, 10}, {}, {}), CRect(0, 0, 10, 10));
 }
