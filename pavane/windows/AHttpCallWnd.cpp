@@ -26,10 +26,10 @@ constexpr unsigned unseenTime = 100;
 constexpr unsigned openingTimer = 2;
 constexpr unsigned openingPause = 50;
 constexpr auto pause = std::chrono::milliseconds(2);
-// How long a call may take: a moment for the user, or all limits of its steps where no timer can go
-// on with it.
+// How long a call may take: a moment for the user. Where no timer can go on with it, an opener that
+// runs longer has found a browser, and the other steps have limits of their own.
 constexpr int shortWait = 1000;
-constexpr int longWait = 15'000;
+constexpr int openerWait = 2000;
 
 // Fields of the label's font.
 constexpr unsigned char anyAlphabet = 204;
@@ -117,7 +117,7 @@ int AHttpCallWnd::open(int withOpener)
         return 0;
     server_ = 0;
     opening_->begin(address, withOpener);
-    return goOn(GetSafeHwnd() ? shortWait : longWait);
+    return goOn(GetSafeHwnd() ? shortWait : openerWait);
 }
 
 /// Lets the opening go on, so long at most, and then by the timer.
@@ -137,7 +137,7 @@ int AHttpCallWnd::goOn(int milliseconds)
             opening_->decline();
             continue;
         }
-        if (Clock::now() >= limit) {
+        if (Clock::now() >= limit && (self || step == Step::opener)) {
             SetTimer(openingTimer, openingPause);
             return 1;
         }

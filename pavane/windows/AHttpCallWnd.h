@@ -32,9 +32,9 @@ public:
 
     /// Opens the address: by the desktop's opener, or when that is not there or fails by the
     /// registered program, its service on the session's bus before its command. Waits a second at
-    /// most while there is a window, which then goes on by a timer, else until it is known.
-    /// Non-zero when a program has the address or is still at it; 0 when none took it or it may not
-    /// be opened.
+    /// most while there is a window, which then goes on by a timer; else two for the opener, which
+    /// is left to itself then, and for an answer of the service. Non-zero when a program has the
+    /// address or is still at it; 0 when none took it or it may not be opened.
     int GotoURL();
 
     int Create(const CString& className, const CString& title, unsigned style, const CRect& rect,

@@ -195,6 +195,9 @@ TEST(Link, OpensNothingWithoutARegistration)
     AHttpCallWnd link;
     link.SetHttp(at);
     EXPECT_EQ(link.GotoURL(), 0);
+    desktop.write("bin/xdg-open", "#!/bin/sh\nexec sleep 4\n");
+    fs::permissions(desktop.folder + "/bin/xdg-open", fs::perms::owner_all);
+    EXPECT_TRUE(link.GotoURL()) << "an opener that goes on";
     Frame frame;
     frame.press();
     frame.link.SendMessage(WM_DDE_ACK, 5);
