@@ -24,6 +24,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/map_scale.h
     pavane/axes/maps/cells/map_statistics.h
+    pavane/axes/maps/ChannelMaps.h
     pavane/axes/maps/FigureLayer.h
     pavane/axes/maps/map_titles.h
     pavane/axes/maps/map_unit.h
@@ -38,6 +39,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/ranges/RectMinMaxTransform.h
     pavane/axes/ranges/time_ticks.h
     pavane/axes/ranges/TMinMax.h
+    pavane/axes/windows/AChannelMapsWnd.h
     pavane/axes/windows/AAreaSelectDlg.h
     pavane/axes/windows/AAreaTableWnd.h
     pavane/axes/windows/AAxisTrkSelWnd.h
@@ -156,6 +158,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h
     pavane/windows/ASplash.h
+    pavane/windows/AWindowSheet.h
     pavane/windows/JobBox.h
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h

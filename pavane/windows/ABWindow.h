@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/containers/LifeWatch.h"
 #include "pavane/resources/resource_ids.h"
 #include "platform/CWnd.h"
 
@@ -52,6 +53,9 @@ public:
     /// fit the page. Asked as GetPages is.
     virtual int GetPrintPercent(CDC& dc);
 
+    /// For whoever keeps a pointer to the window, open or not: a LifeWatch of this tells when the
+    /// object is gone.
+    const LifeToken& life() const { return lifeOfWindow_; }
     /// 1 when every bit of `mask` is set.
     int IsFlagSet(int mask) const;
     void SetFlag(int mask, int on);
@@ -89,6 +93,7 @@ private:
     void paintBuffered(CDC& screen, CRect& client, CRect& update);
 
     int flags_ = 0;
+    LifeToken lifeOfWindow_;
 };
 
 }  // namespace pavane

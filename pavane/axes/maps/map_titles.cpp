@@ -5,6 +5,7 @@
 #include "tessel/rounding.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <string_view>
@@ -46,6 +47,60 @@ void append(std::string& text, const std::string& part)
 }
 
 }  // namespace
+
+namespace
+{
+
+/// The Stokes parameter of a number on its axis.
+const char* stokesOf(double value)
+{
+    static constexpr const char* names[] = {"YX", "XY", "YY", "XX", "LR", "RL", "LL",
+                                            "RR", "",   "I",  "Q",  "U",  "V"};
+    const double index = std::round(value) + 8;
+    return index >= 0 && index < 13 ? names[static_cast<std::size_t>(index)] : "";
+}
+
+/// What a place on an axis is; empty for one that tells nothing.
+std::string planeText(const MapAxis& axis, int pixel)
+{
+    const double value = axis.crval + (pixel + 1 - axis.crpix) * axis.cdelt;
+    if (axis.ctype.empty() || !std::isfinite(value))
+        return {};
+    if (axis.ctype == "STOKES")
+        return *stokesOf(value) ? std::string("Stokes") + hardBlank + stokesOf(value) : "";
+    // as many digits as tell a plane from the next
+    const double planes = std::log10(std::max(std::fabs(value / axis.cdelt), 1.0));
+    const int digits = std::clamp(truncated(std::ceil(planes)) + 1, headerDigits, 12);
+    const bool isSpeed = axis.ctype.starts_with("V") || axis.ctype.starts_with("FELO");
+    const std::string unit = !axis.cunit.empty()    ? axis.cunit
+                             : axis.ctype == "FREQ" ? "Hz"
+                             : isSpeed              ? "m/s"
+                                                    : "";
+    if (unit == "m/s")
+        return valToStr(value / 1000, digits) + hardBlank + "km/s";
+    if (unit == "Hz")
+        return scaledText(value, unit, digits);
+    const std::string number = valToStr(value, digits) + (unit.empty() ? "" : hardBlank + unit);
+    return isSpeed || axis.ctype == "FREQ" ? number : axis.ctype + hardBlank + number;
+}
+
+}  // namespace
+
+CString mapPlaneText(const MapHeader& header)
+{
+    CString text;
+    int rest = header.plane;
+    for (std::size_t i = 2; i < header.axes.size(); ++i) {
+        const MapAxis& axis = header.axes[i];
+        const int length = std::max(axis.length, 1);
+        if (length > 1)
+            append(text, planeText(axis, rest % length));
+        rest /= length;
+    }
+    return text.empty() && header.planes > 1
+               ? CString("plane") + hardBlank + std::to_string(header.plane)
+               : text;
+}
 
 CString mapTitle(const MapHeader& header) { return header.object.empty() ? "map" : header.object; }
 

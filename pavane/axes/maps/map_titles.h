@@ -17,4 +17,8 @@ PAVANE_API CString mapValueTitle(const MapHeader& header);
 PAVANE_API CString mapHeaderLine(const MapHeader& header, const MapRange& range,
                                  const MapNoise& noise);
 
+/// Which plane of a cube a map is, by the axes behind the first two: "1.42041 GHz", "-12.5 km/s",
+/// "Stokes Q"; "plane 3" where they do not tell, and nothing for an image of one plane.
+PAVANE_API CString mapPlaneText(const MapHeader& header);
+
 }  // namespace pavane
