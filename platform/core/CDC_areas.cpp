@@ -13,7 +13,7 @@ void CDC::State::fillArea(const CRect& device, const CBrush& brush, int rop2)
 {
     if (!backend || device.IsRectEmpty() || brush.kind() == CBrush::Kind::hollow)
         return;
-    if (VectorDevice* const page = this->page())
+    if (VectorDevice* const page = pageFor(device))
         page->fillRect(device, fillStyle(brush));
     else if (surface().bits)
         painter().rect(device, inkOf(brush, rop2));

@@ -125,8 +125,26 @@ VectorDevice* CDC::State::vector()
     if (device && clipChanged) {
         device->setClip(clip());
         clipChanged = false;
+        isTold = true;
+        toldClip = now.clip;
     }
     return device;
+}
+
+VectorDevice* CDC::State::pageFor(const CRect& painted)
+{
+    const auto holds = [&](const CRgn::Data* clip) {
+        if (!clip)
+            return true;
+        const CRect box = clip->region.box();
+        return clip->polygon.empty() && clip->region.kind() == SIMPLEREGION &&
+               painted.left >= box.left && painted.top >= box.top && painted.right <= box.right &&
+               painted.bottom <= box.bottom;
+    };
+    VectorDevice* const device = backend ? backend->page() : nullptr;
+    if (device && clipChanged && isTold && !limit && holds(toldClip.get()) && holds(now.clip.get()))
+        return device;
+    return page();
 }
 
 bool CDC::State::drawsVectors()

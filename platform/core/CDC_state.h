@@ -59,6 +59,8 @@ struct CDC::State {
     mutable std::shared_ptr<const CRgn::Data> limitedFrom;
     mutable std::shared_ptr<const CRgn::Data> limitedClip;  ///< limitedFrom within limit
     bool clipChanged = true;                                ///< the vector device has not been told
+    bool isTold = false;                                    ///< it has been told some clip
+    std::shared_ptr<const CRgn::Data> toldClip;             ///< the last one
     std::vector<Span> spans;                                ///< reused from call to call
     std::vector<Span> outline;
     PolygonScanner scanner;
@@ -89,6 +91,9 @@ struct CDC::State {
     /// The page, or the device for soft edges; null when the pixel rules hold. Knows the clip.
     VectorDevice* vector();
     VectorDevice* page() { return backend && backend->page() ? vector() : nullptr; }
+    /// The page for something that stays within `painted`. It is not told of a clip that cuts
+    /// nothing of that: the cells of a table would each leave theirs in a file.
+    VectorDevice* pageFor(const CRect& painted);
     /// Whether shapes go to vector(): on pages always, else when smooth, possible and COPYPEN.
     bool drawsVectors();
     StrokeStyle strokeStyle() const;

@@ -125,7 +125,17 @@ void CDC::State::drawLine(CPoint at, std::string_view text)
     const TextFace* const known = face();
     if (known && drawGlyphs(at, text, *known))
         return;
-    if (VectorDevice* const device = vector())
+    VectorDevice* device = nullptr;
+    if (known && backend->page() && now.font.lfEscapement == 0 && !now.font.lfItalic) {
+        const int height = known->metrics().tmHeight;
+        const int beyond = height / 4;  // letters may leave their cells
+        device = pageFor({saturated(Wide{at.x} - beyond), at.y,
+                          saturated(Wide{at.x} + known->width(text) + beyond),
+                          saturated(Wide{at.y} + height)});
+    } else {
+        device = vector();
+    }
+    if (device)
         device->text(at, text, deviceFont(), pixel(now.textColor));
 }
 

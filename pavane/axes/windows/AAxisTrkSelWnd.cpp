@@ -37,7 +37,11 @@ CString placeText(double value, double step, const ValueUnit& unit)
 
 }  // namespace
 
-AAxisTrkSelWnd::AAxisTrkSelWnd() : axis_(*this) { SetFlag(windowNoWaitCursor, 1); }
+AAxisTrkSelWnd::AAxisTrkSelWnd() : axis_(*this)
+{
+    SetFlag(windowNoWaitCursor, 1);
+    SetAxisWnd(&axis_);
+}
 
 const char* AAxisTrkSelWnd::GetWndClassName() { return "AAxisTrkSelWnd"; }
 
@@ -65,7 +69,6 @@ void AAxisTrkSelWnd::SetUpWindow()
     ATrackToolBarOwnerWnd::SetUpWindow();
     const CRect none(0, 0, 10, 10);
     constexpr unsigned style = WS_CHILD | WS_VISIBLE;
-    SetAxisWnd(&axis_);
     bar_.Create(style, none, this, barId);
     bar_.SetupButtons(0);
     bar_.SetOwnerWnd(this, 1);

@@ -42,6 +42,22 @@ constexpr Handler handlers[] = {
 
 }  // namespace
 
+int ATrackToolBarOwnerWnd::GetPages(CDC& dc)
+{
+    return axisWnd_ ? axisWnd_->GetPages(dc) : ABWindow::GetPages(dc);
+}
+
+CString ATrackToolBarOwnerWnd::GetSubscript()
+{
+    return axisWnd_ ? axisWnd_->GetSubscript() : ABWindow::GetSubscript();
+}
+
+void ATrackToolBarOwnerWnd::PrintWindow(CDC& dc, CRect& rect, int page)
+{
+    if (axisWnd_)
+        axisWnd_->PrintWindow(dc, rect, page);
+}
+
 const char* ATrackToolBarOwnerWnd::GetWndClassName() { return "ATrackToolBarOwnerWnd"; }
 
 /// The map gets the keyboard, so that the next key belongs to the tool that was chosen.

@@ -15,6 +15,10 @@ public:
     /// Where the tools work, not owned; null for none.
     void SetAxisWnd(AAxisWnd* window) { axisWnd_ = window; }
     AAxisWnd* GetAxisWnd() const { return axisWnd_; }
+    // Its pages are those of the axis window.
+    int GetPages(CDC& dc) override;
+    CString GetSubscript() override;
+    void PrintWindow(CDC& dc, CRect& rect, int page) override;
     const char* GetWndClassName() override;
 
     virtual void OnArrow();

@@ -54,6 +54,7 @@ void AFreqGroupsWnd::DrawWindow(CDC& dc, CRect&, CRect& update)
 }
 
 int AFreqGroupsWnd::GetPages(CDC& dc) { return ActiveTable().GetPages(dc); }
+int AFreqGroupsWnd::GetPrintPercent(CDC& dc) { return ActiveTable().GetPrintPercent(dc); }
 CString AFreqGroupsWnd::GetSubscript() { return ActiveTable().GetSubscript(); }
 void AFreqGroupsWnd::PrintWindow(CDC& dc, CRect& rect, int page)
 {

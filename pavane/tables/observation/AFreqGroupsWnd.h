@@ -59,6 +59,7 @@ public:
 
     // Its pages are those of the table that the user works in.
     int GetPages(CDC& dc) override;
+    int GetPrintPercent(CDC& dc) override;
     CString GetSubscript() override;
     void PrintWindow(CDC& dc, CRect& rect, int page) override;
     const char* GetWndClassName() override;

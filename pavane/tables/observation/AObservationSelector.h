@@ -28,6 +28,14 @@ public:
     /// "3 of 10 marked", and what is still being read.
     CString CountText() const;
 
+    // Its pages are those of the table.
+    int GetPages(CDC& dc) override { return table_.GetPages(dc); }
+    int GetPrintPercent(CDC& dc) override { return table_.GetPrintPercent(dc); }
+    CString GetSubscript() override { return table_.GetSubscript(); }
+    void PrintWindow(CDC& dc, CRect& rect, int page) override
+    {
+        table_.PrintWindow(dc, rect, page);
+    }
     const char* GetWndClassName() override;
     void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
 

@@ -5,10 +5,12 @@
 #include "platform/CMenu.h"
 #include "platform/controls.h"
 #include "platform/message.h"
-
-#include <gtest/gtest.h>
+#include "platform/picture.h"
 
 #include <cmath>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
 
 using namespace pavane;
 
@@ -233,6 +235,32 @@ TEST(AxisTools, PasteIntoALongPolygonInOneStep)
     ASSERT_TRUE(areas.GetShape(0, now));
     EXPECT_TRUE(now == shape);
     EXPECT_FALSE(table.isSortable(1));
+}
+
+TEST(ToolWindow, PrintsItsAxisWindow)
+{
+    Tools open;
+    SmallMap map;
+    AAxisTrkSelWnd closed;
+    map.show(closed.axisWnd());
+    for (AAxisTrkSelWnd* const window : {static_cast<AAxisTrkSelWnd*>(&open), &closed}) {
+        std::string pages[2];
+        for (ABWindow* const printed :
+             {static_cast<ABWindow*>(window), static_cast<ABWindow*>(&window->axisWnd())}) {
+            const CString file = ::testing::TempDir() + "tools.svg";
+            CPageFile page(CPageFile::Format::svg, 400, 300, "");
+            EXPECT_EQ(printed->GetPages(page.dc()), 1);
+            CRect rect(120, 120, 4680, 3480);
+            printed->PrintWindow(page.dc(), rect, 1);
+            CString error;
+            ASSERT_TRUE(page.Close(file, error)) << error;
+            std::ifstream in(file);
+            pages[printed == window].assign(std::istreambuf_iterator<char>(in), {});
+        }
+        EXPECT_GT(pages[0].size(), 1000u);
+        EXPECT_EQ(pages[0], pages[1]);
+    }
+    closed.axisWnd().SetAxis(nullptr, 0);
 }
 
 TEST(AreaDialog, BringsTheAreasBackWhenItIsCancelled)
