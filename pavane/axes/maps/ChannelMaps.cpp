@@ -23,7 +23,7 @@ constexpr int barGap = 14;
 constexpr int tallestLabel = 15;
 constexpr int lowestLabel = 7;
 /// The labels of the bar are this part of the page's width high.
-constexpr int labelPart = 60;
+constexpr int labelPart = 75;
 
 void widen(MapRange& all, const MapRange& one)
 {
@@ -153,14 +153,30 @@ int ChannelMaps::show(const Plane& plane, Shown& shown) const
     return 1;
 }
 
-CRect ChannelMaps::panelRect(const CDC& dc, const CRect& rect, int index) const
+/// Where map `index` stands when all of a page take `size` each, from the corner of `rect` on.
+CRect ChannelMaps::panelRect(const CDC& dc, const CRect& rect, CSize size, int index) const
 {
     const int gap = unitsOf(dc, panelGap);
-    const int width = std::max(0, (rect.Width() - (columns_ - 1) * gap) / columns_);
-    const int height = std::max(0, (rect.Height() - (rows_ - 1) * gap) / rows_);
-    const int left = rect.left + index % columns_ * (width + gap);
-    const int top = rect.top + index / columns_ * (height + gap);
-    return {left, top, left + width, top + height};
+    const int left = rect.left + index % columns_ * (size.cx + gap);
+    const int top = rect.top + index / columns_ * (size.cy + gap);
+    return {left, top, left + size.cx, top + size.cy};
+}
+
+/// What a map takes of its share of `rect`: maps of square cells leave the rest to the page.
+CSize ChannelMaps::panelSize(CDC& dc, const CRect& rect, Shown* shown) const
+{
+    const FigureUnits units(dc);
+    const int gap = units.units(panelGap);
+    CSize size{std::max(0, (rect.Width() - (columns_ - 1) * gap) / columns_),
+               std::max(0, (rect.Height() - (rows_ - 1) * gap) / rows_)};
+    if (!shown)
+        return size;
+    const FigureLayout layout = shown->picture.figure().layOut(dc, CRect(0, 0, size.cx, size.cy));
+    if (layout.isEmpty())
+        return size;
+    const CRect& margins = layout.margins;
+    return {std::min(size.cx, layout.plot.Width() + units.units(margins.left + margins.right)),
+            std::min(size.cy, layout.plot.Height() + units.units(margins.top + margins.bottom))};
 }
 
 int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
@@ -186,6 +202,7 @@ int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
         if (breadth < rect.Width() / 3)
             panels.right = rect.right - breadth;
     }
+    const CSize size = panelSize(dc, panels, barAt < shown ? &explained : nullptr);
     int complete = 1;
     for (int i = 0; i < shown; ++i) {
         Shown other;
@@ -196,15 +213,16 @@ int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
             complete = 0;
             continue;
         }
-        const CRect panel = panelRect(dc, panels, i);
+        const CRect panel = panelRect(dc, panels, size, i);
         const FigureLayout layout = now.picture.figure().layOut(dc, panel);
         now.picture.figure().draw(dc, layout);
         if (i != barAt || panels.right == rect.right || layout.isEmpty())
             continue;
         // beside the plots of all rows that are filled
-        const int below = panelRect(dc, panels, shown - 1).top - panel.top;
+        const int left = panelRect(dc, panels, size, columns_ - 1).right + gap;
         const int above = panel.top - rect.top;
-        CRect bar(panels.right + gap, layout.plot.top - above, rect.right,
+        const int below = panelRect(dc, panels, size, shown - 1).top - panel.top;
+        CRect bar(left, layout.plot.top - above, left + rect.right - panels.right - gap,
                   layout.plot.bottom + below);
         now.picture.bar().setFHeight(label);
         now.picture.bar().draw(dc, bar);

@@ -59,7 +59,8 @@ private:
     };
     struct Shown;
     int show(const Plane& plane, Shown& shown) const;
-    CRect panelRect(const CDC& dc, const CRect& rect, int index) const;
+    CRect panelRect(const CDC& dc, const CRect& rect, CSize size, int index) const;
+    CSize panelSize(CDC& dc, const CRect& rect, Shown* shown) const;
 
     CString file_;
     MapHeader header_;
