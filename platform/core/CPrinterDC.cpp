@@ -1,6 +1,6 @@
 #include "platform/printer_dc.h"
 
-#include "platform/core/PageDocument.h"
+#include "platform/core/PdfDocument.h"
 #include "platform/core/PrintedPage.h"
 #include "posix/FileReplacement.h"
 #include "posix/spool_file.h"
@@ -15,7 +15,7 @@ struct CPrinterDC::Job {
     CString spooled;  ///< the name of a document that got none
     int isPageOpen = 0;
     FileReplacement file;
-    std::unique_ptr<PageDocument> document;
+    std::unique_ptr<PdfDocument> document;
 
     int fail(const CString& why)
     {
@@ -61,8 +61,8 @@ int CPrinterDC::StartDoc(const CString& title, const CString& file, CString& err
         error = job.file.fault();
     if (error.empty()) {
         PrintedPage& page = job.printer->printed();
-        job.document = graphicsHook()->pages(job.file.descriptor(), title, job.printer->dpi(),
-                                             [&page] { return page.goesOn(); });
+        job.document = std::make_unique<PdfDocument>(
+            job.file.descriptor(), title, job.printer->dpi(), [&page] { return page.goesOn(); });
     }
     job.error = error;
     return error.empty();

@@ -1,7 +1,5 @@
 #include "platform/core/DeviceBackend.h"
 
-#include "platform/core/PageDocument.h"
-
 #include <utility>
 
 namespace pavane
@@ -15,6 +13,7 @@ GraphicsHook* installedHook = nullptr;
 }  // namespace
 
 VectorDevice::~VectorDevice() = default;
+FontProgram::~FontProgram() = default;
 TextFace::~TextFace() = default;
 GraphicsHook::~GraphicsHook() = default;
 DeviceBackend::~DeviceBackend() = default;

@@ -3,7 +3,6 @@
 #include "platform/core/CRgn_data.h"
 #include "platform/core/PixelPainter.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -71,6 +70,33 @@ struct GlyphPicture {
     int stride() const { return (width + together - 1) / together * together; }
 };
 
+/// The file of a font, for pages that carry their fonts.
+class PAVANE_API FontProgram
+{
+public:
+    virtual ~FontProgram();
+    /// One of its tables ("head", "glyf"); empty when it has none of that name.
+    virtual std::string table(const char* tag) const = 0;
+    virtual CString name() const = 0;
+};
+
+/// A character as it goes to a page: its outline and the place of its origin, units to the right
+/// of the beginning of the text and below its line.
+struct PageGlyph {
+    const FontProgram* program = nullptr;
+    unsigned index = 0;
+    double x = 0;
+    double y = 0;
+    char32_t character = 0;  ///< 0: the outline stands for several, or for a part of one
+};
+
+/// Middle and thickness of the lines below and through a text; the base line is 0, up negative.
+struct TextRules {
+    double under = 0;
+    double through = 0;
+    double thickness = 0;
+};
+
 /// A font at a size in device units.
 class PAVANE_API TextFace
 {
@@ -87,10 +113,14 @@ public:
     }
     /// Height of an em, and the names of this and of like families, for a page that keeps its text.
     virtual double emHeight() const = 0;
+    /// Adds the outlines of a line of text; their programs live as long as the hook.
+    virtual void pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) const
+    {
+        (void)text, (void)out;
+    }
+    virtual TextRules rules() const { return {}; }
     virtual CString family() const = 0;
 };
-
-class PageDocument;
 
 /// What the backend with fonts adds to the core; one for the process.
 class PAVANE_API GraphicsHook
@@ -106,10 +136,6 @@ public:
     /// drawn outside. `scale` units to a pixel of 96 per inch.
     virtual std::unique_ptr<VectorDevice> pageView(const PixelSurface& surface, const CRect& target,
                                                    CSize size, double scale) = 0;
-    /// Pages of a document with a title, written to an open file of the caller's. `goesOn` is
-    /// asked while they are, and may put an end to it.
-    virtual std::unique_ptr<PageDocument> pages(int descriptor, const CString& title, int dpi,
-                                                const std::function<bool()>& goesOn) = 0;
     /// The bytes of a PNG file of `image`; empty when memory runs out.
     virtual std::string pngOf(const ImageView& image, int dpi) = 0;
 };

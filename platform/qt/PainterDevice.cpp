@@ -300,13 +300,32 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
     const double width = face.width(text);
     const double height = face.metrics().tmHeight;
     const QTransform before = painter_.transform();
+    // lines below and through the text of a view lie where they do on its page
+    const bool hasRules = isView_ && (font.lfUnderline || font.lfStrikeOut);
+    if (hasRules) {
+        QFont plain = face.font();
+        plain.setUnderline(false);
+        plain.setStrikeOut(false);
+        painter_.setFont(plain);
+    }
+    QPointF start(at.x, at.y);
     if (font.lfEscapement != 0) {
         painter_.translate(at.x, at.y);
         painter_.rotate(-font.lfEscapement / 10.0);
-        painter_.drawText(QPointF(0, face.ascent()), textOf(text));
-    } else {
-        painter_.drawText(QPointF(at.x, double(at.y) + face.ascent()), textOf(text));
+        start = {};
     }
+    start.ry() += face.ascent();
+    painter_.drawText(start, textOf(text));
+    const TextRules rules = hasRules ? face.rules() : TextRules();
+    const auto rule = [&](double middle) {
+        painter_.fillRect(
+            QRectF(start.x(), start.y() + middle - rules.thickness / 2, width, rules.thickness),
+            qtColor(color));
+    };
+    if (hasRules && font.lfUnderline)
+        rule(rules.under);
+    if (hasRules && font.lfStrikeOut)
+        rule(rules.through);
     QRectF painted(-height, -height, width + 2 * height,
                    3 * height);  // glyphs may leave their cells
     if (font.lfEscapement != 0)

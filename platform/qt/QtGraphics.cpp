@@ -2,7 +2,6 @@
 
 #include "platform/core/pixel_rounding.h"
 #include "platform/qt/PainterDevice.h"
-#include "platform/qt/PdfPages.h"
 
 #include <QBuffer>
 
@@ -23,12 +22,6 @@ std::unique_ptr<VectorDevice> QtGraphics::pageView(const PixelSurface& surface, 
                                                    CSize size, double scale)
 {
     return std::make_unique<PainterDevice>(surface, target, size, scale, fonts_);
-}
-
-std::unique_ptr<PageDocument> QtGraphics::pages(int descriptor, const CString& title, int dpi,
-                                                const std::function<bool()>&)
-{
-    return std::make_unique<PdfPages>(descriptor, title, dpi, fonts_);
 }
 
 std::string QtGraphics::pngOf(const ImageView& image, int dpi)

@@ -13,8 +13,6 @@ public:
     std::unique_ptr<VectorDevice> softDevice(const PixelSurface& surface) override;
     std::unique_ptr<VectorDevice> pageView(const PixelSurface& surface, const CRect& target,
                                            CSize size, double scale) override;
-    std::unique_ptr<PageDocument> pages(int descriptor, const CString& title, int dpi,
-                                        const std::function<bool()>& goesOn) override;
     std::string pngOf(const ImageView& image, int dpi) override;
     FontTable& fonts() { return fonts_; }
 

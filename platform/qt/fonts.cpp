@@ -1,11 +1,14 @@
 #include "platform/qt/fonts.h"
 
 #include "platform/core/pixel_rounding.h"
+#include "platform/core/utf8.h"
 
 #include <algorithm>
 #include <QFontMetricsF>
+#include <QGlyphRun>
 #include <QRawFont>
 #include <QtEndian>
+#include <QTextLayout>
 
 namespace pavane
 {
@@ -68,7 +71,8 @@ const CellShape& FontShapes::of(const QFont& font)
     return entries_.back().shape;
 }
 
-QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes)
+QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes, FontPrograms& programs)
+    : programs_(programs)
 {
     std::fill_n(ascii_, 128, -1.0);
     bool bold = wanted.lfWeight >= 600;
@@ -149,6 +153,84 @@ int QtFace::width(std::string_view text) const
     return nearestInt(sum);
 }
 
+CString QtFontProgram::name() const
+{
+    return (font_.familyName() + QLatin1Char('-') + font_.styleName()).toStdString();
+}
+
+bool QtFontProgram::isOf(const QRawFont& font) const
+{
+    return font_.familyName() == font.familyName() && font_.styleName() == font.styleName() &&
+           font_.weight() == font.weight() && font_.style() == font.style();
+}
+
+const QtFontProgram& FontPrograms::of(const QRawFont& font)
+{
+    for (const auto& known : programs_) {
+        if (known->isOf(font))
+            return *known;
+    }
+    programs_.push_back(std::make_unique<QtFontProgram>(font));
+    return *programs_.back();
+}
+
+/// The outline of a character that is drawn alone; 0 when it is not, or the font has none.
+unsigned QtFace::pageIndex(char32_t c) const
+{
+    const auto known = pageIndices_.find(c);
+    if (known != pageIndices_.end())
+        return known->second;
+    unsigned index = 0;
+    if (c >= ' ' && c != 0x7F && (c < 128 || standsAlone(c))) {
+        const QList<quint32> found = raw_.glyphIndexesForString(QString::fromUcs4(&c, 1));
+        index = found.size() == 1 ? found[0] : 0;
+    }
+    pageIndices_.emplace(c, index);
+    return index;
+}
+
+void QtFace::pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) const
+{
+    if (!program_) {
+        raw_ = QRawFont::fromFont(font_);
+        program_ = &programs_.of(raw_);
+    }
+    double x = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const char32_t c = nextCharacter(rest);
+        const unsigned index = pageIndex(c);
+        if (index == 0) {
+            out.clear();
+            return shapedGlyphs(text, out);
+        }
+        out.push_back({program_, index, x, 0, c});
+        x += c < 128 ? asciiWidth(static_cast<unsigned char>(c)) : characterWidth(c);
+    }
+}
+
+/// Letters that join others, and those that the font has to borrow.
+void QtFace::shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) const
+{
+    QTextLayout layout(textOf(text), font_);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
+    const auto runs = layout.glyphRuns();
+    for (const QGlyphRun& run : runs) {
+        const QtFontProgram& program = programs_.of(run.rawFont());
+        const QList<quint32> indices = run.glyphIndexes();
+        const QList<QPointF> places = run.positions();
+        for (qsizetype i = 0; i < std::min(indices.size(), places.size()); ++i)
+            out.push_back({&program, indices[i], places[i].x(), places[i].y() - line.ascent(), 0});
+    }
+}
+
+TextRules QtFace::rules() const
+{
+    const QFontMetricsF metrics(font_);
+    return {metrics.underlinePos(), -metrics.strikeOutPos(), metrics.lineWidth()};
+}
+
 CString QtFace::family() const
 {
     const QString asked = font_.family();
@@ -172,7 +254,8 @@ const QtFace& FontTable::face(const LOGFONT& font, bool onPage)
     const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
     last_ = static_cast<std::size_t>(found - entries_.begin());
     if (found == entries_.end())
-        entries_.push_back({font, onPage, std::make_unique<QtFace>(font, onPage, shapes_)});
+        entries_.push_back(
+            {font, onPage, std::make_unique<QtFace>(font, onPage, shapes_, programs_)});
     return *entries_[last_].face;
 }
 

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <QFont>
+#include <QRawFont>
 #include <QString>
 #include <unordered_map>
 #include <vector>
@@ -34,16 +35,41 @@ private:
     std::vector<Entry> entries_;
 };
 
+/// The file of a font as the toolkit opened it.
+class QtFontProgram : public FontProgram
+{
+public:
+    explicit QtFontProgram(const QRawFont& font) : font_(font) {}
+    std::string table(const char* tag) const override { return font_.fontTable(tag).toStdString(); }
+    CString name() const override;
+    bool isOf(const QRawFont& font) const;
+
+private:
+    QRawFont font_;
+};
+
+/// Those that pages were drawn with so far.
+class FontPrograms
+{
+public:
+    const QtFontProgram& of(const QRawFont& font);
+
+private:
+    std::vector<std::unique_ptr<QtFontProgram>> programs_;
+};
+
 /// One font at one size, with what Qt needs to draw it.
 class QtFace : public TextFace
 {
 public:
     /// `onPage`: without hinting, so that widths are those of the outlines.
-    QtFace(const LOGFONT& font, bool onPage, FontShapes& shapes);
+    QtFace(const LOGFONT& font, bool onPage, FontShapes& shapes, FontPrograms& programs);
     const TEXTMETRIC& metrics() const override { return metrics_; }
     int width(std::string_view text) const override;
     const GlyphPicture* glyph(char32_t character, int ratio) const override;
     double emHeight() const override { return font_.pixelSize(); }
+    void pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) const override;
+    TextRules rules() const override;
     CString family() const override;
     const QFont& font() const { return font_; }
     /// From the top of the cell to the line that the letters stand on.
@@ -52,8 +78,14 @@ public:
 private:
     double asciiWidth(unsigned char c) const;
     double characterWidth(char32_t c) const;
+    unsigned pageIndex(char32_t c) const;
+    void shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) const;
 
     QFont font_;
+    FontPrograms& programs_;
+    mutable QRawFont raw_;  ///< of pages, once asked for
+    mutable const QtFontProgram* program_ = nullptr;
+    mutable std::unordered_map<char32_t, unsigned> pageIndices_;
     TEXTMETRIC metrics_;
     /// Below 0 until asked for: a control character alone makes the toolkit look through all fonts.
     mutable double ascii_[128];
@@ -75,6 +107,7 @@ private:
         std::unique_ptr<QtFace> face;
     };
     FontShapes shapes_;
+    FontPrograms programs_;
     std::vector<Entry> entries_;
     std::size_t last_ = 0;
 };

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/core/PdfContent.h"
+
+namespace pavane
+{
+
+/// Pages on their way to a PDF file, one after the other. Equal pages give equal bytes whenever
+/// they are written. What is not finished is for the caller to forget.
+class PdfDocument
+{
+public:
+    /// Writes to an open file of the caller's; `goesOn` is asked while pictures are packed.
+    PdfDocument(int descriptor, const CString& title, int dpi, std::function<bool()> goesOn);
+    /// Begins a page of `sheet`, hundredths of a millimetre, and `size` units. Non-zero on success.
+    int startPage(CSize sheet, CSize size);
+    /// What the open page is drawn on; the same for all pages.
+    VectorDevice& device() { return content_; }
+    int endPage();
+    /// Writes what follows the last page; nothing may come after it.
+    int finish();
+    /// Why one of them failed: a clause without its subject.
+    CString fault() const;
+
+private:
+    PdfFile file_;
+    PdfFonts fonts_;
+    PdfContent content_;
+    CString title_;
+    double unit_;
+    CSize sheet_;
+    int pages_;
+    int fontNames_;
+    std::vector<int> kids_;
+};
+
+}  // namespace pavane
