@@ -3,6 +3,7 @@
 #include "pavane/printing/layout/caption_format.h"
 #include "pavane/printing/page_drawing.h"
 #include "pavane/printing/print_setup.h"
+#include "platform/window_life.h"
 
 #include <algorithm>
 
@@ -17,12 +18,13 @@ void APrintOut::SetPrintWindow(ABWindow* window)
     if (window != window_ || isWindowLost())
         asked_ = 0;
     window_ = window;
+    life_ = window ? LifeOf(*window) : std::weak_ptr<const void>();
     handle_ = window ? window->GetSafeHwnd() : HWND();
 }
 
 int APrintOut::isWindowLost() const
 {
-    return window_ && handle_ && CWnd::FromHandle(handle_) != window_;
+    return window_ && (life_.expired() || (handle_ && CWnd::FromHandle(handle_) != window_));
 }
 
 ABWindow* APrintOut::GetPrintWindow() const { return isWindowLost() ? nullptr : window_; }
@@ -82,7 +84,7 @@ int APrintOut::SetupPrintDlg(APrinter*, CPrintInfo* info)
     if (!info)
         return 0;
     // made after it was set
-    if (window_ && !handle_)
+    if (window_ && !handle_ && !isWindowLost())
         handle_ = window_->GetSafeHwnd();
     CString error;
     const std::unique_ptr<CPrinterDC> dc = createPrinterDC(*info, error);

@@ -5,6 +5,8 @@
 #include "pavane/windows/ABWindow.h"
 #include "platform/print_info.h"
 
+#include <memory>
+
 namespace pavane
 {
 
@@ -78,7 +80,8 @@ private:
     CString title_;
     CRect margins_ = standardMargins;
     ABWindow* window_ = nullptr;
-    HWND handle_ = 0;  ///< of the window when it was set, 0 when it had none
+    std::weak_ptr<const void> life_;  ///< of the window
+    HWND handle_ = 0;                 ///< when it was set, 0 when it had none
     APrnAddInfo addInfo_;
     int ownMargins_ = 0;
     int asked_ = 0;  ///< caption and switch were taken from the window

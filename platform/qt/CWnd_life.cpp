@@ -3,8 +3,10 @@
 #include "platform/qt/HostWidget.h"
 #include "platform/qt/painting.h"
 #include "platform/qt/WindowPeer.h"
+#include "platform/window_life.h"
 
 #include <QApplication>
+#include <unordered_map>
 
 namespace pavane
 {
@@ -20,6 +22,13 @@ struct MessageFrame {
     MessageFrame* outer;
 };
 MessageFrame* innermost = nullptr;
+
+/// The objects whose life was asked for. Never destroyed: windows may outlive it.
+std::unordered_map<const CWnd*, std::shared_ptr<const void>>& lives()
+{
+    static auto& known = *new std::unordered_map<const CWnd*, std::shared_ptr<const void>>;
+    return known;
+}
 
 Qt::WindowFlags flagsOf(unsigned style, unsigned exStyle)
 {
@@ -121,6 +130,16 @@ CWnd::~CWnd()
     // the handlers of heirs are gone already; one that is being destroyed only loses its object
     if (hwnd_ && !destroyPeer(hwnd_))
         forgetObject(hwnd_);
+    if (!lives().empty())
+        (void)lives().erase(this);
+}
+
+std::weak_ptr<const void> LifeOf(const CWnd& window)
+{
+    std::shared_ptr<const void>& life = lives()[&window];
+    if (!life)
+        life = std::make_shared<char>();
+    return life;
 }
 
 CWnd* CWnd::FromHandle(HWND hwnd)
