@@ -35,6 +35,35 @@ int offeredPaper(const CPrintInfo& info, PaperSize& paper)
     return 0;
 }
 
+/// Papers with names of a queue that were chosen in this run, for when the queue is not asked.
+std::vector<PaperSize>& chosenPapers()
+{
+    static std::vector<PaperSize> papers;
+    return papers;
+}
+
+int chosenPaper(const CString& name, PaperSize& paper)
+{
+    for (const PaperSize& known : chosenPapers())
+        if (known.name == name) {
+            paper = known;
+            return 1;
+        }
+    return 0;
+}
+
+/// The paper of `info` for a run that has not met its queue: by its size, if only that knows it.
+CString lastingPaper(const CPrintInfo& info)
+{
+    PaperSize paper;
+    CString error;
+    if (readPaper(info.settings.paper, paper, error) || !offeredPaper(info, paper))
+        return info.settings.paper;
+    std::erase_if(chosenPapers(), [&](const PaperSize& p) { return p.name == paper.name; });
+    chosenPapers().push_back(paper);
+    return millimetreText(paper.width) + "x" + millimetreText(paper.height);
+}
+
 CString marginsText(const CRect& margins)
 {
     return millimetreText(margins.left) + "," + millimetreText(margins.top) + "," +
@@ -47,7 +76,7 @@ int sheetOfInfo(const CPrintInfo& info, CSize& sheet, CString& error)
 {
     PaperSize paper;
     const CString name = info.settings.paper.empty() ? localePaper() : info.settings.paper;
-    if (!offeredPaper(info, paper) && !readPaper(name, paper, error))
+    if (!offeredPaper(info, paper) && !chosenPaper(name, paper) && !readPaper(name, paper, error))
         return 0;
     sheet = sheetOf(paper, info.settings.landscape > 0);
     return 1;
@@ -112,7 +141,7 @@ void keepSetup(CWinApp* app, const APrintOut& out, const CPrintInfo& info)
         app->PrintSettings().paper = info.settings.paper;
         app->PrintSettings().landscape = info.settings.landscape;
     }
-    (void)WriteProfileString(section, paperEntry, info.settings.paper);
+    (void)WriteProfileString(section, paperEntry, lastingPaper(info));
     (void)WriteProfileString(section, landscapeEntry, info.settings.landscape > 0 ? "1" : "0");
     (void)WriteProfileString(section, marginsEntry, marginsText(out.GetMargins()));
 }

@@ -1,4 +1,5 @@
 #include "pavane/printing/page_drawing.h"
+#include "pavane/printing/print_setup.h"
 #include "platform/printer_dc.h"
 #include "tests/printing/print_fixture.h"
 
@@ -120,9 +121,17 @@ TEST_F(DirectTest, RangesAreBroughtIntoTheDocument)
         int pages, from, to;
         const char* printed;
     } cases[] = {
-        {3, 0, 0, "1 2 3 "}, {3, 2, 0, "2 3 "},          {3, 0, 2, "1 2 "},
-        {3, 3, 1, "3 2 1 "}, {3, 9, 12, "3 "},           {0, 0, 0, "1 "},
-        {-1, 0, 0, "1 "},    {0x7FFFFFFF, 7, 8, "7 8 "}, {0x7FFFFFFF, 0x7FFFFFFF, 0, "2147483647 "},
+        {3, 0, 0, "1 2 3 "},
+        {3, 2, 0, "2 3 "},
+        {3, 0, 2, "1 2 "},
+        {3, 3, 1, "3 2 1 "},
+        {3, 9, 12, "3 "},
+        {0, 0, 0, "1 "},
+        {3, 2, -5, "2 1 "},
+        {3, -5, 2, "1 2 "},
+        {-1, 0, 0, "1 "},
+        {0x7FFFFFFF, 7, 8, "7 8 "},
+        {0x7FFFFFFF, 0x7FFFFFFF, 0, "2147483647 "},
     };
     for (const auto& c : cases) {
         PageWindow window;
@@ -180,6 +189,43 @@ TEST_F(DirectTest, HooksComeInOrderWhateverHappens)
         EXPECT_EQ(out.prepared, c.prepared);
         std::filesystem::remove(settings.file);
         EXPECT_EQ(files(), std::vector<std::string>());
+    }
+}
+
+TEST_F(DirectTest, AWindowWithoutAHandleIsMissedToo)
+{
+    struct : APrintOut {
+        using APrintOut::APrintOut;
+        std::unique_ptr<PageWindow> window = std::make_unique<PageWindow>();
+        void OnPrepareDC(CDC*, CPrintInfo*) override { window.reset(); }
+    } out("gone");
+    out.SetPrintWindow(out.window.get());
+    CPrintSettings settings;
+    settings.file = folder + "/gone.pdf";
+    CString error;
+    for (int time = 0; time < 2; ++time) {
+        EXPECT_FALSE(APrinter(nullptr).PrintDirect(out, settings, error));
+        EXPECT_EQ(error.substr(error.size() - 42), "The window that was being printed is gone.");
+        EXPECT_EQ(files(), std::vector<std::string>());
+    }
+}
+
+TEST_F(DirectTest, APaperOfAQueueHoldsWithoutTheQueue)
+{
+    CWinApp app;
+    APrintOut out("paper");
+    CPrintInfo chosen;
+    chosen.settings.paper = "C5 envelope";
+    chosen.printer.papers = {{"C5 envelope", 16200, 22900}};
+    keepSetup(&app, out, chosen);
+    for (CWinApp* const run : {&app, static_cast<CWinApp*>(nullptr)}) {
+        CPrintInfo next;
+        CSize sheet;
+        CString error;
+        takeKeptSetup(run, out, next);
+        EXPECT_TRUE(sheetOfInfo(next, sheet, error)) << error;
+        EXPECT_EQ(sheet, CSize(16200, 22900));
+        EXPECT_EQ(next.settings.paper, run ? "C5 envelope" : "162.00x229.00");
     }
 }
 
