@@ -36,7 +36,9 @@ int APrintDialog::OnInitDialog()
 {
     info_.dialog = GetSafeHwnd();
     fillList();
-    showRangeControls(*this, openedControls(info_.maxPage, out_.GetAddInfo().pageNumber));
+    RangeControls range = openedControls(info_.maxPage, out_.GetAddInfo().pageNumber);
+    range.from = info_.minPage;
+    showRangeControls(*this, range);
     enableItem(*this, IDC_PRINT_SELECTION, 0);
     if (auto* const copies = controlOf<CSpinButtonCtrl>(*this, IDC_PRINT_COPIES)) {
         copies->SetRange(1, mostCopies);

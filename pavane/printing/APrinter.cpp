@@ -76,12 +76,16 @@ int APrinter::Printing(APrintOut* out)
 
 int APrinter::Preview(APrintOut* out)
 {
-    if (!out)
-        return 0;
     CPrintInfo info;
-    takeKeptSetup(app_, *out, info);
-    if (!out->SetupPrintDlg(this, &info))
-        return 0;
+    {
+        // not during a job: its window must not be asked for pages then
+        const PrinterTurn turn;
+        if (!turn || !out)
+            return 0;
+        takeKeptSetup(app_, *out, info);
+        if (!out->SetupPrintDlg(this, &info))
+            return 0;
+    }
     takeRange(info);
     return out->PreviewDlg(&info);
 }
@@ -119,12 +123,16 @@ int APrinter::PrintDirect(APrintOut& out, const CPrintSettings& settings, CStrin
     }
     const std::unique_ptr<CPrinterDC> dc =
         canPrint(out, info, error) ? createPrinterDC(info, error) : nullptr;
-    if (!dc || !out.SetupPrintDlg(this, &info))
+    if (!dc)
         return 0;
+    if (!out.SetupPrintDlg(this, &info)) {
+        error = jobStopped;
+        return 0;
+    }
     takeRange(info);
-    info.rangeIsPages = settings.from > 0 || settings.to > 0;
-    info.from = settings.from > 0 ? settings.from : info.minPage;
-    info.to = settings.to > 0 ? settings.to : info.maxPage;
+    info.rangeIsPages = settings.from != 0 || settings.to != 0;
+    info.from = settings.from != 0 ? settings.from : info.minPage;
+    info.to = settings.to != 0 ? settings.to : info.maxPage;
     const JobResult result = runJob(out, *dc, info, nullptr);
     if (result.isRefused)
         (void)std::remove(result.pdf.c_str());

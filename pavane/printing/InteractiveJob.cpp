@@ -34,7 +34,8 @@ CString fileNameOf(const CString& title)
             c = '_';
     while (!name.empty() && (name.front() == '.' || name.front() == '-' || name.front() == ' '))
         name.erase(0, 1);
-    return name + ".pdf";
+    // a name of the ending alone would be a hidden file
+    return (name.empty() ? CString(untitled) : name) + ".pdf";
 }
 
 int copyFile(const CString& from, const CString& to, CString& error)

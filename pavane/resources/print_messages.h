@@ -38,6 +38,7 @@ inline constexpr const char* noPrinterKnown = "There is no printer, and no file 
 // What the box of a job and the dialogs show.
 inline constexpr const char* printingPage = "Page ";
 inline constexpr const char* printToFileTitle = "Print to file";
+inline constexpr const char* untitled = "Untitled";
 inline constexpr const char* printerAsked = "Asking for printers...";
 inline constexpr const char* printerReady = "Ready";
 inline constexpr const char* printerRejects = "Rejects jobs";
