@@ -4,8 +4,10 @@
 #include "pavane/printing/print_dialogs.h"
 #include "pavane/printing/range_controls.h"
 #include "pavane/resources/print_messages.h"
+#include "pavane/windows/placement_text.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/clipboard.h"
+#include "platform/profile.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -18,6 +20,7 @@ namespace
 {
 
 constexpr const char* section = "PrintPreview";
+constexpr unsigned maximise = 2000;  ///< command to itself
 constexpr unsigned typedTimer = 1;
 /// A page that was typed is shown when no more digits come for so long.
 constexpr unsigned typedTime = 600;
@@ -57,9 +60,20 @@ int APrnPreviewDlg::OnInitDialog()
     SetDlgItemText(IDC_PREVIEW_TOTAL, std::to_string(pagesOf(info_)));
     listPages();
     showPage(info_.from);
-    (void)LoadWndPos(this, section);
+    placeWindow();
     page_.SetFocus();
     return 0;
+}
+
+/// A dialog that is shown before it is waited for would not keep input from the others.
+void APrnPreviewDlg::placeWindow()
+{
+    PlacementRecord kept;
+    if (!readPlacement(GetProfileString(section, "WindowPos"), kept))
+        return;
+    (void)MoveWindow(kept.normal);
+    if (kept.showCommand == SW_SHOWMAXIMIZED)
+        (void)PostMessage(WM_COMMAND, maximise);
 }
 
 void APrnPreviewDlg::close()
@@ -226,6 +240,9 @@ int APrnPreviewDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
         return fit(PreviewView::Fit::page);
     case IDC_PREVIEW_WIDTH:
         return fit(PreviewView::Fit::width);
+    case maximise:
+        (void)ShowWindow(SW_SHOWMAXIMIZED);
+        return 1;
     case IDC_PREVIEW_COPY:
         copyPage();
         return 1;
@@ -239,6 +256,10 @@ int APrnPreviewDlg::PreTranslateMessage(const MSG& message)
     // the keys of the preview work beside it too, but for those that the list and buttons have
     const CWnd* const focus = GetFocus();
     const bool isBeside = focus && focus != &page_ && focus != pageList();
+    // else the list would choose that line first, and Enter close the preview behind it
+    if (message.message == WM_KEYDOWN && message.wParam == WPARAM{VK_RETURN} &&
+        focus == pageList() && takeTypedPage())
+        return 1;
     if (message.message == WM_KEYDOWN && isBeside) {
         const auto key = static_cast<int>(message.wParam);
         for (const int known :

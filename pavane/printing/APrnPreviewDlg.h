@@ -33,6 +33,7 @@ private:
     int takeTypedPage();
     void showStatus(const CString& text = {});
     void copyPage();
+    void placeWindow();
     void close();
 
     CPrintInfo info_;

@@ -148,8 +148,13 @@ void keepSetup(CWinApp* app, const APrintOut& out, const CPrintInfo& info)
 
 void keepPrinter(CWinApp* app, const CPrintInfo& info)
 {
-    if (app)
-        app->PrintSettings().printer = info.settings.printer;
+    if (!app)
+        return;
+    CPrintSettings& kept = app->PrintSettings();
+    kept.printer = info.settings.printer;
+    kept.sides = info.settings.sides;
+    kept.gray = info.settings.gray;
+    kept.dpi = info.settings.dpi;
 }
 
 }  // namespace pavane

@@ -31,7 +31,7 @@ void completeSettings(const CWinApp* app, CPrintSettings& settings);
 /// profile keeps, section "Printing"; margins too when the print-out has none of its own. Texts of
 /// the profile that are no paper or margins count as none.
 void takeKeptSetup(CWinApp* app, APrintOut& out, CPrintInfo& info);
-/// Keeps paper, direction and margins in both, and the printer for this run.
+/// Keeps paper, direction and margins in both; the printer and its properties for this run.
 void keepSetup(CWinApp* app, const APrintOut& out, const CPrintInfo& info);
 void keepPrinter(CWinApp* app, const CPrintInfo& info);
 
