@@ -283,4 +283,5 @@ set(PAVANE_REACHED_HEADERS
     platform/api.h
     tessel/api.h
     tessel/large_buffer.h
+    tessel/uvfits/UvTimes.h
 )

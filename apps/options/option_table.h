@@ -17,7 +17,8 @@ struct Option : OptionText {
     int (*apply)(const std::string& value, Options& options, std::string& error);
     /// Any bits that the program wants to know of the options that were given.
     int traits = 0;
-    int repeats = 0;  ///< non-zero: it may stand more than once
+    int repeats = 0;     ///< non-zero: it may stand more than once
+    int mayBeEmpty = 0;  ///< non-zero: an empty value is one
 };
 
 template <class Options>
@@ -72,10 +73,13 @@ int readArguments(const std::vector<std::string>& arguments, const OptionTable<O
         if (!error.empty())
             return 0;
         std::string value = equals == argument.npos ? "" : argument.substr(equals + 1);
+        int hasValue = equals != argument.npos;
         if (!option->value.empty() && equals == argument.npos && i + 1 < arguments.size() &&
-            !findOption(table, arguments[i + 1]))
+            !findOption(table, arguments[i + 1])) {
             value = arguments[++i];
-        if (!option->value.empty() && value.empty()) {
+            hasValue = 1;
+        }
+        if (!option->value.empty() && value.empty() && !(hasValue && option->mayBeEmpty)) {
             error = name + " wants a value";
             return 0;
         }

@@ -30,9 +30,14 @@ std::string telescopeName(const AUVXFile& file, int subarray, int number)
 
 }  // namespace
 
-int DataDocument::open(const std::string& file, std::string& error)
+int DataDocument::open(const std::string& file, std::string& error, const UvTimes& times)
 {
-    if (!observation_.open(file, error)) {
+    int opened = observation_.open(file, error);
+    if (opened && !times.isAll()) {
+        opened = observation_.limitTimes(times);
+        error = observation_.error();
+    }
+    if (!opened) {
         error = file + ": " + error;
         return 0;
     }
@@ -46,6 +51,7 @@ int DataDocument::open(const std::string& file, std::string& error)
 
 void DataDocument::plot(UvMarks marks)
 {
+    marks.times = observation_.times();
     points_ = std::make_unique<UvPlotPoints>(observation_.file(), std::move(marks));
     reading_ = 1;
     stopped_ = 0;

@@ -20,9 +20,9 @@ public:
     DataDocument(const DataDocument&) = delete;
     DataDocument& operator=(const DataDocument&) = delete;
 
-    /// Reads headers and tables. Non-zero on success; else 0 and `error` is one line with the
-    /// file's name.
-    int open(const std::string& file, std::string& error);
+    /// Reads headers and tables; only these times are listed and plotted. Non-zero on success; else
+    /// 0 and `error` is one line with the file's name.
+    int open(const std::string& file, std::string& error, const UvTimes& times = {});
     const std::string& file() const { return file_; }
     UvObservation& observation() { return observation_; }
     const UvObservation& observation() const { return observation_; }

@@ -42,6 +42,7 @@ int DataWindow::Create(const ViewOptions& options)
 {
     std::string error;
     modelFile_ = options.model;
+    times_ = options.times;
     if (!modelFile_.empty() && !readComponentFile(modelFile_, model_, error))
         AfxMessageBox(modelFile_ + ": " + error, MB_ICONERROR);
     recent_.load();
@@ -147,7 +148,7 @@ int DataWindow::OpenFile(const std::string& file)
         return 0;
     auto opened = std::make_unique<DataDocument>();
     std::string error;
-    if (!opened->open(file, error)) {
+    if (!opened->open(file, error, std::exchange(times_, UvTimes()))) {
         AfxMessageBox(error, MB_ICONERROR);
         return 0;
     }

@@ -2,6 +2,7 @@
 
 #include "apps/view/DataDocument.h"
 #include "apps/view/options.h"
+#include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
 #include "apps/view/UvPlotWindow.h"
@@ -114,6 +115,7 @@ private:
 
     // Commands
     int runFileCommand(unsigned id);
+    int print(unsigned id);
     int runTableCommand(unsigned id);
     int runViewCommand(unsigned id);
     void stopReading();
@@ -130,6 +132,7 @@ private:
     WindowHost* host_;
     std::string modelFile_;
     AComponents model_;
+    UvTimes times_;  ///< of the file that is opened first
     std::unique_ptr<DataDocument> data_;
     Relay<CSplitterWnd> splitter_;
     Relay<CTabCtrl> tabs_;
@@ -138,6 +141,7 @@ private:
     UvPlotWindow plot_;
     StatusLine status_;
     RecentFiles recent_;
+    PrintCommands printing_;
     StatusTexts texts_;
     const ATableWnd* summedTable_ = nullptr;  ///< the selection that the status line tells of
     ASelectRect summed_;

@@ -7,6 +7,7 @@
 #include "apps/view/options.h"
 #include "apps/view/part_menu.h"
 #include "apps/view/PartWindow.h"
+#include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
 #include "apps/view/WindowHost.h"
@@ -116,6 +117,7 @@ private:
     int closeOpenArea();
     void saveMask();
     void savePicture();
+    int print(unsigned id);
     int askName(CString& name, const CString& filter, const CString& title, int open,
                 const CString& ending);
     /// Takes over what was read; `file` may be saved to from now on unless it was not read whole.
@@ -150,6 +152,7 @@ private:
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;
     RecentFiles recent_;
+    PrintCommands printing_;
     std::vector<CString> palettes_;
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;

@@ -1,5 +1,7 @@
 #include "apps/view/batch_output.h"
 
+#include "apps/view/DrawnWindow.h"
+#include "apps/view/print_batch.h"
 #include "platform/platform.h"
 #include "tessel/plain_text.h"
 #include "tessel/value_text.h"
@@ -31,8 +33,20 @@ std::string statLine(const char* key, double value, int digits, std::string_view
     return text + '\n';
 }
 
-int writePictures(char** argv, const ViewOptions& options,
-                  const std::function<PictureJob()>& newJob, std::string& error)
+namespace
+{
+
+int print(const ViewOptions& options, const BatchJob& job, std::string& error)
+{
+    const std::unique_ptr<ABWindow> window =
+        job.newWindow ? job.newWindow() : std::make_unique<DrawnWindow>(job.picture.draw);
+    return printInBatch(options.print, job.picture.title, job.caption, *window, error);
+}
+
+}  // namespace
+
+int writePictures(char** argv, const ViewOptions& options, const std::function<BatchJob()>& newJob,
+                  std::string& error)
 {
     const struct {
         const std::string& file;
@@ -46,10 +60,12 @@ int writePictures(char** argv, const ViewOptions& options,
     }
     int written = 1;
     {
-        const PictureJob job = newJob();
+        const BatchJob job = newJob();
         for (const auto& picture : pictures)
             if (!picture.file.empty())
-                written = written && writePicture(picture.file, picture.format, job, error);
+                written = written && writePicture(picture.file, picture.format, job.picture, error);
+        if (options.print.wanted())
+            written = written && print(options, job, error);
     }
     ShutdownPlatform();
     return written;

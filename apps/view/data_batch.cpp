@@ -1,6 +1,8 @@
 #include "apps/view/data_batch.h"
 
 #include "apps/view/batch_output.h"
+#include "apps/view/print_batch.h"
+#include "apps/view/printed_table.h"
 #include "apps/view/progress.h"
 #include "apps/view/table_export.h"
 #include "apps/view/UvPlotGraph.h"
@@ -87,29 +89,44 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     if (!observation.open(options.map, error))
         return refuse(options.map, error);
     AUVXFile& file = observation.file();
+    UvMarks marks;
+    marks.times = options.times;
+    if (!options.times.isAll() && !observation.limitTimes(options.times)) {
+        error = observation.error();
+        return refuse(options.map, error);
+    }
     std::vector<std::string> notes;
     for (const std::string& note : file.notes())
         notes.push_back(options.map + ": " + note);
     printNotes(notes);
     notes.clear();
 
-    const int wantsNumbers = options.stats || (!options.wantsPicture() && options.tables.empty());
-    UvPlotPoints points(file, UvMarks(), options.wantsPicture() ? UvPlotPoints::usualMost : 0);
-    if ((wantsNumbers || options.wantsPicture()) && !readPoints(options, points, error))
+    const int wantsPlot = options.wantsPicture() || options.wantsPrintedPicture();
+    const int wantsNumbers =
+        options.stats || (!wantsPlot && options.tables.empty() && !options.print.wanted());
+    UvPlotPoints points(file, marks, wantsPlot ? UvPlotPoints::usualMost : 0);
+    if ((wantsNumbers || wantsPlot) && !readPoints(options, points, error))
         return 0;
-    const int hasTables = writeTables(options, &observation, notes, error);
+    AComponents none;
+    const int hasTables = writeTables(options, &observation, none, notes, error);
     printNotes(notes);
     if (!hasTables)
         return 0;
     const auto newJob = [&] {
         const auto picture = std::make_shared<UvPicture>(file, points, model);
         const std::string& object = file.header().object;
-        return PictureJob{object.empty() ? "visibilities" : object, options.width, options.height,
-                          1, [picture](CDC& dc, const CRect& rect) {
-                              picture->figure.draw(dc, picture->figure.layOut(dc, rect));
-                          }};
+        PictureJob drawing{object.empty() ? "visibilities" : object, options.width, options.height,
+                           1, [picture](CDC& dc, const CRect& rect) {
+                               picture->figure.draw(dc, picture->figure.layOut(dc, rect));
+                           }};
+        BatchJob job{std::move(drawing), usualCaption(file.header()), {}};
+        if (options.wantsPrintedTable())
+            job.newWindow = [&] {
+                return newPrintedTable(options.tables.back(), &observation, &none);
+            };
+        return job;
     };
-    if (options.wantsPicture() && !writePictures(argv, options, newJob, error))
+    if ((wantsPlot || options.print.wanted()) && !writePictures(argv, options, newJob, error))
         return 0;
     return !wantsNumbers || printText(totalsText(points.totals()), error);
 }

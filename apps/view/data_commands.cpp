@@ -80,8 +80,20 @@ int DataWindow::runFileCommand(unsigned id)
         return (void)saveGroupsAs(), 1;
     case idSavePlot:
         return plotSavePicture(), 1;
+    case idPrint:
+    case idPrintPreview:
+    case idPageSetup:
+        return print(id);
     }
     return 0;
+}
+
+int DataWindow::print(unsigned id)
+{
+    const std::string& object = data_->observation().file().header().object;
+    ABWindow& printed =
+        isPlotActive() ? static_cast<ABWindow&>(plot_) : static_cast<ABWindow&>(activeTable());
+    return printing_.run(id, printed, object.empty() ? "visibilities" : object, *this);
 }
 
 int DataWindow::runViewCommand(unsigned id)

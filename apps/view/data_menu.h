@@ -41,6 +41,10 @@ inline constexpr MenuItem dataFileItems[] = {
     {"Save se&lection as text...", ID_TABLE_SAVE_SELECTION, nullptr, 0},
     {savePictureText, idSavePlot, nullptr, 0},
     menuLine,
+    printItems[0],
+    printItems[1],
+    printItems[2],
+    menuLine,
     {"E&xit\tCtrl+Q", idExit, nullptr, 0},
 };
 

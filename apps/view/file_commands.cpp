@@ -90,8 +90,21 @@ int MainWindow::runFileCommand(unsigned id)
     case idSavePicture:
         savePicture();
         return 1;
+    case idPrint:
+    case idPrintPreview:
+    case idPageSetup:
+        return print(id);
     }
     return 0;
+}
+
+int MainWindow::print(unsigned id)
+{
+    ATableWnd* const table = tableOf(part());
+    if (table && !(part() == Part::numbers ? table_.storeEditor() : model_.table().storeEditor()))
+        return 1;
+    ABWindow& printed = table ? static_cast<ABWindow&>(*table) : view_;
+    return printing_.run(id, printed, mapTitle(map_->inputs().map.header), *this);
 }
 
 int MainWindow::askName(CString& name, const CString& filter, const CString& title, int open,

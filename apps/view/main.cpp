@@ -5,6 +5,8 @@
 #include "apps/view/numbers.h"
 #include "apps/view/options.h"
 #include "apps/view/palette_choice.h"
+#include "apps/view/print_batch.h"
+#include "apps/view/printed_table.h"
 #include "apps/view/same_file.h"
 #include "apps/view/table_export.h"
 #include "apps/view/window_program.h"
@@ -41,7 +43,8 @@ int refuse(const std::string& error)
 int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
 {
     const int nothingElse = !options.wantsPicture() && options.mask.empty() &&
-                            options.visibilities.empty() && options.tables.empty();
+                            options.visibilities.empty() && options.tables.empty() &&
+                            !options.print.wanted();
     std::string text;
     if (options.stats || nothingElse)
         text += statisticsText(inputs);
@@ -50,16 +53,23 @@ int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::stri
     return printText(text, error);
 }
 
-int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs, std::string& error)
+int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
+            const AComponents& components, std::string& error)
 {
     std::vector<std::string> notes;
     const auto newJob = [&] {
         const auto figure = std::make_shared<InputsFigure>(options, inputs);
-        return PictureJob{mapTitle(inputs.map.header), options.width, options.height, 1,
-                          [&notes, figure](CDC& dc, const CRect& rect) {
-                              figure->draw(dc, rect);
-                              notes = figure->notes();
-                          }};
+        PictureJob picture{mapTitle(inputs.map.header), options.width, options.height, 1,
+                           [&notes, figure](CDC& dc, const CRect& rect) {
+                               figure->draw(dc, rect);
+                               notes = figure->notes();
+                           }};
+        BatchJob job{std::move(picture), usualCaption(inputs.map.header), {}};
+        if (options.wantsPrintedTable())
+            job.newWindow = [&] {
+                return newPrintedTable(options.tables.back(), nullptr, &components);
+            };
+        return job;
     };
     if (!writePictures(argv, options, newJob, error))
         return 0;
@@ -71,10 +81,11 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs, s
 int runBatch(char** argv, const ViewOptions& options, std::string& error)
 {
     ViewInputs inputs;
+    AComponents components;
     std::vector<std::string> notes;
     if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
-    const int hasTables = writeTables(options, nullptr, notes, error);
+    const int hasTables = writeTables(options, nullptr, components, notes, error);
     printNotes(notes);
     if (!hasTables)
         return 0;
@@ -83,7 +94,8 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
         error = options.mask + ": " + error;
         return 0;
     }
-    if (options.wantsPicture() && !drawMap(argv, options, inputs, error))
+    if ((options.wantsPicture() || options.print.wanted()) &&
+        !drawMap(argv, options, inputs, components, error))
         return 0;
     return writeNumbers(options, inputs, error);
 }
@@ -110,6 +122,9 @@ int main(int argc, char** argv)
         if (isData && !options.onlyOfMaps.empty())
             return refuse(options.onlyOfMaps + " goes with a map; " + options.map +
                           " holds visibilities");
+        if (!isData && !options.times.isAll() && !options.map.empty())
+            return refuse("--times goes with a file of visibilities; " + options.map +
+                          " holds none");
         if (options.batch && isData)
             return runDataBatch(argv, options, error) ? done : complain(error);
         if (options.batch)

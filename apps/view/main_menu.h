@@ -19,6 +19,9 @@ enum ViewCommand : unsigned {
     idSkyRegions,
     idSaveMask,
     idSavePicture,
+    idPrint,
+    idPrintPreview,
+    idPageSetup,
     idNoRecent,
     idExit,
     idOpenModel,
@@ -42,7 +45,7 @@ enum ViewCommand : unsigned {
 };
 
 inline constexpr const char* copyPictureText = "Copy &picture\tCtrl+C";
-inline constexpr const char* savePictureText = "Save &picture...\tCtrl+P";
+inline constexpr const char* savePictureText = "Save p&icture...\tCtrl+Shift+P";
 
 inline constexpr MenuItem menuLine = {};
 
@@ -55,6 +58,13 @@ inline constexpr MenuItem scaleItems[] = {
     {"&Square root", idScale + 1, nullptr, 0},
     {"Lo&garithmic", idScale + 2, nullptr, 0},
     {"&Equalised", idScale + 3, nullptr, 0},
+};
+
+/// What is printed is the part that has the keyboard.
+inline constexpr MenuItem printItems[] = {
+    {"&Print...\tCtrl+P", idPrint, nullptr, 0},
+    {"Print previe&w", idPrintPreview, nullptr, 0},
+    {"Page set-&up...", idPageSetup, nullptr, 0},
 };
 
 inline constexpr MenuItem fileItems[] = {
@@ -73,6 +83,10 @@ inline constexpr MenuItem fileItems[] = {
     menuLine,
     {"Save &mask...\tCtrl+M", idSaveMask, nullptr, 0},
     {savePictureText, idSavePicture, nullptr, 0},
+    menuLine,
+    printItems[0],
+    printItems[1],
+    printItems[2],
     menuLine,
     {"E&xit\tCtrl+Q", idExit, nullptr, 0},
 };

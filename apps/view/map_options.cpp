@@ -25,12 +25,12 @@ MapScaleKind scaleKind(ViewScale scale)
 }
 
 /// The levels asked for, as values of the map.
-ContourLevels levelsOf(const LevelChoice& choice, const MapContent& content)
+ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph)
 {
     ContourLevels levels;
     levels.unit = LevelUnit::absolute;
-    if (!content.range.isEmpty())
-        levels.factors = levelValues(choice, content.range.greatest, content.noise.sigma);
+    if (!graph.cellRange().isEmpty())
+        levels.factors = levelValues(choice, graph.cellRange().greatest, graph.noise().sigma);
     return levels;
 }
 
@@ -45,6 +45,12 @@ std::string levelNoteOf(const LevelChoice& choice, const MapContent& content)
 
 void applyOptions(MapPicture& picture, const ViewOptions& options)
 {
+    applyLook(picture, options);
+    picture.setHeaderNote(levelNoteOf(options.levels, picture.content()));
+}
+
+void applyLook(MapPicture& picture, const ViewOptions& options)
+{
     const MapContent& content = picture.content();
     ALevelsColorGraph& graph = picture.graph();
     if (options.hasRange) {
@@ -54,8 +60,7 @@ void applyOptions(MapPicture& picture, const ViewOptions& options)
         graph.setCentres(centres);
     }
     graph.setScale(scaleKind(options.scale));
-    graph.contours().setLevels(levelsOf(options.levels, content));
-    picture.setHeaderNote(levelNoteOf(options.levels, content));
+    graph.contours().setLevels(levelsOf(options.levels, graph));
     picture.figure().setSquareCells(!options.freeAspect);
 }
 

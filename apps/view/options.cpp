@@ -1,6 +1,7 @@
 #include "apps/view/options.h"
 
 #include "apps/options/option_table.h"
+#include "pavane/dialogs/values/time_texts.h"
 #include "pavane/tables/uvdata/uv_columns.h"
 #include "tessel/value_text.h"
 
@@ -14,6 +15,7 @@ namespace pavane
 namespace
 {
 
+constexpr double secondsPerDay = 86400;
 constexpr int leastSize = 64;
 constexpr int greatestSize = 16384;
 
@@ -90,6 +92,17 @@ int readLevels(const std::string& text, ViewOptions& options, std::string& error
     return parseLevels(text, options.levels, error);
 }
 
+int readTimes(const std::string& text, ViewOptions& options, std::string& error)
+{
+    TimeRange range;
+    if (!readTimeRange(text, range, error)) {
+        error = "--times: " + error;
+        return 0;
+    }
+    options.times = {range.start / secondsPerDay, range.stop / secondsPerDay};
+    return 1;
+}
+
 int readTableName(const std::string& text, ViewOptions& options, std::string& error)
 {
     std::string names;
@@ -135,13 +148,13 @@ int set(const std::string&, ViewOptions& options, std::string&)
 enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
-constexpr std::string_view mapOptions[] = {"--areas",   "--plane",       "--levels", "--scale",
-                                           "--range",   "--palette",     "--aspect", "--mask",
-                                           "--partial", "--visibilities"};
+constexpr std::string_view mapOptions[] = {"--areas",   "--plane",        "--levels", "--scale",
+                                           "--range",   "--palette",      "--aspect", "--mask",
+                                           "--partial", "--visibilities", "--planes", "--grid"};
 
-const OptionTable<ViewOptions>& optionTable()
+OptionTable<ViewOptions> newTable()
 {
-    static const OptionTable<ViewOptions> table = {
+    OptionTable<ViewOptions> table = {
         {{"--areas", "", "F",
           "areas: .areas, polygons of matrix cells (.cma), region files (.reg, .crtf); the content "
           "decides, not the name. A file that holds none stands for the whole map"},
@@ -161,6 +174,11 @@ const OptionTable<ViewOptions>& optionTable()
           "let cells be oblong to fill the size, as those of a map of very few rows or columns "
           "are; equal: square cells"},
          readAspect},
+        {{"--times", "", "START,STOP",
+          "of a data file only what lies in these times: clock texts since 0h of its reference "
+          "day, days in front (1/02:00:00), or seconds; one of them may be missing"},
+         readTimes,
+         everywhere},
         {{"--batch", "", "", "write files and print numbers"},
          set<&ViewOptions::batch>,
          onlyInBatch},
@@ -199,7 +217,7 @@ const OptionTable<ViewOptions>& optionTable()
         {{"--table", "", "NAME",
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
           "frequencies or scans of a data file, components of a map; may be repeated, each with "
-          "its --tsv"},
+          "its --tsv; the last one without is what --print prints"},
          readTableName,
          onlyInBatch,
          1},
@@ -207,9 +225,20 @@ const OptionTable<ViewOptions>& optionTable()
          readTableFile,
          onlyInBatch,
          1},
-        {{"--help", "-h", "", "print this"}, set<&ViewOptions::help>, aboutProgram},
-        {{"--version", "", "", "print the version"}, set<&ViewOptions::version>, aboutProgram},
     };
+    addPrintOptions(table, onlyInBatch);
+    table.insert(
+        table.end(),
+        {
+            {{"--help", "-h", "", "print this"}, set<&ViewOptions::help>, aboutProgram},
+            {{"--version", "", "", "print the version"}, set<&ViewOptions::version>, aboutProgram},
+        });
+    return table;
+}
+
+const OptionTable<ViewOptions>& optionTable()
+{
+    static const OptionTable<ViewOptions> table = newTable();
     return table;
 }
 
@@ -217,7 +246,8 @@ const OptionTable<ViewOptions>& optionTable()
 int needsMap(const ViewOptions& options)
 {
     return options.visibilities.empty() || options.wantsPicture() || options.stats ||
-           !options.areas.empty() || options.plane >= 0 || !options.tables.empty();
+           !options.areas.empty() || options.plane >= 0 || !options.tables.empty() ||
+           options.print.wanted();
 }
 
 int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
@@ -238,11 +268,12 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "--partial goes with areas: --areas FILE";
     else if (!options.visibilities.empty() && options.model.empty())
         error = "--visibilities needs the model that they are computed from: --model FILE";
-    else if (!options.tables.empty() && options.tables.back().file.empty())
+    else if (!options.tables.empty() && options.tables.back().file.empty() &&
+             !options.print.wanted())
         error = "--table " + options.tables.back().table + " wants a --tsv FILE behind it";
     else if (options.batch && options.map.empty() && needsMap(options))
         error = "no map is named";
-    return error.empty();
+    return error.empty() && checkPrintOptions(options, given, error);
 }
 
 }  // namespace
@@ -273,7 +304,9 @@ ProgramText viewProgram()
             {{"The mask of the areas that were marked in the window:",
               "pavane-view map.fits --batch --areas jet.areas --mask mask.fits"},
              {"A figure with contours from 1 per cent of the peak on:",
-              "pavane-view map.fits --batch --pdf map.pdf --levels peak:-1,1,2,4,..."}},
+              "pavane-view map.fits --batch --pdf map.pdf --levels peak:-1,1,2,4,..."},
+             {"The same on paper, without a word below it:",
+              "pavane-view map.fits --batch --printer office --paper A4 --caption ''"}},
             "pavane-simulate"};
 }
 

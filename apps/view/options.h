@@ -2,6 +2,8 @@
 
 #include "apps/options/program_text.h"
 #include "apps/view/level_list.h"
+#include "apps/view/print_options.h"
+#include "tessel/uvfits/UvTimes.h"
 
 #include <string>
 #include <vector>
@@ -12,7 +14,7 @@ namespace pavane
 /// How map values are spread over the colours.
 enum class ViewScale { linear, squareRoot, logarithmic, equalised };
 
-/// A table to be written: its name, and a file, or "-" for standard output.
+/// A table to be written: its name, and a file, or "-" for standard output; "" when it is printed.
 struct TableWish {
     std::string table, file;
 };
@@ -37,13 +39,21 @@ struct ViewOptions {
     int hasRange = 0;
     double low = 0, high = 0;  ///< colour range, in the unit of the map
     std::string palette;       ///< empty: the default one
+    UvTimes times;             ///< of a data file: what is plotted and listed
     std::string areas, mask, model, visibilities;
     int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;
     std::vector<TableWish> tables;
+    PrintWish print;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }
+    /// Whether a table is what is printed.
+    int wantsPrintedTable() const
+    {
+        return print.wanted() && !tables.empty() && tables.back().file.empty();
+    }
+    int wantsPrintedPicture() const { return print.wanted() && !wantsPrintedTable(); }
 };
 
 /// What users read of the program and its options, from the table that reads them.

@@ -105,7 +105,8 @@ std::string outputClash(const ViewOptions& options)
     std::vector<NamedFile> outputs = {{"--mask", options.mask},
                                       {"--png", options.png},
                                       {"--pdf", options.pdf},
-                                      {"--svg", options.svg}};
+                                      {"--svg", options.svg},
+                                      {"--print", options.print.settings.file}};
     int prints = options.stats || !options.visibilities.empty();
     for (const TableWish& wish : options.tables) {
         const int isPrinted = wish.file == "-";

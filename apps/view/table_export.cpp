@@ -102,11 +102,10 @@ int writeTextFile(const std::string& file, const std::function<int(std::ostream&
            refuse(file, safe.fault(), error);
 }
 
-int writeTables(const ViewOptions& options, UvObservation* observation,
+int writeTables(const ViewOptions& options, UvObservation* observation, AComponents& model,
                 std::vector<std::string>& notes, std::string& error)
 {
     const UvObservation none;
-    AComponents model;
     int asksComponents = 0;
     for (const TableWish& wish : options.tables)
         asksComponents = asksComponents || wish.table == componentTable;
@@ -120,6 +119,8 @@ int writeTables(const ViewOptions& options, UvObservation* observation,
         if ((isOfData ? tables.rows(table) : model.count()) == 0)
             notes.push_back(options.map + ": has no " + wish.table +
                             ": the table is its header line alone");
+        if (wish.file.empty())
+            continue;  // it is printed
         const auto write = [&](std::ostream& stream) {
             if (isOfData)
                 return tables.writeTsv(table, stream);

@@ -53,8 +53,8 @@ struct UvGroupScan::Found {
     TimeRuns times;
 };
 
-UvGroupScan::UvGroupScan(AUVXFile& file, int what)
-    : file_(file), what_(what), found_(std::make_unique<Found>())
+UvGroupScan::UvGroupScan(AUVXFile& file, int what, const UvTimes& times)
+    : file_(file), what_(what), times_(times), found_(std::make_unique<Found>())
 {
 }
 
@@ -80,7 +80,7 @@ int UvGroupScan::goOn(std::int64_t bytes)
 {
     const int what = (what_ & (baselines | scans) ? UvGroups::baselines : 0) |
                      (what_ & (scans | totals) ? UvGroups::origins : 0) |
-                     (what_ & scans ? UvGroups::times : 0) |
+                     (what_ & scans || !times_.isAll() ? UvGroups::times : 0) |
                      (what_ & totals ? UvGroups::places | UvGroups::cellValues : 0);
     const std::int64_t groups = file_.header().groups;
     std::int64_t left = bytes;
@@ -102,7 +102,8 @@ int UvGroupScan::goOn(std::int64_t bytes)
 
 int UvGroupScan::take(const UvGroups& groups)
 {
-    totals_.groups += groups.count;
+    for (int i = 0; i < groups.count; ++i)
+        totals_.groups += isIn(groups, i);
     if (what_ & totals)
         addTotals(groups);
     if (what_ & scans && hasScans_)
@@ -116,7 +117,7 @@ int UvGroupScan::takeBaselines(const UvGroups& groups)
     const int* const first = groups.antenna1.data();
     const int* const second = groups.antenna2.data();
     for (int i = 0; i < groups.count; ++i) {
-        if (first[i] < 0)
+        if (first[i] < 0 || !isIn(groups, i))
             continue;
         std::int64_t* const count = found_->pairs.of({subarray[i], first[i], second[i]}, 0);
         if (!count)
@@ -134,7 +135,7 @@ void UvGroupScan::takeTimes(const UvGroups& groups)
     const int* const selection = groups.selection.data();
     TimeRuns& times = found_->times;
     for (int i = 0; hasScans_ && i < groups.count; ++i)
-        if (std::isfinite(time[i]))
+        if (std::isfinite(time[i]) && isIn(groups, i))
             hasScans_ =
                 times.add(time[i], {subarray[i], source[i], selection[i]}, groups.first + i + 1);
 }
@@ -146,6 +147,8 @@ void UvGroupScan::addTotals(const UvGroups& groups)
     const int stokes = static_cast<int>(header.stokes.size());
     for (int i = 0; i < groups.count; ++i) {
         const auto g = static_cast<std::size_t>(i);
+        if (!isIn(groups, i))
+            continue;
         const double distance = std::hypot(groups.u[g], groups.v[g]);
         const int selection = frequencies.selectionOf(groups.selection[g]);
         for (int f = 0; f < header.ifs; ++f)

@@ -2,6 +2,7 @@
 
 #include "tessel/api.h"
 #include "tessel/uvfits/AUVXFile.h"
+#include "tessel/uvfits/UvTimes.h"
 
 #include <cstdint>
 #include <memory>
@@ -29,7 +30,8 @@ public:
     /// Bits that choose what is looked for; `totals` reads the cells of the groups as well.
     enum What : int { baselines = 1, scans = 2, totals = 4 };
 
-    UvGroupScan(AUVXFile& file, int what);
+    /// Groups outside of `times` count for nothing.
+    UvGroupScan(AUVXFile& file, int what, const UvTimes& times = {});
     UvGroupScan(const UvGroupScan&) = delete;
     UvGroupScan& operator=(const UvGroupScan&) = delete;
     ~UvGroupScan();
@@ -56,6 +58,10 @@ public:
 
 private:
     struct Found;
+    int isIn(const UvGroups& groups, int i) const
+    {
+        return times_.isAll() || times_.holds(groups.time[static_cast<std::size_t>(i)]);
+    }
     int take(const UvGroups& groups);
     int takeBaselines(const UvGroups& groups);
     int goOn(std::int64_t bytes);
@@ -64,6 +70,7 @@ private:
 
     AUVXFile& file_;
     int what_;
+    UvTimes times_;
     int hasScans_ = 1;
     std::int64_t next_ = 0;
     std::string error_;

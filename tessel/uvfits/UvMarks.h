@@ -3,6 +3,7 @@
 #include "tessel/ABitArray.h"
 #include "tessel/api.h"
 #include "tessel/uvfits/uv_values.h"
+#include "tessel/uvfits/UvTimes.h"
 
 #include <vector>
 
@@ -19,6 +20,7 @@ struct UvMarks {
     ABitArray baselines, scans;
     std::vector<UvBaseline> baselineTable;  ///< what the marks of baselines stand for, in any order
     std::vector<UvScan> scanTable;
+    UvTimes times{};  ///< groups outside count for nothing
 };
 
 /// Marks of what is plotted without a choice: the parallel hands, or I; all where there are none.

@@ -214,7 +214,6 @@ int UvPlotPoints::goOn(std::int64_t bytes)
         for (int i = 0; i < count; ++i)
             takeGroup(i);
         next_ += count;
-        totals_.groups += count;
         left -= count * file_.groupBytes();
     } while (left > 0);
     return next_ < groups;
@@ -224,6 +223,9 @@ void UvPlotPoints::takeGroup(int i)
 {
     const UvHeader& header = file_.header();
     const auto g = static_cast<std::size_t>(i);
+    if (!marks_.times.holds(groups_.time[g]))
+        return;
+    ++totals_.groups;
     const double* frequency = choice_->frequenciesOf(groups_, g);
     const double u = groups_.u[g];
     const double v = groups_.v[g];

@@ -71,7 +71,7 @@ def mark_and_plot(view):
         view.main()
         if key:
             view.key(key)
-        pictures.append(view.save(["ctrl+p"], "Save picture", f"plot{len(pictures)}.png"))
+        pictures.append(view.save(["ctrl+shift+p"], "Save picture", f"plot{len(pictures)}.png"))
     if pictures[0] != pictures[2] or pictures[0] == pictures[1]:
         raise Failure("the plot does not follow the mark of a station")
 

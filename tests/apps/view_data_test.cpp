@@ -79,6 +79,18 @@ TEST_F(DataRun, PrintsItsNumbersAndDrawsWhatTheContentSays)
          "1\tAB\tCD\t1\t\t5\t1\t2\n" +
              std::string(stats),
          ""},
+        {"map.fits --batch --table=baselines --tsv=- --stats --times 00:00:09.5,20.5", 0,
+         "\tFirst\tSecond\tSubarray\tLength [km]\tVisibilities\tFirst No.\tSecond No.\n"
+         "1\tAB\tCD\t1\t\t2\t1\t2\ngroups 2 groups\nvisibilities 2 visibilities\n"
+         "flagged 0 visibilities\nnot_finite 0 visibilities\nuv_min 8.4000004 Mlambda\n"
+         "uv_max 8.4000004 Mlambda\namp_min 2 Jy\namp_max 3 Jy\n",
+         ""},
+        {"map.fits --batch --table=scans --tsv=- --times ,15", 0,
+         "\tSource\tSubarray\tSelection\tStart\tEnd\tLength [s]\tFirst visibility\t"
+         "Last visibility\tSource No.\n"
+         "1\tM87\t1\t1\t0/00:00:00.0\t0/00:00:10.0\t10\t1\t2\t1\n",
+         ""},
+        {"map.fits --batch --times 20,10", 1, "", "--times: '20,10' does not start before"},
         {"map.fits --batch --table components --tsv x.tsv", 0, "", "has no components"},
         {"none.uvfits --batch --table telescopes --tsv x.tsv", 0, "", "has no telescopes"},
         {"map.fits --batch --table tels --tsv -", 1, "", "telescopes, baselines, sources, stokes"},

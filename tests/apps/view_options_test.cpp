@@ -74,6 +74,17 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --partial", "--areas"},
         {"m.fits --areas a.cma --partial", "--partial goes with --batch"},
         {"--batch --model m.txt --visibilities uv.csv --stats", "no map"},
+        {"m.fits --print p.pdf", "--print goes with --batch"},
+        {"m.fits --batch --pages 2", "--pages goes with --print"},
+        {"m.fits --batch --print p.pdf --printer q", "one of them"},
+        {"m.fits --batch --print p.pdf --pages 3-2", "--pages: '3-2'"},
+        {"m.fits --batch --print p.pdf --paper B9", "--paper: there is no paper 'B9'"},
+        {"m.fits --batch --print p.pdf --margins 1,2,3", "--margins: '1,2,3'"},
+        {"m.fits --batch --print p.pdf --dpi 35", "--dpi wants a number from 36"},
+        {"m.fits --batch --print p.pdf --number -1", "--number wants a number from 0"},
+        {"m.fits --batch --print p.pdf --copies 0", "--copies wants a number from 1"},
+        {"m.fits --batch --print p.pdf --caption", "--caption wants a value"},
+        {"--batch --print p.pdf", "no map"},
         {"-x", "'-x'"},
     };
     for (const auto& c : cases) {

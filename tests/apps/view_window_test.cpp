@@ -465,7 +465,8 @@ TEST_F(ViewWindow, CopiesItsPictureByCommandMenuAndKeyUnderOneName)
     std::string texts;
     for (const CMenu::Line& line : popup->lines())
         texts += line.text + "|";
-    EXPECT_NE(texts.find("|Copy &picture\tCtrl+C|Save &picture...\tCtrl+P|"), std::string::npos)
+    EXPECT_NE(texts.find("|Copy &picture\tCtrl+C|Save p&icture...\tCtrl+Shift+P|"),
+              std::string::npos)
         << texts;
     // both ways to save ask for the same kinds of pictures
     for (const char* name : {"context.pdf", "context.svg"}) {

@@ -67,9 +67,16 @@ UvObservation::~UvObservation()
 
 void UvObservation::clear()
 {
-    scan_.reset();
+    forget();
     file_.close();
+    times_ = UvTimes();
+}
+
+void UvObservation::forget()
+{
+    scan_.reset();
     ifs_.clear();
+    indexed_.clear();
     baselines_.clear();
     found_.clear();
     totals_ = UvTotals();
@@ -87,8 +94,9 @@ void UvObservation::close()
 int UvObservation::open(const std::string& name, std::string& error, int also)
 {
     clear();
+    also_ = also;
     int opened = file_.open(name, error);
-    if (opened && !begin(also)) {
+    if (opened && !begin()) {
         clear();
         error = noMemory;
         opened = 0;
@@ -97,7 +105,21 @@ int UvObservation::open(const std::string& name, std::string& error, int also)
     return opened;
 }
 
-int UvObservation::begin(int also)
+int UvObservation::limitTimes(const UvTimes& times)
+{
+    if (!file_.isOpen())
+        return 0;
+    forget();
+    times_ = times;
+    const int begun = begin();
+    if (!begun)
+        error_ = noMemory;
+    tellRecords(1);
+    tellFilling();
+    return begun;
+}
+
+int UvObservation::begin()
 {
     try {
         int selection = 0;
@@ -106,8 +128,12 @@ int UvObservation::begin(int also)
                 ifs_.push_back({selection, i});
             ++selection;
         }
+        for (const UvScan& scan : file_.scans())
+            if (times_.meets(scan))
+                indexed_.push_back(scan);
         const int scans = file_.hasIndex() ? 0 : UvGroupScan::scans;
-        scan_ = std::make_unique<UvGroupScan>(file_, UvGroupScan::baselines | scans | also);
+        scan_ =
+            std::make_unique<UvGroupScan>(file_, UvGroupScan::baselines | scans | also_, times_);
         return 1;
     } catch (const std::bad_alloc&) {
         return 0;

@@ -48,6 +48,10 @@ public:
     /// groups are read for beside what the tables need.
     int open(const std::string& name, std::string& error, int also = 0);
     void close();
+    /// Of a file that is open: baselines and scans of these times alone, looked for again. Scans
+    /// that only a part of lies in them are there whole.
+    int limitTimes(const UvTimes& times);
+    const UvTimes& times() const { return times_; }
     const AUVXFile& file() const { return file_; }
     /// For readers of groups, which move its place; nobody opens or closes it here.
     AUVXFile& file() { return file_; }
@@ -93,12 +97,13 @@ public:
     int writeTsv(UvTable table, std::ostream& stream) const;
 
     const std::vector<UvBaseline>& baselines() const { return baselines_; }
-    const std::vector<UvScan>& scans() const { return file_.hasIndex() ? file_.scans() : found_; }
+    const std::vector<UvScan>& scans() const { return file_.hasIndex() ? indexed_ : found_; }
     /// Of a row of the frequencies, from 0, that is there.
     UvIfPlace ifAt(int row) const { return ifs_[static_cast<std::size_t>(row)]; }
 
 private:
-    int begin(int also);
+    int begin();
+    void forget();
     void clear();
     void refresh();
     template <class Tell>
@@ -111,6 +116,9 @@ private:
     std::unique_ptr<UvGroupScan> scan_;
     std::vector<UvBaseline> baselines_;
     std::vector<UvScan> found_;
+    std::vector<UvScan> indexed_;  ///< those of the file's index
+    UvTimes times_;
+    int also_ = 0;
     std::vector<UvBaseline> baselinesBefore_;
     std::vector<UvScan> foundBefore_;
     UvTotals totals_;

@@ -1,0 +1,153 @@
+#include "apps/view/print_options.h"
+
+#include "apps/view/options.h"
+#include "pavane/printing/layout/APrnAddInfo.h"
+#include "pavane/printing/layout/print_arguments.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int leastDpi = 36;
+constexpr int greatestDpi = 4800;
+constexpr int mostCopies = 9999;
+
+/// What only printing understands.
+constexpr std::string_view printOnly[] = {"--pages",  "--paper",  "--landscape", "--margins",
+                                          "--dpi",    "--copies", "--number",    "--caption",
+                                          "--planes", "--grid"};
+
+/// Puts the option in front of what is wrong with its value.
+int blame(const char* name, std::string& error)
+{
+    error = std::string(name) + ": " + error;
+    return 0;
+}
+
+int readNumber(const char* name, const std::string& text, int least, int greatest, int& number,
+               std::string& error)
+{
+    int read = 0;
+    if (stoval(text, read) && read >= least && read <= greatest) {
+        number = read;
+        return 1;
+    }
+    error = std::string(name) + " wants a number from " + std::to_string(least) + " to " +
+            std::to_string(greatest) + ", not '" + text + "'";
+    return 0;
+}
+
+int readFile(const std::string& text, ViewOptions& options, std::string&)
+{
+    options.print.settings.file = text;
+    return 1;
+}
+
+int readPrinter(const std::string& text, ViewOptions& options, std::string&)
+{
+    options.print.settings.printer = text;
+    return 1;
+}
+
+int readPageRange(const std::string& text, ViewOptions& options, std::string& error)
+{
+    return readPages(text, options.print.settings, error) || blame("--pages", error);
+}
+
+int readPaperOption(const std::string& text, ViewOptions& options, std::string& error)
+{
+    return readPaperName(text, options.print.settings, error) || blame("--paper", error);
+}
+
+int setLandscape(const std::string&, ViewOptions& options, std::string&)
+{
+    options.print.settings.landscape = 1;
+    return 1;
+}
+
+int readMarginOption(const std::string& text, ViewOptions& options, std::string& error)
+{
+    return readMargins(text, options.print.margins, error) || blame("--margins", error);
+}
+
+int readDpi(const std::string& text, ViewOptions& options, std::string& error)
+{
+    return readNumber("--dpi", text, leastDpi, greatestDpi, options.print.settings.dpi, error);
+}
+
+int readCopies(const std::string& text, ViewOptions& options, std::string& error)
+{
+    return readNumber("--copies", text, 1, mostCopies, options.print.settings.copies, error);
+}
+
+int readFirstNumber(const std::string& text, ViewOptions& options, std::string& error)
+{
+    return readNumber("--number", text, 0, greatestFirstNumber, options.print.number, error);
+}
+
+int readCaption(const std::string& text, ViewOptions& options, std::string&)
+{
+    options.print.caption = text;
+    options.print.hasCaption = 1;
+    return 1;
+}
+
+}  // namespace
+
+void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
+{
+    const auto add = [&](const OptionText& text, auto* apply, int mayBeEmpty = 0) {
+        table.push_back({text, apply, traits, 0, mayBeEmpty});
+    };
+    add({"--print", "", "F.pdf",
+         "print the map, the plot of a data file, or the --table that has no --tsv, on pages of a "
+         "PDF file"},
+        readFile);
+    add({"--printer", "", "QUEUE", "print them on a printer, by the name of its queue"},
+        readPrinter);
+    add({"--pages", "", "A-B", "print these pages only: 2, 2-5 or 2-"}, readPageRange);
+    add({"--paper", "", "NAME",
+         "A0 to A6, Letter, Legal, Tabloid, or WxH in millimetres; without it what is usual where "
+         "the locale is"},
+        readPaperOption);
+    add({"--landscape", "", "", "turn the paper"}, setLandscape);
+    add({"--margins", "", "L,T,R,B", "left, top, right and bottom in millimetres (20,10,10,10)"},
+        readMarginOption);
+    add({"--dpi", "", "N", "dots per inch (600)"}, readDpi);
+    add({"--copies", "", "N", "how many of them a printer makes; a file gets one"}, readCopies);
+    add({"--number", "", "N",
+         "number of the first page, 0 for none; without it several pages are numbered from 1"},
+        readFirstNumber);
+    add({"--caption", "", "TEXT",
+         "text below the picture: %d is the page, ~C \"(Continued)\" from the second page on, ~U "
+         "puts it above, ~L and ~R to a side; an empty one: none (object, frequency and date)"},
+        readCaption, 1);
+}
+
+int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
+                      std::string& error)
+{
+    const PrintWish& print = options.print;
+    const auto only = std::find_if(given.options.begin(), given.options.end(), [](const auto* o) {
+        return std::count(std::begin(printOnly), std::end(printOnly), o->name) != 0;
+    });
+    if (!print.wanted() && only != given.options.end())
+        error = std::string((*only)->name) + " goes with --print or --printer";
+    else if (!print.settings.file.empty() && !print.settings.printer.empty())
+        error = "--print makes a file, --printer prints: one of them at a time";
+    else if (print.gridRows && !print.hasPlanes())
+        error = "--grid goes with the --planes that it is for";
+    else if (print.hasPlanes() && options.plane >= 0)
+        error = "--plane is one, --planes are several: one of the two";
+    else if (print.hasPlanes() && options.wantsPrintedTable())
+        error = "--planes prints pictures, --table without --tsv a table: one at a time";
+    return error.empty();
+}
+
+}  // namespace pavane

@@ -1,0 +1,48 @@
+#include "apps/view/printed_table.h"
+
+#include "pavane/tables/observation/AComponentsTbl.h"
+#include "pavane/tables/observation/AObservationTbl.h"
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Without the widths that a user gave the columns of a window: they are in the profile.
+class PrintedRecords : public AObservationTbl
+{
+public:
+    using AObservationTbl::AObservationTbl;
+    CString profileSection() override { return {}; }
+};
+
+class PrintedComponents : public AComponentsTbl
+{
+public:
+    explicit PrintedComponents(const AComponents* model)
+    {
+        if (model)
+            (void)list_.reset(*model);
+        SetComponents(&list_);
+    }
+    CString profileSection() override { return {}; }
+
+private:
+    EditedComponents list_;
+};
+
+}  // namespace
+
+std::unique_ptr<ABWindow> newPrintedTable(const TableWish& wish, UvObservation* observation,
+                                          const AComponents* model)
+{
+    UvTable table = UvTable::telescopes;
+    if (!uvTableOf(wish.table, table))
+        return std::make_unique<PrintedComponents>(model);
+    auto records = std::make_unique<PrintedRecords>(table);
+    records->SetObservation(observation);
+    return records;
+}
+
+}  // namespace pavane

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "tessel/uvfits/uv_values.h"
+
+#include <limits>
+
+namespace pavane
+{
+
+/// A part of an observation in time, both ends in it: days since 0h of the reference date. Groups
+/// without a time are in no part.
+struct UvTimes {
+    double start = -std::numeric_limits<double>::infinity();
+    double stop = std::numeric_limits<double>::infinity();
+
+    int isAll() const { return start == UvTimes().start && stop == UvTimes().stop; }
+    int holds(double time) const { return isAll() || (time >= start && time <= stop); }
+    /// Whether a part of the scan is in it.
+    int meets(const UvScan& scan) const
+    {
+        return isAll() || (scan.start <= stop && scan.end >= start);
+    }
+};
+
+}  // namespace pavane
