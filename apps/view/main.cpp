@@ -6,6 +6,7 @@
 #include "apps/view/options.h"
 #include "apps/view/palette_choice.h"
 #include "apps/view/print_batch.h"
+#include "apps/view/printed_planes.h"
 #include "apps/view/printed_table.h"
 #include "apps/view/same_file.h"
 #include "apps/view/table_export.h"
@@ -57,6 +58,12 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
             const AComponents& components, std::string& error)
 {
     std::vector<std::string> notes;
+    std::unique_ptr<PrintedPlanes> planes;
+    if (options.print.hasPlanes()) {
+        planes = std::make_unique<PrintedPlanes>(options, inputs);
+        if (!planes->open(error))
+            return 0;
+    }
     const auto newJob = [&] {
         const auto figure = std::make_shared<InputsFigure>(options, inputs);
         PictureJob picture{mapTitle(inputs.map.header), options.width, options.height, 1,
@@ -69,6 +76,8 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
             job.newWindow = [&] {
                 return newPrintedTable(options.tables.back(), nullptr, &components);
             };
+        else if (planes)
+            job.newWindow = [&] { return planes->newWindow(); };
         return job;
     };
     if (!writePictures(argv, options, newJob, error))

@@ -324,7 +324,11 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
         if (options.onlyOfMaps.empty() &&
             std::count(std::begin(mapOptions), std::end(mapOptions), option->name))
             options.onlyOfMaps = option->name;
-    return options.help || options.version || checkTogether(options, given, error);
+    if (!options.help && !options.version && !checkTogether(options, given, error))
+        return 0;
+    if (options.print.hasPlanes())
+        options.plane = options.print.firstPlane;  // for what is made of one plane beside
+    return 1;
 }
 
 }  // namespace pavane

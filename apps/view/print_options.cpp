@@ -17,6 +17,7 @@ namespace
 constexpr int leastDpi = 36;
 constexpr int greatestDpi = 4800;
 constexpr int mostCopies = 9999;
+constexpr int mostInGrid = 20;
 
 /// What only printing understands.
 constexpr std::string_view printOnly[] = {"--pages",  "--paper",  "--landscape", "--margins",
@@ -98,6 +99,41 @@ int readCaption(const std::string& text, ViewOptions& options, std::string&)
     return 1;
 }
 
+int readPlanes(const std::string& text, ViewOptions& options, std::string& error)
+{
+    const std::string_view all = text;
+    const std::size_t dash = all.find('-');
+    int first = 0;
+    int last = 0;
+    if (!stoval(all.substr(0, dash), first) ||
+        !stoval(dash == all.npos ? all : all.substr(dash + 1), last) || first < 0 || last < first ||
+        last - first >= mostPrintedPlanes) {
+        error = "--planes wants FIRST-LAST, from 0, such as 0-11, not '" + text + "'";
+        return 0;
+    }
+    options.print.firstPlane = first;
+    options.print.lastPlane = last;
+    return 1;
+}
+
+int readGrid(const std::string& text, ViewOptions& options, std::string& error)
+{
+    const std::string_view all = text;
+    const std::size_t cross = all.find('x');
+    int rows = 0;
+    int columns = 0;
+    const auto fits = [](int count) { return count >= 1 && count <= mostInGrid; };
+    if (cross == all.npos || !stoval(all.substr(0, cross), rows) ||
+        !stoval(all.substr(cross + 1), columns) || !fits(rows) || !fits(columns)) {
+        error = "--grid wants ROWSxCOLUMNS, 1 to " + std::to_string(mostInGrid) +
+                " each, such as 3x4, not '" + text + "'";
+        return 0;
+    }
+    options.print.gridRows = rows;
+    options.print.gridColumns = columns;
+    return 1;
+}
+
 }  // namespace
 
 void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
@@ -128,6 +164,10 @@ void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
          "text below the picture: %d is the page, ~C \"(Continued)\" from the second page on, ~U "
          "puts it above, ~L and ~R to a side; an empty one: none (object, frequency and date)"},
         readCaption, 1);
+    add({"--planes", "", "A-B",
+         "print these planes of a cube, from 0, beside each other with one range of colours"},
+        readPlanes);
+    add({"--grid", "", "RxC", "rows and columns of planes on a page"}, readGrid);
 }
 
 int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptions>& given,

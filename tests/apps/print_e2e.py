@@ -9,6 +9,7 @@ import random
 import re
 import shutil
 import signal
+import struct
 import subprocess
 import sys
 import time
@@ -16,7 +17,7 @@ import time
 sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "platform"))
 import print_scheduler  # noqa: E402
 
-MAP, DATA = "clean.fits", "observation.uvfits"
+MAP, DATA, CUBE = "clean.fits", "observation.uvfits", "cube.fits"
 A4, LETTER_LYING = (595, 842), (792, 612)
 # arguments, pages, size in points, words of a page (from 0), what is nowhere
 FILES = [
@@ -29,6 +30,9 @@ FILES = [
      {0: ["First", "BR"], 1: ["2.", "(Continued)", "First"]}, []),
     ([DATA, "--table", "baselines", "--print", "F", "--paper", "A6", "--landscape", "--pages", "2-", "--number", "8"], 2,
      (420, 298), {0: ["9.", "(Continued)"]}, [" 8.\n"]),
+    ([CUBE, "--print", "F", "--paper", "A4", "--planes", "0-11", "--grid", "3x4"], 1, A4, {0: ["1.42 GHz", "1.431 GHz"]}, []),
+    ([CUBE, "--print", "F", "--paper", "A4", "--planes", "2-7", "--grid", "2x2"], 2, A4,
+     {0: ["1.422 GHz", "1.425 GHz"], 1: ["1.426 GHz", "1.427 GHz", "2."]}, ["1.421 GHz", "1.428 GHz"]),
 ]
 # arguments, status, word of the one line
 REFUSED = [
@@ -37,8 +41,21 @@ REFUSED = [
     ([MAP, "--print", "F.pdf", "--margins", "200,10,10,10", "--paper", "A4"], 2, "F.pdf"),
     ([MAP, "--print", MAP], 1, "would write over"),
     ([MAP, "--printer", "nowhere"], 2, "nowhere"),
+    ([CUBE, "--print", "F.pdf", "--planes", "3-12"], 2, "has no plane 12"),
+    ([CUBE, "--print", "F.pdf", "--planes", "3-12", "--plane", "1"], 1, "one of the two"),
+    ([CUBE, "--print", "F.pdf", "--grid", "2x2"], 1, "--grid goes with"),
     ([MAP, "--printer", "rejects"], 2, "Out of toner"),
 ]
+
+
+def write_cube(name, planes=12, side=16):
+    cards = [("SIMPLE", "T"), ("BITPIX", -32), ("NAXIS", 3), ("NAXIS1", side), ("NAXIS2", side), ("NAXIS3", planes)]
+    for axis, (kind, value, step) in enumerate([("RA---SIN", 187.7, -1e-3), ("DEC--SIN", 12.4, 1e-3), ("FREQ", 1.42e9, 1e6)], 1):
+        cards += [(f"CTYPE{axis}", f"'{kind}'"), (f"CRVAL{axis}", value), (f"CDELT{axis}", step), (f"CRPIX{axis}", 1)]
+    text = "".join(f"{key:8}= {value!s:>20}".ljust(80) for key, value in cards) + "END"
+    cells = struct.pack(f">{planes * side * side}f", *(i % 97 for i in range(planes * side * side)))
+    with open(name, "wb") as file:
+        file.write(text.ljust(2880).encode() + cells.ljust(-len(cells) // 2880 * -2880, b"\0"))
 
 
 class Failure(Exception):
@@ -52,6 +69,14 @@ def check(is_true, *what):
 
 def told(*words):
     return subprocess.run(words, capture_output=True, check=True).stdout.decode()
+
+
+def check_pages(name, pages, size):
+    info = told("pdfinfo", name)
+    check(int(re.search(r"Pages: +(\d+)", info)[1]) == pages, name, info)
+    found = [float(x) for x in re.search(r"Page size: +([\d.]+) x ([\d.]+)", info).groups()]
+    check(all(abs(a - b) <= 1 for a, b in zip(found, size)), name, info)
+    return info
 
 
 class Run:
@@ -73,10 +98,7 @@ def files(run):
     for arguments, pages, size, words, nowhere in FILES:
         status, _, err = run(arguments)
         check(status == 0 and not err, arguments, err)
-        info = told("pdfinfo", name)
-        check(int(re.search(r"Pages: +(\d+)", info)[1]) == pages, arguments, info)
-        found = [float(x) for x in re.search(r"Page size: +([\d.]+) x ([\d.]+)", info).groups()]
-        check(all(abs(a - b) <= 1 for a, b in zip(found, size)), arguments, info)
+        check_pages(name, pages, size)
         texts = told("pdftotext", "-layout", name, "-").replace("\u00a0", " ").split("\f")
         for page, wanted in words.items():
             for word in wanted:
@@ -120,8 +142,7 @@ def queues(run, jobs):
         with open(name + ".txt", encoding="utf-8") as file:
             title, copies, options = file.read().splitlines()
         check((title, copies) == ("SIMULATED", "2") and "media=A3" in options and "print-scaling=none" in options, title, options)
-        info = told("pdfinfo", name + ".data")
-        check("842 x 1191" in re.sub(r"\.\d+", "", info) and "Title:           SIMULATED" in info, info)
+        check("Title:           SIMULATED" in check_pages(name + ".data", 1, (842, 1191)), name)
     check(not glob.glob(run.folder + "/*.pdf"), os.listdir(run.folder))
 
 
@@ -135,6 +156,7 @@ def main():
     os.makedirs(folder)
     subprocess.run([simulate, "--out", folder, "--size", "64", "--clean", "10", "--hours", "2"], check=True,
                    stdout=subprocess.DEVNULL)
+    write_cube(os.path.join(folder, CUBE))
     scheduler = print_scheduler.PrintScheduler(folder + "-queues")
     try:
         run = Run(program, folder, dict(scheduler.environment, QT_QPA_PLATFORM="offscreen"))

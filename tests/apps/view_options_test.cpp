@@ -84,6 +84,8 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --print p.pdf --number -1", "--number wants a number from 0"},
         {"m.fits --batch --print p.pdf --copies 0", "--copies wants a number from 1"},
         {"m.fits --batch --print p.pdf --caption", "--caption wants a value"},
+        {"m.fits --batch --print p.pdf --planes 5-3", "--planes wants FIRST-LAST"},
+        {"m.fits --batch --print p.pdf --planes 0-3 --grid 3", "--grid wants ROWSxCOLUMNS"},
         {"--batch --print p.pdf", "no map"},
         {"-x", "'-x'"},
     };

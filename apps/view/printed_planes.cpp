@@ -1,0 +1,54 @@
+#include "apps/view/printed_planes.h"
+
+#include "apps/view/map_options.h"
+#include "apps/view/progress.h"
+#include "pavane/axes/maps/MapPicture.h"
+#include "pavane/axes/windows/AChannelMapsWnd.h"
+#include "tessel/plain_text.h"
+
+#include <cmath>
+#include <numeric>
+
+namespace pavane
+{
+
+PrintedPlanes::PrintedPlanes(const ViewOptions& options, const ViewInputs& inputs)
+    : options_(options), areas_(inputs.areas), model_(inputs.model, inputs.frame)
+{
+}
+
+int PrintedPlanes::open(std::string& error)
+{
+    const PrintWish& print = options_.print;
+    std::vector<int> planes(static_cast<std::size_t>(print.lastPlane - print.firstPlane) + 1);
+    std::iota(planes.begin(), planes.end(), print.firstPlane);
+    ProgressLine progress("Reading " + plainText(options_.map));
+    if (!maps_.open(options_.map, planes, error,
+                    [&](double fraction) { return progress.show(fraction); })) {
+        error = options_.map + ": " + error;
+        return 0;
+    }
+    // without a wish all of them stand on one page, as many across as down
+    const int across =
+        print.gridColumns
+            ? print.gridColumns
+            : static_cast<int>(std::ceil(std::sqrt(static_cast<double>(maps_.count()))));
+    maps_.setGrid(print.gridRows ? print.gridRows : (maps_.count() + across - 1) / across, across);
+    if (options_.hasRange)
+        maps_.setRange({options_.low, options_.high});
+    maps_.setPrepare([this](MapPicture& picture, int) {
+        applyLook(picture, options_);
+        picture.figure().addLayer(&areas_);
+        picture.figure().addLayer(&model_);
+    });
+    return 1;
+}
+
+std::unique_ptr<ABWindow> PrintedPlanes::newWindow()
+{
+    auto window = std::make_unique<AChannelMapsWnd>();
+    window->SetMaps(&maps_);
+    return window;
+}
+
+}  // namespace pavane
