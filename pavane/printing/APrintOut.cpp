@@ -45,16 +45,21 @@ MarginCheck APrintOut::checkPaper(const CSize& paper, const CRect& least) const
     return checkMargins(margins_, paper, least);
 }
 
-int APrintOut::countPages(CDC& dc)
+/// Asks the window while the context is mapped as for a page and clipped to what can be printed on.
+int APrintOut::askForRoom(CDC& dc, int (ABWindow::*question)(CDC& dc), int otherwise)
 {
     ABWindow* const window = GetPrintWindow();
     const CRect printable = printableRect(pageCaps(dc), margins_);
     if (!window || printable.IsRectEmpty())
-        return 1;
+        return otherwise;
     const MappedPage mapped(dc, printable);
     (void)dc.IntersectClipRect(mapped.rect());
-    return std::max(window->GetPages(dc), 1);
+    return (window->*question)(dc);
 }
+
+int APrintOut::countPages(CDC& dc) { return std::max(askForRoom(dc, &ABWindow::GetPages, 1), 1); }
+
+int APrintOut::printPercent(CDC& dc) { return askForRoom(dc, &ABWindow::GetPrintPercent, 100); }
 
 int APrintOut::OnPrintPage(CDC* dc, CPrintInfo* info)
 {

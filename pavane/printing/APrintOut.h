@@ -73,10 +73,14 @@ public:
     int hasOwnMargins() const { return ownMargins_; }
     /// The pages of the window on that device, 1 at least; also without one.
     int countPages(CDC& dc);
+    /// How small the window prints on that device for want of room, per cent; 100 without one.
+    int printPercent(CDC& dc);
     /// Whether pages can be printed on `paper` (hundredths of a millimetre, as it lies).
     MarginCheck checkPaper(const CSize& paper, const CRect& least = {}) const;
 
 private:
+    int askForRoom(CDC& dc, int (ABWindow::*question)(CDC& dc), int otherwise);
+
     CString title_;
     CRect margins_ = standardMargins;
     ABWindow* window_ = nullptr;

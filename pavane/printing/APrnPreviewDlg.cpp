@@ -156,6 +156,8 @@ void APrnPreviewDlg::showStatus(const CString& text)
     if (!GetSafeHwnd())
         return;
     CString status = previewStatus(info_.currentPage, info_.maxPage, page_.view().percent());
+    if (const int percent = page_.printPercent(); percent < 100)
+        status += shrunkTo + std::to_string(percent) + " %";
     SetDlgItemText(IDC_PREVIEW_STATUS, text.empty() ? status : status + "   " + text);
     enableItem(*this, IDC_PREVIEW_ZOOM_IN, page_.view().canZoomIn());
     enableItem(*this, IDC_PREVIEW_ZOOM_OUT, page_.view().canZoomOut());

@@ -281,6 +281,14 @@ void APrnPreviewWnd::DrawWindow(CDC& dc, CRect& client, CRect&)
                     SRCCOPY);
 }
 
+int APrnPreviewWnd::printPercent()
+{
+    CBitmap nothing;
+    if (percent_ == 0 && nothing.CreateBitmap(1, 1, 1))
+        percent_ = out_.printPercent(*CreatePreviewDC(nothing, printer_, {0, 0, 1, 1}));
+    return percent_ > 0 ? percent_ : 100;
+}
+
 int APrnPreviewWnd::renderPage(CBitmap& bitmap, int dpi)
 {
     const PageCaps caps = pageCaps(printer_);

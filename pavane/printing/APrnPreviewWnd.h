@@ -28,6 +28,8 @@ public:
     /// The page on white, `dpi` dots per inch; less than asked for where that would be more than 64
     /// million pixels. Returns the dots per inch of the picture, 0 when there is none.
     int renderPage(CBitmap& bitmap, int dpi);
+    /// How small the print window is drawn on the page for want of room, per cent.
+    int printPercent();
 
     enum class Turn { next, previous, first, last };
     std::function<void(Turn)> onTurn;
@@ -64,6 +66,7 @@ private:
     CBitmap picture_;
     CRect drawn_;
     int drawnPage_ = 0;
+    int percent_ = 0;  ///< 0: not asked yet
 };
 
 }  // namespace pavane

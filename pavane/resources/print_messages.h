@@ -56,6 +56,7 @@ inline constexpr const char* printerColors[] = {"Colours", "Grey"};
 inline constexpr const char* dotsPerInch = " dots per inch";
 inline constexpr const char* copiedAt = "Copied to the clipboard at ";
 inline constexpr const char* copyTooLarge = ", the most for a sheet of this size";
+inline constexpr const char* shrunkTo = "   The columns fit at ";
 inline constexpr const char* copyRefused = "The clipboard does not take the page.";
 
 }  // namespace pavane
