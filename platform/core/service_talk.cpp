@@ -66,7 +66,7 @@ std::vector<CString> busSockets()
             if (key.starts_with("path="))
                 sockets.push_back(plainValue(key.substr(5)));
             else if (key.starts_with("abstract="))
-                sockets.push_back(CString(1, '\0') + plainValue(key.substr(9)));
+                sockets.emplace_back(1, '\0').append(plainValue(key.substr(9)));
         }
     }
     return sockets;
