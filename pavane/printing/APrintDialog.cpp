@@ -103,7 +103,7 @@ void APrintDialog::showPrinter()
     SetDlgItemText(IDC_PRINT_STATUS, printers_.status(line));
     SetDlgItemText(IDC_PRINT_TYPE, chosen ? chosen->type : CString(fileType));
     SetDlgItemText(IDC_PRINT_WHERE, chosen ? chosen->place : CString(fileWhere));
-    SetDlgItemText(IDC_PRINT_COMMENT, chosen ? chosen->comment : CString());
+    SetDlgItemText(IDC_PRINT_COMMENT, printers_.comment(line));
 }
 
 void APrintDialog::OnTimer(unsigned id)

@@ -68,11 +68,20 @@ int PrinterList::preferred() const
     return count() - 1;
 }
 
+CString PrinterList::comment(int line) const
+{
+    const PrinterInfo* const known = printer(line);
+    if (known)
+        return known->comment;
+    const CString failure = complete_ ? query_.failure() : CString();
+    return failure.empty() ? failure : noQueues + failure;
+}
+
 CString PrinterList::status(int line) const
 {
     const PrinterInfo* const known = printer(line);
     if (!known)
-        return complete_ ? query_.failure() : CString(printerAsked);
+        return complete_ ? printerReady : printerAsked;
     if (!known->status.empty())
         return known->status;
     return !complete_ ? printerAsked : known->accepts ? printerReady : printerRejects;

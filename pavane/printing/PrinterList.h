@@ -25,8 +25,9 @@ public:
     /// file.
     int preferred() const;
     int lineOf(const CString& name) const;
-    /// What is said of a line.
+    /// What is said of a line; with the file's, why there are no queues.
     CString status(int line) const;
+    CString comment(int line) const;
 
 private:
     CString wanted_;

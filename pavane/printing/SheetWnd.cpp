@@ -14,6 +14,7 @@ namespace
 
 constexpr int air = 6;
 constexpr int shadow = 3;
+constexpr COLORREF shadowColor = RGB(64, 64, 64);
 constexpr COLORREF marginColor = RGB(128, 128, 128);
 constexpr COLORREF lineColor = RGB(208, 208, 208);
 constexpr int lineGap = 4;
@@ -31,7 +32,7 @@ void SheetWnd::show(const CSize& sheet, const CRect& margins)
 
 void SheetWnd::DrawWindow(CDC& dc, CRect& client, CRect&)
 {
-    dc.FillSolidRect(client, GetSysColor(COLOR_BTNFACE));
+    dc.FillSolidRect(client, GetSysColor(COLOR_BTNSHADOW));
     if (sheet_.cx < 1 || sheet_.cy < 1)
         return;
     const double scale = std::min((client.Width() - 2.0 * air) / sheet_.cx,
@@ -42,7 +43,7 @@ void SheetWnd::DrawWindow(CDC& dc, CRect& client, CRect&)
     CRect sheet(corner.x, corner.y, corner.x + size.cx, corner.y + size.cy);
     CRect below = sheet;
     below.OffsetRect(shadow, shadow);
-    dc.FillSolidRect(below, marginColor);
+    dc.FillSolidRect(below, shadowColor);
     dc.FillSolidRect(sheet, RGB(255, 255, 255));
     const CBrush black(RGB(0, 0, 0));
     dc.FrameRect(sheet, &black);

@@ -148,34 +148,34 @@ inline constexpr unsigned IDC_SETUP_WIDTH = 1159;
 inline constexpr unsigned IDC_SETUP_HEIGHT = 1160;
 
 inline constexpr DlgItem pageSetupItems[] = {
-    {ControlKind::placeholder, IDC_SETUP_SHEET, "", 8, 8, 226, 92},
-    {ControlKind::groupBox, 1072, "Paper", 8, 104, 226, 46},
-    {ControlKind::staticText, 0, "Si&ze:", 16, 118, 30, 10},
-    {ControlKind::comboBox, IDC_SETUP_PAPER, "", 48, 115, 178, 100, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Width:", 48, 134, 26, 10},
-    {ControlKind::edit, IDC_SETUP_WIDTH, "", 76, 132, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Height:", 124, 134, 28, 10},
-    {ControlKind::edit, IDC_SETUP_HEIGHT, "", 154, 132, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "mm", 198, 134, 20, 10},
-    {ControlKind::groupBox, 1073, "Orientation", 8, 154, 70, 46},
-    {ControlKind::radioButton, IDC_SETUP_PORTRAIT, "P&ortrait", 16, 167, 58, 11,
+    {ControlKind::placeholder, IDC_SETUP_SHEET, "", 8, 8, 226, 126},
+    {ControlKind::groupBox, 1072, "Paper", 8, 138, 226, 46},
+    {ControlKind::staticText, 0, "Si&ze:", 16, 152, 30, 10},
+    {ControlKind::comboBox, IDC_SETUP_PAPER, "", 48, 149, 178, 100, WS_TABSTOP},
+    {ControlKind::staticText, 0, "&Width:", 48, 168, 26, 10},
+    {ControlKind::edit, IDC_SETUP_WIDTH, "", 76, 166, 40, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "&Height:", 124, 168, 28, 10},
+    {ControlKind::edit, IDC_SETUP_HEIGHT, "", 154, 166, 40, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "mm", 198, 168, 20, 10},
+    {ControlKind::groupBox, 1073, "Orientation", 8, 188, 70, 46},
+    {ControlKind::radioButton, IDC_SETUP_PORTRAIT, "P&ortrait", 16, 201, 58, 11,
      WS_TABSTOP | WS_GROUP},
-    {ControlKind::radioButton, IDC_SETUP_LANDSCAPE, "L&andscape", 16, 182, 58, 11, WS_TABSTOP},
-    {ControlKind::groupBox, 1075, "Margins (millimetres)", 84, 154, 150, 46},
-    {ControlKind::staticText, 0, "&Left:", 90, 168, 24, 10, WS_GROUP},
-    {ControlKind::edit, IDC_SETUP_LEFT, "", 116, 166, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Right:", 162, 168, 28, 10},
-    {ControlKind::edit, IDC_SETUP_RIGHT, "", 190, 166, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Top:", 90, 184, 24, 10},
-    {ControlKind::edit, IDC_SETUP_TOP, "", 116, 182, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Bottom:", 162, 184, 28, 10},
-    {ControlKind::edit, IDC_SETUP_BOTTOM, "", 190, 182, 40, 13, WS_TABSTOP},
-    {ControlKind::pushButton, IDC_SETUP_PRINTER, "&Printer...", 8, 206, 60, 14, WS_TABSTOP},
-    {ControlKind::defaultButton, IDOK, "OK", 130, 206, 50, 14, WS_TABSTOP},
-    {ControlKind::pushButton, IDCANCEL, "Cancel", 184, 206, 50, 14, WS_TABSTOP},
+    {ControlKind::radioButton, IDC_SETUP_LANDSCAPE, "L&andscape", 16, 216, 58, 11, WS_TABSTOP},
+    {ControlKind::groupBox, 1075, "Margins (millimetres)", 84, 188, 150, 46},
+    {ControlKind::staticText, 0, "&Left:", 90, 202, 24, 10, WS_GROUP},
+    {ControlKind::edit, IDC_SETUP_LEFT, "", 116, 200, 40, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "&Right:", 162, 202, 28, 10},
+    {ControlKind::edit, IDC_SETUP_RIGHT, "", 190, 200, 40, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "&Top:", 90, 218, 24, 10},
+    {ControlKind::edit, IDC_SETUP_TOP, "", 116, 216, 40, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "&Bottom:", 162, 218, 28, 10},
+    {ControlKind::edit, IDC_SETUP_BOTTOM, "", 190, 216, 40, 13, WS_TABSTOP},
+    {ControlKind::pushButton, IDC_SETUP_PRINTER, "&Printer...", 8, 240, 60, 14, WS_TABSTOP},
+    {ControlKind::defaultButton, IDOK, "OK", 130, 240, 50, 14, WS_TABSTOP},
+    {ControlKind::pushButton, IDCANCEL, "Cancel", 184, 240, 50, 14, WS_TABSTOP},
 };
 inline constexpr DlgTemplate pageSetupTemplate = {0,   "Page setup",   242,
-                                                  228, pageSetupItems, std::size(pageSetupItems)};
+                                                  262, pageSetupItems, std::size(pageSetupItems)};
 
 // The preview; "Close" is IDOK.
 inline constexpr unsigned IDD_PRINT_PREVIEW = 10002;
@@ -201,12 +201,12 @@ inline constexpr DlgItem previewItems[] = {
     {ControlKind::pushButton, IDC_PREVIEW_WHOLE, "Whole &page", 114, 24, 56, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDC_PREVIEW_WIDTH, "Page &width", 174, 24, 56, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDC_PREVIEW_COPY, "To ClipBoard", 234, 24, 60, 14, WS_TABSTOP},
-    {ControlKind::defaultButton, IDOK, "Close", 324, 24, 50, 14, WS_TABSTOP},
-    {ControlKind::placeholder, IDC_PREVIEW_WINDOW, "", 6, 44, 368, 240, WS_TABSTOP},
-    {ControlKind::staticText, IDC_PREVIEW_STATUS, "", 6, 290, 368, 10, SS_ENDELLIPSIS},
+    {ControlKind::defaultButton, IDOK, "Close", 404, 24, 50, 14, WS_TABSTOP},
+    {ControlKind::placeholder, IDC_PREVIEW_WINDOW, "", 6, 44, 448, 340, WS_TABSTOP},
+    {ControlKind::staticText, IDC_PREVIEW_STATUS, "", 6, 390, 448, 10, SS_ENDELLIPSIS},
 };
 inline constexpr DlgTemplate previewTemplate = {
-    IDD_PRINT_PREVIEW, "Print preview",         380,          304,
+    IDD_PRINT_PREVIEW, "Print preview",         460,          404,
     previewItems,      std::size(previewItems), WS_THICKFRAME};
 
 }  // namespace pavane

@@ -43,6 +43,7 @@ inline constexpr const char* printerAsked = "Asking for printers...";
 inline constexpr const char* printerReady = "Ready";
 inline constexpr const char* printerRejects = "Rejects jobs";
 inline constexpr const char* printerUnknown = "Not known to the print system";
+inline constexpr const char* noQueues = "No printers: ";
 inline constexpr const char* fileType = "PDF document";
 inline constexpr const char* fileWhere = "A file that you name";
 inline constexpr const char* firstNumberRange = "Enter a whole number between 1 and 99999.";

@@ -40,6 +40,7 @@ built() {
 }
 cp "$doc"/examples/host/* "$work/host"
 built "$work/host"
+(cd "$work/host/build" && ./print && pdftotext print.pdf - | grep -q 'Figure 1. Visibility amplitudes')
 
 # block LANGUAGE: the lines of README's block of that language
 block() { sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" "$doc/README.md" | sed '1d;$d'; }
