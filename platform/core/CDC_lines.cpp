@@ -33,6 +33,14 @@ void snap(std::vector<CPointF>& points, double width, int ratio)
         p = {snapped(p.x), snapped(p.y)};
 }
 
+std::vector<CPointF> asFractions(const std::vector<CPoint>& points)
+{
+    std::vector<CPointF> exact(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i)
+        exact[i] = {double(points[i].x), double(points[i].y)};
+    return exact;
+}
+
 double lengthOf(const std::vector<CPointF>& points)
 {
     double length = 0;
@@ -44,27 +52,29 @@ double lengthOf(const std::vector<CPointF>& points)
 }  // namespace
 
 /// Draws a piece of a curve on the vector device; the next piece begins with its last point, and
-/// goes on with its dashes.
-void CDC::State::strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen)
+/// goes on with its dashes. False when nobody wants the rest.
+bool CDC::State::strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen)
 {
     vector()->polyline(piece.data(), piece.size(), pen);
     if (dashPattern(pen.style).count != 0)
         pen.distance += lengthOf(piece);
     piece.erase(piece.begin(), piece.end() - 1);
+    return !backend->isStopped();
 }
 
-void CDC::State::strokeVectors(const std::vector<CPoint>& points)
+void CDC::State::strokeVectors(const CPoint* points, std::size_t count)
 {
     StrokeStyle pen = strokeStyle();
-    const std::size_t most = std::min(backend->pointsAtOnce(), points.size());
+    const std::size_t most = std::min(backend->pointsAtOnce(), count);
     std::vector<CPointF> piece;
     piece.reserve(most);
-    for (const CPoint& p : points) {
-        if (piece.size() == most)
-            strokePiece(piece, pen);
+    for (std::size_t i = 0; i < count; ++i) {
+        if (piece.size() == most && !strokePiece(piece, pen))
+            return;
+        const CPoint p = now.mapping.toDevice(points[i]);
         piece.push_back({double(p.x), double(p.y)});
     }
-    strokePiece(piece, pen);
+    (void)strokePiece(piece, pen);
 }
 
 void CDC::State::paintDashed(const LineRun& run, const PixelPainter& painter,
@@ -142,11 +152,16 @@ int CDC::Polyline(const CPoint* points, int count)
         return 0;
     if (!s.backend || !s.hasPen())
         return s.backend != nullptr;
+    if (IsVector()) {
+        s.strokeVectors(points, static_cast<std::size_t>(count));
+        return 1;
+    }
     std::vector<CPoint> device(points, points + count);
     LPtoDP(device.data(), count);
     // lines along an axis are crisp as they are
-    if (IsVector() || (s.now.smooth && !isLevelOrUpright(device) && s.drawsVectors())) {
-        s.strokeVectors(device);
+    if (s.now.smooth && !isLevelOrUpright(device) && s.drawsVectors()) {
+        const std::vector<CPointF> exact = asFractions(device);
+        s.vector()->polyline(exact.data(), exact.size(), s.strokeStyle());
     } else {
         s.stroke(device, false);
     }
@@ -187,8 +202,8 @@ int CDC::PolylineF(const CPointF* points, int count)
             draw();
             continue;
         }
-        if (part.size() == most)  // only pages take less than everything
-            s.strokePiece(part, pen);
+        if (part.size() == most && !s.strokePiece(part, pen))  // only pages take less than all
+            return 1;
         part.push_back(p);
     }
     draw();

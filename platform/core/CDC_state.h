@@ -100,8 +100,8 @@ struct CDC::State {
     FillStyle fillStyle(const CBrush& brush) const;
 
     void stroke(const std::vector<CPoint>& points, bool closed);
-    void strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen);
-    void strokeVectors(const std::vector<CPoint>& points);
+    bool strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen);
+    void strokeVectors(const CPoint* points, std::size_t count);
     void shape(const std::vector<CPoint>& outlinePoints);
     void fillArea(const CRect& device, const CBrush& brush, int rop2);
     void fillFrame(const CRect& device, double line, const CBrush& brush);

@@ -159,6 +159,8 @@ public:
     /// A stroke or curve goes to the page in pieces of so many points, so that it can be left
     /// in the middle.
     virtual std::size_t pointsAtOnce() const { return static_cast<std::size_t>(-1); }
+    /// True when nothing that is still to come will be drawn.
+    virtual bool isStopped() const { return false; }
     /// The pixels; without bits on a page.
     virtual PixelSurface surface() const { return {}; }
     /// The page; null on a pixel device.

@@ -57,6 +57,7 @@ public:
     double scale() const override { return dpi_ / 96.0; }
     double hairline() const override { return 0.5 * scale(); }
     std::size_t pointsAtOnce() const override { return 20000; }
+    bool isStopped() const override { return page_.isStopped(); }
     VectorDevice* page() override { return &page_; }
 
     int setSheet(CSize sheet);

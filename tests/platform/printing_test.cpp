@@ -304,6 +304,63 @@ TEST_F(Printing, KeepsADocumentForAQueueUntilItsProgramIsGone)
     EXPECT_EQ(none, "");
 }
 
+TEST_F(Printing, JobsThatAreKilledLeaveNoFileAndNoHalfOfOne)
+{
+    for (int i = 0; i < 8; ++i) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (;;) {
+                CPrinterDC dc(a4);
+                CString error;
+                dc.StartDoc("t", path("a.pdf"), error);
+                for (int page = 0; page < 5; ++page) {
+                    dc.StartPage();
+                    dc.TextOut(300, 300, "killed");
+                    dc.EndPage();
+                }
+                dc.EndDoc(error);
+            }
+        }
+        usleep(static_cast<useconds_t>(1000 + i * 4567));
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        if (fs::exists(path("a.pdf"))) {
+            EXPECT_NE(said("pdfinfo", path("a.pdf")).find("Pages:           5"), CString::npos);
+        }
+    }
+    CPrinterDC dc(a4);
+    CString error;
+    EXPECT_TRUE(dc.StartDoc("t", path("a.pdf"), error) && dc.EndDoc(error)) << error;
+    EXPECT_EQ(files(), 1);
+}
+
+TEST_F(Printing, EqualPagesAreEqualBytesAndPiecesOfCurvesShowNoSeams)
+{
+    const auto print = [&](const char* name, int points) {
+        CPrinterDC dc(CSize{10000, 10000}, 600);
+        CString error;
+        EXPECT_TRUE(dc.StartDoc("t", path(name), error) && dc.StartPage()) << error;
+        CPen dashes(PS_DASHDOT, 8, RGB(90, 0, 0));
+        dc.SelectObject(&dashes);
+        std::vector<CPointF> line;
+        for (int i = 0; i < points; ++i)
+            line.push_back({2300.0 * i / (points - 1), 400.0 + 900.0 * i / (points - 1)});
+        dc.PolylineF(line.data(), points);
+        EXPECT_TRUE(dc.EndPage() && dc.EndDoc(error)) << error;
+        return said("cat", path(name));
+    };
+    EXPECT_TRUE(print("a.pdf", 2) == print("b.pdf", 2));
+    EXPECT_FALSE(print("b.pdf", 50000) == print("a.pdf", 2));
+    const CString whole = said("pdftoppm -r 150 -gray", path("a.pdf"));
+    const CString pieces = said("pdftoppm -r 150 -gray", path("b.pdf"));
+    ASSERT_EQ(whole.size(), pieces.size());
+    int different = 0;
+    for (std::size_t i = 0; i < whole.size(); ++i)
+        different += std::abs(static_cast<unsigned char>(whole[i]) -
+                              static_cast<unsigned char>(pieces[i])) > 64;
+    EXPECT_LT(different, 4);
+}
+
 TEST_F(Printing, APageAndItsPreviewAgree)
 {
     constexpr int seen = 300;  // dots per inch of both pictures
