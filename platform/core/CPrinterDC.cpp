@@ -43,19 +43,21 @@ int CPrinterDC::StartDoc(const CString& title, const CString& file, CString& err
 {
     Job& job = *job_;
     error.clear();
+    if (job.document) {
+        error = job.error = "A document is open";
+        return 0;
+    }
     job.error.clear();
     job.printer->printed().restart();
-    if (job.document)
-        error = "A document is open";
-    else if (job.printer->size().cx < 1)
+    if (job.printer->size().cx < 1)
         error = "The paper has no size";
     else if (!graphicsHook())
         error = "There are no fonts";
     job.spooled.clear();
-    if (error.empty() && file.empty()) {
-        sweepSpoolFiles();
+    // also before a job for a file: a run that was killed may have left some, whatever comes next
+    sweepSpoolFiles();
+    if (error.empty() && file.empty())
         job.spooled = newSpoolName();
-    }
     if (error.empty() &&
         !job.file.begin(file.empty() ? job.spooled : file, file.empty() ? 0600 : 0666))
         error = job.file.fault();

@@ -292,9 +292,16 @@ TEST_F(Printing, KeepsADocumentForAQueueUntilItsProgramIsGone)
     waitpid(child, &status, 0);
     ASSERT_EQ(WEXITSTATUS(status), 7);
     ASSERT_EQ(files(), 1) << "what a killed program left";
-    CString first, second;
+    CString first, second, why;
+    {
+        CPrinterDC other(a4);
+        EXPECT_TRUE(other.StartDoc("t", path("a.pdf"), why)) << why;
+        EXPECT_EQ(files(), 0) << "the other one is swept away";
+        EXPECT_FALSE(other.StartDoc("t", "", why));
+        EXPECT_EQ(why, "A document is open");
+    }
     ASSERT_TRUE(print(first));
-    EXPECT_EQ(files(), 1) << "the other one is swept away";
+    EXPECT_EQ(files(), 1);
     EXPECT_NE(said("pdftotext", first, "-").find("queued"), CString::npos);
     ASSERT_TRUE(print(second));
     EXPECT_EQ(files(), 2) << "its own stay";
