@@ -36,8 +36,8 @@ TEST_F(DirectTest, PagesStandWhereTheLayoutSays)
         settings.dpi = c.dpi;
         CString error;
         ASSERT_TRUE(APrinter(nullptr).PrintDirect(out, settings, error)) << error;
-        const auto words = wordsOf(settings.file);
-        ASSERT_EQ(static_cast<int>(words.size()), c.pages) << c.dpi;
+        const std::vector<std::string> texts = textsOf(settings.file);
+        ASSERT_EQ(static_cast<int>(texts.size()), c.pages) << c.dpi;
         const double unit = 25.4 / c.dpi;
         const double cell = std::round(16.0 / 96 * c.dpi) * unit;
         for (int page = 1; page <= c.pages; ++page) {
@@ -49,7 +49,7 @@ TEST_F(DirectTest, PagesStandWhereTheLayoutSays)
             EXPECT_NEAR(black[2], c.outer[2], 0.15) << c.dpi;
             EXPECT_NEAR(black[3], c.outer[3] - below, 0.15) << c.dpi;
             const std::string number = page > 1 ? std::to_string(page) + ". " : "";
-            EXPECT_EQ(textOf(words[static_cast<std::size_t>(page - 1)]),
+            EXPECT_EQ(texts[static_cast<std::size_t>(page - 1)],
                       number + "sheet" + std::to_string(page) + " Figure 7 " +
                           (page > 1 ? "(Continued)." : "."));
         }
@@ -245,7 +245,7 @@ TEST_F(DirectTest, TheFirstJobOfAWindowAsksItLaterOnesDoNot)
     EXPECT_EQ(window.asked, CRect(0, 0, 4724 - 472, 6780 - 236));
     out.GetAddInfo() = {0, 1, "Mine %d & ~U", 9};
     ASSERT_TRUE(APrinter(nullptr).PrintDirect(out, settings, error));
-    EXPECT_EQ(textOf(wordsOf(settings.file)[1]), "Mine 2 &amp; sheet2");
+    EXPECT_EQ(textsOf(settings.file)[1], "Mine 2 & sheet2");
     PageWindow other;
     out.SetPrintWindow(&other);
     ASSERT_TRUE(APrinter(nullptr).PrintDirect(out, settings, error));

@@ -38,6 +38,7 @@ TEST_F(KeyboardTest, EverythingIsReachedWithoutAMouse)
         {"typed page", "Backtab Backtab Backtab Return Tab '3' Return Escape Escape", "P1 P3 ", 0,
          "Figure 7 ~C. 1 2000"},
     };
+    (void)SetDialogAnswer(nullptr);
     TestWindow frame;
     (void)setenv("CUPS_SERVER", "/nowhere", 1);
     for (const auto& c : cases) {

@@ -1,6 +1,5 @@
 #include "pavane/printing/APrnPreviewWnd.h"
 #include "pavane/printing/print_dialogs.h"
-#include "platform/CDialog.h"
 #include "platform/clipboard.h"
 #include "platform/controls.h"
 #include "platform/printer_dc.h"
@@ -12,52 +11,13 @@ namespace pavane
 namespace
 {
 
-std::function<void(CDialog&)>& looker()
-{
-    static std::function<void(CDialog&)> look;
-    return look;
-}
-
 class PreviewTest : public PrintTest
 {
 protected:
-    PreviewTest()
-    {
-        out.SetPrintWindow(&window);
-        (void)SetDialogAnswer([](CDialog& dialog) {
-            looker()(dialog);
-            (void)dialog.SendMessage(WM_COMMAND, IDOK);
-            return IDCANCEL;
-        });
-    }
-    ~PreviewTest() override { (void)SetDialogAnswer(nullptr); }
+    PreviewTest() { out.SetPrintWindow(&window); }
     PageWindow window;
     APrintOut out{"preview"};
 };
-
-/// Left, top, right and bottom of what is black, millimetres.
-std::vector<double> blackOf(const CBitmap& bitmap, double dpi)
-{
-    const CSize size = bitmap.size();
-    std::vector<int> box = {size.cx, size.cy, 0, 0};
-    for (int y = 0; y < size.cy; ++y) {
-        const std::uint32_t* const row = bitmap.bits() + std::ptrdiff_t{y} * size.cx;
-        if (std::count_if(row, row + size.cx, [](std::uint32_t p) { return (p & 255) < 64; }) <
-            size.cx / 4)
-            continue;
-        box[1] = std::min(box[1], y);
-        box[3] = y + 1;
-        for (int x = 0; x < size.cx; ++x)
-            if ((row[x] & 255) < 64) {
-                box[0] = std::min(box[0], x);
-                box[2] = std::max(box[2], x + 1);
-            }
-    }
-    std::vector<double> found;
-    for (const int side : box)
-        found.push_back(side * 25.4 / dpi);
-    return found;
-}
 
 }  // namespace
 
@@ -79,8 +39,11 @@ TEST_F(PreviewTest, APageIsWhereItIsOnPaper)
             preview.setPage(page);
             CBitmap bitmap;
             ASSERT_EQ(preview.renderPage(bitmap, 300), 300);
-            const std::vector<double> shown = blackOf(bitmap, 300);
-            const std::vector<double> printed = pavane::blackOf(settings.file, page);
+            const CSize size = bitmap.size();
+            const auto shown = blackOf(size.cx, size.cy, 300, [&](int x, int y) {
+                return (bitmap.bits()[std::ptrdiff_t{y} * size.cx + x] & 255) < 64;
+            });
+            const std::vector<double> printed = blackOf(settings.file, page);
             for (std::size_t side = 0; side < 4; ++side)
                 EXPECT_NEAR(shown[side], printed[side], 0.15) << dpi << " " << page << " " << side;
         }
@@ -116,7 +79,7 @@ TEST_F(PreviewTest, TurnsZoomsAndTellsSo)
     for (const auto& c : cases) {
         window.pages = c.pages;
         int seen = 0;
-        looker() = [&](CDialog& dialog) {
+        answers()["Print preview"] = [&](CDialog& dialog) {
             ++seen;
             for (const unsigned key : c.keys)
                 (void)dialog.GetDlgItem(IDC_PREVIEW_WINDOW)->SendMessage(WM_KEYDOWN, key);
@@ -152,7 +115,7 @@ TEST_F(PreviewTest, ThePageGoesToTheClipboardAsFarAsItFits)
     } cases[] = {{"A4", {2480, 3508}, "at 300 dots per inch"},
                  {"1000x1000", {7992, 7992}, "at 203 dots per inch, the most"}};
     for (const auto& c : cases) {
-        looker() = [&](CDialog& dialog) {
+        answers()["Print preview"] = [&](CDialog& dialog) {
             (void)dialog.SendMessage(WM_COMMAND, IDC_PREVIEW_COPY);
             EXPECT_EQ(GetClipboardBitmapSize(), c.size);
             EXPECT_NE(dialog.GetDlgItemText(IDC_PREVIEW_STATUS).find(c.status), CString::npos)
@@ -175,7 +138,7 @@ TEST_F(PreviewTest, OpensAndClosesWithoutGrowthAndOneAtATime)
         return pages * 4096;
     };
     int seen = 0;
-    looker() = [&](CDialog& dialog) {
+    answers()["Print preview"] = [&](CDialog& dialog) {
         ++seen;
         *GetAPrinterAbort() = 5;
         EXPECT_FALSE(APrinter(nullptr).Preview(&out));
@@ -196,7 +159,7 @@ TEST_F(PreviewTest, OpensAndClosesWithoutGrowthAndOneAtATime)
 
 TEST_F(PreviewTest, NoRoomIsOneMessageAndNoPreview)
 {
-    looker() = [](CDialog&) { FAIL(); };
+    answers()["Print preview"] = [](CDialog&) { FAIL(); };
     out.SetMargins({20000, 0, 1000, 0});
     EXPECT_FALSE(APrinter(nullptr).Preview(&out));
     EXPECT_EQ(messages().size(), 1u);

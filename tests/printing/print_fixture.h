@@ -2,6 +2,7 @@
 
 #include "pavane/printing/APrinter.h"
 #include "platform/CDC.h"
+#include "platform/CDialog.h"
 #include "platform/CWinApp.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
+#include <map>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -63,6 +65,15 @@ protected:
         std::filesystem::create_directories(folder);
         SetProfileFile(folder + "/profile.ini");
         messages().clear();
+        answers().clear();
+        (void)SetDialogAnswer([](CDialog& dialog) {
+            const auto at = answers().find(dialog.GetWindowText());
+            if (at == answers().end())
+                return IDCANCEL;
+            const auto act = at->second;
+            act(dialog);
+            return IDCANCEL;
+        });
         before_ = SetMessageFunction([](const CString& text, unsigned) {
             messages().push_back(text);
             return IDNO;
@@ -74,10 +85,17 @@ protected:
     }
     ~PrintTest() override
     {
+        (void)SetDialogAnswer(nullptr);
         (void)SetMessageFunction(before_);
         (void)SetFileDialogAnswer(nullptr);
         SetProfileFile("");
         chosenFile().clear();
+    }
+    /// What is done in the dialogs that come, by their titles; they are cancelled behind it.
+    static std::map<CString, std::function<void(CDialog&)>>& answers()
+    {
+        static std::map<CString, std::function<void(CDialog&)>> known;
+        return known;
     }
     static std::vector<CString>& messages()
     {
@@ -116,85 +134,58 @@ inline std::string outputOf(const std::string& command)
     return text;
 }
 
-/// A word of a page; millimetres.
-struct Word {
-    std::string text;
-    double left, top, right, bottom;
-};
-
-/// The pages of a PDF as an independent reader finds them.
-inline std::vector<std::vector<Word>> wordsOf(const std::string& file)
+/// The text of each page as an independent reader finds it, a blank between words.
+inline std::vector<std::string> textsOf(const std::string& file)
 {
-    constexpr double point = 25.4 / 72;
-    std::vector<std::vector<Word>> pages;
-    std::istringstream lines(outputOf("pdftotext -bbox '" + file + "' - 2>/dev/null"));
-    for (std::string line; std::getline(lines, line);) {
-        if (line.find("<page ") != std::string::npos)
-            pages.emplace_back();
-        const auto at = line.find("<word ");
-        if (at == std::string::npos || pages.empty())
-            continue;
-        Word word{};
-        double* const sides[] = {&word.left, &word.top, &word.right, &word.bottom};
-        auto place = at;
-        for (double* const side : sides) {
-            place = line.find('"', place) + 1;
-            *side = std::strtod(line.c_str() + place, nullptr) * point;
-            place = line.find('"', place) + 1;
-        }
-        place = line.find('>', place) + 1;
-        word.text = line.substr(place, line.find('<', place) - place);
-        pages.back().push_back(word);
+    std::vector<std::string> pages;
+    std::istringstream all(outputOf("pdftotext '" + file + "' - 2>/dev/null"));
+    for (std::string page; std::getline(all, page, '\f');) {
+        pages.emplace_back();
+        std::istringstream words(page);
+        for (std::string word; words >> word;)
+            pages.back() += (pages.back().empty() ? "" : " ") + word;
     }
     return pages;
 }
 
-inline std::string textOf(const std::vector<Word>& words)
+/// Left, top, right and bottom of the black part of a picture, millimetres: the longest runs along
+/// its middle lines, since captions are thin.
+inline std::vector<double> blackOf(int width, int height, double dpi,
+                                   const std::function<bool(int, int)>& isBlack)
 {
-    std::string text;
-    for (const Word& word : words)
-        text += (text.empty() ? "" : " ") + word.text;
-    return text;
+    const auto longest = [](int length, const std::function<bool(int)>& isBlackAt) {
+        std::pair<int, int> best;
+        for (int i = 0, start = 0; i <= length; ++i) {
+            if (i < length && isBlackAt(i))
+                continue;
+            if (i - start > best.second - best.first)
+                best = {start, i};
+            start = i + 1;
+        }
+        return best;
+    };
+    const auto x = longest(width, [&](int at) { return isBlack(at, height / 2); });
+    const auto y = longest(height, [&](int at) { return isBlack(width / 2, at); });
+    const double mm = 25.4 / dpi;
+    return {x.first * mm, y.first * mm, x.second * mm, y.second * mm};
 }
 
-/// The black part of a page in millimetres: left, top, right, bottom.
 inline std::vector<double> blackOf(const std::string& file, int page)
 {
-    constexpr int dpi = 508;
     const std::string number = std::to_string(page);
-    std::istringstream picture(outputOf("pdftoppm -r 508 -gray -aa no -aaVector no -f " + number +
-                                        " -l " + number + " '" + file + "' 2>/dev/null"));
+    const std::string picture = outputOf("pdftoppm -r 508 -gray -aa no -aaVector no -f " + number +
+                                         " -l " + number + " '" + file + "' 2>/dev/null");
+    std::istringstream head(picture);
     std::string kind;
     int width = 0;
     int height = 0;
     int most = 0;
-    picture >> kind >> width >> height >> most;
-    picture.get();
-    std::string row(static_cast<std::size_t>(width), ' ');
-    int left = width;
-    int right = 0;
-    int top = -1;
-    int bottom = 0;
-    for (int y = 0; y < height && picture.read(row.data(), width); ++y) {
-        int first = -1;
-        int last = -1;
-        int count = 0;
-        for (int x = 0; x < width; ++x)
-            if (static_cast<unsigned char>(row[static_cast<std::size_t>(x)]) < 64) {
-                first = first < 0 ? x : first;
-                last = x;
-                ++count;
-            }
-        // captions are thin, the picture is not
-        if (count < width / 4)
-            continue;
-        left = std::min(left, first);
-        right = std::max(right, last + 1);
-        top = top < 0 ? y : top;
-        bottom = y + 1;
-    }
-    const double mm = 25.4 / dpi;
-    return {left * mm, top * mm, right * mm, bottom * mm};
+    head >> kind >> width >> height >> most;
+    const auto start = static_cast<std::size_t>(head.tellg()) + 1;
+    return blackOf(width, height, 508, [&](int x, int y) {
+        const auto at = static_cast<std::size_t>(y) * static_cast<std::size_t>(width);
+        return static_cast<unsigned char>(picture[start + at + static_cast<std::size_t>(x)]) < 64;
+    });
 }
 
 }  // namespace pavane

@@ -1,5 +1,4 @@
 #include "pavane/printing/print_dialogs.h"
-#include "platform/CDialog.h"
 #include "platform/controls.h"
 #include "tests/platform/test_window.h"
 #include "tests/printing/print_fixture.h"
@@ -13,12 +12,6 @@ namespace pavane
 
 namespace
 {
-
-std::function<int(CDialog&)>& onDialog()
-{
-    static std::function<int(CDialog&)> act;
-    return act;
-}
 
 /// A print system made of scripts, which note what they are given.
 class QueueTest : public PrintTest
@@ -37,11 +30,9 @@ protected:
         script("lp", "for a; do [ -f \"$a\" ] && cp \"$a\" $0.pdf; done; echo \"$@\" > $0.args");
         window.CreateEx(0, "", "", WS_POPUP | WS_VISIBLE, {0, 0, 100, 100}, nullptr, 0);
         out.SetPrintWindow(&window);
-        (void)SetDialogAnswer([](CDialog& dialog) { return onDialog()(dialog); });
     }
     ~QueueTest() override
     {
-        (void)SetDialogAnswer(nullptr);
         (void)setenv("PATH", path.c_str(), 1);
         (void)unsetenv("CUPS_SERVER");
     }
@@ -89,12 +80,11 @@ TEST_F(QueueTest, JobsGoToTheQueueOrAreOfferedAsAFile)
                  {"echo 'lp: out of toner' >&2; exit 1", 1, 0, 0},
                  {"", 0, 1, 0},
                  {"echo 'lp: out of toner' >&2; exit 1", 0, 0, 1}};
-    onDialog() = [](CDialog& dialog) {
+    answers()["Print"] = [](CDialog& dialog) {
         EXPECT_EQ(waitForPrinters(dialog, 3), 3);
         EXPECT_EQ(dialog.GetDlgItemText(IDC_PRINT_NAME), "office");
         EXPECT_FALSE(dynamic_cast<CButton&>(*dialog.GetDlgItem(IDC_PRINT_TO_FILE)).GetCheck());
         (void)dialog.SendMessage(WM_COMMAND, IDOK);
-        return IDCANCEL;
     };
     (void)SetMessageFunction([](const CString& text, unsigned type) {
         messages().push_back(text);
@@ -118,8 +108,7 @@ TEST_F(QueueTest, JobsGoToTheQueueOrAreOfferedAsAFile)
         EXPECT_EQ(static_cast<int>(messages().size()), c.messages);
         const std::string file = isPrinted ? tools + "/lp.pdf" : CString(chosenFile());
         if (isPrinted || !c.isDirect) {
-            ASSERT_EQ(wordsOf(file).size(), 1u);
-            EXPECT_EQ(textOf(wordsOf(file)[0]), "sheet1 Figure 7 .");
+            EXPECT_EQ(textsOf(file), std::vector<std::string>{"sheet1 Figure 7 ."});
         }
         if (isPrinted)
             EXPECT_NE(read("lp.args").find("-d office -t -t \"A\" title"), std::string::npos)
@@ -133,21 +122,19 @@ TEST_F(QueueTest, JobsGoToTheQueueOrAreOfferedAsAFile)
 TEST_F(QueueTest, TheDialogDoesNotWaitForASchedulerThatNeverAnswers)
 {
     list("sleep 60\n");
-    onDialog() = [](CDialog& dialog) {
+    answers()["Print"] = [](CDialog& dialog) {
         EXPECT_EQ(waitForPrinters(dialog, 1), 1);
         EXPECT_EQ(dialog.GetDlgItemText(IDC_PRINT_NAME), "Print to file (PDF)");
         EXPECT_EQ(dialog.GetDlgItemText(IDC_PRINT_STATUS), "Asking for printers...");
         (void)dialog.SendMessage(WM_COMMAND, IDOK);
-        return IDCANCEL;
     };
     chosenFile() = folder + "/a.pdf";
     EXPECT_TRUE(APrinter(nullptr).Printing(&out));
     // the one that was printed on last has a line at once
     CWinApp app;
     app.PrintSettings().printer = "lab";
-    onDialog() = [](CDialog& dialog) {
+    answers()["Print"] = [](CDialog& dialog) {
         EXPECT_EQ(dialog.GetDlgItemText(IDC_PRINT_NAME), "lab");
-        return IDCANCEL;
     };
     EXPECT_FALSE(APrinter(&app).Printing(&out));
 }
@@ -195,13 +182,12 @@ TEST_F(QueueTest, WindowsThatGoMeanwhileEndWhatTheyAreIn)
                 dc.FillSolidRect({0, 0, 10, 10}, RGB(0, 0, 0));
             inPage = false;
         };
-        onDialog() = [&](CDialog& dialog) {
+        answers()["Print"] = [&](CDialog& dialog) {
             const HWND self = dialog.GetSafeHwnd();
             if (c.inDialog)
                 c.inDialog(frame, page);
             if (CWnd::FromHandle(self))
                 (void)dialog.SendMessage(WM_COMMAND, IDOK);
-            return IDCANCEL;
         };
         messages().clear();
         chosenFile() = folder + "/job.pdf";
@@ -213,11 +199,10 @@ TEST_F(QueueTest, WindowsThatGoMeanwhileEndWhatTheyAreIn)
         EXPECT_EQ(files(), std::vector<std::string>()) << c.name;
         EXPECT_TRUE(c.inDialog || static_cast<int>(messages().size()) == c.messages) << c.name;
     }
-    onDialog() = [&](CDialog& dialog) {
+    answers()["Print preview"] = [&](CDialog& dialog) {
         window.DestroyWindow();
         (void)dialog.SendMessage(WM_COMMAND, IDC_PREVIEW_ZOOM_IN);
         (void)dialog.SendMessage(WM_COMMAND, IDC_PREVIEW_COPY);
-        return IDOK;
     };
     EXPECT_TRUE(APrinter(nullptr).Preview(&out));
     EXPECT_FALSE(out.GetPrintWindow());
