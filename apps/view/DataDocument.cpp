@@ -21,6 +21,9 @@ constexpr double megalambda = 1e6;
 /// Of more IFs, which no telescope has, no groups are made: their bits grow with the square.
 constexpr int mostGroupedIfs = 8192;
 constexpr int shownDigits = 5;
+constexpr double secondsPerDay = 86400;
+/// Bytes of groups that a command may read before its dialog shows.
+constexpr std::int64_t mostReadAtOnce = std::int64_t{64} << 20;
 
 std::string telescopeName(const AUVXFile& file, int subarray, int number)
 {
@@ -47,6 +50,34 @@ int DataDocument::open(const std::string& file, std::string& error, const UvTime
     if (frequencies.ifCount() <= mostGroupedIfs)
         groups_ = AFreqGroupArray(frequencies);
     return 1;
+}
+
+const AUVXTIntervalPM& DataDocument::times()
+{
+    AUVXFile& file = observation_.file();
+    if (std::exchange(knowsTimes_, 1))
+        return times_;
+    if (!file.hasIndex() || file.header().groups * file.groupBytes() <= mostReadAtOnce)
+        (void)times_.Load(file, -1, -1);
+    else
+        for (const UvScan& scan : file.scans()) {
+            const int isFirst = &scan == file.scans().data();
+            const double start = scan.start * secondsPerDay;
+            const double end = scan.end * secondsPerDay;
+            times_.infoStart = isFirst ? start : std::min(times_.infoStart, start);
+            times_.infoStop = isFirst ? end : std::max(times_.infoStop, end);
+        }
+    const UvTimes& chosen = observation_.times();
+    times_.start = std::max(times_.infoStart, chosen.start * secondsPerDay);
+    times_.stop = std::min(times_.infoStop, chosen.stop * secondsPerDay);
+    return times_;
+}
+
+int DataDocument::chooseTimes(const AUVXTIntervalPM& times)
+{
+    times_ = times;
+    const int isAll = times.start <= times.infoStart && times.stop >= times.infoStop;
+    return observation_.limitTimes(isAll ? UvTimes() : UvTimes::ofSeconds(times.start, times.stop));
 }
 
 void DataDocument::plot(UvMarks marks)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/view/FileState.h"
+#include "pavane/dialogs/values/AUVXTIntervalPM.h"
 #include "pavane/tables/freq/AFreqGroupArray.h"
 #include "pavane/tables/uvdata/UvObservation.h"
 #include "tessel/uvfits/UvPlotPoints.h"
@@ -27,6 +28,12 @@ public:
     UvObservation& observation() { return observation_; }
     const UvObservation& observation() const { return observation_; }
     AFreqGroupArray& groups() { return groups_; }
+
+    /// The times of the data, and those that are listed and plotted. The first call of a file that
+    /// is small or has no index reads its groups.
+    const AUVXTIntervalPM& times();
+    /// Lists other times; the plot is to be made anew. 0, and nothing to list, without memory.
+    int chooseTimes(const AUVXTIntervalPM& times);
 
     /// Begins to read the points that are marked. Those of before go when `points` is asked next.
     void plot(UvMarks marks);
@@ -58,6 +65,8 @@ private:
     UvObservation observation_;
     AFreqGroupArray groups_;
     std::string groupFile_;
+    AUVXTIntervalPM times_;
+    int knowsTimes_ = 0;
     std::unique_ptr<UvPlotPoints> points_;
     int reading_ = 0;
     int stopped_ = 0;

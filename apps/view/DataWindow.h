@@ -95,6 +95,7 @@ private:
     void tableChanged(UvTable table, int byUser);
     UvMarks marks();
     void plotAgain();
+    void askTimes();
     int areTablesWhole() const;
     void readOn();
     void pointsRead(int all);

@@ -80,6 +80,8 @@ int DataWindow::runFileCommand(unsigned id)
         return (void)saveGroupsAs(), 1;
     case idSavePlot:
         return plotSavePicture(), 1;
+    case idTimes:
+        return askTimes(), 1;
     case idPrint:
     case idPrintPreview:
     case idPageSetup:

@@ -26,7 +26,8 @@ enum DataCommand : unsigned {
     idNextPart,
     idPreviousPart,
     idNextTab,
-    idPreviousTab
+    idPreviousTab,
+    idTimes
 };
 
 inline constexpr MenuItem dataFileItems[] = {
@@ -72,6 +73,8 @@ inline constexpr MenuItem dataMarkItems[] = {
     markItems[1],
     markItems[2],
     markItems[3],
+    menuLine,
+    {"&Times...\tCtrl+Shift+T", idTimes, nullptr, 0},
     menuLine,
     {"Add &group of marked IFs", ID_FREQ_ADD_GROUP, nullptr, 0},
     {"&Delete group", ID_FREQ_DELETE_GROUP, nullptr, 0},

@@ -1,6 +1,8 @@
 // The plot of the data window: what is marked, reading it in slices, the status line.
 #include "apps/view/data_menu.h"
 #include "apps/view/DataWindow.h"
+#include "pavane/dialogs/ATimeIntervalPresent.h"
+#include "pavane/dialogs/values/time_texts.h"
 #include "platform/message.h"
 #include "tessel/value_text.h"
 
@@ -87,6 +89,34 @@ UvMarks DataWindow::marks()
     if (marks.scans.count())
         marks.scanTable = data_->observation().scans();
     return marks;
+}
+
+/// Other times are other baselines and scans, all of them marked; the other marks stay.
+void DataWindow::askTimes()
+{
+    AUVXTIntervalPM times = data_->times();
+    const HWND self = GetSafeHwnd();
+    if (!AskTimeInterval(this, times) || CWnd::FromHandle(self) != this || !data_)
+        return;
+    std::array<ABitArray, uvTableCount> kept;
+    for (const UvTable table : uvTables)
+        kept[indexOf(table)] = selector(table).GetMark();
+    UvObservation& observation = data_->observation();
+    ++settingMarks_;
+    plot_.ShowPoints(nullptr, nullptr, 0);
+    (void)data_->chooseTimes(times);
+    for (const UvTable table : uvTables) {
+        const auto at = indexOf(table);
+        ABitArray all(observation.rows(table));
+        all.setAll(1);
+        const int isOther = table == UvTable::baselines || table == UvTable::scans;
+        all_[at] = all_[at] || isOther;
+        selector(table).SetMark(isOther ? all : kept[at]);
+        known_[at] = observation.rows(table);
+    }
+    --settingMarks_;
+    plotAgain();
+    status_.SetMessage("Times " + timeText(times.start, 1) + " to " + timeText(times.stop, 1));
 }
 
 // --- reading

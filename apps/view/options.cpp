@@ -15,7 +15,6 @@ namespace pavane
 namespace
 {
 
-constexpr double secondsPerDay = 86400;
 constexpr int leastSize = 64;
 constexpr int greatestSize = 16384;
 
@@ -99,7 +98,7 @@ int readTimes(const std::string& text, ViewOptions& options, std::string& error)
         error = "--times: " + error;
         return 0;
     }
-    options.times = {range.start / secondsPerDay, range.stop / secondsPerDay};
+    options.times = UvTimes::ofSeconds(range.start, range.stop);
     return 1;
 }
 

@@ -419,7 +419,8 @@ std::vector<std::string> jobArguments(const CString& pdf, const CString& title,
 CString jobFailure(std::string_view errors)
 {
     std::string_view line = trimmedOf(takeUntil(errors, '\n'));
-    takeWord(line, "lp: ");
+    if (!takeWord(line, "lp: "))
+        takeWord(line, "lpstat: ");
     takeWord(line, "Error - ");
     takeWord(line, "error - ");
     CString text = queueLine(line);

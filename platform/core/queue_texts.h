@@ -36,7 +36,7 @@ CString usualPaperName(const PrinterPaper& paper, int within);
 /// The arguments of `lp` for a job; `error` and an empty list when the queue's name is none.
 std::vector<std::string> jobArguments(const CString& pdf, const CString& title,
                                       const CPrintSettings& settings, CString& error);
-/// What `lp` says of a failure, without its name in front.
+/// What `lp` or `lpstat` says of a failure, without its name in front.
 CString jobFailure(std::string_view errors);
 /// Why a queue takes no jobs, from `lpstat -a NAME`; "" when it takes them or does not say.
 CString refusalReason(std::string_view text);

@@ -76,6 +76,19 @@ def mark_and_plot(view):
         raise Failure("the plot does not follow the mark of a station")
 
 
+def choose_times(view, desk):
+    view.main()
+    view.key("ctrl+shift+t")
+    box = view.window("Time Intervals")
+    desk.do("type", "--delay", 5, "24:50:00")
+    view.key("Return")
+    view.gone(box)
+    late = view.save(["ctrl+shift+p"], "Save picture", "late.png")
+    with open(view.folder + "/plot0.png", "rb") as file:
+        if late == file.read():
+            raise Failure("the plot does not follow the times")
+
+
 def export(view, stations):
     lines = view.save(["alt+f", "t"], "Save as", "stations.txt").decode().splitlines()
     # the window says in words what its boxes say
@@ -109,6 +122,7 @@ def main():
         view = View(desk, program, folder, DATA)
         find_and_copy(view, desk, stations)
         mark_and_plot(view)
+        choose_times(view, desk)
         export(view, stations)
         groups(view, desk)
     except Failure as failure:
