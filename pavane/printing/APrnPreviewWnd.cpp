@@ -96,8 +96,7 @@ void APrnPreviewWnd::showBars()
     const auto show = [&](int bar, int farthest, int page, int position) {
         SCROLLINFO info;
         info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS;
-        // a page less one is what the range has beyond the farthest position
-        info.nMax = farthest > 0 ? farthest + page - 1 : 0;
+        info.nMax = farthest;  // of positions: the page comes on top of it
         info.nPage = static_cast<unsigned>(farthest > 0 ? page : 1);
         info.nPos = position;
         (void)FlatSB_SetScrollInfo(GetSafeHwnd(), bar, info, 1);
@@ -173,11 +172,16 @@ int APrnPreviewWnd::OnMouseWheel(unsigned flags, int delta, CPoint screen)
         viewChanged();
         return 1;
     }
+    const CPoint before = view_.scrolled();
+    const int page = info_.currentPage;
     const int turn = view_.wheel(-notches);
-    showBars();
-    Invalidate();
     if (turn && onTurn)
         onTurn(turn > 0 ? Turn::next : Turn::previous);
+    // behind the last page there is no top of another
+    if (turn && info_.currentPage == page)
+        (void)view_.scrollTo(before);
+    showBars();
+    Invalidate();
     return 1;
 }
 

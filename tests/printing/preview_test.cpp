@@ -93,6 +93,17 @@ TEST_F(PreviewTest, TurnsZoomsAndTellsSo)
                  {IDC_PREVIEW_WIDTH, IDC_PREVIEW_ZOOM_IN, IDC_PREVIEW_ZOOM_OUT, IDC_PREVIEW_WHOLE})
                 (void)dialog.SendMessage(WM_COMMAND, id);
             EXPECT_EQ(dialog.GetDlgItemText(IDC_PREVIEW_STATUS), status) << c.name;
+            // the wheel comes to the end of the last page and stays there
+            CWnd& page = *dialog.GetDlgItem(IDC_PREVIEW_WINDOW);
+            (void)dialog.SendMessage(WM_COMMAND, IDC_PREVIEW_WIDTH);
+            constexpr WPARAM down = WPARAM{static_cast<std::uint16_t>(-WHEEL_DELTA)} << 16;
+            for (int i = 0; i < 150 && c.lines <= 5; ++i)
+                (void)page.SendMessage(WM_MOUSEWHEEL, down);
+            int first = 0;
+            int end = 0;
+            (void)page.GetScrollRange(SB_VERT, first, end);
+            EXPECT_GT(end, 0) << c.name;
+            EXPECT_EQ(page.GetScrollPos(SB_VERT), c.lines <= 5 ? end : 0) << c.name;
         };
         CPrintInfo info;
         ASSERT_TRUE(out.SetupPrintDlg(nullptr, &info));
