@@ -66,13 +66,19 @@ void callPump()
     QCoreApplication::postEvent(q.pump, new QEvent(Pump::request()));
 }
 
+std::deque<MSG>::iterator firstHeard()
+{
+    Queue& q = queue();
+    return std::find_if(q.messages.begin(), q.messages.end(),
+                        [](const MSG& m) { return isHeard(m); });
+}
+
 /// Takes the first message of a window that lives and is heard.
 bool takeFirst(MSG& message)
 {
     Queue& q = queue();
-    const auto heard = [](const MSG& m) { return isHeard(m); };
     for (;;) {
-        const auto at = std::find_if(q.messages.begin(), q.messages.end(), heard);
+        const auto at = firstHeard();
         if (at == q.messages.end())
             return false;
         message = std::move(*at);
@@ -112,7 +118,8 @@ void letWork(QEventLoop::ProcessEventsFlags flags)
     const int level = std::exchange(q.waitLevel, loopLevel());
     // What was posted together with the event that this loop runs in would not end the wait.
     QCoreApplication::sendPostedEvents();
-    if (q.messages.empty())
+    // what nobody may hear now must not keep input from those who are heard
+    if (firstHeard() == q.messages.end())
         QCoreApplication::processEvents(flags);
     q.waits = waited;
     q.waitLevel = level;

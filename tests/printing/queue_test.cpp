@@ -1,5 +1,6 @@
 #include "pavane/printing/print_dialogs.h"
 #include "platform/controls.h"
+#include "platform/message_scope.h"
 #include "tests/platform/test_window.h"
 #include "tests/printing/print_fixture.h"
 
@@ -206,6 +207,36 @@ TEST_F(QueueTest, WindowsThatGoMeanwhileEndWhatTheyAreIn)
     };
     EXPECT_TRUE(APrinter(nullptr).Preview(&out));
     EXPECT_FALSE(out.GetPrintWindow());
+}
+
+TEST(HandOutMessages, OneWindowIsHeardAndTheOthersWait)
+{
+    TestWindow heard;
+    TestWindow other;
+    for (TestWindow* const window : {&heard, &other}) {
+        (void)window->SetTimer(1, 1);
+        window->on[WM_USER + 1] = [=] { (void)window->PostMessage(WM_USER + 1); };
+    }
+    (void)other.PostMessage(WM_USER);
+    (void)heard.PostMessage(WM_USER);
+    for (int i = 0; i < 500 && !heard.count(WM_TIMER); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        EXPECT_TRUE(HandOutMessages(20, &heard));
+    }
+    EXPECT_GT(heard.count(WM_TIMER), 0);
+    EXPECT_EQ(heard.count(WM_USER), 1);
+    EXPECT_EQ(other.count(WM_USER) + other.count(WM_TIMER), 0);
+    settle();
+    EXPECT_EQ(other.count(WM_USER), 1);
+    // a window that posts to itself holds nobody, and the end of the program is kept
+    (void)heard.PostMessage(WM_USER + 1);
+    EXPECT_TRUE(HandOutMessages(20));
+    heard.on.clear();
+    PostQuitMessage(3);
+    EXPECT_FALSE(HandOutMessages(20));
+    EXPECT_FALSE(HandOutMessages(20));
+    MSG message;
+    EXPECT_FALSE(GetMessage(message));
 }
 
 }  // namespace pavane
