@@ -220,8 +220,7 @@ int SubmitPrintJob(const CString& pdf, const CString& title, const CPrintSetting
     if (const CString reason = tool.isLate() ? CString() : reasonOf(settings.printer);
         !reason.empty())
         why += ": " + reason;
-    error = "the printer '" + settings.printer + "' has not taken the job" +
-            (why.empty() ? CString() : ": " + why);
+    error = "'" + settings.printer + "': " + (why.empty() ? "the job was not taken" : why);
     return 0;
 }
 

@@ -306,8 +306,7 @@ TEST_F(Scheduler, JobsArriveWhole)
     for (const Case& c : cases) {
         settings.printer = c.queue;
         EXPECT_EQ(SubmitPrintJob(pdf, "t", settings, nullptr, nullptr, error), c.taken);
-        EXPECT_EQ(error,
-                  c.taken ? "" : "the printer '" + c.queue + "' has not taken the job: " + c.error);
+        EXPECT_EQ(error, c.taken ? "" : "'" + c.queue + "': " + c.error);
     }
 }
 
