@@ -28,7 +28,17 @@ printf '%s\\n' "$3" "$4" "$5" > $name.txt
 mv $name.part $name.data
 '''
 
-PPD = '''*PPD-Adobe: "4.3"
+PAPERS = {'A4': (595, 842, 12), 'A3': (842, 1191, 12), 'Letter': (612, 792, 12), 'w288h432': (288, 432, 0)}
+
+
+def option(key, choices, first):
+    lines = ''.join(f'*{key} {choice}/{choice}: ""\n' for choice in choices)
+    return f'*OpenUI *{key}/{key}: PickOne\n*OrderDependency: 10 AnySetup *{key}\n*Default{key}: {first}\n{lines}*CloseUI: *{key}\n'
+
+
+def description():
+    """Of a printer that takes PDF as it is."""
+    text = '''*PPD-Adobe: "4.3"
 *FormatVersion: "4.3"
 *FileVersion: "1.0"
 *LanguageVersion: English
@@ -42,55 +52,15 @@ PPD = '''*PPD-Adobe: "4.3"
 *PSVersion: "(3010.000) 0"
 *LanguageLevel: "3"
 *ColorDevice: True
-*DefaultColorSpace: RGB
 *cupsFilter2: "application/pdf application/pdf 0 -"
-*OpenUI *PageSize/Media Size: PickOne
-*OrderDependency: 10 AnySetup *PageSize
-*DefaultPageSize: A4
-*PageSize A4/A4: ""
-*PageSize A3/A3: ""
-*PageSize Letter/Letter: ""
-*PageSize w288h432/Photo: ""
-*CloseUI: *PageSize
-*OpenUI *PageRegion: PickOne
-*OrderDependency: 10 AnySetup *PageRegion
-*DefaultPageRegion: A4
-*PageRegion A4/A4: ""
-*PageRegion A3/A3: ""
-*PageRegion Letter/Letter: ""
-*PageRegion w288h432/Photo: ""
-*CloseUI: *PageRegion
-*DefaultImageableArea: A4
-*ImageableArea A4/A4: "12 12 583 830"
-*ImageableArea A3/A3: "12 12 830 1179"
-*ImageableArea Letter/Letter: "12 12 600 780"
-*ImageableArea w288h432/Photo: "0 0 288 432"
-*DefaultPaperDimension: A4
-*PaperDimension A4/A4: "595 842"
-*PaperDimension A3/A3: "842 1191"
-*PaperDimension Letter/Letter: "612 792"
-*PaperDimension w288h432/Photo: "288 432"
-*OpenUI *Duplex/2-Sided Printing: PickOne
-*OrderDependency: 20 AnySetup *Duplex
-*DefaultDuplex: None
-*Duplex None/Off: ""
-*Duplex DuplexNoTumble/Long Edge: ""
-*Duplex DuplexTumble/Short Edge: ""
-*CloseUI: *Duplex
-*OpenUI *ColorModel/Color Mode: PickOne
-*OrderDependency: 20 AnySetup *ColorModel
-*DefaultColorModel: RGB
-*ColorModel Gray/Grayscale: ""
-*ColorModel RGB/Color: ""
-*CloseUI: *ColorModel
-*OpenUI *Resolution/Resolution: PickOne
-*OrderDependency: 20 AnySetup *Resolution
-*DefaultResolution: 600dpi
-*Resolution 300dpi/300 DPI: ""
-*Resolution 600dpi/600 DPI: ""
-*CloseUI: *Resolution
-*DefaultFont: Courier
 '''
+    text += option('PageSize', PAPERS, 'A4') + option('PageRegion', PAPERS, 'A4')
+    text += '*DefaultImageableArea: A4\n*DefaultPaperDimension: A4\n'
+    for name, (width, height, edge) in PAPERS.items():
+        text += f'*ImageableArea {name}: "{edge} {edge} {width - edge} {height - edge}"\n*PaperDimension {name}: "{width} {height}"\n'
+    return (text + option('Duplex', ['None', 'DuplexNoTumble', 'DuplexTumble'], 'None') +
+            option('ColorModel', ['Gray', 'RGB'], 'RGB') + option('Resolution', ['300dpi', '600dpi'], '600dpi') +
+            '*DefaultFont: Courier\n')
 
 
 def isThere():
@@ -128,7 +98,7 @@ class PrintScheduler:
         os.symlink('/usr/lib/cups/daemon/cups-exec', self.run + '/bin/daemon/cups-exec')
         self.write('data/mime/own.types', 'application/pdf pdf string(0,%PDF)\napplication/octet-stream\n')
         self.write('data/mime/own.convs', '')
-        self.write('test.ppd', PPD)
+        self.write('test.ppd', description())
         # mode 700: as root, the scheduler runs it as root
         self.write('bin/backend/keep', BACKEND.replace('JOBS', self.jobs), 0o700)
         names = dict(ServerRoot='root', ServerBin='bin', DataDir='data', CacheDir='cache', StateDir='state', RequestRoot='spool',
