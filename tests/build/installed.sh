@@ -27,7 +27,7 @@ export PKG_CONFIG_PATH PATH="$stage/bin:$PATH" CXX="$compiler" CXXFLAGS="$flags"
 # what the pages link to is installed too
 doc=$(dirname "$(find "$stage" -name LICENSE)")
 find "$doc" -name '*.md' | while read -r page; do
-    grep -o '](\([^)#]*\)' "$page" | sed 's/^](//; /^http/d; /^$/d' | while read -r link; do
+    sed '/^```/,/^```/d; /^    /d' "$page" | grep -o '](\([^)#]*\)' | sed 's/^](//; /^http/d; /^$/d' | while read -r link; do
         test -e "$(dirname "$page")/$link" || { echo "$page: no $link"; exit 1; }
     done
 done
