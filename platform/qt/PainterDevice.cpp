@@ -315,7 +315,15 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
         start = {};
     }
     start.ry() += face.ascent();
-    painter_.drawText(start, textOf(text));
+    if (face.grow() == 1) {
+        painter_.drawText(start, textOf(text));
+    } else {
+        const QTransform plain = painter_.transform();
+        painter_.translate(start);
+        painter_.scale(face.grow(), face.grow());
+        painter_.drawText(QPointF(), textOf(text));
+        painter_.setTransform(plain);
+    }
     const TextRules rules = hasRules ? face.rules() : TextRules();
     const auto rule = [&](double middle) {
         painter_.fillRect(

@@ -91,6 +91,8 @@ QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes, FontProgr
     const CellShape& cell = shapes.of(font_);
     const double em = asked > 0 ? asked / cell.height() : -asked;
     font_.setPixelSize(std::max(1, nearestInt(em)));
+    if (onPage && em > 0)
+        grow_ = em / font_.pixelSize();
     metrics_.tmHeight = asked > 0 ? asked : nearestInt(em * cell.height());
     metrics_.tmAscent = nearestInt(metrics_.tmHeight * cell.ascent / cell.height());
     metrics_.tmDescent = metrics_.tmHeight - metrics_.tmAscent;
@@ -102,7 +104,7 @@ QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes, FontProgr
     for (unsigned char i = 0; i < 27; ++i)
         sum += letterWeights[i] * asciiWidth(i < 26 ? static_cast<unsigned char>('a' + i) : ' ');
     metrics_.tmAveCharWidth = std::max(1, nearestInt(sum / 1000));
-    metrics_.tmMaxCharWidth = std::max(1, nearestInt(QFontMetricsF(font_).maxWidth()));
+    metrics_.tmMaxCharWidth = std::max(1, nearestInt(QFontMetricsF(font_).maxWidth() * grow_));
 }
 
 const GlyphPicture* QtFace::glyph(char32_t character, int ratio) const
@@ -126,7 +128,7 @@ const GlyphPicture* QtFace::glyph(char32_t character, int ratio) const
 double QtFace::asciiWidth(unsigned char c) const
 {
     if (ascii_[c] < 0)
-        ascii_[c] = QFontMetricsF(font_).horizontalAdvance(QChar(c));
+        ascii_[c] = QFontMetricsF(font_).horizontalAdvance(QChar(c)) * grow_;
     return ascii_[c];
 }
 
@@ -135,7 +137,7 @@ double QtFace::characterWidth(char32_t c) const
     const auto known = others_.find(c);
     if (known != others_.end())
         return known->second;
-    const double width = QFontMetricsF(font_).horizontalAdvance(QString::fromUcs4(&c, 1));
+    const double width = QFontMetricsF(font_).horizontalAdvance(QString::fromUcs4(&c, 1)) * grow_;
     others_.emplace(c, width);
     return width;
 }
@@ -221,14 +223,16 @@ void QtFace::shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) co
         const QList<quint32> indices = run.glyphIndexes();
         const QList<QPointF> places = run.positions();
         for (qsizetype i = 0; i < std::min(indices.size(), places.size()); ++i)
-            out.push_back({&program, indices[i], places[i].x(), places[i].y() - line.ascent(), 0});
+            out.push_back({&program, indices[i], places[i].x() * grow_,
+                           (places[i].y() - line.ascent()) * grow_, 0});
     }
 }
 
 TextRules QtFace::rules() const
 {
     const QFontMetricsF metrics(font_);
-    return {metrics.underlinePos(), -metrics.strikeOutPos(), metrics.lineWidth()};
+    return {metrics.underlinePos() * grow_, -metrics.strikeOutPos() * grow_,
+            metrics.lineWidth() * grow_};
 }
 
 CString QtFace::family() const

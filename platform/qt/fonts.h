@@ -67,11 +67,14 @@ public:
     const TEXTMETRIC& metrics() const override { return metrics_; }
     int width(std::string_view text) const override;
     const GlyphPicture* glyph(char32_t character, int ratio) const override;
-    double emHeight() const override { return font_.pixelSize(); }
+    double emHeight() const override { return font_.pixelSize() * grow_; }
     void pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) const override;
     TextRules rules() const override;
     CString family() const override;
     const QFont& font() const { return font_; }
+    /// How much larger than `font` the letters of a page are: fonts of the toolkit have whole
+    /// pixels, which on a coarse page are another part of a letter than on a fine one.
+    double grow() const { return grow_; }
     /// From the top of the cell to the line that the letters stand on.
     int ascent() const { return metrics_.tmAscent; }
 
@@ -87,6 +90,7 @@ private:
     mutable const QtFontProgram* program_ = nullptr;
     mutable std::unordered_map<char32_t, unsigned> pageIndices_;
     TEXTMETRIC metrics_;
+    double grow_ = 1;
     /// Below 0 until asked for: a control character alone makes the toolkit look through all fonts.
     mutable double ascii_[128];
     mutable std::unordered_map<char32_t, double> others_;
