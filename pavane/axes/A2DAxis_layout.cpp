@@ -48,6 +48,14 @@ void thinLabels(TickSet& set, const LabelSpans& spans, double gap)
     }
 }
 
+/// Ticks alone: of a plot whose neighbour has the labels.
+void dropLabels(TickSet& set)
+{
+    set.title.clear();
+    for (TickSet::Tick& tick : set.major)
+        tick.label.clear();
+}
+
 /// Where a plot too flat for its labels stops looking for a step that hits its range.
 constexpr int mostFlatIntervals = 10;
 
@@ -106,6 +114,11 @@ void A2DAxis::chooseYTicks(CDC& dc, PlotLayout& layout)
         tryIntervals(++n);  // so wide a step may miss the range: rather too many and thinned
     thinLabels(layout.y, spans, 0);
     layout.yLabelWidth = 0;
+    if (isFlagSet(axisNoYLabels)) {
+        dropLabels(layout.y);
+        layout.graph.left = layout.picture.left + majorTickLength(fHeight_);
+        return;
+    }
     for (const TickSet::Tick& tick : layout.y.major)
         layout.yLabelWidth = std::max(layout.yLabelWidth, dc.GetTextExtent(tick.label).cx);
     const int titleWidth = layout.y.title.empty() ? 0 : titleRoom(fHeight_);
@@ -132,6 +145,8 @@ void A2DAxis::chooseXTicks(CDC& dc, PlotLayout& layout)
             const int length = dc.GetTextExtent(tick.label).cx;
             spans.centres.push_back(w);
             spans.lengths.push_back(length);
+            if (isFlagSet(axisNoXLabels))
+                continue;
             if (w < 0.5)
                 left = std::max(left, (layout.picture.left + length * 0.5 - w * right) / (1 - w));
             else
@@ -146,6 +161,8 @@ void A2DAxis::chooseXTicks(CDC& dc, PlotLayout& layout)
         n = fewerIntervals(n);
     }
     thinLabels(layout.x, spans, gap);
+    if (isFlagSet(axisNoXLabels))
+        dropLabels(layout.x);
 }
 
 void A2DAxis::boundGraphRect(PlotLayout& layout) const
@@ -206,8 +223,10 @@ int A2DAxis::compose(CDC& dc, const CRect& rect, PlotLayout& layout)
     layout.header = getHeaderString(0);
     const int air = fHeight_ / 2;
     const int titleHeight = xTicks(1).title.empty() ? 0 : titleRoom(fHeight_);
-    layout.graph = CRect(rect.left + fHeight_, rect.top + air, rect.right - 1 - air,
-                         rect.bottom - 2 * fHeight_ - titleHeight);
+    const int below =
+        isFlagSet(axisNoXLabels) ? majorTickLength(fHeight_) + 1 : 2 * fHeight_ + titleHeight;
+    layout.graph =
+        CRect(rect.left + fHeight_, rect.top + air, rect.right - 1 - air, rect.bottom - below);
     if (!layout.header.empty())
         layout.graph.top += fHeight_;
 

@@ -132,6 +132,7 @@ void ABAxis::copyFrom(const ABAxis& other)
     nameOX_ = other.nameOX_;
     nameOY_ = other.nameOY_;
     fHeight_ = other.fHeight_;
+    wantedFHeight_ = other.wantedFHeight_;
     lineWidth_ = other.lineWidth_;
     lineStyle_ = other.lineStyle_;
     options_ = other.options_;

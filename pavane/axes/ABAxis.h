@@ -133,6 +133,9 @@ public:
     // Fonts
     /// Height of the label font in logical units for a picture of `rect`.
     int calcFontHeight(CDC& dc, CRect& rect) const;
+    /// The label font in pixels of 96 per inch, for pictures of any size; 0, as at first: in
+    /// proportion to the picture.
+    void setWantedFHeight(int pixels) { wantedFHeight_ = pixels; }
     /// The axis font: Arial, upright or turned counter-clockwise by `angle` degrees.
     static int CreateAxisFont(CFont& font, int height, int bold, double angle);
 
@@ -216,6 +219,7 @@ protected:
     CString nameOX_;
     CString nameOY_;
     int fHeight_ = 0;
+    int wantedFHeight_ = 0;
     int lineWidth_ = 0;
     int lineStyle_ = PS_SOLID;
     int options_ = 0;

@@ -229,6 +229,8 @@ void ABAxis::EndPalette(HPALETTE old)
 
 int ABAxis::calcFontHeight(CDC& dc, CRect& rect) const
 {
+    if (wantedFHeight_ > 0)
+        return wantedFHeight_;
     const int limit =
         std::min(rect.Width(), truncated(1.2 * rect.Height())) / std::max(GetPartFontHeight(), 1);
     const int saved = dc.SaveDC();

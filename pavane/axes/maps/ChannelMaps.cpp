@@ -1,10 +1,13 @@
 #include "pavane/axes/maps/ChannelMaps.h"
 
+#include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/map_titles.h"
 #include "pavane/axes/maps/MapPicture.h"
+#include "platform/CDC.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 
@@ -18,12 +21,20 @@ constexpr int mostInGrid = 100;
 /// Cells that are kept in memory: 256 MiB of them.
 constexpr std::int64_t mostCellsKept = std::int64_t{1} << 26;
 // pixels of 96 per inch
-constexpr int panelGap = 6;
 constexpr int barGap = 14;
-constexpr int tallestLabel = 15;
-constexpr int lowestLabel = 7;
-/// The labels of the bar are this part of the page's width high.
+/// The labels of a large figure. Those of panels are lower, and on a page all strokes are thinner
+/// with them.
+constexpr int usualLabel = 20;
+/// 5 points without the air above and below the letters.
+constexpr int lowestLabel = 8;
+constexpr int tallestLabel = 16;
+/// Labels are these parts of the page's width and of a panel high, whichever is less.
 constexpr int labelPart = 75;
+constexpr int labelPartOfPanel = 10;
+/// Panels too small for the lowest labels have lower ones, this part of a panel high.
+constexpr int greatestPart = 8;
+/// Strokes are thinned down to 0.1 mm.
+constexpr double leastScale = 0.4;
 
 void widen(MapRange& all, const MapRange& one)
 {
@@ -32,6 +43,44 @@ void widen(MapRange& all, const MapRange& one)
     const bool first = all.isEmpty();
     all.least = first ? one.least : std::min(all.least, one.least);
     all.greatest = first ? one.greatest : std::max(all.greatest, one.greatest);
+}
+
+/// A rectangle of a context with lengths in it `scale` times as long, while this lives.
+class ScaledSheet
+{
+public:
+    ScaledSheet(CDC& dc, const CRect& rect, double scale)
+        : dc_(dc), saved_(dc.SaveDC()),
+          rect_(0, 0, truncated(rect.Width() / scale), truncated(rect.Height() / scale))
+    {
+        constexpr int steps = 1 << 16;
+        CPoint points[] = {{0, 0}, {steps, steps}, rect.TopLeft()};
+        dc.LPtoDP(points, 3);
+        dc.SetMapMode(MM_ANISOTROPIC);
+        (void)dc.SetWindowOrg(0, 0);
+        (void)dc.SetViewportOrg(points[2].x, points[2].y);
+        (void)dc.SetWindowExt(steps, steps);
+        (void)dc.SetViewportExt(truncated((points[1].x - points[0].x) * scale),
+                                truncated((points[1].y - points[0].y) * scale));
+    }
+    ScaledSheet(const ScaledSheet&) = delete;
+    ScaledSheet& operator=(const ScaledSheet&) = delete;
+    ~ScaledSheet() { (void)dc_.RestoreDC(saved_); }
+    const CRect& rect() const { return rect_; }
+
+private:
+    CDC& dc_;
+    int saved_;
+    CRect rect_;
+};
+
+/// Makes a figure one of many, with labels at the sides that have no neighbour.
+void makePanel(MapPicture& picture, int label, bool below, bool left)
+{
+    picture.figure().setPanel(1);
+    picture.axis().setWantedFHeight(label);
+    picture.axis().setFlag(axisNoXLabels, !below);
+    picture.axis().setFlag(axisNoYLabels, !left);
 }
 
 /// The middle one by width.
@@ -53,6 +102,37 @@ struct ChannelMaps::Shown {
     std::unique_ptr<MapContent> read;
     const MapContent* content = nullptr;
     MapPicture picture;
+};
+
+/// Where the panels of a page lie, in pixels of 96 per inch: plots of one size, and around them
+/// what inner panels need and those with labels.
+struct ChannelMaps::Panels {
+    int shown = 0, columns = 1;
+    int label = 0;
+    CSize plot;
+    CRect inner;
+    int left = 0, below = 0;  ///< margins with labels
+
+    bool isFirst(int index) const { return index % columns == 0; }
+    bool isLowest(int index) const { return index + columns >= shown; }
+    CRect margins(int index) const
+    {
+        return {isFirst(index) ? left : inner.left, inner.top, inner.right,
+                isLowest(index) ? below : inner.bottom};
+    }
+    CRect plotRect(int index) const
+    {
+        const int x = left + index % columns * (plot.cx + inner.left + inner.right);
+        const int y = inner.top + index / columns * (plot.cy + inner.top + inner.bottom);
+        return {x, y, x + plot.cx, y + plot.cy};
+    }
+    CRect rect(int index) const
+    {
+        const CRect around = margins(index);
+        const CRect plot = plotRect(index);
+        return {plot.left - around.left, plot.top - around.top, plot.right + around.right,
+                plot.bottom + around.bottom};
+    }
 };
 
 ChannelMaps::ChannelMaps() = default;
@@ -153,79 +233,97 @@ int ChannelMaps::show(const Plane& plane, Shown& shown) const
     return 1;
 }
 
-/// Where map `index` stands when all of a page take `size` each, from the corner of `rect` on.
-CRect ChannelMaps::panelRect(const CDC& dc, const CRect& rect, CSize size, int index) const
-{
-    const int gap = unitsOf(dc, panelGap);
-    const int left = rect.left + index % columns_ * (size.cx + gap);
-    const int top = rect.top + index / columns_ * (size.cy + gap);
-    return {left, top, left + size.cx, top + size.cy};
-}
-
-/// What a map takes of its share of `rect`: maps of square cells leave the rest to the page.
-CSize ChannelMaps::panelSize(CDC& dc, const CRect& rect, Shown* shown) const
+/// Maps of square cells leave the rest of their share of `room` to the page.
+void ChannelMaps::placePanels(CDC& dc, CSize room, Shown& like, Panels& panels) const
 {
     const FigureUnits units(dc);
-    const int gap = units.units(panelGap);
-    CSize size{std::max(0, (rect.Width() - (columns_ - 1) * gap) / columns_),
-               std::max(0, (rect.Height() - (rows_ - 1) * gap) / rows_)};
-    if (!shown)
-        return size;
-    const FigureLayout layout = shown->picture.figure().layOut(dc, CRect(0, 0, size.cx, size.cy));
-    if (layout.isEmpty())
-        return size;
-    const CRect& margins = layout.margins;
-    return {std::min(size.cx, layout.plot.Width() + units.units(margins.left + margins.right)),
-            std::min(size.cy, layout.plot.Height() + units.units(margins.top + margins.bottom))};
+    const MapFigure& figure = like.picture.figure();
+    const auto marginsOf = [&](bool below, bool left) {
+        makePanel(like.picture, panels.label, below, left);
+        const CRect share(0, 0, units.units(room.cx / columns_), units.units(room.cy / rows_));
+        return figure.layOut(dc, share).margins;
+    };
+    panels.left = marginsOf(true, true).left;
+    panels.inner = marginsOf(true, false);  // its labels reach over its sides
+    panels.below = panels.inner.bottom;
+    panels.inner.bottom = marginsOf(false, false).bottom;
+    const CRect& inner = panels.inner;
+    const int across =
+        room.cx - panels.left - inner.right - (columns_ - 1) * (inner.left + inner.right);
+    const int down = room.cy - panels.below - inner.top - (rows_ - 1) * (inner.top + inner.bottom);
+    panels.plot = CSize(std::max(0, across / columns_), std::max(0, down / rows_));
+    const CRect all = panels.rect(0);
+    const CRect margins = panels.margins(0);
+    makePanel(like.picture, panels.label, panels.isLowest(0), true);
+    const FigureLayout layout = figure.layOut(
+        dc, CRect(0, 0, units.units(all.Width()), units.units(all.Height())), &margins);
+    panels.plot = CSize(std::clamp(units.pixels(layout.plot.Width()), 0, panels.plot.cx),
+                        std::clamp(units.pixels(layout.plot.Height()), 0, panels.plot.cy));
 }
 
 int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
 {
     const int onPage = rows_ * columns_;
     const int first = (std::clamp(page, 1, pages()) - 1) * onPage;
-    const int shown = std::min(onPage, count() - first);
-    if (page < 1 || page > pages() || shown < 1 || rect.IsRectEmpty())
+    Panels panels;
+    panels.columns = columns_;
+    panels.shown = std::min(onPage, count() - first);
+    if (page < 1 || page > pages() || panels.shown < 1 || rect.IsRectEmpty())
         return page >= 1 && page <= pages();
     const FigureUnits units(dc);
+    const int width = units.pixels(rect.Width());
+    const int share = std::min(width / columns_, units.pixels(rect.Height()) / rows_);
+    const int fitting = std::min(width / labelPart, share / labelPartOfPanel);
     const int label =
-        units.units(std::clamp(units.pixels(rect.Width()) / labelPart, lowestLabel, tallestLabel));
+        std::min(std::clamp(fitting, lowestLabel, tallestLabel), std::max(1, share / greatestPart));
+    // strokes of a screen are a pixel wide already
+    const double scale =
+        isPage(dc) ? std::max(leastScale, static_cast<double>(label) / usualLabel) : 1;
+    panels.label = std::max(1, truncated(label / scale + 0.5));
+    const ScaledSheet sheet(dc, rect, scale);
+    const int labelUnits = units.units(panels.label);
     const int gap = unitsOf(dc, barGap);
     // the bar is that of the first map with data
     int barAt = 0;
-    while (barAt < shown && planes_[static_cast<std::size_t>(first + barAt)].range.isEmpty())
+    while (barAt < panels.shown && planes_[static_cast<std::size_t>(first + barAt)].range.isEmpty())
         ++barAt;
-    Shown explained;
-    CRect panels = rect;
-    if (barAt < shown && show(planes_[static_cast<std::size_t>(first + barAt)], explained)) {
-        explained.picture.bar().setFHeight(label);
-        const int breadth = explained.picture.bar().neededBreadth(dc, rect.Height()) + gap;
-        if (breadth < rect.Width() / 3)
-            panels.right = rect.right - breadth;
+    const bool hasData = barAt < panels.shown;
+    const int likeAt = hasData ? barAt : 0;
+    Shown like;
+    (void)show(planes_[static_cast<std::size_t>(first + likeAt)], like);
+    int breadth = 0;
+    if (like.content && hasData) {
+        like.picture.bar().setFHeight(labelUnits);
+        breadth = like.picture.bar().neededBreadth(dc, sheet.rect().Height()) + gap;
+        if (breadth >= sheet.rect().Width() / 3)
+            breadth = 0;
     }
-    const CSize size = panelSize(dc, panels, barAt < shown ? &explained : nullptr);
+    const CSize room(units.pixels(sheet.rect().Width() - breadth),
+                     units.pixels(sheet.rect().Height()));
+    panels.plot = CSize(room.cx / columns_, room.cy / rows_);
+    if (like.content)
+        placePanels(dc, room, like, panels);
     int complete = 1;
-    for (int i = 0; i < shown; ++i) {
+    for (int i = 0; i < panels.shown; ++i) {
         Shown other;
-        Shown& now = i == barAt ? explained : other;
-        if (i != barAt)
+        Shown& now = i == likeAt ? like : other;
+        if (i != likeAt)
             (void)show(planes_[static_cast<std::size_t>(first + i)], other);
         if (!now.content) {
             complete = 0;
             continue;
         }
-        const CRect panel = panelRect(dc, panels, size, i);
-        const FigureLayout layout = now.picture.figure().layOut(dc, panel);
-        now.picture.figure().draw(dc, layout);
-        if (i != barAt || panels.right == rect.right || layout.isEmpty())
-            continue;
-        // beside the plots of all rows that are filled
-        const int left = panelRect(dc, panels, size, columns_ - 1).right + gap;
-        const int above = panel.top - rect.top;
-        const int below = panelRect(dc, panels, size, shown - 1).top - panel.top;
-        CRect bar(left, layout.plot.top - above, left + rect.right - panels.right - gap,
-                  layout.plot.bottom + below);
-        now.picture.bar().setFHeight(label);
-        now.picture.bar().draw(dc, bar);
+        makePanel(now.picture, panels.label, panels.isLowest(i), panels.isFirst(i));
+        const CRect least = panels.margins(i);
+        const MapFigure& figure = now.picture.figure();
+        figure.draw(dc, figure.layOut(dc, units.units(panels.rect(i), CPoint(0, 0)), &least));
+    }
+    if (breadth > 0) {  // beside the plots of all rows that are filled
+        const int left = units.units(panels.rect(std::min(columns_, panels.shown) - 1).right) + gap;
+        CRect bar(left, units.units(panels.plotRect(0).top), left + breadth - gap,
+                  units.units(panels.plotRect(panels.shown - 1).bottom));
+        like.picture.bar().setFHeight(labelUnits);
+        like.picture.bar().draw(dc, bar);
     }
     return complete;
 }

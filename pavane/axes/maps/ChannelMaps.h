@@ -59,8 +59,8 @@ private:
     };
     struct Shown;
     int show(const Plane& plane, Shown& shown) const;
-    CRect panelRect(const CDC& dc, const CRect& rect, CSize size, int index) const;
-    CSize panelSize(CDC& dc, const CRect& rect, Shown* shown) const;
+    struct Panels;
+    void placePanels(CDC& dc, CSize room, Shown& like, Panels& panels) const;
 
     CString file_;
     MapHeader header_;

@@ -110,7 +110,8 @@ FigureLayout MapFigure::layOutInPixels(CDC& dc, const CRect& rect, const CRect* 
 {
     FigureLayout layout;
     layout.all = rect;
-    const int margin = std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
+    const int margin =
+        panel_ ? 0 : std::min(widestMargin, std::min(rect.Width(), rect.Height()) / 16);
     CRect inner = rect;
     inner.DeflateRect(margin, margin);
     layout.axis = inner;

@@ -42,6 +42,8 @@ public:
     void setBar(AAxisScaleBar* bar) { bar_ = bar; }
     /// Non-zero, as at first, keeps the cells of the map square.
     void setSquareCells(int on) { square_ = on; }
+    /// Non-zero leaves no room around plot, labels and bar: the figure is a panel of a larger one.
+    void setPanel(int on) { panel_ = on; }
     /// Layers are drawn in the order in which they were added, inside the plot.
     void addLayer(FigureLayer* layer) { layers_.push_back(layer); }
     void clearLayers() { layers_.clear(); }
@@ -64,6 +66,7 @@ private:
     const ABMapGraph* map_ = nullptr;
     AAxisScaleBar* bar_ = nullptr;
     int square_ = 1;
+    int panel_ = 0;
     std::vector<FigureLayer*> layers_;
 };
 

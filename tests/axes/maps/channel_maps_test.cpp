@@ -68,17 +68,19 @@ TEST(ChannelMaps, ShowPlanesInOneRangeWithOneBar)
         EXPECT_EQ(picture.graph().zRange() == maps.range(), plane != 4);
     });
     const struct {
-        int page, result, images;
+        int rows, page, result, images, xTitles, yTitles;
         const char *has, *hasNot;
     } cases[] = {
-        {1, 1, 4, "0\u00a0km/s", "0.5\u00a0km/s"},
-        {2, 1, 0, "0.5\u00a0km/s", "-1.5\u00a0km/s"},
-        {3, 0, 0, "", "km/s"},
-        {0, 0, 0, "", "km/s"},
+        {1, 1, 1, 4, 3, 1, "0\u00a0km/s", "0.5\u00a0km/s"},
+        {1, 2, 1, 0, 1, 1, "0.5\u00a0km/s", "-1.5\u00a0km/s"},
+        {2, 1, 1, 4, 3, 2, "0.5\u00a0km/s", "2\u00a0km/s"},  // the lowest of a column has the title
+        {1, 3, 0, 0, 0, 0, "", "km/s"},
+        {1, 0, 0, 0, 0, 0, "", "km/s"},
     };
     for (const auto& c : cases)
         for (const int unit : {1, 12}) {
             SCOPED_TRACE(c.page);
+            maps.setGrid(c.rows, 3);
             const CString page = ::testing::TempDir() + "channels.svg";
             CPageFile made(CPageFile::Format::svg, 900, 400, "", unit);
             EXPECT_EQ(maps.draw(made.dc(), CRect(0, 0, 900 * unit, 400 * unit), c.page), c.result);
@@ -89,8 +91,14 @@ TEST(ChannelMaps, ShowPlanesInOneRangeWithOneBar)
             EXPECT_EQ(text.find(c.hasNot), text.npos);
             // a picture for each map with data, and one of the bar
             EXPECT_EQ(occurrences(text, "<image"), c.images);
+            EXPECT_EQ(occurrences(text, ">Column<"), c.xTitles);
+            EXPECT_EQ(occurrences(text, ">Row<"), c.yTitles);
+            // labels of 12 pixels instead of 20: so are the strokes of a pixel
+            EXPECT_EQ(
+                occurrences(text, "stroke-width=\"" + std::string(unit == 1 ? "0.6" : "7.2")) > 0,
+                c.result);
         }
-    EXPECT_EQ(planes, (std::vector<int>{3, 0, 1, 3, 0, 1, 4, 4}));
+    EXPECT_EQ(planes, (std::vector<int>{3, 0, 1, 3, 0, 1, 4, 4, 3, 0, 1, 4, 3, 0, 1, 4}));
     maps.setRange({-1, 5});
     EXPECT_EQ(maps.range(), (TMnMx{-1, 5}));
     EXPECT_FALSE(maps.open(file, {}, error));
