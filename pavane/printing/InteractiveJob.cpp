@@ -49,7 +49,7 @@ int copyFile(const CString& from, const CString& to, CString& error)
     char block[1 << 16];
     do {
         source.read(block, sizeof block);
-        const auto count = static_cast<std::size_t>(source.gcount());
+        const auto count = static_cast<std::int64_t>(source.gcount());
         if (count > 0 && !target.file().write(block, count)) {
             error = target.fault();
             return 0;

@@ -161,7 +161,7 @@ int takeBusMessage(CString& bytes, BusMessage& message)
     const std::size_t bodyAt = (fixedHeader + fieldsSize + 7) / 8 * 8;
     if (bytes.size() < bodyAt + bodySize)
         return 0;
-    const int kind = bytes[1];
+    const int kind = static_cast<unsigned char>(bytes[1]);
     message.kind = kind == BusMessage::reply || kind == BusMessage::error
                        ? static_cast<BusMessage::Kind>(kind)
                        : BusMessage::other;
