@@ -251,14 +251,14 @@ void ChannelMaps::placePanels(CDC& dc, CSize room, Shown& like, Panels& panels) 
     const int across =
         room.cx - panels.left - inner.right - (columns_ - 1) * (inner.left + inner.right);
     const int down = room.cy - panels.below - inner.top - (rows_ - 1) * (inner.top + inner.bottom);
-    panels.plot = CSize(std::max(0, across / columns_), std::max(0, down / rows_));
+    panels.plot = CSize{std::max(0, across / columns_), std::max(0, down / rows_)};
     const CRect all = panels.rect(0);
     const CRect margins = panels.margins(0);
     makePanel(like.picture, panels.label, panels.isLowest(0), true);
     const FigureLayout layout = figure.layOut(
         dc, CRect(0, 0, units.units(all.Width()), units.units(all.Height())), &margins);
-    panels.plot = CSize(std::clamp(units.pixels(layout.plot.Width()), 0, panels.plot.cx),
-                        std::clamp(units.pixels(layout.plot.Height()), 0, panels.plot.cy));
+    panels.plot = CSize{std::clamp(units.pixels(layout.plot.Width()), 0, panels.plot.cx),
+                        std::clamp(units.pixels(layout.plot.Height()), 0, panels.plot.cy)};
 }
 
 int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
@@ -285,12 +285,14 @@ int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
     const int gap = unitsOf(dc, barGap);
     // the bar is that of the first map with data
     int barAt = 0;
-    while (barAt < panels.shown && planes_[static_cast<std::size_t>(first + barAt)].range.isEmpty())
+    while (
+        barAt < panels.shown &&
+        planes_[static_cast<std::size_t>(first) + static_cast<std::size_t>(barAt)].range.isEmpty())
         ++barAt;
     const bool hasData = barAt < panels.shown;
     const int likeAt = hasData ? barAt : 0;
     Shown like;
-    (void)show(planes_[static_cast<std::size_t>(first + likeAt)], like);
+    (void)show(planes_[static_cast<std::size_t>(first) + static_cast<std::size_t>(likeAt)], like);
     int breadth = 0;
     if (like.content && hasData) {
         like.picture.bar().setFHeight(labelUnits);
@@ -298,9 +300,9 @@ int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
         if (breadth >= sheet.rect().Width() / 3)
             breadth = 0;
     }
-    const CSize room(units.pixels(sheet.rect().Width() - breadth),
-                     units.pixels(sheet.rect().Height()));
-    panels.plot = CSize(room.cx / columns_, room.cy / rows_);
+    const CSize room{units.pixels(sheet.rect().Width() - breadth),
+                     units.pixels(sheet.rect().Height())};
+    panels.plot = CSize{room.cx / columns_, room.cy / rows_};
     if (like.content)
         placePanels(dc, room, like, panels);
     int complete = 1;
@@ -308,7 +310,8 @@ int ChannelMaps::draw(CDC& dc, const CRect& rect, int page)
         Shown other;
         Shown& now = i == likeAt ? like : other;
         if (i != likeAt)
-            (void)show(planes_[static_cast<std::size_t>(first + i)], other);
+            (void)show(planes_[static_cast<std::size_t>(first) + static_cast<std::size_t>(i)],
+                       other);
         if (!now.content) {
             complete = 0;
             continue;
