@@ -109,7 +109,7 @@ std::vector<unsigned char> AColorsGraph::imageHeader(int width, int height) cons
     std::vector<unsigned char> header(bitmapInfoSize + 256 * 4);
     writeBitmapInfo(header.data(), width, height, 8, 0);
     const auto put = [&header](int index, COLORREF color) {
-        unsigned char* entry = header.data() + bitmapInfoSize + 4 * index;
+        unsigned char* entry = header.data() + bitmapInfoSize + std::ptrdiff_t{4} * index;
         entry[0] = static_cast<unsigned char>(GetBValue(color));
         entry[1] = static_cast<unsigned char>(GetGValue(color));
         entry[2] = static_cast<unsigned char>(GetRValue(color));

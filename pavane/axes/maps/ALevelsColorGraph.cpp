@@ -11,6 +11,7 @@ void ALevelsColorGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
         drawCells(dc);
         contours().draw(dc, *this, this);
     }
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): cells and contours are drawn above
     ABMapGraph::draw(dc, rect, range);
 }
 

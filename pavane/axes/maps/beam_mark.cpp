@@ -73,7 +73,8 @@ void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam)
     const FigureUnits units(dc);
     constexpr double marginPart = 0.4;
     const double margin = axis.getFHeight() * marginPart;
-    const int side = static_cast<int>(2 * std::max(halfWidth, halfHeight) + 2 * margin + 0.5);
+    const int side =
+        static_cast<int>(std::lround(2 * std::max(halfWidth, halfHeight) + 2 * margin));
     const int gap = units.ofFont(axis.getFHeight(),
                                  [](int height) { return static_cast<int>(height * marginPart); });
     const CRect patch(rect.left + gap, rect.bottom - gap - side, rect.left + gap + side,
@@ -86,9 +87,9 @@ void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam)
     const double apart = std::max(leastApart * units.perPixel(), axis.getFHeight() * hatchPart) *
                          std::numbers::sqrt2;
     const double reach = halfWidth + halfHeight;
-    for (double offset = std::ceil(-reach / apart) * apart; offset < reach; offset += apart) {
+    for (int i = static_cast<int>(std::ceil(-reach / apart)); i * apart < reach; ++i) {
         CPointF line[2];
-        if (!hatchLine(outline, offset, line))
+        if (!hatchLine(outline, i * apart, line))
             continue;
         for (CPointF& p : line)
             p = {centre.x + p.x, centre.y - p.y};
