@@ -56,6 +56,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/containers/ARect.h
     pavane/containers/LifeWatch.h
     pavane/dialogs/ATimeIntervalPresent.h
+    pavane/dialogs/layout/dialog_layout.h
     pavane/dialogs/values/AUVXTIntervalPM.h
     pavane/dialogs/values/time_texts.h
     pavane/dialogs/values/TimeIntervalForm.h
@@ -155,6 +156,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/tracker_registry.h
     pavane/windows/ABWindow.h
     pavane/windows/AHttpCallWnd.h
+    pavane/windows/AResizeDialog.h
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h
     pavane/windows/ASplash.h

@@ -38,6 +38,9 @@ public:
                        unsigned style);
     /// The same frame with other dimensions, in pixels; for dialogs that lay out themselves.
     void SetClientSize(int cx, int cy);
+    /// Lets the user change the size of the client area, in pixels never below `cx` and `cy`;
+    /// across or down only where that is of use. With a grip, and a box to maximise when both are.
+    void AllowResize(int cx, int cy, int across = 1, int down = 1);
     /// Pixels of a rectangle in dialog units.
     CRect MapDialogRect(const CRect& units) const;
 

@@ -258,6 +258,12 @@ void CDialog::SetClientSize(int cx, int cy)
         widget->setClientSize(QSize(cx, cy));
 }
 
+void CDialog::AllowResize(int cx, int cy, int across, int down)
+{
+    if (auto* const widget = widgetOf<DialogWidget>(this))
+        widget->allowResize(QSize(cx, cy), across != 0, down != 0);
+}
+
 CRect CDialog::MapDialogRect(const CRect& units) const
 {
     return dialogUnits().pixels(units.left, units.top, units.Width(), units.Height());

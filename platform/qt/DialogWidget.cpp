@@ -36,6 +36,18 @@ void DialogWidget::setClientSize(QSize size)
         setFixedSize(size);
 }
 
+void DialogWidget::allowResize(QSize least, bool across, bool down)
+{
+    canBeResized_ = across || down;
+    if (const Qt::WindowFlags flags = flagsOf(across && down);
+        flags != windowFlags() && !isVisible())
+        setWindowFlags(flags);
+    setMinimumSize(least);
+    setMaximumSize(across ? QWIDGETSIZE_MAX : least.width(),
+                   down ? QWIDGETSIZE_MAX : least.height());
+    setSizeGripEnabled(canBeResized_);
+}
+
 void DialogWidget::reject() { sendTo(hwnd_, WM_COMMAND, IDCANCEL, 0); }
 
 bool DialogWidget::event(QEvent* e)

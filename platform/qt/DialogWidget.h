@@ -17,6 +17,8 @@ public:
     /// To the next or previous control that the Tab key reaches, around the ends.
     void moveFocus(bool forward) { (void)focusNextPrevChild(forward); }
     void setClientSize(QSize size);
+    /// Before it is shown: sizes from `least` on, the other way than these a fixed one.
+    void allowResize(QSize least, bool across, bool down);
     void reject() override;
 
 protected:

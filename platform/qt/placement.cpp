@@ -80,7 +80,9 @@ int CWnd::GetWindowPlacement(WINDOWPLACEMENT& placement) const
         return 0;
     const Qt::WindowStates state = top->windowState();
     const FrameWidget* const frame = peerOf(this)->frame;
-    const QRect normal = frame ? frame->normalRect() : top->geometry();
+    const QRect normal = frame                        ? frame->normalRect()
+                         : state == Qt::WindowNoState ? top->geometry()
+                                                      : top->normalGeometry();
     placement.rcNormalPosition = CRect(normal.left(), normal.top(), normal.left() + normal.width(),
                                        normal.top() + normal.height());
     if (state & Qt::WindowMinimized) {

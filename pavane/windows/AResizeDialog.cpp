@@ -1,0 +1,143 @@
+#include "pavane/windows/AResizeDialog.h"
+
+#include "pavane/windows/library_resources.h"
+#include "pavane/windows/placement_text.h"
+#include "pavane/windows/window_placement.h"
+#include "platform/profile.h"
+#include "platform/resources.h"
+#include "platform/screens.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Command to itself, with the number of a notice that no control sends.
+constexpr unsigned maximise = 0x7F01;
+
+/// Templates of the library are looked up when a dialog is made.
+const DlgTemplate* knownTemplate(unsigned id)
+{
+    AddLibraryResources();
+    return FindDialogTemplate(id);
+}
+
+CSize clientSize(const CWnd& window)
+{
+    CRect client;
+    (void)window.GetClientRect(client);
+    return client.Size();
+}
+
+}  // namespace
+
+AResizeDialog::AResizeDialog(unsigned templateId, CWnd* parent)
+    : CDialog((AddLibraryResources(), templateId), parent), template_(knownTemplate(templateId))
+{
+}
+
+AResizeDialog::AResizeDialog(const DlgTemplate& dialog, CWnd* parent)
+    : CDialog(dialog, parent), template_(&dialog)
+{
+}
+
+void AResizeDialog::SetResizeItems(std::span<const ResizeItem> items)
+{
+    items_.assign(items.begin(), items.end());
+    if (least_ == CSize())
+        return;
+    places_.clear();
+    for (const ResizeItem& item : items_)
+        places_.push_back(placeInTemplate(item));
+    limitSize();
+    layOut();
+}
+
+/// That of the template and not of the window: a closed list shows less than it takes.
+CRect AResizeDialog::placeInTemplate(const ResizeItem& item) const
+{
+    const auto* const end = template_->items + template_->itemCount;
+    const auto* const known =
+        std::find_if(template_->items, end, [&](const DlgItem& one) { return one.id == item.id; });
+    if (known != end)
+        return MapDialogRect(CRect(known->x, known->y, known->x + known->cx, known->y + known->cy));
+    CRect now;
+    if (const CWnd* const control = GetDlgItem(item.id))
+        (void)control->GetWindowRect(now);
+    ScreenToClient(now);
+    return ungrownPlace(item, now, least_, clientSize(*this));
+}
+
+void AResizeDialog::limitSize()
+{
+    AllowResize(least_.cx, least_.cy, growsAcross(items_), growsDown(items_));
+}
+
+void AResizeDialog::layOut()
+{
+    const std::vector<CRect> now = layOutDialog(items_, places_, least_, clientSize(*this));
+    const HWND self = GetSafeHwnd();
+    // whoever is told of a new size may end the dialog
+    for (std::size_t i = 0; i < now.size() && FromHandle(self) == this; ++i)
+        if (CWnd* const control = items_[i].id ? GetDlgItem(items_[i].id) : nullptr)
+            (void)control->MoveWindow(now[i]);
+}
+
+int AResizeDialog::OnInitDialog()
+{
+    const int result = CDialog::OnInitDialog();
+    least_ = clientSize(*this);
+    places_.clear();
+    for (const ResizeItem& item : items_)
+        places_.push_back(placeInTemplate(item));
+    limitSize();
+    loadPlace();
+    layOut();
+    return result;
+}
+
+/// A dialog that is shown before it is waited for would not keep input from the others, so it
+/// becomes as large as the screen only then.
+void AResizeDialog::loadPlace()
+{
+    PlacementRecord kept;
+    if (section_.empty() || !readPlacement(GetProfileString(section_, "WindowPos"), kept))
+        return;
+    const std::vector<CRect> screens = GetScreenRects();
+    CRect place = reachablePlace(kept.normal, least_, screens);
+    if (!growsAcross(items_))
+        place.right = place.left + least_.cx;
+    if (!growsDown(items_))
+        place.bottom = place.top + least_.cy;
+    (void)MoveWindow(place);
+    if (kept.showCommand == SW_SHOWMAXIMIZED)
+        (void)PostMessage(WM_COMMAND, maximise);
+}
+
+void AResizeDialog::OnSize(unsigned type, int cx, int cy)
+{
+    CDialog::OnSize(type, cx, cy);
+    if (least_ != CSize())
+        layOut();
+}
+
+int AResizeDialog::OnCommand(unsigned id, unsigned code, CWnd* control)
+{
+    if (id != maximise || control)
+        return CDialog::OnCommand(id, code, control);
+    (void)ShowWindow(SW_SHOWMAXIMIZED);
+    return 1;
+}
+
+void AResizeDialog::OnDestroy()
+{
+    if (!section_.empty() && least_ != CSize())
+        SaveWndPos(this, section_.c_str());
+    least_ = CSize();
+    CDialog::OnDestroy();
+}
+
+}  // namespace pavane
