@@ -75,6 +75,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/printing/layout/paper.h
     pavane/printing/layout/PreviewView.h
     pavane/printing/print_dialogs.h
+    pavane/progress/AProgress.h
+    pavane/progress/TimeLeft.h
     pavane/resources/resource_ids.h
     pavane/tables/ATableWnd.h
     pavane/tables/components/ACompItem.h

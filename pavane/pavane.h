@@ -75,6 +75,8 @@
 #include "pavane/printing/layout/paper.h"
 #include "pavane/printing/layout/PreviewView.h"
 #include "pavane/printing/print_dialogs.h"
+#include "pavane/progress/AProgress.h"
+#include "pavane/progress/TimeLeft.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/components/ACompItem.h"
