@@ -197,6 +197,7 @@ COLORREF ABAxis::workColor(int index) const
 int ABAxis::GetAxisType() const { return 0; }
 int ABAxis::layOut(CDC&, const CRect&) { return 0; }
 int ABAxis::isWithoutData() const { return 0; }
+int ABAxis::countsInRange(const AGraph&) const { return 1; }
 
 void ABAxis::setUpParameters()
 {
@@ -222,6 +223,8 @@ TMinMax& ABAxis::createMinMax()
         setMinMax(TMinMax());
         for (int i = 0; i < childs_.count(); ++i) {
             TMinMax own;
+            if (!countsInRange(*childs_(i)))
+                continue;
             childs_(i)->getMinMax(own);
             if (isUnset(own.xMin, own.xMax) && isUnset(own.yMin, own.yMax))
                 continue;  // a graph without data

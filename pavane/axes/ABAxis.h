@@ -75,6 +75,8 @@ public:
     /// Non-zero after layOut or draw when there are graphs and none of them has a finite point;
     /// this class has data.
     virtual int isWithoutData() const;
+    /// Whether the range of the axis takes in that of `graph`; all graphs here.
+    virtual int countsInRange(const AGraph& graph) const;
 
     // Conversions. RPZtoWPZ is always linear. Empty spans and rectangles give infinities as
     // fractions and saturated pixels.

@@ -32,6 +32,8 @@ CString AGraph::getHeaderText(int) const { return {}; }
 void AGraph::getMinMax(TMinMax&) const {}
 void AGraph::draw(CDC&, CRect&, TMinMax&) {}
 int AGraph::overhang(const ABAxis&) const { return 0; }
+void AGraph::draw3D(CDC&, A2_3DAxis&) {}
+int AGraph::isIn3D() const { return 0; }
 
 void AGraph::drawIn(ABAxis& axis, CDC& dc, CRect& rect, TMinMax& range)
 {

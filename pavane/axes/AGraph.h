@@ -8,6 +8,7 @@
 namespace pavane
 {
 
+class A2_3DAxis;
 class ABAxis;
 class CDC;
 
@@ -54,6 +55,12 @@ public:
     /// How far, in device units, what is drawn at the ends of the range reaches beyond the graph
     /// rectangle of `axis`: half a marker or half a line. A plot lets that much be seen. 0 here.
     virtual int overhang(const ABAxis& axis) const;
+    /// Draws into a box seen in projection, through the conversions and primitives of `axis`;
+    /// nothing in this class.
+    virtual void draw3D(CDC& dc, A2_3DAxis& axis);
+    /// Non-zero when the graph has something to draw there: the range of a box comes from such
+    /// graphs alone.
+    virtual int isIn3D() const;
 
     /// The axis that owns the graph, null for none; while the graph is drawn, the one that draws
     /// it.
