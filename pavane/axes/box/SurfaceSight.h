@@ -1,0 +1,50 @@
+#pragma once
+
+#include "pavane/axes/box/SurfaceGrid.h"
+
+namespace pavane
+{
+
+/// A place that is seen in a box.
+struct SurfaceHit {
+    BoxPoint at;
+    int second = 0;           ///< 1: on the second surface
+    int column = 0, row = 0;  ///< of the nearest centre in its grid
+    std::uint32_t cell = 0;   ///< of the map, see SurfaceGrid::cell
+    int fromBelow = 0;        ///< its underside is seen
+};
+
+/// Lines of sight through the surfaces of a box, exact: the surface is met where it is, whatever
+/// the pixels are. Blocks of cells that a line passes wholly above or below are passed over.
+class PAVANE_API SurfaceSight
+{
+public:
+    /// The grids are not copied and have to outlive this.
+    SurfaceSight(const BoxView& view, const SurfaceScene& scene);
+
+    /// Whether a surface, a skirt or a floor that hides stands between a point and the eye. A point
+    /// that lies on one of them is not hidden by that very place.
+    int isHidden(const BoxPoint& point) const;
+    /// The point of a surface seen at a place of the picture; 0 when none is, or when a skirt or a
+    /// floor hides it.
+    int pick(const CPointF& at, SurfaceHit& hit) const;
+
+private:
+    struct Ray {
+        BoxPoint from;
+        BoxPoint step;
+        double length = 0;  ///< steps to its end
+    };
+    struct Met {
+        double at = 0;  ///< steps from the start
+        int kind = 0;   ///< 0 nothing
+        int fromBelow = 0;
+    };
+    Met firstMet(const SceneSurface& surface, const Ray& ray) const;
+
+    BoxView view_;
+    SurfaceScene scene_;
+    BoxPoint sight_;
+};
+
+}  // namespace pavane
