@@ -242,7 +242,9 @@ set(PAVANE_PUBLIC_HEADERS
 
 # What those include: installed with them, not for hosts to name.
 set(PAVANE_REACHED_HEADERS
+    pavane/axes/maps/AxisPalette.h
     pavane/axes/maps/cells/contour_lines.h
+    pavane/axes/maps/cells/KeptPixels.h
     pavane/axes/maps/cells/map_picture.h
     pavane/axes/maps/cells/map_reduction.h
     pavane/axes/maps/cells/MapRanks.h
@@ -256,6 +258,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
+    pavane/images/AColorPlay.h
+    pavane/images/palette_followers.h
     pavane/resources/freq_commands.h
     pavane/resources/mark_commands.h
     pavane/resources/table_commands.h

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <string>
 
 namespace pavane
 {
@@ -66,6 +67,18 @@ int parsePalette(std::string_view text, PALETTEENTRY* colors)
     std::copy_n(working, workingColors, colors + firstWorkingColor);
     std::fill(colors + firstWorkingColor + workingColors, colors + paletteColors, PALETTEENTRY{});
     return 1;
+}
+
+CString paletteText(const COLORREF* colours, int count)
+{
+    if (count < 1 || count > paletteColors)
+        return {};
+    CString text = "JASC-PAL\n0100\n" + std::to_string(count) + '\n';
+    for (int i = 0; i < count; ++i)
+        text += std::to_string(GetRValue(colours[i])) + ' ' +
+                std::to_string(GetGValue(colours[i])) + ' ' +
+                std::to_string(GetBValue(colours[i])) + '\n';
+    return text;
 }
 
 }  // namespace pavane

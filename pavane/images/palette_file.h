@@ -2,6 +2,7 @@
 
 #include "platform/api.h"
 #include "platform/gdi_objects.h"
+#include "platform/types.h"
 
 #include <string_view>
 
@@ -20,5 +21,7 @@ inline constexpr int paletteColors = 256;
 /// and the entries behind them are black, whatever the file says. `colors` has 256 entries.
 /// Non-zero on success; else 0 and `colors` is left alone.
 PAVANE_API int parsePalette(std::string_view text, PALETTEENTRY* colors);
+/// The text of a palette file with `count` colours, 1 to 256; empty for other counts.
+PAVANE_API CString paletteText(const COLORREF* colours, int count);
 
 }  // namespace pavane

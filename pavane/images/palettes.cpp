@@ -2,10 +2,13 @@
 
 #include "default_palette.h"
 #include "pavane/images/palette_file.h"
+#include "pavane/images/palette_followers.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"
+#include "tessel/SafeFile.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <string_view>
 #include <vector>
@@ -25,18 +28,25 @@ constexpr std::int64_t greatestFile = 64 * 1024;
 HPALETTE globalPalette = nullptr;
 CString globalPaletteName;
 
+std::vector<PaletteFollower*>& followers()
+{
+    static std::vector<PaletteFollower*> all;
+    return all;
+}
+
 std::vector<CString> paletteFolders()
 {
     const CString program = getExePath();
-    return {program, program + "../share/pavane/palettes/", program + "../share/pavane/",
-            PAVANE_SHARE_DIR "/", PAVANE_PALETTE_SOURCE_DIR "/"};
+    return {program,
+            program + "../share/pavane/palettes/",
+            program + "../share/pavane/",
+            PAVANE_SHARE_DIR "/",
+            PAVANE_PALETTE_SOURCE_DIR "/",
+            UserPaletteFolder()};
 }
 
-int usePalette(std::string_view text, const CString& name)
+int usePalette(const PALETTEENTRY* colors, const CString& name)
 {
-    PALETTEENTRY colors[paletteColors];
-    if (!parsePalette(text, colors))
-        return 0;
     if (globalPalette)
         (void)SetPaletteEntries(globalPalette, 0, paletteColors, colors);
     else
@@ -44,17 +54,34 @@ int usePalette(std::string_view text, const CString& name)
     if (!globalPalette)
         return 0;
     globalPaletteName = name;
+    for (PaletteFollower* const follower : followers())
+        follower->paletteChanged();
     return 1;
 }
 
-int loadFile(const CString& name)
+int readFile(const CString& name, PALETTEENTRY* colors)
 {
     AFile file(name, AFile::readOnly);
     const std::int64_t bytes = file.left();
     if (bytes < 1 || bytes > greatestFile)
         return 0;
     CString text(static_cast<std::size_t>(bytes), '\0');
-    return file.read(text.data(), bytes) && usePalette(text, name);
+    return file.read(text.data(), bytes) && parsePalette(text, colors);
+}
+
+/// Reads the palette `name` from the first place that has it; `file` becomes that.
+int findPalette(const CString& name, PALETTEENTRY* colors, CString& file)
+{
+    file = name;
+    if (name.find('/') != CString::npos)
+        return readFile(name, colors);
+    const CString fileName = extensionOf(name) == "pal" ? name : name + ending;
+    for (const CString& folder : paletteFolders()) {
+        file = folder + fileName;
+        if (!folder.empty() && readFile(file, colors))
+            return 1;
+    }
+    return 0;
 }
 
 }  // namespace
@@ -65,16 +92,64 @@ int LoadDefaultPalette() { return LoadPalette(defaultName); }
 
 int LoadPalette(const CString& name)
 {
-    if (name.find('/') != CString::npos)
-        return loadFile(name);
-    const CString fileName = extensionOf(name) == "pal" ? name : name + ending;
-    for (const CString& folder : paletteFolders())
-        if (loadFile(folder + fileName))
-            return 1;
+    PALETTEENTRY colors[paletteColors];
+    CString file;
+    return findPalette(name, colors, file) && usePalette(colors, file);
+}
+
+int LoadBuiltInPalette()
+{
+    PALETTEENTRY colors[paletteColors];
+    return parsePalette(defaultPaletteText, colors) && usePalette(colors, {});
+}
+
+int GetPaletteColors(const CString& name, AArray<COLORREF>& colors)
+{
+    PALETTEENTRY entries[paletteColors];
+    CString file;
+    if (!findPalette(name, entries, file))
+        return 0;
+    colors.GrowBy(firstWorkingColor);
+    for (int i = 0; i < colors.count(); ++i)
+        colors(i) = RGB(entries[i].peRed, entries[i].peGreen, entries[i].peBlue);
+    return colors.count() > 0;
+}
+
+int WritePalette(const CString& file, const AArray<COLORREF>& colours, CString& error)
+{
+    const CString text = paletteText(colours.lpArray(), colours.count());
+    if (text.empty()) {
+        error = file + ": a palette has 1 to 256 colours";
+        return 0;
+    }
+    SafeFile safe;
+    if (safe.open(file) && safe.file().write(text.data(), static_cast<std::int64_t>(text.size())) &&
+        safe.commit())
+        return 1;
+    error = file + ": " + safe.fault();
     return 0;
 }
 
-int LoadBuiltInPalette() { return usePalette(defaultPaletteText, {}); }
+CString UserPaletteFolder(int make)
+{
+    const char* const data = std::getenv("XDG_DATA_HOME");
+    const char* const home = std::getenv("HOME");
+    CString folder;
+    if (data && data[0] == '/')
+        folder = data;
+    else if (home && home[0] == '/')
+        folder = CString(home) + "/.local/share";
+    else
+        return {};
+    folder += "/pavane/palettes/";
+    std::error_code error;
+    if (make)
+        std::filesystem::create_directories(folder, error);
+    return error ? CString() : folder;
+}
+
+PaletteFollower::PaletteFollower() { followers().push_back(this); }
+PaletteFollower::~PaletteFollower() { std::erase(followers(), this); }
 
 const CString& GetGlobalPaletteName() { return globalPaletteName; }
 
@@ -98,6 +173,8 @@ AObjArray<CString> PaletteNames()
 {
     std::vector<CString> names;
     for (const CString& folder : paletteFolders()) {
+        if (folder.empty())
+            continue;  // of a user without one; not the working folder
         std::error_code error;
         for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
              entry.increment(error))

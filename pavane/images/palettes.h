@@ -11,7 +11,8 @@ namespace pavane
 
 // The one palette of the module that the pixels of rasters index: 226 map colours, then the ten
 // working colours. Palette files end in ".pal" and are looked for beside the program, then in
-// ../share/pavane/palettes and ../share/pavane from there, then where the library was installed.
+// ../share/pavane/palettes and ../share/pavane from there, then where the library was installed,
+// then in the folder of the user.
 
 /// Address of the module's palette handle, which is null until a palette is loaded. The handle
 /// stays the same when another palette is loaded.
@@ -29,7 +30,18 @@ PAVANE_API const CString& GetGlobalPaletteName();
 /// Copies `count` colours of the palette from entry `first` on, cut to the entries that there are.
 /// Returns how many were copied, 0 when no palette is loaded.
 PAVANE_API int GetGlobalPaletteColors(int first, int count, AArray<COLORREF>& colors);
-/// Names of the palettes that LoadPalette finds, in alphabetical order, each once.
+/// Names of the palettes that LoadPalette finds, in alphabetical order, each once; those of the
+/// user's folder too.
 PAVANE_API AObjArray<CString> PaletteNames();
+/// The map colours of a palette, named as for LoadPalette, without making it the module's. Non-zero
+/// on success; else 0 and `colors` is left alone.
+PAVANE_API int GetPaletteColors(const CString& name, AArray<COLORREF>& colors);
+/// Writes the colours, 1 to 256, as a palette file that LoadPalette reads; of more than 226 the
+/// last become no colours of a map. The file appears whole or not at all. Non-zero on success; else
+/// 0 and `error` is a line that names the file.
+PAVANE_API int WritePalette(const CString& file, const AArray<COLORREF>& colours, CString& error);
+/// The folder of the user's own palettes, $XDG_DATA_HOME/pavane/palettes/ (~/.local/share without
+/// it), which need not exist; with `make` it is made when missing. Empty when there is none.
+PAVANE_API CString UserPaletteFolder(int make = 0);
 
 }  // namespace pavane

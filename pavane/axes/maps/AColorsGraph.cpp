@@ -23,8 +23,6 @@ namespace
 constexpr double imagePixelsPerInch = 300;
 constexpr int enoughPixels = 2048;
 
-int loadedPalette() { return *GetGlobalPalette() || LoadDefaultPalette() || LoadBuiltInPalette(); }
-
 /// Cells of a direction of a map that a page shows, from `low` to `high` in cells: one pixel for
 /// each cell, or fewer.
 struct PageCells {
@@ -61,16 +59,24 @@ void AColorsGraph::setScale(MapScaleKind kind)
     hasScale_ = 0;
 }
 
+void AColorsGraph::setSharedPixel(SharedPixel shared)
+{
+    shared_ = shared;
+    kept_.forget();
+}
+
 void AColorsGraph::setBlank(int index, COLORREF color)
 {
     indices_.blank = std::clamp(index, 0, 255);
     blankColor_ = color;
+    kept_.forgetIndices();
 }
 
 void AColorsGraph::cellsChanged()
 {
     ABMapGraph::cellsChanged();
     hasScale_ = 0;
+    kept_.forget();
 }
 
 const MapScale& AColorsGraph::scale() const
@@ -79,6 +85,7 @@ const MapScale& AColorsGraph::scale() const
     if (hasScale_ && range == scaleRange_)
         return scale_;
     ranked_ = drawn_ = 0;
+    kept_.forgetIndices();
     double low = range.min;
     if (kind_ == MapScaleKind::logarithmic && low <= 0 && noise().sigma < range.max)
         low = noise().sigma;
@@ -93,17 +100,6 @@ const MapScale& AColorsGraph::scale() const
     return scale_;
 }
 
-COLORREF AColorsGraph::mapColor(int index) const
-{
-    if (colors_.count() > 0)
-        return colors_(index * std::min(colors_.count(), getNColors()) / getNColors());
-    AArray<COLORREF> palette;
-    if (loadedPalette() && GetGlobalPaletteColors(getFirstColor() + index, 1, palette) == 1)
-        return palette(0);
-    const int grey = index * 255 / (getNColors() - 1);
-    return RGB(grey, grey, grey);
-}
-
 std::vector<unsigned char> AColorsGraph::imageHeader(int width, int height) const
 {
     std::vector<unsigned char> header(bitmapInfoSize + 256 * 4);
@@ -114,8 +110,9 @@ std::vector<unsigned char> AColorsGraph::imageHeader(int width, int height) cons
         entry[1] = static_cast<unsigned char>(GetGValue(color));
         entry[2] = static_cast<unsigned char>(GetRValue(color));
     };
-    for (int i = 0; i < getNColors(); ++i)
-        put(getFirstColor() + i, mapColor(i));
+    const AArray<COLORREF> colours = mapColors(play_);
+    for (int i = 0; i < colours.count(); ++i)
+        put(getFirstColor() + i, colours(i));
     put(indices_.blank, blankColor_);
     return header;
 }
@@ -153,19 +150,26 @@ int AColorsGraph::hasRanks(const MapScale& colorScale) const
     return ranked_ > 0;
 }
 
-int AColorsGraph::paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
-                        std::ptrdiff_t stride) const
+/// Keeps the indices of the pixels, on the scale as it is. The first picture of a view comes from
+/// the ranks when there are any; another scale on the same view from the values of the pixels.
+int AColorsGraph::showPixels(const PixelCells& x, const PixelCells& y) const
 {
     const MapScale& colorScale = scale();
-    if (hasRanks(colorScale) && ranks_.paint(x, y, indices_, bits, stride))
+    if (!kept_.show(x, y))
+        return 0;
+    if (kept_.isPainted())
         return 1;
-    MapReduction reduced;
-    return reduced.reduce(cells(), x, y, shared_) &&
-           paintMap(reduced, x, y, colorScale, indices_, bits, stride);
+    if (!kept_.isSameView() && hasRanks(colorScale) &&
+        ranks_.paint(x, y, indices_, kept_.top(), kept_.stride())) {
+        kept_.setPainted();
+        return 1;
+    }
+    return kept_.paint(cells(), shared_, colorScale, indices_);
 }
 
 void AColorsGraph::drawIntoRaster() const
 {
+    useAxisPalette();
     ADIBase* dib = axis()->dib();
     if (!dib || !dib->lpArray())
         return;
@@ -175,9 +179,9 @@ void AColorsGraph::drawIntoRaster() const
     if (!covered.IntersectRect(CRect(graph.left, graph.top, graph.right + 1, graph.bottom + 1),
                                CRect(raster.left, raster.top, raster.right + 1, raster.bottom + 1)))
         return;
-    (void)paint(columnsOfPixels(covered.left, covered.Width()),
-                rowsOfPixels(covered.top, covered.Height()), &(*dib)(covered.left, covered.top),
-                -dib->scanWidth());
+    if (showPixels(columnsOfPixels(covered.left, covered.Width()),
+                   rowsOfPixels(covered.top, covered.Height())))
+        kept_.copy(&(*dib)(covered.left, covered.top), -dib->scanWidth());
 }
 
 /// Where the map does not reach, the picture keeps what it shows: only the rectangle of covered
@@ -202,9 +206,7 @@ void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
     bottom = bottom / ratio * ratio;
     if (left >= right || top >= bottom)
         return;
-    const int scan = ADIBase::ScanLineWidth(x.pixels());
-    AMatrix<unsigned char> bits(y.pixels(), scan);
-    if (bits.cells() < 1 || !paint(x, y, bits.row(y.pixels() - 1), -scan))
+    if (!showPixels(x, y))
         return;
     const std::vector<unsigned char> header = imageHeader(x.pixels(), y.pixels());
     const auto placed = [](int from, int to, int pixels, int pixel) {
@@ -215,8 +217,8 @@ void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
                       placed(target.left, target.right, x.pixels(), right),
                       placed(target.top, target.bottom, y.pixels(), bottom));
     dc.StretchDIBits(shown.left, shown.top, shown.Width(), shown.Height(), left,
-                     y.pixels() - bottom, right - left, bottom - top, bits.data(), header.data(),
-                     DIB_RGB_COLORS, SRCCOPY);
+                     y.pixels() - bottom, right - left, bottom - top, kept_.indices(),
+                     header.data(), DIB_RGB_COLORS, SRCCOPY);
 }
 
 void AColorsGraph::drawOnPage(CDC& dc) const
@@ -238,6 +240,7 @@ void AColorsGraph::drawOnPage(CDC& dc) const
     const int saved = dc.SaveDC();
     dc.IntersectClipRect(rect);
     drawImage(dc, x.pixels, y.pixels, target);
+    kept_.forget();  // a page is drawn once
     dc.RestoreDC(saved);
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "pavane/axes/maps/ABMapGraph.h"
+#include "pavane/axes/maps/AxisPalette.h"
+#include "pavane/axes/maps/cells/KeptPixels.h"
 #include "pavane/axes/maps/cells/MapRanks.h"
 #include "pavane/containers/AArray.h"
+#include "pavane/images/AColorPlay.h"
 #include "platform/types.h"
 
 namespace pavane
@@ -22,14 +25,26 @@ public:
     /// The scale for the values to draw (zRange); an equalized one knows the cells. A logarithmic
     /// scale whose range does not start above 0 starts at the noise of the map.
     const MapScale& scale() const;
-    void setSharedPixel(SharedPixel shared) { shared_ = shared; }
+    MapScaleKind scaleKind() const { return kind_; }
+    void setSharedPixel(SharedPixel shared);
     /// Own colours for contexts, copied: as many as there are, at most 226, are spread evenly over
-    /// the map colours. None: the module's palette.
-    void setColors(const AArray<COLORREF>& colors) { colors_ = colors; }
+    /// the map colours. None: the module's palette. In bitmap mode they show once the colours were
+    /// played with.
+    void setColors(const AArray<COLORREF>& colors);
+    const AArray<COLORREF>& colors() const { return colors_; }
     /// Palette index of blank cells in a raster, and their colour in a context.
     void setBlank(int index, COLORREF color);
     /// Colour `index` of getNColors(), as a context shows it.
     COLORREF mapColor(int index) const;
+    /// Plays with the colours of this map, of contexts and of its raster; other maps stay. The
+    /// axis gets a palette of its own for that at the first play in bitmap mode. Draws nothing.
+    /// Non-zero on success; 0 when the values are none.
+    int SetColorPlay(const AColorPlay& play);
+    const AColorPlay& GetColorPlay() const { return play_; }
+    /// Non-zero while a drag plays: contours keep the colours that stood out before it.
+    void setPlayGoing(int on);
+    /// Colour `index` as contours choose theirs by it.
+    COLORREF contourGround(int index) const;
 
     int isColors() const override { return 1; }
     int getNColors() const override { return MapColors().count; }
@@ -37,6 +52,9 @@ public:
     int getPlusColor() const override { return 1; }
     void cellsChanged() override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
+
+    /// The 226 map colours, `playedWith` or as they are before it.
+    AArray<COLORREF> mapColors(const AColorPlay& playedWith) const;
 
     /// Bitmap-info block of 40 bytes and a table of 256 colours for an 8-bit image of map colours.
     std::vector<unsigned char> imageHeader(int width, int height) const;
@@ -49,8 +67,9 @@ private:
     void drawIntoRaster() const;
     void drawImage(CDC& dc, const PixelCells& x, const PixelCells& y, const CRect& target) const;
     void drawOnPage(CDC& dc) const;
-    int paint(const PixelCells& x, const PixelCells& y, unsigned char* bits,
-              std::ptrdiff_t stride) const;
+    int showPixels(const PixelCells& x, const PixelCells& y) const;
+    HPALETTE unplayedPalette() const;
+    void useAxisPalette() const;
     int hasRanks(const MapScale& colorScale) const;
 
     MapScaleKind kind_ = MapScaleKind::linear;
@@ -64,6 +83,11 @@ private:
     mutable MapRanks ranks_;
     mutable int ranked_ = 0;  ///< 1 when the ranks are those of the scale, -1 without memory
     mutable int drawn_ = 0;   ///< whether the cells were drawn on this scale before
+    mutable KeptPixels kept_;
+    AColorPlay play_;
+    AColorPlay settledPlay_;  ///< before the drag that is going on
+    int playGoes_ = 0;
+    mutable AxisPaletteHolder axisPalette_;
 };
 
 }  // namespace pavane

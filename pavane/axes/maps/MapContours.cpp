@@ -74,7 +74,8 @@ COLORREF MapContours::color(double level, const AColorsGraph* colors) const
         return RGB(0, 0, 0);
     const int last = colors->getNColors() - 1;
     const double place = colors->scale().position(level) * last;
-    return luma(colors->mapColor(truncated(place))) < lightLuma ? RGB(255, 255, 255) : RGB(0, 0, 0);
+    return luma(colors->contourGround(truncated(place))) < lightLuma ? RGB(255, 255, 255)
+                                                                     : RGB(0, 0, 0);
 }
 
 int MapContours::width(const CDC& dc, int fontHeight) const

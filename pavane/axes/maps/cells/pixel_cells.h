@@ -40,6 +40,8 @@ public:
     /// All cells of all groups.
     int firstCell() const { return spans_.empty() ? 0 : spans_.front().first; }
     int endCell() const { return spans_.empty() ? 0 : spans_.back().end; }
+    /// The same pixels show the same cells.
+    friend bool operator==(const PixelCells&, const PixelCells&) = default;
 
 private:
     void append(CellSpan span);
