@@ -258,6 +258,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
+    pavane/history/ViewHistory.h
     pavane/images/AColorPlay.h
     pavane/images/palette_followers.h
     pavane/resources/freq_commands.h

@@ -120,7 +120,7 @@ PAVANE_API int RunMessages();
 /// High bit set (value below 0) while the key is held. Only keys VK_SHIFT, VK_CONTROL, VK_MENU and
 /// the mouse buttons are known.
 PAVANE_API short GetKeyState(int key);
-/// For tests: the modifiers (MK_SHIFT | MK_CONTROL) that GetKeyState reports, -1 for the real ones.
+/// For tests: what GetKeyState reports, MK_SHIFT | MK_CONTROL | 0x20 (Alt); -1 for the real keys.
 PAVANE_API void SetKeyStateOverride(int modifiers);
 /// For tests: GetMessage answers WM_CANCELMODE after so many ms without a message; 0 waits for
 /// ever.

@@ -34,6 +34,8 @@ inline constexpr MenuItem axisItems[] = {
     menuItemOf(ID_SHOW_CELLS),
     menuItemOf(ID_ZOOM_MINUS),
     menuItemOf(ID_WHOLE_MAP),
+    menuItemOf(ID_VIEW_BACK),
+    menuItemOf(ID_VIEW_FORWARD),
     {},
     menuItemOf(ID_COPY_TO_CLIPBOARD),
     menuItemOf(ID_COPY_TO_BMP),
@@ -43,8 +45,13 @@ inline constexpr MenuItem axisMenu[] = {
 };
 
 inline constexpr MenuItem plotItems[] = {
-    menuItemOf(ID_ZOOM_MINUS),        {"&Whole range\t0", ID_WHOLE_MAP}, {},
-    menuItemOf(ID_COPY_TO_CLIPBOARD), menuItemOf(ID_COPY_TO_BMP),
+    menuItemOf(ID_ZOOM_MINUS),
+    {"&Whole range\t0", ID_WHOLE_MAP},
+    menuItemOf(ID_VIEW_BACK),
+    menuItemOf(ID_VIEW_FORWARD),
+    {},
+    menuItemOf(ID_COPY_TO_CLIPBOARD),
+    menuItemOf(ID_COPY_TO_BMP),
 };
 inline constexpr MenuItem plotMenu[] = {
     {"Plot", 0, plotItems, static_cast<int>(std::size(plotItems))},

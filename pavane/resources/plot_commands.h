@@ -3,6 +3,7 @@
 #include "pavane/resources/resource_ids.h"
 #include "pavane/resources/toolbar_icons.h"
 #include "pavane/resources/tools.h"
+#include "pavane/resources/view_ids.h"
 #include "platform/menu_template.h"
 #include "platform/messages.h"
 
@@ -25,11 +26,13 @@ enum class CommandWhen : std::uint8_t {
     isOpen,            ///< a polygon is being drawn
     hasPolygonThere,   ///< where the menu was asked for, or with the focus
     hasAreas,          ///< at all
-    hasAreasOrOpen     ///< or a polygon is being drawn
+    hasAreasOrOpen,    ///< or a polygon is being drawn
+    canViewBack,       ///< to the view before
+    canViewForward     ///< to the view that was left
 };
 
 /// Held with the key of a command. Shift only tells two commands of one key apart.
-enum CommandKey : int { withControl = 1, withShift = 2 };
+enum CommandKey : int { withControl = 1, withShift = 2, withAlt = 4 };
 
 /// The tool of commands that take none up.
 inline constexpr int noTool = -1;
@@ -65,6 +68,8 @@ inline constexpr PlotCommand plotCommands[] = {
      zoomBackIcon, "Back to the view before (7)"},
     {ID_WHOLE_MAP, CommandWhen::isZoomed, "&Whole map\t0", '0', 0, trackerButtonsZoom, noTool,
      wholeMapIcon, "Show the whole map (0)"},
+    {ID_VIEW_BACK, CommandWhen::canViewBack, "Pr&evious view\tAlt+Left", VK_LEFT, withAlt},
+    {ID_VIEW_FORWARD, CommandWhen::canViewForward, "Ne&xt view\tAlt+Right", VK_RIGHT, withAlt},
     {ID_TRACK_UNDO, CommandWhen::canUndo, "&Undo\tCtrl+Z", 'Z', withControl, trackerButtonsEdit,
      noTool, undoIcon, "Undo (Ctrl+Z)"},
     {ID_TRACK_REDO, CommandWhen::canRedo, "&Redo\tCtrl+Shift+Z", 'Z', withControl | withShift,
@@ -106,12 +111,13 @@ constexpr const PlotCommand* commandOfTool(int tool)
 }
 
 /// The command of a key, digits of the number pad included; null where none has it.
-constexpr const PlotCommand* commandOfKey(int key, bool shift, bool control)
+constexpr const PlotCommand* commandOfKey(int key, bool shift, bool control, bool alt = false)
 {
     const int pressed = key >= VK_NUMPAD0 && key <= VK_NUMPAD0 + 9 ? key - VK_NUMPAD0 + '0' : key;
     const PlotCommand* found = nullptr;
     for (const PlotCommand& command : plotCommands) {
-        if (command.key == 0 || command.key != pressed || !(command.held & withControl) == control)
+        if (command.key == 0 || command.key != pressed ||
+            !(command.held & withControl) == control || !(command.held & withAlt) == alt)
             continue;
         if (!(command.held & withShift) != shift)
             return &command;

@@ -279,6 +279,9 @@ int RunMessages()
     return q.quitCode;
 }
 
+/// Messages have no flag of it.
+constexpr unsigned overriddenAlt = 0x20;
+
 short GetKeyState(int key)
 {
     const Queue& q = queue();
@@ -294,7 +297,8 @@ short GetKeyState(int key)
         held = keys & MK_CONTROL;
         break;
     case VK_MENU:
-        held = q.modifiers < 0 && QGuiApplication::keyboardModifiers() & Qt::AltModifier;
+        held = q.modifiers < 0 ? QGuiApplication::keyboardModifiers().testFlag(Qt::AltModifier)
+                               : keys & overriddenAlt;
         break;
     case VK_LBUTTON:
         held = real & MK_LBUTTON;

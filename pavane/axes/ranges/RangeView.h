@@ -50,6 +50,7 @@ public:
     /// The range that was saved last, which leaves the list; 0 without one.
     int goBack(TMinMax& range);
     int canGoBack() const { return !steps_.empty(); }
+    int steps() const { return static_cast<int>(steps_.size()); }
 
     // Gestures: turns of a wheel, or one pan. The first change is the step, the others belong to
     // it.

@@ -39,6 +39,7 @@ AAxisWnd::AAxisWnd()
 
 AAxisWnd::~AAxisWnd()
 {
+    leaveViews();
     endDrags();
     trackers_->SetHost(nullptr);
     trackers_->SetAxis(nullptr);
@@ -278,6 +279,8 @@ APoint<double> AAxisWnd::cellStep() const
 
 void AAxisWnd::saveRange(const TMinMax& shown) { trackers_->SaveRange(this, shown); }
 void AAxisWnd::goBack() { trackers_->ZoomBack(this); }
-int AAxisWnd::canGoBack() const { return trackers_->zoomHistory().count() > 0; }
+int AAxisWnd::canGoBack() const { return zoomSteps() > 0; }
+int AAxisWnd::zoomSteps() const { return trackers_->zoomHistory().count(); }
+void AAxisWnd::dropZoomStep() { trackers_->DropRange(this); }
 
 }  // namespace pavane

@@ -119,6 +119,8 @@ protected:
     int takeKey(int key, bool shift, bool control) override;
     void menuAsked(CPoint point) override;
     int isTime(CommandWhen when) const override;
+    int zoomSteps() const override;
+    void dropZoomStep() override;
 
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     void OnTimer(unsigned id) override;

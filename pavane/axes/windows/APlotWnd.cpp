@@ -15,6 +15,7 @@ APlotWnd::APlotWnd() { SetFlag(windowNoWaitCursor, 1); }
 
 APlotWnd::~APlotWnd()
 {
+    leaveViews();
     endDrags();
     if (ownsAxis_)
         delete axis_;
@@ -30,13 +31,6 @@ int APlotWnd::isBare() const { return !band_.isGoing(); }
 int APlotWnd::IsRangeZoomed() const
 {
     return axis_ && view_.isZoomed(axis_->getMinMax(), directionsOf(*axis_));
-}
-
-void APlotWnd::endGesture()
-{
-    if (view_.isInGesture() && GetSafeHwnd())
-        KillTimer(gestureTimer);
-    view_.endGesture();
 }
 
 void APlotWnd::endPan()
@@ -78,6 +72,7 @@ void APlotWnd::SetPlot(ABAxis* axis, int owned)
 {
     if (axis == axis_)
         return;
+    views_.clear();
     endDrags();
     plotGoes();
     dropAxis();
@@ -96,6 +91,7 @@ void APlotWnd::DataChanged()
     endDrags();
     axis_->setMinMax(withPairs(axis_->getMinMax(), TMinMax()));
     view_.forget();
+    views_.forgetRanges();
     plotCame();
     ContentChanged();
 }

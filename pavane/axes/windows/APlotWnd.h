@@ -6,8 +6,10 @@
 #include "pavane/axes/windows/PlotHooks.h"
 #include "pavane/axes/windows/PlotPicture.h"
 #include "pavane/axes/windows/RubberBand.h"
+#include "pavane/history/ViewHistory.h"
 #include "pavane/windows/ABWindow.h"
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -28,7 +30,8 @@ enum class CommandWhen : std::uint8_t;
 /// The left button draws a rubber band, and what lies in it is shown; Escape, the right button and
 /// the loss of the capture give it up. The wheel pans when zoomed, with Shift across, with Ctrl it
 /// zooms about the pointer; the middle button, or the left one while Space is held, drags the plot.
-/// Keys: 7 goes back to the range before, 0 to the whole, plus and minus zoom about the middle.
+/// Keys: 7 goes back to the range before, 0 to the whole, plus and minus zoom about the middle;
+/// Alt+Left and Alt+Right go back and forward through the views, of which the range is a part.
 class PAVANE_API APlotWnd : public ABWindow, protected PlotHooks
 {
 public:
@@ -85,6 +88,26 @@ public:
     /// How often the content was drawn.
     int contentDrawings() const { return picture_.drawings(); }
 
+    // The views that the user came through: range, and the parts that SetViewPart adds. Apart from
+    // the undo of areas. Steps of the zoom history are steps of this one; one that is taken back by
+    // either is off both.
+    /// The view before the last step; waits for the end of drags. Nothing without a step.
+    void ViewBack();
+    /// What the last ViewBack left.
+    void ViewForward();
+    int CanViewBack() const;
+    int CanViewForward() const { return !views_.isOpen() && views_.canGoForward(); }
+    /// What changes between is one step; calls nest. No step when nothing changed.
+    void BeginView();
+    void EndView();
+    /// In place of the two: one step until half a second without such a call has passed. For turns
+    /// of a wheel and for keys that are held; call it before each change.
+    void BeginViewGesture();
+    /// How a part beside the range is asked and put back; both null take it away. `get` answers
+    /// nothing while there is no such part. They are not called once the window goes.
+    void SetViewPart(ViewPart part, std::function<ViewValues()> get,
+                     std::function<void(const ViewValues&)> put);
+
 protected:
     /// The axis and what heirs put beside it, as windows, pictures and pages show it.
     MapFigure& figure() { return figure_; }
@@ -106,6 +129,10 @@ protected:
     virtual int takeKey(int key, bool shift, bool control);
     /// Whether the commands that wait for something have it; 0 for what this window never has.
     virtual int isTime(CommandWhen when) const;
+    /// Steps of the zoom history, and to take the last off without showing it. Who overrides
+    /// saveRange overrides these.
+    virtual int zoomSteps() const;
+    virtual void dropZoomStep();
 
     // For heirs
     /// The pixels of the plot, those of its last values included.
@@ -121,6 +148,8 @@ protected:
     int presses() const { return presses_; }
     /// Ends everything that the pointer is doing, before what it does it to goes.
     void endDrags();
+    /// Destructors begin with it: what the parts of a view belong to may be gone.
+    void leaveViews();
     /// Where the context menu was asked for; (-1, -1) once the pointer, a press or a key did else.
     CPoint menuPoint() const { return menuPoint_; }
     const CBitmap& contentPixels() const { return picture_.pixels(); }
@@ -155,6 +184,10 @@ private:
         CPoint start;
         TMinMax range;
     };
+    struct PartOfView {
+        std::function<ViewValues()> get;
+        std::function<void(const ViewValues&)> put;
+    };
     FigureLayout layOut(CDC& dc, const CRect& rect) const;
     void layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout);
     void restoreLayout();
@@ -167,6 +200,9 @@ private:
     int wheelPan(double dx, double dy);
     void dropBand();
     void showBand(const RubberBand& band);
+    View shownView() const;
+    void showView(const View& view, const View& shown);
+    void walkViews(int forward);
 
     ABAxis* axis_ = nullptr;
     int ownsAxis_ = 0;
@@ -176,6 +212,11 @@ private:
     CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
     CSize marginsFor_;
     PlotPicture picture_;
+    ViewHistory views_;
+    std::array<PartOfView, viewParts> parts_;
+    int viewGesture_ = 0;   ///< a step that ends by itself
+    int walkingViews_ = 0;  ///< what changes is no step
+    int tellingRange_ = 0;  ///< what handlers do belongs to the gesture
 
     int presses_ = 0;
     RubberBand band_;

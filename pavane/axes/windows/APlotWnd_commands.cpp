@@ -73,6 +73,10 @@ int APlotWnd::isTime(CommandWhen when) const
         return canGoBack();
     case CommandWhen::isZoomed:
         return IsRangeZoomed();
+    case CommandWhen::canViewBack:
+        return CanViewBack();
+    case CommandWhen::canViewForward:
+        return CanViewForward();
     default:
         return 0;
     }
@@ -85,6 +89,10 @@ int APlotWnd::RunCommand(unsigned id)
         return ZoomBack(), 1;
     case ID_WHOLE_MAP:
         return ShowWholeRange(), 1;
+    case ID_VIEW_BACK:
+        return ViewBack(), 1;
+    case ID_VIEW_FORWARD:
+        return ViewForward(), 1;
     case ID_COPY_TO_CLIPBOARD:
         return OnCopyToClipboard(), 1;
     case ID_COPY_TO_BMP:
@@ -131,8 +139,11 @@ void APlotWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
     menuPoint_ = CPoint(-1, -1);
     const HWND self = GetSafeHwnd();
-    const int used =
-        takeKey(static_cast<int>(key), GetKeyState(VK_SHIFT) < 0, GetKeyState(VK_CONTROL) < 0);
+    const auto code = static_cast<int>(key);
+    const bool shift = GetKeyState(VK_SHIFT) < 0, control = GetKeyState(VK_CONTROL) < 0;
+    const PlotCommand* const withAltKey =
+        GetKeyState(VK_MENU) < 0 ? commandOfKey(code, shift, control, true) : nullptr;
+    const int used = withAltKey ? RunCommand(withAltKey->id) : takeKey(code, shift, control);
     if (used || CWnd::FromHandle(self) != this)
         return;
     ABWindow::OnKeyDown(key, repeat, flags);

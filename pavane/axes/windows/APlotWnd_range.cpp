@@ -11,8 +11,6 @@ namespace pavane
 namespace
 {
 
-/// Turns of the wheel closer together than this, in milliseconds, are one gesture.
-constexpr unsigned gesturePause = 400;
 /// Pixels that one notch of the wheel pans by.
 constexpr double panOfNotch = 60;
 
@@ -20,6 +18,13 @@ constexpr double panOfNotch = 60;
 
 void APlotWnd::saveRange(const TMinMax& shown) { view_.save(shown); }
 int APlotWnd::canGoBack() const { return view_.canGoBack(); }
+int APlotWnd::zoomSteps() const { return view_.steps(); }
+
+void APlotWnd::dropZoomStep()
+{
+    TMinMax range;
+    (void)view_.goBack(range);
+}
 
 void APlotWnd::goBack()
 {
@@ -32,21 +37,31 @@ void APlotWnd::SetNewMinMax(const TMinMax& range)
 {
     if (!axis_ || !isShowable(range))
         return;
+    // whoever keeps the zoom history may have begun a step of it
+    const int isStep = !walkingViews_ && !views_.isOpen() && zoomSteps() > views_.zooms();
+    if (isStep)
+        views_.begin(shownView());
     dropBand();  // it was drawn about what was shown
     axis_->setMinMax(withPairs(axis_->getMinMax(), range));
     picture_.moved();
     ContentChanged();
+    const LifeWatch self(life());
+    ++tellingRange_;
     rangeIsNew();
     OnRangeChanged();
+    if (!self.alive())
+        return;
+    --tellingRange_;
+    if (isStep)
+        EndView();
 }
 
 /// The first change of a gesture puts the range into the history, what follows belongs to it.
 void APlotWnd::beginGesture()
 {
+    BeginViewGesture();
     if (view_.beginStep())
         saveRange(axis_->getMinMax());
-    if (!pan_.going)
-        SetTimer(gestureTimer, gesturePause);
 }
 
 void APlotWnd::ZoomAbout(CPoint pixel, double factor)
@@ -92,7 +107,13 @@ void APlotWnd::Pan(int dx, int dy)
 void APlotWnd::ZoomBack()
 {
     endGesture();
+    if (!views_.isOpen())
+        views_.setZooms(zoomSteps());
+    const View shown = shownView();
+    const LifeWatch self(life());
     goBack();
+    if (self.alive() && !views_.isOpen() && zoomSteps() < views_.zooms())
+        views_.zoomTakenBack(shown);
 }
 
 void APlotWnd::ShowWholeRange()
@@ -100,8 +121,12 @@ void APlotWnd::ShowWholeRange()
     endGesture();
     if (!IsRangeZoomed())
         return;
+    const LifeWatch self(life());
+    BeginView();
     saveRange(axis_->getMinMax());
     SetNewMinMax(view_.whole());
+    if (self.alive())
+        EndView();
 }
 
 /// Fine wheels send parts of notches; what is no whole pixel waits for the next.
@@ -152,10 +177,14 @@ void APlotWnd::showBand(const RubberBand& band)
                        directionsOf(*axis_), range))
         return;
     endGesture();
+    const HWND handle = GetSafeHwnd();
+    const LifeWatch self(life());
+    BeginView();
     saveRange(axis_->getMinMax());
-    const HWND self = GetSafeHwnd();
     SetNewMinMax(range);
-    if (CWnd::FromHandle(self) == this)
+    if (self.alive())
+        EndView();
+    if (CWnd::FromHandle(handle) == this)
         showStatusAtPointer();
 }
 

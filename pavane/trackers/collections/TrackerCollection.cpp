@@ -82,6 +82,13 @@ void TrackerCollection::ForgetRanges(CWnd* window)
     enableZoomBack(GetToolBar(window), zoomHistory_);
 }
 
+void TrackerCollection::DropRange(CWnd* window)
+{
+    if (zoomHistory_.count() > 0)
+        (void)zoomHistory_.DeleteItems(zoomHistory_.count() - 1, 1);
+    enableZoomBack(GetToolBar(window), zoomHistory_);
+}
+
 void TrackerCollection::ZoomBack(CWnd* window)
 {
     if (zoomHistory_.count() == 0)
@@ -91,9 +98,7 @@ void TrackerCollection::ZoomBack(CWnd* window)
     SetNewMinMax(window, range);
     if (!self.alive())
         return;
-    if (zoomHistory_.count() > 0)
-        (void)zoomHistory_.DeleteItems(zoomHistory_.count() - 1, 1);
-    enableZoomBack(GetToolBar(window), zoomHistory_);
+    DropRange(window);
     ChangeTrackState(window);
 }
 

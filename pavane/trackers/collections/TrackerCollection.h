@@ -70,6 +70,8 @@ public:
     void SaveRange(CWnd* window, const TMinMax& range);
     /// Empties the history and disables the zoom-back command.
     void ForgetRanges(CWnd* window);
+    /// Takes the last range off the history; the window shows it, or is about to.
+    void DropRange(CWnd* window);
 
     // Mouse and tools; a window calls these from its own handlers.
     int mode() const;

@@ -144,7 +144,7 @@ TEST(AxisWindowInput, TakesAWheelGestureForOneStepOfTheAreasHistory)
     for (int i = 0; i < 5; ++i)
         window.wheel(1, p, MK_CONTROL);
     EXPECT_EQ(steps(), 1);
-    AxisWindow::runFor(450);
+    AxisWindow::runFor(550);
     const TMinMax zoomed = window.GetAxis()->getMinMax();
     window.wheel(-2, p);
     window.wheel(1, p, MK_SHIFT);
@@ -164,7 +164,7 @@ TEST(AxisWindowInput, PansWithTheMiddleButtonAndSpace)
 {
     AxisWindow window;
     window.ZoomAbout(window.at(30, 40), 4);
-    AxisWindow::runFor(450);
+    AxisWindow::runFor(550);
     window.UpdateWindow();
     const CPoint from = window.at(30, 40);
     const CPoint to(from.x + 40, from.y - 30);
