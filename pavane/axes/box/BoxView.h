@@ -74,6 +74,8 @@ public:
     double height() const { return height_; }
     /// The edges of the base, 1 x 1 at first; only their ratio counts. 0 when one is not above 0.
     int setBase(double width, double depth);
+    /// Edges of the box in p, q and s, the longer one of the base is 1.
+    BoxPoint size() const { return {width_, depth_, height_}; }
     /// 1: the whole box. 0 when it is not a number above 0.
     int setZoom(double zoom);
     double zoom() const { return zoom_; }

@@ -92,6 +92,8 @@ public:
                                   : firstCell_ + static_cast<std::uint32_t>(row) * mapColumns_ +
                                         static_cast<std::uint32_t>(column);
     }
+    /// The cells of a surface of blocks, empty for one of single cells.
+    const AMatrix<std::uint32_t>& blockCells() const { return cells_; }
     int mapColumns() const { return static_cast<int>(mapColumns_); }
 
 private:
