@@ -292,4 +292,11 @@ UvVisibility AUVXFile::visibility(const UvGroups& groups, int i, int ifIndex, in
             layout.complexLength > 2 ? cell[2 * layout.complexStep] : 1.0f};
 }
 
+UvCellSteps AUVXFile::cellSteps() const
+{
+    const UvLayout& layout = *layout_;
+    return {layout.cells,      layout.ifStep,      layout.channelStep,
+            layout.stokesStep, layout.complexStep, layout.complexLength > 2};
+}
+
 }  // namespace pavane

@@ -74,6 +74,8 @@ public:
     /// A file without weights has 1 everywhere.
     UvVisibility visibility(const UvGroups& groups, int i, int ifIndex, int channel,
                             int stokes) const;
+    /// Where the numbers of UvGroups::cells stand, for loops that need all of them.
+    UvCellSteps cellSteps() const;
 
 private:
     int takeGroups(std::int64_t first, int count, int what, UvGroups& groups);

@@ -9,7 +9,7 @@ namespace pavane
 
 /// Keys in the order in which they were first met, each with a value. A key has `hash()` and `==`.
 /// Made for keys that come round and round in the same order: the one that followed the last time
-/// is looked at first. Private to tessel's sources.
+/// is looked at first.
 template <typename Key, typename Value>
 class Distinct
 {

@@ -25,6 +25,14 @@ struct UvGroups {
     void clear();
 };
 
+/// Steps in UvGroups::cells from one group, IF, channel or polarisation to the next, and from the
+/// real part of a visibility to its imaginary part, which is also that to its weight, where the
+/// file has weights.
+struct UvCellSteps {
+    std::int64_t group = 0, ifIndex = 0, channel = 0, stokes = 0, part = 0;
+    int hasWeights = 0;
+};
+
 /// One complex number of a group. A weight of 0 or below means flagged.
 struct UvVisibility {
     float real = 0, imaginary = 0, weight = 0;

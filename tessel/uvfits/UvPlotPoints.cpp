@@ -1,6 +1,6 @@
 #include "tessel/uvfits/UvPlotPoints.h"
 
-#include "tessel/uvfits/Distinct.h"
+#include "tessel/uvfits/UvChoice.h"
 
 #include <algorithm>
 #include <bit>
@@ -19,20 +19,6 @@ constexpr std::size_t blockPoints = std::size_t{1} << 18;
 constexpr std::size_t mostPlaces = std::size_t{1} << 14;
 /// Thinning ends here: what is left then are equal points, of which all look like one.
 constexpr std::int64_t mostThinning = std::int64_t{1} << 32;
-constexpr std::size_t mostBaselines = 1 << 22;
-
-struct Pair {
-    int subarray, first, second;
-    bool operator==(const Pair&) const = default;
-    std::uint64_t hash() const
-    {
-        return spread(spread(static_cast<std::uint32_t>(subarray)) ^
-                      (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
-                       static_cast<std::uint32_t>(second)));
-    }
-};
-
-int isWhole(const ABitArray& marks) { return marks.ones() == marks.count(); }
 
 /// Whether a point stays when one in `thinning`, a power of two, does. What it is decides, so that
 /// neither order nor rhythm of the file shows.
@@ -66,116 +52,12 @@ int isFinite(const UvVisibility& v)
 
 }  // namespace
 
-/// The marks, made ready to be asked of each group.
-struct UvPlotPoints::Choice {
-    Choice(const AUVXFile& file, const UvMarks& marks);
-    /// Hz, of the channels of the group's IFs one after the other, 0 where they are not marked;
-    /// null when nothing of the group is to be plotted.
-    const double* frequenciesOf(const UvGroups& groups, std::size_t i);
-    int takesPair(const Pair& pair, int isMarked) const;
-    int takesScan(const UvGroups& groups, std::size_t i);
-    void makeFrequencies(std::size_t selection);
-
-    const AUVXFile& file;
-    const UvMarks& marks;
-    int allTelescopes, allSources, allScans;
-    std::vector<int> stokes;
-    std::vector<std::vector<double>> frequencies;  ///< of each selection, empty until it is met
-    Distinct<Pair, int> pairs{mostBaselines};      ///< whether those met so far are plotted
-    int newPair;                                   ///< what one in no table is marked as
-    int lastScan = -1;
-};
-
-UvPlotPoints::Choice::Choice(const AUVXFile& f, const UvMarks& m)
-    : file(f), marks(m), allTelescopes(isWhole(m.telescopes)), allSources(isWhole(m.sources)),
-      allScans(isWhole(m.scans)), newPair(isWhole(m.baselines))
-{
-    const UvHeader& header = f.header();
-    for (int s = 0; s < static_cast<int>(header.stokes.size()); ++s)
-        stokes.push_back(m.stokes.count() ? m.stokes.get(s) : 1);
-    frequencies.resize(f.fqTbl().selections().size());
-    for (std::size_t i = 0; i < m.baselineTable.size(); ++i) {
-        const UvBaseline& b = m.baselineTable[i];
-        const Pair pair = {b.subarray, b.first, b.second};
-        const int isMarked = newPair || m.baselines.get(static_cast<int>(i));
-        (void)pairs.of(pair, takesPair(pair, isMarked));
-    }
-}
-
-void UvPlotPoints::Choice::makeFrequencies(std::size_t selection)
-{
-    const AUVXFqTbl& table = file.fqTbl();
-    int row = 0;
-    for (std::size_t i = 0; i < selection; ++i)
-        row += static_cast<int>(table.selections()[i].ifs.size());
-    const auto ifs = static_cast<int>(table.selections()[selection].ifs.size());
-    const int isAll = isWhole(marks.frequencies);
-    std::vector<double>& hertz = frequencies[selection];
-    for (int k = 0; k < file.header().ifs; ++k)
-        for (int c = 0; c < file.header().channels; ++c) {
-            const int isMarked = k < ifs && (isAll || marks.frequencies.get(row + k));
-            hertz.push_back(isMarked ? table.frequency(static_cast<int>(selection), k, c) : 0);
-        }
-}
-
-int UvPlotPoints::Choice::takesPair(const Pair& pair, int isMarked) const
-{
-    if (!isMarked || allTelescopes)
-        return isMarked;
-    for (const int number : {pair.first, pair.second}) {
-        const AUVXTlscItem* const item = file.telescope(pair.subarray, number);
-        if (!item || !marks.telescopes.get(static_cast<int>(item - file.telescopes().data())))
-            return 0;
-    }
-    return 1;
-}
-
-int UvPlotPoints::Choice::takesScan(const UvGroups& groups, std::size_t i)
-{
-    const std::int64_t number = groups.first + static_cast<std::int64_t>(i) + 1;
-    const double time = groups.time[i];
-    // most groups are in the scan of the one before
-    const UvScan* const last =
-        lastScan < 0 ? nullptr : &marks.scanTable[static_cast<std::size_t>(lastScan)];
-    const int isSame = last && last->subarray == groups.subarray[i] &&
-                       last->source == groups.source[i] && last->selection == groups.selection[i] &&
-                       number >= last->first && number <= last->last && time >= last->start &&
-                       time <= last->end;
-    if (!isSame)
-        lastScan = scanOf(marks.scanTable, groups.subarray[i], groups.source[i],
-                          groups.selection[i], time, number);
-    return marks.scans.get(lastScan);
-}
-
-const double* UvPlotPoints::Choice::frequenciesOf(const UvGroups& groups, std::size_t i)
-{
-    const Pair pair = {groups.subarray[i], groups.antenna1[i], groups.antenna2[i]};
-    const int fresh = takesPair(pair, newPair);
-    const int* const taken = pairs.of(pair, fresh);
-    const int selection = file.fqTbl().selectionOf(groups.selection[i]);
-    if (!(taken ? *taken : fresh) || selection < 0)
-        return nullptr;
-    if (!allSources) {
-        const UvSource* const source = file.source(groups.source[i]);
-        if (!source || !marks.sources.get(static_cast<int>(source - file.sources().data())))
-            return nullptr;
-    }
-    if (!allScans && !marks.scans.get(scanOf(marks.scanTable, pair.subarray, groups.source[i],
-                                             groups.selection[i], groups.time[i],
-                                             groups.first + static_cast<std::int64_t>(i) + 1)))
-        return nullptr;
-    const auto at = static_cast<std::size_t>(selection);
-    if (frequencies[at].empty())
-        makeFrequencies(at);
-    return frequencies[at].data();
-}
-
 UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints)
     : file_(file), marks_(std::move(marks)), mostPoints_(mostPoints)
 {
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
-    choice_ = std::make_unique<Choice>(file, marks_);
+    choice_ = std::make_unique<UvChoice>(file, marks_);
 }
 
 UvPlotPoints::~UvPlotPoints() = default;
@@ -236,14 +118,14 @@ void UvPlotPoints::takeGroup(int i)
             const double distance = seconds * hertz;
             const int isPlace = hertz > 0 && std::isfinite(distance);
             const std::int64_t plottedBefore = plotted_;
-            for (int s = 0; s < static_cast<int>(choice_->stokes.size()); ++s) {
+            for (int s = 0; s < choice_->stokesCount(); ++s) {
                 const UvVisibility value = file_.visibility(groups_, i, f, c, s);
                 const int isFlagged = !(value.weight > 0);
                 const int isBad = !isFinite(value);
                 ++totals_.visibilities;
                 totals_.flagged += isFlagged;
                 totals_.notFinite += isBad;
-                if (!isPlace || isFlagged || isBad || !choice_->stokes[static_cast<std::size_t>(s)])
+                if (!isPlace || isFlagged || isBad || !choice_->takesStokes(s))
                     continue;
                 keep(distance, amplitudeOf(value), groups_.first + i);
             }
@@ -354,9 +236,9 @@ int UvPlotPoints::findOrigin(const UvPlotPoint& point, UvPointOrigin& origin)
     const double seconds = std::hypot(group.u[0], group.v[0]);
     for (int f = 0; frequency && f < header.ifs; ++f)
         for (int c = 0; c < header.channels; ++c, ++frequency)
-            for (int s = 0; s < static_cast<int>(choice_->stokes.size()); ++s) {
+            for (int s = 0; s < choice_->stokesCount(); ++s) {
                 const UvVisibility value = file_.visibility(group, 0, f, c, s);
-                if (!(value.weight > 0) || !choice_->stokes[static_cast<std::size_t>(s)] ||
+                if (!(value.weight > 0) || !choice_->takesStokes(s) ||
                     static_cast<float>(seconds * *frequency) != point.distance ||
                     static_cast<float>(amplitudeOf(value)) != point.amplitude)
                     continue;

@@ -14,6 +14,8 @@
 namespace pavane
 {
 
+class UvChoice;
+
 /// A visibility in a plot of amplitude against distance.
 struct UvPlotPoint {
     float distance = 0;       ///< in the plane of u and v, wavelengths
@@ -86,7 +88,6 @@ public:
     int originOf(const UvPlotPoint& point, UvPointOrigin& origin);
 
 private:
-    struct Choice;
     int goOn(std::int64_t bytes);
     void takeGroup(int i);
     void keep(double distance, double amplitude, std::int64_t group);
@@ -108,7 +109,7 @@ private:
     std::vector<UvPointBlock> blocks_;
     std::int64_t placeStep_ = 1;
     std::vector<Place> places_;
-    std::unique_ptr<Choice> choice_;
+    std::unique_ptr<UvChoice> choice_;
 };
 
 }  // namespace pavane

@@ -1,0 +1,395 @@
+#include "pavane/calibration/MomentReader.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <new>
+#include <tuple>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr std::size_t mostKeys = 1 << 22;
+constexpr double secondsPerDay = 86400;
+/// Groups that tell the length of an integration.
+constexpr std::int64_t firstGroups = 1 << 16;
+/// Times jitter by some thousandths of a second; steps are told apart to so many of them, and to
+/// the second unit where all steps are shorter.
+constexpr double stepUnits[] = {0.1, 0.001};
+/// Legs closer than this are of one time even where no step is known.
+constexpr double leastHalf = 5e-4 / secondsPerDay;
+/// Moments of different origins that may be open at once, and how often a file may jump back in
+/// time and still be read in its order.
+constexpr std::size_t mostOpen = 64, mostRuns = 64;
+/// Bytes of moments that are put together at once in files that are read by time.
+constexpr std::size_t batchBytes = std::size_t{64} << 20;
+constexpr std::size_t mostEntries = std::size_t{1} << 28;
+
+using BaselineTimes = std::map<std::tuple<int, int, int>, std::vector<double>>;
+
+/// Days between a time of a baseline and its next one, most often; 0 where there is no next one.
+double commonestStep(BaselineTimes& baselines)
+{
+    for (auto& [baseline, times] : baselines)
+        std::sort(times.begin(), times.end());
+    for (const double unit : stepUnits) {
+        std::map<double, int> counts;
+        for (const auto& [baseline, times] : baselines)
+            for (std::size_t i = 1; i < times.size(); ++i)
+                if (const double step =
+                        std::floor((times[i] - times[i - 1]) * secondsPerDay / unit + 0.5);
+                    step > 0)
+                    ++counts[step];
+        const auto most =
+            std::max_element(counts.begin(), counts.end(),
+                             [](const auto& a, const auto& b) { return a.second < b.second; });
+        if (most != counts.end())
+            return most->first * unit / secondsPerDay;
+    }
+    return 0;
+}
+
+}  // namespace
+
+MomentReader::MomentReader(AUVXFile& file, const UvMarks& marks, const UvSplit& split,
+                           const std::vector<UvBaseline>& baselines, int withPlaces)
+    : file_(file), marks_(marks), choice_(file, marks_), cells_(file, choice_, split),
+      baselines_(baselines.size()),
+      what_(UvGroups::baselines | UvGroups::origins | UvGroups::times | UvGroups::cellValues |
+            (withPlaces ? UvGroups::places : 0)),
+      legs_(mostKeys), origins_(mostKeys)
+{
+    for (std::size_t i = 0; i < baselines.size(); ++i) {
+        const UvBaseline& b = baselines[i];
+        (void)legs_.of({b.subarray, b.first, b.second}, {static_cast<int>(i), 1});
+        (void)legs_.of({b.subarray, b.second, b.first}, {static_cast<int>(i), -1});
+    }
+}
+
+double MomentReader::done() const
+{
+    const auto share = [](auto part, auto all) {
+        return all > 0 ? static_cast<double>(part) / static_cast<double>(all) : 1;
+    };
+    constexpr double shareOfIndex = 0.3;
+    switch (phase_) {
+    case Phase::start:
+        return 0;
+    case Phase::inOrder:
+        return share(next_, file_.header().groups);
+    case Phase::index:
+        return shareOfIndex * share(next_, file_.header().groups);
+    case Phase::byTime:
+        return shareOfIndex + (1 - shareOfIndex) * share(entry_, entries_.size());
+    default:
+        return 1;
+    }
+}
+
+int MomentReader::step(std::int64_t bytes, MomentSink& sink)
+{
+    if (!error_.empty() || phase_ == Phase::over)
+        return 0;
+    try {
+        return goOn(bytes, sink);
+    } catch (const std::bad_alloc&) {
+        error_ = "needs more memory than there is";
+        return 0;
+    }
+}
+
+int MomentReader::readBlock(std::int64_t first, std::int64_t count, int what)
+{
+    if (file_.readGroups(first, static_cast<int>(count), what, groups_))
+        return 1;
+    error_ = "has become shorter while it was read";
+    return 0;
+}
+
+/// Those of one baseline each, since the times of different ones may lie beside each other.
+void MomentReader::measureStep()
+{
+    BaselineTimes times;
+    const std::int64_t last = std::min(firstGroups, file_.header().groups);
+    for (std::int64_t g = 0; g < last;) {
+        const std::int64_t count = std::min<std::int64_t>(file_.blockGroups(), last - g);
+        if (!readBlock(g, count, UvGroups::baselines | UvGroups::times))
+            return;
+        for (std::size_t i = 0; i < groups_.time.size(); ++i)
+            if (std::isfinite(groups_.time[i]))
+                times[{groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}].push_back(
+                    groups_.time[i]);
+        g += count;
+    }
+    half_ = std::max(commonestStep(times) / 2, leastHalf);
+}
+
+int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
+{
+    if (phase_ == Phase::start) {
+        measureStep();
+        phase_ = Phase::inOrder;
+    }
+    const std::int64_t groups = file_.header().groups;
+    std::int64_t left = bytes;
+    while (left > 0 && error_.empty() && (phase_ == Phase::inOrder || phase_ == Phase::index)) {
+        const std::int64_t count = std::min<std::int64_t>(file_.blockGroups(), groups - next_);
+        if (count <= 0) {
+            if (phase_ == Phase::inOrder) {
+                closeAll(sink);
+                phase_ = Phase::over;
+                return 0;
+            }
+            std::stable_sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
+                return std::tie(a.origin, a.time) < std::tie(b.origin, b.time);
+            });
+            phase_ = Phase::byTime;
+            break;
+        }
+        const int isIndex = phase_ == Phase::index;
+        if (!readBlock(next_, count, isIndex ? what_ & ~UvGroups::cellValues : what_))
+            return 0;
+        next_ += count;
+        left -= count * file_.groupBytes();
+        for (std::size_t i = 0; i < static_cast<std::size_t>(count); ++i) {
+            if (!isWanted(i))
+                continue;
+            if (isIndex)
+                addEntry(i);
+            else if (!takeInOrder(i, sink)) {
+                sink.restart();
+                opened_ = 0;
+                next_ = 0;
+                phase_ = Phase::index;
+                break;
+            }
+        }
+    }
+    while (left > 0 && error_.empty() && phase_ == Phase::byTime) {
+        left -= static_cast<std::int64_t>(batchBytes);
+        if (!takeBatch(sink))
+            phase_ = Phase::over;
+    }
+    return error_.empty() && phase_ != Phase::over;
+}
+
+int MomentReader::isWanted(std::size_t i) const
+{
+    return std::isfinite(groups_.time[i]) && marks_.times.holds(groups_.time[i]);
+}
+
+MomentReader::Leg MomentReader::legOf(std::size_t i)
+{
+    const Leg* const leg =
+        legs_.of({groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}, {});
+    return leg ? *leg : Leg();
+}
+
+/// -1 when there are too many.
+int MomentReader::originOf(std::size_t i)
+{
+    const auto fresh = static_cast<int>(origins_.items().size());
+    const int* const origin =
+        origins_.of({groups_.subarray[i], groups_.source[i], groups_.selection[i]}, fresh);
+    return origin ? *origin : -1;
+}
+
+void MomentReader::begin(UvMoment& moment, int origin, const double* frequencies, double time) const
+{
+    const Key& key = origins_.items()[static_cast<std::size_t>(origin)].key;
+    moment.subarray = key.subarray;
+    moment.source = key.a;
+    moment.selection = key.b;
+    moment.first = moment.last = time;
+    moment.frequencies = frequencies;
+    moment.legs.resize(baselines_);
+    moment.has.assign(baselines_, 0);
+}
+
+int MomentReader::fits(const UvMoment& moment, double time) const
+{
+    return std::max(moment.last, time) - std::min(moment.first, time) <= half_;
+}
+
+void MomentReader::put(UvMoment& moment, std::size_t i, const Leg& leg, double time) const
+{
+    const auto b = static_cast<std::size_t>(leg.baseline);
+    moment.first = std::min(moment.first, time);
+    moment.last = std::max(moment.last, time);
+    // a leg without a visibility that counts is a missing one
+    moment.has[b] = static_cast<char>(
+        moment.legs[b].take(groups_, static_cast<int>(i), cells_, moment.frequencies, leg.sign));
+}
+
+// --- in the order of the file
+
+void MomentReader::closeOthers(double time, MomentSink& sink)
+{
+    for (std::size_t k = 0; k < opened_;) {
+        if (fits(open_[k], time) && opened_ < mostOpen) {
+            ++k;
+            continue;
+        }
+        sink.take(open_[k]);
+        std::vector<std::vector<double>>& runs =
+            given_[static_cast<std::size_t>(openOrigin_[k])].runs;
+        runs.back().push_back(open_[k].last);
+        --opened_;
+        std::swap(open_[k], open_[opened_]);
+        openOrigin_[k] = openOrigin_[opened_];
+    }
+}
+
+void MomentReader::closeAll(MomentSink& sink)
+{
+    for (std::size_t k = 0; k < opened_; ++k)
+        sink.take(open_[k]);
+    opened_ = 0;
+}
+
+/// Whether moments of about this time have been given already; begins a run where it lies before
+/// others.
+int MomentReader::isGiven(int origin, double time)
+{
+    const auto at = static_cast<std::size_t>(origin);
+    if (at >= given_.size())
+        given_.resize(at + 1);
+    std::vector<std::vector<double>>& runs = given_[at].runs;
+    if (runs.empty() || (!runs.back().empty() && time <= runs.back().back())) {
+        for (const std::vector<double>& run : runs) {
+            const auto near = std::lower_bound(run.begin(), run.end(), time - 2 * half_);
+            if (near != run.end() && *near <= time + 2 * half_)
+                return 1;
+        }
+        if (runs.size() >= mostRuns)
+            return 1;
+        runs.emplace_back();
+    }
+    return 0;
+}
+
+/// 0 when the file cannot be read in its order.
+int MomentReader::takeInOrder(std::size_t i, MomentSink& sink)
+{
+    const double time = groups_.time[i];
+    closeOthers(time, sink);
+    const Leg leg = legOf(i);
+    if (leg.baseline < 0)
+        return 1;
+    const double* const frequencies = choice_.frequenciesOf(groups_, i);
+    const int origin = frequencies ? originOf(i) : -1;
+    if (origin < 0)
+        return 1;
+    const auto b = static_cast<std::size_t>(leg.baseline);
+    std::size_t k = 0;
+    while (k < opened_ && openOrigin_[k] != origin)
+        ++k;
+    if (k < opened_ && open_[k].has[b])
+        return 0;  // the baseline comes twice: what belongs together is found out by time
+    if (k == opened_) {
+        if (isGiven(origin, time))
+            return 0;
+        if (opened_ == open_.size()) {
+            open_.emplace_back();
+            openOrigin_.push_back(0);
+        }
+        openOrigin_[k] = origin;
+        begin(open_[k], origin, frequencies, time);
+        ++opened_;
+    }
+    put(open_[k], i, leg, time);
+    return 1;
+}
+
+// --- by time
+
+void MomentReader::addEntry(std::size_t i)
+{
+    const Leg leg = legOf(i);
+    const int origin = leg.baseline >= 0 && choice_.frequenciesOf(groups_, i) ? originOf(i) : -1;
+    if (origin < 0)
+        return;
+    if (entries_.size() >= mostEntries) {
+        error_ = "has too many groups that are in no order of time";
+        return;
+    }
+    entries_.push_back(
+        {groups_.time[i], groups_.first + static_cast<std::int64_t>(i), origin, leg});
+}
+
+/// The first entry behind the moment that begins with entry `from`.
+std::size_t MomentReader::nextMoment(std::size_t from) const
+{
+    const Entry& first = entries_[from];
+    std::size_t end = from + 1;
+    const auto isAgain = [&](const Entry& entry) {
+        // looked for from the end: a baseline comes again after all the others
+        for (std::size_t k = end; k-- > from;)
+            if (entries_[k].leg.baseline == entry.leg.baseline)
+                return entry.time - entries_[k].time > leastHalf;
+        return false;
+    };
+    while (end < entries_.size() && entries_[end].origin == first.origin &&
+           entries_[end].time - first.time <= half_ && !isAgain(entries_[end]))
+        ++end;
+    return end;
+}
+
+/// 0 when there are no more moments.
+int MomentReader::takeBatch(MomentSink& sink)
+{
+    struct Wanted {
+        std::int64_t group;
+        std::size_t moment;
+        Leg leg;
+        double time;
+        int origin;
+    };
+    const std::size_t legBytes = sizeof(UvLeg) + 6 * sizeof(double) * cells_.count();
+    const std::size_t momentBytes = (baselines_ + 1) * legBytes;
+    const std::size_t moments = std::max<std::size_t>(batchBytes / momentBytes, 1);
+    std::vector<Wanted> wanted;
+    std::size_t count = 0;
+    for (; count < moments && entry_ < entries_.size(); ++count) {
+        const std::size_t end = nextMoment(entry_);
+        for (; entry_ < end; ++entry_) {
+            const Entry& e = entries_[entry_];
+            wanted.push_back({e.group, count, e.leg, e.time, e.origin});
+        }
+    }
+    std::sort(wanted.begin(), wanted.end(),
+              [](const Wanted& a, const Wanted& b) { return a.group < b.group; });
+    if (open_.size() < count)
+        open_.resize(count);
+    std::vector<char> begun(count);
+    for (std::size_t w = 0; w < wanted.size();) {
+        std::size_t end = w + 1;
+        while (end < wanted.size() && wanted[end].group == wanted[end - 1].group + 1 &&
+               end - w < static_cast<std::size_t>(file_.blockGroups()))
+            ++end;
+        if (!readBlock(wanted[w].group, static_cast<std::int64_t>(end - w), what_))
+            return 0;
+        for (std::size_t i = 0; w < end; ++w, ++i) {
+            const Wanted& one = wanted[w];
+            UvMoment& moment = open_[one.moment];
+            const double* const frequencies = choice_.frequenciesOf(groups_, i);
+            if (!frequencies)
+                continue;
+            if (!begun[one.moment]) {
+                begin(moment, one.origin, frequencies, one.time);
+                begun[one.moment] = 1;
+            }
+            if (!moment.has[static_cast<std::size_t>(one.leg.baseline)])
+                put(moment, i, one.leg, one.time);
+        }
+    }
+    for (std::size_t k = 0; k < count; ++k)
+        if (begun[k])
+            sink.take(open_[k]);
+    return entry_ < entries_.size();
+}
+
+}  // namespace pavane

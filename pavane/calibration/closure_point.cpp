@@ -1,0 +1,57 @@
+#include "pavane/calibration/closure_point.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double halfTurn = 180;
+constexpr double degreesOfRadian = 57.295779513082320877;
+
+}  // namespace
+
+double wrappedDegrees(double degrees)
+{
+    const double wrapped = std::remainder(degrees, 2 * halfTurn);
+    return wrapped == -halfTurn ? halfTurn : wrapped;
+}
+
+double degreesOf(const std::complex<double>& value)
+{
+    const double degrees = std::atan2(value.imag(), value.real()) * degreesOfRadian;
+    // the arc of a negative zero is the other end of the range
+    return degrees <= -halfTurn ? halfTurn : std::min(degrees, halfTurn);
+}
+
+int closurePoint(const ClosureSums& sums, ClosurePoint& point)
+{
+    if (!(sums.count > 0))
+        return 0;
+    const double amplitude = std::abs(sums.product);
+    const double error =
+        amplitude > 0 ? std::sqrt(sums.variance) / amplitude * degreesOfRadian : halfTurn;
+    point = {degreesOf(sums.product), error < halfTurn ? error : halfTurn, amplitude / sums.count};
+    return 1;
+}
+
+int closurePoint(const std::array<std::complex<double>, 3>& legs,
+                 const std::array<double, 3>& weights, ClosurePoint& point)
+{
+    double error = 0;
+    for (std::size_t i = 0; i < legs.size(); ++i) {
+        if (!(weights[i] > 0) || !std::isfinite(weights[i]) || !std::isfinite(legs[i].real()) ||
+            !std::isfinite(legs[i].imag()))
+            return 0;
+        error += 1 / (weights[i] * std::norm(legs[i]));
+    }
+    error = std::sqrt(error) * degreesOfRadian;
+    const std::complex<double> product = legs[0] * legs[1] * legs[2];
+    point = {degreesOf(product), error < halfTurn ? error : halfTurn, std::abs(product)};
+    return 1;
+}
+
+}  // namespace pavane

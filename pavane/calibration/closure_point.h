@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tessel/api.h"
+
+#include <array>
+#include <complex>
+
+namespace pavane
+{
+
+/// A closure phase: that of a triple product V(ab) V(bc) V(ca).
+struct ClosurePoint {
+    double phase = 0;      ///< degrees, in (-180, 180]
+    double error = 180;    ///< degrees, at most 180
+    double amplitude = 0;  ///< of the triple product, the third power of the visibilities' unit
+};
+
+/// What triple products add up to. The sum of their variances is that of the part across the sum.
+struct ClosureSums {
+    std::complex<double> product{};
+    double variance = 0;
+    double count = 0;
+};
+
+/// The point of the mean of triple products. Non-zero when there is one; 0 of no products.
+PAVANE_API int closurePoint(const ClosureSums& sums, ClosurePoint& point);
+
+/// The point of three legs ab, bc and ca, in this direction, and their weights, one over the
+/// square of the error of real or imaginary part. Non-zero when there is one; 0 when a leg is
+/// missing: flagged, with a weight of 0 or below, or not finite. The error is the root of the sum
+/// of 1 / (weight amplitude^2).
+PAVANE_API int closurePoint(const std::array<std::complex<double>, 3>& legs,
+                            const std::array<double, 3>& weights, ClosurePoint& point);
+
+/// Degrees in (-180, 180].
+PAVANE_API double wrappedDegrees(double degrees);
+/// Of a complex number, in (-180, 180].
+PAVANE_API double degreesOf(const std::complex<double>& value);
+
+}  // namespace pavane

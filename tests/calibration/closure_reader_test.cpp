@@ -1,0 +1,227 @@
+#include "pavane/calibration/ClosureReader.h"
+#include "tests/calibration/made_data.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <random>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double secondsPerDay = 86400;
+
+struct Read {
+    AUVXFile file;
+    std::unique_ptr<ClosureReader> reader;
+    Read(const std::string& name, const std::vector<MadeGroup>& groups,
+         const ClosureAveraging& averaging = {}, const UvMarks& marks = {})
+    {
+        std::string error;
+        EXPECT_TRUE(file.open(savedData(name, groups), error)) << error;
+        std::vector<UvBaseline> baselines;
+        for (const MadeGroup& g : groups)
+            baselines.push_back({g.subarray, g.a, g.b, 1});
+        reader = std::make_unique<ClosureReader>(
+            file, closureTriangles(telescopesOf(baselines), baselines), marks, averaging,
+            madeModel());
+        while (reader->step(1)) {
+        }
+        EXPECT_EQ(reader->error(), "");
+        EXPECT_EQ(reader->done(), 1);
+    }
+    std::size_t points() const
+    {
+        std::size_t count = 0;
+        for (std::size_t t = 0; t < reader->triangles().size(); ++t)
+            for (std::size_t p = 0; p < reader->parts().size(); ++p)
+                count += reader->series(t, p).count();
+        return count;
+    }
+    /// The greatest difference between data and model; the phases are not all about 0.
+    double worst() const
+    {
+        double greatest = 0, widest = 0;
+        for (std::size_t t = 0; t < reader->triangles().size(); ++t)
+            for (std::size_t p = 0; p < reader->parts().size(); ++p) {
+                const ClosureSeries& s = reader->series(t, p);
+                EXPECT_EQ(s.model.size(), s.count());
+                for (std::size_t i = 0; i < s.count(); ++i) {
+                    greatest = std::max(greatest,
+                                        std::abs(wrappedDegrees(double{s.phase[i]} - s.model[i])));
+                    widest = std::max(widest, std::abs(double{s.phase[i]}));
+                }
+            }
+        EXPECT_TRUE(widest > 3 || points() == 0) << widest;
+        return greatest;
+    }
+};
+
+using Groups = std::vector<MadeGroup>;
+
+Groups operator+(Groups a, const Groups& b)
+{
+    a.insert(a.end(), b.begin(), b.end());
+    return a;
+}
+
+template <class Less>
+Groups sorted(Groups groups, Less less)
+{
+    std::stable_sort(groups.begin(), groups.end(), less);
+    return groups;
+}
+
+Groups changed(Groups groups, void (*change)(MadeGroup& g, std::size_t i))
+{
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        change(groups[i], i);
+    return groups;
+}
+
+}  // namespace
+
+TEST(ClosureReader, PhasesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
+{
+    const Groups five = madeGroups(5, {0, 2, 4, 6}), later = madeGroups(5, {100, 102});
+    const auto byBaseline = [](const MadeGroup& a, const MadeGroup& b) {
+        return std::pair(a.a, a.b) < std::pair(b.a, b.b);
+    };
+    Groups shuffled = five;
+    std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(5));
+    // the same numbers in both subarrays, at the same times, group by group in turns
+    Groups inTurns;
+    const Groups other = madeGroups(4, {0, 2, 4, 6}, 2);
+    for (std::size_t i = 0; i < five.size(); ++i) {
+        inTurns.push_back(five[i]);
+        if (i < other.size())
+            inTurns.push_back(other[i]);
+    }
+    const auto byTime = [](const MadeGroup& a, const MadeGroup& b) {
+        return a.seconds < b.seconds;
+    };
+    const struct {
+        const char* name;
+        Groups groups;
+        std::size_t points;
+    } cases[] = {
+        {"in the order of time", five, 40},
+        {"by baseline", sorted(five, byBaseline), 40},
+        {"in no order", shuffled, 40},
+        {"an earlier scan behind", later + five, 60},
+        {"a time that comes back", five + later + Groups(five.begin(), five.begin() + 3), 60},
+        {"half of the baselines in a second pass",
+         Groups(five.begin(), five.begin() + 5) + later + Groups(five.begin() + 5, five.end()), 60},
+        {"two subarrays", sorted(inTurns, byTime), 56},
+        {"one subarray behind the other", other + five, 56},
+        {"legs that jitter by a fifth of an integration",
+         changed(five, [](MadeGroup& g, std::size_t i) { g.seconds += double(i % 3) * 0.2; }), 40},
+        {"a leg too late by six tenths",
+         changed(madeGroups(5, {0, 2, 100, 102}),
+                 [](MadeGroup& g, std::size_t i) { g.seconds += i % 20 == 14 ? 1.2 : 0; }),
+         34},
+        {"a source in turns with another",
+         changed(five, [](MadeGroup& g, std::size_t) { g.source = g.seconds == 2 ? 2 : 1; }), 40},
+        {"two sources at a time",
+         changed(five, [](MadeGroup& g, std::size_t i) { g.source = i % 10 == 0 ? 2 : 1; }), 28},
+        {"a flagged leg",
+         changed(five, [](MadeGroup& g, std::size_t i) { g.weight = i % 10 == 0 ? -1 : 4; }), 28},
+        {"a leg that is not finite",
+         changed(five, [](MadeGroup& g, std::size_t i) { g.gain /= i == 0 ? 0.0 : 1.0; }), 37},
+        {"times that are no number",
+         changed(five, [](MadeGroup& g, std::size_t i) { g.seconds /= i == 0 ? 0.0 : 1.0; }), 37},
+        {"a missing leg", Groups(five.begin() + 1, five.end()), 37},
+        {"telescopes without a third", Groups(five.begin(), five.begin() + 4), 0},
+        {"no groups", {}, 0}};
+    for (const auto& c : cases) {
+        const Read read("closure.uvfits", c.groups);
+        EXPECT_EQ(read.points(), c.points) << c.name;
+        EXPECT_LT(read.worst(), 2e-3) << c.name;
+    }
+}
+
+TEST(ClosureReader, AveragesTripleProductsAndKeepsApartWhatIsAskedFor)
+{
+    const Groups five = madeGroups(5, {0, 2, 4, 6, 8, 10});
+    UvMarks left;
+    left.stokes = ABitArray(2);
+    left.stokes.set(1, 1);
+    const struct {
+        ClosureAveraging averaging;
+        UvMarks marks;
+        std::size_t parts, points;
+    } cases[] = {{{}, {}, 1, 60},          {{{1, 0}}, {}, 2, 120},   {{{0, 1}}, {}, 2, 120},
+                 {{{1, 1}}, {}, 4, 240},   {{{1, 1}}, left, 2, 120}, {{{0, 0}, 4}, {}, 1, 30},
+                 {{{1, 0}, 60}, {}, 2, 20}};
+    for (const auto& c : cases) {
+        const Read read("split.uvfits", five, c.averaging, c.marks);
+        EXPECT_EQ(read.reader->parts().size(), c.parts);
+        EXPECT_EQ(read.points(), c.points);
+        EXPECT_LT(read.worst(), 2e-3);
+    }
+    // the first point by hand: four channels of two IFs, two equal hands
+    const Read read("hand.uvfits", five, {{0, 0}, 4});
+    std::map<std::pair<int, int>, std::vector<MadeGroup>> legs;
+    for (const MadeGroup& g : five)
+        if (g.seconds < 4)
+            legs[{std::min(g.a, g.b), std::max(g.a, g.b)}].push_back(g);
+    ClosureSums sums;
+    for (std::size_t t = 0; t < 2; ++t)
+        for (int f = 0; f < madeIfs; ++f)
+            for (int c = 0; c < madeChannels; ++c) {
+                std::complex<double> product = 1;
+                double variance = 0;
+                for (const auto& [a, b] : {std::pair{1, 2}, {2, 3}, {1, 3}}) {
+                    const MadeGroup& g = legs.at({a, b})[t];
+                    const std::complex<double> value = madeVisibility(g, f, c);
+                    product *= (g.a == a) == (b != 3 || a != 1) ? value : std::conj(value);
+                    variance += 1 / (4 * std::norm(value));
+                }
+                sums.product += 2.0 * product;
+                sums.variance += 2 * variance * std::norm(product);
+                sums.count += 2;
+            }
+    ClosurePoint point;
+    ASSERT_TRUE(closurePoint(sums, point));
+    const ClosureSeries& series = read.reader->series(0);
+    EXPECT_NEAR(series.phase[0], point.phase, 1e-3);
+    EXPECT_NEAR(series.error[0], point.error, 1e-3);
+    EXPECT_NEAR(series.amplitude[0], point.amplitude, 1e-5 * point.amplitude);
+    EXPECT_NEAR(series.time[0] * secondsPerDay, 1, 1e-3);
+}
+
+TEST(ClosureReader, StatisticsAreOfTheCircle)
+{
+    const ClosureSeries series = {
+        {0, 1, 2, 3}, {170, -170, 180, 180}, {2, 2, 5, 0}, {1, 1, 1, 1}, {180, -176, 180, 90}};
+    const ClosureStatistics found = statisticsOf(series);
+    EXPECT_EQ(found.count, 4u);
+    EXPECT_NEAR(std::abs(found.mean), 180, 1e-5);
+    EXPECT_NEAR(found.scatter, std::sqrt(50), 1e-4);
+    EXPECT_NEAR(found.chiSquared, (25 + 9 + 0) / 4.0, 1e-6);
+    EXPECT_EQ(statisticsOf({}).count, 0u);
+}
+
+TEST(ClosureReader, AFileThatBecomesShorterIsTold)
+{
+    std::vector<double> times;
+    for (int t = 0; t < 150; ++t)
+        times.push_back(2 * t);
+    const Groups all = madeGroups(6, times);
+    const std::string name = savedData("shorter.uvfits", all);
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(name, error));
+    ClosureReader reader(file, {{1, {1, 2, 3}, 1}});
+    EXPECT_TRUE(reader.step(1));
+    std::filesystem::resize_file(name, 200000);
+    while (reader.step()) {
+    }
+    EXPECT_EQ(reader.error(), "has become shorter while it was read");
+}
+
+}  // namespace pavane
