@@ -49,6 +49,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
     pavane/axes/windows/AxisStatus.h
     pavane/axes/windows/show_map.h
+    pavane/calibration/closure_point.h
+    pavane/calibration/closure_sets.h
+    pavane/calibration/ClosureReader.h
     pavane/containers/AArray.h
     pavane/containers/AObjArray.h
     pavane/containers/APoint.h
@@ -255,6 +258,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/windows/PlotHooks.h
     pavane/axes/windows/PlotPicture.h
     pavane/axes/windows/RubberBand.h
+    pavane/calibration/MomentReader.h
+    pavane/calibration/UvCells.h
     pavane/containers/item_io.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
@@ -292,5 +297,7 @@ set(PAVANE_REACHED_HEADERS
     platform/api.h
     tessel/api.h
     tessel/large_buffer.h
+    tessel/uvfits/Distinct.h
+    tessel/uvfits/UvChoice.h
     tessel/uvfits/UvTimes.h
 )
