@@ -161,6 +161,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/tracker_registry.h
     pavane/windows/ABWindow.h
     pavane/windows/AHttpCallWnd.h
+    pavane/windows/AProgressDlg.h
     pavane/windows/AResizeDialog.h
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h

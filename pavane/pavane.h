@@ -161,6 +161,7 @@
 #include "pavane/trackers/tracker_registry.h"
 #include "pavane/windows/ABWindow.h"
 #include "pavane/windows/AHttpCallWnd.h"
+#include "pavane/windows/AProgressDlg.h"
 #include "pavane/windows/AResizeDialog.h"
 #include "pavane/windows/ASelRectAlt.h"
 #include "pavane/windows/ASelRectWnd.h"

@@ -44,15 +44,15 @@ AResizeDialog::AResizeDialog(const DlgTemplate& dialog, CWnd* parent)
 {
 }
 
+// its place is kept by this part of the object
+AResizeDialog::~AResizeDialog() { DestroyWindow(); }
+
 void AResizeDialog::SetResizeItems(std::span<const ResizeItem> items)
 {
     items_.assign(items.begin(), items.end());
     if (least_ == CSize())
         return;
-    places_.clear();
-    for (const ResizeItem& item : items_)
-        places_.push_back(placeInTemplate(item));
-    limitSize();
+    takePlaces();
     layOut();
 }
 
@@ -71,9 +71,60 @@ CRect AResizeDialog::placeInTemplate(const ResizeItem& item) const
     return ungrownPlace(item, now, least_, clientSize(*this));
 }
 
-void AResizeDialog::limitSize()
+void AResizeDialog::takePlaces()
 {
-    AllowResize(least_.cx, least_.cy, growsAcross(items_), growsDown(items_));
+    wholePlaces_.clear();
+    for (const ResizeItem& item : items_)
+        wholePlaces_.push_back(placeInTemplate(item));
+    fitToFolds();
+}
+
+/// Where the items stand without what is folded away, and what sizes that allows.
+void AResizeDialog::fitToFolds()
+{
+    places_ = wholePlaces_;
+    least_ = whole_;
+    std::vector<ResizeItem> shown;
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const CRect whole = places_[i];
+        const auto holds = [&](const Fold& fold) {
+            return whole.top >= fold.top && whole.bottom <= fold.bottom;
+        };
+        for (const Fold& fold : folds_)
+            if (whole.top >= fold.bottom)
+                places_[i].OffsetRect(0, fold.top - fold.bottom);
+        if (std::any_of(folds_.begin(), folds_.end(), holds))
+            places_[i] = {};
+        else if (items_[i].id && GetDlgItem(items_[i].id))
+            shown.push_back(items_[i]);
+    }
+    for (const Fold& fold : folds_)
+        least_.cy -= fold.bottom - fold.top;
+    AllowResize(least_.cx, least_.cy, growsAcross(shown), growsDown(shown));
+}
+
+void AResizeDialog::FoldRows(int top, int bottom, int fold)
+{
+    const CRect rows = MapDialogRect(CRect(0, top, 1, bottom));
+    const auto at = std::find_if(folds_.begin(), folds_.end(),
+                                 [&](const Fold& known) { return known.top == rows.top; });
+    if (least_ == CSize() || (at != folds_.end()) == (fold != 0))
+        return;
+    const CSize before = clientSize(*this);
+    if (fold)
+        folds_.push_back({rows.top, rows.bottom});
+    else
+        folds_.erase(at);
+    const HWND self = GetSafeHwnd();
+    const std::vector<CRect> placed = places_;
+    fitToFolds();
+    for (std::size_t i = 0; i < places_.size(); ++i)
+        if (CWnd* const control = items_[i].id ? GetDlgItem(items_[i].id) : nullptr)
+            if (places_[i].IsRectNull() != placed[i].IsRectNull())
+                (void)control->ShowWindow(places_[i].IsRectNull() ? SW_HIDE : SW_SHOW);
+    SetClientSize(before.cx, std::max(least_.cy, before.cy + (fold ? -1 : 1) * rows.Height()));
+    if (FromHandle(self) == this)
+        layOut();
 }
 
 void AResizeDialog::layOut()
@@ -81,19 +132,19 @@ void AResizeDialog::layOut()
     const std::vector<CRect> now = layOutDialog(items_, places_, least_, clientSize(*this));
     const HWND self = GetSafeHwnd();
     // whoever is told of a new size may end the dialog
-    for (std::size_t i = 0; i < now.size() && FromHandle(self) == this; ++i)
-        if (CWnd* const control = items_[i].id ? GetDlgItem(items_[i].id) : nullptr)
+    for (std::size_t i = 0; i < now.size() && FromHandle(self) == this; ++i) {
+        CWnd* const control = items_[i].id ? GetDlgItem(items_[i].id) : nullptr;
+        if (control && !places_[i].IsRectNull())
             (void)control->MoveWindow(now[i]);
+    }
 }
 
 int AResizeDialog::OnInitDialog()
 {
     const int result = CDialog::OnInitDialog();
-    least_ = clientSize(*this);
-    places_.clear();
-    for (const ResizeItem& item : items_)
-        places_.push_back(placeInTemplate(item));
-    limitSize();
+    whole_ = least_ = clientSize(*this);
+    folds_.clear();
+    takePlaces();
     loadPlace();
     layOut();
     return result;

@@ -19,6 +19,7 @@ public:
     explicit AResizeDialog(unsigned templateId, CWnd* parent = nullptr);
     /// The template is not copied.
     explicit AResizeDialog(const DlgTemplate& dialog, CWnd* parent = nullptr);
+    ~AResizeDialog() override;
 
     /// How the controls follow, by identifier; copied. Before the dialog is made, or in
     /// OnInitDialog for controls that are made there: what has no place in the template follows
@@ -36,17 +37,28 @@ protected:
     void OnSize(unsigned type, int cx, int cy) override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
     void OnDestroy() override;
+    /// Folds the rows between two heights of the template (dialog units) away, or out again: items
+    /// that stand between them are hidden, those below move up, and the dialog with its least size
+    /// becomes so much lower. In OnInitDialog or later.
+    void FoldRows(int top, int bottom, int fold);
 
 private:
+    struct Fold {
+        int top, bottom;  ///< in pixels of the template
+    };
     CRect placeInTemplate(const ResizeItem& item) const;
-    void limitSize();
+    void takePlaces();
+    void fitToFolds();
     void layOut();
     void loadPlace();
 
     const DlgTemplate* template_;
     std::vector<ResizeItem> items_;
-    std::vector<CRect> places_;  ///< of the items, at the least size
+    std::vector<CRect> wholePlaces_;  ///< of the items in the template
+    std::vector<CRect> places_;       ///< the same, at the least size; empty: folded away
+    std::vector<Fold> folds_;
     CString section_;
+    CSize whole_;  ///< of the template
     CSize least_;
 };
 

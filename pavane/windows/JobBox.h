@@ -1,25 +1,20 @@
 #pragma once
 
-#include "platform/api.h"
-#include "platform/messages.h"
+#include "pavane/windows/AProgressDlg.h"
 
-#include <chrono>
-#include <memory>
+#include <cstdint>
 
 namespace pavane
 {
 
-class CWnd;
-
-/// Says how far a long job is, with a button to give it up, which Escape presses; shows itself only
-/// when the job takes longer than a moment. The window below takes no input meanwhile, but paints,
-/// and its timers run. Boxes nest: the outer one stays away.
+/// A modal AProgressDlg for one job of this thread that has a loop of its own and knows its
+/// fraction. Boxes nest: the outer one stays away.
 class PAVANE_API JobBox
 {
 public:
     /// `what` is what is being done ("Sorting by Name"); `window` is any window of the frame that
     /// waits, and may go meanwhile.
-    JobBox(CWnd* window, CString what);
+    JobBox(CWnd* window, const CString& what);
     JobBox(const JobBox&) = delete;
     JobBox& operator=(const JobBox&) = delete;
     ~JobBox();
@@ -27,19 +22,10 @@ public:
     int show(double fraction);
 
 private:
-    class Box;
-    int open();
-
-    CWnd* window_;
-    HWND handle_;
-    CWnd* frame_ = nullptr;
-    HWND frameHandle_ = 0;
-    HWND focus_ = 0;  ///< who gets the keyboard back
-    CString what_;
-    std::chrono::steady_clock::time_point next_;  ///< when to look at the user again
-    int shownPercent_ = -1;
-    int failed_ = 0;
-    std::unique_ptr<Box> box_;
+    AProgress progress_;
+    AProgressWriter writer_{progress_};
+    std::int64_t shown_ = 0;
+    AProgressDlg dialog_;
 };
 
 }  // namespace pavane
