@@ -1,7 +1,7 @@
 #include "pavane/windows/AProgressDlg.h"
 
 #include "pavane/progress/TimeLeft.h"
-#include "pavane/resources/progress_dialog.h"
+#include "pavane/windows/progress_dialog.h"
 #include "pavane/windows/ProgressJob.h"
 #include "platform/cursors.h"
 #include "platform/message_scope.h"

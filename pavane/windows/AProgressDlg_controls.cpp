@@ -1,5 +1,5 @@
-#include "pavane/resources/progress_dialog.h"
 #include "pavane/windows/AProgressDlg.h"
+#include "pavane/windows/progress_dialog.h"
 #include "pavane/windows/ProgressJob.h"
 #include "platform/accessibility.h"
 #include "platform/progress.h"

@@ -1,6 +1,6 @@
-#include "pavane/resources/progress_dialog.h"
 #include "pavane/windows/AProgressDlg.h"
 #include "pavane/windows/JobBox.h"
+#include "pavane/windows/progress_dialog.h"
 #include "platform/accessibility.h"
 #include "platform/message_scope.h"
 #include "platform/progress.h"
