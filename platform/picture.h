@@ -13,6 +13,9 @@ namespace pavane
 /// A picture in memory, 32 bits per pixel 0x00RRGGBB, top row first, white at birth. Owns its
 /// pixels; contexts made by `dc` draw into them while the picture lives. A size below 1, or one
 /// beyond 32768 a side, or no memory, leaves an empty picture of 0 x 0.
+///
+/// Before InitPlatform there are no fonts: text and soft edges are left out then, and the first text
+/// that is lost is told on the standard error stream, once.
 class PAVANE_API CPicture
 {
 public:
@@ -33,6 +36,9 @@ public:
     }
     /// A new context that draws into this picture; several may draw at once.
     std::unique_ptr<CDC> dc();
+    /// Non-zero when pictures can have text and soft edges; else `why`, if given, says what is
+    /// missing in one line.
+    static int CanDrawText(CString* why = nullptr);
 
 private:
     int width_ = 0;

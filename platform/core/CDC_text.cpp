@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <numbers>
+#include <utility>
 
 namespace pavane
 {
@@ -32,6 +34,14 @@ CPoint turned(CPoint centre, double x, double y, int tenths)
     const double s = std::sin(angle);
     return {saturated(Wide{centre.x} + nearestInt(x * c + y * s)),
             saturated(Wide{centre.y} + nearestInt(y * c - x * s))};
+}
+
+/// A picture whose labels are missing looks like a fault of the program that draws it.
+void tellOfNoFonts()
+{
+    static bool isTold = false;
+    if (!std::exchange(isTold, true))
+        std::fprintf(stderr, "pavane: %s\n", noPlatformText);
 }
 
 bool isInside(const TextLayout& layout, const CRect& rect, int lineHeight)
@@ -123,6 +133,8 @@ void CDC::State::drawLine(CPoint at, std::string_view text)
     if (now.bkMode == OPAQUE)
         fillTextBackground(at, deviceWidth(text), deviceMetrics().tmHeight, now.font.lfEscapement);
     const TextFace* const known = face();
+    if (!known)
+        tellOfNoFonts();
     if (known && drawGlyphs(at, text, *known))
         return;
     VectorDevice* device = nullptr;

@@ -42,4 +42,12 @@ std::unique_ptr<CDC> CPicture::dc()
         std::make_unique<SurfaceBackend>(PixelSurface{pixels_.data(), width_, height_, width_}));
 }
 
+int CPicture::CanDrawText(CString* why)
+{
+    const int can = graphicsHook() != nullptr;
+    if (why)
+        *why = can ? "" : noPlatformText;
+    return can;
+}
+
 }  // namespace pavane

@@ -144,6 +144,9 @@ public:
 /// and widths are estimated.
 PAVANE_API GraphicsHook* setGraphicsHook(GraphicsHook* hook);
 GraphicsHook* graphicsHook();
+/// What whoever draws text without a hook is told.
+inline constexpr char noPlatformText[] =
+    "Text is left out of pictures made before InitPlatform: there are no fonts yet";
 
 /// What a device context draws on: pixels, or vectors.
 class PAVANE_API DeviceBackend

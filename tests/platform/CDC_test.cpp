@@ -54,6 +54,21 @@ TEST(DeviceContext, GivesBackThePointersThatWereSelected)
     EXPECT_FALSE(dc->SelectStockObject(99));
 }
 
+TEST(CPicture, SaysThatItsTextIsLeftOut)
+{
+    CString why;
+    EXPECT_FALSE(CPicture::CanDrawText(&why));
+    EXPECT_NE(why.find("InitPlatform"), CString::npos);
+    testing::FLAGS_gtest_death_test_style = "threadsafe";  // a process that has not said it yet
+    const auto draw = [] {
+        CPicture picture(40, 20);
+        for (int i = 0; i < 3; ++i)
+            picture.dc()->TextOut(2, 2, "Jy");
+        std::exit(0);
+    };
+    EXPECT_EXIT(draw(), testing::ExitedWithCode(0), "^pavane: Text[^\n]*InitPlatform[^\n]*\n$");
+}
+
 TEST(DeviceContext, RestoresEverythingToAnyDepth)
 {
     CPicture picture(8, 2);
