@@ -176,6 +176,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/CDC.h
     platform/CDialog.h
     platform/clipboard.h
+    platform/color_dialog.h
     platform/CMenu.h
     platform/controls.h
     platform/cursors.h
@@ -205,12 +206,14 @@ set(PAVANE_PUBLIC_HEADERS
     platform/screens.h
     platform/service_talk.h
     platform/show_at_once.h
+    platform/slider.h
     platform/splitter.h
     platform/system_colors.h
     platform/system_metrics.h
     platform/progress.h
     platform/property_sheet.h
     platform/tab_control.h
+    platform/tip_window.h
     platform/up_down.h
     platform/types.h
     platform/web_handler.h

@@ -9,6 +9,8 @@
 namespace pavane
 {
 
+class CImageList;
+class CPicture;
 class CWnd;
 
 inline constexpr unsigned MF_BYCOMMAND = 0x0000, MF_BYPOSITION = 0x0400, MF_ENABLED = 0x0000,
@@ -25,6 +27,12 @@ public:
         int enabled = 1;
         int checked = 0;
         std::unique_ptr<CMenu> popup;
+        // the picture before the text: one of its own, or an image of a list; none when both are
+        // null
+        std::shared_ptr<const CPicture> picture;
+        int ratio = 1;  ///< pixels of `picture` to a unit
+        const CImageList* images = nullptr;
+        int image = -1;
     };
     CMenu() = default;
     CMenu(CMenu&&) = default;
@@ -45,6 +53,11 @@ public:
     /// is a position; by command popups are searched too. 0 when there is no such item.
     int EnableMenuItem(unsigned item, unsigned flags);
     int CheckMenuItem(unsigned item, unsigned flags);
+    /// The picture before the text of a line: with `ratio` pixels to a unit (empty: none), or an
+    /// image of a list, which has to live until the menu has been shown. `flags` MF_BYPOSITION as
+    /// above. 0 when there is no such item.
+    int SetItemPicture(unsigned item, unsigned flags, CPicture picture, int ratio = 1);
+    int SetItemImage(unsigned item, unsigned flags, const CImageList& images, int image);
     /// Removes a line, with its popup; 0 when there is no such item.
     int RemoveMenu(unsigned item, unsigned flags);
     void DeleteAll() { lines_.clear(); }

@@ -12,7 +12,9 @@ inline constexpr unsigned ROLE_SYSTEM_CLIENT = 0x0A, ROLE_SYSTEM_TABLE = 0x18,
                           ROLE_SYSTEM_COLUMNHEADER = 0x19, ROLE_SYSTEM_ROWHEADER = 0x1A,
                           ROLE_SYSTEM_CELL = 0x1D, ROLE_SYSTEM_LINK = 0x1E, ROLE_SYSTEM_LIST = 0x21,
                           ROLE_SYSTEM_LISTITEM = 0x22, ROLE_SYSTEM_GRAPHIC = 0x28,
-                          ROLE_SYSTEM_STATICTEXT = 0x29, ROLE_SYSTEM_PUSHBUTTON = 0x2B;
+                          ROLE_SYSTEM_SEPARATOR = 0x15, ROLE_SYSTEM_STATICTEXT = 0x29,
+                          ROLE_SYSTEM_TEXT = 0x2A, ROLE_SYSTEM_PUSHBUTTON = 0x2B,
+                          ROLE_SYSTEM_PROGRESSBAR = 0x30;
 inline constexpr unsigned STATE_SYSTEM_UNAVAILABLE = 0x1, STATE_SYSTEM_SELECTED = 0x2,
                           STATE_SYSTEM_FOCUSED = 0x4, STATE_SYSTEM_CHECKED = 0x10,
                           STATE_SYSTEM_READONLY = 0x40, STATE_SYSTEM_INVISIBLE = 0x8000,

@@ -2,8 +2,13 @@
 
 #include "platform/CWnd.h"
 
+#include <vector>
+
 namespace pavane
 {
+
+class CImageList;
+class CPicture;
 
 // Codes of WM_COMMAND. Buttons, lists and spin controls tell of what the user does only; EN_CHANGE
 // comes with every change of the text, SetWindowText's too.
@@ -11,11 +16,14 @@ inline constexpr unsigned BN_CLICKED = 0, EN_SETFOCUS = 0x0100, EN_KILLFOCUS = 0
                           EN_CHANGE = 0x0300, CBN_SELCHANGE = 1, CBN_SETFOCUS = 3,
                           CBN_KILLFOCUS = 4, CBN_EDITCHANGE = 5, CBN_DROPDOWN = 7, CBN_CLOSEUP = 8,
                           CBN_SELENDCANCEL = 10, LBN_SELCHANGE = 1, LBN_DBLCLK = 2;
+inline constexpr unsigned LBN_CHECKED = 0x0A10;  ///< a check mark was set or taken away
 inline constexpr unsigned ES_CENTER = 0x0001, ES_RIGHT = 0x0002, ES_READONLY = 0x0800,
                           CBS_DROPDOWN = 0x0002, CBS_DROPDOWNLIST = 0x0003, SS_CENTER = 0x0001,
                           SS_RIGHT = 0x0002;
 inline constexpr unsigned ES_NOLIMIT = 0x4000;       ///< an edit without a limit of characters
 inline constexpr unsigned SS_ENDELLIPSIS = 0x4000;   ///< one line, cut short with "..."
+inline constexpr unsigned LBS_EXTENDEDSEL = 0x0800;  ///< a list of which several lines are chosen
+inline constexpr unsigned LBS_CHECKS = 0x4000;       ///< a list whose lines have a check mark each
 inline constexpr unsigned ID_SPIN_CHANGED = 0x0300;  ///< code of WM_COMMAND of a spin control
 
 /// Native controls. Create like any child window, with WS_CHILD | WS_VISIBLE; WS_TABSTOP lets the
@@ -63,13 +71,16 @@ public:
 /// (CBS_DROPDOWN). Its line stands at the top of the rectangle; the rest of it is as high as the
 /// list opens at most, where it leaves room for a line. Letters that are typed choose the next line
 /// that begins with them. The wheel changes the choice only while it has the focus.
-/// CBN_SELENDCANCEL comes when the list closes without a choice.
+/// CBN_SELENDCANCEL comes when the list closes without a choice. Before the text of a line a
+/// picture may stand; the closed line shows that of the choice.
 class PAVANE_API CComboBox : public CWnd
 {
 public:
     int Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id);
     /// Index of the new line, -1 without a window. The first line does not choose itself.
     int AddString(const CString& text);
+    /// The same before line `index`, at the end when there is none.
+    int InsertString(int index, const CString& text);
     /// Count of what is left, -1 when there is no such line.
     int DeleteString(int index);
     void ResetContent();
@@ -87,20 +98,55 @@ public:
     /// Height of the line (-1; it stands 6 pixels taller with its frame) or of each line of the
     /// list (0 and above). Non-zero on success.
     int SetItemHeight(int index, int height);
+    /// The picture before the text of a line: an image of a list, or a picture with `ratio` pixels
+    /// to a unit (empty: none). It is copied as it is now. Non-zero on success.
+    int SetItemImage(int index, const CImageList& images, int image);
+    int SetItemPicture(int index, const CPicture& picture, int ratio = 1);
+    /// With CBS_DROPDOWN: while text is typed, a list below shows the lines that hold it.
+    int SetFilter(int on);
+    /// Called when the user has chosen a line, before CBN_SELCHANGE; 0 tells nobody.
+    virtual int OnSelChosen(int index) { return (void)index, 1; }
 };
 
-/// A list with one chosen line; results as of CComboBox.
+/// A list of lines, with pictures as CComboBox has them; results as there. One line is chosen, or
+/// several with LBS_EXTENDEDSEL: Ctrl and Shift with a click or an arrow, Ctrl+A for all. With
+/// LBS_CHECKS a click on the mark or the space bar changes it (LBN_CHECKED). Letters that are typed
+/// go to the next line that begins with them.
 class PAVANE_API CListBox : public CWnd
 {
 public:
     int Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id);
     int AddString(const CString& text);
+    int InsertString(int index, const CString& text);
     int DeleteString(int index);
     void ResetContent();
     int GetCount() const;
+    /// The chosen line, of several the one that has the focus.
     int GetCurSel() const;
+    /// Chooses this line alone.
     int SetCurSel(int index);
     CString GetText(int index) const;
+    /// Non-zero when the line is chosen.
+    int GetSel(int index) const;
+    /// With LBS_EXTENDEDSEL: adds a line to those chosen, or takes it away; -1 stands for all.
+    /// Sends no notice. Non-zero when there is such a line.
+    int SetSel(int index, int on = 1);
+    int GetSelCount() const;
+    /// The chosen lines from the top.
+    std::vector<int> GetSelItems() const;
+    /// As CComboBox has it.
+    int SelectString(int after, const CString& text);
+    int SetItemImage(int index, const CImageList& images, int image);
+    int SetItemPicture(int index, const CPicture& picture, int ratio = 1);
+    int GetCheck(int index) const;
+    /// Sends no notice. Non-zero on success.
+    int SetCheck(int index, int on);
+    /// Puts a line in another place with its picture and mark, chosen as it was; sends no notice.
+    int MoveItem(int from, int to);
+    /// Client rectangle of a line, empty when it is not in view.
+    CRect GetItemRect(int index) const;
+    /// The line at a point of the client area, -1 for none.
+    int ItemFromPoint(CPoint point) const;
 };
 
 /// A number with arrows.

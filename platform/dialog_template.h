@@ -16,7 +16,8 @@ enum class ControlKind {
     spin,         ///< a number with arrows
     placeholder,  ///< an empty frame that a window takes the place of
     upDown,       ///< arrows that step the number in the edit before them
-    progress
+    progress,
+    slider  ///< a handle on a line; TBS_VERT: upright
 };
 
 /// One control. Places and sizes in dialog units (a quarter of the mean character's width, an

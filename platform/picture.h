@@ -14,8 +14,8 @@ namespace pavane
 /// pixels; contexts made by `dc` draw into them while the picture lives. A size below 1, or one
 /// beyond 32768 a side, or no memory, leaves an empty picture of 0 x 0.
 ///
-/// Before InitPlatform there are no fonts: text and soft edges are left out then, and the first text
-/// that is lost is told on the standard error stream, once.
+/// Before InitPlatform there are no fonts: text and soft edges are left out then, and the first
+/// text that is lost is told on the standard error stream, once.
 class PAVANE_API CPicture
 {
 public:

@@ -1,5 +1,6 @@
 #include "platform/CMenu.h"
 
+#include "platform/picture.h"
 #include "platform/resources.h"
 
 namespace pavane
@@ -9,9 +10,17 @@ CMenu CMenu::Clone() const
 {
     CMenu copy;
     for (const Line& line : lines_) {
-        copy.lines_.push_back({line.text, line.id, line.enabled, line.checked, nullptr});
+        Line& made = copy.lines_.emplace_back();
+        made.text = line.text;
+        made.id = line.id;
+        made.enabled = line.enabled;
+        made.checked = line.checked;
+        made.picture = line.picture;
+        made.ratio = line.ratio;
+        made.images = line.images;
+        made.image = line.image;
         if (line.popup)
-            copy.lines_.back().popup = std::make_unique<CMenu>(line.popup->Clone());
+            made.popup = std::make_unique<CMenu>(line.popup->Clone());
     }
     return copy;
 }
@@ -51,15 +60,19 @@ CMenu* CMenu::GetSubMenu(int position)
 
 void CMenu::AppendMenu(const CString& text, unsigned id)
 {
-    lines_.push_back({text, id, 1, 0, nullptr});
+    Line& line = lines_.emplace_back();
+    line.text = text;
+    line.id = id;
 }
 
 void CMenu::AppendSeparator() { lines_.emplace_back(); }
 
 CMenu& CMenu::AppendPopup(const CString& text)
 {
-    lines_.push_back({text, 0, 1, 0, std::make_unique<CMenu>()});
-    return *lines_.back().popup;
+    Line& line = lines_.emplace_back();
+    line.text = text;
+    line.popup = std::make_unique<CMenu>();
+    return *line.popup;
 }
 
 CMenu::Line* CMenu::find(unsigned item, unsigned flags)
@@ -92,6 +105,30 @@ int CMenu::CheckMenuItem(unsigned item, unsigned flags)
     if (!line)
         return 0;
     line->checked = flags & MF_CHECKED ? 1 : 0;
+    return 1;
+}
+
+int CMenu::SetItemPicture(unsigned item, unsigned flags, CPicture picture, int ratio)
+{
+    Line* line = find(item, flags);
+    if (!line)
+        return 0;
+    line->images = nullptr;
+    line->picture.reset();
+    if (picture.width() > 0)
+        line->picture = std::make_shared<const CPicture>(std::move(picture));
+    line->ratio = ratio;
+    return 1;
+}
+
+int CMenu::SetItemImage(unsigned item, unsigned flags, const CImageList& images, int image)
+{
+    Line* line = find(item, flags);
+    if (!line)
+        return 0;
+    line->picture.reset();
+    line->images = &images;
+    line->image = image;
     return 1;
 }
 

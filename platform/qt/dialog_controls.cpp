@@ -4,6 +4,7 @@
 #include "platform/core/dialog_units.h"
 #include "platform/progress.h"
 #include "platform/qt/Control.h"
+#include "platform/slider.h"
 #include "platform/up_down.h"
 
 #include <algorithm>
@@ -67,6 +68,9 @@ std::unique_ptr<CWnd> makeControl(CWnd& dialog, const DlgItem& item, const CRect
         return made(std::make_unique<CProgressCtrl>(), [&](CProgressCtrl& p) {
             return p.Create(style & ~WS_TABSTOP, place, &dialog, item.id);
         });
+    case ControlKind::slider:
+        return made(std::make_unique<CSliderCtrl>(),
+                    [&](CSliderCtrl& s) { return s.Create(style, place, &dialog, item.id); });
     case ControlKind::placeholder:
         return made(std::make_unique<CWnd>(), [&](CWnd& w) {
             auto* const frame = new Control<QFrame>(clientOf(&dialog));

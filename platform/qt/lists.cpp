@@ -1,13 +1,15 @@
 #include "platform/controls.h"
+#include "platform/image_list.h"
 #include "platform/qt/Control.h"
 #include "platform/qt/fonts.h"
+#include "platform/qt/line_pictures.h"
 
 #include <algorithm>
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
+#include <QCompleter>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QPointer>
 #include <QProxyStyle>
 #include <QSignalBlocker>
@@ -97,10 +99,21 @@ public:
             Qt::QueuedConnection);
         notifyFrom(this, CBN_CLOSEUP);
     }
+    /// Room for pictures as large as `size` beside those that there are.
+    void showIcons(QSize size)
+    {
+        icons_ = icons_.expandedTo(size);
+        setIconSize(icons_);
+    }
     void choose()
     {
         isChosen_ = true;
-        notifyFrom(this, CBN_SELCHANGE);
+        const QPointer<QWidget> alive = this;
+        const WindowPeer* const peer = peerOf(this);
+        auto* const control = peer ? static_cast<CComboBox*>(peer->window) : nullptr;
+        const int tells = !control || control->OnSelChosen(currentIndex());
+        if (tells && alive)
+            notifyFrom(this, CBN_SELCHANGE);
     }
     /// As high as an edit beside it would be, unless the program says it; what is left of the
     /// rectangle is the list's.
@@ -118,6 +131,7 @@ public:
 
 private:
     bool isChosen_ = false;
+    QSize icons_;
 };
 
 bool hasLine(int index, int count) { return index >= 0 && index < count; }
@@ -162,7 +176,9 @@ int CComboBox::Create(unsigned style, const CRect& rect, CWnd* parent, unsigned 
     return 1;
 }
 
-int CComboBox::AddString(const CString& text)
+int CComboBox::AddString(const CString& text) { return InsertString(GetCount(), text); }
+
+int CComboBox::InsertString(int index, const CString& text)
 {
     auto* const box = widgetOf<QComboBox>(this);
     if (!box)
@@ -170,11 +186,12 @@ int CComboBox::AddString(const CString& text)
     const QSignalBlocker quiet(box);
     const int chosen = box->currentIndex();
     const QString typed = box->currentText();
-    box->addItem(textOf(text));
-    box->setCurrentIndex(chosen);
+    const int at = hasLine(index, box->count()) ? index : box->count();
+    box->insertItem(at, textOf(text));
+    box->setCurrentIndex(chosen >= at ? chosen + 1 : chosen);
     if (box->isEditable())
         box->setEditText(typed);
-    return box->count() - 1;
+    return at;
 }
 
 int CComboBox::DeleteString(int index)
@@ -270,78 +287,48 @@ int CComboBox::SetItemHeight(int index, int height)
     return 1;
 }
 
-int CListBox::Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id)
+namespace
 {
-    QWidget* const client = clientOf(parent);
-    if (!client || GetSafeHwnd())
+
+int showIcon(ComboBox* box, int index, const QIcon& icon, QSize size)
+{
+    if (!box || !hasLine(index, box->count()))
         return 0;
-    auto* const list = new Control<QListWidget>(client);
-    list->setUniformItemSizes(true);
-    QObject::connect(list, &QListWidget::currentRowChanged,
-                     [list] { notifyFrom(list, LBN_SELCHANGE); });
-    QObject::connect(list, &QListWidget::itemDoubleClicked,
-                     [list] { notifyFrom(list, LBN_DBLCLK); });
-    return attachNative(*this, list, "ListBox", CString(), style, rect, parent, id);
+    box->setItemIcon(index, icon);
+    if (!icon.isNull())
+        box->showIcons(size);
+    return 1;
 }
 
-int CListBox::AddString(const CString& text)
+}  // namespace
+
+int CComboBox::SetItemImage(int index, const CImageList& images, int image)
 {
-    auto* const list = widgetOf<QListWidget>(this);
-    if (!list)
-        return -1;
-    const QSignalBlocker quiet(list);
-    list->addItem(textOf(text));
-    return list->count() - 1;
+    const QIcon icon = lineIcon(images, image);
+    const CSize size = images.GetImageSize();
+    return !icon.isNull() && showIcon(widgetOf<ComboBox>(this), index, icon, {size.cx, size.cy});
 }
 
-int CListBox::DeleteString(int index)
+int CComboBox::SetItemPicture(int index, const CPicture& picture, int ratio)
 {
-    auto* const list = widgetOf<QListWidget>(this);
-    if (!list || !hasLine(index, list->count()))
-        return -1;
-    const QSignalBlocker quiet(list);
-    const bool wasChosen = list->currentRow() == index;
-    delete list->takeItem(index);
-    if (wasChosen)
-        list->setCurrentRow(-1);
-    return list->count();
+    return showIcon(widgetOf<ComboBox>(this), index, lineIcon(picture, ratio),
+                    lineIconSize(picture, ratio));
 }
 
-void CListBox::ResetContent()
+int CComboBox::SetFilter(int on)
 {
-    if (auto* const list = widgetOf<QListWidget>(this)) {
-        const QSignalBlocker quiet(list);
-        list->clear();
+    auto* const box = widgetOf<QComboBox>(this);
+    if (!box || !box->isEditable())
+        return 0;
+    QCompleter* completer = nullptr;
+    if (on) {
+        completer = new QCompleter(box->model(), box);
+        completer->setFilterMode(Qt::MatchContains);
+        completer->setCaseSensitivity(Qt::CaseInsensitive);
+        completer->setMaxVisibleItems(maxShownLines);
     }
-}
-
-int CListBox::GetCount() const
-{
-    const auto* const list = widgetOf<QListWidget>(this);
-    return list ? list->count() : 0;
-}
-
-int CListBox::GetCurSel() const
-{
-    const auto* const list = widgetOf<QListWidget>(this);
-    return list ? list->currentRow() : -1;
-}
-
-int CListBox::SetCurSel(int index)
-{
-    auto* const list = widgetOf<QListWidget>(this);
-    if (!list)
-        return -1;
-    const QSignalBlocker quiet(list);
-    list->setCurrentRow(hasLine(index, list->count()) ? index : -1);
-    return list->currentRow();
-}
-
-CString CListBox::GetText(int index) const
-{
-    const auto* const list = widgetOf<QListWidget>(this);
-    const QListWidgetItem* const item = list ? list->item(index) : nullptr;
-    return item ? item->text().toStdString() : CString();
+    box->setCompleter(completer);
+    return 1;
 }
 
 }  // namespace pavane

@@ -2,10 +2,12 @@
 
 #include "platform/CWnd.h"
 #include "platform/qt/fonts.h"
+#include "platform/qt/line_pictures.h"
 #include "platform/qt/look.h"
 #include "platform/qt/translation.h"
 #include "platform/qt/WindowPeer.h"
 
+#include <algorithm>
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QComboBox>
@@ -13,6 +15,7 @@
 #include <QKeySequence>
 #include <QLineEdit>
 #include <QMenu>
+#include <QProxyStyle>
 #include <utility>
 
 namespace pavane
@@ -45,12 +48,48 @@ QAction* addItem(QMenu* shown, const CMenu::Line& line, bool takesKeys)
     action->setEnabled(line.enabled != 0);
     action->setCheckable(line.checked != 0);
     action->setChecked(line.checked != 0);
+    action->setIcon(lineIcon(line));
     return action;
+}
+
+/// Pictures of lines in their own sizes: the desktop's menus know small squares only.
+class PictureSizes : public QProxyStyle
+{
+public:
+    explicit PictureSizes(int side) : side_(side) {}
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override
+    {
+        const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+        return metric == PM_SmallIconSize ? std::max(usual, side_) : usual;
+    }
+
+private:
+    int side_;
+};
+
+/// To be called with each popup before it is filled.
+void makeRoomForPictures(QMenu* shown, const CMenu& menu)
+{
+    int side = 0;
+    for (const CMenu::Line& line : menu.lines()) {
+        const QSize size = lineIconSize(line);
+        side = std::max({side, size.width(), size.height()});
+    }
+    if (side == 0)
+        return;
+    QStyle* const before = shown->style();
+    auto* const style = new PictureSizes(side);
+    style->setParent(shown);
+    shown->setStyle(style);
+    if (before->parent() == shown)
+        delete before;  // of the last time that it opened
 }
 
 /// A popup that stands for itself, without keys.
 void fillContextMenu(QMenu* shown, const CMenu& menu)
 {
+    makeRoomForPictures(shown, menu);
     for (const CMenu::Line& line : menu.lines()) {
         if (line.popup) {
             QMenu* const inner = shown->addMenu(textOf(line.text));
@@ -152,6 +191,7 @@ void MenuBar::fill(QMenu* shown, CMenu& menu, bool opens)
 {
     qDeleteAll(shown->findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly));
     shown->clear();
+    makeRoomForPictures(shown, menu);
     for (CMenu::Line& line : menu.lines()) {
         if (line.popup) {
             QMenu* const inner = shown->addMenu(textOf(line.text));
