@@ -33,6 +33,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapFigure.h
     pavane/axes/maps/MapFrame.h
     pavane/axes/maps/MapPicture.h
+    pavane/axes/multi/A2DAxisMulti.h
+    pavane/axes/multi/AYScale.h
+    pavane/axes/multi/MultiLayout.h
     pavane/axes/ranges/AMnMxMCTransform.h
     pavane/axes/ranges/log_ticks.h
     pavane/axes/ranges/RangeView.h
@@ -259,6 +262,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/maps/cells/simd_path.h
     pavane/axes/maps/ContouredGraph.h
     pavane/axes/maps/scale_ticks.h
+    pavane/axes/TickSet.h
     pavane/axes/windows/PlotHooks.h
     pavane/axes/windows/PlotPicture.h
     pavane/axes/windows/RubberBand.h

@@ -9,18 +9,6 @@
 
 namespace pavane
 {
-namespace
-{
-
-/// The ends of a graph rectangle belong to it, those of a clip rectangle do not.
-CRect plotClip(const CRect& graph, int overhang)
-{
-    return CRect(graph.left - overhang, graph.top - overhang, graph.right + 1 + overhang,
-                 graph.bottom + 1 + overhang);
-}
-
-}  // namespace
-
 int A2DAxis::GetAxisType() const { return 11; }
 
 void A2DAxis::draw(CDC& dc, CRect& rect)

@@ -34,6 +34,14 @@ public:
     /// Forgets the cached raster and deletes its file: call it when the data change.
     void dropCache();
 
+protected:
+    // For heirs with more than one plot
+    /// The cached raster, null when there is none or when it does not cover `rect`.
+    ADIBase* loadRaster(const CRect& rect);
+    /// Keeps the raster in a file that nobody else has made; a failure leaves no file.
+    void storeRaster();
+    void drawNoData(CDC& dc);
+
 private:
     int composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout);
     int composeOnPage(const CDC& dc, const CRect& rect, PlotLayout& layout);
@@ -49,12 +57,9 @@ private:
     void frameRaster(const PlotLayout& layout);
     void drawLabels(CDC& dc, const PlotLayout& layout);
     void drawTitles(CDC& dc, const PlotLayout& layout);
-    void drawNoData(CDC& dc);
     void drawGrid(const PlotLayout& layout);
     void drawInContext(CDC& dc, CRect& rect);
     void drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout);
-    ADIBase* loadRaster();
-    void storeRaster();
 
     const PlotLayout* drawnLayout_ = nullptr;  ///< while draw runs
 };

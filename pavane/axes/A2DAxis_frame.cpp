@@ -12,8 +12,6 @@ namespace pavane
 namespace
 {
 
-/// The frame is this part of the font height wide.
-constexpr int framePart = 12;
 constexpr unsigned headerFormat = DT_CENTER | DT_WORDBREAK | DT_NOPREFIX;
 
 /// The length of a line centred on `centre` that reaches an end of its picture.

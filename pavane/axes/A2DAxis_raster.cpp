@@ -15,8 +15,7 @@
 namespace pavane
 {
 
-/// The cached raster, null when there is none or when it is of another size.
-ADIBase* A2DAxis::loadRaster()
+ADIBase* A2DAxis::loadRaster(const CRect& rect)
 {
     if (!isFlagSet(axisBitmapCache) || tempFileName_.empty())
         return nullptr;
@@ -30,12 +29,12 @@ ADIBase* A2DAxis::loadRaster()
         AfxMessageBox(loadRasterFailed);
         return nullptr;
     }
-    return raster->rect() == graphRect_ ? raster.release() : nullptr;
+    return raster->rect() == rect ? raster.release() : nullptr;
 }
 
 void A2DAxis::drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout)
 {
-    if (ADIBase* const cached = loadRaster()) {
+    if (ADIBase* const cached = loadRaster(graphRect_)) {
         SetDib(cached);
         dib_->Draw(dc);
         return;
@@ -69,7 +68,6 @@ void A2DAxis::frameRaster(const PlotLayout& layout)
         strokeTicks(layout, [this](CPoint from, CPoint to) { line(from.x, from.y, to.x, to.y); });
 }
 
-/// Keeps the raster in a file that nobody else has made; a failure leaves no file.
 void A2DAxis::storeRaster()
 {
     if (tempFileName_.empty()) {

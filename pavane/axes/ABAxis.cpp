@@ -1,5 +1,6 @@
 #include "pavane/axes/ABAxis.h"
 
+#include "pavane/axes/range_repair.h"
 #include "pavane/axes/ranges/decimal_power.h"
 #include "pavane/axes/ranges/ticks.h"
 #include "pavane/axes/ranges/time_ticks.h"
@@ -21,44 +22,6 @@ constexpr int firstWorkEntry = 226;
 constexpr COLORREF workColors[] = {0xFFFFFF, 0x000000, 0x808080, 0xC0C0C0, 0x00FFFF,
                                    0xFFFF00, 0xFF00FF, 0x0000FF, 0x00FF00, 0xFF0000};
 constexpr int workColorCount = static_cast<int>(std::size(workColors));
-
-bool isUnset(double min, double max) { return min == unsetMinimum && max == unsetMaximum; }
-
-void widen(double& min, double& max, double value)
-{
-    if (!std::isfinite(value))
-        return;
-    min = std::min(min, value);
-    max = std::max(max, value);
-}
-
-/// Parts equal ends by half their value and puts reversed ones in order.
-void repairPair(double& min, double& max)
-{
-    constexpr double greatest = std::numeric_limits<double>::max();
-    if (min == max) {
-        const double half = min == 0 ? 1 : 0.5 * min;
-        min -= half;
-        max = std::clamp(max + half, -greatest, greatest);
-    }
-    if (min > max)
-        std::swap(min, max);
-}
-
-/// Puts the ends that were asked for into a range found from the data, as far as they are finite.
-/// An end found on the wrong side of an asked one becomes equal to it.
-void keepFiniteEnds(double askedMin, double askedMax, double& min, double& max)
-{
-    if (isUnset(askedMin, askedMax))
-        return;
-    if (std::isfinite(askedMin)) {
-        min = askedMin;
-        max = std::isfinite(askedMax) ? askedMax : std::max(min, max);
-    } else if (std::isfinite(askedMax)) {
-        max = askedMax;
-        min = std::min(min, max);
-    }
-}
 
 bool isFinite(const TMinMax& r)
 {
@@ -153,6 +116,7 @@ void ABAxis::copyFrom(const ABAxis& other)
     logYMin_ = other.logYMin_;
     logYMax_ = other.logYMax_;
     reserved_ = other.reserved_;
+    yPeriod_ = other.yPeriod_;
     childs_ = other.childs_;
     sharedGraphs_ = other.childs_;
 }

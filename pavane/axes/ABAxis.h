@@ -211,6 +211,9 @@ public:
     /// Logarithms of the ends of a logarithmic direction; the least above the greatest when unset.
     TMnMx logX() const { return {logXMin_, logXMax_}; }
     TMnMx logY() const { return {logYMin_, logYMax_}; }
+    /// After how much y begins anew, 360 for phases in degrees; 0 for never, as it is here. No
+    /// curve joins points that lie more than half of it apart.
+    double yPeriod() const { return yPeriod_; }
     const APtrArray<AGraph*>& childs() const { return childs_; }
 
 protected:
@@ -242,6 +245,7 @@ protected:
     double logYMin_ = unsetMinimum;
     double logYMax_ = unsetMaximum;
     int reserved_ = 0;  ///< for derived classes
+    double yPeriod_ = 0;
     APtrArray<AGraph*> childs_{0, 0, 4};
 
 private:

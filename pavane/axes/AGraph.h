@@ -1,9 +1,12 @@
 #pragma once
 
 #include "pavane/axes/ranges/TMinMax.h"
+#include "pavane/images/curve_raster.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 #include "platform/types.h"
+
+#include <cstdint>
 
 namespace pavane
 {
@@ -61,6 +64,12 @@ public:
     /// Non-zero when the graph has something to draw there: the range of a box comes from such
     /// graphs alone.
     virtual int isIn3D() const;
+    /// The points (RP) that the graph goes through, the host's; none here.
+    virtual CurvePoints getPoints() const;
+    /// Non-zero when the graph has one colour; and the colour.
+    virtual int getGraphColor(COLORREF& color) const;
+    /// Draws a piece of its line or a marker into the middle of `box`, for a legend; nothing here.
+    virtual void drawSample(CDC& dc, const CRect& box);
 
     /// The axis that owns the graph, null for none; while the graph is drawn, the one that draws
     /// it.
@@ -68,8 +77,22 @@ public:
 
     /// Draws for `axis`, which need not be the owner: a copy of an axis shares the graphs.
     void drawIn(ABAxis& axis, CDC& dc, CRect& rect, TMinMax& range);
+    void drawSampleIn(ABAxis& axis, CDC& dc, const CRect& box);
+
+    /// What a legend calls the graph; empty at first, which keeps it out of legends.
+    void setGraphName(const CString& name) { graphName_ = name; }
+    const CString& getGraphName() const { return graphName_; }
+    /// Index of the finite point whose x is nearest to `x`, -1 for none: found in log n where x
+    /// rises. Whether it does is looked at once, so the host calls forgetPoints when it has put
+    /// other values into its arrays.
+    int nearestPoint(double x) const;
+    void forgetPoints() { order_ = PointOrder::unknown; }
 
 private:
+    enum class PointOrder : std::uint8_t { unknown, rising, any };
+
+    CString graphName_;
+    mutable PointOrder order_ = PointOrder::unknown;
     ABAxis* axis_ = nullptr;
 };
 

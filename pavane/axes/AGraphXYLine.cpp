@@ -33,4 +33,16 @@ void AGraphXYLine::draw(CDC& dc, CRect&, TMinMax&)
 
 int AGraphXYLine::overhang(const ABAxis& axis) const { return axis.graphLine(style2_) / 2; }
 
+int AGraphXYLine::getGraphColor(COLORREF& color) const
+{
+    color = color_;
+    return 1;
+}
+
+void AGraphXYLine::drawSample(CDC&, const CRect& box)
+{
+    if (axis())
+        drawLineSample(*axis(), box, style1_, style2_, color_);
+}
+
 }  // namespace pavane

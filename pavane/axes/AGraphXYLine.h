@@ -19,6 +19,9 @@ public:
     void getMinMax(TMinMax& range) const override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
     int overhang(const ABAxis& axis) const override;
+    CurvePoints getPoints() const override { return {x_, y_, count_}; }
+    int getGraphColor(COLORREF& color) const override;
+    void drawSample(CDC& dc, const CRect& box) override;
 
 protected:
     double* x_;

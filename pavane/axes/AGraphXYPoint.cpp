@@ -106,4 +106,14 @@ int AGraphXYPoint::overhang(const ABAxis& axis) const
     return axis.markerReach() + axis.graphLine(style2_) / 2 + 1;
 }
 
+void AGraphXYPoint::drawSample(CDC&, const CRect& box)
+{
+    if (!axis())
+        return;
+    const AxisPenState state(*axis());
+    axis()->setLineWidth(axis()->graphLine(style2_));
+    const CPoint centre = box.CenterPoint();
+    mark(*axis(), style1_, centre.x, centre.y, color_);
+}
+
 }  // namespace pavane

@@ -13,6 +13,7 @@ public:
     using AGraphXYLine::AGraphXYLine;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
     int overhang(const ABAxis& axis) const override;
+    void drawSample(CDC& dc, const CRect& box) override;
 };
 
 }  // namespace pavane

@@ -42,4 +42,16 @@ void AGraphYLine::draw(CDC& dc, CRect&, TMinMax&)
 
 int AGraphYLine::overhang(const ABAxis& axis) const { return axis.graphLine(setting2_) / 2; }
 
+int AGraphYLine::getGraphColor(COLORREF& color) const
+{
+    color = color_;
+    return 1;
+}
+
+void AGraphYLine::drawSample(CDC&, const CRect& box)
+{
+    if (axis())
+        drawLineSample(*axis(), box, setting1_, setting2_, color_);
+}
+
 }  // namespace pavane

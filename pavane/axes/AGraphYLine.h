@@ -23,6 +23,9 @@ public:
     void getMinMax(TMinMax& range) const override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
     int overhang(const ABAxis& axis) const override;
+    CurvePoints getPoints() const override { return {nullptr, y_, count_, x0_, dx_}; }
+    int getGraphColor(COLORREF& color) const override;
+    void drawSample(CDC& dc, const CRect& box) override;
 
 private:
     CString name_;

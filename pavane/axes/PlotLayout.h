@@ -18,6 +18,16 @@ constexpr int labelGap(int fHeight) { return fHeight / 2; }
 /// What a title adds to its margin: its line and half a line of air.
 constexpr int titleRoom(int fHeight) { return fHeight * 3 / 2; }
 
+/// The frame is this part of the font height wide.
+inline constexpr int framePart = 12;
+/// What graphs may draw on: the ends of a graph rectangle belong to it, those of a clip rectangle
+/// do not.
+constexpr CRect plotClip(const CRect& graph, int overhang)
+{
+    return CRect(graph.left - overhang, graph.top - overhang, graph.right + 1 + overhang,
+                 graph.bottom + 1 + overhang);
+}
+
 /// What a plane axis draws around its graphs, and where. Device units.
 struct PlotLayout {
     CRect picture;  ///< all of it

@@ -12,6 +12,8 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
+#include <limits>
+#include <memory>
 #include <vector>
 
 namespace pavane
@@ -234,6 +236,29 @@ void drawDashedInRaster(const ABAxis& axis, ADIBase& dib, const CurvePoints& poi
     dib.SetLinePattern(pattern);
 }
 
+/// The points of a curve with a gap wherever two neighbours lie more than half a period apart.
+struct BrokenCurve {
+    std::vector<double> x;
+    std::vector<double> y;
+
+    BrokenCurve(const CurvePoints& points, double period)
+    {
+        constexpr double gap = std::numeric_limits<double>::quiet_NaN();
+        const auto n = static_cast<std::size_t>(points.n);
+        x.reserve(n + n / 8);
+        y.reserve(n + n / 8);
+        for (std::int64_t i = 0; i < points.n; ++i) {
+            if (i > 0 && std::fabs(points.y[i] - points.y[i - 1]) > period / 2) {
+                x.push_back(gap);
+                y.push_back(gap);
+            }
+            x.push_back(points.xAt(i));
+            y.push_back(points.y[i]);
+        }
+    }
+    CurvePoints points() const { return {x.data(), y.data(), static_cast<std::int64_t>(x.size())}; }
+};
+
 }  // namespace
 
 int drawsFractions(CDC& dc)
@@ -259,11 +284,26 @@ CurveScale curveScaleY(const ABAxis& axis)
                    axis.getYDirect() < 0);
 }
 
-void drawAxisCurve(ABAxis& axis, CDC& dc, const CurvePoints& points, int style, int width,
+void drawLineSample(ABAxis& axis, const CRect& box, int style, int width, COLORREF color)
+{
+    if (style == PS_NULL)
+        return;
+    const AxisPenState state(axis);
+    axis.setLineStyle(style);
+    axis.setLineWidth(axis.graphLine(width));
+    axis.setColor(color);
+    const int y = box.CenterPoint().y;
+    axis.line(box.left, y, box.right, y);
+}
+
+void drawAxisCurve(ABAxis& axis, CDC& dc, const CurvePoints& all, int style, int width,
                    COLORREF color)
 {
-    if (!points.y || points.n < 1 || style == PS_NULL)
+    if (!all.y || all.n < 1 || style == PS_NULL)
         return;
+    const std::unique_ptr<BrokenCurve> broken(
+        axis.yPeriod() > 0 ? std::make_unique<BrokenCurve>(all, axis.yPeriod()) : nullptr);
+    const CurvePoints points = broken ? broken->points() : all;
     const int deviceWidth = axis.graphLine(width);
     if (axis.isFlagSet(axisBitmapMode)) {
         if (!axis.dib())

@@ -1,0 +1,140 @@
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/PlotLayout.h"
+#include "pavane/axes/range_repair.h"
+#include "platform/picture.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+/// The colour of the graphs of every scale; where they have several, that of the frame.
+std::vector<COLORREF> A2DAxisMulti::colorsOfScales(const std::vector<int>& scalesOf) const
+{
+    std::vector<COLORREF> colors(static_cast<std::size_t>(getScaleCount()), colorOfGraphs);
+    for (int i = 0; i < childs_.count(); ++i) {
+        COLORREF color = 0;
+        if (!childs_(i)->getGraphColor(color))
+            continue;
+        COLORREF& known = colors[static_cast<std::size_t>(scalesOf[static_cast<std::size_t>(i)])];
+        known = known == colorOfGraphs || known == color ? color : workColor(1);
+    }
+    return colors;
+}
+
+MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
+{
+    const std::vector<int> scalesOf = scalesOfGraphs();
+    const std::vector<COLORREF> colors = colorsOfScales(scalesOf);
+    std::map<int, int> ofPanel;  // scales that are shown in each
+    MultiWish wish;
+    wish.scales.resize(colors.size());
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        MultiWish::Scale& scale = wish.scales[i];
+        scale.spec = getScale(static_cast<int>(i));
+        const bool isUsedByGraph =
+            std::find(scalesOf.begin(), scalesOf.end(), static_cast<int>(i)) != scalesOf.end();
+        scale.isShown = isUsedByGraph || !isUnset(scale.spec.range.min, scale.spec.range.max);
+        ofPanel[scale.spec.panel] += scale.isShown;
+    }
+    for (std::size_t i = 0; i < colors.size(); ++i) {
+        MultiWish::Scale& scale = wish.scales[i];
+        scale.color = scale.spec.color != colorOfGraphs ? scale.spec.color : colors[i];
+        scale.isColored =
+            scale.color != colorOfGraphs &&
+            (scale.spec.colored > 0 || (scale.spec.colored < 0 && ofPanel[scale.spec.panel] > 1));
+    }
+    wish.x = {nameOX_,   {range_.xMin, range_.xMax},  xIntervals_, nxpDigit_,
+              nxmDigit_, !isFlagSet(axisNoMinorTicks)};
+    wish.xDirect = xDirect_;
+    wish.options = options_;
+    wish.columns = columns_;
+    wish.rows = rows_;
+    wish.page = getPage();
+    wish.gap = gap_;
+    wish.border = borderRect_;
+    wish.header = getHeaderString(0);
+    wish.captions = captions_;
+    const FigureUnits units(dc);
+    CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));
+    CPicture ruler(1, 1);
+    wish.fHeight = std::max(1, calcFontHeight(units.arePixels() ? dc : *ruler.dc(), pixels));
+    return wish;
+}
+
+int A2DAxisMulti::composeAll(CDC& dc, const CRect& rect)
+{
+    dc_ = &dc;
+    sortGraphs();
+    setUpParameters();
+    const MultiWish wanted = wish(dc, rect);
+    const int hasRoom = composeMulti(dc, rect, wanted, layout_);
+    fHeight_ = layout_.fHeight;
+    if (hasRoom)
+        placeMultiTexts(dc, wanted, layout_);
+    else
+        layout_ = {};
+    park();
+    for (int i = 0; i < getScaleCount(); ++i)
+        stored(i).plot = getPanelRect(stored(i).spec.panel);
+    unpark(reserved_);
+    return hasRoom;
+}
+
+/// What the layout of an ordinary plot is as one with a single scale and panel.
+void A2DAxisMulti::keepOrdinaryLayout(CDC& dc, const CRect& rect)
+{
+    layout_ = {};
+    layout_.picture = rect;
+    layout_.fHeight = fHeight_;
+    layout_.xMap = {xDirect_, {range_.xMin, range_.xMax}};
+    if (graphRect_.right <= graphRect_.left || graphRect_.bottom <= graphRect_.top)
+        return;
+    MultiLayout::Panel panel;
+    panel.plot = graphRect_;
+    panel.isLowest = 1;
+    panel.scales = panel.axes = {0};
+    layout_.panels.push_back(panel);
+    MultiLayout::YAxis axis;
+    axis.map = {yDirect_, {range_.yMin, range_.yMax}};
+    axis.line = graphRect_.left;
+    axis.rect = CRect(rect.left, graphRect_.top, graphRect_.left, graphRect_.bottom + 1);
+    layout_.axes.push_back(axis);
+    const int room = FigureUnits(dc).ofFont(fHeight_, titleRoom);
+    const auto addTitle = [this](const CString& text, const CRect& box, int scale) {
+        if (text.empty())
+            return;
+        MultiLayout::Text title;
+        title.text = text;
+        title.box = box;
+        title.isTurned = scale == 0;
+        title.part = MultiPart::title;
+        title.panel = 0;
+        title.scale = scale;
+        layout_.texts.push_back(title);
+    };
+    if (!isFlagSet(axisNoYLabels))
+        addTitle(nameOY_, CRect(rect.left, graphRect_.top, rect.left + room, graphRect_.bottom + 1),
+                 0);
+    if (!isFlagSet(axisNoXLabels))
+        addTitle(nameOX_,
+                 CRect(graphRect_.left, rect.bottom - room, graphRect_.right + 1, rect.bottom), -1);
+}
+
+int A2DAxisMulti::layOut(CDC& dc, const CRect& rect)
+{
+    sortGraphs();
+    layoutStands_ = 0;
+    if (isOrdinary()) {
+        const int hasRoom = A2DAxis::layOut(dc, rect);
+        keepOrdinaryLayout(dc, rect);
+        return hasRoom;
+    }
+    CDC* const before = dc_;
+    const int hasRoom = composeAll(dc, rect);
+    dc_ = before;
+    return hasRoom;
+}
+
+}  // namespace pavane

@@ -1,0 +1,102 @@
+#include "pavane/axes/multi/MultiLayout.h"
+
+#include "pavane/axes/ranges/pixel_rounding.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+double DirectionMap::fraction(double value) const
+{
+    if (direct != 0)
+        return spanFraction(value, range.min, range.max);
+    return spanFraction(std::log10(value), std::log10(range.min), std::log10(range.max));
+}
+
+int DirectionMap::yPixel(double value, int top, int bottom) const
+{
+    return pixelAt(fraction(value), top, bottom, direct < 0);
+}
+
+int DirectionMap::xPixel(double value, int left, int right) const
+{
+    return pixelAt(fraction(value), left, right, direct >= 0);
+}
+
+int MultiWish::panels() const
+{
+    int last = 0;
+    for (const Scale& scale : scales)
+        last = std::max(last, scale.spec.panel);
+    return last + 1;
+}
+
+int MultiWish::rowsOfPage() const
+{
+    return rows > 0 ? rows : std::max(1, (panels() + columns - 1) / columns);
+}
+
+int MultiWish::pages() const
+{
+    const long long ofPage = static_cast<long long>(columns) * rowsOfPage();
+    return static_cast<int>((panels() + ofPage - 1) / ofPage);
+}
+
+const MultiLayout::Panel* MultiLayout::findPanel(int number) const
+{
+    for (const Panel& panel : panels)
+        if (panel.number == number)
+            return &panel;
+    return nullptr;
+}
+
+const MultiLayout::YAxis* MultiLayout::findAxis(int scale) const
+{
+    for (const YAxis& axis : axes)
+        if (axis.scale == scale)
+            return &axis;
+    return nullptr;
+}
+
+CRect MultiLayout::bounds() const
+{
+    if (panels.empty())
+        return {};
+    CRect all = panels[0].plot;
+    for (const Panel& panel : panels) {
+        all.left = std::min(all.left, panel.plot.left);
+        all.top = std::min(all.top, panel.plot.top);
+        all.right = std::max(all.right, panel.plot.right);
+        all.bottom = std::max(all.bottom, panel.plot.bottom);
+    }
+    return all;
+}
+
+MultiHit MultiLayout::hitTest(CPoint point) const
+{
+    if (panels.empty() || !picture.PtInRect(point))
+        return {};
+    for (const Text& text : texts)
+        if (text.part == MultiPart::title && text.box.PtInRect(point))
+            return {text.panel, text.scale, MultiPart::title};
+    for (const Panel& panel : panels) {
+        const CRect& plot = panel.plot;
+        if (CRect(plot.left, plot.top, plot.right + 1, plot.bottom + 1).PtInRect(point))
+            return {panel.number, panel.scales.empty() ? -1 : panel.scales[0], MultiPart::plot};
+    }
+    for (const YAxis& axis : axes)
+        if (axis.rect.PtInRect(point))
+            return {panels[static_cast<std::size_t>(axis.panel)].number, axis.scale,
+                    MultiPart::yAxis};
+    for (const Panel& panel : panels) {
+        const CRect below(panel.plot.left, panel.plot.bottom + 1, panel.plot.right + 1,
+                          panel.plot.bottom + 1 + 2 * fHeight);
+        if (panel.isLowest && below.PtInRect(point))
+            return {panel.number, -1, MultiPart::xAxis};
+    }
+    return {-1, -1, MultiPart::gap};
+}
+
+}  // namespace pavane

@@ -1,0 +1,136 @@
+#pragma once
+
+#include "pavane/axes/multi/AYScale.h"
+#include "pavane/axes/TickSet.h"
+#include "platform/api.h"
+#include "platform/geometry.h"
+
+#include <cstdint>
+#include <map>
+#include <vector>
+
+namespace pavane
+{
+
+class CDC;
+
+/// The parts of a picture with several scales.
+enum class MultiPart : std::uint8_t { none, plot, yAxis, xAxis, title, gap };
+
+/// What lies at a point; -1 for no panel, no scale. In a plot the scale is the panel's first.
+struct MultiHit {
+    int panel = -1;
+    int scale = -1;
+    MultiPart part = MultiPart::none;
+};
+
+/// How values of a direction become pixels: the arithmetic of ABAxis.
+struct DirectionMap {
+    int direct = 1;
+    TMnMx range;
+
+    /// 0 at the start of the range, 1 at its end.
+    PAVANE_API double fraction(double value) const;
+    /// In a plot from `top` to `bottom`, both included.
+    PAVANE_API int yPixel(double value, int top, int bottom) const;
+    PAVANE_API int xPixel(double value, int left, int right) const;
+};
+
+/// What there is to lay out; ranges are repaired, and of scales that are not shown empty.
+struct MultiWish {
+    struct Scale {
+        AYScale spec;
+        int isShown = 1;
+        COLORREF color = 0;  ///< that its axis takes, while `isColored`
+        int isColored = 0;
+    };
+    std::vector<Scale> scales;
+    TickWish x;
+    int xDirect = 1;
+    int options = 0;  ///< AxisOption bits
+    int columns = 1;
+    int rows = 0;  ///< of a page; 0: all panels stand on one
+    int page = 0;  ///< from 0
+    double gap = 0.5;
+    int fHeight = 0;
+    CRect border{-1, -1, -1, -1};
+    CString header;
+    std::map<int, CString> captions;
+
+    /// Panels that there are, one at least.
+    PAVANE_API int panels() const;
+    PAVANE_API int rowsOfPage() const;
+    PAVANE_API int pages() const;
+};
+
+/// Where everything of a picture with several scales stands. Device units; edges of plots are
+/// included.
+struct MultiLayout {
+    /// The axis of a scale: its line, ticks, labels and title.
+    struct YAxis {
+        int scale = 0;
+        int panel = 0;  ///< index into `panels`
+        int isRight = 0;
+        int slot = 0;  ///< 0 stands at the plot, the others outside one after another
+        DirectionMap map;
+        TickSet ticks;
+        int line = 0;        ///< x of the line
+        int labelWidth = 0;  ///< of the widest label in its place of the column
+        CRect rect;
+        COLORREF color = 0;
+        int isColored = 0;
+    };
+    struct Panel {
+        int number = 0;
+        int column = 0;
+        CRect plot;
+        int isLowest = 0;
+        std::vector<int> scales;  ///< all that are shown, in their order
+        std::vector<int> axes;    ///< indices into `axes`
+        CString caption;
+    };
+    /// A line of text; `box` is what it covers.
+    struct Text {
+        CString text;
+        CRect box;
+        int isTurned = 0;  ///< runs upwards
+        int isBold = 0;
+        COLORREF color = 0;
+        int isColored = 0;
+        MultiPart part = MultiPart::none;
+        int panel = -1;  ///< its number
+        int scale = -1;
+    };
+    /// One title for the axes of a column that have the same.
+    struct ColumnTitle {
+        int axis = 0;  ///< of the top
+        int top = 0, bottom = 0;
+        CString text;
+    };
+
+    CRect picture;
+    int fHeight = 0;
+    DirectionMap xMap;
+    TickSet x;
+    std::vector<Panel> panels;
+    std::vector<YAxis> axes;
+    std::vector<ColumnTitle> titles;
+    std::vector<Text> texts;
+    CString header;
+    CRect headerBox;
+
+    PAVANE_API const Panel* findPanel(int number) const;
+    PAVANE_API const YAxis* findAxis(int scale) const;
+    PAVANE_API MultiHit hitTest(CPoint point) const;
+    /// The plots of all panels.
+    PAVANE_API CRect bounds() const;
+};
+
+/// Lays out `wish` in `rect` of a context: all but the texts. 0 when no plot has room. Pages are
+/// laid out as a picture of their size.
+PAVANE_API int composeMulti(CDC& dc, const CRect& rect, const MultiWish& wish, MultiLayout& layout);
+
+/// Then the texts, in the letters of the context.
+PAVANE_API void placeMultiTexts(CDC& dc, const MultiWish& wish, MultiLayout& layout);
+
+}  // namespace pavane

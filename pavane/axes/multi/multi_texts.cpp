@@ -1,0 +1,196 @@
+// The texts of a layout of several scales.
+#include "pavane/axes/ABAxis.h"
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/fitted_text.h"
+#include "pavane/axes/multi/MultiLayout.h"
+#include "pavane/axes/PlotLayout.h"
+#include "pavane/axes/SelectedObject.h"
+#include "pavane/resources/axis_messages.h"
+
+#include <algorithm>
+#include <limits>
+#include <tuple>
+
+namespace pavane
+{
+namespace
+{
+
+class TextPlacer
+{
+public:
+    TextPlacer(CDC& dc, const MultiWish& wish, MultiLayout& layout)
+        : dc_(dc), wish_(wish), out_(layout), h_(layout.fHeight),
+          gap_(FigureUnits(dc).ofFont(h_, labelGap))
+    {
+    }
+
+    void place()
+    {
+        CFont font;
+        if (!ABAxis::CreateAxisFont(font, h_, 0, 0.0))
+            return;
+        const SelectedObject<CFont> selected(dc_, font);
+        placeYLabels();
+        placeYTitles();
+        for (const MultiLayout::Panel& panel : out_.panels) {
+            if (panel.isLowest)
+                placeX(panel);
+            placeCaption(panel);
+            placeNoData(panel);
+        }
+    }
+
+private:
+    const MultiLayout::Panel& panelOf(const MultiLayout::YAxis& axis) const
+    {
+        return out_.panels[static_cast<std::size_t>(axis.panel)];
+    }
+
+    MultiLayout::Text& add(const CString& text, const CRect& box, MultiPart part, int panel,
+                           int scale)
+    {
+        MultiLayout::Text item;
+        item.text = text;
+        item.box = box;
+        item.part = part;
+        item.panel = panel;
+        item.scale = scale;
+        out_.texts.push_back(item);
+        return out_.texts.back();
+    }
+
+    void addOfAxis(const MultiLayout::YAxis& axis, const CString& text, const CRect& box,
+                   MultiPart part)
+    {
+        MultiLayout::Text& item = add(text, box, part, panelOf(axis).number, axis.scale);
+        item.isTurned = part == MultiPart::title;
+        item.color = axis.color;
+        item.isColored = axis.isColored;
+    }
+
+    /// Labels of one line of axes from the top: one that would touch the one above is left out.
+    void placeYLabels()
+    {
+        std::map<std::tuple<int, int, int>, int> ends;
+        for (const MultiLayout::YAxis& axis : out_.axes) {
+            const MultiLayout::Panel& panel = panelOf(axis);
+            const auto [end, isFirst] = ends.try_emplace({panel.column, axis.isRight, axis.slot},
+                                                         std::numeric_limits<int>::min());
+            std::vector<std::pair<int, const CString*>> labels;
+            for (const TickSet::Tick& tick : axis.ticks.major)
+                if (!tick.label.empty())
+                    labels.emplace_back(
+                        std::clamp(axis.map.yPixel(tick.value, panel.plot.top, panel.plot.bottom),
+                                   panel.plot.top, panel.plot.bottom),
+                        &tick.label);
+            std::sort(labels.begin(), labels.end(),
+                      [](const auto& a, const auto& b) { return a.first < b.first; });
+            for (const auto& [y, label] : labels) {
+                const int top = y - (h_ + 1) / 2;
+                if (top < end->second)
+                    continue;
+                end->second = top + h_;
+                const int width = dc_.GetTextExtent(*label).cx;
+                const int left = axis.isRight ? axis.line + 1 + gap_ : axis.line - gap_ - width;
+                addOfAxis(axis, *label, CRect(left, top, left + width, top + h_), MultiPart::yAxis);
+            }
+        }
+    }
+
+    void placeTitle(const MultiLayout::YAxis& axis, const CString& whole, int top, int bottom,
+                    int room, bool isShared)
+    {
+        const CString title = fittedLine(dc_, whole, room);
+        if (title.empty())
+            return;
+        const int length = dc_.GetTextExtent(title).cx;
+        const int left =
+            axis.isRight ? axis.line + axis.labelWidth + h_ : axis.line - axis.labelWidth - 2 * h_;
+        const int low = (top + bottom + length) / 2;
+        addOfAxis(axis, title, CRect(left, low - length, left + h_, low), MultiPart::title);
+        if (isShared)
+            out_.texts.back().panel = out_.texts.back().scale = -1;
+    }
+
+    void placeYTitles()
+    {
+        for (const MultiLayout::YAxis& axis : out_.axes) {
+            const CRect& plot = panelOf(axis).plot;
+            if (!axis.ticks.title.empty())
+                placeTitle(axis, axis.ticks.title, plot.top, plot.bottom, plot.Height(), false);
+        }
+        for (const MultiLayout::ColumnTitle& shared : out_.titles)
+            placeTitle(out_.axes[static_cast<std::size_t>(shared.axis)], shared.text, shared.top,
+                       shared.bottom, shared.bottom - shared.top, true);
+    }
+
+    void placeX(const MultiLayout::Panel& panel)
+    {
+        const CRect& plot = panel.plot;
+        for (const TickSet::Tick& tick : out_.x.major) {
+            if (tick.label.empty())
+                continue;
+            const int width = dc_.GetTextExtent(tick.label).cx;
+            const int left = out_.xMap.xPixel(tick.value, plot.left, plot.right) - width / 2;
+            const int top = plot.bottom + gap_;
+            add(tick.label, CRect(left, top, left + width, top + h_), MultiPart::xAxis,
+                panel.number, -1);
+        }
+        const CString title = fittedLine(dc_, out_.x.title, plot.Width());
+        if (title.empty())
+            return;
+        const int width = dc_.GetTextExtent(title).cx;
+        const int left = (plot.left + plot.right - width) / 2;
+        const int top = plot.bottom + 2 * h_;
+        add(title, CRect(left, top, left + width, top + h_), MultiPart::title, panel.number, -1);
+    }
+
+    void placeCaption(const MultiLayout::Panel& panel)
+    {
+        const CRect& plot = panel.plot;
+        if (panel.caption.empty() || plot.Height() < h_ + h_ / 2)
+            return;
+        const CString text = fittedLine(dc_, panel.caption, plot.Width() - h_);
+        if (text.empty())
+            return;
+        const int left = plot.left + h_ / 2;
+        const int top = plot.top + h_ / 4;
+        add(text, CRect(left, top, left + dc_.GetTextExtent(text).cx, top + h_), MultiPart::plot,
+            panel.number, -1);
+    }
+
+    /// A panel none of whose scales has a value says so.
+    void placeNoData(const MultiLayout::Panel& panel)
+    {
+        const CRect& plot = panel.plot;
+        for (const int scale : panel.scales) {
+            const TMnMx& range = wish_.scales[static_cast<std::size_t>(scale)].spec.range;
+            if (range.min < range.max)
+                return;
+        }
+        const int width = dc_.GetTextExtent(noData).cx;
+        const CPoint centre = plot.CenterPoint();
+        const int top = centre.y - h_ / 2;
+        const int captionEnd = panel.caption.empty() ? plot.top : plot.top + h_ / 4 + h_;
+        if (width <= plot.Width() && top >= captionEnd && top + h_ <= plot.bottom)
+            add(noData, CRect(centre.x - width / 2, top, centre.x - width / 2 + width, top + h_),
+                MultiPart::plot, panel.number, -1);
+    }
+
+    CDC& dc_;
+    const MultiWish& wish_;
+    MultiLayout& out_;
+    int h_;
+    int gap_;
+};
+
+}  // namespace
+
+void placeMultiTexts(CDC& dc, const MultiWish& wish, MultiLayout& layout)
+{
+    layout.texts.clear();
+    TextPlacer(dc, wish, layout).place();
+}
+
+}  // namespace pavane

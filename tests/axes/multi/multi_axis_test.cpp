@@ -1,0 +1,238 @@
+#include "pavane/axes/multi/A2DAxisMulti.h"
+
+#include "pavane/axes/AGraphXYPoint.h"
+#include "pavane/axes/AGraphYLine.h"
+#include "pavane/axes/graph_styles.h"
+#include "platform/picture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+using namespace pavane;
+
+namespace
+{
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+
+bool areEqual(const CPicture& a, const CPicture& b)
+{
+    for (int y = 0; y < a.height(); ++y)
+        if (std::memcmp(a.row(y), b.row(y), sizeof(std::uint32_t) * a.width()) != 0)
+            return false;
+    return true;
+}
+
+struct Data {
+    std::vector<double> x, y;
+    explicit Data(int n = 200, double factor = 1)
+    {
+        for (int i = 0; i < n; ++i) {
+            x.push_back(1 + i);
+            y.push_back(factor * (2 + std::sin(i * 0.1)));
+        }
+    }
+    int count() const { return static_cast<int>(x.size()); }
+    AGraphXYLine* line(ABAxis& axis, COLORREF color = 0, int asItem = 0)
+    {
+        return new AGraphXYLine(&axis, x.data(), y.data(), count(), nullptr, PS_SOLID, 1, color,
+                                asItem);
+    }
+};
+
+void drawInto(CPicture& picture, A2DAxis& axis, int smooth = 0)
+{
+    const auto dc = picture.dc();
+    dc->SetSmooth(smooth);
+    CRect rect(0, 0, picture.width(), picture.height());
+    axis.draw(*dc, rect);
+}
+
+}  // namespace
+
+TEST(Multi, WithoutScalesItIsTheOrdinaryPlot)
+{
+    Data data;
+    const TMinMax ranges[] = {{}, {3, 70, -1, 5, 0, 1}, {5, 5, 2, 2, 0, 1}, {0, notANumber, 1, 4}};
+    for (const TMinMax& given : ranges)
+        for (const int direct : {1, -1, 0})
+            for (const int options :
+                 {0, axisGridX | axisGridY, axisBitmapMode | axisTicksInside, int{axisNoXLabels}}) {
+                TMinMax range = given;
+                A2DAxis plain(direct, direct, &range, options);
+                A2DAxisMulti multi(direct, direct, &range, options);
+                CPicture pictures[] = {{400, 300}, {400, 300}};
+                for (A2DAxis* const axis : {&plain, static_cast<A2DAxis*>(&multi)}) {
+                    axis->setNameOX("Time~");
+                    axis->setNameOY("Flux [%sJy]");
+                    data.line(*axis);
+                    drawInto(pictures[axis == &multi], *axis, 1);
+                }
+                EXPECT_TRUE(areEqual(pictures[0], pictures[1])) << direct << ' ' << options;
+                EXPECT_EQ(plain.getGraphRect(), multi.getPanelRect(0));
+            }
+}
+
+TEST(Multi, GraphsFindTheirScales)
+{
+    Data data;
+    A2DAxisMulti axis(1, 1, nullptr, 0);
+    EXPECT_EQ(axis.GetAxisType(), 13);
+    axis.setNameOY("Flux");
+    AGraph* const first = data.line(axis);
+    AGraph* const unnamed = data.line(axis, 0, 1);
+    std::vector<AGraph*> items;
+    for (const char* name : {"Rate", "Flux", "Rate"}) {
+        auto* const graph =
+            new AGraphYLine(&axis, data.y.data(), data.count(), nullptr, PS_SOLID, 0, 1, 1, 0, 1);
+        graph->setName(name);
+        items.push_back(graph);
+    }
+    EXPECT_EQ(axis.childs().count(), 5);
+    EXPECT_EQ(axis.getScaleCount(), 1);
+    EXPECT_EQ(axis.getScaleOf(unnamed), -1);
+    CPicture picture(400, 300);
+    drawInto(picture, axis);
+    EXPECT_EQ(axis.getScaleCount(), 3);
+    const int expected[] = {2, 0, 2};
+    for (std::size_t i = 0; i < items.size(); ++i)
+        EXPECT_EQ(axis.getScaleOf(items[i]), expected[i]);
+    EXPECT_EQ(axis.getScaleOf(first), 0);
+    EXPECT_EQ(axis.getScaleOf(unnamed), 1);
+    EXPECT_EQ(axis.getScale(2).name, "Rate");
+
+    EXPECT_FALSE(axis.deleteScale(0));
+    EXPECT_FALSE(axis.deleteScale(1));
+    EXPECT_FALSE(axis.setScaleOf(unnamed, 3));
+    EXPECT_TRUE(axis.setScaleOf(unnamed, 0));
+    EXPECT_TRUE(axis.deleteScale(1));
+    EXPECT_EQ(axis.getScaleOf(items[0]), 1);
+    EXPECT_TRUE(axis.deleteGraph(items[0]));
+    EXPECT_FALSE(axis.deleteGraph(items[0]));
+    EXPECT_EQ(axis.getScaleOf(items[0]), -1);
+    drawInto(picture, axis);
+}
+
+TEST(Multi, BadRangesHarmNoOtherScale)
+{
+    Data data;
+    const TMnMx ranges[] = {{}, {2, 2}, {5, -5}, {0, infinity}, {notANumber, 1}, {0, 3}, {-1, 1}};
+    for (const TMnMx& range : ranges)
+        for (const int direct : {0, 1, -1}) {
+            A2DAxisMulti axis(1, 1, nullptr, 0);
+            AYScale scale;
+            scale.range = range;
+            scale.direct = direct;
+            const int bad = axis.addScale(scale);
+            scale.range = {1, 10};
+            const int good = axis.addScale(scale);
+            axis.setScaleOf(data.line(axis), bad);
+            axis.setScaleOf(data.line(axis), good);
+            CPicture picture(400, 300);
+            drawInto(picture, axis);
+            const TMnMx repaired = axis.getScale(bad).range;
+            EXPECT_LT(repaired.min, repaired.max);
+            EXPECT_TRUE(std::isfinite(repaired.min) && std::isfinite(repaired.max));
+            EXPECT_EQ(axis.getScale(good).range, (TMnMx{1, 10}));
+            EXPECT_EQ(axis.getScale(good).direct, direct);
+            EXPECT_EQ(axis.getScale(bad).direct == 0, direct == 0 && repaired.min > 0);
+        }
+}
+
+TEST(Multi, NumbersOfScalesAndPanelsThatLeaveNoRoom)
+{
+    struct Case {
+        int scales, panels, width, height;
+        double weight;
+    };
+    const Case cases[] = {{0, 1, 400, 300, 1},        {1000, 1, 400, 300, 1},
+                          {1000, 1000, 400, 300, 1},  {3, 3, 400, 300, 0},
+                          {3, 3, 30, 12, notANumber}, {90, 90, 300, 400, 1}};
+    Data data;
+    for (const Case& c : cases) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        for (int i = 0; i < c.scales; ++i) {
+            AYScale scale;
+            scale.panel = i % c.panels;
+            scale.weight = c.weight;
+            scale.name = "Scale";
+            axis.setScaleOf(data.line(axis), axis.addScale(scale));
+        }
+        CPicture picture(c.width, c.height);
+        drawInto(picture, axis);
+        const bool isCrowded = c.scales == 1000 && c.panels == 1;
+        EXPECT_GE(axis.getPanelRect(0).Width() * 2, isCrowded ? c.width : 0);
+    }
+}
+
+TEST(Multi, AChangedPanelIsDrawnAloneAndLooksAsInAWholePicture)
+{
+    for (const int options : {0, int{axisBitmapMode}})
+        for (const double gap : {0.5, 0.0}) {
+            std::vector<Data> data(6);
+            A2DAxisMulti axis(1, 1, nullptr, options);
+            axis.setPanelGap(gap);
+            AGraph* graphs[6];
+            for (int i = 0; i < 6; ++i) {
+                AYScale scale;
+                scale.panel = i;
+                scale.range = {0, 4};
+                Data& d = data[static_cast<std::size_t>(i)];
+                graphs[i] = new AGraphXYPoint(&axis, d.x.data(), d.y.data(), d.count(), nullptr,
+                                              graphPointCross, 1, RGB(200, 0, 0), 0);
+                axis.setScaleOf(graphs[i], axis.addScale(scale));
+            }
+            axis.setPanels(2, 0);
+            CPicture picture(500, 400);
+            CRect rect(0, 0, 500, 400);
+            const auto dc = picture.dc();
+            EXPECT_FALSE(axis.drawChanged(*dc, rect));
+            axis.draw(*dc, rect);
+            for (double& y : data[1].y)
+                y = 4 - y;
+            for (double& y : data[3].y)
+                y = 0.1;
+            axis.setChanged(graphs[1]);
+            EXPECT_TRUE(axis.drawChanged(*dc, rect));
+            CPicture whole(500, 400);
+            EXPECT_FALSE(areEqual(picture, whole));  // panel 3 has not been told of
+            axis.setChanged(graphs[3]);
+            EXPECT_TRUE(axis.drawChanged(*dc, rect));
+            drawInto(whole, axis);
+            EXPECT_TRUE(areEqual(picture, whole)) << options << ' ' << gap;
+            axis.setScale(2, axis.getScale(2));
+            EXPECT_FALSE(axis.drawChanged(*dc, rect));
+        }
+}
+
+TEST(Multi, PhasesAreNotJoinedAcrossTheirEnds)
+{
+    double x[] = {0, 1};
+    double y[] = {170, -170};
+    for (const double period : {0.0, 360.0}) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        AYScale scale;
+        scale.range = {-180, 180};
+        scale.period = period;
+        axis.setScale(0, scale);
+        axis.setMinMax({0, 1, -180, 180, 0, 1});
+        new AGraphXYLine(&axis, x, y, 2, nullptr, PS_SOLID, 1, RGB(255, 0, 0), 0);
+        CPicture picture(300, 200);
+        drawInto(picture, axis);
+        int red = 0;
+        const CRect plot = axis.getPanelRect(0);
+        for (int row = plot.top + 20; row < plot.bottom - 20; ++row)
+            for (int column = plot.left + 2; column < plot.right - 2; ++column)
+                red += picture.row(row)[column] == 0xFF0000;
+        EXPECT_EQ(red > 0, period == 0);
+        CString labels;
+        for (const TickSet::Tick& tick : axis.getLayout().axes[0].ticks.major)
+            labels += tick.label + " ";
+        EXPECT_EQ(labels.find("90") != CString::npos, period > 0) << labels;
+    }
+}
