@@ -32,11 +32,14 @@ public:
     HiddenLines(const BoxView& view, const SurfaceScene& scene, double step = 1);
 
     /// Appends the visible pieces of a line through `points`; a point that is not finite is a gap.
+    /// What lies farther outside the rectangle of the view than its own size is left out.
     void add(std::span<const BoxPoint> points, PicturePieces& pieces) const;
     void add(const BoxPoint& from, const BoxPoint& to, PicturePieces& pieces) const;
     const SurfaceSight& sight() const { return sight_; }
 
 private:
+    class Tracer;
+
     BoxView view_;
     SurfaceSight sight_;
     double step_;

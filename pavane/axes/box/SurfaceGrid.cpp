@@ -172,10 +172,14 @@ double SurfaceGrid::heightAt(double column, double row) const
     const int r = std::max(0, std::min(static_cast<int>(row), rows() - 2));
     const int right = std::min(c + 1, columns() - 1), up = std::min(r + 1, rows() - 1);
     const double x = column - c, y = row - r;
-    const double low = height(c, r), high = height(right, up);
     const double side = x >= y ? height(right, r) : height(c, up);
-    return x >= y ? low * (1 - x) + side * (x - y) + high * y
-                  : low * (1 - y) + side * (y - x) + high * x;
+    const double parts[] = {1 - std::max(x, y), std::fabs(x - y), std::min(x, y)};
+    const double heights[] = {height(c, r), side, height(right, up)};
+    double sum = 0;
+    // a blank corner does not count for a place on the side opposite it
+    for (int k = 0; k < 3; ++k)
+        sum += parts[k] != 0 ? parts[k] * heights[k] : 0;
+    return sum;
 }
 
 }  // namespace pavane

@@ -30,17 +30,19 @@ public:
     int pick(const CPointF& at, SurfaceHit& hit) const;
 
 private:
+    /// A line of sight and the part of it that counts, in steps.
     struct Ray {
-        BoxPoint from;
-        BoxPoint step;
-        double length = 0;  ///< steps to its end
+        BoxPoint from, step;
+        double first, last;
     };
-    struct Met {
-        double at = 0;  ///< steps from the start
-        int kind = 0;   ///< 0 nothing
+    enum class Kind { nothing, surface, skirt, floor };
+    struct Meeting {
+        Kind kind = Kind::nothing;
+        double at = 0;  ///< in steps
         int fromBelow = 0;
     };
-    Met firstMet(const SceneSurface& surface, const Ray& ray) const;
+    static Meeting meet(const SceneSurface& surface, const Ray& ray);
+    Ray rayThrough(const CPointF& at) const;
 
     BoxView view_;
     SurfaceScene scene_;

@@ -44,8 +44,26 @@ public:
             }
     }
     const pavane::SurfacePixel& pixel(int x, int y) const { return pixels_[index(x, y)]; }
-    /// Depth of what a pixel shows; infinite for nothing.
-    double depth(int x, int y) const { return depths_[index(x, y)]; }
+    std::size_t triangles() const { return triangles_.size(); }
+    /// Whether a triangle stands between a point and the eye.
+    int isHidden(const pavane::BoxPoint& at) const
+    {
+        const pavane::BoxPoint sight = view_.sight();
+        for (const auto& c : triangles_) {
+            const pavane::BoxPoint u = minus(c[1], c[0]), v = minus(c[2], c[0]);
+            const pavane::BoxPoint w = minus(at, c[0]), n = cross(u, v);
+            // at - t sight = c0 + a u + b v
+            const double volume = dot(n, sight);
+            if (std::fabs(volume) < 1e-15)
+                continue;
+            const double t = dot(n, w) / volume;
+            const double a = dot(cross(w, v), sight) / volume;
+            const double b = dot(cross(u, w), sight) / volume;
+            if (t > 1e-6 && a >= 0 && b >= 0 && a + b <= 1)
+                return 1;
+        }
+        return 0;
+    }
 
 private:
     std::size_t index(int x, int y) const
@@ -84,6 +102,7 @@ private:
             top = std::min(top, at[k].y);
             bottom = std::max(bottom, at[k].y);
         }
+        triangles_.push_back(corners);
         const double area = cross(at[0], at[1], at[2]);
         if (std::fabs(area) < 1e-12)
             return;
@@ -122,14 +141,23 @@ private:
     {
         return (a.x - o.x) * (b.y - o.y) - (a.y - o.y) * (b.x - o.x);
     }
+    static pavane::BoxPoint minus(const pavane::BoxPoint& a, const pavane::BoxPoint& b)
+    {
+        return {a.p - b.p, a.q - b.q, a.s - b.s};
+    }
+    static pavane::BoxPoint cross(const pavane::BoxPoint& a, const pavane::BoxPoint& b)
+    {
+        return {a.q * b.s - a.s * b.q, a.s * b.p - a.p * b.s, a.p * b.q - a.q * b.p};
+    }
+    static double dot(const pavane::BoxPoint& a, const pavane::BoxPoint& b)
+    {
+        return a.p * b.p + a.q * b.q + a.s * b.s;
+    }
     /// Whether the normal that points up points away from the eye.
     bool seenFromBelow(const std::array<pavane::BoxPoint, 3>& c) const
     {
-        const double p1 = c[1].p - c[0].p, q1 = c[1].q - c[0].q, s1 = c[1].s - c[0].s;
-        const double p2 = c[2].p - c[0].p, q2 = c[2].q - c[0].q, s2 = c[2].s - c[0].s;
-        const pavane::BoxPoint normal{q1 * s2 - s1 * q2, s1 * p2 - p1 * s2, p1 * q2 - q1 * p2};
-        const pavane::BoxPoint sight = view_.sight();
-        const double along = normal.p * sight.p + normal.q * sight.q + normal.s * sight.s;
+        const pavane::BoxPoint normal = cross(minus(c[1], c[0]), minus(c[2], c[0]));
+        const double along = dot(normal, view_.sight());
         return (normal.s > 0) == (along > 0);
     }
 
@@ -137,6 +165,7 @@ private:
     int width_, height_;
     std::vector<pavane::SurfacePixel> pixels_;
     std::vector<double> depths_;
+    std::vector<std::array<pavane::BoxPoint, 3>> triangles_;
     const pavane::SurfaceGrid* grid_ = nullptr;
     int second_ = 0;
 };

@@ -1,4 +1,5 @@
 #include "pavane/axes/box/SurfaceRaster.h"
+#include "pavane/axes/box/SurfaceSight.h"
 #include "tests/axes/box/box_scenes.h"
 #include "tests/axes/box/plain_depth.h"
 
@@ -46,6 +47,72 @@ TEST(SurfaceRasterTest, PicturesAreThoseOfAPlainDepthBuffer)
     }
     EXPECT_LT(different, all / 1000);
     EXPECT_GT(all, 500000);
+}
+
+TEST(SurfaceRasterTest, APickIsWhatThePixelShows)
+{
+    long hits = 0, different = 0;
+    for (unsigned number = 0; number < 220; ++number) {
+        const RandomScene random(number);
+        SurfaceRaster raster;
+        ASSERT_TRUE(raster.draw(random.view, random.scene,
+                                {0, 0, RandomScene::width, RandomScene::height}));
+        const SurfaceSight sight(random.view, random.scene);
+        for (int k = 0; k < 300; ++k) {
+            const int x = k * 7919 % RandomScene::width, y = k * 104729 % RandomScene::height;
+            const SurfacePixel& pixel = raster.pixel(x, y);
+            SurfaceHit hit;
+            const int isHit = sight.pick({x + 0.5, y + 0.5}, hit);
+            hits += isHit;
+            const bool isShown =
+                pixel.part == SurfacePart::upper || pixel.part == SurfacePart::under;
+            different += isHit ? !isShown || pixel.cell != hit.cell || pixel.second != hit.second ||
+                                     (pixel.part == SurfacePart::under) != hit.fromBelow
+                               : isShown;
+            if (isHit) {
+                const CPointF seen = random.view.project(hit.at);
+                EXPECT_NEAR(std::hypot(seen.x - x - 0.5, seen.y - y - 0.5), 0, 1e-6);
+                EXPECT_FALSE(sight.isHidden(hit.at)) << number;
+            }
+        }
+    }
+    EXPECT_LE(different, hits / 300);
+    EXPECT_GT(hits, 5000);
+}
+
+TEST(SurfaceRasterTest, ColoursAreThoseOfTheCellsShown)
+{
+    AMatrix<float> cells(9, 12);
+    for (int i = 0; i < cells.cells(); ++i)
+        cells.data()[i] = static_cast<float>(i * 2);
+    cells(4, 5) = NAN;
+    const AFloatMatrixAccess access(cells);
+    const AStridedAccess<float> strided(cells.data(), 9, 12, 12, 1, 1e9);
+    const MapScale scale(MapScaleKind::linear, 0, 226);
+    SurfaceGrid grid;
+    ASSERT_TRUE(grid.set(access, scale, {}));
+    BoxView view;
+    view.fit({0, 0, 90, 70});
+    SurfaceScene scene;
+    scene.first = {&grid, 1, 1};
+    SurfaceRaster raster;
+    ASSERT_TRUE(raster.draw(view, scene, {0, 0, 90, 70}));
+    for (const AMatrixAccess* colors : {static_cast<const AMatrixAccess*>(&access),
+                                        static_cast<const AMatrixAccess*>(&strided)}) {
+        std::vector<unsigned char> bits(100 * 70, 255);
+        ASSERT_TRUE(paintSurface(raster, {colors, &scale, {}}, {}, bits.data(), 100));
+        for (int y = 0; y < 70; ++y)
+            for (int x = 0; x < 90; ++x) {
+                const SurfacePixel& pixel = raster.pixel(x, y);
+                const auto cell = static_cast<int>(pixel.cell);
+                EXPECT_EQ(bits[static_cast<std::size_t>(y * 100 + x)],
+                          pixel.part == SurfacePart::nothing ? 255
+                          : cell == 4 * 12 + 5               ? 229
+                                                             : cell * 2);
+            }
+    }
+    EXPECT_FALSE(paintSurface(raster, {&access, &scale, {200, 100, 0}}, {}, nullptr, 0));
+    EXPECT_FALSE(raster.draw(view, scene, {5, 5, 5, 9}));
 }
 
 }  // namespace

@@ -1,0 +1,280 @@
+#include "pavane/axes/box/SurfaceSight.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double infinity = std::numeric_limits<double>::infinity();
+/// Heights nearer to each other than this are the same.
+constexpr double sameHeight = 1e-7;
+/// What lies nearer to a curtain or a floor than this, in steps, lies on it.
+constexpr double onIt = 1e-7;
+/// How far beyond a border of squares, in squares, one looks which square comes next.
+constexpr double ahead = 1e-9;
+
+/// A line through a surface in columns, rows and heights.
+struct GridRay {
+    double column, row, s;
+    double columnStep, rowStep, sStep;
+
+    double columnAt(double t) const { return column + columnStep * t; }
+    double rowAt(double t) const { return row + rowStep * t; }
+    double sAt(double t) const { return s + sStep * t; }
+};
+
+/// Cuts first..last to where from + step t lies in low..high.
+void clip(double from, double step, double low, double high, double& first, double& last)
+{
+    if (std::fabs(step) < 1e-300) {
+        if (!(from >= low && from <= high))
+            last = -infinity;
+        return;
+    }
+    const double a = (low - from) / step, b = (high - from) / step;
+    first = std::max(first, std::min(a, b));
+    last = std::min(last, std::max(a, b));
+}
+
+/// Follows a line through a surface until it passes from one side of it to the other.
+class SurfaceCrossing
+{
+public:
+    SurfaceCrossing(const SurfaceGrid& grid, const GridRay& ray) : grid_(grid), ray_(ray)
+    {
+        const double faster = std::max(std::fabs(ray.columnStep), std::fabs(ray.rowStep));
+        ahead_ = std::min(ahead / faster, 1.0);
+    }
+    /// On which side the line starts: above 0, below 0, on the surface or unknown 0.
+    void startAt(double height) { side_ = sideOf(height); }
+    /// Whether it crosses between first and last; where and to which side then.
+    bool find(double first, double last)
+    {
+        int level = 0;
+        for (double t = first; t < last;) {
+            const int column = squareOf(ray_.columnAt(t + ahead_), grid_.columns());
+            const int row = squareOf(ray_.rowAt(t + ahead_), grid_.rows());
+            const int shift = HeightBlocks::firstShift + level;
+            const double end = std::min(exitOf(column, row, shift, t), last);
+            const HeightBlocks::Range range = grid_.blocks().range(level, column, row);
+            const double from = ray_.sAt(t), to = ray_.sAt(end);
+            if (std::min(from, to) > static_cast<double>(range.greatest) ||
+                std::max(from, to) < static_cast<double>(range.least)) {
+                side_ = 0;  // where it comes out is looked at anew
+                t = end;
+                level = std::min(level + 1, grid_.blocks().levels() - 1);
+            } else if (level > 0) {
+                --level;
+            } else {
+                if (goThrough(t, end))
+                    return true;
+                t = end;
+            }
+        }
+        return false;
+    }
+    double at() const { return at_; }
+    int fromBelow() const { return side_ > 0; }
+
+private:
+    static int sideOf(double height)
+    {
+        return height > sameHeight ? 1 : height < -sameHeight ? -1 : 0;
+    }
+    static int squareOf(double place, int centres)
+    {
+        return static_cast<int>(std::clamp(place, 0.0, centres - 2.0));
+    }
+    /// Where the line leaves the block of a square, later than t.
+    double exitOf(int column, int row, int shift, double t) const
+    {
+        const auto leaves = [shift](int square, double from, double step) {
+            if (std::fabs(step) < 1e-300)
+                return infinity;
+            const int border = ((square >> shift) + (step > 0 ? 1 : 0)) << shift;
+            return (border - from) / step;
+        };
+        return std::max(std::min(leaves(column, ray_.column, ray_.columnStep),
+                                 leaves(row, ray_.row, ray_.rowStep)),
+                        t + ahead_);
+    }
+    /// Square after square.
+    bool goThrough(double t, double last)
+    {
+        while (t < last) {
+            const int column = squareOf(ray_.columnAt(t + ahead_), grid_.columns());
+            const int row = squareOf(ray_.rowAt(t + ahead_), grid_.rows());
+            const double end = std::min(exitOf(column, row, 0, t), last);
+            // the diagonal is where the parts of column and row are equal
+            const double slant = ray_.columnStep - ray_.rowStep;
+            const double diagonal = (ray_.row - row - (ray_.column - column)) / slant;
+            if (diagonal > t && diagonal < end) {
+                if (passTriangle(column, row, t, diagonal) ||
+                    passTriangle(column, row, diagonal, end))
+                    return true;
+            } else if (passTriangle(column, row, t, end)) {
+                return true;
+            }
+            t = end;
+        }
+        return false;
+    }
+    bool passTriangle(int column, int row, double from, double to)
+    {
+        const double middle = (from + to) / 2;
+        const bool isLower = ray_.columnAt(middle) - column >= ray_.rowAt(middle) - row;
+        const auto height = [&](int c, int r) {
+            return static_cast<double>(grid_.height(column + c, row + r));
+        };
+        const double low = height(0, 0), high = height(1, 1);
+        const double side = isLower ? height(1, 0) : height(0, 1);
+        const double alongColumn = isLower ? side - low : high - side;
+        const double alongRow = isLower ? high - side : side - low;
+        const auto above = [&](double t) {
+            return ray_.sAt(t) - low - alongColumn * (ray_.columnAt(t) - column) -
+                   alongRow * (ray_.rowAt(t) - row);
+        };
+        const double first = above(from), second = above(to);
+        if (!(first == first) || !(second == second)) {
+            side_ = 0;
+            return false;
+        }
+        return isPassed(from, first, from, first) || isPassed(from, first, to, second);
+    }
+    bool isPassed(double from, double before, double to, double height)
+    {
+        const int side = sideOf(height);
+        if (side == 0)
+            return false;
+        const bool isOther = side_ == -side;
+        side_ = side;
+        if (isOther)
+            at_ = before != height ? from + (to - from) * before / (before - height) : to;
+        return isOther;
+    }
+
+    const SurfaceGrid& grid_;
+    const GridRay& ray_;
+    double ahead_;
+    int side_ = 0;
+    double at_ = 0;
+};
+
+}  // namespace
+
+SurfaceSight::SurfaceSight(const BoxView& view, const SurfaceScene& scene)
+    : view_(view), scene_(scene), sight_(view.sight())
+{
+}
+
+SurfaceSight::Meeting SurfaceSight::meet(const SceneSurface& surface, const Ray& ray)
+{
+    Meeting meeting;
+    if (!surface.grid || surface.grid->columns() < 2 || surface.grid->rows() < 2)
+        return meeting;
+    const SurfaceGrid& grid = *surface.grid;
+    const double stepP = grid.p(1) - grid.p(0), stepQ = grid.q(1) - grid.q(0);
+    const GridRay line{grid.columnOf(ray.from.p), grid.rowOf(ray.from.q), ray.from.s,
+                       ray.step.p / stepP,        ray.step.q / stepQ,     ray.step.s};
+    double first = ray.first, last = ray.last;
+    clip(line.column, line.columnStep, 0, grid.columns() - 1, first, last);
+    clip(line.row, line.rowStep, 0, grid.rows() - 1, first, last);
+    if (!(first <= last))
+        return meeting;
+    const auto keep = [&meeting](Kind kind, double at, int fromBelow) {
+        if (meeting.kind == Kind::nothing || at < meeting.at)
+            meeting = {kind, at, fromBelow};
+    };
+    // height above the surface where the line comes in and goes out
+    const auto inside = [](double place, int centres) {
+        const double whole = std::floor(place + 0.5);
+        return std::clamp(std::fabs(place - whole) < 1e-9 ? whole : place, 0.0, centres - 1.0);
+    };
+    const auto above = [&](double t) {
+        return line.sAt(t) - grid.heightAt(inside(line.columnAt(t), grid.columns()),
+                                           inside(line.rowAt(t), grid.rows()));
+    };
+    const auto passesSkirt = [&](double t) {
+        return surface.skirt && std::isfinite(t) && above(t) < 0 && line.sAt(t) >= grid.floor();
+    };
+    if (first > ray.first + onIt && passesSkirt(first))
+        keep(Kind::skirt, first, 0);
+    if (last < ray.last && last > ray.first + onIt && passesSkirt(last))
+        keep(Kind::skirt, last, 0);
+    // no part of the surface is above its greatest height or below its least one
+    const HeightBlocks::Range range = grid.blocks().range(grid.blocks().levels() - 1, 0, 0);
+    double from = first, to = last;
+    clip(line.s, line.sStep, static_cast<double>(range.least) - sameHeight * 2,
+         static_cast<double>(range.greatest) + sameHeight * 2, from, to);
+    double lowest = infinity;  // a surface that lies on its floor shows, not the floor
+    if (from < to) {
+        SurfaceCrossing crossing(grid, line);
+        crossing.startAt(above(from));
+        if (crossing.find(from, to)) {
+            keep(Kind::surface, crossing.at(), crossing.fromBelow());
+            lowest = line.sAt(crossing.at()) - grid.floor();
+        }
+    }
+    if (surface.floor && line.sStep != 0 && lowest > sameHeight * 4) {
+        const double at = (grid.floor() - line.s) / line.sStep;
+        if (at > ray.first + onIt && at >= first && at <= last)
+            keep(Kind::floor, at, 0);
+    }
+    return meeting;
+}
+
+int SurfaceSight::isHidden(const BoxPoint& point) const
+{
+    if (!std::isfinite(point.p + point.q + point.s))
+        return 1;
+    const Ray ray{point, {-sight_.p, -sight_.q, -sight_.s}, 0, infinity};
+    return meet(scene_.first, ray).kind != Kind::nothing ||
+           meet(scene_.second, ray).kind != Kind::nothing;
+}
+
+SurfaceSight::Ray SurfaceSight::rayThrough(const CPointF& at) const
+{
+    const BoxTransform& t = view_.transform();
+    BoxPoint point;
+    if (std::fabs(t.ys) < 0.1 * std::hypot(t.yp, t.yq)) {
+        view_.unproject(at, 0, point);
+    } else {
+        const double x = (at.x - t.x0) / (t.xp * t.xp + t.xq * t.xq);
+        point.p = x * t.xp;
+        point.q = x * t.xq;
+        point.s = (at.y - t.y0 - t.yp * point.p - t.yq * point.q) / t.ys;
+    }
+    return {point, sight_, -infinity, infinity};
+}
+
+int SurfaceSight::pick(const CPointF& at, SurfaceHit& hit) const
+{
+    if (!std::isfinite(at.x + at.y))
+        return 0;
+    const Ray ray = rayThrough(at);
+    const Meeting first = meet(scene_.first, ray), second = meet(scene_.second, ray);
+    const bool isSecond = second.kind != Kind::nothing &&
+                          (first.kind == Kind::nothing || second.at < first.at - onIt);
+    const Meeting& nearest = isSecond ? second : first;
+    if (nearest.kind != Kind::surface)
+        return 0;
+    const SurfaceGrid& grid = *(isSecond ? scene_.second : scene_.first).grid;
+    hit.at = {ray.from.p + ray.step.p * nearest.at, ray.from.q + ray.step.q * nearest.at,
+              ray.from.s + ray.step.s * nearest.at};
+    hit.second = isSecond;
+    const auto centre = [](double place, int count) {
+        return static_cast<int>(std::clamp(std::floor(place + 0.5), 0.0, count - 1.0));
+    };
+    hit.column = centre(grid.columnOf(hit.at.p), grid.columns());
+    hit.row = centre(grid.rowOf(hit.at.q), grid.rows());
+    hit.cell = grid.cell(hit.column, hit.row);
+    hit.fromBelow = nearest.fromBelow;
+    return 1;
+}
+
+}  // namespace pavane
