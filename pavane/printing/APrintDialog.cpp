@@ -27,13 +27,17 @@ Control* controlOf(const CWnd& dialog, unsigned id)
 }  // namespace
 
 APrintDialog::APrintDialog(APrinter* printer, APrintOut& out, CPrintInfo& info, CWnd* owner)
-    : CDialog(printDialogTemplate(), owner), printer_(printer), out_(out), info_(info),
+    : AResizeDialog(printDialogTemplate(), owner), printer_(printer), out_(out), info_(info),
       printers_(info.settings.printer)
 {
+    // where the controls of a host's own template stand is the host's matter
+    if (&printDialogTemplate() == &printTemplate)
+        SetResizeItems(printResize);
 }
 
 int APrintDialog::OnInitDialog()
 {
+    (void)AResizeDialog::OnInitDialog();
     info_.dialog = GetSafeHwnd();
     fillList();
     RangeControls range = openedControls(info_.maxPage, out_.GetAddInfo().pageNumber);
@@ -55,7 +59,7 @@ void APrintDialog::OnDestroy()
 {
     if (info_.dialog == GetSafeHwnd())
         info_.dialog = 0;
-    CDialog::OnDestroy();
+    AResizeDialog::OnDestroy();
 }
 
 int APrintDialog::chosenLine() const
@@ -108,7 +112,7 @@ void APrintDialog::showPrinter()
 
 void APrintDialog::OnTimer(unsigned id)
 {
-    CDialog::OnTimer(id);
+    AResizeDialog::OnTimer(id);
     if (id != pollTimer)
         return;
     const auto* const list = controlOf<CComboBox>(*this, IDC_PRINT_NAME);
@@ -142,7 +146,7 @@ void APrintDialog::OnOK()
     takeControls();
     const HWND self = GetSafeHwnd();
     if (out_.IsValidPrintPar(&info_) && FromHandle(self) == this)
-        CDialog::OnOK();
+        AResizeDialog::OnOK();
 }
 
 /// What the user types is a range; what the program writes is not.
@@ -210,7 +214,7 @@ int APrintDialog::OnCommand(unsigned id, unsigned code, CWnd* control)
         (void)out_.PGNumber(&info_);
         return 1;
     default:
-        return CDialog::OnCommand(id, code, control);
+        return AResizeDialog::OnCommand(id, code, control);
     }
 }
 

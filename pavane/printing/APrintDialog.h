@@ -2,14 +2,14 @@
 
 #include "pavane/printing/APrintOut.h"
 #include "pavane/printing/PrinterList.h"
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 
 namespace pavane
 {
 
 /// The print dialog (template 10001): printer, range, copies, and the print-out's own controls.
 /// `info` has what was chosen when it ends with OK; `info->dialog` is its handle while it is open.
-class APrintDialog : public CDialog
+class APrintDialog : public AResizeDialog
 {
 public:
     APrintDialog(APrinter* printer, APrintOut& out, CPrintInfo& info, CWnd* owner);

@@ -32,12 +32,14 @@ int chosenIn(const CDialog& dialog, unsigned id)
 }  // namespace
 
 APrintPropertiesDlg::APrintPropertiesDlg(CPrintInfo& info, CWnd* owner)
-    : CDialog(propertiesTemplate, owner), info_(info)
+    : AResizeDialog(propertiesTemplate, owner), info_(info)
 {
+    SetResizeItems(propertiesResize);
 }
 
 int APrintPropertiesDlg::OnInitDialog()
 {
+    (void)AResizeDialog::OnInitDialog();
     if (CComboBox* const sides = listOf(*this, IDC_PROPERTY_SIDES)) {
         for (const char* const text : printerSides)
             (void)sides->AddString(text);
@@ -67,7 +69,7 @@ void APrintPropertiesDlg::OnOK()
     info_.settings.sides = chosenIn(*this, IDC_PROPERTY_SIDES);
     info_.settings.gray = chosenIn(*this, IDC_PROPERTY_COLOR) ? 1 : -1;
     info_.settings.dpi = resolutions[chosenIn(*this, IDC_PROPERTY_DPI)];
-    CDialog::OnOK();
+    AResizeDialog::OnOK();
 }
 
 }  // namespace pavane

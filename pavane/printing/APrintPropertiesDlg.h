@@ -1,13 +1,13 @@
 #pragma once
 
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 #include "platform/print_info.h"
 
 namespace pavane
 {
 
 /// Sides, colours and resolution of a job, as far as its printer has a choice.
-class APrintPropertiesDlg : public CDialog
+class APrintPropertiesDlg : public AResizeDialog
 {
 public:
     APrintPropertiesDlg(CPrintInfo& info, CWnd* owner);

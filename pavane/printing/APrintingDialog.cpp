@@ -9,7 +9,10 @@
 namespace pavane
 {
 
-APrintingDialog::APrintingDialog(CWnd* owner) : CDialog(printingTemplate, owner) {}
+APrintingDialog::APrintingDialog(CWnd* owner) : AResizeDialog(printingTemplate, owner)
+{
+    SetResizeItems(printingResize);
+}
 
 int APrintingDialog::show(const CString& title, const CString& printer, const CString& port)
 {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 
 namespace pavane
 {
 
 /// The box that shows how far a job is; its button, Escape and its close box set the abort flag.
-class APrintingDialog : public CDialog
+class APrintingDialog : public AResizeDialog
 {
 public:
     explicit APrintingDialog(CWnd* owner);

@@ -36,14 +36,16 @@ CString ownName(const CString& width, const CString& height) { return width + "x
 }  // namespace
 
 APrnPageSetupDlg::APrnPageSetupDlg(const CPrintInfo& info, const CRect& margins, CWnd* owner)
-    : CDialog(pageSetupTemplate, owner), info_(info),
+    : AResizeDialog(pageSetupTemplate, owner), info_(info),
       paper_(info.settings.paper.empty() ? localePaper() : info.settings.paper),
       landscape_(info.settings.landscape > 0), margins_(margins)
 {
+    SetResizeItems(pageSetupResize);
 }
 
 int APrnPageSetupDlg::OnInitDialog()
 {
+    (void)AResizeDialog::OnInitDialog();
     (void)sheet_.UpDateControl("", this, IDC_SETUP_SHEET, 0);
     enableItem(*this, IDC_SETUP_PRINTER, 0);
     setChecked(*this, landscape_ ? IDC_SETUP_LANDSCAPE : IDC_SETUP_PORTRAIT, 1);
@@ -176,7 +178,7 @@ void APrnPageSetupDlg::OnOK()
     paper_ = paper.name;
     landscape_ = landscape;
     margins_ = margins;
-    CDialog::OnOK();
+    AResizeDialog::OnOK();
 }
 
 int APrnPageSetupDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
@@ -190,7 +192,7 @@ int APrnPageSetupDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
         showSheet();
         return 1;
     }
-    return CDialog::OnCommand(id, code, control);
+    return AResizeDialog::OnCommand(id, code, control);
 }
 
 }  // namespace pavane

@@ -2,7 +2,7 @@
 
 #include "pavane/printing/layout/paper.h"
 #include "pavane/printing/SheetWnd.h"
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 #include "platform/print_info.h"
 
 #include <vector>
@@ -12,7 +12,7 @@ namespace pavane
 
 /// Paper, direction and margins, with a picture of the sheet. Margins below those of a printer that
 /// tells them, or that leave no page, are refused.
-class APrnPageSetupDlg : public CDialog
+class APrnPageSetupDlg : public AResizeDialog
 {
 public:
     APrnPageSetupDlg(const CPrintInfo& info, const CRect& margins, CWnd* owner);

@@ -4,10 +4,7 @@
 #include "pavane/printing/print_dialogs.h"
 #include "pavane/printing/range_controls.h"
 #include "pavane/resources/print_messages.h"
-#include "pavane/windows/placement_text.h"
-#include "pavane/windows/window_placement.h"
 #include "platform/clipboard.h"
-#include "platform/profile.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -20,7 +17,6 @@ namespace
 {
 
 constexpr const char* section = "PrintPreview";
-constexpr unsigned maximise = 2000;  ///< command to itself
 constexpr unsigned typedTimer = 1;
 /// A page that was typed is shown when no more digits come for so long.
 constexpr unsigned typedTime = 600;
@@ -36,8 +32,10 @@ std::int64_t pagesOf(const CPrintInfo& info)
 
 APrnPreviewDlg::APrnPreviewDlg(APrintOut& out, const CPrintInfo& info, const CDC& printer,
                                CWnd* owner)
-    : CDialog(previewTemplate, owner), info_(info), page_(out, info_, printer)
+    : AResizeDialog(previewTemplate, owner), info_(info), page_(out, info_, printer)
 {
+    SetResizeItems(previewResize);
+    SetPlacementSection(section);
     info_.currentPage = info_.from;
     page_.onTurn = [this](APrnPreviewWnd::Turn to) { turn(to); };
     page_.onView = [this] { showStatus(); };
@@ -51,36 +49,18 @@ CComboBox* APrnPreviewDlg::pageList() const
 
 int APrnPreviewDlg::OnInitDialog()
 {
-    CRect client;
-    (void)GetClientRect(client);
-    size_ = client.Size();
+    (void)AResizeDialog::OnInitDialog();
     if (!page_.UpDateControl("", this, IDC_PREVIEW_WINDOW,
                              WS_TABSTOP | WS_HSCROLL | WS_VSCROLL | WS_BORDER))
         return 1;
     SetDlgItemText(IDC_PREVIEW_TOTAL, std::to_string(pagesOf(info_)));
     listPages();
     showPage(info_.from);
-    placeWindow();
     page_.SetFocus();
     return 0;
 }
 
-/// A dialog that is shown before it is waited for would not keep input from the others.
-void APrnPreviewDlg::placeWindow()
-{
-    PlacementRecord kept;
-    if (!readPlacement(GetProfileString(section, "WindowPos"), kept))
-        return;
-    (void)MoveWindow(kept.normal);
-    if (kept.showCommand == SW_SHOWMAXIMIZED)
-        (void)PostMessage(WM_COMMAND, maximise);
-}
-
-void APrnPreviewDlg::close()
-{
-    SaveWndPos(this, section);
-    EndDialog(IDOK);
-}
+void APrnPreviewDlg::close() { EndDialog(IDOK); }
 
 void APrnPreviewDlg::OnOK()
 {
@@ -177,32 +157,9 @@ void APrnPreviewDlg::copyPage()
                    (dpi < clipboardDpi ? copyTooLarge : ""));
 }
 
-void APrnPreviewDlg::OnSize(unsigned type, int cx, int cy)
-{
-    CDialog::OnSize(type, cx, cy);
-    if (!page_.GetSafeHwnd() || (cx == size_.cx && cy == size_.cy))
-        return;
-    const int dx = cx - size_.cx;
-    const int dy = cy - size_.cy;
-    size_ = {cx, cy};
-    const auto stretch = [&](CWnd* control, int right, int top, int bottom) {
-        if (!control)
-            return;
-        CRect place;
-        (void)control->GetWindowRect(place);
-        ScreenToClient(place);
-        place.right = std::max(place.right + right, place.left + 1);
-        place.top += top;
-        place.bottom = std::max(place.bottom + bottom, place.top + 1);
-        (void)control->MoveWindow(place);
-    };
-    stretch(&page_, dx, 0, dy);
-    stretch(GetDlgItem(IDC_PREVIEW_STATUS), dx, dy, dy);
-}
-
 void APrnPreviewDlg::OnTimer(unsigned id)
 {
-    CDialog::OnTimer(id);
+    AResizeDialog::OnTimer(id);
     if (id == typedTimer)
         (void)takeTypedPage();
 }
@@ -242,14 +199,11 @@ int APrnPreviewDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
         return fit(PreviewView::Fit::page);
     case IDC_PREVIEW_WIDTH:
         return fit(PreviewView::Fit::width);
-    case maximise:
-        (void)ShowWindow(SW_SHOWMAXIMIZED);
-        return 1;
     case IDC_PREVIEW_COPY:
         copyPage();
         return 1;
     default:
-        return CDialog::OnCommand(id, code, control);
+        return AResizeDialog::OnCommand(id, code, control);
     }
 }
 
@@ -269,7 +223,7 @@ int APrnPreviewDlg::PreTranslateMessage(const MSG& message)
             if (key == known)
                 return page_.useKey(static_cast<unsigned>(key), 0);
     }
-    return CDialog::PreTranslateMessage(message);
+    return AResizeDialog::PreTranslateMessage(message);
 }
 
 }  // namespace pavane

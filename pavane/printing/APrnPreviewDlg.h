@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pavane/printing/APrnPreviewWnd.h"
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 #include "platform/controls.h"
 
 #include <vector>
@@ -10,7 +10,7 @@ namespace pavane
 {
 
 /// The preview (template 10002): the pages `info.from` to `info.to`, the first one shown.
-class APrnPreviewDlg : public CDialog
+class APrnPreviewDlg : public AResizeDialog
 {
 public:
     APrnPreviewDlg(APrintOut& out, const CPrintInfo& info, const CDC& printer, CWnd* owner);
@@ -21,7 +21,6 @@ protected:
     int OnInitDialog() override;
     void OnOK() override;
     void OnCancel() override;
-    void OnSize(unsigned type, int cx, int cy) override;
     void OnTimer(unsigned id) override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
 
@@ -33,14 +32,12 @@ private:
     int takeTypedPage();
     void showStatus(const CString& text = {});
     void copyPage();
-    void placeWindow();
     void close();
 
     CPrintInfo info_;
     APrnPreviewWnd page_;
     std::vector<int> listed_;
     int hasTyped_ = 0;
-    CSize size_;  ///< of the client area when it was laid out last
 };
 
 }  // namespace pavane

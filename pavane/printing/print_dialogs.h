@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/dialogs/layout/dialog_layout.h"
 #include "platform/controls.h"
 #include "platform/dialog_template.h"
 #include "platform/message.h"
@@ -71,6 +72,19 @@ inline constexpr DlgItem printItems[] = {
     {ControlKind::defaultButton, IDOK, "OK", 176, 184, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 230, 184, 50, 14, WS_TABSTOP},
 };
+inline constexpr ResizeItem printResize[] = {
+    {1075, 0, 0, 100, 0},
+    {IDC_PRINT_NAME, 0, 0, 100, 0},
+    {IDC_PRINT_PROPERTIES, 100, 0, 100, 0},
+    {IDC_PRINT_STATUS, 0, 0, 100, 0},
+    {IDC_PRINT_TYPE, 0, 0, 100, 0},
+    {IDC_PRINT_WHERE, 0, 0, 100, 0},
+    {IDC_PRINT_COMMENT, 0, 0, 100, 0},
+    {IDC_PRINT_TO_FILE, 100, 0, 100, 0},
+    {1073, 0, 0, 100, 0},
+    {IDOK, 100, 0, 100, 0},
+    {IDCANCEL, 100, 0, 100, 0},
+};
 inline constexpr DlgTemplate printTemplate = {IDD_PRINT, "Print",    288,
                                               204,       printItems, std::size(printItems)};
 
@@ -79,15 +93,23 @@ inline constexpr unsigned IDC_PRINTING_TITLE = 201;
 inline constexpr unsigned IDC_PRINTING_PRINTER = 202;
 inline constexpr unsigned IDC_PRINTING_PORT = 203;
 inline constexpr unsigned IDC_PRINTING_PAGE = 204;
+inline constexpr unsigned IDC_PRINTING_HEAD = 205;
+inline constexpr unsigned IDC_PRINTING_ON = 206;
 
 inline constexpr DlgItem printingItems[] = {
-    {ControlKind::staticText, 0, "Printing", 8, 8, 164, 10, SS_CENTER},
+    {ControlKind::staticText, IDC_PRINTING_HEAD, "Printing", 8, 8, 164, 10, SS_CENTER},
     {ControlKind::staticText, IDC_PRINTING_TITLE, "", 8, 20, 164, 10, SS_CENTER | SS_ENDELLIPSIS},
-    {ControlKind::staticText, 0, "on the", 8, 32, 164, 10, SS_CENTER},
+    {ControlKind::staticText, IDC_PRINTING_ON, "on the", 8, 32, 164, 10, SS_CENTER},
     {ControlKind::staticText, IDC_PRINTING_PRINTER, "", 8, 44, 164, 10, SS_CENTER | SS_ENDELLIPSIS},
     {ControlKind::staticText, IDC_PRINTING_PORT, "", 8, 56, 164, 10, SS_CENTER | SS_ENDELLIPSIS},
     {ControlKind::staticText, IDC_PRINTING_PAGE, "", 8, 70, 164, 10, SS_CENTER},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 62, 86, 56, 14, WS_TABSTOP},
+};
+inline constexpr ResizeItem printingResize[] = {
+    {IDC_PRINTING_HEAD, 0, 0, 100, 0}, {IDC_PRINTING_TITLE, 0, 0, 100, 0},
+    {IDC_PRINTING_ON, 0, 0, 100, 0},   {IDC_PRINTING_PRINTER, 0, 0, 100, 0},
+    {IDC_PRINTING_PORT, 0, 0, 100, 0}, {IDC_PRINTING_PAGE, 0, 0, 100, 0},
+    {IDCANCEL, 50, 0, 50, 0},
 };
 inline constexpr DlgTemplate printingTemplate = {0,   "Printing",    180,
                                                  106, printingItems, std::size(printingItems)};
@@ -102,6 +124,11 @@ inline constexpr DlgItem subscriptItems[] = {
     {ControlKind::edit, IDC_PRINT_EDIT, "", 8, 8, 244, 13, WS_TABSTOP | ES_NOLIMIT},
     {ControlKind::defaultButton, IDOK, "OK", 148, 30, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 202, 30, 50, 14, WS_TABSTOP},
+};
+inline constexpr ResizeItem subscriptResize[] = {
+    {IDC_PRINT_EDIT, 0, 0, 100, 0},
+    {IDOK, 100, 0, 100, 0},
+    {IDCANCEL, 100, 0, 100, 0},
 };
 inline constexpr DlgTemplate subscriptTemplate = {
     IDD_PRINT_SUBSCRIPT, "Subscript", 260, 52, subscriptItems, std::size(subscriptItems)};
@@ -131,6 +158,11 @@ inline constexpr DlgItem propertyItems[] = {
     {ControlKind::defaultButton, IDOK, "OK", 76, 68, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 130, 68, 50, 14, WS_TABSTOP},
 };
+inline constexpr ResizeItem propertiesResize[] = {
+    {IDC_PROPERTY_SIDES, 0, 0, 100, 0}, {IDC_PROPERTY_COLOR, 0, 0, 100, 0},
+    {IDC_PROPERTY_DPI, 0, 0, 100, 0},   {IDOK, 100, 0, 100, 0},
+    {IDCANCEL, 100, 0, 100, 0},
+};
 inline constexpr DlgTemplate propertiesTemplate = {0,  "Properties",  188,
                                                    90, propertyItems, std::size(propertyItems)};
 
@@ -146,33 +178,61 @@ inline constexpr unsigned IDC_SETUP_RIGHT = 1157;
 inline constexpr unsigned IDC_SETUP_BOTTOM = 1158;
 inline constexpr unsigned IDC_SETUP_WIDTH = 1159;
 inline constexpr unsigned IDC_SETUP_HEIGHT = 1160;
+inline constexpr unsigned IDC_SETUP_LABELS = 1170;  ///< the texts before the edits, in their order
 
 inline constexpr DlgItem pageSetupItems[] = {
     {ControlKind::placeholder, IDC_SETUP_SHEET, "", 8, 8, 226, 126},
     {ControlKind::groupBox, 1072, "Paper", 8, 138, 226, 46},
-    {ControlKind::staticText, 0, "Si&ze:", 16, 152, 30, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 0, "Si&ze:", 16, 152, 30, 10},
     {ControlKind::comboBox, IDC_SETUP_PAPER, "", 48, 149, 178, 100, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Width:", 48, 168, 26, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 1, "&Width:", 48, 168, 26, 10},
     {ControlKind::edit, IDC_SETUP_WIDTH, "", 76, 166, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Height:", 124, 168, 28, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 2, "&Height:", 124, 168, 28, 10},
     {ControlKind::edit, IDC_SETUP_HEIGHT, "", 154, 166, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "mm", 198, 168, 20, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 3, "mm", 198, 168, 20, 10},
     {ControlKind::groupBox, 1073, "Orientation", 8, 188, 70, 46},
     {ControlKind::radioButton, IDC_SETUP_PORTRAIT, "P&ortrait", 16, 201, 58, 11,
      WS_TABSTOP | WS_GROUP},
     {ControlKind::radioButton, IDC_SETUP_LANDSCAPE, "L&andscape", 16, 216, 58, 11, WS_TABSTOP},
     {ControlKind::groupBox, 1075, "Margins (millimetres)", 84, 188, 150, 46},
-    {ControlKind::staticText, 0, "&Left:", 90, 202, 24, 10, WS_GROUP},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 4, "&Left:", 90, 202, 24, 10, WS_GROUP},
     {ControlKind::edit, IDC_SETUP_LEFT, "", 116, 200, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Right:", 162, 202, 28, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 5, "&Right:", 162, 202, 28, 10},
     {ControlKind::edit, IDC_SETUP_RIGHT, "", 190, 200, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Top:", 90, 218, 24, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 6, "&Top:", 90, 218, 24, 10},
     {ControlKind::edit, IDC_SETUP_TOP, "", 116, 216, 40, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Bottom:", 162, 218, 28, 10},
+    {ControlKind::staticText, IDC_SETUP_LABELS + 7, "&Bottom:", 162, 218, 28, 10},
     {ControlKind::edit, IDC_SETUP_BOTTOM, "", 190, 216, 40, 13, WS_TABSTOP},
     {ControlKind::pushButton, IDC_SETUP_PRINTER, "&Printer...", 8, 240, 60, 14, WS_TABSTOP},
     {ControlKind::defaultButton, IDOK, "OK", 130, 240, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 184, 240, 50, 14, WS_TABSTOP},
+};
+inline constexpr ResizeItem pageSetupResize[] = {
+    {IDC_SETUP_SHEET, 0, 0, 100, 100},
+    // what stands below the sheet keeps to the lower edge
+    {1072, 0, 100, 100, 100},
+    {IDC_SETUP_PAPER, 0, 100, 100, 100},
+    {1073, 0, 100, 0, 100},
+    {1075, 0, 100, 100, 100},
+    {IDC_SETUP_PORTRAIT, 0, 100, 0, 100},
+    {IDC_SETUP_LANDSCAPE, 0, 100, 0, 100},
+    {IDC_SETUP_WIDTH, 0, 100, 0, 100},
+    {IDC_SETUP_HEIGHT, 0, 100, 0, 100},
+    {IDC_SETUP_LEFT, 0, 100, 0, 100},
+    {IDC_SETUP_TOP, 0, 100, 0, 100},
+    {IDC_SETUP_RIGHT, 0, 100, 0, 100},
+    {IDC_SETUP_BOTTOM, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 0, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 1, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 2, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 3, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 4, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 5, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 6, 0, 100, 0, 100},
+    {IDC_SETUP_LABELS + 7, 0, 100, 0, 100},
+    {IDC_SETUP_PRINTER, 0, 100, 0, 100},
+    {IDOK, 100, 100, 100, 100},
+    {IDCANCEL, 100, 100, 100, 100},
 };
 inline constexpr DlgTemplate pageSetupTemplate = {0,   "Page setup",   242,
                                                   262, pageSetupItems, std::size(pageSetupItems)};
@@ -204,6 +264,11 @@ inline constexpr DlgItem previewItems[] = {
     {ControlKind::defaultButton, IDOK, "Close", 404, 24, 50, 14, WS_TABSTOP},
     {ControlKind::placeholder, IDC_PREVIEW_WINDOW, "", 6, 44, 448, 340, WS_TABSTOP},
     {ControlKind::staticText, IDC_PREVIEW_STATUS, "", 6, 390, 448, 10, SS_ENDELLIPSIS},
+};
+inline constexpr ResizeItem previewResize[] = {
+    {IDC_PREVIEW_WINDOW, 0, 0, 100, 100},
+    {IDC_PREVIEW_STATUS, 0, 100, 100, 100},
+    {IDOK, 100, 0, 100, 0},
 };
 inline constexpr DlgTemplate previewTemplate = {
     IDD_PRINT_PREVIEW, "Print preview",         460,          404,

@@ -24,12 +24,14 @@ void selectAll(const CDialog& dialog)
 }  // namespace
 
 APrnSubscriptDlg::APrnSubscriptDlg(CString format, CWnd* owner)
-    : CDialog(subscriptTemplate, owner), format_(std::move(format))
+    : AResizeDialog(subscriptTemplate, owner), format_(std::move(format))
 {
+    SetResizeItems(subscriptResize);
 }
 
 int APrnSubscriptDlg::OnInitDialog()
 {
+    (void)AResizeDialog::OnInitDialog();
     SetDlgItemText(IDC_PRINT_EDIT, format_);
     shown_ = GetDlgItemText(IDC_PRINT_EDIT);
     selectAll(*this);
@@ -41,7 +43,7 @@ void APrnSubscriptDlg::OnOK()
     CString text = GetDlgItemText(IDC_PRINT_EDIT);
     if (text != shown_)
         format_ = std::move(text);
-    CDialog::OnOK();
+    AResizeDialog::OnOK();
 }
 
 APrnPGNumDlg::APrnPGNumDlg(int number, CWnd* owner)

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 
 namespace pavane
 {
 
 /// Edits the format of a caption (template 10003).
-class APrnSubscriptDlg : public CDialog
+class APrnSubscriptDlg : public AResizeDialog
 {
 public:
     APrnSubscriptDlg(CString format, CWnd* owner);

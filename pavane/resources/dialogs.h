@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/dialogs/layout/dialog_layout.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/resources/time_dialogs.h"
 #include "platform/dialog_template.h"
@@ -17,6 +18,12 @@ inline constexpr DlgItem areaSelectItems[] = {
     {ControlKind::pushButton, IDCANCEL, "Cancel", 326, 270, 50, 14, WS_TABSTOP},
 };
 
+inline constexpr ResizeItem areaSelectResize[] = {
+    {IDC_AREA_WINDOW, 0, 0, 100, 100},
+    {IDOK, 100, 100, 100, 100},
+    {IDCANCEL, 100, 100, 100, 100},
+};
+
 inline constexpr DlgItem tableFindItems[] = {
     {ControlKind::staticText, 0, "&Find:", 8, 10, 24, 10},
     {ControlKind::edit, IDC_TABLE_FIND_TEXT, "", 34, 8, 140, 13, WS_TABSTOP},
@@ -29,11 +36,25 @@ inline constexpr DlgItem tableFindItems[] = {
     {ControlKind::pushButton, IDCANCEL, "Close", 182, 48, 60, 14, WS_TABSTOP},
 };
 
+inline constexpr ResizeItem tableFindResize[] = {
+    {IDC_TABLE_FIND_TEXT, 0, 0, 100, 0},
+    {IDOK, 100, 0, 100, 0},
+    {IDC_TABLE_FIND_BACK, 100, 0, 100, 0},
+    {IDCANCEL, 100, 0, 100, 0},
+};
+
 inline constexpr DlgItem tableNumberItems[] = {
     {ControlKind::staticText, IDC_TABLE_NUMBER_LABEL, "", 8, 8, 164, 10},
     {ControlKind::edit, IDC_TABLE_NUMBER, "", 8, 20, 164, 13, WS_TABSTOP},
     {ControlKind::defaultButton, IDOK, "OK", 68, 42, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 122, 42, 50, 14, WS_TABSTOP},
+};
+
+inline constexpr ResizeItem tableNumberResize[] = {
+    {IDC_TABLE_NUMBER_LABEL, 0, 0, 100, 0},
+    {IDC_TABLE_NUMBER, 0, 0, 100, 0},
+    {IDOK, 100, 0, 100, 0},
+    {IDCANCEL, 100, 0, 100, 0},
 };
 
 inline constexpr DlgItem freqStepItems[] = {

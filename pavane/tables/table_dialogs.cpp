@@ -1,5 +1,6 @@
 #include "pavane/tables/table_dialogs.h"
 
+#include "pavane/resources/dialogs.h"
 #include "pavane/resources/table_messages.h"
 #include "pavane/tables/ATableWnd.h"
 #include "platform/controls.h"
@@ -10,8 +11,9 @@ namespace pavane
 {
 
 TableFindDlg::TableFindDlg(ATableWnd& table)
-    : CDialog(IDD_TABLE_FIND, table.GetTopLevelParent()), table_(table)
+    : AResizeDialog(IDD_TABLE_FIND, table.GetTopLevelParent()), table_(table)
 {
+    SetResizeItems(tableFindResize);
 }
 
 void TableFindDlg::show(const FindWhat& what)
@@ -77,13 +79,13 @@ int TableFindDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
 {
     if (id == IDC_TABLE_FIND_BACK && code == BN_CLICKED)
         return find(1), 1;
-    return CDialog::OnCommand(id, code, control);
+    return AResizeDialog::OnCommand(id, code, control);
 }
 
 int TableFindDlg::PreTranslateMessage(const MSG& message)
 {
     if (message.message != WM_KEYDOWN || message.wParam != VK_F3)
-        return CDialog::PreTranslateMessage(message);
+        return AResizeDialog::PreTranslateMessage(message);
     return find(GetKeyState(VK_SHIFT) < 0), 1;
 }
 
@@ -97,19 +99,21 @@ void TableFindDlg::OnCancel()
 namespace
 {
 
-class NumberDlg : public CDialog
+class NumberDlg : public AResizeDialog
 {
 public:
     NumberDlg(CWnd* parent, const CString& title, const CString& label, int least, int most,
               int& number)
-        : CDialog(IDD_TABLE_NUMBER, parent), title_(title), label_(label), least_(least),
+        : AResizeDialog(IDD_TABLE_NUMBER, parent), title_(title), label_(label), least_(least),
           most_(most), number_(number)
     {
+        SetResizeItems(tableNumberResize);
     }
 
 protected:
     int OnInitDialog() override
     {
+        (void)AResizeDialog::OnInitDialog();
         SetWindowText(title_);
         SetDlgItemText(IDC_TABLE_NUMBER_LABEL, label_ + " (" + range() + "):");
         SetDlgItemText(IDC_TABLE_NUMBER, std::to_string(number_));

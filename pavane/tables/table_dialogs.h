@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pavane/tables/grid/TableSearch.h"
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 
 namespace pavane
 {
@@ -9,7 +9,7 @@ namespace pavane
 class ATableWnd;
 
 /// Asks what to look for in a table, and stays open. It belongs to the table, which outlives it.
-class TableFindDlg : public CDialog
+class TableFindDlg : public AResizeDialog
 {
 public:
     explicit TableFindDlg(ATableWnd& table);

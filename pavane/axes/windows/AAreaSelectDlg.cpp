@@ -1,9 +1,8 @@
 #include "pavane/axes/windows/AAreaSelectDlg.h"
 
 #include "pavane/containers/MemoryFile.h"
-#include "pavane/resources/resource_ids.h"
+#include "pavane/resources/dialogs.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
-#include "pavane/windows/library_resources.h"
 #include "platform/message.h"
 
 #include <algorithm>
@@ -15,20 +14,15 @@ namespace
 {
 
 constexpr const char* discardQuestion = "Discard the changes of the areas?";
-constexpr int gap = 6;
 /// The head of a tracker's record, which holds no shape.
 constexpr std::size_t recordHead = 56;
 
-/// A template is looked up when a dialog is made.
-unsigned knownTemplate()
-{
-    AddLibraryResources();
-    return IDD_AREA_SELECT;
-}
-
 }  // namespace
 
-AAreaSelectDlg::AAreaSelectDlg(CWnd* parent) : CDialog(knownTemplate(), parent) {}
+AAreaSelectDlg::AAreaSelectDlg(CWnd* parent) : AResizeDialog(IDD_AREA_SELECT, parent)
+{
+    SetResizeItems(areaSelectResize);
+}
 
 /// All areas without what selecting them changes.
 std::string AAreaSelectDlg::shapes() const
@@ -46,7 +40,7 @@ std::string AAreaSelectDlg::shapes() const
 
 int AAreaSelectDlg::OnInitDialog()
 {
-    CDialog::OnInitDialog();
+    AResizeDialog::OnInitDialog();
     MemoryFile file;
     if (window_.axisWnd().GetTrackers()->Store(file))
         stored_ = file.bytes();
@@ -55,7 +49,6 @@ int AAreaSelectDlg::OnInitDialog()
     window_.axisWnd().GetTrackers()->BeginTrial();
     // no stop of the Tab key itself: it would hand the focus back to the axis in it
     window_.UpDateControl("", this, IDC_AREA_WINDOW, 0);
-    layOut();
     window_.axisWnd().SetFocus();
     return 0;
 }
@@ -82,41 +75,13 @@ void AAreaSelectDlg::OnCancel()
         else
             areas.SetSaved();
     }
-    CDialog::OnCancel();
+    AResizeDialog::OnCancel();
 }
 
 void AAreaSelectDlg::OnDestroy()
 {
     window_.axisWnd().GetTrackers()->EndTrial();
-    CDialog::OnDestroy();
-}
-
-void AAreaSelectDlg::OnSize(unsigned type, int cx, int cy)
-{
-    CDialog::OnSize(type, cx, cy);
-    layOut();
-}
-
-/// Buttons stay in the lower right corner, the window takes what is left.
-void AAreaSelectDlg::layOut()
-{
-    CWnd* const cancel = GetDlgItem(IDCANCEL);
-    CWnd* const ok = GetDlgItem(IDOK);
-    if (!cancel || !ok || !window_.GetSafeHwnd())
-        return;
-    CRect client;
-    GetClientRect(client);
-    CRect button;
-    ok->GetWindowRect(button);
-    const CSize size = button.Size();
-    const int top = client.bottom - gap - size.cy;
-    int right = client.right - gap;
-    for (CWnd* const each : {cancel, ok}) {
-        each->MoveWindow(CRect(right - size.cx, top, right, top + size.cy));
-        right -= size.cx + gap;
-    }
-    window_.MoveWindow(
-        CRect(gap, gap, std::max(gap, client.right - gap), std::max(gap, top - gap)));
+    AResizeDialog::OnDestroy();
 }
 
 }  // namespace pavane

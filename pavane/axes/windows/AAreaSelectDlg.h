@@ -1,14 +1,14 @@
 #pragma once
 
 #include "pavane/axes/windows/AAxisTrkSelWnd.h"
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 
 namespace pavane
 {
 
 /// A dialog in which the user marks areas on an axis. OK keeps them; Cancel asks when there is
 /// something to lose, and brings back those from before.
-class PAVANE_API AAreaSelectDlg : public CDialog
+class PAVANE_API AAreaSelectDlg : public AResizeDialog
 {
 public:
     explicit AAreaSelectDlg(CWnd* parent = nullptr);
@@ -18,12 +18,10 @@ public:
 protected:
     int OnInitDialog() override;
     void OnCancel() override;
-    void OnSize(unsigned type, int cx, int cy) override;
     void OnDestroy() override;
 
 private:
     std::string shapes() const;
-    void layOut();
 
     AAxisTrkSelWnd window_;
     std::string stored_;  ///< the areas as they were, in their stored form

@@ -1,5 +1,9 @@
 #include "pavane/dialogs/layout/dialog_layout.h"
+#include "pavane/printing/print_dialogs.h"
+#include "pavane/resources/dialogs.h"
+#include "pavane/windows/progress_dialog.h"
 
+#include <algorithm>
 #include <climits>
 #include <gtest/gtest.h>
 #include <random>
@@ -50,6 +54,78 @@ TEST(DialogLayout, NeighboursNeverMeetAtRandomSizesAndShares)
         EXPECT_EQ(now[0].right, now[1].left);
         EXPECT_EQ(now[0].TopLeft(), CPoint());
         EXPECT_EQ(now[1].BottomRight(), CPoint(size.cx, size.cy));
+    }
+}
+
+/// The controls of a template at a size in its units, each with its kind.
+std::vector<CRect> placed(const DlgTemplate& dialog, std::span<const ResizeItem> items, CSize size)
+{
+    constexpr int line = 14;
+    std::vector<CRect> all;
+    for (int i = 0; i < dialog.itemCount; ++i) {
+        const DlgItem& item = dialog.items[i];
+        // of a list that opens only the line stands in the dialog
+        const int cy = item.kind == ControlKind::comboBox ? line : item.cy;
+        all.emplace_back(item.x, item.y, item.x + item.cx, item.y + cy);
+        for (const ResizeItem& one : items)
+            if (one.id == item.id)
+                all.back() = grownPlace(one, all.back(), {dialog.cx, dialog.cy}, size);
+    }
+    return all;
+}
+
+TEST(DialogLayout, InDialogsOfTheLibraryNothingOverlapsOrIsCutAtRandomSizes)
+{
+    const auto library = [](unsigned id) -> const DlgTemplate& {
+        return *std::find_if(std::begin(libraryDialogs), std::end(libraryDialogs),
+                             [&](const DlgTemplate& one) { return one.id == id; });
+    };
+    const struct {
+        const DlgTemplate& dialog;
+        std::span<const ResizeItem> items;
+    } dialogs[] = {
+        {library(IDD_AREA_SELECT), areaSelectResize},
+        {library(IDD_TABLE_FIND), tableFindResize},
+        {library(IDD_TABLE_NUMBER), tableNumberResize},
+        {printTemplate, printResize},
+        {printingTemplate, printingResize},
+        {subscriptTemplate, subscriptResize},
+        {propertiesTemplate, propertiesResize},
+        {pageSetupTemplate, pageSetupResize},
+        {previewTemplate, previewResize},
+        {progressTemplate, progressResize},
+    };
+    std::mt19937 random(3);
+    const auto upTo = [&](int most) { return std::uniform_int_distribution(0, most)(random); };
+    for (const auto& [dialog, items] : dialogs) {
+        for (const ResizeItem& item : items)
+            EXPECT_EQ(std::count_if(dialog.items, dialog.items + dialog.itemCount,
+                                    [&](const DlgItem& one) { return one.id == item.id; }),
+                      1)
+                << dialog.title << ' ' << item.id;
+        const auto first = placed(dialog, items, {0, 0});
+        for (int round = 0; round < 100; ++round) {
+            const CSize size{dialog.cx + (growsAcross(items) ? upTo(900) : 0),
+                             dialog.cy + (growsDown(items) ? upTo(700) : 0)};
+            const auto now = placed(dialog, items, size);
+            for (std::size_t i = 0; i < now.size(); ++i) {
+                const CString what = CString(dialog.title) + ", item " + std::to_string(i);
+                CRect common;
+                (void)common.IntersectRect(now[i], CRect(0, 0, size.cx, size.cy));
+                ASSERT_EQ(common, now[i]) << what;
+                ASSERT_TRUE(now[i].Width() >= first[i].Width() &&
+                            now[i].Height() >= first[i].Height())
+                    << what;
+                // a box around controls stays around them, and around no other
+                for (std::size_t k = 0; k < i; ++k) {
+                    CRect before;
+                    (void)before.IntersectRect(first[i], first[k]);
+                    (void)common.IntersectRect(now[i], now[k]);
+                    ASSERT_EQ(common == now[i], before == first[i]) << what << " in " << k;
+                    ASSERT_EQ(common.IsRectEmpty(), before.IsRectEmpty()) << what << " on " << k;
+                }
+            }
+        }
     }
 }
 
