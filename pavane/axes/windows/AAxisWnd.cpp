@@ -4,6 +4,7 @@
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ABMapGraph.h"
 #include "pavane/axes/windows/AreaOverlay.h"
+#include "pavane/axes/windows/PlayDrag.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/resources/tracker_messages.h"
 #include "pavane/resources/window_messages.h"
@@ -32,7 +33,7 @@ constexpr unsigned restPause = 80;
 
 AAxisWnd::AAxisWnd()
     : trackers_(new ATrackerArrayInAxis), ownsTrackers_(1),
-      overlay_(std::make_unique<AreaOverlay>())
+      overlay_(std::make_unique<AreaOverlay>()), play_(std::make_unique<PlayDrag>())
 {
     trackers_->SetHost(this);
 }
@@ -57,6 +58,8 @@ void AAxisWnd::SetAxis(A2DAxis* axis, int owned) { SetPlot(axis, owned); }
 
 void AAxisWnd::plotGoes()
 {
+    endPlay(0);
+    SetViewPart(ViewPart::colours, nullptr, nullptr);
     overlay_->setMap(nullptr);
     map_ = nullptr;
     SetColorBar(nullptr, 0);
@@ -71,10 +74,12 @@ void AAxisWnd::plotCame()
 
 void AAxisWnd::SetMap(ABMapGraph* map)
 {
+    endPlay(0);
     map_ = map;
     figure().setMap(map);
     if (map)
         map->setShownOften(1);
+    watchColors();
     overlay_->setMap(map);
     overlay_->note();
     ContentChanged();

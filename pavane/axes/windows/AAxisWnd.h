@@ -3,6 +3,7 @@
 #include "pavane/axes/windows/APlotWnd.h"
 #include "pavane/trackers/collections/TrackerHost.h"
 
+#include <functional>
 #include <memory>
 
 namespace pavane
@@ -11,10 +12,13 @@ namespace pavane
 class A2DAxis;
 class AAxisColorOP;
 class ABMapGraph;
+class AColorsGraph;
 class AreaOverlay;
 class ATrackerArrayInAxis;
 class CComboBox;
 class CToolBar;
+struct ColorLook;
+class PlayDrag;
 
 /// A window that shows an axis with its graphs and lets the user mark areas in it.
 ///
@@ -45,6 +49,19 @@ public:
     void SetColorBar(AAxisColorOP* bar, int owned);
     /// Non-zero, as at first, keeps the cells of the map square.
     void SetSquareCells(int on);
+
+    /// Non-zero lets a drag with the right button play with the colours of the map: across it sets
+    /// the bias, up the contrast, with Shift a tenth as fast. Escape and the left button take it
+    /// back. A press that moves less than 3 pixels opens the menu when it is released.
+    void SetPlayByMouse(int on);
+    int GetPlayByMouse() const { return playByMouse_; }
+    /// The map when it is one of colours, else null.
+    AColorsGraph* GetColorsGraph() const;
+    /// Shows the map in other colours, on another range or scale; no step of the views by itself.
+    void ShowColorLook(const ColorLook& look);
+    /// Hears when the window changes how the map shows its values, after OnColorsChanged: for a
+    /// dialog that does the same. One at a time; null for none.
+    void SetColorsListener(std::function<void()> heard);
 
     /// The areas; never null. With `owned` the window deletes them; null makes an empty collection.
     /// A drag that is going on is cancelled.
@@ -86,11 +103,15 @@ public:
     void amMenuParse(CMenu* popup) override;
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override;
     const char* GetWndClassName() override;
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 
     /// Called when areas, the current one or the selection are not what they were.
     virtual void OnAreasChanged();
     /// Something that the user should read and need not answer; heirs show it.
     virtual void OnNotice(const CString& text);
+    /// Called when range, scale or colours of the map are not what they were: by a drag, a step
+    /// through the views or ShowColorLook.
+    virtual void OnColorsChanged();
 
 protected:
     // TrackerHost
@@ -118,11 +139,17 @@ protected:
     int chooseCursor(unsigned hitArea, unsigned message) override;
     int takeKey(int key, bool shift, bool control) override;
     void menuAsked(CPoint point) override;
+    void pictureComing(int begins) override;
     int isTime(CommandWhen when) const override;
     int zoomSteps() const override;
     void dropZoomStep() override;
 
+    void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
+    void OnRButtonDown(unsigned flags, CPoint point) override;
+    void OnRButtonUp(unsigned flags, CPoint point) override;
+    void OnCaptureChanged(CWnd* next) override;
+    void OnDestroy() override;
     void OnTimer(unsigned id) override;
 
 private:
@@ -132,6 +159,11 @@ private:
     int walkHistory(int forward);
     void enableCommands();
     int isPolygonAt(CPoint point) const;
+    void watchColors();
+    void colorsChanged();
+    void playTo(CPoint point, int fine);
+    void endPlay(int keep);
+    int takePlayBack();
 
     A2DAxis* axis_ = nullptr;  ///< the plot, when it is of that class
     ABMapGraph* map_ = nullptr;
@@ -144,6 +176,10 @@ private:
     std::unique_ptr<AreaOverlay> overlay_;
     int showCells_ = 0;
     int areasInPicture_ = 0;
+    int playByMouse_ = 0;
+    std::unique_ptr<PlayDrag> play_;
+    int takenBack_ = 0;  ///< a drag of the right button that is still down
+    std::function<void()> heardColors_;
 };
 
 }  // namespace pavane

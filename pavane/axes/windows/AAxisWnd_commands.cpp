@@ -104,6 +104,8 @@ int AAxisWnd::takeKey(int key, bool shift, bool control)
     case VK_RETURN:
         return trackers_->CloseArea(this) || trackers_->PlaceShape(this);
     case VK_ESCAPE:
+        if (takePlayBack())
+            return 1;
         (void)APlotWnd::takeKey(key, shift, control);
         return trackers_->Escape(this);
     default:

@@ -1,6 +1,7 @@
 // What the pointer does to the areas of an axis window.
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/axes/windows/AreaOverlay.h"
+#include "pavane/axes/windows/PlayDrag.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 
 namespace pavane
@@ -36,6 +37,8 @@ void AAxisWnd::OnLButtonDblClk(unsigned flags, CPoint point)
 
 void AAxisWnd::pointerMoved(unsigned flags, CPoint point)
 {
+    if (play_->isWaiting() || play_->isGoing())
+        return playTo(point, (flags & MK_SHIFT) != 0);
     (void)trackers_->OnMouseMove(this, flags, point);
 }
 

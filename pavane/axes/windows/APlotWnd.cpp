@@ -159,7 +159,9 @@ void APlotWnd::DrawPicture(CDC& dc, const CRect& rect)
 {
     const CRect plot = axis_ ? axis_->getGraphRect() : CRect();
     const int fontHeight = axis_ ? axis_->getFHeight() : 0;
+    pictureComing(1);
     figure_.draw(dc, layOut(dc, rect));
+    pictureComing(0);
     if (!axis_)
         return;
     drawIntoPicture(dc);

@@ -41,6 +41,8 @@ protected:
     }
     /// The context menu is asked for at a client point.
     virtual void menuAsked(CPoint point) { (void)point; }
+    /// A picture for a file, the clipboard or a page is drawn: before it with 1, after it with 0.
+    virtual void pictureComing(int begins) { (void)begins; }
 };
 
 }  // namespace pavane
