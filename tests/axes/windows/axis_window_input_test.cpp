@@ -18,7 +18,8 @@ unsigned takeMenu(const CMenu& menu, CPoint)
     ++menus;
     lines.clear();
     for (const CMenu::Line& line : menu.lines())
-        lines[line.id] = {line.text, line.id, line.enabled, line.checked, nullptr};
+        lines[line.id] = {line.text, line.id, line.enabled, line.checked, nullptr, nullptr, 1,
+                          nullptr,   -1};
     return answer;
 }
 
