@@ -34,6 +34,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapFrame.h
     pavane/axes/maps/MapPicture.h
     pavane/axes/multi/A2DAxisMulti.h
+    pavane/axes/multi/AGraphXYErrors.h
     pavane/axes/multi/AYScale.h
     pavane/axes/multi/MultiLayout.h
     pavane/axes/ranges/AMnMxMCTransform.h

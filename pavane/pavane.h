@@ -34,6 +34,7 @@
 #include "pavane/axes/maps/MapFrame.h"
 #include "pavane/axes/maps/MapPicture.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/multi/AGraphXYErrors.h"
 #include "pavane/axes/multi/AYScale.h"
 #include "pavane/axes/multi/MultiLayout.h"
 #include "pavane/axes/ranges/AMnMxMCTransform.h"

@@ -5,6 +5,7 @@
 #include "pavane/axes/multi/MultiLayout.h"
 
 #include <map>
+#include <set>
 #include <vector>
 
 namespace pavane
@@ -143,6 +144,10 @@ private:
     std::vector<COLORREF> colorsOfScales(const std::vector<int>& scalesOf) const;
     MultiWish wish(CDC& dc, const CRect& rect) const;
     int composeAll(CDC& dc, const CRect& rect);
+    void placeLegends(CDC& dc);
+    void placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::set<CString>& seen);
+    CRect legendBox(const MultiLayout::Panel& panel, CSize size) const;
+    int hiddenPoints(const MultiLayout::Panel& panel, const CRect& box) const;
     void keepOrdinaryLayout(CDC& dc, const CRect& rect);
     const MultiLayout::Panel* panelOfScale(int scale) const;
     int roomBelow(const MultiLayout::Panel& panel) const;
@@ -153,6 +158,7 @@ private:
     void drawPanelGrid(const MultiLayout::Panel& panel);
     void drawPanelFrame(CDC& dc, const MultiLayout::Panel& panel);
     void drawTexts(CDC& dc, const CRect& part, MultiPart where);
+    void drawLegends(CDC& dc, const CRect& part);
     void drawGraphs(CDC& dc, CRect& rect, const MultiLayout::Panel* only);
     void drawGraph(CDC& dc, CRect& rect, AGraph& graph, const MultiLayout::Panel& panel);
     void drawMultiRaster(CDC& dc, CRect& rect);

@@ -48,6 +48,7 @@ void A2DAxisMulti::drawAll(CDC& dc, CRect& rect)
     drawFurniture(dc, layout_.picture);
     if (!isFlagSet(axisBitmapMode))
         drawGraphs(dc, rect, nullptr);
+    drawLegends(dc, layout_.picture);
     drawTexts(dc, layout_.picture, MultiPart::plot);
 }
 
@@ -352,6 +353,7 @@ void A2DAxisMulti::drawPanelAnew(CDC& dc, CRect& rect, const MultiLayout::Panel&
         for (const MultiLayout::Panel& other : layout_.panels)
             if (CRect().IntersectRect(reachOf(other), part))
                 drawGraphs(dc, rect, &other);
+    drawLegends(dc, part);
     drawTexts(dc, part, MultiPart::plot);
     dc.RestoreDC(saved);
     options_ = options;

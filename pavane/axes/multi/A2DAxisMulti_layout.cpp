@@ -71,10 +71,12 @@ int A2DAxisMulti::composeAll(CDC& dc, const CRect& rect)
     const MultiWish wanted = wish(dc, rect);
     const int hasRoom = composeMulti(dc, rect, wanted, layout_);
     fHeight_ = layout_.fHeight;
-    if (hasRoom)
+    if (hasRoom) {
         placeMultiTexts(dc, wanted, layout_);
-    else
+        placeLegends(dc);
+    } else {
         layout_ = {};
+    }
     park();
     for (int i = 0; i < getScaleCount(); ++i)
         stored(i).plot = getPanelRect(stored(i).spec.panel);

@@ -108,6 +108,16 @@ struct MultiLayout {
         CString text;
     };
 
+    /// The names of graphs in a panel; the texts stand among `texts`.
+    struct Legend {
+        struct Line {
+            int graph = 0;  ///< among the graphs of the axis
+            CRect sample;
+        };
+        CRect box;
+        std::vector<Line> lines;
+    };
+
     CRect picture;
     int fHeight = 0;
     DirectionMap xMap;
@@ -116,6 +126,7 @@ struct MultiLayout {
     std::vector<YAxis> axes;
     std::vector<ColumnTitle> titles;
     std::vector<Text> texts;
+    std::vector<Legend> legends;
     CString header;
     CRect headerBox;
 

@@ -1,0 +1,177 @@
+#include "pavane/axes/AxisPenState.h"
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/fitted_text.h"
+#include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/SelectedObject.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace pavane
+{
+namespace
+{
+
+/// Emptiness is judged by about so many points of a graph.
+constexpr std::int64_t judgedPoints = 4000;
+
+/// Non-zero when the line from a to b, or the single point, touches the box.
+bool touches(CPointF a, CPointF b, const CRect& box)
+{
+    double t0 = 0;
+    double t1 = 1;
+    const auto cut = [&](double from, double step, double low, double high) {
+        if (step == 0)
+            return from >= low && from <= high;
+        const double u = (low - from) / step;
+        const double v = (high - from) / step;
+        t0 = std::max(t0, std::min(u, v));
+        t1 = std::min(t1, std::max(u, v));
+        return t0 <= t1;
+    };
+    return cut(a.x, b.x - a.x, box.left, box.right) && cut(a.y, b.y - a.y, box.top, box.bottom);
+}
+
+}  // namespace
+
+/// How much of the curves of a panel lies under a box.
+int A2DAxisMulti::hiddenPoints(const MultiLayout::Panel& panel, const CRect& box) const
+{
+    int hidden = 0;
+    const CRect& plot = panel.plot;
+    for (int i = 0; i < childs_.count(); ++i) {
+        const int scale = std::max(knownScaleOf(childs_(i)), 0);
+        const CurvePoints points = childs_(i)->getPoints();
+        if (panelOfScale(scale) != &panel || !points.y)
+            continue;
+        const AYScale spec = getScale(scale);
+        const DirectionMap map{spec.direct, spec.range};
+        const std::int64_t step = std::max<std::int64_t>(1, points.n / judgedPoints);
+        CPointF last{NAN, NAN};
+        for (std::int64_t k = 0; k < points.n; k += step) {
+            const double x = layout_.xMap.fraction(points.xAt(k));
+            const double y = map.fraction(points.y[k]);
+            const CPointF point{plot.left + plot.Width() * (xDirect_ < 0 ? 1 - x : x),
+                                plot.bottom - plot.Height() * (spec.direct < 0 ? 1 - y : y)};
+            const bool isPoint = std::isfinite(point.x) && std::isfinite(point.y);
+            const bool isJoined = std::isfinite(last.x) && std::isfinite(last.y);
+            hidden += isPoint && touches(isJoined ? last : point, point, box);
+            last = point;
+        }
+    }
+    return hidden;
+}
+
+/// The place of a legend: in its corner, below the texts that are there; empty for no room.
+CRect A2DAxisMulti::legendBox(const MultiLayout::Panel& panel, CSize size) const
+{
+    const CRect& plot = panel.plot;
+    const int inset = fHeight_ / 2;
+    CRect best;
+    int least = -1;
+    for (const int corner : {legendTopRight, legendTopLeft, legendBottomRight, legendBottomLeft}) {
+        if (legend_ != legendEmptiest && legend_ != corner)
+            continue;
+        const bool isLeft = corner == legendTopLeft || corner == legendBottomLeft;
+        const bool isTop = corner == legendTopLeft || corner == legendTopRight;
+        CRect box(0, 0, size.cx, size.cy);
+        box.OffsetRect(isLeft ? plot.left + inset : plot.right - inset - size.cx,
+                       isTop ? plot.top + inset : plot.bottom - inset - size.cy);
+        for (const MultiLayout::Text& text : layout_.texts) {
+            CRect both;
+            if (text.part == MultiPart::plot && both.IntersectRect(text.box, box))
+                box.OffsetRect(0, (isTop ? text.box.bottom - box.top + inset / 2
+                                         : text.box.top - box.bottom - inset / 2));
+        }
+        if (box.top < plot.top || box.bottom > plot.bottom || box.left < plot.left)
+            continue;
+        const int hidden = hiddenPoints(panel, box);
+        if (least < 0 || hidden < least) {
+            least = hidden;
+            best = box;
+        }
+    }
+    return best;
+}
+
+void A2DAxisMulti::placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::set<CString>& seen)
+{
+    const int h = fHeight_;
+    const int line = h + h / 4;
+    const int sample = 2 * h;
+    const int air = h / 2;
+    const int room = panel.plot.Width() - 2 * air;
+    const int mostLines = (panel.plot.Height() - 3 * air) / line;
+    std::vector<CString> names;
+    std::set<CString> own;
+    MultiLayout::Legend legend;
+    int width = 0;
+    for (int i = 0; i < childs_.count() && static_cast<int>(names.size()) < mostLines; ++i) {
+        const CString& name = childs_(i)->getGraphName();
+        if (name.empty() || panelOfScale(std::max(knownScaleOf(childs_(i)), 0)) != &panel ||
+            seen.count(name) || own.count(name))
+            continue;
+        const CString fitted = fittedLine(dc, name, room - sample - 3 * air);
+        if (fitted.empty())
+            continue;
+        own.insert(name);
+        names.push_back(fitted);
+        legend.lines.push_back({i, {}});
+        width = std::max(width, dc.GetTextExtent(fitted).cx);
+    }
+    if (names.empty())
+        return;
+    const CSize size{sample + width + 3 * air, static_cast<int>(names.size()) * line + air};
+    legend.box = legendBox(panel, size);
+    if (legend.box.IsRectEmpty())
+        return;
+    seen.merge(own);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const int top = legend.box.top + air / 2 + static_cast<int>(i) * line + h / 8;
+        const int left = legend.box.left + air;
+        legend.lines[i].sample = CRect(left, top, left + sample, top + h);
+        MultiLayout::Text text;
+        text.text = names[i];
+        text.box = CRect(left + sample + air, top,
+                         left + sample + air + dc.GetTextExtent(names[i]).cx, top + h);
+        text.part = MultiPart::plot;
+        text.panel = panel.number;
+        layout_.texts.push_back(text);
+    }
+    layout_.legends.push_back(legend);
+}
+
+void A2DAxisMulti::placeLegends(CDC& dc)
+{
+    CFont font;
+    if (legend_ == legendNone || !CreateAxisFont(font, fHeight_, 0, 0.0))
+        return;
+    const SelectedObject<CFont> selected(dc, font);
+    std::set<CString> seen;
+    for (const MultiLayout::Panel& panel : layout_.panels)
+        placeLegend(dc, panel, seen);
+}
+
+/// The boxes and samples of legends; their texts come with the others.
+void A2DAxisMulti::drawLegends(CDC& dc, const CRect& part)
+{
+    const int options = options_;
+    setFlag(axisBitmapMode, 0);  // they lie over the raster
+    for (const MultiLayout::Legend& legend : layout_.legends) {
+        CRect both;
+        if (!both.IntersectRect(legend.box, part))
+            continue;
+        const SelectedObject<CPen> pen(dc, CPen(PS_SOLID, unitsOf(dc, 1), workColor(3)));
+        const SelectedObject<CBrush> brush(dc, CBrush(workColor(0)));
+        dc.Rectangle(legend.box);
+        const int saved = dc.SaveDC();
+        dc.IntersectClipRect(legend.box);
+        for (const MultiLayout::Legend::Line& line : legend.lines)
+            childs_(line.graph)->drawSampleIn(*this, dc, line.sample);
+        dc.RestoreDC(saved);
+    }
+    options_ = options;
+}
+
+}  // namespace pavane
