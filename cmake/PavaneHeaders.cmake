@@ -171,6 +171,20 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/ASelRectWnd.h
     pavane/windows/ASplash.h
     pavane/windows/AWindowSheet.h
+    pavane/windows/controls/AColorComboBox.h
+    pavane/windows/controls/AColorMenu.h
+    pavane/windows/controls/AComboBox.h
+    pavane/windows/controls/AImageList.h
+    pavane/windows/controls/AInfoText.h
+    pavane/windows/controls/AListBox.h
+    pavane/windows/controls/AProgressBar.h
+    pavane/windows/controls/ASplitterWnd.h
+    pavane/windows/controls/AStaticText.h
+    pavane/windows/controls/AToolTip.h
+    pavane/windows/controls/color_picture.h
+    pavane/windows/controls/control_texts.h
+    pavane/windows/controls/InfoLines.h
+    pavane/windows/controls/tip_timing.h
     pavane/windows/JobBox.h
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h

@@ -2,6 +2,7 @@
 
 #include "platform/image_list.h"
 #include "platform/picture.h"
+#include "platform/system_colors.h"
 #include "platform/window_dc.h"
 
 #include <algorithm>
@@ -16,12 +17,29 @@ namespace
 
 constexpr int greatestRatio = 3;
 
-void addTo(QIcon& icon, const QImage& image, int ratio)
+void add(QIcon& icon, const QImage& image, int ratio, QIcon::Mode mode)
 {
     QPixmap pixels = QPixmap::fromImage(image);
     pixels.setDevicePixelRatio(ratio);
-    for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Active, QIcon::Selected})
-        icon.addPixmap(pixels, mode);
+    icon.addPixmap(pixels, mode);
+}
+
+/// Inks that would be lost on the ground of a chosen line become the ink of its text.
+QImage onChosenLine(const QImage& image)
+{
+    constexpr double seen = 1.8;
+    const COLORREF ground = GetSysColor(COLOR_HIGHLIGHT);
+    const COLORREF ink = GetSysColor(COLOR_HIGHLIGHTTEXT);
+    QImage made = image;
+    for (int y = 0; y < made.height(); ++y) {
+        auto* const row = reinterpret_cast<QRgb*>(made.scanLine(y));
+        for (int x = 0; x < made.width(); ++x) {
+            const COLORREF own = RGB(qRed(row[x]), qGreen(row[x]), qBlue(row[x]));
+            if (qAlpha(row[x]) != 0 && ContrastRatio(own, ground) < seen)
+                row[x] = qRgb(GetRValue(ink), GetGValue(ink), GetBValue(ink));
+        }
+    }
+    return made;
 }
 
 /// Pixels of an image of a list: what differs between a drawing on white and one on black is
@@ -62,7 +80,8 @@ QIcon lineIcon(const CPicture& picture, int ratio)
             std::transform(picture.row(y), picture.row(y) + picture.width(), row,
                            [](std::uint32_t pixel) { return pixel | 0xFF000000; });
         }
-        addTo(icon, image, ratio);
+        for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Active, QIcon::Selected})
+            add(icon, image, ratio, mode);
     }
     return icon;
 }
@@ -74,7 +93,9 @@ QIcon lineIcon(const CImageList& images, int image)
         const QImage pixels = imageAt(images, image, ratio);
         if (pixels.isNull())
             return {};
-        addTo(icon, pixels, ratio);
+        add(icon, pixels, ratio, QIcon::Normal);
+        add(icon, pixels, ratio, QIcon::Active);
+        add(icon, onChosenLine(pixels), ratio, QIcon::Selected);
     }
     return icon;
 }

@@ -1,0 +1,77 @@
+#include "pavane/windows/controls/control_drawing.h"
+
+#include "pavane/windows/controls/control_texts.h"
+#include "platform/CDC.h"
+#include "platform/CWnd.h"
+#include "platform/dialog_ground.h"
+#include "platform/system_colors.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+COLORREF controlGround(const CWnd& window)
+{
+    const CWnd* const parent = window.GetParent();
+    return parent && parent->IsDialog() ? GetDialogGround() : GetSysColor(COLOR_WINDOW);
+}
+
+ControlFont::ControlFont(CDC& dc, const CWnd& window)
+    : dc_(dc), font_(window.GetFont()), before_(dc.SelectObject(&font_))
+{
+    dc.SetBkMode(TRANSPARENT);
+}
+
+ControlFont::~ControlFont() { dc_.SelectObject(before_); }
+
+int widthOfText(const CDC& dc, const CString& text, int from, int to)
+{
+    const auto begin = static_cast<std::size_t>(std::max(0, from));
+    if (to <= from || begin >= text.size())
+        return 0;
+    return dc.GetTextExtent(text.substr(begin, static_cast<std::size_t>(to) - begin)).cx;
+}
+
+int byteAt(const CDC& dc, const CString& text, int x)
+{
+    int at = 0;
+    int left = 0;
+    while (at < static_cast<int>(text.size())) {
+        const int next = nextCharacter(text, at);
+        const int right = widthOfText(dc, text, 0, next);
+        if (x < (left + right) / 2)
+            break;
+        at = next;
+        left = right;
+    }
+    return at;
+}
+
+void drawSelectedText(CDC& dc, CPoint at, int height, const CString& text, int from, int to,
+                      COLORREF color)
+{
+    dc.SetTextColor(color);
+    if (from >= to) {
+        dc.TextOut(at.x, at.y, text);
+        return;
+    }
+    const auto piece = [&](int begin, int end) {
+        const int size = static_cast<int>(text.size());
+        const int first = std::min(begin, size);
+        return text.substr(static_cast<std::size_t>(first),
+                           static_cast<std::size_t>(std::min(end, size) - first));
+    };
+    const int left = at.x + widthOfText(dc, text, 0, from);
+    const bool withEnd = to > static_cast<int>(text.size());
+    const int right = at.x + widthOfText(dc, text, 0, to) + (withEnd ? height / 3 : 0);
+    dc.TextOut(at.x, at.y, piece(0, from));
+    dc.FillSolidRect({left, at.y, right, at.y + height}, GetSysColor(COLOR_HIGHLIGHT));
+    dc.SetTextColor(GetSysColor(COLOR_HIGHLIGHTTEXT));
+    dc.TextOut(left, at.y, piece(from, to));
+    dc.SetTextColor(color);
+    if (!withEnd)
+        dc.TextOut(right, at.y, piece(to, static_cast<int>(text.size())));
+}
+
+}  // namespace pavane
