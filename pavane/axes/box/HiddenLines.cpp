@@ -10,8 +10,11 @@ namespace pavane
 namespace
 {
 
-/// How often a stretch between a seen and a hidden point is halved.
-constexpr int halvings = 5;
+/// To which part of a step it is found where a line goes out of sight.
+constexpr double fineness = 0.25;
+/// What is seen just about upright of a line over a surface changes once: it is looked at in longer
+/// steps there.
+constexpr double uprightSteps = 4;
 
 BoxPoint between(const BoxPoint& a, const BoxPoint& b, double part)
 {
@@ -99,12 +102,15 @@ private:
         if (!isOpen_)
             open(first > 0 ? between(from, to, first) : from);
         const double length = std::hypot(b.x - a.x, b.y - a.y) * (last - first);
-        const int parts = static_cast<int>(std::ceil(length / step_));
+        const bool isUpright = from.p == to.p && from.q == to.q;  // a stalk may be seen in parts
+        const double across = std::fabs(b.x - a.x) * (last - first);
+        const double looks = isUpright ? length : std::max(across, length / uprightSteps);
+        const int parts = static_cast<int>(std::ceil(looks / step_));
         for (int k = 1; k <= parts; ++k) {
             const bool isEnd = k == parts;
             const double part = isEnd ? last : first + (last - first) * k / parts;
             waiting_.push_back({part < 1 ? between(from, to, part) : to, isEnd});
-            passed_ += length / parts;
+            passed_ += looks / parts;
             if (passed_ >= 0.75 * step_)
                 look();
         }
@@ -137,7 +143,9 @@ private:
         if (isSeen != isSeen_) {
             BoxPoint as = same > 0 ? waiting_[same - 1].at : start_;
             BoxPoint other = waiting_[same].at;
-            for (int i = 0; i < halvings; ++i) {
+            const CPointF from = view_.project(as), to = view_.project(other);
+            double apart = std::hypot(to.x - from.x, to.y - from.y);
+            for (; apart > fineness * step_; apart /= 2) {
                 const BoxPoint middle = between(as, other, 0.5);
                 const bool isMiddleSeen = !lines_.sight_.isHidden(middle);
                 (isMiddleSeen == isSeen_ ? as : other) = middle;

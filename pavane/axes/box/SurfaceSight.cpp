@@ -49,6 +49,10 @@ public:
     {
         const double faster = std::max(std::fabs(ray.columnStep), std::fabs(ray.rowStep));
         ahead_ = std::min(ahead / faster, 1.0);
+        const auto per = [](double step) { return std::fabs(step) < 1e-300 ? 0 : 1 / step; };
+        perColumn_ = per(ray.columnStep);
+        perRow_ = per(ray.rowStep);
+        perSlant_ = per(ray.columnStep - ray.rowStep);
     }
     /// On which side the line starts: above 0, below 0, on the surface or unknown 0.
     void startAt(double height) { side_ = sideOf(height); }
@@ -93,75 +97,96 @@ private:
     /// Where the line leaves the block of a square, later than t.
     double exitOf(int column, int row, int shift, double t) const
     {
-        const auto leaves = [shift](int square, double from, double step) {
-            if (std::fabs(step) < 1e-300)
-                return infinity;
+        const auto leaves = [shift](int square, double from, double step, double per) {
             const int border = ((square >> shift) + (step > 0 ? 1 : 0)) << shift;
-            return (border - from) / step;
+            return per != 0 ? (border - from) * per : infinity;
         };
-        return std::max(std::min(leaves(column, ray_.column, ray_.columnStep),
-                                 leaves(row, ray_.row, ray_.rowStep)),
+        return std::max(std::min(leaves(column, ray_.column, ray_.columnStep, perColumn_),
+                                 leaves(row, ray_.row, ray_.rowStep, perRow_)),
                         t + ahead_);
     }
-    /// Square after square.
+    /// Square after square of a block, from one side of a triangle to the next.
     bool goThrough(double t, double last)
     {
+        int column = squareOf(ray_.columnAt(t + ahead_), grid_.columns());
+        int row = squareOf(ray_.rowAt(t + ahead_), grid_.rows());
+        const int right = ray_.columnStep > 0, up = ray_.rowStep > 0;
+        passAt(t, triangleHeight(column, row, t));
         while (t < last) {
-            const int column = squareOf(ray_.columnAt(t + ahead_), grid_.columns());
-            const int row = squareOf(ray_.rowAt(t + ahead_), grid_.rows());
-            const double end = std::min(exitOf(column, row, 0, t), last);
+            const double leavesColumn =
+                perColumn_ != 0 ? (column + right - ray_.column) * perColumn_ : infinity;
+            const double leavesRow = perRow_ != 0 ? (row + up - ray_.row) * perRow_ : infinity;
+            const double end = std::min(std::min(leavesColumn, leavesRow), last);
             // the diagonal is where the parts of column and row are equal
-            const double slant = ray_.columnStep - ray_.rowStep;
-            const double diagonal = (ray_.row - row - (ray_.column - column)) / slant;
-            if (diagonal > t && diagonal < end) {
-                if (passTriangle(column, row, t, diagonal) ||
-                    passTriangle(column, row, diagonal, end))
+            const double diagonal = (ray_.row - row - (ray_.column - column)) * perSlant_;
+            if (perSlant_ != 0 && diagonal > t && diagonal < end) {
+                const double part = ray_.columnAt(diagonal) - column;
+                if (passAt(diagonal, mix(height(column, row), height(column + 1, row + 1), part)))
                     return true;
-            } else if (passTriangle(column, row, t, end)) {
-                return true;
             }
+            double at;
+            if (end == leavesColumn) {
+                const int c = column + right;
+                at = mix(height(c, row), height(c, row + 1), ray_.rowAt(end) - row);
+                column += right ? 1 : -1;
+            } else if (end == leavesRow) {
+                const int r = row + up;
+                at = mix(height(column, r), height(column + 1, r), ray_.columnAt(end) - column);
+                row += up ? 1 : -1;
+            } else {
+                at = triangleHeight(column, row, end);
+            }
+            if (passAt(end, at))
+                return true;
             t = end;
+            if (column < 0 || row < 0 || column > grid_.columns() - 2 || row > grid_.rows() - 2)
+                return false;
         }
         return false;
     }
-    bool passTriangle(int column, int row, double from, double to)
+    double height(int column, int row) const
     {
-        const double middle = (from + to) / 2;
-        const bool isLower = ray_.columnAt(middle) - column >= ray_.rowAt(middle) - row;
-        const auto height = [&](int c, int r) {
-            return static_cast<double>(grid_.height(column + c, row + r));
-        };
-        const double low = height(0, 0), high = height(1, 1);
-        const double side = isLower ? height(1, 0) : height(0, 1);
-        const double alongColumn = isLower ? side - low : high - side;
-        const double alongRow = isLower ? high - side : side - low;
-        const auto above = [&](double t) {
-            return ray_.sAt(t) - low - alongColumn * (ray_.columnAt(t) - column) -
-                   alongRow * (ray_.rowAt(t) - row);
-        };
-        const double first = above(from), second = above(to);
-        if (!(first == first) || !(second == second)) {
-            side_ = 0;
-            return false;
-        }
-        return isPassed(from, first, from, first) || isPassed(from, first, to, second);
+        return static_cast<double>(grid_.height(column, row));
     }
-    bool isPassed(double from, double before, double to, double height)
+    static double mix(double from, double to, double part) { return from + (to - from) * part; }
+    double triangleHeight(int column, int row, double t) const
     {
-        const int side = sideOf(height);
-        if (side == 0)
-            return false;
-        const bool isOther = side_ == -side;
-        side_ = side;
-        if (isOther)
-            at_ = before != height ? from + (to - from) * before / (before - height) : to;
-        return isOther;
+        const double x = ray_.columnAt(t) - column, y = ray_.rowAt(t) - row;
+        const double low = height(column, row), high = height(column + 1, row + 1);
+        if (ray_.columnAt(t + ahead_) - column >= ray_.rowAt(t + ahead_) - row) {
+            const double side = height(column + 1, row);
+            return low + (side - low) * x + (high - side) * y;
+        }
+        const double side = height(column, row + 1);
+        return low + (side - low) * y + (high - side) * x;
+    }
+    /// Goes on to a place where the surface is `surface` high, NaN when a hole lies before it.
+    bool passAt(double t, double surface)
+    {
+        const double above = ray_.sAt(t) - surface;
+        const int side = sideOf(above);
+        if (side == 0) {
+            if (!(above == above))
+                side_ = 0;
+        } else {
+            const bool isOther = side_ == -side;
+            side_ = side;
+            if (isOther) {
+                at_ = above_ != above ? t_ + (t - t_) * above_ / (above_ - above) : t;
+                return true;
+            }
+        }
+        t_ = t;
+        above_ = above;
+        return false;
     }
 
     const SurfaceGrid& grid_;
     const GridRay& ray_;
     double ahead_;
+    double perColumn_ = 0, perRow_ = 0, perSlant_ = 0;  ///< 0 where the line does not cross these
     int side_ = 0;
+    double t_ = 0, above_ = 0;  ///< where it has come to
     double at_ = 0;
 };
 
