@@ -238,21 +238,19 @@ CRect A2DAxisMulti::getScaleRect(int scale) const
     return found ? found->rect : CRect();
 }
 
-/// The scale alone as an axis, for conversions.
-ABAxis A2DAxisMulti::axisOf(int scale) const
+int A2DAxisMulti::RPYtoGPY(int scale, double y) const
 {
     const AYScale spec = getScale(scale);
-    TMinMax range = range_;
-    range.yMin = spec.range.min;
-    range.yMax = spec.range.max;
-    ABAxis axis(xDirect_, spec.direct, &range, 0);
-    axis.setGraphRect(getPanelRect(spec.panel));
-    return axis;
+    const CRect plot = getPanelRect(spec.panel);
+    return DirectionMap{spec.direct, spec.range}.yPixel(y, plot.top, plot.bottom);
 }
 
-int A2DAxisMulti::RPYtoGPY(int scale, double y) const { return axisOf(scale).RPYtoGPY(y); }
-
-double A2DAxisMulti::GPYtoRPY(int scale, int gy) const { return axisOf(scale).GPYtoRPY(gy); }
+double A2DAxisMulti::GPYtoRPY(int scale, int gy) const
+{
+    const AYScale spec = getScale(scale);
+    const CRect plot = getPanelRect(spec.panel);
+    return DirectionMap{spec.direct, spec.range}.yValue(gy, plot.top, plot.bottom);
+}
 
 int A2DAxisMulti::addChild(AGraph* graph)
 {

@@ -4,6 +4,7 @@
 #include "pavane/axes/multi/AYScale.h"
 #include "pavane/axes/multi/MultiLayout.h"
 
+#include <cstdint>
 #include <map>
 #include <set>
 #include <vector>
@@ -67,7 +68,7 @@ public:
     int getPanelCount() const;
     /// What lies between panels, in heights of the font; 0.5 at first.
     void setPanelGap(double fontHeights);
-    /// A line of text inside a panel, at its top left.
+    /// A line of text inside a panel, at its top left, or right where that hides fewer points.
     void setPanelCaption(int panel, const CString& caption);
     CString getPanelCaption(int panel) const;
     /// The page that is drawn, from 0; pages that are not there become the nearest one.
@@ -137,7 +138,6 @@ private:
     void unpark(int index);
     int indexOfGraph(const AGraph* graph) const;
     int knownScaleOf(const AGraph* graph) const;
-    ABAxis axisOf(int scale) const;
     int isOrdinary() const;
     void sortGraphs();
     std::vector<int> scalesOfGraphs() const;
@@ -147,7 +147,8 @@ private:
     void placeLegends(CDC& dc);
     void placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::set<CString>& seen);
     CRect legendBox(const MultiLayout::Panel& panel, CSize size) const;
-    int hiddenPoints(const MultiLayout::Panel& panel, const CRect& box) const;
+    int hiddenPoints(const MultiLayout::Panel& panel, const CRect& box, std::int64_t most) const;
+    void placeCaptions();
     void keepOrdinaryLayout(CDC& dc, const CRect& rect);
     const MultiLayout::Panel* panelOfScale(int scale) const;
     int roomBelow(const MultiLayout::Panel& panel) const;

@@ -13,8 +13,10 @@ namespace pavane
 namespace
 {
 
-/// Emptiness is judged by about so many points of a graph.
-constexpr std::int64_t judgedPoints = 4000;
+/// Emptiness is judged by about so many points of a graph: of each corner for a legend, which hides
+/// what is below, and for captions, of which there may be many.
+constexpr std::int64_t legendPoints = 4000;
+constexpr std::int64_t captionPoints = 200;
 
 /// Non-zero when the line from a to b, or the single point, touches the box.
 bool touches(CPointF a, CPointF b, const CRect& box)
@@ -36,7 +38,8 @@ bool touches(CPointF a, CPointF b, const CRect& box)
 }  // namespace
 
 /// How much of the curves of a panel lies under a box.
-int A2DAxisMulti::hiddenPoints(const MultiLayout::Panel& panel, const CRect& box) const
+int A2DAxisMulti::hiddenPoints(const MultiLayout::Panel& panel, const CRect& box,
+                               std::int64_t most) const
 {
     int hidden = 0;
     const CRect& plot = panel.plot;
@@ -47,9 +50,12 @@ int A2DAxisMulti::hiddenPoints(const MultiLayout::Panel& panel, const CRect& box
             continue;
         const AYScale spec = getScale(scale);
         const DirectionMap map{spec.direct, spec.range};
-        const std::int64_t step = std::max<std::int64_t>(1, points.n / judgedPoints);
+        const std::int64_t step = std::max<std::int64_t>(1, points.n / most);
         CPointF last{NAN, NAN};
         for (std::int64_t k = 0; k < points.n; k += step) {
+            if (k > 0 && spec.period > 0 &&
+                std::fabs(points.y[k] - points.y[k - step]) > spec.period / 2)
+                last = {NAN, NAN};
             const double x = layout_.xMap.fraction(points.xAt(k));
             const double y = map.fraction(points.y[k]);
             const CPointF point{plot.left + plot.Width() * (xDirect_ < 0 ? 1 - x : x),
@@ -86,7 +92,7 @@ CRect A2DAxisMulti::legendBox(const MultiLayout::Panel& panel, CSize size) const
         }
         if (box.top < plot.top || box.bottom > plot.bottom || box.left < plot.left)
             continue;
-        const int hidden = hiddenPoints(panel, box);
+        const int hidden = hiddenPoints(panel, box, legendPoints);
         if (least < 0 || hidden < least) {
             least = hidden;
             best = box;
@@ -142,8 +148,25 @@ void A2DAxisMulti::placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::se
     layout_.legends.push_back(legend);
 }
 
+/// Captions that hide fewer points at the top right go there.
+void A2DAxisMulti::placeCaptions()
+{
+    for (MultiLayout::Text& text : layout_.texts) {
+        const MultiLayout::Panel* const panel =
+            text.isCaption ? layout_.findPanel(text.panel) : nullptr;
+        if (!panel)
+            continue;
+        CRect other = text.box;
+        other.OffsetRect(panel->plot.right - other.right - (other.left - panel->plot.left), 0);
+        const int hidden = hiddenPoints(*panel, text.box, captionPoints);
+        if (hidden > 0 && hiddenPoints(*panel, other, captionPoints) < hidden)
+            text.box = other;
+    }
+}
+
 void A2DAxisMulti::placeLegends(CDC& dc)
 {
+    placeCaptions();
     CFont font;
     if (legend_ == legendNone || !CreateAxisFont(font, fHeight_, 0, 0.0))
         return;

@@ -15,6 +15,19 @@ double DirectionMap::fraction(double value) const
     return spanFraction(std::log10(value), std::log10(range.min), std::log10(range.max));
 }
 
+double DirectionMap::value(double fraction) const
+{
+    if (direct != 0)
+        return range.min + fraction * (range.max - range.min);
+    const double low = std::log10(range.min);
+    return std::pow(10.0, low + fraction * (std::log10(range.max) - low));
+}
+
+double DirectionMap::yValue(int pixel, int top, int bottom) const
+{
+    return value(fractionAt(pixel, top, bottom, direct < 0));
+}
+
 int DirectionMap::yPixel(double value, int top, int bottom) const
 {
     return pixelAt(fraction(value), top, bottom, direct < 0);

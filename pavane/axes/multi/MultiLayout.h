@@ -31,8 +31,11 @@ struct DirectionMap {
 
     /// 0 at the start of the range, 1 at its end.
     PAVANE_API double fraction(double value) const;
+    /// The value there.
+    PAVANE_API double value(double fraction) const;
     /// In a plot from `top` to `bottom`, both included.
     PAVANE_API int yPixel(double value, int top, int bottom) const;
+    PAVANE_API double yValue(int pixel, int top, int bottom) const;
     PAVANE_API int xPixel(double value, int left, int right) const;
 };
 
@@ -100,6 +103,7 @@ struct MultiLayout {
         MultiPart part = MultiPart::none;
         int panel = -1;  ///< its number
         int scale = -1;
+        int isCaption = 0;
     };
     /// One title for the axes of a column that have the same.
     struct ColumnTitle {

@@ -157,7 +157,8 @@ private:
         const int left = plot.left + h_ / 2;
         const int top = plot.top + h_ / 4;
         add(text, CRect(left, top, left + dc_.GetTextExtent(text).cx, top + h_), MultiPart::plot,
-            panel.number, -1);
+            panel.number, -1)
+            .isCaption = 1;
     }
 
     /// A panel none of whose scales has a value says so.

@@ -3,6 +3,7 @@
 #include "pavane/axes/AGraphXYPoint.h"
 #include "pavane/axes/AGraphYLine.h"
 #include "pavane/axes/graph_styles.h"
+#include "pavane/axes/multi/AGraphXYErrors.h"
 #include "platform/picture.h"
 
 #include <gtest/gtest.h>
@@ -10,6 +11,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 #include <vector>
 
 using namespace pavane;
@@ -207,6 +209,85 @@ TEST(Multi, AChangedPanelIsDrawnAloneAndLooksAsInAWholePicture)
             EXPECT_TRUE(areEqual(picture, whole)) << options << ' ' << gap;
             axis.setScale(2, axis.getScale(2));
             EXPECT_FALSE(axis.drawChanged(*dc, rect));
+        }
+}
+
+TEST(Multi, ErrorBarsReachAsFarAsTheyAreAndWidenTheRange)
+{
+    double x[] = {1, 2, 3};
+    double y[] = {10, notANumber, 30};
+    double below[] = {20, 5, infinity};
+    double above[] = {1, 5, -3};
+    for (const int direct : {1, 0})
+        for (const int options : {0, int{axisBitmapMode}}) {
+            A2DAxisMulti axis(1, direct, nullptr, options);
+            auto* const points =
+                new AGraphXYErrors(&axis, x, y, 3, nullptr, graphPointDot, 0, RGB(255, 0, 0), 0);
+            points->setYErrors(below, above);
+            points->setXErrors(below);
+            TMinMax range;
+            points->getMinMax(range);
+            EXPECT_EQ(range, (TMinMax{-19, 21, -10, 30}));
+            axis.setMinMax({0, 4, 1, 40, 0, 1});
+            CPicture picture(300, 200);
+            drawInto(picture, axis);
+            const int left = axis.RPXtoGPX(1);
+            for (const auto& [value, isBar] : {std::pair{8.0, true}, {10.7, true}, {14.0, false}})
+                EXPECT_EQ(picture.row(axis.RPYtoGPY(value))[left] != 0xFFFFFF, isBar) << value;
+            EXPECT_EQ(picture.row(axis.RPYtoGPY(20))[axis.RPXtoGPX(3)], 0xFFFFFFU);
+        }
+}
+
+TEST(Multi, TheLegendStandsInTheEmptiestCornerUnlessOneIsChosen)
+{
+    Data data;
+    for (double& value : data.y)
+        value = -value;
+    data.y[0] = 10;  // all lies at the bottom
+    for (const int corner : {int{legendEmptiest}, int{legendBottomLeft}, int{legendTopRight}, 7}) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        for (int i = 0; i < 3; ++i) {
+            AYScale scale;
+            scale.panel = i;
+            AGraph* const graph = data.line(axis);
+            graph->setGraphName(i == 1 ? "" : "model");
+            axis.setScaleOf(graph, axis.addScale(scale));
+        }
+        axis.setLegend(corner);
+        CPicture picture(400, 600);
+        drawInto(picture, axis);
+        const auto& legends = axis.getLayout().legends;
+        ASSERT_EQ(legends.size(), corner == 7 ? 0U : 1U);
+        if (corner == 7)
+            continue;
+        const CPoint middle = axis.getPanelRect(0).CenterPoint();
+        const CPoint at = legends[0].box.CenterPoint();
+        EXPECT_EQ(at.x > middle.x, corner != legendBottomLeft);
+        EXPECT_EQ(at.y > middle.y, corner == legendBottomLeft);
+    }
+}
+
+TEST(Multi, TheNearestPointIsTheOneThatLookingAtAllFinds)
+{
+    const std::vector<std::vector<double>> xs = {
+        {1, 2, 2, 2, 5, 9}, {5, 1, 9, 2, 2, 3}, {1, notANumber, 3, 4, 4, 7}, {3, 3, 3, 3, 3, 3}};
+    for (std::vector<double> x : xs)
+        for (unsigned gaps = 0; gaps < 64; ++gaps) {
+            std::vector<double> y;
+            for (unsigned i = 0; i < 6; ++i)
+                y.push_back(gaps >> i & 1 ? notANumber : 1);
+            AGraphXYLine graph(nullptr, x.data(), y.data(), 6, nullptr, PS_SOLID, 1, 0, 0);
+            for (double at = -1; at < 11; at += 0.5) {
+                int best = -1;
+                for (int i = 0; i < 6; ++i) {
+                    const auto k = static_cast<std::size_t>(i);
+                    const double far =
+                        best < 0 ? infinity : std::fabs(x[static_cast<std::size_t>(best)] - at);
+                    if (!std::isnan(y[k]) && std::fabs(x[k] - at) < far)
+                        best = i;
+                }
+                EXPECT_EQ(graph.nearestPoint(at), best) << at << ' ' << gaps;
+            }
         }
 }
 
