@@ -11,6 +11,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/AStatHistGraph.h
     pavane/axes/axis_options.h
     pavane/axes/axis_settings.h
+    pavane/axes/dialogs/AHistogramWnd.h
+    pavane/axes/dialogs/APalettePlayDlg.h
     pavane/axes/graph_styles.h
     pavane/axes/maps/AAxisColorOP.h
     pavane/axes/maps/AAxisLevelOP.h
@@ -20,11 +22,14 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/ALevelsColorGraph.h
     pavane/axes/maps/ALevelsGraph.h
     pavane/axes/maps/beam_mark.h
+    pavane/axes/maps/cells/AMapHistogram.h
     pavane/axes/maps/cells/AMatrixAccess.h
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/map_scale.h
     pavane/axes/maps/cells/map_statistics.h
+    pavane/axes/maps/cells/RangeRule.h
     pavane/axes/maps/ChannelMaps.h
+    pavane/axes/maps/ColorLook.h
     pavane/axes/maps/FigureLayer.h
     pavane/axes/maps/map_titles.h
     pavane/axes/maps/map_unit.h
@@ -67,10 +72,12 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/dialogs/values/AUVXTIntervalPM.h
     pavane/dialogs/values/time_texts.h
     pavane/dialogs/values/TimeIntervalForm.h
+    pavane/images/AColorPlay.h
     pavane/images/ADIBase.h
     pavane/images/ADIBitmap.h
     pavane/images/curve_raster.h
     pavane/images/palette_file.h
+    pavane/images/color_vision.h
     pavane/images/palettes.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
@@ -276,6 +283,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/maps/cells/pixel_cells.h
     pavane/axes/maps/cells/simd_path.h
     pavane/axes/maps/ContouredGraph.h
+    pavane/axes/maps/HistogramPlot.h
     pavane/axes/maps/scale_ticks.h
     pavane/axes/TickSet.h
     pavane/axes/windows/PlotHooks.h
@@ -287,7 +295,6 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
     pavane/history/ViewHistory.h
-    pavane/images/AColorPlay.h
     pavane/images/palette_followers.h
     pavane/resources/freq_commands.h
     pavane/resources/mark_commands.h

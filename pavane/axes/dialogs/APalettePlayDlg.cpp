@@ -1,0 +1,501 @@
+#include "pavane/axes/dialogs/APalettePlayDlg.h"
+
+#include "pavane/axes/ABAxis.h"
+#include "pavane/axes/maps/AColorsGraph.h"
+#include "pavane/axes/windows/AAxisWnd.h"
+#include "pavane/resources/play_dialog.h"
+#include "pavane/resources/play_messages.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "platform/accessibility.h"
+#include "platform/controls.h"
+#include "platform/screens.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Bars of the histogram.
+constexpr int barsCounted = 512;
+/// What is in view or in areas is looked at again after so long (ms).
+constexpr unsigned lookTimer = 1;
+constexpr unsigned lookPause = 400;
+constexpr int fieldDigits = 6;
+
+constexpr ResizeItem followers[] = {
+    {IDC_PLAY_HISTOGRAM, 0, 0, 100, 100},
+    {IDC_PLAY_LOW, 0, 100, 0, 100},
+    {IDC_PLAY_HIGH, 0, 100, 0, 100},
+    {IDC_PLAY_UNIT, 0, 100, 0, 100},
+    {IDC_PLAY_SCALE, 0, 100, 0, 100},
+    {IDC_PLAY_CELLS, 0, 100, 0, 100},
+    {IDC_PLAY_90, 0, 100, 0, 100},
+    {IDC_PLAY_95, 0, 100, 0, 100},
+    {IDC_PLAY_98, 0, 100, 0, 100},
+    {IDC_PLAY_99, 0, 100, 0, 100},
+    {IDC_PLAY_995, 0, 100, 0, 100},
+    {IDC_PLAY_999, 0, 100, 0, 100},
+    {IDC_PLAY_ALL_CELLS, 0, 100, 0, 100},
+    {IDC_PLAY_NOISE, 0, 100, 0, 100},
+    {IDC_PLAY_ZSCALE, 0, 100, 0, 100},
+    {IDC_PLAY_CONTRAST, 0, 100, 0, 100},
+    {IDC_PLAY_BIAS, 0, 100, 0, 100},
+    {IDC_PLAY_GAMMA, 0, 100, 0, 100},
+    {IDC_PLAY_INVERT, 0, 100, 0, 100},
+    {IDC_PLAY_BY_PLANE, 0, 100, 0, 100},
+    {IDC_PLAY_PALETTES, 100, 0, 100, 100},
+    {IDC_PLAY_SAVE, 100, 100, 100, 100},
+    {IDC_PLAY_FOR_ALL, 100, 100, 100, 100},
+    {IDC_PLAY_NOTE, 0, 100, 0, 100},
+    {IDC_PLAY_RESET, 100, 100, 100, 100},
+    {IDOK, 100, 100, 100, 100},
+    {IDCANCEL, 100, 100, 100, 100},
+    {IDC_PLAY_LOW_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_HIGH_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_SCALE_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_CELLS_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_CONTRAST_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_BIAS_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_GAMMA_LABEL, 0, 100, 0, 100},
+    {IDC_PLAY_PALETTES_LABEL, 100, 0, 100, 0},
+};
+
+/// "Jy/beam" of "[%sJy/beam]".
+CString plainUnit(CString title)
+{
+    for (const char* const mark : {"%s", "~", "[", "]"})
+        for (std::size_t at = title.find(mark); at != CString::npos; at = title.find(mark))
+            title.erase(at, CString(mark).size());
+    return title;
+}
+
+/// The cells that the pixels of a plot show.
+MapPart partInView(const ABMapGraph& map)
+{
+    const CRect& plot = map.axis()->getGraphRect();
+    MapPart part;
+    if (plot.IsRectEmpty())
+        return part;
+    const PixelCells x = map.columnsOfPixels(plot.left, plot.Width() + 1);
+    const PixelCells y = map.rowsOfPixels(plot.top, plot.Height() + 1);
+    part.columns = {x.firstCell(), x.endCell()};
+    part.rows = {y.firstCell(), y.endCell()};
+    return part;
+}
+
+}  // namespace
+
+APalettePlayDlg::APalettePlayDlg(AAxisWnd& plot, CWnd* parent)
+    : AResizeDialog(palettePlayDialog, parent), window_(&plot), windowLives_(plot.life())
+{
+    SetResizeItems(followers);
+    SetPlacementSection("PalettePlay");
+    AHistogramWnd::Listener listener;
+    listener.begun = [this] {
+        if (!graph())
+            return;
+        dragged_ = ColorLook(*graph());
+        window()->BeginView();
+        graph()->setPlayGoing(1);
+    };
+    listener.moved = [this] { showHandles(); };
+    listener.stepped = [this] {
+        if (!graph())
+            return;
+        window()->BeginViewGesture();
+        showHandles();
+    };
+    listener.ended = [this](int kept) {
+        if (!graph())
+            return;
+        graph()->setPlayGoing(0);
+        const LifeWatch self(life_);
+        show(kept ? ColorLook(*graph()) : dragged_);
+        if (!self.alive() || !window())
+            return;
+        window()->EndView();
+    };
+    histogramWindow_.SetListener(listener);
+}
+
+APalettePlayDlg::~APalettePlayDlg() { listen(0); }
+
+AAxisWnd* APalettePlayDlg::window() const { return windowLives_.alive() ? window_ : nullptr; }
+
+AColorsGraph* APalettePlayDlg::graph() const
+{
+    return window() ? window()->GetColorsGraph() : nullptr;
+}
+
+void APalettePlayDlg::listen(int on)
+{
+    if (!window())
+        return;
+    if (on)
+        window()->SetColorsListener([this] { refresh(); });
+    else
+        window()->SetColorsListener(nullptr);
+}
+
+/// Beside the frame that the map stands in, where a screen has room for that, so that the map is in
+/// view. A kept place counts more.
+void APalettePlayDlg::standBeside()
+{
+    const CWnd* frame = window();
+    while (frame && frame->GetParent())
+        frame = frame->GetParent();
+    CRect map, own;
+    if (!frame)
+        return;
+    (void)frame->GetWindowRect(map);
+    (void)GetWindowRect(own);
+    constexpr int gap = 12;
+    for (const CRect& screen : GetScreenRects()) {
+        if (!screen.PtInRect(map.CenterPoint()))
+            continue;
+        const int top =
+            std::clamp(map.top, screen.top, std::max(screen.top, screen.bottom - own.Height()));
+        const int right = map.right + gap, left = map.left - gap - own.Width();
+        if (right + own.Width() <= screen.right || left >= screen.left) {
+            const int at = right + own.Width() <= screen.right ? right : left;
+            (void)MoveWindow(CRect(at, top, at + own.Width(), top + own.Height()));
+        }
+        return;
+    }
+}
+
+int APalettePlayDlg::OnInitDialog()
+{
+    standBeside();
+    const int result = AResizeDialog::OnInitDialog();
+    ReplaceControl(IDC_PLAY_HISTOGRAM, histogramWindow_, "", "",
+                   WS_CHILD | WS_VISIBLE | WS_TABSTOP);
+    filling_ = 1;
+    for (const char* const text : scaleTexts)
+        addLine(IDC_PLAY_SCALE, text);
+    for (const char* const text : cellsTexts)
+        addLine(IDC_PLAY_CELLS, text);
+    filling_ = 0;
+    if (graph())
+        opened_ = ColorLook(*graph());
+    fillPalettes();
+    listen(1);
+    countCells();
+    SetTimer(lookTimer, lookPause);
+    return result;
+}
+
+void APalettePlayDlg::addLine(unsigned id, const char* text)
+{
+    if (auto* const combo = dynamic_cast<CComboBox*>(GetDlgItem(id)))
+        (void)combo->AddString(text);
+}
+
+// The cells
+
+void APalettePlayDlg::SetPlanes(const std::vector<const AMatrixAccess*>& planes)
+{
+    planes_ = planes;
+    histogram_.clear();  // it may read planes that go
+    stacked_ = std::make_unique<AStackedAccess>(planes_);
+    if (planes_.size() < 2 && cells_ == Cells::planes)
+        cells_ = Cells::map;
+    if (GetSafeHwnd())
+        countCells();
+}
+
+MapPart APalettePlayDlg::chosenPart()
+{
+    MapPart part;
+    const AColorsGraph* const map = graph();
+    if (!map)
+        return part;
+    if (cells_ == Cells::view)
+        part = partInView(*map);
+    ATrackerArrayInAxis& areas = *window()->GetTrackers();
+    if (cells_ != Cells::areas || areas.trackerCount() == 0)
+        return part;
+    mask_ = ABitMatrix(map->cells().rows(), map->cells().columns());
+    areas.FillMatrix(mask_, map->cells().columns(), map->cells().rows(), map->centres());
+    part.mask = mask_.rows() > 0 ? &mask_ : nullptr;
+    return part;
+}
+
+void APalettePlayDlg::countCells()
+{
+    histogram_.clear();
+    if (graph()) {
+        const int all = cells_ == Cells::planes && planes_.size() > 1;
+        shownPart_ = chosenPart();
+        shownMask_ = shownPart_.mask ? mask_ : ABitMatrix();
+        shownPart_.mask = shownMask_.rows() > 0 ? &shownMask_ : nullptr;
+        (void)histogram_.set(all ? static_cast<const AMatrixAccess&>(*stacked_) : graph()->cells(),
+                             shownPart_);
+    }
+    countBars();
+    refresh();
+}
+
+/// The values that the histogram should show: the range in force and some more.
+TMnMx APalettePlayDlg::wantedBars() const
+{
+    const MapScale& scale = graph()->scale();
+    return HistogramPlot::shownFor({histogram_.least(), histogram_.greatest()},
+                                   {scale.low(), scale.high()});
+}
+
+/// Goes over the cells.
+void APalettePlayDlg::countBars()
+{
+    if (!graph() || histogram_.count() < 1)
+        return histogramWindow_.SetCounts({}, {});
+    const TMnMx shown = wantedBars();
+    histogramWindow_.SetCounts(histogram_.counts(shown.min, shown.max, barsCounted), shown);
+}
+
+void APalettePlayDlg::MapChanged()
+{
+    if (!GetSafeHwnd())
+        return;
+    countCells();
+    if (!byPlane_ || !graph() || rule_.kind == RangeRule::Kind::fixed)
+        return;
+    ColorLook look(*graph());
+    look.range = rule_.range(histogram_);
+    show(look);  // a part of the step that changed the plane
+}
+
+void APalettePlayDlg::OnTimer(unsigned id)
+{
+    if (id != lookTimer)
+        return AResizeDialog::OnTimer(id);
+    if (!window())
+        return (void)PostMessage(WM_CLOSE);  // the map has gone
+    if (histogramWindow_.IsDragged() || (cells_ != Cells::view && cells_ != Cells::areas))
+        return;
+    const MapPart part = chosenPart();
+    const int same = part.rows == shownPart_.rows && part.columns == shownPart_.columns &&
+                     (part.mask ? mask_ == shownMask_ : shownMask_.rows() == 0);
+    if (!same)
+        countCells();
+}
+
+// The look
+
+/// What the controls show becomes what the map shows.
+void APalettePlayDlg::refresh()
+{
+    const AColorsGraph* const map = graph();
+    if (!GetSafeHwnd() || !map)
+        return;
+    // under a handle that is dragged the histogram stands still
+    if (!histogramWindow_.IsDragged() && histogram_.count() > 0 &&
+        !(wantedBars() == histogramWindow_.plot().shown()))
+        countBars();
+    const MapScale& scale = map->scale();
+    const AColorPlay& play = map->GetColorPlay();
+    histogramWindow_.SetUnit(plainUnit(map->GetOZName()));
+    histogramWindow_.SetLook(scale, play, map->mapColors(AColorPlay()));
+    filling_ = 1;
+    setField(IDC_PLAY_LOW, valToStr(scale.low(), fieldDigits));
+    setField(IDC_PLAY_HIGH, valToStr(scale.high(), fieldDigits));
+    setField(IDC_PLAY_CONTRAST, valToStr(play.contrast, fieldDigits));
+    setField(IDC_PLAY_BIAS, valToStr(play.bias, fieldDigits));
+    setField(IDC_PLAY_GAMMA, valToStr(play.gamma, fieldDigits));
+    SetDlgItemText(IDC_PLAY_UNIT, plainUnit(map->GetOZName()));
+    if (auto* const combo = dynamic_cast<CComboBox*>(GetDlgItem(IDC_PLAY_SCALE)))
+        (void)combo->SetCurSel(static_cast<int>(map->scaleKind()));
+    if (auto* const combo = dynamic_cast<CComboBox*>(GetDlgItem(IDC_PLAY_CELLS)))
+        (void)combo->SetCurSel(static_cast<int>(cells_));
+    if (auto* const box = dynamic_cast<CButton*>(GetDlgItem(IDC_PLAY_INVERT)))
+        box->SetCheck(play.invert);
+    if (auto* const box = dynamic_cast<CButton*>(GetDlgItem(IDC_PLAY_BY_PLANE))) {
+        box->SetCheck(byPlane_);
+        (void)box->EnableWindow(planes_.size() > 1);
+    }
+    showPalette();
+    filling_ = 0;
+}
+
+/// The field that is being typed in keeps its text as long as it says what is shown.
+void APalettePlayDlg::setField(unsigned id, const CString& text)
+{
+    CWnd* const field = GetDlgItem(id);
+    double typed = 0, wanted = 0;
+    const int same = stoval(GetDlgItemText(id), typed) && stoval(text, wanted) && typed == wanted;
+    if (field && !same && !(typing_ == id && GetFocus() == field))
+        SetDlgItemText(id, text);
+}
+
+void APalettePlayDlg::show(const ColorLook& look)
+{
+    if (AAxisWnd* const map = window())
+        map->ShowColorLook(look);
+}
+
+/// A change that is a step of the views by itself.
+void APalettePlayDlg::step(const ColorLook& look)
+{
+    if (!graph())
+        return;
+    const LifeWatch self(life_);
+    window()->BeginView();
+    show(look);
+    if (!self.alive() || !window())
+        return;
+    window()->EndView();
+}
+
+void APalettePlayDlg::showHandles()
+{
+    if (!graph())
+        return;
+    const HistogramPlot& plot = histogramWindow_.plot();
+    ColorLook look(*graph());
+    if (plot.low() != plot.scale().low() || plot.high() != plot.scale().high()) {
+        look.range = {plot.low(), plot.high()};
+        rule_ = {RangeRule::Kind::fixed, plot.low(), plot.high()};
+    }
+    look.play = plot.played();
+    show(look);
+}
+
+void APalettePlayDlg::UseRule(const RangeRule& rule)
+{
+    if (!graph())
+        return;
+    rule_ = rule;
+    ColorLook look(*graph());
+    look.range = rule.range(histogram_);
+    note({});
+    step(look);
+}
+
+/// Typed values are shown at once; what is none is told and changes nothing.
+void APalettePlayDlg::fieldChanged(unsigned id)
+{
+    if (filling_ || !graph())
+        return;
+    double value = 0;
+    if (!stoval(GetDlgItemText(id), value))
+        return note(noNumberText);
+    const MapScale& scale = graph()->scale();
+    ColorLook look(*graph());
+    TMnMx range{scale.low(), scale.high()};
+    (id == IDC_PLAY_HIGH ? range.max : range.min) = value;
+    if (id == IDC_PLAY_CONTRAST)
+        look.play.contrast = value;
+    else if (id == IDC_PLAY_BIAS)
+        look.play.bias = value;
+    else if (id == IDC_PLAY_GAMMA)
+        look.play.gamma = value;
+    else if (!(range.min < range.max))
+        return note(rangeOrderText);
+    else
+        look.range = range;
+    if (!look.play.isUsable())
+        return note(id == IDC_PLAY_GAMMA ? gammaText : noNumberText);
+    if (look.range == range)
+        rule_ = {RangeRule::Kind::fixed, range.min, range.max};
+    note({});
+    typing_ = id;
+    window()->BeginViewGesture();
+    show(look);
+    typing_ = 0;
+}
+
+void APalettePlayDlg::note(const CString& text) { SetDlgItemText(IDC_PLAY_NOTE, text); }
+
+int APalettePlayDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
+{
+    if (code == EN_CHANGE &&
+        (id == IDC_PLAY_LOW || id == IDC_PLAY_HIGH || id == IDC_PLAY_CONTRAST ||
+         id == IDC_PLAY_BIAS || id == IDC_PLAY_GAMMA))
+        return fieldChanged(id), 1;
+    if (id >= IDC_PLAY_90 && id <= IDC_PLAY_999)
+        return UseRule(RangeRule::middle(playPerCents[id - IDC_PLAY_90])), 1;
+    if (!graph() || filling_)
+        return AResizeDialog::OnCommand(id, code, control);
+    ColorLook look(*graph());
+    switch (id) {
+    case IDC_PLAY_ALL_CELLS:
+        return UseRule({}), 1;
+    case IDC_PLAY_NOISE:
+        return UseRule(RangeRule::ofNoise()), 1;
+    case IDC_PLAY_ZSCALE:
+        return UseRule({RangeRule::Kind::zscale, 0, 0}), 1;
+    case IDC_PLAY_INVERT:
+        look.play.invert = !look.play.invert;
+        return step(look), 1;
+    case IDC_PLAY_BY_PLANE:
+        byPlane_ = !byPlane_;
+        return refresh(), 1;
+    case IDC_PLAY_RESET:
+        rule_ = {};
+        note({});
+        return step({}), 1;
+    case IDC_PLAY_SAVE:
+        return savePalette(), 1;
+    case IDC_PLAY_FOR_ALL:
+        return useForAll(), 1;
+    case IDC_PLAY_SCALE:
+    case IDC_PLAY_CELLS:
+        if (code == CBN_SELCHANGE)
+            return chooseFromList(id), 1;
+        break;
+    case IDC_PLAY_PALETTES:
+        if (code == LBN_SELCHANGE)
+            return choosePalette(), 1;
+        break;
+    default:
+        break;
+    }
+    return AResizeDialog::OnCommand(id, code, control);
+}
+
+void APalettePlayDlg::chooseFromList(unsigned id)
+{
+    const auto* const combo = dynamic_cast<CComboBox*>(GetDlgItem(id));
+    const int chosen = combo ? combo->GetCurSel() : -1;
+    if (chosen < 0)
+        return;
+    if (id == IDC_PLAY_SCALE) {
+        ColorLook look(*graph());
+        look.scale = static_cast<MapScaleKind>(chosen);
+        return step(look);
+    }
+    const auto wanted = static_cast<Cells>(chosen);
+    cells_ = wanted == Cells::planes && planes_.size() < 2 ? Cells::map : wanted;
+    countCells();
+}
+
+void APalettePlayDlg::OnOK()
+{
+    listen(0);
+    AResizeDialog::OnOK();
+}
+
+void APalettePlayDlg::OnCancel()
+{
+    if (graph() && !(ColorLook(*graph()) == opened_)) {
+        const LifeWatch self(life_);
+        step(opened_);
+        if (!self.alive())
+            return;
+    }
+    listen(0);
+    AResizeDialog::OnCancel();
+}
+
+void APalettePlayDlg::OnDestroy()
+{
+    listen(0);
+    KillTimer(lookTimer);
+    AResizeDialog::OnDestroy();
+}
+
+}  // namespace pavane
