@@ -15,6 +15,8 @@ constexpr double fineness = 0.25;
 /// What is seen just about upright of a line over a surface changes once: it is looked at in longer
 /// steps there.
 constexpr double uprightSteps = 4;
+/// What is seen of a line between two hidden parts is left out below this length, in steps.
+constexpr double speck = 0.75;
 
 BoxPoint between(const BoxPoint& a, const BoxPoint& b, double part)
 {
@@ -152,7 +154,9 @@ private:
             }
             put(between(as, other, 0.5));
             if (isSeen_)
-                close();
+                closeHidden();
+            else
+                emerged_ = true;
             isSeen_ = isSeen;
             for (std::size_t k = same; isSeen_ && k < waiting_.size(); ++k)
                 if (waiting_[k].isCorner)
@@ -164,10 +168,26 @@ private:
     }
     void put(const BoxPoint& at)
     {
-        if (count_ == 0)
+        if (count_ == 0) {
             pieces_.starts.push_back(pieces_.points.size());
+            emerged_ = false;
+        }
         pieces_.points.push_back(view_.project(at));
         ++count_;
+    }
+    /// Closes a piece that goes out of sight. One that has just come from there is but a speck.
+    void closeHidden()
+    {
+        const std::size_t first = emerged_ && count_ > 0 ? pieces_.starts.back() : 0;
+        double length = 0;
+        for (std::size_t k = first + 1; emerged_ && k < pieces_.points.size(); ++k)
+            length += std::hypot(pieces_.points[k].x - pieces_.points[k - 1].x,
+                                 pieces_.points[k].y - pieces_.points[k - 1].y);
+        if (emerged_ && length < speck * step_ && count_ > 1) {
+            pieces_.points.resize(first + 1);
+            count_ = 1;
+        }
+        close();
     }
     void close()
     {
@@ -188,6 +208,7 @@ private:
     double passed_ = 0;
     std::size_t count_ = 0;  ///< points of the open piece
     bool hasPoint_ = false, isOpen_ = false, isSeen_ = false;
+    bool emerged_ = false;  ///< the open piece begins where the line came into sight
 };
 
 HiddenLines::HiddenLines(const BoxView& view, const SurfaceScene& scene, double step)
