@@ -26,7 +26,7 @@ namespace
 constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
-                   idModelTable = 106;
+                   idModelTable = 106, idPlanes = 107;
 constexpr int listWidth = 110;
 constexpr int tableWidth = 320;
 /// Of the map beside the components.
@@ -53,8 +53,8 @@ void setUpPointer(TrackerCollection& areas)
 }  // namespace
 
 MainWindow::MainWindow(WindowHost* host)
-    : host_(host), model_(*this), view_(*this), session_(folderOf(GetProfileFile())),
-      recent_(section)
+    : host_(host), model_(*this), planes_(*this), view_(*this),
+      session_(folderOf(GetProfileFile())), recent_(section)
 {
 }
 
@@ -80,7 +80,7 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
         !model_.Create(&split_, idModelTable) ||
         !table_.Create(table_.GetWndClassName(), CString(),
                        WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this, idTable) ||
-        !status_.Create(this, idStatus))
+        !planes_.Create(this, idPlanes) || !status_.Create(this, idStatus))
         return -1;
     table_.SetAxisWnd(&view_);
     table_.focused = [this] { part_ = Part::numbers; };
@@ -148,7 +148,9 @@ void MainWindow::layOut(int cx, int cy)
     const int head = std::min(foot, bar_.GetBarHeight(cx));
     bar_.MoveWindow(CRect(0, 0, cx, head));
     const int right = showTable_ ? cx - std::min(tableWidth, cx / 2) : cx;
-    split_.MoveWindow(CRect(0, head, right, foot));
+    const int planes = isCube() ? std::max(head, foot - PlaneBar::height()) : foot;
+    split_.MoveWindow(CRect(0, head, right, planes));
+    planes_.MoveWindow(CRect(0, planes, right, foot));
     table_.MoveWindow(CRect(right, head, cx, foot));
     status_.MoveWindow(CRect(0, foot, cx, cy));
 }
@@ -190,7 +192,8 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     std::string error;
     {
         JobBox job(this, "Reading " + baseNameOf(file));
-        if (!opened->open(file, plane, options_, error,
+        // a cube begins with its first plane
+        if (!opened->open(file, std::max(0, plane), options_, error,
                           [&](double fraction) { return job.show(fraction); })) {
             if (!error.empty())
                 AfxMessageBox(error, MB_ICONERROR);
@@ -210,6 +213,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     map_.swap(opened);            // the old one goes when nothing shows it any more
     model_.SetFrame(&map_->inputs().frame);
     status_.Reset();
+    setUpPlanes();
     table_.SetUnits(map_->format().offsetUnit(), map_->format().offsetUnit());
     table_.Refresh();
     recent_.load();  // other windows add to it

@@ -7,6 +7,7 @@
 #include "apps/view/options.h"
 #include "apps/view/part_menu.h"
 #include "apps/view/PartWindow.h"
+#include "apps/view/PlaneBar.h"
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
@@ -27,7 +28,10 @@ namespace pavane
 /// The window of pavane-view: menu, toolbar, list of areas, the map, the table of components beside
 /// it, the numbers of the current area, and a status line. Commands of editing act on the part that
 /// has the keyboard. Nothing that took work is lost without a question.
-class MainWindow : public ATrackToolBarOwnerWnd, private MapWindowOwner, private ModelPanelOwner
+class MainWindow : public ATrackToolBarOwnerWnd,
+                   private MapWindowOwner,
+                   private ModelPanelOwner,
+                   private PlaneBarOwner
 {
 public:
     /// Without a host it opens maps only, and the program ends with it.
@@ -59,6 +63,7 @@ public:
     ModelPanel& model() { return model_; }
     const AreaSession& session() const { return session_; }
     const StatusLine& statusLine() const { return status_; }
+    PlaneBar& planeBar() { return planes_; }
 
 protected:
     int OnCreate(CREATESTRUCT& cs) override;
@@ -77,6 +82,11 @@ private:
     void mapNotice(const CString& text) override { status_.SetMessage(text); }
     void mapSavePicture() override { savePicture(); }
     void mapFocused() override { part_ = Part::map; }
+    int mapStepPlane(int step) override;
+
+    // PlaneBarOwner
+    int planeWanted(int plane) override;
+    void planeBarLeft() override;
 
     // ModelPanelOwner
     void modelChanged() override;
@@ -133,6 +143,13 @@ private:
     void changeLevels();
     void toggleTable();
 
+    // Planes of a cube
+    int isCube() const;
+    void setUpPlanes();
+    void tellPlane();
+    int showPlane(int plane);
+    int runPlaneCommand(unsigned id);
+
     // Copies of unsaved areas
     void writeCopy();
     static std::int64_t now();
@@ -148,6 +165,7 @@ private:
     PartWindow<AAreaTableWnd> table_;
     ModelPanel model_;
     CSplitterWnd split_;
+    PlaneBar planes_;
     MapWindow view_;
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;

@@ -15,11 +15,21 @@ int MapDocument::open(const std::string& file, int plane, const ViewOptions& opt
         return 0;
     }
     file_ = file;
+    cube_.begin(file, inputs_);
     std::string noSky;
     (void)sky_.init(inputs_.map.header, noSky);
     const AMatrix<float>& cells = inputs_.map.cells;
     format_ = StatusFormat(inputs_.map.header, inputs_.frame, cells.rows(), cells.columns());
     picture_.show(inputs_);
+    show(options);
+    return 1;
+}
+
+int MapDocument::setPlane(int plane, const ViewOptions& options, std::string& error)
+{
+    if (!cube_.exchange(plane, inputs_, error))
+        return 0;
+    picture_.contentChanged();
     show(options);
     return 1;
 }

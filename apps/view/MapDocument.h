@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/view/any_area_file.h"
+#include "apps/view/CubePlanes.h"
 #include "apps/view/inputs.h"
 #include "apps/view/status_text.h"
 #include "pavane/axes/maps/MapPicture.h"
@@ -25,6 +26,13 @@ public:
     int open(const std::string& file, int plane, const ViewOptions& options, std::string& error,
              const ProgressFunction& progress);
 
+    /// Planes of a cube, 1 of a plain map; the one that is shown, from 0.
+    int planes() const { return cube_.count(); }
+    int plane() const { return inputs_.map.header.plane; }
+    /// Shows another plane as `show` does. Non-zero on success; else 0, `error` is a line, and the
+    /// plane stays.
+    int setPlane(int plane, const ViewOptions& options, std::string& error);
+
     const std::string& file() const { return file_; }
     const ViewInputs& inputs() const { return inputs_; }
     const SkyCoordinates& sky() const { return sky_; }
@@ -39,6 +47,7 @@ public:
 private:
     std::string file_;
     ViewInputs inputs_;
+    CubePlanes cube_;
     MapPicture picture_;
     SkyCoordinates sky_;
     StatusFormat format_;

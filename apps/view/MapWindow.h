@@ -33,6 +33,8 @@ public:
     virtual void mapSavePicture() = 0;
     /// The keyboard has come to it.
     virtual void mapFocused() = 0;
+    /// Page Down (1) or Page Up (-1); 0 when there is no other plane.
+    virtual int mapStepPlane(int step) = 0;
 };
 
 /// The map with its areas, in the main window.
@@ -82,6 +84,13 @@ protected:
     {
         AAxisWnd::OnSetFocus(old);
         owner_.mapFocused();
+    }
+    void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override
+    {
+        const int step = key == VK_NEXT ? 1 : key == VK_PRIOR ? -1 : 0;
+        const int isPlain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0;
+        if (step == 0 || !isPlain || !owner_.mapStepPlane(step))
+            AAxisWnd::OnKeyDown(key, repeat, flags);
     }
     int isBare() const override { return AAxisWnd::isBare() && !hasMarks(); }
     void drawIntoPicture(CDC& dc) override

@@ -39,6 +39,7 @@ constexpr KeyLine mapKeys[] = {
     {"+  -", "zooms about the middle"},
     {"7  0", "zooms back, shows the whole map"},
     {"M", "shows the cells of the mask"},
+    {"Page Down, Page Up", "the next plane of a cube, the one before"},
     {"F4, F5, F6", "numbers of the area, components, to the next part of the window"},
     {"Ins, Ctrl+D, Del", "among components: adds one, duplicates them, deletes them"},
 };

@@ -51,17 +51,24 @@ Part MainWindow::part()
         part_ = Part::numbers;
     else if (isWithin(focus, model_.table()))
         part_ = Part::model;
+    else if (isWithin(focus, planes_))
+        part_ = Part::planes;
     return part_;
 }
 
 /// The next part that shows, round the end.
 void MainWindow::goToPart(int step)
 {
-    constexpr int parts = 3;
+    constexpr int parts = 4;
+    const auto shows = [this](Part wanted) {
+        return wanted == Part::map || (wanted == Part::planes && isCube()) || tableOf(wanted);
+    };
     int next = static_cast<int>(part());
     do {
         next = (next + step + parts) % parts;
-    } while (next != static_cast<int>(Part::map) && !tableOf(static_cast<Part>(next)));
+    } while (!shows(static_cast<Part>(next)));
+    if (static_cast<Part>(next) == Part::planes)
+        return planes_.FocusNumber();
     ATableWnd* const table = tableOf(static_cast<Part>(next));
     (table ? static_cast<CWnd&>(*table) : view_).SetFocus();
 }

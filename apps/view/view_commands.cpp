@@ -47,7 +47,7 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
         return 1;
     if (id == ID_COPY_TO_CLIPBOARD)
         return view_.RunCommand(id);
-    return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) ||
+    return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
            ATrackToolBarOwnerWnd::OnCommand(id, code, control) || view_.RunCommand(id);
 }
 
@@ -172,7 +172,10 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             line.text = view_.IsVertexFocused() ? "&Delete vertex\tDel" : "&Delete areas\tDel";
         } else if (line.id == idValues)
             line.checked = showTable_;
-        else if (line.id == idModel)
+        else if (line.id == idNextPlane || line.id == idPreviousPlane || line.id == idPlayPlanes) {
+            line.enabled = isCube();
+            line.checked = line.id == idPlayPlanes && planes_.IsPlaying();
+        } else if (line.id == idModel)
             line.checked = model_.session().isOpen();
         else if (line.id == idSaveModel || line.id == idSaveModelAs)
             line.enabled = map_ && model_.session().isOpen();

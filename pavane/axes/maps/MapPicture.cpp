@@ -42,6 +42,13 @@ void MapPicture::show(const MapContent& content)
     figure_.setBar(bar_.get());
 }
 
+void MapPicture::contentChanged()
+{
+    graph_->cellsChanged();
+    graph_->setStatistics(content_->range, content_->noise);
+    setHeaderNote({});
+}
+
 void MapPicture::setHeaderNote(const CString& note)
 {
     const CString line = mapHeaderLine(content_->map.header, content_->range, content_->noise);

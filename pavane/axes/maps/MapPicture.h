@@ -28,6 +28,8 @@ public:
     int open(const CString& fitsFile, CString& error, int plane = -1);
     /// Shows a map that was read, which has to outlive the picture.
     void show(const MapContent& content);
+    /// The content that is shown has other cells now, of the same size and place: another plane.
+    void contentChanged();
 
     /// Of a map that is open; so are those below.
     const MapContent& content() const { return *content_; }

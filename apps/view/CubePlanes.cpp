@@ -1,0 +1,53 @@
+#include "apps/view/CubePlanes.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pavane
+{
+
+void CubePlanes::begin(const std::string& file, const MapContent& shown)
+{
+    file_ = file;
+    count_ = std::max(1, shown.map.header.planes);
+    kept_.clear();
+}
+
+int CubePlanes::exchange(int plane, MapContent& shown, std::string& error)
+{
+    if (plane == shown.map.header.plane)
+        return 1;
+    if (plane < 0 || plane >= count_) {
+        error = file_ + ": there is no plane " + std::to_string(plane);
+        return 0;
+    }
+    std::unique_ptr<MapContent> wanted;
+    const auto known = std::find_if(kept_.begin(), kept_.end(), [&](const auto& content) {
+        return content->map.header.plane == plane;
+    });
+    if (known != kept_.end()) {
+        wanted = std::move(*known);
+        kept_.erase(known);
+    } else {
+        // before it is read, so that there are never more in memory
+        while (kept() > most - 2)
+            kept_.erase(kept_.begin());
+        wanted = std::make_unique<MapContent>();
+        if (!readMapContent(file_, plane, *wanted, error)) {
+            error = file_ + ": " + error;
+            return 0;
+        }
+        // areas, marks and view lie on the cells as they were
+        if (wanted->map.cells.rows() != shown.map.cells.rows() ||
+            wanted->map.cells.columns() != shown.map.cells.columns() ||
+            wanted->map.header.planes != count_) {
+            error = file_ + ": it is another map by now; open it again";
+            return 0;
+        }
+    }
+    std::swap(*wanted, shown);
+    kept_.push_back(std::move(wanted));
+    return 1;
+}
+
+}  // namespace pavane

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "pavane/axes/maps/MapContent.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// The planes of a cube for who goes through them. Those that were shown last are kept, so that a
+/// step back reads nothing; with the one that is shown at most 16, however many the cube has.
+class CubePlanes
+{
+public:
+    static constexpr int most = 16;
+
+    /// `shown` is a plane that was read from `file`.
+    void begin(const std::string& file, const MapContent& shown);
+    /// At least 1.
+    int count() const { return count_; }
+    int isCube() const { return count_ > 1; }
+    /// Puts plane `plane`, from 0, in the place of `shown`, which is kept. Non-zero on success;
+    /// else 0, `error` is a line with the file's name, and `shown` is as it was.
+    int exchange(int plane, MapContent& shown, std::string& error);
+    /// Planes that are kept beside the one that is shown.
+    int kept() const { return static_cast<int>(kept_.size()); }
+
+private:
+    std::string file_;
+    int count_ = 1;
+    std::vector<std::unique_ptr<MapContent>> kept_;  ///< the one that was shown last is the last
+};
+
+}  // namespace pavane

@@ -1,0 +1,92 @@
+// The planes of a cube in the main window.
+#include "apps/view/main_menu.h"
+#include "apps/view/MainWindow.h"
+#include "pavane/axes/maps/map_titles.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+int MainWindow::isCube() const { return map_ && map_->planes() > 1; }
+
+/// The map was opened: the bar comes or goes, and the plane is a part of the views.
+void MainWindow::setUpPlanes()
+{
+    planes_.Play(0);
+    if (isCube()) {
+        view_.SetViewPart(
+            ViewPart::plane, [this] { return ViewValues{static_cast<double>(map_->plane())}; },
+            [this](const ViewValues& values) {
+                if (!values.empty())
+                    (void)showPlane(static_cast<int>(values.front()));
+            });
+    } else {
+        view_.SetViewPart(ViewPart::plane, nullptr, nullptr);
+    }
+    tellPlane();
+    planes_.ShowWindow(isCube() ? SW_SHOW : SW_HIDE);
+    CRect client;
+    GetClientRect(client);
+    layOut(client.Width(), client.Height());
+}
+
+void MainWindow::tellPlane()
+{
+    if (!isCube())
+        return;
+    const CString text = mapPlaneText(map_->inputs().map.header);
+    planes_.SetPlane(map_->plane(), map_->planes(), text);
+    status_.SetMessage("Plane " + std::to_string(map_->plane()) + " of 0 to " +
+                       std::to_string(map_->planes() - 1) + ": " + text);
+}
+
+/// Without a step in the history of views.
+int MainWindow::showPlane(int plane)
+{
+    std::string error;
+    const int shown = map_->setPlane(plane, options_, error);
+    if (shown)
+        view_.ContentChanged();
+    tellPlane();
+    if (!shown)
+        status_.SetMessage(error);
+    return shown;
+}
+
+int MainWindow::planeWanted(int plane)
+{
+    if (!isCube())
+        return 0;
+    if (plane == map_->plane())
+        return 1;
+    view_.BeginViewGesture();
+    return showPlane(plane);
+}
+
+void MainWindow::planeBarLeft() { view_.SetFocus(); }
+
+int MainWindow::mapStepPlane(int step)
+{
+    if (!isCube())
+        return 0;
+    planes_.Play(0);
+    (void)planeWanted(std::clamp(map_->plane() + step, 0, map_->planes() - 1));
+    return 1;
+}
+
+int MainWindow::runPlaneCommand(unsigned id)
+{
+    switch (id) {
+    case idNextPlane:
+        return mapStepPlane(1), 1;
+    case idPreviousPlane:
+        return mapStepPlane(-1), 1;
+    case idPlayPlanes:
+        return planes_.Play(!planes_.IsPlaying()), 1;
+    default:
+        return 0;
+    }
+}
+
+}  // namespace pavane

@@ -1,0 +1,154 @@
+// Cubes in the window of pavane-view: planes by keys, number, slider and history.
+#include "apps/view/CubePlanes.h"
+#include "apps/view/main_menu.h"
+#include "apps/view/MainWindow.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/images/palettes.h"
+#include "platform/message.h"
+#include "platform/profile.h"
+
+#include <bit>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// `planes` planes of 8 x 6 cells; cell k of plane p is 100 p + k.
+std::string writeCube(const std::string& name, int planes)
+{
+    std::string bytes;
+    for (const std::string& card :
+         {std::string("SIMPLE  = T"), std::string("BITPIX  = -32"), std::string("NAXIS   = 3"),
+          std::string("NAXIS1  = 8"), std::string("NAXIS2  = 6"),
+          "NAXIS3  = " + std::to_string(planes), std::string("CTYPE3  = 'VRAD'"),
+          std::string("CUNIT3  = 'm/s'"), std::string("CRVAL3  = -1500.0"),
+          std::string("CRPIX3  = 1"), std::string("CDELT3  = 500.0"), std::string("END")}) {
+        bytes += card;
+        bytes.append(80 - bytes.size() % 80, ' ');
+    }
+    bytes.append(2880 - bytes.size() % 2880, ' ');
+    for (int cell = 0; cell < planes * 48; ++cell) {
+        const auto value = static_cast<float>(cell / 48 * 100 + cell % 48);
+        for (const int shift : {24, 16, 8, 0})
+            bytes += static_cast<char>(std::bit_cast<std::uint32_t>(value) >> shift & 0xFF);
+    }
+    bytes.append((2880 - bytes.size() % 2880) % 2880, '\0');
+    const std::string file = testing::TempDir() + name;
+    std::ofstream(file, std::ios::binary) << bytes;
+    return file;
+}
+
+std::vector<std::string> said;
+
+int tell(const CString& text, unsigned) { return said.push_back(text), IDOK; }
+
+}  // namespace
+
+TEST(CubePlanes, KeepsTheLastOnesAndNeverMore)
+{
+    const std::string file = writeCube("kept.fits", 40);
+    MapContent shown;
+    std::string error;
+    ASSERT_TRUE(readMapContent(file, 0, shown, error)) << error;
+    CubePlanes planes;
+    planes.begin(file, shown);
+    for (int i = 1; i < 40; ++i) {
+        ASSERT_TRUE(planes.exchange(i, shown, error)) << error;
+        EXPECT_EQ(shown.map.cells(0, 3), 100.0f * static_cast<float>(i) + 3);
+        EXPECT_EQ(shown.range.greatest, 100.0 * i + 47);
+        EXPECT_LT(planes.kept(), CubePlanes::most);
+    }
+    std::filesystem::remove(file);  // those that are kept need no file
+    for (int i = 38; i > 39 - CubePlanes::most; --i)
+        ASSERT_TRUE(planes.exchange(i, shown, error)) << i;
+    const int last = shown.map.header.plane;
+    for (const int none : {0, -1, 40, 1000000}) {
+        EXPECT_FALSE(planes.exchange(none, shown, error)) << none;
+        EXPECT_NE(error.find("kept.fits"), std::string::npos);
+        EXPECT_EQ(shown.map.header.plane, last);
+    }
+    writeCube("kept.fits", 30);
+    EXPECT_FALSE(planes.exchange(1, shown, error));  // another map by now
+}
+
+TEST(CubeWindow, ShowsPlanesByKeysNumberSliderAndHistory)
+{
+    SetProfileFile(testing::TempDir() + "cube-window/pavane-view.ini");
+    std::filesystem::create_directories(testing::TempDir() + "cube-window");
+    SetMessageFunction(tell);
+    LoadBuiltInPalette();
+    const std::string file = writeCube("cube.fits", 30);
+    {
+        MainWindow window;
+        ASSERT_TRUE(window.Create(ViewOptions()));
+        ASSERT_TRUE(window.OpenMap(file, -1));  // the first plane without a wish
+        window.Show();
+        CWnd* const field = window.planeBar().GetDlgItem(3);
+        auto* const slider = static_cast<CSliderCtrl*>(window.planeBar().GetDlgItem(2));
+        ASSERT_TRUE(field && slider && window.planeBar().IsWindowVisible());
+        const auto key = [](CWnd& to, int code) {
+            to.SendMessage(WM_KEYDOWN, static_cast<WPARAM>(code));
+        };
+        enum class Do { key, command, number, slide, back };
+        const struct {
+            Do what;
+            int value;
+            const char* text;
+            int plane;
+        } rows[] = {{Do::key, VK_NEXT, "", 1},  {Do::key, VK_PRIOR, "", 0},
+                    {Do::key, VK_PRIOR, "", 0}, {Do::command, idNextPlane, "", 1},
+                    {Do::number, 0, "3", 3},    {Do::number, 0, "x", 3},
+                    {Do::number, 0, "-7", 0},   {Do::number, 0, "99", 29},
+                    {Do::slide, 2, "", 2},      {Do::back, 0, "", 0}};
+        for (const auto& row : rows) {
+            switch (row.what) {
+            case Do::key:
+                key(window.view(), row.value);
+                break;
+            case Do::command:
+                window.SendMessage(WM_COMMAND, static_cast<WPARAM>(row.value));
+                break;
+            case Do::number:
+                field->SetWindowText(row.text);
+                key(*field, VK_RETURN);
+                break;
+            case Do::slide:
+                slider->SetPos(row.value);
+                window.planeBar().SendMessage(WM_COMMAND, 2 | WPARAM{SLN_MOVED} << 16,
+                                              static_cast<LPARAM>(slider->GetSafeHwnd()));
+                break;
+            case Do::back:
+                window.view().ViewBack();
+                break;
+            }
+            EXPECT_EQ(slider->GetPos(), row.plane) << row.text << row.value;
+            EXPECT_EQ(field->GetWindowText(), std::to_string(row.plane));
+            const ABMapGraph* const graph = window.view().GetMap();
+            ASSERT_NE(graph, nullptr);
+            EXPECT_EQ(graph->cellRange().greatest, 100 * row.plane + 47) << row.text;
+        }
+        std::filesystem::remove(file);
+        window.SendMessage(WM_COMMAND, idPlayPlanes);
+        for (const int plane : {1, 2, 3, 3}) {
+            window.planeBar().SendMessage(WM_TIMER, 1);
+            EXPECT_EQ(slider->GetPos(), plane);
+        }
+        EXPECT_FALSE(window.planeBar().IsPlaying());  // the next one cannot be read
+        writeCube("cube.fits", 1);
+        ASSERT_TRUE(window.OpenMap(file, -1));
+        EXPECT_FALSE(window.planeBar().IsWindowVisible());
+        key(window.view(), VK_NEXT);
+    }
+    EXPECT_TRUE(said.empty());
+    SetMessageFunction(nullptr);
+    SetProfileFile("");
+    PostQuitMessage(0);
+    (void)RunMessages();
+}
+
+}  // namespace pavane
