@@ -17,7 +17,7 @@ int main(int argc, char** argv)
     std::vector<double> day, flux, error, angle;
     for (int i = 0; i < 60; ++i) {
         day.push_back(6.1 * i);
-        flux.push_back(1.3 + 0.4 * std::sin(0.13 * i));
+        flux.push_back(1.3 + 0.4 * std::sin(0.09 * i));
         error.push_back(0.05 * flux.back());
         angle.push_back(std::remainder(40 + 5.0 * i, 180));
     }
@@ -39,8 +39,10 @@ int main(int argc, char** argv)
     axis.setScaleOf(curve, angles);
     axis.setLegend(legendEmptiest);
     CPicture picture(700, 420);
+    const auto dc = picture.dc();
+    dc->SetSmooth(1);
     CRect all(0, 0, 700, 420);
-    axis.draw(*picture.dc(), all);
+    axis.draw(*dc, all);
     CString message;
     return SavePNG(picture, argc > 1 ? argv[1] : "scales.png", message) ? 0 : 1;
 }

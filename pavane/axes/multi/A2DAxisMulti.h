@@ -143,6 +143,7 @@ private:
     std::vector<int> scalesOfGraphs() const;
     std::vector<COLORREF> colorsOfScales(const std::vector<int>& scalesOf) const;
     MultiWish wish(CDC& dc, const CRect& rect) const;
+    void findPlots();
     int composeAll(CDC& dc, const CRect& rect);
     void placeLegends(CDC& dc);
     void placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::set<CString>& seen);
@@ -155,7 +156,7 @@ private:
     COLORREF colorOf(int isColored, COLORREF color) const;
 
     void drawAll(CDC& dc, CRect& rect);
-    void drawFurniture(CDC& dc, const CRect& part);
+    void drawFurniture(CDC& dc, const CRect* part);
     void drawPanelGrid(const MultiLayout::Panel& panel);
     void drawPanelFrame(CDC& dc, const MultiLayout::Panel& panel);
     void drawTexts(CDC& dc, const CRect& part, MultiPart where);
@@ -180,6 +181,7 @@ private:
     int legend_ = legendNone;
     int isUsed_ = 0;  ///< something of several scales was asked for
     MultiLayout layout_;
+    std::vector<int> panelOf_;   ///< by scale: its panel in the layout, -1 for none
     int layoutStands_ = 0;       ///< drawn, and nothing of it changed since
     std::vector<double> drawn_;  ///< the state that was
     std::vector<AGraph*> changed_;

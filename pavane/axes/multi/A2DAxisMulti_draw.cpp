@@ -45,23 +45,24 @@ void A2DAxisMulti::drawAll(CDC& dc, CRect& rect)
 {
     if (isFlagSet(axisBitmapMode))
         drawMultiRaster(dc, rect);
-    drawFurniture(dc, layout_.picture);
+    drawFurniture(dc, nullptr);
     if (!isFlagSet(axisBitmapMode))
         drawGraphs(dc, rect, nullptr);
     drawLegends(dc, layout_.picture);
     drawTexts(dc, layout_.picture, MultiPart::plot);
 }
 
-/// Grids, frames, axes and the texts beside the plots, as far as they lie in `part`.
-void A2DAxisMulti::drawFurniture(CDC& dc, const CRect& part)
+/// Grids, frames, axes and the texts beside the plots: all, or what lies in `part`.
+void A2DAxisMulti::drawFurniture(CDC& dc, const CRect* part)
 {
-    for (const MultiLayout::Panel& panel : layout_.panels)
-        if (CRect().IntersectRect(reachOf(panel), part)) {
-            if (!isFlagSet(axisBitmapMode))
-                drawPanelGrid(panel);
-            drawPanelFrame(dc, panel);
-        }
-    drawTexts(dc, part, MultiPart::none);
+    for (const MultiLayout::Panel& panel : layout_.panels) {
+        if (part && !CRect().IntersectRect(reachOf(panel), *part))
+            continue;
+        if (!isFlagSet(axisBitmapMode))
+            drawPanelGrid(panel);
+        drawPanelFrame(dc, panel);
+    }
+    drawTexts(dc, part ? *part : layout_.picture, MultiPart::none);
 }
 
 void A2DAxisMulti::drawPanelGrid(const MultiLayout::Panel& panel)
@@ -222,8 +223,10 @@ int A2DAxisMulti::drawChilds(CDC& dc, CRect& rect, TMinMax& range)
 
 const MultiLayout::Panel* A2DAxisMulti::panelOfScale(int scale) const
 {
-    return layout_.findPanel(scale == 0 ? zero_.spec.panel
-                                        : scales_[static_cast<std::size_t>(scale - 1)].spec.panel);
+    const auto at = static_cast<std::size_t>(std::max(scale, 0));
+    return at < panelOf_.size() && panelOf_[at] >= 0
+               ? &layout_.panels[static_cast<std::size_t>(panelOf_[at])]
+               : nullptr;
 }
 
 /// One raster for all panels; what lies between them is that of the frame and the labels.
@@ -273,7 +276,7 @@ CRect A2DAxisMulti::reachOf(const MultiLayout::Panel& panel) const
 {
     int most = FigureUnits(dc_).line(fHeight_, framePart);
     for (int i = 0; i < childs_.count() && !isFlagSet(axisBitmapMode); ++i)
-        if (panelOfScale(std::max(knownScaleOf(childs_(i)), 0)) == &panel)
+        if (panelOfScale(knownScaleOf(childs_(i))) == &panel)
             most = std::max(most, childs_(i)->overhang(*this));
     return plotClip(panel.plot, most);
 }
@@ -318,7 +321,7 @@ int A2DAxisMulti::drawChanged(CDC& dc, CRect& rect)
     const HPALETTE old = BeginPalette();
     std::vector<const MultiLayout::Panel*> panels;
     for (AGraph* const graph : changed_)
-        if (const auto* const panel = panelOfScale(std::max(knownScaleOf(graph), 0)))
+        if (const auto* const panel = panelOfScale(knownScaleOf(graph)))
             panels.push_back(panel);
     std::sort(panels.begin(), panels.end());
     panels.erase(std::unique(panels.begin(), panels.end()), panels.end());
@@ -348,7 +351,7 @@ void A2DAxisMulti::drawPanelAnew(CDC& dc, CRect& rect, const MultiLayout::Panel&
     }
     if (isPage(dc))
         setFlag(axisBitmapMode, 0);
-    drawFurniture(dc, part);
+    drawFurniture(dc, &part);
     if (!isFlagSet(axisBitmapMode))
         for (const MultiLayout::Panel& other : layout_.panels)
             if (CRect().IntersectRect(reachOf(other), part))

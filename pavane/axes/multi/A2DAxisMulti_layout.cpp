@@ -63,6 +63,24 @@ MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
     return wish;
 }
 
+/// Tells all scales where their panels are.
+void A2DAxisMulti::findPlots()
+{
+    std::map<int, int> places;
+    for (std::size_t i = 0; i < layout_.panels.size(); ++i)
+        places[layout_.panels[i].number] = static_cast<int>(i);
+    park();
+    panelOf_.clear();
+    for (int i = 0; i < getScaleCount(); ++i) {
+        const auto found = places.find(stored(i).spec.panel);
+        panelOf_.push_back(found == places.end() ? -1 : found->second);
+        stored(i).plot = found == places.end()
+                             ? CRect()
+                             : layout_.panels[static_cast<std::size_t>(found->second)].plot;
+    }
+    unpark(reserved_);
+}
+
 int A2DAxisMulti::composeAll(CDC& dc, const CRect& rect)
 {
     dc_ = &dc;
@@ -70,17 +88,15 @@ int A2DAxisMulti::composeAll(CDC& dc, const CRect& rect)
     setUpParameters();
     const MultiWish wanted = wish(dc, rect);
     const int hasRoom = composeMulti(dc, rect, wanted, layout_);
-    fHeight_ = layout_.fHeight;
+    if (!hasRoom)
+        layout_ = {};
+    fHeight_ = wanted.fHeight;
+    findPlots();
     if (hasRoom) {
+        fHeight_ = layout_.fHeight;  // in units of the context
         placeMultiTexts(dc, wanted, layout_);
         placeLegends(dc);
-    } else {
-        layout_ = {};
     }
-    park();
-    for (int i = 0; i < getScaleCount(); ++i)
-        stored(i).plot = getPanelRect(stored(i).spec.panel);
-    unpark(reserved_);
     return hasRoom;
 }
 
@@ -88,6 +104,7 @@ int A2DAxisMulti::composeAll(CDC& dc, const CRect& rect)
 void A2DAxisMulti::keepOrdinaryLayout(CDC& dc, const CRect& rect)
 {
     layout_ = {};
+    panelOf_.clear();
     layout_.picture = rect;
     layout_.fHeight = fHeight_;
     layout_.xMap = {xDirect_, {range_.xMin, range_.xMax}};
@@ -127,7 +144,7 @@ void A2DAxisMulti::keepOrdinaryLayout(CDC& dc, const CRect& rect)
 int A2DAxisMulti::layOut(CDC& dc, const CRect& rect)
 {
     sortGraphs();
-    layoutStands_ = 0;
+    layoutStands_ = layoutStands_ && drawn_ == stateNow(dc, rect);
     if (isOrdinary()) {
         const int hasRoom = A2DAxis::layOut(dc, rect);
         keepOrdinaryLayout(dc, rect);

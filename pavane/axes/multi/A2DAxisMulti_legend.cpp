@@ -115,8 +115,8 @@ void A2DAxisMulti::placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::se
     int width = 0;
     for (int i = 0; i < childs_.count() && static_cast<int>(names.size()) < mostLines; ++i) {
         const CString& name = childs_(i)->getGraphName();
-        if (name.empty() || panelOfScale(std::max(knownScaleOf(childs_(i)), 0)) != &panel ||
-            seen.count(name) || own.count(name))
+        if (name.empty() || panelOfScale(knownScaleOf(childs_(i))) != &panel || seen.count(name) ||
+            own.count(name))
             continue;
         const CString fitted = fittedLine(dc, name, room - sample - 3 * air);
         if (fitted.empty())

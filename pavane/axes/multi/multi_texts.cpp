@@ -113,16 +113,25 @@ private:
             out_.texts.back().panel = out_.texts.back().scale = -1;
     }
 
+    /// With no panel above or below, whose titles begin where its own ends.
+    bool isAlone(const MultiLayout::YAxis& axis) const
+    {
+        return std::count_if(out_.panels.begin(), out_.panels.end(), [&](const auto& panel) {
+                   return panel.column == panelOf(axis).column;
+               }) == 1;
+    }
+
     void placeYTitles()
     {
         for (const MultiLayout::YAxis& axis : out_.axes) {
             const CRect& plot = panelOf(axis).plot;
             if (!axis.ticks.title.empty())
-                placeTitle(axis, axis.ticks.title, plot.top, plot.bottom, plot.Height(), false);
+                placeTitle(axis, axis.ticks.title, plot.top, plot.bottom,
+                           plot.Height() + (isAlone(axis) ? h_ : 0), false);
         }
         for (const MultiLayout::ColumnTitle& shared : out_.titles)
             placeTitle(out_.axes[static_cast<std::size_t>(shared.axis)], shared.text, shared.top,
-                       shared.bottom, shared.bottom - shared.top, true);
+                       shared.bottom, shared.bottom - shared.top + h_, true);
     }
 
     void placeX(const MultiLayout::Panel& panel)

@@ -1,0 +1,114 @@
+// X ticks, and how wide the plots are.
+#include "pavane/axes/axis_options.h"
+#include "pavane/axes/multi/MultiComposer.h"
+#include "platform/CDC.h"
+#include "tessel/rounding.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+TickSet MultiComposer::xTicks(int intervals) const
+{
+    TickWish wish = wish_.x;
+    wish.intervals = intervals;
+    if (wish_.xDirect == 2)
+        return timeTicks(wish);
+    return wish_.xDirect == 0 ? logarithmicTicks(wish) : linearTicks(wish);
+}
+
+double MultiComposer::plotWidth(double leftLabels, double rightLabels) const
+{
+    double margins = 0;
+    for (const Column& column : columns_)
+        margins += leftMargin(column, leftLabels) + rightMargin(column, rightLabels);
+    const CRect& border = wish_.border;
+    if (border.left != -1)
+        margins += std::max(0.0, border.left - out_.picture.left -
+                                     leftMargin(columns_.front(), leftLabels));
+    if (border.right != -1)
+        margins += std::max(0.0, border.right - rightMargin(columns_.back(), rightLabels));
+    return (out_.picture.Width() - margins) / wish_.columns;
+}
+
+double MultiComposer::leftMargin(const Column& column, double labels) const
+{
+    return std::max(std::max(1.0 * column.margin[0], h_ / 2 + 1.0), std::ceil(labels));
+}
+
+double MultiComposer::rightMargin(const Column& column, double labels) const
+{
+    return std::max(std::max(1.0 * column.margin[1], h_ / 2 + 1.0), std::ceil(labels) + 1);
+}
+
+void MultiComposer::chooseX()
+{
+    const double gap = h_ * 0.5;
+    const double widest = plotWidth(0, 0);
+    int n = startIntervals(wish_.x.intervals, truncated(widest), h_);
+    LabelSpans spans;
+    for (;; n = fewerIntervals(n)) {
+        out_.x = xTicks(n);
+        spans = {};
+        std::vector<double> fractions;
+        for (const TickSet::Tick& tick : out_.x.major) {
+            if (tick.label.empty())
+                continue;
+            const double along = out_.xMap.fraction(tick.value);
+            fractions.push_back(wish_.xDirect < 0 ? 1 - along : along);
+            spans.lengths.push_back(dc_.GetTextExtent(tick.label).cx);
+        }
+        fitPlots(fractions, spans);
+        if (n <= 1 || spans.areApart(gap))
+            break;
+    }
+    thinLabels(out_.x, spans, gap);
+    if (wish_.options & axisNoXLabels) {
+        out_.x.title.clear();
+        for (TickSet::Tick& tick : out_.x.major)
+            tick.label.clear();
+    }
+}
+
+void MultiComposer::fitPlots(const std::vector<double>& fractions, LabelSpans& spans)
+{
+    xLeft_ = xRight_ = 0;
+    constexpr int mostRounds = 8;
+    for (int round = 0; round < mostRounds; ++round) {
+        const double width = plotWidth(xLeft_, xRight_);
+        double left = xLeft_;
+        double right = xRight_;
+        for (std::size_t i = 0; i < fractions.size() && !(wish_.options & axisNoXLabels); ++i) {
+            left = std::max(left, spans.lengths[i] * 0.5 - fractions[i] * width);
+            right = std::max(right, spans.lengths[i] * 0.5 - (1 - fractions[i]) * width);
+        }
+        if (left == xLeft_ && right == xRight_)
+            break;
+        xLeft_ = std::ceil(left);
+        xRight_ = std::ceil(right);
+    }
+    const double width = plotWidth(xLeft_, xRight_);
+    spans.centres.clear();
+    for (const double fraction : fractions)
+        spans.centres.push_back(fraction * width);
+}
+
+void MultiComposer::placeColumns()
+{
+    const double width = plotWidth(xLeft_, xRight_);
+    double x = out_.picture.left;
+    for (std::size_t c = 0; c < columns_.size(); ++c) {
+        x += leftMargin(columns_[c], xLeft_);
+        if (c == 0 && wish_.border.left != -1)
+            x = std::max(x, 1.0 * wish_.border.left);
+        for (const std::size_t p : columns_[c].panels) {
+            out_.panels[p].plot.left = truncated(std::ceil(x));
+            out_.panels[p].plot.right = truncated(x + width);
+        }
+        x += width + rightMargin(columns_[c], xRight_);
+    }
+}
+
+}  // namespace pavane
