@@ -40,7 +40,9 @@ double MultiComposer::leftMargin(const Column& column, double labels) const
 
 double MultiComposer::rightMargin(const Column& column, double labels) const
 {
-    return std::max(std::max(1.0 * column.margin[1], h_ / 2 + 1.0), std::ceil(labels) + 1);
+    const int between = wish_.columns > 1 ? h_ / 4 : 0;  // labels of neighbours do not meet
+    return std::max(std::max(1.0 * column.margin[1], h_ / 2 + 1.0),
+                    std::ceil(labels) + 1 + between);
 }
 
 void MultiComposer::chooseX()

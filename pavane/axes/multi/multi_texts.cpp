@@ -21,7 +21,8 @@ class TextPlacer
 public:
     TextPlacer(CDC& dc, const MultiWish& wish, MultiLayout& layout)
         : dc_(dc), wish_(wish), out_(layout), h_(layout.fHeight),
-          gap_(FigureUnits(dc).ofFont(h_, labelGap))
+          gap_(FigureUnits(dc).ofFont(h_, labelGap)),
+          half_(FigureUnits(dc).ofFont(h_, [](int height) { return (height + 1) / 2; }))
     {
     }
 
@@ -87,7 +88,7 @@ private:
             std::sort(labels.begin(), labels.end(),
                       [](const auto& a, const auto& b) { return a.first < b.first; });
             for (const auto& [y, label] : labels) {
-                const int top = y - (h_ + 1) / 2;
+                const int top = y - half_;
                 if (top < end->second)
                     continue;
                 end->second = top + h_;
@@ -141,7 +142,10 @@ private:
             if (tick.label.empty())
                 continue;
             const int width = dc_.GetTextExtent(tick.label).cx;
-            const int left = out_.xMap.xPixel(tick.value, plot.left, plot.right) - width / 2;
+            const int centred = out_.xMap.xPixel(tick.value, plot.left, plot.right) - width / 2;
+            // Letters of a page may be a part of a pixel wider than those it was laid out with.
+            const int left =
+                std::max(std::min(centred, out_.picture.right - width), out_.picture.left);
             const int top = plot.bottom + gap_;
             add(tick.label, CRect(left, top, left + width, top + h_), MultiPart::xAxis,
                 panel.number, -1);
@@ -193,6 +197,7 @@ private:
     MultiLayout& out_;
     int h_;
     int gap_;
+    int half_;  ///< of a label that stands beside its tick, what lies above
 };
 
 }  // namespace

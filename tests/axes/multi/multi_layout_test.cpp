@@ -71,7 +71,11 @@ TEST(MultiLayout, NoTextTouchesAnotherOrIsCut)
     for (unsigned seed = 0; seed < 400; ++seed) {
         RandomPlot plot(seed);
         CPicture picture(1, 1);
-        if (!plot.axis.layOut(*picture.dc(), plot.rect))
+        CPageFile page(CPageFile::Format::svg, 1200, 900, "");
+        const bool isPage = seed % 4 == 0;
+        if (isPage)
+            plot.rect = CRect(600, 60, 600 + plot.rect.right * 12, 60 + plot.rect.bottom * 12);
+        if (!plot.axis.layOut(isPage ? page.dc() : *picture.dc(), plot.rect))
             continue;
         const auto& all = plot.axis.getLayout().texts;
         texts += static_cast<int>(all.size());
