@@ -244,7 +244,7 @@ int DataWindow::isOffered(const CMenu::Line& line, CMenu& ofTable)
         return data_->isReading() || data_->observation().isFilling();
     if (id == idGoOnReading)
         return data_->isStopped() || data_->observation().isStopped();
-    if (id == ID_ZOOM_MINUS || id == ID_WHOLE_MAP)
+    if (id == ID_ZOOM_MINUS || id == ID_WHOLE_MAP || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return plot_.IsCommandEnabled(id);
     if (id == idCopy && isPlotActive())
         return 1;

@@ -94,6 +94,8 @@ inline constexpr MenuItem dataViewItems[] = {
     {"Zoom &in\t+", idZoomIn, nullptr, 0},
     menuItemOf(ID_ZOOM_MINUS),
     {"&Whole plot\t0", ID_WHOLE_MAP, nullptr, 0},
+    menuItemOf(ID_VIEW_BACK),
+    menuItemOf(ID_VIEW_FORWARD),
 };
 
 inline constexpr MenuItem dataItems[] = {

@@ -122,6 +122,8 @@ inline constexpr MenuItem viewItems[] = {
     {"Zoom &in\t+", idZoomIn, nullptr, 0},
     menuItemOf(ID_ZOOM_MINUS),
     menuItemOf(ID_WHOLE_MAP),
+    menuItemOf(ID_VIEW_BACK),
+    menuItemOf(ID_VIEW_FORWARD),
     menuLine,
     {"Ne&xt plane (Page Down)", idNextPlane, nullptr, 0},
     {"Previo&us plane (Page Up)", idPreviousPlane, nullptr, 0},

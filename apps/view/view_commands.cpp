@@ -22,7 +22,8 @@ constexpr const char* usualLevels = "sigma:-3,3,6,...";
 
 int isMapCommand(unsigned id)
 {
-    return (id >= ID_TRACK_ARROW && id <= ID_VERTEX_TABLE) || id == ID_COPY_TO_CLIPBOARD;
+    return (id >= ID_TRACK_ARROW && id <= ID_VERTEX_TABLE) || id == ID_COPY_TO_CLIPBOARD ||
+           id == ID_VIEW_BACK || id == ID_VIEW_FORWARD;
 }
 
 /// Whether a command makes sense; without a map, only opening one and help.
