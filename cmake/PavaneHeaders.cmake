@@ -53,6 +53,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/windows/AAreaTableWnd.h
     pavane/axes/windows/AAxisTrkSelWnd.h
     pavane/axes/windows/AAxisWnd.h
+    pavane/axes/windows/AMultiPlotWnd.h
     pavane/axes/windows/APlotWnd.h
     pavane/axes/windows/ATrackerToolBar.h
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
@@ -285,6 +286,9 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/maps/ContouredGraph.h
     pavane/axes/maps/HistogramPlot.h
     pavane/axes/maps/scale_ticks.h
+    pavane/axes/multi/multi_reading.h
+    pavane/axes/multi/MultiFocus.h
+    pavane/axes/multi/MultiView.h
     pavane/axes/TickSet.h
     pavane/axes/windows/PlotHooks.h
     pavane/axes/windows/PlotPicture.h

@@ -53,6 +53,7 @@
 #include "pavane/axes/windows/AAxisTrkSelWnd.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/axes/windows/AChannelMapsWnd.h"
+#include "pavane/axes/windows/AMultiPlotWnd.h"
 #include "pavane/axes/windows/APlotWnd.h"
 #include "pavane/axes/windows/ATrackerToolBar.h"
 #include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"

@@ -28,9 +28,14 @@ void APlotWnd::OnRangeChanged() {}
 void APlotWnd::drawIntoPicture(CDC&) {}
 int APlotWnd::isBare() const { return !band_.isGoing(); }
 
-int APlotWnd::IsRangeZoomed() const
+int APlotWnd::IsRangeZoomed() const { return axis_ && isViewZoomed(); }
+
+int APlotWnd::giveUpDrag()
 {
-    return axis_ && view_.isZoomed(axis_->getMinMax(), directionsOf(*axis_));
+    const int used = pan_.going || band_.isGoing();
+    endPan();
+    dropBand();
+    return used;
 }
 
 void APlotWnd::endPan()
@@ -89,7 +94,7 @@ void APlotWnd::DataChanged()
     if (!axis_)
         return;
     endDrags();
-    axis_->setMinMax(withPairs(axis_->getMinMax(), TMinMax()));
+    resetRanges();
     view_.forget();
     views_.forgetRanges();
     plotCame();
@@ -116,10 +121,15 @@ FigureLayout APlotWnd::layOut(CDC& dc, const CRect& rect) const
 void APlotWnd::layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout)
 {
     layout = layOut(dc, client);
-    if (layout.isEmpty())
-        return;
-    margins_ = layout.margins;
-    marginsFor_ = client.Size();
+    if (plotMargins(layout, margins_))
+        marginsFor_ = client.Size();
+}
+
+int APlotWnd::plotMargins(const FigureLayout& layout, CRect& margins) const
+{
+    if (!layout.isEmpty())
+        margins = layout.margins;
+    return !layout.isEmpty();
 }
 
 void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)

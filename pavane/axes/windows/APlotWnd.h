@@ -133,8 +133,26 @@ protected:
     /// saveRange overrides these.
     virtual int zoomSteps() const;
     virtual void dropZoomStep();
+    /// What IsRangeZoomed, ZoomAbout, Pan and ShowWholeRange do, for windows that show other ranges
+    /// than the one of their axis.
+    virtual int isViewZoomed() const;
+    virtual void zoomView(CPoint pixel, double factor);
+    virtual void panView(int dx, int dy);
+    virtual void showWholeView();
+    /// Other data: the axis takes its ranges from the graphs again.
+    virtual void resetRanges();
+    /// Gives up what a button has begun; non-zero when there was something.
+    virtual int giveUpDrag();
+    /// The margins that the plot keeps in its window while zoomed, from a layout just made; 0 when
+    /// there was no room for a plot.
+    virtual int plotMargins(const FigureLayout& layout, CRect& margins) const;
 
     // For heirs
+    /// Before each change of a range by a wheel or keys: the first one of a gesture puts what is
+    /// shown into the zoom history, and all of them are one step of both histories.
+    void beginZoomStep();
+    /// The next change is another step.
+    void endGesture();
     /// The pixels of the plot, those of its last values included.
     CRect plotRect() const;
     /// Paints what is waiting, so that the layout fits what the user points at.
@@ -192,8 +210,6 @@ private:
     void layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout);
     void restoreLayout();
     void dropAxis();
-    void beginGesture();
-    void endGesture();
     void beginPan(CPoint point);
     void panTo(CPoint point);
     void endPan();

@@ -111,12 +111,8 @@ int APlotWnd::OnCommand(unsigned id, unsigned code, CWnd* control)
 
 int APlotWnd::takeKey(int key, bool shift, bool control)
 {
-    if (key == VK_ESCAPE) {
-        const int used = pan_.going || band_.isGoing();
-        endPan();
-        dropBand();
-        return used;
-    }
+    if (key == VK_ESCAPE)
+        return giveUpDrag();
     if (const PlotCommand* const command = commandOfKey(key, shift, control))
         return RunCommand(command->id);
     if (control)

@@ -190,9 +190,8 @@ LRESULT APlotWnd::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
 /// A press that gives a rubber band up is about nothing else: no menu follows its release.
 void APlotWnd::OnRButtonDown(unsigned flags, CPoint point)
 {
-    rightDown_ = !band_.isGoing();
+    rightDown_ = !giveUpDrag();
     noMenu_ = 0;
-    dropBand();
     ABWindow::OnRButtonDown(flags, point);
 }
 

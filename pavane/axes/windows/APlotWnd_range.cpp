@@ -14,6 +14,21 @@ namespace
 /// Pixels that one notch of the wheel pans by.
 constexpr double panOfNotch = 60;
 
+/// Of axes without values in y, x alone can be shown.
+int isShowableIn(const ABAxis& axis, TMinMax& range)
+{
+    const TMinMax& shown = axis.getMinMax();
+    if (!isShowable(range) && shown.yMin > shown.yMax) {
+        TMinMax across = range;
+        across.yMin = across.xMin;
+        across.yMax = across.xMax;
+        range.yMin = shown.yMin;
+        range.yMax = shown.yMax;
+        return isShowable(across);
+    }
+    return isShowable(range);
+}
+
 }  // namespace
 
 void APlotWnd::saveRange(const TMinMax& shown) { view_.save(shown); }
@@ -33,9 +48,10 @@ void APlotWnd::goBack()
         SetNewMinMax(range);
 }
 
-void APlotWnd::SetNewMinMax(const TMinMax& range)
+void APlotWnd::SetNewMinMax(const TMinMax& wanted)
 {
-    if (!axis_ || !isShowable(range))
+    TMinMax range = wanted;
+    if (!axis_ || !isShowableIn(*axis_, range))
         return;
     // whoever keeps the zoom history may have begun a step of it
     const int isStep = !walkingViews_ && !views_.isOpen() && zoomSteps() > views_.zooms();
@@ -57,7 +73,7 @@ void APlotWnd::SetNewMinMax(const TMinMax& range)
 }
 
 /// The first change of a gesture puts the range into the history, what follows belongs to it.
-void APlotWnd::beginGesture()
+void APlotWnd::beginZoomStep()
 {
     BeginViewGesture();
     if (view_.beginStep())
@@ -69,7 +85,13 @@ void APlotWnd::ZoomAbout(CPoint pixel, double factor)
     // later turns of a wheel need no paint each
     if (!view_.isKnown())
         settle();
-    if (!axis_ || axis_->getGraphRect().IsRectEmpty())
+    if (axis_ && view_.isKnown())
+        zoomView(pixel, factor);
+}
+
+void APlotWnd::zoomView(CPoint pixel, double factor)
+{
+    if (axis_->getGraphRect().IsRectEmpty())
         return;
     const CRect& plot = axis_->getGraphRect();
     const APoint<double> at{axis_->GPXtoRPX(std::clamp(pixel.x, plot.left, plot.right)),
@@ -77,7 +99,7 @@ void APlotWnd::ZoomAbout(CPoint pixel, double factor)
     TMinMax range;
     if (!view_.zoomed(axis_->getMinMax(), at, factor, cellStep(), directionsOf(*axis_), range))
         return;
-    beginGesture();
+    beginZoomStep();
     const HWND self = GetSafeHwnd();
     SetNewMinMax(range);
     if (!self || CWnd::FromHandle(self) == this)
@@ -88,7 +110,13 @@ void APlotWnd::Pan(int dx, int dy)
 {
     if (!view_.isKnown())
         settle();
-    if (!axis_ || !view_.isKnown() || axis_->getGraphRect().IsRectEmpty())
+    if (axis_ && view_.isKnown())
+        panView(dx, dy);
+}
+
+void APlotWnd::panView(int dx, int dy)
+{
+    if (axis_->getGraphRect().IsRectEmpty())
         return;
     const CRect& plot = axis_->getGraphRect();
     const TMinMax& shown = axis_->getMinMax();
@@ -97,7 +125,7 @@ void APlotWnd::Pan(int dx, int dy)
                       static_cast<double>(dy) / plot.Height(), directionsOf(*axis_));
     if (samePairs(range, shown))
         return;
-    beginGesture();
+    beginZoomStep();
     const HWND self = GetSafeHwnd();
     SetNewMinMax(range);
     if (!self || CWnd::FromHandle(self) == this)
@@ -119,8 +147,19 @@ void APlotWnd::ZoomBack()
 void APlotWnd::ShowWholeRange()
 {
     endGesture();
-    if (!IsRangeZoomed())
-        return;
+    if (IsRangeZoomed())
+        showWholeView();
+}
+
+void APlotWnd::resetRanges() { axis_->setMinMax(withPairs(axis_->getMinMax(), TMinMax())); }
+
+int APlotWnd::isViewZoomed() const
+{
+    return view_.isZoomed(axis_->getMinMax(), directionsOf(*axis_));
+}
+
+void APlotWnd::showWholeView()
+{
     const LifeWatch self(life());
     BeginView();
     saveRange(axis_->getMinMax());
@@ -160,7 +199,7 @@ void APlotWnd::panTo(CPoint point)
         static_cast<double>(pan_.start.y - point.y) / plot.Height(), directionsOf(*axis_));
     if (samePairs(range, axis_->getMinMax()))
         return;
-    beginGesture();
+    beginZoomStep();
     SetNewMinMax(range);
 }
 

@@ -27,14 +27,20 @@ void drawFrame(CDC& dc, const CRect& rect, COLORREF color)
 
 }  // namespace
 
-int RubberBand::begin(CPoint point, const CRect& plot)
+int RubberBand::begin(CPoint point, const CRect& plot, BandSides sides)
 {
     end();
     if (!plot.PtInRect(point))
         return 0;
     state_ = State::going;
     plot_ = plot;
+    sides_ = sides;
     from_ = to_ = point;
+    if (sides == BandSides::across)
+        from_.y = plot.top;
+    else if (sides == BandSides::up)
+        from_.x = plot.left;
+    moveTo(point);
     return 1;
 }
 
@@ -42,6 +48,10 @@ void RubberBand::moveTo(CPoint point)
 {
     to_.x = std::clamp(point.x, plot_.left, plot_.right - 1);
     to_.y = std::clamp(point.y, plot_.top, plot_.bottom - 1);
+    if (sides_ == BandSides::across)
+        to_.y = plot_.bottom - 1;
+    else if (sides_ == BandSides::up)
+        to_.x = plot_.right - 1;
 }
 
 void RubberBand::release()
@@ -52,8 +62,9 @@ void RubberBand::release()
 
 int RubberBand::isWide() const
 {
-    return state_ != State::none && std::abs(to_.x - from_.x) >= leastSide &&
-           std::abs(to_.y - from_.y) >= leastSide;
+    const int isAcross = std::abs(to_.x - from_.x) >= leastSide || sides_ == BandSides::up;
+    const int isUp = std::abs(to_.y - from_.y) >= leastSide || sides_ == BandSides::across;
+    return state_ != State::none && isAcross && isUp;
 }
 
 CRect RubberBand::frame() const
