@@ -3,6 +3,7 @@
 #include "platform/CDC.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -63,6 +64,9 @@ public:
     ~CPageFile();
     /// The page's context, of width * scale by height * scale units. Owned by the page.
     CDC& dc();
+    /// `goesOn` is asked every 50 ms while something is drawn; after the first 0 nothing more is,
+    /// and the file cannot be written.
+    void AskBefore(std::function<int()> goesOn);
     /// Writes the file; non-zero on success, else 0, `error` says why and nothing is left behind.
     int Close(const CString& file, CString& error);
 

@@ -1,6 +1,7 @@
 #include "apps/view/DataWindow.h"
 
 #include "apps/view/data_menu.h"
+#include "apps/view/long_work.h"
 #include "apps/view/window_place.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/windows/window_placement.h"
@@ -148,7 +149,12 @@ int DataWindow::OpenFile(const std::string& file)
         return 0;
     auto opened = std::make_unique<DataDocument>();
     std::string error;
-    if (!opened->open(file, error, std::exchange(times_, UvTimes()))) {
+    int isOpen = 0;
+    const UvTimes times = std::exchange(times_, UvTimes());
+    if (!doLongWork(this, "Opening " + baseNameOf(file),
+                    [&](AProgressWriter&) { isOpen = opened->open(file, error, times); }))
+        return 0;
+    if (!isOpen) {
         AfxMessageBox(error, MB_ICONERROR);
         return 0;
     }

@@ -6,7 +6,6 @@
 #include "pavane/axes/windows/show_map.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
-#include "pavane/windows/JobBox.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/message.h"
 #include "platform/profile.h"
@@ -190,15 +189,11 @@ int MainWindow::OpenMap(const std::string& file, int plane)
         return 0;
     auto opened = std::make_unique<MapDocument>();
     std::string error;
-    {
-        JobBox job(this, "Reading " + baseNameOf(file));
-        // a cube begins with its first plane
-        if (!opened->open(file, std::max(0, plane), options_, error,
-                          [&](double fraction) { return job.show(fraction); })) {
-            if (!error.empty())
-                AfxMessageBox(error, MB_ICONERROR);
-            return 0;
-        }
+    // a cube begins with its first plane
+    if (!opened->open(this, file, std::max(0, plane), options_, error)) {
+        if (!error.empty())
+            AfxMessageBox(error, MB_ICONERROR);
+        return 0;
     }
     auto* const areas = new ATrackerArrayInAxis;
     setUpPointer(*areas);

@@ -1,17 +1,50 @@
 #include "apps/view/MapDocument.h"
 
+#include "apps/view/long_work.h"
 #include "apps/view/map_options.h"
+#include "tessel/paths.h"
+#include "tessel/rounding.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace pavane
 {
 
-int MapDocument::open(const std::string& file, int plane, const ViewOptions& options,
-                      std::string& error, const ProgressFunction& progress)
+namespace
 {
-    int goesOn = 1;
-    const auto asked = [&](double fraction) { return goesOn = goesOn && progress(fraction); };
-    if (!readMapContent(file, plane, inputs_, error, asked)) {
-        error = goesOn ? file + ": " + error : std::string();
+
+/// In a thread; the cells are read first, and their range and noise are about as much again.
+int readInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
+               AProgressWriter& writer)
+{
+    constexpr int pieces = 1000;
+    constexpr double steps[] = {1, 1};
+    int read = 0;
+    writer.SetSteps(steps);
+    writer.SetTotal(pieces);
+    return readMapContent(file, plane, inputs, error, [&](double fraction) {
+        const int now = truncated(std::clamp(fraction, 0.0, 1.0) * pieces);
+        writer.Advance(now - std::exchange(read, now));
+        if (now == pieces) {
+            writer.SetTotal(0);
+            writer.SetText("range and noise of its cells");
+        }
+        return !writer.IsCancelled();
+    });
+}
+
+}  // namespace
+
+int MapDocument::open(CWnd* owner, const std::string& file, int plane, const ViewOptions& options,
+                      std::string& error)
+{
+    int read = 0;
+    const int done = doLongWork(owner, "Reading " + baseNameOf(file), [&](AProgressWriter& writer) {
+        read = readInputs(file, plane, inputs_, error, writer);
+    });
+    if (!done || !read) {
+        error = done ? file + ": " + error : std::string();
         return 0;
     }
     file_ = file;

@@ -12,6 +12,8 @@
 namespace pavane
 {
 
+class CWnd;
+
 /// A map that is open in the window: its cells, where they lie, and what draws them. Neither copied
 /// nor moved: graphs and bars point into it.
 class MapDocument
@@ -21,10 +23,10 @@ public:
     MapDocument(const MapDocument&) = delete;
     MapDocument& operator=(const MapDocument&) = delete;
 
-    /// Reads the map. Non-zero on success; else 0 and `error` is one line with the file's name,
-    /// empty when `progress` gave up.
-    int open(const std::string& file, int plane, const ViewOptions& options, std::string& error,
-             const ProgressFunction& progress);
+    /// Reads the map, while the frame of `owner` waits. Non-zero on success; else 0 and `error` is
+    /// one line with the file's name, empty when the user gave up.
+    int open(CWnd* owner, const std::string& file, int plane, const ViewOptions& options,
+             std::string& error);
 
     /// Planes of a cube, 1 of a plain map; the one that is shown, from 0.
     int planes() const { return cube_.count(); }

@@ -1,5 +1,6 @@
 // The File menu: maps, areas, masks and pictures.
 #include "apps/view/file_ending.h"
+#include "apps/view/long_work.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
 #include "apps/view/same_file.h"
@@ -309,7 +310,13 @@ void MainWindow::saveMask()
     std::string error = "there is no memory for a mask";
     if (mask.rows())
         areas().FillMatrix(mask, on.columns, on.rows, on.range);
-    if (!mask.rows() || !writeFitsMask(name, mask, map_->inputs().map.header, error)) {
+    int written = 0;
+    const auto write = [&](AProgressWriter&) {
+        written = writeFitsMask(name, mask, map_->inputs().map.header, error);
+    };
+    if (mask.rows())
+        (void)doLongWork(this, "Saving " + baseNameOf(name), write);
+    if (!written) {
         AfxMessageBox(name + ": " + error, MB_ICONERROR);
         return;
     }

@@ -51,6 +51,7 @@ int writePage(CPageFile::Format format, const std::string& file, const PictureJo
               std::string& error)
 {
     CPageFile page(format, job.width, job.height, job.title, unitsPerPixel);
+    page.AskBefore(job.goesOn);
     job.draw(page.dc(), CRect(0, 0, job.width * unitsPerPixel, job.height * unitsPerPixel));
     return page.Close(file, error);
 }

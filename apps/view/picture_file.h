@@ -21,6 +21,7 @@ struct PictureJob {
     int width, height;                                     ///< in pixels of 96 per inch
     int fineness = 1;                                      ///< a PNG has its square for each pixel
     std::function<void(CDC& dc, const CRect& rect)> draw;  ///< the whole of it, into any context
+    std::function<int()> goesOn = {};  ///< asked while a page is drawn; 0 gives it up
 };
 
 /// Writes the picture whole or not at all. Non-zero on success, else 0 and one line in `error` that

@@ -2,8 +2,10 @@
 
 #include "apps/view/picture_file.h"
 #include "pavane/axes/windows/APlotWnd.h"
+#include "pavane/windows/JobBox.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
+#include "tessel/paths.h"
 
 #include <algorithm>
 
@@ -35,14 +37,21 @@ int savePictureOf(APlotWnd& view, const std::string& title, std::string& suggest
     }
     CRect client;
     view.GetClientRect(client);
-    const PictureJob job{title, std::max(client.Width(), leastPicture),
-                         std::max(client.Height(), leastPicture), pictureFineness,
-                         [&](CDC& dc, const CRect& rect) { view.DrawPicture(dc, rect); }};
+    // what is drawn here the window shows too
+    JobBox box(&view, "Saving " + baseNameOf(name), 1);
+    const PictureJob job{title,
+                         std::max(client.Width(), leastPicture),
+                         std::max(client.Height(), leastPicture),
+                         pictureFineness,
+                         [&](CDC& dc, const CRect& rect) { view.DrawPicture(dc, rect); },
+                         [&] { return box.show(-1); }};
     std::string error;
-    if (!writePicture(name, format, job, error)) {
+    const int written = writePicture(name, format, job, error);
+    const int wasStopped = !box.show(-1);
+    if (!written && !wasStopped)
         AfxMessageBox(error, MB_ICONERROR);
+    if (!written)
         return 0;
-    }
     suggested = name;
     return 1;
 }

@@ -122,7 +122,8 @@ int AProgressDlg::Look()
         return goesOn();
     const LifeWatch life(life_);
     refresh();
-    if (life.alive() && GetSafeHwnd() && !HandOutMessages(heardTime) && life.alive()) {
+    if (life.alive() && GetSafeHwnd() && !HandOutMessages(heardTime, alone_ ? this : nullptr) &&
+        life.alive()) {
         CancelAll();
         isLeft_ = 1;
     }

@@ -34,6 +34,10 @@ public:
     /// For how long (ms) jobs show nothing; 300 at first.
     void SetDelay(int milliseconds) { delay_ = std::chrono::milliseconds(milliseconds); }
 
+    /// Keeps input and painting from all other windows of the program while Look hears the user:
+    /// for work on what they show. Off at first.
+    void SetAlone(int on) { alone_ = on; }
+
     /// Follows a job that another thread does; `name` is what it is ("Gridding"). A modal dialog
     /// returns when the job has ended, non-zero when it has finished; 0 also when the dialog went
     /// with its owner or the program is to end, and the job may still be at work then. Otherwise
@@ -87,6 +91,7 @@ private:
     HWND ownerHandle_;
     CString title_;
     int modal_ = 1;
+    int alone_ = 0;
     std::chrono::milliseconds delay_;
     std::vector<std::shared_ptr<ProgressJob>> jobs_;
     std::size_t chosen_ = 0;

@@ -14,9 +14,9 @@ constexpr int pieces = 1 << 20;
 
 }  // namespace
 
-JobBox::JobBox(CWnd* window, const CString& what) : dialog_(window)
+JobBox::JobBox(CWnd* window, const CString& what, int alone) : dialog_(window)
 {
-    writer_.SetTotal(pieces);
+    dialog_.SetAlone(alone);
     dialog_.Follow(progress_, what);
 }
 
@@ -24,10 +24,11 @@ JobBox::~JobBox() = default;
 
 int JobBox::show(double fraction)
 {
-    const std::int64_t now = fraction >= 0 && fraction <= 1 ? truncated(fraction * pieces) : 0;
-    writer_.Advance(now - shown_);
+    const std::int64_t now = fraction >= 0 && fraction <= 1 ? truncated(fraction * pieces) : -1;
+    if (shown_ < 0 && now >= 0)
+        writer_.SetTotal(pieces);
+    writer_.Advance(now - std::max<std::int64_t>(shown_, 0));
     shown_ = std::max(shown_, now);
-    // without windows, or for the moments in which none is shown, nobody can give up
     return dialog_.Look();
 }
 

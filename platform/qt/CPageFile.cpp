@@ -1,3 +1,4 @@
+#include "platform/core/PrintedPage.h"
 #include "platform/core/SvgDevice.h"
 #include "platform/picture.h"
 #include "platform/qt/file_output.h"
@@ -5,6 +6,7 @@
 #include "platform/qt/QtGraphics.h"
 
 #include <algorithm>
+#include <functional>
 #include <new>
 #include <QBuffer>
 #include <QPageSize>
@@ -23,18 +25,18 @@ constexpr int greatestScale = 48;
 class PageBackend : public DeviceBackend
 {
 public:
-    PageBackend(CSize size, int scale, VectorDevice* device)
-        : size_(size), scale_(scale), device_(device)
+    PageBackend(CSize size, int scale, PrintedPage& page) : size_(size), scale_(scale), page_(page)
     {
     }
     CSize size() const override { return size_; }
     double scale() const override { return scale_; }
-    VectorDevice* page() override { return device_; }
+    VectorDevice* page() override { return &page_; }
+    bool isStopped() const override { return page_.isStopped(); }
 
 private:
     CSize size_;
     int scale_;
-    VectorDevice* device_;
+    PrintedPage& page_;
 };
 
 }  // namespace
@@ -45,6 +47,7 @@ struct CPageFile::Data {
     std::unique_ptr<QPdfWriter> pdf;
     std::unique_ptr<PainterDevice> painter;
     std::unique_ptr<SvgDevice> svg;
+    PrintedPage page{0};
     std::unique_ptr<CDC> dc;
 };
 
@@ -73,17 +76,31 @@ CPageFile::CPageFile(Format format, int width, int height, const CString& title,
             std::make_unique<PainterDevice>(data_->pdf.get(), size, scale, hook->fonts());
         device = data_->painter.get();
     }
-    data_->dc = device ? std::make_unique<CDC>(std::make_unique<PageBackend>(size, scale, device))
-                       : std::make_unique<CDC>();
+    data_->page.drawOn(device);
+    data_->dc = device
+                    ? std::make_unique<CDC>(std::make_unique<PageBackend>(size, scale, data_->page))
+                    : std::make_unique<CDC>();
 }
 
 CPageFile::~CPageFile() = default;
 
 CDC& CPageFile::dc() { return *data_->dc; }
 
+void CPageFile::AskBefore(std::function<int()> goesOn)
+{
+    std::function<bool()> ask;
+    if (goesOn)
+        ask = [goesOn = std::move(goesOn)] { return goesOn() != 0; };
+    data_->page.askBefore(std::move(ask));
+}
+
 int CPageFile::Close(const CString& file, CString& error)
 {
     error.clear();
+    if (data_->page.isStopped()) {
+        error = "The picture was given up";
+        return 0;
+    }
     data_->dc = std::make_unique<CDC>();  // the page takes nothing more
     if (data_->svg) {
         const std::string text = data_->svg->finished();
