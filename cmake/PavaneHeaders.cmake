@@ -13,6 +13,11 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/axis_settings.h
     pavane/axes/dialogs/AHistogramWnd.h
     pavane/axes/dialogs/APalettePlayDlg.h
+    pavane/axes/box/A2_3D2ZAxis.h
+    pavane/axes/box/A2_3DAxis.h
+    pavane/axes/box/A3DLinesGraph.h
+    pavane/axes/box/A3DPointsGraph.h
+    pavane/axes/box/ASurfaceGraph.h
     pavane/axes/graph_styles.h
     pavane/axes/maps/AAxisColorOP.h
     pavane/axes/maps/AAxisLevelOP.h
@@ -275,6 +280,7 @@ set(PAVANE_PUBLIC_HEADERS
 
 # What those include: installed with them, not for hosts to name.
 set(PAVANE_REACHED_HEADERS
+    pavane/axes/box/BoxView.h
     pavane/axes/maps/AxisPalette.h
     pavane/axes/maps/cells/contour_lines.h
     pavane/axes/maps/cells/KeptPixels.h

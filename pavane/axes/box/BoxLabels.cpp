@@ -194,12 +194,13 @@ void BoxLabels::placeTicks(const LabelledEdge& edge)
     sets_.back() = set;
 }
 
-BoxLabels::Overflow BoxLabels::beyond(const BoxText& text) const
+/// How far a text reaches beyond a rectangle.
+BoxLabels::Overflow BoxLabels::beyond(const CRect& rect, const BoxText& text)
 {
-    return {picture_.left - (text.centre.x - text.width * 0.5),
-            picture_.top - (text.centre.y - text.height * 0.5),
-            text.centre.x + text.width * 0.5 - picture_.right,
-            text.centre.y + text.height * 0.5 - picture_.bottom};
+    return {rect.left - (text.centre.x - text.width * 0.5),
+            rect.top - (text.centre.y - text.height * 0.5),
+            text.centre.x + text.width * 0.5 - rect.right,
+            text.centre.y + text.height * 0.5 - rect.bottom};
 }
 
 /// The free place that is nearest to the middle of the edge, just outside its labels; what would
@@ -240,7 +241,7 @@ void BoxLabels::placeTitle(const LabelledEdge& edge, const TickSet& set)
                             half.y + side.outward.y * out + side.along.y * shift};
             if (!isFree(title, gap) || liesOnBox(title))
                 continue;
-            const Overflow over = beyond(title);
+            const Overflow over = beyond(picture_, title);
             const double cost =
                 step * fHeight_ + std::fabs(shift) * costOfSlide +
                 costOfOverflow * (std::max(0.0, over.left) + std::max(0.0, over.top) +
@@ -265,11 +266,11 @@ void BoxLabels::place(const std::vector<LabelledEdge>& edges)
         placeTitle(edges[i], sets_[first + i]);
 }
 
-void BoxLabels::dropOutside()
+void BoxLabels::dropOutside(const CRect& rect)
 {
     texts_.erase(std::remove_if(texts_.begin(), texts_.end(),
-                                [this](const BoxText& text) {
-                                    const Overflow over = beyond(text);
+                                [&rect](const BoxText& text) {
+                                    const Overflow over = beyond(rect, text);
                                     return over.left > 0 || over.top > 0 || over.right > 0 ||
                                            over.bottom > 0;
                                 }),
@@ -280,7 +281,7 @@ BoxLabels::Overflow BoxLabels::overflow() const
 {
     Overflow most{-HUGE_VAL, -HUGE_VAL, -HUGE_VAL, -HUGE_VAL};
     const auto add = [&](const BoxText& text) {
-        const Overflow over = beyond(text);
+        const Overflow over = beyond(picture_, text);
         most.left = std::max(most.left, over.left);
         most.top = std::max(most.top, over.top);
         most.right = std::max(most.right, over.right);

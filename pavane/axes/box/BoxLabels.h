@@ -51,8 +51,8 @@ public:
               const Measure& measure, const Cut& cut);
     /// Places the edges: all labels in the order given, then the titles.
     void place(const std::vector<LabelledEdge>& edges);
-    /// Leaves out what does not lie wholly in the picture.
-    void dropOutside();
+    /// Leaves out what does not lie wholly in a rectangle.
+    void dropOutside(const CRect& rect);
 
     const std::vector<BoxText>& texts() const { return texts_; }
     const std::vector<BoxTick>& ticks() const { return ticks_; }
@@ -73,7 +73,7 @@ private:
     void placeTitle(const LabelledEdge& edge, const TickSet& set);
     bool isFree(const BoxText& text, double gap) const;
     bool liesOnBox(const BoxText& text) const;
-    Overflow beyond(const BoxText& text) const;
+    static Overflow beyond(const CRect& rect, const BoxText& text);
 
     std::vector<CPointF> hull_;  ///< of the corners, in the order of its border
     CPointF middle_;

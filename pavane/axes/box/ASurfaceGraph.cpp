@@ -1,0 +1,182 @@
+#include "pavane/axes/box/ASurfaceGraph.h"
+
+#include "pavane/axes/box/A2_3DAxis.h"
+#include "pavane/axes/box/BoxDrawing.h"
+#include "pavane/axes/figure_units.h"
+#include "pavane/axes/maps/device_strokes.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+namespace
+{
+
+/// Points of contours nearer together than this, in pixels of 96 per inch, are one.
+constexpr double finestPixel = 0.4;
+/// While the view moves longer contours than these are left out.
+constexpr std::int64_t mostDraftPoints = 20000;
+/// Lattice lines are this part of a pixel wide on a page.
+constexpr double latticeWidth = 0.5;
+constexpr int outlinePart = 8;
+
+}  // namespace
+
+ASurfaceGraph::ASurfaceGraph(ABAxis* axis, const AMatrixAccess& cells, const TMinMax& centres,
+                             int asItem)
+    : ALevelsColorGraph(axis, cells, centres, asItem)
+{
+}
+
+int ASurfaceGraph::SetColorMap(const AMatrixAccess* cells)
+{
+    if (cells &&
+        (cells->rows() != this->cells().rows() || cells->columns() != this->cells().columns()))
+        return 0;
+    colors_.reset();
+    if (cells) {
+        TMinMax places = centres();
+        places.zMin = unsetMinimum;
+        places.zMax = unsetMaximum;
+        colors_ = std::make_unique<AColorsGraph>(nullptr, *cells, places, 0);
+    }
+    return 1;
+}
+
+void ASurfaceGraph::SetLatticeSpacing(double pixels)
+{
+    if (std::isfinite(pixels))
+        spacing_ = std::max(1.0, pixels);
+}
+
+void ASurfaceGraph::SetAreaOutlines(std::vector<std::vector<CPointF>> outlines, COLORREF color)
+{
+    outlines_ = std::move(outlines);
+    outlineColor_ = color;
+}
+
+MapScale ASurfaceGraph::heightScale(const TMnMx& range) const
+{
+    const MapScaleKind kind = scale().kind();
+    MapScale heights(kind, range.min, range.max);
+    if (kind == MapScaleKind::logarithmic && range.min <= 0 && noise().sigma < range.max)
+        heights.setRange(kind, noise().sigma, range.max);
+    if (kind == MapScaleKind::equalized)
+        heights.equalize(cells());
+    return heights;
+}
+
+void ASurfaceGraph::cellsChanged()
+{
+    ALevelsColorGraph::cellsChanged();
+    if (colors_)
+        colors_->cellsChanged();
+    ++version_;
+}
+
+void ASurfaceGraph::draw3D(CDC& dc, A2_3DAxis& axis)
+{
+    if (!axis.gridOf(*this))
+        return;
+    axis.setLineStyle(PS_SOLID);
+    drawContours(dc, axis);
+    drawLattice(dc, axis);
+    drawOutlines(dc, axis);
+}
+
+void ASurfaceGraph::drawLattice(CDC& dc, A2_3DAxis& axis) const
+{
+    if (!(style_ & (surfaceLinesX | surfaceLinesY)))
+        return;
+    const FigureUnits units(dc);
+    const SurfaceLattice lattice =
+        latticeOf(*axis.gridOf(*this), axis.view(), spacing_ * units.perPixel());
+    PicturePieces pieces;
+    if (style_ & surfaceLinesX)
+        for (const std::vector<BoxPoint>& line : lattice.alongX)
+            axis.addSeen(line, pieces);
+    if (style_ & surfaceLinesY)
+        for (const std::vector<BoxPoint>& line : lattice.alongY)
+            axis.addSeen(line, pieces);
+    axis.setColor(latticeColor_);
+    axis.setLineWidth(std::max(1, static_cast<int>(units.perPixel() * latticeWidth)));
+    axis.strokePieces(dc, pieces, 0);
+}
+
+/// The points of a line, in columns and rows of the map, in those of the grid; without those that
+/// a picture cannot tell apart.
+std::vector<CPointF> ASurfaceGraph::onGrid(const A2_3DAxis& axis, std::span<const CPointF> points,
+                                           double pixel) const
+{
+    const SurfaceGrid& grid = *axis.gridOf(*this);
+    const double floor = grid.floor();
+    std::vector<CPointF> line;
+    CPointF last{HUGE_VAL, HUGE_VAL};
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const BoxPoint at =
+            axis.boxPoint(*this, MPXtoRPX(points[i].x), MPYtoRPY(points[i].y), zRange().min);
+        const CPointF seen = axis.view().project({at.p, at.q, floor});
+        if (i > 0 && i + 1 < points.size() && std::fabs(seen.x - last.x) < pixel * finestPixel &&
+            std::fabs(seen.y - last.y) < pixel * finestPixel)
+            continue;
+        last = seen;
+        line.push_back({grid.columnOf(at.p), grid.rowOf(at.q)});
+    }
+    return line;
+}
+
+void ASurfaceGraph::drawContours(CDC& dc, A2_3DAxis& axis) const
+{
+    const bool onSurface = (style_ & surfaceContours) != 0;
+    const bool onFloor = (floor_ & floorContours) != 0;
+    if (!onSurface && !onFloor)
+        return;
+    const std::vector<double> values = levels();
+    if (tracedVersion_ != version_ || tracedLevels_ != values) {
+        if (!lines_.trace(cells(), values))
+            return;
+        tracedVersion_ = version_;
+        tracedLevels_ = values;
+    }
+    if (axis.GetDraft() && lines_.pointCount() > mostDraftPoints)
+        return;
+    const SurfaceGrid& grid = *axis.gridOf(*this);
+    const double pixel = FigureUnits(dc).perPixel();
+    const AColorsGraph* const ground = isColors() && !colors_ ? this : nullptr;
+    const AColorsGraph* const below = (floor_ & floorColors) && !colors_ ? this : nullptr;
+    std::size_t next = 0;
+    for (std::size_t level = 0; level < values.size(); ++level) {
+        PicturePieces up, down;
+        for (; next < lines_.lines().size(); ++next) {
+            const ContourLine& line = lines_.lines()[next];
+            if (static_cast<std::size_t>(line.level) != level)
+                break;
+            const std::vector<CPointF> points =
+                onGrid(axis, {lines_.points(line), static_cast<std::size_t>(line.count)}, pixel);
+            if (onFloor)
+                axis.addSeen(flatLine(grid, points, axis.floorOf(*this), line.closed), down);
+            if (onSurface)
+                axis.addSeen(drapeLine(grid, points, line.closed), up);
+        }
+        axis.setLineWidth(contours().width(dc, axis.getFHeight()));
+        axis.setColor(contours().color(values[level], below));
+        axis.strokePieces(dc, down, values[level] < 0);
+        axis.setColor(contours().color(values[level], ground));
+        axis.strokePieces(dc, up, values[level] < 0);
+    }
+}
+
+void ASurfaceGraph::drawOutlines(CDC& dc, A2_3DAxis& axis) const
+{
+    const FigureUnits units(dc);
+    PicturePieces pieces;
+    for (const std::vector<CPointF>& outline : outlines_)
+        axis.addSeen(drapeLine(*axis.gridOf(*this), onGrid(axis, outline, units.perPixel()), 1),
+                     pieces);
+    axis.setColor(outlineColor_);
+    axis.setLineWidth(units.line(axis.getFHeight(), outlinePart));
+    axis.strokePieces(dc, pieces, 0);
+}
+
+}  // namespace pavane
