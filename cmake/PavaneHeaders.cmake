@@ -60,6 +60,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/windows/AAxisWnd.h
     pavane/axes/windows/AMultiPlotWnd.h
     pavane/axes/windows/APlotWnd.h
+    pavane/axes/windows/ASurfaceWnd.h
     pavane/axes/windows/ATrackerToolBar.h
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
     pavane/axes/windows/AxisStatus.h

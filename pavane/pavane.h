@@ -60,6 +60,7 @@
 #include "pavane/axes/windows/AChannelMapsWnd.h"
 #include "pavane/axes/windows/AMultiPlotWnd.h"
 #include "pavane/axes/windows/APlotWnd.h"
+#include "pavane/axes/windows/ASurfaceWnd.h"
 #include "pavane/axes/windows/ATrackerToolBar.h"
 #include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
 #include "pavane/axes/windows/AxisStatus.h"

@@ -13,6 +13,7 @@
 #include "pavane/windows/picture_export.h"
 #include "platform/controls.h"
 #include "platform/message.h"
+#include "tessel/rounding.h"
 
 #include <algorithm>
 #include <cmath>
@@ -146,7 +147,9 @@ void AAxisWnd::MapValuesChanged()
 /// Only then the picture may go to the window without a copy.
 int AAxisWnd::isBare() const
 {
-    return !showCells_ && trackers_->trackerCount() == 0 && !trackers_->workingTracker();
+    int row = 0, column = 0;
+    return !GetLinkedCell(row, column) && !showCells_ && trackers_->trackerCount() == 0 &&
+           !trackers_->workingTracker();
 }
 
 void AAxisWnd::plotLaidOut() { trackers_->SetAxis(GetPlot()); }
@@ -161,6 +164,24 @@ void AAxisWnd::ServiceDraw(CDC& dc, CRect&, CRect& update)
     if (showCells_)
         overlay_->draw(dc, update, contentPixels());
     trackers_->Draw(&dc, this);
+    drawLinkedCell(dc);
+}
+
+/// About the cell, and no smaller than can be seen.
+int AAxisWnd::cellMark(int row, int column, CRect& mark)
+{
+    constexpr double leastReach = 7;
+    if (!map_ || row >= map_->cells().rows() || column >= map_->cells().columns())
+        return 0;
+    const CPointF at = axis_->RPtoGPF(map_->MPXtoRPX(column), map_->MPYtoRPY(row));
+    const CPointF corner = axis_->RPtoGPF(map_->MPXtoRPX(column + 0.5), map_->MPYtoRPY(row + 0.5));
+    const double reach =
+        std::max({leastReach, 1.5 * std::fabs(corner.x - at.x), 1.5 * std::fabs(corner.y - at.y)});
+    if (!plotRect().PtInRect({truncated(at.x), truncated(at.y)}) || !(reach < plotRect().Width()))
+        return 0;
+    mark = CRect(truncated(at.x - reach), truncated(at.y - reach), truncated(at.x + reach) + 1,
+                 truncated(at.y + reach) + 1);
+    return 1;
 }
 
 void AAxisWnd::drawIntoPicture(CDC& dc)

@@ -143,6 +143,7 @@ protected:
     int isTime(CommandWhen when) const override;
     int zoomSteps() const override;
     void dropZoomStep() override;
+    int cellMark(int row, int column, CRect& mark) override;
 
     void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;

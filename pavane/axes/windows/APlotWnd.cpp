@@ -26,7 +26,7 @@ int APlotWnd::GetAWindowType() { return 1; }
 void APlotWnd::OnStatus(const AxisStatus&) {}
 void APlotWnd::OnRangeChanged() {}
 void APlotWnd::drawIntoPicture(CDC&) {}
-int APlotWnd::isBare() const { return !band_.isGoing(); }
+int APlotWnd::isBare() const { return !band_.isGoing() && linkedCell_.x < 0; }
 
 int APlotWnd::IsRangeZoomed() const { return axis_ && isViewZoomed(); }
 
@@ -217,7 +217,7 @@ void APlotWnd::showStatusAtPointer()
         pointer_ = GetCursorPos();  // a drag keeps the moves to itself
         ScreenToClient(pointer_);
     }
-    OnStatus(StatusAt(pointer_));
+    tellStatus(pointer_);
 }
 
 }  // namespace pavane

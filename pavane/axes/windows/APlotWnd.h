@@ -108,6 +108,16 @@ public:
     void SetViewPart(ViewPart part, std::function<ViewValues()> get,
                      std::function<void(const ViewValues&)> put);
 
+    // Windows that show the same cells in two ways: the cell that is pointed at in one is marked in
+    // the other, on the screen only.
+    /// Who hears which cell (MP) is pointed at, whenever it is another; row -1 for none. Null: no
+    /// one.
+    void SetCellLink(std::function<void(int row, int column)> told);
+    /// Marks a cell, in windows that show cells; a row or column below 0: none. Tells no one.
+    void SetLinkedCell(int row, int column);
+    /// 0 while none is marked.
+    int GetLinkedCell(int& row, int& column) const;
+
 protected:
     /// The axis and what heirs put beside it, as windows, pictures and pages show it.
     MapFigure& figure() { return figure_; }
@@ -146,6 +156,10 @@ protected:
     /// The margins that the plot keeps in its window while zoomed, from a layout just made; 0 when
     /// there was no room for a plot.
     virtual int plotMargins(const FigureLayout& layout, CRect& margins) const;
+    /// Where a cell is marked, as the plot is laid out; 0 for nowhere, as here.
+    virtual int cellMark(int row, int column, CRect& mark);
+    /// Another cell is marked, or none.
+    virtual void linkedCellChanged() {}
 
     // For heirs
     /// Before each change of a range by a wheel or keys: the first one of a gesture puts what is
@@ -166,6 +180,10 @@ protected:
     int presses() const { return presses_; }
     /// Ends everything that the pointer is doing, before what it does it to goes.
     void endDrags();
+    /// Draws the mark of the linked cell; for ServiceDraw of heirs.
+    void drawLinkedCell(CDC& dc);
+    /// Tells the link of a cell that is pointed at.
+    void tellCell(int row, int column);
     /// Destructors begin with it: what the parts of a view belong to may be gone.
     void leaveViews();
     /// Where the context menu was asked for; (-1, -1) once the pointer, a press or a key did else.
@@ -219,6 +237,7 @@ private:
     View shownView() const;
     void showView(const View& view, const View& shown);
     void walkViews(int forward);
+    void tellStatus(CPoint pixel);
 
     ABAxis* axis_ = nullptr;
     int ownsAxis_ = 0;
@@ -233,6 +252,10 @@ private:
     int viewGesture_ = 0;   ///< a step that ends by itself
     int walkingViews_ = 0;  ///< what changes is no step
     int tellingRange_ = 0;  ///< what handlers do belongs to the gesture
+    std::function<void(int row, int column)> cellLink_;
+    CPoint toldCell_{-1, -1};    ///< column and row
+    CPoint linkedCell_{-1, -1};  ///< the same
+    CRect drawnMark_;
 
     int presses_ = 0;
     RubberBand band_;

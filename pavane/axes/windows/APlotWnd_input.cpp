@@ -126,7 +126,7 @@ void APlotWnd::OnMouseMove(unsigned flags, CPoint point)
     }
     if (CWnd::FromHandle(self) != this)
         return;
-    OnStatus(StatusAt(point));
+    tellStatus(point);
     if (CWnd::FromHandle(self) == this)
         ABWindow::OnMouseMove(flags, point);
 }
@@ -135,7 +135,7 @@ void APlotWnd::OnMouseLeave()
 {
     pointer_ = CPoint(-1, -1);
     const HWND self = GetSafeHwnd();
-    OnStatus(StatusAt(pointer_));
+    tellStatus(pointer_);
     if (CWnd::FromHandle(self) == this)
         ABWindow::OnMouseLeave();
 }
