@@ -38,7 +38,7 @@ std::string partName(const AUVXFile& file, const UvCells::Part& part)
         name = "IF " + std::to_string(part.ifIndex + 1);
     const auto stokes = static_cast<std::size_t>(part.stokes);
     if (part.stokes >= 0 && stokes < file.header().stokes.size())
-        name += (name.empty() ? "" : " ") + stokesName(file.header().stokes[stokes]);
+        name.append(name.empty() ? "" : " ").append(stokesName(file.header().stokes[stokes]));
     return name;
 }
 
