@@ -6,7 +6,9 @@
 #include "apps/view/progress.h"
 #include "apps/view/table_export.h"
 #include "apps/view/UvPlotGraph.h"
+#include "apps/view/visibility_plot.h"
 #include "pavane/axes/maps/MapFigure.h"
+#include "pavane/axes/multi/A2DAxisMulti.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/tables/uvdata/UvObservation.h"
 #include "tessel/plain_text.h"
@@ -68,6 +70,39 @@ struct UvPicture {
     }
 };
 
+/// The baselines of a file, those of its times.
+int findBaselines(const ViewOptions& options, UvObservation& observation, std::string& error)
+{
+    ProgressLine progress("Looking for baselines in " + plainText(options.map));
+    while (observation.step())
+        (void)progress.show(observation.done());
+    error = observation.error();
+    return error.empty();
+}
+
+/// Reads the panels of a plot that is not of distance.
+int readPanels(const ViewOptions& options, UvObservation& observation, const UvMarks& marks,
+               const AComponents& model, PanelChart& chart, std::vector<std::string>& notes,
+               std::string& error)
+{
+    if (!findBaselines(options, observation, error))
+        return refuse(options.map, error);
+    ProgressLine progress("Reading " + plainText(options.map));
+    if (!readVisibilityChart(
+            observation.file(), options.plot, observation.baselines(), marks, model,
+            [&](double done) { return progress.show(done); }, chart, error))
+        return refuse(options.map, error);
+    const auto most =
+        static_cast<std::size_t>(options.plot.panels > 0 ? options.plot.panels : mostPanels);
+    if (chart.panels.size() > most) {
+        notes.push_back(options.map + ": the first " + std::to_string(most) + " of " +
+                        std::to_string(chart.panels.size()) +
+                        " panels are drawn; --baselines chooses others");
+        chart.panels.resize(most);
+    }
+    return 1;
+}
+
 /// Reads what is plotted; the numbers of it alone where no picture is asked for.
 int readPoints(const ViewOptions& options, UvPlotPoints& points, std::string& error)
 {
@@ -104,8 +139,12 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     const int wantsPlot = options.wantsPicture() || options.wantsPrintedPicture();
     const int wantsNumbers =
         options.stats || (!wantsPlot && options.tables.empty() && !options.print.wanted());
-    UvPlotPoints points(file, marks, wantsPlot ? UvPlotPoints::usualMost : 0);
-    if ((wantsNumbers || wantsPlot) && !readPoints(options, points, error))
+    const int wantsPanels = wantsPlot && options.plot.kind != DataPlot::uvdist;
+    UvPlotPoints points(file, marks, wantsPlot && !wantsPanels ? UvPlotPoints::usualMost : 0);
+    if ((wantsNumbers || (wantsPlot && !wantsPanels)) && !readPoints(options, points, error))
+        return 0;
+    PanelChart chart;
+    if (wantsPanels && !readPanels(options, observation, marks, model, chart, notes, error))
         return 0;
     AComponents none;
     const int hasTables = writeTables(options, &observation, none, notes, error);
@@ -113,12 +152,20 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     if (!hasTables)
         return 0;
     const auto newJob = [&] {
-        const auto picture = std::make_shared<UvPicture>(file, points, model);
         const std::string& object = file.header().object;
-        PictureJob drawing{object.empty() ? "visibilities" : object, options.width, options.height,
-                           1, [picture](CDC& dc, const CRect& rect) {
-                               picture->figure.draw(dc, picture->figure.layOut(dc, rect));
-                           }};
+        PictureJob drawing{
+            object.empty() ? "visibilities" : object, options.width, options.height, 1, {}};
+        if (wantsPanels)
+            drawing.draw = [axis = std::shared_ptr<A2DAxisMulti>(newChartAxis(chart))](
+                               CDC& dc, const CRect& rect) {
+                CRect whole = rect;
+                axis->draw(dc, whole);
+            };
+        else
+            drawing.draw = [picture = std::make_shared<UvPicture>(file, points, model)](
+                               CDC& dc, const CRect& rect) {
+                picture->figure.draw(dc, picture->figure.layOut(dc, rect));
+            };
         BatchJob job{std::move(drawing), usualCaption(file.header()), {}};
         if (options.wantsPrintedTable())
             job.newWindow = [&] {

@@ -225,6 +225,7 @@ OptionTable<ViewOptions> newTable()
          onlyInBatch,
          1},
     };
+    addPlotOptions(table);
     addPrintOptions(table, onlyInBatch);
     table.insert(
         table.end(),
@@ -272,7 +273,8 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "--table " + options.tables.back().table + " wants a --tsv FILE behind it";
     else if (options.batch && options.map.empty() && needsMap(options))
         error = "no map is named";
-    return error.empty() && checkPrintOptions(options, given, error);
+    return error.empty() && checkPlotOptions(options, error) &&
+           checkPrintOptions(options, given, error);
 }
 
 }  // namespace

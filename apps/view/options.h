@@ -2,6 +2,7 @@
 
 #include "apps/options/program_text.h"
 #include "apps/view/level_list.h"
+#include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
 #include "tessel/uvfits/UvTimes.h"
 
@@ -40,6 +41,7 @@ struct ViewOptions {
     double low = 0, high = 0;  ///< colour range, in the unit of the map
     std::string palette;       ///< empty: the default one
     UvTimes times;             ///< of a data file: what is plotted and listed
+    PlotWish plot;             ///< of a data file
     std::string areas, mask, model, visibilities;
     int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;

@@ -2,6 +2,7 @@
 // phases, errors and amplitudes of all times; what cat takes for the same file is the peer.
 #include "benchmarks/uvfits/made_observation.h"
 #include "pavane/calibration/ClosureReader.h"
+#include "tessel/uvfits/UvGroupScan.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

@@ -2,10 +2,45 @@
 
 #include "tessel/stokes_name.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace pavane
 {
+
+namespace
+{
+
+/// Real part, imaginary part and weight.
+constexpr int numbers = 3;
+
+/// Takes visibilities where `leg` is valid so far; how many they are. For the vectoriser: no
+/// branch, no call.
+double takeCells(const float* from, std::size_t count, double sign, UvLeg& leg)
+{
+    constexpr float most = std::numeric_limits<float>::max();
+    double* const real = leg.real.data();
+    double* const imaginary = leg.imaginary.data();
+    double* const variance = leg.variance.data();
+    double* const valid = leg.valid.data();
+    double taken = 0;
+    for (std::size_t k = 0; k < count; ++k) {
+        const float re = from[numbers * k];
+        const float im = from[numbers * k + 1];
+        const float weight = from[numbers * k + 2];
+        const bool isGood = (weight > 0) & (weight <= most) & (std::fabs(re) <= most) &
+                            (std::fabs(im) <= most) & (valid[k] > 0);
+        real[k] = isGood ? double{re} : 0.0;
+        imaginary[k] = isGood ? sign * double{im} : 0.0;
+        variance[k] = isGood ? 1 / double{weight} : 0.0;
+        valid[k] = isGood ? 1.0 : 0.0;
+        taken += valid[k];
+    }
+    return taken;
+}
+
+}  // namespace
 
 UvCells::UvCells(const AUVXFile& file, const UvChoice& choice, const UvSplit& split)
     : steps(file.cellSteps())
@@ -25,10 +60,15 @@ UvCells::UvCells(const AUVXFile& file, const UvChoice& choice, const UvSplit& sp
                 }
             if (cells.size() == start)
                 continue;
+            std::sort(cells.begin() + static_cast<std::ptrdiff_t>(start), cells.end(),
+                      [](const Cell& a, const Cell& b) { return a.offset < b.offset; });
             starts.push_back(start);
             parts.push_back({split.ifs ? partIf : -1, split.stokes ? partStokes : -1});
         }
     starts.push_back(cells.size());
+    isDense = steps.hasWeights && steps.part == 1;
+    for (std::size_t i = 1; i < cells.size(); ++i)
+        isDense = isDense && cells[i].offset == cells[i - 1].offset + numbers;
 }
 
 std::string partName(const AUVXFile& file, const UvCells::Part& part)
@@ -52,22 +92,22 @@ int UvLeg::take(const UvGroups& groups, int i, const UvCells& cells, const doubl
     const int hasPlace = !groups.u.empty();
     u = hasPlace ? sign * groups.u[g] : 0;
     v = hasPlace ? sign * groups.v[g] : 0;
-    const float* const group = groups.cells.data() + i * cells.steps.group;
-    const std::int64_t part = cells.steps.part;
-    double taken = 0;
-    for (std::size_t k = 0; k < count; ++k) {
-        const float* const at = group + cells.cells[k].offset;
-        const float re = at[0];
-        const float im = at[part];
-        const float weight = cells.steps.hasWeights ? at[2 * part] : 1;
-        const bool isGood = weight > 0 && std::isfinite(weight) && std::isfinite(re) &&
-                            std::isfinite(im) && frequencies[cells.cells[k].frequency] > 0;
-        real[k] = isGood ? double{re} : 0;
-        imaginary[k] = isGood ? sign * double{im} : 0;
-        variance[k] = isGood ? 1 / double{weight} : 0;
-        valid[k] = isGood;
-        taken += isGood;
+    const float* from = groups.cells.data() + i * cells.steps.group;
+    if (count > 0 && cells.isDense)
+        from += cells.cells.front().offset;
+    else {
+        scratch.resize(numbers * count);
+        for (std::size_t k = 0; k < count; ++k) {
+            const float* const at = from + cells.cells[k].offset;
+            scratch[numbers * k] = at[0];
+            scratch[numbers * k + 1] = at[cells.steps.part];
+            scratch[numbers * k + 2] = cells.steps.hasWeights ? at[2 * cells.steps.part] : 1;
+        }
+        from = scratch.data();
     }
+    for (std::size_t k = 0; k < count; ++k)
+        valid[k] = frequencies[cells.cells[k].frequency] > 0 ? 1 : 0;
+    const double taken = takeCells(from, count, sign, *this);
     return taken > 0;
 }
 

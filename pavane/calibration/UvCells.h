@@ -17,8 +17,8 @@ struct UvSplit {
     int stokes = 0;  ///< the same of polarisations
 };
 
-/// The marked visibilities of a group in the order of the points that they are averaged to: the
-/// part `p` has those from starts[p] to starts[p + 1].
+/// The marked visibilities of a group in the order of the points that they are averaged to, and of
+/// the file in each: the part `p` has those from starts[p] to starts[p + 1].
 struct UvCells {
     struct Cell {
         std::int64_t offset;  ///< in UvGroups::cells, from the start of a group
@@ -31,6 +31,7 @@ struct UvCells {
     std::vector<std::size_t> starts;
     std::vector<Part> parts;
     UvCellSteps steps;
+    int isDense = 0;  ///< they stand one behind the other, real, imaginary, weight
 
     UvCells() = default;
     UvCells(const AUVXFile& file, const UvChoice& choice, const UvSplit& split);
@@ -48,6 +49,7 @@ struct UvLeg {
     std::vector<double> valid;     ///< 1 or 0
     std::vector<double> modelReal, modelImaginary;
     double u = 0, v = 0;  ///< seconds of light, in the direction of the leg
+    std::vector<float> scratch;
 
     /// Takes group `i`; `frequencies` as UvChoice gives them. `sign` -1: the leg goes the other
     /// way. Non-zero when at least one visibility counts.

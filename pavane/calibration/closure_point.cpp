@@ -31,7 +31,7 @@ int closurePoint(const ClosureSums& sums, ClosurePoint& point)
 {
     if (!(sums.count > 0))
         return 0;
-    const double amplitude = std::abs(sums.product);
+    const double amplitude = std::sqrt(std::norm(sums.product));
     const double error =
         amplitude > 0 ? std::sqrt(sums.variance) / amplitude * degreesOfRadian : halfTurn;
     point = {degreesOf(sums.product), error < halfTurn ? error : halfTurn, amplitude / sums.count};

@@ -1,0 +1,100 @@
+#pragma once
+
+#include "pavane/calibration/UvCells.h"
+#include "pavane/tables/components/AComponents.h"
+#include "tessel/api.h"
+#include "tessel/uvfits/AUVXFile.h"
+#include "tessel/uvfits/Distinct.h"
+#include "tessel/uvfits/UvMarks.h"
+
+#include <complex>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// What visibilities of a baseline are plotted against.
+enum class BaselinePlot : int {
+    time,     ///< a point an integration: the mean of the marked IFs, channels and polarisations
+    channels  ///< a point a channel of all IFs: the mean of the marked times and polarisations
+};
+
+/// Visibilities of a baseline as vectors averaged with their weights, an array for each number.
+struct BaselineSeries {
+    std::vector<double>
+        x;  ///< days since 0h of the reference date, or the channel of all IFs from 1
+    std::vector<float> amplitude, amplitudeError;   ///< Jy
+    std::vector<float> phase, phaseError;           ///< degrees, as those of closure phases
+    std::vector<float> modelAmplitude, modelPhase;  ///< empty without a model
+    std::size_t count() const { return x.size(); }
+};
+
+/// Reads all groups of a file in slices and makes amplitudes and phases of its baselines. Phases
+/// are those from the lower to the higher number of a telescope, however the file stores them. May
+/// be dropped at any time. The file outlives it.
+class PAVANE_API BaselineReader
+{
+public:
+    static constexpr std::size_t mostPoints = std::size_t{1} << 25;
+
+    /// Without marks of polarisations those are taken that `usualStokes` gives.
+    BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines, BaselinePlot plot,
+                   UvMarks marks = {}, const AComponents& model = {});
+    BaselineReader(const BaselineReader&) = delete;
+    BaselineReader& operator=(const BaselineReader&) = delete;
+
+    /// Goes on with some `bytes` of the file. Non-zero while more remains; 0 when all is done, or
+    /// cannot be: then `error` is not empty.
+    int step(std::int64_t bytes = std::int64_t{16} << 20);
+    double done() const;  ///< 0 to 1
+    /// Why it ended early, a clause without its subject; "" else.
+    const std::string& error() const { return error_; }
+    const std::vector<UvBaseline>& baselines() const { return baselines_; }
+    /// Whole when all has been read, by time or channel.
+    const BaselineSeries& series(std::size_t baseline) const { return series_[baseline]; }
+
+private:
+    struct Pair {
+        int subarray, first, second;
+        bool operator==(const Pair&) const = default;
+        std::uint64_t hash() const
+        {
+            return spread(spread(static_cast<std::uint32_t>(subarray)) ^
+                          (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
+                           static_cast<std::uint32_t>(second)));
+        }
+    };
+    /// Sums of visibilities times weights.
+    struct Sums {
+        std::complex<double> data{}, model{};
+        double weight = 0;
+    };
+    int goOn(std::int64_t bytes);
+    void takeGroup(int i);
+    void addTo(Sums& sums, std::size_t cell) const;
+    void append(BaselineSeries& series, double x, const Sums& sums);
+    void finish();
+
+    AUVXFile& file_;
+    std::vector<UvBaseline> baselines_;
+    BaselinePlot plot_;
+    UvMarks marks_;
+    AComponents model_;
+    UvChoice choice_;
+    UvCells cells_;
+    Distinct<Pair, int>
+        indices_;  ///< of a baseline and 1, negative when it is stored the other way
+    std::vector<BaselineSeries> series_;
+    std::vector<std::vector<Sums>> channels_;
+    std::int64_t next_ = 0;
+    int isFinished_ = 0;
+    std::size_t points_ = 0;
+    std::string error_;
+    UvGroups groups_;
+    UvLeg leg_;
+    std::vector<double> u_, v_;
+    std::vector<std::complex<double>> values_;
+};
+
+}  // namespace pavane

@@ -1,0 +1,226 @@
+#include "pavane/calibration/visibility_charts.h"
+
+#include "tessel/plain_text.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double secondsPerDay = 86400;
+constexpr double nearKilometres = 10;
+constexpr double gap = std::numeric_limits<double>::quiet_NaN();
+/// Of data, and where there are several series in turn; dark on white, told apart by the colour
+/// blind. The model is the last.
+constexpr COLORREF dataColors[] = {RGB(0, 70, 140), RGB(170, 70, 0), RGB(0, 120, 90),
+                                   RGB(130, 40, 120)};
+constexpr COLORREF phaseColor = RGB(150, 60, 0), modelColor = RGB(200, 0, 60);
+/// Half ranges of phases, the least that takes in all of them is taken.
+constexpr double phaseRanges[] = {10, 30, 90, 180};
+constexpr double roomAbove = 1.1;
+
+CString headerOf(const AUVXFile& file)
+{
+    const UvHeader& header = file.header();
+    CString text = plainText(header.object);
+    if (header.frequency > 0)
+        text += (text.empty() ? "" : "   ") + valToStr(header.frequency / 1e9, 4) + "\u00a0GHz";
+    const std::string date = header.dateObs.substr(0, header.dateObs.find('T'));
+    return date.empty() ? text : text + (text.empty() ? "" : "   ") + plainText(date);
+}
+
+/// A line breaks where there is nothing for longer than some steps, as between scans.
+double longestStep(const std::vector<double>& x)
+{
+    std::vector<double> steps;
+    for (std::size_t i = 1; i < x.size(); ++i)
+        if (x[i] > x[i - 1])
+            steps.push_back(x[i] - x[i - 1]);
+    if (steps.empty())
+        return 0;
+    const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
+    std::nth_element(steps.begin(), middle, steps.end());
+    constexpr double stepsOfPause = 5;
+    return stepsOfPause * *middle;
+}
+
+ChartCurve pointsOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,
+                    const std::vector<float>& error, COLORREF color)
+{
+    ChartCurve curve;
+    curve.color = color;
+    for (const double value : x)
+        curve.x.push_back(value * scaleX);
+    curve.y.assign(y.begin(), y.end());
+    curve.error.assign(error.begin(), error.end());
+    return curve;
+}
+
+/// A line through the points, with gaps; `breaks`: more x at which it does, after each.
+ChartCurve lineOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,
+                  int breakEvery = 0)
+{
+    ChartCurve curve;
+    curve.isLine = 1;
+    curve.color = modelColor;
+    const double longest = longestStep(x);
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        const int isOther =
+            i > 0 && (x[i] < x[i - 1] || x[i] - x[i - 1] > longest ||
+                      (breakEvery > 0 && std::floor((x[i] - 1) / breakEvery) !=
+                                             std::floor((x[i - 1] - 1) / breakEvery)));
+        if (isOther) {
+            curve.x.push_back(curve.x.back());
+            curve.y.push_back(gap);
+        }
+        curve.x.push_back(x[i] * scaleX);
+        curve.y.push_back(double{y[i]});
+    }
+    return curve;
+}
+
+/// The half range that takes in all but a few per cent of the phases.
+double phaseRange(std::vector<double> sizes)
+{
+    if (sizes.empty())
+        return phaseRanges[0];
+    constexpr double share = 0.98;
+    const auto at =
+        sizes.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(sizes.size() - 1));
+    std::nth_element(sizes.begin(), at, sizes.end());
+    for (const double range : phaseRanges)
+        if (*at <= range)
+            return range;
+    return 180;
+}
+
+void setPhases(ChartScale& scale, double range)
+{
+    scale.least = -range;
+    scale.greatest = range;
+    scale.period = 360;
+}
+
+}  // namespace
+
+CString telescopeName(const AUVXFile& file, const ClosureTelescope& telescope)
+{
+    const AUVXTlscItem* const item = file.telescope(telescope.subarray, telescope.number);
+    const CString name = item ? plainText(item->name) : CString();
+    return name.empty() ? CString(std::to_string(telescope.number)) : name;
+}
+
+CString baselineName(const AUVXFile& file, const UvBaseline& b)
+{
+    const CString name = telescopeName(file, {b.subarray, b.first}) + "-" +
+                         telescopeName(file, {b.subarray, b.second});
+    return b.subarray == 1 ? name : name + "/" + std::to_string(b.subarray);
+}
+
+CString triangleName(const AUVXFile& file, const ClosureTriangle& t)
+{
+    const CString name = telescopeName(file, {t.subarray, t.telescopes[0]}) + "-" +
+                         telescopeName(file, {t.subarray, t.telescopes[1]}) + "-" +
+                         telescopeName(file, {t.subarray, t.telescopes[2]});
+    return t.subarray == 1 ? name : name + "/" + std::to_string(t.subarray);
+}
+
+int isTrivial(const AUVXFile& file, const ClosureTriangle& t)
+{
+    for (std::size_t k = 0; k < 3; ++k)
+        if (file.lengthOf({t.subarray, t.telescopes[k], t.telescopes[(k + 1) % 3], 0}) <
+            nearKilometres)
+            return 1;
+    return 0;
+}
+
+PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
+                        const std::vector<std::size_t>& triangles)
+{
+    PanelChart chart;
+    chart.header = headerOf(file);
+    chart.nameX = "Time";
+    chart.isTime = 1;
+    std::vector<double> sizes;
+    for (const std::size_t t : triangles)
+        for (std::size_t p = 0; p < reader.parts().size(); ++p)
+            for (const float phase : reader.series(t, p).phase)
+                sizes.push_back(std::abs(double{phase}));
+    const double range = phaseRange(std::move(sizes));
+    for (const std::size_t t : triangles) {
+        ChartPanel panel;
+        panel.caption = triangleName(file, reader.triangles()[t]);
+        ChartScale scale;
+        scale.name = "Closure phase [\u00b0]";
+        setPhases(scale, range);
+        double chiSquared = 0;
+        std::size_t count = 0;
+        std::vector<ChartCurve> models;
+        for (std::size_t p = 0; p < reader.parts().size(); ++p) {
+            const ClosureSeries& series = reader.series(t, p);
+            const ClosureStatistics found = statisticsOf(series);
+            chiSquared += found.chiSquared * static_cast<double>(found.count);
+            count += found.count;
+            scale.curves.push_back(pointsOf(series.time, secondsPerDay, series.phase, series.error,
+                                            dataColors[p % std::size(dataColors)]));
+            if (reader.hasModel())
+                models.push_back(lineOf(series.time, secondsPerDay, series.model));
+        }
+        for (ChartCurve& model : models)
+            scale.curves.push_back(std::move(model));
+        if (reader.hasModel() && count > 0)
+            panel.caption +=
+                "   \u03c7\u00b2 " + valToStr(chiSquared / static_cast<double>(count), 3);
+        panel.scales.push_back(std::move(scale));
+        chart.panels.push_back(std::move(panel));
+    }
+    return chart;
+}
+
+PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, BaselinePlot plot,
+                         const std::vector<std::size_t>& baselines)
+{
+    PanelChart chart;
+    const int isTime = plot == BaselinePlot::time;
+    chart.header = headerOf(file);
+    chart.nameX = isTime ? "Time" : "Channel of all IFs";
+    chart.isTime = isTime;
+    const double scaleX = isTime ? secondsPerDay : 1;
+    const int channels = isTime ? 0 : file.header().channels;
+    for (const std::size_t b : baselines) {
+        const BaselineSeries& s = reader.series(b);
+        ChartPanel panel;
+        panel.caption = baselineName(file, reader.baselines()[b]);
+        ChartScale amplitude;
+        ChartScale phase;
+        amplitude.name = "Amplitude [%sJy]";
+        phase.name = "Phase [\u00b0]";
+        setPhases(phase, 180);
+        float most = 0;
+        for (const std::vector<float>* each : {&s.amplitude, &s.modelAmplitude})
+            for (const float value : *each)
+                most = std::max(most, value);
+        amplitude.least = 0;
+        amplitude.greatest = most > 0 ? roomAbove * double{most} : 1;
+        amplitude.curves.push_back(
+            pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, dataColors[0]));
+        phase.curves.push_back(pointsOf(s.x, scaleX, s.phase, s.phaseError, phaseColor));
+        if (!s.modelPhase.empty()) {
+            amplitude.curves.push_back(lineOf(s.x, scaleX, s.modelAmplitude, channels));
+            phase.curves.push_back(lineOf(s.x, scaleX, s.modelPhase, channels));
+            amplitude.curves.back().color = dataColors[0];
+            phase.curves.back().color = phaseColor;
+        }
+        panel.scales = {std::move(amplitude), std::move(phase)};
+        chart.panels.push_back(std::move(panel));
+    }
+    return chart;
+}
+
+}  // namespace pavane
