@@ -5,6 +5,7 @@
 #include "pavane/axes/multi/AGraphXYErrors.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace pavane
@@ -16,6 +17,7 @@ namespace
 /// Pages of more panels than the first number get another column each time.
 constexpr int panelsOfColumns[] = {8, 20};
 constexpr int linear = 1, timeCode = 2;
+constexpr int scaleIntervals = 4;
 
 /// The line over the picture.
 class HeaderLine : public AGraph
@@ -28,6 +30,28 @@ public:
 private:
     CString text_;
 };
+
+/// All of x, with room at both ends for what stands there; unset without values.
+TMinMax rangeOf(const PanelChart& chart)
+{
+    double least = std::numeric_limits<double>::infinity();
+    double greatest = -least;
+    for (const ChartPanel& panel : chart.panels)
+        for (const ChartScale& scale : panel.scales)
+            for (const ChartCurve& curve : scale.curves)
+                for (const double x : curve.x) {
+                    least = std::min(least, x);
+                    greatest = std::max(greatest, x);
+                }
+    TMinMax range;
+    constexpr double room = 0.02;
+    const double more = least < greatest ? room * (greatest - least) : 1;
+    if (least <= greatest) {
+        range.xMin = least - more;
+        range.xMax = greatest + more;
+    }
+    return range;
+}
 
 AGraph* newGraph(A2DAxisMulti* axis, ChartCurve& curve)
 {
@@ -47,8 +71,8 @@ AGraph* newGraph(A2DAxisMulti* axis, ChartCurve& curve)
 class ChartAxis : public A2DAxisMulti
 {
 public:
-    explicit ChartAxis(PanelChart chart)
-        : A2DAxisMulti(chart.isTime ? timeCode : linear, linear, nullptr, 0),
+    explicit ChartAxis(PanelChart chart, TMinMax range)
+        : A2DAxisMulti(chart.isTime ? timeCode : linear, linear, &range, 0),
           chart_(std::move(chart))
     {
     }
@@ -62,7 +86,8 @@ private:
 
 A2DAxisMulti* newChartAxis(PanelChart chart, int panelsOfPage)
 {
-    auto* const axis = new ChartAxis(std::move(chart));
+    const TMinMax range = rangeOf(chart);
+    auto* const axis = new ChartAxis(std::move(chart), range);
     std::vector<ChartPanel>& panels = axis->chart().panels;
     axis->setNameOX(axis->chart().nameX);
     const auto count = static_cast<int>(panels.size());
@@ -87,9 +112,7 @@ A2DAxisMulti* newChartAxis(PanelChart chart, int panelsOfPage)
             made.panel = p;
             made.side = side++;
             made.period = scale.period;
-            made.nPlus = 3;
-            made.nMinus = 3;
-            made.intervals = 4;
+            made.intervals = scaleIntervals;
             if (!scale.curves.empty())
                 made.color = scale.curves.front().color;
             const int index = next ? axis->addScale(made) : 0;

@@ -22,8 +22,8 @@ constexpr COLORREF dataColors[] = {RGB(0, 70, 140), RGB(170, 70, 0), RGB(0, 120,
                                    RGB(130, 40, 120)};
 constexpr COLORREF phaseColor = RGB(150, 60, 0), modelColor = RGB(200, 0, 60);
 /// Half ranges of phases, the least that takes in all of them is taken.
-constexpr double phaseRanges[] = {10, 30, 90, 180};
-constexpr double roomAbove = 1.1;
+constexpr double phaseRanges[] = {10, 30, 60, 90, 180};
+constexpr double roomAbove = 1.15;
 
 CString headerOf(const AUVXFile& file)
 {
@@ -90,7 +90,7 @@ double phaseRange(std::vector<double> sizes)
 {
     if (sizes.empty())
         return phaseRanges[0];
-    constexpr double share = 0.98;
+    constexpr double share = 0.99;
     const auto at =
         sizes.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(sizes.size() - 1));
     std::nth_element(sizes.begin(), at, sizes.end());
@@ -98,6 +98,17 @@ double phaseRange(std::vector<double> sizes)
         if (*at <= range)
             return range;
     return 180;
+}
+
+/// The least round number above a value, so that ticks end at the frame.
+double roundedUp(double value)
+{
+    constexpr double rounds[] = {1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8, 10};
+    const double decade = std::pow(10, std::floor(std::log10(value)));
+    for (const double round : rounds)
+        if (value <= round * decade)
+            return round * decade;
+    return value;
 }
 
 void setPhases(ChartScale& scale, double range)
@@ -207,7 +218,7 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
             for (const float value : *each)
                 most = std::max(most, value);
         amplitude.least = 0;
-        amplitude.greatest = most > 0 ? roomAbove * double{most} : 1;
+        amplitude.greatest = most > 0 ? roundedUp(roomAbove * double{most}) : 1;
         amplitude.curves.push_back(
             pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, dataColors[0]));
         phase.curves.push_back(pointsOf(s.x, scaleX, s.phase, s.phaseError, phaseColor));

@@ -1,0 +1,53 @@
+#include "pavane/calibration/BaselineReader.h"
+#include "pavane/calibration/closure_point.h"
+#include "pavane/calibration/visibility_charts.h"
+#include "tests/calibration/made_data.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace pavane
+{
+
+TEST(BaselineReader, AmplitudesAndPhasesAreTheMeansOfWhatIsMarked)
+{
+    std::vector<MadeGroup> groups = madeGroups(4, {0, 2, 4});
+    for (MadeGroup& g : groups)
+        g.gain = 1;
+    std::rotate(groups.begin(), groups.begin() + 6, groups.end());  // the first time comes last
+    groups[2].weight = 0;
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("baselines.uvfits", groups), error)) << error;
+    const std::vector<UvBaseline> baselines = {
+        {1, 1, 2, 3}, {1, 3, 1, 3}, {1, 1, 4, 3}, {1, 1, 9, 0}};
+    const struct {
+        BaselinePlot plot;
+        std::size_t counts[4];
+    } cases[] = {{BaselinePlot::time, {3, 3, 2, 0}}, {BaselinePlot::channels, {4, 4, 4, 0}}};
+    for (const auto& c : cases) {
+        BaselineReader reader(file, baselines, c.plot, {}, madeModel());
+        while (reader.step(1)) {
+        }
+        ASSERT_EQ(reader.error(), "");
+        for (std::size_t b = 0; b < 4; ++b) {
+            const BaselineSeries& s = reader.series(b);
+            ASSERT_EQ(s.count(), c.counts[b]);
+            EXPECT_TRUE(std::is_sorted(s.x.begin(), s.x.end()));
+            for (std::size_t i = 0; i < s.count(); ++i) {
+                EXPECT_NEAR(s.amplitude[i], s.modelAmplitude[i], 1e-4);
+                EXPECT_NEAR(wrappedDegrees(double{s.phase[i]} - s.modelPhase[i]), 0, 1e-2);
+            }
+        }
+        // of weight 4: eight visibilities in a time, two hands and three times in a channel
+        const double count = c.plot == BaselinePlot::time ? 8 : 6;
+        EXPECT_NEAR(reader.series(0).amplitudeError[0], 1 / std::sqrt(4 * count), 1e-6);
+        const PanelChart chart = baselineChart(file, reader, c.plot, {0, 3});
+        ASSERT_EQ(chart.panels.size(), 2u);
+        EXPECT_EQ(chart.panels[0].caption, "1-2");
+        EXPECT_EQ(chart.panels[0].scales[1].period, 360);
+        EXPECT_EQ(chart.panels[0].scales[0].curves.size(), 2u);
+    }
+}
+
+}  // namespace pavane
