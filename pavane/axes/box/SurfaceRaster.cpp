@@ -44,9 +44,11 @@ public:
         const BoxPoint size = view.size();
         const int across = walk.rowsAway() ? 1 : grid.mapColumns();
         const int away = walk.rowsAway() ? grid.mapColumns() : 1;
-        cellAway_ = walk.away().stride > 0 ? away : -away;
-        cellAcross_ = walk.across().stride > 0 ? across : -across;
+        // modulo 2^32, so that a side turned round counts down
+        cellAway_ = static_cast<std::uint32_t>(walk.away().stride > 0 ? away : -away);
+        cellAcross_ = static_cast<std::uint32_t>(walk.across().stride > 0 ? across : -across);
         firstCell_ = nodeCell(walk.node(0, 0));
+        blockCells_ = grid.blockCells().data();
         slopeAway_ = size.s / std::hypot(walk.away().p * size.p, walk.away().q * size.q);
         slopeAcross_ = size.s / std::hypot(walk.across().p * size.p, walk.across().q * size.q);
         // from the upper left of the eye: its right and its far side in p and q
@@ -65,10 +67,10 @@ public:
 
     std::uint32_t cell(int i, int j) const
     {
-        if (grid.blockCells().cells() > 0)
-            return grid.blockCells().data()[walk.node(i, j)];
-        return static_cast<std::uint32_t>(firstCell_ + std::int64_t{i} * cellAway_ +
-                                          std::int64_t{j} * cellAcross_);
+        if (blockCells_)
+            return blockCells_[walk.node(i, j)];
+        return firstCell_ + static_cast<std::uint32_t>(i) * cellAway_ +
+               static_cast<std::uint32_t>(j) * cellAcross_;
     }
     /// How much light falls on the surface about a centre.
     std::uint8_t lightAt(int i, int j) const
@@ -90,7 +92,7 @@ public:
     std::uint8_t second;
 
 private:
-    std::int64_t nodeCell(std::ptrdiff_t node) const
+    std::uint32_t nodeCell(std::ptrdiff_t node) const
     {
         return grid.cell(static_cast<int>(node % grid.columns()),
                          static_cast<int>(node / grid.columns()));
@@ -117,8 +119,8 @@ private:
         return here == here && steps > 0 ? (high - low) / steps : 0;
     }
 
-    std::int64_t firstCell_ = 0;
-    int cellAway_ = 0, cellAcross_ = 0;
+    std::uint32_t firstCell_ = 0, cellAway_ = 0, cellAcross_ = 0;
+    const std::uint32_t* blockCells_ = nullptr;
     double slopeAway_ = 0, slopeAcross_ = 0;
     double lightAway_ = 0, lightAcross_ = 0, lightUp_ = 0;
     int light_;
@@ -376,8 +378,13 @@ private:
 int SurfaceRaster::draw(const BoxView& view, const SurfaceScene& scene, const CRect& area,
                         int light)
 {
-    if (area.IsRectEmpty() || !pixels_.allocate(area.Width(), area.Height()))
+    if (area.IsRectEmpty())
         return clear(), 0;
+    // pictures of a box that turns have one size
+    if ((width() != area.Width() || height() != area.Height()) &&
+        !pixels_.allocate(area.Width(), area.Height()))
+        return clear(), 0;
+    hasSecond_ = scene.second.grid && !scene.second.grid->isEmpty();
     ScenePainter painter(view, scene, area, light);
     for (int x = 0; x < area.Width(); ++x)
         painter.paint(x, pixels_.row(x));

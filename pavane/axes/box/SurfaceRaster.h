@@ -39,6 +39,8 @@ public:
     void clear() { pixels_ = AMatrix<SurfacePixel>(); }
 
     int isEmpty() const { return pixels_.cells() < 1; }
+    /// Whether a second surface was drawn.
+    int hasSecond() const { return hasSecond_; }
     int width() const { return pixels_.rows(); }
     int height() const { return pixels_.columns(); }
     const SurfacePixel& pixel(int x, int y) const { return pixels_(x, y); }
@@ -47,6 +49,7 @@ public:
 
 private:
     AMatrix<SurfacePixel> pixels_;  ///< a row of the matrix is a column of the picture
+    int hasSecond_ = 0;
 };
 
 /// The colours of a surface: the cells that give them (of the map itself, or of another one of the

@@ -2,6 +2,8 @@
 #include "pavane/axes/maps/cells/index_rows.h"
 
 #include <array>
+#include <iterator>
+#include <vector>
 
 namespace pavane
 {
@@ -10,6 +12,28 @@ namespace
 {
 
 constexpr int tile = 64;
+constexpr int tileRows = 32;
+
+/// Hands out the rows of a raster in short pieces: `use(left, y, pixels, count)`. The raster lies
+/// in columns, so that a tile of it is turned first.
+template <typename Use>
+void eachRow(const SurfaceRaster& raster, const Use& use)
+{
+    std::array<std::array<SurfacePixel, tile>, tileRows> rows;
+    for (int left = 0; left < raster.width(); left += tile) {
+        const int width = std::min(tile, raster.width() - left);
+        for (int top = 0; top < raster.height(); top += tileRows) {
+            const int height = std::min(tileRows, raster.height() - top);
+            for (int x = 0; x < width; ++x) {
+                const SurfacePixel* column = raster.column(left + x) + top;
+                for (int y = 0; y < height; ++y)
+                    rows[static_cast<std::size_t>(y)][static_cast<std::size_t>(x)] = column[y];
+            }
+            for (int y = 0; y < height; ++y)
+                use(left, top + y, rows[static_cast<std::size_t>(y)].data(), width);
+        }
+    }
+}
 
 /// The values of cells by their number.
 class CellValues
@@ -86,26 +110,22 @@ int paintSurface(const SurfaceRaster& raster, const SurfaceColors& first,
     std::array<std::uint32_t, tile> cells;
     std::array<unsigned char, tile> indices;
     std::array<int, tile> places;
-    for (int left = 0; left < raster.width(); left += tile) {
-        const int width = std::min(tile, raster.width() - left);
-        for (int y = 0; y < raster.height(); ++y)
-            for (const int isSecond : {0, 1}) {
-                std::size_t count = 0;
-                for (int x = 0; x < width; ++x) {
-                    const SurfacePixel& pixel = raster.pixel(left + x, y);
-                    if (pixel.part == SurfacePart::nothing || pixel.second != isSecond)
-                        continue;
-                    places[count] = x;
-                    cells[count++] = pixel.cell;
-                }
-                if (count < 1)
-                    continue;
-                painters[isSecond].paint(cells.data(), static_cast<int>(count), indices.data());
-                unsigned char* row = bits + y * stride + left;
-                for (std::size_t k = 0; k < count; ++k)
-                    row[places[k]] = indices[k];
+    eachRow(raster, [&](int left, int y, const SurfacePixel* pixels, int width) {
+        for (int surface = 0; surface <= raster.hasSecond(); ++surface) {
+            std::size_t count = 0;
+            for (int x = 0; x < width; ++x) {
+                places[count] = x;
+                cells[count] = pixels[x].cell;
+                count += pixels[x].part != SurfacePart::nothing && pixels[x].second == surface;
             }
-    }
+            if (count < 1)
+                continue;
+            painters[surface].paint(cells.data(), static_cast<int>(count), indices.data());
+            unsigned char* row = bits + y * stride + left;
+            for (std::size_t k = 0; k < count; ++k)
+                row[places[k]] = indices[k];
+        }
+    });
     return 1;
 }
 
@@ -113,29 +133,31 @@ void shadeSurface(const SurfaceRaster& raster, const unsigned char* bits, std::p
                   std::span<const COLORREF, 256> table, const SurfaceShades& shades,
                   std::uint32_t* to, std::ptrdiff_t toStride)
 {
-    // of 256, for each part and each amount of light
-    std::array<std::array<std::uint32_t, 256>, 5> factors;
     const double parts[] = {1, 1, shades.under, shades.skirt, 1};
-    for (std::size_t part = 0; part < factors.size(); ++part)
-        for (std::size_t light = 0; light < 256; ++light) {
-            const double lit =
-                shades.ambient + (1 - shades.ambient) * static_cast<double>(light) / 255;
-            factors[part][light] =
-                static_cast<std::uint32_t>(256 * std::clamp(parts[part] * lit, 0.0, 1.0) + 0.5);
+    const auto shade = [&table](std::size_t index, double brightness) {
+        const auto factor =
+            static_cast<std::uint32_t>(256 * std::clamp(brightness, 0.0, 1.0) + 0.5);
+        const COLORREF color = table[index];
+        return 0xFF000000u | ((color & 0xFF) * factor >> 8) << 16 |
+               ((color >> 8 & 0xFF) * factor >> 8) << 8 | (color >> 16 & 0xFF) * factor >> 8;
+    };
+    // in 32 steps of light, of which the last is that without any
+    constexpr std::size_t steps = 32;
+    std::vector<std::array<std::uint32_t, 256>> colors(std::size(parts) * steps);
+    for (std::size_t k = 0; k < colors.size(); ++k)
+        for (std::size_t index = 0; index < 256; ++index) {
+            const double light = static_cast<double>(k % steps) / (steps - 1);
+            colors[k][index] =
+                shade(index, parts[k / steps] * (shades.ambient + (1 - shades.ambient) * light));
         }
-    for (int left = 0; left < raster.width(); left += tile)
-        for (int y = 0; y < raster.height(); ++y)
-            for (int x = left; x < std::min(left + tile, raster.width()); ++x) {
-                const SurfacePixel& pixel = raster.pixel(x, y);
-                if (pixel.part == SurfacePart::nothing)
-                    continue;
-                const COLORREF color = table[bits[y * bitsStride + x]];
-                const std::uint32_t f = factors[static_cast<std::size_t>(pixel.part)][pixel.light];
-                const std::uint32_t red = (color & 0xFF) * f >> 8;
-                const std::uint32_t green = (color >> 8 & 0xFF) * f >> 8;
-                const std::uint32_t blue = (color >> 16 & 0xFF) * f >> 8;
-                to[y * toStride + x] = 0xFF000000u | red << 16 | green << 8 | blue;
-            }
+    eachRow(raster, [&](int left, int y, const SurfacePixel* pixels, int width) {
+        const unsigned char* indices = bits + y * bitsStride + left;
+        std::uint32_t* row = to + y * toStride + left;
+        for (int x = 0; x < width; ++x)
+            if (pixels[x].part != SurfacePart::nothing)
+                row[x] = colors[static_cast<std::size_t>(pixels[x].part) * steps +
+                                pixels[x].light / 8][indices[x]];
+    });
 }
 
 }  // namespace pavane
