@@ -186,7 +186,7 @@ public:
             paintSkirt(i, s);
         setEdges();
     }
-    bool to(double i, double s)
+    [[gnu::always_inline]] bool to(double i, double s)
     {
         const double y = yOf(i, s);
         const double low = std::min(y, y_), high = std::max(y, y_);
@@ -194,12 +194,7 @@ public:
             if (low <= high)
                 paintStretch(i, s, y, pixelFrom(low, height_), pixelFrom(high, height_));
         } else if (low <= topEdge_ || high > bottomEdge_) {
-            const int from = pixelFrom(low, height_), end = pixelFrom(high, height_);
-            paintStretch(i, s, y, from, std::min(end, top_));
-            paintStretch(i, s, y, std::max(from, bottom_), end);
-            top_ = std::min(top_, from);
-            bottom_ = std::max(bottom_, end);
-            setEdges();
+            extend(i, s, y);
         }
         i_ = i;
         s_ = s;
@@ -208,6 +203,17 @@ public:
     }
 
 private:
+    /// Paints what of a stretch reaches beyond the covered pixels.
+    [[gnu::noinline]] void extend(double i, double s, double y)
+    {
+        const int from = pixelFrom(std::min(y, y_), height_);
+        const int end = pixelFrom(std::max(y, y_), height_);
+        paintStretch(i, s, y, from, std::min(end, top_));
+        paintStretch(i, s, y, std::max(from, bottom_), end);
+        top_ = std::min(top_, from);
+        bottom_ = std::max(bottom_, end);
+        setEdges();
+    }
     double yOf(double i, double s) const { return y0_ + yStep_ * i + shape_.ys * s; }
     void setEdges()
     {
