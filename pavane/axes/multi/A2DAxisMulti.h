@@ -149,7 +149,9 @@ private:
     void placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::set<CString>& seen);
     CRect legendBox(const MultiLayout::Panel& panel, CSize size) const;
     int hiddenPoints(const MultiLayout::Panel& panel, const CRect& box, std::int64_t most) const;
+    void placeCaption(MultiLayout::Text& text) const;
     void placeCaptions();
+    void placeAnew(CDC& dc, const std::vector<const MultiLayout::Panel*>& panels);
     void keepOrdinaryLayout(CDC& dc, const CRect& rect);
     const MultiLayout::Panel* panelOfScale(int scale) const;
     int roomBelow(const MultiLayout::Panel& panel) const;

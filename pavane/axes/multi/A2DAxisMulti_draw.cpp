@@ -170,6 +170,8 @@ void A2DAxisMulti::drawTexts(CDC& dc, const CRect& part, MultiPart where)
                 (text.part == MultiPart::plot) != (where == MultiPart::plot) ||
                 !CRect().IntersectRect(text.box, part))
                 continue;
+            if (text.hasGround)
+                dc.FillSolidRect(text.box, workColor(0));
             dc.SetTextColor(colorOf(text.isColored, text.color));
             // Text that runs upwards starts at its lower end, with its top to the left.
             dc.TextOut(text.box.left, isTurned ? text.box.bottom : text.box.top, text.text);
@@ -325,6 +327,7 @@ int A2DAxisMulti::drawChanged(CDC& dc, CRect& rect)
             panels.push_back(panel);
     std::sort(panels.begin(), panels.end());
     panels.erase(std::unique(panels.begin(), panels.end()), panels.end());
+    placeAnew(dc, panels);
     for (const MultiLayout::Panel* const panel : panels)
         drawPanelAnew(dc, rect, *panel);
     if (!panels.empty())

@@ -95,6 +95,7 @@ int A2DAxisMulti::composeAll(CDC& dc, const CRect& rect)
     if (hasRoom) {
         fHeight_ = layout_.fHeight;  // in units of the context
         placeMultiTexts(dc, wanted, layout_);
+        placeCaptions();
         placeLegends(dc);
     }
     return hasRoom;

@@ -112,6 +112,7 @@ void A2DAxisMulti::placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::se
     std::vector<CString> names;
     std::set<CString> own;
     MultiLayout::Legend legend;
+    legend.panel = panel.number;
     int width = 0;
     for (int i = 0; i < childs_.count() && static_cast<int>(names.size()) < mostLines; ++i) {
         const CString& name = childs_(i)->getGraphName();
@@ -143,30 +144,56 @@ void A2DAxisMulti::placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::se
                          left + sample + air + dc.GetTextExtent(names[i]).cx, top + h);
         text.part = MultiPart::plot;
         text.panel = panel.number;
+        text.isOfLegend = 1;
         layout_.texts.push_back(text);
     }
     layout_.legends.push_back(legend);
 }
 
-/// Captions that hide fewer points at the top right go there.
+/// A caption that hides fewer points at the top right goes there; over points it gets a ground.
+void A2DAxisMulti::placeCaption(MultiLayout::Text& text) const
+{
+    const MultiLayout::Panel* const panel = layout_.findPanel(text.panel);
+    if (!panel)
+        return;
+    const int inset = fHeight_ / 2;
+    text.box.OffsetRect(panel->plot.left + inset - text.box.left, 0);
+    CRect other = text.box;
+    other.OffsetRect(panel->plot.right - inset - other.right, 0);
+    const int hidden = hiddenPoints(*panel, text.box, captionPoints);
+    const int hiddenThere = hidden > 0 ? hiddenPoints(*panel, other, captionPoints) : 0;
+    if (hiddenThere < hidden)
+        text.box = other;
+    text.hasGround = std::min(hidden, hiddenThere) > 0;
+}
+
 void A2DAxisMulti::placeCaptions()
 {
-    for (MultiLayout::Text& text : layout_.texts) {
-        const MultiLayout::Panel* const panel =
-            text.isCaption ? layout_.findPanel(text.panel) : nullptr;
-        if (!panel)
-            continue;
-        CRect other = text.box;
-        other.OffsetRect(panel->plot.right - other.right - (other.left - panel->plot.left), 0);
-        const int hidden = hiddenPoints(*panel, text.box, captionPoints);
-        if (hidden > 0 && hiddenPoints(*panel, other, captionPoints) < hidden)
-            text.box = other;
-    }
+    for (MultiLayout::Text& text : layout_.texts)
+        if (text.isCaption)
+            placeCaption(text);
+}
+
+/// Captions and legends of panels whose data have changed.
+void A2DAxisMulti::placeAnew(CDC& dc, const std::vector<const MultiLayout::Panel*>& panels)
+{
+    const auto isAmong = [&panels](int number) {
+        return std::any_of(panels.begin(), panels.end(),
+                           [number](const auto* panel) { return panel->number == number; });
+    };
+    for (MultiLayout::Text& text : layout_.texts)
+        if (text.isCaption && isAmong(text.panel))
+            placeCaption(text);
+    if (std::none_of(layout_.legends.begin(), layout_.legends.end(),
+                     [&](const auto& legend) { return isAmong(legend.panel); }))
+        return;
+    std::erase_if(layout_.texts, [](const auto& text) { return text.isOfLegend; });
+    layout_.legends.clear();
+    placeLegends(dc);
 }
 
 void A2DAxisMulti::placeLegends(CDC& dc)
 {
-    placeCaptions();
     CFont font;
     if (legend_ == legendNone || !CreateAxisFont(font, fHeight_, 0, 0.0))
         return;

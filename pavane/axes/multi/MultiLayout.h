@@ -104,6 +104,8 @@ struct MultiLayout {
         int panel = -1;  ///< its number
         int scale = -1;
         int isCaption = 0;
+        int isOfLegend = 0;
+        int hasGround = 0;  ///< stands on a light ground, as there is something below
     };
     /// One title for the axes of a column that have the same.
     struct ColumnTitle {
@@ -118,6 +120,7 @@ struct MultiLayout {
             int graph = 0;  ///< among the graphs of the axis
             CRect sample;
         };
+        int panel = 0;  ///< its number
         CRect box;
         std::vector<Line> lines;
     };

@@ -188,7 +188,10 @@ TEST(Multi, AChangedPanelIsDrawnAloneAndLooksAsInAWholePicture)
                 graphs[i] = new AGraphXYPoint(&axis, d.x.data(), d.y.data(), d.count(), nullptr,
                                               graphPointCross, 1, RGB(200, 0, 0), 0);
                 axis.setScaleOf(graphs[i], axis.addScale(scale));
+                axis.setPanelCaption(i, "caption");
+                graphs[i]->setGraphName(i == 3 ? "name" : "");
             }
+            axis.setLegend(legendEmptiest);
             axis.setPanels(2, 0);
             CPicture picture(500, 400);
             CRect rect(0, 0, 500, 400);
