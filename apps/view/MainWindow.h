@@ -64,6 +64,8 @@ public:
     const AreaSession& session() const { return session_; }
     const StatusLine& statusLine() const { return status_; }
     PlaneBar& planeBar() { return planes_; }
+    /// Shows that plane of the cube as one step of the views; 0 when it cannot be shown.
+    int planeWanted(int plane) override;
 
 protected:
     int OnCreate(CREATESTRUCT& cs) override;
@@ -85,7 +87,6 @@ private:
     int mapStepPlane(int step) override;
 
     // PlaneBarOwner
-    int planeWanted(int plane) override;
     void planeBarLeft() override;
 
     // ModelPanelOwner

@@ -2,6 +2,7 @@
 
 #include "apps/view/long_work.h"
 #include "apps/view/map_options.h"
+#include "pavane/axes/maps/map_titles.h"
 #include "tessel/paths.h"
 #include "tessel/rounding.h"
 
@@ -73,6 +74,13 @@ AreaPlace MapDocument::place() const
     return {inputs_.frame.centres(), cells.rows(), cells.columns(), &sky_};
 }
 
-void MapDocument::show(const ViewOptions& options) { applyOptions(picture_, options); }
+void MapDocument::show(const ViewOptions& options)
+{
+    applyOptions(picture_, options);
+    if (planes() < 2)
+        return;
+    const std::string note = levelNoteOf(options.levels, inputs_);
+    picture_.setHeaderNote(mapPlaneText(inputs_.map.header) + (note.empty() ? "" : "   ") + note);
+}
 
 }  // namespace pavane

@@ -39,6 +39,8 @@ int PlaneBar::OnCreate(CREATESTRUCT& cs)
         return -1;
     SetAccessName(slider_.GetSafeHwnd(), "Plane");
     SetAccessName(field_.GetSafeHwnd(), "Number of the plane");
+    of_.SetDialogGround(1);
+    text_.SetDialogGround(1);
     text_.SetName("What the plane is");
     return 0;
 }

@@ -5,6 +5,7 @@
 #include "pavane/windows/controls/control_texts.h"
 #include "platform/clipboard.h"
 #include "platform/CMenu.h"
+#include "platform/dialog_ground.h"
 #include "platform/system_colors.h"
 #include "platform/window_dc.h"
 
@@ -94,7 +95,7 @@ int AStaticText::left(const CDC& dc) const
 
 void AStaticText::DrawWindow(CDC& dc, CRect& client, CRect&)
 {
-    dc.FillSolidRect(client, controlGround(*this));
+    dc.FillSolidRect(client, onDialog_ ? GetDialogGround() : controlGround(*this));
     const ControlFont font(dc, *this);
     TEXTMETRIC metrics;
     dc.GetTextMetrics(metrics);

@@ -20,6 +20,9 @@ public:
     void SetValue(double value, const CString& unit, int digits = 4);
     /// What the value is, for screen readers ("Beam"); else the text itself is the name.
     void SetName(const CString& name) { name_ = name; }
+    /// Whether it stands on the ground of dialogs; else on that of windows, unless its parent is a
+    /// dialog.
+    void SetDialogGround(int on) { onDialog_ = on; }
     /// Non-zero while the text does not fit.
     int IsCut() const;
     CString GetSelectedText() const { return lines_.selectedText(); }
@@ -51,6 +54,7 @@ private:
 
     InfoLines lines_;
     CString name_;
+    int onDialog_ = 0;
 };
 
 }  // namespace pavane
