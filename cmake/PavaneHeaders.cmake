@@ -97,6 +97,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/printing/layout/PreviewView.h
     pavane/printing/print_dialogs.h
     pavane/progress/AProgress.h
+    pavane/progress/slices.h
     pavane/progress/TimeLeft.h
     pavane/resources/resource_ids.h
     pavane/tables/ATableWnd.h

@@ -97,6 +97,7 @@
 #include "pavane/printing/layout/PreviewView.h"
 #include "pavane/printing/print_dialogs.h"
 #include "pavane/progress/AProgress.h"
+#include "pavane/progress/slices.h"
 #include "pavane/progress/TimeLeft.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/tables/ATableWnd.h"

@@ -1,5 +1,6 @@
 #include "apps/view/DataDocument.h"
 
+#include "pavane/progress/slices.h"
 #include "tessel/paths.h"
 #include "tessel/SafeFile.h"
 #include "tessel/stokes_name.h"
@@ -90,10 +91,8 @@ void DataDocument::plot(UvMarks marks)
 
 int DataDocument::step(int milliseconds)
 {
-    using clock = std::chrono::steady_clock;
-    const auto end = clock::now() + std::chrono::milliseconds(milliseconds);
-    while (isReading() && (reading_ = points_->step(sliceBytes)) && clock::now() < end) {
-    }
+    (void)runSlice(std::chrono::milliseconds(milliseconds),
+                   [this] { return isReading() && (reading_ = points_->step(sliceBytes)); });
     return isReading();
 }
 

@@ -9,6 +9,7 @@
 #include "apps/view/WindowHost.h"
 #include "pavane/tables/observation/AFreqGroupsWnd.h"
 #include "pavane/tables/observation/AObservationSelector.h"
+#include "pavane/windows/ProgressJob.h"
 #include "platform/splitter.h"
 #include "platform/tab_control.h"
 
@@ -111,6 +112,7 @@ private:
     int isPlotActive();
 
     // Status line
+    std::string readingText(double done);
     void showCounts();
     void showSums();
 
@@ -151,8 +153,10 @@ private:
     std::array<int, uvTableCount> known_{};  ///< rows that the marks are of
     int settingMarks_ = 0;
     int told_ = 0;
-    int tablesWhole_ = 0;  ///< those that the plotted marks are of
-    int drawLater_ = 0;    ///< the last points are to be drawn when the drag in the plot has ended
+    int tablesWhole_ = 0;                   ///< those that the plotted marks are of
+    std::unique_ptr<ProgressJob> reading_;  ///< of the plot
+    int readPieces_ = 0;                    ///< that it was told of last
+    int drawLater_ = 0;  ///< the last points are to be drawn when the drag in the plot has ended
     int created_ = 0;
     std::int64_t lastDrawing_ = 0;
 };

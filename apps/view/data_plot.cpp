@@ -8,6 +8,7 @@
 
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace pavane
 {
@@ -31,6 +32,8 @@ enum DataPane {
 };
 /// Pixels about the pointer in which a point is found.
 constexpr double reach = 6;
+/// Of the reading, as far as its progress is told.
+constexpr int readingPieces = 10000;
 constexpr double megalambda = 1e6;
 constexpr int shownDigits = 5;
 
@@ -131,6 +134,11 @@ void DataWindow::plotAgain()
 {
     tablesWhole_ = areTablesWhole();
     data_->plot(marks());
+    const AProgress progress;
+    reading_ = std::make_unique<ProgressJob>(progress, "reading", std::chrono::steady_clock::now());
+    reading_->writer.emplace(progress);
+    reading_->writer->SetTotal(readingPieces);
+    readPieces_ = 0;
     (void)data_->step(firstSlice);
     plot_.ShowPoints(&data_->observation().file(), data_->points(), 1);
     texts_[paneFound].clear();
@@ -254,6 +262,17 @@ void DataWindow::plotClicked(const AxisStatus& status)
     status_.SetTexts(texts_);
 }
 
+/// With the time that is left.
+std::string DataWindow::readingText(double done)
+{
+    if (reading_) {
+        const int now = static_cast<int>(done * readingPieces);
+        reading_->writer->Advance(now - std::exchange(readPieces_, now));
+        reading_->update(std::chrono::steady_clock::now());
+    }
+    return reading_ ? reading_->stateText() : percentText(done);
+}
+
 void DataWindow::showCounts()
 {
     const UvPlotPoints* const points = data_ ? data_->points() : nullptr;
@@ -262,7 +281,7 @@ void DataWindow::showCounts()
     const UvTotals& totals = points->totals();
     std::string text;
     if (data_->isReading())
-        text = "reading, " + percentText(points->done()) + " (Esc stops)";
+        text = "reading, " + readingText(points->done()) + " (Esc stops)";
     else if (data_->isStopped())
         text = "stopped at " + percentText(points->done());
     else

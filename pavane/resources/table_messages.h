@@ -23,6 +23,7 @@ inline constexpr const char* partIsLeft =
 inline constexpr const char* oldFileStays =
     "The table could not be written whole. The file stays as it was; what was written is in: ";
 
+inline constexpr const char* escapeStops = " (Escape stops)";
 inline constexpr const char* sortingRows = "Sorting";
 inline constexpr const char* noMemoryToSort = "There is not enough memory to sort the table.";
 inline constexpr const char* searchingCells = "Searching";

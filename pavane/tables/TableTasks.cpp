@@ -1,5 +1,7 @@
 #include "pavane/tables/TableTasks.h"
 
+#include "pavane/progress/slices.h"
+#include "pavane/resources/table_messages.h"
 #include "pavane/tables/TableWatch.h"
 #include "platform/CDC.h"
 #include "platform/system_colors.h"
@@ -7,7 +9,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <limits>
 
 namespace pavane
 {
@@ -18,8 +19,8 @@ namespace
 constexpr unsigned taskTimer = 12;
 constexpr unsigned lineTimer = 13;
 constexpr unsigned lineId = 1003;
-constexpr int sliceTime = 15;        // ms
-constexpr int firstSliceTime = 100;  // ms, within the click or key that asked
+constexpr std::chrono::milliseconds sliceTime{15};
+constexpr std::chrono::milliseconds firstSliceTime{100};  // within the click or key that asked
 constexpr int leastSteps = 32;       // short work is done at once, however slow the machine
 constexpr unsigned wordTime = 5000;  // ms
 constexpr int lineMargin = 6;
@@ -69,8 +70,13 @@ void ATableWnd::Tasks::start(std::shared_ptr<TableTask> task, bool atOnce)
     if (watch.gone())
         return;
     task_ = std::move(task);
+    const AProgress progress;
+    job_ = std::make_unique<ProgressJob>(progress, task_->name(), std::chrono::steady_clock::now());
+    job_->writer.emplace(progress);
+    job_->writer->SetTotal(100);
+    percent_ = 0;
     if (!table_.GetSafeHwnd())
-        return run(std::numeric_limits<int>::max(), 0);
+        return run(std::chrono::milliseconds::max(), 1);
     (void)table_.SetTimer(taskTimer, 1);
     if (atOnce)
         run(firstSliceTime, leastSteps);
@@ -87,14 +93,24 @@ int ATableWnd::Tasks::cancel()
 void ATableWnd::Tasks::stop()
 {
     task_.reset();
+    job_.reset();
     (void)table_.KillTimer(taskTimer);
     table_.showState({});
 }
 
-/// Goes on with the work. Its hooks may end the table, drop the work, or begin another one.
-void ATableWnd::Tasks::run(int milliseconds, int steps)
+/// How far the work is, and for how long it will go on.
+CString ATableWnd::Tasks::stateText()
 {
-    using Clock = std::chrono::steady_clock;
+    const int percent = task_->percent();
+    job_->writer->Advance(percent - percent_);
+    percent_ = std::max(percent, percent_);
+    job_->update(std::chrono::steady_clock::now());
+    return job_->name + ": " + job_->stateText() + escapeStops;
+}
+
+/// Goes on with the work. Its hooks may end the table, drop the work, or begin another one.
+void ATableWnd::Tasks::run(std::chrono::milliseconds time, int steps)
+{
     if (!task_ || running_)
         return;
     const LifeWatch life(table_.life_);
@@ -102,20 +118,22 @@ void ATableWnd::Tasks::run(int milliseconds, int steps)
     const std::shared_ptr<TableTask> task = task_;
     running_ = 1;
     WorkState state = WorkState::goesOn;
-    const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
-    while (state == WorkState::goesOn && task == task_ && (steps-- > 0 || Clock::now() < end)) {
-        state = task->step();
-        if (!life.alive())
-            return;
-        if (watch.gone())
-            state = WorkState::gone;
-    }
+    (void)runSlice(
+        time,
+        [&] {
+            state = task->step();
+            if (life.alive() && watch.gone())
+                state = WorkState::gone;
+            return life.alive() && state == WorkState::goesOn && task == task_;
+        },
+        steps);
+    if (!life.alive())
+        return;
     running_ = 0;
     if (task != task_)
         return;
     if (state == WorkState::goesOn)
-        return table_.showState(CString(task->name()) + ": " + std::to_string(task->percent()) +
-                                " % (Escape stops)");
+        return table_.showState(stateText());
     stop();
     if (state == WorkState::done && !watch.gone())
         task->finish();
@@ -171,6 +189,7 @@ void ATableWnd::Tasks::showLine(const CString& text)
 void ATableWnd::Tasks::windowGoes()
 {
     task_.reset();
+    job_.reset();
     saying_ = 0;
     line_.reset();
 }

@@ -2,6 +2,7 @@
 
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/grid/table_values.h"
+#include "pavane/windows/ProgressJob.h"
 
 #include <memory>
 
@@ -47,11 +48,14 @@ public:
 private:
     class Line;
     /// As long as that, and at least so many steps.
-    void run(int milliseconds, int steps);
+    void run(std::chrono::milliseconds time, int steps);
     void stop();
+    CString stateText();
 
     ATableWnd& table_;
     std::shared_ptr<TableTask> task_;
+    std::unique_ptr<ProgressJob> job_;  ///< how far the task is
+    int percent_ = 0;                   ///< that it was told last
     int running_ = 0;
     int saying_ = 0;
     std::unique_ptr<Line> line_;

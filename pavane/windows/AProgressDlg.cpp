@@ -1,6 +1,6 @@
 #include "pavane/windows/AProgressDlg.h"
 
-#include "pavane/progress/TimeLeft.h"
+#include "pavane/progress/slices.h"
 #include "pavane/windows/progress_dialog.h"
 #include "pavane/windows/ProgressJob.h"
 #include "platform/cursors.h"
@@ -81,7 +81,7 @@ int AProgressDlg::wait(const AProgress& watched)
             return job->progress == progress && job->slice;
         });
         if (at != jobs_.end())
-            runSlice(*at);
+            runPieces(*at);
         else
             std::this_thread::sleep_for(waitPause);
         if (life.alive())
@@ -94,19 +94,21 @@ int AProgressDlg::wait(const AProgress& watched)
 }
 
 /// What the slice does may end the dialog.
-void AProgressDlg::runSlice(std::shared_ptr<ProgressJob> job)
+void AProgressDlg::runPieces(const std::shared_ptr<ProgressJob>& shared)
 {
-    const auto end = Clock::now() + sliceTime;
-    while (job->writer && !job->progress.HasEnded()) {
-        // the handle goes, and so the job has stopped
-        if (job->writer->IsCancelled())
-            return job->writer.reset();
+    const std::shared_ptr<ProgressJob> job = shared;
+    (void)runSlice(sliceTime, [&] {
+        if (!job->writer || job->progress.HasEnded())
+            return 0;
+        if (job->writer->IsCancelled()) {
+            job->writer.reset();  // the handle goes, and so the job has stopped
+            return 0;
+        }
         AProgressWriter writer = *job->writer;
         if (!job->slice(writer))
             (void)writer.Finish();
-        if (Clock::now() >= end)
-            return;
-    }
+        return 1;
+    });
 }
 
 int AProgressDlg::goesOn() const
@@ -293,7 +295,7 @@ void AProgressDlg::OnTimer(unsigned id)
     for (const auto& job : jobs) {
         if (!job->slice || job->progress.HasEnded())
             continue;
-        runSlice(job);
+        runPieces(job);
         if (!life.alive())
             return;
         isLeft = 1;

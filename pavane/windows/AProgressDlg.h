@@ -73,7 +73,7 @@ protected:
 private:
     using Clock = std::chrono::steady_clock;
     int wait(const AProgress& watched);
-    void runSlice(std::shared_ptr<ProgressJob> job);
+    void runPieces(const std::shared_ptr<ProgressJob>& shared);
     int goesOn() const;
     void refresh();
     void dropEnded(std::vector<AProgress>& ended);

@@ -1,5 +1,6 @@
 #include "pavane/tables/observation/AObservationTbl.h"
 
+#include "pavane/progress/slices.h"
 #include "pavane/resources/observation_texts.h"
 #include "pavane/resources/resource_ids.h"
 #include "pavane/tables/TableWatch.h"
@@ -203,13 +204,10 @@ void AObservationTbl::OnTimer(unsigned id)
 {
     if (id != fillTimer)
         return AMarkTable::OnTimer(id);
-    using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + fillShare;
     const TableWatch watch(*this);
     if (!isFilling())
         return (void)KillTimer(fillTimer);
-    while (observation_->step() && !watch.gone() && isFilling() && Clock::now() < end) {
-    }
+    (void)runSlice(fillShare, [&] { return observation_->step() && !watch.gone() && isFilling(); });
 }
 
 void AObservationTbl::FillingChanged()
