@@ -321,6 +321,19 @@ void AMultiPlotWnd::PrintWindow(CDC& dc, CRect& rect, int page)
     ContentChanged();
 }
 
+void AMultiPlotWnd::GraphChanged(AGraph* graph)
+{
+    if (!multi_ || multi_->getScaleOf(graph) < 0)
+        return ContentChanged();
+    multi_->setChanged(graph);
+    if (!patchContent([&](CDC& dc, CRect& rect) { return multi_->drawChanged(dc, rect); }))
+        return ContentChanged();
+    CRect panel = panelPlot(multi_->getScale(multi_->getScaleOf(graph)).panel);
+    panel.InflateRect(multi_->getFHeight(), multi_->getFHeight());
+    if (GetSafeHwnd())
+        InvalidateRect(panel);
+}
+
 void AMultiPlotWnd::ShowPage(int page)
 {
     if (!multi_)

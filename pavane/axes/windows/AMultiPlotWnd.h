@@ -51,6 +51,8 @@ public:
     /// All of a direction, as one step.
     void ShowWholeDirection(int direction);
 
+    /// A graph has other points in the same ranges: only its panel is drawn again.
+    void GraphChanged(AGraph* graph);
     /// Another page, from 0; the nearest one when there is none of that number.
     void ShowPage(int page);
     /// What has the keyboard when the window has it.

@@ -26,7 +26,7 @@ constexpr int fewPoints = 10;
 constexpr COLORREF lineColor = RGB(96, 96, 96);
 constexpr COLORREF haloColor = RGB(255, 255, 255);
 /// Half the edge of the mark about a point, its halo left out.
-constexpr int markReach = 6;
+constexpr int markReach = 7;
 /// From a part to the frame about it, and the frame's width with its halo.
 constexpr int frameReach = 3;
 
@@ -116,7 +116,8 @@ void AMultiPlotWnd::ServiceDraw(CDC& dc, CRect& client, CRect& update)
     if (!mark.IsRectEmpty() && focus_.kind == MultiFocusKind::curve &&
         pointPixel(*multi_, focus_, pixel)) {
         CRect ring = mark;
-        for (const COLORREF color : {haloColor, GetSysColor(COLOR_HIGHLIGHT), haloColor}) {
+        for (const COLORREF color :
+             {haloColor, GetSysColor(COLOR_HIGHLIGHT), GetSysColor(COLOR_HIGHLIGHT), haloColor}) {
             const SelectedObject<CPen> pen(dc, CPen(PS_SOLID, 1, color));
             dc.MoveTo(ring.left, ring.top);
             for (const CPoint to :

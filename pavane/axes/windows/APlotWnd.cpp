@@ -139,6 +139,7 @@ void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
                                          FigureLayout layout;
                                          layOutWindow(to, rect, layout);
                                          figure_.draw(to, layout);
+                                         drawnIn_ = layout.axis;
                                      });
     if (ratio == 0 || !axis_)
         return;
@@ -146,6 +147,17 @@ void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
         view_.setWhole(axis_->getMinMax());
     plotLaidOut();
     contentDrawn(ratio);
+}
+
+int APlotWnd::patchContent(const std::function<int(CDC& dc, CRect& rect)>& draw)
+{
+    return axis_ && picture_.patch([&](CDC& dc) {
+        CRect rect = drawnIn_;
+        const int smooth = dc.SetSmooth(1);  // as the figure is drawn
+        const int done = draw(dc, rect);
+        dc.SetSmooth(smooth);
+        return done;
+    });
 }
 
 void APlotWnd::ServiceDraw(CDC& dc, CRect&, CRect&) { band_.draw(dc); }

@@ -189,6 +189,9 @@ protected:
     /// Where the context menu was asked for; (-1, -1) once the pointer, a press or a key did else.
     CPoint menuPoint() const { return menuPoint_; }
     const CBitmap& contentPixels() const { return picture_.pixels(); }
+    /// Draws a part of the content anew where it stands: `draw` gets the rectangle in which the
+    /// axis was drawn, and answers whether it could. 0 when all has to be drawn (ContentChanged).
+    int patchContent(const std::function<int(CDC& dc, CRect& rect)>& draw);
 
     void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonUp(unsigned flags, CPoint point) override;
@@ -246,6 +249,7 @@ private:
     MapFigure figure_;
     CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
     CSize marginsFor_;
+    CRect drawnIn_;  ///< where the axis was drawn in the window
     PlotPicture picture_;
     ViewHistory views_;
     std::array<PartOfView, viewParts> parts_;

@@ -10,6 +10,14 @@ int PlotPicture::drawn(int ratio)
     return ratio;
 }
 
+int PlotPicture::patch(const std::function<int(CDC& dc)>& draw)
+{
+    if (stale_ || pictureStale_ || !pixels_.bits())
+        return 0;
+    CMemoryDC memory(pixels_);
+    return draw(memory);
+}
+
 int PlotPicture::paint(CDC& dc, const CRect& client, const CRect& update, int bare,
                        const Drawing& draw)
 {

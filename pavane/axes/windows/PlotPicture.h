@@ -27,6 +27,10 @@ public:
     /// copy that could be painted from; who draws over it later gets one. Pixels to a unit when the
     /// plot was drawn, else 0.
     int paint(CDC& dc, const CRect& client, const CRect& update, int bare, const Drawing& draw);
+    /// Draws into the copy where a part of the plot has changed; `draw` answers whether it could. 0
+    /// when it could not, and when there is no copy of what the plot shows: all is to be drawn
+    /// then.
+    int patch(const std::function<int(CDC& dc)>& draw);
     /// How often the plot was drawn.
     int drawings() const { return drawings_; }
     /// The copy, of the size of the window; without pixels while there was none.

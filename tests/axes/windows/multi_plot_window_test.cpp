@@ -333,6 +333,35 @@ TEST(MultiPlotWindow, ShowsALineAtThePointerInAllPanelsWithoutDrawingThePlot)
     EXPECT_TRUE(std::isnan(window.GetLineAt()));
 }
 
+TEST(MultiPlotWindow, DrawsThePanelOfAChangedGraphAlone)
+{
+    MultiWindow window(panels());
+    AGraph* const graph = window.GetAxis()->childs()(2);
+    const auto pixels = [&] {
+        window.UpdateWindow();
+        CBitmap bitmap;
+        bitmap.CreateBitmap(500, 400, 1);
+        CMemoryDC memory(bitmap);
+        const CWindowDC own(&window);
+        memory.BitBlt(0, 0, 500, 400, &own, 0, 0, SRCCOPY);
+        return std::vector<std::uint32_t>(bitmap.bits(), bitmap.bits() + 500 * 400);
+    };
+    const auto before = pixels();
+    for (const double value : {-100., 20.}) {
+        phases[2] = value;
+        const int drawings = window.contentDrawings();
+        window.GraphChanged(graph);
+        const auto patched = pixels();
+        EXPECT_EQ(window.contentDrawings(), drawings);
+        window.ContentChanged();
+        EXPECT_EQ(patched, pixels());
+        EXPECT_EQ(patched == before, value == 20);
+    }
+    window.GetAxis()->deleteGraph(graph);
+    window.GraphChanged(graph);
+    EXPECT_NE(pixels(), before);
+}
+
 TEST(MultiPlotWindow, TellsScreenReadersWhatKeysReach)
 {
     static std::vector<AccessId> heard;
