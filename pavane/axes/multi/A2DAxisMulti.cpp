@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 namespace pavane
 {
@@ -330,7 +331,7 @@ TMinMax& A2DAxisMulti::createMinMax()
     if (isOrdinary())
         return A2DAxis::createMinMax();
     const CurrentScale before(*this);
-    std::vector<TMinMax> own;
+    std::vector<std::optional<TMinMax>> own(static_cast<std::size_t>(childs_.count()));
     /// Widens a pair that is not set, or not finite, by what the graphs of a scale have in it; -1
     /// for those of all. Then puts it in order, unless there is nothing in it.
     const auto complete = [&](double TMinMax::*min, double TMinMax::*max, bool isSet, int scale) {
@@ -339,14 +340,15 @@ TMinMax& A2DAxisMulti::createMinMax()
             range_.*min = unsetMinimum;
             range_.*max = unsetMaximum;
             for (int i = 0; i < childs_.count(); ++i) {
-                if (static_cast<int>(own.size()) <= i)
-                    childs_(i)->getMinMax(own.emplace_back());
-                const TMinMax& data = own[static_cast<std::size_t>(i)];
-                if ((scale >= 0 && knownScaleOf(childs_(i)) != scale) ||
-                    isUnset(data.*min, data.*max))
+                if (scale >= 0 && knownScaleOf(childs_(i)) != scale)
                     continue;
-                widen(range_.*min, range_.*max, data.*min);
-                widen(range_.*min, range_.*max, data.*max);
+                std::optional<TMinMax>& data = own[static_cast<std::size_t>(i)];
+                if (!data)
+                    childs_(i)->getMinMax(data.emplace());
+                if (isUnset((*data).*min, (*data).*max))
+                    continue;
+                widen(range_.*min, range_.*max, (*data).*min);
+                widen(range_.*min, range_.*max, (*data).*max);
             }
             if (isSet)
                 keepFiniteEnds(asked.*min, asked.*max, range_.*min, range_.*max);

@@ -45,7 +45,10 @@ Title titleOf(const CString& text)
     CString name = hasUnit ? plain.substr(0, open) : plain;
     while (!name.empty() && name.back() == ' ')
         name.pop_back();
-    return {name, hasUnit ? " " + plain.substr(open + 1, close - open - 1) : CString()};
+    CString unit;
+    if (hasUnit)
+        unit.append(" ").append(plain, open + 1, close - open - 1);
+    return {name, unit};
 }
 
 CString unitOf(const A2DAxisMulti& axis, int scale)
