@@ -11,12 +11,14 @@ namespace pavane
 
 // the library's own template, whatever a host calls by that number
 IntervalCountDlg::IntervalCountDlg(const TimeIntervalForm& form, int count, CWnd* parent)
-    : CDialog(timeCountDialog, parent), form_(form), count_(std::to_string(count))
+    : AResizeDialog(timeCountDialog, parent), form_(form), count_(std::to_string(count))
 {
+    SetResizeItems(timeCountResize);
 }
 
 int IntervalCountDlg::OnInitDialog()
 {
+    const int result = AResizeDialog::OnInitDialog();
     if (auto* const arrows = dynamic_cast<CUpDownCtrl*>(GetDlgItem(IDC_TIME_COUNT_ARROWS)))
         arrows->SetRange(leastIntervals, mostIntervals);
     if (auto* const edit = dynamic_cast<CEdit*>(GetDlgItem(IDC_TIME_COUNT))) {
@@ -24,7 +26,7 @@ int IntervalCountDlg::OnInitDialog()
         edit->SetWindowText(count_);
         edit->SetSel(0, -1);
     }
-    return CDialog::OnInitDialog();
+    return result;
 }
 
 /// Takes over what stands in the edit and tells what it would give; 0 when it is no count.
@@ -42,7 +44,7 @@ int IntervalCountDlg::tryCount()
 void IntervalCountDlg::OnOK()
 {
     if (tryCount()) {
-        CDialog::OnOK();
+        AResizeDialog::OnOK();
         return;
     }
     if (auto* const edit = dynamic_cast<CEdit*>(GetDlgItem(IDC_TIME_COUNT))) {
@@ -55,7 +57,7 @@ int IntervalCountDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
 {
     if (id == IDC_TIME_COUNT && code == EN_CHANGE)
         (void)tryCount();
-    return CDialog::OnCommand(id, code, control);
+    return AResizeDialog::OnCommand(id, code, control);
 }
 
 }  // namespace pavane

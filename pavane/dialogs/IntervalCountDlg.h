@@ -1,14 +1,14 @@
 #pragma once
 
 #include "pavane/dialogs/values/TimeIntervalForm.h"
-#include "platform/CDialog.h"
+#include "pavane/windows/AResizeDialog.h"
 
 namespace pavane
 {
 
 /// Asks how many intervals the range on a page shall be cut into, and says how long each would be.
 /// OK keeps it open while the text is no count that the page takes.
-class IntervalCountDlg : public CDialog
+class IntervalCountDlg : public AResizeDialog
 {
 public:
     /// Begins with `count`; `form` as the page holds it, of which it takes a copy.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/dialogs/layout/dialog_layout.h"
 #include "pavane/resources/resource_ids.h"
 #include "platform/dialog_template.h"
 #include "platform/message.h"
@@ -67,6 +68,11 @@ inline constexpr DlgItem timeCountItems[] = {
     {ControlKind::staticText, IDC_TIME_COUNT_NOTE, "", 8, 26, 134, 10},
     {ControlKind::defaultButton, IDOK, "OK", 37, 44, 50, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 92, 44, 50, 14, WS_TABSTOP},
+};
+inline constexpr ResizeItem timeCountResize[] = {
+    {IDC_TIME_COUNT, 0, 0, 100, 0},      {IDC_TIME_COUNT_ARROWS, 100, 0, 100, 0},
+    {IDC_TIME_COUNT_NOTE, 0, 0, 100, 0}, {IDOK, 100, 0, 100, 0},
+    {IDCANCEL, 100, 0, 100, 0},
 };
 inline constexpr DlgTemplate timeCountDialog{IDD_TIME_INTERVAL_COUNT,
                                              "Time intervals",

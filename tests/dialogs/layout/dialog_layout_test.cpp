@@ -94,6 +94,7 @@ TEST(DialogLayout, InDialogsOfTheLibraryNothingOverlapsOrIsCutAtRandomSizes)
         {pageSetupTemplate, pageSetupResize},
         {previewTemplate, previewResize},
         {progressTemplate, progressResize},
+        {timeCountDialog, timeCountResize},
     };
     std::mt19937 random(3);
     const auto upTo = [&](int most) { return std::uniform_int_distribution(0, most)(random); };
