@@ -4,6 +4,7 @@
 #include "pavane/axes/ranges/ticks.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace pavane
@@ -48,7 +49,10 @@ TickSet periodTicks(const TickWish& wish, double period)
     }
     const double step = chosen->ofPeriod * period;
     constexpr double mostTicks = 1e4;
-    if (!(span > 0) || !(span / step < mostTicks) || (chosen == parts && span < 2 * step))
+    constexpr double mostSteps = 1e12;  // from 0; beyond it steps are lost in rounding
+    const double far = std::max(std::fabs(wish.range.min), std::fabs(wish.range.max));
+    if (!(span > 0) || !(span / step < mostTicks) || !(far / step < mostSteps) ||
+        (chosen == parts && span < 2 * step))
         return linearTicks(wish);
     TickSet set;
     set.title = plainTitle(wish.name);

@@ -215,6 +215,22 @@ TEST(Multi, AChangedPanelIsDrawnAloneAndLooksAsInAWholePicture)
         }
 }
 
+TEST(Multi, ACopyDrawsTheSame)
+{
+    Data data;
+    A2DAxisMulti axis(1, 1, nullptr, 0);
+    AYScale scale;
+    scale.panel = 1;
+    axis.setScaleOf(data.line(axis), axis.addScale(scale));
+    data.line(axis);
+    CPicture pictures[] = {{400, 300}, {400, 300}};
+    drawInto(pictures[0], axis);
+    A2DAxisMulti copy(1, 1, nullptr, 0);
+    copy = axis;
+    drawInto(pictures[1], copy);
+    EXPECT_TRUE(areEqual(pictures[0], pictures[1]));
+}
+
 TEST(Multi, ErrorBarsReachAsFarAsTheyAreAndWidenTheRange)
 {
     double x[] = {1, 2, 3};

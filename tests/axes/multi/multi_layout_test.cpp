@@ -1,5 +1,6 @@
 #include "pavane/axes/AGraphXYLine.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/multi/period_ticks.h"
 #include "platform/picture.h"
 
 #include <gtest/gtest.h>
@@ -87,6 +88,53 @@ TEST(MultiLayout, NoTextTouchesAnotherOrIsCut)
         }
     }
     EXPECT_GT(texts, 4000);
+}
+
+TEST(MultiLayout, LongTitlesGiveWayToOneForTheColumnWhenTheyAreEqual)
+{
+    const CString title = "Amplitude of the visibilities";
+    for (const bool areEqual : {true, false}) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        for (int i = 0; i < 6; ++i) {
+            AYScale scale;
+            scale.name = areEqual || i != 3 ? title : title + " in 3";
+            scale.range = {0, 1};
+            scale.panel = i;
+            axis.addScale(scale);
+        }
+        axis.setMinMax({0, 1});
+        CPicture picture(1, 1);
+        ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 600, 500)));
+        int whole = 0, cut = 0;
+        for (const MultiLayout::Text& text : axis.getLayout().texts) {
+            whole += text.text == title;
+            cut += text.text.find("...") != CString::npos;
+        }
+        EXPECT_EQ(whole, areEqual ? 1 : 0);
+        EXPECT_EQ(cut, areEqual ? 0 : 6);
+    }
+}
+
+TEST(MultiLayout, TicksOfAPeriodAreWholePartsOfIt)
+{
+    struct Case {
+        double low, high, period;
+        int intervals;
+        const char* labels;
+    };
+    const Case cases[] = {
+        {-180, 180, 360, 5, "-180 -90 0 90 180 "}, {0, 100, 360, 5, "0 30 60 90 "},
+        {-20, 50, 360, 5, "-15 0 15 30 45 "},      {0, 720, 360, 3, "0 360 720 "},
+        {0, 24, 24, 4, "0 6 12 18 24 "},           {1, 3, 360, 4, "1.0 1.5 2.0 2.5 3.0 "}};
+    for (const Case& c : cases) {
+        CString labels;
+        for (const auto& tick :
+             periodTicks({"", {c.low, c.high}, c.intervals, 1, 2, true}, c.period).major)
+            labels += tick.label + " ";
+        EXPECT_EQ(labels, c.labels) << c.low;
+    }
+    for (const double far : {1e20, 1e300, -1e15})  // ends, and soon
+        EXPECT_LT(periodTicks({"", {far, far + std::fabs(far) * 1e-15}, 5}, 1).major.size(), 100U);
 }
 
 TEST(MultiLayout, PlotsOfAColumnAreAlignedAndApart)
