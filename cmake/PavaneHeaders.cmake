@@ -30,6 +30,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/cells/AMapHistogram.h
     pavane/axes/maps/cells/AMatrixAccess.h
     pavane/axes/maps/cells/contour_levels.h
+    pavane/axes/maps/cells/fit_beam.h
     pavane/axes/maps/cells/map_scale.h
     pavane/axes/maps/cells/map_statistics.h
     pavane/axes/maps/cells/RangeRule.h
@@ -288,6 +289,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/maps/cells/KeptPixels.h
     pavane/axes/maps/cells/map_picture.h
     pavane/axes/maps/cells/map_reduction.h
+    pavane/axes/maps/cells/MapBeam.h
     pavane/axes/maps/cells/MapRanks.h
     pavane/axes/maps/cells/pixel_cells.h
     pavane/axes/maps/cells/simd_path.h

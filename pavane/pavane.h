@@ -30,6 +30,7 @@
 #include "pavane/axes/maps/cells/AMapHistogram.h"
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "pavane/axes/maps/cells/contour_levels.h"
+#include "pavane/axes/maps/cells/fit_beam.h"
 #include "pavane/axes/maps/cells/map_scale.h"
 #include "pavane/axes/maps/cells/map_statistics.h"
 #include "pavane/axes/maps/cells/RangeRule.h"

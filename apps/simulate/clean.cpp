@@ -47,7 +47,7 @@ void takeOff(AMatrix<float>& map, const AMatrix<float>& beam, Cell at, float flu
 }
 
 /// Adds a Gaussian of the beam's shape and the given peak.
-void restore(AMatrix<float>& map, const CleanBeam& beam, Cell at, double peak)
+void restore(AMatrix<float>& map, const MapBeam& beam, Cell at, double peak)
 {
     const double angle = beam.angle * std::numbers::pi / 180;
     const int reach = static_cast<int>(3 * beam.major) + 1;
@@ -66,48 +66,7 @@ void restore(AMatrix<float>& map, const CleanBeam& beam, Cell at, double peak)
 
 }  // namespace
 
-CleanBeam fitBeam(const AMatrix<float>& beam)
-{
-    // -ln(beam) = a e^2 + b e n + c n^2 with e east and n north; least squares by normal equations
-    const int middleRow = beam.rows() / 2;
-    const int middleColumn = beam.columns() / 2;
-    double m[3][4] = {};
-    constexpr int reach = 40;
-    for (int r = std::max(middleRow - reach, 0); r < std::min(middleRow + reach, beam.rows()); ++r)
-        for (int c = std::max(middleColumn - reach, 0);
-             c < std::min(middleColumn + reach, beam.columns()); ++c) {
-            if (beam(r, c) < 0.5f)
-                continue;
-            const double e = middleColumn - c;
-            const double n = r - middleRow;
-            const double terms[4] = {e * e, e * n, n * n, -std::log(double{beam(r, c)})};
-            for (int i = 0; i < 3; ++i)
-                for (int k = 0; k < 4; ++k)
-                    m[i][k] += terms[i] * terms[k];
-        }
-    for (int i = 0; i < 3; ++i)
-        for (int row = 0; row < 3; ++row) {
-            if (row == i || m[i][i] == 0)
-                continue;
-            const double factor = m[row][i] / m[i][i];
-            for (int k = 0; k < 4; ++k)
-                m[row][k] -= factor * m[i][k];
-        }
-    const auto solved = [&](int i) { return m[i][i] != 0 ? m[i][3] / m[i][i] : 0.0; };
-    const double a = solved(0);
-    const double b = solved(1);
-    const double c = solved(2);
-    const double mean = (a + c) / 2;
-    const double spread = std::hypot((a - c) / 2, b / 2);
-    const auto width = [](double curvature) {
-        return 2 * std::sqrt(std::numbers::ln2 / std::max(curvature, 1e-12));
-    };
-    // the major axis lies where the curvature is least
-    const double angle = 0.5 * std::atan2(-b, a - c) * 180 / std::numbers::pi;
-    return {width(mean - spread), width(mean + spread), a == c && b == 0 ? 0.0 : angle};
-}
-
-AMatrix<float> cleaned(AMatrix<float> map, const AMatrix<float>& dirtyBeam, const CleanBeam& beam,
+AMatrix<float> cleaned(AMatrix<float> map, const AMatrix<float>& dirtyBeam, const MapBeam& beam,
                        int iterations, double gain, double least)
 {
     std::map<std::pair<int, int>, double> fluxes;

@@ -5,6 +5,7 @@
 #include "apps/simulate/jet_model.h"
 #include "apps/simulate/options.h"
 #include "apps/simulate/uv_file.h"
+#include "pavane/axes/maps/cells/fit_beam.h"
 #include "tessel/fits_map.h"
 #include "tessel/plain_text.h"
 #include "tessel/SafeFile.h"
@@ -31,7 +32,7 @@ constexpr double cleanDepth = 3.0;
 /// One u,v point of so many goes into the list.
 constexpr std::size_t uvEvery = 97;
 
-MapHeader headerOf(const SimulateOptions& o, const CleanBeam& beam)
+MapHeader headerOf(const SimulateOptions& o, const MapBeam& beam)
 {
     const double step = o.cell * degreesPerMas;
     MapHeader header;
@@ -124,7 +125,12 @@ int simulate(const SimulateOptions& o, std::string& error)
         error = "there is no sample, or no memory for the maps";
         return 0;
     }
-    const CleanBeam beam = fitBeam(wideBeam);
+    MapBeam beam;  // in cells; east is to the left
+    const TMinMax cells{0, 1.0 - wideBeam.columns(), 0, wideBeam.rows() - 1.0};
+    if (!fitBeam(AFloatMatrixAccess(wideBeam), cells, beam)) {
+        error = "the main lobe of the dirty beam does not lie within the map or has too few cells";
+        return 0;
+    }
     const double noise = o.observation.noise / std::sqrt(static_cast<double>(samples.u.size()));
     const MapHeader header = headerOf(o, beam);
     MapHeader beamHeader = header;

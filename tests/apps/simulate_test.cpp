@@ -86,16 +86,6 @@ TEST(Simulation, IsTheSameForTheSameSeedOnly)
     ASSERT_GT(first.values.size(), 100u);
 }
 
-TEST(Simulation, FitsTheBeamWithItsAngleNorthThroughEast)
-{
-    for (const double angle : {-70.0, -20.0, 0.0, 35.0, 80.0}) {
-        const CleanBeam beam = fitBeam(gaussian(128, 14, 6, angle));
-        EXPECT_NEAR(beam.major, 14, 1e-3) << angle;
-        EXPECT_NEAR(beam.minor, 6, 1e-3) << angle;
-        EXPECT_NEAR(beam.angle, angle, 1e-3) << angle;
-    }
-}
-
 TEST(Simulation, CleanPutsBackWhatItTakesOff)
 {
     const AMatrix<float> beam = gaussian(256, 14, 6, 35);

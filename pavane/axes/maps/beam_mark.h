@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/axes/maps/cells/MapBeam.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 
@@ -10,15 +11,6 @@ namespace pavane
 
 class ABAxis;
 class CDC;
-
-/// The restoring beam of a map: full widths at half maximum in units of RP and the position angle
-/// of the major axis in degrees, north (y) through east, where right ascension grows to the left.
-struct MapBeam {
-    double major = 0;
-    double minor = 0;
-    double angle = 0;
-    int isSet() const { return major > 0 && minor > 0; }
-};
 
 /// The outline of a beam about (0, 0), `count` points; x grows to the right and y upwards, east at
 /// the left. `xScale`, `yScale`: device units for one unit of RP.
