@@ -63,6 +63,7 @@ int MainWindow::Create(const ViewOptions& options)
 {
     options_ = options;
     shownLevels_ = options.levels.none ? LevelChoice() : options.levels;
+    loadLook();
     recent_.load();
     return CWnd::Create(GetWndClassName(), "pavane-view", WS_OVERLAPPEDWINDOW, firstPlace, nullptr,
                         0);
@@ -86,6 +87,7 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     model_.table().focused = [this] { part_ = Part::model; };
     model_.table().left = [this] { view_.SetFocus(); };
     view_.SetMarks(&model_);
+    view_.SetPlayByMouse(1);
     split_.SetPanes(&view_, &model_.table());
     split_.SetShare(mapShare);
     split_.ShowOnly(0);
@@ -195,6 +197,11 @@ int MainWindow::OpenMap(const std::string& file, int plane)
             AfxMessageBox(error, MB_ICONERROR);
         return 0;
     }
+    // the next map has its own range, whatever was asked for this one
+    options_.hasRange = 0;
+    options_.play = {};
+    const int hasColours = colours_ && colours_->GetSafeHwnd();
+    colours_.reset();
     auto* const areas = new ATrackerArrayInAxis;
     setUpPointer(*areas);
     session_.begin(file);
@@ -215,6 +222,8 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     recent_.add(file);
     setMenu();
     updateTitle();
+    if (hasColours)
+        showColours();
     if (IsWindowVisible())
         offerLeftovers();
     return 1;
@@ -257,6 +266,7 @@ void MainWindow::OnClose()
     if (!MayLeave())
         return;
     SaveWndPos(this, section);
+    storeLook();
     session_.end();
     DestroyWindow();
 }
@@ -265,6 +275,7 @@ void MainWindow::OnDestroy()
 {
     // without OnClose before it the session ends in disorder: leave a copy to come back to
     writeCopy();
+    colours_.reset();
     created_ = 0;
     if (host_)
         host_->windowClosed(*this);
@@ -290,7 +301,7 @@ std::int64_t MainWindow::now()
 
 void MainWindow::mapStatus(const AxisStatus& status)
 {
-    if (map_)
+    if (map_ && !view_.IsPlaying())  // the play tells of itself
         status_.SetTexts(map_->format().texts(status, map_->sky()));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/view/AreaSession.h"
+#include "apps/view/CubeCells.h"
 #include "apps/view/MapDocument.h"
 #include "apps/view/MapWindow.h"
 #include "apps/view/ModelPanel.h"
@@ -12,6 +13,7 @@
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
 #include "apps/view/WindowHost.h"
+#include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
 #include "pavane/axes/windows/ATrackerToolBar.h"
 #include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
@@ -84,6 +86,8 @@ private:
     void mapNotice(const CString& text) override { status_.SetMessage(text); }
     void mapSavePicture() override { savePicture(); }
     void mapFocused() override { part_ = Part::map; }
+    void mapAsksForColours() override { showColours(); }
+    void mapColoursChanged() override;
     int mapStepPlane(int step) override;
 
     // PlaneBarOwner
@@ -139,7 +143,11 @@ private:
     // Edit and view
     int runViewCommand(unsigned id);
     void setPalette(std::size_t i);
-    void contentChanged();
+    void setScale(ViewScale scale);
+    void showColours();
+    void levelsChanged();
+    void loadLook();
+    void storeLook() const;
     void toggleContours();
     void changeLevels();
     void toggleTable();
@@ -173,6 +181,8 @@ private:
     RecentFiles recent_;
     PrintCommands printing_;
     std::vector<CString> palettes_;
+    std::unique_ptr<CubeCells> cubeCells_;  ///< for the dialog
+    std::unique_ptr<APalettePlayDlg> colours_;
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
     int copyFailed_ = 0;

@@ -64,7 +64,7 @@ int MapDocument::setPlane(int plane, const ViewOptions& options, std::string& er
     if (!cube_.exchange(plane, inputs_, error))
         return 0;
     picture_.contentChanged();
-    show(options);
+    applyLevels(picture_, options);  // the colours go with the map through its planes
     return 1;
 }
 

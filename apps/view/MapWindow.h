@@ -35,6 +35,9 @@ public:
     virtual void mapFocused() = 0;
     /// Page Down (1) or Page Up (-1); 0 when there is no other plane.
     virtual int mapStepPlane(int step) = 0;
+    /// The dialog of colours is asked for; range, scale or colours have changed.
+    virtual void mapAsksForColours() = 0;
+    virtual void mapColoursChanged() = 0;
 };
 
 /// The map with its areas, in the main window.
@@ -61,6 +64,7 @@ public:
         owner_.mapAreasChanged();
     }
     void OnNotice(const CString& text) override { owner_.mapNotice(text); }
+    void OnColorsChanged() override { owner_.mapColoursChanged(); }
     /// The pictures of the program are called as in its own menus.
     void amMenuParse(CMenu* popup) override
     {
@@ -91,6 +95,13 @@ protected:
         const int isPlain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0;
         if (step == 0 || !isPlain || !owner_.mapStepPlane(step))
             AAxisWnd::OnKeyDown(key, repeat, flags);
+    }
+    int takeKey(int key, bool shift, bool control) override
+    {
+        if (key != 'P' || shift || control)
+            return AAxisWnd::takeKey(key, shift, control);
+        owner_.mapAsksForColours();
+        return 1;
     }
     int isBare() const override { return AAxisWnd::isBare() && !hasMarks(); }
     void drawIntoPicture(CDC& dc) override

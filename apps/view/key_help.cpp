@@ -41,6 +41,9 @@ constexpr KeyLine mapKeys[] = {
     {"Alt+Left, Alt+Right", "the view before, the view that was left"},
     {"M", "shows the cells of the mask"},
     {"Page Down, Page Up", "the next plane of a cube, the one before"},
+    {"Right drag", "colours: bias across, contrast up, with Shift a tenth as fast; Esc takes back"},
+    {"P", "colours by a histogram: range, contrast, gamma, palettes"},
+    {"Alt+Left, Alt+Right", "back and forward through the views: range and colours"},
     {"F4, F5, F6", "numbers of the area, components, to the next part of the window"},
     {"Ins, Ctrl+D, Del", "among components: adds one, duplicates them, deletes them"},
 };

@@ -41,6 +41,7 @@ enum ViewCommand : unsigned {
     idNextPlane,
     idPreviousPlane,
     idPlayPlanes,
+    idColours,
     idKeys = 40301,
     idAbout,
     idRecent = 40401,  ///< one for each recent file
@@ -113,6 +114,7 @@ inline constexpr MenuItem editItems[] = {
 inline constexpr MenuItem viewItems[] = {
     {"&Palette", 0, paletteItems, std::size(paletteItems)},
     {"&Scale", 0, scaleItems, std::size(scaleItems)},
+    {"Colo&urs...\tP", idColours, nullptr, 0},
     {"&Contours", idContours, nullptr, 0},
     {"Contour &levels...", idContourLevels, nullptr, 0},
     menuLine,

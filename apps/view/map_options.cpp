@@ -1,6 +1,7 @@
 #include "apps/view/map_options.h"
 
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/cells/AMapHistogram.h"
 #include "pavane/axes/maps/MapPicture.h"
 
 namespace pavane
@@ -9,7 +10,18 @@ namespace pavane
 namespace
 {
 
-/// The scale of the library that an option stands for.
+/// The levels asked for, as values of the map.
+ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph)
+{
+    ContourLevels levels;
+    levels.unit = LevelUnit::absolute;
+    if (!graph.cellRange().isEmpty())
+        levels.factors = levelValues(choice, graph.cellRange().greatest, graph.noise().sigma);
+    return levels;
+}
+
+}  // namespace
+
 MapScaleKind scaleKind(ViewScale scale)
 {
     switch (scale) {
@@ -24,23 +36,29 @@ MapScaleKind scaleKind(ViewScale scale)
     }
 }
 
-/// The levels asked for, as values of the map.
-ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph)
+TMnMx rangeOf(const ViewOptions& options, const AMatrixAccess& cells)
 {
-    ContourLevels levels;
-    levels.unit = LevelUnit::absolute;
-    if (!graph.cellRange().isEmpty())
-        levels.factors = levelValues(choice, graph.cellRange().greatest, graph.noise().sigma);
-    return levels;
+    if (!options.hasRange)
+        return {};
+    if (!options.inPerCent)
+        return {options.low, options.high};
+    AMapHistogram histogram;
+    if (!histogram.set(cells))
+        return {};
+    return histogram.percentileRange(options.low, options.high);
 }
-
-}  // namespace
 
 std::string levelNoteOf(const LevelChoice& choice, const MapContent& content)
 {
     if (content.range.isEmpty())
         return {};
     return levelNote(choice, content.range.greatest, content.noise.sigma);
+}
+
+void applyLevels(MapPicture& picture, const ViewOptions& options)
+{
+    picture.graph().contours().setLevels(levelsOf(options.levels, picture.graph()));
+    picture.setHeaderNote(levelNoteOf(options.levels, picture.content()));
 }
 
 void applyOptions(MapPicture& picture, const ViewOptions& options)
@@ -53,13 +71,13 @@ void applyLook(MapPicture& picture, const ViewOptions& options)
 {
     const MapContent& content = picture.content();
     ALevelsColorGraph& graph = picture.graph();
-    if (options.hasRange) {
-        TMinMax centres = content.frame.centres();
-        centres.zMin = options.low;
-        centres.zMax = options.high;
-        graph.setCentres(centres);
-    }
+    TMinMax centres = content.frame.centres();
+    const TMnMx range = rangeOf(options, graph.cells());
+    centres.zMin = range.min;
+    centres.zMax = range.max;
+    graph.setCentres(centres);
     graph.setScale(scaleKind(options.scale));
+    (void)graph.SetColorPlay(options.play);
     graph.contours().setLevels(levelsOf(options.levels, graph));
     picture.figure().setSquareCells(!options.freeAspect);
 }

@@ -42,16 +42,38 @@ int readSize(const std::string& text, ViewOptions& options, std::string& error)
 
 int readRange(const std::string& text, ViewOptions& options, std::string& error)
 {
-    const std::size_t comma = text.find(',');
-    if (comma == std::string::npos ||
-        !stoval(std::string_view(text).substr(0, comma), options.low) ||
-        !stoval(std::string_view(text).substr(comma + 1), options.high) ||
-        !std::isfinite(options.low) || !std::isfinite(options.high) ||
-        !(options.low < options.high)) {
-        error = "--range wants two numbers LOW,HIGH with LOW below HIGH, not '" + text + "'";
+    constexpr std::string_view perCent = "p:";
+    options.inPerCent = text.starts_with(perCent);
+    const std::string_view ends = std::string_view(text).substr(options.inPerCent * perCent.size());
+    const std::size_t comma = ends.find(',');
+    if (comma == std::string::npos || !stoval(ends.substr(0, comma), options.low) ||
+        !stoval(ends.substr(comma + 1), options.high) || !std::isfinite(options.low) ||
+        !std::isfinite(options.high) || !(options.low < options.high) ||
+        (options.inPerCent && (options.low < 0 || options.high > 100))) {
+        error = "--range wants two numbers LOW,HIGH with LOW below HIGH, or p:LOW,HIGH in per cent "
+                "of the cells, not '" +
+                text + "'";
         return 0;
     }
     options.hasRange = 1;
+    return 1;
+}
+
+int readContrast(const std::string& text, ViewOptions& options, std::string& error)
+{
+    const std::string_view all = text;
+    const std::size_t first = std::min(all.find(','), all.size());
+    const std::size_t second = std::min(all.find(',', first + 1), all.size());
+    const int hasGamma = second < all.size();
+    if (first == all.size() || !stoval(all.substr(0, first), options.play.contrast) ||
+        !stoval(all.substr(first + 1, second - first - 1), options.play.bias) ||
+        (hasGamma && !stoval(all.substr(second + 1), options.play.gamma)) ||
+        !options.play.isUsable()) {
+        error =
+            "--contrast wants CONTRAST,BIAS or CONTRAST,BIAS,GAMMA with a gamma above 0, not '" +
+            text + "'";
+        return 0;
+    }
     return 1;
 }
 
@@ -64,6 +86,7 @@ int readScale(const std::string& text, ViewOptions& options, std::string& error)
         return 0;
     }
     options.scale = static_cast<ViewScale>(found - std::begin(names));
+    options.hasScale = 1;
     return 1;
 }
 
@@ -147,9 +170,9 @@ int set(const std::string&, ViewOptions& options, std::string&)
 enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
-constexpr std::string_view mapOptions[] = {"--areas",   "--plane",        "--levels", "--scale",
-                                           "--range",   "--palette",      "--aspect", "--mask",
-                                           "--partial", "--visibilities", "--planes", "--grid"};
+constexpr std::string_view mapOptions[] = {
+    "--areas", "--plane",   "--levels",       "--scale",  "--range", "--palette", "--aspect",
+    "--mask",  "--partial", "--visibilities", "--planes", "--grid",  "--contrast"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -166,7 +189,15 @@ OptionTable<ViewOptions> newTable()
          readLevels},
         {{"--scale", "", "S", "colours spread linear, sqrt, log or equal (histogram-equalised)"},
          readScale},
-        {{"--range", "", "LO,HI", "values of the first and the last colour"}, readRange},
+        {{"--range", "", "LO,HI",
+          "values of the first and the last colour; p:0.5,99.5: per cent of the cells that lie "
+          "below "
+          "them"},
+         readRange},
+        {{"--contrast", "", "C,B[,G]",
+          "contrast of the colours, the place 0 to 1 among the values that gets the middle one "
+          "(bias), and a gamma; 1,0.5,1 leaves them as they are, a contrast below 0 turns them"},
+         readContrast},
         {{"--palette", "", "NAME", "another palette: a name as shipped, or a file with a / in it"},
          keep<&ViewOptions::palette>},
         {{"--aspect", "", "free",
@@ -299,7 +330,8 @@ ProgramText viewProgram()
             {"done", "wrong use",
              "bad input, areas that cannot be used, an output that could not be written, or no "
              "display"},
-            {{"~/.config/pavane-view/pavane-view.ini", "the window's place and the last maps"},
+            {{"~/.config/pavane-view/pavane-view.ini",
+              "the window's place, the last maps, palette, scale and levels"},
              {"~/.config/pavane-view/autosave-*.areas",
               "areas that are not saved, offered when their map is opened next"}},
             {{"The mask of the areas that were marked in the window:",

@@ -4,6 +4,7 @@
 #include "apps/view/level_list.h"
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
+#include "pavane/images/AColorPlay.h"
 #include "tessel/uvfits/UvTimes.h"
 
 #include <string>
@@ -37,11 +38,14 @@ struct ViewOptions {
     int freeAspect = 0;  ///< cells need not be square
     LevelChoice levels;
     ViewScale scale = ViewScale::linear;
+    int hasScale = 0;  ///< one was asked for
     int hasRange = 0;
     double low = 0, high = 0;  ///< colour range, in the unit of the map
-    std::string palette;       ///< empty: the default one
-    UvTimes times;             ///< of a data file: what is plotted and listed
-    PlotWish plot;             ///< of a data file
+    int inPerCent = 0;         ///< or between percentiles of its cells
+    AColorPlay play;
+    std::string palette;  ///< empty: the default one
+    UvTimes times;        ///< of a data file: what is plotted and listed
+    PlotWish plot;        ///< of a data file
     std::string areas, mask, model, visibilities;
     int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;

@@ -48,6 +48,8 @@ int MainWindow::showPlane(int plane)
     const int shown = map_->setPlane(plane, options_, error);
     if (shown)
         view_.ContentChanged();
+    if (shown && colours_)
+        colours_->MapChanged();
     tellPlane();
     if (!shown)
         status_.SetMessage(error);

@@ -15,6 +15,14 @@ namespace pavane
 PrintedPlanes::PrintedPlanes(const ViewOptions& options, const ViewInputs& inputs)
     : options_(options), areas_(inputs.areas), model_(inputs.model, inputs.frame)
 {
+    if (!options_.inPerCent)
+        return;
+    // one range for all, from the first
+    const TMnMx range = rangeOf(options_, AFloatMatrixAccess(inputs.map.cells));
+    options_.inPerCent = 0;
+    options_.hasRange = range.min < range.max;
+    options_.low = range.min;
+    options_.high = range.max;
 }
 
 int PrintedPlanes::open(std::string& error)

@@ -26,7 +26,7 @@ public:
     std::unique_ptr<ABWindow> newWindow();
 
 private:
-    const ViewOptions& options_;
+    ViewOptions options_;
     ChannelMaps maps_;
     AreaLayer areas_;
     ModelLayer model_;

@@ -4,7 +4,6 @@
 #include "apps/view/MainWindow.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/A2DAxis.h"
-#include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
@@ -59,8 +58,7 @@ int MainWindow::runViewCommand(unsigned id)
         return 1;
     }
     if (id >= idScale && id <= idScale + static_cast<unsigned>(ViewScale::equalised)) {
-        options_.scale = static_cast<ViewScale>(id - idScale);
-        contentChanged();
+        setScale(static_cast<ViewScale>(id - idScale));
         return 1;
     }
     switch (id) {
@@ -69,6 +67,9 @@ int MainWindow::runViewCommand(unsigned id)
         return 1;
     case idAbout:
         showAbout();
+        return 1;
+    case idColours:
+        showColours();
         return 1;
     case idContours:
         toggleContours();
@@ -105,30 +106,13 @@ void MainWindow::toggleTable()
     (hasNumbers ? static_cast<CWnd&>(table_) : view_).SetFocus();
 }
 
-void MainWindow::setPalette(std::size_t i)
-{
-    if (!LoadPalette(palettes_[i])) {
-        AfxMessageBox(palettes_[i] + ": the palette cannot be read", MB_ICONERROR);
-        return;
-    }
-    contentChanged();
-}
-
-void MainWindow::contentChanged()
-{
-    if (!map_)
-        return;
-    map_->show(options_);
-    view_.ContentChanged();
-}
-
 void MainWindow::toggleContours()
 {
     LevelChoice none;
     none.none = 1;
     none.text = shownLevels_.text;
     options_.levels = options_.levels.none ? shownLevels_ : none;
-    contentChanged();
+    levelsChanged();
 }
 
 void MainWindow::changeLevels()
@@ -140,7 +124,7 @@ void MainWindow::changeLevels()
     (void)parseLevels(text, options_.levels, ignored);
     if (!options_.levels.none)
         shownLevels_ = options_.levels;
-    contentChanged();
+    levelsChanged();
 }
 
 void MainWindow::OnInitMenuPopup(CMenu& popup)

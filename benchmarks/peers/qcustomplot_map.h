@@ -11,6 +11,9 @@ public:
     ~QCustomPlotMap();
     /// Shows the range and waits until it is on the window.
     void show(double xMin, double xMax, double yMin, double yMax);
+    /// One of two gradients by turns, or another range of the values, in the same way.
+    void showColours(int i);
+    void showValues(double low, double high);
 
 private:
     struct Data;

@@ -54,6 +54,14 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --size 100", "WIDTHxHEIGHT"},
         {"m.fits --batch --range 2,1", "--range"},
         {"m.fits --batch --range 1,nan", "--range"},
+        {"m.fits --batch --range p:-1,99", "--range"},
+        {"m.fits --batch --range p:1,100.5", "--range"},
+        {"m.fits --batch --range p:5", "--range"},
+        {"m.fits --contrast 1", "--contrast wants CONTRAST,BIAS"},
+        {"m.fits --contrast 1,x", "'1,x'"},
+        {"m.fits --contrast 1,0.5,0", "--contrast"},
+        {"m.fits --contrast nan,0.5", "--contrast"},
+        {"m.fits --contrast 1,0.5,1,1", "--contrast"},
         {"m.fits --batch --scale cubic", "'cubic'"},
         {"m.fits --batch --mask o.fits", "--areas"},
         {"m.fits --batch --visibilities uv.csv", "--model"},
@@ -113,6 +121,13 @@ TEST(ViewOptions, ReadsWhatItIsGiven)
     EXPECT_EQ(o.low, -1e-3);
     EXPECT_EQ(o.high, 0.5);
     EXPECT_EQ(o.plane, 2);
+    EXPECT_FALSE(o.inPerCent);
+    EXPECT_TRUE(o.play.isNeutral());
+    ASSERT_TRUE(parseOptions(words("m.fits --range p:0.5,99.5 --contrast -2,.4,1.5"), o, error));
+    EXPECT_TRUE(o.inPerCent && o.low == 0.5 && o.high == 99.5);
+    EXPECT_EQ(o.play, (AColorPlay{-2, 0.4, 1.5, 0}));
+    ASSERT_TRUE(
+        parseOptions(words("m[1].fits --batch --png a.png --stats --aspect free"), o, error));
     EXPECT_TRUE(o.stats && o.freeAspect && o.wantsPicture());
     for (const char* line : {"-h", "--version", "--batch --model m --visibilities uv",
                              "--batch --png=-p.png -- --map.fits"})

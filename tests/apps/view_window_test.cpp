@@ -3,6 +3,7 @@
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/images/palettes.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/tables/components/component_table.h"
@@ -677,6 +678,55 @@ TEST_F(ViewWindow, ActsOnThePartThatHasTheKeyboard)
     }
     EXPECT_TRUE(window.session().isModified());
     areas(window).SetSaved();
+}
+
+TEST_F(ViewWindow, PlaysWithColoursAndKeepsWhatIsNoMatterOfOneMap)
+{
+    ViewOptions options;
+    std::string error;
+    ASSERT_TRUE(parseOptions({"--range", "p:10,90", "--contrast", "2,0.4", path("map.fits")},
+                             options, error));
+    {
+        MainWindow window;
+        ASSERT_TRUE(window.Create(options));
+        ASSERT_TRUE(window.OpenFirst(options));
+        window.Show();
+        AAxisWnd& view = window.view();
+        view.UpdateWindow();
+        const auto graph = [&]() -> AColorsGraph& { return *view.GetColorsGraph(); };
+        EXPECT_GT(graph().scale().low(), -0.999);
+        EXPECT_EQ(graph().GetColorPlay().contrast, 2);
+        window.SendMessage(WM_COMMAND, idScale + 1);
+        window.SendMessage(WM_COMMAND, idContours);  // changes nothing of the colours
+        EXPECT_EQ(graph().scaleKind(), MapScaleKind::squareRoot);
+        EXPECT_GT(graph().scale().low(), -0.999);
+        view.ViewBack();
+        EXPECT_EQ(graph().scaleKind(), MapScaleKind::linear);
+        view.ViewForward();
+        const CPoint middle = view.GetPlot()->getGraphRect().CenterPoint();
+        const auto send = [&](unsigned message, int right) {
+            view.SendMessage(message, MK_RBUTTON, MAKELPARAM(middle.x + right, middle.y));
+        };
+        send(WM_RBUTTONDOWN, 0);
+        send(WM_MOUSEMOVE, 40);
+        send(WM_RBUTTONUP, 40);
+        EXPECT_GT(graph().GetColorPlay().bias, 0.4);
+        view.SendMessage(WM_KEYDOWN, 'P');
+        writeMap("next.fits");
+        ASSERT_TRUE(window.OpenMap(path("next.fits"), -1));
+        EXPECT_LT(graph().scale().low(), -0.999);
+        EXPECT_TRUE(graph().GetColorPlay().isNeutral());
+        EXPECT_EQ(graph().scaleKind(), MapScaleKind::squareRoot);
+        ASSERT_TRUE(LoadPalette("heat"));
+        window.SendMessage(WM_CLOSE);
+    }
+    forgetQuit();
+    LoadBuiltInPalette();
+    MainWindow again;
+    open(again);
+    EXPECT_EQ(again.view().GetColorsGraph()->scaleKind(), MapScaleKind::squareRoot);
+    EXPECT_EQ(baseNameOf(GetGlobalPaletteName()), "heat.pal");
+    again.SendMessage(WM_CLOSE);
 }
 
 TEST_F(ViewWindow, AsksBeforeUnsavedComponentsAreLeft)

@@ -55,6 +55,8 @@ public:
     /// back. A press that moves less than 3 pixels opens the menu when it is released.
     void SetPlayByMouse(int on);
     int GetPlayByMouse() const { return playByMouse_; }
+    /// Non-zero while such a drag goes on.
+    int IsPlaying() const;
     /// The map when it is one of colours, else null.
     AColorsGraph* GetColorsGraph() const;
     /// Shows the map in other colours, on another range or scale; no step of the views by itself.

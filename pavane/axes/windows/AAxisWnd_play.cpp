@@ -14,6 +14,8 @@ void AAxisWnd::OnColorsChanged() {}
 void AAxisWnd::SetColorsListener(std::function<void()> heard) { heardColors_ = std::move(heard); }
 AColorsGraph* AAxisWnd::GetColorsGraph() const { return dynamic_cast<AColorsGraph*>(map_); }
 
+int AAxisWnd::IsPlaying() const { return play_->isGoing(); }
+
 void AAxisWnd::SetPlayByMouse(int on)
 {
     endPlay(0);
