@@ -1,6 +1,7 @@
 #include "pavane/axes/dialogs/AHistogramWnd.h"
 
 #include "pavane/resources/play_messages.h"
+#include "platform/message.h"
 #include "platform/messages.h"
 #include "platform/system_colors.h"
 #include "platform/window_dc.h"
@@ -235,6 +236,11 @@ void AHistogramWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     const int up = (key == VK_UP) - (key == VK_DOWN);
     if (key == VK_ESCAPE && dragged_)
         return endDrag(0);
+    CWnd* const above = GetParent();
+    if ((key == VK_ESCAPE || key == VK_RETURN) && above && above->IsDialog()) {
+        above->PostMessage(WM_COMMAND, key == VK_ESCAPE ? IDCANCEL : IDOK);
+        return;
+    }
     if (key == VK_TAB && GetKeyState(VK_CONTROL) >= 0) {
         const int to = static_cast<int>(idOf(focus_)) - 1 + (shift ? -1 : 1);
         if (to >= 0 && to < 3)

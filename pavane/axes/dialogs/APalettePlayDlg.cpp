@@ -141,8 +141,8 @@ void APalettePlayDlg::listen(int on)
         window()->SetColorsListener(nullptr);
 }
 
-/// Beside the frame that the map stands in, where a screen has room for that, so that the map is in
-/// view. A kept place counts more.
+/// Beside the frame that the map stands in, where the screen has room for that, else in the lower
+/// right corner of the screen, so that most of the map is in view. A kept place counts more.
 void APalettePlayDlg::standBeside()
 {
     const CWnd* frame = window();
@@ -153,17 +153,17 @@ void APalettePlayDlg::standBeside()
         return;
     (void)frame->GetWindowRect(map);
     (void)GetWindowRect(own);
-    constexpr int gap = 12;
+    constexpr int gap = 12, caption = 32;
     for (const CRect& screen : GetScreenRects()) {
         if (!screen.PtInRect(map.CenterPoint()))
             continue;
-        const int top =
-            std::clamp(map.top, screen.top, std::max(screen.top, screen.bottom - own.Height()));
-        const int right = map.right + gap, left = map.left - gap - own.Width();
-        if (right + own.Width() <= screen.right || left >= screen.left) {
-            const int at = right + own.Width() <= screen.right ? right : left;
-            (void)MoveWindow(CRect(at, top, at + own.Width(), top + own.Height()));
-        }
+        const int width = own.Width(), lowest = screen.bottom - own.Height() - gap;
+        const int right = map.right + gap, left = map.left - gap - width;
+        const int fitsRight = right + width <= screen.right, fitsLeft = left >= screen.left;
+        const int x = fitsRight ? right : fitsLeft ? left : screen.right - width - gap;
+        const int y = fitsRight || fitsLeft ? std::min(map.top, lowest) : lowest;
+        const CPoint at(std::max(x, screen.left), std::max(y, screen.top + caption));
+        (void)MoveWindow(CRect(at.x, at.y, at.x + width, at.y + own.Height()));
         return;
     }
 }
@@ -261,7 +261,11 @@ void APalettePlayDlg::MapChanged()
 {
     if (!GetSafeHwnd())
         return;
-    countCells();
+    // all planes are the same whichever of them is shown
+    if (graph() && cells_ == Cells::planes && histogram_.count() > 0)
+        refresh();
+    else
+        countCells();
     if (!byPlane_ || !graph() || rule_.kind == RangeRule::Kind::fixed)
         return;
     ColorLook look(*graph());
