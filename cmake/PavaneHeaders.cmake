@@ -66,9 +66,17 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
     pavane/axes/windows/AxisStatus.h
     pavane/axes/windows/show_map.h
+    pavane/calibration/BaselineReader.h
     pavane/calibration/closure_point.h
     pavane/calibration/closure_sets.h
     pavane/calibration/ClosureReader.h
+    pavane/calibration/PanelChart.h
+    pavane/calibration/visibility_charts.h
+    pavane/calibration/windows/ABaselineWnd.h
+    pavane/calibration/windows/AChartWnd.h
+    pavane/calibration/windows/AClosureSelectDlg.h
+    pavane/calibration/windows/AClosureTbl.h
+    pavane/calibration/windows/AClosureWnd.h
     pavane/containers/AArray.h
     pavane/containers/AObjArray.h
     pavane/containers/APoint.h

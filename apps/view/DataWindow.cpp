@@ -22,17 +22,18 @@ namespace
 constexpr const char* program = "pavane-view";
 /// Where its place is kept; that of map windows is another.
 constexpr const char* section = "pavane-view-data";
-constexpr const char* shareEntry = "TableShare";
+constexpr const char *shareEntry = "TableShare", *panelsEntry = "Panels";
 constexpr CRect firstPlace(100, 80, 1300, 840);
 constexpr double firstShare = 0.48;
 constexpr int leastPane = 120;
 constexpr unsigned idSplitter = 101, idTabs = 102, idPlot = 103, idStatus = 104;
 constexpr unsigned idGroups = 110, idSelector = 120;  ///< one for each table
+constexpr unsigned idPanels = 130;
 
 }  // namespace
 
 DataWindow::DataWindow(WindowHost* host)
-    : host_(host), splitter_(*this), tabs_(*this), plot_(*this), recent_(program)
+    : host_(host), splitter_(*this), tabs_(*this), plot_(*this), panels_(*this), recent_(program)
 {
     all_.fill(1);
 }
@@ -44,6 +45,7 @@ int DataWindow::Create(const ViewOptions& options)
     std::string error;
     modelFile_ = options.model;
     times_ = options.times;
+    wish_ = options.plot;
     if (!modelFile_.empty() && !readComponentFile(modelFile_, model_, error))
         AfxMessageBox(modelFile_ + ": " + error, MB_ICONERROR);
     recent_.load();
@@ -58,7 +60,7 @@ int DataWindow::OnCreate(CREATESTRUCT& cs)
         !tabs_.Create(child, CRect(), &splitter_, idTabs) || !makeTabs() ||
         !plot_.Create(plot_.GetWndClassName(), "Amplitude against uv distance", child, CRect(),
                       &splitter_, idPlot) ||
-        !status_.Create(this, idStatus))
+        !panels_.Create(&splitter_, idPanels) || !status_.Create(this, idStatus))
         return -1;
     splitter_.SetPanes(&tabs_, &plot_);
     splitter_.SetLeastSize(leastPane);
@@ -66,6 +68,9 @@ int DataWindow::OnCreate(CREATESTRUCT& cs)
     if (!stoval(GetProfileString(section, shareEntry), share) || !(share > 0 && share < 1))
         share = firstShare;
     splitter_.SetShare(share);
+    int panels = wish_.panels;
+    if (panels > 0 || stoval(GetProfileString(section, panelsEntry), panels))
+        panels_.SetPanelsOfPage(panels);
     setMenu();
     created_ = 1;
     CRect client;
@@ -159,7 +164,11 @@ int DataWindow::OpenFile(const std::string& file)
         return 0;
     }
     plot_.ShowPoints(nullptr, nullptr, 0);
+    panels_.ForgetFile();
+    const PlotWish wish = std::exchange(wish_, PlotWish());
+    panels_.SetList(wish.baselines);
     data_.swap(opened);
+    showPlot(wish.wasGiven ? wish.kind : shownPlot_);
     showDocument();  // the old one goes when nothing shows it any more
     recent_.load();  // other windows add to it
     recent_.add(file);
@@ -212,6 +221,7 @@ void DataWindow::OnClose()
         return;
     SaveWndPos(this, section);
     (void)WriteProfileString(section, shareEntry, valToStr(splitter_.GetShare(), 3));
+    (void)WriteProfileString(section, panelsEntry, std::to_string(panels_.GetPanelsOfPage()));
     DestroyWindow();
 }
 
@@ -250,10 +260,10 @@ enum Part { tabPart, pagePart, plotPart, parts };
 int DataWindow::focusPart()
 {
     const CWnd* const focus = GetFocus();
-    return isWithin(focus, &plot_)   ? plotPart
-           : isWithin(focus, page()) ? pagePart
-           : isWithin(focus, &tabs_) ? tabPart
-                                     : -1;
+    return isWithin(focus, &shownWindow()) ? plotPart
+           : isWithin(focus, page())       ? pagePart
+           : isWithin(focus, &tabs_)       ? tabPart
+                                           : -1;
 }
 
 void DataWindow::goToPart(int step)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/view/DataDocument.h"
+#include "apps/view/DataPanels.h"
 #include "apps/view/options.h"
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
@@ -41,7 +42,7 @@ private:
 /// The window of pavane-view for a file of visibilities: its tables with marks and its frequency
 /// groups in tabs, beside them the plot of what is marked, below a status line. Groups that are not
 /// saved are asked about.
-class DataWindow : public CWnd, private UvPlotOwner
+class DataWindow : public CWnd, private UvPlotOwner, private PanelsOwner
 {
 public:
     explicit DataWindow(WindowHost* host = nullptr);
@@ -62,6 +63,9 @@ public:
     AObservationSelector& selector(UvTable table) { return *selectors_[indexOf(table)]; }
     AFreqGroupsWnd& groups() { return groups_; }
     UvPlotWindow& plot() { return plot_; }
+    DataPlot shownPlot() const { return shownPlot_; }
+    /// The panels that are shown; null while the plot is of distance.
+    AChartWnd* panels() { return panels_.window(shownPlot_); }
     DataDocument* document() { return data_.get(); }
     const StatusLine& statusLine() const { return status_; }
 
@@ -84,6 +88,11 @@ private:
     void plotClicked(const AxisStatus& status) override;
     void plotSavePicture() override;
 
+    // PanelsOwner
+    void panelsStatus(const CString& text) override;
+    void panelsRead() override;
+    void panelsLeft(int step) override { goToPart(step); }
+
     int makeTabs();
     void layOut(int cx, int cy);
     void setMenu();
@@ -101,6 +110,15 @@ private:
     void readOn();
     void pointsRead(int all);
     void tellTrouble();
+
+    // Panels of visibilities
+    int runPanelCommand(unsigned id);
+    void showPlot(DataPlot kind);
+    void readPanels();
+    void setPanels(int panels);
+    void askTriangles();
+    /// The window of what is plotted.
+    APlotWnd& shownWindow();
 
     // Parts of the window
     CWnd* page();
@@ -142,6 +160,10 @@ private:
     std::array<std::unique_ptr<AObservationSelector>, uvTableCount> selectors_;
     AFreqGroupsWnd groups_;
     UvPlotWindow plot_;
+    DataPanels panels_;
+    DataPlot shownPlot_ = DataPlot::uvdist;
+    PlotWish wish_;       ///< of the file that is opened first
+    int panelsWait_ = 0;  ///< for the baselines of the file
     StatusLine status_;
     RecentFiles recent_;
     PrintCommands printing_;

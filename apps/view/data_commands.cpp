@@ -54,8 +54,8 @@ int DataWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     // a key of the menu, while the pointer drags something
     if (CWnd::GetCapture())
         return 1;
-    return runFileCommand(id) || runViewCommand(id) || runTableCommand(id) ||
-           plot_.RunCommand(id) || CWnd::OnCommand(id, code, control);
+    return runFileCommand(id) || runPanelCommand(id) || runViewCommand(id) || runTableCommand(id) ||
+           shownWindow().RunCommand(id) || CWnd::OnCommand(id, code, control);
 }
 
 int DataWindow::runFileCommand(unsigned id)
@@ -93,8 +93,8 @@ int DataWindow::runFileCommand(unsigned id)
 int DataWindow::print(unsigned id)
 {
     const std::string& object = data_->observation().file().header().object;
-    ABWindow& printed =
-        isPlotActive() ? static_cast<ABWindow&>(plot_) : static_cast<ABWindow&>(activeTable());
+    ABWindow& printed = isPlotActive() ? static_cast<ABWindow&>(shownWindow())
+                                       : static_cast<ABWindow&>(activeTable());
     return printing_.run(id, printed, object.empty() ? "visibilities" : object, *this);
 }
 
@@ -118,8 +118,8 @@ int DataWindow::runViewCommand(unsigned id)
     case idGoOnReading:
         return data_ ? goOnReading() : void(), 1;
     case idZoomIn:
-        if (plot_.GetPlot())
-            plot_.ZoomAbout(plot_.GetPlot()->getGraphRect().CenterPoint(), zoomFactor);
+        if (APlotWnd& shown = shownWindow(); shown.GetPlot())
+            shown.ZoomAbout(shown.GetPlot()->getGraphRect().CenterPoint(), zoomFactor);
         return 1;
     }
     return 0;
@@ -129,7 +129,7 @@ int DataWindow::runViewCommand(unsigned id)
 int DataWindow::runTableCommand(unsigned id)
 {
     if (id == idCopy && isPlotActive())
-        return plot_.RunCommand(ID_COPY_TO_CLIPBOARD);
+        return shownWindow().RunCommand(ID_COPY_TO_CLIPBOARD);
     if (isGroupCommand(id) && page() != &groups_)
         return 1;
     const unsigned command = tableCommandFor(id);

@@ -27,7 +27,13 @@ enum DataCommand : unsigned {
     idPreviousPart,
     idNextTab,
     idPreviousTab,
-    idTimes
+    idTimes,
+    idPlotOf = 41301,  ///< one for each DataPlot, in its order
+    idNextPanels = 41311,
+    idPreviousPanels,
+    idMorePanels,
+    idFewerPanels,
+    idTriangles
 };
 
 inline constexpr MenuItem dataFileItems[] = {
@@ -82,6 +88,21 @@ inline constexpr MenuItem dataMarkItems[] = {
     freqItemOf(ID_FREQ_FIXED_STEP),
 };
 
+/// Lines of what is plotted, in the order of DataPlot.
+inline constexpr MenuItem dataPlotItems[] = {
+    {"&Amplitude against distance\tCtrl+1", idPlotOf, nullptr, 0},
+    {"Amplitude and phase against &time\tCtrl+2", idPlotOf + 1, nullptr, 0},
+    {"&Closure phases\tCtrl+3", idPlotOf + 2, nullptr, 0},
+    {"&Bandpass\tCtrl+4", idPlotOf + 3, nullptr, 0},
+    menuLine,
+    {"T&riangles...\tCtrl+R", idTriangles, nullptr, 0},
+    menuLine,
+    {"&Next panels", idNextPanels, nullptr, 0},
+    {"&Previous panels", idPreviousPanels, nullptr, 0},
+    {"&More panels on a page", idMorePanels, nullptr, 0},
+    {"&Fewer panels on a page", idFewerPanels, nullptr, 0},
+};
+
 inline constexpr MenuItem dataViewItems[] = {
     {"Next &tab\tCtrl+PgDown", idNextTab, nullptr, 0},
     {"&Previous tab\tCtrl+PgUp", idPreviousTab, nullptr, 0},
@@ -102,6 +123,7 @@ inline constexpr MenuItem dataItems[] = {
     {"&File", 0, dataFileItems, std::size(dataFileItems)},
     {"&Edit", 0, dataEditItems, std::size(dataEditItems)},
     {"&Marks", 0, dataMarkItems, std::size(dataMarkItems)},
+    {"&Plot", 0, dataPlotItems, std::size(dataPlotItems)},
     {"&View", 0, dataViewItems, std::size(dataViewItems)},
     {"&Help", 0, helpItems, std::size(helpItems)},
 };

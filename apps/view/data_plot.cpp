@@ -145,6 +145,7 @@ void DataWindow::plotAgain()
     pointsRead(!data_->isReading());
     (void)SetTimer(readTimer, readPause);
     (void)SetTimer(sumTimer, sumPause);
+    readPanels();
 }
 
 void DataWindow::readOn()
@@ -162,6 +163,8 @@ void DataWindow::readOn()
     const int areMarked = !all_[indexOf(UvTable::baselines)] || !all_[indexOf(UvTable::scans)];
     if (!tablesWhole_ && areMarked && areTablesWhole())
         return plotAgain();
+    if (panelsWait_ && (areTablesWhole() || !data_->observation().isFilling()))
+        readPanels();
     if (!data_->isReading() && !data_->observation().isFilling() && !drawLater_)
         (void)KillTimer(readTimer);
     showCounts();
@@ -182,6 +185,8 @@ void DataWindow::stopReading()
 {
     data_->stop();
     data_->observation().stop();
+    if (AChartWnd* const shown = panels())
+        shown->StopReading();
     pointsRead(1);
 }
 

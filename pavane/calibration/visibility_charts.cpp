@@ -35,19 +35,24 @@ CString headerOf(const AUVXFile& file)
     return date.empty() ? text : text + (text.empty() ? "" : "   ") + plainText(date);
 }
 
-/// A line breaks where there is nothing for longer than some steps, as between scans.
+/// A line breaks where there is nothing for longer than some steps and a part of all: it goes
+/// through the pauses between scans, not through those of an antenna that has set.
 double longestStep(const std::vector<double>& x)
 {
     std::vector<double> steps;
+    double all = 0;
     for (std::size_t i = 1; i < x.size(); ++i)
-        if (x[i] > x[i - 1])
+        if (x[i] > x[i - 1]) {
             steps.push_back(x[i] - x[i - 1]);
+            all += steps.back();
+        }
     if (steps.empty())
         return 0;
     const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
     std::nth_element(steps.begin(), middle, steps.end());
     constexpr double stepsOfPause = 5;
-    return stepsOfPause * *middle;
+    constexpr double partOfAll = 0.2;
+    return std::max(stepsOfPause * *middle, partOfAll * all);
 }
 
 ChartCurve pointsOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,

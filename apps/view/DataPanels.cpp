@@ -1,0 +1,109 @@
+#include "apps/view/DataPanels.h"
+
+#include "apps/view/visibility_plot.h"
+#include "pavane/calibration/windows/AClosureSelectDlg.h"
+#include "platform/message.h"
+
+#include <algorithm>
+
+namespace pavane
+{
+
+int DataPanels::Create(CWnd* parent, unsigned firstId)
+{
+    constexpr unsigned style = WS_CHILD | WS_TABSTOP;
+    return baselines_.Create(baselines_.GetWndClassName(), "Amplitude and phase of baselines",
+                             style, CRect(), parent, firstId) &&
+           closure_.Create(closure_.GetWndClassName(), "Closure phases", style, CRect(), parent,
+                           firstId + 1);
+}
+
+AChartWnd* DataPanels::window(DataPlot kind)
+{
+    return kind == DataPlot::uvdist    ? nullptr
+           : kind == DataPlot::closure ? static_cast<AChartWnd*>(&closure_)
+                                       : &baselines_;
+}
+
+/// The baselines with marks, both of whose telescopes have them too.
+std::vector<UvBaseline> DataPanels::markedBaselines(UvObservation& observation,
+                                                    const UvMarks& marks) const
+{
+    const AUVXFile& file = observation.file();
+    std::vector<UvBaseline> left;
+    const std::vector<UvBaseline>& all = observation.baselines();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        const UvBaseline& b = all[i];
+        int isMarked = b.first != b.second &&
+                       (!marks.baselines.count() || marks.baselines.get(static_cast<int>(i)));
+        for (const int number : {b.first, b.second}) {
+            const AUVXTlscItem* const item = file.telescope(b.subarray, number);
+            if (marks.telescopes.count() && marks.telescopes.ones() < marks.telescopes.count())
+                isMarked = isMarked && item &&
+                           marks.telescopes.get(static_cast<int>(item - file.telescopes().data()));
+        }
+        if (isMarked)
+            left.push_back(b);
+    }
+    return left;
+}
+
+int DataPanels::Read(DataPlot kind, UvObservation& observation, const UvMarks& marks,
+                     const AComponents& model, std::string& error)
+{
+    std::vector<UvBaseline> baselines = markedBaselines(observation, marks);
+    AUVXFile& file = observation.file();
+    dropData();
+    if (kind == DataPlot::closure) {
+        std::vector<ClosureTriangle> triangles =
+            closureTriangles(telescopesOf(baselines), baselines);
+        if (!chosen_.empty())
+            std::erase_if(triangles, [&](const ClosureTriangle& t) {
+                return std::none_of(chosen_.begin(), chosen_.end(), [&](const auto& other) {
+                    return other.subarray == t.subarray && other.telescopes == t.telescopes;
+                });
+            });
+        else if (!chosenTriangles(file, list_, triangles, error))
+            return 0;
+        closure_.SetData(&file, std::move(triangles), marks, {}, model);
+        return 1;
+    }
+    if (!chosenBaselines(file, list_, baselines, error))
+        return 0;
+    baselines_.SetData(&file, std::move(baselines),
+                       kind == DataPlot::time ? BaselinePlot::time : BaselinePlot::channels, marks,
+                       model);
+    return 1;
+}
+
+int DataPanels::AskTriangles(CWnd* parent, UvObservation& observation, const UvMarks& marks)
+{
+    AClosureSelectDlg dialog(observation.file(), markedBaselines(observation, marks), marks,
+                             parent);
+    if (!chosen_.empty())
+        dialog.SetChosen(chosen_);
+    if (dialog.DoModal() != IDOK)
+        return 0;
+    chosen_ = dialog.GetChosen();
+    return 1;
+}
+
+void DataPanels::ForgetFile()
+{
+    dropData();
+    chosen_.clear();
+}
+
+void DataPanels::dropData()
+{
+    baselines_.SetData(nullptr);
+    closure_.SetData(nullptr);
+}
+
+void DataPanels::SetPanelsOfPage(int panels)
+{
+    baselines_.SetPanelsOfPage(panels);
+    closure_.SetPanelsOfPage(panels);
+}
+
+}  // namespace pavane

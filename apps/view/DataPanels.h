@@ -1,0 +1,78 @@
+#pragma once
+
+#include "apps/view/plot_options.h"
+#include "pavane/calibration/windows/ABaselineWnd.h"
+#include "pavane/calibration/windows/AClosureWnd.h"
+#include "pavane/tables/uvdata/UvObservation.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// What the panels of visibilities tell the window around them.
+class PanelsOwner
+{
+public:
+    virtual ~PanelsOwner() = default;
+    /// What is under the pointer, "" for nothing.
+    virtual void panelsStatus(const CString& text) = 0;
+    /// More has been read, or all.
+    virtual void panelsRead() = 0;
+    virtual void panelsLeft(int step) = 0;
+};
+
+/// A window of panels that tells its owner.
+template <class Base>
+class ToldPanels : public Base
+{
+public:
+    explicit ToldPanels(PanelsOwner& owner) : owner_(owner) {}
+    void OnMultiStatus(const MultiStatus& status) override
+    {
+        owner_.panelsStatus(this->GetAxis() && status.inPlot ? statusText(*this->GetAxis(), status)
+                                                             : CString());
+    }
+    void OnReading() override { owner_.panelsRead(); }
+    void OnPanelsLeft(int step) override { owner_.panelsLeft(step); }
+
+private:
+    PanelsOwner& owner_;
+};
+
+/// The panels of the window of visibilities: amplitude and phase of baselines against time or
+/// channel, or closure phases.
+class DataPanels
+{
+public:
+    explicit DataPanels(PanelsOwner& owner) : baselines_(owner), closure_(owner) {}
+
+    /// Makes both windows without showing them. Non-zero on success.
+    int Create(CWnd* parent, unsigned firstId);
+    /// Null for uvdist.
+    AChartWnd* window(DataPlot kind);
+    /// What the command line chose of the first file; "" for all.
+    void SetList(const std::string& list) { list_ = list; }
+    /// Reads what is marked; `baselines` are those that the file has, found to the end. Non-zero on
+    /// success; else `error` is a clause without its subject, and nothing is shown.
+    int Read(DataPlot kind, UvObservation& observation, const UvMarks& marks,
+             const AComponents& model, std::string& error);
+    /// Asks which triangles are shown. Non-zero when others are.
+    int AskTriangles(CWnd* parent, UvObservation& observation, const UvMarks& marks);
+    /// Before the file goes; the choices were of that file.
+    void ForgetFile();
+    void SetPanelsOfPage(int panels);
+    int GetPanelsOfPage() const { return baselines_.GetPanelsOfPage(); }
+
+private:
+    void dropData();
+    std::vector<UvBaseline> markedBaselines(UvObservation& observation, const UvMarks& marks) const;
+
+    ToldPanels<ABaselineWnd> baselines_;
+    ToldPanels<AClosureWnd> closure_;
+    std::string list_;
+    std::vector<ClosureTriangle> chosen_;  ///< by the user; empty: an independent set
+};
+
+}  // namespace pavane

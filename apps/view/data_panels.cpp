@@ -1,0 +1,125 @@
+// The panels of visibilities in the data window.
+#include "apps/view/data_menu.h"
+#include "apps/view/DataWindow.h"
+#include "tessel/paths.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Panels of a page that look well, in steps.
+constexpr int panelSteps[] = {1, 2, 4, 6, 8, 12, 20, 30, mostPanels};
+
+}  // namespace
+
+APlotWnd& DataWindow::shownWindow()
+{
+    AChartWnd* const shown = panels();
+    return shown ? static_cast<APlotWnd&>(*shown) : plot_;
+}
+
+void DataWindow::showPlot(DataPlot kind)
+{
+    const int hadFocus = isPlotActive();
+    shownWindow().ShowWindow(SW_HIDE);
+    shownPlot_ = kind;
+    splitter_.SetPanes(&tabs_, &shownWindow());
+    shownWindow().ShowWindow(SW_SHOW);
+    if (hadFocus)
+        shownWindow().SetFocus();
+    CRect client;
+    GetClientRect(client);
+    layOut(client.Width(), client.Height());
+    texts_ = StatusTexts();
+    status_.SetTexts(texts_);
+}
+
+/// What is marked, as panels; once all baselines are known.
+void DataWindow::readPanels()
+{
+    panelsWait_ = 0;
+    if (!data_ || shownPlot_ == DataPlot::uvdist)
+        return;
+    UvObservation& observation = data_->observation();
+    if (!observation.isWhole(UvTable::baselines) && observation.isFilling()) {
+        panelsWait_ = 1;
+        return status_.SetMessage("Looking for baselines");
+    }
+    std::string error;
+    UvMarks marked = marks();
+    marked.times = observation.times();
+    if (!panels_.Read(shownPlot_, observation, marked, model_, error))
+        status_.SetMessage(baseNameOf(data_->file()) + ' ' + error);
+}
+
+void DataWindow::setPanels(int panels)
+{
+    panels_.SetPanelsOfPage(panels);
+    status_.SetMessage(std::to_string(panels_.GetPanelsOfPage()) + " panels on a page");
+}
+
+void DataWindow::askTriangles()
+{
+    const HWND self = GetSafeHwnd();
+    UvMarks marked = marks();
+    marked.times = data_->observation().times();
+    if (!panels_.AskTriangles(this, data_->observation(), marked) ||
+        CWnd::FromHandle(self) != this || !data_)
+        return;
+    showPlot(DataPlot::closure);
+    readPanels();
+}
+
+int DataWindow::runPanelCommand(unsigned id)
+{
+    constexpr unsigned kinds = 4;
+    if (id >= idPlotOf && id < idPlotOf + kinds) {
+        showPlot(static_cast<DataPlot>(id - idPlotOf));
+        return readPanels(), 1;
+    }
+    const int panels = panels_.GetPanelsOfPage();
+    switch (id) {
+    case idNextPanels:
+    case idPreviousPanels:
+        if (AChartWnd* const shown = this->panels())
+            shown->ShowNext(id == idNextPanels ? 1 : -1);
+        return 1;
+    case idMorePanels:
+        return setPanels(
+                   *std::upper_bound(std::begin(panelSteps), std::end(panelSteps) - 1, panels)),
+               1;
+    case idFewerPanels: {
+        const int* const at =
+            std::lower_bound(std::begin(panelSteps), std::end(panelSteps), panels);
+        return setPanels(at == std::begin(panelSteps) ? *at : *(at - 1)), 1;
+    }
+    case idTriangles:
+        return data_ ? askTriangles() : void(), 1;
+    }
+    return 0;
+}
+
+void DataWindow::panelsStatus(const CString& text) { status_.SetMessage(text); }
+
+void DataWindow::panelsRead()
+{
+    const AChartWnd* const shown = panels();
+    if (!shown)
+        return;
+    if (shown->IsReading())
+        status_.SetMessage("Reading, " +
+                           std::to_string(static_cast<int>(std::floor(shown->ReadDone() * 100))) +
+                           " % (Esc stops)");
+    else
+        status_.SetMessage(shown->ReadError().empty()
+                               ? std::string()
+                               : baseNameOf(data_->file()) + ' ' + shown->ReadError());
+}
+
+}  // namespace pavane

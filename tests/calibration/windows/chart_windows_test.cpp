@@ -1,0 +1,97 @@
+#include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/calibration/windows/ABaselineWnd.h"
+#include "pavane/calibration/windows/AClosureWnd.h"
+#include "platform/messages.h"
+#include "tests/calibration/made_data.h"
+
+namespace pavane
+{
+
+namespace
+{
+
+struct Opened {
+    AUVXFile file;
+    std::vector<UvBaseline> baselines;
+    explicit Opened(const std::string& name)
+    {
+        const std::vector<MadeGroup> groups = madeGroups(5, {0, 2, 4, 6});
+        for (std::size_t i = 0; i < 10; ++i)
+            baselines.push_back({1, groups[i].a, groups[i].b, 4});
+        std::string error;
+        EXPECT_TRUE(file.open(savedData(name, groups), error)) << error;
+    }
+};
+
+int make(AChartWnd& window)
+{
+    return window.Create(window.GetWndClassName(), "", WS_OVERLAPPEDWINDOW, CRect(0, 0, 700, 600),
+                         nullptr, 0);
+}
+
+}  // namespace
+
+TEST(ChartWindows, PagesOfClosurePhases)
+{
+    Opened opened("closure_window.uvfits");
+    AClosureWnd window;
+    ASSERT_TRUE(make(window));
+    window.SetPanelsOfPage(4);
+    window.SetData(&opened.file, closureTriangles(telescopesOf(opened.baselines), opened.baselines),
+                   {}, {}, madeModel());
+    EXPECT_TRUE(window.IsReading());
+    window.ReadAll();
+    EXPECT_FALSE(window.IsReading());
+    EXPECT_EQ(window.ReadError(), "");
+    ASSERT_TRUE(window.GetAxis());
+    window.ShowWindow(SW_SHOW);
+    window.UpdateWindow();
+    EXPECT_EQ(window.GetAxis()->getPanelCount(), 10);
+    EXPECT_EQ(window.GetAxis()->getPages(), 3);
+    const CString caption = window.GetAxis()->getPanelCaption(0);
+    EXPECT_EQ(caption.substr(0, 5), "1-2-3");
+    EXPECT_NE(caption.find("\u03c7\u00b2 0"), CString::npos) << caption;
+    const int pages[] = {1, 2, 0};
+    for (const int page : pages) {
+        window.SendMessage(WM_KEYDOWN, 'N', 0);
+        EXPECT_EQ(window.GetAxis()->getPage(), page);
+    }
+    window.ShowNext(-1);
+    EXPECT_EQ(window.GetAxis()->getPage(), 2);
+    window.SetPanelsOfPage(1000);
+    EXPECT_EQ(window.GetPanelsOfPage(), AChartWnd::mostPanels);
+    window.UpdateWindow();
+    EXPECT_EQ(window.GetAxis()->getPages(), 1);
+    window.SetData(nullptr);
+    EXPECT_FALSE(window.GetAxis());
+    window.ShowNext(1);
+    window.DestroyWindow();
+}
+
+TEST(ChartWindows, NextBaselinesAreThoseOfTheNextTelescope)
+{
+    Opened opened("baseline_window.uvfits");
+    ABaselineWnd window;
+    ASSERT_TRUE(make(window));
+    for (const BaselinePlot plot : {BaselinePlot::time, BaselinePlot::channels}) {
+        window.SetData(&opened.file, opened.baselines, plot, {}, madeModel());
+        window.ReadAll();
+        ASSERT_TRUE(window.GetAxis());
+        const struct {
+            int step, telescope, panels;
+        } cases[] = {{1, 0, 4}, {1, 1, 4}, {-1, 0, 4}, {-1, -1, 10}, {-1, 4, 4}, {1, -1, 10}};
+        for (const auto& c : cases) {
+            window.ShowNext(c.step);
+            EXPECT_EQ(window.GetTelescope(), c.telescope);
+            EXPECT_EQ(window.GetAxis()->getPanelCount(), c.panels);
+        }
+    }
+    window.SetPanelsOfPage(1);
+    window.ShowNext(-1);
+    EXPECT_EQ(window.GetAxis()->getPage(), 9);
+    // closed while there is something to read
+    window.SetData(&opened.file, opened.baselines);
+    window.DestroyWindow();
+}
+
+}  // namespace pavane
