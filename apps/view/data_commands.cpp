@@ -240,12 +240,15 @@ int DataWindow::isOffered(const CMenu::Line& line, CMenu& ofTable)
         return 1;
     if (!data_ || id == idNoRecent)
         return 0;
+    if (id >= idNextPanels && id <= idFewerPanels)
+        return panels() != nullptr;
     if (id == idStopReading)
-        return data_->isReading() || data_->observation().isFilling();
+        return data_->isReading() || data_->observation().isFilling() ||
+               (panels() && panels()->IsReading());
     if (id == idGoOnReading)
         return data_->isStopped() || data_->observation().isStopped();
     if (id == ID_ZOOM_MINUS || id == ID_WHOLE_MAP || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
-        return plot_.IsCommandEnabled(id);
+        return shownWindow().IsCommandEnabled(id);
     if (id == idCopy && isPlotActive())
         return 1;
     if (isGroupCommand(id) && page() != &groups_)

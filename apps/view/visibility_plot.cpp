@@ -4,7 +4,9 @@
 #include "tessel/value_text.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
+#include <tuple>
 
 namespace pavane
 {
@@ -108,6 +110,16 @@ int chosenBaselines(const AUVXFile& file, const std::string& list,
                     std::vector<UvBaseline>& baselines, std::string& error)
 {
     std::erase_if(baselines, [](const UvBaseline& b) { return b.first == b.second; });
+    // stored either way a baseline is one
+    std::map<std::tuple<int, int, int>, UvBaseline> each;
+    for (const UvBaseline& b : baselines) {
+        const auto [low, high] = std::minmax(b.first, b.second);
+        UvBaseline& one = each[{b.subarray, low, high}];
+        one = {b.subarray, low, high, one.groups + b.groups};
+    }
+    baselines.clear();
+    for (const auto& [key, baseline] : each)
+        baselines.push_back(baseline);
     if (baselines.empty()) {
         error = "has no baselines";
         return 0;

@@ -15,27 +15,46 @@ namespace
 /// Real part, imaginary part and weight.
 constexpr int numbers = 3;
 
-/// Takes visibilities where `leg` is valid so far; how many they are. For the vectoriser: no
-/// branch, no call.
-double takeCells(const float* from, std::size_t count, double sign, UvLeg& leg)
+/// The same arrays of a leg, which do not lie over each other.
+struct Arrays {
+    double* __restrict real;
+    double* __restrict imaginary;
+    double* __restrict variance;
+    double* __restrict valid;
+};
+
+void spreadOut(const float* __restrict from, std::size_t count, const Arrays& to)
 {
-    constexpr float most = std::numeric_limits<float>::max();
-    double* const real = leg.real.data();
-    double* const imaginary = leg.imaginary.data();
-    double* const variance = leg.variance.data();
-    double* const valid = leg.valid.data();
+    const auto [real, imaginary, variance, valid] = to;
+    for (std::size_t k = 0; k < count; ++k) {
+        real[k] = double{from[numbers * k]};
+        imaginary[k] = double{from[numbers * k + 1]};
+        variance[k] = double{from[numbers * k + 2]};
+    }
+}
+
+/// Keeps what is marked, not flagged and finite, and turns weights into variances; how many there
+/// are. For the vectoriser: no branch, no call.
+double keepGood(const double* __restrict marked, std::size_t count, double sign, const Arrays& of)
+{
+    const auto [real, imaginary, variance, valid] = of;
+    constexpr double most = double{std::numeric_limits<float>::max()};
     double taken = 0;
     for (std::size_t k = 0; k < count; ++k) {
-        const float re = from[numbers * k];
-        const float im = from[numbers * k + 1];
-        const float weight = from[numbers * k + 2];
-        const bool isGood = (weight > 0) & (weight <= most) & (std::fabs(re) <= most) &
-                            (std::fabs(im) <= most) & (valid[k] > 0);
-        real[k] = isGood ? double{re} : 0.0;
-        imaginary[k] = isGood ? sign * double{im} : 0.0;
-        variance[k] = isGood ? 1 / double{weight} : 0.0;
-        valid[k] = isGood ? 1.0 : 0.0;
-        taken += valid[k];
+        // products, since a choice that hangs on another one would become a branch
+        double good = marked[k];
+        good *= variance[k] > 0 ? 1.0 : 0.0;
+        good *= variance[k] <= most ? 1.0 : 0.0;
+        good *= std::fabs(real[k]) <= most ? 1.0 : 0.0;
+        good *= std::fabs(imaginary[k]) <= most ? 1.0 : 0.0;
+        valid[k] = good;
+        taken += good;
+    }
+    for (std::size_t k = 0; k < count; ++k) {
+        const double inverse = 1 / variance[k];
+        real[k] = valid[k] > 0 ? real[k] : 0;
+        imaginary[k] = valid[k] > 0 ? sign * imaginary[k] : 0;
+        variance[k] = valid[k] > 0 ? inverse : 0;
     }
     return taken;
 }
@@ -105,9 +124,15 @@ int UvLeg::take(const UvGroups& groups, int i, const UvCells& cells, const doubl
         }
         from = scratch.data();
     }
-    for (std::size_t k = 0; k < count; ++k)
-        valid[k] = frequencies[cells.cells[k].frequency] > 0 ? 1 : 0;
-    const double taken = takeCells(from, count, sign, *this);
+    if (markedBy != frequencies || marked.size() != count) {
+        markedBy = frequencies;
+        marked.resize(count);
+        for (std::size_t k = 0; k < count; ++k)
+            marked[k] = frequencies[cells.cells[k].frequency] > 0 ? 1 : 0;
+    }
+    const Arrays arrays = {real.data(), imaginary.data(), variance.data(), valid.data()};
+    spreadOut(from, count, arrays);
+    const double taken = keepGood(marked.data(), count, sign, arrays);
     return taken > 0;
 }
 

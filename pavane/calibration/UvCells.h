@@ -49,7 +49,11 @@ struct UvLeg {
     std::vector<double> valid;     ///< 1 or 0
     std::vector<double> modelReal, modelImaginary;
     double u = 0, v = 0;  ///< seconds of light, in the direction of the leg
+
+    // kept from group to group
     std::vector<float> scratch;
+    const double* markedBy = nullptr;  ///< the frequencies that `marked` is of
+    std::vector<double> marked;
 
     /// Takes group `i`; `frequencies` as UvChoice gives them. `sign` -1: the leg goes the other
     /// way. Non-zero when at least one visibility counts.

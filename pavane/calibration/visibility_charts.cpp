@@ -51,7 +51,7 @@ double longestStep(const std::vector<double>& x)
     const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
     std::nth_element(steps.begin(), middle, steps.end());
     constexpr double stepsOfPause = 5;
-    constexpr double partOfAll = 0.2;
+    constexpr double partOfAll = 0.35;
     return std::max(stepsOfPause * *middle, partOfAll * all);
 }
 

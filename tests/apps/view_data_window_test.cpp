@@ -3,6 +3,7 @@
 #include "apps/view/DataWindow.h"
 #include "apps/view/ViewWindows.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/multi/A2DAxisMulti.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 #include "platform/profile.h"
@@ -105,6 +106,33 @@ protected:
 };
 
 }  // namespace
+
+TEST_F(DataWindowTest, PanelsAreThoseOfWhatIsMarked)
+{
+    DataWindow window;
+    open(window);
+    const auto command = [&](unsigned id) { window.SendMessage(WM_COMMAND, id, 0); };
+    EXPECT_FALSE(window.panels());
+    EXPECT_FALSE(isOffered(window, idNextPanels));
+    for (const unsigned kind : {1u, 3u}) {
+        command(idPlotOf + kind);
+        ASSERT_TRUE(window.panels());
+        ASSERT_TRUE(waitFor([&] { return !window.panels()->IsReading(); }));
+        ASSERT_TRUE(window.panels()->GetAxis());
+        EXPECT_EQ(window.panels()->GetAxis()->getPanelCount(), 1)
+            << "one baseline, stored both ways";
+    }
+    EXPECT_TRUE(isOffered(window, idNextPanels));
+    command(idMorePanels);
+    EXPECT_GT(window.panels()->GetPanelsOfPage(), 12);
+    // no three telescopes; another file; another plot
+    command(idPlotOf + 2);
+    EXPECT_FALSE(window.panels()->GetAxis());
+    ASSERT_TRUE(window.OpenFile(path("a.uvfits")));
+    command(idPlotOf);
+    EXPECT_FALSE(window.panels());
+    EXPECT_TRUE(said.empty());
+}
 
 TEST_F(DataWindowTest, PlotsWhatIsMarkedInAllOfItsTables)
 {

@@ -103,7 +103,7 @@ std::vector<ClosureTriangle> AClosureSelectDlg::GetChosen() const
 
 int AClosureSelectDlg::OnInitDialog()
 {
-    constexpr unsigned style = WS_CHILD | WS_VISIBLE | WS_TABSTOP;
+    constexpr unsigned style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL;
     (void)ReplaceControl(IDC_CLOSURE_TELESCOPES, telescopes_, telescopes_.GetWndClassName(),
                          "Telescopes", style);
     (void)ReplaceControl(IDC_CLOSURE_TRIANGLES, triangles_, triangles_.GetWndClassName(),
