@@ -2,6 +2,7 @@
 
 #include "pavane/progress/AProgress.h"
 #include "pavane/progress/TimeLeft.h"
+#include "platform/api.h"
 
 #include <chrono>
 #include <functional>
@@ -11,7 +12,7 @@ namespace pavane
 {
 
 /// A job as a dialog shows it.
-struct ProgressJob {
+struct PAVANE_API ProgressJob {
     using Clock = std::chrono::steady_clock;
     ProgressJob(AProgress followed, CString called, Clock::time_point now)
         : progress(std::move(followed)), name(std::move(called)), begin(now)
