@@ -25,7 +25,7 @@ namespace
 constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
-                   idModelTable = 106, idPlanes = 107;
+                   idModelTable = 106, idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109;
 constexpr int listWidth = 110;
 constexpr int tableWidth = 320;
 /// Of the map beside the components.
@@ -52,7 +52,7 @@ void setUpPointer(TrackerCollection& areas)
 }  // namespace
 
 MainWindow::MainWindow(WindowHost* host)
-    : host_(host), model_(*this), planes_(*this), view_(*this),
+    : host_(host), model_(*this), planes_(*this), view_(*this), surface_(view_),
       session_(folderOf(GetProfileFile())), recent_(section)
 {
 }
@@ -73,8 +73,11 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
 {
     if (ATrackToolBarOwnerWnd::OnCreate(cs) < 0 || !makeBar())
         return -1;
-    if (!split_.Create(CSplitterWnd::Split::columns, WS_CHILD | WS_VISIBLE | WS_TABSTOP, CRect(),
-                       this, idSplit) ||
+    if (!surfaceSplit_.Create(CSplitterWnd::Split::columns, WS_CHILD | WS_VISIBLE | WS_TABSTOP,
+                              CRect(), this, idSurfaceSplit) ||
+        !split_.Create(CSplitterWnd::Split::columns, WS_CHILD | WS_VISIBLE | WS_TABSTOP, CRect(),
+                       &surfaceSplit_, idSplit) ||
+        !surface_.Create(&surfaceSplit_, idSurfaceView) ||
         !view_.Create(view_.GetWndClassName(), CString(), WS_CHILD | WS_VISIBLE | WS_TABSTOP,
                       CRect(), &split_, idView) ||
         !model_.Create(&split_, idModelTable) ||
@@ -91,6 +94,10 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     split_.SetPanes(&view_, &model_.table());
     split_.SetShare(mapShare);
     split_.ShowOnly(0);
+    surfaceSplit_.SetPanes(&split_, &surface_.window());
+    surfaceSplit_.ShowOnly(0);
+    surface_.status = [this](const AxisStatus& status) { mapStatus(status); };
+    surface_.focused = [this] { part_ = Part::surface; };
     setUpPointer(*view_.GetTrackers());
     view_.SetToolBar(&bar_);
     view_.SetComboBox(&list_);
@@ -150,7 +157,7 @@ void MainWindow::layOut(int cx, int cy)
     bar_.MoveWindow(CRect(0, 0, cx, head));
     const int right = showTable_ ? cx - std::min(tableWidth, cx / 2) : cx;
     const int planes = isCube() ? std::max(head, foot - PlaneBar::height()) : foot;
-    split_.MoveWindow(CRect(0, head, right, planes));
+    surfaceSplit_.MoveWindow(CRect(0, head, right, planes));
     planes_.MoveWindow(CRect(0, planes, right, foot));
     table_.MoveWindow(CRect(right, head, cx, foot));
     status_.MoveWindow(CRect(0, foot, cx, cy));
@@ -213,6 +220,8 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     bar_.SetOwnerWnd(this, 1);
     view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
     map_.swap(opened);            // the old one goes when nothing shows it any more
+    if (surface_.isShown())
+        surface_.Show(map_.get());
     model_.SetFrame(&map_->inputs().frame);
     status_.Reset();
     setUpPlanes();
@@ -311,6 +320,7 @@ void MainWindow::mapAreasChanged()
         return;
     if (showTable_)
         table_.Refresh();
+    surface_.SetAreas(areas());
     const std::int64_t wait = session_.changed(areas().IsModified(), now());
     updateTitle();
     if (wait > 0)

@@ -12,6 +12,7 @@
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/StatusLine.h"
+#include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
@@ -63,6 +64,7 @@ public:
     MapWindow& view() { return view_; }
     AAreaTableWnd& numbers() { return table_; }
     ModelPanel& model() { return model_; }
+    SurfacePanel& surface() { return surface_; }
     const AreaSession& session() const { return session_; }
     const StatusLine& statusLine() const { return status_; }
     PlaneBar& planeBar() { return planes_; }
@@ -151,6 +153,7 @@ private:
     void toggleContours();
     void changeLevels();
     void toggleTable();
+    void toggleSurface();
 
     // Planes of a cube
     int isCube() const;
@@ -173,9 +176,11 @@ private:
     StatusLine status_;
     PartWindow<AAreaTableWnd> table_;
     ModelPanel model_;
+    CSplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
     CSplitterWnd split_;
     PlaneBar planes_;
     MapWindow view_;
+    SurfacePanel surface_;
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;
     RecentFiles recent_;

@@ -72,6 +72,7 @@ void MainWindow::showColours()
 /// By the pointer, the dialog, a step through the views or a command.
 void MainWindow::mapColoursChanged()
 {
+    surface_.Follow();
     if (!map_ || !created_)
         return;
     const ALevelsColorGraph& graph = map_->picture().graph();
@@ -88,6 +89,7 @@ void MainWindow::levelsChanged()
         return;
     applyLevels(map_->picture(), options_);
     view_.ContentChanged();
+    surface_.Follow();
 }
 
 /// What the command line does not say is as it was when the window was closed last.

@@ -45,6 +45,7 @@ constexpr KeyLine mapKeys[] = {
     {"P", "colours by a histogram: range, contrast, gamma, palettes"},
     {"Alt+Left, Alt+Right", "back and forward through the views: range and colours"},
     {"F4, F5, F6", "numbers of the area, components, to the next part of the window"},
+    {"Ctrl+3", "the map as a surface beside it: drag or arrows turn it, X Y Z look along an axis"},
     {"Ins, Ctrl+D, Del", "among components: adds one, duplicates them, deletes them"},
 };
 

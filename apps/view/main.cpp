@@ -9,6 +9,7 @@
 #include "apps/view/printed_planes.h"
 #include "apps/view/printed_table.h"
 #include "apps/view/same_file.h"
+#include "apps/view/SurfacePicture.h"
 #include "apps/view/table_export.h"
 #include "apps/view/window_program.h"
 #include "pavane/axes/maps/map_titles.h"
@@ -54,6 +55,26 @@ int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::stri
     return printText(text, error);
 }
 
+int drawSurface(char** argv, const ViewOptions& options, const ViewInputs& inputs,
+                std::string& error)
+{
+    SurfacePicture surface;
+    surface.show(inputs);
+    if (!options.surface.other.empty() && !surface.addSecond(options.surface.other, error))
+        return 0;
+    surface.applyOptions(options);
+    surface.setAreas(inputs.areas);
+    const auto newJob = [&] {
+        PictureJob picture{mapTitle(inputs.map.header), options.width, options.height, 1,
+                           [&surface](CDC& dc, const CRect& rect) { surface.draw(dc, rect); }};
+        return BatchJob{std::move(picture), usualCaption(inputs.map.header), {}};
+    };
+    if (!writePictures(argv, options, newJob, error))
+        return 0;
+    printNotes(surface.notes());
+    return 1;
+}
+
 int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
             const AComponents& components, std::string& error)
 {
@@ -64,6 +85,8 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
         if (!planes->open(error))
             return 0;
     }
+    if (options.surface.wanted)
+        return drawSurface(argv, options, inputs, error);
     const auto newJob = [&] {
         const auto figure = std::make_shared<InputsFigure>(options, inputs);
         PictureJob picture{mapTitle(inputs.map.header), options.width, options.height, 1,

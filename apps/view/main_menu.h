@@ -42,6 +42,7 @@ enum ViewCommand : unsigned {
     idPreviousPlane,
     idPlayPlanes,
     idColours,
+    idSurface,  ///< the map in a box beside it
     idKeys = 40301,
     idAbout,
     idRecent = 40401,  ///< one for each recent file
@@ -131,6 +132,7 @@ inline constexpr MenuItem viewItems[] = {
     {"Previo&us plane (Page Up)", idPreviousPlane, nullptr, 0},
     {"Pla&y the planes", idPlayPlanes, nullptr, 0},
     menuLine,
+    {"S&urface\tCtrl+3", idSurface, nullptr, 0},
     {"C&omponents\tF5", idModel, nullptr, 0},
     {"&Next part\tF6", idNextMapPart, nullptr, 0},
     {"Pre&vious part\tShift+F6", idPreviousMapPart, nullptr, 0},

@@ -69,8 +69,12 @@ void applyOptions(MapPicture& picture, const ViewOptions& options)
 
 void applyLook(MapPicture& picture, const ViewOptions& options)
 {
-    const MapContent& content = picture.content();
-    ALevelsColorGraph& graph = picture.graph();
+    applyLook(picture.graph(), picture.content(), options);
+    picture.figure().setSquareCells(!options.freeAspect);
+}
+
+void applyLook(ALevelsColorGraph& graph, const MapContent& content, const ViewOptions& options)
+{
     TMinMax centres = content.frame.centres();
     const TMnMx range = rangeOf(options, graph.cells());
     centres.zMin = range.min;
@@ -79,7 +83,6 @@ void applyLook(MapPicture& picture, const ViewOptions& options)
     graph.setScale(scaleKind(options.scale));
     (void)graph.SetColorPlay(options.play);
     graph.contours().setLevels(levelsOf(options.levels, graph));
-    picture.figure().setSquareCells(!options.freeAspect);
 }
 
 }  // namespace pavane

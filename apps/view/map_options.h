@@ -9,6 +9,7 @@
 namespace pavane
 {
 
+class ALevelsColorGraph;
 class MapPicture;
 
 /// The range of colours that the options ask for on these cells; unset for none.
@@ -28,5 +29,7 @@ void applyLevels(MapPicture& picture, const ViewOptions& options);
 void applyOptions(MapPicture& picture, const ViewOptions& options);
 /// The same without a word in its header line.
 void applyLook(MapPicture& picture, const ViewOptions& options);
+/// Range, scale and levels, for the graph of a map.
+void applyLook(ALevelsColorGraph& graph, const MapContent& content, const ViewOptions& options);
 
 }  // namespace pavane

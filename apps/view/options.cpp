@@ -77,6 +77,27 @@ int readContrast(const std::string& text, ViewOptions& options, std::string& err
     return 1;
 }
 
+int readSurface(const std::string& text, ViewOptions& options, std::string& error)
+{
+    constexpr double right = 90;
+    SurfaceWish& wish = options.surface;
+    const std::size_t comma = text.find(',');
+    const std::size_t end = comma == std::string::npos ? comma : text.find(',', comma + 1);
+    wish.other = end == std::string::npos ? "" : text.substr(end + 1);
+    const std::string_view view = std::string_view(text).substr(0, end);
+    if (comma == std::string::npos || !stoval(view.substr(0, comma), wish.azimuth) ||
+        !stoval(view.substr(comma + 1), wish.elevation) || !std::isfinite(wish.azimuth) ||
+        !(wish.elevation >= 0 && wish.elevation <= right) ||
+        (end != std::string::npos && wish.other.empty())) {
+        error = "--surface wants AZIMUTH,ELEVATION in degrees, the elevation 0 to 90, and perhaps "
+                "behind a comma another map, not '" +
+                text + "'";
+        return 0;
+    }
+    wish.wanted = 1;
+    return 1;
+}
+
 int readScale(const std::string& text, ViewOptions& options, std::string& error)
 {
     static constexpr std::string_view names[] = {"linear", "sqrt", "log", "equal"};
@@ -171,8 +192,8 @@ enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
 constexpr std::string_view mapOptions[] = {
-    "--areas", "--plane",   "--levels",       "--scale",  "--range", "--palette", "--aspect",
-    "--mask",  "--partial", "--visibilities", "--planes", "--grid",  "--contrast"};
+    "--areas", "--plane",   "--levels",       "--scale",  "--range", "--palette",  "--aspect",
+    "--mask",  "--partial", "--visibilities", "--planes", "--grid",  "--contrast", "--surface"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -204,6 +225,11 @@ OptionTable<ViewOptions> newTable()
           "let cells be oblong to fill the size, as those of a map of very few rows or columns "
           "are; equal: square cells"},
          readAspect},
+        {{"--surface", "", "AZ,EL[,OTHER.fits]",
+          "draw the map as a surface seen from this azimuth and elevation (degrees), another map "
+          "above it"},
+         readSurface,
+         onlyInBatch},
         {{"--times", "", "START,STOP",
           "of a data file only what lies in these times: clock texts since 0h of its reference "
           "day, days in front (1/02:00:00), or seconds; one of them may be missing"},
@@ -338,6 +364,8 @@ ProgramText viewProgram()
               "pavane-view map.fits --batch --areas jet.areas --mask mask.fits"},
              {"A figure with contours from 1 per cent of the peak on:",
               "pavane-view map.fits --batch --pdf map.pdf --levels peak:-1,1,2,4,..."},
+             {"The map as a surface, its polarised intensity above it:",
+              "pavane-view i.fits --batch --pdf surface.pdf --surface 30,35,p.fits"},
              {"The same on paper, without a word below it:",
               "pavane-view map.fits --batch --printer office --paper A4 --caption ''"}},
             "pavane-simulate"};

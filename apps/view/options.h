@@ -24,6 +24,13 @@ struct TableWish {
 /// The name of the table of a map's components, beside those of an observation (uvTableLook).
 inline constexpr const char* componentTable = "components";
 
+/// --surface: the map in a box, seen from there, with another map above it unless the name is "".
+struct SurfaceWish {
+    int wanted = 0;
+    double azimuth = 0, elevation = 0;  ///< degrees
+    std::string other;
+};
+
 /// The command line of pavane-view, checked.
 struct ViewOptions {
     std::string map;
@@ -37,6 +44,7 @@ struct ViewOptions {
     int hasSize = 0;     ///< one was asked for
     int freeAspect = 0;  ///< cells need not be square
     LevelChoice levels;
+    SurfaceWish surface;
     ViewScale scale = ViewScale::linear;
     int hasScale = 0;  ///< one was asked for
     int hasRange = 0;

@@ -53,15 +53,18 @@ Part MainWindow::part()
         part_ = Part::model;
     else if (isWithin(focus, planes_))
         part_ = Part::planes;
+    else if (isWithin(focus, surface_.window()))
+        part_ = Part::surface;
     return part_;
 }
 
 /// The next part that shows, round the end.
 void MainWindow::goToPart(int step)
 {
-    constexpr int parts = 4;
+    constexpr int parts = 5;
     const auto shows = [this](Part wanted) {
-        return wanted == Part::map || (wanted == Part::planes && isCube()) || tableOf(wanted);
+        return wanted == Part::map || (wanted == Part::planes && isCube()) || tableOf(wanted) ||
+               (wanted == Part::surface && surface_.isShown());
     };
     int next = static_cast<int>(part());
     do {
@@ -69,6 +72,10 @@ void MainWindow::goToPart(int step)
     } while (!shows(static_cast<Part>(next)));
     if (static_cast<Part>(next) == Part::planes)
         return planes_.FocusNumber();
+    if (static_cast<Part>(next) == Part::surface) {
+        surface_.window().SetFocus();
+        return;
+    }
     ATableWnd* const table = tableOf(static_cast<Part>(next));
     (table ? static_cast<CWnd&>(*table) : view_).SetFocus();
 }

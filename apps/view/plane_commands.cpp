@@ -50,6 +50,8 @@ int MainWindow::showPlane(int plane)
         view_.ContentChanged();
     if (shown && colours_)
         colours_->MapChanged();
+    if (shown && surface_.isShown())
+        surface_.Show(map_.get());
     tellPlane();
     if (!shown)
         status_.SetMessage(error);

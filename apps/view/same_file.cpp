@@ -101,6 +101,7 @@ std::string outputClash(const ViewOptions& options)
                                     {"the areas", options.areas},
                                     {"the model", options.model},
                                     {"the u,v points", options.visibilities},
+                                    {"the second map", options.surface.other},
                                     {"the palette", ownPalette ? options.palette : ""}};
     std::vector<NamedFile> outputs = {{"--mask", options.mask},
                                       {"--png", options.png},

@@ -85,6 +85,9 @@ int MainWindow::runViewCommand(unsigned id)
     case idValues:
         toggleTable();
         return 1;
+    case idSurface:
+        toggleSurface();
+        return 1;
     case idZoomIn:
         if (map_)
             view_.ZoomAbout(map_->axis().getGraphRect().CenterPoint(), zoomFactor);
@@ -104,6 +107,19 @@ void MainWindow::toggleTable()
         table_.Refresh();
     const int hasNumbers = showTable_ && table_.rows() > 0;
     (hasNumbers ? static_cast<CWnd&>(table_) : view_).SetFocus();
+}
+
+void MainWindow::toggleSurface()
+{
+    if (!map_)
+        return;
+    const int shown = !surface_.isShown();
+    if (!shown && part() == Part::surface)
+        view_.SetFocus();
+    surface_.Show(shown ? map_.get() : nullptr);
+    surfaceSplit_.ShowOnly(shown ? -1 : 0);
+    if (shown)
+        surface_.window().SetFocus();
 }
 
 void MainWindow::toggleContours()
@@ -160,7 +176,9 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
         else if (line.id == idNextPlane || line.id == idPreviousPlane || line.id == idPlayPlanes) {
             line.enabled = isCube();
             line.checked = line.id == idPlayPlanes && planes_.IsPlaying();
-        } else if (line.id == idModel)
+        } else if (line.id == idSurface)
+            line.checked = surface_.isShown();
+        else if (line.id == idModel)
             line.checked = model_.session().isOpen();
         else if (line.id == idSaveModel || line.id == idSaveModelAs)
             line.enabled = map_ && model_.session().isOpen();
