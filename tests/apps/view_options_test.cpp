@@ -95,6 +95,11 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --print p.pdf --planes 5-3", "--planes wants FIRST-LAST"},
         {"m.fits --batch --print p.pdf --planes 0-3 --grid 3", "--grid wants ROWSxCOLUMNS"},
         {"--batch --print p.pdf", "no map"},
+        {"m.fits --batch --png p.png --surface 30", "--surface wants"},
+        {"m.fits --batch --png p.png --surface 30,91", "--surface wants"},
+        {"m.fits --batch --png p.png --surface 30,nan", "--surface wants"},
+        {"m.fits --batch --png p.png --surface 30,35,", "--surface wants"},
+        {"m.fits --surface 30,35", "--batch"},
         {"-x", "'-x'"},
     };
     for (const auto& c : cases) {
@@ -111,7 +116,8 @@ TEST(ViewOptions, ReadsWhatItIsGiven)
     ViewOptions o;
     std::string error;
     ASSERT_TRUE(parseOptions(words("m[1].fits --batch --png a.png --size 640x16384 --scale equal "
-                                   "--range -1e-3,.5 --plane 2 --stats --aspect free"),
+                                   "--range -1e-3,.5 --plane 2 --stats --aspect free "
+                                   "--surface=-30,35,o,p.fits"),
                              o, error))
         << error;
     EXPECT_EQ(o.map, "m[1].fits");
@@ -121,6 +127,8 @@ TEST(ViewOptions, ReadsWhatItIsGiven)
     EXPECT_EQ(o.low, -1e-3);
     EXPECT_EQ(o.high, 0.5);
     EXPECT_EQ(o.plane, 2);
+    EXPECT_TRUE(o.surface.wanted && o.surface.azimuth == -30 && o.surface.elevation == 35);
+    EXPECT_EQ(o.surface.other, "o,p.fits");
     EXPECT_FALSE(o.inPerCent);
     EXPECT_TRUE(o.play.isNeutral());
     ASSERT_TRUE(parseOptions(words("m.fits --range p:0.5,99.5 --contrast -2,.4,1.5"), o, error));

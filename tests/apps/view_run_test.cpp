@@ -155,6 +155,7 @@ TEST_F(ViewRun, DrawsEveryFormatOfOddMapsAndTexts)
     for (const char* map : {"map.fits", "blank.fits", "row.fits", "'column[1].fits'"})
         for (const char* more :
              {"", " --scale log --levels abs:1,2", " --scale equal --aspect free",
+              " --surface 200,35,map.fits --areas far.cma", " --surface 0,0 --scale log",
               " --scale sqrt --areas far.cma --size 64x64"}) {
             const Outcome r =
                 run(std::string(map) + " --batch --png p.png --pdf p.pdf --svg p.svg" + more);

@@ -31,6 +31,13 @@ CRect boundsOf(const CRect& margins, const CRect& all, const CRect& inner)
             margins.bottom - (all.bottom - inner.bottom)};
 }
 
+/// Boxes have labels on both sides, inside their room.
+int hasLabelsAtRight(const ABAxis& axis)
+{
+    constexpr int firstBoxType = 14;
+    return axis.GetAxisType() >= firstBoxType;
+}
+
 CRect narrower(const CRect& a, const CRect& b)
 {
     return {std::max(a.left, b.left), std::max(a.top, b.top), std::max(a.right, b.right),
@@ -136,7 +143,8 @@ FigureLayout MapFigure::layOutInPixels(CDC& dc, const CRect& rect, const CRect* 
     const CRect& plot = layout.plot;
     layout.bar = bar_->isHorizontal()
                      ? CRect(plot.left, plot.bottom + below + barGap, plot.right, inner.bottom)
-                     : CRect(plot.right + barGap, plot.top, inner.right, plot.bottom);
+                     : CRect((hasLabelsAtRight(*axis_) ? layout.axis.right : plot.right) + barGap,
+                             plot.top, inner.right, plot.bottom);
     return layout;
 }
 

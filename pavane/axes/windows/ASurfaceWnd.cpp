@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace pavane
 {
@@ -96,10 +97,21 @@ void ASurfaceWnd::plotCame()
 /// Large maps are drawn from blocks until the view rests.
 void ASurfaceWnd::viewMoves()
 {
-    if (!box_ || !GetSafeHwnd())
+    if (!GetSafeHwnd())
         return;
-    box_->SetDraft(1);
+    isMoving_ = 1;
     SetTimer(restTimer, restPause);
+}
+
+/// Pictures and pages that are made meanwhile are exact.
+void ASurfaceWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
+{
+    A2_3DAxis* const box = box_;
+    if (box)
+        box->SetDraft(isMoving_);
+    APlotWnd::DrawWindow(dc, client, update);
+    if (box)
+        box->SetDraft(0);
 }
 
 void ASurfaceWnd::showNow(const BoxView& view)
@@ -138,10 +150,8 @@ void ASurfaceWnd::OnTimer(unsigned id)
     if (id != restTimer)
         return APlotWnd::OnTimer(id);
     KillTimer(restTimer);
-    if (!box_ || !box_->GetDraft())
-        return;
-    box_->SetDraft(0);
-    ContentChanged();
+    if (std::exchange(isMoving_, 0))
+        ContentChanged();
 }
 
 // Drags
@@ -258,8 +268,7 @@ void ASurfaceWnd::OnCaptureChanged(CWnd* next)
 void ASurfaceWnd::OnDestroy()
 {
     endDrag(0);
-    if (box_)
-        box_->SetDraft(0);
+    isMoving_ = 0;
     APlotWnd::OnDestroy();
 }
 

@@ -43,6 +43,7 @@ public:
     void TurnBy(double azimuth, double elevation);
 
     AxisStatus StatusAt(CPoint pixel) override;
+    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override;
     const char* GetWndClassName() override;
 
@@ -85,6 +86,7 @@ private:
     Drag drag_ = Drag::none;
     CPoint dragStart_;
     BoxView dragView_;
+    int isMoving_ = 0;  ///< the window may show blocks of cells until the view rests
 };
 
 }  // namespace pavane

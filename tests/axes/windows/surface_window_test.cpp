@@ -126,7 +126,7 @@ TEST(SurfaceWindow, MayGoInEachDrag)
         for (const int what : {0, 1, 2}) {
             auto window = std::make_unique<SurfaceWindow>(800);
             window->drag(button, 0, MK_LBUTTON, {30, 10});
-            EXPECT_TRUE(window->axis->GetDraft());
+            window->UpdateWindow();
             if (what == 0)
                 window->DestroyWindow();
             if (what == 1)
