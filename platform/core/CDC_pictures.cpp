@@ -143,7 +143,8 @@ CRect moveUnits(const PixelPainter& painter, const PixelSurface& surface, const 
         // one part of the clip could cover what another has yet to read
         const CRect from(part.left - dx, part.top - dy, part.right - dx, part.bottom - dy);
         std::vector<std::uint32_t> copy(surface.row(from.top * k),
-                                        surface.row(from.bottom * k - 1) + surface.width * k);
+                                        surface.row(from.bottom * k - 1) +
+                                            std::ptrdiff_t{surface.width} * k);
         const PixelSurface before{copy.data(), surface.width, from.Height(), surface.stride, k};
         copyUnits(painter, surface, part, before, from.left, 0);
         return part;
@@ -153,8 +154,8 @@ CRect moveUnits(const PixelPainter& painter, const PixelSurface& surface, const 
     // rows go in the order in which none is covered before it was read
     for (int i = 0; i < rows; ++i) {
         const int y = part.top * k + (dy > 0 ? rows - 1 - i : i);
-        std::memmove(surface.row(y) + part.left * k, surface.row(y - dy * k) + (part.left - dx) * k,
-                     bytes);
+        std::memmove(surface.row(y) + std::ptrdiff_t{part.left} * k,
+                     surface.row(y - dy * k) + std::ptrdiff_t{part.left - dx} * k, bytes);
     }
     return part;
 }
@@ -309,9 +310,10 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
     if (ys.cells.empty() || *seen.second < 0)
         return 1;
     const int top = std::max(0, *seen.first);
-    const std::vector<std::uint32_t> copy(from.row(top), from.row(*seen.second) + from.width * n);
+    const std::vector<std::uint32_t> copy(from.row(top),
+                                          from.row(*seen.second) + std::ptrdiff_t{from.width} * n);
     paintStretched(s.painter(), to, xs, ys, mode, [&](int row) {
-        const std::uint32_t* const line = copy.data() + (row - top) * from.stride;
+        const std::uint32_t* const line = copy.data() + (row - top) * std::ptrdiff_t{from.stride};
         return [line](int column) { return line[column]; };
     });
     return 1;

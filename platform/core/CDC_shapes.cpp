@@ -83,6 +83,7 @@ int CDC::Polygon(const CPoint* points, int count)
     }
     if (IsVector() || (s.now.smooth && !level && s.drawsVectors())) {
         std::vector<CPointF> exact;
+        exact.reserve(device.size());
         for (const CPoint& p : device)
             exact.push_back({double(p.x), double(p.y)});
         s.vector()->polygon(exact.data(), exact.size(), winding, s.strokeStyle(),
@@ -92,6 +93,7 @@ int CDC::Polygon(const CPoint* points, int count)
     if (!s.surface().bits)
         return 0;
     std::vector<Vertex> vertices;
+    vertices.reserve(device.size());
     for (const CPoint& p : device)
         vertices.push_back({p.x, p.y});
     s.spans.clear();
@@ -120,6 +122,7 @@ int CDC::PolygonF(const CPointF* points, int count)
         return 1;
     }
     std::vector<CPoint> whole;
+    whole.reserve(device.size());
     for (const CPointF& p : device)
         whole.push_back(s.now.mapping.toLogical({nearestInt(p.x), nearestInt(p.y)}));
     return Polygon(whole.data(), static_cast<int>(whole.size()));

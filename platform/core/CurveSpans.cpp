@@ -54,8 +54,8 @@ CurveSpans::CurveSpans(std::int64_t parts, int margin, double top, double bottom
       top_(top), bottom_(bottom), steepest_(steepest), stretch_(shortStretch)
 {
     // pieces may share the part between them; loops in vectors write beyond the last
-    const std::size_t most =
-        static_cast<std::size_t>(parts_ + 2 * margin) + mostPieces + PointKernels::excess + 8;
+    const std::size_t most = static_cast<std::size_t>(parts_ + std::int64_t{2} * margin) +
+                             mostPieces + PointKernels::excess + 8;
     high_.resize(most);
     low_.resize(most);
 }

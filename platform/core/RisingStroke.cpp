@@ -182,9 +182,11 @@ void RisingStroke::cover(int column, float from, float to)
     std::uint32_t sign = 1;
     for (const float row : {from, to}) {
         const auto y = std::clamp(row + guardRows, 0.0F, static_cast<float>(box_.Height() + 2));
-        const auto place = static_cast<std::uint32_t>(y * static_cast<float>(whole) + 0.5F);
+        const auto place =
+            static_cast<std::uint32_t>(std::floor(y * static_cast<float>(whole) + 0.5F));
         const std::uint32_t below = place % whole;
-        std::uint32_t* const to0 = differences_.data() + place / whole * stripColumns + column;
+        std::uint32_t* const to0 =
+            differences_.data() + std::size_t{place / whole} * stripColumns + column;
         to0[0] += sign * (whole - below);
         to0[stripColumns] += sign * below;
         sign = -sign;

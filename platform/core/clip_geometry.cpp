@@ -116,23 +116,29 @@ std::vector<CPointF> hatchLines(int hatch, const BoxF& box, double spacing)
 {
     std::vector<CPointF> ends;
     const double height = box.bottom - box.top;
-    const auto first = [&](double from) { return std::ceil(from / spacing) * spacing; };
-    if (hatch == HS_HORIZONTAL || hatch == HS_CROSS) {
-        for (double y = first(box.top); y <= box.bottom; y += spacing)
+    // by number: sums of the spacing would wander from the lattice
+    const auto eachPlace = [&](double from, double to, auto&& add) {
+        const double start = std::ceil(from / spacing);
+        const double count = std::floor(to / spacing) - start;
+        for (int i = 0; i <= count; ++i)
+            add((start + i) * spacing);
+    };
+    if (hatch == HS_HORIZONTAL || hatch == HS_CROSS)
+        eachPlace(box.top, box.bottom, [&](double y) {
             ends.insert(ends.end(), {{box.left, y}, {box.right, y}});
-    }
-    if (hatch == HS_VERTICAL || hatch == HS_CROSS) {
-        for (double x = first(box.left); x <= box.right; x += spacing)
+        });
+    if (hatch == HS_VERTICAL || hatch == HS_CROSS)
+        eachPlace(box.left, box.right, [&](double x) {
             ends.insert(ends.end(), {{x, box.top}, {x, box.bottom}});
-    }
-    if (hatch == HS_FDIAGONAL || hatch == HS_DIAGCROSS) {
-        for (double d = first(box.left - box.bottom); d <= box.right - box.top; d += spacing)
+        });
+    if (hatch == HS_FDIAGONAL || hatch == HS_DIAGCROSS)
+        eachPlace(box.left - box.bottom, box.right - box.top, [&](double d) {
             ends.insert(ends.end(), {{box.top + d, box.top}, {box.top + height + d, box.bottom}});
-    }
-    if (hatch == HS_BDIAGONAL || hatch == HS_DIAGCROSS) {
-        for (double d = first(box.left + box.top); d <= box.right + box.bottom; d += spacing)
+        });
+    if (hatch == HS_BDIAGONAL || hatch == HS_DIAGCROSS)
+        eachPlace(box.left + box.top, box.right + box.bottom, [&](double d) {
             ends.insert(ends.end(), {{d - box.top, box.top}, {d - box.bottom, box.bottom}});
-    }
+        });
     return ends;
 }
 

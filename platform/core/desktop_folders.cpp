@@ -77,7 +77,10 @@ CString programPath(const CString& name)
     if (path.empty())
         path = "/usr/local/bin:/usr/bin:/bin";
     for (const CString& folder : partsOf(path)) {
-        if (CString found = folder + "/" + name; isProgram(found))
+        CString found = folder;
+        found += '/';
+        found += name;
+        if (isProgram(found))
             return found;
     }
     return {};

@@ -9,7 +9,8 @@ Dots dotsOf(const char* const* rows, int rowCount, int width, int height, int le
     dots.cells.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), ' ');
     for (int y = 0; y < rowCount && y + top < height; ++y)
         for (int x = 0; x + left < width && rows[y][x]; ++x)
-            dots.cells[static_cast<std::size_t>((y + top) * width + x + left)] = rows[y][x];
+            dots.cells[static_cast<std::size_t>(std::ptrdiff_t{y + top} * width + x + left)] =
+                rows[y][x];
     return dots;
 }
 

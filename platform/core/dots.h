@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 namespace pavane
@@ -13,7 +14,7 @@ struct Dots {
     char at(int x, int y) const
     {
         const bool inside = x >= 0 && y >= 0 && x < width && y < height;
-        return inside ? cells[static_cast<std::size_t>(y * width + x)] : ' ';
+        return inside ? cells[static_cast<std::size_t>(std::ptrdiff_t{y} * width + x)] : ' ';
     }
 };
 

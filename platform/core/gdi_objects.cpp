@@ -69,7 +69,7 @@ int GetPaletteEntries(HPALETTE palette, int first, int count, PALETTEENTRY* entr
 {
     const int inside = entriesInside(palette, first, count);
     for (int i = 0; i < inside; ++i)
-        entries[i] = palette->entries[static_cast<std::size_t>(first + i)];
+        entries[i] = palette->entries[static_cast<std::size_t>(std::int64_t{first} + i)];
     return inside;
 }
 
@@ -77,7 +77,7 @@ int SetPaletteEntries(HPALETTE palette, int first, int count, const PALETTEENTRY
 {
     const int inside = entriesInside(palette, first, count);
     for (int i = 0; i < inside; ++i)
-        palette->entries[static_cast<std::size_t>(first + i)] = entries[i];
+        palette->entries[static_cast<std::size_t>(std::int64_t{first} + i)] = entries[i];
     return inside;
 }
 

@@ -74,8 +74,8 @@ void thinLine(CPoint from, CPoint to, const CRect& bounds, Emit emit)
     std::int64_t rest = bias;
     if (first > 0) {
         const Wide position = Wide{2} * first * m + bias;
-        q = static_cast<std::int64_t>(position / (2 * n));
-        rest = static_cast<std::int64_t>(position % (2 * n));
+        q = static_cast<std::int64_t>(position / (Wide{2} * n));
+        rest = static_cast<std::int64_t>(position % (Wide{2} * n));
     }
     const std::int64_t usual = m == 0 ? n : n / m;  // pixels of a run, or one more
     std::int64_t i = first;

@@ -5,6 +5,11 @@
 #include <cmath>
 #include <cstring>
 
+// the pragmas that choose another target are the GNU compiler's
+#if defined(__x86_64__) && !defined(__clang__)
+#define PAVANE_WIDER_LOOPS
+#endif
+
 #pragma GCC diagnostic ignored "-Wpsabi"  // the vectors never cross a call that is not inlined
 
 namespace pavane
@@ -18,7 +23,7 @@ namespace plain
 #include "platform/core/point_loops.inc"
 }
 
-#if defined(__x86_64__)
+#if defined(PAVANE_WIDER_LOOPS)
 #pragma GCC push_options
 #pragma GCC target("avx2")
 namespace avx2
@@ -38,7 +43,7 @@ namespace avx512
 
 PointKernels widest()
 {
-#if defined(__x86_64__)
+#if defined(PAVANE_WIDER_LOOPS)
     if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
         __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq"))
         return {avx512::straight, avx512::within, avx512::ramp, avx512::chain};

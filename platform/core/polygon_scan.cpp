@@ -101,6 +101,7 @@ void PolygonScanner::scan(const Vertex* vertices, std::size_t count, bool windin
 Region polygonRegion(const CPoint* points, int count, bool winding, const CRect& bounds)
 {
     std::vector<Vertex> vertices;
+    vertices.reserve(static_cast<std::size_t>(count > 0 ? count : 0));
     for (int i = 0; i < count; ++i)
         vertices.push_back({points[i].x, points[i].y});
     std::vector<Span> spans;

@@ -7,12 +7,12 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <filesystem>
 #include <optional>
 #include <string_view>
 #include <sys/file.h>
-#include <time.h>
 #include <unistd.h>
 
 namespace pavane
