@@ -61,8 +61,8 @@ struct SurfaceLattice {
 
 /// The lattice of a surface for a view. Neighbouring lines are at least `spacing` device pixels
 /// apart on the floor, the outermost ones are the borders. A line that stands for several rows or
-/// columns takes of its own and of the peaks among the others that are narrower than these rows the
-/// height farthest from the floor, so that no peak is lost; elsewhere it lies on the surface.
+/// columns takes of its own and of the others that stand out between their neighbours the height
+/// farthest from the floor, so that no peak is lost; on slopes it lies on the surface.
 PAVANE_API SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view,
                                     double spacing = 4);
 

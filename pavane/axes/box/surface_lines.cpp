@@ -242,20 +242,19 @@ SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view, double sp
         return along > 0 ? area / along : across;
     };
     const double floor = grid.floor();
-    // only what is narrower than the rows of a line would be lost: on a slope and over a broad hill
-    // the line stays on the surface
-    const auto isPeak = [&grid](int c, int r, int toColumn, int toRow, int shared) {
-        const float height = grid.height(c, r);
-        const auto falls = [&](int distance) {
-            float least = std::numeric_limits<float>::infinity();
-            for (const int sign : {-distance, distance}) {
-                const int x = c + sign * toColumn, y = r + sign * toRow;
-                if (x >= 0 && y >= 0 && x < grid.columns() && y < grid.rows())
-                    least = std::min(least, height - grid.height(x, y));
-            }
-            return least;
+    // a line rises to what stands out among its rows and would be lost; on a slope it stays on the
+    // surface
+    const auto isPeak = [&grid, floor](int c, int r, int toColumn, int toRow) {
+        const auto away = [&](int x, int y) {
+            return std::fabs(static_cast<double>(grid.height(x, y)) - floor);
         };
-        return !(falls(1) < 0) && !(falls(std::max(shared / 2, 1)) * 2 < falls(shared));
+        for (const int sign : {-1, 1}) {
+            const int x = c + sign * toColumn, y = r + sign * toRow;
+            if (x >= 0 && y >= 0 && x < grid.columns() && y < grid.rows() &&
+                away(x, y) > away(c, r))
+                return false;
+        }
+        return true;
     };
     const LatticeLines rows(grid.rows(), apart(columnSize, rowSize), spacing);
     std::vector<Farthest> heights;
@@ -264,7 +263,7 @@ SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view, double sp
         const CellSpan span = rows.span(line);
         for (int r = span.first; r < span.end; ++r)
             for (int c = 0; c < grid.columns(); ++c)
-                if (r == rows.row(line) || isPeak(c, r, 0, 1, span.end - span.first))
+                if (r == rows.row(line) || isPeak(c, r, 0, 1))
                     heights[static_cast<std::size_t>(c)].take(grid.height(c, r), r);
         lattice.alongX.push_back(lineOf(heights, columnSize, floor, [&](int c, double s) {
             return BoxPoint{grid.p(c), grid.q(rows.row(line)), s};
@@ -276,7 +275,7 @@ SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view, double sp
         const CellSpan span = columns.span(line);
         for (int r = 0; r < grid.rows(); ++r)
             for (int c = span.first; c < span.end; ++c)
-                if (c == columns.row(line) || isPeak(c, r, 1, 0, span.end - span.first))
+                if (c == columns.row(line) || isPeak(c, r, 1, 0))
                     heights[static_cast<std::size_t>(r)].take(grid.height(c, r), c);
         lattice.alongY.push_back(lineOf(heights, rowSize, floor, [&](int r, double s) {
             return BoxPoint{grid.p(columns.row(line)), grid.q(r), s};
