@@ -247,7 +247,8 @@ private:
         case 0:
             return (void)view().PostMessage(WM_KEYDOWN, VK_ESCAPE);
         case 1:
-            return post(WM_RBUTTONDOWN, somewhere(), MK_LBUTTON | MK_RBUTTON);
+            post(WM_RBUTTONDOWN, somewhere(), MK_LBUTTON | MK_RBUTTON);
+            return post(WM_RBUTTONUP, somewhere(), MK_LBUTTON);
         case 2:
             return (void)window_->PostMessage(WM_TIMER, 1);  // the copy of the areas
         case 3:
