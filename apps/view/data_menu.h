@@ -90,10 +90,10 @@ inline constexpr MenuItem dataMarkItems[] = {
 
 /// Lines of what is plotted, in the order of DataPlot.
 inline constexpr MenuItem dataPlotItems[] = {
-    {"&Amplitude against distance\tCtrl+1", idPlotOf, nullptr, 0},
-    {"Amplitude and phase against &time\tCtrl+2", idPlotOf + 1, nullptr, 0},
-    {"&Closure phases\tCtrl+3", idPlotOf + 2, nullptr, 0},
-    {"&Bandpass\tCtrl+4", idPlotOf + 3, nullptr, 0},
+    {"&Amplitude against distance\tAlt+1", idPlotOf, nullptr, 0},
+    {"Amplitude and phase against &time\tAlt+2", idPlotOf + 1, nullptr, 0},
+    {"&Closure phases\tAlt+3", idPlotOf + 2, nullptr, 0},
+    {"&Bandpass\tAlt+4", idPlotOf + 3, nullptr, 0},
     menuLine,
     {"T&riangles...\tCtrl+R", idTriangles, nullptr, 0},
     menuLine,

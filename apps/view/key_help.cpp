@@ -56,7 +56,7 @@ constexpr KeyLine dataKeys[] = {
     {"Ctrl+M, Ctrl+Shift+M", "marks all of the table, none of it"},
     {"Ctrl+I", "marks what is not marked, and the reverse"},
     {"Click on a point", "tells its baseline and scan, and selects them in their tables"},
-    {"Ctrl+1 ... Ctrl+4", "amplitude against distance, against time, closure phases, bandpass"},
+    {"Alt+1 ... Alt+4", "amplitude against distance, against time, closure phases, bandpass"},
     {"Ctrl+R", "chooses the triangles of closure phases"},
     {"N, Shift+N", "the next baselines or triangles, those before"},
     {"Page Down, Page Up", "the next page of panels, the one before"},
