@@ -269,8 +269,13 @@ int DataWindow::focusPart()
 void DataWindow::goToPart(int step)
 {
     const int from = focusPart();
+    if (AChartWnd* const chart = panels(); chart && from == plotPart && chart->NextPanel(step))
+        return;
     const int part = from < 0 ? pagePart : (from + step + parts) % parts;
-    (part == tabPart ? static_cast<CWnd*>(&tabs_) : part == pagePart ? page() : &plot_)->SetFocus();
+    (part == tabPart    ? static_cast<CWnd*>(&tabs_)
+     : part == pagePart ? page()
+                        : &shownWindow())
+        ->SetFocus();
 }
 
 void DataWindow::goToTab(int step)

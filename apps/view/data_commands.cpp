@@ -225,7 +225,7 @@ void DataWindow::plotSavePicture()
         return;
     std::string name = besideFile(data_->file(), "png");
     const auto may = [this](const std::string& file) { return mayWrite(file); };
-    if (savePictureOf(plot_, baseNameOf(data_->file()), name, may))
+    if (savePictureOf(shownWindow(), baseNameOf(data_->file()), name, may))
         status_.SetMessage("Saved a picture in " + name);
 }
 

@@ -65,10 +65,13 @@ public:
     const std::vector<ClosureTriangle>& triangles() const { return triangles_; }
     /// What the series of a triangle are of; one that is of everything unless they are apart.
     const std::vector<UvCells::Part>& parts() const { return reader_->cells().parts; }
-    /// Of the groups so far; indices from 0, that are there.
+    /// Of the groups so far; indices from 0. Without a point where no polarisation is marked, and
+    /// for a triangle or part that is not there.
     const ClosureSeries& series(std::size_t triangle, std::size_t part = 0) const
     {
-        return series_[triangle * parts().size() + part];
+        static const ClosureSeries none;
+        const std::size_t at = triangle * parts().size() + part;
+        return part < parts().size() && at < series_.size() ? series_[at] : none;
     }
     int hasModel() const { return model_.count() > 0; }
 
