@@ -96,4 +96,21 @@ TEST(ClosureSelect, DataWithoutTrianglesLeavesNothingToChoose)
     }
 }
 
+TEST(ClosureSelect, WithoutAMarkedPolarisationTrianglesHaveNoPoints)
+{
+    const std::vector<MadeGroup> groups = madeGroups(4, {0, 2, 4});
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("unmarked.uvfits", groups), error)) << error;
+    UvMarks marks;
+    marks.stokes = ABitArray(static_cast<int>(file.header().stokes.size()));
+    AClosureSelectDlg dialog(file, baselinesOf(groups), marks);
+    ASSERT_TRUE(dialog.CreateModeless());
+    dialog.ReadAll();
+    EXPECT_GT(dialog.triangles().rows(), 0);
+    for (const ClosureTriangle& triangle : dialog.GetChosen())
+        EXPECT_EQ(triangle.points, 0);
+    dialog.EndDialog(IDCANCEL);
+}
+
 }  // namespace pavane
