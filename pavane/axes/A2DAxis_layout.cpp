@@ -3,9 +3,9 @@
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/label_spans.h"
+#include "pavane/axes/page_layout.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
-#include "platform/picture.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
@@ -142,21 +142,11 @@ int A2DAxis::composeLayout(CDC& dc, const CRect& rect, PlotLayout& layout)
 /// places, and then made finer.
 int A2DAxis::composeOnPage(const CDC& dc, const CRect& rect, PlotLayout& layout)
 {
+    const int hasRoom =
+        layOutOnPage(dc, rect, borderRect_, fHeight_, [&](CDC& ruler, const CRect& pixels) {
+            return compose(ruler, pixels, layout);
+        });
     const FigureUnits units(dc);
-    CPicture ruler(1, 1);
-    const CRect border = borderRect_;
-    if (border.left != -1)
-        borderRect_.left = units.pixels(border.left - rect.left);
-    if (border.top != -1)
-        borderRect_.top = units.pixels(border.top - rect.top);
-    if (border.right != -1)
-        borderRect_.right = units.pixels(border.right);
-    if (border.bottom != -1)
-        borderRect_.bottom = units.pixels(border.bottom);
-    const CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));
-    const int hasRoom = compose(*ruler.dc(), pixels, layout);
-    borderRect_ = border;
-    fHeight_ = units.units(fHeight_);
     layout.picture = rect;
     layout.graph = units.units(layout.graph, rect.TopLeft());
     layout.headerLeft = rect.left + units.units(layout.headerLeft);

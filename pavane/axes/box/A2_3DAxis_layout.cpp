@@ -5,9 +5,9 @@
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/maps/scale_ticks.h"
+#include "pavane/axes/page_layout.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
-#include "platform/picture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -202,21 +202,11 @@ int A2_3DAxis::compose(CDC& dc, const CRect& rect, BoxLayout& layout)
 /// A page is laid out as a picture of its size and then made finer, as plots are.
 int A2_3DAxis::composeOnPage(CDC& dc, const CRect& rect, BoxLayout& layout)
 {
+    const int hasRoom =
+        layOutOnPage(dc, rect, borderRect_, fHeight_, [&](CDC& ruler, const CRect& pixels) {
+            return compose(ruler, pixels, layout);
+        });
     const FigureUnits units(dc);
-    CPicture ruler(1, 1);
-    const CRect border = borderRect_;
-    if (border.left != -1)
-        borderRect_.left = units.pixels(border.left - rect.left);
-    if (border.top != -1)
-        borderRect_.top = units.pixels(border.top - rect.top);
-    if (border.right != -1)
-        borderRect_.right = units.pixels(border.right);
-    if (border.bottom != -1)
-        borderRect_.bottom = units.pixels(border.bottom);
-    const CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));
-    const int hasRoom = compose(*ruler.dc(), pixels, layout);
-    borderRect_ = border;
-    fHeight_ = units.units(fHeight_);
     layout.picture = rect;
     layout.headerTop = rect.top + units.units(layout.headerTop);
     layout.headerHeight = units.units(layout.headerHeight);
