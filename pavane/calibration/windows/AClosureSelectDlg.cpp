@@ -68,7 +68,7 @@ AClosureSelectDlg::AClosureSelectDlg(AUVXFile& file, const std::vector<UvBaselin
         ClosureRow row;
         row.name = telescopeName(file, telescope);
         if (telescope.subarray != 1)
-            row.name += "/" + std::to_string(telescope.subarray);
+            row.name.append("/").append(std::to_string(telescope.subarray));
         rows.push_back(std::move(row));
     }
     telescopes_.SetRecords(std::move(rows));
