@@ -351,5 +351,6 @@ set(PAVANE_REACHED_HEADERS
     tessel/large_buffer.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
+    tessel/uvfits/UvSlices.h
     tessel/uvfits/UvTimes.h
 )

@@ -36,13 +36,28 @@ void reorder(std::vector<Value>& values, const std::vector<std::size_t>& order)
     values = std::move(sorted);
 }
 
+/// Groups of a baseline may have come in any order.
+void sortByTime(BaselineSeries& s)
+{
+    if (std::is_sorted(s.x.begin(), s.x.end()))
+        return;
+    std::vector<std::size_t> order(s.x.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::stable_sort(order.begin(), order.end(),
+                     [&](std::size_t a, std::size_t b) { return s.x[a] < s.x[b]; });
+    reorder(s.x, order);
+    for (std::vector<float>* each : {&s.amplitude, &s.amplitudeError, &s.phase, &s.phaseError,
+                                     &s.modelAmplitude, &s.modelPhase})
+        reorder(*each, order);
+}
+
 }  // namespace
 
 BaselineReader::BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines, BaselinePlot plot,
-                               UvMarks marks, const AComponents& model)
+                               UvMarks marks, const AComponents& model, std::size_t mostSums)
     : file_(file), baselines_(std::move(baselines)), plot_(plot),
       marks_(withStokes(std::move(marks), file.header())), model_(model), choice_(file, marks_),
-      cells_(file, choice_, {}), indices_(mostPairs), series_(baselines_.size())
+      slices_(file), indices_(mostPairs), series_(baselines_.size()), mostSums_(mostSums)
 {
     for (std::size_t i = 0; i < baselines_.size(); ++i) {
         const UvBaseline& b = baselines_[i];
@@ -51,51 +66,22 @@ BaselineReader::BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines
         (void)indices_.of({b.subarray, low, high}, index);
         (void)indices_.of({b.subarray, high, low}, -index);
     }
-    if (plot == BaselinePlot::channels)
-        channels_.assign(baselines_.size(), std::vector<Sums>(static_cast<std::size_t>(
-                                                file.header().ifs * file.header().channels)));
-}
-
-double BaselineReader::done() const
-{
-    const std::int64_t groups = file_.header().groups;
-    return groups > 0 ? static_cast<double>(next_) / static_cast<double>(groups) : 1;
 }
 
 int BaselineReader::step(std::int64_t bytes)
 {
-    try {
-        return goOn(bytes);
-    } catch (const std::bad_alloc&) {
-        error_ = "needs more memory than there is";
-        return 0;
-    }
-}
-
-int BaselineReader::goOn(std::int64_t bytes)
-{
     const int what = UvGroups::baselines | UvGroups::origins | UvGroups::times |
                      UvGroups::cellValues | (model_.count() > 0 ? UvGroups::places : 0);
-    const std::int64_t groups = file_.header().groups;
-    for (std::int64_t left = bytes; left > 0 && next_ < groups;) {
-        const auto count =
-            static_cast<int>(std::min<std::int64_t>(file_.blockGroups(), groups - next_));
-        if (!error_.empty())
-            return 0;
-        if (!file_.readGroups(next_, count, what, groups_)) {
-            error_ = "has become shorter while it was read";
-            return 0;
-        }
-        for (int i = 0; i < count; ++i)
-            takeGroup(i);
-        next_ += count;
-        left -= count * file_.groupBytes();
-    }
-    if (next_ < groups)
-        return 1;
-    if (!std::exchange(isFinished_, 1))
-        finish();
-    return 0;
+    const int goesOn = slices_.step(bytes, what, [this](const UvGroups& groups) {
+        if (!std::exchange(hasCells_, 1))
+            cells_ = UvCells(file_, choice_, {});
+        isFresh_ = 0;
+        for (std::size_t i = 0; i < static_cast<std::size_t>(groups.count); ++i)
+            takeGroup(groups, i);
+    });
+    if (!goesOn)
+        refresh();
+    return goesOn;
 }
 
 void BaselineReader::addTo(Sums& sums, std::size_t cell) const
@@ -109,82 +95,110 @@ void BaselineReader::addTo(Sums& sums, std::size_t cell) const
         sums.model += weight * values_[cell];
 }
 
-void BaselineReader::takeGroup(int i)
+/// The model's visibilities at the places of the leg.
+void BaselineReader::addModel(const double* frequencies)
 {
-    const auto g = static_cast<std::size_t>(i);
+    const std::size_t count = cells_.count();
+    u_.resize(count);
+    v_.resize(count);
+    values_.resize(count);
+    for (std::size_t k = 0; k < count; ++k) {
+        const double hertz = frequencies[cells_.cells[k].frequency];
+        u_[k] = leg_.u * hertz;
+        v_[k] = leg_.v * hertz;
+    }
+    model_.VfromUV(u_.data(), v_.data(), static_cast<int>(count), values_.data());
+}
+
+/// Null when there are too many.
+std::vector<BaselineReader::Sums>* BaselineReader::channelsOf(const ChannelsOf& key)
+{
+    const UvHeader& header = file_.header();
+    const auto count =
+        static_cast<std::size_t>(header.ifs) * static_cast<std::size_t>(header.channels);
+    if (const auto found = channels_.find(key); found != channels_.end())
+        return &found->second;
+    if (sums_ + count > mostSums_) {
+        slices_.fail("has more channels than are kept; choose fewer baselines");
+        return nullptr;
+    }
+    sums_ += count;
+    return &channels_.emplace(key, count).first->second;
+}
+
+void BaselineReader::takeGroup(const UvGroups& groups, std::size_t i)
+{
     const int* const index =
-        indices_.of({groups_.subarray[g], groups_.antenna1[g], groups_.antenna2[g]}, 0);
-    const double time = groups_.time[g];
+        indices_.of({groups.subarray[i], groups.antenna1[i], groups.antenna2[i]}, 0);
+    const double time = groups.time[i];
     if (!index || !*index || !std::isfinite(time) || !marks_.times.holds(time))
         return;
-    const double* const frequencies = choice_.frequenciesOf(groups_, g);
-    if (!frequencies || !leg_.take(groups_, i, cells_, frequencies, *index > 0 ? 1 : -1))
+    const double* const frequencies = choice_.frequenciesOf(groups, i);
+    if (!frequencies ||
+        !leg_.take(groups, static_cast<int>(i), cells_, frequencies, *index > 0 ? 1 : -1))
         return;
-    const std::size_t count = cells_.count();
-    if (model_.count() > 0) {
-        u_.resize(count);
-        v_.resize(count);
-        values_.resize(count);
-        for (std::size_t k = 0; k < count; ++k) {
-            const double hertz = frequencies[cells_.cells[k].frequency];
-            u_[k] = leg_.u * hertz;
-            v_[k] = leg_.v * hertz;
-        }
-        model_.VfromUV(u_.data(), v_.data(), static_cast<int>(count), values_.data());
-    }
+    if (model_.count() > 0)
+        addModel(frequencies);
     const auto baseline = static_cast<std::size_t>(std::abs(*index) - 1);
     if (plot_ == BaselinePlot::channels) {
-        for (std::size_t k = 0; k < count; ++k)
-            addTo(channels_[baseline][static_cast<std::size_t>(cells_.cells[k].frequency)], k);
+        const int selection = file_.fqTbl().selectionOf(groups.selection[i]);
+        if (std::vector<Sums>* const sums = channelsOf({baseline, selection}))
+            for (std::size_t k = 0; k < cells_.count(); ++k)
+                addTo((*sums)[static_cast<std::size_t>(cells_.cells[k].frequency)], k);
         return;
     }
     Sums sums;
-    for (std::size_t k = 0; k < count; ++k)
+    for (std::size_t k = 0; k < cells_.count(); ++k)
         addTo(sums, k);
+    if (!(sums.weight > 0))
+        return;
+    if (points_ >= mostPoints)
+        return slices_.fail("has more visibilities than are kept; choose fewer times or baselines");
+    ++points_;
     append(series_[baseline], time, sums);
 }
 
-void BaselineReader::append(BaselineSeries& series, double x, const Sums& sums)
+void BaselineReader::append(BaselineSeries& series, double x, const Sums& sums) const
 {
-    if (!(sums.weight > 0))
-        return;
-    if (points_ >= mostPoints) {
-        error_ = "has more visibilities than are kept; choose fewer times or baselines";
-        return;
-    }
-    ++points_;
     const std::complex<double> mean = sums.data / sums.weight;
     const double amplitude = std::abs(mean);
     const double error = 1 / std::sqrt(sums.weight);
     const double phaseError = amplitude > 0 ? error / amplitude * degreesOfRadian : halfTurn;
     series.x.push_back(x);
-    series.amplitude.push_back(static_cast<float>(amplitude));
-    series.amplitudeError.push_back(static_cast<float>(error));
+    series.amplitude.push_back(nearestFloat(amplitude));
+    series.amplitudeError.push_back(nearestFloat(error));
     series.phase.push_back(static_cast<float>(degreesOf(mean)));
     series.phaseError.push_back(static_cast<float>(std::min(phaseError, halfTurn)));
     if (model_.count() > 0) {
-        series.modelAmplitude.push_back(static_cast<float>(std::abs(sums.model) / sums.weight));
+        series.modelAmplitude.push_back(nearestFloat(std::abs(sums.model) / sums.weight));
         series.modelPhase.push_back(static_cast<float>(degreesOf(sums.model)));
     }
 }
 
-/// Groups of a baseline may have come in any order.
-void BaselineReader::finish()
+void BaselineReader::refresh()
 {
-    for (std::size_t b = 0; b < channels_.size(); ++b)
-        for (std::size_t c = 0; c < channels_[b].size(); ++c)
-            append(series_[b], static_cast<double>(c + 1), channels_[b][c]);
-    for (BaselineSeries& s : series_) {
-        if (std::is_sorted(s.x.begin(), s.x.end()))
-            continue;
-        std::vector<std::size_t> order(s.x.size());
-        std::iota(order.begin(), order.end(), std::size_t{0});
-        std::stable_sort(order.begin(), order.end(),
-                         [&](std::size_t a, std::size_t b) { return s.x[a] < s.x[b]; });
-        reorder(s.x, order);
-        for (std::vector<float>* each : {&s.amplitude, &s.amplitudeError, &s.phase, &s.phaseError,
-                                         &s.modelAmplitude, &s.modelPhase})
-            reorder(*each, order);
+    if (std::exchange(isFresh_, 1))
+        return;
+    try {
+        if (plot_ == BaselinePlot::channels)
+            makeChannels();
+        else
+            for (BaselineSeries& series : series_)
+                sortByTime(series);
+    } catch (const std::bad_alloc&) {
+        slices_.fail("needs more memory than there is");
+    }
+}
+
+void BaselineReader::makeChannels()
+{
+    for (BaselineSeries& series : series_)
+        series = {};
+    for (const auto& [key, sums] : channels_) {
+        const double before = static_cast<double>(key.second) * static_cast<double>(sums.size());
+        for (std::size_t c = 0; c < sums.size(); ++c)
+            if (sums[c].weight > 0)
+                append(series_[key.first], before + static_cast<double>(c + 1), sums[c]);
     }
 }
 

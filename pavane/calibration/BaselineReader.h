@@ -6,9 +6,12 @@
 #include "tessel/uvfits/AUVXFile.h"
 #include "tessel/uvfits/Distinct.h"
 #include "tessel/uvfits/UvMarks.h"
+#include "tessel/uvfits/UvSlices.h"
 
 #include <complex>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -17,7 +20,8 @@ namespace pavane
 /// What visibilities of a baseline are plotted against.
 enum class BaselinePlot : int {
     time,     ///< a point an integration: the mean of the marked IFs, channels and polarisations
-    channels  ///< a point a channel of all IFs: the mean of the marked times and polarisations
+    channels  ///< a point a channel of all IFs: the mean of the marked times and polarisations;
+              ///< those of the first frequency selection, then those of the next, and so on
 };
 
 /// Visibilities of a baseline as vectors averaged with their weights, an array for each number.
@@ -37,21 +41,26 @@ class PAVANE_API BaselineReader
 {
 public:
     static constexpr std::size_t mostPoints = std::size_t{1} << 25;
+    /// Channels of all baselines that are averaged at once, usually.
+    static constexpr std::size_t usualSums = std::size_t{1} << 24;
 
     /// Without marks of polarisations those are taken that `usualStokes` gives.
     BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines, BaselinePlot plot,
-                   UvMarks marks = {}, const AComponents& model = {});
+                   UvMarks marks = {}, const AComponents& model = {},
+                   std::size_t mostSums = usualSums);
     BaselineReader(const BaselineReader&) = delete;
     BaselineReader& operator=(const BaselineReader&) = delete;
 
     /// Goes on with some `bytes` of the file. Non-zero while more remains; 0 when all is done, or
     /// cannot be: then `error` is not empty.
     int step(std::int64_t bytes = std::int64_t{16} << 20);
-    double done() const;  ///< 0 to 1
+    double done() const { return slices_.done(); }  ///< 0 to 1
     /// Why it ended early, a clause without its subject; "" else.
-    const std::string& error() const { return error_; }
+    const std::string& error() const { return slices_.error(); }
+    /// Makes the series of what has been read so far, by time or channel; before, channels have no
+    /// points and times stand in the order of the file. Done at the end of reading by itself.
+    void refresh();
     const std::vector<UvBaseline>& baselines() const { return baselines_; }
-    /// Whole when all has been read, by time or channel.
     const BaselineSeries& series(std::size_t baseline) const { return series_[baseline]; }
 
 private:
@@ -70,11 +79,15 @@ private:
         std::complex<double> data{}, model{};
         double weight = 0;
     };
-    int goOn(std::int64_t bytes);
-    void takeGroup(int i);
+    /// Of a baseline and a frequency selection.
+    using ChannelsOf = std::pair<std::size_t, int>;
+
+    void takeGroup(const UvGroups& groups, std::size_t i);
+    void addModel(const double* frequencies);
     void addTo(Sums& sums, std::size_t cell) const;
-    void append(BaselineSeries& series, double x, const Sums& sums);
-    void finish();
+    std::vector<Sums>* channelsOf(const ChannelsOf& key);
+    void makeChannels();
+    void append(BaselineSeries& series, double x, const Sums& sums) const;
 
     AUVXFile& file_;
     std::vector<UvBaseline> baselines_;
@@ -82,16 +95,15 @@ private:
     UvMarks marks_;
     AComponents model_;
     UvChoice choice_;
+    UvSlices slices_;
     UvCells cells_;
+    int hasCells_ = 0;
     Distinct<Pair, int>
         indices_;  ///< of a baseline and 1, negative when it is stored the other way
     std::vector<BaselineSeries> series_;
-    std::vector<std::vector<Sums>> channels_;
-    std::int64_t next_ = 0;
-    int isFinished_ = 0;
-    std::size_t points_ = 0;
-    std::string error_;
-    UvGroups groups_;
+    std::map<ChannelsOf, std::vector<Sums>> channels_;
+    std::size_t points_ = 0, sums_ = 0, mostSums_;
+    int isFresh_ = 1;
     UvLeg leg_;
     std::vector<double> u_, v_;
     std::vector<std::complex<double>> values_;

@@ -170,7 +170,7 @@ void ClosureReader::flush(Subarray& subarray)
             series.time.push_back(sums.time / sums.data.count);
             series.phase.push_back(static_cast<float>(point.phase));
             series.error.push_back(static_cast<float>(point.error));
-            series.amplitude.push_back(static_cast<float>(point.amplitude));
+            series.amplitude.push_back(nearestFloat(point.amplitude));
             if (model_.count() > 0)
                 series.model.push_back(static_cast<float>(degreesOf(sums.model)));
         }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace pavane
 {
@@ -25,6 +26,11 @@ double degreesOf(const std::complex<double>& value)
     const double degrees = std::atan2(value.imag(), value.real()) * degreesOfRadian;
     // the arc of a negative zero is the other end of the range
     return degrees <= -halfTurn ? halfTurn : std::min(degrees, halfTurn);
+}
+
+float nearestFloat(double value)
+{
+    return static_cast<float>(std::min(value, double{std::numeric_limits<float>::max()}));
 }
 
 int closurePoint(const ClosureSums& sums, ClosurePoint& point)

@@ -37,4 +37,8 @@ PAVANE_API double wrappedDegrees(double degrees);
 /// Of a complex number, in (-180, 180].
 PAVANE_API double degreesOf(const std::complex<double>& value);
 
+/// A number that is not negative; one above all floats becomes the greatest of them, which a plot
+/// shows.
+PAVANE_API float nearestFloat(double value);
+
 }  // namespace pavane

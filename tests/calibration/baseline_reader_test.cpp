@@ -50,4 +50,45 @@ TEST(BaselineReader, AmplitudesAndPhasesAreTheMeansOfWhatIsMarked)
     }
 }
 
+TEST(BaselineReader, WhatHasBeenReadSoFarCanBeSeenOfALongFile)
+{
+    // a block is some hundred kilobytes; the second selection begins in the first of them
+    std::vector<double> seconds;
+    for (int i = 0; i < 1500; ++i)
+        seconds.push_back(2 * i);
+    std::vector<MadeGroup> groups = madeGroups(4, seconds);
+    std::rotate(groups.begin(), groups.begin() + 6, groups.end());
+    std::swap(groups[0], groups[6]);
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        groups[i].gain = std::complex<double>(3e38, 3e38) / madeModel().VfromUV(0, 0).real();
+        groups[i].u = groups[i].v = 0;
+        groups[i].weight = 4;
+        groups[i].selection = i < 100 ? 1 : 2;
+    }
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("long.uvfits", groups), error)) << error;
+    const std::vector<UvBaseline> baselines = {{1, 1, 2, 3}, {1, 3, 1, 3}};
+    for (const BaselinePlot plot : {BaselinePlot::time, BaselinePlot::channels}) {
+        BaselineReader reader(file, baselines, plot);
+        ASSERT_TRUE(reader.step(1));
+        reader.refresh();
+        const BaselineSeries& s = reader.series(0);
+        EXPECT_TRUE(std::is_sorted(s.x.begin(), s.x.end()));
+        EXPECT_GT(s.count(), 0u);
+        if (plot == BaselinePlot::channels) {
+            EXPECT_EQ(s.x, (std::vector<double>{1, 2, 3, 4, 5, 6, 7, 8})) << "by selection";
+        }
+        while (reader.step(1)) {
+        }
+        EXPECT_EQ(s.count(), plot == BaselinePlot::time ? 1500 : 8);
+        EXPECT_EQ(s.amplitude[0], std::numeric_limits<float>::max()) << "as near as can be";
+    }
+    BaselineReader small(file, baselines, BaselinePlot::channels, {}, {}, 9);
+    while (small.step()) {
+    }
+    EXPECT_EQ(small.error(), "has more channels than are kept; choose fewer baselines");
+    EXPECT_EQ(small.series(0).count() + small.series(1).count(), 8u) << "of what was read";
+}
+
 }  // namespace pavane

@@ -19,10 +19,13 @@ struct MadeGroup {
     float u = 0, v = 0;  ///< seconds of light
     std::complex<double> gain = 1;
     float weight = 4;
+    int selection = 1;
 };
 
 inline constexpr int madeIfs = 2, madeChannels = 2, madeHands = 2;
 inline constexpr double madeFrequency = 8e9, madeStep = 1e8, madeIfStep = 5e8;
+/// From a frequency selection to the next.
+inline constexpr double madeJump = 2e9;
 
 inline const AComponents& madeModel()
 {
@@ -38,7 +41,8 @@ inline const AComponents& madeModel()
 /// What a group's visibility is: the model's times its gain, which is of no frequency.
 inline std::complex<double> madeVisibility(const MadeGroup& g, int f, int c)
 {
-    const double hertz = madeFrequency + f * madeIfStep + c * madeStep;
+    const double hertz =
+        madeFrequency + (g.selection - 1) * madeJump + f * madeIfStep + c * madeStep;
     return g.gain * madeModel().VfromUV(double{g.u} * hertz, double{g.v} * hertz);
 }
 
@@ -53,15 +57,16 @@ inline std::string savedData(const std::string& base, const std::vector<MadeGrou
     for (int i = 0; i < 5; ++i)
         file.card("NAXIS" + std::to_string(i + 1), lengths[i]);
     file.card("GROUPS", true);
-    file.card("PCOUNT", 6);
+    file.card("PCOUNT", 7);
     file.card("GCOUNT", static_cast<int>(groups.size()));
     for (int i = 1; i < 5; ++i) {
         file.card("CTYPE" + std::to_string(i + 1), axes[i]);
         file.card("CRVAL" + std::to_string(i + 1), i == 3 ? madeFrequency : i == 2 ? -1.0 : 1.0);
         file.card("CDELT" + std::to_string(i + 1), i == 3 ? madeStep : i == 2 ? -1.0 : 1.0);
     }
-    static constexpr const char* names[] = {"UU--", "VV--", "BASELINE", "DATE", "DATE", "SOURCE"};
-    for (int i = 0; i < 6; ++i) {
+    static constexpr const char* names[] = {"UU--", "VV--",   "BASELINE", "DATE",
+                                            "DATE", "SOURCE", "FREQSEL"};
+    for (int i = 0; i < 7; ++i) {
         file.card("PTYPE" + std::to_string(i + 1), names[i]);
         file.card("PSCAL" + std::to_string(i + 1), i == 4 ? 1 / 86400.0 : 1.0);
         file.card("PZERO" + std::to_string(i + 1), i == 3 ? 2455554.5 : 0.0);
@@ -71,7 +76,7 @@ inline std::string savedData(const std::string& base, const std::vector<MadeGrou
     for (const MadeGroup& g : groups) {
         for (const double value :
              {double{g.u}, double{g.v}, 256.0 * g.a + g.b + 0.01 * (g.subarray - 1), 0.0, g.seconds,
-              double(g.source)})
+              double(g.source), double(g.selection)})
             put(data, static_cast<float>(value));
         for (int f = 0; f < madeIfs; ++f)
             for (int c = 0; c < madeChannels; ++c)
@@ -83,17 +88,20 @@ inline std::string savedData(const std::string& base, const std::vector<MadeGrou
                 }
     }
     file.data(data);
-    TableText frequencies("AIPS FQ", 1,
+    TableText frequencies("AIPS FQ", 2,
                           {{"FRQSEL", "1J"},
                            {"IF FREQ", "2D"},
                            {"CH WIDTH", "2E"},
                            {"TOTAL BANDWIDTH", "2E"},
                            {"SIDEBAND", "2J"}});
-    frequencies << 1 << 0.0 << madeIfStep;
-    for (int i = 0; i < 4; ++i)
-        frequencies << 1e8f;
-    frequencies << 1 << 1;
-    frequencies.endRow();
+    for (int selection = 1; selection <= 2; ++selection) {
+        frequencies << selection << (selection - 1) * madeJump
+                    << (selection - 1) * madeJump + madeIfStep;
+        for (int i = 0; i < 4; ++i)
+            frequencies << 1e8f;
+        frequencies << 1 << 1;
+        frequencies.endRow();
+    }
     frequencies.write(file, [](FitsText& cards) { cards.card("NO_IF", madeIfs); });
     const std::string name = testing::TempDir() + base;
     std::ofstream(name, std::ios::binary) << file.bytes();
