@@ -229,7 +229,7 @@ void MomentReader::put(UvMoment& moment, std::size_t i, const Leg& leg, double t
 void MomentReader::closeOthers(double time, MomentSink& sink)
 {
     for (std::size_t k = 0; k < opened_;) {
-        if (fits(open_[k], time) && opened_ < mostOpen) {
+        if (fits(open_[k], time)) {
             ++k;
             continue;
         }
@@ -250,24 +250,26 @@ void MomentReader::closeAll(MomentSink& sink)
     opened_ = 0;
 }
 
-/// Whether moments of about this time have been given already; begins a run where it lies before
-/// others.
+/// Whether moments of about this time have been given already; begins a run where it does not rise
+/// above the last one. A run that began below another one may rise through its times.
 int MomentReader::isGiven(int origin, double time)
 {
     const auto at = static_cast<std::size_t>(origin);
     if (at >= given_.size())
         given_.resize(at + 1);
     std::vector<std::vector<double>>& runs = given_[at].runs;
-    if (runs.empty() || (!runs.back().empty() && time <= runs.back().back())) {
-        for (const std::vector<double>& run : runs) {
-            const auto near = std::lower_bound(run.begin(), run.end(), time - 2 * half_);
-            if (near != run.end() && *near <= time + 2 * half_)
-                return 1;
-        }
-        if (runs.size() >= mostRuns)
+    const int isRising = !runs.empty() && time > runs.back().back();
+    for (std::size_t r = 0; r + isRising < runs.size(); ++r) {
+        const std::vector<double>& run = runs[r];
+        const auto near = std::lower_bound(run.begin(), run.end(), time - 2 * half_);
+        if (near != run.end() && *near <= time + 2 * half_)
             return 1;
-        runs.emplace_back();
     }
+    if (isRising)
+        return 0;
+    if (runs.size() >= mostRuns)
+        return 1;
+    runs.emplace_back();
     return 0;
 }
 
@@ -290,7 +292,7 @@ int MomentReader::takeInOrder(std::size_t i, MomentSink& sink)
     if (k < opened_ && open_[k].has[b])
         return 0;  // the baseline comes twice: what belongs together is found out by time
     if (k == opened_) {
-        if (isGiven(origin, time))
+        if (opened_ >= mostOpen || isGiven(origin, time))
             return 0;
         if (opened_ == open_.size()) {
             open_.emplace_back();

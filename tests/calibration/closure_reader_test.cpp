@@ -104,6 +104,21 @@ TEST(ClosureReader, PhasesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
     const auto byTime = [](const MadeGroup& a, const MadeGroup& b) {
         return a.seconds < b.seconds;
     };
+    // baseline after baseline, each from an earlier time on
+    Groups stairs;
+    const Groups three = madeGroups(3, {0, 2, 4, 6, 8, 10, 12, 14});
+    for (const std::size_t from : {4, 2, 0})
+        for (std::size_t i = 3 * from; i < three.size(); ++i)
+            if (i % 3 == 2 - from / 2)
+                stairs.push_back(three[i]);
+    // two observations of some baselines each, the second over the times of the first
+    const auto isOfFirst = [](const MadeGroup& g) { return g.a + g.b < 6; };
+    Groups overlapping, second;
+    for (const MadeGroup& g : five + later)
+        if (!isOfFirst(g))
+            second.push_back(g);
+        else if (g.seconds >= 4)
+            overlapping.push_back(g);
     const struct {
         const char* name;
         Groups groups;
@@ -116,6 +131,9 @@ TEST(ClosureReader, PhasesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
         {"a time that comes back", five + later + Groups(five.begin(), five.begin() + 3), 60},
         {"half of the baselines in a second pass",
          Groups(five.begin(), five.begin() + 5) + later + Groups(five.begin() + 5, five.end()), 60},
+        {"stairs into the past", stairs, 4},
+        {"observations over each other", overlapping + second, 44},
+        {"observations over each other, sorted", sorted(overlapping + second, byTime), 44},
         {"two subarrays", sorted(inTurns, byTime), 56},
         {"one subarray behind the other", other + five, 56},
         {"legs that jitter by a fifth of an integration",
