@@ -1,6 +1,7 @@
 #include "pavane/calibration/SumBasis.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -10,10 +11,16 @@ namespace
 
 constexpr std::uint64_t prime = 0x7fffffff;
 
-std::uint32_t product(std::uint64_t a, std::uint64_t b)
+/// Of a number below 2^63. The prime is 2^31 - 1, so what is above its bits counts like what is in
+/// them.
+std::uint32_t remainder(std::uint64_t value)
 {
-    return static_cast<std::uint32_t>(a * b % prime);
+    value = (value & prime) + (value >> 31);
+    value = (value & prime) + (value >> 31);
+    return static_cast<std::uint32_t>(value >= prime ? value - prime : value);
 }
+
+std::uint32_t product(std::uint64_t a, std::uint64_t b) { return remainder(a * b); }
 
 /// One over a number, its power prime - 2.
 std::uint32_t inverse(std::uint32_t value)
@@ -30,36 +37,44 @@ std::uint32_t inverse(std::uint32_t value)
 
 }  // namespace
 
-SumBasis::SumBasis(std::size_t quantities) : rows_(quantities), sum_(quantities) {}
+SumBasis::SumBasis(std::size_t quantities) : rows_(quantities), isRow_(quantities), sum_(quantities)
+{
+}
 
 int SumBasis::add(std::span<const SumTerm> sum)
 {
-    std::fill(sum_.begin(), sum_.end(), 0);
-    for (const SumTerm& term : sum) {
-        if (term.of >= sum_.size())
-            return 0;
-        sum_[term.of] =
-            static_cast<std::uint32_t>((sum_[term.of] + (term.sign > 0 ? 1 : prime - 1)) % prime);
-    }
-    for (std::size_t last = sum_.size(); last-- > 0;) {
+    std::size_t end = 0;
+    for (const SumTerm& term : sum)
+        if (term.of < sum_.size()) {
+            sum_[term.of] = remainder(sum_[term.of] + (term.sign > 0 ? 1 : prime - 1));
+            end = std::max(end, term.of + 1);
+        }
+    while (end > 0) {
+        const std::size_t last = --end;
         if (!sum_[last])
             continue;
-        Row& row = rows_[last];
-        if (row.empty()) {
-            // scaled to end in 1; what is behind the last quantity is 0 and not kept
-            const std::uint32_t scale = inverse(sum_[last]);
-            row.resize(last + 1);
-            for (std::size_t i = 0; i <= last; ++i)
-                row[i] = product(sum_[i], scale);
-            ++rank_;
+        if (!isRow_[last]) {
+            keep(last);
             return 1;
         }
         const std::uint64_t times = prime - sum_[last];
-        for (std::size_t i = 0; i <= last; ++i)
-            if (row[i])
-                sum_[i] = static_cast<std::uint32_t>((sum_[i] + times * row[i]) % prime);
+        sum_[last] = 0;
+        for (const Part& part : rows_[last])
+            sum_[part.of] = remainder(sum_[part.of] + times * part.times);
     }
     return 0;
+}
+
+/// Makes a row of the sum, scaled to end in 1.
+void SumBasis::keep(std::size_t last)
+{
+    const std::uint32_t scale = inverse(sum_[last]);
+    sum_[last] = 0;
+    for (std::size_t i = 0; i < last; ++i)
+        if (const std::uint32_t value = std::exchange(sum_[i], 0))
+            rows_[last].push_back({static_cast<std::uint32_t>(i), product(value, scale)});
+    isRow_[last] = 1;
+    ++rank_;
 }
 
 }  // namespace pavane

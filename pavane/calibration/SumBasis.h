@@ -30,9 +30,15 @@ public:
     int rank() const { return rank_; }
 
 private:
-    using Row = std::vector<std::uint32_t>;
-    std::vector<Row> rows_;  ///< by the last quantity that they have, which they have once
-    Row sum_;
+    void keep(std::size_t last);
+
+    struct Part {
+        std::uint32_t of, times;
+    };
+    /// By the last quantity that they have, which they have once; that one is left out.
+    std::vector<std::vector<Part>> rows_;
+    std::vector<char> isRow_;
+    std::vector<std::uint32_t> sum_;  ///< all 0 between two calls
     int rank_ = 0;
 };
 

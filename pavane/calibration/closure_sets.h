@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace pavane
@@ -46,7 +47,7 @@ struct ClosureKind {
 PAVANE_API std::vector<ClosureTriangle>
 closureTriangles(const std::vector<ClosureTelescope>& telescopes,
                  const std::vector<UvBaseline>& baselines, const ClosureKind& kind = {});
-inline constexpr std::size_t mostTriangles = 1 << 19, mostJoined = 1 << 13;
+inline constexpr std::size_t mostTriangles = 1 << 19, mostJoined = 1 << 14;
 
 /// Of triangles those of an independent set, in the order given; those of most points first.
 PAVANE_API std::vector<ClosureTriangle>
@@ -66,6 +67,14 @@ struct ClosureQuad {
 PAVANE_API std::vector<ClosureQuad> closureQuads(const std::vector<ClosureTelescope>& telescopes,
                                                  const std::vector<UvBaseline>& baselines,
                                                  const ClosureKind& kind = {});
+
+/// Of quads those of an independent set, in the order given; those of most points first.
+PAVANE_API std::vector<ClosureQuad> independentQuads(const std::vector<ClosureQuad>& quads);
+
+/// Why these baselines have no triangles, or quads: none are joined so, or there are too many. A
+/// clause without its subject; "" when they have some.
+PAVANE_API std::string whyNoTriangles(const std::vector<UvBaseline>& baselines);
+PAVANE_API std::string whyNoQuads(const std::vector<UvBaseline>& baselines);
 
 /// Telescopes that the baselines name, by subarray and number.
 PAVANE_API std::vector<ClosureTelescope> telescopesOf(const std::vector<UvBaseline>& baselines);

@@ -51,24 +51,40 @@ std::vector<double> rowOf(const ClosureTriangle& t, int telescopes)
     return row;
 }
 
-/// Greedily, each triangle looked at by the rank of all that were taken before.
-std::vector<ClosureTriangle> bruteForce(std::vector<ClosureTriangle> triangles, int telescopes)
+/// Of the logarithms of amplitudes.
+std::vector<double> rowOf(const ClosureQuad& q, int telescopes)
 {
-    std::vector<ClosureTriangle> taken, sorted = triangles;
+    std::vector<double> row(static_cast<std::size_t>(telescopes * telescopes));
+    const struct {
+        std::size_t a, b;
+        int sign;
+    } legs[] = {{0, 1, 1}, {2, 3, 1}, {0, 2, -1}, {1, 3, -1}};
+    for (const auto& leg : legs) {
+        const auto [low, high] = std::minmax(q.telescopes[leg.a], q.telescopes[leg.b]);
+        row[static_cast<std::size_t>(low * telescopes + high)] = leg.sign;
+    }
+    return row;
+}
+
+/// Greedily, each item looked at by the rank of all that were taken before.
+template <class Item>
+std::vector<Item> bruteForce(std::vector<Item> items, int telescopes)
+{
+    std::vector<Item> taken, sorted = items;
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const auto& a, const auto& b) { return a.points > b.points; });
     std::vector<std::vector<double>> rows;
-    for (const ClosureTriangle& t : sorted) {
+    for (const Item& t : sorted) {
         rows.push_back(rowOf(t, telescopes));
         if (rankOf(rows) == static_cast<int>(rows.size()))
             taken.push_back(t);
         else
             rows.pop_back();
     }
-    std::erase_if(triangles, [&](const ClosureTriangle& t) {
+    std::erase_if(items, [&](const Item& t) {
         return std::find(taken.begin(), taken.end(), t) == taken.end();
     });
-    return triangles;
+    return items;
 }
 
 std::vector<UvBaseline> randomBaselines(int telescopes, double joined, int most, unsigned seed)
@@ -99,6 +115,19 @@ TEST(ClosureSets, IndependentTrianglesAreThoseOfBruteForce)
                 EXPECT_EQ(closureTriangles(telescopes, baselines, {ClosureKind::independent}),
                           bruteForce(all, n))
                     << n << ' ' << joined << ' ' << most;
+                // points as they are counted, which need not be those of the rarest baseline
+                std::mt19937 random(unsigned(n + most));
+                std::vector<ClosureTriangle> counted = all;
+                for (ClosureTriangle& t : counted)
+                    t.points = static_cast<int>(random() % 50);
+                EXPECT_EQ(independentTriangles(counted), bruteForce(counted, n)) << n;
+                std::vector<ClosureQuad> quads = closureQuads(telescopes, baselines);
+                if (n > 6)
+                    continue;
+                EXPECT_EQ(independentQuads(quads), bruteForce(quads, n)) << n << ' ' << joined;
+                for (ClosureQuad& q : quads)
+                    q.points = static_cast<int>(random() % 50);
+                EXPECT_EQ(independentQuads(quads), bruteForce(quads, n)) << n << ' ' << joined;
             }
     // of many telescopes the rank alone, which every greedy choice has
     for (const int n : {13, 20})
@@ -159,6 +188,29 @@ TEST(ClosureSets, QuadsOfFullArraysHaveTheirRank)
                   std::size_t(n * (n - 1) * (n - 2) * (n - 3) / 8));
         EXPECT_EQ(closureQuads(telescopes, baselines, {ClosureKind::independent}).size(),
                   std::size_t(n * (n - 3) / 2));
+    }
+}
+
+TEST(ClosureSets, WhyThereAreNone)
+{
+    const struct {
+        int telescopes;
+        std::size_t triangles, quads;
+        const char *whyNot, *whyNoQuads;
+    } cases[] = {
+        {2, 0, 0, "has no three telescopes that are all joined",
+         "has no four telescopes whose baselines make a closure amplitude"},
+        {4, 4, 3, "", ""},
+        {60, 34220, 0, "", "has more than 524288 closure amplitudes; choose fewer telescopes"},
+        {148, 0, 0, "has more than 524288 triangles; choose fewer telescopes",
+         "has more than 524288 closure amplitudes; choose fewer telescopes"}};
+    for (const auto& c : cases) {
+        const auto baselines = randomBaselines(c.telescopes, 1, 1, 1);
+        const auto telescopes = telescopesOf(baselines);
+        EXPECT_EQ(closureTriangles(telescopes, baselines).size(), c.triangles) << c.telescopes;
+        EXPECT_EQ(closureQuads(telescopes, baselines).size(), c.quads) << c.telescopes;
+        EXPECT_EQ(whyNoTriangles(baselines), c.whyNot);
+        EXPECT_EQ(whyNoQuads(baselines), c.whyNoQuads);
     }
 }
 

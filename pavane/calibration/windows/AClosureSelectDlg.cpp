@@ -8,8 +8,10 @@
 #include "platform/message.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstddef>
+#include <set>
 #include <utility>
 
 namespace pavane
@@ -43,12 +45,12 @@ const DlgTemplate& knownDialog()
 std::vector<char> flagsOf(const std::vector<ClosureTriangle>& chosen,
                           const std::vector<ClosureTriangle>& among)
 {
+    std::set<std::pair<int, std::array<int, 3>>> known;
+    for (const ClosureTriangle& t : chosen)
+        known.emplace_hint(known.end(), t.subarray, t.telescopes);
     std::vector<char> flags;
     for (const ClosureTriangle& t : among)
-        flags.push_back(static_cast<char>(
-            std::any_of(chosen.begin(), chosen.end(), [&](const ClosureTriangle& other) {
-                return other.subarray == t.subarray && other.telescopes == t.telescopes;
-            })));
+        flags.push_back(static_cast<char>(known.contains({t.subarray, t.telescopes})));
     return flags;
 }
 
