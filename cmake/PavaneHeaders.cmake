@@ -311,6 +311,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/windows/PlotHooks.h
     pavane/axes/windows/PlotPicture.h
     pavane/axes/windows/RubberBand.h
+    pavane/calibration/ClosureCounter.h
+    pavane/calibration/ClosureLegs.h
     pavane/calibration/MomentReader.h
     pavane/calibration/UvCells.h
     pavane/containers/item_io.h

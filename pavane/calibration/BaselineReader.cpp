@@ -1,11 +1,11 @@
 #include "pavane/calibration/BaselineReader.h"
 
 #include "pavane/calibration/closure_point.h"
+#include "pavane/calibration/series_order.h"
 
 #include <algorithm>
 #include <cmath>
 #include <new>
-#include <numeric>
 #include <utility>
 
 namespace pavane
@@ -23,32 +23,6 @@ UvMarks withStokes(UvMarks marks, const UvHeader& header)
     if (!marks.stokes.count())
         marks.stokes = usualStokes(header);
     return marks;
-}
-
-template <class Value>
-void reorder(std::vector<Value>& values, const std::vector<std::size_t>& order)
-{
-    std::vector<Value> sorted;
-    sorted.reserve(values.size());
-    for (const std::size_t i : order)
-        if (i < values.size())
-            sorted.push_back(values[i]);
-    values = std::move(sorted);
-}
-
-/// Groups of a baseline may have come in any order.
-void sortByTime(BaselineSeries& s)
-{
-    if (std::is_sorted(s.x.begin(), s.x.end()))
-        return;
-    std::vector<std::size_t> order(s.x.size());
-    std::iota(order.begin(), order.end(), std::size_t{0});
-    std::stable_sort(order.begin(), order.end(),
-                     [&](std::size_t a, std::size_t b) { return s.x[a] < s.x[b]; });
-    reorder(s.x, order);
-    for (std::vector<float>* each : {&s.amplitude, &s.amplitudeError, &s.phase, &s.phaseError,
-                                     &s.modelAmplitude, &s.modelPhase})
-        reorder(*each, order);
 }
 
 }  // namespace
@@ -183,8 +157,9 @@ void BaselineReader::refresh()
         if (plot_ == BaselinePlot::channels)
             makeChannels();
         else
-            for (BaselineSeries& series : series_)
-                sortByTime(series);
+            for (BaselineSeries& s : series_)  // groups may have come in any order
+                sortSeries(s.x, s.amplitude, s.amplitudeError, s.phase, s.phaseError,
+                           s.modelAmplitude, s.modelPhase);
     } catch (const std::bad_alloc&) {
         slices_.fail("needs more memory than there is");
     }

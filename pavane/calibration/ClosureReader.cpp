@@ -1,11 +1,11 @@
 #include "pavane/calibration/ClosureReader.h"
 
-#include "pavane/calibration/triple_products.h"
+#include "pavane/calibration/closure_products.h"
+#include "pavane/calibration/series_order.h"
 
 #include <algorithm>
 #include <cmath>
 #include <new>
-#include <tuple>
 #include <utility>
 
 namespace pavane
@@ -15,86 +15,176 @@ namespace
 {
 
 constexpr double secondsPerDay = 86400;
+/// Of what is averaged at once; of more the averages end early.
+constexpr std::size_t mostOpenSums = std::size_t{1} << 22;
+/// What counting is of all that is done.
+constexpr double shareOfCount = 0.4;
+
+/// Of those that have points.
+template <class Item>
+std::vector<Item> withPoints(std::vector<Item> items)
+{
+    std::erase_if(items, [](const Item& item) { return item.points <= 0; });
+    return items;
+}
 
 }  // namespace
 
-ClosureReader::ClosureReader(AUVXFile& file, std::vector<ClosureTriangle> triangles, UvMarks marks,
+ClosureReader::ClosureReader(AUVXFile& file, ClosureChoice choice, UvMarks marks,
                              const ClosureAveraging& averaging, const AComponents& model)
-    : file_(file), triangles_(std::move(triangles)), marks_(std::move(marks)),
-      averaging_(averaging), model_(model)
+    : file_(file), choice_(std::move(choice)), marks_(std::move(marks)), averaging_(averaging),
+      model_(model)
 {
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
-    std::map<std::tuple<int, int, int>, std::size_t> indices;
-    for (std::size_t t = 0; t < triangles_.size(); ++t) {
-        const ClosureTriangle& triangle = triangles_[t];
-        std::array<Leg, 3>& legs = legs_.emplace_back();
-        for (std::size_t k = 0; k < 3; ++k) {
-            const int a = triangle.telescopes[k];
-            const int b = triangle.telescopes[(k + 1) % 3];
-            const auto [found, isNew] = indices.emplace(
-                std::tuple(triangle.subarray, std::min(a, b), std::max(a, b)), baselines_.size());
-            if (isNew)
-                baselines_.push_back({triangle.subarray, std::min(a, b), std::max(a, b), 0});
-            legs[k] = {found->second, a < b ? 1.0 : -1.0};
-        }
-        subarrays_[triangle.subarray].triangles.push_back(t);
-    }
-    reader_ = std::make_unique<MomentReader>(file_, marks_, averaging_.split, baselines_,
-                                             model_.count() > 0);
-    restart();
+    if (choice_.independent)
+        counter_ = std::make_unique<ClosureCounter>(file_, std::exchange(choice_.triangles, {}),
+                                                    std::exchange(choice_.quads, {}), marks_,
+                                                    averaging_.split);
 }
 
 ClosureReader::~ClosureReader() = default;
 
-double ClosureReader::done() const { return reader_->done(); }
+double ClosureReader::done() const
+{
+    if (counter_)
+        return shareOfCount * counter_->done();
+    const double before = choice_.independent ? shareOfCount : 0;
+    return isOver_ ? 1 : reader_ ? before + (1 - before) * reader_->done() : before;
+}
 
 const std::string& ClosureReader::error() const
 {
-    return error_.empty() ? reader_->error() : error_;
+    return error_.empty() && reader_ ? reader_->error() : error_;
+}
+
+const std::vector<UvCells::Part>& ClosureReader::parts() const
+{
+    static const std::vector<UvCells::Part> none;
+    return reader_ ? reader_->cells().parts : none;
+}
+
+const ClosureSeries& ClosureReader::series(std::size_t triangle, std::size_t part) const
+{
+    static const ClosureSeries none;
+    const std::size_t at = triangle * parts().size() + part;
+    return part < parts().size() && at < series_.size() ? series_[at] : none;
+}
+
+const ClosureRatios& ClosureReader::ratios(std::size_t quad, std::size_t part) const
+{
+    static const ClosureRatios none;
+    const std::size_t at = quad * parts().size() + part;
+    return part < parts().size() && at < ratios_.size() ? ratios_[at] : none;
+}
+
+// --- reading
+
+int ClosureReader::step(std::int64_t bytes)
+{
+    if (isOver_ || !error_.empty())
+        return 0;
+    try {
+        if (counter_)
+            return countPoints(bytes);
+        if (!reader_) {
+            legs_ = ClosureLegs(choice_.triangles, choice_.quads);
+            reader_ = std::make_unique<MomentReader>(file_, marks_, averaging_.split,
+                                                     legs_.baselines, model_.count() > 0);
+        }
+        if (reader_->step(bytes, *this) && error_.empty())
+            return 1;
+        finish();
+    } catch (const std::bad_alloc&) {
+        error_ = "needs more memory than there is";
+    }
+    return 0;
+}
+
+int ClosureReader::countPoints(std::int64_t bytes)
+{
+    if (counter_->step(bytes))
+        return 1;
+    error_ = counter_->error();
+    if (error_.empty()) {
+        choice_.triangles = independentTriangles(withPoints(counter_->triangles()));
+        choice_.quads = independentQuads(withPoints(counter_->quads()));
+        if (choice_.triangles.empty() && choice_.quads.empty())
+            error_ = "has no telescopes whose baselines all have good visibilities at one time";
+    }
+    counter_.reset();
+    return error_.empty();
 }
 
 void ClosureReader::restart()
 {
-    series_.assign(triangles_.size() * parts().size(), {});
-    sums_.assign(series_.size(), {});
+    series_.clear();
+    ratios_.clear();
+    bins_.clear();
+    openSums_ = 0;
     points_ = 0;
-    for (auto& [number, subarray] : subarrays_)
-        subarray.isOpen = 0;
+    if ((choice_.triangles.size() + choice_.quads.size()) * parts().size() > mostSeries) {
+        error_ = "has more closure phases at a time than are kept apart; choose fewer";
+        return;
+    }
+    series_.resize(choice_.triangles.size() * parts().size());
+    ratios_.resize(choice_.quads.size() * parts().size());
 }
 
-int ClosureReader::step(std::int64_t bytes)
+/// What is averaged ends here; series of several origins have come in turns.
+void ClosureReader::finish()
 {
-    if (!error_.empty())
-        return 0;
-    const int goesOn = reader_->step(bytes, *this);
-    if (!goesOn && reader_->error().empty())
-        try {
-            for (auto& [number, subarray] : subarrays_)
-                flush(subarray);
-        } catch (const std::bad_alloc&) {
-            error_ = "needs more memory than there is";
-        }
-    return goesOn && error_.empty();
+    for (auto& [origin, bin] : bins_)
+        flush(bin);
+    for (ClosureSeries& s : series_)
+        sortSeries(s.time, s.phase, s.error, s.amplitude, s.model);
+    for (ClosureRatios& r : ratios_)
+        sortSeries(r.time, r.ratio, r.error, r.model);
+    isOver_ = 1;
+}
+
+/// An empty one, or that to which the moment belongs.
+ClosureReader::Bin& ClosureReader::binOf(const UvMoment& moment,
+                                         const ClosureLegs::Members& members)
+{
+    const std::size_t sums = members.count() * parts().size();
+    // without averages in time one serves all
+    const int isAveraged = averaging_.seconds > 0;
+    const int key = isAveraged ? moment.origin : -1;
+    if (!bins_.contains(key) && openSums_ + sums > mostOpenSums) {
+        for (auto& [origin, bin] : bins_)
+            flush(bin);
+        bins_.clear();
+        openSums_ = 0;
+    }
+    Bin& bin = bins_[key];
+    const double number =
+        isAveraged ? std::floor(moment.time() * secondsPerDay / averaging_.seconds) : 0;
+    if (bin.members && (!isAveraged || bin.number != number))
+        flush(bin);
+    if (!bin.members) {
+        openSums_ += sums;
+        bin.members = &members;
+        bin.number = number;
+        bin.phases.assign(members.triangles.size() * parts().size(), {});
+        bin.ratios.assign(members.quads.size() * parts().size(), {});
+    }
+    return bin;
 }
 
 void ClosureReader::take(UvMoment& moment)
 {
-    const auto found = subarrays_.find(moment.subarray);
-    if (found == subarrays_.end())
+    const auto found = legs_.subarrays.find(moment.subarray);
+    if (found == legs_.subarrays.end() || !error_.empty())
         return;
-    Subarray& subarray = found->second;
-    const double seconds = moment.time() * secondsPerDay;
-    const Bin bin = {moment.source, moment.selection,
-                     averaging_.seconds > 0 ? std::floor(seconds / averaging_.seconds) : 0};
-    if (!(averaging_.seconds > 0) || bin != subarray.bin)
-        flush(subarray);
-    subarray.bin = bin;
-    subarray.isOpen = 1;
+    const ClosureLegs::Members& members = found->second;
+    Bin& bin = binOf(moment, members);
     if (model_.count() > 0)
         addModel(moment);
-    for (const std::size_t triangle : subarray.triangles)
-        addTriangle(moment, triangle);
+    for (std::size_t i = 0; i < members.triangles.size(); ++i)
+        addTriangle(moment, members.triangles[i], bin.phases.data() + i * parts().size());
+    for (std::size_t i = 0; i < members.quads.size(); ++i)
+        addQuad(moment, members.quads[i], bin.ratios.data() + i * parts().size());
 }
 
 /// The model's visibilities at the places of the legs.
@@ -124,56 +214,103 @@ void ClosureReader::addModel(UvMoment& moment)
     }
 }
 
-void ClosureReader::addTriangle(const UvMoment& moment, std::size_t triangle)
+/// 0 when one is missing.
+template <std::size_t legs>
+int ClosureReader::legsOf(const UvMoment& moment, const std::array<ClosureLegs::Leg, legs>& of,
+                          std::array<LegCells, legs>& data, std::array<LegCells, legs>& model) const
 {
-    std::array<LegCells, 3> legs;
-    std::array<LegCells, 3> modelLegs;
-    for (std::size_t k = 0; k < 3; ++k) {
-        const Leg& leg = legs_[triangle][k];
-        if (!moment.has[leg.baseline])
-            return;
-        const UvLeg& cells = moment.legs[leg.baseline];
-        legs[k] = {cells.real.data(), cells.imaginary.data(), cells.variance.data(),
-                   cells.valid.data(), leg.sign};
-        modelLegs[k] = {cells.modelReal.data(), cells.modelImaginary.data(), cells.variance.data(),
-                        cells.valid.data(), leg.sign};
+    for (std::size_t k = 0; k < legs; ++k) {
+        if (!moment.has[of[k].baseline])
+            return 0;
+        const UvLeg& leg = moment.legs[of[k].baseline];
+        data[k] = {leg.real.data(), leg.imaginary.data(), leg.variance.data(), leg.valid.data(),
+                   of[k].sign};
+        model[k] = {leg.modelReal.data(), leg.modelImaginary.data(), leg.variance.data(),
+                    leg.valid.data(), of[k].sign};
     }
+    return 1;
+}
+
+void ClosureReader::addTriangle(const UvMoment& moment, std::size_t triangle, PhaseSums* sums) const
+{
+    std::array<LegCells, 3> data{};
+    std::array<LegCells, 3> model{};
+    if (!legsOf(moment, legs_.triangles[triangle], data, model))
+        return;
     const std::vector<std::size_t>& starts = reader_->cells().starts;
-    for (std::size_t part = 0; part + 1 < starts.size(); ++part) {
-        Sums& sums = sums_[triangle * parts().size() + part];
-        const double before = sums.data.count;
-        addTripleProducts(legs, starts[part], starts[part + 1], sums.data);
-        sums.time += (sums.data.count - before) * moment.time();
+    for (std::size_t part = 0; part + 1 < starts.size(); ++part, ++sums) {
+        const double before = sums->data.count;
+        addTripleProducts(data, starts[part], starts[part + 1], sums->data);
+        sums->time += (sums->data.count - before) * moment.time();
         if (model_.count() > 0)
-            sums.model += tripleProducts(modelLegs, starts[part], starts[part + 1]);
+            sums->model += tripleProducts(model, starts[part], starts[part + 1]);
     }
 }
 
-void ClosureReader::flush(Subarray& subarray)
+void ClosureReader::addQuad(const UvMoment& moment, std::size_t quad, RatioSums* sums) const
 {
-    if (!subarray.isOpen)
+    std::array<LegCells, 4> data{};
+    std::array<LegCells, 4> model{};
+    if (!legsOf(moment, legs_.quads[quad], data, model))
         return;
-    subarray.isOpen = 0;
-    for (const std::size_t triangle : subarray.triangles)
-        for (std::size_t part = 0; part < parts().size(); ++part) {
-            const std::size_t at = triangle * parts().size() + part;
-            const Sums sums = std::exchange(sums_[at], {});
-            ClosurePoint point;
-            if (!closurePoint(sums.data, point))
-                continue;
-            if (points_ >= mostPoints) {
-                error_ = "has more closure phases than are kept; average them over longer times";
-                return;
-            }
-            ++points_;
-            ClosureSeries& series = series_[at];
-            series.time.push_back(sums.time / sums.data.count);
-            series.phase.push_back(static_cast<float>(point.phase));
-            series.error.push_back(static_cast<float>(point.error));
-            series.amplitude.push_back(nearestFloat(point.amplitude));
-            if (model_.count() > 0)
-                series.model.push_back(static_cast<float>(degreesOf(sums.model)));
+    const std::vector<std::size_t>& starts = reader_->cells().starts;
+    for (std::size_t part = 0; part + 1 < starts.size(); ++part, ++sums) {
+        const double before = sums->data.count;
+        addAmplitudeProducts(data, starts[part], starts[part + 1], sums->data);
+        sums->time += (sums->data.count - before) * moment.time();
+        if (model_.count() > 0)
+            addAmplitudeProducts(model, starts[part], starts[part + 1], sums->model);
+    }
+}
+
+/// Non-zero while points may be kept.
+int ClosureReader::hasRoom()
+{
+    if (points_++ < mostPoints)
+        return 1;
+    error_ = "has more closure phases than are kept; average them over longer times";
+    return 0;
+}
+
+void ClosureReader::flush(Bin& bin)
+{
+    if (!bin.members)
+        return;
+    const ClosureLegs::Members& members = *std::exchange(bin.members, nullptr);
+    const std::size_t count = parts().size();
+    openSums_ -= members.count() * count;
+    for (std::size_t i = 0; i < bin.phases.size(); ++i) {
+        const PhaseSums& sums = bin.phases[i];
+        ClosurePoint point;
+        if (!closurePoint(sums.data, point))
+            continue;
+        if (!hasRoom())
+            return;
+        ClosureSeries& series = series_[members.triangles[i / count] * count + i % count];
+        series.time.push_back(sums.time / sums.data.count);
+        series.phase.push_back(static_cast<float>(point.phase));
+        series.error.push_back(static_cast<float>(point.error));
+        series.amplitude.push_back(nearestFloat(point.amplitude));
+        if (model_.count() > 0)
+            series.model.push_back(static_cast<float>(degreesOf(sums.model)));
+    }
+    for (std::size_t i = 0; i < bin.ratios.size(); ++i) {
+        const RatioSums& sums = bin.ratios[i];
+        ClosureAmplitude amplitude;
+        if (!closureAmplitude(sums.data, amplitude))
+            continue;
+        if (!hasRoom())
+            return;
+        ClosureRatios& ratios = ratios_[members.quads[i / count] * count + i % count];
+        ratios.time.push_back(sums.time / sums.data.count);
+        ratios.ratio.push_back(nearestFloat(amplitude.ratio));
+        ratios.error.push_back(nearestFloat(amplitude.error));
+        ClosureAmplitude model;
+        if (model_.count() > 0) {
+            (void)closureAmplitude(sums.model, model);
+            ratios.model.push_back(nearestFloat(model.ratio));
         }
+    }
 }
 
 ClosureStatistics statisticsOf(const ClosureSeries& series)
@@ -201,6 +338,17 @@ ClosureStatistics statisticsOf(const ClosureSeries& series)
     found.scatter = std::sqrt(squares / count);
     found.chiSquared = chiSquared / count;
     return found;
+}
+
+double chiSquaredOf(const ClosureRatios& ratios)
+{
+    double sum = 0;
+    for (std::size_t i = 0; i < ratios.model.size(); ++i)
+        if (const double error = ratios.error[i]; error > 0) {
+            const double miss = (double{ratios.ratio[i]} - ratios.model[i]) / error;
+            sum += miss * miss;
+        }
+    return ratios.model.empty() ? 0 : sum / static_cast<double>(ratios.model.size());
 }
 
 }  // namespace pavane

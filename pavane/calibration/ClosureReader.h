@@ -2,29 +2,58 @@
 
 #include "pavane/calibration/closure_point.h"
 #include "pavane/calibration/closure_sets.h"
-#include "pavane/calibration/MomentReader.h"
+#include "pavane/calibration/ClosureCounter.h"
 #include "pavane/tables/components/AComponents.h"
 
-#include <array>
 #include <map>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pavane
 {
 
-/// How closure phases are averaged; what is averaged are the triple products.
+struct LegCells;
+
+/// Whose phases and amplitudes are read.
+struct ClosureChoice {
+    std::vector<ClosureTriangle> triangles{};
+    std::vector<ClosureQuad> quads{};
+    /// Non-zero: an independent set of each, of those that have points, most points first. The file
+    /// is read twice, since only that tells which these are.
+    int independent = 0;
+
+    ClosureChoice() = default;
+    ClosureChoice(std::vector<ClosureTriangle> of, int isIndependent = 0)
+        : triangles(std::move(of)), independent(isIndependent)
+    {
+    }
+    ClosureChoice(std::vector<ClosureQuad> of, int isIndependent = 0)
+        : quads(std::move(of)), independent(isIndependent)
+    {
+    }
+};
+
+/// How closure phases and amplitudes are averaged; what is averaged are the products of legs.
 struct ClosureAveraging {
     UvSplit split{};     ///< all IFs and polarisations that are marked, or each by itself
     double seconds = 0;  ///< in time, counted from 0h of the reference date; 0: not
 };
 
-/// Closure phases of a triangle in the order of the file, an array for each of their numbers.
+/// Closure phases of a triangle by time, an array for each of their numbers.
 struct ClosureSeries {
     std::vector<double> time;  ///< days since 0h of the reference date, the mean of the products
     std::vector<float> phase, error, amplitude;  ///< as ClosurePoint has them
     std::vector<float> model;                    ///< degrees; empty without a model
+    std::size_t count() const { return time.size(); }
+};
+
+/// Closure amplitudes of a quad, likewise.
+struct ClosureRatios {
+    std::vector<double> time;
+    std::vector<float> ratio, error;  ///< as ClosureAmplitude has them
+    std::vector<float> model;         ///< empty without a model
     std::size_t count() const { return time.size(); }
 };
 
@@ -36,9 +65,12 @@ struct ClosureStatistics {
     double chiSquared = 0;  ///< of data less model over the error, each; 0 without a model
 };
 PAVANE_API ClosureStatistics statisticsOf(const ClosureSeries& series);
+/// Chi-squared of a series of amplitudes; 0 without a model.
+PAVANE_API double chiSquaredOf(const ClosureRatios& ratios);
 
-/// Reads all groups of a file, in slices, and makes the closure phases of triangles, and those of a
-/// model at the same places. May be dropped at any time. The file outlives it.
+/// Reads all groups of a file, in slices, and makes the closure phases of triangles, the closure
+/// amplitudes of quads, and those of a model at the same places. May be dropped at any time. The
+/// file outlives it.
 ///
 /// The legs of a point are of one time, source, frequency selection, IF, channel and polarisation;
 /// where one is flagged or missing there is no triple product. Without marks of polarisations
@@ -46,10 +78,10 @@ PAVANE_API ClosureStatistics statisticsOf(const ClosureSeries& series);
 class PAVANE_API ClosureReader : private MomentSink
 {
 public:
-    /// Points that are kept at most.
-    static constexpr std::size_t mostPoints = std::size_t{1} << 25;
+    /// Points that are kept at most, and series.
+    static constexpr std::size_t mostPoints = std::size_t{1} << 25, mostSeries = 1 << 21;
 
-    ClosureReader(AUVXFile& file, std::vector<ClosureTriangle> triangles, UvMarks marks = {},
+    ClosureReader(AUVXFile& file, ClosureChoice choice, UvMarks marks = {},
                   const ClosureAveraging& averaging = {}, const AComponents& model = {});
     ClosureReader(const ClosureReader&) = delete;
     ClosureReader& operator=(const ClosureReader&) = delete;
@@ -62,58 +94,62 @@ public:
     /// Why it ended early, a clause without its subject; "" else.
     const std::string& error() const;
 
-    const std::vector<ClosureTriangle>& triangles() const { return triangles_; }
-    /// What the series of a triangle are of; one that is of everything unless they are apart.
-    const std::vector<UvCells::Part>& parts() const { return reader_->cells().parts; }
+    /// Of an independent set none until its points have been counted.
+    const std::vector<ClosureTriangle>& triangles() const { return choice_.triangles; }
+    const std::vector<ClosureQuad>& quads() const { return choice_.quads; }
+    /// What the series of a triangle are of; one that is of everything unless they are apart. Known
+    /// after the first step.
+    const std::vector<UvCells::Part>& parts() const;
     /// Of the groups so far; indices from 0. Without a point where no polarisation is marked, and
     /// for a triangle or part that is not there.
-    const ClosureSeries& series(std::size_t triangle, std::size_t part = 0) const
-    {
-        static const ClosureSeries none;
-        const std::size_t at = triangle * parts().size() + part;
-        return part < parts().size() && at < series_.size() ? series_[at] : none;
-    }
+    const ClosureSeries& series(std::size_t triangle, std::size_t part = 0) const;
+    const ClosureRatios& ratios(std::size_t quad, std::size_t part = 0) const;
     int hasModel() const { return model_.count() > 0; }
 
 private:
-    struct Leg {
-        std::size_t baseline;
-        double sign;
-    };
-    struct Sums {
+    struct PhaseSums {
         ClosureSums data;
         std::complex<double> model{};
         double time = 0;
     };
+    struct RatioSums {
+        ClosureRatioSums data, model;
+        double time = 0;
+    };
+    /// What is averaged just now of an origin, by member and part.
     struct Bin {
-        int source = 0, selection = 0;
+        const ClosureLegs::Members* members = nullptr;
         double number = 0;
-        bool operator==(const Bin&) const = default;
+        std::vector<PhaseSums> phases;
+        std::vector<RatioSums> ratios;
     };
-    /// The triangles of a subarray, and what is averaged of them just now.
-    struct Subarray {
-        std::vector<std::size_t> triangles;
-        Bin bin;
-        int isOpen = 0;
-    };
+    int countPoints(std::int64_t bytes);
+    void finish();
     void take(UvMoment& moment) override;
     void restart() override;
-    void addTriangle(const UvMoment& moment, std::size_t triangle);
+    Bin& binOf(const UvMoment& moment, const ClosureLegs::Members& members);
     void addModel(UvMoment& moment);
-    void flush(Subarray& subarray);
+    template <std::size_t legs>
+    int legsOf(const UvMoment& moment, const std::array<ClosureLegs::Leg, legs>& of,
+               std::array<LegCells, legs>& data, std::array<LegCells, legs>& model) const;
+    void addTriangle(const UvMoment& moment, std::size_t triangle, PhaseSums* sums) const;
+    void addQuad(const UvMoment& moment, std::size_t quad, RatioSums* sums) const;
+    void flush(Bin& bin);
+    int hasRoom();
 
     AUVXFile& file_;
-    std::vector<ClosureTriangle> triangles_;
+    ClosureChoice choice_;
     UvMarks marks_;
     ClosureAveraging averaging_;
     AComponents model_;
-    std::vector<UvBaseline> baselines_;
-    std::vector<std::array<Leg, 3>> legs_;  ///< of the triangles
+    std::unique_ptr<ClosureCounter> counter_;
+    ClosureLegs legs_;
     std::unique_ptr<MomentReader> reader_;
     std::vector<ClosureSeries> series_;
-    std::vector<Sums> sums_;  ///< of what is averaged just now, as the series
-    std::map<int, Subarray> subarrays_;
-    std::size_t points_ = 0;
+    std::vector<ClosureRatios> ratios_;
+    std::map<int, Bin> bins_;  ///< by origin
+    std::size_t openSums_ = 0, points_ = 0;
+    int isOver_ = 0;
     std::string error_;
     std::vector<double> u_, v_;
     std::vector<std::complex<double>> values_;

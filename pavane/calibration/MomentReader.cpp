@@ -56,7 +56,7 @@ double commonestStep(BaselineTimes& baselines)
 
 MomentReader::MomentReader(AUVXFile& file, const UvMarks& marks, const UvSplit& split,
                            const std::vector<UvBaseline>& baselines, int withPlaces)
-    : file_(file), marks_(marks), choice_(file, marks_), cells_(file, choice_, split),
+    : file_(file), marks_(marks), choice_(file, marks_), split_(split),
       baselines_(baselines.size()),
       what_(UvGroups::baselines | UvGroups::origins | UvGroups::times | UvGroups::cellValues |
             (withPlaces ? UvGroups::places : 0)),
@@ -74,6 +74,7 @@ double MomentReader::done() const
     const auto share = [](auto part, auto all) {
         return all > 0 ? static_cast<double>(part) / static_cast<double>(all) : 1;
     };
+    const auto after = [&](double part) { return before_ + (1 - before_) * part; };
     constexpr double shareOfIndex = 0.3;
     switch (phase_) {
     case Phase::start:
@@ -81,9 +82,9 @@ double MomentReader::done() const
     case Phase::inOrder:
         return share(next_, file_.header().groups);
     case Phase::index:
-        return shareOfIndex * share(next_, file_.header().groups);
+        return after(shareOfIndex * share(next_, file_.header().groups));
     case Phase::byTime:
-        return shareOfIndex + (1 - shareOfIndex) * share(entry_, entries_.size());
+        return after(shareOfIndex + (1 - shareOfIndex) * share(entry_, entries_.size()));
     default:
         return 1;
     }
@@ -130,7 +131,9 @@ void MomentReader::measureStep()
 int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
 {
     if (phase_ == Phase::start) {
+        cells_ = UvCells(file_, choice_, split_);
         measureStep();
+        sink.restart();
         phase_ = Phase::inOrder;
     }
     const std::int64_t groups = file_.header().groups;
@@ -161,6 +164,7 @@ int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
                 addEntry(i);
             else if (!takeInOrder(i, sink)) {
                 sink.restart();
+                before_ = done();
                 opened_ = 0;
                 next_ = 0;
                 phase_ = Phase::index;
@@ -200,6 +204,7 @@ int MomentReader::originOf(std::size_t i)
 void MomentReader::begin(UvMoment& moment, int origin, const double* frequencies, double time) const
 {
     const Key& key = origins_.items()[static_cast<std::size_t>(origin)].key;
+    moment.origin = origin;
     moment.subarray = key.subarray;
     moment.source = key.a;
     moment.selection = key.b;

@@ -17,6 +17,7 @@ namespace pavane
 /// The visibilities of one time of a subarray, source and frequency selection.
 struct UvMoment {
     int subarray = 1, source = 1, selection = 1;
+    int origin = 0;                       ///< counts these three together, in the file's order
     double first = 0, last = 0;           ///< days: the times of its earliest and latest leg
     const double* frequencies = nullptr;  ///< see UvChoice::frequenciesOf
     std::vector<UvLeg> legs;              ///< of the baselines of the reader
@@ -30,7 +31,8 @@ class MomentSink
 {
 public:
     virtual void take(UvMoment& moment) = 0;
-    /// All that was given before is void: the file turned out not to be in the order of time.
+    /// Called before the first moment; and again when all that was given is void, as the file
+    /// turned out not to be in the order of time.
     virtual void restart() = 0;
 
 protected:
@@ -55,9 +57,10 @@ public:
     /// Goes on with some `bytes` of the file. Non-zero while more remains; 0 when all is done, or
     /// cannot be: then `error` is not empty.
     int step(std::int64_t bytes, MomentSink& sink);
-    double done() const;  ///< 0 to 1
+    double done() const;  ///< 0 to 1, never falling
     /// Why it ended early, a clause without its subject; "" else.
     const std::string& error() const { return error_; }
+    /// Empty before the first step.
     const UvCells& cells() const { return cells_; }
     /// Days; known after the first step.
     double integration() const { return 2 * half_; }
@@ -110,6 +113,7 @@ private:
     AUVXFile& file_;
     const UvMarks& marks_;
     UvChoice choice_;
+    UvSplit split_;
     UvCells cells_;
     std::size_t baselines_;
     int what_;
@@ -118,6 +122,7 @@ private:
     Phase phase_ = Phase::start;
     std::int64_t next_ = 0;
     double half_ = 0;
+    double before_ = 0;  ///< what was done when all was read anew
     std::string error_;
     UvGroups groups_;
     std::vector<UvMoment> open_;  ///< in order: one of an origin, the first `opened_` in use

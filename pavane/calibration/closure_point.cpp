@@ -13,6 +13,12 @@ namespace
 constexpr double halfTurn = 180;
 constexpr double degreesOfRadian = 57.295779513082320877;
 
+int isGood(const std::complex<double>& leg, double weight)
+{
+    return weight > 0 && std::isfinite(weight) && std::isfinite(leg.real()) &&
+           std::isfinite(leg.imag());
+}
+
 }  // namespace
 
 double wrappedDegrees(double degrees)
@@ -49,8 +55,7 @@ int closurePoint(const std::array<std::complex<double>, 3>& legs,
 {
     double error = 0;
     for (std::size_t i = 0; i < legs.size(); ++i) {
-        if (!(weights[i] > 0) || !std::isfinite(weights[i]) || !std::isfinite(legs[i].real()) ||
-            !std::isfinite(legs[i].imag()))
+        if (!isGood(legs[i], weights[i]))
             return 0;
         error += 1 / (weights[i] * std::norm(legs[i]));
     }
@@ -58,6 +63,33 @@ int closurePoint(const std::array<std::complex<double>, 3>& legs,
     const std::complex<double> product = legs[0] * legs[1] * legs[2];
     point = {degreesOf(product), error < halfTurn ? error : halfTurn, std::abs(product)};
     return 1;
+}
+
+int closureAmplitude(const ClosureRatioSums& sums, ClosureAmplitude& amplitude)
+{
+    if (!(sums.count > 0) || !(sums.below > 0))
+        return 0;
+    const double ratio = sums.above / sums.below;
+    amplitude = {ratio,
+                 std::sqrt(sums.varianceAbove + ratio * ratio * sums.varianceBelow) / sums.below};
+    return std::isfinite(amplitude.error);
+}
+
+int closureAmplitude(const std::array<std::complex<double>, 4>& legs,
+                     const std::array<double, 4>& weights, ClosureAmplitude& amplitude)
+{
+    for (std::size_t i = 0; i < legs.size(); ++i)
+        if (!isGood(legs[i], weights[i]))
+            return 0;
+    const auto product = [&](std::size_t i, double& value, double& variance) {
+        value = std::abs(legs[i]) * std::abs(legs[i + 1]);
+        variance = std::norm(legs[i]) / weights[i + 1] + std::norm(legs[i + 1]) / weights[i];
+    };
+    ClosureRatioSums sums;
+    sums.count = 1;
+    product(0, sums.above, sums.varianceAbove);
+    product(2, sums.below, sums.varianceBelow);
+    return closureAmplitude(sums, amplitude);
 }
 
 }  // namespace pavane

@@ -32,6 +32,28 @@ PAVANE_API int closurePoint(const ClosureSums& sums, ClosurePoint& point);
 PAVANE_API int closurePoint(const std::array<std::complex<double>, 3>& legs,
                             const std::array<double, 3>& weights, ClosurePoint& point);
 
+/// A closure amplitude |V(ab) V(cd)| / |V(ac) V(bd)|, which does not know the gains of the four
+/// telescopes. No noise bias is removed.
+struct ClosureAmplitude {
+    double ratio = 0, error = 0;
+};
+
+/// What the products above and below the line add up to.
+struct ClosureRatioSums {
+    double above = 0, below = 0;
+    double varianceAbove = 0, varianceBelow = 0;
+    double count = 0;
+};
+
+/// The ratio of the sums: each product has the gains of all four telescopes, and so has each sum.
+/// Non-zero when there is one; 0 of no products, or where those below add up to 0.
+PAVANE_API int closureAmplitude(const ClosureRatioSums& sums, ClosureAmplitude& amplitude);
+
+/// That of four legs ab, cd, ac and bd and their weights, as `closurePoint` has them. The error is
+/// the ratio times the root of the sum of 1 / (weight amplitude^2).
+PAVANE_API int closureAmplitude(const std::array<std::complex<double>, 4>& legs,
+                                const std::array<double, 4>& weights, ClosureAmplitude& amplitude);
+
 /// Degrees in (-180, 180].
 PAVANE_API double wrappedDegrees(double degrees);
 /// Of a complex number, in (-180, 180].

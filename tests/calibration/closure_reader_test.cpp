@@ -181,6 +181,22 @@ TEST(ClosureReader, AveragesTripleProductsAndKeepsApartWhatIsAskedFor)
         EXPECT_EQ(read.points(), c.points);
         EXPECT_LT(read.worst(), 2e-3);
     }
+    // selections and sources in turns at each time, in the order of time and as it may come
+    Groups inTurns;
+    for (const MadeGroup& g : five)
+        for (const int k : {1, 2}) {
+            inTurns.push_back(g);
+            inTurns.back().source = inTurns.back().selection = k;
+        }
+    Groups shuffled = inTurns;
+    std::shuffle(shuffled.begin(), shuffled.end(), std::mt19937(7));
+    for (const Groups& groups : {inTurns, shuffled}) {
+        const Read read("turns.uvfits", groups, {{0, 0}, 4});
+        EXPECT_EQ(read.points(), 60u) << "two of each time of four seconds";
+        EXPECT_LT(read.worst(), 2e-3);
+        EXPECT_TRUE(
+            std::is_sorted(read.reader->series(0).time.begin(), read.reader->series(0).time.end()));
+    }
     // the first point by hand: four channels of two IFs, two equal hands
     const Read read("hand.uvfits", five, {{0, 0}, 4});
     std::map<std::pair<int, int>, std::vector<MadeGroup>> legs;
@@ -212,6 +228,98 @@ TEST(ClosureReader, AveragesTripleProductsAndKeepsApartWhatIsAskedFor)
     EXPECT_NEAR(series.time[0] * secondsPerDay, 1, 1e-3);
 }
 
+TEST(ClosureReader, IndependentSetsAreOfThoseWithPoints)
+{
+    // all groups are there in the same number; what is flagged decides
+    const Groups five = madeGroups(5, {0, 2, 4, 6});
+    const struct {
+        const char* name;
+        Groups groups;
+        std::string triangles;
+        std::size_t quads;
+    } cases[] = {
+        {"nothing", five, "123 124 125 134 135 145", 5},
+        {"a telescope",
+         changed(five, [](MadeGroup& g, std::size_t) { g.weight = g.a == 1 || g.b == 1 ? -1 : 4; }),
+         "234 235 245", 2},
+        {"a baseline",
+         changed(five, [](MadeGroup& g, std::size_t) { g.weight = g.a + g.b == 3 ? 0 : 4; }),
+         "134 135 145 234 235", 4},
+        {"a baseline at all times but one",
+         changed(five,
+                 [](MadeGroup& g, std::size_t) { g.weight = g.a + g.b == 3 && g.seconds ? 0 : 4; }),
+         "123 134 135 145 234 235", 5},
+        {"everything", changed(five, [](MadeGroup& g, std::size_t) { g.weight = -1; }), "", 0}};
+    for (const auto& c : cases) {
+        AUVXFile file;
+        std::string error, names;
+        ASSERT_TRUE(file.open(savedData("chosen.uvfits", c.groups), error)) << error;
+        std::vector<UvBaseline> baselines;
+        for (const MadeGroup& g : c.groups)
+            baselines.push_back({1, g.a, g.b, 1});
+        const auto telescopes = telescopesOf(baselines);
+        ClosureChoice choice(closureTriangles(telescopes, baselines), 1);
+        choice.quads = closureQuads(telescopes, baselines);
+        ClosureReader reader(file, choice);
+        double done = 0;
+        while (reader.step(1)) {
+            EXPECT_GE(reader.done(), done);
+            done = reader.done();
+        }
+        for (const ClosureTriangle& t : reader.triangles()) {
+            names += names.empty() ? "" : " ";
+            for (const int number : t.telescopes)
+                names += std::to_string(number);
+        }
+        EXPECT_EQ(names, c.triangles) << c.name;
+        EXPECT_EQ(reader.quads().size(), c.quads) << c.name;
+        EXPECT_EQ(reader.error().empty(), !c.triangles.empty());
+    }
+}
+
+TEST(ClosureReader, AmplitudesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
+{
+    const Groups five = madeGroups(5, {0, 2, 4, 6});
+    const struct {
+        const char* name;
+        Groups groups;
+        ClosureAveraging averaging;
+        std::size_t points;
+    } cases[] = {{"plain", five, {}, 60},
+                 {"each IF and polarisation", five, {{1, 1}}, 240},
+                 {"averaged in time", five, {{}, 4}, 30},
+                 {"a flagged leg",
+                  changed(five, [](MadeGroup& g, std::size_t i) { g.weight = i == 0 ? -1 : 4; }),
+                  {},
+                  54}};
+    for (const auto& c : cases) {
+        AUVXFile file;
+        std::string error;
+        ASSERT_TRUE(file.open(savedData("amplitudes.uvfits", c.groups), error)) << error;
+        std::vector<UvBaseline> baselines;
+        for (const MadeGroup& g : c.groups)
+            baselines.push_back({1, g.a, g.b, 1});
+        ClosureReader reader(file, closureQuads(telescopesOf(baselines), baselines), {},
+                             c.averaging, madeModel());
+        while (reader.step(1)) {
+        }
+        std::size_t points = 0;
+        double widest = 0;
+        for (std::size_t q = 0; q < reader.quads().size(); ++q)
+            for (std::size_t p = 0; p < reader.parts().size(); ++p) {
+                const ClosureRatios& r = reader.ratios(q, p);
+                points += r.count();
+                for (std::size_t i = 0; i < r.count(); ++i) {
+                    EXPECT_NEAR(r.ratio[i], r.model[i], 1e-4 * double{r.model[i]}) << c.name;
+                    widest = std::max(widest, std::abs(std::log(double{r.ratio[i]})));
+                }
+                EXPECT_LT(chiSquaredOf(r), 1e-4);
+            }
+        EXPECT_EQ(points, c.points) << c.name;
+        EXPECT_GT(widest, 0.1) << "they are not all about 1";
+    }
+}
+
 TEST(ClosureReader, StatisticsAreOfTheCircle)
 {
     const ClosureSeries series = {
@@ -234,7 +342,7 @@ TEST(ClosureReader, AFileThatBecomesShorterIsTold)
     AUVXFile file;
     std::string error;
     ASSERT_TRUE(file.open(name, error));
-    ClosureReader reader(file, {{1, {1, 2, 3}, 1}});
+    ClosureReader reader(file, std::vector<ClosureTriangle>{{1, {1, 2, 3}, 1}});
     EXPECT_TRUE(reader.step(1));
     std::filesystem::resize_file(name, 200000);
     while (reader.step()) {

@@ -246,4 +246,33 @@ TEST(ClosurePoint, PhaseErrorAndAmplitudeOfLegs)
     }
 }
 
+TEST(ClosurePoint, RatioAndErrorOfFourLegs)
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::complex<double> turned = {0.0, -4.0};
+    const struct {
+        std::array<std::complex<double>, 4> legs;
+        std::array<double, 4> weights;
+        int is;
+        double ratio, error;
+    } cases[] = {{{2, 3, 1, turned},
+                  {1e4, 1e4, 1e4, 1e4},
+                  1,
+                  1.5,
+                  1.5 * 0.01 * std::sqrt(0.25 + 1 / 9.0 + 1 + 1 / 16.0)},
+                 {{0, 3, 1, 1}, {9, 4, 1, 1}, 1, 0, 1},
+                 {{1, 1, 0, 1}, {1, 1, 1, 1}, 0, 0, 0},
+                 {{1, 1, 1, 1}, {1, 1, 0, 1}, 0, 0, 0},
+                 {{1, nan, 1, 1}, {1, 1, 1, 1}, 0, 0, 0},
+                 {{1, 1, 1, 1}, {1, 1, 1, nan}, 0, 0, 0}};
+    for (const auto& c : cases) {
+        ClosureAmplitude amplitude;
+        ASSERT_EQ(closureAmplitude(c.legs, c.weights, amplitude), c.is);
+        if (c.is) {
+            EXPECT_NEAR(amplitude.ratio, c.ratio, 1e-12);
+            EXPECT_NEAR(amplitude.error, c.error, 1e-12);
+        }
+    }
+}
+
 }  // namespace pavane

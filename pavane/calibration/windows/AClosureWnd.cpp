@@ -17,12 +17,12 @@ constexpr std::int64_t pieceBytes = std::int64_t{1} << 20;
 
 AClosureWnd::~AClosureWnd() = default;
 
-void AClosureWnd::SetData(AUVXFile* file, std::vector<ClosureTriangle> triangles, UvMarks marks,
+void AClosureWnd::SetData(AUVXFile* file, ClosureChoice choice, UvMarks marks,
                           const ClosureAveraging& averaging, const AComponents& model)
 {
     endReading();
     file_ = file;
-    reader_ = file ? std::make_unique<ClosureReader>(*file, std::move(triangles), std::move(marks),
+    reader_ = file ? std::make_unique<ClosureReader>(*file, std::move(choice), std::move(marks),
                                                      averaging, model)
                    : nullptr;
     if (reader_)

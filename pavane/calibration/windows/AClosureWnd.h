@@ -16,9 +16,9 @@ class PAVANE_API AClosureWnd : public AChartWnd
 public:
     ~AClosureWnd() override;
 
-    /// Begins to read the triangles of a file, which is not owned and goes after the window or
+    /// Begins to read triangles of a file, which is not owned and goes after the window or
     /// after another call. Null shows nothing.
-    void SetData(AUVXFile* file, std::vector<ClosureTriangle> triangles = {}, UvMarks marks = {},
+    void SetData(AUVXFile* file, ClosureChoice choice = {}, UvMarks marks = {},
                  const ClosureAveraging& averaging = {}, const AComponents& model = {});
     /// What has been read; null without a file.
     const ClosureReader* GetReader() const { return reader_.get(); }

@@ -21,4 +21,8 @@ void addTripleProducts(const std::array<LegCells, 3>& legs, std::size_t from, st
 std::complex<double> tripleProducts(const std::array<LegCells, 3>& legs, std::size_t from,
                                     std::size_t to);
 
+/// Adds the products of amplitudes of legs ab and cd, ac and bd, where all four are valid.
+void addAmplitudeProducts(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
+                          ClosureRatioSums& sums);
+
 }  // namespace pavane

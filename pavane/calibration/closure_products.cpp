@@ -1,4 +1,6 @@
-#include "pavane/calibration/triple_products.h"
+#include "pavane/calibration/closure_products.h"
+
+#include <cmath>
 
 // The loops are written for the vectoriser: no branch, no call, one array item a step. This file is
 // compiled so that it may change the order in which they add up.
@@ -51,6 +53,34 @@ std::complex<double> tripleProducts(const std::array<LegCells, 3>& legs, std::si
         imaginary += re * zi + im * z.real[i];
     }
     return {real, imaginary};
+}
+
+void addAmplitudeProducts(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
+                          ClosureRatioSums& sums)
+{
+    const auto [x, y, z, w] = legs;
+    double above = 0;
+    double below = 0;
+    double varianceAbove = 0;
+    double varianceBelow = 0;
+    double count = 0;
+    for (std::size_t i = from; i < to; ++i) {
+        const double xx = x.real[i] * x.real[i] + x.imaginary[i] * x.imaginary[i];
+        const double yy = y.real[i] * y.real[i] + y.imaginary[i] * y.imaginary[i];
+        const double zz = z.real[i] * z.real[i] + z.imaginary[i] * z.imaginary[i];
+        const double ww = w.real[i] * w.real[i] + w.imaginary[i] * w.imaginary[i];
+        const double valid = x.valid[i] * y.valid[i] * z.valid[i] * w.valid[i];
+        above += std::sqrt(xx * yy) * valid;
+        below += std::sqrt(zz * ww) * valid;
+        varianceAbove += (x.variance[i] * yy + xx * y.variance[i]) * valid;
+        varianceBelow += (z.variance[i] * ww + zz * w.variance[i]) * valid;
+        count += valid;
+    }
+    sums.above += above;
+    sums.below += below;
+    sums.varianceAbove += varianceAbove;
+    sums.varianceBelow += varianceBelow;
+    sums.count += count;
 }
 
 }  // namespace pavane

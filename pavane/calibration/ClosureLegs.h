@@ -1,0 +1,34 @@
+#pragma once
+
+#include "pavane/calibration/closure_sets.h"
+
+#include <array>
+#include <cstddef>
+#include <map>
+#include <vector>
+
+namespace pavane
+{
+
+/// The baselines that triangles and quads are made of.
+struct ClosureLegs {
+    struct Leg {
+        std::size_t baseline;  ///< in `baselines`
+        double sign;           ///< -1: from the higher to the lower number
+    };
+    /// What there is of a subarray, by index.
+    struct Members {
+        std::vector<std::size_t> triangles, quads;
+        std::size_t count() const { return triangles.size() + quads.size(); }
+    };
+    std::vector<UvBaseline> baselines;          ///< each once, from the lower number
+    std::vector<std::array<Leg, 3>> triangles;  ///< ab, bc, ca
+    std::vector<std::array<Leg, 4>> quads;      ///< ab, cd, ac, bd
+    std::map<int, Members> subarrays;
+
+    ClosureLegs() = default;
+    ClosureLegs(const std::vector<ClosureTriangle>& triangles,
+                const std::vector<ClosureQuad>& quads);
+};
+
+}  // namespace pavane
