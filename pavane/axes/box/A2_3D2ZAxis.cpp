@@ -23,6 +23,12 @@ int A2_3D2ZAxis::addChildItem(AGraph* graph)
 
 void A2_3D2ZAxis::SetStacked(int on) { stacked_ = on != 0; }
 
+void A2_3D2ZAxis::setMinMaxZ2(const TMnMx& range)
+{
+    z2_.range = range;
+    z2Wish_.ask(range);
+}
+
 CString A2_3D2ZAxis::getNameOZ2() const { return nameOfZ(1, z2_.name); }
 
 int A2_3D2ZAxis::zIndexOf(const AGraph& graph) const
@@ -37,17 +43,18 @@ BoxZ A2_3D2ZAxis::zAxis(int index) const
         z = z2_;
         z.name = getNameOZ2();
     }
-    if (isStacked())
-        (index == 1 ? z.floor : z.top) = index == 1 ? stackGap / 2 : -stackGap / 2;
+    const double middle = isStacked() ? stackGap / 2 : 0.5;
+    placeZ(z, index == 1 && isStacked() ? middle : -0.5,
+           index == 1    ? 0.5
+           : isStacked() ? -middle
+                         : 0.5);
     return z;
 }
 
 void A2_3D2ZAxis::setUpParameters()
 {
-    const bool isReset = getMinMax().xMin >= getMinMax().xMax;
-    const TMnMx asked = isReset ? TMnMx() : z2_.range;
     A2_3DAxis::setUpParameters();
-    z2_.range = rangeOfZ(1, asked);
+    z2_.range = z2Wish_.found = rangeOfZ(1, z2Wish_.of(z2_.range, 0));
 }
 
 double A2_3D2ZAxis::RPZ2toWPZ(const double& z) const

@@ -24,10 +24,10 @@ public:
 
     void setNameOZ2(const CString& name) { z2_.name = name; }
     CString getNameOZ2() const;
-    /// The range of the second Z; while it is not set, at the next drawing the graphs give it.
+    /// The range of the second Z; it follows the graphs until it is set.
     TMnMx& getMinMaxZ2() { return z2_.range; }
     const TMnMx& getMinMaxZ2() const { return z2_.range; }
-    void setMinMaxZ2(const TMnMx& range) { z2_.range = range; }
+    void setMinMaxZ2(const TMnMx& range);
     int nz2pDigit() const { return z2_.nPlus; }
     int nz2mDigit() const { return z2_.nMinus; }
     int z2Intervals() const { return z2_.intervals; }
@@ -49,6 +49,7 @@ protected:
 
 private:
     BoxZ z2_;
+    RangeWish z2Wish_;
     int stacked_ = 1;
     std::vector<const AGraph*> items_;
 };

@@ -45,7 +45,8 @@ A2_3DAxis::A2_3DAxis(int xDirect, int yDirect, TMinMax* range, int options)
 }
 
 A2_3DAxis::A2_3DAxis(const A2_3DAxis& other)
-    : AB2DAxis(other), view_(other.view_), z_(other.z_), drawing_(std::make_unique<BoxDrawing>())
+    : AB2DAxis(other), view_(other.view_), z_(other.z_), zWish_(other.zWish_),
+      floorGap_(other.floorGap_), drawing_(std::make_unique<BoxDrawing>())
 {
 }
 
@@ -56,6 +57,8 @@ A2_3DAxis& A2_3DAxis::operator=(const A2_3DAxis& other)
     AB2DAxis::operator=(other);
     view_ = other.view_;
     z_ = other.z_;
+    zWish_ = other.zWish_;
+    floorGap_ = other.floorGap_;
     drawing_ = std::make_unique<BoxDrawing>();
     return *this;
 }
@@ -74,8 +77,24 @@ void A2_3DAxis::SetBase(double width, double depth) { view_.setBase(width, depth
 void A2_3DAxis::setView(const BoxView& view)
 {
     const CRect rect = view_.rect();
+    const BoxPoint size = view_.size();
     view_ = view;
+    view_.setBase(size.p, size.q);
     view_.fit(rect);
+}
+
+void A2_3DAxis::SetFloorGap(double share)
+{
+    constexpr double most = 0.9;
+    if (std::isfinite(share))
+        floorGap_ = std::clamp(share, 0.0, most);
+}
+
+void A2_3DAxis::placeZ(BoxZ& z, double ground, double top) const
+{
+    z.ground = ground;
+    z.floor = ground + floorGap_ * (top - ground);
+    z.top = top;
 }
 
 CString A2_3DAxis::nameOfZ(int index, const CString& name) const
@@ -93,6 +112,7 @@ BoxZ A2_3DAxis::zAxis(int) const
     BoxZ z = z_;
     z.name = getNameOZ();
     z.range = {range_.zMin, range_.zMax};
+    placeZ(z, -0.5, 0.5);
     return z;
 }
 
@@ -123,7 +143,7 @@ TMnMx A2_3DAxis::rangeOfZ(int index, const TMnMx& asked) const
 void A2_3DAxis::setUpParameters()
 {
     const bool isReset = range_.xMin >= range_.xMax;
-    const TMnMx asked = isReset ? TMnMx() : TMnMx{range_.zMin, range_.zMax};
+    const TMnMx asked = zWish_.of({range_.zMin, range_.zMax}, isReset);
     for (int i = 0; i < childs_.count(); ++i)
         if (dynamic_cast<const ASurfaceGraph*>(childs_(i))) {  // cells lie at equal distances
             xDirect_ = xDirect_ == 0 ? 1 : xDirect_;
@@ -131,6 +151,7 @@ void A2_3DAxis::setUpParameters()
         }
     AB2DAxis::setUpParameters();
     const TMnMx z = rangeOfZ(0, asked);
+    zWish_.found = z;
     range_.zMin = z.min;
     range_.zMax = z.max;
 }
@@ -150,6 +171,8 @@ int A2_3DAxis::isWithoutData() const
 
 // Conversions
 
+const BoxZ& A2_3DAxis::shownZ(int index) const { return drawing_->z[index == 1 ? 1 : 0]; }
+
 double A2_3DAxis::placeOf(int direction, double value) const
 {
     const double along = direction == 0 ? RPXtoWPX(value) : RPYtoWPY(value);
@@ -161,7 +184,7 @@ double A2_3DAxis::heightPlace(int zIndex, double z) const
     for (const BoxSurface& surface : drawing_->surfaces)
         if (surface.graph && surface.z == zIndex && surface.scale.kind() != MapScaleKind::linear)
             return std::isfinite(z) ? surface.scale.position(z) : NAN;
-    const TMnMx range = zAxis(zIndex).range;
+    const TMnMx& range = shownZ(zIndex).range;
     return (z - range.min) / (range.max - range.min);
 }
 
@@ -170,13 +193,13 @@ double A2_3DAxis::zOfPlace(int zIndex, double place) const
     for (const BoxSurface& surface : drawing_->surfaces)
         if (surface.graph && surface.z == zIndex && surface.scale.kind() != MapScaleKind::linear)
             return surface.scale.value(place);
-    const TMnMx range = zAxis(zIndex).range;
+    const TMnMx& range = shownZ(zIndex).range;
     return range.min + place * (range.max - range.min);
 }
 
 BoxPoint A2_3DAxis::pointOn(int zIndex, double x, double y, double z) const
 {
-    const BoxZ axis = zAxis(zIndex);
+    const BoxZ& axis = shownZ(zIndex);
     return {placeOf(0, x) - 0.5, placeOf(1, y) - 0.5,
             axis.floor + heightPlace(zIndex, z) * (axis.top - axis.floor)};
 }
@@ -223,7 +246,7 @@ int A2_3DAxis::hitAt(CPoint point, int& second, BoxCell& cell) const
     const BoxSurface& surface = drawing_->surfaces[hit.second ? 1 : 0];
     if (!surface.graph || surface.grid.mapColumns() < 1)
         return 0;
-    const BoxZ axis = zAxis(surface.z);
+    const BoxZ& axis = shownZ(surface.z);
     const auto columns = static_cast<std::uint32_t>(surface.grid.mapColumns());
     second = surface.z;
     cell.graph = surface.graph;

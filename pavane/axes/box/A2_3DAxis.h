@@ -3,6 +3,8 @@
 #include "pavane/axes/AB2DAxis.h"
 #include "pavane/axes/box/BoxView.h"
 
+#include <cmath>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <span>
@@ -14,6 +16,8 @@ namespace pavane
 class ASurfaceGraph;
 class BoxLabels;
 class SurfaceGrid;
+class SurfaceRaster;
+struct BoxCurtain;
 struct BoxDrawing;
 struct BoxLayout;
 struct BoxSurface;
@@ -29,6 +33,25 @@ struct BoxZ {
     int intervals = 5;
     double floor = -0.5;
     double top = 0.5;
+    double ground = -0.5;  ///< of what lies on the floor
+};
+
+/// A range that is partly asked for: an end that is not, or is not finite, comes from the graphs,
+/// at each drawing anew. What was found stands where it can be read, and is no wish.
+struct RangeWish {
+    TMnMx asked, found;
+    void ask(const TMnMx& range)
+    {
+        asked = range;
+        found = {range.min, NAN};  // equal to none
+    }
+    /// The wish behind a range that can be read and changed.
+    const TMnMx& of(const TMnMx& shown, int isReset)
+    {
+        if (isReset || !(shown == found))
+            asked = isReset ? TMnMx() : shown;
+        return asked;
+    }
 };
 
 /// A cell of a map that is seen at a place of a box.
@@ -45,8 +68,9 @@ struct BoxCell {
 /// is seen. What is hidden is not drawn, on paper it is not in the file.
 ///
 /// A graph draws itself by `draw3D`; one that does not is not seen and does not count in the range.
-/// A direction that a surface runs along is linear. The conversions of the plane are those of the
-/// rectangle about the box.
+/// The range of Z follows the graphs, as a colour bar does, until one is set with setMinMax; an end
+/// that is not finite follows on. A direction that a surface runs along is linear. The conversions
+/// of the plane are those of the rectangle about the box.
 class PAVANE_API A2_3DAxis : public AB2DAxis
 {
 public:
@@ -82,11 +106,16 @@ public:
     /// Moves the box by shares of the width and height of its room.
     void SetPan(double right, double down);
     CPointF GetPan() const { return view_.pan(); }
+    /// Room between the low end of Z and the floor, as a share of the height (0, as at first, to
+    /// 0.9): colours and contours on the floor are then seen below the surface.
+    void SetFloorGap(double share);
+    double GetFloorGap() const { return floorGap_; }
     /// Edges of the base, along x and along y; only their ratio counts, 1 at first.
     void SetBase(double width, double depth);
     /// The view as it was laid out last.
     const BoxView& view() const { return view_; }
-    /// Azimuth, elevation, oblique angle and ratio, height, zoom and pan, all of them.
+    /// Azimuth, elevation, oblique angle and ratio, height, zoom and pan, all of them. The base is
+    /// that of the axis.
     void setView(const BoxView& view);
     /// Non-zero while the view moves: large surfaces are then drawn from the greatest value of each
     /// block of cells.
@@ -131,6 +160,11 @@ public:
     const SurfaceGrid* gridOf(const ASurfaceGraph& graph) const;
     /// s of the floor of a graph's Z.
     double floorOf(const AGraph& graph) const;
+    /// Whether a point lies in the part of the box that the graph's Z has.
+    int isInside(const AGraph& graph, const BoxPoint& at) const;
+    /// Another number whenever something else hides, or is seen from elsewhere, than at the last
+    /// drawing: what a graph has found to be seen of its lines holds as long as it stays.
+    std::uint64_t scene() const;
     /// Forgets the picture of bitmap mode: call it when other data than maps have changed.
     void dropCache();
 
@@ -142,6 +176,8 @@ protected:
     virtual int zIndexOf(const AGraph& graph) const;
     /// Non-zero when the second of two surfaces stands above the first.
     virtual int isStacked() const { return 0; }
+    /// The part of a Z between two heights s, with the room above its floor.
+    void placeZ(BoxZ& z, double ground, double top) const;
     /// The range of a Z: what was asked for, or what the graphs of that Z give, fit to be drawn.
     TMnMx rangeOfZ(int index, const TMnMx& asked) const;
     /// `name`, or what a graph of that Z proposes.
@@ -151,6 +187,8 @@ protected:
 
     BoxView view_;
     BoxZ z_;
+    RangeWish zWish_;
+    double floorGap_ = 0;
     int draft_ = 0;
 
 private:
@@ -164,9 +202,11 @@ private:
     double heightPlace(int zIndex, double z) const;
     double zOfPlace(int zIndex, double place) const;
     BoxPoint pointOn(int zIndex, double x, double y, double z) const;
+    const BoxZ& shownZ(int index) const;
     void findSurfaces();
     void makeGrid(BoxSurface& surface);
     void prepareScene(CDC& dc);
+    void tellScene(CDC& dc, const std::vector<BoxCurtain>& before);
     void beforeCurtains(std::span<const BoxPoint> points, double pixel,
                         const std::function<void(std::span<const BoxPoint>)>& take) const;
     int needsImage() const;
@@ -176,6 +216,8 @@ private:
     void drawInRaster(CDC& dc, CRect& rect, const BoxLayout& layout);
     void paintIndices();
     std::vector<double> rasterContent(const BoxLayout& layout) const;
+    const SurfaceRaster& seenSurfaces(const CRect& area, int units, int pixels, int light);
+    void findWalls(const BoxLayout& layout);
     void drawWalls(CDC& dc, const BoxLayout& layout);
     void drawAround(CDC& dc, const BoxLayout& layout);
     void drawNoData(CDC& dc) const;

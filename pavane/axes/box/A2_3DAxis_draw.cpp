@@ -112,49 +112,53 @@ void A2_3DAxis::strokePieces(CDC& dc, const PicturePieces& pieces, int dashed)
     }
 }
 
-/// Grid and edges of the three walls at the back, as far as they are seen.
-void A2_3DAxis::drawWalls(CDC& dc, const BoxLayout& layout)
+/// What is seen of the grid and the edges of the three walls at the back.
+void A2_3DAxis::findWalls(const BoxLayout& layout)
 {
-    const AxisPenState state(*this);
+    std::vector<double> of = {static_cast<double>(scene())};
+    for (const TickSet& set : layout.sets) {
+        of.push_back(unsetMinimum);  // no tick
+        for (const TickSet::Tick& tick : set.major)
+            of.push_back(tick.value);
+    }
+    if (of == drawing_->wallsOf)
+        return;
+    drawing_->wallsOf = std::move(of);
     const BoxEdges edges = view_.edges();
     const double wallP = edges.wallP, wallQ = edges.wallQ;
-    PicturePieces grid;
+    PicturePieces& grid = drawing_->grid;
+    PicturePieces& frame = drawing_->frame;
+    grid = frame = PicturePieces();
     const auto line = [&](PicturePieces& to, const BoxPoint& a, const BoxPoint& b) {
         const BoxPoint ends[] = {a, b};
         addSeen(ends, to);
     };
-    const auto isInside = [](double place) { return place > -0.5 && place < 0.5; };
+    const auto isWithin = [](double place) { return place > -0.5 && place < 0.5; };
     for (const TickSet::Tick& tick : layout.sets[0].major) {
         const double p = placeOf(0, tick.value) - 0.5;
-        if (!isInside(p))
+        if (!isWithin(p))
             continue;
         line(grid, {p, -0.5, underFloor}, {p, 0.5, underFloor});
         line(grid, {p, wallQ, -0.5}, {p, wallQ, 0.5});
     }
     for (const TickSet::Tick& tick : layout.sets[1].major) {
         const double q = placeOf(1, tick.value) - 0.5;
-        if (!isInside(q))
+        if (!isWithin(q))
             continue;
         line(grid, {-0.5, q, underFloor}, {0.5, q, underFloor});
         line(grid, {wallP, q, -0.5}, {wallP, q, 0.5});
     }
     // two Z axes that share the box would make two grids of one wall
     for (int i = 0; i < (isStacked() ? zCount() : 1); ++i) {
-        const BoxZ z = zAxis(i);
+        const BoxZ& z = shownZ(i);
         for (const TickSet::Tick& tick : layout.sets[static_cast<std::size_t>(2 + i)].major) {
             const double s = z.floor + heightPlace(i, tick.value) * (z.top - z.floor);
-            if (!isInside(s))
+            if (!isWithin(s))
                 continue;
             line(grid, {-0.5, wallQ, s}, {0.5, wallQ, s});
             line(grid, {wallP, -0.5, s}, {wallP, 0.5, s});
         }
     }
-    const FigureUnits units(dc);
-    setLineStyle(PS_SOLID);
-    setColor(workColor(3));
-    setLineWidth(isFlagSet(axisBitmapMode) ? 1 : units.line(fHeight_, gridPart));
-    strokePieces(dc, grid, 0);
-    PicturePieces frame;
     for (const double s : {-0.5, 0.5}) {
         line(frame, {-0.5, wallQ, s}, {0.5, wallQ, s});
         line(frame, {wallP, -0.5, s}, {wallP, 0.5, s});
@@ -165,14 +169,25 @@ void A2_3DAxis::drawWalls(CDC& dc, const BoxLayout& layout)
     line(frame, {-wallP, wallQ, -0.5}, {-wallP, wallQ, 0.5});
     line(frame, {wallP, -wallQ, -0.5}, {wallP, -wallQ, 0.5});
     for (int i = 1; isStacked() && i < zCount(); ++i) {
-        const double s = zAxis(i).floor;
+        const double s = shownZ(i).ground;
         const BoxPoint floor[] = {
             {-0.5, -0.5, s}, {0.5, -0.5, s}, {0.5, 0.5, s}, {-0.5, 0.5, s}, {-0.5, -0.5, s}};
         addSeen(floor, frame);
     }
+}
+
+void A2_3DAxis::drawWalls(CDC& dc, const BoxLayout& layout)
+{
+    const AxisPenState state(*this);
+    findWalls(layout);
+    const FigureUnits units(dc);
+    setLineStyle(PS_SOLID);
+    setColor(workColor(3));
+    setLineWidth(isFlagSet(axisBitmapMode) ? 1 : units.line(fHeight_, gridPart));
+    strokePieces(dc, drawing_->grid, 0);
     setColor(workColor(1));
     setLineWidth(units.line(fHeight_, framePart));
-    strokePieces(dc, frame, 0);
+    strokePieces(dc, drawing_->frame, 0);
 }
 
 /// Ticks, labels, titles and the header: over everything, hidden by nothing.

@@ -132,13 +132,11 @@ void A2_3DAxis::drawImage(CDC& dc)
                      end(graph.right, room.left), end(graph.bottom, room.top));
     if (!needsImage() || area.IsRectEmpty())
         return;
-    BoxView view = view_;
-    view.fit(CRect(0, 0, room.Width() * pixels / units, room.Height() * pixels / units));
     int light = 0;
     for (const BoxSurface& surface : drawing_->surfaces)
         light |= surface.graph && (surface.graph->GetStyle() & surfaceLight);
-    SurfaceRaster raster;
-    if (!raster.draw(view, drawing_->scene, area, light))
+    const SurfaceRaster& raster = seenSurfaces(area, units, pixels, light);
+    if (raster.isEmpty())
         return;
     const int width = raster.width(), height = raster.height();
     const ImageColors colors(drawing_->surfaces);
@@ -161,21 +159,38 @@ void A2_3DAxis::drawImage(CDC& dc)
                      area.Width() / pixels * units, area.Height() / pixels * units, 0, 0, width,
                      height, image.data(), header.data(), DIB_RGB_COLORS, SRCCOPY);
     dc.RestoreDC(saved);
+    if (isPage(dc))  // which is drawn once, and is large
+        drawing_->seen.clear();
+}
+
+/// The surfaces in `pixels` pixels for `units` units; kept until something else is seen. Lines go
+/// through the middles of units, so that the middle of a unit is where the view has its corner.
+const SurfaceRaster& A2_3DAxis::seenSurfaces(const CRect& area, int units, int pixels, int light)
+{
+    SurfaceRaster& seen = drawing_->seen;
+    const std::vector<double> of = {
+        static_cast<double>(scene()),     static_cast<double>(area.left),
+        static_cast<double>(area.top),    static_cast<double>(area.right),
+        static_cast<double>(area.bottom), static_cast<double>(units),
+        static_cast<double>(pixels),      static_cast<double>(light != 0)};
+    if (!seen.isEmpty() && of == drawing_->seenOf)
+        return seen;
+    const CRect room = view_.rect();
+    BoxView view = view_;
+    view.fit(CRect(0, 0, room.Width() * pixels / units, room.Height() * pixels / units));
+    const CPointF pan = view.pan();
+    const double half = 0.5 * pixels / units;
+    view.setPan(pan.x + half / view.rect().Width(), pan.y + half / view.rect().Height());
+    drawing_->seenOf = of;
+    if (!seen.draw(view, drawing_->scene, area, light))
+        seen.clear();
+    return seen;
 }
 
 /// What the raster of bitmap mode shows, but for colours: indices stay when these change.
 std::vector<double> A2_3DAxis::rasterContent(const BoxLayout& layout) const
 {
-    std::vector<double> from = {view_.azimuth(),
-                                view_.elevation(),
-                                view_.obliqueAngle(),
-                                view_.obliqueRatio(),
-                                view_.height(),
-                                view_.zoom(),
-                                view_.pan().x,
-                                view_.pan().y,
-                                view_.transform().x0,
-                                view_.transform().y0,
+    std::vector<double> from = {static_cast<double>(scene()),
                                 static_cast<double>(childs_.count()),
                                 range_.xMin,
                                 range_.xMax,
@@ -183,20 +198,25 @@ std::vector<double> A2_3DAxis::rasterContent(const BoxLayout& layout) const
                                 range_.yMax,
                                 range_.zMin,
                                 range_.zMax,
-                                static_cast<double>(fHeight_),
-                                static_cast<double>(layout.room.Width()),
-                                static_cast<double>(layout.room.Height()),
-                                static_cast<double>(isStacked())};
+                                shownZ(1).range.min,
+                                shownZ(1).range.max,
+                                static_cast<double>(fHeight_)};
+    for (const TickSet& set : layout.sets) {
+        from.push_back(unsetMinimum);  // no tick
+        for (const TickSet::Tick& tick : set.major)
+            from.push_back(tick.value);
+    }
     for (const BoxSurface& surface : drawing_->surfaces) {
-        from.insert(from.end(), surface.madeFrom.begin(), surface.madeFrom.end());
         if (!surface.graph)
             continue;
         const AColorsGraph& colors = surface.graph->ColorGraph();
         for (const double value :
              {static_cast<double>(surface.graph->GetStyle()),
               static_cast<double>(surface.graph->GetFloor()), surface.graph->GetLatticeSpacing(),
-              colors.scale().low(), colors.scale().high(),
-              static_cast<double>(colors.scale().kind())})
+              static_cast<double>(surface.graph->looks()),
+              static_cast<double>(surface.graph->contours().color()),
+              static_cast<double>(surface.graph->contours().width()), colors.scale().low(),
+              colors.scale().high(), static_cast<double>(colors.scale().kind())})
             from.push_back(value);
         for (const double level : surface.graph->levels())
             from.push_back(level);
@@ -226,10 +246,14 @@ void A2_3DAxis::drawInRaster(CDC& dc, CRect& rect, const BoxLayout& layout)
 void A2_3DAxis::paintIndices()
 {
     const CRect& graph = graphRect_;
-    SurfaceRaster raster;
-    if (!needsImage() ||
-        !raster.draw(view_, drawing_->scene,
-                     CRect(graph.left, graph.top, graph.right + 1, graph.bottom + 1)))
+    const CRect room = view_.rect();
+    if (!needsImage())
+        return;
+    const SurfaceRaster& raster =
+        seenSurfaces(CRect(graph.left - room.left, graph.top - room.top,
+                           graph.right + 1 - room.left, graph.bottom + 1 - room.top),
+                     1, 1, 0);
+    if (raster.isEmpty())
         return;
     SurfaceColors colors[2];
     for (std::size_t i = 0; i < 2; ++i)

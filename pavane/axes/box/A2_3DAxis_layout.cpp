@@ -240,6 +240,7 @@ int A2_3DAxis::composeLayout(CDC& dc, const CRect& rect, BoxLayout& layout)
 {
     dc_ = &dc;
     setUpParameters();
+    drawing_->z = {zAxis(0), zAxis(zCount() - 1)};
     findSurfaces();
     const int hasRoom =
         FigureUnits(dc).arePixels() ? compose(dc, rect, layout) : composeOnPage(dc, rect, layout);

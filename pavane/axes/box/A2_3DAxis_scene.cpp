@@ -20,6 +20,9 @@ constexpr double cellAllowance = 1e-6;
 /// First cell and count of those whose centres lie between two places (in cells, any order).
 void cellsBetween(double a, double b, int count, int& first, int& number)
 {
+    first = number = 0;
+    if (!std::isfinite(a) || !std::isfinite(b))
+        return;
     const double low = std::clamp(std::ceil(std::min(a, b) - cellAllowance), 0.0, 1.0 * count);
     const double high =
         std::clamp(std::floor(std::max(a, b) + cellAllowance), -1.0, 1.0 * count - 1);
@@ -57,7 +60,7 @@ void A2_3DAxis::findSurfaces()
         if (!surface.graph)
             continue;
         surface.z = zIndexOf(*surface.graph);
-        const TMnMx z = zAxis(surface.z).range;
+        const TMnMx z = shownZ(surface.z).range;
         std::vector<double>& from = surface.madeFrom;
         const std::vector<double> scale = {static_cast<double>(surface.graph->scale().kind()),
                                            z.min, z.max,
@@ -79,7 +82,7 @@ void A2_3DAxis::makeGrid(BoxSurface& surface)
                  part.firstColumn, part.columns);
     cellsBetween(graph.RPYtoMPY(range_.yMin), graph.RPYtoMPY(range_.yMax), cells.rows(),
                  part.firstRow, part.rows);
-    const BoxZ z = zAxis(surface.z);
+    const BoxZ& z = shownZ(surface.z);
     SurfacePlace place;
     place.firstP = placeOf(0, graph.MPXtoRPX(part.firstColumn)) - 0.5;
     place.lastP = placeOf(0, graph.MPXtoRPX(part.firstColumn + part.columns - 1)) - 0.5;
@@ -87,6 +90,7 @@ void A2_3DAxis::makeGrid(BoxSurface& surface)
     place.lastQ = placeOf(1, graph.MPYtoRPY(part.firstRow + part.rows - 1)) - 0.5;
     place.floor = z.floor;
     place.top = z.top;
+    place.below = z.floor - z.ground;
     const std::vector<double> from = {static_cast<double>(graph.scale().kind()),
                                       z.range.min,
                                       z.range.max,
@@ -97,6 +101,7 @@ void A2_3DAxis::makeGrid(BoxSurface& surface)
                                       place.lastQ,
                                       place.floor,
                                       place.top,
+                                      place.below,
                                       static_cast<double>(part.firstColumn),
                                       static_cast<double>(part.firstRow),
                                       static_cast<double>(part.columns),
@@ -137,17 +142,48 @@ void A2_3DAxis::prepareScene(CDC& dc)
         parts[i]->floor = (surface.graph->GetFloor() & floorColors) != 0;
     }
     drawing.lines = std::make_unique<HiddenLines>(view_, drawing.scene, FigureUnits(dc).perPixel());
+    const std::vector<BoxCurtain> before = std::move(drawing.curtains);
     drawing.curtains.clear();
     for (int i = 0; i < childs_.count(); ++i)
         if (const auto* const lines = dynamic_cast<const A3DLinesGraph*>(childs_(i)))
             lines->addCurtains(*this, drawing.curtains);
+    tellScene(dc, before);
 }
+
+/// The scene gets another number when it is not that of the last drawing.
+void A2_3DAxis::tellScene(CDC& dc, const std::vector<BoxCurtain>& before)
+{
+    static std::uint64_t last = 0;  // graphs may be drawn in several axes
+    BoxDrawing& drawing = *drawing_;
+    const BoxTransform& t = view_.transform();
+    const CRect room = view_.rect();
+    std::vector<double> now = {t.x0, t.xp, t.xq, t.y0, t.yp, t.yq, t.ys};
+    const BoxPoint size = view_.size();
+    for (const double value :
+         {size.p, size.q, size.s, static_cast<double>(room.left), static_cast<double>(room.top),
+          static_cast<double>(room.right), static_cast<double>(room.bottom),
+          FigureUnits(dc).perPixel(), static_cast<double>(drawing.scene.stacked)})
+        now.push_back(value);
+    for (const SceneSurface* const part : {&drawing.scene.first, &drawing.scene.second})
+        for (const int value : {part->grid != nullptr, part->skirt != 0, part->floor != 0})
+            now.push_back(value);
+    for (const BoxSurface& surface : drawing.surfaces) {
+        now.push_back(&surface.shown(draft_) == &surface.blocks);
+        now.insert(now.end(), surface.madeFrom.begin(), surface.madeFrom.end());
+    }
+    if (now == drawing.numberOf && before == drawing.curtains)
+        return;
+    drawing.numberOf = std::move(now);
+    drawing.number = ++last;
+}
+
+std::uint64_t A2_3DAxis::scene() const { return drawing_->number; }
 
 std::vector<BoxPoint> A2_3DAxis::insideBox(const AGraph& graph,
                                            std::span<const BoxPoint> points) const
 {
     constexpr BoxPoint gap{NAN, NAN, NAN};
-    const BoxZ z = zAxis(zIndexOf(graph));
+    const BoxZ& z = shownZ(zIndexOf(graph));
     std::vector<BoxPoint> inside;
     for (std::size_t i = 1; i < points.size(); ++i) {
         const BoxPoint& a = points[i - 1];
@@ -194,7 +230,15 @@ const SurfaceGrid* A2_3DAxis::gridOf(const ASurfaceGraph& graph) const
     return &surface->shown(draft_);
 }
 
-double A2_3DAxis::floorOf(const AGraph& graph) const { return zAxis(zIndexOf(graph)).floor; }
+double A2_3DAxis::floorOf(const AGraph& graph) const { return shownZ(zIndexOf(graph)).ground; }
+
+int A2_3DAxis::isInside(const AGraph& graph, const BoxPoint& at) const
+{
+    constexpr double half = 0.5 + 1e-9;
+    const BoxZ& z = shownZ(zIndexOf(graph));
+    return std::fabs(at.p) <= half && std::fabs(at.q) <= half && at.s >= z.floor - 1e-9 &&
+           at.s <= z.top + 1e-9;
+}
 
 int A2_3DAxis::isSeen(const BoxPoint& at) const
 {

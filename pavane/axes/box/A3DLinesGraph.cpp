@@ -70,31 +70,48 @@ void A3DLinesGraph::addCurtains(const A2_3DAxis& axis, std::vector<BoxCurtain>& 
 {
     if (!filled_)
         return;
+    std::vector<BoxPoint> run;
+    const auto hang = [&] {
+        if (run.size() > 1)
+            addCurtain(axis, run, curtains);
+        run.clear();
+    };
     for (const Curve& curve : curves_) {
-        std::vector<BoxPoint> line;
-        for (int i = 0; i < curve.count; ++i)
-            line.push_back(axis.boxPoint(*this, curve.x[i], curve.y, curve.z[i]));
-        line = axis.insideBox(*this, line);
-        BoxCurtain curtain;
-        curtain.floor = axis.floorOf(*this);
-        curtain.top = curtain.floor;
-        for (const BoxPoint& at : line) {
-            if (std::isfinite(at.p) && !curtain.line.empty() && at.p < curtain.line.back().p)
-                curtain.rises = 0;
-            if (std::isfinite(at.p))
-                curtain.line.push_back(at);
+        for (int i = 0; i < curve.count; ++i) {
+            const BoxPoint at = axis.boxPoint(*this, curve.x[i], curve.y, curve.z[i]);
             if (isFinite(at))
-                curtain.top = std::max(curtain.top, at.s);
+                run.push_back(at);
+            else
+                hang();  // one sees through gaps
         }
-        if (!curtain.rises && curtain.line.front().p > curtain.line.back().p) {
-            std::reverse(curtain.line.begin(), curtain.line.end());
-            curtain.rises =
-                std::is_sorted(curtain.line.begin(), curtain.line.end(),
-                               [](const BoxPoint& a, const BoxPoint& b) { return a.p < b.p; });
-        }
-        if (curtain.line.size() > 1)
-            curtains.push_back(std::move(curtain));
+        hang();
     }
+}
+
+/// Where the box cuts a line off, its curtain goes on along the edge.
+void A3DLinesGraph::addCurtain(const A2_3DAxis& axis, const std::vector<BoxPoint>& run,
+                               std::vector<BoxCurtain>& curtains) const
+{
+    BoxCurtain curtain;
+    curtain.floor = axis.floorOf(*this);
+    curtain.top = curtain.floor;
+    for (const BoxPoint& at : axis.insideBox(*this, run)) {
+        if (!isFinite(at))
+            continue;
+        if (!curtain.line.empty() && at.p < curtain.line.back().p)
+            curtain.rises = 0;
+        curtain.line.push_back(at);
+        curtain.top = std::max(curtain.top, at.s);
+    }
+    if (curtain.line.size() < 2)
+        return;
+    if (!curtain.rises && curtain.line.front().p > curtain.line.back().p) {
+        std::reverse(curtain.line.begin(), curtain.line.end());
+        curtain.rises =
+            std::is_sorted(curtain.line.begin(), curtain.line.end(),
+                           [](const BoxPoint& a, const BoxPoint& b) { return a.p < b.p; });
+    }
+    curtains.push_back(std::move(curtain));
 }
 
 }  // namespace pavane

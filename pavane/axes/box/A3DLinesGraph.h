@@ -8,6 +8,7 @@ namespace pavane
 {
 
 struct BoxCurtain;
+struct BoxPoint;
 
 /// Curves one behind another in a box: spectra in time, a baseline a row. Each stands at its own y
 /// and hides, down to the floor, what is behind it.
@@ -39,6 +40,8 @@ public:
     void addCurtains(const A2_3DAxis& axis, std::vector<BoxCurtain>& curtains) const;
 
 private:
+    void addCurtain(const A2_3DAxis& axis, const std::vector<BoxPoint>& run,
+                    std::vector<BoxCurtain>& curtains) const;
     struct Curve {
         double y;
         const double* x;

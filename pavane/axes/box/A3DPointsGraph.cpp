@@ -55,11 +55,10 @@ void A3DPointsGraph::getMinMax(TMinMax& range) const
 /// From the farthest to the nearest, so that near markers lie over far ones.
 void A3DPointsGraph::draw3D(CDC& dc, A2_3DAxis& axis)
 {
-    constexpr double half = 0.5 + 1e-9;
     std::vector<BoxPoint> points;
     for (int i = 0; i < count_; ++i) {
         const BoxPoint at = axis.boxPoint(*this, x_[i], y_[i], z_[i]);
-        if (std::fabs(at.p) <= half && std::fabs(at.q) <= half && std::fabs(at.s) <= half)
+        if (axis.isInside(*this, at))
             points.push_back(at);
     }
     const BoxView& view = axis.view();

@@ -35,6 +35,7 @@ int ASurfaceGraph::SetColorMap(const AMatrixAccess* cells)
         (cells->rows() != this->cells().rows() || cells->columns() != this->cells().columns()))
         return 0;
     colors_.reset();
+    ++looks_;
     if (cells) {
         TMinMax places = centres();
         places.zMin = unsetMinimum;
@@ -54,6 +55,13 @@ void ASurfaceGraph::SetAreaOutlines(std::vector<std::vector<CPointF>> outlines, 
 {
     outlines_ = std::move(outlines);
     outlineColor_ = color;
+    ++looks_;
+}
+
+void ASurfaceGraph::SetLatticeColor(COLORREF color)
+{
+    latticeColor_ = color;
+    ++looks_;
 }
 
 MapScale ASurfaceGraph::heightScale(const TMnMx& range) const
@@ -85,23 +93,36 @@ void ASurfaceGraph::draw3D(CDC& dc, A2_3DAxis& axis)
     drawOutlines(dc, axis);
 }
 
+int ASurfaceGraph::Seen::isOf(std::vector<double> now)
+{
+    if (now == of)
+        return 1;
+    of = std::move(now);
+    pieces.clear();
+    return 0;
+}
+
 void ASurfaceGraph::drawLattice(CDC& dc, A2_3DAxis& axis) const
 {
-    if (!(style_ & (surfaceLinesX | surfaceLinesY)))
+    const int lines = style_ & (surfaceLinesX | surfaceLinesY);
+    if (!lines)
         return;
     const FigureUnits units(dc);
-    const SurfaceLattice lattice =
-        latticeOf(*axis.gridOf(*this), axis.view(), spacing_ * units.perPixel());
-    PicturePieces pieces;
-    if (style_ & surfaceLinesX)
-        for (const std::vector<BoxPoint>& line : lattice.alongX)
-            axis.addSeen(line, pieces);
-    if (style_ & surfaceLinesY)
-        for (const std::vector<BoxPoint>& line : lattice.alongY)
-            axis.addSeen(line, pieces);
+    if (!latticeSeen_.isOf({static_cast<double>(axis.scene()), spacing_, 1.0 * lines})) {
+        const SurfaceLattice lattice =
+            latticeOf(*axis.gridOf(*this), axis.view(), spacing_ * units.perPixel());
+        PicturePieces pieces;
+        if (lines & surfaceLinesX)
+            for (const std::vector<BoxPoint>& line : lattice.alongX)
+                axis.addSeen(line, pieces);
+        if (lines & surfaceLinesY)
+            for (const std::vector<BoxPoint>& line : lattice.alongY)
+                axis.addSeen(line, pieces);
+        latticeSeen_.pieces.push_back(std::move(pieces));
+    }
     axis.setColor(latticeColor_);
     axis.setLineWidth(std::max(1, static_cast<int>(units.perPixel() * latticeWidth)));
-    axis.strokePieces(dc, pieces, 0);
+    axis.strokePieces(dc, latticeSeen_.pieces.front(), 0);
 }
 
 /// The points of a line, in columns and rows of the map, in those of the grid; without those that
@@ -126,57 +147,69 @@ std::vector<CPointF> ASurfaceGraph::onGrid(const A2_3DAxis& axis, std::span<cons
     return line;
 }
 
+int ASurfaceGraph::traceContours(const std::vector<double>& values) const
+{
+    if (tracedVersion_ == version_ && tracedLevels_ == values)
+        return 1;
+    if (!lines_.trace(cells(), values))
+        return 0;
+    tracedVersion_ = version_;
+    tracedLevels_ = values;
+    return 1;
+}
+
+/// Of each level what is seen on the surface, and then what is seen on the floor.
+void ASurfaceGraph::findContours(A2_3DAxis& axis, double pixel) const
+{
+    const SurfaceGrid& grid = *axis.gridOf(*this);
+    contoursSeen_.pieces.resize(tracedLevels_.size() * 2);
+    for (const ContourLine& line : lines_.lines()) {
+        const auto level = static_cast<std::size_t>(line.level) * 2;
+        const std::vector<CPointF> points =
+            onGrid(axis, {lines_.points(line), static_cast<std::size_t>(line.count)}, pixel);
+        if (style_ & surfaceContours)
+            axis.addSeen(drapeLine(grid, points, line.closed), contoursSeen_.pieces[level]);
+        if (floor_ & floorContours)
+            axis.addSeen(flatLine(grid, points, axis.floorOf(*this), line.closed),
+                         contoursSeen_.pieces[level + 1]);
+    }
+}
+
 void ASurfaceGraph::drawContours(CDC& dc, A2_3DAxis& axis) const
 {
-    const bool onSurface = (style_ & surfaceContours) != 0;
-    const bool onFloor = (floor_ & floorContours) != 0;
-    if (!onSurface && !onFloor)
-        return;
+    const int where = (style_ & surfaceContours) | (floor_ & floorContours);
     const std::vector<double> values = levels();
-    if (tracedVersion_ != version_ || tracedLevels_ != values) {
-        if (!lines_.trace(cells(), values))
-            return;
-        tracedVersion_ = version_;
-        tracedLevels_ = values;
-    }
-    if (axis.GetDraft() && lines_.pointCount() > mostDraftPoints)
+    if (!where || !traceContours(values) ||
+        (axis.GetDraft() && lines_.pointCount() > mostDraftPoints))
         return;
-    const SurfaceGrid& grid = *axis.gridOf(*this);
-    const double pixel = FigureUnits(dc).perPixel();
+    std::vector<double> of = values;
+    of.insert(of.end(), {static_cast<double>(axis.scene()), 1.0 * where, 1.0 * version_});
+    if (!contoursSeen_.isOf(std::move(of)))
+        findContours(axis, FigureUnits(dc).perPixel());
     const AColorsGraph* const ground = isColors() && !colors_ ? this : nullptr;
     const AColorsGraph* const below = (floor_ & floorColors) && !colors_ ? this : nullptr;
-    std::size_t next = 0;
+    axis.setLineWidth(contours().width(dc, axis.getFHeight()));
     for (std::size_t level = 0; level < values.size(); ++level) {
-        PicturePieces up, down;
-        for (; next < lines_.lines().size(); ++next) {
-            const ContourLine& line = lines_.lines()[next];
-            if (static_cast<std::size_t>(line.level) != level)
-                break;
-            const std::vector<CPointF> points =
-                onGrid(axis, {lines_.points(line), static_cast<std::size_t>(line.count)}, pixel);
-            if (onFloor)
-                axis.addSeen(flatLine(grid, points, axis.floorOf(*this), line.closed), down);
-            if (onSurface)
-                axis.addSeen(drapeLine(grid, points, line.closed), up);
-        }
-        axis.setLineWidth(contours().width(dc, axis.getFHeight()));
         axis.setColor(contours().color(values[level], below));
-        axis.strokePieces(dc, down, values[level] < 0);
+        axis.strokePieces(dc, contoursSeen_.pieces[level * 2 + 1], values[level] < 0);
         axis.setColor(contours().color(values[level], ground));
-        axis.strokePieces(dc, up, values[level] < 0);
+        axis.strokePieces(dc, contoursSeen_.pieces[level * 2], values[level] < 0);
     }
 }
 
 void ASurfaceGraph::drawOutlines(CDC& dc, A2_3DAxis& axis) const
 {
     const FigureUnits units(dc);
-    PicturePieces pieces;
-    for (const std::vector<CPointF>& outline : outlines_)
-        axis.addSeen(drapeLine(*axis.gridOf(*this), onGrid(axis, outline, units.perPixel()), 1),
-                     pieces);
+    if (!outlinesSeen_.isOf({static_cast<double>(axis.scene()), 1.0 * looks_})) {
+        PicturePieces pieces;
+        for (const std::vector<CPointF>& outline : outlines_)
+            axis.addSeen(drapeLine(*axis.gridOf(*this), onGrid(axis, outline, units.perPixel()), 1),
+                         pieces);
+        outlinesSeen_.pieces.push_back(std::move(pieces));
+    }
     axis.setColor(outlineColor_);
     axis.setLineWidth(units.line(axis.getFHeight(), outlinePart));
-    axis.strokePieces(dc, pieces, 0);
+    axis.strokePieces(dc, outlinesSeen_.pieces.front(), 0);
 }
 
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/axes/box/HiddenLines.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 
 #include <memory>
@@ -50,7 +51,7 @@ public:
     /// Least distance of two lattice lines on the floor in pixels of 96 per inch; 4 at first.
     void SetLatticeSpacing(double pixels);
     double GetLatticeSpacing() const { return spacing_; }
-    void SetLatticeColor(COLORREF color) { latticeColor_ = color; }
+    void SetLatticeColor(COLORREF color);
     COLORREF GetLatticeColor() const { return latticeColor_; }
     /// Outlines drawn over the surface, each in columns and rows (MP) with fractions, closed: areas
     /// that were marked on the map.
@@ -59,6 +60,8 @@ public:
     MapScale heightScale(const TMnMx& range) const;
     /// Counts changes of the cells.
     int cellsVersion() const { return version_; }
+    /// Counts changes of lattice, outlines and colour map.
+    int looks() const { return looks_; }
 
     int isColors() const override { return (style_ & surfaceColors) != 0; }
     void cellsChanged() override;
@@ -68,6 +71,14 @@ public:
 private:
     std::vector<CPointF> onGrid(const A2_3DAxis& axis, std::span<const CPointF> points,
                                 double pixel) const;
+    /// What is seen of lines, as it was found once: looking for it takes most of a drawing.
+    struct Seen {
+        std::vector<double> of;
+        std::vector<PicturePieces> pieces;
+        int isOf(std::vector<double> now);
+    };
+    int traceContours(const std::vector<double>& values) const;
+    void findContours(A2_3DAxis& axis, double pixel) const;
     void drawLattice(CDC& dc, A2_3DAxis& axis) const;
     void drawContours(CDC& dc, A2_3DAxis& axis) const;
     void drawOutlines(CDC& dc, A2_3DAxis& axis) const;
@@ -80,6 +91,8 @@ private:
     std::vector<std::vector<CPointF>> outlines_;
     COLORREF outlineColor_ = RGB(0, 0, 0);
     int version_ = 0;
+    int looks_ = 0;
+    mutable Seen contoursSeen_, latticeSeen_, outlinesSeen_;
     mutable ContourLines lines_;
     mutable int tracedVersion_ = -1;
     mutable std::vector<double> tracedLevels_;

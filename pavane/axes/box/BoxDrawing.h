@@ -1,9 +1,11 @@
 #pragma once
 
+#include "pavane/axes/box/A2_3DAxis.h"
 #include "pavane/axes/box/ASurfaceGraph.h"
 #include "pavane/axes/box/BoxLabels.h"
 #include "pavane/axes/box/HiddenLines.h"
 #include "pavane/axes/box/SurfaceGrid.h"
+#include "pavane/axes/box/SurfaceRaster.h"
 
 #include <array>
 #include <memory>
@@ -33,6 +35,7 @@ struct BoxCurtain {
 
     /// Non-zero where the sheet stands between `at` and the eye; `sight` points away from it.
     int hides(const BoxPoint& at, const BoxPoint& sight) const;
+    friend bool operator==(const BoxCurtain&, const BoxCurtain&) = default;
 };
 
 /// A surface and what its grid was made from.
@@ -49,11 +52,18 @@ struct BoxSurface {
 /// What a box keeps from one drawing to the next, and what it knows while it draws.
 struct BoxDrawing {
     std::array<BoxSurface, 2> surfaces;
+    std::array<BoxZ, 2> z;  ///< as they were laid out
     SurfaceScene scene;
+    std::uint64_t number = 0;            ///< of the scene, see A2_3DAxis::scene
+    std::vector<double> numberOf;        ///< what has this number
     std::unique_ptr<HiddenLines> lines;  ///< of the view and scene as they were laid out
     std::vector<BoxCurtain> curtains;
     CRect picture;
     std::vector<double> rasterOf;  ///< what the raster of bitmap mode shows
+    SurfaceRaster seen;            ///< the surfaces in pixels, which do not depend on colours
+    std::vector<double> seenOf;
+    PicturePieces grid, frame;  ///< of the walls
+    std::vector<double> wallsOf;
 
     BoxSurface* surfaceOf(const AGraph& graph)
     {

@@ -15,6 +15,10 @@ namespace
 constexpr float noHeight = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinity = std::numeric_limits<float>::infinity();
 
+/// A surface is drawn from this width on, as a share of the box: the map of a range that reaches
+/// far beyond it is but a line.
+constexpr double narrowest = 1e-6;
+
 /// The part of a direction that the map has.
 CellSpan cut(int first, int count, int cells)
 {
@@ -99,7 +103,10 @@ int SurfaceGrid::set(const AMatrixAccess& cells, const MapScale& scale, const Su
     const CellSpan shownRows = cut(part.firstRow, part.rows, cells.rows());
     const int across = shownColumns.end - shownColumns.first, up = shownRows.end - shownRows.first;
     const double ends = place.firstP + place.lastP + place.firstQ + place.lastQ;
-    if (across < 1 || up < 1 || !std::isfinite(ends + place.floor + place.top) ||
+    const bool isLine = (across > 1 && !(std::fabs(place.lastP - place.firstP) >= narrowest)) ||
+                        (up > 1 && !(std::fabs(place.lastQ - place.firstQ) >= narrowest));
+    if (across < 1 || up < 1 || isLine ||
+        !std::isfinite(ends + place.floor + place.top + place.below) ||
         !heights_.allocate(up, across))
         return 0;
     RowReader reader(cells);
@@ -114,7 +121,7 @@ int SurfaceGrid::set(const AMatrixAccess& cells, const MapScale& scale, const Su
     firstQ_ = place.firstQ;
     stepP_ = across > 1 ? (place.lastP - place.firstP) / (across - 1) : 0;
     stepQ_ = up > 1 ? (place.lastQ - place.firstQ) / (up - 1) : 0;
-    floor_ = place.floor;
+    floor_ = place.floor - place.below;
     mapColumns_ = static_cast<std::uint32_t>(cells.columns());
     firstCell_ = static_cast<std::uint32_t>(shownRows.first) * mapColumns_ +
                  static_cast<std::uint32_t>(shownColumns.first);

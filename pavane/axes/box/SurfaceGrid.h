@@ -23,6 +23,7 @@ struct SurfacePlace {
     double firstP = -0.5, lastP = 0.5;  ///< of the first and last column shown
     double firstQ = -0.5, lastQ = 0.5;  ///< of the first and last row shown
     double floor = -0.5, top = 0.5;     ///< s of the low and the high end of the scale
+    double below = 0;                   ///< so far below `floor` lies what is drawn as floor
 };
 
 /// Least and greatest height in blocks of a surface, the blocks of each further level twice as wide
@@ -56,7 +57,8 @@ class PAVANE_API SurfaceGrid
 {
 public:
     /// Takes the cells of `part` that the map has; a cell that is not finite is blank. Non-zero on
-    /// success; 0, and empty, when there are none, when the place is not finite or without memory.
+    /// success; 0, and empty, when there are none, when the place is not finite, when all of them
+    /// lie as good as on one line, or without memory.
     int set(const AMatrixAccess& cells, const MapScale& scale, const SurfacePlace& place,
             const CellPart& part = {});
     /// A coarser surface for pictures that have to come fast: a block of `blockColumns` x
@@ -71,11 +73,16 @@ public:
     float height(int column, int row) const { return heights_(row, column); }
     const AMatrix<float>& heights() const { return heights_; }
     const HeightBlocks& blocks() const { return blocks_; }
+    /// s of the floor below the surface: skirts reach down to it.
     double floor() const { return floor_; }
 
     /// p of a column and q of a row, and back, with fractions.
     double p(double column) const { return firstP_ + column * stepP_; }
     double q(double row) const { return firstQ_ + row * stepQ_; }
+    /// From one column to the next, and from one row: 0 for a single one. Beside a place this small
+    /// step may be lost.
+    double stepP() const { return stepP_; }
+    double stepQ() const { return stepQ_; }
     double columnOf(double p) const { return stepP_ != 0 ? (p - firstP_) / stepP_ : 0; }
     double rowOf(double q) const { return stepQ_ != 0 ? (q - firstQ_) / stepQ_ : 0; }
     BoxPoint point(int column, int row) const

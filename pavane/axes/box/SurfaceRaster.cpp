@@ -81,7 +81,8 @@ public:
         const double y = slopeAcross_ * rise(i, j, walk.across().count, 0);
         const double falls =
             (lightUp_ - x * lightAway_ - y * lightAcross_) / std::sqrt(1 + x * x + y * y);
-        return static_cast<std::uint8_t>(255 * std::clamp(std::fabs(falls), 0.0, 1.0));
+        const double share = falls == falls ? std::min(std::fabs(falls), 1.0) : 0;
+        return static_cast<std::uint8_t>(255 * share);
     }
 
     PlaneWalk walk;

@@ -18,6 +18,9 @@ constexpr double onIt = 1e-7;
 /// How far beyond a border of squares, in squares, one looks which square comes next.
 constexpr double ahead = 1e-9;
 
+/// A line goes on by this part at least, or it would stay where a step is lost.
+constexpr double leastStep = 1e-15;
+
 /// A line through a surface in columns, rows and heights.
 struct GridRay {
     double column, row, s;
@@ -92,7 +95,7 @@ private:
     }
     static int squareOf(double place, int centres)
     {
-        return static_cast<int>(std::clamp(place, 0.0, centres - 2.0));
+        return place > 0 ? static_cast<int>(std::min(place, centres - 2.0)) : 0;
     }
     /// Where the line leaves the block of a square, later than t.
     double exitOf(int column, int row, int shift, double t) const
@@ -103,7 +106,7 @@ private:
         };
         return std::max(std::min(leaves(column, ray_.column, ray_.columnStep, perColumn_),
                                  leaves(row, ray_.row, ray_.rowStep, perRow_)),
-                        t + ahead_);
+                        t + std::max(ahead_, std::fabs(t) * leastStep));
     }
     /// Square after square of a block, from one side of a triangle to the next.
     bool goThrough(double t, double last)
@@ -203,9 +206,8 @@ SurfaceSight::Meeting SurfaceSight::meet(const SceneSurface& surface, const Ray&
     if (!surface.grid || surface.grid->columns() < 2 || surface.grid->rows() < 2)
         return meeting;
     const SurfaceGrid& grid = *surface.grid;
-    const double stepP = grid.p(1) - grid.p(0), stepQ = grid.q(1) - grid.q(0);
-    const GridRay line{grid.columnOf(ray.from.p), grid.rowOf(ray.from.q), ray.from.s,
-                       ray.step.p / stepP,        ray.step.q / stepQ,     ray.step.s};
+    const GridRay line{grid.columnOf(ray.from.p), grid.rowOf(ray.from.q),    ray.from.s,
+                       ray.step.p / grid.stepP(), ray.step.q / grid.stepQ(), ray.step.s};
     double first = ray.first, last = ray.last;
     clip(line.column, line.columnStep, 0, grid.columns() - 1, first, last);
     clip(line.row, line.rowStep, 0, grid.rows() - 1, first, last);

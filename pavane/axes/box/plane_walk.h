@@ -17,7 +17,7 @@ class PlaneWalk
 public:
     PlaneWalk(const SurfaceGrid& grid, const BoxTransform& view)
     {
-        const double stepP = grid.p(1) - grid.p(0), stepQ = grid.q(1) - grid.q(0);
+        const double stepP = grid.stepP(), stepQ = grid.stepQ();
         Side column{grid.columns(), 1, view.xp * stepP, view.yp * stepP, stepP, 0};
         Side row{grid.rows(), grid.columns(), view.xq * stepQ, view.yq * stepQ, 0, stepQ};
         origin_ = {grid.p(0), grid.q(0), 0};

@@ -21,8 +21,10 @@ public:
     /// Colour of the lines; CLR_INVALID (at first): black, and over a colour map black or white,
     /// whichever stands out from the map at the level.
     void setColor(COLORREF color) { color_ = color; }
+    COLORREF color() const { return color_; }
     /// Width in pixels of 96 per inch; 0 (at first): in proportion to the font.
     void setWidth(int width) { width_ = width; }
+    int width() const { return width_; }
     COLORREF color(double level, const AColorsGraph* colors) const;
     /// Width in units of the context.
     int width(const CDC& dc, int fontHeight) const;

@@ -207,6 +207,8 @@ int ASurfaceWnd::takePress(unsigned flags, CPoint point)
     if (!box_)
         return APlotWnd::takePress(flags, point);
     endDrag(0);
+    if (!box_)
+        return 0;
     beginDrag(Drag::turn, point);
     return 0;
 }
@@ -239,6 +241,8 @@ void ASurfaceWnd::OnMButtonDown(unsigned flags, CPoint point)
         return APlotWnd::OnMButtonDown(flags, point);
     settle();
     SetFocus();
+    if (!box_ || !GetSafeHwnd())  // who is told of the focus may take the box away
+        return;
     SetCapture();
     beginDrag(Drag::move, point);
 }
@@ -277,6 +281,8 @@ int ASurfaceWnd::OnMouseWheel(unsigned flags, int delta, CPoint screen)
     if (!box_ || !(flags & MK_CONTROL) || drag_ != Drag::none)
         return APlotWnd::OnMouseWheel(flags, delta, screen);
     settle();
+    if (!box_)
+        return 1;
     ScreenToClient(screen);
     BoxView view = box_->view();
     view.zoomAt({static_cast<double>(screen.x), static_cast<double>(screen.y)},
@@ -330,6 +336,8 @@ int ASurfaceWnd::takeKey(int key, bool shift, bool control)
     case VK_SUBTRACT:
     case VK_OEM_MINUS: {
         settle();
+        if (!box_)
+            return 1;
         const CPoint middle = view.rect().CenterPoint();
         const bool closer = key == VK_ADD || key == VK_OEM_PLUS;
         view.zoomAt({static_cast<double>(middle.x), static_cast<double>(middle.y)},
@@ -355,7 +363,7 @@ AxisStatus ASurfaceWnd::StatusAt(CPoint pixel)
     const TMinMax& range = box_->getMinMax();
     const CRect& plot = box_->getGraphRect();
     status.stepX = (range.xMax - range.xMin) / std::max(1, plot.Width());
-    status.stepY = (range.yMax - range.yMin) / std::max(1, plot.Width());
+    status.stepY = (range.yMax - range.yMin) / std::max(1, plot.Height());
     status.row = cell.row;
     status.column = cell.column;
     status.value = cell.graph->cells().cell(cell.row, cell.column);

@@ -60,6 +60,10 @@ private:
             std::swap(place.firstQ, place.lastQ);
         if (scene.stacked)
             (second ? place.floor : place.top) = 0;
+        if (number_ % 13 == 6) {
+            place.below = (place.top - place.floor) * 0.4;
+            place.floor += place.below;
+        }
         const pavane::MapScale scale(pavane::MapScaleKind::linear, -1.5, hasPeak ? 1e30 : 1.5);
         const pavane::AFloatMatrixAccess access(cells);
         grid.set(access, scale, place);
