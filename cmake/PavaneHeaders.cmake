@@ -292,6 +292,9 @@ set(PAVANE_PUBLIC_HEADERS
 # What those include: installed with them, not for hosts to name.
 set(PAVANE_REACHED_HEADERS
     pavane/axes/box/BoxView.h
+    pavane/axes/box/HiddenLines.h
+    pavane/axes/box/SurfaceGrid.h
+    pavane/axes/box/SurfaceSight.h
     pavane/axes/maps/AxisPalette.h
     pavane/axes/maps/cells/contour_lines.h
     pavane/axes/maps/cells/KeptPixels.h
