@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <map>
 #include <numeric>
+#include <set>
 #include <tuple>
+#include <utility>
 
 namespace pavane
 {
@@ -38,50 +40,83 @@ std::vector<ClosureTelescope> telescopesNamed(const std::vector<ClosureTelescope
     return found;
 }
 
-/// Keeps the items whose telescopes hold all those of one entry of the list.
-template <class Item, class Telescopes>
-int choose(const AUVXFile& file, const std::string& list, std::vector<Item>& items,
-           const Telescopes& telescopesOfItem, std::string& error)
+/// What stands between two commas of a list: telescopes, each with all that it may be.
+using Entry = std::vector<std::vector<ClosureTelescope>>;
+
+int readEntries(const AUVXFile& file, const std::string& list,
+                const std::vector<ClosureTelescope>& known, std::vector<Entry>& entries,
+                std::string& error)
 {
-    std::vector<ClosureTelescope> known;
-    for (const Item& item : items)
-        for (const ClosureTelescope& telescope : telescopesOfItem(item))
-            known.push_back(telescope);
-    std::sort(known.begin(), known.end());
-    known.erase(std::unique(known.begin(), known.end()), known.end());
-    std::vector<char> taken(items.size());
-    for (const std::string& entry : splitAt(list, ',')) {
-        std::vector<std::vector<ClosureTelescope>> named;
+    for (const std::string& text : splitAt(list, ',')) {
+        Entry& entry = entries.emplace_back();
         // a name may itself have a dash
-        std::vector<std::string> names = {entry};
-        if (telescopesNamed(known, file, entry).empty())
-            names = splitAt(entry, '-');
+        std::vector<std::string> names = {text};
+        if (telescopesNamed(known, file, text).empty())
+            names = splitAt(text, '-');
         for (const std::string& name : names) {
-            named.push_back(telescopesNamed(known, file, name));
-            if (named.back().empty()) {
+            entry.push_back(telescopesNamed(known, file, name));
+            if (entry.back().empty()) {
                 error = "has no telescope '" + plainText(name) + "' in what is plotted";
                 return 0;
             }
         }
-        for (std::size_t i = 0; i < items.size(); ++i) {
-            const auto mine = telescopesOfItem(items[i]);
-            const auto isMine = [&](const ClosureTelescope& one) {
-                return std::find(mine.begin(), mine.end(), one) != mine.end();
-            };
-            taken[i] = static_cast<char>(
-                taken[i] || std::all_of(named.begin(), named.end(), [&](const auto& each) {
-                    return std::any_of(each.begin(), each.end(), isMine);
-                }));
-        }
     }
-    std::vector<Item> left;
-    for (std::size_t i = 0; i < items.size(); ++i)
-        if (taken[i])
-            left.push_back(items[i]);
-    items = std::move(left);
-    if (items.empty())
-        error = "has nothing of '" + plainText(list) + "'";
-    return !items.empty();
+    return 1;
+}
+
+/// Keeps the items whose telescopes hold all those of one entry of the list.
+template <class Item, class Telescopes>
+void keepNamed(const std::vector<Entry>& entries, std::vector<Item>& items,
+               const Telescopes& telescopesOfItem)
+{
+    std::erase_if(items, [&](const Item& item) {
+        const auto mine = telescopesOfItem(item);
+        const auto isMine = [&](const ClosureTelescope& one) {
+            return std::find(mine.begin(), mine.end(), one) != mine.end();
+        };
+        return std::none_of(entries.begin(), entries.end(), [&](const Entry& entry) {
+            return std::all_of(entry.begin(), entry.end(), [&](const auto& each) {
+                return std::any_of(each.begin(), each.end(), isMine);
+            });
+        });
+    });
+}
+
+/// Groups of a baseline, stored either way.
+std::int64_t groupsOf(const std::vector<UvBaseline>& baselines, int subarray, int a, int b)
+{
+    std::int64_t groups = 0;
+    for (const UvBaseline& one : baselines)
+        if (one.subarray == subarray && std::minmax(one.first, one.second) == std::minmax(a, b))
+            groups += one.groups;
+    return groups;
+}
+
+/// The quads that an entry of four telescopes names, in its order, in each subarray that has them.
+void addQuads(const Entry& entry, const std::vector<UvBaseline>& baselines,
+              std::vector<ClosureQuad>& quads)
+{
+    for (const ClosureTelescope& first : entry.front()) {
+        ClosureQuad quad = {first.subarray, {}, 0};
+        for (std::size_t k = 0; k < quad.telescopes.size(); ++k)
+            for (const ClosureTelescope& one : entry[k])
+                if (one.subarray == first.subarray)
+                    quad.telescopes[k] = one.number;
+        quad.telescopes[0] = first.number;
+        const auto [a, b, c, d] = quad.telescopes;
+        const std::set<int> different = {a, b, c, d};
+        const auto groups = [&](int from, int to) {
+            return groupsOf(baselines, quad.subarray, from, to);
+        };
+        quad.points = std::min({groups(a, b), groups(c, d), groups(a, c), groups(b, d)});
+        if (quad.points > 0 && different.size() == quad.telescopes.size())
+            quads.push_back(quad);
+    }
+}
+
+std::string nothingOf(const std::string& list)
+{
+    return "has nothing of '" + plainText(list) + "'";
 }
 
 std::vector<std::size_t> firstIndices(std::size_t count)
@@ -124,11 +159,29 @@ int chosenBaselines(const AUVXFile& file, const std::string& list,
         error = "has no baselines";
         return 0;
     }
-    const auto telescopes = [](const UvBaseline& b) {
+    std::vector<Entry> entries;
+    if (list.empty() || !readEntries(file, list, telescopesOf(baselines), entries, error))
+        return list.empty();
+    keepNamed(entries, baselines, [](const UvBaseline& b) {
         return std::array<ClosureTelescope, 2>{{{b.subarray, b.first}, {b.subarray, b.second}}};
-    };
-    return list.empty() || choose(file, list, baselines, telescopes, error);
+    });
+    if (baselines.empty())
+        error = nothingOf(list);
+    return !baselines.empty();
 }
+
+namespace
+{
+
+std::array<ClosureTelescope, 3> telescopesOfTriangle(const ClosureTriangle& t)
+{
+    std::array<ClosureTelescope, 3> found;
+    for (std::size_t k = 0; k < 3; ++k)
+        found[k] = {t.subarray, t.telescopes[k]};
+    return found;
+}
+
+}  // namespace
 
 int chosenTriangles(const AUVXFile& file, const std::string& list,
                     std::vector<ClosureTriangle>& triangles, std::string& error)
@@ -141,13 +194,58 @@ int chosenTriangles(const AUVXFile& file, const std::string& list,
         triangles = independentTriangles(triangles);
         return 1;
     }
-    const auto telescopes = [](const ClosureTriangle& t) {
-        std::array<ClosureTelescope, 3> found;
-        for (std::size_t k = 0; k < 3; ++k)
-            found[k] = {t.subarray, t.telescopes[k]};
-        return found;
-    };
-    return choose(file, list, triangles, telescopes, error);
+    std::vector<ClosureTelescope> known;
+    for (const ClosureTriangle& t : triangles)
+        for (const int number : t.telescopes)
+            known.push_back({t.subarray, number});
+    std::sort(known.begin(), known.end());
+    known.erase(std::unique(known.begin(), known.end()), known.end());
+    std::vector<Entry> entries;
+    if (!readEntries(file, list, known, entries, error))
+        return 0;
+    keepNamed(entries, triangles, telescopesOfTriangle);
+    if (triangles.empty())
+        error = nothingOf(list);
+    return !triangles.empty();
+}
+
+int chosenClosures(const AUVXFile& file, const std::string& list,
+                   const std::vector<UvBaseline>& baselines, ClosureChoice& choice,
+                   std::string& error)
+{
+    const std::vector<ClosureTelescope> telescopes = telescopesOf(baselines);
+    choice = ClosureChoice();
+    std::vector<Entry> entries;
+    if (list.empty())
+        choice.independent = 1;
+    else if (!readEntries(file, list, telescopes, entries, error))
+        return 0;
+    for (const Entry& entry : entries)
+        if (entry.size() == 4)
+            addQuads(entry, baselines, choice.quads);
+    std::erase_if(entries, [](const Entry& entry) { return entry.size() == 4; });
+    if (list.empty() || !entries.empty()) {
+        choice.triangles = closureTriangles(telescopes, baselines);
+        if (choice.triangles.empty()) {
+            error = whyNoTriangles(baselines);
+            return 0;
+        }
+    }
+    if (!list.empty())
+        keepNamed(entries, choice.triangles, telescopesOfTriangle);
+    const int isSome = !choice.triangles.empty() || !choice.quads.empty();
+    if (!isSome)
+        error = nothingOf(list);
+    return isSome;
+}
+
+int chosenAmplitudes(const std::vector<UvBaseline>& baselines, ClosureChoice& choice,
+                     std::string& error)
+{
+    choice = ClosureChoice(closureQuads(telescopesOf(baselines), baselines), 1);
+    if (choice.quads.empty())
+        error = whyNoQuads(baselines);
+    return !choice.quads.empty();
 }
 
 int readVisibilityChart(AUVXFile& file, const PlotWish& wish,
@@ -156,14 +254,14 @@ int readVisibilityChart(AUVXFile& file, const PlotWish& wish,
                         PanelChart& chart, std::string& error)
 {
     if (wish.kind == DataPlot::closure) {
-        auto triangles = closureTriangles(telescopesOf(baselines), baselines);
-        if (!chosenTriangles(file, wish.baselines, triangles, error))
+        ClosureChoice choice;
+        if (!chosenClosures(file, wish.baselines, baselines, choice, error))
             return 0;
-        const auto all = firstIndices(triangles.size());
-        ClosureReader reader(file, std::move(triangles), marks, {}, model);
+        ClosureReader reader(file, std::move(choice), marks, {}, model);
         if (!readAll(reader, isGoing, error))
             return 0;
-        chart = closureChart(file, reader, all);
+        chart = closureChart(file, reader, firstIndices(reader.triangles().size()));
+        addAmplitudePanels(file, reader, firstIndices(reader.quads().size()), chart);
         return 1;
     }
     std::vector<UvBaseline> chosen = baselines;

@@ -239,4 +239,51 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
     return chart;
 }
 
+CString quadName(const AUVXFile& file, const ClosureQuad& q)
+{
+    CString name;
+    for (const int number : q.telescopes)
+        name += (name.empty() ? "" : "-") + telescopeName(file, {q.subarray, number});
+    return q.subarray == 1 ? name : name + "/" + std::to_string(q.subarray);
+}
+
+void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
+                        const std::vector<std::size_t>& quads, PanelChart& chart)
+{
+    for (const std::size_t q : quads) {
+        ChartPanel panel;
+        panel.caption = quadName(file, reader.quads()[q]);
+        ChartScale scale;
+        scale.name = "Closure amplitude";
+        double most = 0;
+        double chiSquared = 0;
+        std::size_t count = 0;
+        std::vector<ChartCurve> models;
+        for (std::size_t p = 0; p < reader.parts().size(); ++p) {
+            const ClosureRatios& ratios = reader.ratios(q, p);
+            chiSquared += chiSquaredOf(ratios) * static_cast<double>(ratios.count());
+            count += ratios.count();
+            // an error may be any number of times its ratio; its bar ends with the plot
+            for (const std::vector<float>* each : {&ratios.ratio, &ratios.model})
+                for (const float value : *each)
+                    most = std::max(most, double{value});
+            scale.curves.push_back(pointsOf(ratios.time, secondsPerDay, ratios.ratio, ratios.error,
+                                            dataColors[p % std::size(dataColors)]));
+            if (reader.hasModel())
+                models.push_back(lineOf(ratios.time, secondsPerDay, ratios.model));
+        }
+        for (ChartCurve& model : models)
+            scale.curves.push_back(std::move(model));
+        if (most > 0) {
+            scale.least = 0;
+            scale.greatest = roundedUp(roomAbove * most);
+        }
+        if (reader.hasModel() && count > 0)
+            panel.caption +=
+                "   \u03c7\u00b2 " + valToStr(chiSquared / static_cast<double>(count), 3);
+        panel.scales.push_back(std::move(scale));
+        chart.panels.push_back(std::move(panel));
+    }
+}
+
 }  // namespace pavane

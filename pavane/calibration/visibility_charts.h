@@ -15,6 +15,11 @@ namespace pavane
 PAVANE_API PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
                                    const std::vector<std::size_t>& triangles);
 
+/// Adds panels of closure amplitudes to such a chart, a panel a quad, likewise. The quads are
+/// indices of the reader's.
+PAVANE_API void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
+                                   const std::vector<std::size_t>& quads, PanelChart& chart);
+
 /// Amplitude at the left and phase at the right, a panel a baseline, the model's as lines. The
 /// baselines are indices of the reader's.
 PAVANE_API PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader,
@@ -24,6 +29,7 @@ PAVANE_API PanelChart baselineChart(const AUVXFile& file, const BaselineReader& 
 /// first.
 PAVANE_API CString baselineName(const AUVXFile& file, const UvBaseline& baseline);
 PAVANE_API CString triangleName(const AUVXFile& file, const ClosureTriangle& triangle);
+PAVANE_API CString quadName(const AUVXFile& file, const ClosureQuad& quad);
 PAVANE_API CString telescopeName(const AUVXFile& file, const ClosureTelescope& telescope);
 
 /// Non-zero when two telescopes of the triangle stand less than 10 km apart, so that its phases

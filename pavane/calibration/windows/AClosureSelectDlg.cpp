@@ -6,11 +6,14 @@
 #include "pavane/windows/library_resources.h"
 #include "platform/controls.h"
 #include "platform/message.h"
+#include "tessel/value_text.h"
 
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <set>
 #include <utility>
 
@@ -32,6 +35,11 @@ constexpr ResizeItem followers[] = {
     {IDC_CLOSURE_NONE, 0, 100, 0, 100},
     {IDC_CLOSURE_INVERT, 0, 100, 0, 100},
     {IDC_CLOSURE_COUNT, 0, 100, 100, 100},
+    {IDC_CLOSURE_SECONDS_LABEL, 0, 100, 0, 100},
+    {IDC_CLOSURE_SECONDS, 0, 100, 0, 100},
+    {IDC_CLOSURE_SECONDS_UNIT, 0, 100, 0, 100},
+    {IDC_CLOSURE_EACH_IF, 0, 100, 0, 100},
+    {IDC_CLOSURE_EACH_STOKES, 0, 100, 0, 100},
     {IDOK, 100, 100, 100, 100},
     {IDCANCEL, 100, 100, 100, 100},
 };
@@ -64,7 +72,6 @@ AClosureSelectDlg::AClosureSelectDlg(AUVXFile& file, const std::vector<UvBaselin
 {
     SetResizeItems(followers);
     SetPlacementSection("Closure triangles");
-    marked_ = flagsOf(independentTriangles(possible_), possible_);
     std::vector<ClosureRow> rows;
     for (const ClosureTelescope& telescope : all_) {
         ClosureRow row;
@@ -77,18 +84,42 @@ AClosureSelectDlg::AClosureSelectDlg(AUVXFile& file, const std::vector<UvBaselin
     ABitArray all(static_cast<int>(all_.size()));
     all.setAll(1);
     telescopes_.SetMark(all);
-    telescopes_.onSelect = [this] {
-        if (shown_ == Shown::withTelescope)
-            ShowTriangles(shown_);
-    };
-    list();
     counting_ = !possible_.empty();
+    marked_ = independentFlags();
+    list();
 }
 
 void AClosureSelectDlg::SetChosen(const std::vector<ClosureTriangle>& triangles)
 {
     marked_ = flagsOf(triangles, possible_);
+    isMarked_ = 1;
     list();
+}
+
+void AClosureSelectDlg::SetAveraging(const ClosureAveraging& averaging)
+{
+    averaging_ = averaging;
+    if (!GetSafeHwnd())
+        return;
+    SetDlgItemText(IDC_CLOSURE_SECONDS,
+                   averaging.seconds > 0 ? valToStr(averaging.seconds) : CString());
+    static_cast<CButton*>(GetDlgItem(IDC_CLOSURE_EACH_IF))->SetCheck(averaging.split.ifs);
+    static_cast<CButton*>(GetDlgItem(IDC_CLOSURE_EACH_STOKES))->SetCheck(averaging.split.stokes);
+}
+
+/// Takes the fields; 0 when they hold no number.
+int AClosureSelectDlg::readAveraging()
+{
+    ClosureAveraging read;
+    const CString text = GetDlgItemText(IDC_CLOSURE_SECONDS);
+    const int isGiven = text.find_first_not_of(' ') != CString::npos;
+    if (isGiven &&
+        (!stoval(text, read.seconds) || !(read.seconds >= 0) || !std::isfinite(read.seconds)))
+        return 0;
+    read.split.ifs = static_cast<CButton*>(GetDlgItem(IDC_CLOSURE_EACH_IF))->GetCheck();
+    read.split.stokes = static_cast<CButton*>(GetDlgItem(IDC_CLOSURE_EACH_STOKES))->GetCheck();
+    averaging_ = read;
+    return 1;
 }
 
 std::vector<ClosureTriangle> AClosureSelectDlg::GetChosen() const
@@ -115,6 +146,12 @@ int AClosureSelectDlg::OnInitDialog()
             (void)kinds->AddString(kind);
         (void)kinds->SetCurSel(static_cast<int>(shown_));
     }
+    if (auto* const names = static_cast<CComboBox*>(GetDlgItem(IDC_CLOSURE_REFERENCE))) {
+        for (const ClosureRow& row : telescopes_.records())
+            (void)names->AddString(row.name);
+        (void)names->SetCurSel(static_cast<int>(reference_));
+    }
+    SetAveraging(averaging_);
     (void)AResizeDialog::OnInitDialog();
     list();
     (void)SetTimer(countTimer, countPause);
@@ -145,10 +182,21 @@ void AClosureSelectDlg::keepMarks()
         marked_[listed_[i]] = static_cast<char>(triangles_.isMarked(static_cast<int>(i)));
 }
 
-/// Index of the telescope with the focus in its list.
-std::ptrdiff_t AClosureSelectDlg::focusTelescope()
+/// An independent set of the marked telescopes alone, most points first; of what has been counted
+/// only triangles that have points. Found anew only where something else is marked or known.
+const std::vector<char>& AClosureSelectDlg::independentFlags()
 {
-    return std::max(telescopes_.recordOf(telescopes_.getSelectRect().anchorRow), 1) - 1;
+    std::vector<char> of = {static_cast<char>(counting_)};
+    for (int i = 0; i < static_cast<int>(all_.size()); ++i)
+        of.push_back(static_cast<char>(telescopes_.isMarked(i)));
+    if (of == independentOf_)
+        return independent_;
+    independentOf_ = std::move(of);
+    std::vector<ClosureTriangle> among;
+    for (const ClosureTriangle& t : possible_)
+        if (areTelescopesMarked(t) && (t.points > 0 || counting_))
+            among.push_back(t);
+    return independent_ = flagsOf(independentTriangles(among), possible_);
 }
 
 int AClosureSelectDlg::areTelescopesMarked(const ClosureTriangle& t) const
@@ -168,10 +216,9 @@ int AClosureSelectDlg::isListed(const ClosureTriangle& t)
 {
     if (!areTelescopesMarked(t))
         return 0;
-    const std::ptrdiff_t focus = focusTelescope();
-    if (shown_ == Shown::withTelescope &&
+    if (shown_ == Shown::withReference &&
         std::none_of(t.telescopes.begin(), t.telescopes.end(), [&](int number) {
-            return indexOf({t.subarray, number}) == focus;
+            return indexOf({t.subarray, number}) == reference_;
         }))
         return 0;
     return search_.empty() ||
@@ -181,23 +228,23 @@ int AClosureSelectDlg::isListed(const ClosureTriangle& t)
 void AClosureSelectDlg::list()
 {
     ++listing_;
-    // an independent set is one of the marked telescopes alone, most points first
-    std::vector<char> independent(possible_.size(), 1);
-    if (shown_ == Shown::independent) {
-        std::vector<ClosureTriangle> among;
-        for (const ClosureTriangle& t : possible_)
-            if (areTelescopesMarked(t))
-                among.push_back(t);
-        independent = flagsOf(independentTriangles(among), possible_);
-    }
+    const std::vector<char> isShown =
+        shown_ == Shown::independent ? independentFlags() : std::vector<char>(possible_.size(), 1);
     listed_.clear();
     std::vector<ClosureRow> rows;
     for (std::size_t t = 0; t < possible_.size(); ++t)
-        if (independent[t] && isListed(possible_[t])) {
+        if (isShown[t] && isListed(possible_[t])) {
             listed_.push_back(t);
             rows.push_back(rowOf(t));
         }
     triangles_.SetRecords(std::move(rows));
+    showMarks();
+    --listing_;
+}
+
+void AClosureSelectDlg::showMarks()
+{
+    ++listing_;
     ABitArray marks(static_cast<int>(listed_.size()));
     for (std::size_t i = 0; i < listed_.size(); ++i)
         marks.set(static_cast<int>(i), marked_[listed_[i]]);
@@ -210,6 +257,20 @@ void AClosureSelectDlg::ShowTriangles(Shown shown)
 {
     keepMarks();
     shown_ = shown;
+    list();
+}
+
+void AClosureSelectDlg::SetReference(int telescope)
+{
+    keepMarks();
+    reference_ = std::clamp<std::ptrdiff_t>(telescope, 0, std::ssize(all_) - 1);
+    shown_ = Shown::withReference;
+    if (GetSafeHwnd()) {
+        (void)static_cast<CComboBox*>(GetDlgItem(IDC_CLOSURE_KIND))
+            ->SetCurSel(static_cast<int>(shown_));
+        (void)static_cast<CComboBox*>(GetDlgItem(IDC_CLOSURE_REFERENCE))
+            ->SetCurSel(static_cast<int>(reference_));
+    }
     list();
 }
 
@@ -240,15 +301,17 @@ void AClosureSelectDlg::countPoints()
     counting_ = 0;
     for (std::size_t t = 0; t < possible_.size(); ++t)
         possible_[t].points = static_cast<std::int64_t>(reader_->series(t).count());
+    keepMarks();
+    if (!isMarked_)
+        marked_ = independentFlags();
+    if (shown_ == Shown::independent)
+        return list();
+    // the same lines, so the place in the list stays
     std::vector<ClosureRow> rows;
     for (const std::size_t t : listed_)
         rows.push_back(rowOf(t));
-    if (shown_ == Shown::independent) {
-        keepMarks();
-        list();
-    } else
-        triangles_.SetNumbers(std::move(rows));
-    showCount();
+    triangles_.SetNumbers(std::move(rows));
+    showMarks();
 }
 
 void AClosureSelectDlg::ReadAll()
@@ -286,6 +349,10 @@ int AClosureSelectDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
             ShowTriangles(static_cast<Shown>(
                 std::max(static_cast<CComboBox*>(GetDlgItem(IDC_CLOSURE_KIND))->GetCurSel(), 0)));
         return 1;
+    case IDC_CLOSURE_REFERENCE:
+        if (code == CBN_SELCHANGE)
+            SetReference(static_cast<CComboBox*>(GetDlgItem(id))->GetCurSel());
+        return 1;
     case IDC_CLOSURE_SEARCH:
         if (code == EN_CHANGE)
             Search(GetDlgItemText(IDC_CLOSURE_SEARCH));
@@ -297,8 +364,10 @@ int AClosureSelectDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
         }
         return 1;
     case IDC_CLOSURE_TRIANGLES:
-        if (code == MTN_MARKS && !listing_)
+        if (code == MTN_MARKS && !listing_) {
+            isMarked_ = 1;
             showCount();
+        }
         return 1;
     }
     return AResizeDialog::OnCommand(id, code, control);
@@ -306,8 +375,11 @@ int AClosureSelectDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
 
 void AClosureSelectDlg::OnOK()
 {
-    if (GetChosen().empty()) {
-        AfxMessageBox(noTrianglesChosen, MB_ICONINFORMATION);
+    const char* const lack = GetChosen().empty() ? noTrianglesChosen
+                             : readAveraging()   ? nullptr
+                                                 : noSecondsGiven;
+    if (lack) {
+        AfxMessageBox(lack, MB_ICONINFORMATION);
         return;
     }
     AResizeDialog::OnOK();

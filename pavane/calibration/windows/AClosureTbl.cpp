@@ -105,13 +105,6 @@ int AClosureTbl::isTextRight(int column)
     return ofTriangles_ && column >= pointsColumn && column <= scatterColumn;
 }
 
-void AClosureTbl::sendSelectionChange(ASelectRect& next, ASelectRect& previous)
-{
-    AMarkTable::sendSelectionChange(next, previous);
-    if (onSelect && next.anchorRow != previous.anchorRow)
-        onSelect();
-}
-
 CString AClosureTbl::OnToolTip(CPoint point)
 {
     const TableCell cell = grid().cellAt(point);

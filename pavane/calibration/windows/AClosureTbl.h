@@ -2,7 +2,6 @@
 
 #include "pavane/tables/observation/AMarkTable.h"
 
-#include <functional>
 #include <vector>
 
 namespace pavane
@@ -28,8 +27,6 @@ public:
     /// The same rows with other numbers.
     void SetNumbers(std::vector<ClosureRow> rows);
     const std::vector<ClosureRow>& records() const { return rows_; }
-    /// Called when the user has selected another row.
-    std::function<void()> onSelect;
 
     CString hdrCellAsStr(int row, int column, void* context) override;
     CString cellAsStr(int row, int column, void* context) override;
@@ -38,7 +35,6 @@ public:
     const char* GetWndClassName() override;
     CString profileSection() override;
     CString OnToolTip(CPoint point) override;
-    void sendSelectionChange(ASelectRect& next, ASelectRect& previous) override;
 
 private:
     const ClosureRow* rowAt(int row) const;

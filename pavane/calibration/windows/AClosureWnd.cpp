@@ -41,9 +41,14 @@ PanelChart AClosureWnd::makeChart()
 {
     if (!reader_)
         return {};
-    std::vector<std::size_t> all(reader_->triangles().size());
-    std::iota(all.begin(), all.end(), std::size_t{0});
-    return closureChart(*file_, *reader_, all);
+    const auto all = [](std::size_t count) {
+        std::vector<std::size_t> indices(count);
+        std::iota(indices.begin(), indices.end(), std::size_t{0});
+        return indices;
+    };
+    PanelChart chart = closureChart(*file_, *reader_, all(reader_->triangles().size()));
+    addAmplitudePanels(*file_, *reader_, all(reader_->quads().size()), chart);
+    return chart;
 }
 
 }  // namespace pavane

@@ -9,15 +9,15 @@
 namespace pavane
 {
 
-/// Closure phases against time, a panel a triangle, with errors; a model's as a line, and its
-/// reduced chi-squared in the panels' captions.
+/// Closure phases against time, a panel a triangle, and closure amplitudes, a panel a quad, with
+/// errors; a model's as a line, and its reduced chi-squared in the panels' captions.
 class PAVANE_API AClosureWnd : public AChartWnd
 {
 public:
     ~AClosureWnd() override;
 
-    /// Begins to read triangles of a file, which is not owned and goes after the window or
-    /// after another call. Null shows nothing.
+    /// Begins to read triangles and quads of a file, which is not owned and goes after the window
+    /// or after another call. Null shows nothing.
     void SetData(AUVXFile* file, ClosureChoice choice = {}, UvMarks marks = {},
                  const ClosureAveraging& averaging = {}, const AComponents& model = {});
     /// What has been read; null without a file.

@@ -1,6 +1,7 @@
 #include "pavane/calibration/windows/AClosureSelectDlg.h"
 #include "pavane/resources/closure_dialog.h"
 #include "platform/controls.h"
+#include "platform/message.h"
 #include "tests/calibration/made_data.h"
 
 namespace pavane
@@ -48,16 +49,18 @@ TEST(ClosureSelect, ListsWhatIsAskedForAndKeepsMarks)
     using Shown = AClosureSelectDlg::Shown;
     const struct {
         Shown shown;
-        int focus;
+        int reference;
         CString search, names;
     } cases[] = {{Shown::all, 1, "3-4", "1-3-4 2-3-4 3-4-5"},
-                 {Shown::withTelescope, 5, "", "1-2-5 1-3-5 1-4-5 2-3-5 2-4-5 3-4-5"},
-                 {Shown::withTelescope, 5, "2-", "1-2-5 2-3-5 2-4-5"},
+                 {Shown::withReference, 5, "", "1-2-5 1-3-5 1-4-5 2-3-5 2-4-5 3-4-5"},
+                 {Shown::withReference, 5, "2-", "1-2-5 2-3-5 2-4-5"},
                  {Shown::independent, 1, "", "1-2-3 1-2-4 1-2-5 1-3-4 1-3-5 1-4-5"},
                  {Shown::all, 1, "no such name", ""}};
     for (const auto& c : cases) {
-        dialog.telescopes().SetSelectOneCell(c.focus, 1);
-        dialog.ShowTriangles(c.shown);
+        if (c.shown == Shown::withReference)
+            dialog.SetReference(c.reference - 1);
+        else
+            dialog.ShowTriangles(c.shown);
         dialog.SetDlgItemText(IDC_CLOSURE_SEARCH, c.search);
         dialog.Search(c.search);
         EXPECT_EQ(namesOf(dialog.triangles()), c.names);
@@ -111,6 +114,60 @@ TEST(ClosureSelect, WithoutAMarkedPolarisationTrianglesHaveNoPoints)
     for (const ClosureTriangle& triangle : dialog.GetChosen())
         EXPECT_EQ(triangle.points, 0);
     dialog.EndDialog(IDCANCEL);
+}
+
+TEST(ClosureSelect, CountedPointsChooseTheSetUntilTheUserDoes)
+{
+    // of the baselines to telescope 1 nothing is good, and the groups do not tell
+    std::vector<MadeGroup> groups = madeGroups(5, {0, 2, 4});
+    for (MadeGroup& g : groups)
+        g.weight = g.a == 1 || g.b == 1 ? -1 : 4;
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("counted.uvfits", groups), error)) << error;
+    for (const int isMarked : {0, 1}) {
+        AClosureSelectDlg dialog(file, baselinesOf(groups));
+        ASSERT_TRUE(dialog.CreateModeless());
+        if (isMarked)
+            (void)dialog.triangles().ToggleMark(9);
+        const std::size_t before = dialog.GetChosen().size();
+        dialog.ReadAll();
+        dialog.ShowTriangles(AClosureSelectDlg::Shown::independent);
+        EXPECT_EQ(namesOf(dialog.triangles()), "2-3-4 2-3-5 2-4-5");
+        EXPECT_EQ(dialog.GetChosen().size(), isMarked ? before : 3u);
+        for (const ClosureTriangle& t : dialog.GetChosen())
+            EXPECT_TRUE(isMarked || t.points == 3);
+        dialog.EndDialog(IDCANCEL);
+    }
+}
+
+TEST(ClosureSelect, TakesAveragingFromItsFields)
+{
+    const std::vector<MadeGroup> groups = madeGroups(4, {0, 2});
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("fields.uvfits", groups), error)) << error;
+    const struct {
+        const char* text;
+        int isTaken;
+        double seconds;
+    } cases[] = {{"", 1, 0}, {" 30 ", 1, 30}, {"0", 1, 0}, {"-1", 0, 7}, {"x", 0, 7}};
+    const MessageFunction before =
+        SetMessageFunction([](const CString&, unsigned) { return IDOK; });
+    for (const auto& c : cases) {
+        AClosureSelectDlg dialog(file, baselinesOf(groups));
+        dialog.SetAveraging({{1, 0}, 7});
+        ASSERT_TRUE(dialog.CreateModeless());
+        EXPECT_EQ(dialog.GetDlgItemText(IDC_CLOSURE_SECONDS), "7");
+        dialog.SetDlgItemText(IDC_CLOSURE_SECONDS, c.text);
+        dialog.SendMessage(WM_COMMAND, IDOK, 0);
+        EXPECT_EQ(dialog.GetAveraging().seconds, c.seconds) << c.text;
+        EXPECT_EQ(dialog.GetAveraging().split.ifs, 1);
+        EXPECT_EQ(!dialog.GetSafeHwnd(), c.isTaken) << c.text;
+        if (!c.isTaken)
+            dialog.EndDialog(IDCANCEL);
+    }
+    (void)SetMessageFunction(before);
 }
 
 }  // namespace pavane
