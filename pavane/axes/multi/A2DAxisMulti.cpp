@@ -1,10 +1,7 @@
 #include "pavane/axes/multi/A2DAxisMulti.h"
 
-#include "pavane/axes/range_repair.h"
-
 #include <algorithm>
 #include <cmath>
-#include <optional>
 
 namespace pavane
 {
@@ -21,6 +18,12 @@ AYScale cleaned(const AYScale& scale)
     clean.direct = scale.direct > 0 ? 1 : scale.direct < 0 ? -1 : 0;
     clean.panel = std::clamp(scale.panel, 0, mostPanels - 1);
     return clean;
+}
+
+/// Unset for what is no range.
+TMnMx numbersOf(const TMnMx& range)
+{
+    return std::isnan(range.min) || std::isnan(range.max) ? TMnMx() : range;
 }
 
 }  // namespace
@@ -57,7 +60,7 @@ void A2DAxisMulti::unpark(int index)
 
 int A2DAxisMulti::addScale(const AYScale& scale)
 {
-    scales_.push_back({cleaned(scale), {}, {}});
+    scales_.push_back({cleaned(scale), {}, {}, numbersOf(scale.range), ++lastId_});
     layoutStands_ = 0;
     return static_cast<int>(scales_.size());
 }
@@ -88,6 +91,7 @@ int A2DAxisMulti::setScale(int index, const AYScale& scale)
     park();
     stored(index).spec = cleaned(scale);
     stored(index).logs = {};
+    stored(index).asked = numbersOf(scale.range);
     if (index == 0) {
         nameOY_ = scale.name;
         nypDigit_ = scale.nPlus;
@@ -98,6 +102,13 @@ int A2DAxisMulti::setScale(int index, const AYScale& scale)
     unpark(current);
     layoutStands_ = 0;
     return 1;
+}
+
+int A2DAxisMulti::getScaleId(int index) const
+{
+    return index < 0 || index >= getScaleCount() ? -1
+           : index == 0                          ? 0
+                                                 : scales_[static_cast<std::size_t>(index - 1)].id;
 }
 
 int A2DAxisMulti::deleteScale(int index)
@@ -114,6 +125,7 @@ int A2DAxisMulti::deleteScale(int index)
         scale -= scale > index ? 1 : 0;
     unpark(current == index ? 0 : current - (current > index ? 1 : 0));
     layout_ = {};  // which names scales by their indices
+    panelOf_.clear();
     layoutStands_ = 0;
     return 1;
 }
@@ -157,19 +169,9 @@ int A2DAxisMulti::setCurrentScale(int index)
     return 1;
 }
 
-void A2DAxisMulti::resetRanges()
+void A2DAxisMulti::setPanels(int columns, int rowsOfPage, int panelsOfPage)
 {
-    setMinMax(TMinMax());
-    park();
-    for (int i = 0; i < getScaleCount(); ++i) {
-        stored(i).spec.range = {};
-        stored(i).logs = {};
-    }
-    layoutStands_ = 0;
-}
-
-void A2DAxisMulti::setPanels(int columns, int rowsOfPage)
-{
+    ofPage_ = std::clamp(panelsOfPage, 0, mostPanels);
     columns_ = std::clamp(columns, 1, mostColumns);
     rows_ = std::clamp(rowsOfPage, 0, mostPanels);
     isUsed_ = isUsed_ || columns_ > 1;
@@ -209,8 +211,9 @@ int A2DAxisMulti::getPages() const
 {
     if (rows_ == 0)
         return 1;
-    const long long ofPage = static_cast<long long>(columns_) * rows_;
-    return static_cast<int>((getPanelCount() + ofPage - 1) / ofPage);
+    const long long room = 1LL * columns_ * rows_;
+    const long long most = ofPage_ > 0 ? std::min<long long>(ofPage_, room) : room;
+    return static_cast<int>((getPanelCount() + most - 1) / most);
 }
 
 void A2DAxisMulti::setPage(int page)
@@ -224,6 +227,13 @@ int A2DAxisMulti::getPage() const { return std::min(page_, getPages() - 1); }
 void A2DAxisMulti::setLegend(int corner)
 {
     legend_ = corner >= legendEmptiest && corner <= legendBottomRight ? corner : legendNone;
+    layoutStands_ = 0;
+}
+
+void A2DAxisMulti::setWholeX(int on)
+{
+    isXWhole_ = on != 0;
+    isUsed_ = isUsed_ || isXWhole_;
     layoutStands_ = 0;
 }
 
@@ -311,62 +321,6 @@ std::vector<int> A2DAxisMulti::scalesOfGraphs() const
     for (int i = 0; i < childs_.count(); ++i)
         scales.push_back(knownScaleOf(childs_(i)));
     return scales;
-}
-
-void A2DAxisMulti::setUpLogMnMx(TMinMax& range)
-{
-    if (isOrdinary()) {
-        A2DAxis::setUpLogMnMx(range);
-        return;
-    }
-    const CurrentScale before(*this);
-    for (int i = 0; i < getScaleCount(); ++i) {
-        setCurrentScale(i);
-        A2DAxis::setUpLogMnMx(range_);
-    }
-}
-
-TMinMax& A2DAxisMulti::createMinMax()
-{
-    if (isOrdinary())
-        return A2DAxis::createMinMax();
-    const CurrentScale before(*this);
-    std::vector<std::optional<TMinMax>> own(static_cast<std::size_t>(childs_.count()));
-    /// Widens a pair that is not set, or not finite, by what the graphs of a scale have in it; -1
-    /// for those of all. Then puts it in order, unless there is nothing in it.
-    const auto complete = [&](double TMinMax::*min, double TMinMax::*max, bool isSet, int scale) {
-        const TMinMax asked = range_;
-        if (!isSet || !std::isfinite(asked.*min) || !std::isfinite(asked.*max)) {
-            range_.*min = unsetMinimum;
-            range_.*max = unsetMaximum;
-            for (int i = 0; i < childs_.count(); ++i) {
-                if (scale >= 0 && knownScaleOf(childs_(i)) != scale)
-                    continue;
-                std::optional<TMinMax>& data = own[static_cast<std::size_t>(i)];
-                if (!data)
-                    childs_(i)->getMinMax(data.emplace());
-                if (isUnset((*data).*min, (*data).*max))
-                    continue;
-                widen(range_.*min, range_.*max, (*data).*min);
-                widen(range_.*min, range_.*max, (*data).*max);
-            }
-            if (isSet)
-                keepFiniteEnds(asked.*min, asked.*max, range_.*min, range_.*max);
-        }
-    };
-    setCurrentScale(0);
-    const bool isXSet = !(range_.xMin >= range_.xMax);
-    complete(&TMinMax::xMin, &TMinMax::xMax, isXSet, -1);
-    repairPair(range_.xMin, range_.xMax);
-    complete(&TMinMax::zMin, &TMinMax::zMax, !isUnset(range_.zMin, range_.zMax), -1);
-    repairPair(range_.zMin, range_.zMax);
-    for (int i = 0; i < getScaleCount(); ++i) {
-        setCurrentScale(i);
-        complete(&TMinMax::yMin, &TMinMax::yMax, !isUnset(range_.yMin, range_.yMax), i);
-        if (!isUnset(range_.yMin, range_.yMax))
-            repairPair(range_.yMin, range_.yMax);
-    }
-    return range_;
 }
 
 }  // namespace pavane

@@ -12,6 +12,8 @@
 namespace pavane
 {
 
+class AGraphXYErrors;
+
 /// Where a legend stands.
 enum LegendCorner : int {
     legendNone = -1,     ///< as at first
@@ -61,14 +63,25 @@ public:
     int getCurrentScale() const { return reserved_; }
     /// Makes x and all scales take their ranges from the graphs at the next layout.
     void resetRanges();
+    // For windows that zoom
+    /// Another range in view: what the host asked for with addScale or setScale is kept beside it.
+    int showRange(int index, const TMnMx& range);
+    /// The range that the host gave to the scale; unset for none.
+    TMnMx getAskedRange(int index) const;
+    /// A number that the scale keeps while others are deleted before it; -1 for no scale.
+    int getScaleId(int index) const;
+    /// Finds the ranges that are not set from the graphs, as a layout does.
+    void findRanges();
 
     // Panels, numbered from 0 from the top of the first column on
-    /// Panels stand in columns, so many rows of them on a page; with 0 rows all on one.
-    void setPanels(int columns, int rowsOfPage);
+    /// Panels stand in columns, so many rows of them on a page; with 0 rows all on one. A page has
+    /// `panelsOfPage` of them at most, with 0 as many as its columns and rows.
+    void setPanels(int columns, int rowsOfPage, int panelsOfPage = 0);
     int getPanelCount() const;
-    /// What lies between panels, in heights of the font; 0.5 at first.
+    /// What lies between panels, in heights of the font; 0.5 at first. More where captions stand.
     void setPanelGap(double fontHeights);
-    /// A line of text inside a panel, at its top left, or right where that hides fewer points.
+    /// A line of text over a panel; with a gap of 0, and where panels are very flat, inside it, in
+    /// the corner where it hides the fewest points.
     void setPanelCaption(int panel, const CString& caption);
     CString getPanelCaption(int panel) const;
     /// The page that is drawn, from 0; pages that are not there become the nearest one.
@@ -79,6 +92,8 @@ public:
     /// the first panel of a page that has such a graph.
     void setLegend(int corner);
     int getLegend() const { return legend_; }
+    /// Non-zero when x counts something: ticks stand at whole numbers alone.
+    void setWholeX(int on);
 
     // After layOut or draw
     /// The plot of a panel, its edges included; empty when it is not on the page.
@@ -118,6 +133,8 @@ private:
         AYScale spec;
         TMnMx logs;
         CRect plot;
+        TMnMx asked;  ///< by the host
+        int id = 0;
     };
     /// Puts the scale back that was current.
     class CurrentScale
@@ -165,6 +182,11 @@ private:
     void drawLegends(CDC& dc, const CRect& part);
     void drawGraphs(CDC& dc, CRect& rect, const MultiLayout::Panel* only);
     void drawGraph(CDC& dc, CRect& rect, AGraph& graph, const MultiLayout::Panel& panel);
+    void drawRun(CDC& dc, CRect& rect, int first, int last, const MultiLayout::Panel* only);
+    int hasPoints(int index) const;
+    CPointF placeOf(const CRect& plot, const DirectionMap& map, double rx, double ry) const;
+    int hiddenBars(const AGraphXYErrors& graph, int i, const CRect& plot, const DirectionMap& map,
+                   const CRect& box) const;
     void drawMultiRaster(CDC& dc, CRect& rect);
     void rasterPanel(CDC& dc, CRect& rect, const MultiLayout::Panel& panel, ADIBase& whole);
     CRect reachOf(const MultiLayout::Panel& panel) const;
@@ -179,6 +201,9 @@ private:
     int columns_ = 1;
     int rows_ = 0;
     int page_ = 0;
+    int ofPage_ = 0;
+    int isXWhole_ = 0;
+    int lastId_ = 0;
     double gap_ = 0.5;
     int legend_ = legendNone;
     int isUsed_ = 0;  ///< something of several scales was asked for

@@ -1,6 +1,7 @@
 #include "pavane/axes/AxisPenState.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/multi/AGraphXYErrors.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
 #include "pavane/images/ADIBase.h"
@@ -110,7 +111,7 @@ void A2DAxisMulti::drawPanelFrame(CDC& dc, const MultiLayout::Panel& panel)
     stroke(g.left, g.bottom, g.left, g.top);
     const bool inside = isFlagSet(axisTicksInside);
     // Ticks that would reach into the panel below stand inside as well.
-    const bool hasRoomBelow = panel.isLowest || roomBelow(panel) > major;
+    const bool hasRoomBelow = panel.isLowest || roomBelow(panel) - panel.captionRoom > major;
     const auto xTick = [&](double value, int length) {
         const int x = std::clamp(layout_.xMap.xPixel(value, g.left, g.right), g.left, g.right);
         stroke(x, g.bottom, x, g.bottom + (inside || !hasRoomBelow ? -length : length));
@@ -201,17 +202,36 @@ void A2DAxisMulti::drawGraph(CDC& dc, CRect& rect, AGraph& graph, const MultiLay
         drawPanelFrame(dc, panel);
 }
 
-/// The graphs of a panel, or of all, each in its scale.
+/// Graphs one after another, each in its scale: the error bars of all below the points of any.
+void A2DAxisMulti::drawRun(CDC& dc, CRect& rect, int first, int last,
+                           const MultiLayout::Panel* only)
+{
+    for (const ErrorParts parts : {ErrorParts::bars, ErrorParts::points})
+        for (int i = first; i < last; ++i) {
+            const int scale = std::max(knownScaleOf(childs_(i)), 0);
+            const MultiLayout::Panel* const panel = panelOfScale(scale);
+            auto* const errors = dynamic_cast<AGraphXYErrors*>(childs_(i));
+            if (!panel || (only && panel != only) || (parts == ErrorParts::bars && !errors))
+                continue;
+            setCurrentScale(scale);
+            if (errors)
+                errors->setParts(parts);
+            drawGraph(dc, rect, *childs_(i), *panel);
+            if (errors)
+                errors->setParts(ErrorParts::both);
+        }
+}
+
+/// The graphs of a panel, or of all. What fills a plot hides all that was drawn before.
 void A2DAxisMulti::drawGraphs(CDC& dc, CRect& rect, const MultiLayout::Panel* only)
 {
     const CurrentScale before(*this);
-    for (int i = 0; i < childs_.count(); ++i) {
-        const int scale = std::max(knownScaleOf(childs_(i)), 0);
-        const MultiLayout::Panel* const panel = panelOfScale(scale);
-        if (!panel || (only && panel != only))
-            continue;
-        setCurrentScale(scale);
-        drawGraph(dc, rect, *childs_(i), *panel);
+    for (int first = 0; first < childs_.count();) {
+        int last = first + 1;
+        while (last < childs_.count() && !childs_(last)->isColors())
+            ++last;
+        drawRun(dc, rect, first, last, only);
+        first = last;
     }
 }
 

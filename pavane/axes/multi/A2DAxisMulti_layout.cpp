@@ -5,6 +5,7 @@
 #include "platform/picture.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace pavane
 {
@@ -23,6 +24,21 @@ std::vector<COLORREF> A2DAxisMulti::colorsOfScales(const std::vector<int>& scale
     return colors;
 }
 
+/// Whether a graph has something to draw: a point, or what has no points.
+int A2DAxisMulti::hasPoints(int index) const
+{
+    const CurvePoints points = childs_(index)->getPoints();
+    if (!points.y) {
+        TMinMax range;
+        childs_(index)->getMinMax(range);
+        return !isUnset(range.xMin, range.xMax) || !isUnset(range.yMin, range.yMax);
+    }
+    for (std::int64_t i = 0; i < points.n; ++i)
+        if (std::isfinite(points.xAt(i)) && std::isfinite(points.y[i]))
+            return 1;
+    return 0;
+}
+
 MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
 {
     const std::vector<int> scalesOf = scalesOfGraphs();
@@ -35,8 +51,13 @@ MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
         scale.spec = getScale(static_cast<int>(i));
         const bool isUsedByGraph =
             std::find(scalesOf.begin(), scalesOf.end(), static_cast<int>(i)) != scalesOf.end();
+        scale.hasGraphs = isUsedByGraph;
         scale.isShown = isUsedByGraph || !isUnset(scale.spec.range.min, scale.spec.range.max);
         ofPanel[scale.spec.panel] += scale.isShown;
+    }
+    for (std::size_t i = 0; i < scalesOf.size(); ++i) {
+        int& has = wish.scales[static_cast<std::size_t>(scalesOf[i])].hasPoints;
+        has = has || hasPoints(static_cast<int>(i));
     }
     for (std::size_t i = 0; i < colors.size(); ++i) {
         MultiWish::Scale& scale = wish.scales[i];
@@ -48,9 +69,11 @@ MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
     wish.x = {nameOX_,   {range_.xMin, range_.xMax},  xIntervals_, nxpDigit_,
               nxmDigit_, !isFlagSet(axisNoMinorTicks)};
     wish.xDirect = xDirect_;
+    wish.isXWhole = isXWhole_;
     wish.options = options_;
     wish.columns = columns_;
     wish.rows = rows_;
+    wish.ofPage = ofPage_;
     wish.page = getPage();
     wish.gap = gap_;
     wish.border = borderRect_;

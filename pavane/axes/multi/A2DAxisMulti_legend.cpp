@@ -2,6 +2,7 @@
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/multi/AGraphXYErrors.h"
 #include "pavane/axes/SelectedObject.h"
 
 #include <algorithm>
@@ -37,7 +38,40 @@ bool touches(CPointF a, CPointF b, const CRect& box)
 
 }  // namespace
 
-/// How much of the curves of a panel lies under a box.
+/// Where a point of a scale lies in its panel.
+CPointF A2DAxisMulti::placeOf(const CRect& plot, const DirectionMap& map, double rx,
+                              double ry) const
+{
+    const double x = layout_.xMap.fraction(rx);
+    const double y = map.fraction(ry);
+    return {plot.left + plot.Width() * (xDirect_ < 0 ? 1 - x : x),
+            plot.bottom - plot.Height() * (map.direct < 0 ? 1 - y : y)};
+}
+
+/// How many of the error bars of a point touch a box. An end that the scale does not have lies at
+/// the edge of the plot.
+int A2DAxisMulti::hiddenBars(const AGraphXYErrors& graph, int i, const CRect& plot,
+                             const DirectionMap& map, const CRect& box) const
+{
+    const CurvePoints points = graph.getPoints();
+    double low = 0;
+    double high = 0;
+    const auto hides = [&](CPointF from, CPointF to) {
+        from.x = std::isfinite(from.x) ? from.x : plot.left;
+        from.y = std::isfinite(from.y) ? from.y : plot.bottom;
+        return std::isfinite(to.x) && std::isfinite(to.y) && touches(from, to, box);
+    };
+    int hidden = 0;
+    if (graph.yBar(i, low, high))
+        hidden +=
+            hides(placeOf(plot, map, points.xAt(i), low), placeOf(plot, map, points.xAt(i), high));
+    if (graph.xBar(i, low, high))
+        hidden +=
+            hides(placeOf(plot, map, low, points.y[i]), placeOf(plot, map, high, points.y[i]));
+    return hidden;
+}
+
+/// How much of the curves, points and error bars of a panel lies under a box.
 int A2DAxisMulti::hiddenPoints(const MultiLayout::Panel& panel, const CRect& box,
                                std::int64_t most) const
 {
@@ -50,19 +84,20 @@ int A2DAxisMulti::hiddenPoints(const MultiLayout::Panel& panel, const CRect& box
             continue;
         const AYScale spec = getScale(scale);
         const DirectionMap map{spec.direct, spec.range};
+        const auto* const errors = dynamic_cast<const AGraphXYErrors*>(childs_(i));
+        const bool isLine = !dynamic_cast<const AGraphXYPoint*>(childs_(i));
         const std::int64_t step = std::max<std::int64_t>(1, points.n / most);
         CPointF last{NAN, NAN};
         for (std::int64_t k = 0; k < points.n; k += step) {
             if (k > 0 && spec.period > 0 &&
                 std::fabs(points.y[k] - points.y[k - step]) > spec.period / 2)
                 last = {NAN, NAN};
-            const double x = layout_.xMap.fraction(points.xAt(k));
-            const double y = map.fraction(points.y[k]);
-            const CPointF point{plot.left + plot.Width() * (xDirect_ < 0 ? 1 - x : x),
-                                plot.bottom - plot.Height() * (spec.direct < 0 ? 1 - y : y)};
+            const CPointF point = placeOf(plot, map, points.xAt(k), points.y[k]);
             const bool isPoint = std::isfinite(point.x) && std::isfinite(point.y);
-            const bool isJoined = std::isfinite(last.x) && std::isfinite(last.y);
+            const bool isJoined = isLine && std::isfinite(last.x) && std::isfinite(last.y);
             hidden += isPoint && touches(isJoined ? last : point, point, box);
+            if (isPoint && errors)
+                hidden += hiddenBars(*errors, static_cast<int>(k), plot, map, box);
             last = point;
         }
     }
@@ -150,21 +185,31 @@ void A2DAxisMulti::placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::se
     layout_.legends.push_back(legend);
 }
 
-/// A caption that hides fewer points at the top right goes there; over points it gets a ground.
+/// A caption inside a panel goes to the first corner where it hides the least; over points it gets
+/// a ground.
 void A2DAxisMulti::placeCaption(MultiLayout::Text& text) const
 {
     const MultiLayout::Panel* const panel = layout_.findPanel(text.panel);
     if (!panel)
         return;
-    const int inset = fHeight_ / 2;
-    text.box.OffsetRect(panel->plot.left + inset - text.box.left, 0);
-    CRect other = text.box;
-    other.OffsetRect(panel->plot.right - inset - other.right, 0);
-    const int hidden = hiddenPoints(*panel, text.box, captionPoints);
-    const int hiddenThere = hidden > 0 ? hiddenPoints(*panel, other, captionPoints) : 0;
-    if (hiddenThere < hidden)
-        text.box = other;
-    text.hasGround = std::min(hidden, hiddenThere) > 0;
+    const CRect& plot = panel->plot;
+    const int across = fHeight_ / 2;
+    const int down = fHeight_ / 4;
+    int least = -1;
+    CRect best = text.box;
+    for (const bool isTop : {true, false})
+        for (const bool isLeft : {true, false}) {
+            CRect box(0, 0, text.box.Width(), text.box.Height());
+            box.OffsetRect(isLeft ? plot.left + across : plot.right - across - box.right,
+                           isTop ? plot.top + down : plot.bottom - down - box.bottom);
+            const int hidden = least == 0 ? 1 : hiddenPoints(*panel, box, captionPoints);
+            if (least >= 0 && hidden >= least)
+                continue;
+            least = hidden;
+            best = box;
+        }
+    text.box = best;
+    text.hasGround = least > 0;
 }
 
 void A2DAxisMulti::placeCaptions()

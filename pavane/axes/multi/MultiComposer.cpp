@@ -17,6 +17,8 @@ namespace
 
 /// Gaps take at most this part of the height, whatever number of panels there is.
 constexpr int mostGapPart = 3;
+/// With captions in them.
+constexpr int mostCaptionPart = 2;
 
 double weightOf(double weight)
 {
@@ -31,8 +33,10 @@ void makeFiner(const FigureUnits& units, const CRect& rect, MultiLayout& layout)
     layout.picture = rect;
     layout.fHeight = units.units(layout.fHeight);
     layout.headerBox = units.units(layout.headerBox, origin);
-    for (MultiLayout::Panel& panel : layout.panels)
+    for (MultiLayout::Panel& panel : layout.panels) {
         panel.plot = units.units(panel.plot, origin);
+        panel.captionRoom = units.units(panel.captionRoom);
+    }
     for (MultiLayout::YAxis& axis : layout.axes) {
         axis.line = origin.x + units.units(axis.line);
         axis.labelWidth = units.units(axis.labelWidth);
@@ -72,6 +76,7 @@ void MultiComposer::compose(const CRect& rect, const CFont& font)
     placeHeader();
     const SelectedObject<CFont> selected(dc_, font);
     gatherPanels();
+    choosePowers();
     stackPanels();
     hangAxes();
     chooseX();
@@ -132,19 +137,25 @@ void MultiComposer::stackPanels()
     const int below = wish_.options & axisNoXLabels ? belowTicks : 2 * h_ + titleHeight;
     const CRect& border = wish_.border;
     bottom_ = out_.picture.bottom - below;
+    top_ += captionRoom();
     if (border.top != -1)
         top_ = std::max(top_, border.top);
     if (border.bottom != -1)
         bottom_ = std::min(bottom_, out_.picture.bottom - border.bottom);
     const int rows = wish_.rowsOfPage();
-    for (int c = 0; c < wish_.columns; ++c) {
-        const long long first = (static_cast<long long>(wish_.page) * wish_.columns + c) * rows;
-        if (first < wish_.panels())
-            stackColumn(c, first, rows);
-    }
+    const long long begin = 1LL * wish_.page * wish_.panelsOfPage();
+    const long long end = std::min<long long>(wish_.panels(), begin + wish_.panelsOfPage());
+    for (int c = 0; c < wish_.columns; ++c)
+        if (begin + 1LL * c * rows < end)
+            stackColumn(c, begin + 1LL * c * rows, rows, end);
 }
 
-void MultiComposer::stackColumn(int column, long long first, int rows)
+int MultiComposer::captionRoom() const
+{
+    return wish_.gap > 0 && !wish_.captions.empty() ? h_ + h_ / 4 : 0;
+}
+
+void MultiComposer::stackColumn(int column, long long first, int rows, long long end)
 {
     double total = 0;
     int stacked = 0;
@@ -155,12 +166,16 @@ void MultiComposer::stackColumn(int column, long long first, int rows)
     }
     const int height = bottom_ - top_;
     int gap = truncated(std::clamp(wish_.gap, 0.0, 100.0) * h_ + 0.5);
+    int over = captionRoom();
+    if (over > 0 && (stacked - 1) * over * mostCaptionPart > height)
+        over = 0;  // then they stand inside
+    gap = std::max(gap, over);
     if (stacked > 1)
-        gap = std::min(gap, height / mostGapPart / (stacked - 1));
+        gap = std::min(gap, height / (over > 0 ? mostCaptionPart : mostGapPart) / (stacked - 1));
     const double room = std::max(0, height - gap * std::max(stacked - 1, 0));
     double above = 0;
     int place = 0;
-    for (int r = 0; r < rows && first + r < wish_.panels(); ++r) {
+    for (int r = 0; r < rows && first + r < end; ++r) {
         const double weight = rowWeight(first + r, r);
         if (!(weight > 0))
             continue;
@@ -177,6 +192,7 @@ void MultiComposer::stackColumn(int column, long long first, int rows)
         const auto caption = wish_.captions.find(panel.number);
         if (caption != wish_.captions.end())
             panel.caption = caption->second;
+        panel.captionRoom = over;
         columns_[static_cast<std::size_t>(column)].panels.push_back(out_.panels.size());
         out_.panels.push_back(panel);
     }

@@ -56,7 +56,11 @@ private:
     /// Rows of a column that the last panel leaves free keep the room that they have on a full one.
     double rowWeight(long long number, int row) const;
     void stackPanels();
-    void stackColumn(int column, long long first, int rows);
+    void stackColumn(int column, long long first, int rows, long long end);
+    /// What captions take over their panels; 0 where panels touch.
+    int captionRoom() const;
+    /// The power of ten that all scales of a name with a prefix share: that of the greatest.
+    void choosePowers();
     /// Ticks whose labels do not touch in a plot of that height.
     TickSet fittingTicks(const AYScale& scale, int height) const;
     /// For every panel of a column the scale in each place of each side.
@@ -88,6 +92,7 @@ private:
     std::vector<Column> columns_;
     std::map<int, Content> contents_;  ///< by panel, of the scales that are shown
     bool isXTitled_ = false;
+    std::map<CString, int> powers_;  ///< by name, where several scales have it
     int top_ = 0, bottom_ = 0;
     double xLeft_ = 0, xRight_ = 0;  ///< what the outermost x labels need beside the plots
 };

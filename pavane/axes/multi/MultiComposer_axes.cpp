@@ -1,9 +1,13 @@
 // Which scales stand on which side, their ticks and their titles.
 #include "pavane/axes/axis_options.h"
+#include "pavane/axes/axis_titles.h"
 #include "pavane/axes/multi/MultiComposer.h"
 #include "pavane/axes/multi/period_ticks.h"
 #include "pavane/axes/PlotLayout.h"
+#include "pavane/axes/ranges/decimal_power.h"
+#include "pavane/axes/ranges/ticks.h"
 #include "platform/CDC.h"
+#include "tessel/value_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -25,19 +29,78 @@ TickSet ticksOf(const AYScale& scale, int intervals, int withoutMinor)
 
 int isSet(const TMnMx& range) { return range.min < range.max; }
 
+/// Decimals that write every multiple of `step`.
+int decimalsOf(double step, int most)
+{
+    int decimals = 0;
+    constexpr double rounding = 1e-6;
+    for (double scaled = std::fabs(step); decimals < most; ++decimals, scaled *= 10)
+        if (std::fabs(scaled - std::round(scaled)) <= rounding * scaled)
+            break;
+    return decimals;
+}
+
+/// The same ticks with another prefix; as they are where that would take too many digits.
+void relabel(TickSet& set, const CString& name, int power)
+{
+    constexpr int mostDecimals = 4;
+    const double divisor = powerOfTen(power);
+    int decimals = 0;
+    for (const TickSet::Tick& tick : set.major)
+        decimals = std::max(decimals, decimalsOf(tick.value / divisor, mostDecimals + 1));
+    if (decimals > mostDecimals)
+        return;
+    for (TickSet::Tick& tick : set.major)
+        tick.label = nValToStr(tick.value / divisor, decimals);
+    set.title = withPrefix(name, prefixText(power));
+}
+
 }  // namespace
+
+void MultiComposer::choosePowers()
+{
+    struct Named {
+        int count = 0;
+        double greatest = 0;
+    };
+    std::map<CString, Named> names;
+    for (const MultiWish::Scale& scale : wish_.scales) {
+        const AYScale& of = scale.spec;
+        if (!scale.isShown || of.direct == 0 || !hasPrefixMarker(of.name))
+            continue;
+        Named& named = names[of.name];
+        ++named.count;
+        if (isSet(of.range))
+            named.greatest =
+                std::max({named.greatest, std::fabs(of.range.min), std::fabs(of.range.max)});
+    }
+    powers_.clear();
+    for (const auto& [name, named] : names) {
+        if (named.count < 2 || !(named.greatest > 0) || !std::isfinite(named.greatest))
+            continue;
+        double low = 0, high = named.greatest, first = 0, step = 0;
+        int intervals = 4, nPlus = 1, nMinus = 2, power = 0;
+        (void)chooseTicks(low, high, intervals, nPlus, nMinus, first, step, power, 1);
+        powers_[name] = power;
+    }
+}
 
 TickSet MultiComposer::fittingTicks(const AYScale& scale, int height) const
 {
     TickSet set;
+    const auto shared = scale.direct == 0 ? powers_.end() : powers_.find(scale.name);
     if (!isSet(scale.range)) {
         set.title = linearTicks(wishOf(scale.name, 0, 1, 1, 1, 2, 1)).title;
+        if (shared != powers_.end())
+            set.title = withPrefix(scale.name, prefixText(shared->second));
         return set;
     }
     const DirectionMap map{scale.direct, scale.range};
     LabelSpans spans;
     const auto tryIntervals = [&](int n) {
         set = ticksOf(scale, n, wish_.options & axisNoMinorTicks);
+        if (shared != powers_.end())
+            relabel(set, scale.name, shared->second);
         spans = {};
         for (const TickSet::Tick& tick : set.major) {
             if (tick.label.empty())

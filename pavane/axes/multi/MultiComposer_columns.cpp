@@ -1,8 +1,12 @@
 // X ticks, and how wide the plots are.
 #include "pavane/axes/axis_options.h"
+#include "pavane/axes/axis_titles.h"
 #include "pavane/axes/multi/MultiComposer.h"
+#include "pavane/axes/ranges/decimal_power.h"
+#include "pavane/axes/ranges/ticks.h"
 #include "platform/CDC.h"
 #include "tessel/rounding.h"
+#include "tessel/value_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,12 +14,56 @@
 namespace pavane
 {
 
+namespace
+{
+
+CString plainTitle(const CString& name)
+{
+    return hasPrefixMarker(name) ? withPrefix(name, {}) : withMultiplier(name, {});
+}
+
+/// Ticks at whole numbers alone, and no power of ten in the title.
+TickSet wholeTicks(const TickWish& wish)
+{
+    TickSet set;
+    set.title = plainTitle(wish.name);
+    constexpr int factors[] = {1, 2, 5};
+    constexpr double farthest = 1e15;  // whole numbers that a double tells apart
+    const double span = wish.range.max - wish.range.min;
+    if (!(std::fabs(wish.range.min) < farthest && std::fabs(wish.range.max) < farthest))
+        return set;
+    double step = 1;
+    int factor = 1;
+    for (int i = 0; span > step * (std::max(wish.intervals, 1) + tickAllowance); ++i) {
+        factor = factors[(i + 1) % 3];
+        step = factor * powerOfTen((i + 1) / 3);
+    }
+    const double minor = step == 1 ? 1 : step == 2 ? 1 : factor == 2 ? step / 4 : step / 5;
+    const double parts = step / minor;
+    for (double k = std::ceil(wish.range.min / minor - tickAllowance);
+         k <= wish.range.max / minor + tickAllowance; ++k)
+        if (std::fmod(k, parts) == 0)
+            set.major.push_back({k * minor, nValToStr(k * minor + 0.0, 0)});
+        else if (wish.minor)
+            set.minor.push_back(k * minor);
+    return set;
+}
+
+}  // namespace
+
 TickSet MultiComposer::xTicks(int intervals) const
 {
+    if (!(wish_.x.range.min < wish_.x.range.max)) {
+        TickSet none;
+        none.title = plainTitle(wish_.x.name);
+        return none;
+    }
     TickWish wish = wish_.x;
     wish.intervals = intervals;
     if (wish_.xDirect == 2)
         return timeTicks(wish);
+    if (wish_.isXWhole && wish_.xDirect != 0)
+        return wholeTicks(wish);
     return wish_.xDirect == 0 ? logarithmicTicks(wish) : linearTicks(wish);
 }
 

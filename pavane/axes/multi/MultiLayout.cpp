@@ -51,10 +51,17 @@ int MultiWish::rowsOfPage() const
     return rows > 0 ? rows : std::max(1, (panels() + columns - 1) / columns);
 }
 
+int MultiWish::panelsOfPage() const
+{
+    constexpr long long most = 1 << 30;
+    const auto room = static_cast<int>(std::min(most, 1LL * columns * rowsOfPage()));
+    return ofPage > 0 ? std::min(ofPage, room) : room;
+}
+
 int MultiWish::pages() const
 {
-    const long long ofPage = static_cast<long long>(columns) * rowsOfPage();
-    return static_cast<int>((panels() + ofPage - 1) / ofPage);
+    const int most = panelsOfPage();
+    return (panels() + most - 1) / most;
 }
 
 const MultiLayout::Panel* MultiLayout::findPanel(int number) const
@@ -87,13 +94,30 @@ CRect MultiLayout::bounds() const
     return all;
 }
 
+/// A title that stands for a column is that of the axis beside the point.
+MultiHit MultiLayout::hitColumnTitle(CPoint point) const
+{
+    MultiHit hit{-1, -1, MultiPart::title};
+    int nearest = picture.Height();
+    for (const YAxis& axis : axes) {
+        const int away = std::max(axis.rect.top - point.y, point.y - axis.rect.bottom);
+        if (point.x < axis.rect.left || point.x >= axis.rect.right || away >= nearest)
+            continue;
+        nearest = away;
+        hit.panel = panels[static_cast<std::size_t>(axis.panel)].number;
+        hit.scale = axis.scale;
+    }
+    return hit;
+}
+
 MultiHit MultiLayout::hitTest(CPoint point) const
 {
     if (panels.empty() || !picture.PtInRect(point))
         return {};
     for (const Text& text : texts)
         if (text.part == MultiPart::title && text.box.PtInRect(point))
-            return {text.panel, text.scale, MultiPart::title};
+            return text.panel < 0 ? hitColumnTitle(point)
+                                  : MultiHit{text.panel, text.scale, MultiPart::title};
     for (const Panel& panel : panels) {
         const CRect& plot = panel.plot;
         if (CRect(plot.left, plot.top, plot.right + 1, plot.bottom + 1).PtInRect(point))

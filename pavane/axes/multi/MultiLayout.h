@@ -46,14 +46,18 @@ struct MultiWish {
         int isShown = 1;
         COLORREF color = 0;  ///< that its axis takes, while `isColored`
         int isColored = 0;
+        int hasGraphs = 0;
+        int hasPoints = 0;  ///< one of its graphs has something to draw
     };
     std::vector<Scale> scales;
     TickWish x;
     int xDirect = 1;
-    int options = 0;  ///< AxisOption bits
+    int isXWhole = 0;  ///< ticks at whole numbers alone
+    int options = 0;   ///< AxisOption bits
     int columns = 1;
-    int rows = 0;  ///< of a page; 0: all panels stand on one
-    int page = 0;  ///< from 0
+    int rows = 0;    ///< of a page; 0: all panels stand on one
+    int page = 0;    ///< from 0
+    int ofPage = 0;  ///< panels that a page has at most; 0: as many as its columns and rows
     double gap = 0.5;
     int fHeight = 0;
     CRect border{-1, -1, -1, -1};
@@ -63,6 +67,7 @@ struct MultiWish {
     /// Panels that there are, one at least.
     PAVANE_API int panels() const;
     PAVANE_API int rowsOfPage() const;
+    PAVANE_API int panelsOfPage() const;
     PAVANE_API int pages() const;
 };
 
@@ -91,6 +96,7 @@ struct MultiLayout {
         std::vector<int> scales;  ///< all that are shown, in their order
         std::vector<int> axes;    ///< indices into `axes`
         CString caption;
+        int captionRoom = 0;  ///< over the plot; 0: it stands inside
     };
     /// A line of text; `box` is what it covers.
     struct Text {
@@ -142,6 +148,9 @@ struct MultiLayout {
     PAVANE_API MultiHit hitTest(CPoint point) const;
     /// The plots of all panels.
     PAVANE_API CRect bounds() const;
+
+private:
+    MultiHit hitColumnTitle(CPoint point) const;
 };
 
 /// Lays out `wish` in `rect` of a context: all but the texts. 0 when no plot has room. Pages are

@@ -38,6 +38,7 @@ public:
     /// What is shown is the whole of each direction of which nothing was known.
     void learn(const MultiRanges& shown);
     const MultiRanges& whole() const { return whole_; }
+    void setWhole(const MultiRanges& whole) { whole_ = whole; }
 
     /// Whether less than the whole is shown.
     int isZoomed(const MultiRanges& shown, int direction, int logarithmic) const;

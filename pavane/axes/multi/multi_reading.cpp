@@ -132,7 +132,7 @@ MultiStatus statusAt(const A2DAxisMulti& axis, CPoint at)
     status.panel = hit.panel;
     status.scale = hit.scale;
     const MultiLayout::Panel* const panel = axis.getLayout().findPanel(hit.panel);
-    if (hit.part != MultiPart::plot || !panel)
+    if (hit.part != MultiPart::plot || !panel || !(axis.getMinMax().xMin < axis.getMinMax().xMax))
         return status;
     status.inPlot = 1;
     readX(axis, panel->plot, at.x, status);

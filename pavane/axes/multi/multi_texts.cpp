@@ -99,10 +99,25 @@ private:
         }
     }
 
+    /// A title that is cut keeps its unit, without which labels are no values.
+    CString fittedTitle(const CString& whole, int room) const
+    {
+        const auto width = [&](const CString& text) { return dc_.GetTextExtent(text).cx; };
+        const auto unit = whole.rfind('[');
+        if (width(whole) <= room || unit == CString::npos || whole.back() != ']')
+            return fittedLine(dc_, whole, room);
+        const CString end = whole.substr(unit);
+        CString start = fittedLine(dc_, whole.substr(0, unit), room - width(' ' + end));
+        while (!start.empty() && start.back() == ' ')
+            start.pop_back();
+        const CString text = start.empty() ? end : start + ' ' + end;
+        return width(text) <= room ? text : fittedLine(dc_, whole, room);
+    }
+
     void placeTitle(const MultiLayout::YAxis& axis, const CString& whole, int top, int bottom,
                     int room, bool isShared)
     {
-        const CString title = fittedLine(dc_, whole, room);
+        const CString title = fittedTitle(whole, room);
         if (title.empty())
             return;
         const int length = dc_.GetTextExtent(title).cx;
@@ -150,7 +165,7 @@ private:
             add(tick.label, CRect(left, top, left + width, top + h_), MultiPart::xAxis,
                 panel.number, -1);
         }
-        const CString title = fittedLine(dc_, out_.x.title, plot.Width());
+        const CString title = fittedTitle(out_.x.title, plot.Width());
         if (title.empty())
             return;
         const int width = dc_.GetTextExtent(title).cx;
@@ -162,6 +177,14 @@ private:
     void placeCaption(const MultiLayout::Panel& panel)
     {
         const CRect& plot = panel.plot;
+        if (!panel.caption.empty() && panel.captionRoom > 0) {
+            const CString over = fittedLine(dc_, panel.caption, plot.Width());
+            const int top = plot.top - panel.captionRoom + h_ / 8;
+            if (!over.empty())
+                add(over, CRect(plot.left, top, plot.left + dc_.GetTextExtent(over).cx, top + h_),
+                    MultiPart::gap, panel.number, -1);
+            return;
+        }
         if (panel.caption.empty() || plot.Height() < h_ + h_ / 2)
             return;
         const CString text = fittedLine(dc_, panel.caption, plot.Width() - h_);
@@ -174,19 +197,26 @@ private:
             .isCaption = 1;
     }
 
-    /// A panel none of whose scales has a value says so.
+    /// A panel none of whose graphs has a point says so, and one without graphs or ranges.
     void placeNoData(const MultiLayout::Panel& panel)
     {
         const CRect& plot = panel.plot;
-        for (const int scale : panel.scales) {
-            const TMnMx& range = wish_.scales[static_cast<std::size_t>(scale)].spec.range;
-            if (range.min < range.max)
+        bool isUsed = false;
+        bool isRanged = false;
+        for (const int index : panel.scales) {
+            const MultiWish::Scale& scale = wish_.scales[static_cast<std::size_t>(index)];
+            if (scale.hasPoints)
                 return;
+            isUsed = isUsed || scale.hasGraphs;
+            isRanged = isRanged || scale.spec.range.min < scale.spec.range.max;
         }
+        if (isRanged && !isUsed)
+            return;
         const int width = dc_.GetTextExtent(noData).cx;
         const CPoint centre = plot.CenterPoint();
         const int top = centre.y - h_ / 2;
-        const int captionEnd = panel.caption.empty() ? plot.top : plot.top + h_ / 4 + h_;
+        const int isInside = !panel.caption.empty() && panel.captionRoom == 0;
+        const int captionEnd = isInside ? plot.top + h_ / 4 + h_ : plot.top;
         if (width <= plot.Width() && top >= captionEnd && top + h_ <= plot.bottom)
             add(noData, CRect(centre.x - width / 2, top, centre.x - width / 2 + width, top + h_),
                 MultiPart::plot, panel.number, -1);

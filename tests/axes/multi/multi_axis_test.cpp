@@ -246,7 +246,7 @@ TEST(Multi, ErrorBarsReachAsFarAsTheyAreAndWidenTheRange)
             points->setXErrors(below);
             TMinMax range;
             points->getMinMax(range);
-            EXPECT_EQ(range, (TMinMax{-19, 21, -10, 30}));
+            EXPECT_EQ(range, (TMinMax{-19, 21, direct ? -10.0 : 10.0, 30}));
             axis.setMinMax({0, 4, 1, 40, 0, 1});
             CPicture picture(300, 200);
             drawInto(picture, axis);
@@ -257,12 +257,56 @@ TEST(Multi, ErrorBarsReachAsFarAsTheyAreAndWidenTheRange)
         }
 }
 
+TEST(Multi, ErrorsLeaveALogarithmicScaleAsItIs)
+{
+    double x[] = {1, 2, 3}, y[] = {1, 10, 100}, error[] = {1.5, 3, 20};
+    for (const int scale : {0, 1}) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        axis.addScale({});
+        AYScale log;
+        log.direct = 0;
+        axis.setScale(scale, log);
+        auto* const points =
+            new AGraphXYErrors(&axis, x, y, 3, nullptr, graphPointDot, 1, RGB(0, 0, 255), 0);
+        points->setYErrors(error);
+        axis.setScaleOf(points, scale);
+        CPicture picture(300, 200);
+        drawInto(picture, axis);
+        EXPECT_EQ(axis.getScale(scale).direct, 0);
+        EXPECT_EQ(axis.getScale(scale).range, (TMnMx{1, 120}));
+    }
+}
+
+TEST(Multi, BarsAreLighterThanPointsAndHideNone)
+{
+    double x[] = {2}, lower[] = {2}, upper[] = {3}, error[] = {1.5};
+    for (const int options : {0, int{axisBitmapMode}}) {
+        A2DAxisMulti axis(1, 1, nullptr, options);
+        axis.setScale(0, {"", {0, 5}});
+        axis.setMinMax({0, 4, 0, 5, 0, 1});
+        axis.setScaleOf(
+            new AGraphXYErrors(&axis, x, lower, 1, nullptr, graphPointDot, 1, RGB(255, 0, 0), 0),
+            0);
+        auto* const above =
+            new AGraphXYErrors(&axis, x, upper, 1, nullptr, graphPointDot, 1, RGB(0, 0, 255), 0);
+        above->setYErrors(error);
+        CPicture picture(300, 200);
+        drawInto(picture, axis);
+        const int column = axis.RPXtoGPX(2);
+        const std::uint32_t bar = picture.row(axis.RPYtoGPY(2.5))[column];
+        EXPECT_EQ(picture.row(axis.RPYtoGPY(2))[column], 0xFF0000U) << "under a bar";
+        EXPECT_EQ(picture.row(axis.RPYtoGPY(3))[column], 0x0000FFU);
+        EXPECT_TRUE(bar != 0xFFFFFF && bar != 0x0000FF) << std::hex << bar;
+    }
+}
+
 TEST(Multi, TheLegendStandsInTheEmptiestCornerUnlessOneIsChosen)
 {
     Data data;
     for (double& value : data.y)
         value = -value;
     data.y[0] = 10;  // all lies at the bottom
+    double barX[] = {190}, barY[] = {9}, error[] = {0.5}, across[] = {60};  // and at the right
     for (const int corner : {int{legendEmptiest}, int{legendBottomLeft}, int{legendTopRight}, 7}) {
         A2DAxisMulti axis(1, 1, nullptr, 0);
         for (int i = 0; i < 3; ++i) {
@@ -270,7 +314,13 @@ TEST(Multi, TheLegendStandsInTheEmptiestCornerUnlessOneIsChosen)
             scale.panel = i;
             AGraph* const graph = data.line(axis);
             graph->setGraphName(i == 1 ? "" : "model");
-            axis.setScaleOf(graph, axis.addScale(scale));
+            auto* const bar =
+                new AGraphXYErrors(&axis, barX, barY, 1, nullptr, graphPointDot, 1, 0, 0);
+            bar->setYErrors(error);
+            bar->setXErrors(across);
+            const int index = axis.addScale(scale);
+            axis.setScaleOf(graph, index);
+            axis.setScaleOf(bar, index);
         }
         axis.setLegend(corner);
         CPicture picture(400, 600);
@@ -281,7 +331,7 @@ TEST(Multi, TheLegendStandsInTheEmptiestCornerUnlessOneIsChosen)
             continue;
         const CPoint middle = axis.getPanelRect(0).CenterPoint();
         const CPoint at = legends[0].box.CenterPoint();
-        EXPECT_EQ(at.x > middle.x, corner != legendBottomLeft);
+        EXPECT_EQ(at.x > middle.x, corner == legendTopRight);
         EXPECT_EQ(at.y > middle.y, corner == legendBottomLeft);
     }
 }

@@ -1,5 +1,7 @@
 #include "pavane/axes/AGraphXYLine.h"
+#include "pavane/axes/graph_styles.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/multi/AGraphXYErrors.h"
 #include "pavane/axes/multi/period_ticks.h"
 #include "platform/picture.h"
 
@@ -113,6 +115,195 @@ TEST(MultiLayout, LongTitlesGiveWayToOneForTheColumnWhenTheyAreEqual)
         EXPECT_EQ(whole, areEqual ? 1 : 0);
         EXPECT_EQ(cut, areEqual ? 0 : 6);
     }
+}
+
+TEST(MultiLayout, ScalesOfANameHaveOnePrefixAndCutTitlesTheirUnit)
+{
+    const struct {
+        double greatest[3];
+        const char *unit, *label;  ///< of all, and one of the middle panel
+        double odd;                ///< of a scale of another name
+    } cases[] = {{{0.2, 0.04, 0.15}, "[Jy]", "0.02", 0},
+                 {{2e-3, 4e-4, 1e-3}, "[mJy]", "0.2", 0},
+                 {{0.2, 0.04, 0.15}, "[Jy]", "0.02", 5e-5},
+                 {{1, 1e-9, 1}, "", "", 0}};  // too far apart: each its own
+    for (const auto& c : cases) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        AYScale scale;
+        for (const double greatest : c.greatest) {
+            scale.name = "Amplitude of what was measured [%sJy]";
+            scale.range = {0, greatest};
+            axis.addScale(scale);
+            ++scale.panel;
+        }
+        scale.name = "Deviation of what was measured [%sK]";
+        scale.range = {0, c.odd > 0 ? c.odd : 1};
+        if (c.odd > 0)
+            axis.addScale(scale);
+        axis.setMinMax({0, 1});
+        CPicture picture(1, 1);
+        ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 400, 300)));
+        std::map<CString, int> units;
+        int labels = 0;
+        for (const MultiLayout::Text& text : axis.getLayout().texts) {
+            labels += text.part == MultiPart::yAxis && text.scale == 2 && text.text == c.label;
+            if (text.part == MultiPart::title)
+                ++units[text.text.substr(std::min(text.text.find('['), text.text.size()))];
+        }
+        if (!*c.unit) {
+            EXPECT_EQ(units["[Jy]"], 2);
+            EXPECT_EQ(units["[nJy]"], 1);
+            continue;
+        }
+        EXPECT_EQ(units[c.unit], c.odd > 0 ? 3 : 1) << c.unit;
+        EXPECT_EQ(units["[\u00b5K]"], c.odd > 0);
+        EXPECT_EQ(labels, 1);
+    }
+}
+
+TEST(MultiLayout, WholeNumbersHaveTicksThatAreWhole)
+{
+    const struct {
+        double low, high;
+        const char* labels;
+    } cases[] = {{0.4, 2.6, "1 2 "},
+                 {-0.2, 0.3, "0 "},
+                 {1, 20000, "0 5000 10000 15000 20000 "},
+                 {0, 130, "0 50 100 "},
+                 {-1e300, 1e300, ""}};
+    for (const auto& c : cases) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        axis.setMinMax({c.low, c.high, 0, 1, 0, 1});
+        axis.setNameOX("Channel");
+        axis.setWholeX(1);
+        axis.setXIntervals(5);
+        CPicture picture(1, 1);
+        ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 400, 300)));
+        CString labels;
+        for (const TickSet::Tick& tick : axis.getLayout().x.major)
+            labels += tick.label + ' ';
+        EXPECT_EQ(labels, c.labels);
+        EXPECT_EQ(axis.getLayout().x.title, "Channel");
+    }
+}
+
+TEST(MultiLayout, CaptionsHideNothing)
+{
+    constexpr int count = 40;
+    double x[count], y[count], below[count];
+    for (const double gap : {0.5, 0.0})
+        for (const double reach : {0.0, 0.7}) {  // of bars, over all but the bottom right
+            A2DAxisMulti axis(1, 1, nullptr, 0);
+            axis.setPanelGap(gap);
+            for (int i = 0; i < count; ++i) {
+                x[i] = i;
+                y[i] = 0.9;
+                below[i] = i < count / 2 ? reach : 0.01;
+            }
+            for (int i = 0; i < 3; ++i) {
+                axis.addScale({"", {0, 1}, 1, i});
+                auto* const graph =
+                    new AGraphXYErrors(&axis, x, y, count, nullptr, graphPointDot, 1, 0, 0);
+                graph->setYErrors(below);
+                axis.setScaleOf(graph, i + 1);
+                axis.setPanelCaption(i, "BR-FD");
+            }
+            CPicture picture(500, 300);
+            ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 500, 300)));
+            const MultiLayout& layout = axis.getLayout();
+            int captions = 0;
+            for (const MultiLayout::Text& text : layout.texts) {
+                if (text.text != "BR-FD")
+                    continue;
+                ++captions;
+                EXPECT_FALSE(text.hasGround);
+                for (const MultiLayout::Panel& panel : layout.panels) {
+                    const CRect both = common(text.box, panel.plot);
+                    EXPECT_EQ(both.IsRectEmpty(), gap > 0 || panel.number != text.panel);
+                    for (int i = 0; i < count && !both.IsRectEmpty(); ++i) {
+                        const int at = layout.xMap.xPixel(x[i], panel.plot.left, panel.plot.right);
+                        const int low = axis.RPYtoGPY(panel.number + 1, y[i] - below[i]);
+                        EXPECT_FALSE(at >= both.left && at < both.right && low >= both.top) << i;
+                    }
+                }
+            }
+            EXPECT_EQ(captions, 3);
+        }
+}
+
+TEST(MultiLayout, PanelsWithoutAPointSaySo)
+{
+    double gaps[] = {NAN, NAN}, some[] = {1, 2};
+    const struct {
+        double *x, *y;
+        TMnMx range;
+        int says;
+    } cases[] = {{gaps, gaps, {}, 1},
+                 {gaps, some, {0, 3}, 1},
+                 {some, gaps, {0, 3}, 1},
+                 {some, some, {0, 3}, 0},
+                 {some, some, {5, 6}, 0}};
+    for (const auto& c : cases) {
+        A2DAxisMulti axis(2, 1, nullptr, 0);
+        axis.setNameOX("Time");
+        axis.addScale({"", c.range, 1, 0});
+        axis.setScaleOf(new AGraphXYLine(&axis, c.x, c.y, 2, nullptr, PS_SOLID, 1, 0, 0), 1);
+        CPicture picture(500, 300);
+        CRect rect(0, 0, 500, 300);
+        axis.draw(*picture.dc(), rect);
+        int says = 0;
+        for (const MultiLayout::Text& text : axis.getLayout().texts) {
+            says += text.text == "no data";
+            EXPECT_EQ(text.text.find("e+"), CString::npos) << text.text;
+            EXPECT_EQ(common(text.box, rect), text.box) << text.text;
+        }
+        EXPECT_EQ(says, c.says);
+        EXPECT_EQ(axis.getLayout().x.major.empty(), c.says);
+    }
+}
+
+TEST(MultiLayout, PagesHaveThePanelsThatWereAskedFor)
+{
+    const struct {
+        int panels, columns, rows, ofPage, pages;
+    } cases[] = {{200, 2, 5, 9, 23}, {50, 3, 17, 50, 1}, {51, 3, 17, 50, 2}, {12, 2, 6, 11, 2},
+                 {7, 1, 3, 0, 3},    {7, 2, 3, 100, 2},  {1, 2, 5, 9, 1}};
+    for (const auto& c : cases) {
+        A2DAxisMulti axis(1, 1, nullptr, 0);
+        for (int i = 0; i < c.panels; ++i)
+            axis.addScale({"", {0, 1}, 1, i});
+        axis.setMinMax({0, 1, 0, 1, 0, 1});
+        axis.setPanels(c.columns, c.rows, c.ofPage);
+        ASSERT_EQ(axis.getPages(), c.pages);
+        int next = 0;
+        for (int page = 0; page < c.pages; ++page) {
+            axis.setPage(page);
+            CPicture picture(1, 1);
+            ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 900, 1200)));
+            for (const MultiLayout::Panel& panel : axis.getLayout().panels)
+                EXPECT_EQ(panel.number, next++);
+        }
+        EXPECT_EQ(next, c.panels);
+    }
+}
+
+TEST(MultiLayout, ATitleOfAColumnIsThatOfTheAxisBesideThePoint)
+{
+    A2DAxisMulti axis(1, 1, nullptr, 0);
+    for (int i = 0; i < 4; ++i)
+        axis.addScale({"Amplitude of the visibilities", {0, 1}, 1, i});
+    axis.setMinMax({0, 1, 0, 1, 0, 1});
+    CPicture picture(1, 1);
+    ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 500, 300)));
+    int shared = 0;
+    for (const MultiLayout::Text& text : axis.getLayout().texts)
+        for (int y = text.box.top; text.isTurned && y < text.box.bottom; ++y, ++shared) {
+            const MultiHit hit = axis.hitTest({text.box.CenterPoint().x, y});
+            EXPECT_EQ(hit.part, MultiPart::title);
+            EXPECT_EQ(hit.scale, hit.panel + 1);
+            EXPECT_GE(hit.panel, 0);
+        }
+    EXPECT_GT(shared, 0);
 }
 
 TEST(MultiLayout, TicksOfAPeriodAreWholePartsOfIt)
