@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace pavane
 {
@@ -47,85 +48,20 @@ void AMultiPlotWnd::SetAxis(A2DAxisMulti* axis, int owned) { SetPlot(axis, owned
 
 void AMultiPlotWnd::plotGoes()
 {
-    drag_ = {};
+    const int isDragged = std::exchange(drag_, {}).kind != DragKind::none;
     frame_.end();
+    if (isDragged && GetSafeHwnd() && GetCapture() == this)
+        ReleaseCapture();
     multi_ = nullptr;
     lineAt_ = std::numeric_limits<double>::quiet_NaN();
-    isAsked_ = 0;
 }
 
 void AMultiPlotWnd::plotCame()
 {
     multi_ = dynamic_cast<A2DAxisMulti*>(GetPlot());
     whole_.forget();
+    known_.clear();
     steps_.clear();
-}
-
-/// Ranges that the host gave its scales are those of the whole; the others come from the graphs.
-void AMultiPlotWnd::resetRanges()
-{
-    if (!multi_)
-        return APlotWnd::resetRanges();
-    endDrag(1);
-    multi_->resetRanges();
-    for (int i = 0; i < static_cast<int>(asked_.y.size()) && i < multi_->getScaleCount(); ++i) {
-        AYScale scale = multi_->getScale(i);
-        const TMnMx& range = asked_.y[static_cast<std::size_t>(i)];
-        if (i == 0 || range.min > range.max)
-            continue;
-        scale.range = range;
-        multi_->setScale(i, scale);
-    }
-}
-
-MultiRanges AMultiPlotWnd::GetRanges() const { return multi_ ? rangesOf(*multi_) : MultiRanges(); }
-
-void AMultiPlotWnd::ShowRanges(const MultiRanges& ranges)
-{
-    if (!multi_)
-        return;
-    const MultiRanges shown = GetRanges();
-    const auto isSpan = [](const TMnMx& span) {
-        return span.min < span.max && std::isfinite(span.max - span.min);
-    };
-    for (std::size_t i = 1; i < std::min(shown.y.size(), ranges.y.size()); ++i) {
-        if (!isSpan(ranges.y[i]) || ranges.y[i] == shown.y[i])
-            continue;
-        AYScale scale = multi_->getScale(static_cast<int>(i));
-        scale.range = ranges.y[i];
-        multi_->setScale(static_cast<int>(i), scale);
-    }
-    TMinMax range = multi_->getMinMax();
-    if (isSpan(ranges.x)) {
-        range.xMin = ranges.x.min;
-        range.xMax = ranges.x.max;
-    }
-    if (!ranges.y.empty() && isSpan(ranges.y[0])) {
-        range.yMin = ranges.y[0].min;
-        range.yMax = ranges.y[0].max;
-    }
-    SetNewMinMax(range);
-}
-
-void AMultiPlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
-{
-    if (multi_ && !isAsked_) {
-        asked_ = GetRanges();
-        isAsked_ = 1;
-    }
-    APlotWnd::DrawWindow(dc, client, update);
-}
-
-/// A scale that went took its number from another one.
-void AMultiPlotWnd::plotLaidOut()
-{
-    if (!multi_)
-        return;
-    const MultiRanges shown = GetRanges();
-    if (shown.y.size() < whole_.whole().y.size())
-        whole_.forget();
-    whole_.learn(shown);
-    fitFocus(*multi_, focus_);
 }
 
 /// Room for all plots and no more: where they stand must not depend on labels while they are
@@ -156,45 +92,13 @@ std::vector<int> AMultiPlotWnd::scalesOf(int panel) const
     return found ? found->scales : std::vector<int>();
 }
 
-void AMultiPlotWnd::saveRange(const TMinMax& shown)
-{
-    if (!multi_)
-        return APlotWnd::saveRange(shown);
-    steps_.push_back(GetRanges());
-}
-
-void AMultiPlotWnd::goBack()
-{
-    if (!multi_)
-        return APlotWnd::goBack();
-    if (steps_.empty())
-        return;
-    const MultiRanges ranges = steps_.back();
-    steps_.pop_back();
-    ShowRanges(ranges);
-}
-
-int AMultiPlotWnd::zoomSteps() const
-{
-    return multi_ ? static_cast<int>(steps_.size()) : APlotWnd::zoomSteps();
-}
-
-int AMultiPlotWnd::canGoBack() const { return zoomSteps() > 0; }
-
-void AMultiPlotWnd::dropZoomStep()
-{
-    if (!multi_)
-        APlotWnd::dropZoomStep();
-    else if (!steps_.empty())
-        steps_.pop_back();
-}
-
 int AMultiPlotWnd::changeInGesture(const Change& change)
 {
     if (whole_.whole() == MultiRanges())
         settle();
     MultiRanges ranges = GetRanges();
-    if (!multi_ || !change(ranges))
+    // a drag is a step by itself, from where it began
+    if (!multi_ || drag_.kind != DragKind::none || !change(ranges))
         return 0;
     beginZoomStep();
     const LifeWatch self(life());

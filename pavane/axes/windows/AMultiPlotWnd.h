@@ -50,6 +50,12 @@ public:
     void ZoomDirection(int direction, double at, double factor);
     /// All of a direction, as one step.
     void ShowWholeDirection(int direction);
+    /// Zooms what has the focus, as plus and minus do.
+    void ZoomFocus(double factor);
+    /// Calls `fill`, which puts more of the same into the axis: its graphs may be others, its
+    /// scales have the numbers that they had. Page, focus, histories and what is zoomed stay;
+    /// directions that are not zoomed show all that there is now.
+    void FillAxis(const std::function<void()>& fill);
 
     /// A graph has other points in the same ranges: only its panel is drawn again.
     void GraphChanged(AGraph* graph);
@@ -78,7 +84,6 @@ public:
 
     // ABWindow
     int GetPages(CDC& dc) override;
-    void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
     void PrintWindow(CDC& dc, CRect& rect, int page) override;
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override;
     const char* GetWndClassName() override;
@@ -103,6 +108,8 @@ protected:
     void panView(int dx, int dy) override;
     void showWholeView() override;
     void resetRanges() override;
+    TMinMax shownRange() const override;
+    void putRange(const TMinMax& range) override;
     int giveUpDrag() override;
     int plotMargins(const FigureLayout& layout, CRect& margins) const override;
     int takePress(unsigned flags, CPoint point) override;
@@ -148,7 +155,8 @@ private:
     void beginPanelDrag(CPoint point);
     void dragTo(CPoint point);
     void endDrag(int keep);
-    void showBand(const RubberBand& band);
+    void showBand(const RubberBand& band, int panel);
+    void followScales();
     void invalidateBand();
 
     void moveLine(double x);
@@ -173,8 +181,13 @@ private:
 
     A2DAxisMulti* multi_ = nullptr;  ///< the plot, when it is of that class
     MultiView whole_;
-    MultiRanges asked_;  ///< by the host, before anything was shown
-    int isAsked_ = 0;
+    /// A scale of which the whole is known.
+    struct KnownScale {
+        int id;
+        TMnMx asked;
+        friend bool operator==(const KnownScale&, const KnownScale&) = default;
+    };
+    std::vector<KnownScale> known_;
     std::vector<MultiRanges> steps_;  ///< of the zoom history
     MultiFocus focus_;
     Drag drag_;

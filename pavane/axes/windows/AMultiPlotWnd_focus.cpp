@@ -269,6 +269,13 @@ int AMultiPlotWnd::zoomFocused(double factor)
     return 1;
 }
 
+void AMultiPlotWnd::ZoomFocus(double factor)
+{
+    settle();
+    if (multi_)
+        (void)zoomFocused(factor);
+}
+
 int AMultiPlotWnd::arrow(int key, bool shift)
 {
     const int right = key == VK_RIGHT ? 1 : key == VK_LEFT ? -1 : 0;

@@ -161,19 +161,19 @@ void AMultiPlotWnd::OnLButtonUp(unsigned flags, CPoint point)
 {
     const RubberBand band = frame_;
     const int isBand = drag_.kind == DragKind::band;
+    const int panel = drag_.panel;
     const LifeWatch self(life());
     endDrag(1);
     if (self.alive())
         APlotWnd::OnLButtonUp(flags, point);
     if (self.alive() && multi_ && isBand && band.isWide())
-        showBand(band);
+        showBand(band, panel);
 }
 
-void AMultiPlotWnd::showBand(const RubberBand& band)
+void AMultiPlotWnd::showBand(const RubberBand& band, int panel)
 {
     settle();
     const int isAcross = band.sides() == BandSides::across;
-    const int panel = focus_.panel;
     const CRect plot = panelPlot(panel);
     if (plot.IsRectEmpty())
         return;

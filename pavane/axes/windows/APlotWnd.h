@@ -160,6 +160,10 @@ protected:
     virtual int cellMark(int row, int column, CRect& mark);
     /// Another cell is marked, or none.
     virtual void linkedCellChanged() {}
+    /// The range of which the views are a history, and another one in its place; that of the axis
+    /// here.
+    virtual TMinMax shownRange() const;
+    virtual void putRange(const TMinMax& range);
 
     // For heirs
     /// Before each change of a range by a wheel or keys: the first one of a gesture puts what is

@@ -15,9 +15,8 @@ namespace
 constexpr double panOfNotch = 60;
 
 /// Of axes without values in y, x alone can be shown.
-int isShowableIn(const ABAxis& axis, TMinMax& range)
+int isShowableIn(const TMinMax& shown, TMinMax& range)
 {
-    const TMinMax& shown = axis.getMinMax();
     if (!isShowable(range) && shown.yMin > shown.yMax) {
         TMinMax across = range;
         across.yMin = across.xMin;
@@ -51,14 +50,14 @@ void APlotWnd::goBack()
 void APlotWnd::SetNewMinMax(const TMinMax& wanted)
 {
     TMinMax range = wanted;
-    if (!axis_ || !isShowableIn(*axis_, range))
+    if (!axis_ || !isShowableIn(shownRange(), range))
         return;
     // whoever keeps the zoom history may have begun a step of it
     const int isStep = !walkingViews_ && !views_.isOpen() && zoomSteps() > views_.zooms();
     if (isStep)
         views_.begin(shownView());
     dropBand();  // it was drawn about what was shown
-    axis_->setMinMax(withPairs(axis_->getMinMax(), range));
+    putRange(withPairs(shownRange(), range));
     picture_.moved();
     ContentChanged();
     const LifeWatch self(life());
@@ -71,6 +70,9 @@ void APlotWnd::SetNewMinMax(const TMinMax& wanted)
     if (isStep)
         EndView();
 }
+
+TMinMax APlotWnd::shownRange() const { return axis_->getMinMax(); }
+void APlotWnd::putRange(const TMinMax& range) { axis_->setMinMax(range); }
 
 /// The first change of a gesture puts the range into the history, what follows belongs to it.
 void APlotWnd::beginZoomStep()

@@ -32,7 +32,7 @@ View APlotWnd::shownView() const
 {
     View view;
     if (axis_ && view_.isKnown()) {
-        const TMinMax& range = axis_->getMinMax();
+        const TMinMax range = shownRange();
         view[rangePart] = {range.xMin, range.xMax, range.yMin, range.yMax};
     }
     for (std::size_t i = 0; i < viewParts; ++i)

@@ -280,6 +280,172 @@ TEST(MultiPlotWindow, GivesDragsUp)
     SetMenuAnswer(nullptr);
 }
 
+TEST(MultiPlotWindow, AMiddleDragEndsWithItsAxis)
+{
+    for (ABAxis* const next : {static_cast<ABAxis*>(nullptr), static_cast<ABAxis*>(panels())}) {
+        MultiWindow window(panels());
+        window.ZoomDirection(-1, 4, 2);
+        window.mouse(WM_MBUTTONDOWN, window.inPanel(0), MK_MBUTTON);
+        window.mouse(WM_MOUSEMOVE, window.inPanel(0, 0.3, 0.7), MK_MBUTTON);
+        EXPECT_EQ(CWnd::GetCapture(), &window);
+        window.SetPlot(next, 1);
+        EXPECT_EQ(CWnd::GetCapture(), nullptr);
+    }
+}
+
+TEST(MultiPlotWindow, OneDragIsOneStepWhateverElseIsPressed)
+{
+    const struct {
+        const char* what;
+        std::function<void(MultiWindow&)> press;
+    } cases[] = {
+        {"arrow", [](MultiWindow& w) { w.key(VK_RIGHT); }},
+        {"plus", [](MultiWindow& w) { w.key(VK_ADD); }},
+        {"another panel", [](MultiWindow& w) { w.NextPanel(1); }},
+        {"another column",
+         [](MultiWindow& w) {
+             w.SetPlotFocus({MultiFocusKind::scale, 1, 2, -1, -1});
+         }},
+    };
+    for (const auto& c : cases)
+        for (const int isBand : {0, 1}) {
+            SCOPED_TRACE(testing::Message() << c.what << ' ' << isBand);
+            auto* const axis = panels();
+            axis->setPanels(2, 0);
+            MultiWindow window(axis);
+            window.ZoomDirection(-1, 4, 2);
+            window.BeginView();
+            window.EndView();
+            window.UpdateWindow();
+            const MultiRanges before = window.GetRanges();
+            const CPoint from = isBand ? window.inPanel(0) : window.onX() + CPoint(0, 0);
+            window.mouse(WM_LBUTTONDOWN, from, MK_LBUTTON);
+            window.mouse(WM_MOUSEMOVE, from + CPoint(40, 0), MK_LBUTTON);
+            c.press(window);
+            if (isBand) {
+                const CRect plot = window.GetAxis()->getPanelRect(0);
+                const double left = xAtPixel(*window.GetAxis(), plot, from.x);
+                window.mouse(WM_LBUTTONUP, from + CPoint(40, 0));
+                EXPECT_NEAR(window.GetRanges().x.min, left, 1e-9);
+                window.key('7');
+            } else {
+                window.key(VK_ESCAPE);
+                window.mouse(WM_LBUTTONUP, from + CPoint(40, 0));
+            }
+            EXPECT_EQ(window.GetRanges(), before);
+            window.key('7');
+            EXPECT_FALSE(window.IsCommandEnabled(ID_ZOOM_MINUS));
+            EXPECT_FALSE(window.CanViewBack());
+        }
+}
+
+TEST(MultiPlotWindow, AHostsCurrentScaleKeepsItsRange)
+{
+    for (const int current : {0, 1, 2}) {
+        MultiWindow window(panels());
+        window.GetAxis()->setCurrentScale(current);
+        const MultiRanges before = window.GetRanges();
+        window.wheel(window.inPanel(1), 1, MK_CONTROL);
+        EXPECT_EQ(changed(before, window.GetRanges()), std::set<int>{-1});
+        window.BeginView();
+        window.EndView();
+        window.ZoomDirection(0, 5, 2);
+        EXPECT_EQ(changed(before, window.GetRanges()), (std::set<int>{-1, 0}));
+        EXPECT_EQ(window.GetAxis()->getCurrentScale(), current);
+        window.key(VK_LEFT, alt);
+        window.key(VK_LEFT, alt);
+        EXPECT_EQ(window.GetRanges(), before);
+    }
+}
+
+TEST(MultiPlotWindow, OtherDataKeepTheRangesThatTheHostGave)
+{
+    const struct {
+        const char* what;
+        std::function<void(A2DAxisMulti&)> change;
+        std::vector<TMnMx> ranges;  ///< unset: not looked at
+    } cases[] = {
+        {"none", [](A2DAxisMulti&) {}, {{1, 9}, {1, 1000}, {-180, 180}}},
+        {"a scale goes",
+         [](A2DAxisMulti& a) {
+             a.deleteGraph(a.childs()(1));
+             a.deleteScale(1);
+         },
+         {{1, 9}, {-180, 180}}},
+        {"one changes",
+         [](A2DAxisMulti& a) {
+             AYScale scale = a.getScale(2);
+             scale.range = {-360, 360};
+             a.setScale(2, scale);
+         },
+         {{1, 9}, {1, 1000}, {-360, 360}}},
+        {"the first is given",
+         [](A2DAxisMulti& a) {
+             AYScale scale = a.getScale(0);
+             scale.range = {0, 20};
+             a.setScale(0, scale);
+         },
+         {{0, 20}, {1, 1000}, {-180, 180}}},
+    };
+    for (const auto& c : cases)
+        for (const int drawnBetween : {0, 1}) {
+            SCOPED_TRACE(testing::Message() << c.what << ' ' << drawnBetween);
+            MultiWindow window(panels());
+            window.ZoomDirection(2, 0, 4);
+            c.change(*window.GetAxis());
+            if (drawnBetween) {
+                window.ContentChanged();
+                window.UpdateWindow();
+            }
+            window.DataChanged();
+            window.UpdateWindow();
+            EXPECT_EQ(window.GetRanges().y, c.ranges);
+            EXPECT_EQ(window.GetWholeRanges().y, c.ranges);
+        }
+}
+
+TEST(MultiPlotWindow, MoreOfTheSameKeepsTheView)
+{
+    MultiWindow window(panels());
+    window.GetAxis()->setPanels(1, 1);
+    window.ContentChanged();
+    window.ShowPage(1);
+    window.ZoomDirection(2, 0, 4);
+    window.BeginView();
+    window.EndView();
+    window.SetPlotFocus({MultiFocusKind::curve, 1, 2, 2, 5});
+    const MultiRanges before = window.GetRanges();
+    const MultiFocus focus = window.GetPlotFocus();
+    static double moreX[] = {1, 5, 20}, moreY[] = {1, 50, 2};
+    window.FillAxis([&] {
+        A2DAxisMulti& axis = *window.GetAxis();
+        axis.deleteGraph(axis.childs()(0));
+        AGraph* const more =
+            new AGraphXYLine(&axis, moreX, moreY, 3, nullptr, PS_SOLID, 1, RGB(0, 90, 180), 0);
+        axis.setScaleOf(more, 0);
+        AYScale scale = axis.getScale(0);
+        scale.range = {};
+        axis.setScale(0, scale);
+        scale = axis.getScale(2);
+        scale.range = {-200, 200};
+        axis.setScale(2, scale);
+        axis.setMinMax({});
+    });
+    window.UpdateWindow();
+    EXPECT_EQ(window.GetRanges().x, (TMnMx{1, 20}));
+    EXPECT_EQ(window.GetRanges().y[0], (TMnMx{1, 50}));
+    EXPECT_EQ(window.GetRanges().y[2], before.y[2]);
+    EXPECT_EQ(window.GetWholeRanges().y[2], (TMnMx{-200, 200}));
+    EXPECT_EQ(window.GetAxis()->getPage(), 1);
+    EXPECT_EQ(window.GetPlotFocus().panel, focus.panel);
+    EXPECT_TRUE(window.CanViewBack());
+    window.key('7');
+    EXPECT_EQ(window.GetRanges().y[2], (TMnMx{-180, 180}));
+    window.SetPlotFocus({MultiFocusKind::scale, 1, 2, -1, -1});
+    window.ZoomFocus(2);
+    EXPECT_NEAR(window.GetRanges().y[2].max, 90, 1);
+}
+
 TEST(MultiPlotWindow, MayGoOrGetAnotherAxisWhileItTellsOfARange)
 {
     for (const int gone : {0, 1})
