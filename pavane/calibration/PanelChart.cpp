@@ -5,6 +5,7 @@
 #include "pavane/axes/multi/AGraphXYErrors.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <utility>
 
@@ -40,6 +41,8 @@ TMinMax rangeOf(const PanelChart& chart)
         for (const ChartScale& scale : panel.scales)
             for (const ChartCurve& curve : scale.curves)
                 for (const double x : curve.x) {
+                    if (!std::isfinite(x))
+                        continue;
                     least = std::min(least, x);
                     greatest = std::max(greatest, x);
                 }
@@ -71,58 +74,105 @@ AGraph* newGraph(A2DAxisMulti* axis, ChartCurve& curve)
 class ChartAxis : public A2DAxisMulti
 {
 public:
-    explicit ChartAxis(PanelChart chart, TMinMax range)
-        : A2DAxisMulti(chart.isTime ? timeCode : linear, linear, &range, 0),
-          chart_(std::move(chart))
+    explicit ChartAxis(PanelChart chart)
+        : A2DAxisMulti(chart.isTime ? timeCode : linear, linear, nullptr, 0)
     {
+        put(std::move(chart));
     }
-    PanelChart& chart() { return chart_; }
+    const PanelChart& chart() const { return chart_; }
+    /// The scales that are there become those of the chart, which may have more.
+    void put(PanelChart chart);
+    void setOut(int panelsOfPage);
 
 private:
+    void putPanel(int number, ChartPanel& panel, int& next);
+
     PanelChart chart_;
 };
+
+void ChartAxis::put(PanelChart chart)
+{
+    while (childs().count() > 0)  // whose points are those of the chart before
+        (void)deleteGraph(childs()(childs().count() - 1));
+    chart_ = std::move(chart);
+    setNameOX(chart_.nameX);
+    setWholeX(chart_.isWholeX);
+    (void)setCurrentScale(0);
+    TMinMax range = getMinMax();
+    const TMinMax all = rangeOf(chart_);
+    range.xMin = all.xMin;
+    range.xMax = all.xMax;
+    setMinMax(range);
+    if (!chart_.header.empty())
+        (void)new HeaderLine(this, chart_.header);
+    int next = 0;  // scale 0 is always there
+    int number = 0;
+    for (ChartPanel& panel : chart_.panels)
+        putPanel(number++, panel, next);
+}
+
+void ChartAxis::putPanel(int number, ChartPanel& panel, int& next)
+{
+    setPanelCaption(number, panel.caption);
+    int side = 1;
+    for (ChartScale& scale : panel.scales) {
+        AYScale made;
+        made.name = scale.name;
+        if (scale.least <= scale.greatest)
+            made.range = {scale.least, scale.greatest};
+        made.panel = number;
+        made.side = side++;
+        made.period = scale.period;
+        made.intervals = scaleIntervals;
+        if (!scale.curves.empty())
+            made.color = scale.curves.front().color;
+        const int index = next++;
+        if (index < getScaleCount())
+            (void)setScale(index, made);
+        else
+            (void)addScale(made);
+        for (ChartCurve& curve : scale.curves)
+            (void)setScaleOf(newGraph(this, curve), index);
+    }
+}
+
+void ChartAxis::setOut(int panelsOfPage)
+{
+    const auto count = static_cast<int>(chart_.panels.size());
+    const int onPage = std::clamp(panelsOfPage > 0 ? panelsOfPage : count, 1, std::max(count, 1));
+    int columns = 1;
+    for (const int most : panelsOfColumns)
+        columns += onPage > most;
+    setPanels(columns, panelsOfPage > 0 ? (onPage + columns - 1) / columns : 0, panelsOfPage);
+}
+
+/// Whether the scales of two charts have the same numbers and panels.
+int isAlike(const PanelChart& a, const PanelChart& b)
+{
+    return a.isTime == b.isTime &&
+           std::equal(a.panels.begin(), a.panels.end(), b.panels.begin(), b.panels.end(),
+                      [](const ChartPanel& one, const ChartPanel& other) {
+                          return one.scales.size() == other.scales.size();
+                      });
+}
 
 }  // namespace
 
 A2DAxisMulti* newChartAxis(PanelChart chart, int panelsOfPage)
 {
-    const TMinMax range = rangeOf(chart);
-    auto* const axis = new ChartAxis(std::move(chart), range);
-    std::vector<ChartPanel>& panels = axis->chart().panels;
-    axis->setNameOX(axis->chart().nameX);
-    const auto count = static_cast<int>(panels.size());
-    const int onPage = std::clamp(panelsOfPage > 0 ? panelsOfPage : count, 1, std::max(count, 1));
-    int columns = 1;
-    for (const int most : panelsOfColumns)
-        columns += onPage > most;
-    const int rows = (onPage + columns - 1) / columns;
-    axis->setPanels(columns, panelsOfPage > 0 ? rows : 0);
-    if (!axis->chart().header.empty())
-        (void)new HeaderLine(axis, axis->chart().header);
-    int next = 0;  // scale 0 is always there
-    for (int p = 0; p < count; ++p) {
-        ChartPanel& panel = panels[static_cast<std::size_t>(p)];
-        axis->setPanelCaption(p, panel.caption);
-        int side = 1;
-        for (ChartScale& scale : panel.scales) {
-            AYScale made;
-            made.name = scale.name;
-            if (scale.least <= scale.greatest)
-                made.range = {scale.least, scale.greatest};
-            made.panel = p;
-            made.side = side++;
-            made.period = scale.period;
-            made.intervals = scaleIntervals;
-            if (!scale.curves.empty())
-                made.color = scale.curves.front().color;
-            const int index = next ? axis->addScale(made) : 0;
-            if (!next++)
-                (void)axis->setScale(0, made);
-            for (ChartCurve& curve : scale.curves)
-                (void)axis->setScaleOf(newGraph(axis, curve), index);
-        }
-    }
+    auto* const axis = new ChartAxis(std::move(chart));
+    axis->setOut(panelsOfPage);
     return axis;
+}
+
+int fillChartAxis(A2DAxisMulti& axis, PanelChart&& chart, int panelsOfPage)
+{
+    auto* const known = dynamic_cast<ChartAxis*>(&axis);
+    if (!known || !isAlike(known->chart(), chart))
+        return 0;
+    known->put(std::move(chart));
+    known->setOut(panelsOfPage);
+    return 1;
 }
 
 }  // namespace pavane

@@ -35,14 +35,18 @@ struct ChartPanel {
 
 /// Panels over one x direction as a value: what is plotted, without its drawing.
 struct PanelChart {
-    CString header;  ///< a line over all of it
-    CString nameX;   ///< with the markers of AB2DAxis
-    int isTime = 0;  ///< x are seconds, written as clock times
+    CString header;    ///< a line over all of it
+    CString nameX;     ///< with the markers of AB2DAxis
+    int isTime = 0;    ///< x are seconds, written as clock times
+    int isWholeX = 0;  ///< x counts something
     std::vector<ChartPanel> panels;
 };
 
 /// An axis with all of a chart, which it takes over; the caller owns it. With `panelsOfPage` 0 all
 /// panels stand on one page, in as many columns as keep them in shape.
 PAVANE_API A2DAxisMulti* newChartAxis(PanelChart chart, int panelsOfPage = 0);
+/// Puts another chart into an axis of newChartAxis, and all of its ranges. 0, with the axis and the
+/// chart as they are, when the chart has other panels or scales.
+PAVANE_API int fillChartAxis(A2DAxisMulti& axis, PanelChart&& chart, int panelsOfPage = 0);
 
 }  // namespace pavane

@@ -21,9 +21,9 @@ constexpr double gap = std::numeric_limits<double>::quiet_NaN();
 constexpr COLORREF dataColors[] = {RGB(0, 70, 140), RGB(170, 70, 0), RGB(0, 120, 90),
                                    RGB(130, 40, 120)};
 constexpr COLORREF phaseColor = RGB(150, 60, 0), modelColor = RGB(200, 0, 60);
-/// Half ranges of phases, the least that takes in all of them is taken.
+/// Half ranges of phases, the least that takes in all of them with their errors is taken.
 constexpr double phaseRanges[] = {10, 30, 60, 90, 180};
-constexpr double roomAbove = 1.15;
+constexpr double roomAbove = 1.02;
 
 CString headerOf(const AUVXFile& file)
 {
@@ -90,17 +90,24 @@ ChartCurve lineOf(const std::vector<double>& x, double scaleX, const std::vector
     return curve;
 }
 
-/// The half range that takes in all but a few per cent of the phases.
-double phaseRange(std::vector<double> sizes)
+/// The greatest that a value with its error reaches, 0 without a finite one.
+double reachOf(const std::vector<float>& values, const std::vector<float>& errors)
 {
-    if (sizes.empty())
-        return phaseRanges[0];
-    constexpr double share = 0.99;
-    const auto at =
-        sizes.begin() + static_cast<std::ptrdiff_t>(share * static_cast<double>(sizes.size() - 1));
-    std::nth_element(sizes.begin(), at, sizes.end());
+    double most = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const double size = std::abs(double{values[i]});
+        const double error = i < errors.size() ? double{errors[i]} : 0;
+        if (std::isfinite(size))
+            most = std::max(most, std::isfinite(error) && error > 0 ? size + error : size);
+    }
+    return most;
+}
+
+/// The half range that takes in phases up to a size.
+double phaseRange(double most)
+{
     for (const double range : phaseRanges)
-        if (*at <= range)
+        if (most <= range)
             return range;
     return 180;
 }
@@ -163,12 +170,13 @@ PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
     chart.header = headerOf(file);
     chart.nameX = "Time";
     chart.isTime = 1;
-    std::vector<double> sizes;
+    double most = 0;
     for (const std::size_t t : triangles)
-        for (std::size_t p = 0; p < reader.parts().size(); ++p)
-            for (const float phase : reader.series(t, p).phase)
-                sizes.push_back(std::abs(double{phase}));
-    const double range = phaseRange(std::move(sizes));
+        for (std::size_t p = 0; p < reader.parts().size(); ++p) {
+            const ClosureSeries& series = reader.series(t, p);
+            most = std::max({most, reachOf(series.phase, series.error), reachOf(series.model, {})});
+        }
+    const double range = phaseRange(most);
     for (const std::size_t t : triangles) {
         ChartPanel panel;
         panel.caption = triangleName(file, reader.triangles()[t]);
@@ -207,8 +215,13 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
     chart.header = headerOf(file);
     chart.nameX = isTime ? "Time" : "Channel of all IFs";
     chart.isTime = isTime;
+    chart.isWholeX = !isTime;
     const double scaleX = isTime ? secondsPerDay : 1;
     const int channels = isTime ? 0 : file.header().channels;
+    // a baseline of which nothing was read yet has a line, too: more data change no other numbers
+    const bool hasModel = std::any_of(baselines.begin(), baselines.end(), [&](std::size_t b) {
+        return !reader.series(b).modelPhase.empty();
+    });
     for (const std::size_t b : baselines) {
         const BaselineSeries& s = reader.series(b);
         ChartPanel panel;
@@ -218,16 +231,16 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
         amplitude.name = "Amplitude [%sJy]";
         phase.name = "Phase [\u00b0]";
         setPhases(phase, 180);
-        float most = 0;
-        for (const std::vector<float>* each : {&s.amplitude, &s.modelAmplitude})
-            for (const float value : *each)
-                most = std::max(most, value);
-        amplitude.least = 0;
-        amplitude.greatest = most > 0 ? roundedUp(roomAbove * double{most}) : 1;
+        const double most =
+            std::max(reachOf(s.amplitude, s.amplitudeError), reachOf(s.modelAmplitude, {}));
+        if (most > 0) {
+            amplitude.least = 0;
+            amplitude.greatest = roundedUp(roomAbove * most);
+        }
         amplitude.curves.push_back(
             pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, dataColors[0]));
         phase.curves.push_back(pointsOf(s.x, scaleX, s.phase, s.phaseError, phaseColor));
-        if (!s.modelPhase.empty()) {
+        if (hasModel) {
             amplitude.curves.push_back(lineOf(s.x, scaleX, s.modelAmplitude, channels));
             phase.curves.push_back(lineOf(s.x, scaleX, s.modelPhase, channels));
             amplitude.curves.back().color = dataColors[0];

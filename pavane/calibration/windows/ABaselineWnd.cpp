@@ -43,6 +43,8 @@ PanelChart ABaselineWnd::makeChart()
 {
     if (!reader_)
         return {};
+    if (IsReading() || IsStopped())
+        reader_->refresh();
     std::vector<std::size_t> shown;
     for (std::size_t i = 0; i < reader_->baselines().size(); ++i) {
         const UvBaseline& b = reader_->baselines()[i];
@@ -62,7 +64,15 @@ void ABaselineWnd::ShowNext(int step)
         return AChartWnd::ShowNext(step);
     const int choices = static_cast<int>(telescopes_.size()) + 1;
     telescope_ = (telescope_ + 1 + step + choices) % choices - 1;
-    showRead();
+    showOthers();
+}
+
+void ABaselineWnd::SetPanelsOfPage(int panels)
+{
+    if (panels > 1 || telescope_ < 0)
+        return AChartWnd::SetPanelsOfPage(panels);
+    telescope_ = -1;
+    AChartWnd::SetPanelsOfPage(panels);
 }
 
 }  // namespace pavane

@@ -30,6 +30,8 @@ public:
 
     double ReadDone() const override { return reader_ ? reader_->done() : 1; }
     void ShowNext(int step) override;
+    /// One panel a page: all baselines one after another.
+    void SetPanelsOfPage(int panels) override;
 
 protected:
     int readMore(std::string& error) override;

@@ -34,35 +34,51 @@ void AChartWnd::SetPanelsOfPage(int panels)
     const int wanted = std::clamp(panels, 1, mostPanels);
     if (wanted == panels_)
         return;
+    const int first = GetAxis() ? GetAxis()->getPage() * panels_ : 0;
     panels_ = wanted;
-    if (GetAxis())
-        showRead();
+    if (!GetAxis())
+        return;
+    showRead();
+    ShowPage(first / panels_);
 }
 
 void AChartWnd::beginReading()
 {
     reading_ = 1;
+    stopped_ = atEnd_ = 0;
     error_.clear();
     shown_ = now();
+    pause_ = drawPause;
     if (GetSafeHwnd())
         (void)SetTimer(readTimer, readPause);
 }
 
 void AChartWnd::endReading()
 {
-    reading_ = 0;
+    reading_ = stopped_ = 0;
     if (GetSafeHwnd())
         (void)KillTimer(readTimer);
     SetAxis(nullptr, 0);
 }
 
-void AChartWnd::StopReading()
+void AChartWnd::endRead(int stopped)
 {
     if (!reading_)
         return;
     reading_ = 0;
+    stopped_ = stopped;
     (void)KillTimer(readTimer);
     showRead();
+    OnReading();
+}
+
+void AChartWnd::StopReading() { endRead(!atEnd_); }
+
+void AChartWnd::ResumeReading()
+{
+    if (!stopped_)
+        return;
+    beginReading();
     OnReading();
 }
 
@@ -70,15 +86,26 @@ void AChartWnd::ReadAll()
 {
     while (reading_ && readMore(error_)) {
     }
-    StopReading();
+    endRead(0);
 }
 
 void AChartWnd::showRead()
 {
-    const int page = GetAxis() ? GetAxis()->getPage() : 0;
+    const std::int64_t start = now();
+    PanelChart chart = makeChart();
+    int isFilled = 0;
+    if (GetAxis())
+        FillAxis([&] { isFilled = fillChartAxis(*GetAxis(), std::move(chart), panels_); });
+    if (!isFilled)
+        SetAxis(newChartAxis(std::move(chart), panels_), 1);
+    shown_ = now();
+    constexpr std::int64_t parts = 10;  // of the time goes to drawing at most one
+    pause_ = std::max(drawPause, parts * (shown_ - start));
+}
+
+void AChartWnd::showOthers()
+{
     SetAxis(newChartAxis(makeChart(), panels_), 1);
-    if (page > 0)
-        ShowPage(page);
     shown_ = now();
 }
 
@@ -98,11 +125,14 @@ void AChartWnd::OnTimer(unsigned id)
         return AMultiPlotWnd::OnTimer(id);
     if (!reading_)
         return;
-    if (!readSlice())
-        return StopReading();
+    atEnd_ = atEnd_ || !readSlice();
     // a drag is about what was shown when it began
-    if (now() - shown_ > drawPause && CWnd::GetCapture() != this)
-        showRead();
+    if (CWnd::GetCapture() != this) {
+        if (atEnd_)
+            return endRead(0);
+        if (now() - shown_ > pause_)
+            showRead();
+    }
     OnReading();
 }
 

@@ -10,16 +10,16 @@ namespace pavane
 {
 
 /// A window of panels on pages that come from a data file, which is read in slices while the user
-/// works; what has been read so far is shown now and then. Escape stops it. N and Shift+N show the
-/// next and the previous page.
+/// works; what has been read so far is shown now and then, in the view that the user has chosen.
+/// Escape stops it, ResumeReading goes on. N and Shift+N show the next and the previous page.
 class PAVANE_API AChartWnd : public AMultiPlotWnd
 {
 public:
     static constexpr int mostPanels = 50;
     ~AChartWnd() override;
 
-    /// 1 to mostPanels.
-    void SetPanelsOfPage(int panels);
+    /// 1 to mostPanels. The page shown is that of the first panel on it.
+    virtual void SetPanelsOfPage(int panels);
     int GetPanelsOfPage() const { return panels_; }
     int IsReading() const { return reading_; }
     /// 0 to 1.
@@ -28,6 +28,10 @@ public:
     const std::string& ReadError() const { return error_; }
     /// What has been read stays.
     void StopReading();
+    /// Goes on where StopReading ended.
+    void ResumeReading();
+    /// Stopped before the end.
+    int IsStopped() const { return stopped_; }
     /// Reads to the end at once; for tests, and for pictures without a user.
     void ReadAll();
     /// Called when more has been read, and when reading has ended.
@@ -44,19 +48,25 @@ protected:
     void beginReading();
     /// Drops what is read, before its file goes.
     void endReading();
-    /// Shows what has been read, on the page that was shown if there is one.
+    /// Shows what has been read, with what is zoomed and the page as they are.
     void showRead();
+    /// Shows other panels, from the first on.
+    void showOthers();
 
     int takeKey(int key, bool shift, bool control) override;
     void OnTimer(unsigned id) override;
 
 private:
     int readSlice();
+    void endRead(int stopped);
 
     int panels_ = 12;
     int reading_ = 0;
+    int stopped_ = 0;
+    int atEnd_ = 0;  ///< read, but to be shown when a drag has ended
     std::string error_;
-    std::int64_t shown_ = 0;
+    std::int64_t shown_ = 0;  ///< when what has been read was shown last,
+    std::int64_t pause_ = 0;  ///< and when at the earliest again, in milliseconds after it
 };
 
 }  // namespace pavane

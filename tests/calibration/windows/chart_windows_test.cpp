@@ -94,4 +94,43 @@ TEST(ChartWindows, NextBaselinesAreThoseOfTheNextTelescope)
     window.DestroyWindow();
 }
 
+TEST(ChartWindows, WhatIsReadIsShownInTheViewThatWasChosen)
+{
+    Opened opened("reading_window.uvfits");
+    for (const BaselinePlot plot : {BaselinePlot::time, BaselinePlot::channels}) {
+        ABaselineWnd window;
+        ASSERT_TRUE(make(window));
+        window.SetPanelsOfPage(3);
+        window.SetData(&opened.file, opened.baselines, plot);
+        window.StopReading();  // before anything was read
+        EXPECT_TRUE(window.IsStopped());
+        window.ShowWindow(SW_SHOW);
+        window.UpdateWindow();
+        ASSERT_TRUE(window.GetAxis());
+        EXPECT_EQ(window.GetAxis()->getPages(), 4);
+        window.ShowPage(2);
+        window.ZoomDirection(1, 45, 2);
+        const TMnMx zoomed = window.GetRanges().y[1];
+        EXPECT_EQ(zoomed, (TMnMx{-67.5, 112.5}));
+        window.ResumeReading();
+        EXPECT_TRUE(window.IsReading());
+        window.ReadAll();
+        window.UpdateWindow();
+        EXPECT_FALSE(window.IsStopped() || window.IsReading());
+        EXPECT_EQ(window.GetRanges().y[1], zoomed);
+        EXPECT_LT(window.GetRanges().x.min, window.GetRanges().x.max);
+        EXPECT_EQ(window.GetAxis()->getPage(), 2);
+        EXPECT_TRUE(window.CanViewBack());
+        window.SetPanelsOfPage(7);
+        EXPECT_EQ(window.GetAxis()->getPage(), 0);  // of panel 6
+        EXPECT_EQ(window.GetAxis()->getPages(), 2);
+        EXPECT_EQ(window.GetRanges().y[1], zoomed);
+        window.ShowNext(1);
+        window.SetPanelsOfPage(1);
+        EXPECT_EQ(window.GetTelescope(), -1);
+        EXPECT_EQ(window.GetAxis()->getPages(), 10);
+        window.DestroyWindow();
+    }
+}
+
 }  // namespace pavane
