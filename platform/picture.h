@@ -64,6 +64,9 @@ public:
     ~CPageFile();
     /// The page's context, of width * scale by height * scale units. Owned by the page.
     CDC& dc();
+    /// Ends the page and begins another of the same size, which the same context draws on. 0 for
+    /// SVG, which has one.
+    int NewPage();
     /// `goesOn` is asked every 50 ms while something is drawn; after the first 0 nothing more is,
     /// and the file cannot be written.
     void AskBefore(std::function<int()> goesOn);

@@ -5,6 +5,7 @@
 #include "platform/message.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace pavane
 {
@@ -53,18 +54,27 @@ int DataPanels::Read(DataPlot kind, UvObservation& observation, const UvMarks& m
 {
     std::vector<UvBaseline> baselines = markedBaselines(observation, marks);
     AUVXFile& file = observation.file();
-    dropData();
+    Clear();
+    if (kind != listKind_)
+        DropList();
     if (kind == DataPlot::closure) {
         std::vector<ClosureTriangle> triangles =
             closureTriangles(telescopesOf(baselines), baselines);
-        if (!chosen_.empty())
-            std::erase_if(triangles, [&](const ClosureTriangle& t) {
-                return std::none_of(chosen_.begin(), chosen_.end(), [&](const auto& other) {
-                    return other.subarray == t.subarray && other.telescopes == t.telescopes;
-                });
+        const auto isChosen = [&](const ClosureTriangle& t) {
+            return std::any_of(chosen_.begin(), chosen_.end(), [&](const auto& other) {
+                return other.subarray == t.subarray && other.telescopes == t.telescopes;
             });
-        else if (!chosenTriangles(file, list_, triangles, error))
-            return 0;
+        };
+        if (chosen_.empty()) {
+            if (!chosenTriangles(file, list_, triangles, error))
+                return 0;
+        } else {
+            std::erase_if(triangles, std::not_fn(isChosen));
+            if (triangles.empty()) {
+                error = "has none of the chosen triangles in what is marked";
+                return 0;
+            }
+        }
         closure_.SetData(&file, std::move(triangles), marks, {}, model);
         return 1;
     }
@@ -85,16 +95,17 @@ int DataPanels::AskTriangles(CWnd* parent, UvObservation& observation, const UvM
     if (dialog.DoModal() != IDOK)
         return 0;
     chosen_ = dialog.GetChosen();
+    DropList();
     return 1;
 }
 
 void DataPanels::ForgetFile()
 {
-    dropData();
+    Clear();
     chosen_.clear();
 }
 
-void DataPanels::dropData()
+void DataPanels::Clear()
 {
     baselines_.SetData(nullptr);
     closure_.SetData(nullptr);

@@ -52,8 +52,14 @@ public:
     int Create(CWnd* parent, unsigned firstId);
     /// Null for uvdist.
     AChartWnd* window(DataPlot kind);
-    /// What the command line chose of the first file; "" for all.
-    void SetList(const std::string& list) { list_ = list; }
+    /// What the command line chose of the first file for a kind of plot; "" for all. Holds until
+    /// another kind, or something else of the file, is chosen.
+    void SetList(const std::string& list, DataPlot kind)
+    {
+        list_ = list;
+        listKind_ = kind;
+    }
+    void DropList() { list_.clear(); }
     /// Reads what is marked; `baselines` are those that the file has, found to the end. Non-zero on
     /// success; else `error` is a clause without its subject, and nothing is shown.
     int Read(DataPlot kind, UvObservation& observation, const UvMarks& marks,
@@ -62,16 +68,18 @@ public:
     int AskTriangles(CWnd* parent, UvObservation& observation, const UvMarks& marks);
     /// Before the file goes; the choices were of that file.
     void ForgetFile();
+    /// Shows and reads nothing.
+    void Clear();
     void SetPanelsOfPage(int panels);
     int GetPanelsOfPage() const { return baselines_.GetPanelsOfPage(); }
 
 private:
-    void dropData();
     std::vector<UvBaseline> markedBaselines(UvObservation& observation, const UvMarks& marks) const;
 
     ToldPanels<ABaselineWnd> baselines_;
     ToldPanels<AClosureWnd> closure_;
     std::string list_;
+    DataPlot listKind_ = DataPlot::uvdist;
     std::vector<ClosureTriangle> chosen_;  ///< by the user; empty: an independent set
 };
 

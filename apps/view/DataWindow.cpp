@@ -166,7 +166,7 @@ int DataWindow::OpenFile(const std::string& file)
     plot_.ShowPoints(nullptr, nullptr, 0);
     panels_.ForgetFile();
     const PlotWish wish = std::exchange(wish_, PlotWish());
-    panels_.SetList(wish.baselines);
+    panels_.SetList(wish.baselines, wish.kind);
     data_.swap(opened);
     showPlot(wish.wasGiven ? wish.kind : shownPlot_);
     showDocument();  // the old one goes when nothing shows it any more

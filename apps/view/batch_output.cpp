@@ -39,7 +39,9 @@ namespace
 int print(const ViewOptions& options, const BatchJob& job, std::string& error)
 {
     const std::unique_ptr<ABWindow> window =
-        job.newWindow ? job.newWindow() : std::make_unique<DrawnWindow>(job.picture.draw);
+        job.newWindow ? job.newWindow()
+                      : std::make_unique<DrawnWindow>(job.picture.draw, job.picture.pages,
+                                                      job.picture.turnTo);
     return printInBatch(options.print, job.picture.title, job.caption, *window, error);
 }
 

@@ -82,8 +82,7 @@ int findBaselines(const ViewOptions& options, UvObservation& observation, std::s
 
 /// Reads the panels of a plot that is not of distance.
 int readPanels(const ViewOptions& options, UvObservation& observation, const UvMarks& marks,
-               const AComponents& model, PanelChart& chart, std::vector<std::string>& notes,
-               std::string& error)
+               const AComponents& model, PanelChart& chart, std::string& error)
 {
     if (!findBaselines(options, observation, error))
         return refuse(options.map, error);
@@ -92,15 +91,21 @@ int readPanels(const ViewOptions& options, UvObservation& observation, const UvM
             observation.file(), options.plot, observation.baselines(), marks, model,
             [&](double done) { return progress.show(done); }, chart, error))
         return refuse(options.map, error);
-    const auto most =
-        static_cast<std::size_t>(options.plot.panels > 0 ? options.plot.panels : mostPanels);
-    if (chart.panels.size() > most) {
-        notes.push_back(options.map + ": the first " + std::to_string(most) + " of " +
-                        std::to_string(chart.panels.size()) +
-                        " panels are drawn; --baselines chooses others");
-        chart.panels.resize(most);
-    }
     return 1;
+}
+
+/// Draws all panels, on as many pages as they need.
+void putPanels(const PanelChart& chart, int panelsOfPage, PictureJob& job)
+{
+    const auto count = static_cast<int>(chart.panels.size());
+    const int most = panelsOfPage > 0 ? panelsOfPage : mostPanels;
+    const std::shared_ptr<A2DAxisMulti> axis(newChartAxis(chart, count > most ? most : 0));
+    job.pages = axis->getPages();
+    job.turnTo = [axis](int page) { axis->setPage(page); };
+    job.draw = [axis](CDC& dc, const CRect& rect) {
+        CRect whole = rect;
+        axis->draw(dc, whole);
+    };
 }
 
 /// Reads what is plotted; the numbers of it alone where no picture is asked for.
@@ -144,7 +149,7 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     if ((wantsNumbers || (wantsPlot && !wantsPanels)) && !readPoints(options, points, error))
         return 0;
     PanelChart chart;
-    if (wantsPanels && !readPanels(options, observation, marks, model, chart, notes, error))
+    if (wantsPanels && !readPanels(options, observation, marks, model, chart, error))
         return 0;
     AComponents none;
     const int hasTables = writeTables(options, &observation, none, notes, error);
@@ -156,11 +161,7 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
         PictureJob drawing{
             object.empty() ? "visibilities" : object, options.width, options.height, 1, {}};
         if (wantsPanels)
-            drawing.draw = [axis = std::shared_ptr<A2DAxisMulti>(newChartAxis(chart))](
-                               CDC& dc, const CRect& rect) {
-                CRect whole = rect;
-                axis->draw(dc, whole);
-            };
+            putPanels(chart, options.plot.panels, drawing);
         else
             drawing.draw = [picture = std::make_shared<UvPicture>(file, points, model)](
                                CDC& dc, const CRect& rect) {

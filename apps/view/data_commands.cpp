@@ -20,6 +20,8 @@ constexpr const char* openFilter =
     "*.uvfits *.uvf *.fits *.fit *.fts *.FITS|All files (*)|*|";
 constexpr const char* groupFilter = "Frequency groups (*.groups)|*.groups|";
 constexpr double zoomFactor = 2;
+/// What minus in panels takes back.
+constexpr double zoomOfPanels = 1.5;
 
 /// The command of tables that one of the window's own stands for.
 unsigned tableCommandFor(unsigned id)
@@ -118,6 +120,8 @@ int DataWindow::runViewCommand(unsigned id)
     case idGoOnReading:
         return data_ ? goOnReading() : void(), 1;
     case idZoomIn:
+        if (AChartWnd* const chart = panels())
+            return chart->ZoomFocus(zoomOfPanels), 1;
         if (APlotWnd& shown = shownWindow(); shown.GetPlot())
             shown.ZoomAbout(shown.GetPlot()->getGraphRect().CenterPoint(), zoomFactor);
         return 1;
@@ -246,7 +250,8 @@ int DataWindow::isOffered(const CMenu::Line& line, CMenu& ofTable)
         return data_->isReading() || data_->observation().isFilling() ||
                (panels() && panels()->IsReading());
     if (id == idGoOnReading)
-        return data_->isStopped() || data_->observation().isStopped();
+        return data_->isStopped() || data_->observation().isStopped() ||
+               (panels() && panels()->IsStopped());
     if (id == ID_ZOOM_MINUS || id == ID_WHOLE_MAP || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownWindow().IsCommandEnabled(id);
     if (id == idCopy && isPlotActive())

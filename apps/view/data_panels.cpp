@@ -16,6 +16,11 @@ namespace
 /// Panels of a page that look well, in steps.
 constexpr int panelSteps[] = {1, 2, 4, 6, 8, 12, 20, 30, mostPanels};
 
+std::string percentOf(const AChartWnd& window)
+{
+    return std::to_string(static_cast<int>(std::floor(window.ReadDone() * 100))) + " %";
+}
+
 }  // namespace
 
 APlotWnd& DataWindow::shownWindow()
@@ -45,7 +50,7 @@ void DataWindow::readPanels()
 {
     panelsWait_ = 0;
     if (!data_ || shownPlot_ == DataPlot::uvdist)
-        return;
+        return panels_.Clear();
     UvObservation& observation = data_->observation();
     if (!observation.isWhole(UvTable::baselines) && observation.isFilling()) {
         panelsWait_ = 1;
@@ -113,9 +118,9 @@ void DataWindow::panelsRead()
     if (!shown)
         return;
     if (shown->IsReading())
-        status_.SetMessage("Reading, " +
-                           std::to_string(static_cast<int>(std::floor(shown->ReadDone() * 100))) +
-                           " % (Esc stops)");
+        status_.SetMessage("Reading, " + percentOf(*shown) + " (Esc stops)");
+    else if (shown->IsStopped())
+        status_.SetMessage("Stopped at " + percentOf(*shown) + " (View, Go on reading)");
     else
         status_.SetMessage(shown->ReadError().empty()
                                ? std::string()

@@ -62,6 +62,8 @@ void DataWindow::tableChanged(UvTable table, int byUser)
         if (!byUser)
             return;
         all_[at] = marks.ones() == marks.count();
+        if (table == UvTable::telescopes || table == UvTable::baselines)
+            panels_.DropList();  // that of the command line
         return plotAgain();
     }
     // more has been found: the plot has it already when all is marked, and else leaves it out
@@ -194,6 +196,8 @@ void DataWindow::goOnReading()
 {
     data_->resume();
     data_->observation().resume();
+    if (AChartWnd* const shown = panels())
+        shown->ResumeReading();
     (void)SetTimer(readTimer, readPause);
 }
 
@@ -211,8 +215,10 @@ void DataWindow::tellTrouble()
 int DataWindow::PreTranslateMessage(const MSG& message)
 {
     // not taken: what else waits for Escape has it too
+    const AChartWnd* const shown = panels();
     if (message.message == WM_KEYDOWN && message.wParam == VK_ESCAPE && data_ &&
-        (data_->isReading() || data_->observation().isFilling()))
+        (data_->isReading() || data_->observation().isFilling() ||
+         (shown && shown->IsReading() && !CWnd::GetCapture())))
         stopReading();
     return CWnd::PreTranslateMessage(message);
 }

@@ -15,6 +15,12 @@ namespace
 constexpr int screenDpi = 96;
 constexpr int unitsPerPixel = 12;
 
+void turn(const PictureJob& job, int page)
+{
+    if (job.turnTo)
+        job.turnTo(page);
+}
+
 /// The picture at one pixel a unit.
 int drawPlain(CPicture& picture, const PictureJob& job)
 {
@@ -52,7 +58,16 @@ int writePage(CPageFile::Format format, const std::string& file, const PictureJo
 {
     CPageFile page(format, job.width, job.height, job.title, unitsPerPixel);
     page.AskBefore(job.goesOn);
-    job.draw(page.dc(), CRect(0, 0, job.width * unitsPerPixel, job.height * unitsPerPixel));
+    const CRect all(0, 0, job.width * unitsPerPixel, job.height * unitsPerPixel);
+    job.draw(page.dc(), all);
+    for (int i = 1; i < job.pages && format == CPageFile::Format::pdf; ++i) {
+        if (!page.NewPage()) {
+            error = "there is no room for another page";
+            return 0;
+        }
+        turn(job, i);
+        job.draw(page.dc(), all);
+    }
     return page.Close(file, error);
 }
 
@@ -69,16 +84,32 @@ int pictureFormatOf(const std::string& file, PictureFormat& format)
     return 1;
 }
 
+std::string pageFileName(const std::string& file, int page, int pages)
+{
+    if (pages <= 1)
+        return file;
+    const std::string ending = '.' + fileEnding(file);
+    const int hasEnding = ending.size() > 1 && ending.size() < file.size();
+    const std::size_t stem = file.size() - (hasEnding ? ending.size() : 0);
+    return file.substr(0, stem) + '-' + std::to_string(page + 1) + file.substr(stem);
+}
+
 int writePicture(const std::string& file, PictureFormat format, const PictureJob& job,
                  std::string& error)
 {
     const CPageFile::Format page =
         format == PictureFormat::pdf ? CPageFile::Format::pdf : CPageFile::Format::svg;
-    if (format == PictureFormat::png ? writePNG(file, job, error)
-                                     : writePage(page, file, job, error))
-        return 1;
-    error = file + ": " + error;
-    return 0;
+    const int isWhole = format == PictureFormat::pdf;
+    for (int i = 0; i < (isWhole ? 1 : job.pages); ++i) {
+        const std::string name = isWhole ? file : pageFileName(file, i, job.pages);
+        turn(job, i);
+        if (!(format == PictureFormat::png ? writePNG(name, job, error)
+                                           : writePage(page, name, job, error))) {
+            error = name + ": " + error;
+            return 0;
+        }
+    }
+    return 1;
 }
 
 }  // namespace pavane

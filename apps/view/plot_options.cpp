@@ -59,7 +59,11 @@ void addPlotOptions(OptionTable<ViewOptions>& table)
           "BR all baselines with BR, BR-FD that baseline, or the triangles with it, BR-FD-HN that "
           "triangle"},
          readBaselines});
-    table.push_back({{"--panels", "", "N", "panels of a page, 1 to 50"}, readPanels});
+    table.push_back(
+        {{"--panels", "", "N",
+          "panels of a page, 1 to 50; with more of them there are more pages, in F.png and "
+          "F.svg a file each: F-1.png, F-2.png ..."},
+         readPanels});
 }
 
 int checkPlotOptions(const ViewOptions& options, std::string& error)

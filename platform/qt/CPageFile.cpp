@@ -86,6 +86,8 @@ CPageFile::~CPageFile() = default;
 
 CDC& CPageFile::dc() { return *data_->dc; }
 
+int CPageFile::NewPage() { return data_->pdf && data_->painter && data_->pdf->newPage(); }
+
 void CPageFile::AskBefore(std::function<int()> goesOn)
 {
     std::function<bool()> ask;

@@ -56,6 +56,39 @@ protected:
 
 }  // namespace
 
+TEST_F(DataRun, PanelsOfAllPagesAreDrawn)
+{
+    std::vector<TestGroup> groups;
+    for (int i = 0; i < 3; ++i)
+        for (const float baseline : {258.f, 259.f, 515.f})
+            groups.push_back({float(i), baseline});
+    write("three.uvfits", groupsHdu(groups) + antennaHdu());
+    const struct {
+        int panels, pages;
+    } cases[] = {{1, 3}, {2, 2}, {3, 1}, {50, 1}};
+    for (const auto& c : cases) {
+        const std::string name = "n" + std::to_string(c.panels);
+        const Outcome ran = run("three.uvfits --batch --plot time --panels " +
+                                std::to_string(c.panels) + " --png " + name + ".png --svg " + name +
+                                ".svg --pdf " + name + ".pdf --print " + name + "p.pdf");
+        EXPECT_EQ(ran.status, 0);
+        EXPECT_EQ(ran.err, "");
+        for (const std::string ending : {".png", ".svg"}) {
+            EXPECT_EQ(fs::exists(path(name + ending)), c.pages == 1);
+            for (int page = 1; page <= 4; ++page)
+                EXPECT_EQ(fs::exists(path(name + "-" + std::to_string(page) + ending)),
+                          c.pages > 1 && page <= c.pages);
+        }
+        for (const std::string end : {".pdf", "p.pdf"}) {
+            const std::string pdf = contents(path(name + end));
+            int pages = 0;
+            for (std::size_t at = 0; (at = pdf.find("/Type /Page", at)) != pdf.npos; ++at)
+                pages += pdf.compare(at, 12, "/Type /Pages") != 0;
+            EXPECT_EQ(pages, c.pages) << end;
+        }
+    }
+}
+
 TEST_F(DataRun, PrintsItsNumbersAndDrawsWhatTheContentSays)
 {
     const char* stats = "groups 5 groups\nvisibilities 5 visibilities\nflagged 1 visibilities\n"

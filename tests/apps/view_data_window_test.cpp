@@ -134,6 +134,49 @@ TEST_F(DataWindowTest, PanelsAreThoseOfWhatIsMarked)
     EXPECT_TRUE(said.empty());
 }
 
+TEST_F(DataWindowTest, PanelsOfTheCommandLineStopAndGoOn)
+{
+    std::vector<TestGroup> groups;
+    for (int i = 0; i < 4; ++i)
+        for (const float baseline : {258.f, 259.f, 515.f})
+            groups.push_back({float(i), baseline, 1, float(i + 1)});
+    write("three.uvfits", groups);
+    ViewOptions options;
+    options.plot = {DataPlot::closure, 1, "1-2-3", 1};
+    DataWindow window;
+    ASSERT_TRUE(window.Create(options));
+    ASSERT_TRUE(window.OpenFile(path("three.uvfits")));
+    window.Show();
+    const auto command = [&](unsigned id) { window.SendMessage(WM_COMMAND, id, 0); };
+    const auto isRead = [&] {
+        return waitFor([&] { return window.panels()->GetAxis() && !window.panels()->IsReading(); });
+    };
+    ASSERT_TRUE(isRead());
+    EXPECT_EQ(window.panels()->GetAxis()->getPanelCount(), 1);
+    command(idPlotOf + 1);
+    ASSERT_TRUE(isRead()) << "the list was one of triangles";
+    EXPECT_EQ(window.panels()->GetAxis()->getPages(), 3);
+    command(idPlotOf + 3);
+    ASSERT_TRUE(window.panels()->IsReading());
+    command(idStopReading);
+    EXPECT_TRUE(window.panels()->IsStopped());
+    EXPECT_TRUE(isOffered(window, idGoOnReading));
+    command(idGoOnReading);
+    EXPECT_TRUE(window.panels()->IsReading());
+    ASSERT_TRUE(isRead());
+    EXPECT_FALSE(window.panels()->IsStopped() || isOffered(window, idGoOnReading));
+    window.UpdateWindow();
+    window.panels()->UpdateWindow();
+    window.panels()->SetPlotFocus({MultiFocusKind::scale, 0, 1, -1, -1});
+    const MultiRanges before = window.panels()->GetRanges();
+    command(idZoomIn);
+    EXPECT_EQ(window.panels()->GetRanges().x, before.x);
+    EXPECT_LT(window.panels()->GetRanges().y[1].max, before.y[1].max);
+    command(idPlotOf + 2);
+    command(idPlotOf);  // what is not shown is not read
+    EXPECT_FALSE(window.panels());
+}
+
 TEST_F(DataWindowTest, PlotsWhatIsMarkedInAllOfItsTables)
 {
     DataWindow window;
