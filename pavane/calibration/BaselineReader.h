@@ -64,16 +64,6 @@ public:
     const BaselineSeries& series(std::size_t baseline) const { return series_[baseline]; }
 
 private:
-    struct Pair {
-        int subarray, first, second;
-        bool operator==(const Pair&) const = default;
-        std::uint64_t hash() const
-        {
-            return spread(spread(static_cast<std::uint32_t>(subarray)) ^
-                          (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
-                           static_cast<std::uint32_t>(second)));
-        }
-    };
     /// Sums of visibilities times weights.
     struct Sums {
         std::complex<double> data{}, model{};
@@ -98,7 +88,7 @@ private:
     UvSlices slices_;
     UvCells cells_;
     int hasCells_ = 0;
-    Distinct<Pair, int>
+    Distinct<UvPair, int>
         indices_;  ///< of a baseline and 1, negative when it is stored the other way
     std::vector<BaselineSeries> series_;
     std::map<ChannelsOf, std::vector<Sums>> channels_;

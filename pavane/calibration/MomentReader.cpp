@@ -203,11 +203,11 @@ int MomentReader::originOf(std::size_t i)
 
 void MomentReader::begin(UvMoment& moment, int origin, const double* frequencies, double time) const
 {
-    const Key& key = origins_.items()[static_cast<std::size_t>(origin)].key;
+    const UvPair& key = origins_.items()[static_cast<std::size_t>(origin)].key;
     moment.origin = origin;
     moment.subarray = key.subarray;
-    moment.source = key.a;
-    moment.selection = key.b;
+    moment.source = key.first;
+    moment.selection = key.second;
     moment.first = moment.last = time;
     moment.frequencies = frequencies;
     moment.legs.resize(baselines_);

@@ -67,16 +67,6 @@ public:
 
 private:
     enum class Phase { start, inOrder, index, byTime, over };
-    struct Key {
-        int subarray, a, b;
-        bool operator==(const Key&) const = default;
-        std::uint64_t hash() const
-        {
-            return spread(spread(static_cast<std::uint32_t>(subarray)) ^
-                          (std::uint64_t{static_cast<std::uint32_t>(a)} << 32 |
-                           static_cast<std::uint32_t>(b)));
-        }
-    };
     /// A leg that is wanted: of which baseline, in which direction.
     struct Leg {
         int baseline = -1, sign = 1;
@@ -117,8 +107,8 @@ private:
     UvCells cells_;
     std::size_t baselines_;
     int what_;
-    Distinct<Key, Leg> legs_;
-    Distinct<Key, int> origins_;
+    Distinct<UvPair, Leg> legs_;
+    Distinct<UvPair, int> origins_;
     Phase phase_ = Phase::start;
     std::int64_t next_ = 0;
     double half_ = 0;

@@ -72,4 +72,16 @@ inline std::uint64_t spread(std::uint64_t bits)
     return bits ^ bits >> 29;
 }
 
+/// Two numbers of a subarray as a key, as those of a baseline.
+struct UvPair {
+    int subarray, first, second;
+    bool operator==(const UvPair&) const = default;
+    std::uint64_t hash() const
+    {
+        return spread(spread(static_cast<std::uint32_t>(subarray)) ^
+                      (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
+                       static_cast<std::uint32_t>(second)));
+    }
+};
+
 }  // namespace pavane

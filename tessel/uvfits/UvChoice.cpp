@@ -22,7 +22,7 @@ UvChoice::UvChoice(const AUVXFile& f, const UvMarks& m)
     frequencies_.resize(f.fqTbl().selections().size());
     for (std::size_t i = 0; i < m.baselineTable.size(); ++i) {
         const UvBaseline& b = m.baselineTable[i];
-        const Pair pair = {b.subarray, b.first, b.second};
+        const UvPair pair = {b.subarray, b.first, b.second};
         const int isMarked = newPair_ || m.baselines.get(static_cast<int>(i));
         (void)pairs_.of(pair, takesPair(pair, isMarked));
     }
@@ -44,7 +44,7 @@ void UvChoice::makeFrequencies(std::size_t selection)
         }
 }
 
-int UvChoice::takesPair(const Pair& pair, int isMarked) const
+int UvChoice::takesPair(const UvPair& pair, int isMarked) const
 {
     if (!isMarked || allTelescopes_)
         return isMarked;
@@ -58,7 +58,7 @@ int UvChoice::takesPair(const Pair& pair, int isMarked) const
 
 const double* UvChoice::frequenciesOf(const UvGroups& groups, std::size_t i)
 {
-    const Pair pair = {groups.subarray[i], groups.antenna1[i], groups.antenna2[i]};
+    const UvPair pair = {groups.subarray[i], groups.antenna1[i], groups.antenna2[i]};
     const int fresh = takesPair(pair, newPair_);
     const int* const taken = pairs_.of(pair, fresh);
     const int selection = file_.fqTbl().selectionOf(groups.selection[i]);

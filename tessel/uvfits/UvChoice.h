@@ -26,17 +26,7 @@ public:
     int stokesCount() const { return static_cast<int>(stokes_.size()); }
 
 private:
-    struct Pair {
-        int subarray, first, second;
-        bool operator==(const Pair&) const = default;
-        std::uint64_t hash() const
-        {
-            return spread(spread(static_cast<std::uint32_t>(subarray)) ^
-                          (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
-                           static_cast<std::uint32_t>(second)));
-        }
-    };
-    int takesPair(const Pair& pair, int isMarked) const;
+    int takesPair(const UvPair& pair, int isMarked) const;
     void makeFrequencies(std::size_t selection);
 
     const AUVXFile& file_;
@@ -44,7 +34,7 @@ private:
     int allTelescopes_, allSources_, allScans_;
     std::vector<int> stokes_;
     std::vector<std::vector<double>> frequencies_;  ///< of each selection, empty until it is met
-    Distinct<Pair, int> pairs_;                     ///< whether those met so far are taken
+    Distinct<UvPair, int> pairs_;                   ///< whether those met so far are taken
     int newPair_;                                   ///< what one in no table is marked as
 };
 

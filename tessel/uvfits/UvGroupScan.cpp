@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <new>
 #include <tuple>
 
 namespace pavane
@@ -14,18 +13,6 @@ namespace
 {
 
 constexpr std::size_t mostBaselines = 1 << 22;
-constexpr const char* noMemory = "needs more memory than there is";
-
-struct Pair {
-    int subarray, first, second;
-    bool operator==(const Pair&) const = default;
-    std::uint64_t hash() const
-    {
-        return spread(spread(static_cast<std::uint32_t>(subarray)) ^
-                      (std::uint64_t{static_cast<std::uint32_t>(first)} << 32 |
-                       static_cast<std::uint32_t>(second)));
-    }
-};
 
 void stretch(double value, double& least, double& greatest)
 {
@@ -49,55 +36,27 @@ int isFinite(const UvVisibility& v)
 }  // namespace
 
 struct UvGroupScan::Found {
-    Distinct<Pair, std::int64_t> pairs{mostBaselines};
+    Distinct<UvPair, std::int64_t> pairs{mostBaselines};
     TimeRuns times;
 };
 
 UvGroupScan::UvGroupScan(AUVXFile& file, int what, const UvTimes& times)
-    : file_(file), what_(what), times_(times), found_(std::make_unique<Found>())
+    : file_(file), slices_(file), what_(what), times_(times), found_(std::make_unique<Found>())
 {
 }
 
 UvGroupScan::~UvGroupScan() = default;
 
-double UvGroupScan::done() const
-{
-    const std::int64_t groups = file_.header().groups;
-    return groups > 0 ? static_cast<double>(next_) / static_cast<double>(groups) : 1;
-}
-
 int UvGroupScan::step(std::int64_t bytes)
-{
-    try {
-        return goOn(bytes);
-    } catch (const std::bad_alloc&) {
-        error_ = noMemory;
-        return 0;
-    }
-}
-
-int UvGroupScan::goOn(std::int64_t bytes)
 {
     const int what = (what_ & (baselines | scans) ? UvGroups::baselines : 0) |
                      (what_ & (scans | totals) ? UvGroups::origins : 0) |
                      (what_ & scans || !times_.isAll() ? UvGroups::times : 0) |
                      (what_ & totals ? UvGroups::places | UvGroups::cellValues : 0);
-    const std::int64_t groups = file_.header().groups;
-    std::int64_t left = bytes;
-    do {
-        const auto count =
-            static_cast<int>(std::min<std::int64_t>(file_.blockGroups(), groups - next_));
-        if (count <= 0 || !error_.empty())
-            return 0;
-        if (!file_.readGroups(next_, count, what, groups_))
-            error_ = "has become shorter while it was read";
-        else if (!take(groups_))
-            error_ = "has more baselines than an observation can have";
-        else
-            next_ += count;
-        left -= count * file_.groupBytes();
-    } while (left > 0 && error_.empty());
-    return error_.empty() && next_ < groups;
+    return slices_.step(bytes, what, [this](const UvGroups& groups) {
+        if (!take(groups))
+            slices_.fail("has more baselines than an observation can have");
+    });
 }
 
 int UvGroupScan::take(const UvGroups& groups)

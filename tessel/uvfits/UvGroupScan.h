@@ -1,7 +1,7 @@
 #pragma once
 
 #include "tessel/api.h"
-#include "tessel/uvfits/AUVXFile.h"
+#include "tessel/uvfits/UvSlices.h"
 #include "tessel/uvfits/UvTimes.h"
 
 #include <cstdint>
@@ -40,9 +40,9 @@ public:
     /// 0 when all is done, or cannot be: then `error` is not empty.
     int step(std::int64_t bytes = std::int64_t{16} << 20);
     /// 0 to 1.
-    double done() const;
+    double done() const { return slices_.done(); }
     /// Why it ended early, a clause without its subject; "" else.
-    const std::string& error() const { return error_; }
+    const std::string& error() const { return slices_.error(); }
 
     /// Of the groups so far, by subarray and numbers. Those of groups that name no telescopes are
     /// left out.
@@ -64,17 +64,14 @@ private:
     }
     int take(const UvGroups& groups);
     int takeBaselines(const UvGroups& groups);
-    int goOn(std::int64_t bytes);
     void takeTimes(const UvGroups& groups);
     void addTotals(const UvGroups& groups);
 
     AUVXFile& file_;
+    UvSlices slices_;
     int what_;
     UvTimes times_;
     int hasScans_ = 1;
-    std::int64_t next_ = 0;
-    std::string error_;
-    UvGroups groups_;
     UvTotals totals_;
     std::unique_ptr<Found> found_;
 };

@@ -53,7 +53,7 @@ int isFinite(const UvVisibility& v)
 }  // namespace
 
 UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints)
-    : file_(file), marks_(std::move(marks)), mostPoints_(mostPoints)
+    : file_(file), slices_(file), marks_(std::move(marks)), mostPoints_(mostPoints)
 {
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
@@ -62,55 +62,26 @@ UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints
 
 UvPlotPoints::~UvPlotPoints() = default;
 
-double UvPlotPoints::done() const
-{
-    const std::int64_t groups = file_.header().groups;
-    return groups > 0 ? static_cast<double>(next_) / static_cast<double>(groups) : 1;
-}
-
 int UvPlotPoints::step(std::int64_t bytes)
-{
-    try {
-        return goOn(bytes);
-    } catch (const std::bad_alloc&) {
-        error_ = "needs more memory than there is";
-        return 0;
-    }
-}
-
-int UvPlotPoints::goOn(std::int64_t bytes)
 {
     constexpr int what = UvGroups::baselines | UvGroups::origins | UvGroups::places |
                          UvGroups::times | UvGroups::cellValues;
-    const std::int64_t groups = file_.header().groups;
-    std::int64_t left = bytes;
-    do {
-        const auto count =
-            static_cast<int>(std::min<std::int64_t>(file_.blockGroups(), groups - next_));
-        if (count <= 0 || !error_.empty())
-            return 0;
-        if (!file_.readGroups(next_, count, what, groups_)) {
-            error_ = "has become shorter while it was read";
-            return 0;
-        }
-        for (int i = 0; i < count; ++i)
-            takeGroup(i);
-        next_ += count;
-        left -= count * file_.groupBytes();
-    } while (left > 0);
-    return next_ < groups;
+    return slices_.step(bytes, what, [this](const UvGroups& groups) {
+        for (int i = 0; i < groups.count; ++i)
+            takeGroup(groups, i);
+    });
 }
 
-void UvPlotPoints::takeGroup(int i)
+void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
 {
     const UvHeader& header = file_.header();
     const auto g = static_cast<std::size_t>(i);
-    if (!marks_.times.holds(groups_.time[g]))
+    if (!marks_.times.holds(groups.time[g]))
         return;
     ++totals_.groups;
-    const double* frequency = choice_->frequenciesOf(groups_, g);
-    const double u = groups_.u[g];
-    const double v = groups_.v[g];
+    const double* frequency = choice_->frequenciesOf(groups, g);
+    const double u = groups.u[g];
+    const double v = groups.v[g];
     const double seconds = std::hypot(u, v);
     for (int f = 0; f < header.ifs; ++f)
         for (int c = 0; c < header.channels; ++c) {
@@ -119,7 +90,7 @@ void UvPlotPoints::takeGroup(int i)
             const int isPlace = hertz > 0 && std::isfinite(distance);
             const std::int64_t plottedBefore = plotted_;
             for (int s = 0; s < choice_->stokesCount(); ++s) {
-                const UvVisibility value = file_.visibility(groups_, i, f, c, s);
+                const UvVisibility value = file_.visibility(groups, i, f, c, s);
                 const int isFlagged = !(value.weight > 0);
                 const int isBad = !isFinite(value);
                 ++totals_.visibilities;
@@ -127,7 +98,7 @@ void UvPlotPoints::takeGroup(int i)
                 totals_.notFinite += isBad;
                 if (!isPlace || isFlagged || isBad || !choice_->takesStokes(s))
                     continue;
-                keep(distance, amplitudeOf(value), groups_.first + i);
+                keep(distance, amplitudeOf(value), groups.first + i);
             }
             if (plotted_ == plottedBefore)
                 continue;

@@ -4,6 +4,7 @@
 #include "tessel/uvfits/AUVXFile.h"
 #include "tessel/uvfits/UvGroupScan.h"
 #include "tessel/uvfits/UvMarks.h"
+#include "tessel/uvfits/UvSlices.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -59,9 +60,9 @@ public:
     /// 0 when all is done, or cannot be: then `error` is not empty.
     int step(std::int64_t bytes = std::int64_t{16} << 20);
     /// 0 to 1.
-    double done() const;
+    double done() const { return slices_.done(); }
     /// Why it ended early, a clause without its subject; "" else.
-    const std::string& error() const { return error_; }
+    const std::string& error() const { return slices_.error(); }
 
     /// Of the groups so far. Counts are of all visibilities, the ranges of those that are plotted.
     const UvTotals& totals() const { return totals_; }
@@ -88,8 +89,7 @@ public:
     int originOf(const UvPlotPoint& point, UvPointOrigin& origin);
 
 private:
-    int goOn(std::int64_t bytes);
-    void takeGroup(int i);
+    void takeGroup(const UvGroups& groups, int i);
     void keep(double distance, double amplitude, std::int64_t group);
     void append(const UvPlotPoint& point);
     void keepPlace(double u, double v);
@@ -97,11 +97,9 @@ private:
     int findOrigin(const UvPlotPoint& point, UvPointOrigin& origin);
 
     AUVXFile& file_;
+    UvSlices slices_;
     UvMarks marks_;
     std::size_t mostPoints_;
-    std::int64_t next_ = 0;
-    std::string error_;
-    UvGroups groups_;
     UvTotals totals_;
     std::int64_t plotted_ = 0;
     std::int64_t thinning_ = 1;

@@ -88,7 +88,7 @@ TEST(ClosureSelect, DataWithoutTrianglesLeavesNothingToChoose)
     const std::vector<MadeGroup> groups = {MadeGroup{}, MadeGroup{2, 2, 3}};
     AUVXFile file;
     std::string error;
-    ASSERT_TRUE(file.open(savedData("none.uvfits", groups), error)) << error;
+    ASSERT_TRUE(file.open(savedData("no_triangles.uvfits", groups), error)) << error;
     for (const auto& baselines : {baselinesOf(groups), std::vector<UvBaseline>()}) {
         AClosureSelectDlg dialog(file, baselines);
         ASSERT_TRUE(dialog.CreateModeless());
