@@ -171,7 +171,7 @@ void ABMapGraph::draw(CDC& dc, CRect& /*rect*/, TMinMax& /*range*/)
     if (cellRange().isEmpty())
         drawNoData(dc);
     else
-        drawBeam(dc, *axis(), beam_);
+        drawBeam(dc, *axis(), beam_, beamLook_);
 }
 
 void ABMapGraph::drawNoData(CDC& dc) const

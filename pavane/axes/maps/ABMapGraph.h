@@ -36,9 +36,12 @@ public:
     /// Titles with the markers of AB2DAxis, for example "[%sJy/beam]" for z.
     void setNames(const CString& x, const CString& y, const CString& z);
     void setHeaderText(int index, const CString& text);
-    /// The beam in units of RP; drawn in the lower left corner. Without one, none is drawn.
+    /// The beam in units of RP; drawn in a corner as its look says, at first hatched in the lower
+    /// left one. Without one, none is drawn.
     void setBeam(const MapBeam& beam) { beam_ = beam; }
     const MapBeam& beam() const { return beam_; }
+    void setBeamLook(const BeamLook& look) { beamLook_ = look; }
+    const BeamLook& beamLook() const { return beamLook_; }
 
     // What is found out about the cells at the first question and kept until cellsChanged.
     const MapRange& cellRange() const;
@@ -87,6 +90,7 @@ private:
     CString nameX_, nameY_, nameZ_;
     std::vector<CString> headerTexts_;
     MapBeam beam_;
+    BeamLook beamLook_;
     mutable MapRange cellRange_;
     mutable MapNoise noise_;
     mutable int hasRange_ = 0;

@@ -18,6 +18,8 @@ class PAVANE_API MapContours
 {
 public:
     void setLevels(const ContourLevels& levels);
+    /// As they were given.
+    const ContourLevels& wantedLevels() const { return levels_; }
     /// Colour of the lines; CLR_INVALID (at first): black, and over a colour map black or white,
     /// whichever stands out from the map at the level.
     void setColor(COLORREF color) { color_ = color; }

@@ -19,6 +19,7 @@ constexpr int outlinePoints = 72;
 constexpr double hatchPart = 0.22;
 constexpr COLORREF patchColor = RGB(255, 255, 255);
 constexpr COLORREF inkColor = RGB(0, 0, 0);
+constexpr double mostHatchLines = 1000;
 
 /// The part of the hatch line y - x = offset (y upwards) inside the ellipse given by its outline.
 int hatchLine(const std::vector<CPointF>& outline, double offset, CPointF ends[2])
@@ -35,6 +36,16 @@ int hatchLine(const std::vector<CPointF>& outline, double offset, CPointF ends[2
         ends[found++] = {a.x + t * (b.x - a.x), a.y + t * (b.y - a.y)};
     }
     return found == 2;
+}
+
+/// A square of `side`, `gap` from both edges of its corner of the plot.
+CRect patchOf(const CRect& plot, BeamCorner corner, int gap, int side)
+{
+    const int right = corner == BeamCorner::lowerRight || corner == BeamCorner::upperRight;
+    const int upper = corner == BeamCorner::upperLeft || corner == BeamCorner::upperRight;
+    const int x = right ? plot.right - gap - side : plot.left + gap;
+    const int y = upper ? plot.top + gap : plot.bottom - gap - side;
+    return {x, y, x + side, y + side};
 }
 
 }  // namespace
@@ -54,8 +65,26 @@ std::vector<CPointF> beamOutline(const MapBeam& beam, double xScale, double ySca
     return outline;
 }
 
-void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam)
+std::vector<CPointF> beamHatch(const std::vector<CPointF>& outline, double apart)
 {
+    double reach = 0;
+    for (const CPointF& p : outline)
+        reach = std::max(reach, std::fabs(p.x) + std::fabs(p.y));
+    std::vector<CPointF> lines;
+    if (!(apart > 0) || !(reach / apart < mostHatchLines))
+        return lines;
+    for (int i = static_cast<int>(std::ceil(-reach / apart)); i * apart < reach; ++i) {
+        CPointF ends[2];
+        if (hatchLine(outline, i * apart, ends))
+            lines.insert(lines.end(), {ends[0], ends[1]});
+    }
+    return lines;
+}
+
+void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam, const BeamLook& look)
+{
+    if (look.fill == BeamFill::none)
+        return;
     const CRect& rect = axis.getGraphRect();
     const TMinMax& range = axis.getMinMax();
     const double xScale = rect.Width() / std::fabs(range.xMax - range.xMin);
@@ -77,8 +106,7 @@ void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam)
         static_cast<int>(std::lround(2 * std::max(halfWidth, halfHeight) + 2 * margin));
     const int gap = units.ofFont(axis.getFHeight(),
                                  [](int height) { return static_cast<int>(height * marginPart); });
-    const CRect patch(rect.left + gap, rect.bottom - gap - side, rect.left + gap + side,
-                      rect.bottom - gap);
+    const CRect patch = patchOf(rect, look.corner, gap, side);
     const CPointF centre{(patch.left + patch.right - 1) / 2.0,
                          (patch.top + patch.bottom - 1) / 2.0};
     DeviceStrokes strokes(dc, axis, inkColor, units.line(axis.getFHeight(), 16));
@@ -86,20 +114,21 @@ void drawBeam(CDC& dc, ABAxis& axis, const MapBeam& beam)
     constexpr double leastApart = 3;  // pixels
     const double apart = std::max(leastApart * units.perPixel(), axis.getFHeight() * hatchPart) *
                          std::numbers::sqrt2;
-    const double reach = halfWidth + halfHeight;
-    for (int i = static_cast<int>(std::ceil(-reach / apart)); i * apart < reach; ++i) {
-        CPointF line[2];
-        if (!hatchLine(outline, i * apart, line))
-            continue;
-        for (CPointF& p : line)
-            p = {centre.x + p.x, centre.y - p.y};
-        strokes.polyline(line, 2);
+    const auto placed = [&](const CPointF& p) -> CPointF {
+        return {centre.x + p.x, centre.y - p.y};
+    };
+    if (look.fill == BeamFill::hatched) {
+        const std::vector<CPointF> hatch = beamHatch(outline, apart);
+        for (std::size_t i = 0; i + 1 < hatch.size(); i += 2) {
+            const CPointF line[] = {placed(hatch[i]), placed(hatch[i + 1])};
+            strokes.polyline(line, 2);
+        }
     }
     std::vector<CPointF> closed;
-    for (std::size_t i = 0; i <= outline.size(); ++i) {
-        const CPointF& p = outline[i % outline.size()];
-        closed.push_back({centre.x + p.x, centre.y - p.y});
-    }
+    for (std::size_t i = 0; i <= outline.size(); ++i)
+        closed.push_back(placed(outline[i % outline.size()]));
+    if (look.fill == BeamFill::filled)
+        strokes.fill(closed.data(), static_cast<int>(closed.size()), inkColor);
     strokes.polyline(closed.data(), static_cast<int>(closed.size()));
 }
 

@@ -80,6 +80,39 @@ void DeviceStrokes::dashes(const CPointF* points, int count, double dash, double
         polyline(piece.data(), static_cast<int>(piece.size()));
 }
 
+void DeviceStrokes::fill(const CPointF* points, int count, COLORREF fill)
+{
+    if (!intoRaster_) {
+        CBrush brush(fill);
+        CBrush* const old = dc_.SelectObject(&brush);
+        dc_.PolygonF(points, count);
+        dc_.SelectObject(old);
+        return;
+    }
+    ADIBase* const dib = axis_.dib();
+    if (!dib || count < 3)
+        return;
+    const auto [top, bottom] = std::minmax_element(
+        points, points + count, [](const CPointF& a, const CPointF& b) { return a.y < b.y; });
+    const auto index = static_cast<short>(axis_.paletteIndex(fill));
+    for (int y = nearest(top->y); y <= nearest(bottom->y); ++y) {
+        double left = top->x, right = top->x;
+        int crossings = 0;
+        for (int i = 0; i < count; ++i) {
+            const CPointF& a = points[i];
+            const CPointF& b = points[(i + 1) % count];
+            if ((a.y < y) == (b.y < y))
+                continue;
+            const double x = a.x + (y - a.y) / (b.y - a.y) * (b.x - a.x);
+            left = crossings ? std::min(left, x) : x;
+            right = crossings ? std::max(right, x) : x;
+            ++crossings;
+        }
+        if (crossings > 1)
+            dib->FillRect(CRect(nearest(left), y, nearest(right), y), index);
+    }
+}
+
 void DeviceStrokes::box(const CRect& rect, COLORREF fill)
 {
     if (!intoRaster_) {

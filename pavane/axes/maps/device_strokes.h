@@ -20,6 +20,8 @@ public:
     void polyline(const CPointF* points, int count);
     /// The same as dashes: `dash` on, `gap` off, measured along the line, an on part first.
     void dashes(const CPointF* points, int count, double dash, double gap);
+    /// The inside of a closed convex figure.
+    void fill(const CPointF* points, int count, COLORREF fill);
     /// A filled rectangle with an outline.
     void box(const CRect& rect, COLORREF fill);
 

@@ -15,6 +15,12 @@ namespace
 
 constexpr double lowestSigma = 3;
 
+constexpr struct Prefix {
+    std::string_view name;
+    LevelUnit unit;
+} prefixes[] = {
+    {"peak:", LevelUnit::peak}, {"sigma:", LevelUnit::noise}, {"abs:", LevelUnit::absolute}};
+
 std::vector<double> automaticLevels(double peak, double noise)
 {
     const double low = lowestSigma * noise;
@@ -34,12 +40,6 @@ std::vector<double> automaticLevels(double peak, double noise)
 
 int ContourLevels::read(const CString& text)
 {
-    struct Prefix {
-        std::string_view name;
-        LevelUnit unit;
-    };
-    constexpr Prefix prefixes[] = {
-        {"peak:", LevelUnit::peak}, {"sigma:", LevelUnit::noise}, {"abs:", LevelUnit::absolute}};
     for (const Prefix& prefix : prefixes) {
         if (!text.starts_with(prefix.name))
             continue;
@@ -62,6 +62,21 @@ int ContourLevels::read(const CString& text)
         return 1;
     }
     return 0;
+}
+
+CString ContourLevels::text() const
+{
+    if (unit == LevelUnit::automatic)
+        return "auto";
+    if (factors.empty())
+        return "none";
+    CString text;
+    for (const Prefix& prefix : prefixes)
+        if (prefix.unit == unit)
+            text = prefix.name;
+    for (std::size_t i = 0; i < factors.size(); ++i)
+        text += (i > 0 ? "," : "") + valToStr(factors[i]);
+    return text;
 }
 
 std::vector<double> ContourLevels::values(double peak, double noise) const
