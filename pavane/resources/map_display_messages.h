@@ -15,8 +15,7 @@ inline constexpr const char* displayBeamSizeText = "Major and minor have to lie 
 inline constexpr const char* displayBeamOrderText = "The minor axis is longer than the major one";
 inline constexpr const char* displayTitleText = "A title has at most 400 characters";
 
-inline constexpr const char* presetNameText =
-    "A name has 1 to 60 characters and no '|' among them";
+inline constexpr const char* presetNameText = "A name has 1 to 60 characters and no '|' among them";
 inline constexpr const char* presetsFullText = "There are 50 presets already";
 inline constexpr const char* noPresetText = "Choose a preset first";
 inline constexpr const char* presetNotKeptText = "The profile cannot be written";
@@ -34,6 +33,8 @@ inline constexpr const char* beamCornerTexts[] = {"Lower left", "Lower right", "
 inline constexpr const char* beamUnitTexts[] = {"mas", "arcsec", "arcmin", "deg"};
 inline constexpr const char* beamAxisUnitText = "of the axes";
 inline constexpr const char* automaticColourText = "Whichever stands out";
+inline constexpr const char* ownColourText = "Another colour";
+inline constexpr const char* contourColourTitle = "Colour of contours";
 inline constexpr const char* beamViewName = "Beam";
 
 }  // namespace pavane
