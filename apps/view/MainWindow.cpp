@@ -208,7 +208,9 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     options_.hasRange = 0;
     options_.play = {};
     const int hasColours = colours_ && colours_->GetSafeHwnd();
-    colours_.reset();
+    closeMapDialogs();
+    dirtyBeam_.forget();
+    giveStyle(opened->picture());
     auto* const areas = new ATrackerArrayInAxis;
     setUpPointer(*areas);
     session_.begin(file);
@@ -284,7 +286,7 @@ void MainWindow::OnDestroy()
 {
     // without OnClose before it the session ends in disorder: leave a copy to come back to
     writeCopy();
-    colours_.reset();
+    closeMapDialogs();
     created_ = 0;
     if (host_)
         host_->windowClosed(*this);

@@ -2,6 +2,7 @@
 
 #include "apps/view/AreaSession.h"
 #include "apps/view/CubeCells.h"
+#include "apps/view/DirtyBeamFile.h"
 #include "apps/view/MapDocument.h"
 #include "apps/view/MapWindow.h"
 #include "apps/view/ModelPanel.h"
@@ -14,6 +15,8 @@
 #include "apps/view/StatusLine.h"
 #include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
+#include "pavane/axes/dialogs/ABeamDlg.h"
+#include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
 #include "pavane/axes/windows/ATrackerToolBar.h"
@@ -22,6 +25,7 @@
 #include "platform/splitter.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -147,6 +151,13 @@ private:
     void setPalette(std::size_t i);
     void setScale(ViewScale scale);
     void showColours();
+    void showDisplaySheet();
+    void showBeam();
+    void displayShown(const MapDisplay& display);
+    void giveStyle(MapPicture& picture) const;
+    double arcseconds() const;
+    DirtyBeamFinder beamFinder();
+    void closeMapDialogs();
     void levelsChanged();
     void loadLook();
     void storeLook() const;
@@ -188,6 +199,10 @@ private:
     std::vector<CString> palettes_;
     std::unique_ptr<CubeCells> cubeCells_;  ///< for the dialog
     std::unique_ptr<APalettePlayDlg> colours_;
+    std::unique_ptr<AMapDisplayDlg> display_;
+    std::unique_ptr<ABeamDlg> beam_;
+    DirtyBeamFile dirtyBeam_;
+    std::optional<MapDisplay> styleOfAll_;  ///< of maps that are opened; none: as the options say
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
     int copyFailed_ = 0;

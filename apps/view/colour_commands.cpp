@@ -89,6 +89,8 @@ void MainWindow::levelsChanged()
         return;
     applyLevels(map_->picture(), options_);
     view_.ContentChanged();
+    if (display_)
+        display_->DisplayChanged();
     surface_.Follow();
 }
 

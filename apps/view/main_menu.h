@@ -42,6 +42,8 @@ enum ViewCommand : unsigned {
     idPreviousPlane,
     idPlayPlanes,
     idColours,
+    idDisplay,
+    idBeam,
     idSurface,  ///< the map in a box beside it
     idKeys = 40301,
     idAbout,
@@ -116,6 +118,8 @@ inline constexpr MenuItem viewItems[] = {
     {"&Palette", 0, paletteItems, std::size(paletteItems)},
     {"&Scale", 0, scaleItems, std::size(scaleItems)},
     {"Colo&urs...\tP", idColours, nullptr, 0},
+    {"Map &display...", idDisplay, nullptr, 0},
+    {"&Beam...", idBeam, nullptr, 0},
     {"&Contours", idContours, nullptr, 0},
     {"Contour &levels...", idContourLevels, nullptr, 0},
     menuLine,

@@ -10,9 +10,11 @@ namespace pavane
 namespace
 {
 
-/// The levels asked for, as values of the map.
+/// The levels asked for; as values of the map where only these can say them.
 ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph)
 {
+    if (!choice.none && !choice.goesOn)
+        return choice.list;
     ContourLevels levels;
     levels.unit = LevelUnit::absolute;
     if (!graph.cellRange().isEmpty())

@@ -71,6 +71,12 @@ int MainWindow::runViewCommand(unsigned id)
     case idColours:
         showColours();
         return 1;
+    case idDisplay:
+        showDisplaySheet();
+        return 1;
+    case idBeam:
+        showBeam();
+        return 1;
     case idContours:
         toggleContours();
         return 1;

@@ -37,7 +37,9 @@ void AMapDisplayDlg::Show(const MapDisplay& display)
     if (!window())
         return;
     window()->BeginViewGesture();
-    (void)showDisplay(*window(), display);
+    const LifeWatch self(life_);
+    if (showDisplay(*window(), display) && self.alive())
+        OnDisplayShown(display);
 }
 
 void AMapDisplayDlg::DisplayChanged()

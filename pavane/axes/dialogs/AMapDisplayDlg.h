@@ -39,6 +39,9 @@ public:
     /// "To all maps": the host gives the style of this display to its other maps (styleFor).
     virtual void OnForAllMaps(const MapDisplay& display) { (void)display; }
 
+    /// The map is displayed in another way now, by the sheet.
+    virtual void OnDisplayShown(const MapDisplay& display) { (void)display; }
+
     const DirtyBeamFinder& dirtyBeam() const { return finder_; }
     double arcseconds() const { return arcseconds_; }
 
