@@ -16,6 +16,7 @@
 #include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
 #include "pavane/axes/dialogs/ABeamDlg.h"
+#include "pavane/axes/dialogs/ABeamWnd.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
@@ -153,6 +154,7 @@ private:
     void showColours();
     void showDisplaySheet();
     void showBeam();
+    void showDirtyBeam();
     void displayShown(const MapDisplay& display);
     void giveStyle(MapPicture& picture) const;
     double arcseconds() const;
@@ -202,7 +204,8 @@ private:
     std::unique_ptr<AMapDisplayDlg> display_;
     std::unique_ptr<ABeamDlg> beam_;
     DirtyBeamFile dirtyBeam_;
-    std::optional<MapDisplay> styleOfAll_;  ///< of maps that are opened; none: as the options say
+    std::unique_ptr<ABeamWnd> beamNumbers_;  ///< of that
+    std::optional<MapDisplay> styleOfAll_;   ///< of maps that are opened; none: as the options say
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
     int copyFailed_ = 0;

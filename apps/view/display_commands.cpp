@@ -3,6 +3,9 @@
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 
+#include "platform/message.h"
+#include "tessel/paths.h"
+
 #include <utility>
 
 namespace pavane
@@ -76,6 +79,31 @@ void MainWindow::showBeam()
         (void)beam_->ShowWindow(SW_SHOW);
 }
 
+/// Asks for the file each time, as a map may have several beams; the dialogs then fit that one.
+void MainWindow::showDirtyBeam()
+{
+    if (!map_)
+        return;
+    DirtyBeamFile file;
+    DirtyBeam beam;
+    CString error;
+    auto shown = std::make_unique<ABeamWnd>();
+    if (!file.find(this, map_->file(), beam, error)) {
+        if (!error.empty())
+            AfxMessageBox(error, MB_ICONERROR);
+        return;
+    }
+    constexpr CRect place(80, 80, 1080, 680);
+    if (!shown->CreateBeam(*file.content(), baseNameOf(file.file()), WS_OVERLAPPEDWINDOW, place,
+                           this, error)) {
+        AfxMessageBox(baseNameOf(file.file()) + ": " + error, MB_ICONERROR);
+        return;
+    }
+    beamNumbers_ = std::move(shown);  // the one before goes with what it showed
+    dirtyBeam_ = std::move(file);
+    (void)beamNumbers_->ShowWindow(SW_SHOW);
+}
+
 /// The menu and the profile go by the options, and so does the next plane.
 void MainWindow::displayShown(const MapDisplay& display)
 {
@@ -104,6 +132,7 @@ void MainWindow::closeMapDialogs()
     colours_.reset();
     display_.reset();
     beam_.reset();
+    beamNumbers_.reset();
 }
 
 }  // namespace pavane

@@ -44,6 +44,7 @@ enum ViewCommand : unsigned {
     idColours,
     idDisplay,
     idBeam,
+    idDirtyBeam,
     idSurface,  ///< the map in a box beside it
     idKeys = 40301,
     idAbout,
@@ -120,6 +121,7 @@ inline constexpr MenuItem viewItems[] = {
     {"Colo&urs...\tP", idColours, nullptr, 0},
     {"Map &display...", idDisplay, nullptr, 0},
     {"&Beam...", idBeam, nullptr, 0},
+    {"Di&rty beam...", idDirtyBeam, nullptr, 0},
     {"&Contours", idContours, nullptr, 0},
     {"Contour &levels...", idContourLevels, nullptr, 0},
     menuLine,

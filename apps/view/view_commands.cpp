@@ -77,6 +77,9 @@ int MainWindow::runViewCommand(unsigned id)
     case idBeam:
         showBeam();
         return 1;
+    case idDirtyBeam:
+        showDirtyBeam();
+        return 1;
     case idContours:
         toggleContours();
         return 1;

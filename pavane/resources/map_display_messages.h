@@ -35,6 +35,14 @@ inline constexpr const char* beamAxisUnitText = "of the axes";
 inline constexpr const char* automaticColourText = "Whichever stands out";
 inline constexpr const char* ownColourText = "Another colour";
 inline constexpr const char* contourColourTitle = "Colour of contours";
+inline constexpr const char* noBeamShapeText = "The map has no value above 0: it is no dirty beam";
+inline constexpr const char* noBeamWindowText = "The window cannot be made";
+inline constexpr const char* beamTableTitles[] = {"Of the dirty beam", "Value", "Unit"};
+inline constexpr const char* majorCutText = "major axis";
+inline constexpr const char* majorFitText = "major, fitted";
+inline constexpr const char* minorCutText = "minor axis";
+inline constexpr const char* minorFitText = "minor, fitted";
+inline constexpr const char* fromPeakText = "Distance from the peak";
 inline constexpr const char* beamViewName = "Beam";
 
 }  // namespace pavane
