@@ -11,8 +11,15 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/AStatHistGraph.h
     pavane/axes/axis_options.h
     pavane/axes/axis_settings.h
+    pavane/axes/dialogs/ABeamDlg.h
+    pavane/axes/dialogs/ABeamTbl.h
+    pavane/axes/dialogs/ABeamViewWnd.h
+    pavane/axes/dialogs/ABeamWnd.h
     pavane/axes/dialogs/AHistogramWnd.h
+    pavane/axes/dialogs/AMapDisplayDlg.h
     pavane/axes/dialogs/APalettePlayDlg.h
+    pavane/axes/dialogs/DirtyBeam.h
+    pavane/axes/dialogs/show_map_display.h
     pavane/axes/box/A2_3D2ZAxis.h
     pavane/axes/box/A2_3DAxis.h
     pavane/axes/box/A3DLinesGraph.h
@@ -27,8 +34,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/ALevelsColorGraph.h
     pavane/axes/maps/ALevelsGraph.h
     pavane/axes/maps/beam_mark.h
+    pavane/axes/maps/BeamLook.h
     pavane/axes/maps/cells/AMapHistogram.h
     pavane/axes/maps/cells/AMatrixAccess.h
+    pavane/axes/maps/cells/beam_shape.h
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/fit_beam.h
     pavane/axes/maps/cells/map_scale.h
@@ -41,9 +50,11 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/map_unit.h
     pavane/axes/maps/MapContent.h
     pavane/axes/maps/MapContours.h
+    pavane/axes/maps/MapDisplay.h
     pavane/axes/maps/MapFigure.h
     pavane/axes/maps/MapFrame.h
     pavane/axes/maps/MapPicture.h
+    pavane/axes/maps/MapPresets.h
     pavane/axes/multi/A2DAxisMulti.h
     pavane/axes/multi/AGraphXYErrors.h
     pavane/axes/multi/AYScale.h
@@ -295,7 +306,9 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/box/HiddenLines.h
     pavane/axes/box/SurfaceGrid.h
     pavane/axes/box/SurfaceSight.h
+    pavane/axes/dialogs/BeamControls.h
     pavane/axes/maps/AxisPalette.h
+    pavane/axes/maps/beam_form.h
     pavane/axes/maps/cells/contour_lines.h
     pavane/axes/maps/cells/KeptPixels.h
     pavane/axes/maps/cells/map_picture.h

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/axes/dialogs/BeamControls.h"
+#include "pavane/axes/dialogs/DirtyBeam.h"
 #include "pavane/axes/maps/MapContent.h"
 
 #include <memory>

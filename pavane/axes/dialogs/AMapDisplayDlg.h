@@ -1,6 +1,7 @@
 #pragma once
 
-#include "pavane/axes/dialogs/BeamControls.h"
+#include "pavane/axes/dialogs/DirtyBeam.h"
+#include "pavane/axes/maps/MapDisplay.h"
 #include "pavane/containers/LifeWatch.h"
 #include "platform/property_sheet.h"
 

@@ -1,29 +1,15 @@
 #pragma once
 
 #include "pavane/axes/dialogs/ABeamViewWnd.h"
+#include "pavane/axes/dialogs/DirtyBeam.h"
 #include "pavane/axes/maps/beam_form.h"
 #include "pavane/axes/maps/MapDisplay.h"
-#include "pavane/axes/ranges/TMinMax.h"
-
-#include <functional>
 
 namespace pavane
 {
 
-class AMatrixAccess;
 class CComboBox;
 class CDialog;
-
-/// A dirty beam: its cells, where their centres lie, and how many arcseconds a unit of these has,
-/// 0 when it is not on the sky.
-struct DirtyBeam {
-    const AMatrixAccess* cells = nullptr;
-    TMinMax centres;
-    double arcseconds = 0;
-};
-/// Fetches a dirty beam, which has to stay until the next call; 0 when there is none. May ask the
-/// user for a file.
-using DirtyBeamFinder = std::function<int(DirtyBeam& beam, CString& error)>;
 
 /// The controls of a beam, on whichever dialog has them: numbers with a unit, how it is drawn and
 /// where, the beam as it is typed, and "Fit".

@@ -1,5 +1,6 @@
 // The pages of a map's display that change a part of it each.
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
+#include "pavane/axes/dialogs/BeamControls.h"
 #include "pavane/axes/dialogs/DisplayPage.h"
 #include "pavane/images/palettes.h"
 #include "pavane/resources/map_display_dialog.h"
