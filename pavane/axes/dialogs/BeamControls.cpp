@@ -129,11 +129,10 @@ int BeamControls::fit(CString& error)
 {
     DirtyBeam dirty;
     MapBeam beam;
-    if (!finder_ || !finder_(dirty, error) || !dirty.cells) {
-        if (error.empty())
-            error = noDirtyBeamText;
-        return 0;
-    }
+    if (!finder_ || !finder_(dirty, error))
+        return 0;  // a user who gave up need not be told
+    if (!dirty.cells)
+        return error = noDirtyBeamText, 0;
     if (!fitBeam(*dirty.cells, dirty.centres, beam))
         return error = noBeamFitText, 0;
     if (isOnSky(arcseconds_) && isOnSky(dirty.arcseconds)) {

@@ -18,7 +18,7 @@ struct DirtyBeam {
     double arcseconds = 0;
 };
 /// Fetches a dirty beam, which has to stay until the next call; 0 when there is none, and then a
-/// line in `error` says why, or none for the user knows. May ask the user for a file.
+/// line in `error` says why, unless the user gave up. May ask the user for a file.
 using DirtyBeamFinder = std::function<int(DirtyBeam& beam, CString& error)>;
 
 }  // namespace pavane

@@ -71,9 +71,12 @@ int BeamForm::beam(double arcseconds, MapBeam& beam, CString& error, int& faulty
     if (values[1] > values[0])
         return error = displayBeamOrderText, 0;
     const double scale = axisUnits(unit, arcseconds);
-    beam = {values[0] * scale, values[1] * scale, values[2]};
+    const MapBeam typed{values[0] * scale, values[1] * scale, values[2]};
     faulty = 0;
-    return beam.isSet() && std::isfinite(beam.major) ? 1 : (error = displayBeamSizeText, 0);
+    if (!typed.isSet() || !std::isfinite(typed.major))
+        return error = displayBeamSizeText, 0;
+    beam = typed;
+    return 1;
 }
 
 }  // namespace pavane

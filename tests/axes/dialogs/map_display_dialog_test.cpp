@@ -176,8 +176,11 @@ TEST_F(Sheet, KeepsPresetsThatLeaveToAMapWhatIsItsOwn)
 
 TEST_F(Sheet, OutlivesItsWindow)
 {
+    sheet = std::make_unique<Told>(*window, 1);  // without a parent that takes it along
+    ASSERT_TRUE(sheet->CreateModeless());
     CDialog& shownPage = page(beam);
     window.reset();
+    ASSERT_TRUE(sheet->GetSafeHwnd());
     typeInto(shownPage, IDC_BEAM_MAJOR, "9");
     press(ID_APPLY_NOW);
     press(IDCANCEL);
