@@ -55,10 +55,7 @@ const MapContours* contoursOf(const ABMapGraph& graph)
     return lines ? &lines->contours() : nullptr;
 }
 
-CString MapTitles::valueTitle() const
-{
-    return isPlainValue ? value : value + titleUnit(unit);
-}
+CString MapTitles::valueTitle() const { return isPlainValue ? value : value + titleUnit(unit); }
 
 void MapTitles::setValueTitle(const CString& title)
 {
