@@ -1,5 +1,6 @@
 // The sheet of a map's display and the dialog of its beam.
 #include "pavane/axes/dialogs/ABeamDlg.h"
+#include "pavane/axes/dialogs/ABeamWnd.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/show_map_display.h"
 #include "pavane/resources/map_display_ids.h"
@@ -18,6 +19,18 @@ using namespace pavane;
 
 namespace
 {
+
+/// Full widths of 12 cells up and 8 across.
+AMatrix<float> dirtyBeam()
+{
+    AMatrix<float> dirty(64, 64);
+    for (int r = 0; r < 64; ++r)
+        for (int c = 0; c < 64; ++c) {
+            const double x = (c - 32) / 8.0, y = (r - 32) / 12.0;
+            dirty(r, c) = static_cast<float>(std::exp(-4 * std::numbers::ln2 * (x * x + y * y)));
+        }
+    return dirty;
+}
 
 /// A map with contours and a beam.
 struct MapShown {
@@ -190,12 +203,7 @@ TEST_F(Sheet, OutlivesItsWindow)
 TEST(BeamDlg, DrawsWhileTypedChangesUnitsFitsAndTakesBack)
 {
     MapShown map;
-    AMatrix<float> dirty(64, 64);
-    for (int r = 0; r < 64; ++r)
-        for (int c = 0; c < 64; ++c) {
-            const double x = (c - 32) / 8.0, y = (r - 32) / 12.0;
-            dirty(r, c) = static_cast<float>(std::exp(-4 * std::numbers::ln2 * (x * x + y * y)));
-        }
+    const AMatrix<float> dirty = dirtyBeam();
     const AFloatMatrixAccess cells(dirty);
     ABeamDlg dialog(*map.window, 60, &map.window->top);
     int found = 0;
@@ -225,4 +233,30 @@ TEST(BeamDlg, DrawsWhileTypedChangesUnitsFitsAndTakesBack)
     dialog.SendMessage(WM_COMMAND, IDCANCEL);
     EXPECT_EQ(map.shown().beam.major, 4);
     EXPECT_EQ(map.window->pixels(), before);
+}
+
+TEST(BeamWnd, ShowsMapCutsAndNumbersOfABeamAndRefusesOthers)
+{
+    MapContent content;
+    content.map.cells = dirtyBeam();
+    content.frame = frameOf(content.map.header, 64, 64);
+    const AFloatMatrixAccess cells(content.map.cells);
+    content.range = mapRange(cells);
+    CString error;
+    const CRect place(0, 0, 900, 600);
+    ABeamWnd window;
+    ASSERT_TRUE(window.CreateBeam(content, "beam", WS_POPUP | WS_VISIBLE, place, nullptr, error));
+    window.UpdateWindow();
+    EXPECT_NEAR(window.GetShape().fitted.major, 12, 0.01);
+    EXPECT_NEAR(window.GetCut(0).halfWidth(), 12, 0.2);
+    EXPECT_NEAR(window.GetCut(1).halfWidth(), 8, 0.2);
+    EXPECT_EQ(window.cutsWindow().GetPlot()->childs().count(), 6);  // cut, Gaussian and marks each
+    EXPECT_EQ(window.table().cellAsStr(2, 1, nullptr), "12");
+    EXPECT_EQ(window.table().hdrCellAsStr(2, 0, nullptr), "Fitted major axis");
+    window.DestroyWindow();
+    content.map.cells.fill(-1);
+    ABeamWnd none;
+    EXPECT_FALSE(none.CreateBeam(content, "none", WS_POPUP, place, nullptr, error));
+    EXPECT_EQ(error, noBeamShapeText);
+    EXPECT_FALSE(none.GetSafeHwnd());
 }
