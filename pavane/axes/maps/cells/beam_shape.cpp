@@ -63,12 +63,17 @@ void markLobe(const AMatrix<float>& map, int row, int column, AMatrix<unsigned c
     }
 }
 
+int isOnMap(const AMatrixAccess& cells, double row, double column)
+{
+    constexpr double rounding = 1e-6;
+    return row >= -rounding && row <= cells.rows() - 1 + rounding && column >= -rounding &&
+           column <= cells.columns() - 1 + rounding;
+}
+
 /// The value between four cells; not a number beside the map.
 double valueAt(const AMatrixAccess& cells, double row, double column)
 {
-    constexpr double rounding = 1e-6;
-    if (!(row >= -rounding && row <= cells.rows() - 1 + rounding && column >= -rounding &&
-          column <= cells.columns() - 1 + rounding))
+    if (!isOnMap(cells, row, column))
         return notNumber;
     const double inRow = std::clamp(row, 0.0, cells.rows() - 1.0);
     const double inColumn = std::clamp(column, 0.0, cells.columns() - 1.0);
@@ -167,9 +172,8 @@ BeamCut cutBeam(const AMatrixAccess& cells, const TMinMax& centres, const BeamPo
         const double value = valueAt(cells, row, column);
         if (i == 0)
             middle = cut.value.size();
-        else if (!std::isfinite(value) && (cut.value.empty() || i > 0))
-            if (column < -1 || column > cells.columns() || row < -1 || row > cells.rows())
-                continue;  // beside the map
+        else if (!isOnMap(cells, row, column))
+            continue;
         cut.distance.push_back(at);
         cut.value.push_back(value);
     }
