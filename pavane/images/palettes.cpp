@@ -37,12 +37,13 @@ std::vector<PaletteFollower*>& followers()
 std::vector<CString> paletteFolders()
 {
     const CString program = getExePath();
-    return {program,
+    // who saves one under a name of the program wants to get it under that name
+    return {UserPaletteFolder(),
+            program,
             program + "../share/pavane/palettes/",
             program + "../share/pavane/",
             PAVANE_SHARE_DIR "/",
-            PAVANE_PALETTE_SOURCE_DIR "/",
-            UserPaletteFolder()};
+            PAVANE_PALETTE_SOURCE_DIR "/"};
 }
 
 int usePalette(const PALETTEENTRY* colors, const CString& name)

@@ -10,9 +10,9 @@ namespace pavane
 {
 
 // The one palette of the module that the pixels of rasters index: 226 map colours, then the ten
-// working colours. Palette files end in ".pal" and are looked for beside the program, then in
-// ../share/pavane/palettes and ../share/pavane from there, then where the library was installed,
-// then in the folder of the user.
+// working colours. Palette files end in ".pal" and are looked for in the folder of the user, then
+// beside the program, then in ../share/pavane/palettes and ../share/pavane from there, then where
+// the library was installed.
 
 /// Address of the module's palette handle, which is null until a palette is loaded. The handle
 /// stays the same when another palette is loaded.
