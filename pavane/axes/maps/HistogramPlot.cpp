@@ -1,5 +1,7 @@
 #include "pavane/axes/maps/HistogramPlot.h"
 
+#include "pavane/images/color_slope.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -12,7 +14,6 @@ namespace
 
 constexpr int handleReach = 5;
 constexpr int curveReach = 8;
-constexpr double finePart = 0.1;
 /// Of what is shown: beyond the range on each side, and one step of a key.
 constexpr double airPart = 0.2;
 constexpr double stepPart = 0.005;
@@ -21,16 +22,6 @@ constexpr double leastPart = 1e-6;
 constexpr double biasStep = 0.01;
 constexpr double contrastStep = 1.05;
 constexpr int coarseSteps = 10;
-constexpr double contrastOfHeight = 10;
-constexpr double leastContrast = 0.01;
-constexpr double mostContrast = 1000;
-
-/// A contrast times `factor`, which never reaches 0 and keeps its sign.
-double steeper(double contrast, double factor)
-{
-    const double slope = std::clamp(std::fabs(contrast), leastContrast, mostContrast) * factor;
-    return std::copysign(std::clamp(slope, leastContrast, mostContrast), contrast);
-}
 
 }  // namespace
 

@@ -1,5 +1,7 @@
 #include "pavane/axes/windows/PlayDrag.h"
 
+#include "pavane/images/color_slope.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -12,11 +14,6 @@ namespace
 
 /// A press that moves less than this in both directions is a click.
 constexpr int leastMove = 3;
-constexpr double finePart = 0.1;
-/// The height of the plot changes the contrast by this factor.
-constexpr double contrastOfHeight = 10;
-constexpr double leastContrast = 0.01;
-constexpr double mostContrast = 1000;
 
 }  // namespace
 
@@ -41,14 +38,10 @@ int PlayDrag::moveTo(CPoint point, int fine)
     across_ += fine ? dx * finePart : dx;
     up_ += fine ? dy * finePart : dy;
     play_.bias = before_.bias + across_ / size_.cx;
-    const double slope = std::clamp(std::fabs(before_.contrast), leastContrast, mostContrast);
-    const double drawn = slope * std::pow(contrastOfHeight, up_ / size_.cy);
     // where the drag goes neither up nor down, a contrast that no drag makes stays
-    if (up_ != 0)
-        play_.contrast =
-            std::copysign(std::clamp(drawn, leastContrast, mostContrast), before_.contrast);
-    else
-        play_.contrast = before_.contrast;
+    play_.contrast = up_ == 0
+                         ? before_.contrast
+                         : steeper(before_.contrast, std::pow(contrastOfHeight, up_ / size_.cy));
     return 1;
 }
 
