@@ -22,6 +22,8 @@ inline constexpr const char* sharedPaletteText = "As all maps";
 inline constexpr const char* ownPaletteText = "Own colours";
 inline constexpr const char* colorBlindSafeText = " (colour-blind safe)";
 
+inline constexpr const char* planesText = "Counting the cells of all planes";
+inline constexpr const char* planesLeftText = "Given up; the cells are those of this plane";
 inline constexpr const char* noNumberText = "That is no number";
 inline constexpr const char* rangeOrderText = "Low has to lie below high";
 inline constexpr const char* gammaText = "Gamma has to lie above 0";

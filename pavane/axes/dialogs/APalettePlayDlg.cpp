@@ -3,15 +3,20 @@
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/axes/windows/AAxisWnd.h"
+#include "pavane/images/palettes.h"
 #include "pavane/resources/play_dialog.h"
 #include "pavane/resources/play_messages.h"
+#include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "pavane/windows/AProgressDlg.h"
 #include "platform/accessibility.h"
 #include "platform/controls.h"
 #include "platform/screens.h"
+#include "tessel/rounding.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -183,6 +188,7 @@ int APalettePlayDlg::OnInitDialog()
     if (graph())
         opened_ = ColorLook(*graph());
     fillPalettes();
+    openedPalette_ = GetGlobalPaletteName();
     listen(1);
     countCells();
     SetTimer(lookTimer, lookPause);
@@ -217,6 +223,7 @@ MapPart APalettePlayDlg::chosenPart()
     if (cells_ == Cells::view)
         part = partInView(*map);
     ATrackerArrayInAxis& areas = *window()->GetTrackers();
+    shownAreas_ = outlinesOf(areas);
     if (cells_ != Cells::areas || areas.trackerCount() == 0)
         return part;
     mask_ = ABitMatrix(map->cells().rows(), map->cells().columns());
@@ -225,18 +232,65 @@ MapPart APalettePlayDlg::chosenPart()
     return part;
 }
 
+/// Does what goes over the chosen cells so many times. All planes of a cube may take minutes: then
+/// it is told how far that is, and the user may give up.
+void APalettePlayDlg::overCells(int ways, const std::function<void()>& work)
+{
+    if (!isOfPlanes())
+        return work();
+    constexpr int pieces = 1000;
+    const AProgress progress;
+    AProgressWriter writer(progress);
+    const std::vector<double> steps(static_cast<std::size_t>(ways), 1.0);
+    writer.SetSteps(steps);
+    AProgressDlg dialog(this);
+    dialog.SetAlone(1);
+    dialog.Follow(progress, planesText);
+    int told = pieces;  // of a way before the first
+    histogram_.setGoing([&](double done) {
+        const int now = truncated(done * pieces);
+        if (now < told) {
+            writer.SetTotal(pieces);
+            told = 0;
+        }
+        writer.Advance(now - std::exchange(told, now));
+        return dialog.Look();
+    });
+    counting_ = 1;
+    work();
+    counting_ = 0;
+    histogram_.setGoing(nullptr);
+    (void)writer.Finish();
+}
+
+/// The user gave up: the cells of the map are at hand.
+void APalettePlayDlg::leavePlanes()
+{
+    cells_ = Cells::map;
+    countCells();
+    note(planesLeftText);
+}
+
 void APalettePlayDlg::countCells()
 {
+    if (counting_)
+        return;
     histogram_.clear();
     if (graph()) {
-        const int all = cells_ == Cells::planes && planes_.size() > 1;
+        const AMatrixAccess& cells =
+            isOfPlanes() ? static_cast<const AMatrixAccess&>(*stacked_) : graph()->cells();
         shownPart_ = chosenPart();
         shownMask_ = shownPart_.mask ? mask_ : ABitMatrix();
         shownPart_.mask = shownMask_.rows() > 0 ? &shownMask_ : nullptr;
-        (void)histogram_.set(all ? static_cast<const AMatrixAccess&>(*stacked_) : graph()->cells(),
-                             shownPart_);
+        overCells(2, [&] {
+            (void)histogram_.set(cells, shownPart_);
+            countBars();
+        });
+        if (histogram_.isBrokenOff())
+            return leavePlanes();
+    } else {
+        countBars();
     }
-    countBars();
     refresh();
 }
 
@@ -248,24 +302,22 @@ TMnMx APalettePlayDlg::wantedBars() const
                                    {scale.low(), scale.high()});
 }
 
-/// Goes over the cells.
 void APalettePlayDlg::countBars()
 {
     if (!graph() || histogram_.count() < 1)
         return histogramWindow_.SetCounts({}, {});
     const TMnMx shown = wantedBars();
-    histogramWindow_.SetCounts(histogram_.counts(shown.min, shown.max, barsCounted), shown);
+    histogramWindow_.SetCounts(histogram_.bars(shown.min, shown.max, barsCounted), shown);
 }
 
 void APalettePlayDlg::MapChanged()
 {
-    if (!GetSafeHwnd())
+    if (!GetSafeHwnd() || counting_)
         return;
     // all planes are the same whichever of them is shown
-    if (graph() && cells_ == Cells::planes && histogram_.count() > 0)
-        refresh();
-    else
-        countCells();
+    if (graph() && isOfPlanes() && histogram_.count() > 0)
+        return refresh();
+    countCells();
     if (!byPlane_ || !graph() || rule_.kind == RangeRule::Kind::fixed)
         return;
     ColorLook look(*graph());
@@ -279,12 +331,12 @@ void APalettePlayDlg::OnTimer(unsigned id)
         return AResizeDialog::OnTimer(id);
     if (!window())
         return (void)PostMessage(WM_CLOSE);  // the map has gone
-    if (histogramWindow_.IsDragged() || (cells_ != Cells::view && cells_ != Cells::areas))
+    if (histogramWindow_.IsDragged() || counting_)
         return;
-    const MapPart part = chosenPart();
-    const int same = part.rows == shownPart_.rows && part.columns == shownPart_.columns &&
-                     (part.mask ? mask_ == shownMask_ : shownMask_.rows() == 0);
-    if (!same)
+    if (cells_ == Cells::areas && outlinesOf(*window()->GetTrackers()) != shownAreas_)
+        return countCells();
+    const MapPart part = cells_ == Cells::view ? chosenPart() : shownPart_;
+    if (!(part.rows == shownPart_.rows && part.columns == shownPart_.columns))
         countCells();
 }
 
@@ -370,11 +422,15 @@ void APalettePlayDlg::showHandles()
 
 void APalettePlayDlg::UseRule(const RangeRule& rule)
 {
-    if (!graph())
+    if (!graph() || counting_)
         return;
-    rule_ = rule;
+    constexpr int mostWays = 3;
     ColorLook look(*graph());
-    look.range = rule.range(histogram_);
+    overCells(rule.kind == RangeRule::Kind::noise ? mostWays : 1,
+              [&] { look.range = rule.range(histogram_); });
+    if (histogram_.isBrokenOff())
+        return leavePlanes();
+    rule_ = rule;
     note({});
     step(look);
 }
@@ -389,8 +445,9 @@ void APalettePlayDlg::fieldChanged(unsigned id)
         return note(noNumberText);
     const MapScale& scale = graph()->scale();
     ColorLook look(*graph());
-    TMnMx range{scale.low(), scale.high()};
-    (id == IDC_PLAY_HIGH ? range.max : range.min) = value;
+    const TMnMx range =
+        id == IDC_PLAY_HIGH ? TMnMx{scale.low(), value} : TMnMx{value, scale.high()};
+    const int isEnd = id == IDC_PLAY_LOW || id == IDC_PLAY_HIGH;
     if (id == IDC_PLAY_CONTRAST)
         look.play.contrast = value;
     else if (id == IDC_PLAY_BIAS)
@@ -403,7 +460,7 @@ void APalettePlayDlg::fieldChanged(unsigned id)
         look.range = range;
     if (!look.play.isUsable())
         return note(id == IDC_PLAY_GAMMA ? gammaText : noNumberText);
-    if (look.range == range)
+    if (isEnd)
         rule_ = {RangeRule::Kind::fixed, range.min, range.max};
     note({});
     typing_ = id;
@@ -422,7 +479,7 @@ int APalettePlayDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
         return fieldChanged(id), 1;
     if (id >= IDC_PLAY_90 && id <= IDC_PLAY_999)
         return UseRule(RangeRule::middle(playPerCents[id - IDC_PLAY_90])), 1;
-    if (!graph() || filling_)
+    if (!graph() || filling_ || counting_)
         return AResizeDialog::OnCommand(id, code, control);
     ColorLook look(*graph());
     switch (id) {
@@ -485,12 +542,18 @@ void APalettePlayDlg::OnOK()
 
 void APalettePlayDlg::OnCancel()
 {
-    if (graph() && !(ColorLook(*graph()) == opened_)) {
-        const LifeWatch self(life_);
+    const LifeWatch self(life_);
+    const int forAll = std::exchange(usedForAll_, 0);
+    if (forAll)
+        (void)(openedPalette_.empty() ? LoadBuiltInPalette() : LoadPalette(openedPalette_));
+    if (graph() && !(ColorLook(*graph()) == opened_))
         step(opened_);
-        if (!self.alive())
-            return;
-    }
+    else if (forAll && window())
+        window()->ContentChanged();
+    if (self.alive() && forAll)
+        OnPaletteForAll();
+    if (!self.alive())
+        return;
     listen(0);
     AResizeDialog::OnCancel();
 }

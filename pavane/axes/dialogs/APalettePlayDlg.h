@@ -3,6 +3,7 @@
 #include "pavane/axes/dialogs/AHistogramWnd.h"
 #include "pavane/axes/maps/cells/RangeRule.h"
 #include "pavane/axes/maps/ColorLook.h"
+#include "pavane/trackers/shapes/AreaLayer.h"
 #include "pavane/windows/AResizeDialog.h"
 #include "tessel/ABitMatrix.h"
 
@@ -38,6 +39,8 @@ public:
     /// The window shows another plane or map, or its cells have changed. With a range for each
     /// plane the map gets the one that the last way to choose gives here.
     void MapChanged();
+    /// The palette of the module is another one: the list shows it.
+    void PaletteChanged();
     /// Non-zero when each plane gets a range of its own.
     int IsByPlane() const { return byPlane_; }
     /// The last way to choose the range; `fixed` for one typed or dragged.
@@ -68,6 +71,9 @@ private:
     void listen(int on);
     void addLine(unsigned id, const char* text);
     MapPart chosenPart();
+    int isOfPlanes() const { return cells_ == Cells::planes && planes_.size() > 1; }
+    void overCells(int ways, const std::function<void()>& work);
+    void leavePlanes();
     void countCells();
     TMnMx wantedBars() const;
     void countBars();
@@ -97,10 +103,14 @@ private:
     ABitMatrix mask_;
     MapPart shownPart_;     ///< of the histogram; its mask is that of shownMask_
     ABitMatrix shownMask_;  ///< without bits for none
+    std::vector<AreaOutline> shownAreas_;
     Cells cells_ = Cells::map;
     RangeRule rule_;
     int byPlane_ = 0;
-    int filling_ = 0;  ///< controls are being filled by the dialog
+    int filling_ = 0;        ///< controls are being filled by the dialog
+    int counting_ = 0;       ///< a way over the planes of a cube goes on
+    CString openedPalette_;  ///< of the module, when the dialog came up
+    int usedForAll_ = 0;     ///< it is another one by this dialog
     unsigned typing_ = 0;
     std::vector<Palette> palettes_;  ///< by line of the list
 };

@@ -115,6 +115,12 @@ void APalettePlayDlg::savePalette()
         fillPalettes();
 }
 
+void APalettePlayDlg::PaletteChanged()
+{
+    if (GetSafeHwnd())
+        fillPalettes();
+}
+
 void APalettePlayDlg::useForAll()
 {
     const auto* const list = dynamic_cast<CListBox*>(GetDlgItem(IDC_PLAY_PALETTES));
@@ -122,6 +128,7 @@ void APalettePlayDlg::useForAll()
     if (line < 1 || line >= static_cast<int>(palettes_.size()) ||
         !LoadPalette(palettes_[static_cast<std::size_t>(line)].name))
         return;
+    usedForAll_ = 1;
     ColorLook look(*graph());
     look.colours.clear();
     fillPalettes();

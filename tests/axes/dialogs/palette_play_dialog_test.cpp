@@ -23,12 +23,17 @@ namespace
 
 /// A map of 0 to 59079 (column + 1000 * row) and the dialog that plays with it.
 struct Played {
+    struct Told : APalettePlayDlg {
+        using APalettePlayDlg::APalettePlayDlg;
+        int forAll = 0;
+        void OnPaletteForAll() override { ++forAll; }
+    };
     std::unique_ptr<AxisWindow> window = std::make_unique<AxisWindow>();
-    std::unique_ptr<APalettePlayDlg> dialog;
+    std::unique_ptr<Told> dialog;
     std::vector<std::uint32_t> before = window->pixels();
     Played()
     {
-        dialog = std::make_unique<APalettePlayDlg>(*window, &window->top);
+        dialog = std::make_unique<Told>(*window, &window->top);
         EXPECT_TRUE(dialog->CreateModeless());
         dialog->ShowWindow(SW_SHOW);
     }
@@ -208,17 +213,35 @@ TEST(PalettePlayDlg, CountsTheCellsInViewOfAreasAndOfAllPlanes)
     EXPECT_EQ(p.dialog->GetHistogram().count(), 4800);
     AMatrix<float> other(60, 80);
     other.fill(-500);
-    const AFloatMatrixAccess plane(other);
+    struct Read : AFloatMatrixAccess {
+        using AFloatMatrixAccess::AFloatMatrixAccess;
+        mutable int rowsRead = 0;
+        const float* floatRow(int row) const override
+        {
+            return ++rowsRead, AFloatMatrixAccess::floatRow(row);
+        }
+    };
+    const Read plane(other);
     p.dialog->SetPlanes({&p.window->access, &plane});
     p.choose(IDC_PLAY_CELLS, 3);
     EXPECT_EQ(p.dialog->GetHistogram().count(), 9600);
     EXPECT_EQ(p.dialog->GetHistogram().least(), -500);
+    p.press(IDC_PLAY_ALL_CELLS);
+    EXPECT_EQ(p.low(), -500);
+    EXPECT_EQ(p.high(), 59079);
+    const int once = plane.rowsRead;
+    p.type(IDC_PLAY_HIGH, "300");  // other bars
+    p.press(IDC_PLAY_ALL_CELLS);
+    EXPECT_EQ(plane.rowsRead, once);
     p.choose(IDC_PLAY_CELLS, 2);
     EXPECT_EQ(p.dialog->GetHistogram().count(), 4800);  // no area stands for all cells
     p.window->ChooseTool(toolRect);
     p.window->drag({p.window->at(10, 20), p.window->at(20, 40)});
     p.dialog->SendMessage(WM_TIMER, 1);
     EXPECT_EQ(p.dialog->GetHistogram().count(), p.window->mask().count());
+    p.press(IDC_PLAY_ALL_CELLS);
+    EXPECT_EQ(p.high(), p.dialog->GetHistogram().greatest());
+    EXPECT_LT(p.high(), 59079);
     p.choose(IDC_PLAY_CELLS, 1);
     p.window->ZoomAbout(p.window->at(30, 40), 2);
     p.dialog->SendMessage(WM_TIMER, 1);
@@ -234,6 +257,8 @@ TEST(PalettePlayDlg, CountsTheCellsInViewOfAreasAndOfAllPlanes)
     p.graph().cellsChanged();
     p.dialog->MapChanged();
     EXPECT_EQ(p.low(), low + 7);
+    p.type(IDC_PLAY_BIAS, valToStr(p.low()).c_str());  // the same number, and no end of the range
+    EXPECT_EQ(p.dialog->GetRule().kind, RangeRule::Kind::percentiles);
     p.type(IDC_PLAY_LOW, "3");
     p.dialog->MapChanged();
     EXPECT_EQ(p.low(), 3);
@@ -282,6 +307,19 @@ TEST(PalettePlayDlg, SavesPalettesAndUsesOneForAllMaps)
         EXPECT_EQ(p.window->pixels(), turned);
         another.ContentChanged();
         EXPECT_EQ(another.pixels(), turned);
+        SetFileDialogAnswer([](CString& name, const CString&, int) {
+            name += "heat.pal";  // a name of the program's
+            return 1;
+        });
+        p.press(IDC_PLAY_SAVE);
+        SetFileDialogAnswer(nullptr);
+        AArray<COLORREF> heat, turnedColours;
+        ASSERT_TRUE(GetPaletteColors("heat", heat) && GetPaletteColors("turned", turnedColours));
+        EXPECT_EQ(heat(0), turnedColours(0));
+        p.dialog->SendMessage(WM_COMMAND, IDCANCEL);
+        EXPECT_EQ(GetGlobalPaletteName(), "");
+        EXPECT_EQ(p.dialog->forAll, 2);
+        EXPECT_EQ(p.window->pixels(), p.before);
     }
     LoadBuiltInPalette();
     unsetenv("XDG_DATA_HOME");

@@ -1,5 +1,6 @@
 #include "pavane/axes/maps/cells/AMapHistogram.h"
 #include "pavane/axes/maps/cells/KeptPixels.h"
+#include "pavane/axes/maps/cells/RangeRule.h"
 #include "test_maps.h"
 
 #include <algorithm>
@@ -113,7 +114,58 @@ TEST(MapHistogram, AnswersAsASortedCopyDoes)
         const TMnMx range = histogram.percentileRange(50, 50);
         EXPECT_EQ(range.min, sorted.front());
         EXPECT_EQ(range.max, sorted.back());
+        EXPECT_EQ(RangeRule().range(histogram), n > 1 && range.min < range.max ? range : TMnMx());
+        // bars hold every cell once, and lie at most 1/128 of a value off
+        std::int64_t bars = 0, within = 0;
+        for (const std::int64_t bar : histogram.bars(range.min, range.max, 16))
+            bars += bar;
+        EXPECT_EQ(bars, range.min < range.max ? n : 0);
+        for (const std::int64_t bar : histogram.bars(-1, 1, 8))
+            within += bar;
+        constexpr double off = 1 + 1 / 128.0;
+        const auto between = [&](double low, double high) {
+            return std::count_if(sorted.begin(), sorted.end(),
+                                 [=](double v) { return v >= low && v <= high; });
+        };
+        EXPECT_GE(within, between(-1 / off, 1 / off));
+        EXPECT_LE(within, between(-off, off));
     }
+}
+
+TEST(MapHistogram, IsBrokenOffOnAnyWayAndCountsBarsOnce)
+{
+    struct Read : AFloatMatrixAccess {
+        using AFloatMatrixAccess::AFloatMatrixAccess;
+        mutable int rowsRead = 0;
+        const float* floatRow(int row) const override
+        {
+            return ++rowsRead, AFloatMatrixAccess::floatRow(row);
+        }
+    };
+    const AMatrix<float> map = randomMap(60, 70, 1);
+    const Read cells(map);
+    AMapHistogram histogram;
+    int left = 1000;
+    histogram.setGoing([&](double done) {
+        EXPECT_TRUE(done >= 0 && done < 1);
+        return left-- > 0;
+    });
+    ASSERT_TRUE(histogram.set(cells));
+    EXPECT_EQ(histogram.bars(-1, 1, 9).size(), 9u);
+    const int once = cells.rowsRead;
+    EXPECT_EQ(histogram.bars(0, 0.25, 99).size(), 99u);
+    EXPECT_EQ(cells.rowsRead, once);
+    using Kind = RangeRule::Kind;
+    const RangeRule rules[] = {
+        {Kind::cells, 0, 0}, RangeRule::middle(90), RangeRule::ofNoise(), {Kind::zscale, 0, 0}};
+    for (const RangeRule& rule : rules)
+        for (const int rows : {1000, 30, 70, 130}) {  // in set, or on the first or a later way
+            left = rows;
+            (void)histogram.set(cells);
+            const TMnMx range = rule.range(histogram);
+            EXPECT_EQ(range.min < range.max, !histogram.isBrokenOff()) << rows;
+            EXPECT_EQ(histogram.isBrokenOff(), left < 0) << rows;
+        }
 }
 
 TEST(MapHistogram, FindsTheRangeThatAstropyFinds)

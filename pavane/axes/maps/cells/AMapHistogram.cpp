@@ -77,7 +77,14 @@ std::int64_t rankOf(double p, std::int64_t count)
 
 struct AMapHistogram::Counts {
     UpperCounts upper;
-    LowerCounts lower;
+    LowerCounts lower;    ///< of the halves that were asked for last
+    LowerCounts crowded;  ///< of those that hold many cells
+    int hasCrowded = 0;
+
+    const LowerCounts& of(int half) const
+    {
+        return hasCrowded && crowded.isWanted(half) ? crowded : lower;
+    }
 };
 
 AStackedAccess::AStackedAccess(const std::vector<const AMatrixAccess*>& planes)
@@ -122,6 +129,14 @@ void AMapHistogram::clear()
     counts_.reset();
     noise_ = {};
     hasNoise_ = 0;
+    isBrokenOff_ = 0;
+}
+
+int AMapHistogram::keepsOn(double done) const
+{
+    if (!isBrokenOff_ && goesOn_ && !goesOn_(done))
+        isBrokenOff_ = 1;
+    return !isBrokenOff_;
 }
 
 /// The wanted cells of a row, those without a bit as blanks; null without memory.
@@ -146,7 +161,9 @@ void AMapHistogram::forCells(const Block& take) const
         return;
     RowReader reader(*cells_);
     std::vector<float> masked;
-    for (int r = part_.rows.first; r < part_.rows.end; ++r) {
+    const double rows = std::max(1, part_.rows.end - part_.rows.first);
+    for (int r = part_.rows.first; r < part_.rows.end && keepsOn((r - part_.rows.first) / rows);
+         ++r) {
         const float* row = nullptr;
         findRow(r, reader, masked, row);
         if (row)
@@ -192,6 +209,8 @@ int AMapHistogram::set(const AMatrixAccess& cells, const MapPart& part)
         counts_->upper.add(values, count);
     });
     counts_->upper.finish();
+    if (isBrokenOff_)
+        count_ = 0;
     if (count_ < 1)
         return 0;
     least_ = static_cast<double>(*std::min_element(least.begin(), least.end()));
@@ -221,6 +240,64 @@ std::vector<std::int64_t> AMapHistogram::counts(double low, double high, int bin
     return found;
 }
 
+void AMapHistogram::countCrowded() const
+{
+    /// A half with such a part of all cells is counted finely; there are no more than so many.
+    constexpr int crowd = 32;
+    LowerCounts crowded;
+    for (int half = UpperCounts::firstFinite; half < UpperCounts::endFinite; ++half)
+        if (counts_->upper.count(half) > count_ / crowd)
+            (void)crowded.want(half);
+    forCells([&](const float* values, int count) { crowded.add(values, count); });
+    counts_->crowded = std::move(crowded);
+    counts_->hasCrowded = 1;
+}
+
+std::vector<std::int64_t> AMapHistogram::bars(double low, double high, int bins) const
+{
+    if (!(low < high) || !std::isfinite(high - low) || bins < 1)
+        return {};
+    std::vector<std::int64_t> found(static_cast<std::size_t>(bins));
+    if (count_ < 1)
+        return found;
+    if (!counts_->hasCrowded)
+        countCrowded();
+    const double scale = bins / (high - low);
+    const auto binOf = [&](double v) {
+        return static_cast<std::size_t>(std::clamp((v - low) * scale, 0.0, bins - 1.0));
+    };
+    const auto edge = [](std::uint32_t key) { return static_cast<double>(keyValue(key)); };
+    for (int half = UpperCounts::firstFinite; half < UpperCounts::endFinite; ++half) {
+        const std::int64_t count = counts_->upper.count(half);
+        const std::uint32_t key = static_cast<std::uint32_t>(half) << 16;
+        const double from = std::max(edge(key), least_);
+        const double to = std::min(edge(key | 0xFFFF), greatest_);
+        if (count < 1 || from > high || to < low)
+            continue;
+        if (counts_->crowded.isWanted(half)) {
+            const std::vector<std::int64_t>& fine = counts_->crowded.countsOf(half);
+            for (std::uint32_t k = 0; k <= 0xFFFF; ++k)
+                if (const double v = fine[k] ? edge(key | k) : 0; fine[k] && v >= low && v <= high)
+                    found[binOf(v)] += fine[k];
+            continue;
+        }
+        // evenly over the half, each cell whole, so that a single one is seen
+        const auto below = [&](double v) {
+            const double part = to > from ? (v - from) / (to - from) : v > from;
+            return std::llround(std::clamp(part, 0.0, 1.0) * static_cast<double>(count));
+        };
+        std::int64_t before = from < low ? below(low) : 0;
+        for (std::size_t bin = binOf(from); bin <= binOf(to); ++bin) {
+            const std::int64_t after = bin == binOf(to) && to <= high
+                                           ? count
+                                           : below(low + static_cast<double>(bin + 1) / scale);
+            found[bin] += after - before;
+            before = after;
+        }
+    }
+    return found;
+}
+
 /// The values of ranks among all cells, from 0, with one way over the cells for all that are new.
 std::vector<float> AMapHistogram::itemsOf(const std::vector<std::int64_t>& ranks) const
 {
@@ -231,7 +308,7 @@ std::vector<float> AMapHistogram::itemsOf(const std::vector<std::int64_t>& ranks
     LowerCounts fresh;
     for (std::int64_t& rank : within) {
         halves.push_back(counts_->upper.halfOf(rank));
-        isNew = isNew || !counts_->lower.isWanted(halves.back());
+        isNew = isNew || !counts_->of(halves.back()).isWanted(halves.back());
         (void)fresh.want(halves.back());
     }
     if (isNew) {
@@ -239,7 +316,7 @@ std::vector<float> AMapHistogram::itemsOf(const std::vector<std::int64_t>& ranks
         counts_->lower = std::move(fresh);
     }
     for (std::size_t i = 0; i < ranks.size(); ++i)
-        values.push_back(counts_->lower.value(halves[i], within[i]));
+        values.push_back(isBrokenOff_ ? 0 : counts_->of(halves[i]).value(halves[i], within[i]));
     return values;
 }
 
@@ -293,6 +370,8 @@ MapNoise AMapHistogram::noise() const
         (void)lower.want(halves.back());
     }
     forDistances(noise_.median, [&](const float* d, int count) { lower.add(d, count); });
+    if (isBrokenOff_)
+        return noise_;
     const double deviation = (static_cast<double>(lower.value(halves[0], within[0])) +
                               static_cast<double>(lower.value(halves[1], within[1]))) /
                              2;
@@ -310,7 +389,10 @@ std::vector<float> AMapHistogram::sample(int most) const
     std::vector<float> masked;
     std::int64_t passed = 0;
     std::int64_t next = 0;
-    for (std::size_t i = 0; i < finiteOfRow_.size() && static_cast<int>(taken.size()) < most; ++i) {
+    const auto rows = static_cast<double>(std::max<std::size_t>(1, finiteOfRow_.size()));
+    for (std::size_t i = 0; i < finiteOfRow_.size() && static_cast<int>(taken.size()) < most &&
+                            keepsOn(static_cast<double>(i) / rows);
+         ++i) {
         const std::int64_t end = passed + finiteOfRow_[i];
         if (next >= end) {
             passed = end;
@@ -335,7 +417,10 @@ TMnMx AMapHistogram::zscale(double contrast) const
 {
     if (count_ < 1)
         return {0, 0};
-    const TMnMx range = zscaleOf(sample(zscaleSample), contrast);
+    const std::vector<float> cells = sample(zscaleSample);
+    if (isBrokenOff_)
+        return {};
+    const TMnMx range = zscaleOf(cells, contrast);
     return range.min < range.max ? range : TMnMx{least_, greatest_};
 }
 

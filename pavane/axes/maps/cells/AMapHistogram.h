@@ -45,8 +45,8 @@ private:
 /// from them. Cells that are not finite count nowhere.
 ///
 /// `set` goes over the cells once; a question whose answer is not known yet goes over them once
-/// more, the noise three times. The cells and the mask have to outlive the histogram and stay as
-/// they are.
+/// more, the noise three times, and `bars` only the first time. The cells and the mask have to
+/// outlive the histogram and stay as they are.
 class PAVANE_API AMapHistogram
 {
 public:
@@ -54,6 +54,11 @@ public:
     ~AMapHistogram();
     AMapHistogram(const AMapHistogram&) = delete;
     AMapHistogram& operator=(const AMapHistogram&) = delete;
+
+    /// Called all the time on each way over the cells with how much of it is done, 0 to 1; when it
+    /// answers 0 the way is broken off, and until the next `set` no answer is worth anything.
+    void setGoing(const std::function<int(double)>& goesOn) { goesOn_ = goesOn; }
+    int isBrokenOff() const { return isBrokenOff_; }
 
     /// Non-zero when there are finite cells.
     int set(const AMatrixAccess& cells, const MapPart& part = {});
@@ -71,6 +76,9 @@ public:
     /// the border of two in the upper one, `high` itself in the last. Empty for a range that is
     /// none.
     std::vector<std::int64_t> counts(double low, double high, int bins) const;
+    /// The same to look at, for any range without another way over the cells: values that few cells
+    /// are close to may be counted up to 1/128 of themselves off, those of many exactly.
+    std::vector<std::int64_t> bars(double low, double high, int bins) const;
     /// The value that `p` per cent (cut to 0..100) of the cells do not exceed: of n cells in rising
     /// order the one of place ceil(p n / 100), at least the first.
     double percentile(double p) const;
@@ -94,8 +102,13 @@ private:
     std::vector<float> itemsOf(const std::vector<std::int64_t>& ranks) const;
     std::vector<float> sample(int most) const;
 
+    void countCrowded() const;
+    int keepsOn(double done) const;
+
     const AMatrixAccess* cells_ = nullptr;
     MapPart part_;
+    std::function<int(double)> goesOn_;
+    mutable int isBrokenOff_ = 0;
     std::int64_t count_ = 0;
     double least_ = 0;
     double greatest_ = 0;

@@ -12,10 +12,12 @@ RangeRule RangeRule::middle(double perCent)
 
 TMnMx RangeRule::range(const AMapHistogram& cells) const
 {
-    if (kind == Kind::cells || cells.count() < 1)
+    if (cells.count() < 1)
         return {};
     TMnMx range{low, high};
-    if (kind == Kind::percentiles) {
+    if (kind == Kind::cells) {
+        range = {cells.least(), cells.greatest()};
+    } else if (kind == Kind::percentiles) {
         range = cells.percentileRange(low, high);
     } else if (kind == Kind::zscale) {
         range = cells.zscale();
@@ -24,7 +26,7 @@ TMnMx RangeRule::range(const AMapHistogram& cells) const
         range = {noise.median + low * noise.sigma, noise.median + high * noise.sigma};
     }
     const int isRange = range.min < range.max && std::isfinite(range.max - range.min);
-    return isRange ? range : TMnMx{};
+    return isRange && !cells.isBrokenOff() ? range : TMnMx{};
 }
 
 }  // namespace pavane

@@ -22,8 +22,7 @@ struct PAVANE_API RangeRule {
     static RangeRule middle(double perCent);
     /// From 3 times the noise below the median to 30 times above.
     static RangeRule ofNoise() { return {Kind::noise, -3, 30}; }
-    /// The range for these cells; least to greatest where the rule gives none. Unset for least to
-    /// greatest, which a map then takes from its own cells.
+    /// The range for these cells; unset where the rule gives none.
     TMnMx range(const AMapHistogram& cells) const;
     friend bool operator==(const RangeRule&, const RangeRule&) = default;
 };

@@ -44,6 +44,7 @@ public:
         std::fill(odd_.begin(), odd_.end(), 0);
         waiting_ = 0;
     }
+    std::int64_t count(int half) const { return counts_[static_cast<std::size_t>(half)]; }
     std::int64_t finite() const
     {
         std::int64_t sum = 0;
@@ -97,6 +98,11 @@ public:
             if (const unsigned slot = slotOf_[key >> 16]) [[unlikely]]
                 ++counts_[slot - 1][key & 0xFFFF];
         }
+    }
+    /// Of a half that was wanted, by lower half.
+    const std::vector<std::int64_t>& countsOf(int half) const
+    {
+        return counts_[slotOf_[static_cast<std::size_t>(half)] - std::size_t{1}];
     }
     /// The value of rank `rank` among those with a half that was wanted.
     float value(int half, std::int64_t rank) const
