@@ -17,7 +17,7 @@ enum class ViewPart : std::uint8_t {
     scales,  ///< ranges of further Y scales
     turn,    ///< how a box is seen
     plane,   ///< of a cube
-    colours  ///< range, palette and play of a map
+    colours  ///< of a map, and what else its display has
 };
 inline constexpr std::size_t viewParts = 5;
 

@@ -33,10 +33,40 @@ int ABeamDlg::OnInitDialog()
 {
     const int result = AResizeDialog::OnInitDialog();
     if (window())
-        opened_ = shownDisplay(*window());
+        opened_ = known_ = shownDisplay(*window());
     controls_.make();
     controls_.show(opened_);
     return result;
+}
+
+/// A step of the views, with what follows within half a second.
+void ABeamDlg::show(const MapDisplay& display)
+{
+    const LifeWatch self(life_);
+    window()->BeginViewGesture();
+    showing_ = 1;
+    const int changed = showDisplay(*window(), display);
+    if (!self.alive() || !window())
+        return;
+    known_ = shownDisplay(*window());
+    if (changed)
+        OnDisplayShown(known_);
+    if (self.alive())
+        showing_ = 0;
+}
+
+void ABeamDlg::DisplayChanged()
+{
+    if (!GetSafeHwnd() || !window() || showing_)
+        return;
+    const MapDisplay now = shownDisplay(*window());
+    takeChanges(known_, now, opened_);
+    const int same = samePart(DisplayPart::beam, known_, now);
+    known_ = now;
+    if (same)
+        return;
+    controls_.show(now);
+    SetDlgItemText(IDC_DISPLAY_NOTE, {});
 }
 
 /// The map shows what is typed; 0, with a line that says why, when that is no beam.
@@ -50,7 +80,7 @@ int ABeamDlg::take()
     const int taken = controls_.take(display, error, faulty);
     SetDlgItemText(IDC_DISPLAY_NOTE, error);
     if (taken)
-        (void)showDisplay(*window(), display);
+        show(display);
     else
         faulty_ = faulty;
     return taken;
@@ -80,13 +110,15 @@ void ABeamDlg::OnOK()
 /// Only the beam goes back: the map may show other colours meanwhile.
 void ABeamDlg::OnCancel()
 {
+    const LifeWatch self(life_);
     if (window()) {
         MapDisplay display = shownDisplay(*window());
         display.beam = opened_.beam;
         display.beamLook = opened_.beamLook;
-        (void)showDisplay(*window(), display);
+        show(display);
     }
-    AResizeDialog::OnCancel();
+    if (self.alive())
+        AResizeDialog::OnCancel();
 }
 
 }  // namespace pavane

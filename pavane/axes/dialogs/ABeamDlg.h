@@ -20,6 +20,10 @@ public:
     ABeamDlg(AAxisWnd& plot, double arcseconds, CWnd* parent = nullptr);
     /// What "Fit" fits; without it the button is not enabled. Before the dialog is made.
     void SetDirtyBeam(const DirtyBeamFinder& finder) { controls_.setFinder(finder); }
+    /// The map was changed by others: another beam is shown here, and is what Cancel brings back.
+    void DisplayChanged();
+    /// The map has another beam now, by the dialog.
+    virtual void OnDisplayShown(const MapDisplay& display) { (void)display; }
     const ABeamViewWnd& beamView() const { return controls_.view(); }
 
 protected:
@@ -31,11 +35,15 @@ protected:
 private:
     AAxisWnd* window() const;
     int take();
+    void show(const MapDisplay& display);
 
     AAxisWnd* window_;
     LifeWatch windowLives_;
+    LifeToken life_;
     BeamControls controls_;
     MapDisplay opened_;
+    MapDisplay known_;     ///< how the map was displayed when the dialog looked last
+    int showing_ = 0;      ///< the map is being changed by the dialog
     unsigned faulty_ = 0;  ///< the field that `take` could not read
 };
 

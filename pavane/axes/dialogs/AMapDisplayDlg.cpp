@@ -38,19 +38,31 @@ void AMapDisplayDlg::Show(const MapDisplay& display)
         return;
     window()->BeginViewGesture();
     const LifeWatch self(life_);
-    if (showDisplay(*window(), display) && self.alive())
+    showing_ = 1;
+    const int changed = showDisplay(*window(), display);
+    if (!self.alive())
+        return;
+    known_ = GetDisplay();
+    if (changed)
         OnDisplayShown(display);
+    if (self.alive())
+        showing_ = 0;
 }
 
 void AMapDisplayDlg::DisplayChanged()
 {
+    if (!GetSafeHwnd() || !window() || showing_)
+        return;
+    const MapDisplay now = GetDisplay();
+    takeChanges(known_, now, stayed_);
+    known_ = now;
     for (const auto& page : pages_)
-        page->refresh();
+        page->follow(now);
 }
 
 int AMapDisplayDlg::OnInitDialog()
 {
-    stayed_ = GetDisplay();
+    stayed_ = known_ = GetDisplay();
     return CPropertySheet::OnInitDialog();
 }
 

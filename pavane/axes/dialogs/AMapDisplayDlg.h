@@ -33,9 +33,11 @@ public:
 
     /// How the map is displayed now.
     MapDisplay GetDisplay() const;
-    /// Shows the map so; a change of its colours is a step of the views.
+    /// Shows the map so, as a step of the views; changes that follow within half a second belong to
+    /// it.
     void Show(const MapDisplay& display);
-    /// The map shows another display than the pages: they are filled anew when they are seen.
+    /// The map was changed by others: the page in front is filled anew where it shows something
+    /// else, and Cancel leaves these changes.
     void DisplayChanged();
     /// "To all maps": the host gives the style of this display to its other maps (styleFor).
     virtual void OnForAllMaps(const MapDisplay& display) { (void)display; }
@@ -62,6 +64,8 @@ private:
     DirtyBeamFinder finder_;
     CString section_ = "MapPresets";
     MapDisplay stayed_;  ///< what Cancel brings back
+    MapDisplay known_;   ///< how the map was displayed when the sheet looked last
+    int showing_ = 0;    ///< the map is being changed by the sheet
     int refused_ = 0;    ///< a page could not be applied
     std::vector<std::unique_ptr<DisplayPage>> pages_;
 };

@@ -78,9 +78,16 @@ void DisplayPage::refresh()
     if (!GetSafeHwnd())
         return;
     filling_ = 1;
-    show(display_.GetDisplay());
+    told_ = display_.GetDisplay();
+    show(told_);
     filling_ = 0;
     note({});
+}
+
+void DisplayPage::follow(const MapDisplay& display)
+{
+    if (!samePart(part_, told_, display) || told_.titles.header != display.titles.header)
+        refresh();
 }
 
 int DisplayPage::read(MapDisplay& display, CString& error, unsigned& faulty) const
@@ -98,8 +105,10 @@ void DisplayPage::changed()
     SetModified();
     const int isRead = read(display, error, faulty);
     note(error);
-    if (isRead)
-        display_.Show(display);  // which may end the sheet
+    if (!isRead)
+        return;
+    told_ = display;
+    display_.Show(display);  // which may end the sheet
 }
 
 /// The map shows what stands here already; only what it could not show keeps the page.

@@ -24,6 +24,8 @@ public:
     int OnApply() override;
     /// Fills the page from the map.
     void refresh();
+    /// The same when the map is displayed in another way than the page says.
+    void follow(const MapDisplay& display);
 
 protected:
     /// Fills lists, once.
@@ -39,6 +41,8 @@ protected:
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
 
     AMapDisplayDlg& sheet() const { return display_; }
+    /// What the page was filled with, or has shown the map since.
+    const MapDisplay& told() const { return told_; }
     /// Something stands on the page that the map should show.
     void changed();
     void note(const CString& text);
@@ -64,6 +68,7 @@ private:
 
     AMapDisplayDlg& display_;
     DisplayPart part_;
+    MapDisplay told_;  ///< what the page shows
     int filling_ = 0;
 };
 

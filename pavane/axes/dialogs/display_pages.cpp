@@ -306,7 +306,9 @@ protected:
         display.axes = {isChecked(IDC_AXES_GRID_X), isChecked(IDC_AXES_GRID_Y),
                         isChecked(IDC_AXES_INSIDE), isChecked(IDC_AXES_MINOR)};
         MapTitles& titles = display.titles;
-        titles.header = GetDlgItemText(IDC_AXES_HEADER);
+        // the usual one that nobody touched may be that of another plane by now
+        if (const CString header = GetDlgItemText(IDC_AXES_HEADER); header != told().titles.header)
+            titles.isOwnHeader = 1, titles.header = header;
         titles.x = GetDlgItemText(IDC_AXES_X);
         titles.y = GetDlgItemText(IDC_AXES_Y);
         titles.value = GetDlgItemText(IDC_AXES_VALUE);

@@ -48,6 +48,7 @@ void ABMapGraph::setHeaderText(int index, const CString& text)
     if (static_cast<std::size_t>(index) >= headerTexts_.size())
         headerTexts_.resize(static_cast<std::size_t>(index) + 1);
     headerTexts_[static_cast<std::size_t>(index)] = text;
+    hasOwnHeader_ = hasOwnHeader_ || index == 0;
 }
 
 const MapRange& ABMapGraph::cellRange() const
@@ -139,15 +140,14 @@ CString& ABMapGraph::getOY(CString& name) const
     return name;
 }
 
-int ABMapGraph::hasHeaderText(int index) const
-{
-    return index >= 0 && static_cast<std::size_t>(index) < headerTexts_.size() &&
-           !headerTexts_[static_cast<std::size_t>(index)].empty();
-}
+int ABMapGraph::hasHeaderText(int index) const { return !getHeaderText(index).empty(); }
 
 CString ABMapGraph::getHeaderText(int index) const
 {
-    return hasHeaderText(index) ? headerTexts_[static_cast<std::size_t>(index)] : CString();
+    if (index == 0 && !hasOwnHeader_)
+        return usualHeader_;
+    const bool isGiven = index >= 0 && static_cast<std::size_t>(index) < headerTexts_.size();
+    return isGiven ? headerTexts_[static_cast<std::size_t>(index)] : CString();
 }
 
 void ABMapGraph::getMinMax(TMinMax& range) const

@@ -36,6 +36,10 @@ public:
     /// Titles with the markers of AB2DAxis, for example "[%sJy/beam]" for z.
     void setNames(const CString& x, const CString& y, const CString& z);
     void setHeaderText(int index, const CString& text);
+    /// The first header line as long as no other is given, and again when that is dropped.
+    void setUsualHeader(const CString& text) { usualHeader_ = text; }
+    void dropHeaderText() { hasOwnHeader_ = 0; }
+    int hasOwnHeader() const { return hasOwnHeader_; }
     /// The beam in units of RP; drawn in a corner as its look says, at first hatched in the lower
     /// left one. Without one, none is drawn.
     void setBeam(const MapBeam& beam) { beam_ = beam; }
@@ -89,6 +93,8 @@ private:
     TMinMax centres_;
     CString nameX_, nameY_, nameZ_;
     std::vector<CString> headerTexts_;
+    CString usualHeader_;
+    int hasOwnHeader_ = 0;
     MapBeam beam_;
     BeamLook beamLook_;
     mutable MapRange cellRange_;

@@ -89,6 +89,7 @@ MapDisplay::MapDisplay(const ABAxis& axis, const ABMapGraph& graph)
     axes = {axis.isFlagSet(axisGridX), axis.isFlagSet(axisGridY), axis.isFlagSet(axisTicksInside),
             !axis.isFlagSet(axisNoMinorTicks)};
     titles.header = graph.getHeaderText(0);
+    titles.isOwnHeader = graph.hasOwnHeader();
     titles.x = axis.getNameOX();
     titles.y = axis.getNameOY();
     titles.setValueTitle(graph.GetOZName());
@@ -126,7 +127,10 @@ int MapDisplay::give(ABAxis& axis, ABMapGraph& graph) const
         axis.setNameOX(titles.x);
         axis.setNameOY(titles.y);
         graph.setNames(titles.x, titles.y, titles.valueTitle());
-        graph.setHeaderText(0, titles.header);
+        if (titles.isOwnHeader)
+            graph.setHeaderText(0, titles.header);
+        else
+            graph.dropHeaderText();
         changed = 1;
     }
     return changed;
@@ -177,10 +181,52 @@ int MapDisplay::check(DisplayPart part, CString& error) const
     return !fault;
 }
 
+int samePart(DisplayPart part, const MapDisplay& a, const MapDisplay& b)
+{
+    switch (part) {
+    case DisplayPart::colours:
+        return a.colours == b.colours;
+    case DisplayPart::contours:
+        return a.contours == b.contours;
+    case DisplayPart::beam:
+        return a.beamLook == b.beamLook && sameBeam(a.beam, b.beam);
+    default:
+        return a.axes == b.axes && a.titles == b.titles;
+    }
+}
+
 int sameDisplay(const MapDisplay& a, const MapDisplay& b)
 {
-    return a.colours == b.colours && a.contours == b.contours && a.beamLook == b.beamLook &&
-           sameBeam(a.beam, b.beam) && a.axes == b.axes && a.titles == b.titles;
+    for (const DisplayPart part :
+         {DisplayPart::colours, DisplayPart::contours, DisplayPart::beam, DisplayPart::axes})
+        if (!samePart(part, a, b))
+            return 0;
+    return 1;
+}
+
+void takeChanges(const MapDisplay& before, const MapDisplay& now, MapDisplay& kept)
+{
+    const auto take = [](const auto& was, const auto& is, auto& mine) {
+        if (!(was == is))
+            mine = is;
+    };
+    take(before.colours.range, now.colours.range, kept.colours.range);
+    take(before.colours.scale, now.colours.scale, kept.colours.scale);
+    take(before.colours.play, now.colours.play, kept.colours.play);
+    take(before.colours.colours, now.colours.colours, kept.colours.colours);
+    take(before.contours.levels, now.contours.levels, kept.contours.levels);
+    take(before.contours.color, now.contours.color, kept.contours.color);
+    take(before.contours.width, now.contours.width, kept.contours.width);
+    take(before.beamLook, now.beamLook, kept.beamLook);
+    if (!sameBeam(before.beam, now.beam))
+        kept.beam = now.beam;
+    take(before.axes, now.axes, kept.axes);
+    take(before.titles.header, now.titles.header, kept.titles.header);
+    take(before.titles.isOwnHeader, now.titles.isOwnHeader, kept.titles.isOwnHeader);
+    take(before.titles.x, now.titles.x, kept.titles.x);
+    take(before.titles.y, now.titles.y, kept.titles.y);
+    if (before.titles.valueTitle() != now.titles.valueTitle())
+        kept.titles.setValueTitle(now.titles.valueTitle());
 }
 
 }  // namespace pavane

@@ -31,6 +31,7 @@ struct AxisLook {
 /// What stands beside a map.
 struct MapTitles {
     CString header;        ///< the line above it
+    int isOwnHeader = 0;   ///< someone gave it; else it goes with what the map shows
     CString x, y;          ///< with the marker of a prefix ("%s", "~") where one goes
     CString value;         ///< of the values, without their unit
     CString unit;          ///< of the values, as papers write it: "Jy/beam"
@@ -40,7 +41,11 @@ struct MapTitles {
     CString valueTitle() const;
     /// Takes that apart; what does not end with a unit in brackets is a plain title.
     void setValueTitle(const CString& title);
-    friend bool operator==(const MapTitles&, const MapTitles&) = default;
+    friend bool operator==(const MapTitles& a, const MapTitles& b)
+    {
+        return a.isOwnHeader == b.isOwnHeader && (!a.isOwnHeader || a.header == b.header) &&
+               a.x == b.x && a.y == b.y && a.valueTitle() == b.valueTitle();
+    }
 };
 
 /// Parts of a display, as a dialog has them on pages.
@@ -70,12 +75,20 @@ struct PAVANE_API MapDisplay {
 
     /// The style as one line of fields, which keeps neither range nor beam nor titles.
     CString styleText() const;
+    /// All of it as numbers, for a history of views; and back. Numbers that are no display leave
+    /// it, or what is missing, as at first.
+    std::vector<double> values() const;
+    static MapDisplay of(const std::vector<double>& values);
     /// Reads such a line: fields that are missing, unknown or wrong leave what they belong to as
     /// it is. Non-zero when a field was taken.
     int readStyle(const CString& text);
 };
 /// Equal in all that is drawn.
 PAVANE_API int sameDisplay(const MapDisplay& a, const MapDisplay& b);
+/// The same of a part; titles go with the axes.
+PAVANE_API int samePart(DisplayPart part, const MapDisplay& a, const MapDisplay& b);
+/// What differs between `before` and `now` is given to `kept`, which keeps the rest.
+PAVANE_API void takeChanges(const MapDisplay& before, const MapDisplay& now, MapDisplay& kept);
 
 /// The contours of a graph that has some, else null.
 PAVANE_API MapContours* contoursOf(ABMapGraph& graph);

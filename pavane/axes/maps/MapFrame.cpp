@@ -171,7 +171,8 @@ void describeMap(A2DAxis& axis, ABMapGraph& graph, const MapFrame& frame, const 
     axis.setNameOX(frame.xTitle);
     axis.setNameOY(frame.yTitle);
     graph.setNames(frame.xTitle, frame.yTitle, frame.valueTitle);
-    graph.setHeaderText(0, headerLine);
+    if (!headerLine.empty())
+        graph.setHeaderText(0, headerLine);
     graph.setBeam(frame.beam);
 }
 

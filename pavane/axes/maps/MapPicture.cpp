@@ -52,7 +52,7 @@ void MapPicture::contentChanged()
 void MapPicture::setHeaderNote(const CString& note)
 {
     const CString line = mapHeaderLine(content_->map.header, content_->range, content_->noise);
-    graph_->setHeaderText(0, note.empty() ? line : line + "   " + note);
+    graph_->setUsualHeader(note.empty() ? line : line + "   " + note);
 }
 
 void MapPicture::draw(CDC& dc, const CRect& rect) { figure_.draw(dc, figure_.layOut(dc, rect)); }

@@ -37,7 +37,8 @@ public:
     ALevelsColorGraph& graph() { return *graph_; }
     AAxisColorOP& bar() { return *bar_; }
     MapFigure& figure() { return figure_; }
-    /// The header line, with `note` behind it unless that is empty.
+    /// The usual header line, with `note` behind it unless that is empty. A header that someone
+    /// gave the graph stays.
     void setHeaderNote(const CString& note);
 
     /// Draws the figure into `rect` of any context.

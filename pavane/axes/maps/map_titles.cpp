@@ -114,11 +114,19 @@ CString mapValueTitle(const MapHeader& header)
 
 CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapNoise& noise)
 {
+    // what the planes of a cube differ in is told by the plane
+    const auto isOfPlane = [&](const char* ctype) {
+        for (std::size_t i = 2; i < header.axes.size(); ++i)
+            if (header.axes[i].ctype == ctype && header.axes[i].length > 1)
+                return true;
+        return false;
+    };
     CString text;
     append(text, header.object);
-    if (header.frequency > 0)
+    append(text, mapPlaneText(header));
+    if (header.frequency > 0 && !isOfPlane("FREQ"))
         append(text, scaledText(header.frequency, "Hz", headerDigits));
-    if (!header.stokes.empty() && header.stokes != "I")
+    if (!header.stokes.empty() && header.stokes != "I" && !isOfPlane("STOKES"))
         append(text, std::string("Stokes") + hardBlank + header.stokes);
     append(text, header.dateObs.substr(0, header.dateObs.find('T')));
     const MapUnit unit = mapUnit(header.bunit);

@@ -1,6 +1,8 @@
 // Colours of an axis window: played with by the right button, and as a part of its views.
+#include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/axes/maps/ColorLook.h"
+#include "pavane/axes/maps/MapDisplay.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/axes/windows/PlayDrag.h"
 #include "platform/messages.h"
@@ -22,16 +24,19 @@ void AAxisWnd::SetPlayByMouse(int on)
     playByMouse_ = on != 0;
 }
 
-/// The colours of the map are a part of the views.
+/// The colours of the map are a part of the views, and so is what else a dialog changes of its
+/// display.
 void AAxisWnd::watchColors()
 {
     endPlay(0);
-    AColorsGraph* const graph = GetColorsGraph();
-    if (!graph)
+    if (!GetMap() || !GetAxis())
         return SetViewPart(ViewPart::colours, nullptr, nullptr);
     SetViewPart(
-        ViewPart::colours, [graph] { return ColorLook(*graph).values(); },
-        [this](const ViewValues& values) { ShowColorLook(ColorLook::of(values)); });
+        ViewPart::colours, [this] { return MapDisplay(*GetAxis(), *GetMap()).values(); },
+        [this](const ViewValues& values) {
+            (void)MapDisplay::of(values).give(*GetAxis(), *GetMap());
+            colorsChanged();
+        });
 }
 
 void AAxisWnd::ShowColorLook(const ColorLook& look)

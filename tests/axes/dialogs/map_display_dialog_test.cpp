@@ -137,6 +137,39 @@ TEST_F(Sheet, ShowsAtOnceWhatIsTypedAndBringsBackWhatWas)
     EXPECT_TRUE(sameDisplay(shown(), applied));
 }
 
+TEST_F(Sheet, FollowsWhatOthersChangeAndIsAStepOfTheViews)
+{
+    typeInto(page(axes), IDC_AXES_X, "mine");
+    window->BeginView();
+    MapDisplay theirs = shown();
+    theirs.titles.y = "theirs";
+    theirs.contours.width = 5;
+    (void)showDisplay(*window, theirs);
+    window->EndView();
+    window->GetMap()->setUsualHeader("another plane");
+    sheet->DisplayChanged();
+    EXPECT_EQ(sheet->GetActivePage()->GetDlgItemText(IDC_AXES_Y), "theirs");
+    typeInto(*sheet->GetActivePage(), IDC_AXES_VALUE, "mine");
+    EXPECT_FALSE(shown().titles.isOwnHeader);
+    press(IDCANCEL);
+    EXPECT_EQ(shown().titles.y, "theirs");
+    EXPECT_EQ(shown().titles.x, before.titles.x);
+    for (const char* const x : {"mine", "mine", "x"}) {  // titles of both, of theirs, of the sheet
+        window->ViewBack();
+        EXPECT_EQ(shown().titles.x, x);
+    }
+    EXPECT_TRUE(sameDisplay(shown(), before));
+    window->ViewForward();
+    window->ViewForward();
+    EXPECT_TRUE(sameDisplay(shown(), [&] {
+        MapDisplay both = before;
+        both.titles.x = "mine";
+        both.titles.y = "theirs";
+        both.contours.width = 5;
+        return both;
+    }()));
+}
+
 TEST_F(Sheet, SaysWhatCannotBeShownAndStaysOnThatPage)
 {
     const struct {
@@ -189,7 +222,8 @@ TEST_F(Sheet, KeepsPresetsThatLeaveToAMapWhatIsItsOwn)
 
 TEST_F(Sheet, OutlivesItsWindow)
 {
-    sheet = std::make_unique<Told>(*window, 1);  // without a parent that takes it along
+    AxisWindow other;
+    sheet = std::make_unique<Told>(*window, 1, &other.top);  // which does not take it along
     ASSERT_TRUE(sheet->CreateModeless());
     CDialog& shownPage = page(beam);
     window.reset();

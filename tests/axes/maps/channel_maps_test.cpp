@@ -107,30 +107,54 @@ TEST(ChannelMaps, ShowPlanesInOneRangeWithOneBar)
     EXPECT_EQ(maps.pages(), 1);
 }
 
-TEST(MapTitles, TellThePlane)
+TEST(MapTitles, TellThePlaneOnce)
 {
     const struct {
         MapAxis third, fourth;
         int plane;
-        const char* text;
+        const char *text, *line;
     } cases[] = {
-        {{3, "FREQ", "Hz", 1.42040575e9, 1, 1e4, 0}, MapAxis(), 2, "1.420426\u00a0GHz"},
-        {{3, "VELO-LSR", "", -12500, 1, 500, 0}, MapAxis(), 1, "-12\u00a0km/s"},
+        {{3, "FREQ", "Hz", 1.42040575e9, 1, 1e4, 0},
+         MapAxis(),
+         2,
+         "1.420426\u00a0GHz",
+         "1.420426\u00a0GHz   Stokes\u00a0Q"},
+        {{3, "VELO-LSR", "", -12500, 1, 500, 0},
+         MapAxis(),
+         1,
+         "-12\u00a0km/s",
+         "-12\u00a0km/s   1.5\u00a0GHz   Stokes\u00a0Q"},
         {{3, "FREQ", "GHz", 5, 2, 0.5, 0},
          {2, "STOKES", "", 1, 1, 1, 0},
          5,
+         "5.5\u00a0GHz   Stokes\u00a0Q",
          "5.5\u00a0GHz   Stokes\u00a0Q"},
-        {{2, "STOKES", "", -1, 1, -1, 0}, MapAxis(), 1, "Stokes\u00a0LL"},
-        {{2, "", "", 1, 1, 1, 0}, MapAxis(), 1, "plane\u00a01"},
-        {{2, "LAYER", "", 4, 1, 1, 0}, MapAxis(), 1, "LAYER\u00a05"},
-        {{1, "FREQ", "Hz", 1e9, 1, 1, 0}, MapAxis(), 0, ""},
+        {{2, "STOKES", "", -1, 1, -1, 0},
+         MapAxis(),
+         1,
+         "Stokes\u00a0LL",
+         "Stokes\u00a0LL   1.5\u00a0GHz"},
+        {{2, "", "", 1, 1, 1, 0},
+         MapAxis(),
+         1,
+         "plane\u00a01",
+         "plane\u00a01   1.5\u00a0GHz   Stokes\u00a0Q"},
+        {{2, "LAYER", "", 4, 1, 1, 0},
+         MapAxis(),
+         1,
+         "LAYER\u00a05",
+         "LAYER\u00a05   1.5\u00a0GHz   Stokes\u00a0Q"},
+        {{1, "FREQ", "Hz", 1e9, 1, 1, 0}, MapAxis(), 0, "", "1.5\u00a0GHz   Stokes\u00a0Q"},
     };
     for (const auto& c : cases) {
         MapHeader header;
         header.axes = {MapAxis(), MapAxis(), c.third, c.fourth};
         header.planes = c.third.length * c.fourth.length;
         header.plane = c.plane;
+        header.frequency = 1.5e9;
+        header.stokes = "Q";
         EXPECT_EQ(mapPlaneText(header), c.text);
+        EXPECT_EQ(mapHeaderLine(header, {}, {}), c.line);
     }
 }
 

@@ -59,7 +59,10 @@ const std::function<void(MapDisplay&)> changes[] = {
         d.axes = {1, 0, 1, 0};
     },
     [](MapDisplay& d) { d.titles.x = "Offset [%sarcsec]"; },
-    [](MapDisplay& d) { d.titles.header = "M 87 100%"; },
+    [](MapDisplay& d) {
+        d.titles.header = "M 87 100%";
+        d.titles.isOwnHeader = 1;
+    },
 };
 
 /// The profile in a file of its own.
@@ -97,6 +100,13 @@ TEST(MapDisplay, IsGivenAndTakenBackPartByPart)
         EXPECT_TRUE(read.readStyle(wanted.styleText())) << i;
         EXPECT_TRUE(sameDisplay(read.styleFor(wanted), wanted)) << i;
         EXPECT_TRUE(sameDisplay(wanted.styleFor(first).styleFor(wanted), wanted)) << i;
+        EXPECT_TRUE(sameDisplay(MapDisplay::of(wanted.values()), wanted)) << i;
+        // what others change goes into what is kept, and nothing else
+        MapDisplay kept = first;
+        takeChanges(wanted, wanted, kept);
+        EXPECT_TRUE(sameDisplay(kept, first)) << i;
+        takeChanges(first, wanted, kept);
+        EXPECT_TRUE(sameDisplay(kept, wanted)) << i;
     }
 }
 

@@ -113,6 +113,11 @@ TEST(MapPicture, ReadsAMapWithItsTitlesAndKeepsItWhenTheNextCannotBeRead)
     picture.setHeaderNote("and more");
     EXPECT_EQ(picture.graph().getHeaderText(0).substr(0, 3), "jet");
     EXPECT_TRUE(picture.graph().getHeaderText(0).ends_with("   and more"));
+    picture.graph().setHeaderText(0, "Mine");
+    picture.contentChanged();
+    EXPECT_EQ(picture.graph().getHeaderText(0), "Mine");
+    picture.graph().dropHeaderText();
+    EXPECT_EQ(picture.graph().getHeaderText(0).substr(0, 3), "jet");
     CPicture pixels(640, 480);
     picture.draw(*pixels.dc(), CRect(0, 0, 640, 480));
     EXPECT_EQ(picture.axis().getNameOX(), frameOf(content.map.header, 40, 60).xTitle);
