@@ -13,7 +13,7 @@ void CubePlanes::begin(const std::string& file, const MapContent& shown)
     kept_.clear();
 }
 
-int CubePlanes::exchange(int plane, MapContent& shown, std::string& error)
+int CubePlanes::exchange(int plane, MapContent& shown, std::string& error, const Reader& read)
 {
     if (plane == shown.map.header.plane)
         return 1;
@@ -33,8 +33,10 @@ int CubePlanes::exchange(int plane, MapContent& shown, std::string& error)
         while (kept() > most - 2)
             kept_.erase(kept_.begin());
         wanted = std::make_unique<MapContent>();
-        if (!readMapContent(file_, plane, *wanted, error)) {
-            error = file_ + ": " + error;
+        error.clear();
+        if (read ? !read(plane, *wanted, error) : !readMapContent(file_, plane, *wanted, error)) {
+            if (!error.empty())
+                error.insert(0, file_ + ": ");
             return 0;
         }
         // areas, marks and view lie on the cells as they were

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/maps/MapContent.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -21,9 +22,12 @@ public:
     /// At least 1.
     int count() const { return count_; }
     int isCube() const { return count_ > 1; }
+    /// Reads a plane as readMapContent does; 0 with an empty text when the user gave up.
+    using Reader = std::function<int(int plane, MapContent& content, std::string& error)>;
     /// Puts plane `plane`, from 0, in the place of `shown`, which is kept. Non-zero on success;
-    /// else 0, `error` is a line with the file's name, and `shown` is as it was.
-    int exchange(int plane, MapContent& shown, std::string& error);
+    /// else 0, `error` is a line with the file's name or empty, and `shown` is as it was. `read`
+    /// reads planes that are not kept.
+    int exchange(int plane, MapContent& shown, std::string& error, const Reader& read = {});
     /// Planes that are kept beside the one that is shown.
     int kept() const { return static_cast<int>(kept_.size()); }
 

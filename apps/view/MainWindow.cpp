@@ -1,6 +1,7 @@
 #include "apps/view/MainWindow.h"
 
 #include "apps/view/main_menu.h"
+#include "apps/view/palette_choice.h"
 #include "apps/view/view_dialogs.h"
 #include "apps/view/window_place.h"
 #include "pavane/axes/windows/show_map.h"
@@ -61,7 +62,8 @@ MainWindow::~MainWindow() { DestroyWindow(); }
 
 int MainWindow::Create(const ViewOptions& options)
 {
-    options_ = options;
+    options_ = asked_ = options;
+    askedPalette_ = paletteNameOf({});
     shownLevels_ = options.levels.none ? LevelChoice() : options.levels;
     loadLook();
     recent_.load();
@@ -207,7 +209,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     // the next map has its own range, whatever was asked for this one
     options_.hasRange = 0;
     options_.play = {};
-    const int hasColours = colours_ && colours_->GetSafeHwnd();
+    const int hasColours = play_ && play_->GetSafeHwnd();
     closeMapDialogs();
     dirtyBeam_.forget();
     giveStyle(opened->picture());
@@ -222,6 +224,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     bar_.SetOwnerWnd(this, 1);
     view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
     map_.swap(opened);            // the old one goes when nothing shows it any more
+    followDisplay();
     if (surface_.isShown())
         surface_.Show(map_.get());
     model_.SetFrame(&map_->inputs().frame);

@@ -73,6 +73,10 @@ public:
     const AreaSession& session() const { return session_; }
     const StatusLine& statusLine() const { return status_; }
     PlaneBar& planeBar() { return planes_; }
+    /// The map that is open, if any, and those that will be are displayed in this style.
+    void TakeStyle(const MapDisplay& display);
+    /// The palette of the program is another one.
+    void PaletteChanged();
     /// Shows that plane of the cube as one step of the views; 0 when it cannot be shown.
     int planeWanted(int plane) override;
 
@@ -155,7 +159,9 @@ private:
     void showDisplaySheet();
     void showBeam();
     void showDirtyBeam();
-    void displayShown(const MapDisplay& display);
+    void useForAll(const MapDisplay& display);
+    void displayChanged();
+    void followDisplay();
     void giveStyle(MapPicture& picture) const;
     double arcseconds() const;
     DirtyBeamFinder beamFinder();
@@ -181,7 +187,9 @@ private:
 
     WindowHost* host_;
     ViewOptions options_;
-    LevelChoice shownLevels_;  ///< kept while contours are off
+    ViewOptions asked_;         ///< on the command line
+    std::string askedPalette_;  ///< the name of its palette
+    LevelChoice shownLevels_;   ///< kept while contours are off
     std::unique_ptr<MapDocument> map_;
     // The map window goes first: it asks the others while it lives.
     ATrackerToolBar bar_;
@@ -200,16 +208,18 @@ private:
     PrintCommands printing_;
     std::vector<CString> palettes_;
     std::unique_ptr<CubeCells> cubeCells_;  ///< for the dialog
-    std::unique_ptr<APalettePlayDlg> colours_;
+    std::unique_ptr<APalettePlayDlg> play_;
     std::unique_ptr<AMapDisplayDlg> display_;
     std::unique_ptr<ABeamDlg> beam_;
     DirtyBeamFile dirtyBeam_;
     std::unique_ptr<ABeamWnd> beamNumbers_;  ///< of that
     std::optional<MapDisplay> styleOfAll_;   ///< of maps that are opened; none: as the options say
+    std::vector<COLORREF> colours_;          ///< of the map; none for the palette of the program
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
     int copyFailed_ = 0;
     int showTable_ = 0;
+    int readingPlane_ = 0;
     int created_ = 0;
 };
 

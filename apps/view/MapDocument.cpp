@@ -2,7 +2,6 @@
 
 #include "apps/view/long_work.h"
 #include "apps/view/map_options.h"
-#include "pavane/axes/maps/map_titles.h"
 #include "tessel/paths.h"
 #include "tessel/rounding.h"
 
@@ -15,8 +14,11 @@ namespace pavane
 namespace
 {
 
+/// A plane of more cells lasts: 64 MB.
+constexpr std::int64_t largePlane = 16 * 1024 * 1024;
+
 /// In a thread; the cells are read first, and their range and noise are about as much again.
-int readInputs(const std::string& file, int plane, ViewInputs& inputs, std::string& error,
+int readPieces(const std::string& file, int plane, MapContent& content, std::string& error,
                AProgressWriter& writer)
 {
     constexpr int pieces = 1000;
@@ -24,7 +26,7 @@ int readInputs(const std::string& file, int plane, ViewInputs& inputs, std::stri
     int read = 0;
     writer.SetSteps(steps);
     writer.SetTotal(pieces);
-    return readMapContent(file, plane, inputs, error, [&](double fraction) {
+    return readMapContent(file, plane, content, error, [&](double fraction) {
         const int now = truncated(std::clamp(fraction, 0.0, 1.0) * pieces);
         writer.Advance(now - std::exchange(read, now));
         if (now == pieces) {
@@ -35,17 +37,27 @@ int readInputs(const std::string& file, int plane, ViewInputs& inputs, std::stri
     });
 }
 
+/// While the frame of `owner` waits; `error` is empty when the user gave up.
+int readContent(CWnd* owner, const std::string& file, int plane, MapContent& content,
+                std::string& error)
+{
+    int read = 0;
+    const int done = doLongWork(owner, "Reading " + baseNameOf(file), [&](AProgressWriter& writer) {
+        read = readPieces(file, plane, content, error, writer);
+    });
+    if (!done)
+        error.clear();
+    return done && read;
+}
+
 }  // namespace
 
 int MapDocument::open(CWnd* owner, const std::string& file, int plane, const ViewOptions& options,
                       std::string& error)
 {
-    int read = 0;
-    const int done = doLongWork(owner, "Reading " + baseNameOf(file), [&](AProgressWriter& writer) {
-        read = readInputs(file, plane, inputs_, error, writer);
-    });
-    if (!done || !read) {
-        error = done ? file + ": " + error : std::string();
+    if (!readContent(owner, file, plane, inputs_, error)) {
+        if (!error.empty())
+            error.insert(0, file + ": ");
         return 0;
     }
     file_ = file;
@@ -59,9 +71,13 @@ int MapDocument::open(CWnd* owner, const std::string& file, int plane, const Vie
     return 1;
 }
 
-int MapDocument::setPlane(int plane, const ViewOptions& options, std::string& error)
+int MapDocument::setPlane(CWnd* owner, int plane, const ViewOptions& options, std::string& error)
 {
-    if (!cube_.exchange(plane, inputs_, error))
+    const auto read = [&](int number, MapContent& content, std::string& fault) {
+        return readContent(owner, file_, number, content, fault);
+    };
+    const int isLarge = inputs_.map.cells.cells() > largePlane;
+    if (!cube_.exchange(plane, inputs_, error, isLarge ? CubePlanes::Reader(read) : nullptr))
         return 0;
     picture_.contentChanged();
     applyLevels(picture_, options);  // the colours go with the map through its planes
@@ -74,13 +90,6 @@ AreaPlace MapDocument::place() const
     return {inputs_.frame.centres(), cells.rows(), cells.columns(), &sky_};
 }
 
-void MapDocument::show(const ViewOptions& options)
-{
-    applyOptions(picture_, options);
-    if (planes() < 2)
-        return;
-    const std::string note = levelNoteOf(options.levels, inputs_);
-    picture_.setHeaderNote(mapPlaneText(inputs_.map.header) + (note.empty() ? "" : "   ") + note);
-}
+void MapDocument::show(const ViewOptions& options) { applyOptions(picture_, options); }
 
 }  // namespace pavane

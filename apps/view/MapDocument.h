@@ -31,9 +31,10 @@ public:
     /// Planes of a cube, 1 of a plain map; the one that is shown, from 0.
     int planes() const { return cube_.count(); }
     int plane() const { return inputs_.map.header.plane; }
-    /// Shows another plane as `show` does. Non-zero on success; else 0, `error` is a line, and the
-    /// plane stays.
-    int setPlane(int plane, const ViewOptions& options, std::string& error);
+    /// Shows another plane as `show` does, while the frame of `owner` waits for a large one.
+    /// Non-zero on success; else 0, `error` is a line, empty when the user gave up, and the plane
+    /// stays.
+    int setPlane(CWnd* owner, int plane, const ViewOptions& options, std::string& error);
 
     const std::string& file() const { return file_; }
     const ViewInputs& inputs() const { return inputs_; }

@@ -41,8 +41,11 @@ int ViewWindows::open(const ViewOptions& options, int evenEmpty)
     if (!options.map.empty() && holdsVisibilities(options.map))
         return add(std::make_unique<DataWindow>(this), options, evenEmpty,
                    [&](DataWindow& window) { return window.OpenFile(options.map); });
-    return add(std::make_unique<MainWindow>(this), options, evenEmpty,
-               [&](MainWindow& window) { return window.OpenFirst(options); });
+    return add(std::make_unique<MainWindow>(this), options, evenEmpty, [&](MainWindow& window) {
+        if (style_)
+            window.TakeStyle(*style_);
+        return window.OpenFirst(options);
+    });
 }
 
 int ViewWindows::openFirst(const ViewOptions& options) { return open(options, 1); }
@@ -64,6 +67,21 @@ void ViewWindows::windowClosed(CWnd& window)
     open_.erase(found);
     if (open_.empty())
         PostQuitMessage(0);
+}
+
+void ViewWindows::paletteForAll()
+{
+    for (const auto& one : open_)
+        if (auto* const window = dynamic_cast<MainWindow*>(one.get()))
+            window->PaletteChanged();
+}
+
+void ViewWindows::styleForAll(const MapDisplay& display, const CWnd& from)
+{
+    style_ = display;
+    for (const auto& one : open_)
+        if (auto* const window = dynamic_cast<MainWindow*>(one.get()); window && window != &from)
+            window->TakeStyle(display);
 }
 
 }  // namespace pavane

@@ -2,8 +2,10 @@
 
 #include "apps/view/options.h"
 #include "apps/view/WindowHost.h"
+#include "pavane/axes/maps/MapDisplay.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace pavane
@@ -20,6 +22,8 @@ public:
 
     int openWindow(const std::string& file) override;
     void windowClosed(CWnd& window) override;
+    void paletteForAll() override;
+    void styleForAll(const MapDisplay& display, const CWnd& from) override;
     int count() const { return static_cast<int>(open_.size()); }
 
 private:
@@ -30,6 +34,7 @@ private:
 
     std::vector<std::unique_ptr<CWnd>> open_;
     std::vector<std::unique_ptr<CWnd>> closed_;  ///< handlers of them may still be running
+    std::optional<MapDisplay> style_;            ///< of windows that come
 };
 
 }  // namespace pavane

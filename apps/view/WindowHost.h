@@ -6,6 +6,7 @@ namespace pavane
 {
 
 class CWnd;
+struct MapDisplay;
 
 /// What a window of the program asks of the others: files that it does not show get a window of
 /// their own, and the last one to close ends the program.
@@ -16,6 +17,11 @@ public:
     /// Non-zero when the file is shown; else the user was told why not.
     virtual int openWindow(const std::string& file) = 0;
     virtual void windowClosed(CWnd& window) = 0;
+    /// The palette of the program is another one: all windows of maps show it.
+    virtual void paletteForAll() = 0;
+    /// Maps of the other windows, and those that are opened from now on, are displayed in this
+    /// style.
+    virtual void styleForAll(const MapDisplay& display, const CWnd& from) = 0;
 };
 
 }  // namespace pavane

@@ -1,13 +1,15 @@
 // Colours and contours of the map in the main window, and what is kept of them.
 #include "apps/view/MainWindow.h"
 #include "apps/view/map_options.h"
+#include "apps/view/palette_choice.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/ColorLook.h"
 #include "pavane/images/palettes.h"
 #include "platform/message.h"
 #include "platform/profile.h"
-#include "tessel/paths.h"
 #include "tessel/value_text.h"
+
+#include <utility>
 
 namespace pavane
 {
@@ -22,19 +24,38 @@ constexpr const char* levelsEntry = "Levels";
 constexpr const char* noLevels = "none";
 constexpr int shownDigits = 3;
 
+/// The dialog of colours, which tells that the palette of the program is another one.
+class ColoursDialog : public APalettePlayDlg
+{
+public:
+    ColoursDialog(AAxisWnd& plot, CWnd* parent, std::function<void()> forAll)
+        : APalettePlayDlg(plot, parent), forAll_(std::move(forAll))
+    {
+    }
+    void OnPaletteForAll() override { forAll_(); }
+
+private:
+    std::function<void()> forAll_;
+};
+
 }  // namespace
 
+/// Of this map, and of those that are opened in its place.
 void MainWindow::setPalette(std::size_t i)
 {
-    if (!LoadPalette(palettes_[i])) {
+    AArray<COLORREF> colours;
+    if (!GetPaletteColors(palettes_[i], colours)) {
         AfxMessageBox(palettes_[i] + ": the palette cannot be read", MB_ICONERROR);
         return;
     }
+    colours_.assign(colours.lpArray(), colours.lpArray() + colours.count());
     if (!map_)
         return;
     ColorLook look(map_->picture().graph());
-    look.colours.clear();  // the one of all maps is what was chosen
+    look.colours = colours_;
+    view_.BeginView();
     view_.ShowColorLook(look);
+    view_.EndView();
 }
 
 void MainWindow::setScale(ViewScale scale)
@@ -53,31 +74,46 @@ void MainWindow::showColours()
 {
     if (!map_)
         return;
-    if (colours_ && colours_->GetSafeHwnd()) {
-        colours_->SetFocus();
+    if (play_ && play_->GetSafeHwnd()) {
+        play_->SetFocus();
         return;
     }
-    colours_ = std::make_unique<APalettePlayDlg>(view_, this);
+    play_ = std::make_unique<ColoursDialog>(view_, this, [this] {
+        if (host_)
+            host_->paletteForAll();
+        else
+            PaletteChanged();
+    });
     cubeCells_.reset();
     if (isCube()) {
         const AMatrix<float>& cells = map_->inputs().map.cells;
         cubeCells_ = std::make_unique<CubeCells>(map_->file(), map_->planes(), cells.rows(),
                                                  cells.columns());
-        colours_->SetPlanes(cubeCells_->planes());
+        play_->SetPlanes(cubeCells_->planes());
     }
-    if (colours_->CreateModeless())
-        (void)colours_->ShowWindow(SW_SHOW);
+    if (play_->CreateModeless())
+        (void)play_->ShowWindow(SW_SHOW);
 }
 
-/// By the pointer, the dialog, a step through the views or a command.
+void MainWindow::PaletteChanged()
+{
+    if (play_)
+        play_->PaletteChanged();
+    if (!map_)
+        return;
+    view_.ContentChanged();
+    surface_.Follow();
+}
+
+/// By the pointer, a dialog, a step through the views or a command.
 void MainWindow::mapColoursChanged()
 {
-    surface_.Follow();
-    if (!map_ || !created_)
+    if (!map_ || !created_) {
+        surface_.Follow();
         return;
-    const ALevelsColorGraph& graph = map_->picture().graph();
-    options_.scale = static_cast<ViewScale>(graph.scaleKind());
-    const AColorPlay& play = graph.GetColorPlay();
+    }
+    displayChanged();
+    const AColorPlay& play = map_->picture().graph().GetColorPlay();
     status_.SetMessage(play.isNeutral() ? CString()
                                         : "Contrast " + valToStr(play.contrast, shownDigits) +
                                               ", bias " + valToStr(play.bias, shownDigits));
@@ -87,11 +123,11 @@ void MainWindow::levelsChanged()
 {
     if (!map_)
         return;
+    view_.BeginView();
     applyLevels(map_->picture(), options_);
     view_.ContentChanged();
-    if (display_)
-        display_->DisplayChanged();
-    surface_.Follow();
+    view_.EndView();
+    displayChanged();
 }
 
 /// What the command line does not say is as it was when the window was closed last.
@@ -115,22 +151,25 @@ void MainWindow::loadLook()
     }
 }
 
+/// What the command line asked for belongs to that run, unless the user chose something else.
 void MainWindow::storeLook() const
 {
-    CString palette = baseNameOf(GetGlobalPaletteName());
-    if (extensionOf(palette) == "pal")
-        palette.resize(palette.size() - 4);
+    const LevelChoice& levels = options_.levels;
+    const LevelChoice& asked = asked_.levels;
+    const CString palette = paletteNameOf(colours_);
     const struct {
         const char* entry;
         CString text;
-    } entries[] = {// a palette file that the command line named belongs to that run
-                   {paletteEntry, options_.palette.find('/') == CString::npos
-                                      ? palette
-                                      : GetProfileString(section, paletteEntry)},
-                   {scaleEntry, std::to_string(static_cast<int>(options_.scale))},
-                   {levelsEntry, options_.levels.none ? noLevels : options_.levels.text}};
+        int isAsked;
+    } entries[] = {{paletteEntry, palette,
+                    palette.empty() || (!asked_.palette.empty() && palette == askedPalette_)},
+                   {scaleEntry, std::to_string(static_cast<int>(options_.scale)),
+                    asked_.hasScale && options_.scale == asked_.scale},
+                   {levelsEntry, levels.none ? noLevels : levels.text,
+                    (asked.none || !asked.text.empty()) && asked.none == levels.none &&
+                        asked.text == levels.text}};
     for (const auto& each : entries)
-        if (each.text != GetProfileString(section, each.entry))
+        if (!each.isAsked && each.text != GetProfileString(section, each.entry))
             (void)WriteProfileString(section, each.entry, each.text);
 }
 

@@ -1,8 +1,9 @@
 // The sheet of the map's display and the dialog of its beam.
 #include "apps/view/MainWindow.h"
+#include "apps/view/map_options.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/axes/dialogs/show_map_display.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
-
 #include "platform/message.h"
 #include "tessel/paths.h"
 
@@ -18,17 +19,32 @@ namespace
 class DisplaySheet : public AMapDisplayDlg
 {
 public:
-    using Heard = std::function<void(const MapDisplay&)>;
-    DisplaySheet(AAxisWnd& plot, double arcseconds, CWnd* parent, Heard shown, Heard forAll)
+    DisplaySheet(AAxisWnd& plot, double arcseconds, CWnd* parent, std::function<void()> shown,
+                 std::function<void(const MapDisplay&)> forAll)
         : AMapDisplayDlg(plot, arcseconds, parent), shown_(std::move(shown)),
           forAll_(std::move(forAll))
     {
     }
-    void OnDisplayShown(const MapDisplay& display) override { shown_(display); }
+    void OnDisplayShown(const MapDisplay& /*display*/) override { shown_(); }
     void OnForAllMaps(const MapDisplay& display) override { forAll_(display); }
 
 private:
-    Heard shown_, forAll_;
+    std::function<void()> shown_;
+    std::function<void(const MapDisplay&)> forAll_;
+};
+
+/// The dialog of the beam, likewise.
+class BeamDialog : public ABeamDlg
+{
+public:
+    BeamDialog(AAxisWnd& plot, double arcseconds, CWnd* parent, std::function<void()> shown)
+        : ABeamDlg(plot, arcseconds, parent), shown_(std::move(shown))
+    {
+    }
+    void OnDisplayShown(const MapDisplay& /*display*/) override { shown_(); }
+
+private:
+    std::function<void()> shown_;
 };
 
 }  // namespace
@@ -55,11 +71,8 @@ void MainWindow::showDisplaySheet()
         return;
     }
     display_ = std::make_unique<DisplaySheet>(
-        view_, arcseconds(), this, [this](const MapDisplay& display) { displayShown(display); },
-        [this](const MapDisplay& display) {
-            styleOfAll_ = display;
-            status_.SetMessage("Maps that are opened from now on are displayed as this one");
-        });
+        view_, arcseconds(), this, [this] { displayChanged(); },
+        [this](const MapDisplay& display) { useForAll(display); });
     display_->SetDirtyBeam(beamFinder());
     if (display_->CreateModeless())
         (void)display_->ShowWindow(SW_SHOW);
@@ -73,7 +86,7 @@ void MainWindow::showBeam()
         beam_->SetFocus();
         return;
     }
-    beam_ = std::make_unique<ABeamDlg>(view_, arcseconds(), this);
+    beam_ = std::make_unique<BeamDialog>(view_, arcseconds(), this, [this] { displayChanged(); });
     beam_->SetDirtyBeam(beamFinder());
     if (beam_->CreateModeless())
         (void)beam_->ShowWindow(SW_SHOW);
@@ -104,10 +117,26 @@ void MainWindow::showDirtyBeam()
     (void)beamNumbers_->ShowWindow(SW_SHOW);
 }
 
-/// The menu and the profile go by the options, and so does the next plane.
-void MainWindow::displayShown(const MapDisplay& display)
+/// The map is displayed in another way, by whomever: the dialogs and the surface show it, and menu,
+/// profile and the next plane go by it.
+void MainWindow::displayChanged()
 {
-    const ContourLevels& levels = display.contours.levels;
+    followDisplay();
+    if (display_)
+        display_->DisplayChanged();
+    if (beam_)
+        beam_->DisplayChanged();
+    surface_.Follow();
+}
+
+void MainWindow::followDisplay()
+{
+    ALevelsColorGraph& graph = map_->picture().graph();
+    options_.scale = static_cast<ViewScale>(graph.scaleKind());
+    colours_.assign(graph.colors().lpArray(), graph.colors().lpArray() + graph.colors().count());
+    const ContourLevels& levels = graph.contours().wantedLevels();
+    if (levels == levelsOf(options_.levels, graph))
+        return;
     LevelChoice choice;
     choice.none = levels.unit != LevelUnit::automatic && levels.factors.empty();
     if (!choice.none) {
@@ -117,11 +146,35 @@ void MainWindow::displayShown(const MapDisplay& display)
         shownLevels_ = choice;
     }
     options_.levels = choice;
-    surface_.Follow();
+}
+
+void MainWindow::useForAll(const MapDisplay& display)
+{
+    styleOfAll_ = display;
+    if (host_)
+        host_->styleForAll(display, *this);
+    status_.SetMessage("Maps of other windows, and those opened from now on, are displayed as this "
+                       "one");
+}
+
+void MainWindow::TakeStyle(const MapDisplay& display)
+{
+    styleOfAll_ = display;
+    if (!map_)
+        return;
+    const MapDisplay styled = display.styleFor(shownDisplay(view_));
+    view_.BeginView();
+    (void)showDisplay(view_, styled);
+    view_.EndView();
+    displayChanged();
 }
 
 void MainWindow::giveStyle(MapPicture& picture) const
 {
+    AArray<COLORREF> colours;
+    for (const COLORREF colour : colours_)
+        (void)colours.Add(colour);
+    picture.graph().setColors(colours);
     if (styleOfAll_)
         (void)styleOfAll_->styleFor(MapDisplay(picture.axis(), picture.graph()))
             .give(picture.axis(), picture.graph());
@@ -129,7 +182,7 @@ void MainWindow::giveStyle(MapPicture& picture) const
 
 void MainWindow::closeMapDialogs()
 {
-    colours_.reset();
+    play_.reset();
     display_.reset();
     beam_.reset();
     beamNumbers_.reset();

@@ -7,10 +7,6 @@
 namespace pavane
 {
 
-namespace
-{
-
-/// The levels asked for; as values of the map where only these can say them.
 ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph)
 {
     if (!choice.none && !choice.goesOn)
@@ -21,8 +17,6 @@ ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph)
         levels.factors = levelValues(choice, graph.cellRange().greatest, graph.noise().sigma);
     return levels;
 }
-
-}  // namespace
 
 MapScaleKind scaleKind(ViewScale scale)
 {

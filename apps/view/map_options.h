@@ -9,6 +9,7 @@
 namespace pavane
 {
 
+class ABMapGraph;
 class ALevelsColorGraph;
 class MapPicture;
 
@@ -17,6 +18,9 @@ TMnMx rangeOf(const ViewOptions& options, const AMatrixAccess& cells);
 
 /// What is to be said of the levels asked for; empty for nothing.
 std::string levelNoteOf(const LevelChoice& choice, const MapContent& content);
+
+/// The levels of an option for this map; as values of it where only these can say them.
+ContourLevels levelsOf(const LevelChoice& choice, const ABMapGraph& graph);
 
 /// The scale of the library that an option stands for.
 MapScaleKind scaleKind(ViewScale scale);

@@ -1,6 +1,9 @@
 #include "apps/view/palette_choice.h"
 
 #include "pavane/images/palettes.h"
+#include "tessel/paths.h"
+
+#include <algorithm>
 
 namespace pavane
 {
@@ -16,6 +19,24 @@ int choosePalette(const std::string& name, std::string& error)
     for (int i = 0; i < names.count(); ++i)
         error += ' ' + names(i);
     return 0;
+}
+
+std::string paletteNameOf(const std::vector<COLORREF>& colours)
+{
+    if (colours.empty()) {
+        std::string name = baseNameOf(GetGlobalPaletteName());
+        if (extensionOf(name) == "pal")
+            name.resize(name.size() - 4);
+        return name;
+    }
+    const AObjArray<CString> names = PaletteNames();
+    AArray<COLORREF> each;
+    for (int i = 0; i < names.count(); ++i)
+        if (GetPaletteColors(names(i), each) &&
+            std::equal(colours.begin(), colours.end(), each.lpArray(),
+                       each.lpArray() + each.count()))
+            return names(i);
+    return {};
 }
 
 }  // namespace pavane

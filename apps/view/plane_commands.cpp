@@ -44,16 +44,22 @@ void MainWindow::tellPlane()
 /// Without a step in the history of views.
 int MainWindow::showPlane(int plane)
 {
+    if (readingPlane_)
+        return 0;
     std::string error;
-    const int shown = map_->setPlane(plane, options_, error);
+    readingPlane_ = 1;  // the window hears the user while it waits for a large one
+    const int shown = map_->setPlane(this, plane, options_, error);
+    readingPlane_ = 0;
     if (shown)
         view_.ContentChanged();
-    if (shown && colours_)
-        colours_->MapChanged();
+    if (shown && play_)
+        play_->MapChanged();
+    if (shown)
+        displayChanged();
     if (shown && surface_.isShown())
         surface_.Show(map_.get());
     tellPlane();
-    if (!shown)
+    if (!shown && !error.empty())
         status_.SetMessage(error);
     return shown;
 }

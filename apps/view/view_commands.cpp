@@ -2,12 +2,13 @@
 #include "apps/view/key_help.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
+#include "apps/view/palette_choice.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/A2DAxis.h"
-#include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
-#include "tessel/paths.h"
+
+#include <optional>
 
 namespace pavane
 {
@@ -158,7 +159,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
         if (const PartCommand* const command = partCommandOf(line.id))
             line.text = command->onMap;
     view_.amMenuParse(&popup);  // knows its own commands only
-    const CString palette = baseNameOf(GetGlobalPaletteName());
+    std::optional<std::string> palette;
     const int onSky = map_ && map_->sky().isSet();
     for (CMenu::Line& line : popup.lines()) {
         if (isMapCommand(line.id)) {
@@ -166,9 +167,11 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             continue;
         }
         line.enabled = isOffered(line.id, map_ != nullptr);
-        if (line.id >= idPalette && line.id < idPalette + palettes_.size())
-            line.checked = palette == palettes_[line.id - idPalette] + ".pal";
-        else if (line.id >= idScale && line.id < idContours)
+        if (line.id >= idPalette && line.id < idPalette + palettes_.size()) {
+            if (!palette)
+                palette = paletteNameOf(colours_);
+            line.checked = *palette == palettes_[line.id - idPalette];
+        } else if (line.id >= idScale && line.id < idContours)
             line.checked = options_.scale == static_cast<ViewScale>(line.id - idScale);
         else if (line.id == idContours)
             line.checked = !options_.levels.none;

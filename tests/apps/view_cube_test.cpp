@@ -6,6 +6,7 @@
 #include "pavane/images/palettes.h"
 #include "platform/message.h"
 #include "platform/profile.h"
+#include "tessel/value_text.h"
 
 #include <bit>
 #include <filesystem>
@@ -72,6 +73,11 @@ TEST(CubePlanes, KeepsTheLastOnesAndNeverMore)
         EXPECT_NE(error.find("kept.fits"), std::string::npos);
         EXPECT_EQ(shown.map.header.plane, last);
     }
+    EXPECT_FALSE(planes.exchange(1, shown, error, [](int, MapContent&, std::string&) {
+        return 0;  // the user gave up
+    }));
+    EXPECT_EQ(error, "");
+    EXPECT_EQ(shown.map.header.plane, last);
     writeCube("kept.fits", 30);
     EXPECT_FALSE(planes.exchange(1, shown, error));  // another map by now
 }
@@ -131,6 +137,11 @@ TEST(CubeWindow, ShowsPlanesByKeysNumberSliderAndHistory)
             const ABMapGraph* const graph = window.view().GetMap();
             ASSERT_NE(graph, nullptr);
             EXPECT_EQ(graph->cellRange().greatest, 100 * row.plane + 47) << row.text;
+            if (row.what == Do::back)
+                window.SendMessage(WM_COMMAND, idContours);  // which leaves the title
+            const CString speed = valToStr(-1.5 + 0.5 * row.plane) + "\u00a0km/s";
+            const CString title = graph->getHeaderText(0);
+            EXPECT_EQ(title.find(speed), title.rfind("km/s") - speed.size() + 4) << title;
         }
         std::filesystem::remove(file);
         window.SendMessage(WM_COMMAND, idPlayPlanes);
