@@ -1,6 +1,7 @@
 // Colours, contours and beams of maps in windows of pavane-view: whose they are, and what is kept.
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
+#include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/images/palettes.h"
 #include "platform/profile.h"
@@ -56,8 +57,7 @@ struct ViewDisplay : testing::Test, WindowHost {
         ViewOptions options;
         std::string error;
         EXPECT_TRUE(parseOptions(all, options, error)) << error;
-        if (!options.palette.empty())
-            EXPECT_TRUE(LoadPalette(options.palette));
+        EXPECT_TRUE(options.palette.empty() || LoadPalette(options.palette));
         auto window = std::make_unique<MainWindow>(this);
         EXPECT_TRUE(window->Create(options) && window->OpenFirst(options));
         window->Show();
@@ -71,7 +71,7 @@ struct ViewDisplay : testing::Test, WindowHost {
     }
     static MapDisplay shown(MainWindow& window)
     {
-        return {*window.view().GetAxis(), *window.view().GetMap()};
+        return MapDisplay(*window.view().GetAxis(), *window.view().GetMap());
     }
     /// The identifier of a palette in the menu.
     static unsigned paletteId(const char* wanted)

@@ -700,8 +700,10 @@ TEST_F(ViewWindow, PlaysWithColoursAndKeepsWhatIsNoMatterOfOneMap)
         window.SendMessage(WM_COMMAND, idContours);  // changes nothing of the colours
         EXPECT_EQ(graph().scaleKind(), MapScaleKind::squareRoot);
         EXPECT_GT(graph().scale().low(), -0.999);
+        view.ViewBack();  // the contours
         view.ViewBack();
         EXPECT_EQ(graph().scaleKind(), MapScaleKind::linear);
+        view.ViewForward();
         view.ViewForward();
         const CPoint middle = view.GetPlot()->getGraphRect().CenterPoint();
         const auto send = [&](unsigned message, int right) {

@@ -154,7 +154,7 @@ TEST_F(Sheet, FollowsWhatOthersChangeAndIsAStepOfTheViews)
     press(IDCANCEL);
     EXPECT_EQ(shown().titles.y, "theirs");
     EXPECT_EQ(shown().titles.x, before.titles.x);
-    for (const char* const x : {"mine", "mine", "x"}) {  // titles of both, of theirs, of the sheet
+    for (const CString& x : {CString("mine"), CString("mine"), before.titles.x}) {
         window->ViewBack();
         EXPECT_EQ(shown().titles.x, x);
     }
