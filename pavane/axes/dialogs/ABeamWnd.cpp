@@ -4,6 +4,8 @@
 #include "pavane/axes/AGraphXYPoint.h"
 #include "pavane/axes/graph_styles.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/beam_form.h"
+#include "pavane/axes/maps/map_unit.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
 #include "pavane/axes/windows/show_map.h"
 #include "pavane/resources/map_display_messages.h"
@@ -34,7 +36,7 @@ double widthAt(const MapBeam& beam, double turn)
 const char* axisUnitText(const MapFrame& frame)
 {
     return !frame.onSky               ? " [pixels]"
-           : frame.arcseconds == 1    ? " [%sarcsec]"
+           : frame.arcseconds == 1    ? " [%sas]"
            : frame.arcseconds == 60.0 ? " [arcmin]"
                                       : " [deg]";
 }
@@ -162,9 +164,11 @@ void ABeamWnd::showCuts()
 void ABeamWnd::showNumbers()
 {
     const MapFrame& frame = content_->frame;
-    const CString length = frame.onSky ? "arcsec" : "axis";
-    const CString value = content_->map.header.bunit;
-    const double scale = frame.onSky ? frame.arcseconds : 1;
+    const int unit = BeamForm::handyUnit(shape_.fitted, frame.onSky ? frame.arcseconds : 0);
+    const CString length = unit < beamUnits ? beamUnitTexts[unit] : beamAxisUnitText;
+    const double scale = unit < beamUnits ? frame.arcseconds / beamUnitArcseconds[unit] : 1;
+    const MapUnit named = mapUnit(content_->map.header.bunit);
+    const CString value = named.prefix + named.name;
     std::vector<BeamNumber> numbers{{"Peak", shape_.peak.value, value}};
     const auto add = [&](const char* name, double number, const CString& unit) {
         if (std::isfinite(number))
