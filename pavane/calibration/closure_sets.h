@@ -14,7 +14,7 @@ namespace pavane
 /// A telescope as baselines name it.
 struct ClosureTelescope {
     int subarray = 1, number = 0;
-    auto operator<=>(const ClosureTelescope&) const = default;
+    auto operator<=>(const ClosureTelescope&) const = default;  // NOLINT(modernize-use-nullptr)
 };
 
 /// Three telescopes of a subarray that are all joined.

@@ -48,6 +48,9 @@ struct AProgress::Share : Count {
 /// Held by all handles of the side that works, and by them alone.
 struct AProgress::Writing {
     std::shared_ptr<Share> share;
+    explicit Writing(std::shared_ptr<Share> of) : share(std::move(of)) {}
+    Writing(const Writing&) = delete;
+    Writing& operator=(const Writing&) = delete;
     ~Writing() { (void)share->end(ProgressState::stopped, 0, nullptr); }
 };
 

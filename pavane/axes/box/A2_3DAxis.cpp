@@ -227,7 +227,7 @@ double A2_3DAxis::GetDepth(double x, double y, double z) const
 
 double A2_3DAxis::valueAt(int direction, double place) const
 {
-    const int direct = direction == 0 ? xDirect_ : yDirect_;
+    const int direct = int{direction == 0 ? xDirect_ : yDirect_};
     const double along = direct < 0 ? 1 - place : place;
     const double min = direction == 0 ? range_.xMin : range_.yMin;
     const double max = direction == 0 ? range_.xMax : range_.yMax;

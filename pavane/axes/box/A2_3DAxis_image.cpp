@@ -46,8 +46,8 @@ struct ImageColors {
             colors[i].colors.first = areTwo ? i * count : 0;
             colors[i].colors.count = count;
             for (int k = 0; k < count; ++k)
-                table[static_cast<std::size_t>(colors[i].colors.first + k)] =
-                    graphs[i]->mapColor(areTwo ? k * 2 : k);
+                table[static_cast<std::size_t>(colors[i].colors.first) +
+                      static_cast<std::size_t>(k)] = graphs[i]->mapColor(areTwo ? k * 2 : k);
             table[static_cast<std::size_t>(colors[i].colors.blank)] = blankColor;
         }
     }
@@ -94,6 +94,7 @@ void clearLight(const std::array<BoxSurface, 2>& surfaces, const SurfaceRaster& 
                                  : pixel.part == SurfacePart::skirt ? shades.skirt
                                                                     : 1;
             const auto part = [shade](int value) {
+                // NOLINTNEXTLINE(bugprone-incorrect-roundings): never below 0, once a pixel
                 return static_cast<std::uint32_t>(value * shade + 0.5);
             };
             image(bits.rows() - 1 - y, x) = 0xFF000000U | part(GetRValue(color)) << 16 |

@@ -70,7 +70,7 @@ TickSet A2_3DAxis::ticksOf(int direction, int intervals) const
     wish.minor = !isFlagSet(axisNoMinorTicks);
     if (direction < 2) {
         const bool isX = direction == 0;
-        const int direct = isX ? xDirect_ : yDirect_;
+        const int direct = int{isX ? xDirect_ : yDirect_};
         wish.name = isX ? nameOX_ : nameOY_;
         wish.range = isX ? TMnMx{range_.xMin, range_.xMax} : TMnMx{range_.yMin, range_.yMax};
         wish.nPlus = isX ? nxpDigit_ : nypDigit_;

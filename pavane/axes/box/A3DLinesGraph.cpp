@@ -59,6 +59,7 @@ void A3DLinesGraph::draw3D(CDC& dc, A2_3DAxis& axis)
     axis.setLineWidth(std::max(1, axis.graphLine(width_)));
     for (const Curve& curve : curves_) {
         std::vector<BoxPoint> line;
+        line.reserve(static_cast<std::size_t>(curve.count));
         for (int i = 0; i < curve.count; ++i)
             line.push_back(axis.boxPoint(*this, curve.x[i], curve.y, curve.z[i]));
         axis.setColor(curve.color);

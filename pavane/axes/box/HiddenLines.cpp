@@ -147,10 +147,11 @@ private:
             BoxPoint other = waiting_[same].at;
             const CPointF from = view_.project(as), to = view_.project(other);
             double apart = std::hypot(to.x - from.x, to.y - from.y);
-            for (; apart > fineness * step_; apart /= 2) {
+            while (apart > fineness * step_) {
                 const BoxPoint middle = between(as, other, 0.5);
                 const bool isMiddleSeen = !lines_.sight_.isHidden(middle);
                 (isMiddleSeen == isSeen_ ? as : other) = middle;
+                apart /= 2;
             }
             put(between(as, other, 0.5));
             if (isSeen_)

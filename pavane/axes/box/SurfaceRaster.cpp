@@ -224,8 +224,10 @@ private:
     void put(int y, double i, double s, SurfacePart part)
     {
         const double j = start_ + shape_.walk.slope() * i;
+        // NOLINTBEGIN(bugprone-incorrect-roundings): hardly below 0, and once a pixel
         const int row = std::min(static_cast<int>(i + 0.5), shape_.walk.away().count - 1);
         const int column = std::clamp(static_cast<int>(j + 0.5), 0, shape_.walk.across().count - 1);
+        // NOLINTEND(bugprone-incorrect-roundings)
         const bool isLit = part == SurfacePart::upper || part == SurfacePart::under;
         pixels_[y] = {shape_.cell(row, column), part, shape_.second,
                       isLit ? shape_.lightAt(row, column) : std::uint8_t{255}};

@@ -39,8 +39,9 @@ void addCrossings(double from, double to, std::vector<double>& parts)
     const double low = std::min(from, to), high = std::max(from, to);
     if (!(high - low > 1e-12))
         return;
-    for (double whole = std::floor(low) + 1; whole < high; ++whole)
-        parts.push_back((whole - from) / (to - from));
+    double whole = std::floor(low) + 1;
+    while (whole < high)
+        parts.push_back((whole++ - from) / (to - from));
 }
 
 class Drape

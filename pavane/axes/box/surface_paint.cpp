@@ -2,6 +2,7 @@
 #include "pavane/axes/maps/cells/index_rows.h"
 
 #include <array>
+#include <cmath>
 #include <iterator>
 #include <vector>
 
@@ -136,7 +137,7 @@ void shadeSurface(const SurfaceRaster& raster, const unsigned char* bits, std::p
     const double parts[] = {1, 1, shades.under, shades.skirt, 1};
     const auto shade = [&table](std::size_t index, double brightness) {
         const auto factor =
-            static_cast<std::uint32_t>(256 * std::clamp(brightness, 0.0, 1.0) + 0.5);
+            static_cast<std::uint32_t>(std::lround(256 * std::clamp(brightness, 0.0, 1.0)));
         const COLORREF color = table[index];
         return 0xFF000000u | ((color & 0xFF) * factor >> 8) << 16 |
                ((color >> 8 & 0xFF) * factor >> 8) << 8 | (color >> 16 & 0xFF) * factor >> 8;

@@ -40,7 +40,7 @@ void A2DAxisMulti::park()
 {
     Scale& scale = stored(reserved_);
     scale.spec.range = {range_.yMin, range_.yMax};
-    scale.spec.direct = yDirect_;
+    scale.spec.direct = int{yDirect_};
     scale.logs = {logYMin_, logYMax_};
     scale.plot = graphRect_;
 }
@@ -78,7 +78,7 @@ AYScale A2DAxisMulti::getScale(int index) const
     }
     if (index == reserved_) {
         scale.range = {range_.yMin, range_.yMax};
-        scale.direct = yDirect_;
+        scale.direct = int{yDirect_};
     }
     return scale;
 }
@@ -318,6 +318,7 @@ void A2DAxisMulti::sortGraphs()
 std::vector<int> A2DAxisMulti::scalesOfGraphs() const
 {
     std::vector<int> scales;
+    scales.reserve(static_cast<std::size_t>(childs_.count()));
     for (int i = 0; i < childs_.count(); ++i)
         scales.push_back(knownScaleOf(childs_(i)));
     return scales;

@@ -68,7 +68,7 @@ MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
     }
     wish.x = {nameOX_,   {range_.xMin, range_.xMax},  xIntervals_, nxpDigit_,
               nxmDigit_, !isFlagSet(axisNoMinorTicks)};
-    wish.xDirect = xDirect_;
+    wish.xDirect = int{xDirect_};
     wish.isXWhole = isXWhole_;
     wish.options = options_;
     wish.columns = columns_;

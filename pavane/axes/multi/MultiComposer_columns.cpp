@@ -35,17 +35,20 @@ TickSet wholeTicks(const TickWish& wish)
     double step = 1;
     int factor = 1;
     for (int i = 0; span > step * (std::max(wish.intervals, 1) + tickAllowance); ++i) {
+        const int decade = (i + 1) / 3;
         factor = factors[(i + 1) % 3];
-        step = factor * powerOfTen((i + 1) / 3);
+        step = factor * powerOfTen(decade);
     }
     const double minor = step == 1 ? 1 : step == 2 ? 1 : factor == 2 ? step / 4 : step / 5;
     const double parts = step / minor;
-    for (double k = std::ceil(wish.range.min / minor - tickAllowance);
-         k <= wish.range.max / minor + tickAllowance; ++k)
+    double k = std::ceil(wish.range.min / minor - tickAllowance);
+    while (k <= wish.range.max / minor + tickAllowance) {
         if (std::fmod(k, parts) == 0)
             set.major.push_back({k * minor, nValToStr(k * minor + 0.0, 0)});
         else if (wish.minor)
             set.minor.push_back(k * minor);
+        ++k;
+    }
     return set;
 }
 

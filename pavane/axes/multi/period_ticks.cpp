@@ -60,8 +60,9 @@ TickSet periodTicks(const TickWish& wish, double period)
     const int digits = digitsOf(step, mostDigits);
     const double minor = step / chosen->minor;
     const double first = std::ceil(wish.range.min / minor - tickAllowance);
-    const double last = std::floor(wish.range.max / minor + tickAllowance);
-    for (double i = first; i <= last; ++i) {
+    const int count = static_cast<int>(std::floor(wish.range.max / minor + tickAllowance) - first);
+    for (int k = 0; k <= count; ++k) {
+        const double i = first + k;
         if (std::fmod(i, chosen->minor) == 0)
             set.major.push_back({i * minor, nValToStr(i * minor + 0.0, digits)});
         else if (wish.minor)

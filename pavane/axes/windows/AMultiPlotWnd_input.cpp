@@ -240,8 +240,8 @@ int AMultiPlotWnd::OnMouseWheel(unsigned flags, int delta, CPoint screen)
 {
     // not the plot's: it would pan what it takes for the range
     const auto passOn = [&] {
-        return ABWindow::OnMouseWheel(flags, delta,
-                                      screen);  // NOLINT(bugprone-parent-virtual-call)
+        // NOLINTNEXTLINE(bugprone-parent-virtual-call)
+        return ABWindow::OnMouseWheel(flags, delta, screen);
     };
     if (!multi_)
         return APlotWnd::OnMouseWheel(flags, delta, screen);
@@ -274,7 +274,7 @@ int AMultiPlotWnd::OnMouseWheel(unsigned flags, int delta, CPoint screen)
                                 : panBy(ranges, hit.panel, 0, way);
     };
     const int used = changeInGesture(wheel) || isAxis || flags & MK_CONTROL;
-    return used ? used : ABWindow::OnMouseWheel(flags, delta, screen);
+    return used ? used : passOn();
 }
 
 int AMultiPlotWnd::OnMouseHWheel(unsigned flags, int delta, CPoint screen)

@@ -57,6 +57,7 @@ std::vector<char> flagsOf(const std::vector<ClosureTriangle>& chosen,
     for (const ClosureTriangle& t : chosen)
         known.emplace_hint(known.end(), t.subarray, t.telescopes);
     std::vector<char> flags;
+    flags.reserve(among.size());
     for (const ClosureTriangle& t : among)
         flags.push_back(static_cast<char>(known.contains({t.subarray, t.telescopes})));
     return flags;

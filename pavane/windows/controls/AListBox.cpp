@@ -50,6 +50,7 @@ int AListBox::MoveSelection(int step)
 std::vector<CString> AListBox::GetTexts() const
 {
     std::vector<CString> texts;
+    texts.reserve(static_cast<std::size_t>(GetCount()));
     for (int i = 0; i < GetCount(); ++i)
         texts.push_back(GetText(i));
     return texts;

@@ -111,7 +111,7 @@ CRect AProgressBar::filled(const CRect& inside) const
 {
     CRect bar = inside;
     if (fraction_ >= 0) {
-        bar.right = bar.left + static_cast<int>(fraction_ * inside.Width() + 0.5);
+        bar.right = bar.left + static_cast<int>(std::lround(fraction_ * inside.Width()));
         return bar;
     }
     // to and fro

@@ -11,6 +11,7 @@ namespace pavane
 struct TextPlace {
     int line = 0;
     int at = 0;
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     friend constexpr auto operator<=>(const TextPlace&, const TextPlace&) = default;
 };
 
