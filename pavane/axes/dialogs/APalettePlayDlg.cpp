@@ -531,6 +531,7 @@ void APalettePlayDlg::chooseFromList(unsigned id)
     }
     const auto wanted = static_cast<Cells>(chosen);
     cells_ = wanted == Cells::planes && planes_.size() < 2 ? Cells::map : wanted;
+    note({});
     countCells();
 }
 
