@@ -62,7 +62,7 @@ void BaselineReader::addTo(Sums& sums, std::size_t cell) const
 {
     if (!(leg_.valid[cell] > 0))
         return;
-    const double weight = 1 / leg_.variance[cell];
+    const double weight = 1 / double{leg_.variance[cell]};
     sums.data += weight * std::complex<double>(leg_.real[cell], leg_.imaginary[cell]);
     sums.weight += weight;
     if (model_.count() > 0)

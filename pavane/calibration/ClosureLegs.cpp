@@ -16,7 +16,7 @@ ClosureLegs::ClosureLegs(const std::vector<ClosureTriangle>& ofTriangles,
             indices.emplace(std::tuple(subarray, low, high), baselines.size());
         if (isNew)
             baselines.push_back({subarray, low, high, 0});
-        return Leg{found->second, a < b ? 1.0 : -1.0};
+        return Leg{found->second, a < b ? 1.0F : -1.0F};
     };
     for (const ClosureTriangle& t : ofTriangles) {
         const auto& [a, b, c] = t.telescopes;

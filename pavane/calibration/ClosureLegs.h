@@ -14,7 +14,7 @@ namespace pavane
 struct ClosureLegs {
     struct Leg {
         std::size_t baseline;  ///< in `baselines`
-        double sign;           ///< -1: from the higher to the lower number
+        float sign;            ///< -1: from the higher to the lower number
     };
     /// What there is of a subarray, by index.
     struct Members {

@@ -208,8 +208,8 @@ void ClosureReader::addModel(UvMoment& moment)
         leg.modelReal.resize(count);
         leg.modelImaginary.resize(count);
         for (std::size_t i = 0; i < count; ++i) {
-            leg.modelReal[i] = values_[i].real();
-            leg.modelImaginary[i] = values_[i].imag();
+            leg.modelReal[i] = static_cast<float>(values_[i].real());
+            leg.modelImaginary[i] = static_cast<float>(values_[i].imag());
         }
     }
 }
@@ -224,9 +224,15 @@ int ClosureReader::legsOf(const UvMoment& moment, const std::array<ClosureLegs::
             return 0;
         const UvLeg& leg = moment.legs[of[k].baseline];
         data[k] = {leg.real.data(), leg.imaginary.data(), leg.variance.data(), leg.valid.data(),
-                   of[k].sign};
-        model[k] = {leg.modelReal.data(), leg.modelImaginary.data(), leg.variance.data(),
-                    leg.valid.data(), of[k].sign};
+                   of[k].sign,      leg.isWhole,          leg.isTame};
+        // the model may be of any size
+        model[k] = {leg.modelReal.data(),
+                    leg.modelImaginary.data(),
+                    leg.variance.data(),
+                    leg.valid.data(),
+                    of[k].sign,
+                    leg.isWhole,
+                    0};
     }
     return 1;
 }

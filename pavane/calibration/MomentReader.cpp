@@ -355,7 +355,7 @@ int MomentReader::takeBatch(MomentSink& sink)
         double time;
         int origin;
     };
-    const std::size_t legBytes = sizeof(UvLeg) + 6 * sizeof(double) * cells_.count();
+    const std::size_t legBytes = sizeof(UvLeg) + 6 * sizeof(float) * cells_.count();
     const std::size_t momentBytes = (baselines_ + 1) * legBytes;
     const std::size_t moments = std::max<std::size_t>(batchBytes / momentBytes, 1);
     std::vector<Wanted> wanted;

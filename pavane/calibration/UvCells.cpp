@@ -3,7 +3,9 @@
 #include "tessel/stokes_name.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 namespace pavane
@@ -15,46 +17,64 @@ namespace
 /// Real part, imaginary part and weight.
 constexpr int numbers = 3;
 
-/// The same arrays of a leg, which do not lie over each other.
-struct Arrays {
-    double* __restrict real;
-    double* __restrict imaginary;
-    double* __restrict variance;
-    double* __restrict valid;
-};
+/// Single precision counts so far.
+constexpr std::size_t mostCounted = std::size_t{1} << 24;
+/// No number of a tame leg is greater, and the mean is not smaller: four of them are multiplied,
+/// and a variance.
+constexpr float leastTame = 1e-5F, mostTame = 1e5F;
+constexpr float leastVariance = 1e-12F, mostVariance = 1e12F;
 
-void spreadOut(const float* __restrict from, std::size_t count, const Arrays& to)
+void spreadOut(const float* __restrict from, std::size_t count, float* __restrict real,
+               float* __restrict imaginary, float* __restrict variance)
 {
-    const auto [real, imaginary, variance, valid] = to;
     for (std::size_t k = 0; k < count; ++k) {
-        real[k] = double{from[numbers * k]};
-        imaginary[k] = double{from[numbers * k + 1]};
-        variance[k] = double{from[numbers * k + 2]};
+        real[k] = from[numbers * k];
+        imaginary[k] = from[numbers * k + 1];
+        variance[k] = from[numbers * k + 2];
     }
 }
 
-/// Keeps what is marked, not flagged and finite, and turns weights into variances; how many there
-/// are. For the vectoriser: no branch, no call.
-double keepGood(const double* __restrict marked, std::size_t count, double sign, const Arrays& of)
+std::uint32_t allOf(bool is) { return is ? ~std::uint32_t{0} : 0; }
+
+/// The value, or 0 where no bit is set.
+float only(std::uint32_t bits, float value)
 {
-    const auto [real, imaginary, variance, valid] = of;
-    constexpr double most = double{std::numeric_limits<float>::max()};
-    double taken = 0;
+    return std::bit_cast<float>(std::bit_cast<std::uint32_t>(value) & bits);
+}
+
+/// Sums over a leg.
+struct Taken {
+    float good = 0, tame = 0, sizes = 0, variance = 0;
+};
+
+/// Keeps what is marked, not flagged and finite, and turns weights into variances. For the
+/// vectoriser: no branch, no call.
+Taken keepGood(const float* __restrict marked, std::size_t count, float sign,
+               float* __restrict real, float* __restrict imaginary, float* __restrict variance,
+               float* __restrict valid)
+{
+    constexpr float most = std::numeric_limits<float>::max();
     for (std::size_t k = 0; k < count; ++k) {
-        // products, since a choice that hangs on another one would become a branch
-        double good = marked[k];
-        good *= variance[k] > 0 ? 1.0 : 0.0;
-        good *= variance[k] <= most ? 1.0 : 0.0;
-        good *= std::fabs(real[k]) <= most ? 1.0 : 0.0;
-        good *= std::fabs(imaginary[k]) <= most ? 1.0 : 0.0;
-        valid[k] = good;
-        taken += good;
+        // bits, since a choice that hangs on another one would become a branch
+        std::uint32_t good = allOf(marked[k] > 0);
+        good &= allOf(variance[k] > 0);
+        good &= allOf(variance[k] <= most);
+        good &= allOf(std::fabs(real[k]) <= most);
+        good &= allOf(std::fabs(imaginary[k]) <= most);
+        valid[k] = only(good, 1);
+        real[k] = only(good, real[k]);
+        imaginary[k] = only(good, sign * imaginary[k]);
+        variance[k] = only(good, 1 / variance[k]);
     }
+    Taken taken;
     for (std::size_t k = 0; k < count; ++k) {
-        const double inverse = 1 / variance[k];
-        real[k] = valid[k] > 0 ? real[k] : 0;
-        imaginary[k] = valid[k] > 0 ? sign * imaginary[k] : 0;
-        variance[k] = valid[k] > 0 ? inverse : 0;
+        const float size = std::fabs(real[k]) + std::fabs(imaginary[k]);
+        float tame = size <= mostTame ? 1.0F : 0.0F;
+        tame *= variance[k] <= mostVariance ? 1.0F : 0.0F;
+        taken.good += valid[k];
+        taken.tame += tame;
+        taken.sizes += size;
+        taken.variance += variance[k];
     }
     return taken;
 }
@@ -105,8 +125,9 @@ int UvLeg::take(const UvGroups& groups, int i, const UvCells& cells, const doubl
                 int sign)
 {
     const std::size_t count = cells.count();
-    for (std::vector<double>* each : {&real, &imaginary, &variance, &valid})
-        each->resize(count);
+    if (real.size() != count)
+        for (std::vector<float>* each : {&real, &imaginary, &variance, &valid})
+            each->resize(count);
     const auto g = static_cast<std::size_t>(i);
     const int hasPlace = !groups.u.empty();
     u = hasPlace ? sign * groups.u[g] : 0;
@@ -128,12 +149,16 @@ int UvLeg::take(const UvGroups& groups, int i, const UvCells& cells, const doubl
         markedBy = frequencies;
         marked.resize(count);
         for (std::size_t k = 0; k < count; ++k)
-            marked[k] = frequencies[cells.cells[k].frequency] > 0 ? 1 : 0;
+            marked[k] = frequencies[cells.cells[k].frequency] > 0 ? 1.0F : 0.0F;
     }
-    const Arrays arrays = {real.data(), imaginary.data(), variance.data(), valid.data()};
-    spreadOut(from, count, arrays);
-    const double taken = keepGood(marked.data(), count, sign, arrays);
-    return taken > 0;
+    spreadOut(from, count, real.data(), imaginary.data(), variance.data());
+    const Taken taken = keepGood(marked.data(), count, static_cast<float>(sign), real.data(),
+                                 imaginary.data(), variance.data(), valid.data());
+    const auto all = static_cast<float>(count);
+    isWhole = count <= mostCounted && taken.good == all;
+    isTame = count <= mostCounted && taken.tame == all && taken.sizes > leastTame * all &&
+             taken.variance > leastVariance * all;
+    return taken.good > 0;
 }
 
 }  // namespace pavane

@@ -44,16 +44,19 @@ PAVANE_API std::string partName(const AUVXFile& file, const UvCells::Part& part)
 /// The visibilities of a leg, an array a number, in the order of UvCells. One that is flagged, not
 /// finite or not marked is 0 throughout.
 struct UvLeg {
-    std::vector<double> real, imaginary;
-    std::vector<double> variance;  ///< one over the weight
-    std::vector<double> valid;     ///< 1 or 0
-    std::vector<double> modelReal, modelImaginary;
+    std::vector<float> real, imaginary;
+    std::vector<float> variance;  ///< one over the weight
+    std::vector<float> valid;     ///< 1 or 0
+    std::vector<float> modelReal, modelImaginary;
     double u = 0, v = 0;  ///< seconds of light, in the direction of the leg
+    int isWhole = 0;      ///< all are valid
+    /// Products of three of them, and of their squares and variances, are floats of full precision.
+    int isTame = 0;
 
     // kept from group to group
     std::vector<float> scratch;
     const double* markedBy = nullptr;  ///< the frequencies that `marked` is of
-    std::vector<double> marked;
+    std::vector<float> marked;
 
     /// Takes group `i`; `frequencies` as UvChoice gives them. `sign` -1: the leg goes the other
     /// way. Non-zero when at least one visibility counts.

@@ -1,75 +1,93 @@
 #include "pavane/calibration/closure_products.h"
 
+#include <algorithm>
 #include <cmath>
 
 // The loops are written for the vectoriser: no branch, no call, one array item a step. This file is
 // compiled so that it may change the order in which they add up.
+//
+// Legs of usual sizes are multiplied in single precision, of which twice as many fit into a step;
+// sums of a piece are short enough to keep the digits that the data have.
 
 namespace pavane
 {
 
-void addTripleProducts(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to,
-                       ClosureSums& sums)
+namespace
+{
+
+/// Cells of a piece.
+constexpr std::size_t piece = 256;
+
+template <std::size_t legs>
+int areTame(const std::array<LegCells, legs>& of)
+{
+    return std::all_of(of.begin(), of.end(), [](const LegCells& leg) { return leg.isTame; });
+}
+
+template <std::size_t legs>
+int areWhole(const std::array<LegCells, legs>& of)
+{
+    return std::all_of(of.begin(), of.end(), [](const LegCells& leg) { return leg.isWhole; });
+}
+
+template <class Real>
+void addTriples(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to,
+                ClosureSums& sums)
 {
     const auto [x, y, z] = legs;
-    double real = 0;
-    double imaginary = 0;
-    double variance = 0;
-    double count = 0;
+    const Real sx = x.sign;
+    const Real sy = y.sign;
+    const Real sz = z.sign;
+    Real real = 0;
+    Real imaginary = 0;
+    Real variance = 0;
     for (std::size_t i = from; i < to; ++i) {
-        const double xi = x.sign * x.imaginary[i];
-        const double yi = y.sign * y.imaginary[i];
-        const double zi = z.sign * z.imaginary[i];
-        const double re = x.real[i] * y.real[i] - xi * yi;
-        const double im = x.real[i] * yi + xi * y.real[i];
-        real += re * z.real[i] - im * zi;
-        imaginary += re * zi + im * z.real[i];
+        const Real xr = x.real[i];
+        const Real yr = y.real[i];
+        const Real zr = z.real[i];
+        const Real xi = sx * x.imaginary[i];
+        const Real yi = sy * y.imaginary[i];
+        const Real zi = sz * z.imaginary[i];
+        const Real re = xr * yr - xi * yi;
+        const Real im = xr * yi + xi * yr;
+        real += re * zr - im * zi;
+        imaginary += re * zi + im * zr;
         // the square of the product over that of each leg, times the variance of the leg
-        const double xx = x.real[i] * x.real[i] + xi * xi;
-        const double yy = y.real[i] * y.real[i] + yi * yi;
-        const double zz = z.real[i] * z.real[i] + zi * zi;
+        const Real xx = xr * xr + xi * xi;
+        const Real yy = yr * yr + yi * yi;
+        const Real zz = zr * zr + zi * zi;
         variance += (x.variance[i] * yy + xx * y.variance[i]) * zz + xx * yy * z.variance[i];
-        count += x.valid[i] * y.valid[i] * z.valid[i];
     }
     sums.product += std::complex<double>(real, imaginary);
     sums.variance += variance;
-    sums.count += count;
 }
 
-std::complex<double> tripleProducts(const std::array<LegCells, 3>& legs, std::size_t from,
-                                    std::size_t to)
+float countTriples(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to)
 {
     const auto [x, y, z] = legs;
-    double real = 0;
-    double imaginary = 0;
-    for (std::size_t i = from; i < to; ++i) {
-        const double xi = x.sign * x.imaginary[i];
-        const double yi = y.sign * y.imaginary[i];
-        const double zi = z.sign * z.imaginary[i];
-        const double valid = x.valid[i] * y.valid[i] * z.valid[i];
-        const double re = (x.real[i] * y.real[i] - xi * yi) * valid;
-        const double im = (x.real[i] * yi + xi * y.real[i]) * valid;
-        real += re * z.real[i] - im * zi;
-        imaginary += re * zi + im * z.real[i];
-    }
-    return {real, imaginary};
+    float count = 0;
+    for (std::size_t i = from; i < to; ++i)
+        count += x.valid[i] * y.valid[i] * z.valid[i];
+    return count;
 }
 
-void addAmplitudeProducts(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
-                          ClosureRatioSums& sums)
+template <class Real>
+void addRatios(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
+               ClosureRatioSums& sums)
 {
     const auto [x, y, z, w] = legs;
-    double above = 0;
-    double below = 0;
-    double varianceAbove = 0;
-    double varianceBelow = 0;
-    double count = 0;
+    Real above = 0;
+    Real below = 0;
+    Real varianceAbove = 0;
+    Real varianceBelow = 0;
+    Real count = 0;
+    const auto norm = [](Real real, Real imaginary) { return real * real + imaginary * imaginary; };
     for (std::size_t i = from; i < to; ++i) {
-        const double xx = x.real[i] * x.real[i] + x.imaginary[i] * x.imaginary[i];
-        const double yy = y.real[i] * y.real[i] + y.imaginary[i] * y.imaginary[i];
-        const double zz = z.real[i] * z.real[i] + z.imaginary[i] * z.imaginary[i];
-        const double ww = w.real[i] * w.real[i] + w.imaginary[i] * w.imaginary[i];
-        const double valid = x.valid[i] * y.valid[i] * z.valid[i] * w.valid[i];
+        const Real xx = norm(x.real[i], x.imaginary[i]);
+        const Real yy = norm(y.real[i], y.imaginary[i]);
+        const Real zz = norm(z.real[i], z.imaginary[i]);
+        const Real ww = norm(w.real[i], w.imaginary[i]);
+        const Real valid = x.valid[i] * y.valid[i] * z.valid[i] * w.valid[i];
         above += std::sqrt(xx * yy) * valid;
         below += std::sqrt(zz * ww) * valid;
         varianceAbove += (x.variance[i] * yy + xx * y.variance[i]) * valid;
@@ -81,6 +99,55 @@ void addAmplitudeProducts(const std::array<LegCells, 4>& legs, std::size_t from,
     sums.varianceAbove += varianceAbove;
     sums.varianceBelow += varianceBelow;
     sums.count += count;
+}
+
+}  // namespace
+
+void addTripleProducts(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to,
+                       ClosureSums& sums)
+{
+    const int tame = areTame(legs);
+    const int whole = areWhole(legs);
+    for (std::size_t i = from; i < to; i += piece) {
+        const std::size_t end = std::min(to, i + piece);
+        if (tame)
+            addTriples<float>(legs, i, end, sums);
+        else
+            addTriples<double>(legs, i, end, sums);
+        sums.count += whole ? static_cast<float>(end - i) : countTriples(legs, i, end);
+    }
+}
+
+std::complex<double> tripleProducts(const std::array<LegCells, 3>& legs, std::size_t from,
+                                    std::size_t to)
+{
+    const auto [x, y, z] = legs;
+    double real = 0;
+    double imaginary = 0;
+    for (std::size_t i = from; i < to; ++i) {
+        const double xi = double{x.sign} * x.imaginary[i];
+        const double yi = double{y.sign} * y.imaginary[i];
+        const double zi = double{z.sign} * z.imaginary[i];
+        const double xr = x.real[i];
+        const double yr = y.real[i];
+        const double valid = x.valid[i] * y.valid[i] * z.valid[i];
+        const double re = (xr * yr - xi * yi) * valid;
+        const double im = (xr * yi + xi * yr) * valid;
+        real += re * z.real[i] - im * zi;
+        imaginary += re * zi + im * z.real[i];
+    }
+    return {real, imaginary};
+}
+
+void addAmplitudeProducts(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
+                          ClosureRatioSums& sums)
+{
+    const int tame = areTame(legs);
+    for (std::size_t i = from; i < to; i += piece)
+        if (tame)
+            addRatios<float>(legs, i, std::min(to, i + piece), sums);
+        else
+            addRatios<double>(legs, i, std::min(to, i + piece), sums);
 }
 
 }  // namespace pavane

@@ -8,10 +8,11 @@
 namespace pavane
 {
 
-/// The visibilities of a leg, an array a number; those of a variance of 0 are 0.
+/// The visibilities of a leg, an array a number; those that are not valid are 0.
 struct LegCells {
-    const double *real, *imaginary, *variance, *valid;
-    double sign;  ///< -1: the leg is stored the other way
+    const float *real, *imaginary, *variance, *valid;
+    float sign;           ///< -1: the leg is stored the other way
+    int isWhole, isTame;  ///< as of UvLeg
 };
 
 /// Adds the triple products of cells `from` to `to`. Where a leg is not valid nothing is added.

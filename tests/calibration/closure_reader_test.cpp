@@ -1,3 +1,4 @@
+#include "pavane/calibration/closure_products.h"
 #include "pavane/calibration/ClosureReader.h"
 #include "tests/calibration/made_data.h"
 
@@ -150,6 +151,10 @@ TEST(ClosureReader, PhasesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
          changed(five, [](MadeGroup& g, std::size_t i) { g.weight = i % 10 == 0 ? -1 : 4; }), 28},
         {"a leg that is not finite",
          changed(five, [](MadeGroup& g, std::size_t i) { g.gain /= i == 0 ? 0.0 : 1.0; }), 37},
+        {"great visibilities", changed(five, [](MadeGroup& g, std::size_t) { g.gain *= 1e12; }),
+         40},
+        {"small visibilities", changed(five, [](MadeGroup& g, std::size_t) { g.gain *= 1e-12; }),
+         40},
         {"times that are no number",
          changed(five, [](MadeGroup& g, std::size_t i) { g.seconds /= i == 0 ? 0.0 : 1.0; }), 37},
         {"a missing leg", Groups(five.begin() + 1, five.end()), 37},
@@ -318,6 +323,59 @@ TEST(ClosureReader, AmplitudesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
         EXPECT_EQ(points, c.points) << c.name;
         EXPECT_GT(widest, 0.1) << "they are not all about 1";
     }
+}
+
+TEST(ClosureProducts, SumsAreThoseOfDoublePrecision)
+{
+    constexpr std::size_t count = 700;
+    for (const double size : {1.0, 1e12, 1e-9})
+        for (const int isWhole : {0, 1}) {
+            std::mt19937 random(3);
+            std::uniform_real_distribution<double> part(-1, 1);
+            std::vector<float> numbers[4][4];
+            std::array<LegCells, 4> legs{};
+            for (int k = 0; k < 4; ++k) {
+                for (std::size_t i = 0; i < count; ++i) {
+                    const int isGood = isWhole || i % 7 != 3;
+                    for (int n = 0; n < 2; ++n)
+                        numbers[k][n].push_back(float(isGood * size * (part(random) + 2)));
+                    numbers[k][2].push_back(float(isGood * size * size * 0.01));
+                    numbers[k][3].push_back(float(isGood));
+                }
+                const auto& n = numbers[k];
+                legs[std::size_t(k)] = {n[0].data(),          n[1].data(), n[2].data(), n[3].data(),
+                                        k % 2 ? -1.0F : 1.0F, isWhole,     size == 1};
+            }
+            ClosureSums sums, expected;
+            ClosureRatioSums ratio, expectedRatio;
+            const std::size_t from = 5;
+            addTripleProducts({legs[0], legs[1], legs[2]}, from, count, sums);
+            addAmplitudeProducts(legs, from, count, ratio);
+            for (std::size_t i = from; i < count; ++i) {
+                std::complex<double> value[4];
+                double variance[4];
+                for (std::size_t k = 0; k < 4; ++k) {
+                    value[k] = {numbers[k][0][i], double{legs[k].sign} * numbers[k][1][i]};
+                    variance[k] = numbers[k][2][i];
+                }
+                if (!(legs[0].valid[i] > 0))
+                    continue;
+                expected.count += 1;
+                expected.product += value[0] * value[1] * value[2];
+                for (std::size_t k = 0; k < 3; ++k)
+                    expected.variance +=
+                        variance[k] * std::norm(value[(k + 1) % 3]) * std::norm(value[(k + 2) % 3]);
+                expectedRatio.above += std::abs(value[0] * value[1]);
+                expectedRatio.varianceBelow +=
+                    variance[2] * std::norm(value[3]) + variance[3] * std::norm(value[2]);
+            }
+            EXPECT_EQ(sums.count, expected.count);
+            EXPECT_EQ(ratio.count, expected.count);
+            EXPECT_LT(std::abs(sums.product / expected.product - 1.0), 1e-6) << size;
+            EXPECT_NEAR(sums.variance / expected.variance, 1, 1e-6) << size;
+            EXPECT_NEAR(ratio.above / expectedRatio.above, 1, 1e-6) << size;
+            EXPECT_NEAR(ratio.varianceBelow / expectedRatio.varianceBelow, 1, 1e-6) << size;
+        }
 }
 
 TEST(ClosureReader, StatisticsAreOfTheCircle)
