@@ -5,7 +5,7 @@
 #include "platform/message.h"
 
 #include <algorithm>
-#include <functional>
+#include <utility>
 
 namespace pavane
 {
@@ -21,9 +21,10 @@ int DataPanels::Create(CWnd* parent, unsigned firstId)
 
 AChartWnd* DataPanels::window(DataPlot kind)
 {
-    return kind == DataPlot::uvdist    ? nullptr
-           : kind == DataPlot::closure ? static_cast<AChartWnd*>(&closure_)
-                                       : &baselines_;
+    return kind == DataPlot::uvdist ? nullptr
+           : kind == DataPlot::time || kind == DataPlot::bandpass
+               ? static_cast<AChartWnd*>(&baselines_)
+               : &closure_;
 }
 
 /// The baselines with marks, both of whose telescopes have them too.
@@ -57,25 +58,13 @@ int DataPanels::Read(DataPlot kind, UvObservation& observation, const UvMarks& m
     Clear();
     if (kind != listKind_)
         DropList();
-    if (kind == DataPlot::closure) {
-        std::vector<ClosureTriangle> triangles =
-            closureTriangles(telescopesOf(baselines), baselines);
-        const auto isChosen = [&](const ClosureTriangle& t) {
-            return std::any_of(chosen_.begin(), chosen_.end(), [&](const auto& other) {
-                return other.subarray == t.subarray && other.telescopes == t.telescopes;
-            });
-        };
-        if (chosen_.empty()) {
-            if (!chosenTriangles(file, list_, triangles, error))
-                return 0;
-        } else {
-            std::erase_if(triangles, std::not_fn(isChosen));
-            if (triangles.empty()) {
-                error = "has none of the chosen triangles in what is marked";
-                return 0;
-            }
-        }
-        closure_.SetData(&file, std::move(triangles), marks, {}, model);
+    if (kind == DataPlot::closure || kind == DataPlot::amplitudes) {
+        ClosureChoice choice;
+        if (kind == DataPlot::amplitudes ? !chosenAmplitudes(baselines, choice, error)
+            : chosen_.empty()            ? !chosenClosures(file, list_, baselines, choice, error)
+                                         : !keepJoined(chosen_, baselines, choice, error))
+            return 0;
+        closure_.SetData(&file, std::move(choice), marks, averaging_, model);
         return 1;
     }
     if (!chosenBaselines(file, list_, baselines, error))
@@ -92,9 +81,11 @@ int DataPanels::AskTriangles(CWnd* parent, UvObservation& observation, const UvM
                              parent);
     if (!chosen_.empty())
         dialog.SetChosen(chosen_);
+    dialog.SetAveraging(averaging_);
     if (dialog.DoModal() != IDOK)
         return 0;
     chosen_ = dialog.GetChosen();
+    averaging_ = dialog.GetAveraging();
     DropList();
     return 1;
 }
@@ -103,6 +94,7 @@ void DataPanels::ForgetFile()
 {
     Clear();
     chosen_.clear();
+    averaging_ = {};
 }
 
 void DataPanels::Clear()

@@ -42,7 +42,7 @@ private:
 };
 
 /// The panels of the window of visibilities: amplitude and phase of baselines against time or
-/// channel, or closure phases.
+/// channel, closure phases or closure amplitudes.
 class DataPanels
 {
 public:
@@ -81,6 +81,7 @@ private:
     std::string list_;
     DataPlot listKind_ = DataPlot::uvdist;
     std::vector<ClosureTriangle> chosen_;  ///< by the user; empty: an independent set
+    ClosureAveraging averaging_;
 };
 
 }  // namespace pavane

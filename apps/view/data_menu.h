@@ -94,6 +94,7 @@ inline constexpr MenuItem dataPlotItems[] = {
     {"Amplitude and phase against &time\tAlt+2", idPlotOf + 1, nullptr, 0},
     {"&Closure phases\tAlt+3", idPlotOf + 2, nullptr, 0},
     {"&Bandpass\tAlt+4", idPlotOf + 3, nullptr, 0},
+    {"Closure amp&litudes\tAlt+5", idPlotOf + 4, nullptr, 0},
     menuLine,
     {"T&riangles...\tCtrl+R", idTriangles, nullptr, 0},
     menuLine,

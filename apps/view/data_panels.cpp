@@ -83,7 +83,7 @@ void DataWindow::askTriangles()
 
 int DataWindow::runPanelCommand(unsigned id)
 {
-    constexpr unsigned kinds = 4;
+    constexpr unsigned kinds = 5;
     if (id >= idPlotOf && id < idPlotOf + kinds) {
         showPlot(static_cast<DataPlot>(id - idPlotOf));
         return readPanels(), 1;

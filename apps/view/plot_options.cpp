@@ -57,7 +57,7 @@ void addPlotOptions(OptionTable<ViewOptions>& table)
         {{"--baselines", "", "LIST",
           "of these plots only some panels: telescopes by name or number with commas between them; "
           "BR all baselines with BR, BR-FD that baseline, or the triangles with it, BR-FD-HN that "
-          "triangle"},
+          "triangle, A-B-C-D the closure amplitude AB CD / AC BD"},
          readBaselines});
     table.push_back(
         {{"--panels", "", "N",

@@ -9,8 +9,9 @@ namespace pavane
 
 struct ViewOptions;
 
-/// What of a data file is plotted.
-enum class DataPlot : int { uvdist, time, closure, bandpass };
+/// What of a data file is plotted. Amplitudes of closure, a panel a quad, are chosen in the window;
+/// --plot closure has those that --baselines names.
+enum class DataPlot : int { uvdist, time, closure, bandpass, amplitudes };
 
 /// Panels that a page has at most.
 inline constexpr int mostPanels = 50;

@@ -183,32 +183,6 @@ std::array<ClosureTelescope, 3> telescopesOfTriangle(const ClosureTriangle& t)
 
 }  // namespace
 
-int chosenTriangles(const AUVXFile& file, const std::string& list,
-                    std::vector<ClosureTriangle>& triangles, std::string& error)
-{
-    if (triangles.empty()) {
-        error = "has no three telescopes that are all joined";
-        return 0;
-    }
-    if (list.empty()) {
-        triangles = independentTriangles(triangles);
-        return 1;
-    }
-    std::vector<ClosureTelescope> known;
-    for (const ClosureTriangle& t : triangles)
-        for (const int number : t.telescopes)
-            known.push_back({t.subarray, number});
-    std::sort(known.begin(), known.end());
-    known.erase(std::unique(known.begin(), known.end()), known.end());
-    std::vector<Entry> entries;
-    if (!readEntries(file, list, known, entries, error))
-        return 0;
-    keepNamed(entries, triangles, telescopesOfTriangle);
-    if (triangles.empty())
-        error = nothingOf(list);
-    return !triangles.empty();
-}
-
 int chosenClosures(const AUVXFile& file, const std::string& list,
                    const std::vector<UvBaseline>& baselines, ClosureChoice& choice,
                    std::string& error)
@@ -237,6 +211,26 @@ int chosenClosures(const AUVXFile& file, const std::string& list,
     if (!isSome)
         error = nothingOf(list);
     return isSome;
+}
+
+int keepJoined(const std::vector<ClosureTriangle>& chosen, const std::vector<UvBaseline>& baselines,
+               ClosureChoice& choice, std::string& error)
+{
+    std::set<std::tuple<int, int, int>> joined;
+    for (const UvBaseline& b : baselines)
+        if (b.groups > 0)
+            joined.emplace(b.subarray, std::min(b.first, b.second), std::max(b.first, b.second));
+    choice = ClosureChoice(chosen);
+    std::erase_if(choice.triangles, [&](const ClosureTriangle& t) {
+        const auto isJoined = [&](std::size_t i, std::size_t k) {
+            const auto [low, high] = std::minmax(t.telescopes[i], t.telescopes[k]);
+            return joined.contains({t.subarray, low, high});
+        };
+        return !isJoined(0, 1) || !isJoined(1, 2) || !isJoined(0, 2);
+    });
+    if (choice.triangles.empty())
+        error = "has none of the chosen triangles in what is marked";
+    return !choice.triangles.empty();
 }
 
 int chosenAmplitudes(const std::vector<UvBaseline>& baselines, ClosureChoice& choice,

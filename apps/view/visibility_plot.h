@@ -16,15 +16,15 @@ namespace pavane
 /// Non-zero on success; else `error` tells which name is unknown, or that nothing is left.
 int chosenBaselines(const AUVXFile& file, const std::string& list,
                     std::vector<UvBaseline>& baselines, std::string& error);
-/// Of triangles those that a list names; of an empty list an independent set of them.
-int chosenTriangles(const AUVXFile& file, const std::string& list,
-                    std::vector<ClosureTriangle>& triangles, std::string& error);
 /// What --plot closure shows of these baselines: the triangles that a list names; of an empty list
 /// an independent set. A telescope stands for all triangles with it, two for those with their
 /// baseline, three for one; four, A-B-C-D, for their closure amplitude.
 int chosenClosures(const AUVXFile& file, const std::string& list,
                    const std::vector<UvBaseline>& baselines, ClosureChoice& choice,
                    std::string& error);
+/// Of triangles that the user chose those whose baselines are left; `error` where none is.
+int keepJoined(const std::vector<ClosureTriangle>& chosen, const std::vector<UvBaseline>& baselines,
+               ClosureChoice& choice, std::string& error);
 /// An independent set of closure amplitudes.
 int chosenAmplitudes(const std::vector<UvBaseline>& baselines, ClosureChoice& choice,
                      std::string& error);

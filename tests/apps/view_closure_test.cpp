@@ -71,6 +71,14 @@ TEST(ViewClosure, ListsNameTrianglesAndQuads)
     EXPECT_TRUE(choice.independent && choice.triangles.empty() && choice.quads.size() == 8);
     EXPECT_FALSE(chosenAmplitudes({{1, 1, 2, 1}}, choice, error));
 
+    // triangles that the user chose, of which the marks leave some or none
+    const std::vector<ClosureTriangle> chosen = {{1, {1, 2, 3}, 1}, {1, {1, 2, 5}, 1}};
+    const std::vector<UvBaseline> few = {{1, 5, 1, 2}, {1, 2, 5, 2}, {1, 1, 2, 2}, {1, 1, 3, 2}};
+    EXPECT_TRUE(keepJoined(chosen, few, choice, error));
+    EXPECT_EQ(namesOf(choice.triangles), "125");
+    EXPECT_FALSE(keepJoined({chosen[0]}, few, choice, error));
+    EXPECT_EQ(error, "has none of the chosen triangles in what is marked");
+
     // a chart has panels of both
     PanelChart chart;
     const PlotWish wish = {DataPlot::closure, 1, "1-2-5,1-2-3-4", 0};

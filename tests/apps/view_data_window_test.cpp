@@ -172,6 +172,8 @@ TEST_F(DataWindowTest, PanelsOfTheCommandLineStopAndGoOn)
     command(idZoomIn);
     EXPECT_EQ(window.panels()->GetRanges().x, before.x);
     EXPECT_LT(window.panels()->GetRanges().y[1].max, before.y[1].max);
+    command(idPlotOf + 4);
+    EXPECT_FALSE(window.panels()->GetAxis()) << "no amplitude of three telescopes";
     command(idPlotOf + 2);
     command(idPlotOf);  // what is not shown is not read
     EXPECT_FALSE(window.panels());
