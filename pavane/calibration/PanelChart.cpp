@@ -48,7 +48,9 @@ TMinMax rangeOf(const PanelChart& chart)
                 }
     TMinMax range;
     constexpr double room = 0.02;
-    const double more = least < greatest ? room * (greatest - least) : 1;
+    constexpr double half = 0.5;  // of what is counted
+    const double span = greatest - least;
+    const double more = chart.isWholeX ? std::max(half, room * span) : span > 0 ? room * span : 1;
     if (least <= greatest) {
         range.xMin = least - more;
         range.xMax = greatest + more;

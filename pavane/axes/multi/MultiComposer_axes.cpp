@@ -112,7 +112,8 @@ TickSet MultiComposer::fittingTicks(const AYScale& scale, int height) const
     int n = startIntervals(scale.intervals, height, h_);
     for (tryIntervals(n); n > 1 && !spans.areApart(0); tryIntervals(n))
         n = fewerIntervals(n);
-    while (spans.centres.empty() && n < std::min(scale.intervals, mostFlatIntervals))
+    // one label tells no scale: finer ticks, of which thinned out labels are left
+    while (spans.centres.size() < 2 && n < mostFlatIntervals)
         tryIntervals(++n);
     thinLabels(set, spans, 0);
     return set;

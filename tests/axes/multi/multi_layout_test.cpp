@@ -187,6 +187,27 @@ TEST(MultiLayout, WholeNumbersHaveTicksThatAreWhole)
     }
 }
 
+TEST(MultiLayout, FlatPanelsHaveTwoLabelsAtLeast)
+{
+    for (const double half : {10.0, 30.0, 60.0, 90.0, 180.0, 0.07})
+        for (const int height : {150, 190, 240, 300}) {
+            A2DAxisMulti axis(1, 1, nullptr, 0);
+            for (int i = 0; i < 4; ++i) {
+                AYScale scale{"", {-half, half}, 1, i};
+                scale.period = half < 1 ? 0 : 360;
+                axis.addScale(scale);
+            }
+            axis.setMinMax({0, 1, 0, 1, 0, 1});
+            CPicture picture(1, 1);
+            ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, 500, height)));
+            std::map<int, int> labels;
+            for (const MultiLayout::Text& text : axis.getLayout().texts)
+                labels[text.panel] += text.part == MultiPart::yAxis;
+            for (int panel = 0; panel < 4; ++panel)
+                EXPECT_GE(labels[panel], 2) << half << ' ' << height << ' ' << panel;
+        }
+}
+
 TEST(MultiLayout, CaptionsHideNothing)
 {
     constexpr int count = 40;
