@@ -4,6 +4,8 @@
 #include "pavane/tables/table_editors.h"
 #include "pavane/tables/TableTasks.h"
 #include "pavane/tables/TableWatch.h"
+#include "platform/message.h"
+#include "platform/messages.h"
 
 #include <algorithm>
 #include <limits>
@@ -49,6 +51,9 @@ void ATableWnd::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     case VK_ESCAPE:
         if (sizer_->cancel() || watch.gone() || tasks_->cancel())
             return;  // no dialog ends by it
+        for (CWnd* above = GetParent(); above; above = above->GetParent())
+            if (above->IsDialog())
+                return (void)above->PostMessage(WM_COMMAND, IDCANCEL);
         break;
     case VK_TAB:
         kbTab(count, shift);
