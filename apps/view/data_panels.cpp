@@ -31,6 +31,8 @@ APlotWnd& DataWindow::shownWindow()
 
 void DataWindow::showPlot(DataPlot kind)
 {
+    if (kind == shownPlot_)
+        return;  // hidden for a moment it would lose the focus
     const int hadFocus = isPlotActive();
     shownWindow().ShowWindow(SW_HIDE);
     shownPlot_ = kind;

@@ -82,8 +82,8 @@ TEST_F(DataRun, PanelsOfAllPagesAreDrawn)
         for (const std::string end : {".pdf", "p.pdf"}) {
             const std::string pdf = contents(path(name + end));
             int pages = 0;
-            for (std::size_t at = 0; (at = pdf.find("/Type /Page", at)) != pdf.npos; ++at)
-                pages += pdf.compare(at, 12, "/Type /Pages") != 0;
+            for (std::size_t at = 0; (at = pdf.find("/MediaBox", at)) != pdf.npos; ++at)
+                ++pages;
             EXPECT_EQ(pages, c.pages) << end;
         }
     }
