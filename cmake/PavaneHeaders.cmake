@@ -303,9 +303,6 @@ set(PAVANE_PUBLIC_HEADERS
 # What those include: installed with them, not for hosts to name.
 set(PAVANE_REACHED_HEADERS
     pavane/axes/box/BoxView.h
-    pavane/axes/box/HiddenLines.h
-    pavane/axes/box/SurfaceGrid.h
-    pavane/axes/box/SurfaceSight.h
     pavane/axes/dialogs/BeamControls.h
     pavane/axes/maps/AxisPalette.h
     pavane/axes/maps/beam_form.h

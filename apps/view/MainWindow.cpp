@@ -100,6 +100,7 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     surfaceSplit_.ShowOnly(0);
     surface_.status = [this](const AxisStatus& status) { mapStatus(status); };
     surface_.focused = [this] { part_ = Part::surface; };
+    surface_.stepPlane = [this](int step) { return mapStepPlane(step); };
     setUpPointer(*view_.GetTrackers());
     view_.SetToolBar(&bar_);
     view_.SetComboBox(&list_);

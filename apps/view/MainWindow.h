@@ -173,6 +173,10 @@ private:
     void changeLevels();
     void toggleTable();
     void toggleSurface();
+    int runSurfaceCommand(unsigned id);
+    void showSurfaceCommands(CMenu& popup);
+    APlotWnd& shownPicture();
+    std::unique_ptr<MapContent> askMap(const CString& title);
 
     // Planes of a cube
     int isCube() const;

@@ -1,7 +1,7 @@
 #include "apps/view/SurfacePanel.h"
 
 #include "pavane/axes/box/A2_3D2ZAxis.h"
-#include "pavane/axes/box/ASurfaceGraph.h"
+#include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/trackers/collections/area_outlines.h"
@@ -16,12 +16,26 @@ int SurfacePanel::Create(CWnd* parent, unsigned id)
                           parent, id);
 }
 
+void SurfacePanel::Window::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
+{
+    const int step = key == VK_NEXT ? 1 : key == VK_PRIOR ? -1 : 0;
+    const int isPlain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0;
+    if (step == 0 || !isPlain || !panel_.stepPlane || !panel_.stepPlane(step))
+        ASurfaceWnd::OnKeyDown(key, repeat, flags);
+}
+
 void SurfacePanel::Show(MapDocument* document)
 {
+    if (document && document == document_ && picture_) {
+        picture_->contentChanged();
+        return Follow();
+    }
     const BoxView before = picture_ ? picture_->axis().view() : BoxView();
     const bool isNew = !picture_;
+    window_.ShowBar(nullptr);
     window_.SetBox(nullptr, 0);
     window_.SetCellLink(nullptr);
+    window_.SetLinkedCell(-1, -1);
     map_.SetCellLink(nullptr);
     map_.SetLinkedCell(-1, -1);
     picture_.reset();
@@ -30,6 +44,8 @@ void SurfacePanel::Show(MapDocument* document)
         return;
     picture_ = std::make_unique<SurfacePicture>();
     picture_->show(document->inputs());
+    picture_->setDisplay(display_);
+    picture_->axis().setView(picture_->firstView());
     window_.SetBox(&picture_->axis(), 0);
     if (!isNew)  // which is not the first view of the window
         picture_->axis().setView(before);
@@ -43,7 +59,8 @@ void SurfacePanel::Follow()
 {
     if (!picture_ || !document_)
         return;
-    picture_->follow(document_->picture().graph());
+    if (picture_->follow(document_->picture().graph()))
+        window_.ShowMoves();
     window_.ContentChanged();
 }
 
@@ -53,6 +70,43 @@ void SurfacePanel::SetAreas(const ARPTrackerArray& areas)
         return;
     picture_->setAreas(outlinesOf(areas));
     window_.ContentChanged();
+}
+
+/// What is shown beside colours has changed.
+void SurfacePanel::pictureChanged()
+{
+    window_.ShowBar(picture_->otherBar());
+    window_.SetFirstView(picture_->firstView());
+    window_.ContentChanged();
+}
+
+void SurfacePanel::SetDisplay(const SurfaceDisplay& display)
+{
+    display_ = display;
+    if (!picture_)
+        return;
+    picture_->setDisplay(display);
+    pictureChanged();
+}
+
+int SurfacePanel::SetSecond(std::unique_ptr<MapContent> second)
+{
+    if (!picture_)
+        return 0;
+    window_.ShowBar(nullptr);
+    picture_->setSecond(std::move(second));
+    pictureChanged();
+    return 1;
+}
+
+int SurfacePanel::SetColorMap(std::unique_ptr<MapContent> colors)
+{
+    if (!picture_)
+        return 0;
+    window_.ShowBar(nullptr);
+    const int isTaken = picture_->setColorMap(std::move(colors));
+    pictureChanged();
+    return isTaken;
 }
 
 }  // namespace pavane

@@ -10,6 +10,7 @@
 namespace pavane
 {
 
+class AAxisScaleBar;
 class ARPTrackerArray;
 class AAxisWnd;
 
@@ -24,14 +25,24 @@ public:
     int Create(CWnd* parent, unsigned id);
     ASurfaceWnd& window() { return window_; }
     int isShown() const { return picture_ != nullptr; }
-    /// Shows a map that is open; null for none. The view stays.
+    /// Shows a map that is open; null for none. The view stays; with another plane of the same map
+    /// whatever the user does goes on.
     void Show(MapDocument* document);
     /// The map has another look.
     void Follow();
     void SetAreas(const ARPTrackerArray& areas);
+    void SetDisplay(const SurfaceDisplay& display);
+    const SurfaceDisplay& display() const { return display_; }
+    /// A second map above it, or the one that gives its colours; null for none. They go with the
+    /// map. 0 while nothing is shown, and for colours of a map of another size.
+    int SetSecond(std::unique_ptr<MapContent> second);
+    int SetColorMap(std::unique_ptr<MapContent> colors);
+    int hasSecond() const { return picture_ && picture_->hasSecond(); }
+    int hasColorMap() const { return picture_ && picture_->hasColorMap(); }
 
     std::function<void(const AxisStatus&)> status;  ///< of the pointer over the surface
     std::function<void()> focused;                  ///< the keyboard has come to it
+    std::function<int(int)> stepPlane;  ///< Page Down (1) or Page Up (-1); 0: no other plane
 
 private:
     class Window : public ASurfaceWnd
@@ -45,7 +56,11 @@ private:
                 panel_.status(shown);
         }
 
+        /// A bar beside the box; null for none.
+        void ShowBar(AAxisScaleBar* bar) { figure().setBar(bar); }
+
     protected:
+        void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
         void OnSetFocus(CWnd* old) override
         {
             ASurfaceWnd::OnSetFocus(old);
@@ -57,9 +72,12 @@ private:
         SurfacePanel& panel_;
     };
 
+    void pictureChanged();
+
     AAxisWnd& map_;
     MapDocument* document_ = nullptr;
     std::unique_ptr<SurfacePicture> picture_;
+    SurfaceDisplay display_;
     Window window_;
 };
 

@@ -2,6 +2,8 @@
 
 #include "apps/view/area_outlines.h"
 #include "apps/view/options.h"
+#include "pavane/axes/box/ASurfaceGraph.h"
+#include "pavane/axes/box/BoxView.h"
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "pavane/axes/maps/MapContent.h"
 #include "pavane/axes/maps/MapFigure.h"
@@ -15,11 +17,19 @@ namespace pavane
 
 class A2_3D2ZAxis;
 class AAxisColorOP;
-class ALevelsColorGraph;
-class ASurfaceGraph;
 
-/// A map as a surface with contours on it and on the floor, its colour bar, and perhaps a second
-/// map on the second Z above it. Neither copied nor moved: graphs point into it.
+inline constexpr int usualSurface = surfaceColors | surfaceLight | surfaceContours;
+
+/// How maps are shown as surfaces, beside what a map shows of colours and contours.
+struct SurfaceDisplay {
+    int style = usualSurface;   ///< SurfaceStyle bits
+    int floor = floorContours;  ///< SurfaceFloor bits
+    int sameRange = 0;          ///< the second map has the range of the first, and not its own
+};
+
+/// A map as a surface, with room above the floor so that what lies there is seen, its colour bar,
+/// and perhaps a second map on the second Z above it. Neither copied nor moved: graphs point into
+/// it.
 class SurfacePicture
 {
 public:
@@ -30,30 +40,51 @@ public:
 
     /// Shows a map, which has to outlive the picture.
     void show(const MapContent& content);
+    /// The map has other cells, as another plane has; axis and graphs stay.
+    void contentChanged();
     /// Reads the second map. Non-zero on success; else 0 and `error` is one line with its name.
     int addSecond(const std::string& file, std::string& error);
+    /// Shows a second map in place of the one that there was; null takes it away.
+    void setSecond(std::unique_ptr<MapContent> second);
+    int hasSecond() const { return secondGraph_ != nullptr; }
+    /// Takes the colours from another map of the same size; null: from the map itself. Non-zero on
+    /// success.
+    int setColorMap(std::unique_ptr<MapContent> colors);
+    int hasColorMap() const { return colorMap_ != nullptr; }
+    /// The height over the floor stays when the floor gets something to show.
+    void setDisplay(const SurfaceDisplay& display);
+    const SurfaceDisplay& display() const { return display_; }
+    /// The view that a window begins with.
+    BoxView firstView() const;
     /// Colours, range, scale and levels of the options, and the view of --surface.
     void applyOptions(const ViewOptions& options);
-    /// Those of the graph of the same map, as it is shown.
-    void follow(const ALevelsColorGraph& map);
+    /// Those of the graph of the same map, as it is shown. Non-zero when heights change as well.
+    int follow(const ALevelsColorGraph& map);
     /// Lays the outlines of areas over the surface.
     void setAreas(const std::vector<AreaOutline>& areas);
 
     A2_3D2ZAxis& axis() { return *axis_; }
     ASurfaceGraph& graph() { return *graph_; }
     AAxisColorOP& bar() { return *bar_; }
+    /// The bar of what gives colours beside the map: its colour map, or else the second map; null
+    /// for none.
+    AAxisColorOP* otherBar() { return otherBar_.get(); }
     void draw(CDC& dc, const CRect& rect);
     /// What is to be said of what was drawn.
     std::vector<std::string> notes() const;
 
 private:
+    void makeOtherBar();
+    void followSecond();
+
     const MapContent* content_ = nullptr;
-    std::unique_ptr<MapContent> second_;
-    std::unique_ptr<AMatrixAccess> cells_, secondCells_;
+    std::unique_ptr<MapContent> second_, colorMap_;
+    std::unique_ptr<AMatrixAccess> cells_, secondCells_, colorCells_;
     std::unique_ptr<A2_3D2ZAxis> axis_;
     ASurfaceGraph* graph_ = nullptr;  // the axis's
     ASurfaceGraph* secondGraph_ = nullptr;
-    std::unique_ptr<AAxisColorOP> bar_;
+    std::unique_ptr<AAxisColorOP> bar_, otherBar_;
+    SurfaceDisplay display_;
     MapFigure figure_;
 };
 

@@ -104,7 +104,7 @@ int MainWindow::print(unsigned id)
     ATableWnd* const table = tableOf(part());
     if (table && !(part() == Part::numbers ? table_.storeEditor() : model_.table().storeEditor()))
         return 1;
-    ABWindow& printed = table ? static_cast<ABWindow&>(*table) : view_;
+    ABWindow& printed = table ? static_cast<ABWindow&>(*table) : shownPicture();
     return printing_.run(id, printed, mapTitle(map_->inputs().map.header), *this);
 }
 
@@ -331,7 +331,7 @@ void MainWindow::savePicture()
     if (!map_)
         return;
     std::string name = besideFile(map_->file(), "png");
-    if (savePictureOf(view_, mapTitle(map_->inputs().map.header), name,
+    if (savePictureOf(shownPicture(), mapTitle(map_->inputs().map.header), name,
                       [this](const std::string& file) { return mayWrite(file, 0); }))
         status_.SetMessage("Saved a picture in " + name);
 }

@@ -46,6 +46,7 @@ constexpr KeyLine mapKeys[] = {
      "back and forward through the views: range, plane, colours and display"},
     {"F4, F5, F6", "numbers of the area, components, to the next part of the window"},
     {"Ctrl+3", "the map as a surface beside it: drag or arrows turn it, X Y Z look along an axis"},
+    {"Ctrl+Up, Ctrl+Down", "on the surface: higher, lower; Home takes turns back"},
     {"Ins, Ctrl+D, Del", "among components: adds one, duplicates them, deletes them"},
 };
 

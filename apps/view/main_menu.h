@@ -48,8 +48,19 @@ enum ViewCommand : unsigned {
     idSurface,  ///< the map in a box beside it
     idKeys = 40301,
     idAbout,
-    idRecent = 40401,  ///< one for each recent file
-    idPalette = 40501  ///< one for each palette
+    idRecent = 40401,   ///< one for each recent file
+    idPalette = 40501,  ///< one for each palette
+    // of the surface beside the map
+    idSurfaceStyle = 40701,  ///< one for each of surfaceStyles
+    idSurfaceFloor = 40711,  ///< and the SurfaceFloor bits
+    idSurfaceHigher = 40721,
+    idSurfaceLower,
+    idSurfaceFirst,
+    idSurfaceSecond,
+    idSurfaceNoSecond,
+    idSurfaceSameRange,
+    idSurfaceColorMap,
+    idSurfaceOwnColors
 };
 
 inline constexpr const char* copyPictureText = "Copy &picture\tCtrl+C";
@@ -66,6 +77,34 @@ inline constexpr MenuItem scaleItems[] = {
     {"&Square root", idScale + 1, nullptr, 0},
     {"Lo&garithmic", idScale + 2, nullptr, 0},
     {"&Equalised", idScale + 3, nullptr, 0},
+};
+
+inline constexpr MenuItem surfaceFloorItems[] = {
+    {"&Contours", idSurfaceFloor + 2, nullptr, 0},
+    {"C&olours", idSurfaceFloor + 1, nullptr, 0},
+    {"&Both", idSurfaceFloor + 3, nullptr, 0},
+    {"&None", idSurfaceFloor, nullptr, 0},
+};
+
+inline constexpr MenuItem surfaceItems[] = {
+    {"&Beside the map\tCtrl+3", idSurface, nullptr, 0},
+    menuLine,
+    {"&Lattice", idSurfaceStyle, nullptr, 0},
+    {"C&olours", idSurfaceStyle + 1, nullptr, 0},
+    {"L&ight", idSurfaceStyle + 2, nullptr, 0},
+    {"&Contours", idSurfaceStyle + 3, nullptr, 0},
+    {"S&kirt", idSurfaceStyle + 4, nullptr, 0},
+    {"&Floor", 0, surfaceFloorItems, std::size(surfaceFloorItems)},
+    menuLine,
+    {"&Higher (Ctrl+Up)", idSurfaceHigher, nullptr, 0},
+    {"Lo&wer (Ctrl+Down)", idSurfaceLower, nullptr, 0},
+    {"First &view (Home)", idSurfaceFirst, nullptr, 0},
+    menuLine,
+    {"&Second map on the surface...", idSurfaceSecond, nullptr, 0},
+    {"S&ame range for both maps", idSurfaceSameRange, nullptr, 0},
+    {"&Remove the second map", idSurfaceNoSecond, nullptr, 0},
+    {"Colours of another &map...", idSurfaceColorMap, nullptr, 0},
+    {"Ow&n colours again", idSurfaceOwnColors, nullptr, 0},
 };
 
 /// What is printed is the part that has the keyboard.
@@ -138,7 +177,7 @@ inline constexpr MenuItem viewItems[] = {
     {"Previo&us plane (Page Up)", idPreviousPlane, nullptr, 0},
     {"Pla&y the planes", idPlayPlanes, nullptr, 0},
     menuLine,
-    {"Sur&face\tCtrl+3", idSurface, nullptr, 0},
+    {"Sur&face", 0, surfaceItems, std::size(surfaceItems)},
     {"C&omponents\tF5", idModel, nullptr, 0},
     {"&Next part\tF6", idNextMapPart, nullptr, 0},
     {"Pre&vious part\tShift+F6", idPreviousMapPart, nullptr, 0},

@@ -46,10 +46,11 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     // a button of the toolbar is about areas, whatever has the keyboard
     if (!control && runPartCommand(id))
         return 1;
-    if (id == ID_COPY_TO_CLIPBOARD)
-        return view_.RunCommand(id);
+    if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
+        return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
-           ATrackToolBarOwnerWnd::OnCommand(id, code, control) || view_.RunCommand(id);
+           runSurfaceCommand(id) || ATrackToolBarOwnerWnd::OnCommand(id, code, control) ||
+           view_.RunCommand(id);
 }
 
 int MainWindow::runViewCommand(unsigned id)
@@ -195,6 +196,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
         else if (line.id == idSaveModel || line.id == idSaveModelAs)
             line.enabled = map_ && model_.session().isOpen();
     }
+    showSurfaceCommands(popup);
     showPartCommands(popup);
 }
 

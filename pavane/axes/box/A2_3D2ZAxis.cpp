@@ -21,6 +21,12 @@ int A2_3D2ZAxis::addChildItem(AGraph* graph)
     return A2_3DAxis::addChildItem(graph);
 }
 
+int A2_3D2ZAxis::DeleteGraph(const AGraph* graph)
+{
+    std::erase(items_, graph);
+    return A2_3DAxis::DeleteGraph(graph);
+}
+
 void A2_3D2ZAxis::SetStacked(int on) { stacked_ = on != 0; }
 
 void A2_3D2ZAxis::setMinMaxZ2(const TMnMx& range)

@@ -16,6 +16,7 @@ public:
 
     int GetAxisType() const override;
     int addChildItem(AGraph* graph) override;
+    int DeleteGraph(const AGraph* graph) override;
 
     /// Non-zero (at first): what belongs to the second Z stands above the first, with a floor of
     /// its own. 0: both share the box, and their surfaces hide each other.

@@ -97,6 +97,20 @@ void A2_3DAxis::placeZ(BoxZ& z, double ground, double top) const
     z.top = top;
 }
 
+int A2_3DAxis::DeleteGraph(const AGraph* graph)
+{
+    int i = 0;
+    while (i < childs_.count() && childs_(i) != graph)
+        ++i;
+    if (i == childs_.count())
+        return 0;
+    drawing_->lines.reset();  // until the next drawing nothing is seen
+    if (BoxSurface* const surface = drawing_->surfaceOf(*graph))
+        *surface = BoxSurface();
+    childs_.DeleteItems(i, 1);
+    return 1;
+}
+
 CString A2_3DAxis::nameOfZ(int index, const CString& name) const
 {
     for (int i = 0; name.empty() && i < childs_.count(); ++i)

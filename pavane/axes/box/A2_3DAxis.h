@@ -165,6 +165,8 @@ public:
     /// Another number whenever something else hides, or is seen from elsewhere, than at the last
     /// drawing: what a graph has found to be seen of its lines holds as long as it stays.
     std::uint64_t scene() const;
+    /// Deletes one of the axis's own graphs. Non-zero on success; 0 for one of another axis.
+    virtual int DeleteGraph(const AGraph* graph);
     /// Forgets the picture of bitmap mode: call it when other data than maps have changed.
     void dropCache();
 

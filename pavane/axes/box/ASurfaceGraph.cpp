@@ -21,11 +21,32 @@ constexpr std::int64_t mostDraftPoints = 20000;
 constexpr double latticeWidth = 0.5;
 constexpr int outlinePart = 8;
 
+/// What is seen of some lines, as long as `of` is what it was found for.
+struct Seen {
+    std::vector<double> of;
+    std::vector<PicturePieces> pieces;
+
+    bool isOf(std::vector<double> now)
+    {
+        if (now == of)
+            return true;
+        of = std::move(now);
+        pieces.clear();
+        return false;
+    }
+};
+
 }  // namespace
+
+struct SurfaceLinesSeen {
+    Seen contours, lattice, outlines;
+};
+
+ASurfaceGraph::~ASurfaceGraph() = default;
 
 ASurfaceGraph::ASurfaceGraph(ABAxis* axis, const AMatrixAccess& cells, const TMinMax& centres,
                              int asItem)
-    : ALevelsColorGraph(axis, cells, centres, asItem)
+    : ALevelsColorGraph(axis, cells, centres, asItem), seen_(std::make_unique<SurfaceLinesSeen>())
 {
 }
 
@@ -93,22 +114,13 @@ void ASurfaceGraph::draw3D(CDC& dc, A2_3DAxis& axis)
     drawOutlines(dc, axis);
 }
 
-int ASurfaceGraph::Seen::isOf(std::vector<double> now)
-{
-    if (now == of)
-        return 1;
-    of = std::move(now);
-    pieces.clear();
-    return 0;
-}
-
 void ASurfaceGraph::drawLattice(CDC& dc, A2_3DAxis& axis) const
 {
     const int lines = style_ & (surfaceLinesX | surfaceLinesY);
     if (!lines)
         return;
     const FigureUnits units(dc);
-    if (!latticeSeen_.isOf({static_cast<double>(axis.scene()), spacing_, 1.0 * lines})) {
+    if (!seen_->lattice.isOf({static_cast<double>(axis.scene()), spacing_, 1.0 * lines})) {
         const SurfaceLattice lattice =
             latticeOf(*axis.gridOf(*this), axis.view(), spacing_ * units.perPixel());
         PicturePieces pieces;
@@ -118,11 +130,11 @@ void ASurfaceGraph::drawLattice(CDC& dc, A2_3DAxis& axis) const
         if (lines & surfaceLinesY)
             for (const std::vector<BoxPoint>& line : lattice.alongY)
                 axis.addSeen(line, pieces);
-        latticeSeen_.pieces.push_back(std::move(pieces));
+        seen_->lattice.pieces.push_back(std::move(pieces));
     }
     axis.setColor(latticeColor_);
     axis.setLineWidth(std::max(1, static_cast<int>(units.perPixel() * latticeWidth)));
-    axis.strokePieces(dc, latticeSeen_.pieces.front(), 0);
+    axis.strokePieces(dc, seen_->lattice.pieces.front(), 0);
 }
 
 /// The points of a line, in columns and rows of the map, in those of the grid; without those that
@@ -162,16 +174,16 @@ int ASurfaceGraph::traceContours(const std::vector<double>& values) const
 void ASurfaceGraph::findContours(A2_3DAxis& axis, double pixel) const
 {
     const SurfaceGrid& grid = *axis.gridOf(*this);
-    contoursSeen_.pieces.resize(tracedLevels_.size() * 2);
+    seen_->contours.pieces.resize(tracedLevels_.size() * 2);
     for (const ContourLine& line : lines_.lines()) {
         const auto level = static_cast<std::size_t>(line.level) * 2;
         const std::vector<CPointF> points =
             onGrid(axis, {lines_.points(line), static_cast<std::size_t>(line.count)}, pixel);
         if (style_ & surfaceContours)
-            axis.addSeen(drapeLine(grid, points, line.closed), contoursSeen_.pieces[level]);
+            axis.addSeen(drapeLine(grid, points, line.closed), seen_->contours.pieces[level]);
         if (floor_ & floorContours)
             axis.addSeen(flatLine(grid, points, axis.floorOf(*this), line.closed),
-                         contoursSeen_.pieces[level + 1]);
+                         seen_->contours.pieces[level + 1]);
     }
 }
 
@@ -184,32 +196,32 @@ void ASurfaceGraph::drawContours(CDC& dc, A2_3DAxis& axis) const
         return;
     std::vector<double> of = values;
     of.insert(of.end(), {static_cast<double>(axis.scene()), 1.0 * where, 1.0 * version_});
-    if (!contoursSeen_.isOf(std::move(of)))
+    if (!seen_->contours.isOf(std::move(of)))
         findContours(axis, FigureUnits(dc).perPixel());
     const AColorsGraph* const ground = isColors() && !colors_ ? this : nullptr;
     const AColorsGraph* const below = (floor_ & floorColors) && !colors_ ? this : nullptr;
     axis.setLineWidth(contours().width(dc, axis.getFHeight()));
     for (std::size_t level = 0; level < values.size(); ++level) {
         axis.setColor(contours().color(values[level], below));
-        axis.strokePieces(dc, contoursSeen_.pieces[level * 2 + 1], values[level] < 0);
+        axis.strokePieces(dc, seen_->contours.pieces[level * 2 + 1], values[level] < 0);
         axis.setColor(contours().color(values[level], ground));
-        axis.strokePieces(dc, contoursSeen_.pieces[level * 2], values[level] < 0);
+        axis.strokePieces(dc, seen_->contours.pieces[level * 2], values[level] < 0);
     }
 }
 
 void ASurfaceGraph::drawOutlines(CDC& dc, A2_3DAxis& axis) const
 {
     const FigureUnits units(dc);
-    if (!outlinesSeen_.isOf({static_cast<double>(axis.scene()), 1.0 * looks_})) {
+    if (!seen_->outlines.isOf({static_cast<double>(axis.scene()), 1.0 * looks_})) {
         PicturePieces pieces;
         for (const std::vector<CPointF>& outline : outlines_)
             axis.addSeen(drapeLine(*axis.gridOf(*this), onGrid(axis, outline, units.perPixel()), 1),
                          pieces);
-        outlinesSeen_.pieces.push_back(std::move(pieces));
+        seen_->outlines.pieces.push_back(std::move(pieces));
     }
     axis.setColor(outlineColor_);
     axis.setLineWidth(units.line(axis.getFHeight(), outlinePart));
-    axis.strokePieces(dc, outlinesSeen_.pieces.front(), 0);
+    axis.strokePieces(dc, seen_->outlines.pieces.front(), 0);
 }
 
 }  // namespace pavane

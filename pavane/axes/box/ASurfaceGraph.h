@@ -1,6 +1,5 @@
 #pragma once
 
-#include "pavane/axes/box/HiddenLines.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 
 #include <memory>
@@ -9,6 +8,8 @@
 
 namespace pavane
 {
+
+struct SurfaceLinesSeen;
 
 /// How a surface is drawn.
 enum SurfaceStyle : int {
@@ -32,6 +33,9 @@ class PAVANE_API ASurfaceGraph : public ALevelsColorGraph
 {
 public:
     ASurfaceGraph(ABAxis* axis, const AMatrixAccess& cells, const TMinMax& centres, int asItem);
+    ASurfaceGraph(const ASurfaceGraph&) = delete;
+    ASurfaceGraph& operator=(const ASurfaceGraph&) = delete;
+    ~ASurfaceGraph() override;
 
     /// SurfaceStyle bits; colours and light at first.
     void SetStyle(int bits) { style_ = bits; }
@@ -71,12 +75,6 @@ public:
 private:
     std::vector<CPointF> onGrid(const A2_3DAxis& axis, std::span<const CPointF> points,
                                 double pixel) const;
-    /// What is seen of lines, as it was found once: looking for it takes most of a drawing.
-    struct Seen {
-        std::vector<double> of;
-        std::vector<PicturePieces> pieces;
-        int isOf(std::vector<double> now);
-    };
     int traceContours(const std::vector<double>& values) const;
     void findContours(A2_3DAxis& axis, double pixel) const;
     void drawLattice(CDC& dc, A2_3DAxis& axis) const;
@@ -92,7 +90,7 @@ private:
     COLORREF outlineColor_ = RGB(0, 0, 0);
     int version_ = 0;
     int looks_ = 0;
-    mutable Seen contoursSeen_, latticeSeen_, outlinesSeen_;
+    std::unique_ptr<SurfaceLinesSeen> seen_;  ///< looking for it takes most of a drawing
     mutable ContourLines lines_;
     mutable int tracedVersion_ = -1;
     mutable std::vector<double> tracedLevels_;

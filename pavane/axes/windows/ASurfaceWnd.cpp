@@ -94,8 +94,7 @@ void ASurfaceWnd::plotCame()
 
 // Views
 
-/// Large maps are drawn from blocks until the view rests.
-void ASurfaceWnd::viewMoves()
+void ASurfaceWnd::ShowMoves()
 {
     if (!GetSafeHwnd())
         return;
@@ -119,7 +118,7 @@ void ASurfaceWnd::showNow(const BoxView& view)
     if (!box_ || valuesOf(view) == valuesOf(box_->view()))
         return;
     box_->setView(view);
-    viewMoves();
+    ShowMoves();
     ContentChanged();
     if (GetSafeHwnd())
         NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, GetSafeHwnd(), 0);
@@ -142,6 +141,15 @@ void ASurfaceWnd::TurnBy(double azimuth, double elevation)
         return;
     BoxView view = box_->view();
     view.setView(view.azimuth() + azimuth, view.elevation() + elevation);
+    ShowView(view);
+}
+
+void ASurfaceWnd::GrowHeight(double factor)
+{
+    if (!box_)
+        return;
+    BoxView view = box_->view();
+    view.setHeight(view.height() * factor);
     ShowView(view);
 }
 
@@ -303,11 +311,8 @@ int ASurfaceWnd::takeArrow(int key, bool shift, bool control)
         return moveMark(across, up);
     if (control && up == 0)
         return 0;
-    if (control) {
-        BoxView view = box_->view();
-        view.setHeight(view.height() * std::pow(heightOfKey, up));
-        return ShowView(view), 1;
-    }
+    if (control)
+        return GrowHeight(std::pow(heightOfKey, up)), 1;
     const double by = shift ? turnOfShiftArrow : turnOfArrow;
     return TurnBy(across * by, up * by), 1;
 }

@@ -39,6 +39,11 @@ public:
     /// Shows another view, as one step of the history of views.
     void ShowView(const BoxView& view);
     void ShowFirstView();
+    /// What is shown follows a hand: large maps are drawn from blocks until it rests, as while the
+    /// view moves. For hosts that change the range of heights.
+    void ShowMoves();
+    /// Multiplies the height of the box.
+    void GrowHeight(double factor);
     /// Degrees more; elevations stay in 0..90.
     void TurnBy(double azimuth, double elevation);
 
@@ -77,7 +82,6 @@ private:
     void dragTo(unsigned flags, CPoint point);
     void endDrag(int takeBack);
     void showNow(const BoxView& view);
-    void viewMoves();
     int takeArrow(int key, bool shift, bool control);
     int moveMark(int columns, int rows);
 
