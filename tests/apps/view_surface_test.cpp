@@ -70,7 +70,8 @@ protected:
     {
         window.DestroyWindow();
         SetProfileFile("");
-        PostQuitMessage(0);
+        PostQuitMessage(0);  // as the window asked: the next loop shall run
+        (void)RunMessages();
     }
     void command(unsigned id) { window.SendMessage(WM_COMMAND, id); }
     ASurfaceWnd& pane() { return window.surface().window(); }

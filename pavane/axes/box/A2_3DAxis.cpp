@@ -121,6 +121,15 @@ CString A2_3DAxis::nameOfZ(int index, const CString& name) const
 
 CString A2_3DAxis::getNameOZ() const { return nameOfZ(0, z_.name); }
 
+CString A2_3DAxis::shownName(int direction) const
+{
+    CString name = direction == 0 ? nameOX_ : nameOY_;
+    for (int i = 0; name.empty() && i < childs_.count(); ++i)
+        if (countsInRange(*childs_(i)))
+            name = direction == 0 ? childs_(i)->GetOXName() : childs_(i)->GetOYName();
+    return name;
+}
+
 BoxZ A2_3DAxis::zAxis(int) const
 {
     BoxZ z = z_;

@@ -125,6 +125,9 @@ public:
     void setNameOZ(const CString& name) { z_.name = name; }
     /// The title of Z; that of the first graph that proposes one while none is set.
     CString getNameOZ() const;
+    /// The title of x (0) or y (1) as it is drawn: the axis's own, or that of the first graph that
+    /// proposes one.
+    CString shownName(int direction) const;
     int nzpDigit() const { return z_.nPlus; }
     int nzmDigit() const { return z_.nMinus; }
     int zIntervals() const { return z_.intervals; }

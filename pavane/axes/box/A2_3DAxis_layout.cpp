@@ -71,7 +71,7 @@ TickSet A2_3DAxis::ticksOf(int direction, int intervals) const
     if (direction < 2) {
         const bool isX = direction == 0;
         const int direct = int{isX ? xDirect_ : yDirect_};
-        wish.name = isX ? nameOX_ : nameOY_;
+        wish.name = shownName(direction);
         wish.range = isX ? TMnMx{range_.xMin, range_.xMax} : TMnMx{range_.yMin, range_.yMax};
         wish.nPlus = isX ? nxpDigit_ : nypDigit_;
         wish.nMinus = isX ? nxmDigit_ : nymDigit_;

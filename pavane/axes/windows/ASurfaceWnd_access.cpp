@@ -88,10 +88,10 @@ int ASurfaceWnd::GetAccessPart(AccessId id, AccessPart& part) const
         part.value = viewText(*box_);
         return 1;
     case partX:
-        part.name = axisText("x", box_->getNameOX(), range.xMin, range.xMax);
+        part.name = axisText("x", box_->shownName(0), range.xMin, range.xMax);
         return 1;
     case partY:
-        part.name = axisText("y", box_->getNameOY(), range.yMin, range.yMax);
+        part.name = axisText("y", box_->shownName(1), range.yMin, range.yMax);
         return 1;
     case partZ:
         part.name = axisText("z", box_->getNameOZ(), range.zMin, range.zMax);

@@ -37,7 +37,7 @@ struct SurfaceWindow : ASurfaceWnd {
         top.Create("", "", WS_POPUP | WS_VISIBLE, all, nullptr, 0);
         Create("", "", WS_CHILD | WS_VISIBLE, all, &top, 1);
         auto* const graph = new ASurfaceGraph(axis, cells, {-10, 10, -10, 10}, 0);
-        graph->setNames("x", "y", "[%sJy/beam]");
+        graph->setNames("Offset", "y", "[%sJy/beam]");
         SetBox(axis, 1);
         SetCellLink([this](int row, int column) { told.emplace_back(column, row); });
         UpdateWindow();
@@ -158,6 +158,8 @@ TEST(SurfaceWindow, SharesTheMarkedCellWithTheMap)
     ASSERT_EQ(parts.size(), 6u);
     ASSERT_TRUE(window.GetAccessPart(parts.back(), part));
     EXPECT_NE(part.name.find("column 10, row 30"), CString::npos) << part.name;
+    ASSERT_TRUE(window.GetAccessPart(parts[0], part));
+    EXPECT_NE(part.name.find("x Offset, -10"), CString::npos) << part.name;
     ASSERT_TRUE(window.GetAccessPart(parts[2], part));
     EXPECT_NE(part.name.find("z [Jy/beam], 1"), CString::npos) << part.name;
     ASSERT_TRUE(window.GetAccessPart(0, part));
