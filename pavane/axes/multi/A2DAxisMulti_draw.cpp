@@ -111,7 +111,7 @@ void A2DAxisMulti::drawPanelFrame(CDC& dc, const MultiLayout::Panel& panel)
     stroke(g.left, g.bottom, g.left, g.top);
     const bool inside = isFlagSet(axisTicksInside);
     // Ticks that would reach into the panel below stand inside as well.
-    const bool hasRoomBelow = panel.isLowest || roomBelow(panel) - panel.captionRoom > major;
+    const bool hasRoomBelow = panel.isLowest || roomBelow(panel) > major;
     const auto xTick = [&](double value, int length) {
         const int x = std::clamp(layout_.xMap.xPixel(value, g.left, g.right), g.left, g.right);
         stroke(x, g.bottom, x, g.bottom + (inside || !hasRoomBelow ? -length : length));
@@ -147,12 +147,14 @@ void A2DAxisMulti::drawPanelFrame(CDC& dc, const MultiLayout::Panel& panel)
     }
 }
 
-/// Down to the next panel of the column.
+/// Down to the next panel of the column, or its caption.
 int A2DAxisMulti::roomBelow(const MultiLayout::Panel& panel) const
 {
     const MultiLayout::Panel* const next = &panel + 1;  // columns stand one after another
     const bool isLast = next == layout_.panels.data() + layout_.panels.size();
-    return isLast || next->column != panel.column ? fHeight_ : next->plot.top - panel.plot.bottom;
+    return isLast || next->column != panel.column
+               ? fHeight_
+               : next->plot.top - next->captionRoom - panel.plot.bottom;
 }
 
 /// The texts that lie in `part`: those in plots, or the others.

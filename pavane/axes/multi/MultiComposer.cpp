@@ -9,6 +9,7 @@
 #include "tessel/rounding.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -137,22 +138,39 @@ void MultiComposer::stackPanels()
     const int below = wish_.options & axisNoXLabels ? belowTicks : 2 * h_ + titleHeight;
     const CRect& border = wish_.border;
     bottom_ = out_.picture.bottom - below;
-    top_ += captionRoom();
+    const int rows = wish_.rowsOfPage();
+    const long long begin = 1LL * wish_.page * wish_.panelsOfPage();
+    const long long end = std::min<long long>(wish_.panels(), begin + wish_.panelsOfPage());
+    findCaptionRooms(begin, end, rows);
     if (border.top != -1)
         top_ = std::max(top_, border.top);
     if (border.bottom != -1)
         bottom_ = std::min(bottom_, out_.picture.bottom - border.bottom);
-    const int rows = wish_.rowsOfPage();
-    const long long begin = 1LL * wish_.page * wish_.panelsOfPage();
-    const long long end = std::min<long long>(wish_.panels(), begin + wish_.panelsOfPage());
     for (int c = 0; c < wish_.columns; ++c)
         if (begin + 1LL * c * rows < end)
             stackColumn(c, begin + 1LL * c * rows, rows, end);
 }
 
-int MultiComposer::captionRoom() const
+/// None where panels touch, and where it would take too much: captions stand inside then.
+void MultiComposer::findCaptionRooms(long long begin, long long end, int rows)
 {
-    return wish_.gap > 0 && !wish_.captions.empty() ? h_ + h_ / 4 : 0;
+    captionRooms_.assign(static_cast<std::size_t>(rows), 0);
+    if (!(wish_.gap > 0))
+        return;
+    const int room = h_ + h_ / 4;
+    int all = 0;
+    for (const auto& [number, caption] : wish_.captions) {
+        if (number < begin || number >= end)
+            continue;
+        int& over = captionRooms_[static_cast<std::size_t>((number - begin) % rows)];
+        all += room - over;
+        over = room;
+    }
+    const int height = bottom_ - top_;
+    if ((all - room) * mostCaptionPart > height)
+        captionRooms_.assign(captionRooms_.size(), 0);
+    // of the first row in view: rows before it may have no weight
+    top_ += *std::max_element(captionRooms_.begin(), captionRooms_.end());
 }
 
 void MultiComposer::stackColumn(int column, long long first, int rows, long long end)
@@ -166,20 +184,23 @@ void MultiComposer::stackColumn(int column, long long first, int rows, long long
     }
     const int height = bottom_ - top_;
     int gap = truncated(std::clamp(wish_.gap, 0.0, 100.0) * h_ + 0.5);
-    int over = captionRoom();
-    if (over > 0 && (stacked - 1) * over * mostCaptionPart > height)
-        over = 0;  // then they stand inside
-    gap = std::max(gap, over);
     if (stacked > 1)
-        gap = std::min(gap, height / (over > 0 ? mostCaptionPart : mostGapPart) / (stacked - 1));
-    const double room = std::max(0, height - gap * std::max(stacked - 1, 0));
+        gap = std::min(gap, height / mostGapPart / (stacked - 1));
+    const auto gapOver = [&](int row) {
+        return std::max(gap, captionRooms_[static_cast<std::size_t>(row)]);
+    };
+    int gaps = 0;
+    for (int r = 0, isBelow = 0; r < rows; ++r)
+        if (rowWeight(first + r, r) > 0)
+            gaps += std::exchange(isBelow, 1) ? gapOver(r) : 0;
+    const double room = std::max(0, height - gaps);
     double above = 0;
-    int place = 0;
-    for (int r = 0; r < rows && first + r < end; ++r) {
+    int before = top_;
+    for (int r = 0, isBelow = 0; r < rows && first + r < end; ++r) {
         const double weight = rowWeight(first + r, r);
         if (!(weight > 0))
             continue;
-        const int before = top_ + place++ * gap;
+        before += std::exchange(isBelow, 1) ? gapOver(r) : 0;
         MultiLayout::Panel panel;
         panel.plot.top = before + truncated(above / total * room + 0.5);
         above += weight;
@@ -192,7 +213,7 @@ void MultiComposer::stackColumn(int column, long long first, int rows, long long
         const auto caption = wish_.captions.find(panel.number);
         if (caption != wish_.captions.end())
             panel.caption = caption->second;
-        panel.captionRoom = over;
+        panel.captionRoom = panel.caption.empty() ? 0 : captionRooms_[static_cast<std::size_t>(r)];
         columns_[static_cast<std::size_t>(column)].panels.push_back(out_.panels.size());
         out_.panels.push_back(panel);
     }

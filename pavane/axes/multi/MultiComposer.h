@@ -57,8 +57,8 @@ private:
     double rowWeight(long long number, int row) const;
     void stackPanels();
     void stackColumn(int column, long long first, int rows, long long end);
-    /// What captions take over their panels; 0 where panels touch.
-    int captionRoom() const;
+    /// What captions take over each row of panels.
+    void findCaptionRooms(long long begin, long long end, int rows);
     /// The power of ten that all scales of a name with a prefix share: that of the greatest.
     void choosePowers();
     /// Ticks whose labels do not touch in a plot of that height.
@@ -93,6 +93,7 @@ private:
     std::map<int, Content> contents_;  ///< by panel, of the scales that are shown
     bool isXTitled_ = false;
     std::map<CString, int> powers_;  ///< by name, where several scales have it
+    std::vector<int> captionRooms_;  ///< by row
     int top_ = 0, bottom_ = 0;
     double xLeft_ = 0, xRight_ = 0;  ///< what the outermost x labels need beside the plots
 };
