@@ -200,7 +200,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/tracker_registry.h
     pavane/windows/ABWindow.h
     pavane/windows/AHttpCallWnd.h
-    pavane/windows/AProgressDlg.h
+    pavane/windows/controls/AProgressDlg.h
     pavane/windows/AResizeDialog.h
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h
@@ -220,7 +220,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/controls/control_texts.h
     pavane/windows/controls/InfoLines.h
     pavane/windows/controls/tip_timing.h
-    pavane/windows/JobBox.h
+    pavane/windows/controls/JobBox.h
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h
     pavane/windows/window_placement.h
@@ -364,6 +364,7 @@ set(PAVANE_REACHED_HEADERS
     platform/api.h
     tessel/api.h
     tessel/large_buffer.h
+    tessel/progress_function.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
     tessel/uvfits/UvSlices.h

@@ -1,7 +1,7 @@
 // A job in a thread of the host: weighs the baselines of an array, and says how far it is.
 //   job_with_progress [TELESCOPES]
 
-#include "pavane/windows/AProgressDlg.h"
+#include "pavane/windows/controls/AProgressDlg.h"
 #include "platform/platform.h"
 
 #include <cmath>

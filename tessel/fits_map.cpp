@@ -60,7 +60,7 @@ int readPlane(PlaneReader& reader, const FitsImage& image, FitsMap& map, std::st
             return 0;
         }
         if (progress && !progress(double(row + some) / rows)) {
-            error = "reading was given up";
+            error = readingGivenUp;
             return 0;
         }
     }

@@ -4,8 +4,8 @@
 #include "tessel/AMatrix.h"
 #include "tessel/api.h"
 #include "tessel/map_header.h"
+#include "tessel/progress_function.h"
 
-#include <functional>
 #include <string>
 
 namespace pavane
@@ -18,9 +18,6 @@ struct FitsMap {
     MapHeader header;
 };
 
-/// Called now and then with the fraction done, 0 to 1; answer 0 to give up.
-using ProgressFunction = std::function<int(double)>;
-
 /// Reads the first HDU of `file` that holds an image of two axes or more. Further axes longer than
 /// 1 need `plane`, counted from 0 over all of them (-1: the first plane, and only when there is
 /// just one). Tile-compressed images are read as well. `file` is a plain name, never an
@@ -31,12 +28,14 @@ PAVANE_API int readFitsMap(const std::string& file, int plane, FitsMap& map, std
 
 /// Writes `mask` as a primary image of four axes and 32-bit floats 0.0 and 1.0 with the coordinate
 /// header of `like`; axes 3 and 4 that it lacks become FREQ and STOKES of length 1. The file
-/// appears under its name only when it is whole. Non-zero on success, else 0 and `error` as above.
+/// appears under its name only when it is whole, and not at all when `progress` gives up. Non-zero
+/// on success, else 0 and `error` as above.
 PAVANE_API int writeFitsMask(const std::string& file, const ABitMatrix& mask, const MapHeader& like,
-                             std::string& error);
+                             std::string& error, const ProgressFunction& progress = {});
 
 /// Writes a map the same way, values as they are (NaN for blank cells).
 PAVANE_API int writeFitsMap(const std::string& file, const AMatrix<float>& cells,
-                            const MapHeader& header, std::string& error);
+                            const MapHeader& header, std::string& error,
+                            const ProgressFunction& progress = {});
 
 }  // namespace pavane

@@ -55,7 +55,8 @@ void toFileOrder(const float* cells, std::vector<std::uint32_t>& stored)
 /// Writes an image whole or not at all; `fillRow(r, cells)` gives the cells of a row.
 template <typename FillRow>
 int writeImage(const std::string& name, int rows, int columns,
-               const std::vector<std::string>& cards, FillRow fillRow, std::string& error)
+               const std::vector<std::string>& cards, FillRow fillRow, std::string& error,
+               const ProgressFunction& progress)
 {
     error.clear();
     if (rows < 1 || columns < 1) {
@@ -76,6 +77,10 @@ int writeImage(const std::string& name, int rows, int columns,
     std::vector<std::uint32_t> stored(cells.size());
     const std::size_t rowBytes = stored.size() * sizeof(stored[0]);
     for (int r = 0; r < rows && written; ++r) {
+        if (progress && !progress(static_cast<double>(r) / rows)) {
+            error = writingGivenUp;
+            return 0;
+        }
         fillRow(r, cells.data());
         toFileOrder(cells.data(), stored);
         written = write(stored.data(), rowBytes);
@@ -92,24 +97,25 @@ int writeImage(const std::string& name, int rows, int columns,
 }  // namespace
 
 int writeFitsMask(const std::string& file, const ABitMatrix& mask, const MapHeader& like,
-                  std::string& error)
+                  std::string& error, const ProgressFunction& progress)
 {
     const auto fillRow = [&](int r, float* cells) {
         for (int c = 0; c < mask.columns(); ++c)
             cells[c] = static_cast<float>(mask.get(r, c));
     };
-    return writeImage(file, mask.rows(), mask.columns(), coordinateCards(like), fillRow, error);
+    return writeImage(file, mask.rows(), mask.columns(), coordinateCards(like), fillRow, error,
+                      progress);
 }
 
 int writeFitsMap(const std::string& file, const AMatrix<float>& cells, const MapHeader& header,
-                 std::string& error)
+                 std::string& error, const ProgressFunction& progress)
 {
     std::vector<std::string> cards = coordinateCards(header);
     appendMapCards(header, cards);
     const auto fillRow = [&](int r, float* row) {
         std::copy_n(cells.row(r), cells.columns(), row);
     };
-    return writeImage(file, cells.rows(), cells.columns(), cards, fillRow, error);
+    return writeImage(file, cells.rows(), cells.columns(), cards, fillRow, error, progress);
 }
 
 }  // namespace pavane

@@ -34,9 +34,14 @@ std::string telescopeName(const AUVXFile& file, int subarray, int number)
 
 }  // namespace
 
-int DataDocument::open(const std::string& file, std::string& error, const UvTimes& times)
+int DataDocument::open(const std::string& file, std::string& error, const UvTimes& times,
+                       const ProgressFunction& progress)
 {
-    int opened = observation_.open(file, error);
+    int opened = observation_.open(file, error, 0, progress);
+    if (!opened && error == readingGivenUp) {
+        error.clear();
+        return 0;
+    }
     if (opened && !times.isAll()) {
         opened = observation_.limitTimes(times);
         error = observation_.error();

@@ -22,8 +22,9 @@ public:
     DataDocument& operator=(const DataDocument&) = delete;
 
     /// Reads headers and tables; only these times are listed and plotted. Non-zero on success; else
-    /// 0 and `error` is one line with the file's name.
-    int open(const std::string& file, std::string& error, const UvTimes& times = {});
+    /// 0 and `error` is one line with the file's name, "" when `progress` gave up.
+    int open(const std::string& file, std::string& error, const UvTimes& times = {},
+             const ProgressFunction& progress = {});
     const std::string& file() const { return file_; }
     UvObservation& observation() { return observation_; }
     const UvObservation& observation() const { return observation_; }

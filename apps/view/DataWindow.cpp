@@ -155,10 +155,13 @@ int DataWindow::OpenFile(const std::string& file)
     auto opened = std::make_unique<DataDocument>();
     std::string error;
     int isOpen = 0;
-    const UvTimes times = std::exchange(times_, UvTimes());
-    if (!doLongWork(this, "Opening " + baseNameOf(file),
-                    [&](AProgressWriter&) { isOpen = opened->open(file, error, times); }))
+    if (!doLongWork(this, "Opening " + baseNameOf(file), [&](AProgressWriter& writer) {
+            return isOpen = opened->open(file, error, times_, tellTo(writer));
+        })) {
+        status_.SetMessage(baseNameOf(file) + " was not opened");
         return 0;
+    }
+    times_ = UvTimes();  // they were for this file
     if (!isOpen) {
         AfxMessageBox(error, MB_ICONERROR);
         return 0;

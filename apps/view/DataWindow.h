@@ -10,7 +10,7 @@
 #include "apps/view/WindowHost.h"
 #include "pavane/tables/observation/AFreqGroupsWnd.h"
 #include "pavane/tables/observation/AObservationSelector.h"
-#include "pavane/windows/ProgressJob.h"
+#include "pavane/windows/controls/ProgressJob.h"
 #include "platform/splitter.h"
 #include "platform/tab_control.h"
 

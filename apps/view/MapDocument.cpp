@@ -43,7 +43,7 @@ int readContent(CWnd* owner, const std::string& file, int plane, MapContent& con
 {
     int read = 0;
     const int done = doLongWork(owner, "Reading " + baseNameOf(file), [&](AProgressWriter& writer) {
-        read = readPieces(file, plane, content, error, writer);
+        return read = readPieces(file, plane, content, error, writer);
     });
     if (!done)
         error.clear();

@@ -311,11 +311,14 @@ void MainWindow::saveMask()
     if (mask.rows())
         areas().FillMatrix(mask, on.columns, on.rows, on.range);
     int written = 0;
-    const auto write = [&](AProgressWriter&) {
-        written = writeFitsMask(name, mask, map_->inputs().map.header, error);
+    const auto write = [&](AProgressWriter& writer) {
+        return written =
+                   writeFitsMask(name, mask, map_->inputs().map.header, error, tellTo(writer));
     };
-    if (mask.rows())
-        (void)doLongWork(this, "Saving " + baseNameOf(name), write);
+    if (mask.rows() && !doLongWork(this, "Saving " + baseNameOf(name), write)) {
+        status_.SetMessage("The mask was not saved");
+        return;
+    }
     if (!written) {
         AfxMessageBox(name + ": " + error, MB_ICONERROR);
         return;

@@ -1,19 +1,20 @@
 #include "apps/view/long_work.h"
 
-#include "pavane/windows/AProgressDlg.h"
+#include "pavane/windows/controls/AProgressDlg.h"
+#include "tessel/rounding.h"
 
+#include <algorithm>
 #include <system_error>
 #include <thread>
 
 namespace pavane
 {
 
-int doLongWork(CWnd* owner, const CString& name, const std::function<void(AProgressWriter&)>& work)
+int doLongWork(CWnd* owner, const CString& name, const std::function<int(AProgressWriter&)>& work)
 {
     AProgress progress;
     const auto run = [&work](AProgressWriter writer) {
-        work(writer);
-        if (!writer.IsCancelled())
+        if (work(writer) || !writer.IsCancelled())
             (void)writer.Finish();
     };
     std::thread thread;
@@ -28,6 +29,18 @@ int doLongWork(CWnd* owner, const CString& name, const std::function<void(AProgr
     if (thread.joinable())
         thread.join();
     return progress.GetReport().state == ProgressState::finished;
+}
+
+ProgressFunction tellTo(AProgressWriter& writer)
+{
+    constexpr int pieces = 1000;
+    writer.SetTotal(pieces);
+    return [&writer, told = 0](double fraction) mutable {
+        const int now = fraction >= 0 && fraction <= 1 ? truncated(fraction * pieces) : told;
+        writer.Advance(now - told);
+        told = std::max(told, now);
+        return !writer.IsCancelled();
+    };
 }
 
 }  // namespace pavane

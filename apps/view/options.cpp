@@ -227,7 +227,7 @@ OptionTable<ViewOptions> newTable()
          readAspect},
         {{"--surface", "", "AZ,EL[,OTHER.fits]",
           "draw the map as a surface seen from this azimuth and elevation (degrees), another map "
-          "above it"},
+          "above it; --range, --scale and --contrast are those of the map"},
          readSurface,
          onlyInBatch},
         {{"--times", "", "START,STOP",
@@ -307,6 +307,22 @@ int needsMap(const ViewOptions& options)
            options.print.wanted();
 }
 
+/// What a surface cannot show, and would leave out without a word.
+int checkSurface(const ViewOptions& options, std::string& error)
+{
+    if (!options.surface.wanted)
+        return 1;
+    if (!options.wantsPicture() && !options.print.wanted())
+        error = "--surface goes with a picture: --png, --pdf, --svg or --print";
+    else if (options.print.hasPlanes() || options.print.gridRows > 0)
+        error = "--surface draws one plane: choose it with --plane, not --planes and --grid";
+    else if (options.wantsPrintedTable())
+        error = "--surface prints a picture, not a table: give --table a --tsv";
+    else if (!options.model.empty() && options.visibilities.empty() && options.tables.empty())
+        error = "--surface draws no components of a --model";
+    return error.empty();
+}
+
 int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
                   std::string& error)
 {
@@ -331,7 +347,7 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
     else if (options.batch && options.map.empty() && needsMap(options))
         error = "no map is named";
     return error.empty() && checkPlotOptions(options, error) &&
-           checkPrintOptions(options, given, error);
+           checkPrintOptions(options, given, error) && checkSurface(options, error);
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include "apps/view/picture_file.h"
 #include "pavane/axes/windows/APlotWnd.h"
-#include "pavane/windows/JobBox.h"
+#include "pavane/windows/controls/JobBox.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 #include "tessel/paths.h"

@@ -52,7 +52,7 @@ double TimeLeft::seconds() const
 
 CString timeLeftText(double seconds)
 {
-    if (!(seconds >= 0))
+    if (!(seconds >= 0 && seconds <= longest))
         return {};
     const auto text = [](double value, const char* unit) {
         return CString(leftAbout) + std::to_string(static_cast<long>(std::ceil(value))) + unit;

@@ -23,7 +23,7 @@ private:
     double rate_ = 0;  ///< fraction in a second, of late more than of long ago
 };
 
-/// "about 3 min left", "" below 0.
+/// "about 3 min left"; "" below 0 and beyond a week, where nobody knows.
 PAVANE_API CString timeLeftText(double seconds);
 
 }  // namespace pavane

@@ -2,7 +2,7 @@
 
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/tables/grid/table_values.h"
-#include "pavane/windows/ProgressJob.h"
+#include "pavane/windows/controls/ProgressJob.h"
 
 #include <memory>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/windows/JobBox.h"
+#include "pavane/windows/controls/JobBox.h"
 
 namespace pavane
 {

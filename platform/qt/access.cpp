@@ -6,6 +6,7 @@
 #include "platform/qt/WindowPeer.h"
 
 #include <algorithm>
+#include <QComboBox>
 #include <utility>
 
 namespace pavane
@@ -254,8 +255,13 @@ void NotifyWinEvent(unsigned event, HWND window, AccessId id)
 
 void SetAccessName(HWND window, const CString& name)
 {
-    if (const WindowPeer* const peer = peerOf(window); peer && peer->widget)
-        peer->widget->setAccessibleName(textOf(name));
+    const WindowPeer* const peer = peerOf(window);
+    if (!peer || !peer->widget)
+        return;
+    peer->widget->setAccessibleName(textOf(name));
+    // on this system the toolkit gives the choice of a combo box as its name
+    if (qobject_cast<QComboBox*>(peer->widget))
+        peer->widget->setAccessibleDescription(textOf(name));
 }
 
 int IsAccessActive() { return listener || QAccessible::isActive(); }

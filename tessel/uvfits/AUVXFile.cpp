@@ -80,12 +80,27 @@ void AUVXFile::close()
     block_ = {};
 }
 
-int AUVXFile::open(const std::string& name, std::string& error)
+/// How far the tables are read, and whether somebody still wants them.
+struct AUVXFile::Watch {
+    const ProgressFunction& progress;
+    std::int64_t from = 0, to = 0;
+    int isOver = 0;
+    int goesOn(std::int64_t position)
+    {
+        const auto part = static_cast<double>(position - from);
+        if (!isOver && progress && from < to)
+            isOver = !progress(part / static_cast<double>(to - from));
+        return !isOver;
+    }
+};
+
+int AUVXFile::open(const std::string& name, std::string& error, const ProgressFunction& progress)
 {
     close();
     error.clear();
+    Watch watch{progress};
     try {
-        if (openFits(name, file_, error) && readHeaders(error))
+        if (openFits(name, file_, error) && readHeaders(watch, error))
             return 1;
     } catch (const std::bad_alloc&) {
         error = "needs more memory than there is";
@@ -100,7 +115,7 @@ void AUVXFile::note(const std::string& text)
         notes_.push_back(text);
 }
 
-int AUVXFile::readHeaders(std::string& error)
+int AUVXFile::readHeaders(Watch& watch, std::string& error)
 {
     const std::int64_t size = file_.size();
     FitsHdu groups;
@@ -113,34 +128,40 @@ int AUVXFile::readHeaders(std::string& error)
     double day = 0;
     if (julianDay(groups.cards.text("DATE-OBS"), day))
         header_.referenceDay = day;
-    readTables(endOf(groups), size);
+    readTables(endOf(groups), size, watch);
+    if (watch.isOver) {
+        error = readingGivenUp;
+        return 0;
+    }
     if (header_.referenceDay == 0)
         findReferenceDay();
     settle();
     return 1;
 }
 
-void AUVXFile::readTables(std::int64_t start, std::int64_t size)
+void AUVXFile::readTables(std::int64_t start, std::int64_t size, Watch& watch)
 {
     FitsHdu hdu;
-    for (int i = 0; start < size; ++i) {
+    watch.from = start;
+    watch.to = size;
+    for (int i = 0; start < size && watch.goesOn(start); ++i) {
         if (i >= mostHeaders || !readHdu(file_, start, hdu))
             return note("has something behind its groups and tables that cannot be read");
         if (hdu.dataBytes > size - hdu.dataStart)
             return note("ends before its table " + plainText(hdu.cards.text("EXTNAME")) +
                         " does, which is left out");
         if (hdu.kind == "BINTABLE" || hdu.kind == "A3DTABLE")
-            readTable(hdu);
+            readTable(hdu, watch);
         start = endOf(hdu);
     }
 }
 
-void AUVXFile::readTable(const FitsHdu& hdu)
+void AUVXFile::readTable(const FitsHdu& hdu, Watch& watch)
 {
     const std::string name = hdu.cards.text("EXTNAME");
     const int isKnown =
         name == "AIPS AN" || name == "AIPS FQ" || name == "AIPS NX" || name == "AIPS SU";
-    FitsTable table(file_);
+    FitsTable table(file_, [&watch](std::int64_t position) { return watch.goesOn(position); });
     std::string error;
     if (!isKnown)
         return;

@@ -2,6 +2,7 @@
 
 #include "tessel/AFile.h"
 #include "tessel/api.h"
+#include "tessel/progress_function.h"
 #include "tessel/uvfits/AUVXFqTbl.h"
 #include "tessel/uvfits/AUVXTlscItem.h"
 #include "tessel/uvfits/uv_values.h"
@@ -36,8 +37,9 @@ public:
 
     /// Opens `name`, a plain name, closing an open file first. Non-zero on success; else nothing is
     /// open and `error` says in one line what is wrong, without the file's name. A table that is
-    /// damaged counts as missing, and `notes` tells of it.
-    int open(const std::string& name, std::string& error);
+    /// damaged counts as missing, and `notes` tells of it. When `progress` gives up, between blocks
+    /// of tables, nothing is open either.
+    int open(const std::string& name, std::string& error, const ProgressFunction& progress = {});
     void close();
     int isOpen() const { return file_.isOpen(); }
 
@@ -80,9 +82,10 @@ public:
 private:
     int takeGroups(std::int64_t first, int count, int what, UvGroups& groups);
     int seekTo(std::int64_t position);
-    int readHeaders(std::string& error);
-    void readTables(std::int64_t start, std::int64_t size);
-    void readTable(const FitsHdu& hdu);
+    struct Watch;  ///< of opening
+    int readHeaders(Watch& watch, std::string& error);
+    void readTables(std::int64_t start, std::int64_t size, Watch& watch);
+    void readTable(const FitsHdu& hdu, Watch& watch);
     void settle();
     void findReferenceDay();
     void note(const std::string& text);

@@ -191,6 +191,8 @@ std::string FitsTable::unit(int column) const
 
 int FitsTable::fillBlock()
 {
+    if (goesOn_ && !goesOn_(start_ + row_ * rowBytes_))
+        return 0;
     blockFirst_ = row_;
     blockRows_ = std::min(std::max<std::int64_t>(blockBytes / rowBytes_, 1), rows_ - row_);
     block_.resize(static_cast<std::size_t>(blockRows_ * rowBytes_));

@@ -4,8 +4,10 @@
 #include "tessel/uvfits/StoredNumber.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -16,7 +18,12 @@ namespace pavane
 class FitsTable
 {
 public:
-    explicit FitsTable(AFile& file) : file_(file) {}
+    /// `goesOn` is asked before each block with its place in the file; after 0 there are no rows
+    /// left.
+    explicit FitsTable(AFile& file, std::function<int(std::int64_t)> goesOn = {})
+        : file_(file), goesOn_(std::move(goesOn))
+    {
+    }
 
     /// Takes the table of `hdu`, all of which the file is known to hold. Non-zero on success; else
     /// `error` says what is wrong with its columns, as a clause without its subject.
@@ -29,7 +36,8 @@ public:
     std::int64_t length(int column) const;
     /// The unit that the header gives to the column; empty for none.
     std::string unit(int column) const;
-    /// Takes the next row. 0 behind the last one, and when the file has become shorter.
+    /// Takes the next row. 0 behind the last one, when the file has become shorter or nobody goes
+    /// on.
     int next();
 
     /// Item `i`, from 0, of the cell in the current row, scaled as the header says. NaN without
@@ -58,6 +66,7 @@ private:
     const Column* find(int column) const;
 
     AFile& file_;
+    std::function<int(std::int64_t)> goesOn_;
     std::vector<Column> columns_;
     std::vector<unsigned char> block_;
     std::int64_t start_ = 0;

@@ -145,7 +145,7 @@ TEST(TimeLeft, OfEvenChangingAndBrokenSpeeds)
         EXPECT_GE(left.seconds(), row.least) << &row - rows;
         EXPECT_LE(left.seconds(), row.most) << &row - rows;
     }
-    EXPECT_EQ(timeLeftText(-1) + timeLeftText(nan), "");
+    EXPECT_EQ(timeLeftText(-1) + timeLeftText(nan) + timeLeftText(1e300), "");
     EXPECT_EQ(timeLeftText(11.2), "about 12 s left");
     EXPECT_EQ(timeLeftText(150), "about 3 min left");
     EXPECT_EQ(timeLeftText(7201), "about 3 h left");

@@ -114,6 +114,18 @@ TEST(FitsMask, LeavesTheOldFileWholeWhenItCannotBeWritten)
     std::signal(SIGXFSZ, handler);
 
     EXPECT_EQ(error, "cannot be written: File too large");
+    for (const double until : {0.0, 0.5, 0.99}) {
+        double told = -1;
+        const auto giveUp = [&](double fraction) {
+            EXPECT_GT(fraction, told);
+            told = fraction;
+            return fraction < until;
+        };
+        EXPECT_FALSE(
+            writeFitsMask(folder + "mask.fits", ABitMatrix(200, 5), header, error, giveUp));
+        EXPECT_EQ(error, writingGivenUp);
+        EXPECT_NEAR(told, until, 0.005);
+    }
     EXPECT_EQ(contents(folder + "mask.fits"), "old");
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), {}), 1);
 }

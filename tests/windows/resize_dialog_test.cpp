@@ -1,5 +1,5 @@
 #include "pavane/windows/AResizeDialog.h"
-#include "pavane/windows/progress_dialog.h"
+#include "pavane/windows/controls/progress_dialog.h"
 #include "platform/profile.h"
 
 #include <gtest/gtest.h>

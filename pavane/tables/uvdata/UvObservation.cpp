@@ -91,11 +91,12 @@ void UvObservation::close()
     tellRecords(1);
 }
 
-int UvObservation::open(const std::string& name, std::string& error, int also)
+int UvObservation::open(const std::string& name, std::string& error, int also,
+                        const ProgressFunction& progress)
 {
     clear();
     also_ = also;
-    int opened = file_.open(name, error);
+    int opened = file_.open(name, error, progress);
     if (opened && !begin()) {
         clear();
         error = noMemory;

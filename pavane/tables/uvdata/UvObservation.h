@@ -45,8 +45,9 @@ public:
 
     /// Opens a file, closing an open one first; headers and tables only. Non-zero on success; else
     /// 0 and a clause without its subject in `error`. `also`: bits of UvGroupScan::What that the
-    /// groups are read for beside what the tables need.
-    int open(const std::string& name, std::string& error, int also = 0);
+    /// groups are read for beside what the tables need. When `progress` gives up nothing is open.
+    int open(const std::string& name, std::string& error, int also = 0,
+             const ProgressFunction& progress = {});
     void close();
     /// Of a file that is open: baselines and scans of these times alone, looked for again. Scans
     /// that only a part of lies in them are there whole.

@@ -49,6 +49,13 @@ int AColorComboBox::GetColor(COLORREF& color) const
     return 1;
 }
 
+int AColorComboBox::SetCurSel(int index)
+{
+    const int chosen = CComboBox::SetCurSel(index);
+    chosen_ = GetItem(chosen) ? chosen : -1;
+    return chosen;
+}
+
 int AColorComboBox::SetColor(COLORREF color)
 {
     int index = -1;
@@ -80,7 +87,7 @@ int AColorComboBox::OnSelChosen(int index)
     (void)GetColor(color);
     if (!AskColor(color, chooseColor, this) || FromHandle(self) != this)
         return 0;
-    chosen_ = SetColor(color);
+    (void)SetColor(color);
     return 1;
 }
 

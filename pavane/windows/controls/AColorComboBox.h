@@ -21,6 +21,8 @@ public:
     int SetMore(int on);
     /// The colour of the chosen line, or its palette's first; 0 when nothing is chosen.
     int GetColor(COLORREF& color) const;
+    /// As CComboBox has it; "More..." comes back to this choice when the user gives up.
+    int SetCurSel(int index);
     /// Chooses the line of that colour alone, and adds it when there is none. Its index; sends no
     /// notice.
     int SetColor(COLORREF color);

@@ -2,6 +2,8 @@
 
 #include "platform/controls.h"
 
+#include <vector>
+
 namespace pavane
 {
 
@@ -21,14 +23,19 @@ public:
     /// Takes all kept entries away, from the profile as well.
     int Forget();
     /// How many of the lines are kept entries.
-    int GetHistoryCount() const { return kept_; }
+    int GetHistoryCount() const { return static_cast<int>(entries_.size()); }
+    /// Takes the lines of the host away; the kept entries stay.
+    void ResetContent();
 
 private:
+    void hideEntries();
+    void showEntries();
     int write() const;
 
     CString section_;
     int most_ = 0;
-    int kept_ = 0;
+    std::vector<CString> entries_;  ///< the kept ones
+    std::size_t shown_ = 0;         ///< how many of them are lines
 };
 
 }  // namespace pavane

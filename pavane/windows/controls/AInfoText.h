@@ -16,6 +16,8 @@ class PAVANE_API AInfoText : public ABWindow, public AccessSource
 public:
     int Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id,
                const CString& name = CString());
+    /// What screen readers call it.
+    void SetName(const CString& name) { name_ = name; }
     void SetText(const CString& text);
     /// Adds lines at the end.
     void Append(const CString& text);

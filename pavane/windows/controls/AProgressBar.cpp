@@ -2,7 +2,6 @@
 
 #include "pavane/resources/control_messages.h"
 #include "pavane/windows/controls/control_drawing.h"
-#include "pavane/windows/controls/control_texts.h"
 #include "platform/CDC.h"
 #include "platform/system_colors.h"
 #include "tessel/value_text.h"
@@ -41,17 +40,27 @@ int AProgressBar::OnCreate(CREATESTRUCT& cs)
 void AProgressBar::Restart()
 {
     isStarted_ = 0;
+    left_ = TimeLeft();
+    leftText_.clear();
     SetFraction(0);
+}
+
+void AProgressBar::SetPlain(int on)
+{
+    isPlain_ = on;
+    Invalidate();
 }
 
 void AProgressBar::SetFraction(double fraction)
 {
     const double wanted = fraction >= 0 ? std::fmin(fraction, 1) : -1;
     const bool isKnown = wanted >= 0;
+    const auto now = Clock::now();
     if (!isStarted_) {
         isStarted_ = 1;
-        start_ = told_ = Clock::now();
+        start_ = told_ = now;
     }
+    left_.add(std::chrono::duration<double>(now - start_).count(), wanted);
     if ((fraction_ >= 0) != isKnown)
         isKnown ? (void)KillTimer(runTimer) : (void)SetTimer(runTimer, runTime);
     fraction_ = wanted;
@@ -81,6 +90,8 @@ void AProgressBar::show()
     if (pixels == shownPixels_ && !isTimeToTell)
         return;
     shownPixels_ = pixels;
+    if (isTimeToTell)
+        leftText_ = fraction_ >= 0 && fraction_ < 1 ? timeLeftText(left_.seconds()) : CString();
     const HWND self = GetSafeHwnd();
     Invalidate();
     UpdateWindow();
@@ -97,10 +108,10 @@ CString AProgressBar::percent() const
 
 CString AProgressBar::GetShownText() const
 {
-    const double seconds = std::chrono::duration<double>(Clock::now() - start_).count();
+    if (isPlain_)
+        return {};
     CString text = text_;
-    for (const CString& part :
-         {fraction_ < 0 ? CString() : percent(), timeLeftText(seconds, fraction_)}) {
+    for (const CString& part : {fraction_ < 0 ? CString() : percent(), leftText_}) {
         if (!part.empty())
             text += (text.empty() ? "" : ", ") + part;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/progress/TimeLeft.h"
 #include "pavane/windows/ABWindow.h"
 #include "platform/accessibility.h"
 
@@ -25,6 +26,10 @@ public:
     void Restart();
     /// What is written in the bar now.
     CString GetShownText() const;
+    /// Nothing is written in the bar: where that stands beside it.
+    void SetPlain(int on);
+    /// What screen readers call it while it has no text.
+    void SetName(const CString& name) { name_ = name; }
 
     void DrawWindow(CDC& dc, CRect& client, CRect& update) override;
     const char* GetWndClassName() override;
@@ -45,9 +50,12 @@ private:
     CString name_, text_;
     double fraction_ = 0;
     int step_ = 0;  ///< of the block that runs
+    int isPlain_ = 0;
     int isStarted_ = 0;
     int shownPixels_ = -1;
     Clock::time_point start_, told_;
+    TimeLeft left_;
+    CString leftText_;  ///< as it was told last
 };
 
 }  // namespace pavane

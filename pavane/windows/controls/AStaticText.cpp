@@ -18,6 +18,7 @@ namespace
 {
 
 constexpr int margin = 2;
+constexpr const char* cutDots = "...";
 enum Command : unsigned { commandCopy = 1, commandCopyAll, commandSelectAll };
 
 int sizeOf(const CString& text) { return static_cast<int>(text.size()); }
@@ -82,15 +83,28 @@ int AStaticText::IsCut() const
 
 CString AStaticText::OnToolTip(CPoint) { return IsCut() ? GetText() : CString(); }
 
-/// Where the text begins: to the left of the window when its caret would not be seen else.
-int AStaticText::left(const CDC& dc) const
+/// What is longer than the window ends, and begins, with dots, and stands so that the caret is seen
+/// between them.
+AStaticText::Piece AStaticText::seenPiece(const CDC& dc) const
 {
     CRect client;
     GetClientRect(client);
+    const CString text = GetText();
     const int room = client.Width() - 2 * margin;
-    if (GetFocus() != this || widthOfText(dc, GetText(), 0, sizeOf(GetText())) <= room)
-        return margin;
-    return margin - std::max(0, widthOfText(dc, GetText(), 0, lines_.caret().at) - room);
+    const int over = widthOfText(dc, text, 0, sizeOf(text)) - room;
+    if (over <= 0)
+        return {margin, 0, sizeOf(text)};
+    const int dots = dc.GetTextExtent(cutDots).cx;
+    const int caret = GetFocus() == this ? widthOfText(dc, text, 0, lines_.caret().at) : 0;
+    const int shift = std::clamp(caret - (room - dots), 0, over);
+    Piece piece{margin - shift, 0, sizeOf(text)};
+    while (shift > 0 && piece.from < piece.to &&
+           widthOfText(dc, text, 0, piece.from) < shift + dots)
+        piece.from = nextCharacter(text, piece.from);
+    while (shift < over && piece.to > piece.from &&
+           widthOfText(dc, text, 0, piece.to) > shift + room - dots)
+        piece.to = previousCharacter(text, piece.to);
+    return piece;
 }
 
 void AStaticText::DrawWindow(CDC& dc, CRect& client, CRect&)
@@ -100,19 +114,22 @@ void AStaticText::DrawWindow(CDC& dc, CRect& client, CRect&)
     TEXTMETRIC metrics;
     dc.GetTextMetrics(metrics);
     const COLORREF color = GetSysColor(IsWindowEnabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT);
+    const CString text = GetText();
     int from = 0, to = 0;
     const int isChosen = lines_.selectedPart(0, from, to);
-    if (!isChosen && GetFocus() != this) {
-        CRect place = client;
-        place.DeflateRect(margin, 0);
-        dc.SetTextColor(color);
-        dc.DrawText(GetText(), place,
-                    DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_END_ELLIPSIS);
-        return;
-    }
+    const Piece piece = seenPiece(dc);
     const int top = client.top + (client.Height() - metrics.tmHeight) / 2;
-    drawSelectedText(dc, {left(dc), top}, metrics.tmHeight, GetText(), from, isChosen ? to : 0,
-                     color);
+    const int begin = piece.left + widthOfText(dc, text, 0, piece.from);
+    const int end = piece.left + widthOfText(dc, text, 0, piece.to);
+    dc.SetTextColor(color);
+    if (piece.from > 0)
+        dc.TextOut(begin - dc.GetTextExtent(cutDots).cx, top, cutDots);
+    if (piece.to < sizeOf(text))
+        dc.TextOut(end, top, cutDots);
+    const int saved = dc.SaveDC();
+    dc.IntersectClipRect(CRect(begin, client.top, end, client.bottom));
+    drawSelectedText(dc, {piece.left, top}, metrics.tmHeight, text, from, isChosen ? to : 0, color);
+    dc.RestoreDC(saved);
 }
 
 void AStaticText::ServiceDraw(CDC& dc, CRect& client, CRect&)
@@ -127,7 +144,7 @@ int AStaticText::atPoint(CPoint point)
 {
     CClientDC dc(this);
     const ControlFont font(dc, *this);
-    return byteAt(dc, GetText(), point.x - left(dc));
+    return byteAt(dc, GetText(), point.x - seenPiece(dc).left);
 }
 
 void AStaticText::select(int at, int keeps)

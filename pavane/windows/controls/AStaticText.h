@@ -47,7 +47,12 @@ protected:
     void OnContextMenu(CWnd* window, CPoint screen) override;
 
 private:
-    int left(const CDC& dc) const;
+    /// What of the text is seen.
+    struct Piece {
+        int left;  ///< where the text would begin
+        int from, to;
+    };
+    Piece seenPiece(const CDC& dc) const;
     int atPoint(CPoint point);
     void select(int at, int keeps);
     void copy(int all);

@@ -21,6 +21,7 @@ std::vector<AToolTip*>& all()
 }
 
 MessageTranslator before = nullptr;
+int seen = 0;  ///< messages
 
 std::int64_t milliseconds()
 {
@@ -52,23 +53,21 @@ const CWnd* windowUnder(const CWnd& frame, CPoint screen)
 
 }  // namespace
 
+/// One translator for all tips, which stays when they go: a host's that was set after it may call
+/// it, so it must never come a second time before that one. It is set anew only where nobody calls
+/// it any more, which a message that means nothing tells.
 AToolTip::AToolTip()
 {
-    if (all().empty())
-        before = SetMessageTranslator(seeMessage);
+    if (all().empty()) {
+        const int seenBefore = seen;
+        (void)OfferToTranslator(MSG());
+        if (seen == seenBefore)
+            before = SetMessageTranslator(seeMessage);
+    }
     all().push_back(this);
 }
 
-AToolTip::~AToolTip()
-{
-    std::erase(all(), this);
-    if (!all().empty())
-        return;
-    // one that was set after ours stays
-    const MessageTranslator current = SetMessageTranslator(before);
-    if (current != seeMessage)
-        SetMessageTranslator(current);
-}
+AToolTip::~AToolTip() { std::erase(all(), this); }
 
 int AToolTip::Create(CWnd* frame)
 {
@@ -114,6 +113,7 @@ void AToolTip::Hide()
 
 int AToolTip::seeMessage(const MSG& message)
 {
+    ++seen;
     const std::vector<AToolTip*> tips = all();
     for (AToolTip* const tip : tips) {
         if (std::find(all().begin(), all().end(), tip) != all().end())
@@ -151,6 +151,7 @@ void AToolTip::offer(const MSG& message)
     SetTimer(lookTimer, lookTime);
 }
 
+/// A callback may do anything: end the windows, add tools, take them away.
 AToolTip::Found AToolTip::pointedTool() const
 {
     const CPoint screen = GetCursorPos();
@@ -158,18 +159,22 @@ AToolTip::Found AToolTip::pointedTool() const
     const CWnd* const under = frame ? windowUnder(*frame, screen) : nullptr;
     if (!under || GetCapture())
         return {};
+    const HWND self = GetSafeHwnd();
+    const HWND window = under->GetSafeHwnd();
+    CPoint point = screen;
+    under->ScreenToClient(point);
     for (std::size_t i = 0; i < tools_.size(); ++i) {
-        const Tool& tool = tools_[i];
-        if (tool.window != under->GetSafeHwnd())
+        if (tools_[i].window != window)
             continue;
+        const Tool tool = tools_[i];
         CRect rect = tool.rect;
         if (tool.isWhole || tool.ask)
             under->GetClientRect(rect);
-        CPoint point = screen;
-        under->ScreenToClient(point);
         if (!rect.PtInRect(point))
             continue;
         const CString text = tool.ask ? tool.ask(point, rect) : tool.text;
+        if (FromHandle(self) != this || FromHandle(window) != under)
+            return {};
         if (!text.empty())
             return {static_cast<int>(i), text, onScreen(*under, rect)};
     }

@@ -23,8 +23,6 @@ bool continues(const CString& text, int at)
     return (text[static_cast<std::size_t>(at)] & 0xC0) == 0x80;
 }
 
-CString whole(double value) { return valToStr(std::floor(value + 0.5)); }
-
 }  // namespace
 
 CString valueWithUnit(double value, const CString& unit, int digits)
@@ -42,24 +40,6 @@ CString valueWithUnit(double value, const CString& unit, int digits)
     const bool isPlain = power != 0 && std::fabs(scaled) >= powerOfTen(shown - 1);
     const CString number = isPlain ? nValToStr(scaled, 0) : valToStr(scaled, shown);
     return number + ' ' + (power == 3 ? CString("k") : prefixText(power)) + unit;
-}
-
-CString timeLeftText(double seconds, double fraction)
-{
-    constexpr double leastSeconds = 2, leastFraction = 0.01;
-    if (!(seconds >= leastSeconds) || !(fraction >= leastFraction) || !(fraction < 1))
-        return {};
-    const double left = seconds * (1 - fraction) / fraction;
-    if (!(left < 100.0 * 3600))
-        return {};
-    if (left < 60)
-        return whole(std::max(1.0, left < 10 ? left : std::ceil(left / 5) * 5)) + " s left";
-    if (left < 3600)
-        return whole(left / 60) + " min left";
-    const double minutes = std::floor(left / 600 + 0.5) * 10;
-    const double hours = std::floor(minutes / 60);
-    const CString rest = minutes > hours * 60 ? ' ' + whole(minutes - hours * 60) + " min" : "";
-    return whole(hours) + " h" + rest + " left";
 }
 
 int nextCharacter(const CString& text, int at)

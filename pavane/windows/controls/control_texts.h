@@ -9,10 +9,6 @@ namespace pavane
 /// leaves one to three digits before the point where it takes one: "3.21 mJy/beam", "12 km/s".
 PAVANE_API CString valueWithUnit(double value, const CString& unit, int digits = 4);
 
-/// What a job still needs when `fraction` of it took `seconds`: "40 s left", "3 min left",
-/// "1 h 20 min left"; empty while that is a guess.
-PAVANE_API CString timeLeftText(double seconds, double fraction);
-
 /// The byte behind and before the character at byte `at` of UTF-8 text; ends at the text's.
 PAVANE_API int nextCharacter(const CString& text, int at);
 PAVANE_API int previousCharacter(const CString& text, int at);

@@ -1,7 +1,7 @@
 #include "pavane/dialogs/layout/dialog_layout.h"
 #include "pavane/printing/print_dialogs.h"
 #include "pavane/resources/dialogs.h"
-#include "pavane/windows/progress_dialog.h"
+#include "pavane/windows/controls/progress_dialog.h"
 
 #include <algorithm>
 #include <climits>

@@ -17,6 +17,7 @@
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <map>
+#include <QAccessible>
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
@@ -196,6 +197,53 @@ TEST(SmallControls, AreReadInEveryPalette)
         }
     }
     QApplication::setPalette(light);
+}
+
+TEST(SmallControls, StandInTheAccessibleTree)
+{
+    Gallery gallery;
+    const struct {
+        const CWnd* control;
+        QAccessible::Role role;
+        const char *name, *value;
+        int children;
+    } rows[] = {{&gallery.list, QAccessible::List, "Sources", "Sources", 5},
+                {&gallery.info, QAccessible::EditableText, "Log", "1284", 0},
+                {&gallery.source, QAccessible::ComboBox, "3C 2", "3C 2", -1},
+                {&gallery.palette, QAccessible::ComboBox, "heat", "heat", -1},
+                {&gallery.value, QAccessible::StaticText, "Peak", "3.215 mJy/beam", 0},
+                {&gallery.slider, QAccessible::Slider, "Depth", "40", 0},
+                {&gallery.done, QAccessible::ProgressBar, "Gridding", "45 %", 0},
+                {&gallery.running, QAccessible::ProgressBar, "Reading", "under way", 0},
+                {&gallery.split, QAccessible::Separator, "Divider", "40 %", 2}};
+    SetAccessName(gallery.slider.GetSafeHwnd(), "Depth");
+    for (const auto& row : rows) {
+        QAccessibleInterface* const part =
+            QAccessible::queryAccessibleInterface(peerOf(row.control)->widget);
+        ASSERT_TRUE(part && part->isValid()) << row.name;
+        EXPECT_EQ(part->role(), row.role) << row.name;
+        EXPECT_EQ(part->text(QAccessible::Name), row.name);
+        const QString value = part->valueInterface()
+                                  ? part->valueInterface()->currentValue().toString()
+                                  : part->text(QAccessible::Value);
+        EXPECT_EQ(value, row.value) << row.name;
+        if (row.children >= 0) {
+            EXPECT_EQ(part->childCount(), row.children) << row.name;
+        }
+    }
+    // a combo box is called what is chosen in it
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(peerOf(&gallery.source)->widget)
+                  ->text(QAccessible::Description),
+              "Source");
+    for (QWidget* const top : QApplication::topLevelWidgets())
+        if (top->windowType() == Qt::ToolTip && top->isVisible()) {
+            QAccessibleInterface* const tip = QAccessible::queryAccessibleInterface(top);
+            ASSERT_TRUE(tip);
+            EXPECT_EQ(tip->role(), QAccessible::StaticText);
+            EXPECT_EQ(tip->text(QAccessible::Name),
+                      QString::fromStdString(gallery.tips.GetTip().GetText()));
+        }
+    EXPECT_TRUE(gallery.tips.GetTip().IsVisible());
 }
 
 }  // namespace pavane

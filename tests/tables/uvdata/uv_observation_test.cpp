@@ -1,6 +1,7 @@
 #include "pavane/tables/uvdata/UvObservation.h"
 #include "tests/tessel/uvfits_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -119,6 +120,25 @@ TEST(UvObservation, hostileNames)
     const std::string text = textOf(of, UvTable::telescopes);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\t'), 3 * of.columns(UvTable::telescopes));
+}
+
+TEST(UvObservation, opensNothingForWhoGivesUp)
+{
+    const std::string file = saved("uvdata.uvfits", groupsHdu(manyGroups(3)) + antennaHdu());
+    UvObservation of;
+    std::string error;
+    std::vector<double> told;
+    ASSERT_TRUE(of.open(file, error, 0, [&](double f) { return told.push_back(f), 1; })) << error;
+    EXPECT_GT(of.rows(UvTable::telescopes), 0);
+    EXPECT_GT(told.size(), 1U);
+    EXPECT_TRUE(std::is_sorted(told.begin(), told.end()) && told[0] >= 0 && told.back() <= 1);
+    for (std::size_t calls = 0; calls < told.size(); ++calls) {
+        std::size_t asked = 0;
+        EXPECT_FALSE(of.open(file, error, 0, [&](double) { return asked++ < calls; }));
+        EXPECT_EQ(error, readingGivenUp);
+        EXPECT_EQ(asked, calls + 1);  // and is not asked again
+        EXPECT_FALSE(of.file().isOpen() || of.rows(UvTable::telescopes) > 0);
+    }
 }
 
 TEST(UvObservation, slices)

@@ -30,25 +30,6 @@ TEST(ControlTexts, HavePrefixesWhereTheUnitTakesThem)
         EXPECT_EQ(valueWithUnit(row.value, row.unit, row.digits), row.text);
 }
 
-TEST(ControlTexts, SayHowLongAJobStillTakes)
-{
-    const struct {
-        double seconds, fraction;
-        const char* text;
-    } rows[] = {{1, 0.5, ""},
-                {10, 0.001, ""},
-                {10, 1, ""},
-                {10, 0.5, "10 s left"},
-                {9, 0.9, "1 s left"},
-                {30, 0.4, "45 s left"},
-                {60, 0.25, "3 min left"},
-                {3600, 0.5, "1 h left"},
-                {2400, 1.0 / 3, "1 h 20 min left"},
-                {1e7, 0.01, ""}};
-    for (const auto& row : rows)
-        EXPECT_EQ(timeLeftText(row.seconds, row.fraction), row.text) << row.seconds;
-}
-
 TEST(InfoLines, SelectMoveAndFind)
 {
     InfoLines lines;

@@ -14,9 +14,11 @@
 #include "platform/profile.h"
 #include "platform/test_window.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <memory>
 
 using namespace pavane;
 
@@ -124,11 +126,19 @@ TEST(AComboBox, KeepsItsLastEntriesInTheProfile)
             EXPECT_EQ(combo.Remember(), text[0] != ' ') << text;
         }
         EXPECT_EQ(lines(combo), "three one fixed ");
+        combo.ResetContent();  // what a host proposes is no entry
+        combo.AddString("proposed");
+        EXPECT_EQ(lines(combo), "three one proposed ");
+        static_cast<CComboBox&>(combo).ResetContent();
+        combo.AddString("proposed");
+        combo.SetWindowText("one");
+        EXPECT_TRUE(combo.Remember());
+        EXPECT_EQ(lines(combo), "one three proposed ");
     }
     AComboBox combo;
     ASSERT_TRUE(combo.Create(shown, {0, 0, 100, 200}, &frame, 2));
     ASSERT_TRUE(combo.SetHistory("Test", 5));
-    EXPECT_EQ(lines(combo), "three one ");
+    EXPECT_EQ(lines(combo), "one three ");
     EXPECT_TRUE(combo.Forget());
     EXPECT_EQ(combo.GetCount(), 0);
     EXPECT_EQ(GetProfileString("Test", "Entry1"), "");
@@ -158,22 +168,49 @@ TEST(AColorMenu, ReturnsTheChosenColour)
     }
     EXPECT_EQ(menu.GetItem(3)->name, "#1F6FC8");
     EXPECT_EQ(menu.GetItem(4), nullptr);
-    AColorComboBox combo;
-    ASSERT_TRUE(combo.Create(shown, {0, 0, 100, 200}, &frame, 1));
-    combo.AddColor("Red", RGB(255, 0, 0));
-    EXPECT_TRUE(combo.SetMore(1) && combo.SetMore(1));
-    EXPECT_EQ(combo.AddColor("Blue", RGB(0, 0, 255)), 1);
-    EXPECT_EQ(combo.SetColor(RGB(0, 0, 255)), 1);
-    EXPECT_TRUE(combo.OnSelChosen(1));
-    EXPECT_TRUE(combo.OnSelChosen(2));  // "More..."
-    COLORREF color = 0;
-    EXPECT_TRUE(combo.GetColor(color));
-    EXPECT_EQ(color, RGB(0x1F, 0x6F, 0xC8));
-    SetColorDialogAnswer([](COLORREF&) { return 0; });
-    EXPECT_FALSE(combo.OnSelChosen(3));  // "More...", but no colour
-    EXPECT_EQ(combo.GetCurSel(), 2);
-    SetColorDialogAnswer(nullptr);
     SetMenuAnswer(nullptr);
+}
+
+namespace
+{
+
+COLORREF askedFrom = 0;
+
+}  // namespace
+
+TEST(AColorComboBox, ComesBackToItsChoiceFromMore)
+{
+    const COLORREF red = RGB(255, 0, 0), blue = RGB(0, 0, 255), other = RGB(0x1F, 0x6F, 0xC8);
+    const struct {
+        void (*choose)(AColorComboBox& combo);
+        int chosen;  // line
+        COLORREF color;
+    } rows[] = {{[](AColorComboBox&) {}, -1, 0},
+                {[](AColorComboBox& c) { c.SetColor(RGB(0, 0, 255)); }, 1, blue},
+                {[](AColorComboBox& c) { c.SetCurSel(0); }, 0, red},
+                {[](AColorComboBox& c) { c.SetCurSel(1), (void)c.OnSelChosen(1); }, 1, blue},
+                {[](AColorComboBox& c) { c.SetColor(1), c.SetCurSel(-1); }, -1, 0}};
+    for (const auto& row : rows)
+        for (const int agrees : {0, 1}) {
+            Frame frame;
+            AColorComboBox combo;
+            ASSERT_TRUE(combo.Create(shown, {0, 0, 100, 200}, &frame, 1));
+            combo.AddColor("Red", red);
+            EXPECT_TRUE(combo.SetMore(1) && combo.SetMore(1));
+            EXPECT_EQ(combo.AddColor("Blue", blue), 1);
+            row.choose(combo);
+            SetColorDialogAnswer(agrees ? [](COLORREF& c) { return c = RGB(0x1F, 0x6F, 0xC8), 1; }
+                                        : [](COLORREF& c) { return askedFrom = c, 0; });
+            const int more = combo.GetCount() - 1;
+            (void)static_cast<CComboBox&>(combo).SetCurSel(more);  // as the user does
+            EXPECT_EQ(combo.OnSelChosen(more), agrees);
+            EXPECT_EQ(combo.GetCurSel(), agrees ? more : row.chosen);
+            COLORREF color = 0;
+            EXPECT_EQ(combo.GetColor(color), agrees || row.chosen >= 0);
+            EXPECT_EQ(color, agrees ? other : row.color);
+            EXPECT_EQ(askedFrom, row.color);
+        }
+    SetColorDialogAnswer(nullptr);
 }
 
 TEST(AStaticText, IsCutSelectedAndCopied)
@@ -184,6 +221,26 @@ TEST(AStaticText, IsCutSelectedAndCopied)
         text.Create("3C 273 at 8.4 GHz, uniform weights", shown, {0, 0, 60, 20}, &frame, 1));
     EXPECT_TRUE(text.IsCut());
     EXPECT_EQ(text.OnToolTip({}), text.GetText());
+    const auto picture = [&](int from, int to) {
+        CBitmap bitmap;
+        EXPECT_TRUE(bitmap.CreateBitmap(60, 20, 1));
+        CMemoryDC dc(bitmap);
+        CRect all(0, 0, 60, 20);
+        text.DrawWindow(dc, all, all);
+        std::vector<std::uint32_t> pixels;
+        for (int i = 0; i < 60 * 20; ++i)
+            if (i % 60 >= from && i % 60 < to)
+                pixels.push_back(bitmap.bits()[i]);
+        return pixels;
+    };
+    const auto unseen = picture(0, 60);
+    text.SetFocus();
+    EXPECT_EQ(picture(0, 60), unseen);  // the dots are there with the focus too
+    press(text, VK_END);
+    const auto dots = picture(0, 8);  // before the end of the text as well: little ink
+    const auto ink =
+        std::count_if(dots.begin(), dots.end(), [&](auto p) { return p != unseen[0]; });
+    EXPECT_TRUE(ink > 0 && ink < 16) << ink;
     const struct {
         int key, held;
         const char* chosen;
@@ -348,4 +405,56 @@ TEST(AToolTip, ComesByFocusAndGoesWithEscape)
     tips.RemoveTools(&text);
     offer(WM_KEYUP, VK_TAB);
     EXPECT_FALSE(tips.GetTip().IsVisible());
+}
+
+namespace
+{
+
+MessageTranslator below = nullptr;
+int above = 0;
+
+int callsBelow(const MSG& message) { return ++above < 100 && below ? below(message) : 0; }
+
+}  // namespace
+
+TEST(AToolTip, StandsInTheChainOfTranslatorsOnce)
+{
+    Frame frame;
+    auto first = std::make_unique<AToolTip>();
+    below = SetMessageTranslator(callsBelow);
+    first.reset();
+    AToolTip second;
+    (void)OfferToTranslator(MSG());
+    EXPECT_EQ(above, 2);  // once of the second tip, which asks who is there
+    SetMessageTranslator(below);
+}
+
+TEST(AToolTip, LetsItsCallbackDoAnything)
+{
+    for (const int ends : {0, 1, 2}) {
+        Frame frame;
+        AStaticText text;
+        ASSERT_TRUE(text.Create("Beam", shown, {0, 0, 400, 300}, &frame, 1));
+        auto tips = std::make_unique<AToolTip>();
+        ASSERT_TRUE(tips->Create(&frame));
+        const CString said(100, 'x');
+        int asked = 0;
+        ASSERT_TRUE(tips->AddTool(&text, [&, said](CPoint, CRect&) {
+            ++asked;
+            if (ends == 0) {
+                tips->RemoveTools(&text);
+                (void)tips->AddTool(&text, "another");
+            } else if (ends == 1) {
+                (void)text.DestroyWindow();
+            } else {
+                (void)frame.DestroyWindow();
+            }
+            return said;
+        }));
+        CRect place;
+        text.GetWindowRect(place);
+        SetCursorPos(place.CenterPoint());
+        tips->SendMessage(WM_TIMER, 1);
+        EXPECT_EQ(asked, 1) << ends;
+    }
 }

@@ -1,4 +1,4 @@
-#include "pavane/windows/ProgressJob.h"
+#include "pavane/windows/controls/ProgressJob.h"
 
 #include "pavane/resources/progress_messages.h"
 #include "tessel/rounding.h"

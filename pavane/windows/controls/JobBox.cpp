@@ -1,4 +1,4 @@
-#include "pavane/windows/JobBox.h"
+#include "pavane/windows/controls/JobBox.h"
 
 #include "tessel/rounding.h"
 

@@ -1,9 +1,8 @@
-#include "pavane/windows/AProgressDlg.h"
-#include "pavane/windows/JobBox.h"
-#include "pavane/windows/progress_dialog.h"
+#include "pavane/windows/controls/AProgressDlg.h"
+#include "pavane/windows/controls/JobBox.h"
+#include "pavane/windows/controls/progress_dialog.h"
 #include "platform/accessibility.h"
 #include "platform/message_scope.h"
-#include "platform/progress.h"
 
 #include <gtest/gtest.h>
 #include <thread>
@@ -14,6 +13,15 @@ namespace pavane
 namespace
 {
 
+struct TickingFrame : CWnd {
+    std::function<void()> tick;
+    void OnTimer(unsigned) override
+    {
+        if (tick)
+            tick();
+    }
+};
+
 struct ProgressDialog : testing::Test {
     ProgressDialog()
     {
@@ -22,8 +30,16 @@ struct ProgressDialog : testing::Test {
         dialog = std::make_unique<AProgressDlg>(&frame);
         dialog->SetDelay(0);
     }
-    CString text(unsigned id) const { return dialog->GetDlgItemText(id); }
-    CListBox& list(unsigned id) const { return dynamic_cast<CListBox&>(*dialog->GetDlgItem(id)); }
+    CString text(unsigned id) const
+    {
+        const auto* const line = dynamic_cast<AStaticText*>(dialog->GetDlgItem(id));
+        return line ? line->GetText() : dialog->GetDlgItemText(id);
+    }
+    template <class Control = AListBox>
+    Control& at(unsigned id) const
+    {
+        return dynamic_cast<Control&>(*dialog->GetDlgItem(id));
+    }
     /// Lets timers run until something is so; not for ever.
     static int until(const std::function<bool()>& isSo)
     {
@@ -33,7 +49,7 @@ struct ProgressDialog : testing::Test {
         }
         return isSo();
     }
-    CWnd frame;
+    TickingFrame frame;
     std::unique_ptr<AProgressDlg> dialog;
 };
 
@@ -48,6 +64,14 @@ TEST_F(ProgressDialog, SlicesRunUntilTheyAreDoneStoppedOrOrphaned)
     for (const auto& row : rows) {
         int calls = 0;
         int shown = 0;
+        CString why;
+        frame.tick = [&] {
+            if (!dialog || text(IDCANCEL) != "Close")
+                return;
+            why = text(IDC_PROGRESS_TEXT);
+            dialog->SendMessage(WM_COMMAND, IDCANCEL);
+        };
+        (void)frame.SetTimer(1, 20);
         const auto slice = [&](AProgressWriter& writer) {
             ++calls;
             writer.SetTotal(100);
@@ -77,6 +101,7 @@ TEST_F(ProgressDialog, SlicesRunUntilTheyAreDoneStoppedOrOrphaned)
         };
         EXPECT_EQ(dialog->RunSlices(slice, "Counting"), row.result) << row.end;
         EXPECT_EQ(shown, 1) << row.end;
+        EXPECT_EQ(why, row.end == failed ? "Counting: no room" : "") << row.end;
         EXPECT_GT(calls, 1);
         if (row.end == frameGone) {
             frame.Create("Frame", "frame", WS_OVERLAPPEDWINDOW, {}, nullptr, 0);
@@ -96,6 +121,28 @@ TEST_F(ProgressDialog, AJobThatEndsAtOnceShowsNothing)
     EXPECT_TRUE(quick.RunSlices([&](AProgressWriter&) { return seen += !!quick.GetSafeHwnd(), 0; },
                                 "Quick"));
     EXPECT_FALSE(seen);
+}
+
+/// Also of a job that fails before anything is shown; but not of one that the user gave up.
+TEST_F(ProgressDialog, TellsWhyAJobFailed)
+{
+    for (const int givenUp : {0, 1}) {
+        AProgressDlg quick(&frame);
+        AProgress progress;
+        AProgressWriter writer(progress);
+        if (givenUp)
+            progress.Cancel();
+        (void)writer.Fail("no room");
+        int told = 0;
+        frame.tick = [&] {
+            told += quick.IsWindowVisible();
+            quick.SendMessage(WM_CLOSE);
+        };
+        (void)frame.SetTimer(1, 20);
+        EXPECT_FALSE(quick.Watch(progress, "Quick"));
+        EXPECT_EQ(told > 0, !givenUp);
+        EXPECT_FALSE(quick.GetSafeHwnd());
+    }
 }
 
 TEST_F(ProgressDialog, WaitsForAThread)
@@ -128,15 +175,11 @@ TEST_F(ProgressDialog, SeveralJobsStandInOneListAndFailuresStay)
         EXPECT_TRUE(dialog->Watch(progress[i], "Job " + std::to_string(i)));
     ASSERT_TRUE(until([&] { return dialog->IsWindowVisible(); }));
     EXPECT_TRUE(frame.IsWindowEnabled());
-    EXPECT_EQ(list(IDC_PROGRESS_JOBS).GetCount(), 3);
-    // what is not known moves by itself
-    int least = 1;
-    int most = 1;
-    const auto& bar = dynamic_cast<CProgressCtrl&>(*dialog->GetDlgItem(IDC_PROGRESS_BAR));
-    bar.GetRange(least, most);
-    EXPECT_EQ(most, 0);
+    EXPECT_EQ(at(IDC_PROGRESS_JOBS).GetCount(), 3);
+    const auto& bar = at<AProgressBar>(IDC_PROGRESS_BAR);
+    EXPECT_LT(bar.GetFraction(), 0);
     // the chosen one is what the bar shows and the button stops
-    (void)list(IDC_PROGRESS_JOBS).SetCurSel(1);
+    (void)at(IDC_PROGRESS_JOBS).SetCurSel(1);
     dialog->SendMessage(WM_COMMAND, IDC_PROGRESS_JOBS | LBN_SELCHANGE << 16);
     dialog->SendMessage(WM_COMMAND, IDCANCEL);
     for (int i = 0; i < 3; ++i)
@@ -145,13 +188,13 @@ TEST_F(ProgressDialog, SeveralJobsStandInOneListAndFailuresStay)
     writers[0].SetTotal(4);
     writers[0].Advance(9);
     writers.erase(writers.begin() + 1);
-    ASSERT_TRUE(until([&] { return list(IDC_PROGRESS_JOBS).GetCount() == 2; }));
-    (void)list(IDC_PROGRESS_JOBS).SetCurSel(0);
+    ASSERT_TRUE(until([&] { return at(IDC_PROGRESS_JOBS).GetCount() == 2; }));
+    (void)at(IDC_PROGRESS_JOBS).SetCurSel(0);
     dialog->SendMessage(WM_COMMAND, IDC_PROGRESS_JOBS | LBN_SELCHANGE << 16);
     dialog->SendMessage(WM_COMMAND, IDC_PROGRESS_DETAILS);
     EXPECT_EQ(text(IDC_PROGRESS_TEXT), "Job 0: line one");
-    EXPECT_EQ(bar.GetPos(), 1000);
-    EXPECT_EQ(list(IDC_PROGRESS_SAID).GetCount(), 1);
+    EXPECT_EQ(bar.GetFraction(), 1);
+    EXPECT_EQ(at<AInfoText>(IDC_PROGRESS_SAID).GetLines().count(), 1);
     (void)writers[1].Fail("no room");
     (void)writers[0].Finish();
     ASSERT_TRUE(until([&] { return text(IDCANCEL) == "Close"; }));

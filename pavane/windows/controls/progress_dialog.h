@@ -20,13 +20,13 @@ inline constexpr unsigned IDC_PROGRESS_JOBS = 10554;
 inline constexpr unsigned IDC_PROGRESS_SAID = 10555;
 
 inline constexpr DlgItem progressItems[] = {
-    {ControlKind::staticText, IDC_PROGRESS_TEXT, "", 8, 8, 244, 10, SS_ENDELLIPSIS},
-    {ControlKind::progress, IDC_PROGRESS_BAR, "", 8, 21, 244, 9},
+    {ControlKind::placeholder, IDC_PROGRESS_TEXT, "", 8, 8, 244, 10},
+    {ControlKind::placeholder, IDC_PROGRESS_BAR, "", 8, 21, 244, 9},
     {ControlKind::staticText, IDC_PROGRESS_LEFT, "", 8, 34, 244, 10, SS_ENDELLIPSIS},
     {ControlKind::pushButton, IDC_PROGRESS_DETAILS, showDetails, 8, 49, 60, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 196, 49, 56, 14, WS_TABSTOP},
-    {ControlKind::listBox, IDC_PROGRESS_JOBS, "", 8, 71, 244, 44, WS_TABSTOP},
-    {ControlKind::listBox, IDC_PROGRESS_SAID, "", 8, 121, 244, 66, WS_TABSTOP},
+    {ControlKind::placeholder, IDC_PROGRESS_JOBS, "", 8, 71, 244, 44},
+    {ControlKind::placeholder, IDC_PROGRESS_SAID, "", 8, 121, 244, 66, WS_TABSTOP},
 };
 /// Rows of the template that are folded away when they have nothing to show.
 inline constexpr int progressJobsTop = 69, progressJobsBottom = 119, progressSaidTop = 119,

@@ -1,8 +1,8 @@
-#include "pavane/windows/AProgressDlg.h"
+#include "pavane/windows/controls/AProgressDlg.h"
 
 #include "pavane/progress/slices.h"
-#include "pavane/windows/progress_dialog.h"
-#include "pavane/windows/ProgressJob.h"
+#include "pavane/windows/controls/progress_dialog.h"
+#include "pavane/windows/controls/ProgressJob.h"
 #include "platform/cursors.h"
 #include "platform/message_scope.h"
 
@@ -76,6 +76,7 @@ int AProgressDlg::wait(const AProgress& watched)
 {
     const AProgress progress = watched;
     const LifeWatch life(life_);
+    ++waits_;
     while (!progress.HasEnded()) {
         const auto at = std::find_if(jobs_.begin(), jobs_.end(), [&](const auto& job) {
             return job->progress == progress && job->slice;
@@ -90,6 +91,12 @@ int AProgressDlg::wait(const AProgress& watched)
             return progress.GetReport().state == ProgressState::finished;
     }
     refresh();
+    while (life.alive() && GetSafeHwnd() && !isLeft_ && keeps(progress)) {
+        std::this_thread::sleep_for(waitPause);
+        (void)Look();
+    }
+    if (life.alive() && --waits_ == 0 && modal_)
+        dropKept();  // what could not be shown
     return progress.GetReport().state == ProgressState::finished;
 }
 
@@ -156,9 +163,10 @@ void AProgressDlg::refresh()
     std::vector<AProgress> ended;
     dropEnded(ended);
     const LifeWatch life(life_);
+    const auto isKept = [](const auto& job) { return job->isKept; };
     if (jobs_.empty())
         close();
-    else if (now >= next_)
+    else if (now >= next_ || (modal_ && std::any_of(jobs_.begin(), jobs_.end(), isKept)))
         open();
     if (life.alive() && GetSafeHwnd())
         showAll();
@@ -168,7 +176,8 @@ void AProgressDlg::refresh()
             tell(one);
 }
 
-/// What failed in a dialog that nobody waits for stays until the user has seen it.
+/// What failed stays until the user has seen it; not what is waited for in a loop of the host's
+/// own, which goes on, nor what the user gave up.
 void AProgressDlg::dropEnded(std::vector<AProgress>& ended)
 {
     for (std::size_t i = 0; i < jobs_.size();) {
@@ -178,7 +187,8 @@ void AProgressDlg::dropEnded(std::vector<AProgress>& ended)
             continue;
         }
         ended.push_back(job.progress);
-        job.isKept = !modal_ && job.report.state == ProgressState::failed && GetSafeHwnd();
+        job.isKept = job.report.state == ProgressState::failed && !job.progress.IsCancelled() &&
+                     (modal_ ? waits_ > 0 : GetSafeHwnd() != 0);
         if (job.isKept)
             ++i;
         else
@@ -192,6 +202,19 @@ void AProgressDlg::drop(std::size_t at)
     if (chosen_ > at || chosen_ == jobs_.size())
         chosen_ -= chosen_ > 0;
     shownJob_ = nullptr;
+}
+
+int AProgressDlg::keeps(const AProgress& progress) const
+{
+    return std::any_of(jobs_.begin(), jobs_.end(),
+                       [&](const auto& job) { return job->isKept && job->progress == progress; });
+}
+
+void AProgressDlg::dropKept()
+{
+    for (std::size_t i = jobs_.size(); i-- > 0;)
+        if (jobs_[i]->isKept)
+            drop(i);
 }
 
 void AProgressDlg::open()
@@ -271,13 +294,13 @@ void AProgressDlg::OnCancel()
 /// The close box: what nobody waits for goes on out of sight.
 void AProgressDlg::OnClose()
 {
-    if (modal_)
-        return CancelAll();
-    staysAway_ = 1;
-    for (std::size_t i = jobs_.size(); i-- > 0;)
-        if (jobs_[i]->isKept)
-            drop(i);
-    (void)ShowWindow(SW_HIDE);
+    dropKept();
+    if (modal_) {
+        CancelAll();
+    } else {
+        staysAway_ = 1;
+        (void)ShowWindow(SW_HIDE);
+    }
     refresh();
 }
 

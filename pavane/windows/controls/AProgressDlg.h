@@ -3,6 +3,10 @@
 #include "pavane/containers/LifeWatch.h"
 #include "pavane/progress/AProgress.h"
 #include "pavane/windows/AResizeDialog.h"
+#include "pavane/windows/controls/AInfoText.h"
+#include "pavane/windows/controls/AListBox.h"
+#include "pavane/windows/controls/AProgressBar.h"
+#include "pavane/windows/controls/AStaticText.h"
 
 #include <chrono>
 #include <functional>
@@ -39,9 +43,9 @@ public:
     void SetAlone(int on) { alone_ = on; }
 
     /// Follows a job that another thread does; `name` is what it is ("Gridding"). A modal dialog
-    /// returns when the job has ended, non-zero when it has finished; 0 also when the dialog went
-    /// with its owner or the program is to end, and the job may still be at work then. Otherwise
-    /// returns 1 at once.
+    /// returns when the job has ended, non-zero when it has finished, and of one that failed when
+    /// the user has read why; 0 also when the dialog went with its owner or the program is to end,
+    /// and the job may still be at work then. Otherwise returns 1 at once.
     int Watch(const AProgress& progress, const CString& name);
     /// Does a job in this thread: calls `slice` again and again, for 20 ms at a time, and lets the
     /// user work between. `slice` does a small piece and returns non-zero while there is more; 0
@@ -77,6 +81,8 @@ private:
     int goesOn() const;
     void refresh();
     void dropEnded(std::vector<AProgress>& ended);
+    int keeps(const AProgress& progress) const;
+    void dropKept();
     void drop(std::size_t at);
     void open();
     void close();
@@ -103,7 +109,12 @@ private:
     int isClosing_ = 0;
     int isLeft_ = 0;  ///< went with its owner, or the program ends
     int isSlicing_ = 0;
+    int waits_ = 0;  ///< in Watch and RunSlices
     int details_ = 0;
+    AStaticText text_;
+    AProgressBar bar_;
+    AListBox list_;
+    AInfoText saidText_;
     std::vector<CString> jobLines_;
     const ProgressJob* shownJob_ = nullptr;  ///< whose texts are in the list
     std::uint64_t shownSaid_ = 0;            ///< how many of them

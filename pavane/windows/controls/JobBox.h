@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/windows/AProgressDlg.h"
+#include "pavane/windows/controls/AProgressDlg.h"
 
 #include <cstdint>
 

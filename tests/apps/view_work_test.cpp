@@ -1,0 +1,61 @@
+// Work of pavane-view in a thread of its own.
+#include "apps/view/long_work.h"
+#include "platform/CWnd.h"
+#include "platform/messages.h"
+
+#include <chrono>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// A frame that goes, and with it the dialog that keeps input from it: its job is to stop then.
+struct LeavingFrame : CWnd {
+    LeavingFrame()
+    {
+        (void)Create("Frame", "frame", WS_OVERLAPPEDWINDOW, CRect(0, 0, 300, 200), nullptr, 0);
+        (void)ShowWindow(SW_SHOW);
+        (void)SetTimer(1, 20);
+    }
+    void OnTimer(unsigned) override
+    {
+        if (!IsWindowEnabled())
+            (void)DestroyWindow();
+    }
+};
+
+int waitForTheEnd(const AProgressWriter& writer)
+{
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!writer.IsCancelled() && std::chrono::steady_clock::now() < end)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    return writer.IsCancelled();
+}
+
+}  // namespace
+
+TEST(LongWork, KeepsWhatWasDoneAlthoughTheUserGaveUp)
+{
+    const struct {
+        int isGivenUp, isDone, result;
+    } rows[] = {{0, 1, 1}, {0, 0, 1}, {1, 0, 0}, {1, 1, 1}};
+    for (const auto& row : rows) {
+        LeavingFrame frame;
+        const auto work = [&](AProgressWriter& writer) {
+            const ProgressFunction tell = tellTo(writer);
+            EXPECT_TRUE(tell(0.5) && tell(-1) && tell(0.2) && tell(7));
+            if (row.isGivenUp) {
+                EXPECT_TRUE(waitForTheEnd(writer));
+                EXPECT_FALSE(tell(0.6));
+            }
+            return row.isDone;
+        };
+        EXPECT_EQ(doLongWork(&frame, "Working", work), row.result);
+    }
+}
+
+}  // namespace pavane
