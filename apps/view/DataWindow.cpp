@@ -64,10 +64,9 @@ int DataWindow::OnCreate(CREATESTRUCT& cs)
         return -1;
     splitter_.SetPanes(&tabs_, &plot_);
     splitter_.SetLeastSize(leastPane);
-    double share = firstShare;
-    if (!stoval(GetProfileString(section, shareEntry), share) || !(share > 0 && share < 1))
-        share = firstShare;
-    splitter_.SetShare(share);
+    splitter_.SetName("Tables and plot");
+    splitter_.SetShare(firstShare);
+    (void)splitter_.SetProfile(section, shareEntry);
     int panels = wish_.panels;
     if (panels > 0 || stoval(GetProfileString(section, panelsEntry), panels))
         panels_.SetPanelsOfPage(panels);
@@ -223,7 +222,6 @@ void DataWindow::OnClose()
     if (!MayLeaveGroups())
         return;
     SaveWndPos(this, section);
-    (void)WriteProfileString(section, shareEntry, valToStr(splitter_.GetShare(), 3));
     (void)WriteProfileString(section, panelsEntry, std::to_string(panels_.GetPanelsOfPage()));
     DestroyWindow();
 }

@@ -10,8 +10,8 @@
 #include "apps/view/WindowHost.h"
 #include "pavane/tables/observation/AFreqGroupsWnd.h"
 #include "pavane/tables/observation/AObservationSelector.h"
+#include "pavane/windows/controls/ASplitterWnd.h"
 #include "pavane/windows/controls/ProgressJob.h"
-#include "platform/splitter.h"
 #include "platform/tab_control.h"
 
 #include <array>
@@ -155,7 +155,7 @@ private:
     AComponents model_;
     UvTimes times_;  ///< of the file that is opened first
     std::unique_ptr<DataDocument> data_;
-    Relay<CSplitterWnd> splitter_;
+    Relay<ASplitterWnd> splitter_;
     Relay<CTabCtrl> tabs_;
     std::array<std::unique_ptr<AObservationSelector>, uvTableCount> selectors_;
     AFreqGroupsWnd groups_;

@@ -1,7 +1,7 @@
 #include "apps/view/picture_file.h"
 
 #include "apps/view/file_ending.h"
-#include "platform/picture.h"
+#include "platform/picture_file.h"
 #include "platform/window_dc.h"
 
 #include <algorithm>
@@ -48,7 +48,7 @@ int writePNG(const std::string& file, const PictureJob& job, std::string& error)
 {
     CPicture picture(job.width * job.fineness, job.height * job.fineness);
     if (job.fineness == 1 ? drawPlain(picture, job) : drawFine(picture, job))
-        return SavePNG(picture, file, error, screenDpi * job.fineness);
+        return SavePNG(picture, file, error, screenDpi * job.fineness, job.goesOn);
     error = "there is no memory for a picture of this size";
     return 0;
 }

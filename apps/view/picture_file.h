@@ -21,7 +21,7 @@ struct PictureJob {
     int width, height;                                     ///< in pixels of 96 per inch
     int fineness = 1;                                      ///< a PNG has its square for each pixel
     std::function<void(CDC& dc, const CRect& rect)> draw;  ///< the whole of it, into any context
-    std::function<int()> goesOn = {};  ///< asked while a page is drawn; 0 gives it up
+    std::function<int()> goesOn = {};                      ///< asked now and then; 0 gives it up
     int pages = 1;
     std::function<void(int page)> turnTo = {};  ///< what `draw` draws from now on, from page 0
 };

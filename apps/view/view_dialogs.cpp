@@ -1,7 +1,10 @@
 #include "apps/view/view_dialogs.h"
 
 #include "apps/view/level_list.h"
-#include "platform/controls.h"
+#include "pavane/windows/AResizeDialog.h"
+#include "pavane/windows/controls/AComboBox.h"
+#include "pavane/windows/controls/AInfoText.h"
+#include "platform/message.h"
 
 #include <iterator>
 #include <string_view>
@@ -16,16 +19,21 @@ enum Control : unsigned { idHeading = 101, idLines, idQuestion, idText, idHint }
 
 constexpr DlgItem lineItems[] = {
     {ControlKind::staticText, idHeading, "", 8, 8, 304, 10},
-    {ControlKind::listBox, idLines, "", 8, 22, 304, 120, WS_TABSTOP | WS_VSCROLL | WS_BORDER},
+    {ControlKind::placeholder, idLines, "", 8, 22, 304, 120, WS_TABSTOP},
     {ControlKind::staticText, idQuestion, "", 8, 148, 304, 10},
     {ControlKind::defaultButton, IDOK, "", 196, 164, 56, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDCANCEL, "Cancel", 256, 164, 56, 14, WS_TABSTOP},
 };
 constexpr DlgTemplate lineDialog = {0, "", 320, 186, lineItems, std::size(lineItems)};
+constexpr ResizeItem lineResize[] = {{idHeading, 0, 0, 100, 0},
+                                     {idLines, 0, 0, 100, 100},
+                                     {idQuestion, 0, 100, 100, 100},
+                                     {IDOK, 100, 100, 100, 100},
+                                     {IDCANCEL, 100, 100, 100, 100}};
 
 constexpr DlgItem levelItems[] = {
     {ControlKind::staticText, idHeading, "Contour levels:", 8, 8, 244, 10},
-    {ControlKind::edit, idText, "", 8, 20, 244, 14, WS_TABSTOP},
+    {ControlKind::placeholder, idText, "", 8, 20, 244, 80},
     {ControlKind::staticText, idHint,
      "peak: per cent of the peak, sigma: multiples of the noise, abs: values.", 8, 40, 244, 10},
     {ControlKind::staticText, idQuestion,
@@ -35,15 +43,20 @@ constexpr DlgItem levelItems[] = {
 };
 constexpr DlgTemplate levelDialog = {0,  "Contour levels", 260,
                                      92, levelItems,       std::size(levelItems)};
+constexpr ResizeItem levelResize[] = {
+    {idText, 0, 0, 100, 0}, {IDOK, 100, 0, 100, 0}, {IDCANCEL, 100, 0, 100, 0}};
 
-class LineDialog : public CDialog
+/// The lines may be long and many: they are seen in a larger window, found in and copied.
+class LineDialog : public AResizeDialog
 {
 public:
     LineDialog(CWnd* parent, const CString& title, const CString& heading,
                const std::vector<std::string>& lines, const CString& question, const CString& yes)
-        : CDialog(lineDialog, parent), title_(title), heading_(heading), lines_(lines),
+        : AResizeDialog(lineDialog, parent), title_(title), heading_(heading), lines_(lines),
           question_(question), yes_(yes)
     {
+        SetResizeItems(lineResize);
+        SetPlacementSection("LineDialog");
     }
 
 protected:
@@ -53,11 +66,12 @@ protected:
         SetDlgItemText(idHeading, heading_);
         SetDlgItemText(idQuestion, question_);
         SetDlgItemText(IDOK, yes_);
-        auto* const list = dynamic_cast<CListBox*>(GetDlgItem(idLines));
+        (void)text_.UpDateControl("", this, idLines,
+                                  WS_TABSTOP | WS_BORDER | WS_VSCROLL | WS_HSCROLL);
+        text_.SetName(heading_);
         for (const std::string& line : lines_)
-            if (list)
-                list->AddString(line);
-        return 1;
+            text_.Append(line);
+        return AResizeDialog::OnInitDialog();
     }
 
 private:
@@ -66,35 +80,53 @@ private:
     const std::vector<std::string>& lines_;
     const CString& question_;
     const CString& yes_;
+    AInfoText text_;
 };
 
-class LevelDialog : public CDialog
+/// Proposes the last levels that were taken.
+class LevelDialog : public AResizeDialog
 {
 public:
-    LevelDialog(CWnd* parent, CString& text) : CDialog(levelDialog, parent), text_(text) {}
+    LevelDialog(CWnd* parent, CString& text) : AResizeDialog(levelDialog, parent), text_(text)
+    {
+        SetResizeItems(levelResize);
+        SetPlacementSection("LevelDialog");
+    }
 
 protected:
     int OnInitDialog() override
     {
-        SetDlgItemText(idText, text_);
-        return 1;
+        CRect place;
+        CWnd* const old = GetDlgItem(idText);
+        (void)old->GetWindowRect(place);
+        ScreenToClient(place);
+        (void)old->DestroyWindow();
+        (void)levels_.Create(WS_CHILD | WS_VISIBLE | WS_TABSTOP, place, this, idText,
+                             "Contour levels");
+        (void)levels_.SetHistory("ContourLevels");
+        levels_.SetWindowText(text_);
+        (void)AResizeDialog::OnInitDialog();
+        (void)levels_.SetFocus();
+        return 0;
     }
     void OnOK() override
     {
         LevelChoice choice;
         std::string error;
-        const CString text = GetDlgItemText(idText);
+        const CString text = levels_.GetWindowText();
         if (!parseLevels(text, choice, error)) {
             constexpr std::size_t option = std::string_view("--levels").size();
             AfxMessageBox("The list of levels" + error.substr(option), MB_ICONERROR);
             return;
         }
         text_ = text;
+        (void)levels_.Remember();
         EndDialog(IDOK);
     }
 
 private:
     CString& text_;
+    AComboBox levels_;
 };
 
 }  // namespace

@@ -26,16 +26,19 @@ std::unique_ptr<VectorDevice> QtGraphics::pageView(const PixelSurface& surface, 
 
 std::string QtGraphics::pngOf(const ImageView& image, int dpi)
 {
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    return writePNG(image, dpi, buffer) ? buffer.data().toStdString() : std::string();
+}
+
+int writePNG(const ImageView& image, int dpi, QIODevice& to)
+{
     const QImage view(reinterpret_cast<const uchar*>(image.bits), image.width, image.height,
                       static_cast<qsizetype>(image.width) * 4, QImage::Format_RGB32);
     QImage exported = view.convertToFormat(QImage::Format_RGB888);
     exported.setDotsPerMeterX(nearestInt(dpi / 0.0254));
     exported.setDotsPerMeterY(nearestInt(dpi / 0.0254));
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    if (!exported.save(&buffer, "PNG"))
-        return {};
-    return buffer.data().toStdString();
+    return exported.save(&to, "PNG");
 }
 
 }  // namespace pavane

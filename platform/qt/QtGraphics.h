@@ -2,6 +2,8 @@
 
 #include "platform/qt/fonts.h"
 
+class QIODevice;
+
 namespace pavane
 {
 
@@ -19,5 +21,8 @@ public:
 private:
     FontTable fonts_;
 };
+
+/// Writes the bytes of a PNG file to a device; 0 when it fails.
+int writePNG(const ImageView& image, int dpi, QIODevice& to);
 
 }  // namespace pavane

@@ -1,9 +1,13 @@
 // Work of pavane-view in a thread of its own.
 #include "apps/view/long_work.h"
+#include "apps/view/picture_file.h"
+#include "platform/CDC.h"
 #include "platform/CWnd.h"
 #include "platform/messages.h"
+#include "tessel/paths.h"
 
 #include <chrono>
+#include <cstdio>
 #include <gtest/gtest.h>
 #include <thread>
 
@@ -56,6 +60,28 @@ TEST(LongWork, KeepsWhatWasDoneAlthoughTheUserGaveUp)
         };
         EXPECT_EQ(doLongWork(&frame, "Working", work), row.result);
     }
+}
+
+TEST(PictureFile, IsWrittenWholeOrGivenUp)
+{
+    for (const char* const name : {"p.png", "p.pdf", "p.svg"})
+        for (const int goesOn : {0, 1}) {
+            const std::string file = testing::TempDir() + name;
+            (void)std::remove(file.c_str());
+            int asked = 0;
+            const PictureJob job{"Title",
+                                 900,
+                                 700,
+                                 2,
+                                 [](CDC& dc, const CRect& rect) { dc.FillSolidRect(rect, 255); },
+                                 [&] { return ++asked, goesOn; }};
+            PictureFormat format = PictureFormat::png;
+            std::string error;
+            ASSERT_TRUE(pictureFormatOf(file, format));
+            EXPECT_EQ(writePicture(file, format, job, error), goesOn) << error;
+            EXPECT_GT(asked, 0) << name;
+            EXPECT_EQ(IsFileExists(file), goesOn) << name;
+        }
 }
 
 }  // namespace pavane

@@ -6,9 +6,9 @@
 #include "pavane/images/palettes.h"
 #include "pavane/resources/play_dialog.h"
 #include "pavane/resources/play_messages.h"
+#include "pavane/windows/controls/color_picture.h"
 #include "platform/controls.h"
 #include "platform/file_dialog.h"
-#include "platform/picture.h"
 #include "tessel/paths.h"
 
 #include <algorithm>
@@ -18,22 +18,6 @@ namespace pavane
 
 namespace
 {
-
-/// The strip of a palette, in pixels.
-constexpr int stripWidth = 64;
-constexpr int stripHeight = 12;
-
-CPicture stripOf(const AArray<COLORREF>& colours, int ratio)
-{
-    CPicture strip(stripWidth * ratio, stripHeight * ratio);
-    for (int y = 0; y < strip.height(); ++y)
-        for (int x = 0; x < strip.width() && colours.count() > 0; ++x) {
-            const COLORREF c = colours(x * colours.count() / strip.width());
-            strip.row(y)[x] =
-                static_cast<std::uint32_t>(GetRValue(c) << 16 | GetGValue(c) << 8 | GetBValue(c));
-        }
-    return strip;
-}
 
 std::vector<COLORREF> asVector(const AArray<COLORREF>& colours)
 {
@@ -55,7 +39,7 @@ void APalettePlayDlg::fillPalettes()
                          const AArray<COLORREF>& colours) {
         const CString marked = isColorBlindSafe(colours) ? text + colorBlindSafeText : text;
         const int line = list->AddString(marked);
-        (void)list->SetItemPicture(line, stripOf(colours, ratio), ratio);
+        (void)list->SetItemPicture(line, colorPicture(asVector(colours), ratio), ratio);
         palettes_.push_back({name, asVector(colours)});
     };
     AArray<COLORREF> colours;
