@@ -8,7 +8,7 @@
 #include "pavane/resources/play_messages.h"
 #include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
-#include "pavane/windows/AProgressDlg.h"
+#include "pavane/windows/controls/AProgressDlg.h"
 #include "platform/accessibility.h"
 #include "platform/controls.h"
 #include "platform/screens.h"
