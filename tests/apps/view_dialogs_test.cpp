@@ -81,7 +81,7 @@ TEST(ViewDialogs, ProposeLevelsThatWereTaken)
     EXPECT_EQ(askAboutLines(nullptr, "Save areas", "a.reg cannot hold:", {"area 1", "area 3"},
                             "Save all the same?", "Save"),
               IDOK);
-    EXPECT_EQ(script.shown, "area 1\narea 3");
+    EXPECT_EQ(script.shown, "area 1\narea 3\n");
     SetDialogAnswer(nullptr);
     SetMessageFunction(nullptr);
     SetProfileFile("");
