@@ -44,7 +44,8 @@ int readRange(const std::string& text, ViewOptions& options, std::string& error)
 {
     constexpr std::string_view perCent = "p:";
     options.inPerCent = text.starts_with(perCent);
-    const std::string_view ends = std::string_view(text).substr(options.inPerCent * perCent.size());
+    const std::string_view ends =
+        std::string_view(text).substr(options.inPerCent ? perCent.size() : 0);
     const std::size_t comma = ends.find(',');
     if (comma == std::string::npos || !stoval(ends.substr(0, comma), options.low) ||
         !stoval(ends.substr(comma + 1), options.high) || !std::isfinite(options.low) ||

@@ -30,7 +30,9 @@ CString headerOf(const AUVXFile& file)
     const UvHeader& header = file.header();
     CString text = plainText(header.object);
     if (header.frequency > 0)
-        text += (text.empty() ? "" : "   ") + valToStr(header.frequency / 1e9, 4) + "\u00a0GHz";
+        text.append(text.empty() ? "" : "   ")
+            .append(valToStr(header.frequency / 1e9, 4))
+            .append("\u00a0GHz");
     const std::string date = header.dateObs.substr(0, header.dateObs.find('T'));
     return date.empty() ? text : text + (text.empty() ? "" : "   ") + plainText(date);
 }
@@ -256,7 +258,7 @@ CString quadName(const AUVXFile& file, const ClosureQuad& q)
 {
     CString name;
     for (const int number : q.telescopes)
-        name += (name.empty() ? "" : "-") + telescopeName(file, {q.subarray, number});
+        name.append(name.empty() ? "" : "-").append(telescopeName(file, {q.subarray, number}));
     return q.subarray == 1 ? name : name + "/" + std::to_string(q.subarray);
 }
 

@@ -75,7 +75,7 @@ CString ContourLevels::text() const
         if (prefix.unit == unit)
             text = prefix.name;
     for (std::size_t i = 0; i < factors.size(); ++i)
-        text += (i > 0 ? "," : "") + valToStr(factors[i]);
+        text.append(i > 0 ? "," : "").append(valToStr(factors[i]));
     return text;
 }
 
