@@ -105,7 +105,7 @@ int writePicture(const std::string& file, PictureFormat format, const PictureJob
         turn(job, i);
         if (!(format == PictureFormat::png ? writePNG(name, job, error)
                                            : writePage(page, name, job, error))) {
-            error = name + ": " + error;
+            error.insert(0, ": ").insert(0, name);
             return 0;
         }
     }
