@@ -30,7 +30,9 @@ void SurfacePanel::Show(MapDocument* document)
         picture_->contentChanged();
         return Follow();
     }
-    const BoxView before = picture_ ? picture_->axis().view() : BoxView();
+    BoxView before = picture_ ? picture_->axis().view() : BoxView();
+    if (hasSecond())  // which goes with its map
+        before.setHeight(before.height() / 2);
     const bool isNew = !picture_;
     window_.ShowBar(nullptr);
     window_.SetBox(nullptr, 0);

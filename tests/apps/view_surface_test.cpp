@@ -141,11 +141,15 @@ TEST_F(SurfacePane, AnotherMapHasItsOwnBaseAndNoMark)
 {
     pane().SetLinkedCell(7, 11);
     pane().TurnBy(20, 0);
+    const double height = box().GetBoxHeight();
+    window.surface().SetSecond(contentOf(writeMap("second.fits", 5, 8, 1)));
+    EXPECT_NEAR(box().GetBoxHeight(), 2 * height, 1e-9);
     ASSERT_TRUE(window.OpenMap(writeMap("flat.fits", 40, 4, 1), -1));
     draw();
     int row = 0, column = 0;
     EXPECT_FALSE(pane().GetLinkedCell(row, column));
     EXPECT_EQ(box().GetAzimuth(), 50);
+    EXPECT_NEAR(box().GetBoxHeight(), height, 1e-9);
     EXPECT_NEAR(box().view().size().q, 0.1, 1e-9);
 }
 
