@@ -324,6 +324,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/axes/windows/PlotHooks.h
     pavane/axes/windows/PlotPicture.h
     pavane/axes/windows/RubberBand.h
+    pavane/calibration/closure_products.h
     pavane/calibration/ClosureCounter.h
     pavane/calibration/ClosureLegs.h
     pavane/calibration/MomentReader.h

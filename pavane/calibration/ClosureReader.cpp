@@ -181,6 +181,7 @@ void ClosureReader::take(UvMoment& moment)
     Bin& bin = binOf(moment, members);
     if (model_.count() > 0)
         addModel(moment);
+    findCells(moment);
     for (std::size_t i = 0; i < members.triangles.size(); ++i)
         addTriangle(moment, members.triangles[i], bin.phases.data() + i * parts().size());
     for (std::size_t i = 0; i < members.quads.size(); ++i)
@@ -214,66 +215,83 @@ void ClosureReader::addModel(UvMoment& moment)
     }
 }
 
-/// 0 when one is missing.
-template <std::size_t legs>
-int ClosureReader::legsOf(const UvMoment& moment, const std::array<ClosureLegs::Leg, legs>& of,
-                          std::array<LegCells, legs>& data, std::array<LegCells, legs>& model) const
+/// Where the numbers of the moment's legs stand; those of the model may be of any size.
+void ClosureReader::findCells(const UvMoment& moment)
 {
-    for (std::size_t k = 0; k < legs; ++k) {
-        if (!moment.has[of[k].baseline])
-            return 0;
-        const UvLeg& leg = moment.legs[of[k].baseline];
-        data[k] = {leg.real.data(), leg.imaginary.data(), leg.variance.data(), leg.valid.data(),
-                   of[k].sign,      leg.isWhole,          leg.isTame};
-        // the model may be of any size
-        model[k] = {leg.modelReal.data(),
-                    leg.modelImaginary.data(),
-                    leg.variance.data(),
-                    leg.valid.data(),
-                    of[k].sign,
-                    leg.isWhole,
-                    0};
+    data_.resize(moment.legs.size());
+    modelData_.resize(model_.count() > 0 ? moment.legs.size() : 0);
+    for (std::size_t b = 0; b < moment.legs.size(); ++b) {
+        const UvLeg& leg = moment.legs[b];
+        data_[b] = {leg.real.data(),  leg.imaginary.data(), leg.variance.data(),
+                    leg.valid.data(), leg.isWhole,          leg.isTame};
+        if (model_.count() > 0)
+            modelData_[b] = {leg.modelReal.data(), leg.modelImaginary.data(),
+                             leg.variance.data(),  leg.valid.data(),
+                             leg.isWhole,          0};
     }
-    return 1;
 }
+
+namespace
+{
+
+template <std::size_t count>
+int areThere(const UvMoment& moment, const std::array<ClosureLegs::Leg, count>& legs)
+{
+    return std::all_of(legs.begin(), legs.end(),
+                       [&](const ClosureLegs::Leg& leg) { return moment.has[leg.baseline] != 0; });
+}
+
+template <std::size_t count>
+std::array<SignedLeg, count> signedLegs(const std::array<ClosureLegs::Leg, count>& legs,
+                                        const std::vector<LegCells>& cells)
+{
+    std::array<SignedLeg, count> found{};
+    for (std::size_t k = 0; k < count; ++k)
+        found[k] = {&cells[legs[k].baseline], legs[k].sign};
+    return found;
+}
+
+}  // namespace
 
 void ClosureReader::addTriangle(const UvMoment& moment, std::size_t triangle, PhaseSums* sums) const
 {
-    std::array<LegCells, 3> data{};
-    std::array<LegCells, 3> model{};
-    if (!legsOf(moment, legs_.triangles[triangle], data, model))
+    const std::array<ClosureLegs::Leg, 3>& legs = legs_.triangles[triangle];
+    if (!areThere(moment, legs))
         return;
+    const std::array<SignedLeg, 3> data = signedLegs(legs, data_);
     const std::vector<std::size_t>& starts = reader_->cells().starts;
     for (std::size_t part = 0; part + 1 < starts.size(); ++part, ++sums) {
         const double before = sums->data.count;
         addTripleProducts(data, starts[part], starts[part + 1], sums->data);
         sums->time += (sums->data.count - before) * moment.time();
         if (model_.count() > 0)
-            sums->model += tripleProducts(model, starts[part], starts[part + 1]);
+            sums->model +=
+                tripleProducts(signedLegs(legs, modelData_), starts[part], starts[part + 1]);
     }
 }
 
 void ClosureReader::addQuad(const UvMoment& moment, std::size_t quad, RatioSums* sums) const
 {
-    std::array<LegCells, 4> data{};
-    std::array<LegCells, 4> model{};
-    if (!legsOf(moment, legs_.quads[quad], data, model))
+    const std::array<ClosureLegs::Leg, 4>& legs = legs_.quads[quad];
+    if (!areThere(moment, legs))
         return;
+    const std::array<SignedLeg, 4> data = signedLegs(legs, data_);
     const std::vector<std::size_t>& starts = reader_->cells().starts;
     for (std::size_t part = 0; part + 1 < starts.size(); ++part, ++sums) {
         const double before = sums->data.count;
         addAmplitudeProducts(data, starts[part], starts[part + 1], sums->data);
         sums->time += (sums->data.count - before) * moment.time();
         if (model_.count() > 0)
-            addAmplitudeProducts(model, starts[part], starts[part + 1], sums->model);
+            addAmplitudeProducts(signedLegs(legs, modelData_), starts[part], starts[part + 1],
+                                 sums->model);
     }
 }
 
 /// Non-zero while points may be kept.
 int ClosureReader::hasRoom()
 {
-    if (points_++ < mostPoints)
-        return 1;
+    if (points_ < mostPoints)
+        return ++points_ > 0;
     error_ = "has more closure phases than are kept; average them over longer times";
     return 0;
 }
@@ -285,37 +303,41 @@ void ClosureReader::flush(Bin& bin)
     const ClosureLegs::Members& members = *std::exchange(bin.members, nullptr);
     const std::size_t count = parts().size();
     openSums_ -= members.count() * count;
-    for (std::size_t i = 0; i < bin.phases.size(); ++i) {
-        const PhaseSums& sums = bin.phases[i];
-        ClosurePoint point;
-        if (!closurePoint(sums.data, point))
-            continue;
-        if (!hasRoom())
-            return;
-        ClosureSeries& series = series_[members.triangles[i / count] * count + i % count];
-        series.time.push_back(sums.time / sums.data.count);
-        series.phase.push_back(static_cast<float>(point.phase));
-        series.error.push_back(static_cast<float>(point.error));
-        series.amplitude.push_back(nearestFloat(point.amplitude));
-        if (model_.count() > 0)
-            series.model.push_back(static_cast<float>(degreesOf(sums.model)));
-    }
-    for (std::size_t i = 0; i < bin.ratios.size(); ++i) {
-        const RatioSums& sums = bin.ratios[i];
-        ClosureAmplitude amplitude;
-        if (!closureAmplitude(sums.data, amplitude))
-            continue;
-        if (!hasRoom())
-            return;
-        ClosureRatios& ratios = ratios_[members.quads[i / count] * count + i % count];
-        ratios.time.push_back(sums.time / sums.data.count);
-        ratios.ratio.push_back(nearestFloat(amplitude.ratio));
-        ratios.error.push_back(nearestFloat(amplitude.error));
-        ClosureAmplitude model;
-        if (model_.count() > 0) {
-            (void)closureAmplitude(sums.model, model);
-            ratios.model.push_back(nearestFloat(model.ratio));
-        }
+    const PhaseSums* phase = bin.phases.data();
+    for (const std::size_t triangle : members.triangles)
+        for (std::size_t part = 0; part < count; ++part, ++phase)
+            append(*phase, series_[triangle * count + part]);
+    const RatioSums* ratio = bin.ratios.data();
+    for (const std::size_t quad : members.quads)
+        for (std::size_t part = 0; part < count; ++part, ++ratio)
+            append(*ratio, ratios_[quad * count + part]);
+}
+
+void ClosureReader::append(const PhaseSums& sums, ClosureSeries& series)
+{
+    ClosurePoint point;
+    if (!closurePoint(sums.data, point) || !hasRoom())
+        return;
+    series.time.push_back(sums.time / sums.data.count);
+    series.phase.push_back(static_cast<float>(point.phase));
+    series.error.push_back(static_cast<float>(point.error));
+    series.amplitude.push_back(nearestFloat(point.amplitude));
+    if (model_.count() > 0)
+        series.model.push_back(static_cast<float>(degreesOf(sums.model)));
+}
+
+void ClosureReader::append(const RatioSums& sums, ClosureRatios& ratios)
+{
+    ClosureAmplitude amplitude;
+    if (!closureAmplitude(sums.data, amplitude) || !hasRoom())
+        return;
+    ratios.time.push_back(sums.time / sums.data.count);
+    ratios.ratio.push_back(nearestFloat(amplitude.ratio));
+    ratios.error.push_back(nearestFloat(amplitude.error));
+    ClosureAmplitude model;
+    if (model_.count() > 0) {
+        (void)closureAmplitude(sums.model, model);
+        ratios.model.push_back(nearestFloat(model.ratio));
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/calibration/closure_point.h"
+#include "pavane/calibration/closure_products.h"
 #include "pavane/calibration/closure_sets.h"
 #include "pavane/calibration/ClosureCounter.h"
 #include "pavane/tables/components/AComponents.h"
@@ -13,8 +13,6 @@
 
 namespace pavane
 {
-
-struct LegCells;
 
 /// Whose phases and amplitudes are read.
 struct ClosureChoice {
@@ -129,12 +127,12 @@ private:
     void restart() override;
     Bin& binOf(const UvMoment& moment, const ClosureLegs::Members& members);
     void addModel(UvMoment& moment);
-    template <std::size_t legs>
-    int legsOf(const UvMoment& moment, const std::array<ClosureLegs::Leg, legs>& of,
-               std::array<LegCells, legs>& data, std::array<LegCells, legs>& model) const;
+    void findCells(const UvMoment& moment);
     void addTriangle(const UvMoment& moment, std::size_t triangle, PhaseSums* sums) const;
     void addQuad(const UvMoment& moment, std::size_t quad, RatioSums* sums) const;
     void flush(Bin& bin);
+    void append(const PhaseSums& sums, ClosureSeries& series);
+    void append(const RatioSums& sums, ClosureRatios& ratios);
     int hasRoom();
 
     AUVXFile& file_;
@@ -151,6 +149,7 @@ private:
     std::size_t openSums_ = 0, points_ = 0;
     int isOver_ = 0;
     std::string error_;
+    std::vector<LegCells> data_, modelData_;  ///< of the moment's legs
     std::vector<double> u_, v_;
     std::vector<std::complex<double>> values_;
 };

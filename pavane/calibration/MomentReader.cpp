@@ -2,9 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
 #include <new>
-#include <tuple>
 
 namespace pavane
 {
@@ -64,8 +62,8 @@ MomentReader::MomentReader(AUVXFile& file, const UvMarks& marks, const UvSplit& 
 {
     for (std::size_t i = 0; i < baselines.size(); ++i) {
         const UvBaseline& b = baselines[i];
-        (void)legs_.of({b.subarray, b.first, b.second}, {static_cast<int>(i), 1});
-        (void)legs_.of({b.subarray, b.second, b.first}, {static_cast<int>(i), -1});
+        wanted_[{b.subarray, b.first, b.second}] = {static_cast<int>(i), 1};
+        wanted_[{b.subarray, b.second, b.first}] = {static_cast<int>(i), -1};
     }
 }
 
@@ -187,8 +185,13 @@ int MomentReader::isWanted(std::size_t i) const
 
 MomentReader::Leg MomentReader::legOf(std::size_t i)
 {
-    const Leg* const leg =
-        legs_.of({groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}, {});
+    Leg* const leg =
+        legs_.of({groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}, {notKnown, 1});
+    if (leg && leg->baseline == notKnown) {
+        const auto found =
+            wanted_.find({groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]});
+        *leg = found != wanted_.end() ? found->second : Leg();
+    }
     return leg ? *leg : Leg();
 }
 

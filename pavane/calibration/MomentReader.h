@@ -8,7 +8,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace pavane
@@ -69,8 +71,9 @@ private:
     enum class Phase { start, inOrder, index, byTime, over };
     /// A leg that is wanted: of which baseline, in which direction.
     struct Leg {
-        int baseline = -1, sign = 1;
+        int baseline = notWanted, sign = 1;
     };
+    static constexpr int notWanted = -1, notKnown = -2;
     /// A group in files that are read by time.
     struct Entry {
         double time;
@@ -107,7 +110,8 @@ private:
     UvCells cells_;
     std::size_t baselines_;
     int what_;
-    Distinct<UvPair, Leg> legs_;
+    std::map<std::tuple<int, int, int>, Leg> wanted_;
+    Distinct<UvPair, Leg> legs_;  ///< as they come in the file
     Distinct<UvPair, int> origins_;
     Phase phase_ = Phase::start;
     std::int64_t next_ = 0;

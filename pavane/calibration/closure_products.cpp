@@ -19,25 +19,29 @@ namespace
 constexpr std::size_t piece = 256;
 
 template <std::size_t legs>
-int areTame(const std::array<LegCells, legs>& of)
+int areTame(const std::array<SignedLeg, legs>& of)
 {
-    return std::all_of(of.begin(), of.end(), [](const LegCells& leg) { return leg.isTame; });
+    return std::all_of(of.begin(), of.end(),
+                       [](const SignedLeg& leg) { return leg.cells->isTame; });
 }
 
 template <std::size_t legs>
-int areWhole(const std::array<LegCells, legs>& of)
+int areWhole(const std::array<SignedLeg, legs>& of)
 {
-    return std::all_of(of.begin(), of.end(), [](const LegCells& leg) { return leg.isWhole; });
+    return std::all_of(of.begin(), of.end(),
+                       [](const SignedLeg& leg) { return leg.cells->isWhole; });
 }
 
 template <class Real>
-void addTriples(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to,
+void addTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to,
                 ClosureSums& sums)
 {
-    const auto [x, y, z] = legs;
-    const Real sx = x.sign;
-    const Real sy = y.sign;
-    const Real sz = z.sign;
+    const LegCells x = *legs[0].cells;
+    const LegCells y = *legs[1].cells;
+    const LegCells z = *legs[2].cells;
+    const Real sx = legs[0].sign;
+    const Real sy = legs[1].sign;
+    const Real sz = legs[2].sign;
     Real real = 0;
     Real imaginary = 0;
     Real variance = 0;
@@ -62,9 +66,11 @@ void addTriples(const std::array<LegCells, 3>& legs, std::size_t from, std::size
     sums.variance += variance;
 }
 
-float countTriples(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to)
+float countTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to)
 {
-    const auto [x, y, z] = legs;
+    const LegCells x = *legs[0].cells;
+    const LegCells y = *legs[1].cells;
+    const LegCells z = *legs[2].cells;
     float count = 0;
     for (std::size_t i = from; i < to; ++i)
         count += x.valid[i] * y.valid[i] * z.valid[i];
@@ -72,10 +78,13 @@ float countTriples(const std::array<LegCells, 3>& legs, std::size_t from, std::s
 }
 
 template <class Real>
-void addRatios(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
+void addRatios(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
                ClosureRatioSums& sums)
 {
-    const auto [x, y, z, w] = legs;
+    const LegCells x = *legs[0].cells;
+    const LegCells y = *legs[1].cells;
+    const LegCells z = *legs[2].cells;
+    const LegCells w = *legs[3].cells;
     Real above = 0;
     Real below = 0;
     Real varianceAbove = 0;
@@ -103,7 +112,7 @@ void addRatios(const std::array<LegCells, 4>& legs, std::size_t from, std::size_
 
 }  // namespace
 
-void addTripleProducts(const std::array<LegCells, 3>& legs, std::size_t from, std::size_t to,
+void addTripleProducts(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to,
                        ClosureSums& sums)
 {
     const int tame = areTame(legs);
@@ -118,16 +127,18 @@ void addTripleProducts(const std::array<LegCells, 3>& legs, std::size_t from, st
     }
 }
 
-std::complex<double> tripleProducts(const std::array<LegCells, 3>& legs, std::size_t from,
+std::complex<double> tripleProducts(const std::array<SignedLeg, 3>& legs, std::size_t from,
                                     std::size_t to)
 {
-    const auto [x, y, z] = legs;
+    const LegCells x = *legs[0].cells;
+    const LegCells y = *legs[1].cells;
+    const LegCells z = *legs[2].cells;
     double real = 0;
     double imaginary = 0;
     for (std::size_t i = from; i < to; ++i) {
-        const double xi = double{x.sign} * x.imaginary[i];
-        const double yi = double{y.sign} * y.imaginary[i];
-        const double zi = double{z.sign} * z.imaginary[i];
+        const double xi = double{legs[0].sign} * x.imaginary[i];
+        const double yi = double{legs[1].sign} * y.imaginary[i];
+        const double zi = double{legs[2].sign} * z.imaginary[i];
         const double xr = x.real[i];
         const double yr = y.real[i];
         const double valid = x.valid[i] * y.valid[i] * z.valid[i];
@@ -139,7 +150,7 @@ std::complex<double> tripleProducts(const std::array<LegCells, 3>& legs, std::si
     return {real, imaginary};
 }
 
-void addAmplitudeProducts(const std::array<LegCells, 4>& legs, std::size_t from, std::size_t to,
+void addAmplitudeProducts(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
                           ClosureRatioSums& sums)
 {
     const int tame = areTame(legs);

@@ -333,7 +333,8 @@ TEST(ClosureProducts, SumsAreThoseOfDoublePrecision)
             std::mt19937 random(3);
             std::uniform_real_distribution<double> part(-1, 1);
             std::vector<float> numbers[4][4];
-            std::array<LegCells, 4> legs{};
+            std::array<LegCells, 4> cells{};
+            std::array<SignedLeg, 4> legs{};
             for (int k = 0; k < 4; ++k) {
                 for (std::size_t i = 0; i < count; ++i) {
                     const int isGood = isWhole || i % 7 != 3;
@@ -343,8 +344,9 @@ TEST(ClosureProducts, SumsAreThoseOfDoublePrecision)
                     numbers[k][3].push_back(float(isGood));
                 }
                 const auto& n = numbers[k];
-                legs[std::size_t(k)] = {n[0].data(),          n[1].data(), n[2].data(), n[3].data(),
-                                        k % 2 ? -1.0F : 1.0F, isWhole,     size == 1};
+                cells[std::size_t(k)] = {n[0].data(), n[1].data(), n[2].data(),
+                                         n[3].data(), isWhole,     size == 1};
+                legs[std::size_t(k)] = {&cells[std::size_t(k)], k % 2 ? -1.0F : 1.0F};
             }
             ClosureSums sums, expected;
             ClosureRatioSums ratio, expectedRatio;
@@ -358,7 +360,7 @@ TEST(ClosureProducts, SumsAreThoseOfDoublePrecision)
                     value[k] = {numbers[k][0][i], double{legs[k].sign} * numbers[k][1][i]};
                     variance[k] = numbers[k][2][i];
                 }
-                if (!(legs[0].valid[i] > 0))
+                if (!(cells[0].valid[i] > 0))
                     continue;
                 expected.count += 1;
                 expected.product += value[0] * value[1] * value[2];
