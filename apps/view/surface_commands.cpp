@@ -5,9 +5,7 @@
 #include "platform/CMenu.h"
 #include "platform/message.h"
 #include "tessel/paths.h"
-#include "tessel/rounding.h"
 
-#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -42,14 +40,7 @@ std::unique_ptr<MapContent> MainWindow::askMap(const CString& title)
     std::string error;
     int isRead = 0;
     const int isDone = doLongWork(this, "Reading " + baseNameOf(name), [&](AProgressWriter& to) {
-        constexpr int pieces = 1000;
-        int read = 0;
-        to.SetTotal(pieces);
-        isRead = readMapContent(name, 0, *content, error, [&](double fraction) {
-            const int now = truncated(std::clamp(fraction, 0.0, 1.0) * pieces);
-            to.Advance(now - std::exchange(read, now));
-            return !to.IsCancelled();
-        });
+        return isRead = readMapContent(name, 0, *content, error, tellTo(to));
     });
     if (isDone && !isRead)
         AfxMessageBox(name + ": " + error, MB_ICONERROR);
