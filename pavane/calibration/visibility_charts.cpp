@@ -132,6 +132,15 @@ void setPhases(ChartScale& scale, double range)
     scale.period = 360;
 }
 
+/// Natural ones; of 0 a gap.
+std::vector<float> logarithms(const std::vector<float>& values)
+{
+    std::vector<float> found;
+    for (const float value : values)
+        found.push_back(value > 0 ? std::log(value) : static_cast<float>(gap));
+    return found;
+}
+
 }  // namespace
 
 CString telescopeName(const AUVXFile& file, const ClosureTelescope& telescope)
@@ -269,8 +278,9 @@ void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
         ChartPanel panel;
         panel.caption = quadName(file, reader.quads()[q]);
         ChartScale scale;
-        scale.name = "Closure amplitude";
-        double most = 0;
+        scale.name = "ln closure amplitude";
+        double least = std::numeric_limits<double>::max();
+        double greatest = std::numeric_limits<double>::lowest();
         double chiSquared = 0;
         std::size_t count = 0;
         std::vector<ChartCurve> models;
@@ -278,20 +288,28 @@ void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
             const ClosureRatios& ratios = reader.ratios(q, p);
             chiSquared += chiSquaredOf(ratios) * static_cast<double>(ratios.count());
             count += ratios.count();
+            std::vector<float> errors;
+            for (std::size_t i = 0; i < ratios.count(); ++i)
+                errors.push_back(ratios.error[i] / ratios.ratio[i]);
+            const std::vector<float> data = logarithms(ratios.ratio);
+            const std::vector<float> model = logarithms(ratios.model);
             // an error may be any number of times its ratio; its bar ends with the plot
-            for (const std::vector<float>* each : {&ratios.ratio, &ratios.model})
+            for (const std::vector<float>* each : {&data, &model})
                 for (const float value : *each)
-                    most = std::max(most, double{value});
-            scale.curves.push_back(pointsOf(ratios.time, secondsPerDay, ratios.ratio, ratios.error,
+                    if (std::isfinite(value)) {
+                        least = std::min(least, std::floor(2 * double{value}) / 2);
+                        greatest = std::max(greatest, std::ceil(2 * double{value}) / 2);
+                    }
+            scale.curves.push_back(pointsOf(ratios.time, secondsPerDay, data, errors,
                                             dataColors[p % std::size(dataColors)]));
             if (reader.hasModel())
-                models.push_back(lineOf(ratios.time, secondsPerDay, ratios.model));
+                models.push_back(lineOf(ratios.time, secondsPerDay, model));
         }
         for (ChartCurve& model : models)
             scale.curves.push_back(std::move(model));
-        if (most > 0) {
-            scale.least = 0;
-            scale.greatest = roundedUp(roomAbove * most);
+        if (least <= greatest) {
+            scale.least = least < greatest ? least : least - 1;
+            scale.greatest = least < greatest ? greatest : greatest + 1;
         }
         if (reader.hasModel() && count > 0)
             panel.caption +=

@@ -15,8 +15,8 @@ namespace pavane
 PAVANE_API PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
                                    const std::vector<std::size_t>& triangles);
 
-/// Adds panels of closure amplitudes to such a chart, a panel a quad, likewise. The quads are
-/// indices of the reader's.
+/// Adds panels of closure amplitudes to such a chart, a panel a quad, likewise; natural logarithms,
+/// since ratios range over powers of ten. The quads are indices of the reader's.
 PAVANE_API void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
                                    const std::vector<std::size_t>& quads, PanelChart& chart);
 

@@ -87,7 +87,7 @@ TEST(ViewClosure, ListsNameTrianglesAndQuads)
         << error;
     ASSERT_EQ(chart.panels.size(), 3u);
     EXPECT_EQ(chart.panels[1].caption.substr(0, 7), "1-2-3-4");
-    EXPECT_EQ(chart.panels[1].scales[0].name, "Closure amplitude");
+    EXPECT_EQ(chart.panels[1].scales[0].name, "ln closure amplitude");
     EXPECT_EQ(chart.panels[1].scales[0].curves.size(), 2u);
 }
 
