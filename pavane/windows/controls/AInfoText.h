@@ -50,6 +50,7 @@ protected:
     void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
+    unsigned OnGetDlgCode() override;
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     void OnSetFocus(CWnd* old) override;
     void OnKillFocus(CWnd* next) override;
@@ -60,6 +61,7 @@ private:
     class FindEdit : public CEdit
     {
     protected:
+        unsigned OnGetDlgCode() override;
         void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     };
     int lineHeight() const;

@@ -89,6 +89,9 @@ void AInfoText::OnLButtonDblClk(unsigned, CPoint point)
     Invalidate();
 }
 
+/// Return, Escape and Tab are those of a dialog that shows the text.
+unsigned AInfoText::OnGetDlgCode() { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
+
 void AInfoText::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
     const int isControl = GetKeyState(VK_CONTROL) < 0;
@@ -190,11 +193,15 @@ int AInfoText::OnCommand(unsigned id, unsigned code, CWnd* control)
     return 1;
 }
 
+unsigned AInfoText::FindEdit::OnGetDlgCode() { return DLGC_WANTALLKEYS | DLGC_WANTCHARS; }
+
 void AInfoText::FindEdit::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
     auto* const text = static_cast<AInfoText*>(GetParent());
     if (key == VK_ESCAPE)
         return text->closeFind();
+    if (key == VK_TAB)
+        return (void)text->SetFocus();
     if (key == VK_RETURN || key == VK_F3)
         return (void)text->Find(GetWindowText(), GetKeyState(VK_SHIFT) < 0 ? -1 : 1);
     CEdit::OnKeyDown(key, repeat, flags);

@@ -175,6 +175,9 @@ void AStaticText::OnLButtonDblClk(unsigned, CPoint)
     Invalidate();
 }
 
+/// Return, Escape and Tab are those of a dialog that shows the text.
+unsigned AStaticText::OnGetDlgCode() { return DLGC_WANTARROWS | DLGC_WANTCHARS; }
+
 void AStaticText::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
 {
     const int isControl = GetKeyState(VK_CONTROL) < 0;

@@ -41,6 +41,7 @@ protected:
     void OnLButtonDown(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     void OnMouseMove(unsigned flags, CPoint point) override;
+    unsigned OnGetDlgCode() override;
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     void OnSetFocus(CWnd* old) override;
     void OnKillFocus(CWnd* next) override;

@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
@@ -64,9 +65,14 @@ struct ProfileFile {
     ProfileFile()
     {
         const char* const folder = std::getenv("TEST_TMPDIR");
-        SetProfileFile(CString(folder ? folder : "/tmp") + "/controls_test.ini");
+        file_ = CString(folder ? folder : "/tmp") + "/controls_test.ini";
+        (void)std::remove(file_.c_str());  // that of a run before
+        SetProfileFile(file_);
     }
     ~ProfileFile() { SetProfileFile(""); }
+
+private:
+    CString file_;
 };
 
 }  // namespace
