@@ -14,7 +14,7 @@ namespace pavane
 /// Counts how many points triangles and quads of a file would have, in slices: the times, and where
 /// they are kept apart the IFs and polarisations, with a channel in which no leg is flagged or
 /// missing. Quicker than the points themselves. File and marks outlive it.
-class PAVANE_API ClosureCounter : private MomentSink
+class PAVANE_API ClosureCounter final : private MomentSink
 {
 public:
     ClosureCounter(AUVXFile& file, std::vector<ClosureTriangle> triangles,

@@ -73,7 +73,7 @@ PAVANE_API double chiSquaredOf(const ClosureRatios& ratios);
 /// The legs of a point are of one time, source, frequency selection, IF, channel and polarisation;
 /// where one is flagged or missing there is no triple product. Without marks of polarisations
 /// those are taken that `usualStokes` gives.
-class PAVANE_API ClosureReader : private MomentSink
+class PAVANE_API ClosureReader final : private MomentSink
 {
 public:
     /// Points that are kept at most, and series.

@@ -266,8 +266,9 @@ int MomentReader::isGiven(int origin, double time)
     if (at >= given_.size())
         given_.resize(at + 1);
     std::vector<std::vector<double>>& runs = given_[at].runs;
-    const int isRising = !runs.empty() && time > runs.back().back();
-    for (std::size_t r = 0; r + isRising < runs.size(); ++r) {
+    const bool isRising = !runs.empty() && time > runs.back().back();
+    const std::size_t before = isRising ? runs.size() - 1 : runs.size();
+    for (std::size_t r = 0; r < before; ++r) {
         const std::vector<double>& run = runs[r];
         const auto near = std::lower_bound(run.begin(), run.end(), time - 2 * half_);
         if (near != run.end() && *near <= time + 2 * half_)

@@ -136,6 +136,7 @@ void setPhases(ChartScale& scale, double range)
 std::vector<float> logarithms(const std::vector<float>& values)
 {
     std::vector<float> found;
+    found.reserve(values.size());
     for (const float value : values)
         found.push_back(value > 0 ? std::log(value) : static_cast<float>(gap));
     return found;
