@@ -151,7 +151,7 @@ void A2_3DAxis::findWalls(const BoxLayout& layout)
     // two Z axes that share the box would make two grids of one wall
     for (int i = 0; i < (isStacked() ? zCount() : 1); ++i) {
         const BoxZ& z = shownZ(i);
-        for (const TickSet::Tick& tick : layout.sets[static_cast<std::size_t>(2 + i)].major) {
+        for (const TickSet::Tick& tick : layout.sets[2 + static_cast<std::size_t>(i)].major) {
             const double s = z.floor + heightPlace(i, tick.value) * (z.top - z.floor);
             if (!isWithin(s))
                 continue;

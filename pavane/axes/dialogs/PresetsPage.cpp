@@ -45,8 +45,13 @@ protected:
         }
         if (id == IDC_PRESETS_LIST && code == LBN_DBLCLK)
             return use(), 1;
-        if (code != BN_CLICKED)
+        // not the base's: what is typed and chosen here changes no map
+        const auto passOn = [&] {
+            // NOLINTNEXTLINE(bugprone-parent-virtual-call)
             return CPropertyPage::OnCommand(id, code, control);
+        };
+        if (code != BN_CLICKED)
+            return passOn();
         switch (id) {
         case IDC_PRESETS_USE:
             return use(), 1;
@@ -57,7 +62,7 @@ protected:
         case IDC_PRESETS_FOR_ALL:
             return sheet().OnForAllMaps(sheet().GetDisplay()), 1;
         default:
-            return CPropertyPage::OnCommand(id, code, control);
+            return passOn();
         }
     }
 

@@ -92,8 +92,8 @@ protected:
                       {IDC_COLOURS_GAMMA, look.play.gamma, look.play.gamma},
                       {IDC_COLOURS_LOW, look.range.min, range.min},
                       {IDC_COLOURS_HIGH, look.range.max, range.max}};
-        const int ends = isBlank(low) && isBlank(high) ? 0 : 2;
-        for (std::size_t i = 0; i < static_cast<std::size_t>(3 + ends); ++i)
+        const std::size_t count = isBlank(low) && isBlank(high) ? 3 : 5;
+        for (std::size_t i = 0; i < count; ++i)
             if (!readNumber(GetDlgItemText(fields[i].id), fields[i].shown, fields[i].value))
                 return faulty = fields[i].id, error = displayNoNumberText, 0;
         faulty = look.play.isUsable() ? IDC_COLOURS_LOW : IDC_COLOURS_GAMMA;
@@ -263,6 +263,8 @@ protected:
         case BeamControls::Answer::done:
             return note(error), 1;
         default:
+            // not the base's: the controls of a beam tell what changes it
+            // NOLINTNEXTLINE(bugprone-parent-virtual-call)
             return CPropertyPage::OnCommand(id, code, control);
         }
     }

@@ -86,14 +86,16 @@ double MultiComposer::plotWidth(double leftLabels, double rightLabels) const
 
 double MultiComposer::leftMargin(const Column& column, double labels) const
 {
-    return std::max(std::max(1.0 * column.margin[0], h_ / 2 + 1.0), std::ceil(labels));
+    const int least = h_ / 2 + 1;
+    return std::max<double>(std::max<double>(column.margin[0], least), std::ceil(labels));
 }
 
 double MultiComposer::rightMargin(const Column& column, double labels) const
 {
     const int between = wish_.columns > 1 ? h_ / 4 : 0;  // labels of neighbours do not meet
-    return std::max(std::max(1.0 * column.margin[1], h_ / 2 + 1.0),
-                    std::ceil(labels) + 1 + between);
+    const int least = h_ / 2 + 1;
+    return std::max<double>(std::max<double>(column.margin[1], least),
+                            std::ceil(labels) + 1 + between);
 }
 
 void MultiComposer::chooseX()
