@@ -76,6 +76,7 @@ void AMultiPlotWnd::ShowRanges(const MultiRanges& ranges)
 void AMultiPlotWnd::followScales()
 {
     std::vector<KnownScale> now;
+    now.reserve(static_cast<std::size_t>(multi_->getScaleCount()));
     for (int i = 0; i < multi_->getScaleCount(); ++i)
         now.push_back({multi_->getScaleId(i), multi_->getAskedRange(i)});
     if (now == known_)
