@@ -15,7 +15,7 @@ namespace
 {
 
 /// A plane of more cells lasts: 64 MB.
-constexpr std::int64_t largePlane = 16 * 1024 * 1024;
+constexpr std::int64_t largePlane = std::int64_t{16} * 1024 * 1024;
 
 /// In a thread; the cells are read first, and their range and noise are about as much again.
 int readPieces(const std::string& file, int plane, MapContent& content, std::string& error,
