@@ -26,6 +26,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/box/A3DPointsGraph.h
     pavane/axes/box/ASurfaceGraph.h
     pavane/axes/graph_styles.h
+    pavane/axes/windows/save_axis.h
     pavane/axes/maps/AAxisColorOP.h
     pavane/axes/maps/AAxisLevelOP.h
     pavane/axes/maps/AAxisScaleBar.h
@@ -202,6 +203,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/AHttpCallWnd.h
     pavane/windows/controls/AProgressDlg.h
     pavane/windows/AResizeDialog.h
+    pavane/windows/AResizeSheet.h
     pavane/windows/ASelRectAlt.h
     pavane/windows/ASelRectWnd.h
     pavane/windows/ASplash.h
