@@ -73,12 +73,19 @@ public:
     /// will show. Non-zero when that page is the active one afterwards.
     int SetActivePage(int index);
 
+    /// Lets the user make the sheet larger than its pages need, across or down; the tabs and the
+    /// page in front get the room. Before the sheet is shown.
+    void SetGrows(int across, int down);
+    /// Pixels of the client area that the pages need; 0, 0 before the sheet is made.
+    CSize GetLeastSize() const;
+
     int PreTranslateMessage(const MSG& message) override;
 
 protected:
     int OnInitDialog() override;
     void OnOK() override;
     void OnCancel() override;
+    void OnSize(unsigned type, int cx, int cy) override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
 
 private:

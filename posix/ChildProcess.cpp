@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -138,13 +139,16 @@ void setSignalsToDefault()
 }
 
 /// Starts the program; the keeper goes on when it runs. 0: `fault` tells.
-pid_t startProgram(const char* path, char* const* arguments, char* const* environment,
+pid_t startProgram(const char* path, char* const* arguments, char* const* environment, int isBound,
                    volatile int& fault)
 {
     const pid_t program = vfork();
     if (program != 0)
         return program;
     (void)setpgid(0, 0);
+    // should somebody end the keeper
+    if (isBound)
+        (void)prctl(PR_SET_PDEATHSIG, SIGKILL);
     sigset_t none;
     (void)sigemptyset(&none);
     (void)sigprocmask(SIG_SETMASK, &none, nullptr);
@@ -153,10 +157,30 @@ pid_t startProgram(const char* path, char* const* arguments, char* const* enviro
     _exit(127);
 }
 
+/// Waits for the end of this process or of the program, and ends the program's group after the
+/// first. Where the system cannot wait for both it returns at once.
+void waitForHost(pid_t program)
+{
+#ifdef SYS_pidfd_open
+    const auto ofProgram = static_cast<int>(syscall(SYS_pidfd_open, program, 0));
+    if (ofProgram < 0)
+        return;
+    std::array<pollfd, 2> ends{pollfd{controlAt, POLLIN, 0}, pollfd{ofProgram, POLLIN, 0}};
+    while (!ends[0].revents && !ends[1].revents)
+        if (::poll(ends.data(), ends.size(), -1) < 0 && errno != EINTR)
+            break;
+    if (!ends[1].revents)
+        (void)kill(-program, SIGKILL);
+    (void)close(ofProgram);
+#else
+    (void)program;
+#endif
+}
+
 /// Waits for the program and keeps what is left of it until it is told to go, so that its number
 /// is nobody else's while somebody may still end the group.
 [[noreturn]] void keep(const char* path, char* const* arguments, char* const* environment,
-                       const std::array<int, 4>& theirs)
+                       const std::array<int, 4>& theirs, int isBound)
 {
     const int nothing = open("/dev/null", O_RDWR);
     (void)dup2(nothing, 0);
@@ -170,13 +194,15 @@ pid_t startProgram(const char* path, char* const* arguments, char* const* enviro
     setSignalsToDefault();
 
     volatile int fault = 0;
-    const pid_t program = startProgram(path, arguments, environment, fault);
+    const pid_t program = startProgram(path, arguments, environment, isBound, fault);
     const int noFork = program < 0 ? errno : 0;
     writeMessage(Started{program, noFork ? noFork : fault});
     if (program <= 0 || fault)
         _exit(0);
     (void)close(1);
     (void)close(2);
+    if (isBound)
+        waitForHost(program);
     siginfo_t about{};
     while (waitid(P_PID, static_cast<id_t>(program), &about, WEXITED | WNOWAIT) != 0 &&
            errno == EINTR) {
@@ -251,7 +277,7 @@ int ChildProcess::startKeeper(const char* path, char* const* arguments, char* co
     (void)pthread_sigmask(SIG_SETMASK, &all, &before);
     keeper_ = copyProcess();
     if (keeper_ == 0)
-        keep(path, arguments, environment, theirs);
+        keep(path, arguments, environment, theirs, limits_.isBound);
     const int fault = errno;
     (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
     errno = fault;
@@ -316,7 +342,8 @@ void ChildProcess::take(Stream& stream) const
             break;
         const auto bytes = static_cast<std::size_t>(count);
         taken += bytes;
-        stream.text.append(some.data(), std::min(bytes, limits_.bytes - stream.text.size()));
+        if (stream.text.size() < limits_.bytes)
+            stream.text.append(some.data(), std::min(bytes, limits_.bytes - stream.text.size()));
     }
 }
 
@@ -360,10 +387,21 @@ int ChildProcess::wait(int milliseconds)
 
 void ChildProcess::stop()
 {
+    killGroup();
+    finish();
+}
+
+void ChildProcess::terminate() const
+{
+    if (program_ > 0 && isRunning())
+        (void)kill(-program_, SIGTERM);
+}
+
+void ChildProcess::killGroup() const
+{
     // the keeper holds the number of the group until it is told to go
     if (program_ > 0 && isRunning())
         (void)kill(-program_, SIGKILL);
-    finish();
 }
 
 void ChildProcess::release()

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <string>
 #include <sys/types.h>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -13,6 +14,7 @@ namespace pavane
 struct ProcessLimits {
     int milliseconds = 0;           ///< from its start until it is ended; 0: any time
     std::size_t bytes = 1u << 20u;  ///< kept of its output, and as many of its errors
+    int isBound = 0;  ///< non-zero: its group is ended when this process ends, however it does
 };
 
 /// A program that runs beside this one: found on the PATH, given a list of arguments, never a
@@ -39,6 +41,10 @@ public:
     int wait(int milliseconds);
     /// Ends the program and the rest of its group.
     void stop();
+    /// Asks the group to end (SIGTERM); `poll` tells when it has.
+    void terminate() const;
+    /// Kills the group; `poll` tells when it is gone.
+    void killGroup() const;
     /// Lets the program run on by itself; its output is lost.
     void release();
 
@@ -50,8 +56,19 @@ public:
     /// What it has written until now; what is beyond the limit is lost.
     const std::string& output() const { return streams_[0].text; }
     const std::string& errors() const { return streams_[1].text; }
+    /// Takes what has been written since the last time, of its output (0) or errors (1), so that
+    /// the limit is one of what nobody has taken yet.
+    std::string takeText(int stream) { return std::exchange(textOf(stream), {}); }
+
+    // For those who wait for several things
+    /// The program, leader of its group; -1 when none runs.
+    pid_t id() const { return isRunning() ? program_ : -1; }
+    /// Descriptors that have something to read when `poll` has something to do; those below 0 are
+    /// none. They hold until `poll`, `stop` or a start.
+    std::array<int, 3> descriptors() const { return {report_, streams_[0].end, streams_[1].end}; }
 
 private:
+    std::string& textOf(int stream) { return streams_[stream ? 1 : 0].text; }
     struct Stream {
         int end = -1;
         std::string text;

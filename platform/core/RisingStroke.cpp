@@ -272,7 +272,7 @@ void RisingStroke::paint(std::uint32_t pixel)
     source_.resize(strip + 2 * static_cast<std::size_t>(reach_) + stripColumns);
     for (std::vector<float>* ends : {&high_, &low_, &pieceHigh_, &pieceLow_})
         ends->resize(strip);
-    ends_.resize(2 * strip);
+    ends_.resize(4 * strip);
     for (int left = 0; left < box_.Width(); left += stripColumns) {
         coverStrip(std::int64_t{left} * parts_);
         blendStrip(left, std::min(stripColumns, box_.Width() - left), pixel);

@@ -71,6 +71,12 @@ void cutSide(std::vector<CPointF>& points, std::vector<CPointF>& scratch, Inside
 std::vector<CurvePiece> clippedCurve(const CPointF* points, std::size_t count, const BoxF& box)
 {
     std::vector<CurvePiece> pieces;
+    // most curves lie inside, and there are thousands of short ones in noise
+    const bool isInside = std::all_of(points, points + count, [&](const CPointF& p) {
+        return p.x >= box.left && p.x <= box.right && p.y >= box.top && p.y <= box.bottom;
+    });
+    if (isInside && count > 1)
+        return pieces.push_back({{points, points + count}, 0}), pieces;
     double distance = 0;
     bool goesOn = false;
     for (std::size_t i = 0; i + 1 < count; ++i) {

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 #pragma GCC diagnostic ignored "-Wpsabi"  // the vectors never cross a call that is not inlined
 
@@ -39,31 +40,80 @@ template <class V, class T>
     return (q[0][0] | q[0][1]) == 0;
 }
 
+[[gnu::always_inline]] inline Floats greater(const Floats& a, const Floats& b)
+{
+    return a > b ? a : b;
+}
+
+/// Sixteen lanes of two vectors, from lane `k` of the first.
+template <int k>
+[[gnu::always_inline]] inline Floats shifted(const Floats& a, const Floats& b)
+{
+    return __builtin_shufflevector(a, b, k, k + 1, k + 2, k + 3, k + 4, k + 5, k + 6, k + 7, k + 8,
+                                   k + 9, k + 10, k + 11, k + 12, k + 13, k + 14, k + 15);
+}
+
+/// The greatest of some items; two of them, since each has to wait for itself.
+struct Most {
+    Floats even = Floats{} - std::numeric_limits<float>::max();
+    Floats odd = even;
+    [[gnu::always_inline]] void take(int i, const Floats& item)
+    {
+        Floats& most = i % 2 ? odd : even;
+        most = greater(most, item);
+    }
+};
+
+/// Sixteen steps of widening; what is read from the left comes from registers, since few of the
+/// places that are read lie as the memory likes them.
+template <int... k>
+[[gnu::always_inline]] inline void widenSteps(const float* left, const float* right,
+                                              const float* shape, Most& most,
+                                              std::integer_sequence<int, k...>)
+{
+    const Floats first = load<Floats>(left);
+    const Floats second = load<Floats>(left + 16);
+    (most.take(k, greater(shifted<k>(first, second), load<Floats>(right - k)) + shape[k]), ...);
+}
+
+/// `isWide`: the processor shifts lanes across a vector in one step.
+template <bool isWide>
 [[gnu::always_inline]] inline void widenBody(const float* from, const float* shape, int half,
                                              int count, float* to)
 {
     for (int i = 0; i < count; i += 16) {
-        Floats most = Floats{} - std::numeric_limits<float>::max();
-        const float* left = from + i;
-        const float* right = left + 2 * half - 1;
-        for (int j = 0; j < half; ++j, ++left, --right) {
-            const Floats a = load<Floats>(left);
-            const Floats b = load<Floats>(right);
-            const Floats c = (a > b ? a : b) + shape[j];
-            most = c > most ? c : most;
+        Most most;
+        const float* const left = from + i;
+        const float* const right = left + 2 * half - 1;
+        int j = 0;
+        for (; isWide && j + 16 <= half; j += 16)
+            widenSteps(left + j, right - j, shape + j, most, std::make_integer_sequence<int, 16>());
+        const auto step = [&](int k, int way) __attribute__((always_inline))
+        {
+            most.take(way, greater(load<Floats>(left + k), load<Floats>(right - k)) + shape[k]);
+        };
+        for (; j + 2 <= half; j += 2) {
+            step(j, 0);
+            step(j + 1, 1);
         }
-        std::memcpy(to + i, &most, sizeof most);
+        if (j < half)
+            step(j, 0);
+        const Floats all = greater(most.even, most.odd);
+        std::memcpy(to + i, &all, sizeof all);
     }
 }
 
-/// Where a part is covered from and to, in `scale` parts of a row; nothing of it where it is idle.
+/// Where a part is covered from and to: places among the differences, then how far into their row;
+/// twice the same of a part that is idle. In vectors, as single numbers are slow to shift.
 [[gnu::always_inline]] inline void placeEnds(const float* low, const float* high, int parts,
                                              int height, std::int32_t* ends, int& firstRow,
                                              int& lastRow)
 {
     const int count = stripColumns * parts;
     const Floats most = Floats{} + static_cast<float>(height + 2);
-    const float scale = static_cast<float>(wholePixel) / static_cast<float>(parts);
+    const std::int32_t whole = static_cast<std::int32_t>(wholePixel) / parts;
+    const int shift = std::countr_zero(static_cast<std::uint32_t>(whole));
+    const auto scale = static_cast<float>(whole);
     Floats least = most;
     Floats greatest{};
     for (int i = 0; i < count; i += 16) {
@@ -79,10 +129,15 @@ template <class V, class T>
         const Floats first = to > from ? from : most;
         least = first < least ? first : least;
         greatest = to > greatest ? to : greatest;
-        const Ints a = __builtin_convertvector(from * scale + 0.5F, Ints);
-        const Ints b = __builtin_convertvector(to * scale + 0.5F, Ints);
-        std::memcpy(ends + i, &a, sizeof a);
-        std::memcpy(ends + count + i, &b, sizeof b);
+        std::int32_t* at = ends + i;
+        for (const Floats& end : {from, to}) {
+            const Ints place = __builtin_convertvector(end * scale + 0.5F, Ints);
+            const Ints row = (place >> shift) * stripColumns + i / parts;
+            const Ints into = place & (whole - 1);
+            std::memcpy(at, &row, sizeof row);
+            std::memcpy(at + count, &into, sizeof into);
+            at += 2 * count;
+        }
     }
     float first = least[0];
     float last = greatest[0];
@@ -104,17 +159,14 @@ template <class V, class T>
     const int count = stripColumns * parts;
     placeEnds(low, high, parts, height, ends, firstRow, lastRow);
     const std::uint32_t whole = wholePixel / static_cast<std::uint32_t>(parts);
-    const int shift = std::countr_zero(whole);
     // side by side, so that one sum need not wait for the other
     for (int part = 0; part < parts; ++part)
         for (int column = 0; column < stripColumns; ++column) {
             const int i = column * parts + part;
-            const auto from = static_cast<std::uint32_t>(ends[i]);
-            const auto to = static_cast<std::uint32_t>(ends[count + i]);
-            std::uint32_t* const top = differences + (from >> shift) * stripColumns + column;
-            std::uint32_t* const bottom = differences + (to >> shift) * stripColumns + column;
-            const std::uint32_t a = from & (whole - 1);
-            const std::uint32_t b = to & (whole - 1);
+            std::uint32_t* const top = differences + ends[i];
+            const auto a = static_cast<std::uint32_t>(ends[count + i]);
+            std::uint32_t* const bottom = differences + ends[2 * count + i];
+            const auto b = static_cast<std::uint32_t>(ends[3 * count + i]);
             top[0] += whole - a;
             top[stripColumns] += a;
             bottom[0] -= whole - b;
@@ -179,7 +231,7 @@ template <bool whole>
 
 void widenPlain(const float* from, const float* shape, int half, int count, float* to)
 {
-    widenBody(from, shape, half, count, to);
+    widenBody<false>(from, shape, half, count, to);
 }
 
 void coverPlain(const float* low, const float* high, int parts, int height, std::int32_t* ends,
@@ -200,7 +252,7 @@ void blendPlain(std::uint32_t* differences, int rows, std::uint32_t color, std::
 
 PAVANE_AVX2 void widen256(const float* from, const float* shape, int half, int count, float* to)
 {
-    widenBody(from, shape, half, count, to);
+    widenBody<false>(from, shape, half, count, to);
 }
 
 PAVANE_AVX2 void cover256(const float* low, const float* high, int parts, int height,
@@ -218,7 +270,7 @@ PAVANE_AVX2 void blend256(std::uint32_t* differences, int rows, std::uint32_t co
 
 PAVANE_AVX512 void widen512(const float* from, const float* shape, int half, int count, float* to)
 {
-    widenBody(from, shape, half, count, to);
+    widenBody<true>(from, shape, half, count, to);
 }
 
 PAVANE_AVX512 void cover512(const float* low, const float* high, int parts, int height,

@@ -22,7 +22,7 @@ struct StrokeKernels {
     /// Adds the differences along y of what a strip covers whose columns have `parts` parts each,
     /// a power of 2. A part is covered from row -low to row high, or not at all where these are
     /// nowhere. Row 1 of the differences is row 0 of the `height` rows of the picture. Widens
-    /// `firstRow` and `lastRow`, which is excluded. `ends` takes 2 x 16 x `parts` items.
+    /// `firstRow` and `lastRow`, which is excluded. `ends` takes 4 x 16 x `parts` items.
     void (*cover)(const float* low, const float* high, int parts, int height, std::int32_t* ends,
                   std::uint32_t* differences, int& firstRow, int& lastRow);
     /// Sums the `rows` rows of differences up, clears them, and blends `color` over pixels as far

@@ -1,5 +1,6 @@
 #include "platform/CDialog.h"
 
+#include "platform/controls.h"
 #include "platform/core/dialog_units.h"
 #include "platform/qt/Control.h"
 #include "platform/qt/dialog_controls.h"
@@ -9,6 +10,7 @@
 #include "platform/qt/WindowPeer.h"
 #include "platform/resources.h"
 
+#include <QLabel>
 #include <utility>
 
 namespace pavane
@@ -44,6 +46,24 @@ DialogWidget* dialogAround(const CWnd* window)
 {
     QWidget* const widget = clientOf(window);
     return widget ? dynamic_cast<DialogWidget*>(widget->window()) : nullptr;
+}
+
+/// Makes a window in the place of a control; lists keep their native side.
+int makeInPlace(CWnd& window, unsigned exStyle, const CString& className, const CString& title,
+                unsigned style, const CRect& place, CWnd& dialog, unsigned id)
+{
+    if (auto* const list = dynamic_cast<CListBox*>(&window))
+        return list->Create(style, place, &dialog, id);
+    return window.CreateEx(exStyle, className, title, style, place, &dialog, id);
+}
+
+/// The text whose letter gives the focus to a control; null for none.
+QLabel* labelOf(QWidget* control)
+{
+    for (QObject* const each : control->parentWidget()->children())
+        if (auto* const label = qobject_cast<QLabel*>(each); label && label->buddy() == control)
+            return label;
+    return nullptr;
 }
 
 }  // namespace
@@ -239,12 +259,17 @@ int CDialog::ReplaceControl(unsigned id, CWnd& window, const CString& className,
     QPointer<QWidget> above;
     for (auto i = siblings.indexOf(outer) + 1; i > 0 && i < siblings.size() && !above; ++i)
         above = qobject_cast<QWidget*>(siblings[i]);
+    const QPointer<QLabel> label = labelOf(outer);
     old->DestroyWindow();
     const CRect place(r.x(), r.y(), r.x() + r.width(), r.y() + r.height());
-    if (!window.CreateEx(exStyle, className, title, style | WS_CHILD | WS_VISIBLE, place, this, id))
+    if (!makeInPlace(window, exStyle, className, title, style | WS_CHILD | WS_VISIBLE, place, *this,
+                     id))
         return 0;
-    if (const WindowPeer* const made = peerOf(&window); made && above)
+    const WindowPeer* const made = peerOf(&window);
+    if (made && above)
         made->outer()->stackUnder(above);
+    if (made && label)
+        label->setBuddy(made->widget.data());
     for (HWND& hwnd : data_->controls.order)
         if (hwnd == oldHandle)
             hwnd = window.GetSafeHwnd();

@@ -167,7 +167,8 @@ void HostWidget::paintEvent(QPaintEvent* e)
 
 bool HostWidget::focusNextPrevChild(bool next)
 {
-    return !wantsAllKeys(hwnd_) && QWidget::focusNextPrevChild(next);
+    // also asked for the controls in this window, which did not want the key
+    return !(hasFocus() && wantsAllKeys(hwnd_)) && QWidget::focusNextPrevChild(next);
 }
 
 bool HostWidget::showTip(QEvent* e)

@@ -10,6 +10,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QShortcutEvent>
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QStyle>
@@ -80,6 +81,26 @@ protected:
     }
 };
 
+/// Alt and its letter press it at once, as other keys do: the toolkit would hold it down for a
+/// moment first, and what is typed meanwhile would come before the press.
+template <class Base>
+class Button : public Control<Base>
+{
+public:
+    using Control<Base>::Control;
+
+protected:
+    bool event(QEvent* e) override
+    {
+        if (e->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(e)->isAmbiguous())
+            return Control<Base>::event(e);
+        if (this->isCheckable())
+            this->setFocus(Qt::ShortcutFocusReason);
+        this->click();  // the last that this object may do
+        return true;
+    }
+};
+
 /// Controls with a background of their own would show the window's picture through it.
 void coverPicture(QWidget* control, const CWnd* parent)
 {
@@ -91,11 +112,11 @@ QAbstractButton* newButton(CButton::Kind kind, QWidget* parent)
 {
     switch (kind) {
     case CButton::Kind::check:
-        return new Control<QCheckBox>(parent);
+        return new Button<QCheckBox>(parent);
     case CButton::Kind::radio:
-        return new Control<QRadioButton>(parent);
+        return new Button<QRadioButton>(parent);
     default:
-        auto* const push = new Control<QPushButton>(parent);
+        auto* const push = new Button<QPushButton>(parent);
         push->setAutoDefault(false);
         return push;
     }

@@ -69,6 +69,9 @@ CWnd* CWnd::SetFocus()
     pendingFocus = isActive ? 0 : hwnd_;
     if (!isActive && top->isVisible())
         top->activateWindow();
+    // else the toolkit marks the focus only where its own Tab key has brought it
+    if (QGuiApplication::mouseButtons() == Qt::NoButton)
+        top->setAttribute(Qt::WA_KeyboardFocusChange);
     peer->widget->setFocus(Qt::OtherFocusReason);
     return FromHandle(before);
 }

@@ -109,6 +109,9 @@ struct CPropertySheet::Data {
     int first = 0;      ///< the page to begin with
     int isLeaving = 0;  ///< a page is being left; its message box must not leave it again
     bool takesFocus = false;
+    bool growsAcross = false;
+    bool growsDown = false;
+    CSize least;  ///< of the client area
 
     bool has(int index) const { return index >= 0 && index < static_cast<int>(pages.size()); }
     CPropertyPage* page(int index) const
@@ -120,6 +123,7 @@ struct CPropertySheet::Data {
     int make(int index);
     int enter(CPropertySheet& sheet, int index);
     void layOut(CPropertySheet& sheet);
+    void place(CPropertySheet& sheet, CSize size);
 };
 
 /// Makes the window of a page when there is none yet.
@@ -192,18 +196,32 @@ void CPropertySheet::Data::layOut(CPropertySheet& sheet)
     const CRect room = sheet.MapDialogRect(units);
     const CRect gap = sheet.MapDialogRect(CRect(0, 0, margin, margin));
     const CRect button = sheet.MapDialogRect(CRect(0, 0, buttonWidth, buttonHeight));
+    least = {room.Width() + 2 * gap.Width(),
+             tabs->GetPageRect().top + room.Height() + button.Height() + 3 * gap.Height()};
+    sheet.SetClientSize(least.cx, least.cy);
+    if (growsAcross || growsDown)
+        sheet.AllowResize(least.cx, least.cy, growsAcross, growsDown);
+    place(sheet, least);
+}
+
+/// A page that hears of its new size may end the sheet.
+void CPropertySheet::Data::place(CPropertySheet& sheet, CSize size)
+{
+    const HWND self = sheet.GetSafeHwnd();
+    const CRect gap = sheet.MapDialogRect(CRect(0, 0, margin, margin));
+    const CRect button = sheet.MapDialogRect(CRect(0, 0, buttonWidth, buttonHeight));
     const int between = sheet.MapDialogRect(CRect(0, 0, buttonGap, 0)).Width();
-    const int high = tabs->GetPageRect().top + room.Height();
-    const int right = gap.Width() + room.Width();
-    tabs->MoveWindow(CRect(gap.Width(), gap.Height(), right, gap.Height() + high));
-    const int top = high + 2 * gap.Height();
-    sheet.SetClientSize(right + gap.Width(), top + button.Height() + gap.Height());
+    const int right = size.cx - gap.Width();
+    const int bottom = size.cy - gap.Height();
     int at = right - 3 * button.Width() - 2 * between;
     for (const unsigned id : buttons) {
         if (CWnd* const window = sheet.GetDlgItem(id))
-            window->MoveWindow(CRect(at, top, at + button.Width(), top + button.Height()));
+            window->MoveWindow(CRect(at, bottom - button.Height(), at + button.Width(), bottom));
         at += button.Width() + between;
     }
+    if (FromHandle(self) == &sheet)
+        tabs->MoveWindow(
+            CRect(gap.Width(), gap.Height(), right, bottom - button.Height() - gap.Height()));
 }
 
 CPropertySheet::CPropertySheet(const CString& title, CWnd* parent)
@@ -271,10 +289,27 @@ int CPropertySheet::SetActivePage(int index)
     return data_->enter(*this, index) && GetActiveIndex() == index;
 }
 
+void CPropertySheet::SetGrows(int across, int down)
+{
+    data_->growsAcross = across != 0;
+    data_->growsDown = down != 0;
+}
+
+CSize CPropertySheet::GetLeastSize() const { return GetSafeHwnd() ? data_->least : CSize(); }
+
+void CPropertySheet::OnSize(unsigned type, int cx, int cy)
+{
+    const HWND self = GetSafeHwnd();
+    CDialog::OnSize(type, cx, cy);
+    if (FromHandle(self) == this && data_->tabs && data_->least != CSize())
+        data_->place(*this, {cx, cy});
+}
+
 int CPropertySheet::OnInitDialog()
 {
     const HWND self = GetSafeHwnd();
     Data& data = *data_;
+    data.least = {};
     data.tabs = std::make_unique<Data::Tabs>(*this);
     const CRect place = MapDialogRect(CRect(0, 0, 200, 100));
     if (!data.tabs->Create(WS_CHILD | WS_VISIBLE | WS_TABSTOP, place, this, ID_SHEET_TABS))

@@ -3,14 +3,35 @@
 #include "platform/qt/Control.h"
 
 #include <algorithm>
+#include <QPainter>
 #include <QSignalBlocker>
 #include <QSlider>
+#include <QStyleOption>
 
 namespace pavane
 {
 
 namespace
 {
+
+/// Marks the focus, which the toolkit tells by a shade of the handle alone.
+class Slider : public Control<QSlider>
+{
+public:
+    using Control<QSlider>::Control;
+
+protected:
+    void paintEvent(QPaintEvent* e) override
+    {
+        Control<QSlider>::paintEvent(e);
+        if (!hasFocus())
+            return;
+        QPainter painter(this);
+        QStyleOptionFocusRect mark;
+        mark.initFrom(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &mark, &painter, this);
+    }
+};
 
 QSlider* sliderOf(const CSliderCtrl* control) { return widgetOf<QSlider>(control); }
 
@@ -21,7 +42,7 @@ int CSliderCtrl::Create(unsigned style, const CRect& rect, CWnd* parent, unsigne
     QWidget* const client = clientOf(parent);
     if (!client || GetSafeHwnd())
         return 0;
-    auto* const slider = new Control<QSlider>(client);
+    auto* const slider = new Slider(client);
     slider->setOrientation(style & TBS_VERT ? Qt::Vertical : Qt::Horizontal);
     slider->setRange(0, 100);
     slider->keepsWheel = false;

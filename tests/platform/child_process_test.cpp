@@ -1,11 +1,13 @@
 #include "posix/ChildProcess.h"
 
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -111,6 +113,35 @@ TEST(ChildProcess, TimeAndStopEndTheWholeGroup)
         EXPECT_EQ(program.exitStatus(), -1);
         EXPECT_TRUE(becomes([&] { return !isAlive(sleeper); }));
     }
+}
+
+TEST(ChildProcess, BoundProgramEndsWithItsHost)
+{
+    // a copy of this process is the host; the sleepers are the program and one of its own
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    const pid_t host = fork();
+    if (host == 0) {
+        ChildProcess program;
+        std::string error;
+        (void)program.start({"sh", "-c", "sleep 100 & echo $$ $!; sleep 100"}, error, {0, 100, 1});
+        while (!program.output().ends_with('\n'))
+            (void)program.poll();
+        [[maybe_unused]] const auto count =
+            write(ends[1], program.output().data(), program.output().size());
+        for (;;)
+            (void)pause();
+    }
+    std::array<char, 100> text{};
+    ASSERT_GT(read(ends[0], text.data(), text.size() - 1), 0);
+    std::string first, second;
+    std::istringstream(text.data()) >> first >> second;
+    EXPECT_TRUE(isAlive(first) && isAlive(second));
+    (void)kill(host, SIGKILL);
+    (void)waitpid(host, nullptr, 0);
+    EXPECT_TRUE(becomes([&] { return !isAlive(first) && !isAlive(second); }));
+    for (const int end : ends)
+        (void)close(end);
 }
 
 TEST(ChildProcess, ReleasedProgramRunsOn)

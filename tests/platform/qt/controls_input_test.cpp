@@ -1,5 +1,6 @@
 #include "platform/clipboard.h"
 #include "platform/qt/command_frame.h"
+#include "platform/slider.h"
 
 #include <QAbstractButton>
 
@@ -72,13 +73,30 @@ TEST(Controls, AreReachedByTheirLetterFromAWindowThatTakesAllKeys)
     ASSERT_TRUE(window.Create("", "", shown, {10, 10, 110, 110}, &frame, 1));
     ASSERT_TRUE(button.Create("&Go", CButton::Kind::push, shown, {120, 10, 180, 40}, &frame, 2));
     (void)window.SetFocus();
-    Commands taken;
     QTest::keyClick(widgetOfWindow(window), Qt::Key_G, Qt::AltModifier);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !(taken = frame.taken()).empty(); }));
-    EXPECT_EQ(taken, (Commands{{2, BN_CLICKED}}));
+    EXPECT_EQ(frame.taken(), (Commands{{2, BN_CLICKED}}));  // before any key that follows
     QTest::keyClick(widgetOfWindow(window), Qt::Key_H, Qt::AltModifier);
     QTest::keyClick(widgetOfWindow(window), Qt::Key_G);
     EXPECT_EQ(window.keys, (std::vector<unsigned>{VK_MENU, VK_MENU, 'H', 'G'}));
+}
+
+TEST(Controls, AreGoneRoundByTabInAWindowThatTakesAllKeys)
+{
+    struct Frame : CommandFrame {
+        unsigned OnGetDlgCode() override { return DLGC_WANTALLKEYS; }
+    } frame;
+    CButton first, second;
+    CSliderCtrl third;
+    ASSERT_TRUE(first.Create("1", CButton::Kind::push, shown, {10, 10, 50, 40}, &frame, 1));
+    ASSERT_TRUE(second.Create("2", CButton::Kind::check, shown, {60, 10, 99, 40}, &frame, 2));
+    ASSERT_TRUE(third.Create(shown, {10, 50, 99, 80}, &frame, 3));
+    (void)first.SetFocus();
+    for (const CWnd* const next : {static_cast<CWnd*>(&second), static_cast<CWnd*>(&third)}) {
+        QTest::keyClick(widgetOfWindow(*CWnd::GetFocus()), Qt::Key_Tab);
+        EXPECT_EQ(CWnd::GetFocus(), next);
+    }
+    QTest::keyClick(widgetOfWindow(third), Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(CWnd::GetFocus(), &second);
 }
 
 TEST(Controls, KeepNoChoiceThatWasDeleted)
