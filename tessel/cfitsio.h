@@ -8,12 +8,26 @@
 namespace pavane
 {
 
-/// The functions of CFITSIO that unpack tile-compressed images.
+/// The functions of CFITSIO that unpack tile-compressed images, and those that write tables.
 struct Cfitsio {
     decltype(&::ffdkopn) openDiskFile = nullptr;
     decltype(&::ffmahd) moveToHdu = nullptr;
     decltype(&::ffpscl) setScale = nullptr;
     decltype(&::ffgpxvll) readPixels = nullptr;
+    decltype(&::ffimem) createInMemory = nullptr;
+    decltype(&::ffcrim) createImage = nullptr;
+    decltype(&::ffcrtb) createTable = nullptr;
+    decltype(&::ffpkyj) writeWholeKey = nullptr;
+    decltype(&::ffpkyd) writeNumberKey = nullptr;
+    decltype(&::ffpkyl) writeFlagKey = nullptr;
+    decltype(&::ffpkys) writeTextKey = nullptr;
+    decltype(&::ffpcld) writeDoubles = nullptr;
+    decltype(&::ffpclk) writeWholes = nullptr;
+    decltype(&::ffpcls) writeTexts = nullptr;
+    decltype(&::ffghadll) placeOfHdu = nullptr;
+    decltype(&::ffflus) flush = nullptr;
+    decltype(&::ffclos) close = nullptr;
+    decltype(&::ffgerr) statusText = nullptr;
     int isLoaded = 0;
 };
 

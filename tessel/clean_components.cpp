@@ -1,15 +1,14 @@
 #include "tessel/clean_components.h"
 
+#include "tessel/angle_unit.h"
 #include "tessel/fits_hdus.h"
 #include "tessel/plain_text.h"
 #include "tessel/uvfits/FitsTable.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <limits>
 #include <new>
-#include <numbers>
 #include <string_view>
 
 namespace pavane
@@ -28,38 +27,9 @@ struct Unit {
     double scale;
 };
 
-constexpr double arcsecond = 1.0 / 3600;
-constexpr Unit angleUnits[] = {
-    {"", 1},
-    {"DEG", 1},
-    {"DEGREE", 1},
-    {"DEGREES", 1},
-    {"ARCMIN", 60 * arcsecond},
-    {"ARCSEC", arcsecond},
-    {"ARCSECS", arcsecond},
-    {"ARCSECOND", arcsecond},
-    {"ARCSECONDS", arcsecond},
-    {"ASEC", arcsecond},
-    {"MAS", arcsecond / 1e3},
-    {"MARCSEC", arcsecond / 1e3},
-    {"MILLIARCSEC", arcsecond / 1e3},
-    {"UAS", arcsecond / 1e6},
-    {"UARCSEC", arcsecond / 1e6},
-    {"RAD", 180 / std::numbers::pi},
-    {"RADIAN", 180 / std::numbers::pi},
-    {"RADIANS", 180 / std::numbers::pi},
-};
 // a great M is a million here, so that "MJY" of writers that have capitals only stays unknown
 constexpr Unit fluxUnits[] = {{"", 1},       {"JY", 1},     {"Jy", 1},    {"JANSKY", 1},
                               {"mJy", 1e-3}, {"uJy", 1e-6}, {"kJy", 1e3}, {"MJy", 1e6}};
-
-std::string capitals(std::string_view text)
-{
-    std::string all;
-    for (const char c : text)
-        all += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return all;
-}
 
 /// "Jy / beam" and "mJy beam-1" without the beam, or the pixel.
 std::string fluxOf(std::string_view text)
@@ -113,14 +83,14 @@ int CleanTable::find(const char* name, bool isFlux, bool isNeeded, ScaledColumn&
         return !isNeeded;
     }
     const std::string unit = table_.unit(column.at);
-    const std::string known = isFlux ? fluxOf(unit) : capitals(unit);
-    const auto scaleIn = [&](const auto& units) {
-        for (const Unit& each : units)
+    const std::string known = isFlux ? fluxOf(unit) : unit;
+    const auto fluxScale = [&] {
+        for (const Unit& each : fluxUnits)
             if (each.name == known)
                 return each.scale;
         return 0.0;
     };
-    column.scale = isFlux ? scaleIn(fluxUnits) : scaleIn(angleUnits);
+    column.scale = isFlux ? fluxScale() : degreesOfUnit(known);
     if (column.scale > 0)
         return 1;
     error = std::string("has components with ") + name +

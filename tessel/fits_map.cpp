@@ -1,6 +1,7 @@
 #include "tessel/fits_map.h"
 
 #include "tessel/AFile.h"
+#include "tessel/beam_table.h"
 #include "tessel/fits_hdus.h"
 #include "tessel/fits_header.h"
 #include "tessel/fits_planes.h"
@@ -10,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -46,7 +48,8 @@ int readPlane(PlaneReader& reader, const FitsImage& image, FitsMap& map, std::st
 {
     const int rows = static_cast<int>(image.lengths[1]);
     const int columns = static_cast<int>(image.lengths[0]);
-    if (!map.cells.allocate(rows, columns)) {
+    const int hasRoom = map.cells.rows() == rows && map.cells.columns() == columns;
+    if (!hasRoom && !map.cells.allocate(rows, columns)) {
         error = "there is no memory for its " + std::to_string(columns) + " x " +
                 std::to_string(rows) + " cells";
         return 0;
@@ -80,7 +83,11 @@ int readOpened(AFile& file, const FitsImage& image, int plane, FitsMap& map, std
     const std::unique_ptr<PlaneReader> reader = planeReader(file, header, image, plane, error);
     if (!reader)
         return 0;
-    return readPlane(*reader, image, map, error, progress);
+    if (!readPlane(*reader, image, map, error, progress))
+        return 0;
+    if (header.text("CASAMBM") == "T")
+        (void)readTableBeam(file, map.header);
+    return 1;
 }
 
 }  // namespace
@@ -88,7 +95,9 @@ int readOpened(AFile& file, const FitsImage& image, int plane, FitsMap& map, std
 int readFitsMap(const std::string& file, int plane, FitsMap& map, std::string& error,
                 const ProgressFunction& progress)
 {
+    AMatrix<float> room = std::move(map.cells);  // of a map of the same size, to be used again
     map = FitsMap();
+    map.cells = std::move(room);
     error.clear();
     AFile opened;
     FitsImage image;

@@ -45,7 +45,8 @@ BaselineReader::BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines
 int BaselineReader::step(std::int64_t bytes)
 {
     const int what = UvGroups::baselines | UvGroups::origins | UvGroups::times |
-                     UvGroups::cellValues | (model_.count() > 0 ? UvGroups::places : 0);
+                     UvGroups::cellValues | UvGroups::storedCells |
+                     (model_.count() > 0 ? UvGroups::places : 0);
     const int goesOn = slices_.step(bytes, what, [this](const UvGroups& groups) {
         if (!std::exchange(hasCells_, 1))
             cells_ = UvCells(file_, choice_, {});
@@ -55,6 +56,8 @@ int BaselineReader::step(std::int64_t bytes)
     });
     if (!goesOn)
         refresh();
+    if (!goesOn && !points_ && channels_.empty() && !baselines_.empty() && error().empty())
+        slices_.fail("has no good visibilities of what is chosen");
     return goesOn;
 }
 

@@ -52,7 +52,7 @@ public:
     BaselineReader& operator=(const BaselineReader&) = delete;
 
     /// Goes on with some `bytes` of the file. Non-zero while more remains; 0 when all is done, or
-    /// cannot be: then `error` is not empty.
+    /// cannot be: then `error` is not empty. It is an error when there is not one point.
     int step(std::int64_t bytes = std::int64_t{16} << 20);
     double done() const { return slices_.done(); }  ///< 0 to 1
     /// Why it ended early, a clause without its subject; "" else.

@@ -6,46 +6,52 @@
 namespace pavane
 {
 
-ClosureCounter::ClosureCounter(AUVXFile& file, std::vector<ClosureTriangle> triangles,
-                               std::vector<ClosureQuad> quads, const UvMarks& marks,
-                               const UvSplit& split)
-    : triangles_(std::move(triangles)), quads_(std::move(quads)), legs_(triangles_, quads_),
-      reader_(file, marks, split, legs_.baselines, 0)
+ClosureCounter::ClosureCounter(std::vector<ClosureTriangle> triangles,
+                               std::vector<ClosureQuad> quads)
+    : triangles_(std::move(triangles)), quads_(std::move(quads)), legs_(triangles_, quads_)
 {
 }
 
-void ClosureCounter::restart()
+void ClosureCounter::restart(const UvCells& cells)
 {
     for (ClosureTriangle& triangle : triangles_)
         triangle.points = 0;
     for (ClosureQuad& quad : quads_)
         quad.points = 0;
-    const std::vector<std::size_t>& starts = reader_.cells().starts;
+    runs_.clear();
+    starts_ = cells.starts;
     words_.assign(1, 0);
-    for (std::size_t part = 0; part + 1 < starts.size(); ++part)
-        words_.push_back(words_.back() + (starts[part + 1] - starts[part] + 63) / 64);
+    for (std::size_t part = 0; part + 1 < starts_.size(); ++part)
+        words_.push_back(words_.back() + (starts_[part + 1] - starts_[part] + 63) / 64);
     bits_.assign(words_.back() * legs_.baselines.size(), 0);
 }
 
 void ClosureCounter::fill(const UvLeg& leg, std::uint64_t* bits) const
 {
-    const std::vector<std::size_t>& starts = reader_.cells().starts;
     std::fill(bits, bits + words_.back(), 0);
-    for (std::size_t part = 0; part + 1 < starts.size(); ++part)
-        for (std::size_t i = starts[part]; i < starts[part + 1]; ++i) {
-            const std::size_t bit = i - starts[part];
+    for (std::size_t part = 0; part + 1 < starts_.size(); ++part)
+        for (std::size_t i = starts_[part]; i < starts_[part + 1]; ++i) {
+            const std::size_t bit = i - starts_[part];
             bits[words_[part] + bit / 64] |= std::uint64_t{leg.valid[i] > 0} << bit % 64;
         }
 }
 
+namespace
+{
+
+template <std::size_t count>
+bool hasAll(const std::vector<char>& has, const std::array<ClosureLegs::Leg, count>& legs)
+{
+    return std::all_of(legs.begin(), legs.end(),
+                       [&](const ClosureLegs::Leg& leg) { return has[leg.baseline] != 0; });
+}
+
+}  // namespace
+
 /// Parts in which all legs have a cell.
 template <std::size_t count>
-std::int64_t ClosureCounter::pointsOf(const UvMoment& moment,
-                                      const std::array<ClosureLegs::Leg, count>& legs) const
+std::int64_t ClosureCounter::pointsOf(const std::array<ClosureLegs::Leg, count>& legs) const
 {
-    for (const ClosureLegs::Leg& leg : legs)
-        if (!moment.has[leg.baseline])
-            return 0;
     std::int64_t points = 0;
     for (std::size_t part = 0; part + 1 < words_.size(); ++part) {
         std::uint64_t any = 0;
@@ -60,18 +66,50 @@ std::int64_t ClosureCounter::pointsOf(const UvMoment& moment,
     return points;
 }
 
-void ClosureCounter::take(UvMoment& moment)
+void ClosureCounter::take(const UvMoment& moment)
 {
     const auto found = legs_.subarrays.find(moment.subarray);
     if (found == legs_.subarrays.end())
         return;
-    for (std::size_t b = 0; b < moment.has.size(); ++b)
+    const ClosureLegs::Members& members = found->second;
+    const bool isWhole =
+        std::all_of(members.baselines.begin(), members.baselines.end(),
+                    [&](std::size_t b) { return !moment.has[b] || moment.legs[b].isWhole; });
+    if (isWhole) {
+        Run& run = runs_[moment.subarray];
+        if (run.has != moment.has) {
+            add(run, members);
+            run.has = moment.has;
+        }
+        run.points += static_cast<std::int64_t>(words_.size()) - 1;
+        return;
+    }
+    for (const std::size_t b : members.baselines)
         if (moment.has[b])
             fill(moment.legs[b], bits_.data() + b * words_.back());
-    for (const std::size_t t : found->second.triangles)
-        triangles_[t].points += pointsOf(moment, legs_.triangles[t]);
-    for (const std::size_t q : found->second.quads)
-        quads_[q].points += pointsOf(moment, legs_.quads[q]);
+    for (const std::size_t t : members.triangles)
+        if (hasAll(moment.has, legs_.triangles[t]))
+            triangles_[t].points += pointsOf(legs_.triangles[t]);
+    for (const std::size_t q : members.quads)
+        if (hasAll(moment.has, legs_.quads[q]))
+            quads_[q].points += pointsOf(legs_.quads[q]);
+}
+
+void ClosureCounter::add(Run& run, const ClosureLegs::Members& members)
+{
+    const std::int64_t points = std::exchange(run.points, 0);
+    if (!points)
+        return;
+    for (const std::size_t t : members.triangles)
+        triangles_[t].points += hasAll(run.has, legs_.triangles[t]) ? points : 0;
+    for (const std::size_t q : members.quads)
+        quads_[q].points += hasAll(run.has, legs_.quads[q]) ? points : 0;
+}
+
+void ClosureCounter::finish()
+{
+    for (auto& [subarray, run] : runs_)
+        add(run, legs_.subarrays.at(subarray));
 }
 
 }  // namespace pavane

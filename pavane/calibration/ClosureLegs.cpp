@@ -2,14 +2,18 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace pavane
 {
 
 ClosureLegs::ClosureLegs(const std::vector<ClosureTriangle>& ofTriangles,
-                         const std::vector<ClosureQuad>& ofQuads)
+                         const std::vector<ClosureQuad>& ofQuads, std::vector<UvBaseline> known)
+    : baselines(std::move(known))
 {
     std::map<std::tuple<int, int, int>, std::size_t> indices;
+    for (const UvBaseline& b : baselines)
+        indices.emplace(std::tuple(b.subarray, b.first, b.second), indices.size());
     const auto leg = [&](int subarray, int a, int b) {
         const auto [low, high] = std::minmax(a, b);
         const auto [found, isNew] =
@@ -29,6 +33,9 @@ ClosureLegs::ClosureLegs(const std::vector<ClosureTriangle>& ofTriangles,
         quads.push_back({leg(q.subarray, a, b), leg(q.subarray, c, d), leg(q.subarray, a, c),
                          leg(q.subarray, b, d)});
     }
+    for (std::size_t i = 0; i < baselines.size(); ++i)
+        if (const auto found = subarrays.find(baselines[i].subarray); found != subarrays.end())
+            found->second.baselines.push_back(i);
 }
 
 }  // namespace pavane

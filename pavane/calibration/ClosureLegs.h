@@ -19,6 +19,7 @@ struct ClosureLegs {
     /// What there is of a subarray, by index.
     struct Members {
         std::vector<std::size_t> triangles, quads;
+        std::vector<std::size_t> baselines;  ///< of all triangles and quads there
         std::size_t count() const { return triangles.size() + quads.size(); }
     };
     std::vector<UvBaseline> baselines;          ///< each once, from the lower number
@@ -27,8 +28,9 @@ struct ClosureLegs {
     std::map<int, Members> subarrays;
 
     ClosureLegs() = default;
+    /// `known` baselines stand first, whether a leg is one of them or not.
     ClosureLegs(const std::vector<ClosureTriangle>& triangles,
-                const std::vector<ClosureQuad>& quads);
+                const std::vector<ClosureQuad>& quads, std::vector<UvBaseline> known = {});
 };
 
 }  // namespace pavane

@@ -1,7 +1,7 @@
 #include "pavane/calibration/ClosureReader.h"
 
 #include "pavane/calibration/closure_products.h"
-#include "pavane/calibration/series_order.h"
+#include "pavane/calibration/phase_kernels.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,15 +17,19 @@ namespace
 constexpr double secondsPerDay = 86400;
 /// Of what is averaged at once; of more the averages end early.
 constexpr std::size_t mostOpenSums = std::size_t{1} << 22;
-/// What counting is of all that is done.
-constexpr double shareOfCount = 0.4;
+/// Telescopes of all subarrays of which every triangle is thought possible.
+constexpr std::size_t mostPossible = 64;
 
-/// Of those that have points.
-template <class Item>
-std::vector<Item> withPoints(std::vector<Item> items)
+/// All pairs of telescopes of a subarray; none of too many telescopes.
+std::vector<UvBaseline> possibleBaselines(const std::vector<AUVXTlscItem>& telescopes)
 {
-    std::erase_if(items, [](const Item& item) { return item.points <= 0; });
-    return items;
+    std::vector<UvBaseline> pairs;
+    if (telescopes.size() <= mostPossible)
+        for (const AUVXTlscItem& a : telescopes)
+            for (const AUVXTlscItem& b : telescopes)
+                if (a.subarray == b.subarray && a.number < b.number)
+                    pairs.push_back({a.subarray, a.number, b.number, 1});
+    return pairs;
 }
 
 }  // namespace
@@ -37,20 +41,20 @@ ClosureReader::ClosureReader(AUVXFile& file, ClosureChoice choice, UvMarks marks
 {
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
-    if (choice_.independent)
-        counter_ = std::make_unique<ClosureCounter>(file_, std::exchange(choice_.triangles, {}),
-                                                    std::exchange(choice_.quads, {}), marks_,
-                                                    averaging_.split);
+    if (!choice_.isOfFile)
+        return;
+    const std::vector<UvBaseline> possible = possibleBaselines(file.telescopes());
+    choice_.triangles = closureTriangles(telescopesOf(possible), possible);
+    if (choice_.triangles.empty())
+        scan_ = std::make_unique<UvGroupScan>(file_, UvGroupScan::baselines, marks_.times);
 }
 
 ClosureReader::~ClosureReader() = default;
 
 double ClosureReader::done() const
 {
-    if (counter_)
-        return shareOfCount * counter_->done();
-    const double before = choice_.independent ? shareOfCount : 0;
-    return isOver_ ? 1 : reader_ ? before + (1 - before) * reader_->done() : before;
+    const double part = scan_ ? scan_->done() : reader_ ? reader_->done() : 0;
+    return isOver_ ? 1 : before_ + share_ * part;
 }
 
 const std::string& ClosureReader::error() const
@@ -85,62 +89,59 @@ int ClosureReader::step(std::int64_t bytes)
     if (isOver_ || !error_.empty())
         return 0;
     try {
-        if (counter_)
-            return countPoints(bytes);
-        if (!reader_) {
-            legs_ = ClosureLegs(choice_.triangles, choice_.quads);
-            reader_ = std::make_unique<MomentReader>(file_, marks_, averaging_.split,
-                                                     legs_.baselines, model_.count() > 0);
-        }
-        if (reader_->step(bytes, *this) && error_.empty())
-            return 1;
-        finish();
+        if (scan_)
+            return findTriangles(bytes);
+        if (!reader_)
+            beginPass();
+        return (reader_->step(bytes, *this) && error_.empty()) || endPass();
     } catch (const std::bad_alloc&) {
         error_ = "needs more memory than there is";
     }
     return 0;
 }
 
-int ClosureReader::countPoints(std::int64_t bytes)
-{
-    if (counter_->step(bytes))
-        return 1;
-    error_ = counter_->error();
-    if (error_.empty()) {
-        choice_.triangles = independentTriangles(withPoints(counter_->triangles()));
-        choice_.quads = independentQuads(withPoints(counter_->quads()));
-        if (choice_.triangles.empty() && choice_.quads.empty())
-            error_ = "has no telescopes whose baselines all have good visibilities at one time";
-    }
-    counter_.reset();
-    return error_.empty();
-}
-
 void ClosureReader::restart()
 {
-    series_.clear();
-    ratios_.clear();
+    if (counter_) {
+        counter_->restart(reader_->cells());
+        guess();
+    }
     bins_.clear();
     openSums_ = 0;
-    points_ = 0;
     if ((choice_.triangles.size() + choice_.quads.size()) * parts().size() > mostSeries) {
         error_ = "has more closure phases at a time than are kept apart; choose fewer";
         return;
     }
+    const auto forget = [&](auto& series, std::size_t index) {
+        for (std::size_t part = 0; part < parts().size(); ++part) {
+            auto& one = series[index * parts().size() + part];
+            points_ -= one.count();
+            one = {};
+        }
+    };
     series_.resize(choice_.triangles.size() * parts().size());
     ratios_.resize(choice_.quads.size() * parts().size());
+    needed_.assign(legs_.baselines.size(), 0);
+    for (const auto& [subarray, members] : legs_.subarrays) {
+        for (const std::size_t t : members.triangles) {
+            forget(series_, t);
+            for (const ClosureLegs::Leg& leg : legs_.triangles[t])
+                needed_[leg.baseline] = 1;
+        }
+        for (const std::size_t q : members.quads) {
+            forget(ratios_, q);
+            for (const ClosureLegs::Leg& leg : legs_.quads[q])
+                needed_[leg.baseline] = 1;
+        }
+    }
 }
 
-/// What is averaged ends here; series of several origins have come in turns.
-void ClosureReader::finish()
+void ClosureReader::flushAll()
 {
     for (auto& [origin, bin] : bins_)
         flush(bin);
-    for (ClosureSeries& s : series_)
-        sortSeries(s.time, s.phase, s.error, s.amplitude, s.model);
-    for (ClosureRatios& r : ratios_)
-        sortSeries(r.time, r.ratio, r.error, r.model);
-    isOver_ = 1;
+    bins_.clear();
+    openSums_ = 0;
 }
 
 /// An empty one, or that to which the moment belongs.
@@ -151,12 +152,8 @@ ClosureReader::Bin& ClosureReader::binOf(const UvMoment& moment,
     // without averages in time one serves all
     const int isAveraged = averaging_.seconds > 0;
     const int key = isAveraged ? moment.origin : -1;
-    if (!bins_.contains(key) && openSums_ + sums > mostOpenSums) {
-        for (auto& [origin, bin] : bins_)
-            flush(bin);
-        bins_.clear();
-        openSums_ = 0;
-    }
+    if (!bins_.contains(key) && openSums_ + sums > mostOpenSums)
+        flushAll();
     Bin& bin = bins_[key];
     const double number =
         isAveraged ? std::floor(moment.time() * secondsPerDay / averaging_.seconds) : 0;
@@ -174,8 +171,12 @@ ClosureReader::Bin& ClosureReader::binOf(const UvMoment& moment,
 
 void ClosureReader::take(UvMoment& moment)
 {
+    if (!error_.empty())
+        return;
+    if (counter_)
+        counter_->take(moment);
     const auto found = legs_.subarrays.find(moment.subarray);
-    if (found == legs_.subarrays.end() || !error_.empty())
+    if (found == legs_.subarrays.end() || !found->second.count())
         return;
     const ClosureLegs::Members& members = found->second;
     Bin& bin = binOf(moment, members);
@@ -197,7 +198,7 @@ void ClosureReader::addModel(UvMoment& moment)
     v_.resize(count);
     values_.resize(count);
     for (std::size_t b = 0; b < moment.legs.size(); ++b) {
-        if (!moment.has[b])
+        if (!moment.has[b] || !needed_[b])
             continue;
         UvLeg& leg = moment.legs[b];
         for (std::size_t i = 0; i < count; ++i) {
@@ -287,11 +288,8 @@ void ClosureReader::addQuad(const UvMoment& moment, std::size_t quad, RatioSums*
     }
 }
 
-/// Non-zero while points may be kept.
-int ClosureReader::hasRoom()
+int ClosureReader::refuseMore()
 {
-    if (points_ < mostPoints)
-        return ++points_ > 0;
     error_ = "has more closure phases than are kept; average them over longer times";
     return 0;
 }
@@ -303,27 +301,44 @@ void ClosureReader::flush(Bin& bin)
     const ClosureLegs::Members& members = *std::exchange(bin.members, nullptr);
     const std::size_t count = parts().size();
     openSums_ -= members.count() * count;
-    const PhaseSums* phase = bin.phases.data();
-    for (const std::size_t triangle : members.triangles)
-        for (std::size_t part = 0; part < count; ++part, ++phase)
-            append(*phase, series_[triangle * count + part]);
+    appendPhases(members, bin.phases);
     const RatioSums* ratio = bin.ratios.data();
     for (const std::size_t quad : members.quads)
         for (std::size_t part = 0; part < count; ++part, ++ratio)
             append(*ratio, ratios_[quad * count + part]);
 }
 
-void ClosureReader::append(const PhaseSums& sums, ClosureSeries& series)
+void ClosureReader::appendPhases(const ClosureLegs::Members& members,
+                                 const std::vector<PhaseSums>& sums)
 {
-    ClosurePoint point;
-    if (!closurePoint(sums.data, point) || !hasRoom())
-        return;
-    series.time.push_back(sums.time / sums.data.count);
-    series.phase.push_back(static_cast<float>(point.phase));
-    series.error.push_back(static_cast<float>(point.error));
-    series.amplitude.push_back(nearestFloat(point.amplitude));
-    if (model_.count() > 0)
-        series.model.push_back(static_cast<float>(degreesOf(sums.model)));
+    const std::size_t all = sums.size();
+    sums_.resize(4 * all);
+    points32_.resize(3 * all);
+    double* const real = sums_.data();
+    for (std::size_t i = 0; i < all; ++i) {
+        real[i] = sums[i].data.product.real();
+        real[all + i] = sums[i].data.product.imag();
+        real[2 * all + i] = sums[i].data.variance;
+        real[3 * all + i] = sums[i].data.count;
+    }
+    float* const phase = points32_.data();
+    closurePoints({real, real + all, real + 2 * all, real + 3 * all}, all,
+                  {phase, phase + all, phase + 2 * all});
+    const std::size_t count = parts().size();
+    std::size_t i = 0;
+    for (const std::size_t triangle : members.triangles)
+        for (std::size_t part = 0; part < count; ++part, ++i) {
+            const double products = sums[i].data.count;
+            if (!(products > 0) || !hasRoom())
+                continue;
+            ClosureSeries& series = series_[triangle * count + part];
+            series.time.push_back(sums[i].time / products);
+            series.phase.push_back(phase[i]);
+            series.error.push_back(phase[all + i]);
+            series.amplitude.push_back(phase[2 * all + i]);
+            if (model_.count() > 0)
+                series.model.push_back(static_cast<float>(degreesOf(sums[i].model)));
+        }
 }
 
 void ClosureReader::append(const RatioSums& sums, ClosureRatios& ratios)
@@ -339,44 +354,6 @@ void ClosureReader::append(const RatioSums& sums, ClosureRatios& ratios)
         (void)closureAmplitude(sums.model, model);
         ratios.model.push_back(nearestFloat(model.ratio));
     }
-}
-
-ClosureStatistics statisticsOf(const ClosureSeries& series)
-{
-    ClosureStatistics found;
-    found.count = series.count();
-    if (!found.count)
-        return found;
-    constexpr double radians = 0.017453292519943295769;
-    std::complex<double> sum{};
-    for (const float phase : series.phase)
-        sum += std::polar(1.0, phase * radians);
-    found.mean = degreesOf(sum);
-    double squares = 0;
-    double chiSquared = 0;
-    for (std::size_t i = 0; i < series.count(); ++i) {
-        const double away = wrappedDegrees(series.phase[i] - found.mean);
-        squares += away * away;
-        if (series.model.empty() || !(series.error[i] > 0))
-            continue;
-        const double miss = wrappedDegrees(double{series.phase[i]} - series.model[i]);
-        chiSquared += miss * miss / (double{series.error[i]} * series.error[i]);
-    }
-    const auto count = static_cast<double>(found.count);
-    found.scatter = std::sqrt(squares / count);
-    found.chiSquared = chiSquared / count;
-    return found;
-}
-
-double chiSquaredOf(const ClosureRatios& ratios)
-{
-    double sum = 0;
-    for (std::size_t i = 0; i < ratios.model.size(); ++i)
-        if (const double error = ratios.error[i]; error > 0) {
-            const double miss = (double{ratios.ratio[i]} - ratios.model[i]) / error;
-            sum += miss * miss;
-        }
-    return ratios.model.empty() ? 0 : sum / static_cast<double>(ratios.model.size());
 }
 
 }  // namespace pavane

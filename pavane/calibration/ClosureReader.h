@@ -4,6 +4,7 @@
 #include "pavane/calibration/closure_sets.h"
 #include "pavane/calibration/ClosureCounter.h"
 #include "pavane/tables/components/AComponents.h"
+#include "tessel/uvfits/UvGroupScan.h"
 
 #include <map>
 #include <memory>
@@ -18,9 +19,9 @@ namespace pavane
 struct ClosureChoice {
     std::vector<ClosureTriangle> triangles{};
     std::vector<ClosureQuad> quads{};
-    /// Non-zero: an independent set of each, of those that have points, most points first. The file
-    /// is read twice, since only that tells which these are.
+    /// Non-zero: an independent set of each, of those that have points, most points first.
     int independent = 0;
+    int isOfFile = 0;  ///< non-zero: all triangles of the file
 
     ClosureChoice() = default;
     ClosureChoice(std::vector<ClosureTriangle> of, int isIndependent = 0)
@@ -30,6 +31,14 @@ struct ClosureChoice {
     ClosureChoice(std::vector<ClosureQuad> of, int isIndependent = 0)
         : quads(std::move(of)), independent(isIndependent)
     {
+    }
+    /// An independent set of all triangles of the file, which need not be known: they are found
+    /// while it is read.
+    static ClosureChoice ofFile()
+    {
+        ClosureChoice choice;
+        choice.independent = choice.isOfFile = 1;
+        return choice;
     }
 };
 
@@ -72,7 +81,11 @@ PAVANE_API double chiSquaredOf(const ClosureRatios& ratios);
 ///
 /// The legs of a point are of one time, source, frequency selection, IF, channel and polarisation;
 /// where one is flagged or missing there is no triple product. Without marks of polarisations
-/// those are taken that `usualStokes` gives.
+/// those are taken that `usualStokes` gives. It is an error when there is not one point.
+///
+/// Which triangles are an independent set of those with most points is known when all points are
+/// counted. What a sample of the file makes likely is read meanwhile; what else is of the set then
+/// is read in a second pass.
 class PAVANE_API ClosureReader final : private MomentSink
 {
 public:
@@ -92,7 +105,7 @@ public:
     /// Why it ended early, a clause without its subject; "" else.
     const std::string& error() const;
 
-    /// Of an independent set none until its points have been counted.
+    /// An independent set may become another one when all points have been counted.
     const std::vector<ClosureTriangle>& triangles() const { return choice_.triangles; }
     const std::vector<ClosureQuad>& quads() const { return choice_.quads; }
     /// What the series of a triangle are of; one that is of everything unless they are apart. Known
@@ -121,7 +134,15 @@ private:
         std::vector<PhaseSums> phases;
         std::vector<RatioSums> ratios;
     };
-    int countPoints(std::int64_t bytes);
+    int findTriangles(std::int64_t bytes);
+    void takeBaselines(const std::vector<UvBaseline>& baselines);
+    void beginPass();
+    void guess();
+    int endPass();
+    int hasOthers() const;
+    int keepOf(ClosureChoice found);
+    void setLegs();
+    void flushAll();
     void finish();
     void take(UvMoment& moment) override;
     void restart() override;
@@ -131,26 +152,32 @@ private:
     void addTriangle(const UvMoment& moment, std::size_t triangle, PhaseSums* sums) const;
     void addQuad(const UvMoment& moment, std::size_t quad, RatioSums* sums) const;
     void flush(Bin& bin);
-    void append(const PhaseSums& sums, ClosureSeries& series);
+    void appendPhases(const ClosureLegs::Members& members, const std::vector<PhaseSums>& sums);
     void append(const RatioSums& sums, ClosureRatios& ratios);
-    int hasRoom();
+    int hasRoom() { return points_ < mostPoints ? ++points_ > 0 : refuseMore(); }
+    int refuseMore();
 
     AUVXFile& file_;
     ClosureChoice choice_;
     UvMarks marks_;
     ClosureAveraging averaging_;
     AComponents model_;
-    std::unique_ptr<ClosureCounter> counter_;
-    ClosureLegs legs_;
+    std::unique_ptr<UvGroupScan> scan_;        ///< of triangles that are not known
+    std::unique_ptr<ClosureCounter> counter_;  ///< until all points of an independent set are
+    ClosureLegs legs_;                         ///< whose members are those being read
+    std::vector<char> needed_;                 ///< of the baselines: which they have
     std::unique_ptr<MomentReader> reader_;
     std::vector<ClosureSeries> series_;
     std::vector<ClosureRatios> ratios_;
     std::map<int, Bin> bins_;  ///< by origin
     std::size_t openSums_ = 0, points_ = 0;
+    double before_ = 0, share_ = 1;  ///< of all that is done: before the pass, and the pass
     int isOver_ = 0;
     std::string error_;
     std::vector<LegCells> data_, modelData_;  ///< of the moment's legs
     std::vector<double> u_, v_;
+    std::vector<double> sums_;     ///< of the averages that end, an array a number
+    std::vector<float> points32_;  ///< what they are, likewise
     std::vector<std::complex<double>> values_;
 };
 

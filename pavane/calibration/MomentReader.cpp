@@ -11,14 +11,6 @@ namespace
 {
 
 constexpr std::size_t mostKeys = 1 << 22;
-constexpr double secondsPerDay = 86400;
-/// Groups that tell the length of an integration.
-constexpr std::int64_t firstGroups = 1 << 16;
-/// Times jitter by some thousandths of a second; steps are told apart to so many of them, and to
-/// the second unit where all steps are shorter.
-constexpr double stepUnits[] = {0.1, 0.001};
-/// Legs closer than this are of one time even where no step is known.
-constexpr double leastHalf = 5e-4 / secondsPerDay;
 /// Moments of different origins that may be open at once, and how often a file may jump back in
 /// time and still be read in its order.
 constexpr std::size_t mostOpen = 64, mostRuns = 64;
@@ -26,39 +18,15 @@ constexpr std::size_t mostOpen = 64, mostRuns = 64;
 constexpr std::size_t batchBytes = std::size_t{64} << 20;
 constexpr std::size_t mostEntries = std::size_t{1} << 28;
 
-using BaselineTimes = std::map<std::tuple<int, int, int>, std::vector<double>>;
-
-/// Days between a time of a baseline and its next one, most often; 0 where there is no next one.
-double commonestStep(BaselineTimes& baselines)
-{
-    for (auto& [baseline, times] : baselines)
-        std::sort(times.begin(), times.end());
-    for (const double unit : stepUnits) {
-        std::map<double, int> counts;
-        for (const auto& [baseline, times] : baselines)
-            for (std::size_t i = 1; i < times.size(); ++i)
-                if (const double step =
-                        std::floor((times[i] - times[i - 1]) * secondsPerDay / unit + 0.5);
-                    step > 0)
-                    ++counts[step];
-        const auto most =
-            std::max_element(counts.begin(), counts.end(),
-                             [](const auto& a, const auto& b) { return a.second < b.second; });
-        if (most != counts.end())
-            return most->first * unit / secondsPerDay;
-    }
-    return 0;
-}
-
 }  // namespace
 
 MomentReader::MomentReader(AUVXFile& file, const UvMarks& marks, const UvSplit& split,
-                           const std::vector<UvBaseline>& baselines, int withPlaces)
+                           const std::vector<UvBaseline>& baselines, int withPlaces, int withSample)
     : file_(file), marks_(marks), choice_(file, marks_), split_(split),
       baselines_(baselines.size()),
       what_(UvGroups::baselines | UvGroups::origins | UvGroups::times | UvGroups::cellValues |
-            (withPlaces ? UvGroups::places : 0)),
-      legs_(mostKeys), origins_(mostKeys)
+            UvGroups::storedCells | (withPlaces ? UvGroups::places : 0)),
+      withSample_(withSample), kinds_(mostKeys), origins_(mostKeys)
 {
     for (std::size_t i = 0; i < baselines.size(); ++i) {
         const UvBaseline& b = baselines[i];
@@ -108,22 +76,21 @@ int MomentReader::readBlock(std::int64_t first, std::int64_t count, int what)
     return 0;
 }
 
-/// Those of one baseline each, since the times of different ones may lie beside each other.
-void MomentReader::measureStep()
+void MomentReader::again()
 {
-    BaselineTimes times;
-    const std::int64_t last = std::min(firstGroups, file_.header().groups);
-    for (std::int64_t g = 0; g < last;) {
-        const std::int64_t count = std::min<std::int64_t>(file_.blockGroups(), last - g);
-        if (!readBlock(g, count, UvGroups::baselines | UvGroups::times))
-            return;
-        for (std::size_t i = 0; i < groups_.time.size(); ++i)
-            if (std::isfinite(groups_.time[i]))
-                times[{groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}].push_back(
-                    groups_.time[i]);
-        g += count;
-    }
-    half_ = std::max(commonestStep(times) / 2, leastHalf);
+    next_ = 0;
+    entry_ = opened_ = 0;
+    given_.clear();
+    before_ = 0;
+    phase_ = isByTime_ ? Phase::byTime : Phase::inOrder;
+}
+
+std::vector<UvBaseline> MomentReader::met() const
+{
+    std::vector<UvBaseline> found;
+    for (const auto& [key, kind] : kinds_.items())
+        found.push_back({key.pair.subarray, key.pair.first, key.pair.second, 1});
+    return found;
 }
 
 int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
@@ -131,6 +98,10 @@ int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
     if (phase_ == Phase::start) {
         cells_ = UvCells(file_, choice_, split_);
         measureStep();
+        if (withSample_ && error_.empty())
+            takeSample();
+        if (!error_.empty())
+            return 0;
         sink.restart();
         phase_ = Phase::inOrder;
     }
@@ -165,6 +136,7 @@ int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
                 before_ = done();
                 opened_ = 0;
                 next_ = 0;
+                isByTime_ = 1;
                 phase_ = Phase::index;
                 break;
             }
@@ -178,21 +150,22 @@ int MomentReader::goOn(std::int64_t bytes, MomentSink& sink)
     return error_.empty() && phase_ != Phase::over;
 }
 
-int MomentReader::isWanted(std::size_t i) const
+const MomentReader::Kind& MomentReader::kindOf(std::size_t i)
 {
-    return std::isfinite(groups_.time[i]) && marks_.times.holds(groups_.time[i]);
-}
-
-MomentReader::Leg MomentReader::legOf(std::size_t i)
-{
-    Leg* const leg =
-        legs_.of({groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}, {notKnown, 1});
-    if (leg && leg->baseline == notKnown) {
-        const auto found =
-            wanted_.find({groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]});
-        *leg = found != wanted_.end() ? found->second : Leg();
+    const UvPair pair = {groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]};
+    Kind* const known = kinds_.of({pair, groups_.source[i], groups_.selection[i]}, {});
+    if (known && known->isKnown && !choice_.dependsOnScans())
+        return *known;
+    Kind& kind = known ? *known : other_;
+    kind = Kind();
+    kind.isKnown = 1;
+    if (const auto found = wanted_.find({pair.subarray, pair.first, pair.second});
+        found != wanted_.end()) {
+        kind.leg = found->second;
+        kind.frequencies = choice_.frequenciesOf(groups_, i);
+        kind.origin = kind.frequencies ? originOf(i) : -1;
     }
-    return leg ? *leg : Leg();
+    return kind;
 }
 
 /// -1 when there are too many.
@@ -215,11 +188,6 @@ void MomentReader::begin(UvMoment& moment, int origin, const double* frequencies
     moment.frequencies = frequencies;
     moment.legs.resize(baselines_);
     moment.has.assign(baselines_, 0);
-}
-
-int MomentReader::fits(const UvMoment& moment, double time) const
-{
-    return std::max(moment.last, time) - std::min(moment.first, time) <= half_;
 }
 
 void MomentReader::put(UvMoment& moment, std::size_t i, const Leg& leg, double time) const
@@ -286,32 +254,30 @@ int MomentReader::isGiven(int origin, double time)
 int MomentReader::takeInOrder(std::size_t i, MomentSink& sink)
 {
     const double time = groups_.time[i];
-    closeOthers(time, sink);
-    const Leg leg = legOf(i);
-    if (leg.baseline < 0)
+    // most groups are of the time of the one before
+    if (opened_ != 1 || time != open_.front().last)
+        closeOthers(time, sink);
+    const Kind& kind = kindOf(i);
+    if (kind.origin < 0)
         return 1;
-    const double* const frequencies = choice_.frequenciesOf(groups_, i);
-    const int origin = frequencies ? originOf(i) : -1;
-    if (origin < 0)
-        return 1;
-    const auto b = static_cast<std::size_t>(leg.baseline);
+    const auto b = static_cast<std::size_t>(kind.leg.baseline);
     std::size_t k = 0;
-    while (k < opened_ && openOrigin_[k] != origin)
+    while (k < opened_ && openOrigin_[k] != kind.origin)
         ++k;
     if (k < opened_ && open_[k].has[b])
         return 0;  // the baseline comes twice: what belongs together is found out by time
     if (k == opened_) {
-        if (opened_ >= mostOpen || isGiven(origin, time))
+        if (opened_ >= mostOpen || isGiven(kind.origin, time))
             return 0;
         if (opened_ == open_.size()) {
             open_.emplace_back();
             openOrigin_.push_back(0);
         }
-        openOrigin_[k] = origin;
-        begin(open_[k], origin, frequencies, time);
+        openOrigin_[k] = kind.origin;
+        begin(open_[k], kind.origin, kind.frequencies, time);
         ++opened_;
     }
-    put(open_[k], i, leg, time);
+    put(open_[k], i, kind.leg, time);
     return 1;
 }
 
@@ -319,16 +285,15 @@ int MomentReader::takeInOrder(std::size_t i, MomentSink& sink)
 
 void MomentReader::addEntry(std::size_t i)
 {
-    const Leg leg = legOf(i);
-    const int origin = leg.baseline >= 0 && choice_.frequenciesOf(groups_, i) ? originOf(i) : -1;
-    if (origin < 0)
+    const Kind& kind = kindOf(i);
+    if (kind.origin < 0)
         return;
     if (entries_.size() >= mostEntries) {
         error_ = "has too many groups that are in no order of time";
         return;
     }
     entries_.push_back(
-        {groups_.time[i], groups_.first + static_cast<std::int64_t>(i), origin, leg});
+        {groups_.time[i], groups_.first + static_cast<std::int64_t>(i), kind.origin, kind.leg});
 }
 
 /// The first entry behind the moment that begins with entry `from`.

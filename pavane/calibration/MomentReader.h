@@ -6,6 +6,8 @@
 #include "tessel/uvfits/Distinct.h"
 #include "tessel/uvfits/UvMarks.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <map>
@@ -52,9 +54,10 @@ protected:
 class PAVANE_API MomentReader
 {
 public:
-    /// Groups of other baselines than these, stored either way, do not count.
+    /// Groups of other baselines than these, stored either way, do not count. Only `withSample` the
+    /// sample is taken.
     MomentReader(AUVXFile& file, const UvMarks& marks, const UvSplit& split,
-                 const std::vector<UvBaseline>& baselines, int withPlaces);
+                 const std::vector<UvBaseline>& baselines, int withPlaces, int withSample = 0);
 
     /// Goes on with some `bytes` of the file. Non-zero while more remains; 0 when all is done, or
     /// cannot be: then `error` is not empty.
@@ -62,8 +65,15 @@ public:
     double done() const;  ///< 0 to 1, never falling
     /// Why it ended early, a clause without its subject; "" else.
     const std::string& error() const { return error_; }
+    /// Begins anew with what was found out about the file; the sink is not told.
+    void again();
     /// Empty before the first step.
     const UvCells& cells() const { return cells_; }
+    /// Groups with a good visibility of each of the wanted baselines in some parts from all over
+    /// the file, which tell what most of it is like. Known when the sink is first told to begin.
+    const std::vector<std::int64_t>& sample() const { return sample_; }
+    /// The baselines that the groups so far have, wanted or not.
+    std::vector<UvBaseline> met() const;
     /// Days; known after the first step.
     double integration() const { return 2 * half_; }
 
@@ -73,7 +83,26 @@ private:
     struct Leg {
         int baseline = notWanted, sign = 1;
     };
-    static constexpr int notWanted = -1, notKnown = -2;
+    static constexpr int notWanted = -1;
+    /// What the groups of a baseline, source and selection have in common.
+    struct Kind {
+        int isKnown = 0;
+        Leg leg;
+        int origin = -1;                      ///< -1: nothing of them is marked
+        const double* frequencies = nullptr;  ///< see UvChoice::frequenciesOf
+    };
+    struct KindKey {
+        UvPair pair;
+        int source, selection;
+        bool operator==(const KindKey&) const = default;
+        std::uint64_t hash() const
+        {
+            return spread(pair.hash() ^ (std::uint64_t{static_cast<std::uint32_t>(source)} << 32 |
+                                         static_cast<std::uint32_t>(selection)));
+        }
+    };
+    /// Legs closer than these days are of one time even where no step is known.
+    static constexpr double leastHalf = 5e-4 / 86400;
     /// A group in files that are read by time.
     struct Entry {
         double time;
@@ -89,11 +118,18 @@ private:
     int goOn(std::int64_t bytes, MomentSink& sink);
     int readBlock(std::int64_t first, std::int64_t count, int what);
     void measureStep();
-    Leg legOf(std::size_t i);
+    void takeSample();
+    const Kind& kindOf(std::size_t i);
     int originOf(std::size_t i);
-    int isWanted(std::size_t i) const;
+    int isWanted(std::size_t i) const
+    {
+        return std::isfinite(groups_.time[i]) && marks_.times.holds(groups_.time[i]);
+    }
     void begin(UvMoment& moment, int origin, const double* frequencies, double time) const;
-    int fits(const UvMoment& moment, double time) const;
+    int fits(const UvMoment& moment, double time) const
+    {
+        return std::max(moment.last, time) - std::min(moment.first, time) <= half_;
+    }
     void put(UvMoment& moment, std::size_t i, const Leg& leg, double time) const;
     int takeInOrder(std::size_t i, MomentSink& sink);
     void closeOthers(double time, MomentSink& sink);
@@ -109,13 +145,16 @@ private:
     UvSplit split_;
     UvCells cells_;
     std::size_t baselines_;
-    int what_;
+    int what_, withSample_;
     std::map<std::tuple<int, int, int>, Leg> wanted_;
-    Distinct<UvPair, Leg> legs_;  ///< as they come in the file
+    Distinct<KindKey, Kind> kinds_;  ///< as they come in the file
+    Kind other_;                     ///< one of which nothing is kept
     Distinct<UvPair, int> origins_;
     Phase phase_ = Phase::start;
+    int isByTime_ = 0;  ///< the file is in no order of time
     std::int64_t next_ = 0;
     double half_ = 0;
+    std::vector<std::int64_t> sample_;
     double before_ = 0;  ///< what was done when all was read anew
     std::string error_;
     UvGroups groups_;

@@ -32,20 +32,25 @@ private:
     CString text_;
 };
 
-/// All of x, with room at both ends for what stands there; unset without values.
+/// All of x, with room at both ends for what stands there, of lines only where there is nothing
+/// else; unset without values.
 TMinMax rangeOf(const PanelChart& chart)
 {
     double least = std::numeric_limits<double>::infinity();
     double greatest = -least;
-    for (const ChartPanel& panel : chart.panels)
-        for (const ChartScale& scale : panel.scales)
-            for (const ChartCurve& curve : scale.curves)
-                for (const double x : curve.x) {
-                    if (!std::isfinite(x))
-                        continue;
-                    least = std::min(least, x);
-                    greatest = std::max(greatest, x);
-                }
+    const auto widen = [&](int byLines) {
+        for (const ChartPanel& panel : chart.panels)
+            for (const ChartScale& scale : panel.scales)
+                for (const ChartCurve& curve : scale.curves)
+                    for (const double x : curve.x)
+                        if (std::isfinite(x) && (curve.isLine != 0) == byLines) {
+                            least = std::min(least, x);
+                            greatest = std::max(greatest, x);
+                        }
+    };
+    widen(0);
+    if (least > greatest)
+        widen(1);
     TMinMax range;
     constexpr double room = 0.02;
     constexpr double half = 0.5;  // of what is counted
@@ -64,7 +69,7 @@ AGraph* newGraph(A2DAxisMulti* axis, ChartCurve& curve)
     double* const x = curve.x.data();
     double* const y = curve.y.data();
     if (curve.isLine)
-        return new AGraphXYLine(axis, x, y, count, nullptr, PS_SOLID, 2, curve.color, 0);
+        return new AGraphXYLine(axis, x, y, count, nullptr, PS_SOLID, 1, curve.color, 0);
     auto* const points =
         new AGraphXYErrors(axis, x, y, count, nullptr, graphPointDot, 1, curve.color, 0);
     if (curve.error.size() >= curve.y.size())
@@ -97,6 +102,7 @@ void ChartAxis::put(PanelChart chart)
     while (childs().count() > 0)  // whose points are those of the chart before
         (void)deleteGraph(childs()(childs().count() - 1));
     chart_ = std::move(chart);
+    setLegend(legendNone);
     setNameOX(chart_.nameX);
     setWholeX(chart_.isWholeX);
     (void)setCurrentScale(0);
@@ -133,8 +139,14 @@ void ChartAxis::putPanel(int number, ChartPanel& panel, int& next)
             (void)setScale(index, made);
         else
             (void)addScale(made);
-        for (ChartCurve& curve : scale.curves)
-            (void)setScaleOf(newGraph(this, curve), index);
+        for (ChartCurve& curve : scale.curves) {
+            AGraph* const graph = newGraph(this, curve);
+            (void)setScaleOf(graph, index);
+            if (curve.name.empty())
+                continue;
+            graph->setGraphName(curve.name);
+            setLegend(legendEmptiest);
+        }
     }
 }
 

@@ -16,6 +16,7 @@ struct ChartCurve {
     std::vector<double> error;  ///< of y, as long as the points, or empty
     int isLine = 0;
     COLORREF color = 0;
+    CString name{};  ///< in the legend; "": not there
 };
 
 /// A y scale of a panel.

@@ -30,15 +30,20 @@ public:
     int rank() const { return rank_; }
 
 private:
-    void keep(std::size_t last);
+    void keep(std::size_t last, std::uint32_t value);
 
     struct Part {
         std::uint32_t of, times;
     };
+    /// What a row has: its parts, or where these are many all quantities before the last.
+    struct Row {
+        std::vector<Part> parts;
+        std::vector<std::uint32_t> all;
+    };
     /// By the last quantity that they have, which they have once; that one is left out.
-    std::vector<std::vector<Part>> rows_;
+    std::vector<Row> rows_;
     std::vector<char> isRow_;
-    std::vector<std::uint32_t> sum_;  ///< all 0 between two calls
+    std::vector<std::uint64_t> sum_;  ///< below 2^33; all 0 between two calls
     int rank_ = 0;
 };
 

@@ -1,12 +1,11 @@
 #include "pavane/calibration/UvCells.h"
 
+#include "pavane/calibration/leg_kernels.h"
+#include "tessel/big_endian.h"
 #include "tessel/stokes_name.h"
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <cstdint>
-#include <limits>
 
 namespace pavane
 {
@@ -19,65 +18,10 @@ constexpr int numbers = 3;
 
 /// Single precision counts so far.
 constexpr std::size_t mostCounted = std::size_t{1} << 24;
-/// No number of a tame leg is greater, and the mean is not smaller: four of them are multiplied,
-/// and a variance.
-constexpr float leastTame = 1e-5F, mostTame = 1e5F;
-constexpr float leastVariance = 1e-12F, mostVariance = 1e12F;
-
-void spreadOut(const float* __restrict from, std::size_t count, float* __restrict real,
-               float* __restrict imaginary, float* __restrict variance)
-{
-    for (std::size_t k = 0; k < count; ++k) {
-        real[k] = from[numbers * k];
-        imaginary[k] = from[numbers * k + 1];
-        variance[k] = from[numbers * k + 2];
-    }
-}
-
-std::uint32_t allOf(bool is) { return is ? ~std::uint32_t{0} : 0; }
-
-/// The value, or 0 where no bit is set.
-float only(std::uint32_t bits, float value)
-{
-    return std::bit_cast<float>(std::bit_cast<std::uint32_t>(value) & bits);
-}
-
-/// Sums over a leg.
-struct Taken {
-    float good = 0, tame = 0, sizes = 0, variance = 0;
-};
-
-/// Keeps what is marked, not flagged and finite, and turns weights into variances. For the
-/// vectoriser: no branch, no call.
-Taken keepGood(const float* __restrict marked, std::size_t count, float sign,
-               float* __restrict real, float* __restrict imaginary, float* __restrict variance,
-               float* __restrict valid)
-{
-    constexpr float most = std::numeric_limits<float>::max();
-    for (std::size_t k = 0; k < count; ++k) {
-        // bits, since a choice that hangs on another one would become a branch
-        std::uint32_t good = allOf(marked[k] > 0);
-        good &= allOf(variance[k] > 0);
-        good &= allOf(variance[k] <= most);
-        good &= allOf(std::fabs(real[k]) <= most);
-        good &= allOf(std::fabs(imaginary[k]) <= most);
-        valid[k] = only(good, 1);
-        real[k] = only(good, real[k]);
-        imaginary[k] = only(good, sign * imaginary[k]);
-        variance[k] = only(good, 1 / variance[k]);
-    }
-    Taken taken;
-    for (std::size_t k = 0; k < count; ++k) {
-        const float size = std::fabs(real[k]) + std::fabs(imaginary[k]);
-        float tame = size <= mostTame ? 1.0F : 0.0F;
-        tame *= variance[k] <= mostVariance ? 1.0F : 0.0F;
-        taken.good += valid[k];
-        taken.tame += tame;
-        taken.sizes += size;
-        taken.variance += variance[k];
-    }
-    return taken;
-}
+/// What the cells of a tame leg are in the mean at least, and add up to at most: four of them are
+/// multiplied, and a variance.
+constexpr float leastTame = 1e-5F, leastVariance = 1e-12F;
+constexpr float mostTame = 1e6F, mostVariance = 1e10F;
 
 }  // namespace
 
@@ -121,6 +65,24 @@ std::string partName(const AUVXFile& file, const UvCells::Part& part)
     return name;
 }
 
+/// The numbers of cells that do not stand one behind the other.
+void UvLeg::gather(const UvGroups& groups, int i, const UvCells& cells)
+{
+    const std::size_t count = cells.count();
+    const auto number = [&](std::int64_t at) {
+        return groups.stored ? bigEndianItem<float>(groups.stored + i * groups.storedStep +
+                                                    at * std::int64_t{sizeof(float)})
+                             : groups.cells[static_cast<std::size_t>(i * cells.steps.group + at)];
+    };
+    scratch.resize(numbers * count);
+    for (std::size_t k = 0; k < count; ++k) {
+        const std::int64_t at = cells.cells[k].offset;
+        scratch[numbers * k] = number(at);
+        scratch[numbers * k + 1] = number(at + cells.steps.part);
+        scratch[numbers * k + 2] = cells.steps.hasWeights ? number(at + 2 * cells.steps.part) : 1;
+    }
+}
+
 int UvLeg::take(const UvGroups& groups, int i, const UvCells& cells, const double* frequencies,
                 int sign)
 {
@@ -132,32 +94,29 @@ int UvLeg::take(const UvGroups& groups, int i, const UvCells& cells, const doubl
     const int hasPlace = !groups.u.empty();
     u = hasPlace ? sign * groups.u[g] : 0;
     v = hasPlace ? sign * groups.v[g] : 0;
-    const float* from = groups.cells.data() + i * cells.steps.group;
-    if (count > 0 && cells.isDense)
-        from += cells.cells.front().offset;
-    else {
-        scratch.resize(numbers * count);
-        for (std::size_t k = 0; k < count; ++k) {
-            const float* const at = from + cells.cells[k].offset;
-            scratch[numbers * k] = at[0];
-            scratch[numbers * k + 1] = at[cells.steps.part];
-            scratch[numbers * k + 2] = cells.steps.hasWeights ? at[2 * cells.steps.part] : 1;
-        }
-        from = scratch.data();
-    }
     if (markedBy != frequencies || marked.size() != count) {
         markedBy = frequencies;
         marked.resize(count);
         for (std::size_t k = 0; k < count; ++k)
             marked[k] = frequencies[cells.cells[k].frequency] > 0 ? 1.0F : 0.0F;
     }
-    spreadOut(from, count, real.data(), imaginary.data(), variance.data());
-    const Taken taken = keepGood(marked.data(), count, static_cast<float>(sign), real.data(),
-                                 imaginary.data(), variance.data(), valid.data());
+    const LegArrays to = {real.data(), imaginary.data(), variance.data(), valid.data()};
+    const auto direction = static_cast<float>(sign);
+    LegSums taken;
+    if (!cells.isDense || count == 0) {
+        gather(groups, i, cells);
+        taken = takeCells(scratch.data(), marked.data(), count, direction, to);
+    } else if (const std::int64_t first = cells.cells.front().offset; groups.stored)
+        taken =
+            takeCells(groups.stored + i * groups.storedStep + first * std::int64_t{sizeof(float)},
+                      marked.data(), count, direction, to);
+    else
+        taken = takeCells(groups.cells.data() + i * cells.steps.group + first, marked.data(), count,
+                          direction, to);
     const auto all = static_cast<float>(count);
     isWhole = count <= mostCounted && taken.good == all;
-    isTame = count <= mostCounted && taken.tame == all && taken.sizes > leastTame * all &&
-             taken.variance > leastVariance * all;
+    isTame = count <= mostCounted && taken.sizes > leastTame * all && taken.sizes < mostTame &&
+             taken.variance > leastVariance * all && taken.variance < mostVariance;
     return taken.good > 0;
 }
 

@@ -62,6 +62,9 @@ struct UvLeg {
     /// way. Non-zero when at least one visibility counts.
     int take(const UvGroups& groups, int i, const UvCells& cells, const double* frequencies,
              int sign);
+
+private:
+    void gather(const UvGroups& groups, int i, const UvCells& cells);
 };
 
 }  // namespace pavane

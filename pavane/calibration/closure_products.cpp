@@ -1,10 +1,13 @@
 #include "pavane/calibration/closure_products.h"
 
+#include "pavane/calibration/processor.h"
+
 #include <algorithm>
 #include <cmath>
 
 // The loops are written for the vectoriser: no branch, no call, one array item a step. This file is
-// compiled so that it may change the order in which they add up.
+// compiled so that it may change the order in which they add up. A body is always inlined into a
+// caller for each set of instructions.
 //
 // Legs of usual sizes are multiplied in single precision, of which twice as many fit into a step;
 // sums of a piece are short enough to keep the digits that the data have.
@@ -19,22 +22,22 @@ namespace
 constexpr std::size_t piece = 256;
 
 template <std::size_t legs>
-int areTame(const std::array<SignedLeg, legs>& of)
+PAVANE_BODY int areTame(const std::array<SignedLeg, legs>& of)
 {
     return std::all_of(of.begin(), of.end(),
                        [](const SignedLeg& leg) { return leg.cells->isTame; });
 }
 
 template <std::size_t legs>
-int areWhole(const std::array<SignedLeg, legs>& of)
+PAVANE_BODY int areWhole(const std::array<SignedLeg, legs>& of)
 {
     return std::all_of(of.begin(), of.end(),
                        [](const SignedLeg& leg) { return leg.cells->isWhole; });
 }
 
 template <class Real>
-void addTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to,
-                ClosureSums& sums)
+PAVANE_BODY void addTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to,
+                            ClosureSums& sums)
 {
     const LegCells x = *legs[0].cells;
     const LegCells y = *legs[1].cells;
@@ -66,7 +69,8 @@ void addTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::siz
     sums.variance += variance;
 }
 
-float countTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to)
+PAVANE_BODY float countTriples(const std::array<SignedLeg, 3>& legs, std::size_t from,
+                               std::size_t to)
 {
     const LegCells x = *legs[0].cells;
     const LegCells y = *legs[1].cells;
@@ -78,8 +82,8 @@ float countTriples(const std::array<SignedLeg, 3>& legs, std::size_t from, std::
 }
 
 template <class Real>
-void addRatios(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
-               ClosureRatioSums& sums)
+PAVANE_BODY void addRatios(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
+                           ClosureRatioSums& sums)
 {
     const LegCells x = *legs[0].cells;
     const LegCells y = *legs[1].cells;
@@ -110,19 +114,63 @@ void addRatios(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size
     sums.count += count;
 }
 
+PAVANE_BODY void addRatiosOf(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
+                             ClosureRatioSums& sums)
+{
+    const int tame = areTame(legs);
+    for (std::size_t i = from; i < to; i += piece)
+        if (tame)
+            addRatios<float>(legs, i, std::min(to, i + piece), sums);
+        else
+            addRatios<double>(legs, i, std::min(to, i + piece), sums);
+}
+
+void addRatiosPlain(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
+                    ClosureRatioSums& sums)
+{
+    addRatiosOf(legs, from, to, sums);
+}
+
+template <class Real>
+void addTriplesPlain(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to,
+                     ClosureSums& sums)
+{
+    addTriples<Real>(legs, from, to, sums);
+}
+
+#if defined(__x86_64__)
+template <class Real>
+PAVANE_FOR_AVX2 void addTriplesAvx2(const std::array<SignedLeg, 3>& legs, std::size_t from,
+                                    std::size_t to, ClosureSums& sums)
+{
+    addTriples<Real>(legs, from, to, sums);
+}
+
+PAVANE_FOR_AVX2 void addRatiosAvx2(const std::array<SignedLeg, 4>& legs, std::size_t from,
+                                   std::size_t to, ClosureRatioSums& sums)
+{
+    addRatiosOf(legs, from, to, sums);
+}
+
+const auto triplesOfFloats = hasAvx2() ? addTriplesAvx2<float> : addTriplesPlain<float>;
+const auto triplesOfDoubles = hasAvx2() ? addTriplesAvx2<double> : addTriplesPlain<double>;
+const auto ratios = hasAvx2() ? addRatiosAvx2 : addRatiosPlain;
+#else
+constexpr auto triplesOfFloats = addTriplesPlain<float>;
+constexpr auto triplesOfDoubles = addTriplesPlain<double>;
+constexpr auto ratios = addRatiosPlain;
+#endif
+
 }  // namespace
 
 void addTripleProducts(const std::array<SignedLeg, 3>& legs, std::size_t from, std::size_t to,
                        ClosureSums& sums)
 {
-    const int tame = areTame(legs);
+    const auto add = areTame(legs) ? triplesOfFloats : triplesOfDoubles;
     const int whole = areWhole(legs);
     for (std::size_t i = from; i < to; i += piece) {
         const std::size_t end = std::min(to, i + piece);
-        if (tame)
-            addTriples<float>(legs, i, end, sums);
-        else
-            addTriples<double>(legs, i, end, sums);
+        add(legs, i, end, sums);
         sums.count += whole ? static_cast<float>(end - i) : countTriples(legs, i, end);
     }
 }
@@ -153,12 +201,7 @@ std::complex<double> tripleProducts(const std::array<SignedLeg, 3>& legs, std::s
 void addAmplitudeProducts(const std::array<SignedLeg, 4>& legs, std::size_t from, std::size_t to,
                           ClosureRatioSums& sums)
 {
-    const int tame = areTame(legs);
-    for (std::size_t i = from; i < to; i += piece)
-        if (tame)
-            addRatios<float>(legs, i, std::min(to, i + piece), sums);
-        else
-            addRatios<double>(legs, i, std::min(to, i + piece), sums);
+    ratios(legs, from, to, sums);
 }
 
 }  // namespace pavane

@@ -18,9 +18,12 @@ constexpr double nearKilometres = 10;
 constexpr double gap = std::numeric_limits<double>::quiet_NaN();
 /// Of data, and where there are several series in turn; dark on white, told apart by the colour
 /// blind. The model is the last.
-constexpr COLORREF dataColors[] = {RGB(0, 70, 140), RGB(170, 70, 0), RGB(0, 120, 90),
-                                   RGB(130, 40, 120)};
+constexpr COLORREF dataColors[] = {RGB(0, 70, 140),    RGB(170, 70, 0),  RGB(0, 120, 90),
+                                   RGB(130, 40, 120),  RGB(140, 120, 0), RGB(0, 140, 190),
+                                   RGB(110, 110, 110), RGB(90, 50, 20)};
 constexpr COLORREF phaseColor = RGB(150, 60, 0), modelColor = RGB(200, 0, 60);
+/// Of their scales' hue, brighter than the points that they lie on.
+constexpr COLORREF amplitudeModelColor = RGB(60, 160, 255), phaseModelColor = RGB(255, 130, 20);
 /// Half ranges of phases, the least that takes in all of them with their errors is taken.
 constexpr double phaseRanges[] = {10, 30, 60, 90, 180};
 constexpr double roomAbove = 1.02;
@@ -69,25 +72,48 @@ ChartCurve pointsOf(const std::vector<double>& x, double scaleX, const std::vect
     return curve;
 }
 
-/// A line through the points, with gaps; `breaks`: more x at which it does, after each.
+/// A line through the points, with gaps.
 ChartCurve lineOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,
-                  int breakEvery = 0)
+                  COLORREF color = modelColor)
 {
     ChartCurve curve;
     curve.isLine = 1;
-    curve.color = modelColor;
+    curve.color = color;
     const double longest = longestStep(x);
     for (std::size_t i = 0; i < y.size(); ++i) {
-        const int isOther =
-            i > 0 && (x[i] < x[i - 1] || x[i] - x[i - 1] > longest ||
-                      (breakEvery > 0 && std::floor((x[i] - 1) / breakEvery) !=
-                                             std::floor((x[i - 1] - 1) / breakEvery)));
-        if (isOther) {
+        if (i > 0 && (x[i] < x[i - 1] || x[i] - x[i - 1] > longest)) {
             curve.x.push_back(curve.x.back());
             curve.y.push_back(gap);
         }
         curve.x.push_back(x[i] * scaleX);
         curve.y.push_back(double{y[i]});
+    }
+    return curve;
+}
+
+/// A line through the channels of each IF, which begins and ends as wide as a channel: it may be
+/// the only one.
+ChartCurve lineOfChannels(const std::vector<double>& x, const std::vector<float>& y, int channels,
+                          COLORREF color)
+{
+    constexpr double half = 0.4;
+    ChartCurve curve;
+    curve.isLine = 1;
+    curve.color = color;
+    const auto add = [&](double at, double value) {
+        curve.x.push_back(at);
+        curve.y.push_back(value);
+    };
+    const auto ifOf = [&](std::size_t i) { return std::floor((x[i] - 1) / channels); };
+    for (std::size_t i = 0; i < y.size(); ++i) {
+        const double value = double{y[i]};
+        if (i == 0 || ifOf(i) != ifOf(i - 1))
+            add(x[i] - half, value);
+        add(x[i], value);
+        if (i + 1 < y.size() && ifOf(i) == ifOf(i + 1))
+            continue;
+        add(x[i] + half, value);
+        add(x[i] + half, gap);
     }
     return curve;
 }
@@ -103,6 +129,15 @@ double reachOf(const std::vector<float>& values, const std::vector<float>& error
             most = std::max(most, std::isfinite(error) && error > 0 ? size + error : size);
     }
     return most;
+}
+
+/// The greatest amplitude that is shown. Errors count up to the size of the amplitudes: weights may
+/// be of no scale, and a lone one next to nothing, and would leave all points on the axis.
+double amplitudeReach(const BaselineSeries& s)
+{
+    const double values = std::max(reachOf(s.amplitude, {}), reachOf(s.modelAmplitude, {}));
+    const double errors = reachOf(s.amplitude, s.amplitudeError);
+    return values > 0 ? std::clamp(errors, values, 2 * values) : errors;
 }
 
 /// The half range that takes in phases up to a size.
@@ -205,6 +240,7 @@ PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
             count += found.count;
             scale.curves.push_back(pointsOf(series.time, secondsPerDay, series.phase, series.error,
                                             dataColors[p % std::size(dataColors)]));
+            scale.curves.back().name = partName(file, reader.parts()[p]);
             if (reader.hasModel())
                 models.push_back(lineOf(series.time, secondsPerDay, series.model));
         }
@@ -243,8 +279,7 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
         amplitude.name = "Amplitude [%sJy]";
         phase.name = "Phase [\u00b0]";
         setPhases(phase, 180);
-        const double most =
-            std::max(reachOf(s.amplitude, s.amplitudeError), reachOf(s.modelAmplitude, {}));
+        const double most = amplitudeReach(s);
         if (most > 0) {
             amplitude.least = 0;
             amplitude.greatest = roundedUp(roomAbove * most);
@@ -253,10 +288,12 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
             pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, dataColors[0]));
         phase.curves.push_back(pointsOf(s.x, scaleX, s.phase, s.phaseError, phaseColor));
         if (hasModel) {
-            amplitude.curves.push_back(lineOf(s.x, scaleX, s.modelAmplitude, channels));
-            phase.curves.push_back(lineOf(s.x, scaleX, s.modelPhase, channels));
-            amplitude.curves.back().color = dataColors[0];
-            phase.curves.back().color = phaseColor;
+            const auto model = [&](const std::vector<float>& y, COLORREF color) {
+                return isTime ? lineOf(s.x, scaleX, y, color)
+                              : lineOfChannels(s.x, y, channels, color);
+            };
+            amplitude.curves.push_back(model(s.modelAmplitude, amplitudeModelColor));
+            phase.curves.push_back(model(s.modelPhase, phaseModelColor));
         }
         panel.scales = {std::move(amplitude), std::move(phase)};
         chart.panels.push_back(std::move(panel));
@@ -303,6 +340,7 @@ void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
                     }
             scale.curves.push_back(pointsOf(ratios.time, secondsPerDay, data, errors,
                                             dataColors[p % std::size(dataColors)]));
+            scale.curves.back().name = partName(file, reader.parts()[p]);
             if (reader.hasModel())
                 models.push_back(lineOf(ratios.time, secondsPerDay, model));
         }

@@ -11,7 +11,7 @@ namespace pavane
 
 /// Closure phases against time, a panel a triangle, the model's as a line; the caption has the
 /// telescopes, and with a model the reduced chi-squared. Series of triangles with several parts
-/// have several colours. The triangles are indices of the reader's.
+/// have several colours, which a legend names. The triangles are indices of the reader's.
 PAVANE_API PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
                                    const std::vector<std::size_t>& triangles);
 

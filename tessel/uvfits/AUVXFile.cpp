@@ -1,5 +1,6 @@
 #include "tessel/uvfits/AUVXFile.h"
 
+#include "tessel/big_endian.h"
 #include "tessel/plain_text.h"
 #include "tessel/uvfits/FitsTable.h"
 #include "tessel/uvfits/group_values.h"
@@ -32,6 +33,20 @@ std::uint64_t telescopeKey(int subarray, int number)
 {
     return std::uint64_t{static_cast<std::uint32_t>(subarray)} << 32 |
            static_cast<std::uint32_t>(number);
+}
+
+double fromOrigin(const AUVXTlscItem& item)
+{
+    return std::hypot(item.x.value, item.y.value, item.z.value);
+}
+
+/// Whether one of two telescopes has no place: writers that know none give the origin, which is
+/// where a telescope stands only when positions count from the middle of an array.
+int isNowhere(const AUVXTlscItem& item, const AUVXTlscItem& other)
+{
+    constexpr double leastEarth = 6.3e6;
+    const double away = fromOrigin(other);
+    return fromOrigin(item) == 0 && (away == 0 || away > leastEarth) && &item != &other;
 }
 
 /// The frequencies of a file without a table of them.
@@ -239,7 +254,7 @@ double AUVXFile::lengthOf(const UvBaseline& baseline) const
 {
     const AUVXTlscItem* const a = telescope(baseline.subarray, baseline.first);
     const AUVXTlscItem* const b = telescope(baseline.subarray, baseline.second);
-    if (!a || !b)
+    if (!a || !b || isNowhere(*a, *b) || isNowhere(*b, *a))
         return std::numeric_limits<double>::quiet_NaN();
     return std::hypot(b->x.value - a->x.value, b->y.value - a->y.value, b->z.value - a->z.value) /
            metresPerKilometre;
@@ -290,6 +305,12 @@ int AUVXFile::takeGroups(std::int64_t first, int count, int what, UvGroups& grou
     takeGroupValues(layout, header_.referenceDay, {block_.data(), step, count}, what, groups);
     if (!hasCells)
         return 1;
+    const int isPlain = layout.bitpix == -32 && layout.scale.scale == 1 && layout.scale.zero == 0;
+    if (what & UvGroups::storedCells && isPlain) {
+        groups.stored = block_.data() + layout.parameterBytes;
+        groups.storedStep = step;
+        return 1;
+    }
     groups.cells.resize(static_cast<std::size_t>(layout.cells * count));
     for (int i = 0; i < count; ++i)
         convertCells(block_.data() + i * step + layout.parameterBytes, layout.bitpix, layout.cells,
@@ -305,12 +326,18 @@ UvVisibility AUVXFile::visibility(const UvGroups& groups, int i, int ifIndex, in
                          channel >= 0 && channel < header_.channels && stokes >= 0 &&
                          stokes < static_cast<int>(header_.stokes.size());
     const auto size = static_cast<std::int64_t>(groups.cells.size());
-    if (!isInside || size != layout.cells * groups.count || layout.cells == 0)
+    const int hasCells = groups.stored || size == layout.cells * groups.count;
+    if (!isInside || !hasCells || layout.cells == 0)
         return {};
-    const float* const cell = groups.cells.data() + i * layout.cells + ifIndex * layout.ifStep +
-                              channel * layout.channelStep + stokes * layout.stokesStep;
-    return {cell[0], cell[layout.complexStep],
-            layout.complexLength > 2 ? cell[2 * layout.complexStep] : 1.0f};
+    const std::int64_t at =
+        ifIndex * layout.ifStep + channel * layout.channelStep + stokes * layout.stokesStep;
+    const auto number = [&](std::int64_t part) {
+        const std::int64_t cell = at + part * layout.complexStep;
+        return groups.stored ? bigEndianItem<float>(groups.stored + i * groups.storedStep +
+                                                    cell * static_cast<std::int64_t>(sizeof(float)))
+                             : groups.cells[static_cast<std::size_t>(i * layout.cells + cell)];
+    };
+    return {number(0), number(1), layout.complexLength > 2 ? number(2) : 1.0f};
 }
 
 UvCellSteps AUVXFile::cellSteps() const

@@ -28,7 +28,7 @@ int AUVXFqTbl::selectionOf(int id) const
     for (std::size_t i = 0; i < selections_.size(); ++i)
         if (selections_[i].id == id)
             return static_cast<int>(i);
-    return -1;
+    return selections_.size() == 1 ? 0 : -1;
 }
 
 const UvIf* AUVXFqTbl::find(int selection, int ifIndex) const

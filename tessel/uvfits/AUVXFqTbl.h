@@ -24,7 +24,8 @@ public:
     int channels() const { return channels_; }
     int selectionCount() const { return static_cast<int>(selections_.size()); }
     const std::vector<AUVXFreqs>& selections() const { return selections_; }
-    /// The selection that groups call `id`, -1 when there is none.
+    /// The selection that groups call `id`, -1 when there is none. A table of one alone is that of
+    /// all groups, whatever they call it.
     int selectionOf(int id) const;
 
     double referenceFrequency() const { return reference_; }

@@ -23,6 +23,8 @@ public:
     const double* frequenciesOf(const UvGroups& groups, std::size_t i);
     /// Whether one of UvHeader::stokes is marked, from 0.
     int takesStokes(int stokes) const { return stokes_[static_cast<std::size_t>(stokes)]; }
+    /// Whether groups of one baseline, source and selection may differ in what is marked of them.
+    int dependsOnScans() const { return !allScans_; }
     int stokesCount() const { return static_cast<int>(stokes_.size()); }
 
 private:

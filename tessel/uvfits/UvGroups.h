@@ -11,7 +11,15 @@ namespace pavane
 /// same in all groups: time, u, v, w 0, subarray 1, source and selection the first of their tables.
 struct UvGroups {
     /// Bits that choose arrays; each costs the reading of its parameters.
-    enum What : int { times = 1, baselines = 2, origins = 4, places = 8, cellValues = 16 };
+    /// `storedCells` with `cellValues` leaves cells that are plain floats as the file has them.
+    enum What : int {
+        times = 1,
+        baselines = 2,
+        origins = 4,
+        places = 8,
+        cellValues = 16,
+        storedCells = 32
+    };
 
     std::int64_t first = 0;  ///< from 0
     int count = 0;
@@ -20,6 +28,10 @@ struct UvGroups {
     std::vector<int> source, selection;             ///< with `origins`
     std::vector<double> u, v, w;                    ///< with `places`: seconds of light
     std::vector<float> cells;  ///< with `cellValues`: AUVXFile::visibility knows the order
+    /// With `storedCells`: the bytes of the first group's cells, the highest of each first, and
+    /// from a group to the next; they stay until the next reading. Null where `cells` has them.
+    const unsigned char* stored = nullptr;
+    std::int64_t storedStep = 0;
 
     /// No groups; the memory stays for the next ones.
     void clear();

@@ -1,8 +1,8 @@
 #include "tessel/uvfits/group_values.h"
 
 #include "tessel/big_endian.h"
-#include "tessel/rounding.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <type_traits>
@@ -95,18 +95,20 @@ void takeIdentifiers(const GroupBytes& stored, int bitpix, const UvTerms& terms,
         values[i] = identifier(scratch[i]);
 }
 
-/// Telescopes and subarray of a BASELINE.
+/// Telescopes and subarray of a BASELINE. Scaled numbers lie a little beside the hundredths.
 void splitBaseline(double value, int& subarray, int& first, int& second)
 {
     subarray = 1;
     first = second = -1;
-    if (value >= 0 && value < wideBaselines) {
-        const auto packed = static_cast<unsigned>(value);
+    constexpr double half = 0.005;
+    if (value > -half && value < wideBaselines - half) {
+        const auto hundredths = static_cast<unsigned>((value + half) * 100);
+        const unsigned packed = hundredths / 100;
         first = static_cast<int>(packed / 256);
         second = static_cast<int>(packed % 256);
-        subarray = truncated((value - packed) * 100 + 0.5) + 1;
-    } else if (value >= 0 && value < mostTelescopes * 2048) {
-        const auto packed = static_cast<std::uint64_t>(value - wideBaselines);
+        subarray = static_cast<int>(hundredths % 100) + 1;
+    } else if (value > -half && value < mostTelescopes * 2048) {
+        const auto packed = static_cast<std::uint64_t>(std::llround(value - wideBaselines));
         first = static_cast<int>(packed / 2048);
         second = static_cast<int>(packed % 2048);
     }
@@ -121,6 +123,11 @@ void takeBaselines(const UvLayout& layout, const GroupBytes& stored, UvGroups& g
     std::vector<double> values(layout.baseline.empty() ? count : 0, -1.0);
     if (!layout.baseline.empty())
         takeSum(stored, layout.bitpix, layout.baseline, 0, values);
+    // steps that are coarser than the hundredths leave whole numbers alone
+    if (layout.bitpix > 0 && std::any_of(layout.baseline.begin(), layout.baseline.end(),
+                                         [](const UvTerm& t) { return std::abs(t.scale) > 0.01; }))
+        for (double& value : values)
+            value = std::floor(value + 0.5);
     for (std::size_t i = 0; i < count; ++i)
         splitBaseline(values[i], groups.subarray[i], groups.antenna1[i], groups.antenna2[i]);
     // parameters of their own come with arrays whose numbers BASELINE cannot hold
@@ -153,6 +160,7 @@ void UvGroups::clear()
     for (std::vector<int>* values : {&subarray, &antenna1, &antenna2, &source, &selection})
         values->clear();
     cells.clear();
+    stored = nullptr;
 }
 
 void takeGroupValues(const UvLayout& layout, double referenceDay, const GroupBytes& stored,

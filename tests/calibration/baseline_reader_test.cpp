@@ -46,7 +46,37 @@ TEST(BaselineReader, AmplitudesAndPhasesAreTheMeansOfWhatIsMarked)
         ASSERT_EQ(chart.panels.size(), 2u);
         EXPECT_EQ(chart.panels[0].caption, "1-2");
         EXPECT_EQ(chart.panels[0].scales[1].period, 360);
-        EXPECT_EQ(chart.panels[0].scales[0].curves.size(), 2u);
+        ASSERT_EQ(chart.panels[0].scales[0].curves.size(), 2u);
+        if (c.plot == BaselinePlot::channels) {  // a line to each IF, as wide as its channels
+            const std::vector<double> line = {1 - 0.4, 1, 2, 2 + 0.4, 2 + 0.4,
+                                              3 - 0.4, 3, 4, 4 + 0.4, 4 + 0.4};
+            EXPECT_EQ(chart.panels[0].scales[0].curves[1].x, line);
+        }
+    }
+}
+
+TEST(BaselineReader, WeightsDoNotFlattenAmplitudes)
+{
+    const struct {
+        float usual, lone;
+        double greatest;  ///< of the scale, of amplitudes up to 1
+    } cases[] = {{1e4f, 1e4f, 1.2}, {1e4f, 1e-9f, 2.5}, {1e-4f, 1e-4f, 2.5}, {4, 4, 1.5}};
+    for (const auto& c : cases) {
+        std::vector<MadeGroup> groups(50);
+        for (std::size_t i = 0; i < groups.size(); ++i) {
+            groups[i].seconds = 2.0 * static_cast<double>(i);
+            groups[i].gain = 1 / madeModel().VfromUV(0, 0).real();
+            groups[i].weight = i == 7 ? c.lone : c.usual;
+        }
+        AUVXFile file;
+        std::string error;
+        ASSERT_TRUE(file.open(savedData("weights.uvfits", groups), error)) << error;
+        BaselineReader reader(file, {{1, 1, 2, 50}}, BaselinePlot::time);
+        while (reader.step()) {
+        }
+        const PanelChart chart = baselineChart(file, reader, BaselinePlot::time, {0});
+        EXPECT_NEAR(chart.panels[0].scales[0].greatest, c.greatest, 1e-9) << c.usual;
+        EXPECT_EQ(chart.panels[0].scales[0].least, 0);
     }
 }
 

@@ -1,5 +1,8 @@
+#include "pavane/axes/multi/A2DAxisMulti.h"
 #include "pavane/calibration/closure_products.h"
 #include "pavane/calibration/ClosureReader.h"
+#include "pavane/calibration/phase_kernels.h"
+#include "pavane/calibration/visibility_charts.h"
 #include "tests/calibration/made_data.h"
 
 #include <algorithm>
@@ -32,7 +35,7 @@ struct Read {
             madeModel());
         while (reader->step(1)) {
         }
-        EXPECT_EQ(reader->error(), "");
+        EXPECT_EQ(reader->error().empty(), points() > 0 || reader->triangles().empty());
         EXPECT_EQ(reader->done(), 1);
     }
     std::size_t points() const
@@ -159,6 +162,7 @@ TEST(ClosureReader, PhasesOfDataWithGainsOfTelescopesAreThoseOfTheModel)
          changed(five, [](MadeGroup& g, std::size_t i) { g.seconds /= i == 0 ? 0.0 : 1.0; }), 37},
         {"a missing leg", Groups(five.begin() + 1, five.end()), 37},
         {"telescopes without a third", Groups(five.begin(), five.begin() + 4), 0},
+        {"nothing but flags", changed(five, [](MadeGroup& g, std::size_t) { g.weight = 0; }), 0},
         {"no groups", {}, 0}};
     for (const auto& c : cases) {
         const Read read("closure.uvfits", c.groups);
@@ -186,6 +190,10 @@ TEST(ClosureReader, AveragesTripleProductsAndKeepsApartWhatIsAskedFor)
         EXPECT_EQ(read.points(), c.points);
         EXPECT_LT(read.worst(), 2e-3);
     }
+    const Read apart("split.uvfits", five, {{1, 1}});
+    const PanelChart chart = closureChart(apart.file, *apart.reader, {0});
+    EXPECT_EQ(chart.panels[0].scales[0].curves[3].name, "IF 2 LL");
+    EXPECT_EQ(std::unique_ptr<A2DAxisMulti>(newChartAxis(chart))->getLegend(), legendEmptiest);
     // selections and sources in turns at each time, in the order of time and as it may come
     Groups inTurns;
     for (const MadeGroup& g : five)
@@ -237,11 +245,15 @@ TEST(ClosureReader, IndependentSetsAreOfThoseWithPoints)
 {
     // all groups are there in the same number; what is flagged decides
     const Groups five = madeGroups(5, {0, 2, 4, 6});
+    std::vector<double> manySeconds;
+    for (int i = 0; i < 3000; ++i)
+        manySeconds.push_back(2 * i);
     const struct {
         const char* name;
         Groups groups;
         std::string triangles;
         std::size_t quads;
+        int passes = 1;  ///< of long files
     } cases[] = {
         {"nothing", five, "123 124 125 134 135 145", 5},
         {"a telescope",
@@ -254,7 +266,18 @@ TEST(ClosureReader, IndependentSetsAreOfThoseWithPoints)
          changed(five,
                  [](MadeGroup& g, std::size_t) { g.weight = g.a + g.b == 3 && g.seconds ? 0 : 4; }),
          "123 134 135 145 234 235", 5},
-        {"everything", changed(five, [](MadeGroup& g, std::size_t) { g.weight = -1; }), "", 0}};
+        {"everything", changed(five, [](MadeGroup& g, std::size_t) { g.weight = -1; }), "", 0},
+        {"a baseline where a sample is taken, and nowhere else",
+         changed(madeGroups(5, manySeconds),
+                 [](MadeGroup& g, std::size_t i) {
+                     g.weight = i % 15000 < 600 && g.a + g.b == 3 ? -1 : 4;
+                 }),
+         "123 134 135 145 234 235", 5, 2},
+        {"nothing of much", madeGroups(5, manySeconds), "123 124 125 134 135 145", 5},
+        {"a telescope, and the file is in no order",
+         sorted(changed(five, [](MadeGroup& g, std::size_t) { g.weight = g.a == 1 ? -1 : 4; }),
+                [](const MadeGroup& a, const MadeGroup& b) { return a.a + a.b < b.a + b.b; }),
+         "124 234 235 245", 3}};
     for (const auto& c : cases) {
         AUVXFile file;
         std::string error, names;
@@ -265,12 +288,28 @@ TEST(ClosureReader, IndependentSetsAreOfThoseWithPoints)
         const auto telescopes = telescopesOf(baselines);
         ClosureChoice choice(closureTriangles(telescopes, baselines), 1);
         choice.quads = closureQuads(telescopes, baselines);
-        ClosureReader reader(file, choice);
+        ClosureReader reader(file, choice, {}, {}, madeModel());
         double done = 0;
-        while (reader.step(1)) {
+        int blocks = 1;
+        for (; reader.step(1); ++blocks) {
             EXPECT_GE(reader.done(), done);
             done = reader.done();
         }
+        const int all = static_cast<int>(c.groups.size()) / file.blockGroups();
+        EXPECT_TRUE(all < 10 || (blocks + all / 2) / all == c.passes) << c.name;
+        // the triangles of the file, of whose telescopes no table tells
+        ClosureReader own(file, ClosureChoice::ofFile());
+        while (own.step(1)) {
+        }
+        EXPECT_EQ(own.triangles(), reader.triangles()) << c.name;
+        for (std::size_t t = 0; t < reader.triangles().size(); ++t) {
+            const ClosureSeries& series = reader.series(t);
+            EXPECT_EQ(std::ssize(series.time), reader.triangles()[t].points) << c.name;
+            EXPECT_EQ(own.series(t).phase, series.phase) << c.name;
+            EXPECT_LT(statisticsOf(series).chiSquared, 1e-6) << c.name;
+        }
+        for (std::size_t q = 0; q < reader.quads().size(); ++q)
+            EXPECT_EQ(std::ssize(reader.ratios(q).time), reader.quads()[q].points) << c.name;
         for (const ClosureTriangle& t : reader.triangles()) {
             names += names.empty() ? "" : " ";
             for (const int number : t.telescopes)
@@ -279,6 +318,40 @@ TEST(ClosureReader, IndependentSetsAreOfThoseWithPoints)
         EXPECT_EQ(names, c.triangles) << c.name;
         EXPECT_EQ(reader.quads().size(), c.quads) << c.name;
         EXPECT_EQ(reader.error().empty(), !c.triangles.empty());
+    }
+}
+
+TEST(ClosureReader, ChosenTrianglesThatMarksEmptyAreAnError)
+{
+    const std::vector<MadeGroup> groups = madeGroups(4, {0, 2, 4});
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("emptied.uvfits", groups), error)) << error;
+    const std::vector<ClosureTriangle> chosen = {{1, {1, 2, 3}, 3}, {1, {1, 2, 4}, 3}};
+    struct Case {
+        const char* name;
+        std::size_t counts[2];
+        UvMarks marks{};
+    } cases[] = {{"all", {3, 3}},     {"a baseline", {0, 3}},      {"a time", {1, 1}},
+                 {"no time", {0, 0}}, {"no polarisation", {0, 0}}, {"no frequency", {0, 0}}};
+    UvMarks& some = cases[1].marks;
+    some.baselines = ABitArray(6);
+    for (int i = 0; i < 6; ++i) {
+        const MadeGroup& g = groups[std::size_t(i)];
+        some.baselineTable.push_back({1, g.a, g.b, 3});
+        some.baselines.set(i, g.a * g.b != 6);
+    }
+    cases[2].marks.times = UvTimes::ofSeconds(2, 3);
+    cases[3].marks.times = UvTimes::ofSeconds(100, 200);
+    cases[4].marks.stokes = ABitArray(madeHands);
+    cases[5].marks.frequencies = ABitArray(2 * madeIfs);
+    for (const Case& c : cases) {
+        ClosureReader reader(file, chosen, c.marks);
+        while (reader.step()) {
+        }
+        for (std::size_t t = 0; t < 2; ++t)
+            EXPECT_EQ(reader.series(t).count(), c.counts[t]) << c.name;
+        EXPECT_EQ(reader.error().empty(), c.counts[1] > 0) << c.name;
     }
 }
 
@@ -378,6 +451,41 @@ TEST(ClosureProducts, SumsAreThoseOfDoublePrecision)
             EXPECT_NEAR(ratio.above / expectedRatio.above, 1, 1e-6) << size;
             EXPECT_NEAR(ratio.varianceBelow / expectedRatio.varianceBelow, 1, 1e-6) << size;
         }
+}
+
+TEST(ClosureProducts, ManyPointsAreThoseOfEachSum)
+{
+    std::vector<double> numbers[4];
+    std::vector<float> found[3];
+    for (const double size : {1.0, 1e-30, 1e40, 1e100})
+        for (int i = 0; i < 720; ++i) {
+            const double radians = (i * 0.5 - 180) * 0.017453292519943295769;
+            numbers[0].push_back(size * std::cos(radians));
+            numbers[1].push_back(size * std::sin(radians));
+            numbers[2].push_back(size * size * 1e-6 * i * i);
+            numbers[3].push_back(3);
+        }
+    for (const auto& [real, imaginary] :
+         {std::pair{0.0, 0.0}, {-1.0, 0.0}, {-1.0, -1e-12}, {0.0, -2.0}}) {
+        numbers[0].push_back(real);
+        numbers[1].push_back(imaginary);
+        numbers[2].push_back(1e-4);
+        numbers[3].push_back(1);
+    }
+    const std::size_t count = numbers[0].size();
+    for (std::vector<float>& each : found)
+        each.resize(count);
+    closurePoints({numbers[0].data(), numbers[1].data(), numbers[2].data(), numbers[3].data()},
+                  count, {found[0].data(), found[1].data(), found[2].data()});
+    for (std::size_t i = 0; i < count; ++i) {
+        ClosurePoint point;
+        ASSERT_TRUE(
+            closurePoint({{numbers[0][i], numbers[1][i]}, numbers[2][i], numbers[3][i]}, point));
+        EXPECT_NEAR(wrappedDegrees(found[0][i] - point.phase), 0, 2e-5) << i;
+        EXPECT_TRUE(found[0][i] > -180 && found[0][i] <= 180) << i;
+        EXPECT_NEAR(found[1][i], point.error, 2e-5) << i;
+        EXPECT_FLOAT_EQ(found[2][i], nearestFloat(point.amplitude)) << i;
+    }
 }
 
 TEST(ClosureReader, StatisticsAreOfTheCircle)

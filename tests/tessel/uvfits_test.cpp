@@ -146,6 +146,46 @@ TEST(Uvfits, KeepsNoJunkOfNamesAndTellsOfAnIndexThatPointsOutside)
     EXPECT_EQ(file.notes().size(), 1u);
 }
 
+TEST(Uvfits, NumbersBesideWholeOnesNameTheSameTelescopes)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const struct {
+        const char* scale;
+        float stored;
+        int subarray, first, second;
+    } cases[] = {{"1", 258, 1, 1, 2},         {"1", 257.9997f, 1, 1, 2},
+                 {"1", 258.02f, 3, 1, 2},     {"1", 65279.01f, 2, 254, 255},
+                 {"0.9999999", 258, 1, 1, 2}, {"1", 65536 + 2048 * 300 + 299, 1, 300, 299},
+                 {"1", -3, -1, -1, -1},       {"1", nan, -1, -1, -1}};
+    for (const auto& c : cases) {
+        AUVXFile file;
+        std::string error;
+        ASSERT_TRUE(opens(replaced(groupsHdu({{0, c.stored}}), "PTYPE4  = 'SOURCE  '",
+                                   "PSCAL2  = " + std::string(c.scale) + std::string(9, ' ')),
+                          file, error));
+        UvGroupScan scan(file, UvGroupScan::baselines);
+        EXPECT_FALSE(scan.step());
+        const std::vector<UvBaseline> found = scan.foundBaselines();
+        ASSERT_EQ(found.size(), c.subarray < 0 ? 0u : 1u) << c.stored;
+        if (found.empty())
+            continue;
+        EXPECT_EQ(found[0].subarray, c.subarray) << c.stored;
+        EXPECT_EQ(found[0].first, c.first) << c.stored;
+        EXPECT_EQ(found[0].second, c.second) << c.stored;
+    }
+}
+
+TEST(Uvfits, ATableOfOneSelectionIsThatOfAllGroups)
+{
+    AUVXFreqs one;
+    one.ifs.resize(1);
+    AUVXFreqs two = one;
+    two.id = 2;
+    EXPECT_EQ(AUVXFqTbl(1, 1, 1, {one}).selectionOf(0), 0);
+    EXPECT_EQ(AUVXFqTbl(1, 1, 1, {one, two}).selectionOf(2), 1);
+    EXPECT_EQ(AUVXFqTbl(1, 1, 1, {one, two}).selectionOf(0), -1);
+}
+
 TEST(Uvfits, FindsScansByPausesSourcesAndSubarrays)
 {
     std::vector<TestGroup> groups;

@@ -57,9 +57,10 @@ inline std::string tableHdu(const std::string& name,
                                       "TFIELDS = " + std::to_string(columns.size()),
                                       "EXTNAME = '" + name + "'"};
     for (std::size_t i = 0; i < columns.size(); ++i) {
-        const std::string n = std::to_string(i + 1);
-        cards.push_back("TTYPE" + n + "  = '" + columns[i].first + "'");
-        cards.push_back("TFORM" + n + "  = '" + columns[i].second + "'");
+        std::string n = std::to_string(i + 1);
+        n.resize(3, ' ');
+        cards.push_back("TTYPE" + n + "= '" + columns[i].first + "'");
+        cards.push_back("TFORM" + n + "= '" + columns[i].second + "'");
     }
     return hdu(cards, data);
 }

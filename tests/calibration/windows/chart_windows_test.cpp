@@ -13,13 +13,37 @@ namespace
 struct Opened {
     AUVXFile file;
     std::vector<UvBaseline> baselines;
-    explicit Opened(const std::string& name)
+    explicit Opened(const std::string& name, const std::vector<double>& seconds = {0, 2, 4, 6})
     {
-        const std::vector<MadeGroup> groups = madeGroups(5, {0, 2, 4, 6});
+        const std::vector<MadeGroup> groups = madeGroups(5, seconds);
         for (std::size_t i = 0; i < 10; ++i)
             baselines.push_back({1, groups[i].a, groups[i].b, 4});
         std::string error;
         EXPECT_TRUE(file.open(savedData(name, groups), error)) << error;
+    }
+};
+
+struct PiecesOfBaselines : ABaselineWnd {
+    using ABaselineWnd::readMore;
+};
+
+/// Three points, of which there is always more as long as something is left.
+struct HeldChart : AChartWnd {
+    int isLeft = 1, charts = 0;
+    double ReadDone() const override { return 0; }
+    int readMore(std::string&) override { return isLeft; }
+    PanelChart makeChart() override
+    {
+        ++charts;
+        PanelChart chart;
+        chart.panels.push_back({"", {{"", 0, 10, 0, {{{0, 1, 2}, {1, 2, 3}, {}, 1, 0}}}}});
+        return chart;
+    }
+    using AChartWnd::beginReading;
+    void mouse(unsigned message, CPoint p)
+    {
+        SendMessage(message, message == WM_MBUTTONDOWN ? MK_MBUTTON : MK_LBUTTON,
+                    MAKELPARAM(p.x, p.y));
     }
 };
 
@@ -131,6 +155,79 @@ TEST(ChartWindows, WhatIsReadIsShownInTheViewThatWasChosen)
         EXPECT_EQ(window.GetAxis()->getPages(), 10);
         window.DestroyWindow();
     }
+}
+
+TEST(ChartWindows, APartOfABandpassIsShown)
+{
+    std::vector<double> seconds(1500);  // more than is read at once
+    for (std::size_t i = 0; i < seconds.size(); ++i)
+        seconds[i] = 2.0 * static_cast<double>(i);
+    Opened opened("long_window.uvfits", seconds);
+    for (const BaselinePlot plot : {BaselinePlot::time, BaselinePlot::channels}) {
+        PiecesOfBaselines window;
+        ASSERT_TRUE(make(window));
+        window.SetData(&opened.file, opened.baselines, plot);
+        const auto points = [&] {
+            const CurvePoints found = window.GetAxis()->childs()(1)->getPoints();
+            EXPECT_TRUE(found.n > 0 && found.y[0] > 0);
+            return found.n;
+        };
+        std::string error;
+        ASSERT_TRUE(window.readMore(error));
+        window.StopReading();
+        EXPECT_TRUE(window.IsStopped());
+        EXPECT_GT(window.ReadDone(), 0);
+        EXPECT_LT(window.ReadDone(), 1);
+        const std::int64_t part = points();
+        EXPECT_LT(part, plot == BaselinePlot::time ? 1500 : 5);
+        window.ResumeReading();
+        window.ReadAll();
+        EXPECT_EQ(points(), plot == BaselinePlot::time ? 1500 : 4);
+        window.DestroyWindow();
+    }
+}
+
+TEST(ChartWindows, ADragMayOutlastReading)
+{
+    constexpr unsigned readTimer = 40;
+    for (const unsigned button : {WM_LBUTTONDOWN, WM_MBUTTONDOWN})
+        for (const int isGivenUp : {0, 1}) {
+            HeldChart window;
+            ASSERT_TRUE(make(window));
+            window.ShowWindow(SW_SHOW);
+            window.beginReading();
+            window.StopReading();
+            window.ResumeReading();
+            window.UpdateWindow();
+            window.ZoomDirection(0, 5, 4);
+            const TMnMx zoomed = window.GetRanges().y[0];
+            const CPoint from = button == WM_LBUTTONDOWN
+                                    ? window.GetAxis()->getScaleRect(0).CenterPoint()
+                                    : window.GetAxis()->getPanelRect(0).CenterPoint();
+            window.mouse(button, from);
+            window.mouse(WM_MOUSEMOVE, {from.x, from.y + 30});
+            window.isLeft = 0;
+            const int charts = window.charts;
+            window.SendMessage(WM_TIMER, readTimer);
+            EXPECT_TRUE(window.IsReading());
+            EXPECT_EQ(window.charts, charts);
+            EXPECT_EQ(CWnd::GetCapture(), &window);
+            window.mouse(WM_MOUSEMOVE, {from.x, from.y + 60});
+            TMnMx dragged = window.GetRanges().y[0];
+            EXPECT_GT(dragged.min, zoomed.min);
+            if (isGivenUp) {
+                window.SendMessage(WM_KEYDOWN, VK_ESCAPE);
+                dragged = zoomed;
+            }
+            window.mouse(button == WM_LBUTTONDOWN ? WM_LBUTTONUP : WM_MBUTTONUP, from);
+            EXPECT_EQ(CWnd::GetCapture(), nullptr);
+            EXPECT_TRUE(window.IsReading());
+            window.SendMessage(WM_TIMER, readTimer);
+            EXPECT_FALSE(window.IsReading() || window.IsStopped());
+            EXPECT_EQ(window.charts, charts + 1);
+            EXPECT_EQ(window.GetRanges().y[0], dragged);
+            window.DestroyWindow();
+        }
 }
 
 }  // namespace pavane
