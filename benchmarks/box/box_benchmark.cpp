@@ -1,17 +1,25 @@
-// A coloured surface turned at 1200 x 800, and a lattice with hidden lines.
+// A coloured surface turned at 1200 x 800, and a lattice with hidden lines, also on a page of PDF.
 
 #include "benchmarks/contours/contour_test_maps.h"
+#include "pavane/axes/box/A2_3DAxis.h"
+#include "pavane/axes/box/ASurfaceGraph.h"
 #include "pavane/axes/box/HiddenLines.h"
 #include "pavane/axes/box/SurfaceRaster.h"
+#include "platform/picture.h"
+#include "platform/platform.h"
 #ifdef PAVANE_VTK_SURFACE
 #include "benchmarks/peers/vtk_surface.h"
 #endif
 
 #include <benchmark/benchmark.h>
 
+#include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -94,6 +102,27 @@ void pavaneLattice(benchmark::State& state, int cells)
     }
 }
 
+/// The lattice in its box, with axes and texts, as a file of PDF; its size is told as well.
+void latticeToPdf(benchmark::State& state, int cells)
+{
+    const AFloatMatrixAccess access(testMap(cells));
+    const std::string file = std::filesystem::temp_directory_path() / "bench-lattice.pdf";
+    constexpr int unitsPerPixel = 12;
+    const double last = cells - 1;
+    for (auto unused : state) {
+        A2_3DAxis box(1, 1, nullptr, 0);
+        auto* const surface = new ASurfaceGraph(&box, access, {0, last, 0, last}, 0);
+        surface->SetStyle(surfaceLinesX | surfaceLinesY);
+        CPageFile page(CPageFile::Format::pdf, width, height, "lattice", unitsPerPixel);
+        CRect all(0, 0, width * unitsPerPixel, height * unitsPerPixel);
+        box.draw(page.dc(), all);
+        CString error;
+        if (!page.Close(file, error))
+            return state.SkipWithError(error.c_str());
+    }
+    state.counters["MB"] = 1e-6 * static_cast<double>(std::filesystem::file_size(file));
+}
+
 /// Writes a test map as raw floats, so that peers in other processes draw the same one.
 int writeMap(const char* file, int cells)
 {
@@ -121,18 +150,27 @@ int drawLattice(const char* file, int cells, const char* svg)
     BoxView view;
     view.fit({0, 0, width, height});
     const PicturePieces pieces = latticeSeen(AFloatMatrixAccess(map), view);
-    std::fprintf(out, "<svg xmlns='http://www.w3.org/2000/svg' width='%d' height='%d'>", width,
-                 height);
-    std::fprintf(out, "<path fill='none' stroke='black' stroke-width='0.5' d='");
+    // in hundredths of a pixel, so that places are whole numbers
+    const std::string across = std::to_string(width), down = std::to_string(height);
+    std::string text = "<svg xmlns='http://www.w3.org/2000/svg' width='" + across + "' height='" +
+                       down + "' viewBox='0 0 " + across + "00 " + down +
+                       "00'><path fill='none' stroke='black' stroke-width='50' d='";
+    const auto put = [&text](char before, double place) {
+        char digits[24];
+        text += before;
+        text.append(digits, std::to_chars(digits, std::end(digits), std::lround(place * 100)).ptr);
+    };
     for (std::size_t i = 0; i < pieces.count(); ++i) {
         char command = 'M';
         for (const CPointF& at : pieces.piece(i)) {
-            std::fprintf(out, "%c%.2f %.2f", command, at.x, at.y);
+            put(command, at.x);
+            put(' ', at.y);
             command = 'L';
         }
     }
-    std::fprintf(out, "'/></svg>\n");
-    return std::fclose(out) == 0;
+    text += "'/></svg>\n";
+    const bool isWritten = std::fwrite(text.data(), 1, text.size(), out) == text.size();
+    return std::fclose(out) == 0 && isWritten;
 }
 
 }  // namespace
@@ -144,6 +182,8 @@ int main(int argc, char** argv)
     if (argc == 5 && std::strcmp(argv[1], "--draw-lattice") == 0)
         return drawLattice(argv[2], std::stoi(argv[3]), argv[4]) ? 0 : 1;
     setenv("LP_NUM_THREADS", "1", 1);  // one thread for the peer as well
+    if (!InitPlatform(argc, argv, PlatformUse::pictures))
+        return 2;
     for (const int cells : {512, 2048}) {
         const std::string size = std::to_string(cells);
         const auto add = [](const std::string& name, auto function, auto... parameters) {
@@ -158,8 +198,10 @@ int main(int argc, char** argv)
             add("box/surface-" + size + "/vtk", vtkSurface, cells);
 #endif
         add("box/lattice-" + size + "/pavane", pavaneLattice, cells);
+        add("box/lattice-pdf-" + size + "/pavane", latticeToPdf, cells);
     }
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
+    ShutdownPlatform();
     return 0;
 }

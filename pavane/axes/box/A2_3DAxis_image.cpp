@@ -1,6 +1,7 @@
 // The surfaces and floors of a box as pixels.
 #include "pavane/axes/box/A2_3DAxis.h"
 #include "pavane/axes/box/BoxDrawing.h"
+#include "pavane/axes/box/soft_edges.h"
 #include "pavane/axes/box/SurfaceRaster.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/images/ADIBase.h"
@@ -70,6 +71,20 @@ void clearPlain(const std::array<BoxSurface, 2>& surfaces, const SurfaceRaster& 
                 (pixel.second ? plainSecond : plainFirst))
                 bits[y * stride + x] = plain;
         }
+}
+
+/// Of how many columns or rows neighbouring pixels of a surface may be apart, before there is
+/// something between them that is hidden.
+int nearCells(const BoxSurface& surface, const BoxTransform& t, double pixelsOfUnit)
+{
+    constexpr int least = 3;
+    const SurfaceGrid& grid = surface.grid;
+    const CPointF column{t.xp * grid.stepP(), t.yp * grid.stepP()};
+    const CPointF row{t.xq * grid.stepQ(), t.yq * grid.stepQ()};
+    const double longer = std::max(std::hypot(column.x, column.y), std::hypot(row.x, row.y));
+    const double pixels = std::fabs(column.x * row.y - column.y * row.x) / longer * pixelsOfUnit;
+    const int most = std::max(least, std::max(grid.columns(), grid.rows()) / 16);
+    return pixels * most > least ? std::max(least, static_cast<int>(least / pixels)) : most;
 }
 
 /// Takes the light off surfaces that want none beside one that does.
@@ -152,6 +167,18 @@ void A2_3DAxis::drawImage(CDC& dc)
                  -width);
     if (light)
         clearLight(drawing_->surfaces, raster, bits, colors.table, image);
+    if (!draft_) {
+        std::array<int, 2> columns = {1, 1};
+        int apart = 0;
+        for (std::size_t i = 0; i < 2; ++i) {
+            const BoxSurface& surface = drawing_->surfaces[i];
+            if (surface.grid.isEmpty())
+                continue;
+            columns[i] = surface.grid.mapColumns();
+            apart = std::max(apart, nearCells(surface, view_.transform(), 1.0 * pixels / units));
+        }
+        softenEdges(raster, columns, apart, image.row(height - 1), -width);
+    }
     std::array<unsigned char, bitmapInfoSize> header{};
     writeBitmapInfo(header.data(), width, height, 32, 0);
     const int saved = dc.SaveDC();

@@ -106,12 +106,30 @@ void ASurfaceGraph::cellsChanged()
 
 void ASurfaceGraph::draw3D(CDC& dc, A2_3DAxis& axis)
 {
-    if (!axis.gridOf(*this))
+    const SurfaceGrid* const grid = axis.gridOf(*this);
+    if (!grid)
         return;
     axis.setLineStyle(PS_SOLID);
-    drawContours(dc, axis);
+    if (grid->columns() < 2 || grid->rows() < 2)
+        return drawLine(dc, axis);
     drawLattice(dc, axis);
+    drawContours(dc, axis);  // which the lattice would cut into dashes
     drawOutlines(dc, axis);
+}
+
+/// Cells in one line make no surface.
+void ASurfaceGraph::drawLine(CDC& dc, A2_3DAxis& axis) const
+{
+    const SurfaceGrid& grid = *axis.gridOf(*this);
+    const int count = std::max(grid.columns(), grid.rows());
+    std::vector<BoxPoint> line;
+    for (int k = 0; k < count; ++k)
+        line.push_back(grid.columns() > 1 ? grid.point(k, 0) : grid.point(0, k));
+    if (count == 1)
+        line.push_back({line[0].p, line[0].q, grid.floor()});
+    axis.setColor(latticeColor_);
+    axis.setLineWidth(std::max(1, axis.graphLine(1)));
+    axis.line3D(dc, line);
 }
 
 void ASurfaceGraph::drawLattice(CDC& dc, A2_3DAxis& axis) const
@@ -120,9 +138,12 @@ void ASurfaceGraph::drawLattice(CDC& dc, A2_3DAxis& axis) const
     if (!lines)
         return;
     const FigureUnits units(dc);
-    if (!seen_->lattice.isOf({static_cast<double>(axis.scene()), spacing_, 1.0 * lines})) {
+    // colours and light show every peak themselves
+    const int isOpaque = (style_ & (surfaceColors | surfaceLight)) != 0;
+    if (!seen_->lattice.isOf(
+            {static_cast<double>(axis.scene()), spacing_, 1.0 * lines, 1.0 * isOpaque})) {
         const SurfaceLattice lattice =
-            latticeOf(*axis.gridOf(*this), axis.view(), spacing_ * units.perPixel());
+            latticeOf(*axis.gridOf(*this), axis.view(), spacing_ * units.perPixel(), !isOpaque);
         PicturePieces pieces;
         if (lines & surfaceLinesX)
             for (const std::vector<BoxPoint>& line : lattice.alongX)

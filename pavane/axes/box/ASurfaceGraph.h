@@ -26,7 +26,8 @@ enum SurfaceFloor : int { floorColors = 1, floorContours = 2 };
 
 /// A map as a surface in a box: the value of a cell is the height above its centre, blank cells are
 /// holes. Heights and colours go through the scale of the graph (linear at first), contours are
-/// those of `contours()`. In a plane plot it is the colour map with its contours.
+/// those of `contours()`. A single row or column is a line, a single cell a stalk. In a plane plot
+/// it is the colour map with its contours.
 ///
 /// A box draws two surfaces; further ones are not drawn.
 class PAVANE_API ASurfaceGraph : public ALevelsColorGraph
@@ -77,6 +78,7 @@ private:
                                 double pixel) const;
     int traceContours(const std::vector<double>& values) const;
     void findContours(A2_3DAxis& axis, double pixel) const;
+    void drawLine(CDC& dc, A2_3DAxis& axis) const;
     void drawLattice(CDC& dc, A2_3DAxis& axis) const;
     void drawContours(CDC& dc, A2_3DAxis& axis) const;
     void drawOutlines(CDC& dc, A2_3DAxis& axis) const;

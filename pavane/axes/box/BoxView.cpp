@@ -182,13 +182,14 @@ BoxEdges BoxView::edges() const
     // away from the eye along p and q, also where the view from above has no such part
     const double awayP = isOblique() ? -cosine(angle_) : -sine(azimuth_);
     const double awayQ = isOblique() ? 1 : cosine(azimuth_);
+    const BoxTransform& t = transform_;
     BoxEdges edges;
-    edges.wallP = awayP > 0 ? 0.5 : -0.5;
-    edges.wallQ = awayQ < 0 ? -0.5 : 0.5;
+    // of two that are equally near the one at the right, as z is labelled at the left
+    edges.wallP = awayP > 0 || (awayP == 0 && t.xp < 0) ? 0.5 : -0.5;
+    edges.wallQ = awayQ < 0 || (awayQ == 0 && t.xq > 0) ? -0.5 : 0.5;
     edges.x = {{-0.5, -edges.wallQ, -0.5}, {0.5, -edges.wallQ, -0.5}};
     edges.y = {{-edges.wallP, -0.5, -0.5}, {-edges.wallP, 0.5, -0.5}};
     // of two that are equally far out the nearer one
-    const BoxTransform& t = transform_;
     const double leftP = t.xp != 0 ? (t.xp > 0 ? -0.5 : 0.5) : -edges.wallP;
     const double leftQ = t.xq != 0 ? (t.xq > 0 ? -0.5 : 0.5) : -edges.wallQ;
     const double rightP = t.xp != 0 ? -leftP : leftP;

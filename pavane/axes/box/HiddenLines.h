@@ -62,8 +62,9 @@ struct SurfaceLattice {
 /// The lattice of a surface for a view. Neighbouring lines are at least `spacing` device pixels
 /// apart on the floor, the outermost ones are the borders. A line that stands for several rows or
 /// columns takes of its own and of the others that stand out between their neighbours the height
-/// farthest from the floor, so that no peak is lost; on slopes it lies on the surface.
+/// farthest from the floor, so that no peak is lost; on slopes it lies on the surface. Without
+/// `peaks` it lies on the surface everywhere, for one that is seen itself.
 PAVANE_API SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view,
-                                    double spacing = 4);
+                                    double spacing = 4, int peaks = 1);
 
 }  // namespace pavane

@@ -190,11 +190,11 @@ public:
     [[gnu::always_inline]] bool to(double i, double s)
     {
         const double y = yOf(i, s);
-        const double low = std::min(y, y_), high = std::max(y, y_);
         if constexpr (hasHoles) {
+            const double low = std::min(y, y_), high = std::max(y, y_);
             if (low <= high)
                 paintStretch(i, s, y, pixelFrom(low, height_), pixelFrom(high, height_));
-        } else if (low <= topEdge_ || high > bottomEdge_) {
+        } else if (y <= topEdge_ || y > bottomEdge_) {  // where it comes from lies between these
             extend(i, s, y);
         }
         i_ = i;
@@ -204,15 +204,17 @@ public:
     }
 
 private:
-    /// Paints what of a stretch reaches beyond the covered pixels.
+    /// Paints what of a stretch reaches beyond the covered pixels, on the one side that it does.
     [[gnu::noinline]] void extend(double i, double s, double y)
     {
-        const int from = pixelFrom(std::min(y, y_), height_);
-        const int end = pixelFrom(std::max(y, y_), height_);
-        paintStretch(i, s, y, from, std::min(end, top_));
-        paintStretch(i, s, y, std::max(from, bottom_), end);
-        top_ = std::min(top_, from);
-        bottom_ = std::max(bottom_, end);
+        const int reached = pixelFrom(y, height_);
+        if (y <= topEdge_) {
+            paintStretch(i, s, y, reached, top_);
+            top_ = reached;
+        } else {
+            paintStretch(i, s, y, bottom_, reached);
+            bottom_ = reached;
+        }
         setEdges();
     }
     double yOf(double i, double s) const { return y0_ + yStep_ * i + shape_.ys * s; }
@@ -395,8 +397,18 @@ int SurfaceRaster::draw(const BoxView& view, const SurfaceScene& scene, const CR
         return clear(), 0;
     hasSecond_ = scene.second.grid && !scene.second.grid->isEmpty();
     ScenePainter painter(view, scene, area, light);
-    for (int x = 0; x < area.Width(); ++x)
-        painter.paint(x, pixels_.row(x));
+    extents_.resize(static_cast<std::size_t>(area.Width()));
+    const auto shows = [](const SurfacePixel& pixel) { return pixel.part != SurfacePart::nothing; };
+    for (int x = 0; x < area.Width(); ++x) {
+        SurfacePixel* const pixels = pixels_.row(x);
+        painter.paint(x, pixels);
+        int first = 0, end = area.Height();
+        while (first < end && !shows(pixels[first]))
+            ++first;
+        while (end > first && !shows(pixels[end - 1]))
+            --end;
+        extents_[static_cast<std::size_t>(x)] = {first, end};
+    }
     return 1;
 }
 

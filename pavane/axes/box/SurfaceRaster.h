@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace pavane
 {
@@ -36,7 +37,7 @@ public:
     /// the picture. Light comes from the upper left of the eye when `light` is non-zero. Non-zero
     /// on success; 0, and empty, for an empty area or without memory.
     int draw(const BoxView& view, const SurfaceScene& scene, const CRect& area, int light = 0);
-    void clear() { pixels_ = AMatrix<SurfacePixel>(); }
+    void clear() { *this = SurfaceRaster(); }
 
     int isEmpty() const { return pixels_.cells() < 1; }
     /// Whether a second surface was drawn.
@@ -46,9 +47,15 @@ public:
     const SurfacePixel& pixel(int x, int y) const { return pixels_(x, y); }
     /// The pixels of a column from top to bottom.
     const SurfacePixel* column(int x) const { return pixels_.row(x); }
+    /// Above the first and from the end on a column shows nothing.
+    struct Extent {
+        int first = 0, end = 0;
+    };
+    Extent extent(int x) const { return extents_[static_cast<std::size_t>(x)]; }
 
 private:
     AMatrix<SurfacePixel> pixels_;  ///< a row of the matrix is a column of the picture
+    std::vector<Extent> extents_;
     int hasSecond_ = 0;
 };
 

@@ -31,31 +31,32 @@ struct GridRay {
     double sAt(double t) const { return s + sStep * t; }
 };
 
-/// Cuts first..last to where from + step t lies in low..high.
-void clip(double from, double step, double low, double high, double& first, double& last)
+/// One by a step; 0 for none.
+double inverse(double step) { return std::fabs(step) < 1e-300 ? 0 : 1 / step; }
+
+/// Cuts first..last to where from + t / per lies in low..high.
+void clip(double from, double per, double low, double high, double& first, double& last)
 {
-    if (std::fabs(step) < 1e-300) {
+    if (per == 0) {
         if (!(from >= low && from <= high))
             last = -infinity;
         return;
     }
-    const double a = (low - from) / step, b = (high - from) / step;
+    const double a = (low - from) * per, b = (high - from) * per;
     first = std::max(first, std::min(a, b));
     last = std::min(last, std::max(a, b));
 }
 
+}  // namespace
+
 /// Follows a line through a surface until it passes from one side of it to the other.
-class SurfaceCrossing
+class SurfaceSight::Crossing
 {
 public:
-    SurfaceCrossing(const SurfaceGrid& grid, const GridRay& ray) : grid_(grid), ray_(ray)
+    Crossing(const SurfaceGrid& grid, const GridRay& ray, const Steps& steps)
+        : grid_(grid), ray_(ray), ahead_(steps.ahead), perColumn_(steps.perColumn),
+          perRow_(steps.perRow), perSlant_(steps.perSlant)
     {
-        const double faster = std::max(std::fabs(ray.columnStep), std::fabs(ray.rowStep));
-        ahead_ = std::min(ahead / faster, 1.0);
-        const auto per = [](double step) { return std::fabs(step) < 1e-300 ? 0 : 1 / step; };
-        perColumn_ = per(ray.columnStep);
-        perRow_ = per(ray.rowStep);
-        perSlant_ = per(ray.columnStep - ray.rowStep);
     }
     /// On which side the line starts: above 0, below 0, on the surface or unknown 0.
     void startAt(double height) { side_ = sideOf(height); }
@@ -187,30 +188,53 @@ private:
     const SurfaceGrid& grid_;
     const GridRay& ray_;
     double ahead_;
-    double perColumn_ = 0, perRow_ = 0, perSlant_ = 0;  ///< 0 where the line does not cross these
+    double perColumn_, perRow_, perSlant_;
     int side_ = 0;
     double t_ = 0, above_ = 0;  ///< where it has come to
     double at_ = 0;
 };
 
-}  // namespace
-
 SurfaceSight::SurfaceSight(const BoxView& view, const SurfaceScene& scene)
     : view_(view), scene_(scene), sight_(view.sight())
 {
+    const BoxPoint toEye{-sight_.p, -sight_.q, -sight_.s};
+    toEye_[0] = stepsOf(scene.first, toEye);
+    toEye_[1] = stepsOf(scene.second, toEye);
 }
 
-SurfaceSight::Meeting SurfaceSight::meet(const SceneSurface& surface, const Ray& ray)
+SurfaceSight::Steps SurfaceSight::stepsOf(const SceneSurface& surface, const BoxPoint& step)
+{
+    Steps steps;
+    if (!surface.grid || surface.grid->columns() < 2 || surface.grid->rows() < 2)
+        return steps;
+    steps.column = step.p / surface.grid->stepP();
+    steps.row = step.q / surface.grid->stepQ();
+    steps.s = step.s;
+    steps.perColumn = inverse(steps.column);
+    steps.perRow = inverse(steps.row);
+    steps.perSlant = inverse(steps.column - steps.row);
+    steps.perS = inverse(steps.s);
+    const double faster = std::max(std::fabs(steps.column), std::fabs(steps.row));
+    steps.ahead = std::min(ahead / faster, 1.0);
+    return steps;
+}
+
+SurfaceSight::Meeting SurfaceSight::meet(const SceneSurface& surface, const Ray& ray,
+                                         const Steps& steps)
 {
     Meeting meeting;
     if (!surface.grid || surface.grid->columns() < 2 || surface.grid->rows() < 2)
         return meeting;
     const SurfaceGrid& grid = *surface.grid;
-    const GridRay line{grid.columnOf(ray.from.p), grid.rowOf(ray.from.q),    ray.from.s,
-                       ray.step.p / grid.stepP(), ray.step.q / grid.stepQ(), ray.step.s};
+    const GridRay line{grid.columnOf(ray.from.p),
+                       grid.rowOf(ray.from.q),
+                       ray.from.s,
+                       steps.column,
+                       steps.row,
+                       steps.s};
     double first = ray.first, last = ray.last;
-    clip(line.column, line.columnStep, 0, grid.columns() - 1, first, last);
-    clip(line.row, line.rowStep, 0, grid.rows() - 1, first, last);
+    clip(line.column, steps.perColumn, 0, grid.columns() - 1, first, last);
+    clip(line.row, steps.perRow, 0, grid.rows() - 1, first, last);
     if (!(first <= last))
         return meeting;
     const auto keep = [&meeting](Kind kind, double at, int fromBelow) {
@@ -236,11 +260,11 @@ SurfaceSight::Meeting SurfaceSight::meet(const SceneSurface& surface, const Ray&
     // no part of the surface is above its greatest height or below its least one
     const HeightBlocks::Range range = grid.blocks().range(grid.blocks().levels() - 1, 0, 0);
     double from = first, to = last;
-    clip(line.s, line.sStep, static_cast<double>(range.least) - sameHeight * 2,
+    clip(line.s, steps.perS, static_cast<double>(range.least) - sameHeight * 2,
          static_cast<double>(range.greatest) + sameHeight * 2, from, to);
     double lowest = infinity;  // a surface that lies on its floor shows, not the floor
     if (from < to) {
-        SurfaceCrossing crossing(grid, line);
+        Crossing crossing(grid, line, steps);
         crossing.startAt(above(from));
         if (crossing.find(from, to)) {
             keep(Kind::surface, crossing.at(), crossing.fromBelow());
@@ -260,8 +284,8 @@ int SurfaceSight::isHidden(const BoxPoint& point) const
     if (!std::isfinite(point.p + point.q + point.s))
         return 1;
     const Ray ray{point, {-sight_.p, -sight_.q, -sight_.s}, 0, infinity};
-    return meet(scene_.first, ray).kind != Kind::nothing ||
-           meet(scene_.second, ray).kind != Kind::nothing;
+    return meet(scene_.first, ray, toEye_[0]).kind != Kind::nothing ||
+           meet(scene_.second, ray, toEye_[1]).kind != Kind::nothing;
 }
 
 SurfaceSight::Ray SurfaceSight::rayThrough(const CPointF& at) const
@@ -284,7 +308,8 @@ int SurfaceSight::pick(const CPointF& at, SurfaceHit& hit) const
     if (!std::isfinite(at.x + at.y))
         return 0;
     const Ray ray = rayThrough(at);
-    const Meeting first = meet(scene_.first, ray), second = meet(scene_.second, ray);
+    const Meeting first = meet(scene_.first, ray, stepsOf(scene_.first, ray.step));
+    const Meeting second = meet(scene_.second, ray, stepsOf(scene_.second, ray.step));
     const bool isSecond = second.kind != Kind::nothing &&
                           (first.kind == Kind::nothing || second.at < first.at - onIt);
     const Meeting& nearest = isSecond ? second : first;

@@ -41,12 +41,22 @@ private:
         double at = 0;  ///< in steps
         int fromBelow = 0;
     };
-    static Meeting meet(const SceneSurface& surface, const Ray& ray);
+    /// Steps of lines of sight in columns, rows and heights of a surface, and what these are
+    /// divided into; 0 for what they do not cross.
+    struct Steps {
+        double column = 0, row = 0, s = 0;
+        double perColumn = 0, perRow = 0, perSlant = 0, perS = 0;
+        double ahead = 0;  ///< so far beyond a border one looks which square comes next
+    };
+    class Crossing;
+    static Steps stepsOf(const SceneSurface& surface, const BoxPoint& step);
+    static Meeting meet(const SceneSurface& surface, const Ray& ray, const Steps& steps);
     Ray rayThrough(const CPointF& at) const;
 
     BoxView view_;
     SurfaceScene scene_;
     BoxPoint sight_;
+    Steps toEye_[2];  ///< of the lines that most is asked of
 };
 
 }  // namespace pavane

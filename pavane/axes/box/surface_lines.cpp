@@ -229,13 +229,13 @@ std::vector<BoxPoint> flatLine(const SurfaceGrid& grid, std::span<const CPointF>
     return line;
 }
 
-SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view, double spacing)
+SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view, double spacing, int peaks)
 {
     SurfaceLattice lattice;
     if (grid.isEmpty())
         return lattice;
     const BoxTransform& t = view.transform();
-    const double stepP = grid.p(1) - grid.p(0), stepQ = grid.q(1) - grid.q(0);
+    const double stepP = grid.stepP(), stepQ = grid.stepQ();
     const CPointF column{t.xp * stepP, t.yp * stepP}, row{t.xq * stepQ, t.yq * stepQ};
     const double columnSize = std::hypot(column.x, column.y), rowSize = std::hypot(row.x, row.y);
     const double area = std::fabs(column.x * row.y - column.y * row.x);
@@ -261,25 +261,27 @@ SurfaceLattice latticeOf(const SurfaceGrid& grid, const BoxView& view, double sp
     std::vector<Farthest> heights;
     for (int line = 0; line < rows.count(); ++line) {
         heights.assign(static_cast<std::size_t>(grid.columns()), Farthest(floor));
-        const CellSpan span = rows.span(line);
+        const int own = rows.row(line);
+        const CellSpan span = peaks ? rows.span(line) : CellSpan{own, own + 1};
         for (int r = span.first; r < span.end; ++r)
             for (int c = 0; c < grid.columns(); ++c)
-                if (r == rows.row(line) || isPeak(c, r, 0, 1))
+                if (r == own || isPeak(c, r, 0, 1))
                     heights[static_cast<std::size_t>(c)].take(grid.height(c, r), r);
         lattice.alongX.push_back(lineOf(heights, columnSize, floor, [&](int c, double s) {
-            return BoxPoint{grid.p(c), grid.q(rows.row(line)), s};
+            return BoxPoint{grid.p(c), grid.q(own), s};
         }));
     }
     const LatticeLines columns(grid.columns(), apart(rowSize, columnSize), spacing);
     for (int line = 0; line < columns.count(); ++line) {
         heights.assign(static_cast<std::size_t>(grid.rows()), Farthest(floor));
-        const CellSpan span = columns.span(line);
+        const int own = columns.row(line);
+        const CellSpan span = peaks ? columns.span(line) : CellSpan{own, own + 1};
         for (int r = 0; r < grid.rows(); ++r)
             for (int c = span.first; c < span.end; ++c)
-                if (c == columns.row(line) || isPeak(c, r, 1, 0))
+                if (c == own || isPeak(c, r, 1, 0))
                     heights[static_cast<std::size_t>(r)].take(grid.height(c, r), c);
         lattice.alongY.push_back(lineOf(heights, rowSize, floor, [&](int r, double s) {
-            return BoxPoint{grid.p(columns.row(line)), grid.q(r), s};
+            return BoxPoint{grid.p(own), grid.q(r), s};
         }));
     }
     return lattice;

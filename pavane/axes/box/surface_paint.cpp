@@ -15,16 +15,24 @@ namespace
 constexpr int tile = 64;
 constexpr int tileRows = 32;
 
-/// Hands out the rows of a raster in short pieces: `use(left, y, pixels, count)`. The raster lies
-/// in columns, so that a tile of it is turned first.
+/// Hands out the rows of a raster that show something in short pieces: `use(left, y, pixels,
+/// count)`. The raster lies in columns, so that a tile of it is turned first.
 template <typename Use>
 void eachRow(const SurfaceRaster& raster, const Use& use)
 {
     std::array<std::array<SurfacePixel, tile>, tileRows> rows;
     for (int left = 0; left < raster.width(); left += tile) {
         const int width = std::min(tile, raster.width() - left);
-        for (int top = 0; top < raster.height(); top += tileRows) {
-            const int height = std::min(tileRows, raster.height() - top);
+        int first = raster.height(), end = 0;
+        for (int x = left; x < left + width; ++x) {
+            const SurfaceRaster::Extent extent = raster.extent(x);
+            if (extent.first >= extent.end)
+                continue;
+            first = std::min(first, extent.first);
+            end = std::max(end, extent.end);
+        }
+        for (int top = first; top < end; top += tileRows) {
+            const int height = std::min(tileRows, end - top);
             for (int x = 0; x < width; ++x) {
                 const SurfacePixel* column = raster.column(left + x) + top;
                 for (int y = 0; y < height; ++y)

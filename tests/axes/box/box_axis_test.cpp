@@ -176,6 +176,21 @@ TEST(BoxAxis, DrawsWhateverItIsGiven)
         }
 }
 
+TEST(BoxAxis, CellsInALineAreALineAndASingleOneAStalk)
+{
+    for (const auto& [rows, columns] : {std::pair{1, 30}, {30, 1}, {1, 1}}) {
+        SCOPED_TRACE(testing::Message() << rows << " x " << columns);
+        Box box(hill(rows, columns));
+        box.graph->SetLatticeColor(RGB(255, 0, 0));
+        box.axis.setMinMax({12, -12, -6, 6, 0, 1});
+        box.draw();
+        int red = 0;
+        for (int i = 0; i < 300 * 220; ++i)
+            red += (box.picture.row(i / 300)[i % 300] & 0xFFFFFF) == 0xFF0000;
+        EXPECT_GT(red, 5);
+    }
+}
+
 TEST(BoxAxis, TakesItsRangesFromTheGraphsOfEachZ)
 {
     Box box(hill(20, 20));

@@ -124,6 +124,11 @@ TEST(SurfaceLatticeTest, LinesKeepTheirDistanceAndEveryPeak)
         view.setView(77 * elevation + 10, elevation);
         view.fit({0, 0, 600, 400});
         const SurfaceLattice lattice = latticeOf(grid, view);
+        const SurfaceLattice onIt = latticeOf(grid, view, 4, 0);
+        for (const auto* lines : {&onIt.alongX, &onIt.alongY})
+            for (const std::vector<BoxPoint>& line : *lines)
+                for (const BoxPoint& at : line)
+                    EXPECT_NEAR(at.s, grid.heightAt(grid.columnOf(at.p), grid.rowOf(at.q)), 1e-4);
         for (const auto* lines : {&lattice.alongX, &lattice.alongY}) {
             ASSERT_GE(lines->size(), 2u);
             float most = -1;

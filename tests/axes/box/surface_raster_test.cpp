@@ -1,3 +1,4 @@
+#include "pavane/axes/box/soft_edges.h"
 #include "pavane/axes/box/SurfaceRaster.h"
 #include "pavane/axes/box/SurfaceSight.h"
 #include "tests/axes/box/box_scenes.h"
@@ -78,6 +79,39 @@ TEST(SurfaceRasterTest, APickIsWhatThePixelShows)
     }
     EXPECT_LE(different, hits / 300);
     EXPECT_GT(hits, 5000);
+}
+
+TEST(SurfaceRasterTest, SoftEdgesComeNearThoseOfAFinerPicture)
+{
+    constexpr int width = RandomScene::width, height = RandomScene::height, finer = 4;
+    double hard = 0, soft = 0;
+    for (unsigned number = 0; number < 60; ++number) {
+        const RandomScene random(number);
+        SurfaceRaster raster, fine;
+        BoxView near = random.view;
+        near.fit({0, 0, width * finer, height * finer});
+        ASSERT_TRUE(raster.draw(random.view, random.scene, {0, 0, width, height}));
+        ASSERT_TRUE(fine.draw(near, random.scene, {0, 0, width * finer, height * finer}));
+        std::vector<std::uint32_t> image(width * height, 0xFFFFFFFF);
+        for (int i = 0; i < width * height; ++i)
+            if (raster.pixel(i % width, i / width).part != SurfacePart::nothing)
+                image[static_cast<std::size_t>(i)] = 0xFF000000;
+        const std::vector<std::uint32_t> plain = image;
+        softenEdges(raster, {100, 100}, 1000, image.data(), width);
+        for (int i = 0; i < width * height; ++i) {
+            double free = 0;
+            for (int k = 0; k < finer * finer; ++k)
+                free +=
+                    fine.pixel(i % width * finer + k % finer, i / width * finer + k / finer).part ==
+                    SurfacePart::nothing;
+            const double grey = 255 * free / (finer * finer);
+            const auto at = static_cast<std::size_t>(i);
+            hard += std::fabs(grey - (plain[at] & 255));
+            soft += std::fabs(grey - (image[at] & 255));
+            EXPECT_EQ(image[at] >> 24, 255u);
+        }
+    }
+    EXPECT_LT(soft, 0.7 * hard);
 }
 
 TEST(SurfaceRasterTest, ColoursAreThoseOfTheCellsShown)
