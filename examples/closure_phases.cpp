@@ -1,10 +1,9 @@
-// The closure phases of a file of visibilities with those of a model, and as a picture:
+// Closure phases of a file of visibilities beside those of a model, in numbers and as a picture:
 //   closure_phases DATA.uvfits MODEL.txt OUT.png
 #include "pavane/axes/multi/A2DAxisMulti.h"
+#include "pavane/axes/windows/save_axis.h"
 #include "pavane/calibration/visibility_charts.h"
-#include "platform/picture.h"
 #include "platform/platform.h"
-#include "tessel/uvfits/UvGroupScan.h"
 
 #include <cstdio>
 #include <fstream>
@@ -21,26 +20,17 @@ int main(int argc, char** argv)
     AComponents model;
     std::ifstream in(argv[2]);
     model.Load(in);
-    UvGroupScan scan(file, UvGroupScan::baselines);
-    while (scan.step()) {
-    }
-    const std::vector<UvBaseline> baselines = scan.foundBaselines();
-    auto triangles =
-        closureTriangles(telescopesOf(baselines), baselines, {ClosureKind::independent});
-    ClosureReader reader(file, triangles, {}, {{}, 60}, model);  // means of a minute
+    ClosureReader reader(file, ClosureChoice::ofFile(), {}, {{}, 60}, model);  // means of a minute
     while (reader.step()) {
     }
     std::vector<std::size_t> shown;
-    for (std::size_t t = 0; t < triangles.size(); ++t) {
+    for (std::size_t t = 0; t < reader.triangles().size(); shown.push_back(t++)) {
         const ClosureStatistics found = statisticsOf(reader.series(t));
         std::printf("%-12s %6zu points, reduced chi-squared %.3g\n",
-                    triangleName(file, triangles[t]).c_str(), found.count, found.chiSquared);
-        shown.push_back(t);
+                    triangleName(file, reader.triangles()[t]).c_str(), found.count,
+                    found.chiSquared);
     }
     const std::unique_ptr<A2DAxisMulti> axis(newChartAxis(closureChart(file, reader, shown)));
-    CPicture picture(1000, 1200);
-    CRect all(0, 0, 1000, 1200);
-    axis->draw(*picture.dc(), all);
     CString message;
-    return SavePNG(picture, argv[3], message) ? 0 : 1;
+    return SaveAxis(*axis, {1000, 1200}, argv[3], message) ? 0 : 1;
 }

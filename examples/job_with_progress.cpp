@@ -1,24 +1,21 @@
 // A job in a thread of the host: weighs the baselines of an array, and says how far it is.
-//   job_with_progress [TELESCOPES]
-
 #include "pavane/windows/controls/AProgressDlg.h"
 #include "platform/platform.h"
 
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
 #include <thread>
 
 using namespace pavane;
 
 int main(int argc, char** argv)
 {
+    constexpr int telescopes = 60;
     if (!InitPlatform(argc, argv, PlatformUse::windows))
         return 1;
-    const int telescopes = argc > 1 ? std::atoi(argv[1]) : 40;
     const AProgress progress;
     double weight = 0;
-    std::thread worker([&weight, telescopes, writer = AProgressWriter(progress)]() mutable {
+    std::thread worker([&weight, writer = AProgressWriter(progress)]() mutable {
         writer.SetTotal(telescopes * (telescopes - 1) / 2);
         for (int a = 1; a <= telescopes && !writer.IsCancelled(); ++a) {
             writer.SetText("baselines of telescope " + std::to_string(a));
@@ -29,8 +26,7 @@ int main(int argc, char** argv)
         if (!writer.IsCancelled())
             (void)writer.Finish();
     });
-    AProgressDlg dialog(nullptr, "Weights");
-    const int hasFinished = dialog.Watch(progress, "Weighing");
+    const int hasFinished = AProgressDlg(nullptr, "Weights").Watch(progress, "Weighing");
     worker.join();
     std::printf("%s %g\n", hasFinished ? "weight" : "stopped at", weight);
     ShutdownPlatform();

@@ -1,4 +1,4 @@
-// A map whose colours are played with: by the right button, and in a dialog by key P.
+// A map whose colours are played with: by the right button, and in the dialog beside it.
 //     palette_play MAP.fits
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/maps/MapPicture.h"
@@ -7,37 +7,19 @@
 #include "platform/platform.h"
 
 #include <cstdio>
-#include <memory>
 
 using namespace pavane;
 
-class PlayedMap : public AAxisWnd
-{
-protected:
-    int takeKey(int key, bool shift, bool control) override
-    {
-        if (key != 'P' || shift || control)
-            return AAxisWnd::takeKey(key, shift, control);
-        dialog_ = std::make_unique<APalettePlayDlg>(*this, this);
-        return dialog_->CreateModeless() && dialog_->ShowWindow(SW_SHOW), 1;
-    }
-    void OnDestroy() override
-    {
-        dialog_.reset();
-        AAxisWnd::OnDestroy();
-        PostQuitMessage(0);
-    }
-
-private:
-    std::unique_ptr<APalettePlayDlg> dialog_;
+struct PlayedMap : AAxisWnd {
+    void OnDestroy() override { AAxisWnd::OnDestroy(), PostQuitMessage(0); }
 };
 
 int main(int argc, char** argv)
 {
-    if (!InitPlatform(argc, argv, PlatformUse::windows))
-        return 2;
     MapPicture map;
     CString error;
+    if (!InitPlatform(argc, argv, PlatformUse::windows))
+        return 2;
     if (argc != 2 || !map.open(argv[1], error))
         return std::fprintf(stderr, "palette_play MAP.fits %s\n", error.c_str()), 2;
     PlayedMap window;
@@ -45,5 +27,8 @@ int main(int argc, char** argv)
     showMap(window, map);
     window.SetPlayByMouse(1);
     window.ShowWindow(SW_SHOW);
+    APalettePlayDlg dialog(window, &window);
+    if (dialog.CreateModeless())
+        dialog.ShowWindow(SW_SHOW);
     return RunMessages();
 }

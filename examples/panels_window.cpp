@@ -1,13 +1,11 @@
 // Amplitude and phase of three baselines in panels, to look about in; the title tells what is at
 // the pointer.
-#include "pavane/axes/AGraphXYPoint.h"
-#include "pavane/axes/graph_styles.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
 #include "pavane/axes/windows/AMultiPlotWnd.h"
+#include "pavane/calibration/PanelChart.h"
 #include "platform/platform.h"
 
 #include <cmath>
-#include <vector>
 
 using namespace pavane;
 
@@ -24,28 +22,29 @@ int main(int argc, char** argv)
 {
     if (!InitPlatform(argc, argv, PlatformUse::windows))
         return 1;
-    std::vector<double> seconds, y[6];  // amplitude and phase of each baseline
-    for (int i = 0; i < 700; ++i) {
-        seconds.push_back(30000 + 20 * (i + 12 * (i / 70)));  // scans with gaps between
-        for (int of = 0; of < 6; ++of) {
-            const double t = seconds[i] / 3600, noise = std::sin(911 * t * t + of);
-            y[of].push_back(of % 2 ? std::remainder(150 * t * (1 + 0.3 * of) + 9 * noise, 360)
-                                   : 0.4 + 0.05 * of + 0.1 * std::cos(t + of) + 0.01 * noise);
+    PanelChart chart;
+    chart.nameX = "Time";
+    chart.isTime = 1;
+    const char* const baselines[] = {"EF-WB", "EF-JB", "WB-JB"};
+    for (int of = 0; of < 3; ++of) {
+        const double turn = 90 + 60 * of;  // degrees an hour
+        ChartCurve amplitude, phase;
+        amplitude.color = RGB(0, 70, 140);
+        phase.color = RGB(150, 60, 0);
+        for (int i = 0; i < 700; ++i) {
+            const double seconds = 30000 + 20 * (i + 12 * (i / 70));  // scans with gaps between
+            amplitude.x.push_back(seconds);
+            amplitude.y.push_back(0.4 + 0.1 * std::cos(seconds / 3600 + turn));
+            phase.y.push_back(std::remainder(turn * seconds / 3600, 360));
         }
-    }
-    auto* const axis = new A2DAxisMulti(2, 1, nullptr, axisGridX);
-    axis->setNameOX("Time");
-    for (int of = 0; of < 6; ++of) {
-        AYScale scale{of % 2 ? "Phase [deg]" : "Amp [%sJy]", {}, 1, of};
-        scale.period = of % 2 ? 360 : 0;
-        auto* const graph = new AGraphXYPoint(axis, seconds.data(), y[of].data(), 700, nullptr,
-                                              graphPointCross, 1, RGB(0, 90, 180), 0);
-        axis->setScaleOf(graph, axis->addScale(scale));
-        axis->setPanelCaption(of, std::vector{"EF-WB", "EF-JB", "WB-JB"}[of / 2]);
+        phase.x = amplitude.x;
+        chart.panels.push_back({baselines[of],
+                                {{.name = "Amplitude [%sJy]", .curves = {amplitude}},
+                                 {"Phase [\u00b0]", -180, 180, 360, {phase}}}});
     }
     {
         Panels window;
-        window.SetAxis(axis, 1);
+        window.SetAxis(newChartAxis(chart), 1);
         window.Create("", "Visibilities", WS_OVERLAPPEDWINDOW, {60, 60, 900, 700}, nullptr, 0);
         window.ShowWindow(SW_SHOW);
         RunMessages();

@@ -3,7 +3,7 @@
 
 #include "pavane/axes/box/A2_3DAxis.h"
 #include "pavane/axes/box/ASurfaceGraph.h"
-#include "platform/picture.h"
+#include "pavane/axes/windows/save_axis.h"
 #include "platform/platform.h"
 
 #include <cmath>
@@ -37,12 +37,8 @@ int main(int argc, char** argv)
     box.SetFloorGap(0.5);  // room below the surface, for the floor to be seen
     box.SetBoxHeight(1);
     box.SetView(20, 25);
-    CPicture picture(800, 640);
-    CRect rect(0, 0, 800, 640);
-    picture.dc()->SetSmooth(1);
-    box.draw(*picture.dc(), rect);
     CString error;
-    const int done = SavePNG(picture, argv[1], error);
+    const int done = SaveAxis(box, {800, 640}, argv[1], error);
     ShutdownPlatform();
     return done ? 0 : 1;
 }

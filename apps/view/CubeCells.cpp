@@ -26,10 +26,15 @@ const float* CubeCells::row(int plane, int row)
 {
     if (read_ != plane) {
         std::string ignored;  // who shows the plane tells of it
-        read_ = plane;
-        if (!readFitsMap(file_, plane, map_, ignored) || map_.cells.rows() != rows_ ||
-            map_.cells.columns() != columns_)
+        int isGivenUp = 0;
+        const auto going = [&](double /*done*/) {
+            isGivenUp = goesOn_ && !goesOn_();
+            return !isGivenUp;
+        };
+        const int isRead = readFitsMap(file_, plane, map_, ignored, going);
+        if (!isRead || map_.cells.rows() != rows_ || map_.cells.columns() != columns_)
             map_ = FitsMap();
+        read_ = isGivenUp ? -1 : plane;  // who asks again later gets it
     }
     return map_.cells.rows() == rows_ ? map_.cells.row(row) : nullptr;
 }

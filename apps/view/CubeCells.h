@@ -3,6 +3,7 @@
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "tessel/fits_map.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,9 @@ public:
     CubeCells& operator=(const CubeCells&) = delete;
     /// One for each plane; they live as long as this.
     std::vector<const AMatrixAccess*> planes() const;
+    /// Asked all the time while a plane is read; when it answers 0 the plane is left blank. Empty
+    /// for nobody.
+    void setGoing(const std::function<int()>& goesOn) { goesOn_ = goesOn; }
 
 private:
     class Plane : public AMatrixAccess
@@ -41,6 +45,7 @@ private:
     int rows_, columns_;
     std::vector<Plane> all_;
     FitsMap map_;
+    std::function<int()> goesOn_;
     int read_ = -1;  ///< the plane that is in memory
 };
 

@@ -29,10 +29,13 @@ int CubePlanes::exchange(int plane, MapContent& shown, std::string& error, const
         wanted = std::move(*known);
         kept_.erase(known);
     } else {
-        // before it is read, so that there are never more in memory
-        while (kept() > most - 2)
+        // before it is read, so that there are never more in memory; the last one lends its own
+        while (kept() > most - 2) {
+            wanted = std::move(kept_.front());
             kept_.erase(kept_.begin());
-        wanted = std::make_unique<MapContent>();
+        }
+        if (!wanted)
+            wanted = std::make_unique<MapContent>();
         error.clear();
         if (read ? !read(plane, *wanted, error) : !readMapContent(file_, plane, *wanted, error)) {
             if (!error.empty())

@@ -94,12 +94,17 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     view_.SetMarks(&model_);
     view_.SetPlayByMouse(1);
     split_.SetPanes(&view_, &model_.table());
+    split_.SetName("Map and components");
     split_.SetShare(mapShare);
+    (void)split_.SetProfile(section, "ComponentsShare");
     split_.ShowOnly(0);
     surfaceSplit_.SetPanes(&split_, &surface_.window());
+    surfaceSplit_.SetName("Map and surface");
+    (void)surfaceSplit_.SetProfile(section, "SurfaceShare");
     surfaceSplit_.ShowOnly(0);
     surface_.status = [this](const AxisStatus& status) { mapStatus(status); };
     surface_.focused = [this] { part_ = Part::surface; };
+    surface_.levels = [this] { return options_.levels; };
     surface_.stepPlane = [this](int step) { return mapStepPlane(step); };
     setUpPointer(*view_.GetTrackers());
     view_.SetToolBar(&bar_);
@@ -108,6 +113,12 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     for (const unsigned id : {ID_TRACK_UNDO, ID_TRACK_REDO, ID_TRACK_COPY, ID_TRACK_DELETE,
                               ID_ZOOM_MINUS, ID_WHOLE_MAP, ID_SHOW_CELLS})
         bar_.EnableButton(id, 0);  // until there is a map
+    (void)tips_.Create(this);
+    planes_.ExplainBy(tips_);
+    status_.SetNames({"The value under the pointer", "Its offset from the centre of the map",
+                      "Its position on the sky", "Its cell",
+                      "What the areas hold: cells, sum, mean"});
+    status_.ExplainBy(tips_);
     setMenu();
     created_ = 1;
     CRect client;
@@ -175,15 +186,49 @@ void MainWindow::setMenu()
     recent_.putInto(menu);
     if (palettes_.empty()) {
         const AObjArray<CString> names = PaletteNames();
-        for (int i = 0; i < names.count(); ++i)
+        AArray<COLORREF> colours;
+        for (int i = 0; i < names.count(); ++i) {
             palettes_.push_back(names(i));
+            const int isRead = GetPaletteColors(names(i), colours);
+            const COLORREF* const first = colours.lpArray();
+            paletteMenu_.Add({names(i), isRead ? std::vector(first, first + colours.count())
+                                               : std::vector<COLORREF>()});
+        }
     }
     if (CMenu* const palettes = popupOf(menu, idPalette); palettes && !palettes_.empty()) {
         palettes->DeleteAll();
-        for (std::size_t i = 0; i < palettes_.size(); ++i)
-            palettes->AppendMenu(palettes_[i], idPalette + static_cast<unsigned>(i));
+        (void)paletteMenu_.AppendTo(*palettes, idPalette);
     }
+    giveIcons(menu);
     SetMenu(menu);
+}
+
+/// Lines that are buttons of the toolbar too are known by the same picture.
+void MainWindow::giveIcons(CMenu& menu)
+{
+    constexpr int side = std::ssize(undoIcon);
+    if (icons_.GetImageCount() == 0 && icons_.Create(side, side)) {
+        icons_.FollowDesktop();
+        for (const PlotCommand& command : plotCommands)
+            if (command.icon)
+                (void)icons_.AddNamed(command.text, command.icon, side);
+    }
+    constexpr struct {
+        unsigned line, button;
+    } lines[] = {{ID_TRACK_UNDO, ID_TRACK_UNDO}, {ID_TRACK_REDO, ID_TRACK_REDO},
+                 {ID_TRACK_COPY, ID_TRACK_COPY}, {idDelete, ID_TRACK_DELETE},
+                 {idZoomIn, ID_ZOOM_PLUS},       {ID_ZOOM_MINUS, ID_ZOOM_MINUS},
+                 {ID_WHOLE_MAP, ID_WHOLE_MAP}};
+    for (const auto& each : lines)
+        (void)menu.SetItemImage(each.line, MF_BYCOMMAND, icons_,
+                                icons_.Find(commandOf(each.button)->text));
+}
+
+void MainWindow::OnSysColorChange()
+{
+    ATrackToolBarOwnerWnd::OnSysColorChange();
+    if (icons_.GetImageCount() > 0)
+        icons_.FollowDesktop();
 }
 
 AreaPlace MainWindow::place() const

@@ -22,8 +22,11 @@
 #include "pavane/axes/windows/AAreaTableWnd.h"
 #include "pavane/axes/windows/ATrackerToolBar.h"
 #include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
+#include "pavane/windows/controls/AColorMenu.h"
+#include "pavane/windows/controls/AImageList.h"
+#include "pavane/windows/controls/ASplitterWnd.h"
+#include "pavane/windows/controls/AToolTip.h"
 #include "platform/CMenu.h"
-#include "platform/splitter.h"
 
 #include <memory>
 #include <optional>
@@ -75,10 +78,14 @@ public:
     PlaneBar& planeBar() { return planes_; }
     /// The map that is open, if any, and those that will be are displayed in this style.
     void TakeStyle(const MapDisplay& display);
-    /// The palette of the program is another one.
-    void PaletteChanged();
+    /// The palette of the program is another one, for all maps or as it was before that.
+    void PaletteChanged(int isForAll);
     /// Shows that plane of the cube as one step of the views; 0 when it cannot be shown.
     int planeWanted(int plane) override;
+    int PreTranslateMessage(const MSG& message) override
+    {
+        return planes_.TakeTab(message) || ATrackToolBarOwnerWnd::PreTranslateMessage(message);
+    }
 
 protected:
     int OnCreate(CREATESTRUCT& cs) override;
@@ -87,6 +94,7 @@ protected:
     void OnDestroy() override;
     void OnTimer(unsigned id) override;
     void OnSetFocus(CWnd* old) override;
+    void OnSysColorChange() override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
     void OnInitMenuPopup(CMenu& popup) override;
 
@@ -123,6 +131,7 @@ private:
     int makeBar();
     void layOut(int cx, int cy);
     void setMenu();
+    void giveIcons(CMenu& menu);
     void updateTitle();
     ATrackerArrayInAxis& areas() { return *view_.GetTrackers(); }
     AreaPlace place() const;
@@ -176,7 +185,7 @@ private:
     int runSurfaceCommand(unsigned id);
     void showSurfaceCommands(CMenu& popup);
     APlotWnd& shownPicture();
-    std::unique_ptr<MapContent> askMap(const CString& title);
+    std::unique_ptr<SideMap> askMap(const CString& title);
 
     // Planes of a cube
     int isCube() const;
@@ -201,8 +210,8 @@ private:
     StatusLine status_;
     PartWindow<AAreaTableWnd> table_;
     ModelPanel model_;
-    CSplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
-    CSplitterWnd split_;
+    ASplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
+    ASplitterWnd split_;
     PlaneBar planes_;
     MapWindow view_;
     SurfacePanel surface_;
@@ -211,6 +220,9 @@ private:
     RecentFiles recent_;
     PrintCommands printing_;
     std::vector<CString> palettes_;
+    AColorMenu paletteMenu_;  ///< their strips
+    AImageList icons_;        ///< of lines of the menu that are buttons too
+    AToolTip tips_;
     std::unique_ptr<CubeCells> cubeCells_;  ///< for the dialog
     std::unique_ptr<APalettePlayDlg> play_;
     std::unique_ptr<AMapDisplayDlg> display_;
@@ -219,6 +231,7 @@ private:
     std::unique_ptr<ABeamWnd> beamNumbers_;  ///< of that
     std::optional<MapDisplay> styleOfAll_;   ///< of maps that are opened; none: as the options say
     std::vector<COLORREF> colours_;          ///< of the map; none for the palette of the program
+    std::vector<COLORREF> leftColours_;      ///< before a palette was used for all maps
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
     int copyFailed_ = 0;

@@ -2,6 +2,7 @@
 
 #include "apps/view/long_work.h"
 #include "apps/view/map_options.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "tessel/paths.h"
 #include "tessel/rounding.h"
 
@@ -66,8 +67,11 @@ int MapDocument::open(CWnd* owner, const std::string& file, int plane, const Vie
     (void)sky_.init(inputs_.map.header, noSky);
     const AMatrix<float>& cells = inputs_.map.cells;
     format_ = StatusFormat(inputs_.map.header, inputs_.frame, cells.rows(), cells.columns());
+    TracedContours contours;
+    contours.trace(owner, inputs_, options.levels);
     picture_.show(inputs_);
     show(options);
+    contours.give(picture_.graph().contours());
     return 1;
 }
 
@@ -79,9 +83,20 @@ int MapDocument::setPlane(CWnd* owner, int plane, const ViewOptions& options, st
     const int isLarge = inputs_.map.cells.cells() > largePlane;
     if (!cube_.exchange(plane, inputs_, error, isLarge ? CubePlanes::Reader(read) : nullptr))
         return 0;
+    TracedContours contours;
+    contours.trace(owner, inputs_, options.levels);
     picture_.contentChanged();
     applyLevels(picture_, options);  // the colours go with the map through its planes
+    contours.give(picture_.graph().contours());
     return 1;
+}
+
+void MapDocument::showLevels(CWnd* owner, const ViewOptions& options)
+{
+    TracedContours contours;
+    contours.trace(owner, inputs_, options.levels);
+    applyLevels(picture_, options);
+    contours.give(picture_.graph().contours());
 }
 
 AreaPlace MapDocument::place() const

@@ -4,6 +4,7 @@
 #include "apps/view/CubePlanes.h"
 #include "apps/view/inputs.h"
 #include "apps/view/status_text.h"
+#include "apps/view/TracedContours.h"
 #include "pavane/axes/maps/MapPicture.h"
 #include "tessel/SkyCoordinates.h"
 
@@ -46,6 +47,8 @@ public:
 
     /// Gives the picture the scale and the levels of the options.
     void show(const ViewOptions& options);
+    /// The levels alone; while those of a large map are traced the frame of `owner` waits.
+    void showLevels(CWnd* owner, const ViewOptions& options);
 
 private:
     std::string file_;

@@ -6,6 +6,7 @@
 #include "tessel/value_text.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace pavane
 {
@@ -43,6 +44,33 @@ int PlaneBar::OnCreate(CREATESTRUCT& cs)
     text_.SetDialogGround(1);
     text_.SetName("What the plane is");
     return 0;
+}
+
+void PlaneBar::ExplainBy(AToolTip& tips)
+{
+    (void)tips.AddTool(&play_, "Shows the planes one after another, ten a second");
+    (void)tips.AddTool(&slider_, "Arrows: the plane before, the next\n"
+                                 "Page Up, Page Down: a tenth of the cube\nHome, End: first, last");
+    (void)tips.AddTool(&field_, "The number of a plane, then Enter;\nEscape goes back to the map");
+}
+
+int PlaneBar::TakeTab(const MSG& message)
+{
+    if (message.message != WM_KEYDOWN || message.wParam != WPARAM{VK_TAB} ||
+        GetKeyState(VK_CONTROL) < 0)
+        return 0;
+    CWnd* const stops[] = {&play_, &slider_, &field_};
+    const auto* const at = std::find(std::begin(stops), std::end(stops), GetFocus());
+    if (at == std::end(stops))
+        return 0;
+    const auto count = std::ssize(stops);
+    const auto step = GetKeyState(VK_SHIFT) < 0 ? count - 1 : 1;
+    CWnd* const next = stops[(at - std::begin(stops) + step) % count];
+    if (next == &field_)
+        FocusNumber();
+    else
+        next->SetFocus();
+    return 1;
 }
 
 void PlaneBar::OnPaint()
@@ -89,8 +117,12 @@ void PlaneBar::SetPlane(int plane, int count, const CString& text)
 void PlaneBar::fillField()
 {
     const CString number = std::to_string(slider_.GetPos());
+    filling_ = 1;
     if (field_.GetWindowText() != number)
         field_.SetWindowText(number);
+    if (GetFocus() == &field_)
+        field_.SetSel(0, -1);  // what is typed takes its place
+    filling_ = 0;
 }
 
 void PlaneBar::FocusNumber()
@@ -143,6 +175,11 @@ int PlaneBar::OnCommand(unsigned id, unsigned code, CWnd* control)
         Play(0);
         if (!ask(slider_.GetPos()))
             fillField();
+        return 1;
+    }
+    if (id == idField && code == EN_CHANGE) {
+        if (!filling_)
+            Play(0);  // else the next plane would overwrite what is typed
         return 1;
     }
     if (id == idField && code == EN_KILLFOCUS)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/windows/controls/AStaticText.h"
+#include "pavane/windows/controls/AToolTip.h"
 #include "platform/controls.h"
 #include "platform/slider.h"
 
@@ -35,6 +36,11 @@ public:
     /// Shows the planes one after another, from the last on to the first.
     void Play(int on);
     int IsPlaying() const { return playing_; }
+    /// Says of the controls what keys do in them.
+    void ExplainBy(AToolTip& tips);
+    /// The Tab key goes round the controls of the bar, as in a dialog; F6 leaves it. Non-zero when
+    /// the message was that.
+    int TakeTab(const MSG& message);
 
 protected:
     int OnCreate(CREATESTRUCT& cs) override;
@@ -66,6 +72,7 @@ private:
     AStaticText of_, text_;
     int count_ = 1;
     int playing_ = 0;
+    int filling_ = 0;  ///< the bar writes the number itself
 };
 
 }  // namespace pavane

@@ -1,5 +1,8 @@
 #include "apps/view/StatusLine.h"
 
+#include "pavane/windows/controls/AToolTip.h"
+#include "platform/dialog_ground.h"
+#include "platform/system_colors.h"
 #include "platform/window_dc.h"
 
 #include <algorithm>
@@ -16,9 +19,7 @@ constexpr int fontHeight = -12;
 constexpr int inset = 8;
 /// Added when a pane is widened, so that one more digit does not widen it again.
 constexpr int spare = 14;
-constexpr COLORREF face = RGB(239, 239, 239);
-constexpr COLORREF edge = RGB(200, 200, 200);
-constexpr COLORREF ink = RGB(30, 30, 30);
+constexpr const char* lineName = "Status";
 
 }  // namespace
 
@@ -91,17 +92,92 @@ void StatusLine::SetTexts(const StatusTexts& texts)
 
 void StatusLine::SetMessage(const CString& message)
 {
+    if (message == message_)
+        return;
     message_ = message;
     Invalidate();
+    NotifyWinEvent(EVENT_OBJECT_VALUECHANGE, GetSafeHwnd(), 0);
+}
+
+/// The pane under a point, -1 for none.
+int StatusLine::paneAt(CPoint point) const
+{
+    CRect client;
+    GetClientRect(client);
+    for (int i = 0; i < statusPanes; ++i)
+        if (paneRect(i, client).PtInRect(point) && !texts_[static_cast<std::size_t>(i)].empty())
+            return i;
+    return -1;
+}
+
+CString StatusLine::tipAt(CPoint point, CRect& pane)
+{
+    const int at = message_.empty() ? paneAt(point) : -1;
+    if (at >= 0) {
+        CRect client;
+        GetClientRect(client);
+        pane = paneRect(at, client);
+        return names_[static_cast<std::size_t>(at)];
+    }
+    CClientDC dc(this);
+    CFont* const before = dc.SelectObject(&font_);
+    const int isCut = dc.GetTextExtent(message_).cx > pane.Width() - 2 * inset;
+    dc.SelectObject(before);
+    return isCut ? message_ : CString();
+}
+
+void StatusLine::ExplainBy(AToolTip& tips)
+{
+    (void)tips.AddTool(this, [this](CPoint point, CRect& pane) { return tipAt(point, pane); });
+}
+
+// --- screen readers: the line reads as a whole, and its panes are parts
+
+int StatusLine::GetAccessPart(AccessId id, AccessPart& part) const
+{
+    const auto pane = static_cast<std::size_t>(id - 1);
+    if (id < 0 || (id > 0 && (pane >= texts_.size() || texts_[pane].empty())))
+        return 0;
+    part = {};
+    part.role = ROLE_SYSTEM_STATICTEXT;
+    part.state = STATE_SYSTEM_READONLY;
+    GetClientRect(part.rect);
+    if (id > 0) {
+        part.rect = paneRect(static_cast<int>(pane), part.rect);
+        part.name = names_[pane].empty() ? texts_[pane] : names_[pane];
+        part.value = texts_[pane];
+        return 1;
+    }
+    part.name = lineName;
+    part.value = message_;
+    for (const std::string& text : texts_)
+        if (message_.empty() && !text.empty())
+            part.value += (part.value.empty() ? "" : "; ") + text;
+    return 1;
+}
+
+std::vector<AccessId> StatusLine::GetAccessChildren() const
+{
+    std::vector<AccessId> panes;
+    for (int i = 0; i < statusPanes; ++i)
+        if (message_.empty() && !texts_[static_cast<std::size_t>(i)].empty())
+            panes.push_back(i + 1);
+    return panes;
+}
+
+AccessId StatusLine::AccessHitTest(CPoint point) const
+{
+    return message_.empty() ? paneAt(point) + 1 : 0;
 }
 
 void StatusLine::DrawWindow(CDC& dc, CRect& client, CRect& update)
 {
-    dc.FillSolidRect(update, face);
+    const COLORREF edge = GetSysColor(COLOR_BTNSHADOW);
+    dc.FillSolidRect(update, GetDialogGround());
     dc.FillSolidRect(CRect(client.left, client.top, client.right, client.top + 1), edge);
     CFont* const before = dc.SelectObject(&font_);
     dc.SetBkMode(TRANSPARENT);
-    dc.SetTextColor(ink);
+    dc.SetTextColor(GetSysColor(COLOR_BTNTEXT));
     const unsigned format = DT_LEFT | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX;
     if (!message_.empty()) {
         CRect all = client;

@@ -6,6 +6,12 @@
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
 
 namespace pavane
 {
@@ -30,17 +36,15 @@ void SurfacePanel::Show(MapDocument* document)
         picture_->contentChanged();
         return Follow();
     }
-    BoxView before = picture_ ? picture_->axis().view() : BoxView();
-    if (hasSecond())  // which goes with its map
-        before.setHeight(before.height() / 2);
-    const bool isNew = !picture_;
+    if (picture_)
+        keptView_ = viewOfOne();
     window_.ShowBar(nullptr);
     window_.SetBox(nullptr, 0);
     window_.SetCellLink(nullptr);
     window_.SetLinkedCell(-1, -1);
     map_.SetCellLink(nullptr);
     map_.SetLinkedCell(-1, -1);
-    picture_.reset();
+    const std::unique_ptr<SurfacePicture> old = std::move(picture_);
     document_ = document;
     if (!document)
         return;
@@ -49,8 +53,13 @@ void SurfacePanel::Show(MapDocument* document)
     picture_->setDisplay(display_);
     picture_->axis().setView(picture_->firstView());
     window_.SetBox(&picture_->axis(), 0);
-    if (!isNew)  // which is not the first view of the window
-        picture_->axis().setView(before);
+    if (keptView_)  // which is not the first view of the window
+        picture_->axis().setView(*keptView_);
+    if (old && old->isAsLargeAs(*picture_)) {
+        (void)picture_->setSecond(old->setSecond(nullptr));
+        (void)picture_->setColorMap(old->setColorMap(nullptr));
+        pictureChanged();
+    }
     window_.SetCellLink([this](int row, int column) { map_.SetLinkedCell(row, column); });
     map_.SetCellLink([this](int row, int column) { window_.SetLinkedCell(row, column); });
     SetAreas(*map_.GetTrackers());
@@ -61,7 +70,7 @@ void SurfacePanel::Follow()
 {
     if (!picture_ || !document_)
         return;
-    if (picture_->follow(document_->picture().graph()))
+    if (picture_->follow(document_->picture().graph(), levels ? levels() : LevelChoice()))
         window_.ShowMoves();
     window_.ContentChanged();
 }
@@ -72,6 +81,50 @@ void SurfacePanel::SetAreas(const ARPTrackerArray& areas)
         return;
     picture_->setAreas(outlinesOf(areas));
     window_.ContentChanged();
+}
+
+/// The view with the height that one map has.
+BoxView SurfacePanel::viewOfOne() const
+{
+    BoxView view = picture_->axis().view();
+    if (hasSecond())
+        view.setHeight(view.height() / 2);
+    return view;
+}
+
+std::string SurfacePanel::LookText() const
+{
+    if (!picture_ && !keptView_)
+        return {};
+    const BoxView view = picture_ ? viewOfOne() : *keptView_;
+    std::string text;
+    for (const double value :
+         {view.azimuth(), view.elevation(), view.height(), static_cast<double>(display_.style),
+          static_cast<double>(display_.floor), static_cast<double>(display_.sameRange)})
+        text.append(text.empty() ? "" : ",").append(valToStr(value, 6));
+    return text;
+}
+
+void SurfacePanel::TakeLook(const std::string& text)
+{
+    std::array<double, 6> values{};
+    std::size_t start = 0;
+    for (double& value : values) {
+        const std::size_t end = std::min(text.find(',', start), text.size());
+        if (start > text.size() ||
+            !stoval(std::string_view(text).substr(start, end - start), value))
+            return;
+        start = end + 1;
+    }
+    constexpr int styles = surfaceContours * 2 - 1, floors = floorColors | floorContours;
+    BoxView view;
+    if (!view.setView(values[0], values[1]) || !view.setHeight(values[2]) ||
+        !(values[3] >= 0 && values[3] <= styles && values[4] >= 0 && values[4] <= floors))
+        return;
+    keptView_ = view;
+    display_.style = static_cast<int>(values[3]);
+    display_.floor = static_cast<int>(values[4]);
+    display_.sameRange = values[5] != 0;
 }
 
 /// What is shown beside colours has changed.
@@ -91,24 +144,25 @@ void SurfacePanel::SetDisplay(const SurfaceDisplay& display)
     pictureChanged();
 }
 
-int SurfacePanel::SetSecond(std::unique_ptr<MapContent> second)
+int SurfacePanel::SetSecond(std::unique_ptr<SideMap> second)
 {
     if (!picture_)
         return 0;
     window_.ShowBar(nullptr);
-    picture_->setSecond(std::move(second));
+    (void)picture_->setSecond(std::move(second));
     pictureChanged();
     return 1;
 }
 
-int SurfacePanel::SetColorMap(std::unique_ptr<MapContent> colors)
+int SurfacePanel::SetColorMap(std::unique_ptr<SideMap> colors)
 {
     if (!picture_)
         return 0;
     window_.ShowBar(nullptr);
-    const int isTaken = picture_->setColorMap(std::move(colors));
+    const SideMap* const wanted = colors.get();
+    const std::unique_ptr<SideMap> back = picture_->setColorMap(std::move(colors));
     pictureChanged();
-    return isTaken;
+    return !wanted || back.get() != wanted;
 }
 
 }  // namespace pavane

@@ -6,6 +6,8 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace pavane
 {
@@ -25,21 +27,27 @@ public:
     int Create(CWnd* parent, unsigned id);
     ASurfaceWnd& window() { return window_; }
     int isShown() const { return picture_ != nullptr; }
-    /// Shows a map that is open; null for none. The view stays; with another plane of the same map
-    /// whatever the user does goes on.
+    /// Shows a map that is open; null for none. The view stays, and so do a second map and one that
+    /// gives the colours, when the new one has as many columns and rows as the one before; with
+    /// another plane of the same map whatever the user does goes on.
     void Show(MapDocument* document);
     /// The map has another look.
     void Follow();
     void SetAreas(const ARPTrackerArray& areas);
     void SetDisplay(const SurfaceDisplay& display);
     const SurfaceDisplay& display() const { return display_; }
-    /// A second map above it, or the one that gives its colours; null for none. They go with the
-    /// map. 0 while nothing is shown, and for colours of a map of another size.
-    int SetSecond(std::unique_ptr<MapContent> second);
-    int SetColorMap(std::unique_ptr<MapContent> colors);
+    /// A second map above it, or the one that gives its colours; null for none. 0 while nothing is
+    /// shown, and for colours of a map of another size.
+    int SetSecond(std::unique_ptr<SideMap> second);
+    int SetColorMap(std::unique_ptr<SideMap> colors);
     int hasSecond() const { return picture_ && picture_->hasSecond(); }
     int hasColorMap() const { return picture_ && picture_->hasColorMap(); }
 
+    /// View and display as a text to be kept, and back from it; what is not one changes nothing.
+    std::string LookText() const;
+    void TakeLook(const std::string& text);
+
+    std::function<LevelChoice()> levels;            ///< how those of the map were chosen
     std::function<void(const AxisStatus&)> status;  ///< of the pointer over the surface
     std::function<void()> focused;                  ///< the keyboard has come to it
     std::function<int(int)> stepPlane;  ///< Page Down (1) or Page Up (-1); 0: no other plane
@@ -72,12 +80,14 @@ private:
         SurfacePanel& panel_;
     };
 
+    BoxView viewOfOne() const;
     void pictureChanged();
 
     AAxisWnd& map_;
     MapDocument* document_ = nullptr;
     std::unique_ptr<SurfacePicture> picture_;
     SurfaceDisplay display_;
+    std::optional<BoxView> keptView_;  ///< of the last run, or of what was shown before
     Window window_;
 };
 

@@ -39,6 +39,7 @@ void SurfacePicture::show(const MapContent& content)
                    content.map.cells.rows() * std::fabs(frame.yStep));
     graph_ = new ASurfaceGraph(axis_.get(), *cells_, frame.centres(), 0);
     secondGraph_ = nullptr;
+    second_.reset();
     graph_->setNames(frame.xTitle, frame.yTitle, frame.valueTitle);
     graph_->contours().setWidth(1);
     bar_ = std::make_unique<AAxisColorOP>(*graph_);
@@ -56,6 +57,18 @@ void SurfacePicture::contentChanged()
     graph_->cellsChanged();
     graph_->setStatistics(content_->range, content_->noise);
     graph_->setHeaderText(0, mapHeaderLine(content_->map.header, content_->range, content_->noise));
+    planeChanged();
+}
+
+void SurfacePicture::planeChanged()
+{
+    const int plane = content_->map.header.plane;
+    if (second_ && second_->setPlane(plane)) {
+        secondGraph_->cellsChanged();
+        secondGraph_->setStatistics(second_->content().range, second_->content().noise);
+    }
+    if (colorMap_ && colorMap_->setPlane(plane))
+        graph_->cellsChanged();
 }
 
 BoxView SurfacePicture::firstView() const
@@ -82,49 +95,60 @@ void SurfacePicture::setDisplay(const SurfaceDisplay& display)
 
 int SurfacePicture::addSecond(const std::string& file, std::string& error)
 {
-    auto second = std::make_unique<MapContent>();
-    if (!readMapContent(file, -1, *second, error)) {
+    auto second = std::make_unique<SideMap>();
+    if (!second->read(file, error)) {
         error = file + ": " + error;
         return 0;
     }
-    setSecond(std::move(second));
+    (void)setSecond(std::move(second));
     return 1;
 }
 
-void SurfacePicture::setSecond(std::unique_ptr<MapContent> second)
+std::unique_ptr<SideMap> SurfacePicture::setSecond(std::unique_ptr<SideMap> second)
 {
     const int had = hasSecond();
+    otherBar_.reset();
     if (had)
         axis_->DeleteGraph(std::exchange(secondGraph_, nullptr));
     secondCells_.reset();
-    second_ = std::move(second);
+    second_.swap(second);
     if (second_) {
-        secondCells_ = std::make_unique<AFloatMatrixAccess>(second_->map.cells);
-        secondGraph_ = new ASurfaceGraph(axis_.get(), *secondCells_, second_->frame.centres(), 1);
-        secondGraph_->setNames({}, {}, second_->frame.valueTitle);
-        secondGraph_->setStatistics(second_->range, second_->noise);
-        secondGraph_->contours().setWidth(1);
+        (void)second_->setPlane(content_->map.header.plane);
+        const MapContent& content = second_->content();
+        secondCells_ = std::make_unique<AFloatMatrixAccess>(content.map.cells);
+        secondGraph_ = new ASurfaceGraph(axis_.get(), *secondCells_, content.frame.centres(), 1);
+        secondGraph_->setNames({}, {}, content.frame.valueTitle);
+        secondGraph_->setStatistics(content.range, content.noise);
     }
     if (had != hasSecond())  // each has the height that one had
         axis_->SetBoxHeight(axis_->GetBoxHeight() * (had ? 0.5 : 2));
     makeOtherBar();
     setDisplay(display_);
+    return second;
 }
 
-int SurfacePicture::setColorMap(std::unique_ptr<MapContent> colors)
+std::unique_ptr<SideMap> SurfacePicture::setColorMap(std::unique_ptr<SideMap> colors)
 {
-    auto cells = colors ? std::make_unique<AFloatMatrixAccess>(colors->map.cells) : nullptr;
+    if (colors)
+        (void)colors->setPlane(content_->map.header.plane);
+    std::unique_ptr<AMatrixAccess> cells;
+    if (colors)
+        cells = std::make_unique<AFloatMatrixAccess>(colors->content().map.cells);
     otherBar_.reset();
-    const int isTaken = graph_->SetColorMap(cells.get());
-    if (isTaken) {
-        colorMap_ = std::move(colors);
-        colorCells_ = std::move(cells);
+    if (graph_->SetColorMap(cells.get())) {
+        colorMap_.swap(colors);
+        colorCells_.swap(cells);
         if (colorMap_)
-            graph_->ColorGraph().setNames({}, {}, colorMap_->frame.valueTitle);
+            graph_->ColorGraph().setNames({}, {}, colorMap_->content().frame.valueTitle);
     }
     makeOtherBar();
     followSecond();
-    return isTaken;
+    return colors;
+}
+
+int SurfacePicture::isAsLargeAs(const SurfacePicture& other) const
+{
+    return cells_->rows() == other.cells_->rows() && cells_->columns() == other.cells_->columns();
 }
 
 void SurfacePicture::makeOtherBar()
@@ -134,9 +158,11 @@ void SurfacePicture::makeOtherBar()
         otherBar_ = std::make_unique<AAxisColorOP>(graph_->ColorGraph());
     else if (hasSecond())
         otherBar_ = std::make_unique<AAxisColorOP>(*secondGraph_);
+    figure_.setOtherBar(otherBar_.get());
 }
 
-/// The second map, and the one that gives colours, have the colours of the map.
+/// The second map, and the one that gives colours, have the colours of the map, and the second one
+/// its contours as well: levels that depend on the cells are those of its own.
 void SurfacePicture::followSecond()
 {
     ColorLook look(*graph_);
@@ -148,6 +174,10 @@ void SurfacePicture::followSecond()
     if (display_.sameRange)
         look.range = graph_->zRange();
     look.give(*secondGraph_);
+    secondGraph_->contours() = graph_->contours();
+    secondGraph_->contours().forget();  // the lines are those of the map
+    if (levels_.goesOn)
+        secondGraph_->contours().setLevels(levelsOf(levels_, *secondGraph_));
 }
 
 void SurfacePicture::applyOptions(const ViewOptions& options)
@@ -158,11 +188,18 @@ void SurfacePicture::applyOptions(const ViewOptions& options)
     const SurfaceWish& wish = options.surface;
     if (wish.wanted)
         axis_->SetView(wish.azimuth, wish.elevation);
+    levels_ = options.levels;
     followSecond();
+    if (!hasSecond() || !options.hasRange || !options.inPerCent)
+        return;
+    ColorLook look(*secondGraph_);
+    look.range = rangeOf(options, *secondCells_);
+    look.give(*secondGraph_);
 }
 
-int SurfacePicture::follow(const ALevelsColorGraph& map)
+int SurfacePicture::follow(const ALevelsColorGraph& map, const LevelChoice& levels)
 {
+    levels_ = levels;
     const TMnMx range = graph_->zRange();
     const MapScaleKind scale = graph_->scaleKind();
     ColorLook(map).give(*graph_);
@@ -190,7 +227,7 @@ void SurfacePicture::draw(CDC& dc, const CRect& rect)
 
 std::vector<std::string> SurfacePicture::notes() const
 {
-    if (second_ && second_->range.isEmpty())
+    if (second_ && second_->content().range.isEmpty())
         return {"the second map has no finite cell"};
     return {};
 }

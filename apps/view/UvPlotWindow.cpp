@@ -36,15 +36,9 @@ void UvPlotWindow::PointsRead(int all)
     if (!graph_)
         return;
     graph_->SetHeader(file_ && points_ ? uvPlotHeader(*file_, *points_) : CString());
-    const int isZoomed = IsRangeZoomed();
-    if (isZoomed && !all)
+    if (IsRangeZoomed() && !all)
         return ContentChanged();
-    const TMinMax shown = GetPlot()->getMinMax();
-    DataChanged();
-    if (!isZoomed)
-        return;
-    UpdateWindow();  // the whole range is known then
-    SetNewMinMax(shown);
+    DataGrew();
 }
 
 void UvPlotWindow::ShowModel(const AComponents& model)

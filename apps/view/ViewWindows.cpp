@@ -69,11 +69,13 @@ void ViewWindows::windowClosed(CWnd& window)
         PostQuitMessage(0);
 }
 
-void ViewWindows::paletteForAll()
+void ViewWindows::paletteForAll(int on)
 {
+    if (on && style_)
+        style_->colours.colours.clear();
     for (const auto& one : open_)
         if (auto* const window = dynamic_cast<MainWindow*>(one.get()))
-            window->PaletteChanged();
+            window->PaletteChanged(on);
 }
 
 void ViewWindows::styleForAll(const MapDisplay& display, const CWnd& from)

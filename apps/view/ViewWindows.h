@@ -22,7 +22,7 @@ public:
 
     int openWindow(const std::string& file) override;
     void windowClosed(CWnd& window) override;
-    void paletteForAll() override;
+    void paletteForAll(int on) override;
     void styleForAll(const MapDisplay& display, const CWnd& from) override;
     int count() const { return static_cast<int>(open_.size()); }
 

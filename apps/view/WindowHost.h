@@ -17,8 +17,9 @@ public:
     /// Non-zero when the file is shown; else the user was told why not.
     virtual int openWindow(const std::string& file) = 0;
     virtual void windowClosed(CWnd& window) = 0;
-    /// The palette of the program is another one: all windows of maps show it.
-    virtual void paletteForAll() = 0;
+    /// The palette of the program is another one: all windows of maps show it, or, with 0, what
+    /// they showed before.
+    virtual void paletteForAll(int on) = 0;
     /// Maps of the other windows, and those that are opened from now on, are displayed in this
     /// style.
     virtual void styleForAll(const MapDisplay& display, const CWnd& from) = 0;

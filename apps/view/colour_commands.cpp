@@ -21,6 +21,7 @@ constexpr const char* section = "pavane-view";
 constexpr const char* paletteEntry = "Palette";
 constexpr const char* scaleEntry = "Scale";
 constexpr const char* levelsEntry = "Levels";
+constexpr const char* surfaceEntry = "Surface";
 constexpr const char* noLevels = "none";
 constexpr int shownDigits = 3;
 
@@ -28,14 +29,22 @@ constexpr int shownDigits = 3;
 class ColoursDialog : public APalettePlayDlg
 {
 public:
-    ColoursDialog(AAxisWnd& plot, CWnd* parent, std::function<void()> forAll)
-        : APalettePlayDlg(plot, parent), forAll_(std::move(forAll))
+    ColoursDialog(AAxisWnd& plot, CWnd* parent, CubeCells* cube, std::function<void(int)> forAll)
+        : APalettePlayDlg(plot, parent), cube_(cube), forAll_(std::move(forAll))
     {
+        if (cube_)
+            SetPlanes(cube_->planes());
     }
-    void OnPaletteForAll() override { forAll_(); }
+    void OnPaletteForAll() override { forAll_(IsForAll()); }
+    void OnCounting(const std::function<int()>& goesOn) override
+    {
+        if (cube_)
+            cube_->setGoing(goesOn);
+    }
 
 private:
-    std::function<void()> forAll_;
+    CubeCells* cube_;
+    std::function<void(int)> forAll_;
 };
 
 }  // namespace
@@ -78,30 +87,49 @@ void MainWindow::showColours()
         play_->SetFocus();
         return;
     }
-    play_ = std::make_unique<ColoursDialog>(view_, this, [this] {
-        if (host_)
-            host_->paletteForAll();
-        else
-            PaletteChanged();
-    });
-    cubeCells_.reset();
-    if (isCube()) {
+    if (!play_) {
+        cubeCells_.reset();
         const AMatrix<float>& cells = map_->inputs().map.cells;
-        cubeCells_ = std::make_unique<CubeCells>(map_->file(), map_->planes(), cells.rows(),
-                                                 cells.columns());
-        play_->SetPlanes(cubeCells_->planes());
+        if (isCube())
+            cubeCells_ = std::make_unique<CubeCells>(map_->file(), map_->planes(), cells.rows(),
+                                                     cells.columns());
+        play_ = std::make_unique<ColoursDialog>(view_, this, cubeCells_.get(), [this](int on) {
+            if (host_)
+                host_->paletteForAll(on);
+            else
+                PaletteChanged(on);
+        });
     }
+    // one that was closed knows how the range goes on with the planes
     if (play_->CreateModeless())
         (void)play_->ShowWindow(SW_SHOW);
 }
 
-void MainWindow::PaletteChanged()
+/// Maps with colours of their own leave these, and have them again when the palette goes back.
+void MainWindow::PaletteChanged(int isForAll)
 {
+    std::vector<COLORREF> colours = colours_;
+    if (isForAll)
+        leftColours_ = std::exchange(colours, {});
+    else if (colours.empty())
+        colours = std::exchange(leftColours_, {});
+    if (isForAll && styleOfAll_)
+        styleOfAll_->colours.colours.clear();
     if (play_)
         play_->PaletteChanged();
+    const int isOther = colours != colours_;
+    colours_ = colours;
     if (!map_)
         return;
-    view_.ContentChanged();
+    if (isOther) {
+        ColorLook look(map_->picture().graph());
+        look.colours = colours;
+        view_.BeginView();
+        view_.ShowColorLook(look);
+        view_.EndView();
+    } else {
+        view_.ContentChanged();
+    }
     surface_.Follow();
 }
 
@@ -124,7 +152,7 @@ void MainWindow::levelsChanged()
     if (!map_)
         return;
     view_.BeginView();
-    applyLevels(map_->picture(), options_);
+    map_->showLevels(this, options_);
     view_.ContentChanged();
     view_.EndView();
     displayChanged();
@@ -140,6 +168,7 @@ void MainWindow::loadLook()
     if (!options_.hasScale && stoval(GetProfileString(section, scaleEntry), scale) && scale >= 0 &&
         scale <= static_cast<int>(ViewScale::equalised))
         options_.scale = static_cast<ViewScale>(scale);
+    surface_.TakeLook(GetProfileString(section, surfaceEntry));
     const CString levels = GetProfileString(section, levelsEntry);
     LevelChoice kept;
     std::string ignored;
@@ -157,6 +186,7 @@ void MainWindow::storeLook() const
     const LevelChoice& levels = options_.levels;
     const LevelChoice& asked = asked_.levels;
     const CString palette = paletteNameOf(colours_);
+    const CString surface = surface_.LookText();
     const struct {
         const char* entry;
         CString text;
@@ -167,7 +197,8 @@ void MainWindow::storeLook() const
                     asked_.hasScale && options_.scale == asked_.scale},
                    {levelsEntry, levels.none ? noLevels : levels.text,
                     (asked.none || !asked.text.empty()) && asked.none == levels.none &&
-                        asked.text == levels.text}};
+                        asked.text == levels.text},
+                   {surfaceEntry, surface, surface.empty()}};
     for (const auto& each : entries)
         if (!each.isAsked && each.text != GetProfileString(section, each.entry))
             (void)WriteProfileString(section, each.entry, each.text);

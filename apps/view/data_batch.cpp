@@ -84,7 +84,8 @@ int findBaselines(const ViewOptions& options, UvObservation& observation, std::s
 int readPanels(const ViewOptions& options, UvObservation& observation, const UvMarks& marks,
                const AComponents& model, PanelChart& chart, std::string& error)
 {
-    if (!findBaselines(options, observation, error))
+    const int hasAll = options.plot.kind == DataPlot::closure && options.plot.baselines.empty();
+    if (!hasAll && !findBaselines(options, observation, error))
         return refuse(options.map, error);
     ProgressLine progress("Reading " + plainText(options.map));
     if (!readVisibilityChart(

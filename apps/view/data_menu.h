@@ -84,7 +84,7 @@ inline constexpr MenuItem dataMarkItems[] = {
     menuLine,
     {"Add &group of marked IFs", ID_FREQ_ADD_GROUP, nullptr, 0},
     {"&Delete group", ID_FREQ_DELETE_GROUP, nullptr, 0},
-    freqItemOf(ID_FREQ_ALL_IN_ONE),
+    {"All IFs in one g&roup\tCtrl+1", ID_FREQ_ALL_IN_ONE, nullptr, 0},
     freqItemOf(ID_FREQ_FIXED_STEP),
 };
 

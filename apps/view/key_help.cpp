@@ -1,10 +1,11 @@
 #include "apps/view/key_help.h"
 
-#include "platform/controls.h"
+#include "pavane/windows/AResizeDialog.h"
+#include "pavane/windows/controls/AInfoText.h"
 #include "platform/message.h"
 
+#include <iterator>
 #include <span>
-#include <vector>
 
 namespace pavane
 {
@@ -40,6 +41,7 @@ constexpr KeyLine mapKeys[] = {
     {"7  0", "zooms back, shows the whole map"},
     {"M", "shows the cells of the mask"},
     {"Page Down, Page Up", "the next plane of a cube, the one before"},
+    {"Alt+P", "plays the planes of a cube, stops; Tab goes round the bar with their number"},
     {"Right drag", "colours: bias across, contrast up, with Shift a tenth as fast; Esc takes back"},
     {"P", "colours by a histogram: range, contrast, gamma, palettes"},
     {"Alt+Left, Alt+Right",
@@ -51,17 +53,18 @@ constexpr KeyLine mapKeys[] = {
 };
 
 constexpr KeyLine dataKeys[] = {
-    {"F6, Shift+F6", "to the next part of the window: tabs, table, plot; to the one before"},
+    {"F6, Shift+F6", "to the next part of the window: tabs, table, plot, each panel; back"},
     {"Ctrl+PgDown, Ctrl+PgUp", "next tab, the one before"},
     {"Space, click on a box", "marks what is selected: the plot shows what is marked everywhere"},
     {"Ctrl+M, Ctrl+Shift+M", "marks all of the table, none of it"},
     {"Ctrl+I", "marks what is not marked, and the reverse"},
     {"Click on a point", "tells its baseline and scan, and selects them in their tables"},
     {"Alt+1 ... Alt+5",
-     "amplitude against distance, against time, closure phases, bandpass, closure amplitudes"},
+     "plots against distance, time; closure phases; bandpass; closure amplitudes"},
     {"Ctrl+R", "chooses the triangles of closure phases"},
     {"N, Shift+N", "the next baselines or triangles, those before"},
     {"Page Down, Page Up", "the next page of panels, the one before"},
+    {"Tab, Shift+Tab", "in a panel: to its scales and curves, which + - and arrows act on"},
     {"Drag in the plot", "shows what lies in the frame"},
     {"Ctrl+wheel, +  -", "zooms about the pointer, about the middle"},
     {"7  0", "zooms back, shows all of the plot"},
@@ -76,29 +79,52 @@ constexpr KeyLine dataKeys[] = {
     {"Ins, Del", "a frequency group of the marked IFs; deletes the group"},
 };
 
-/// The lines stand in two columns of a dialog that is as high as they need.
-struct KeyLayout {
-    explicit KeyLayout(std::span<const KeyLine> lines)
+enum Control : unsigned { idLines = 101 };
+constexpr const char* title = "Keys and mouse";
+
+constexpr DlgItem helpDialogItems[] = {
+    {ControlKind::placeholder, idLines, "", 8, 8, 374, 216, WS_TABSTOP},
+    {ControlKind::defaultButton, IDOK, "Close", 326, 230, 56, 14, WS_TABSTOP},
+};
+constexpr DlgTemplate helpDialog = {0,   title,           390,
+                                    252, helpDialogItems, std::size(helpDialogItems)};
+constexpr ResizeItem helpResize[] = {{idLines, 0, 0, 100, 100}, {IDOK, 100, 100, 100, 100}};
+/// What the keys do stands so far from the left, in units of dialogs.
+constexpr int whatColumn = 104;
+
+/// The lines scroll, are found in with Ctrl+F and copied.
+class KeyHelp : public AResizeDialog
+{
+public:
+    KeyHelp(CWnd* parent, std::span<const KeyLine> lines)
+        : AResizeDialog(helpDialog, parent), lines_(lines)
     {
-        constexpr int lineStep = 12;
-        int y = 8;
-        for (const KeyLine& line : lines) {
-            items.push_back({ControlKind::staticText, 0, line.keys, 8, y, 96, 10});
-            items.push_back({ControlKind::staticText, 0, line.what, 108, y, 264, 10});
-            y += lineStep;
-        }
-        y += 6;
-        items.push_back({ControlKind::defaultButton, IDOK, "Close", 316, y, 56, 14, WS_TABSTOP});
-        dialog = {0, "Keys and mouse", 380, y + 22, items.data(), static_cast<int>(items.size())};
+        SetResizeItems(helpResize);
+        SetPlacementSection("KeyHelp");
     }
-    std::vector<DlgItem> items;
-    DlgTemplate dialog{};
+
+protected:
+    int OnInitDialog() override
+    {
+        (void)text_.UpDateControl("", this, idLines,
+                                  WS_TABSTOP | WS_BORDER | WS_VSCROLL | WS_HSCROLL);
+        text_.SetName(title);
+        text_.SetColumn(MapDialogRect(CRect(0, 0, whatColumn, 0)).Width());
+        CString all;
+        for (const KeyLine& line : lines_)
+            all.append(all.empty() ? "" : "\n").append(line.keys).append("\t").append(line.what);
+        text_.SetText(all);
+        return AResizeDialog::OnInitDialog();
+    }
+
+private:
+    std::span<const KeyLine> lines_;
+    AInfoText text_;
 };
 
 void show(CWnd* parent, std::span<const KeyLine> lines)
 {
-    const KeyLayout layout(lines);
-    CDialog dialog(layout.dialog, parent);
+    KeyHelp dialog(parent, lines);
     dialog.DoModal();
 }
 

@@ -228,7 +228,9 @@ OptionTable<ViewOptions> newTable()
          readAspect},
         {{"--surface", "", "AZ,EL[,OTHER.fits]",
           "draw the map as a surface seen from this azimuth and elevation (degrees), another map "
-          "above it; --range, --scale and --contrast are those of the map"},
+          "above it, a cube with the same plane; --scale, --contrast, --levels and a --range in "
+          "per "
+          "cent are for both, each with its own cells, a --range in values for the first"},
          readSurface,
          onlyInBatch},
         {{"--times", "", "START,STOP",

@@ -38,8 +38,8 @@ inline constexpr PartCommand partCommands[] = {
     {ID_COPY_TO_CLIPBOARD, copyPictureText, "Copy &cells\tCtrl+C", ID_TABLE_COPY_SELECTION,
      "Copy &cells\tCtrl+C", ID_TABLE_COPY_SELECTION},
     {idSaveAreas, "&Save areas\tCtrl+S", "&Save areas\tCtrl+S", 0, "&Save components\tCtrl+S", 0},
-    {idSaveAreasAs, "Save areas &as...\tCtrl+Shift+S", "Save areas &as...\tCtrl+Shift+S", 0,
-     "Save components &as...\tCtrl+Shift+S", 0},
+    {idSaveAreasAs, "Sav&e areas as...\tCtrl+Shift+S", "Sav&e areas as...\tCtrl+Shift+S", 0,
+     "Sav&e components as...\tCtrl+Shift+S", 0},
 };
 
 /// Null for a command that is the same everywhere.

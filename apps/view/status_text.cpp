@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <numeric>
 
 namespace pavane
@@ -20,8 +19,7 @@ namespace
 
 constexpr int valueDigits = 4;
 constexpr int fluxDigits = 5;
-/// Beyond the letters that everybody knows, powers are clearer in the number.
-constexpr int mostPrefixPower = 12;
+constexpr int farthestDigits = 9;
 constexpr int mostDecimals = 9;
 constexpr double arcsecondsPerDegree = 3600.0;
 constexpr double degreesPerHour = 15.0;
@@ -33,14 +31,6 @@ int decimalsOf(double step)
     if (!(size > 0) || !std::isfinite(size))
         return 0;
     return std::clamp(truncated(std::ceil(-std::log10(size) - 1e-6)), 0, mostDecimals);
-}
-
-int prefixPower(double value)
-{
-    if (value == 0 || !std::isfinite(value))
-        return 0;
-    const int power = 3 * truncated(std::floor(std::log10(std::fabs(value)) / 3));
-    return std::abs(power) > mostPrefixPower ? 0 : power;
 }
 
 std::string grouped(long long count)
@@ -74,7 +64,7 @@ StatusWidths fittingPanes(StatusWidths wanted, int room)
 
 std::string prefixedText(double value, const std::string& unit, int digits)
 {
-    const int power = takesPrefix(unit) ? prefixPower(value) : 0;
+    const int power = takesPrefix(unit) ? prefixPower(value, digits) : 0;
     const std::string text = valToStr(value / std::pow(10.0, power), digits);
     return unit.empty() ? text : text + ' ' + prefixText(power) + unit;
 }
@@ -90,7 +80,8 @@ StatusFormat::StatusFormat(const MapHeader& header, const MapFrame& frame, int r
     const int hasPrefix = hasPrefixMarker(frame.xTitle) && !offsetUnit_.empty();
     const double farthest = std::max({std::fabs(frame.xFirst), std::fabs(frame.xLast),
                                       std::fabs(frame.yFirst), std::fabs(frame.yLast)});
-    const int power = hasPrefix && rows > 0 && columns > 0 ? prefixPower(farthest) : 0;
+    const int power =
+        hasPrefix && rows > 0 && columns > 0 ? prefixPower(farthest, farthestDigits) : 0;
     offsetFactor_ = std::pow(10.0, -power);
     offsetUnit_ = prefixText(power) + offsetUnit_;
     xDecimals_ = decimalsOf(frame.xStep * offsetFactor_);

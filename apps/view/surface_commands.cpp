@@ -31,22 +31,22 @@ bool isFloor(unsigned id) { return id >= idSurfaceFloor && id < idSurfaceFloor +
 }  // namespace
 
 /// Reads a map that the user chooses; null when there is none, which the user knows then.
-std::unique_ptr<MapContent> MainWindow::askMap(const CString& title)
+std::unique_ptr<SideMap> MainWindow::askMap(const CString& title)
 {
     CString name = folderOf(map_->file());
     if (!askName(name, mapsFilter, title, 1, "fits"))
         return nullptr;
-    auto content = std::make_unique<MapContent>();
+    auto side = std::make_unique<SideMap>();
     std::string error;
     int isRead = 0;
     const int isDone = doLongWork(this, "Reading " + baseNameOf(name), [&](AProgressWriter& to) {
-        return isRead = readMapContent(name, 0, *content, error, tellTo(to));
+        return isRead = side->read(name, error, tellTo(to));
     });
     if (isDone && !isRead)
         AfxMessageBox(name + ": " + error, MB_ICONERROR);
     if (!isDone || !isRead)
         return nullptr;
-    return content;
+    return side;
 }
 
 int MainWindow::runSurfaceCommand(unsigned id)
@@ -71,14 +71,14 @@ int MainWindow::runSurfaceCommand(unsigned id)
         window.ShowFirstView();
         return 1;
     case idSurfaceSecond:
-        if (std::unique_ptr<MapContent> second = askMap("Second map on the surface"))
+        if (std::unique_ptr<SideMap> second = askMap("Second map on the surface"))
             (void)surface_.SetSecond(std::move(second));
         return 1;
     case idSurfaceNoSecond:
         (void)surface_.SetSecond(nullptr);
         return 1;
     case idSurfaceColorMap:
-        if (std::unique_ptr<MapContent> colors = askMap("Colours of another map"))
+        if (std::unique_ptr<SideMap> colors = askMap("Colours of another map"))
             if (!surface_.SetColorMap(std::move(colors)))
                 AfxMessageBox("Colours come from a map of as many columns and rows", MB_ICONERROR);
         return 1;

@@ -1,9 +1,12 @@
 #include "apps/view/visibility_plot.h"
 
+#include "pavane/tables/grid/text_fold.h"
 #include "tessel/plain_text.h"
+#include "tessel/trimmed.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <numeric>
 #include <set>
@@ -27,16 +30,28 @@ std::vector<std::string> splitAt(const std::string& text, char at)
     return parts;
 }
 
-/// The telescopes that a name or number stands for, in every subarray that has it.
+/// The telescopes that a name stands for, else a name in other letters, else a number, in every
+/// subarray that has it; "BR/2" is that of subarray 2, as captions have it.
 std::vector<ClosureTelescope> telescopesNamed(const std::vector<ClosureTelescope>& known,
-                                              const AUVXFile& file, const std::string& name)
+                                              const AUVXFile& file, const std::string& text)
 {
+    const std::string name(trimmed(text, " "));
+    const std::string small = smallLetters(name);
     std::vector<ClosureTelescope> found;
+    const auto look = [&](const auto& isNamed) {
+        if (found.empty())
+            std::copy_if(known.begin(), known.end(), std::back_inserter(found), isNamed);
+    };
     int number = 0;
-    const int isNumber = stoval(name, number);
-    for (const ClosureTelescope& telescope : known)
-        if (telescopeName(file, telescope) == name || (isNumber && telescope.number == number))
-            found.push_back(telescope);
+    look([&](const ClosureTelescope& t) { return telescopeName(file, t) == name; });
+    look([&](const ClosureTelescope& t) { return smallLetters(telescopeName(file, t)) == small; });
+    if (stoval(name, number))
+        look([&](const ClosureTelescope& t) { return t.number == number; });
+    const std::size_t slash = name.rfind('/');
+    if (found.empty() && slash != std::string::npos && stoval(name.substr(slash + 1), number)) {
+        found = telescopesNamed(known, file, name.substr(0, slash));
+        std::erase_if(found, [&](const ClosureTelescope& t) { return t.subarray != number; });
+    }
     return found;
 }
 
@@ -48,6 +63,8 @@ int readEntries(const AUVXFile& file, const std::string& list,
                 std::string& error)
 {
     for (const std::string& text : splitAt(list, ',')) {
+        if (trimmed(text, " ").empty())
+            continue;
         Entry& entry = entries.emplace_back();
         // a name may itself have a dash
         std::vector<std::string> names = {text};
@@ -97,7 +114,7 @@ void addQuads(const Entry& entry, const std::vector<UvBaseline>& baselines,
               std::vector<ClosureQuad>& quads)
 {
     for (const ClosureTelescope& first : entry.front()) {
-        ClosureQuad quad = {first.subarray, {}, 0};
+        ClosureQuad quad = {first.subarray, {-1, -1, -1, -1}, 0};
         for (std::size_t k = 0; k < quad.telescopes.size(); ++k)
             for (const ClosureTelescope& one : entry[k])
                 if (one.subarray == first.subarray)
@@ -248,8 +265,9 @@ int readVisibilityChart(AUVXFile& file, const PlotWish& wish,
                         PanelChart& chart, std::string& error)
 {
     if (wish.kind == DataPlot::closure) {
-        ClosureChoice choice;
-        if (!chosenClosures(file, wish.baselines, baselines, choice, error))
+        ClosureChoice choice = ClosureChoice::ofFile();
+        if (!wish.baselines.empty() &&
+            !chosenClosures(file, wish.baselines, baselines, choice, error))
             return 0;
         ClosureReader reader(file, std::move(choice), marks, {}, model);
         if (!readAll(reader, isGoing, error))

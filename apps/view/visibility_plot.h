@@ -30,8 +30,8 @@ int chosenAmplitudes(const std::vector<UvBaseline>& baselines, ClosureChoice& ch
                      std::string& error);
 
 /// Reads a file and makes the panels of a plot, which is not uvdist. `baselines` are those that
-/// the file has. `isGoing` is told the share that is done, and ends it with 0. Non-zero on success;
-/// else `error` is a clause without its subject.
+/// the file has; closure phases without a list do without them. `isGoing` is told the share that is
+/// done, and ends it with 0. Non-zero on success; else `error` is a clause without its subject.
 int readVisibilityChart(AUVXFile& file, const PlotWish& wish,
                         const std::vector<UvBaseline>& baselines, const UvMarks& marks,
                         const AComponents& model, const std::function<int(double)>& isGoing,

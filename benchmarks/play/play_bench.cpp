@@ -6,6 +6,7 @@
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/axes/maps/cells/AMapHistogram.h"
+#include "pavane/axes/maps/ColorLook.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "platform/messages.h"
 #include "platform/platform.h"
@@ -90,14 +91,12 @@ void ownMove(benchmark::State& state, int cells)
 void ownRange(benchmark::State& state, int cells)
 {
     MapWindow shown(cells);
+    ColorLook look(*shown.map);
     int i = 0;
     const auto next = [&] {
-        TMinMax centres = shown.map->centres();
-        centres.zMin = -1e-3 * (1 + i % 7);
-        centres.zMax = 0.1 + 0.01 * (i % 13);
+        look.range = {-1e-3 * (1 + i % 7), 0.1 + 0.01 * (i % 13)};
         ++i;
-        shown.map->setCentres(centres);
-        shown.window.ContentChanged();
+        shown.window.ShowColorLook(look);
         shown.show();
     };
     next();
@@ -108,10 +107,11 @@ void ownRange(benchmark::State& state, int cells)
 void ownScale(benchmark::State& state, int cells)
 {
     MapWindow shown(cells);
+    ColorLook look(*shown.map);
     int i = 0;
     const auto next = [&] {
-        shown.map->setScale(++i % 2 ? MapScaleKind::squareRoot : MapScaleKind::linear);
-        shown.window.ContentChanged();
+        look.scale = ++i % 2 ? MapScaleKind::squareRoot : MapScaleKind::linear;
+        shown.window.ShowColorLook(look);
         shown.show();
     };
     next();
@@ -173,6 +173,7 @@ int main(int argc, char** argv)
     add("play/scale_4k/pavane", ownScale, 4096, 40);
     add("play/move_4k/qcustomplot", peerMove, 4096, 8);
     add("play/range_4k/qcustomplot", peerRange, 4096, 8);
+    add("play/scale_4k/qcustomplot", peerRange, 4096, 8);
     add("play/histogram_4k/pavane", ownHistogram, 4096, 5);
     add("play/move_16k/pavane", ownMove, 16384, 40);
     add("play/range_16k/pavane", ownRange, 16384, 40);

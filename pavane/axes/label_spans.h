@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 namespace pavane
@@ -42,8 +43,16 @@ inline void thinLabels(TickSet& set, const LabelSpans& spans, double gap)
     }
 }
 
+inline std::ptrdiff_t countLabels(const TickSet& set)
+{
+    return std::count_if(set.major.begin(), set.major.end(),
+                         [](const TickSet::Tick& tick) { return !tick.label.empty(); });
+}
+
 /// Where a plot too flat for its labels stops looking for a step that hits its range.
 inline constexpr int mostFlatIntervals = 10;
+/// Labels that tell a scale.
+inline constexpr int leastLabels = 2;
 
 /// The next smaller count to try: a quarter less, or one.
 inline int fewerIntervals(int n) { return n > 8 ? n * 3 / 4 : n - 1; }

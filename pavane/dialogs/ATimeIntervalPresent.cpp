@@ -3,7 +3,7 @@
 #include "pavane/dialogs/IntervalCountDlg.h"
 #include "pavane/dialogs/values/time_texts.h"
 #include "pavane/resources/resource_ids.h"
-#include "pavane/windows/library_resources.h"
+#include "pavane/resources/time_dialogs.h"
 #include "platform/accessibility.h"
 #include "platform/message.h"
 #include "platform/resources.h"
@@ -13,13 +13,6 @@ namespace pavane
 
 namespace
 {
-
-/// A template is looked up when a page is made.
-unsigned known(unsigned templateId)
-{
-    AddLibraryResources();
-    return templateId;
-}
 
 struct Edit {
     unsigned id;
@@ -44,8 +37,9 @@ const Edit* editOf(unsigned id)
 }  // namespace
 
 ATimeIntervalPresent::ATimeIntervalPresent(unsigned templateId, unsigned captionId)
-    : CPropertyPage(known(templateId), captionId)
+    : AResizePage(templateId, captionId)
 {
+    SetResizeItems(timeIntervalResize);
 }
 
 void ATimeIntervalPresent::SetParameters(const AUVXTIntervalPM& parameters)
@@ -64,7 +58,7 @@ int ATimeIntervalPresent::OnInitDialog()
             SetAccessName(window->GetSafeHwnd(), edit.name);
     ShowTimePar(1);
     showForm();
-    return CPropertyPage::OnInitDialog();
+    return AResizePage::OnInitDialog();
 }
 
 void ATimeIntervalPresent::ShowTimePar(int asClock)
@@ -210,7 +204,7 @@ int ATimeIntervalPresent::OnCommand(unsigned id, unsigned code, CWnd* control)
         return 1;
     }
     if (code != BN_CLICKED)
-        return CPropertyPage::OnCommand(id, code, control);
+        return AResizePage::OnCommand(id, code, control);
     switch (id) {
     case IDC_TIME_CLOCK:
     case IDC_TIME_SECONDS:
@@ -222,7 +216,7 @@ int ATimeIntervalPresent::OnCommand(unsigned id, unsigned code, CWnd* control)
     case IDC_TIME_DEFAULT:
         return OnDefault(), 1;
     default:
-        return CPropertyPage::OnCommand(id, code, control);
+        return AResizePage::OnCommand(id, code, control);
     }
 }
 
@@ -241,7 +235,8 @@ int AskTimeInterval(CWnd* parent, AUVXTIntervalPM& pm)
         int isTaken = 0;
     } page;
     page.SetParameters(pm);
-    CPropertySheet sheet(LoadString(IDS_TIME_INTERVALS), parent);
+    AResizeSheet sheet(LoadString(IDS_TIME_INTERVALS), parent);
+    sheet.SetPlacementSection("TimeIntervals");
     sheet.AddPage(page);
     (void)sheet.DoModal();
     if (page.isTaken)

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "pavane/dialogs/values/TimeIntervalForm.h"
-#include "platform/property_sheet.h"
+#include "pavane/windows/AResizeSheet.h"
 
 namespace pavane
 {
@@ -9,7 +9,7 @@ namespace pavane
 /// The page "Time Intervals" of a property sheet: which part of an observation a processing step
 /// uses and how it is cut, with the times of the data beside it. OK, "Apply" and leaving the page
 /// take what stands there, or say what is wrong and stay.
-class PAVANE_API ATimeIntervalPresent : public CPropertyPage
+class PAVANE_API ATimeIntervalPresent : public AResizePage
 {
 public:
     AUVXTIntervalPM pm;   ///< the choice, as it was taken last

@@ -103,6 +103,21 @@ void ViewHistory::dropRanges(std::size_t from, std::size_t to)
     }
 }
 
+void ViewHistory::replacePair(ViewPart part, std::size_t pair, const std::array<double, 2>& from,
+                              const std::array<double, 2>& to)
+{
+    const std::size_t at = 2 * pair;
+    const auto replaceIn = [&](ViewValues& values) {
+        if (at + 1 < values.size() && values[at] == from[0] && values[at + 1] == from[1])
+            std::copy(to.begin(), to.end(), values.begin() + static_cast<std::ptrdiff_t>(at));
+    };
+    replaceIn(opened_[static_cast<std::size_t>(part)]);
+    for (Step& step : steps_)
+        for (Part& each : step.parts)
+            if (each.part == part)
+                replaceIn(each.other);
+}
+
 void ViewHistory::setZooms(int count)
 {
     while (zooms_ > count)

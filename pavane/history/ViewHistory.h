@@ -65,6 +65,11 @@ public:
     /// history is empty.
     void forgetRanges();
 
+    /// The numbers 2 `pair` and 2 `pair` + 1 of a part: where a step has those of `from` it has
+    /// those of `to` from now on. What showed all of the data shows all when there are more.
+    void replacePair(ViewPart part, std::size_t pair, const std::array<double, 2>& from,
+                     const std::array<double, 2>& to);
+
     // The zoom history beside this one
     /// Its steps, as far as this one knows.
     int zooms() const { return zooms_; }

@@ -59,6 +59,7 @@ int AProgress::Share::end(ProgressState how, int resultOf, const CString* error)
     const std::lock_guard lock(mutex);
     if (state != ProgressState::running)
         return 0;
+    shown = std::max(shown, fraction());  // pieces that are still counted tell nothing any more
     state = how;
     result = resultOf;
     if (error)
@@ -96,7 +97,9 @@ AProgress::AProgress() : share_(std::make_shared<Share>()) {}
 ProgressReport AProgress::GetReport() const
 {
     const std::lock_guard lock(share_->mutex);
-    share_->shown = std::max(share_->shown, share_->fraction());
+    const ProgressState state = share_->state;
+    if (state == ProgressState::running || state == ProgressState::finished)
+        share_->shown = std::max(share_->shown, share_->fraction());
     return {share_->state, share_->shown, share_->text, share_->result};
 }
 
@@ -155,6 +158,8 @@ void AProgressWriter::SetTotal(std::int64_t total)
     if (!job)
         return;
     const std::lock_guard lock(job->mutex);
+    if (job->state != ProgressState::running)
+        return;
     if (job->hasBegun && job->step + 1 < job->weights.size()) {
         job->before += job->weights[job->step++];
         job->base = job->done.load(std::memory_order_relaxed);

@@ -18,6 +18,7 @@ inline constexpr const char* handleKeys = "arrows move it, with Shift ten steps"
 inline constexpr const char* scaleTexts[] = {"Linear", "Square root", "Logarithm", "Equal shares"};
 inline constexpr const char* cellsTexts[] = {"Whole map", "Cells in view", "Cells of areas",
                                              "All planes"};
+inline constexpr const char* palettesName = "Palette";
 inline constexpr const char* sharedPaletteText = "As all maps";
 inline constexpr const char* ownPaletteText = "Own colours";
 inline constexpr const char* colorBlindSafeText = " (colour-blind safe)";

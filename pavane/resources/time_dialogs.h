@@ -11,6 +11,8 @@
 namespace pavane
 {
 
+inline constexpr unsigned IDC_TIME_INFO = 10013;  ///< the frame about what the data have
+
 /// The page of time intervals; what the data have stands at the right.
 inline constexpr DlgItem timeIntervalItems[] = {
     {ControlKind::staticText, 0, "Start time", 8, 7, 84, 9},
@@ -26,7 +28,7 @@ inline constexpr DlgItem timeIntervalItems[] = {
     {ControlKind::radioButton, IDC_TIME_CLOCK, "HH:MM:SS.S", 100, 10, 72, 11,
      WS_TABSTOP | WS_GROUP},
     {ControlKind::radioButton, IDC_TIME_SECONDS, "In second", 100, 23, 72, 11, WS_TABSTOP},
-    {ControlKind::groupBox, 0, "Information", 180, 4, 82, 88, WS_GROUP},
+    {ControlKind::groupBox, IDC_TIME_INFO, "Information", 180, 4, 82, 88, WS_GROUP},
     {ControlKind::staticText, 0, "Start time", 187, 16, 70, 9},
     {ControlKind::staticText, IDC_TIME_INFO_START, "", 187, 25, 70, 9},
     {ControlKind::staticText, 0, "Stop time", 187, 40, 70, 9},
@@ -50,7 +52,7 @@ inline constexpr DlgItem narrowTimeIntervalItems[] = {
     {ControlKind::pushButton, IDC_TIME_DEFAULT, "Default", 92, 45, 64, 14, WS_TABSTOP},
     {ControlKind::radioButton, IDC_TIME_CLOCK, "HH:MM:SS.S", 92, 10, 64, 11, WS_TABSTOP | WS_GROUP},
     {ControlKind::radioButton, IDC_TIME_SECONDS, "In second", 92, 23, 64, 11, WS_TABSTOP},
-    {ControlKind::groupBox, 0, "Information", 6, 108, 152, 48, WS_GROUP},
+    {ControlKind::groupBox, IDC_TIME_INFO, "Information", 6, 108, 152, 48, WS_GROUP},
     {ControlKind::staticText, 0, "Start time", 14, 120, 56, 9},
     {ControlKind::staticText, IDC_TIME_INFO_START, "", 72, 120, 80, 9},
     {ControlKind::staticText, 0, "Stop time", 14, 131, 56, 9},
@@ -58,6 +60,13 @@ inline constexpr DlgItem narrowTimeIntervalItems[] = {
     {ControlKind::staticText, 0, "Time interval", 14, 142, 56, 9},
     {ControlKind::staticText, IDC_TIME_INFO_INTERVAL, "", 72, 142, 80, 9},
     {ControlKind::staticText, IDC_TIME_COUNT_TEXT, "", 8, 162, 148, 10},
+};
+
+/// Of both pages.
+inline constexpr ResizeItem timeIntervalResize[] = {
+    {IDC_TIME_INFO, 0, 0, 100, 0},       {IDC_TIME_INFO_START, 0, 0, 100, 0},
+    {IDC_TIME_INFO_STOP, 0, 0, 100, 0},  {IDC_TIME_INFO_INTERVAL, 0, 0, 100, 0},
+    {IDC_TIME_COUNT_TEXT, 0, 0, 100, 0},
 };
 
 /// How many intervals the range is cut into.

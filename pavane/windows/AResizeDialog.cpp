@@ -1,11 +1,9 @@
 #include "pavane/windows/AResizeDialog.h"
 
+#include "pavane/windows/dialog_places.h"
 #include "pavane/windows/library_resources.h"
-#include "pavane/windows/placement_text.h"
 #include "pavane/windows/window_placement.h"
-#include "platform/profile.h"
 #include "platform/resources.h"
-#include "platform/screens.h"
 
 #include <algorithm>
 
@@ -15,21 +13,11 @@ namespace pavane
 namespace
 {
 
-/// Command to itself, with the number of a notice that no control sends.
-constexpr unsigned maximise = 0x7F01;
-
 /// Templates of the library are looked up when a dialog is made.
 const DlgTemplate* knownTemplate(unsigned id)
 {
     AddLibraryResources();
     return FindDialogTemplate(id);
-}
-
-CSize clientSize(const CWnd& window)
-{
-    CRect client;
-    (void)window.GetClientRect(client);
-    return client.Size();
 }
 
 }  // namespace
@@ -56,26 +44,9 @@ void AResizeDialog::SetResizeItems(std::span<const ResizeItem> items)
     layOut();
 }
 
-/// That of the template and not of the window: a closed list shows less than it takes.
-CRect AResizeDialog::placeInTemplate(const ResizeItem& item) const
-{
-    const auto* const end = template_->items + template_->itemCount;
-    const auto* const known =
-        std::find_if(template_->items, end, [&](const DlgItem& one) { return one.id == item.id; });
-    if (known != end)
-        return MapDialogRect(CRect(known->x, known->y, known->x + known->cx, known->y + known->cy));
-    CRect now;
-    if (const CWnd* const control = GetDlgItem(item.id))
-        (void)control->GetWindowRect(now);
-    ScreenToClient(now);
-    return ungrownPlace(item, now, least_, clientSize(*this));
-}
-
 void AResizeDialog::takePlaces()
 {
-    wholePlaces_.clear();
-    for (const ResizeItem& item : items_)
-        wholePlaces_.push_back(placeInTemplate(item));
+    wholePlaces_ = placesAtLeastSize(*this, *template_, items_, least_);
     fitToFolds();
 }
 
@@ -145,27 +116,9 @@ int AResizeDialog::OnInitDialog()
     whole_ = least_ = clientSize(*this);
     folds_.clear();
     takePlaces();
-    loadPlace();
+    loadDialogPlace(*this, section_, least_, growsAcross(items_), growsDown(items_));
     layOut();
     return result;
-}
-
-/// A dialog that is shown before it is waited for would not keep input from the others, so it
-/// becomes as large as the screen only then.
-void AResizeDialog::loadPlace()
-{
-    PlacementRecord kept;
-    if (section_.empty() || !readPlacement(GetProfileString(section_, "WindowPos"), kept))
-        return;
-    const std::vector<CRect> screens = GetScreenRects();
-    CRect place = reachablePlace(kept.normal, least_, screens);
-    if (!growsAcross(items_))
-        place.right = place.left + least_.cx;
-    if (!growsDown(items_))
-        place.bottom = place.top + least_.cy;
-    (void)MoveWindow(place);
-    if (kept.showCommand == SW_SHOWMAXIMIZED)
-        (void)PostMessage(WM_COMMAND, maximise);
 }
 
 void AResizeDialog::OnSize(unsigned type, int cx, int cy)
@@ -177,7 +130,7 @@ void AResizeDialog::OnSize(unsigned type, int cx, int cy)
 
 int AResizeDialog::OnCommand(unsigned id, unsigned code, CWnd* control)
 {
-    if (id != maximise || control)
+    if (id != maximiseCommand || control)
         return CDialog::OnCommand(id, code, control);
     (void)ShowWindow(SW_SHOWMAXIMIZED);
     return 1;

@@ -46,11 +46,9 @@ private:
     struct Fold {
         int top, bottom;  ///< in pixels of the template
     };
-    CRect placeInTemplate(const ResizeItem& item) const;
     void takePlaces();
     void fitToFolds();
     void layOut();
-    void loadPlace();
 
     const DlgTemplate* template_;
     std::vector<ResizeItem> items_;

@@ -5,36 +5,25 @@ usage: components_e2e.py PAVANE_VIEW FOLDER
 
 Opens a map with a model, edits a component in the table, undoes and redoes it, adds, duplicates and
 deletes rows, picks a row by a click on its outline, copies it, types a digit that is also a key of the
-menu, and saves: after each step the saved file or the clipboard says what came of it. Without Xvfb,
-xdotool, openbox or xclip it says so and ends with 77.
+menu, and saves: after each step the saved file or the clipboard says what came of it.
 """
-import os
-import shutil
-import subprocess
-import sys
+from desk import WIDTH, Look, Program, run_test, wait_for
+from window_e2e import write_map
 
-from window_e2e import NEEDED, Desk, Failure, Program, wait_for, write_map
-
-PINK, WIDTH = (255, 110, 200), 1400  # of selected outlines; of the screen
+PINK = (255, 110, 200)  # of selected outlines
 MODEL = ["1 0.5 0 1 0 0 0 0.5", "2 1 0.002 0.5 30 90 0.003 0.5", "9 0.25 0.001 1 0 180 0.006 0.5"]
 
 
-class Session:
+class Session(Program):
     def __init__(self, desk, program, folder):
-        self.desk, self.folder, self.file = desk, folder, folder + "/model.txt"
-        with open(self.file, "w") as out:
+        self.model, self.screen = folder + "/model.txt", Look(desk, (0, 0, WIDTH, 1000))
+        with open(self.model, "w") as out:
             out.write("\n".join([str(len(MODEL)), *MODEL]) + "\n")
-        self.program = Program(desk, program, folder, "map.fits", "--model", "model.txt")
-        self.main = self.program.window("map.fits")
-
-    def key(self, *keys):
-        self.program.key(*keys)
-
-    def type(self, text):
-        self.desk.do("type", "--delay", 20, text)
+        super().__init__(desk, program, folder, "map.fits", "--model", "model.txt")
+        self.main()
 
     def rows(self):
-        with open(self.file) as file:
+        with open(self.model) as file:
             lines = [l for l in file.read().split("\n") if l and not l.startswith(";")]
         return lines[1:]
 
@@ -47,21 +36,20 @@ class Session:
         """Copies the selection until the clipboard has the text."""
         def clip():
             self.key("ctrl+c")
-            return subprocess.run(["xclip", "-o", "-selection", "clipboard"], env=self.desk.env,
-                                  capture_output=True).stdout.decode()
+            return self.desk.clipboard().decode()
         wait_for(what, lambda: text in clip())
 
     def selected_outline(self):
         """A place on the screen in the colour of the selected outline, the topmost."""
-        shown = subprocess.run(["import", "-window", "root", "-depth", "8", "rgb:-"],
-                               env=self.desk.env, capture_output=True, check=True).stdout
+        shown, = self.screen.pixels()
         at = shown.find(bytes(PINK))
         while at >= 0 and at % 3:
             at = shown.find(bytes(PINK), at + 1)
         return (at // 3 % WIDTH, at // 3 // WIDTH) if at >= 0 else None
 
 
-def run(session):
+def work(desk, program, folder):
+    session = Session(desk, program, folder)
     first, second, third = MODEL
     edited = first.replace("0.5", "70.25", 1)
     session.key("F6", "Right")
@@ -87,33 +75,9 @@ def run(session):
     place = wait_for("the outline of the second row", session.selected_outline)
     session.key("Up")
     session.copied("the first row", "\n1\tPoint\n")
-    session.desk.do("mousemove", *place, "click", 1)
+    desk.do("mousemove", *place, "click", 1)
     session.key("shift+F6")
     session.copied("the row of the outline that was clicked", "\n2\tGaussian\n")
 
 
-def main():
-    missing = [name for name in NEEDED + ["import"] if not shutil.which(name)]
-    if missing:
-        print("skipped: there is no " + ", ".join(missing))
-        return 1 if os.environ.get("CI") else 77
-    program, folder = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
-    shutil.rmtree(folder, ignore_errors=True)
-    os.makedirs(folder)
-    write_map(folder + "/map.fits")
-    desk = Desk(folder)
-    try:
-        session = Session(desk, program, folder)
-        run(session)
-    except Failure as failure:
-        print("failed:", failure)
-        subprocess.run(["import", "-window", "root", folder + "/failed.png"], env=desk.env)
-        return 1
-    finally:
-        desk.close()
-    print("passed")
-    return 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
+run_test(write_map, work)

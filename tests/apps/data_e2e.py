@@ -6,39 +6,11 @@ usage: data_e2e.py PAVANE_VIEW PAVANE_SIMULATE FOLDER
 Finds a station, copies a range and reads it back from the clipboard, takes the mark of the station
 and looks at the plot, exports the table, makes one frequency group and gives it up.
 """
-import os
-import shutil
 import subprocess
-import sys
 
-from window_e2e import NEEDED, Desk, Failure, Program, wait_for
+from desk import Failure, Program, run_test, simulated, wait_for
 
 DATA = "observation.uvfits"
-
-
-class View(Program):
-    def main(self):
-        return self.window(DATA)
-
-    def save(self, keys, box, name):
-        """Saves under a name by the keys of a command."""
-        self.main()
-        for key in keys:
-            self.key(key)
-        window = self.window(box)
-        self.key("ctrl+a")
-        self.desk.do("type", "--delay", 5, self.folder + "/" + name)
-        self.key("Return")
-        self.gone(window)
-        path = self.folder + "/" + name
-        wait_for(name, lambda: os.path.exists(path) and os.path.getsize(path))
-        with open(path, "rb") as file:
-            return file.read()
-
-
-def clipboard(desk):
-    return subprocess.run(["xclip", "-selection", "clipboard", "-o"], env=desk.env,
-                          capture_output=True).stdout.decode()
 
 
 def table(program, folder, env, name):
@@ -53,7 +25,7 @@ def find_and_copy(view, desk, stations):
     view.main()
     view.key("ctrl+f")
     box = view.window("Find")
-    desk.do("type", "--delay", 5, "PT")
+    view.type("PT")
     view.key("Return")
     view.key("Escape")
     view.gone(box)
@@ -61,7 +33,7 @@ def find_and_copy(view, desk, stations):
     view.key("shift+Right", "shift+Right", "ctrl+c")
     row = next(cells for cells in stations if cells[1] == "PT")
     expected = ["\t".join(cells[:4]) for cells in (stations[0], row)]
-    wait_for("the copied station", lambda: clipboard(desk).splitlines() == expected)
+    wait_for("the copied station", lambda: desk.clipboard().decode().splitlines() == expected)
 
 
 def mark_and_plot(view):
@@ -76,11 +48,11 @@ def mark_and_plot(view):
         raise Failure("the plot does not follow the mark of a station")
 
 
-def choose_times(view, desk):
+def choose_times(view):
     view.main()
     view.key("ctrl+shift+t")
     box = view.window("Time Intervals")
-    desk.do("type", "--delay", 5, "24:50:00")
+    view.type("24:50:00")
     view.key("Return")
     view.gone(box)
     late = view.save(["ctrl+shift+p"], "Save picture", "late.png")
@@ -106,34 +78,14 @@ def groups(view, desk):
     view.end()
 
 
-def main():
-    missing = [tool for tool in NEEDED if not shutil.which(tool)]
-    if missing:
-        print("skipped: there is no " + ", ".join(missing))
-        return 1 if os.environ.get("CI") else 77  # the integration has all tools
-    program, simulate, folder = (os.path.abspath(name) for name in sys.argv[1:4])
-    shutil.rmtree(folder, ignore_errors=True)
-    os.makedirs(folder)
-    subprocess.run([simulate, "--out", folder, "--size", "64", "--clean", "10", "--hours", "2"],
-                   check=True, stdout=subprocess.DEVNULL)
-    desk = Desk(folder)
-    try:
-        stations = table(program, folder, desk.env, "telescopes")
-        view = View(desk, program, folder, DATA)
-        find_and_copy(view, desk, stations)
-        mark_and_plot(view)
-        choose_times(view, desk)
-        export(view, stations)
-        groups(view, desk)
-    except Failure as failure:
-        print("failed:", failure)
-        subprocess.run(["import", "-window", "root", folder + "/failed.png"], env=desk.env)
-        return 1
-    finally:
-        desk.close()
-    print("passed")
-    return 0
+def work(desk, program, folder):
+    stations = table(program, folder, desk.env, "telescopes")
+    view = Program(desk, program, folder, DATA)
+    find_and_copy(view, desk, stations)
+    mark_and_plot(view)
+    choose_times(view)
+    export(view, stations)
+    groups(view, desk)
 
 
-if __name__ == "__main__":
-    sys.exit(main())
+run_test(simulated, work)

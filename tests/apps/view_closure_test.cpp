@@ -52,6 +52,10 @@ TEST(ViewClosure, ListsNameTrianglesAndQuads)
         {"1-2-3-4-5", "", "", "has nothing of '1-2-3-4-5'"},
         {"1-2-3-9", "", "", "has no telescope '9' in what is plotted"},
         {"3-5", "", "", "has nothing of '3-5'"},
+        {" 1-2 - 5 ,, 1-2-3/2,", "125 123/2", "", ""},
+        {"3-1-4-2/2", "", "3142/2", ""},
+        {"1-2-5/2", "", "", "has no telescope '5/2' in what is plotted"},
+        {",", "", "", "has nothing of ','"},
     };
     for (const auto& c : cases) {
         ClosureChoice choice;
@@ -89,6 +93,48 @@ TEST(ViewClosure, ListsNameTrianglesAndQuads)
     EXPECT_EQ(chart.panels[1].caption.substr(0, 7), "1-2-3-4");
     EXPECT_EQ(chart.panels[1].scales[0].name, "ln closure amplitude");
     EXPECT_EQ(chart.panels[1].scales[0].curves.size(), 2u);
+}
+
+TEST(ViewClosure, NamesStandBeforeOtherLettersAndThoseBeforeNumbers)
+{
+    const std::vector<MadeGroup> groups = madeGroups(5, {0});
+    const std::string name = savedData("names.uvfits", groups);
+    FitsText table;
+    TableText antennas("AIPS AN", 1, {{"ANNAME", "8A"}, {"STABXYZ", "3D"}, {"NOSTA", "1J"}});
+    int number = 0;
+    for (const char* each : {"2", "1", "Br", "BR", "A-B"}) {
+        antennas.text(each, 8) << 0.0 << 0.0 << 0.0 << ++number;
+        antennas.endRow();
+    }
+    antennas.write(table, [](FitsText&) {});
+    std::ofstream(name, std::ios::binary | std::ios::app) << table.bytes();
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(name, error)) << error;
+    ASSERT_EQ(file.telescopes().size(), 5u);
+    std::vector<UvBaseline> baselines;
+    for (const MadeGroup& g : groups)
+        baselines.push_back({1, g.a, g.b, 1});
+    const struct {
+        const char *list, *triangles;
+    } cases[] = {{"2-3-4", "134"},
+                 {"1-BR-5", "245"},
+                 {"1-br-2", "123 124"},
+                 {"A-B", "125 135 145 235 245 345"}};
+    for (const auto& c : cases) {
+        ClosureChoice choice;
+        EXPECT_TRUE(chosenClosures(file, c.list, baselines, choice, error)) << error;
+        EXPECT_EQ(namesOf(choice.triangles), c.triangles) << c.list;
+        // where they stand is not known, so no two of them stand beside each other
+        for (const ClosureTriangle& triangle : choice.triangles)
+            EXPECT_FALSE(isTrivial(file, triangle));
+    }
+    // the antenna table tells which triangles there may be
+    PanelChart chart;
+    ASSERT_TRUE(readVisibilityChart(
+        file, {DataPlot::closure, 1, "", 0}, {}, {}, {}, [](double) { return 1; }, chart, error))
+        << error;
+    EXPECT_EQ(chart.panels.size(), 6u);
 }
 
 }  // namespace pavane

@@ -1,4 +1,5 @@
 // Cubes in the window of pavane-view: planes by keys, number, slider and history.
+#include "apps/view/CubeCells.h"
 #include "apps/view/CubePlanes.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
@@ -82,6 +83,21 @@ TEST(CubePlanes, KeepsTheLastOnesAndNeverMore)
     EXPECT_FALSE(planes.exchange(1, shown, error));  // another map by now
 }
 
+TEST(CubeCells, HearsOfAGivenUpPlaneWhileItIsRead)
+{
+    const std::string file = writeCube("cells.fits", 3);
+    CubeCells cube(file, 3, 6, 8);
+    const std::vector<const AMatrixAccess*> planes = cube.planes();
+    ASSERT_EQ(planes.size(), 3u);
+    int asked = 0;
+    cube.setGoing([&] { return ++asked, 0; });
+    EXPECT_FALSE(planes[1]->floatRow(0));
+    EXPECT_EQ(asked, 1);
+    cube.setGoing(nullptr);
+    ASSERT_TRUE(planes[1]->floatRow(2));  // read again
+    EXPECT_EQ(planes[1]->floatRow(2)[3], 119);
+}
+
 TEST(CubeWindow, ShowsPlanesByKeysNumberSliderAndHistory)
 {
     SetProfileFile(testing::TempDir() + "cube-window/pavane-view.ini");
@@ -143,6 +159,25 @@ TEST(CubeWindow, ShowsPlanesByKeysNumberSliderAndHistory)
             const CString title = graph->getHeaderText(0);
             EXPECT_EQ(title.find(speed), title.rfind("km/s") - speed.size() + 4) << title;
         }
+        MSG tab;
+        tab.message = WM_KEYDOWN;
+        tab.wParam = VK_TAB;
+        (void)field->SetFocus();
+        for (const unsigned next : {1u, 2u, 3u}) {
+            EXPECT_TRUE(window.PreTranslateMessage(tab));
+            EXPECT_EQ(CWnd::GetFocus(), window.planeBar().GetDlgItem(next));
+        }
+        (void)window.view().SetFocus();
+        EXPECT_FALSE(window.PreTranslateMessage(tab));  // there it goes round the areas
+        StatusLine& status = const_cast<StatusLine&>(window.statusLine());
+        AccessPart told;
+        status.SetMessage("Saved");
+        EXPECT_TRUE(status.GetAccessPart(0, told) && told.value == "Saved");
+        EXPECT_TRUE(status.GetAccessChildren().empty());
+        status.SetTexts({"1 Jy/beam", "", "", "row 3", ""});
+        EXPECT_EQ(status.GetAccessChildren(), (std::vector<AccessId>{1, 4}));
+        EXPECT_TRUE(status.GetAccessPart(4, told) && told.value == "row 3" && !told.name.empty());
+        EXPECT_FALSE(status.GetAccessPart(2, told) || status.GetAccessPart(9, told));
         std::filesystem::remove(file);
         window.SendMessage(WM_COMMAND, idPlayPlanes);
         for (const int plane : {1, 2, 3, 3}) {

@@ -39,10 +39,10 @@ struct ViewDisplay : testing::Test, WindowHost {
     }
     int openWindow(const std::string& /*file*/) override { return 0; }
     void windowClosed(CWnd& /*window*/) override {}
-    void paletteForAll() override
+    void paletteForAll(int on) override
     {
         for (MainWindow* const window : windows)
-            window->PaletteChanged();
+            window->PaletteChanged(on);
     }
     void styleForAll(const MapDisplay& display, const CWnd& from) override
     {
@@ -102,6 +102,22 @@ TEST_F(ViewDisplay, ThePaletteOfAMenuIsOfOneMapAndAStepOfItsViews)
     EXPECT_EQ(shown(*second).colours.colours.size(), 226u);
     close(*second);
     EXPECT_EQ(kept("Palette"), "heat");
+    close(*first);
+}
+
+TEST_F(ViewDisplay, APaletteForAllReachesMapsWithColoursOfTheirOwnAndGoesBack)
+{
+    const auto first = open(), second = open();
+    second->SendMessage(WM_COMMAND, paletteId("grey"));
+    const MapDisplay own = shown(*second);
+    for (const int on : {1, 0, 1}) {
+        paletteForAll(on);
+        EXPECT_EQ(shown(*second).colours.colours.empty(), on == 1);
+        EXPECT_TRUE(shown(*first).colours.colours.empty());
+    }
+    second->view().ViewBack();
+    EXPECT_TRUE(sameDisplay(shown(*second), own));
+    close(*second);
     close(*first);
 }
 

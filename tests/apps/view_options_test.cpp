@@ -290,6 +290,19 @@ TEST(MapUnit, KeepsAPrefixApart)
     }
 }
 
+TEST(MapUnit, ChoosesThePrefixOfWhatIsShown)
+{
+    const struct {
+        double value;
+        int digits;
+        const char* text;
+    } cases[] = {{0.99994, 4, "999.9 mJy"},  {0.99996, 4, "1 Jy"}, {0.99996, 5, "999.96 mJy"},
+                 {-999.96, 4, "-1 KJy"},     {9.996, 3, "10 Jy"},  {1e-3, 4, "1 mJy"},
+                 {9.9999e14, 4, "1e+15 Jy"}, {0, 4, "0 Jy"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(prefixedText(c.value, "Jy", c.digits), c.text) << c.value;
+}
+
 TEST(MapUnit, PutsAPrefixOnlyBeforeAUnitThatTakesOne)
 {
     const struct {

@@ -1,5 +1,7 @@
 // What pavane-view keeps about the work of a user: recent maps, unsaved areas and their copy.
 #include "apps/view/AreaSession.h"
+#include "apps/view/data_menu.h"
+#include "apps/view/part_menu.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/window_place.h"
 #include "platform/messages.h"
@@ -7,10 +9,12 @@
 #include "tessel/paths.h"
 
 #include <algorithm>
+#include <cctype>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <map>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -34,6 +38,41 @@ int storeText(AFile& file) { return file.write("areas", 5); }
 int storeNothing(AFile&) { return 0; }
 
 }  // namespace
+
+/// A letter that two lines have opens neither.
+void expectLetters(const MenuItem* items, int count)
+{
+    std::map<char, std::string> known;
+    for (int i = 0; i < count; ++i) {
+        const std::string text = items[i].text ? items[i].text : "";
+        const std::size_t at = text.find('&');
+        if (at != std::string::npos) {
+            const auto letter = static_cast<char>(std::tolower(text.at(at + 1)));
+            EXPECT_TRUE(known.emplace(letter, text).second) << text << " and " << known[letter];
+        }
+        if (items[i].items)
+            expectLetters(items[i].items, items[i].itemCount);
+    }
+}
+
+TEST(Menus, HaveEachLetterOnce)
+{
+    for (const MenuTemplate& menu : {mainMenu, dataMenu})
+        expectLetters(menu.items, menu.itemCount);
+    for (const auto onPart :
+         {&PartCommand::onMap, &PartCommand::onNumbers, &PartCommand::onModel}) {
+        std::vector<MenuItem> edit(std::begin(editItems), std::end(editItems));
+        edit.insert(edit.end(), std::begin(fileItems), std::end(fileItems));
+        for (const std::size_t from : {std::size_t{0}, std::size(editItems)}) {
+            const std::size_t to = from ? edit.size() : std::size(editItems);
+            for (std::size_t i = from; i < to; ++i)
+                if (const PartCommand* const command = partCommandOf(edit[i].id);
+                    command && command->*onPart)
+                    edit[i].text = command->*onPart;
+            expectLetters(edit.data() + from, static_cast<int>(to - from));
+        }
+    }
+}
 
 TEST(RecentFiles, ForgetsGarbageKeepsEightAndPutsTheLatestFirst)
 {

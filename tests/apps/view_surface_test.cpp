@@ -45,12 +45,12 @@ std::string writeMap(const std::string& name, int columns, int rows, int planes)
     return file;
 }
 
-std::unique_ptr<MapContent> contentOf(const std::string& file)
+std::unique_ptr<SideMap> sideOf(const std::string& file)
 {
-    auto content = std::make_unique<MapContent>();
+    auto side = std::make_unique<SideMap>();
     std::string error;
-    EXPECT_TRUE(readMapContent(file, 0, *content, error)) << error;
-    return content;
+    EXPECT_TRUE(side->read(file, error)) << error;
+    return side;
 }
 
 class SurfacePane : public testing::Test
@@ -91,7 +91,7 @@ TEST_F(SurfacePane, HasThePaletteRangeAndScaleOfTheMap)
     look.scale = MapScaleKind::squareRoot;
     look.colours = {RGB(255, 0, 0), RGB(0, 255, 0), RGB(0, 0, 255)};
     look.play.contrast = 2;
-    window.surface().SetSecond(contentOf(writeMap("second.fits", 12, 8, 1)));
+    window.surface().SetSecond(sideOf(writeMap("second.fits", 12, 8, 1)));
     window.view().BeginView();
     window.view().ShowColorLook(look);
     window.view().EndView();
@@ -105,6 +105,11 @@ TEST_F(SurfacePane, HasThePaletteRangeAndScaleOfTheMap)
     command(idSurfaceSameRange);
     draw();
     EXPECT_EQ(box().getMinMaxZ2(), (TMnMx{10, 40}));
+    EXPECT_EQ(graph(1).levels(), graph().levels());
+    command(idContours);  // off
+    EXPECT_TRUE(graph(1).levels().empty());
+    window.view().ViewBack();
+    EXPECT_FALSE(graph(1).levels().empty());
     window.view().ViewBack();
     draw();
     EXPECT_EQ(box().getMinMax().zMax, 95);
@@ -117,9 +122,13 @@ TEST_F(SurfacePane, HasThePaletteRangeAndScaleOfTheMap)
 TEST_F(SurfacePane, GoesThroughPlanesUnderTheHandOfTheUser)
 {
     const A2_3DAxis* const axis = &box();
+    window.surface().SetSecond(sideOf(writeMap("second.fits", 5, 4, 2)));
+    window.surface().SetColorMap(sideOf(writeMap("colours.fits", 12, 8, 3)));
     pane().TurnBy(20, 0);
     pane().SendMessage(WM_KEYDOWN, VK_NEXT);
     draw();
+    EXPECT_EQ(graph(1).cellRange().greatest, 119);
+    EXPECT_EQ(graph().ColorGraph().zRange().max, 195);
     EXPECT_EQ(pane().GetBox(), axis);
     EXPECT_EQ(graph().cellRange().greatest, 195);
     EXPECT_EQ(box().getMinMax().zMax, 195);
@@ -142,7 +151,10 @@ TEST_F(SurfacePane, AnotherMapHasItsOwnBaseAndNoMark)
     pane().SetLinkedCell(7, 11);
     pane().TurnBy(20, 0);
     const double height = box().GetBoxHeight();
-    window.surface().SetSecond(contentOf(writeMap("second.fits", 5, 8, 1)));
+    window.surface().SetSecond(sideOf(writeMap("second.fits", 5, 8, 1)));
+    EXPECT_NEAR(box().GetBoxHeight(), 2 * height, 1e-9);
+    ASSERT_TRUE(window.OpenMap(writeMap("as-large.fits", 12, 8, 1), -1));
+    EXPECT_TRUE(window.surface().hasSecond());
     EXPECT_NEAR(box().GetBoxHeight(), 2 * height, 1e-9);
     ASSERT_TRUE(window.OpenMap(writeMap("flat.fits", 40, 4, 1), -1));
     draw();
@@ -151,6 +163,29 @@ TEST_F(SurfacePane, AnotherMapHasItsOwnBaseAndNoMark)
     EXPECT_EQ(box().GetAzimuth(), 50);
     EXPECT_NEAR(box().GetBoxHeight(), height, 1e-9);
     EXPECT_NEAR(box().view().size().q, 0.1, 1e-9);
+}
+
+TEST_F(SurfacePane, IsAsItWasInTheLastRun)
+{
+    draw();
+    pane().TurnBy(20, -5);
+    command(idSurfaceStyle);
+    command(idSurfaceFloor + 1);
+    const std::string look = window.surface().LookText();
+    const int style = graph().GetStyle();
+    pane().ShowFirstView();
+    window.surface().SetDisplay({});
+    for (const char* const text : {look.c_str(), "", "1,2,3", "x,2,1,4,2,0", "9,9,1,64,0,0",
+                                   "9,9,1,1,-1,0", "nan,9,1,1,1,0"}) {
+        command(idSurface);
+        window.surface().TakeLook(text);  // the first one holds
+        command(idSurface);
+        EXPECT_EQ(window.surface().LookText(), look) << text;
+        EXPECT_EQ(graph().GetStyle(), style);
+        EXPECT_EQ(box().GetAzimuth(), 50);
+    }
+    command(idSurfaceFirst);
+    EXPECT_EQ(box().GetAzimuth(), 30);
 }
 
 TEST_F(SurfacePane, ItsMenuChangesWhatIsShown)
@@ -194,8 +229,8 @@ TEST_F(SurfacePane, ItsMenuChangesWhatIsShown)
     EXPECT_NEAR(box().GetBoxHeight(), height * 2 * 1.1, 1e-9);
     command(idSurfaceFirst);
     EXPECT_NEAR(box().GetBoxHeight(), height * 2, 1e-9);
-    EXPECT_FALSE(window.surface().SetColorMap(contentOf(writeMap("small.fits", 5, 8, 1))));
-    EXPECT_TRUE(window.surface().SetColorMap(contentOf(writeMap("other.fits", 12, 8, 2))));
+    EXPECT_FALSE(window.surface().SetColorMap(sideOf(writeMap("small.fits", 5, 8, 1))));
+    EXPECT_TRUE(window.surface().SetColorMap(sideOf(writeMap("other.fits", 12, 8, 2))));
     draw();
     EXPECT_NE(&graph().ColorGraph(), &graph());
     command(idSurfaceOwnColors);

@@ -6,64 +6,28 @@ usage: window_e2e.py PAVANE_VIEW FOLDER
 Draws the four shapes, turns one, drags a vertex, undoes, redoes, zooms and zooms back, saves areas
 and mask, and compares the mask with the one that the saved areas give in batch. Then it kills the
 program in the middle of work and takes the areas back. Every step waits for what it causes: the
-copy of the unsaved areas, the title, a file. Without Xvfb, xdotool or openbox it says so and ends
-with 77.
+copy of the unsaved areas, the title, a file.
 """
 import array
 import glob
 import math
 import os
-import shutil
 import signal
 import struct
 import subprocess
-import sys
-import time
 
-NEEDED = ["Xvfb", "xdotool", "openbox", "xprop", "xclip"]
-PATIENCE = 15.0
+from desk import Failure, Program, on_sky, run_test, wait_for, write_fits
+
 SIZE = 256
 
 
-class Failure(Exception):
-    pass
-
-
-def wait_for(what, test):
-    """Polls until test() is true and returns its value."""
-    end = time.monotonic() + PATIENCE
-    while True:
-        value = test()
-        if value:
-            return value
-        if time.monotonic() > end:
-            raise Failure("waited in vain for " + what)
-        time.sleep(0.02)
-
-
-def write_map(name):
+def write_map(folder):
     """A jet that bends, in a map of SIZE x SIZE cells of 0.1 mas."""
-    cards = [("SIMPLE", "T"), ("BITPIX", -32), ("NAXIS", 2), ("NAXIS1", SIZE), ("NAXIS2", SIZE),
-             ("CTYPE1", "'RA---SIN'"), ("CRVAL1", 187.70593), ("CRPIX1", SIZE // 2),
-             ("CDELT1", -2.7778e-8), ("CTYPE2", "'DEC--SIN'"), ("CRVAL2", 12.39112),
-             ("CRPIX2", SIZE // 2 + 1), ("CDELT2", 2.7778e-8), ("BUNIT", "'JY/BEAM '"),
-             ("BMAJ", 2.0e-7), ("BMIN", 1.5e-7), ("BPA", 10.0), ("EQUINOX", 2000.0),
-             ("OBJECT", "'TEST    '")]
-    head = "".join(f"{k:<8}= {str(v):>20}".ljust(80) for k, v in cards) + "END".ljust(80)
-    cells = array.array("f")
-    for row in range(SIZE):
-        for column in range(SIZE):
-            value = 0.0
-            for step in range(6):
-                x = 128 - 14 * step
-                y = 128 + 2.5 * step * step
-                value += math.exp(-((column - x) ** 2 + (row - y) ** 2) / 50) / (1 + step)
-            cells.append(value + 1e-3 * ((row * 7 + column * 13) % 11 - 5))
-    cells.byteswap()
-    data = cells.tobytes()
-    with open(name, "wb") as out:
-        out.write(head.ljust(-(-len(head) // 2880) * 2880).encode())
-        out.write(data.ljust(-(-len(data) // 2880) * 2880, b"\0"))
+    knots = [(128 - 14 * step, 128 + 2.5 * step * step, 1 + step) for step in range(6)]
+    write_fits(folder + "/map.fits", (SIZE, SIZE), (
+        sum(math.exp(-((column - x) ** 2 + (row - y) ** 2) / 50) / weight for x, y, weight in knots)
+        + 1e-3 * ((row * 7 + column * 13) % 11 - 5) for row in range(SIZE) for column in range(SIZE)),
+        **on_sky(SIZE, 2.7778e-8), BMAJ=2.0e-7, BMIN=1.5e-7, BPA=10.0, EQUINOX=2000.0, OBJECT="TEST")
 
 
 def cells_of(name):
@@ -95,100 +59,8 @@ def records_of(bytes_):
     return records
 
 
-class Desk:
-    """An X server with a window manager."""
-
-    def __init__(self, folder):
-        read, write = os.pipe()
-        self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1400x1000x24", "-nolisten", "tcp",
-             "-noreset"],  # else the end of its first client throws out those that connect meanwhile
-            pass_fds=[write], stderr=subprocess.DEVNULL)
-        os.close(write)
-        with os.fdopen(read) as pipe:
-            number = pipe.readline().strip()
-        if not number:
-            raise Failure("the X server does not start")
-        self.env = dict(os.environ, DISPLAY=":" + number, XDG_CONFIG_HOME=folder + "/config",
-                        HOME=folder, LC_ALL="C.UTF-8", DBUS_SESSION_BUS_ADDRESS="disabled:")
-        for name in ("WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "QT_SCALE_FACTOR"):
-            self.env.pop(name, None)
-        self.manager = subprocess.Popen(["openbox"], env=self.env, stdout=subprocess.DEVNULL,
-                                        stderr=subprocess.DEVNULL)
-        try:
-            wait_for("the window manager", self.is_managed)
-        except Failure:
-            self.close()  # a server that lives on holds the output of the test open
-            raise
-
-    def is_managed(self):
-        if self.manager.poll() is not None:
-            raise Failure(f"the window manager ends with {self.manager.returncode}")
-        return b"window id" in subprocess.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"],
-                                              env=self.env, capture_output=True).stdout
-
-    def close(self):
-        for process in (self.manager, self.server):
-            process.terminate()
-            process.wait()
-
-    def do(self, *words):
-        done = subprocess.run(["xdotool", *map(str, words)], env=self.env, capture_output=True)
-        return done.stdout.decode().strip() if done.returncode == 0 else ""
-
-    def windows(self, pid):
-        return self.do("search", "--onlyvisible", "--pid", pid, "--name", ".").split()
-
-    def title(self, window):
-        return self.do("getwindowname", window)
-
-
-class Program:
-    """A running pavane-view and its main window."""
-
-    def __init__(self, desk, program, folder, *arguments):
-        self.desk, self.folder = desk, folder
-        self.errors = open(folder + "/stderr.txt", "a+")
-        self.process = subprocess.Popen([program, *arguments], env=desk.env, cwd=folder,
-                                        stderr=self.errors)
-        self.pid = self.process.pid
-
-    def window(self, title, whole=False):
-        """Waits for a window whose title holds the text, or is it, and takes the keyboard to it."""
-        def find():
-            if self.process.poll() is not None:
-                self.errors.seek(0)
-                raise Failure("the program ended: " + self.errors.read()[-2000:])
-            for window in self.desk.windows(self.pid):
-                shown = self.desk.title(window)
-                if title == shown if whole else title in shown:
-                    return window
-            return ""
-        window = wait_for(f"a window titled '{title}'", find)
-        wait_for("the keyboard in " + title, lambda: self.desk.do(
-            "windowactivate", "--sync", window, "getactivewindow") and
-            self.desk.do("getactivewindow") == window)
-        return window
-
-    def gone(self, window):
-        wait_for("a box to close", lambda: window not in self.desk.windows(self.pid))
-
-    def main(self):
-        return self.window("map.fits")
-
-    def place(self):
-        """Left, top, width and height of the main window's contents."""
-        lines = self.desk.do("getwindowgeometry", "--shell", self.main()).split("\n")
-        values = dict(line.split("=") for line in lines if "=" in line)
-        return [int(values[k]) for k in ("X", "Y", "WIDTH", "HEIGHT")]
-
-    def at(self, x, y):
-        """Screen place of a fraction of the window, from its left and top."""
-        left, top, width, height = self.place()
-        return round(left + x * width), round(top + y * height)
-
-    def key(self, *keys):
-        self.desk.do("key", *keys)
+class Areas(Program):
+    """What the program has done is read from the copy of the unsaved areas."""
 
     def click(self, x, y, times=1):
         self.desk.do("mousemove", *self.at(x, y))
@@ -206,7 +78,6 @@ class Program:
         if held:
             self.desk.do("keyup", held)
 
-    # What the program has done, read from the copy of the unsaved areas.
     def copy(self):
         names = glob.glob(self.folder + f"/config/pavane-view/autosave-*-{self.pid}.areas")
         if not names:
@@ -259,7 +130,7 @@ class Program:
         self.key(key)
         window = self.window(box)
         self.key("ctrl+a")
-        self.desk.do("type", "--delay", 5, self.folder + "/" + name)
+        self.type(self.folder + "/" + name)
         self.key("Return")
         self.gone(window)
         if agree:  # to what the format cannot hold
@@ -267,12 +138,6 @@ class Program:
             self.key("Return")
             self.gone(losses)
         wait_for(name, lambda: os.path.exists(self.folder + "/" + name))
-
-    def end(self):
-        self.process.wait(PATIENCE)
-        if self.process.returncode:
-            self.errors.seek(0)
-            raise Failure(f"exit status {self.process.returncode}: {self.errors.read()[-2000:]}")
 
 
 def without_names(names):
@@ -357,8 +222,7 @@ def zoom_and_back(view, desk):
 def copy_picture(view, desk):
     """The key and the line of the menu put the picture of the map where other programs find it."""
     def picture():
-        shown = subprocess.run(["xclip", "-selection", "clipboard", "-t", "image/png", "-o"],
-                               env=desk.env, capture_output=True).stdout
+        shown = desk.clipboard("-t", "image/png")
         return shown if shown.startswith(b"\x89PNG") else b""
     sizes = []
     for way in (["ctrl+c"], ["alt+e", "p"]):
@@ -403,7 +267,7 @@ def compare_masks(program, folder, desk):
 
 
 def session_of_work(desk, program, folder):
-    view = Program(desk, program, folder, "map.fits")
+    view = Areas(desk, program, folder, "map.fits")
     view.main()
     draw_four(view)
     change_and_undo(view)
@@ -426,7 +290,7 @@ def session_of_work(desk, program, folder):
 
 
 def crash_and_come_back(desk, program, folder):
-    view = Program(desk, program, folder, "map.fits")
+    view = Areas(desk, program, folder, "map.fits")
     view.main()
     view.key("2")
     view.drag((0.30, 0.30), (0.42, 0.42))
@@ -435,7 +299,7 @@ def crash_and_come_back(desk, program, folder):
     view.process.send_signal(signal.SIGKILL)
     view.process.wait()
 
-    view = Program(desk, program, folder, "map.fits")
+    view = Areas(desk, program, folder, "map.fits")
     question = view.window("pavane-view", whole=True)
     view.key("alt+y")
     view.gone(question)
@@ -451,28 +315,10 @@ def crash_and_come_back(desk, program, folder):
         raise Failure("a copy is left after a clean end")
 
 
-def main():
-    missing = [tool for tool in NEEDED if not shutil.which(tool)]
-    if missing:
-        print("skipped: there is no " + ", ".join(missing))
-        return 1 if os.environ.get("CI") else 77  # the integration has all tools
-    program, folder = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
-    shutil.rmtree(folder, ignore_errors=True)
-    os.makedirs(folder)
-    write_map(folder + "/map.fits")
-    desk = Desk(folder)
-    try:
-        session_of_work(desk, program, folder)
-        crash_and_come_back(desk, program, folder)
-    except Failure as failure:
-        print("failed:", failure)
-        subprocess.run(["import", "-window", "root", folder + "/failed.png"], env=desk.env)
-        return 1
-    finally:
-        desk.close()
-    print("passed")
-    return 0
+def work(desk, program, folder):
+    session_of_work(desk, program, folder)
+    crash_and_come_back(desk, program, folder)
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    run_test(write_map, work)

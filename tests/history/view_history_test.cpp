@@ -113,3 +113,28 @@ TEST(ViewHistory, MakesOneStepOfAllThatIsEnclosed)
     history.clear();
     EXPECT_FALSE(history.end(shown));
 }
+
+TEST(ViewHistory, WhatWasAllIsAllWhenThereIsMore)
+{
+    const auto view = [](double min, double max, double other) {
+        View shown;
+        shown[0] = {min, max, min, max};
+        shown[1] = {other, max};
+        return shown;
+    };
+    ViewHistory history;
+    history.record(view(0, 10, 1), view(2, 3, 1), 1);
+    history.record(view(2, 3, 1), view(0, 10, 5));
+    history.begin(view(0, 10, 5));
+    history.replacePair(ViewPart::range, 1, {0, 10}, {-1, 99});
+    history.replacePair(ViewPart::scales, 7, {1, 10}, {0, 0});
+    history.replacePair(ViewPart::turn, 0, {0, 10}, {0, 0});
+    View shown = view(4, 5, 5);
+    EXPECT_TRUE(history.end(shown));
+    const ViewValues steps[] = {{0, 10, -1, 99}, {2, 3, 2, 3}, {0, 10, -1, 99}};
+    for (const ViewValues& range : steps) {
+        EXPECT_TRUE(history.back(shown));
+        EXPECT_EQ(shown[0], range);
+    }
+    EXPECT_EQ(shown[1], (ViewValues{1, 10}));
+}

@@ -76,9 +76,17 @@ TEST(Progress, EndsOnceAndTheFirstEndCounts)
         AProgress progress;
         auto writer = std::make_unique<AProgressWriter>(progress);
         writer->SetText("begun");
+        writer->SetTotal(10);
+        writer->Advance(2);
         for (const Act& act : row.acts)
             act(*writer);
-        writer->Advance();  // a handle that was moved from, or of an ended job
+        // a handle that was moved from, or of an ended job
+        const double before = progress.GetReport().fraction;
+        EXPECT_EQ(before, row.state == ProgressState::finished ? 1 : 0.2);
+        if (progress.HasEnded())
+            writer->SetTotal(4);
+        writer->Advance(row.state == ProgressState::running ? 0 : 1);
+        EXPECT_EQ(progress.GetReport().fraction, before);
         const ProgressReport report = progress.GetReport();
         EXPECT_EQ(report.state, row.state) << &row - rows;
         EXPECT_EQ(report.result, row.result) << &row - rows;

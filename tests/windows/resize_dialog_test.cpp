@@ -1,4 +1,5 @@
 #include "pavane/windows/AResizeDialog.h"
+#include "pavane/windows/AResizeSheet.h"
 #include "pavane/windows/controls/progress_dialog.h"
 #include "platform/profile.h"
 
@@ -109,6 +110,52 @@ TEST(ResizeDialog, RowsFoldAwayAndOut)
     EXPECT_EQ(fold(0), 0);
     EXPECT_EQ(dialog.size(), CSize(least.cx + 30, least.cy + 50 + height));
     EXPECT_EQ(dialog.place(IDC_PROGRESS_SAID).top, said.top);
+}
+
+TEST(ResizeSheet, GrowsWithThePageThatFollowsAndKeepsItsPlace)
+{
+    struct Page : AResizePage {
+        Page() : AResizePage(progressTemplate, "Jobs") { SetResizeItems(progressResize); }
+        CRect place(unsigned id) const
+        {
+            CRect rect;
+            (void)GetDlgItem(id)->GetWindowRect(rect);
+            ScreenToClient(rect);
+            return rect;
+        }
+    };
+    CSize least, grown;
+    for (const int again : {0, 1}) {
+        Page page;
+        AResizeSheet sheet("Jobs");
+        sheet.SetPlacementSection(section);
+        ASSERT_TRUE(sheet.AddPage(page) && sheet.CreateModeless());
+        sheet.ShowWindow(SW_SHOW);
+        least = sheet.GetLeastSize();
+        const auto size = [&] {
+            CRect client;
+            (void)sheet.GetClientRect(client);
+            return client.Size();
+        };
+        EXPECT_EQ(size(), again ? grown : least);
+        if (again)
+            break;
+        const CRect cancel = page.place(IDCANCEL), said = page.place(IDC_PROGRESS_SAID);
+        for (const CSize more : {CSize{90, 40}, CSize{-30, -30}, CSize{300, 200}}) {
+            sheet.SetClientSize(least.cx + more.cx, least.cy + more.cy);
+            const int across = std::max(0, more.cx), down = std::max(0, more.cy);
+            EXPECT_EQ(size(), CSize(least.cx + across, least.cy + down));
+            EXPECT_EQ(page.place(IDCANCEL).left, cancel.left + across);
+            EXPECT_EQ(page.place(IDC_PROGRESS_SAID).bottom, said.bottom + down);
+            CRect ok;
+            (void)sheet.GetDlgItem(IDOK)->GetWindowRect(ok);
+            sheet.ScreenToClient(ok);
+            EXPECT_LT(ok.bottom, size().cy);
+            EXPECT_GT(ok.bottom, size().cy - 20);
+        }
+        grown = size();
+    }
+    (void)WriteProfileString(section, "WindowPos", "");
 }
 
 TEST(ResizeDialog, KeepsItsPlaceInTheProfile)

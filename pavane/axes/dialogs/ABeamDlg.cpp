@@ -1,6 +1,7 @@
 #include "pavane/axes/dialogs/ABeamDlg.h"
 
 #include "pavane/axes/dialogs/show_map_display.h"
+#include "pavane/axes/dialogs/stand_beside.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/resources/map_display_dialog.h"
 
@@ -31,6 +32,7 @@ AAxisWnd* ABeamDlg::window() const { return windowLives_.alive() ? window_ : nul
 
 int ABeamDlg::OnInitDialog()
 {
+    standBeside(*this, window());
     const int result = AResizeDialog::OnInitDialog();
     if (window())
         opened_ = known_ = shownDisplay(*window());

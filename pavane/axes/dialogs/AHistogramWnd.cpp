@@ -101,18 +101,21 @@ void AHistogramWnd::DrawWindow(CDC& dc, CRect& client, CRect&)
     }
     drawColours(dc);
     // the curve, light beside dark, is seen on bars and on the ground
-    std::vector<CPoint> curve;
+    std::vector<CPointF> curve;
     for (int x = plot.left; x < plot.right; ++x)
-        curve.emplace_back(x, plot_.curveAt(x));
+        curve.push_back(
+            {static_cast<double>(x), plot.bottom - 1 - plot_.placeAt(x) * (plot.Height() - 1)});
+    const int isFocused = focus_ == Part::curve && GetFocus() == this;
+    const int smooth = dc.SetSmooth(1);
     for (const auto& [width, color] :
-         {std::pair(focus_ == Part::curve && GetFocus() == this ? 5 : 3, GetSysColor(COLOR_WINDOW)),
-          std::pair(focus_ == Part::curve && GetFocus() == this ? 3 : 1,
-                    GetSysColor(COLOR_HIGHLIGHT))}) {
+         {std::pair(isFocused ? 5 : 3, GetSysColor(COLOR_WINDOW)),
+          std::pair(isFocused ? 3 : 1, GetSysColor(COLOR_HIGHLIGHT))}) {
         CPen pen(PS_SOLID, width, color);
         dc.SelectObject(&pen);
-        dc.Polyline(curve.data(), static_cast<int>(curve.size()));
+        dc.PolylineF(curve.data(), static_cast<int>(curve.size()));
         dc.SelectObject(before);
     }
+    dc.SetSmooth(smooth);
     drawHandle(dc, Part::low);
     drawHandle(dc, Part::high);
 }

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/dialogs/DisplayPage.h"
 #include "pavane/axes/dialogs/show_map_display.h"
+#include "pavane/axes/dialogs/stand_beside.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/resources/map_display_messages.h"
 
@@ -63,7 +64,11 @@ void AMapDisplayDlg::DisplayChanged()
 int AMapDisplayDlg::OnInitDialog()
 {
     stayed_ = known_ = GetDisplay();
-    return CPropertySheet::OnInitDialog();
+    const LifeWatch self(life_);
+    const int result = CPropertySheet::OnInitDialog();
+    if (self.alive() && GetSafeHwnd())
+        standBeside(*this, window());
+    return result;
 }
 
 void AMapDisplayDlg::OnCancel()

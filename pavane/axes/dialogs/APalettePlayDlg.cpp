@@ -1,6 +1,7 @@
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/dialogs/stand_beside.h"
 #include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/images/palettes.h"
@@ -11,7 +12,6 @@
 #include "pavane/windows/controls/AProgressDlg.h"
 #include "platform/accessibility.h"
 #include "platform/controls.h"
-#include "platform/screens.h"
 #include "tessel/rounding.h"
 #include "tessel/value_text.h"
 
@@ -55,7 +55,7 @@ constexpr ResizeItem followers[] = {
     {IDC_PLAY_PALETTES, 100, 0, 100, 100},
     {IDC_PLAY_SAVE, 100, 100, 100, 100},
     {IDC_PLAY_FOR_ALL, 100, 100, 100, 100},
-    {IDC_PLAY_NOTE, 0, 100, 0, 100},
+    {IDC_PLAY_NOTE, 0, 100, 100, 100},
     {IDC_PLAY_RESET, 100, 100, 100, 100},
     {IDOK, 100, 100, 100, 100},
     {IDCANCEL, 100, 100, 100, 100},
@@ -104,6 +104,7 @@ APalettePlayDlg::APalettePlayDlg(AAxisWnd& plot, CWnd* parent)
         if (!graph())
             return;
         dragged_ = ColorLook(*graph());
+        draggedChoice_ = choice_;
         window()->BeginView();
         graph()->setPlayGoing(1);
     };
@@ -118,6 +119,8 @@ APalettePlayDlg::APalettePlayDlg(AAxisWnd& plot, CWnd* parent)
         if (!graph())
             return;
         graph()->setPlayGoing(0);
+        if (!kept)
+            choice_ = draggedChoice_;
         const LifeWatch self(life_);
         show(kept ? ColorLook(*graph()) : dragged_);
         if (!self.alive() || !window())
@@ -146,47 +149,28 @@ void APalettePlayDlg::listen(int on)
         window()->SetColorsListener(nullptr);
 }
 
-/// Beside the frame that the map stands in, where the screen has room for that, else in the lower
-/// right corner of the screen, so that most of the map is in view. A kept place counts more.
-void APalettePlayDlg::standBeside()
-{
-    const CWnd* frame = window();
-    while (frame && frame->GetParent())
-        frame = frame->GetParent();
-    CRect map, own;
-    if (!frame)
-        return;
-    (void)frame->GetWindowRect(map);
-    (void)GetWindowRect(own);
-    constexpr int gap = 12, caption = 32;
-    for (const CRect& screen : GetScreenRects()) {
-        if (!screen.PtInRect(map.CenterPoint()))
-            continue;
-        const int width = own.Width(), lowest = screen.bottom - own.Height() - gap;
-        const int right = map.right + gap, left = map.left - gap - width;
-        const int fitsRight = right + width <= screen.right, fitsLeft = left >= screen.left;
-        const int x = fitsRight ? right : fitsLeft ? left : screen.right - width - gap;
-        const int y = fitsRight || fitsLeft ? std::min(map.top, lowest) : lowest;
-        const CPoint at(std::max(x, screen.left), std::max(y, screen.top + caption));
-        (void)MoveWindow(CRect(at.x, at.y, at.x + width, at.y + own.Height()));
-        return;
-    }
-}
-
 int APalettePlayDlg::OnInitDialog()
 {
-    standBeside();
+    standBeside(*this, window());
     const int result = AResizeDialog::OnInitDialog();
     ReplaceControl(IDC_PLAY_HISTOGRAM, histogramWindow_, "", "",
                    WS_CHILD | WS_VISIBLE | WS_TABSTOP);
+    ReplaceControl(IDC_PLAY_PALETTES, paletteList_, "", "", WS_TABSTOP);
+    SetAccessName(paletteList_.GetSafeHwnd(), palettesName);
     filling_ = 1;
     for (const char* const text : scaleTexts)
         addLine(IDC_PLAY_SCALE, text);
     for (const char* const text : cellsTexts)
         addLine(IDC_PLAY_CELLS, text);
     filling_ = 0;
-    if (graph())
+    usedForAll_ = 0;
+    if (cells_ == Cells::planes)
+        cells_ = Cells::map;  // of a dialog that comes up again
+    if (graph()) {
+        followRange();
         opened_ = ColorLook(*graph());
+        openedChoice_ = choice_;
+    }
     fillPalettes();
     openedPalette_ = GetGlobalPaletteName();
     listen(1);
@@ -246,6 +230,7 @@ void APalettePlayDlg::overCells(int ways, const std::function<void()>& work)
     AProgressDlg dialog(this);
     dialog.SetAlone(1);
     dialog.Follow(progress, planesText);
+    OnCounting([&dialog] { return dialog.Look(); });
     int told = pieces;  // of a way before the first
     histogram_.setGoing([&](double done) {
         const int now = truncated(done * pieces);
@@ -260,6 +245,7 @@ void APalettePlayDlg::overCells(int ways, const std::function<void()>& work)
     work();
     counting_ = 0;
     histogram_.setGoing(nullptr);
+    OnCounting(nullptr);
     (void)writer.Finish();
 }
 
@@ -310,19 +296,56 @@ void APalettePlayDlg::countBars()
     histogramWindow_.SetCounts(histogram_.bars(shown.min, shown.max, barsCounted), shown);
 }
 
+/// Non-zero for a range that the map follows by itself when it is not set.
+int APalettePlayDlg::isLeastToGreatest(const RangeRule& rule) const
+{
+    return rule.kind == RangeRule::Kind::cells && cells_ == Cells::map;
+}
+
+/// A range that others have brought is one for all planes; without one each plane has its own.
+void APalettePlayDlg::followRange()
+{
+    const TMnMx range{graph()->centres().zMin, graph()->centres().zMax};
+    if (range == choice_.range)
+        return;
+    const int isSet = range.min < range.max;
+    choice_ = {RangeRule(), range, !isSet};
+    if (isSet)
+        choice_.rule = {RangeRule::Kind::fixed, range.min, range.max};
+}
+
 void APalettePlayDlg::MapChanged()
 {
-    if (!GetSafeHwnd() || counting_)
+    if (counting_)
+        return;
+    if (graph())
+        followRange();
+    const int isRuled = graph() && IsByPlane() && !isLeastToGreatest(choice_.rule);
+    if (!GetSafeHwnd() && !isRuled)
         return;
     // all planes are the same whichever of them is shown
     if (graph() && isOfPlanes() && histogram_.count() > 0)
         return refresh();
     countCells();
-    if (!byPlane_ || !graph() || rule_.kind == RangeRule::Kind::fixed)
+    if (!isRuled)
         return;
     ColorLook look(*graph());
-    look.range = rule_.range(histogram_);
+    look.range = choice_.range = choice_.rule.range(histogram_);
     show(look);  // a part of the step that changed the plane
+}
+
+/// Without a range for each plane all have the one of the plane that is shown.
+void APalettePlayDlg::setByPlane(int on)
+{
+    if (!on && histogram_.count() < 1)
+        return note(noCellsText), refresh();
+    choice_.byPlane = on;
+    if (on)
+        return UseRule(choice_.rule.kind == RangeRule::Kind::fixed ? RangeRule() : choice_.rule);
+    ColorLook look(*graph());
+    look.range = choice_.range = graph()->zRange();
+    note({});
+    step(look);
 }
 
 void APalettePlayDlg::OnTimer(unsigned id)
@@ -348,6 +371,7 @@ void APalettePlayDlg::refresh()
     const AColorsGraph* const map = graph();
     if (!GetSafeHwnd() || !map)
         return;
+    followRange();
     // under a handle that is dragged the histogram stands still
     if (!histogramWindow_.IsDragged() && histogram_.count() > 0 &&
         !(wantedBars() == histogramWindow_.plot().shown()))
@@ -370,8 +394,8 @@ void APalettePlayDlg::refresh()
     if (auto* const box = dynamic_cast<CButton*>(GetDlgItem(IDC_PLAY_INVERT)))
         box->SetCheck(play.invert);
     if (auto* const box = dynamic_cast<CButton*>(GetDlgItem(IDC_PLAY_BY_PLANE))) {
-        box->SetCheck(byPlane_);
-        (void)box->EnableWindow(planes_.size() > 1);
+        box->SetCheck(IsByPlane());
+        (void)box->EnableWindow(planes_.size() > 1 && !isOfPlanes());
     }
     showPalette();
     filling_ = 0;
@@ -412,10 +436,8 @@ void APalettePlayDlg::showHandles()
         return;
     const HistogramPlot& plot = histogramWindow_.plot();
     ColorLook look(*graph());
-    if (plot.low() != plot.scale().low() || plot.high() != plot.scale().high()) {
+    if (plot.low() != plot.scale().low() || plot.high() != plot.scale().high())
         look.range = {plot.low(), plot.high()};
-        rule_ = {RangeRule::Kind::fixed, plot.low(), plot.high()};
-    }
     look.play = plot.played();
     show(look);
 }
@@ -430,7 +452,9 @@ void APalettePlayDlg::UseRule(const RangeRule& rule)
               [&] { look.range = rule.range(histogram_); });
     if (histogram_.isBrokenOff())
         return leavePlanes();
-    rule_ = rule;
+    if (IsByPlane() && isLeastToGreatest(rule))
+        look.range = {};
+    choice_ = {rule, look.range, choice_.byPlane && rule.kind != RangeRule::Kind::fixed};
     note({});
     step(look);
 }
@@ -447,7 +471,6 @@ void APalettePlayDlg::fieldChanged(unsigned id)
     ColorLook look(*graph());
     const TMnMx range =
         id == IDC_PLAY_HIGH ? TMnMx{scale.low(), value} : TMnMx{value, scale.high()};
-    const int isEnd = id == IDC_PLAY_LOW || id == IDC_PLAY_HIGH;
     if (id == IDC_PLAY_CONTRAST)
         look.play.contrast = value;
     else if (id == IDC_PLAY_BIAS)
@@ -460,8 +483,6 @@ void APalettePlayDlg::fieldChanged(unsigned id)
         look.range = range;
     if (!look.play.isUsable())
         return note(id == IDC_PLAY_GAMMA ? gammaText : noNumberText);
-    if (isEnd)
-        rule_ = {RangeRule::Kind::fixed, range.min, range.max};
     note({});
     typing_ = id;
     window()->BeginViewGesture();
@@ -493,10 +514,9 @@ int APalettePlayDlg::OnCommand(unsigned id, unsigned code, CWnd* control)
         look.play.invert = !look.play.invert;
         return step(look), 1;
     case IDC_PLAY_BY_PLANE:
-        byPlane_ = !byPlane_;
-        return refresh(), 1;
+        return setByPlane(!IsByPlane()), 1;
     case IDC_PLAY_RESET:
-        rule_ = {};
+        choice_ = {};
         note({});
         return step({}), 1;
     case IDC_PLAY_SAVE:
@@ -530,9 +550,14 @@ void APalettePlayDlg::chooseFromList(unsigned id)
         return step(look);
     }
     const auto wanted = static_cast<Cells>(chosen);
+    const int wasByPlane = IsByPlane();
     cells_ = wanted == Cells::planes && planes_.size() < 2 ? Cells::map : wanted;
     note({});
     countCells();
+    if (!wasByPlane || !isOfPlanes())
+        return;
+    choice_.byPlane = 0;  // what all planes have together is one range
+    UseRule(choice_.rule);
 }
 
 void APalettePlayDlg::OnOK()
@@ -547,6 +572,7 @@ void APalettePlayDlg::OnCancel()
     const int forAll = std::exchange(usedForAll_, 0);
     if (forAll)
         (void)(openedPalette_.empty() ? LoadBuiltInPalette() : LoadPalette(openedPalette_));
+    choice_ = openedChoice_;
     if (graph() && !(ColorLook(*graph()) == opened_))
         step(opened_);
     else if (forAll && window())

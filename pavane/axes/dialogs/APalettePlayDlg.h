@@ -5,6 +5,7 @@
 #include "pavane/axes/maps/ColorLook.h"
 #include "pavane/trackers/shapes/AreaLayer.h"
 #include "pavane/windows/AResizeDialog.h"
+#include "pavane/windows/controls/AListBox.h"
 #include "tessel/ABitMatrix.h"
 
 #include <functional>
@@ -37,20 +38,27 @@ public:
     /// the next call. Fewer than two: no cube.
     void SetPlanes(const std::vector<const AMatrixAccess*>& planes);
     /// The window shows another plane or map, or its cells have changed. With a range for each
-    /// plane the map gets the one that the last way to choose gives here.
+    /// plane the map gets the one that the last way to choose gives here, also when the dialog was
+    /// closed meanwhile.
     void MapChanged();
     /// The palette of the module is another one: the list shows it.
     void PaletteChanged();
-    /// Non-zero when each plane gets a range of its own.
-    int IsByPlane() const { return byPlane_; }
+    /// Non-zero when each plane gets a range of its own, as one that shows its least to greatest
+    /// value does. A range that is typed, dragged or brought by others is for all planes.
+    int IsByPlane() const { return planes_.size() > 1 && choice_.byPlane && !isOfPlanes(); }
     /// The last way to choose the range; `fixed` for one typed or dragged.
-    const RangeRule& GetRule() const { return rule_; }
+    const RangeRule& GetRule() const { return choice_.rule; }
     /// Chooses a range, as the buttons do.
     void UseRule(const RangeRule& rule);
     const AMapHistogram& GetHistogram() const { return histogram_; }
     AHistogramWnd& histogramWindow() { return histogramWindow_; }
-    /// The module's palette was changed for all maps: a host draws its other windows again.
+    /// The module's palette was changed for all maps, or, when `IsForAll` is 0, is again what it
+    /// was: a host gives it to the maps of its other windows and draws them.
     virtual void OnPaletteForAll() {}
+    int IsForAll() const { return usedForAll_; }
+    /// The cells of all planes are gone over. Those that take long to come ask `goesOn` now and
+    /// then, and break off when it answers 0; it is empty when that has ended.
+    virtual void OnCounting(const std::function<int()>& goesOn) { (void)goesOn; }
 
 protected:
     int OnInitDialog() override;
@@ -67,10 +75,18 @@ private:
     };
     AAxisWnd* window() const;
     AColorsGraph* graph() const;
-    void standBeside();
     void listen(int on);
     void addLine(unsigned id, const char* text);
+    /// How the range came about.
+    struct Choice {
+        RangeRule rule;
+        TMnMx range;      ///< that `rule` has made, or that was found
+        int byPlane = 1;  ///< as an unset range is
+    };
     MapPart chosenPart();
+    int isLeastToGreatest(const RangeRule& rule) const;
+    void followRange();
+    void setByPlane(int on);
     int isOfPlanes() const { return cells_ == Cells::planes && planes_.size() > 1; }
     void overCells(int ways, const std::function<void()>& work);
     void leavePlanes();
@@ -98,6 +114,7 @@ private:
     ColorLook dragged_;  ///< before the drag that is going on
     AMapHistogram histogram_;
     AHistogramWnd histogramWindow_;
+    AListBox paletteList_;
     std::vector<const AMatrixAccess*> planes_;
     std::unique_ptr<AStackedAccess> stacked_;
     ABitMatrix mask_;
@@ -105,8 +122,9 @@ private:
     ABitMatrix shownMask_;  ///< without bits for none
     std::vector<AreaOutline> shownAreas_;
     Cells cells_ = Cells::map;
-    RangeRule rule_;
-    int byPlane_ = 0;
+    Choice choice_;
+    Choice openedChoice_;
+    Choice draggedChoice_;   ///< before the drag that is going on
     int filling_ = 0;        ///< controls are being filled by the dialog
     int counting_ = 0;       ///< a way over the planes of a cube goes on
     CString openedPalette_;  ///< of the module, when the dialog came up

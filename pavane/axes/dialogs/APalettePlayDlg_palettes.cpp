@@ -7,7 +7,6 @@
 #include "pavane/resources/play_dialog.h"
 #include "pavane/resources/play_messages.h"
 #include "pavane/windows/controls/color_picture.h"
-#include "platform/controls.h"
 #include "platform/file_dialog.h"
 #include "tessel/paths.h"
 
@@ -28,18 +27,15 @@ std::vector<COLORREF> asVector(const AArray<COLORREF>& colours)
 
 void APalettePlayDlg::fillPalettes()
 {
-    auto* const list = dynamic_cast<CListBox*>(GetDlgItem(IDC_PLAY_PALETTES));
-    if (!list)
-        return;
     filling_ = 1;
-    list->ResetContent();
+    paletteList_.ResetContent();
     palettes_.clear();
     const int ratio = std::max(1, GetPixelRatio());
     const auto add = [&](const CString& name, const CString& text,
                          const AArray<COLORREF>& colours) {
         const CString marked = isColorBlindSafe(colours) ? text + colorBlindSafeText : text;
-        const int line = list->AddString(marked);
-        (void)list->SetItemPicture(line, colorPicture(asVector(colours), ratio), ratio);
+        const int line = paletteList_.AddString(marked);
+        (void)paletteList_.SetItemPicture(line, colorPicture(asVector(colours), ratio), ratio);
         palettes_.push_back({name, asVector(colours)});
     };
     AArray<COLORREF> colours;
@@ -59,23 +55,21 @@ void APalettePlayDlg::fillPalettes()
 /// Selects the line of what the map shows; none for colours of its own that no palette has.
 void APalettePlayDlg::showPalette()
 {
-    auto* const list = dynamic_cast<CListBox*>(GetDlgItem(IDC_PLAY_PALETTES));
-    if (!list || !graph())
+    if (!graph())
         return;
     const std::vector<COLORREF> own = asVector(graph()->colors());
     const auto found = std::find_if(palettes_.begin(), palettes_.end(),
                                     [&](const Palette& each) { return each.colours == own; });
     const int line = found == palettes_.end() ? -1 : static_cast<int>(found - palettes_.begin());
-    if (list->GetCurSel() != line)
-        (void)list->SetCurSel(line);
+    if (paletteList_.GetCurSel() != line)
+        (void)paletteList_.SetCurSel(line);
     if (CWnd* const button = GetDlgItem(IDC_PLAY_FOR_ALL))
         (void)button->EnableWindow(line > 0);
 }
 
 void APalettePlayDlg::choosePalette()
 {
-    const auto* const list = dynamic_cast<CListBox*>(GetDlgItem(IDC_PLAY_PALETTES));
-    const int line = list ? list->GetCurSel() : -1;
+    const int line = paletteList_.GetCurSel();
     if (line < 0 || line >= static_cast<int>(palettes_.size()) || !graph())
         return;
     ColorLook look(*graph());
@@ -107,8 +101,7 @@ void APalettePlayDlg::PaletteChanged()
 
 void APalettePlayDlg::useForAll()
 {
-    const auto* const list = dynamic_cast<CListBox*>(GetDlgItem(IDC_PLAY_PALETTES));
-    const int line = list ? list->GetCurSel() : -1;
+    const int line = paletteList_.GetCurSel();
     if (line < 1 || line >= static_cast<int>(palettes_.size()) ||
         !LoadPalette(palettes_[static_cast<std::size_t>(line)].name))
         return;

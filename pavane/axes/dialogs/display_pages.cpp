@@ -296,10 +296,13 @@ protected:
         setChecked(IDC_AXES_INSIDE, display.axes.ticksInside);
         setChecked(IDC_AXES_MINOR, display.axes.minorTicks);
         SetDlgItemText(IDC_AXES_HEADER, display.titles.header);
+        if (auto* const header = dynamic_cast<CEdit*>(GetDlgItem(IDC_AXES_HEADER)))
+            header->SetSel(0, 0);  // a long one is read from its start
         SetDlgItemText(IDC_AXES_X, display.titles.x);
         SetDlgItemText(IDC_AXES_Y, display.titles.y);
         SetDlgItemText(IDC_AXES_VALUE, display.titles.value);
         SetDlgItemText(IDC_AXES_UNIT, display.titles.unit);
+        enableUsual(display.titles.isOwnHeader);
     }
 
     int take(MapDisplay& display, CString& /*error*/, unsigned& faulty) const override
@@ -318,7 +321,30 @@ protected:
         if (unit != titles.unit)
             titles.isPlainValue = isBlank(unit);
         titles.unit = titles.isPlainValue ? CString() : unit;
+        enableUsual(titles.isOwnHeader);
         return 1;
+    }
+
+    int OnCommand(unsigned id, unsigned code, CWnd* control) override
+    {
+        if (id != IDC_AXES_USUAL || code != BN_CLICKED)
+            return DisplayPage::OnCommand(id, code, control);
+        MapDisplay display = sheet().GetDisplay();
+        display.titles.isOwnHeader = 0;
+        SetModified();
+        const HWND self = GetSafeHwnd();
+        sheet().Show(display);
+        if (FromHandle(self) == this)
+            refresh();
+        return 1;
+    }
+
+private:
+    /// The usual header is there for one that was typed.
+    void enableUsual(int on) const
+    {
+        if (CWnd* const usual = GetDlgItem(IDC_AXES_USUAL))
+            (void)usual->EnableWindow(on);
     }
 };
 

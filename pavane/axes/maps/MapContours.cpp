@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <utility>
 
 namespace pavane
 {
@@ -35,10 +36,15 @@ void toDevice(const ABMapGraph& map, const CPointF* points, const ContourLine& l
               std::vector<CPointF>& device)
 {
     const double finest = map.axis()->getFHeight() * finestPart;
+    // the steps of the map once for all points
+    const int columns = map.cells().columns(), rows = map.cells().rows();
+    const double x = map.MPXtoRPX(0), stepX = (map.MPXtoRPX(columns) - x) / columns;
+    const double y = map.MPYtoRPY(0), stepY = (map.MPYtoRPY(rows) - y) / rows;
+    const ABAxis& axis = *map.axis();
     device.clear();
     for (std::int64_t i = 0; i < line.count + line.closed; ++i) {
         const CPointF& cell = points[i % line.count];
-        const CPointF p = map.axis()->RPtoGPF(map.MPXtoRPX(cell.x), map.MPYtoRPY(cell.y));
+        const CPointF p = axis.RPtoGPF(x + cell.x * stepX, y + cell.y * stepY);
         const int last = i + 1 == line.count + line.closed;
         if (!device.empty() && std::fabs(p.x - device.back().x) < finest &&
             std::fabs(p.y - device.back().y) < finest) {
@@ -57,6 +63,15 @@ void MapContours::setLevels(const ContourLevels& levels)
 {
     levels_ = levels;
     forget();
+}
+
+void MapContours::setLines(ContourLines lines, std::size_t levels, const CString& note)
+{
+    lines_ = std::move(lines);
+    traced_ = 1;
+    leftOutText_ = note;
+    if (note.empty())
+        tellLeftOut(levels);
 }
 
 std::vector<double> MapContours::levels(const ABMapGraph& map) const

@@ -31,6 +31,9 @@ public:
     /// Width in units of the context.
     int width(const CDC& dc, int fontHeight) const;
     void forget() { traced_ = 0; }
+    /// The lines of `levels` levels, as `levels` tells them, traced beforehand: drawings trace none
+    /// until `forget`. Without any, which `note` explains, none are drawn.
+    void setLines(ContourLines lines, std::size_t levels, const CString& note = CString());
 
     /// The levels of a map, rising.
     std::vector<double> levels(const ABMapGraph& map) const;

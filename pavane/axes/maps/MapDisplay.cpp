@@ -29,11 +29,6 @@ int isFinite(const TMnMx& range) { return std::isfinite(range.min) && std::isfin
 
 int isSet(const TMnMx& range) { return !(range == TMnMx()); }
 
-int sameBeam(const MapBeam& a, const MapBeam& b)
-{
-    return a.major == b.major && a.minor == b.minor && a.angle == b.angle;
-}
-
 /// No title makes a figure of any use longer than this.
 constexpr std::size_t longestTitle = 400;
 
@@ -111,7 +106,7 @@ int MapDisplay::give(ABAxis& axis, ABMapGraph& graph) const
         lines->setWidth(contours.width);
         changed = 1;
     }
-    if (!(beamLook == shown.beamLook) || !sameBeam(beam, shown.beam)) {
+    if (!(beamLook == shown.beamLook) || !(beam == shown.beam)) {
         graph.setBeam(beam);
         graph.setBeamLook(beamLook);
         changed = 1;
@@ -189,7 +184,7 @@ int samePart(DisplayPart part, const MapDisplay& a, const MapDisplay& b)
     case DisplayPart::contours:
         return a.contours == b.contours;
     case DisplayPart::beam:
-        return a.beamLook == b.beamLook && sameBeam(a.beam, b.beam);
+        return a.beamLook == b.beamLook && a.beam == b.beam;
     default:
         return a.axes == b.axes && a.titles == b.titles;
     }
@@ -218,8 +213,7 @@ void takeChanges(const MapDisplay& before, const MapDisplay& now, MapDisplay& ke
     take(before.contours.color, now.contours.color, kept.contours.color);
     take(before.contours.width, now.contours.width, kept.contours.width);
     take(before.beamLook, now.beamLook, kept.beamLook);
-    if (!sameBeam(before.beam, now.beam))
-        kept.beam = now.beam;
+    take(before.beam, now.beam, kept.beam);
     take(before.axes, now.axes, kept.axes);
     take(before.titles.header, now.titles.header, kept.titles.header);
     take(before.titles.isOwnHeader, now.titles.isOwnHeader, kept.titles.isOwnHeader);

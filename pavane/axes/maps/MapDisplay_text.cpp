@@ -21,7 +21,7 @@ CString colourText(COLORREF color)
 {
     constexpr char digits[] = "0123456789abcdef";
     CString text;
-    for (const unsigned part : {GetRValue(color), GetGValue(color), GetBValue(color)}) {
+    for (const int part : {GetRValue(color), GetGValue(color), GetBValue(color)}) {
         text += digits[part / 16];
         text += digits[part % 16];
     }

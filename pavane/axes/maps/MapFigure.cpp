@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace pavane
 {
@@ -61,6 +62,8 @@ FigureLayout inUnits(const FigureLayout& pixels, const FigureUnits& units, const
     layout.plot = units.units(pixels.plot, origin);
     if (!pixels.bar.IsRectEmpty())
         layout.bar = units.units(pixels.bar, origin);
+    if (!pixels.otherBar.IsRectEmpty())
+        layout.otherBar = units.units(pixels.otherBar, origin);
     const CRect& border = pixels.border;
     const auto bound = [&](int length) { return length == -1 ? -1 : units.units(length); };
     layout.border = shifted(
@@ -90,7 +93,7 @@ void MapFigure::setAxis(ABAxis* axis)
 {
     axis_ = axis;
     map_ = nullptr;
-    bar_ = nullptr;
+    bar_ = otherBar_ = nullptr;
 }
 
 FigureLayout MapFigure::layOut(CDC& dc, const CRect& rect, const CRect* least) const
@@ -145,20 +148,47 @@ FigureLayout MapFigure::layOutInPixels(CDC& dc, const CRect& rect, const CRect* 
                      ? CRect(plot.left, plot.bottom + below + barGap, plot.right, inner.bottom)
                      : CRect((hasLabelsAtRight(*axis_) ? layout.axis.right : plot.right) + barGap,
                              plot.top, inner.right, plot.bottom);
+    if (layout.otherBar.IsRectEmpty())
+        return layout;
+    const CRect both = layout.bar;
+    layout.otherBar = both;
+    if (bar_->isHorizontal()) {
+        layout.otherBar.top = both.bottom - (breadthOf(dc, *otherBar_) - barGap);
+        layout.bar.bottom = layout.otherBar.top - barGap;
+    } else {
+        layout.otherBar.left = both.right - (breadthOf(dc, *otherBar_) - barGap);
+        layout.bar.right = layout.otherBar.left - barGap;
+    }
     return layout;
 }
 
-/// Takes the room of the bar from that of the axis, when enough of it is left.
+/// What a bar takes beside the plot, with the room before it.
+int MapFigure::breadthOf(CDC& dc, AAxisScaleBar& bar) const
+{
+    const CRect& plot = axis_->getGraphRect();
+    bar.setFHeight(axis_->getFHeight());
+    return bar.neededBreadth(dc, bar.isHorizontal() ? plot.Width() : plot.Height()) + barGap;
+}
+
+/// Takes the room of the bars from that of the axis, when enough of it is left.
 void MapFigure::placeBar(CDC& dc, const CRect& inner, FigureLayout& layout) const
 {
-    bar_->setFHeight(axis_->getFHeight());
     const CRect& plot = axis_->getGraphRect();
     const int across = bar_->isHorizontal();
-    const int breadth = bar_->neededBreadth(dc, across ? plot.Width() : plot.Height()) + barGap;
-    if ((across ? plot.Height() : plot.Width()) - breadth < leastPlotBesideBar)
+    // a box that is higher than wide has room on both sides
+    const int width = hasLabelsAtRight(*axis_) ? layout.axis.Width() / 2 : plot.Width();
+    const int room = (across ? plot.Height() : width) - leastPlotBesideBar;
+    int breadth = breadthOf(dc, *bar_);
+    if (breadth > room)
         return;
-    (across ? layout.axis.bottom : layout.axis.right) -= breadth;
     layout.bar = inner;
+    const int other =
+        otherBar_ && otherBar_->isHorizontal() == across ? breadthOf(dc, *otherBar_) : 0;
+    if (other > 0 && breadth + other <= room) {
+        layout.otherBar = inner;
+        breadth += other;
+    }
+    (across ? layout.axis.bottom : layout.axis.right) -= breadth;
     (void)axis_->layOut(dc, layout.axis);
 }
 
@@ -195,10 +225,13 @@ void MapFigure::draw(CDC& dc, const FigureLayout& layout) const
     axis_->setBorderRect(layout.border);
     CRect rect = layout.axis;
     axis_->draw(dc, rect);
-    if (bar_ && !layout.bar.IsRectEmpty()) {
-        bar_->setFHeight(layout.fontHeight);  // a narrower axis has smaller labels
-        rect = layout.bar;
-        bar_->draw(dc, rect);
+    for (const auto& [bar, at] :
+         {std::pair{bar_, layout.bar}, std::pair{otherBar_, layout.otherBar}}) {
+        if (!bar || at.IsRectEmpty())
+            continue;
+        bar->setFHeight(layout.fontHeight);  // a narrower axis has smaller labels
+        rect = at;
+        bar->draw(dc, rect);
     }
     for (FigureLayer* const layer : layers_)
         if (!axis_->getGraphRect().IsRectEmpty())

@@ -20,6 +20,7 @@ struct FigureLayout {
     CRect axis;  ///< the room of the plot with its labels and titles
     CRect plot;  ///< the graph rectangle, both ends included
     CRect bar;   ///< empty without one and where there is no room for it
+    CRect otherBar;
     /// Of a plot without a bar and with cells of any shape, in pixels of 96 per inch.
     CRect margins;
     CRect border{-1, -1, -1, -1};  ///< bounds with which the axis gets this plot
@@ -34,12 +35,14 @@ struct FigureLayout {
 class PAVANE_API MapFigure
 {
 public:
-    /// Forgets the map and the bar. Null: a white figure.
+    /// Forgets the map and the bars. Null: a white figure.
     void setAxis(ABAxis* axis);
     /// The graph whose cells are kept square; null for none.
     void setMap(const ABMapGraph* map) { map_ = map; }
     /// Right of the plot, or below it when it is a horizontal one; null for none.
     void setBar(AAxisScaleBar* bar) { bar_ = bar; }
+    /// A second one, right of the first or below it; null for none.
+    void setOtherBar(AAxisScaleBar* bar) { otherBar_ = bar; }
     /// Non-zero, as at first, keeps the cells of the map square.
     void setSquareCells(int on) { square_ = on; }
     /// Non-zero leaves no room around plot, labels and bar: the figure is a panel of a larger one.
@@ -59,12 +62,14 @@ public:
 
 private:
     FigureLayout layOutInPixels(CDC& dc, const CRect& rect, const CRect* least) const;
+    int breadthOf(CDC& dc, AAxisScaleBar& bar) const;
     void placeBar(CDC& dc, const CRect& inner, FigureLayout& layout) const;
     void makeSquare(CDC& dc, const FigureLayout& layout) const;
 
     ABAxis* axis_ = nullptr;
     const ABMapGraph* map_ = nullptr;
     AAxisScaleBar* bar_ = nullptr;
+    AAxisScaleBar* otherBar_ = nullptr;
     int square_ = 1;
     int panel_ = 0;
     std::vector<FigureLayer*> layers_;

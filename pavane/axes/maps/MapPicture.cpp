@@ -36,6 +36,7 @@ void MapPicture::show(const MapContent& content)
     axis_ = std::move(axis);
     cells_ = std::move(cells);
     describeMap(*axis_, *graph_, content.frame, {});
+    beam_ = content.frame.beam;
     setHeaderNote({});
     figure_.setAxis(axis_.get());
     figure_.setMap(graph_);
@@ -46,6 +47,10 @@ void MapPicture::contentChanged()
 {
     graph_->cellsChanged();
     graph_->setStatistics(content_->range, content_->noise);
+    // a plane may have a beam of its own; one that someone gave the graph stays
+    if (graph_->beam() == beam_)
+        graph_->setBeam(content_->frame.beam);
+    beam_ = content_->frame.beam;
     setHeaderNote({});
 }
 

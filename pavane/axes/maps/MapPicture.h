@@ -47,6 +47,7 @@ public:
 private:
     std::unique_ptr<MapContent> own_;
     const MapContent* content_ = nullptr;
+    MapBeam beam_;  ///< of the content, as the graph was given it
     std::unique_ptr<AMatrixAccess> cells_;
     std::unique_ptr<A2DAxis> axis_;
     ALevelsColorGraph* graph_ = nullptr;  // the axis's

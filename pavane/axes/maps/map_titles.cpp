@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <string_view>
 
 namespace pavane
@@ -17,9 +16,6 @@ namespace
 {
 
 constexpr int headerDigits = 4;
-/// Beyond the letters, powers are clearer in the number.
-constexpr int mostPrefixPower = 12;
-
 /// Keeps the words of one fact on one line.
 constexpr const char* hardBlank = "\u00a0";
 
@@ -27,11 +23,7 @@ constexpr const char* hardBlank = "\u00a0";
 /// point.
 std::string scaledText(double value, const std::string& unit, int digits)
 {
-    int power = 0;
-    if (value != 0 && std::isfinite(value) && takesPrefix(unit))
-        power = 3 * truncated(std::floor(std::log10(std::fabs(value)) / 3));
-    if (std::abs(power) > mostPrefixPower)
-        power = 0;
+    const int power = takesPrefix(unit) ? prefixPower(value, digits) : 0;
     const std::string prefix = prefixText(power);
     const double scaled = value / std::pow(10.0, power);
     return valToStr(scaled, digits) + (unit.empty() ? "" : hardBlank + prefix + unit);
@@ -72,16 +64,17 @@ std::string planeText(const MapAxis& axis, int pixel)
     const double planes = std::log10(std::max(std::fabs(value / axis.cdelt), 1.0));
     const int digits = std::clamp(truncated(std::ceil(planes)) + 1, headerDigits, 12);
     const bool isSpeed = axis.ctype.starts_with("V") || axis.ctype.starts_with("FELO");
-    const std::string unit = !axis.cunit.empty()    ? axis.cunit
-                             : axis.ctype == "FREQ" ? "Hz"
-                             : isSpeed              ? "m/s"
-                                                    : "";
+    const bool isFrequency = axis.ctype.starts_with("FREQ");
+    const std::string unit = !axis.cunit.empty() ? axis.cunit
+                             : isFrequency       ? "Hz"
+                             : isSpeed           ? "m/s"
+                                                 : "";
     if (unit == "m/s")
         return valToStr(value / 1000, digits) + hardBlank + "km/s";
     if (unit == "Hz")
         return scaledText(value, unit, digits);
     const std::string number = valToStr(value, digits) + (unit.empty() ? "" : hardBlank + unit);
-    return isSpeed || axis.ctype == "FREQ" ? number : axis.ctype + hardBlank + number;
+    return isSpeed || isFrequency ? number : axis.ctype + hardBlank + number;
 }
 
 }  // namespace
@@ -117,7 +110,7 @@ CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapN
     // what the planes of a cube differ in is told by the plane
     const auto isOfPlane = [&](const char* ctype) {
         for (std::size_t i = 2; i < header.axes.size(); ++i)
-            if (header.axes[i].ctype == ctype && header.axes[i].length > 1)
+            if (header.axes[i].ctype.starts_with(ctype) && header.axes[i].length > 1)
                 return true;
         return false;
     };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <cstdlib>
 #include <string_view>
 
 namespace pavane
@@ -127,6 +129,20 @@ int takesPrefix(const std::string& unit)
 {
     MapUnit taken;
     return split(unit, taken) && taken.prefix.empty();
+}
+
+int prefixPower(double value, int digits)
+{
+    constexpr int mostPrefixPower = 12;
+    if (value == 0 || !std::isfinite(value))
+        return 0;
+    // 999.99 of four digits is 1 of the next prefix
+    const double size = std::fabs(value);
+    const double whole = std::floor(std::log10(size));
+    const double shown = std::round(size / std::pow(10.0, whole - digits + 1));
+    const double carried = shown >= std::pow(10.0, digits) ? whole + 1 : whole;
+    const int power = 3 * static_cast<int>(std::floor(carried / 3));
+    return std::abs(power) > mostPrefixPower ? 0 : power;
 }
 
 std::string titleUnit(const std::string& unit)

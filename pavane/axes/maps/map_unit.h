@@ -23,6 +23,11 @@ PAVANE_API MapUnit mapUnit(const std::string& bunit);
 /// "10^-15 erg/s".
 PAVANE_API int takesPrefix(const std::string& unit);
 
+/// The power of ten, a multiple of 3 from -12 to 12, that leaves one to three digits before the
+/// point of a value with so many digits in all; 0 beyond these, where powers are clearer in the
+/// number.
+PAVANE_API int prefixPower(double value, int digits);
+
 /// The unit in brackets for the end of the title of an axis or bar: " [%sJy/beam]" with the marker
 /// of a prefix, or "~ [km/s]", where a power of ten comes before the unit.
 PAVANE_API std::string titleUnit(const std::string& unit);

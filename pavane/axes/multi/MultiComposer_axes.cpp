@@ -43,7 +43,7 @@ int decimalsOf(double step, int most)
 /// The same ticks with another prefix; as they are where that would take too many digits.
 void relabel(TickSet& set, const CString& name, int power)
 {
-    constexpr int mostDecimals = 4;
+    constexpr int mostDecimals = 3;
     const double divisor = powerOfTen(power);
     int decimals = 0;
     for (const TickSet::Tick& tick : set.major)
@@ -112,11 +112,17 @@ TickSet MultiComposer::fittingTicks(const AYScale& scale, int height) const
     int n = startIntervals(scale.intervals, height, h_);
     for (tryIntervals(n); n > 1 && !spans.areApart(0); tryIntervals(n))
         n = fewerIntervals(n);
-    // one label tells no scale: finer ticks, of which thinned out labels are left
-    while (spans.centres.size() < 2 && n < mostFlatIntervals)
-        tryIntervals(++n);
     thinLabels(set, spans, 0);
-    return set;
+    // one label tells no scale: finer ticks, of which thinned out labels are left
+    TickSet best = set;
+    const int wanted = height > h_ ? leastLabels : 1;
+    while (countLabels(best) < wanted && n < mostFlatIntervals) {
+        tryIntervals(++n);
+        thinLabels(set, spans, 0);
+        if (countLabels(set) > countLabels(best))
+            best = set;
+    }
+    return best;
 }
 
 void MultiComposer::shareSides(const MultiWish& wish, const MultiLayout::Panel& panel,

@@ -104,8 +104,8 @@ void MultiComposer::chooseX()
     const double widest = plotWidth(0, 0);
     int n = startIntervals(wish_.x.intervals, truncated(widest), h_);
     LabelSpans spans;
-    for (;; n = fewerIntervals(n)) {
-        out_.x = xTicks(n);
+    const auto tryIntervals = [&](int intervals) {
+        out_.x = xTicks(intervals);
         spans = {};
         std::vector<double> fractions;
         for (const TickSet::Tick& tick : out_.x.major) {
@@ -116,10 +116,20 @@ void MultiComposer::chooseX()
             spans.lengths.push_back(dc_.GetTextExtent(tick.label).cx);
         }
         fitPlots(fractions, spans);
-        if (n <= 1 || spans.areApart(gap))
-            break;
-    }
+    };
+    for (tryIntervals(n); n > 1 && !spans.areApart(gap); tryIntervals(n))
+        n = fewerIntervals(n);
     thinLabels(out_.x, spans, gap);
+    // one label tells no scale: finer ticks, of which thinned out labels are left
+    const int coarse = n;
+    while (countLabels(out_.x) < leastLabels && n < mostFlatIntervals) {
+        tryIntervals(++n);
+        thinLabels(out_.x, spans, gap);
+    }
+    if (countLabels(out_.x) < leastLabels && n > coarse) {
+        tryIntervals(coarse);
+        thinLabels(out_.x, spans, gap);
+    }
     if (wish_.options & axisNoXLabels) {
         out_.x.title.clear();
         for (TickSet::Tick& tick : out_.x.major)

@@ -17,6 +17,7 @@ namespace
 {
 
 constexpr int valueDigits = 5;
+constexpr const char* degrees = "\u00b0";  ///< which stand at their number
 /// No pixel of a plot is worth more than this many digits of its x.
 constexpr int mostDecimals = 12;
 
@@ -30,7 +31,7 @@ int decimalsOf(double step)
 
 struct Title {
     CString name;
-    CString unit;  ///< with a blank before it; empty for none
+    CString unit;  ///< as it follows a number; empty for none
 };
 
 /// "Amplitude [%sJy]" as name and unit.
@@ -47,8 +48,8 @@ Title titleOf(const CString& text)
         name.pop_back();
     CString unit;
     if (hasUnit)
-        unit.append(" ").append(plain, open + 1, close - open - 1);
-    return {name, unit};
+        unit = plain.substr(open + 1, close - open - 1);
+    return {name, unit.empty() || unit.rfind(degrees, 0) == 0 ? unit : ' ' + unit};
 }
 
 CString unitOf(const A2DAxisMulti& axis, int scale)

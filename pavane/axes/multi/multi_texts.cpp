@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <tuple>
+#include <utility>
 
 namespace pavane
 {
@@ -150,6 +152,23 @@ private:
                        shared.bottom, shared.bottom - shared.top + h_, true);
     }
 
+    /// How far x titles may reach beyond their plots, in each column the same: where its y axes
+    /// are, since those of its neighbours may go on further down.
+    int besideX() const
+    {
+        std::map<int, std::pair<int, int>> reach;  // to the left and right, by column
+        for (const MultiLayout::YAxis& axis : out_.axes) {
+            const MultiLayout::Panel& panel = panelOf(axis);
+            auto& [left, right] = reach[panel.column];
+            left = std::max(left, panel.plot.left - axis.rect.left);
+            right = std::max(right, axis.rect.right - panel.plot.right);
+        }
+        int most = std::numeric_limits<int>::max();
+        for (const MultiLayout::Panel& panel : out_.panels)
+            most = std::min({most, reach[panel.column].first, reach[panel.column].second});
+        return out_.panels.empty() ? 0 : std::max(0, most - (h_ + 1) / 2);
+    }
+
     void placeX(const MultiLayout::Panel& panel)
     {
         const CRect& plot = panel.plot;
@@ -165,7 +184,7 @@ private:
             add(tick.label, CRect(left, top, left + width, top + h_), MultiPart::xAxis,
                 panel.number, -1);
         }
-        const CString title = fittedTitle(out_.x.title, plot.Width());
+        const CString title = fittedTitle(out_.x.title, plot.Width() + 2 * besideX());
         if (title.empty())
             return;
         const int width = dc_.GetTextExtent(title).cx;

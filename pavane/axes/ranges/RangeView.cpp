@@ -110,6 +110,14 @@ int RangeView::goBack(TMinMax& range)
     return 1;
 }
 
+void RangeView::replaceWhole(const TMinMax& whole)
+{
+    for (TMinMax& step : steps_)
+        put(step, xOf(step) == xOf(whole_) ? xOf(whole) : xOf(step),
+            yOf(step) == yOf(whole_) ? yOf(whole) : yOf(step));
+    whole_ = whole;
+}
+
 int RangeView::beginStep()
 {
     const int first = !gesture_;

@@ -28,6 +28,8 @@ public:
     /// The range of everything, before any zoom; unset until it is known.
     const TMinMax& whole() const { return whole_; }
     void setWhole(const TMinMax& whole) { whole_ = whole; }
+    /// There is more of the same: the whole is another one, in the steps back too.
+    void replaceWhole(const TMinMax& whole);
     int isKnown() const { return !(whole_ == TMinMax()); }
 
     /// Whether `shown` is less than the whole.

@@ -51,7 +51,7 @@ void AAxisWnd::ShowColorLook(const ColorLook& look)
 /// The pixels of plot and bar show other colours; whoever follows them is told.
 void AAxisWnd::colorsChanged()
 {
-    ContentChanged();
+    contentMoved();
     const LifeWatch self(life());
     OnColorsChanged();
     if (self.alive() && heardColors_) {

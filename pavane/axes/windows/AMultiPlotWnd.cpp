@@ -236,6 +236,7 @@ void AMultiPlotWnd::GraphChanged(AGraph* graph)
     panel.InflateRect(multi_->getFHeight(), multi_->getFHeight());
     if (GetSafeHwnd())
         InvalidateRect(panel);
+    pictureMoved();
 }
 
 void AMultiPlotWnd::ShowPage(int page)
@@ -257,6 +258,8 @@ void AMultiPlotWnd::ShowPage(int page)
     OnPageChanged();
     if (self.alive())
         showStatusAtPointer();
+    if (self.alive())
+        pictureMoved();
 }
 
 }  // namespace pavane

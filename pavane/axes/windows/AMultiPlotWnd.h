@@ -157,11 +157,14 @@ private:
     void endDrag(int keep);
     void showBand(const RubberBand& band, int panel);
     void followScales();
+    void growSteps(const MultiRanges& before, const MultiRanges& now);
     void invalidateBand();
 
     void moveLine(double x);
     void invalidateLine();
     void tellStatus(const MultiStatus& status);
+    void tellPointer();
+    void pictureMoved();
     void focusChanged(const MultiFocus& before);
     void invalidateFocus();
     void showFocusedPoint();
@@ -192,6 +195,7 @@ private:
     MultiFocus focus_;
     Drag drag_;
     RubberBand frame_;
+    CPoint pointerAt_{-1, -1};  ///< negative outside of the window
     int spaceHeld_ = 0;
     int lineOn_ = 1;
     double lineAt_ = std::numeric_limits<double>::quiet_NaN();

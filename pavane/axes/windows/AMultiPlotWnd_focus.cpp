@@ -88,8 +88,11 @@ CRect markOf(const A2DAxisMulti& axis, const MultiFocus& focus)
         rect.InflateRect(markReach + 1, markReach + 1);
         return rect;
     }
-    if (focus.kind == MultiFocusKind::scale)
+    if (focus.kind == MultiFocusKind::scale) {
         rect = axis.getScaleRect(focus.scale);
+        if (!rect.IsRectEmpty())  // the outermost labels stand half beyond it
+            rect.InflateRect(0, (axis.getFHeight() + 1) / 2);
+    }
     if (rect.IsRectEmpty()) {
         const CRect plot = axis.getPanelRect(focus.panel);
         if (plot.IsRectEmpty())
@@ -298,9 +301,9 @@ int AMultiPlotWnd::walkCurve(int step)
     invalidateFocus();
     (void)walkPoints(*multi_, focus_, step, range.xMin / 2 + range.xMax / 2);
     const LifeWatch self(life());
-    focusChanged(before);
-    if (self.alive())
-        showFocusedPoint();
+    showFocusedPoint();
+    if (self.alive() && multi_)
+        focusChanged(before);  // after what the pan tells of the pointer
     return 1;
 }
 

@@ -125,12 +125,16 @@ int AMultiPlotWnd::giveUpDrag()
 
 void AMultiPlotWnd::rangeIsNew()
 {
+    const LifeWatch self(life());
     if (drag_.kind == DragKind::band)
         endDrag(1);  // it was drawn about what was shown
+    if (self.alive())
+        pictureMoved();
 }
 
 void AMultiPlotWnd::pointerMoved(unsigned, CPoint point)
 {
+    pointerAt_ = point;
     if (!multi_)
         return;
     const LifeWatch self(life());
@@ -141,15 +145,29 @@ void AMultiPlotWnd::pointerMoved(unsigned, CPoint point)
     } else if (drag_.kind != DragKind::none) {
         dragTo(point);
     }
-    if (!self.alive() || !multi_)
+    if (self.alive())
+        tellPointer();
+}
+
+void AMultiPlotWnd::tellPointer()
+{
+    if (!multi_)
         return;
-    const MultiStatus status = statusAt(*multi_, point);
+    const MultiStatus status = statusAt(*multi_, pointerAt_);
     moveLine(status.inPlot ? status.x : std::numeric_limits<double>::quiet_NaN());
     tellStatus(status);
 }
 
+/// Something else lies under the pointer now; a drag tells of itself.
+void AMultiPlotWnd::pictureMoved()
+{
+    if (pointerAt_.x >= 0 && drag_.kind == DragKind::none)
+        tellPointer();
+}
+
 void AMultiPlotWnd::OnMouseLeave()
 {
+    pointerAt_ = CPoint(-1, -1);
     moveLine(std::numeric_limits<double>::quiet_NaN());
     const LifeWatch self(life());
     tellStatus({});

@@ -105,6 +105,32 @@ void AMultiPlotWnd::plotLaidOut()
     fitFocus(*multi_, focus_);
 }
 
+/// What was all of the data in a step is all of it.
+void AMultiPlotWnd::growSteps(const MultiRanges& before, const MultiRanges& now)
+{
+    if (before.y.size() != now.y.size() || now.y.empty() || GetWholeRange() == TMinMax())
+        return;
+    const auto grow = [](TMnMx& span, const TMnMx& from, const TMnMx& to) {
+        if (span == from)
+            span = to;
+    };
+    for (MultiRanges& step : steps_) {
+        grow(step.x, before.x, now.x);
+        for (std::size_t i = 0; i < std::min(step.y.size(), now.y.size()); ++i)
+            grow(step.y[i], before.y[i], now.y[i]);
+    }
+    wholeIsNew(ViewPart::range, 0, before.x, now.x);
+    wholeIsNew(ViewPart::range, 1, before.y[0], now.y[0]);
+    for (std::size_t i = 1; i < now.y.size(); ++i)
+        wholeIsNew(ViewPart::scales, i - 1, before.y[i], now.y[i]);
+    TMinMax whole = GetWholeRange();
+    whole.xMin = now.x.min;
+    whole.xMax = now.x.max;
+    whole.yMin = now.y[0].min;
+    whole.yMax = now.y[0].max;
+    wholeIsNew(whole);
+}
+
 void AMultiPlotWnd::FillAxis(const std::function<void()>& fill)
 {
     const MultiRanges before = GetRanges();
@@ -118,6 +144,7 @@ void AMultiPlotWnd::FillAxis(const std::function<void()>& fill)
     whole_.forget();
     followScales();
     whole_.learn(shown);
+    growSteps(known.whole(), whole_.whole());
     int isKept = 0;
     for (int i = directionX; i < static_cast<int>(std::min(shown.y.size(), before.y.size())); ++i) {
         if (!known.isZoomed(before, i, isLog(i)))
@@ -126,7 +153,10 @@ void AMultiPlotWnd::FillAxis(const std::function<void()>& fill)
             i == directionX ? before.x : before.y[static_cast<std::size_t>(i)];
         isKept = 1;
     }
-    isKept ? ShowRanges(shown) : ContentChanged();
+    if (isKept)
+        return ShowRanges(shown);
+    ContentChanged();
+    pictureMoved();
 }
 
 void AMultiPlotWnd::saveRange(const TMinMax& shown)

@@ -107,6 +107,12 @@ void APlotWnd::ContentChanged()
     Invalidate();
 }
 
+void APlotWnd::contentMoved()
+{
+    picture_.moved();
+    ContentChanged();
+}
+
 /// While the range is zoomed the plot keeps at least the margins of the window, so that it stands
 /// still under the pointer when labels get wider and narrower, and pictures of the window's size
 /// show it where the window does.

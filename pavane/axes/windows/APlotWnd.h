@@ -49,6 +49,9 @@ public:
     /// The graphs have other points: shows all of them, and forgets the steps back. The range is
     /// known after the next paint.
     void DataChanged();
+    /// The graphs have more points of the same data: a range that is zoomed stays, all that is
+    /// shown is all that there is, and so it is in the steps back. Paints. For axes of one scale.
+    void DataGrew();
     /// Shows another range (RP, x and y pairs), without a step of the zoom history.
     void SetNewMinMax(const TMinMax& range);
     /// The range of everything that the axis shows, before any zoom; unset before the first paint.
@@ -190,6 +193,13 @@ protected:
     void tellCell(int row, int column);
     /// Destructors begin with it: what the parts of a view belong to may be gone.
     void leaveViews();
+    /// The whole range is another one, as there is more of the same data; in the histories too.
+    void wholeIsNew(const TMinMax& whole);
+    /// The same of a pair of numbers of a part that an heir has.
+    void wholeIsNew(ViewPart part, std::size_t pair, const TMnMx& from, const TMnMx& to);
+    /// The plot shows something else and may do so many times a second, as with colours that are
+    /// played with: with nothing over it it goes to the window without a copy to be kept.
+    void contentMoved();
     /// Where the context menu was asked for; (-1, -1) once the pointer, a press or a key did else.
     CPoint menuPoint() const { return menuPoint_; }
     const CBitmap& contentPixels() const { return picture_.pixels(); }

@@ -58,12 +58,12 @@ void APlotWnd::SetNewMinMax(const TMinMax& wanted)
         views_.begin(shownView());
     dropBand();  // it was drawn about what was shown
     putRange(withPairs(shownRange(), range));
-    picture_.moved();
-    ContentChanged();
+    contentMoved();
     const LifeWatch self(life());
     ++tellingRange_;
     rangeIsNew();
-    OnRangeChanged();
+    if (self.alive())
+        OnRangeChanged();
     if (!self.alive())
         return;
     --tellingRange_;

@@ -110,6 +110,45 @@ void APlotWnd::leaveViews()
     views_.clear();
 }
 
+void APlotWnd::wholeIsNew(ViewPart part, std::size_t pair, const TMnMx& from, const TMnMx& to)
+{
+    views_.replacePair(part, pair, {from.min, from.max}, {to.min, to.max});
+}
+
+void APlotWnd::wholeIsNew(const TMinMax& whole)
+{
+    const TMinMax before = view_.whole();
+    wholeIsNew(ViewPart::range, 0, {before.xMin, before.xMax}, {whole.xMin, whole.xMax});
+    wholeIsNew(ViewPart::range, 1, {before.yMin, before.yMax}, {whole.yMin, whole.yMax});
+    view_.replaceWhole(whole);
+}
+
+/// An axis knows its whole range once it is laid out.
+void APlotWnd::DataGrew()
+{
+    if (!axis_ || !view_.isKnown())
+        return DataChanged();
+    endDrags();
+    endGesture();
+    const TMinMax before = view_.whole();
+    const TMinMax shown = shownRange();
+    const int isZoomed = IsRangeZoomed();
+    const LifeWatch self(life());
+    resetRanges();
+    view_.setWhole(TMinMax());
+    ContentChanged();
+    UpdateWindow();
+    if (!self.alive() || !axis_)
+        return;
+    if (!view_.isKnown())
+        return DataChanged();  // nobody sees it
+    const TMinMax now = view_.whole();
+    view_.setWhole(before);
+    wholeIsNew(now);
+    if (isZoomed)
+        SetNewMinMax(shown);
+}
+
 int APlotWnd::CanViewBack() const
 {
     if (!views_.isOpen())

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/box/A2_3D2ZAxis.h"
 #include "pavane/axes/box/ASurfaceGraph.h"
+#include "pavane/axes/box/SurfaceGrid.h"
 #include "pavane/resources/resource_ids.h"
 #include "platform/messages.h"
 #include "platform/window_dc.h"
@@ -371,6 +372,16 @@ AxisStatus ASurfaceWnd::StatusAt(CPoint pixel)
     status.stepY = (range.yMax - range.yMin) / std::max(1, plot.Height());
     status.row = cell.row;
     status.column = cell.column;
+    // a second map may have other cells: those of the first are told, as the linked map has them
+    const ASurfaceGraph* const first = firstSurface(*box_);
+    if (first != cell.graph) {
+        const double column = std::round(first->RPXtoMPX(cell.x));
+        const double row = std::round(first->RPYtoMPY(cell.y));
+        status.inMap = column >= 0 && row >= 0 && column < first->cells().columns() &&
+                       row < first->cells().rows();
+        status.column = status.inMap ? static_cast<int>(column) : -1;
+        status.row = status.inMap ? static_cast<int>(row) : -1;
+    }
     status.value = cell.graph->cells().cell(cell.row, cell.column);
     return status;
 }
@@ -383,8 +394,14 @@ int ASurfaceWnd::cellMark(int row, int column, CRect& mark)
     const float value = graph->cells().cell(row, column);
     if (!std::isfinite(value))
         return 0;
-    const BoxPoint at =
-        box_->boxPoint(*graph, graph->MPXtoRPX(column), graph->MPYtoRPY(row), value);
+    const SurfaceGrid* const grid = box_->gridOf(*graph);
+    if (!grid)
+        return 0;
+    // on the surface, which its range may cut flat, and which may be but a part of the map
+    BoxPoint at = box_->boxPoint(*graph, graph->MPXtoRPX(column), graph->MPYtoRPY(row), value);
+    at.s = grid->heightAt(std::round(grid->columnOf(at.p)), std::round(grid->rowOf(at.q)));
+    if (!std::isfinite(at.s))
+        return 0;
     const CPointF seen = box_->view().project(at);
     if (!(std::fabs(seen.x) < 1e6 && std::fabs(seen.y) < 1e6))
         return 0;

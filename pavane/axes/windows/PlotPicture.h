@@ -18,12 +18,12 @@ public:
 
     /// The plot shows something else.
     void changed() { stale_ = pictureStale_ = 1; }
-    /// And it is its range that moved, as it may do many times a second.
+    /// And it is its range or its colours that moved, as they may do many times a second.
     void moved() { moving_ = 1; }
     /// The window shows what the plot was before.
     int isStale() const { return stale_; }
-    /// Brings `update` up to date in a window of the size `client`; white without memory. While the
-    /// range moves and the picture is `bare`, with nothing over it, it goes to the window without a
+    /// Brings `update` up to date in a window of the size `client`; white without memory. While
+    /// they move and the picture is `bare`, with nothing over it, it goes to the window without a
     /// copy that could be painted from; who draws over it later gets one. Pixels to a unit when the
     /// plot was drawn, else 0.
     int paint(CDC& dc, const CRect& client, const CRect& update, int bare, const Drawing& draw);

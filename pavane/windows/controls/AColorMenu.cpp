@@ -11,6 +11,15 @@ namespace
 
 constexpr int finest = 2;  // pixels to a unit; coarser screens take every second one
 
+/// In a menu a single '&' marks a letter; names of palettes may hold any.
+CString plain(const CString& name)
+{
+    CString doubled;
+    for (const char c : name)
+        doubled.append(c == '&' ? 2 : 1, c);
+    return doubled;
+}
+
 }  // namespace
 
 CString colorName(COLORREF color)
@@ -45,7 +54,7 @@ int AColorMenu::AppendTo(CMenu& popup, unsigned firstId) const
             continue;
         }
         const auto position = static_cast<unsigned>(popup.GetMenuItemCount());
-        popup.AppendMenu(item.name, id);
+        popup.AppendMenu(plain(item.name), id);
         popup.SetItemPicture(position, MF_BYPOSITION, colorPicture(item.colors, finest), finest);
         if (static_cast<int>(id - firstId) == current_)
             popup.CheckMenuItem(position, MF_BYPOSITION | MF_CHECKED);

@@ -98,6 +98,13 @@ void AInfoText::SetMostLines(int lines)
     layOut();
 }
 
+void AInfoText::SetColumn(int units)
+{
+    column_ = units;
+    widest_ = 0;
+    layOut();
+}
+
 int AInfoText::lineHeight() const
 {
     CClientDC dc(const_cast<AInfoText*>(this));
@@ -122,7 +129,8 @@ int AInfoText::widestInView() const
     int width = 0;
     const int first = GetScrollPos(SB_VERT);
     for (int i = first; i <= first + linesInView() && i < lines_.count(); ++i)
-        width = std::max(width, dc.GetTextExtent(lines_.line(i)).cx);
+        width = std::max(width, placeInLine(dc, lines_.line(i),
+                                            static_cast<int>(lines_.line(i).size()), column_));
     return width;
 }
 
@@ -201,7 +209,7 @@ void AInfoText::DrawWindow(CDC& dc, CRect& client, CRect&)
          ++i, top += height) {
         int from = 0, to = 0;
         (void)lines_.selectedPart(i, from, to);
-        drawSelectedText(dc, {left, top}, height, lines_.line(i), from, to, color);
+        drawSelectedText(dc, {left, top}, height, lines_.line(i), from, to, color, column_);
     }
 }
 

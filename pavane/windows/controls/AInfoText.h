@@ -24,6 +24,9 @@ public:
     void Clear();
     /// How many lines are kept; the oldest go. 100000 at first.
     void SetMostLines(int lines);
+    /// Two columns: what stands behind the first tab of each line begins so many units from the
+    /// left. 0, as at first, knows no tabs.
+    void SetColumn(int units);
     const InfoLines& GetLines() const { return lines_; }
     /// Puts the selection, or without one all text, on the clipboard; 0 when it refuses.
     int Copy() const;
@@ -77,6 +80,7 @@ private:
 
     InfoLines lines_;
     CString name_;
+    int column_ = 0;
     int widest_ = 0;  ///< of the lines that were seen so far
     FindEdit find_;
 };

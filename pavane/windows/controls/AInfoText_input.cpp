@@ -1,6 +1,7 @@
 #include "pavane/resources/control_messages.h"
 #include "pavane/windows/controls/AInfoText.h"
 #include "pavane/windows/controls/control_drawing.h"
+#include "pavane/windows/controls/focus_chain.h"
 #include "platform/clipboard.h"
 #include "platform/CMenu.h"
 #include "platform/message.h"
@@ -31,7 +32,7 @@ TextPlace AInfoText::atPoint(CPoint point)
     const int line = GetScrollPos(SB_VERT) + (below < 0 ? -1 : below / height);
     if (line < 0)
         return {};
-    return {line, byteAt(dc, lines_.line(line), point.x - margin + GetScrollPos(SB_HORZ))};
+    return {line, byteAt(dc, lines_.line(line), point.x - margin + GetScrollPos(SB_HORZ), column_)};
 }
 
 void AInfoText::place(TextPlace place, int keeps)
@@ -55,7 +56,7 @@ void AInfoText::showCaret()
     const ControlFont font(dc, *this);
     CRect client;
     GetClientRect(client);
-    const int x = widthOfText(dc, lines_.line(caret.line), 0, caret.at);
+    const int x = placeInLine(dc, lines_.line(caret.line), caret.at, column_);
     const int room = client.Width() - 2 * margin;
     const int left = GetScrollPos(SB_HORZ);
     if (x < left)
@@ -116,6 +117,10 @@ void AInfoText::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     case VK_END:
         return place(isControl ? TextPlace{lines_.count(), 0} : TextPlace{caret.line, endOfLine},
                      keeps);
+    case VK_TAB:
+        if (passFocus(*this, keeps))
+            return;  // whoever gets it may do anything
+        break;
     case VK_F3:
         return (void)Find(find_.GetWindowText(), keeps ? -1 : 1);
     case VK_INSERT:

@@ -3,6 +3,7 @@
 #include "pavane/resources/control_messages.h"
 #include "pavane/windows/controls/control_drawing.h"
 #include "pavane/windows/controls/control_texts.h"
+#include "pavane/windows/controls/focus_chain.h"
 #include "platform/clipboard.h"
 #include "platform/CMenu.h"
 #include "platform/dialog_ground.h"
@@ -188,6 +189,10 @@ void AStaticText::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
         return select(lines_.byCharacters(caret, -1).at, keeps);
     case VK_RIGHT:
         return select(lines_.byCharacters(caret, 1).at, keeps);
+    case VK_TAB:
+        if (passFocus(*this, keeps))
+            return;  // whoever gets it may do anything
+        break;
     case VK_HOME:
         return select(0, keeps);
     case VK_END:

@@ -11,6 +11,20 @@
 namespace pavane
 {
 
+namespace
+{
+
+constexpr int tabGap = 8;
+
+/// -1 for a line in one piece.
+int tabIn(const CString& text, int column)
+{
+    const auto tab = column > 0 ? text.find('\t') : CString::npos;
+    return tab == CString::npos ? -1 : static_cast<int>(tab);
+}
+
+}  // namespace
+
 COLORREF controlGround(const CWnd& window)
 {
     const CWnd* const parent = window.GetParent();
@@ -33,13 +47,22 @@ int widthOfText(const CDC& dc, const CString& text, int from, int to)
     return dc.GetTextExtent(text.substr(begin, static_cast<std::size_t>(to) - begin)).cx;
 }
 
-int byteAt(const CDC& dc, const CString& text, int x)
+int placeInLine(const CDC& dc, const CString& text, int at, int column)
+{
+    const auto tab = tabIn(text, column);
+    if (at <= tab || tab < 0)
+        return widthOfText(dc, text, 0, at);
+    return std::max(column, widthOfText(dc, text, 0, tab) + tabGap) +
+           widthOfText(dc, text, tab + 1, at);
+}
+
+int byteAt(const CDC& dc, const CString& text, int x, int column)
 {
     int at = 0;
     int left = 0;
     while (at < static_cast<int>(text.size())) {
         const int next = nextCharacter(text, at);
-        const int right = widthOfText(dc, text, 0, next);
+        const int right = placeInLine(dc, text, next, column);
         if (x < (left + right) / 2)
             break;
         at = next;
@@ -49,8 +72,16 @@ int byteAt(const CDC& dc, const CString& text, int x)
 }
 
 void drawSelectedText(CDC& dc, CPoint at, int height, const CString& text, int from, int to,
-                      COLORREF color)
+                      COLORREF color, int column)
 {
+    if (const int tab = tabIn(text, column); tab >= 0) {
+        const int behind = placeInLine(dc, text, tab + 1, column);
+        drawSelectedText(dc, at, height, text.substr(0, static_cast<std::size_t>(tab)),
+                         std::min(from, tab), std::min(to, tab), color);
+        return drawSelectedText(dc, {at.x + behind, at.y}, height,
+                                text.substr(static_cast<std::size_t>(tab) + 1),
+                                std::max(0, from - tab - 1), std::max(0, to - tab - 1), color);
+    }
     dc.SetTextColor(color);
     if (from >= to) {
         dc.TextOut(at.x, at.y, text);

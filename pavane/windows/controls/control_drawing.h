@@ -30,10 +30,14 @@ private:
 
 /// Where a piece of one line begins and ends from the left, in units.
 int widthOfText(const CDC& dc, const CString& text, int from, int to);
+// With a `column` above 0 what stands behind the first tab of a line begins so many units from the
+// left, or behind what reaches further.
+/// Where byte `at` of a line stands.
+int placeInLine(const CDC& dc, const CString& text, int at, int column = 0);
 /// The byte of the character whose left edge is nearest to `x` units from the left of the text.
-int byteAt(const CDC& dc, const CString& text, int x);
+int byteAt(const CDC& dc, const CString& text, int x, int column = 0);
 /// Draws one line at `at`; bytes `from` to `to` stand on the desktop's colour of chosen text.
 void drawSelectedText(CDC& dc, CPoint at, int height, const CString& text, int from, int to,
-                      COLORREF color);
+                      COLORREF color, int column = 0);
 
 }  // namespace pavane

@@ -170,6 +170,22 @@ TEST_F(Sheet, FollowsWhatOthersChangeAndIsAStepOfTheViews)
     }()));
 }
 
+TEST_F(Sheet, GivesTheUsualHeaderBack)
+{
+    window->GetMap()->setUsualHeader("usual");
+    CDialog& shownPage = page(axes);
+    const auto usual = [&] { return shownPage.GetDlgItem(IDC_AXES_USUAL)->IsWindowEnabled(); };
+    EXPECT_FALSE(usual());
+    typeInto(shownPage, IDC_AXES_HEADER, "mine");
+    EXPECT_TRUE(usual());
+    EXPECT_EQ(shown().titles.header, "mine");
+    shownPage.SendMessage(WM_COMMAND, IDC_AXES_USUAL);
+    EXPECT_FALSE(usual() || shown().titles.isOwnHeader);
+    EXPECT_EQ(shownPage.GetDlgItemText(IDC_AXES_HEADER), "usual");
+    window->GetMap()->setUsualHeader("another plane");
+    EXPECT_EQ(shown().titles.header, "another plane");
+}
+
 TEST_F(Sheet, SaysWhatCannotBeShownAndStaysOnThatPage)
 {
     const struct {

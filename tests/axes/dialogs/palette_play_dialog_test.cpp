@@ -270,6 +270,61 @@ TEST(PalettePlayDlg, CountsTheCellsInViewOfAreasAndOfAllPlanes)
     EXPECT_EQ(p.dialog->GetHistogram().count(), 0);
 }
 
+TEST(PalettePlayDlg, SaysWhetherEachPlaneHasARangeOfItsOwn)
+{
+    enum Do { byPlane, perCent, type, drag, back, reset, allPlanes, close };
+    const struct {
+        std::vector<Do> done;
+        int isByPlane;
+        double moved;  ///< the low end, by a plane of values 7 greater
+    } rows[] = {{{}, 1, 7},
+                {{byPlane}, 0, 0},
+                {{byPlane, byPlane}, 1, 7},
+                {{perCent}, 1, 7},
+                {{perCent, byPlane}, 0, 0},
+                {{perCent, drag}, 1, 7},  // taken back
+                {{perCent, type}, 0, 0},
+                {{perCent, back}, 1, 7},
+                {{perCent, close}, 1, 7},
+                {{type, byPlane}, 1, 7},
+                {{type, reset}, 1, 7},
+                {{allPlanes}, 0, 0}};
+    for (const auto& row : rows) {
+        Played p;
+        AMatrix<float> other(60, 80);
+        other.fill(-500);
+        const AFloatMatrixAccess plane(other);
+        p.dialog->SetPlanes({&p.window->access, &plane});
+        for (const Do what : row.done) {
+            if (what == byPlane || what == perCent || what == reset || what == close)
+                p.press(what == byPlane   ? IDC_PLAY_BY_PLANE
+                        : what == perCent ? IDC_PLAY_90
+                        : what == reset   ? IDC_PLAY_RESET
+                                          : IDOK);
+            else if (what == type)
+                p.type(IDC_PLAY_LOW, "100");
+            else if (what == drag) {
+                p.mouse(WM_LBUTTONDOWN, p.onHandle(p.high()));
+                p.mouse(WM_MOUSEMOVE, p.onHandle(p.low()));
+                p.histogram().SendMessage(WM_KEYDOWN, VK_ESCAPE);
+            } else if (what == back)
+                p.window->ViewBack();
+            else
+                p.choose(IDC_PLAY_CELLS, 3);
+        }
+        const double low = p.low();
+        for (int i = 0; i < 4800; ++i)
+            p.window->map.data()[i] += 7;
+        p.graph().cellsChanged();
+        p.dialog->MapChanged();
+        const testing::Message name = testing::Message() << testing::PrintToString(row.done);
+        EXPECT_EQ(p.dialog->IsByPlane(), row.isByPlane) << name;
+        EXPECT_EQ(p.low(), low + row.moved) << name;
+        const auto* const box = dynamic_cast<CButton*>(p.dialog->GetDlgItem(IDC_PLAY_BY_PLANE));
+        EXPECT_TRUE(!box || box->GetCheck() == row.isByPlane) << name;
+    }
+}
+
 TEST(PalettePlayDlg, SavesPalettesAndUsesOneForAllMaps)
 {
     const std::string home = testing::TempDir() + "play_dialog_home";
@@ -278,7 +333,7 @@ TEST(PalettePlayDlg, SavesPalettesAndUsesOneForAllMaps)
     LoadBuiltInPalette();
     {
         Played p;
-        auto& list = *dynamic_cast<CListBox*>(p.dialog->GetDlgItem(IDC_PLAY_PALETTES));
+        auto& list = *dynamic_cast<AListBox*>(p.dialog->GetDlgItem(IDC_PLAY_PALETTES));
         EXPECT_EQ(list.GetCurSel(), 0);
         const int lines = list.GetCount();
         p.press(IDC_PLAY_INVERT);

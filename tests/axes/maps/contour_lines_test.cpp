@@ -184,6 +184,19 @@ TEST(ContourLines, StayWithinTheirMemoryAndTellWhatTheyLeaveOut)
     EXPECT_EQ(GetContourMemory(), 256 << 20);
 }
 
+TEST(ContourLines, AreGivenUpInTheirMiddle)
+{
+    AMatrix<float> map(40, 40);
+    for (int i = 0; i < 1600; ++i)
+        map.data()[i] = static_cast<float>(i % 7);
+    ContourLines lines;
+    double last = -1;
+    const auto goesOn = [&](double done) { return last = done, done < 0.5; };
+    EXPECT_FALSE(lines.trace(AFloatMatrixAccess(map), {2.5, 4.5}, bestSimdPath(), goesOn));
+    EXPECT_EQ(last, 0.5);
+    EXPECT_TRUE(lines.lines().empty());
+}
+
 TEST(ContourLines, AreEmptyWhereNothingCrosses)
 {
     AMatrix<float> flat(4, 4), row(1, 6), blank(4, 4);

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <set>
 #include <string>
 
@@ -199,6 +200,43 @@ TEST(LevelsGraph, DashesNegativeLevelsOnly)
             drawn += dib->GetPixel(x, y) != 0 || dib->GetPixel(x, y - 1) != 0;
         EXPECT_EQ(drawn == 101, sign > 0);
         EXPECT_GT(drawn, 50);
+    }
+}
+
+TEST(MapContours, DrawLinesThatWereTracedBefore)
+{
+    AMatrix<float> map(9, 9);
+    for (int i = 0; i < 81; ++i)
+        map.data()[i] = static_cast<float>(i / 9);
+    const AFloatMatrixAccess cells(map);
+    ABAxis axis(1, 1, nullptr, 0);
+    auto& graph = *new ALevelsGraph(&axis, cells, {0, 8, 0, 8, 0, 0}, 0);
+    CRect rect(0, 0, 80, 80);
+    axis.setMinMax({0, 8, 0, 8, 0, 0});
+    axis.setFHeight(10);
+    axis.setGraphRect(rect);
+    const ContourLevels levels{LevelUnit::absolute, {3.5}};
+    ContourLines lines;
+    ASSERT_TRUE(lines.trace(cells, {5.5}));
+    const struct {
+        std::function<void(MapContours&)> give;
+        int row;  ///< of the line, 0 for none
+        const char* note;
+    } cases[] = {{[](MapContours&) {}, 45, ""},
+                 {[&](MapContours& c) { c.setLines(lines, 1); }, 25, ""},
+                 {[](MapContours& c) { c.setLines({}, 1, "given up"); }, 0, "given up"},
+                 {[&](MapContours& c) { c.setLevels(levels); }, 45, ""}};
+    for (const auto& c : cases) {
+        graph.contours().setLevels(levels);
+        c.give(graph.contours());
+        CPicture picture(81, 81);
+        const auto dc = picture.dc();
+        dc->FillSolidRect(CRect(0, 0, 81, 81), RGB(255, 255, 255));
+        TMinMax range = axis.getMinMax();
+        graph.draw(*dc, rect, range);
+        EXPECT_EQ(graph.contours().leftOutText(), c.note);
+        for (const int row : {25, 45})
+            EXPECT_EQ(dc->GetPixel(70, row) != RGB(255, 255, 255), row == c.row) << row;
     }
 }
 

@@ -121,12 +121,13 @@ TEST(MultiLayout, ScalesOfANameHaveOnePrefixAndCutTitlesTheirUnit)
 {
     const struct {
         double greatest[3];
-        const char *unit, *label;  ///< of all, and one of the middle panel
+        const char *unit, *label;  ///< of all; a label, or else the unit, of the middle panel
         double odd;                ///< of a scale of another name
     } cases[] = {{{0.2, 0.04, 0.15}, "[Jy]", "0.02", 0},
                  {{2e-3, 4e-4, 1e-3}, "[mJy]", "0.2", 0},
                  {{0.2, 0.04, 0.15}, "[Jy]", "0.02", 5e-5},
-                 {{1, 1e-9, 1}, "", "", 0}};  // too far apart: each its own
+                 {{1, 1e-9, 1}, "", "[nJy]", 0},  // too far apart: each its own
+                 {{3000, 1.5, 3000}, "", "[Jy]", 0}};
     for (const auto& c : cases) {
         A2DAxisMulti axis(1, 1, nullptr, 0);
         AYScale scale;
@@ -151,8 +152,7 @@ TEST(MultiLayout, ScalesOfANameHaveOnePrefixAndCutTitlesTheirUnit)
                 ++units[text.text.substr(std::min(text.text.find('['), text.text.size()))];
         }
         if (!*c.unit) {
-            EXPECT_EQ(units["[Jy]"], 2);
-            EXPECT_EQ(units["[nJy]"], 1);
+            EXPECT_EQ(units[c.label], 1);
             continue;
         }
         EXPECT_EQ(units[c.unit], c.odd > 0 ? 3 : 1) << c.unit;
@@ -206,6 +206,44 @@ TEST(MultiLayout, FlatPanelsHaveTwoLabelsAtLeast)
             for (int panel = 0; panel < 4; ++panel)
                 EXPECT_GE(labels[panel], 2) << half << ' ' << height << ' ' << panel;
         }
+}
+
+TEST(MultiLayout, NarrowColumnsHaveTwoLabelsEachWayAndTheirTitleWhole)
+{
+    const struct {
+        int xDirect, width, height;
+        TMnMx x, y;
+    } cases[] = {{2, 740, 500, {16200, 63000}, {0, 1.5}},
+                 {1, 400, 500, {0, 1.5}, {0, 2.5}},
+                 {2, 700, 450, {16200, 63000}, {0, 1.2}},
+                 {1, 600, 480, {-7, 130}, {0, 0.15}}};
+    for (const auto& c : cases) {
+        A2DAxisMulti axis(c.xDirect, 1, nullptr, 0);
+        axis.setNameOX("Observation");
+        axis.setMinMax({c.x.min, c.x.max});
+        axis.setPanels(3, 8);
+        for (int i = 0; i < 20; ++i) {
+            axis.setPanelCaption(i, "BR-FD");
+            axis.addScale({"Amplitude", c.y, 1, i, 1});
+            axis.addScale({"Phase", {-180, 180}, 1, i, 2});
+        }
+        CPicture picture(1, 1);
+        ASSERT_TRUE(axis.layOut(*picture.dc(), CRect(0, 0, c.width, c.height)));
+        const MultiLayout& layout = axis.getLayout();
+        std::map<std::pair<int, int>, int> labels;
+        for (const MultiLayout::Text& text : layout.texts) {
+            labels[{text.panel, text.scale}] +=
+                text.part == MultiPart::yAxis || text.part == MultiPart::xAxis;
+            EXPECT_TRUE(text.part != MultiPart::title || text.text.find("...") == CString::npos)
+                << text.text;
+        }
+        for (const MultiLayout::Panel& panel : layout.panels) {
+            EXPECT_GE((labels[{panel.number, 2 * panel.number + 1}]), 2) << c.width;
+            if (panel.isLowest) {
+                EXPECT_GE((labels[{panel.number, -1}]), 2) << c.width;
+            }
+        }
+    }
 }
 
 TEST(MultiLayout, CaptionsHideNothing)

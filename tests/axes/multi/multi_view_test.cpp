@@ -34,7 +34,7 @@ struct Panels {
         axis.setNameOX("Hours [h]");
         axis.setNameOY("Amplitude [%sJy]");
         axis.addScale({"Weight ~", {}, 0, 0});
-        AYScale phase{"Phase [deg]", {-180, 180}, -1, 1};
+        AYScale phase{"Phase [\u00b0]", {-180, 180}, -1, 1};
         phase.period = 360;
         axis.addScale(phase);
         double* const values[] = {a, b, w, p};
@@ -164,7 +164,7 @@ TEST(MultiFocus, WalksWhatIsOnThePage)
         EXPECT_EQ(walked, focus.point != before);
         EXPECT_EQ(focus.point, s.point);
     }
-    EXPECT_EQ(pointText(plot.axis, focus), "Point 6 of 6: 50.0 h, 170 deg");
+    EXPECT_EQ(pointText(plot.axis, focus), "Point 6 of 6: 50.0 h, 170\u00b0");
     plot.axis.deleteGraph(plot.curves[3]);
     EXPECT_FALSE(walkPoints(plot.axis, focus, 1, 0));
     EXPECT_EQ(pointText(plot.axis, focus), "");
@@ -202,8 +202,8 @@ TEST(MultiReading, TellsTheNearestPointOfEachScale)
     } cases[] = {
         {0, 10, 2, "10.0 h   Amplitude 2 Jy   Weight 10"},
         {0, 10, 8, "10.0 h   LL 8 Jy   Weight 10"},
-        {1, 10, 0, "10.0 h   EF-WB   Phase -170 deg at 0.0 h"},
-        {1, 30, 0, "30.0 h   EF-WB   Phase 30 deg"},
+        {1, 10, 0, "10.0 h   EF-WB   Phase -170\u00b0 at 0.0 h"},
+        {1, 30, 0, "30.0 h   EF-WB   Phase 30\u00b0"},
     };
     for (const auto& c : cases) {
         const int scale = c.panel == 0 ? 0 : 2;
@@ -216,7 +216,7 @@ TEST(MultiReading, TellsTheNearestPointOfEachScale)
     }
     EXPECT_EQ(statusText(plot.axis, statusAt(plot.axis, {1, 1})), "");
     EXPECT_EQ(panelName(plot.axis, 1), "Panel 2 of 2, EF-WB");
-    EXPECT_EQ(scaleRangeText(plot.axis, 2), "-180 to 180 deg, downwards");
+    EXPECT_EQ(scaleRangeText(plot.axis, 2), "-180 to 180\u00b0, downwards");
     EXPECT_EQ(scaleRangeText(plot.axis, 1), "1 to 100, logarithmic");
     EXPECT_EQ(curveText(plot.axis, 0), "6 points, least 1 Jy, greatest 6 Jy");
     EXPECT_EQ(curveText(plot.axis, 99), "");

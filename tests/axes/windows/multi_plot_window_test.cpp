@@ -2,11 +2,13 @@
 #include "pavane/axes/AGraphXYLine.h"
 #include "pavane/axes/multi/A2DAxisMulti.h"
 #include "pavane/axes/windows/AMultiPlotWnd.h"
+#include "pavane/axes/windows/save_axis.h"
 #include "platform/CMenu.h"
 #include "platform/messages.h"
 #include "platform/window_dc.h"
 
 #include <cmath>
+#include <fstream>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -436,14 +438,19 @@ TEST(MultiPlotWindow, MoreOfTheSameKeepsTheView)
     EXPECT_EQ(window.GetRanges().y[0], (TMnMx{1, 50}));
     EXPECT_EQ(window.GetRanges().y[2], before.y[2]);
     EXPECT_EQ(window.GetWholeRanges().y[2], (TMnMx{-200, 200}));
+    EXPECT_EQ(window.GetWholeRange().xMax, 20);
     EXPECT_EQ(window.GetAxis()->getPage(), 1);
     EXPECT_EQ(window.GetPlotFocus().panel, focus.panel);
     EXPECT_TRUE(window.CanViewBack());
+    window.ViewBack();
+    EXPECT_EQ(window.GetRanges().y[2], (TMnMx{-200, 200}));  // all of it is more now
+    window.ViewForward();
+    EXPECT_EQ(window.GetRanges().y[2], before.y[2]);
     window.key('7');
-    EXPECT_EQ(window.GetRanges().y[2], (TMnMx{-180, 180}));
+    EXPECT_EQ(window.GetRanges().y[2], (TMnMx{-200, 200}));
     window.SetPlotFocus({MultiFocusKind::scale, 1, 2, -1, -1});
     window.ZoomFocus(2);
-    EXPECT_NEAR(window.GetRanges().y[2].max, 90, 1);
+    EXPECT_NEAR(window.GetRanges().y[2].max, 100, 1);
 }
 
 TEST(MultiPlotWindow, MayGoOrGetAnotherAxisWhileItTellsOfARange)
@@ -462,6 +469,46 @@ TEST(MultiPlotWindow, MayGoOrGetAnotherAxisWhileItTellsOfARange)
             if (!gone)
                 delete window;
         }
+}
+
+TEST(MultiPlotWindow, TellsWhatComesToLieUnderTheRestingPointer)
+{
+    MultiWindow window(panels());
+    window.GetAxis()->setPanels(1, 1);
+    window.UpdateWindow();
+    const CPoint p = window.inPanel(0, 0.2);
+    window.mouse(WM_MOUSEMOVE, p);
+    const struct {
+        const char* what;
+        std::function<void()> act;
+    } cases[] = {{"a key", [&] { window.key(VK_ADD); }},
+                 {"back", [&] { window.ViewBack(); }},
+                 {"a wheel", [&] { window.wheel(p, 1, MK_CONTROL | MK_SHIFT); }},
+                 {"a range",
+                  [&] {
+                      window.ShowRanges({{2, 3}, {}});
+                  }},
+                 {"all", [&] { window.key('0'); }},
+                 {"a page", [&] { window.key(VK_NEXT); }},
+                 {"more", [&] { window.FillAxis([] {}); }}};
+    for (const auto& c : cases) {
+        window.statuses.clear();
+        c.act();
+        ASSERT_FALSE(window.statuses.empty()) << c.what;
+        const MultiStatus now = statusAt(*window.GetAxis(), p);
+        EXPECT_EQ(window.statuses.back().x, now.x) << c.what;
+        EXPECT_EQ(window.statuses.back().panel, now.panel) << c.what;
+        EXPECT_EQ(window.GetLineAt(), now.x) << c.what;
+    }
+    // the point that keys walk to is told last, though it moves what is under the pointer
+    window.ShowRanges({{1, 2}, {}});
+    window.SetPlotFocus({MultiFocusKind::curve, 1, 2, 2, 1});
+    window.key(VK_END);
+    EXPECT_EQ(window.statuses.back().x, 8);
+    window.SendMessage(WM_MOUSELEAVE);
+    window.statuses.clear();
+    window.key(VK_SUBTRACT);
+    EXPECT_TRUE(window.statuses.empty());
 }
 
 TEST(MultiPlotWindow, ShowsALineAtThePointerInAllPanelsWithoutDrawingThePlot)
@@ -619,5 +666,26 @@ TEST(MultiPlotWindow, TakesAnyAxis)
             window.UpdateWindow();
             window.key(VK_LEFT, alt);
         }
+    }
+}
+
+TEST(SavedAxis, IsOfTheKindThatTheNameEndsIn)
+{
+    const struct {
+        const char* name;
+        CSize size;
+        const char* start;  ///< of the file; "": there is none
+    } cases[] = {{"axis.png", {300, 200}, "\x89PNG"}, {"axis.svg", {300, 200}, "<?xml"},
+                 {"axis.pdf", {300, 200}, "%PDF"},    {"none.png", {0, 200}, ""},
+                 {"none.pdf", {300, 40000}, ""},      {"no/folder.png", {300, 200}, ""}};
+    for (const auto& c : cases) {
+        const std::unique_ptr<A2DAxisMulti> axis(panels());
+        CString error;
+        const std::string file = testing::TempDir() + c.name, start = c.start;
+        EXPECT_EQ(SaveAxis(*axis, c.size, file, error), !start.empty()) << c.name;
+        EXPECT_EQ(error.empty(), !start.empty()) << error;
+        std::string read(start.size(), 0);
+        std::ifstream(file, std::ios::binary).read(read.data(), std::ssize(read));
+        EXPECT_EQ(read, start) << c.name;
     }
 }

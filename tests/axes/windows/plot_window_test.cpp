@@ -139,6 +139,35 @@ TEST(PlotWindow, ShowsAllOfOtherData)
     EXPECT_FALSE(window.IsCommandEnabled(ID_ZOOM_MINUS));
 }
 
+TEST(PlotWindow, WhatIsZoomedStaysAndAllIsMoreWhenTheDataGrow)
+{
+    for (const int isZoomed : {0, 1}) {
+        double x[] = {1, 2, 3, 4}, y[] = {1, 2, 3, 4};
+        auto* const axis = new A2DAxis(1, 1, nullptr, 0);
+        new AGraphXYLine(axis, x, y, 4, nullptr, PS_SOLID, 1, 0, 0);
+        PlotWindow window(axis);
+        const TMinMax all = window.GetWholeRange();
+        window.ZoomAbout({200, 150}, 2);
+        const TMinMax zoomed = window.range();
+        if (!isZoomed) {
+            window.ZoomBack();
+            window.ViewForward(), window.ViewBack();
+        }
+        x[3] = 40;
+        window.DataGrew();
+        const TMinMax more = window.GetWholeRange();
+        EXPECT_GT(more.xMax, 39);
+        EXPECT_EQ(more.yMax, all.yMax);
+        EXPECT_TRUE(samePairs(window.range(), isZoomed ? zoomed : more));
+        isZoomed ? window.ViewBack() : window.ViewForward();
+        EXPECT_TRUE(samePairs(window.range(), isZoomed ? more : zoomed));
+        isZoomed ? window.ViewForward() : window.ViewBack();
+        EXPECT_TRUE(samePairs(window.range(), isZoomed ? zoomed : more));
+        window.ZoomBack();
+        EXPECT_TRUE(samePairs(window.range(), more));
+    }
+}
+
 TEST(PlotWindow, GivesARubberBandUp)
 {
     std::unique_ptr<PlotWindow> window;

@@ -60,6 +60,7 @@ struct SurfaceWindow : ASurfaceWnd {
                       axis->GetElevation(), axis->GetBoxHeight(), axis->GetZoom());
         return text;
     }
+    using ASurfaceWnd::cellMark;
     using ASurfaceWnd::takeKey;
 };
 
@@ -175,6 +176,25 @@ TEST(SurfaceWindow, SharesTheMarkedCellWithTheMap)
     window.SetLinkedCell(3, 4);
     window.takeKey(VK_RIGHT, true, true);
     EXPECT_EQ(window.told.back(), CPoint(5, 3));
+    // on what the range has cut off, and nowhere outside what is shown
+    CRect mark;
+    window.axis->setMinMax({-4, 8, -10, 10, 0, 0.25});
+    window.ContentChanged();
+    window.UpdateWindow();
+    ASSERT_TRUE(window.cellMark(20, 20, mark));
+    EXPECT_NEAR(mark.CenterPoint().y, window.axis->RPtoGP(0.256, 0.256, 0.25).y, 1);
+    EXPECT_FALSE(window.cellMark(20, 2, mark));
+    // a second map has cells of its own, the map is told of those that it has there
+    AMatrix<float> upper = hill(8);
+    const AFloatMatrixAccess upperCells(upper);
+    new ASurfaceGraph(window.axis, upperCells, {-10, 10, -10, 10}, 1);
+    window.axis->setMinMax({-10, 10, -10, 10});
+    window.axis->SetView(0, 90);
+    window.ContentChanged();
+    window.UpdateWindow();
+    window.mouse(WM_MOUSEMOVE, window.axis->RPtoGP(4, -4, 0));
+    EXPECT_NEAR(window.told.back().x, 27, 1);
+    EXPECT_NEAR(window.told.back().y, 12, 1);
     window.DestroyWindow();
     map.SetCellLink(nullptr);
     map.SetAxis(nullptr, 0);

@@ -172,6 +172,11 @@ TEST(AColorMenu, ReturnsTheChosenColour)
         EXPECT_EQ(menu.Track({0, 0}, &frame), row.index);
         EXPECT_EQ(menu.GetCount(), row.count);
     }
+    AColorMenu odd;
+    (void)odd.Add("R&D", 0);
+    CMenu popup;
+    EXPECT_EQ(odd.AppendTo(popup, 7), 1);
+    EXPECT_EQ(popup.lines().front().text, "R&&D");  // no letter of the menu
     EXPECT_EQ(menu.GetItem(3)->name, "#1F6FC8");
     EXPECT_EQ(menu.GetItem(4), nullptr);
     SetMenuAnswer(nullptr);
@@ -306,6 +311,21 @@ TEST(AInfoText, ScrollsFindsAndCopies)
     EXPECT_FALSE(field->IsWindowVisible());
     drag(info, {3, 10}, {190, 10});
     EXPECT_TRUE(info.GetLines().hasSelection());
+    AStaticText value;
+    CWnd none;
+    ASSERT_TRUE(none.Create("", "", WS_CHILD | WS_VISIBLE, {0, 100, 9, 110}, &frame, 2) &&
+                value.Create("1 Jy", shown, {0, 110, 99, 130}, &frame, 3));
+    (void)info.SetFocus();
+    for (CWnd* const next : {static_cast<CWnd*>(&value), static_cast<CWnd*>(&info)}) {
+        press(*CWnd::GetFocus(), VK_TAB, next == &info ? MK_SHIFT : 0);
+        EXPECT_EQ(CWnd::GetFocus(), next);
+    }
+    info.SetColumn(100);
+    info.SetText("F1\tshows the keys");
+    for (const auto& [from, chosen] : {std::pair{104, "show"}, std::pair{4, "F1\tshow"}}) {
+        drag(info, {from, 10}, {134, 10});  // from the edge of a column into the second
+        EXPECT_EQ(info.GetLines().selectedText().substr(0, CString(chosen).size()), chosen);
+    }
     info.SetText(CString(3000, 'x'));
     info.SendMessage(WM_HSCROLL, SB_BOTTOM);
     EXPECT_GT(info.GetScrollPos(SB_HORZ), 1000);

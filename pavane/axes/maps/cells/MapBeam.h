@@ -10,6 +10,7 @@ struct MapBeam {
     double minor = 0;
     double angle = 0;
     int isSet() const { return major > 0 && minor > 0; }
+    friend bool operator==(const MapBeam&, const MapBeam&) = default;
 };
 
 }  // namespace pavane

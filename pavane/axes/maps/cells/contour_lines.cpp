@@ -47,7 +47,7 @@ public:
         for (auto& row : levelRows_)
             row.assign(static_cast<std::size_t>(columns_) + sizeof(std::uint64_t), blankLevel);
     }
-    int trace(SimdPath path);
+    int trace(SimdPath path, const ProgressFunction& progress);
 
     std::vector<CrossingPool>& pools() { return pools_; }
     /// After a failure: whether it was for the limit and not for want of memory.
@@ -93,7 +93,7 @@ private:
     int isTooMuch_ = 0;
 };
 
-int ContourTracer::trace(SimdPath path)
+int ContourTracer::trace(SimdPath path, const ProgressFunction& progress)
 {
     RowReader readers[2] = {RowReader(cells_), RowReader(cells_)};
     for (int r = 0; r < cells_.rows() && !failed_; ++r) {
@@ -101,7 +101,7 @@ int ContourTracer::trace(SimdPath path)
         below_ = low_;
         low_ = high_;
         high_ = {readers[r % 2].row(r), levels.data()};
-        if (!high_.values)
+        if (!high_.values || (progress && !progress(static_cast<double>(r) / cells_.rows())))
             return 0;
         countLevels(high_.values, columns_, thresholds_.data(),
                     static_cast<int>(thresholds_.size()), levels.data(), path);
@@ -254,7 +254,7 @@ std::int64_t GetContourMemory() { return contourMemory; }
 void SetContourMemory(std::int64_t bytes) { contourMemory = bytes > 0 ? bytes : usualMemory; }
 
 int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& levels,
-                        SimdPath path)
+                        SimdPath path, const ProgressFunction& progress)
 {
     lines_.clear();
     points_ = AMatrix<CPointF>();
@@ -271,8 +271,8 @@ int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& l
     std::iota(all.begin(), all.end(), 0);
     const std::int64_t blocks = contourMemory / (crossingBlock * (crossingBytes + pointBytes));
     int isTooMuch = 0;
-    const int traced = traceBand(cells, numbered, all, path, blocks, isTooMuch) ||
-                       (isTooMuch && traceInBands(cells, numbered, path));
+    const Task task{cells, numbered, path, progress};
+    const int traced = traceBand(task, all, blocks, isTooMuch) || (isTooMuch && traceInBands(task));
     if (!traced) {
         lines_.clear();
         points_ = AMatrix<CPointF>();
@@ -282,10 +282,10 @@ int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& l
 }
 
 /// Traces the levels `band` and appends their lines in its order.
-int ContourLines::traceBand(const AMatrixAccess& cells, const std::vector<double>& levels,
-                            const std::vector<int>& band, SimdPath path, std::int64_t blocks,
+int ContourLines::traceBand(const Task& task, const std::vector<int>& band, std::int64_t blocks,
                             int& isTooMuch)
 {
+    const std::vector<double>& levels = task.levels;
     std::vector<int> rising = band;
     std::stable_sort(rising.begin(), rising.end(),
                      [&](int a, int b) { return levels[asSize(a)] < levels[asSize(b)]; });
@@ -295,8 +295,8 @@ int ContourLines::traceBand(const AMatrixAccess& cells, const std::vector<double
         placeOf[asSize(level)] = values.size();
         values.push_back(levels[asSize(level)]);
     }
-    ContourTracer tracer(cells, values, blocks);
-    if (!tracer.trace(path)) {
+    ContourTracer tracer(task.cells, values, blocks);
+    if (!tracer.trace(task.path, task.progress)) {
         isTooMuch = tracer.isTooMuch();
         return 0;
     }
@@ -313,13 +313,13 @@ int ContourLines::traceBand(const AMatrixAccess& cells, const std::vector<double
 }
 
 /// Traces as many levels as the memory allows, a few at a time.
-int ContourLines::traceInBands(const AMatrixAccess& cells, const std::vector<double>& levels,
-                               SimdPath path)
+int ContourLines::traceInBands(const Task& task)
 {
+    const std::vector<double>& levels = task.levels;
     std::vector<double> rising = levels;
     std::sort(rising.begin(), rising.end());
     std::vector<std::int64_t> ofRising;
-    if (!countCrossings(cells, rising, path, ofRising))
+    if (!countCrossings(task.cells, rising, task.path, ofRising))
         return 0;
     std::vector<std::int64_t> crossings;
     for (const double level : levels)
@@ -333,7 +333,7 @@ int ContourLines::traceInBands(const AMatrixAccess& cells, const std::vector<dou
         for (const int level : band)
             leftOut_[asSize(level)] = 0;
         int isTooMuch = 0;
-        if (!traceBand(cells, levels, band, path, std::numeric_limits<int>::max(), isTooMuch))
+        if (!traceBand(task, band, std::numeric_limits<int>::max(), isTooMuch))
             return 0;
     }
     return 1;

@@ -3,6 +3,7 @@
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "pavane/axes/maps/cells/simd_path.h"
 #include "platform/geometry.h"
+#include "tessel/progress_function.h"
 
 #include <cstdint>
 #include <vector>
@@ -45,10 +46,10 @@ public:
     /// Traces `levels` (any order; those that are not finite have no lines), lines in the order of
     /// the levels. Each row is read once as long as all lines fit into GetContourMemory() with what
     /// tracing them takes; else the levels with the most crossings are left out and the others are
-    /// traced in bands. Non-zero on success; 0, and empty, without memory or with more than 250
-    /// levels.
+    /// traced in bands. Non-zero on success; 0, and empty, without memory, with more than 250
+    /// levels or when `progress` gives up; it hears of each row of each way over the cells.
     int trace(const AMatrixAccess& cells, const std::vector<double>& levels,
-              SimdPath path = bestSimdPath());
+              SimdPath path = bestSimdPath(), const ProgressFunction& progress = {});
 
     const std::vector<ContourLine>& lines() const { return lines_; }
     const CPointF* points(const ContourLine& line) const { return points_.data() + line.first; }
@@ -57,9 +58,16 @@ public:
     int isLeftOut(int level) const { return leftOut_[static_cast<std::size_t>(level)]; }
 
 private:
-    int traceBand(const AMatrixAccess& cells, const std::vector<double>& levels,
-                  const std::vector<int>& band, SimdPath path, std::int64_t blocks, int& isTooMuch);
-    int traceInBands(const AMatrixAccess& cells, const std::vector<double>& levels, SimdPath path);
+    /// What a tracing goes by.
+    struct Task {
+        const AMatrixAccess& cells;
+        const std::vector<double>& levels;
+        SimdPath path;
+        const ProgressFunction& progress;
+    };
+    int traceBand(const Task& task, const std::vector<int>& band, std::int64_t blocks,
+                  int& isTooMuch);
+    int traceInBands(const Task& task);
     void takeLevel(CrossingPool& pool, int level);
 
     std::vector<ContourLine> lines_;
