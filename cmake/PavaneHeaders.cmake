@@ -107,6 +107,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/palette_file.h
     pavane/images/color_vision.h
     pavane/images/palettes.h
+    pavane/imaging/clean_parameters.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h

@@ -107,6 +107,7 @@
 #include "pavane/images/curve_raster.h"
 #include "pavane/images/palette_file.h"
 #include "pavane/images/palettes.h"
+#include "pavane/imaging/clean_parameters.h"
 #include "pavane/printing/APrinter.h"
 #include "pavane/printing/APrintOut.h"
 #include "pavane/printing/layout/APrnAddInfo.h"
