@@ -11,6 +11,11 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/AStatHistGraph.h
     pavane/axes/axis_options.h
     pavane/axes/axis_settings.h
+    pavane/axes/box/A2_3D2ZAxis.h
+    pavane/axes/box/A2_3DAxis.h
+    pavane/axes/box/A3DLinesGraph.h
+    pavane/axes/box/A3DPointsGraph.h
+    pavane/axes/box/ASurfaceGraph.h
     pavane/axes/dialogs/ABeamDlg.h
     pavane/axes/dialogs/ABeamTbl.h
     pavane/axes/dialogs/ABeamViewWnd.h
@@ -20,13 +25,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/dialogs/APalettePlayDlg.h
     pavane/axes/dialogs/DirtyBeam.h
     pavane/axes/dialogs/show_map_display.h
-    pavane/axes/box/A2_3D2ZAxis.h
-    pavane/axes/box/A2_3DAxis.h
-    pavane/axes/box/A3DLinesGraph.h
-    pavane/axes/box/A3DPointsGraph.h
-    pavane/axes/box/ASurfaceGraph.h
     pavane/axes/graph_styles.h
-    pavane/axes/windows/save_axis.h
     pavane/axes/maps/AAxisColorOP.h
     pavane/axes/maps/AAxisLevelOP.h
     pavane/axes/maps/AAxisScaleBar.h
@@ -66,22 +65,29 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/ranges/RectMinMaxTransform.h
     pavane/axes/ranges/time_ticks.h
     pavane/axes/ranges/TMinMax.h
-    pavane/axes/windows/AChannelMapsWnd.h
     pavane/axes/windows/AAreaSelectDlg.h
     pavane/axes/windows/AAreaTableWnd.h
     pavane/axes/windows/AAxisTrkSelWnd.h
     pavane/axes/windows/AAxisWnd.h
+    pavane/axes/windows/AChannelMapsWnd.h
     pavane/axes/windows/AMultiPlotWnd.h
     pavane/axes/windows/APlotWnd.h
     pavane/axes/windows/ASurfaceWnd.h
     pavane/axes/windows/ATrackerToolBar.h
     pavane/axes/windows/ATrackToolBarOwnerWnd.h
     pavane/axes/windows/AxisStatus.h
+    pavane/axes/windows/save_axis.h
     pavane/axes/windows/show_map.h
     pavane/calibration/BaselineReader.h
     pavane/calibration/closure_point.h
     pavane/calibration/closure_sets.h
     pavane/calibration/ClosureReader.h
+    pavane/calibration/gains/gain_frame.h
+    pavane/calibration/gains/gain_intervals.h
+    pavane/calibration/gains/GainApplier.h
+    pavane/calibration/gains/GainChain.h
+    pavane/calibration/gains/GainSolver.h
+    pavane/calibration/gains/SelfCalibration.h
     pavane/calibration/PanelChart.h
     pavane/calibration/visibility_charts.h
     pavane/calibration/windows/ABaselineWnd.h
@@ -103,9 +109,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/AColorPlay.h
     pavane/images/ADIBase.h
     pavane/images/ADIBitmap.h
+    pavane/images/color_vision.h
     pavane/images/curve_raster.h
     pavane/images/palette_file.h
-    pavane/images/color_vision.h
     pavane/images/palettes.h
     pavane/imaging/clean_parameters.h
     pavane/printing/APrinter.h
@@ -131,6 +137,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/components/EditedComponents.h
     pavane/tables/components/map_components.h
     pavane/tables/components/ModelLayer.h
+    pavane/tables/components/ModelVisibilities.h
     pavane/tables/freq/ABMarkTable.h
     pavane/tables/freq/AFreqGroupArray.h
     pavane/tables/freq/FreqGroupEdit.h
@@ -202,7 +209,6 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/tracker_registry.h
     pavane/windows/ABWindow.h
     pavane/windows/AHttpCallWnd.h
-    pavane/windows/controls/AProgressDlg.h
     pavane/windows/AResizeDialog.h
     pavane/windows/AResizeSheet.h
     pavane/windows/ASelRectAlt.h
@@ -216,14 +222,15 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/windows/controls/AInfoText.h
     pavane/windows/controls/AListBox.h
     pavane/windows/controls/AProgressBar.h
+    pavane/windows/controls/AProgressDlg.h
     pavane/windows/controls/ASplitterWnd.h
     pavane/windows/controls/AStaticText.h
     pavane/windows/controls/AToolTip.h
     pavane/windows/controls/color_picture.h
     pavane/windows/controls/control_texts.h
     pavane/windows/controls/InfoLines.h
-    pavane/windows/controls/tip_timing.h
     pavane/windows/controls/JobBox.h
+    pavane/windows/controls/tip_timing.h
     pavane/windows/library_resources.h
     pavane/windows/picture_export.h
     pavane/windows/window_placement.h
@@ -232,8 +239,8 @@ set(PAVANE_PUBLIC_HEADERS
     platform/CDC.h
     platform/CDialog.h
     platform/clipboard.h
-    platform/color_dialog.h
     platform/CMenu.h
+    platform/color_dialog.h
     platform/controls.h
     platform/cursors.h
     platform/CWinApp.h
@@ -253,11 +260,13 @@ set(PAVANE_PUBLIC_HEADERS
     platform/picture.h
     platform/picture_file.h
     platform/platform.h
-    platform/print_queues.h
     platform/print_info.h
-    platform/printer_info.h
+    platform/print_queues.h
     platform/print_settings.h
+    platform/printer_info.h
     platform/profile.h
+    platform/progress.h
+    platform/property_sheet.h
     platform/resources.h
     platform/screens.h
     platform/service_talk.h
@@ -266,12 +275,10 @@ set(PAVANE_PUBLIC_HEADERS
     platform/splitter.h
     platform/system_colors.h
     platform/system_metrics.h
-    platform/progress.h
-    platform/property_sheet.h
     platform/tab_control.h
     platform/tip_window.h
-    platform/up_down.h
     platform/types.h
+    platform/up_down.h
     platform/web_handler.h
     platform/window_dc.h
     tessel/ABitArray.h
@@ -281,6 +288,8 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/AMatrix.h
     tessel/AMatrixRect.h
     tessel/fits_map.h
+    tessel/gains/AGains.h
+    tessel/gains/gain_files.h
     tessel/map_header.h
     tessel/map_steps.h
     tessel/paths.h
@@ -330,6 +339,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/calibration/closure_products.h
     pavane/calibration/ClosureCounter.h
     pavane/calibration/ClosureLegs.h
+    pavane/calibration/gains/interval_gains.h
     pavane/calibration/MomentReader.h
     pavane/calibration/UvCells.h
     pavane/containers/item_io.h
@@ -341,6 +351,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/resources/mark_commands.h
     pavane/resources/table_commands.h
     pavane/resources/tools.h
+    pavane/tables/components/component_visibility.h
     pavane/tables/grid/cell_range.h
     pavane/tables/grid/grid_layout.h
     pavane/tables/grid/RowOrder.h
@@ -371,6 +382,7 @@ set(PAVANE_REACHED_HEADERS
     tessel/progress_function.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
+    tessel/uvfits/UvFilter.h
     tessel/uvfits/UvSlices.h
     tessel/uvfits/UvTimes.h
 )

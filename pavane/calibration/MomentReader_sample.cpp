@@ -1,4 +1,5 @@
 // What a first look at a file tells: how long its integrations are, and which baselines are good.
+#include "pavane/calibration/gains/integration.h"
 #include "pavane/calibration/MomentReader.h"
 
 #include <algorithm>
@@ -10,58 +11,18 @@ namespace pavane
 namespace
 {
 
-constexpr double secondsPerDay = 86400;
-/// Groups that tell the length of an integration.
-constexpr std::int64_t firstGroups = 1 << 16;
-/// Times jitter by some thousandths of a second; steps are told apart to so many of them, and to
-/// the second unit where all steps are shorter.
-constexpr double stepUnits[] = {0.1, 0.001};
 /// Parts of a file that are looked at beforehand, the share of it that they are at most, and how
 /// often all baselines come in each.
 constexpr std::int64_t mostSamples = 32, shareOfSamples = 20, timesOfSample = 2;
 
-using BaselineTimes = std::map<std::tuple<int, int, int>, std::vector<double>>;
-
-/// Days between a time of a baseline and its next one, most often; 0 where there is no next one.
-double commonestStep(BaselineTimes& baselines)
-{
-    for (auto& [baseline, times] : baselines)
-        std::sort(times.begin(), times.end());
-    for (const double unit : stepUnits) {
-        std::map<double, int> counts;
-        for (const auto& [baseline, times] : baselines)
-            for (std::size_t i = 1; i < times.size(); ++i)
-                if (const double step =
-                        std::floor((times[i] - times[i - 1]) * secondsPerDay / unit + 0.5);
-                    step > 0)
-                    ++counts[step];
-        const auto most =
-            std::max_element(counts.begin(), counts.end(),
-                             [](const auto& a, const auto& b) { return a.second < b.second; });
-        if (most != counts.end())
-            return most->first * unit / secondsPerDay;
-    }
-    return 0;
-}
-
 }  // namespace
 
-/// Those of one baseline each, since the times of different ones may lie beside each other.
 void MomentReader::measureStep()
 {
-    BaselineTimes times;
-    const std::int64_t last = std::min(firstGroups, file_.header().groups);
-    for (std::int64_t g = 0; g < last;) {
-        const std::int64_t count = std::min<std::int64_t>(file_.blockGroups(), last - g);
-        if (!readBlock(g, count, UvGroups::baselines | UvGroups::times))
-            return;
-        for (std::size_t i = 0; i < groups_.time.size(); ++i)
-            if (std::isfinite(groups_.time[i]))
-                times[{groups_.subarray[i], groups_.antenna1[i], groups_.antenna2[i]}].push_back(
-                    groups_.time[i]);
-        g += count;
-    }
-    half_ = std::max(commonestStep(times) / 2, leastHalf);
+    double step = 0;
+    if (!measureIntegration(file_, step))
+        error_ = "has become shorter while it was read";
+    half_ = std::max(step / 2, leastHalf);
 }
 
 /// The moments at both ends of a part are not whole and do not count.

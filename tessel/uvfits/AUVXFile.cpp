@@ -93,6 +93,7 @@ void AUVXFile::close()
     telescopeOf_.clear();
     sourceOf_.clear();
     block_ = {};
+    filter_.reset();
 }
 
 /// How far the tables are read, and whether somebody still wants them.
@@ -291,6 +292,9 @@ int AUVXFile::takeGroups(std::int64_t first, int count, int what, UvGroups& grou
     if (first < 0 || count < 0 || first > layout.groups - count)
         return 0;
     const int hasCells = what & UvGroups::cellValues;
+    if (hasCells && filter_)  // which changes cells, and asks whose they are
+        what = (what & ~UvGroups::storedCells) | UvGroups::times | UvGroups::baselines |
+               UvGroups::origins;
     const int isWhole = hasCells || layout.groupBytes <= longGroup;
     const std::int64_t step = isWhole ? layout.groupBytes : layout.parameterBytes;
     if (step * count > mostBlock)
@@ -315,6 +319,8 @@ int AUVXFile::takeGroups(std::int64_t first, int count, int what, UvGroups& grou
     for (int i = 0; i < count; ++i)
         convertCells(block_.data() + i * step + layout.parameterBytes, layout.bitpix, layout.cells,
                      layout.scale, groups.cells.data() + i * layout.cells);
+    if (filter_)
+        filter_->apply(*this, groups);
     return 1;
 }
 

@@ -6,12 +6,14 @@
 #include "tessel/uvfits/AUVXFqTbl.h"
 #include "tessel/uvfits/AUVXTlscItem.h"
 #include "tessel/uvfits/uv_values.h"
+#include "tessel/uvfits/UvFilter.h"
 #include "tessel/uvfits/UvGroups.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -72,6 +74,10 @@ public:
     /// UvGroups::What, names. Non-zero on success; 0 when there are no such groups, too many for
     /// memory, or when the file has become shorter.
     int readGroups(std::int64_t first, int count, int what, UvGroups& groups);
+    /// From now on visibilities are read as the filter makes them, by all who read this file; null:
+    /// as they are stored. Opening and closing take it away.
+    void setFilter(std::shared_ptr<UvFilter> filter) { filter_ = std::move(filter); }
+    const std::shared_ptr<UvFilter>& filter() const { return filter_; }
     /// Of group `i` of what was read with UvGroups::cellValues; indices from 0, all zero outside.
     /// A file without weights has 1 everywhere.
     UvVisibility visibility(const UvGroups& groups, int i, int ifIndex, int channel,
@@ -105,6 +111,7 @@ private:
     std::unordered_map<std::uint64_t, std::size_t> telescopeOf_;
     std::unordered_map<int, std::size_t> sourceOf_;
     std::vector<unsigned char> block_;
+    std::shared_ptr<UvFilter> filter_;
 };
 
 }  // namespace pavane

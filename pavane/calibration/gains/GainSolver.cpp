@@ -18,6 +18,7 @@ void GainSolver::restart()
 {
     std::fill(gains_.cells().begin(), gains_.cells().end(), Gain());
     open_.clear();
+    lastSums_ = nullptr;
     isClosed_.assign(gains_.intervals().size(), 0);
     const std::size_t series = gains_.groups().size() * gains_.hands().size();
     fits_.assign(gains_.intervals().size() * series, {});
@@ -43,15 +44,19 @@ void GainSolver::add(std::size_t interval, std::size_t group, std::size_t hand, 
     one.data = weight * std::norm(data);
     if (!std::isfinite(one.model) || !std::isfinite(one.data))
         return;
-    if (isClosed_[interval]) {
-        ++late_;
-        return;
+    if (!lastSums_ || interval != lastInterval_) {
+        if (isClosed_[interval]) {
+            ++late_;
+            return;
+        }
+        std::vector<GainSums>& sums = open_[interval];
+        if (sums.empty())
+            sums.resize(gains_.groups().size() * gains_.hands().size() * baselines_);
+        lastInterval_ = interval;
+        lastSums_ = sums.data();
     }
-    std::vector<GainSums>& sums = open_[interval];
-    if (sums.empty())
-        sums.resize(gains_.groups().size() * gains_.hands().size() * baselines_);
-    GainSums& of = sums[(group * gains_.hands().size() + hand) * baselines_ +
-                        baselineAt(first, second, gains_.antennas().size())];
+    GainSums& of = lastSums_[(group * gains_.hands().size() + hand) * baselines_ +
+                             baselineAt(first, second, gains_.antennas().size())];
     of.cross += one.cross;
     of.model += one.model;
     of.data += one.data;
@@ -69,7 +74,18 @@ void GainSolver::close(int subarray, double time)
         }
         solve(at->first, at->second);
         at = open_.erase(at);
+        lastSums_ = nullptr;
     }
+}
+
+int GainSolver::closeNext()
+{
+    if (open_.empty())
+        return 0;
+    solve(open_.begin()->first, open_.begin()->second);
+    open_.erase(open_.begin());
+    lastSums_ = nullptr;
+    return 1;
 }
 
 void GainSolver::solve(std::size_t interval, const std::vector<GainSums>& sums)
@@ -96,9 +112,8 @@ void GainSolver::solve(std::size_t interval, const std::vector<GainSums>& sums)
 
 void GainSolver::finish()
 {
-    for (const auto& [interval, sums] : open_)
-        solve(interval, sums);
-    open_.clear();
+    while (closeNext()) {
+    }
     if (rules_.interval.kind != GainKind::amplitude)
         turnToReference(gains_, rules_.references);
     if (rules_.interval.kind != GainKind::phase && rules_.isScaled)

@@ -46,6 +46,9 @@ public:
     /// Solves the intervals of `subarray` that end at this time or before it, and lets go of their
     /// sums; data come in the order of time.
     void close(int subarray, double time);
+    /// Intervals that are open, and solving one of them: 0 when there is none.
+    std::size_t openCount() const { return open_.size(); }
+    int closeNext();
     /// Solves what is open, turns and scales it.
     void finish();
     /// Forgets all that was given.
@@ -67,6 +70,8 @@ private:
     GainRules rules_;
     std::size_t baselines_ = 0;
     std::map<std::size_t, std::vector<GainSums>> open_;  ///< by interval
+    std::size_t lastInterval_ = 0;
+    GainSums* lastSums_ = nullptr;  ///< its sums, when it is open
     std::vector<char> isClosed_;
     std::vector<GainFit> fits_;
     std::vector<double> factors_;

@@ -1,7 +1,9 @@
 #include "pavane/tables/components/AComponents.h"
+#include "pavane/tables/components/ModelVisibilities.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
+#include <limits>
 #include <random>
 #include <vector>
 
@@ -127,11 +129,35 @@ TEST(Visibility, OfManyPointsIsThatOfEach)
         }
         std::vector<std::complex<double>> many(u.size());
         model.VfromUV(u.data(), v.data(), 1299, many.data());
+        std::vector<std::complex<double>> prepared(u.size());
+        ModelVisibilities(model).at(u.data(), v.data(), u.size(), prepared.data());
         double worst = 0;
         for (std::size_t i = 0; i < u.size(); ++i)
-            worst = std::max(worst, std::abs(many[i] - model.VfromUV(u[i], v[i])));
+            for (const std::complex<double> value : {many[i], prepared[i]})
+                worst = std::max(worst, std::abs(value - model.VfromUV(u[i], v[i])));
         EXPECT_LE(worst, 20 * toleranceOf(type)) << type;
     }
+}
+
+TEST(Visibility, ErrsByTheCurvatureOfTheSky)
+{
+    AComponents model;
+    EXPECT_EQ(ModelVisibilities(model).wTurns(1e12), 0);
+    const double arcsecond = 4.84813681109536e-6;
+    struct Item {
+        const char* text;
+        double radians;
+    };
+    // the farthest end counts, so each is farther than those before
+    for (const Item& item :
+         {Item{"1 1 9 1 0 0 3 0", 3 * arcsecond}, Item{"2 1 4 0.5 0 0 3 0", 5 * arcsecond},
+          Item{"3 1 4 2 0 0 3 0", 7 * arcsecond}}) {
+        model.Add(ACompItem(item.text));
+        const double turns = 1e8 * (1 - std::cos(std::asin(item.radians)));
+        EXPECT_NEAR(ModelVisibilities(model).wTurns(-1e8), turns, 1e-7) << item.text;
+    }
+    model.Add(ACompItem("1 1 0 1 0 0 300000 0"));
+    EXPECT_EQ(ModelVisibilities(model).wTurns(1), std::numeric_limits<double>::infinity());
 }
 
 }  // namespace pavane
