@@ -1,0 +1,48 @@
+#pragma once
+
+#include "pavane/calibration/gains/GainSolver.h"
+#include "pavane/dialogs/values/record_entries.h"
+#include "platform/api.h"
+
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+/// What data are calibrated on.
+enum class SelfCalModel {
+    round,      ///< the model image of the round that is chosen
+    components  ///< the list of components
+};
+
+/// How gains are solved for, as the page "Self-calibration" lets the user choose it. In the
+/// profile the keys are "SC KIND" to "SC KEEP", see the file formats.
+class PAVANE_API ASelfCalPM : public EntryRecord<ASelfCalPM>
+{
+public:
+    // Of the data, for information; not stored. Seconds, 0 when they are not known.
+    double integration = 0, span = 0;
+    std::vector<std::string> antennas;  ///< names, in the order of the file
+    // The choice.
+    GainKind kind = GainKind::phase;
+    int isWhole = 0;      ///< one gain for the whole time, else each `seconds`
+    double seconds = 60;  ///< length of an interval
+    int isScaled = 1;     ///< amplitudes to a weighted mean log of 0 for each IF group and hand
+    double leastRatio = 3;
+    int leastAntennas = 4;
+    std::vector<std::string> references;  ///< names; the first that has a gain has phase 0
+    double leastUv = 0, mostUv = 0;       ///< wavelengths; `mostUv` 0: no limit
+    SelfCalModel model = SelfCalModel::round;
+    int changesWeights = 1;  ///< times |g(a) g(b)|^2
+    int keepsFailed = 0;     ///< data of failed solutions stay, uncorrected
+
+    /// As the solver takes it, for these antennas: names of `references` that none has are passed
+    /// over, one that several have (of subarrays) stands for each.
+    GainRules rules(const std::vector<GainAntenna>& of) const;
+
+    std::vector<RecordEntry> entries() const;
+    int takeEntry(const RecordEntry& entry);
+};
+
+}  // namespace pavane
