@@ -54,6 +54,9 @@ void pressFirst(const QStringList& keys, int delay, int tries)
 
 void pressKeys(const std::string& keys)
 {
+    // what still watches the end of an earlier dialog would take this one for that
+    if (!QApplication::activeModalWidget())
+        QTest::qWait(20);
     pressFirst(QString::fromStdString(keys).split(u' ', Qt::SkipEmptyParts), 5, 400);
 }
 
