@@ -101,9 +101,22 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/containers/APtrArray.h
     pavane/containers/ARect.h
     pavane/containers/LifeWatch.h
+    pavane/dialogs/ACleanParameterPage.h
+    pavane/dialogs/AFormPage.h
+    pavane/dialogs/AGainFilesDlg.h
+    pavane/dialogs/ASelfCalPage.h
     pavane/dialogs/ATimeIntervalPresent.h
     pavane/dialogs/layout/dialog_layout.h
+    pavane/dialogs/values/ACleanParameterPM.h
+    pavane/dialogs/values/ASelfCalPM.h
     pavane/dialogs/values/AUVXTIntervalPM.h
+    pavane/dialogs/values/CleanForm.h
+    pavane/dialogs/values/gain_match.h
+    pavane/dialogs/values/number_list.h
+    pavane/dialogs/values/PageForm.h
+    pavane/dialogs/values/record_entries.h
+    pavane/dialogs/values/SelfCalForm.h
+    pavane/dialogs/values/typed_number.h
     pavane/dialogs/values/time_texts.h
     pavane/dialogs/values/TimeIntervalForm.h
     pavane/images/AColorPlay.h
