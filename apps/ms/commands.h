@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace pavane_ms
+{
+
+/// Each does a command with the words behind its name, and throws what goes wrong.
+void importData(const std::vector<std::string>& words);
+void correctData(const std::vector<std::string>& words);
+void showFacts(const std::vector<std::string>& words);
+
+/// A line "name value" on the standard output.
+void say(const std::string& name, const std::string& value);
+void say(const std::string& name, std::uint64_t value);
+
+}  // namespace pavane_ms
