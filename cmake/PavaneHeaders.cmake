@@ -82,13 +82,18 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/closure_point.h
     pavane/calibration/closure_sets.h
     pavane/calibration/ClosureReader.h
+    pavane/calibration/flags/flag_points.h
+    pavane/calibration/flags/FlagEdits.h
+    pavane/calibration/flags/UvPick.h
     pavane/calibration/gains/gain_frame.h
     pavane/calibration/gains/gain_intervals.h
     pavane/calibration/gains/GainApplier.h
     pavane/calibration/gains/GainChain.h
     pavane/calibration/gains/GainSolver.h
     pavane/calibration/gains/SelfCalibration.h
+    pavane/calibration/gains/UvCorrection.h
     pavane/calibration/PanelChart.h
+    pavane/calibration/series_points.h
     pavane/calibration/visibility_charts.h
     pavane/calibration/windows/ABaselineWnd.h
     pavane/calibration/windows/AChartWnd.h
@@ -301,6 +306,8 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/AMatrix.h
     tessel/AMatrixRect.h
     tessel/fits_map.h
+    tessel/flags/FlagQuery.h
+    tessel/flags/VisibilityFlags.h
     tessel/gains/AGains.h
     tessel/gains/gain_files.h
     tessel/map_header.h
@@ -318,10 +325,12 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/uvfits/AUVXTlscItem.h
     tessel/uvfits/StoredNumber.h
     tessel/uvfits/uv_values.h
+    tessel/uvfits/UvFilter.h
     tessel/uvfits/UvGroups.h
     tessel/uvfits/UvGroupScan.h
     tessel/uvfits/UvMarks.h
     tessel/uvfits/UvPlotPoints.h
+    tessel/uvfits/UvRewriter.h
     tessel/value_text.h
 )
 
@@ -395,7 +404,6 @@ set(PAVANE_REACHED_HEADERS
     tessel/progress_function.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
-    tessel/uvfits/UvFilter.h
     tessel/uvfits/UvSlices.h
     tessel/uvfits/UvTimes.h
 )

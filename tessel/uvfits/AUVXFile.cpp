@@ -59,7 +59,18 @@ AUVXFreqs selectionOf(const UvHeader& header)
     return selection;
 }
 
+/// Infinite beyond the range of floats.
+float floatOf(double value)
+{
+    constexpr double most = std::numeric_limits<float>::max();
+    return std::abs(value) > most
+               ? std::copysign(std::numeric_limits<float>::infinity(), value < 0 ? -1.0F : 1.0F)
+               : static_cast<float>(value);
+}
+
 }  // namespace
+
+UvFilter::~UvFilter() = default;
 
 int holdsVisibilities(const std::string& name)
 {
@@ -320,8 +331,48 @@ int AUVXFile::takeGroups(std::int64_t first, int count, int what, UvGroups& grou
         convertCells(block_.data() + i * step + layout.parameterBytes, layout.bitpix, layout.cells,
                      layout.scale, groups.cells.data() + i * layout.cells);
     if (filter_)
-        filter_->apply(*this, groups);
+        applyFilter(groups);
     return 1;
+}
+
+/// What is flagged gets a weight below 0, in files without weights it becomes no number.
+void AUVXFile::applyFilter(UvGroups& groups) const
+{
+    const UvCellSteps steps = cellSteps();
+    const auto stokes = static_cast<int>(header_.stokes.size());
+    constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    for (int i = 0; i < groups.count; ++i) {
+        const UvChange* const changes =
+            filter_->changesOf(*this, groups, static_cast<std::size_t>(i));
+        float* const cells = groups.cells.data() + i * steps.group;
+        for (int f = 0; changes && f < header_.ifs; ++f)
+            for (int s = 0; s < stokes; ++s) {
+                const UvChange& change = changes[f * stokes + s];
+                if (change.isNothing())
+                    continue;
+                const double re = change.factor.real(), im = change.factor.imag();
+                float* at = cells + f * steps.ifIndex + s * steps.stokes;
+                for (int c = 0; c < header_.channels; ++c, at += steps.channel) {
+                    const double x = at[0], y = at[steps.part];
+                    at[0] = floatOf(x * re - y * im);
+                    at[steps.part] = floatOf(x * im + y * re);
+                    if (!steps.hasWeights) {
+                        if (change.isFlagged)
+                            at[0] = at[steps.part] = none;
+                        continue;
+                    }
+                    float& weight = at[2 * steps.part];
+                    weight = floatOf(weight * change.weight);
+                    if (change.isFlagged)
+                        weight = weight > 0 ? -weight : weight;
+                }
+            }
+    }
+}
+
+int AUVXFile::readBytes(std::int64_t position, void* bytes, std::int64_t count)
+{
+    return seekTo(position) && file_.read(bytes, count);
 }
 
 UvVisibility AUVXFile::visibility(const UvGroups& groups, int i, int ifIndex, int channel,

@@ -45,6 +45,13 @@ public:
     void close();
     int isOpen() const { return file_.isOpen(); }
 
+    const std::string& name() const { return file_.name(); }
+    std::int64_t size() const { return file_.size(); }  ///< bytes
+    /// Bytes as they stand in the file, for who copies it. 0 where it has none.
+    int readBytes(std::int64_t position, void* bytes, std::int64_t count);
+    /// Private to tessel's sources.
+    const UvLayout& layout() const { return *layout_; }
+
     const UvHeader& header() const { return header_; }
     /// Of all antenna tables, in the file's order; none without such tables.
     const std::vector<AUVXTlscItem>& telescopes() const { return telescopes_; }
@@ -87,6 +94,7 @@ public:
 
 private:
     int takeGroups(std::int64_t first, int count, int what, UvGroups& groups);
+    void applyFilter(UvGroups& groups) const;
     int seekTo(std::int64_t position);
     struct Watch;  ///< of opening
     int readHeaders(Watch& watch, std::string& error);

@@ -26,6 +26,7 @@ std::vector<GainAntenna> antennasOf(const AUVXFile& file, const std::vector<UvBa
         for (const int number : {baseline.first, baseline.second})
             names.try_emplace({baseline.subarray, number}, std::to_string(number));
     std::vector<GainAntenna> antennas;
+    antennas.reserve(names.size());
     for (const auto& [key, name] : names)
         antennas.push_back({key.first, key.second, name});
     return antennas;
