@@ -131,7 +131,13 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/curve_raster.h
     pavane/images/palette_file.h
     pavane/images/palettes.h
+    pavane/imaging/AImagingEngine.h
+    pavane/imaging/AStudy.h
     pavane/imaging/clean_parameters.h
+    pavane/imaging/round_maps.h
+    pavane/imaging/StudyJob.h
+    pavane/imaging/StudyRound.h
+    pavane/imaging/WscleanEngine.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h

@@ -11,6 +11,8 @@
 namespace pavane
 {
 
+struct StudyRecord;
+
 /// A map of a round.
 enum class RoundMap { residual, restored, model, dirty, beam, mask };
 
@@ -32,6 +34,7 @@ struct StudySettings {
     int keepsFailed = 0, keepsWeights = 0;
     int round = -1;                  ///< that the next one begins with; -1: none
     std::vector<std::string> other;  ///< lines of the host ("name value"), kept as they are
+    friend bool operator==(const StudySettings&, const StudySettings&) = default;
 };
 
 /// What lies in a column of the working data.
@@ -157,16 +160,22 @@ public:
     std::string sharedFile(const std::string& key) const { return folder() + "/shared/" + key; }
     /// The key of beam and dirty map of these data and parameters.
     static std::string mapsKey(const DataState& data, const CleanParameters& parameters);
+    /// Keeps areas that rounds share; their key, "" of none or on failure.
     std::string keepAreas(const std::string& bytes);
+    /// Removes what no round has: half-made ones, temporary files, maps that nobody shares.
+    void sweep();
 
 private:
     struct State;
     int fail(const std::string& fault);
-    int store();
+    int store(const StudyRecord& record);
+    StudyOpening take(int takeOver);
+    void readRounds();
     std::unique_ptr<State> state_;
     std::string fault_;
     std::vector<std::string> notes_;
     StudyHolder holder_, child_;
+    int damaged_ = 0;  ///< rounds left out, whose files are not swept
 };
 
 }  // namespace pavane

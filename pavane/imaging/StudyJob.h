@@ -51,7 +51,7 @@ struct JobPrograms {
 
 /// What is to be imported; texts as `pavane-ms import` takes them, "" all.
 struct ImportChoice {
-    std::string input, column, ifs, times, hands;
+    std::string input, column, ifs, times, hands, source;
 };
 
 /// A job on a study: children that run one after another, and what is checked, copied and noted
