@@ -97,6 +97,18 @@ void ABitMatrix::setAll(int value)
         row(r)[rowWords_ - 1] = tail;
 }
 
+void ABitMatrix::invert()
+{
+    const int used = columns_ % wordBits;
+    const Word tail = used ? allOnes >> (wordBits - used) : allOnes;
+    for (int r = 0; r < rows_; ++r) {
+        Word* const words = row(r);
+        for (std::int64_t w = 0; w < rowWords_; ++w)
+            words[w] = ~words[w];
+        words[rowWords_ - 1] &= tail;
+    }
+}
+
 std::int64_t ABitMatrix::count() const
 {
     std::int64_t bits = 0;

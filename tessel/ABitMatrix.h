@@ -52,6 +52,8 @@ public:
     void setSpan(int r, int first, int last);
     /// Every bit to 0 or to 1.
     void setAll(int value);
+    /// Every bit to what it was not.
+    void invert();
     /// How many bits are 1.
     std::int64_t count() const;
     /// Non-zero when sizes and bits are the same.

@@ -214,7 +214,7 @@ void SurfacePicture::setAreas(const std::vector<AreaOutline>& areas)
     std::vector<std::vector<CPointF>> outlines;
     for (const AreaOutline& area : areas) {
         outlines.emplace_back();
-        for (const APoint<double>& point : area)
+        for (const APoint<double>& point : area.points)
             outlines.back().push_back({graph_->RPXtoMPX(point.x), graph_->RPYtoMPY(point.y)});
     }
     graph_->SetAreaOutlines(std::move(outlines), areaColor);

@@ -10,8 +10,8 @@ std::vector<AreaOutline> outlinesOf(const AAreaArray& areas, const MapFrame& fra
         const APolyPoints& polygon = *areas(i);
         AreaOutline& outline = outlines.emplace_back();
         for (int k = 0; k < polygon.count; ++k)
-            outline.push_back({frame.xFirst + frame.xStep * polygon.points[k].x,
-                               frame.yFirst + frame.yStep * polygon.points[k].y});
+            outline.points.push_back({frame.xFirst + frame.xStep * polygon.points[k].x,
+                                      frame.yFirst + frame.yStep * polygon.points[k].y});
     }
     return outlines;
 }

@@ -69,7 +69,7 @@ void strokeOutlines(CDC& dc, const ABAxis& axis, const OutlineCurves& curves,
     dc.IntersectClipRect(plot);
     const int smooth = dc.SetSmooth(1);
     CPen edge(PS_SOLID, unitsOf(dc, style.edgeWidth), style.edgeColor);
-    CPen line(PS_SOLID, unitsOf(dc, style.width), style.color);
+    CPen line(style.pen, unitsOf(dc, style.width), style.color);
     OutlineCurves lean;
     for (const std::vector<CPointF>& curve : curves)
         lean.push_back(withoutSparePoints(curve, spareDistance * unitsOf(dc, 1)));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/api.h"
+#include "platform/gdi_constants.h"
 #include "platform/geometry.h"
 #include "platform/types.h"
 
@@ -19,6 +20,7 @@ struct OutlineStyle {
     COLORREF edgeColor;
     int width;
     int edgeWidth;
+    int pen = PS_SOLID;  ///< of the line; the edge is always solid
 };
 
 /// Curves in device units, open, or closed by their first point at the end.

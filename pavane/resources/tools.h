@@ -11,7 +11,8 @@ enum ToolMode : int {
     toolRect = 4,
     toolRotateRect = 8,
     toolArea = 16,
-    toolEllipse = 32
+    toolEllipse = 32,
+    toolContour = 64  ///< of windows with a map: takes an area from a contour
 };
 
 /// Groups of buttons of the tracker toolbar; 0 stands for all of them.

@@ -12,6 +12,23 @@ inline constexpr const char* oldStepsGone =
 inline constexpr const char* allStepsGone = "Memory is short: edits up to now cannot be undone.";
 inline constexpr const char* undoneInPart = "Not everything of this edit could be undone.";
 
+/// Behind the number of an area in the list.
+inline constexpr const char* neverCleanInList = " (never)";
+
+// Areas inside contours.
+inline constexpr const char* contourLevelLabel = "Level: 5 sigma, or a value as in the map:";
+inline constexpr const char* contourLevelIs =
+    "A level is a number of sigma, as \"5 sigma\", or a value of the map, and not 0.";
+inline constexpr const char* noNoiseForContour =
+    "The noise of this map is 0 or not known: give the level of the contour as a value.";
+inline constexpr const char* clickInContour = "Click inside a contour of ";
+inline constexpr const char* outsideContour = "This cell is not inside a contour of ";
+inline constexpr const char* contourIsHeld =
+    "The areas hold all cells of this contour already.";
+inline constexpr const char* contourAtEdge =
+    "; the contour leaves the map, the area ends at its edge";
+inline constexpr const char* noMemoryForAreas = "There is no memory for these areas.";
+
 /// A tracker is asked for the client area of no window.
 inline constexpr const char* trackerWithoutWindow = "NULL";
 

@@ -116,6 +116,12 @@ public:
 
     unsigned GetStyle() const { return style_; }
     void SetStyle(unsigned style) { style_ = style; }
+    /// Non-zero for an area whose cells masks leave out (trackerNeverClean).
+    int IsNeverClean() const { return (style_ & trackerNeverClean) != 0; }
+    void SetNeverClean(int on)
+    {
+        style_ = on ? style_ | trackerNeverClean : style_ & ~unsigned{trackerNeverClean};
+    }
     int GetHandleSize() const { return handleSize_; }
     const CRect& validRect() const { return validRect_; }
     const CRect& clipRect() const { return clipRect_; }

@@ -67,6 +67,7 @@ int ATracker::mayBeHit(CWnd* window, CPoint point)
 
 void ATracker::drawClipped(CDC* dc, CWnd* window)
 {
+    const NeverCleanLook look(IsNeverClean());
     if (dc && dc == clippedContext)
         return DrawShape(*dc);
     CRect shown;

@@ -24,6 +24,7 @@ struct Mood {
     bool dashed = false;
 };
 Mood mood;
+bool neverClean = false;
 
 /// A pen, and nothing in the gaps of its dashes.
 class PenChange
@@ -65,13 +66,15 @@ int nearest(double v) { return truncated(std::floor(v + 0.5)); }
 
 CPoint nearest(CPointF p) { return {nearest(p.x), nearest(p.y)}; }
 
-int lightStyle() { return mood.dashed ? PS_DOT : PS_SOLID; }
+int lightStyle() { return mood.dashed ? PS_DOT : neverClean ? PS_DASH : PS_SOLID; }
+COLORREF lineColor() { return neverClean ? neverCleanColor : areaColor; }
+COLORREF edgeColor() { return neverClean ? neverCleanEdgeColor : areaEdgeColor; }
 
 void strokeSmooth(CDC& dc, const Line& line)
 {
     const int unit = std::max(1, dc.GetDeviceCaps(LOGPIXELSX) / 96);
-    CPen under(PS_SOLID, areaEdgeWidth * unit, dark);
-    CPen over(lightStyle(), areaLineWidth * unit, areaColor);
+    CPen under(PS_SOLID, areaEdgeWidth * unit, edgeColor());
+    CPen over(lightStyle(), areaLineWidth * unit, lineColor());
     const SmoothChange smooth(dc);
     for (CPen* const pen : {&under, &over}) {
         const PenChange change(dc, *pen);
@@ -88,8 +91,8 @@ void strokeCrowded(CDC& dc, const CPointF* points, int n, bool closed)
         line.push_back(nearest(points[i]) + CPoint(1, 1));
     if (closed)
         line.push_back(line[0]);
-    CPen under(PS_SOLID, 1, dark);
-    CPen over(lightStyle(), areaLineWidth, areaColor);
+    CPen under(PS_SOLID, 1, edgeColor());
+    CPen over(lightStyle(), areaLineWidth, lineColor());
     const PenChange change(dc, under);
     dc.Polyline(line.data(), static_cast<int>(line.size()));
     for (CPoint& p : line)
@@ -212,6 +215,9 @@ void outlineWithHandles(CDC& dc, const CPointF* points, int n, bool closed, cons
 OutlineMood::OutlineMood(bool crowded) { mood = {crowded, false}; }
 OutlineMood::~OutlineMood() { mood = {}; }
 void OutlineMood::setDashed(bool on) { mood.dashed = on; }
+
+NeverCleanLook::NeverCleanLook(int on) { neverClean = on != 0; }
+NeverCleanLook::~NeverCleanLook() { neverClean = false; }
 
 int showsIn(const CDC& dc, const CRect& rect)
 {

@@ -49,4 +49,14 @@ public:
     void setDashed(bool on);
 };
 
+/// Outlines look as those of never-clean areas while this lives, where `on`. Not nested.
+class PAVANE_API NeverCleanLook
+{
+public:
+    explicit NeverCleanLook(int on);
+    NeverCleanLook(const NeverCleanLook&) = delete;
+    NeverCleanLook& operator=(const NeverCleanLook&) = delete;
+    ~NeverCleanLook();
+};
+
 }  // namespace pavane

@@ -33,6 +33,7 @@ std::string AAreaSelectDlg::shapes() const
     for (int i = 0; i < areas.trackerCount(); ++i) {
         const std::string state = areas.trackerAt(i)->State();
         all += areas.trackerAt(i)->GetClassName();
+        all += areas.trackerAt(i)->IsNeverClean() ? '-' : '+';
         all += state.substr(std::min(recordHead, state.size()));
     }
     return all;

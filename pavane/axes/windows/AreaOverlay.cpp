@@ -19,7 +19,8 @@ namespace
 
 /// Client units on a side; what is not visible is left out by tiles.
 constexpr int tileSide = 64;
-/// The head of a tracker's record: style and bounds, which no mask depends on.
+/// The head of a tracker's record: bounds, which no mask depends on, and style, of which it does on
+/// one bit.
 constexpr std::size_t recordHead = 56;
 /// The mark of a shape that was taken in the middle of a drag.
 constexpr std::size_t noMark = 0;
@@ -30,7 +31,8 @@ std::size_t markOf(const ABTracker& tracker)
     const std::string_view shape =
         std::string_view(state).substr(std::min(recordHead, state.size()));
     const std::size_t mark = std::hash<std::string_view>()(shape) * 31 +
-                             std::hash<std::string_view>()(tracker.GetClassName());
+                             std::hash<std::string_view>()(tracker.GetClassName()) +
+                             (tracker.IsNeverClean() ? 1 : 0);
     return mark == noMark ? 1 : mark;
 }
 
@@ -58,8 +60,8 @@ int AreaOverlay::putArea(const ABTracker& tracker, int at, int replacing)
     (void)ARPTrackerArray::GetAreaCells(tracker, points, map_->cells().columns(),
                                         map_->cells().rows(), map_->centres());
     const CPoint* const first = points.count() > 0 ? &points(0) : nullptr;
-    return replacing ? cells_.replace(at, first, points.count())
-                     : cells_.insert(at, first, points.count());
+    return replacing ? cells_.replace(at, first, points.count(), tracker.IsNeverClean())
+                     : cells_.insert(at, first, points.count(), tracker.IsNeverClean());
 }
 
 void AreaOverlay::catchUp(const ARPTrackerArray& areas)

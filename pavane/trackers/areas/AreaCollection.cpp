@@ -4,6 +4,7 @@
 #include "pavane/trackers/areas/step_record.h"
 #include "pavane/trackers/areas/StepLabel.h"
 #include "pavane/trackers/masks/AAreaBitFill.h"
+#include "pavane/trackers/masks/mask_order.h"
 #include "pavane/trackers/masks/outline_cells.h"
 #include "pavane/trackers/shapes/area_values.h"
 #include "pavane/trackers/shapes/shape_outline.h"
@@ -59,7 +60,13 @@ int AreaCollection::add(const ShapeValues& shape)
 int AreaCollection::add(const AreaShape& shape, const AMnMxMCTransform& map)
 {
     ShapeValues values;
-    return valuesOf(shape, map, values) ? add(values) : -1;
+    if (!valuesOf(shape, map, values))
+        return -1;
+    const AreaEdits::Step step(edits_, StepLabel("Addition", count()).text());
+    const int added = add(values);
+    if (added >= 0 && shape.isNeverClean)
+        (void)setNeverClean(added, 1);
+    return added;
 }
 
 int AreaCollection::setShape(int i, const ShapeValues& shape)
@@ -70,6 +77,26 @@ int AreaCollection::setShape(int i, const ShapeValues& shape)
     if (!setShapeInRecord(*kindAt(i).known, at(i).bytes, shape))
         return 0;
     const AreaEdits::Step step(edits_, StepLabel("Edit", i).text());
+    edits_.noteChange(i, before);
+    return 1;
+}
+
+int AreaCollection::isNeverClean(int i) const
+{
+    return has(i) && kindAt(i).hasShape() && styleOfRecord(at(i).bytes) & trackerNeverClean ? 1 : 0;
+}
+
+int AreaCollection::setNeverClean(int i, int on)
+{
+    if (!has(i) || !kindAt(i).hasShape())
+        return 0;
+    if (isNeverClean(i) == (on != 0))
+        return 1;
+    const std::string before = recordOf(i);
+    const unsigned style = styleOfRecord(at(i).bytes);
+    setStyleOfRecord(at(i).bytes,
+                     on ? style | trackerNeverClean : style & ~unsigned{trackerNeverClean});
+    const AreaEdits::Step step(edits_, StepLabel(on ? "Never clean" : "Clean again", i).text());
     edits_.noteChange(i, before);
     return 1;
 }
@@ -160,10 +187,13 @@ int AreaCollection::FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& map
 {
     int complete = 1;
     AArray<CPoint> cells;
-    m.setAll(count() == 0);
+    fillInOrder(
+        m, count(), [this](int i) { return isNeverClean(i); },
+        [&](int i) {
+            if (GetAreaCells(i, cells, nx, ny, mapRange))
+                AAreaBitFill().FillMatrix(m, cells.lpArray(), cells.count());
+        });
     for (int i = 0; i < count(); ++i) {
-        if (GetAreaCells(i, cells, nx, ny, mapRange))
-            AAreaBitFill().FillMatrix(m, cells.lpArray(), cells.count());
         if (kindAt(i).hasShape())
             continue;
         complete = 0;

@@ -60,6 +60,10 @@ public:
     int add(const AreaShape& shape, const AMnMxMCTransform& map);
     /// 0 for a class without a known shape, another kind of shape or numbers that no record holds.
     int setShape(int i, const ShapeValues& shape);
+    /// Whether masks leave out the cells of area i; 0 for a class without a known shape.
+    int isNeverClean(int i) const;
+    /// 0 for a class without a known shape.
+    int setNeverClean(int i, int on);
     int erase(int i);
     void clear();
     int undo() { return edits_.undo(); }
@@ -82,8 +86,8 @@ public:
 
     // Masks, as TrackerCollection fills them
     /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`; with no
-    /// area every bit is set. 0 when there are areas whose class gives no cells: `report`, if any,
-    /// has a line for each.
+    /// area, or with never-clean ones alone, every bit is set before those are cleared. 0 when
+    /// there are areas whose class gives no cells: `report`, if any, has a line for each.
     int FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange,
                    LoadReport* report = nullptr) const;
     /// The outline of area i in those cells (x = column, y = row); 0 and no points where it sets

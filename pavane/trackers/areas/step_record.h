@@ -24,6 +24,21 @@ inline int activeBit(std::string_view record)
     return !record.empty() && (record[0] & static_cast<char>(trackerActive)) != 0;
 }
 
+/// The style of a record, whose first bytes it is; 0 of one that is cut short.
+inline unsigned styleOfRecord(std::string_view record)
+{
+    unsigned style = 0;
+    if (record.size() >= sizeof style)
+        std::memcpy(&style, record.data(), sizeof style);
+    return style;
+}
+
+inline void setStyleOfRecord(std::string& record, unsigned style)
+{
+    if (record.size() >= sizeof style)
+        std::memcpy(record.data(), &style, sizeof style);
+}
+
 /// Takes the number of vertices out of a polygon's record, so that one vertex more differs in its
 /// own bytes only. A number below 0, which stands for none, stays.
 inline void dropVertexCount(std::string& record)

@@ -10,6 +10,9 @@ enum TrackerStyle : unsigned {
     trackerHandles = 0x04,  ///< without it a hit anywhere in the shape counts as a move
     trackerActive = 0x20,
     trackerReady = 0x40,  ///< area trackers: the polygon is closed
+    /// Masks leave out the cells of the area, whatever other areas hold them; records that were
+    /// written before there was such a bit have it clear.
+    trackerNeverClean = 0x100,
     trackerNew = 0x2D
 };
 

@@ -335,7 +335,7 @@ int AreaHand::hover(CWnd& window, CPoint p)
 int AreaHand::chooseCursor(CWnd* window, unsigned hitArea)
 {
     const int tool = edits_.tool();
-    if (tool & (toolZoomIn | drawingTools)) {
+    if (tool & (toolZoomIn | drawingTools | toolContour)) {
         if (!zoomCursor_) {
             AddResourceModule({.cursors = toolCursors, .cursorCount = std::size(toolCursors)});
             zoomCursor_ = LoadCursor(IDC_TOOL_ZOOM);

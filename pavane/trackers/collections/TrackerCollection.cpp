@@ -1,6 +1,7 @@
 #include "pavane/trackers/collections/TrackerCollection.h"
 
 #include "pavane/resources/plot_commands.h"
+#include "pavane/resources/tracker_messages.h"
 #include "pavane/trackers/areas/StepLabel.h"
 #include "pavane/trackers/collections/collection_parts.h"
 #include "platform/controls.h"
@@ -29,16 +30,25 @@ void enableAreaCommands(CWnd* bar, int on)
     enableButton(bar, ID_TRACK_COPY, on);
 }
 
-/// The lines of the list are numbers only, so that any change of the areas adds or takes lines at
-/// its end.
-void fillList(CComboBox* list, int areas)
+std::string listLine(const AreaTrackers& areas, int i)
+{
+    return "Area " + std::to_string(i + 1) + (areas.at(i)->IsNeverClean() ? neverCleanInList : "");
+}
+
+/// Lines are numbers but for never-clean areas, so that most changes of the areas add or take lines
+/// at its end; from the first that is another text on they are made anew.
+void fillList(CComboBox* list, const AreaTrackers& areas)
 {
     if (!list)
         return;
-    for (int n = list->GetCount(); n > areas; --n)
+    int same = 0;
+    while (same < list->GetCount() && same < areas.count() &&
+           list->GetLBText(same) == listLine(areas, same))
+        ++same;
+    for (int n = list->GetCount(); n > same; --n)
         (void)list->DeleteString(n - 1);
-    for (int n = list->GetCount(); n < areas; ++n)
-        (void)list->AddString("Area " + std::to_string(n + 1));
+    for (int n = same; n < areas.count(); ++n)
+        (void)list->AddString(listLine(areas, n));
 }
 
 void enableZoomBack(CWnd* bar, const AArray<TMinMax>& history)
@@ -283,7 +293,7 @@ void TrackerCollection::FillAreasCB(CWnd* owner)
         (void)list->SetCurSel(-1);
     }
     enableAreaCommands(GetToolBar(owner), 0);
-    fillList(list, trackerCount());
+    fillList(list, parts_->trackers);
     for (int i = 0; i < trackerCount(); ++i)
         if (trackerAt(i)->IsActive())
             SetCurItemNo(i);
@@ -324,7 +334,7 @@ void TrackerCollection::changed(CWnd* window)
     const LifeWatch self(life_);
     const HWND handle = window ? window->GetSafeHwnd() : 0;
     CComboBox* const list = GetComboBox(window);
-    fillList(list, trackerCount());
+    fillList(list, parts_->trackers);
     showCurrent(parts_->edits, list, GetToolBar(window));
     OnChanged();
     if (self.alive() && (!handle || CWnd::FromHandle(handle) == window))

@@ -118,10 +118,11 @@ public:
 
     // Masks
     /// The mask of all areas over a map of nx columns and ny rows that spans `mapRange`: clears m,
-    /// then sets the cells of every outline. With no area every bit is set. A map range, or a
-    /// mapping of pixels, that is unset or has no width sets nothing.
+    /// then sets the cells of every outline but those of never-clean areas, and clears these. With
+    /// no other area every bit is set before. A map range, or a mapping of pixels, that is unset or
+    /// has no width sets nothing.
     void FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
-    /// The cells of area i; m is not cleared before.
+    /// Sets the cells of area i, never-clean or not; m is not cleared before.
     void FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny, const TMinMax& mapRange);
     /// The outline of area i in those cells (x = column, y = row); 0 and no points where it sets
     /// nothing.
@@ -157,6 +158,11 @@ public:
     /// Makes the last area, a polygon that is not ready, the polygon under construction and takes
     /// the tool for it; 0 where it is no such, or one is under construction.
     int ReopenLast(CWnd* window);
+    /// Makes masks leave out the cells of the selected areas, or hold them again; one step of undo.
+    /// 0 when nothing has changed.
+    int SetNeverClean(CWnd* window, int on);
+    /// Whether all selected areas are such; 0 for none.
+    int IsNeverClean() const;
     /// Gives area i other numbers; 0 for another kind of shape or numbers that are not finite.
     int SetShape(CWnd* window, int i, const ShapeValues& shape);
 

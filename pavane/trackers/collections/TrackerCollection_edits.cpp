@@ -6,6 +6,8 @@
 #include "pavane/trackers/collections/tracker_records.h"
 #include "platform/controls.h"
 
+#include <algorithm>
+
 namespace pavane
 {
 
@@ -244,6 +246,29 @@ int TrackerCollection::ReopenLast(CWnd* window)
     checkTool(GetToolBar(window), mode());
     changed(window);
     return 1;
+}
+
+int TrackerCollection::IsNeverClean() const
+{
+    const std::vector<int> items = SelectedItems();
+    return !items.empty() && std::all_of(items.begin(), items.end(),
+                                         [this](int i) { return trackerAt(i)->IsNeverClean(); });
+}
+
+int TrackerCollection::SetNeverClean(CWnd* window, int on)
+{
+    const std::vector<int> items = SelectedItems();
+    const char* const what = on ? "Never clean" : "Clean again";
+    int changes = 0;
+    BeginEdits(StepLabel(what, items).text());
+    for (const int i : items)
+        if (trackerAt(i)->IsNeverClean() != (on != 0))
+            changes += ChangeTracker(nullptr, i, what, [on](ATracker& tracker) {
+                tracker.SetNeverClean(on);
+                return 1;
+            });
+    EndEdits(changes ? window : nullptr);
+    return changes;
 }
 
 int TrackerCollection::GetShape(int i, ShapeValues& shape) const

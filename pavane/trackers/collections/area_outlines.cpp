@@ -13,7 +13,8 @@ std::vector<AreaOutline> outlinesOf(const ARPTrackerArray& areas)
         areas(i)->GetAreaPoints(points, 0);
         AreaOutline& outline = outlines.emplace_back();
         for (int k = 0; k < points.count(); ++k)
-            outline.push_back(points(k));
+            outline.points.push_back(points(k));
+        outline.isNeverClean = areas(i)->IsNeverClean();
     }
     return outlines;
 }

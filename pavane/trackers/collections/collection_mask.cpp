@@ -2,15 +2,16 @@
 
 #include "pavane/trackers/collections/TrackerCollection.h"
 #include "pavane/trackers/masks/AAreaBitFill.h"
+#include "pavane/trackers/masks/mask_order.h"
 
 namespace pavane
 {
 
 void TrackerCollection::FillMatrix(ABitMatrix& m, int nx, int ny, const TMinMax& mapRange)
 {
-    m.setAll(trackerCount() == 0);
-    for (int i = 0; i < trackerCount(); ++i)
-        FillMatrixForItem(i, m, nx, ny, mapRange);
+    fillInOrder(
+        m, trackerCount(), [this](int i) { return trackerAt(i)->IsNeverClean(); },
+        [&](int i) { FillMatrixForItem(i, m, nx, ny, mapRange); });
 }
 
 void TrackerCollection::FillMatrixForItem(int i, ABitMatrix& m, int nx, int ny,

@@ -18,6 +18,8 @@ int polygonsOf(const ARPTrackerArray& trackers, int columns, int rows, const TMi
 {
     AArray<CPoint> cells(0, 0, 256);
     for (int i = 0; i < trackers.count(); ++i) {
+        if (trackers(i)->IsNeverClean())
+            continue;
         (void)trackers.GetAreaCells(i, cells, columns, rows, mapRange);
         if (!appendPolygon(cells, areas))
             return 0;

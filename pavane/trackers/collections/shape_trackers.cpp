@@ -62,13 +62,19 @@ ABTracker* newTrackerOf(const ShapeValues& values)
 ABTracker* newTracker(const AreaShape& shape, const AMnMxMCTransform& map)
 {
     ShapeValues values;
-    return valuesOf(shape, map, values) ? newTrackerOf(values) : nullptr;
+    ABTracker* const tracker = valuesOf(shape, map, values) ? newTrackerOf(values) : nullptr;
+    if (tracker)
+        tracker->SetNeverClean(shape.isNeverClean);
+    return tracker;
 }
 
 int shapeOf(const ABTracker& tracker, const AMnMxMCTransform& map, AreaShape& shape)
 {
     ShapeValues values;
-    return tracker.IsReady() && shapeOf(tracker, values) && shapeOf(values, map, shape);
+    if (!tracker.IsReady() || !shapeOf(tracker, values) || !shapeOf(values, map, shape))
+        return 0;
+    shape.isNeverClean = tracker.IsNeverClean();
+    return 1;
 }
 
 }  // namespace pavane

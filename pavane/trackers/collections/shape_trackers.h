@@ -25,7 +25,7 @@ PAVANE_API ABTracker* newTracker(const AreaShape& shape, const AMnMxMCTransform&
 PAVANE_API int shapeOf(const ABTracker& tracker, const AMnMxMCTransform& map, AreaShape& shape);
 
 /// Appends the areas' polygons of whole cells of a map, empty ones too: what their mask fills, and
-/// what an area file holds. Non-zero unless memory is short.
+/// what an area file holds, which is none of the never-clean ones. Non-zero unless memory is short.
 PAVANE_API int polygonsOf(const ARPTrackerArray& trackers, int columns, int rows,
                           const TMinMax& mapRange, AAreaArray& areas);
 

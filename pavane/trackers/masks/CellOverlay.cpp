@@ -61,6 +61,21 @@ void clearBlock(ABitMatrix& mask, const CRect& block)
         std::memset(mask.row(r) + words.first, 0, words.bytes());
 }
 
+void invertBlock(ABitMatrix& mask, const CRect& block)
+{
+    const WordRange words(block);
+    for (int r = block.top; r < block.bottom; ++r)
+        for (std::int64_t w = words.first; w < words.end; ++w)
+            mask.row(r)[w] = ~mask.row(r)[w];
+}
+
+/// The block as far as the words that hold it.
+CRect wordsOf(const CRect& block)
+{
+    return {block.left / bits * bits, block.top, (block.right - 1) / bits * bits + bits,
+            block.bottom};
+}
+
 }  // namespace
 
 CellOverlay::~CellOverlay() { dropAreas(); }
@@ -85,12 +100,26 @@ int CellOverlay::setSize(int rows, int columns)
     return rows < 1 || columns < 1 || (mask_.rows() && scratch_.rows());
 }
 
-int CellOverlay::append(const CPoint* points, int n) { return insert(areas(), points, n); }
+int CellOverlay::append(const CPoint* points, int n, int isNeverClean)
+{
+    return insert(areas(), points, n, isNeverClean);
+}
 
-int CellOverlay::insert(int area, const CPoint* points, int n)
+/// Non-zero when what is set before any area is filled is not what it was.
+int CellOverlay::countNever()
+{
+    const int before = isAllBefore_;
+    never_ = 0;
+    for (int i = 0; i < areas(); ++i)
+        never_ += areas_.data()[i].isNeverClean != 0;
+    isAllBefore_ = never_ == areas();
+    return isAllBefore_ != before;
+}
+
+int CellOverlay::insert(int area, const CPoint* points, int n, int isNeverClean)
 {
     Area added;
-    if (!makeArea(points, n, added))
+    if (!makeArea(points, n, isNeverClean, added))
         return fail();
     if (!areas_.add(added)) {
         std::free(added.points);
@@ -99,9 +128,9 @@ int CellOverlay::insert(int area, const CPoint* points, int n)
     Area* const all = areas_.data();
     std::rotate(all + area, all + areas() - 1, all + areas());
     lifted_ = lastReplaced_ = -1;
-    if (areas() == 1)
+    if (countNever())
         return changed(wholeMap(), {});
-    if (gathering_)
+    if (gathering_ || never_)
         return changed({}, added.box);
     copyBlock(scratch_, mask_, added.box);
     if (!fill(mask_, added))
@@ -110,15 +139,21 @@ int CellOverlay::insert(int area, const CPoint* points, int n)
     return 1;
 }
 
-int CellOverlay::replace(int area, const CPoint* points, int n)
+int CellOverlay::replace(int area, const CPoint* points, int n, int isNeverClean)
 {
     Area other;
-    if (!makeArea(points, n, other))
+    if (!makeArea(points, n, isNeverClean, other))
         return fail();
     const Area old = areas_.data()[area];
     areas_.data()[area] = other;
     std::free(old.points);
-    if (gathering_)
+    const int isOtherKind = (old.isNeverClean != 0) != (isNeverClean != 0);
+    const int isOtherGround = isOtherKind && countNever();
+    if (isOtherKind || never_)
+        lifted_ = lastReplaced_ = -1;
+    if (isOtherGround)
+        return changed(wholeMap(), {});
+    if (gathering_ || isOtherKind || never_)
         return changed(old.box, other.box);
     if (lifted_ != area)
         lifted_ = -1;
@@ -136,7 +171,7 @@ int CellOverlay::remove(int area)
     std::move(all + area + 1, all + areas(), all + area);
     areas_.cut(areas_.count() - 1);
     lifted_ = lastReplaced_ = -1;
-    return areas() ? changed(gone.box, {}) : changed(wholeMap(), {});
+    return countNever() ? changed(wholeMap(), {}) : changed(gone.box, {});
 }
 
 int CellOverlay::clear()
@@ -188,18 +223,25 @@ int CellOverlay::refill(const CRect& block)
             mask_.setSpan(r, block.left, block.right - 1);
         return 1;
     }
+    if (never_)
+        return refillWithNever(block);
     if (lifted_ < 0)
         return fillMeeting(mask_, block, -1);
     copyBlock(mask_, others_, block);
     return fill(mask_, areas_.data()[lifted_]);
 }
 
-/// From here on the mask of all others is at hand.
-int CellOverlay::lift(int area)
+int CellOverlay::makeOthers()
 {
     if (!others_.rows())
         others_ = ABitMatrix(mask_.rows(), mask_.columns());
-    if (others_.rows() != mask_.rows() || !fillMeeting(others_, wholeMap(), area))
+    return others_.rows() == mask_.rows();
+}
+
+/// From here on the mask of all others is at hand.
+int CellOverlay::lift(int area)
+{
+    if (!makeOthers() || !fillMeeting(others_, wholeMap(), area))
         return 0;
     lifted_ = area;
     return 1;
@@ -212,11 +254,37 @@ int CellOverlay::fillMeeting(ABitMatrix& mask, const CRect& block, int without) 
     if (block.IsRectEmpty())
         return 1;
     clearBlock(mask, block);
-    const CRect cleared(block.left / bits * bits, block.top, (block.right - 1) / bits * bits + bits,
-                        block.bottom);
+    return fillKind(mask, wordsOf(block), without, 0);
+}
+
+/// The same where there are never-clean areas, on a matrix of its own: areas that are set reach
+/// beside the block where others, that do not meet it, have cleared.
+int CellOverlay::refillWithNever(const CRect& block)
+{
+    if (!makeOthers())
+        return 0;
+    const CRect words = wordsOf(block);
+    clearBlock(others_, block);
+    if (isAllBefore_)
+        for (int r = block.top; r < block.bottom; ++r)
+            others_.setSpan(r, words.left, words.right - 1);
+    else if (!fillKind(others_, words, -1, 0))
+        return 0;
+    invertBlock(others_, block);
+    if (!fillKind(others_, words, -1, 1))
+        return 0;
+    invertBlock(others_, block);
+    copyBlock(mask_, others_, block);
+    return 1;
+}
+
+int CellOverlay::fillKind(ABitMatrix& mask, const CRect& cleared, int without,
+                          int isNeverClean) const
+{
     for (int i = 0; i < areas(); ++i) {
         const Area& area = areas_.data()[i];
-        if (i != without && !apart(area.box, cleared) && !fill(mask, area))
+        if (i != without && (area.isNeverClean != 0) == isNeverClean && !apart(area.box, cleared) &&
+            !fill(mask, area))
             return 0;
     }
     return 1;
@@ -228,9 +296,9 @@ int CellOverlay::fill(ABitMatrix& mask, const Area& area) const
     return area.box.IsRectEmpty() || fillPolygon(mask, area.points, area.n, anyCrossings, overflow);
 }
 
-int CellOverlay::makeArea(const CPoint* points, int n, Area& area) const
+int CellOverlay::makeArea(const CPoint* points, int n, int isNeverClean, Area& area) const
 {
-    area = {nullptr, 0, {}};
+    area = {nullptr, 0, {}, isNeverClean};
     if (n < 1 || !points)
         return 1;
     const auto bytes = static_cast<std::size_t>(n) * sizeof(CPoint);
@@ -310,6 +378,8 @@ void CellOverlay::dropAreas()
     for (int i = 0; i < areas(); ++i)
         std::free(areas_.data()[i].points);
     areas_.cut(0);
+    never_ = 0;
+    isAllBefore_ = 1;
     lifted_ = lastReplaced_ = -1;
 }
 

@@ -23,10 +23,11 @@ struct CellSum {
 
 /// The cells that the mask of all areas sets, kept up to date while areas change. At any time the
 /// mask is the one that filling all areas from nothing gives (AAreaBitFill for each into a cleared
-/// matrix; every bit 1 when there is no area at all). A change costs what lies in the boxes of the
+/// matrix, then those of never-clean areas cleared; every bit 1 before that when there is no other
+/// area). A change costs what lies in the boxes of the
 /// area before and after it: those rows and columns are cleared and every area that meets them is
 /// filled again. While one area is changed again and again, as in a drag, the mask of the others is
-/// kept, and a change costs that area alone.
+/// kept, and a change costs that area alone (not while there are never-clean areas).
 ///
 /// Sums of values depend on the mask alone, not on the way to it; see CellSums.
 class PAVANE_API CellOverlay
@@ -46,11 +47,12 @@ public:
     void valuesChanged() { sums_.valuesChanged(); }
 
     /// The polygons of the areas in cells (x = column, y = row), in index order; copied. An area
-    /// without points counts as an area. All return 0 without memory: there are no areas then.
+    /// without points counts as an area; `isNeverClean`: its cells are left out. All return 0
+    /// without memory: there are no areas then.
     int areas() const { return static_cast<int>(areas_.count()); }
-    int append(const CPoint* points, int n);
-    int insert(int area, const CPoint* points, int n);
-    int replace(int area, const CPoint* points, int n);
+    int append(const CPoint* points, int n, int isNeverClean = 0);
+    int insert(int area, const CPoint* points, int n, int isNeverClean = 0);
+    int replace(int area, const CPoint* points, int n, int isNeverClean = 0);
     int remove(int area);
     int clear();
     /// Between these two, areas change without the mask, which `end` brings up to date in one go:
@@ -71,11 +73,16 @@ private:
         CPoint* points;
         int n;
         CRect box;  // the cells of the map that it can set, right and bottom excluded
+        int isNeverClean;
     };
 
-    int makeArea(const CPoint* points, int n, Area& area) const;
+    int makeArea(const CPoint* points, int n, int isNeverClean, Area& area) const;
+    int countNever();
+    int makeOthers();
     int fill(ABitMatrix& mask, const Area& area) const;
     int fillMeeting(ABitMatrix& mask, const CRect& block, int without) const;
+    int fillKind(ABitMatrix& mask, const CRect& cleared, int without, int isNeverClean) const;
+    int refillWithNever(const CRect& block);
     /// Brings the mask up to date where an area has come, changed or gone.
     int changed(const CRect& before, const CRect& after);
     int refill(const CRect& a, const CRect& b);
@@ -89,8 +96,10 @@ private:
 
     Pile<Area> areas_;
     ABitMatrix mask_;
-    ABitMatrix scratch_;  // what the block was before a change, or one area's own cells
-    ABitMatrix others_;   // the mask of all areas but the lifted one
+    ABitMatrix scratch_;   // what the block was before a change, or one area's own cells
+    ABitMatrix others_;    // the mask of all areas but the lifted one
+    int never_ = 0;        // how many areas are never-clean
+    int isAllBefore_ = 1;  // the whole map is set before areas are: there is no other area
     int lifted_ = -1;
     int lastReplaced_ = -1;
     std::int64_t cells_ = 0;

@@ -16,6 +16,9 @@ namespace
 
 using Kind = RegionNotes::Kind;
 
+constexpr const char* neverCleanLost =
+    "is never cleaned, which the file cannot say; left out, so that its cells are cleaned";
+
 /// Cells as values, so that a shape is rounded as an area on a map is.
 MapCells unitMap() { return {2, 2, {0, 1, 0, 1, 0, 1}}; }
 
@@ -34,6 +37,23 @@ AArray<APoint<double>> outlineForMask(const AreaShape& shape)
 /// Where masks find a cell again: they cut values towards zero, so what lies before the first cell
 /// counts half a cell less.
 double placeOf(int cell) { return cell < 0 ? cell - 0.5 : cell; }
+
+/// A direction in steps of a cell to each side.
+CPoint towards(CPoint a, CPoint b)
+{
+    return {(b.x > a.x) - (b.x < a.x), (b.y > a.y) - (b.y < a.y)};
+}
+
+/// Off the centre of a cell, still in it. Before the first cell there is no room beside the centre.
+double besideCentre(int cell, int outwards)
+{
+    constexpr double reach = 0.4;
+    return placeOf(cell) + (cell < 0 ? 0 : reach * std::clamp(outwards, -1, 1));
+}
+
+/// Outlines that are not of so few vertices have one, not two, at the end of a line of cells: their
+/// number stays what it was.
+constexpr std::size_t mostWithEnds = 600;
 
 int isOnCells(const AreaShape& shape)
 {
@@ -68,6 +88,10 @@ int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNo
     long long number = 0;
     for (const AreaShape& shape : shapes) {
         ++number;
+        if (shape.isNeverClean) {
+            notes.add(Kind::leftOut, "area", number, neverCleanLost);
+            continue;
+        }
         if (!isWhole(shape)) {
             notes.add(Kind::leftOut, "area", number, "has no size or lies too far away; left out");
             continue;
@@ -86,21 +110,63 @@ int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNo
     return 1;
 }
 
+AreaShape shapeOf(const MaskOutline& outline)
+{
+    AreaShape shape;
+    shape.kind = AreaShape::Kind::polygon;
+    shape.isNeverClean = outline.isHole;
+    const std::vector<CPoint>& cells = outline.cells;
+    const std::size_t n = cells.size();
+    const auto put = [&](CPoint cell, CPoint outwards) {
+        shape.vertices.push_back(
+            {besideCentre(cell.x, outwards.x), besideCentre(cell.y, outwards.y)});
+    };
+    if (n == 1)
+        for (const CPoint corner : {CPoint(-1, -1), CPoint(1, -1), CPoint(1, 1), CPoint(-1, 1)})
+            put(cells[0], corner);
+    for (std::size_t i = 0; n > 1 && i < n; ++i) {
+        const CPoint came = towards(cells[(i + n - 1) % n], cells[i]);
+        const CPoint goes = towards(cells[i], cells[(i + 1) % n]);
+        // the outside is on the left of the way
+        const CPoint left = {came.y, -came.x};
+        const CPoint nextLeft = {goes.y, -goes.x};
+        const int turnsBack = came.x == -goes.x && came.y == -goes.y;
+        if (turnsBack && n <= mostWithEnds) {
+            put(cells[i], {left.x + came.x, left.y + came.y});
+            put(cells[i], {nextLeft.x + came.x, nextLeft.y + came.y});
+        } else {
+            put(cells[i], turnsBack ? came : CPoint(left.x + nextLeft.x, left.y + nextLeft.y));
+        }
+    }
+    return shape;
+}
+
+std::vector<AreaShape> shapesOf(const std::vector<MaskOutline>& outlines)
+{
+    std::vector<AreaShape> shapes;
+    shapes.reserve(outlines.size());
+    for (const MaskOutline& outline : outlines)
+        shapes.push_back(shapeOf(outline));
+    return shapes;
+}
+
 std::vector<AreaShape> shapesOf(const AAreaArray& areas, RegionNotes& notes)
 {
     std::vector<AreaShape> shapes;
     for (int i = 0; i < areas.count(); ++i) {
         AreaShape shape;
         shape.kind = AreaShape::Kind::polygon;
-        for (int k = 0; areas(i) && k < areas(i)->count; ++k) {
+        const int count = areas(i) ? areas(i)->count : 0;
+        if (count == 1 || count == 2)
+            shape = shapeOf(MaskOutline{{areas(i)->points, areas(i)->points + count}});
+        for (int k = 0; count > 2 && k < count; ++k) {
             const CPoint p = areas(i)->points[k];
             shape.vertices.push_back({placeOf(p.x), placeOf(p.y)});
         }
         if (isWhole(shape))
             shapes.push_back(std::move(shape));
         else
-            notes.add(Kind::leftOut, "area", i + 1,
-                      "has fewer than three vertices or lies too far away; left out");
+            notes.add(Kind::leftOut, "area", i + 1, "has no vertex or lies too far away; left out");
     }
     return shapes;
 }

@@ -29,8 +29,9 @@ PAVANE_API int readAreaShapes(const std::string& file, const SkyCoordinates* sky
                               std::vector<AreaShape>& shapes, RegionNotes& notes,
                               std::string& error);
 
-/// Writes areas in the format, whole or not at all; `system` does not matter for cells. 0 and one
-/// line in `error` as the writers of the formats say.
+/// Writes areas in the format, whole or not at all; `system` does not matter for cells, which
+/// cannot hold never-clean areas (`notes.firstLoss` tells). 0 and one line in `error` as the
+/// writers of the formats say.
 PAVANE_API int writeAreaShapes(const std::string& file, AreaFileFormat format,
                                const std::vector<AreaShape>& shapes, RegionSystem system,
                                const SkyCoordinates* sky, RegionNotes& notes, std::string& error);

@@ -106,6 +106,7 @@ private:
     int frameFits(const std::vector<std::string_view>& values);
 
     RegionSink& sink_;
+    int hasExcluded_ = 0;
     std::string globalFrame_;
     std::string frame_;
 };
@@ -163,8 +164,12 @@ void CrtfReader::readRegion(std::string_view text)
         return;  // drawn over the map by who wrote it, no area either
     if (isOther)
         return sink_.leaveOut(word + " is not a shape of areas");
-    if (isExcluded)
-        return sink_.leaveOut("an excluded " + word + " cannot be held");
+    if (!isExcluded && hasExcluded_)
+        sink_.notes().addOnce(RegionNotes::Kind::changed,
+                              "excluded regions are taken off all others, also off those that "
+                              "come after them");
+    hasExcluded_ |= isExcluded;
+    sink_.setExcluded(isExcluded);
     Brackets brackets;
     if (text.empty() || text[0] != '[' || !splitBrackets(text, brackets))
         return sink_.damaged(quoted(whole) + " has brackets that do not close");

@@ -16,9 +16,11 @@ namespace pavane
 // Region files of CASA (*.crtf). box, centerbox, rotbox, circle, ellipse and poly become areas, in
 // pixels (from 0, as cells; so are all numbers under coord=IMAGE, whatever unit stands behind them)
 // or on the sky in ICRS, J2000, B1950, GALACTIC and ECLIPTIC; texts and annotations are passed
-// over. The angle of a rotbox turns it counter-clockwise as seen on the sky, that of an ellipse is
-// the position angle of its first axis, from north (in pixels: from growing rows) through east.
-// `sky` places the map; null, or not set, leaves out what is on the sky.
+// over. Regions with a '-' in front are excluded and become never-clean areas. Other programs work
+// such files off line by line, so that writers put them behind all others; here they win over all
+// others wherever they stand. The angle of a rotbox turns it counter-clockwise as seen on the sky,
+// that of an ellipse is the position angle of its first axis, from north (in pixels: from growing
+// rows) through east. `sky` places the map; null, or not set, leaves out what is on the sky.
 
 /// Reads a file; `shapes` and `notes` begin empty. Non-zero on success. 0, and one line in `error`
 /// that names the file, when it cannot be read or does not begin with "#CRTF".

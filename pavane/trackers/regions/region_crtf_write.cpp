@@ -50,6 +50,8 @@ void appendEllipse(const AreaShape& shape, RegionSystem system, std::string& tex
 
 void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
 {
+    if (shape.isNeverClean)
+        text += '-';
     if (shape.kind == Kind::ellipse)
         return appendEllipse(shape, system, text);
     if (shape.kind != Kind::polygon) {
@@ -80,7 +82,7 @@ std::string crtfRegionText(const std::vector<AreaShape>& shapes, RegionSystem sy
     appendRegionLines(
         shapes, system, sky, frame.frame,
         [system](const AreaShape& shape, std::string& to) { appendShape(shape, system, to); },
-        notes, text);
+        notes, text, 1);
     return text;
 }
 

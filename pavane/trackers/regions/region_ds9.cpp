@@ -218,8 +218,7 @@ void Ds9Reader::readStatement(std::string_view text)
     }
     if (!behind.empty())  // as "circle(...)-circle(...)": the one without the other is another area
         return sink_.damaged(quoted(behind) + " behind the shape is not understood");
-    if (isExcluded)
-        return sink_.leaveOut("an excluded " + word + " cannot be held");
+    sink_.setExcluded(isExcluded);
     if (system_ == System::other)
         return sink_.leaveOut("positions in " + otherName_ + " are not supported");
     readShape(word, argumentsOf(text));

@@ -15,8 +15,10 @@ namespace pavane
 
 // Region files of DS9 (*.reg). Box, circle, ellipse and polygon in the systems image, physical
 // (taken as image), icrs, fk5, fk4, galactic and ecliptic become areas; texts are passed over.
-// Image coordinates count from 1 there, cells from 0 here. `sky` places the map; null, or not set,
-// leaves out what is on the sky.
+// Excluded shapes ("-circle(...)", "!circle(...)", include=0) become never-clean areas, which, as
+// there, win over all others wherever they stand; with no others they are left out of the whole
+// map. Image coordinates count from 1 there, cells from 0 here. `sky` places the map; null, or not
+// set, leaves out what is on the sky.
 
 /// Reads a file; `shapes` and `notes` begin empty. Non-zero on success. 0, and one line in `error`
 /// that names the file, when it cannot be read, is no text, or not one of its lines is understood.

@@ -36,6 +36,8 @@ void appendPolygon(const AreaShape& shape, RegionSystem system, std::string& tex
 
 void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
 {
+    if (shape.isNeverClean)
+        text += '-';
     if (shape.kind == Kind::polygon)
         return appendPolygon(shape, system, text);
     const int isEllipse = shape.kind == Kind::ellipse;

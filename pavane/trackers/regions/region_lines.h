@@ -15,10 +15,11 @@ namespace pavane
 using RegionLine = std::function<void(const AreaShape& shape, std::string& text)>;
 
 /// Writes every shape that can be written through `line` and notes the others by their number;
-/// `frame` is that of positions on the sky.
+/// `frame` is that of positions on the sky. With `excludedLast` never-clean areas stand behind all
+/// others, for programs that take a file line by line.
 void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system,
                        const SkyCoordinates* sky, const SkyFrame& frame, const RegionLine& line,
-                       RegionNotes& notes, std::string& text);
+                       RegionNotes& notes, std::string& text, int excludedLast = 0);
 
 /// Non-zero when the system can be written; else 0 and `error`.
 int canWrite(const std::string& file, RegionSystem system, const SkyCoordinates* sky,

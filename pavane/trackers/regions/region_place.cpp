@@ -145,7 +145,7 @@ void RegionSink::take(const AreaShape& shape)
     else if (!isWhole(shape))
         damaged("the shape has no size or lies too far away");
     else
-        shapes_.push_back(shape);
+        shapes_.emplace_back(shape).isNeverClean = isExcluded_;
 }
 
 int RegionSink::takeHalves(const RegionValue& x, const RegionValue& y, APoint<double>& cell) const

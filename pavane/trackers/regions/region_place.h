@@ -50,6 +50,8 @@ public:
     }
 
     void setLine(long long line) { line_ = line; }
+    /// Whether the shapes that come are excluded ones, which become never-clean areas.
+    void setExcluded(int on) { isExcluded_ = on; }
     void leaveOut(const std::string& why);
     void damaged(const std::string& why);
     void changed(const std::string& how);
@@ -80,6 +82,7 @@ private:
     RegionNotes& notes_;
     SkyFrame frame_;
     long long line_ = 0;
+    int isExcluded_ = 0;
 };
 
 }  // namespace pavane

@@ -10,7 +10,11 @@ namespace pavane
 {
 
 /// A closed curve in data values (RP), from the last point back to the first.
-using AreaOutline = std::vector<APoint<double>>;
+struct AreaOutline {
+    std::vector<APoint<double>> points;
+    int isNeverClean = 0;  ///< drawn as area_look.h says
+    friend bool operator==(const AreaOutline&, const AreaOutline&) = default;
+};
 
 /// Draws the outlines of areas over a map that is laid out for the context: what windows, pictures
 /// and pages show of areas that nobody works on.

@@ -26,6 +26,8 @@ struct AreaShape {
     /// The outline of a turned rectangle or an ellipse runs the other way round than usual
     /// (`outlineOf`). Masks take other cells along their edges then.
     int isReversed = 0;
+    /// Masks leave out its cells (trackerNeverClean); region files write it as excluded.
+    int isNeverClean = 0;
 };
 
 }  // namespace pavane

@@ -160,3 +160,35 @@ TEST(AreaCollection, SurvivesEveryCutAndEveryFlippedByte)
             EXPECT_EQ(stored(areas), once) << n;
         }
 }
+
+TEST(AreaCollection, LeavesOutWhatIsNeverCleanedWhereverItStands)
+{
+    AreaCollection areas;
+    const auto add = [&](double left, double bottom, double right, double top, int isNeverClean) {
+        ShapeValues shape;
+        shape.rect = {left, top, right, bottom};
+        ASSERT_TRUE(areas.setNeverClean(areas.add(shape), isNeverClean));
+    };
+    const auto count = [&] {
+        ABitMatrix mask(12, 10);
+        EXPECT_TRUE(areas.FillMatrix(mask, 10, 12, {0, 9, 0, 11}));
+        return mask.count();
+    };
+    add(2, 2, 4, 4, 1);
+    EXPECT_EQ(count(), 120 - 9);  // alone: the map without it
+    add(1, 1, 5, 5, 0);
+    EXPECT_EQ(count(), 25 - 9);
+    add(20, 20, 30, 30, 0);  // another one, out of the map
+    EXPECT_EQ(count(), 25 - 9);
+    MemoryFile file;
+    ASSERT_TRUE(areas.Store(file));
+    ASSERT_TRUE(areas.setNeverClean(0, 0));
+    EXPECT_EQ(count(), 25);
+    ASSERT_TRUE(areas.undo());
+    EXPECT_EQ(count(), 25 - 9);
+    AreaCollection read;
+    MemoryFile again(file.bytes());
+    ASSERT_TRUE(read.Load(again));
+    EXPECT_TRUE(read.isNeverClean(0));
+    EXPECT_FALSE(read.isNeverClean(1) || read.isNeverClean(7) || read.setNeverClean(7, 1));
+}

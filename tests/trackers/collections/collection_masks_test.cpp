@@ -177,3 +177,17 @@ TEST(ZoomStep, StaysInsideTheRangeThatIsShown)
         EXPECT_NEAR(span.max, c.expected.max, 1e-9 * std::abs(c.expected.max));
     }
 }
+
+TEST(CollectionMask, ClearsNeverCleanAreasBehindAllOthers)
+{
+    ATrackerArray array;
+    array.CheckMinMax({0, 0, 100, 50}, unit, 1, 1);
+    auto* const never = new ARectTracker({10, 10, 20, 20}, trackerNew | trackerNeverClean);
+    array.Add(never, 0);
+    EXPECT_EQ(cellsOfMask(array, unit), 51 * 101 - 121);
+    array.Add(new ARectTracker({5, 5, 15, 30}, trackerNew), 0);
+    EXPECT_EQ(cellsOfMask(array, unit), 11 * 26 - 6 * 11);
+    ABitMatrix own(51, 101);
+    array.FillMatrixForItem(0, own, 101, 51, unit);
+    EXPECT_EQ(own.count(), 121);
+}

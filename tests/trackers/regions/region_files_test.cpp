@@ -43,6 +43,15 @@ std::string joined(const std::vector<std::string>& lines)
     return text;
 }
 
+/// A digit for each area: 1 for those that are never cleaned.
+std::string neverOnes(const std::vector<AreaShape>& shapes)
+{
+    std::string digits;
+    for (const AreaShape& shape : shapes)
+        digits += shape.isNeverClean ? '1' : '0';
+    return digits;
+}
+
 class RegionFiles : public testing::Test
 {
 protected:
@@ -89,13 +98,12 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
             "# composite(5,5,0) || composite=1\ncircle(2,2,1) || # color=red\n"
             "image;box(2,2,1,1)\ncircle(1,1,1) || circle(2,2,2) || # composite=1\n"
             "!circle(3,3,1)\ntext(4,4) # text={a;b}\ncircle(9,9,1)\n");
-    EXPECT_EQ(asText(p.shapes), "ellipse 8 8 2 2 0\n");
+    EXPECT_EQ(asText(p.shapes), "ellipse 4 4 4 4 0\nellipse 4 4 4 4 0\nellipse 2 2 2 2 0\n"
+                                "ellipse 8 8 2 2 0\n");
     EXPECT_EQ(joined(p.notes.lines),
-              "line 4: an excluded circle cannot be held; left out\n"
               "line 5: annulus is not a shape of areas; left out\n"
               "line 7: a ring of ellipse shape is not a shape of areas; left out\n"
               "colours, texts, tags and other properties are not kept\n"
-              "line 8: an excluded circle cannot be held; left out\n"
               "line 10: positions in detector are not supported; left out\n"
               "line 12: the map has no sky coordinates that can be used; left out\n"
               "line 13: \"blob(1,2)\" is not understood\n"
@@ -104,15 +112,17 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
               "line 17: the shape has no size or lies too far away\n"
               "line 18: polygon with 5 numbers\n"
               "line 19: a composite of areas cannot be held; left out\n"
-              "line 22: a composite of areas cannot be held; left out\n"
-              "line 23: an excluded circle cannot be held; left out\n");
-    EXPECT_EQ(p.notes.leftOut, 9);
+              "line 22: a composite of areas cannot be held; left out\n");
+    EXPECT_EQ(neverOnes(p.shapes), "1110");
+    EXPECT_EQ(p.notes.leftOut, 6);
     EXPECT_EQ(p.notes.damaged, 5);
     const Parsed excluded = ds9(
         "global include=0\nglobal color=red\nglobal coordsys image\ncircle(1,1,1)\n+circle(3,3,1)\n"
         "circle(4,4,1) # include=1\nglobal include=1\ncircle(5,5,1)\n");
-    EXPECT_EQ(asText(excluded.shapes), "ellipse 2 2 2 2 0\nellipse 3 3 2 2 0\nellipse 4 4 2 2 0\n");
-    EXPECT_EQ(excluded.notes.leftOut, 1);
+    EXPECT_EQ(asText(excluded.shapes),
+              "ellipse 0 0 2 2 0\nellipse 2 2 2 2 0\nellipse 3 3 2 2 0\nellipse 4 4 2 2 0\n");
+    EXPECT_EQ(neverOnes(excluded.shapes), "1000");
+    EXPECT_EQ(excluded.notes.leftOut, 0);
 }
 
 TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
@@ -140,12 +150,13 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
                           "circle[[[1pix], 2pix], 3pix]\npoly[[1pix, 2pix], [3pix\n"
                           "ellipse[[1pix, 2pix], [3pix, 4pix], 5pix]\n"
                           "circle[[1pix, 2pix], 3pix] range=[1GHz, 2GHz]\n");
-    EXPECT_EQ(asText(p.shapes), "ellipse 1 2 6 6 90\n");
+    EXPECT_EQ(asText(p.shapes), "ellipse 1 2 6 6 90\nellipse 1 2 6 6 90\n");
+    EXPECT_EQ(neverOnes(p.shapes), "10");
     EXPECT_EQ(joined(p.notes.lines),
               "ranges of channels and polarisations are not kept\n"
               "colours, labels and other properties are not kept\n"
-              "line 4: an excluded circle cannot be held; left out\n"
               "line 5: annulus is not a shape of areas; left out\n"
+              "excluded regions are taken off all others, also off those that come after them\n"
               "line 6: positions in azel are not supported; left out\n"
               "line 7: the map has no sky coordinates that can be used; left out\n"
               "line 8: \"1\" is not a number with a unit\n"
@@ -193,6 +204,64 @@ TEST_F(RegionFiles, BringAThousandRandomAreasBack)
         for (std::size_t i = 0; i < shapes.size(); ++i)
             EXPECT_EQ(back[i].kind, shapes[i].kind);
     }
+}
+
+TEST_F(RegionFiles, HoldNeverCleanAreasAsExcludedOnesButPolygonsOfCellsDoNot)
+{
+    std::vector<AreaShape> shapes = randomShapes(40, 6);
+    for (std::size_t i = 0; i < shapes.size(); i += 3)
+        shapes[i].isNeverClean = 1;
+    RegionNotes notes;
+    std::vector<AreaShape> back;
+    EXPECT_EQ(ds9RegionText({shapes[0]}, RegionSystem::image, nullptr, notes).find("\n-"), 52U);
+    ASSERT_TRUE(writeAreaShapes(name_, AreaFileFormat::ds9, shapes, RegionSystem::image, nullptr,
+                                notes, error_));
+    ASSERT_TRUE(readDs9Regions(name_, nullptr, back, notes, error_));
+    EXPECT_TRUE(notes.lines.empty());
+    EXPECT_EQ(neverOnes(back), neverOnes(shapes));
+    ASSERT_TRUE(writeAreaShapes(name_, AreaFileFormat::crtf, shapes, RegionSystem::image, nullptr,
+                                notes, error_));
+    ASSERT_TRUE(readAreaShapes(name_, nullptr, back, notes, error_));
+    EXPECT_TRUE(notes.lines.empty());
+    // last, since others take such files line by line
+    EXPECT_EQ(neverOnes(back), std::string(26, '0') + std::string(14, '1'));
+    ASSERT_TRUE(writeAreaShapes(name_, AreaFileFormat::cells, {shapes[0], shapes[1]},
+                                RegionSystem::image, nullptr, notes, error_));
+    EXPECT_EQ(notes.firstLoss, "area 1: is never cleaned, which the file cannot say; left out, so "
+                               "that its cells are cleaned");
+    ASSERT_TRUE(readAreaShapes(name_, nullptr, back, notes, error_));
+    EXPECT_EQ(neverOnes(back), "0");
+    // as DS9, CARTA and CASA write them
+    const Parsed fromDs9 = ds9("# Region file format: DS9 version 4.1\nglobal color=green "
+                               "dashlist=8 3 width=1 select=1 include=1 source=1\nimage\n"
+                               "circle(101,101,20)\n-ellipse(101,101,5,3,30) # color=red\n"
+                               "-polygon(1,1,9,1,9,9)\n-box(5,5,3,2,0) # background\n");
+    EXPECT_EQ(neverOnes(fromDs9.shapes), "0111");
+    const Parsed fromCrtf =
+        crtf("#CRTFv0 CASA Region Text Format version 0\n"
+             "-centerbox [[10pix, 10pix], [4pix, 4pix]] coord=IMAGE, color=red\n"
+             "- poly [[1pix, 2pix], [3pix, 4pix], [5pix, 1pix]]\n+circle[[1pix, 2pix], 3pix]\n");
+    EXPECT_EQ(neverOnes(fromCrtf.shapes), "110");
+    EXPECT_EQ(fromCrtf.notes.lines.back(),
+              "excluded regions are taken off all others, also off those that come after them");
+}
+
+TEST_F(RegionFiles, DrawOutlinesOfMasksAlongTheirCells)
+{
+    const MaskOutline outlines[] = {
+        {{{3, 4}}, 0}, {{{2, 1}, {6, 1}}, 1}, {{{0, 0}, {4, 0}, {4, 3}, {0, 3}}, 0}};
+    EXPECT_EQ(asText(shapeOf(outlines[0])), "poly 2.6 3.6 3.4 3.6 3.4 4.4 2.6 4.4");
+    EXPECT_EQ(asText(shapeOf(outlines[1])), "poly 1.6 1.4 1.6 0.6 6.4 0.6 6.4 1.4");
+    EXPECT_TRUE(shapeOf(outlines[1]).isNeverClean);
+    EXPECT_EQ(asText(shapeOf(outlines[2])), "poly -0.4 -0.4 4.4 -0.4 4.4 3.4 -0.4 3.4");
+    // through a file of cells, which keeps points and lines too
+    RegionNotes notes;
+    std::vector<AreaShape> back;
+    const std::vector<AreaShape> shapes = shapesOf({outlines[0], outlines[2]});
+    ASSERT_TRUE(writeAreaShapes(name_, AreaFileFormat::cells, shapes, RegionSystem::image, nullptr,
+                                notes, error_));
+    ASSERT_TRUE(readAreaShapes(name_, nullptr, back, notes, error_));
+    EXPECT_EQ(asText(back), asText(shapeOf(outlines[0])) + "\npoly 0 0 4 0 4 3 0 3\n");
 }
 
 TEST_F(RegionFiles, RefuseWhatIsNoRegionFile)
