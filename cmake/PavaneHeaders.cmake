@@ -38,6 +38,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/cells/AMapHistogram.h
     pavane/axes/maps/cells/AMatrixAccess.h
     pavane/axes/maps/cells/beam_shape.h
+    pavane/axes/maps/cells/contour_level.h
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/fit_beam.h
     pavane/axes/maps/cells/map_scale.h
@@ -216,7 +217,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/masks/AFillBitAreas.h
     pavane/trackers/masks/APolyPoints.h
     pavane/trackers/masks/cell_area_file.h
+    pavane/trackers/masks/cell_regions.h
+    pavane/trackers/masks/component_mask.h
     pavane/trackers/masks/LoadReport.h
+    pavane/trackers/masks/mask_outlines.h
     pavane/trackers/regions/area_polygons.h
     pavane/trackers/regions/exchange_file.h
     pavane/trackers/regions/region_crtf.h

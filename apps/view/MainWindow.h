@@ -150,6 +150,9 @@ private:
     int mayWrite(const std::string& file, int asAreas);
     /// Closes the polygon that is being drawn; 0 when it cannot be, which the user is told.
     int closeOpenArea();
+    void areasOfMask();
+    void areasOfModel();
+    void tellOfAdded(int added);
     void saveMask();
     void savePicture();
     int print(unsigned id);
@@ -234,6 +237,7 @@ private:
     std::vector<COLORREF> leftColours_;      ///< before a palette was used for all maps
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
+    int cellsAboutComponents_ = 2;
     int copyFailed_ = 0;
     int showTable_ = 0;
     int readingPlane_ = 0;

@@ -85,6 +85,12 @@ int MainWindow::runFileCommand(unsigned id)
     case idSkyRegions:
         skyRegions_ = !skyRegions_;
         return 1;
+    case idAreasOfMask:
+        areasOfMask();
+        return 1;
+    case idAreasOfModel:
+        areasOfModel();
+        return 1;
     case idSaveMask:
         saveMask();
         return 1;

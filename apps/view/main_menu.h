@@ -19,6 +19,8 @@ enum ViewCommand : unsigned {
     idSkyRegions,
     idSaveMask,
     idSavePicture,
+    idAreasOfMask,
+    idAreasOfModel,  ///< of the components that are shown
     idPrint,
     idPrintPreview,
     idPageSetup,
@@ -154,6 +156,18 @@ inline constexpr MenuItem editItems[] = {
     {copyPictureText, ID_COPY_TO_CLIPBOARD, nullptr, 0},
 };
 
+inline constexpr MenuItem areaItems[] = {
+    menuItemOf(ID_NEVER_CLEAN),
+    menuLine,
+    menuItemOf(ID_CONTOUR_AREA),
+    menuItemOf(ID_CONTOUR_LEVEL),
+    {"Areas from &mask...", idAreasOfMask, nullptr, 0},
+    {"Areas from c&omponents...", idAreasOfModel, nullptr, 0},
+    menuLine,
+    menuItemOf(ID_GROW_AREAS),
+    menuItemOf(ID_SHRINK_AREAS),
+};
+
 inline constexpr MenuItem viewItems[] = {
     {"&Palette", 0, paletteItems, std::size(paletteItems)},
     {"&Scale", 0, scaleItems, std::size(scaleItems)},
@@ -189,9 +203,8 @@ inline constexpr MenuItem helpItems[] = {
 };
 
 inline constexpr MenuItem mainItems[] = {
-    {"&File", 0, fileItems, std::size(fileItems)},
-    {"&Edit", 0, editItems, std::size(editItems)},
-    {"&View", 0, viewItems, std::size(viewItems)},
+    {"&File", 0, fileItems, std::size(fileItems)},  {"&Edit", 0, editItems, std::size(editItems)},
+    {"&Areas", 0, areaItems, std::size(areaItems)}, {"&View", 0, viewItems, std::size(viewItems)},
     {"&Help", 0, helpItems, std::size(helpItems)},
 };
 

@@ -23,7 +23,8 @@ constexpr const char* usualLevels = "sigma:-3,3,6,...";
 int isMapCommand(unsigned id)
 {
     return (id >= ID_TRACK_ARROW && id <= ID_VERTEX_TABLE) || id == ID_COPY_TO_CLIPBOARD ||
-           id == ID_VIEW_BACK || id == ID_VIEW_FORWARD;
+           id == ID_VIEW_BACK || id == ID_VIEW_FORWARD ||
+           (id >= ID_NEVER_CLEAN && id <= ID_SHRINK_AREAS);
 }
 
 /// Whether a command makes sense; without a map, only opening one and help.
@@ -193,7 +194,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             line.checked = surface_.isShown();
         else if (line.id == idModel)
             line.checked = model_.session().isOpen();
-        else if (line.id == idSaveModel || line.id == idSaveModelAs)
+        else if (line.id == idSaveModel || line.id == idSaveModelAs || line.id == idAreasOfModel)
             line.enabled = map_ && model_.session().isOpen();
     }
     showSurfaceCommands(popup);

@@ -29,6 +29,7 @@ inline constexpr MenuItem axisItems[] = {
     menuItemOf(ID_VERTEX_DELETE),
     menuItemOf(ID_TRACK_COPY),
     menuItemOf(ID_TRACK_DELETE),
+    menuItemOf(ID_NEVER_CLEAN),
     menuItemOf(ID_SELECT_ALL),
     {},
     menuItemOf(ID_SHOW_CELLS),

@@ -26,6 +26,7 @@ enum class CommandWhen : std::uint8_t {
     isOpen,            ///< a polygon is being drawn
     hasPolygonThere,   ///< where the menu was asked for, or with the focus
     hasAreas,          ///< at all
+    hasMapAndAreas,    ///< both
     hasAreasOrOpen,    ///< or a polygon is being drawn
     canViewBack,       ///< to the view before
     canViewForward     ///< to the view that was left
@@ -79,6 +80,12 @@ inline constexpr PlotCommand plotCommands[] = {
     // the key is about a vertex that has the focus first
     {ID_TRACK_DELETE, CommandWhen::isSelectedOrOpen, "&Delete area\tDel", 0, 0, trackerButtonsEdit,
      noTool, deleteIcon, "Delete the area (Del)"},
+    {ID_NEVER_CLEAN, CommandWhen::isSelected, "&Never clean\tN", 'N'},
+    {ID_CONTOUR_AREA, CommandWhen::hasMap, "Area from &contour\tC", 'C', 0, 0, toolContour},
+    {ID_CONTOUR_LEVEL, CommandWhen::hasMap, "Contour &level..."},
+    {ID_GROW_AREAS, CommandWhen::hasMapAndAreas, "&Grow areas...\tCtrl+G", 'G', withControl},
+    {ID_SHRINK_AREAS, CommandWhen::hasMapAndAreas, "&Shrink areas...\tCtrl+Shift+G", 'G',
+     withControl | withShift},
     {ID_SHOW_CELLS, CommandWhen::hasMap, "Show &cells of areas\tM", 'M', 0, trackerButtonsCells,
      noTool, cellsIcon, "Show the cells that the areas hold (M)"},
     {ID_SELECT_ALL, CommandWhen::hasAreas, "Select &all areas\tCtrl+A", 'A', withControl},

@@ -114,6 +114,13 @@ inline constexpr unsigned ID_COMPONENT_ADD = 10261;
 inline constexpr unsigned ID_COMPONENT_COPY = 10262;
 inline constexpr unsigned ID_COMPONENT_DELETE = 10263;
 
+// Commands of areas beside the tools.
+inline constexpr unsigned ID_NEVER_CLEAN = 10271;   ///< of the selected areas
+inline constexpr unsigned ID_CONTOUR_AREA = 10272;  ///< the tool that takes a contour
+inline constexpr unsigned ID_CONTOUR_LEVEL = 10273;
+inline constexpr unsigned ID_GROW_AREAS = 10274;
+inline constexpr unsigned ID_SHRINK_AREAS = 10275;
+
 // Commands of the tools. Hosts and toolbars refer to them by number, so they stay.
 inline constexpr unsigned ID_TRACK_ARROW = 32771;
 inline constexpr unsigned ID_TRACK_RECT = 32772;

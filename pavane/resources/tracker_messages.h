@@ -23,8 +23,7 @@ inline constexpr const char* noNoiseForContour =
     "The noise of this map is 0 or not known: give the level of the contour as a value.";
 inline constexpr const char* clickInContour = "Click inside a contour of ";
 inline constexpr const char* outsideContour = "This cell is not inside a contour of ";
-inline constexpr const char* contourIsHeld =
-    "The areas hold all cells of this contour already.";
+inline constexpr const char* contourIsHeld = "The areas hold all cells of this contour already.";
 inline constexpr const char* contourAtEdge =
     "; the contour leaves the map, the area ends at its edge";
 inline constexpr const char* noMemoryForAreas = "There is no memory for these areas.";

@@ -144,12 +144,53 @@ private:
     int& number_;
 };
 
+class TextDlg : public AResizeDialog
+{
+public:
+    TextDlg(CWnd* parent, const CString& title, const CString& label, CString& text)
+        : AResizeDialog(IDD_TABLE_NUMBER, parent), title_(title), label_(label), text_(text)
+    {
+        SetResizeItems(tableNumberResize);
+    }
+
+protected:
+    int OnInitDialog() override
+    {
+        (void)AResizeDialog::OnInitDialog();
+        SetWindowText(title_);
+        SetDlgItemText(IDC_TABLE_NUMBER_LABEL, label_);
+        SetDlgItemText(IDC_TABLE_NUMBER, text_);
+        auto* const field = dynamic_cast<CEdit*>(GetDlgItem(IDC_TABLE_NUMBER));
+        if (!field)
+            return 1;
+        field->SetFocus();
+        field->SetSel(0, -1);
+        return 0;
+    }
+    void OnOK() override
+    {
+        text_ = GetDlgItemText(IDC_TABLE_NUMBER);
+        EndDialog(IDOK);
+    }
+
+private:
+    CString title_;
+    CString label_;
+    CString& text_;
+};
+
 }  // namespace
 
 int askNumber(CWnd* parent, const CString& title, const CString& label, int least, int most,
               int& number)
 {
     NumberDlg dialog(parent, title, label, least, most, number);
+    return dialog.DoModal() == IDOK;
+}
+
+int askText(CWnd* parent, const CString& title, const CString& label, CString& text)
+{
+    TextDlg dialog(parent, title, label, text);
     return dialog.DoModal() == IDOK;
 }
 

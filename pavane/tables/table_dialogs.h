@@ -32,7 +32,10 @@ private:
 };
 
 /// Asks for a whole number from `least` to `most` until it is one. Non-zero when the user gave it.
-int askNumber(CWnd* parent, const CString& title, const CString& label, int least, int most,
-              int& number);
+PAVANE_API int askNumber(CWnd* parent, const CString& title, const CString& label, int least,
+                         int most, int& number);
+
+/// Asks for a line of text; `text` stands in the field at first. Non-zero when the user gave it.
+PAVANE_API int askText(CWnd* parent, const CString& title, const CString& label, CString& text);
 
 }  // namespace pavane

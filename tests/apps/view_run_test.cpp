@@ -248,8 +248,9 @@ TEST_F(ViewRun, ALossOfAreasIsBadInputUnlessPartsWillDo)
     write("cut.cma", whole.substr(0, whole.size() - 3));
     write("long.cma", whole + "x");
     write("as.reg", whole);
-    write("some.reg", "image\nbox(2,2,2,2,0)\nannulus(4,4,1,2)\n-circle(2,2,1)\n");
-    write("out.reg", "image\n-box(2,2,2,2,0)\n");
+    write("some.reg", "image\nbox(2,2,2,2,0)\nannulus(4,4,1,2)\n-box(2,2,1,1,0)\n");
+    write("never.reg", "image\n-box(2,2,2,2,0)\n");
+    write("out.reg", "image\nannulus(2,2,1,2)\n");
     write("empty.reg", "");
     write("none.reg", "# Region file format: DS9 version 4.1\nimage\n");
     write("negative.areas", std::string(8, '\xff'));
@@ -265,7 +266,8 @@ TEST_F(ViewRun, ALossOfAreasIsBadInputUnlessPartsWillDo)
         {"none.reg", "", 35, 35},
         {"cut.cma", "cut.cma: 1 of 2 areas can be used: polygon 2", -1, 6},
         {"long.cma", "2 of 2 areas can be used: 1 bytes follow", -1, 12},
-        {"some.reg", "some.reg: 1 of 3 areas can be used: line 3: ", -1, 9},
+        {"some.reg", "some.reg: 2 of 3 areas can be used: line 3: ", -1, 5},
+        {"never.reg", "", 26, 26},
         {"out.reg", "0 of 1 area can be used: line 2: ", -1, -1},
         {"empty.reg", "empty", -1, -1},
         {"negative.areas", "-1", -1, -1},

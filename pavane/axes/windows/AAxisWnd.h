@@ -1,5 +1,7 @@
 #pragma once
 
+#include "pavane/axes/maps/cells/contour_level.h"
+#include "pavane/axes/ranges/AMnMxMCTransform.h"
 #include "pavane/axes/windows/APlotWnd.h"
 #include "pavane/trackers/collections/TrackerHost.h"
 
@@ -10,6 +12,7 @@ namespace pavane
 {
 
 class A2DAxis;
+class ABitMatrix;
 class AAxisColorOP;
 class ABMapGraph;
 class AColorsGraph;
@@ -30,7 +33,9 @@ class PlayDrag;
 /// by a map cell, with Shift by ten, with Ctrl by a pixel; Insert and Delete a vertex or an area;
 /// Enter closes a polygon, Escape leaves what is under way; Ctrl+A all, Ctrl+D copies, Ctrl+Z and
 /// Ctrl+Shift+Z undo and redo; 1 arrow, 2 rectangle, 3 turned rectangle, 4 ellipse, 5 polygon, 6
-/// zoom in; M shows the cells of the areas.
+/// zoom in; M shows the cells of the areas; N makes the selected areas never-clean, whose cells
+/// masks leave out, or takes that back; C takes areas from contours where one clicks, and with
+/// Enter.
 class PAVANE_API AAxisWnd : public APlotWnd, public TrackerHost
 {
 public:
@@ -87,6 +92,24 @@ public:
 
     /// Whether a vertex of a polygon has the focus.
     int IsVertexFocused() const;
+    /// Adds areas that hold the cells of a mask of the map's size and no other, as one step of
+    /// undo: polygons of at most 1000 vertices, what they enclose as never-clean ones. Without
+    /// `isExact` outlines of more vertices are smoothed, else cut into several. How many; -1 for a
+    /// mask of another size or without memory.
+    int AddAreasOfMask(const ABitMatrix& mask, const CString& label, int isExact = 1);
+    /// The level of contours that areas are made of, at first 5 times the noise. 0 for one that no
+    /// map has.
+    int SetContourLevel(const ContourLevel& level);
+    const ContourLevel& GetContourLevel() const { return contourLevel_; }
+    /// Adds an area of the cells that hang together with this one and are not below the level (of a
+    /// negative level not above it); holes become never-clean areas. The tool of contours does that
+    /// where one clicks, Enter about the brightest cell that is shown. Non-zero when there is one.
+    int AddAreaOfContour(int row, int column);
+    /// Grows the selected areas, or all without a selection, by so many cells (-1000 to 1000; below
+    /// 0 shrinks them), as one step of undo; they become polygons. An area that would have no cell
+    /// stays. How many have changed.
+    int GrowAreas(int cells);
+
     /// What the Delete key does: the vertex with the focus goes, else the areas. Always 1.
     int DeleteFocused();
 
@@ -156,6 +179,13 @@ protected:
     void OnTimer(unsigned id) override;
 
 private:
+    AMnMxMCTransform cellTransform() const;
+    double contourValue() const;
+    int pressContour(CPoint point);
+    int contourAtPeak();
+    void askContourLevel();
+    void askGrowth(int sign);
+    int replaceGrown(int i, int cells);
     void followAreas();
     void tellOfLostSteps();
     int moveByArrow(int key, bool shift, bool control);
@@ -177,6 +207,8 @@ private:
     CComboBox* list_ = nullptr;
     CToolBar* bar_ = nullptr;
     std::unique_ptr<AreaOverlay> overlay_;
+    ContourLevel contourLevel_;
+    int growth_ = 1;
     int showCells_ = 0;
     int areasInPicture_ = 0;
     int playByMouse_ = 0;

@@ -26,8 +26,15 @@ int AAxisWnd::RunCommand(unsigned id)
     const CPoint asked = menuPoint();
     const CPoint* const at = asked.x >= 0 ? &asked : nullptr;
     const PlotCommand* const command = commandOf(id);
-    if (command && command->tool != noTool)
-        return ChooseTool(command->tool), 1;
+    if (command && command->tool == toolContour && !map_)
+        return 1;
+    if (command && command->tool != noTool) {
+        const HWND self = GetSafeHwnd();
+        ChooseTool(command->tool);
+        if (command->tool == toolContour && CWnd::FromHandle(self) == this)
+            OnNotice(CString(clickInContour) + contourLevel_.text() + '.');
+        return 1;
+    }
     if (id >= ID_ZOOM_1 && id <= ID_ZOOM_5) {
         trackers_->SetZoomScaleNo(static_cast<int>(id - ID_ZOOM_1));
         return ChooseTool(toolZoomIn), 1;
@@ -43,6 +50,14 @@ int AAxisWnd::RunCommand(unsigned id)
         return (void)trackers_->DelteTracker(this), 1;
     case ID_TRACK_COPY:
         return (void)trackers_->CopyTracker(this), 1;
+    case ID_NEVER_CLEAN:
+        return (void)trackers_->SetNeverClean(this, !trackers_->IsNeverClean()), 1;
+    case ID_CONTOUR_LEVEL:
+        return askContourLevel(), 1;
+    case ID_GROW_AREAS:
+        return askGrowth(1), 1;
+    case ID_SHRINK_AREAS:
+        return askGrowth(-1), 1;
     case ID_SELECT_ALL:
         return trackers_->SelectAll(this), 1;
     case ID_CLEAR_AREAS:
@@ -102,7 +117,7 @@ int AAxisWnd::takeKey(int key, bool shift, bool control)
     case VK_DELETE:
         return DeleteFocused();
     case VK_RETURN:
-        return trackers_->CloseArea(this) || trackers_->PlaceShape(this);
+        return contourAtPeak() || trackers_->CloseArea(this) || trackers_->PlaceShape(this);
     case VK_ESCAPE:
         if (takePlayBack())
             return 1;

@@ -9,6 +9,8 @@ namespace pavane
 
 int AAxisWnd::takePress(unsigned flags, CPoint point)
 {
+    if (trackers_->mode() & toolContour)
+        return pressContour(point);
     return trackers_->OnLButtonDown(this, flags, point);
 }
 
@@ -24,6 +26,8 @@ void AAxisWnd::OnLButtonDblClk(unsigned flags, CPoint point)
 {
     if (trackers_->mode() & toolZoomIn)  // the second of two quick clicks is a step of its own
         return OnLButtonDown(flags, point);
+    if (trackers_->mode() & toolContour)  // the first click has taken it
+        return;
     settle();
     const HWND self = GetSafeHwnd();
     SetFocus();

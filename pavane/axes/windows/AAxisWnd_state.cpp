@@ -28,6 +28,8 @@ void AAxisWnd::amMenuParse(CMenu* popup)
     for (CMenu::Line& line : popup->lines()) {
         if (line.id == ID_SHOW_CELLS)
             line.checked = showCells_;
+        else if (line.id == ID_NEVER_CLEAN)
+            line.checked = trackers_->IsNeverClean();
         else if (line.id == ID_TRACK_DELETE && IsVertexFocused())  // the key takes the vertex
             line.text = line.text.substr(0, line.text.find('\t'));
         else if (line.id == ID_TRACK_UNDO)
@@ -75,6 +77,8 @@ int AAxisWnd::isTime(CommandWhen when) const
         return isPolygonAt(menuPoint());
     case CommandWhen::hasAreas:
         return trackers_->trackerCount() > 0;
+    case CommandWhen::hasMapAndAreas:
+        return map_ && trackers_->trackerCount() > 0;
     case CommandWhen::hasAreasOrOpen:
         return open || trackers_->trackerCount() > 0;
     default:
