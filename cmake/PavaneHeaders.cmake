@@ -112,8 +112,15 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/dialogs/AGainFilesDlg.h
     pavane/dialogs/ASelfCalPage.h
     pavane/dialogs/ATimeIntervalPresent.h
+    pavane/dialogs/clean/AAreaSetsDlg.h
+    pavane/dialogs/clean/ABeamShapePage.h
+    pavane/dialogs/clean/ACleanSelectionPage.h
     pavane/dialogs/layout/dialog_layout.h
+    pavane/dialogs/values/AAreaSets.h
+    pavane/dialogs/values/ABeamShapePM.h
     pavane/dialogs/values/ACleanParameterPM.h
+    pavane/dialogs/values/ACleanSelectionPM.h
+    pavane/dialogs/values/area_files.h
     pavane/dialogs/values/ASelfCalPM.h
     pavane/dialogs/values/AUVXTIntervalPM.h
     pavane/dialogs/values/CleanForm.h
@@ -121,6 +128,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/dialogs/values/number_list.h
     pavane/dialogs/values/PageForm.h
     pavane/dialogs/values/record_entries.h
+    pavane/dialogs/values/SelectionForm.h
     pavane/dialogs/values/SelfCalForm.h
     pavane/dialogs/values/typed_number.h
     pavane/dialogs/values/time_texts.h

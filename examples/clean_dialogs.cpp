@@ -1,9 +1,13 @@
 // Shows the dialogs of CLEAN and self-calibration one by one for a made-up observation, and prints
-// what was chosen. Named first: parameters, selfcal, write, read; without a name all of them.
+// what was chosen. Named first: parameters, selection, areas, beam, selfcal, write, read; without a
+// name all of them.
 
 #include "pavane/dialogs/ACleanParameterPage.h"
 #include "pavane/dialogs/AGainFilesDlg.h"
 #include "pavane/dialogs/ASelfCalPage.h"
+#include "pavane/dialogs/clean/AAreaSetsDlg.h"
+#include "pavane/dialogs/clean/ABeamShapePage.h"
+#include "pavane/dialogs/clean/ACleanSelectionPage.h"
 #include "platform/message.h"
 #include "platform/platform.h"
 
@@ -34,6 +38,68 @@ void askParameters()
     (void)pm.LoadFromINI(nullptr, section, 1);
     pm.greatestUv = 2.41e8;  // 8600 km at 3.6 cm
     if (!AskCleanParameters(nullptr, pm))
+        return;
+    (void)pm.StoreToINI(nullptr, section, 1);
+    print(pm.entries());
+}
+
+void askSelection()
+{
+    constexpr double megahertz = 1e6;
+    AUVXFreqs freqs;
+    for (int i = 0; i < 8; ++i) {
+        UvIf one;
+        one.offset.value = 16 * megahertz * i;
+        one.channelWidth.value = 0.5 * megahertz;
+        one.bandwidth.value = 16 * megahertz;
+        freqs.ifs.push_back(one);
+    }
+    ACleanSelectionPM pm;
+    pm.groups = {{0, 1, 2, 3}, {4, 5, 6}};
+    (void)pm.LoadFromINI(nullptr, section, 1);
+    pm.forms = polarisationForms({"RR", "LL", "RL", "LR"});
+    pm.frequencies = AUVXFqTbl(8.4e9, 1, 4, {freqs});
+    pm.infoStart = 5 * 3600 + 130;
+    pm.infoStop = 13 * 3600 + 130;
+    if (!AskCleanSelection(nullptr, pm))
+        return;
+    (void)pm.StoreToINI(nullptr, section, 1);
+    print(pm.entries());
+}
+
+void askAreas()
+{
+    const AreaMap map{TMinMax{25.6, -25.5, -25.6, 25.5}, 512, 512};
+    const AMnMxMCTransform cells(map.range, map.rows, map.columns);
+    AreaCollection areas, core;
+    AreaShape shape;
+    shape.kind = AreaShape::Kind::ellipse;
+    shape.centre = {256, 256};
+    shape.width = shape.height = 30;
+    (void)core.add(shape, cells);
+    (void)areas.add(shape, cells);
+    shape.centre = {300, 240};
+    shape.width = 90;
+    shape.angle = -0.4;
+    (void)areas.add(shape, cells);
+    AAreaSets sets;
+    CString error;
+    if (!sets.LoadFromINI(nullptr, section, 1) && sets.keep("core", core, error) < 0)
+        std::fprintf(stderr, "%s\n", error.c_str());
+    AAreaSetsDlg dialog(sets, areas, map);
+    if (dialog.DoModal() != IDOK)
+        return;
+    (void)sets.StoreToINI(nullptr, section, 1);
+    for (int i = 0; i < sets.count(); ++i)
+        std::printf("%s: %d\n", sets.name(i).c_str(), sets.areas(i));
+}
+
+void askBeam()
+{
+    ABeamShapePM pm;
+    (void)pm.LoadFromINI(nullptr, section, 1);
+    pm.fitted = {1.84, 0.77, -12.5};
+    if (!AskBeamShape(nullptr, pm))
         return;
     (void)pm.StoreToINI(nullptr, section, 1);
     print(pm.entries());
@@ -108,6 +174,9 @@ constexpr struct {
     void (*show)();
 } dialogs[] = {
     {"parameters", askParameters},
+    {"selection", askSelection},
+    {"areas", askAreas},
+    {"beam", askBeam},
     {"selfcal", askSelfCalibration},
     {"write", writeGains},
     {"read", readGains},

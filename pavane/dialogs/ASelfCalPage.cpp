@@ -20,6 +20,7 @@ constexpr FormControl controls[] = {
     {IDC_SELFCAL_LEAST_UV, SelfCalForm::leastUv},
     {IDC_SELFCAL_MOST_UV, SelfCalForm::mostUv, "Greatest uv distance"},
     {IDC_SELFCAL_MODEL, SelfCalForm::model},
+    {IDC_SELFCAL_USE_WEIGHTS, SelfCalForm::usesWeights},
     {IDC_SELFCAL_WEIGHTS, SelfCalForm::changesWeights},
     {IDC_SELFCAL_KEEP, SelfCalForm::keepsFailed},
     {IDC_SELFCAL_REFERENCES, SelfCalForm::references},

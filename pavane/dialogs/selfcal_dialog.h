@@ -21,12 +21,13 @@ inline constexpr unsigned IDC_SELFCAL_KIND = 10751, IDC_SELFCAL_WHOLE = 10752,
                           IDC_SELFCAL_UP = 10763, IDC_SELFCAL_DOWN = 10764,
                           IDC_SELFCAL_COUNT_TEXT = 10765, IDC_SELFCAL_FIRST_TEXT = 10766,
                           IDC_SELFCAL_SOLVE_FRAME = 10767, IDC_SELFCAL_MODEL_FRAME = 10768,
-                          IDC_SELFCAL_DATA_FRAME = 10769, IDC_SELFCAL_REFERENCE_FRAME = 10770;
+                          IDC_SELFCAL_DATA_FRAME = 10769, IDC_SELFCAL_REFERENCE_FRAME = 10770,
+                          IDC_SELFCAL_USE_WEIGHTS = 10771;
 
 inline constexpr const char* selfCalTitle = "Self-calibration";
 
 inline constexpr DlgItem selfCalItems[] = {
-    {ControlKind::groupBox, IDC_SELFCAL_SOLVE_FRAME, "Gains", 6, 4, 186, 102, WS_GROUP},
+    {ControlKind::groupBox, IDC_SELFCAL_SOLVE_FRAME, "Gains", 6, 4, 186, 118, WS_GROUP},
     {ControlKind::staticText, 0, "&Solve for", 14, 18, 58, 9},
     {ControlKind::comboBox, IDC_SELFCAL_KIND, "", 74, 16, 110, 60, WS_TABSTOP},
     {ControlKind::staticText, 0, "&Interval", 14, 36, 58, 9},
@@ -40,27 +41,29 @@ inline constexpr DlgItem selfCalItems[] = {
     {ControlKind::edit, IDC_SELFCAL_ANTENNAS, "", 74, 70, 44, 13, WS_TABSTOP},
     {ControlKind::checkBox, IDC_SELFCAL_SCALED, "S&cale amplitudes to a mean of 1", 14, 89, 170, 11,
      WS_TABSTOP},
-    {ControlKind::groupBox, IDC_SELFCAL_MODEL_FRAME, "Model", 6, 110, 186, 50, WS_GROUP},
-    {ControlKind::staticText, 0, "&Model", 14, 124, 58, 9},
-    {ControlKind::comboBox, IDC_SELFCAL_MODEL, "", 74, 122, 110, 50, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&uv distance", 14, 142, 58, 9},
-    {ControlKind::edit, IDC_SELFCAL_LEAST_UV, "", 74, 140, 38, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "to", 115, 142, 10, 9},
-    {ControlKind::edit, IDC_SELFCAL_MOST_UV, "", 126, 140, 38, 13, WS_TABSTOP},
-    {ControlKind::staticText, 0, "M\u03bb", 167, 142, 16, 9},
-    {ControlKind::groupBox, IDC_SELFCAL_DATA_FRAME, "Corrected data", 6, 164, 186, 42, WS_GROUP},
-    {ControlKind::checkBox, IDC_SELFCAL_WEIGHTS, "Wei&ghts follow the gains", 14, 176, 170, 11,
+    {ControlKind::checkBox, IDC_SELFCAL_USE_WEIGHTS, "Use the weig&hts of the data", 14, 105, 170,
+     11, WS_TABSTOP},
+    {ControlKind::groupBox, IDC_SELFCAL_MODEL_FRAME, "Model", 6, 126, 186, 50, WS_GROUP},
+    {ControlKind::staticText, 0, "&Model", 14, 140, 58, 9},
+    {ControlKind::comboBox, IDC_SELFCAL_MODEL, "", 74, 138, 110, 50, WS_TABSTOP},
+    {ControlKind::staticText, 0, "&uv distance", 14, 158, 58, 9},
+    {ControlKind::edit, IDC_SELFCAL_LEAST_UV, "", 74, 156, 38, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "to", 115, 158, 10, 9},
+    {ControlKind::edit, IDC_SELFCAL_MOST_UV, "", 126, 156, 38, 13, WS_TABSTOP},
+    {ControlKind::staticText, 0, "M\u03bb", 167, 158, 16, 9},
+    {ControlKind::groupBox, IDC_SELFCAL_DATA_FRAME, "Corrected data", 6, 180, 186, 42, WS_GROUP},
+    {ControlKind::checkBox, IDC_SELFCAL_WEIGHTS, "Wei&ghts follow the gains", 14, 192, 170, 11,
      WS_TABSTOP},
-    {ControlKind::checkBox, IDC_SELFCAL_KEEP, "&Keep data of failed solutions", 14, 190, 170, 11,
+    {ControlKind::checkBox, IDC_SELFCAL_KEEP, "&Keep data of failed solutions", 14, 206, 170, 11,
      WS_TABSTOP},
-    {ControlKind::groupBox, IDC_SELFCAL_REFERENCE_FRAME, "Reference antennas", 198, 4, 134, 202,
+    {ControlKind::groupBox, IDC_SELFCAL_REFERENCE_FRAME, "Reference antennas", 198, 4, 134, 218,
      WS_GROUP},
     {ControlKind::staticText, 0, "Mark&ed, in this order", 206, 16, 118, 9},
-    {ControlKind::listBox, IDC_SELFCAL_REFERENCES, "", 206, 27, 118, 136, WS_TABSTOP | LBS_CHECKS},
-    {ControlKind::pushButton, IDC_SELFCAL_UP, "Move u&p", 206, 168, 57, 14, WS_TABSTOP},
-    {ControlKind::pushButton, IDC_SELFCAL_DOWN, "Move &down", 267, 168, 57, 14, WS_TABSTOP},
-    {ControlKind::staticText, IDC_SELFCAL_FIRST_TEXT, "", 206, 186, 120, 18},
-    {ControlKind::staticText, IDC_SELFCAL_COUNT_TEXT, "", 8, 211, 324, 9},
+    {ControlKind::listBox, IDC_SELFCAL_REFERENCES, "", 206, 27, 118, 152, WS_TABSTOP | LBS_CHECKS},
+    {ControlKind::pushButton, IDC_SELFCAL_UP, "Move u&p", 206, 184, 57, 14, WS_TABSTOP},
+    {ControlKind::pushButton, IDC_SELFCAL_DOWN, "Move &down", 267, 184, 57, 14, WS_TABSTOP},
+    {ControlKind::staticText, IDC_SELFCAL_FIRST_TEXT, "", 206, 202, 120, 18},
+    {ControlKind::staticText, IDC_SELFCAL_COUNT_TEXT, "", 8, 227, 324, 9},
 };
 inline constexpr ResizeItem selfCalResize[] = {
     {IDC_SELFCAL_REFERENCE_FRAME, 0, 0, 100, 100},
@@ -71,6 +74,6 @@ inline constexpr ResizeItem selfCalResize[] = {
     {IDC_SELFCAL_COUNT_TEXT, 0, 100, 100, 100},
 };
 inline constexpr DlgTemplate selfCalPage = {
-    IDD_SELFCAL, selfCalTitle, 338, 224, selfCalItems, static_cast<int>(std::size(selfCalItems))};
+    IDD_SELFCAL, selfCalTitle, 338, 240, selfCalItems, static_cast<int>(std::size(selfCalItems))};
 
 }  // namespace pavane

@@ -34,9 +34,8 @@ struct FlagKey {
     int ASelfCalPM::*flag;
 };
 constexpr FlagKey flagKeys[] = {
-    {"SC WHOLE", &ASelfCalPM::isWhole},
-    {"SC SCALE", &ASelfCalPM::isScaled},
-    {"SC WEIGHT", &ASelfCalPM::changesWeights},
+    {"SC WHOLE", &ASelfCalPM::isWhole},    {"SC SCALE", &ASelfCalPM::isScaled},
+    {"SC USE", &ASelfCalPM::usesWeights},  {"SC WEIGHT", &ASelfCalPM::changesWeights},
     {"SC KEEP", &ASelfCalPM::keepsFailed},
 };
 
@@ -76,17 +75,22 @@ std::vector<std::string> namesOf(std::string_view text)
 
 }  // namespace
 
-GainRules ASelfCalPM::rules(const std::vector<GainAntenna>& of) const
+SelfCalibrationRules ASelfCalPM::rules() const
 {
-    GainRules made;
-    made.interval.kind = kind;
-    made.interval.leastRatio = leastRatio;
-    made.interval.leastAntennas = leastAntennas;
-    made.isScaled = isScaled;
+    SelfCalibrationRules made;
+    made.frame.seconds = seconds;
+    made.frame.isWhole = isWhole;
+    made.gains.interval.kind = kind;
+    made.gains.interval.leastRatio = leastRatio;
+    made.gains.interval.leastAntennas = leastAntennas;
+    made.gains.isScaled = isScaled;
+    made.leastUv = leastUv;
+    if (mostUv > 0)
+        made.greatestUv = mostUv;
+    made.weightPower = usesWeights ? 1 : 0;
     for (const std::string& name : references)
-        for (std::size_t i = 0; i < of.size(); ++i)
-            if (of[i].name == name)
-                made.references.push_back(static_cast<int>(i));
+        if (antennas.empty() || std::find(antennas.begin(), antennas.end(), name) != antennas.end())
+            made.references.push_back(name);
     return made;
 }
 

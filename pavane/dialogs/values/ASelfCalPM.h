@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/calibration/gains/GainSolver.h"
+#include "pavane/calibration/gains/SelfCalibration.h"
 #include "pavane/dialogs/values/record_entries.h"
 #include "platform/api.h"
 
@@ -34,12 +34,13 @@ public:
     std::vector<std::string> references;  ///< names; the first that has a gain has phase 0
     double leastUv = 0, mostUv = 0;       ///< wavelengths; `mostUv` 0: no limit
     SelfCalModel model = SelfCalModel::round;
-    int changesWeights = 1;  ///< times |g(a) g(b)|^2
+    int usesWeights = 1;     ///< those of the data count in the solution; else all are the same
+    int changesWeights = 1;  ///< those of corrected data are multiplied by |g(a) g(b)|^2
     int keepsFailed = 0;     ///< data of failed solutions stay, uncorrected
 
-    /// As the solver takes it, for these antennas: names of `references` that none has are passed
-    /// over, one that several have (of subarrays) stands for each.
-    GainRules rules(const std::vector<GainAntenna>& of) const;
+    /// As the solver takes it; names of `references` that `antennas` does not have are left out,
+    /// when there are any. Groups of IFs are the host's to set.
+    SelfCalibrationRules rules() const;
 
     std::vector<RecordEntry> entries() const;
     int takeEntry(const RecordEntry& entry);

@@ -16,6 +16,7 @@ void SelfCalForm::setRecord(const ASelfCalPM& record)
     setChoice(model, static_cast<int>(record.model));
     setChoice(isWhole, record.isWhole != 0);
     setChoice(isScaled, record.isScaled != 0);
+    setChoice(usesWeights, record.usesWeights != 0);
     setChoice(changesWeights, record.changesWeights != 0);
     setChoice(keepsFailed, record.keepsFailed != 0);
     setText(seconds, valToStr(record.seconds));
@@ -103,6 +104,7 @@ FormRefusal SelfCalForm::read(ASelfCalPM& pm) const
     pm.model = static_cast<SelfCalModel>(choice(model));
     pm.isWhole = choice(isWhole);
     pm.isScaled = choice(isScaled);
+    pm.usesWeights = choice(usesWeights);
     pm.changesWeights = choice(changesWeights);
     pm.keepsFailed = choice(keepsFailed);
     pm.references.clear();

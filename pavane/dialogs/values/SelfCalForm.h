@@ -23,6 +23,7 @@ public:
         leastUv,
         mostUv,
         model,
+        usesWeights,
         changesWeights,
         keepsFailed,
         references,  ///< the list, for refusals

@@ -24,6 +24,7 @@ ASelfCalPM other()
     pm.leastUv = 1.5e6;
     pm.mostUv = 2e8;
     pm.model = SelfCalModel::components;
+    pm.usesWeights = 0;
     pm.changesWeights = 0;
     pm.keepsFailed = 1;
     return pm;
@@ -84,14 +85,17 @@ TEST(SelfCal, OrdersReferences)
     EXPECT_EQ(names(), "EF+ PT+ KP+ LA ");
     EXPECT_EQ(form.note(SelfCalForm::first), "Phase 0: EF, else the next one that is marked.");
     ASSERT_FALSE(form.save().isRefused());
-    // by index, in both subarrays; names that are not there are passed over
-    const GainRules rules =
-        form.record().rules({{1, 1, "LA"}, {1, 2, "PT"}, {1, 3, "EF"}, {2, 1, "EF"}});
-    EXPECT_EQ(rules.references, (std::vector<int>{2, 3, 1}));
-    EXPECT_EQ(rules.interval.kind, GainKind::both);
-    EXPECT_EQ(rules.interval.leastRatio, 5.5);
-    EXPECT_EQ(rules.interval.leastAntennas, 3);
-    EXPECT_FALSE(rules.isScaled);
+    // one of another array is kept, and not asked for
+    ASelfCalPM chosen = form.record();
+    chosen.references.emplace_back("WB");
+    const SelfCalibrationRules rules = chosen.rules();
+    EXPECT_EQ(rules.references, (std::vector<std::string>{"EF", "PT", "KP"}));
+    EXPECT_EQ(rules.gains.interval.kind, GainKind::both);
+    EXPECT_EQ(rules.gains.interval.leastRatio, 5.5);
+    EXPECT_EQ(rules.gains.interval.leastAntennas, 3);
+    EXPECT_EQ(rules.weightPower, 0);
+    EXPECT_EQ(rules.greatestUv, 2e8);
+    EXPECT_FALSE(rules.gains.isScaled);
 }
 
 TEST(SelfCal, RefusesAndNamesTheField)
@@ -121,6 +125,7 @@ TEST(SelfCal, RefusesAndNamesTheField)
     form.setChoice(SelfCalForm::isWhole, 1);
     EXPECT_FALSE(form.save().isRefused());
     EXPECT_EQ(form.record().mostUv, 0);
+    EXPECT_GT(form.record().rules().greatestUv, 1e300);
     EXPECT_EQ(form.record().seconds, 0.1);
     EXPECT_TRUE(form.isEnabled(SelfCalForm::isScaled));
     form.setChoice(SelfCalForm::kind, 0);
