@@ -44,9 +44,10 @@ std::vector<AreaShape> shapesOf(const AreaCollection& areas, const AreaMap& map,
     for (int i = 0; i < areas.count(); ++i) {
         ShapeValues values;
         AreaShape shape;
-        if (areas.shape(i, values) && shapeOf(values, transform, shape))
+        if (areas.shape(i, values) && shapeOf(values, transform, shape)) {
+            shape.isNeverClean = areas.isNeverClean(i);
             shapes.push_back(std::move(shape));
-        else
+        } else
             notes.add(RegionNotes::Kind::leftOut, "area", i + 1,
                       "it has no shape on this map; left out");
     }
@@ -102,7 +103,7 @@ int readAreas(const std::string& file, const AreaMap& map, AreaCollection& areas
     areas.clear();
     for (std::size_t i = 0; i < shapes.size(); ++i)
         if (areas.add(shapes[i], transform) < 0)
-            notes.add(RegionNotes::Kind::leftOut, "area", static_cast<long long>(i + 1),
+            notes.add(RegionNotes::Kind::leftOut, "area", static_cast<long long>(i) + 1,
                       "it has no place on this map; left out");
     return 1;
 }

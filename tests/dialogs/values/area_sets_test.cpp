@@ -176,6 +176,29 @@ TEST_F(AreaSets, GoThroughFilesOfEachForm)
     EXPECT_FALSE(writeAreas(folder + "/no/a.areas", map, three, error));
 }
 
+TEST_F(AreaSets, NeverCleanOnesAreToldWhereTheyAreLost)
+{
+    ASSERT_TRUE(three.setNeverClean(1, 1));
+    const struct {
+        const char* name;
+        int areas, never;
+    } rows[] = {{"n.areas", 3, 1}, {"n.reg", 3, 1}, {"n.crtf", 3, 1}, {"n.cma", 2, 0}};
+    for (const auto& row : rows) {
+        const std::string file = folder + "/" + row.name;
+        const RegionNotes losses = lossesOfAreas(file, map, three);
+        EXPECT_EQ(losses.firstLoss.empty(), row.never) << row.name << losses.firstLoss;
+        AreaCollection read;
+        RegionNotes notes;
+        ASSERT_TRUE(writeAreas(file, map, three, error) && readAreas(file, map, read, notes, error))
+            << error;
+        EXPECT_EQ(read.count(), row.areas) << row.name;
+        int never = 0;
+        for (int i = 0; i < read.count(); ++i)
+            never += read.isNeverClean(i);
+        EXPECT_EQ(never, row.never) << row.name;
+    }
+}
+
 TEST(Base64, ReadsWhatItWrites)
 {
     const struct {
