@@ -24,8 +24,6 @@ using namespace casacore;  // NOLINT: half of the words below are its
 namespace
 {
 
-constexpr const char* factsKey = "PAVANE";
-
 template <typename T>
 void bindCells(TableDesc& desc, SetupNewTable& setup, const String& name, int isNew, int hands,
                int channels)
@@ -311,33 +309,37 @@ void WorkFacts::write(Table& table) const
     record.define("HANDS", names);
     record.define("IFS", Vector<Int>(ifs));
     record.define("ANTENNA_NUMBERS", Vector<Int>(antennaNumbers));
+    record.define("ANTENNA_SUBARRAYS", Vector<Int>(antennaSubarrays));
     record.define("SOURCES", Vector<Int>(sources));
     record.define("REFERENCE_DAY", referenceDay);
     record.define("INTENSITY", isIntensity != 0);
     record.define("INPUT", String(input));
     record.define("KIND", String(kind));
-    table.rwKeywordSet().defineRecord(factsKey, record);
+    table.rwKeywordSet().defineRecord(key, record);
 }
 
 int WorkFacts::read(const Table& table)
 {
     const TableRecord& keys = table.keywordSet();
     const TableDesc& desc = table.tableDesc();
-    if (!keys.isDefined(factsKey) || !desc.isColumn("ORIGINAL_FLAG") ||
+    if (!keys.isDefined(key) || !desc.isColumn("ORIGINAL_FLAG") ||
         !desc.isColumn("ORIGINAL_WEIGHT") || !desc.isColumn("PAVANE_TIME"))
         return 0;
-    const TableRecord& record = keys.subRecord(factsKey);
+    const TableRecord& record = keys.subRecord(key);
     if (record.asInt("VERSION") != 1)
         throw Failure("was made by a newer version of pavane-ms");
     hands.clear();
     for (const String& name : record.asArrayString("HANDS"))
         hands.push_back(name);
-    const auto ints = [&](const char* key) {
-        const Array<Int> values = record.asArrayInt(key);
+    const auto ints = [&](const char* name) {
+        if (!record.isDefined(name))
+            return std::vector<int>();
+        const Array<Int> values = record.asArrayInt(name);
         return std::vector<int>(values.begin(), values.end());
     };
     ifs = ints("IFS");
     antennaNumbers = ints("ANTENNA_NUMBERS");
+    antennaSubarrays = ints("ANTENNA_SUBARRAYS");
     sources = ints("SOURCES");
     referenceDay = record.asDouble("REFERENCE_DAY");
     isIntensity = record.asBool("INTENSITY");

@@ -33,9 +33,12 @@ struct MsWindow {
 
 /// What `correct` and hosts have to know of a working copy; kept as a keyword of its table.
 struct WorkFacts {
+    static constexpr const char* key = "PAVANE";
+
     std::vector<std::string> hands;
     std::vector<int> ifs;             ///< number of the IF of each spectral window
-    std::vector<int> antennaNumbers;  ///< of each row of ANTENNA
+    std::vector<int> antennaNumbers;    ///< of each row of ANTENNA
+    std::vector<int> antennaSubarrays;  ///< likewise, from 1; 0: of all
     std::vector<int> sources;         ///< of each row of FIELD
     double referenceDay = 0;          ///< Julian date
     int isIntensity = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@ namespace pavane_ms
 /// Each does a command with the words behind its name, and throws what goes wrong.
 void importData(const std::vector<std::string>& words);
 void correctData(const std::vector<std::string>& words);
+void exportData(const std::vector<std::string>& words);
 void showFacts(const std::vector<std::string>& words);
 
 /// A line "name value" on the standard output.

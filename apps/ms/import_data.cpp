@@ -6,6 +6,7 @@
 #include "apps/ms/OutputPath.h"
 
 #include <casacore/tables/Tables/Table.h>
+#include <casacore/tables/Tables/TableRecord.h>
 #include <filesystem>
 #include <system_error>
 
@@ -32,8 +33,7 @@ int isWorkingCopy(const std::string& name)
         return 0;
     try {
         const casacore::Table table(name, casacore::TableLock(casacore::TableLock::NoLocking));
-        WorkFacts facts;
-        return facts.read(table);
+        return table.keywordSet().isDefined(WorkFacts::key);
     } catch (const std::exception&) {
         return 0;
     }

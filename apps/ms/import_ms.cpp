@@ -197,6 +197,7 @@ void MsImport::writeTables(MsBuilder& builder, WorkFacts& facts)
         facts.ifs.push_back(one.ifNumber);
     for (rownr_t i = 0; i < ms.antenna().nrow(); ++i)
         facts.antennaNumbers.push_back(static_cast<int>(i) + 1);
+    facts.antennaSubarrays.assign(facts.antennaNumbers.size(), 0);
     for (std::size_t i = 0; i < fields_.size(); ++i)
         facts.sources.push_back(static_cast<int>(i) + 1);
 }

@@ -366,8 +366,10 @@ void UvImport::writeTables(MsBuilder& builder, WorkFacts& facts)
     facts.kind = "UVFITS";
     for (const MsWindow& window : windows_)
         facts.ifs.push_back(window.ifNumber);
-    for (const UvAntenna& antenna : antennas_)
+    for (const UvAntenna& antenna : antennas_) {
         facts.antennaNumbers.push_back(antenna.number);
+        facts.antennaSubarrays.push_back(antenna.subarray);
+    }
     for (const UvSource& field : fields_)
         facts.sources.push_back(field.id);
 }

@@ -51,6 +51,7 @@ constexpr Command commands[] = {
     {"correct", correctData,
      "WORK.ms [--form mean|strict|RR|LL|XX|YY|I] [--gains FILE.txt]... [--flags FILE.txt]"
      " [--keep-failed] [--keep-weights]"},
+    {"export", exportData, "WORK.ms OUT.uvfits --column DATA|CORRECTED_DATA|MODEL_DATA"},
     {"facts", showFacts,
      "DATA [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source NAME]"},
 };
