@@ -197,8 +197,12 @@ void UvFile::readTables()
     std::int64_t start = header_.next;
     for (int i = 0; i < mostTables && start < file_.size(); ++i, start = header.next) {
         if (!readHeader(file_, start, header)) {
-            notes_.emplace_back("what follows its groups and tables cannot be read");
-            return;
+            // other records may follow, but no header that is cut
+            char begin[8] = {};
+            file_.read(start, begin, std::min<std::size_t>(sizeof begin, static_cast<std::size_t>(file_.size() - start)));
+            if (std::string_view(begin, sizeof begin) == "XTENSION")
+                throw Failure("has a damaged header behind its groups");
+            break;
         }
         const std::string name = header.text("EXTNAME");
         const int isKnown =
@@ -206,10 +210,8 @@ void UvFile::readTables()
         FitsTable table;
         if (!isKnown)
             continue;
-        if (!table.read(file_, header)) {
-            notes_.push_back("its table " + name + " is damaged and left out");
-            continue;
-        }
+        if (!table.read(file_, header))
+            throw Failure("has a damaged table " + name);
         if (name == "AIPS AN")
             readAntennas(table, header);
         else if (name == "AIPS FQ" && !hasSelections++)
@@ -219,6 +221,8 @@ void UvFile::readTables()
         else if (name == "AIPS NX" && !hasScans++)
             readScans(table);
     }
+    if (antennas_.empty())
+        notes_.emplace_back("no table tells of its antennas");
 }
 
 void UvFile::readAntennas(const FitsTable& table, const FitsHeader& header)

@@ -52,7 +52,12 @@ int readNumber(std::string_view text, int& value) { return readWhole(text, value
 std::string numberText(double value)
 {
     char buffer[40];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value);
+    // whole numbers, frequencies above all, are read more easily without an exponent
+    constexpr double plainest = 1e15;
+    const int isWhole = std::abs(value) < plainest && std::floor(value) == value;
+    const auto end =
+        isWhole ? std::to_chars(buffer, buffer + sizeof buffer, static_cast<long long>(value))
+                : std::to_chars(buffer, buffer + sizeof buffer, value);
     return {buffer, end.ptr};
 }
 
