@@ -36,11 +36,11 @@ struct WorkFacts {
     static constexpr const char* key = "PAVANE";
 
     std::vector<std::string> hands;
-    std::vector<int> ifs;             ///< number of the IF of each spectral window
+    std::vector<int> ifs;               ///< number of the IF of each spectral window
     std::vector<int> antennaNumbers;    ///< of each row of ANTENNA
     std::vector<int> antennaSubarrays;  ///< likewise, from 1; 0: of all
-    std::vector<int> sources;         ///< of each row of FIELD
-    double referenceDay = 0;          ///< Julian date
+    std::vector<int> sources;           ///< of each row of FIELD
+    double referenceDay = 0;            ///< Julian date
     int isIntensity = 0;
     std::string input, kind;  ///< "UVFITS" or "MS"
 

@@ -199,7 +199,9 @@ void UvFile::readTables()
         if (!readHeader(file_, start, header)) {
             // other records may follow, but no header that is cut
             char begin[8] = {};
-            file_.read(start, begin, std::min<std::size_t>(sizeof begin, static_cast<std::size_t>(file_.size() - start)));
+            file_.read(start, begin,
+                       std::min<std::size_t>(sizeof begin,
+                                             static_cast<std::size_t>(file_.size() - start)));
             if (std::string_view(begin, sizeof begin) == "XTENSION")
                 throw Failure("has a damaged header behind its groups");
             break;
