@@ -144,6 +144,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/imaging/AStudy.h
     pavane/imaging/clean_parameters.h
     pavane/imaging/round_maps.h
+    pavane/imaging/study_export.h
     pavane/imaging/StudyJob.h
     pavane/imaging/StudyRound.h
     pavane/imaging/WscleanEngine.h

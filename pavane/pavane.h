@@ -144,6 +144,7 @@
 #include "pavane/imaging/AStudy.h"
 #include "pavane/imaging/clean_parameters.h"
 #include "pavane/imaging/round_maps.h"
+#include "pavane/imaging/study_export.h"
 #include "pavane/imaging/StudyJob.h"
 #include "pavane/imaging/StudyRound.h"
 #include "pavane/imaging/WscleanEngine.h"

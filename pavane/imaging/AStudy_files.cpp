@@ -122,15 +122,17 @@ void AStudy::sweep()
             used.insert(each.maps + ending);
     }
     std::string why;
+    // maps of a round that cannot be read are kept: someone may mend it
     for (const std::string& name : namesIn(state_->path("shared")))
-        if (!used.count(name))
+        if (damaged_ == 0 && !used.count(name))
             (void)removeAll(state_->path("shared/" + name), why);
     for (const std::string& name : namesIn(state_->path("rounds")))
         if (name.front() == '.')
             (void)removeAll(state_->path("rounds/" + name), why);
     // temporary files of the engine and data that were not brought to their end
     for (const std::string& name : namesIn(state_->path("work")))
-        if (name != "data.ms" && name != "data.uvfits" && name != "facts.txt")
+        if (name != "data.ms" && name != "data.uvfits" && name != "facts.txt" &&
+            name != "import.txt")
             (void)removeAll(state_->path("work/" + name), why);
 }
 

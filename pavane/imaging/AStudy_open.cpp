@@ -116,8 +116,7 @@ StudyOpening AStudy::open(const std::string& folder, int takeOver)
             close();
             return StudyOpening::failed;
         }
-        if (damaged_ == 0)
-            sweep();
+        sweep();
     }
     return opening;
 }

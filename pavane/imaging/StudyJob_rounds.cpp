@@ -1,4 +1,5 @@
 #include "pavane/imaging/study_text.h"
+#include "pavane/imaging/study_words.h"
 #include "pavane/imaging/StudyJob_work.h"
 #include "tessel/folders.h"
 #include "tessel/paths.h"
@@ -419,7 +420,13 @@ int StudyJob::Work::planImport(const ImportChoice& choice)
     add("--hands", choice.hands);
     add("--source", choice.source);
     const bool isTable = IsFolderExists(input);
-    before([this, isTable, input] {
+    before([this, isTable, input, words] {
+        // with the name of the data left open, for whoever repeats it
+        std::vector<std::string> repeated = words;
+        repeated[1] = "DATA";
+        std::string error;
+        if (!writeWhole(path("work/import.txt"), commandLines({repeated}), error))
+            return fail("work/import.txt " + error);
         return study.setData(isTable ? "work/data.uvfits" : input, text)
                    ? 1
                    : fail("the study: " + study.fault());

@@ -1,10 +1,6 @@
+#include "pavane/imaging/study_words.h"
 #include "pavane/imaging/StudyJob_work.h"
 #include "tessel/folders.h"
-#include "tessel/paths.h"
-#include "tessel/value_text.h"
-
-#include <algorithm>
-#include <sstream>
 
 namespace pavane
 {
@@ -12,19 +8,7 @@ namespace pavane
 namespace
 {
 
-constexpr std::int64_t mostFlagFile = std::int64_t{256} << 20U;
 constexpr const char* newFolder = "work/new";
-
-std::string commandLines(const std::vector<std::vector<std::string>>& commands)
-{
-    std::string lines;
-    for (const std::vector<std::string>& words : commands) {
-        for (std::size_t i = 0; i < words.size(); ++i)
-            lines += (i ? "\t" : "") + words[i];
-        lines += '\n';
-    }
-    return lines;
-}
 
 }  // namespace
 
@@ -49,8 +33,12 @@ int StudyJob::Work::begin()
 
 std::string StudyJob::Work::relative(const std::string& name) const
 {
-    const std::string start = study.folder() + "/";
-    return name.compare(0, start.size(), start) == 0 ? name.substr(start.size()) : name;
+    return relativeName(study, name);
+}
+
+EngineTask StudyJob::Work::taskFor(const CleanParameters& parameters) const
+{
+    return studyTask(study, parameters, programs.threads);
 }
 
 int StudyJob::Work::copy(const std::string& from, const std::string& to)
@@ -73,69 +61,6 @@ int StudyJob::Work::move(const std::string& from, const std::string& to)
     return 1;
 }
 
-int StudyJob::Work::factLine(const std::string& name, std::string& value) const
-{
-    std::istringstream in(study.facts());
-    std::string line;
-    while (std::getline(in, line))
-        if (line.compare(0, name.size() + 1, name + " ") == 0) {
-            value = line.substr(name.size() + 1);
-            return 1;
-        }
-    return 0;
-}
-
-double StudyJob::Work::fact(const std::string& name, std::size_t field, double missing) const
-{
-    std::string line;
-    if (!factLine(name, line))
-        return missing;
-    std::string_view rest = line;
-    for (; field > 0; --field) {
-        const std::size_t tab = rest.find('\t');
-        if (tab == std::string_view::npos)
-            return missing;
-        rest.remove_prefix(tab + 1);
-    }
-    double value = missing;
-    return stoval(rest.substr(0, std::min(rest.find('\t'), rest.size())), value) ? value : missing;
-}
-
-EngineTask StudyJob::Work::taskFor(const CleanParameters& parameters) const
-{
-    EngineTask task;
-    task.data = "work/data.ms";
-    task.folder = newFolder;
-    task.threads = programs.threads;
-    task.parameters = parameters;
-    task.centreX = fact("source", 2, 0);
-    task.centreY = fact("source", 3, 0);
-    return task;
-}
-
-/// A selection of times is flags of all others, behind those of the user.
-int StudyJob::Work::writeTimes(const DataState& data, std::string& flags)
-{
-    flags = data.flags > 0 ? relative(study.flagFile(data.flags)) : std::string();
-    if (data.start == data.end)
-        return 1;
-    std::string text, why;
-    if (data.flags > 0 && !readWhole(path(flags), mostFlagFile, text, why))
-        return fail(flags + " " + why);
-    if (text.empty())
-        text = "# pavane flags 1\n# referenceday " + valToStr(fact("referenceday", 0, 0)) + "\n";
-    if (text.back() != '\n')
-        text += '\n';
-    const auto flag = [&text](double start, double end) {
-        text += "flag\t0\t0\t0\t*\t*\t" + valToStr(start) + "\t" + valToStr(end) + "\t0\n";
-    };
-    flag(-1e6, data.start);
-    flag(data.end, 1e6);
-    flags = "gains/times-" + valToStr(data.start) + "-" + valToStr(data.end) + "-" +
-            std::to_string(data.flags) + ".txt";
-    return writeWhole(path(flags), text, why) ? 1 : fail(flags + " " + why);
-}
-
 int StudyJob::Work::needData(const DataState& data)
 {
     if (!study.hasData())
@@ -143,24 +68,10 @@ int StudyJob::Work::needData(const DataState& data)
     const std::string wanted = AStudy::tagOf(data);
     if (study.correctedTag() == DataTag{1, wanted})
         return 1;
-    std::vector<std::string> words = {"correct", "work/data.ms", "--form", data.form};
-    for (const int gains : data.chain) {
-        if (!IsFileExists(study.gainText(gains)))
-            return fail("gains " + std::to_string(gains) + " are not in the study");
-        words.insert(words.end(), {"--gains", relative(study.gainText(gains))});
-    }
-    std::string flags;
-    if (!writeTimes(data, flags))
-        return 0;
-    if (!flags.empty()) {
-        if (!IsFileExists(path(flags)))
-            return fail(flags + " is not in the study");
-        words.insert(words.end(), {"--flags", flags});
-    }
-    if (data.keepsFailed)
-        words.emplace_back("--keep-failed");
-    if (data.keepsWeights)
-        words.emplace_back("--keep-weights");
+    std::vector<std::string> words, files;
+    std::string why;
+    if (!correctWords(study, data, words, files, why))
+        return fail(why);
     // rows that were flagged may have had no model written
     if (!study.setCorrectedTag({}) || !study.setModelTag({}))
         return fail("the study: it " + study.fault());

@@ -43,9 +43,6 @@ public:
     EngineTask taskFor(const CleanParameters& parameters) const;
     std::string path(const std::string& name) const { return study.folder() + "/" + name; }
     std::string relative(const std::string& name) const;
-    double fact(const std::string& name, std::size_t field, double missing) const;
-    int factLine(const std::string& name, std::string& value) const;
-    int writeTimes(const DataState& data, std::string& flags);
 
     // StudyJob_rounds.cpp: rounds
     int planFirst(const CleanParameters& parameters);

@@ -74,7 +74,8 @@ inline JobTurn runJob(StudyJob& job, int stopAfter = -1)
     return turn;
 }
 
-/// Runs a job with the scripted engine in this process; child number `at` does mischief.
+/// Runs a job with the scripted engine in this process; child number `at`, or with -1 that which
+/// cleans, does mischief.
 inline JobTurn runScriptedJob(StudyJob& job, Mischief mischief = Mischief::none, int at = 0,
                               int* children = nullptr)
 {
@@ -84,8 +85,10 @@ inline JobTurn runScriptedJob(StudyJob& job, Mischief mischief = Mischief::none,
         // env -C FOLDER words...
         const std::vector<std::string> words(command.words.begin() + 3, command.words.end());
         job.started(getpid(), processStartTime(getpid()));
-        const int status = runScripted(words, command.words[2], n == at ? mischief : Mischief::none,
-                                       [&job](const std::string& line) { job.line(line); });
+        const int status =
+            runScripted(words, command.words[2],
+                        n == at || (at < 0 && words[1] == "round") ? mischief : Mischief::none,
+                        [&job](const std::string& line) { job.line(line); });
         job.ended(status);
         if (children)
             *children = n + 1;

@@ -1,0 +1,219 @@
+#include "pavane/imaging/study_export.h"
+#include "pavane/imaging/study_text.h"
+#include "tessel/paths.h"
+#include "tests/imaging/study_host.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace pavane
+{
+namespace
+{
+
+StudyRecord fullRecord()
+{
+    StudyRecord record;
+    record.source = "/data/-a \"b\"\\n\tc\n.uvfits";
+    record.uvfits = "work/data.uvfits";
+    record.settings.parameters.ifs = {0, 3};
+    record.settings.parameters.cell = 0.1 + 0.2;
+    record.settings.parameters.unit = ThresholdUnit::sigma;
+    record.settings.chain = {{2, 7, 0, "phase\t60 s", {1, 5}}, {1, 9, 1, "", {}}};
+    record.settings.other = {"palette heat", "", "two\nlines"};
+    record.model = {1, "round 3 ifs 0,3"};
+    record.nextRound = 12;
+    record.notes[3] = "wider area\nsee log";
+    return record;
+}
+
+TEST(StudyText, ComesBack)
+{
+    const StudyRecord record = fullRecord();
+    StudyRecord read;
+    std::string fault;
+    ASSERT_EQ(readStudyText(studyText(record), read, fault), StudyTextKind::good) << fault;
+    EXPECT_EQ(read.source, record.source);
+    EXPECT_EQ(read.settings, record.settings);
+    EXPECT_EQ(read.model, record.model);
+    EXPECT_EQ(read.corrected, DataTag());
+    EXPECT_EQ(read.notes, record.notes);
+    EXPECT_EQ(studyText(read), studyText(record));
+
+    StudyRound round;
+    round.id = 4;
+    round.parent = 2;
+    round.kind = RoundKind::residual;
+    round.data.chain = {1, 2};
+    round.mask = "mask-0a";
+    round.numbers.restoredFlux = std::numeric_limits<double>::quiet_NaN();
+    round.numbers.peakX = 7;
+    round.course = {{0, 1.5}, {100, 0.25}};
+    round.commands = {{"cp", "a b", "c\td"}, {"wsclean", "-name", "x"}};
+    StudyRound back;
+    ASSERT_EQ(readRoundText(roundText(round), back, fault), StudyTextKind::good) << fault;
+    EXPECT_EQ(back.commands, round.commands);
+    EXPECT_EQ(back.data, round.data);
+    EXPECT_EQ(roundText(back), roundText(round));
+}
+
+TEST(StudyText, BadAndNewerOnes)
+{
+    const std::string good = studyText(fullRecord());
+    const auto with = [&good](const std::string& line) {
+        return good.substr(0, good.size() - 4) + line + "\nend\n";
+    };
+    const struct {
+        std::string text;
+        StudyTextKind kind;
+    } cases[] = {
+        {"", StudyTextKind::bad},
+        {"# pavane study ", StudyTextKind::bad},
+        {"# pavane study 0\nend\n", StudyTextKind::bad},
+        {good.substr(0, good.size() / 2), StudyTextKind::bad},
+        {good + "more", StudyTextKind::bad},
+        {with("colour red"), StudyTextKind::bad},
+        {with("width 1e9"), StudyTextKind::bad},
+        {with("width 99999999999999999999"), StudyTextKind::bad},
+        {with("cell nan"), StudyTextKind::bad},
+        {with("ifs 1,-2"), StudyTextKind::bad},
+        {with("link 1"), StudyTextKind::bad},
+        {with("note x"), StudyTextKind::bad},
+        {with("modelcolumn perhaps"), StudyTextKind::bad},
+        {with("cell 0.5"), StudyTextKind::good},
+        {"# pavane study 2\ncolour red\ncell 0.5\nend\n", StudyTextKind::newer},
+    };
+    for (const auto& c : cases) {
+        StudyRecord record;
+        std::string fault;
+        EXPECT_EQ(readStudyText(c.text, record, fault), c.kind) << c.text.substr(0, 60) << fault;
+        EXPECT_EQ(fault.empty(), c.kind != StudyTextKind::bad);
+    }
+    StudyRound round;
+    std::string fault;
+    EXPECT_EQ(readRoundText("# pavane round 1\nmask ../../x\nend\n", round, fault),
+              StudyTextKind::bad);
+    EXPECT_EQ(readRoundText("# pavane round 1\nkind best\nend\n", round, fault),
+              StudyTextKind::bad);
+}
+
+class Scripted : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        parameters_.width = parameters_.height = 16;
+        parameters_.cell = 0.2;
+        parameters_.iterations = 5;
+        std::ofstream(data_) << "data";
+        ASSERT_TRUE(study_.create(folder_, data_)) << study_.fault();
+        StudyJob job = newJob();
+        job.import({});
+        ASSERT_EQ(runScriptedJob(job), JobTurn::done) << job.fault();
+    }
+    StudyJob newJob() { return StudyJob(study_, programs()); }
+    JobPrograms programs() const
+    {
+        JobPrograms all;
+        all.engine = &engine_;
+        all.data = {"scripted-ms"};
+        return all;
+    }
+    int clean(int parent, const std::string& areas = "")
+    {
+        StudyJob job = newJob();
+        job.clean(parent, parameters_, areas);
+        EXPECT_EQ(runScriptedJob(job), JobTurn::done) << job.fault();
+        return job.result();
+    }
+    TestFolder place_{"a study's"};
+    std::string data_ = place_.path() + "/-it's \"data\".uvfits";
+    std::string folder_ = place_.path() + "/-o'ne two.pavane";
+    ScriptedEngine engine_;
+    AStudy study_;
+    CleanParameters parameters_;
+};
+
+TEST_F(Scripted, WhatAnEngineDoesWrongLeavesTheStudy)
+{
+    const int parent = clean(-1);
+    const struct {
+        Mischief mischief;
+        const char* part;  // of the fault
+    } cases[] = {{Mischief::killed, "signal"},
+                 {Mischief::noFiles, "without a good map"},
+                 {Mischief::cutMap, "without a good map"},
+                 {Mischief::nanMap, "no cell with a value"},
+                 {Mischief::wrongSize, "another size"},
+                 {Mischief::fails, "the script says no"}};
+    for (const auto& c : cases) {
+        StudyJob job = newJob();
+        job.clean(parent, parameters_, "");
+        EXPECT_EQ(runScriptedJob(job, c.mischief, -1), JobTurn::failed);
+        EXPECT_NE(job.fault().find(c.part), std::string::npos) << job.fault();
+        EXPECT_FALSE(study_.modelTag().isKnown);
+        EXPECT_EQ(study_.rounds().size(), 2U);
+        EXPECT_FALSE(IsFolderExists(folder_ + "/work/new"));
+        EXPECT_FALSE(IsFolderExists(folder_ + "/rounds/.new"));
+    }
+    StudyJob flooded = newJob();
+    flooded.clean(parent, parameters_, "");
+    EXPECT_EQ(runScriptedJob(flooded, Mischief::flood, -1), JobTurn::done) << flooded.fault();
+    EXPECT_LT(flooded.log().size(), 1000U);
+    EXPECT_LT(bytesOf(study_.logFile(flooded.result())), 2 << 20);
+    parameters_.robust = 1;
+    StudyJob job = newJob();
+    job.firstMaps(parameters_);
+    EXPECT_EQ(runScriptedJob(job, Mischief::noData, 0), JobTurn::failed);
+    EXPECT_NE(job.fault().find("no visibility"), std::string::npos) << job.fault();
+}
+
+TEST_F(Scripted, LocksAndCopies)
+{
+    const int round = clean(-1);
+    AStudy other;
+    EXPECT_EQ(other.open(folder_), StudyOpening::held);
+    EXPECT_EQ(other.holder().process, getpid());
+    // a copy of a folder that is open: its lock tells of a program that does not have it
+    const std::string copy = place_.path() + "/copy.pavane";
+    std::filesystem::copy(folder_, copy, std::filesystem::copy_options::recursive);
+    EXPECT_EQ(other.open(copy), StudyOpening::dead);
+    EXPECT_EQ(other.open(copy, 1), StudyOpening::opened);
+    EXPECT_NE(other.round(round), nullptr);
+    other.close();
+    // half of it
+    std::filesystem::remove(copy + "/rounds/0001/model.fits");
+    EXPECT_EQ(other.open(copy), StudyOpening::opened);
+    EXPECT_EQ(other.round(round), nullptr);
+    EXPECT_EQ(other.notes().size(), 1U);
+    EXPECT_GT(other.nextRoundId(), round);
+    other.close();
+    // of a newer version
+    std::ofstream(copy + "/study.txt") << "# pavane study 2\nnews 1\nend\n";
+    EXPECT_EQ(other.open(copy), StudyOpening::readOnly);
+    EXPECT_FALSE(other.setSettings({}) && other.setNote(0, "x"));
+    EXPECT_EQ(other.open(place_.path()), StudyOpening::failed);
+    EXPECT_FALSE(other.create(folder_, data_));
+}
+
+TEST_F(Scripted, ExportsAreWhole)
+{
+    const int round = clean(clean(-1));
+    StudyJob job = newJob();
+    job.restore(round);
+    ASSERT_EQ(runScriptedJob(job), JobTurn::done) << job.fault();
+    std::vector<std::string> notes;
+    std::string fault;
+    const std::string to = place_.path() + "/out";
+    ASSERT_TRUE(exportRound(study_, round, programs(), to, notes, fault)) << fault;
+    for (const char* name : {"map.fits", "residual.fits", "model.fits", "components.txt",
+                             "beam.fits", "dirty.fits", "make-maps.sh"})
+        EXPECT_TRUE(IsFileExists(to + "/" + name)) << name;
+    EXPECT_FALSE(exportRound(study_, round, programs(), to, notes, fault)) << "overwrites";
+    EXPECT_FALSE(exportRound(study_, round, programs(), folder_ + "/x", notes, fault));
+    EXPECT_EQ(shellWord("it's"), "'it'\\''s'");
+}
+
+}  // namespace
+}  // namespace pavane
