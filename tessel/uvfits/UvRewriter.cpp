@@ -38,10 +38,9 @@ int keep(double value, const CellScale& scale, unsigned char* to)
     const double wanted = (value - scale.zero) / scale.scale;
     if constexpr (std::is_integral_v<Stored>) {
         const double whole = std::nearbyint(wanted);
-        // the upper end of 64 bits is no double
-        constexpr double least = static_cast<double>(std::numeric_limits<Stored>::min());
-        constexpr double beyond =
-            2 * (static_cast<double>(std::numeric_limits<Stored>::max() / 2) + 1);
+        constexpr auto least = static_cast<double>(std::numeric_limits<Stored>::min());
+        // of 64 bits the greatest is no double: the power of two above it
+        constexpr double beyond = static_cast<double>(std::numeric_limits<Stored>::max()) + 1;
         if (std::isnan(wanted)) {
             if (!scale.hasBlank ||
                 scale.blank < static_cast<std::int64_t>(std::numeric_limits<Stored>::min()) ||
