@@ -154,8 +154,8 @@ int DataWindow::OpenFile(const std::string& file)
     auto opened = std::make_unique<DataDocument>();
     std::string error;
     int isOpen = 0;
-    if (!doLongWork(this, "Opening " + baseNameOf(file), [&](AProgressWriter& writer) {
-            return isOpen = opened->open(file, error, times_, tellTo(writer));
+    if (!doLongWork(this, "Opening " + baseNameOf(file), [&](const ProgressFunction& tell) {
+            return isOpen = opened->open(file, error, times_, tell);
         })) {
         status_.SetMessage(baseNameOf(file) + " was not opened");
         return 0;

@@ -4,10 +4,6 @@
 #include "apps/view/map_options.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "tessel/paths.h"
-#include "tessel/rounding.h"
-
-#include <algorithm>
-#include <utility>
 
 namespace pavane
 {
@@ -18,34 +14,15 @@ namespace
 /// A plane of more cells lasts: 64 MB.
 constexpr std::int64_t largePlane = std::int64_t{16} * 1024 * 1024;
 
-/// In a thread; the cells are read first, and their range and noise are about as much again.
-int readPieces(const std::string& file, int plane, MapContent& content, std::string& error,
-               AProgressWriter& writer)
-{
-    constexpr int pieces = 1000;
-    constexpr double steps[] = {1, 1};
-    int read = 0;
-    writer.SetSteps(steps);
-    writer.SetTotal(pieces);
-    return readMapContent(file, plane, content, error, [&](double fraction) {
-        const int now = truncated(std::clamp(fraction, 0.0, 1.0) * pieces);
-        writer.Advance(now - std::exchange(read, now));
-        if (now == pieces) {
-            writer.SetTotal(0);
-            writer.SetText("range and noise of its cells");
-        }
-        return !writer.IsCancelled();
-    });
-}
-
 /// While the frame of `owner` waits; `error` is empty when the user gave up.
 int readContent(CWnd* owner, const std::string& file, int plane, MapContent& content,
                 std::string& error)
 {
     int read = 0;
-    const int done = doLongWork(owner, "Reading " + baseNameOf(file), [&](AProgressWriter& writer) {
-        return read = readPieces(file, plane, content, error, writer);
-    });
+    const int done =
+        doLongWork(owner, "Reading " + baseNameOf(file), [&](const ProgressFunction& tell) {
+            return read = readMapContent(file, plane, content, error, tell);
+        });
     if (!done)
         error.clear();
     return done && read;

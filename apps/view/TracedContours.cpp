@@ -27,8 +27,8 @@ void TracedContours::trace(CWnd* owner, const MapContent& content, const LevelCh
         return;
     levels_ = values.size();
     int isTraced = 0;
-    const int done = doLongWork(owner, "Tracing contours", [&](AProgressWriter& writer) {
-        isTraced = lines_.trace(cells, values, bestSimdPath(), tellTo(writer));
+    const int done = doLongWork(owner, "Tracing contours", [&](const ProgressFunction& tell) {
+        isTraced = lines_.trace(cells, values, bestSimdPath(), tell);
         return isTraced;
     });
     if (isTraced)

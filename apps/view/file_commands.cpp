@@ -317,9 +317,8 @@ void MainWindow::saveMask()
     if (mask.rows())
         areas().FillMatrix(mask, on.columns, on.rows, on.range);
     int written = 0;
-    const auto write = [&](AProgressWriter& writer) {
-        return written =
-                   writeFitsMask(name, mask, map_->inputs().map.header, error, tellTo(writer));
+    const auto write = [&](const ProgressFunction& tell) {
+        return written = writeFitsMask(name, mask, map_->inputs().map.header, error, tell);
     };
     if (mask.rows() && !doLongWork(this, "Saving " + baseNameOf(name), write)) {
         status_.SetMessage("The mask was not saved");

@@ -1,46 +1,33 @@
 #include "apps/view/long_work.h"
 
+#include "pavane/progress/AProgress.h"
 #include "pavane/windows/controls/AProgressDlg.h"
 #include "tessel/rounding.h"
 
 #include <algorithm>
-#include <system_error>
-#include <thread>
 
 namespace pavane
 {
 
-int doLongWork(CWnd* owner, const CString& name, const std::function<int(AProgressWriter&)>& work)
-{
-    AProgress progress;
-    const auto run = [&work](AProgressWriter writer) {
-        if (work(writer) || !writer.IsCancelled())
-            (void)writer.Finish();
-    };
-    std::thread thread;
-    try {
-        thread = std::thread(run, AProgressWriter(progress));
-    } catch (const std::system_error&) {
-        run(AProgressWriter(progress));  // no room for another thread
-    }
-    AProgressDlg dialog(owner);
-    (void)dialog.Watch(progress, name);
-    // what it works on is the caller's, so it is waited for in any case
-    if (thread.joinable())
-        thread.join();
-    return progress.GetReport().state == ProgressState::finished;
-}
-
-ProgressFunction tellTo(AProgressWriter& writer)
+int doLongWork(CWnd* owner, const CString& name,
+               const std::function<int(const ProgressFunction&)>& work)
 {
     constexpr int pieces = 1000;
+    const AProgress progress;
+    AProgressWriter writer(progress);
     writer.SetTotal(pieces);
-    return [&writer, told = 0](double fraction) mutable {
+    AProgressDlg dialog(owner);
+    dialog.Follow(progress, name);
+    int told = 0;
+    const ProgressFunction tell = [&](double fraction) {
         const int now = fraction >= 0 && fraction <= 1 ? truncated(fraction * pieces) : told;
         writer.Advance(now - told);
         told = std::max(told, now);
-        return !writer.IsCancelled();
+        return dialog.Look() && !writer.IsCancelled();
     };
+    if (work(tell) || !writer.IsCancelled())
+        (void)writer.Finish();
+    return progress.GetReport().state == ProgressState::finished;
 }
 
 }  // namespace pavane

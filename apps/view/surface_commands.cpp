@@ -39,9 +39,10 @@ std::unique_ptr<SideMap> MainWindow::askMap(const CString& title)
     auto side = std::make_unique<SideMap>();
     std::string error;
     int isRead = 0;
-    const int isDone = doLongWork(this, "Reading " + baseNameOf(name), [&](AProgressWriter& to) {
-        return isRead = side->read(name, error, tellTo(to));
-    });
+    const int isDone =
+        doLongWork(this, "Reading " + baseNameOf(name), [&](const ProgressFunction& tell) {
+            return isRead = side->read(name, error, tell);
+        });
     if (isDone && !isRead)
         AfxMessageBox(name + ": " + error, MB_ICONERROR);
     if (!isDone || !isRead)

@@ -1,4 +1,4 @@
-// Work of pavane-view in a thread of its own.
+// Work of pavane-view that lasts.
 #include "apps/view/long_work.h"
 #include "apps/view/picture_file.h"
 #include "platform/CDC.h"
@@ -32,12 +32,13 @@ struct LeavingFrame : CWnd {
     }
 };
 
-int waitForTheEnd(const AProgressWriter& writer)
+int tellUntilTheEnd(const ProgressFunction& tell)
 {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-    while (!writer.IsCancelled() && std::chrono::steady_clock::now() < end)
+    int goesOn = 1;
+    while ((goesOn = tell(0.5)) && std::chrono::steady_clock::now() < end)
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    return writer.IsCancelled();
+    return !goesOn;
 }
 
 }  // namespace
@@ -49,11 +50,10 @@ TEST(LongWork, KeepsWhatWasDoneAlthoughTheUserGaveUp)
     } rows[] = {{0, 1, 1}, {0, 0, 1}, {1, 0, 0}, {1, 1, 1}};
     for (const auto& row : rows) {
         LeavingFrame frame;
-        const auto work = [&](AProgressWriter& writer) {
-            const ProgressFunction tell = tellTo(writer);
+        const auto work = [&](const ProgressFunction& tell) {
             EXPECT_TRUE(tell(0.5) && tell(-1) && tell(0.2) && tell(7));
             if (row.isGivenUp) {
-                EXPECT_TRUE(waitForTheEnd(writer));
+                EXPECT_TRUE(tellUntilTheEnd(tell));
                 EXPECT_FALSE(tell(0.6));
             }
             return row.isDone;

@@ -2,6 +2,11 @@
 
 #include "tessel/plain_text.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
 namespace pavane
 {
 
@@ -20,20 +25,73 @@ void makePlain(MapHeader& header)
     }
 }
 
+/// Share of the time that reading takes; range and noise are about as much again.
+constexpr double shareOfReading = 0.5;
+/// How often range and noise go over most maps: once, and for two medians twice each.
+constexpr double passes = 5;
+/// Cells from one word to the user to the next.
+constexpr std::int64_t cellsOfWord = std::int64_t{1} << 20;
+
+/// The cells of a map, telling now and then how far whoever reads them is. When nobody wants them
+/// any more all are blank, which is read fast.
+class WatchedAccess final : public AMatrixAccess
+{
+public:
+    WatchedAccess(const AMatrixAccess& cells, const ProgressFunction& progress)
+        : cells_(cells), progress_(progress)
+    {
+    }
+    int rows() const override { return cells_.rows(); }
+    int columns() const override { return cells_.columns(); }
+    void copyRow(int row, int first, int count, float* to) const override
+    {
+        cells_.copyRow(row, first, count, to);
+    }
+    const float* floatRow(int row) const override
+    {
+        read_ += columns();
+        if (goesOn_ && read_ - told_ >= cellsOfWord) {
+            told_ = read_;
+            const double all = passes * rows() * static_cast<double>(columns());
+            const double part = std::min(static_cast<double>(read_) / all, 1.0);
+            goesOn_ = !progress_ || progress_(shareOfReading + (1 - shareOfReading) * part);
+            if (!goesOn_)
+                blank_.assign(static_cast<std::size_t>(columns()),
+                              std::numeric_limits<float>::quiet_NaN());
+        }
+        return goesOn_ ? cells_.floatRow(row) : blank_.data();
+    }
+    int goesOn() const { return goesOn_; }
+
+private:
+    const AMatrixAccess& cells_;
+    const ProgressFunction& progress_;
+    mutable std::vector<float> blank_;
+    mutable std::int64_t read_ = 0, told_ = 0;
+    mutable int goesOn_ = 1;
+};
+
 }  // namespace
 
 int readMapContent(const CString& file, int plane, MapContent& content, CString& error,
                    const ProgressFunction& progress)
 {
-    if (!readFitsMap(file, plane, content.map, error, progress))
+    const auto reading = [&progress](double part) { return progress(shareOfReading * part); };
+    if (!readFitsMap(file, plane, content.map, error,
+                     progress ? ProgressFunction(reading) : ProgressFunction()))
         return 0;
     makePlain(content.map.header);
     const AMatrix<float>& cells = content.map.cells;
     content.frame = frameOf(content.map.header, cells.rows(), cells.columns());
-    const AFloatMatrixAccess access(cells);
+    const AFloatMatrixAccess plain(cells);
+    const WatchedAccess access(plain, progress);
     content.range = mapRange(access);
     content.noise = mapNoise(access);
-    return 1;
+    if (access.goesOn())
+        return 1;
+    content = {};
+    error = readingGivenUp;
+    return 0;
 }
 
 }  // namespace pavane
