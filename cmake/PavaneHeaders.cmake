@@ -93,6 +93,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/gains/GainSolver.h
     pavane/calibration/gains/SelfCalibration.h
     pavane/calibration/gains/UvCorrection.h
+    pavane/calibration/gains/UvReach.h
     pavane/calibration/PanelChart.h
     pavane/calibration/series_points.h
     pavane/calibration/visibility_charts.h

@@ -93,6 +93,7 @@
 #include "pavane/calibration/gains/GainSolver.h"
 #include "pavane/calibration/gains/SelfCalibration.h"
 #include "pavane/calibration/gains/UvCorrection.h"
+#include "pavane/calibration/gains/UvReach.h"
 #include "pavane/calibration/PanelChart.h"
 #include "pavane/calibration/series_points.h"
 #include "pavane/calibration/visibility_charts.h"

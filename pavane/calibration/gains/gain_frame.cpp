@@ -17,6 +17,12 @@ namespace pavane
 namespace
 {
 
+constexpr double secondsOfDay = 86400;
+/// What no calibration needs; beyond, a file that claims anything would take all memory.
+constexpr double mostIntervals = 1 << 22, mostGains = 1 << 24, mostSums = 1 << 23;
+/// Pairs of scans of an index and scans found that are looked at; an index beyond is no index.
+constexpr std::size_t mostScanPairs = std::size_t{1} << 26;
+
 std::vector<GainAntenna> antennasOf(const AUVXFile& file, const std::vector<UvBaseline>& baselines)
 {
     std::map<std::pair<int, int>, std::string> names;
@@ -48,7 +54,10 @@ std::vector<UvScan> scansOf(const AUVXFile& file, const UvMarks& marks,
         return source && marks.sources.get(static_cast<int>(source - file.sources().data())) != 0;
     };
     std::vector<UvScan> scans;
-    for (const UvScan& scan : file.hasIndex() ? file.scans() : std::vector<UvScan>()) {
+    const bool isIndexed =
+        file.hasIndex() &&
+        file.scans().size() <= mostScanPairs / std::max<std::size_t>(found.size(), 1);
+    for (const UvScan& scan : isIndexed ? file.scans() : std::vector<UvScan>()) {
         if (!std::isfinite(scan.start) || !std::isfinite(scan.end) || scan.start > scan.end)
             continue;
         // where its data begin and end
@@ -145,6 +154,16 @@ int makeGainFrame(const AUVXFile& file, const UvMarks& marks, const GainFrameRul
     if (!groupsOf(file, marks, rules, groups, error))
         return 0;
     const std::vector<UvScan> scans = scansOf(file, marks, found, integration);
+    if (!rules.isWhole && rules.seconds > 0) {
+        const double length = std::max(rules.seconds / secondsOfDay, std::max(integration, 0.0));
+        double pieces = 0;
+        for (const UvScan& scan : scans)
+            pieces += (scan.end - scan.start) / length;
+        if (!(pieces < mostIntervals)) {
+            error = "has times for more intervals than are solved for; choose longer ones";
+            return 0;
+        }
+    }
     std::vector<GainInterval> intervals = rules.isWhole
                                               ? wholeInterval(scans, integration)
                                               : gainIntervals(scans, rules.seconds, integration);
@@ -152,9 +171,17 @@ int makeGainFrame(const AUVXFile& file, const UvMarks& marks, const GainFrameRul
         error = "has no times that are chosen";
         return 0;
     }
-    if (!frame.create(antennasOf(file, baselines), std::move(intervals), std::move(groups),
+    std::vector<GainAntenna> antennas = antennasOf(file, baselines);
+    const auto n = static_cast<double>(antennas.size());
+    const double series = static_cast<double>(groups.size()) * static_cast<double>(hands.size());
+    if (series * n * (n - 1) / 2 > mostSums) {
+        error = "has more baselines, IFs and hands than are solved for at once; choose fewer IFs";
+        return 0;
+    }
+    if (series * n * static_cast<double>(intervals.size()) > mostGains ||
+        !frame.create(std::move(antennas), std::move(intervals), std::move(groups),
                       std::move(hands))) {
-        error = "would have more gains than there is memory for; choose longer intervals";
+        error = "would have more gains than are kept; choose longer intervals";
         return 0;
     }
     frame.referenceDay = file.header().referenceDay;

@@ -1,5 +1,6 @@
 #include "pavane/calibration/gains/GainApplier.h"
 #include "pavane/calibration/gains/SelfCalibration.h"
+#include "pavane/calibration/gains/UvReach.h"
 #include "tests/calibration/gains/simulated_file.h"
 
 #include <cmath>
@@ -304,6 +305,26 @@ TEST(SelfCalibration, TakesTheModelOfAnotherFile)
         }
         EXPECT_NE(refused.error().find("not what the model's"), std::string::npos);
     }
+}
+
+TEST(UvReach, TellsHowTheModelIsMade)
+{
+    Simulated data;
+    data.hasAutocorrelations = 1;
+    data.seconds = everySeconds(2, 10);
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(data.saved("reach.uvfits"), error)) << error;
+    UvReach reach(file);
+    while (reach.step(1)) {
+    }
+    EXPECT_EQ(reach.error(), "");
+    EXPECT_EQ(reach.places(), 15 * 2 * 4);
+    EXPECT_NEAR(reach.greatestW() / (5e-3 * 8.6e9), 1, 1e-6);
+    AComponents model = data.model;
+    EXPECT_EQ(modelWay(ModelVisibilities(model), reach), ModelWay::components);
+    (void)model.Add(ACompItem("1 1 0 1 0 0 1 0"));
+    EXPECT_EQ(modelWay(ModelVisibilities(model), reach), ModelWay::tooWide);
 }
 
 TEST(GainApplier, CorrectsAsTheFactorsDo)
