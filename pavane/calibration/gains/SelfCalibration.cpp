@@ -143,6 +143,10 @@ int SelfCalibration::goOn(std::int64_t bytes)
         }
         if (goesOn)
             return 1;
+        if (modelFile_ && nextModel())
+            return fail(std::string(otherModel) + "its group " +
+                        std::to_string(modelGroups_.first + modelAt_ + 1) +
+                        " follows on none of the same baseline and time");
         toSolve_ = solver_->openCount();
         solved_ = 0;
         phase_ = Phase::solve;
@@ -165,14 +169,8 @@ int SelfCalibration::begin()
 {
     if (!modelFile_ && model_.count() == 0)
         return fail("cannot be calibrated on a model without components");
-    if (modelFile_) {
-        const UvHeader& mine = data_.header();
-        const UvHeader& its = modelFile_->header();
-        if (mine.groups != its.groups || mine.ifs != its.ifs || mine.channels != its.channels ||
-            mine.stokes != its.stokes)
-            return fail(std::string(otherModel) +
-                        "groups, IFs, channels or polarisations are other ones");
-    }
+    if (modelFile_ && modelFile_->header().channels != data_.header().channels)
+        return fail(std::string(otherModel) + "it has other channels");
     if (!(rules_.leastUv < rules_.greatestUv))
         return fail("has nothing in a range of uv distances that is empty");
     if (!measureIntegration(data_, integration_))
@@ -200,16 +198,9 @@ int SelfCalibration::makeFrame()
     rules_.gains.references = std::move(references);
 
     choice_ = std::make_unique<UvChoice>(data_, marks_);
-    const UvHeader& header = data_.header();
-    for (std::size_t s = 0; s < header.stokes.size(); ++s) {
-        const auto [first, second] = handsOf(header.stokes[s]);
-        const int hand = frame.handOf(rules_.frame.joinsHands ? 'I' : first);
-        if (first == second && hand >= 0 && choice_->takesStokes(static_cast<int>(s)) &&
-            (first != 'I' || header.stokes[s] == 1))
-            cells_.push_back({static_cast<std::int64_t>(s), static_cast<std::size_t>(hand)});
-    }
-    for (int i = 0; i < header.ifs; ++i)
-        groupOf_.push_back(frame.groupOf(i));
+    solver_ = std::make_unique<GainSolver>(frame, rules_.gains);
+    if (!findCells())
+        return 0;
     std::vector<std::size_t> order(frame.intervals().size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::sort(order.begin(), order.end(), [&frame](std::size_t a, std::size_t b) {
@@ -222,15 +213,61 @@ int SelfCalibration::makeFrame()
     const std::size_t sums =
         frame.groups().size() * frame.hands().size() * (antennas * (antennas - 1) / 2);
     windowIntervals_ = std::max<std::size_t>(rules_.mostSums / std::max<std::size_t>(sums, 1), 1);
-    solver_ = std::make_unique<GainSolver>(frame, rules_.gains);
     beginPass();
     return 1;
+}
+
+/// The hands and IFs that count, and those of the model's file.
+int SelfCalibration::findCells()
+{
+    const AGains& frame = solver_->gains();
+    const UvHeader& header = data_.header();
+    for (std::size_t s = 0; s < header.stokes.size(); ++s) {
+        const int code = header.stokes[s];
+        const auto [first, second] = handsOf(code);
+        const int hand = frame.handOf(rules_.frame.joinsHands ? 'I' : first);
+        if (first != second || hand < 0 || !choice_->takesStokes(static_cast<int>(s)) ||
+            (first == 'I' && code != 1))
+            continue;
+        std::int64_t its = 0;
+        if (modelFile_) {
+            const std::vector<int>& codes = modelFile_->header().stokes;
+            const auto found = std::find(codes.begin(), codes.end(), code);
+            if (found == codes.end())
+                continue;
+            its = found - codes.begin();
+        }
+        cells_.push_back({static_cast<std::int64_t>(s), static_cast<std::size_t>(hand), its});
+    }
+    int isThere = !cells_.empty();
+    for (int i = 0; i < header.ifs; ++i) {
+        groupOf_.push_back(frame.groupOf(i));
+        if (!modelFile_)
+            continue;
+        const double hertz = data_.fqTbl().frequency(0, i, 0);
+        const double slack = std::abs(header.channelWidth) / 4 + 1;
+        int its = -1;
+        for (int k = 0; k < modelFile_->header().ifs && its < 0; ++k)
+            if (std::abs(modelFile_->fqTbl().frequency(0, k, 0) - hertz) <= slack)
+                its = k;
+        modelIf_.push_back(its);
+        if (its < 0)
+            groupOf_.back() = -1;
+    }
+    if (modelFile_)
+        isThere = isThere &&
+                  std::any_of(modelIf_.begin(), modelIf_.end(), [](int its) { return its >= 0; });
+    return isThere ||
+           fail(std::string(otherModel) + "it has none of the IFs or polarisations chosen");
 }
 
 void SelfCalibration::beginPass()
 {
     slices_ = std::make_unique<UvSlices>(data_);
     open_.clear();
+    modelGroups_.clear();
+    modelNext_ = 0;
+    modelAt_ = 0;
     windows_ = isByWindow_ ? (place_.size() + windowIntervals_ - 1) / windowIntervals_ : 1;
     phase_ = Phase::read;
 }
@@ -272,6 +309,9 @@ void SelfCalibration::take(const UvGroups& groups)
     const AGains& frame = solver_->gains();
     const int isFirst = window_ == 0;
     rows_.clear();
+    if (modelFile_ && !readModel(groups))
+        return;
+    const std::int64_t modelStep = modelFile_ ? modelFile_->cellSteps().group : 0;
     for (int i = 0; i < groups.count; ++i) {
         const auto g = static_cast<std::size_t>(i);
         const double time = groups.time[g];
@@ -295,18 +335,21 @@ void SelfCalibration::take(const UvGroups& groups)
         const auto at = static_cast<std::size_t>(interval);
         if (isByWindow_ && place_[at] / windowIntervals_ != window_)
             continue;
+        if (modelFile_ && modelIs_[g] == 0) {
+            ++counts_.noModel;
+            continue;
+        }
         rows_.push_back({i, at, static_cast<std::size_t>(a), static_cast<std::size_t>(b),
-                         frequencies, std::hypot(groups.u[g], groups.v[g])});
+                         frequencies, std::hypot(groups.u[g], groups.v[g]),
+                         modelFile_ ? modelCells_.data() + i * modelStep : nullptr,
+                         modelFile_ && modelIs_[g] < 0});
     }
     if (rows_.empty())
         return;
     const UvHeader& header = data_.header();
     const auto perRow =
         static_cast<std::size_t>(header.ifs) * static_cast<std::size_t>(header.channels);
-    if (modelFile_) {
-        if (!readModel(groups))
-            return;
-    } else {
+    if (!modelFile_) {
         u_.resize(rows_.size() * perRow);
         v_.resize(rows_.size() * perRow);
         values_.resize(rows_.size() * perRow);
@@ -349,10 +392,6 @@ void SelfCalibration::takeRows(const UvGroups& groups)
         }
         const float* const cells =
             groups.cells.data() + static_cast<std::int64_t>(row.group) * steps.group;
-        const float* const modelCells =
-            modelFile_ ? modelGroups_.cells.data() +
-                             static_cast<std::int64_t>(row.group) * modelSteps.group
-                       : nullptr;
         const double* hertz = row.frequencies;
         for (int f = 0; f < header.ifs; ++f) {
             const int group = groupOf_[static_cast<std::size_t>(f)];
@@ -371,13 +410,12 @@ void SelfCalibration::takeRows(const UvGroups& groups)
                     const double stored =
                         steps.hasWeights ? double{cells[at + 2 * steps.part]} : 1.0;
                     std::complex<double> value;
-                    if (modelCells) {
-                        const std::int64_t its = f * modelSteps.ifIndex + c * modelSteps.channel +
-                                                 cell.stokes * modelSteps.stokes;
-                        value = {modelCells[its], modelCells[its + modelSteps.part]};
-                        // a baseline may be stored the other way round
-                        if (modelGroups_.antenna1[static_cast<std::size_t>(row.group)] !=
-                            groups.antenna1[static_cast<std::size_t>(row.group)])
+                    if (row.model) {
+                        const std::int64_t its =
+                            modelIf_[static_cast<std::size_t>(f)] * modelSteps.ifIndex +
+                            c * modelSteps.channel + cell.modelStokes * modelSteps.stokes;
+                        value = {row.model[its], row.model[its + modelSteps.part]};
+                        if (row.isTurned)
                             value = std::conj(value);
                     } else
                         value = *model;
@@ -400,24 +438,46 @@ void SelfCalibration::takeRows(const UvGroups& groups)
     }
 }
 
-/// The same groups of the model's file.
+/// Makes the next group of the model's file known; 0 when there is none.
+int SelfCalibration::nextModel()
+{
+    if (modelAt_ < modelGroups_.count)
+        return 1;
+    const std::int64_t left = modelFile_->header().groups - modelNext_;
+    const auto count = static_cast<int>(std::min<std::int64_t>(left, modelFile_->blockGroups()));
+    const int what = UvGroups::times | UvGroups::baselines | UvGroups::cellValues;
+    if (count <= 0)
+        return 0;
+    if (!modelFile_->readGroups(modelNext_, count, what, modelGroups_))
+        return fail("has a model's file that has become shorter while it was read");
+    modelNext_ += count;
+    modelAt_ = 0;
+    return 1;
+}
+
+/// The model's groups of a block: those of the file follow on each other as the block's do, some
+/// may be missing.
 int SelfCalibration::readModel(const UvGroups& groups)
 {
-    const int what = UvGroups::times | UvGroups::baselines | UvGroups::cellValues;
-    if (!modelFile_->readGroups(groups.first, groups.count, what, modelGroups_))
-        return fail("has a model's file that has become shorter while it was read");
     const double later = modelFile_->header().referenceDay - data_.header().referenceDay;
     const double slack = std::max(mostTimeOff, integration_ / 4);
-    for (const Row& row : rows_) {
-        const auto g = static_cast<std::size_t>(row.group);
-        const std::pair<int, int> mine = std::minmax(groups.antenna1[g], groups.antenna2[g]);
-        const std::pair<int, int> its =
-            std::minmax(modelGroups_.antenna1[g], modelGroups_.antenna2[g]);
-        if (mine != its || !(std::abs(modelGroups_.time[g] + later - groups.time[g]) <= slack))
-            return fail(otherModel + ("group " + std::to_string(groups.first + row.group + 1)) +
-                        " is of another baseline or time");
+    const std::int64_t step = modelFile_->cellSteps().group;
+    modelIs_.assign(static_cast<std::size_t>(groups.count), 0);
+    modelCells_.resize(static_cast<std::size_t>(groups.count * step));
+    for (int i = 0; i < groups.count && nextModel(); ++i) {
+        const auto g = static_cast<std::size_t>(i), m = static_cast<std::size_t>(modelAt_);
+        const int a = groups.antenna1[g], b = groups.antenna2[g];
+        const int its1 = modelGroups_.antenna1[m], its2 = modelGroups_.antenna2[m];
+        const int isSame = a == its1 && b == its2, isTurned = a == its2 && b == its1;
+        if ((!isSame && !isTurned) ||
+            !(std::abs(modelGroups_.time[m] + later - groups.time[g]) <= slack))
+            continue;
+        modelIs_[g] = static_cast<signed char>(isSame ? 1 : -1);
+        std::copy_n(modelGroups_.cells.data() + modelAt_ * step, step,
+                    modelCells_.data() + i * step);
+        ++modelAt_;
     }
-    return 1;
+    return error_.empty();
 }
 
 }  // namespace pavane

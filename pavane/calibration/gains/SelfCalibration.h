@@ -42,6 +42,7 @@ struct SelfCalibrationCounts {
     std::int64_t notFinite = 0;  ///< they or their model
     std::int64_t outsideUv = 0;
     std::int64_t autocorrelations = 0;  ///< groups of one antenna with itself; never used
+    std::int64_t noModel = 0;           ///< groups that the model's file lacks
     std::int64_t noInterval = 0;        ///< groups in no interval, or of no antenna
 };
 
@@ -60,8 +61,9 @@ public:
     /// not count. It is an error when the model has no component.
     SelfCalibration(AUVXFile& data, const AComponents& model, SelfCalibrationRules rules,
                     UvMarks marks = {});
-    /// On the visibilities of another file with the same groups in the same order, as an imaging
-    /// program predicts them; their weights do not count.
+    /// On the visibilities of another file, as an imaging program predicts them; their weights do
+    /// not count. It has the same groups in the same order, or some of them, and the same IFs and
+    /// polarisations, or some; what it lacks does not count.
     SelfCalibration(AUVXFile& data, AUVXFile& model, SelfCalibrationRules rules,
                     UvMarks marks = {});
     SelfCalibration(const SelfCalibration&) = delete;
@@ -94,6 +96,7 @@ private:
     struct Cell {
         std::int64_t stokes;
         std::size_t hand;
+        std::int64_t modelStokes = 0;
     };
 
     int goOn(std::int64_t bytes);
@@ -103,7 +106,9 @@ private:
     int endPass();
     void take(const UvGroups& groups);
     void takeRows(const UvGroups& groups);
+    int findCells();
     int readModel(const UvGroups& groups);
+    int nextModel();
     int fail(std::string reason);
     std::pair<int, int> pairOf(int subarray, int first, int second);
 
@@ -112,7 +117,9 @@ private:
         int group;
         std::size_t interval, first, second;
         const double* frequencies;
-        double distance;  ///< seconds of light in the plane of u and v
+        double distance;     ///< seconds of light in the plane of u and v
+        const float* model;  ///< cells of the model's group
+        int isTurned;        ///< which goes the other way
     };
 
     AUVXFile& data_;
@@ -141,6 +148,11 @@ private:
     Distinct<UvPair, std::pair<int, int>> pairs_{std::size_t{1} << 22};
     std::vector<std::pair<int, std::size_t>> open_;  ///< by subarray, its interval now
     UvGroups modelGroups_;
+    std::int64_t modelNext_ = 0;        ///< group of the model's file that is not yet read
+    int modelAt_ = 0;                   ///< of those that are the one that comes next
+    std::vector<int> modelIf_;          ///< by IF; -1: the model's file lacks it
+    std::vector<float> modelCells_;     ///< of the block's groups
+    std::vector<signed char> modelIs_;  ///< by group: 1 there, -1 the other way round, 0 not
     std::vector<Row> rows_;
     std::vector<double> u_, v_;
     std::vector<std::complex<double>> values_;
