@@ -11,8 +11,8 @@ endforeach()
 install(TARGETS pavane EXPORT pavane-targets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 install(EXPORT pavane-targets NAMESPACE pavane:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/pavane)
 file(RELATIVE_PATH to_library ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-set_target_properties(pavane-view PROPERTIES INSTALL_RPATH "$ORIGIN/${to_library}")
-install(TARGETS pavane-view pavane-simulate)
+set_target_properties(pavane-view pavane-clean PROPERTIES INSTALL_RPATH "$ORIGIN/${to_library}")
+install(TARGETS pavane-view pavane-clean pavane-simulate)
 install(DIRECTORY pavane/resources/palettes/ DESTINATION ${CMAKE_INSTALL_DATADIR}/pavane
     FILES_MATCHING PATTERN "*.pal")
 

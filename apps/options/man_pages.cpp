@@ -1,4 +1,5 @@
 // Writes the man pages of the programs, when the project is built.
+#include "apps/clean/options.h"
 #include "apps/simulate/options.h"
 #include "apps/view/options.h"
 
@@ -10,7 +11,7 @@ using namespace pavane;
 
 int main(int argc, char** argv)
 {
-    for (const ProgramText& program : {viewProgram(), simulateProgram()}) {
+    for (const ProgramText& program : {viewProgram(), simulateProgram(), cleanProgram()}) {
         const std::string file = std::string(argc > 1 ? argv[1] : ".") + '/' + program.name + ".1";
         std::ofstream page(file, std::ios::binary);
         page << manPage(program) << std::flush;

@@ -106,6 +106,9 @@ void coverPicture(QWidget* control, const CWnd* parent)
 {
     const WindowPeer* const peer = peerOf(parent);
     control->setAutoFillBackground(peer && !peer->isNative());
+    // check boxes and radio buttons would have the ground of push buttons
+    if (!qobject_cast<QPushButton*>(control))
+        control->setBackgroundRole(QPalette::Window);
 }
 
 QAbstractButton* newButton(CButton::Kind kind, QWidget* parent)

@@ -61,7 +61,7 @@ test -s map.png
 test -s mask.fits
 
 # what tells of the programs
-for program in pavane-view pavane-simulate; do
+for program in pavane-view pavane-clean pavane-simulate; do
     $program --version | grep -qx "$program [0-9.]*"
     $program -h | grep -q '^usage:'
     grep -q '^.TH pavane' "$stage/share/man/man1/$program.1"

@@ -13,12 +13,17 @@ namespace pavane
 namespace
 {
 
+/// Day 0 of the modified Julian dates: written by programs for a date that nobody told them.
+constexpr const char* noDate = "1858-11-17";
+
 /// Texts of a header reach terminals, lines of numbers, titles and the header of a mask.
 void makePlain(MapHeader& header)
 {
     for (std::string* text :
          {&header.bunit, &header.object, &header.dateObs, &header.telescope, &header.stokes})
         *text = plainText(*text);
+    if (header.dateObs.starts_with(noDate))
+        header.dateObs.clear();
     for (MapAxis& axis : header.axes) {
         axis.ctype = plainText(axis.ctype);
         axis.cunit = plainText(axis.cunit);

@@ -1,4 +1,4 @@
-#include "dialogs/template_checks.h"
+#include "dialogs/mnemonics.h"
 #include "pavane/dialogs/clean/ACleanSelectionPage.h"
 #include "pavane/resources/selection_dialog.h"
 #include "platform/controls.h"
@@ -51,7 +51,6 @@ struct SelectionPage : testing::Test {
 TEST_F(SelectionPage, IsAskedByKeysAlone)
 {
     EXPECT_EQ(doubleMnemonics(cleanSelectionPage, "a"), "");
-    EXPECT_EQ(collisionsWhenGrown(cleanSelectionPage, cleanSelectionResize), "");
     const struct {
         const char *name, *keys;
         int isTaken;

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "pavane/calibration/gains/GainChain.h"
+#include "pavane/calibration/gains/SelfCalibration.h"
+#include "pavane/dialogs/values/ASelfCalPM.h"
+#include "pavane/imaging/AStudy.h"
+#include "pavane/progress/AProgress.h"
+#include "pavane/tables/components/AComponents.h"
+#include "tessel/flags/VisibilityFlags.h"
+#include "tessel/uvfits/AUVXFile.h"
+
+#include <memory>
+#include <string>
+
+namespace pavane
+{
+
+/// Gains that are solved for from a study's visibilities, corrected by its chain, in slices.
+class CalibrationRun
+{
+public:
+    /// Opens the visibilities; the model is copied. Non-zero on success, else `error` is a line.
+    int begin(const AStudy& study, const AComponents& model, const SelfCalibrationRules& rules,
+              std::string& error);
+    /// Goes on for a moment. Non-zero while more remains; 0 when all is done, or `error` says why
+    /// not.
+    int step(std::string& error);
+    /// Keeps the gains in the study and puts them at the end of its chain. Non-zero on success.
+    int keep(AStudy& study, const std::string& name, std::string& error) const;
+
+    const AProgress& progress() const { return progress_; }
+    void cancel() { progress_.Cancel(); }
+    const AGains& gains() const { return solver_->gains(); }
+    /// "G 320 of 340 solved, 12 failed, ..." for the log.
+    std::string summary() const;
+
+private:
+    AUVXFile file_;
+    AProgress progress_;
+    std::unique_ptr<AProgressWriter> writer_;
+    std::unique_ptr<SelfCalibration> solver_;
+    int told_ = 0;
+};
+
+/// "phase 60 s".
+std::string selfCalName(const ASelfCalPM& wish);
+
+/// The components of a model image, a point for each cell. Non-zero on success, else `error` is a
+/// line with the file's name.
+int readModel(const std::string& file, AComponents& model, std::string& error);
+
+/// The chain that a study has now, with the gains of its files; its links' ids are those of the
+/// study. Non-zero on success.
+int readChain(const AStudy& study, GainChain& chain, std::string& error);
+/// The flags that a study has now.
+int readStudyFlags(const AStudy& study, VisibilityFlags& flags, std::string& error);
+
+}  // namespace pavane

@@ -1,0 +1,486 @@
+#include "apps/clean/CleanSession.h"
+
+#include "apps/clean/CalibrationRun.h"
+#include "apps/clean/job_text.h"
+#include "pavane/imaging/StudyJob.h"
+#include "pavane/progress/slices.h"
+#include "platform/CWnd.h"
+#include "platform/platform.h"
+#include "platform/process.h"
+#include "tessel/paths.h"
+#include "tessel/value_text.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr unsigned newsMessage = WM_USER + 17;
+
+std::string folderFor(const CleanOptions& options)
+{
+    if (!options.study.empty())
+        return options.study;
+    std::string name = options.data;
+    while (name.size() > 1 && name.back() == '/')
+        name.pop_back();
+    const std::string ending = extensionOf(name);
+    const std::size_t cut = ending.empty() ? 0 : ending.size() + 1;
+    return name.substr(0, name.size() - cut) + ".pavane";
+}
+
+int isStudy(const std::string& file) { return IsFileExists(file + "/study.txt"); }
+
+std::string holderText(const StudyHolder& holder)
+{
+    return "process " + std::to_string(holder.process) + " on " + holder.host;
+}
+
+RoundMap mapOf(MapKind kind)
+{
+    constexpr RoundMap maps[mapKinds] = {RoundMap::residual, RoundMap::restored, RoundMap::model,
+                                         RoundMap::dirty, RoundMap::beam};
+    return maps[static_cast<std::size_t>(kind)];
+}
+
+}  // namespace
+
+/// Starts what the job asks for and tells it what became of it, from the message loop.
+class CleanSession::Runner : public CWnd
+{
+public:
+    explicit Runner(CleanSession& session) : session_(session) {}
+    ~Runner() override { DestroyWindow(); }
+
+    int Create() { return CWnd::Create("PavaneRunner", "", WS_POPUP, CRect(), nullptr, 0); }
+    /// The next child of the job, or its end; from a message, so that nothing is deeper within.
+    void Advance() { PostMessage(newsMessage, advance, 0); }
+    void Terminate() { process_.Terminate(); }
+    void Kill() { process_.Kill(); }
+    int IsRunning() const { return process_.IsRunning(); }
+
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override
+    {
+        if (message != newsMessage)
+            return CWnd::WindowProc(message, wParam, lParam);
+        if (wParam == advance)
+            next();
+        else
+            hear(*reinterpret_cast<const ProcessNews*>(lParam));
+        return 0;
+    }
+
+private:
+    static constexpr WPARAM advance = 1000;
+
+    void next()
+    {
+        if (session_.calibration_) {
+            std::string error;
+            if (session_.solve(error))
+                return Advance();
+            return session_.calibrated(error);
+        }
+        while (session_.job_) {
+            JobCommand command;
+            const JobTurn turn = session_.job_->next(command);
+            if (turn != JobTurn::start) {
+                const std::string fault =
+                    turn == JobTurn::failed ? faultText(*session_.job_) : std::string();
+                return session_.jobEnded(turn == JobTurn::done, fault);
+            }
+            if (session_.said)
+                session_.said("$ " + commandText(command.words));
+            CString error;
+            if (process_.Start({command.words, command.settings}, GetSafeHwnd(), newsMessage,
+                               error)) {
+                session_.job_->started(process_.GetId(), ProcessStartTime(process_.GetId()));
+                return session_.tell();
+            }
+            session_.job_->ended(-1, command.words.front() + ": " + error);
+        }
+    }
+
+    void hear(const ProcessNews& news)
+    {
+        if (!session_.job_)
+            return;
+        if (news.kind == ProcessNews::ended) {
+            session_.job_->ended(news.status);
+            return Advance();
+        }
+        session_.job_->line(news.text, news.kind == ProcessNews::errorLine);
+        if (session_.said)
+            session_.said(news.text);
+        session_.tell();
+    }
+
+    CleanSession& session_;
+    CProcess process_;
+};
+
+CleanSession::CleanSession() : runner_(std::make_unique<Runner>(*this)) {}
+
+CleanSession::~CleanSession() { close(); }
+
+int CleanSession::open(const CleanOptions& options, std::string& error)
+{
+    close();
+    if (!runner_->GetSafeHwnd() && !runner_->Create()) {
+        error = "the programs that make maps cannot be listened to";
+        return 0;
+    }
+    engine_ = options.engine.empty() ? std::make_unique<WscleanEngine>()
+                                     : std::make_unique<WscleanEngine>(options.engine);
+    dataProgram_ = options.ms.empty() ? std::vector<std::string>{dataProgramName()} : options.ms;
+    const std::string folder = isStudy(options.data) ? options.data : folderFor(options);
+    if (!isStudy(folder)) {
+        if (study_.create(folder, options.data)) {
+            parameters = options.parameters;
+            return 1;
+        }
+        error = folder + ": " + study_.fault();
+        return 0;
+    }
+    switch (study_.open(folder, options.takeOver)) {
+    case StudyOpening::opened:
+    case StudyOpening::readOnly:
+        parameters = study_.settings().parameters;
+        return 1;
+    case StudyOpening::held:
+        error = folder + ": another program has it open (" + holderText(study_.holder()) + ")";
+        return 0;
+    case StudyOpening::dead:
+        error = folder + ": a program that is gone has left it locked (" +
+                holderText(study_.holder()) + ")";
+        return 0;
+    case StudyOpening::childRuns:
+        error = folder + ": the engine of a program that is gone still works on it (" +
+                holderText(study_.runningChild()) + ")";
+        return 0;
+    case StudyOpening::failed:
+        break;
+    }
+    error = folder + ": " + study_.fault();
+    return 0;
+}
+
+void CleanSession::close()
+{
+    next_.clear();
+    runner_->Kill();
+    job_.reset();
+    calibration_.reset();
+    study_.close();
+}
+
+// --- jobs
+
+int CleanSession::start(Job job, std::string& error)
+{
+    if (!study_.isOpen() || isRunning()) {
+        error = isRunning() ? jobName_ + " still runs" : "no study is open";
+        return 0;
+    }
+    if (study_.isReadOnly()) {
+        error = study_.folder() + " is open to be read only";
+        return 0;
+    }
+    begin(job);
+    return 1;
+}
+
+void CleanSession::begin(const Job& job)
+{
+    JobPrograms programs;
+    programs.engine = engine_.get();
+    programs.data = dataProgram_;
+    programs.threads = engineThreads();
+    job_ = std::make_unique<StudyJob>(study_, programs);
+    jobName_ = job.name;
+    toldPeak_ = -1;
+    toldIterations_ = -1;
+    job.begin(*job_);
+    if (began)
+        began();
+    runner_->Advance();
+}
+
+void CleanSession::jobEnded(int isDone, const std::string& error)
+{
+    // it goes before anything is told: what is told may begin another
+    const std::unique_ptr<StudyJob> finished = std::move(job_);
+    const int round = isDone ? finished->result() : -1;
+    std::string fault = error;
+    if (isDone && said)
+        for (const std::string& note : finished->notes())
+            said(note);
+    if (isDone && round >= 0)
+        (void)show(round, fault);
+    if (!isDone)
+        next_.clear();
+    if (!next_.empty()) {
+        const Job job = std::move(next_.front());
+        next_.pop_front();
+        if (roundsOther)
+            roundsOther();
+        return begin(job);
+    }
+    if (roundsOther)
+        roundsOther();
+    if (ended)
+        ended(isDone && fault.empty(), fault);
+}
+
+void CleanSession::tell()
+{
+    if (!told || !job_)
+        return;
+    const JobState& state = job_->state();
+    RunNews news;
+    news.text = stateText(state);
+    news.row = state.cleans ? state.news.peakY : -1;
+    news.column = state.cleans ? state.news.peakX : -1;
+    if (state.cleans && state.peak > 0 &&
+        (state.peak != toldPeak_ || state.iterations != toldIterations_)) {
+        toldPeak_ = state.peak;
+        toldIterations_ = state.iterations;
+        const StudyRound* const parent = study_.round(shown());
+        const long long before = parent ? parent->numbers.allIterations : 0;
+        news.point = {static_cast<double>(before + state.iterations), state.peak, std::nan("")};
+    }
+    told(news);
+}
+
+int CleanSession::startImport(std::string& error)
+{
+    if (study_.hasData())
+        return study_.rounds().empty() && startFirstMaps(error);
+    ImportChoice choice;
+    choice.input = study_.source();
+    if (!start({"Reading the data", [choice](StudyJob& job) { job.import(choice); }}, error))
+        return 0;
+    next_.push_back({"Dirty map", [this](StudyJob& job) {
+                         std::string ignored;
+                         (void)useProposedCell(ignored);
+                         job.firstMaps(parameters);
+                     }});
+    return 1;
+}
+
+/// A cell that nobody has chosen: a fifth of the finest fringe.
+int CleanSession::useProposedCell(std::string& error)
+{
+    if (!(parameters.cell > 0))
+        parameters.cell = proposedCell(longestBaseline(study_.facts()));
+    if (parameters.cell > 0)
+        return keepParameters(error);
+    error = "the data tell no baseline, so a cell has to be given";
+    return 0;
+}
+
+int CleanSession::keepParameters(std::string& error)
+{
+    StudySettings settings = study_.settings();
+    settings.parameters = parameters;
+    if (study_.setSettings(settings))
+        return 1;
+    error = study_.fault();
+    return 0;
+}
+
+int CleanSession::startFirstMaps(std::string& error)
+{
+    return useProposedCell(error) &&
+           start({"Dirty map", [this](StudyJob& job) { job.firstMaps(parameters); }}, error);
+}
+
+int CleanSession::startRound(const std::string& areas, std::string& error)
+{
+    const int parent = shown();
+    const std::string fault = faultOf(parameters);
+    if (!fault.empty()) {
+        error = fault;
+        return 0;
+    }
+    return start(
+        {"CLEAN", [this, parent, areas](StudyJob& job) { job.clean(parent, parameters, areas); }},
+        error);
+}
+
+int CleanSession::startRestore(int round, std::string& error)
+{
+    return start({"Restored map", [round](StudyJob& job) { job.restore(round); }}, error);
+}
+
+int CleanSession::startModel(const AComponents& components, std::string& error)
+{
+    const int parent = shown();
+    return start({"Model", [this, parent, components](
+                               StudyJob& job) { job.model(parent, parameters, components); }},
+                 error);
+}
+
+int CleanSession::startResidual(std::string& error)
+{
+    const int round = shown();
+    return start({"Residual", [round](StudyJob& job) { job.residual(round); }}, error);
+}
+
+int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error)
+{
+    const StudyRound* const round = study_.round(shown());
+    if (isRunning() || !round || study_.isReadOnly()) {
+        error = isRunning() ? jobName_ + " still runs" : "there is no round to calibrate on";
+        return 0;
+    }
+    AComponents model;
+    if (!round->hasModel) {
+        error = "round " + std::to_string(round->id) + " has no model yet: clean first";
+        return 0;
+    }
+    if (!readModel(study_.mapFile(round->id, RoundMap::model), model, error))
+        return 0;
+    auto run = std::make_unique<CalibrationRun>();
+    if (!run->begin(study_, model, wish.rules(), error))
+        return 0;
+    calibration_ = std::move(run);
+    jobName_ = "Self-calibration";
+    calibrationName_ = selfCalName(wish);
+    if (began)
+        began();
+    runner_->Advance();
+    return 1;
+}
+
+/// A moment of it; the window hears its user between.
+int CleanSession::solve(std::string& error)
+{
+    constexpr std::chrono::milliseconds slice{15};
+    return runSlice(slice, [&] { return calibration_->step(error); });
+}
+
+void CleanSession::calibrated(const std::string& error)
+{
+    const std::unique_ptr<CalibrationRun> run = std::move(calibration_);
+    std::string fault = error;
+    const int isDone = fault.empty() && run->keep(study_, calibrationName_, fault);
+    const int wasStopped = run->progress().IsCancelled();
+    if (isDone && said)
+        said(run->summary());
+    if (isDone && startResidual(fault))
+        return;
+    if (roundsOther)
+        roundsOther();
+    if (ended)
+        ended(0, wasStopped ? CString() : CString(fault));
+}
+
+int CleanSession::isRunning() const { return job_ || calibration_; }
+
+const AProgress& CleanSession::progress() const
+{
+    return job_ ? job_->progress() : calibration_ ? calibration_->progress() : noProgress_;
+}
+
+void CleanSession::stop()
+{
+    if (calibration_)
+        return calibration_->cancel();
+    if (!job_)
+        return;
+    job_->stop();
+    if (runner_->IsRunning())
+        runner_->Terminate();
+    else
+        runner_->Advance();
+}
+
+int CleanSession::finishCycle() { return job_ && job_->finishCycle(); }
+
+// --- rounds
+
+int CleanSession::show(int round, std::string& error)
+{
+    StudySettings settings = study_.settings();
+    if (settings.round == round)
+        return 1;
+    settings.round = round;
+    if (study_.setSettings(settings))
+        return 1;
+    error = study_.fault();
+    return 0;
+}
+
+std::vector<RoundLine> CleanSession::lines() const
+{
+    std::vector<RoundLine> lines;
+    if (!study_.isOpen())
+        return lines;
+    const std::vector<StudyRound>& rounds = study_.rounds();
+    std::vector<int> parents;
+    for (const StudyRound& round : rounds) {
+        const auto parent = std::find_if(rounds.begin(), rounds.end(), [&](const StudyRound& each) {
+            return each.id == round.parent;
+        });
+        parents.push_back(parent == rounds.end() ? -1 : static_cast<int>(parent - rounds.begin()));
+        RoundLine line;
+        line.number = round.id;
+        line.name = roundNameOf(round);
+        line.cells = round.mask.empty() ? -1 : round.numbers.maskCells;
+        line.iterations = round.numbers.allIterations;
+        line.flux = round.hasModel ? round.numbers.modelFlux : std::nan("");
+        line.peak = round.numbers.peak;
+        line.noiseOut = round.numbers.noiseOutside;
+        line.noiseIn = round.numbers.noiseInside;
+        line.dynamicRange = round.numbers.dynamicRange;
+        line.note = study_.note(round.id);
+        lines.push_back(line);
+    }
+    const std::vector<int> depths = branchDepths(parents);
+    for (std::size_t i = 0; i < lines.size(); ++i)
+        lines[i].depth = depths[i];
+    return lines;
+}
+
+std::string CleanSession::fileOf(int round, MapKind kind) const
+{
+    return study_.isOpen() && round >= 0 && study_.hasMap(round, mapOf(kind))
+               ? study_.mapFile(round, mapOf(kind))
+               : std::string();
+}
+
+std::string CleanSession::logOf(int round) const { return study_.logFile(round); }
+
+std::string CleanSession::areasOf(int round) const
+{
+    const StudyRound* const found = study_.round(round);
+    return found ? study_.areasOf(*found) : std::string();
+}
+
+std::vector<PeakPoint> CleanSession::pointsOf(int round) const
+{
+    std::vector<const StudyRound*> line;
+    for (const StudyRound* at = study_.isOpen() ? study_.round(round) : nullptr; at;
+         at = study_.round(at->parent))
+        line.insert(line.begin(), at);
+    std::vector<PeakPoint> points;
+    double before = 0;
+    for (const StudyRound* const each : line) {
+        for (const RoundPoint& point : each->course)
+            points.push_back(
+                {before + static_cast<double>(point.iterations), point.peak, std::nan("")});
+        before = static_cast<double>(each->numbers.allIterations);
+        points.push_back(
+            {before, each->numbers.peak, each->hasModel ? each->numbers.modelFlux : std::nan("")});
+    }
+    return points;
+}
+
+}  // namespace pavane

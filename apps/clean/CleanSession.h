@@ -1,0 +1,126 @@
+#pragma once
+
+#include "apps/clean/options.h"
+#include "apps/clean/peak_point.h"
+#include "apps/clean/round_lines.h"
+#include "apps/clean/ShownMap.h"
+#include "pavane/imaging/AStudy.h"
+#include "pavane/imaging/WscleanEngine.h"
+#include "pavane/progress/AProgress.h"
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace pavane
+{
+
+class AComponents;
+class ASelfCalPM;
+class CalibrationRun;
+class StudyJob;
+
+/// What the engine tells while a round runs.
+struct RunNews {
+    CString text;               ///< "22.3 mJy at 255, 256   cycle 2   1:05"
+    int row = -1, column = -1;  ///< (MP) of the peak; -1: not known
+    PeakPoint point;            ///< iterations of all rounds before it counted
+};
+
+/// A study that is open and the work on it: jobs of child processes, whose lines and ends come as
+/// messages. One job runs at a time. The same for the window and for --batch.
+class CleanSession
+{
+public:
+    CleanSession();
+    CleanSession(const CleanSession&) = delete;
+    CleanSession& operator=(const CleanSession&) = delete;
+    /// Stops what runs.
+    ~CleanSession();
+
+    std::function<void()> roundsOther;  ///< rounds, or the one that is shown
+    std::function<void(const RunNews& news)> told;
+    std::function<void(const CString& line)> said;  ///< a line of a child
+    std::function<void()> began;                    ///< another job of those that were asked for
+    /// All jobs have ended; `error` is empty when they did their work or were stopped.
+    std::function<void(int isDone, const CString& error)> ended;
+
+    /// Makes a study of data, or opens the one that is there. Non-zero when it is open; else
+    /// `error` is a line.
+    int open(const CleanOptions& options, std::string& error);
+    /// Begins the import and the first maps of a study that has none. 0 when there is nothing to
+    /// do, or it cannot begin (`error`).
+    int startImport(std::string& error);
+    /// Ends what runs and lets the study go.
+    void close();
+    int isOpen() const { return study_.isOpen(); }
+    AStudy& study() { return study_; }
+    const AStudy& study() const { return study_; }
+    /// The visibilities of the user.
+    const std::string& data() const { return study_.source(); }
+
+    // Rounds, by number
+    std::vector<RoundLine> lines() const;
+    /// The round that is shown and that the next one goes on from; -1 for none.
+    int shown() const { return study_.isOpen() ? study_.settings().round : -1; }
+    int show(int round, std::string& error);
+    /// The file of a map; empty when the round has none yet.
+    std::string fileOf(int round, MapKind kind) const;
+    std::string logOf(int round) const;
+    std::string areasOf(int round) const;
+    /// Of the rounds that lead to it.
+    std::vector<PeakPoint> pointsOf(int round) const;
+
+    CleanParameters parameters;  ///< of the next round
+
+    /// Puts `parameters` into the study, to come back with it.
+    int keepParameters(std::string& error);
+
+    // Jobs; 0 and `error` when it cannot begin
+    int startFirstMaps(std::string& error);
+    /// Cleans on from the shown round; `areas` as their collection stores them, "": everywhere.
+    int startRound(const std::string& areas, std::string& error);
+    int startRestore(int round, std::string& error);
+    int startModel(const AComponents& components, std::string& error);
+    /// Solves for gains on the model of the shown round, puts them at the end of the chain, and
+    /// makes the residual of that model on the data that they correct.
+    int startSelfCal(const ASelfCalPM& wish, std::string& error);
+    /// Another chain or other flags were chosen: the residual of the shown round's model on them.
+    int startResidual(std::string& error);
+    int isRunning() const;
+    const AProgress& progress() const;
+    const CString& jobName() const { return jobName_; }
+    void stop();
+    int finishCycle();
+
+private:
+    class Runner;
+    struct Job {
+        CString name;
+        std::function<void(StudyJob& job)> begin;
+    };
+    int start(Job job, std::string& error);
+    void begin(const Job& job);
+    void jobEnded(int isDone, const std::string& error);
+    void tell();
+    int solve(std::string& error);
+    void calibrated(const std::string& error);
+    int useProposedCell(std::string& error);
+
+    std::unique_ptr<WscleanEngine> engine_;
+    std::vector<std::string> dataProgram_;
+    AStudy study_;
+    std::unique_ptr<StudyJob> job_;
+    std::unique_ptr<CalibrationRun> calibration_;
+    CString calibrationName_;
+    std::unique_ptr<Runner> runner_;
+    std::deque<Job> next_;
+    AProgress noProgress_;
+    CString jobName_;
+    double toldPeak_ = -1;
+    long long toldIterations_ = -1;
+};
+
+}  // namespace pavane

@@ -1,0 +1,265 @@
+#include "apps/clean/batch.h"
+
+#include "apps/clean/CalibrationRun.h"
+#include "apps/clean/CleanSession.h"
+#include "apps/view/any_area_file.h"
+#include "apps/view/batch_output.h"
+#include "pavane/axes/maps/MapContent.h"
+#include "pavane/containers/MemoryFile.h"
+#include "pavane/tables/components/AComponents.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "platform/messages.h"
+#include "platform/platform.h"
+#include "platform/profile.h"
+#include "tessel/SkyCoordinates.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int digits = 5;
+
+/// The steps of a command line, one after another, each until its children have ended.
+class Batch
+{
+public:
+    explicit Batch(const CleanOptions& options) : options_(options)
+    {
+        session_.ended = [this](int isDone, const CString& error) {
+            isDone_ = isDone;
+            error_ = isDone || !error.empty() ? std::string(error) : "it was stopped";
+            PostQuitMessage(0);
+        };
+    }
+
+    int run(std::string& error)
+    {
+        if (!session_.open(options_, error))
+            return 0;
+        if (!session_.study().hasData() || session_.study().rounds().empty()) {
+            if (!session_.startImport(error) || !wait(error))
+                return 0;
+        } else if (!takeParameters(error)) {
+            return 0;
+        }
+        printRound(session_.shown());
+        for (const CleanStep& step : options_.steps)
+            if (!take(step, error))
+                return 0;
+        return 1;
+    }
+
+private:
+    int wait(std::string& error)
+    {
+        if (session_.isRunning())
+            (void)RunMessages();
+        if (!isDone_)
+            error = error_.empty() ? "it was stopped" : error_;
+        return isDone_;
+    }
+
+    /// Of a study that is there: maps of what the options ask for, when it has others.
+    int takeParameters(std::string& error)
+    {
+        CleanParameters wanted = options_.parameters;
+        if (!(wanted.cell > 0))
+            wanted.cell = session_.parameters.cell;
+        const StudyRound* const shown = session_.study().round(session_.shown());
+        session_.parameters = wanted;
+        if (shown && !isOtherBeam(wanted, shown->parameters))
+            return 1;
+        return session_.startFirstMaps(error) && wait(error);
+    }
+
+    int take(const CleanStep& step, std::string& error)
+    {
+        switch (step.kind) {
+        case CleanStep::areas:
+            return readAreas(step.file, error);
+        case CleanStep::model:
+            return readModel(step.file, error);
+        case CleanStep::round:
+            return clean(step.round_, error);
+        case CleanStep::from:
+            if (!session_.study().round(step.number)) {
+                error = "the study has no round " + std::to_string(step.number);
+                return 0;
+            }
+            return session_.show(step.number, error);
+        case CleanStep::flags:
+            return readFlagFile(step.file, error);
+        case CleanStep::selfcal:
+            return selfCalibrate(step.selfcal_, error);
+        }
+        return 0;
+    }
+
+    int readAreas(const std::string& file, std::string& error)
+    {
+        areas_.clear();
+        if (file.empty())
+            return 1;
+        MapContent map;
+        std::string on = session_.fileOf(session_.shown(), MapKind::residual);
+        if (on.empty())
+            on = session_.fileOf(session_.shown(), MapKind::dirty);
+        if (on.empty() || !readMapContent(on, 0, map, error)) {
+            error = on.empty() ? "there is no map for the areas yet" : on + ": " + error;
+            return 0;
+        }
+        SkyCoordinates sky;
+        std::string noSky;
+        (void)sky.init(map.map.header, noSky);
+        const AreaPlace place{map.frame.centres(), map.map.cells.rows(), map.map.cells.columns(),
+                              &sky};
+        ATrackerArrayInAxis read;
+        AreaNotes notes;
+        if (!openAreas(file, place, read, notes, error))
+            return 0;
+        if (!notes.loss.empty()) {
+            error = file + ": " + notes.lossText();
+            return 0;
+        }
+        MemoryFile bytes;
+        if (read.count() > 0 && !storeAreas(read, bytes)) {
+            error = "there is not enough memory for the areas";
+            return 0;
+        }
+        areas_ = bytes.bytes();
+        return 1;
+    }
+
+    int readModel(const std::string& file, std::string& error)
+    {
+        AComponents components;
+        std::ifstream in(file);
+        if (!in) {
+            error = file + ": cannot be read";
+            return 0;
+        }
+        components.Load(in);
+        if (components.count() == 0) {
+            error = file + ": there is no component in it";
+            return 0;
+        }
+        if (!session_.startModel(components, error) || !wait(error))
+            return 0;
+        printRound(session_.shown());
+        return 1;
+    }
+
+    int clean(const RoundWish& wish, std::string& error)
+    {
+        const CleanParameters common = session_.parameters;
+        session_.parameters = wish.over(common);
+        const int isDone = session_.startRound(areas_, error) && wait(error);
+        session_.parameters = common;
+        if (isDone)
+            printRound(session_.shown());
+        return isDone;
+    }
+
+    int readFlagFile(const std::string& file, std::string& error)
+    {
+        VisibilityFlags flags;
+        if (!readFlags(file, flags, error)) {
+            error.insert(0, file + ": ");
+            return 0;
+        }
+        std::ifstream in(file, std::ios::binary);
+        std::ostringstream bytes;
+        bytes << in.rdbuf();
+        AStudy& study = session_.study();
+        StudySettings settings = study.settings();
+        settings.flags = study.addFlags(bytes.str());
+        if (settings.flags == 0 || !study.setSettings(settings)) {
+            error = study.fault();
+            return 0;
+        }
+        if (!session_.startResidual(error) || !wait(error))
+            return 0;
+        printRound(session_.shown());
+        return 1;
+    }
+
+    int selfCalibrate(const SelfCalWish& asked, std::string& error)
+    {
+        ASelfCalPM wish;
+        wish.kind = asked.kind;
+        wish.isWhole = asked.seconds < 0;
+        wish.seconds = asked.seconds;
+        wish.isScaled = asked.isScaled;
+        wish.leastRatio = asked.leastRatio;
+        wish.leastAntennas = asked.leastAntennas;
+        wish.references = asked.references;
+        wish.leastUv = asked.uvLow;
+        wish.mostUv = asked.uvHigh;
+        if (!session_.startSelfCal(wish, error) || !wait(error))
+            return 0;
+        printRound(session_.shown());
+        return 1;
+    }
+
+    void printRound(int number) const
+    {
+        const StudyRound* const round = session_.study().round(number);
+        if (!round)
+            return;
+        std::string text = statLine("round", number, digits, "");
+        const RoundNumbers& numbers = round->numbers;
+        text += statLine("iterations", static_cast<double>(numbers.allIterations), 10, "");
+        if (numbers.maskCells > 0)
+            text += statLine("mask_cells", static_cast<double>(numbers.maskCells), 10, "");
+        const struct {
+            const char* name;
+            double value;
+            const char* unit;
+        } lines[] = {{"model_flux", numbers.modelFlux, "Jy"},
+                     {"residual_peak", numbers.peak, "Jy/beam"},
+                     {"noise_outside", numbers.noiseOutside, "Jy/beam"},
+                     {"noise_inside", numbers.noiseInside, "Jy/beam"},
+                     {"restored_flux", numbers.restoredFlux, "Jy"},
+                     {"dynamic_range", numbers.dynamicRange, ""}};
+        for (const auto& line : lines)
+            if (std::isfinite(line.value))
+                text += statLine(line.name, line.value, digits, line.unit);
+        std::string ignored;
+        (void)printText(text, ignored);
+    }
+
+    const CleanOptions& options_;
+    CleanSession session_;
+    std::string areas_;
+    int isDone_ = 0;
+    std::string error_;
+};
+
+}  // namespace
+
+int runCleanBatch(char** argv, const CleanOptions& options, std::string& error)
+{
+    SetProfileProgram("pavane-clean");
+    // children tell by messages, which need windows, and windows no display
+    (void)setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    if (!InitPlatform(1, argv, PlatformUse::windows)) {
+        error = "the toolkit does not start";
+        return 0;
+    }
+    int isDone = 0;
+    {
+        Batch batch(options);
+        isDone = batch.run(error);
+    }
+    ShutdownPlatform();
+    return isDone;
+}
+
+}  // namespace pavane

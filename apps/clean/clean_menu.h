@@ -1,0 +1,149 @@
+#pragma once
+
+#include "pavane/resources/plot_commands.h"
+#include "platform/menu_template.h"
+
+#include <iterator>
+
+namespace pavane
+{
+
+/// Commands of the window of pavane-clean beside those of the axis window.
+enum CleanCommand : unsigned {
+    idOpenData = 41001,
+    idOpenAreaFile,
+    idSaveAreaFile,
+    idExport,
+    idStudyFacts,
+    idDeleteBranch,
+    idSaveMapPicture,
+    idCloseStudy,
+    idDeleteArea = 41101,
+    idCleanRound = 41201,
+    idFinishCycle,
+    idStopRound,
+    idParameters,
+    idRestoringBeam,
+    idFirstModel,
+    idEditedModel,
+    idGoOn,  ///< from the chosen round
+    idSelfCalibrate = 41301,
+    idSwitchGains,
+    idRemoveGains,
+    idGainGraph,
+    idGainTable,
+    idMeanGains,
+    idGainFiles,
+    idFlagPlot,
+    idUndoFlags,
+    idMapKind = 41401,  ///< one for each MapKind
+    idMaskCells = 41411,
+    idBlink,
+    idNextMap,
+    idPreviousMap,
+    idColoursOfMap,
+    idDisplayOfMap,
+    idOwnRange,
+    idNextPart,
+    idPreviousPart,
+    idCleanKeys = 41501,
+    idAboutClean
+};
+
+namespace menus
+{
+
+inline constexpr MenuItem line = {};
+
+inline constexpr MenuItem file[] = {
+    {"&Open data or a study...\tCtrl+O", idOpenData, nullptr, 0},
+    line,
+    {"Open &areas...\tCtrl+Shift+O", idOpenAreaFile, nullptr, 0},
+    {"Save areas a&s...\tCtrl+Shift+S", idSaveAreaFile, nullptr, 0},
+    {"Save map as p&icture...\tCtrl+Shift+P", idSaveMapPicture, nullptr, 0},
+    line,
+    {"&Export the round...\tCtrl+E", idExport, nullptr, 0},
+    {"Si&ze of the study", idStudyFacts, nullptr, 0},
+    {"Delete &branch...", idDeleteBranch, nullptr, 0},
+    line,
+    {"E&xit\tCtrl+Q", idCloseStudy, nullptr, 0},
+};
+
+inline constexpr MenuItem edit[] = {
+    menuItemOf(ID_TRACK_UNDO),
+    menuItemOf(ID_TRACK_REDO),
+    line,
+    {"Duplica&te areas\tCtrl+D", ID_TRACK_COPY, nullptr, 0},
+    {"&Delete areas\tDel", idDeleteArea, nullptr, 0},
+    menuItemOf(ID_SELECT_ALL),
+    menuItemOf(ID_CLEAR_AREAS),
+    line,
+    {"Copy &picture\tCtrl+C", ID_COPY_TO_CLIPBOARD, nullptr, 0},
+};
+
+inline constexpr MenuItem clean[] = {
+    {"&Clean\tF5", idCleanRound, nullptr, 0},
+    {"&Finish this cycle\tShift+F5", idFinishCycle, nullptr, 0},
+    {"&Stop now\tCtrl+F5", idStopRound, nullptr, 0},
+    line,
+    {"&Parameters...\tF4", idParameters, nullptr, 0},
+    {"Restoring &beam...", idRestoringBeam, nullptr, 0},
+    {"First &model...", idFirstModel, nullptr, 0},
+    {"Round of the &edited components", idEditedModel, nullptr, 0},
+    line,
+    {"&Go on from the chosen round\tCtrl+G", idGoOn, nullptr, 0},
+};
+
+inline constexpr MenuItem calibrate[] = {
+    {"&Self-calibrate...\tF8", idSelfCalibrate, nullptr, 0},
+    {"S&witch the last gains on or off", idSwitchGains, nullptr, 0},
+    {"&Remove the last gains", idRemoveGains, nullptr, 0},
+    line,
+    {"Gain &graph\tF9", idGainGraph, nullptr, 0},
+    {"Gain &table", idGainTable, nullptr, 0},
+    {"&Mean gains", idMeanGains, nullptr, 0},
+    {"Gain &files...", idGainFiles, nullptr, 0},
+};
+
+inline constexpr MenuItem view[] = {
+    {"&Residual", idMapKind, nullptr, 0},
+    {"Res&tored", idMapKind + 1, nullptr, 0},
+    {"&Model", idMapKind + 2, nullptr, 0},
+    {"&Dirty", idMapKind + 3, nullptr, 0},
+    {"&Beam", idMapKind + 4, nullptr, 0},
+    line,
+    {"Cells of the mas&k\tM", ID_SHOW_CELLS, nullptr, 0},
+    {"B&link\tB", idBlink, nullptr, 0},
+    {"&Next map\tCtrl+Page Down", idNextMap, nullptr, 0},
+    {"&Previous map\tCtrl+Page Up", idPreviousMap, nullptr, 0},
+    line,
+    {"Colo&urs...\tP", idColoursOfMap, nullptr, 0},
+    {"Map d&isplay...", idDisplayOfMap, nullptr, 0},
+    {"Ran&ge of this map\tR", idOwnRange, nullptr, 0},
+    line,
+    menuItemOf(ID_ZOOM_MINUS),
+    menuItemOf(ID_WHOLE_MAP),
+    menuItemOf(ID_VIEW_BACK),
+    menuItemOf(ID_VIEW_FORWARD),
+    line,
+    {"Ne&xt part\tF6", idNextPart, nullptr, 0},
+    {"Pre&vious part\tShift+F6", idPreviousPart, nullptr, 0},
+};
+
+inline constexpr MenuItem help[] = {
+    {"&Keys and mouse\tF1", idCleanKeys, nullptr, 0},
+    {"&About", idAboutClean, nullptr, 0},
+};
+
+inline constexpr MenuItem bar[] = {
+    {"&File", 0, file, std::size(file)},    {"&Edit", 0, edit, std::size(edit)},
+    {"&CLEAN", 0, clean, std::size(clean)}, {"C&alibrate", 0, calibrate, std::size(calibrate)},
+    {"&View", 0, view, std::size(view)},    {"&Help", 0, help, std::size(help)},
+};
+
+}  // namespace menus
+
+inline constexpr unsigned cleanMenuId = 41000;
+inline constexpr MenuTemplate cleanMenu = {cleanMenuId, menus::bar, std::size(menus::bar)};
+
+}  // namespace pavane

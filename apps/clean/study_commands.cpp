@@ -1,0 +1,218 @@
+// What the menus do with the study: its size, branches, models, areas on disk.
+#include "apps/clean/CalibrationRun.h"
+#include "apps/clean/clean_menu.h"
+#include "apps/clean/CleanWindow.h"
+#include "pavane/containers/MemoryFile.h"
+#include "pavane/tables/components/ModelLayer.h"
+#include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "platform/file_dialog.h"
+#include "platform/message.h"
+#include "tessel/paths.h"
+#include "tessel/value_text.h"
+
+#include <fstream>
+#include <sstream>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr double bytesOfMega = 1e6;
+constexpr int sizeDigits = 4;
+constexpr int markReach = 6;     ///< pixels about a mark in which it is caught
+constexpr int componentTab = 1;  ///< of the tabs beside the map
+/// Of a log that is shown; the end of a longer one.
+constexpr std::streamoff mostLog = std::streamoff{4} << 20;
+constexpr const char* modelFilter = "Components (*.txt *.mod)|*.txt *.mod|All files (*)|*|";
+
+std::string sizeText(std::int64_t bytes)
+{
+    return valToStr(static_cast<double>(bytes) / bytesOfMega, sizeDigits) + " MB";
+}
+
+}  // namespace
+
+int CleanWindow::runStudyCommand(unsigned id)
+{
+    if (!session_.isOpen())
+        return 0;
+    switch (id) {
+    case idStudyFacts:
+        AfxMessageBox(session_.study().folder() + "\n\n" +
+                          std::to_string(session_.study().rounds().size()) + " rounds, " +
+                          sizeText(session_.study().size()) + " on the disk",
+                      MB_OK | MB_ICONINFORMATION);
+        return 1;
+    case idDeleteBranch:
+        return deleteBranch(), 1;
+    case idFirstModel:
+        return openModel(), 1;
+    case idEditedModel:
+        return makeEditedRound(), 1;
+    }
+    return 0;
+}
+
+void CleanWindow::deleteBranch()
+{
+    AStudy& study = session_.study();
+    const int round = rounds_.selected();
+    const StudyRound* const found = study.round(round);
+    if (!found || session_.isRunning())
+        return;
+    const int parent = found->parent;
+    const auto count = study.branchOf(round).size();
+    const std::string what =
+        count == 1 ? "round " + std::to_string(round)
+                   : "round " + std::to_string(round) + " and the " + std::to_string(count - 1) +
+                         (count == 2 ? " round" : " rounds") + " that came of it";
+    if (AfxMessageBox("Delete " + what + ", " + sizeText(study.branchSize(round)) +
+                          "? This cannot be undone.",
+                      MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2) != IDYES)
+        return;
+    std::string error;
+    setBlink(0);
+    for (std::size_t kind = 0; kind < mapKinds; ++kind)
+        for (const int each : study.branchOf(round))
+            shown_.forget(session_.fileOf(each, static_cast<MapKind>(kind)));
+    if (!study.deleteBranch(round))
+        return complain(study.fault());
+    if (!study.round(session_.shown()) && !session_.show(parent, error))
+        complain(error);
+    roundsChanged();
+}
+
+void CleanWindow::openModel()
+{
+    if (session_.isRunning() || session_.shown() < 0)
+        return;
+    CString name = folderOf(session_.data());
+    if (!fnFileDialog1(name, modelFilter, "First model", 1, "txt", OFN_FILEMUSTEXIST, this) ||
+        name.empty())
+        return;
+    AComponents components;
+    std::ifstream in(name);
+    if (in)
+        components.Load(in);
+    if (components.count() == 0)
+        return complain(name +
+                        (in.is_open() ? ": there is no component in it" : ": cannot be read"));
+    std::string error;
+    if (!session_.startModel(components, error))
+        complain(error);
+}
+
+/// Switches the last link of the chain, or takes it off; the shown model's residual follows.
+void CleanWindow::changeChain(int removes)
+{
+    StudySettings settings = session_.study().settings();
+    if (session_.isRunning() || settings.chain.empty())
+        return status_.SetMessage("The chain has no gains");
+    StudyLink& last = settings.chain.back();
+    if (removes) {
+        if (AfxMessageBox("Take \"" + last.name + "\" off the chain? Its gains stay in the study.",
+                          MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES)
+            return;
+        settings.chain.pop_back();
+    } else {
+        last.isOn = !last.isOn;
+        status_.SetMessage("\"" + last.name + (last.isOn ? "\" is on" : "\" is off"));
+    }
+    std::string error;
+    if (!session_.study().setSettings(settings))
+        complain(session_.study().fault());
+    else if (!session_.startResidual(error))
+        complain(error);
+}
+
+/// The components of the round's model; an empty list for a model that stays a map.
+void CleanWindow::showComponents()
+{
+    const std::string file = session_.isOpen() && session_.shown() >= 0
+                                 ? session_.fileOf(session_.shown(), MapKind::model)
+                                 : std::string();
+    if (file == modelFile_)
+        return;
+    modelFile_ = file;
+    AComponents model;
+    std::string error;
+    if (!file.empty() && !readModel(file, model, error))
+        log_.Append(error);
+    if (!components_.reset(model))
+        complain("There is not enough memory for the components");
+    componentTable_.SetComponents(&components_);
+}
+
+/// Marks of the components lie over the map while their table is in front.
+void CleanWindow::showMarks()
+{
+    const int shows = tabs_.GetCurSel() == componentTab;
+    if (!shows) {
+        map_.drawMarks = nullptr;
+        map_.pressMarks = nullptr;
+    } else if (!map_.drawMarks) {
+        map_.drawMarks = [this](CDC& dc, const ABAxis& axis, const CRect* update) {
+            if (!shown_.isOpen())
+                return;
+            ModelLayer layer(components_.list(), shown_.content().frame);
+            if (update) {
+                layer.SetSelected(componentTable_.selectedComponent());
+                layer.SetPart(*update);
+            }
+            layer.draw(dc, axis);
+        };
+        map_.pressMarks = [this](const ABAxis& axis, CPoint point) {
+            if (!shown_.isOpen())
+                return;
+            const ModelLayer layer(components_.list(), shown_.content().frame);
+            const int found = layer.ComponentAt(axis, point, markReach);
+            if (found >= 0)
+                componentTable_.SelectComponent(found);
+        };
+    }
+    map_.Invalidate();
+}
+
+/// Edited components become a round of their own.
+void CleanWindow::makeEditedRound()
+{
+    std::string error;
+    if (session_.isRunning() || session_.shown() < 0)
+        return;
+    if (!components_.isModified())
+        return status_.SetMessage("The components are those of the round: nothing was edited");
+    if (!session_.startModel(components_.list(), error))
+        complain(error);
+}
+
+/// The log of the round that is shown, while nothing writes into it.
+void CleanWindow::showLog()
+{
+    if (session_.isRunning() || session_.shown() < 0)
+        return;
+    std::ifstream in(session_.logOf(session_.shown()), std::ios::binary | std::ios::ate);
+    if (!in)
+        return log_.Clear();
+    const std::streamoff size = in.tellg();
+    in.seekg(std::max(std::streamoff{0}, size - mostLog));
+    std::ostringstream text;
+    text << in.rdbuf();
+    log_.SetText(text.str());
+    (void)log_.SendMessage(WM_VSCROLL, SB_BOTTOM, 0);
+}
+
+/// The areas as they are now, so that a study comes back with them.
+void CleanWindow::storeAreasNow()
+{
+    if (!session_.isOpen() || session_.study().isReadOnly() || !shown_.isOpen())
+        return;
+    MemoryFile bytes;
+    if (!storeAllAreas(areas(), bytes))
+        return;
+    if (bytes.bytes() != keptAreas_ && session_.study().setAreas(bytes.bytes()))
+        keptAreas_ = bytes.bytes();
+}
+
+}  // namespace pavane

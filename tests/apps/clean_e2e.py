@@ -1,0 +1,107 @@
+#!/usr/bin/env python3
+"""Cleans and calibrates a simulated observation in pavane-clean with a real pointer and keyboard,
+on an X server of its own, with the real engine.
+
+usage: clean_e2e.py PAVANE_CLEAN PAVANE_SIMULATE FOLDER
+
+Opens UVFITS data, draws an area, cleans twice, stops a third round, goes back and begins a branch,
+calibrates phases, and closes: the study has the rounds that were asked for, none that was stopped,
+no temporary file, and the user's file is as it was.
+"""
+import hashlib
+import os
+import re
+import shutil
+import subprocess
+import sys
+
+from desk import Program, run_test, wait_for
+
+ENGINE = "wsclean"
+
+
+def simulate(folder, program):
+    subprocess.run([program, "--out", folder, "--size", "64", "--clean", "10", "--hours", "1"],
+                   check=True, stdout=subprocess.DEVNULL)
+
+
+def digest(file):
+    with open(file, "rb") as data:
+        return hashlib.sha256(data.read()).hexdigest()
+
+
+class Study:
+    """What lies in the folder of a study."""
+
+    def __init__(self, folder):
+        self.folder = folder
+
+    def rounds(self):
+        rounds = {}
+        base = self.folder + "/rounds"
+        for name in sorted(os.listdir(base)) if os.path.isdir(base) else []:
+            text = base + "/" + name + "/round.txt"
+            if name.isdigit() and os.path.exists(text):
+                with open(text) as file:
+                    rounds[int(name)] = dict(
+                        line.rstrip("\n").split(" ", 1) for line in file if " " in line)
+        return rounds
+
+    def wait(self, count):
+        wait_for(f"{count} rounds", lambda: len(self.rounds()) == count)
+        return self.rounds()
+
+
+def work(desk, program, folder):
+    data = folder + "/observation.uvfits"
+    before = digest(data)
+    study = Study(folder + "/observation.pavane")
+    clean = Program(desk, program, folder, "observation.uvfits", "--size", "256", "--cell", "0.1")
+    clean.main()
+    study.wait(1)
+    # a rectangle about the middle of the map, which fills the left part of the window
+    clean.key("2")
+    left, top = clean.at(0.22, 0.27)
+    right, bottom = clean.at(0.36, 0.47)
+    desk.do("mousemove", left, top, "mousedown", 1)
+    desk.do("mousemove", (left + right) // 2, (top + bottom) // 2)
+    desk.do("mousemove", right, bottom, "mouseup", 1)
+    clean.key("F5")
+    first = study.wait(2)
+    clean.key("F5")
+    study.wait(3)
+    rounds = study.rounds()
+    ids = sorted(rounds)
+    assert rounds[ids[1]]["parent"] == str(ids[0]) and rounds[ids[2]]["parent"] == str(ids[1])
+    assert float(rounds[ids[2]]["fluxes"].split()[0]) > 0
+    marks = {each: digest(f"{study.folder}/rounds/{each:04d}/round.txt") for each in first}
+    # a round that would take minutes is stopped: nothing of it stays
+    clean.key("shift+F6")
+    clean.type("500000000")
+    clean.key("Return")
+    half_made = study.folder + "/work/new"
+    wait_for("the engine", lambda: os.path.isdir(half_made) and os.listdir(half_made))
+    clean.key("ctrl+F5")
+    wait_for("the end of the half-made round", lambda: not os.path.exists(half_made))
+    assert len(study.rounds()) == 3, "a round that was stopped stays"
+    clean.key("shift+F6")
+    clean.type("50")
+    # back to the first clean round, and a branch from it
+    clean.key("F6", "F6", "F6")
+    clean.key("Up", "Return", "F5")
+    rounds = study.wait(4)
+    assert rounds[max(rounds)]["parent"] == str(ids[1]), "the branch begins elsewhere"
+    for each, mark in marks.items():
+        assert digest(f"{study.folder}/rounds/{each:04d}/round.txt") == mark, "a round has changed"
+    clean.key("ctrl+q")
+    clean.end()
+    assert digest(data) == before, "the user's file has changed"
+    left_over = [name for _, _, names in os.walk(study.folder) for name in names
+                 if re.search(r"\.tmp$|^new", name)]
+    assert not left_over, f"temporary files stay: {left_over}"
+
+
+if not shutil.which(ENGINE) or not os.path.exists(os.path.dirname(sys.argv[1]) + "/pavane-ms"):
+    print("skipped: there is no", ENGINE, "or no pavane-ms")
+    sys.exit(1 if os.environ.get("CI") else 77)
+run_test(simulate, work)
