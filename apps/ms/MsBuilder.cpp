@@ -209,7 +209,8 @@ void MsBuilder::add(const Block& block)
         meanWeights(weights.data() + at, flags.data() + at, hands, channels[i], mean);
         for (int h = 0; h < hands; ++h)
             sigmas(static_cast<std::size_t>(h), i) = mean[h] > 0 ? 1 / std::sqrt(mean[h]) : 0;
-        const std::size_t cells = static_cast<std::size_t>(hands * channels[i]);
+        const std::size_t cells =
+            static_cast<std::size_t>(hands) * static_cast<std::size_t>(channels[i]);
         rowFlags[i] = std::all_of(flags.data() + at, flags.data() + at + cells,
                                   [](bool flag) { return flag; });
         at += cells;

@@ -12,6 +12,10 @@ void importData(const std::vector<std::string>& words);
 void correctData(const std::vector<std::string>& words);
 void exportData(const std::vector<std::string>& words);
 void showFacts(const std::vector<std::string>& words);
+#ifdef PAVANE_HDF5
+void gainsToH5(const std::vector<std::string>& words);
+void gainsFromH5(const std::vector<std::string>& words);
+#endif
 
 /// A line "name value" on the standard output.
 void say(const std::string& name, const std::string& value);

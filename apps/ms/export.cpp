@@ -173,7 +173,7 @@ void Export::takeRows(std::size_t from, std::size_t count)
         group_.isFilled[ifPlace] = 1;
         takeCells(group_, place.ifPlace, data.data() + at, flags.data() + at, weights.data() + at,
                   rows.channels[i]);
-        at += static_cast<std::size_t>(hands * rows.channels[i]);
+        at += static_cast<std::size_t>(hands) * static_cast<std::size_t>(rows.channels[i]);
     }
 }
 

@@ -54,6 +54,10 @@ constexpr Command commands[] = {
     {"export", exportData, "WORK.ms OUT.uvfits --column DATA|CORRECTED_DATA|MODEL_DATA"},
     {"facts", showFacts,
      "DATA [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source NAME]"},
+#ifdef PAVANE_HDF5
+    {"gains-to-h5", gainsToH5, "IN.txt OUT.h5 [--data DATA]"},
+    {"gains-from-h5", gainsFromH5, "IN.h5 OUT.txt [--data DATA] [--direction N]"},
+#endif
 };
 
 void showHelp(FILE* to)

@@ -57,6 +57,15 @@ def write_gains(name, lines, day=tiny_uvfits.DAY):
             file.write('\t'.join(map(str, fields)) + '\n')
 
 
+def text_of(name):
+    with open(path(name)) as file:
+        return file.read()
+
+
+def rows_of(name):
+    return [line.split('\t') for line in text_of(name).splitlines()[3:]]
+
+
 class Base(unittest.TestCase):
     def done(self, *words, **more):
         status, facts, error = run(*words, **more)
@@ -286,8 +295,7 @@ class Correct(Base):
     def test_wrong_files(self):
         self.tiny('work')
         write_gains('good.txt', [(n, '1,2', 'I', -1.0, 5.0, 1j, 'solved', 0) for n in (1, 2, 5, 7)])
-        with open(path('good.txt')) as file:
-            text = file.read()
+        text = text_of('good.txt')
         head = '# pavane flags 1\n# referenceday 2453901.5\n'
         cases = [('--gains', text.replace('solved', 'sloved', 1), 'line 4 has a wrong "state"'),
                  ('--gains', text.replace('1,2', '1,2,', 1), 'wrong "IFs"'),
@@ -389,6 +397,126 @@ class BadInput(Base):
         shutil.rmtree(path('held.ms/SPECTRAL_WINDOW'))
         self.refused('', 'correct', 'held.ms')
         self.refused('', 'import', 'held.ms', 'again.ms')
+
+
+@unittest.skipUnless('gains-to-h5' in subprocess.run([PROGRAM, '--help'], capture_output=True, text=True).stdout, 'built without HDF5')
+class H5Parm(Base):
+    def lines(self, seed=5):
+        random = np.random.default_rng(seed)
+        return [(n, ifs, hand, start, start + 0.1, complex(*random.normal(0, 1, 2)), state, flagged)
+                for n, state, flagged in ((1, 'solved', 0), (2, 'failed', 0), (5, 'solved', 1), (7, 'solved', 0))
+                for ifs in ('1', '2') for hand in 'RL' for start in (0.25, 0.35, 0.75) if (n, start) != (7, 0.35)]
+
+    def test_there_and_back(self):
+        try:
+            import h5py
+        except ImportError:
+            self.skipTest('no h5py (Debian: python3-h5py)')
+        self.tiny('frame')
+        lines = self.lines()
+        write_gains('in.txt', lines)
+        for data in ([], ['--data', 'frame.ms'], ['--data', 'frame.uvfits']):
+            facts = self.done('gains-to-h5', 'in.txt', 'gains.h5', *data)
+            self.assertEqual(facts['gains'], [str(len(lines))])
+            with h5py.File(path('gains.h5')) as file:
+                tables_of = file['sol000']
+                self.assertEqual(tables_of.attrs['h5parm_version'], b'1.0')
+                amplitude, phase = tables_of['amplitude000'], tables_of['phase000']
+                self.assertEqual(amplitude['val'].attrs['AXES'], b'time,freq,ant,dir,pol')
+                self.assertEqual(list(amplitude['pol']), [b'RR', b'LL'])
+                np.testing.assert_allclose(amplitude['time'][:] / 86400 - (tiny_uvfits.DAY - 2400000.5), [0.3, 0.4, 0.8], atol=1e-9)
+                if data:
+                    np.testing.assert_allclose(amplitude['freq'][:], [8.4e9 + 2.5e5, 8.408e9 + 2.5e5])
+                    self.assertGreater(abs(tables_of['antenna']['position']).min(), 0)
+                gains = amplitude['val'][:] * np.exp(1j * phase['val'][:])
+                times, order = [0.25, 0.35, 0.75], [1, 2, 5, 7]
+                for n, ifs, hand, start, _, value, state, flagged in lines:
+                    place = times.index(start), int(ifs) - 1, order.index(n), 0, 'RL'.index(hand)
+                    self.assertAlmostEqual(gains[place], value, 12)
+                    self.assertEqual(amplitude['weight'][place], state == 'solved' and not flagged)
+                self.assertTrue(np.isnan(gains[1, :, 3]).all())
+            self.done('gains-from-h5', 'gains.h5', 'out.txt')
+            for before, after in zip(sorted(rows_of('in.txt')), sorted(rows_of('out.txt')), strict=True):
+                np.testing.assert_allclose([float(x) for x in after[8:10]], [float(x) for x in before[8:10]], rtol=1e-12)
+                self.assertEqual([x.rstrip('0').rstrip('.') or '0' for x in after[:8] + after[10:]],
+                                 [x.rstrip('0').rstrip('.') or '0' for x in before[:8] + before[10:]])
+
+    def test_of_others(self):
+        """Axes in another order, phases alone, texts of any length; what cannot be is refused."""
+        try:
+            import h5py
+        except ImportError:
+            self.skipTest('no h5py (Debian: python3-h5py)')
+        self.tiny('frame')
+        phases = np.random.default_rng(2).normal(0, 1, (2, 3, 2, 4))
+        with h5py.File(path('other.h5'), 'w') as file:
+            group = file.create_group('sol000/phase000')
+            group.attrs['TITLE'] = 'phase'
+            group['val'], group['pol'] = phases, np.array([b'XX', b'YY'])
+            group['val'].attrs['AXES'] = 'pol,time,freq,ant'
+            group['time'] = [(tiny_uvfits.DAY - 2400000.5 + t) * 86400 for t in (0.4, 0.5, 0.7)]
+            group['freq'] = [8.4e9, 8.41e9]
+            group['ant'] = ['KP', 'HN', 'FD', 'BR']
+            group['weight'] = np.ones(phases.shape, 'f2')
+            group['weight'][1, 2, 0, 3] = 0
+        facts = self.done('gains-from-h5', 'other.h5', 'other.txt', '--data', 'frame.ms')
+        self.assertIn('ends of intervals', facts['lost'][0])
+        rows = rows_of('other.txt')
+        self.assertEqual(len(rows), phases.size)
+        for row in rows:
+            number, hand, state = int(row[1]), 'XY'.index(row[4]), row[14]
+            start, end = float(row[6]), float(row[7])
+            t = [i for i, time in enumerate((0.4, 0.5, 0.7)) if start <= time < end]
+            self.assertEqual(len(t), 1)
+            place = hand, t[0], int(row[3]) - 1, [7, 5, 2, 1].index(number)
+            self.assertAlmostEqual(complex(float(row[8]), float(row[9])), np.exp(1j * phases[place]), 12)
+            self.assertEqual(state, 'failed' if place == (1, 2, 0, 3) else 'solved')
+        for change, what in ((lambda g: g['val'].attrs.modify('AXES', 'pol,time,freq'), 'axes are not told'),
+                             (lambda g: g['val'].attrs.modify('AXES', 'pol,time,tec,ant'), 'an axis tec'),
+                             (lambda g: g.attrs.modify('TITLE', 'rotation'), 'neither amplitudes nor phases'),
+                             (lambda g: g.__delitem__('time'), 'another length')):
+            shutil.copy(path('other.h5'), path('wrong.h5'))
+            with h5py.File(path('wrong.h5'), 'a') as file:
+                change(file['sol000/phase000'])
+            self.refused(what, 'gains-from-h5', 'wrong.h5', 'wrong-out.txt')
+        with open(path('other.h5'), 'rb') as file:
+            whole = file.read()
+        for length in (0, 100, len(whole) // 2, len(whole) - 1):
+            with open(path('wrong.h5'), 'wb') as file:
+                file.write(whole[:length])
+            self.refused('', 'gains-from-h5', 'wrong.h5', 'wrong-out.txt')
+
+    @unittest.skipUnless(shutil.which('wsclean'), 'the imaging engine is not installed (Debian: wsclean)')
+    def test_of_the_engine(self):
+        """Phases that the engine takes from the file make the map that corrected data make."""
+        self.done('import', SIMULATED, 'facet.ms')
+        self.done('correct', 'facet.ms')
+        facts = self.done('facts', 'facet.ms')
+        numbers = [line.split('\t')[1] for line in facts['antenna']]
+        ra, dec = (float(x) for x in facts['source'][0].split('\t')[2:])
+        ifs = ','.join(line.split('\t')[0] for line in facts['if'])
+        write_gains('two.txt', [(n, ifs, hand, -1.0, 5.0, complex(np.exp(1j * int(n) ** 2)), 'solved', 0) for n in numbers for hand in 'RL'],
+                    float(facts['referenceday'][0]))
+        text = text_of('two.txt')
+        for line in facts['antenna']:
+            _, number, name = line.split('\t')[:3]
+            text = text.replace(f'\t{number}\tA\t', f'\t{number}\t{name}\t')
+        with open(path('two.txt'), 'w') as file:
+            file.write(text)
+        self.done('gains-to-h5', 'two.txt', 'two.h5', '--data', 'facet.ms')
+        corners = ','.join(f'{ra + x / 3.6e6 / np.cos(np.radians(dec))},{dec + y / 3.6e6}' for x, y in ((9, -9), (9, 9), (-9, 9), (-9, -9)))
+        with open(path('facet.reg'), 'w') as file:
+            file.write(f'# Region file format: DS9 version 4.1\nfk5\npolygon({corners})\n')
+        maps = []
+        for gains, more in (([], ['-apply-facet-solutions', 'two.h5', 'phase000']), (['--gains', 'two.txt'], []), ([], [])):
+            self.done('correct', 'facet.ms', *gains)
+            done = subprocess.run(['wsclean', '-j', '1', '-reorder', '-data-column', 'CORRECTED_DATA', '-size', '128', '128', '-scale',
+                                   '0.1masec', '-niter', '0', '-name', 'facet', '-facet-regions', 'facet.reg', *more, 'facet.ms'],
+                                  cwd=FOLDER, capture_output=True, text=True)
+            self.assertEqual(done.returncode, 0, done.stdout[-1500:] + done.stderr[-1500:])
+            maps.append(fits.getdata(path('facet-dirty.fits')).squeeze())
+        self.assertLess(abs(maps[0] - maps[1]).max(), 1e-5)
+        self.assertGreater(abs(maps[1] - maps[2]).max(), 0.1)
 
 
 @unittest.skipUnless(shutil.which('wsclean'), 'the imaging engine is not installed (Debian: wsclean)')
