@@ -55,6 +55,11 @@ struct Run {
 
     std::string path(const std::string& key) const { return folder + "/" + options.at(key); }
     std::string out(const char* name) const { return path("out") + "/" + name; }
+    std::size_t at(int row, int column) const
+    {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(width) +
+               static_cast<std::size_t>(column);
+    }
     double number(const std::string& key) const
     {
         double value = 0;
@@ -76,8 +81,8 @@ MapHeader headerOf(const Run& run, const char* unit)
     MapHeader header;
     header.axes.resize(4);
     const double cell = run.number("cell") / 3600e3;
-    header.axes[0] = {run.width, "RA---SIN", "deg", 187, run.width / 2 + 1.0, -cell, 0};
-    header.axes[1] = {run.height, "DEC--SIN", "deg", 12, run.height / 2 + 1.0, cell, 0};
+    header.axes[0] = {run.width, "RA---SIN", "deg", 187, run.width * 0.5 + 1, -cell, 0};
+    header.axes[1] = {run.height, "DEC--SIN", "deg", 12, run.height * 0.5 + 1, cell, 0};
     header.axes[2] = {1, "FREQ", "Hz", 8e9, 1, 1e6, 0};
     header.axes[3] = {1, "STOKES", "", 1, 1, 1, 0};
     header.hasCelestialAxes = 1;
@@ -96,9 +101,8 @@ int writeMap(const Run& run, const char* name, const std::vector<float>& values,
     cells.fill(0);
     for (int r = 0; r < run.height; ++r)
         for (int c = 0; c < run.width; ++c)
-            cells(r, c) = isLast && run.mischief == Mischief::nanMap
-                              ? std::nanf("")
-                              : values[static_cast<std::size_t>(r * run.width + c)];
+            cells(r, c) =
+                isLast && run.mischief == Mischief::nanMap ? std::nanf("") : values[run.at(r, c)];
     std::string error;
     if (!writeFitsMap(run.out(name), cells, headerOf(run, "JY/BEAM"), error))
         return 0;
@@ -164,7 +168,7 @@ int clean(const Run& run)
 {
     std::vector<float> model, residual;
     if (run.options.at("model").empty()) {
-        model.assign(static_cast<std::size_t>(run.width * run.height), 0.0F);
+        model.assign(run.at(run.height, 0), 0.0F);
         residual = readMap(run.path("dirty"));
     } else {
         model = readMap(run.path("model"));
@@ -239,8 +243,8 @@ int runData(const std::vector<std::string>& words, const std::string& folder, Mi
 int runJob(const std::string& job, const Run& run)
 {
     if (job == "dirty") {
-        std::vector<float> beam(static_cast<std::size_t>(run.width * run.height), 0.0F);
-        beam[static_cast<std::size_t>(run.height / 2 * run.width + run.width / 2)] = 1;
+        std::vector<float> beam(run.at(run.height, 0), 0.0F);
+        beam[run.at(run.height / 2, run.width / 2)] = 1;
         run.print(run.mischief == Mischief::noData ? "Gridded visibility count: 0"
                                                    : "Gridded visibility count: 5946");
         const std::vector<float> sky =
@@ -276,7 +280,8 @@ std::vector<float> scriptedSky(const std::string& corrected, int width, int heig
     std::uint64_t state = 88172645463325252U;
     for (const char c : corrected)
         state = (state ^ static_cast<unsigned char>(c)) * 1099511628211U;
-    std::vector<float> map(static_cast<std::size_t>(width * height));
+    const auto columns = static_cast<std::size_t>(width), rows = static_cast<std::size_t>(height);
+    std::vector<float> map(columns * rows);
     for (float& value : map) {
         state ^= state << 13U;
         state ^= state >> 7U;
@@ -284,7 +289,7 @@ std::vector<float> scriptedSky(const std::string& corrected, int width, int heig
         value = static_cast<float>(state % 1000) * 1e-6F;
     }
     map[static_cast<std::size_t>(state % map.size())] += 1;
-    map[static_cast<std::size_t>(height / 2 * width + width / 2)] += 2;
+    map[rows / 2 * columns + columns / 2] += 2;
     return map;
 }
 
