@@ -16,6 +16,9 @@ namespace
 constexpr int mostIfs = 65536;
 constexpr double secondsPerDay = 86400;
 constexpr double greatestTime = 1e12;
+/// Seconds by which a choice from the first or to the last time of the data goes beyond them: the
+/// end of a selection does not belong to it, and times that are stored in single precision jitter.
+constexpr double beyondData = 1;
 
 struct FormName {
     const char* form;
@@ -102,8 +105,11 @@ void ACleanSelectionPM::giveTo(CleanParameters& parameters) const
     parameters.form = form;
     parameters.ifs = ifs();
     const bool isWhole = !(start < stop);
-    parameters.start = isWhole ? 0 : start / secondsPerDay;
-    parameters.end = isWhole ? 0 : stop / secondsPerDay;
+    const bool isKnown = infoStart < infoStop;
+    const double from = isKnown && start <= infoStart ? infoStart - beyondData : start;
+    const double to = isKnown && stop >= infoStop ? infoStop + beyondData : stop;
+    parameters.start = isWhole ? 0 : from / secondsPerDay;
+    parameters.end = isWhole ? 0 : to / secondsPerDay;
 }
 
 void ACleanSelectionPM::takeFrom(const CleanParameters& parameters)
@@ -114,6 +120,10 @@ void ACleanSelectionPM::takeFrom(const CleanParameters& parameters)
         groups.push_back({i});
     start = parameters.start * secondsPerDay;
     stop = parameters.end * secondsPerDay;
+    if (!(infoStart < infoStop) || !(start < stop))
+        return;
+    start = std::max(start, infoStart);
+    stop = std::min(stop, infoStop);
 }
 
 std::vector<RecordEntry> ACleanSelectionPM::entries() const

@@ -28,9 +28,11 @@ public:
 
     /// IFs that are used, rising; empty when all are.
     std::vector<int> ifs() const;
-    /// Sets the selection of `parameters`: form, IFs and times, these in days.
+    /// Sets the selection of `parameters`: form, IFs and times, these in days. From the start or to
+    /// the end of the data means with their first or last time.
     void giveTo(CleanParameters& parameters) const;
-    /// Takes form, IFs and times from them; IFs become a group each.
+    /// Takes form, IFs and times from them; IFs become a group each, times those of the data at
+    /// most.
     void takeFrom(const CleanParameters& parameters);
 
     std::vector<RecordEntry> entries() const;

@@ -93,8 +93,10 @@ FormRefusal SelectionForm::read(ACleanSelectionPM& pm) const
     // clock texts have microseconds: the whole time is what is shown for it
     const bool isWhole = text(start) == timeText(record_.infoStart, 1) &&
                          text(stop) == timeText(record_.infoStop, 1);
-    pm.start = isWhole ? 0 : from;
-    pm.stop = isWhole ? 0 : to;
+    pm.start = isWhole                                         ? 0
+               : text(start) == timeText(record_.infoStart, 1) ? record_.infoStart
+                                                               : from;
+    pm.stop = isWhole ? 0 : text(stop) == timeText(record_.infoStop, 1) ? record_.infoStop : to;
     return {};
 }
 

@@ -9,8 +9,10 @@
 #include "platform/message.h"
 #include "platform/qt/press_keys.h"
 
+#include <cmath>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <numbers>
 
 namespace pavane
 {
@@ -183,6 +185,27 @@ TEST_F(CleanDialogs, BeamIsFittedAnew)
     EXPECT_TRUE(AskBeamShape(nullptr, pm, none));
     EXPECT_EQ(asText(pm), "typed 0 3 2 0");
     EXPECT_EQ(messages, "");
+    // a lobe of 4 by 2 mas to the north, in cells of half a mas, on axes in degrees
+    constexpr int side = 64;
+    constexpr double cell = 0.5 / 3600e3;
+    AMatrix<float> cells(side, side);
+    for (int r = 0; r < side; ++r)
+        for (int c = 0; c < side; ++c) {
+            const double x = (c - 32) * 0.5 / 2, y = (r - 32) * 0.5 / 4;
+            cells(r, c) = static_cast<float>(std::exp(-4 * std::numbers::ln2 * (x * x + y * y)));
+        }
+    const AFloatMatrixAccess access(cells);
+    const DirtyBeamFinder finder = [&](DirtyBeam& beam, CString&) {
+        beam = {&access, TMinMax{32 * cell, -31 * cell, -32 * cell, 31 * cell}, 3600};
+        return 1;
+    };
+    pressKeys("Alt+F Return");
+    EXPECT_TRUE(AskBeamShape(nullptr, pm, finder));
+    EXPECT_EQ(pm.kind, BeamKind::fitted);
+    EXPECT_NEAR(pm.GetBeam().major, 4, 1e-3);
+    EXPECT_NEAR(pm.GetBeam().minor, 2, 1e-3);
+    EXPECT_NEAR(pm.GetBeam().angle, 0, 0.01);
+    EXPECT_EQ(pm.typed, (MapBeam{3, 2, 0}));
 }
 
 }  // namespace pavane

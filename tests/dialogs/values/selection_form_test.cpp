@@ -70,6 +70,12 @@ TEST(Selection, BecomesWhatTheEngineTakes)
     ACleanSelectionPM back = four();
     back.takeFrom(parameters);
     EXPECT_EQ(asText(back), "LL 1;3;4 4320 6480");
+    // to the end of the data is with their last time, which an end would leave out
+    pm.stop = 7200;
+    pm.giveTo(parameters);
+    EXPECT_GT(parameters.end * 86400, 7200.5);
+    back.takeFrom(parameters);
+    EXPECT_EQ(asText(back), "LL 1;3;4 4320 7200");
     pm.groups = {{2, 3}, {0, 1}};  // all of them
     pm.stop = pm.start;
     pm.giveTo(parameters);
