@@ -83,9 +83,11 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/closure_point.h
     pavane/calibration/closure_sets.h
     pavane/calibration/ClosureReader.h
+    pavane/calibration/EditedGains.h
     pavane/calibration/flags/flag_points.h
     pavane/calibration/flags/FlagEdits.h
     pavane/calibration/flags/UvPick.h
+    pavane/calibration/gain_charts.h
     pavane/calibration/gains/gain_frame.h
     pavane/calibration/gains/gain_intervals.h
     pavane/calibration/gains/GainApplier.h
@@ -94,6 +96,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/gains/SelfCalibration.h
     pavane/calibration/gains/UvCorrection.h
     pavane/calibration/gains/UvReach.h
+    pavane/calibration/mean_gains.h
     pavane/calibration/PanelChart.h
     pavane/calibration/series_points.h
     pavane/calibration/visibility_charts.h
@@ -102,6 +105,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/windows/AClosureSelectDlg.h
     pavane/calibration/windows/AClosureTbl.h
     pavane/calibration/windows/AClosureWnd.h
+    pavane/calibration/windows/AGainGraphWnd.h
+    pavane/calibration/windows/AGainTbl.h
+    pavane/calibration/windows/AMeanGainWnd.h
     pavane/containers/AArray.h
     pavane/containers/AObjArray.h
     pavane/containers/APoint.h

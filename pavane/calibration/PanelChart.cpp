@@ -70,10 +70,11 @@ AGraph* newGraph(A2DAxisMulti* axis, ChartCurve& curve)
     double* const y = curve.y.data();
     if (curve.isLine)
         return new AGraphXYLine(axis, x, y, count, nullptr, PS_SOLID, 1, curve.color, 0);
+    if (curve.error.size() < curve.y.size() || curve.error.empty())
+        return new AGraphXYPoint(axis, x, y, count, nullptr, curve.marker, 1, curve.color, 0);
     auto* const points =
-        new AGraphXYErrors(axis, x, y, count, nullptr, graphPointDot, 1, curve.color, 0);
-    if (curve.error.size() >= curve.y.size())
-        points->setYErrors(curve.error.data());
+        new AGraphXYErrors(axis, x, y, count, nullptr, curve.marker, 1, curve.color, 0);
+    points->setYErrors(curve.error.data());
     return points;
 }
 
@@ -145,7 +146,7 @@ void ChartAxis::putPanel(int number, ChartPanel& panel, int& next)
             if (curve.name.empty())
                 continue;
             graph->setGraphName(curve.name);
-            setLegend(legendEmptiest);
+            setLegend(chart_.isLegendAbove ? legendAbove : legendEmptiest);
         }
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/axes/graph_styles.h"
 #include "platform/types.h"
 #include "tessel/api.h"
 
@@ -16,7 +17,8 @@ struct ChartCurve {
     std::vector<double> error;  ///< of y, as long as the points, or empty
     int isLine = 0;
     COLORREF color = 0;
-    CString name{};  ///< in the legend; "": not there
+    CString name{};              ///< in the legend; "": not there
+    int marker = graphPointDot;  ///< of points
 };
 
 /// A y scale of a panel.
@@ -36,10 +38,11 @@ struct ChartPanel {
 
 /// Panels over one x direction as a value: what is plotted, without its drawing.
 struct PanelChart {
-    CString header;    ///< a line over all of it
-    CString nameX;     ///< with the markers of AB2DAxis
-    int isTime = 0;    ///< x are seconds, written as clock times
-    int isWholeX = 0;  ///< x counts something
+    CString header;         ///< a line over all of it
+    CString nameX;          ///< with the markers of AB2DAxis
+    int isTime = 0;         ///< x are seconds, written as clock times
+    int isWholeX = 0;       ///< x counts something
+    int isLegendAbove = 0;  ///< over all panels, not in them
     std::vector<ChartPanel> panels;
 };
 

@@ -2,6 +2,7 @@
 
 #include "pavane/resources/component_commands.h"
 #include "pavane/resources/freq_commands.h"
+#include "pavane/resources/gain_commands.h"
 #include "pavane/resources/mark_commands.h"
 #include "pavane/resources/plot_commands.h"
 #include "pavane/resources/table_commands.h"
@@ -119,6 +120,7 @@ inline constexpr MenuTemplate libraryMenus[] = {
     {IDR_FREQ_GROUP_MENU, freqGroupMenu, 1},
     {IDR_FREQ_INFO_MENU, freqInfoMenu, 1},
     {IDR_COMPONENTS_MENU, componentMenu, 1},
+    {IDR_GAIN_MENU, gainMenu, 1},
     {IDR_COPY_MENU, copyMenu, 1},
 };
 

@@ -226,7 +226,7 @@ int A2DAxisMulti::getPage() const { return std::min(page_, getPages() - 1); }
 
 void A2DAxisMulti::setLegend(int corner)
 {
-    legend_ = corner >= legendEmptiest && corner <= legendBottomRight ? corner : legendNone;
+    legend_ = corner >= legendEmptiest && corner <= legendAbove ? corner : legendNone;
     layoutStands_ = 0;
 }
 

@@ -21,7 +21,8 @@ enum LegendCorner : int {
     legendTopLeft = 1,
     legendTopRight = 2,
     legendBottomLeft = 3,
-    legendBottomRight = 4
+    legendBottomRight = 4,
+    legendAbove = 5  ///< one for all panels, in lines over them
 };
 
 /// A plot of one x direction and any number of y scales, side by side in one plot or in panels one
@@ -163,6 +164,8 @@ private:
     void findPlots();
     int composeAll(CDC& dc, const CRect& rect);
     void placeLegends(CDC& dc);
+    void placeLegendAbove(CDC& dc);
+    std::vector<int> namedGraphs() const;
     void placeLegend(CDC& dc, const MultiLayout::Panel& panel, std::set<CString>& seen);
     CRect legendBox(const MultiLayout::Panel& panel, CSize size) const;
     int hiddenPoints(const MultiLayout::Panel& panel, const CRect& box, std::int64_t most) const;

@@ -78,6 +78,9 @@ MultiWish A2DAxisMulti::wish(CDC& dc, const CRect& rect) const
     wish.gap = gap_;
     wish.border = borderRect_;
     wish.header = getHeaderString(0);
+    if (legend_ == legendAbove)
+        for (const int graph : namedGraphs())
+            wish.legend.push_back(childs_(graph)->getGraphName());
     wish.captions = captions_;
     const FigureUnits units(dc);
     CRect pixels(0, 0, units.pixels(rect.Width()), units.pixels(rect.Height()));

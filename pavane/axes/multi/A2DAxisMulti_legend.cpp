@@ -237,12 +237,57 @@ void A2DAxisMulti::placeAnew(CDC& dc, const std::vector<const MultiLayout::Panel
     placeLegends(dc);
 }
 
+/// The first graph of each name.
+std::vector<int> A2DAxisMulti::namedGraphs() const
+{
+    std::vector<int> graphs;
+    std::set<CString> seen;
+    for (int i = 0; i < childs_.count(); ++i)
+        if (const CString& name = childs_(i)->getGraphName();
+            !name.empty() && seen.insert(name).second)
+            graphs.push_back(i);
+    return graphs;
+}
+
+/// In rows over all panels, in the middle.
+void A2DAxisMulti::placeLegendAbove(CDC& dc)
+{
+    const CRect& room = layout_.legendBox;
+    if (room.IsRectEmpty())
+        return;
+    const std::vector<int> graphs = namedGraphs();
+    std::vector<CString> names;
+    for (const int graph : graphs)
+        names.push_back(childs_(graph)->getGraphName());
+    const LegendRows rows = legendRows(dc, names, fHeight_, room.Width() - fHeight_);
+    MultiLayout::Legend legend;
+    legend.panel = -1;
+    legend.box = room;
+    for (std::size_t i = 0; i < graphs.size(); ++i) {
+        const LegendRows::Entry& entry = rows.entries[i];
+        const auto row = static_cast<std::size_t>(entry.row);
+        const int left = room.left + (room.Width() - rows.widths[row]) / 2 + entry.left;
+        const int top = room.top + entry.row * rows.line;
+        legend.lines.push_back({graphs[i], CRect(left, top, left + rows.sample, top + fHeight_)});
+        MultiLayout::Text text;
+        text.text = names[i];
+        text.box = CRect(left + rows.sample + rows.air, top, left + entry.width, top + fHeight_);
+        text.part = MultiPart::gap;
+        text.panel = -1;
+        text.isOfLegend = 1;
+        layout_.texts.push_back(text);
+    }
+    layout_.legends.push_back(legend);
+}
+
 void A2DAxisMulti::placeLegends(CDC& dc)
 {
     CFont font;
     if (legend_ == legendNone || !CreateAxisFont(font, fHeight_, 0, 0.0))
         return;
     const SelectedObject<CFont> selected(dc, font);
+    if (legend_ == legendAbove)
+        return placeLegendAbove(dc);
     std::set<CString> seen;
     for (const MultiLayout::Panel& panel : layout_.panels)
         placeLegend(dc, panel, seen);
@@ -259,7 +304,8 @@ void A2DAxisMulti::drawLegends(CDC& dc, const CRect& part)
             continue;
         const SelectedObject<CPen> pen(dc, CPen(PS_SOLID, unitsOf(dc, 1), workColor(3)));
         const SelectedObject<CBrush> brush(dc, CBrush(workColor(0)));
-        dc.Rectangle(legend.box);
+        if (legend.panel >= 0)
+            dc.Rectangle(legend.box);
         const int saved = dc.SaveDC();
         dc.IntersectClipRect(legend.box);
         for (const MultiLayout::Legend::Line& line : legend.lines)

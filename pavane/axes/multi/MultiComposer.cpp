@@ -34,6 +34,7 @@ void makeFiner(const FigureUnits& units, const CRect& rect, MultiLayout& layout)
     layout.picture = rect;
     layout.fHeight = units.units(layout.fHeight);
     layout.headerBox = units.units(layout.headerBox, origin);
+    layout.legendBox = units.units(layout.legendBox, origin);
     for (MultiLayout::Panel& panel : layout.panels) {
         panel.plot = units.units(panel.plot, origin);
         panel.captionRoom = units.units(panel.captionRoom);
@@ -89,17 +90,25 @@ void MultiComposer::compose(const CRect& rect, const CFont& font)
 void MultiComposer::placeHeader()
 {
     top_ = out_.picture.top + (h_ + 1) / 2;
-    CFont bold;
-    if (wish_.header.empty() || !ABAxis::CreateAxisFont(bold, h_, 1, 0.0))
-        return;
-    const SelectedObject<CFont> selected(dc_, bold);
     const CRect& rect = out_.picture;
-    out_.header = fittedLines(dc_, wish_.header, rect.Width(), rect.Height() / 3);
-    CRect box(rect.left, rect.top + h_ / 4, rect.right, rect.top + h_ / 4);
-    const int width = box.Width();
-    dc_.DrawText(out_.header, box, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
-    out_.headerBox = CRect(rect.left, box.top, rect.left + width, box.bottom);
-    top_ += h_ / 4 + box.Height();
+    CFont bold;
+    if (!wish_.header.empty() && ABAxis::CreateAxisFont(bold, h_, 1, 0.0)) {
+        const SelectedObject<CFont> selected(dc_, bold);
+        out_.header = fittedLines(dc_, wish_.header, rect.Width(), rect.Height() / 3);
+        CRect box(rect.left, rect.top + h_ / 4, rect.right, rect.top + h_ / 4);
+        const int width = box.Width();
+        dc_.DrawText(out_.header, box, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX | DT_CALCRECT);
+        out_.headerBox = CRect(rect.left, box.top, rect.left + width, box.bottom);
+        top_ += h_ / 4 + box.Height();
+    }
+    if (wish_.legend.empty())
+        return;
+    const LegendRows rows = legendRows(dc_, wish_.legend, h_, rect.Width() - h_);
+    const int height = static_cast<int>(rows.widths.size()) * rows.line;
+    if (height > rect.Height() / 4)
+        return;
+    out_.legendBox = CRect(rect.left, top_, rect.right, top_ + height);
+    top_ += height;
 }
 
 void MultiComposer::gatherPanels()
@@ -242,6 +251,27 @@ int composeMulti(CDC& dc, const CRect& rect, const MultiWish& wish, MultiLayout&
     const int hasRoom = MultiComposer(*ruler.dc(), pixels, inPixels, layout).compose();
     makeFiner(units, rect, layout);
     return hasRoom;
+}
+
+LegendRows legendRows(CDC& dc, const std::vector<CString>& names, int fHeight, int width)
+{
+    LegendRows rows;
+    rows.line = fHeight + fHeight / 4;
+    rows.sample = 2 * fHeight;
+    rows.air = fHeight / 2;
+    const int between = fHeight;
+    for (const CString& name : names) {
+        LegendRows::Entry entry;
+        entry.width = rows.sample + rows.air + dc.GetTextExtent(name).cx;
+        if (rows.widths.empty() || rows.widths.back() + between + entry.width > width)
+            rows.widths.push_back(0);
+        else
+            entry.left = rows.widths.back() + between;
+        entry.row = static_cast<int>(rows.widths.size()) - 1;
+        rows.widths.back() = entry.left + entry.width;
+        rows.entries.push_back(entry);
+    }
+    return rows;
 }
 
 }  // namespace pavane

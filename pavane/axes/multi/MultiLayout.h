@@ -39,6 +39,23 @@ struct DirectionMap {
     PAVANE_API int xPixel(double value, int left, int right) const;
 };
 
+/// Names in rows of a width, each behind its sample: as many in a row as there is room for. Where
+/// an entry begins, in its row and by rows; heights and widths in one kind of units.
+struct LegendRows {
+    struct Entry {
+        int row = 0;
+        int left = 0;  ///< from the start of the row
+        int width = 0;
+    };
+    std::vector<Entry> entries;
+    std::vector<int> widths;  ///< of the rows
+    int line = 0;             ///< height of one
+    int sample = 0;           ///< width
+    int air = 0;              ///< between sample and name
+};
+/// With the font of the context.
+LegendRows legendRows(CDC& dc, const std::vector<CString>& names, int fHeight, int width);
+
 /// What there is to lay out; ranges are repaired, and of scales that are not shown empty.
 struct MultiWish {
     struct Scale {
@@ -62,6 +79,7 @@ struct MultiWish {
     int fHeight = 0;
     CRect border{-1, -1, -1, -1};
     CString header;
+    std::vector<CString> legend;  ///< names that stand over all panels
     std::map<int, CString> captions;
 
     /// Panels that there are, one at least.
@@ -141,6 +159,7 @@ struct MultiLayout {
     std::vector<Text> texts;
     std::vector<Legend> legends;
     CString header;
+    CRect legendBox;  ///< of the names over all panels
     CRect headerBox;
 
     PAVANE_API const Panel* findPanel(int number) const;

@@ -116,6 +116,11 @@ protected:
     void pointerMoved(unsigned flags, CPoint point) override;
     int takeKey(int key, bool shift, bool control) override;
 
+    /// Non-zero while drags in a panel draw rectangles that are no part to show.
+    virtual int takesRectangles() const;
+    /// Such a rectangle, client pixels inside the panel's plot, when the button is up.
+    virtual void takeRectangle(int panel, const CRect& rect);
+
     void OnLButtonUp(unsigned flags, CPoint point) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
     void OnMButtonDown(unsigned flags, CPoint point) override;

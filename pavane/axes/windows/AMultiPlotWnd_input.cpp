@@ -47,6 +47,11 @@ int AMultiPlotWnd::takePress(unsigned flags, CPoint point)
         drag_ = {DragKind::axis, direction, hit.panel, point, GetRanges(), 0};
     } else if (hit.part == MultiPart::plot) {
         const CRect plot = panelPlot(hit.panel);
+        if (takesRectangles()) {
+            if (frame_.begin(point, CRect(plot.left, plot.top, plot.right + 1, plot.bottom + 1)))
+                drag_ = {DragKind::band, directionX, hit.panel, point, {}, 0};
+            return 0;
+        }
         const CRect all = multi_->getLayout().bounds();
         // x is that of all panels, so the band is as high as all
         const int across = !(flags & MK_SHIFT);
@@ -184,9 +189,17 @@ void AMultiPlotWnd::OnLButtonUp(unsigned flags, CPoint point)
     endDrag(1);
     if (self.alive())
         APlotWnd::OnLButtonUp(flags, point);
-    if (self.alive() && multi_ && isBand && band.isWide())
-        showBand(band, panel);
+    if (!self.alive() || !multi_ || !isBand || !band.isWide())
+        return;
+    if (band.sides() != BandSides::both)
+        return showBand(band, panel);
+    CRect rect(band.from().x, band.from().y, band.to().x, band.to().y);
+    rect.NormalizeRect();
+    takeRectangle(panel, rect);
 }
+
+int AMultiPlotWnd::takesRectangles() const { return 0; }
+void AMultiPlotWnd::takeRectangle(int, const CRect&) {}
 
 void AMultiPlotWnd::showBand(const RubberBand& band, int panel)
 {
