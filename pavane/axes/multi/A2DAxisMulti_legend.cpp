@@ -257,6 +257,7 @@ void A2DAxisMulti::placeLegendAbove(CDC& dc)
         return;
     const std::vector<int> graphs = namedGraphs();
     std::vector<CString> names;
+    names.reserve(graphs.size());
     for (const int graph : graphs)
         names.push_back(childs_(graph)->getGraphName());
     const LegendRows rows = legendRows(dc, names, fHeight_, room.Width() - fHeight_);
