@@ -197,9 +197,9 @@ std::string gainGroupName(const AGains& gains, std::size_t group)
         std::size_t last = i;
         while (last + 1 < ifs.size() && ifs[last + 1] == ifs[last] + 1)
             ++last;
-        name += (i ? "," : "") + std::to_string(ifs[i] + 1);
+        name.append(i ? "," : "").append(std::to_string(ifs[i] + 1));
         if (last > i)
-            name += '-' + std::to_string(ifs[last] + 1);
+            name.append("-").append(std::to_string(ifs[last] + 1));
         i = last;
     }
     return name;
