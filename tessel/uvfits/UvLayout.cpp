@@ -268,6 +268,10 @@ int readUvLayout(const FitsHdu& hdu, std::int64_t size, UvHeader& header, UvLayo
         error = "ends before its " + std::to_string(layout.groups) + " groups do";
         return 0;
     }
+    if (layout.cells == 0) {  // who goes by the lengths of single axes would read beyond
+        error = "has groups without visibilities (an axis of length 0)";
+        return 0;
+    }
     if (layout.groupBytes == 0)
         layout.groups = header.groups = 0;  // no byte stands behind them
     const double scale = numberOr(cards, "BSCALE", 1);
