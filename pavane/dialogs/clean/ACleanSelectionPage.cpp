@@ -85,8 +85,13 @@ void ACleanSelectionPage::enableButtons()
     if (!GetSafeHwnd())
         return;
     for (const GroupButton& each : groupButtons)
-        if (CWnd* const button = GetDlgItem(each.id))
-            (void)button->EnableWindow(table_.isTimeOf(each.when));
+        if (CWnd* const button = GetDlgItem(each.id)) {
+            const int isOn = table_.isTimeOf(each.when);
+            // the button that was pressed leaves the keyboard to the table, not to its neighbour
+            if (!isOn && CWnd::GetFocus() == button)
+                (void)table_.SetFocus();
+            (void)button->EnableWindow(isOn);
+        }
 }
 
 /// Makes the marked IFs a group in the place of those that they hold wholly, such as their own.

@@ -34,6 +34,9 @@ int isName(const CString& name)
            trimmed(name, whiteSpace).size() == name.size();
 }
 
+/// Far more than any areas; what is larger is no set of them.
+constexpr std::int64_t mostBytes = std::int64_t{64} << 20;
+
 constexpr const char* nameFault =
     "A set of areas needs a name of 1 to 64 characters, without blanks at its ends.";
 
@@ -47,7 +50,7 @@ int storeText(AFile& file, const std::string& text)
 int loadText(AFile& file, std::string& text)
 {
     std::int32_t length = 0;
-    if (!loadItem(file, length) || length < 0 || length > file.left())
+    if (!loadItem(file, length) || length < 0 || length > std::min(file.left(), mostBytes))
         return 0;
     text.assign(static_cast<std::size_t>(length), '\0');
     return file.read(text.data(), length);
@@ -88,7 +91,8 @@ int AAreaSets::find(const CString& name) const
 /// The set of that name becomes these areas; its index, -1 when it cannot.
 int AAreaSets::take(const CString& name, std::string bytes)
 {
-    const int areas = isName(name) ? areasOf(bytes) : -1;
+    const bool isSmall = static_cast<std::int64_t>(bytes.size()) <= mostBytes;
+    const int areas = isName(name) && isSmall ? areasOf(bytes) : -1;
     const int known = find(name);
     if (areas < 0 || (known < 0 && count() >= mostSets))
         return -1;

@@ -238,6 +238,13 @@ TEST(BeamShape, IsABeamOrSaysWhyNot)
     ABeamShapePM read;
     ASSERT_TRUE(read.Load(file));
     EXPECT_TRUE(read.kind == pm.kind && read.typed == pm.typed && read.diameter == pm.diameter);
+    const std::string profile = testing::TempDir() + "beam-shape.ini";
+    SetProfileFile(profile);
+    ABeamShapePM kept;
+    EXPECT_TRUE(pm.StoreToINI(nullptr, "Clean", 1) && kept.LoadFromINI(nullptr, "Clean", 1));
+    EXPECT_TRUE(kept.kind == pm.kind && kept.typed == pm.typed && kept.diameter == pm.diameter);
+    SetProfileFile("");
+    std::filesystem::remove(profile);
     for (const RecordEntry& entry : std::initializer_list<RecordEntry>{
              {"BS KIND", "oval"}, {"BS MAJ", "-1"}, {"BS MIN", "1e400"}, {"BS PA", "nan"}})
         EXPECT_FALSE(read.takeEntry(entry)) << entry.key;

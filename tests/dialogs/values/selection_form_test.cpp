@@ -1,6 +1,8 @@
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/dialogs/values/SelectionForm.h"
+#include "platform/profile.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace pavane
@@ -86,6 +88,14 @@ TEST(Selection, BecomesWhatTheEngineTakes)
     ACleanSelectionPM read;
     ASSERT_TRUE(read.Load(file));
     EXPECT_EQ(asText(read), asText(pm));
+    const std::string profile = testing::TempDir() + "selection-form.ini";
+    SetProfileFile(profile);
+    ACleanSelectionPM kept;
+    EXPECT_FALSE(kept.LoadFromINI(nullptr, "Clean", 1));
+    EXPECT_TRUE(pm.StoreToINI(nullptr, "Clean", 1) && kept.LoadFromINI(nullptr, "Clean", 1));
+    EXPECT_EQ(asText(kept), asText(pm));
+    SetProfileFile("");
+    std::filesystem::remove(profile);
     for (const char* const groups : {"1-2;x", "0", "1-", "1;;2"})
         EXPECT_FALSE(read.takeEntry({"CS GROUPS", groups})) << groups;
     EXPECT_FALSE(read.takeEntry({"CS TS", "1e400"}) || read.takeEntry({"CS FORM", "RX"}));
