@@ -44,7 +44,7 @@ public:
     std::int64_t groups() const { return groups_; }
 
 private:
-    void takeRows(std::size_t from, std::size_t count);
+    void takeRows(std::size_t from, std::size_t count, FitsOutput& file);
     void takeCells(Group& group, int ifPlace, const Complex* data, const Bool* flags,
                    const Float* weights, int channels) const;
     void endGroup(FitsOutput& file);
@@ -52,7 +52,6 @@ private:
     WorkTable& work_;
     std::string column_, flagColumn_, weightColumn_;
     ExportPlan plan_;
-    FitsOutput* file_ = nullptr;
     Group group_;
     FitsBytes bytes_;
     std::vector<ExportScan> scans_;
@@ -132,7 +131,7 @@ void Export::takeCells(Group& group, int ifPlace, const Complex* data, const Boo
         }
 }
 
-void Export::takeRows(std::size_t from, std::size_t count)
+void Export::takeRows(std::size_t from, std::size_t count, FitsOutput& file)
 {
     WorkTable::Rows rows;
     work_.read(from, count, rows);
@@ -163,7 +162,7 @@ void Export::takeRows(std::size_t from, std::size_t count)
         std::copy_n(uvw.data() + 3 * i, 3, next.uvw.begin());
         const auto ifPlace = static_cast<std::size_t>(place.ifPlace);
         if (group_.first < 0 || group_.key() != next.key() || group_.isFilled[ifPlace]) {
-            endGroup(*file_);
+            endGroup(file);
             group_ = next;
             group_.isFilled.assign(plan_.ifs().size(), 0);
             group_.cells.assign(plan_.ifs().size() * static_cast<std::size_t>(plan_.channels()) *
@@ -180,7 +179,6 @@ void Export::takeRows(std::size_t from, std::size_t count)
 void Export::write(const std::string& name)
 {
     FitsOutput file(name);
-    file_ = &file;
     FitsCards cards;
     const std::size_t countPlace = plan_.writeHeader(cards, column_);
     file.header(cards);
@@ -188,7 +186,7 @@ void Export::write(const std::string& name)
     Watch watch(rows);
     for (std::size_t first = 0; first < rows; first += work_.blockRows()) {
         watch.step(first);
-        takeRows(first, std::min(work_.blockRows(), rows - first));
+        takeRows(first, std::min(work_.blockRows(), rows - first), file);
     }
     endGroup(file);
     file.endData();

@@ -46,7 +46,7 @@ HandPlan planHands(const std::vector<int>& codes, const std::vector<std::string>
     HandPlan plan;
     std::string all;
     for (const int code : codes)
-        all += (all.empty() ? "" : ",") + handName(code);
+        all.append(all.empty() ? "" : ",").append(handName(code));
     for (const std::string& name : wanted)
         if (std::none_of(codes.begin(), codes.end(),
                          [&](int code) { return handName(code) == name; }))
