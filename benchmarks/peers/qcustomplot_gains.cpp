@@ -10,7 +10,7 @@ struct QCustomPlotGains::Data {
 QCustomPlotGains::QCustomPlotGains(const std::vector<Curve>& curves, int panels, int rows,
                                    double xLow, double xHigh,
                                    const std::vector<std::pair<double, double>>& ranges, int width,
-                                   int height)
+                                   int height, int marker)
 {
     if (!qApp) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -46,7 +46,10 @@ QCustomPlotGains::QCustomPlotGains(const std::vector<Curve>& curves, int panels,
             plot.addGraph(rect->axis(QCPAxis::atBottom), rect->axis(QCPAxis::atLeft));
         graph->setAdaptiveSampling(true);
         graph->setPen(QPen(QColor(QRgb(curve.color)), 0));
-        graph->setScatterStyle(QCPScatterStyle(QCPScatterStyle::ssDot));
+        const QColor color{QRgb(curve.color)};
+        graph->setScatterStyle(
+            marker ? QCPScatterStyle(QCPScatterStyle::ssSquare, color, color, marker)
+                   : QCPScatterStyle(QCPScatterStyle::ssDot));
         QVector<QCPGraphData> points(static_cast<int>(curve.x.size()));
         for (std::size_t i = 0; i < curve.x.size(); ++i)
             points[static_cast<int>(i)] = QCPGraphData(curve.x[i], curve.y[i]);

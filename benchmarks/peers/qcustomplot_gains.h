@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// Panels of several curves with points and lines each, column by column, over one x direction.
@@ -12,10 +13,11 @@ public:
         unsigned color;  ///< 0xRRGGBB
         std::vector<double> x, y;
     };
-    /// `low` and `high` of panels in turn.
+    /// `ranges`: low and high of panels in turn. Points are squares of so many pixels, with 0
+    /// single pixels.
     QCustomPlotGains(const std::vector<Curve>& curves, int panels, int rows, double xLow,
                      double xHigh, const std::vector<std::pair<double, double>>& ranges, int width,
-                     int height);
+                     int height, int marker);
     ~QCustomPlotGains();
     void draw();
 

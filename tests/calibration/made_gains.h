@@ -3,6 +3,7 @@
 #include "tessel/gains/AGains.h"
 
 #include <cmath>
+#include <string>
 
 namespace pavane::test
 {
@@ -13,7 +14,7 @@ inline AGains madeGains(int antennas, int intervals)
     AGains gains;
     std::vector<GainAntenna> names;
     for (int i = 1; i <= antennas; ++i)
-        names.push_back({1, i, "T" + std::to_string(i)});
+        names.push_back({1, i, std::string("T").append(std::to_string(i))});
     std::vector<GainInterval> times;
     for (int i = 0; i < intervals; ++i)
         times.push_back({0.5 + i / 1440.0, 0.5 + (i + 1) / 1440.0});
