@@ -1,6 +1,9 @@
 #include "pavane/dialogs/values/ACleanSelectionPM.h"
 
+#include "pavane/dialogs/values/AUVXTIntervalPM.h"
 #include "pavane/dialogs/values/number_list.h"
+#include "tessel/stokes_name.h"
+#include "tessel/uvfits/AUVXFile.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -86,6 +89,17 @@ CString faultOfGroups(const std::vector<std::vector<int>>& groups, int ifs)
         return "IF " + std::to_string(*twice + 1) +
                " is in two groups. Here an IF can be in one only.";
     return {};
+}
+
+void ACleanSelectionPM::SetData(const AUVXFile& file, const AUVXTIntervalPM& times)
+{
+    std::vector<std::string> products;
+    for (const int code : file.header().stokes)
+        products.push_back(stokesName(code));
+    forms = polarisationForms(products);
+    frequencies = file.fqTbl();
+    infoStart = times.infoStart;
+    infoStop = times.infoStop;
 }
 
 std::vector<int> ACleanSelectionPM::ifs() const

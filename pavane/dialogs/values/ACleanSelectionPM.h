@@ -11,6 +11,9 @@
 namespace pavane
 {
 
+class AUVXFile;
+class AUVXTIntervalPM;
+
 /// Which visibilities a map is made of, as the page "CLEAN selection" lets the user choose it. In
 /// the profile the keys are "CS FORM", "CS GROUPS", "CS TS", "CS TE".
 class PAVANE_API ACleanSelectionPM : public EntryRecord<ACleanSelectionPM>
@@ -26,6 +29,8 @@ public:
     std::vector<std::vector<int>> groups;
     double start = 0, stop = 0;  ///< seconds; equal: the whole time
 
+    /// Takes what is for information from a file, and the times from `times`.
+    void SetData(const AUVXFile& file, const AUVXTIntervalPM& times);
     /// IFs that are used, rising; empty when all are.
     std::vector<int> ifs() const;
     /// Sets the selection of `parameters`: form, IFs and times, these in days. From the start or to

@@ -1,8 +1,11 @@
 #include "pavane/dialogs/values/gain_match.h"
 
+#include "pavane/dialogs/values/AUVXTIntervalPM.h"
 #include "tessel/plain_text.h"
+#include "tessel/stokes_name.h"
 #include "tessel/time_text.h"
 #include "tessel/trimmed.h"
+#include "tessel/uvfits/AUVXFile.h"
 
 #include <algorithm>
 #include <cctype>
@@ -158,6 +161,27 @@ void noteSilent(const AGains& gains, std::vector<std::string>& losses)
 }
 
 }  // namespace
+
+GainFacts gainFactsOf(const AUVXFile& file, const AUVXTIntervalPM& times)
+{
+    GainFacts facts;
+    for (const AUVXTlscItem& telescope : file.telescopes())
+        facts.antennas.push_back({telescope.subarray, telescope.number, telescope.name});
+    facts.ifs = file.header().ifs;
+    for (const int code : file.header().stokes) {
+        const std::string name = stokesName(code);
+        // of the products those of a hand with itself
+        const bool isParallel = name == "I" || (name.size() == 2 && name[0] == name[1]);
+        if (isParallel &&
+            std::find(facts.hands.begin(), facts.hands.end(), name[0]) == facts.hands.end())
+            facts.hands.push_back(name[0]);
+    }
+    facts.referenceDay = file.header().referenceDay;
+    const bool isKnown = times.infoStart <= times.infoStop && times.infoStop > 0;
+    facts.start = isKnown ? times.infoStart / secondsPerDay : 0;
+    facts.end = isKnown ? times.infoStop / secondsPerDay : -1;
+    return facts;
+}
 
 GainMatch gainMatch(const AGains& gains, const GainFacts& data)
 {

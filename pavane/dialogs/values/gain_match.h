@@ -9,14 +9,21 @@
 namespace pavane
 {
 
+class AUVXFile;
+class AUVXTIntervalPM;
+
 /// What of an observation gains have to meet.
 struct GainFacts {
     std::vector<GainAntenna> antennas;
     int ifs = 1;
-    std::vector<char> hands;    ///< 'R', 'L', 'X', 'Y' or 'I'; empty: not known
-    double referenceDay = 0;    ///< Julian date of 0h, 0 when it is not known
-    double start = 0, end = 0;  ///< of the data, days since then
+    std::vector<char> hands;  ///< 'R', 'L', 'X', 'Y' or 'I'; empty: not known
+    double referenceDay = 0;  ///< Julian date of 0h, 0 when it is not known
+    double start = 0,
+           end = 0;  ///< of the data, days since then; an end before the start: not known
 };
+/// Those of a file, with the times of `times` for information; where it has none times are not
+/// known.
+PAVANE_API GainFacts gainFactsOf(const AUVXFile& file, const AUVXTIntervalPM& times);
 
 /// Whether gains can be used for data: a clause each for the user.
 struct GainMatch {

@@ -1,4 +1,8 @@
+#include "pavane/dialogs/values/ACleanSelectionPM.h"
+#include "pavane/dialogs/values/AUVXTIntervalPM.h"
 #include "pavane/dialogs/values/gain_match.h"
+#include "tessel/uvfits/AUVXFile.h"
+#include "tests/tessel/uvfits_text.h"
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -107,6 +111,28 @@ TEST(GainMatch, TellsWhatDoesNotMeet)
     };
     for (const auto& row : rows)
         EXPECT_EQ(asText(gainMatch(row.gains, row.facts)), row.text) << row.what;
+}
+
+TEST(GainMatch, KnowsAFile)
+{
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(saved("facts.uvfits", groupsHdu({{100}, {3700}}) + antennaHdu()), error))
+        << error;
+    const AUVXTIntervalPM times(file, -1, -1);
+    const GainFacts facts = gainFactsOf(file, times);
+    ASSERT_EQ(facts.antennas.size(), 2u);
+    EXPECT_EQ(facts.antennas[1].name, "CD");
+    EXPECT_EQ(facts.hands, std::vector<char>{'R'});
+    EXPECT_EQ(facts.ifs, 1);
+    EXPECT_EQ(facts.referenceDay, 2455554.5);
+    EXPECT_NEAR(facts.start * 86400, 100, 0.02);
+    EXPECT_NEAR(facts.end * 86400, 3700, 0.02);
+    EXPECT_LT(gainFactsOf(file, AUVXTIntervalPM()).end, 0);
+    ACleanSelectionPM selection;
+    selection.SetData(file, times);
+    EXPECT_EQ(selection.forms, (std::vector<std::string>{"mean", "RR"}));
+    EXPECT_NEAR(selection.infoStop, 3700, 0.02);
 }
 
 TEST(GainMatch, TellsWhatFormsCannotHold)
