@@ -21,14 +21,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     rules.gains.interval.kind = GainKind::both;
     rules.gains.interval.leastAntennas = 2;
     rules.gains.interval.mostIterations = 20;
-    rules.mostSums = 4;
+    rules.mostSums = 1000;
     GainChain chain;
     for (const int isOfFile : {0, 1}) {
         const auto job = isOfFile ? std::make_unique<SelfCalibration>(file, model, rules)
                                   : std::make_unique<SelfCalibration>(file, point, rules);
         while (job->step(1)) {
         }
-        if (job->error().empty())
+        if (job->error().empty() && job->gains().cells().size() < 1000000)
             (void)chain.add("gains", job->gains());
     }
     VisibilityFlags flags;

@@ -7,7 +7,8 @@
 namespace pavane
 {
 
-GainSolver::GainSolver(const AGains& frame, const GainRules& rules) : gains_(frame), rules_(rules)
+GainSolver::GainSolver(AGains frame, const GainRules& rules)
+    : gains_(std::move(frame)), rules_(rules)
 {
     const std::size_t n = gains_.antennas().size();
     baselines_ = n < 2 ? 0 : n * (n - 1) / 2;

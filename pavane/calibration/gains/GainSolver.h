@@ -34,7 +34,7 @@ class PAVANE_API GainSolver
 {
 public:
     /// Antennas, intervals, groups and hands are those of `frame`; all its gains are looked for.
-    GainSolver(const AGains& frame, const GainRules& rules);
+    GainSolver(AGains frame, const GainRules& rules);
 
     /// A visibility D of the baseline of two antennas, its model M and its weight, one over the
     /// square of the error of real or imaginary part. One that is flagged (weight 0 or below), not

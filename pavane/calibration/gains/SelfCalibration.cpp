@@ -185,20 +185,21 @@ int SelfCalibration::makeFrame()
 {
     if (!scan_->hasScans())
         return fail("has more different times than an observation has");
-    AGains frame;
+    AGains made;
     if (!makeGainFrame(data_, marks_, rules_.frame, scan_->foundBaselines(), scan_->foundScans(),
-                       integration_, frame, error_))
+                       integration_, made, error_))
         return 0;
     scan_.reset();
     std::vector<int> references;
-    if (!antennasNamed(frame, rules_.references, references, error_))
+    if (!antennasNamed(made, rules_.references, references, error_))
         return 0;
     for (const int more : rules_.gains.references)
         references.push_back(more);
     rules_.gains.references = std::move(references);
 
     choice_ = std::make_unique<UvChoice>(data_, marks_);
-    solver_ = std::make_unique<GainSolver>(frame, rules_.gains);
+    solver_ = std::make_unique<GainSolver>(std::move(made), rules_.gains);
+    const AGains& frame = solver_->gains();
     if (!findCells())
         return 0;
     std::vector<std::size_t> order(frame.intervals().size());
