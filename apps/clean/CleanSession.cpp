@@ -1,7 +1,9 @@
 #include "apps/clean/CleanSession.h"
 
 #include "apps/clean/CalibrationRun.h"
+#include "apps/clean/ExportRun.h"
 #include "apps/clean/job_text.h"
+#include "pavane/imaging/study_export.h"
 #include "pavane/imaging/StudyJob.h"
 #include "pavane/progress/slices.h"
 #include "platform/CWnd.h"
@@ -86,6 +88,12 @@ private:
             if (session_.solve(error))
                 return Advance();
             return session_.calibrated(error);
+        }
+        if (session_.export_) {
+            std::string error;
+            if (session_.writeData(error))
+                return Advance();
+            return session_.exported(error);
         }
         while (session_.job_) {
             JobCommand command;
@@ -177,6 +185,8 @@ void CleanSession::close()
     runner_->Kill();
     job_.reset();
     calibration_.reset();
+    export_.reset();
+    exportFolder_.clear();
     study_.close();
 }
 
@@ -198,11 +208,7 @@ int CleanSession::start(Job job, std::string& error)
 
 void CleanSession::begin(const Job& job)
 {
-    JobPrograms programs;
-    programs.engine = engine_.get();
-    programs.data = dataProgram_;
-    programs.threads = engineThreads();
-    job_ = std::make_unique<StudyJob>(study_, programs);
+    job_ = std::make_unique<StudyJob>(study_, programs());
     jobName_ = job.name;
     toldPeak_ = -1;
     toldIterations_ = -1;
@@ -210,6 +216,15 @@ void CleanSession::begin(const Job& job)
     if (began)
         began();
     runner_->Advance();
+}
+
+JobPrograms CleanSession::programs() const
+{
+    JobPrograms programs;
+    programs.engine = engine_.get();
+    programs.data = dataProgram_;
+    programs.threads = engineThreads();
+    return programs;
 }
 
 void CleanSession::jobEnded(int isDone, const std::string& error)
@@ -223,8 +238,12 @@ void CleanSession::jobEnded(int isDone, const std::string& error)
             said(note);
     if (isDone && round >= 0)
         (void)show(round, fault);
-    if (!isDone)
+    if (!isDone) {
         next_.clear();
+        exportFolder_.clear();
+    } else if (next_.empty() && !exportFolder_.empty() && beginExport(fault)) {
+        return;
+    }
     if (!next_.empty()) {
         const Job job = std::move(next_.front());
         next_.pop_front();
@@ -382,17 +401,87 @@ void CleanSession::calibrated(const std::string& error)
         ended(0, wasStopped ? CString() : CString(fault));
 }
 
-int CleanSession::isRunning() const { return job_ || calibration_; }
+int CleanSession::startExport(const std::string& folder, std::string& error)
+{
+    const int round = shown();
+    if (isRunning() || !study_.round(round)) {
+        error = isRunning() ? jobName_ + " still runs" : "there is no round to export";
+        return 0;
+    }
+    exportFolder_ = folder;
+    if (study_.round(round)->hasModel && !study_.hasMap(round, RoundMap::restored)) {
+        if (startRestore(round, error))
+            return 1;
+        exportFolder_.clear();
+        return 0;
+    }
+    if (beginExport(error))
+        return 1;
+    if (!error.empty())
+        return 0;
+    // there were no data to write
+    if (ended)
+        ended(1, CString());
+    return 1;
+}
+
+/// Non-zero when the data are being written; 0 when all is there, or `error` says why not.
+int CleanSession::beginExport(std::string& error)
+{
+    std::vector<std::string> notes;
+    if (!exportRound(study_, shown(), programs(), exportFolder_, notes, error)) {
+        error.insert(0, exportFolder_ + ": ");
+        exportFolder_.clear();
+        return 0;
+    }
+    for (const std::string& note : notes)
+        if (said)
+            said(note);
+    auto run = std::make_unique<ExportRun>();
+    const int writes = run->begin(study_, exportFolder_ + "/corrected.uvfits", error);
+    exportFolder_.clear();
+    if (!writes) {
+        if (error.empty() && said)
+            said("corrected data of a MeasurementSet: pavane-ms export writes them as UVFITS");
+        return 0;
+    }
+    export_ = std::move(run);
+    jobName_ = "Export";
+    if (began)
+        began();
+    runner_->Advance();
+    return 1;
+}
+
+int CleanSession::writeData(std::string& error)
+{
+    constexpr std::chrono::milliseconds slice{15};
+    return runSlice(slice, [&] { return export_->step(error); });
+}
+
+void CleanSession::exported(const std::string& error)
+{
+    const std::unique_ptr<ExportRun> run = std::move(export_);
+    if (ended)
+        ended(error.empty(), run->progress().IsCancelled() ? CString() : CString(error));
+}
+
+int CleanSession::isRunning() const { return job_ || calibration_ || export_; }
 
 const AProgress& CleanSession::progress() const
 {
-    return job_ ? job_->progress() : calibration_ ? calibration_->progress() : noProgress_;
+    return job_           ? job_->progress()
+           : calibration_ ? calibration_->progress()
+           : export_      ? export_->progress()
+                          : noProgress_;
 }
 
 void CleanSession::stop()
 {
     if (calibration_)
         return calibration_->cancel();
+    if (export_)
+        return export_->cancel();
     if (!job_)
         return;
     job_->stop();

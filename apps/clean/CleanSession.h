@@ -20,7 +20,9 @@ namespace pavane
 class AComponents;
 class ASelfCalPM;
 class CalibrationRun;
+class ExportRun;
 class StudyJob;
+struct JobPrograms;
 
 /// What the engine tells while a round runs.
 struct RunNews {
@@ -87,6 +89,10 @@ public:
     /// Solves for gains on the model of the shown round, puts them at the end of the chain, and
     /// makes the residual of that model on the data that they correct.
     int startSelfCal(const ASelfCalPM& wish, std::string& error);
+    /// Writes all that the shown round came to into a folder that is empty or not there: maps,
+    /// model, mask, areas, gains, flags, a script that makes it again, and the corrected data of a
+    /// UVFITS file. The restored map is made first.
+    int startExport(const std::string& folder, std::string& error);
     /// Another chain or other flags were chosen: the residual of the shown round's model on them.
     int startResidual(std::string& error);
     int isRunning() const;
@@ -107,6 +113,10 @@ private:
     void tell();
     int solve(std::string& error);
     void calibrated(const std::string& error);
+    int beginExport(std::string& error);
+    int writeData(std::string& error);
+    void exported(const std::string& error);
+    JobPrograms programs() const;
     int useProposedCell(std::string& error);
 
     std::unique_ptr<WscleanEngine> engine_;
@@ -115,6 +125,8 @@ private:
     std::unique_ptr<StudyJob> job_;
     std::unique_ptr<CalibrationRun> calibration_;
     CString calibrationName_;
+    std::unique_ptr<ExportRun> export_;
+    std::string exportFolder_;  ///< of an export that waits for the restored map, or runs
     std::unique_ptr<Runner> runner_;
     std::deque<Job> next_;
     AProgress noProgress_;

@@ -132,7 +132,7 @@ private:
     void askParameters();
     void selfCalibrate();
     void changeChain(int removes);
-    void exportRound();
+    void exportShown();
     void goToPart(int step);
     void complain(const CString& error);
 

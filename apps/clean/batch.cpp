@@ -53,7 +53,7 @@ public:
         for (const CleanStep& step : options_.steps)
             if (!take(step, error))
                 return 0;
-        return 1;
+        return options_.out.empty() || (session_.startExport(options_.out, error) && wait(error));
     }
 
 private:

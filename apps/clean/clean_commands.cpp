@@ -84,7 +84,7 @@ int CleanWindow::runFileCommand(unsigned id)
     case idSaveAreaFile:
         return saveAreaFile(), 1;
     case idExport:
-        return exportRound(), 1;
+        return exportShown(), 1;
     case idCloseStudy:
         return PostMessage(WM_CLOSE), 1;
     case idDeleteArea:
@@ -374,6 +374,20 @@ void CleanWindow::selfCalibrate()
         complain(error);
 }
 
-void CleanWindow::exportRound() {}
+void CleanWindow::exportShown()
+{
+    if (!session_.isOpen() || session_.isRunning() || session_.shown() < 0)
+        return;
+    CString name = folderOf(session_.data()) + "round" + std::to_string(session_.shown());
+    if (!fnFileDialog1(name, "Folders (*)|*|", "Export into a new folder", 0, "",
+                       OFN_OVERWRITEPROMPT, this) ||
+        name.empty())
+        return;
+    std::string error;
+    if (session_.startExport(name, error))
+        status_.SetMessage("Exports round " + std::to_string(session_.shown()) + " into " + name);
+    else
+        complain(error);
+}
 
 }  // namespace pavane

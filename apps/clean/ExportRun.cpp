@@ -1,0 +1,63 @@
+#include "apps/clean/ExportRun.h"
+
+#include "apps/clean/CalibrationRun.h"
+#include "pavane/calibration/gains/UvCorrection.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace pavane
+{
+
+namespace
+{
+
+constexpr int progressPieces = 1000;
+
+}  // namespace
+
+int ExportRun::begin(const AStudy& study, const std::string& out, std::string& error)
+{
+    error.clear();
+    if (study.uvfitsFile() != study.source())
+        return 0;
+    GainChain chain;
+    VisibilityFlags flags;
+    if (!readChain(study, chain, error) || !readStudyFlags(study, flags, error))
+        return 0;
+    if (!file_.open(study.source(), error)) {
+        error.insert(0, study.source() + ": ");
+        return 0;
+    }
+    UvCorrectionRules rules;
+    rules.keepsFailed = study.settings().keepsFailed;
+    rules.keepsWeights = study.settings().keepsWeights;
+    rewriter_ = std::make_unique<UvRewriter>(
+        file_, out, std::make_shared<UvCorrection>(file_.header(), chain, flags, rules));
+    writer_ = std::make_unique<AProgressWriter>(progress_);
+    writer_->SetTotal(progressPieces);
+    writer_->SetText("Writing corrected data");
+    return 1;
+}
+
+int ExportRun::step(std::string& error)
+{
+    error.clear();
+    if (writer_->IsCancelled()) {
+        error = "it was stopped";
+        return 0;
+    }
+    const int goesOn = rewriter_->step();
+    const int now = static_cast<int>(std::clamp(rewriter_->done(), 0.0, 1.0) * progressPieces);
+    writer_->Advance(now - std::exchange(told_, now));
+    if (goesOn)
+        return 1;
+    error = rewriter_->error();
+    if (error.empty())
+        writer_->Finish();
+    else
+        writer_->Fail(error);
+    return 0;
+}
+
+}  // namespace pavane

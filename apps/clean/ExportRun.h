@@ -1,0 +1,36 @@
+#pragma once
+
+#include "pavane/imaging/AStudy.h"
+#include "pavane/progress/AProgress.h"
+#include "tessel/uvfits/AUVXFile.h"
+#include "tessel/uvfits/UvRewriter.h"
+
+#include <memory>
+#include <string>
+
+namespace pavane
+{
+
+/// Writes the visibilities of the user's UVFITS file with a study's chain and flags applied, in
+/// slices; every other byte as it was.
+class ExportRun
+{
+public:
+    /// Non-zero when there is something to write; else `error` is a line, or empty for data that
+    /// came from a MeasurementSet.
+    int begin(const AStudy& study, const std::string& out, std::string& error);
+    /// Goes on for a moment. Non-zero while more remains; 0 when all is done, or `error` says why
+    /// not.
+    int step(std::string& error);
+    const AProgress& progress() const { return progress_; }
+    void cancel() { progress_.Cancel(); }
+
+private:
+    AUVXFile file_;
+    AProgress progress_;
+    std::unique_ptr<AProgressWriter> writer_;
+    std::unique_ptr<UvRewriter> rewriter_;
+    int told_ = 0;
+};
+
+}  // namespace pavane
