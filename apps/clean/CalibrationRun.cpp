@@ -147,20 +147,25 @@ std::string CalibrationRun::summary() const
     return text;
 }
 
-int CalibrationRun::keep(AStudy& study, const std::string& name, std::string& error) const
+int keepGains(AStudy& study, const AGains& gains, std::string& error)
 {
     const PassingFile table(study.folder() + "/work", ".fits");
     const PassingFile text(study.folder() + "/work", ".txt");
-    if (!writeGainTable(table.name(), gains(), error) ||
-        !writeGainText(text.name(), gains(), error)) {
+    if (!writeGainTable(table.name(), gains, error) || !writeGainText(text.name(), gains, error)) {
         error.insert(0, "the gains cannot be kept: ");
         return 0;
     }
     const int number = study.addGains(table.name(), text.name());
-    if (number == 0) {
+    if (number == 0)
         error = study.fault();
+    return number;
+}
+
+int CalibrationRun::keep(AStudy& study, const std::string& name, std::string& error) const
+{
+    const int number = keepGains(study, gains(), error);
+    if (number == 0)
         return 0;
-    }
     StudySettings settings = study.settings();
     StudyLink link;
     link.gains = number;

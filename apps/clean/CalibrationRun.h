@@ -42,6 +42,9 @@ private:
     int told_ = 0;
 };
 
+/// Keeps gains in the study, as SN table and as text. Their number, 0 with `error` on failure.
+int keepGains(AStudy& study, const AGains& gains, std::string& error);
+
 /// "phase 60 s".
 std::string selfCalName(const ASelfCalPM& wish);
 

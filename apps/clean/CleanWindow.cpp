@@ -170,6 +170,7 @@ void CleanWindow::connect()
             map_.Invalidate();
     };
     rounds_.left = [this] { map_.SetFocus(); };
+    gains_.left = [this] { keepEditedGains(); };
     session_.roundsOther = [this] { roundsChanged(); };
     session_.told = [this](const RunNews& news) { jobTold(news); };
     session_.said = [this](const CString& line) { log_.Append(line); };
@@ -258,6 +259,7 @@ void CleanWindow::OnDestroy()
     isClosing_ = 1;
     play_.reset();
     display_.reset();
+    gains_.close();
     session_.close();
     created_ = 0;
     PostQuitMessage(0);
@@ -272,6 +274,7 @@ int CleanWindow::Open(const std::string& file)
     std::string error;
     setBlink(0);
     storeAreasNow();
+    gains_.close();
     session_.close();
     shown_.forgetRanges();
     log_.Clear();

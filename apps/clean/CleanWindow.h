@@ -3,6 +3,7 @@
 #include "apps/clean/CleanMap.h"
 #include "apps/clean/CleanRow.h"
 #include "apps/clean/CleanSession.h"
+#include "apps/clean/GainWindows.h"
 #include "apps/clean/PeakCurve.h"
 #include "apps/clean/RoundTable.h"
 #include "apps/clean/RunStrip.h"
@@ -132,6 +133,8 @@ private:
     void askParameters();
     void selfCalibrate();
     void changeChain(int removes);
+    void showGains(GainWindows::Kind kind);
+    void keepEditedGains();
     void exportShown();
     void goToPart(int step);
     void complain(const CString& error);
@@ -162,6 +165,7 @@ private:
     std::unique_ptr<APalettePlayDlg> play_;
     std::unique_ptr<AMapDisplayDlg> display_;
     ASelfCalPM selfCal_;
+    GainWindows gains_;
     std::string modelFile_;  ///< whose components are in the table
     std::string keptAreas_;  ///< as the study has them
     int created_ = 0;

@@ -69,6 +69,8 @@ private:
     /// Of a study that is there: maps of what the options ask for, when it has others.
     int takeParameters(std::string& error)
     {
+        if (!options_.hasMap)
+            return 1;
         CleanParameters wanted = options_.parameters;
         if (!(wanted.cell > 0))
             wanted.cell = session_.parameters.cell;

@@ -59,7 +59,7 @@ void CleanWindow::OnInitMenuPopup(CMenu& popup)
         } else if (line.id == idBlink) {
             line.enabled = shown_.isOpen();
             line.checked = blinks_;
-        } else if (line.id == idOpenData || line.id == idCloseStudy || line.id >= idCleanKeys ||
+        } else if (line.id == idOpenData || line.id == idCloseStudy || line.id >= idAboutClean ||
                    line.id == 0) {
             line.enabled = 1;
         } else {

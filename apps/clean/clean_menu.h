@@ -16,14 +16,12 @@ enum CleanCommand : unsigned {
     idExport,
     idStudyFacts,
     idDeleteBranch,
-    idSaveMapPicture,
     idCloseStudy,
     idDeleteArea = 41101,
     idCleanRound = 41201,
     idFinishCycle,
     idStopRound,
     idParameters,
-    idRestoringBeam,
     idFirstModel,
     idEditedModel,
     idGoOn,  ///< from the chosen round
@@ -33,12 +31,8 @@ enum CleanCommand : unsigned {
     idGainGraph,
     idGainTable,
     idMeanGains,
-    idGainFiles,
-    idFlagPlot,
-    idUndoFlags,
     idMapKind = 41401,  ///< one for each MapKind
-    idMaskCells = 41411,
-    idBlink,
+    idBlink = 41411,
     idNextMap,
     idPreviousMap,
     idColoursOfMap,
@@ -46,8 +40,7 @@ enum CleanCommand : unsigned {
     idOwnRange,
     idNextPart,
     idPreviousPart,
-    idCleanKeys = 41501,
-    idAboutClean
+    idAboutClean = 41501
 };
 
 namespace menus
@@ -60,7 +53,6 @@ inline constexpr MenuItem file[] = {
     line,
     {"Open &areas...\tCtrl+Shift+O", idOpenAreaFile, nullptr, 0},
     {"Save areas a&s...\tCtrl+Shift+S", idSaveAreaFile, nullptr, 0},
-    {"Save map as p&icture...\tCtrl+Shift+P", idSaveMapPicture, nullptr, 0},
     line,
     {"&Export the round...\tCtrl+E", idExport, nullptr, 0},
     {"Si&ze of the study", idStudyFacts, nullptr, 0},
@@ -87,7 +79,6 @@ inline constexpr MenuItem clean[] = {
     {"&Stop now\tCtrl+F5", idStopRound, nullptr, 0},
     line,
     {"&Parameters...\tF4", idParameters, nullptr, 0},
-    {"Restoring &beam...", idRestoringBeam, nullptr, 0},
     {"First &model...", idFirstModel, nullptr, 0},
     {"Round of the &edited components", idEditedModel, nullptr, 0},
     line,
@@ -102,7 +93,6 @@ inline constexpr MenuItem calibrate[] = {
     {"Gain &graph\tF9", idGainGraph, nullptr, 0},
     {"Gain &table", idGainTable, nullptr, 0},
     {"&Mean gains", idMeanGains, nullptr, 0},
-    {"Gain &files...", idGainFiles, nullptr, 0},
 };
 
 inline constexpr MenuItem view[] = {
@@ -131,7 +121,6 @@ inline constexpr MenuItem view[] = {
 };
 
 inline constexpr MenuItem help[] = {
-    {"&Keys and mouse\tF1", idCleanKeys, nullptr, 0},
     {"&About", idAboutClean, nullptr, 0},
 };
 

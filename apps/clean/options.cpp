@@ -346,6 +346,8 @@ int parseCleanOptions(const std::vector<std::string>& arguments, CleanOptions& o
     if (error.empty() && options.batch && options.data.empty())
         error = "--batch wants data or a study";
     for (const auto* option : given.options)
+        options.hasMap |= option->traits == ofTheMap;
+    for (const auto* option : given.options)
         if (error.empty() && !options.batch &&
             (option->traits == ofSteps || option->name == "--out"))
             error = std::string(option->name) + " goes with --batch";

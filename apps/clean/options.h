@@ -51,6 +51,7 @@ struct CleanOptions {
     std::string study;  ///< folder of the study; empty: beside the data
     std::string out;    ///< where the export goes; empty: nowhere
     CleanParameters parameters;
+    int hasMap = 0;                   ///< something of `parameters` was asked for
     std::vector<std::string> engine;  ///< words of the command; empty: as set, or wsclean
     std::vector<std::string> ms;      ///< the same of pavane-ms
     std::vector<CleanStep> steps;

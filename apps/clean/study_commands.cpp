@@ -51,6 +51,12 @@ int CleanWindow::runStudyCommand(unsigned id)
         return openModel(), 1;
     case idEditedModel:
         return makeEditedRound(), 1;
+    case idGainGraph:
+        return showGains(GainWindows::Kind::graph), 1;
+    case idGainTable:
+        return showGains(GainWindows::Kind::table), 1;
+    case idMeanGains:
+        return showGains(GainWindows::Kind::means), 1;
     }
     return 0;
 }
@@ -101,6 +107,45 @@ void CleanWindow::openModel()
                         (in.is_open() ? ": there is no component in it" : ": cannot be read"));
     std::string error;
     if (!session_.startModel(components, error))
+        complain(error);
+}
+
+/// Of the last link of the chain.
+void CleanWindow::showGains(GainWindows::Kind kind)
+{
+    const std::vector<StudyLink>& chain = session_.study().settings().chain;
+    if (chain.empty())
+        return status_.SetMessage("The chain has no gains yet: F8 solves for some");
+    std::string error;
+    if (gains_.isModified())
+        keepEditedGains();
+    else if (!gains_.open(session_.study().gainText(chain.back().gains), chain.back().name, error))
+        return complain(error);
+    if (!gains_.show(kind, this))
+        complain("The window of gains cannot be made");
+}
+
+/// What was flagged or edited becomes other gains of the link, when the user agrees.
+void CleanWindow::keepEditedGains()
+{
+    StudySettings settings = session_.study().settings();
+    if (isClosing_ || !session_.isOpen() || session_.isRunning() || settings.chain.empty() ||
+        session_.study().gainText(settings.chain.back().gains) != gains_.file())
+        return;
+    if (AfxMessageBox("The gains were changed. Use them as they are now, and make the residual of "
+                      "the shown round on the data that they correct?",
+                      MB_YESNO | MB_ICONQUESTION) != IDYES)
+        return;
+    std::string error;
+    const int number = keepGains(session_.study(), gains_.gains(), error);
+    if (number == 0)
+        return complain(error);
+    settings.chain.back().gains = number;
+    if (!session_.study().setSettings(settings))
+        return complain(session_.study().fault());
+    gains_.markKept();
+    gains_.close();
+    if (!session_.startResidual(error))
         complain(error);
 }
 
