@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <string_view>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -74,6 +75,26 @@ void syncAll(const fs::path& path)
     sync(path);
 }
 
+/// A file that is locked as long as it is open, or as its owner lives.
+int lockedFile(const std::string& lockName, const std::string& name)
+{
+    for (;;) {
+        const int lock = ::open(lockName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+        if (lock < 0)
+            throw Failure(name + " cannot be written: " + std::strerror(errno));
+        if (::flock(lock, LOCK_EX | LOCK_NB) != 0) {
+            ::close(lock);
+            throw Failure(name + " is being written by another program");
+        }
+        // one that its owner has just removed locks nobody out
+        struct stat mine = {}, there = {};
+        if (::fstat(lock, &mine) == 0 && ::stat(lockName.c_str(), &there) == 0 &&
+            mine.st_ino == there.st_ino && mine.st_dev == there.st_dev)
+            return lock;
+        ::close(lock);
+    }
+}
+
 }  // namespace
 
 void refuseSame(const std::string& input, const std::string& output)
@@ -135,14 +156,7 @@ OutputPath::OutputPath(const std::string& name, int isFolder, int mayReplace)
     const fs::path folder = folderOf(name_);
     if (!fs::is_directory(folder, error))
         throw Failure("there is no folder " + folder.string());
-    const std::string lockName = part_ + ".lock";
-    lock_ = ::open(lockName.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-    if (lock_ < 0)
-        throw Failure(name_ + " cannot be written: " + std::strerror(errno));
-    if (::flock(lock_, LOCK_EX | LOCK_NB) != 0) {
-        ::close(lock_);
-        throw Failure(name_ + " is being written by another program");
-    }
+    lock_ = lockedFile(part_ + ".lock", name_);
     fs::remove_all(part_, error);
     if (fs::exists(fs::symlink_status(part_, error))) {
         ::close(lock_);

@@ -58,7 +58,7 @@ void sayHands(const HandPlan& plan)
 {
     std::string all;
     for (const std::string& hand : plan.names)
-        all += (all.empty() ? "" : ",") + hand;
+        all.append(all.empty() ? "" : ",").append(hand);
     say("hands", all);
 }
 
@@ -171,7 +171,7 @@ void showMs(const std::string& name, const Selection& selection)
     std::string columns;
     for (const char* column : {"DATA", "CORRECTED_DATA", "MODEL_DATA"})
         if (input.table().tableDesc().isColumn(column))
-            columns += (columns.empty() ? "" : ",") + std::string(column);
+            columns.append(columns.empty() ? "" : ",").append(column);
     say("columns", columns);
     Span span;
     std::vector<MsRow> rows;

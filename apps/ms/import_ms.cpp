@@ -22,8 +22,6 @@ using namespace casacore;  // NOLINT
 namespace
 {
 
-constexpr double secondsPerDay = 86400.0;
-
 /// Two floats, as which a UVFITS file holds it: hosts read of both forms the same to the last bit.
 double storedTime(double days)
 {

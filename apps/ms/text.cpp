@@ -116,8 +116,9 @@ double julianDay(std::string_view date)
         return 0;
     // days of the Gregorian calendar, years counted from March
     const int early = (14 - m) / 12, years = y + 4800 - early, months = m + 12 * early - 3;
-    return d + (153 * months + 2) / 5 + 365 * years + years / 4 - years / 100 + years / 400 -
-           32045.5;
+    const int whole =
+        d + (153 * months + 2) / 5 + 365 * years + years / 4 - years / 100 + years / 400;
+    return whole - 32045.5;
 }
 
 std::string dateText(double julian)

@@ -385,6 +385,37 @@ class BadInput(Base):
         self.refused('', 'correct', 'big.ms', limit=100000)
         self.done('correct', 'big.ms')
 
+    def stopped(self, act, *words):
+        """What a run ends with whose first line of progress was answered by an act."""
+        with subprocess.Popen([PROGRAM, *words], stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, cwd=FOLDER) as child:
+            child.stdout.readline()
+            act(child)
+            error = child.communicate(timeout=60)[1]
+            return child.returncode, error
+
+    def test_stopped_and_vanished(self):
+        tiny_uvfits.make(path('long.uvfits'), times=4000)
+        listed = sorted(os.listdir(FOLDER))
+        status, error = self.stopped(lambda child: child.terminate(), 'import', 'long.uvfits', 'long.ms')
+        self.assertEqual((status, error), (1, 'pavane-ms: stopped\n'))
+        self.assertEqual(sorted(os.listdir(FOLDER)), listed)
+        status, _ = self.stopped(lambda child: child.kill(), 'import', 'long.uvfits', 'long.ms')
+        self.assertEqual(status, -9)
+        self.assertFalse(os.path.exists(path('long.ms')))
+        # while one writes a second is refused
+        second = []
+        status, _ = self.stopped(lambda child: second.append(run('import', 'long.uvfits', 'long.ms')), 'import', 'long.uvfits', 'long.ms')
+        self.assertEqual((status, second[0][0]), (0, 1))
+        self.assertIn('another program', second[0][2])
+        self.assertEqual([n for n in os.listdir(FOLDER) if '.part' in n], [])
+        status, error = self.stopped(lambda child: child.terminate(), 'correct', 'long.ms')
+        self.assertEqual((status, error), (1, 'pavane-ms: stopped\n'))
+        self.done('correct', 'long.ms')
+        status, error = self.stopped(lambda child: shutil.rmtree(path('long.ms')), 'correct', 'long.ms')
+        self.assertEqual(status, 1)
+        self.assertIn('pavane-ms: ', error)
+        self.assertFalse(os.path.exists(path('long.ms')))
+
     def test_locked_and_read_only(self):
         self.tiny('held')
         with tables.table(path('held.ms'), ack=False, readonly=False, lockoptions='permanent'):
