@@ -139,6 +139,8 @@ std::uint64_t sizeOf(const std::string& path)
     return bytes;
 }
 
+OutputPath* OutputPath::current_ = nullptr;
+
 OutputPath::OutputPath(const std::string& name, int isFolder, int mayReplace)
     : name_(bare(name)), part_(name_ + ".part"), isFolder_(isFolder)
 {
@@ -162,15 +164,25 @@ OutputPath::OutputPath(const std::string& name, int isFolder, int mayReplace)
         ::close(lock_);
         throw Failure(part_ + " is in the way and cannot be removed");
     }
+    current_ = this;
 }
 
-OutputPath::~OutputPath()
+OutputPath::~OutputPath() { remove(); }
+
+void OutputPath::remove()
 {
     std::error_code error;
     if (!isCommitted_)
         fs::remove_all(part_, error);
     fs::remove(part_ + ".lock", error);
     ::close(lock_);
+    current_ = nullptr;
+}
+
+void OutputPath::removeAll()
+{
+    if (current_)
+        current_->remove();
 }
 
 void OutputPath::commit()

@@ -30,8 +30,13 @@ public:
 
     const std::string& partName() const { return part_; }
     void commit();
+    /// Takes away what is not committed, for a program that ends without its destructors.
+    static void removeAll();
 
 private:
+    void remove();
+
+    static OutputPath* current_;
     std::string name_, part_;
     int isFolder_;
     int lock_ = -1;

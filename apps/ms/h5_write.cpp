@@ -87,6 +87,7 @@ void writeRest(hid_t set, const GainFile& gains, const GainGrid& grid, const Fra
     const auto put = [&](const std::string& name, const std::vector<hsize_t>& shape, auto all,
                          const auto& get) {
         std::vector<double> values;
+        values.reserve(all.size());
         for (const auto& one : all)
             values.push_back(static_cast<double>(get(one)));
         writeNumbers(group, "pavane_" + name, shape, values);

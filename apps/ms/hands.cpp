@@ -50,7 +50,8 @@ HandPlan planHands(const std::vector<int>& codes, const std::vector<std::string>
     for (const std::string& name : wanted)
         if (std::none_of(codes.begin(), codes.end(),
                          [&](int code) { return handName(code) == name; }))
-            throw Failure("the data have no hand " + name + ", but " + all);
+            throw Failure(
+                std::string("the data have no hand ").append(name).append(", but ").append(all));
     const auto isWanted = [&](int code) {
         return wanted.empty() ||
                std::find(wanted.begin(), wanted.end(), handName(code)) != wanted.end();

@@ -1,6 +1,7 @@
 // MeasurementSets for the imaging engine: made from UVFITS files and others, corrected, told of.
 #include "apps/ms/commands.h"
 #include "apps/ms/Failure.h"
+#include "apps/ms/OutputPath.h"
 #include "apps/ms/text.h"
 #include "apps/ms/Watch.h"
 
@@ -84,6 +85,7 @@ void complain(const std::string& what)
     } catch (...) {
         complain("something failed");
     }
+    OutputPath::removeAll();
     ::_exit(failed);
 }
 

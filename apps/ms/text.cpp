@@ -14,6 +14,21 @@ namespace
 /// No data have more IFs.
 constexpr int mostNumber = 65536;
 
+/// Bytes of the UTF-8 character that a text begins with; 0 when it begins with none.
+std::size_t characterLength(std::string_view text)
+{
+    const auto first = static_cast<unsigned char>(text[0]);
+    std::size_t length = 1;
+    if (first >= 0x80)
+        length = first >= 0xf0 ? 4 : first >= 0xe0 ? 3 : 2;
+    if ((first >= 0x80 && first < 0xc2) || first > 0xf4 || length > text.size())
+        return 0;
+    for (std::size_t i = 1; i < length; ++i)
+        if ((static_cast<unsigned char>(text[i]) & 0xc0) != 0x80)
+            return 0;
+    return length;
+}
+
 template <typename T>
 int readWhole(std::string_view text, T& value)
 {
@@ -63,10 +78,17 @@ std::string numberText(double value)
 
 std::string plain(std::string_view text)
 {
-    std::string line(text);
-    for (char& c : line)
-        if (static_cast<unsigned char>(c) < ' ' || c == 127)
-            c = ' ';
+    std::string line;
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
+        if (length == 0)
+            line += '?';
+        else if (static_cast<unsigned char>(text[0]) < ' ' || text[0] == 127)
+            line += ' ';
+        else
+            line += text.substr(0, length);
+        text.remove_prefix(std::max<std::size_t>(length, 1));
+    }
     return std::string(trimmed(line));
 }
 

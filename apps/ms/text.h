@@ -16,7 +16,7 @@ int readNumber(std::string_view text, double& value);
 int readNumber(std::string_view text, int& value);
 /// The shortest text that reads back as the same number.
 std::string numberText(double value);
-/// On one line, without control characters.
+/// On one line of UTF-8, without control characters; a '?' for what is neither.
 std::string plain(std::string_view text);
 /// Numbers from 1 of a list such as "1-4,6"; empty for one that is wrong.
 std::vector<int> readNumbers(std::string_view text);
