@@ -4,11 +4,13 @@
 #include "pavane/tables/table_dialogs.h"
 #include "pavane/trackers/masks/cell_regions.h"
 #include "pavane/trackers/masks/component_mask.h"
+#include "pavane/trackers/masks/mask_outlines.h"
 #include "platform/message.h"
 #include "tessel/fits_map.h"
 #include "tessel/paths.h"
 
 #include <cmath>
+#include <vector>
 
 namespace pavane
 {
@@ -19,6 +21,7 @@ namespace
 constexpr const char* maskFiles = "FITS masks (*.fits)|*.fits;*.fit;*.fts|All files (*.*)|*.*|";
 constexpr const char* noMemory = "There is no memory for these areas.";
 constexpr int mostCellsAbout = 1000;
+constexpr std::size_t mostUnasked = 2000;
 
 /// The cells that are not 0; 0 and why for a mask of another size.
 int maskOf(const FitsMap& file, ABitMatrix& mask, std::string& error)
@@ -35,6 +38,17 @@ int maskOf(const FitsMap& file, ABitMatrix& mask, std::string& error)
             if (const float value = cells(r, c); value != 0 && std::isfinite(value))
                 mask.set(r, c);
     return 1;
+}
+
+/// The noise of a map becomes more areas than anybody means.
+int agreesToMany(const ABitMatrix& mask)
+{
+    std::vector<MaskOutline> outlines;
+    if (!outlinesOfMask(mask, {}, outlines) || outlines.size() <= mostUnasked)
+        return 1;
+    return AfxMessageBox("These cells make " + std::to_string(outlines.size()) +
+                             " areas. Add all of them?",
+                         MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
 }
 
 }  // namespace
@@ -61,7 +75,8 @@ void MainWindow::areasOfMask()
         AfxMessageBox(name + ": " + error, MB_ICONERROR);
         return;
     }
-    tellOfAdded(view_.AddAreasOfMask(mask, "Areas from mask"));
+    if (agreesToMany(mask))
+        tellOfAdded(view_.AddAreasOfMask(mask, "Areas from mask"));
 }
 
 void MainWindow::areasOfModel()
@@ -77,8 +92,9 @@ void MainWindow::areasOfModel()
         !componentMask(model_.session().components().list(), map_->inputs().frame, mask) ||
         (cellsAboutComponents_ && !growMask(mask, cellsAboutComponents_, grown)))
         return tellOfAdded(-1);
-    tellOfAdded(
-        view_.AddAreasOfMask(cellsAboutComponents_ ? grown : mask, "Areas from components"));
+    const ABitMatrix& cells = cellsAboutComponents_ ? grown : mask;
+    if (agreesToMany(cells))
+        tellOfAdded(view_.AddAreasOfMask(cells, "Areas from components"));
 }
 
 }  // namespace pavane

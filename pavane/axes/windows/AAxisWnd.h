@@ -105,9 +105,9 @@ public:
     /// negative level not above it); holes become never-clean areas. The tool of contours does that
     /// where one clicks, Enter about the brightest cell that is shown. Non-zero when there is one.
     int AddAreaOfContour(int row, int column);
-    /// Grows the selected areas, or all without a selection, by so many cells (-1000 to 1000; below
-    /// 0 shrinks them), as one step of undo; they become polygons. An area that would have no cell
-    /// stays. How many have changed.
+    /// Grows the selected areas, or without a selection all but never-clean ones, by so many cells
+    /// (-1000 to 1000; below 0 shrinks them), as one step of undo; they become polygons. An area
+    /// that would have no cell stays. How many have changed.
     int GrowAreas(int cells);
 
     /// What the Delete key does: the vertex with the focus goes, else the areas. Always 1.

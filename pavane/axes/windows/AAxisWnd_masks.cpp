@@ -18,7 +18,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <numeric>
 
 namespace pavane
 {
@@ -187,10 +186,10 @@ int AAxisWnd::GrowAreas(int cells)
         return 0;
     std::vector<int> items = trackers_->SelectedItems();
     const int isAll = items.empty();
-    if (isAll) {
-        items.resize(static_cast<std::size_t>(trackers_->trackerCount()));
-        std::iota(items.begin(), items.end(), 0);
-    }
+    // nobody means all of both kinds: what one gains the other loses
+    for (int i = 0; isAll && i < trackers_->trackerCount(); ++i)
+        if (!trackers_->trackerAt(i)->IsNeverClean())
+            items.push_back(i);
     const HWND self = GetSafeHwnd();
     int changed = 0;
     int gone = 0;

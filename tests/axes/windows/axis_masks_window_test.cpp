@@ -132,3 +132,15 @@ TEST(MaskAreas, OfAnyMaskAreThatMaskAndGrowAndShrink)
     w.key('Z', MK_CONTROL);
     EXPECT_EQ(w.cells(), 11 * 21);
 }
+
+TEST(MaskAreas, GrowWithoutASelectionButForHoles)
+{
+    MasksWindow w;
+    ASSERT_TRUE(w.AddAreaOfContour(21, 31));  // 60 cells of 7 x 9, and a hole of 3
+    w.areas().ClearSelection(&w);
+    EXPECT_EQ(w.GrowAreas(1), 1);
+    EXPECT_EQ(w.cells(), 9 * 11 - 3);
+    w.areas().SelectItem(&w, 1, 1);
+    EXPECT_EQ(w.GrowAreas(1), 1);
+    EXPECT_EQ(w.cells(), 9 * 11 - 15);
+}
