@@ -10,6 +10,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <new>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -128,6 +129,30 @@ try {
     return bytes;
 } catch (const std::bad_alloc&) {
     return 0;
+}
+
+std::string stampOf(const std::string& folder, const std::string& except)
+try {
+    std::vector<std::string> lines;
+    std::error_code error;
+    for (fs::recursive_directory_iterator at(folder, error), end; !error && at != end;
+         at.increment(error)) {
+        struct stat info {
+        };
+        if (at->path().filename() == except || lstat(at->path().c_str(), &info) != 0 ||
+            !S_ISREG(info.st_mode))
+            continue;
+        lines.push_back(at->path().string().substr(folder.size()) + " " +
+                        std::to_string(info.st_size) + " " + std::to_string(info.st_mtim.tv_sec) +
+                        "." + std::to_string(info.st_mtim.tv_nsec));
+    }
+    std::sort(lines.begin(), lines.end());
+    std::string stamp;
+    for (const std::string& line : lines)
+        stamp += line + "\n";
+    return stamp;
+} catch (const std::bad_alloc&) {
+    return {};
 }
 
 std::int64_t freeBytes(const std::string& folder)

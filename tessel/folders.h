@@ -23,6 +23,9 @@ PAVANE_API int removeAll(const std::string& name, std::string& fault);
 PAVANE_API int renameWhole(const std::string& from, const std::string& to, std::string& fault);
 /// Bytes of a file, or of all files in a folder and below; 0 of nothing.
 PAVANE_API std::int64_t bytesOf(const std::string& name);
+/// A line that changes when a file below a folder is written, comes or goes: names, sizes and times
+/// of change, without files of the name `except`. "" of nothing.
+PAVANE_API std::string stampOf(const std::string& folder, const std::string& except);
 /// Bytes that may still be written in the file system of a folder; -1 when it does not tell.
 PAVANE_API std::int64_t freeBytes(const std::string& folder);
 

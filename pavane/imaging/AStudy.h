@@ -150,6 +150,11 @@ public:
     // For StudyJob
     int setModelTag(const DataTag& tag);
     int setCorrectedTag(const DataTag& tag);
+    /// Notes the working data as they are now: what changed them was a child of ours.
+    int leaveData();
+    /// When another program has changed the working data since, both columns become unknown; then
+    /// `isChanged` is not 0.
+    int checkData(int& isChanged);
     int setData(const std::string& uvfits, const std::string& facts);
     /// Notes the child that runs now (process 0: none) in the lock.
     int setChild(int process, long long started);

@@ -101,6 +101,24 @@ int AStudy::setData(const std::string& uvfits, const std::string& facts)
     return store(record);
 }
 
+int AStudy::leaveData()
+{
+    StudyRecord record = state_->record;
+    record.stamp = contentKey(stampOf(dataFile(), "table.lock"));
+    return record.stamp == state_->record.stamp || store(record);
+}
+
+int AStudy::checkData(int& isChanged)
+{
+    const std::string& left = state_->record.stamp;
+    isChanged = !left.empty() && left != contentKey(stampOf(dataFile(), "table.lock"));
+    if (!isChanged || (!modelTag().isKnown && !correctedTag().isKnown))
+        return 1;
+    StudyRecord record = state_->record;
+    record.model = record.corrected = {};
+    return store(record);
+}
+
 int AStudy::setChild(int process, long long started)
 {
     if (!state_->hold.isTaken())

@@ -160,7 +160,9 @@ int StudyJob::Work::planResidual(int parent, const CleanParameters& parameters)
             if (!emptyFolder(path(roundFolder), why))
                 return fail(std::string(roundFolder) + " " + why);
             const std::string folder = std::string(roundFolder) + "/";
-            if (!readDirty())
+            // in the areas of its parent, so that their noises compare
+            const StudyRound* const parentRound = study.round(made.parent);
+            if (!readDirty() || (parentRound && !keepMask(study.areasOf(*parentRound))))
                 return 0;
             measureRound(maps[EngineFile::residual], &maps[EngineFile::model], nullptr, mask,
                          made.numbers);

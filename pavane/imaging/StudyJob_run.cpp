@@ -211,6 +211,8 @@ void StudyJob::Work::finish(JobTurn how)
     state.cleans = 0;
     if (study.isOpen() && !study.isReadOnly()) {
         (void)study.setChild(0, 0);
+        // without this the next job writes the columns again, and no more is lost
+        (void)study.leaveData();
         study.sweep();
     }
     if (how == JobTurn::done)

@@ -26,6 +26,12 @@ int StudyJob::Work::begin()
         return fail("the study is open for reading only");
     if (!programs.engine)
         return fail("there is no engine");
+    int isChanged = 0;
+    if (!study.checkData(isChanged))
+        return fail("the study: it " + study.fault());
+    if (isChanged)
+        notes.emplace_back("the working data have been changed since: their columns are written "
+                           "again");
     if (!removeAll(path(newFolder), why) || !makeFolders(path(newFolder), why))
         return fail("work/new " + why);
     return 1;

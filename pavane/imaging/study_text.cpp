@@ -328,6 +328,7 @@ std::string studyText(const StudyRecord& record)
     out.add("uvfits", record.uvfits);
     addTag(out, "modelcolumn", record.model);
     addTag(out, "correctedcolumn", record.corrected);
+    out.add("stamp", record.stamp);
     out.add("nextround", record.nextRound);
     addParameters(out, s.parameters);
     for (const StudyLink& link : s.chain)
@@ -357,6 +358,8 @@ StudyTextKind readStudyText(std::string_view text, StudyRecord& record, std::str
             record.model = readTag(in);
         else if (name == "correctedcolumn")
             record.corrected = readTag(in);
+        else if (name == "stamp")
+            record.stamp = in.value();
         else if (name == "nextround")
             record.nextRound = static_cast<int>(in.whole(0, mostNumber));
         else if (name == "note")

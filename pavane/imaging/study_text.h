@@ -15,6 +15,7 @@ struct StudyRecord {
     std::string uvfits;  ///< for readers of UVFITS; a name in the study or the source; "": none
     StudySettings settings;
     DataTag model, corrected;
+    std::string stamp;  ///< of the working data when they were left
     int nextRound = 0;
     std::map<int, std::string> notes;
 };

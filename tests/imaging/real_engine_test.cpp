@@ -189,6 +189,23 @@ TEST_F(RealEngine, CyclesMaskAndList)
               1e-4 * made.numbers.threshold + 1e-4);
 }
 
+TEST_F(RealEngine, AMeasurementSetIsCopied)
+{
+    const std::string input = study_.dataFile();
+    AStudy other;
+    ASSERT_TRUE(other.create(shared_->path() + "/of an MS.pavane", input)) << other.fault();
+    StudyJob job(other, with(engine_));
+    job.import({});
+    ASSERT_EQ(runJob(job), JobTurn::done) << job.fault();
+    EXPECT_TRUE(IsFileExists(other.uvfitsFile()));
+    EXPECT_NE(other.facts().find("longest-baseline"), std::string::npos);
+    StudyJob maps(other, with(engine_));
+    maps.firstMaps(parameters_);
+    ASSERT_EQ(runJob(maps), JobTurn::done) << maps.fault();
+    const int first = make([&](StudyJob& same) { same.firstMaps(parameters_); });
+    EXPECT_NEAR(other.round(0)->numbers.peak, study_.round(first)->numbers.peak, 1e-4);
+}
+
 TEST_F(RealEngine, StopsAtEveryStage)
 {
     const int parent = make([&](StudyJob& job) { job.clean(-1, parameters_, ""); });

@@ -3,9 +3,11 @@
 #include "tessel/paths.h"
 #include "tests/imaging/study_host.h"
 
+#include <csignal>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <limits>
+#include <sys/resource.h>
 
 namespace pavane
 {
@@ -195,6 +197,62 @@ TEST_F(Scripted, LocksAndCopies)
     EXPECT_FALSE(other.setSettings({}) && other.setNote(0, "x"));
     EXPECT_EQ(other.open(place_.path()), StudyOpening::failed);
     EXPECT_FALSE(other.create(folder_, data_));
+}
+
+TEST_F(Scripted, DataOfOthersAreWrittenAgain)
+{
+    const int round = clean(-1);
+    ASSERT_TRUE(study_.correctedTag().isKnown && study_.modelTag().isKnown);
+    std::ofstream(study_.dataFile() + "/CORRECTED") << "another program was here";
+    StudyJob job = newJob();
+    job.goTo(round);
+    int children = 0;
+    EXPECT_EQ(runScriptedJob(job, Mischief::none, 0, &children), JobTurn::done) << job.fault();
+    EXPECT_EQ(children, 2) << "correct and predict";
+    EXPECT_EQ(job.notes().size(), 1U);
+    StudyJob again = newJob();
+    again.goTo(round);
+    EXPECT_EQ(runScriptedJob(again, Mischief::none, 0, &(children = 0)), JobTurn::done);
+    EXPECT_EQ(children, 0);
+    // and without data there is no round
+    std::filesystem::remove_all(study_.dataFile());
+    StudyJob without = newJob();
+    without.clean(round, parameters_, "");
+    EXPECT_EQ(runScriptedJob(without), JobTurn::failed);
+    EXPECT_NE(without.fault().find("not been imported"), std::string::npos) << without.fault();
+}
+
+TEST_F(Scripted, NoRoomAtAnyWrite)
+{
+    const int parent = clean(-1);
+    const auto ignored = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit usual{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &usual), 0);
+    int failed = 0;
+    std::size_t rounds = study_.rounds().size();
+    for (const rlim_t most : {0, 100, 600, 900, 1200, 3000, 5000, 5900}) {
+        StudyJob job = newJob();
+        job.clean(most % 200 ? parent : 0, parameters_, "");
+        rlimit small = usual;
+        small.rlim_cur = most;
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const JobTurn turn = runScriptedJob(job);
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
+        failed += turn == JobTurn::failed;
+        rounds += turn == JobTurn::done;
+        EXPECT_EQ(job.fault().empty(), turn == JobTurn::done) << job.fault();
+        // what is in memory is what is on the disk
+        study_.close();
+        const StudyOpening opening = study_.open(folder_);
+        ASSERT_TRUE(
+            opening == StudyOpening::opened ||
+            (opening == StudyOpening::dead && study_.open(folder_, 1) == StudyOpening::opened));
+        EXPECT_EQ(study_.rounds().size(), rounds) << most;
+        EXPECT_TRUE(study_.notes().empty());
+    }
+    (void)std::signal(SIGXFSZ, ignored);
+    EXPECT_GT(failed, 4);
+    EXPECT_GE(clean(parent), 0);
 }
 
 TEST_F(Scripted, ExportsAreWhole)
