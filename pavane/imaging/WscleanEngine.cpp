@@ -178,6 +178,7 @@ std::vector<EngineStep> WscleanEngine::predict(const EngineTask& task) const
     step.before = {{task.model, name + "-model.fits"}};
     step.words = commonWords(command_, task);
     add(step.words, {"-predict", "-pol", "I"});
+    addShift(step.words, task);  // which the image alone does not tell it
     addIfs(step.words, task.parameters);
     add(step.words, {"-name", name, task.data});
     step.writesModel = 1;

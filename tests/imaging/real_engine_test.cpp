@@ -1,5 +1,6 @@
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/imaging/round_maps.h"
+#include "pavane/imaging/study_export.h"
 #include "pavane/imaging/WscleanEngine.h"
 #include "pavane/trackers/areas/AreaCollection.h"
 #include "tessel/paths.h"
@@ -156,6 +157,67 @@ TEST_F(RealEngine, TwoRoundsAreOneAndBackIsBack)
     EXPECT_TRUE(study_.hasMap(second, RoundMap::restored));
     EXPECT_NEAR(study_.round(second)->numbers.modelFlux, study_.round(again)->numbers.modelFlux,
                 1e-3 * peak);
+}
+
+TEST_F(RealEngine, BackWithShiftedCentreAndOneIf)
+{
+    parameters_.shiftX = 3;
+    parameters_.shiftY = -2;
+    parameters_.ifs = {0};
+    const int first = make([&](StudyJob& job) { job.clean(-1, parameters_, ""); });
+    ASSERT_EQ(turn_, JobTurn::done) << fault_;
+    const int second = make([&](StudyJob& job) { job.clean(first, parameters_, ""); });
+    ASSERT_EQ(turn_, JobTurn::done) << fault_;
+    const int again = make([&](StudyJob& job) { job.clean(first, parameters_, ""); });
+    ASSERT_EQ(turn_, JobTurn::done) << fault_;
+    const StudyRound& dirty = *study_.round(study_.round(first)->parent);
+    EXPECT_LT(greatestDifference(map(second, RoundMap::residual), map(again, RoundMap::residual)),
+              1e-4 * std::abs(dirty.numbers.peak));
+    // the jet's core is where the phase centre was: 15 cells to the west, 10 to the north
+    EXPECT_NEAR(dirty.numbers.peakX, 64 + 15, 2);
+    EXPECT_NEAR(dirty.numbers.peakY, 64 + 10, 2);
+}
+
+TEST_F(RealEngine, ExportedScriptMakesTheSameMap)
+{
+    parameters_.majorGain = 0.7;
+    const int first =
+        make([&](StudyJob& job) { job.clean(-1, parameters_, areaAround(64, 64, 9)); });
+    ASSERT_EQ(turn_, JobTurn::done) << fault_;
+    // other flags, and only a part of the time: the second round begins with a residual on them
+    StudySettings settings = study_.settings();
+    std::string day = study_.facts();
+    day = day.substr(day.find("referenceday ") + 13);
+    day = day.substr(0, day.find('\n'));
+    settings.flags = study_.addFlags("# pavane flags 1\n# referenceday " + day +
+                                     "\nflag\t0\t1\t2\t*\t*\t-1\t100\t0\n");
+    ASSERT_TRUE(settings.flags && study_.setSettings(settings)) << study_.fault();
+    CleanParameters cycles = parameters_;
+    cycles.stopsEachCycle = 1;
+    const int second =
+        make([&](StudyJob& job) { job.clean(first, cycles, areaAround(66, 66, 12)); });
+    ASSERT_EQ(turn_, JobTurn::done) << fault_;
+    const StudyRound& between = *study_.round(study_.round(second)->parent);
+    EXPECT_EQ(between.kind, RoundKind::residual);
+    EXPECT_EQ(between.parent, first);
+    EXPECT_NE(between.maps, study_.round(first)->maps);
+    (void)make([&](StudyJob& job) { job.restore(second); });
+    ASSERT_EQ(turn_, JobTurn::done) << fault_;
+
+    const std::string to = shared_->path() + "/ex 'port'";
+    std::vector<std::string> notes;
+    std::string output;
+    ASSERT_TRUE(exportRound(study_, second, with(engine_), to, notes, fault_)) << fault_;
+    ASSERT_EQ(run({"sh", to + "/make-maps.sh", data(), to + "/again"}, output), 0) << output;
+    FitsMap exported, again;
+    ASSERT_TRUE(readFitsMap(to + "/map.fits", 0, exported, fault_)) << fault_;
+    char name[64];
+    (void)std::snprintf(name, sizeof name, "/again/rounds/%04d/restored.fits", second);
+    ASSERT_TRUE(readFitsMap(to + name, 0, again, fault_)) << fault_ << output;
+    EXPECT_LT(greatestDifference(exported, again),
+              1e-4 * study_.round(second)->numbers.restoredPeak);
+    settings.flags = 0;
+    ASSERT_TRUE(study_.setSettings(settings));
 }
 
 TEST_F(RealEngine, CyclesMaskAndList)

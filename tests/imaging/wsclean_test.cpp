@@ -173,6 +173,8 @@ TEST(WscleanWords, ShiftOfTheCentre)
     ASSERT_NE(at, words.end());
     EXPECT_EQ(at[1].substr(0, 14), "12h30m49.49145");  // 49.4232 s + 1/15/cos(dec) s
     EXPECT_EQ(at[2].substr(0, 11), "-12d23m29.0");
+    made.model = "m.fits";  // an image does not tell a predict where its centre is
+    EXPECT_NE(said(WscleanEngine().predict(made)).find(" -shift 12h"), std::string::npos);
 }
 
 }  // namespace
