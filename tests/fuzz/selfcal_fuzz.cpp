@@ -22,13 +22,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     rules.gains.interval.leastAntennas = 2;
     rules.gains.interval.mostIterations = 20;
     rules.mostSums = 1000;
+    // times of centuries would be millions of minutes, which takes too long here
+    rules.frame.seconds = 0;
     GainChain chain;
     for (const int isOfFile : {0, 1}) {
+        rules.frame.isWhole = isOfFile;
         const auto job = isOfFile ? std::make_unique<SelfCalibration>(file, model, rules)
                                   : std::make_unique<SelfCalibration>(file, point, rules);
         while (job->step(1)) {
         }
-        if (job->error().empty() && job->gains().cells().size() < 1000000)
+        if (job->error().empty())
             (void)chain.add("gains", job->gains());
     }
     VisibilityFlags flags;
