@@ -73,6 +73,13 @@ inline constexpr MenuItem edit[] = {
     {"Copy &picture\tCtrl+C", ID_COPY_TO_CLIPBOARD, nullptr, 0},
 };
 
+inline constexpr MenuItem areas[] = {
+    menuItemOf(ID_NEVER_CLEAN),
+    line,
+    menuItemOf(ID_CONTOUR_AREA),
+    menuItemOf(ID_GROW_AREAS),
+};
+
 inline constexpr MenuItem clean[] = {
     {"&Clean\tF5", idCleanRound, nullptr, 0},
     {"&Finish this cycle\tShift+F5", idFinishCycle, nullptr, 0},
@@ -82,7 +89,7 @@ inline constexpr MenuItem clean[] = {
     {"First &model...", idFirstModel, nullptr, 0},
     {"Round of the &edited components", idEditedModel, nullptr, 0},
     line,
-    {"&Go on from the chosen round\tCtrl+G", idGoOn, nullptr, 0},
+    {"&Go on from the chosen round", idGoOn, nullptr, 0},
 };
 
 inline constexpr MenuItem calibrate[] = {
@@ -125,9 +132,13 @@ inline constexpr MenuItem help[] = {
 };
 
 inline constexpr MenuItem bar[] = {
-    {"&File", 0, file, std::size(file)},    {"&Edit", 0, edit, std::size(edit)},
-    {"&CLEAN", 0, clean, std::size(clean)}, {"C&alibrate", 0, calibrate, std::size(calibrate)},
-    {"&View", 0, view, std::size(view)},    {"&Help", 0, help, std::size(help)},
+    {"&File", 0, file, std::size(file)},
+    {"&Edit", 0, edit, std::size(edit)},
+    {"&Areas", 0, areas, std::size(areas)},
+    {"&CLEAN", 0, clean, std::size(clean)},
+    {"Cali&brate", 0, calibrate, std::size(calibrate)},
+    {"&View", 0, view, std::size(view)},
+    {"&Help", 0, help, std::size(help)},
 };
 
 }  // namespace menus
