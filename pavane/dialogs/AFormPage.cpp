@@ -95,12 +95,7 @@ int AFormPage::OnCommand(unsigned id, unsigned code, CWnd* control)
                                                                        : code == BN_CLICKED;
         if (!isChange)
             break;
-        const HWND self = GetSafeHwnd();
         takeField(each);
-        form_.changed(each.field);
-        FieldChanged(each.field);
-        if (FromHandle(self) != this)
-            return 1;
         ShowForm();
         SetModified();
         return 1;
@@ -128,12 +123,9 @@ int AFormPage::Refuse(const FormRefusal& refusal)
 
 int AFormPage::SaveForm()
 {
-    if (GetSafeHwnd()) {
+    if (GetSafeHwnd())
         for (const FormControl& each : controls_)
             takeField(each);
-        if (!IsAccepted())
-            return 0;
-    }
     const FormRefusal refusal = form_.save();
     return refusal.isRefused() ? Refuse(refusal) : 1;
 }

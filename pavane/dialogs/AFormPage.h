@@ -43,10 +43,6 @@ public:
 protected:
     int OnInitDialog() override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
-    /// Another check before the form is asked; 0, after the user was told, refuses.
-    virtual int IsAccepted() { return 1; }
-    /// The user changed a field.
-    virtual void FieldChanged(int field) { (void)field; }
     /// Shows what follows from the fields: notes, what can be used.
     void ShowNotes();
     /// Says why, and puts the focus into the control of the field. 0.

@@ -14,7 +14,8 @@ namespace pavane
 inline constexpr unsigned IDD_AREA_SETS = 10840;
 inline constexpr unsigned IDC_SETS_LIST = 10841, IDC_SETS_NAME = 10842, IDC_SETS_KEEP = 10843,
                           IDC_SETS_RENAME = 10844, IDC_SETS_USE = 10845, IDC_SETS_REMOVE = 10846,
-                          IDC_SETS_READ = 10847, IDC_SETS_WRITE = 10848, IDC_SETS_NOTE = 10849;
+                          IDC_SETS_READ = 10847, IDC_SETS_WRITE = 10848, IDC_SETS_NOTE = 10849,
+                          IDC_SETS_NAME_LABEL = 10850;
 
 inline constexpr DlgItem areaSetsItems[] = {
     {ControlKind::staticText, 0, "&Areas and sets of them", 8, 8, 180, 9},
@@ -23,7 +24,7 @@ inline constexpr DlgItem areaSetsItems[] = {
     {ControlKind::pushButton, IDC_SETS_REMOVE, "Remo&ve", 194, 37, 72, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDC_SETS_READ, "&Read file...", 194, 61, 72, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDC_SETS_WRITE, "&Write file...", 194, 79, 72, 14, WS_TABSTOP},
-    {ControlKind::staticText, 0, "&Name", 8, 132, 24, 9},
+    {ControlKind::staticText, IDC_SETS_NAME_LABEL, "&Name", 8, 132, 24, 9},
     {ControlKind::edit, IDC_SETS_NAME, "", 34, 130, 154, 13, WS_TABSTOP},
     {ControlKind::pushButton, IDC_SETS_KEEP, "&Keep the map's", 194, 129, 72, 14, WS_TABSTOP},
     {ControlKind::pushButton, IDC_SETS_RENAME, "R&ename", 194, 147, 72, 14, WS_TABSTOP},
@@ -32,11 +33,17 @@ inline constexpr DlgItem areaSetsItems[] = {
     {ControlKind::pushButton, IDCANCEL, "Cancel", 216, 180, 50, 14, WS_TABSTOP},
 };
 inline constexpr ResizeItem areaSetsResize[] = {
-    {IDC_SETS_LIST, 0, 0, 100, 100},     {IDC_SETS_USE, 100, 0, 100, 0},
-    {IDC_SETS_REMOVE, 100, 0, 100, 0},   {IDC_SETS_READ, 100, 0, 100, 0},
-    {IDC_SETS_WRITE, 100, 0, 100, 0},    {IDC_SETS_NAME, 0, 100, 100, 100},
-    {IDC_SETS_KEEP, 100, 100, 100, 100}, {IDC_SETS_RENAME, 100, 100, 100, 100},
-    {IDC_SETS_NOTE, 0, 100, 100, 100},   {IDOK, 100, 100, 100, 100},
+    {IDC_SETS_NAME_LABEL, 0, 100, 0, 100},
+    {IDC_SETS_LIST, 0, 0, 100, 100},
+    {IDC_SETS_USE, 100, 0, 100, 0},
+    {IDC_SETS_REMOVE, 100, 0, 100, 0},
+    {IDC_SETS_READ, 100, 0, 100, 0},
+    {IDC_SETS_WRITE, 100, 0, 100, 0},
+    {IDC_SETS_NAME, 0, 100, 100, 100},
+    {IDC_SETS_KEEP, 100, 100, 100, 100},
+    {IDC_SETS_RENAME, 100, 100, 100, 100},
+    {IDC_SETS_NOTE, 0, 100, 100, 100},
+    {IDOK, 100, 100, 100, 100},
     {IDCANCEL, 100, 100, 100, 100},
 };
 inline constexpr DlgTemplate areaSetsDialog = {

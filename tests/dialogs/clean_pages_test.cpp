@@ -1,4 +1,4 @@
-#include "dialogs/mnemonics.h"
+#include "dialogs/template_checks.h"
 #include "pavane/dialogs/ACleanParameterPage.h"
 #include "pavane/dialogs/ASelfCalPage.h"
 #include "pavane/dialogs/selfcal_dialog.h"
@@ -74,12 +74,16 @@ ASelfCalPM selfCal()
 
 }  // namespace
 
-TEST_F(CleanPages, HaveLettersOfTheirOwn)
+TEST_F(CleanPages, HaveLettersOfTheirOwnAndGrow)
 {
     EXPECT_EQ(doubleMnemonics(cleanParameterPage, "a"), "");  // Apply
     EXPECT_EQ(doubleMnemonics(selfCalPage, "a"), "");
     EXPECT_EQ(doubleMnemonics(gainWriteDialog), "");
     EXPECT_EQ(doubleMnemonics(gainReadDialog), "");
+    EXPECT_EQ(collisionsWhenGrown(cleanParameterPage, cleanParameterResize), "");
+    EXPECT_EQ(collisionsWhenGrown(selfCalPage, selfCalResize), "");
+    EXPECT_EQ(collisionsWhenGrown(gainWriteDialog, gainFileResize), "");
+    EXPECT_EQ(collisionsWhenGrown(gainReadDialog, gainFileResize), "");
 }
 
 TEST_F(CleanPages, ParametersAreAskedByKeysAlone)

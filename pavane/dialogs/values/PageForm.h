@@ -39,8 +39,6 @@ public:
     virtual int isEnabled(int field) const { return (void)field, 1; }
     /// A line that the page shows about what stands there now; notes count from 0.
     virtual CString note(int which) const { return (void)which, CString(); }
-    /// The user changed a field; others may follow.
-    virtual void changed(int field) { (void)field; }
     /// Checks all, and takes it into the record when it is good.
     virtual FormRefusal save() = 0;
 

@@ -1,4 +1,4 @@
-#include "dialogs/mnemonics.h"
+#include "dialogs/template_checks.h"
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/dialogs/clean/AAreaSetsDlg.h"
 #include "pavane/dialogs/clean/ABeamShapePage.h"
@@ -78,6 +78,7 @@ std::string asText(const ABeamShapePM& pm)
 TEST_F(CleanDialogs, AreasAreWorkedByKeysAlone)
 {
     EXPECT_EQ(doubleMnemonics(areaSetsDialog), "");
+    EXPECT_EQ(collisionsWhenGrown(areaSetsDialog, areaSetsResize), "");
     const std::string file = folder + "/jet.cma";
     {
         AreaCollection one;
@@ -142,6 +143,7 @@ TEST_F(CleanDialogs, AreasAreWorkedByKeysAlone)
 TEST_F(CleanDialogs, BeamIsAskedByKeysAlone)
 {
     EXPECT_EQ(doubleMnemonics(beamShapePage, "a"), "");
+    EXPECT_EQ(collisionsWhenGrown(beamShapePage, beamShapeResize), "");
     const struct {
         const char *name, *keys;
         int isTaken;

@@ -1,4 +1,4 @@
-#include "dialogs/mnemonics.h"
+#include "dialogs/template_checks.h"
 #include "pavane/dialogs/clean/ACleanSelectionPage.h"
 #include "pavane/resources/selection_dialog.h"
 #include "platform/controls.h"
@@ -51,6 +51,7 @@ struct SelectionPage : testing::Test {
 TEST_F(SelectionPage, IsAskedByKeysAlone)
 {
     EXPECT_EQ(doubleMnemonics(cleanSelectionPage, "a"), "");
+    EXPECT_EQ(collisionsWhenGrown(cleanSelectionPage, cleanSelectionResize), "");
     const struct {
         const char *name, *keys;
         int isTaken;
