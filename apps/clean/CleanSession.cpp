@@ -10,11 +10,13 @@
 #include "platform/platform.h"
 #include "platform/process.h"
 #include "tessel/paths.h"
+#include "tessel/processes.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <thread>
 #include <utility>
 
 namespace pavane
@@ -23,6 +25,9 @@ namespace pavane
 namespace
 {
 
+/// For the end of a child that was killed.
+constexpr int mostTries = 20;
+constexpr std::chrono::milliseconds pause{50};
 constexpr unsigned newsMessage = WM_USER + 17;
 
 std::string folderFor(const CleanOptions& options)
@@ -148,6 +153,7 @@ int CleanSession::open(const CleanOptions& options, std::string& error)
                                      : std::make_unique<WscleanEngine>(options.engine);
     dataProgram_ = options.ms.empty() ? std::vector<std::string>{dataProgramName()} : options.ms;
     const std::string folder = isStudy(options.data) ? options.data : folderFor(options);
+    opening_ = StudyOpening::opened;
     if (!isStudy(folder)) {
         if (study_.create(folder, options.data)) {
             parameters = options.parameters;
@@ -156,7 +162,16 @@ int CleanSession::open(const CleanOptions& options, std::string& error)
         error = folder + ": " + study_.fault();
         return 0;
     }
-    switch (study_.open(folder, options.takeOver)) {
+    opening_ = study_.open(folder, options.takeOver);
+    if (opening_ == StudyOpening::childRuns && options.takeOver) {
+        const StudyHolder child = study_.runningChild();
+        (void)endProcess(child.process, child.started, 1);
+        for (int tries = 0; tries < mostTries && opening_ == StudyOpening::childRuns; ++tries) {
+            std::this_thread::sleep_for(pause);  // until the system has taken it away
+            opening_ = study_.open(folder, options.takeOver);
+        }
+    }
+    switch (opening_) {
     case StudyOpening::opened:
     case StudyOpening::readOnly:
         parameters = study_.settings().parameters;

@@ -52,6 +52,12 @@ public:
     /// Makes a study of data, or opens the one that is there. Non-zero when it is open; else
     /// `error` is a line.
     int open(const CleanOptions& options, std::string& error);
+    /// Why the last `open` failed is that a program which is gone has left the study locked, or a
+    /// child of it still runs; the user may take it over then (CleanOptions::takeOver).
+    int canTakeOver() const
+    {
+        return opening_ == StudyOpening::dead || opening_ == StudyOpening::childRuns;
+    }
     /// Begins the import and the first maps of a study that has none. 0 when there is nothing to
     /// do, or it cannot begin (`error`).
     int startImport(std::string& error);
@@ -122,6 +128,7 @@ private:
     std::unique_ptr<WscleanEngine> engine_;
     std::vector<std::string> dataProgram_;
     AStudy study_;
+    StudyOpening opening_ = StudyOpening::opened;
     std::unique_ptr<StudyJob> job_;
     std::unique_ptr<CalibrationRun> calibration_;
     CString calibrationName_;

@@ -278,7 +278,19 @@ int CleanWindow::Open(const std::string& file)
     session_.close();
     shown_.forgetRanges();
     log_.Clear();
-    if (!session_.open(options, error)) {
+    int isOpen = session_.open(options, error);
+    if (!isOpen && session_.canTakeOver() &&
+        AfxMessageBox(error +
+                          "\n\nTake it over? A child of that program is ended, and what was half "
+                          "made goes.",
+                      MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES) {
+        options.takeOver = 1;
+        error.clear();
+        isOpen = session_.open(options, error);
+    } else if (!isOpen && session_.canTakeOver()) {
+        error.clear();
+    }
+    if (!isOpen) {
         complain(error);
         updateTitle();
         return 0;
@@ -286,8 +298,10 @@ int CleanWindow::Open(const std::string& file)
     row_.SetIterations(session_.parameters.iterations);
     keptAreas_ = session_.study().areas();
     roundsChanged();
-    if (shown_.isOpen() && !keptAreas_.empty())
-        takeAreas(keptAreas_);
+    // a study that steps of a command line made has those of its rounds alone
+    const std::string wanted = keptAreas_.empty() ? session_.areasOf(session_.shown()) : keptAreas_;
+    if (shown_.isOpen() && !wanted.empty())
+        takeAreas(wanted);
     updateTitle();
     if (session_.study().rounds().empty() && !session_.startImport(error))
         complain(error);
