@@ -79,7 +79,7 @@ public:
         if (wParam == advance)
             next();
         else
-            hear(*reinterpret_cast<const ProcessNews*>(lParam));
+            hear(*reinterpret_cast<const ProcessNews*>(lParam));  // NOLINT: a pointer in it
         return 0;
     }
 
@@ -207,7 +207,7 @@ void CleanSession::close()
 
 // --- jobs
 
-int CleanSession::start(Job job, std::string& error)
+int CleanSession::start(const Job& job, std::string& error)
 {
     if (!study_.isOpen() || isRunning()) {
         error = isRunning() ? jobName_ + " still runs" : "no study is open";

@@ -113,7 +113,7 @@ private:
         CString name;
         std::function<void(StudyJob& job)> begin;
     };
-    int start(Job job, std::string& error);
+    int start(const Job& job, std::string& error);
     void begin(const Job& job);
     void jobEnded(int isDone, const std::string& error);
     void tell();

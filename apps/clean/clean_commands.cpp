@@ -183,7 +183,7 @@ void CleanWindow::takeAreas(const std::string& stored)
     MemoryFile bytes;
     areas().BeginEdits("Areas of the round");
     const int loaded =
-        bytes.write(stored.data(), stored.size()) && bytes.seek(0) && areas().Load(bytes);
+        bytes.write(stored.data(), std::ssize(stored)) && bytes.seek(0) && areas().Load(bytes);
     areas().EndEdits(&map_);
     if (!loaded)
         return complain("The areas of the round cannot be read");
