@@ -11,6 +11,7 @@ import time
 
 TOOLS = ["Xvfb", "xdotool", "openbox", "xprop", "xclip", "import"]
 PATIENCE = 15.0
+GESTURE = 0.7  # keys that follow each other faster than in half a second are one step of the views
 WIDTH = 1400  # of the screen
 
 

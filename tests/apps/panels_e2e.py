@@ -7,7 +7,9 @@ Goes to closure phases and to amplitude and phase against time, turns pages, goe
 baselines, to panels and scales, zooms what has the focus and comes back, chooses triangles in
 their dialog: after each step the pixels of the plot say what came of it.
 """
-from desk import Look, Program, run_test, simulated, wait_for
+import time
+
+from desk import GESTURE, Look, Program, run_test, simulated, wait_for
 
 
 class Panels(Program):
@@ -35,6 +37,7 @@ def walk(view, first):
         view.press("back from " + what, back, like=first)
     scale = view.press("a scale", "Tab")
     zoomed = view.press("the scale zoomed", "plus")
+    time.sleep(GESTURE)
     view.press("the scale panned", "Up")
     view.press("the zoom before", "alt+Left", like=zoomed)
     view.press("the whole scale", "0", like=scale)

@@ -8,8 +8,9 @@ back, goes home, lets the pointer mark its cell in the map, and goes to the next
 keyboard in the surface: after each step the pixels of both say what came of it.
 """
 import math
+import time
 
-from desk import Look, Program, piece_about, run_test, wait_for, write_fits
+from desk import GESTURE, Look, Program, piece_about, run_test, wait_for, write_fits
 
 SIDE = 64  # cells of a plane
 
@@ -33,6 +34,7 @@ def work(desk, program, folder):
     first = pane.changed("the surface", alone)
     key("Right", "Right", "Up")
     turned = pane.changed("arrows", first)
+    time.sleep(GESTURE)
     key("Home")
     pane.again("the first view", first)
     key("alt+Left")
