@@ -161,9 +161,9 @@ int keepGains(AStudy& study, const AGains& gains, std::string& error)
     return number;
 }
 
-int CalibrationRun::keep(AStudy& study, const std::string& name, std::string& error) const
+int addLink(AStudy& study, const AGains& gains, const std::string& name, std::string& error)
 {
-    const int number = keepGains(study, gains(), error);
+    const int number = keepGains(study, gains, error);
     if (number == 0)
         return 0;
     StudySettings settings = study.settings();
@@ -181,6 +181,11 @@ int CalibrationRun::keep(AStudy& study, const std::string& name, std::string& er
         return 1;
     error = study.fault();
     return 0;
+}
+
+int CalibrationRun::keep(AStudy& study, const std::string& name, std::string& error) const
+{
+    return addLink(study, gains(), name, error);
 }
 
 }  // namespace pavane

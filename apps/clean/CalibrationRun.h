@@ -45,6 +45,9 @@ private:
 /// Keeps gains in the study, as SN table and as text. Their number, 0 with `error` on failure.
 int keepGains(AStudy& study, const AGains& gains, std::string& error);
 
+/// Keeps them and puts them at the end of the study's chain. Non-zero on success.
+int addLink(AStudy& study, const AGains& gains, const std::string& name, std::string& error);
+
 /// "phase 60 s".
 std::string selfCalName(const ASelfCalPM& wish);
 

@@ -131,6 +131,9 @@ private:
     void showMarks();
     void storeAreasNow();
     void askParameters();
+    void askSelection();
+    void saveGains();
+    void loadGains();
     void selfCalibrate();
     void changeChain(int removes);
     void showGains(GainWindows::Kind kind);

@@ -108,6 +108,8 @@ int CleanWindow::runCleanCommand(unsigned id)
         return 1;
     case idParameters:
         return askParameters(), 1;
+    case idSelection:
+        return askSelection(), 1;
     case idSelfCalibrate:
         return selfCalibrate(), 1;
     case idSwitchGains:

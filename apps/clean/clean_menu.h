@@ -22,6 +22,7 @@ enum CleanCommand : unsigned {
     idFinishCycle,
     idStopRound,
     idParameters,
+    idSelection,
     idFirstModel,
     idEditedModel,
     idGoOn,  ///< from the chosen round
@@ -31,6 +32,8 @@ enum CleanCommand : unsigned {
     idGainGraph,
     idGainTable,
     idMeanGains,
+    idSaveGains,
+    idLoadGains,
     idMapKind = 41401,  ///< one for each MapKind
     idBlink = 41411,
     idNextMap,
@@ -86,6 +89,7 @@ inline constexpr MenuItem clean[] = {
     {"&Stop now\tCtrl+F5", idStopRound, nullptr, 0},
     line,
     {"&Parameters...\tF4", idParameters, nullptr, 0},
+    {"Se&lection of data...", idSelection, nullptr, 0},
     {"First &model...", idFirstModel, nullptr, 0},
     {"Round of the &edited components", idEditedModel, nullptr, 0},
     line,
@@ -94,12 +98,15 @@ inline constexpr MenuItem clean[] = {
 
 inline constexpr MenuItem calibrate[] = {
     {"&Self-calibrate...\tF8", idSelfCalibrate, nullptr, 0},
-    {"S&witch the last gains on or off", idSwitchGains, nullptr, 0},
+    {"Switch the last gains &on or off", idSwitchGains, nullptr, 0},
     {"&Remove the last gains", idRemoveGains, nullptr, 0},
     line,
     {"Gain &graph\tF9", idGainGraph, nullptr, 0},
     {"Gain &table", idGainTable, nullptr, 0},
     {"&Mean gains", idMeanGains, nullptr, 0},
+    line,
+    {"&Write gains to a file...", idSaveGains, nullptr, 0},
+    {"Read gains from a &file...", idLoadGains, nullptr, 0},
 };
 
 inline constexpr MenuItem view[] = {

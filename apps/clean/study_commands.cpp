@@ -51,6 +51,10 @@ int CleanWindow::runStudyCommand(unsigned id)
         return openModel(), 1;
     case idEditedModel:
         return makeEditedRound(), 1;
+    case idSaveGains:
+        return saveGains(), 1;
+    case idLoadGains:
+        return loadGains(), 1;
     case idGainGraph:
         return showGains(GainWindows::Kind::graph), 1;
     case idGainTable:
