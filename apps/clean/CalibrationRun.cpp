@@ -3,6 +3,7 @@
 #include "pavane/calibration/gains/UvCorrection.h"
 #include "pavane/imaging/round_maps.h"
 #include "tessel/fits_map.h"
+#include "tessel/flags/VisibilityFlags.h"
 #include "tessel/gains/gain_files.h"
 #include "tessel/paths.h"
 #include "tessel/value_text.h"
@@ -38,31 +39,28 @@ private:
 
 }  // namespace
 
-int readChain(const AStudy& study, GainChain& chain, std::string& error)
+std::shared_ptr<UvFilter> correctionOf(const AStudy& study, const DataState& data,
+                                       const UvHeader& header, std::string& error)
 {
-    chain = GainChain();
-    for (const StudyLink& link : study.settings().chain) {
+    GainChain chain;
+    for (const int number : data.chain) {
         AGains gains;
-        const std::string file = study.gainText(link.gains);
+        const std::string file = study.gainText(number);
         if (!readGainText(file, gains, error)) {
             error.insert(0, file + ": ");
-            return 0;
+            return nullptr;
         }
-        (void)chain.setOn(chain.add(link.name, std::move(gains)), link.isOn);
+        (void)chain.add(baseNameOf(file), std::move(gains));
     }
-    return 1;
-}
-
-int readStudyFlags(const AStudy& study, VisibilityFlags& flags, std::string& error)
-{
-    flags = VisibilityFlags();
-    if (study.settings().flags == 0)
-        return 1;
-    const std::string file = study.flagFile(study.settings().flags);
-    if (readFlags(file, flags, error))
-        return 1;
-    error.insert(0, file + ": ");
-    return 0;
+    VisibilityFlags flags;
+    if (data.flags != 0 && !readFlags(study.flagFile(data.flags), flags, error)) {
+        error.insert(0, study.flagFile(data.flags) + ": ");
+        return nullptr;
+    }
+    UvCorrectionRules rules;
+    rules.keepsFailed = data.keepsFailed;
+    rules.keepsWeights = data.keepsWeights;
+    return std::make_shared<UvCorrection>(header, chain, flags, rules);
 }
 
 int readModel(const std::string& file, AComponents& model, std::string& error)
@@ -86,19 +84,16 @@ std::string selfCalName(const ASelfCalPM& wish)
 int CalibrationRun::begin(const AStudy& study, const AComponents& model,
                           const SelfCalibrationRules& rules, std::string& error)
 {
-    GainChain chain;
-    VisibilityFlags flags;
-    if (!readChain(study, chain, error) || !readStudyFlags(study, flags, error))
-        return 0;
     const std::string data = study.uvfitsFile();
     if (!file_.open(data, error)) {
         error.insert(0, data + ": ");
         return 0;
     }
-    UvCorrectionRules correction;
-    correction.keepsFailed = study.settings().keepsFailed;
-    correction.keepsWeights = study.settings().keepsWeights;
-    file_.setFilter(std::make_shared<UvCorrection>(file_.header(), chain, flags, correction));
+    std::shared_ptr<UvFilter> correction =
+        correctionOf(study, study.dataState(), file_.header(), error);
+    if (!correction)
+        return 0;
+    file_.setFilter(std::move(correction));
     solver_ = std::make_unique<SelfCalibration>(file_, model, rules);
     progress_ = AProgress();
     writer_ = std::make_unique<AProgressWriter>(progress_);

@@ -1,13 +1,12 @@
 #pragma once
 
-#include "pavane/calibration/gains/GainChain.h"
 #include "pavane/calibration/gains/SelfCalibration.h"
 #include "pavane/dialogs/values/ASelfCalPM.h"
 #include "pavane/imaging/AStudy.h"
 #include "pavane/progress/AProgress.h"
 #include "pavane/tables/components/AComponents.h"
-#include "tessel/flags/VisibilityFlags.h"
 #include "tessel/uvfits/AUVXFile.h"
+#include "tessel/uvfits/UvFilter.h"
 
 #include <memory>
 #include <string>
@@ -55,10 +54,9 @@ std::string selfCalName(const ASelfCalPM& wish);
 /// line with the file's name.
 int readModel(const std::string& file, AComponents& model, std::string& error);
 
-/// The chain that a study has now, with the gains of its files; its links' ids are those of the
-/// study. Non-zero on success.
-int readChain(const AStudy& study, GainChain& chain, std::string& error);
-/// The flags that a study has now.
-int readStudyFlags(const AStudy& study, VisibilityFlags& flags, std::string& error);
+/// What makes of visibilities those that a round, or the next one, is made of: the gains and flags
+/// of the study that `data` names. Null with `error`, a line, when they cannot be read.
+std::shared_ptr<UvFilter> correctionOf(const AStudy& study, const DataState& data,
+                                       const UvHeader& header, std::string& error);
 
 }  // namespace pavane

@@ -453,7 +453,8 @@ int CleanSession::beginExport(std::string& error)
         if (said)
             said(note);
     auto run = std::make_unique<ExportRun>();
-    const int writes = run->begin(study_, exportFolder_ + "/corrected.uvfits", error);
+    const int writes =
+        run->begin(study_, study_.round(shown())->data, exportFolder_ + "/corrected.uvfits", error);
     exportFolder_.clear();
     if (!writes) {
         if (error.empty() && said)

@@ -1,6 +1,7 @@
 #include "apps/clean/CleanWindow.h"
 
 #include "apps/clean/clean_menu.h"
+#include "apps/view/area_pointer.h"
 #include "apps/view/window_place.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
@@ -27,17 +28,6 @@ constexpr unsigned idBar = 101, idRow = 102, idStrip = 103, idSplit = 104, idLef
                    idAreaTable = 111, idComponentTable = 112, idLog = 113, idStatus = 114;
 constexpr int listWidth = 110;
 constexpr double mapShare = 0.64, curveShare = 0.76, roundShare = 0.5;
-constexpr int clickTremble = 3, vertexReach = 8, edgeReach = 4, fewestCorners = 3;
-
-/// How the pointer picks and draws areas here, as in pavane-view.
-void setUpPointer(TrackerCollection& areas)
-{
-    areas.SetDeadZone(clickTremble);
-    areas.SetClickSelects(1);
-    areas.SetCatch(vertexReach, edgeReach);
-    areas.SetFirstVertexCloses(1);
-    areas.SetFewestCorners(fewestCorners);
-}
 
 }  // namespace
 

@@ -1,7 +1,6 @@
 #include "apps/clean/ExportRun.h"
 
 #include "apps/clean/CalibrationRun.h"
-#include "pavane/calibration/gains/UvCorrection.h"
 
 #include <algorithm>
 #include <utility>
@@ -16,24 +15,20 @@ constexpr int progressPieces = 1000;
 
 }  // namespace
 
-int ExportRun::begin(const AStudy& study, const std::string& out, std::string& error)
+int ExportRun::begin(const AStudy& study, const DataState& data, const std::string& out,
+                     std::string& error)
 {
     error.clear();
     if (study.uvfitsFile() != study.source())
-        return 0;
-    GainChain chain;
-    VisibilityFlags flags;
-    if (!readChain(study, chain, error) || !readStudyFlags(study, flags, error))
         return 0;
     if (!file_.open(study.source(), error)) {
         error.insert(0, study.source() + ": ");
         return 0;
     }
-    UvCorrectionRules rules;
-    rules.keepsFailed = study.settings().keepsFailed;
-    rules.keepsWeights = study.settings().keepsWeights;
-    rewriter_ = std::make_unique<UvRewriter>(
-        file_, out, std::make_shared<UvCorrection>(file_.header(), chain, flags, rules));
+    std::shared_ptr<UvFilter> correction = correctionOf(study, data, file_.header(), error);
+    if (!correction)
+        return 0;
+    rewriter_ = std::make_unique<UvRewriter>(file_, out, std::move(correction));
     writer_ = std::make_unique<AProgressWriter>(progress_);
     writer_->SetTotal(progressPieces);
     writer_->SetText("Writing corrected data");

@@ -11,14 +11,15 @@
 namespace pavane
 {
 
-/// Writes the visibilities of the user's UVFITS file with a study's chain and flags applied, in
-/// slices; every other byte as it was.
+/// Writes the visibilities of the user's UVFITS file as a round has them, with its gains and flags,
+/// in slices; every other byte as it was.
 class ExportRun
 {
 public:
-    /// Non-zero when there is something to write; else `error` is a line, or empty for data that
-    /// came from a MeasurementSet.
-    int begin(const AStudy& study, const std::string& out, std::string& error);
+    /// `data` is that of the round. Non-zero when there is something to write; else `error` is a
+    /// line, or empty for data that came from a MeasurementSet.
+    int begin(const AStudy& study, const DataState& data, const std::string& out,
+              std::string& error);
     /// Goes on for a moment. Non-zero while more remains; 0 when all is done, or `error` says why
     /// not.
     int step(std::string& error);

@@ -11,6 +11,7 @@
 #include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/profile.h"
+#include "tessel/flags/VisibilityFlags.h"
 #include "tessel/SkyCoordinates.h"
 
 #include <cmath>

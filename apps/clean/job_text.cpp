@@ -1,6 +1,7 @@
 #include "apps/clean/job_text.h"
 
 #include "apps/view/status_text.h"
+#include "pavane/imaging/study_export.h"
 #include "pavane/imaging/StudyJob.h"
 #include "tessel/paths.h"
 #include "tessel/value_text.h"
@@ -26,22 +27,6 @@ std::string clockText(double seconds)
     const long long whole = std::llround(std::clamp(seconds, 0.0, 1e7));
     const std::string rest = std::to_string(whole % 60);
     return std::to_string(whole / 60) + (rest.size() < 2 ? ":0" : ":") + rest;
-}
-
-int isPlain(char c)
-{
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("-_./,:=+@%").find(c) != std::string_view::npos;
-}
-
-std::string quoted(const std::string& word)
-{
-    if (!word.empty() && std::all_of(word.begin(), word.end(), isPlain))
-        return word;
-    std::string text = "'";
-    for (const char c : word)
-        text += c == '\'' ? "'\\''" : std::string(1, c);
-    return text + "'";
 }
 
 }  // namespace
@@ -84,7 +69,7 @@ std::string commandText(const std::vector<std::string>& words)
 {
     std::string text;
     for (const std::string& word : words)
-        text += (text.empty() ? "" : " ") + quoted(word);
+        text += (text.empty() ? "" : " ") + shellWord(word);
     return text;
 }
 

@@ -1,5 +1,6 @@
 #include "apps/view/MainWindow.h"
 
+#include "apps/view/area_pointer.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/palette_choice.h"
 #include "apps/view/view_dialogs.h"
@@ -32,23 +33,6 @@ constexpr int tableWidth = 320;
 /// Of the map beside the components.
 constexpr double mapShare = 0.6;
 constexpr unsigned copyTimer = 1;
-/// Pixels that the pointer may tremble in a click without moving an area.
-constexpr int clickTremble = 3;
-/// Pixels about vertices and edges of areas in which they are caught.
-constexpr int vertexReach = 8;
-constexpr int edgeReach = 4;
-/// A polygon of fewer corners holds nothing.
-constexpr int fewestCorners = 3;
-
-/// How the pointer picks and draws areas here.
-void setUpPointer(TrackerCollection& areas)
-{
-    areas.SetDeadZone(clickTremble);
-    areas.SetClickSelects(1);
-    areas.SetCatch(vertexReach, edgeReach);
-    areas.SetFirstVertexCloses(1);
-    areas.SetFewestCorners(fewestCorners);
-}
 
 }  // namespace
 
