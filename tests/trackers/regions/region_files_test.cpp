@@ -43,15 +43,6 @@ std::string joined(const std::vector<std::string>& lines)
     return text;
 }
 
-/// A digit for each area: 1 for those that are never cleaned.
-std::string neverOnes(const std::vector<AreaShape>& shapes)
-{
-    std::string digits;
-    for (const AreaShape& shape : shapes)
-        digits += shape.isNeverClean ? '1' : '0';
-    return digits;
-}
-
 class RegionFiles : public testing::Test
 {
 protected:

@@ -41,6 +41,15 @@ inline std::string asText(const std::vector<AreaShape>& shapes)
     return text;
 }
 
+/// A digit for each area: 1 for those that are never cleaned.
+inline std::string neverOnes(const std::vector<AreaShape>& shapes)
+{
+    std::string digits;
+    for (const AreaShape& shape : shapes)
+        digits += shape.isNeverClean ? '1' : '0';
+    return digits;
+}
+
 /// Areas of all kinds on a map of 1000 x 1000 cells, the same for the same seed.
 inline std::vector<AreaShape> randomShapes(int count, unsigned seed)
 {
