@@ -1,16 +1,13 @@
 #include "apps/clean/CleanWindow.h"
 
 #include "apps/clean/clean_menu.h"
-#include "apps/view/area_pointer.h"
-#include "apps/view/window_place.h"
+#include "apps/view/window_start.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/CMenu.h"
 #include "platform/message.h"
 #include "platform/platform.h"
-#include "platform/profile.h"
-#include "platform/screens.h"
 #include "tessel/paths.h"
 
 #include <algorithm>
@@ -26,7 +23,6 @@ constexpr CRect firstPlace(60, 40, 1300, 940);
 constexpr unsigned idBar = 101, idRow = 102, idStrip = 103, idSplit = 104, idLeft = 105,
                    idRight = 106, idMap = 107, idCurve = 108, idRounds = 109, idTabs = 110,
                    idAreaTable = 111, idComponentTable = 112, idLog = 113, idStatus = 114;
-constexpr int listWidth = 110;
 constexpr double mapShare = 0.64, curveShare = 0.76, roundShare = 0.5;
 
 }  // namespace
@@ -44,20 +40,11 @@ int CleanWindow::Create(const CleanOptions& options)
 
 int CleanWindow::OnCreate(CREATESTRUCT& cs)
 {
-    if (ATrackToolBarOwnerWnd::OnCreate(cs) < 0 || !makeBar() || !makePanes())
+    if (AreaWindow::OnCreate(cs) < 0 || !makeBar(idBar) || !makePanes())
         return -1;
-    setUpPointer(areas());
-    map_.SetToolBar(&bar_);
-    map_.SetComboBox(&list_);
-    map_.SetPlayByMouse(1);
-    SetAxisWnd(&map_);
+    useMap(map_);
     areaTable_.SetAxisWnd(&map_);
-    (void)tips_.Create(this);
     row_.ExplainBy(tips_);
-    status_.SetNames({"The value under the pointer", "Its offset from the centre of the map",
-                      "Its position on the sky", "Its cell",
-                      "What the areas hold: cells, sum, mean"});
-    status_.ExplainBy(tips_);
     CMenu menu;
     menu.LoadMenu(cleanMenu);
     SetMenu(menu);
@@ -70,18 +57,6 @@ int CleanWindow::OnCreate(CREATESTRUCT& cs)
     layOut(client.Width(), client.Height());
     updateTitle();
     return 0;
-}
-
-int CleanWindow::makeBar()
-{
-    if (!bar_.Create(WS_CHILD | WS_VISIBLE, CRect(), this, idBar) || !bar_.SetupButtons(0) ||
-        !list_.Create(WS_CHILD | WS_VISIBLE | WS_TABSTOP | CBS_DROPDOWNLIST, CRect(), &bar_,
-                      ID_CHANGE_AREA))
-        return 0;
-    bar_.AddButton({});
-    bar_.AddControl(&list_, listWidth);
-    bar_.SetOwnerWnd(this, 0);
-    return 1;
 }
 
 int CleanWindow::makePanes()
@@ -170,13 +145,7 @@ void CleanWindow::connect()
 
 void CleanWindow::Show()
 {
-    const PlacementRecord start =
-        startPlacement(GetProfileString(section, "WindowPos"), firstPlace, GetScreenRects());
-    WINDOWPLACEMENT placement;
-    placement.showCmd = start.showCommand;
-    placement.rcNormalPosition = start.normal;
-    if (!SetWindowPlacement(placement))
-        ShowWindow(SW_SHOW);
+    showPlaced(*this, section, firstPlace);
     if (!session_.isOpen())
         status_.SetMessage("No data are open: Ctrl+O opens some");
     map_.SetFocus();
@@ -184,7 +153,7 @@ void CleanWindow::Show()
 
 void CleanWindow::OnSize(unsigned type, int cx, int cy)
 {
-    ATrackToolBarOwnerWnd::OnSize(type, cx, cy);
+    AreaWindow::OnSize(type, cx, cy);
     if (created_)
         layOut(cx, cy);
 }
@@ -204,7 +173,7 @@ void CleanWindow::layOut(int cx, int cy)
 
 int CleanWindow::PreTranslateMessage(const MSG& message)
 {
-    return row_.TakeTab(message) || ATrackToolBarOwnerWnd::PreTranslateMessage(message);
+    return row_.TakeTab(message) || AreaWindow::PreTranslateMessage(message);
 }
 
 void CleanWindow::OnSetFocus(CWnd*) { map_.SetFocus(); }

@@ -8,20 +8,16 @@
 #include "apps/clean/RoundTable.h"
 #include "apps/clean/RunStrip.h"
 #include "apps/clean/ShownMap.h"
-#include "apps/view/any_area_file.h"
+#include "apps/view/AreaWindow.h"
 #include "apps/view/PartWindow.h"
-#include "apps/view/StatusLine.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
-#include "pavane/axes/windows/ATrackerToolBar.h"
-#include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
 #include "pavane/dialogs/values/ASelfCalPM.h"
 #include "pavane/tables/components/EditedComponents.h"
 #include "pavane/tables/observation/AComponentsTbl.h"
 #include "pavane/windows/controls/AInfoText.h"
 #include "pavane/windows/controls/ASplitterWnd.h"
-#include "pavane/windows/controls/AToolTip.h"
 #include "platform/tab_control.h"
 
 #include <functional>
@@ -32,7 +28,7 @@ namespace pavane
 {
 
 /// The window of pavane-clean: the map with its areas, the rounds beside it, and the work on them.
-class CleanWindow : public ATrackToolBarOwnerWnd
+class CleanWindow : public AreaWindow
 {
 public:
     CleanWindow();
@@ -82,7 +78,6 @@ private:
                 changed();
         }
     };
-    int makeBar();
     int makePanes();
     void layOut(int cx, int cy);
     void connect();
@@ -107,8 +102,7 @@ private:
     void showDisplay();
 
     // Areas
-    ATrackerArrayInAxis& areas() { return *map_.GetTrackers(); }
-    AreaPlace place() const;
+    AreaPlace place() const override;
     void openAreaFile();
     void saveAreaFile();
     void takeAreas(const std::string& stored);
@@ -150,8 +144,6 @@ private:
     int blinks_ = 0, blinkSide_ = 0;
     TMnMx blinkRange_;
 
-    ATrackerToolBar bar_;
-    CComboBox list_;
     CleanRow row_;
     RunStrip strip_;
     ASplitterWnd split_, left_, right_;
@@ -163,8 +155,6 @@ private:
     ComponentTable componentTable_;
     EditedComponents components_;
     AInfoText log_;
-    StatusLine status_;
-    AToolTip tips_;
     std::unique_ptr<APalettePlayDlg> play_;
     std::unique_ptr<AMapDisplayDlg> display_;
     ASelfCalPM selfCal_;

@@ -36,11 +36,11 @@ int CleanWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (code == TCN_SELCHANGE && control == &tabs_)
         return showMarks(), 1;
     if (code != 0)
-        return ATrackToolBarOwnerWnd::OnCommand(id, code, control);
+        return AreaWindow::OnCommand(id, code, control);
     if (CWnd::GetCapture())
         return 1;  // a key of the menu while the pointer drags an area
     return runFileCommand(id) || runCleanCommand(id) || runStudyCommand(id) || runViewCommand(id) ||
-           ATrackToolBarOwnerWnd::OnCommand(id, code, control) || map_.RunCommand(id);
+           AreaWindow::OnCommand(id, code, control) || map_.RunCommand(id);
 }
 
 void CleanWindow::OnInitMenuPopup(CMenu& popup)
@@ -198,11 +198,7 @@ void CleanWindow::openAreaFile()
     if (!shown_.isOpen())
         return;
     CString name = folderOf(session_.data());
-    if (!fnFileDialog1(name,
-                       "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|"
-                       "All files (*)|*|",
-                       "Open areas", 1, "areas", OFN_FILEMUSTEXIST, this) ||
-        name.empty())
+    if (!askName(name, openAreaFilter, "Open areas", 1, "areas"))
         return;
     ATrackerArrayInAxis read;
     AreaNotes notes;
@@ -211,12 +207,8 @@ void CleanWindow::openAreaFile()
         return complain(error);
     if (!notes.loss.empty())
         return complain(name + ": " + notes.lossText());
-    MemoryFile bytes;
-    areas().BeginEdits("Open areas");
-    const int loaded = storeAreas(read, bytes) && bytes.seek(0) && areas().Load(bytes);
-    areas().EndEdits(&map_);
-    if (!loaded)
-        return complain("There is not enough memory for the areas");
+    if (!giveAreas(read, "Open areas"))
+        return;
     areas().FillAreasCB(&map_);
     map_.FollowAreas();
 }
@@ -226,11 +218,7 @@ void CleanWindow::saveAreaFile()
     if (!shown_.isOpen())
         return;
     CString name = folderOf(session_.data()) + "clean.areas";
-    if (!fnFileDialog1(name,
-                       "Areas, nothing lost (*.areas)|*.areas|Polygons of cells (*.cma)|*.cma|"
-                       "DS9 regions (*.reg)|*.reg|CASA regions (*.crtf)|*.crtf|",
-                       "Save areas", 0, "areas", OFN_OVERWRITEPROMPT, this) ||
-        name.empty())
+    if (!askName(name, saveAreaFilter, "Save areas", 0, "areas") || !closeOpenArea("saved"))
         return;
     const AreaNotes losses = lossesOfSaving(name, place(), areas());
     if (!losses.lines.empty() && AfxMessageBox(baseNameOf(name) + " cannot hold everything: " +
@@ -268,8 +256,7 @@ int CleanWindow::roundAreas(std::string& stored, CString& notice)
                              "whole map instead?",
                              MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
     stored = bytes.bytes();
-    notice = "Cleans " + std::to_string(cells) + " cells of " + std::to_string(areas().count()) +
-             (areas().count() == 1 ? " area" : " areas");
+    notice = "Cleans " + std::to_string(cells) + " cells of " + countText(areas().count(), "area");
     return 1;
 }
 
@@ -282,11 +269,8 @@ void CleanWindow::clean()
         status_.SetMessage("The number of iterations is a whole number from 1 on");
         return row_.FocusIterations();
     }
-    if (!areas().KeptState(-1).empty() && !areas().CloseArea(&map_)) {
-        complain("The polygon that is being drawn has too few corners.\n"
-                 "Set more of them, or press Escape to drop it.");
+    if (!closeOpenArea("cleaned in"))
         return;
-    }
     std::string stored;
     CString notice;
     if (!roundAreas(stored, notice))

@@ -157,7 +157,7 @@ void CleanWindow::OnTimer(unsigned id)
         return storeAreasNow();
     }
     if (id != blinkTimer)
-        return ATrackToolBarOwnerWnd::OnTimer(id);
+        return AreaWindow::OnTimer(id);
     if (blinks_ && session_.isOpen())
         blink();
 }

@@ -2,12 +2,12 @@
 
 #include "apps/view/data_menu.h"
 #include "apps/view/long_work.h"
-#include "apps/view/window_place.h"
+#include "apps/view/PartWindow.h"
+#include "apps/view/window_start.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/message.h"
 #include "platform/profile.h"
-#include "platform/screens.h"
 #include "tessel/paths.h"
 #include "tessel/value_text.h"
 
@@ -99,13 +99,7 @@ int DataWindow::makeTabs()
 
 void DataWindow::Show()
 {
-    const PlacementRecord start =
-        startPlacement(GetProfileString(section, "WindowPos"), firstPlace, GetScreenRects());
-    WINDOWPLACEMENT placement;
-    placement.showCmd = start.showCommand;
-    placement.rcNormalPosition = start.normal;
-    if (!SetWindowPlacement(placement))
-        ShowWindow(SW_SHOW);
+    showPlaced(*this, section, firstPlace);
     if (!data_)
         status_.SetMessage("No file is open: Ctrl+O opens one");
     page()->SetFocus();
@@ -245,13 +239,6 @@ CWnd* DataWindow::page()
 
 namespace
 {
-
-int isWithin(const CWnd* window, const CWnd* around)
-{
-    while (window && window != around)
-        window = window->GetParent();
-    return window != nullptr;
-}
 
 enum Part { tabPart, pagePart, plotPart, parts };
 

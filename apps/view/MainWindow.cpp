@@ -4,14 +4,13 @@
 #include "apps/view/main_menu.h"
 #include "apps/view/palette_choice.h"
 #include "apps/view/view_dialogs.h"
-#include "apps/view/window_place.h"
+#include "apps/view/window_start.h"
 #include "pavane/axes/windows/show_map.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/message.h"
 #include "platform/profile.h"
-#include "platform/screens.h"
 #include "tessel/paths.h"
 #include "tessel/uvfits/AUVXFile.h"
 
@@ -28,7 +27,6 @@ constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
                    idModelTable = 106, idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109;
-constexpr int listWidth = 110;
 constexpr int tableWidth = 320;
 /// Of the map beside the components.
 constexpr double mapShare = 0.6;
@@ -57,7 +55,7 @@ int MainWindow::Create(const ViewOptions& options)
 
 int MainWindow::OnCreate(CREATESTRUCT& cs)
 {
-    if (ATrackToolBarOwnerWnd::OnCreate(cs) < 0 || !makeBar())
+    if (AreaWindow::OnCreate(cs) < 0 || !makeBar(idBar))
         return -1;
     if (!surfaceSplit_.Create(CSplitterWnd::Split::columns, WS_CHILD | WS_VISIBLE | WS_TABSTOP,
                               CRect(), this, idSurfaceSplit) ||
@@ -90,19 +88,8 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     surface_.focused = [this] { part_ = Part::surface; };
     surface_.levels = [this] { return options_.levels; };
     surface_.stepPlane = [this](int step) { return mapStepPlane(step); };
-    setUpPointer(*view_.GetTrackers());
-    view_.SetToolBar(&bar_);
-    view_.SetComboBox(&list_);
-    SetAxisWnd(&view_);
-    for (const unsigned id : {ID_TRACK_UNDO, ID_TRACK_REDO, ID_TRACK_COPY, ID_TRACK_DELETE,
-                              ID_ZOOM_MINUS, ID_WHOLE_MAP, ID_SHOW_CELLS})
-        bar_.EnableButton(id, 0);  // until there is a map
-    (void)tips_.Create(this);
+    useMap(view_);
     planes_.ExplainBy(tips_);
-    status_.SetNames({"The value under the pointer", "Its offset from the centre of the map",
-                      "Its position on the sky", "Its cell",
-                      "What the areas hold: cells, sum, mean"});
-    status_.ExplainBy(tips_);
     setMenu();
     created_ = 1;
     CRect client;
@@ -112,28 +99,9 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     return 0;
 }
 
-int MainWindow::makeBar()
-{
-    if (!bar_.Create(WS_CHILD | WS_VISIBLE, CRect(), this, idBar) || !bar_.SetupButtons(0) ||
-        !list_.Create(WS_CHILD | WS_VISIBLE | WS_TABSTOP | CBS_DROPDOWNLIST, CRect(), &bar_,
-                      ID_CHANGE_AREA))
-        return 0;
-    bar_.AddButton({});
-    bar_.AddControl(&list_, listWidth);
-    bar_.SetOwnerWnd(this, 0);
-    return 1;
-}
-
 void MainWindow::Show()
 {
-    // a window that starts as an icon, or where no screen is any more, would seem not to start
-    const PlacementRecord start =
-        startPlacement(GetProfileString(section, "WindowPos"), firstPlace, GetScreenRects());
-    WINDOWPLACEMENT placement;
-    placement.showCmd = start.showCommand;
-    placement.rcNormalPosition = start.normal;
-    if (!SetWindowPlacement(placement))
-        ShowWindow(SW_SHOW);
+    showPlaced(*this, section, firstPlace);
     if (!map_)
         status_.SetMessage("No map is open: Ctrl+O opens one");
     view_.SetFocus();
@@ -143,7 +111,7 @@ void MainWindow::Show()
 
 void MainWindow::OnSize(unsigned type, int cx, int cy)
 {
-    ATrackToolBarOwnerWnd::OnSize(type, cx, cy);
+    AreaWindow::OnSize(type, cx, cy);
     if (created_)
         layOut(cx, cy);
 }
@@ -210,7 +178,7 @@ void MainWindow::giveIcons(CMenu& menu)
 
 void MainWindow::OnSysColorChange()
 {
-    ATrackToolBarOwnerWnd::OnSysColorChange();
+    AreaWindow::OnSysColorChange();
     if (icons_.GetImageCount() > 0)
         icons_.FollowDesktop();
 }
@@ -330,7 +298,7 @@ void MainWindow::OnDestroy()
 void MainWindow::OnTimer(unsigned id)
 {
     if (id != copyTimer) {
-        ATrackToolBarOwnerWnd::OnTimer(id);
+        AreaWindow::OnTimer(id);
         return;
     }
     KillTimer(copyTimer);

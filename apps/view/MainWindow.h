@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/view/AreaSession.h"
+#include "apps/view/AreaWindow.h"
 #include "apps/view/CubeCells.h"
 #include "apps/view/DirtyBeamFile.h"
 #include "apps/view/MapDocument.h"
@@ -12,7 +13,6 @@
 #include "apps/view/PlaneBar.h"
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
-#include "apps/view/StatusLine.h"
 #include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
 #include "pavane/axes/dialogs/ABeamDlg.h"
@@ -20,12 +20,9 @@
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
-#include "pavane/axes/windows/ATrackerToolBar.h"
-#include "pavane/axes/windows/ATrackToolBarOwnerWnd.h"
 #include "pavane/windows/controls/AColorMenu.h"
 #include "pavane/windows/controls/AImageList.h"
 #include "pavane/windows/controls/ASplitterWnd.h"
-#include "pavane/windows/controls/AToolTip.h"
 #include "platform/CMenu.h"
 
 #include <memory>
@@ -39,7 +36,7 @@ namespace pavane
 /// The window of pavane-view: menu, toolbar, list of areas, the map, the table of components beside
 /// it, the numbers of the current area, and a status line. Commands of editing act on the part that
 /// has the keyboard. Nothing that took work is lost without a question.
-class MainWindow : public ATrackToolBarOwnerWnd,
+class MainWindow : public AreaWindow,
                    private MapWindowOwner,
                    private ModelPanelOwner,
                    private PlaneBarOwner
@@ -74,7 +71,6 @@ public:
     ModelPanel& model() { return model_; }
     SurfacePanel& surface() { return surface_; }
     const AreaSession& session() const { return session_; }
-    const StatusLine& statusLine() const { return status_; }
     PlaneBar& planeBar() { return planes_; }
     /// The map that is open, if any, and those that will be are displayed in this style.
     void TakeStyle(const MapDisplay& display);
@@ -84,7 +80,7 @@ public:
     int planeWanted(int plane) override;
     int PreTranslateMessage(const MSG& message) override
     {
-        return planes_.TakeTab(message) || ATrackToolBarOwnerWnd::PreTranslateMessage(message);
+        return planes_.TakeTab(message) || AreaWindow::PreTranslateMessage(message);
     }
 
 protected:
@@ -128,13 +124,11 @@ private:
     void showPartCommands(CMenu& popup);
     int runModelCommand(unsigned id);
 
-    int makeBar();
     void layOut(int cx, int cy);
     void setMenu();
     void giveIcons(CMenu& menu);
     void updateTitle();
-    ATrackerArrayInAxis& areas() { return *view_.GetTrackers(); }
-    AreaPlace place() const;
+    AreaPlace place() const override;
     int isModified();
 
     // File
@@ -148,16 +142,9 @@ private:
     /// 0, and said, when writing the file would replace one that is open; areas may go back to
     /// where they came from.
     int mayWrite(const std::string& file, int asAreas);
-    /// Closes the polygon that is being drawn; 0 when it cannot be, which the user is told.
-    int closeOpenArea();
-    void areasOfMask();
-    void areasOfModel();
-    void tellOfAdded(int added);
     void saveMask();
     void savePicture();
     int print(unsigned id);
-    int askName(CString& name, const CString& filter, const CString& title, int open,
-                const CString& ending);
     /// Takes over what was read; `file` may be saved to from now on unless it was not read whole.
     void replaceAreas(const ARPTrackerArray& read, const std::string& file, int whole);
     void offerLeftovers();
@@ -208,9 +195,6 @@ private:
     LevelChoice shownLevels_;   ///< kept while contours are off
     std::unique_ptr<MapDocument> map_;
     // The map window goes first: it asks the others while it lives.
-    ATrackerToolBar bar_;
-    CComboBox list_;
-    StatusLine status_;
     PartWindow<AAreaTableWnd> table_;
     ModelPanel model_;
     ASplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
@@ -223,9 +207,8 @@ private:
     RecentFiles recent_;
     PrintCommands printing_;
     std::vector<CString> palettes_;
-    AColorMenu paletteMenu_;  ///< their strips
-    AImageList icons_;        ///< of lines of the menu that are buttons too
-    AToolTip tips_;
+    AColorMenu paletteMenu_;                ///< their strips
+    AImageList icons_;                      ///< of lines of the menu that are buttons too
     std::unique_ptr<CubeCells> cubeCells_;  ///< for the dialog
     std::unique_ptr<APalettePlayDlg> play_;
     std::unique_ptr<AMapDisplayDlg> display_;
@@ -237,7 +220,6 @@ private:
     std::vector<COLORREF> leftColours_;      ///< before a palette was used for all maps
     std::vector<std::string> agreedLosses_;
     int skyRegions_ = 0;
-    int cellsAboutComponents_ = 2;
     int copyFailed_ = 0;
     int showTable_ = 0;
     int readingPlane_ = 0;

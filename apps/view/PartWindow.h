@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/CWnd.h"
 #include "platform/messages.h"
 
 #include <functional>
@@ -8,6 +9,14 @@ namespace pavane
 {
 
 class CWnd;
+
+/// Whether a window is a part or stands in it; null is nowhere.
+inline int isWithin(const CWnd* window, const CWnd* part)
+{
+    while (window && window != part)
+        window = window->GetParent();
+    return window != nullptr;
+}
 
 /// A part of the main window that tells when the keyboard comes to it, and when Escape wants to
 /// leave it.

@@ -7,7 +7,6 @@
 #include "apps/view/save_picture.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/maps/map_titles.h"
-#include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
@@ -27,17 +26,7 @@ namespace
 constexpr const char* mapFilter =
     "Maps and visibilities (*.fits *.fit *.fts *.FITS *.uvfits *.uvf)|"
     "*.fits *.fit *.fts *.FITS *.uvfits *.uvf|All files (*)|*|";
-constexpr const char* openAreaFilter =
-    "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|All files (*)|*|";
-constexpr const char* saveAreaFilter =
-    "Areas, nothing lost (*.areas)|*.areas|Polygons of cells (*.cma)|*.cma|"
-    "DS9 regions (*.reg)|*.reg|CASA regions (*.crtf)|*.crtf|";
 constexpr const char* maskFilter = "FITS masks (*.fits)|*.fits|";
-
-std::string countText(int count, const char* what)
-{
-    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
-}
 
 /// "12 minutes ago" and the like.
 std::string ageText(std::int64_t time)
@@ -86,10 +75,10 @@ int MainWindow::runFileCommand(unsigned id)
         skyRegions_ = !skyRegions_;
         return 1;
     case idAreasOfMask:
-        areasOfMask();
-        return 1;
+        return addAreasOfMaskFile(folderOf(map_->file())), 1;
     case idAreasOfModel:
-        areasOfModel();
+        if (model_.session().isOpen())
+            addAreasOfComponents(model_.session().components().list(), map_->inputs().frame);
         return 1;
     case idSaveMask:
         saveMask();
@@ -112,13 +101,6 @@ int MainWindow::print(unsigned id)
         return 1;
     ABWindow& printed = table ? static_cast<ABWindow&>(*table) : shownPicture();
     return printing_.run(id, printed, mapTitle(map_->inputs().map.header), *this);
-}
-
-int MainWindow::askName(CString& name, const CString& filter, const CString& title, int open,
-                        const CString& ending)
-{
-    const unsigned flags = open ? OFN_FILEMUSTEXIST : OFN_OVERWRITEPROMPT;
-    return fnFileDialog1(name, filter, title, open, ending, flags, this) && !name.empty();
 }
 
 void MainWindow::openMapCommand()
@@ -192,16 +174,8 @@ int MainWindow::OpenAreas(const std::string& file)
 
 void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& file, int whole)
 {
-    MemoryFile bytes;
-    areas().BeginEdits("Open areas");
-    const int loaded = storeAreas(read, bytes) && bytes.seek(0) && areas().Load(bytes);
-    if (loaded)
-        (void)areas().ReopenLast(&view_);  // of a copy that was written while it was drawn
-    areas().EndEdits(&view_);
-    if (!loaded) {
-        AfxMessageBox("There is not enough memory for the areas", MB_ICONERROR);
+    if (!giveAreas(read, "Open areas"))
         return;
-    }
     agreedLosses_.clear();
     if (whole)
         areas().SetSaved();
@@ -257,16 +231,6 @@ int MainWindow::saveAreasAs()
     return askName(name, saveAreaFilter, "Save areas", 0, "areas") && saveAreasTo(name);
 }
 
-int MainWindow::closeOpenArea()
-{
-    if (areas().KeptState(-1).empty() || areas().CloseArea(&view_))
-        return 1;
-    AfxMessageBox("The polygon that is being drawn has too few corners to be saved.\n"
-                  "Set more of them, or press Escape to drop it.",
-                  MB_ICONERROR);
-    return 0;
-}
-
 int MainWindow::mayWrite(const std::string& file, int asAreas)
 {
     const int ownPalette = options_.palette.find('/') != std::string::npos;
@@ -285,7 +249,7 @@ int MainWindow::mayWrite(const std::string& file, int asAreas)
 
 int MainWindow::saveAreasTo(const std::string& file)
 {
-    if (!table_.storeEditor() || !mayWrite(file, 1) || !closeOpenArea())
+    if (!table_.storeEditor() || !mayWrite(file, 1) || !closeOpenArea("saved"))
         return 0;
     const AreaNotes losses = lossesOfSaving(file, place(), areas());
     if (!losses.lines.empty() && losses.lines != agreedLosses_ &&
@@ -308,7 +272,7 @@ int MainWindow::saveAreasTo(const std::string& file)
 void MainWindow::saveMask()
 {
     CString name = folderOf(map_->file()) + "mask.fits";
-    if (!closeOpenArea() || !askName(name, maskFilter, "Save mask", 0, "fits") ||
+    if (!closeOpenArea("saved") || !askName(name, maskFilter, "Save mask", 0, "fits") ||
         !mayWrite(name, 0))
         return;
     const AreaPlace on = place();

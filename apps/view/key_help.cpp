@@ -5,19 +5,12 @@
 #include "platform/message.h"
 
 #include <iterator>
-#include <span>
 
 namespace pavane
 {
 
 namespace
 {
-
-/// A line of the help: what to press, and what it does.
-struct KeyLine {
-    const char* keys;
-    const char* what;
-};
 
 constexpr KeyLine mapKeys[] = {
     {"1  2  3  4  5  6", "arrow, rectangle, turned rectangle, ellipse, polygon, zoom in"},
@@ -125,16 +118,16 @@ private:
     AInfoText text_;
 };
 
-void show(CWnd* parent, std::span<const KeyLine> lines)
+}  // namespace
+
+void showKeys(CWnd* parent, std::span<const KeyLine> lines)
 {
     KeyHelp dialog(parent, lines);
     dialog.DoModal();
 }
 
-}  // namespace
-
-void showMapKeys(CWnd* parent) { show(parent, mapKeys); }
-void showDataKeys(CWnd* parent) { show(parent, dataKeys); }
+void showMapKeys(CWnd* parent) { showKeys(parent, mapKeys); }
+void showDataKeys(CWnd* parent) { showKeys(parent, dataKeys); }
 
 void showAbout()
 {

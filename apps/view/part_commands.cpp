@@ -4,34 +4,8 @@
 #include "pavane/axes/ABAxis.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 
-#include <cctype>
-#include <string_view>
-
 namespace pavane
 {
-
-namespace
-{
-
-/// "&Undo\tCtrl+Z" with the step that it would undo.
-CString withStep(const CString& text, std::string_view step)
-{
-    const std::size_t tab = text.find('\t');
-    CString name(step);
-    if (!name.empty())
-        name[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(name[0])));
-    return step.empty() || tab == text.npos ? text
-                                            : text.substr(0, tab) + ' ' + name + text.substr(tab);
-}
-
-int isWithin(const CWnd* window, const CWnd& part)
-{
-    while (window && window != &part)
-        window = window->GetParent();
-    return window != nullptr;
-}
-
-}  // namespace
 
 /// Null for the map, and for a table that does not show.
 ATableWnd* MainWindow::tableOf(Part part)
@@ -45,15 +19,15 @@ ATableWnd* MainWindow::tableOf(Part part)
 Part MainWindow::part()
 {
     const CWnd* const focus = CWnd::GetFocus();
-    if (isWithin(focus, view_))
+    if (isWithin(focus, &view_))
         part_ = Part::map;
-    else if (isWithin(focus, table_))
+    else if (isWithin(focus, &table_))
         part_ = Part::numbers;
-    else if (isWithin(focus, model_.table()))
+    else if (isWithin(focus, &model_.table()))
         part_ = Part::model;
-    else if (isWithin(focus, planes_))
+    else if (isWithin(focus, &planes_))
         part_ = Part::planes;
-    else if (isWithin(focus, surface_.window()))
+    else if (isWithin(focus, &surface_.window()))
         part_ = Part::surface;
     return part_;
 }
@@ -84,42 +58,19 @@ void MainWindow::goToPart(int step)
 int MainWindow::runPartCommand(unsigned id)
 {
     ATableWnd* const table = tableOf(part());
-    const PartCommand* const command = table ? partCommandOf(id) : nullptr;
-    if (!command)
+    if (!table)
         return 0;
     if (part_ == Part::model && (id == idSaveAreas || id == idSaveAreasAs))
         return runModelCommand(id == idSaveAreas ? idSaveModel : idSaveModelAs);
-    const unsigned own = part_ == Part::model ? command->ofModel : command->ofNumbers;
-    return own != 0 && table->RunTableCommand(own);
+    return runInTable(*table, part_ == Part::model, id);
 }
 
 /// Texts and states of the lines that mean something else in each part.
 void MainWindow::showPartCommands(CMenu& popup)
 {
     ATableWnd* const table = tableOf(part());
-    for (CMenu::Line& line : popup.lines()) {
-        const PartCommand* const command = table ? partCommandOf(line.id) : nullptr;
-        if (!command)
-            continue;
-        const int isModel = part_ == Part::model;
-        const char* const text = isModel ? command->onModel : command->onNumbers;
-        const unsigned own = isModel ? command->ofModel : command->ofNumbers;
-        if (!text)
-            continue;
-        line.text = text;
-        if (own == 0)
-            continue;
-        CMenu asked;
-        asked.AppendMenu(text, own);
-        table->amMenuParse(&asked);
-        line.enabled = asked.lines().front().enabled;
-        const EditHistory& history =
-            isModel ? model_.session().components().history() : areas().history();
-        if (own == ID_TABLE_UNDO)
-            line.text = withStep(line.text, history.undoLabel());
-        if (own == ID_TABLE_REDO)
-            line.text = withStep(line.text, history.redoLabel());
-    }
+    if (table)
+        showForTable(popup, *table, part_ == Part::model);
 }
 
 // --- components

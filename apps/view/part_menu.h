@@ -42,6 +42,14 @@ inline constexpr PartCommand partCommands[] = {
      "Sav&e components as...\tCtrl+Shift+S", 0},
 };
 
+class ATableWnd;
+
+/// Runs what a command of the menu means in a table, of components or of numbers; 0 when it means
+/// nothing of its own there.
+int runInTable(ATableWnd& table, int isModel, unsigned id);
+/// Texts and states of the lines that mean something else in that table.
+void showForTable(CMenu& popup, ATableWnd& table, int isModel);
+
 /// Null for a command that is the same everywhere.
 constexpr const PartCommand* partCommandOf(unsigned id)
 {

@@ -40,7 +40,7 @@ int isOffered(unsigned id, int hasMap)
 int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
 {
     if (code != 0)
-        return ATrackToolBarOwnerWnd::OnCommand(id, code, control);
+        return AreaWindow::OnCommand(id, code, control);
     // a key of the menu, while the pointer drags an area
     if (CWnd::GetCapture())
         return 1;
@@ -50,7 +50,7 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
-           runSurfaceCommand(id) || ATrackToolBarOwnerWnd::OnCommand(id, code, control) ||
+           runSurfaceCommand(id) || AreaWindow::OnCommand(id, code, control) ||
            view_.RunCommand(id);
 }
 
