@@ -9,6 +9,7 @@
 #include "tessel/value_text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -81,42 +82,131 @@ std::string selfCalName(const ASelfCalPM& wish)
     return wish.seconds > 0 ? kind + ' ' + valToStr(wish.seconds) + " s" : kind + " scans";
 }
 
-int CalibrationRun::begin(const AStudy& study, const AComponents& model,
+CalibrationRun::~CalibrationRun()
+{
+    if (!modelFile_.empty())
+        (void)std::remove(modelFile_.c_str());
+}
+
+int CalibrationRun::begin(const AStudy& study, const StudyRound& round,
                           const SelfCalibrationRules& rules, std::string& error)
 {
     const std::string data = study.uvfitsFile();
+    if (!round.hasModel) {
+        error = "round " + std::to_string(round.id) + " has no model yet: clean first";
+        return 0;
+    }
     if (!file_.open(data, error)) {
         error.insert(0, data + ": ");
         return 0;
     }
-    std::shared_ptr<UvFilter> correction =
-        correctionOf(study, study.dataState(), file_.header(), error);
+    const DataState state = study.dataState(round.parameters);
+    std::shared_ptr<UvFilter> correction = correctionOf(study, state, file_.header(), error);
     if (!correction)
         return 0;
     file_.setFilter(std::move(correction));
-    solver_ = std::make_unique<SelfCalibration>(file_, model, rules);
+    rules_ = rules;
+    if (rules_.frame.groups.empty())
+        for (const int each : round.parameters.ifs)
+            rules_.frame.groups.push_back({each});
+    marks_ = UvMarks();
+    if (state.start != state.end)
+        marks_.times = {state.start, std::nextafter(state.end, state.start)};
+    modelFile_ = study.folder() + "/work/" + modelName;
+    const std::string file = study.mapFile(round.id, RoundMap::model);
+    FitsMap map;
+    if (!readFitsMap(file, 0, map, error)) {
+        error.insert(0, file + ": ");
+        return 0;
+    }
+    std::string why;
+    if (!componentsOfModel(map, components_, why))
+        return needModel(why);
+    reach_ = std::make_unique<UvReach>(file_, marks_);
+    constexpr double shares[] = {0.1, 0.9};  // of looking at places and of solving
+    writer_ = std::make_unique<AProgressWriter>(progress_);
+    writer_->SetSteps(shares);
+    beginStep("Looking at the data");
+    return 1;
+}
+
+void CalibrationRun::beginStep(const char* text)
+{
+    writer_->SetTotal(progressPieces);
+    writer_->SetText(text);
+    told_ = 0;
+}
+
+int CalibrationRun::needModel(const std::string& reason)
+{
+    reason_ = reason;
+    components_ = AComponents();
+    reach_.reset();
+    return wantsModel_ = 1;
+}
+
+int CalibrationRun::takeModel(std::string& error)
+{
+    wantsModel_ = 0;
+    if (!model_.open(modelFile_, error)) {
+        error.insert(0, modelFile_ + ": ");
+        return 0;
+    }
+    solver_ = std::make_unique<SelfCalibration>(file_, model_, rules_, marks_);
     progress_ = AProgress();
     writer_ = std::make_unique<AProgressWriter>(progress_);
-    writer_->SetTotal(progressPieces);
-    writer_->SetText("Solving for gains");
-    told_ = 0;
+    beginStep("Solving for gains");
+    return 1;
+}
+
+/// How far the data reach, which decides how the model's visibilities are made.
+int CalibrationRun::look(std::string& error)
+{
+    if (reach_->step())
+        return 1;
+    error = reach_->error();
+    if (!error.empty())
+        return 0;
+    switch (modelWay(ModelVisibilities(components_), *reach_)) {
+    case ModelWay::tooWide:
+        return needModel("reaches so far from the centre that the sky is not flat"), 0;
+    case ModelWay::tooMany:
+        return needModel("has " + std::to_string(components_.count()) +
+                         " components, too many to be added up for " +
+                         std::to_string(reach_->places()) + " visibilities"),
+               0;
+    case ModelWay::components:
+        break;
+    }
+    reach_.reset();
+    solver_ = std::make_unique<SelfCalibration>(file_, components_, rules_, marks_);
+    beginStep("Solving for gains");
     return 1;
 }
 
 int CalibrationRun::step(std::string& error)
 {
     error.clear();
+    if (wantsModel_)
+        return 0;
     if (writer_->IsCancelled()) {
         writer_.reset();
         error = "it was stopped";
         return 0;
     }
-    const int goesOn = solver_->step();
-    const int now = static_cast<int>(std::clamp(solver_->done(), 0.0, 1.0) * progressPieces);
+    const int looks = reach_ != nullptr;
+    const int goesOn = looks ? look(error) : solver_->step();
+    if (wantsModel_)
+        return 0;
+    if (looks && !reach_ && error.empty())
+        return 1;  // the next step has begun
+    const double done = looks ? reach_->done() : solver_->done();
+    const int now = static_cast<int>(std::clamp(done, 0.0, 1.0) * progressPieces);
     writer_->Advance(now - std::exchange(told_, now));
     if (goesOn)
         return 1;
-    error = solver_->error();
+    if (!looks)
+        error = solver_->error();
     if (error.empty())
         writer_->Finish();
     else

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/calibration/gains/SelfCalibration.h"
+#include "pavane/calibration/gains/UvReach.h"
 #include "pavane/dialogs/values/ASelfCalPM.h"
 #include "pavane/imaging/AStudy.h"
 #include "pavane/progress/AProgress.h"
@@ -14,16 +15,33 @@
 namespace pavane
 {
 
-/// Gains that are solved for from a study's visibilities, corrected by its chain, in slices.
+/// Gains that are solved for from a study's visibilities, corrected by its chain, in slices. The
+/// model's visibilities are added up from its components where that is exact and not too long a
+/// work; else the engine has to predict them.
 class CalibrationRun
 {
 public:
-    /// Opens the visibilities; the model is copied. Non-zero on success, else `error` is a line.
-    int begin(const AStudy& study, const AComponents& model, const SelfCalibrationRules& rules,
+    CalibrationRun() = default;
+    CalibrationRun(const CalibrationRun&) = delete;
+    CalibrationRun& operator=(const CalibrationRun&) = delete;
+    /// Takes away the file of the model's visibilities.
+    ~CalibrationRun();
+
+    /// Opens the visibilities and the model of a round. Those times and IFs are solved for that the
+    /// round was made of. Non-zero on success, else `error` is a line.
+    int begin(const AStudy& study, const StudyRound& round, const SelfCalibrationRules& rules,
               std::string& error);
-    /// Goes on for a moment. Non-zero while more remains; 0 when all is done, or `error` says why
-    /// not.
+    /// Goes on for a moment. Non-zero while more remains; 0 when all is done, the model has to be
+    /// predicted, or `error` says why not.
     int step(std::string& error);
+    /// The model's visibilities are wanted, as StudyJob::predict writes them into the file of this
+    /// name in the study's `work`.
+    int wantsModel() const { return wantsModel_; }
+    static constexpr const char* modelName = "model.uvfits";
+    /// Why they are wanted, a clause about the model.
+    const std::string& reason() const { return reason_; }
+    /// They are there: `step` goes on with them.
+    int takeModel(std::string& error);
     /// Keeps the gains in the study and puts them at the end of its chain. Non-zero on success.
     int keep(AStudy& study, const std::string& name, std::string& error) const;
 
@@ -34,9 +52,19 @@ public:
     std::string summary() const;
 
 private:
-    AUVXFile file_;
+    int needModel(const std::string& reason);
+    int look(std::string& error);
+    void beginStep(const char* text);
+
+    AUVXFile file_, model_;
+    AComponents components_;
+    SelfCalibrationRules rules_;
+    UvMarks marks_;
+    std::string modelFile_, reason_;
+    int wantsModel_ = 0;
     AProgress progress_;
     std::unique_ptr<AProgressWriter> writer_;
+    std::unique_ptr<UvReach> reach_;
     std::unique_ptr<SelfCalibration> solver_;
     int told_ = 0;
 };

@@ -200,6 +200,7 @@ void CleanSession::close()
     runner_->Kill();
     job_.reset();
     calibration_.reset();
+    predicted_.reset();
     export_.reset();
     exportFolder_.clear();
     study_.close();
@@ -251,6 +252,12 @@ void CleanSession::jobEnded(int isDone, const std::string& error)
     if (isDone && said)
         for (const std::string& note : finished->notes())
             said(note);
+    if (predicted_) {
+        if (isDone && takePrediction(fault))
+            return;
+        predicted_.reset();
+        isDone = 0;
+    }
     if (isDone && round >= 0)
         (void)show(round, fault);
     if (!isDone) {
@@ -374,19 +381,14 @@ int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error)
         error = isRunning() ? jobName_ + " still runs" : "there is no round to calibrate on";
         return 0;
     }
-    AComponents model;
-    if (!round->hasModel) {
-        error = "round " + std::to_string(round->id) + " has no model yet: clean first";
-        return 0;
-    }
-    if (!readModel(study_.mapFile(round->id, RoundMap::model), model, error))
-        return 0;
     auto run = std::make_unique<CalibrationRun>();
-    if (!run->begin(study_, model, wish.rules(), error))
+    if (!run->begin(study_, *round, wish.rules(), error))
         return 0;
     calibration_ = std::move(run);
     jobName_ = "Self-calibration";
     calibrationName_ = selfCalName(wish);
+    if (calibration_->wantsModel())
+        return predictModel(error);
     if (began)
         began();
     runner_->Advance();
@@ -400,8 +402,44 @@ int CleanSession::solve(std::string& error)
     return runSlice(slice, [&] { return calibration_->step(error); });
 }
 
+/// The model's visibilities are made by the engine, for a calibration that waits for them.
+int CleanSession::predictModel(std::string& error)
+{
+    predicted_ = std::move(calibration_);
+    const int round = shown();
+    if (start({"Model visibilities",
+               [round](StudyJob& job) { job.predict(round, CalibrationRun::modelName); }},
+              error)) {
+        if (said)
+            said("The engine makes the model's visibilities: it " + predicted_->reason());
+        return 1;
+    }
+    predicted_.reset();
+    return 0;
+}
+
+int CleanSession::takePrediction(std::string& error)
+{
+    if (!predicted_->takeModel(error))
+        return 0;
+    calibration_ = std::move(predicted_);
+    jobName_ = "Self-calibration";
+    if (began)
+        began();
+    runner_->Advance();
+    return 1;
+}
+
 void CleanSession::calibrated(const std::string& error)
 {
+    std::string stopped;
+    if (error.empty() && calibration_->wantsModel()) {
+        if (predictModel(stopped))
+            return;
+        if (ended)
+            ended(0, stopped);
+        return;
+    }
     const std::unique_ptr<CalibrationRun> run = std::move(calibration_);
     std::string fault = error;
     const int isDone = fault.empty() && run->keep(study_, calibrationName_, fault);

@@ -119,6 +119,8 @@ private:
     void tell();
     int solve(std::string& error);
     void calibrated(const std::string& error);
+    int predictModel(std::string& error);
+    int takePrediction(std::string& error);
     int beginExport(std::string& error);
     int writeData(std::string& error);
     void exported(const std::string& error);
@@ -131,6 +133,7 @@ private:
     StudyOpening opening_ = StudyOpening::opened;
     std::unique_ptr<StudyJob> job_;
     std::unique_ptr<CalibrationRun> calibration_;
+    std::unique_ptr<CalibrationRun> predicted_;  ///< waits for its model's visibilities
     CString calibrationName_;
     std::unique_ptr<ExportRun> export_;
     std::string exportFolder_;  ///< of an export that waits for the restored map, or runs

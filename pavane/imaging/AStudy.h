@@ -167,8 +167,9 @@ public:
     static std::string mapsKey(const DataState& data, const CleanParameters& parameters);
     /// Keeps areas that rounds share; their key, "" of none or on failure.
     std::string keepAreas(const std::string& bytes);
-    /// Removes what no round has: half-made ones, temporary files, maps that nobody shares.
-    void sweep();
+    /// Removes what no round has: half-made ones, temporary files, maps that nobody shares. The
+    /// file of `work` that is named stays.
+    void sweep(const std::string& keeps = {});
 
 private:
     struct State;

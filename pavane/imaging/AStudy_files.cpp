@@ -130,7 +130,7 @@ int AStudy::setChild(int process, long long started)
     return 1;
 }
 
-void AStudy::sweep()
+void AStudy::sweep(const std::string& keeps)
 {
     std::set<std::string> used;
     for (const StudyRound& each : state_->rounds) {
@@ -150,7 +150,7 @@ void AStudy::sweep()
     // temporary files of the engine and data that were not brought to their end
     for (const std::string& name : namesIn(state_->path("work")))
         if (name != "data.ms" && name != "data.uvfits" && name != "facts.txt" &&
-            name != "import.txt")
+            name != "import.txt" && name != keeps)
             (void)removeAll(state_->path("work/" + name), why);
 }
 

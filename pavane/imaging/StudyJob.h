@@ -85,6 +85,10 @@ public:
     void clean(int parent, const CleanParameters& parameters, const std::string& areas);
     /// Makes the working data hold the model and the corrections of a round.
     void goTo(int round);
+    /// Writes the visibilities that a round's model has into a UVFITS file inside `work`, which the
+    /// host removes: groups, IFs and hands are those of the working data. The working data hold
+    /// that model then, and the corrections of now.
+    void predict(int round, const std::string& file);
     /// The residual of a round's model on the data of now.
     void residual(int round);
     /// The restored map of a round; unset beam: the fitted one.

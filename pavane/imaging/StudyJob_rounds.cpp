@@ -493,6 +493,31 @@ void StudyJob::goTo(int round)
     });
 }
 
+void StudyJob::predict(int round, const std::string& file)
+{
+    work_->add([this, round, file] {
+        const StudyRound* const found = work_->study.round(round);
+        if (!found)
+            return work_->fail("there is no round " + std::to_string(round));
+        if (!found->hasModel)
+            return work_->fail("round " + std::to_string(round) + " has no model");
+        const DataState data = work_->study.dataState(found->parameters);
+        work_->made.parameters = found->parameters;
+        work_->keptFile = file;
+        work_->before([this, file] {
+            return work_->runData(
+                {"export", "work/data.ms", "work/" + file, "--column", "MODEL_DATA"},
+                "Writing the model's visibilities", [this, file] {
+                    return IsFileExists(work_->path("work/" + file))
+                               ? 1
+                               : work_->fail("they were not written");
+                });
+        });
+        work_->before([this, round] { return work_->needModel(round); });
+        return work_->needData(data);
+    });
+}
+
 void StudyJob::residual(int round)
 {
     work_->add([this, round] {

@@ -213,7 +213,7 @@ void StudyJob::Work::finish(JobTurn how)
         (void)study.setChild(0, 0);
         // without this the next job writes the columns again, and no more is lost
         (void)study.leaveData();
-        study.sweep();
+        study.sweep(how == JobTurn::done ? keptFile : std::string());
     }
     if (how == JobTurn::done)
         (void)writer->Finish();

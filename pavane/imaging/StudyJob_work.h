@@ -77,6 +77,7 @@ public:
     std::unique_ptr<AProgressWriter> writer;
     JobState state;
     std::deque<Task> tasks;
+    std::string keptFile;  ///< in `work`, for the host; it goes when the job does not end well
     std::string fault;
     std::vector<std::string> log, notes;
     std::string logText;

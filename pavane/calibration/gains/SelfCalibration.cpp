@@ -424,6 +424,11 @@ void SelfCalibration::takeRows(const UvGroups& groups)
                         ++counts_.flagged;
                         continue;
                     }
+                    // what an imaging program has not predicted; no model is 0 to the last bit
+                    if (row.model && value == 0.0) {
+                        ++counts_.noModelCells;
+                        continue;
+                    }
                     if (!std::isfinite(std::norm(data)) || !std::isfinite(std::norm(value)) ||
                         !std::isfinite(stored)) {
                         ++counts_.notFinite;

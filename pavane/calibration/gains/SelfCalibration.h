@@ -43,6 +43,7 @@ struct SelfCalibrationCounts {
     std::int64_t outsideUv = 0;
     std::int64_t autocorrelations = 0;  ///< groups of one antenna with itself; never used
     std::int64_t noModel = 0;           ///< groups that the model's file lacks
+    std::int64_t noModelCells = 0;      ///< visibilities that are 0 in the model's file
     std::int64_t noInterval = 0;        ///< groups in no interval, or of no antenna
 };
 
