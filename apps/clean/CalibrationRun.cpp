@@ -38,6 +38,20 @@ private:
     std::string name_;
 };
 
+/// Leaves of groups the IFs that a map is made of; without groups each is one.
+void takeIfs(const std::vector<int>& ifs, std::vector<std::vector<int>>& groups)
+{
+    if (ifs.empty())
+        return;
+    if (groups.empty())
+        for (const int each : ifs)
+            groups.push_back({each});
+    for (std::vector<int>& group : groups)
+        std::erase_if(
+            group, [&](int each) { return std::find(ifs.begin(), ifs.end(), each) == ifs.end(); });
+    std::erase_if(groups, [](const std::vector<int>& group) { return group.empty(); });
+}
+
 }  // namespace
 
 std::shared_ptr<UvFilter> correctionOf(const AStudy& study, const DataState& data,
@@ -88,8 +102,8 @@ CalibrationRun::~CalibrationRun()
         (void)std::remove(modelFile_.c_str());
 }
 
-int CalibrationRun::begin(const AStudy& study, const StudyRound& round,
-                          const SelfCalibrationRules& rules, std::string& error)
+int CalibrationRun::begin(const AStudy& study, const StudyRound& round, const ASelfCalPM& wish,
+                          const AComponents* list, std::string& error)
 {
     const std::string data = study.uvfitsFile();
     if (!round.hasModel) {
@@ -105,23 +119,27 @@ int CalibrationRun::begin(const AStudy& study, const StudyRound& round,
     if (!correction)
         return 0;
     file_.setFilter(std::move(correction));
-    rules_ = rules;
-    if (rules_.frame.groups.empty())
-        for (const int each : round.parameters.ifs)
-            rules_.frame.groups.push_back({each});
+    rules_ = wish.rules();
+    takeIfs(round.parameters.ifs, rules_.frame.groups);
     marks_ = UvMarks();
     if (state.start != state.end)
         marks_.times = {state.start, std::nextafter(state.end, state.start)};
     modelFile_ = study.folder() + "/work/" + modelName;
-    const std::string file = study.mapFile(round.id, RoundMap::model);
-    FitsMap map;
-    if (!readFitsMap(file, 0, map, error)) {
-        error.insert(0, file + ": ");
-        return 0;
+    if (wish.model == SelfCalModel::predicted)
+        return needModel("is predicted, as was chosen");
+    isList_ = list != nullptr;
+    if (isList_) {
+        components_ = *list;
+    } else {
+        const std::string file = study.mapFile(round.id, RoundMap::model);
+        FitsMap map;
+        if (!readFitsMap(file, 0, map, error)) {
+            error.insert(0, file + ": ");
+            return 0;
+        }
+        if (std::string why; !componentsOfModel(map, components_, why))
+            return needModel(why);
     }
-    std::string why;
-    if (!componentsOfModel(map, components_, why))
-        return needModel(why);
     reach_ = std::make_unique<UvReach>(file_, marks_);
     constexpr double shares[] = {0.1, 0.9};  // of looking at places and of solving
     writer_ = std::make_unique<AProgressWriter>(progress_);
@@ -167,17 +185,26 @@ int CalibrationRun::look(std::string& error)
     error = reach_->error();
     if (!error.empty())
         return 0;
+    std::string reason;
     switch (modelWay(ModelVisibilities(components_), *reach_)) {
     case ModelWay::tooWide:
-        return needModel("reaches so far from the centre that the sky is not flat"), 0;
+        reason = "reaches so far from the centre that the sky is not flat";
+        break;
     case ModelWay::tooMany:
-        return needModel("has " + std::to_string(components_.count()) +
-                         " components, too many to be added up for " +
-                         std::to_string(reach_->places()) + " visibilities"),
-               0;
+        reason = "has " + std::to_string(components_.count()) +
+                 " components, too many to be added up for " + std::to_string(reach_->places()) +
+                 " visibilities";
+        break;
     case ModelWay::components:
         break;
     }
+    if (!reason.empty() && isList_) {
+        error = "the list of components " + reason +
+                ": make a round of it, whose model the engine predicts";
+        return 0;
+    }
+    if (!reason.empty())
+        return needModel(reason), 0;
     reach_.reset();
     solver_ = std::make_unique<SelfCalibration>(file_, components_, rules_, marks_);
     beginStep("Solving for gains");

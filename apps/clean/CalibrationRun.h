@@ -27,10 +27,11 @@ public:
     /// Takes away the file of the model's visibilities.
     ~CalibrationRun();
 
-    /// Opens the visibilities and the model of a round. Those times and IFs are solved for that the
-    /// round was made of. Non-zero on success, else `error` is a line.
-    int begin(const AStudy& study, const StudyRound& round, const SelfCalibrationRules& rules,
-              std::string& error);
+    /// Opens the visibilities and the model of a round, or copies `list` in its place. Those times
+    /// and IFs are solved for that the round was made of. Non-zero on success, else `error` is a
+    /// line.
+    int begin(const AStudy& study, const StudyRound& round, const ASelfCalPM& wish,
+              const AComponents* list, std::string& error);
     /// Goes on for a moment. Non-zero while more remains; 0 when all is done, the model has to be
     /// predicted, or `error` says why not.
     int step(std::string& error);
@@ -61,7 +62,7 @@ private:
     SelfCalibrationRules rules_;
     UvMarks marks_;
     std::string modelFile_, reason_;
-    int wantsModel_ = 0;
+    int wantsModel_ = 0, isList_ = 0;
     AProgress progress_;
     std::unique_ptr<AProgressWriter> writer_;
     std::unique_ptr<UvReach> reach_;

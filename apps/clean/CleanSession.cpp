@@ -374,7 +374,7 @@ int CleanSession::startResidual(std::string& error)
     return start({"Residual", [round](StudyJob& job) { job.residual(round); }}, error);
 }
 
-int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error)
+int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list)
 {
     const StudyRound* const round = study_.round(shown());
     if (isRunning() || !round || study_.isReadOnly()) {
@@ -382,7 +382,7 @@ int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error)
         return 0;
     }
     auto run = std::make_unique<CalibrationRun>();
-    if (!run->begin(study_, *round, wish.rules(), error))
+    if (!run->begin(study_, *round, wish, list, error))
         return 0;
     calibration_ = std::move(run);
     jobName_ = "Self-calibration";

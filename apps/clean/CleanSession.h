@@ -94,7 +94,8 @@ public:
     int startModel(const AComponents& components, std::string& error);
     /// Solves for gains on the model of the shown round, puts them at the end of the chain, and
     /// makes the residual of that model on the data that they correct.
-    int startSelfCal(const ASelfCalPM& wish, std::string& error);
+    /// The model is `list` when there is one.
+    int startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list = nullptr);
     /// Writes all that the shown round came to into a folder that is empty or not there: maps,
     /// model, mask, areas, gains, flags, a script that makes it again, and the corrected data of a
     /// UVFITS file. The restored map is made first.

@@ -205,6 +205,17 @@ private:
         wish.references = asked.references;
         wish.leastUv = asked.uvLow;
         wish.mostUv = asked.uvHigh;
+        wish.usesWeights = !asked.isEqual;
+        wish.groups = asked.groups;
+        if (asked.isPredicted)
+            wish.model = SelfCalModel::predicted;
+        StudySettings settings = session_.study().settings();
+        settings.keepsFailed = asked.keepsFailed;
+        settings.keepsWeights = asked.keepsWeights;
+        if (!session_.study().setSettings(settings)) {
+            error = session_.study().fault();
+            return 0;
+        }
         if (!session_.startSelfCal(wish, error) || !wait(error))
             return 0;
         printRound(session_.shown());

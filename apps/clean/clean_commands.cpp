@@ -356,7 +356,8 @@ void CleanWindow::selfCalibrate()
     settings.keepsWeights = !selfCal_.changesWeights;
     if (!session_.study().setSettings(settings))
         return complain(session_.study().fault());
-    if (!session_.startSelfCal(selfCal_, error))
+    const int isList = selfCal_.model == SelfCalModel::components && components_.isModified();
+    if (!session_.startSelfCal(selfCal_, error, isList ? &components_.list() : nullptr))
         complain(error);
 }
 

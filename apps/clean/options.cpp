@@ -270,7 +270,11 @@ const OptionTable<CleanOptions>& optionTable()
          1},
         {{"--selfcal", "", "LIST",
           "gains from the last model: phase, amplitude or both; 60s, 5min, scan or whole; ratio=, "
-          "antennas=, ref=NAME:NAME, uv=LOW:HIGH (wavelengths), unscaled"},
+          "antennas=, ref=NAME:NAME, uv=LOW:HIGH (wavelengths), groups=1-4:5-8 (IFs that share "
+          "gains), "
+          "unscaled, equal (weights do not count), keepfailed, keepweights, predicted (model by "
+          "the "
+          "engine)"},
          addSelfCal,
          ofSteps,
          1},

@@ -33,6 +33,11 @@ struct SelfCalWish {
     int isScaled = 1;                     ///< amplitudes
     std::vector<std::string> references;  ///< names or numbers of antennas, the first one first
     double uvLow = 0, uvHigh = 0;         ///< wavelengths; a high end of 0: no end
+    int isPredicted = 0;                  ///< the model's visibilities are the engine's in any case
+    int keepsFailed = 0;                  ///< data of failed solutions stay, uncorrected
+    int keepsWeights = 0;                 ///< gains do not change weights
+    int isEqual = 0;                      ///< weights do not count in the solution
+    std::vector<std::vector<int>> groups;  ///< IFs from 0 that share a gain; none: each by itself
 };
 
 /// One thing that `pavane-clean --batch` does, in the order of the command line.

@@ -1,8 +1,10 @@
 #include "apps/clean/options.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <utility>
 
 namespace pavane
 {
@@ -166,6 +168,50 @@ int readInterval(Word word, SelfCalWish& selfcal, std::string& error)
     return 1;
 }
 
+/// "1-4:5-8", IFs from 1.
+int readGroups(const Word& word, SelfCalWish& selfcal, std::string& error)
+{
+    constexpr int mostIfs = 4096;
+    std::vector<std::vector<int>> groups;
+    std::vector<int> used;
+    for (std::size_t start = 0; start <= word.value.size();) {
+        const std::size_t end = std::min(word.value.find(':', start), word.value.size());
+        const std::string part = word.value.substr(start, end - start);
+        const std::size_t dash = part.find('-');
+        int first = 0, last = 0;
+        if (!stoval(part.substr(0, dash), first) ||
+            !stoval(dash == part.npos ? part : part.substr(dash + 1), last) || first < 1 ||
+            last < first || last > mostIfs) {
+            error = "'groups' wants IFs from 1 as '1-4:5-8', not '" + word.value + "'";
+            return 0;
+        }
+        groups.emplace_back();
+        for (int i = first - 1; i < last; ++i) {
+            if (std::find(used.begin(), used.end(), i) != used.end()) {
+                error = "'groups' has IF " + std::to_string(i + 1) + " twice";
+                return 0;
+            }
+            used.push_back(i);
+            groups.back().push_back(i);
+        }
+        start = end + 1;
+    }
+    selfcal.groups = std::move(groups);
+    return 1;
+}
+
+/// Words without a value.
+struct Switch {
+    const char* name;
+    int SelfCalWish::*flag;
+    int value;
+};
+constexpr Switch switches[] = {{"unscaled", &SelfCalWish::isScaled, 0},
+                               {"keepfailed", &SelfCalWish::keepsFailed, 1},
+                               {"keepweights", &SelfCalWish::keepsWeights, 1},
+                               {"equal", &SelfCalWish::isEqual, 1},
+                               {"predicted", &SelfCalWish::isPredicted, 1}};
+
 int readSelfCalWord(const Word& word, SelfCalWish& selfcal, std::string& error)
 {
     if (word.name == "ratio")
@@ -183,10 +229,13 @@ int readSelfCalWord(const Word& word, SelfCalWish& selfcal, std::string& error)
         readReferences(word.value, selfcal);
         return 1;
     }
-    if (word.value.empty() && word.name == "unscaled") {
-        selfcal.isScaled = 0;
-        return 1;
-    }
+    if (word.name == "groups")
+        return readGroups(word, selfcal, error);
+    for (const Switch& each : switches)
+        if (word.value.empty() && word.name == each.name) {
+            selfcal.*each.flag = each.value;
+            return 1;
+        }
     return readInterval(word, selfcal, error);
 }
 
@@ -283,8 +332,15 @@ std::string selfCalText(const SelfCalWish& selfcal)
         text.append(",ratio=").append(valToStr(selfcal.leastRatio));
     if (selfcal.leastAntennas != SelfCalWish().leastAntennas)
         text.append(",antennas=").append(std::to_string(selfcal.leastAntennas));
-    if (!selfcal.isScaled)
-        text += ",unscaled";
+    for (const Switch& each : switches)
+        if (selfcal.*each.flag == each.value)
+            text.append(",").append(each.name);
+    for (std::size_t i = 0; i < selfcal.groups.size(); ++i) {
+        const std::vector<int>& group = selfcal.groups[i];
+        text.append(i ? ":" : ",groups=").append(std::to_string(group.front() + 1));
+        if (group.size() > 1)
+            text.append("-").append(std::to_string(group.back() + 1));
+    }
     for (std::size_t i = 0; i < selfcal.references.size(); ++i)
         text.append(i ? ":" : ",ref=").append(selfcal.references[i]);
     if (selfcal.uvLow > 0 || selfcal.uvHigh > 0)

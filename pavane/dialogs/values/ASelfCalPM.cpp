@@ -14,7 +14,7 @@ namespace
 {
 
 constexpr const char* kindNames[] = {"phase", "amplitude", "both"};
-constexpr const char* modelNames[] = {"round", "components"};
+constexpr const char* modelNames[] = {"round", "components", "predicted"};
 constexpr TypedNumber anyDistance = {"", 0, 1e15};
 
 struct NumberKey {
@@ -80,6 +80,7 @@ SelfCalibrationRules ASelfCalPM::rules() const
     SelfCalibrationRules made;
     made.frame.seconds = seconds;
     made.frame.isWhole = isWhole;
+    made.frame.groups = groups;
     made.gains.interval.kind = kind;
     made.gains.interval.leastRatio = leastRatio;
     made.gains.interval.leastAntennas = leastAntennas;

@@ -12,8 +12,9 @@ namespace pavane
 
 /// What data are calibrated on.
 enum class SelfCalModel {
-    round,      ///< the model image of the round that is chosen
-    components  ///< the list of components
+    round,       ///< the model image of the round that is chosen
+    components,  ///< the list of components, as it was edited
+    predicted    ///< that image, its visibilities predicted by the engine however simple it is
 };
 
 /// How gains are solved for, as the page "Self-calibration" lets the user choose it. In the
@@ -24,6 +25,8 @@ public:
     // Of the data, for information; not stored. Seconds, 0 when they are not known.
     double integration = 0, span = 0;
     std::vector<std::string> antennas;  ///< names, in the order of the file
+    /// IFs from 0 that share a gain, of the selection of the data; empty: each by itself.
+    std::vector<std::vector<int>> groups;
     // The choice.
     GainKind kind = GainKind::phase;
     int isWhole = 0;      ///< one gain for the whole time, else each `seconds`
@@ -39,7 +42,7 @@ public:
     int keepsFailed = 0;     ///< data of failed solutions stay, uncorrected
 
     /// As the solver takes it; names of `references` that `antennas` does not have are left out,
-    /// when there are any. Groups of IFs are the host's to set.
+    /// when there are any.
     SelfCalibrationRules rules() const;
 
     std::vector<RecordEntry> entries() const;

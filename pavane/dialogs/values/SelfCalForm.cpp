@@ -59,7 +59,7 @@ std::vector<CString> SelfCalForm::lines(int field) const
     if (field == kind)
         return {"phase", "amplitude", "phase and amplitude"};
     if (field == model)
-        return {"the chosen round", "the list of components"};
+        return {"the chosen round", "the list of components", "the round, by the engine"};
     return {};
 }
 

@@ -101,10 +101,11 @@ TEST(CleanOptions, TextsOfStepsReadBackToTheSame)
         ASSERT_TRUE(readRound(text, round, error)) << error;
         EXPECT_EQ(roundText(round), text);
     }
-    for (const char* text : {"phase,scan", "amplitude,whole",
-                             "both,90s,ratio=3,antennas=4,unscaled,"
-                             "ref=PT:BR,uv=1000000:5000000",
-                             "phase,2.5s,uv=10:"}) {
+    for (const char* text :
+         {"phase,scan", "amplitude,whole",
+          "both,90s,ratio=3,antennas=4,unscaled,"
+          "ref=PT:BR,uv=1000000:5000000",
+          "phase,2.5s,uv=10:", "phase,60s,keepfailed,keepweights,equal,predicted,groups=1-2:4"}) {
         SelfCalWish selfcal;
         ASSERT_TRUE(readSelfCal(text, selfcal, error)) << error;
         EXPECT_EQ(selfCalText(selfcal), text);
