@@ -84,6 +84,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/closure_sets.h
     pavane/calibration/ClosureReader.h
     pavane/calibration/EditedGains.h
+    pavane/calibration/EditedVisibilities.h
+    pavane/calibration/flag_charts.h
     pavane/calibration/flags/flag_points.h
     pavane/calibration/flags/FlagEdits.h
     pavane/calibration/flags/UvPick.h
@@ -105,6 +107,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/windows/AClosureSelectDlg.h
     pavane/calibration/windows/AClosureTbl.h
     pavane/calibration/windows/AClosureWnd.h
+    pavane/calibration/windows/AFlagWnd.h
     pavane/calibration/windows/AGainGraphWnd.h
     pavane/calibration/windows/AGainTbl.h
     pavane/calibration/windows/AMeanGainWnd.h

@@ -1,5 +1,6 @@
 #include "pavane/calibration/visibility_charts.h"
 
+#include "pavane/calibration/chart_curves.h"
 #include "tessel/plain_text.h"
 #include "tessel/value_text.h"
 
@@ -13,52 +14,14 @@ namespace pavane
 namespace
 {
 
-constexpr double secondsPerDay = 86400;
 constexpr double nearKilometres = 10;
 constexpr double gap = std::numeric_limits<double>::quiet_NaN();
-/// Of data, and where there are several series in turn; dark on white, told apart by the colour
-/// blind. The model is the last.
-constexpr COLORREF dataColors[] = {RGB(0, 70, 140),    RGB(170, 70, 0),  RGB(0, 120, 90),
-                                   RGB(130, 40, 120),  RGB(140, 120, 0), RGB(0, 140, 190),
-                                   RGB(110, 110, 110), RGB(90, 50, 20)};
-constexpr COLORREF phaseColor = RGB(150, 60, 0), modelColor = RGB(200, 0, 60);
+constexpr COLORREF phaseColor = RGB(150, 60, 0);
 /// Of their scales' hue, brighter than the points that they lie on.
 constexpr COLORREF amplitudeModelColor = RGB(60, 160, 255), phaseModelColor = RGB(255, 130, 20);
 /// Half ranges of phases, the least that takes in all of them with their errors is taken.
 constexpr double phaseRanges[] = {10, 30, 60, 90, 180};
 constexpr double roomAbove = 1.02;
-
-CString headerOf(const AUVXFile& file)
-{
-    const UvHeader& header = file.header();
-    CString text = plainText(header.object);
-    if (header.frequency > 0)
-        text.append(text.empty() ? "" : "   ")
-            .append(valToStr(header.frequency / 1e9, 4))
-            .append("\u00a0GHz");
-    const std::string date = header.dateObs.substr(0, header.dateObs.find('T'));
-    return date.empty() ? text : text + (text.empty() ? "" : "   ") + plainText(date);
-}
-
-/// A line breaks where there is nothing for longer than some steps and a part of all: it goes
-/// through the pauses between scans, not through those of an antenna that has set.
-double longestStep(const std::vector<double>& x)
-{
-    std::vector<double> steps;
-    double all = 0;
-    for (std::size_t i = 1; i < x.size(); ++i)
-        if (x[i] > x[i - 1]) {
-            steps.push_back(x[i] - x[i - 1]);
-            all += steps.back();
-        }
-    if (steps.empty())
-        return 0;
-    const auto middle = steps.begin() + static_cast<std::ptrdiff_t>(steps.size() / 2);
-    std::nth_element(steps.begin(), middle, steps.end());
-    constexpr double stepsOfPause = 5;
-    constexpr double partOfAll = 0.35;
-    return std::max(stepsOfPause * *middle, partOfAll * all);
-}
 
 ChartCurve pointsOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,
                     const std::vector<float>& error, COLORREF color)
@@ -69,25 +32,6 @@ ChartCurve pointsOf(const std::vector<double>& x, double scaleX, const std::vect
         curve.x.push_back(value * scaleX);
     curve.y.assign(y.begin(), y.end());
     curve.error.assign(error.begin(), error.end());
-    return curve;
-}
-
-/// A line through the points, with gaps.
-ChartCurve lineOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,
-                  COLORREF color = modelColor)
-{
-    ChartCurve curve;
-    curve.isLine = 1;
-    curve.color = color;
-    const double longest = longestStep(x);
-    for (std::size_t i = 0; i < y.size(); ++i) {
-        if (i > 0 && (x[i] < x[i - 1] || x[i] - x[i - 1] > longest)) {
-            curve.x.push_back(curve.x.back());
-            curve.y.push_back(gap);
-        }
-        curve.x.push_back(x[i] * scaleX);
-        curve.y.push_back(double{y[i]});
-    }
     return curve;
 }
 
@@ -149,17 +93,6 @@ double phaseRange(double most)
     return 180;
 }
 
-/// The least round number above a value, so that ticks end at the frame.
-double roundedUp(double value)
-{
-    constexpr double rounds[] = {1, 1.2, 1.5, 2, 2.5, 3, 4, 5, 6, 8, 10};
-    const double decade = std::pow(10, std::floor(std::log10(value)));
-    for (const double round : rounds)
-        if (value <= round * decade)
-            return round * decade;
-    return value;
-}
-
 void setPhases(ChartScale& scale, double range)
 {
     scale.least = -range;
@@ -214,7 +147,7 @@ PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
                         const std::vector<std::size_t>& triangles)
 {
     PanelChart chart;
-    chart.header = headerOf(file);
+    chart.header = chartHeader(file);
     chart.nameX = "Time";
     chart.isTime = 1;
     double most = 0;
@@ -239,10 +172,10 @@ PanelChart closureChart(const AUVXFile& file, const ClosureReader& reader,
             chiSquared += found.chiSquared * static_cast<double>(found.count);
             count += found.count;
             scale.curves.push_back(pointsOf(series.time, secondsPerDay, series.phase, series.error,
-                                            dataColors[p % std::size(dataColors)]));
+                                            chartColors[p % std::size(chartColors)]));
             scale.curves.back().name = partName(file, reader.parts()[p]);
             if (reader.hasModel())
-                models.push_back(lineOf(series.time, secondsPerDay, series.model));
+                models.push_back(chartLine(series.time, secondsPerDay, series.model));
         }
         for (ChartCurve& model : models)
             scale.curves.push_back(std::move(model));
@@ -260,7 +193,7 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
 {
     PanelChart chart;
     const int isTime = plot == BaselinePlot::time;
-    chart.header = headerOf(file);
+    chart.header = chartHeader(file);
     chart.nameX = isTime ? "Time" : "Channel of all IFs";
     chart.isTime = isTime;
     chart.isWholeX = !isTime;
@@ -285,11 +218,11 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
             amplitude.greatest = roundedUp(roomAbove * most);
         }
         amplitude.curves.push_back(
-            pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, dataColors[0]));
+            pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, chartColors[0]));
         phase.curves.push_back(pointsOf(s.x, scaleX, s.phase, s.phaseError, phaseColor));
         if (hasModel) {
             const auto model = [&](const std::vector<float>& y, COLORREF color) {
-                return isTime ? lineOf(s.x, scaleX, y, color)
+                return isTime ? chartLine(s.x, scaleX, y, color)
                               : lineOfChannels(s.x, y, channels, color);
             };
             amplitude.curves.push_back(model(s.modelAmplitude, amplitudeModelColor));
@@ -339,10 +272,10 @@ void addAmplitudePanels(const AUVXFile& file, const ClosureReader& reader,
                         greatest = std::max(greatest, std::ceil(2 * double{value}) / 2);
                     }
             scale.curves.push_back(pointsOf(ratios.time, secondsPerDay, data, errors,
-                                            dataColors[p % std::size(dataColors)]));
+                                            chartColors[p % std::size(chartColors)]));
             scale.curves.back().name = partName(file, reader.parts()[p]);
             if (reader.hasModel())
-                models.push_back(lineOf(ratios.time, secondsPerDay, model));
+                models.push_back(chartLine(ratios.time, secondsPerDay, model));
         }
         for (ChartCurve& model : models)
             scale.curves.push_back(std::move(model));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/resources/component_commands.h"
+#include "pavane/resources/flag_commands.h"
 #include "pavane/resources/freq_commands.h"
 #include "pavane/resources/gain_commands.h"
 #include "pavane/resources/mark_commands.h"
@@ -121,6 +122,7 @@ inline constexpr MenuTemplate libraryMenus[] = {
     {IDR_FREQ_INFO_MENU, freqInfoMenu, 1},
     {IDR_COMPONENTS_MENU, componentMenu, 1},
     {IDR_GAIN_MENU, gainMenu, 1},
+    {IDR_FLAG_MENU, flagMenu, 1},
     {IDR_COPY_MENU, copyMenu, 1},
 };
 

@@ -83,6 +83,34 @@ int FlagEdits::removeAll(std::string_view label)
     return 1;
 }
 
+int FlagEdits::replace(const VisibilityFlags& flags, std::string_view label)
+{
+    const double later = flags.referenceDay > 0 && flags_.referenceDay > 0
+                             ? flags.referenceDay - flags_.referenceDay
+                             : 0;
+    try {
+        std::vector<FlagLine> lines = flags.lines;
+        for (FlagLine& line : lines) {
+            line.start += later;
+            line.end += later;
+        }
+        if (lines == flags_.lines)
+            return 0;
+        history_.begin(label, {});
+        for (std::size_t i = flags_.lines.size(); i-- > 0;)
+            history_.remove(static_cast<int>(i), 0, bytesOf(flagText(flags_.lines[i])));
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            history_.insert(static_cast<int>(i), 0, bytesOf(flagText(lines[i])));
+        flags_.lines.swap(lines);
+    } catch (const std::bad_alloc&) {
+        history_.abandon();
+        return 0;
+    }
+    (void)history_.commit({});
+    ++version_;
+    return 1;
+}
+
 int FlagEdits::applyEdit(const EditChange& change)
 {
     const auto at = static_cast<std::size_t>(change.index);

@@ -30,6 +30,8 @@ public:
     /// Takes a line out, by its index.
     int remove(std::size_t line, std::string_view label);
     int removeAll(std::string_view label);
+    /// Other lines in place of all; their times become those of the day that these count from.
+    int replace(const VisibilityFlags& flags, std::string_view label);
 
     int undo() { return history_.undo(*this); }
     int redo() { return history_.redo(*this); }
