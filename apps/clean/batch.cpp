@@ -263,10 +263,8 @@ int runCleanBatch(char** argv, const CleanOptions& options, std::string& error)
     SetProfileProgram("pavane-clean");
     // children tell by messages, which need windows, and windows no display
     (void)setenv("QT_QPA_PLATFORM", "offscreen", 0);
-    if (!InitPlatform(1, argv, PlatformUse::windows)) {
-        error = "the toolkit does not start";
+    if (!InitPlatform(1, argv, PlatformUse::windows, error))
         return 0;
-    }
     int isDone = 0;
     {
         Batch batch(options);

@@ -56,10 +56,8 @@ int writePictures(char** argv, const ViewOptions& options, const std::function<B
     } pictures[] = {{options.png, PictureFormat::png},
                     {options.pdf, PictureFormat::pdf},
                     {options.svg, PictureFormat::svg}};
-    if (!InitPlatform(1, argv, PlatformUse::pictures)) {
-        error = "the drawing toolkit does not start";
+    if (!InitPlatform(1, argv, PlatformUse::pictures, error))
         return 0;
-    }
     int written = 1;
     {
         const BatchJob job = newJob();

@@ -1,6 +1,5 @@
 #include "apps/view/window_start.h"
 
-#include "apps/view/display.h"
 #include "apps/view/window_place.h"
 #include "pavane/tables/ATableWnd.h"
 #include "pavane/windows/window_placement.h"
@@ -23,11 +22,9 @@ constexpr int wheelRows = 3;
 int runWindowProgram(char** argv, const char* program, std::string& error,
                      const std::function<int()>& open)
 {
-    if (!hasDisplay(error))
-        return 0;
     SetProfileProgram(program);
-    if (!InitPlatform(1, argv, PlatformUse::windows)) {
-        error = "the window toolkit does not start";
+    if (!InitPlatform(1, argv, PlatformUse::windows, error)) {
+        error += "; --batch works without windows";
         return 0;
     }
     SetTableWheelRows(wheelRows);

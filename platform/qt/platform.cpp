@@ -1,6 +1,7 @@
 #include "platform/platform.h"
 
 #include "platform/qt/look.h"
+#include "platform/qt/platform_choice.h"
 #include "platform/qt/QtGraphics.h"
 #include "platform/qt/WindowPeer.h"
 
@@ -19,9 +20,12 @@ namespace
 QGuiApplication* ownApplication = nullptr;
 QtGraphics* graphics = nullptr;
 QtMessageHandler handlerBefore = nullptr;
-int argumentCount = 1;
+// The toolkit keeps looking at these, and takes out what it has read.
+int argumentCount = 0;
 char programName[] = "pavane";
-char* arguments[] = {programName, nullptr};
+char platformOption[] = "-platform";
+QByteArray platformName;
+char* arguments[] = {nullptr, nullptr, nullptr, nullptr};
 
 /// The toolkit's warnings mean nothing to a user; what ends the process has to be said.
 void keepQuiet(QtMsgType type, const QMessageLogContext&, const QString& text)
@@ -58,51 +62,69 @@ void startAll()
     startMessageBox();
 }
 
+/// What needs an application object goes before it, also before the host's.
+void letGo()
+{
+    if (!graphics)
+        return;
+    qRemovePostRoutine(letGo);
+    stopMessageBox();
+    stopWindows();
+    if (graphicsHook() == graphics)
+        setGraphicsHook(nullptr);
+    delete graphics;
+    graphics = nullptr;
+}
+
 }  // namespace
 
 int InitPlatform(int argc, char** argv, PlatformUse use)
 {
-    if (graphics && (use == PlatformUse::pictures || canShowWindows())) {
-        if (use == PlatformUse::windows)
-            startAll();
-        return 1;
-    }
-    if (graphics)
-        return 0;
-    if (!QCoreApplication::instance()) {
+    CString why;
+    return InitPlatform(argc, argv, use, why);
+}
+
+int InitPlatform(int argc, char** argv, PlatformUse use, CString& why)
+{
+    why.clear();
+    if (!graphics && !QCoreApplication::instance()) {
+        platformName = choosePlatform(use, why);
+        if (platformName.isEmpty())
+            return 0;
+        // options are the program's own; the toolkit sees the name, and its platform, which is not
+        // told through the environment because that goes on to children
+        arguments[0] = argc > 0 && argv && argv[0] ? argv[0] : programName;
+        arguments[1] = platformOption;
+        arguments[2] = platformName.data();
+        argumentCount = 3;
         handlerBefore = qInstallMessageHandler(keepQuiet);
-        const bool hasDisplay = !qEnvironmentVariableIsEmpty("DISPLAY") ||
-                                !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-        // without a display the toolkit would end the process
-        if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") &&
-            (use == PlatformUse::pictures || !hasDisplay))
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        // options are the program's own; the toolkit sees the name only
-        if (argc > 0 && argv && argv[0])
-            arguments[0] = argv[0];
         ownApplication = makeApplication(use);
     }
-    if (use == PlatformUse::windows && !canShowWindows())
+    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
+        why = "The program's application object is a QCoreApplication, which has no fonts";
         return 0;
-    graphics = new QtGraphics;
-    setGraphicsHook(graphics);
-    if (use == PlatformUse::windows) {
-        if (ownApplication)
-            applyLook();
-        startAll();
     }
+    if (use == PlatformUse::windows && !canShowWindows()) {
+        why = ownApplication
+                  ? "The platform runs for pictures: end it with ShutdownPlatform before windows"
+                  : "The program's application object is a QGuiApplication, which has no windows";
+        return 0;
+    }
+    if (!graphics) {
+        graphics = new QtGraphics;
+        setGraphicsHook(graphics);
+        qAddPostRoutine(letGo);
+        if (use == PlatformUse::windows && ownApplication)
+            applyLook();
+    }
+    if (use == PlatformUse::windows)
+        startAll();
     return 1;
 }
 
 void ShutdownPlatform()
 {
-    stopMessageBox();
-    stopWindows();
-    if (graphicsHook() == graphics)
-        setGraphicsHook(nullptr);
-    // fonts go before the application that they need
-    delete graphics;
-    graphics = nullptr;
+    letGo();
     if (ownApplication) {
         delete ownApplication;
         ownApplication = nullptr;

@@ -1,5 +1,4 @@
 #include "apps/simulate/options.h"
-#include "apps/view/display.h"
 #include "apps/view/level_list.h"
 #include "apps/view/options.h"
 #include "apps/view/status_text.h"
@@ -14,8 +13,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <sstream>
-#include <sys/socket.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace pavane
@@ -354,41 +351,6 @@ TEST(UvPoints, SkipsCommentsAndAHeadingAndNamesTheBadLine)
     std::string error;
     EXPECT_FALSE(readUvPoints(testing::TempDir(), points, error));
     EXPECT_FALSE(readUvPoints(file + ".no", points, error));
-}
-
-TEST(Display, IsThereOnlyWhenItAnswers)
-{
-    const auto saved = [](const char* name) {
-        const char* const value = std::getenv(name);
-        return value ? std::string(value) : std::string();
-    };
-    const std::string platform = saved("QT_QPA_PLATFORM"), display = saved("DISPLAY");
-    unsetenv("QT_QPA_PLATFORM");
-    unsetenv("WAYLAND_DISPLAY");
-    const auto answer = [](const std::string& name) {
-        setenv("DISPLAY", name.c_str(), 1);
-        std::string error;
-        return hasDisplay(error) ? "yes" : error.substr(0, error.find(';'));
-    };
-    const std::string number = std::to_string(30000 + getpid() % 20000);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const std::string path = "/tmp/.X11-unix/X" + number;
-    std::copy(path.begin(), path.end(), address.sun_path + 1);
-    const int server = socket(AF_UNIX, SOCK_STREAM, 0);
-    const auto length = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + path.size());
-    ASSERT_EQ(bind(server, reinterpret_cast<sockaddr*>(&address), length), 0);
-    EXPECT_EQ(answer(':' + number), "the display :" + number + " does not answer");
-    ASSERT_EQ(listen(server, 1), 0);
-    EXPECT_EQ(answer(':' + number + ".0"), "yes");
-    for (const char* odd : {"x", ":", ":99999999999", ":-1", "no.such.host.invalid:0"})
-        EXPECT_EQ(answer(odd), std::string("the display ") + odd + " does not answer");
-    EXPECT_EQ(answer(""), "there is no display to show a window on");
-    setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    EXPECT_EQ(answer(""), "yes");
-    close(server);
-    setenv("QT_QPA_PLATFORM", platform.c_str(), 1);
-    setenv("DISPLAY", display.c_str(), 1);
 }
 
 }  // namespace pavane

@@ -1,7 +1,6 @@
-#include "apps/view/display.h"
+#include "posix/displays.h"
 
-#include "tessel/value_text.h"
-
+#include <charconv>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -9,6 +8,7 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <system_error>
 #include <unistd.h>
 
 namespace pavane
@@ -18,12 +18,7 @@ namespace
 {
 
 constexpr int firstDisplayPort = 6000;
-
-std::string environment(const char* name)
-{
-    const char* const value = std::getenv(name);
-    return value ? value : "";
-}
+constexpr int greatestDisplay = 59000;  // their ports end there
 
 int answers(const sockaddr* address, socklen_t length)
 {
@@ -64,15 +59,24 @@ int remoteAnswers(const std::string& host, int number)
     return connected;
 }
 
-/// "host:number.screen"; no host, or "unix", is this machine.
-int xAnswers(const std::string& display)
+/// The number between the colon and the screen; below 0 when it is none.
+int displayNumber(std::string_view text)
+{
+    text = text.substr(0, text.find('.'));
+    int number = -1;
+    const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return fault == std::errc() && end == text.data() + text.size() ? number : -1;
+}
+
+}  // namespace
+
+int xDisplayAnswers(const std::string& display)
 {
     const std::size_t colon = display.rfind(':');
     if (colon == std::string::npos)
         return 0;
-    const std::string_view behind = std::string_view(display).substr(colon + 1);
-    int number = 0;
-    if (!stoval(behind.substr(0, behind.find('.')), number) || number < 0 || number > 59000)
+    const int number = displayNumber(std::string_view(display).substr(colon + 1));
+    if (number < 0 || number > greatestDisplay)
         return 0;
     const std::string host = display.substr(0, colon);
     const std::string path = "/tmp/.X11-unix/X" + std::to_string(number);
@@ -81,27 +85,13 @@ int xAnswers(const std::string& display)
     return host.front() == '/' || remoteAnswers(host, number);
 }
 
-int waylandAnswers(const std::string& name)
+int waylandDisplayAnswers(const std::string& display)
 {
-    const std::string folder = environment("XDG_RUNTIME_DIR");
-    return localAnswers(name.front() == '/' ? name : folder + '/' + name, 0);
-}
-
-}  // namespace
-
-int hasDisplay(std::string& error)
-{
-    if (!environment("QT_QPA_PLATFORM").empty())
-        return 1;
-    const std::string x = environment("DISPLAY");
-    const std::string wayland = environment("WAYLAND_DISPLAY");
-    if ((!wayland.empty() && waylandAnswers(wayland)) || (!x.empty() && xAnswers(x)))
-        return 1;
-    error = x.empty() && wayland.empty()
-                ? "there is no display to show a window on; --batch works without one"
-                : "the display " + (x.empty() ? wayland : x) +
-                      " does not answer; --batch works without one";
-    return 0;
+    if (display.empty())
+        return 0;
+    const char* const folder = std::getenv("XDG_RUNTIME_DIR");
+    return localAnswers(display.front() == '/' ? display : (folder ? folder : "") + ('/' + display),
+                        0);
 }
 
 }  // namespace pavane
