@@ -47,6 +47,7 @@ struct EngineTask {
     double threshold = 0;                   ///< Jy a beam
     long long iterations = 0;               ///< the limit
     int majorCycles = 0;                    ///< the limit; 0: none
+    int isExact = 0;  ///< visibilities of `predict` as exact as it can, however long it takes
     int threads = 1;
     double centreX = 0, centreY = 0;  ///< phase centre: right ascension, declination, degrees
     MapBeam restoring;                ///< of restored maps: arcseconds and degrees

@@ -87,7 +87,7 @@ public:
     void goTo(int round);
     /// Writes the visibilities that a round's model has into a UVFITS file inside `work`, which the
     /// host removes: groups, IFs and hands are those of the working data. The working data hold
-    /// that model then, and the corrections of now.
+    /// the corrections of now then; which model they hold counts as unknown.
     void predict(int round, const std::string& file);
     /// The residual of a round's model on the data of now.
     void residual(int round);

@@ -513,7 +513,7 @@ void StudyJob::predict(int round, const std::string& file)
                                : work_->fail("they were not written");
                 });
         });
-        work_->before([this, round] { return work_->needModel(round); });
+        work_->before([this, round] { return work_->needExactModel(round); });
         return work_->needData(data);
     });
 }

@@ -132,4 +132,15 @@ int StudyJob::Work::needModel(int id)
     });
 }
 
+int StudyJob::Work::needExactModel(int id)
+{
+    const StudyRound* const round = study.round(id);
+    if (!round)
+        return fail("there is no round " + std::to_string(id));
+    EngineTask task = taskFor(round->parameters);
+    task.model = relative(study.mapFile(id, RoundMap::model));
+    task.isExact = 1;
+    return runSteps(programs.engine->predict(task), nullptr);
+}
+
 }  // namespace pavane

@@ -35,6 +35,9 @@ public:
     int needMaps(const DataState& data, const CleanParameters& parameters);
     /// The model column holds the model of a round.
     int needModel(int round);
+    /// The same as exactly as the engine can, which is not what its rounds go on from: the column
+    /// counts as unknown afterwards.
+    int needExactModel(int round);
     int runSteps(std::vector<EngineStep> steps, Task then);
     int runData(const std::vector<std::string>& words, const std::string& text, Task then);
     void noteCommand(std::vector<std::string> words) { commands.push_back(std::move(words)); }

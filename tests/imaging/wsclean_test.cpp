@@ -147,6 +147,13 @@ TEST(WscleanWords, OfEachJob)
              "-continue -reuse-psf shared/k -niter 0 -name work/new/residual work/data.ms"},
         {&WscleanEngine::predict, [](EngineTask& t) { t.model = "m.fits"; },
          head + "-predict -pol I -name work/new/predict work/data.ms"},
+        {&WscleanEngine::predict,
+         [](EngineTask& t) {
+             t.model = "m.fits";
+             t.isExact = 1;
+         },
+         head + "-predict -pol I -no-small-inversion -use-wgridder -wgridder-accuracy 1e-6 "
+                "-name work/new/predict work/data.ms"},
         {&WscleanEngine::restore,
          [](EngineTask& t) {
              t.model = "m.fits";
