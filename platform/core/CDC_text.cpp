@@ -3,6 +3,7 @@
 #include "platform/core/text_layout.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -39,8 +40,8 @@ CPoint turned(CPoint centre, double x, double y, int tenths)
 /// A picture whose labels are missing looks like a fault of the program that draws it.
 void tellOfNoFonts()
 {
-    static bool isTold = false;
-    if (!std::exchange(isTold, true))
+    static std::atomic<bool> isTold = false;
+    if (!isTold.exchange(true))
         std::fprintf(stderr, "pavane: %s\n", noPlatformText);
 }
 

@@ -9,6 +9,7 @@
 #include <QRawFont>
 #include <QtEndian>
 #include <QTextLayout>
+#include <utility>
 
 namespace pavane
 {
@@ -62,8 +63,9 @@ QString textOf(std::string_view text)
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
-const CellShape& FontShapes::of(const QFont& font)
+CellShape FontShapes::of(const QFont& font)
 {
+    const std::lock_guard locked(lock_);
     for (const Entry& e : entries_)
         if (e.family == font.family() && e.bold == font.bold() && e.italic == font.italic())
             return e.shape;
@@ -74,70 +76,95 @@ const CellShape& FontShapes::of(const QFont& font)
 QtFace::QtFace(const LOGFONT& wanted, bool onPage, FontShapes& shapes, FontPrograms& programs)
     : programs_(programs)
 {
-    std::fill_n(ascii_, 128, -1.0);
-    bool bold = wanted.lfWeight >= 600;
-    font_.setFamily(familyOf(textOf(wanted.lfFaceName), bold));
-    font_.setBold(bold);
-    font_.setItalic(wanted.lfItalic != 0);
-    font_.setUnderline(wanted.lfUnderline != 0);
-    font_.setStrikeOut(wanted.lfStrikeOut != 0);
-    font_.setKerning(false);
-    font_.setStyleStrategy(QFont::NoSubpixelAntialias);
-    font_.setHintingPreference(onPage ? QFont::PreferNoHinting : QFont::PreferFullHinting);
-
+    for (std::atomic<double>& width : ascii_)
+        width.store(-1, std::memory_order_relaxed);
+    bool isBold = wanted.lfWeight >= 600;
+    const QString family = familyOf(textOf(wanted.lfFaceName), isBold);
+    look_ = {family, isBold, wanted.lfItalic != 0, wanted.lfUnderline != 0, wanted.lfStrikeOut != 0,
+             onPage, 16};
     constexpr int greatestHeight = 20000;
     const int asked = std::clamp(wanted.lfHeight, -greatestHeight, greatestHeight);
-    font_.setPixelSize(asked < 0 ? -asked : 16);  // the tables are the same at every size
-    const CellShape& cell = shapes.of(font_);
+    if (asked < 0)
+        look_.pixels = -asked;  // the tables are the same at every size
+    const CellShape cell = shapes.of(font());
     const double em = asked > 0 ? asked / cell.height() : -asked;
-    font_.setPixelSize(std::max(1, nearestInt(em)));
+    look_.pixels = std::max(1, nearestInt(em));
     if (onPage && em > 0)
-        grow_ = em / font_.pixelSize();
+        grow_ = em / look_.pixels;
     metrics_.tmHeight = asked > 0 ? asked : nearestInt(em * cell.height());
     metrics_.tmAscent = nearestInt(metrics_.tmHeight * cell.ascent / cell.height());
     metrics_.tmDescent = metrics_.tmHeight - metrics_.tmAscent;
-    metrics_.tmWeight = bold ? FW_BOLD : FW_NORMAL;
+    metrics_.tmWeight = isBold ? FW_BOLD : FW_NORMAL;
 
-    hasPictures_ = !onPage && !font_.underline() && !font_.strikeOut();
+    hasPictures_ = !onPage && !look_.isUnderlined && !look_.isStruckOut;
 
     double sum = 0;
     for (unsigned char i = 0; i < 27; ++i)
         sum += letterWeights[i] * asciiWidth(i < 26 ? static_cast<unsigned char>('a' + i) : ' ');
     metrics_.tmAveCharWidth = std::max(1, nearestInt(sum / 1000));
-    metrics_.tmMaxCharWidth = std::max(1, nearestInt(QFontMetricsF(font_).maxWidth() * grow_));
+    metrics_.tmMaxCharWidth = std::max(1, nearestInt(QFontMetricsF(font()).maxWidth() * grow_));
+}
+
+QtFace::~QtFace()
+{
+    for (const std::atomic<GlyphPictures*>& set : pictures_)
+        delete set.load();
+}
+
+QFont QtFace::font() const
+{
+    QFont font;
+    font.setFamily(look_.family);
+    font.setBold(look_.isBold);
+    font.setItalic(look_.isItalic);
+    font.setUnderline(look_.isUnderlined);
+    font.setStrikeOut(look_.isStruckOut);
+    font.setKerning(false);
+    font.setStyleStrategy(QFont::NoSubpixelAntialias);
+    font.setHintingPreference(look_.onPage ? QFont::PreferNoHinting : QFont::PreferFullHinting);
+    font.setPixelSize(look_.pixels);
+    return font;
 }
 
 const GlyphPicture* QtFace::glyph(char32_t character, int ratio) const
 {
     // what could have pictures at all is asked first, because the painter is the exception
-    if (!hasPictures_ || ratio < 1 || metrics_.tmHeight * ratio > greatestPicture)
+    if (!hasPictures_ || ratio < 1 || ratio > greatestRatio ||
+        metrics_.tmHeight * ratio > greatestPicture)
         return nullptr;
-    const auto index = static_cast<std::size_t>(ratio);
-    if (pictures_.size() <= index)
-        pictures_.resize(index + 1);
-    std::unique_ptr<GlyphPictures>& set = pictures_[index];
-    if (!set)
-        set = std::make_unique<GlyphPictures>(font_, ascent(), metrics_.tmHeight, ratio);
-    if (character < 128)
-        return character < ' ' || character == 0x7F
-                   ? nullptr
-                   : set->of(character, asciiWidth(static_cast<unsigned char>(character)));
-    return standsAlone(character) ? set->of(character, characterWidth(character)) : nullptr;
+    if (character < 128 ? character < ' ' || character == 0x7F : !standsAlone(character))
+        return nullptr;
+    std::atomic<GlyphPictures*>& place = pictures_[static_cast<std::size_t>(ratio)];
+    GlyphPictures* set = place.load(std::memory_order_acquire);
+    if (!set) {
+        auto made = std::make_unique<GlyphPictures>(font(), ascent(), metrics_.tmHeight, ratio);
+        if (place.compare_exchange_strong(set, made.get()))
+            set = made.release();
+    }
+    return set->of(character, character < 128 ? asciiWidth(static_cast<unsigned char>(character))
+                                              : characterWidth(character));
 }
 
 double QtFace::asciiWidth(unsigned char c) const
 {
-    if (ascii_[c] < 0)
-        ascii_[c] = QFontMetricsF(font_).horizontalAdvance(QChar(c)) * grow_;
-    return ascii_[c];
+    double width = ascii_[c].load(std::memory_order_relaxed);
+    if (width < 0) {
+        width = QFontMetricsF(font()).horizontalAdvance(QChar(c)) * grow_;
+        ascii_[c].store(width, std::memory_order_relaxed);
+    }
+    return width;
 }
 
 double QtFace::characterWidth(char32_t c) const
 {
-    const auto known = others_.find(c);
-    if (known != others_.end())
-        return known->second;
-    const double width = QFontMetricsF(font_).horizontalAdvance(QString::fromUcs4(&c, 1)) * grow_;
+    {
+        const std::shared_lock reading(lock_);
+        const auto known = others_.find(c);
+        if (known != others_.end())
+            return known->second;
+    }
+    const double width = QFontMetricsF(font()).horizontalAdvance(QString::fromUcs4(&c, 1)) * grow_;
+    const std::unique_lock filling(lock_);
     others_.emplace(c, width);
     return width;
 }
@@ -155,19 +182,31 @@ int QtFace::width(std::string_view text) const
     return nearestInt(sum);
 }
 
-CString QtFontProgram::name() const
+QtFontProgram::QtFontProgram(const QRawFont& font)
+    : family_(font.familyName()), style_(font.styleName()), weight_(font.weight()),
+      slant_(font.style())
 {
-    return (font_.familyName() + QLatin1Char('-') + font_.styleName()).toStdString();
+    for (const char* const tag : {"head", "hhea", "hmtx", "maxp", "loca", "glyf", "CFF "})
+        tables_.emplace(tag, font.fontTable(tag).toStdString());
 }
+
+std::string QtFontProgram::table(const char* tag) const
+{
+    const auto found = tables_.find(std::string_view(tag));
+    return found == tables_.end() ? std::string() : found->second;
+}
+
+CString QtFontProgram::name() const { return (family_ + QLatin1Char('-') + style_).toStdString(); }
 
 bool QtFontProgram::isOf(const QRawFont& font) const
 {
-    return font_.familyName() == font.familyName() && font_.styleName() == font.styleName() &&
-           font_.weight() == font.weight() && font_.style() == font.style();
+    return family_ == font.familyName() && style_ == font.styleName() && weight_ == font.weight() &&
+           slant_ == font.style();
 }
 
 const QtFontProgram& FontPrograms::of(const QRawFont& font)
 {
+    const std::lock_guard locked(lock_);
     for (const auto& known : programs_) {
         if (known->isOf(font))
             return *known;
@@ -179,23 +218,29 @@ const QtFontProgram& FontPrograms::of(const QRawFont& font)
 /// The outline of a character that is drawn alone; 0 when it is not, or the font has none.
 unsigned QtFace::pageIndex(char32_t c) const
 {
-    const auto known = pageIndices_.find(c);
-    if (known != pageIndices_.end())
-        return known->second;
+    {
+        const std::shared_lock reading(lock_);
+        const auto known = pageIndices_.find(c);
+        if (known != pageIndices_.end())
+            return known->second;
+    }
     unsigned index = 0;
     if (c >= ' ' && c != 0x7F && (c < 128 || standsAlone(c))) {
-        const QList<quint32> found = raw_.glyphIndexesForString(QString::fromUcs4(&c, 1));
+        const QList<quint32> found =
+            QRawFont::fromFont(font()).glyphIndexesForString(QString::fromUcs4(&c, 1));
         index = found.size() == 1 ? found[0] : 0;
     }
+    const std::unique_lock filling(lock_);
     pageIndices_.emplace(c, index);
     return index;
 }
 
 void QtFace::pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) const
 {
-    if (!program_) {
-        raw_ = QRawFont::fromFont(font_);
-        program_ = &programs_.of(raw_);
+    const QtFontProgram* program = program_.load(std::memory_order_acquire);
+    if (!program) {
+        program = &programs_.of(QRawFont::fromFont(font()));
+        program_.store(program, std::memory_order_release);
     }
     double x = 0;
     for (std::string_view rest = text; !rest.empty();) {
@@ -205,7 +250,7 @@ void QtFace::pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) cons
             out.clear();
             return shapedGlyphs(text, out);
         }
-        out.push_back({program_, index, x, 0, c});
+        out.push_back({program, index, x, 0, c});
         x += c < 128 ? asciiWidth(static_cast<unsigned char>(c)) : characterWidth(c);
     }
 }
@@ -213,7 +258,7 @@ void QtFace::pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) cons
 /// Letters that join others, and those that the font has to borrow.
 void QtFace::shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) const
 {
-    QTextLayout layout(textOf(text), font_);
+    QTextLayout layout(textOf(text), font());
     layout.beginLayout();
     const QTextLine line = layout.createLine();
     layout.endLayout();
@@ -230,17 +275,16 @@ void QtFace::shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) co
 
 TextRules QtFace::rules() const
 {
-    const QFontMetricsF metrics(font_);
+    const QFontMetricsF metrics(font());
     return {metrics.underlinePos() * grow_, -metrics.strikeOutPos() * grow_,
             metrics.lineWidth() * grow_};
 }
 
 CString QtFace::family() const
 {
-    const QString asked = font_.family();
-    const QString found = QRawFont::fromFont(font_).familyName();
-    QString names = asked;
-    if (found != asked && !found.isEmpty())
+    const QString found = QRawFont::fromFont(font()).familyName();
+    QString names = look_.family;
+    if (found != look_.family && !found.isEmpty())
         names += QStringLiteral(", ") + found;
     return (names + QStringLiteral(", sans-serif")).toStdString();
 }
@@ -253,14 +297,30 @@ const QtFace& FontTable::face(const LOGFONT& font, bool onPage)
                e.font.lfUnderline == font.lfUnderline && e.font.lfStrikeOut == font.lfStrikeOut &&
                e.font.lfFaceName == font.lfFaceName;
     };
-    if (last_ < entries_.size() && matches(entries_[last_]))
-        return *entries_[last_].face;
-    const auto found = std::find_if(entries_.begin(), entries_.end(), matches);
-    last_ = static_cast<std::size_t>(found - entries_.begin());
-    if (found == entries_.end())
-        entries_.push_back(
-            {font, onPage, std::make_unique<QtFace>(font, onPage, shapes_, programs_)});
-    return *entries_[last_].face;
+    const Entry* found = last_.load(std::memory_order_acquire);
+    if (found && matches(*found))
+        return *found->face;
+    const auto known = [&]() -> const Entry* {
+        const auto place = std::find_if(entries_.begin(), entries_.end(),
+                                        [&](const auto& entry) { return matches(*entry); });
+        return place == entries_.end() ? nullptr : place->get();
+    };
+    {
+        const std::shared_lock reading(lock_);
+        found = known();
+    }
+    if (!found) {
+        // made outside of the lock, for drawing goes on meanwhile; who comes second drops its own
+        auto face = std::make_unique<const QtFace>(font, onPage, shapes_, programs_);
+        const std::unique_lock filling(lock_);
+        found = known();
+        if (!found) {
+            entries_.push_back(std::make_unique<const Entry>(Entry{font, onPage, std::move(face)}));
+            found = entries_.back().get();
+        }
+    }
+    last_.store(found, std::memory_order_release);
+    return *found->face;
 }
 
 }  // namespace pavane

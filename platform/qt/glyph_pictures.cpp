@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <mutex>
 #include <QImage>
 #include <QPainter>
 #include <utility>
@@ -73,9 +74,25 @@ const GlyphPictures::Stored& GlyphPictures::make(char32_t character, double adva
 
 const GlyphPicture* GlyphPictures::of(char32_t character, double advance)
 {
-    const Stored*& known = character < 128 ? ascii_[character] : others_[character];
-    if (!known)
-        known = &make(character, advance);
+    const Stored* known = nullptr;
+    if (character < 128) {
+        known = ascii_[character].load(std::memory_order_acquire);
+    } else {
+        const std::shared_lock reading(lock_);
+        const auto found = others_.find(character);
+        known = found == others_.end() ? nullptr : found->second;
+    }
+    if (!known) {
+        const std::unique_lock making(lock_);
+        known = character < 128 ? ascii_[character].load() : others_[character];
+        if (!known) {
+            known = &make(character, advance);
+            if (character < 128)
+                ascii_[character].store(known, std::memory_order_release);
+            else
+                others_[character] = known;
+        }
+    }
     return known->isUsable ? &known->picture : nullptr;
 }
 

@@ -3,9 +3,11 @@
 #include "platform/core/DeviceBackend.h"
 
 #include <array>
+#include <atomic>
 #include <deque>
 #include <memory>
 #include <QFont>
+#include <shared_mutex>
 #include <unordered_map>
 #include <vector>
 
@@ -13,7 +15,8 @@ namespace pavane
 {
 
 /// The pictures of one font's characters at one ratio, made when they are first asked for, by the
-/// painter itself, so that a text from pictures has the pixels of a text that is painted.
+/// painter itself, so that a text from pictures has the pixels of a text that is painted. Any
+/// thread may ask; a picture stays where it is once it is made.
 class GlyphPictures
 {
 public:
@@ -30,12 +33,13 @@ private:
     };
     const Stored& make(char32_t character, double advance);
 
+    std::shared_mutex lock_;  ///< of all below but the pictures of `ascii_`
     QFont font_;
     int ascent_;
     int height_;
     int ratio_;
     std::deque<Stored> stored_;  // whose elements stay where they are
-    std::array<const Stored*, 128> ascii_ = {};
+    std::array<std::atomic<const Stored*>, 128> ascii_ = {};
     std::unordered_map<char32_t, const Stored*> others_;
 };
 
