@@ -22,8 +22,8 @@ bool standsAlone(char32_t c)
                        [c](const auto& range) { return c >= range.first && c <= range.second; });
 }
 
-GlyphPictures::GlyphPictures(QFont font, int ascent, int height, int ratio)
-    : font_(std::move(font)), ascent_(ascent), height_(height), ratio_(ratio)
+GlyphPictures::GlyphPictures(const QFont& font, int ascent, int height, int ratio)
+    : font_(font), ascent_(ascent), height_(height), ratio_(ratio)
 {
 }
 

@@ -21,7 +21,7 @@ class GlyphPictures
 {
 public:
     /// `ascent` and `height` of the cell, in units.
-    GlyphPictures(QFont font, int ascent, int height, int ratio);
+    GlyphPictures(const QFont& font, int ascent, int height, int ratio);
     /// Null for a character whose look depends on its neighbours, or that has colours of its own.
     const GlyphPicture* of(char32_t character, double advance);
 
