@@ -17,11 +17,12 @@ namespace pavane
 namespace
 {
 
-constexpr unsigned idIterations = 1, idLabel = 2;
+constexpr unsigned idIterations = 1, idLabel = 2, idCaption = 3;
 constexpr int gap = 6;
-constexpr int buttonWidth = 76, fieldWidth = 76, labelWidth = 66, radioWidth = 84, blinkWidth = 66;
+constexpr int buttonWidth = 76, fieldWidth = 76, labelWidth = 66, radioWidth = 78, blinkWidth = 60;
 constexpr double mostIterations = 1e9;
-constexpr const char* captions[mapKinds] = {"residual", "restored", "model", "dirty", "beam"};
+constexpr const char* captions[mapKinds] = {"residual", "restored", "model",
+                                            "dirty",    "beam",     "mask"};
 
 }  // namespace
 
@@ -38,6 +39,7 @@ int CleanRow::OnCreate(CREATESTRUCT& cs)
         !iterations_.Create(stop | WS_BORDER | ES_RIGHT, CRect(), this, idIterations) ||
         !label_.Create("iterations", child, CRect(), this, idLabel) ||
         !stop_.Create("Stop", CButton::Kind::push, stop, CRect(), this, idStopRound) ||
+        !caption_.Create("", child, CRect(), this, idCaption) ||
         !blink_.Create("Blink", CButton::Kind::check, stop, CRect(), this, idBlink))
         return -1;
     for (std::size_t i = 0; i < mapKinds; ++i)
@@ -83,6 +85,7 @@ void CleanRow::OnSize(unsigned type, int cx, int cy)
     for (CButton& map : maps_)
         place(map, radioWidth);
     place(blink_, blinkWidth);
+    place(caption_, std::max(0, cx - left - gap), 6);
 }
 
 long long CleanRow::GetIterations() const
@@ -122,12 +125,21 @@ void CleanRow::SetMaps(MapKind shown, const std::array<int, mapKinds>& has, int 
     blink_.EnableWindow(std::count(has.begin(), has.end(), 0) < std::ssize(has));
 }
 
+void CleanRow::SetCaption(const CString& text)
+{
+    if (text != caption_.GetWindowText())
+        caption_.SetWindowText(text);
+}
+
 void CleanRow::ExplainBy(AToolTip& tips)
 {
     (void)tips.AddTool(&clean_, "Clean inside the areas, as a new round (F5)");
     (void)tips.AddTool(&iterations_, "Most iterations of the next round; Enter cleans");
     (void)tips.AddTool(&stop_, "Stop now; the round that runs is dropped (Ctrl+F5)");
-    (void)tips.AddTool(&blink_, "This map and the one that was shown before, in turn (B)");
+    (void)tips.AddTool(
+        &blink_,
+        "This map and the one that was chosen before, or that of the round compared with, in "
+        "turn (B)");
     for (CButton& map : maps_)
         (void)tips.AddTool(&map, "Which map of the round is shown (Ctrl+Page Up, Ctrl+Page Down)");
 }

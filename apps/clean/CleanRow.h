@@ -29,6 +29,8 @@ public:
     void SetState(int canClean, int isRunning);
     /// Which map is shown, and which there are.
     void SetMaps(MapKind shown, const std::array<int, mapKinds>& has, int isBlinking);
+    /// What is shown, behind the choice: "round 2, residual".
+    void SetCaption(const CString& text);
     void ExplainBy(AToolTip& tips);
     /// The Tab key goes round the controls of the row. Non-zero when the message was that.
     int TakeTab(const MSG& message);
@@ -51,7 +53,7 @@ private:
 
     CButton clean_, stop_, blink_;
     Field iterations_;
-    CStatic label_;
+    CStatic label_, caption_;
     std::array<CButton, mapKinds> maps_;
 };
 

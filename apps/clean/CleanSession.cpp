@@ -52,7 +52,7 @@ std::string holderText(const StudyHolder& holder)
 RoundMap mapOf(MapKind kind)
 {
     constexpr RoundMap maps[mapKinds] = {RoundMap::residual, RoundMap::restored, RoundMap::model,
-                                         RoundMap::dirty, RoundMap::beam};
+                                         RoundMap::dirty,    RoundMap::beam,     RoundMap::mask};
     return maps[static_cast<std::size_t>(kind)];
 }
 
@@ -226,6 +226,7 @@ void CleanSession::begin(const Job& job)
 {
     job_ = std::make_unique<StudyJob>(study_, programs());
     jobName_ = job.name;
+    keepsShown_ = job.keepsShown;
     toldPeak_ = -1;
     toldIterations_ = -1;
     job.begin(*job_);
@@ -258,7 +259,7 @@ void CleanSession::jobEnded(int isDone, const std::string& error)
         predicted_.reset();
         isDone = 0;
     }
-    if (isDone && round >= 0)
+    if (isDone && round >= 0 && !keepsShown_)
         (void)show(round, fault);
     if (!isDone) {
         next_.clear();
@@ -357,7 +358,9 @@ int CleanSession::startRound(const std::string& areas, std::string& error)
 
 int CleanSession::startRestore(int round, std::string& error)
 {
-    return start({"Restored map", [round](StudyJob& job) { job.restore(round); }}, error);
+    const MapBeam beam = restoringBeam(round);
+    return start({"Restored map", [round, beam](StudyJob& job) { job.restore(round, beam); }, 1},
+                 error);
 }
 
 int CleanSession::startModel(const AComponents& components, std::string& error)
@@ -594,8 +597,9 @@ std::vector<RoundLine> CleanSession::lines() const
 
 std::string CleanSession::fileOf(int round, MapKind kind) const
 {
-    return study_.isOpen() && round >= 0 && study_.hasMap(round, mapOf(kind))
-               ? study_.mapFile(round, mapOf(kind))
+    const MapBeam beam = kind == MapKind::restored ? restoringBeam(round) : MapBeam();
+    return study_.isOpen() && round >= 0 && study_.hasMap(round, mapOf(kind), beam)
+               ? study_.mapFile(round, mapOf(kind), beam)
                : std::string();
 }
 

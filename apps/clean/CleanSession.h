@@ -4,6 +4,7 @@
 #include "apps/clean/peak_point.h"
 #include "apps/clean/round_lines.h"
 #include "apps/clean/ShownMap.h"
+#include "pavane/dialogs/values/ABeamShapePM.h"
 #include "pavane/imaging/AStudy.h"
 #include "pavane/imaging/WscleanEngine.h"
 #include "pavane/progress/AProgress.h"
@@ -76,6 +77,12 @@ public:
     int show(int round, std::string& error);
     /// The file of a map; empty when the round has none yet.
     std::string fileOf(int round, MapKind kind) const;
+    /// The beam that maps are restored with, as the user has chosen it, with the round's fitted one
+    /// (mas); and that one (arcseconds), unset for the fitted one.
+    ABeamShapePM beamShape(int round) const;
+    MapBeam restoringBeam(int round) const;
+    /// Puts the choice into the study.
+    int keepBeamShape(const ABeamShapePM& shape, std::string& error);
     std::string logOf(int round) const;
     std::string areasOf(int round) const;
     /// Of the rounds that lead to it.
@@ -90,6 +97,7 @@ public:
     int startFirstMaps(std::string& error);
     /// Cleans on from the shown round; `areas` as their collection stores them, "": everywhere.
     int startRound(const std::string& areas, std::string& error);
+    /// The restored map of a round with the beam that is chosen; which round is shown stays.
     int startRestore(int round, std::string& error);
     int startModel(const AComponents& components, std::string& error);
     /// Solves for gains on the model of the shown round, puts them at the end of the chain, and
@@ -113,6 +121,7 @@ private:
     struct Job {
         CString name;
         std::function<void(StudyJob& job)> begin;
+        int keepsShown = 0;  ///< its round is not shown when it has ended
     };
     int start(const Job& job, std::string& error);
     void begin(const Job& job);
@@ -142,6 +151,7 @@ private:
     std::deque<Job> next_;
     AProgress noProgress_;
     CString jobName_;
+    int keepsShown_ = 0;
     double toldPeak_ = -1;
     long long toldIterations_ = -1;
 };

@@ -45,9 +45,8 @@ int CleanWindow::OnCreate(CREATESTRUCT& cs)
     useMap(map_);
     areaTable_.SetAxisWnd(&map_);
     row_.ExplainBy(tips_);
-    CMenu menu;
-    menu.LoadMenu(cleanMenu);
-    SetMenu(menu);
+    recent_.load();
+    setMenu();
     connect();
     created_ = 1;
     row_.SetIterations(session_.parameters.iterations);
@@ -105,6 +104,14 @@ int CleanWindow::makePanes()
     return 1;
 }
 
+void CleanWindow::setMenu()
+{
+    CMenu menu;
+    menu.LoadMenu(cleanMenu);
+    recent_.putInto(menu);
+    SetMenu(menu);
+}
+
 void CleanWindow::connect()
 {
     row_.command = [this](unsigned id) { (void)OnCommand(id, 0, nullptr); };
@@ -115,6 +122,7 @@ void CleanWindow::connect()
             return;
         areaTable_.Refresh();
         SetTimer(areaTimer, areaTime);
+        previewSoon();
     };
     map_.notice = [this](const CString& text) { status_.SetMessage(text); };
     map_.coloursOther = [this] {
@@ -126,6 +134,7 @@ void CleanWindow::connect()
         showRound(round);
         map_.SetFocus();
     };
+    rounds_.compares = [this](int round) { compareWith(round); };
     rounds_.noted = [this](int round, const std::string& note) {
         if (!session_.study().setNote(round, note))
             complain(session_.study().fault());
@@ -135,6 +144,8 @@ void CleanWindow::connect()
             map_.Invalidate();
     };
     rounds_.left = [this] { map_.SetFocus(); };
+    areaTable_.left = rounds_.left;
+    componentTable_.left = rounds_.left;
     gains_.left = [this] { keepEditedGains(); };
     session_.roundsOther = [this] { roundsChanged(); };
     session_.told = [this](const RunNews& news) { jobTold(news); };
@@ -224,6 +235,18 @@ void CleanWindow::OnDestroy()
     PostQuitMessage(0);
 }
 
+void CleanWindow::openRecent(std::size_t i)
+{
+    if (i >= recent_.files().size())
+        return;
+    const std::string study = recent_.files()[i];
+    if (IsFileExists(study + "/study.txt"))
+        return (void)Open(study);
+    recent_.remove(study);
+    setMenu();
+    complain(study + ": the study is not there any more");
+}
+
 int CleanWindow::Open(const std::string& file)
 {
     if (session_.isOpen() && !mayLeave())
@@ -233,6 +256,7 @@ int CleanWindow::Open(const std::string& file)
     std::string error;
     setBlink(0);
     storeAreasNow();
+    compared_ = -1;
     gains_.close();
     session_.close();
     shown_.forgetRanges();
@@ -254,6 +278,9 @@ int CleanWindow::Open(const std::string& file)
         updateTitle();
         return 0;
     }
+    recent_.load();  // other windows add to it
+    recent_.add(session_.study().folder());
+    setMenu();
     row_.SetIterations(session_.parameters.iterations);
     keptAreas_ = session_.study().areas();
     roundsChanged();

@@ -5,11 +5,14 @@
 #include "apps/clean/CleanSession.h"
 #include "apps/clean/GainWindows.h"
 #include "apps/clean/PeakCurve.h"
+#include "apps/clean/RoundPreview.h"
 #include "apps/clean/RoundTable.h"
 #include "apps/clean/RunStrip.h"
 #include "apps/clean/ShownMap.h"
 #include "apps/view/AreaWindow.h"
 #include "apps/view/PartWindow.h"
+#include "apps/view/print_commands.h"
+#include "apps/view/recent_files.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
@@ -60,11 +63,11 @@ protected:
     void OnInitMenuPopup(CMenu& popup) override;
 
 private:
-    static constexpr unsigned blinkTimer = 1, areaTimer = 2;
+    static constexpr unsigned blinkTimer = 1, areaTimer = 2, previewTimer = 3;
     /// Milliseconds after the last change of areas until the study has them.
     static constexpr unsigned areaTime = 500;
     /// Tells when another component is chosen, or one is edited.
-    class ComponentTable : public AComponentsTbl
+    class ComponentTable : public PartWindow<AComponentsTbl>
     {
     public:
         std::function<void()> changed;
@@ -92,8 +95,17 @@ private:
     void showMapFile();
     int showFile(const std::string& file, MapKind kind, const TMnMx& range = TMnMx());
     void stepMap(int step);
+    int hasMap(MapKind kind) const;
     void setBlink(int on);
     void blink();
+    int canBlink();
+    std::string otherSide(int& round, MapKind& kind) const;
+    void compareWith(int round);
+    CString captionOf(int round, MapKind kind) const;
+    void previewSoon();
+    int beginPreview();
+    void previewNow();
+    void askBeamShape();
     void refreshRow();
     void showComponents();
     void mapStatus(const AxisStatus& status);
@@ -105,7 +117,24 @@ private:
     AreaPlace place() const override;
     void openAreaFile();
     void saveAreaFile();
-    void takeAreas(const std::string& stored);
+    void takeAreas(const std::string& stored, const char* label = "Areas of the round");
+    int runAreaCommand(unsigned id);
+    void areasOfRound();
+    void askAreaSets();
+
+    // Parts
+    CWnd* part();
+    ATableWnd* partTable();
+    int runPartCommand(unsigned id);
+    void showPartCommands(CMenu& popup);
+    void goToPart(int step);
+    int storeEditors();
+    std::string shownTitle();
+    int print(unsigned id);
+    void savePicture();
+    int mayWrite(const std::string& file);
+    void setMenu();
+    void openRecent(std::size_t i);
 
     // Work
     void clean();
@@ -133,7 +162,6 @@ private:
     void showGains(GainWindows::Kind kind);
     void keepEditedGains();
     void exportShown();
-    void goToPart(int step);
     void complain(const CString& error);
 
     CleanOptions options_;
@@ -142,7 +170,9 @@ private:
     MapKind wanted_ = MapKind::residual;  ///< chosen above the map
     MapKind before_ = MapKind::restored;  ///< and before that, for blinking
     int blinks_ = 0, blinkSide_ = 0;
+    int compared_ = -1;  ///< the round that B compares others with
     TMnMx blinkRange_;
+    std::unique_ptr<RoundPreview> preview_;  ///< while it is looked through
 
     CleanRow row_;
     RunStrip strip_;
@@ -151,7 +181,7 @@ private:
     PeakCurve curve_;
     PartWindow<RoundTable> rounds_;
     CTabCtrl tabs_;
-    AAreaTableWnd areaTable_;
+    PartWindow<AAreaTableWnd> areaTable_;
     ComponentTable componentTable_;
     EditedComponents components_;
     AInfoText log_;
@@ -159,7 +189,12 @@ private:
     std::unique_ptr<AMapDisplayDlg> display_;
     ASelfCalPM selfCal_;
     GainWindows gains_;
+    RecentFiles recent_{"pavane-clean"};
+    PrintCommands printing_;
+    int tabBefore_ = -1;     ///< in front before a job showed the log; -1: the user's choice stays
+    CWnd* part_ = &map_;     ///< that had the keyboard last
     std::string modelFile_;  ///< whose components are in the table
+    std::string modelNote_;  ///< why there are none, of a model that stays a map
     std::string keptAreas_;  ///< as the study has them
     int created_ = 0;
     int isClosing_ = 0;

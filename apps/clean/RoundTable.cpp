@@ -12,7 +12,8 @@ namespace
 {
 
 constexpr int rowUnit = 11;  // eighths of a character
-constexpr int numberCharacters = 4;
+constexpr int numberCharacters = 6;
+constexpr const char* comparedMark = "\u2194 ";
 
 }  // namespace
 
@@ -53,6 +54,14 @@ const RoundLine* RoundTable::lineAt(int row) const
                                                  : nullptr;
 }
 
+void RoundTable::SetCompared(int number)
+{
+    if (compared_ == number)
+        return;
+    compared_ = number;
+    Invalidate();
+}
+
 int RoundTable::selected() const
 {
     const RoundLine* const line = lineAt(const_cast<RoundTable*>(this)->getSelectRect().anchorRow);
@@ -64,7 +73,10 @@ CString RoundTable::hdrCellAsStr(int row, int column, void*)
     if (row == 0)
         return column == 0 ? "#" : roundTitle(column);
     const RoundLine* const line = lineAt(row);
-    return line ? std::to_string(line->number) : CString();
+    if (!line)
+        return {};
+    const CString number = std::to_string(line->number);
+    return line->number == compared_ ? comparedMark + number : number;
 }
 
 CString RoundTable::cellAsStr(int row, int column, void*)
@@ -122,6 +134,14 @@ void RoundTable::kbEnter(int count, int shift)
     }
     if (goesOn && selected() >= 0)
         goesOn(selected());
+}
+
+void RoundTable::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
+{
+    const int isPlain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0;
+    if (static_cast<int>(key) == VK_SPACE && isPlain && compares && selected() >= 0)
+        return compares(selected());
+    ATableWnd::OnKeyDown(key, repeat, flags);
 }
 
 void RoundTable::OnLButtonDblClk(unsigned flags, CPoint point)

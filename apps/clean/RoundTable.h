@@ -18,11 +18,14 @@ public:
 
     /// Shows these rounds and chooses the one of `number`, without telling; -1: none.
     void SetLines(std::vector<RoundLine> lines, int number);
+    /// Marks the round that others are compared with; -1: none.
+    void SetCompared(int number);
     /// The number of the chosen round; -1 for none.
     int selected() const;
 
-    std::function<void(int number)> chosen;  ///< another one
-    std::function<void(int number)> goesOn;  ///< a double click, or Return
+    std::function<void(int number)> chosen;    ///< another one
+    std::function<void(int number)> goesOn;    ///< a double click, or Return
+    std::function<void(int number)> compares;  ///< Space
     std::function<void(int number, const std::string& note)> noted;
 
     const char* GetWndClassName() override { return "PavaneRoundTable"; }
@@ -38,6 +41,7 @@ public:
     void kbEnter(int count, int shift) override;
 
 protected:
+    void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override;
     void OnLButtonDblClk(unsigned flags, CPoint point) override;
 
 private:
@@ -45,6 +49,7 @@ private:
 
     std::vector<RoundLine> lines_;
     int current_ = -1;
+    int compared_ = -1;
     int telling_ = 1;
 };
 

@@ -45,9 +45,18 @@ void RunStrip::OnPaint()
 void RunStrip::OnSize(unsigned type, int cx, int cy)
 {
     CWnd::OnSize(type, cx, cy);
-    const int middle = std::max(gap, cx / barShare);
-    bar_.MoveWindow({gap, 3, middle, cy - 3});
-    numbers_.MoveWindow({middle + gap, 3, std::max(middle + gap, cx - gap), cy - 3});
+    layOut();
+}
+
+/// The numbers have all of the strip while no bar is there.
+void RunStrip::layOut()
+{
+    CRect client;
+    GetClientRect(client);
+    const int middle = std::max(gap, client.right / barShare);
+    const int left = isFollowing_ ? middle + gap : gap;
+    bar_.MoveWindow({gap, 3, middle, client.bottom - 3});
+    numbers_.MoveWindow({left, 3, std::max(left, client.right - gap), client.bottom - 3});
 }
 
 void RunStrip::Follow(const AProgress& progress, const CString& name)
@@ -55,6 +64,7 @@ void RunStrip::Follow(const AProgress& progress, const CString& name)
     progress_ = progress;
     name_ = name;
     isFollowing_ = 1;
+    layOut();
     bar_.Restart();
     (void)bar_.ShowWindow(SW_SHOW);
     numbers_.SetText("");
@@ -67,7 +77,19 @@ void RunStrip::End(const CString& text)
     isFollowing_ = 0;
     KillTimer(lookTimer);
     (void)bar_.ShowWindow(SW_HIDE);
-    numbers_.SetText(text);
+    ended_ = text;
+    layOut();
+    numbers_.SetText(ended_.empty() || idle_.empty() ? ended_ + idle_ : ended_ + ".   " + idle_);
+}
+
+void RunStrip::SetIdle(const CString& text)
+{
+    if (text == idle_)
+        return;
+    idle_ = text;
+    ended_.clear();
+    if (!isFollowing_)
+        numbers_.SetText(idle_);
 }
 
 void RunStrip::show()

@@ -15,6 +15,8 @@ public:
     static int height() { return 26; }
     /// Shows a job until another one comes.
     void Follow(const AProgress& progress, const CString& name);
+    /// What is told while nothing runs: what the next round would do.
+    void SetIdle(const CString& text);
     /// The job has ended.
     void End(const CString& text);
     /// What is known beside the bar: peak, place, cycle.
@@ -29,11 +31,12 @@ protected:
 
 private:
     void show();
+    void layOut();
 
     AProgressBar bar_;
     AStaticText numbers_;
     AProgress progress_;
-    CString name_;
+    CString name_, ended_, idle_;
     int isFollowing_ = 0;
 };
 

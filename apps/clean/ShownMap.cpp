@@ -18,7 +18,7 @@ namespace
 constexpr std::int64_t mostKeptCells = std::int64_t{50} * 1024 * 1024;
 constexpr std::size_t mostKept = 8;
 
-constexpr const char* names[mapKinds] = {"residual", "restored", "model", "dirty", "beam"};
+constexpr const char* names[mapKinds] = {"residual", "restored", "model", "dirty", "beam", "mask"};
 
 std::size_t indexOf(MapKind kind) { return static_cast<std::size_t>(kind); }
 
@@ -57,7 +57,8 @@ void ShownMap::keep(const std::string& file, MapContent&& content)
     std::size_t count = 0;
     for (auto kept = kept_.begin(); kept != kept_.end();) {
         cells += kept->content.map.cells.cells();
-        const int fits = count == 0 || (cells <= mostKeptCells && count < mostKept);
+        const int fits =
+            count == 0 || kept->file == held_ || (cells <= mostKeptCells && count < mostKept);
         ++count;
         kept = fits ? std::next(kept) : kept_.erase(kept);
     }
@@ -117,20 +118,22 @@ ShownMap::Change ShownMap::show(const std::string& file, MapKind kind, std::stri
     return change;
 }
 
-float ShownMap::valueIn(const std::string& file, int row, int column) const
+const AMatrix<float>* ShownMap::cellsOf(const std::string& file) const
 {
-    const auto valueAt = [&](const MapContent& content) {
-        const AMatrix<float>& cells = content.map.cells;
-        return row >= 0 && column >= 0 && row < cells.rows() && column < cells.columns()
-                   ? cells(row, column)
-                   : std::numeric_limits<float>::quiet_NaN();
-    };
-    if (file == file_)
-        return valueAt(content_);
+    if (isOpen_ && file == file_)
+        return &content_.map.cells;
     for (const Kept& kept : kept_)
         if (kept.file == file)
-            return valueAt(kept.content);
-    return std::numeric_limits<float>::quiet_NaN();
+            return &kept.content.map.cells;
+    return nullptr;
+}
+
+float ShownMap::valueIn(const std::string& file, int row, int column) const
+{
+    const AMatrix<float>* const cells = cellsOf(file);
+    return cells && row >= 0 && column >= 0 && row < cells->rows() && column < cells->columns()
+               ? (*cells)(row, column)
+               : std::numeric_limits<float>::quiet_NaN();
 }
 
 }  // namespace pavane

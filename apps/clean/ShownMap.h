@@ -14,10 +14,10 @@
 namespace pavane
 {
 
-/// The maps that a round has, in the order of the choice above the map. A mask is shown as the
-/// cells of the areas that made it.
-enum class MapKind { residual, restored, model, dirty, beam };
-inline constexpr std::size_t mapKinds = 5;
+/// The maps that a round has, in the order of the choice above the map. A round of the whole map
+/// has no mask.
+enum class MapKind { residual, restored, model, dirty, beam, mask };
+inline constexpr std::size_t mapKinds = 6;
 const char* mapKindName(MapKind kind);
 
 /// The map in the window of pavane-clean: one file after another, of the same cells as a rule.
@@ -56,6 +56,11 @@ public:
     const StatusFormat& format() const { return format_; }
     MapPicture& picture() { return picture_; }
 
+    /// The cells of a map that was shown and is kept; null when it is not kept.
+    const AMatrix<float>* cellsOf(const std::string& file) const;
+    /// This one is kept longer than others; "": none.
+    void hold(const std::string& file) { held_ = file; }
+
     /// A cell (MP) of a map that was shown and is kept; not-a-number when it is not kept.
     float valueIn(const std::string& file, int row, int column) const;
 
@@ -68,7 +73,7 @@ private:
     void keep(const std::string& file, MapContent&& content);
     static int isSamePlace(const MapContent& a, const MapContent& b);
 
-    std::string file_;
+    std::string file_, held_;
     MapKind kind_ = MapKind::residual;
     int isOpen_ = 0;
     int hasLentRange_ = 0;  ///< the range is one that was asked for this once

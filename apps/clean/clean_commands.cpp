@@ -1,9 +1,9 @@
 // The menus of the window, and the work on rounds.
+#include "apps/clean/clean_keys.h"
 #include "apps/clean/clean_menu.h"
 #include "apps/clean/CleanWindow.h"
 #include "apps/clean/job_text.h"
-#include "apps/view/key_help.h"
-#include "pavane/axes/ABAxis.h"
+#include "apps/view/part_menu.h"
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/dialogs/ACleanParameterPage.h"
 #include "pavane/dialogs/ASelfCalPage.h"
@@ -20,12 +20,37 @@ namespace pavane
 namespace
 {
 
+constexpr int logTab = 2;  ///< of the tabs beside the map
 constexpr const char* profileSection = "pavane-clean";
 constexpr const char* dataFilter =
     "Visibilities (*.uvfits *.uvf *.fits *.UVFITS)|*.uvfits *.uvf *.fits *.UVFITS|"
+    "Studies (study.txt)|study.txt|MeasurementSets (table.dat)|table.dat|"
     "All files (*)|*|";
 
 int isPlotCommand(unsigned id) { return commandOf(id) != nullptr; }
+
+/// Folders are chosen by a file in them.
+std::string studyOf(const std::string& file)
+{
+    const std::string name = baseNameOf(file);
+    const std::string folder = folderOf(file);
+    return (name == "study.txt" || name == "table.dat") && folder.size() > 1
+               ? folder.substr(0, folder.size() - 1)
+               : file;
+}
+
+int isAlways(unsigned id)
+{
+    return id == 0 || id == idOpenData || id == idCloseStudy || id == idKeys || id == idAbout ||
+           (id >= idRecent && id < idRecent + RecentFiles::most);
+}
+
+int isOfMap(unsigned id)
+{
+    return id == idOpenAreaFile || id == idSaveAreaFile || id == idAreasOfMask ||
+           id == idAreasOfRound || id == idAreaSets || id == idSavePicture ||
+           (id >= idPrint && id <= idPageSetup);
+}
 
 int isJobCommand(unsigned id) { return id == idFinishCycle || id == idStopRound; }
 
@@ -34,22 +59,31 @@ int isJobCommand(unsigned id) { return id == idFinishCycle || id == idStopRound;
 int CleanWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
 {
     if (code == TCN_SELCHANGE && control == &tabs_)
-        return showMarks(), 1;
+        return tabBefore_ = -1, showMarks(), 1;
     if (code != 0)
         return AreaWindow::OnCommand(id, code, control);
     if (CWnd::GetCapture())
         return 1;  // a key of the menu while the pointer drags an area
-    return runFileCommand(id) || runCleanCommand(id) || runStudyCommand(id) || runViewCommand(id) ||
-           AreaWindow::OnCommand(id, code, control) || map_.RunCommand(id);
+    // a button of the toolbar is about areas, whatever has the keyboard
+    if (!control && runPartCommand(id))
+        return 1;
+    return runFileCommand(id) || runAreaCommand(id) || runCleanCommand(id) || runStudyCommand(id) ||
+           runViewCommand(id) || AreaWindow::OnCommand(id, code, control) || map_.RunCommand(id);
 }
 
 void CleanWindow::OnInitMenuPopup(CMenu& popup)
 {
     const int isOpen = session_.isOpen(), runs = session_.isRunning();
+    for (CMenu::Line& line : popup.lines())
+        if (const PartCommand* const command = partCommandOf(line.id))
+            line.text = command->onMap;
+    map_.amMenuParse(&popup);  // knows its own commands only
     for (CMenu::Line& line : popup.lines()) {
         if (isPlotCommand(line.id)) {
-            line.enabled = map_.IsCommandEnabled(line.id);
-            line.checked = line.id == ID_SHOW_CELLS && map_.GetCellOverlay();
+            line.enabled = line.enabled && shown_.isOpen();
+        } else if (line.id == idDelete) {
+            line.enabled = map_.IsCommandEnabled(ID_TRACK_DELETE);
+            line.text = map_.IsVertexFocused() ? "&Delete vertex\tDel" : "&Delete areas\tDel";
         } else if (isJobCommand(line.id)) {
             line.enabled = runs;
         } else if (line.id >= idMapKind && line.id < idMapKind + mapKinds) {
@@ -59,36 +93,46 @@ void CleanWindow::OnInitMenuPopup(CMenu& popup)
         } else if (line.id == idBlink) {
             line.enabled = shown_.isOpen();
             line.checked = blinks_;
-        } else if (line.id == idOpenData || line.id == idCloseStudy || line.id >= idAboutClean ||
-                   line.id == 0) {
+        } else if (line.id == idAreasInPictures) {
+            line.enabled = shown_.isOpen();
+            line.checked = map_.GetAreasInPicture();
+        } else if (line.id == idCompare) {
+            line.enabled = shown_.isOpen();
+            line.checked = compared_ >= 0 && compared_ == session_.shown();
+        } else if (isAlways(line.id)) {
             line.enabled = 1;
+        } else if (isOfMap(line.id)) {
+            line.enabled = shown_.isOpen();
         } else {
-            line.enabled = isOpen && (!runs || line.id > idMapKind);
+            line.enabled = line.id != idNoRecent && isOpen && (!runs || line.id > idMapKind);
         }
     }
+    showPartCommands(popup);
 }
 
 int CleanWindow::runFileCommand(unsigned id)
 {
+    if (id >= idRecent && id < idRecent + RecentFiles::most)
+        return openRecent(id - idRecent), 1;
     switch (id) {
     case idOpenData: {
         CString name = session_.isOpen() ? folderOf(session_.data()) : CString();
         if (fnFileDialog1(name, dataFilter, "Open data or a study", 1, "uvfits", OFN_FILEMUSTEXIST,
                           this) &&
             !name.empty())
-            (void)Open(name);
+            (void)Open(studyOf(name));
         return 1;
     }
-    case idOpenAreaFile:
-        return openAreaFile(), 1;
-    case idSaveAreaFile:
-        return saveAreaFile(), 1;
     case idExport:
         return exportShown(), 1;
     case idCloseStudy:
         return PostMessage(WM_CLOSE), 1;
-    case idDeleteArea:
-        return map_.DeleteFocused();
+    case idSavePicture:
+        return savePicture(), 1;
+    case idPrint:
+    case idPrintPreview:
+    case idPageSetup:
+        return print(id);
     }
     return 0;
 }
@@ -108,6 +152,8 @@ int CleanWindow::runCleanCommand(unsigned id)
         return 1;
     case idParameters:
         return askParameters(), 1;
+    case idBeamShape:
+        return askBeamShape(), 1;
     case idSelection:
         return askSelection(), 1;
     case idSelfCalibrate:
@@ -130,6 +176,8 @@ int CleanWindow::runViewCommand(unsigned id)
     switch (id) {
     case idBlink:
         return setBlink(!blinks_), 1;
+    case idCompare:
+        return compareWith(session_.shown()), 1;
     case idNextMap:
         return stepMap(1), 1;
     case idPreviousMap:
@@ -140,96 +188,19 @@ int CleanWindow::runViewCommand(unsigned id)
         return useOwnRange(), 1;
     case idDisplayOfMap:
         return showDisplay(), 1;
+    case idAreasInPictures:
+        map_.SetAreasInPicture(!map_.GetAreasInPicture());
+        return 1;
     case idNextPart:
         return goToPart(1), 1;
     case idPreviousPart:
         return goToPart(-1), 1;
-    case idAboutClean:
-        return showAbout(), 1;
+    case idKeys:
+        return showCleanKeys(this), 1;
+    case idAbout:
+        return showAboutClean(), 1;
     }
     return 0;
-}
-
-void CleanWindow::goToPart(int step)
-{
-    CWnd* const page = tabs_.GetItemPage(tabs_.GetCurSel());
-    CWnd* const parts[] = {&map_, &curve_, &rounds_, page, &row_};
-    constexpr int count = static_cast<int>(std::size(parts));
-    const auto isWithin = [](const CWnd* window, const CWnd* part) {
-        while (window && window != part)
-            window = window->GetParent();
-        return part && window == part;
-    };
-    int at = 0;
-    while (at < count && !isWithin(CWnd::GetFocus(), parts[at]))
-        ++at;
-    at = at == count ? 0 : (at + step + count) % count;
-    if (parts[at] == &row_)
-        row_.FocusIterations();
-    else if (parts[at])
-        parts[at]->SetFocus();
-}
-
-// --- areas
-
-AreaPlace CleanWindow::place() const
-{
-    if (!shown_.isOpen())
-        return {};
-    const AMatrix<float>& cells = shown_.content().map.cells;
-    return {shown_.content().frame.centres(), cells.rows(), cells.columns(), &shown_.sky()};
-}
-
-void CleanWindow::takeAreas(const std::string& stored)
-{
-    MemoryFile bytes;
-    areas().BeginEdits("Areas of the round");
-    const int loaded =
-        bytes.write(stored.data(), std::ssize(stored)) && bytes.seek(0) && areas().Load(bytes);
-    areas().EndEdits(&map_);
-    if (!loaded)
-        return complain("The areas of the round cannot be read");
-    areas().FillAreasCB(&map_);
-    map_.FollowAreas();
-}
-
-void CleanWindow::openAreaFile()
-{
-    if (!shown_.isOpen())
-        return;
-    CString name = folderOf(session_.data());
-    if (!askName(name, openAreaFilter, "Open areas", 1, "areas"))
-        return;
-    ATrackerArrayInAxis read;
-    AreaNotes notes;
-    std::string error;
-    if (!openAreas(name, place(), read, notes, error))
-        return complain(error);
-    if (!notes.loss.empty())
-        return complain(name + ": " + notes.lossText());
-    if (!giveAreas(read, "Open areas"))
-        return;
-    areas().FillAreasCB(&map_);
-    map_.FollowAreas();
-}
-
-void CleanWindow::saveAreaFile()
-{
-    if (!shown_.isOpen())
-        return;
-    CString name = folderOf(session_.data()) + "clean.areas";
-    if (!askName(name, saveAreaFilter, "Save areas", 0, "areas") || !closeOpenArea("saved"))
-        return;
-    const AreaNotes losses = lossesOfSaving(name, place(), areas());
-    if (!losses.lines.empty() && AfxMessageBox(baseNameOf(name) + " cannot hold everything: " +
-                                                   losses.lines.front() + "\n\nSave all the same?",
-                                               MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES)
-        return;
-    std::string error;
-    if (saveAreas(name, place(), areas(), error))
-        status_.SetMessage("Saved the areas in " + name);
-    else
-        complain(error);
 }
 
 // --- rounds
@@ -289,7 +260,10 @@ void CleanWindow::jobBegan()
     if (const CWnd* const focus = CWnd::GetFocus(); focus && focus->GetParent() == &row_)
         map_.SetFocus();
     strip_.Follow(session_.progress(), session_.jobName());
-    tabs_.SetCurSel(2);
+    if (tabs_.GetCurSel() != logTab)
+        tabBefore_ = tabs_.GetCurSel();
+    tabs_.SetCurSel(logTab);
+    showMarks();
     refreshRow();
 }
 
@@ -315,6 +289,11 @@ void CleanWindow::jobEnded(int isDone, const CString& error)
     strip_.End(isDone ? "" : error.empty() ? "stopped; nothing of it was kept" : "failed");
     if (isDone && wanted_ == MapKind::dirty)
         wanted_ = MapKind::residual;
+    if (isDone && tabBefore_ >= 0 && !isWithin(CWnd::GetFocus(), &log_))
+        tabs_.SetCurSel(tabBefore_);
+    if (isDone)
+        tabBefore_ = -1;
+    showMarks();
     roundsChanged();
     refreshRow();
     complain(error);

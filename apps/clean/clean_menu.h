@@ -1,14 +1,14 @@
 #pragma once
 
-#include "pavane/resources/plot_commands.h"
-#include "platform/menu_template.h"
+#include "apps/view/main_menu.h"
 
 #include <iterator>
 
 namespace pavane
 {
 
-/// Commands of the window of pavane-clean beside those of the axis window.
+/// Commands of the window of pavane-clean beside those of the axis window and those that it has in
+/// common with pavane-view (ViewCommand).
 enum CleanCommand : unsigned {
     idOpenData = 41001,
     idOpenAreaFile,
@@ -17,11 +17,13 @@ enum CleanCommand : unsigned {
     idStudyFacts,
     idDeleteBranch,
     idCloseStudy,
-    idDeleteArea = 41101,
+    idAreaSets = 41101,
+    idAreasOfRound,  ///< of its components
     idCleanRound = 41201,
     idFinishCycle,
     idStopRound,
     idParameters,
+    idBeamShape,
     idSelection,
     idFirstModel,
     idEditedModel,
@@ -36,23 +38,26 @@ enum CleanCommand : unsigned {
     idLoadGains,
     idMapKind = 41401,  ///< one for each MapKind
     idBlink = 41411,
+    idCompare,  ///< other rounds with the shown one
     idNextMap,
     idPreviousMap,
     idColoursOfMap,
     idDisplayOfMap,
     idOwnRange,
     idNextPart,
-    idPreviousPart,
-    idAboutClean = 41501
+    idPreviousPart
 };
 
 namespace menus
 {
 
-inline constexpr MenuItem line = {};
+inline constexpr MenuItem line = menuLine;
+
+inline constexpr MenuItem recent[] = {{"(none yet)", idNoRecent, nullptr, 0}};
 
 inline constexpr MenuItem file[] = {
     {"&Open data or a study...\tCtrl+O", idOpenData, nullptr, 0},
+    {"&Recent studies", 0, recent, std::size(recent)},
     line,
     {"Open &areas...\tCtrl+Shift+O", idOpenAreaFile, nullptr, 0},
     {"Save areas a&s...\tCtrl+Shift+S", idSaveAreaFile, nullptr, 0},
@@ -60,6 +65,11 @@ inline constexpr MenuItem file[] = {
     {"&Export the round...\tCtrl+E", idExport, nullptr, 0},
     {"Si&ze of the study", idStudyFacts, nullptr, 0},
     {"Delete &branch...", idDeleteBranch, nullptr, 0},
+    line,
+    {savePictureText, idSavePicture, nullptr, 0},
+    printItems[0],
+    printItems[1],
+    printItems[2],
     line,
     {"E&xit\tCtrl+Q", idCloseStudy, nullptr, 0},
 };
@@ -69,18 +79,28 @@ inline constexpr MenuItem edit[] = {
     menuItemOf(ID_TRACK_REDO),
     line,
     {"Duplica&te areas\tCtrl+D", ID_TRACK_COPY, nullptr, 0},
-    {"&Delete areas\tDel", idDeleteArea, nullptr, 0},
+    {"&Delete areas\tDel", idDelete, nullptr, 0},
     menuItemOf(ID_SELECT_ALL),
     menuItemOf(ID_CLEAR_AREAS),
     line,
-    {"Copy &picture\tCtrl+C", ID_COPY_TO_CLIPBOARD, nullptr, 0},
+    menuItemOf(ID_VERTEX_INSERT),
+    menuItemOf(ID_VERTEX_DELETE),
+    line,
+    {copyPictureText, ID_COPY_TO_CLIPBOARD, nullptr, 0},
 };
 
 inline constexpr MenuItem areas[] = {
     menuItemOf(ID_NEVER_CLEAN),
     line,
     menuItemOf(ID_CONTOUR_AREA),
+    menuItemOf(ID_CONTOUR_LEVEL),
+    {"Areas from &mask...", idAreasOfMask, nullptr, 0},
+    {"Areas from c&omponents of the round...", idAreasOfRound, nullptr, 0},
+    line,
     menuItemOf(ID_GROW_AREAS),
+    menuItemOf(ID_SHRINK_AREAS),
+    line,
+    {"Se&ts of areas...\tCtrl+T", idAreaSets, nullptr, 0},
 };
 
 inline constexpr MenuItem clean[] = {
@@ -89,6 +109,7 @@ inline constexpr MenuItem clean[] = {
     {"&Stop now\tCtrl+F5", idStopRound, nullptr, 0},
     line,
     {"&Parameters...\tF4", idParameters, nullptr, 0},
+    {"&Beam shape...\tShift+F4", idBeamShape, nullptr, 0},
     {"Se&lection of data...", idSelection, nullptr, 0},
     {"First &model...", idFirstModel, nullptr, 0},
     {"Round of the &edited components", idEditedModel, nullptr, 0},
@@ -115,15 +136,18 @@ inline constexpr MenuItem view[] = {
     {"&Model", idMapKind + 2, nullptr, 0},
     {"&Dirty", idMapKind + 3, nullptr, 0},
     {"&Beam", idMapKind + 4, nullptr, 0},
+    {"M&ask", idMapKind + 5, nullptr, 0},
     line,
     {"Cells of the mas&k\tM", ID_SHOW_CELLS, nullptr, 0},
     {"B&link\tB", idBlink, nullptr, 0},
+    {"&Compare others with this round\tCtrl+B", idCompare, nullptr, 0},
     {"&Next map\tCtrl+Page Down", idNextMap, nullptr, 0},
     {"&Previous map\tCtrl+Page Up", idPreviousMap, nullptr, 0},
     line,
     {"Colo&urs...\tP", idColoursOfMap, nullptr, 0},
     {"Map d&isplay...", idDisplayOfMap, nullptr, 0},
     {"Ran&ge of this map\tR", idOwnRange, nullptr, 0},
+    {"Areas in pi&ctures", idAreasInPictures, nullptr, 0},
     line,
     menuItemOf(ID_ZOOM_MINUS),
     menuItemOf(ID_WHOLE_MAP),
@@ -135,7 +159,8 @@ inline constexpr MenuItem view[] = {
 };
 
 inline constexpr MenuItem help[] = {
-    {"&About", idAboutClean, nullptr, 0},
+    {"&Keys and mouse\tF1", idKeys, nullptr, 0},
+    {"&About", idAbout, nullptr, 0},
 };
 
 inline constexpr MenuItem bar[] = {

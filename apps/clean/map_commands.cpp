@@ -16,11 +16,9 @@ namespace pavane
 namespace
 {
 
-constexpr unsigned blinkTime = 600;
-
 /// Where a map is looked for that a round has not.
-constexpr MapKind orderOf[] = {MapKind::residual, MapKind::dirty, MapKind::restored, MapKind::model,
-                               MapKind::beam};
+constexpr MapKind orderOf[] = {MapKind::residual, MapKind::dirty, MapKind::restored,
+                               MapKind::model,    MapKind::beam,  MapKind::mask};
 
 }  // namespace
 
@@ -28,11 +26,16 @@ void CleanWindow::roundsChanged()
 {
     if (!created_ || !session_.isOpen())
         return;
+    if (!session_.study().round(compared_))
+        compared_ = -1;
     rounds_.SetLines(session_.lines(), session_.shown());
+    rounds_.SetCompared(compared_);
+    shown_.hold(session_.fileOf(session_.shown(), MapKind::residual));
     curve_.SetRounds(session_.pointsOf(session_.shown()));
     showMapFile();
     showComponents();
     showLog();
+    previewSoon();
 }
 
 void CleanWindow::showRound(int round)
@@ -75,6 +78,7 @@ void CleanWindow::showMapFile()
         }
     if (!file.empty() && !showFile(file, kind))
         return;
+    row_.SetCaption(file.empty() ? CString() : captionOf(round, kind));
     refreshRow();
 }
 
@@ -103,6 +107,13 @@ int CleanWindow::showFile(const std::string& file, MapKind kind, const TMnMx& ra
     return 1;
 }
 
+/// Whether the shown round has a map of the kind; a restored one is made when it is shown first.
+int CleanWindow::hasMap(MapKind kind) const
+{
+    const MapKind needed = kind == MapKind::restored ? MapKind::model : kind;
+    return !session_.fileOf(session_.shown(), needed).empty();
+}
+
 void CleanWindow::stepMap(int step)
 {
     if (!session_.isOpen())
@@ -112,42 +123,9 @@ void CleanWindow::stepMap(int step)
     for (int tried = 0; tried < count; ++tried) {
         at = (at + step + count) % count;
         const auto kind = static_cast<MapKind>(at);
-        if (!session_.fileOf(session_.shown(), kind).empty())
+        if (hasMap(kind))
             return chooseMap(kind);
     }
-}
-
-/// Two maps of one range in turn: the chosen one, and the one that was chosen before.
-void CleanWindow::setBlink(int on)
-{
-    if (on && session_.isOpen() && shown_.isOpen()) {
-        const std::string other = session_.fileOf(session_.shown(), before_);
-        if (other.empty() || other == shown_.file()) {
-            status_.SetMessage("Choose another map first; B then shows both in turn");
-            on = 0;
-        }
-    }
-    if (!on == !blinks_)
-        return refreshRow();
-    blinks_ = on && shown_.isOpen();
-    blinkSide_ = 0;
-    if (blinks_) {
-        blinkRange_ = shown_.range();
-        SetTimer(blinkTimer, blinkTime);
-    } else {
-        KillTimer(blinkTimer);
-        showMapFile();
-    }
-    refreshRow();
-}
-
-void CleanWindow::blink()
-{
-    blinkSide_ = !blinkSide_;
-    const MapKind kind = blinkSide_ ? before_ : wanted_;
-    const std::string file = session_.fileOf(session_.shown(), kind);
-    if (file.empty() || !showFile(file, kind, blinkRange_))
-        setBlink(0);
 }
 
 void CleanWindow::OnTimer(unsigned id)
@@ -156,6 +134,8 @@ void CleanWindow::OnTimer(unsigned id)
         KillTimer(areaTimer);
         return storeAreasNow();
     }
+    if (id == previewTimer)
+        return previewNow();
     if (id != blinkTimer)
         return AreaWindow::OnTimer(id);
     if (blinks_ && session_.isOpen())
@@ -169,9 +149,7 @@ void CleanWindow::refreshRow()
     std::array<int, mapKinds> has{};
     const int isOpen = session_.isOpen() && session_.shown() >= 0;
     for (std::size_t i = 0; isOpen && i < mapKinds; ++i)
-        has[i] = static_cast<MapKind>(i) == MapKind::restored
-                     ? !session_.fileOf(session_.shown(), MapKind::model).empty()
-                     : !session_.fileOf(session_.shown(), static_cast<MapKind>(i)).empty();
+        has[i] = hasMap(static_cast<MapKind>(i));
     row_.SetMaps(shown_.kind(), has, blinks_);
     row_.SetState(isOpen && !session_.isRunning(), session_.isRunning());
 }
@@ -181,14 +159,18 @@ void CleanWindow::mapStatus(const AxisStatus& at)
     if (!shown_.isOpen() || map_.IsPlaying())
         return;
     StatusTexts texts = shown_.format().texts(at, shown_.sky());
-    const std::string residual = session_.isOpen() && shown_.kind() != MapKind::residual
-                                     ? session_.fileOf(session_.shown(), MapKind::residual)
-                                     : std::string();
-    if (at.inMap && !residual.empty()) {
+    if (at.inMap) {
+        texts[statusCell] = "x " + std::to_string(at.column) + "  y " + std::to_string(at.row);
+        const std::string residual = session_.isOpen() && shown_.kind() != MapKind::residual
+                                         ? session_.fileOf(session_.shown(), MapKind::residual)
+                                         : std::string();
         const float value = shown_.valueIn(residual, at.row, at.column);
-        if (value == value)
+        texts[statusValue].insert(0, std::string(mapKindName(shown_.kind())) + ' ');
+        if (!residual.empty() && value == value)
             texts[statusValue] += "   residual " + prefixedText(double{value}, "Jy/beam", 3);
     }
+    if (at.hasAreas)
+        texts[statusMask].insert(0, "mask " + countText(areas().count(), "area") + ", ");
     status_.SetTexts(texts);
 }
 

@@ -16,19 +16,10 @@ constexpr struct {
     const char* title;
     std::int16_t width;
 } columns[roundColumns] = {
-    {"Round", 18},     {"Cells", 9},     {"Iterations", 11}, {"Flux", 10}, {"Peak", 10},
+    {"Round", 18},     {"Cells", 9},     {"Iterations", 11}, {"Flux", 10}, {"Peak", 12},
     {"Noise out", 12}, {"Noise in", 12}, {"Dyn. range", 12}, {"Note", 24},
 };
 constexpr int digits = 3;
-
-/// Groups of three digits, with the narrow blank that lists of this program have between them.
-std::string counted(std::int64_t number)
-{
-    std::string text = std::to_string(number);
-    for (std::ptrdiff_t at = std::ssize(text) - 3; at > 0; at -= 3)
-        text.insert(static_cast<std::size_t>(at), " ");
-    return text;
-}
 
 std::string janskys(double value)
 {
@@ -57,9 +48,9 @@ std::string roundCell(const RoundLine& line, int column)
         return text.append(line.name);
     }
     case roundCells:
-        return line.cells < 0 ? "all" : counted(line.cells);
+        return line.cells < 0 ? "all" : groupedText(line.cells);
     case roundIterations:
-        return counted(line.iterations);
+        return groupedText(line.iterations);
     case roundFlux:
         return janskys(line.flux);
     case roundPeak:

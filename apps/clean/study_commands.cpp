@@ -185,10 +185,13 @@ void CleanWindow::showComponents()
     if (file == modelFile_)
         return;
     modelFile_ = file;
+    modelNote_.clear();
     AComponents model;
     std::string error;
-    if (!file.empty() && !readModel(file, model, error))
+    if (!file.empty() && !readModel(file, model, error)) {
+        modelNote_ = error;
         log_.Append(error);
+    }
     if (!components_.reset(model))
         complain("There is not enough memory for the components");
     componentTable_.SetComponents(&components_);

@@ -33,14 +33,6 @@ int decimalsOf(double step)
     return std::clamp(truncated(std::ceil(-std::log10(size) - 1e-6)), 0, mostDecimals);
 }
 
-std::string grouped(long long count)
-{
-    std::string text = std::to_string(count);
-    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
-        text.insert(static_cast<std::size_t>(at), "\u202f");  // a narrow blank
-    return text;
-}
-
 /// The unit between the brackets of a title, without the marker of its prefix.
 std::string unitOfTitle(const std::string& title)
 {
@@ -60,6 +52,14 @@ StatusWidths fittingPanes(StatusWidths wanted, int room)
         if (std::accumulate(wanted.begin(), wanted.end(), std::int64_t{0}) > room)
             wanted[least] = 0;
     return wanted;
+}
+
+std::string groupedText(long long count)
+{
+    std::string text = std::to_string(count);
+    for (auto at = static_cast<std::ptrdiff_t>(text.size()) - 3; at > 0; at -= 3)
+        text.insert(static_cast<std::size_t>(at), "\u202f");  // a narrow blank
+    return text;
 }
 
 std::string prefixedText(double value, const std::string& unit, int digits)
@@ -137,7 +137,7 @@ StatusTexts StatusFormat::texts(const AxisStatus& status, const SkyCoordinates& 
                 : prefixedText(double{status.value} * valueFactor_, valueUnit_, valueDigits);
     }
     if (status.hasAreas)
-        texts[statusMask] = grouped(status.cells) + (status.cells == 1 ? " cell" : " cells") +
+        texts[statusMask] = groupedText(status.cells) + (status.cells == 1 ? " cell" : " cells") +
                             ",  " + prefixedText(status.sum * flux_.factor, flux_.unit, fluxDigits);
     return texts;
 }

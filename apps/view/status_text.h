@@ -50,6 +50,9 @@ private:
     int degreeDecimals_ = 0;                ///< of galactic and ecliptic positions
 };
 
+/// "3 110": groups of three digits with a narrow blank between them.
+std::string groupedText(long long count);
+
 /// "Jy/beam" values and fluxes with a prefix that leaves one to three digits before the point.
 std::string prefixedText(double value, const std::string& unit, int digits);
 

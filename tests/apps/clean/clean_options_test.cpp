@@ -126,7 +126,7 @@ TEST(RoundLines, WhatIsNotKnownIsEmpty)
     line.flux = 0.0395;
     line.noiseOut = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(roundCell(line, roundName), "  +- wider");
-    EXPECT_EQ(roundCell(line, roundCells), "1 234 567");
+    EXPECT_EQ(roundCell(line, roundCells), "1\u202f234\u202f567");
     EXPECT_EQ(roundCell(line, roundFlux), "39.5 mJy");
     EXPECT_EQ(roundCell(line, roundNoiseOut), "");
     line.cells = -1;
