@@ -16,11 +16,6 @@ namespace pavane
 namespace
 {
 
-CRect rectOf(const QRect& r)
-{
-    return {r.left(), r.top(), r.left() + r.width(), r.top() + r.height()};
-}
-
 QWidget* widgetOf(const CWnd* window)
 {
     const WindowPeer* const peer = peerOf(window);

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <QPointer>
+#include <QRect>
 #include <QWidget>
 #include <vector>
 
@@ -111,6 +112,11 @@ void applyTabStop(WindowPeer& peer);
 
 /// The window's font as Qt has it.
 QFont qtFontOf(const LOGFONT& font);
+/// The toolkit's rectangle as one of ours.
+inline CRect rectOf(const QRect& r)
+{
+    return {r.x(), r.y(), r.x() + r.width(), r.y() + r.height()};
+}
 
 /// Puts a menu bar above the client area of a top-level window (null takes it away and deletes it);
 /// the frame owns it, gives it its height hint and the full width. 0 when the window has no frame.

@@ -13,22 +13,22 @@ namespace
 
 HWND captured = 0;
 unsigned changes = 0;
-CaptureWatch* innermost = nullptr;
+CaptureWatch* innermostWatch = nullptr;
 
 }  // namespace
 
 CaptureWatch::CaptureWatch(std::function<void()> lost)
-    : lost_(std::move(lost)), outer_(std::exchange(innermost, this))
+    : lost_(std::move(lost)), outer_(std::exchange(innermostWatch, this))
 {
 }
 
-CaptureWatch::~CaptureWatch() { innermost = outer_; }
+CaptureWatch::~CaptureWatch() { innermostWatch = outer_; }
 
 /// Outer watches have lost their capture before.
 void CaptureWatch::tell()
 {
-    if (innermost && innermost->lost_)
-        std::exchange(innermost->lost_, nullptr)();
+    if (innermostWatch && innermostWatch->lost_)
+        std::exchange(innermostWatch->lost_, nullptr)();
 }
 
 HWND captureWindow() { return captured; }

@@ -35,7 +35,7 @@ COLORREF visibleLine(COLORREF line, COLORREF ground, COLORREF text)
 }
 
 /// What the bars of FrameWidget take.
-int barThickness(Qt::Orientation orientation)
+int scrollBarThickness(Qt::Orientation orientation)
 {
     if (!canShowWindows())
         return 0;
@@ -106,10 +106,10 @@ int GetSystemMetrics(int index)
         return screenSize().height();
     case SM_CXVSCROLL:
     case SM_CYVSCROLL:
-        return barThickness(Qt::Vertical);
+        return scrollBarThickness(Qt::Vertical);
     case SM_CYHSCROLL:
     case SM_CXHSCROLL:
-        return barThickness(Qt::Horizontal);
+        return scrollBarThickness(Qt::Horizontal);
     case SM_CXBORDER:
     case SM_CYBORDER:
         return 1;

@@ -161,8 +161,6 @@ TabWidget* tabsWith(const CTabCtrl* control, int index)
     return tabs && tabs->has(index) ? tabs : nullptr;
 }
 
-CRect rectOf(const QRect& r) { return {r.x(), r.y(), r.x() + r.width(), r.y() + r.height()}; }
-
 }  // namespace
 
 int CTabCtrl::Create(unsigned style, const CRect& rect, CWnd* parent, unsigned id)

@@ -20,7 +20,7 @@ namespace pavane
 namespace
 {
 
-constexpr int margin = 4;
+constexpr int tipMargin = 4;
 constexpr int greatestWidth = 420;
 
 /// The desktop's colours of tips as those of a label; they may change while the program runs.
@@ -48,7 +48,7 @@ struct CTipWnd::Data {
             label->setAttribute(Qt::WA_ShowWithoutActivating);
             label->setFocusPolicy(Qt::NoFocus);
             label->setFrameStyle(QFrame::Box | QFrame::Plain);
-            label->setMargin(margin);
+            label->setMargin(tipMargin);
             label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
         }
         return label;
