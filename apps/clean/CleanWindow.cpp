@@ -143,7 +143,9 @@ void CleanWindow::connect()
         if (created_)
             map_.Invalidate();
     };
+    componentTable_.notice = map_.notice;
     rounds_.left = [this] { map_.SetFocus(); };
+    rounds_.blinks = [this] { setBlink(!blinks_); };
     areaTable_.left = rounds_.left;
     componentTable_.left = rounds_.left;
     gains_.left = [this] { keepEditedGains(); };
@@ -210,7 +212,7 @@ int CleanWindow::mayLeave()
         AfxMessageBox(session_.jobName() + " runs. Stop it? What it has half made is dropped.",
                       MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) != IDYES)
         return 0;
-    return 1;
+    return mayDropEdits();
 }
 
 void CleanWindow::OnClose()

@@ -5,6 +5,7 @@
 #include "apps/clean/CleanSession.h"
 #include "apps/clean/GainWindows.h"
 #include "apps/clean/PeakCurve.h"
+#include "apps/clean/RoundComponents.h"
 #include "apps/clean/RoundPreview.h"
 #include "apps/clean/RoundTable.h"
 #include "apps/clean/RunStrip.h"
@@ -13,12 +14,12 @@
 #include "apps/view/PartWindow.h"
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
+#include "apps/view/Relay.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
 #include "pavane/dialogs/values/ASelfCalPM.h"
 #include "pavane/tables/components/EditedComponents.h"
-#include "pavane/tables/observation/AComponentsTbl.h"
 #include "pavane/windows/controls/AInfoText.h"
 #include "pavane/windows/controls/ASplitterWnd.h"
 #include "platform/tab_control.h"
@@ -66,21 +67,6 @@ private:
     static constexpr unsigned blinkTimer = 1, areaTimer = 2, previewTimer = 3;
     /// Milliseconds after the last change of areas until the study has them.
     static constexpr unsigned areaTime = 500;
-    /// Tells when another component is chosen, or one is edited.
-    class ComponentTable : public PartWindow<AComponentsTbl>
-    {
-    public:
-        std::function<void()> changed;
-        void OnComponentsChanged() override { tell(); }
-        void OnComponentSelected() override { tell(); }
-
-    private:
-        void tell()
-        {
-            if (changed)
-                changed();
-        }
-    };
     int makePanes();
     void layOut(int cx, int cy);
     void connect();
@@ -152,6 +138,8 @@ private:
     void makeEditedRound();
     void showLog();
     void showMarks();
+    int marksShow();
+    int mayDropEdits();
     void storeAreasNow();
     void askParameters();
     void askSelection();
@@ -176,13 +164,14 @@ private:
 
     CleanRow row_;
     RunStrip strip_;
-    ASplitterWnd split_, left_, right_;
+    ASplitterWnd split_, left_;
+    Relay<ASplitterWnd> right_{*this};  ///< tells which tab is in front
     CleanMap map_;
     PeakCurve curve_;
     PartWindow<RoundTable> rounds_;
     CTabCtrl tabs_;
     PartWindow<AAreaTableWnd> areaTable_;
-    ComponentTable componentTable_;
+    RoundComponents componentTable_;
     EditedComponents components_;
     AInfoText log_;
     std::unique_ptr<APalettePlayDlg> play_;
@@ -194,7 +183,6 @@ private:
     int tabBefore_ = -1;     ///< in front before a job showed the log; -1: the user's choice stays
     CWnd* part_ = &map_;     ///< that had the keyboard last
     std::string modelFile_;  ///< whose components are in the table
-    std::string modelNote_;  ///< why there are none, of a model that stays a map
     std::string keptAreas_;  ///< as the study has them
     int created_ = 0;
     int isClosing_ = 0;

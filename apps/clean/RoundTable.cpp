@@ -141,6 +141,8 @@ void RoundTable::OnKeyDown(unsigned key, unsigned repeat, unsigned flags)
     const int isPlain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0;
     if (static_cast<int>(key) == VK_SPACE && isPlain && compares && selected() >= 0)
         return compares(selected());
+    if (key == 'B' && isPlain && blinks && getSelectRect().anchorColumn != roundNote)
+        return blinks();
     ATableWnd::OnKeyDown(key, repeat, flags);
 }
 

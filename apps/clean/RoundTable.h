@@ -26,6 +26,7 @@ public:
     std::function<void(int number)> chosen;    ///< another one
     std::function<void(int number)> goesOn;    ///< a double click, or Return
     std::function<void(int number)> compares;  ///< Space
+    std::function<void()> blinks;              ///< B
     std::function<void(int number, const std::string& note)> noted;
 
     const char* GetWndClassName() override { return "PavaneRoundTable"; }

@@ -50,6 +50,11 @@ int ShownMap::take(const std::string& file, MapContent& content, std::string& er
     return 0;
 }
 
+ContourLevels& ShownMap::levelsOf(MapKind kind)
+{
+    return kind == MapKind::model || kind == MapKind::mask ? levelsWithoutNoise_ : levels_;
+}
+
 void ShownMap::keep(const std::string& file, MapContent&& content)
 {
     kept_.push_front({file, std::move(content)});
@@ -86,6 +91,8 @@ ShownMap::Change ShownMap::show(const std::string& file, MapKind kind, std::stri
     MapContent next;
     if (isOther && !take(file, next, error))
         return Change::none;
+    if (isOpen_)
+        levelsOf(kind_) = picture_.graph().contours().wantedLevels();
     if (isOpen_ && !hasLentRange_)
         ranges_[indexOf(kind_)] = this->range();
     Change change = Change::cells;
@@ -108,6 +115,7 @@ ShownMap::Change ShownMap::show(const std::string& file, MapKind kind, std::stri
         format_ = StatusFormat(content_.map.header, content_.frame, content_.map.cells.rows(),
                                content_.map.cells.columns());
     }
+    picture_.graph().contours().setLevels(levelsOf(kind));
     ColorLook look(picture_.graph());
     hasLentRange_ = range.min < range.max;
     look.range = hasLentRange_ ? range : ranges_[indexOf(kind)];

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/view/status_text.h"
+#include "pavane/axes/maps/cells/contour_levels.h"
 #include "pavane/axes/maps/ColorLook.h"
 #include "pavane/axes/maps/MapContent.h"
 #include "pavane/axes/maps/MapPicture.h"
@@ -22,7 +23,8 @@ const char* mapKindName(MapKind kind);
 
 /// The map in the window of pavane-clean: one file after another, of the same cells as a rule.
 /// Those that were shown last are kept, so that going back and blinking need no reading; palette,
-/// scale and contours stay, the range of values stays for each kind. Neither copied nor moved.
+/// scale and contours stay, the range of values stays for each kind; model and mask, which have no
+/// noise, have contours of their own, at first none. Neither copied nor moved.
 class ShownMap
 {
 public:
@@ -71,6 +73,7 @@ private:
     };
     int take(const std::string& file, MapContent& content, std::string& error);
     void keep(const std::string& file, MapContent&& content);
+    ContourLevels& levelsOf(MapKind kind);
     static int isSamePlace(const MapContent& a, const MapContent& b);
 
     std::string file_, held_;
@@ -80,6 +83,7 @@ private:
     MapContent content_;
     std::list<Kept> kept_;  ///< the latest first
     std::array<TMnMx, mapKinds> ranges_;
+    ContourLevels levels_, levelsWithoutNoise_{LevelUnit::absolute, {}};
     MapPicture picture_;
     std::unique_ptr<SkyCoordinates> sky_;
     StatusFormat format_;

@@ -108,8 +108,8 @@ int CleanWindow::runAreaCommand(unsigned id)
 /// Of the components as they stand in the table.
 void CleanWindow::areasOfRound()
 {
-    if (!modelNote_.empty())
-        return complain(modelNote_);
+    if (!componentTable_.GetNote().empty())
+        return complain(componentTable_.GetNote());
     if (components_.list().count() == 0)
         return status_.SetMessage("The round has no component yet: clean first");
     addAreasOfComponents(components_.list(), shown_.content().frame);

@@ -14,6 +14,9 @@
 #include "tessel/paths.h"
 #include "tessel/uvfits/AUVXFile.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace pavane
 {
 
@@ -52,6 +55,14 @@ int isOfMap(unsigned id)
            (id >= idPrint && id <= idPageSetup);
 }
 
+/// Shows other components when it has ended.
+int makesOtherRound(unsigned id)
+{
+    constexpr unsigned ids[] = {idCleanRound,    idParameters,  idSelection,   idFirstModel,
+                                idSelfCalibrate, idSwitchGains, idRemoveGains, idLoadGains};
+    return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
+}
+
 int isJobCommand(unsigned id) { return id == idFinishCycle || id == idStopRound; }
 
 }  // namespace
@@ -66,6 +77,8 @@ int CleanWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
         return 1;  // a key of the menu while the pointer drags an area
     // a button of the toolbar is about areas, whatever has the keyboard
     if (!control && runPartCommand(id))
+        return 1;
+    if (makesOtherRound(id) && !session_.isRunning() && !mayDropEdits())
         return 1;
     return runFileCommand(id) || runAreaCommand(id) || runCleanCommand(id) || runStudyCommand(id) ||
            runViewCommand(id) || AreaWindow::OnCommand(id, code, control) || map_.RunCommand(id);

@@ -43,6 +43,8 @@ void CleanWindow::showRound(int round)
     if (round == session_.shown() || session_.isRunning())
         return;
     std::string error;
+    if (!mayDropEdits())
+        return rounds_.SetLines(session_.lines(), session_.shown());
     if (!session_.show(round, error))
         return complain(error);
     const std::string stored = session_.areasOf(round);
@@ -104,6 +106,7 @@ int CleanWindow::showFile(const std::string& file, MapKind kind, const TMnMx& ra
         if (play_)
             play_->MapChanged();
     }
+    showMarks();
     return 1;
 }
 

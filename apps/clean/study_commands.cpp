@@ -185,23 +185,43 @@ void CleanWindow::showComponents()
     if (file == modelFile_)
         return;
     modelFile_ = file;
-    modelNote_.clear();
     AComponents model;
     std::string error;
+    CString note;
     if (!file.empty() && !readModel(file, model, error)) {
-        modelNote_ = error;
         log_.Append(error);
+        note = "There is no table of components: " + error.substr(file.size() + 2);
     }
     if (!components_.reset(model))
         complain("There is not enough memory for the components");
+    componentTable_.SetNote(note);
     componentTable_.SetComponents(&components_);
 }
 
-/// Marks of the components lie over the map while their table is in front.
+/// What was edited among the components goes with another round; 0 when the user wants to stay.
+int CleanWindow::mayDropEdits()
+{
+    if (!components_.isModified())
+        return 1;
+    return AfxMessageBox("The components were edited, and no round has been made of them. Drop the "
+                         "edits?\n\n(\"Round of the edited components\" in the menu CLEAN keeps "
+                         "them.)",
+                         MB_YESNO | MB_ICONQUESTION | MB_DEFBUTTON2) == IDYES;
+}
+
+/// While the table of the components is in front or the model is shown, but never over a beam or a
+/// mask.
+int CleanWindow::marksShow()
+{
+    const MapKind kind = shown_.kind();
+    return shown_.isOpen() && kind != MapKind::beam && kind != MapKind::mask &&
+           (kind == MapKind::model || tabs_.GetCurSel() == componentTab);
+}
+
+/// Marks of the components lie over the map.
 void CleanWindow::showMarks()
 {
-    const int shows = tabs_.GetCurSel() == componentTab;
-    if (!shows) {
+    if (!marksShow()) {
         map_.drawMarks = nullptr;
         map_.pressMarks = nullptr;
     } else if (!map_.drawMarks) {

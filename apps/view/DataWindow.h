@@ -5,6 +5,7 @@
 #include "apps/view/options.h"
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
+#include "apps/view/Relay.h"
 #include "apps/view/StatusLine.h"
 #include "apps/view/UvPlotWindow.h"
 #include "apps/view/WindowHost.h"
@@ -20,24 +21,6 @@
 
 namespace pavane
 {
-
-/// A control whose notices, and those of its children, go to another window.
-template <class Control>
-class Relay : public Control
-{
-public:
-    explicit Relay(CWnd& to) : to_(to) {}
-
-protected:
-    int OnCommand(unsigned id, unsigned code, CWnd* control) override
-    {
-        return to_.SendMessage(WM_COMMAND, (id & 0xFFFF) | WPARAM{code} << 16,
-                               static_cast<LPARAM>(control ? control->GetSafeHwnd() : 0)) != 0;
-    }
-
-private:
-    CWnd& to_;
-};
 
 /// The window of pavane-view for a file of visibilities: its tables with marks and its frequency
 /// groups in tabs, beside them the plot of what is marked, below a status line. Groups that are not
