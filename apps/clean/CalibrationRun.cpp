@@ -1,5 +1,6 @@
 #include "apps/clean/CalibrationRun.h"
 
+#include "apps/clean/ChainEdits.h"
 #include "pavane/calibration/gains/UvCorrection.h"
 #include "pavane/imaging/round_maps.h"
 #include "tessel/fits_map.h"
@@ -103,7 +104,7 @@ CalibrationRun::~CalibrationRun()
 }
 
 int CalibrationRun::begin(const AStudy& study, const StudyRound& round, const ASelfCalPM& wish,
-                          const AComponents* list, std::string& error)
+                          const Choice& choice, std::string& error)
 {
     const std::string data = study.uvfitsFile();
     if (!round.hasModel) {
@@ -114,7 +115,17 @@ int CalibrationRun::begin(const AStudy& study, const StudyRound& round, const AS
         error.insert(0, data + ": ");
         return 0;
     }
-    const DataState state = study.dataState(round.parameters);
+    DataState state = study.dataState(round.parameters);
+    replaces_ = choice.replaces;
+    if (replaces_ > 0) {
+        state.chain.clear();
+        for (const StudyLink& each : study.settings().chain) {
+            if (each.id == replaces_)
+                break;
+            if (each.isOn)
+                state.chain.push_back(each.gains);
+        }
+    }
     std::shared_ptr<UvFilter> correction = correctionOf(study, state, file_.header(), error);
     if (!correction)
         return 0;
@@ -127,9 +138,9 @@ int CalibrationRun::begin(const AStudy& study, const StudyRound& round, const AS
     modelFile_ = study.folder() + "/work/" + modelName;
     if (wish.model == SelfCalModel::predicted)
         return needModel("is predicted, as was chosen");
-    isList_ = list != nullptr;
+    isList_ = choice.list != nullptr;
     if (isList_) {
-        components_ = *list;
+        components_ = *choice.list;
     } else {
         const std::string file = study.mapFile(round.id, RoundMap::model);
         FitsMap map;
@@ -279,16 +290,7 @@ int addLink(AStudy& study, const AGains& gains, const std::string& name, std::st
     if (number == 0)
         return 0;
     StudySettings settings = study.settings();
-    StudyLink link;
-    link.gains = number;
-    link.name = name;
-    for (const StudyLink& each : settings.chain) {
-        link.id = std::max(link.id, each.id);
-        if (each.isOn)
-            link.solvedOn.push_back(each.id);
-    }
-    ++link.id;
-    settings.chain.push_back(link);
+    (void)addLinkTo(settings.chain, number, name);
     if (study.setSettings(settings))
         return 1;
     error = study.fault();
@@ -297,7 +299,20 @@ int addLink(AStudy& study, const AGains& gains, const std::string& name, std::st
 
 int CalibrationRun::keep(AStudy& study, const std::string& name, std::string& error) const
 {
-    return addLink(study, gains(), name, error);
+    StudySettings settings = study.settings();
+    const auto link = std::find_if(settings.chain.begin(), settings.chain.end(),
+                                   [this](const StudyLink& each) { return each.id == replaces_; });
+    if (replaces_ == 0 || link == settings.chain.end())
+        return addLink(study, gains(), name, error);
+    const int number = keepGains(study, gains(), error);
+    if (number == 0)
+        return 0;
+    replaceLink(settings.chain, static_cast<std::size_t>(link - settings.chain.begin()), number,
+                name);
+    if (study.setSettings(settings))
+        return 1;
+    error = study.fault();
+    return 0;
 }
 
 }  // namespace pavane

@@ -27,11 +27,14 @@ public:
     /// Takes away the file of the model's visibilities.
     ~CalibrationRun();
 
-    /// Opens the visibilities and the model of a round, or copies `list` in its place. Those times
-    /// and IFs are solved for that the round was made of. Non-zero on success, else `error` is a
-    /// line.
+    struct Choice {
+        const AComponents* list = nullptr;  ///< the model in place of the round's; copied
+        int replaces = 0;  ///< id of the link whose gains are solved for anew; 0: a further one
+    };
+    /// Opens the visibilities and the model of a round. Those times and IFs are solved for that the
+    /// round was made of. Non-zero on success, else `error` is a line.
     int begin(const AStudy& study, const StudyRound& round, const ASelfCalPM& wish,
-              const AComponents* list, std::string& error);
+              const Choice& choice, std::string& error);
     /// Goes on for a moment. Non-zero while more remains; 0 when all is done, the model has to be
     /// predicted, or `error` says why not.
     int step(std::string& error);
@@ -43,7 +46,8 @@ public:
     const std::string& reason() const { return reason_; }
     /// They are there: `step` goes on with them.
     int takeModel(std::string& error);
-    /// Keeps the gains in the study and puts them at the end of its chain. Non-zero on success.
+    /// Keeps the gains in the study and puts them at the end of its chain, or in the place of those
+    /// that they replace. Non-zero on success.
     int keep(AStudy& study, const std::string& name, std::string& error) const;
 
     const AProgress& progress() const { return progress_; }
@@ -62,7 +66,7 @@ private:
     SelfCalibrationRules rules_;
     UvMarks marks_;
     std::string modelFile_, reason_;
-    int wantsModel_ = 0, isList_ = 0;
+    int wantsModel_ = 0, isList_ = 0, replaces_ = 0;
     AProgress progress_;
     std::unique_ptr<AProgressWriter> writer_;
     std::unique_ptr<UvReach> reach_;

@@ -377,7 +377,8 @@ int CleanSession::startResidual(std::string& error)
     return start({"Residual", [round](StudyJob& job) { job.residual(round); }}, error);
 }
 
-int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list)
+int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list,
+                               int replaces)
 {
     const StudyRound* const round = study_.round(shown());
     if (isRunning() || !round || study_.isReadOnly()) {
@@ -385,7 +386,7 @@ int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error, const
         return 0;
     }
     auto run = std::make_unique<CalibrationRun>();
-    if (!run->begin(study_, *round, wish, list, error))
+    if (!run->begin(study_, *round, wish, {list, replaces}, error))
         return 0;
     calibration_ = std::move(run);
     jobName_ = "Self-calibration";

@@ -102,8 +102,10 @@ public:
     int startModel(const AComponents& components, std::string& error);
     /// Solves for gains on the model of the shown round, puts them at the end of the chain, and
     /// makes the residual of that model on the data that they correct.
-    /// The model is `list` when there is one.
-    int startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list = nullptr);
+    /// The model is `list` when there is one. With the id of a link in `replaces` its gains are
+    /// solved for anew, on data that those before it correct.
+    int startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list = nullptr,
+                     int replaces = 0);
     /// Writes all that the shown round came to into a folder that is empty or not there: maps,
     /// model, mask, areas, gains, flags, a script that makes it again, and the corrected data of a
     /// UVFITS file. The restored map is made first.

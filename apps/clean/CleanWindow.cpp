@@ -285,6 +285,8 @@ int CleanWindow::Open(const std::string& file)
     setMenu();
     row_.SetIterations(session_.parameters.iterations);
     keptAreas_ = session_.study().areas();
+    chain_.reset(session_.study().settings().chain);
+    shownLink_ = 0;
     roundsChanged();
     // a study that steps of a command line made has those of its rounds alone
     const std::string wanted = keptAreas_.empty() ? session_.areasOf(session_.shown()) : keptAreas_;

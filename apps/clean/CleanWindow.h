@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/clean/ChainEdits.h"
 #include "apps/clean/CleanMap.h"
 #include "apps/clean/CleanRow.h"
 #include "apps/clean/CleanSession.h"
@@ -145,7 +146,11 @@ private:
     void askSelection();
     void saveGains();
     void loadGains();
-    void selfCalibrate();
+    int selfCalibrate(int replaces = 0);
+    void askChain();
+    int takeChain();
+    int copyGains(CWnd& dialog, ChainEdits& edits);
+    void tellOfChain();
     void changeChain(int removes);
     void showGains(GainWindows::Kind kind);
     void keepEditedGains();
@@ -182,6 +187,8 @@ private:
     PrintCommands printing_;
     int tabBefore_ = -1;     ///< in front before a job showed the log; -1: the user's choice stays
     CWnd* part_ = &map_;     ///< that had the keyboard last
+    ChainEdits chain_;       ///< with its steps of undo
+    int shownLink_ = 0;      ///< id of the link whose gains the windows show; 0: the last one
     std::string modelFile_;  ///< whose components are in the table
     std::string keptAreas_;  ///< as the study has them
     int created_ = 0;

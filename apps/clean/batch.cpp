@@ -1,6 +1,7 @@
 #include "apps/clean/batch.h"
 
 #include "apps/clean/CalibrationRun.h"
+#include "apps/clean/ChainEdits.h"
 #include "apps/clean/CleanSession.h"
 #include "apps/view/any_area_file.h"
 #include "apps/view/batch_output.h"
@@ -12,6 +13,7 @@
 #include "platform/platform.h"
 #include "platform/profile.h"
 #include "tessel/flags/VisibilityFlags.h"
+#include "tessel/paths.h"
 #include "tessel/SkyCoordinates.h"
 
 #include <cmath>
@@ -97,6 +99,8 @@ private:
                 return 0;
             }
             return session_.show(step.number, error);
+        case CleanStep::chain:
+            return takeChain(step, error);
         case CleanStep::flags:
             return readFlagFile(step.file, error);
         case CleanStep::selfcal:
@@ -193,6 +197,32 @@ private:
         return 1;
     }
 
+    int takeChain(const CleanStep& step, std::string& error)
+    {
+        AStudy& study = session_.study();
+        const StudyRound* const shown = study.round(session_.shown());
+        chain_.follow(study.settings().chain, "Gains that were solved for");
+        for (const int each : step.gains)
+            if (!IsFileExists(study.gainText(each))) {
+                error = "the study has no gains " + std::to_string(each);
+                return 0;
+            }
+        if (!chain_.take(step.isRoundChain && shown ? shown->data.chain : step.gains))
+            return 1;
+        StudySettings settings = study.settings();
+        settings.chain = chain_.chain();
+        if (!study.setSettings(settings)) {
+            error = study.fault();
+            return 0;
+        }
+        if (shown && shown->data == study.dataState(shown->parameters))
+            return 1;
+        if (!session_.startResidual(error) || !wait(error))
+            return 0;
+        printRound(session_.shown());
+        return 1;
+    }
+
     int selfCalibrate(const SelfCalWish& asked, std::string& error)
     {
         ASelfCalPM wish;
@@ -252,6 +282,7 @@ private:
     const CleanOptions& options_;
     CleanSession session_;
     std::string areas_;
+    ChainEdits chain_;  ///< knows links that earlier steps have taken off
     int isDone_ = 0;
     std::string error_;
 };

@@ -170,7 +170,7 @@ int CleanWindow::runCleanCommand(unsigned id)
     case idSelection:
         return askSelection(), 1;
     case idSelfCalibrate:
-        return selfCalibrate(), 1;
+        return (void)selfCalibrate(), 1;
     case idSwitchGains:
     case idRemoveGains:
         return changeChain(id == idRemoveGains), 1;
@@ -309,6 +309,8 @@ void CleanWindow::jobEnded(int isDone, const CString& error)
     showMarks();
     roundsChanged();
     refreshRow();
+    if (isDone && session_.isOpen())
+        tellOfChain();
     complain(error);
 }
 
@@ -328,29 +330,33 @@ void CleanWindow::askParameters()
         complain(error);
 }
 
-void CleanWindow::selfCalibrate()
+/// Asks how, and begins; `replaces` is the id of a link that is solved anew, 0 for a further one.
+/// Non-zero when it has begun.
+int CleanWindow::selfCalibrate(int replaces)
 {
     if (!session_.isOpen() || session_.isRunning())
-        return;
+        return 0;
     (void)selfCal_.LoadFromINI(nullptr, profileSection, 0);
     AUVXFile data;
     std::string error;
     if (!data.open(session_.study().uvfitsFile(), error))
-        return complain(session_.study().uvfitsFile() + ": " + error);
+        return complain(session_.study().uvfitsFile() + ": " + error), 0;
     selfCal_.antennas.clear();
     for (const AUVXTlscItem& telescope : data.telescopes())
         selfCal_.antennas.push_back(telescope.name);
     if (!AskSelfCalibration(this, selfCal_))
-        return;
+        return 0;
     (void)selfCal_.StoreToINI(nullptr, profileSection, 0);
     StudySettings settings = session_.study().settings();
     settings.keepsFailed = selfCal_.keepsFailed;
     settings.keepsWeights = !selfCal_.changesWeights;
     if (!session_.study().setSettings(settings))
-        return complain(session_.study().fault());
+        return complain(session_.study().fault()), 0;
     const int isList = selfCal_.model == SelfCalModel::components && components_.isModified();
-    if (!session_.startSelfCal(selfCal_, error, isList ? &components_.list() : nullptr))
-        complain(error);
+    if (session_.startSelfCal(selfCal_, error, isList ? &components_.list() : nullptr, replaces))
+        return 1;
+    complain(error);
+    return 0;
 }
 
 void CleanWindow::exportShown()

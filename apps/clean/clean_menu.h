@@ -36,6 +36,7 @@ enum CleanCommand : unsigned {
     idMeanGains,
     idSaveGains,
     idLoadGains,
+    idChain,
     idMapKind = 41401,  ///< one for each MapKind
     idBlink = 41411,
     idCompare,  ///< other rounds with the shown one
@@ -119,6 +120,7 @@ inline constexpr MenuItem clean[] = {
 
 inline constexpr MenuItem calibrate[] = {
     {"&Self-calibrate...\tF8", idSelfCalibrate, nullptr, 0},
+    {"&Chain of gains...\tShift+F8", idChain, nullptr, 0},
     {"Switch the last gains &on or off", idSwitchGains, nullptr, 0},
     {"&Remove the last gains", idRemoveGains, nullptr, 0},
     line,

@@ -188,6 +188,25 @@ int addSelfCal(const std::string& text, CleanOptions& options, std::string& erro
     return 1;
 }
 
+int addChain(const std::string& text, CleanOptions& options, std::string& error)
+{
+    CleanStep step;
+    step.kind = CleanStep::chain;
+    step.isRoundChain = text == "round";
+    for (std::size_t start = 0; text != "none" && text != "round" && start <= text.size();) {
+        const std::size_t end = std::min(text.find(',', start), text.size());
+        int number = 0;
+        if (!stoval(text.substr(start, end - start), number) || number < 1) {
+            error = "--chain wants none, round, or numbers of gains as '1,3', not '" + text + "'";
+            return 0;
+        }
+        step.gains.push_back(number);
+        start = end + 1;
+    }
+    options.steps.push_back(step);
+    return 1;
+}
+
 int addFrom(const std::string& text, CleanOptions& options, std::string& error)
 {
     CleanStep step;
@@ -276,6 +295,13 @@ const OptionTable<CleanOptions>& optionTable()
           "the "
           "engine)"},
          addSelfCal,
+         ofSteps,
+         1},
+        {{"--chain", "", "LIST",
+          "gains that correct the data from here on: none, round (those of the round gone back "
+          "to), "
+          "or their numbers, as 1,3"},
+         addChain,
          ofSteps,
          1},
         {{"--from", "", "ROUND", "go on from that round, as a branch"}, addFrom, ofSteps, 1},

@@ -42,12 +42,14 @@ struct SelfCalWish {
 
 /// One thing that `pavane-clean --batch` does, in the order of the command line.
 struct CleanStep {
-    enum Kind { areas, model, flags, round, selfcal, from };
+    enum Kind { areas, model, flags, round, selfcal, from, chain };
     Kind kind = round;
     std::string file;  ///< of areas, model, flags; empty areas are the whole map
     RoundWish round_;
     SelfCalWish selfcal_;
-    int number = 0;  ///< of the round to go back to
+    int number = 0;          ///< of the round to go back to
+    int isRoundChain = 0;    ///< the chain of the shown round
+    std::vector<int> gains;  ///< else these gains of the study, in their order; none: no correction
 };
 
 /// What the command line of pavane-clean says.

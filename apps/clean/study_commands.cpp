@@ -10,6 +10,7 @@
 #include "tessel/paths.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
 #include <fstream>
 #include <sstream>
 
@@ -55,6 +56,8 @@ int CleanWindow::runStudyCommand(unsigned id)
         return saveGains(), 1;
     case idLoadGains:
         return loadGains(), 1;
+    case idChain:
+        return askChain(), 1;
     case idGainGraph:
         return showGains(GainWindows::Kind::graph), 1;
     case idGainTable:
@@ -114,16 +117,20 @@ void CleanWindow::openModel()
         complain(error);
 }
 
-/// Of the last link of the chain.
+/// Of the link that was chosen in the chain, else of its last one.
 void CleanWindow::showGains(GainWindows::Kind kind)
 {
     const std::vector<StudyLink>& chain = session_.study().settings().chain;
     if (chain.empty())
         return status_.SetMessage("The chain has no gains yet: F8 solves for some");
+    const auto chosen = std::find_if(chain.begin(), chain.end(), [this](const StudyLink& each) {
+        return each.id == shownLink_;
+    });
+    const StudyLink& link = chosen == chain.end() ? chain.back() : *chosen;
     std::string error;
     if (gains_.isModified())
         keepEditedGains();
-    else if (!gains_.open(session_.study().gainText(chain.back().gains), chain.back().name, error))
+    else if (!gains_.open(session_.study().gainText(link.gains), link.name, error))
         return complain(error);
     if (!gains_.show(kind, this))
         complain("The window of gains cannot be made");
@@ -133,8 +140,11 @@ void CleanWindow::showGains(GainWindows::Kind kind)
 void CleanWindow::keepEditedGains()
 {
     StudySettings settings = session_.study().settings();
-    if (isClosing_ || !session_.isOpen() || session_.isRunning() || settings.chain.empty() ||
-        session_.study().gainText(settings.chain.back().gains) != gains_.file())
+    const auto link =
+        std::find_if(settings.chain.begin(), settings.chain.end(), [this](const StudyLink& each) {
+            return session_.study().gainText(each.gains) == gains_.file();
+        });
+    if (isClosing_ || !session_.isOpen() || session_.isRunning() || link == settings.chain.end())
         return;
     if (AfxMessageBox("The gains were changed. Use them as they are now, and make the residual of "
                       "the shown round on the data that they correct?",
@@ -144,7 +154,7 @@ void CleanWindow::keepEditedGains()
     const int number = keepGains(session_.study(), gains_.gains(), error);
     if (number == 0)
         return complain(error);
-    settings.chain.back().gains = number;
+    link->gains = number;
     if (!session_.study().setSettings(settings))
         return complain(session_.study().fault());
     gains_.markKept();

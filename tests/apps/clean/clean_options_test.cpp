@@ -1,3 +1,4 @@
+#include "apps/clean/ChainEdits.h"
 #include "apps/clean/options.h"
 #include "apps/clean/round_lines.h"
 
@@ -20,6 +21,7 @@ TEST(CleanOptions, StepsStayInTheOrderOfTheCommandLine)
                                    "--areas",        "none",
                                    "--round",        "iter=400,threshold=3sigma,cycles",
                                    "--from",         "1",
+                                   "--chain",        "2,1",
                                    "--weighting",    "briggs:-0.5",
                                    "--ifs",          "1-3,5",
                                    "--engine",       "mpirun",
@@ -28,9 +30,11 @@ TEST(CleanOptions, StepsStayInTheOrderOfTheCommandLine)
                                   options, error))
         << error;
     EXPECT_EQ(options.data, "my data.uvfits");
-    ASSERT_EQ(options.steps.size(), 6U);
+    ASSERT_EQ(options.steps.size(), 7U);
     constexpr CleanStep::Kind kinds[] = {CleanStep::areas, CleanStep::round, CleanStep::selfcal,
-                                         CleanStep::areas, CleanStep::round, CleanStep::from};
+                                         CleanStep::areas, CleanStep::round, CleanStep::from,
+                                         CleanStep::chain};
+    EXPECT_EQ(options.steps[6].gains, (std::vector<int>{2, 1}));
     for (std::size_t i = 0; i < std::size(kinds); ++i)
         EXPECT_EQ(options.steps[i].kind, kinds[i]) << i;
     EXPECT_EQ(options.steps[3].file, "");
@@ -110,6 +114,46 @@ TEST(CleanOptions, TextsOfStepsReadBackToTheSame)
         ASSERT_TRUE(readSelfCal(text, selfcal, error)) << error;
         EXPECT_EQ(selfCalText(selfcal), text);
     }
+}
+
+TEST(ChainEdits, LaterLinksAreStaleUntilTheyAreConfirmedOrSolvedAgain)
+{
+    ChainEdits edits;
+    EXPECT_TRUE(edits.add(1, "phase"));
+    EXPECT_TRUE(edits.add(2, "amplitude"));
+    EXPECT_TRUE(edits.add(3, "whole"));
+    const auto stale = [&] {
+        std::string text;
+        for (std::size_t i = 0; i < edits.chain().size(); ++i)
+            text += isStale(edits.chain(), i) ? 's' : '-';
+        return text;
+    };
+    EXPECT_EQ(stale(), "---");
+    EXPECT_TRUE(edits.setOn(0, 0));
+    EXPECT_EQ(stale(), "-ss");
+    EXPECT_TRUE(edits.confirm(1));
+    EXPECT_EQ(stale(), "--s");
+    EXPECT_TRUE(edits.setOn(0, 1));
+    EXPECT_EQ(stale(), "-s-") << "the last one was solved on both";
+    EXPECT_TRUE(edits.undo() && edits.undo() && edits.undo());
+    EXPECT_EQ(stale(), "---");
+    EXPECT_EQ(edits.redoLabel(), "Switching off \"phase\"");
+    EXPECT_TRUE(edits.remove(1));
+    EXPECT_EQ(stale(), "-s");
+    EXPECT_EQ(linkLineOf(edits.chain(), 1).solvedOn, "1, a removed one");
+    EXPECT_FALSE(edits.redo());
+
+    std::vector<StudyLink> chain = edits.chain();
+    replaceLink(chain, 0, 4, "phase again");
+    edits.follow(chain, "solved");
+    EXPECT_EQ(stale(), "-s");
+    EXPECT_TRUE(edits.confirm(1));
+    EXPECT_EQ(stale(), "--");
+    // the chain of a round: links of an earlier step are what they were
+    EXPECT_TRUE(edits.take({1, 2, 9}));
+    EXPECT_EQ(edits.chain()[1].name, "amplitude");
+    EXPECT_EQ(stale(), "---");
+    EXPECT_FALSE(edits.take({1, 2, 9}));
 }
 
 TEST(RoundLines, BranchesLieDeeperThanTheLineTheyLeave)
