@@ -14,7 +14,7 @@ constexpr KeyLine keys[] = {
     {"Shift+F5", "ends the round with this cycle, when it stops after each cycle"},
     {"Ctrl+F5", "stops now; what was half made goes"},
     {"F4, Shift+F4", "CLEAN parameters; the beam that maps are restored with"},
-    {"F8, F9", "self-calibration; the gains of the last one as a graph"},
+    {"F8, Shift+F8, F9", "self-calibration; the chain of gains; its gains as a graph"},
     {"F6, Shift+F6", "to the next part: map, curve, rounds, details, row; to the one before"},
     {"Up, Down", "among the rounds: shows another one, from which the next goes on"},
     {"Enter, double click", "on a round: goes on from it, with the keyboard in the map"},
