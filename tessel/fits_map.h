@@ -33,6 +33,9 @@ PAVANE_API int readFitsMap(const std::string& file, int plane, FitsMap& map, std
 PAVANE_API int writeFitsMask(const std::string& file, const ABitMatrix& mask, const MapHeader& like,
                              std::string& error, const ProgressFunction& progress = {});
 
+/// The cells of a row of a mask: 0.0 and 1.0.
+PAVANE_API void fillMaskRow(const ABitMatrix& mask, int row, float* cells);
+
 /// Writes a map the same way, values as they are (NaN for blank cells).
 PAVANE_API int writeFitsMap(const std::string& file, const AMatrix<float>& cells,
                             const MapHeader& header, std::string& error,

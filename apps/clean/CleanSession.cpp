@@ -29,6 +29,8 @@ namespace
 constexpr int mostTries = 20;
 constexpr std::chrono::milliseconds pause{50};
 constexpr unsigned newsMessage = WM_USER + 17;
+/// Of work between two looks at what the user does.
+constexpr int sliceMilliseconds = 15;
 
 std::string folderFor(const CleanOptions& options)
 {
@@ -67,7 +69,11 @@ public:
 
     int Create() { return CWnd::Create("PavaneRunner", "", WS_POPUP, CRect(), nullptr, 0); }
     /// The next child of the job, or its end; from a message, so that nothing is deeper within.
-    void Advance() { PostMessage(newsMessage, advance, 0); }
+    void Advance()
+    {
+        if (!isAdvancing_)
+            isAdvancing_ = PostMessage(newsMessage, advance, 0);
+    }
     void Terminate() { process_.Terminate(); }
     void Kill() { process_.Kill(); }
     int IsRunning() const { return process_.IsRunning(); }
@@ -76,9 +82,11 @@ public:
     {
         if (message != newsMessage)
             return CWnd::WindowProc(message, wParam, lParam);
-        if (wParam == advance)
-            next();
-        else
+        if (wParam == advance) {
+            isAdvancing_ = 0;
+            if (!process_.IsRunning())
+                next();
+        } else
             hear(*reinterpret_cast<const ProcessNews*>(lParam));  // NOLINT: a pointer in it
         return 0;
     }
@@ -103,6 +111,8 @@ private:
         while (session_.job_) {
             JobCommand command;
             const JobTurn turn = session_.job_->next(command);
+            if (turn == JobTurn::more)
+                return Advance();
             if (turn != JobTurn::start) {
                 const std::string fault =
                     turn == JobTurn::failed ? faultText(*session_.job_) : std::string();
@@ -136,6 +146,7 @@ private:
 
     CleanSession& session_;
     CProcess process_;
+    int isAdvancing_ = 0;  ///< its message is on its way
 };
 
 CleanSession::CleanSession() : runner_(std::make_unique<Runner>(*this)) {}
@@ -241,6 +252,7 @@ JobPrograms CleanSession::programs() const
     programs.engine = engine_.get();
     programs.data = dataProgram_;
     programs.threads = engineThreads();
+    programs.slice = sliceMilliseconds;
     return programs;
 }
 
@@ -402,8 +414,8 @@ int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error, const
 /// A moment of it; the window hears its user between.
 int CleanSession::solve(std::string& error)
 {
-    constexpr std::chrono::milliseconds slice{15};
-    return runSlice(slice, [&] { return calibration_->step(error); });
+    return runSlice(std::chrono::milliseconds(sliceMilliseconds),
+                    [&] { return calibration_->step(error); });
 }
 
 /// The model's visibilities are made by the engine, for a calibration that waits for them.
@@ -513,8 +525,8 @@ int CleanSession::beginExport(std::string& error)
 
 int CleanSession::writeData(std::string& error)
 {
-    constexpr std::chrono::milliseconds slice{15};
-    return runSlice(slice, [&] { return export_->step(error); });
+    return runSlice(std::chrono::milliseconds(sliceMilliseconds),
+                    [&] { return export_->step(error); });
 }
 
 void CleanSession::exported(const std::string& error)

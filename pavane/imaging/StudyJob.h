@@ -24,7 +24,8 @@ enum class JobTurn {
     start,    ///< start the command, tell its lines and its end, then ask again
     done,     ///< the job has ended well
     stopped,  ///< it was stopped: the study is as before
-    failed    ///< `fault` says why: the study is as before
+    failed,   ///< `fault` says why: the study is as before
+    more      ///< nothing to start yet: let the user be heard and ask again (JobPrograms::slice)
 };
 
 /// How a job stands, for the window.
@@ -47,6 +48,9 @@ struct JobPrograms {
     const AImagingEngine* engine = nullptr;  ///< not owned, outlives the job
     std::vector<std::string> data = {"pavane-ms"};
     int threads = 1;
+    /// Milliseconds after which `next` answers `more` when it is still at reading, copying or
+    /// syncing maps; 0: never.
+    double slice = 0;
 };
 
 /// What is to be imported; texts as `pavane-ms import` takes them, "" all.
@@ -59,6 +63,7 @@ struct ImportChoice {
 ///
 ///     while (job.next(command) == JobTurn::start) run(command) feeding job.line, then job.ended
 ///
+/// A host with a window sets a slice, and asks again by a message when the answer is `more`.
 /// Nothing here waits or starts anything. A study has one job at a time. Rounds appear when they
 /// are whole; a job that fails, is stopped or is destroyed leaves the study as it was, but for the
 /// tags that became unknown.
@@ -96,7 +101,7 @@ public:
     /// A round of a model of the user's: points snap to cells, other components go by ToMap.
     void model(int parent, const CleanParameters& parameters, const AComponents& components);
 
-    /// What comes next.
+    /// What comes next; all work between children is done here, `ended` only notes.
     JobTurn next(JobCommand& command);
     /// The host has started the command: process and start time go into the lock.
     void started(int process, long long startTime);

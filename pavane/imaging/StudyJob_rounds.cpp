@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 namespace pavane
 {
@@ -57,17 +58,11 @@ int StudyJob::Work::beginRound(RoundKind kind, int parent, const CleanParameters
 }
 
 /// The beam that the engine fitted stands in its beam map.
-int StudyJob::Work::readDirty()
+void StudyJob::Work::useBeam()
 {
-    FitsMap beam;
-    std::string why;
-    const std::string name = "shared/" + mapsKey + "-psf.fits";
-    if (!readEngineMap(path(name), made.parameters.width, made.parameters.height, beam, why))
-        return fail(name + " " + why);
     if (beam.header.hasBeam)
         made.beam = {beam.header.bmaj * degreeInArcseconds, beam.header.bmin * degreeInArcseconds,
                      beam.header.bpa};
-    return 1;
 }
 
 int StudyJob::Work::registerRound()
@@ -111,12 +106,7 @@ int emptyFolder(const std::string& folder, std::string& why)
 int StudyJob::Work::registerDirty()
 {
     std::string why;
-    FitsMap dirty;
-    const std::string name = "shared/" + mapsKey + "-dirty.fits";
-    if (!readEngineMap(path(name), made.parameters.width, made.parameters.height, dirty, why))
-        return fail(name + " " + why);
-    if (!readDirty())
-        return 0;
+    useBeam();
     measureRound(dirty, nullptr, nullptr, mask, made.numbers);
     return emptyFolder(path(roundFolder), why) ? registerRound()
                                                : fail(std::string(roundFolder) + " " + why);
@@ -160,10 +150,7 @@ int StudyJob::Work::planResidual(int parent, const CleanParameters& parameters)
             if (!emptyFolder(path(roundFolder), why))
                 return fail(std::string(roundFolder) + " " + why);
             const std::string folder = std::string(roundFolder) + "/";
-            // in the areas of its parent, so that their noises compare
-            const StudyRound* const parentRound = study.round(made.parent);
-            if (!readDirty() || (parentRound && !keepMask(study.areasOf(*parentRound))))
-                return 0;
+            useBeam();
             measureRound(maps[EngineFile::residual], &maps[EngineFile::model], nullptr, mask,
                          made.numbers);
             if (const StudyRound* const old = study.round(made.parent))
@@ -179,6 +166,11 @@ int StudyJob::Work::planResidual(int parent, const CleanParameters& parameters)
         });
     });
     before([this] { return needModel(made.parent); });
+    before([this] {
+        // in the areas of its parent, so that their noises compare
+        const StudyRound* const parentRound = study.round(made.parent);
+        return parentRound ? keepMask(study.areasOf(*parentRound)) : 1;
+    });
     before([this, data, parameters] { return needMaps(data, parameters); });
     before([this, data] { return needData(data); });
     return beginRound(RoundKind::residual, parent, parameters);
@@ -204,7 +196,8 @@ int StudyJob::Work::planClean(int parent, const CleanParameters& parameters,
         return planResidual(parent, parameters);
     }
     before([this] { return cleanOnce(); });
-    before([this, areas] { return keepMask(areas) && startCleaning(); });
+    before([this] { return startCleaning(); });
+    before([this, areas] { return keepMask(areas); });
     before([this] { return needModel(made.parent); });
     before([this, data, parameters] { return needMaps(data, parameters); });
     before([this, data] { return needData(data); });
@@ -213,12 +206,8 @@ int StudyJob::Work::planClean(int parent, const CleanParameters& parameters,
 
 int StudyJob::Work::keepMask(const std::string& areas)
 {
-    FitsMap dirty;
     std::string why;
-    const std::string name = "shared/" + mapsKey + "-dirty.fits";
-    if (!readEngineMap(path(name), made.parameters.width, made.parameters.height, dirty, why))
-        return fail(name + " " + why);
-    if (!maskOfAreas(areas, dirty, mask, why))
+    if (!maskOfAreas(areas, dirty.header, dirty.rows, dirty.columns, mask, why))
         return fail(why);
     made.areas = study.keepAreas(areas);
     if (made.areas.empty() && !areas.empty())
@@ -227,35 +216,57 @@ int StudyJob::Work::keepMask(const std::string& areas)
         return 1;
     made.mask = "mask-" + contentKey(bitsOf(mask) + made.maps);
     const std::string file = "shared/" + made.mask + ".fits";
-    if (IsFileExists(path(file)))
-        return 1;
-    return writeFitsMask(path(file), mask, dirty.header, why) ? 1 : fail(file + " " + why);
+    return IsFileExists(path(file)) || writeMask(file);
+}
+
+int StudyJob::Work::writeMask(const std::string& file)
+{
+    const std::string aside = "work/new/mask.fits";
+    before({[this, aside] {
+                const auto cells =
+                    std::make_shared<std::vector<float>>(static_cast<std::size_t>(mask.columns()));
+                return write(aside, dirty.header, 0, [this, cells](int row) {
+                    fillMaskRow(mask, row, cells->data());
+                    return cells->data();
+                });
+            },
+            [this, aside] { return sync(aside); },
+            [this, aside, file] {
+                std::string why;
+                return renameWhole(path(aside), path(file), why) ? 1 : fail(file + " " + why);
+            }});
+    return 1;
 }
 
 int StudyJob::Work::startCleaning()
 {
     const StudyRound* const from = study.round(made.parent);
     std::string why;
-    FitsMap residual;
-    const std::string name = study.mapFile(made.parent, RoundMap::residual);
-    if (!from || !readEngineMap(name, made.parameters.width, made.parameters.height, residual, why))
-        return fail(relative(name) + " " + why);
+    if (!from)
+        return fail("there is no round " + std::to_string(made.parent));
+    if (!emptyFolder(path(roundFolder), why))
+        return fail(std::string(roundFolder) + " " + why);
+    useBeam();
     startModel = from->hasModel ? relative(study.mapFile(made.parent, RoundMap::model)) : "";
-    const CleanParameters& p = made.parameters;
-    made.numbers.threshold = p.unit == ThresholdUnit::sigma
-                                 ? p.threshold * noiseOutside(residual.cells, mask)
-                                 : p.threshold * 1e-3;
     made.numbers.allIterations = from->numbers.allIterations;
-    const CellPeak peak = peakIn(residual.cells, mask);
-    lastPeak = std::abs(peak.value);
     state.peak = state.firstPeak = -1;
     state.fraction = -1;
-    state.threshold = made.numbers.threshold;
-    state.limit = p.iterations;
+    state.limit = made.parameters.iterations;
     state.iterations = 0;
     state.cycle = 0;
-    return emptyFolder(path(roundFolder), why) ? readDirty()
-                                               : fail(std::string(roundFolder) + " " + why);
+    const std::string name = relative(study.mapFile(made.parent, RoundMap::residual));
+    const int isInSigma = made.parameters.unit == ThresholdUnit::sigma;
+    return read(name, isInSigma,
+                [this, name, isInSigma](const MeasuredMap* residual, const std::string& fault) {
+                    if (!residual)
+                        return fail(name + " " + fault);
+                    const double threshold = made.parameters.threshold;
+                    made.numbers.threshold =
+                        isInSigma ? threshold * noiseOutside(*residual) : threshold * 1e-3;
+                    state.threshold = made.numbers.threshold;
+                    lastPeak = std::abs(residual->sums.peakInside().value);
+                    return 1;
+                });
 }
 
 int StudyJob::Work::cleanOnce()
@@ -277,7 +288,7 @@ int StudyJob::Work::cleanOnce()
 int StudyJob::Work::isCycleLast()
 {
     const EngineNews& news = state.news;
-    const double peak = std::abs(peakIn(maps[EngineFile::residual].cells, mask).value);
+    const double peak = std::abs(maps[EngineFile::residual].sums.peakInside().value);
     grown = lastPeak >= 0 && peak > lastPeak ? grown + 1 : 0;
     lastPeak = peak;
     const char* reason = nullptr;
@@ -373,7 +384,8 @@ int StudyJob::Work::planModel(int parent, const CleanParameters& parameters,
             measureRound(maps[EngineFile::residual], &maps[EngineFile::model], nullptr, mask,
                          made.numbers);
             made.hasModel = 1;
-            if (!readDirty() || !move(files[EngineFile::residual], folder + "residual.fits") ||
+            useBeam();
+            if (!move(files[EngineFile::residual], folder + "residual.fits") ||
                 !move(files[EngineFile::model], folder + "model.fits") || !registerRound())
                 return 0;
             return study.setModelTag({1, AStudy::tagOf(made)})
@@ -381,19 +393,17 @@ int StudyJob::Work::planModel(int parent, const CleanParameters& parameters,
                        : fail("the study: it " + study.fault());
         });
     });
-    before([this, start, components] {
-        FitsMap dirty, model;
-        std::string why;
-        const std::string name = "shared/" + mapsKey + "-dirty.fits";
-        if (!readEngineMap(path(name), made.parameters.width, made.parameters.height, dirty, why))
-            return fail(name + " " + why);
-        if (!modelOfComponents(components, dirty, model, why))
-            return fail(why);
-        if (!writeFitsMap(path(start), model.cells, model.header, why))
-            return fail(start + " " + why);
+    before([this, start] {
         EngineTask task = taskFor(made.parameters);
         task.model = start;
         return runSteps(programs.engine->predict(task), nullptr);
+    });
+    before([this, start, components] {
+        const auto model = std::make_shared<FitsMap>();
+        std::string why;
+        if (!modelOfComponents(components, dirty.header, dirty.rows, dirty.columns, *model, why))
+            return fail(why);
+        return write(start, model->header, 1, [model](int row) { return model->cells.row(row); });
     });
     before([this, data, parameters] { return needMaps(data, parameters); });
     before([this, data] { return needData(data); });

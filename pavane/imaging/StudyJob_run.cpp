@@ -18,6 +18,12 @@ constexpr std::size_t mostLines = 400;
 constexpr std::size_t mostText = std::size_t{16} << 20U;
 constexpr std::int64_t progressSteps = 1000;
 
+double millisecondsSince(std::chrono::steady_clock::time_point start)
+{
+    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start)
+        .count();
+}
+
 /// "37 %".
 int percentOf(const std::string& line)
 {
@@ -37,10 +43,18 @@ int percentOf(const std::string& line)
 
 int StudyJob::Work::startStep()
 {
+    std::vector<Task> list;
+    for (const EngineStep::Copy& each : steps.front().before)
+        if (each.from != each.to)
+            list.emplace_back([this, each] { return copy(each.from, each.to); });
+    list.emplace_back([this] { return launch(); });
+    before(std::move(list));
+    return 1;
+}
+
+int StudyJob::Work::launch()
+{
     const EngineStep& step = steps.front();
-    for (const EngineStep::Copy& each : step.before)
-        if (each.from != each.to && !copy(each.from, each.to))
-            return 0;
     if (step.writesModel && !study.setModelTag({}))
         return fail("the study: it " + study.fault());
     for (const EngineStep::Output& each : step.outputs) {
@@ -88,35 +102,41 @@ int StudyJob::Work::runData(const std::vector<std::string>& words, const std::st
     return 1;
 }
 
-int StudyJob::Work::checkOutputs(const EngineStep& step)
+/// What the child has made, before it counts: read, measured and on the disk.
+int StudyJob::Work::takeOutput(const EngineStep::Output& output)
 {
-    if (step.makesMaps && state.news.visibilities == 0)
-        return fail("no visibility is left for the map: all are flagged or not selected");
-    for (const EngineStep::Output& each : step.outputs) {
-        std::string why;
-        FitsMap map;
-        if (!readEngineMap(path(each.file), made.parameters.width, made.parameters.height, map,
-                           why))
-            return fail("the engine ended without a good map: " + each.file + " " + why);
-        maps[each.kind] = std::move(map);
-        files[each.kind] = each.file;
-    }
-    return 1;
+    const int wantsNoise = output.kind == EngineFile::residual ||
+                           (output.kind == EngineFile::dirty && made.kind == RoundKind::dirty);
+    return read(
+        output.file, wantsNoise, [this, output](const MeasuredMap* map, const std::string& why) {
+            if (!map)
+                return fail("the engine ended without a good map: " + output.file + " " + why);
+            maps[output.kind] = *map;
+            files[output.kind] = output.file;
+            return sync(output.file);
+        });
 }
 
 int StudyJob::Work::endStep()
 {
-    if (isEngine) {
-        const EngineStep step = steps.front();
-        if (!checkOutputs(step))
-            return 0;
+    const Task goOn = [this] {
+        const Task after = std::move(then);
+        then = nullptr;
+        return !after || after();
+    };
+    if (!isEngine)
+        return goOn();
+    if (steps.front().makesMaps && state.news.visibilities == 0)
+        return fail("no visibility is left for the map: all are flagged or not selected");
+    std::vector<Task> list;
+    for (const EngineStep::Output& each : steps.front().outputs)
+        list.emplace_back([this, each] { return takeOutput(each); });
+    list.emplace_back([this, goOn] {
         steps.erase(steps.begin());
-        if (!steps.empty())
-            return startStep();
-    }
-    const Task after = std::move(then);
-    then = nullptr;
-    return !after || after();
+        return steps.empty() ? goOn() : startStep();
+    });
+    before(std::move(list));
+    return 1;
 }
 
 void StudyJob::Work::takeLine(const std::string& line, int isError)
@@ -244,7 +264,10 @@ try {
         if (!w.begin())
             w.finish(JobTurn::failed);
     }
-    while (!w.hasEnded) {
+    if (w.isRunning)
+        return JobTurn::more;
+    const auto turnBegan = std::chrono::steady_clock::now();
+    for (int tasks = 0; !w.hasEnded; ++tasks) {
         if (w.isStopping) {
             w.finish(JobTurn::stopped);
         } else if (w.isPending) {
@@ -259,6 +282,9 @@ try {
             return JobTurn::start;
         } else if (w.tasks.empty()) {
             w.finish(JobTurn::done);
+        } else if (tasks > 0 && w.programs.slice > 0 &&
+                   millisecondsSince(turnBegan) >= w.programs.slice) {
+            return JobTurn::more;
         } else {
             const Work::Task task = std::move(w.tasks.front());
             w.tasks.pop_front();
@@ -302,8 +328,7 @@ try {
     }
     w.state.seconds =
         std::chrono::duration<double>(std::chrono::steady_clock::now() - w.began).count();
-    if (!w.endStep())
-        w.finish(JobTurn::failed);
+    w.before([&w] { return w.endStep(); });
 } catch (const std::bad_alloc&) {
     work_->fault = "there is not enough memory";
     work_->finish(JobTurn::failed);

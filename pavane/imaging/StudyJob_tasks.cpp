@@ -1,6 +1,10 @@
 #include "pavane/imaging/study_words.h"
 #include "pavane/imaging/StudyJob_work.h"
+#include "tessel/FitsMapWriter.h"
 #include "tessel/folders.h"
+
+#include <algorithm>
+#include <memory>
 
 namespace pavane
 {
@@ -9,6 +13,8 @@ namespace
 {
 
 constexpr const char* newFolder = "work/new";
+/// Cells that are written at once.
+constexpr int pieceCells = 1 << 18;
 
 }  // namespace
 
@@ -47,12 +53,99 @@ EngineTask StudyJob::Work::taskFor(const CleanParameters& parameters) const
     return studyTask(study, parameters, programs.threads);
 }
 
+void StudyJob::Work::before(std::vector<Task> list)
+{
+    for (auto each = list.rbegin(); each != list.rend(); ++each)
+        tasks.push_front(std::move(*each));
+}
+
+void StudyJob::Work::inPieces(std::function<WorkPiece()> piece)
+{
+    before([this, piece = std::move(piece)] {
+        const WorkPiece answer = piece();
+        if (answer == WorkPiece::more)
+            inPieces(piece);
+        return answer != WorkPiece::failed;
+    });
+}
+
+int StudyJob::Work::read(const std::string& name, int wantsNoise, MapUse use)
+{
+    const auto reading = std::make_shared<MapMeasure>();
+    std::string why;
+    if (!reading->begin(path(name), made.parameters.width, made.parameters.height, mask, wantsNoise,
+                        why))
+        return use(nullptr, why);
+    inPieces([reading, use = std::move(use)] {
+        std::string fault;
+        const WorkPiece piece = reading->step(fault);
+        if (piece == WorkPiece::more)
+            return piece;
+        return use(piece == WorkPiece::done ? &reading->map() : nullptr, fault) ? WorkPiece::done
+                                                                                : WorkPiece::failed;
+    });
+    return 1;
+}
+
+int StudyJob::Work::write(const std::string& name, const MapHeader& like, int isMap,
+                          std::function<const float*(int row)> rowOf)
+{
+    struct Writing {
+        AFile file;
+        FitsMapWriter rows;
+        int row = 0;
+    };
+    const auto writing = std::make_shared<Writing>();
+    const int columns = made.parameters.width, rows = made.parameters.height;
+    const auto refuse = [this, name, writing] {
+        (void)fail(name + " " + writing->rows.fault());
+        return WorkPiece::failed;
+    };
+    if (!writing->file.open(path(name), AFile::writeOnly | AFile::create) ||
+        !writing->rows.begin(writing->file, rows, columns, like, isMap))
+        return refuse() == WorkPiece::done;
+    inPieces([writing, refuse, rows, columns, rowOf = std::move(rowOf)] {
+        const int end = std::min(rows, writing->row + std::max(1, pieceCells / columns));
+        for (; writing->row < end; ++writing->row)
+            if (!writing->rows.write(rowOf(writing->row)))
+                return refuse();
+        if (end < rows)
+            return WorkPiece::more;
+        return writing->rows.finish() && writing->file.close() ? WorkPiece::done : refuse();
+    });
+    return 1;
+}
+
+int StudyJob::Work::sync(const std::string& name)
+{
+    const auto syncing = std::make_shared<FileSync>();
+    std::string why;
+    if (!syncing->begin(path(name), why))
+        return fail(name + " " + why);
+    inPieces([this, name, syncing] {
+        std::string fault;
+        const WorkPiece piece = syncing->step(fault);
+        if (piece == WorkPiece::failed)
+            (void)fail(name + " " + fault);
+        return piece;
+    });
+    return 1;
+}
+
 int StudyJob::Work::copy(const std::string& from, const std::string& to)
 {
+    const auto copying = std::make_shared<FileCopy>();
     std::string why;
-    if (!copyWhole(path(from), path(to), why))
+    if (!copying->begin(path(from), path(to), 0, why))
         return fail(to + " " + why);
     noteCommand({"cp", from, to});
+    inPieces([this, to, copying] {
+        std::string fault;
+        const WorkPiece piece = copying->step(fault);
+        if (piece == WorkPiece::failed)
+            (void)fail(to + " " + fault);
+        return piece;
+    });
     return 1;
 }
 
@@ -90,21 +183,35 @@ int StudyJob::Work::needMaps(const DataState& data, const CleanParameters& param
 {
     mapsKey = AStudy::mapsKey(data, parameters);
     const std::string shared = "shared/" + mapsKey;
-    FitsMap map;
-    std::string why;
-    if (readEngineMap(path(shared + "-dirty.fits"), parameters.width, parameters.height, map,
-                      why) &&
-        readEngineMap(path(shared + "-psf.fits"), parameters.width, parameters.height, map, why))
-        return 1;
-    made.parameters = parameters;
+    // of a round that is the dirty map the noise is wanted too
+    return read(shared + "-dirty.fits", made.kind == RoundKind::dirty,
+                [this, shared](const MeasuredMap* map, const std::string&) {
+                    if (!map)
+                        return makeMaps();
+                    dirty = *map;
+                    return read(shared + "-psf.fits", 0,
+                                [this](const MeasuredMap* second, const std::string&) {
+                                    if (!second)
+                                        return makeMaps();
+                                    beam = *second;
+                                    return 1;
+                                });
+                });
+}
+
+int StudyJob::Work::makeMaps()
+{
+    const std::string shared = "shared/" + mapsKey;
     // other commands of the round begin anew behind these
     std::vector<std::vector<std::string>> others;
     others.swap(commands);
-    return runSteps(programs.engine->dirty(taskFor(parameters)), [this, shared, others] {
+    return runSteps(programs.engine->dirty(taskFor(made.parameters)), [this, shared, others] {
         std::string error;
         if (!move(files[EngineFile::dirty], shared + "-dirty.fits") ||
             !move(files[EngineFile::beam], shared + "-psf.fits"))
             return 0;
+        dirty = maps[EngineFile::dirty];
+        beam = maps[EngineFile::beam];
         const std::string lines = commandLines(commands);
         commands = others;
         return writeWhole(path(shared + "-commands.txt"), lines, error)

@@ -1,13 +1,11 @@
 #include "pavane/imaging/round_maps.h"
 
-#include "pavane/axes/maps/cells/map_statistics.h"
 #include "pavane/axes/maps/MapFrame.h"
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/areas/AreaCollection.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <new>
 #include <numbers>
 
@@ -17,10 +15,7 @@ namespace pavane
 namespace
 {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double degree = std::numbers::pi / 180;
-
-bool isSet(const ABitMatrix& mask, int r, int c) { return mask.rows() == 0 || mask.get(r, c) != 0; }
 
 /// Calls `use(row, column, value)` for the cells with a value.
 template <typename Use>
@@ -65,22 +60,8 @@ int putPoint(const ACompItem& item, const MapFrame& frame, AMatrix<float>& cells
 
 }  // namespace
 
-int readEngineMap(const std::string& file, int width, int height, FitsMap& map, std::string& fault)
-{
-    if (!readFitsMap(file, 0, map, fault))
-        return 0;
-    if (map.cells.columns() != width || map.cells.rows() != height) {
-        fault = "has another size";
-        return 0;
-    }
-    std::int64_t count = 0;
-    forCells(map.cells, [&count](int, int, double) { ++count; });
-    if (count == 0)
-        fault = "has no cell with a value";
-    return count != 0;
-}
-
-int maskOfAreas(const std::string& areas, const FitsMap& map, ABitMatrix& mask, std::string& fault)
+int maskOfAreas(const std::string& areas, const MapHeader& header, int rows, int columns,
+                ABitMatrix& mask, std::string& fault)
 try {
     mask = ABitMatrix();
     if (areas.empty())
@@ -94,13 +75,12 @@ try {
     }
     if (collection.count() == 0)
         return 1;
-    const int columns = map.cells.columns(), rows = map.cells.rows();
     mask = ABitMatrix(rows, columns);
     if (mask.rows() != rows) {
         fault = "there is not enough memory for the mask";
         return 0;
     }
-    if (!collection.FillMatrix(mask, columns, rows, frameOfMap(map).centres())) {
+    if (!collection.FillMatrix(mask, columns, rows, frameOf(header, rows, columns).centres())) {
         fault = "there are areas that give no cells";
         return 0;
     }
@@ -112,64 +92,6 @@ try {
 } catch (const std::bad_alloc&) {
     fault = "there is not enough memory for the mask";
     return 0;
-}
-
-CellPeak peakIn(const AMatrix<float>& cells, const ABitMatrix& mask)
-{
-    CellPeak peak;
-    forCells(cells, [&](int r, int c, double value) {
-        if (isSet(mask, r, c) && (peak.x < 0 || std::abs(value) > std::abs(peak.value)))
-            peak = {value, c, r};
-    });
-    return peak;
-}
-
-double rmsOf(const AMatrix<float>& cells, const ABitMatrix& mask, int inside)
-{
-    double sum = 0;
-    std::int64_t count = 0;
-    forCells(cells, [&](int r, int c, double value) {
-        if (isSet(mask, r, c) == (inside != 0)) {
-            sum += value * value;
-            ++count;
-        }
-    });
-    return count ? std::sqrt(sum / static_cast<double>(count)) : nan;
-}
-
-double noiseOutside(const AMatrix<float>& residual, const ABitMatrix& mask)
-{
-    const double rms = mask.rows() ? rmsOf(residual, mask, 0) : nan;
-    return std::isfinite(rms) ? rms : mapNoise(AFloatMatrixAccess(residual)).sigma;
-}
-
-void measureRound(const FitsMap& residual, const FitsMap* model, const FitsMap* restored,
-                  const ABitMatrix& mask, RoundNumbers& numbers)
-{
-    const CellPeak peak = peakIn(residual.cells, mask);
-    numbers.peak = peak.x < 0 ? nan : peak.value;
-    numbers.peakX = peak.x;
-    numbers.peakY = peak.y;
-    numbers.noiseOutside = noiseOutside(residual.cells, mask);
-    numbers.noiseInside = rmsOf(residual.cells, mask, 1);
-    numbers.maskCells = mask.rows() ? mask.count() : 0;
-    numbers.modelFlux = 0;
-    if (model)
-        forCells(model->cells, [&](int, int, double value) { numbers.modelFlux += value; });
-    numbers.restoredFlux = numbers.restoredPeak = numbers.dynamicRange = nan;
-    if (!restored)
-        return;
-    double sum = 0, greatest = -std::numeric_limits<double>::infinity();
-    forCells(restored->cells, [&](int r, int c, double value) {
-        greatest = std::max(greatest, value);
-        if (isSet(mask, r, c))
-            sum += value;
-    });
-    numbers.restoredPeak = greatest;
-    if (numbers.noiseOutside > 0)
-        numbers.dynamicRange = greatest / numbers.noiseOutside;
-    const double cells = beamCells(restored->header, frameOfMap(*restored));
-    numbers.restoredFlux = cells > 0 ? sum / cells : nan;
 }
 
 int componentsOfModel(const FitsMap& model, AComponents& components, std::string& fault,
@@ -205,21 +127,21 @@ try {
     return 0;
 }
 
-int modelOfComponents(const AComponents& components, const FitsMap& like, FitsMap& model,
-                      std::string& fault)
+int modelOfComponents(const AComponents& components, const MapHeader& like, int rows, int columns,
+                      FitsMap& model, std::string& fault)
 try {
     model = FitsMap();
-    const MapFrame frame = frameOfMap(like);
+    const MapFrame frame = frameOf(like, rows, columns);
     if (!frame.onSky) {
         fault = "the map has no place on the sky";
         return 0;
     }
-    if (!model.cells.allocate(like.cells.rows(), like.cells.columns())) {
+    if (!model.cells.allocate(rows, columns)) {
         fault = "there is not enough memory for the model";
         return 0;
     }
     model.cells.fill(0);
-    model.header = like.header;
+    model.header = like;
     model.header.bunit = "JY/PIXEL";
     model.header.hasBeam = 0;
     TMinMax range = frame.centres();

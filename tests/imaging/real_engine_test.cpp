@@ -242,7 +242,7 @@ TEST_F(RealEngine, CyclesMaskAndList)
     for (std::int64_t i = 0; i < model.cells.cells(); ++i)
         ASSERT_TRUE(model.cells.data()[i] == 0 || mask.cells.data()[i] != 0);
     FitsMap again;
-    ASSERT_TRUE(modelOfComponents(components, model, again, fault)) << fault;
+    ASSERT_TRUE(modelOfComponents(components, model.header, 128, 128, again, fault)) << fault;
     EXPECT_EQ(greatestDifference(model, again), 0);
     // as a round of its own they leave the same residual
     const int edited = make([&](StudyJob& job) { job.model(round, cycles, components); });

@@ -39,7 +39,9 @@ inline JobTurn runJob(StudyJob& job, int stopAfter = -1)
     JobCommand command;
     JobTurn turn = JobTurn::start;
     int lines = 0;
-    while ((turn = job.next(command)) == JobTurn::start) {
+    while ((turn = job.next(command)) == JobTurn::start || turn == JobTurn::more) {
+        if (turn == JobTurn::more)
+            continue;
         ChildProcess child;
         std::string error;
         ProcessLimits limits;
@@ -75,13 +77,21 @@ inline JobTurn runJob(StudyJob& job, int stopAfter = -1)
 }
 
 /// Runs a job with the scripted engine in this process; child number `at`, or with -1 that which
-/// cleans, does mischief.
+/// cleans, does mischief. Of a job in slices `stopsAt` says in which slice between children it is
+/// stopped (-1: in none).
 inline JobTurn runScriptedJob(StudyJob& job, Mischief mischief = Mischief::none, int at = 0,
-                              int* children = nullptr)
+                              int* children = nullptr, int stopsAt = -1)
 {
     JobCommand command;
     JobTurn turn = JobTurn::start;
-    for (int n = 0; (turn = job.next(command)) == JobTurn::start; ++n) {
+    int n = -1;
+    while ((turn = job.next(command)) == JobTurn::start || turn == JobTurn::more) {
+        if (turn == JobTurn::more) {
+            if (stopsAt-- == 0)
+                job.stop();
+            continue;
+        }
+        ++n;
         // env -C FOLDER words...
         const std::vector<std::string> words(command.words.begin() + 3, command.words.end());
         job.started(getpid(), processStartTime(getpid()));

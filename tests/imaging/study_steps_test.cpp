@@ -131,6 +131,7 @@ void Steps::crash()
 {
     study_.close();
     const int where = pick(5), half = pick(2);
+    int slices = pick(2) ? pick(20) : -1;
     const pid_t child = fork();
     if (child == 0) {
         if (study_.open(folder_) != StudyOpening::opened)
@@ -138,7 +139,13 @@ void Steps::crash()
         StudyJob job(study_, all_);
         beginJob(job);
         JobCommand command;
-        for (int n = 0; job.next(command) == JobTurn::start; ++n) {
+        JobTurn turn = JobTurn::start;
+        for (int n = 0; (turn = job.next(command)) == JobTurn::start || turn == JobTurn::more;) {
+            if (turn == JobTurn::more) {
+                if (slices-- == 0)
+                    _exit(0);
+                continue;
+            }
             job.started(getpid(), processStartTime(getpid()));
             const std::vector<std::string> words(command.words.begin() + 3, command.words.end());
             if (n == where && !half)
@@ -146,7 +153,7 @@ void Steps::crash()
             const int status =
                 runScripted(words, command.words[2], n == where ? Mischief::killed : Mischief::none,
                             [](const std::string&) {});
-            if (n == where)
+            if (n++ == where)
                 _exit(0);
             job.ended(status);
         }
@@ -171,6 +178,8 @@ void Steps::changeData()
 void Steps::step()
 {
     const int what = pick(100);
+    // after each task, or all at once
+    all_.slice = pick(2) ? 1e-9 : 0;
     if (what < 3) {
         crash();
         ++done_["crash"];
@@ -202,7 +211,12 @@ void Steps::step()
         if (what >= 95) {
             // stopped before, in or after a child
             JobCommand command;
-            for (int n = pick(4); n > 0 && job.next(command) == JobTurn::start; --n) {
+            for (int n = pick(4); n > 0;) {
+                turn = job.next(command);
+                if (turn == JobTurn::more)
+                    continue;
+                if (turn != JobTurn::start)
+                    break;
                 const std::vector<std::string> words(command.words.begin() + 3,
                                                      command.words.end());
                 if (n == 1)
@@ -210,11 +224,12 @@ void Steps::step()
                 job.ended(runScripted(words, command.words[2],
                                       n == 1 ? Mischief::killed : Mischief::none,
                                       [&job](const std::string& line) { job.line(line); }));
+                --n;
             }
             job.stop();
             turn = job.next(command);
         } else
-            turn = runScriptedJob(job, mischief, pick(4));
+            turn = runScriptedJob(job, mischief, pick(4), nullptr, pick(8) ? -1 : pick(60));
         ++done_[turn == JobTurn::done ? "done" : turn == JobTurn::stopped ? "stopped" : "failed"];
         if (mischief == Mischief::none && what < 95 && turn == JobTurn::failed) {
             ASSERT_TRUE(study_.rounds().empty() ||
