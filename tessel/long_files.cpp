@@ -83,7 +83,8 @@ try {
         fault = readFault(from);
         return 0;
     }
-    block_.resize(static_cast<std::size_t>(std::clamp<std::int64_t>(source_.left(), 1, pieceBytes)));
+    block_.resize(
+        static_cast<std::size_t>(std::clamp<std::int64_t>(source_.left(), 1, pieceBytes)));
     const std::string part = isKept ? to + partEnding : to;
     // never through a link that has the name
     if (!removeAll(part, fault))

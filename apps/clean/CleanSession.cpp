@@ -31,6 +31,9 @@ constexpr std::chrono::milliseconds pause{50};
 constexpr unsigned newsMessage = WM_USER + 17;
 /// Of work between two looks at what the user does.
 constexpr int sliceMilliseconds = 15;
+constexpr int exportPieces = 1000;
+/// Seconds without a line of a child from which on that is told.
+constexpr long long silenceTold = 20;
 
 std::string folderFor(const CleanOptions& options)
 {
@@ -60,6 +63,14 @@ RoundMap mapOf(MapKind kind)
 
 }  // namespace
 
+/// The files of a round on their way out.
+struct CleanSession::FileExport {
+    StudyExport work;
+    AProgress progress;
+    AProgressWriter writer{progress};
+    int told = 0;
+};
+
 /// Starts what the job asks for and tells it what became of it, from the message loop.
 class CleanSession::Runner : public CWnd
 {
@@ -77,7 +88,25 @@ public:
     void Terminate() { process_.Terminate(); }
     void Kill() { process_.Kill(); }
     int IsRunning() const { return process_.IsRunning(); }
+    /// Seconds since the last line of the child that runs; 0 when none does.
+    long long Silence() const
+    {
+        return process_.IsRunning() ? std::chrono::duration_cast<std::chrono::seconds>(
+                                          std::chrono::steady_clock::now() - lastWord_)
+                                          .count()
+                                    : 0;
+    }
 
+    void OnTimer(unsigned id) override
+    {
+        if (id != lookTimer)
+            return CWnd::OnTimer(id);
+        if (!process_.IsRunning())
+            KillTimer(lookTimer);
+        else if (!heard_.empty() ||
+                 std::chrono::steady_clock::now() - lastReport_ > std::chrono::seconds(1))
+            report();
+    }
     LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override
     {
         if (message != newsMessage)
@@ -93,6 +122,10 @@ public:
 
 private:
     static constexpr WPARAM advance = 1000;
+    static constexpr unsigned lookTimer = 1, lookPause = 100;  ///< milliseconds
+    static constexpr std::chrono::milliseconds reportPause{50};
+    /// Bytes of a line that are told; the log of the round has all.
+    static constexpr std::size_t longestSaid = 4000;
 
     void next()
     {
@@ -101,6 +134,12 @@ private:
             if (session_.solve(error))
                 return Advance();
             return session_.calibrated(error);
+        }
+        if (session_.files_) {
+            std::string error;
+            if (session_.writeFiles(error))
+                return Advance();
+            return session_.filesWritten(error);
         }
         if (session_.export_) {
             std::string error;
@@ -124,6 +163,9 @@ private:
             if (process_.Start({command.words, command.settings}, GetSafeHwnd(), newsMessage,
                                error)) {
                 session_.job_->started(process_.GetId(), ProcessStartTime(process_.GetId()));
+                lastWord_ = std::chrono::steady_clock::now();
+                heard_.clear();
+                SetTimer(lookTimer, lookPause);
                 return session_.tell();
             }
             session_.job_->ended(-1, command.words.front() + ": " + error);
@@ -134,18 +176,35 @@ private:
     {
         if (!session_.job_)
             return;
+        lastWord_ = std::chrono::steady_clock::now();
         if (news.kind == ProcessNews::ended) {
+            KillTimer(lookTimer);
+            report();
+            if (!session_.job_)
+                return;
             session_.job_->ended(news.status);
             return Advance();
         }
         session_.job_->line(news.text, news.kind == ProcessNews::errorLine);
-        if (session_.said)
-            session_.said(news.text);
+        heard_.append(heard_.empty() ? "" : "\n").append(news.text, 0, longestSaid);
+        if (lastWord_ - lastReport_ > reportPause)
+            report();
+    }
+
+    /// A program may write faster than anybody reads: not each line is told by itself.
+    void report()
+    {
+        lastReport_ = std::chrono::steady_clock::now();
+        std::string lines = std::exchange(heard_, {});
+        if (!lines.empty() && session_.said)
+            session_.said(lines);
         session_.tell();
     }
 
     CleanSession& session_;
     CProcess process_;
+    std::chrono::steady_clock::time_point lastWord_, lastReport_;
+    std::string heard_;    ///< lines that have not been told
     int isAdvancing_ = 0;  ///< its message is on its way
 };
 
@@ -212,6 +271,7 @@ void CleanSession::close()
     job_.reset();
     calibration_.reset();
     predicted_.reset();
+    files_.reset();
     export_.reset();
     exportFolder_.clear();
     study_.close();
@@ -299,6 +359,9 @@ void CleanSession::tell()
     const JobState& state = job_->state();
     RunNews news;
     news.text = stateText(state);
+    if (const long long silence = runner_->Silence(); silence >= silenceTold)
+        news.text +=
+            "   no word from the program for " + std::to_string(silence) + " s (Ctrl+F5 stops it)";
     news.row = state.cleans ? state.news.peakY : -1;
     news.column = state.cleans ? state.news.peakX : -1;
     if (state.cleans && state.peak > 0 &&
@@ -484,39 +547,68 @@ int CleanSession::startExport(const std::string& folder, std::string& error)
         exportFolder_.clear();
         return 0;
     }
-    if (beginExport(error))
-        return 1;
-    if (!error.empty())
-        return 0;
-    // there were no data to write
-    if (ended)
-        ended(1, CString());
-    return 1;
+    return beginExport(error);
 }
 
-/// Non-zero when the data are being written; 0 when all is there, or `error` says why not.
+/// Non-zero when files are being written; else `error` says why not.
 int CleanSession::beginExport(std::string& error)
 {
-    std::vector<std::string> notes;
-    if (!exportRound(study_, shown(), programs(), exportFolder_, notes, error)) {
+    auto files = std::make_unique<FileExport>();
+    if (!files->work.begin(study_, shown(), programs(), exportFolder_, error)) {
         error.insert(0, exportFolder_ + ": ");
         exportFolder_.clear();
         return 0;
     }
-    for (const std::string& note : notes)
-        if (said)
+    files->writer.SetTotal(exportPieces);
+    files->writer.SetText("Writing files");
+    files_ = std::move(files);
+    jobName_ = "Export";
+    if (began)
+        began();
+    runner_->Advance();
+    return 1;
+}
+
+/// Non-zero while more remains.
+int CleanSession::writeFiles(std::string& error)
+{
+    FileExport& files = *files_;
+    WorkPiece piece = WorkPiece::more;
+    (void)runSlice(std::chrono::milliseconds(sliceMilliseconds), [&] {
+        piece = files.writer.IsCancelled() ? WorkPiece::failed : files.work.step(error);
+        return piece == WorkPiece::more;
+    });
+    const int now = static_cast<int>(files.work.done() * exportPieces);
+    files.writer.Advance(now - std::exchange(files.told, now));
+    return piece == WorkPiece::more;
+}
+
+/// The visibilities follow.
+void CleanSession::filesWritten(const std::string& error)
+{
+    const std::unique_ptr<FileExport> files = std::move(files_);
+    const std::string folder = std::exchange(exportFolder_, {});
+    std::string fault = error.empty() ? error : folder + ": " + error;
+    for (const std::string& note : files->work.notes())
+        if (said && fault.empty())
             said(note);
+    const int isStopped = files->writer.IsCancelled();
+    if (fault.empty() && !isStopped && writeVisibilities(folder, fault))
+        return;
+    if (ended)
+        ended(fault.empty() && !isStopped, isStopped ? CString() : CString(fault));
+}
+
+/// Non-zero when the data are being written; 0 when there are none, or `error` says why not.
+int CleanSession::writeVisibilities(const std::string& folder, std::string& error)
+{
     auto run = std::make_unique<ExportRun>();
-    const int writes =
-        run->begin(study_, study_.round(shown())->data, exportFolder_ + "/corrected.uvfits", error);
-    exportFolder_.clear();
-    if (!writes) {
+    if (!run->begin(study_, study_.round(shown())->data, folder + "/corrected.uvfits", error)) {
         if (error.empty() && said)
             said("corrected data of a MeasurementSet: pavane-ms export writes them as UVFITS");
         return 0;
     }
     export_ = std::move(run);
-    jobName_ = "Export";
     if (began)
         began();
     runner_->Advance();
@@ -536,12 +628,13 @@ void CleanSession::exported(const std::string& error)
         ended(error.empty(), run->progress().IsCancelled() ? CString() : CString(error));
 }
 
-int CleanSession::isRunning() const { return job_ || calibration_ || export_; }
+int CleanSession::isRunning() const { return job_ || calibration_ || files_ || export_; }
 
 const AProgress& CleanSession::progress() const
 {
     return job_           ? job_->progress()
            : calibration_ ? calibration_->progress()
+           : files_       ? files_->progress
            : export_      ? export_->progress()
                           : noProgress_;
 }
@@ -550,6 +643,8 @@ void CleanSession::stop()
 {
     if (calibration_)
         return calibration_->cancel();
+    if (files_)
+        return files_->progress.Cancel();
     if (export_)
         return export_->cancel();
     if (!job_)

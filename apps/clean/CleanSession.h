@@ -45,7 +45,7 @@ public:
 
     std::function<void()> roundsOther;  ///< rounds, or the one that is shown
     std::function<void(const RunNews& news)> told;
-    std::function<void(const CString& line)> said;  ///< a line of a child
+    std::function<void(const CString& line)> said;  ///< lines of a child
     std::function<void()> began;                    ///< another job of those that were asked for
     /// All jobs have ended; `error` is empty when they did their work or were stopped.
     std::function<void(int isDone, const CString& error)> ended;
@@ -120,6 +120,7 @@ public:
 
 private:
     class Runner;
+    struct FileExport;
     struct Job {
         CString name;
         std::function<void(StudyJob& job)> begin;
@@ -134,6 +135,9 @@ private:
     int predictModel(std::string& error);
     int takePrediction(std::string& error);
     int beginExport(std::string& error);
+    int writeFiles(std::string& error);
+    void filesWritten(const std::string& error);
+    int writeVisibilities(const std::string& folder, std::string& error);
     int writeData(std::string& error);
     void exported(const std::string& error);
     JobPrograms programs() const;
@@ -147,6 +151,7 @@ private:
     std::unique_ptr<CalibrationRun> calibration_;
     std::unique_ptr<CalibrationRun> predicted_;  ///< waits for its model's visibilities
     CString calibrationName_;
+    std::unique_ptr<FileExport> files_;
     std::unique_ptr<ExportRun> export_;
     std::string exportFolder_;  ///< of an export that waits for the restored map, or runs
     std::unique_ptr<Runner> runner_;

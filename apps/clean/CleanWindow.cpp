@@ -23,6 +23,7 @@ constexpr CRect firstPlace(60, 40, 1300, 940);
 constexpr unsigned idBar = 101, idRow = 102, idStrip = 103, idSplit = 104, idLeft = 105,
                    idRight = 106, idMap = 107, idCurve = 108, idRounds = 109, idTabs = 110,
                    idAreaTable = 111, idComponentTable = 112, idLog = 113, idStatus = 114;
+constexpr int mostLogLines = 20000;
 constexpr double mapShare = 0.64, curveShare = 0.76, roundShare = 0.5;
 
 }  // namespace
@@ -83,6 +84,7 @@ int CleanWindow::makePanes()
                     "What the engine said");
     if (!made)
         return 0;
+    log_.SetMostLines(mostLogLines);
     split_.SetPanes(&left_, &right_);
     left_.SetPanes(&map_, &curve_);
     right_.SetPanes(&rounds_, &tabs_);

@@ -14,7 +14,7 @@ namespace
 
 /// Kept of what a child writes; one that floods fills no memory.
 constexpr std::size_t mostLog = std::size_t{1} << 20U;
-constexpr std::size_t mostLines = 400;
+constexpr std::size_t mostLines = 400, mostLine = 4000;
 constexpr std::size_t mostText = std::size_t{16} << 20U;
 constexpr std::int64_t progressSteps = 1000;
 
@@ -146,7 +146,7 @@ void StudyJob::Work::takeLine(const std::string& line, int isError)
         logText += plain + "\n";
     else
         ++linesLost;
-    log.push_back(plain);
+    log.push_back(plain.substr(0, mostLine));
     if (log.size() > 2 * mostLines)
         log.erase(log.begin(), log.end() - static_cast<std::ptrdiff_t>(mostLines));
     if (isError && !plain.empty())

@@ -193,14 +193,6 @@ void ScriptWriter::addRestored(const StudyRound& round)
     text_ += "echo \"$PWD/" + folder + "\"*.fits\n";
 }
 
-int copyTo(const std::string& from, const std::string& to, std::string& fault)
-{
-    if (makeFolders(folderOf(to), fault) && copyWhole(from, to, fault))
-        return 1;
-    fault = baseNameOf(to) + " " + fault;
-    return 0;
-}
-
 }  // namespace
 
 std::string shellWord(const std::string& word)
@@ -241,25 +233,112 @@ std::string roundScript(const AStudy& study, int round, const JobPrograms& progr
     return writer.text();
 }
 
-int exportRound(const AStudy& study, int id, const JobPrograms& programs, const std::string& folder,
-                std::vector<std::string>& notes, std::string& fault)
+/// What is left to write, and what is there.
+struct StudyExport::Work {
+    struct Copy {
+        std::string from, name;
+    };
+    std::string to;  ///< the folder, with '/' at its end
+    std::vector<Copy> copies;
+    std::string script, areas;
+    int hasModel = 0, isWritten = 0, isFolderOurs = 0;
+    std::size_t at = 0;
+    FileCopy copy;
+    int isCopying = 0;
+    std::vector<std::string> made;
+
+    int begin(std::string& fault);
+    int writeTexts(std::vector<std::string>& notes, std::string& fault);
+    int writeText(const std::string& name, const std::string& text, std::string& fault);
+};
+
+int StudyExport::Work::begin(std::string& fault)
 {
+    const Copy& next = copies[at];
+    const std::string name = to + next.name;
+    if (makeFolders(folderOf(name), fault) && copy.begin(next.from, name, 1, fault)) {
+        isCopying = 1;
+        made.push_back(name);
+        return 1;
+    }
+    fault = next.name + " " + fault;
+    return 0;
+}
+
+int StudyExport::Work::writeText(const std::string& name, const std::string& text,
+                                 std::string& fault)
+{
+    if (text.empty())
+        return 1;
+    made.push_back(to + name);
+    if (writeWhole(to + name, text, fault))
+        return 1;
+    fault = name + " " + fault;
+    return 0;
+}
+
+int StudyExport::Work::writeTexts(std::vector<std::string>& notes, std::string& fault)
+{
+    if (hasModel) {
+        FitsMap model;
+        AComponents components;
+        std::string why;
+        made.push_back(to + "components.txt");
+        if (!readFitsMap(to + "model.fits", 0, model, why) ||
+            !componentsOfModel(model, components, why))
+            notes.push_back("components.txt is not there: the model " + why);
+        else if (!writeComponentFile(made.back(), components, fault)) {
+            fault = "components.txt " + fault;
+            return 0;
+        } else
+            notes.emplace_back("components.txt has six digits, model.fits all of them");
+    }
+    if (!writeText("areas", areas, fault) || !writeText("make-maps.sh", script, fault))
+        return 0;
+    std::error_code error;
+    std::filesystem::permissions(to + "make-maps.sh", std::filesystem::perms::owner_exec,
+                                 std::filesystem::perm_options::add, error);
+    return 1;
+}
+
+StudyExport::StudyExport() = default;
+
+StudyExport::~StudyExport()
+{
+    if (!work_ || work_->isWritten)
+        return;
+    const std::vector<std::string> made = work_->made;
+    const std::string to = work_->to;
+    const int isFolderOurs = work_->isFolderOurs;
+    work_.reset();
+    std::string ignored;
+    std::error_code error;
+    for (const std::string& name : made)
+        (void)removeAll(name, ignored);
+    for (const char* folder : {"gains", "shared", "models"})
+        (void)std::filesystem::remove(to + folder, error);  // when they are empty
+    if (isFolderOurs)
+        (void)std::filesystem::remove(to, error);
+}
+
+int StudyExport::begin(const AStudy& study, int id, const JobPrograms& programs,
+                       const std::string& folder, std::string& fault)
+{
+    work_.reset();
+    notes_.clear();
     const StudyRound* const round = study.round(id);
     if (!round) {
         fault = "there is no round " + std::to_string(id);
         return 0;
     }
-    const std::string to = plainPath(folder) + "/";
+    auto work = std::make_unique<Work>();
+    work->to = plainPath(folder) + "/";
     if (!namesIn(folder).empty() || IsFileExists(folder)) {
         fault = folder + " holds something already";
         return 0;
     }
-    if (to.compare(0, study.folder().size() + 1, study.folder() + "/") == 0) {
+    if (work->to.compare(0, study.folder().size() + 1, study.folder() + "/") == 0) {
         fault = folder + " is a part of the study";
-        return 0;
-    }
-    if (!makeFolders(folder, fault)) {
-        fault = folder + " " + fault;
         return 0;
     }
     const struct {
@@ -269,53 +348,74 @@ int exportRound(const AStudy& study, int id, const JobPrograms& programs, const 
                 {RoundMap::model, "model.fits"},  {RoundMap::mask, "mask.fits"},
                 {RoundMap::beam, "beam.fits"},    {RoundMap::dirty, "dirty.fits"}};
     for (const auto& each : maps) {
-        if (study.hasMap(id, each.map)) {
-            if (!copyTo(study.mapFile(id, each.map), to + each.name, fault))
-                return 0;
-        } else if (each.map == RoundMap::restored && round->hasModel)
-            notes.emplace_back("map.fits is not there: the round has not been restored");
+        if (study.hasMap(id, each.map))
+            work->copies.push_back({study.mapFile(id, each.map), each.name});
+        else if (each.map == RoundMap::restored && round->hasModel)
+            notes_.emplace_back("map.fits is not there: the round has not been restored");
     }
-    if (round->hasModel) {
-        FitsMap model;
-        AComponents components;
-        std::string why;
-        if (!readFitsMap(to + "model.fits", 0, model, why) ||
-            !componentsOfModel(model, components, why))
-            notes.push_back("components.txt is not there: the model " + why);
-        else if (!writeComponentFile(to + "components.txt", components, fault)) {
-            fault = "components.txt " + fault;
-            return 0;
-        } else
-            notes.emplace_back("components.txt has six digits, model.fits all of them");
-    }
-    if (const std::string areas = study.areasOf(*round); !areas.empty())
-        if (!writeWhole(to + "areas", areas, fault)) {
-            fault = "areas " + fault;
-            return 0;
-        }
+    work->hasModel = round->hasModel;
+    work->areas = study.areasOf(*round);
     for (const int gains : round->data.chain)
-        if (!copyTo(study.gainTable(gains), to + "gains/" + numbered(gains) + ".fits", fault))
-            return 0;
+        work->copies.push_back({study.gainTable(gains), "gains/" + numbered(gains) + ".fits"});
     std::vector<std::string> files;
-    const std::string script = roundScript(study, id, programs, files, fault);
-    if (script.empty())
+    work->script = roundScript(study, id, programs, files, fault);
+    if (work->script.empty())
         return 0;
     for (const std::string& file : files) {
         const bool isModel = file.compare(0, 7, "models/") == 0;
-        const std::string from =
-            isModel ? study.folder() + "/rounds/" + file.substr(7, file.size() - 12) + "/model.fits"
-                    : study.folder() + "/" + file;
-        if (!copyTo(from, to + file, fault))
-            return 0;
+        work->copies.push_back({isModel ? study.folder() + "/rounds/" +
+                                              file.substr(7, file.size() - 12) + "/model.fits"
+                                        : study.folder() + "/" + file,
+                                file});
     }
-    if (!writeWhole(to + "make-maps.sh", script, fault)) {
-        fault = "make-maps.sh " + fault;
+    work->isFolderOurs = !IsFolderExists(folder);
+    if (!makeFolders(folder, fault)) {
+        fault = folder + " " + fault;
         return 0;
     }
-    std::error_code error;
-    std::filesystem::permissions(to + "make-maps.sh", std::filesystem::perms::owner_exec,
-                                 std::filesystem::perm_options::add, error);
+    work_ = std::move(work);
     return 1;
+}
+
+WorkPiece StudyExport::step(std::string& fault)
+{
+    Work& w = *work_;
+    if (w.at < w.copies.size()) {
+        if (!w.isCopying)
+            return w.begin(fault) ? WorkPiece::more : WorkPiece::failed;
+        const WorkPiece piece = w.copy.step(fault);
+        if (piece == WorkPiece::failed)
+            fault.insert(0, w.copies[w.at].name + " ");
+        if (piece == WorkPiece::done) {
+            w.isCopying = 0;
+            ++w.at;
+            return WorkPiece::more;
+        }
+        return piece;
+    }
+    if (!w.writeTexts(notes_, fault))
+        return WorkPiece::failed;
+    w.isWritten = 1;
+    return WorkPiece::done;
+}
+
+double StudyExport::done() const
+{
+    return !work_ || work_->copies.empty()
+               ? 0
+               : static_cast<double>(work_->at) / static_cast<double>(work_->copies.size());
+}
+
+int exportRound(const AStudy& study, int id, const JobPrograms& programs, const std::string& folder,
+                std::vector<std::string>& notes, std::string& fault)
+{
+    StudyExport work;
+    WorkPiece piece =
+        work.begin(study, id, programs, folder, fault) ? WorkPiece::more : WorkPiece::failed;
+    while (piece == WorkPiece::more)
+        piece = work.step(fault);
+    notes.insert(notes.end(), work.notes().begin(), work.notes().end());
+    return piece == WorkPiece::done;
 }
 
 }  // namespace pavane

@@ -8,6 +8,7 @@
 #include "posix/ChildProcess.h"
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
@@ -109,7 +110,14 @@ private:
     void tell()
     {
         const std::weak_ptr<int> life = life_;
+        const auto end = std::chrono::steady_clock::now() + telling;
         while (!news_.empty()) {
+            if (std::chrono::steady_clock::now() > end) {
+                // a program that floods does not keep the user from being heard
+                watch(false);
+                again_.start(0);
+                return;
+            }
             if (!CWnd::FromHandle(window_)) {
                 news_.clear();
                 break;
@@ -131,6 +139,7 @@ private:
         watch(true);
     }
     static constexpr int pause = 50;  ///< milliseconds
+    static constexpr std::chrono::milliseconds telling{10};
 
     HWND window_;
     unsigned message_;
