@@ -430,6 +430,7 @@ set(PAVANE_REACHED_HEADERS
     platform/api.h
     tessel/api.h
     tessel/large_buffer.h
+    tessel/long_files.h
     tessel/progress_function.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h

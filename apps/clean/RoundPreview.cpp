@@ -36,11 +36,7 @@ void RoundPreview::begin(ABitMatrix mask, const NextRound& next)
     next_ = next;
     row_ = 0;
     isRunning_ = 1;
-    peak_ = {};
-    for (int side = 0; side < 2; ++side) {
-        squares_[side] = 0;
-        cells_[side] = 0;
-    }
+    sums_ = {};
 }
 
 int RoundPreview::step(const AMatrix<float>& residual)
@@ -52,16 +48,7 @@ int RoundPreview::step(const AMatrix<float>& residual)
         return 0;
     }
     for (std::int64_t seen = 0; row_ < residual.rows() && seen < cellsOfStep; ++row_) {
-        for (int column = 0; column < residual.columns(); ++column) {
-            const double value = double{residual(row_, column)};
-            if (!std::isfinite(value))
-                continue;
-            const int side = isWhole || mask_.get(row_, column);
-            squares_[side] += value * value;
-            ++cells_[side];
-            if (side && (peak_.x < 0 || std::abs(value) > std::abs(peak_.value)))
-                peak_ = {value, column, row_};
-        }
+        sums_.add(residual.row(row_), row_, residual.columns(), mask_);
         seen += residual.columns();
     }
     if (row_ < residual.rows())
@@ -73,15 +60,11 @@ int RoundPreview::step(const AMatrix<float>& residual)
 void RoundPreview::end()
 {
     isRunning_ = 0;
-    next_.peak = peak_;
-    const auto rms = [this](int side) {
-        return cells_[side] > 0 ? std::sqrt(squares_[side] / static_cast<double>(cells_[side]))
-                                : std::nan("");
-    };
+    next_.peak = sums_.peakInside();
     if (next_.isWhole)
         return;  // the flux is in it: no noise
-    next_.noiseInside = rms(1);
-    next_.noiseOutside = rms(0);
+    next_.noiseInside = sums_.rms(1);
+    next_.noiseOutside = sums_.rms(0);
 }
 
 std::string nextRoundText(const NextRound& next)

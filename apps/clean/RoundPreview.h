@@ -1,6 +1,8 @@
 #pragma once
 
-#include "pavane/imaging/round_maps.h"
+#include "pavane/axes/maps/cells/MapBeam.h"
+#include "pavane/imaging/MapSums.h"
+#include "tessel/AMatrix.h"
 
 #include <cmath>
 #include <cstdint>
@@ -41,9 +43,7 @@ private:
     ABitMatrix mask_;
     NextRound next_;
     int row_ = 0, isRunning_ = 0;
-    CellPeak peak_;
-    double squares_[2] = {};  ///< outside, inside
-    std::int64_t cells_[2] = {};
+    MapSums sums_;
 };
 
 /// The same as a line: "Next round: 2 areas, 3 110 cells, 12.4 beam areas; residual's peak inside
