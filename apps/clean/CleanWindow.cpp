@@ -151,6 +151,8 @@ void CleanWindow::connect()
     areaTable_.left = rounds_.left;
     componentTable_.left = rounds_.left;
     gains_.left = [this] { keepEditedGains(); };
+    plots_.complain = [this](const CString& error) { complain(error); };
+    plots_.notice = [this](const CString& text) { status_.SetMessage(text); };
     session_.roundsOther = [this] { roundsChanged(); };
     session_.told = [this](const RunNews& news) { jobTold(news); };
     session_.said = [this](const CString& line) { log_.Append(line); };
@@ -224,6 +226,7 @@ void CleanWindow::OnClose()
     isClosing_ = 1;
     SaveWndPos(this, section);
     storeAreasNow();
+    plots_.close();
     session_.close();
     DestroyWindow();
 }
@@ -234,6 +237,7 @@ void CleanWindow::OnDestroy()
     play_.reset();
     display_.reset();
     gains_.close();
+    plots_.close();
     session_.close();
     created_ = 0;
     PostQuitMessage(0);
@@ -262,6 +266,7 @@ int CleanWindow::Open(const std::string& file)
     storeAreasNow();
     compared_ = -1;
     gains_.close();
+    plots_.close();
     session_.close();
     shown_.forgetRanges();
     log_.Clear();

@@ -4,6 +4,7 @@
 #include "apps/clean/CleanMap.h"
 #include "apps/clean/CleanRow.h"
 #include "apps/clean/CleanSession.h"
+#include "apps/clean/DataPlots.h"
 #include "apps/clean/GainWindows.h"
 #include "apps/clean/PeakCurve.h"
 #include "apps/clean/RoundComponents.h"
@@ -52,6 +53,7 @@ public:
     PeakCurve& curve() { return curve_; }
     ShownMap& shown() { return shown_; }
     AInfoText& log() { return log_; }
+    DataPlots& plots() { return plots_; }
     int PreTranslateMessage(const MSG& message) override;
 
 protected:
@@ -185,10 +187,11 @@ private:
     GainWindows gains_;
     RecentFiles recent_{"pavane-clean"};
     PrintCommands printing_;
-    int tabBefore_ = -1;     ///< in front before a job showed the log; -1: the user's choice stays
-    CWnd* part_ = &map_;     ///< that had the keyboard last
-    ChainEdits chain_;       ///< with its steps of undo
-    int shownLink_ = 0;      ///< id of the link whose gains the windows show; 0: the last one
+    int tabBefore_ = -1;  ///< in front before a job showed the log; -1: the user's choice stays
+    CWnd* part_ = &map_;  ///< that had the keyboard last
+    ChainEdits chain_;    ///< with its steps of undo
+    int shownLink_ = 0;   ///< id of the link whose gains the windows show; 0: the last one
+    DataPlots plots_{session_};
     std::string modelFile_;  ///< whose components are in the table
     std::string keptAreas_;  ///< as the study has them
     int created_ = 0;

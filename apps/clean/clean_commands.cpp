@@ -58,8 +58,9 @@ int isOfMap(unsigned id)
 /// Shows other components when it has ended.
 int makesOtherRound(unsigned id)
 {
-    constexpr unsigned ids[] = {idCleanRound,    idParameters,  idSelection,   idFirstModel,
-                                idSelfCalibrate, idSwitchGains, idRemoveGains, idLoadGains};
+    constexpr unsigned ids[] = {idCleanRound,  idParameters,    idSelection,
+                                idFirstModel,  idSelfCalibrate, idSwitchGains,
+                                idRemoveGains, idLoadGains,     idUseFlags};
     return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
 }
 
@@ -74,14 +75,16 @@ int CleanWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (code != 0)
         return AreaWindow::OnCommand(id, code, control);
     if (CWnd::GetCapture())
-        return 1;  // a key of the menu while the pointer drags an area
+        return 1;        // a key of the menu while the pointer drags an area
+    plots_.keepFlags();  // what is done next counts with them
     // a button of the toolbar is about areas, whatever has the keyboard
     if (!control && runPartCommand(id))
         return 1;
     if (makesOtherRound(id) && !session_.isRunning() && !mayDropEdits())
         return 1;
-    return runFileCommand(id) || runAreaCommand(id) || runCleanCommand(id) || runStudyCommand(id) ||
-           runViewCommand(id) || AreaWindow::OnCommand(id, code, control) || map_.RunCommand(id);
+    return plots_.run(id, this) || runFileCommand(id) || runAreaCommand(id) ||
+           runCleanCommand(id) || runStudyCommand(id) || runViewCommand(id) ||
+           AreaWindow::OnCommand(id, code, control) || map_.RunCommand(id);
 }
 
 void CleanWindow::OnInitMenuPopup(CMenu& popup)

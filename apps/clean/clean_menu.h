@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/clean/data_plot_menu.h"
 #include "apps/view/main_menu.h"
 
 #include <iterator>
@@ -171,6 +172,7 @@ inline constexpr MenuItem bar[] = {
     {"&Areas", 0, areas, std::size(areas)},
     {"&CLEAN", 0, clean, std::size(clean)},
     {"Cali&brate", 0, calibrate, std::size(calibrate)},
+    {"&Data", 0, plot_menus::data, std::size(plot_menus::data)},
     {"&View", 0, view, std::size(view)},
     {"&Help", 0, help, std::size(help)},
 };

@@ -36,6 +36,7 @@ void CleanWindow::roundsChanged()
     showComponents();
     showLog();
     previewSoon();
+    plots_.studyChanged();
 }
 
 void CleanWindow::showRound(int round)

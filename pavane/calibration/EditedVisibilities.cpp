@@ -89,6 +89,19 @@ int EditedVisibilities::step(std::int64_t bytes)
     return isBusy();
 }
 
+void EditedVisibilities::stop()
+{
+    if (!isBusy())
+        return;
+    if (isReading_)
+        endReading();
+    while (flagRow_ < rows_.size())
+        flagSome(rowsAtOnce);
+    if (modelRow_ < modelRows())
+        modelCells_.clear();
+    tell();
+}
+
 double EditedVisibilities::done() const
 {
     if (isReading_)

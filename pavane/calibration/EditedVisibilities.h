@@ -62,6 +62,8 @@ public:
     /// Goes on reading, with the model, or with flags, about as long as some `bytes` of the file
     /// take. Non-zero while more remains.
     int step(std::int64_t bytes = std::int64_t{1} << 20);
+    /// Gives up what `step` would go on with: a part of the file, or no model. Flags are found.
+    void stop();
     int isBusy() const { return isReading_ || modelRow_ < modelRows() || flagRow_ < rows_.size(); }
     /// 0 to 1, of what is being done.
     double done() const;

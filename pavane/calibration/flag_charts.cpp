@@ -160,6 +160,8 @@ public:
             made.least = 0;
             made.greatest = roundedUp(roomAbove * most_);
         }
+        if (!flagged_.x.empty())  // below what counts
+            made.curves.push_back(std::move(flagged_));
         for (std::size_t i = 0; i < points_.size(); ++i) {
             points_[i].color = chartColors[i % std::size(chartColors)];
             if (choice_.isSplit)
@@ -181,8 +183,6 @@ public:
                 curve.name = "model";
             made.curves.push_back(std::move(curve));
         }
-        if (!flagged_.x.empty())
-            made.curves.push_back(std::move(flagged_));
         return made;
     }
 

@@ -169,27 +169,31 @@ int readFlagLine(std::string_view text, FlagLine& line, std::string& wrong)
     return 0;
 }
 
-int writeFlags(const std::string& file, const VisibilityFlags& flags, std::string& error)
+int flagFileText(const VisibilityFlags& flags, std::string& text, std::string& error)
 {
     error.clear();
-    SafeFile safe;
-    int isWritten = safe.open(file);
-    const auto write = [&](const std::string& text) {
-        isWritten =
-            isWritten && safe.file().write(text.data(), static_cast<std::int64_t>(text.size()));
-    };
-    write(std::string(firstLine) + "\n" + std::string(dayWord) + " " +
-          valToStr(flags.referenceDay) + "\n");
+    text = std::string(firstLine) + "\n" + std::string(dayWord) + " " +
+           valToStr(flags.referenceDay) + "\n";
     for (const FlagLine& line : flags.lines) {
-        const std::string text = flagText(line);
+        const std::string written = flagText(line);
         FlagLine again;
-        if (!readFlagLine(text, again, error) || again != line) {
+        if (!readFlagLine(written, again, error) || again != line) {
             error = "would have a line with a wrong " + (error.empty() ? "list of IFs" : error);
             return 0;
         }
-        write(text + "\n");
+        text += written + "\n";
     }
-    if (isWritten && safe.commit())
+    return 1;
+}
+
+int writeFlags(const std::string& file, const VisibilityFlags& flags, std::string& error)
+{
+    std::string text;
+    if (!flagFileText(flags, text, error))
+        return 0;
+    SafeFile safe;
+    if (safe.open(file) && safe.file().write(text.data(), static_cast<std::int64_t>(text.size())) &&
+        safe.commit())
         return 1;
     error = safe.fault();
     return 0;

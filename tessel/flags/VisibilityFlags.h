@@ -35,9 +35,11 @@ PAVANE_API std::string flagText(const FlagLine& line);
 /// Reads it; 0 with the name of the field that is wrong.
 PAVANE_API int readFlagLine(std::string_view text, FlagLine& line, std::string& wrong);
 
-/// Writes flags as text: "# pavane flags 1", "# referenceday" with the Julian date, then the lines.
-/// The file is there as a whole or not at all. Non-zero on success, else `error` says in one line
-/// what is wrong, without the file's name.
+/// The text of a file of flags: "# pavane flags 1", "# referenceday" with the Julian date, then the
+/// lines. 0 when a line could not be read again; `error` is then a clause without its subject.
+PAVANE_API int flagFileText(const VisibilityFlags& flags, std::string& text, std::string& error);
+/// Writes it. The file is there as a whole or not at all. Non-zero on success, else `error` says in
+/// one line what is wrong, without the file's name.
 PAVANE_API int writeFlags(const std::string& file, const VisibilityFlags& flags,
                           std::string& error);
 /// Reads them; a wrong line is an error that names it.

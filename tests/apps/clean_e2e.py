@@ -5,7 +5,7 @@ on an X server of its own, with the real engine.
 usage: clean_e2e.py PAVANE_CLEAN PAVANE_SIMULATE FOLDER
 
 Opens UVFITS data, draws an area, cleans twice, stops a third round, goes back and begins a branch,
-calibrates phases, and closes: the study has the rounds that were asked for, none that was stopped,
+flags visibilities in a plot, and closes: the study has the rounds that were asked for, none that was stopped,
 no temporary file, and the user's file is as it was.
 """
 import hashlib
@@ -52,6 +52,35 @@ class Study:
         return self.rounds()
 
 
+def flag(desk, clean, study):
+    """Flags a part of the first baseline in its plot, makes the residual without it, takes it back."""
+    before = study.rounds()
+    flags = lambda: next(line.split()[1] for line in open(study.folder + "/study.txt")
+                         if line.startswith("flags "))
+    clean.key("alt+2")
+    clean.window("against time")
+    clean.key("f")
+    x, y, wide, high = (int(line.split("=")[1]) for line in desk.do(
+        "getwindowgeometry", "--shell", desk.do("getactivewindow")).split()[1:5])
+
+    def drag():  # has points as soon as the data are read
+        desk.do("mousemove", x + wide // 5, y + high // 8, "mousedown", 1)
+        desk.do("mousemove", x + wide // 4, y + high // 6)
+        desk.do("mousemove", x + wide // 3, y + high // 4, "mouseup", 1, "sleep", 0.4)
+        return flags() == "1"
+    wait_for("the flags in the study", drag)
+    clean.key("F5")
+    rounds = study.wait(len(before) + 1)
+    last = rounds[max(rounds)]
+    assert last["kind"] == "residual" and last["flags"] == "1", last
+    assert last["maps"] != before[max(before)]["maps"], "the beam is that of other data"
+    clean.window("against time")
+    clean.key("ctrl+z")
+    wait_for("no flags", lambda: flags() == "0")
+    clean.key("ctrl+w")
+    clean.window("pavane-clean")
+
+
 def work(desk, program, folder):
     data = folder + "/observation.uvfits"
     before = digest(data)
@@ -93,6 +122,7 @@ def work(desk, program, folder):
     assert rounds[max(rounds)]["parent"] == str(ids[1]), "the branch begins elsewhere"
     for each, mark in marks.items():
         assert digest(f"{study.folder}/rounds/{each:04d}/round.txt") == mark, "a round has changed"
+    flag(desk, clean, study)
     clean.key("ctrl+q")
     clean.end()
     assert digest(data) == before, "the user's file has changed"

@@ -156,7 +156,7 @@ TEST_F(Visibilities, OfOneHandAreFlaggedByTheirAmplitudeAgainstDistance)
     EXPECT_EQ(leftByFilter(), data.count() - 1);
     const PanelChart chart = flagChart(data, choice);
     ASSERT_EQ(chart.panels.size(), 2U);
-    EXPECT_EQ(chart.panels[0].scales[0].curves.back().x, std::vector<double>{at});  // flagged
+    EXPECT_EQ(chart.panels[0].scales[0].curves.front().x, std::vector<double>{at});  // flagged
     choice.flagged = 0;
     EXPECT_EQ(flagChart(data, choice).panels[0].scales[0].curves.size(), 1U);
 }
