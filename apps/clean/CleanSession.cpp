@@ -368,9 +368,10 @@ void CleanSession::tell()
         (state.peak != toldPeak_ || state.iterations != toldIterations_)) {
         toldPeak_ = state.peak;
         toldIterations_ = state.iterations;
-        const StudyRound* const parent = study_.round(shown());
-        const long long before = parent ? parent->numbers.allIterations : 0;
-        news.point = {static_cast<double>(before + state.iterations), state.peak, std::nan("")};
+        const std::vector<PeakPoint> before = pointsOf(shown());
+        news.point = {(before.empty() ? 0 : before.back().iterations) +
+                          static_cast<double>(state.iterations),
+                      state.peak, std::nan("")};
     }
     told(news);
 }
@@ -731,7 +732,8 @@ std::vector<PeakPoint> CleanSession::pointsOf(int round) const
         for (const RoundPoint& point : each->course)
             points.push_back(
                 {before + static_cast<double>(point.iterations), point.peak, std::nan("")});
-        before = static_cast<double>(each->numbers.allIterations);
+        // a model of the user's counts from 0, and the curve goes on
+        before += static_cast<double>(each->numbers.iterations);
         points.push_back(
             {before, each->numbers.peak, each->hasModel ? each->numbers.modelFlux : std::nan("")});
     }

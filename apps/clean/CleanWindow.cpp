@@ -287,6 +287,8 @@ int CleanWindow::Open(const std::string& file)
         updateTitle();
         return 0;
     }
+    if (!session_.study().hasData() && !options.hasMap)
+        takeSettledParameters();
     recent_.load();  // other windows add to it
     recent_.add(session_.study().folder());
     setMenu();

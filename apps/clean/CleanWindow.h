@@ -145,6 +145,7 @@ private:
     int mayDropEdits();
     void storeAreasNow();
     void askParameters();
+    void takeSettledParameters();
     void askSelection();
     void saveGains();
     void loadGains();

@@ -326,11 +326,29 @@ void CleanWindow::askParameters()
     if (!AskCleanParameters(this, wish))
         return;
     const int isOther = isOtherBeam(wish.parameters, session_.parameters);
+    (void)wish.StoreToINI(nullptr, profileSection, 1);
     session_.parameters = wish.parameters;
     row_.SetIterations(wish.parameters.iterations);
     std::string error;
     if (!session_.keepParameters(error) || (isOther && !session_.startFirstMaps(error)))
         complain(error);
+}
+
+/// Other data begin with what was settled last, as far as it is not a matter of the data.
+void CleanWindow::takeSettledParameters()
+{
+    const CleanParameters own = session_.parameters;
+    ACleanParameterPM settled(own);
+    (void)settled.LoadFromINI(nullptr, profileSection, 1);
+    CleanParameters& next = settled.parameters;
+    next.cell = own.cell;
+    next.shiftX = own.shiftX;
+    next.shiftY = own.shiftY;
+    next.form = own.form;
+    next.ifs = own.ifs;
+    next.start = own.start;
+    next.end = own.end;
+    session_.parameters = next;
 }
 
 /// Asks how, and begins; `replaces` is the id of a link that is solved anew, 0 for a further one.
