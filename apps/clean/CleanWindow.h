@@ -194,6 +194,7 @@ private:
     int shownLink_ = 0;   ///< id of the link whose gains the windows show; 0: the last one
     DataPlots plots_{session_};
     std::string modelFile_;  ///< whose components are in the table
+    int modelRound_ = -1;    ///< that has it
     std::string keptAreas_;  ///< as the study has them
     int created_ = 0;
     int isClosing_ = 0;

@@ -58,9 +58,7 @@ int isOfMap(unsigned id)
 /// Shows other components when it has ended.
 int makesOtherRound(unsigned id)
 {
-    constexpr unsigned ids[] = {idCleanRound,  idParameters,    idSelection,
-                                idFirstModel,  idSelfCalibrate, idSwitchGains,
-                                idRemoveGains, idLoadGains,     idUseFlags};
+    constexpr unsigned ids[] = {idCleanRound, idParameters, idSelection, idFirstModel};
     return std::find(std::begin(ids), std::end(ids), id) != std::end(ids);
 }
 

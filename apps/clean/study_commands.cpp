@@ -195,6 +195,12 @@ void CleanWindow::showComponents()
     if (file == modelFile_)
         return;
     modelFile_ = file;
+    // on other data, after a calibration for one, the model is the same, and so are edits of it
+    const StudyRound* const round = session_.study().round(session_.shown());
+    const int isSame = round && round->kind == RoundKind::residual && round->parent == modelRound_;
+    modelRound_ = round ? round->id : -1;
+    if (isSame && components_.isModified())
+        return;
     AComponents model;
     std::string error;
     CString note;
