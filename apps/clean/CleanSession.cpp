@@ -735,7 +735,7 @@ std::vector<PeakPoint> CleanSession::pointsOf(int round) const
         // a model of the user's counts from 0, and the curve goes on
         before += static_cast<double>(each->numbers.iterations);
         points.push_back(
-            {before, each->numbers.peak, each->hasModel ? each->numbers.modelFlux : std::nan("")});
+            {before, each->numbers.peak, each->hasModel ? each->numbers.modelFlux : 0});
     }
     return points;
 }

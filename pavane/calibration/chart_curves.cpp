@@ -77,4 +77,12 @@ double roundedUp(double value)
     return value;
 }
 
+double phaseRange(double most)
+{
+    for (const double range : {10.0, 30.0, 60.0, 90.0})
+        if (most <= range)
+            return range;
+    return 180;
+}
+
 }  // namespace pavane

@@ -26,5 +26,7 @@ ChartCurve chartLine(const std::vector<double>& x, double scaleX, const std::vec
                      COLORREF color = modelColor);
 /// The least round number above a value, so that ticks end at the frame.
 double roundedUp(double value);
+/// The half range, in degrees, of a scale that takes in phases up to a size.
+double phaseRange(double most);
 
 }  // namespace pavane

@@ -1,6 +1,7 @@
 #include "pavane/calibration/gain_charts.h"
 
 #include "pavane/axes/graph_styles.h"
+#include "pavane/calibration/chart_curves.h"
 #include "pavane/calibration/EditedGains.h"
 
 #include <algorithm>
@@ -124,15 +125,29 @@ double firstValue(const AGains& gains, std::size_t group, std::size_t hand, cons
     return panel.isPhase ? 0 : 1;
 }
 
+/// Half the range of the phases that are shown, one for all antennas.
+double phaseReach(const AGains& gains, const GainChartChoice& choice)
+{
+    double most = 0;
+    for (const std::size_t antenna : shownAntennas(gains, choice))
+        for (std::size_t i = 0; i < gains.intervals().size(); ++i)
+            for (std::size_t group = 0; group < gains.groups().size(); ++group)
+                for (std::size_t hand = 0; hand < gains.hands().size(); ++hand)
+                    if (const double phase = std::abs(gainPhase(gains.at(i, group, hand, antenna)));
+                        phase > most)
+                        most = phase;
+    return phaseRange(most);
+}
+
 ChartPanel panelOf(const AGains& gains, const GainChartChoice& choice, const GainPanel& panel,
-                   const std::vector<std::size_t>& byTime)
+                   const std::vector<std::size_t>& byTime, double phases)
 {
     ChartPanel made;
     ChartScale scale;
     if (panel.isPhase) {
         scale.name = "Phase [\u00b0]";
-        scale.least = -halfTurn;
-        scale.greatest = halfTurn;
+        scale.least = -phases;
+        scale.greatest = phases;
         scale.period = 2 * halfTurn;
     } else {
         scale.name = "Amplitude";
@@ -238,12 +253,13 @@ PanelChart gainChart(const AGains& gains, const GainChartChoice& choice)
     std::stable_sort(byTime.begin(), byTime.end(), [&](std::size_t a, std::size_t b) {
         return gains.intervals()[a].start < gains.intervals()[b].start;
     });
+    const double phases = choice.phases ? phaseReach(gains, choice) : halfTurn;
     for (const GainPanel& panel : gainPanels(gains, choice)) {
         if (panel.antenna < 0) {
             chart.panels.push_back({"", {ChartScale{}}});
             continue;
         }
-        chart.panels.push_back(panelOf(gains, choice, panel, byTime));
+        chart.panels.push_back(panelOf(gains, choice, panel, byTime, phases));
     }
     return chart;
 }

@@ -19,8 +19,6 @@ constexpr double gap = std::numeric_limits<double>::quiet_NaN();
 constexpr COLORREF phaseColor = RGB(150, 60, 0);
 /// Of their scales' hue, brighter than the points that they lie on.
 constexpr COLORREF amplitudeModelColor = RGB(60, 160, 255), phaseModelColor = RGB(255, 130, 20);
-/// Half ranges of phases, the least that takes in all of them with their errors is taken.
-constexpr double phaseRanges[] = {10, 30, 60, 90, 180};
 constexpr double roomAbove = 1.02;
 
 ChartCurve pointsOf(const std::vector<double>& x, double scaleX, const std::vector<float>& y,
@@ -82,15 +80,6 @@ double amplitudeReach(const BaselineSeries& s)
     const double values = std::max(reachOf(s.amplitude, {}), reachOf(s.modelAmplitude, {}));
     const double errors = reachOf(s.amplitude, s.amplitudeError);
     return values > 0 ? std::clamp(errors, values, 2 * values) : errors;
-}
-
-/// The half range that takes in phases up to a size.
-double phaseRange(double most)
-{
-    for (const double range : phaseRanges)
-        if (most <= range)
-            return range;
-    return 180;
 }
 
 void setPhases(ChartScale& scale, double range)
