@@ -58,7 +58,13 @@ std::string stateText(const JobState& state)
 std::string faultText(const StudyJob& job)
 {
     std::string text = job.fault();
-    const std::vector<std::string>& lines = job.log();
+    std::vector<std::string> lines;
+    for (const std::string& line : job.log()) {
+        // what the fault says already, and how far a program was before
+        const bool isPercent = line.size() <= 6 && line.find('%') != line.npos;
+        if (!line.empty() && !isPercent && text.find(line) == text.npos)
+            lines.push_back(line);
+    }
     const std::size_t first = lines.size() > shownLines ? lines.size() - shownLines : 0;
     for (std::size_t i = first; i < lines.size(); ++i)
         text += (i == first ? "\n\n" : "\n") + lines[i];

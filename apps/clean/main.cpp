@@ -7,6 +7,7 @@
 #include <csignal>
 #include <cstdio>
 #include <new>
+#include <sstream>
 
 using namespace pavane;
 
@@ -15,9 +16,14 @@ namespace
 
 enum ExitStatus { done = 0, wrongUse = 1, failed = 2 };
 
+/// The error on a line of its own, and below it what a child said last.
 int complain(const std::string& error)
 {
-    std::fprintf(stderr, "pavane-clean: %s\n", plainText(error).c_str());
+    std::istringstream lines(error);
+    const char* before = "pavane-clean: ";
+    for (std::string line; std::getline(lines, line); before = "    ")
+        if (!line.empty())
+            std::fprintf(stderr, "%s%s\n", before, plainText(line).c_str());
     return failed;
 }
 
