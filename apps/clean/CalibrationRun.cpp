@@ -1,6 +1,7 @@
 #include "apps/clean/CalibrationRun.h"
 
 #include "apps/clean/ChainEdits.h"
+#include "apps/clean/PassingFile.h"
 #include "pavane/calibration/gains/UvCorrection.h"
 #include "pavane/imaging/round_maps.h"
 #include "tessel/fits_map.h"
@@ -21,23 +22,6 @@ namespace
 {
 
 constexpr int progressPieces = 1000;
-
-/// A file that is only there to be written by somebody and read again.
-class PassingFile
-{
-public:
-    PassingFile(const std::string& folder, const std::string& ending)
-        : name_(GetTempFileNameA(folder, "gains") + ending)
-    {
-    }
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-    ~PassingFile() { (void)std::remove(name_.c_str()); }
-    const std::string& name() const { return name_; }
-
-private:
-    std::string name_;
-};
 
 /// Leaves of groups the IFs that a map is made of; without groups each is one.
 void takeIfs(const std::vector<int>& ifs, std::vector<std::vector<int>>& groups)

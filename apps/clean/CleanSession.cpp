@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <thread>
 #include <utility>
 
@@ -322,9 +323,9 @@ void CleanSession::jobEnded(int isDone, const std::string& error)
     const std::unique_ptr<StudyJob> finished = std::move(job_);
     const int round = isDone ? finished->result() : -1;
     std::string fault = error;
-    if (isDone && said)
+    if (isDone)
         for (const std::string& note : finished->notes())
-            said(note);
+            tellNote(note);
     if (predicted_) {
         if (isDone && takePrediction(fault))
             return;
@@ -591,8 +592,8 @@ void CleanSession::filesWritten(const std::string& error)
     const std::string folder = std::exchange(exportFolder_, {});
     std::string fault = error.empty() ? error : folder + ": " + error;
     for (const std::string& note : files->work.notes())
-        if (said && fault.empty())
-            said(note);
+        if (fault.empty())
+            tellNote(note);
     const int isStopped = files->writer.IsCancelled();
     if (fault.empty() && !isStopped && writeVisibilities(folder, fault))
         return;
@@ -603,17 +604,28 @@ void CleanSession::filesWritten(const std::string& error)
 /// Non-zero when the data are being written; 0 when there are none, or `error` says why not.
 int CleanSession::writeVisibilities(const std::string& folder, std::string& error)
 {
-    auto run = std::make_unique<ExportRun>();
-    if (!run->begin(study_, study_.round(shown())->data, folder + "/corrected.uvfits", error)) {
-        if (error.empty() && said)
-            said("corrected data of a MeasurementSet: pavane-ms export writes them as UVFITS");
-        return 0;
+    if (study_.uvfitsFile() != study_.source()) {
+        const int round = shown();
+        const std::string file = std::filesystem::absolute(folder).string() + "/corrected.uvfits";
+        begin({"Export", [round, file](StudyJob& job) { job.exportData(round, file); }});
+        return 1;
     }
+    auto run = std::make_unique<ExportRun>();
+    if (!run->begin(study_, study_.round(shown())->data, folder + "/corrected.uvfits", error))
+        return 0;
     export_ = std::move(run);
     if (began)
         began();
     runner_->Advance();
     return 1;
+}
+
+void CleanSession::tellNote(const std::string& note) const
+{
+    if (noted)
+        noted(note);
+    else if (said)
+        said(note);
 }
 
 int CleanSession::writeData(std::string& error)

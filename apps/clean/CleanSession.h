@@ -46,7 +46,9 @@ public:
     std::function<void()> roundsOther;  ///< rounds, or the one that is shown
     std::function<void(const RunNews& news)> told;
     std::function<void(const CString& line)> said;  ///< lines of a child
-    std::function<void()> began;                    ///< another job of those that were asked for
+    /// What the user should know though a job ended well; `said` gets it where this is not set.
+    std::function<void(const CString& line)> noted;
+    std::function<void()> began;  ///< another job of those that were asked for
     /// All jobs have ended; `error` is empty when they did their work or were stopped.
     std::function<void(int isDone, const CString& error)> ended;
 
@@ -87,6 +89,9 @@ public:
     std::string areasOf(int round) const;
     /// Of the rounds that lead to it.
     std::vector<PeakPoint> pointsOf(int round) const;
+
+    /// The command of pavane-ms.
+    const std::vector<std::string>& dataProgram() const { return dataProgram_; }
 
     CleanParameters parameters;  ///< of the next round
 
@@ -139,6 +144,7 @@ private:
     void filesWritten(const std::string& error);
     int writeVisibilities(const std::string& folder, std::string& error);
     int writeData(std::string& error);
+    void tellNote(const std::string& note) const;
     void exported(const std::string& error);
     JobPrograms programs() const;
     int useProposedCell(std::string& error);

@@ -19,8 +19,6 @@ int ExportRun::begin(const AStudy& study, const DataState& data, const std::stri
                      std::string& error)
 {
     error.clear();
-    if (study.uvfitsFile() != study.source())
-        return 0;
     if (!file_.open(study.source(), error)) {
         error.insert(0, study.source() + ": ");
         return 0;

@@ -16,8 +16,8 @@ namespace pavane
 class ExportRun
 {
 public:
-    /// `data` is that of the round. Non-zero when there is something to write; else `error` is a
-    /// line, or empty for data that came from a MeasurementSet.
+    /// `data` is that of the round. Non-zero when it can begin; else `error` is a line. Data that
+    /// came from a MeasurementSet are StudyJob::exportData's.
     int begin(const AStudy& study, const DataState& data, const std::string& out,
               std::string& error);
     /// Goes on for a moment. Non-zero while more remains; 0 when all is done, or `error` says why

@@ -40,6 +40,10 @@ public:
             error_ = isDone || !error.empty() ? std::string(error) : "it was stopped";
             PostQuitMessage(0);
         };
+        session_.noted = [](const CString& line) {
+            std::string ignored;
+            (void)printText("note " + line + "\n", ignored);
+        };
     }
 
     int run(std::string& error)

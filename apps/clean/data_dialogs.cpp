@@ -1,6 +1,7 @@
 // Dialogs that need to know the data: their selection, files of gains.
 #include "apps/clean/CalibrationRun.h"
 #include "apps/clean/CleanWindow.h"
+#include "apps/clean/h5_form.h"
 #include "pavane/dialogs/AGainFilesDlg.h"
 #include "pavane/dialogs/clean/ACleanSelectionPage.h"
 #include "pavane/dialogs/values/AUVXTIntervalPM.h"
@@ -45,6 +46,8 @@ void CleanWindow::saveGains()
     if (!readGainText(file, gains, error))
         return complain(file + ": " + error);
     AGainFilesDlg dialog(gains, this);
+    dialog.AddForm(h5ParmForm(session_.dataProgram(), session_.study().uvfitsFile(),
+                              session_.study().folder() + "/work", this));
     dialog.SetFile(folderOf(session_.data()) + "gains.fits");
     if (dialog.DoModal() == IDOK)
         status_.SetMessage("Wrote \"" + chain.back().name + "\" to " + dialog.GetFile());
@@ -61,6 +64,8 @@ void CleanWindow::loadGains()
     if (!data.open(session_.study().uvfitsFile(), error))
         return complain(session_.study().uvfitsFile() + ": " + error);
     AGainFilesDlg dialog(gainFactsOf(data, AUVXTIntervalPM(data, -1, -1)), this);
+    dialog.AddForm(h5ParmForm(session_.dataProgram(), session_.study().uvfitsFile(),
+                              session_.study().folder() + "/work", this));
     if (dialog.DoModal() != IDOK)
         return;
     if (!addLink(session_.study(), dialog.GetGains(), baseNameOf(dialog.GetFile()), error) ||

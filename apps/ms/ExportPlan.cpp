@@ -2,6 +2,7 @@
 
 #include "apps/ms/Cells.h"
 #include "apps/ms/Failure.h"
+#include "apps/ms/import_data.h"
 #include "apps/ms/text.h"
 
 #include <algorithm>
@@ -28,6 +29,18 @@ double siderealDegrees(double julianDay)
 }
 
 double positive(double degrees) { return std::fmod(degrees + 360, 360); }
+
+/// Channels that differ from even steps by less than a thousandth of one.
+int isEven(const Array<Double>& frequencies)
+{
+    const Double* const hertz = frequencies.data();
+    const std::size_t count = frequencies.size();
+    const double step = count > 1 ? hertz[1] - hertz[0] : 0;
+    for (std::size_t i = 2; i < count; ++i)
+        if (std::abs(hertz[i] - hertz[0] - static_cast<double>(i) * step) > std::abs(step) * 1e-3)
+            return 0;
+    return 1;
+}
 
 struct Field {
     std::string name;
@@ -89,6 +102,7 @@ void ExportPlan::planWindows()
         window.channels = static_cast<int>(frequencies.size());
         window.width =
             window.channels > 1 ? frequencies.data()[1] - frequencies.data()[0] : widths.data()[0];
+        unevenWindows_ += !isEven(frequencies);
         window.sideband = ScalarColumn<Int>(spectra, "NET_SIDEBAND")(w) < 0 ? -1 : 1;
         channels_ = std::max(channels_, window.channels);
         windows_.push_back(window);
@@ -101,6 +115,29 @@ void ExportPlan::planWindows()
         selections_ = std::max(selections_, place.selection + 1);
         places_.push_back(place);
     }
+}
+
+std::vector<std::string> ExportPlan::lost() const
+{
+    std::vector<std::string> lines = {
+        "digits of u, v, w and weights beyond the seven that a UVFITS file holds"};
+    for (std::size_t i = 0; i < ifs_.size(); ++i)
+        if (ifs_[i] != static_cast<int>(i) + 1) {
+            std::string numbers;
+            for (const int each : ifs_)
+                numbers.append(numbers.empty() ? "" : ",").append(std::to_string(each));
+            lines.push_back("the numbers of the IFs: those of the copy, " + numbers +
+                            ", are counted from 1");
+            break;
+        }
+    if (unevenWindows_ > 0)
+        lines.push_back("the frequencies of channels that are not evenly spaced, in " +
+                        std::to_string(unevenWindows_) + " spectral windows");
+    if (isTable(work_.facts().input))
+        lines.emplace_back("subtables of " + work_.facts().input +
+                           " that a working copy does not have, as of pointings, weather and "
+                           "system temperatures");
+    return lines;
 }
 
 void ExportPlan::planHands()

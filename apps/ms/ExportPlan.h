@@ -45,6 +45,7 @@ public:
 
     /// The place of the card that tells the number of groups.
     std::size_t writeHeader(FitsCards& cards, const std::string& column) const;
+    std::vector<std::string> lost() const;
     void writeTables(FitsOutput& file, const std::vector<ExportScan>& scans) const;
 
 private:
@@ -65,7 +66,7 @@ private:
     std::vector<Window> windows_;
     std::vector<int> ifs_;
     std::vector<Hand> hands_;
-    int channels_ = 1, selections_ = 1, subarrays_ = 1, hasWideNumbers_ = 0;
+    int channels_ = 1, unevenWindows_ = 0, selections_ = 1, subarrays_ = 1, hasWideNumbers_ = 0;
 };
 
 }  // namespace pavane_ms

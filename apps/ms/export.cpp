@@ -42,6 +42,8 @@ public:
     Export(WorkTable& work, const std::string& column);
     void write(const std::string& name);
     std::int64_t groups() const { return groups_; }
+    /// What the file does not hold of the copy, and of what this was made of.
+    std::vector<std::string> lost() const { return plan_.lost(); }
 
 private:
     void takeRows(std::size_t from, std::size_t count, FitsOutput& file);
@@ -214,12 +216,14 @@ void exportData(const std::vector<std::string>& words)
     // each visibility takes 12 bytes, less than the working copy has for it
     needSpace(output, sizeOf(input) / 2);
     out.write(place.partName());
+    const std::vector<std::string> lost = out.lost();
     place.commit();
     work.finish();
     delete &work;  // NOLINT
     say("groups", static_cast<std::uint64_t>(out.groups()));
     say("size", sizeOf(output));
-    say("lost", "digits of u, v, w and weights beyond the seven that a UVFITS file holds");
+    for (const std::string& each : lost)
+        say("lost", each);
 }
 
 }  // namespace pavane_ms

@@ -94,6 +94,9 @@ public:
     /// host removes: groups, IFs and hands are those of the working data. The working data hold
     /// the corrections of now then; which model they hold counts as unknown.
     void predict(int round, const std::string& file);
+    /// Writes the visibilities as the gains and flags of a round make them, each hand by itself and
+    /// all times, into a UVFITS file outside the study; what such a file cannot hold is in `notes`.
+    void exportData(int round, const std::string& file);
     /// The residual of a round's model on the data of now.
     void residual(int round);
     /// The restored map of a round; unset beam: the fitted one.

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <sstream>
+#include <string_view>
 
 namespace pavane
 {
@@ -524,6 +526,36 @@ void StudyJob::predict(int round, const std::string& file)
                 });
         });
         work_->before([this, round] { return work_->needExactModel(round); });
+        return work_->needData(data);
+    });
+}
+
+void StudyJob::exportData(int round, const std::string& file)
+{
+    work_->add([this, round, file] {
+        const StudyRound* const found = work_->study.round(round);
+        if (!found)
+            return work_->fail("there is no round " + std::to_string(round));
+        // the form and the times are those of a map
+        DataState data = found->data;
+        data.form = "strict";
+        data.start = data.end = 0;
+        work_->before([this, file] {
+            work_->text.clear();
+            work_->keepsText = 1;
+            return work_->runData(
+                {"export", "work/data.ms", plainPath(file), "--column", "CORRECTED_DATA"},
+                "Writing the corrected data", [this, file] {
+                    work_->keepsText = 0;
+                    constexpr std::string_view lost = "lost ";
+                    std::istringstream lines(work_->text);
+                    for (std::string line; std::getline(lines, line);)
+                        if (line.compare(0, lost.size(), lost) == 0)
+                            work_->notes.push_back(baseNameOf(file) + " does not hold " +
+                                                   line.substr(lost.size()));
+                    return IsFileExists(file) ? 1 : work_->fail(file + " was not written");
+                });
+        });
         return work_->needData(data);
     });
 }
