@@ -142,6 +142,18 @@ std::string componentText(const ACompItem& item, int column)
     return field ? valToStr(*field) : std::string();
 }
 
+std::string roomyNumber(const std::string& text, const std::function<int(const std::string&)>& fits)
+{
+    constexpr int mostDigits = 15;
+    double value = 0;
+    if (fits(text) || !stoval(text, value))
+        return text;
+    for (int digits = mostDigits; digits > 0; --digits)
+        if (std::string shorter = valToStr(value, digits); fits(shorter))
+            return shorter;
+    return text;
+}
+
 int setComponentText(ACompItem& item, int column, std::string_view text, std::string& message)
 {
     const std::string_view typed = trimmed(text, " \t\r\n");

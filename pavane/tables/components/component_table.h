@@ -4,6 +4,7 @@
 #include "pavane/tables/grid/table_text.h"
 #include "platform/api.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,11 @@ PAVANE_API const char* componentTitle(int column);
 PAVANE_API std::string componentKindName(int kind);
 /// What a column says of a component; numbers so that they read back as they are.
 PAVANE_API std::string componentText(const ACompItem& item, int column);
+/// A number with as many of its digits as `fits` says that there is room for: a text that is cut at
+/// its end would hide an exponent. A text that fits, or is no number, stays; so does one of which
+/// not even one digit fits.
+PAVANE_API std::string roomyNumber(const std::string& text,
+                                   const std::function<int(const std::string&)>& fits);
 /// Reads a text in place of a shown one: names of kinds in any case, or numbers. 0 when the
 /// component cannot have it: it stays, and `message` says why in words for the user.
 PAVANE_API int setComponentText(ACompItem& item, int column, std::string_view text,

@@ -2,6 +2,7 @@
 
 #include "pavane/tables/components/component_table.h"
 #include "pavane/tables/TableWatch.h"
+#include "platform/CDC.h"
 #include "platform/controls.h"
 #include "platform/message.h"
 
@@ -178,8 +179,12 @@ void AComponentsTbl::drawHeaderCell(CDC& dc, CRect& rect, int row, int column)
 void AComponentsTbl::drawCell(CDC& dc, CRect& rect, int row, int column, int state)
 {
     ATableWnd::drawCell(dc, rect, row, column, state);
-    drawCellText(dc, rect, row, column, cellAsStr(row, column, nullptr),
-                 column != componentKindColumn);
+    const CString text = cellAsStr(row, column, nullptr);
+    if (column == componentKindColumn)
+        return drawCellText(dc, rect, row, column, text, 0);
+    const int room = rect.Width() - textMargins(row, column);
+    const auto fits = [&](const std::string& shown) { return dc.GetTextExtent(shown).cx <= room; };
+    drawCellText(dc, rect, row, column, roomyNumber(text, fits), 1);
 }
 
 }  // namespace pavane

@@ -102,4 +102,16 @@ TEST(EditedComponents, ChangeInWholeStepsOnly)
     EXPECT_FALSE(edited.isModified());
 }
 
+TEST(ComponentTable, ShowsFewerDigitsRatherThanHalfAnExponent)
+{
+    const auto shown = [](const char* text, std::size_t room) {
+        return roomyNumber(text, [room](const std::string& each) { return each.size() <= room; });
+    };
+    EXPECT_EQ(shown("8.563690789742395e-05", 12), "8.563691e-05");
+    EXPECT_EQ(shown("-0.0008757058123219758", 9), "-0.000876");
+    EXPECT_EQ(shown("0.25", 4), "0.25");
+    EXPECT_EQ(shown("Gaussian", 3), "Gaussian");
+    EXPECT_EQ(shown("1e-300", 2), "1e-300") << "nothing fits";
+}
+
 }  // namespace pavane
