@@ -206,7 +206,7 @@ void CleanWindow::showComponents()
     CString note;
     if (!file.empty() && !readModel(file, model, error)) {
         log_.Append(error);
-        note = "There is no table of components: " + error.substr(file.size() + 2);
+        note = "The model stays a map: it " + error.substr(file.size() + 2);
     }
     if (!components_.reset(model))
         complain("There is not enough memory for the components");
