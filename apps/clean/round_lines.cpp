@@ -16,7 +16,7 @@ constexpr struct {
     const char* title;
     std::int16_t width;
 } columns[roundColumns] = {
-    {"Round", 18},     {"Cells", 9},     {"Iterations", 11}, {"Flux", 10}, {"Peak", 12},
+    {"Round", 16},     {"Cells", 8},     {"Iterations", 11}, {"Flux", 10}, {"Peak", 12},
     {"Noise out", 12}, {"Noise in", 12}, {"Dyn. range", 12}, {"Note", 24},
 };
 constexpr int digits = 3;
