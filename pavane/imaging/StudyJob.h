@@ -126,7 +126,7 @@ public:
     /// Of a job that has ended well: the round made or gone to, -1 none.
     int result() const;
     const std::string& fault() const;
-    /// The last lines of the children, for a word about what went wrong.
+    /// The last lines of the child that ran last, for a word about what went wrong.
     const std::vector<std::string>& log() const;
     /// What the user should know though the job ended well.
     const std::vector<std::string>& notes() const;

@@ -211,10 +211,13 @@ std::string StudyJob::Work::faultOfEnd(int status, const std::string& why) const
         return program + ": " + state.news.fault;
     if (status == 127 || status == 126)
         return program + " cannot be started" + (lastError.empty() ? "" : ": " + lastError);
-    if (!lastError.empty())
-        return lastError;
-    return status < 0 ? program + " was ended by a signal"
-                      : program + " ended with status " + std::to_string(status);
+    const std::string name = program.substr(program.rfind('/') + 1) + ": ";
+    if (lastError.compare(0, name.size(), name) == 0)
+        return lastError;  // a program that says who it is has said all
+    const std::string end =
+        program + (status < 0 ? " was ended by a signal, perhaps for want of memory"
+                              : " ended with status " + std::to_string(status));
+    return end + (lastError.empty() ? "" : ": " + lastError);
 }
 
 void StudyJob::Work::finish(JobTurn how)
@@ -274,6 +277,7 @@ try {
             w.isPending = 0;
             w.isRunning = 1;
             w.lastError.clear();
+            w.log.clear();
             const MapBeam beam = w.state.news.beam;
             w.state.news = {};
             w.state.news.beam = beam;
