@@ -543,7 +543,7 @@ int CleanSession::startExport(const std::string& folder, std::string& error)
         return 0;
     }
     exportFolder_ = folder;
-    if (study_.round(round)->hasModel && !study_.hasMap(round, RoundMap::restored)) {
+    if (study_.round(round)->hasModel && fileOf(round, MapKind::restored).empty()) {
         if (startRestore(round, error))
             return 1;
         exportFolder_.clear();
@@ -556,7 +556,8 @@ int CleanSession::startExport(const std::string& folder, std::string& error)
 int CleanSession::beginExport(std::string& error)
 {
     auto files = std::make_unique<FileExport>();
-    if (!files->work.begin(study_, shown(), programs(), exportFolder_, error)) {
+    if (!files->work.begin(study_, shown(), programs(), exportFolder_, error,
+                           restoringBeam(shown()))) {
         error.insert(0, exportFolder_ + ": ");
         exportFolder_.clear();
         return 0;

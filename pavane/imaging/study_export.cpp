@@ -35,7 +35,7 @@ public:
     }
     int add(const StudyRound& round);
     int addHead();
-    void addRestored(const StudyRound& round);
+    void addRestored(const StudyRound& round, const MapBeam& restoring);
     const std::string& text() const { return text_; }
 
 private:
@@ -171,18 +171,19 @@ int ScriptWriter::add(const StudyRound& round)
     return 1;
 }
 
-void ScriptWriter::addRestored(const StudyRound& round)
+void ScriptWriter::addRestored(const StudyRound& round, const MapBeam& restoring)
 {
     const std::string folder = "rounds/" + numbered(round.id) + "/";
     if (!round.hasModel) {
         text_ += "\necho \"$PWD/shared/" + round.maps + "-dirty.fits\"\n";
         return;
     }
-    if (round.beam.isSet()) {
+    const MapBeam beam = restoring.isSet() ? restoring : round.beam;
+    if (beam.isSet()) {
         EngineTask task = studyTask(study_, round.parameters, programs_.threads);
         task.model = folder + "model.fits";
         task.residual = folder + "residual.fits";
-        task.restoring = round.beam;
+        task.restoring = beam;
         text_ += "\nrm -rf work/new\nmkdir work/new\n";
         for (const EngineStep& step : programs_.engine->restore(task)) {
             line(step.words);
@@ -208,7 +209,8 @@ std::string shellWord(const std::string& word)
 }
 
 std::string roundScript(const AStudy& study, int round, const JobPrograms& programs,
-                        std::vector<std::string>& files, std::string& fault)
+                        std::vector<std::string>& files, std::string& fault,
+                        const MapBeam& restoring)
 {
     std::vector<const StudyRound*> line;
     for (const StudyRound* each = study.round(round); each; each = study.round(each->parent))
@@ -229,7 +231,7 @@ std::string roundScript(const AStudy& study, int round, const JobPrograms& progr
     for (const StudyRound* each : line)
         if (!writer.add(*each))
             return {};
-    writer.addRestored(*line.back());
+    writer.addRestored(*line.back(), restoring);
     return writer.text();
 }
 
@@ -322,7 +324,7 @@ StudyExport::~StudyExport()
 }
 
 int StudyExport::begin(const AStudy& study, int id, const JobPrograms& programs,
-                       const std::string& folder, std::string& fault)
+                       const std::string& folder, std::string& fault, const MapBeam& restoring)
 {
     work_.reset();
     notes_.clear();
@@ -348,8 +350,8 @@ int StudyExport::begin(const AStudy& study, int id, const JobPrograms& programs,
                 {RoundMap::model, "model.fits"},  {RoundMap::mask, "mask.fits"},
                 {RoundMap::beam, "beam.fits"},    {RoundMap::dirty, "dirty.fits"}};
     for (const auto& each : maps) {
-        if (study.hasMap(id, each.map))
-            work->copies.push_back({study.mapFile(id, each.map), each.name});
+        if (study.hasMap(id, each.map, restoring))
+            work->copies.push_back({study.mapFile(id, each.map, restoring), each.name});
         else if (each.map == RoundMap::restored && round->hasModel)
             notes_.emplace_back("map.fits is not there: the round has not been restored");
     }
@@ -358,7 +360,7 @@ int StudyExport::begin(const AStudy& study, int id, const JobPrograms& programs,
     for (const int gains : round->data.chain)
         work->copies.push_back({study.gainTable(gains), "gains/" + numbered(gains) + ".fits"});
     std::vector<std::string> files;
-    work->script = roundScript(study, id, programs, files, fault);
+    work->script = roundScript(study, id, programs, files, fault, restoring);
     if (work->script.empty())
         return 0;
     for (const std::string& file : files) {
@@ -407,11 +409,11 @@ double StudyExport::done() const
 }
 
 int exportRound(const AStudy& study, int id, const JobPrograms& programs, const std::string& folder,
-                std::vector<std::string>& notes, std::string& fault)
+                std::vector<std::string>& notes, std::string& fault, const MapBeam& restoring)
 {
     StudyExport work;
-    WorkPiece piece =
-        work.begin(study, id, programs, folder, fault) ? WorkPiece::more : WorkPiece::failed;
+    WorkPiece piece = work.begin(study, id, programs, folder, fault, restoring) ? WorkPiece::more
+                                                                                : WorkPiece::failed;
     while (piece == WorkPiece::more)
         piece = work.step(fault);
     notes.insert(notes.end(), work.notes().begin(), work.notes().end());

@@ -23,10 +23,11 @@ public:
     StudyExport(const StudyExport&) = delete;
     StudyExport& operator=(const StudyExport&) = delete;
     ~StudyExport();
-    /// Finds what is to be written. The study is not owned and outlives the export. Non-zero on
-    /// success, else `fault` is a clause.
+    /// Finds what is to be written; `restoring` is the beam of map.fits, unset for the fitted one.
+    /// The study is not owned and outlives the export. Non-zero on success, else `fault` is a
+    /// clause.
     int begin(const AStudy& study, int round, const JobPrograms& programs,
-              const std::string& folder, std::string& fault);
+              const std::string& folder, std::string& fault, const MapBeam& restoring = {});
     WorkPiece step(std::string& fault);
     /// Part of the files that are written, 0 to 1.
     double done() const;
@@ -42,14 +43,15 @@ private:
 /// The same at once. Non-zero on success, else `fault` is a clause.
 PAVANE_API int exportRound(const AStudy& study, int round, const JobPrograms& programs,
                            const std::string& folder, std::vector<std::string>& notes,
-                           std::string& fault);
+                           std::string& fault, const MapBeam& restoring = {});
 
 /// The script: `make-maps.sh [DATA [FOLDER]]`. It reads gains, flags, masks and models of the
 /// user's from beside itself, and works in a folder of its own, "maps" unless told. `files` are
 /// those that it needs, relative to the study, and "models/NNNN.fits", the model of a round. ""
 /// with a fault when something is missing in the study.
 PAVANE_API std::string roundScript(const AStudy& study, int round, const JobPrograms& programs,
-                                   std::vector<std::string>& files, std::string& fault);
+                                   std::vector<std::string>& files, std::string& fault,
+                                   const MapBeam& restoring = {});
 
 /// A word as a shell takes it.
 PAVANE_API std::string shellWord(const std::string& word);

@@ -1,5 +1,6 @@
 #include "pavane/imaging/study_export.h"
 #include "pavane/imaging/study_text.h"
+#include "pavane/imaging/WscleanEngine.h"
 #include "tessel/paths.h"
 #include "tests/imaging/study_host.h"
 
@@ -270,6 +271,26 @@ TEST_F(Scripted, ExportsAreWhole)
         EXPECT_TRUE(IsFileExists(to + "/" + name)) << name;
     EXPECT_FALSE(exportRound(study_, round, programs(), to, notes, fault)) << "overwrites";
     EXPECT_FALSE(exportRound(study_, round, programs(), folder_ + "/x", notes, fault));
+    // with another beam it is the map of that one, and the script makes that
+    const MapBeam beam{0.002, 0.001, 30};
+    notes.clear();
+    ASSERT_TRUE(exportRound(study_, round, programs(), to + "2", notes, fault, beam)) << fault;
+    EXPECT_FALSE(notes.empty() || IsFileExists(to + "2/map.fits")) << "not restored with it yet";
+    StudyJob other = newJob();
+    other.restore(round, beam);
+    ASSERT_EQ(runScriptedJob(other), JobTurn::done) << other.fault();
+    ASSERT_TRUE(exportRound(study_, round, programs(), to + "3", notes, fault, beam)) << fault;
+    std::string made;
+    ASSERT_TRUE(readWhole(study_.mapFile(round, RoundMap::restored, beam), 1 << 20, made, fault));
+    std::string exported;
+    ASSERT_TRUE(readWhole(to + "3/map.fits", 1 << 20, exported, fault)) << fault;
+    EXPECT_EQ(exported, made);
+    const WscleanEngine engine;
+    JobPrograms named = programs();
+    named.engine = &engine;
+    std::vector<std::string> files;
+    const std::string script = roundScript(study_, round, named, files, fault, beam);
+    EXPECT_NE(script.find("-beam-shape 0.002asec 0.001asec 30deg"), std::string::npos) << script;
     EXPECT_EQ(shellWord("it's"), "'it'\\''s'");
 }
 
