@@ -448,6 +448,12 @@ int CleanSession::startModel(const AComponents& components, std::string& error)
                  error);
 }
 
+int CleanSession::startVisibilities(int round, const std::string& file, std::string& error)
+{
+    return start({"Model visibilities", [round, file](StudyJob& job) { job.predict(round, file); }},
+                 error);
+}
+
 int CleanSession::startResidual(std::string& error)
 {
     const int round = shown();

@@ -115,6 +115,9 @@ public:
     /// model, mask, areas, gains, flags, a script that makes it again, and the corrected data of a
     /// UVFITS file. The restored map is made first.
     int startExport(const std::string& folder, std::string& error);
+    /// Lets the engine predict the visibilities of a round's model into a file of this name in the
+    /// study's `work`.
+    int startVisibilities(int round, const std::string& file, std::string& error);
     /// Another chain or other flags were chosen: the residual of the shown round's model on them.
     int startResidual(std::string& error);
     int isRunning() const;

@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <utility>
 
 namespace pavane
@@ -29,6 +30,7 @@ constexpr std::int64_t pieceBytes = std::int64_t{1} << 18;
 constexpr int progressPieces = 1000;
 /// Milliseconds between two drawings of what has been read so far.
 constexpr long long drawPause = 700;
+constexpr const char* predictionName = "plot-model.uvfits";
 constexpr const char* flagFilter = "Flags (*.txt *.flags)|*.txt *.flags|All files (*)|*|";
 
 long long milliseconds()
@@ -244,10 +246,14 @@ AComponents DataPlots::model()
     AComponents model;
     modelNote_.clear();
     const int round = modelOfNow();
+    if (round == noModel)
+        return model;
     std::string error;
-    if (round != noModel &&
-        !readModel(session_.study().mapFile(round, RoundMap::model), model, error)) {
-        modelNote_ = "No model is shown: " + error;
+    const std::string file = session_.study().mapFile(round, RoundMap::model);
+    if (!readModel(file, model, error)) {
+        if (error.starts_with(file + ": "))
+            error.erase(0, file.size() + 2);
+        modelNote_ = "no model is shown: it " + error;
         model = AComponents();
     }
     return model;
@@ -322,7 +328,11 @@ void DataPlots::end()
         (void)writer_->Finish();
     writer_.reset();
     if (!shown().modelFault().empty())
-        modelNote_ = "No model is shown: it " + shown().modelFault();
+        modelNote_ = "no model is shown: it " + shown().modelFault();
+    if (predicted_.isOpen() && !shown().isBusy()) {
+        shown().keepModel();
+        predicted_.close();
+    }
     tellWindows();
 }
 
@@ -349,6 +359,8 @@ void DataPlots::studyChanged()
     const int isOther = source_ == PlotSource::round       ? readRound_ != session_.shown()
                         : source_ == PlotSource::corrected ? readGains_ != gainsOfNow()
                                                            : 0;
+    if (predictedRound_ != noModel && !session_.isRunning() && takePrediction())
+        return tellWindows();
     if (isOther && shown().file() && !session_.isRunning()) {
         read();
     } else if (shown().file() && readModel_ != modelOfNow()) {
@@ -408,6 +420,8 @@ int DataPlots::run(unsigned id, CWnd* owner)
         return takeFlagsOfRound(owner), 1;
     case idUseFlags:
         return useFlags(), 1;
+    case idPredictModel:
+        return predictModel(), 1;
     default:
         return 0;
     }
@@ -494,6 +508,49 @@ void DataPlots::useFlags()
     keepFlags();
     if (!session_.startResidual(error))
         complain(error);
+}
+
+// --- models that components are too many of
+
+std::string DataPlots::predictionFile() const
+{
+    return session_.study().folder() + "/work/" + predictionName;
+}
+
+int DataPlots::canPredict() const
+{
+    return !modelNote_.empty() && modelOfNow() != noModel && !session_.isRunning() &&
+           !session_.study().isReadOnly();
+}
+
+void DataPlots::predictModel()
+{
+    if (!isLoaded() || !canPredict())
+        return;
+    keepFlags();
+    std::string error;
+    predictedRound_ = modelOfNow();
+    if (session_.startVisibilities(predictedRound_, predictionName, error))
+        return;
+    predictedRound_ = noModel;
+    complain(error);
+}
+
+/// The engine has made them, or could not, which the user was told. Non-zero when they are shown.
+int DataPlots::takePrediction()
+{
+    const int round = std::exchange(predictedRound_, noModel);
+    std::string error;
+    const std::string name = predictionFile();
+    if (!shown().file() || round != modelOfNow() || !predicted_.open(name, error))
+        return 0;
+    (void)std::remove(name.c_str());  // what is open can be read to its end
+    readModel_ = round;
+    modelNote_.clear();
+    shown().setModelFile(&predicted_);
+    if (shown().isBusy() && !writer_)
+        begin("Reading the model");
+    return 1;
 }
 
 }  // namespace pavane

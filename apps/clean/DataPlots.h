@@ -77,6 +77,8 @@ public:
     /// The components of the model; none, and told in a status line, where there are too many.
     AComponents model();
     const CString& modelNote() const { return modelNote_; }
+    /// The model is one that the engine alone can make visibilities of.
+    int canPredict() const;
     const AProgress& progress() const { return progress_; }
     int isReading() const { return shown().isBusy(); }
     void stopReading();
@@ -101,17 +103,21 @@ private:
     void saveFlags(CWnd* owner);
     void takeFlagsOfRound(CWnd* owner);
     void useFlags();
+    void predictModel();
+    int takePrediction();
+    std::string predictionFile() const;
     std::string gainsOfNow() const;
 
     CleanSession& session_;
-    AUVXFile file_;
+    AUVXFile file_, predicted_;
     EditedVisibilities data_;  ///< with the flags of now
     EditedVisibilities past_;  ///< with those of a round
     PlotSource source_ = PlotSource::corrected;
     int modelRound_ = shownModel;
-    int readRound_ = -1;     ///< that `past_` is of
-    int readModel_ = -1;     ///< whose model is shown
-    std::string readGains_;  ///< what corrects the data that are shown
+    int readRound_ = -1;       ///< that `past_` is of
+    int readModel_ = -1;       ///< whose model is shown
+    int predictedRound_ = -1;  ///< whose model the engine is asked for
+    std::string readGains_;    ///< what corrects the data that are shown
     CString modelNote_;
     int isLoaded_ = 0;
     unsigned keptVersion_ = 0;  ///< of the flags that the study has

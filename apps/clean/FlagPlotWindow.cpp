@@ -91,7 +91,8 @@ CString FlagPlotWindow::counts() const
     if (!data.parts().empty() && data.parts().front().ifIndex < 0)
         text += "; means of all IFs, since there are so many";
     if (!plots().modelNote().empty())
-        text += "; " + plots().modelNote();
+        text += "; " + plots().modelNote() +
+                (plots().canPredict() ? " (menu View: the engine makes its visibilities)" : "");
     return text;
 }
 
@@ -196,7 +197,7 @@ void FlagPlotWindow::OnInitMenuPopup(CMenu& popup)
         else if (line.id == idOpenFlags || line.id == idRemoveFlags || line.id == idRoundFlags)
             line.enabled = !plots().session().study().isReadOnly();
         else
-            line.enabled = 1;
+            line.enabled = line.id != idPredictModel || plots().canPredict();
     }
     view_.SetUpMenu(popup);
     for (CMenu::Line& line : popup.lines())

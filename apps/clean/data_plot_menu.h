@@ -21,6 +21,7 @@ enum DataPlotCommand : unsigned {
     idRemoveFlags,
     idRoundFlags,  ///< those of the shown round become those of now
     idUseFlags,
+    idPredictModel,  ///< where components are too many
     idTriangles = 41471,
     idMoreRows,
     idFewerRows,
@@ -78,6 +79,7 @@ inline constexpr MenuItem flagView[] = {
     flagViewItems[3],
     flagViewItems[4],
     flagViewItems[5],
+    {"V&isibilities of the model by the engine", idPredictModel, nullptr, 0},
     line,
     {"&Next page\tN", ID_FLAG_NEXT, nullptr, 0},
     {"Pre&vious page\tShift+N", ID_FLAG_PREVIOUS, nullptr, 0},

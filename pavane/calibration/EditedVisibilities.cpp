@@ -13,14 +13,9 @@ namespace pavane
 namespace
 {
 
-/// Beyond so many components times places a plot would wait for its model.
-constexpr double mostModelTerms = 1e9;
-/// Of a model beyond so many turns of error by the flat sky a plot would show another one.
-constexpr double mostTurns = 0.01;
 constexpr std::int64_t bytesOfRow = 256;  ///< that a row's flags or model take the time of
 /// So many rows are flagged anew at once.
 constexpr std::size_t rowsAtOnce = std::size_t{1} << 16;
-constexpr double megaTerms = 1e6;
 
 UvMarks withStokes(UvMarks marks, const UvHeader& header)
 {
@@ -46,6 +41,7 @@ void EditedVisibilities::forgetRows()
     data_.clear();
     flagged_.clear();
     modelCells_.clear();
+    modelSlices_.reset();
     query_.reset();
     cells_ = {};
     count_ = flaggedCount_ = modelRow_ = flagRow_ = 0;
@@ -81,7 +77,7 @@ int EditedVisibilities::step(std::int64_t bytes)
     else if (flagRow_ < rows_.size())
         flagSome(some);
     else if (modelRow_ < modelRows())
-        modelSome(some);
+        modelSome(bytes, some);
     else
         return 0;
     if (!isBusy())
@@ -99,6 +95,7 @@ void EditedVisibilities::stop()
         flagSome(rowsAtOnce);
     if (modelRow_ < modelRows())
         modelCells_.clear();
+    modelSlices_.reset();
     tell();
 }
 
@@ -244,65 +241,6 @@ void EditedVisibilities::endReading()
     }
     flagsAgain();
     beginModel();
-}
-
-// --- the model
-
-void EditedVisibilities::setModel(const AComponents& model)
-{
-    model_ = model.count() > 0 ? std::make_unique<ModelVisibilities>(model) : nullptr;
-    if (isReading_)
-        return;
-    beginModel();
-    tell();
-}
-
-void EditedVisibilities::beginModel()
-{
-    modelCells_.clear();
-    modelFault_.clear();
-    modelRow_ = 0;
-    if (!model_ || rows_.empty())
-        return;
-    const double terms = static_cast<double>(model_->count()) * static_cast<double>(data_.size());
-    double greatest = 0;
-    for (const std::vector<double>& middles : hertz_)
-        for (const double hertz : middles)
-            greatest = std::max(greatest, hertz);
-    if (terms > mostModelTerms)
-        modelFault_ = "has " + std::to_string(model_->count()) + " components, too many for " +
-                      std::to_string(std::llround(static_cast<double>(data_.size()) / megaTerms)) +
-                      " million visibilities";
-    else if (model_->wTurns(greatestW_ * greatest) > mostTurns)
-        modelFault_ = "reaches too far from the centre for its visibilities to be added up";
-    else
-        try {
-            modelCells_.resize(data_.size());
-        } catch (const std::bad_alloc&) {
-            modelFault_ = "needs more memory than there is";
-        }
-}
-
-void EditedVisibilities::modelSome(std::size_t rows)
-{
-    const std::size_t parts = cells_.parts.size();
-    // adding up takes longer than flags do
-    const std::size_t some =
-        std::max<std::size_t>(rows / std::max<std::size_t>(model_->count(), 1), 1);
-    const std::size_t end = std::min(rows_.size(), modelRow_ + some);
-    std::vector<double> u(parts), v(parts);
-    std::vector<std::complex<double>> values(parts);
-    for (; modelRow_ < end; ++modelRow_) {
-        const Row& row = rows_[modelRow_];
-        const std::vector<double>& hertz = hertz_[static_cast<std::size_t>(row.selection)];
-        for (std::size_t p = 0; p < parts; ++p) {
-            u[p] = row.u * hertz[p];
-            v[p] = row.v * hertz[p];
-        }
-        model_->at(u.data(), v.data(), parts, values.data());
-        for (std::size_t p = 0; p < parts; ++p)
-            modelCells_[at(modelRow_, p)] = std::complex<float>(values[p]);
-    }
 }
 
 // --- flags

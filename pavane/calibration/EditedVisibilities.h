@@ -59,6 +59,12 @@ public:
     void show(AUVXFile* file, UvMarks marks = {}, std::size_t mostCells = usualMost);
     /// Another model, at the middle of each IF; none without components.
     void setModel(const AComponents& model);
+    /// That of a file of predicted visibilities of these data: groups of the same baselines and
+    /// times, IFs of the same frequencies. Not owned; it goes after this or after another call.
+    /// Null for none.
+    void setModelFile(AUVXFile* file);
+    /// Keeps what has been read of it, without the file.
+    void keepModel() { modelFile_ = nullptr; }
     /// Goes on reading, with the model, or with flags, about as long as some `bytes` of the file
     /// take. Non-zero while more remains.
     int step(std::int64_t bytes = std::int64_t{1} << 20);
@@ -130,7 +136,11 @@ private:
     int selectionOf(int selection, const double* frequencies);
     void endReading();
     void beginModel();
-    void modelSome(std::size_t rows);
+    std::string whyNotAdded() const;
+    void modelSome(std::int64_t bytes, std::size_t rows);
+    std::ptrdiff_t rowAt(const std::vector<int>& baseline, double time) const;
+    int isOfPart(const UvCells::Part& part, int modelIf, int modelStokes) const;
+    void takeModel(const UvGroups& groups, int i);
     void flagsAgain();
     void flagRow(FlagQuery& query, std::size_t row, int on);
     void flagSome(std::size_t rows);
@@ -165,6 +175,8 @@ private:
     double integration_ = 0;
 
     std::unique_ptr<ModelVisibilities> model_;
+    AUVXFile* modelFile_ = nullptr;
+    std::unique_ptr<UvSlices> modelSlices_;  ///< while it is read
     std::vector<std::complex<float>> modelCells_;
     std::size_t modelRow_ = 0;
 

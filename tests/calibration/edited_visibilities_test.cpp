@@ -92,6 +92,39 @@ TEST_F(Visibilities, HaveTheMeanOfTheChannelsAndTheModel)
     }
 }
 
+TEST_F(Visibilities, HaveTheModelThatAnotherProgramHasPredicted)
+{
+    std::vector<MadeGroup> predicted = groups;
+    for (MadeGroup& group : predicted) {
+        group.gain = 1;
+        group.weight = -1;  // of what is flagged it is a model all the same
+    }
+    predicted.erase(predicted.begin() + 2);
+    std::swap(predicted[4], predicted[40]);
+    AUVXFile model;
+    std::string error;
+    ASSERT_TRUE(model.open(savedData("predicted.uvfits", predicted), error)) << error;
+    data.setModelFile(&model);
+    while (data.step()) {
+    }
+    data.keepModel();
+    ASSERT_TRUE(data.hasModel());
+    std::size_t without = 0;
+    for (std::size_t r = 0; r < data.rows().size(); ++r)
+        for (std::size_t p = 0; p < 4; ++p) {
+            const EditedVisibilities::Row& row = data.rows()[r];
+            const double hertz =
+                madeFrequency + data.parts()[p].ifIndex * madeIfStep + madeStep / 2;
+            const bool isThere = data.model(r, p) != 0.0;
+            without += !isThere;
+            // the mean of two channels is not quite the middle of them
+            EXPECT_TRUE(!isThere ||
+                        std::abs(data.model(r, p) -
+                                 madeModel().VfromUV(row.u * hertz, row.v * hertz)) < 0.02);
+        }
+    EXPECT_EQ(without, 4U);
+}
+
 TEST_F(Visibilities, AreFlaggedAsTheScopeSaysAndAsAFileThroughTheFlagsIs)
 {
     using Antennas = FlagScope::Antennas;
