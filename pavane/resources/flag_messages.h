@@ -13,6 +13,7 @@ inline constexpr const char* noFlaggedShown =
     "What is flagged is hidden: V shows it, so that it can be brought back.";
 inline constexpr const char* chooseAntenna =
     "Choose the antenna first: one whose baselines are shown, or one of the list.";
-inline constexpr const char* flagsAreFixed = "These data cannot be flagged here.";
+inline constexpr const char* flagsAreFixed =
+    "These flags are fixed, as those of a round are: other data of the list can be flagged.";
 
 }  // namespace pavane
