@@ -222,6 +222,7 @@ int CleanSession::open(const CleanOptions& options, std::string& error)
     }
     engine_ = options.engine.empty() ? std::make_unique<WscleanEngine>()
                                      : std::make_unique<WscleanEngine>(options.engine);
+    leavesOut = options.leavesOut;
     dataProgram_ = options.ms.empty() ? std::vector<std::string>{dataProgramName()} : options.ms;
     const std::string folder = isStudy(options.data) ? options.data : folderFor(options);
     opening_ = StudyOpening::opened;
@@ -383,6 +384,7 @@ int CleanSession::startImport(std::string& error)
         return study_.rounds().empty() && startFirstMaps(error);
     ImportChoice choice;
     choice.input = study_.source();
+    choice.leavesOut = leavesOut;
     if (!start({"Reading the data", [choice](StudyJob& job) { job.import(choice); }}, error))
         return 0;
     next_.push_back({"Dirty map", [this](StudyJob& job) {

@@ -90,6 +90,7 @@ public:
     /// Of the rounds that lead to it.
     std::vector<PeakPoint> pointsOf(int round) const;
 
+    int leavesOut = 0;  ///< an import goes without rows that it cannot take, in place of failing
     /// The command of pavane-ms.
     const std::vector<std::string>& dataProgram() const { return dataProgram_; }
 

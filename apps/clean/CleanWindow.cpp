@@ -302,7 +302,7 @@ int CleanWindow::Open(const std::string& file)
     if (shown_.isOpen() && !wanted.empty())
         takeAreas(wanted);
     updateTitle();
-    if (session_.study().rounds().empty() && !session_.startImport(error))
+    if (session_.study().rounds().empty() && mayImport() && !session_.startImport(error))
         complain(error);
     return 1;
 }

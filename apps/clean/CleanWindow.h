@@ -147,6 +147,8 @@ private:
     void askParameters();
     void takeSettledParameters();
     void askSelection();
+    int mayImport();
+    int importsWithout(const CString& error);
     void saveGains();
     void loadGains();
     int selfCalibrate(int replaces = 0);

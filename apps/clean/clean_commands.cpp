@@ -312,6 +312,8 @@ void CleanWindow::jobEnded(int isDone, const CString& error)
     refreshRow();
     if (isDone && session_.isOpen())
         tellOfChain();
+    if (importsWithout(error))
+        return;
     complain(error);
 }
 

@@ -250,6 +250,11 @@ int askTakeOver(const std::string&, CleanOptions& options, std::string&)
     return options.takeOver = 1;
 }
 
+int askLeaveOut(const std::string&, CleanOptions& options, std::string&)
+{
+    return options.leavesOut = 1;
+}
+
 int askHelp(const std::string&, CleanOptions& options, std::string&) { return options.help = 1; }
 
 int askVersion(const std::string&, CleanOptions& options, std::string&)
@@ -315,6 +320,10 @@ const OptionTable<CleanOptions>& optionTable()
          ofTheStudy},
         {{"--take-over", "", "", "open a study that a program which is gone has left locked"},
          askTakeOver,
+         ofTheStudy},
+        {{"--leave-out", "", "",
+          "import data without the rows that have no antenna, time or place, in place of failing"},
+         askLeaveOut,
          ofTheStudy},
         {{"--engine", "", "WORD", "command of the engine, a word each (wsclean)"},
          addEngineWord,

@@ -63,7 +63,8 @@ struct CleanOptions {
     std::vector<std::string> ms;      ///< the same of pavane-ms
     std::vector<CleanStep> steps;
     int batch = 0;
-    int takeOver = 0;  ///< a study whose lock is of a program that is gone
+    int leavesOut = 0;  ///< rows that cannot be imported, in place of failing
+    int takeOver = 0;   ///< a study whose lock is of a program that is gone
     int help = 0, version = 0;
 };
 

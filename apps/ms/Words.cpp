@@ -82,6 +82,7 @@ Selection::Selection(const Words& words)
             throw WrongUse("--hands takes hands such as RR,LL, not " + text);
     }
     source = words.value("source");
+    leavesOut = words.has("leave-out");
 }
 
 std::string safePath(const std::string& name)

@@ -34,12 +34,13 @@ struct Selection {
     double start = -1e300, end = 1e300;  ///< days since 0h of the reference day, end not included
     std::vector<std::string> hands;      ///< empty: all
     std::string source;                  ///< name or number; empty: all
+    int leavesOut = 0;  ///< rows that cannot be taken are left out, in place of failing
 
     explicit Selection(const Words& words);
     int hasTime(double time) const { return start <= time && time < end; }
     static std::vector<std::string> options()
     {
-        return {"column=", "ifs=", "times=", "hands=", "source="};
+        return {"column=", "ifs=", "times=", "hands=", "source=", "leave-out"};
     }
 };
 

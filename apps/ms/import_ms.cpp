@@ -215,6 +215,9 @@ void importMs(const std::string& input, const std::string& part, const std::stri
         return;
     if (count.rows == 0)
         throw Failure(input + " has no visibilities in what is to be taken");
+    if (count.leftOut > 0 && !selection.leavesOut)
+        throw Failure(std::to_string(count.leftOut) + " rows of " + input +
+                      " have no antennas, time or place; --leave-out takes the others");
     needSpace(output, workingSize(count.rows, count.cells));
     auto* const builder = new MsBuilder(part, ms.plan(), ms.windows());  // NOLINT: see newMs
     work.fill(*builder, watch);

@@ -389,6 +389,9 @@ void importUvFits(const std::string& input, const std::string& part, const std::
         return;
     if (count.rows == 0)
         throw Failure(input + " has no visibilities in what is to be taken");
+    if (count.leftOut > 0 && !selection.leavesOut)
+        throw Failure(std::to_string(count.leftOut) + " groups of " + input +
+                      " have no antennas, time or place; --leave-out takes the others");
     needSpace(output, workingSize(count.rows, count.cells));
     auto* const builder = new MsBuilder(part, work.plan(), work.windows());  // NOLINT: see newMs
     work.fill(*builder, watch);

@@ -54,7 +54,8 @@ constexpr Command commands[] = {
      " [--keep-failed] [--keep-weights]"},
     {"export", exportData, "WORK.ms OUT.uvfits --column DATA|CORRECTED_DATA|MODEL_DATA"},
     {"facts", showFacts,
-     "DATA [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source NAME]"},
+     "DATA [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source NAME] "
+     "[--leave-out]"},
 #ifdef PAVANE_HDF5
     {"gains-to-h5", gainsToH5, "IN.txt OUT.h5 [--data DATA]"},
     {"gains-from-h5", gainsFromH5, "IN.h5 OUT.txt [--data DATA] [--direction N]"},

@@ -56,6 +56,7 @@ struct JobPrograms {
 /// What is to be imported; texts as `pavane-ms import` takes them, "" all.
 struct ImportChoice {
     std::string input, column, ifs, times, hands, source;
+    int leavesOut = 0;  ///< rows that cannot be taken are left out, in place of failing
 };
 
 /// A job on a study: children that run one after another, and what is checked, copied and noted

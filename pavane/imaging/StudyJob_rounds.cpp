@@ -433,6 +433,8 @@ int StudyJob::Work::planImport(const ImportChoice& choice)
     add("--times", choice.times);
     add("--hands", choice.hands);
     add("--source", choice.source);
+    if (choice.leavesOut)
+        words.emplace_back("--leave-out");
     const bool isTable = IsFolderExists(input);
     before([this, isTable, input, words] {
         // with the name of the data left open, for whoever repeats it
