@@ -4,7 +4,8 @@ on an X server of its own, with the real engine.
 
 usage: clean_e2e.py PAVANE_CLEAN PAVANE_SIMULATE FOLDER
 
-Opens UVFITS data, draws an area, cleans twice, stops a third round, goes back and begins a branch,
+Opens UVFITS data, draws an area, cleans twice, keeps the area as a set, restores with another beam,
+stops a third round, goes back and begins a branch,
 flags visibilities in a plot, and closes: the study has the rounds that were asked for, none that was stopped,
 no temporary file, and the user's file is as it was.
 """
@@ -104,6 +105,27 @@ def work(desk, program, folder):
     assert rounds[ids[1]]["parent"] == str(ids[0]) and rounds[ids[2]]["parent"] == str(ids[1])
     assert float(rounds[ids[2]]["fluxes"].split()[0]) > 0
     marks = {each: digest(f"{study.folder}/rounds/{each:04d}/round.txt") for each in first}
+    # the areas as a set, and maps of another beam: nothing is cleaned for that
+    clean.key("ctrl+t")
+    box = clean.window("CLEAN areas")
+    clean.key("alt+n")
+    clean.type("core")
+    clean.key("alt+k", "Return")
+    clean.gone(box)
+    wait_for("the set", lambda: os.path.exists(study.folder + "/area-sets"))
+    clean.main()
+    clean.key("shift+F4")
+    box = clean.window("Beam shape")
+    clean.key("alt+s", "Home", "Down", "alt+m")
+    clean.key("ctrl+a")
+    clean.type("1.5")
+    clean.key("Return")
+    clean.gone(box)
+    restored = f"{study.folder}/rounds/{ids[2]:04d}/"
+    wait_for("a map with that beam", lambda: [name for name in os.listdir(restored)
+                                              if name.startswith("restored-")])
+    assert len(study.rounds()) == 3
+    clean.main()
     # a round that would take minutes is stopped: nothing of it stays
     clean.key("shift+F6")
     clean.type("500000000")
