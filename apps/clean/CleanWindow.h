@@ -138,6 +138,7 @@ private:
     int runStudyCommand(unsigned id);
     void deleteBranch();
     void openModel();
+    void makePoint();
     void makeEditedRound();
     void showLog();
     void showMarks();

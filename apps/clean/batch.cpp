@@ -15,7 +15,9 @@
 #include "tessel/flags/VisibilityFlags.h"
 #include "tessel/paths.h"
 #include "tessel/SkyCoordinates.h"
+#include "tessel/value_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <fstream>
@@ -148,9 +150,40 @@ private:
         return 1;
     }
 
+    /// "0.5" or "0.5,EAST,NORTH": Jy, milliarcseconds from the phase centre.
+    static int readPoint(const std::string& text, AComponents& components, std::string& error)
+    {
+        constexpr double arcsecond = 1e3, degree = 3.14159265358979323846 / 180;
+        double numbers[3] = {0, 0, 0};
+        std::size_t count = 0;
+        for (std::size_t start = 0; start <= text.size() && count < std::size(numbers); ++count) {
+            const std::size_t end = std::min(text.find(',', start), text.size());
+            if (!stoval(text.substr(start, end - start), numbers[count]))
+                break;
+            start = end + 1;
+        }
+        if ((count != 1 && count != std::size(numbers)) || !(numbers[0] > 0) ||
+            std::count(text.begin(), text.end(), ',') + 1 != static_cast<std::ptrdiff_t>(count)) {
+            error = "a point wants FLUX or FLUX,EAST,NORTH (Jy above 0, mas), not '" + text + "'";
+            return 0;
+        }
+        ACompItem item;
+        item.type = pointComponent;
+        item.PeakFlux() = numbers[0];
+        item.Distance() = std::hypot(numbers[1], numbers[2]) / arcsecond;
+        item.Angle() =
+            numbers[1] == 0 && numbers[2] == 0 ? 0 : std::atan2(numbers[1], numbers[2]) / degree;
+        components.Add(item);
+        return 1;
+    }
+
     int readModel(const std::string& file, std::string& error)
     {
         AComponents components;
+        const std::string point = "point=";
+        if (file.compare(0, point.size(), point) == 0)
+            return readPoint(file.substr(point.size()), components, error) &&
+                   makeModel(components, error);
         std::ifstream in(file);
         if (!in) {
             error = file + ": cannot be read";
@@ -161,6 +194,11 @@ private:
             error = file + ": there is no component in it";
             return 0;
         }
+        return makeModel(components, error);
+    }
+
+    int makeModel(const AComponents& components, std::string& error)
+    {
         if (!session_.startModel(components, error) || !wait(error))
             return 0;
         printRound(session_.shown());

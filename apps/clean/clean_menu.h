@@ -27,6 +27,7 @@ enum CleanCommand : unsigned {
     idBeamShape,
     idSelection,
     idFirstModel,
+    idPointModel,
     idEditedModel,
     idGoOn,  ///< from the chosen round
     idSelfCalibrate = 41301,
@@ -114,6 +115,7 @@ inline constexpr MenuItem clean[] = {
     {"&Beam shape...\tShift+F4", idBeamShape, nullptr, 0},
     {"Se&lection of data...", idSelection, nullptr, 0},
     {"First &model...", idFirstModel, nullptr, 0},
+    {"First model: a point at the pea&k", idPointModel, nullptr, 0},
     {"Round of the &edited components", idEditedModel, nullptr, 0},
     line,
     {"&Go on from the chosen round", idGoOn, nullptr, 0},

@@ -281,7 +281,9 @@ const OptionTable<CleanOptions>& optionTable()
          readAreas,
          ofSteps,
          1},
-        {{"--model", "", "FILE", "components to begin with, in place of nothing"},
+        {{"--model", "", "FILE",
+          "components to begin with, in place of nothing; point=FLUX or point=FLUX,EAST,NORTH is a "
+          "point (Jy, mas from the phase centre)"},
          readModel,
          ofSteps,
          1},

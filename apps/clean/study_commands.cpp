@@ -11,6 +11,7 @@
 #include "tessel/value_text.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 
@@ -50,6 +51,8 @@ int CleanWindow::runStudyCommand(unsigned id)
         return deleteBranch(), 1;
     case idFirstModel:
         return openModel(), 1;
+    case idPointModel:
+        return makePoint(), 1;
     case idEditedModel:
         return makeEditedRound(), 1;
     case idSaveGains:
@@ -95,6 +98,28 @@ void CleanWindow::deleteBranch()
     if (!study.round(session_.shown()) && !session_.show(parent, error))
         complain(error);
     roundsChanged();
+}
+
+/// A point where the residual is highest, of that flux: what a first calibration of phases needs.
+void CleanWindow::makePoint()
+{
+    const StudyRound* const round = session_.study().round(session_.shown());
+    if (session_.isRunning() || !round || !shown_.isOpen())
+        return;
+    if (!(round->numbers.peak > 0) || round->numbers.peakX < 0)
+        return status_.SetMessage("The residual has no positive peak");
+    const MapPlace at = shown_.content().frame.offsetOf(round->numbers.peakX, round->numbers.peakY);
+    constexpr double degree = 3.14159265358979323846 / 180;
+    ACompItem item;
+    item.type = pointComponent;
+    item.PeakFlux() = round->numbers.peak;
+    item.Distance() = std::hypot(at.x, at.y);
+    item.Angle() = at.x == 0 && at.y == 0 ? 0 : std::atan2(at.x, at.y) / degree;
+    AComponents point;
+    point.Add(item);
+    std::string error;
+    if (!session_.startModel(point, error))
+        complain(error);
 }
 
 void CleanWindow::openModel()
