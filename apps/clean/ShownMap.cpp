@@ -106,6 +106,7 @@ ShownMap::Change ShownMap::show(const std::string& file, MapKind kind, std::stri
             describeMap(picture_.axis(), picture_.graph(), content_.frame, {});
         } else {
             kept_.clear();
+            forgetRanges();  // of a map of other cells
             picture_.show(content_);
             std::string noSky;
             sky_ = std::make_unique<SkyCoordinates>();
