@@ -459,8 +459,10 @@ void DataPlots::openFlags(CWnd* owner)
     if (!readFlags(name, flags, error))
         return complain(name + ": " + error);
     (void)data_.replaceFlags(flags, "Opening of " + baseNameOf(name));
-    tell(owner, std::to_string(flags.lines.size()) + " lines of " + baseNameOf(name) +
-                    " are the flags now; Ctrl+Z in a plot brings back those of before");
+    const auto lines = flags.lines.size();
+    tell(owner, std::to_string(lines) + (lines == 1 ? " line of " : " lines of ") +
+                    baseNameOf(name) + (lines == 1 ? " is" : " are") +
+                    " the flags now; Ctrl+Z in a plot brings back those of before");
 }
 
 void DataPlots::saveFlags(CWnd* owner)

@@ -124,6 +124,15 @@ public:
             flagged_.name = "flagged";
     }
 
+    /// So many points of each series are likely.
+    void reserve(std::size_t count)
+    {
+        for (ChartCurve& curve : points_) {
+            curve.x.reserve(count);
+            curve.y.reserve(count);
+        }
+    }
+
     void add(const Shown& point, int flagged)
     {
         const double y = shownValue(point.value, isPhase_);
@@ -205,6 +214,8 @@ ChartPanel panelOf(const EditedVisibilities& data, const FlagChartChoice& choice
 {
     ChartPanel made;
     PanelCurves curves(data, choice, panel.isPhase);
+    if (panel.baseline >= 0)
+        curves.reserve(data.rowsOf(static_cast<std::size_t>(panel.baseline)).size());
     for (const std::size_t b : baselinesOf(data, choice, panel))
         for (const int flagged : {0, 1})
             if (!flagged || choice.flagged)

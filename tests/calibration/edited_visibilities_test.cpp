@@ -194,6 +194,19 @@ TEST_F(Visibilities, OfOneHandAreFlaggedByTheirAmplitudeAgainstDistance)
     EXPECT_EQ(flagChart(data, choice).panels[0].scales[0].curves.size(), 1U);
 }
 
+TEST_F(Visibilities, OfAPartOfTheFileAreShownWhenReadingIsStopped)
+{
+    EditedVisibilities part;
+    part.setModel(madeModel());
+    part.show(&file);
+    part.stop();
+    EXPECT_FALSE(part.isBusy() || part.hasModel());
+    EXPECT_FALSE(part.step());
+    read(part);  // all of it, with the model
+    EXPECT_TRUE(part.hasModel());
+    EXPECT_EQ(part.count(), data.count());
+}
+
 TEST_F(Visibilities, AreMeansWhereThereAreTooMany)
 {
     const struct {
