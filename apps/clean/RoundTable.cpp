@@ -13,7 +13,7 @@ namespace
 
 constexpr int rowUnit = 11;  // eighths of a character
 constexpr int numberCharacters = 5;
-constexpr const char* comparedMark = "\u2194 ";
+constexpr const char* comparedMark = "\u2194";
 
 }  // namespace
 
