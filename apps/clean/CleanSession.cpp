@@ -72,6 +72,12 @@ struct CleanSession::FileExport {
     int told = 0;
 };
 
+/// A map that was just made, on its way to the window.
+struct CleanSession::MapLoading {
+    std::string file, fault;  ///< of the job that has ended
+    MapContentReader reader;
+};
+
 /// Starts what the job asks for and tells it what became of it, from the message loop.
 class CleanSession::Runner : public CWnd
 {
@@ -81,10 +87,12 @@ public:
 
     int Create() { return CWnd::Create("PavaneRunner", "", WS_POPUP, CRect(), nullptr, 0); }
     /// The next child of the job, or its end; from a message, so that nothing is deeper within.
+    /// By a timer: messages that are posted one after another are all sent before the user is
+    /// heard.
     void Advance()
     {
         if (!isAdvancing_)
-            isAdvancing_ = PostMessage(newsMessage, advance, 0);
+            isAdvancing_ = SetTimer(advanceTimer, 0) != 0;
     }
     void Terminate() { process_.Terminate(); }
     void Kill() { process_.Kill(); }
@@ -100,6 +108,13 @@ public:
 
     void OnTimer(unsigned id) override
     {
+        if (id == advanceTimer) {
+            KillTimer(advanceTimer);
+            isAdvancing_ = 0;
+            if (!process_.IsRunning())
+                next();
+            return;
+        }
         if (id != lookTimer)
             return CWnd::OnTimer(id);
         if (!process_.IsRunning())
@@ -112,18 +127,13 @@ public:
     {
         if (message != newsMessage)
             return CWnd::WindowProc(message, wParam, lParam);
-        if (wParam == advance) {
-            isAdvancing_ = 0;
-            if (!process_.IsRunning())
-                next();
-        } else
-            hear(*reinterpret_cast<const ProcessNews*>(lParam));  // NOLINT: a pointer in it
+        hear(*reinterpret_cast<const ProcessNews*>(lParam));  // NOLINT: a pointer in it
         return 0;
     }
 
 private:
-    static constexpr WPARAM advance = 1000;
-    static constexpr unsigned lookTimer = 1, lookPause = 100;  ///< milliseconds
+    static constexpr unsigned lookTimer = 1, advanceTimer = 2;
+    static constexpr unsigned lookPause = 100;  ///< milliseconds
     static constexpr std::chrono::milliseconds reportPause{50};
     /// Bytes of a line that are told; the log of the round has all.
     static constexpr std::size_t longestSaid = 4000;
@@ -135,6 +145,11 @@ private:
             if (session_.solve(error))
                 return Advance();
             return session_.calibrated(error);
+        }
+        if (session_.loading_) {
+            if (session_.load())
+                Advance();
+            return;
         }
         if (session_.files_) {
             std::string error;
@@ -273,6 +288,7 @@ void CleanSession::close()
     job_.reset();
     calibration_.reset();
     predicted_.reset();
+    loading_.reset();
     files_.reset();
     export_.reset();
     exportFolder_.clear();
@@ -335,6 +351,43 @@ void CleanSession::jobEnded(int isDone, const std::string& error)
     }
     if (isDone && round >= 0 && !keepsShown_)
         (void)show(round, fault);
+    if (isDone && round >= 0 && beginLoading(round, fault))
+        return;
+    goOnAfter(isDone, fault);
+}
+
+/// Reads the map that is to be shown now, in slices, so that showing it takes no reading. 0 when
+/// there is none to read.
+int CleanSession::beginLoading(int round, const std::string& error)
+{
+    auto loading = std::make_unique<MapLoading>();
+    loading->file = fileWanted && loaded ? fileWanted(round) : std::string();
+    loading->fault = error;
+    CString ignored;  // comes again, and is told, when it is shown
+    if (loading->file.empty() || !loading->reader.begin(loading->file, ignored))
+        return 0;
+    loading_ = std::move(loading);
+    runner_->Advance();
+    return 1;
+}
+
+/// Non-zero while more remains.
+int CleanSession::load()
+{
+    CString error;
+    if (runSlice(std::chrono::milliseconds(sliceMilliseconds),
+                 [&] { return loading_->reader.step(error); }))
+        return 1;
+    const std::unique_ptr<MapLoading> done = std::move(loading_);
+    if (error.empty())
+        loaded(done->file, std::move(done->reader.content()));
+    goOnAfter(1, done->fault);
+    return 0;
+}
+
+/// What comes after a job: the next one, the export that waited for it, or a word to the user.
+void CleanSession::goOnAfter(int isDone, std::string fault)
+{
     if (!isDone) {
         next_.clear();
         exportFolder_.clear();
@@ -650,7 +703,10 @@ void CleanSession::exported(const std::string& error)
         ended(error.empty(), run->progress().IsCancelled() ? CString() : CString(error));
 }
 
-int CleanSession::isRunning() const { return job_ || calibration_ || files_ || export_; }
+int CleanSession::isRunning() const
+{
+    return job_ || loading_ || calibration_ || files_ || export_;
+}
 
 const AProgress& CleanSession::progress() const
 {

@@ -48,6 +48,10 @@ public:
     std::function<void(const CString& line)> said;  ///< lines of a child
     /// What the user should know though a job ended well; `said` gets it where this is not set.
     std::function<void(const CString& line)> noted;
+    /// The map that will be shown of a round that was just made; "" when nothing is to be read.
+    std::function<std::string(int round)> fileWanted;
+    /// It was read, before `roundsOther`.
+    std::function<void(const std::string& file, MapContent&& content)> loaded;
     std::function<void()> began;  ///< another job of those that were asked for
     /// All jobs have ended; `error` is empty when they did their work or were stopped.
     std::function<void(int isDone, const CString& error)> ended;
@@ -130,6 +134,7 @@ public:
 private:
     class Runner;
     struct FileExport;
+    struct MapLoading;
     struct Job {
         CString name;
         std::function<void(StudyJob& job)> begin;
@@ -138,6 +143,9 @@ private:
     int start(const Job& job, std::string& error);
     void begin(const Job& job);
     void jobEnded(int isDone, const std::string& error);
+    int beginLoading(int round, const std::string& error);
+    int load();
+    void goOnAfter(int isDone, std::string fault);
     void tell();
     int solve(std::string& error);
     void calibrated(const std::string& error);
@@ -161,6 +169,7 @@ private:
     std::unique_ptr<CalibrationRun> calibration_;
     std::unique_ptr<CalibrationRun> predicted_;  ///< waits for its model's visibilities
     CString calibrationName_;
+    std::unique_ptr<MapLoading> loading_;
     std::unique_ptr<FileExport> files_;
     std::unique_ptr<ExportRun> export_;
     std::string exportFolder_;  ///< of an export that waits for the restored map, or runs

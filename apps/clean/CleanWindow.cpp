@@ -154,6 +154,14 @@ void CleanWindow::connect()
     plots_.complain = [this](const CString& error) { complain(error); };
     plots_.notice = [this](const CString& text) { status_.SetMessage(text); };
     session_.roundsOther = [this] { roundsChanged(); };
+    session_.fileWanted = [this](int round) {
+        MapKind kind = wanted_ == MapKind::dirty ? MapKind::residual : wanted_;
+        const std::string file = fileToShow(round, kind);
+        return shown_.has(file) ? std::string() : file;
+    };
+    session_.loaded = [this](const std::string& file, MapContent&& content) {
+        shown_.offer(file, std::move(content));
+    };
     session_.told = [this](const RunNews& news) { jobTold(news); };
     session_.said = [this](const CString& line) { log_.Append(line); };
     session_.began = [this] { jobBegan(); };

@@ -82,6 +82,7 @@ private:
     void chooseMap(MapKind kind);
     /// Shows the chosen map of the shown round, or the nearest that there is.
     void showMapFile();
+    std::string fileToShow(int round, MapKind& kind) const;
     int showFile(const std::string& file, MapKind kind, const TMnMx& range = TMnMx());
     void stepMap(int step);
     int hasMap(MapKind kind) const;
@@ -96,7 +97,7 @@ private:
     void previewNow();
     void askBeamShape();
     void refreshRow();
-    void showComponents();
+    void showComponents(int isNeeded = 0);
     void mapStatus(const AxisStatus& status);
     void useOwnRange();
     void showColours();

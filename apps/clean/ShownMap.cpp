@@ -69,6 +69,12 @@ void ShownMap::keep(const std::string& file, MapContent&& content)
     }
 }
 
+void ShownMap::offer(const std::string& file, MapContent&& content)
+{
+    if (!has(file))
+        keep(file, std::move(content));
+}
+
 void ShownMap::forget(const std::string& file)
 {
     kept_.remove_if([&](const Kept& kept) { return kept.file == file; });

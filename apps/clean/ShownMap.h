@@ -48,6 +48,10 @@ public:
     /// The range of values in which it is drawn.
     TMnMx range();
 
+    /// Keeps a map that was read elsewhere and is to be shown soon.
+    void offer(const std::string& file, MapContent&& content);
+    /// Needs no reading to be shown.
+    int has(const std::string& file) const { return cellsOf(file) != nullptr; }
     /// A file is about to be another one, or to go.
     void forget(const std::string& file);
     void forgetRanges() { ranges_.fill(TMnMx()); }

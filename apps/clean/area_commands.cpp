@@ -108,6 +108,7 @@ int CleanWindow::runAreaCommand(unsigned id)
 /// Of the components as they stand in the table.
 void CleanWindow::areasOfRound()
 {
+    showComponents(1);
     if (!componentTable_.GetNote().empty())
         return complain(componentTable_.GetNote());
     if (components_.list().count() == 0)

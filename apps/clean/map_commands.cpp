@@ -69,16 +69,25 @@ void CleanWindow::chooseMap(MapKind kind)
     showMapFile();
 }
 
-void CleanWindow::showMapFile()
+/// The file of a map, or the nearest that the round has; "" of none.
+std::string CleanWindow::fileToShow(int round, MapKind& kind) const
 {
-    const int round = session_.shown();
-    std::string file = session_.isOpen() && round >= 0 ? session_.fileOf(round, wanted_) : "";
-    MapKind kind = wanted_;
+    if (!session_.isOpen() || round < 0)
+        return {};
+    std::string file = session_.fileOf(round, kind);
     for (const MapKind other : orderOf)
-        if (file.empty() && session_.isOpen() && round >= 0) {
+        if (file.empty()) {
             file = session_.fileOf(round, other);
             kind = other;
         }
+    return file;
+}
+
+void CleanWindow::showMapFile()
+{
+    const int round = session_.shown();
+    MapKind kind = wanted_;
+    const std::string file = fileToShow(round, kind);
     if (!file.empty() && !showFile(file, kind))
         return;
     row_.SetCaption(file.empty() ? CString() : captionOf(round, kind));

@@ -211,12 +211,17 @@ void CleanWindow::changeChain(int removes)
         complain(error);
 }
 
-/// The components of the round's model; an empty list for a model that stays a map.
-void CleanWindow::showComponents()
+/// The components of the round's model; an empty list for a model that stays a map. They are read
+/// when somebody looks at them.
+void CleanWindow::showComponents(int isNeeded)
 {
-    const std::string file = session_.isOpen() && session_.shown() >= 0
-                                 ? session_.fileOf(session_.shown(), MapKind::model)
-                                 : std::string();
+    std::string file = session_.isOpen() && session_.shown() >= 0
+                           ? session_.fileOf(session_.shown(), MapKind::model)
+                           : std::string();
+    if (file == modelFile_)
+        return;
+    if (!isNeeded && tabs_.GetCurSel() != componentTab && !marksShow())
+        file.clear();
     if (file == modelFile_)
         return;
     modelFile_ = file;
@@ -262,6 +267,7 @@ int CleanWindow::marksShow()
 /// Marks of the components lie over the map.
 void CleanWindow::showMarks()
 {
+    showComponents();
     if (!marksShow()) {
         map_.drawMarks = nullptr;
         map_.pressMarks = nullptr;

@@ -170,7 +170,7 @@ TEST_F(RealEngine, BackWithShiftedCentreAndOneIf)
     ASSERT_EQ(turn_, JobTurn::done) << fault_;
     const int again = make([&](StudyJob& job) { job.clean(first, parameters_, ""); });
     ASSERT_EQ(turn_, JobTurn::done) << fault_;
-    const StudyRound& dirty = *study_.round(study_.round(first)->parent);
+    const StudyRound dirty = *study_.round(study_.round(first)->parent);
     EXPECT_LT(greatestDifference(map(second, RoundMap::residual), map(again, RoundMap::residual)),
               1e-4 * std::abs(dirty.numbers.peak));
     // the jet's core is where the phase centre was: 15 cells to the west, 10 to the north
@@ -197,7 +197,7 @@ TEST_F(RealEngine, ExportedScriptMakesTheSameMap)
     const int second =
         make([&](StudyJob& job) { job.clean(first, cycles, areaAround(66, 66, 12)); });
     ASSERT_EQ(turn_, JobTurn::done) << fault_;
-    const StudyRound& between = *study_.round(study_.round(second)->parent);
+    const StudyRound between = *study_.round(study_.round(second)->parent);
     EXPECT_EQ(between.kind, RoundKind::residual);
     EXPECT_EQ(between.parent, first);
     EXPECT_NE(between.maps, study_.round(first)->maps);
@@ -229,7 +229,7 @@ TEST_F(RealEngine, CyclesMaskAndList)
     const std::string areas = areaAround(66, 66, 6);
     const int round = make([&](StudyJob& job) { job.clean(-1, cycles, areas); });
     ASSERT_EQ(turn_, JobTurn::done) << fault_;
-    const StudyRound& made = *study_.round(round);
+    const StudyRound made = *study_.round(round);
     EXPECT_LE(made.numbers.iterations, 40);
     EXPECT_GT(made.numbers.cycles, 1);
     EXPECT_FALSE(made.course.empty());

@@ -99,4 +99,42 @@ int readMapContent(const CString& file, int plane, MapContent& content, CString&
     return 0;
 }
 
+int MapContentReader::begin(const CString& file, CString& error)
+{
+    content_ = {};
+    row_ = hasRange_ = 0;
+    if (!reader_.open(file, 0, error))
+        return 0;
+    if (!content_.map.cells.allocate(reader_.rows(), reader_.columns())) {
+        error = "is larger than the memory";
+        return 0;
+    }
+    content_.map.header = reader_.header();
+    makePlain(content_.map.header);
+    content_.frame = frameOf(content_.map.header, reader_.rows(), reader_.columns());
+    return 1;
+}
+
+int MapContentReader::step(CString& error)
+{
+    error.clear();
+    AMatrix<float>& cells = content_.map.cells;
+    if (row_ < cells.rows()) {
+        const auto wanted =
+            static_cast<int>(std::max<std::int64_t>(1, cellsOfWord / cells.columns()));
+        const int count = std::min(wanted, cells.rows() - row_);
+        if (!reader_.read(row_, count, cells.row(row_), error))
+            return 0;
+        row_ += count;
+        return 1;
+    }
+    const AFloatMatrixAccess access(cells);
+    if (!hasRange_) {
+        content_.range = mapRange(access);
+        return hasRange_ = 1;
+    }
+    content_.noise = mapNoise(access);
+    return 0;
+}
+
 }  // namespace pavane

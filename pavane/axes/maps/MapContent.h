@@ -3,6 +3,7 @@
 #include "pavane/axes/maps/cells/map_statistics.h"
 #include "pavane/axes/maps/MapFrame.h"
 #include "tessel/fits_map.h"
+#include "tessel/FitsMapReader.h"
 
 namespace pavane
 {
@@ -13,6 +14,23 @@ struct MapContent {
     MapFrame frame;
     MapRange range;  ///< of its finite cells, and where the peak lies
     MapNoise noise;
+};
+
+/// Reads the first plane of a map, its range and noise, some rows at a time, for a window that
+/// hears its user between.
+class PAVANE_API MapContentReader
+{
+public:
+    /// Non-zero on success, else `error` as that of readMapContent.
+    int begin(const CString& file, CString& error);
+    /// Non-zero while more remains; 0 when `content` is whole, or `error` says why not.
+    int step(CString& error);
+    MapContent& content() { return content_; }
+
+private:
+    FitsMapReader reader_;
+    MapContent content_;
+    int row_ = 0, hasRange_ = 0;
 };
 
 /// Reads a map as readFitsMap does, with the texts of its header made fit for titles and lines.
