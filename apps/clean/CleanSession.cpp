@@ -299,6 +299,7 @@ void CleanSession::close()
 
 int CleanSession::start(const Job& job, std::string& error)
 {
+    endLoading();
     if (!study_.isOpen() || isRunning()) {
         error = isRunning() ? jobName_ + " still runs" : "no study is open";
         return 0;
@@ -383,6 +384,13 @@ int CleanSession::load()
         loaded(done->file, std::move(done->reader.content()));
     goOnAfter(1, done->fault);
     return 0;
+}
+
+/// Somebody does not wait for it: the window reads the map when it shows it.
+void CleanSession::endLoading()
+{
+    if (const std::unique_ptr<MapLoading> given = std::move(loading_))
+        goOnAfter(1, given->fault);
 }
 
 /// What comes after a job: the next one, the export that waited for it, or a word to the user.
@@ -518,6 +526,7 @@ int CleanSession::startResidual(std::string& error)
 int CleanSession::startSelfCal(const ASelfCalPM& wish, std::string& error, const AComponents* list,
                                int replaces)
 {
+    endLoading();
     const StudyRound* const round = study_.round(shown());
     if (isRunning() || !round || study_.isReadOnly()) {
         error = isRunning() ? jobName_ + " still runs" : "there is no round to calibrate on";
@@ -598,6 +607,7 @@ void CleanSession::calibrated(const std::string& error)
 
 int CleanSession::startExport(const std::string& folder, std::string& error)
 {
+    endLoading();
     const int round = shown();
     if (isRunning() || !study_.round(round)) {
         error = isRunning() ? jobName_ + " still runs" : "there is no round to export";
@@ -703,10 +713,7 @@ void CleanSession::exported(const std::string& error)
         ended(error.empty(), run->progress().IsCancelled() ? CString() : CString(error));
 }
 
-int CleanSession::isRunning() const
-{
-    return job_ || loading_ || calibration_ || files_ || export_;
-}
+int CleanSession::isRunning() const { return job_ || calibration_ || files_ || export_; }
 
 const AProgress& CleanSession::progress() const
 {

@@ -126,6 +126,8 @@ public:
     /// Another chain or other flags were chosen: the residual of the shown round's model on them.
     int startResidual(std::string& error);
     int isRunning() const;
+    /// The map of a job that has ended is being read; whatever is started ends that.
+    int isLoading() const { return loading_ != nullptr; }
     const AProgress& progress() const;
     const CString& jobName() const { return jobName_; }
     void stop();
@@ -145,6 +147,7 @@ private:
     void jobEnded(int isDone, const std::string& error);
     int beginLoading(int round, const std::string& error);
     int load();
+    void endLoading();
     void goOnAfter(int isDone, std::string fault);
     void tell();
     int solve(std::string& error);

@@ -157,7 +157,8 @@ void CleanWindow::connect()
     session_.fileWanted = [this](int round) {
         MapKind kind = wanted_ == MapKind::dirty ? MapKind::residual : wanted_;
         const std::string file = fileToShow(round, kind);
-        return shown_.has(file) ? std::string() : file;
+        // the first one comes with its axes, which the user has nothing to do before
+        return !shown_.isOpen() || shown_.has(file) ? std::string() : file;
     };
     session_.loaded = [this](const std::string& file, MapContent&& content) {
         shown_.offer(file, std::move(content));

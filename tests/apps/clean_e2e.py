@@ -49,7 +49,9 @@ class Study:
         return rounds
 
     def wait(self, count):
-        wait_for(f"{count} rounds", lambda: len(self.rounds()) == count)
+        half_made = self.folder + "/work/new"  # goes with the end of the work
+        wait_for(f"{count} rounds",
+                 lambda: len(self.rounds()) == count and not os.path.exists(half_made))
         return self.rounds()
 
 

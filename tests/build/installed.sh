@@ -42,6 +42,8 @@ cp "$doc"/examples/host/* "$work/host"
 built "$work/host"
 (cd "$work/host/build" && ./print && pdftotext print.pdf - | grep -q 'Figure 1. Visibility amplitudes')
 
+(cd "$work/host/build" && ./one_round ../host.cpp "it's one.pavane" | grep -q '20 iterations: model 0.878 Jy')
+
 # block LANGUAGE: the lines of README's block of that language
 block() { sed -n "/^\`\`\`$1\$/,/^\`\`\`\$/p" "$doc/README.md" | sed '1d;$d'; }
 block cpp >"$work/readme/host.cpp"

@@ -102,7 +102,7 @@ protected:
     }
     int rests()
     {
-        return Waiting().until([this] { return !session().isRunning(); });
+        return Waiting().until([this] { return !session().isRunning() && !session().isLoading(); });
     }
     CleanSession& session() { return window_->session(); }
     std::size_t rounds() { return session().study().rounds().size(); }
@@ -152,7 +152,7 @@ TEST_F(CleanedWindow, WhatAnEngineDoesWrongIsToldAndLeavesTheRounds)
     const struct {
         const char *mischief, *told;  // in a box
     } rows[] = {{"silent", "without a good map"},
-                {"cut", "cannot be read whole"},
+                {"cut", "ends before its image"},
                 {"nan", "no cell with a value"},
                 {"kill", "by a signal"},
                 {"locked", "the table is locked by another program"}};
@@ -165,13 +165,14 @@ TEST_F(CleanedWindow, WhatAnEngineDoesWrongIsToldAndLeavesTheRounds)
         EXPECT_EQ(rounds(), 1U) << row.mischief;
         EXPECT_FALSE(fs::exists(study() + "/work/new")) << row.mischief;
     }
-    // a program that is not there, and one that floods: the round is well, and little is kept
+    // one that floods: the round is well, and little is kept
     boxes.clear();
     (void)setenv("PAVANE_MISCHIEF", "flood", 1);
     clean();
     EXPECT_TRUE(boxes.empty()) << boxes.front();
     EXPECT_EQ(rounds(), 2U);
     EXPECT_LT(fs::file_size(session().logOf(1)), 2U << 20U);
+    // and one that is not there
     options_.engine = {"no-such-engine"};
     open();
     clean();
