@@ -429,6 +429,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/TurnedTrackerOf.h
     platform/api.h
     tessel/api.h
+    tessel/FitsMapReader.h
     tessel/large_buffer.h
     tessel/long_files.h
     tessel/progress_function.h
