@@ -292,7 +292,9 @@ void CleanSession::close()
     files_.reset();
     export_.reset();
     exportFolder_.clear();
-    study_.close();
+    // of data that could not be read nothing stays
+    if (!study_.discard())
+        study_.close();
 }
 
 // --- jobs

@@ -83,6 +83,9 @@ public:
     /// temporary files go. What is damaged is left out and told in `notes`.
     StudyOpening open(const std::string& folder, int takeOver = 0);
     void close();
+    /// Closes one that was created and into which no data came since, and removes its folder. 0,
+    /// and nothing done, otherwise.
+    int discard();
     int isOpen() const;
     int isReadOnly() const;
     const std::string& folder() const;  ///< absolute, without a '/' at its end

@@ -45,7 +45,10 @@ int AStudy::create(const std::string& folder, const std::string& source)
     record.source = plainPath(source);
     if (!writeWhole(name + "/study.txt", studyText(record), why))
         return fail("study.txt " + why);
-    return open(name) == StudyOpening::opened;
+    if (open(name) != StudyOpening::opened)
+        return 0;
+    state_->isNew = 1;
+    return 1;
 }
 
 StudyOpening AStudy::take(int takeOver)
@@ -168,6 +171,16 @@ void AStudy::readRounds()
     for (const std::string& name : namesIn(state_->path("rounds")))
         if (int id = 0; name.front() != '.' && stoval(name, id) && id >= 0 && id < 1'000'000'000)
             state_->record.nextRound = std::max(state_->record.nextRound, id + 1);
+}
+
+int AStudy::discard()
+{
+    if (!state_->isNew || hasData() || !rounds().empty())
+        return 0;
+    std::string ignored;
+    const int isGone = removeAll(folder(), ignored);
+    close();
+    return isGone;
 }
 
 void AStudy::close()

@@ -20,6 +20,7 @@ struct AStudy::State {
     StudyHolder self, child;
     int isOpen = 0;
     int isReadOnly = 0;
+    int isNew = 0;  ///< made by this program
 
     static std::string numbered(int id)
     {

@@ -172,6 +172,22 @@ TEST_F(Scripted, WhatAnEngineDoesWrongLeavesTheStudy)
     EXPECT_NE(job.fault().find("no visibility"), std::string::npos) << job.fault();
 }
 
+TEST_F(Scripted, OnlyNewStudiesWithoutDataAreDiscarded)
+{
+    EXPECT_FALSE(study_.discard());
+    AStudy other;
+    const std::string folder = place_.path() + "/new.pavane";
+    ASSERT_TRUE(other.create(folder, data_));
+    other.close();
+    ASSERT_EQ(other.open(folder), StudyOpening::opened);
+    EXPECT_FALSE(other.discard());
+    EXPECT_TRUE(IsFolderExists(folder));
+    other.close();
+    ASSERT_TRUE(other.create(folder + '2', data_));
+    EXPECT_TRUE(other.discard());
+    EXPECT_FALSE(IsFolderExists(folder + '2') || other.isOpen());
+}
+
 TEST_F(Scripted, LocksAndCopies)
 {
     const int round = clean(-1);
