@@ -77,10 +77,10 @@ int ChainDialog::OnInitDialog()
         }
         (void)list->SetCurSel(chosen);
     }
-    const int result = AResizeDialog::OnInitDialog();
+    (void)AResizeDialog::OnInitDialog();
     showLines();
     (void)table_.SetFocus();
-    return result && 0;
+    return 0;
 }
 
 void ChainDialog::showLines()
@@ -166,7 +166,7 @@ int ChainDialog::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (code != BN_CLICKED)
         return AResizeDialog::OnCommand(id, code, control);
     const int row = table_.selected();
-    const auto at = static_cast<std::size_t>(row < 0 ? edits_.chain().size() : row);
+    const auto at = row < 0 ? edits_.chain().size() : static_cast<std::size_t>(row);
     int isChanged = 0;
     switch (id) {
     case idSwitch:
