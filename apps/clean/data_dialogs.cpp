@@ -69,9 +69,7 @@ int CleanWindow::mayImport()
         session_.leavesOut = session_.leavesOut || !leftOut.empty();
         return 1;
     }
-    const std::string folder = study.folder();
-    session_.close();
-    (void)removeAll(folder, error);  // made a moment ago, and empty
+    session_.close();  // a study made a moment ago goes with it
     updateTitle();
     return 0;
 }
