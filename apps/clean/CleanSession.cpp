@@ -450,11 +450,12 @@ int CleanSession::startImport(std::string& error)
     choice.leavesOut = leavesOut;
     if (!start({"Reading the data", [choice](StudyJob& job) { job.import(choice); }}, error))
         return 0;
-    next_.push_back({"Dirty map", [this](StudyJob& job) {
-                         std::string ignored;
-                         (void)useProposedCell(ignored);
-                         job.firstMaps(parameters);
-                     }});
+    if (study_.rounds().empty())
+        next_.push_back({"Dirty map", [this](StudyJob& job) {
+                             std::string ignored;
+                             (void)useProposedCell(ignored);
+                             job.firstMaps(parameters);
+                         }});
     return 1;
 }
 

@@ -311,7 +311,9 @@ int CleanWindow::Open(const std::string& file)
     if (shown_.isOpen() && !wanted.empty())
         takeAreas(wanted);
     updateTitle();
-    if (session_.study().rounds().empty() && mayImport() && !session_.startImport(error))
+    if ((session_.study().rounds().empty() ||
+         (!session_.study().hasData() && !session_.study().isReadOnly())) &&
+        mayImport() && !session_.startImport(error))
         complain(error);
     return 1;
 }

@@ -414,7 +414,8 @@ int StudyJob::Work::planModel(int parent, const CleanParameters& parameters,
 
 int StudyJob::Work::planImport(const ImportChoice& choice)
 {
-    if (!study.rounds().empty())
+    // working data that somebody took away come again, and the rounds go on
+    if (!study.rounds().empty() && study.hasData())
         return fail("the study has rounds of the data there are");
     const std::string input = plainPath(choice.input.empty() ? study.source() : choice.input);
     std::string why;
