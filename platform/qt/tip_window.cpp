@@ -13,6 +13,7 @@
 #include <QPointer>
 #include <QScreen>
 #include <QToolTip>
+#include <utility>
 
 namespace pavane
 {
@@ -41,7 +42,7 @@ struct CTipWnd::Data {
     QLabel* labelFor(QWidget* owner)
     {
         if (label && label->parentWidget() != owner)
-            delete label;
+            delete std::exchange(label, nullptr).data();
         if (!label) {
             label = new QLabel(owner, Qt::ToolTip);
             label->setTextFormat(Qt::PlainText);
