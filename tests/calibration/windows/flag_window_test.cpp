@@ -77,10 +77,11 @@ TEST(FlagWindow, FlagsByRectangleAndKeyAndTakesItBack)
     EXPECT_EQ(window.notices.back(), "Restored 8 visibilities.");
     window.key(VK_ESCAPE);
     EXPECT_EQ(window.GetTool(), AFlagWnd::Tool::zoom);
-    // by keys alone: a curve of the first panel, its first point
+    // by keys alone: the curve behind that of flagged points, its first point
     window.SetPlotFocus({MultiFocusKind::panel, 0});
     while (window.GetPlotFocus().kind != MultiFocusKind::curve)
         window.key(VK_TAB);
+    window.key(VK_TAB);
     window.key(VK_HOME);
     window.key(VK_DELETE);
     EXPECT_EQ(window.notices.back(), "Flagged 4 visibilities.");
