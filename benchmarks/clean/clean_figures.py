@@ -194,7 +194,7 @@ def figures(desk, bin_folder, folder, side, cell):
     for key in ("Up", "Down", "Up"):
         stretches.rest()
         began = time.time()
-        clean.key(key, "Return")
+        clean.key(key)  # the round of the line is shown at once
         every = stretches.rest()
         shown = max([one[0] / 1e3 for one in every if one[1] > 4], default=began)
         stretches.tell(f"back to a round: {1e3 * (shown - began):.0f} ms", every)
