@@ -394,6 +394,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/calibration/MomentReader.h
     pavane/calibration/UvCells.h
     pavane/containers/item_io.h
+    pavane/containers/Listeners.h
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
     pavane/history/ViewHistory.h

@@ -219,23 +219,4 @@ int EditedGains::applyEdit(const EditChange& change)
 
 int EditedGains::applySelection(const EditSelection&) { return 1; }
 
-int EditedGains::listen(std::function<void()> changed)
-{
-    listeners_[++lastListener_] = std::move(changed);
-    return lastListener_;
-}
-
-/// Who is told may forget itself or others.
-void EditedGains::tell()
-{
-    std::vector<int> known;
-    for (const auto& [number, changed] : listeners_)
-        known.push_back(number);
-    for (const int number : known)
-        if (const auto found = listeners_.find(number); found != listeners_.end()) {
-            const std::function<void()> changed = found->second;
-            changed();
-        }
-}
-
 }  // namespace pavane

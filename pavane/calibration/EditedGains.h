@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/calibration/gains/GainChain.h"
+#include "pavane/containers/Listeners.h"
 #include "pavane/history/EditHistory.h"
 #include "platform/api.h"
 #include "tessel/gains/AGains.h"
@@ -8,8 +9,8 @@
 #include <complex>
 #include <cstddef>
 #include <functional>
-#include <map>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -68,8 +69,8 @@ public:
 
     /// Calls `changed` after every change, undo and redo and when other gains are shown, until
     /// `forget` with the number that it gives.
-    int listen(std::function<void()> changed);
-    void forget(int listener) { listeners_.erase(listener); }
+    int listen(std::function<void()> changed) { return listeners_.listen(std::move(changed)); }
+    void forget(int listener) { listeners_.forget(listener); }
 
 private:
     int applyEdit(const EditChange& change) override;
@@ -79,7 +80,7 @@ private:
     std::size_t edit(const std::vector<std::size_t>& cells, std::string_view label,
                      const Change& change);
     void showOthers();
-    void tell();
+    void tell() { listeners_.tell(); }
 
     AGains* array_ = nullptr;
     GainChain* chain_ = nullptr;
@@ -88,8 +89,7 @@ private:
     EditHistory history_;
     int depth_ = 0;
     int hasChanged_ = 0;  ///< in the step that is open
-    std::map<int, std::function<void()>> listeners_;
-    int lastListener_ = 0;
+    Listeners listeners_;
 };
 
 }  // namespace pavane

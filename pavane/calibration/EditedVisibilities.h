@@ -3,6 +3,7 @@
 #include "pavane/calibration/flags/flag_points.h"
 #include "pavane/calibration/flags/FlagEdits.h"
 #include "pavane/calibration/UvCells.h"
+#include "pavane/containers/Listeners.h"
 #include "pavane/tables/components/ModelVisibilities.h"
 #include "tessel/api.h"
 #include "tessel/flags/FlagQuery.h"
@@ -18,6 +19,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -122,8 +124,8 @@ public:
 
     /// Calls `changed` when there is something else to show, until `forget` with the number that
     /// it gives.
-    int listen(std::function<void()> changed);
-    void forget(int listener) { listeners_.erase(listener); }
+    int listen(std::function<void()> changed) { return listeners_.listen(std::move(changed)); }
+    void forget(int listener) { listeners_.forget(listener); }
 
 private:
     std::size_t at(std::size_t row, std::size_t part) const
@@ -148,7 +150,7 @@ private:
     int isWholeFlagged(const unsigned char* row, const UvCells::Part& part) const;
     double laterOfFlags() const;
     void forgetRows();
-    void tell();
+    void tell() { listeners_.tell(); }
 
     AUVXFile* file_ = nullptr;
     UvMarks marks_;
@@ -184,8 +186,7 @@ private:
     std::unique_ptr<FlagQuery> query_;  ///< while flags are found anew
     std::size_t flagRow_ = 0;
 
-    std::map<int, std::function<void()>> listeners_;
-    int lastListener_ = 0;
+    Listeners listeners_;
 };
 
 }  // namespace pavane
