@@ -340,6 +340,7 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/gains/AGains.h
     tessel/gains/gain_files.h
     tessel/map_header.h
+    tessel/map_header_cards.h
     tessel/map_steps.h
     tessel/paths.h
     tessel/SafeFile.h

@@ -340,6 +340,7 @@
 #include "tessel/gains/AGains.h"
 #include "tessel/gains/gain_files.h"
 #include "tessel/map_header.h"
+#include "tessel/map_header_cards.h"
 #include "tessel/map_steps.h"
 #include "tessel/paths.h"
 #include "tessel/SafeFile.h"

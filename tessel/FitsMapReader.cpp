@@ -7,36 +7,8 @@
 #include "tessel/fits_planes.h"
 #include "tessel/fits_scan.h"
 
-#include <algorithm>
-#include <limits>
-
 namespace pavane
 {
-
-namespace
-{
-
-int checkPlane(const FitsImage& image, int& plane, std::string& error)
-{
-    const std::int64_t planes = cellCount(image.lengths, 2);
-    if (planes > std::numeric_limits<int>::max()) {
-        error = "has more planes than can be counted";
-        return 0;
-    }
-    if (plane < 0 && planes > 1) {
-        error = "has " + std::to_string(planes) + " planes; choose one";
-        return 0;
-    }
-    plane = std::max(plane, 0);
-    if (plane >= planes) {
-        error = "has no plane " + std::to_string(plane) + ": there are " + std::to_string(planes) +
-                ", counted from 0";
-        return 0;
-    }
-    return 1;
-}
-
-}  // namespace
 
 /// The file, and who reads its plane.
 struct FitsMapReader::Source {
@@ -56,7 +28,7 @@ int FitsMapReader::open(const std::string& name, int plane, std::string& error)
     AFile& file = source_->file;
     FitsImage image;
     if (!openFits(name, file, error) || !scanForImage(file, image, error) ||
-        !checkPlane(image, plane, error))
+        !choosePlane(image, plane, error))
         return 0;
     HeaderCards cards;
     if (!cards.read(file, image.headerStart, image.dataStart)) {

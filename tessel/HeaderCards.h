@@ -19,6 +19,10 @@ public:
     /// Reads the header that takes the bytes from `start` to `end`, which the file is known to
     /// hold. Non-zero on success.
     int read(AFile& file, std::int64_t start, std::int64_t end);
+    /// Takes cards from memory, as a file has them one behind another or in lines, and what stands
+    /// before END, which may be missing. 0 with `error` for more than a header of a file may hold,
+    /// a line that is longer than a card or a last card that is cut.
+    int take(std::string_view text, std::string& error);
     const std::vector<std::string>& cards() const { return cards_; }
     /// The value of the first card with the keyword as it is written, a text in its quotes; ""
     /// when there is none.
@@ -29,6 +33,11 @@ public:
     int number(const std::string& key, double& value) const;
 
 private:
+    void clear();
+    /// 0 when the card is END.
+    int add(std::string_view card);
+    void finish();
+
     std::vector<std::string> cards_;
     std::unordered_map<std::string, std::size_t> first_;
 };

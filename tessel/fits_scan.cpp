@@ -1,7 +1,5 @@
 #include "tessel/fits_scan.h"
 
-#include "tessel/HeaderCards.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -57,6 +55,7 @@ struct Header {
         const auto found = values.find(key);
         return found == values.end() ? std::string() : found->second;
     }
+    void take(std::string_view card, std::string_view key);
     int isOne(const std::string& key) const { return text(key) == "T"; }
     Numbers lengths(const std::string& prefix, std::int64_t axes) const
     {
@@ -84,6 +83,12 @@ int isStructural(std::string_view key)
                        [&](std::string_view s) { return key.substr(0, s.size()) == s; });
 }
 
+void Header::take(std::string_view card, std::string_view key)
+{
+    if (card.substr(8, 2) == "= " && isStructural(key))
+        repeats |= !values.emplace(key, valueOf(card)).second;
+}
+
 /// Reads the header at `start`. 0 when there is none or the file ends before it does.
 int readHeader(AFile& file, std::int64_t start, Header& header)
 {
@@ -104,9 +109,8 @@ int readHeader(AFile& file, std::int64_t start, Header& header)
             } else if (key == "END") {
                 header.dataStart = at + blockBytes;
                 return 1;
-            } else if (card.substr(8, 2) == "= " && isStructural(key)) {
-                const bool isNew = header.values.emplace(key, valueOf(card)).second;
-                header.repeats |= !isNew;
+            } else {
+                header.take(card, key);
             }
         }
     }
@@ -261,6 +265,47 @@ int scanForImage(AFile& file, FitsImage& image, std::string& error)
         start = header.dataStart + (bytes + blockBytes - 1) / blockBytes * blockBytes;
     }
     return 0;
+}
+
+int imageOfCards(const HeaderCards& cards, FitsImage& image, std::string& error)
+{
+    image = FitsImage();
+    Header header;
+    for (const std::string& card : cards.cards()) {
+        const std::string_view key = withoutBlanks(std::string_view(card).substr(0, 8));
+        if (key == "XTENSION" && header.kind.empty())
+            header.kind = valueOf(card);
+        header.take(card, key);
+    }
+    const bool packed = header.kind == "BINTABLE" && header.isOne("ZIMAGE");
+    const std::string z = packed ? "Z" : "";
+    if (!packed && header.text("NAXIS").empty())
+        return 1;
+    // made by hand for cells in memory, it need not say what these are
+    (void)header.values.emplace(z + "BITPIX", "-32");
+    error = "has the header of something else than an image of two axes";
+    return (packed || header.kind.empty() || header.kind == "IMAGE") &&
+           takeAxes(header, z, image, error);
+}
+
+int choosePlane(const FitsImage& image, int& plane, std::string& error)
+{
+    const std::int64_t planes = cellCount(image.lengths, 2);
+    if (planes > std::numeric_limits<int>::max()) {
+        error = "has more planes than can be counted";
+        return 0;
+    }
+    if (plane < 0 && planes > 1) {
+        error = "has " + std::to_string(planes) + " planes; choose one";
+        return 0;
+    }
+    plane = std::max(plane, 0);
+    if (plane >= planes) {
+        error = "has no plane " + std::to_string(plane) + ": there are " + std::to_string(planes) +
+                ", counted from 0";
+        return 0;
+    }
+    return 1;
 }
 
 }  // namespace pavane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tessel/AFile.h"
+#include "tessel/HeaderCards.h"
 
 #include <cstdint>
 #include <string>
@@ -29,6 +30,15 @@ inline constexpr std::int64_t smallPacked = std::int64_t{4} << 20;
 /// the file holds what they promise, before anything else looks at the file: a header is only a
 /// claim. Non-zero on success; else 0 and `error`, in one line, says what is wrong with the file.
 int scanForImage(AFile& file, FitsImage& image, std::string& error);
+
+/// The same of the header of cells that lie in memory: `lengths` is empty where it does not say how
+/// long its axes are, as headers of coordinates alone do. 0 and `error` for a header of something
+/// else than an image.
+int imageOfCards(const HeaderCards& cards, FitsImage& image, std::string& error);
+
+/// Makes `plane` one of the image's, counted from 0 over all axes beyond the second; -1 is the
+/// first of one alone. 0 and `error` where the image has no such plane.
+int choosePlane(const FitsImage& image, int& plane, std::string& error);
 
 /// Non-zero for a BITPIX that cells can have.
 int isCellType(std::int64_t bitpix);
