@@ -35,9 +35,11 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/ALevelsGraph.h
     pavane/axes/maps/beam_mark.h
     pavane/axes/maps/BeamLook.h
+    pavane/axes/maps/cells/AByteSwappedAccess.h
     pavane/axes/maps/cells/AMapHistogram.h
     pavane/axes/maps/cells/AMatrixAccess.h
     pavane/axes/maps/cells/beam_shape.h
+    pavane/axes/maps/cells/cell_memory.h
     pavane/axes/maps/cells/contour_level.h
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/fit_beam.h
@@ -431,6 +433,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/TurnedTrackerOf.h
     platform/api.h
     tessel/api.h
+    tessel/big_endian.h
     tessel/FitsMapReader.h
     tessel/large_buffer.h
     tessel/long_files.h
