@@ -43,6 +43,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/cells/contour_level.h
     pavane/axes/maps/cells/contour_levels.h
     pavane/axes/maps/cells/fit_beam.h
+    pavane/axes/maps/cells/level_list.h
     pavane/axes/maps/cells/map_scale.h
     pavane/axes/maps/cells/map_statistics.h
     pavane/axes/maps/cells/RangeRule.h
@@ -56,6 +57,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapDisplay.h
     pavane/axes/maps/MapFigure.h
     pavane/axes/maps/MapFrame.h
+    pavane/axes/maps/MapLook.h
     pavane/axes/maps/MapPicture.h
     pavane/axes/maps/MapPresets.h
     pavane/axes/multi/A2DAxisMulti.h
@@ -151,6 +153,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/images/color_vision.h
     pavane/images/curve_raster.h
     pavane/images/palette_file.h
+    pavane/images/palette_choice.h
     pavane/images/palettes.h
     pavane/imaging/AImagingEngine.h
     pavane/imaging/AStudy.h

@@ -2,10 +2,10 @@
 
 #include "apps/view/area_pointer.h"
 #include "apps/view/main_menu.h"
-#include "apps/view/palette_choice.h"
 #include "apps/view/view_dialogs.h"
 #include "apps/view/window_start.h"
 #include "pavane/axes/windows/show_map.h"
+#include "pavane/images/palette_choice.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/windows/window_placement.h"

@@ -153,7 +153,7 @@ private:
     // Edit and view
     int runViewCommand(unsigned id);
     void setPalette(std::size_t i);
-    void setScale(ViewScale scale);
+    void setScale(MapScaleKind scale);
     void showColours();
     void showDisplaySheet();
     void showBeam();

@@ -1,8 +1,8 @@
 #include "apps/view/MapDocument.h"
 
 #include "apps/view/long_work.h"
-#include "apps/view/map_options.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/MapLook.h"
 #include "tessel/paths.h"
 
 namespace pavane
@@ -82,6 +82,6 @@ AreaPlace MapDocument::place() const
     return {inputs_.frame.centres(), cells.rows(), cells.columns(), &sky_};
 }
 
-void MapDocument::show(const ViewOptions& options) { applyOptions(picture_, options); }
+void MapDocument::show(const ViewOptions& options) { applyWholeLook(picture_, options); }
 
 }  // namespace pavane

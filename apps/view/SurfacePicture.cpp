@@ -1,10 +1,10 @@
 #include "apps/view/SurfacePicture.h"
 
-#include "apps/view/map_options.h"
 #include "pavane/axes/box/A2_3D2ZAxis.h"
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ColorLook.h"
 #include "pavane/axes/maps/map_titles.h"
+#include "pavane/axes/maps/MapLook.h"
 
 #include <cmath>
 #include <utility>

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "apps/view/area_outlines.h"
-#include "apps/view/level_list.h"
 #include "apps/view/options.h"
 #include "apps/view/SideMap.h"
 #include "pavane/axes/box/ASurfaceGraph.h"
 #include "pavane/axes/box/BoxView.h"
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
+#include "pavane/axes/maps/cells/level_list.h"
 #include "pavane/axes/maps/MapContent.h"
 #include "pavane/axes/maps/MapFigure.h"
 

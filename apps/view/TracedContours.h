@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/view/level_list.h"
 #include "pavane/axes/maps/cells/contour_lines.h"
+#include "pavane/axes/maps/cells/level_list.h"
 #include "pavane/axes/maps/MapContent.h"
 
 namespace pavane

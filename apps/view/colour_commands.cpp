@@ -1,9 +1,9 @@
 // Colours and contours of the map in the main window, and what is kept of them.
 #include "apps/view/MainWindow.h"
-#include "apps/view/map_options.h"
-#include "apps/view/palette_choice.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/ColorLook.h"
+#include "pavane/axes/maps/MapLook.h"
+#include "pavane/images/palette_choice.h"
 #include "pavane/images/palettes.h"
 #include "platform/message.h"
 #include "platform/profile.h"
@@ -67,13 +67,13 @@ void MainWindow::setPalette(std::size_t i)
     view_.EndView();
 }
 
-void MainWindow::setScale(ViewScale scale)
+void MainWindow::setScale(MapScaleKind scale)
 {
     options_.scale = scale;
     if (!map_)
         return;
     ColorLook look(map_->picture().graph());
-    look.scale = scaleKind(scale);
+    look.scale = scale;
     view_.BeginView();
     view_.ShowColorLook(look);
     view_.EndView();
@@ -166,8 +166,8 @@ void MainWindow::loadLook()
         (void)LoadPalette(palette);  // one that has gone leaves the default
     int scale = 0;
     if (!options_.hasScale && stoval(GetProfileString(section, scaleEntry), scale) && scale >= 0 &&
-        scale <= static_cast<int>(ViewScale::equalised))
-        options_.scale = static_cast<ViewScale>(scale);
+        scale <= static_cast<int>(MapScaleKind::equalized))
+        options_.scale = static_cast<MapScaleKind>(scale);
     surface_.TakeLook(GetProfileString(section, surfaceEntry));
     const CString levels = GetProfileString(section, levelsEntry);
     LevelChoice kept;

@@ -1,9 +1,9 @@
 // The sheet of the map's display and the dialog of its beam.
 #include "apps/view/MainWindow.h"
-#include "apps/view/map_options.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/dialogs/show_map_display.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/MapLook.h"
 #include "platform/message.h"
 #include "tessel/paths.h"
 
@@ -132,7 +132,7 @@ void MainWindow::displayChanged()
 void MainWindow::followDisplay()
 {
     ALevelsColorGraph& graph = map_->picture().graph();
-    options_.scale = static_cast<ViewScale>(graph.scaleKind());
+    options_.scale = graph.scaleKind();
     colours_.assign(graph.colors().lpArray(), graph.colors().lpArray() + graph.colors().count());
     const ContourLevels& levels = graph.contours().wantedLevels();
     if (levels == levelsOf(options_.levels, graph))

@@ -1,7 +1,7 @@
 #include "apps/view/figure.h"
 
-#include "apps/view/map_options.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/MapLook.h"
 
 namespace pavane
 {
@@ -10,7 +10,7 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
     : options_(options), inputs_(inputs), areas_(inputs.areas), model_(inputs.model, inputs.frame)
 {
     picture_.show(inputs);
-    applyOptions(picture_, options);
+    applyWholeLook(picture_, options);
     picture_.figure().addLayer(&areas_);
     picture_.figure().addLayer(&model_);
 }

@@ -108,8 +108,8 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
     if (!readMapContent(options.map, options.plane, inputs, error,
                         [&](double fraction) { return progress.show(fraction); }))
         return refuse(options.map, error);
-    if (options.levels.list.unit == LevelUnit::noise && !(inputs.noise.sigma > 0))
-        notes.push_back(options.map + ": its noise is 0: there are no contours in sigma");
+    if (const std::string note = noiseNoteOf(options.levels, inputs); !note.empty())
+        notes.push_back(options.map + ": " + note);
     return makeMask(options, inputs, notes, error);  // names the file itself
 }
 

@@ -32,7 +32,7 @@ enum ViewCommand : unsigned {
     idSaveModelAs,
     idDelete = 40101,  ///< the vertex with the focus, or else the areas
     idValues,
-    idScale = 40201,  ///< one for each ViewScale, in its order
+    idScale = 40201,  ///< one for each MapScaleKind, in its order
     idContours = 40211,
     idContourLevels,
     idAreasInPictures,

@@ -107,7 +107,7 @@ int readScale(const std::string& text, ViewOptions& options, std::string& error)
         error = "--scale knows linear, sqrt, log and equal, not '" + text + "'";
         return 0;
     }
-    options.scale = static_cast<ViewScale>(found - std::begin(names));
+    options.scale = static_cast<MapScaleKind>(found - std::begin(names));
     options.hasScale = 1;
     return 1;
 }
@@ -133,7 +133,10 @@ int readPlane(const std::string& text, ViewOptions& options, std::string& error)
 
 int readLevels(const std::string& text, ViewOptions& options, std::string& error)
 {
-    return parseLevels(text, options.levels, error);
+    if (parseLevels(text, options.levels, error))
+        return 1;
+    error.insert(0, "--levels ");
+    return 0;
 }
 
 int readTimes(const std::string& text, ViewOptions& options, std::string& error)

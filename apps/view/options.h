@@ -1,10 +1,9 @@
 #pragma once
 
 #include "apps/options/program_text.h"
-#include "apps/view/level_list.h"
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
-#include "pavane/images/AColorPlay.h"
+#include "pavane/axes/maps/MapLook.h"
 #include "tessel/uvfits/UvTimes.h"
 
 #include <string>
@@ -12,9 +11,6 @@
 
 namespace pavane
 {
-
-/// How map values are spread over the colours.
-enum class ViewScale { linear, squareRoot, logarithmic, equalised };
 
 /// A table to be written: its name, and a file, or "-" for standard output; "" when it is printed.
 struct TableWish {
@@ -32,7 +28,7 @@ struct SurfaceWish {
 };
 
 /// The command line of pavane-view, checked.
-struct ViewOptions {
+struct ViewOptions : MapLook {
     std::string map;
     int batch = 0;
     int help = 0;
@@ -41,16 +37,9 @@ struct ViewOptions {
     std::string png, pdf, svg;  ///< pictures to write, empty for none
     int width = 1000;           ///< pixels of 96 per inch
     int height = 900;
-    int hasSize = 0;     ///< one was asked for
-    int freeAspect = 0;  ///< cells need not be square
-    LevelChoice levels;
+    int hasSize = 0;  ///< one was asked for
     SurfaceWish surface;
-    ViewScale scale = ViewScale::linear;
-    int hasScale = 0;  ///< one was asked for
-    int hasRange = 0;
-    double low = 0, high = 0;  ///< colour range, in the unit of the map
-    int inPerCent = 0;         ///< or between percentiles of its cells
-    AColorPlay play;
+    int hasScale = 0;     ///< one was asked for
     std::string palette;  ///< empty: the default one
     UvTimes times;        ///< of a data file: what is plotted and listed
     PlotWish plot;        ///< of a data file

@@ -1,7 +1,7 @@
 #include "apps/view/printed_planes.h"
 
-#include "apps/view/map_options.h"
 #include "apps/view/progress.h"
+#include "pavane/axes/maps/MapLook.h"
 #include "pavane/axes/maps/MapPicture.h"
 #include "pavane/axes/windows/AChannelMapsWnd.h"
 #include "tessel/plain_text.h"

@@ -2,9 +2,9 @@
 #include "apps/view/key_help.h"
 #include "apps/view/main_menu.h"
 #include "apps/view/MainWindow.h"
-#include "apps/view/palette_choice.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/A2DAxis.h"
+#include "pavane/images/palette_choice.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/message.h"
 
@@ -60,8 +60,8 @@ int MainWindow::runViewCommand(unsigned id)
         setPalette(id - idPalette);
         return 1;
     }
-    if (id >= idScale && id <= idScale + static_cast<unsigned>(ViewScale::equalised)) {
-        setScale(static_cast<ViewScale>(id - idScale));
+    if (id >= idScale && id <= idScale + static_cast<unsigned>(MapScaleKind::equalized)) {
+        setScale(static_cast<MapScaleKind>(id - idScale));
         return 1;
     }
     switch (id) {
@@ -174,7 +174,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
                 palette = paletteNameOf(colours_);
             line.checked = *palette == palettes_[line.id - idPalette];
         } else if (line.id >= idScale && line.id < idContours)
-            line.checked = options_.scale == static_cast<ViewScale>(line.id - idScale);
+            line.checked = options_.scale == static_cast<MapScaleKind>(line.id - idScale);
         else if (line.id == idContours)
             line.checked = !options_.levels.none;
         else if (line.id == idAreasInPictures)

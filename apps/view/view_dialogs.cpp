@@ -1,6 +1,6 @@
 #include "apps/view/view_dialogs.h"
 
-#include "apps/view/level_list.h"
+#include "pavane/axes/maps/cells/level_list.h"
 #include "pavane/windows/AResizeDialog.h"
 #include "pavane/windows/controls/AComboBox.h"
 #include "pavane/windows/controls/AInfoText.h"
@@ -115,8 +115,7 @@ protected:
         std::string error;
         const CString text = levels_.GetWindowText();
         if (!parseLevels(text, choice, error)) {
-            constexpr std::size_t option = std::string_view("--levels").size();
-            AfxMessageBox("The list of levels" + error.substr(option), MB_ICONERROR);
+            AfxMessageBox("The list of levels " + error, MB_ICONERROR);
             return;
         }
         text_ = text;

@@ -85,6 +85,14 @@ int findPalette(const CString& name, PALETTEENTRY* colors, CString& file)
     return 0;
 }
 
+int takeMapColors(const PALETTEENTRY* entries, AArray<COLORREF>& colors)
+{
+    colors.GrowBy(firstWorkingColor);
+    for (int i = 0; i < colors.count(); ++i)
+        colors(i) = RGB(entries[i].peRed, entries[i].peGreen, entries[i].peBlue);
+    return colors.count() > 0;
+}
+
 }  // namespace
 
 HPALETTE* GetGlobalPalette() { return &globalPalette; }
@@ -108,12 +116,13 @@ int GetPaletteColors(const CString& name, AArray<COLORREF>& colors)
 {
     PALETTEENTRY entries[paletteColors];
     CString file;
-    if (!findPalette(name, entries, file))
-        return 0;
-    colors.GrowBy(firstWorkingColor);
-    for (int i = 0; i < colors.count(); ++i)
-        colors(i) = RGB(entries[i].peRed, entries[i].peGreen, entries[i].peBlue);
-    return colors.count() > 0;
+    return findPalette(name, entries, file) && takeMapColors(entries, colors);
+}
+
+int GetBuiltInPaletteColors(AArray<COLORREF>& colors)
+{
+    PALETTEENTRY entries[paletteColors];
+    return parsePalette(defaultPaletteText, entries) && takeMapColors(entries, colors);
 }
 
 int WritePalette(const CString& file, const AArray<COLORREF>& colours, CString& error)

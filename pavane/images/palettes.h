@@ -36,6 +36,8 @@ PAVANE_API AObjArray<CString> PaletteNames();
 /// The map colours of a palette, named as for LoadPalette, without making it the module's. Non-zero
 /// on success; else 0 and `colors` is left alone.
 PAVANE_API int GetPaletteColors(const CString& name, AArray<COLORREF>& colors);
+/// The same of the colours that are built into the library.
+PAVANE_API int GetBuiltInPaletteColors(AArray<COLORREF>& colors);
 /// Writes the colours, 1 to 256, as a palette file that LoadPalette reads; of more than 226 the
 /// last become no colours of a map. The file appears whole or not at all. Non-zero on success; else
 /// 0 and `error` is a line that names the file.

@@ -1,8 +1,8 @@
 #include "apps/simulate/options.h"
-#include "apps/view/level_list.h"
 #include "apps/view/options.h"
 #include "apps/view/status_text.h"
 #include "apps/view/uv_points.h"
+#include "pavane/axes/maps/cells/level_list.h"
 #include "pavane/axes/maps/map_unit.h"
 #include "pavane/axes/maps/MapFrame.h"
 
@@ -125,7 +125,7 @@ TEST(ViewOptions, ReadsWhatItIsGiven)
     EXPECT_EQ(o.map, "m[1].fits");
     EXPECT_EQ(o.width, 640);
     EXPECT_EQ(o.height, 16384);
-    EXPECT_EQ(o.scale, ViewScale::equalised);
+    EXPECT_EQ(o.scale, MapScaleKind::equalized);
     EXPECT_EQ(o.low, -1e-3);
     EXPECT_EQ(o.high, 0.5);
     EXPECT_EQ(o.plane, 2);

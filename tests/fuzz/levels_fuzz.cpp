@@ -1,5 +1,5 @@
 // Feeds any text to the reader of contour levels and makes the levels of several maps of it.
-#include "apps/view/level_list.h"
+#include "pavane/axes/maps/cells/level_list.h"
 
 #include <cstdint>
 #include <limits>

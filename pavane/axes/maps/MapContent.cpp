@@ -76,6 +76,22 @@ private:
     mutable int goesOn_ = 1;
 };
 
+/// What follows from the header that `content` has and its cells, which may be anywhere.
+int describe(const AMatrixAccess& cells, MapContent& content, CString& error,
+             const ProgressFunction& progress)
+{
+    makePlain(content.map.header);
+    content.frame = frameOf(content.map.header, cells.rows(), cells.columns());
+    const WatchedAccess access(cells, progress);
+    content.range = mapRange(access);
+    content.noise = mapNoise(access);
+    if (access.goesOn())
+        return 1;
+    content = {};
+    error = readingGivenUp;
+    return 0;
+}
+
 }  // namespace
 
 int readMapContent(const CString& file, int plane, MapContent& content, CString& error,
@@ -85,18 +101,15 @@ int readMapContent(const CString& file, int plane, MapContent& content, CString&
     if (!readFitsMap(file, plane, content.map, error,
                      progress ? ProgressFunction(reading) : ProgressFunction()))
         return 0;
-    makePlain(content.map.header);
-    const AMatrix<float>& cells = content.map.cells;
-    content.frame = frameOf(content.map.header, cells.rows(), cells.columns());
-    const AFloatMatrixAccess plain(cells);
-    const WatchedAccess access(plain, progress);
-    content.range = mapRange(access);
-    content.noise = mapNoise(access);
-    if (access.goesOn())
-        return 1;
+    return describe(AFloatMatrixAccess(content.map.cells), content, error, progress);
+}
+
+int describeCells(const AMatrixAccess& cells, const MapHeader& header, MapContent& content,
+                  CString& error, const ProgressFunction& progress)
+{
     content = {};
-    error = readingGivenUp;
-    return 0;
+    content.map.header = header;
+    return describe(cells, content, error, progress);
 }
 
 int MapContentReader::begin(const CString& file, CString& error)

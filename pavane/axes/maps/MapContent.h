@@ -39,4 +39,10 @@ private:
 PAVANE_API int readMapContent(const CString& file, int plane, MapContent& content, CString& error,
                               const ProgressFunction& progress = {});
 
+/// The same of cells that a host has, with the header that belongs to them: frame, range and noise,
+/// without a copy. `content.map.cells` is empty. 0 only when `progress` gave it up.
+PAVANE_API int describeCells(const AMatrixAccess& cells, const MapHeader& header,
+                             MapContent& content, CString& error,
+                             const ProgressFunction& progress = {});
+
 }  // namespace pavane

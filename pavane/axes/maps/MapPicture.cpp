@@ -26,15 +26,20 @@ int MapPicture::open(const CString& fitsFile, CString& error, int plane)
 
 void MapPicture::show(const MapContent& content)
 {
-    content_ = &content;
     auto cells = std::make_unique<AFloatMatrixAccess>(content.map.cells);
+    show(content, *cells);
+    ownCells_ = std::move(cells);
+}
+
+void MapPicture::show(const MapContent& content, const AMatrixAccess& cells)
+{
+    content_ = &content;
     auto axis = std::make_unique<A2DAxis>(content.frame.xDirection, 1, nullptr, 0);
-    graph_ = new ALevelsColorGraph(axis.get(), *cells, content.frame.centres(), 0);
+    graph_ = new ALevelsColorGraph(axis.get(), cells, content.frame.centres(), 0);
     graph_->setStatistics(content.range, content.noise);
     graph_->contours().setWidth(1);
     bar_ = std::make_unique<AAxisColorOP>(*graph_);
     axis_ = std::move(axis);
-    cells_ = std::move(cells);
     describeMap(*axis_, *graph_, content.frame, {});
     beam_ = content.frame.beam;
     setHeaderNote({});

@@ -28,6 +28,8 @@ public:
     int open(const CString& fitsFile, CString& error, int plane = -1);
     /// Shows a map that was read, which has to outlive the picture.
     void show(const MapContent& content);
+    /// The same with cells that a host has, which have to outlive it too (see describeCells).
+    void show(const MapContent& content, const AMatrixAccess& cells);
     /// The content that is shown has other cells now, of the same size and place: another plane.
     void contentChanged();
 
@@ -48,7 +50,7 @@ private:
     std::unique_ptr<MapContent> own_;
     const MapContent* content_ = nullptr;
     MapBeam beam_;  ///< of the content, as the graph was given it
-    std::unique_ptr<AMatrixAccess> cells_;
+    std::unique_ptr<AMatrixAccess> ownCells_;
     std::unique_ptr<A2DAxis> axis_;
     ALevelsColorGraph* graph_ = nullptr;  // the axis's
     std::unique_ptr<AAxisColorOP> bar_;

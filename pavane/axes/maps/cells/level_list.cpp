@@ -1,4 +1,4 @@
-#include "apps/view/level_list.h"
+#include "pavane/axes/maps/cells/level_list.h"
 
 #include "pavane/axes/maps/cells/contour_lines.h"
 #include "tessel/value_text.h"
@@ -78,7 +78,7 @@ int parseLevels(const std::string& text, LevelChoice& choice, std::string& error
     const std::string fault = choice.none ? std::string() : readList(text, choice);
     if (fault.empty())
         return 1;
-    error = "--levels " + fault;
+    error = fault;
     return 0;
 }
 
