@@ -185,8 +185,6 @@ bool FrameWidget::event(QEvent* e)
         settled_.start();
     switch (e->type()) {
     case QEvent::Resize:
-        layOut();
-        return true;
     case QEvent::LayoutRequest:
         layOut();
         return true;

@@ -88,7 +88,7 @@ CString ask(const QPointer<QFileDialog>& dialog, const std::vector<FileFilter>& 
     if (dialog->exec() != QDialog::Accepted || !dialog)
         return {};
     const QStringList files = dialog->selectedFiles();
-    const CString name = files.isEmpty() ? CString() : files.first().toStdString();
+    CString name = files.isEmpty() ? CString() : files.first().toStdString();
     if (open)
         return name;
     const CString own = chosenExtension(*dialog, filters);

@@ -12,11 +12,10 @@ int writeWhole(const CString& file, std::string_view bytes, CString& error)
 {
     error.clear();
     FileReplacement out;
-    if (!out.begin(file))
-        error = out.fault();
-    else if (!writeAll(out.descriptor(), bytes))
+    const int isOpen = out.begin(file);
+    if (isOpen && !writeAll(out.descriptor(), bytes))
         error = systemFault("cannot be written", errno);
-    else if (!out.finish())
+    else if (!isOpen || !out.finish())
         error = out.fault();
     return error.empty();
 }

@@ -172,9 +172,9 @@ MenuBar::MenuBar(HWND top, CMenu menu) : top_(top), menu_(std::move(menu))
 void MenuBar::addPopup(QMenu* popup, CMenu& menu)
 {
     fill(popup, menu, false);
-    connect(popup, &QMenu::aboutToShow, this, [this, popup = QPointer(popup), &menu] {
+    connect(popup, &QMenu::aboutToShow, this, [this, top = top_, popup = QPointer(popup), &menu] {
         const QPointer<MenuBar> alive = this;
-        if (CWnd* const window = CWnd::FromHandle(top_))
+        if (CWnd* const window = CWnd::FromHandle(top))
             window->OnInitMenuPopup(menu);
         if (alive && popup)
             fill(popup, menu, true);
