@@ -310,6 +310,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/message_translator.h
     platform/messages.h
     platform/picture.h
+    platform/picture_bytes.h
     platform/picture_file.h
     platform/platform.h
     platform/print_info.h
@@ -353,6 +354,7 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/sky_frame.h
     tessel/SkyCoordinates.h
     tessel/stokes_name.h
+    tessel/StopFlag.h
     tessel/time_text.h
     tessel/uvfits/AUVXFile.h
     tessel/uvfits/AUVXFqTbl.h
@@ -435,6 +437,8 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/shapes/turned_rect.h
     pavane/trackers/TurnedTrackerOf.h
     platform/api.h
+    posix/api.h
+    posix/StopFlag.h
     tessel/api.h
     tessel/big_endian.h
     tessel/FitsMapReader.h

@@ -9,6 +9,7 @@ namespace pavane
 
 class CBitmap;
 class DeviceBackend;
+class StopFlag;
 struct DIBSource;
 
 /// A device context: draws into a memory picture, a page of a PDF or SVG file, or a window.
@@ -61,6 +62,8 @@ public:
     int SetSmooth(int on);
     /// Non-zero when the device draws vectors (a page), so that a caller may send finer curves.
     int IsVector() const;
+    /// Non-zero when nothing lies behind what is drawn: a figure then paints no ground.
+    int IsTransparent() const;
     /// Pixels across one device unit: above 1 in windows on fine screens and in bitmaps made for
     /// them, where pictures and text are finer than the units.
     int GetPixelRatio() const;
@@ -129,6 +132,15 @@ public:
     /// Width and height of a line of text, not turned, in logical units.
     CSize GetTextExtent(const CString& text) const;
     int GetTextMetrics(TEXTMETRIC& metrics) const;
+
+    /// Looks at `stop`, which has to outlive the drawing, before each primitive: once it is up
+    /// nothing more is drawn, and what was drawn is a part of a picture. Null, as at first, for
+    /// none.
+    void setStop(const StopFlag* stop);
+    /// The flag, or that of a page (CPageFile::AskBefore); null for none.
+    const StopFlag* stopFlag() const;
+    /// Non-zero when nothing that is still to come will be drawn.
+    int isStopped() const;
 
     int GetDeviceCaps(int index) const;
     DeviceBackend* backend() const;

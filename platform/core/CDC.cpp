@@ -25,6 +25,15 @@ CDC::~CDC() = default;
 
 DeviceBackend* CDC::backend() const { return state_->backend.get(); }
 
+void CDC::setStop(const StopFlag* stop) { state_->stop = stop; }
+
+const StopFlag* CDC::stopFlag() const { return state_->flag(); }
+
+int CDC::isStopped() const
+{
+    return pavane::isStopped(state_->flag()) || (state_->backend && state_->backend->isStopped());
+}
+
 CPen* CDC::SelectObject(CPen* pen)
 {
     if (!pen)
@@ -127,6 +136,8 @@ int CDC::RestoreDC(int saved)
 int CDC::SetSmooth(int on) { return std::exchange(state_->now.smooth, on != 0 ? 1 : 0); }
 
 int CDC::IsVector() const { return state_->backend && state_->backend->page(); }
+
+int CDC::IsTransparent() const { return state_->backend && state_->backend->isTransparent(); }
 
 int CDC::GetPixelRatio() const { return std::max(1, state_->surface().ratio); }
 

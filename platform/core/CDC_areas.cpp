@@ -11,7 +11,7 @@ namespace pavane
 /// Fills a device rectangle by the pixel rules or on the page.
 void CDC::State::fillArea(const CRect& device, const CBrush& brush, int rop2)
 {
-    if (!backend || device.IsRectEmpty() || brush.kind() == CBrush::Kind::hollow)
+    if (!canDraw() || device.IsRectEmpty() || brush.kind() == CBrush::Kind::hollow)
         return;
     if (VectorDevice* const page = pageFor(device))
         page->fillRect(device, fillStyle(brush));
@@ -56,7 +56,7 @@ void CDC::State::fillFrame(const CRect& r, double line, const CBrush& brush)
 
 void CDC::FrameRect(const CRect& rect, const CBrush* brush)
 {
-    if (!brush || rect.IsRectEmpty() || !state_->backend)
+    if (!brush || rect.IsRectEmpty() || !state_->canDraw())
         return;
     const CRect r = state_->filledBox(rect);
     if (r.IsRectEmpty())

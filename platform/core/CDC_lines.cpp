@@ -59,7 +59,7 @@ bool CDC::State::strokePiece(std::vector<CPointF>& piece, StrokeStyle& pen)
     if (dashPattern(pen.style).count != 0)
         pen.distance += lengthOf(piece);
     piece.erase(piece.begin(), piece.end() - 1);
-    return !backend->isStopped();
+    return canDraw() && !backend->isStopped();
 }
 
 void CDC::State::strokeVectors(const CPoint* points, std::size_t count)
@@ -150,8 +150,8 @@ int CDC::Polyline(const CPoint* points, int count)
     State& s = *state_;
     if (!points || count < 2)
         return 0;
-    if (!s.backend || !s.hasPen())
-        return s.backend != nullptr;
+    if (!s.canDraw() || !s.hasPen())
+        return s.canDraw();
     if (IsVector()) {
         s.strokeVectors(points, static_cast<std::size_t>(count));
         return 1;
@@ -173,8 +173,8 @@ int CDC::PolylineF(const CPointF* points, int count)
     State& s = *state_;
     if (!points || count < 2)
         return 0;
-    if (!s.backend || !s.hasPen())
-        return s.backend != nullptr;
+    if (!s.canDraw() || !s.hasPen())
+        return s.canDraw();
     // a point that is not finite parts the curve
     std::vector<CPointF> part;
     StrokeStyle pen = s.strokeStyle();

@@ -251,7 +251,7 @@ int CDC::StretchBlt(int x, int y, int width, int height, const CDC* source, int 
     State& s = *state_;
     const int mode = modeOf(rop);
     const PixelSurface from = source ? source->state_->surface() : PixelSurface{};
-    if (!s.backend || !from.bits || !mode)
+    if (!s.canDraw() || !from.bits || !mode)
         return 0;
     const Mapping& mapping = source->state_->now.mapping;
     const CPoint start = mapping.toDevice(CPoint(sx, sy));
@@ -326,7 +326,7 @@ int CDC::StretchDIBits(int x, int y, int width, int height, int sx, int sy, int 
     DIBView dib;
     const int mode = modeOf(rop);
     constexpr int least = std::numeric_limits<int>::min();
-    if (!s.backend || !mode || sWidth == least || sHeight == least || !readDIB(header, bits, dib))
+    if (!s.canDraw() || !mode || sWidth == least || sHeight == least || !readDIB(header, bits, dib))
         return 0;
     std::uint32_t colors[256] = {};
     for (int i = 0; i < dib.tableSize; ++i) {

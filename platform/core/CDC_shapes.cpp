@@ -71,7 +71,7 @@ int CDC::Polygon(const CPoint* points, int count)
     State& s = *state_;
     if (!points || count < 2)
         return 0;
-    if (!s.backend)
+    if (!s.canDraw())
         return 0;
     std::vector<CPoint> device(points, points + count);
     LPtoDP(device.data(), count);
@@ -106,7 +106,7 @@ int CDC::Polygon(const CPoint* points, int count)
 int CDC::PolygonF(const CPointF* points, int count)
 {
     State& s = *state_;
-    if (!points || count < 2 || !s.backend)
+    if (!points || count < 2 || !s.canDraw())
         return 0;
     std::vector<CPointF> device;
     for (int i = 0; i < count; ++i) {
@@ -131,7 +131,7 @@ int CDC::PolygonF(const CPointF* points, int count)
 int CDC::Rectangle(int left, int top, int right, int bottom)
 {
     State& s = *state_;
-    if (!s.backend)
+    if (!s.canDraw())
         return 0;
     CRect box = s.deviceBox({left, top, right, bottom});
     const int width = s.penWidth();
@@ -179,7 +179,7 @@ int CDC::Rectangle(int left, int top, int right, int bottom)
 int CDC::Ellipse(int left, int top, int right, int bottom)
 {
     State& s = *state_;
-    if (!s.backend)
+    if (!s.canDraw())
         return 0;
     CRect box = s.deviceBox({left, top, right, bottom});
     const int width = s.penWidth();

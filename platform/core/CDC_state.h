@@ -6,6 +6,7 @@
 #include "platform/core/mapping.h"
 #include "platform/core/PixelPainter.h"
 #include "platform/core/polygon_scan.h"
+#include "posix/StopFlag.h"
 
 #include <memory>
 #include <optional>
@@ -52,6 +53,7 @@ struct CDC::State {
     std::unique_ptr<DeviceBackend> backend;
     Settings now;
     std::vector<Settings> saved;
+    const StopFlag* stop = nullptr;
     std::unique_ptr<VectorDevice> soft;
     GraphicsHook* softMaker = nullptr;        ///< soft is of no use without it
     PixelSurface softSurface;                 ///< and on pixels that moved
@@ -67,6 +69,10 @@ struct CDC::State {
     std::optional<WideLine> wideLine;
     int wideLineWidth = 0;
 
+    /// The flag of the context or of its device.
+    const StopFlag* flag() const { return stop || !backend ? stop : backend->stopFlag(); }
+    /// Whether a primitive has anything to do.
+    bool canDraw() const { return backend && !pavane::isStopped(stop); }
     PixelSurface surface() const { return backend ? backend->surface() : PixelSurface{}; }
     CRect deviceRect() const;
     /// The clip within the limit of the device; null: everything.

@@ -129,7 +129,7 @@ void CDC::State::fillTextBackground(CPoint at, int width, int height, int escape
 
 void CDC::State::drawLine(CPoint at, std::string_view text)
 {
-    if (!backend || text.empty())
+    if (!canDraw() || text.empty())
         return;
     if (now.bkMode == OPAQUE)
         fillTextBackground(at, deviceWidth(text), deviceMetrics().tmHeight, now.font.lfEscapement);

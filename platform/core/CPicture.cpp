@@ -13,19 +13,20 @@ constexpr int greatestSide = 32768;
 
 }  // namespace
 
-CPicture::CPicture(int width, int height)
+CPicture::CPicture(int width, int height, PictureGround ground)
 {
     if (width < 1 || height < 1 || width > greatestSide || height > greatestSide)
         return;
     // a vector has no other way to say that memory ran out
     try {
         pixels_.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                       0xFFFFFF);
+                       ground == PictureGround::transparent ? 0xFF000000u : 0xFFFFFFu);
     } catch (const std::bad_alloc&) {
         return;
     }
     width_ = width;
     height_ = height;
+    ground_ = ground;
 }
 
 CPicture& CPicture::operator=(CPicture&& other) noexcept
@@ -33,13 +34,15 @@ CPicture& CPicture::operator=(CPicture&& other) noexcept
     pixels_ = std::exchange(other.pixels_, {});
     width_ = std::exchange(other.width_, 0);
     height_ = std::exchange(other.height_, 0);
+    ground_ = std::exchange(other.ground_, PictureGround::white);
     return *this;
 }
 
 std::unique_ptr<CDC> CPicture::dc()
 {
-    return std::make_unique<CDC>(
-        std::make_unique<SurfaceBackend>(PixelSurface{pixels_.data(), width_, height_, width_}));
+    PixelSurface surface{pixels_.data(), width_, height_, width_};
+    surface.isTransparent = ground_ == PictureGround::transparent;
+    return std::make_unique<CDC>(std::make_unique<SurfaceBackend>(surface));
 }
 
 int CPicture::CanDrawText(CString* why)

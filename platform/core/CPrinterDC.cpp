@@ -152,9 +152,9 @@ int CPrinterDC::AbortDoc()
 
 int CPrinterDC::SetAbortProc(AbortProc proc)
 {
-    std::function<bool()> ask;
+    std::function<int()> ask;
     if (proc)
-        ask = [this, proc] { return proc(*this) != 0; };
+        ask = [this, proc] { return proc(*this); };
     job_->printer->printed().askBefore(std::move(ask));
     return 1;
 }

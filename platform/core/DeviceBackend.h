@@ -10,6 +10,8 @@
 namespace pavane
 {
 
+class StopFlag;
+
 /// A pen or brush for a vector device, colours resolved to 0x00RRGGBB.
 struct StrokeStyle {
     int style = PS_NULL;
@@ -136,8 +138,6 @@ public:
     /// drawn outside. `scale` units to a pixel of 96 per inch.
     virtual std::unique_ptr<VectorDevice> pageView(const PixelSurface& surface, const CRect& target,
                                                    CSize size, double scale) = 0;
-    /// The bytes of a PNG file of `image`; empty when memory runs out.
-    virtual std::string pngOf(const ImageView& image, int dpi) = 0;
 };
 
 /// Installs the hook (null removes it) and returns the one before. Without one glyphs are left out
@@ -164,6 +164,10 @@ public:
     virtual std::size_t pointsAtOnce() const { return static_cast<std::size_t>(-1); }
     /// True when nothing that is still to come will be drawn.
     virtual bool isStopped() const { return false; }
+    /// What tells that; null when nobody does.
+    virtual const StopFlag* stopFlag() const { return nullptr; }
+    /// Whether nothing lies behind what is drawn.
+    virtual bool isTransparent() const { return surface().isTransparent; }
     /// The pixels; without bits on a page.
     virtual PixelSurface surface() const { return {}; }
     /// The page; null on a pixel device.

@@ -20,6 +20,7 @@ struct PixelSurface {
     std::ptrdiff_t stride = 0;
     int ratio = 1;
     DirtyBoxes* touched = nullptr;  ///< is told what was painted, in units; may be null
+    bool isTransparent = false;     ///< the top bytes tell how much of the ground shows
     /// Row `y` of pixels, 0 .. height * ratio - 1.
     std::uint32_t* row(int y) const { return bits + y * stride; }
     /// First pixel of a unit.

@@ -10,7 +10,6 @@ namespace pavane
 namespace
 {
 
-constexpr std::chrono::milliseconds betweenQuestions{50};
 /// Greatest side that a page of a PDF file can have, 14400 points.
 constexpr int greatestSide = 508000;
 constexpr int greatestDpi = 4800;
@@ -28,27 +27,6 @@ std::uint32_t greyOf(std::uint32_t color)
 int dots(int length, int dpi) { return std::max(2, 2 * nearestInt(length * dpi / 5080.0)); }
 
 }  // namespace
-
-void PrintedPage::askBefore(std::function<bool()> goesOn)
-{
-    ask_ = std::move(goesOn);
-    next_ = {};
-}
-
-bool PrintedPage::goesOn()
-{
-    if (stopped_ || !ask_ || asking_)
-        return !stopped_;
-    const auto now = std::chrono::steady_clock::now();
-    if (now < next_)
-        return true;
-    asking_ = true;  // whoever is asked may handle messages, and draw
-    const std::function<bool()> ask = ask_;
-    stopped_ = !ask();
-    asking_ = false;
-    next_ = std::chrono::steady_clock::now() + betweenQuestions;
-    return !stopped_;
-}
 
 std::uint32_t PrintedPage::inked(std::uint32_t color) const
 {

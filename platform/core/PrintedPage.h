@@ -1,8 +1,8 @@
 #pragma once
 
 #include "platform/core/DeviceBackend.h"
+#include "posix/StopFlag.h"
 
-#include <chrono>
 #include <functional>
 #include <vector>
 
@@ -16,13 +16,14 @@ public:
     explicit PrintedPage(int gray) : gray_(gray) {}
     /// `device` gets what is drawn; null: nobody.
     void drawOn(VectorDevice* device) { device_ = device; }
-    /// `goesOn` is asked every 50 ms; after the first false nothing is passed on any more.
-    void askBefore(std::function<bool()> goesOn);
+    /// `goesOn` is asked now and then; after the first 0 nothing is passed on any more.
+    void askBefore(std::function<int()> goesOn) { stop_.ask(std::move(goesOn)); }
     /// Asks when it is time to; whether drawing goes on.
-    bool goesOn();
-    bool isStopped() const { return stopped_; }
+    bool goesOn() const { return !stop_.isStopped(); }
+    bool isStopped() const { return !goesOn(); }
+    const StopFlag& stopFlag() const { return stop_; }
     /// A new document.
-    void restart() { stopped_ = false; }
+    void restart() { stop_.clear(); }
 
     void setClip(const CRgn::Data* clip) override;
     void polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen) override;
@@ -41,10 +42,7 @@ private:
 
     int gray_;
     VectorDevice* device_ = nullptr;
-    std::function<bool()> ask_;
-    std::chrono::steady_clock::time_point next_;
-    bool asking_ = false;
-    bool stopped_ = false;
+    StopFlag stop_;
 };
 
 /// A sheet of paper at a resolution. A sheet has an even number of dots: those of the usual sizes
@@ -58,6 +56,7 @@ public:
     double hairline() const override { return 0.5 * scale(); }
     std::size_t pointsAtOnce() const override { return 20000; }
     bool isStopped() const override { return page_.isStopped(); }
+    const StopFlag* stopFlag() const override { return &page_.stopFlag(); }
     VectorDevice* page() override { return &page_; }
 
     int setSheet(CSize sheet);

@@ -1,6 +1,7 @@
 #include "platform/core/SvgDevice.h"
 
 #include "platform/core/clip_geometry.h"
+#include "platform/core/png_bytes.h"
 #include "platform/core/utf8.h"
 
 #include <algorithm>
@@ -61,7 +62,7 @@ std::string escaped(std::string_view text)
     return out;
 }
 
-std::string base64(const std::string& bytes)
+std::string base64(const std::vector<unsigned char>& bytes)
 {
     static const char letters[] =
         "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
@@ -330,11 +331,12 @@ void SvgDevice::fillRect(const CRect& rect, const FillStyle& brush)
 
 void SvgDevice::image(const CRect& target, const ImageView& image)
 {
-    if (!graphicsHook() || target.IsRectEmpty() || image.width < 1 || image.height < 1)
+    if (target.IsRectEmpty() || image.width < 1 || image.height < 1)
         return;
     const Enlarged sharp(image, target.Width() / scale_, target.Height() / scale_);
-    const std::string png = graphicsHook()->pngOf(sharp.view, 96);
-    if (png.empty())
+    std::vector<unsigned char> png;
+    std::string error;
+    if (!writePNG(sharp.view, {}, png, error))
         return;
     begin();
     out_ += "<image";

@@ -208,13 +208,14 @@ template <bool whole>
             old = load<Words>(here);
         else
             std::memcpy(&old, here, bytes);
-        // a pixel is two pairs of channels, each channel in 16 bits
+        // a pixel is two pairs of channels, each channel in 16 bits; the fourth is that of the
+        // ground, of which an opaque colour has none
         const Words on = (Words)cover;
         const Shares share = (Shares)(on | on << 16);
         const Shares rest = 256 - share;
         const Shares rb = (Shares)(old & redBlue) * rest + red * share + 128;
-        const Shares g = (Shares)(old >> 8 & 0xFF) * rest + green * share + 128;
-        const Words mixed = ((Words)rb >> 8 & redBlue) | ((Words)g & 0xFF00);
+        const Shares g = (Shares)(old >> 8 & redBlue) * rest + green * share + 128;
+        const Words mixed = ((Words)rb >> 8 & redBlue) | ((Words)g & ~redBlue);
         std::memcpy(here, &mixed, whole ? sizeof mixed : bytes);
     }
 }

@@ -1,7 +1,8 @@
+#include "platform/core/file_output.h"
+#include "platform/core/png_bytes.h"
 #include "platform/core/PrintedPage.h"
 #include "platform/core/SvgDevice.h"
 #include "platform/picture.h"
-#include "platform/qt/file_output.h"
 #include "platform/qt/PainterDevice.h"
 #include "platform/qt/QtGraphics.h"
 
@@ -25,17 +26,22 @@ constexpr int greatestScale = 48;
 class PageBackend : public DeviceBackend
 {
 public:
-    PageBackend(CSize size, int scale, PrintedPage& page) : size_(size), scale_(scale), page_(page)
+    PageBackend(CSize size, int scale, PictureGround ground, PrintedPage& page)
+        : size_(size), scale_(scale), ground_(ground), page_(page)
     {
     }
+    bool isTransparent() const override { return ground_ == PictureGround::transparent; }
     CSize size() const override { return size_; }
     double scale() const override { return scale_; }
     VectorDevice* page() override { return &page_; }
     bool isStopped() const override { return page_.isStopped(); }
+    const StopFlag* stopFlag() const override { return &page_.stopFlag(); }
+    std::size_t pointsAtOnce() const override { return 20000; }
 
 private:
     CSize size_;
     int scale_;
+    PictureGround ground_;
     PrintedPage& page_;
 };
 
@@ -51,7 +57,8 @@ struct CPageFile::Data {
     std::unique_ptr<CDC> dc;
 };
 
-CPageFile::CPageFile(Format format, int width, int height, const CString& title, int scale)
+CPageFile::CPageFile(Format format, int width, int height, const CString& title, int scale,
+                     PictureGround ground)
     : data_(std::make_unique<Data>())
 {
     width = std::clamp(width, 1, greatestSide);
@@ -77,9 +84,10 @@ CPageFile::CPageFile(Format format, int width, int height, const CString& title,
         device = data_->painter.get();
     }
     data_->page.drawOn(device);
-    data_->dc = device
-                    ? std::make_unique<CDC>(std::make_unique<PageBackend>(size, scale, data_->page))
-                    : std::make_unique<CDC>();
+    data_->dc =
+        device
+            ? std::make_unique<CDC>(std::make_unique<PageBackend>(size, scale, ground, data_->page))
+            : std::make_unique<CDC>();
 }
 
 CPageFile::~CPageFile() = default;
@@ -88,26 +96,21 @@ CDC& CPageFile::dc() { return *data_->dc; }
 
 int CPageFile::NewPage() { return data_->pdf && data_->painter && data_->pdf->newPage(); }
 
-void CPageFile::AskBefore(std::function<int()> goesOn)
-{
-    std::function<bool()> ask;
-    if (goesOn)
-        ask = [goesOn = std::move(goesOn)] { return goesOn() != 0; };
-    data_->page.askBefore(std::move(ask));
-}
+void CPageFile::AskBefore(std::function<int()> goesOn) { data_->page.askBefore(std::move(goesOn)); }
 
-int CPageFile::Close(const CString& file, CString& error)
+int CPageFile::CloseBytes(std::vector<unsigned char>& bytes, CString& error)
 {
     error.clear();
-    if (data_->page.isStopped()) {
-        error = "The picture was given up";
+    if (data_->dc->isStopped()) {
+        error = pictureGivenUp;
         return 0;
     }
     data_->dc = std::make_unique<CDC>();  // the page takes nothing more
     if (data_->svg) {
         const std::string text = data_->svg->finished();
         data_->svg.reset();
-        return writeWhole(file, text, error);
+        bytes.assign(text.begin(), text.end());
+        return 1;
     }
     if (!data_->painter || !data_->painter->finish()) {
         error = "The page could not be drawn";
@@ -115,24 +118,16 @@ int CPageFile::Close(const CString& file, CString& error)
     }
     data_->painter.reset();
     data_->pdf.reset();
-    const QByteArray& bytes = data_->buffer.data();
-    return writeWhole(file, {bytes.constData(), static_cast<std::size_t>(bytes.size())}, error);
+    const QByteArray& made = data_->buffer.data();
+    bytes.assign(made.begin(), made.end());
+    return 1;
 }
 
-int SavePNG(const CPicture& picture, const CString& file, CString& error, int dpi)
+int CPageFile::Close(const CString& file, CString& error)
 {
-    error.clear();
-    if (picture.width() < 1 || !graphicsHook()) {
-        error = "There is no picture to write";
-        return 0;
-    }
-    const std::string png =
-        graphicsHook()->pngOf({picture.row(0), picture.width(), picture.height()}, dpi);
-    if (png.empty()) {
-        error = "Out of memory";
-        return 0;
-    }
-    return writeWhole(file, png, error);
+    std::vector<unsigned char> bytes;
+    return CloseBytes(bytes, error) &&
+           writeWhole(file, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, error);
 }
 
 }  // namespace pavane

@@ -17,6 +17,7 @@ constexpr std::size_t pointsAtOnce = 500;
 constexpr double hatchSpacing = 8;
 /// Strokes go through the middle of a unit.
 constexpr double middle = 0.5;
+constexpr std::uint32_t topByte = 0xFF000000u;
 
 QColor qtColor(std::uint32_t pixel) { return QColor::fromRgb(pixel | 0xFF000000u); }
 
@@ -27,6 +28,12 @@ QPolygonF qtPoints(const std::vector<CPointF>& points)
     for (const CPointF& p : points)
         polygon.append({p.x + middle, p.y + middle});
     return polygon;
+}
+
+/// A box with a pen of this width along its edges.
+QRectF around(const QRectF& box, double penWidth)
+{
+    return box.adjusted(-penWidth - 1, -penWidth - 1, penWidth + 1, penWidth + 1);
 }
 
 QRectF qtRect(const CRect& r)
@@ -40,7 +47,7 @@ PainterDevice::PainterDevice(const PixelSurface& surface, FontTable& fonts)
     : fonts_(fonts), size_{surface.width, surface.height}, surface_(surface),
       alias_(reinterpret_cast<uchar*>(surface.bits), surface.width * surface.ratio,
              surface.height * surface.ratio, static_cast<qsizetype>(surface.stride) * 4,
-             QImage::Format_RGB32)
+             surface.isTransparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32)
 {
     alias_.setDevicePixelRatio(surface.ratio);
     painter_.begin(&alias_);
@@ -168,6 +175,7 @@ void PainterDevice::strokeCurve(const CPointF* points, std::size_t count, const 
     const bool dashed = dashPattern(pen.style).count != 0;
     for (const CurvePiece& piece : clippedCurve(points, count, reach(pen.width))) {
         const QPolygonF polygon = qtPoints(piece.points);
+        const Painting painting(*this, around(polygon.boundingRect(), pen.width));
         const auto total = static_cast<std::size_t>(polygon.size());
         double distance = piece.distance;
         painter_.setPen(qtPen(pen, distance));
@@ -182,8 +190,6 @@ void PainterDevice::strokeCurve(const CPointF* points, std::size_t count, const 
                 distance += std::hypot(step.x(), step.y());
             }
         }
-        clearTopBytes(polygon.boundingRect().adjusted(-pen.width - 1, -pen.width - 1, pen.width + 1,
-                                                      pen.width + 1));
     }
 }
 
@@ -197,11 +203,10 @@ void PainterDevice::fillPath(const QPainterPath& path, const FillStyle& brush)
 {
     if (brush.kind == CBrush::Kind::hollow)
         return;
-    if (brush.kind == CBrush::Kind::solid) {
-        painter_.fillPath(path, qtColor(brush.color));
-        return clearTopBytes(path.boundingRect());
-    }
     const QRectF box = path.boundingRect();
+    const Painting painting(*this, box);
+    if (brush.kind == CBrush::Kind::solid)
+        return painter_.fillPath(path, qtColor(brush.color));
     if (brush.fillsGaps)
         painter_.fillPath(path, qtColor(brush.gapColor));
     painter_.save();
@@ -212,7 +217,6 @@ void PainterDevice::fillPath(const QPainterPath& path, const FillStyle& brush)
     for (std::size_t i = 0; i + 1 < ends.size(); i += 2)
         painter_.drawLine(QPointF(ends[i].x, ends[i].y), QPointF(ends[i + 1].x, ends[i + 1].y));
     painter_.restore();
-    clearTopBytes(box);
 }
 
 void PainterDevice::polygon(const CPointF* points, std::size_t count, bool winding,
@@ -231,10 +235,8 @@ void PainterDevice::polygon(const CPointF* points, std::size_t count, bool windi
     });
     if (isNear && count <= pointsAtOnce) {
         // whole, so that the last corner is joined as the others are
-        painter_.strokePath(path, qtPen(pen, 0));
-        clearTopBytes(path.boundingRect().adjusted(-pen.width - 1, -pen.width - 1, pen.width + 1,
-                                                   pen.width + 1));
-        return;
+        const Painting painting(*this, around(path.boundingRect(), pen.width));
+        return painter_.strokePath(path, qtPen(pen, 0));
     }
     std::vector<CPointF> closed(points, points + count);
     closed.push_back(points[0]);
@@ -255,9 +257,8 @@ void PainterDevice::ellipse(CPointF centre, double radiusX, double radiusY, cons
     fillPath(path, brush);
     if (pen.style == PS_NULL)
         return;
+    const Painting painting(*this, around(path.boundingRect(), pen.width));
     painter_.strokePath(path, qtPen(pen, 0));
-    clearTopBytes(
-        path.boundingRect().adjusted(-pen.width - 1, -pen.width - 1, pen.width + 1, pen.width + 1));
 }
 
 void PainterDevice::fillRect(const CRect& rect, const FillStyle& brush)
@@ -275,6 +276,7 @@ void PainterDevice::image(const CRect& target, const ImageView& image)
     const QImage view(reinterpret_cast<const uchar*>(image.bits), image.width, image.height,
                       static_cast<qsizetype>(image.width) * 4, QImage::Format_RGB32);
     const QRectF place = isView_ ? onDots(qtRect(target)) : qtRect(target);
+    const Painting painting(*this, place);
     const QSizeF shown = view_.mapRect(place).size() * surface_.ratio;
     // more cells than pixels are averaged, fewer keep their edges
     if (isView_ && (shown.width() < image.width || shown.height() < image.height)) {
@@ -285,7 +287,6 @@ void PainterDevice::image(const CRect& target, const ImageView& image)
     } else {
         painter_.drawImage(place, view, QRectF(view.rect()));
     }
-    clearTopBytes(place);
 }
 
 void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, std::uint32_t color)
@@ -299,6 +300,11 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
     painter_.setFont(face.font());
     const double width = face.width(text);
     const double height = face.metrics().tmHeight;
+    QRectF painted(-height, -height, width + 2 * height,
+                   3 * height);  // glyphs may leave their cells
+    if (font.lfEscapement != 0)
+        painted = QTransform().rotate(-font.lfEscapement / 10.0).mapRect(painted);
+    const Painting painting(*this, painted.translated(at.x, at.y));
     const QTransform before = painter_.transform();
     // lines below and through the text of a view lie where they do on its page
     const bool hasRules = isView_ && (font.lfUnderline || font.lfStrikeOut);
@@ -334,17 +340,12 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
         rule(rules.under);
     if (hasRules && font.lfStrikeOut)
         rule(rules.through);
-    QRectF painted(-height, -height, width + 2 * height,
-                   3 * height);  // glyphs may leave their cells
-    if (font.lfEscapement != 0)
-        painted = QTransform().rotate(-font.lfEscapement / 10.0).mapRect(painted);
-    painted.translate(at.x, at.y);
     painter_.setTransform(before);
-    clearTopBytes(painted);
 }
 
-/// Pictures keep the byte above the colour zero; painters set it.
-void PainterDevice::clearTopBytes(const QRectF& painted)
+/// Pictures keep the byte above the colour zero, or how much of the ground shows; painters set it,
+/// or want its opposite there: they get it turned around while they paint.
+void PainterDevice::setTopBytes(const QRectF& painted, std::uint32_t kept, std::uint32_t flipped)
 {
     if (!surface_.bits)
         return;
@@ -357,9 +358,22 @@ void PainterDevice::clearTopBytes(const QRectF& painted)
         for (int y = part.top * k; y < part.bottom * k; ++y) {
             std::uint32_t* const row = surface_.row(y);
             for (int x = part.left * k; x < part.right * k; ++x)
-                row[x] &= 0xFFFFFF;
+                row[x] = (row[x] & kept) ^ flipped;
         }
     });
+}
+
+PainterDevice::Painting::Painting(PainterDevice& device, const QRectF& box)
+    : device_(device), box_(box)
+{
+    if (device_.surface_.isTransparent)
+        device_.setTopBytes(box_, ~0u, topByte);
+}
+
+PainterDevice::Painting::~Painting()
+{
+    const bool isTransparent = device_.surface_.isTransparent;
+    device_.setTopBytes(box_, isTransparent ? ~0u : ~topByte, isTransparent ? topByte : 0);
 }
 
 }  // namespace pavane

@@ -49,7 +49,21 @@ private:
     QRectF onDots(const QRectF& units) const;
     void fillPath(const QPainterPath& path, const FillStyle& brush);
     void strokeCurve(const CPointF* points, std::size_t count, const StrokeStyle& pen);
-    void clearTopBytes(const QRectF& painted);
+    void setTopBytes(const QRectF& painted, std::uint32_t kept, std::uint32_t flipped);
+
+    /// Holds while something is painted inside a box.
+    class Painting
+    {
+    public:
+        Painting(PainterDevice& device, const QRectF& box);
+        Painting(const Painting&) = delete;
+        Painting& operator=(const Painting&) = delete;
+        ~Painting();
+
+    private:
+        PainterDevice& device_;
+        QRectF box_;
+    };
 
     FontTable& fonts_;
     CSize size_;

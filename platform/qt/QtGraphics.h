@@ -2,8 +2,6 @@
 
 #include "platform/qt/fonts.h"
 
-class QIODevice;
-
 namespace pavane
 {
 
@@ -15,14 +13,10 @@ public:
     std::unique_ptr<VectorDevice> softDevice(const PixelSurface& surface) override;
     std::unique_ptr<VectorDevice> pageView(const PixelSurface& surface, const CRect& target,
                                            CSize size, double scale) override;
-    std::string pngOf(const ImageView& image, int dpi) override;
     FontTable& fonts() { return fonts_; }
 
 private:
     FontTable fonts_;
 };
-
-/// Writes the bytes of a PNG file to a device; 0 when it fails.
-int writePNG(const ImageView& image, int dpi, QIODevice& to);
 
 }  // namespace pavane

@@ -1,14 +1,9 @@
 #include "platform/qt/picture_files.h"
 
-#include "platform/core/PrintedPage.h"
 #include "platform/picture_file.h"
-#include "platform/qt/file_output.h"
-#include "platform/qt/fonts.h"
-#include "platform/qt/QtGraphics.h"
 #include "posix/plain_file.h"
 
 #include <cstring>
-#include <QBuffer>
 #include <QFile>
 #include <QPainter>
 #include <unistd.h>
@@ -89,49 +84,6 @@ CString FinePictureFile(const CString& file, int ratio)
         return file;
     const CString fine = file.substr(0, dot) + "@2x" + file.substr(dot);
     return faultOf(fine).empty() ? fine : file;
-}
-
-namespace
-{
-
-/// Takes bytes as long as somebody wants them.
-class AskingBuffer : public QBuffer
-{
-public:
-    explicit AskingBuffer(const std::function<int()>& goesOn)
-    {
-        page_.askBefore([&goesOn] { return !goesOn || goesOn() != 0; });
-        open(QIODevice::WriteOnly);
-    }
-    bool isStopped() const { return page_.isStopped(); }
-
-protected:
-    qint64 writeData(const char* bytes, qint64 count) override
-    {
-        return page_.goesOn() ? QBuffer::writeData(bytes, count) : -1;
-    }
-
-private:
-    PrintedPage page_{0};
-};
-
-}  // namespace
-
-int SavePNG(const CPicture& picture, const CString& file, CString& error, int dpi,
-            const std::function<int()>& goesOn)
-{
-    error.clear();
-    if (picture.width() < 1) {
-        error = "There is no picture to write";
-        return 0;
-    }
-    AskingBuffer buffer(goesOn);
-    if (!writePNG({picture.row(0), picture.width(), picture.height()}, dpi, buffer)) {
-        error = buffer.isStopped() ? "The picture was given up" : "Out of memory";
-        return 0;
-    }
-    const QByteArray& bytes = buffer.data();
-    return writeWhole(file, {bytes.constData(), static_cast<std::size_t>(bytes.size())}, error);
 }
 
 }  // namespace pavane

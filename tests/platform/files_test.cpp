@@ -170,7 +170,7 @@ TEST_F(OutputFiles, ComeOutAfterThePlatformWasStartedAgain)
     ShutdownPlatform();
     old->TextOut(0, 0, "between: no glyphs, no crash");
     CString error;
-    EXPECT_FALSE(SavePNG(picture, path("a.png"), error));
+    EXPECT_TRUE(SavePNG(picture, path("a.png"), error)) << error;  // what was made stays
     char name[] = "again";
     char* arguments[] = {name, nullptr};
     ASSERT_TRUE(InitPlatform(1, arguments, PlatformUse::pictures));

@@ -217,7 +217,8 @@ void MapFigure::makeSquare(CDC& dc, const FigureLayout& layout) const
 
 void MapFigure::draw(CDC& dc, const FigureLayout& layout) const
 {
-    dc.FillSolidRect(layout.all, RGB(255, 255, 255));
+    if (!dc.IsTransparent())
+        dc.FillSolidRect(layout.all, RGB(255, 255, 255));
     if (!axis_ || layout.axis.IsRectEmpty())
         return;
     const int smooth = dc.SetSmooth(1);

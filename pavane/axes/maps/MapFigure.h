@@ -56,8 +56,8 @@ public:
     /// gave its axis, in pixels of 96 per inch from the edges of `rect`, and within `least`, the
     /// margins of another layout for this size; null for none.
     FigureLayout layOut(CDC& dc, const CRect& rect, const CRect* least = nullptr) const;
-    /// Draws a figure that was laid out for this context: white ground, axis with graphs, bar and
-    /// layers, with soft edges where the context can.
+    /// Draws a figure that was laid out for this context: white ground (none in a transparent one),
+    /// axis with graphs, bar and layers, with soft edges where the context can.
     void draw(CDC& dc, const FigureLayout& layout) const;
 
 private:

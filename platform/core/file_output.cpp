@@ -1,4 +1,4 @@
-#include "platform/qt/file_output.h"
+#include "platform/core/file_output.h"
 
 #include "posix/FileReplacement.h"
 #include "posix/plain_file.h"
