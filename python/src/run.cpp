@@ -1,0 +1,56 @@
+#include "python/src/run.h"
+
+#include "python/src/errors.h"
+#include "python/src/platform_use.h"
+
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace pavane::python
+{
+
+namespace py = pybind11;
+
+namespace
+{
+
+constexpr std::chrono::milliseconds betweenQuestions{20};
+
+}  // namespace
+
+// the thread that Python started in, or that a child was forked from, is the process's first
+Interrupts::Interrupts()
+    : inMain_(syscall(SYS_gettid) == getpid()),
+      next_(std::chrono::steady_clock::now() + betweenQuestions)
+{
+}
+
+int Interrupts::goesOn()
+{
+    if (raised_)
+        return 0;
+    if (!inMain_)
+        return 1;
+    const auto now = std::chrono::steady_clock::now();
+    if (now < next_)
+        return 1;
+    const py::gil_scoped_acquire acquire;
+    if (PyErr_CheckSignals() != 0)
+        raised_ = std::make_unique<py::error_already_set>();
+    next_ = std::chrono::steady_clock::now() + betweenQuestions;
+    return raised_ == nullptr;
+}
+
+void Interrupts::rethrow()
+{
+    if (raised_)
+        throw py::error_already_set(*raised_);
+}
+
+void tellMessages()
+{
+    for (const CString& text : takeMessages())
+        warn(text);
+}
+
+}  // namespace pavane::python

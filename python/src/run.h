@@ -1,0 +1,49 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <pybind11/pybind11.h>
+
+namespace pavane::python
+{
+
+/// Asks, while the interpreter's lock is free, whether the user has pressed Ctrl+C; only the main
+/// thread hears that. Made with the lock held.
+class Interrupts
+{
+public:
+    Interrupts();
+    Interrupts(const Interrupts&) = delete;
+    Interrupts& operator=(const Interrupts&) = delete;
+    /// 0 once the work is to end. Takes the lock every 20 ms at most.
+    int goesOn();
+    std::function<int()> question()
+    {
+        return [this] { return goesOn(); };
+    }
+    /// With the lock held: throws what the signal's handler raised.
+    void rethrow();
+
+private:
+    int inMain_;
+    std::chrono::steady_clock::time_point next_;
+    std::unique_ptr<pybind11::error_already_set> raised_;
+};
+
+/// Runs work(Interrupts&) without the interpreter's lock, then throws what a signal raised, and
+/// gives what the library had to tell as warnings.
+void tellMessages();
+template <typename Work>
+void runFree(Work&& work)
+{
+    Interrupts interrupts;
+    {
+        const pybind11::gil_scoped_release release;
+        work(interrupts);
+    }
+    interrupts.rethrow();
+    tellMessages();
+}
+
+}  // namespace pavane::python
