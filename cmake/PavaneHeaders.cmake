@@ -180,6 +180,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/tables/ATableWnd.h
     pavane/tables/components/ACompItem.h
     pavane/tables/components/AComponents.h
+    pavane/tables/components/component_arrays.h
     pavane/tables/components/component_file.h
     pavane/tables/components/component_outline.h
     pavane/tables/components/component_table.h
@@ -216,6 +217,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/AEllipseTracker.h
     pavane/trackers/AEllipseTrackerInAxis.h
     pavane/trackers/areas/area_classes.h
+    pavane/trackers/areas/area_mask.h
     pavane/trackers/areas/AreaCollection.h
     pavane/trackers/areas/AreaEdits.h
     pavane/trackers/areas/VertexTable.h
@@ -244,6 +246,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/masks/cell_regions.h
     pavane/trackers/masks/component_mask.h
     pavane/trackers/masks/LoadReport.h
+    pavane/trackers/masks/mask_bytes.h
     pavane/trackers/masks/mask_outlines.h
     pavane/trackers/regions/area_polygons.h
     pavane/trackers/regions/exchange_file.h
@@ -445,6 +448,7 @@ set(PAVANE_REACHED_HEADERS
     tessel/large_buffer.h
     tessel/long_files.h
     tessel/progress_function.h
+    tessel/StopFlag.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
     tessel/uvfits/UvSlices.h

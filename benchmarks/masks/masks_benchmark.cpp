@@ -1,6 +1,9 @@
 // Filling one polygon into an existing mask: ours into bits, OpenCV into bytes, cairo into bits
-// without smoothing; beside them a memset of as many bytes as the polygon's bits take.
+// without smoothing; beside them a memset of as many bytes as the polygon's bits take. "bool": from
+// shape to a new array of a byte a cell, as hosts in other languages want it.
 
+#include "pavane/trackers/areas/area_mask.h"
+#include "pavane/trackers/masks/mask_bytes.h"
 #include "pavane/trackers/masks/scan_fill.h"
 
 #include <benchmark/benchmark.h>
@@ -8,6 +11,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include <cmath>
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -74,6 +78,24 @@ void fillCairo(benchmark::State& state, int corners, int size)
     cairo_surface_destroy(surface);
 }
 
+void makeBytes(benchmark::State& state, int corners, int size)
+{
+    AreaList areas(1);
+    areas[0].kind = AreaShape::Kind::polygon;
+    for (const CPoint p : outline(corners, size))
+        areas[0].vertices.push_back({p.x + 0.25, p.y + 0.25});
+    const auto cells = static_cast<std::size_t>(size) * static_cast<std::size_t>(size);
+    CString error;
+    for (auto _ : state) {
+        ABitMatrix mask;
+        (void)maskOfAreas(areas, size, size, MaskRule::outline, mask, error);
+        auto* const bytes = static_cast<unsigned char*>(std::malloc(cells));
+        unpackMask(mask, bytes, size);
+        benchmark::DoNotOptimize(bytes);
+        std::free(bytes);
+    }
+}
+
 void memsetBits(benchmark::State& state, int corners, int size)
 {
     const auto points = outline(corners, size);
@@ -104,6 +126,8 @@ int main(int argc, char** argv)
                                                  .c_str(),
                                              filler.fill, corners, size)
                     ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("masks/2k-4-corners/bool", makeBytes, 4, 2048)
+        ->Unit(benchmark::kMillisecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
 }

@@ -65,13 +65,17 @@ std::complex<double> ACompItem::VfromUV(double u, double v) const
 
 void ACompItem::ToMap(AMatrix<float>& map, const TMinMax& range) const
 {
-    const MapGrid grid(map, range);
-    if (!grid.usable || !hasFiniteFields(*this))
+    addComponent(map, MapGrid(map, range), *this);
+}
+
+void addComponent(AMatrix<float>& map, const MapGrid& grid, const ACompItem& item)
+{
+    if (!grid.usable || !hasFiniteFields(item))
         return;
-    const ComponentShape shape(*this);
+    const ComponentShape shape(item);
     if (!(cellsSpanned(grid, shape) < mostCells))
         return;
-    switch (type) {
+    switch (item.type) {
     case gaussianComponent:
         return addGaussian(map, grid, shape);
     case diskComponent:
@@ -83,7 +87,7 @@ void ACompItem::ToMap(AMatrix<float>& map, const TMinMax& range) const
     case stripComponent:
         return addStrip(map, grid, shape);
     case wideRingComponent:
-        return addWideRing(map, grid, shape, width_);
+        return addWideRing(map, grid, shape, item.Width());
     default:
         return addPoint(map, grid, shape);
     }

@@ -19,8 +19,8 @@ double stepOf(double first, double last, int cells)
 
 }  // namespace
 
-MapGrid::MapGrid(const AMatrix<float>& map, const TMinMax& range)
-    : rows(map.rows()), columns(map.columns()), x(range.xMin), y(range.yMin),
+MapGrid::MapGrid(const AMatrix<float>& map, const TMinMax& range, const StopFlag* stop)
+    : stop(stop), rows(map.rows()), columns(map.columns()), x(range.xMin), y(range.yMin),
       dx(stepOf(range.xMin, range.xMax, columns)), dy(stepOf(range.yMin, range.yMax, rows))
 {
     if (columns == 1 && dx == 0)

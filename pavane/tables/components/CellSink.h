@@ -2,6 +2,7 @@
 
 #include "pavane/axes/ranges/TMinMax.h"
 #include "tessel/AMatrix.h"
+#include "tessel/StopFlag.h"
 
 namespace pavane
 {
@@ -9,8 +10,9 @@ namespace pavane
 /// Where the cells of a map lie: the centre of cell (row, column) is (x + column dx, y + row dy).
 struct MapGrid {
     /// Not usable when the range is empty or unset, or the map has no cells.
-    MapGrid(const AMatrix<float>& map, const TMinMax& range);
+    MapGrid(const AMatrix<float>& map, const TMinMax& range, const StopFlag* stop = nullptr);
     bool usable = false;
+    const StopFlag* stop;  ///< what adds flux looks at it and leaves out the rest
     int rows, columns;
     double x, y;
     double dx, dy;

@@ -15,6 +15,8 @@ namespace
 constexpr double radiansPerArcsecond = 4.84813681109536e-6;
 /// Points whose sums and places stay in the nearest memory while all components pass over them.
 constexpr std::size_t blockPoints = 512;
+/// Some milliseconds of a block.
+constexpr std::size_t componentsBetweenLooks = 1024;
 
 /// The greatest size of n numbers, NaN when one of them is.
 double greatestSize(const double* numbers, std::size_t n)
@@ -46,8 +48,8 @@ ModelVisibilities::ModelVisibilities(const AComponents& model)
     }
 }
 
-void ModelVisibilities::at(const double* u, const double* v, std::size_t n,
-                           std::complex<double>* out) const
+int ModelVisibilities::at(const double* u, const double* v, std::size_t n,
+                          std::complex<double>* out, const StopFlag* stop) const
 {
     double real[blockPoints], imaginary[blockPoints];
     for (std::size_t from = 0; from < n; from += blockPoints) {
@@ -57,7 +59,10 @@ void ModelVisibilities::at(const double* u, const double* v, std::size_t n,
         const double greatestU = greatestSize(ub, some), greatestV = greatestSize(vb, some);
         std::fill_n(real, some, 0.0);
         std::fill_n(imaginary, some, 0.0);
+        std::size_t passed = 0;
         for (const ComponentTerms& terms : terms_) {
+            if (passed++ % componentsBetweenLooks == 0 && isStopped(stop))
+                return 0;
             if (addVisibilities(terms, ub, vb, static_cast<int>(some), greatestU, greatestV, real,
                                 imaginary))
                 continue;
@@ -70,6 +75,7 @@ void ModelVisibilities::at(const double* u, const double* v, std::size_t n,
         for (std::size_t i = 0; i < some; ++i)
             out[from + i] = {real[i], imaginary[i]};
     }
+    return 1;
 }
 
 double ModelVisibilities::wTurns(double greatestW) const

@@ -2,6 +2,7 @@
 
 #include "pavane/tables/components/AComponents.h"
 #include "pavane/tables/components/component_visibility.h"
+#include "tessel/StopFlag.h"
 
 #include <complex>
 #include <cstddef>
@@ -19,8 +20,10 @@ public:
 
     std::size_t count() const { return terms_.size(); }
     /// Sums at n points (u[i], v[i]) in wavelengths into out[i]; errors are those of
-    /// AComponents::VfromUV of arrays. `out` does not overlap u and v.
-    void at(const double* u, const double* v, std::size_t n, std::complex<double>* out) const;
+    /// AComponents::VfromUV of arrays. `out` does not overlap u and v. 0 when stopped, with only
+    /// some of it written.
+    int at(const double* u, const double* v, std::size_t n, std::complex<double>* out,
+           const StopFlag* stop = nullptr) const;
 
     /// Radians from the centre to the farthest end of a component.
     double extent() const { return extent_; }

@@ -45,6 +45,8 @@ public:
     }
     void spread(double from, double to, double flux, int halvings)
     {
+        if (isStopped(grid_.stop))
+            return;
         const double half = (to - from) / 2;
         const APoint<double> p = place_(from + half);
         if (!mayTouch(grid_.x, grid_.dx, grid_.columns, p.x, speedX_ * half) ||

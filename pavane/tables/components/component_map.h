@@ -23,6 +23,9 @@ double cellsSpanned(const MapGrid& grid, const ComponentShape& shape);
 /// How brightness is spread over an ellipse.
 enum class Profile { uniform, sphere };
 
+/// Adds a component as ACompItem::ToMap does; a stop of the grid leaves out the rest.
+void addComponent(AMatrix<float>& map, const MapGrid& grid, const ACompItem& item);
+
 // Each adds `shape.flux` to the map, the part on it.
 
 void addPoint(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& shape);

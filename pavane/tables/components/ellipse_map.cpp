@@ -52,7 +52,7 @@ class EllipseSlices
 public:
     EllipseSlices(CellSink& sink, const MapGrid& grid, const ComponentShape& shape, Profile profile,
                   bool turned)
-        : sink_(sink), profile_(profile), turned_(turned), flux_(shape.flux)
+        : sink_(sink), stop_(grid.stop), profile_(profile), turned_(turned), flux_(shape.flux)
     {
         const Axis axisX{grid.x, grid.dx, grid.columns};
         const Axis axisY{grid.y, grid.dy, grid.rows};
@@ -76,6 +76,8 @@ public:
         const double count =
             std::max(fewestParts, std::ceil(2 * std::abs(halfQ_ / along_.step) * cuts_));
         forParts(along_, q_, halfQ_, count, [&](double from, double to) {
+            if (isStopped(stop_))
+                return;
             addSlice(from, to, 1, flux_);
             const double size = std::abs(hole);
             if (size > 0)
@@ -128,6 +130,7 @@ private:
     }
 
     CellSink& sink_;
+    const StopFlag* stop_;
     Profile profile_;
     bool turned_;
     double flux_;

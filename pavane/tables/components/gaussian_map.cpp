@@ -56,7 +56,7 @@ void sample(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& shap
     const CellRange rows = cellsWithin(shape.centre.y, reachY, grid.y, grid.dy, grid.rows);
     const double peak =
         shape.flux / (2 * pi) * (std::abs(grid.dx) / a.sigma) * (std::abs(grid.dy) / b.sigma);
-    for (int r = rows.first; r <= rows.last; ++r) {
+    for (int r = rows.first; r <= rows.last && !isStopped(grid.stop); ++r) {
         const double y = grid.y + r * grid.dy - shape.centre.y;
         for (int c = columns.first; c <= columns.last; ++c) {
             const double x = grid.x + c * grid.dx - shape.centre.x;
@@ -115,6 +115,8 @@ void spread(AMatrix<float>& map, const MapGrid& grid, const ComponentShape& shap
     CellSink sink(map, grid, windowSide, windowSide);
     forParts(a, cellsPerArcsecond(a.unit), mapAlong(grid, shape, a.unit),
              [&](double s, double shareA) {
+                 if (isStopped(grid.stop))
+                     return;
                  forParts(b, cellsPerArcsecond(b.unit), mapAlong(grid, shape, b.unit),
                           [&](double t, double shareB) {
                               sink.add(shape.centre.x + s * a.unit.x + t * b.unit.x,

@@ -28,6 +28,14 @@ struct Piece {
 struct NoMemory : std::bad_alloc {
 };
 
+struct Stopped : std::bad_alloc {
+};
+void lookAt(const StopFlag* stop)
+{
+    if (isStopped(stop))
+        throw Stopped();  // caught where outlines are asked for
+}
+
 ABitMatrix newMatrix(int rows, int columns)
 {
     ABitMatrix made(rows, columns);
@@ -52,7 +60,7 @@ Piece pieceOf(const std::vector<CellRun>& runs)
 }
 
 /// The parts of `cells`, at `at` in the map, that hang together by sides; `cells` is empty then.
-void takePieces(ABitMatrix& cells, CPoint at, const auto& take)
+void takePieces(ABitMatrix& cells, CPoint at, const StopFlag* stop, const auto& take)
 {
     std::vector<CellRun> runs;
     for (int row = 0; row < cells.rows(); ++row)
@@ -63,6 +71,7 @@ void takePieces(ABitMatrix& cells, CPoint at, const auto& take)
                     row, static_cast<int>(w) * bits + std::countr_zero(word),
                     [&](int r, int c) { return cells.get(r, c); },
                     [&](const CellRun& run) {
+                        lookAt(stop);
                         runs.push_back(run);
                         for (int c = run.first; c <= run.last; ++c)
                             cells.set(run.row, c, 0);
@@ -108,7 +117,7 @@ bool isEmpty(const ABitMatrix& m) { return m.count() == 0; }
 
 /// The cells on the way round a piece, keeping its outside on the left, where the way turns. Cells
 /// that hang together by sides are all passed or enclosed.
-std::vector<CPoint> wayRound(const ABitMatrix& cells)
+std::vector<CPoint> wayRound(const ABitMatrix& cells, const StopFlag* stop)
 {
     static constexpr CPoint steps[] = {{1, 0}, {0, 1}, {-1, 0}, {0, -1}};
     CPoint start{0, 0};
@@ -132,8 +141,10 @@ std::vector<CPoint> wayRound(const ABitMatrix& cells)
     do {
         at = {at.x + steps[direction].x, at.y + steps[direction].y};
         const int turned = next(at, direction);
-        if (turned != direction)
+        if (turned != direction) {
+            lookAt(stop);
             way.push_back(at);
+        }
         direction = turned;
     } while (at != start || direction != first);
     way.pop_back();  // the start, where the way always turns
@@ -155,7 +166,8 @@ public:
         ABitMatrix left = mask_;
         if (left.rows() != mask_.rows())
             throw NoMemory();
-        takePieces(left, {0, 0}, [this](Piece piece) { outline(std::move(piece), 0); });
+        takePieces(left, {0, 0}, rules_.stop,
+                   [this](Piece piece) { outline(std::move(piece), 0); });
     }
 
 private:
@@ -172,7 +184,7 @@ private:
         }
     }
 
-    static void halve(const Piece& piece, std::vector<Piece>& pieces)
+    void halve(const Piece& piece, std::vector<Piece>& pieces) const
     {
         const int rows = piece.cells.rows();
         const int columns = piece.cells.columns();
@@ -186,14 +198,15 @@ private:
                 half.setSpan(r, !byRows && second ? middle : 0,
                              !byRows && !second ? middle - 1 : columns - 1);
             half = combined(half, piece.cells, true);
-            takePieces(half, piece.at, [&](Piece part) { pieces.push_back(std::move(part)); });
+            takePieces(half, piece.at, rules_.stop,
+                       [&](Piece part) { pieces.push_back(std::move(part)); });
         }
     }
 
     /// 0 where it takes more than one polygon.
     int take(const Piece& piece, int isHole)
     {
-        std::vector<CPoint> way = wayRound(piece.cells);
+        std::vector<CPoint> way = wayRound(piece.cells, rules_.stop);
         const auto most = static_cast<std::size_t>(std::max(rules_.mostVertices, 4));
         if (rules_.isExact && way.size() > most)
             return 0;
@@ -231,6 +244,7 @@ private:
         constexpr double growth = 1.3;
         const std::vector<CPoint> whole = way;
         for (double distance = 0.75;; distance *= growth) {
+            lookAt(rules_.stop);
             way = thinOutline(whole, distance);
             ABitMatrix filled = newMatrix(piece.cells.rows(), piece.cells.columns());
             if (way.size() <= 3 || (way.size() <= most && !fill(way, filled)))
@@ -242,7 +256,7 @@ private:
     void takeHoles(const Piece& piece, ABitMatrix enclosed)
     {
         enclosed = combined(enclosed, windowOf(cleared_, piece), false);
-        takePieces(enclosed, piece.at, [this](Piece hole) {
+        takePieces(enclosed, piece.at, rules_.stop, [this](Piece hole) {
             for (int r = 0; r < hole.cells.rows(); ++r)
                 for (int c = 0; c < hole.cells.columns(); ++c)
                     if (hole.cells.get(r, c))

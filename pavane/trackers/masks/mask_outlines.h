@@ -3,6 +3,7 @@
 #include "platform/api.h"
 #include "platform/geometry.h"
 #include "tessel/ABitMatrix.h"
+#include "tessel/StopFlag.h"
 
 #include <vector>
 
@@ -27,11 +28,13 @@ struct OutlineRules {
     /// give the mask again cell by cell. Else they are smoothed: those of more than `mostVertices`
     /// lose what is farther from the cells by the least distance that helps.
     int isExact = 1;
+    /// Looked at between pieces and rows: no outlines then, as without memory.
+    const StopFlag* stop = nullptr;
 };
 
 /// Polygons that, filled as AAreaBitFill fills, holes cleared afterwards, give the mask again;
 /// cells that hang together by their sides share one. `outlines` begins empty and stays so without
-/// memory, when the result is 0. An empty mask has none.
+/// memory and when stopped, when the result is 0. An empty mask has none.
 PAVANE_API int outlinesOfMask(const ABitMatrix& mask, const OutlineRules& rules,
                               std::vector<MaskOutline>& outlines);
 

@@ -66,6 +66,11 @@ int isOnCells(const AreaShape& shape)
 
 }  // namespace
 
+int cellsOf(const AreaShape& shape, AArray<CPoint>& cells)
+{
+    return cellsOf(outlineForMask(shape), unitMap(), cells);
+}
+
 int appendPolygon(const AArray<CPoint>& cells, AAreaArray& areas)
 {
     std::vector<CPoint> corners;
@@ -99,7 +104,7 @@ int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNo
         isCurved |= shape.kind == AreaShape::Kind::ellipse;
         isRounded = isRounded || !isOnCells(shape);
         AArray<CPoint> cells;
-        if (!cellsOf(outlineForMask(shape), unitMap(), cells) || !appendPolygon(cells, areas))
+        if (!cellsOf(shape, cells) || !appendPolygon(cells, areas))
             return 0;
     }
     if (isRounded)

@@ -15,6 +15,9 @@ namespace pavane
 /// their predecessor are dropped. Non-zero unless memory is short.
 PAVANE_API int appendPolygon(const AArray<CPoint>& cells, AAreaArray& areas);
 
+/// The outline of a shape in cells, rounded as masks round it; replaces `cells`. 0 without memory.
+PAVANE_API int cellsOf(const AreaShape& shape, AArray<CPoint>& cells);
+
 /// The outlines of the shapes as polygons of whole cells, rounded as masks round them, in the place
 /// of what `areas` held. That outlines were rounded is
 /// noted once; shapes that are not whole, and never-clean areas, which no such file holds, are
