@@ -58,6 +58,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapFigure.h
     pavane/axes/maps/MapFrame.h
     pavane/axes/maps/MapLook.h
+    pavane/axes/maps/MapNumbers.h
     pavane/axes/maps/MapPicture.h
     pavane/axes/maps/MapPresets.h
     pavane/axes/multi/A2DAxisMulti.h
@@ -217,6 +218,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/AEllipseTracker.h
     pavane/trackers/AEllipseTrackerInAxis.h
     pavane/trackers/areas/area_classes.h
+    pavane/trackers/areas/area_file.h
     pavane/trackers/areas/area_mask.h
     pavane/trackers/areas/AreaCollection.h
     pavane/trackers/areas/AreaEdits.h

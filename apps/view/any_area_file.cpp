@@ -1,11 +1,11 @@
 #include "apps/view/any_area_file.h"
 
-#include "apps/view/area_kind.h"
 #include "pavane/containers/MemoryFile.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/collections/ARPTrackerArray.h"
 #include "pavane/trackers/collections/shape_trackers.h"
 #include "pavane/trackers/masks/cell_area_file.h"
+#include "pavane/trackers/regions/any_region_file.h"
 #include "pavane/trackers/regions/area_polygons.h"
 #include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
@@ -25,27 +25,6 @@ namespace
 {
 
 using Kind = AreaKind;
-
-AMnMxMCTransform transformOf(const AreaPlace& place)
-{
-    return AMnMxMCTransform(place.range, place.rows, place.columns);
-}
-
-void take(const RegionNotes& from, AreaNotes& to)
-{
-    to.lines = from.lines;
-    to.loss = from.firstLoss;
-    if (from.more > 0)
-        to.lines.push_back("... and " + std::to_string(from.more) + " more");
-}
-
-void take(const LoadReport& report, AreaNotes& notes)
-{
-    notes.promised = report.promised;
-    notes.read = report.loaded;
-    notes.lines = report.lines;
-    notes.loss = report.lines.empty() ? std::string() : report.lines.front();
-}
 
 int refuse(const std::string& file, const std::string& why, std::string& error)
 {
@@ -73,48 +52,19 @@ int openCollection(const std::string& file, ARPTrackerArray& areas, AreaNotes& n
     for (int i = 0; i < areas.count() - 1; ++i)
         if (!areas(i)->IsReady())
             areas(i)->SetStyle(areas(i)->GetStyle() | trackerReady);
-    take(report, notes);
+    takeReport(report, notes);
     return 1;
 }
 
 int openRegions(const std::string& file, Kind kind, const AreaPlace& place, ARPTrackerArray& areas,
                 AreaNotes& notes, std::string& error)
 {
-    std::string text;
-    if (!readRegionText(file, text, error))
-        return refuse(file, error, error);
-    if (kind == Kind::crtf && !text.starts_with("#CRTF"))
-        return refuse(file, "not a CRTF region file, which begins with #CRTF", error);
     std::vector<AreaShape> shapes;
     RegionNotes found;
-    const std::size_t cut = cutLineOf(kind, text);
-    const std::string_view sure = std::string_view(text).substr(0, cut);
-    kind == Kind::crtf ? parseCrtfRegions(sure, place.sky, shapes, found)
-                       : parseDs9Regions(sure, place.sky, shapes, found);
-    if (cut != std::string::npos)
-        found.add(RegionNotes::Kind::damaged, "line",
-                  1 + std::count(sure.begin(), sure.end(), '\n'),
-                  "the file may be cut here: the line has no end");
-    const int taken = static_cast<int>(shapes.size());
-    const int missing = promisedRegions(text) - taken - found.leftOut - found.damaged;
-    if (missing > 0)
-        found.add(RegionNotes::Kind::damaged, "", 0,
-                  "the file promises " + std::to_string(promisedRegions(text)) +
-                      " areas and ends before the last");
-    const int losses = found.leftOut + found.damaged;
-    if (shapes.empty() && found.damaged && !found.leftOut && !hasRegionHeader(kind, text))
-        return refuse(file, "not a region file: " + found.firstLoss, error);
-    if (shapes.empty() && !losses && !saysItHoldsNone(kind, text))
-        return refuse(file,
-                      text.empty()                  ? "the region file is empty"
-                      : hasRegionHeader(kind, text) ? "the region file holds no area, and may be "
-                                                      "cut or hold labels alone"
-                                                    : "the region file holds no area, and does "
-                                                      "not begin as one that means to",
-                      error);
-    notes.promised = taken + losses + std::max(missing - 1, 0);
-    notes.read = addShapes(areas, nullptr, shapes, transformOf(place), found);
-    take(found, notes);
+    if (!readRegionFile(file, kind, place.sky, shapes, found, notes.promised, error))
+        return refuse(file, error, error);
+    notes.read = addShapes(areas, nullptr, shapes, place.transform(), found);
+    takeNotes(found, notes);
     return 1;
 }
 
@@ -128,18 +78,12 @@ int openCells(const std::string& file, const AreaPlace& place, ARPTrackerArray& 
     RegionNotes found;
     const std::vector<AreaShape> shapes = shapesOf(polygons, found);
     const AreaNotes damaged = notes;
-    notes.read = addShapes(areas, nullptr, shapes, transformOf(place), found);
-    take(found, notes);
+    notes.read = addShapes(areas, nullptr, shapes, place.transform(), found);
+    takeNotes(found, notes);
     notes.lines.insert(notes.lines.end(), damaged.lines.begin(), damaged.lines.end());
     if (notes.loss.empty())
         notes.loss = damaged.loss;
     return 1;
-}
-
-RegionSystem systemOf(const AreaPlace& place)
-{
-    return place.skyRegions && place.sky && place.sky->isSet() ? RegionSystem::sky
-                                                               : RegionSystem::image;
 }
 
 int saveCollection(const std::string& file, const ARPTrackerArray& areas, std::string& error)
@@ -158,12 +102,6 @@ int saveCollection(const std::string& file, const ARPTrackerArray& areas, std::s
 
 }  // namespace
 
-std::string AreaNotes::lossText() const
-{
-    return std::to_string(read) + " of " + std::to_string(promised) +
-           (promised == 1 ? " area" : " areas") + " can be used: " + loss;
-}
-
 int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
               AreaNotes& notes, std::string& error)
 {
@@ -180,7 +118,7 @@ int openCellAreas(const std::string& file, AAreaArray& areas, AreaNotes& notes, 
     LoadReport report;
     if (!readCellAreaFile(file, areas, report, error))
         return 0;
-    take(report, notes);
+    takeReport(report, notes);
     return 1;
 }
 
@@ -206,8 +144,8 @@ AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
     if (kind == Kind::collection || kind == Kind::unknown)
         return notes;
     RegionNotes found;
-    const std::vector<AreaShape> shapes = shapesOf(areas, transformOf(place), found);
-    const RegionSystem system = systemOf(place);
+    const std::vector<AreaShape> shapes = shapesOf(areas, place.transform(), found);
+    const RegionSystem system = place.system();
     AAreaArray polygons;
     if (kind == Kind::ds9)
         (void)ds9RegionText(shapes, system, place.sky, found);
@@ -215,7 +153,7 @@ AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
         (void)crtfRegionText(shapes, system, place.sky, found);
     else
         (void)polygonsOf(shapes, polygons, found);
-    take(found, notes);
+    takeNotes(found, notes);
     return notes;
 }
 
@@ -233,8 +171,8 @@ int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerA
         return 0;
     }
     RegionNotes notes;
-    const std::vector<AreaShape> shapes = shapesOf(areas, transformOf(place), notes);
-    return writeAreaShapes(file, areaFormatOf(file), shapes, systemOf(place), place.sky, notes,
+    const std::vector<AreaShape> shapes = shapesOf(areas, place.transform(), notes);
+    return writeAreaShapes(file, areaFormatOf(file), shapes, place.system(), place.sky, notes,
                            error);
 }
 

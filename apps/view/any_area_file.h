@@ -1,10 +1,8 @@
 #pragma once
 
-#include "pavane/axes/ranges/TMinMax.h"
-#include "tessel/SkyCoordinates.h"
+#include "pavane/trackers/areas/area_file.h"
 
 #include <string>
-#include <vector>
 
 namespace pavane
 {
@@ -12,28 +10,6 @@ namespace pavane
 class AAreaArray;
 class AFile;
 class ARPTrackerArray;
-
-/// The map that areas lie on.
-struct AreaPlace {
-    TMinMax range;  ///< values at the centres of its first and last cells (RP)
-    int rows = 0;
-    int columns = 0;
-    const SkyCoordinates* sky = nullptr;  ///< null, or not set, when the map is not on the sky
-    int skyRegions = 0;                   ///< region files are written in positions on the sky
-};
-
-/// What a file could not give or cannot take, line by line.
-struct AreaNotes {
-    int promised = 0;  ///< areas in the file
-    int read = 0;      ///< of these
-    std::vector<std::string> lines;
-    /// Of the lines the first about something that is missing; empty when nothing is, and the
-    /// others tell only what is taken in another way.
-    std::string loss;
-
-    /// "3 of 5 areas can be used: line 2: annulus is not a shape of areas"
-    std::string lossText() const;
-};
 
 /// Reads an area file of any kind into an empty collection. What is in the file decides, not its
 /// name. Non-zero when it is an area file, even if not all of it could be read; else 0 and one line

@@ -1,10 +1,10 @@
 #include "apps/view/inputs.h"
 
 #include "apps/view/any_area_file.h"
-#include "apps/view/area_kind.h"
 #include "apps/view/progress.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "pavane/trackers/regions/area_kind.h"
 #include "tessel/plain_text.h"
 
 namespace pavane

@@ -1,7 +1,7 @@
 #include "apps/view/numbers.h"
 
 #include "apps/view/batch_output.h"
-#include "apps/view/mask_sum.h"
+#include "pavane/axes/maps/MapNumbers.h"
 #include "tessel/value_text.h"
 
 #include <cmath>
@@ -23,36 +23,28 @@ constexpr int sumDigits = 12;
 constexpr int doubleDigits = 17;
 
 /// The place of the peak: its offset to the east and north on the sky, else its cell, from 0.
-std::string peakPlace(const MapRange& range, const MapFrame& frame)
+std::string peakPlace(const MapNumbers& numbers, int onSky)
 {
+    if (onSky)
+        return statLine("peak_x", numbers.peakOffset.x * milli, floatDigits, "mas") +
+               statLine("peak_y", numbers.peakOffset.y * milli, floatDigits, "mas");
     const double blank = std::numeric_limits<double>::quiet_NaN();
-    if (!frame.onSky)
-        return statLine("peak_column", range.isEmpty() ? blank : range.peakColumn, floatDigits,
-                        "") +
-               statLine("peak_row", range.isEmpty() ? blank : range.peakRow, floatDigits, "");
-    const MapPlace place =
-        range.isEmpty() ? MapPlace{blank, blank} : frame.offsetOf(range.peakColumn, range.peakRow);
-    return statLine("peak_x", place.x * milli, floatDigits, "mas") +
-           statLine("peak_y", place.y * milli, floatDigits, "mas");
+    const int isNone = numbers.peakRow < 0;
+    return statLine("peak_column", isNone ? blank : numbers.peakColumn, floatDigits, "") +
+           statLine("peak_row", isNone ? blank : numbers.peakRow, floatDigits, "");
 }
 
 }  // namespace
 
 std::string statisticsText(const ViewInputs& inputs)
 {
-    const MapRange& range = inputs.range;
-    const double blank = std::numeric_limits<double>::quiet_NaN();
-    const MapFrame& frame = inputs.frame;
-    const MapHeader& header = inputs.map.header;
-    std::string text =
-        statLine("peak", range.isEmpty() ? blank : range.greatest, floatDigits, header.bunit);
-    text += peakPlace(range, frame);
-    text += statLine("noise", inputs.noise.finiteCells ? inputs.noise.sigma : blank, floatDigits,
-                     header.bunit);
-    text += "mask_cells " + std::to_string(inputs.mask.count()) + " cells\n";
-    const FluxUnit flux = fluxUnit(header, frame);
-    return text + statLine("mask_flux", sumInside(inputs.map.cells, inputs.mask) * flux.factor,
-                           sumDigits, flux.unit);
+    const MapNumbers numbers =
+        mapNumbers(AFloatMatrixAccess(inputs.map.cells), inputs, &inputs.mask);
+    return statLine("peak", numbers.peak, floatDigits, numbers.unit) +
+           peakPlace(numbers, inputs.frame.onSky) +
+           statLine("noise", numbers.noise, floatDigits, numbers.unit) + "mask_cells " +
+           std::to_string(numbers.maskCells) + " cells\n" +
+           statLine("mask_flux", numbers.flux, sumDigits, numbers.fluxUnit);
 }
 
 std::string visibilitiesText(const AComponents& model, const UvPoints& points)

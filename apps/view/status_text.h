@@ -1,7 +1,7 @@
 #pragma once
 
-#include "apps/view/mask_sum.h"
 #include "pavane/axes/maps/MapFrame.h"
+#include "pavane/axes/maps/MapNumbers.h"
 #include "pavane/axes/windows/AxisStatus.h"
 #include "pavane/trackers/areas/VertexTable.h"
 #include "tessel/SkyCoordinates.h"

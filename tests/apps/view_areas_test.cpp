@@ -1,7 +1,7 @@
 // Area files as pavane-view opens and saves them, and the texts of its status line.
 #include "apps/view/any_area_file.h"
-#include "apps/view/mask_sum.h"
 #include "apps/view/status_text.h"
+#include "pavane/axes/maps/MapNumbers.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
@@ -317,7 +317,7 @@ TEST(MaskSum, LeavesOutBlankCellsAndThoseOutside)
         if (m.inside)
             mask.set(m.row, m.column);
     }
-    EXPECT_EQ(sumInside(cells, mask), 15);
+    EXPECT_EQ(sumInside(AFloatMatrixAccess(cells), &mask), 15);
 }
 
 TEST(StatusText, GivesWayInWholePanes)

@@ -1,6 +1,5 @@
-#include "apps/view/area_kind.h"
+#include "pavane/trackers/regions/area_kind.h"
 
-#include "apps/view/file_ending.h"
 #include "pavane/trackers/masks/cell_area_file.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"
@@ -160,7 +159,7 @@ int namesGlobalFrame(std::string_view text)
 
 AreaKind areaKindOfName(const std::string& file)
 {
-    const std::string ending = fileEnding(file);
+    const std::string ending = small(extensionOf(file));
     return ending == "areas"  ? AreaKind::collection
            : ending == "cma"  ? AreaKind::cells
            : ending == "reg"  ? AreaKind::ds9
