@@ -450,7 +450,6 @@ set(PAVANE_REACHED_HEADERS
     tessel/large_buffer.h
     tessel/long_files.h
     tessel/progress_function.h
-    tessel/StopFlag.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
     tessel/uvfits/UvSlices.h
