@@ -49,7 +49,7 @@ class MapFigure(Figure):
         """The cells that are drawn: the array that was given, or a view of those that were read.
 
         >>> draw("jet.fits").array.shape
-        (512, 512)
+        (256, 256)
         """
         whole: npt.NDArray[Any] = self._source.array
         return whole
@@ -361,8 +361,7 @@ def _plane_of(array: Any, plane: int | None) -> tuple[Any, Any, int | None]:
     if hasattr(array, "mask") and hasattr(array, "filled"):
         import numpy as np
 
-        own = np.ma.getmask(array)
-        mask = None if own is np.ma.nomask else own
+        mask = None if array.mask is np.ma.nomask else array.mask
         array = array.data
     if getattr(array, "ndim", 2) > 2:
         planes = math.prod(array.shape[:-2])

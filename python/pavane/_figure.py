@@ -80,32 +80,38 @@ class Figure:
     def ratio(self, ratio: int) -> None:
         self._ratio = _checked_ratio(ratio)
 
-    def save(self, target: str | os.PathLike[str] | BinaryIO, *, format: str | None = None) -> None:
+    def save(
+        self,
+        target: str | os.PathLike[str] | BinaryIO,
+        *,
+        format: str | None = None,
+        transparent: bool = False,
+    ) -> None:
         """Writes the figure as PNG, PDF or SVG: by the ending of the name unless `format` says it.
 
         A file appears whole or not at all. An open binary file gets a PNG unless `format` says
-        otherwise. OSError, with the file's name, tells what cannot be written.
+        otherwise. With `transparent` what is white behind the figure is not painted. OSError, with the file's name, tells what cannot be written.
 
         >>> draw("jet.fits").save("jet.pdf")
         """
         if isinstance(target, (str, os.PathLike)):
             path = os.fspath(target)
             kind = _format_of(path, format)
-            self._drawing.save(path, kind, self._ratio)
+            self._drawing.save(path, kind, self._ratio, bool(transparent))
         elif hasattr(target, "write"):
             kind = _format_of("", format or "png")
-            target.write(self._drawing.bytes(kind, self._ratio))
+            target.write(self._drawing.bytes(kind, self._ratio, bool(transparent), False))
         else:
             raise TypeError(f"save wants a name or an open file, not {type(target).__name__}")
         self._tell_notes()
 
-    def to_bytes(self, format: str = "png") -> bytes:
+    def to_bytes(self, format: str = "png", *, transparent: bool = False) -> bytes:
         """The file that `save` would write, as bytes.
 
         >>> plot([1.0, 2.0]).to_bytes()[1:4]
         b'PNG'
         """
-        whole = self._drawing.bytes(_format_of("", format), self._ratio)
+        whole = self._drawing.bytes(_format_of("", format), self._ratio, bool(transparent), False)
         self._tell_notes()
         return whole
 
@@ -156,7 +162,9 @@ class Figure:
 
     def _repr_png_(self) -> bytes:
         """The figure for a notebook, as PNG."""
-        return self.to_bytes("png")
+        whole = self._drawing.bytes("png", self._ratio, False, True)
+        self._tell_notes()
+        return whole
 
     def _repr_svg_(self) -> str | None:
         """The figure for a notebook, as SVG; None for a map of so many cells that it would swell

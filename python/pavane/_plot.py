@@ -49,6 +49,8 @@ class _Axis:
                 self.unit = unit
             values = values.to_value(self.unit)
         array = np.asarray(values)
+        if hasattr(values, "mask") and array.dtype.kind in "fiu":  # what is masked is a gap
+            array = np.where(values.mask, np.nan, array)
         if array.dtype.kind == "M":
             if self.name != "x":
                 raise TypeError("times go along x")

@@ -1,6 +1,7 @@
 #include "python/src/drawing.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "platform/picture_bytes.h"
 #include "platform/picture_file.h"
 #include "platform/window_dc.h"
 #include "python/src/bind.h"
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
-#include <fstream>
 #include <limits>
 #include <new>
 #include <pybind11/stl.h>
@@ -49,46 +49,45 @@ Drawing::Drawing(int width, int height) : width_(width), height_(height) {}
 
 Drawing::~Drawing() = default;
 
-std::shared_ptr<const CPicture> Drawing::drawn(int ratio, CString& error)
+std::shared_ptr<const CPicture> Drawing::drawn(int ratio, PictureGround ground,
+                                               const StopFlag& stop, CString& error)
 {
-    if (ratio == 1 && kept_)
+    const bool isUsual = ratio == 1 && ground == PictureGround::white;
+    if (isUsual && kept_)
         return kept_;
     if (!startPlatform(error))
         return nullptr;
-    auto picture = std::make_shared<CPicture>(width_ * ratio, height_ * ratio);
-    const CRect all(0, 0, width_, height_);
-    if (!picture->width()) {
-        error = noMemory;
-        return nullptr;
-    }
-    if (ratio == 1) {
-        draw(*picture->dc(), all);
-        kept_ = picture;
-        return picture;
-    }
+    auto picture = std::make_shared<CPicture>(width_ * ratio, height_ * ratio, ground);
     CBitmap bitmap;
-    if (!bitmap.CreateBitmap(width_, height_, ratio)) {
+    if (!picture->width() || (ratio > 1 && !bitmap.CreateBitmap(width_, height_, ratio))) {
         error = noMemory;
         return nullptr;
     }
-    CMemoryDC dc(bitmap);
-    draw(dc, all);
+    const std::unique_ptr<CDC> dc = ratio > 1 ? std::make_unique<CMemoryDC>(bitmap) : picture->dc();
+    dc->setStop(&stop);
+    draw(*dc, CRect(0, 0, width_, height_));
+    if (stop.isStopped())
+        return nullptr;
     const std::uint32_t* from = bitmap.bits();
-    for (int y = 0; y < picture->height(); ++y, from += picture->width())
+    for (int y = 0; ratio > 1 && y < picture->height(); ++y, from += picture->width())
         std::copy_n(from, picture->width(), picture->row(y));
+    if (isUsual)
+        kept_ = picture;
     return picture;
 }
 
-std::shared_ptr<const CPicture> Drawing::picture(int ratio)
+std::shared_ptr<const CPicture> Drawing::picture(int ratio, PictureGround ground)
 {
     if (ratio < 1 || ratio > mostRatio)
         throw py::value_error("a ratio is a whole number from 1 to 8");
+    if (ratio > 1 && ground == PictureGround::transparent)
+        throw py::value_error("a transparent picture has a ratio of 1");
     check();
     std::shared_ptr<const CPicture> result;
     CString error;
-    runFree([&](Interrupts&) {
+    runFree([&](Interrupts& interrupts) {
         const DrawingLock::Hold hold(lock_);
-        result = drawn(ratio, error);
+        result = drawn(ratio, ground, interrupts.flag(), error);
     });
     if (result)
         return result;
@@ -97,56 +96,63 @@ std::shared_ptr<const CPicture> Drawing::picture(int ratio)
     throw std::runtime_error(error);
 }
 
-int Drawing::writePage(const CString& file, const std::string& format, Interrupts& interrupts,
-                       CString& error)
+template <typename Close>
+void Drawing::makePage(const std::string& format, PictureGround ground, const Close& close)
 {
-    if (!startPlatform(error))
-        return 0;
-    CPageFile page(format == "pdf" ? CPageFile::Format::pdf : CPageFile::Format::svg, width_,
-                   height_, title(), unitsPerPixel);
-    page.AskBefore(interrupts.question());
-    draw(page.dc(), CRect(0, 0, width_ * unitsPerPixel, height_ * unitsPerPixel));
-    return page.Close(file, error);
+    check();
+    CString error;
+    int isStarted = 0;
+    runFree([&](Interrupts& interrupts) {
+        const DrawingLock::Hold hold(lock_);
+        isStarted = startPlatform(error);
+        if (!isStarted)
+            return;
+        CPageFile page(format == "pdf" ? CPageFile::Format::pdf : CPageFile::Format::svg, width_,
+                       height_, title(), unitsPerPixel, ground);
+        page.dc().setStop(&interrupts.flag());
+        draw(page.dc(), CRect(0, 0, width_ * unitsPerPixel, height_ * unitsPerPixel));
+        close(page);
+    });
+    if (!isStarted)
+        throw std::runtime_error(error);
 }
 
-void Drawing::save(const CString& file, const std::string& format, int ratio)
+void Drawing::save(const CString& file, const std::string& format, int ratio, bool isTransparent)
 {
+    const PictureGround ground = isTransparent ? PictureGround::transparent : PictureGround::white;
     CString error;
     int isWritten = 0;
-    if (format == "png") {
-        const std::shared_ptr<const CPicture> whole = picture(ratio);
-        runFree([&](Interrupts& interrupts) {
-            isWritten = SavePNG(*whole, file, error, screenDpi * ratio, interrupts.question());
-        });
+    if (format != "png") {
+        makePage(format, ground, [&](CPageFile& page) { isWritten = page.Close(file, error); });
     } else {
-        check();
+        const std::shared_ptr<const CPicture> whole = picture(ratio, ground);
         runFree([&](Interrupts& interrupts) {
-            const DrawingLock::Hold hold(lock_);
-            isWritten = writePage(file, format, interrupts, error);
+            isWritten = SavePNG(*whole, file, error, screenDpi * ratio,
+                                [&] { return !interrupts.flag().isStopped(); });
         });
     }
     if (!isWritten)
         throwUnwritten(file, error);
 }
 
-py::bytes Drawing::bytes(const std::string& format, int ratio)
+py::bytes Drawing::bytes(const std::string& format, int ratio, bool isTransparent, bool isFast)
 {
-    std::string name = "/tmp/pavane-XXXXXX";
-    const int fd = mkstemp(name.data());
-    if (fd < 0)
-        throw std::runtime_error("there is no room for a file");
-    (void)close(fd);
-    std::string text;
-    try {
-        save(name, format, ratio);
-        std::ifstream in(name, std::ios::binary);
-        text.assign(std::istreambuf_iterator<char>(in), {});
-    } catch (...) {
-        (void)unlink(name.c_str());
-        throw;
+    const PictureGround ground = isTransparent ? PictureGround::transparent : PictureGround::white;
+    std::vector<unsigned char> bytes;
+    CString error;
+    int isMade = 0;
+    if (format != "png") {
+        makePage(format, ground, [&](CPageFile& page) { isMade = page.CloseBytes(bytes, error); });
+    } else {
+        const std::shared_ptr<const CPicture> whole = picture(ratio, ground);
+        runFree([&](Interrupts& interrupts) {
+            isMade = PNGBytes(*whole, bytes, error, screenDpi * ratio,
+                              isFast ? PngSpeed::fastest : PngSpeed::usual, &interrupts.flag());
+        });
     }
-    (void)unlink(name.c_str());
-    return py::bytes(text);
+    if (!isMade)
+        throw std::runtime_error(error);
+    return py::bytes(reinterpret_cast<const char*>(bytes.data()), bytes.size());
 }
 
 void Drawing::toPixels(double* x, double* y, std::size_t count)
@@ -239,8 +245,10 @@ void bindDrawing(py::module_& m)
         .def(
             "pixels", [](Drawing& d, int ratio) { return pixelsOf(d.picture(ratio)); },
             py::arg("ratio"))
-        .def("bytes", &Drawing::bytes, py::arg("format"), py::arg("ratio"))
-        .def("save", &Drawing::save, py::arg("path"), py::arg("format"), py::arg("ratio"))
+        .def("bytes", &Drawing::bytes, py::arg("format"), py::arg("ratio"), py::arg("transparent"),
+             py::arg("fast"))
+        .def("save", &Drawing::save, py::arg("path"), py::arg("format"), py::arg("ratio"),
+             py::arg("transparent"))
         .def_property_readonly("is_small", [](const Drawing& d) { return d.isSmall() != 0; })
         .def("notes", &Drawing::notes)
         .def("to_pixels", [](Drawing& d, const Doubles& x,

@@ -57,11 +57,14 @@ public:
     int height() const { return height_; }
 
     /// The picture at `ratio` pixels of the device for each; that of ratio 1 is kept.
-    std::shared_ptr<const CPicture> picture(int ratio);
+    std::shared_ptr<const CPicture> picture(int ratio)
+    {
+        return picture(ratio, PictureGround::white);
+    }
     /// The file's bytes: "png", "pdf" or "svg".
-    pybind11::bytes bytes(const std::string& format, int ratio);
+    pybind11::bytes bytes(const std::string& format, int ratio, bool isTransparent, bool isFast);
     /// Writes it whole or not at all.
-    void save(const CString& file, const std::string& format, int ratio);
+    void save(const CString& file, const std::string& format, int ratio, bool isTransparent);
     /// What is to be said of what was drawn last.
     virtual std::vector<CString> notes() { return {}; }
     /// Whether an SVG of it is small enough for a notebook.
@@ -86,9 +89,12 @@ protected:
     DrawingLock lock_;
 
 private:
-    std::shared_ptr<const CPicture> drawn(int ratio, CString& error);
-    int writePage(const CString& file, const std::string& format, Interrupts& interrupts,
-                  CString& error);
+    std::shared_ptr<const CPicture> drawn(int ratio, PictureGround ground, const StopFlag& stop,
+                                          CString& error);
+    std::shared_ptr<const CPicture> picture(int ratio, PictureGround ground);
+    /// Draws a page and ends it by close(page).
+    template <typename Close>
+    void makePage(const std::string& format, PictureGround ground, const Close& close);
 
     int width_, height_;
     std::shared_ptr<const CPicture> kept_;

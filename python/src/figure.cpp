@@ -168,6 +168,9 @@ private:
 AComponents MapDrawing::componentsOf(const Doubles& rows)
 {
     AComponents components;
+    components.GrowBy(static_cast<int>(rows.shape(0)));
+    if (components.count() != rows.shape(0))
+        throw std::bad_alloc();
     for (py::ssize_t i = 0; i < rows.shape(0); ++i) {
         ACompItem item;
         const double kind = rows.at(i, 0);
@@ -181,8 +184,7 @@ AComponents MapDrawing::componentsOf(const Doubles& rows)
         item.Angle() = rows.at(i, 5);
         item.Distance() = rows.at(i, 6);
         item.Width() = rows.at(i, 7);
-        if (!components.Add(item))
-            throw std::bad_alloc();
+        components(static_cast<int>(i)) = item;
     }
     return components;
 }
@@ -268,8 +270,12 @@ newFigure(std::shared_ptr<Map> map, int width, int height, const py::object& lev
         if (!paletteColours(*name, wish.colours, error))
             throw py::value_error("palette " + error);
     } else {
-        for (const unsigned rgb : std::get<std::vector<unsigned>>(palette))
-            wish.colours.Add(RGB(rgb >> 16 & 0xFF, rgb >> 8 & 0xFF, rgb & 0xFF));
+        const auto& list = std::get<std::vector<unsigned>>(palette);
+        wish.colours.GrowBy(static_cast<int>(list.size()));
+        for (int k = 0; k < wish.colours.count(); ++k) {
+            const unsigned rgb = list[static_cast<std::size_t>(k)];
+            wish.colours(k) = RGB(rgb >> 16 & 0xFF, rgb >> 8 & 0xFF, rgb & 0xFF);
+        }
     }
     wish.look.freeAspect = isFree;
     wish.title = title;

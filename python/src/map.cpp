@@ -18,8 +18,7 @@ Map::Map(const CString& file, int plane)
     CString error;
     int isRead = 0;
     runFree([&](Interrupts& interrupts) {
-        isRead = readMapContent(file, plane, content_, error,
-                                [&](double) { return interrupts.goesOn(); });
+        isRead = readMapContent(file, plane, content_, error, progressOf(&interrupts.flag()));
     });
     if (!isRead)
         throwUnread(file, error);
@@ -44,7 +43,7 @@ void Map::describe()
     CString error;
     runFree([&](Interrupts& interrupts) {
         (void)describeCells(cells(), content_.map.header, found, error,
-                            [&](double) { return interrupts.goesOn(); });
+                            progressOf(&interrupts.flag()));
     });
     content_.map.header = found.map.header;
     content_.frame = found.frame;

@@ -6,6 +6,7 @@
 #include "python/src/drawing.h"
 #include "python/src/errors.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <new>
@@ -92,9 +93,10 @@ public:
                       unsigned rgb, unsigned curve)
     {
         auto bins = std::make_unique<AArray<double>>();
-        for (py::ssize_t i = 0; i < heights.size(); ++i)
-            if (!bins->Add(heights.at(i)))
-                throw std::bad_alloc();
+        bins->GrowBy(static_cast<int>(heights.size()));
+        if (bins->count() != heights.size())
+            throw std::bad_alloc();
+        std::copy_n(heights.data(), heights.size(), bins->lpArray());
         TMnMx range{low, high};
         auto* const graph = new AStatHistGraph(&axis_, 0);
         graph->SetParameters(bins.get(), range, mean, variance, colourOf(rgb), colourOf(curve));

@@ -11,33 +11,20 @@ namespace pavane::python
 
 namespace py = pybind11;
 
-namespace
-{
-
-constexpr std::chrono::milliseconds betweenQuestions{20};
-
-}  // namespace
-
-// the thread that Python started in, or that a child was forked from, is the process's first
 Interrupts::Interrupts()
-    : inMain_(syscall(SYS_gettid) == getpid()),
-      next_(std::chrono::steady_clock::now() + betweenQuestions)
 {
+    // the thread that Python started in, or that a child was forked from, is the process's first
+    if (syscall(SYS_gettid) == getpid())
+        flag_.ask([this] { return goesOn(); });
 }
 
 int Interrupts::goesOn()
 {
     if (raised_)
         return 0;
-    if (!inMain_)
-        return 1;
-    const auto now = std::chrono::steady_clock::now();
-    if (now < next_)
-        return 1;
     const py::gil_scoped_acquire acquire;
     if (PyErr_CheckSignals() != 0)
         raised_ = std::make_unique<py::error_already_set>();
-    next_ = std::chrono::steady_clock::now() + betweenQuestions;
     return raised_ == nullptr;
 }
 

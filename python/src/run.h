@@ -1,7 +1,7 @@
 #pragma once
 
-#include <chrono>
-#include <functional>
+#include "tessel/StopFlag.h"
+
 #include <memory>
 #include <pybind11/pybind11.h>
 
@@ -16,18 +16,15 @@ public:
     Interrupts();
     Interrupts(const Interrupts&) = delete;
     Interrupts& operator=(const Interrupts&) = delete;
-    /// 0 once the work is to end. Takes the lock every 20 ms at most.
-    int goesOn();
-    std::function<int()> question()
-    {
-        return [this] { return goesOn(); };
-    }
+    /// What the work looks at. Up once it is to end; takes the lock every 20 ms at most.
+    const StopFlag& flag() const { return flag_; }
     /// With the lock held: throws what the signal's handler raised.
     void rethrow();
 
 private:
-    int inMain_;
-    std::chrono::steady_clock::time_point next_;
+    int goesOn();
+
+    StopFlag flag_;
     std::unique_ptr<pybind11::error_already_set> raised_;
 };
 
