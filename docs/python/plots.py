@@ -1,7 +1,7 @@
 # %% [markdown]
 # # Curves, points, histograms
 #
-# `%s` in a title takes up a prefix of the unit: the labels count gigahertz.
+# A spectrum with its fit. `%s` in a title takes up a prefix of the unit where the axis is linear.
 
 # %%
 import numpy as np
@@ -35,7 +35,7 @@ track.save("python-times.png")
 # ![Phases of a night against time](../pictures/python-times.png)
 #
 # The histogram of the cells of a map away from its source, with the normal curve of their mean and
-# RMS. The line above it tells whether they are spread as noise is.
+# RMS, which the line above it tells.
 
 # %%
 pavane.histogram(jet.cells()[:80], bins=60, x_title="Flux density [%sJy/beam]",

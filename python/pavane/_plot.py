@@ -422,10 +422,10 @@ def histogram(
     ratio: int = 1,
 ) -> Plot:
     """The histogram of the finite values, with the normal curve of their mean and RMS; the line
-    above it says both, and whether the values are spread as normal ones are.
+    above it says both.
 
     >>> fig = histogram(numpy.random.default_rng(1).normal(size=1000), bins=30)
     """
     return Plot(
-        x_title=x_title, y_title=y_title, title=title, grid=grid, size=size, ratio=ratio
+        x_title=x_title, y_title="Number~" if y_title is None else y_title, title=title, grid=grid, size=size, ratio=ratio
     ).histogram(values, bins=bins, range=range, color=color, curve=curve)

@@ -5,6 +5,7 @@
 #include "python/src/bind.h"
 #include "python/src/drawing.h"
 #include "python/src/errors.h"
+#include "tessel/value_text.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,6 +29,20 @@ class HeaderGraph : public AGraph
 public:
     HeaderGraph(ABAxis* axis, CString text) : AGraph(axis, 0), text_(std::move(text)) {}
     int hasHeaderText(int index) const override { return index == 0; }
+    CString getHeaderText(int index) const override { return index ? CString() : text_; }
+
+private:
+    CString text_;
+};
+
+/// A histogram whose header line is the mean and RMS of its sample. The verdict of the base is for
+/// observations that are compared with older ones by it; it does not tell whether numbers are
+/// spread as normal ones.
+class HistogramGraph : public AStatHistGraph
+{
+public:
+    HistogramGraph(ABAxis* axis, CString text) : AStatHistGraph(axis, 0), text_(std::move(text)) {}
+    int hasHeaderText(int index) const override { return index == 0 && !text_.empty(); }
     CString getHeaderText(int index) const override { return index ? CString() : text_; }
 
 private:
@@ -98,7 +113,10 @@ public:
             throw std::bad_alloc();
         std::copy_n(heights.data(), heights.size(), bins->lpArray());
         TMnMx range{low, high};
-        auto* const graph = new AStatHistGraph(&axis_, 0);
+        constexpr int digits = 4;
+        const CString text =
+            "mean " + valToStr(mean, digits) + "   RMS " + valToStr(std::sqrt(variance), digits);
+        auto* const graph = new HistogramGraph(&axis_, header_.empty() ? text : CString());
         graph->SetParameters(bins.get(), range, mean, variance, colourOf(rgb), colourOf(curve));
         bins_.push_back(std::move(bins));
         forget();

@@ -88,8 +88,10 @@ class Many(unittest.TestCase):
         self.assertIn("_again", text)
 
 
-def run(code, **more):
-    return subprocess.run([sys.executable, "-c", code], capture_output=True, text=True, timeout=120, **more)
+def run(code):
+    with tempfile.TemporaryDirectory() as folder:  # which Qt's own start wants to be private
+        return subprocess.run([sys.executable, "-c", code], capture_output=True, text=True, timeout=120,
+                              env={**os.environ, "XDG_RUNTIME_DIR": folder})
 
 
 class Process(unittest.TestCase):
