@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdlib>
+#include <dlfcn.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -57,6 +59,17 @@ std::string getExePath()
     const ssize_t length = readlink("/proc/self/exe", path, sizeof path);
     const auto read = static_cast<std::size_t>(length);
     return length > 0 && read < sizeof path ? folderOf({path, read}) : "./";
+}
+
+std::string getLibraryPath()
+{
+    Dl_info info{};
+    // what a program without libraries is called need not be a path
+    if (!dladdr(reinterpret_cast<const void*>(&getLibraryPath), &info) || !info.dli_fname)
+        return getExePath();
+    const std::unique_ptr<char, void (*)(void*)> real(realpath(info.dli_fname, nullptr), std::free);
+    const std::string folder = real ? folderOf(real.get()) : "";
+    return folder.empty() ? getExePath() : folder;
 }
 
 int IsFileExists(const std::string& name) { return isOfKind(name, 0); }

@@ -11,6 +11,9 @@ namespace pavane
 
 /// Folder of the running program; "./" when the system does not tell.
 PAVANE_API std::string getExePath();
+/// Folder of the file that holds this code, links followed: of the shared library, or of the
+/// program or module that it was linked into; "./" when the system does not tell.
+PAVANE_API std::string getLibraryPath();
 /// Non-zero when `name` is a file that exists (not a folder).
 PAVANE_API int IsFileExists(const std::string& name);
 /// Non-zero when `name` is a folder that exists.

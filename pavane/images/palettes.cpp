@@ -37,13 +37,17 @@ std::vector<PaletteFollower*>& followers()
 std::vector<CString> paletteFolders()
 {
     const CString program = getExePath();
-    // who saves one under a name of the program wants to get it under that name
+    const CString library = getLibraryPath();
+    // who saves one under a name of the program wants to get it under that name; beside the library
+    // they lie when its prefix was moved, one folder deeper on systems of several architectures
     return {UserPaletteFolder(),
             program,
             program + "../share/pavane/palettes/",
             program + "../share/pavane/",
-            PAVANE_SHARE_DIR "/",
-            PAVANE_PALETTE_SOURCE_DIR "/"};
+            library + "palettes/",
+            library + "../share/pavane/",
+            library + "../../share/pavane/",
+            PAVANE_SHARE_DIR "/"};
 }
 
 int usePalette(const PALETTEENTRY* colors, const CString& name)
