@@ -304,6 +304,7 @@
 #include "platform/CWnd.h"
 #include "platform/dialog_ground.h"
 #include "platform/dialog_template.h"
+#include "platform/drop_files.h"
 #include "platform/file_dialog.h"
 #include "platform/flat_scroll_bars.h"
 #include "platform/gdi_constants.h"
