@@ -269,10 +269,13 @@ const OptionTable<CleanOptions>& optionTable()
     static const OptionTable<CleanOptions> table = {
         {{"--size", "", "CELLS", "cells a side, even, or WIDTHxHEIGHT (512)"}, readSize},
         {{"--cell", "", "MAS", "side of a cell (a fifth of the finest fringe)"}, readCell},
-        {{"--weighting", "", "KIND", "natural, uniform or briggs:ROBUST (briggs:0)"},
+        {{"--weighting", "", "KIND", "natural, uniform or briggs:ROBUST (briggs:0)",
+          "natural uniform"},
          readWeighting},
         {{"--taper", "", "MAS", "full width of a taper in the map (none)"}, readTaper},
-        {{"--hands", "", "FORM", "mean, strict, or one hand: RR, LL, XX, YY, I (mean)"}, readForm},
+        {{"--hands", "", "FORM", "mean, strict, or one hand: RR, LL, XX, YY, I (mean)",
+          "mean strict RR LL XX YY I"},
+         readForm},
         {{"--ifs", "", "LIST", "IFs from 1, as 1-4,6 (all)"}, readIfs},
         {{"--times", "", "START,END", "days since 0h of the day of the data (all)"}, readTimes},
         {{"--shift", "", "EAST,NORTH", "centre of the map, milliarcseconds (0,0)"}, readShift},
@@ -307,7 +310,8 @@ const OptionTable<CleanOptions>& optionTable()
         {{"--chain", "", "LIST",
           "gains that correct the data from here on: none, round (those of the round gone back "
           "to), "
-          "or their numbers, as 1,3"},
+          "or their numbers, as 1,3",
+          "none round"},
          addChain,
          ofSteps,
          1},

@@ -1,5 +1,6 @@
 // MeasurementSets for the imaging engine: made from UVFITS files and others, corrected, told of.
 #include "apps/ms/commands.h"
+#include "apps/ms/descriptions.h"
 #include "apps/ms/Failure.h"
 #include "apps/ms/OutputPath.h"
 #include "apps/ms/text.h"
@@ -39,26 +40,35 @@ using namespace pavane_ms;
 
 enum ExitStatus { done = 0, failed = 1, wrongUse = 2 };
 
-struct Command {
-    const char* name;
+struct Command : CommandText {
     void (*run)(const std::vector<std::string>&);
-    const char* words;
 };
 
 constexpr Command commands[] = {
-    {"import", importData,
-     "INPUT OUT.ms [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source "
-     "NAME]"},
-    {"correct", correctData,
-     "WORK.ms [--form mean|strict|RR|LL|XX|YY|I] [--gains FILE.txt]... [--flags FILE.txt]"
-     " [--keep-failed] [--keep-weights]"},
-    {"export", exportData, "WORK.ms OUT.uvfits --column DATA|CORRECTED_DATA|MODEL_DATA"},
-    {"facts", showFacts,
-     "DATA [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source NAME] "
-     "[--leave-out]"},
+    {{"import",
+      "INPUT OUT.ms [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source "
+      "NAME] [--leave-out]",
+      "Makes a working copy of a UVFITS file or a MeasurementSet. Times are days since 0h of the "
+      "reference day. Rows without antenna, time or place fail it, unless they are left out."},
+     importData},
+    {{"correct",
+      "WORK.ms [--form mean|strict|RR|LL|XX|YY|I] [--gains FILE.txt]... [--flags FILE.txt]"
+      " [--keep-failed] [--keep-weights]",
+      "Makes the corrected data, flags and weights of a working copy anew from the originals."},
+     correctData},
+    {{"export", "WORK.ms OUT.uvfits --column DATA|CORRECTED_DATA|MODEL_DATA",
+      "Writes a column of a working copy as a UVFITS file."},
+     exportData},
+    {{"facts",
+      "DATA [--column DATA] [--ifs 1-4,6] [--times START,END] [--hands RR,LL] [--source NAME] "
+      "[--leave-out]",
+      "Tells what a file of visibilities holds."},
+     showFacts},
 #ifdef PAVANE_HDF5
-    {"gains-to-h5", gainsToH5, "IN.txt OUT.h5 [--data DATA]"},
-    {"gains-from-h5", gainsFromH5, "IN.h5 OUT.txt [--data DATA] [--direction N]"},
+    {{"gains-to-h5", "IN.txt OUT.h5 [--data DATA]", "Writes gains as an H5Parm file."}, gainsToH5},
+    {{"gains-from-h5", "IN.h5 OUT.txt [--data DATA] [--direction N]",
+      "Reads gains from an H5Parm file."},
+     gainsFromH5},
 #endif
 };
 
@@ -99,6 +109,12 @@ int run(const std::vector<std::string>& words)
     }
     if (name == "--version") {
         std::puts("pavane-ms " PAVANE_VERSION);
+        return done;
+    }
+    // what the build installs beside the program
+    if (name == "--man-page" || name == "--bash-completion") {
+        const std::vector<CommandText> texts(std::begin(commands), std::end(commands));
+        std::fputs((name == "--man-page" ? manPage(texts) : bashCompletion(texts)).c_str(), stdout);
         return done;
     }
     for (const Command& command : commands)

@@ -13,6 +13,8 @@ struct OptionText {
     std::string_view letter;  ///< "-h"; empty for most
     std::string_view value;   ///< what its value is called; empty for a switch
     std::string_view text;    ///< what it does, as a part of a sentence
+    /// Values to choose from, blanks between; "" when the user knows better.
+    std::string_view choices{};
 };
 
 /// Options under a heading.
@@ -42,5 +44,7 @@ std::string helpText(const ProgramText& program);
 std::string versionLine(const ProgramText& program);
 /// The man page, section 1, in the man macros of roff.
 std::string manPage(const ProgramText& program);
+/// What bash reads to complete options, values to choose from, and names of files.
+std::string bashCompletion(const ProgramText& program);
 
 }  // namespace pavane

@@ -51,7 +51,8 @@ void addPlotOptions(OptionTable<ViewOptions>& table)
                       "of a data file: uvdist (amplitude against distance), time (amplitude and "
                       "phase, a panel a baseline), closure (closure phases, a panel a triangle) or "
                       "bandpass (amplitude and phase against channel); the model of --model lies "
-                      "over each"},
+                      "over each",
+                      "uvdist time closure bandpass"},
                      readPlot});
     table.push_back(
         {{"--baselines", "", "LIST",

@@ -150,7 +150,8 @@ void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
     add({"--pages", "", "A-B", "print these pages only: 2, 2-5 or 2-"}, readPageRange);
     add({"--paper", "", "NAME",
          "A0 to A6, Letter, Legal, Tabloid, or WxH in millimetres; without it what is usual where "
-         "the locale is"},
+         "the locale is",
+         "A0 A1 A2 A3 A4 A5 A6 Letter Legal Tabloid"},
         readPaperOption);
     add({"--landscape", "", "", "turn the paper"}, setLandscape);
     add({"--margins", "", "L,T,R,B", "left, top, right and bottom in millimetres (20,10,10,10)"},

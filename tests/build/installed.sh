@@ -62,6 +62,26 @@ sh -eu view.sh | grep -q '^mask_cells'
 test -s map.png
 test -s mask.fits
 
+# no folder of the tree is left in what was installed
+grep -aF "$source/pavane/resources/palettes" "$library" "$stage"/bin/* | none
+for file in "$library" "$stage"/bin/*; do readelf -d "$file" | grep -E 'R(UN)?PATH' | grep -v 'ORIGIN[^:]*\]'; done | none
+
+# what bash completes: values of an option, also behind "=", its name, and files
+complete() {
+    bash -c 'program=$1; shift; source "$0/share/bash-completion/completions/$program"
+        COMP_WORDS=("$program" "$@") COMP_CWORD=$#
+        $(complete -p "$program" | sed "s/.*-F \([^ ]*\).*/\1/"); echo "${COMPREPLY[@]}"' "$stage" "$@"
+}
+test "$(complete pavane-view --scale s)" = sqrt
+test "$(complete pavane-view --plot = b)" = bandpass
+test "$(complete pavane-view --sca)" = --scale
+test "$(complete pavane-view --areas jet.c)" = jet.cma
+test -z "$(complete pavane-view --size 1)"
+for program in view clean; do
+    test -s "$stage/share/applications/pavane-$program.desktop"
+    test -s "$stage/share/icons/hicolor/48x48/apps/pavane-$program.png"
+done
+
 # what tells of the programs
 for program in pavane-view pavane-clean pavane-simulate; do
     $program --version | grep -qx "$program [0-9.]*"
