@@ -304,6 +304,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/CWnd.h
     platform/dialog_ground.h
     platform/dialog_template.h
+    platform/drop_files.h
     platform/file_dialog.h
     platform/flat_scroll_bars.h
     platform/gdi_constants.h

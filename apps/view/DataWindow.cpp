@@ -6,6 +6,7 @@
 #include "apps/view/window_start.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/windows/window_placement.h"
+#include "platform/drop_files.h"
 #include "platform/message.h"
 #include "platform/profile.h"
 #include "tessel/paths.h"
@@ -71,6 +72,7 @@ int DataWindow::OnCreate(CREATESTRUCT& cs)
     if (panels > 0 || stoval(GetProfileString(section, panelsEntry), panels))
         panels_.SetPanelsOfPage(panels);
     setMenu();
+    DragAcceptFiles(*this);
     created_ = 1;
     CRect client;
     GetClientRect(client);
@@ -171,6 +173,20 @@ int DataWindow::OpenFile(const std::string& file)
     setMenu();
     updateTitle();
     return 1;
+}
+
+LRESULT DataWindow::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
+{
+    if (message != WM_DROPFILES)
+        return CWnd::WindowProc(message, wParam, lParam);
+    const HWND self = GetSafeHwnd();
+    const std::vector<CString> files = DroppedFiles(lParam);
+    for (const CString& file : files) {
+        if (CWnd::FromHandle(self) != this)
+            return 0;
+        (void)(data_ && host_ ? host_->openWindow(file) : OpenFile(file));
+    }
+    return 0;
 }
 
 void DataWindow::showDocument()

@@ -63,6 +63,7 @@ protected:
     void OnTimer(unsigned id) override;
     void OnSetFocus(CWnd* old) override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
 
 private:
     static std::size_t indexOf(UvTable table) { return static_cast<std::size_t>(table); }

@@ -8,7 +8,9 @@
 #include "pavane/images/palette_choice.h"
 #include "pavane/images/palettes.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "pavane/trackers/regions/area_kind.h"
 #include "pavane/windows/window_placement.h"
+#include "platform/drop_files.h"
 #include "platform/message.h"
 #include "platform/profile.h"
 #include "tessel/paths.h"
@@ -91,6 +93,7 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     useMap(view_);
     planes_.ExplainBy(tips_);
     setMenu();
+    DragAcceptFiles(*this);
     created_ = 1;
     CRect client;
     GetClientRect(client);
@@ -243,6 +246,8 @@ int MainWindow::OpenMap(const std::string& file, int plane)
 
 int MainWindow::OpenFirst(const ViewOptions& options)
 {
+    if (!options.map.empty() && isAreaFile(options.map))
+        return OpenAreas(options.map);
     if (options.map.empty() || !OpenMap(options.map, options.plane))
         return 0;
     if (!options.areas.empty() && OpenAreas(options.areas)) {

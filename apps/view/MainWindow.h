@@ -58,7 +58,8 @@ public:
     int OpenMap(const std::string& file, int plane);
     /// The map and the areas that the program is started with, before the window shows.
     int OpenFirst(const ViewOptions& options);
-    /// Reads an area file and shows it in place of the areas when the user agrees.
+    /// Reads an area file and shows it in place of the areas when the user agrees; without a map
+    /// the user is asked for the one that they lie on.
     int OpenAreas(const std::string& file);
     /// 0 when the user wants to stay with the unsaved areas.
     int MayLeaveAreas();
@@ -92,6 +93,7 @@ protected:
     void OnSetFocus(CWnd* old) override;
     void OnSysColorChange() override;
     int OnCommand(unsigned id, unsigned code, CWnd* control) override;
+    LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override;
     void OnInitMenuPopup(CMenu& popup) override;
 
 private:
@@ -133,6 +135,7 @@ private:
 
     // File
     int runFileCommand(unsigned id);
+    void openDropped(const std::vector<CString>& files);
     void openMapCommand();
     void openRecent(std::size_t i);
     void openAreasCommand();

@@ -2,6 +2,7 @@
 
 #include "apps/view/DataWindow.h"
 #include "apps/view/MainWindow.h"
+#include "pavane/trackers/regions/area_kind.h"
 
 #include <algorithm>
 #include <utility>
@@ -48,7 +49,25 @@ int ViewWindows::open(const ViewOptions& options, int evenEmpty)
     });
 }
 
-int ViewWindows::openFirst(const ViewOptions& options) { return open(options, 1); }
+int ViewWindows::openFirst(const ViewOptions& options)
+{
+    ViewOptions each = options;
+    std::vector<std::string> files = std::exchange(each.more, {});
+    files.insert(files.begin(), options.map);
+    if (files.size() == 2) {
+        std::stable_partition(files.begin(), files.end(),
+                              [](const auto& f) { return !isAreaFile(f); });
+        if (!isAreaFile(files[0]) && isAreaFile(files[1]) && !holdsVisibilities(files[0])) {
+            each.areas = files[1];
+            files.pop_back();
+        }
+    }
+    for (const std::string& file : files) {
+        each.map = file;
+        (void)open(each, &file == &files.back() && open_.empty());
+    }
+    return !open_.empty();
+}
 
 int ViewWindows::openWindow(const std::string& file)
 {

@@ -16,8 +16,8 @@ class ViewWindows : public WindowHost
 {
 public:
     ~ViewWindows() override;
-    /// The first window, with the file of the options, if any. Non-zero when there is one; it shows
-    /// itself empty when its file cannot be read.
+    /// A window for each file of the options; with one map and one file of areas they go together.
+    /// Non-zero when there is one; it shows itself empty when no file can be read.
     int openFirst(const ViewOptions& options);
 
     int openWindow(const std::string& file) override;

@@ -14,6 +14,7 @@ class WindowHost
 {
 public:
     virtual ~WindowHost() = default;
+    /// A window for a map, a file of visibilities, or areas, whose map the user is asked for.
     /// Non-zero when the file is shown; else the user was told why not.
     virtual int openWindow(const std::string& file) = 0;
     virtual void windowClosed(CWnd& window) = 0;

@@ -8,6 +8,8 @@
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/maps/map_titles.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
+#include "pavane/trackers/regions/area_kind.h"
+#include "platform/drop_files.h"
 #include "platform/file_dialog.h"
 #include "platform/message.h"
 #include "tessel/fits_map.h"
@@ -110,6 +112,31 @@ void MainWindow::openMapCommand()
         (void)OpenMap(name, -1);
 }
 
+LRESULT MainWindow::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_DROPFILES)
+        return openDropped(DroppedFiles(lParam)), 0;
+    return AreaWindow::WindowProc(message, wParam, lParam);
+}
+
+void MainWindow::openDropped(const std::vector<CString>& files)
+{
+    std::vector<CString> inOrder = files;  // areas lie on the map that comes with them
+    std::stable_partition(inOrder.begin(), inOrder.end(),
+                          [](const auto& f) { return !isAreaFile(f); });
+    const HWND self = GetSafeHwnd();
+    for (const CString& file : inOrder) {
+        if (CWnd::FromHandle(self) != this)
+            return;
+        if (isAreaFile(file))
+            (void)OpenAreas(file);
+        else if (map_ && host_)
+            (void)host_->openWindow(file);
+        else
+            (void)OpenMap(file, -1);
+    }
+}
+
 void MainWindow::openRecent(std::size_t i)
 {
     if (i >= recent_.files().size())
@@ -159,6 +186,10 @@ int MainWindow::agreesToReplace(const std::string& file, const AreaNotes& notes)
 
 int MainWindow::OpenAreas(const std::string& file)
 {
+    CString map = folderOf(file);
+    if (!map_ && (!askName(map, mapFilter, "Map of the areas in " + baseNameOf(file), 1, "fits") ||
+                  !OpenMap(map, -1) || !map_))
+        return 0;
     ATrackerArrayInAxis read;
     AreaNotes notes;
     std::string error;

@@ -42,6 +42,16 @@ int refuse(const std::string& error)
     return wrongUse;
 }
 
+/// What was asked for and makes no sense for a file; "" for nothing.
+std::string misfit(const ViewOptions& options, const std::string& file, int isData)
+{
+    if (isData && !options.onlyOfMaps.empty())
+        return options.onlyOfMaps + " goes with a map; " + file + " holds visibilities";
+    if (!isData && !options.times.isAll() && !file.empty())
+        return "--times goes with a file of visibilities; " + file + " holds none";
+    return {};
+}
+
 int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
 {
     const int nothingElse = !options.wantsPicture() && options.mask.empty() &&
@@ -151,12 +161,12 @@ int main(int argc, char** argv)
         return refuse(error);
     try {
         const int isData = !options.map.empty() && holdsVisibilities(options.map);
-        if (isData && !options.onlyOfMaps.empty())
-            return refuse(options.onlyOfMaps + " goes with a map; " + options.map +
-                          " holds visibilities");
-        if (!isData && !options.times.isAll() && !options.map.empty())
-            return refuse("--times goes with a file of visibilities; " + options.map +
-                          " holds none");
+        error = misfit(options, options.map, isData);
+        for (const std::string& file : options.more)
+            if (error.empty())
+                error = misfit(options, file, holdsVisibilities(file));
+        if (!error.empty())
+            return refuse(error);
         if (options.batch && isData)
             return runDataBatch(argv, options, error) ? done : complain(error);
         if (options.batch)

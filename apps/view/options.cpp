@@ -212,7 +212,8 @@ OptionTable<ViewOptions> newTable()
           "of the map); a list that ends with \"...\" goes on in the same ratio up to the peak, as "
           "peak:-1,1,2,4,...; none: no contour"},
          readLevels},
-        {{"--scale", "", "S", "colours spread linear, sqrt, log or equal (histogram-equalised)"},
+        {{"--scale", "", "S", "colours spread linear, sqrt, log or equal (histogram-equalised)",
+          "linear sqrt log equal"},
          readScale},
         {{"--range", "", "LO,HI",
           "values of the first and the last colour; p:0.5,99.5: per cent of the cells that lie "
@@ -223,11 +224,13 @@ OptionTable<ViewOptions> newTable()
           "contrast of the colours, the place 0 to 1 among the values that gets the middle one "
           "(bias), and a gamma; 1,0.5,1 leaves them as they are, a contrast below 0 turns them"},
          readContrast},
-        {{"--palette", "", "NAME", "another palette: a name as shipped, or a file with a / in it"},
+        {{"--palette", "", "NAME", "another palette: a name as shipped, or a file with a / in it",
+          "defpal diverging grey heat"},
          keep<&ViewOptions::palette>},
         {{"--aspect", "", "free",
           "let cells be oblong to fill the size, as those of a map of very few rows or columns "
-          "are; equal: square cells"},
+          "are; equal: square cells",
+          "free equal"},
          readAspect},
         {{"--surface", "", "AZ,EL[,OTHER.fits]",
           "draw the map as a surface seen from this azimuth and elevation (degrees), another map "
@@ -279,7 +282,8 @@ OptionTable<ViewOptions> newTable()
         {{"--table", "", "NAME",
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
           "frequencies or scans of a data file, components of a map; may be repeated, each with "
-          "its --tsv; the last one without is what --print prints"},
+          "its --tsv; the last one without is what --print prints",
+          "telescopes baselines sources stokes frequencies scans components"},
          readTableName,
          onlyInBatch,
          1},
@@ -334,10 +338,13 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
 {
     const auto only = std::find_if(given.options.begin(), given.options.end(),
                                    [](const auto* o) { return o->traits == onlyInBatch; });
-    if (given.operands.size() > 1)
+    if (options.batch && given.operands.size() > 1)
         error = "one file at a time: '" + given.operands[1] + "' is a second one";
     else if (!options.batch && only != given.options.end())
         error = std::string((*only)->name) + " goes with --batch; the window asks for it";
+    else if (given.operands.size() > 1 &&
+             (!options.areas.empty() || !options.model.empty() || options.plane >= 0))
+        error = "--areas, --model and --plane go with one map, not with several files";
     else if (options.map.empty() && !options.batch &&
              (!options.areas.empty() || !options.model.empty() || options.plane >= 0))
         error = "--areas, --model and --plane go with a map";
@@ -362,9 +369,10 @@ ProgramText viewProgram()
 {
     return {"pavane-view",
             "mark areas on a radio map, draw it, and write masks for a CLEAN; plot visibilities",
-            {"[FILE] [OPTIONS]", "MAP.fits --batch [OPTIONS]", "DATA.uvfits --batch [OPTIONS]"},
+            {"[FILE ...] [OPTIONS]", "MAP.fits --batch [OPTIONS]", "DATA.uvfits --batch [OPTIONS]"},
             {"Opens the map, a FITS image, in a window, where areas are marked with the mouse or "
-             "the keys (F1 there tells how).",
+             "the keys (F1 there tells how). Each of several files gets a window; a file of areas "
+             "goes onto the one map beside it, and alone asks for its map.",
              "With --batch there is no window: all input is read and checked, then files are "
              "written, each whole or not at all, and numbers are printed. No output may be an "
              "input or another output.",
@@ -401,8 +409,10 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
     GivenArguments<ViewOptions> given;
     if (!readArguments(arguments, optionTable(), options, given, error))
         return 0;
-    if (!given.operands.empty())
+    if (!given.operands.empty()) {
         options.map = given.operands.front();
+        options.more.assign(given.operands.begin() + 1, given.operands.end());
+    }
     for (const auto* option : given.options)
         if (options.onlyOfMaps.empty() &&
             std::count(std::begin(mapOptions), std::end(mapOptions), option->name))

@@ -1,6 +1,7 @@
 #include "platform/qt/HostWidget.h"
 
 #include "platform/qt/Control.h"
+#include "platform/qt/drop_files.h"
 #include "platform/qt/focus.h"
 #include "platform/qt/FrameWidget.h"
 #include "platform/qt/input.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <QDropEvent>
 #include <QHelpEvent>
 #include <QImage>
 #include <QInputEvent>
@@ -99,6 +101,11 @@ bool HostWidget::event(QEvent* e)
     case QEvent::ContextMenu:
         e->accept();
         deliverContextMenu(hwnd_, *static_cast<QContextMenuEvent*>(e));
+        return true;
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+        filesDragged(*this, hwnd_, *static_cast<QDropEvent*>(e));
         return true;
     case QEvent::Leave:
         sendTo(hwnd_, WM_MOUSELEAVE, 0, 0);

@@ -1,6 +1,8 @@
 // What the window of pavane-view saves and opens: what the user could lose is asked about.
 #include "apps/view/any_area_file.h"
+#include "apps/view/ViewWindows.h"
 #include "pavane/axes/A2DAxis.h"
+#include "platform/drop_files.h"
 #include "tessel/paths.h"
 #include "tests/apps/view_window_fixture.h"
 
@@ -238,6 +240,40 @@ TEST_F(ViewWindow, EndsInDisorderWithACopyLeft)
     ASSERT_TRUE(openAreas(file, AreaPlace(), read, notes, error)) << error;
     ASSERT_EQ(read.count(), 3);
     EXPECT_FALSE(read(2)->IsReady());  // the polygon that was still open
+}
+
+TEST_F(ViewWindow, TakesDroppedMapsAndAreasInAnyOrder)
+{
+    ARPTrackerArray one;
+    one.Add(new ARPRectTracker);
+    std::string error;
+    ASSERT_TRUE(saveAreas(path("jet.areas"), AreaPlace(), one, error)) << error;
+    const auto drop = [&](MainWindow& window, const std::vector<CString>& files) {
+        window.SendMessage(WM_DROPFILES, 0, reinterpret_cast<LPARAM>(&files));
+    };
+    {
+        MainWindow window;
+        ASSERT_TRUE(window.Create(ViewOptions()));
+        drop(window, {path("jet.areas"), path("map.fits")});
+        EXPECT_EQ(window.session().map(), path("map.fits"));
+        EXPECT_EQ(areas(window).count(), 1);
+    }
+    ViewWindows windows;
+    ViewOptions options;
+    options.map = path("jet.areas");
+    options.more = {path("map.fits")};
+    ASSERT_TRUE(windows.openFirst(options));
+    EXPECT_EQ(windows.count(), 1);
+    // areas alone ask for their map; without an answer the window stays empty
+    MainWindow asking;
+    ASSERT_TRUE(asking.Create(ViewOptions()));
+    fileAnswer.clear();
+    drop(asking, {path("jet.areas")});
+    EXPECT_EQ(asking.session().map(), "");
+    fileAnswer = path("map.fits");
+    drop(asking, {path("jet.areas")});
+    EXPECT_EQ(areas(asking).count(), 1);
+    EXPECT_TRUE(said.empty());
 }
 
 TEST_F(ViewWindow, StartsWithAreasThatUndoDoesNotTakeAway)

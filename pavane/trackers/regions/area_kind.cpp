@@ -185,6 +185,17 @@ AreaKind areaKindOfFile(const std::string& file)
     return named == AreaKind::crtf ? AreaKind::crtf : AreaKind::ds9;
 }
 
+int isAreaFile(const std::string& file)
+{
+    if (areaKindOfName(file) != AreaKind::unknown)
+        return 1;
+    const Start start = startOf(file);
+    std::string_view text = start.text();
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    return text.starts_with(ds9Header) || text.starts_with(crtfHeader);
+}
+
 int readRegionText(const std::string& file, std::string& text, std::string& error)
 {
     text.clear();

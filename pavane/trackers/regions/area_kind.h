@@ -24,6 +24,10 @@ PAVANE_API AreaKind areaKindOfName(const std::string& file);
 /// would fit, and for what is none of them. A file that cannot be read is of the kind of its name.
 PAVANE_API AreaKind areaKindOfFile(const std::string& file);
 
+/// Non-zero for a file that is opened as areas and not as a map: by its name, or by the first line
+/// of a region text.
+PAVANE_API int isAreaFile(const std::string& file);
+
 /// Reads a text of at most 64 MiB, a byte-order mark left out. 0 when it cannot be read or holds a
 /// zero byte; `error` is then one line without the file's name.
 PAVANE_API int readRegionText(const std::string& file, std::string& text, std::string& error);

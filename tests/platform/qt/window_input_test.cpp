@@ -1,3 +1,4 @@
+#include "platform/drop_files.h"
 #include "platform/resources.h"
 #include "platform/system_colors.h"
 #include "platform/test_window.h"
@@ -7,10 +8,13 @@
 #include <QApplication>
 #include <QBackingStore>
 #include <QDialog>
+#include <QDropEvent>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
 #include <QTimer>
+#include <QUrl>
 #include <QWindow>
 #include <random>
 
@@ -72,6 +76,48 @@ COLORREF shown(QWindow* native, int x, int y)
 constexpr COLORREF red = RGB(255, 0, 0);
 
 }  // namespace
+
+TEST(RealInput, DroppedFilesComeAfterTheDragAndOnlyFromThisMachine)
+{
+    struct Target : ActiveWindow {
+        std::vector<CString> came;
+        LRESULT WindowProc(unsigned message, WPARAM wParam, LPARAM lParam) override
+        {
+            if (message == WM_DROPFILES)
+                came = DroppedFiles(lParam);
+            return ActiveWindow::WindowProc(message, wParam, lParam);
+        }
+    } window;
+    TestWindow child(&window, WS_VISIBLE, {100, 50, 200, 150});
+    settle();
+    const auto drop = [&](const std::vector<const char*>& addresses, Qt::DropActions actions) {
+        QMimeData data;
+        QList<QUrl> urls;
+        for (const char* address : addresses)
+            urls += QUrl(address);
+        data.setUrls(urls);
+        window.came.clear();
+        const QPoint inChild(121, 81);
+        QDragEnterEvent enter(inChild, actions, &data, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(window.native, &enter);
+        QDropEvent event(inChild, actions, &data, Qt::LeftButton, {});
+        if (enter.isAccepted())
+            QCoreApplication::sendEvent(window.native, &event);
+        EXPECT_TRUE(window.came.empty());  // not yet
+        settle();
+        return window.came;
+    };
+    using Files = std::vector<CString>;
+    EXPECT_EQ(drop({"file:///a.fits"}, Qt::CopyAction), Files());
+    DragAcceptFiles(window);
+    const Qt::DropActions any = Qt::CopyAction | Qt::MoveAction;
+    EXPECT_EQ(drop({"file:///tmp/a%20b.fits", "http://host/x", "file:///c.reg"}, any),
+              (Files{"/tmp/a b.fits", "/c.reg"}));
+    EXPECT_EQ(drop({"http://host/x"}, any), Files());
+    EXPECT_EQ(drop({"file:///a.fits"}, Qt::MoveAction), Files());
+    window.EnableWindow(0);
+    EXPECT_EQ(drop({"file:///a.fits"}, any), Files());
+}
 
 TEST(RealInput, BecomesMessagesInClientCoordinates)
 {
