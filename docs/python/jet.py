@@ -38,7 +38,7 @@ def write(path: str | os.PathLike[str], plane: npt.NDArray[np.float32] | None = 
                                             "NAXIS2": rows, **header(columns)}
     cards = []
     for key, value in facts.items():
-        text = f"'{value:8}'" if isinstance(value, str) else f"{'T' if value is True else value:>20}"
+        text = f"'{value:8}'" if isinstance(value, str) else f"{'T' if value is True else value:>20}".upper()
         cards.append(f"{key:8}= {text}".ljust(80))
     head = "".join([*cards, "END".ljust(80)]).encode()
     body = data.astype(">f4").tobytes()

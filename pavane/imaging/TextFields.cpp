@@ -79,7 +79,7 @@ void FieldWriter::numbers(std::string_view name, const std::vector<double>& valu
 {
     std::string text;
     for (const double value : values)
-        text += (text.empty() ? "" : " ") + valToStr(value);
+        text.append(text.empty() ? "" : " ").append(valToStr(value));
     add(name, text);
 }
 
@@ -87,7 +87,7 @@ void FieldWriter::list(std::string_view name, const std::vector<int>& values)
 {
     std::string text;
     for (const int value : values)
-        text += (text.empty() ? "" : ",") + std::to_string(value);
+        text.append(text.empty() ? "" : ",").append(std::to_string(value));
     add(name, text);
 }
 

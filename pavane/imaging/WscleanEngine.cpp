@@ -29,8 +29,8 @@ std::string sexagesimal(double value, const char* units)
     const double minutes = std::floor((amount - whole) * 60);
     double seconds = ((amount - whole) * 60 - minutes) * 60;
     seconds = std::min(seconds, 59.999999999);
-    return (value < 0 ? "-" : "") + nValToStr(whole, 0) + units[0] + nValToStr(minutes, 0) +
-           units[1] + nValToStr(seconds, 9) + units[2];
+    return std::string(value < 0 ? "-" : "").append(nValToStr(whole, 0)) + units[0] +
+           nValToStr(minutes, 0) + units[1] + nValToStr(seconds, 9) + units[2];
 }
 
 /// The map centre, offset on the tangent plane of the phase centre (orthographic projection).
@@ -54,7 +54,7 @@ void addIfs(Words& words, const CleanParameters& parameters)
 {
     std::string list;
     for (const int each : parameters.ifs)
-        list += (list.empty() ? "" : ",") + std::to_string(each);
+        list.append(list.empty() ? "" : ",").append(std::to_string(each));
     if (!list.empty())
         add(words, {"-spws", list});
 }

@@ -42,7 +42,7 @@ private:
     void line(const std::vector<std::string>& words)
     {
         for (std::size_t i = 0; i < words.size(); ++i)
-            text_ += (i ? " " : "") + shellWord(words[i]);
+            text_.append(i ? " " : "").append(shellWord(words[i]));
         text_ += '\n';
     }
     void steps(const std::vector<EngineStep>& steps)
@@ -103,7 +103,7 @@ int ScriptWriter::addHead()
         text_ += shellWord(word) + " ";
     text_ += import[0][0] + " \"$data\"";
     for (std::size_t i = 2; i < import[0].size(); ++i)
-        text_ += " " + shellWord(import[0][i]);
+        text_.append(" ").append(shellWord(import[0][i]));
     text_ += '\n';
     return 1;
 }

@@ -157,7 +157,7 @@ void addLink(FieldWriter& out, const StudyLink& link)
 {
     std::string ids = "-";
     for (const int id : link.solvedOn)
-        ids += (ids == "-" ? "" : "-") + std::to_string(id);
+        ids.append(ids == "-" ? "" : "-").append(std::to_string(id));
     out.words("link", {std::to_string(link.id), std::to_string(link.gains), link.isOn ? "1" : "0",
                        link.name, ids});
 }
@@ -429,7 +429,7 @@ std::string joined(const std::vector<int>& numbers)
 {
     std::string text;
     for (const int each : numbers)
-        text += (text.empty() ? "" : ",") + std::to_string(each);
+        text.append(text.empty() ? "" : ",").append(std::to_string(each));
     return text;
 }
 

@@ -151,8 +151,6 @@ def draw(
     """
     if aspect not in ("equal", "free"):
         raise ValueError(f"aspect knows equal and free, not '{aspect}'")
-    if title is not None and not isinstance(title, str):
-        raise TypeError(f"title has to be a text, not {type(title).__name__}")
     if not isinstance(scale, str):
         raise TypeError("scale has to be linear, sqrt, log or equal")
     options = {
@@ -163,7 +161,7 @@ def draw(
         "palette": _palette(palette),
         "contrast": _contrast(contrast),
         "free_aspect": aspect == "free",
-        "title": title or "",
+        "title": _text(title, "title"),
         "areas": None,
         "model": None,
     }
@@ -175,9 +173,24 @@ def draw(
     return MapFigure(content, options, ratio)
 
 
+def _text(text: Any, what: str) -> str:
+    """A text that can be drawn; "" for None."""
+    if text is None:
+        return ""
+    if not isinstance(text, str):
+        raise TypeError(f"{what} has to be a text, not {type(text).__name__}")
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        raise ValueError(f"{what} has characters that are none") from None
+    return text
+
+
 def _levels(levels: Any) -> Any:
-    if levels is None or isinstance(levels, str):
-        return levels
+    if levels is None:
+        return None
+    if isinstance(levels, str):
+        return _text(levels, "levels")
     try:
         return [float(level) for level in levels]
     except TypeError:
@@ -244,7 +257,7 @@ def _palette(palette: Any) -> str | list[int]:
     if isinstance(palette, str):
         if not palette:
             raise ValueError("a palette's name is not empty")
-        return palette
+        return _text(palette, "palette")
     if callable(palette):  # a colormap of matplotlib
         colors = [_rgb(palette((i + 0.5) / _COLOURS)) for i in builtins.range(_COLOURS)]
     elif isinstance(palette, (Mapping, bytes)) or not hasattr(palette, "__iter__"):
@@ -274,7 +287,7 @@ def _model(model: Any) -> Any:
     import numpy as np
 
     if isinstance(model, (str, os.PathLike)):
-        return _core.read_components(os.fspath(model))
+        return _core.read_components(os.fsencode(model))
     table = np.asarray(model)
     if table.dtype.names is not None:
         if len(table.dtype.names) != 8:
@@ -295,7 +308,7 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
     if isinstance(source, (str, os.PathLike)):
         if wcs is not None or header is not None or mask is not None:
             raise TypeError("wcs, header and mask go with an array; a file has its own")
-        return _core.Map(os.fspath(source), -1 if plane is None else plane)
+        return _core.Map(os.fsencode(source), -1 if plane is None else plane)
     if isinstance(source, list) and source and hasattr(source[0], "header"):
         source = _first_image(source)
     blank = math.nan
@@ -314,6 +327,12 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
     cards = _cards_of_wcs(wcs) if wcs is not None else _cards_of(header)
     if hasattr(array, "unit") and "BUNIT" not in cards and str(array.unit):
         cards += _card("BUNIT", str(array.unit))
+    axes = getattr(array, "shape", ())
+    of_cards = _number_of(cards, "NAXIS")
+    if cards and len(axes) > 2 and of_cards is None:  # a WCS does not say how long its axes are
+        lengths = {f"NAXIS{i}": int(length) for i, length in enumerate(reversed(axes), 1)}
+        cards = _cards_of({"NAXIS": len(axes), **lengths}) + cards
+        of_cards = len(axes)
     array, own_mask, plane = _plane_of(array, plane)
     if mask is None:
         mask = own_mask
@@ -328,6 +347,9 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
         if mask.ndim > 2:
             mask = _plane_of(mask, plane)[0]
         mask = mask.view(np.uint8)
+    if of_cards is not None and of_cards < len(axes):
+        plane = None  # the header is that of any plane
+    _check_steps(cards)
     return _core.Map.of_array(array, mask, cards, -1 if plane is None else plane, blank)
 
 
@@ -412,6 +434,26 @@ def _cards_of(header: Any) -> str:
     raise TypeError(f"header has to be a Header, a mapping or a text, not {type(header).__name__}")
 
 
+def _number_of(cards: str, key: str) -> float | None:
+    """The number of a card, None without it; cards are a line each, or 80 characters."""
+    lines = cards.splitlines() if "\n" in cards else [cards[i : i + 80] for i in builtins.range(0, len(cards), 80)]
+    for line in lines:
+        if line[:8].rstrip() == key and line[8:9] == "=":
+            try:
+                return float(line[9:].split("/")[0].upper().replace("D", "E"))
+            except ValueError:
+                return math.nan
+    return None
+
+
+def _check_steps(cards: str) -> None:
+    """Steps of 0, or that are no number, would be drawn as steps of 1."""
+    for key in ("CDELT1", "CDELT2"):
+        step = _number_of(cards, key)
+        if step is not None and (step == 0 or not math.isfinite(step)) and _number_of(cards, "CD1_1") is None:
+            raise _core.FormatError(f"the header has a {key} of {step:g}, which is no step")
+
+
 def _cards_of_wcs(wcs: Any) -> str:
     wcs = getattr(wcs, "low_level_wcs", wcs)
     if not hasattr(wcs, "to_header"):
@@ -422,7 +464,10 @@ def _cards_of_wcs(wcs: Any) -> str:
         import warnings
 
         warnings.warn("the distortions of wcs are left out", _core.PavaneWarning, stacklevel=4)
-    cards = _cards_of(wcs.to_header())
+    try:
+        cards = _cards_of(wcs.to_header())
+    except Exception as error:
+        raise ValueError(f"wcs cannot be used: {error}") from error
     if not cards:
         raise ValueError("wcs says nothing of its axes")
     return cards

@@ -95,12 +95,11 @@ class Figure:
         >>> draw("jet.fits").save("jet.pdf")
         """
         if isinstance(target, (str, os.PathLike)):
-            path = os.fspath(target)
-            kind = _format_of(path, format)
-            self._drawing.save(path, kind, self._ratio, bool(transparent))
+            kind = _format_of(os.fspath(target), format)
+            self._drawing.save(os.fsencode(target), kind, self._ratio, bool(transparent))
         elif hasattr(target, "write"):
             kind = _format_of("", format or "png")
-            target.write(self._drawing.bytes(kind, self._ratio, bool(transparent), False))
+            target.write(self._drawing.file_bytes(kind, self._ratio, bool(transparent), False))
         else:
             raise TypeError(f"save wants a name or an open file, not {type(target).__name__}")
         self._tell_notes()
@@ -111,7 +110,7 @@ class Figure:
         >>> plot([1.0, 2.0]).to_bytes()[1:4]
         b'PNG'
         """
-        whole = self._drawing.bytes(_format_of("", format), self._ratio, bool(transparent), False)
+        whole = self._drawing.file_bytes(_format_of("", format), self._ratio, bool(transparent), False)
         self._tell_notes()
         return whole
 
@@ -162,7 +161,7 @@ class Figure:
 
     def _repr_png_(self) -> bytes:
         """The figure for a notebook, as PNG."""
-        whole = self._drawing.bytes("png", self._ratio, False, True)
+        whole = self._drawing.file_bytes("png", self._ratio, False, True)
         self._tell_notes()
         return whole
 

@@ -6,7 +6,7 @@ import warnings
 from typing import TYPE_CHECKING, Any
 
 from . import _core
-from ._draw import _rgb
+from ._draw import _rgb, _text
 from ._figure import Figure, _checked_size
 
 if TYPE_CHECKING:
@@ -28,9 +28,8 @@ class _Axis:
         allowed = [known for known in _SCALES if name == "x" or known != "time"]
         if scale is not None and scale not in allowed:
             raise ValueError(f"{name}_scale knows {', '.join(allowed)}, not '{scale}'")
-        if title is not None and not isinstance(title, str):
-            raise TypeError(f"{name}_title has to be a text")
-        self.name, self.scale, self.title = name, scale, title
+        self.name, self.scale = name, scale
+        self.title = None if title is None else _text(title, f"{name}_title")
         self.unit: Any = None
         self.day: Any = None  # the midnight that a time axis counts from
         self.clock = ""
@@ -150,11 +149,9 @@ class Plot(Figure):
 
         >>> fig = Plot(x_title="Time [h]", y_title="Flux density [%sJy]")
         """
-        if title is not None and not isinstance(title, str):
-            raise TypeError("title has to be a text")
         self._x = _Axis("x", x_scale, x_range, x_title)
         self._y = _Axis("y", y_scale, y_range, y_title)
-        self._title, self._grid = title or "", bool(grid)
+        self._title, self._grid = _text(title, "title"), bool(grid)
         self._size = _checked_size(size)
         self._items: list[tuple[str, tuple[Any, ...]]] = []
         super().__init__(self._made(), ratio)
@@ -175,12 +172,13 @@ class Plot(Figure):
             getattr(drawing, name)(*arguments)
         return drawing
 
-    def _add(self, name: str, *arguments: Any) -> None:
-        self._items.append((name, arguments))
+    def _add(self, items: list[tuple[str, tuple[Any, ...]]]) -> None:
+        before = len(self._items)
+        self._items += items
         try:
             self._drawing = self._made()
         except BaseException:
-            self._items.pop()
+            del self._items[before:]
             raise
 
     def _pairs(self, x: Any, y: Any) -> tuple[npt.NDArray[np.float64], list[npt.NDArray[np.float64]]]:
@@ -214,10 +212,14 @@ class Plot(Figure):
 
         >>> fig = plot([1.0, 2.0], [3.0, 4.0]).plot([1.0, 2.0], [4.0, 3.0], style="--")
         """
-        code = _choice(_STYLES, style, "style")
+        code, label = _choice(_STYLES, style, "style"), _text(label, "label")
         along, curves = self._pairs(x, y)
-        for curve in curves:
-            self._add("add_curve", along, curve, code, _width(width), self._color(color), label)
+        self._add(
+            [
+                ("add_curve", (along, curve, code, _width(width), self._color(color, i), label))
+                for i, curve in enumerate(curves)
+            ]
+        )
         return self
 
     def points(
@@ -236,13 +238,15 @@ class Plot(Figure):
 
         >>> fig = points([1.0, 2.0], [3.0, 4.0], y_errors=[0.1, 0.2])
         """
-        code = _choice(_MARKERS, marker, "marker")
+        code, label = _choice(_MARKERS, marker, "marker"), _text(label, "label")
         along, curves = self._pairs(x, y)
         bars = [_errors(axis, errors) for axis, errors in ((self._x, x_errors), (self._y, y_errors))]
-        for curve in curves:
-            self._add(
-                "add_points", along, curve, code, _width(width), self._color(color), label, *bars
-            )
+        self._add(
+            [
+                ("add_points", (along, curve, code, _width(width), self._color(color, i), label, *bars))
+                for i, curve in enumerate(curves)
+            ]
+        )
         return self
 
     def histogram(
@@ -274,15 +278,9 @@ class Plot(Figure):
         if low == high:
             low, high = low - 0.5, high + 0.5
         heights, _ = np.histogram(numbers, int(bins), (low, high))
+        sample = float(numbers.mean()), float(numbers.var())
         self._add(
-            "add_histogram",
-            heights.astype(float),
-            low,
-            high,
-            float(numbers.mean()),
-            float(numbers.var()),
-            _rgb(color),
-            _rgb(curve),
+            [("add_histogram", (heights.astype(float), low, high, *sample, _rgb(color), _rgb(curve)))]
         )
         return self
 

@@ -89,8 +89,10 @@ CellsOf::CellsOf(py::object array, py::object mask, double blank)
 {
     Item item;
     if (!readFormat(cells_->format, cells_->itemsize, item))
-        throw py::type_error("a map has cells of float, double or whole numbers, not of format '" +
-                             cells_->format + "'");
+        throw py::type_error("a map has cells of float, double or whole numbers, not of type " +
+                             (py::hasattr(array_, "dtype")
+                                  ? py::str(array_.attr("dtype")).cast<std::string>()
+                                  : cells_->format));
     if (cells_->ndim != 2)
         throw py::value_error("a map has two axes, rows and columns, not " +
                               std::to_string(cells_->ndim));

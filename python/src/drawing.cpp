@@ -55,7 +55,9 @@ std::shared_ptr<const CPicture> Drawing::drawn(int ratio, PictureGround ground,
     const bool isUsual = ratio == 1 && ground == PictureGround::white;
     if (isUsual && kept_)
         return kept_;
-    if (!startPlatform(error))
+    const RunningPlatform platform;
+    error = platform.fault();
+    if (!error.empty())
         return nullptr;
     auto picture = std::make_shared<CPicture>(width_ * ratio, height_ * ratio, ground);
     CBitmap bitmap;
@@ -104,7 +106,9 @@ void Drawing::makePage(const std::string& format, PictureGround ground, const Cl
     int isStarted = 0;
     runFree([&](Interrupts& interrupts) {
         const DrawingLock::Hold hold(lock_);
-        isStarted = startPlatform(error);
+        const RunningPlatform platform;
+        error = platform.fault();
+        isStarted = error.empty();
         if (!isStarted)
             return;
         CPageFile page(format == "pdf" ? CPageFile::Format::pdf : CPageFile::Format::svg, width_,
@@ -160,9 +164,9 @@ void Drawing::toPixels(double* x, double* y, std::size_t count)
     check();
     runFree([&](Interrupts&) {
         const DrawingLock::Hold hold(lock_);
-        CString error;
-        if (!startPlatform(error))
-            throw std::runtime_error(error);
+        const RunningPlatform platform;
+        if (!platform.fault().empty())
+            throw std::runtime_error(platform.fault());
         CPicture small(1, 1);
         layOut(*small.dc(), CRect(0, 0, width_, height_));
         for (std::size_t i = 0; i < count; ++i) {
@@ -178,9 +182,9 @@ void Drawing::toValues(double* x, double* y, std::size_t count)
     check();
     runFree([&](Interrupts&) {
         const DrawingLock::Hold hold(lock_);
-        CString error;
-        if (!startPlatform(error))
-            throw std::runtime_error(error);
+        const RunningPlatform platform;
+        if (!platform.fault().empty())
+            throw std::runtime_error(platform.fault());
         CPicture small(1, 1);
         layOut(*small.dc(), CRect(0, 0, width_, height_));
         const ABAxis& a = axis();
@@ -245,8 +249,8 @@ void bindDrawing(py::module_& m)
         .def(
             "pixels", [](Drawing& d, int ratio) { return pixelsOf(d.picture(ratio)); },
             py::arg("ratio"))
-        .def("bytes", &Drawing::bytes, py::arg("format"), py::arg("ratio"), py::arg("transparent"),
-             py::arg("fast"))
+        .def("file_bytes", &Drawing::bytes, py::arg("format"), py::arg("ratio"),
+             py::arg("transparent"), py::arg("fast"))
         .def("save", &Drawing::save, py::arg("path"), py::arg("format"), py::arg("ratio"),
              py::arg("transparent"))
         .def_property_readonly("is_small", [](const Drawing& d) { return d.isSmall() != 0; })

@@ -42,7 +42,12 @@ int faultOf(const CString& file, int flags)
 
 void throwFormat(const CString& text)
 {
-    PyErr_SetString(formatError, text.c_str());
+    // a file's name need not be UTF-8
+    PyErr_SetObject(formatError,
+                    py::reinterpret_steal<py::object>(
+                        PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()),
+                                             "surrogateescape"))
+                        .ptr());
     throw py::error_already_set();
 }
 

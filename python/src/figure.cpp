@@ -32,7 +32,7 @@ namespace
 using Doubles = py::array_t<double, py::array::c_style | py::array::forcecast>;
 
 /// A page holds each cell of its map: of more it would swell a notebook.
-constexpr std::int64_t mostCellsInline = std::int64_t{1} << 20;
+constexpr std::int64_t mostCellsInline = std::int64_t{1} << 18;
 
 /// What a user asks of the figure of a map, checked.
 struct FigureWish {

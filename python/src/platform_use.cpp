@@ -5,7 +5,11 @@
 #include "python/src/bind.h"
 #include "python/src/run.h"
 
+#include <chrono>
 #include <mutex>
+#include <pthread.h>
+#include <shared_mutex>
+#include <stdexcept>
 #include <utility>
 
 namespace pavane::python
@@ -14,6 +18,8 @@ namespace pavane::python
 namespace
 {
 
+// held by those who draw, alone by who lets go
+std::shared_timed_mutex running;
 std::mutex starting;
 std::mutex telling;
 std::vector<CString> messages;
@@ -25,22 +31,43 @@ int keepMessage(const CString& text, unsigned)
     return IDOK;
 }
 
+constexpr std::chrono::seconds patience{10};
+
 void release()
 {
-    const std::lock_guard<std::mutex> lock(starting);
+    const std::unique_lock<std::shared_timed_mutex> alone(running, patience);
+    if (!alone.owns_lock())
+        throw std::runtime_error("figures are being drawn in other threads");
     ShutdownPlatform();
+}
+
+// A fork waits until nobody starts the platform or tells a message, so that the child can.
+void beforeFork()
+{
+    starting.lock();
+    telling.lock();
+}
+
+void afterFork()
+{
+    telling.unlock();
+    starting.unlock();
 }
 
 }  // namespace
 
-int startPlatform(CString& why)
+RunningPlatform::RunningPlatform()
 {
+    running.lock_shared();
     static char name[] = "python";
     static char* arguments[] = {name, nullptr};
     const std::lock_guard<std::mutex> lock(starting);
     (void)SetMessageFunction(&keepMessage);
-    return InitPlatform(1, arguments, PlatformUse::pictures, why);
+    if (!InitPlatform(1, arguments, PlatformUse::pictures, fault_) && fault_.empty())
+        fault_ = "the platform cannot be started";
 }
+
+RunningPlatform::~RunningPlatform() { running.unlock_shared(); }
 
 std::vector<CString> takeMessages()
 {
@@ -50,6 +77,7 @@ std::vector<CString> takeMessages()
 
 void bindPlatform(py::module_& m)
 {
+    (void)pthread_atfork(&beforeFork, &afterFork, &afterFork);
     m.def("release", &release, py::call_guard<py::gil_scoped_release>(),
           "Lets go of the window system, so that a program can make its own application object. "
           "Pictures stay, and drawing starts again by itself.\n\n"

@@ -144,12 +144,14 @@ class Refused(unittest.TestCase):
             (good, {"range": "p:1"}, ValueError), (good, {"range": "p:-1,101"}, ValueError),
             (good, {"contrast": (1, 0.5, -1)}, ValueError), (good, {"aspect": "wide"}, ValueError),
             (good, {"ratio": 9}, ValueError), (good, {"ratio": 1.5}, TypeError),
-            (good, {"header": "NAXIS1 = 7"}, ValueError), (good, {"header": 3}, TypeError),
+            (good, {"header": {"CDELT1": 0, "CTYPE1": "RA---SIN"}}, pavane.FormatError),
+            (good, {"header": {"CDELT2": float("nan")}}, pavane.FormatError),
+            (good, {"title": "\ud800"}, ValueError), (good, {"levels": "\ud800"}, ValueError), (good, {"header": 3}, TypeError),
             (good, {"header": {"NAXIS": 2, "NAXIS1": 3, "NAXIS2": 3}}, pavane.FormatError), (good, {"wcs": 3}, TypeError),
             (good, {"mask": np.zeros((2, 2), bool)}, ValueError), (good, {"mask": good}, TypeError),
             (good, {"areas": 3}, TypeError), (good, {"model": np.zeros((2, 7))}, ValueError),
             (good, {"model": np.full((1, 8), 99.0)}, ValueError), (good, {"title": 3}, TypeError),
-            ("/nowhere/a.fits", {}, FileNotFoundError), ("/tmp", {}, IsADirectoryError),
+            ("/nowhere/a.fits", {}, FileNotFoundError), ("/nowhere/\udcff", {}, FileNotFoundError), ("/tmp", {}, IsADirectoryError),
             ("/dev/null", {}, pavane.FormatError), (__file__, {}, pavane.FormatError),
         ]
         for source, options, error in cases:
