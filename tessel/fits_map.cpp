@@ -14,7 +14,7 @@ namespace
 {
 
 /// Cells read at a time: large enough to be quick, small enough to cancel and to show progress.
-constexpr std::int64_t blockCells = 1 << 20;
+constexpr std::int64_t blockCells = 1 << 18;
 
 int readCells(FitsMapReader& reader, FitsMap& map, std::string& error,
               const ProgressFunction& progress)

@@ -12,6 +12,9 @@ namespace pavane
 namespace
 {
 
+/// Lines of a curve from one look at the flag of the context to the next.
+constexpr std::size_t lookEvery = 1024;
+
 template <class Point>
 bool isLevelOrUpright(const std::vector<Point>& points)
 {
@@ -98,6 +101,7 @@ void CDC::State::stroke(const std::vector<CPoint>& points, bool closed)
     const PixelOperation operation = PixelOperation::of(now.rop2, pixel(now.pen.color()));
     const std::size_t segments = closed ? points.size() : points.size() - 1;
     const auto end = [&](std::size_t i) { return points[i + 1 < points.size() ? i + 1 : 0]; };
+    const auto goesOn = [&](std::size_t i) { return i % lookEvery != 0 || canDraw(); };
     const int width = penWidth();
     if (width > 1) {
         WideLine& line = wideLineOf(width);
@@ -105,7 +109,7 @@ void CDC::State::stroke(const std::vector<CPoint>& points, bool closed)
         Ink ink;
         ink.operation = operation;
         spans.clear();
-        for (std::size_t i = 0; i < segments; ++i) {
+        for (std::size_t i = 0; i < segments && goesOn(i); ++i) {
             line.disc(points[i], painter.bounds(), spans);
             line.body(points[i], end(i), painter.bounds(), spans);
             if (i + 1 == segments)
@@ -121,7 +125,7 @@ void CDC::State::stroke(const std::vector<CPoint>& points, bool closed)
     const DashPattern pattern = dashPattern(now.pen.style());
     const PixelOperation gap = PixelOperation::of(now.rop2, pixel(now.bkColor));
     std::int64_t phase = 0;
-    for (std::size_t i = 0; i < segments; ++i) {
+    for (std::size_t i = 0; i < segments && goesOn(i); ++i) {
         const CPoint a = points[i];
         const CPoint b = end(i);
         thinLine(a, b, painter.bounds(), [&](const LineRun& run) {

@@ -128,6 +128,8 @@ VectorDevice* CDC::State::vector()
         isTold = true;
         toldClip = now.clip;
     }
+    if (device)
+        device->setStop(flag());
     return device;
 }
 

@@ -42,6 +42,8 @@ class PAVANE_API VectorDevice
 {
 public:
     virtual ~VectorDevice();
+    /// Long curves are left in the middle once `stop`, which may be null, is up.
+    void setStop(const StopFlag* stop) { flag_ = stop; }
     /// Limits what follows to `clip`, or to the whole device when it is null.
     virtual void setClip(const CRgn::Data* clip) = 0;
     virtual void polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen) = 0;
@@ -55,6 +57,12 @@ public:
     /// Top left corner of the first cell at `at`, turned around it by the font's escapement.
     virtual void text(CPoint at, std::string_view text, const LOGFONT& font,
                       std::uint32_t color) = 0;
+
+protected:
+    const StopFlag* flag() const { return flag_; }
+
+private:
+    const StopFlag* flag_ = nullptr;
 };
 
 /// How much of each pixel a character covers (0 to 255), at some number of pixels to a unit. Each

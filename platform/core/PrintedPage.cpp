@@ -54,8 +54,10 @@ void PrintedPage::setClip(const CRgn::Data* clip)
 
 void PrintedPage::polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen)
 {
-    if (device_ && goesOn())
-        device_->polyline(points, count, inked(pen));
+    if (!device_ || !goesOn())
+        return;
+    device_->setStop(flag() ? flag() : &stop_);
+    device_->polyline(points, count, inked(pen));
 }
 
 void PrintedPage::polygon(const CPointF* points, std::size_t count, bool winding,

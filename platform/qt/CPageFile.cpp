@@ -36,7 +36,6 @@ public:
     VectorDevice* page() override { return &page_; }
     bool isStopped() const override { return page_.isStopped(); }
     const StopFlag* stopFlag() const override { return &page_.stopFlag(); }
-    std::size_t pointsAtOnce() const override { return 20000; }
 
 private:
     CSize size_;

@@ -1,6 +1,7 @@
 #include "platform/qt/PainterDevice.h"
 
 #include "platform/core/pixel_rounding.h"
+#include "posix/StopFlag.h"
 
 #include <algorithm>
 #include <cmath>
@@ -179,7 +180,7 @@ void PainterDevice::strokeCurve(const CPointF* points, std::size_t count, const 
         const auto total = static_cast<std::size_t>(polygon.size());
         double distance = piece.distance;
         painter_.setPen(qtPen(pen, distance));
-        for (std::size_t at = 0; at + 1 < total; at += pointsAtOnce) {
+        for (std::size_t at = 0; at + 1 < total && !isStopped(flag()); at += pointsAtOnce) {
             const std::size_t length = std::min(pointsAtOnce + 1, total - at);
             if (dashed && at > 0)
                 painter_.setPen(qtPen(pen, distance));

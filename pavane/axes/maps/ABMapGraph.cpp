@@ -1,6 +1,7 @@
 #include "pavane/axes/maps/ABMapGraph.h"
 
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/maps/cells/StoppableCells.h"
 #include "platform/CDC.h"
 
 #include <cmath>
@@ -53,17 +54,25 @@ void ABMapGraph::setHeaderText(int index, const CString& text)
 
 const MapRange& ABMapGraph::cellRange() const
 {
-    if (!hasRange_)
-        cellRange_ = mapRange(*cells_);
-    hasRange_ = 1;
+    if (!hasRange_) {
+        const StoppableCells cells(*cells_, stop_);
+        cellRange_ = mapRange(cells);
+        hasRange_ = !cells.isStopped();
+        if (!hasRange_)
+            cellRange_ = {};
+    }
     return cellRange_;
 }
 
 const MapNoise& ABMapGraph::noise() const
 {
-    if (!hasNoise_)
-        noise_ = mapNoise(*cells_);
-    hasNoise_ = 1;
+    if (!hasNoise_) {
+        const StoppableCells cells(*cells_, stop_);
+        noise_ = mapNoise(cells);
+        hasNoise_ = !cells.isStopped();
+        if (!hasNoise_)
+            noise_ = {};
+    }
     return noise_;
 }
 
@@ -168,10 +177,17 @@ void ABMapGraph::draw(CDC& dc, CRect& /*rect*/, TMinMax& /*range*/)
 {
     if (!axis() || axis()->getGraphRect().IsRectEmpty())
         return;
+    const MapStop stop(*this, dc);
     if (cellRange().isEmpty())
         drawNoData(dc);
     else
         drawBeam(dc, *axis(), beam_, beamLook_);
+}
+
+MapStop::MapStop(const ABMapGraph& graph, const CDC& dc) : graph_(graph), before_(graph.stop())
+{
+    if (dc.stopFlag())
+        graph.setStop(dc.stopFlag());
 }
 
 void ABMapGraph::drawNoData(CDC& dc) const

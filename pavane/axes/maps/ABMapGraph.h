@@ -12,6 +12,8 @@
 namespace pavane
 {
 
+class StopFlag;
+
 /// A graph of a map: the base of colour maps and contours. Knows the matrix, where its cells lie,
 /// its titles, its header lines and its beam, and draws the beam, or the words "no data" over a map
 /// without any finite cell.
@@ -46,6 +48,12 @@ public:
     const MapBeam& beam() const { return beam_; }
     void setBeamLook(const BeamLook& look) { beamLook_ = look; }
     const BeamLook& beamLook() const { return beamLook_; }
+
+    /// Looked at while cells are read for what is kept of them: once it is up nothing is found out
+    /// and nothing kept. Not owned; null, as at first, for none. Drawing into a context with a flag
+    /// (CDC::setStop) looks at that.
+    void setStop(const StopFlag* stop) const { stop_ = stop; }
+    const StopFlag* stop() const { return stop_; }
 
     // What is found out about the cells at the first question and kept until cellsChanged.
     const MapRange& cellRange() const;
@@ -101,7 +109,22 @@ private:
     mutable MapNoise noise_;
     mutable int hasRange_ = 0;
     mutable int hasNoise_ = 0;
+    mutable const StopFlag* stop_ = nullptr;
     int shownOften_ = 0;
+};
+
+/// Lets a graph look at the flag of a context, if that has one, while this lives.
+class PAVANE_API MapStop
+{
+public:
+    MapStop(const ABMapGraph& graph, const CDC& dc);
+    MapStop(const MapStop&) = delete;
+    MapStop& operator=(const MapStop&) = delete;
+    ~MapStop() { graph_.setStop(before_); }
+
+private:
+    const ABMapGraph& graph_;
+    const StopFlag* before_;
 };
 
 /// The words over a map without data.

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/figure_units.h"
+#include "pavane/axes/maps/cells/StoppableCells.h"
 #include "pavane/images/ADIBase.h"
 #include "pavane/images/bitmap_header.h"
 #include "pavane/images/palettes.h"
@@ -93,10 +94,11 @@ const MapScale& AColorsGraph::scale() const
         scale_.setRange(MapScaleKind::linear, 0, 1);
     else
         scale_.setRange(kind_, low, range.max);
+    const StoppableCells shares(cells(), stop());
     if (kind_ == MapScaleKind::equalized)
-        scale_.equalize(cells());
+        scale_.equalize(shares);
     scaleRange_ = range;
-    hasScale_ = 1;
+    hasScale_ = !shares.isStopped() && !isStopped(stop());
     return scale_;
 }
 
@@ -119,6 +121,7 @@ std::vector<unsigned char> AColorsGraph::imageHeader(int width, int height) cons
 
 void AColorsGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
 {
+    const MapStop stop(*this, dc);
     if (axis() && !axis()->getGraphRect().IsRectEmpty() && !cellRange().isEmpty())
         drawCells(dc);
     ABMapGraph::draw(dc, rect, range);
@@ -145,8 +148,12 @@ int AColorsGraph::hasRanks(const MapScale& colorScale) const
         return 0;
     const int often = isShownOften() || drawn_ > 0;
     drawn_ = 1;
-    if (often && !ranked_)
-        ranked_ = ranks_.set(cells(), colorScale, indices_.count) ? 1 : -1;
+    if (often && !ranked_) {
+        const StoppableCells all(cells(), stop());
+        ranked_ = ranks_.set(all, colorScale, indices_.count) ? 1 : -1;
+        if (all.isStopped())
+            ranked_ = 0;
+    }
     return ranked_ > 0;
 }
 
@@ -164,7 +171,12 @@ int AColorsGraph::showPixels(const PixelCells& x, const PixelCells& y) const
         kept_.setPainted();
         return 1;
     }
-    return kept_.paint(cells(), shared_, colorScale, indices_);
+    const StoppableCells shown(cells(), stop());
+    const int isPainted = kept_.paint(shown, shared_, colorScale, indices_);
+    if (!shown.isStopped())
+        return isPainted;
+    kept_.forget();
+    return 0;
 }
 
 void AColorsGraph::drawIntoRaster() const

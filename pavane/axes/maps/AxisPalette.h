@@ -36,7 +36,7 @@ private:
 };
 
 /// Owns such a palette for a graph; a copy of the graph has none.
-class AxisPaletteHolder
+class PAVANE_API AxisPaletteHolder
 {
 public:
     AxisPaletteHolder();

@@ -4,6 +4,7 @@
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/maps/AColorsGraph.h"
+#include "pavane/axes/maps/cells/StoppableCells.h"
 #include "pavane/axes/maps/device_strokes.h"
 #include "pavane/axes/SelectedObject.h"
 #include "tessel/rounding.h"
@@ -100,9 +101,16 @@ int MapContours::width(const CDC& dc, int fontHeight) const
 
 void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* colors) const
 {
+    const MapStop stop(map, dc);
     const std::vector<double> values = levels(map);
     if (!traced_) {
-        traced_ = lines_.trace(map.cells(), values);
+        const StoppableCells cells(map.cells(), map.stop());
+        traced_ = lines_.trace(cells, values, bestSimdPath(), progressOf(map.stop()));
+        if (cells.isStopped() || isStopped(map.stop())) {
+            lines_ = {};
+            traced_ = 0;
+            return;
+        }
         tellLeftOut(values.size());
     }
     ABAxis& axis = *map.axis();
@@ -120,6 +128,8 @@ void MapContours::draw(CDC& dc, const ABMapGraph& map, const AColorsGraph* color
         for (; next < lines_.lines().size(); ++next) {
             const ContourLine& line = lines_.lines()[next];
             if (static_cast<std::size_t>(line.level) != level)
+                break;
+            if (dc.isStopped())
                 break;
             toDevice(map, lines_.points(line), line, device);
             const int count = static_cast<int>(device.size());

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace pavane
@@ -104,6 +105,7 @@ FigureLayout MapFigure::layOut(CDC& dc, const CRect& rect, const CRect* least) c
         return layout;
     }
     const BorderChange change(*axis_);
+    const std::unique_ptr<MapStop> stop = map_ ? std::make_unique<MapStop>(*map_, dc) : nullptr;
     const FigureUnits units(dc);
     if (units.arePixels())
         return layOutInPixels(dc, rect, least);
@@ -223,19 +225,20 @@ void MapFigure::draw(CDC& dc, const FigureLayout& layout) const
         return;
     const int smooth = dc.SetSmooth(1);
     const BorderChange change(*axis_);
+    const std::unique_ptr<MapStop> stop = map_ ? std::make_unique<MapStop>(*map_, dc) : nullptr;
     axis_->setBorderRect(layout.border);
     CRect rect = layout.axis;
     axis_->draw(dc, rect);
     for (const auto& [bar, at] :
          {std::pair{bar_, layout.bar}, std::pair{otherBar_, layout.otherBar}}) {
-        if (!bar || at.IsRectEmpty())
+        if (!bar || at.IsRectEmpty() || dc.isStopped())
             continue;
         bar->setFHeight(layout.fontHeight);  // a narrower axis has smaller labels
         rect = at;
         bar->draw(dc, rect);
     }
     for (FigureLayer* const layer : layers_)
-        if (!axis_->getGraphRect().IsRectEmpty())
+        if (!axis_->getGraphRect().IsRectEmpty() && !dc.isStopped())
             layer->draw(dc, *axis_);
     dc.SetSmooth(smooth);
 }

@@ -117,12 +117,14 @@ private:
     }
 
     /// Finds the value of a rank by the last pass, or by others over halves of what is left. 0
-    /// without memory.
+    /// without memory, and for cells that change from pass to pass, as those of work that was given
+    /// up do.
     int findRank(std::int64_t rank, float& value)
     {
         std::uint32_t first = orderedKey(-infinity);
         std::uint32_t last = orderedKey(infinity);
-        for (;;) {
+        constexpr int mostPasses = 40;  // a float has 32 bits to halve
+        for (int i = 0; i < mostPasses && rank < finite_; ++i) {
             const std::int64_t fromLow = counts_.below;
             const std::int64_t fromInside = fromLow + counts_.atLow;
             const std::int64_t fromHigh = fromInside + counts_.inside;
@@ -144,6 +146,7 @@ private:
             if (!pass())
                 return 0;
         }
+        return 0;
     }
 
     float keptOfRank(std::int64_t rank)

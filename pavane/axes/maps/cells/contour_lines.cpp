@@ -307,8 +307,11 @@ int ContourLines::traceBand(const Task& task, const std::vector<int>& band, std:
     if (isTooMuch ||
         (points_.cells() < 1 && crossings > 0 && !points_.allocate(1, static_cast<int>(crossings))))
         return 0;
-    for (const int level : band)
+    for (const int level : band) {
+        if (task.progress && !task.progress(1))
+            return 0;
         takeLevel(tracer.pools()[placeOf[asSize(level)]], level);
+    }
     return 1;
 }
 
