@@ -30,7 +30,7 @@ int readSize(const std::string& text, ViewOptions& options, std::string& error)
     }
     const auto fits = [](int size) { return size >= leastSize && size <= greatestSize; };
     if (!fits(width) || !fits(height)) {
-        error = "--size allows " + std::to_string(leastSize) + " to " +
+        error = "--size wants " + std::to_string(leastSize) + " to " +
                 std::to_string(greatestSize) + " pixels a side, not '" + text + "'";
         return 0;
     }
