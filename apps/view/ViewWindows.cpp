@@ -2,13 +2,33 @@
 
 #include "apps/view/DataWindow.h"
 #include "apps/view/MainWindow.h"
+#include "apps/view/window_place.h"
 #include "pavane/trackers/regions/area_kind.h"
+#include "platform/screens.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace pavane
 {
+
+namespace
+{
+
+/// Moves a window off `others` ones that it would cover, which were placed as it was.
+void stepAside(CWnd& window, int others)
+{
+    constexpr int step = 28;  // a title bar
+    constexpr int mostSteps = 8;
+    CRect place;
+    if (others == 0 || window.IsZoomed() || !window.GetWindowRect(place))
+        return;
+    const int off = step * (others % mostSteps);
+    place.OffsetRect(off, off);
+    (void)window.MoveWindow(reachablePlace(place, GetScreenRects()));
+}
+
+}  // namespace
 
 ViewWindows::~ViewWindows()
 {
@@ -33,6 +53,7 @@ int ViewWindows::add(std::unique_ptr<Window> window, const ViewOptions& options,
         return 0;
     }
     added.Show();
+    stepAside(added, static_cast<int>(open_.size()) - 1);
     return 1;
 }
 
