@@ -14,5 +14,8 @@ void bindMap(py::module_& m);
 void bindDrawing(py::module_& m);
 void bindFigure(py::module_& m);
 void bindPlot(py::module_& m);
+void bindAreas(py::module_& m);
+void bindComponents(py::module_& m);
+void bindStatistics(py::module_& m);
 
 }  // namespace pavane::python

@@ -13,4 +13,7 @@ PYBIND11_MODULE(_core, m)
     bindDrawing(m);
     bindFigure(m);
     bindPlot(m);
+    bindAreas(m);
+    bindComponents(m);
+    bindStatistics(m);
 }

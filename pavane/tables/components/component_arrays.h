@@ -23,6 +23,7 @@ enum class ComponentField {
     distance,
     width
 };
+/// How many: those of a component line.
 inline constexpr int componentFields = 8;
 
 /// Doubles of a host that stand `step` bytes apart, also backwards or all the same; they need not

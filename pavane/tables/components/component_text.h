@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/tables/components/ACompItem.h"
+#include "pavane/tables/components/component_arrays.h"
 
 #include <istream>
 #include <string>
@@ -8,9 +8,6 @@
 
 namespace pavane
 {
-
-/// The fields of a component line.
-inline constexpr int componentFields = 8;
 
 /// Takes a number, with the blanks before it, off the front of `text`. Non-zero when there is one.
 int takeNumber(std::string_view& text, int& value);
