@@ -61,7 +61,9 @@ class Components:
     def read(cls, path: Any) -> Components:
         """Reads a text of components, or the table of components that a CLEAN leaves in a FITS map.
 
-        >>> model = Components.read("jet.mod")
+        >>> Components(flux=[1.0, 0.5]).write("jet.mod")
+        >>> len(Components.read("jet.mod"))
+        2
         """
         file = _path(path)
         rows, lines = _core.read_model(file, _is_fits(file))
