@@ -13,9 +13,9 @@ from pavane import Area, Areas, Components
 
 jet.write("jet.fits")
 areas = Areas([
-    Area.ellipse((100, 140), (110, 34), angle=-32),
-    Area.polygon([(120, 110), (140, 118), (138, 142), (118, 140)]),
-    Area.rectangle((108, 150), (14, 6), never_clean=True),
+    Area.ellipse((86, 160), (150, 56), angle=-37),
+    Area.polygon([(112, 108), (144, 112), (148, 142), (116, 146)]),
+    Area.rectangle((66, 178), (34, 16), angle=-37, never_clean=True),
 ])
 print(areas.centers, areas.never_clean)
 
@@ -39,7 +39,7 @@ fig.save("python-areas.png")
 # %%
 mask = areas.mask((256, 256))
 inside = areas.mask((256, 256), rule="centres")
-assert not (inside & ~mask).sum() > 8
+print(mask.sum(), inside.sum())
 
 # %% [markdown]
 # Any mask becomes areas, whose mask is the same again, cell by cell:
@@ -67,7 +67,7 @@ print(f"peak {numbers.peak:.3f} {numbers.unit} at {numbers.peak_cell}, noise {nu
 # are not named have their defaults.
 
 # %%
-model = Components(kind=[1, 2, 2], flux=[0.6, 0.5, 0.2], major=[0, 6e-4, 1e-3],
+model = Components(kind=[2, 2, 3], flux=[0.6, 0.5, 0.2], major=[4e-4, 6e-4, 1e-3],
                    distance=[0, 1.5e-3, 3e-3], angle=[0, 57, 55])
 model["flux"][0] = 0.7  # in place
 cells = model.to_map(header=jet.header(), shape=(256, 256))
@@ -83,7 +83,7 @@ fig.save("python-model.png")
 # %%
 u = np.linspace(0, 3e8, 1000)
 amplitude = np.abs(model.visibilities(u, 0 * u))
-curve = pavane.plot(u, amplitude, x_title="u [%slambda]", y_title="Amplitude [%sJy]", size=(700, 350))
+curve = pavane.plot(u, amplitude, x_title="u [%sλ]", y_title="Amplitude [%sJy]", size=(700, 350))
 curve.save("python-visibilities.png")
 
 # %% [markdown]

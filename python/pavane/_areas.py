@@ -202,7 +202,7 @@ class Areas(MutableSequence[Area]):
 
     >>> areas = Areas([Area.ellipse((256, 250), (40, 20)), Area.polygon([(2, 2), (8, 2), (5, 9)])])
     >>> areas.mask((512, 512)).sum()
-    719
+    717
     """
 
     def __init__(self, areas: Iterable[Area] = ()) -> None:

@@ -7,7 +7,7 @@ from collections.abc import Mapping
 from typing import Any
 
 from . import _core
-from ._draw import MapFigure, _cards_of, _cards_of_wcs, _map_of
+from ._draw import MapFigure, _cards_of, _cards_of_wcs
 
 
 def _shape(shape: Any) -> tuple[int, int]:
@@ -40,23 +40,22 @@ def _place(map: Any, header: Any, wcs: Any, shape: Any) -> _core.Place | None:
     """None when nothing is said."""
     if sum(given is not None for given in (map, header, wcs)) > 1:
         raise TypeError("map, header and wcs all say where the cells lie: give one of them")
+    if isinstance(map, (str, os.PathLike)):
+        return _core.Place(_path(map))
+    if isinstance(map, MapFigure):
+        return _core.Place(map._source)
+    if isinstance(map, _core.Map):
+        return _core.Place(map)
     if map is not None:
-        return _core.Place(_map(map))
+        if not hasattr(map, "header") or not hasattr(map, "shape"):
+            raise TypeError(f"map has to be a FITS file, a figure or an HDU, not {type(map).__name__}")
+        header = map.header
     source = header if header is not None else wcs
     if source is None:
         return None
     rows, columns = _size_said(source) if shape is None else _shape(shape)
     cards = _cards_of_wcs(wcs) if wcs is not None else _cards_of(header)
     return _core.Place(cards, rows, columns, 0)
-
-
-def _map(map: Any) -> _core.Map:
-    """A figure's map, a map of the core, or what `draw` takes."""
-    if isinstance(map, MapFigure):
-        return map._source
-    if isinstance(map, _core.Map):
-        return map
-    return _map_of(map, None, None, None, None)
 
 
 def _path(path: Any) -> str:

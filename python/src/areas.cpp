@@ -217,6 +217,7 @@ void bindAreas(py::module_& m)
 {
     py::class_<Place>(m, "Place")
         .def(py::init<const Map&>(), py::arg("map"))
+        .def(py::init<const CString&>(), py::arg("path"))
         .def(py::init<const std::string&, int, int, int>(), py::arg("cards"), py::arg("rows"),
              py::arg("columns"), py::arg("plane"))
         .def_property_readonly("shape", [](const Place& place) {

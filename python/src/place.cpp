@@ -1,6 +1,7 @@
 #include "python/src/place.h"
 
 #include "python/src/errors.h"
+#include "tessel/FitsMapReader.h"
 #include "tessel/map_header_cards.h"
 
 #include <algorithm>
@@ -22,6 +23,17 @@ Place::Place(const std::string& cards, int rows, int columns, int plane)
     if (!readMapHeader(cards, std::max(rows, 1), std::max(columns, 1), header, error, plane))
         throwFormat("the header " + error);
     init(header);
+}
+
+Place::Place(const CString& file)
+{
+    FitsMapReader reader;
+    std::string error;
+    if (!reader.open(file, 0, error))
+        throwUnread(file, error);
+    rows_ = reader.rows();
+    columns_ = reader.columns();
+    init(reader.header());
 }
 
 void Place::init(const MapHeader& header)

@@ -18,6 +18,8 @@ public:
     /// Of FITS cards; without rows and columns only positions on the sky are known. Throws
     /// FormatError.
     Place(const std::string& cards, int rows, int columns, int plane);
+    /// Of a FITS file, of which only the header is read. Throws OSError or FormatError.
+    explicit Place(const CString& file);
     Place(const Place&) = delete;
     Place& operator=(const Place&) = delete;
 
@@ -29,7 +31,7 @@ private:
 
     MapFrame frame_;
     SkyCoordinates sky_;
-    int rows_, columns_;
+    int rows_ = 0, columns_ = 0;
 };
 
 }  // namespace pavane::python
