@@ -67,23 +67,29 @@ def drawn(size):
 
 def start():
     programs = {
-        "pavane": "import sys, numpy, pavane; pavane.draw(numpy.load(sys.argv[1])).save('a.png')",
+        "pavane": "import sys, pavane; pavane.draw(sys.argv[1]).save('a.png')",
+        "pavane, array": "import sys, numpy, pavane; pavane.draw(numpy.load(sys.argv[1])).save('a.png')",
         "matplotlib": "import sys, numpy; import matplotlib; matplotlib.use('agg'); import matplotlib.pyplot as p; "
                       "f = p.figure(figsize=(10, 9)); i = p.imshow(numpy.load(sys.argv[1])); p.colorbar(i); "
                       "p.savefig('a.png')",
     }
     with tempfile.TemporaryDirectory() as folder:
         np.save(folder + "/map.npy", cells(512))
+        sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "../docs/python"))
+        import jet
+
+        jet.write(folder + "/map.fits", cells(512))
         took = {}
         for name, code in programs.items():
             walls = []
             for _ in range(5):
                 begin = time.monotonic()
-                subprocess.run([sys.executable, "-c", code, "map.npy"], cwd=folder, check=True)
+                subprocess.run([sys.executable, "-c", code, "map.npy" if "numpy" in code else "map.fits"], cwd=folder, check=True)
                 walls.append(time.monotonic() - begin)
             took[name] = statistics.median(walls)
-    print(f"fresh interpreter to PNG: {took['pavane']:.2f} s, matplotlib {took['matplotlib']:.2f} s: "
-          f"{took['pavane'] / took['matplotlib']:.3f}")
+    for name in ("pavane", "pavane, array"):
+        print(f"fresh interpreter to PNG, {name}: {took[name]:.2f} s, matplotlib {took['matplotlib']:.2f} s: "
+              f"{took[name] / took['matplotlib']:.3f}")
 
 
 def many(count=24):

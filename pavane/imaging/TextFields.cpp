@@ -96,7 +96,7 @@ void FieldWriter::words(std::string_view name, const std::vector<std::string>& w
     text_ += name;
     text_ += ' ';
     for (std::size_t i = 0; i < words.size(); ++i)
-        text_ += (i ? "\t" : "") + escaped(words[i]);
+        text_.append(i ? "\t" : "").append(escaped(words[i]));
     text_ += '\n';
 }
 

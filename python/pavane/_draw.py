@@ -4,13 +4,17 @@ from __future__ import annotations
 import builtins
 import math
 import os
-from collections.abc import Mapping, Sequence
-from typing import TYPE_CHECKING, Any
+from collections.abc import Mapping
 
 from . import _core
 from ._figure import Figure, _checked_size
 
+# the module typing takes an interpreter as long as half a figure
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from collections.abc import Sequence
+    from typing import Any
+
     import numpy.typing as npt
 
 PICKLE_FORMAT = 1

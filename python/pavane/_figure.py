@@ -3,11 +3,14 @@ from __future__ import annotations
 
 import os
 import warnings
-from typing import TYPE_CHECKING, Any, BinaryIO
 
 from . import _core
 
+# the module typing takes an interpreter as long as half a figure
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, BinaryIO
+
     import numpy as np
     import numpy.typing as npt
 

@@ -1,33 +1,38 @@
 """Many maps by several processes."""
 from __future__ import annotations
 
-import builtins
 import os
-import pickle
-import queue
-import struct
-import subprocess
 import sys
-import threading
 import warnings
-from collections.abc import Callable, Iterable, Sequence
-from typing import Any, NamedTuple
 
 from . import _core
 from ._draw import draw
 
+# what an interpreter needs 10 ms and more for is imported where it is used
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from collections.abc import Callable, Iterable, Iterator, Sequence
+    from typing import Any
 
-class Drawn(NamedTuple):
-    """What became of one map of `draw_many`.
+
+class Drawn:
+    """What became of one map of `draw_many`: its `source`, the `path` of its file, and the `error`
+    that it failed with, None when it is there.
 
     >>> drawn = draw_many(["jet.fits"], "figures")
     >>> drawn[0].error is None
     True
     """
 
-    source: Any
-    path: str
-    error: Exception | None
+    __slots__ = ("source", "path", "error")
+
+    def __init__(self, source: Any, path: str, error: Exception | None) -> None:
+        self.source = source
+        self.path = path
+        self.error = error
+
+    def __repr__(self) -> str:
+        return f"<pavane.Drawn {self.path}: {self.error or 'done'}>"
 
 
 def draw_many(
@@ -105,7 +110,7 @@ def _names(sources: list[Any], names: Sequence[str] | None) -> list[str]:
     return result
 
 
-def _told(jobs: list[tuple[Any, str]], progress: Callable[[int, int], object] | None) -> Any:
+def _told(jobs: list[tuple[Any, str]], progress: Callable[[int, int], object] | None) -> Iterator[tuple[Any, str]]:
     for i, job in enumerate(jobs):
         yield job
         if progress:
@@ -124,6 +129,8 @@ class _Worker:
     """A process that draws what it is sent. Nothing of the caller's program runs in it."""
 
     def __init__(self) -> None:
+        import subprocess
+
         place = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
         paths = [place, *filter(None, os.environ.get("PYTHONPATH", "").split(os.pathsep))]
         self._process = subprocess.Popen(
@@ -136,6 +143,8 @@ class _Worker:
     def draw(self, job: bytes) -> Exception | None:
         assert self._process.stdin and self._process.stdout
         _send(self._process.stdin, job)
+        import pickle
+
         answer = _receive(self._process.stdout)
         if answer is None:
             raise EOFError
@@ -155,7 +164,7 @@ class _Worker:
 
 
 def _send(stream: Any, data: bytes) -> None:
-    stream.write(struct.pack("<Q", len(data)))
+    stream.write(len(data).to_bytes(8, "little"))
     stream.write(data)
     stream.flush()
 
@@ -164,13 +173,14 @@ def _receive(stream: Any) -> bytes | None:
     head = stream.read(8)
     if len(head) < 8:
         return None
-    (length,) = struct.unpack("<Q", head)
+    length = int.from_bytes(head, "little")
     data: bytes = stream.read(length)
     return data if len(data) == length else None
 
 
 def _serve() -> None:
     """What a worker does: reads jobs from standard input until it ends."""
+    import pickle
     import signal
 
     signal.signal(signal.SIGINT, signal.SIG_IGN)  # the caller ends its workers
@@ -196,12 +206,16 @@ def _by_workers(
     workers: int,
     progress: Callable[[int, int], object] | None,
 ) -> list[Exception | None]:
+    import pickle
+    import queue
+    import threading
+
     errors: list[Exception | None] = [None] * len(jobs)
     waiting: queue.SimpleQueue[int] = queue.SimpleQueue()
     done: queue.SimpleQueue[int | None] = queue.SimpleQueue()
     running: set[_Worker] = set()
     given_up = threading.Event()
-    for i in builtins.range(len(jobs)):
+    for i in range(len(jobs)):
         waiting.put(i)
 
     def serve() -> None:
@@ -233,11 +247,11 @@ def _by_workers(
             worker.end(kill=given_up.is_set())
             running.discard(worker)
 
-    threads = [threading.Thread(target=serve, daemon=True) for _ in builtins.range(workers)]
+    threads = [threading.Thread(target=serve, daemon=True) for _ in range(workers)]
     for thread in threads:
         thread.start()
     try:
-        for i in builtins.range(len(jobs)):
+        for i in range(len(jobs)):
             while True:
                 try:
                     done.get(timeout=0.1)

@@ -3,13 +3,16 @@ from __future__ import annotations
 
 import math
 import warnings
-from typing import TYPE_CHECKING, Any
 
 from . import _core
 from ._draw import _rgb, _text
 from ._figure import Figure, _checked_size
 
+# the module typing takes an interpreter as long as half a figure
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any
+
     import numpy as np
     import numpy.typing as npt
 

@@ -25,17 +25,20 @@ namespace
 constexpr int screenDpi = 96;
 constexpr int unitsPerPixel = 12;
 constexpr int mostRatio = 8;
-constexpr std::chrono::milliseconds betweenLooks{100};
+constexpr std::chrono::milliseconds betweenLooks{50};
 constexpr const char* noMemory = "there is no memory for a picture of this size";
 
 }  // namespace
 
-void DrawingLock::take()
+void DrawingLock::take(const StopFlag& stop)
 {
-    while (!mutex_.try_lock_for(betweenLooks))
+    while (!mutex_.try_lock_for(betweenLooks)) {
+        if (stop.isStopped())
+            throw std::runtime_error("the drawing was given up");
         if (const int holder = process_.load(); holder && holder != getpid())
             throw std::runtime_error("this process was forked while another thread drew this "
                                      "figure: fork before drawing, or use spawn");
+    }
     process_ = getpid();
 }
 
@@ -88,7 +91,7 @@ std::shared_ptr<const CPicture> Drawing::picture(int ratio, PictureGround ground
     std::shared_ptr<const CPicture> result;
     CString error;
     runFree([&](Interrupts& interrupts) {
-        const DrawingLock::Hold hold(lock_);
+        const DrawingLock::Hold hold(lock_, interrupts.flag());
         result = drawn(ratio, ground, interrupts.flag(), error);
     });
     if (result)
@@ -105,7 +108,7 @@ void Drawing::makePage(const std::string& format, PictureGround ground, const Cl
     CString error;
     int isStarted = 0;
     runFree([&](Interrupts& interrupts) {
-        const DrawingLock::Hold hold(lock_);
+        const DrawingLock::Hold hold(lock_, interrupts.flag());
         const RunningPlatform platform;
         error = platform.fault();
         isStarted = error.empty();
@@ -162,8 +165,8 @@ py::bytes Drawing::bytes(const std::string& format, int ratio, bool isTransparen
 void Drawing::toPixels(double* x, double* y, std::size_t count)
 {
     check();
-    runFree([&](Interrupts&) {
-        const DrawingLock::Hold hold(lock_);
+    runFree([&](Interrupts& interrupts) {
+        const DrawingLock::Hold hold(lock_, interrupts.flag());
         const RunningPlatform platform;
         if (!platform.fault().empty())
             throw std::runtime_error(platform.fault());
@@ -180,8 +183,8 @@ void Drawing::toPixels(double* x, double* y, std::size_t count)
 void Drawing::toValues(double* x, double* y, std::size_t count)
 {
     check();
-    runFree([&](Interrupts&) {
-        const DrawingLock::Hold hold(lock_);
+    runFree([&](Interrupts& interrupts) {
+        const DrawingLock::Hold hold(lock_, interrupts.flag());
         const RunningPlatform platform;
         if (!platform.fault().empty())
             throw std::runtime_error(platform.fault());

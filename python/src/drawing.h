@@ -26,7 +26,8 @@ public:
     class Hold
     {
     public:
-        explicit Hold(DrawingLock& lock) : lock_(lock) { lock_.take(); }
+        /// Throws when `stop` comes up before the lock is free.
+        Hold(DrawingLock& lock, const StopFlag& stop) : lock_(lock) { lock_.take(stop); }
         Hold(const Hold&) = delete;
         Hold& operator=(const Hold&) = delete;
         ~Hold() { lock_.drop(); }
@@ -36,7 +37,7 @@ public:
     };
 
 private:
-    void take();
+    void take(const StopFlag& stop);
     void drop();
 
     std::timed_mutex mutex_;

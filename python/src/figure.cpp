@@ -74,9 +74,10 @@ public:
     /// After cells have changed in place.
     void refresh()
     {
-        map_->refresh();
-        runFree([&](Interrupts&) {
-            const DrawingLock::Hold hold(lock_);
+        const MapContent found = map_->described();
+        runFree([&](Interrupts& interrupts) {
+            const DrawingLock::Hold hold(lock_, interrupts.flag());
+            map_->take(found);
             setUp();
             forget();
         });
@@ -84,11 +85,14 @@ public:
     std::vector<CString> notes() override
     {
         std::vector<CString> notes;
-        for (const CString& note : {noiseNoteOf(wish_.look.levels, map_->content()),
-                                    levelNoteOf(wish_.look.levels, map_->content()),
-                                    CString(picture_->graph().contours().leftOutText())})
-            if (!note.empty())
-                notes.push_back(note);
+        runFree([&](Interrupts& interrupts) {
+            const DrawingLock::Hold hold(lock_, interrupts.flag());
+            for (const CString& note : {noiseNoteOf(wish_.look.levels, map_->content()),
+                                        levelNoteOf(wish_.look.levels, map_->content()),
+                                        CString(picture_->graph().contours().leftOutText())})
+                if (!note.empty())
+                    notes.push_back(note);
+        });
         return notes;
     }
     /// Positions in degrees, or values of the axes where the map is not on the sky or with
@@ -97,12 +101,12 @@ public:
     {
         SkyCoordinates sky;
         useSky(sky);
-        const ALevelsColorGraph& graph = picture_->graph();
+        const MapFrame& frame = map_->content().frame;
         for (std::size_t i = 0; i < count; ++i) {
             double column = std::nan(""), row = std::nan("");
             (void)sky.toPixel(x[i], y[i], column, row);
-            x[i] = graph.MPXtoRPX(column);
-            y[i] = graph.MPYtoRPY(row);
+            x[i] = frame.xFirst + frame.xStep * column;
+            y[i] = frame.yFirst + frame.yStep * row;
         }
         toPixels(x, y, count);
     }
@@ -111,10 +115,11 @@ public:
         SkyCoordinates sky;
         useSky(sky);
         toValues(x, y, count);
-        const ALevelsColorGraph& graph = picture_->graph();
+        const MapFrame& frame = map_->content().frame;
         for (std::size_t i = 0; i < count; ++i) {
             double longitude = std::nan(""), latitude = std::nan("");
-            (void)sky.toSky(graph.RPXtoMPX(x[i]), graph.RPYtoMPY(y[i]), longitude, latitude);
+            (void)sky.toSky((x[i] - frame.xFirst) / frame.xStep,
+                            (y[i] - frame.yFirst) / frame.yStep, longitude, latitude);
             x[i] = longitude;
             y[i] = latitude;
         }

@@ -28,7 +28,10 @@ Map::Map(const CString& file, int plane)
 Map::Map(std::unique_ptr<CellsOf> cells, const MapHeader& header) : array_(std::move(cells))
 {
     content_.map.header = header;
-    describe();
+    const MapContent found = described();
+    content_.map.header = found.map.header;
+    content_.frame = found.frame;
+    take(found);
 }
 
 const AMatrixAccess& Map::cells() const
@@ -36,7 +39,7 @@ const AMatrixAccess& Map::cells() const
     return array_ ? array_->access() : static_cast<const AMatrixAccess&>(*read_);
 }
 
-void Map::describe()
+MapContent Map::described() const
 {
     check();
     MapContent found;
@@ -45,13 +48,14 @@ void Map::describe()
         (void)describeCells(cells(), content_.map.header, found, error,
                             progressOf(&interrupts.flag()));
     });
-    content_.map.header = found.map.header;
-    content_.frame = found.frame;
+    return found;
+}
+
+void Map::take(const MapContent& found)
+{
     content_.range = found.range;
     content_.noise = found.noise;
 }
-
-void Map::refresh() { describe(); }
 
 py::object Map::array(const std::shared_ptr<Map>& self)
 {
@@ -115,8 +119,7 @@ void bindMap(py::module_& m)
         .def_property_readonly("columns", [](const Map& map) { return map.cells().columns(); })
         .def_property_readonly("array", &Map::array)
         .def_property_readonly(
-            "mask", [](const Map& map) { return map.given() ? map.given()->mask() : py::none(); })
-        .def("refresh", &Map::refresh);
+            "mask", [](const Map& map) { return map.given() ? map.given()->mask() : py::none(); });
 }
 
 }  // namespace pavane::python

@@ -22,8 +22,10 @@ public:
 
     const MapContent& content() const { return content_; }
     const AMatrixAccess& cells() const;
-    /// Finds range and noise anew after cells have changed. With the interpreter's lock.
-    void refresh();
+    /// Finds range and noise of the cells as they are now. With the interpreter's lock.
+    MapContent described() const;
+    /// Takes them, when nobody draws the map.
+    void take(const MapContent& found);
     /// Throws ValueError when an array is not where it was. With the interpreter's lock.
     void check() const
     {
@@ -39,8 +41,6 @@ public:
     const CellsOf* given() const { return array_.get(); }
 
 private:
-    void describe();
-
     MapContent content_;
     std::unique_ptr<CellsOf> array_;
     std::unique_ptr<AFloatMatrixAccess> read_;

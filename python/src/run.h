@@ -2,6 +2,7 @@
 
 #include "tessel/StopFlag.h"
 
+#include <exception>
 #include <memory>
 #include <pybind11/pybind11.h>
 
@@ -35,11 +36,18 @@ template <typename Work>
 void runFree(Work&& work)
 {
     Interrupts interrupts;
+    std::exception_ptr fault;
     {
         const pybind11::gil_scoped_release release;
-        work(interrupts);
+        try {
+            work(interrupts);
+        } catch (...) {
+            fault = std::current_exception();
+        }
     }
     interrupts.rethrow();
+    if (fault)
+        std::rethrow_exception(fault);
     tellMessages();
 }
 

@@ -41,6 +41,9 @@ class Many(unittest.TestCase):
     def test_one_figure_in_many_threads(self):
         fig = pavane.draw(cells(9))
         with concurrent.futures.ThreadPoolExecutor(4) as pool:
+            for answer in [pool.submit((fig.refresh, fig.to_bytes, fig._drawing.notes)[k % 3]) for k in range(24)]:
+                answer.result()
+        with concurrent.futures.ThreadPoolExecutor(4) as pool:
             whole = list(pool.map(lambda k: fig.to_bytes(("png", "svg")[k % 2]), range(8)))
         self.assertEqual(len(set(whole)), 2)
 

@@ -198,7 +198,7 @@ void AAreaSetsDlg::readFile()
     const CString stem = stemOf(file);
     CString name = stem;
     for (int number = 2; edited_.find(name) >= 0; ++number) {
-        const CString tail = " " + std::to_string(number);
+        const CString tail = CString(" ").append(std::to_string(number));
         name = stem.substr(0, AAreaSets::longestName - tail.size()) + tail;
     }
     CString fault;
