@@ -3,6 +3,7 @@ import io
 import gc
 import os
 import pickle
+import re
 import subprocess
 import tempfile
 import unittest
@@ -22,6 +23,11 @@ def cells(rows=48, columns=40):
     y, x = np.mgrid[:rows, :columns]
     noise = np.random.default_rng(7).normal(scale=0.002, size=(rows, columns))
     return (np.exp(-((x - 20) ** 2 + (y - 25) ** 2) / 20) + noise).astype(np.float32)
+
+
+def dateless(whole):
+    """The bytes of a file without the second that a page was made in."""
+    return re.sub(rb"\(D:\d+Z\)", b"", whole)
 
 
 class AsTheProgram(unittest.TestCase):
@@ -51,8 +57,9 @@ class AsTheProgram(unittest.TestCase):
                                        check=True, stderr=subprocess.DEVNULL)
                         fig = pavane.draw(file, **look)
                         fig.save(mine)
-                        self.assertEqual(mine.read_bytes(), theirs.read_bytes(), (file, options, ending))
-                        self.assertEqual(fig.to_bytes(ending), theirs.read_bytes())
+                        wanted = dateless(theirs.read_bytes())
+                        self.assertEqual(dateless(mine.read_bytes()), wanted, (file, options, ending))
+                        self.assertEqual(dateless(fig.to_bytes(ending)), wanted)
 
     def test_a_file_and_its_cells_give_the_same(self):
         with tempfile.TemporaryDirectory() as folder:
