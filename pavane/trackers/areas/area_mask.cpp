@@ -30,7 +30,7 @@ void fillShape(ABitMatrix& mask, const AreaShape& shape, MaskRule rule, const St
     AArray<CPoint> cells;
     int overflow = 0;  // for those who use the customary fillers alone
     if (!cellsOf(shape, cells) || !fillPolygon(mask, cells.lpArray(), cells.count(),
-                                               std::numeric_limits<int>::max(), overflow))
+                                               std::numeric_limits<int>::max(), overflow, stop))
         throw std::bad_alloc();
 }
 

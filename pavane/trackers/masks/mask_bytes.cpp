@@ -28,6 +28,31 @@ constexpr std::array<std::uint64_t, 256> bytesOfBits()
 
 constexpr std::array<std::uint64_t, 256> spread = bytesOfBits();
 
+/// A bit for each of eight bytes that is not 0, the first in memory in the lowest.
+unsigned bitsOfBytes(const unsigned char* from)
+{
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, from, sizeof bytes);
+    constexpr std::uint64_t low = 0x7f7f7f7f7f7f7f7f, ones = 0x0101010101010101;
+    const std::uint64_t set = ((((bytes & low) + low) | bytes) >> 7) & ones;
+    // adds up, in the highest byte, each one at its place
+    return static_cast<unsigned>(set * 0x0102040810204080 >> 56);
+}
+
+/// The bits of `count` cells, at most a word.
+Word packWord(const unsigned char* from, std::int64_t step, int count)
+{
+    Word word = 0;
+    if (std::endian::native == std::endian::little && step == 1 && count == bits) {
+        for (int i = 0; i < bits; i += 8)
+            word |= Word{bitsOfBytes(from + i)} << i;
+        return word;
+    }
+    for (int i = 0; i < count; ++i)
+        word |= Word{from[i * step] != 0} << i;
+    return word;
+}
+
 void unpackWord(Word word, unsigned char* to)
 {
     if (word == 0 || word == ~Word{0}) {  // most words of most masks
@@ -59,15 +84,10 @@ void packMask(const unsigned char* first, std::int64_t rowBytes, std::int64_t co
               ABitMatrix& mask)
 {
     for (int r = 0; r < mask.rows(); ++r) {
-        const unsigned char* at = first + r * rowBytes;
-        for (int c = 0; c < mask.columns(); c += bits) {
-            Word word = 0;
-            const int some = std::min(bits, mask.columns() - c);
-            for (int i = 0; i < some; ++i)
-                word |= Word{at[i * columnBytes] != 0} << i;
-            mask.row(r)[c / bits] = word;
-            at += some * columnBytes;
-        }
+        const unsigned char* const row = first + r * rowBytes;
+        for (int c = 0; c < mask.columns(); c += bits)
+            mask.row(r)[c / bits] =
+                packWord(row + c * columnBytes, columnBytes, std::min(bits, mask.columns() - c));
     }
 }
 

@@ -27,8 +27,8 @@ constexpr int rowsPerCorner = 8;
 class AreaScan
 {
 public:
-    AreaScan(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity)
-        : mask_(mask), points_(points), n_(n), capacity_(rowCapacity)
+    AreaScan(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity, const StopFlag* stop)
+        : mask_(mask), points_(points), n_(n), capacity_(rowCapacity), stop_(stop)
     {
     }
 
@@ -49,7 +49,7 @@ private:
     /// Runs of rows that the same edges cross.
     int fillRunByRun()
     {
-        for (int row = nextStart(top_, bottom_); row <= bottom_;) {
+        for (int row = nextStart(top_, bottom_); row <= bottom_ && !isStopped(stop_);) {
             if (!takeEdges(row))
                 return 0;
             const int last = nextStart(row + 1, firstEnd()) - 1;
@@ -63,7 +63,7 @@ private:
 
     int fillRowByRow()
     {
-        for (int row = top_; row <= bottom_; ++row) {
+        for (int row = top_; row <= bottom_ && !isStopped(stop_); ++row) {
             if (!takeEdges(row))
                 return 0;
             const LooseCrossings::Row& loose =
@@ -276,7 +276,7 @@ private:
         }
         if (!makeRoom(crossings))
             return 0;
-        for (int r = row; r <= last; ++r) {
+        for (int r = row; r <= last && !isStopped(stop_); ++r) {
             takeCrossings(crossings_.data());
             fillCrossings(r, crossings);
         }
@@ -335,6 +335,7 @@ private:
     const CPoint* points_;
     int n_;
     int capacity_;
+    const StopFlag* stop_;
     int overflow_ = 0;
     int top_ = 0;
     int bottom_ = -1;
@@ -356,9 +357,15 @@ private:
 
 int fillPolygon(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity, int& overflow)
 {
+    return fillPolygon(mask, points, n, rowCapacity, overflow, nullptr);
+}
+
+int fillPolygon(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity, int& overflow,
+                const StopFlag* stop)
+{
     if (n < 1 || !points || mask.rows() < 1)
         return 1;
-    AreaScan scan(mask, points, n, rowCapacity);
+    AreaScan scan(mask, points, n, rowCapacity, stop);
     const int result = scan.fill();
     if (scan.overflow())
         overflow = 1;

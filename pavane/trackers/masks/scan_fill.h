@@ -3,6 +3,7 @@
 #include "platform/api.h"
 #include "platform/geometry.h"
 #include "tessel/ABitMatrix.h"
+#include "tessel/StopFlag.h"
 
 namespace pavane
 {
@@ -20,5 +21,8 @@ namespace pavane
 /// rows of the mask. Returns 0 when there is no memory: the polygon may be filled in part.
 PAVANE_API int fillPolygon(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity,
                            int& overflow);
+/// The same for whoever may lose patience: a stop leaves the rest of the rows as they are.
+PAVANE_API int fillPolygon(ABitMatrix& mask, const CPoint* points, int n, int rowCapacity,
+                           int& overflow, const StopFlag* stop);
 
 }  // namespace pavane
