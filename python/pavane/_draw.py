@@ -277,9 +277,9 @@ def _palette(palette: Any) -> str | list[int]:
 
 def _outlines(areas: Any, content: _core.Map) -> Any:
     if isinstance(areas, (str, os.PathLike)):
-        import importlib
+        from ._areas import Areas
 
-        areas = importlib.import_module("._areas", __package__).Areas.read(areas, map=content)
+        areas = Areas.read(areas, map=content)
     try:
         outlines = areas._outlines_on
     except AttributeError:
