@@ -89,9 +89,24 @@ void limitTime(const FitsImage& image)
     (void)setrlimit(RLIMIT_CPU, &time);
 }
 
+/// Leaves `out` and the standard streams open. Pipes of other readers, which this process has only
+/// because it is a copy, would stay open after their own process has died.
+int keepOnly(int out)
+{
+    constexpr int kept = STDERR_FILENO + 1;
+    if (out != kept && dup2(out, kept) < 0)
+        return out;
+    if (close_range(kept + 1, ~0U, 0) != 0)
+        for (int other = kept + 1; other < sysconf(_SC_OPEN_MAX); ++other)
+            (void)close(other);
+    return kept;
+}
+
 /// A death here is nobody's business: default signals, no messages, no core, nothing without end.
+/// A key that stops the host stops it alone: it ends this process when it has done with it.
 void becomeQuiet(const FitsImage& image)
 {
+    (void)std::signal(SIGINT, SIG_IGN);
     for (const int deadly :
          {SIGSEGV, SIGBUS, SIGFPE, SIGABRT, SIGILL, SIGPIPE, SIGXCPU, SIGPROF, SIGALRM})
         (void)std::signal(deadly, SIG_DFL);
@@ -201,20 +216,27 @@ int PackedReader::start(std::string& error)
         return 0;
     }
     int ends[2] = {-1, -1};
-    process_ = pipe2(ends, O_CLOEXEC) == 0 ? fork() : -1;
+    // What the child needs of this process is usable in it whatever other threads do: malloc and
+    // stdio by the C library, CFITSIO by cfitsio(). It starts no thread, loads nothing, throws
+    // nothing that it could catch, and ends by itself should it ever wait.
+    const int hasPipe = pipe2(ends, O_CLOEXEC) == 0;
+    process_ = hasPipe ? fork() : -1;
+    const int fault = errno;
     if (process_ == 0) {
-        (void)close(ends[0]);
+        const int out = keepOnly(ends[1]);
         becomeQuiet(image_);
         int status = 0;
         fitsfile* const file = openImage(library, name_, image_, status);
         if (isScaled_)
             library.setScale(file, scale_, zero_, &status);
         if (!status)
-            sendRows(library, file, image_, plane_, ends[1]);
+            sendRows(library, file, image_, plane_, out);
         _exit(0);
     }
     if (process_ < 0)
-        error = std::string("cannot be unpacked: ") + std::strerror(errno);
+        error = std::string(hasPipe ? "cannot be unpacked, for that needs a process of its own: "
+                                    : "cannot be unpacked: ") +
+                std::strerror(fault);
     if (ends[1] >= 0)
         (void)close(ends[1]);
     pipe_ = ends[0];

@@ -1,6 +1,7 @@
 #include "tessel/cfitsio.h"
 
 #include <dlfcn.h>
+#include <pthread.h>
 
 namespace pavane
 {
@@ -13,6 +14,44 @@ int find(void* library, const char* name, Function*& function)
 {
     function = reinterpret_cast<Function*>(dlsym(library, name));
     return function != nullptr;
+}
+
+/// What several threads wait for inside of CFITSIO: around everything, and while that lock is made.
+pthread_mutex_t* innerLocks[2] = {};
+
+void lockInner()
+{
+    for (pthread_mutex_t* const each : innerLocks)
+        (void)pthread_mutex_lock(each);
+}
+
+void unlockInner()
+{
+    for (pthread_mutex_t* const each : innerLocks)
+        (void)pthread_mutex_unlock(each);
+}
+
+/// The one thread of a copy has another number than the one that locked, so it cannot unlock.
+void renewInner()
+{
+    pthread_mutexattr_t again;
+    (void)pthread_mutexattr_init(&again);
+    (void)pthread_mutexattr_settype(&again, PTHREAD_MUTEX_RECURSIVE);
+    for (pthread_mutex_t* const each : innerLocks)
+        (void)pthread_mutex_init(each, &again);
+    (void)pthread_mutexattr_destroy(&again);
+}
+
+/// A library made for one thread has no locks, and none are needed then.
+void guardForks(void* library)
+{
+    void (*start)() = nullptr;
+    innerLocks[0] = static_cast<pthread_mutex_t*>(dlsym(library, "Fitsio_Lock"));
+    innerLocks[1] = static_cast<pthread_mutex_t*>(dlsym(library, "Fitsio_InitLock"));
+    if (!innerLocks[0] || !innerLocks[1] || !find(library, "fitsio_init_lock", start))
+        return;
+    start();
+    (void)pthread_atfork(lockInner, unlockInner, renewInner);
 }
 
 struct Loaded {
@@ -34,7 +73,9 @@ struct Loaded {
             find(library, "ffpcls", f.writeTexts) && find(library, "ffghadll", f.placeOfHdu) &&
             find(library, "ffflus", f.flush) && find(library, "ffclos", f.close) &&
             find(library, "ffgerr", f.statusText);
-        if (!f.isLoaded) {
+        if (f.isLoaded) {
+            guardForks(library);
+        } else {
             const char* const why = dlerror();
             error = why ? why : PAVANE_CFITSIO " lacks a function";
         }

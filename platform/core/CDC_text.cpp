@@ -42,7 +42,7 @@ void tellOfNoFonts()
 {
     static std::atomic<bool> isTold = false;
     if (!isTold.exchange(true))
-        std::fprintf(stderr, "pavane: %s\n", noPlatformText);
+        std::fprintf(stderr, "pavane: %s\n", noPlatformText());
 }
 
 bool isInside(const TextLayout& layout, const CRect& rect, int lineHeight)

@@ -49,7 +49,7 @@ int CPicture::CanDrawText(CString* why)
 {
     const int can = graphicsHook() != nullptr;
     if (why)
-        *why = can ? "" : noPlatformText;
+        *why = can ? "" : noPlatformText();
     return can;
 }
 

@@ -1,6 +1,8 @@
 #include "platform/core/DeviceBackend.h"
 
-#include <utility>
+#include "posix/ForkGate.h"
+
+#include <atomic>
 
 namespace pavane
 {
@@ -8,7 +10,7 @@ namespace pavane
 namespace
 {
 
-GraphicsHook* installedHook = nullptr;
+std::atomic<GraphicsHook*> installedHook = nullptr;
 
 }  // namespace
 
@@ -18,7 +20,18 @@ TextFace::~TextFace() = default;
 GraphicsHook::~GraphicsHook() = default;
 DeviceBackend::~DeviceBackend() = default;
 
-GraphicsHook* setGraphicsHook(GraphicsHook* hook) { return std::exchange(installedHook, hook); }
-GraphicsHook* graphicsHook() { return installedHook; }
+GraphicsHook* setGraphicsHook(GraphicsHook* hook) { return installedHook.exchange(hook); }
+GraphicsHook* graphicsHook()
+{
+    return isForkedMidWork() ? nullptr : installedHook.load(std::memory_order_acquire);
+}
+
+const char* noPlatformText()
+{
+    return isForkedMidWork()
+               ? forkedText
+               : "Text is left out of pictures made before InitPlatform: there are no "
+                 "fonts yet";
+}
 
 }  // namespace pavane

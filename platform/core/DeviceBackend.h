@@ -151,10 +151,13 @@ public:
 /// Installs the hook (null removes it) and returns the one before. Without one glyphs are left out
 /// and widths are estimated.
 PAVANE_API GraphicsHook* setGraphicsHook(GraphicsHook* hook);
+/// Null as well in a process that was forked while another thread drew.
 GraphicsHook* graphicsHook();
 /// What whoever draws text without a hook is told.
-inline constexpr char noPlatformText[] =
-    "Text is left out of pictures made before InitPlatform: there are no fonts yet";
+const char* noPlatformText();
+inline constexpr char forkedText[] = "This process was forked while another thread drew, so it has "
+                                     "no fonts: fork before drawing, or "
+                                     "start processes by spawn";
 
 /// What a device context draws on: pixels, or vectors.
 class PAVANE_API DeviceBackend

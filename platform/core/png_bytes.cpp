@@ -203,7 +203,8 @@ int PNGBytes(const CPicture& picture, std::vector<unsigned char>& bytes, CString
              PngSpeed speed, const StopFlag* stop)
 {
     if (picture.width() < 1) {
-        error = "There is no picture to write";
+        error = "The picture is empty: there was no memory for it, or its size is not 1 to 32768 a "
+                "side";
         return 0;
     }
     Bytes made;

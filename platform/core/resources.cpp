@@ -1,5 +1,9 @@
 #include "platform/resources.h"
 
+#include "posix/ForkGate.h"
+
+#include <mutex>
+#include <shared_mutex>
 #include <vector>
 
 namespace pavane
@@ -7,6 +11,9 @@ namespace pavane
 
 namespace
 {
+
+/// Of the modules, which hosts add to; their tables never change.
+std::shared_mutex moduleLock;
 
 std::vector<ResourceModule>& modules()
 {
@@ -20,6 +27,8 @@ template <class Template>
 const Template* find(const Template* ResourceModule::*table, int ResourceModule::*count,
                      unsigned id)
 {
+    const ForkGate gate;
+    const std::shared_lock reading(moduleLock);
     for (auto module = modules().rbegin(); module != modules().rend(); ++module)
         for (int i = 0; i < (*module).*count; ++i)
             if (((*module).*table)[i].id == id)
@@ -37,6 +46,8 @@ bool same(const ResourceModule& a, const ResourceModule& b)
 
 void AddResourceModule(const ResourceModule& module)
 {
+    const ForkGate gate;
+    const std::unique_lock filling(moduleLock);
     for (const ResourceModule& known : modules())
         if (same(known, module))
             return;

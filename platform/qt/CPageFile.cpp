@@ -5,6 +5,7 @@
 #include "platform/picture.h"
 #include "platform/qt/PainterDevice.h"
 #include "platform/qt/QtGraphics.h"
+#include "posix/ForkGate.h"
 
 #include <algorithm>
 #include <functional>
@@ -70,6 +71,7 @@ CPageFile::CPageFile(Format format, int width, int height, const CString& title,
         data_->svg = std::make_unique<SvgDevice>(size, scale, title);
         device = data_->svg.get();
     } else if (hook) {
+        const ForkGate gate;
         data_->buffer.open(QIODevice::WriteOnly);
         data_->pdf = std::make_unique<QPdfWriter>(&data_->buffer);
         data_->pdf->setPageSize(QPageSize(QSizeF(width * 0.75, height * 0.75), QPageSize::Point,
@@ -93,7 +95,11 @@ CPageFile::~CPageFile() = default;
 
 CDC& CPageFile::dc() { return *data_->dc; }
 
-int CPageFile::NewPage() { return data_->pdf && data_->painter && data_->pdf->newPage(); }
+int CPageFile::NewPage()
+{
+    const ForkGate gate;
+    return data_->pdf && data_->painter && data_->pdf->newPage();
+}
 
 void CPageFile::AskBefore(std::function<int()> goesOn) { data_->page.askBefore(std::move(goesOn)); }
 
@@ -111,6 +117,12 @@ int CPageFile::CloseBytes(std::vector<unsigned char>& bytes, CString& error)
         bytes.assign(text.begin(), text.end());
         return 1;
     }
+    CString why;
+    if (!CPicture::CanDrawText(&why)) {
+        error = "The page could not be drawn: " + why;
+        return 0;
+    }
+    const ForkGate gate;
     if (!data_->painter || !data_->painter->finish()) {
         error = "The page could not be drawn";
         return 0;

@@ -1,6 +1,7 @@
 #include "platform/qt/PainterDevice.h"
 
 #include "platform/core/pixel_rounding.h"
+#include "posix/ForkGate.h"
 #include "posix/StopFlag.h"
 
 #include <algorithm>
@@ -50,6 +51,7 @@ PainterDevice::PainterDevice(const PixelSurface& surface, FontTable& fonts)
              surface.height * surface.ratio, static_cast<qsizetype>(surface.stride) * 4,
              surface.isTransparent ? QImage::Format_ARGB32_Premultiplied : QImage::Format_RGB32)
 {
+    const ForkGate gate;
     alias_.setDevicePixelRatio(surface.ratio);
     painter_.begin(&alias_);
     painter_.setRenderHint(QPainter::Antialiasing);
@@ -72,12 +74,14 @@ PainterDevice::PainterDevice(const PixelSurface& surface, const CRect& target, C
 PainterDevice::PainterDevice(QPaintDevice* page, CSize size, double scale, FontTable& fonts)
     : fonts_(fonts), size_(size), scale_(scale), onPage_(true)
 {
+    const ForkGate gate;
     painter_.begin(page);
     painter_.setRenderHint(QPainter::LosslessImageRendering);
 }
 
 void PainterDevice::setClip(const CRgn::Data* clip)
 {
+    const ForkGate gate;
     isClipped_ = clip != nullptr;
     const CRect whole(0, 0, size_.cx, size_.cy);
     if (!clip)
@@ -196,6 +200,7 @@ void PainterDevice::strokeCurve(const CPointF* points, std::size_t count, const 
 
 void PainterDevice::polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen)
 {
+    const ForkGate gate;
     strokeCurve(points, count, pen);
 }
 
@@ -223,6 +228,7 @@ void PainterDevice::fillPath(const QPainterPath& path, const FillStyle& brush)
 void PainterDevice::polygon(const CPointF* points, std::size_t count, bool winding,
                             const StrokeStyle& pen, const FillStyle& brush)
 {
+    const ForkGate gate;
     QPainterPath path;
     path.setFillRule(winding ? Qt::WindingFill : Qt::OddEvenFill);
     path.addPolygon(qtPoints(clippedPolygon(points, count, reach(pen.width))));
@@ -247,6 +253,7 @@ void PainterDevice::polygon(const CPointF* points, std::size_t count, bool windi
 void PainterDevice::ellipse(CPointF centre, double radiusX, double radiusY, const StrokeStyle& pen,
                             const FillStyle& brush)
 {
+    const ForkGate gate;
     const BoxF box = reach(pen.width);
     if (centre.x + radiusX < box.left || centre.x - radiusX > box.right ||
         centre.y + radiusY < box.top || centre.y - radiusY > box.bottom)
@@ -264,6 +271,7 @@ void PainterDevice::ellipse(CPointF centre, double radiusX, double radiusY, cons
 
 void PainterDevice::fillRect(const CRect& rect, const FillStyle& brush)
 {
+    const ForkGate gate;
     CRect visible;
     if (!visible.IntersectRect(rect, {-1, -1, size_.cx + 1, size_.cy + 1}))
         return;
@@ -274,6 +282,7 @@ void PainterDevice::fillRect(const CRect& rect, const FillStyle& brush)
 
 void PainterDevice::image(const CRect& target, const ImageView& image)
 {
+    const ForkGate gate;
     const QImage view(reinterpret_cast<const uchar*>(image.bits), image.width, image.height,
                       static_cast<qsizetype>(image.width) * 4, QImage::Format_RGB32);
     const QRectF place = isView_ ? onDots(qtRect(target)) : qtRect(target);
@@ -292,6 +301,7 @@ void PainterDevice::image(const CRect& target, const ImageView& image)
 
 void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, std::uint32_t color)
 {
+    const ForkGate gate;
     // far outside there is nothing to see, and painters fail there
     constexpr int farthest = 1 << 20;
     if (std::abs(at.x) > farthest || std::abs(at.y) > farthest)

@@ -2,6 +2,7 @@
 
 #include "platform/core/pixel_rounding.h"
 #include "platform/core/utf8.h"
+#include "posix/ForkGate.h"
 
 #include <algorithm>
 #include <QFontMetricsF>
@@ -136,6 +137,7 @@ const GlyphPicture* QtFace::glyph(char32_t character, int ratio) const
         return nullptr;
     std::atomic<GlyphPictures*>& place = pictures_[static_cast<std::size_t>(ratio)];
     GlyphPictures* set = place.load(std::memory_order_acquire);
+    const ForkGate gate;
     if (!set) {
         auto made = std::make_unique<GlyphPictures>(font(), ascent(), metrics_.tmHeight, ratio);
         if (place.compare_exchange_strong(set, made.get()))
@@ -149,6 +151,7 @@ double QtFace::asciiWidth(unsigned char c) const
 {
     double width = ascii_[c].load(std::memory_order_relaxed);
     if (width < 0) {
+        const ForkGate gate;
         width = QFontMetricsF(font()).horizontalAdvance(QChar(c)) * grow_;
         ascii_[c].store(width, std::memory_order_relaxed);
     }
@@ -157,6 +160,7 @@ double QtFace::asciiWidth(unsigned char c) const
 
 double QtFace::characterWidth(char32_t c) const
 {
+    const ForkGate gate;
     {
         const std::shared_lock reading(lock_);
         const auto known = others_.find(c);
@@ -218,6 +222,7 @@ const QtFontProgram& FontPrograms::of(const QRawFont& font)
 /// The outline of a character that is drawn alone; 0 when it is not, or the font has none.
 unsigned QtFace::pageIndex(char32_t c) const
 {
+    const ForkGate gate;
     {
         const std::shared_lock reading(lock_);
         const auto known = pageIndices_.find(c);
@@ -237,6 +242,7 @@ unsigned QtFace::pageIndex(char32_t c) const
 
 void QtFace::pageGlyphs(std::string_view text, std::vector<PageGlyph>& out) const
 {
+    const ForkGate gate;
     const QtFontProgram* program = program_.load(std::memory_order_acquire);
     if (!program) {
         program = &programs_.of(QRawFont::fromFont(font()));
@@ -275,6 +281,7 @@ void QtFace::shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) co
 
 TextRules QtFace::rules() const
 {
+    const ForkGate gate;
     const QFontMetricsF metrics(font());
     return {metrics.underlinePos() * grow_, -metrics.strikeOutPos() * grow_,
             metrics.lineWidth() * grow_};
@@ -282,6 +289,7 @@ TextRules QtFace::rules() const
 
 CString QtFace::family() const
 {
+    const ForkGate gate;
     const QString found = QRawFont::fromFont(font()).familyName();
     QString names = look_.family;
     if (found != look_.family && !found.isEmpty())
@@ -300,6 +308,7 @@ const QtFace& FontTable::face(const LOGFONT& font, bool onPage)
     const Entry* found = last_.load(std::memory_order_acquire);
     if (found && matches(*found))
         return *found->face;
+    const ForkGate gate;
     const auto known = [&]() -> const Entry* {
         const auto place = std::find_if(entries_.begin(), entries_.end(),
                                         [&](const auto& entry) { return matches(*entry); });

@@ -4,11 +4,13 @@
 #include "platform/qt/platform_choice.h"
 #include "platform/qt/QtGraphics.h"
 #include "platform/qt/WindowPeer.h"
+#include "posix/ForkGate.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <QApplication>
 #include <QPixmapCache>
+#include <QThreadPool>
 
 namespace pavane
 {
@@ -62,6 +64,15 @@ void startAll()
     startMessageBox();
 }
 
+/// The toolkit fills large areas with threads of its own and waits for them; those that it keeps
+/// would not be there in a copy of the process. Tasks of the host's there may take long.
+int endFillingThreads()
+{
+    constexpr int longest = 200;  // milliseconds
+    QThreadPool* const pool = QThreadPool::globalInstance();
+    return !pool || pool->waitForDone(longest);
+}
+
 /// What needs an application object goes before it, also before the host's.
 void letGo()
 {
@@ -70,8 +81,8 @@ void letGo()
     qRemovePostRoutine(letGo);
     stopMessageBox();
     stopWindows();
-    if (graphicsHook() == graphics)
-        setGraphicsHook(nullptr);
+    setForkPreparation(nullptr);
+    (void)setGraphicsHook(nullptr);
     delete graphics;
     graphics = nullptr;
 }
@@ -87,6 +98,10 @@ int InitPlatform(int argc, char** argv, PlatformUse use)
 int InitPlatform(int argc, char** argv, PlatformUse use, CString& why)
 {
     why.clear();
+    if (isForkedMidWork()) {
+        why = forkedText;
+        return 0;
+    }
     if (!graphics && !QCoreApplication::instance()) {
         platformName = choosePlatform(use, why);
         if (platformName.isEmpty())
@@ -113,6 +128,7 @@ int InitPlatform(int argc, char** argv, PlatformUse use, CString& why)
     if (!graphics) {
         graphics = new QtGraphics;
         setGraphicsHook(graphics);
+        setForkPreparation(endFillingThreads);
         qAddPostRoutine(letGo);
         if (use == PlatformUse::windows && ownApplication)
             applyLook();
