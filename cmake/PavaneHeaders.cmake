@@ -412,7 +412,6 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
     pavane/history/ViewHistory.h
-    pavane/images/palette_followers.h
     pavane/resources/freq_commands.h
     pavane/resources/mark_commands.h
     pavane/resources/table_commands.h
@@ -435,6 +434,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/collections/PressOptions.h
     pavane/trackers/collections/TrackerArrayOf.h
     pavane/trackers/collections/ZoomSteps.h
+    pavane/trackers/OutlineLook.h
     pavane/trackers/planes.h
     pavane/trackers/PolygonTrackerOf.h
     pavane/trackers/RectTrackerOf.h

@@ -2,6 +2,8 @@
 
 #include "platform/types.h"
 
+#include <functional>
+
 namespace pavane
 {
 
@@ -16,10 +18,37 @@ using MessageFunction = int (*)(const CString& text, unsigned type);
 
 /// Replaces the function that shows messages; null brings the first one back: a box in front of the
 /// active window when the platform was started for windows, else a line to standard error, answered
-/// with IDOK. Returns the function in force before.
+/// with IDOK. Returns the function in force before. A thread without windows gets the line too.
+///
+/// Objects that pictures are made of keep the function that was in force when they were made
+/// (MessageReceiver).
 PAVANE_API MessageFunction SetMessageFunction(MessageFunction function);
+/// The function in force.
+PAVANE_API MessageFunction GetMessageFunction();
 
 /// Everything that a user must know goes through here.
 PAVANE_API int AfxMessageBox(const CString& text, unsigned type = MB_OK);
+
+/// Who hears what an object has to say: the function in force when the object was made, or another
+/// that a host gives it. A copy tells the same.
+class PAVANE_API MessageReceiver
+{
+public:
+    using Function = std::function<int(const CString& text, unsigned type)>;
+    MessageReceiver() : module_(GetMessageFunction()) {}
+    /// An empty function: that of the module as it is now.
+    explicit MessageReceiver(Function function)
+        : module_(GetMessageFunction()), own_(std::move(function))
+    {
+    }
+    /// Takes over what SetMessageFunction has set since, unless the host gave a function.
+    void takeModules() { module_ = GetMessageFunction(); }
+    /// Tells the text; the receiver's answer (IDOK ...).
+    int tell(const CString& text, unsigned type = MB_OK) const;
+
+private:
+    MessageFunction module_;
+    Function own_;
+};
 
 }  // namespace pavane

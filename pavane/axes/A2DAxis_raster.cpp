@@ -4,7 +4,6 @@
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/images/ADIBase.h"
 #include "pavane/resources/axis_messages.h"
-#include "platform/message.h"
 #include "tessel/AFile.h"
 #include "tessel/paths.h"
 
@@ -21,12 +20,12 @@ ADIBase* A2DAxis::loadRaster(const CRect& rect)
         return nullptr;
     AFile file;
     if (!file.open(tempFileName_, AFile::readOnly)) {
-        AfxMessageBox(loadRasterFailed);
+        messages_.tell(loadRasterFailed);
         return nullptr;
     }
-    std::unique_ptr<ADIBase> raster(new (std::nothrow) ADIBase(file));
+    std::unique_ptr<ADIBase> raster(new (std::nothrow) ADIBase(file, messages_));
     if (!raster || !raster->lpArray()) {
-        AfxMessageBox(loadRasterFailed);
+        messages_.tell(loadRasterFailed);
         return nullptr;
     }
     return raster->rect() == rect ? raster.release() : nullptr;
@@ -75,7 +74,7 @@ void A2DAxis::storeRaster()
         if (tempFileName_.empty())
             return;
         if (IsFileExists(tempFileName_)) {
-            AfxMessageBox(overwritesFile + tempFileName_);
+            messages_.tell(overwritesFile + tempFileName_);
             tempFileName_ += "$";
         }
     } else {

@@ -5,7 +5,6 @@
 #include "pavane/axes/ranges/ticks.h"
 #include "pavane/axes/ranges/time_ticks.h"
 #include "pavane/images/ADIBase.h"
-#include "pavane/images/palettes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -81,6 +80,7 @@ ABAxis& ABAxis::operator=(const ABAxis& other)
 ABAxis::~ABAxis()
 {
     letGoOfSharedGraphs();
+    DeletePalette(colorPalette_);
     delete dib_;
     if (!tempFileName_.empty())
         std::remove(tempFileName_.c_str());
@@ -109,7 +109,14 @@ void ABAxis::copyFrom(const ABAxis& other)
     xIntervals_ = other.xIntervals_;
     yIntervals_ = other.yIntervals_;
     dib_ = other.dib_ ? new (std::nothrow) ADIBase(*other.dib_) : nullptr;
+    parts_ = other.parts_;
+    hasOwnParts_ = other.hasOwnParts_;
+    colors_ = other.colors_;
+    hasOwnColors_ = other.hasOwnColors_;
+    messages_ = other.messages_;
     palette_ = other.palette_;
+    if (other.hasPaletteOfColors())
+        makePalette();
     tempFileName_.clear();
     logXMin_ = other.logXMin_;
     logXMax_ = other.logXMax_;
@@ -165,12 +172,53 @@ int ABAxis::countsInRange(const AGraph&) const { return 1; }
 
 void ABAxis::setUpParameters()
 {
-    if (isFlagSet(axisBitmapMode) && !palette_) {
-        palette_ = GetGlobalPalette();
-        if (!*palette_ && !LoadDefaultPalette())
-            LoadBuiltInPalette();
-    }
+    if (isFlagSet(axisBitmapMode) && !palette_)
+        makePalette();
     setUpLogMnMx(createMinMax());
+}
+
+/// The palette of bitmap mode, from the colours of the axis.
+void ABAxis::makePalette()
+{
+    if (!colors_)
+        colors_ = ModulePalette();  // none was loaded when the axis was made
+    palette_ = &colorPalette_;
+    if (!colors_)
+        return;
+    if (colorPalette_)
+        (void)SetPaletteEntries(colorPalette_, 0, colors_->count, colors_->entries);
+    else
+        colorPalette_ = CreatePalette(colors_->entries, colors_->count);
+}
+
+void ABAxis::followModule()
+{
+    messages_.takeModules();
+    if (!hasOwnParts_)
+        parts_ = GetAxisParts();
+    if (const SharedPalette now = ModulePalette(0); !hasOwnColors_ && now != colors_) {
+        colors_ = now;
+        if (hasPaletteOfColors())
+            makePalette();
+    }
+    for (int i = 0; i < childs_.count(); ++i)
+        childs_(i)->followModule();
+}
+
+void ABAxis::setPaletteColors(const SharedPalette& palette)
+{
+    hasOwnColors_ = palette != nullptr;
+    colors_ = palette ? palette : ModulePalette();
+    if (hasPaletteOfColors())
+        makePalette();
+    for (int i = 0; i < childs_.count(); ++i)
+        childs_(i)->setPaletteColors(palette);
+}
+
+void ABAxis::setParts(const AxisParts& parts)
+{
+    parts_ = parts;
+    hasOwnParts_ = 1;
 }
 
 void ABAxis::setUpLogMnMx(TMinMax& range)

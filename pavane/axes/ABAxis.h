@@ -6,9 +6,11 @@
 #include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/containers/AObjArray.h"
 #include "pavane/containers/APtrArray.h"
+#include "pavane/images/palettes.h"
 #include "platform/api.h"
 #include "platform/gdi_constants.h"
 #include "platform/geometry.h"
+#include "platform/message.h"
 #include "platform/types.h"
 
 namespace pavane
@@ -22,6 +24,10 @@ class CFont;
 /// fills, converts between data values (RP), fractions of the span (WP) and device pixels (GP),
 /// owns the graphs drawn in it and draws their lines and markers, into a device context or, in
 /// bitmap mode, into a raster.
+///
+/// What the module's functions set (palette, sizes of markers and fonts, the receiver of messages)
+/// it keeps as it was when it was made; windows call followModule. So axes of several threads leave
+/// each other alone.
 ///
 /// Use: construct, set options, titles, digits and intervals, register graphs, then let a plane
 /// axis lay out and draw. Conversions need a graph rectangle and a range; without them they
@@ -113,7 +119,7 @@ public:
     void lineV(const int& x1, const int& y1, const int& x2, const int& y2);
     /// Markers at (x, y). `color` is a COLORREF; in bitmap mode a value below 256 that is not one
     /// of the working colours is taken as a palette index.
-    /// A dot of fHeight / GetPartPointHeight().
+    /// A dot of fHeight / parts().point.
     void point(const int& x, const int& y, const unsigned long& color);
     void pointCross(const int& x, const int& y, const unsigned long& color);
     void pointCrossInv(const int& x, const int& y, const unsigned long& color);
@@ -202,7 +208,21 @@ public:
     /// The raster of bitmap mode, owned by the axis; null for none. SetDib frees the old one.
     ADIBase* dib() const { return dib_; }
     void SetDib(ADIBase* dib);
-    /// Palette of the working and map colours; null for none, not owned.
+    /// Takes over what the module's functions have set since the axis was made, where the host gave
+    /// it nothing of its own, and so do its graphs. In the thread that draws the axis.
+    virtual void followModule();
+    /// The colours of bitmap mode, and of the maps that the axis has now; null gives them those of
+    /// the module again.
+    void setPaletteColors(const SharedPalette& palette);
+    /// Sizes of markers and fonts (axis_settings.h).
+    const AxisParts& parts() const { return parts_; }
+    void setParts(const AxisParts& parts);
+    /// Who hears of a cached raster that cannot be used.
+    void setMessages(const MessageReceiver& messages) { messages_ = messages; }
+    /// Non-zero when the axis has the palette that it made of its colours, not one of the host.
+    int hasPaletteOfColors() const { return palette_ == &colorPalette_; }
+    /// Palette of the working and map colours; null for none, not owned. In bitmap mode an axis
+    /// without one makes it of its colours when it is drawn.
     HPALETTE* getPalette() const { return palette_; }
     void setPalette(HPALETTE* palette) { palette_ = palette; }
     /// File of the cached raster, deleted with the axis; empty for none.
@@ -247,9 +267,11 @@ protected:
     int reserved_ = 0;  ///< for derived classes
     double yPeriod_ = 0;
     APtrArray<AGraph*> childs_{0, 0, 4};
+    MessageReceiver messages_;
 
 private:
     void copyFrom(const ABAxis& other);
+    void makePalette();
     /// Takes the graphs of another axis out of the list, so that emptying it deletes only the own.
     void letGoOfSharedGraphs();
     /// Two strokes, each from (left, top) to (right, bottom) without its last pixel.
@@ -257,6 +279,11 @@ private:
     void markerBlock(const unsigned long& color, const CRect& edgesIncluded);
 
     AArray<AGraph*> sharedGraphs_;  ///< those that another axis owns
+    AxisParts parts_ = GetAxisParts();
+    SharedPalette colors_ = ModulePalette(0);
+    HPALETTE colorPalette_ = nullptr;  ///< made of the colours
+    int hasOwnParts_ = 0;
+    int hasOwnColors_ = 0;
 };
 
 }  // namespace pavane

@@ -117,14 +117,14 @@ void ABAxis::markerStrokes(const unsigned long& color, const CRect& first, const
 
 void ABAxis::pointCross(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = markerSize(GetPartCrossHeight());
+    const int h = markerSize(parts_.cross);
     const int end = isOnPage() ? h : h + 1;
     markerStrokes(color, CRect(x - h, y, x + end, y), CRect(x, y + h, x, y - end));
 }
 
 void ABAxis::pointCrossInv(const int& x, const int& y, const unsigned long& color)
 {
-    const int h = markerSize(GetPartCrossHeight());
+    const int h = markerSize(parts_.cross);
     const int end = isOnPage() ? h : h + 1;
     markerStrokes(color, CRect(x - h, y - h, x + end, y + end),
                   CRect(x - h, y + h, x + end, y - end));
@@ -149,7 +149,7 @@ void ABAxis::markerBlock(const unsigned long& color, const CRect& edgesIncluded)
 
 int ABAxis::markerReach() const
 {
-    return std::max(markerSize(GetPartCrossHeight()), markerSize(GetPartPointHeight()) / 2);
+    return std::max(markerSize(parts_.cross), markerSize(parts_.point) / 2);
 }
 
 int ABAxis::markerSize(int part) const
@@ -168,7 +168,7 @@ int ABAxis::isOnPage() const { return dc_ && dc_->IsVector() && !isFlagSet(axisB
 
 void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 {
-    const int size = markerSize(GetPartPointHeight());
+    const int size = markerSize(parts_.point);
     const CRect block = dotBlocks(x, x, y, size);
     if (isSquareDot(size, isOnPage()) || isFlagSet(axisBitmapMode)) {
         markerBlock(color, block);
@@ -185,7 +185,7 @@ void ABAxis::point(const int& x, const int& y, const unsigned long& color)
 
 void ABAxis::pointBar(const int& x, const int& y, const unsigned long& color)
 {
-    const int half = markerSize(GetPartCrossHeight());
+    const int half = markerSize(parts_.cross);
     markerBlock(color, barBlocks(x, x, y, half));
 }
 
@@ -232,7 +232,7 @@ int ABAxis::calcFontHeight(CDC& dc, CRect& rect) const
     if (wantedFHeight_ > 0)
         return wantedFHeight_;
     const int limit =
-        std::min(rect.Width(), truncated(1.2 * rect.Height())) / std::max(GetPartFontHeight(), 1);
+        std::min(rect.Width(), truncated(1.2 * rect.Height())) / std::max(parts_.font, 1);
     const int saved = dc.SaveDC();
     dc.SelectStockObject(DEVICE_DEFAULT_FONT);
     TEXTMETRIC metrics;

@@ -38,6 +38,8 @@ int AGraph::isIn3D() const { return 0; }
 CurvePoints AGraph::getPoints() const { return {}; }
 int AGraph::getGraphColor(COLORREF&) const { return 0; }
 void AGraph::drawSample(CDC&, const CRect&) {}
+void AGraph::followModule() {}
+void AGraph::setPaletteColors(const SharedPalette&) {}
 
 int AGraph::nearestPoint(double x) const
 {

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/images/curve_raster.h"
+#include "pavane/images/palettes.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 #include "platform/types.h"
@@ -70,6 +71,13 @@ public:
     virtual int getGraphColor(COLORREF& color) const;
     /// Draws a piece of its line or a marker into the middle of `box`, for a legend; nothing here.
     virtual void drawSample(CDC& dc, const CRect& box);
+
+    /// Takes over what the module's functions have set since the graph was made, in what a host
+    /// gave it nothing of its own for. Its axis calls this for windows.
+    virtual void followModule();
+    /// A palette of its own; null gives it that of the module again. For graphs that colour by
+    /// palette; nothing here.
+    virtual void setPaletteColors(const SharedPalette& palette);
 
     /// The axis that owns the graph, null for none; while the graph is drawn, the one that draws
     /// it.

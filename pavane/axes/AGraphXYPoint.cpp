@@ -2,7 +2,6 @@
 
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/axis_curve.h"
-#include "pavane/axes/axis_settings.h"
 #include "pavane/axes/AxisPenState.h"
 #include "pavane/axes/graph_styles.h"
 #include "pavane/axes/marker_blocks.h"
@@ -45,8 +44,8 @@ constexpr int fewPoints = 1000;
 CRect blocksOf(const ABAxis& axis, int shape, int first, int last, int y)
 {
     if (shape == graphPointBar)
-        return barBlocks(first, last, y, axis.markerSize(GetPartCrossHeight()));
-    const int dot = axis.markerSize(GetPartPointHeight());
+        return barBlocks(first, last, y, axis.markerSize(axis.parts().cross));
+    const int dot = axis.markerSize(axis.parts().point);
     const bool other = shape == graphPointCross || shape == graphPointCrossInverse ||
                        shape == graphPointStar || !isSquareDot(dot, axis.isOnPage());
     return other ? CRect(0, 0, -1, -1) : dotBlocks(first, last, y, dot);

@@ -1,16 +1,21 @@
 #include "pavane/axes/axis_settings.h"
 
+#include <atomic>
+
 namespace pavane
 {
 namespace
 {
 
-int partPointHeight = 6;
-int partFontHeight = 30;
-int partCrossHeight = 6;
+// each stands for itself, so no lock is needed
+constexpr AxisParts usual;
+std::atomic<int> partPointHeight = usual.point;
+std::atomic<int> partFontHeight = usual.font;
+std::atomic<int> partCrossHeight = usual.cross;
 
 }  // namespace
 
+AxisParts GetAxisParts() { return {partPointHeight, partFontHeight, partCrossHeight}; }
 int GetPartPointHeight() { return partPointHeight; }
 void SetPartPointHeight(int part) { partPointHeight = part; }
 int GetPartFontHeight() { return partFontHeight; }

@@ -1,7 +1,6 @@
 #include "pavane/images/ADIBase.h"
 
 #include "pavane/containers/item_io.h"
-#include "platform/message.h"
 #include "tessel/AFile.h"
 #include "tessel/large_buffer.h"
 
@@ -28,7 +27,7 @@ ADIBase::ADIBase(const CRect& rect)
     allocate(false);
 }
 
-ADIBase::ADIBase(AFile& file)
+ADIBase::ADIBase(AFile& file, const MessageReceiver& messages)
 {
     CRect rect;
     int whole = loadItem(file, rect.left) && loadItem(file, rect.top) &&
@@ -46,7 +45,7 @@ ADIBase::ADIBase(AFile& file)
         }
     }
     if (!whole)
-        (void)AfxMessageBox("ADIBase::ADIBase(AFile& s)");
+        (void)messages.tell("ADIBase::ADIBase(AFile& s)");
 }
 
 ADIBase::ADIBase(const ADIBase& other) { *this = other; }

@@ -3,6 +3,7 @@
 #include "platform/api.h"
 #include "platform/gdi_objects.h"
 #include "platform/geometry.h"
+#include "platform/message.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,7 +29,7 @@ public:
     explicit ADIBase(const CRect& rect);
     /// Reads a picture written by Store. A short read shows a message box; a rectangle whose pixels
     /// the file does not hold leaves the picture without a buffer.
-    explicit ADIBase(AFile& file);
+    explicit ADIBase(AFile& file, const MessageReceiver& messages = MessageReceiver());
     ADIBase(const ADIBase& other);
     ADIBase& operator=(const ADIBase& other);
     /// Fills every pixel with a palette index.

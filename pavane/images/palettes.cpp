@@ -4,12 +4,14 @@
 #include "pavane/images/palette_file.h"
 #include "pavane/images/palette_followers.h"
 #include "tessel/AFile.h"
+#include "tessel/ForkGate.h"
 #include "tessel/paths.h"
 #include "tessel/SafeFile.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <mutex>
 #include <string_view>
 #include <vector>
 
@@ -24,14 +26,34 @@ constexpr char ending[] = ".pal";
 // Far above 256 lines of three numbers.
 constexpr std::int64_t greatestFile = 64 * 1024;
 
-// The module's palette and where it came from.
+// The module's palette and where it came from; nobody draws or reads a file while one is locked.
+std::mutex paletteMutex;
+class PaletteLock
+{
+public:
+    PaletteLock() : locked_(paletteMutex) {}
+
+private:
+    ForkGate gate_;  // a copy of the process finds it unlocked
+    std::lock_guard<std::mutex> locked_;
+};
 HPALETTE globalPalette = nullptr;
+SharedPalette globalColors;
 CString globalPaletteName;
 
+/// Looked at under the lock of the palette.
 std::vector<PaletteFollower*>& followers()
 {
     static std::vector<PaletteFollower*> all;
     return all;
+}
+
+SharedPalette sharedPalette(const PALETTEENTRY* colors)
+{
+    const auto made = std::make_shared<PaletteColors>();
+    std::copy(colors, colors + paletteColors, made->entries);
+    made->count = paletteColors;
+    return made;
 }
 
 std::vector<CString> paletteFolders()
@@ -52,14 +74,26 @@ std::vector<CString> paletteFolders()
 
 int usePalette(const PALETTEENTRY* colors, const CString& name)
 {
-    if (globalPalette)
-        (void)SetPaletteEntries(globalPalette, 0, paletteColors, colors);
-    else
-        globalPalette = CreatePalette(colors, paletteColors);
-    if (!globalPalette)
-        return 0;
-    globalPaletteName = name;
-    for (PaletteFollower* const follower : followers())
+    SharedPalette shared = sharedPalette(colors);
+    {
+        const PaletteLock locked;
+        if (globalPalette)
+            (void)SetPaletteEntries(globalPalette, 0, paletteColors, colors);
+        else
+            globalPalette = CreatePalette(colors, paletteColors);
+        if (!globalPalette)
+            return 0;
+        globalColors = std::move(shared);
+        globalPaletteName = name;
+    }
+    std::vector<PaletteFollower*> told;
+    {
+        const PaletteLock locked;
+        for (PaletteFollower* const follower : followers())
+            if (follower->isOfThisThread())
+                told.push_back(follower);
+    }
+    for (PaletteFollower* const follower : told)
         follower->paletteChanged();
     return 1;
 }
@@ -98,6 +132,28 @@ int takeMapColors(const PALETTEENTRY* entries, AArray<COLORREF>& colors)
 }
 
 }  // namespace
+
+SharedPalette ModulePalette(int load)
+{
+    for (int round = 0;; ++round) {
+        {
+            const PaletteLock locked;
+            if (globalColors || !load || round > 0)
+                return globalColors;
+        }
+        (void)(LoadDefaultPalette() || LoadBuiltInPalette());
+    }
+}
+
+int ReadPalette(const CString& name, SharedPalette& palette)
+{
+    PALETTEENTRY colors[paletteColors];
+    CString file;
+    if (!findPalette(name, colors, file))
+        return 0;
+    palette = sharedPalette(colors);
+    return 1;
+}
 
 HPALETTE* GetGlobalPalette() { return &globalPalette; }
 
@@ -162,22 +218,34 @@ CString UserPaletteFolder(int make)
     return error ? CString() : folder;
 }
 
-PaletteFollower::PaletteFollower() { followers().push_back(this); }
-PaletteFollower::~PaletteFollower() { std::erase(followers(), this); }
+PaletteFollower::PaletteFollower()
+{
+    const PaletteLock locked;
+    followers().push_back(this);
+}
 
-const CString& GetGlobalPaletteName() { return globalPaletteName; }
+PaletteFollower::~PaletteFollower()
+{
+    const PaletteLock locked;
+    std::erase(followers(), this);
+}
+
+CString GetGlobalPaletteName()
+{
+    const PaletteLock locked;
+    return globalPaletteName;
+}
 
 int GetGlobalPaletteColors(int first, int count, AArray<COLORREF>& colors)
 {
-    PALETTEENTRY entries[paletteColors];
-    const int known =
-        globalPalette ? GetPaletteEntries(globalPalette, 0, paletteColors, entries) : 0;
+    const SharedPalette palette = ModulePalette(0);
+    const int known = palette ? palette->count : 0;
     const int begin = std::clamp(first, 0, known);
     const int end =
         static_cast<int>(std::clamp<std::int64_t>(std::int64_t{first} + count, begin, known));
     colors.GrowBy(end - begin);
     for (int i = 0; i < colors.count(); ++i) {
-        const PALETTEENTRY& entry = entries[begin + i];
+        const PALETTEENTRY& entry = palette->entries[begin + i];
         colors(i) = RGB(entry.peRed, entry.peGreen, entry.peBlue);
     }
     return colors.count();

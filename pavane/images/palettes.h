@@ -6,14 +6,29 @@
 #include "platform/gdi_objects.h"
 #include "platform/types.h"
 
+#include <memory>
+
 namespace pavane
 {
 
 // The one palette of the module that the pixels of rasters index: 226 map colours, then the ten
-// working colours. Palette files end in ".pal" and are looked for in the folder of the user, then
-// beside the program, then in ../share/pavane/palettes and ../share/pavane from there, then where
-// the library was installed.
+// working colours. Maps and axes keep what it was when they were made; windows follow it. Any
+// thread may load and ask; the handle is for the thread of the windows. Palette files end in ".pal"
+// and are looked for in the folder of the user, then beside the program, then in
+// ../share/pavane/palettes and ../share/pavane from there, then where the library was installed.
 
+/// The colours of a palette as a value that stays as it is.
+struct PaletteColors {
+    PALETTEENTRY entries[256];
+    int count = 0;
+};
+using SharedPalette = std::shared_ptr<const PaletteColors>;
+
+/// The module's palette as it is now. With `load` that of LoadDefaultPalette is loaded where there
+/// is none; else null then.
+PAVANE_API SharedPalette ModulePalette(int load = 1);
+/// A palette named as for LoadPalette, without making it the module's. Non-zero on success.
+PAVANE_API int ReadPalette(const CString& name, SharedPalette& palette);
 /// Address of the module's palette handle, which is null until a palette is loaded. The handle
 /// stays the same when another palette is loaded.
 PAVANE_API HPALETTE* GetGlobalPalette();
@@ -26,7 +41,7 @@ PAVANE_API int LoadPalette(const CString& name);
 /// Non-zero on success.
 PAVANE_API int LoadBuiltInPalette();
 /// The file in use; empty when none is loaded or the built-in colours are used.
-PAVANE_API const CString& GetGlobalPaletteName();
+PAVANE_API CString GetGlobalPaletteName();
 /// Copies `count` colours of the palette from entry `first` on, cut to the entries that there are.
 /// Returns how many were copied, 0 when no palette is loaded.
 PAVANE_API int GetGlobalPaletteColors(int first, int count, AArray<COLORREF>& colors);

@@ -2,6 +2,7 @@
 
 #include "pavane/containers/LifeWatch.h"
 #include "pavane/trackers/areas/tracker_style.h"
+#include "pavane/trackers/OutlineLook.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 
@@ -122,6 +123,13 @@ public:
     {
         style_ = on ? style_ | trackerNeverClean : style_ & ~unsigned{trackerNeverClean};
     }
+    /// How its outline is drawn until another look is set; that of never-clean areas comes by
+    /// itself. Not stored.
+    void SetOutlineLook(const OutlineLook& look) { look_ = look; }
+    OutlineLook GetOutlineLook() const
+    {
+        return {look_.crowded, look_.dashed, IsNeverClean() != 0, look_.clipped};
+    }
     int GetHandleSize() const { return handleSize_; }
     const CRect& validRect() const { return validRect_; }
     const CRect& clipRect() const { return clipRect_; }
@@ -201,17 +209,7 @@ protected:
 
 private:
     LifeToken life_;
-};
-
-/// While it lives, Draw of all trackers leaves the clip region and the rectangles as they are in
-/// this context: for who draws many and has clipped. Not nested.
-class PAVANE_API ClippedDrawing
-{
-public:
-    explicit ClippedDrawing(CDC& dc);
-    ClippedDrawing(const ClippedDrawing&) = delete;
-    ClippedDrawing& operator=(const ClippedDrawing&) = delete;
-    ~ClippedDrawing();
+    OutlineLook look_;
 };
 
 }  // namespace pavane

@@ -10,16 +10,6 @@
 namespace pavane
 {
 
-namespace
-{
-
-const CDC* clippedContext = nullptr;
-
-}  // namespace
-
-ClippedDrawing::ClippedDrawing(CDC& dc) { clippedContext = &dc; }
-ClippedDrawing::~ClippedDrawing() { clippedContext = nullptr; }
-
 void ATracker::GetValidRect(CWnd* window)
 {
     CRect bounds;
@@ -67,8 +57,7 @@ int ATracker::mayBeHit(CWnd* window, CPoint point)
 
 void ATracker::drawClipped(CDC* dc, CWnd* window)
 {
-    const NeverCleanLook look(IsNeverClean());
-    if (dc && dc == clippedContext)
+    if (dc && dc == look_.clipped)
         return DrawShape(*dc);
     CRect shown;
     GetTrueRect(&shown);

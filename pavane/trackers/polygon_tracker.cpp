@@ -239,7 +239,8 @@ void PolygonTrackerOf<Plane>::drawPolygon(CDC& dc, bool active, bool ready) cons
     points.reserve(static_cast<std::size_t>(points_.count()));
     for (int i = 0; i < points_.count(); ++i)
         points.push_back(screen.finePixel(points_(i)));
-    drawAreaShape(dc, points.data(), points_.count(), this->handleSize_, active, ready);
+    drawAreaShape(dc, points.data(), points_.count(), this->handleSize_, active, ready,
+                  this->GetOutlineLook());
 }
 
 template <typename Plane>

@@ -207,7 +207,7 @@ void RectTrackerOf<Plane>::DrawActive(CDC* dc)
 {
     const CRect pixels = pixelRect();
     drawRectShape(*dc, screenOf(*this).finePixels(rect_), pixels, this->GetHandleSize(pixels),
-                  this->handleSize_, true);
+                  this->handleSize_, true, this->GetOutlineLook());
 }
 
 template <typename Plane>
@@ -215,7 +215,7 @@ void RectTrackerOf<Plane>::DrawNotActive(CDC* dc)
 {
     const CRect pixels = pixelRect();
     drawRectShape(*dc, screenOf(*this).finePixels(rect_), pixels, this->GetHandleSize(pixels),
-                  this->handleSize_, false);
+                  this->handleSize_, false, this->GetOutlineLook());
 }
 
 template <typename Plane>
@@ -224,7 +224,7 @@ void RectTrackerOf<Plane>::DrawTrackRect(CDC* dc, const CRect& pixels)
     const ARect<double> place =
         pixels == pixelRect() ? screenOf(*this).finePixels(rect_) : fractionsOf(pixels);
     drawRectShape(*dc, place, pixels, this->GetHandleSize(pixels), this->handleSize_,
-                  this->IsActive() != 0);
+                  this->IsActive() != 0, this->GetOutlineLook());
 }
 
 template <typename Plane>

@@ -19,13 +19,6 @@ using Line = std::vector<CPointF>;
 constexpr COLORREF dark = areaEdgeColor;
 constexpr COLORREF light = RGB(255, 255, 255);  // of handles, so that they stand out of the line
 
-struct Mood {
-    bool crowded = false;
-    bool dashed = false;
-};
-Mood mood;
-bool neverClean = false;
-
 /// A pen, and nothing in the gaps of its dashes.
 class PenChange
 {
@@ -66,15 +59,24 @@ int nearest(double v) { return truncated(std::floor(v + 0.5)); }
 
 CPoint nearest(CPointF p) { return {nearest(p.x), nearest(p.y)}; }
 
-int lightStyle() { return mood.dashed ? PS_DOT : neverClean ? PS_DASH : PS_SOLID; }
-COLORREF lineColor() { return neverClean ? neverCleanColor : areaColor; }
-COLORREF edgeColor() { return neverClean ? neverCleanEdgeColor : areaEdgeColor; }
+int lightStyle(const OutlineLook& look)
+{
+    return look.dashed ? PS_DOT : look.neverClean ? PS_DASH : PS_SOLID;
+}
+COLORREF lineColor(const OutlineLook& look)
+{
+    return look.neverClean ? neverCleanColor : areaColor;
+}
+COLORREF edgeColor(const OutlineLook& look)
+{
+    return look.neverClean ? neverCleanEdgeColor : areaEdgeColor;
+}
 
-void strokeSmooth(CDC& dc, const Line& line)
+void strokeSmooth(CDC& dc, const Line& line, const OutlineLook& look)
 {
     const int unit = std::max(1, dc.GetDeviceCaps(LOGPIXELSX) / 96);
-    CPen under(PS_SOLID, areaEdgeWidth * unit, edgeColor());
-    CPen over(lightStyle(), areaLineWidth * unit, lineColor());
+    CPen under(PS_SOLID, areaEdgeWidth * unit, edgeColor(look));
+    CPen over(lightStyle(look), areaLineWidth * unit, lineColor(look));
     const SmoothChange smooth(dc);
     for (CPen* const pen : {&under, &over}) {
         const PenChange change(dc, *pen);
@@ -83,16 +85,16 @@ void strokeSmooth(CDC& dc, const Line& line)
 }
 
 /// Thousands of outlines at a tenth of the time: the edge is on two sides only.
-void strokeCrowded(CDC& dc, const CPointF* points, int n, bool closed)
+void strokeCrowded(CDC& dc, const CPointF* points, int n, bool closed, const OutlineLook& look)
 {
-    static thread_local std::vector<CPoint> line;
-    line.clear();
+    std::vector<CPoint> line;
+    line.reserve(static_cast<std::size_t>(n) + 1);
     for (int i = 0; i < n; ++i)
         line.push_back(nearest(points[i]) + CPoint(1, 1));
     if (closed)
         line.push_back(line[0]);
-    CPen under(PS_SOLID, 1, edgeColor());
-    CPen over(lightStyle(), areaLineWidth, lineColor());
+    CPen under(PS_SOLID, 1, edgeColor(look));
+    CPen over(lightStyle(look), areaLineWidth, lineColor(look));
     const PenChange change(dc, under);
     dc.Polyline(line.data(), static_cast<int>(line.size()));
     for (CPoint& p : line)
@@ -195,7 +197,8 @@ void filledHandle(CDC& dc, CPointF middle, int reach)
 }
 
 /// Draws the outline around the handles, so that these show the ground in their middle.
-void outlineWithHandles(CDC& dc, const CPointF* points, int n, bool closed, const Handles& handles)
+void outlineWithHandles(CDC& dc, const CPointF* points, int n, bool closed, const Handles& handles,
+                        const OutlineLook& look)
 {
     constexpr std::size_t mostHoles = 24;  // beyond it a clip region costs more than it shows
     const Line& middles = handles.middles;
@@ -203,7 +206,7 @@ void outlineWithHandles(CDC& dc, const CPointF* points, int n, bool closed, cons
     if (saved)
         for (const CPointF& middle : middles)
             dc.ExcludeClipRect(handles.hole(middle));
-    drawTrackerOutline(dc, points, n, closed);
+    drawTrackerOutline(dc, points, n, closed, look);
     if (saved)
         dc.RestoreDC(saved);
     for (const CPointF& middle : middles)
@@ -211,13 +214,6 @@ void outlineWithHandles(CDC& dc, const CPointF* points, int n, bool closed, cons
 }
 
 }  // namespace
-
-OutlineMood::OutlineMood(bool crowded) { mood = {crowded, false}; }
-OutlineMood::~OutlineMood() { mood = {}; }
-void OutlineMood::setDashed(bool on) { mood.dashed = on; }
-
-NeverCleanLook::NeverCleanLook(int on) { neverClean = on != 0; }
-NeverCleanLook::~NeverCleanLook() { neverClean = false; }
 
 int showsIn(const CDC& dc, const CRect& rect)
 {
@@ -240,27 +236,27 @@ ARect<double> fractionsOf(const CRect& rect)
             static_cast<double>(rect.right), static_cast<double>(rect.bottom)};
 }
 
-void drawTrackerOutline(CDC& dc, const CPointF* points, int n, bool closed)
+void drawTrackerOutline(CDC& dc, const CPointF* points, int n, bool closed, const OutlineLook& look)
 {
     if (n < 2)
         return;
-    if (mood.crowded)
-        return strokeCrowded(dc, points, n, closed);
+    if (look.crowded)
+        return strokeCrowded(dc, points, n, closed, look);
     Line line;
     line.reserve(static_cast<std::size_t>(n) + 1);
     line.assign(points, points + n);
     if (closed)
         line.push_back(points[0]);
-    strokeSmooth(dc, line);
+    strokeSmooth(dc, line, look);
 }
 
-void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed)
+void drawTrackerOutline(CDC& dc, const CPoint* points, int n, bool closed, const OutlineLook& look)
 {
-    drawTrackerOutline(dc, fractionsOf(points, n).data(), n, closed);
+    drawTrackerOutline(dc, fractionsOf(points, n).data(), n, closed, look);
 }
 
 void drawRectShape(CDC& dc, const ARect<double>& rect, const CRect& units, int handle, int size,
-                   bool active)
+                   bool active, const OutlineLook& look)
 {
     const auto [left, right] = std::minmax({rect.left, rect.right});
     const auto [top, bottom] = std::minmax({rect.top, rect.bottom});
@@ -274,35 +270,37 @@ void drawRectShape(CDC& dc, const ARect<double>& rect, const CRect& units, int h
     for (int code = 0; code < hitMiddle; ++code)
         if (mask >> code & 1)
             handles.add(places[code]);
-    outlineWithHandles(dc, places, 4, true, handles);
+    outlineWithHandles(dc, places, 4, true, handles, look);
 }
 
 void drawTurnedShape(CDC& dc, const CPointF* points, int n,
-                     const CPointF (&handles)[turnedHandleCount], int firstHandle, int size)
+                     const CPointF (&handles)[turnedHandleCount], int firstHandle, int size,
+                     const OutlineLook& look)
 {
     Handles squares(dc, size);
     for (int i = firstHandle; i < turningHandle; ++i)
         squares.add(handles[i]);
-    outlineWithHandles(dc, points, n, true, squares);
+    outlineWithHandles(dc, points, n, true, squares, look);
     const CPointF centre{(handles[5].x + handles[7].x) / 2, (handles[5].y + handles[7].y) / 2};
     Handles knob(dc, size + 2);
     knob.add(handles[turningHandle]);
     const CPointF stem[] = {centre, knob.middles[0]};
     const int saved = dc.SaveDC();
     dc.ExcludeClipRect(knob.hole(knob.middles[0]));
-    drawTrackerOutline(dc, stem, 2, false);
+    drawTrackerOutline(dc, stem, 2, false, look);
     dc.RestoreDC(saved);
     circle(dc, knob.middles[0], knob.reach, dark);
     circle(dc, knob.middles[0], knob.reach - 1, light);
 }
 
-void drawAreaShape(CDC& dc, const CPointF* points, int n, int size, bool active, bool ready)
+void drawAreaShape(CDC& dc, const CPointF* points, int n, int size, bool active, bool ready,
+                   const OutlineLook& look)
 {
     Handles handles(dc, size);
     if (active || !ready)
         for (int i = 0; i < n; ++i)
             handles.add(points[i]);
-    outlineWithHandles(dc, points, n, ready, handles);
+    outlineWithHandles(dc, points, n, ready, handles, look);
     if (!ready && n > 0)
         filledHandle(dc, handles.middles.back(), handles.reach);
 }

@@ -7,8 +7,10 @@
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/ARPEllipseTracker.h"
 #include "pavane/trackers/ARPRectTracker.h"
+#include "tessel/ForkGate.h"
 
 #include <memory>
+#include <mutex>
 #include <new>
 #include <vector>
 
@@ -28,6 +30,9 @@ ATracker* make()
 {
     return new (std::nothrow) Tracker();
 }
+
+/// Of the list below, which hosts add to.
+std::mutex classLock;
 
 std::vector<TrackerClass>& classes()
 {
@@ -56,8 +61,14 @@ TrackerClass* find(const CString& name)
 
 ATracker* CreateTracker(const CString& className)
 {
-    const TrackerClass* const found = find(className);
-    return found ? found->maker() : nullptr;
+    TrackerMaker maker = nullptr;
+    {
+        const ForkGate gate;
+        const std::lock_guard locked(classLock);
+        if (const TrackerClass* const found = find(className))
+            maker = found->maker;
+    }
+    return maker ? maker() : nullptr;
 }
 
 int RegisterTrackerClass(const CString& name, TrackerMaker maker)
@@ -73,6 +84,8 @@ int RegisterTrackerClass(const CString& name, TrackerMaker maker)
     };
     if (!RegisterAreaClass(records))
         return 0;
+    const ForkGate gate;
+    const std::lock_guard locked(classLock);
     if (TrackerClass* const known = find(name))
         known->maker = maker;
     else

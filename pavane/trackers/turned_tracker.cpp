@@ -376,14 +376,14 @@ void TurnedTrackerOf<Plane>::DrawActive(CDC* dc)
 {
     const FineShape<Plane> fine(self());
     drawTurnedShape(*dc, fine.outline.data(), fine.count(), fine.handles,
-                    TurnedParts::firstHandle(self()), handleSize());
+                    TurnedParts::firstHandle(self()), handleSize(), this->GetOutlineLook());
 }
 
 template <typename Plane>
 void TurnedTrackerOf<Plane>::DrawNotActive(CDC* dc)
 {
     const FineShape<Plane> fine(self());
-    drawTrackerOutline(*dc, fine.outline.data(), fine.count(), true);
+    drawTrackerOutline(*dc, fine.outline.data(), fine.count(), true, this->GetOutlineLook());
 }
 
 template <typename Plane>

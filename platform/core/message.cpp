@@ -1,5 +1,6 @@
 #include "platform/core/message_default.h"
 
+#include <atomic>
 #include <cstdio>
 
 namespace pavane
@@ -14,34 +15,46 @@ int printLine(const CString& text, unsigned)
     return IDOK;
 }
 
-MessageFunction defaultFunction = printLine;
-MessageFunction messageFunction = printLine;
-void (*beforeMessage)() = nullptr;
+std::atomic<MessageFunction> defaultFunction = printLine;
+std::atomic<MessageFunction> messageFunction = printLine;
+std::atomic<void (*)()> beforeMessage = nullptr;
+
+void prepare()
+{
+    if (void (*const before)() = beforeMessage)
+        before();
+}
 
 }  // namespace
 
 void setDefaultMessageFunction(MessageFunction function)
 {
-    const MessageFunction before = defaultFunction;
-    defaultFunction = function ? function : printLine;
-    if (messageFunction == before)
-        messageFunction = defaultFunction;
+    const MessageFunction now = function ? function : printLine;
+    MessageFunction before = defaultFunction.exchange(now);
+    (void)messageFunction.compare_exchange_strong(before, now);
 }
 
 MessageFunction SetMessageFunction(MessageFunction function)
 {
-    const MessageFunction before = messageFunction;
-    messageFunction = function ? function : defaultFunction;
-    return before;
+    return messageFunction.exchange(function ? function : defaultFunction.load());
 }
 
-void setBeforeMessage(void (*prepare)()) { beforeMessage = prepare; }
+MessageFunction GetMessageFunction() { return messageFunction; }
+
+void setBeforeMessage(void (*function)()) { beforeMessage = function; }
 
 int AfxMessageBox(const CString& text, unsigned type)
 {
-    if (beforeMessage)
-        beforeMessage();
-    return messageFunction(text, type);
+    prepare();
+    return messageFunction.load()(text, type);
 }
+
+int MessageReceiver::tell(const CString& text, unsigned type) const
+{
+    prepare();
+    return own_ ? own_(text, type) : module_(text, type);
+}
+
+int printMessage(const CString& text) { return printLine(text, MB_OK); }
 
 }  // namespace pavane

@@ -9,6 +9,8 @@ namespace pavane
 /// null is the function that prints.
 void setDefaultMessageFunction(MessageFunction function);
 /// Called before every message, whoever shows it; null for nothing.
-void setBeforeMessage(void (*prepare)());
+void setBeforeMessage(void (*function)());
+/// A line to standard error; IDOK.
+int printMessage(const CString& text);
 
 }  // namespace pavane

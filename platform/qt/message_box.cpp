@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QThread>
 
 namespace pavane
 {
@@ -119,8 +120,13 @@ QString shownText(const CString& text)
     return shown;
 }
 
+/// Windows, and the pointer in them, belong to the thread of the application object.
+bool isThreadOfWindows() { return QThread::currentThread() == qApp->thread(); }
+
 int showMessageBox(const CString& text, unsigned type)
 {
+    if (!isThreadOfWindows())
+        return printMessage(text);
     QWidget* const front = frontWindow();
     const WindowPeer* const owner = peerOf(front);
     const HWND top = owner ? owner->hwnd : 0;
@@ -157,7 +163,10 @@ int showMessageBox(const CString& text, unsigned type)
 void startMessageBox()
 {
     setDefaultMessageFunction(showMessageBox);
-    setBeforeMessage(cancelCapture);  // a question ends what the pointer was doing
+    setBeforeMessage([] {
+        if (isThreadOfWindows())
+            cancelCapture();  // a question ends what the pointer was doing
+    });
 }
 
 void stopMessageBox()

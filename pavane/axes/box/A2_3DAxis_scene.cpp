@@ -5,6 +5,7 @@
 #include "pavane/axes/figure_units.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 
 namespace pavane
@@ -153,7 +154,7 @@ void A2_3DAxis::prepareScene(CDC& dc)
 /// The scene gets another number when it is not that of the last drawing.
 void A2_3DAxis::tellScene(CDC& dc, const std::vector<BoxCurtain>& before)
 {
-    static std::uint64_t last = 0;  // graphs may be drawn in several axes
+    static std::atomic<std::uint64_t> last = 0;  // graphs may be drawn in several axes
     BoxDrawing& drawing = *drawing_;
     const BoxTransform& t = view_.transform();
     const CRect room = view_.rect();

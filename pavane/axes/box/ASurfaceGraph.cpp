@@ -66,6 +66,20 @@ int ASurfaceGraph::SetColorMap(const AMatrixAccess* cells)
     return 1;
 }
 
+void ASurfaceGraph::followModule()
+{
+    AColorsGraph::followModule();
+    if (colors_)
+        colors_->followModule();
+}
+
+void ASurfaceGraph::setPaletteColors(const SharedPalette& palette)
+{
+    AColorsGraph::setPaletteColors(palette);
+    if (colors_)
+        colors_->setPaletteColors(palette);
+}
+
 void ASurfaceGraph::SetLatticeSpacing(double pixels)
 {
     if (std::isfinite(pixels))

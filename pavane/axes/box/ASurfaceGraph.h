@@ -47,6 +47,8 @@ public:
     /// Another map of the same size gives the colours, on a range and scale of its own; null: the
     /// map itself. Not owned. Non-zero on success; 0 for one of another size.
     int SetColorMap(const AMatrixAccess* cells);
+    void followModule() override;
+    void setPaletteColors(const SharedPalette& palette) override;
     /// What gives the colours: itself, or the graph of the colour map, which is not in the axis.
     AColorsGraph& ColorGraph() { return colors_ ? *colors_ : static_cast<AColorsGraph&>(*this); }
     const AColorsGraph& ColorGraph() const

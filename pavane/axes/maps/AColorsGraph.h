@@ -53,6 +53,12 @@ public:
     void cellsChanged() override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
 
+    void followModule() override;
+    /// In place of the module's as it was when the graph was made.
+    void setPaletteColors(const SharedPalette& palette) override;
+    /// The palette of the graph; null without any.
+    const SharedPalette& paletteColors() const;
+
     /// The 226 map colours, `playedWith` or as they are before it.
     AArray<COLORREF> mapColors(const AColorPlay& playedWith) const;
 
@@ -68,7 +74,7 @@ private:
     void drawImage(CDC& dc, const PixelCells& x, const PixelCells& y, const CRect& target) const;
     void drawOnPage(CDC& dc) const;
     int showPixels(const PixelCells& x, const PixelCells& y) const;
-    HPALETTE unplayedPalette() const;
+    int unplayedEntries(int first, int count, PALETTEENTRY* entries) const;
     void useAxisPalette() const;
     int hasRanks(const MapScale& colorScale) const;
 
@@ -87,6 +93,8 @@ private:
     AColorPlay play_;
     AColorPlay settledPlay_;  ///< before the drag that is going on
     int playGoes_ = 0;
+    mutable SharedPalette palette_ = ModulePalette(0);
+    int hasOwnPalette_ = 0;
     mutable AxisPaletteHolder axisPalette_;
 };
 

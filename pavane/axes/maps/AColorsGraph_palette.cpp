@@ -11,8 +11,6 @@ namespace pavane
 namespace
 {
 
-int loadedPalette() { return *GetGlobalPalette() || LoadDefaultPalette() || LoadBuiltInPalette(); }
-
 PALETTEENTRY entryOf(COLORREF c)
 {
     return {static_cast<unsigned char>(GetRValue(c)), static_cast<unsigned char>(GetGValue(c)),
@@ -36,9 +34,15 @@ AxisPalette::~AxisPalette()
 void AxisPalette::update()
 {
     PALETTEENTRY entries[256] = {};
-    if (!before_ && !loadedPalette())
+    int known = 0;
+    if (before_) {
+        known = GetPaletteEntries(*before_, 0, 256, entries);
+    } else if (const SharedPalette& shared = graph_.paletteColors()) {
+        known = shared->count;
+        std::copy(shared->entries, shared->entries + known, entries);
+    } else {
         return;
-    const int known = GetPaletteEntries(before_ ? *before_ : *GetGlobalPalette(), 0, 256, entries);
+    }
     const AArray<COLORREF> colours = graph_.mapColors(graph_.GetColorPlay());
     const int first = graph_.getFirstColor();
     for (int i = 0; i < colours.count(); ++i)
@@ -60,13 +64,41 @@ void AxisPaletteHolder::make(const AColorsGraph& graph, HPALETTE* before)
     palette_ = std::make_unique<AxisPalette>(graph, before);
 }
 
-/// Where colours that are not the graph's own come from: the palette that a host gave an axis in
-/// bitmap mode, else that of the module; null for none.
-HPALETTE AColorsGraph::unplayedPalette() const
+const SharedPalette& AColorsGraph::paletteColors() const
+{
+    if (!palette_)
+        palette_ = ModulePalette();  // none was loaded when the graph was made
+    return palette_;
+}
+
+void AColorsGraph::setPaletteColors(const SharedPalette& palette)
+{
+    hasOwnPalette_ = palette != nullptr;
+    palette_ = palette ? palette : ModulePalette();
+    if (axisPalette_.get())
+        axisPalette_.get()->update();
+}
+
+void AColorsGraph::followModule()
+{
+    if (const SharedPalette now = ModulePalette(0); !hasOwnPalette_ && now != palette_) {
+        palette_ = now;
+        if (axisPalette_.get())
+            axisPalette_.get()->update();
+    }
+}
+
+/// Colours that are not the graph's own: of the palette that a host gave an axis in bitmap mode,
+/// else of the graph's; how many there are.
+int AColorsGraph::unplayedEntries(int first, int count, PALETTEENTRY* entries) const
 {
     if (axisPalette_.get() && axisPalette_.get()->before())
-        return *axisPalette_.get()->before();
-    return loadedPalette() ? *GetGlobalPalette() : nullptr;
+        return GetPaletteEntries(*axisPalette_.get()->before(), first, count, entries);
+    const SharedPalette& shared = paletteColors();
+    const int known = shared ? std::clamp(shared->count - first, 0, count) : 0;
+    if (known > 0)
+        std::copy_n(shared->entries + first, known, entries);
+    return known;
 }
 
 AArray<COLORREF> AColorsGraph::mapColors(const AColorPlay& playedWith) const
@@ -74,8 +106,7 @@ AArray<COLORREF> AColorsGraph::mapColors(const AColorPlay& playedWith) const
     const int count = getNColors();
     AArray<COLORREF> colours(count, count, 1);
     PALETTEENTRY entries[256];
-    const HPALETTE palette = colors_.count() > 0 ? nullptr : unplayedPalette();
-    const int known = palette ? GetPaletteEntries(palette, getFirstColor(), count, entries) : 0;
+    const int known = colors_.count() > 0 ? 0 : unplayedEntries(getFirstColor(), count, entries);
     for (int i = 0; i < colours.count(); ++i) {
         if (colors_.count() > 0) {
             colours(i) = colors_(i * std::min(colors_.count(), count) / count);
@@ -131,7 +162,8 @@ void AColorsGraph::useAxisPalette() const
         if (play_.isNeutral() && !playGoes_)
             return;
         HPALETTE* const given = plot.getPalette();
-        axisPalette_.make(*this, given == GetGlobalPalette() ? nullptr : given);
+        const int isGiven = given != GetGlobalPalette() && !plot.hasPaletteOfColors();
+        axisPalette_.make(*this, isGiven ? given : nullptr);
     }
     HPALETTE* const own = axisPalette_.get()->handle();
     if (!own || plot.getPalette() == own)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "pavane/images/palette_followers.h"
 #include "platform/gdi_objects.h"
 
 #include <memory>
@@ -11,25 +10,24 @@ namespace pavane
 class ABAxis;
 class AColorsGraph;
 
-/// The palette of an axis in bitmap mode whose map is played with: that of the module, or the one
+/// The palette of an axis in bitmap mode whose map is played with: that of the graph, or the one
 /// that the host gave the axis, with the colours of the graph in the places of the map colours.
-/// Follows the module's palette.
-class AxisPalette : private PaletteFollower
+class AxisPalette
 {
 public:
-    /// `before` is the palette that the axis has now, null for the module's.
+    /// `before` is the palette that a host gave the axis, null for that of the graph.
     AxisPalette(const AColorsGraph& graph, HPALETTE* before);
-    ~AxisPalette() override;
+    AxisPalette(const AxisPalette&) = delete;
+    AxisPalette& operator=(const AxisPalette&) = delete;
+    ~AxisPalette();
     /// Puts the colours of the graph into it.
     void update();
     /// What the axis gets; null without memory.
     HPALETTE* handle() { return palette_ ? &palette_ : nullptr; }
-    /// The map colour `index` before any play; what the host gave, else that of the module.
+    /// What the host gave; null for none.
     HPALETTE* before() const { return before_; }
 
 private:
-    void paletteChanged() override { update(); }
-
     const AColorsGraph& graph_;
     HPALETTE* before_;
     HPALETTE palette_ = nullptr;

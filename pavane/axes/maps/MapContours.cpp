@@ -161,8 +161,7 @@ void MapContours::tellLeftOut(std::size_t levels) const
         leftOutText_ += "there is not enough memory";
     else
         leftOutText_ += "their lines do not fit into " +
-                        std::to_string(std::max<std::int64_t>(1, GetContourMemory() / mega)) +
-                        " MB";
+                        std::to_string(std::max<std::int64_t>(1, lines_.memory() / mega)) + " MB";
 }
 
 void MapContours::drawLeftOutText(CDC& dc, const ABAxis& axis) const

@@ -97,6 +97,13 @@ void MapFigure::setAxis(ABAxis* axis)
     bar_ = otherBar_ = nullptr;
 }
 
+void MapFigure::followModule() const
+{
+    for (ABAxis* const each : {axis_, static_cast<ABAxis*>(bar_), static_cast<ABAxis*>(otherBar_)})
+        if (each)
+            each->followModule();
+}
+
 FigureLayout MapFigure::layOut(CDC& dc, const CRect& rect, const CRect* least) const
 {
     if (!axis_ || rect.IsRectEmpty()) {

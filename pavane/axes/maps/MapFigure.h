@@ -51,6 +51,9 @@ public:
     void addLayer(FigureLayer* layer) { layers_.push_back(layer); }
     void clearLayers() { layers_.clear(); }
 
+    /// For windows: axis, graphs and bars take over what the module's functions have set since they
+    /// were made (ABAxis::followModule).
+    void followModule() const;
     /// Places the parts inside `rect` of the context and leaves the axis with this plot. A page is
     /// laid out as a picture of its size would be. The plot keeps within the bounds that a host
     /// gave its axis, in pixels of 96 per inch from the edges of `rect`, and within `least`, the

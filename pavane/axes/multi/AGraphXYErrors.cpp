@@ -1,7 +1,6 @@
 #include "pavane/axes/multi/AGraphXYErrors.h"
 
 #include "pavane/axes/ABAxis.h"
-#include "pavane/axes/axis_settings.h"
 #include "pavane/axes/AxisPenState.h"
 #include "pavane/axes/range_repair.h"
 #include "pavane/axes/SelectedObject.h"
@@ -33,7 +32,7 @@ class AGraphXYErrors::Bars
 {
 public:
     Bars(ABAxis& axis, CDC& dc, int width, COLORREF color)
-        : axis_(axis), dc_(dc), state_(axis), cap_(axis.markerSize(GetPartCrossHeight())),
+        : axis_(axis), dc_(dc), state_(axis), cap_(axis.markerSize(axis.parts().cross)),
           past_(axis.isOnPage() ? 0 : 1)
     {
         axis.setLineStyle(PS_SOLID);

@@ -3,6 +3,7 @@
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/windows/plot_directions.h"
+#include "pavane/images/palette_followers.h"
 #include "platform/messages.h"
 #include "platform/window_dc.h"
 
@@ -11,7 +12,26 @@
 namespace pavane
 {
 
-APlotWnd::APlotWnd() { SetFlag(windowNoWaitCursor, 1); }
+namespace
+{
+
+/// Pictures keep the palette that they were made with; a window shows the one that is chosen.
+class FigurePalette : public PaletteFollower
+{
+public:
+    explicit FigurePalette(const MapFigure& figure) : figure_(figure) {}
+    void paletteChanged() override { figure_.followModule(); }
+
+private:
+    const MapFigure& figure_;
+};
+
+}  // namespace
+
+APlotWnd::APlotWnd() : palette_(std::make_unique<FigurePalette>(figure_))
+{
+    SetFlag(windowNoWaitCursor, 1);
+}
 
 APlotWnd::~APlotWnd()
 {
@@ -84,6 +104,7 @@ void APlotWnd::SetPlot(ABAxis* axis, int owned)
     axis_ = axis;
     ownsAxis_ = owned;
     figure_.setAxis(axis);
+    figure_.followModule();
     view_.forget();
     plotCame();
     ContentChanged();
@@ -126,6 +147,7 @@ FigureLayout APlotWnd::layOut(CDC& dc, const CRect& rect) const
 
 void APlotWnd::layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout)
 {
+    figure_.followModule();
     layout = layOut(dc, client);
     if (plotMargins(layout, margins_))
         marginsFor_ = client.Size();

@@ -19,6 +19,7 @@ namespace pavane
 {
 
 class ABAxis;
+class PaletteFollower;
 enum class CommandWhen : std::uint8_t;
 
 /// A window that shows an axis with its graphs: a curve, a histogram, a map, whatever the axis
@@ -261,6 +262,7 @@ private:
     std::vector<std::unique_ptr<ABAxis>> retired_;  ///< axes that a press may still point to
     RangeView view_;
     MapFigure figure_;
+    std::unique_ptr<PaletteFollower> palette_;
     CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
     CSize marginsFor_;
     CRect drawnIn_;  ///< where the axis was drawn in the window

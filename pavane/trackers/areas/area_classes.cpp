@@ -1,8 +1,12 @@
 #include "pavane/trackers/areas/area_classes.h"
 
 #include "pavane/trackers/areas/record_layouts.h"
+#include "tessel/ForkGate.h"
 
+#include <algorithm>
 #include <deque>
+#include <mutex>
+#include <shared_mutex>
 #include <utility>
 
 namespace pavane
@@ -13,9 +17,12 @@ namespace
 
 using Kind = ShapeValues::Kind;
 
+/// Of the list below, which hosts add to.
+std::shared_mutex classLock;
+
 std::deque<AreaClass>& classes()
 {
-    // a deque: what was handed out stays where it is
+    // a deque: what was handed out stays where it is, and as it is
     static std::deque<AreaClass> known = [] {
         constexpr std::pair<const char*, Kind> kinds[] = {{"Rect", Kind::rectangle},
                                                           {"RotateRect", Kind::rotatedRectangle},
@@ -31,14 +38,6 @@ std::deque<AreaClass>& classes()
         return own;
     }();
     return known;
-}
-
-AreaClass* find(std::string_view name)
-{
-    for (AreaClass& c : classes())
-        if (c.name == name)
-            return &c;
-    return nullptr;
 }
 
 template <typename Rect, typename Point>
@@ -62,14 +61,21 @@ int RegisterAreaClass(const AreaClass& added)
     if (name.empty() || name.size() >= classNameField || name.find('\0') != name.npos ||
         (!added.hasShape && !added.pass))
         return 0;
-    if (AreaClass* const known = find(name))
-        *known = added;
-    else
-        classes().push_back(added);
+    const ForkGate gate;
+    const std::unique_lock filling(classLock);
+    classes().push_back(added);
     return 1;
 }
 
-const AreaClass* areaClassOf(std::string_view name) { return find(name); }
+const AreaClass* areaClassOf(std::string_view name)
+{
+    const ForkGate gate;
+    const std::shared_lock reading(classLock);
+    const auto& known = classes();
+    const auto found = std::find_if(known.rbegin(), known.rend(),
+                                    [&](const AreaClass& c) { return c.name == name; });
+    return found == known.rend() ? nullptr : &*found;
+}
 
 std::string shownClassName(std::string_view name)
 {

@@ -134,23 +134,29 @@ void AreaEye::draw(CDC& dc, CWnd* window, int tool, const EyeState& state)
     CRect clip;
     if (drawingClip(window, *first, clip))
         (void)dc.IntersectClipRect(clip);
-    const ClippedDrawing clipped(dc);
-    OutlineMood mood(trackers_.count() > mostSmooth);
-    drawItems(dc, window, found, state.chosen, mood);
-    mood.setDashed(false);
-    if (open)
-        open->Draw(&dc, window);
-    if (state.drawn)
-        state.drawn->Draw(&dc, window);
+    OutlineLook look;
+    look.crowded = trackers_.count() > mostSmooth;
+    look.clipped = &dc;
+    drawItems(dc, window, found, state.chosen, look);
+    for (ATracker* const each : {open, state.drawn})
+        if (each)
+            drawItem(dc, window, *each, look);
     if (tool & toolArea)
-        drawHover(dc);
+        drawHover(dc, look);
     if (!state.dragging)  // what a drag uncovers is the outline only
-        drawFocus(dc, state.focus);
+        drawFocus(dc, state.focus, look);
     (void)dc.RestoreDC(saved);
 }
 
+void AreaEye::drawItem(CDC& dc, CWnd* window, ATracker& tracker, const OutlineLook& look)
+{
+    tracker.SetOutlineLook(look);
+    tracker.Draw(&dc, window);
+    tracker.SetOutlineLook({});
+}
+
 void AreaEye::drawItems(CDC& dc, CWnd* window, const Pile<int>& found, const AreaEdits& chosen,
-                        OutlineMood& mood) const
+                        OutlineLook look) const
 {
     int selecting = chosen.selectionCount() > 0;
     for (int i = 0; i < trackers_.count() && !selecting; ++i)
@@ -162,9 +168,9 @@ void AreaEye::drawItems(CDC& dc, CWnd* window, const Pile<int>& found, const Are
         const int selected = chosen.isSelected(i);
         const int marked =
             found.count() > mostWithHandles ? active && i == chosen.current() : active || selected;
-        mood.setDashed(selecting && !active && !selected);
+        look.dashed = selecting && !active && !selected;
         tracker.SetActive(marked);
-        tracker.Draw(&dc, window);
+        drawItem(dc, window, tracker, look);
         tracker.SetActive(active);
     }
 }
@@ -203,7 +209,7 @@ void AreaEye::invalidateFocus(CWnd* window, const AreaFocus& focus) const
         window->InvalidateRect(CRect(p.x - reach, p.y - reach, p.x + reach, p.y + reach));
 }
 
-void AreaEye::drawFocus(CDC& dc, const AreaFocus& focus) const
+void AreaEye::drawFocus(CDC& dc, const AreaFocus& focus, const OutlineLook& look) const
 {
     CPoint p;
     if (!focusPoint(focus, p))
@@ -212,7 +218,7 @@ void AreaEye::drawFocus(CDC& dc, const AreaFocus& focus) const
                             {p.x + focusReach, p.y - focusReach},
                             {p.x + focusReach, p.y + focusReach},
                             {p.x - focusReach, p.y + focusReach}};
-    drawTrackerOutline(dc, frame, 4, true);
+    drawTrackerOutline(dc, frame, 4, true, look);
 }
 
 int AreaEye::hoverFrom(CPoint& from) const
@@ -225,13 +231,13 @@ int AreaEye::hoverFrom(CPoint& from) const
     return 1;
 }
 
-void AreaEye::drawHover(CDC& dc) const
+void AreaEye::drawHover(CDC& dc, const OutlineLook& look) const
 {
     CPoint line[2];
     if (!hovering_ || !hoverFrom(line[0]))
         return;
     line[1] = hover_;
-    drawTrackerOutline(dc, line, 2, false);
+    drawTrackerOutline(dc, line, 2, false, look);
 }
 
 void AreaEye::hoverAt(CWnd& window, CPoint p, int on)

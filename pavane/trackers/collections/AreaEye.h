@@ -8,7 +8,6 @@ namespace pavane
 {
 
 class AreaEdits;
-class OutlineMood;
 
 /// What a drawing shows beside the areas themselves.
 struct EyeState {
@@ -62,9 +61,10 @@ private:
     int itemsIn(const ARect<double>& rect, int all, Pile<int>& found);
     int drawingClip(CWnd* window, ATracker& tracker, CRect& clip) const;
     void drawItems(CDC& dc, CWnd* window, const Pile<int>& found, const AreaEdits& chosen,
-                   OutlineMood& mood) const;
-    void drawFocus(CDC& dc, const AreaFocus& focus) const;
-    void drawHover(CDC& dc) const;
+                   OutlineLook look) const;
+    static void drawItem(CDC& dc, CWnd* window, ATracker& tracker, const OutlineLook& look);
+    void drawFocus(CDC& dc, const AreaFocus& focus, const OutlineLook& look) const;
+    void drawHover(CDC& dc, const OutlineLook& look) const;
 
     AreaTrackers trackers_;
     const PressOptions& options_;

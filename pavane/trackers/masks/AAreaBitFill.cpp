@@ -2,7 +2,6 @@
 
 #include "pavane/resources/tracker_messages.h"
 #include "pavane/trackers/masks/scan_fill.h"
-#include "platform/message.h"
 
 namespace pavane
 {
@@ -12,7 +11,7 @@ void AAreaBitFill::FillMatrix(ABitMatrix& m, const CPoint* pts, int n)
     int overflow = 0;
     (void)fillPolygon(m, pts, n, rowCapacity, overflow);  // without memory the mask stays as it is
     if (overflow)
-        (void)AfxMessageBox(manyAreaFillPoints);
+        (void)messages_.tell(manyAreaFillPoints);
 }
 
 }  // namespace pavane

@@ -3,7 +3,6 @@
 #include "pavane/resources/tracker_messages.h"
 #include "pavane/trackers/masks/APolyPoints.h"
 #include "pavane/trackers/masks/scan_fill.h"
-#include "platform/message.h"
 
 namespace pavane
 {
@@ -17,7 +16,7 @@ void AFillBitAreas::FillBitMatrix(ABitMatrix* m, const APolyPoints* poly)
     if (!overflow || reported_)
         return;
     reported_ = 1;
-    (void)AfxMessageBox(manyAreaFillPoints);
+    (void)messages_.tell(manyAreaFillPoints);
 }
 
 }  // namespace pavane

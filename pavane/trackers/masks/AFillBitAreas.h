@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/api.h"
+#include "platform/message.h"
 #include "tessel/ABitMatrix.h"
 
 namespace pavane
@@ -16,10 +17,13 @@ public:
     static constexpr int rowCapacity = 30;
 
     /// Sets the bits of the polygon in m as AAreaBitFill does. A row with more than 30 crossings is
-    /// reported in a message box, once for each filler. Null pointers do nothing.
+    /// reported as a message, once for each filler. Null pointers do nothing.
     void FillBitMatrix(ABitMatrix* m, const APolyPoints* poly);
+    /// Who hears of such rows instead of the function in force when the filler was made.
+    void setMessages(const MessageReceiver& messages) { messages_ = messages; }
 
 private:
+    MessageReceiver messages_;
     int reported_ = 0;
 };
 

@@ -158,7 +158,7 @@ struct Layer {
     }
 };
 
-/// Tints colours and remembers them: the picture of a map has few.
+/// How strong a tint each colour needs.
 class ContrastTint
 {
 public:
@@ -170,42 +170,14 @@ public:
             for (const int dark : {0, 1})
                 layers_[dark][share] = Layer(dark ? darkTint : lightTint, share);
     }
-    std::uint32_t operator()(std::uint32_t pixel)
+    std::uint32_t operator()(std::uint32_t pixel) const
     {
-        pixel &= redBlue | green;
-        const std::uint32_t place = (pixel * 2654435761u) >> 20;
-        Known& known = known_[place];
-        if (known.pixel != pixel) {
-            // two colours of one place, side by side in a map, would be searched for every pixel
-            Known& second = known_[place ^ 1];
-            if (second.pixel != pixel)
-                second = {pixel, tinted(pixel)};
-            std::swap(known, second);
-        }
-        return known.tinted;
-    }
-    /// Pixels of one colour often lie side by side.
-    void apply(std::uint32_t* pixels, int count)
-    {
-        std::uint32_t from = noPixel;
-        std::uint32_t result = 0;
-        for (int i = 0; i < count; ++i) {
-            if (pixels[i] != from) {
-                from = pixels[i];
-                result = (*this)(from);
-            }
-            pixels[i] = result;
-        }
+        return tinted(pixel & (redBlue | green));
     }
 
 private:
     static constexpr COLORREF lightTint = RGB(190, 255, 235);
     static constexpr COLORREF darkTint = RGB(0, 36, 28);
-    static constexpr std::uint32_t noPixel = 0xFFFFFFFF;
-    struct Known {
-        std::uint32_t pixel = noPixel;
-        std::uint32_t tinted = 0;
-    };
 
     double luminance(std::uint32_t pixel) const
     {
@@ -230,18 +202,50 @@ private:
 
     double linear_[256];
     Layer layers_[2][257];
-    Known known_[4096];
 };
 
-ContrastTint& contrastTint()
+/// Never changes once it is made.
+const ContrastTint& contrastTint()
 {
-    static thread_local ContrastTint tint;
+    static const ContrastTint tint;
     return tint;
 }
 
 }  // namespace
 
 std::uint32_t overlayTint(std::uint32_t pixel) { return contrastTint()(pixel); }
+
+std::uint32_t OverlayPicture::Tints::operator()(std::uint32_t pixel)
+{
+    pixel &= redBlue | green;
+    constexpr std::size_t places = 4096;
+    if (known_.empty())
+        known_.resize(places);
+    const std::uint32_t place = (pixel * 2654435761u) >> 20;
+    Known& known = known_[place];
+    if (known.pixel != pixel) {
+        // two colours of one place, side by side in a map, would be searched for every pixel
+        Known& second = known_[place ^ 1];
+        if (second.pixel != pixel)
+            second = {pixel, contrastTint()(pixel)};
+        std::swap(known, second);
+    }
+    return known.tinted;
+}
+
+/// Pixels of one colour often lie side by side.
+void OverlayPicture::Tints::apply(std::uint32_t* pixels, int count)
+{
+    std::uint32_t from = noPixel;
+    std::uint32_t result = 0;
+    for (int i = 0; i < count; ++i) {
+        if (pixels[i] != from) {
+            from = pixels[i];
+            result = (*this)(from);
+        }
+        pixels[i] = result;
+    }
+}
 
 void OverlayPicture::setPixels(const PixelCells& columns, const PixelCells& rows)
 {
@@ -300,7 +304,7 @@ void OverlayPicture::blend(const ABitMatrix& mask, const CRect& pixels, const Ov
     CRect inside;
     if (!inside.IntersectRect(pixels, {0, 0, width(), height()}))
         return;
-    ContrastTint* const tint = &contrastTint();
+    Tints* const tint = &tints_;
     const Layer insideLine(style.inside, style.lineShare);
     const Layer outsideLine(style.outside, style.lineShare);
     forRows(mask, inside, [=](int y, const OverlayPart* parts) {

@@ -54,8 +54,25 @@ private:
     template <typename Use>
     void forRows(const ABitMatrix& mask, const CRect& pixels, Use&& use) const;
 
+    /// The tints of the colours seen so far: the picture of a map has few.
+    class Tints
+    {
+    public:
+        std::uint32_t operator()(std::uint32_t pixel);
+        void apply(std::uint32_t* pixels, int count);
+
+    private:
+        static constexpr std::uint32_t noPixel = 0xFFFFFFFF;
+        struct Known {
+            std::uint32_t pixel = noPixel;
+            std::uint32_t tinted = 0;
+        };
+        std::vector<Known> known_;
+    };
+
     std::vector<CellSpan> columns_;
     std::vector<CellSpan> rows_;
+    mutable Tints tints_;
 };
 
 }  // namespace pavane

@@ -110,10 +110,10 @@ TEST(PlayedMap, LeavesTheModuleAndOtherMapsAlone)
     const std::string plain = other.pixels();
     EXPECT_EQ(played.axis.getPalette(), nullptr);
     EXPECT_EQ(played.pixels(), plain);
-    EXPECT_EQ(played.axis.getPalette(), GetGlobalPalette());
+    EXPECT_TRUE(played.axis.hasPaletteOfColors());
     const AColorPlay inverted{1, 0.5, 1, 1};
     ASSERT_TRUE(played.graph->SetColorPlay(inverted));
-    EXPECT_NE(played.axis.getPalette(), GetGlobalPalette());
+    EXPECT_FALSE(played.axis.hasPaletteOfColors());
     const std::string turned = played.pixels();
     EXPECT_NE(turned, plain);
     EXPECT_EQ(played.axis.dib()->GetPixel(played.axis.getGraphRect().left, 100),
@@ -121,14 +121,19 @@ TEST(PlayedMap, LeavesTheModuleAndOtherMapsAlone)
     EXPECT_EQ(other.pixels(), plain);
     GetGlobalPaletteColors(0, 226, after);
     EXPECT_EQ(std::memcmp(module.lpArray(), after.lpArray(), 226 * sizeof(COLORREF)), 0);
-    // another palette of the module goes through the play; an own one of the map stays
+    // another palette of the module goes through the play where it is followed; an own one of the
+    // map stays
     ASSERT_TRUE(LoadPalette("grey"));
+    EXPECT_EQ(played.pixels(), turned);
+    played.figure.followModule();
     Plot grey(map, axisBitmapMode);
     ASSERT_TRUE(grey.graph->SetColorPlay(inverted));
     EXPECT_EQ(played.pixels(), grey.pixels());
     grey.graph->setColors(module);
     EXPECT_EQ(grey.pixels(), turned);
     LoadBuiltInPalette();
+    for (const Plot* const plot : {&grey, &played})
+        plot->figure.followModule();
     EXPECT_EQ(grey.pixels(), turned);
     EXPECT_EQ(played.pixels(), turned);
     // a copy of an axis shows what the axis shows
@@ -138,6 +143,40 @@ TEST(PlayedMap, LeavesTheModuleAndOtherMapsAlone)
     CRect rect(0, 0, 200, 150);
     copy.draw(*dc, rect);
     EXPECT_EQ(copy.getPalette(), played.axis.getPalette());
+}
+
+// Pictures of several threads and a host that sets the module's values meanwhile.
+TEST(PlayedMap, KeepsWhatTheModuleHadWhenItWasMade)
+{
+    const AMatrix<float> map = randomMap(30, 40, 4);
+    SharedPalette heat;
+    ASSERT_TRUE(ReadPalette("heat", heat));
+    for (const int options : {0, static_cast<int>(axisBitmapMode)}) {
+        SCOPED_TRACE(options);
+        LoadBuiltInPalette();
+        Plot kept(map, options), own(map, options), follower(map, options);
+        const std::string before = kept.pixels();
+        ASSERT_TRUE(LoadPalette("heat"));
+        SetPartFontHeight(12);
+        SetPartCrossHeight(3);
+        Plot later(map, options);
+        EXPECT_EQ(kept.pixels(), before);
+        follower.figure.followModule();
+        EXPECT_EQ(follower.pixels(), later.pixels());
+        EXPECT_NE(follower.pixels(), before);
+        own.axis.setPaletteColors(heat);
+        own.axis.setParts(GetAxisParts());
+        own.bar.setParts(GetAxisParts());
+        SetPartFontHeight(30);
+        SetPartCrossHeight(6);
+        LoadBuiltInPalette();
+        own.figure.followModule();
+        EXPECT_EQ(own.pixels(), later.pixels());
+        own.axis.setPaletteColors(nullptr);
+        own.axis.setParts(AxisParts());
+        own.bar.setParts(AxisParts());
+        EXPECT_EQ(own.pixels(), before);
+    }
 }
 
 TEST(PlayedMap, ContoursKeepTheirColoursWhileADragGoesOn)

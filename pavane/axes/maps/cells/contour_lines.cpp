@@ -5,6 +5,7 @@
 #include "pavane/axes/maps/cells/level_kernels.h"
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <limits>
@@ -17,7 +18,7 @@ namespace
 {
 
 constexpr std::int64_t usualMemory = std::int64_t{256} << 20;
-std::int64_t contourMemory = usualMemory;
+std::atomic<std::int64_t> contourMemory = usualMemory;
 
 static_assert(CrossingPool::mostCrossings == ContourLines::mostPoints);
 static_assert(sizeof(Crossing) == crossingBytes);
@@ -253,6 +254,11 @@ std::int64_t takeLine(CrossingPool& pool, int start, CPointF* to)
 std::int64_t GetContourMemory() { return contourMemory; }
 void SetContourMemory(std::int64_t bytes) { contourMemory = bytes > 0 ? bytes : usualMemory; }
 
+std::int64_t ContourLines::memory() const
+{
+    return usedMemory_ > 0 ? usedMemory_ : memory_ > 0 ? memory_ : GetContourMemory();
+}
+
 int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& levels,
                         SimdPath path, const ProgressFunction& progress)
 {
@@ -269,9 +275,10 @@ int ContourLines::trace(const AMatrixAccess& cells, const std::vector<double>& l
         level = level == level ? level : std::numeric_limits<double>::infinity();
     std::vector<int> all(levels.size());
     std::iota(all.begin(), all.end(), 0);
-    const std::int64_t blocks = contourMemory / (crossingBlock * (crossingBytes + pointBytes));
+    usedMemory_ = memory_ > 0 ? memory_ : GetContourMemory();
+    const std::int64_t blocks = usedMemory_ / (crossingBlock * (crossingBytes + pointBytes));
     int isTooMuch = 0;
-    const Task task{cells, numbered, path, progress};
+    const Task task{cells, numbered, path, progress, usedMemory_};
     const int traced = traceBand(task, all, blocks, isTooMuch) || (isTooMuch && traceInBands(task));
     if (!traced) {
         lines_.clear();
@@ -328,7 +335,7 @@ int ContourLines::traceInBands(const Task& task)
     for (const double level : levels)
         crossings.push_back(ofRising[static_cast<std::size_t>(
             std::lower_bound(rising.begin(), rising.end(), level) - rising.begin())]);
-    const ContourPlan plan = planContours(crossings, mostPoints, contourMemory);
+    const ContourPlan plan = planContours(crossings, mostPoints, task.memory);
     if (plan.mostPoints > 0 && !points_.allocate(1, static_cast<int>(plan.mostPoints)))
         return 0;
     leftOut_.assign(levels.size(), 1);

@@ -14,7 +14,8 @@ namespace pavane
 class CrossingPool;
 
 /// Bytes that the lines of one map and the work of tracing them may take: 256 MiB at first, and
-/// again for 0 or less. A setting of the module, asked at each tracing.
+/// again for 0 or less. A setting of the module, asked once by each tracing that has no limit of
+/// its own. Any thread may call both.
 PAVANE_API std::int64_t GetContourMemory();
 PAVANE_API void SetContourMemory(std::int64_t bytes);
 
@@ -51,6 +52,11 @@ public:
     int trace(const AMatrixAccess& cells, const std::vector<double>& levels,
               SimdPath path = bestSimdPath(), const ProgressFunction& progress = {});
 
+    /// A limit of these lines' own in place of GetContourMemory(); none for 0 or less.
+    void setMemory(std::int64_t bytes) { memory_ = bytes; }
+    /// What the last tracing was allowed; the limit in force before the first.
+    std::int64_t memory() const;
+
     const std::vector<ContourLine>& lines() const { return lines_; }
     const CPointF* points(const ContourLine& line) const { return points_.data() + line.first; }
     std::int64_t pointCount() const { return pointCount_; }
@@ -64,6 +70,7 @@ private:
         const std::vector<double>& levels;
         SimdPath path;
         const ProgressFunction& progress;
+        std::int64_t memory;
     };
     int traceBand(const Task& task, const std::vector<int>& band, std::int64_t blocks,
                   int& isTooMuch);
@@ -74,6 +81,8 @@ private:
     AMatrix<CPointF> points_;
     std::int64_t pointCount_ = 0;
     std::vector<char> leftOut_;
+    std::int64_t memory_ = 0;
+    std::int64_t usedMemory_ = 0;
 };
 
 }  // namespace pavane
