@@ -1,4 +1,5 @@
-// Pictures of large maps, each with its own axis, graph, figure and PNG: by one thread, and by four.
+// Pictures of large maps, each with its own axis, graph, figure and PNG: by one thread, and by
+// four.
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
@@ -33,9 +34,9 @@ const AMatrix<float>& cells()
             for (int c = 0; c < side; ++c) {
                 const double y = (r - side / 2) / 200.0;
                 const double x = (c - side / 2) / 200.0;
-                made(r, c) = noise(random) +
-                             static_cast<float>(std::exp(-x * x - y * y) +
-                                                0.3 * std::exp(-(x - 3) * (x - 3) - y * y));
+                made(r, c) =
+                    noise(random) + static_cast<float>(std::exp(-x * x - y * y) +
+                                                       0.3 * std::exp(-(x - 3) * (x - 3) - y * y));
             }
         return made;
     }();
@@ -96,9 +97,10 @@ int main(int argc, char** argv)
     if (!InitPlatform(argc, argv, PlatformUse::pictures) || !LoadBuiltInPalette())
         return 1;
     const auto add = [](const char* name, int threads, int contours) {
-        benchmark::RegisterBenchmark(name, [=](benchmark::State& s) {
-            drawAll(s, threads, contours);
-        })->Unit(benchmark::kMillisecond)->UseRealTime();
+        benchmark::RegisterBenchmark(name,
+                                     [=](benchmark::State& s) { drawAll(s, threads, contours); })
+            ->Unit(benchmark::kMillisecond)
+            ->UseRealTime();
     };
     add("threads/8 pictures 4k/pavane", 4, 0);
     add("threads/8 pictures 4k/one thread", 1, 0);

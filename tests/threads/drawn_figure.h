@@ -83,10 +83,12 @@ inline void drawFigure(int kind, CDC& dc, const CRect& rect)
     shape.lfEscapement = kind % 3 ? 450 : 0;
     font.CreateFontIndirect(shape);
     CFont* const before = dc.SelectObject(&font);
-    dc.TextOut(rect.Width() / 3, rect.Height() / 2, "J1033+6051 \xE2\x88\x92 " + std::to_string(kind));
+    dc.TextOut(rect.Width() / 3, rect.Height() / 2,
+               "J1033+6051 \xE2\x88\x92 " + std::to_string(kind));
     dc.SelectObject(before);
     const int smooth = dc.SetSmooth(1);
-    const CPointF corners[] = {{rect.Width() * 0.8, 1.5}, {rect.Width() - 3.0, rect.Height() - 2.5},
+    const CPointF corners[] = {{rect.Width() * 0.8, 1.5},
+                               {rect.Width() - 3.0, rect.Height() - 2.5},
                                {rect.Width() * 0.7, rect.Height() * 0.6}};
     dc.PolygonF(corners, 3);
     dc.SetSmooth(smooth);
