@@ -57,14 +57,13 @@ struct Plot {
     explicit Plot(int options = 0, int xDirect = 1) : axis(xDirect, 1, nullptr, options)
     {
         shown.clear();
+        axis.setMessages(MessageReceiver(keepMessage));
         new CountedLine(&axis, x, drawn);
     }
     void draw(int width = 600, int height = 400)
     {
-        const MessageFunction old = SetMessageFunction(keepMessage);
         CRect rect(0, 0, width, height);
         axis.draw(*dc, rect);
-        SetMessageFunction(old);
     }
     bool isDark(int px, int py) const { return picture.row(py)[px] != 0xFFFFFF; }
 };
