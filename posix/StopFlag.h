@@ -29,8 +29,8 @@ public:
     /// than reading a number.
     int isStopped() const { return stopped_.load() || (ask_ && hasAnsweredNo()); }
     /// From now on isStopped asks `goesOn`, in the thread that works and at most every 20 ms,
-    /// whether the work goes on; 0 stops it. It may handle messages, also such as look at this
-    /// flag, and must not throw. An empty function asks nobody.
+    /// whether the work goes on; 0 stops it. It may look at this flag again, and must
+    /// neither throw nor draw or change what the work uses. An empty function asks nobody.
     void ask(std::function<int()> goesOn);
 
 private:

@@ -3,6 +3,7 @@
 #include "apps/view/file_ending.h"
 #include "platform/picture_file.h"
 #include "platform/window_dc.h"
+#include "tessel/StopFlag.h"
 
 #include <algorithm>
 
@@ -22,21 +23,24 @@ void turn(const PictureJob& job, int page)
 }
 
 /// The picture at one pixel a unit.
-int drawPlain(CPicture& picture, const PictureJob& job)
+int drawPlain(CPicture& picture, const PictureJob& job, const StopFlag& stop)
 {
     if (!picture.width())
         return 0;
-    job.draw(*picture.dc(), CRect(0, 0, job.width, job.height));
+    const auto dc = picture.dc();
+    dc->setStop(&stop);
+    job.draw(*dc, CRect(0, 0, job.width, job.height));
     return 1;
 }
 
 /// The picture as a finer screen shows it: text and lines keep their size.
-int drawFine(CPicture& picture, const PictureJob& job)
+int drawFine(CPicture& picture, const PictureJob& job, const StopFlag& stop)
 {
     CBitmap bitmap;
     if (!picture.width() || !bitmap.CreateBitmap(job.width, job.height, job.fineness))
         return 0;
     CMemoryDC dc(bitmap);
+    dc.setStop(&stop);
     job.draw(dc, CRect(0, 0, job.width, job.height));
     const std::uint32_t* from = bitmap.bits();
     for (int y = 0; y < picture.height(); ++y, from += picture.width())
@@ -47,8 +51,11 @@ int drawFine(CPicture& picture, const PictureJob& job)
 int writePNG(const std::string& file, const PictureJob& job, std::string& error)
 {
     CPicture picture(job.width * job.fineness, job.height * job.fineness);
-    if (job.fineness == 1 ? drawPlain(picture, job) : drawFine(picture, job))
-        return SavePNG(picture, file, error, screenDpi * job.fineness, job.goesOn);
+    StopFlag stop;
+    stop.ask(job.goesOn);
+    if (job.fineness == 1 ? drawPlain(picture, job, stop) : drawFine(picture, job, stop))
+        return SavePNG(picture, file, error, screenDpi * job.fineness,
+                       [&stop] { return !stop.isStopped(); });
     error = "there is no memory for a picture of this size";
     return 0;
 }
