@@ -8,8 +8,8 @@ namespace pavane
 {
 
 /// How hard a PNG is packed; the pixels are the same. Of a figure of 900 x 900 pixels `usual`,
-/// which files have too, takes some 10 ms; `fastest` half of that for a quarter more bytes,
-/// `smallest` ten times that for a tenth less.
+/// which files have too, takes some 10 ms; `fastest` a quarter less for a tenth more bytes,
+/// `smallest` ten to fifty times that for up to a fifth less.
 enum class PngSpeed { smallest, usual, fastest };
 
 /// The bytes of a PNG file of the picture: red, green and blue, and alpha where its ground is

@@ -217,7 +217,8 @@ class Areas(MutableSequence[Area]):
         not its name. Positions on the sky, and .areas files, need the map that they lie on: a FITS
         file, a figure, an HDU (`map=`), an astropy Header (`header=`) or WCS (`wcs=`), with the
         `shape` (rows, columns) of the map where these do not say it. What was not taken comes as
-        PavaneWarning, with the number of its line.
+        PavaneWarning, with the number of its line; a file of which nothing can be taken is a
+        FormatError.
 
         >>> core = Areas([Area.ellipse((128, 128), (20, 12))])
         >>> core.write("core.reg", map="jet.fits", sky=True)

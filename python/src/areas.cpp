@@ -103,6 +103,9 @@ py::tuple readAreas(const CString& file, const Place* place)
         const CString named = file + ": ";
         throwUnread(file, error.starts_with(named) ? error.substr(named.size()) : error);
     }
+    // nothing at all would pass for the whole map
+    if (areas.empty() && !notes.loss.empty())
+        throwFormat(file + ": " + notes.lossText());
     return py::make_tuple(statesOf(areas), notes.lines);
 }
 

@@ -158,8 +158,11 @@ class Files(unittest.TestCase):
     def test_files_are_refused_with_a_reason(self):
         damaged = self.folder / "bad.reg"
         damaged.write_bytes(b"\0\1\2 no region")
+        lost = self.folder / "lost.reg"
+        lost.write_text("# Region file format: DS9\nfk5\ncircle(187.7,12.4,1\")\nannulus(1,2,3,4)\n")
         for call, error in ((lambda: Areas.read(self.folder / "none.reg"), FileNotFoundError),
                             (lambda: Areas.read(damaged), pavane.FormatError),
+                            (lambda: Areas.read(lost), pavane.FormatError),
                             (lambda: Areas.read(self.folder), OSError),
                             (lambda: Areas.read(3), TypeError),
                             (lambda: self.areas.write(self.folder / "no" / "a.reg"), OSError),
@@ -168,7 +171,7 @@ class Files(unittest.TestCase):
                             (lambda: self.areas.write(self.folder / "a.reg", sky=True), TypeError),
                             (lambda: self.areas.write(self.folder / "a.cma"), ValueError)):
             self.assertRaises(error, call)
-        self.assertEqual(sorted(os.listdir(self.folder)), ["bad.reg", "map.fits"])
+        self.assertEqual(sorted(os.listdir(self.folder)), ["bad.reg", "lost.reg", "map.fits"])
         with self.assertWarns(PavaneWarning):
             self.areas.write(self.folder / "a.cma", partial=True)
 
