@@ -164,6 +164,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/imaging/StudyJob.h
     pavane/imaging/StudyRound.h
     pavane/imaging/WscleanEngine.h
+    pavane/measures/areas/area_cells.h
+    pavane/measures/areas/AreaMeasures.h
+    pavane/measures/areas/AreaTable.h
+    pavane/measures/areas/cell_numbers.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h
@@ -428,6 +432,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/tables/grid/TableGrid.h
     pavane/tables/grid/TableSearch.h
     pavane/trackers/areas/ActiveItems.h
+    pavane/trackers/areas/area_label.h
     pavane/trackers/areas/AreaItems.h
     pavane/trackers/areas/tracker_style.h
     pavane/trackers/collections/EditedAreas.h
