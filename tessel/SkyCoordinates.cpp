@@ -128,7 +128,8 @@ struct SkyCoordinates::Wcs {
         int bad = 0;
         const int status = wcsp2s(&prm, 1, 2, pixel, plane, &phi, &theta, world, &bad);
         turnOver(world);
-        return !status && !bad && std::isfinite(world[0]) && std::isfinite(world[1]);
+        return !status && !bad && std::isfinite(world[0]) && std::isfinite(world[1]) &&
+               std::abs(theta) <= 90 + 1e-9;
     }
     // positions are (longitude, latitude) here, whatever the order of the axes
     void turnOver(double (&world)[2]) const
@@ -147,6 +148,43 @@ struct SkyCoordinates::Wcs {
         return !wcss2p(&prm, 1, 2, world, &phi, &theta, plane, pixel, &bad) && !bad;
     }
 };
+
+namespace
+{
+
+/// Projections that go on after a turn: cylinders, and the sides of cubes.
+constexpr std::string_view cylinders[] = {"CYP", "CEA", "CAR", "MER"};
+constexpr std::string_view cubes[] = {"TSC", "CSC", "QSC"};
+
+template <std::size_t n>
+int isAmong(const std::string_view (&codes)[n], const std::string& code)
+{
+    return std::find(std::begin(codes), std::end(codes), code) != std::end(codes);
+}
+
+/// The way of a turn in cells, where the map may show a position in more than one place.
+int findTurn(const MapHeader& header, const std::string& code, int longitude, double (&turn)[2])
+{
+    if (!isAmong(cylinders, code) && !isAmong(cubes, code))
+        return 0;
+    double farthest = 0;
+    for (int corner = 0; corner < 4; ++corner) {
+        const MapAxis& x = header.axes[0];
+        const MapAxis& y = header.axes[1];
+        farthest = std::max(
+            farthest,
+            std::abs(header.cd[longitude][0] * ((corner % 2 ? x.length + 0.5 : 0.5) - x.crpix) +
+                     header.cd[longitude][1] * ((corner / 2 ? y.length + 0.5 : 0.5) - y.crpix)));
+    }
+    const double det = header.cd[0][0] * header.cd[1][1] - header.cd[0][1] * header.cd[1][0];
+    const double sign = longitude ? -1 : 1;
+    turn[0] = sign * 360 * header.cd[1 - longitude][1] / det;
+    turn[1] = -sign * 360 * header.cd[1 - longitude][0] / det;
+    return (farthest > 180 || isAmong(cubes, code)) && finiteBelow(turn[0], farthestPixel) &&
+           finiteBelow(turn[1], farthestPixel);
+}
+
+}  // namespace
 
 SkyCoordinates::SkyCoordinates() = default;
 SkyCoordinates::~SkyCoordinates() = default;
@@ -185,8 +223,21 @@ int SkyCoordinates::init(const MapHeader& header, std::string& error)
     const double scale = std::sqrt(std::abs(det));
     if (!(scale > 0) || !std::isfinite(scale) || wcsset(&wcs->prm))
         return 0;
+    const int isPlain = cards.parameters.empty() && !cards.hasLonpole && !cards.hasLatpole;
+    if (isPlain && findTurn(header, code, longitude, turn_)) {
+        // native longitudes beyond 180 degrees are places of this map too
+        constexpr int allButNative = 3;
+        if (isAmong(cylinders, code) && wcsbchk(&wcs->prm, allButNative))
+            return 0;
+        for (std::size_t i = 0; i < 2; ++i)
+            middle_[i] = (header.axes[i].length - 1) / 2.0;
+    } else {
+        turn_[0] = turn_[1] = 0;
+    }
     if (code == "SIN" && cards.parameters.empty() && !cards.hasLonpole)
         (void)wcs->plane.init(header);  // where it does not hold, WCSLIB does
+    reference_[0] = header.axes[static_cast<std::size_t>(longitude)].crval;
+    reference_[1] = header.axes[static_cast<std::size_t>(1 - longitude)].crval;
     differenceStep_ = std::min(differenceDegrees / scale, farthestPixel);
     wcs_ = std::move(wcs);
     error.clear();
@@ -219,6 +270,26 @@ int SkyCoordinates::toPixel(double ra, double dec, double& column, double& row) 
         return 0;
     column = pixel[0] - 1;
     row = pixel[1] - 1;
+    const double square = turn_[0] * turn_[0] + turn_[1] * turn_[1];
+    if (square > 0) {
+        const double away = (middle_[0] - column) * turn_[0] + (middle_[1] - row) * turn_[1];
+        const double turns = std::round(away / square);
+        double l = 0;
+        double b = 0;
+        if (turns != 0 && toSky(column + turns * turn_[0], row + turns * turn_[1], l, b)) {
+            column += turns * turn_[0];
+            row += turns * turn_[1];
+        }
+    }
+    return 1;
+}
+
+int SkyCoordinates::turn(double& columns, double& rows) const
+{
+    if (!wcs_ || (turn_[0] == 0 && turn_[1] == 0))
+        return 0;
+    columns = turn_[0];
+    rows = turn_[1];
     return 1;
 }
 

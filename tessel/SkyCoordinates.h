@@ -47,12 +47,20 @@ public:
     int isSet() const { return wcs_ != nullptr; }
     Frame frame() const { return frame_.system; }
     const SkyFrame& skyFrame() const { return frame_; }
+    /// The position of the reference pixel (CRVAL), degrees in the map's frame.
+    double referenceLongitude() const { return reference_[0]; }
+    double referenceLatitude() const { return reference_[1]; }
 
     /// Position of a place on the map, right ascension 0 to below 360. 0 when it lies beyond the
     /// projected sky or nothing is set; the results are left alone then.
     int toSky(double column, double row, double& ra, double& dec) const;
     /// The place of a position. 0 when the projection does not show it.
     int toPixel(double ra, double dec, double& column, double& row) const;
+    /// Columns and rows from a position to the same one a turn on, of a cylindrical map (CYP, CEA,
+    /// CAR, MER) that reaches beyond 180 degrees of its reference, and of cubes (TSC, CSC, QSC):
+    /// `toPixel` gives the place that is nearest to the middle of the map, `toSky` knows all. 0 for
+    /// every other map.
+    int turn(double& columns, double& rows) const;
     /// The linear relation near a place, by central differences. 0 as in `toSky`.
     int localSky(double column, double row, LocalSky& local) const;
 
@@ -67,6 +75,9 @@ private:
     struct Wcs;
     std::unique_ptr<Wcs> wcs_;
     SkyFrame frame_;
+    double reference_[2] = {};
+    double turn_[2] = {};        ///< cells; 0 for none
+    double middle_[2] = {};      ///< of a map with a turn
     double differenceStep_ = 1;  ///< cells, for `localSky`
 };
 
