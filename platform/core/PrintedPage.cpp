@@ -84,6 +84,7 @@ void PrintedPage::image(const CRect& target, const ImageView& image)
 {
     if (!device_ || !goesOn())
         return;
+    device_->setStop(flag() ? flag() : &stop_);
     if (!gray_)
         return device_->image(target, image);
     const std::size_t count =

@@ -90,6 +90,9 @@ struct Enlarged {
         while (factor > 1 &&
                std::int64_t{image.width} * image.height * factor * factor > greatestArea)
             --factor;
+        view = image;
+        if (factor == 1)
+            return;
         const int width = image.width * factor;
         const int height = image.height * factor;
         pixels.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
@@ -336,7 +339,7 @@ void SvgDevice::image(const CRect& target, const ImageView& image)
     const Enlarged sharp(image, target.Width() / scale_, target.Height() / scale_);
     std::vector<unsigned char> png;
     std::string error;
-    if (!writePNG(sharp.view, {}, png, error))
+    if (!writePNG(sharp.view, {}, png, error, flag()))
         return;
     begin();
     out_ += "<image";
