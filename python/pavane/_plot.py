@@ -42,17 +42,22 @@ class _Axis:
         """The values as numbers of this axis; the first ones decide what it counts."""
         import numpy as np
 
-        if hasattr(values, "to_value") and hasattr(values, "scale") and hasattr(values, "jd1"):
-            self.clock = self.clock or str(values.scale).upper()
-            values = values.to_value("datetime64")
+        if hasattr(values, "to_value") and hasattr(values, "jd1"):
+            if hasattr(values, "to_datetime") and not hasattr(values, "isot"):  # a TimeDelta
+                values = np.round(values.to_value("sec") * 1e6).astype("m8[us]")
+            else:
+                self.clock = self.clock or str(values.scale).upper()
+                values = values.to_value("datetime64")
         unit = getattr(values, "unit", None)
         if unit is not None:
             if self.unit is None:
                 self.unit = unit
             values = values.to_value(self.unit)
         array = np.asarray(values)
-        if hasattr(values, "mask") and array.dtype.kind in "fiu":  # what is masked is a gap
-            array = np.where(values.mask, np.nan, array)
+        if isinstance(getattr(values, "mask", None), (np.ndarray, np.bool_)) and array.dtype.kind in "fiu":
+            array = np.where(values.mask, np.nan, array)  # what is masked is a gap
+        if array.dtype.kind == "O" and array.size and hasattr(array.flat[0], "isoformat"):
+            array = array.astype("M8[us]")  # datetime of Python
         if array.dtype.kind == "M":
             if self.name != "x":
                 raise TypeError("times go along x")
@@ -75,6 +80,21 @@ class _Axis:
             )
             numbers = np.where(numbers > 0, numbers, np.nan)
         return numbers
+
+    def places(self, values: Any) -> Any:
+        """Numbers of this axis as they are; times and units as those that it counts."""
+        import numpy as np
+
+        array = values if hasattr(values, "jd1") else np.asarray(values)
+        is_time = hasattr(array, "jd1") or array.dtype.kind in "mMO"
+        unit = getattr(values, "unit", None)
+        if not is_time and unit is None:
+            return values
+        if self.scale != "time" if is_time else self.unit is None:
+            raise TypeError(f"the axis of {self.name} counts no {'times' if is_time else 'units'}")
+        shape = values.shape if hasattr(values, "shape") else array.shape
+        flat = values.reshape(-1) if hasattr(values, "reshape") else array.reshape(-1)
+        return self.numbers(flat, self.name).reshape(shape)
 
     def _seconds(self, array: npt.NDArray[Any]) -> npt.NDArray[np.float64]:
         import numpy as np
@@ -197,6 +217,16 @@ class Plot(Figure):
             raise ValueError(f"x has {along.size} values and y {length}")
         return along, curves
 
+    def to_pixel(self, x: Any, y: Any) -> tuple[Any, Any]:
+        """Where values of the axes lie in `pixels`: column and row. Numbers or arrays; on an axis of
+        times seconds from its first midnight, datetime64 or astropy Time; where values had a unit
+        a Quantity too.
+
+        >>> night = numpy.datetime64("2026-01-03T18:00") + numpy.arange(3) * numpy.timedelta64(1, "h")
+        >>> column, row = plot(night, [1.0, 3.0, 2.0]).to_pixel(night[1], 3.0)
+        """
+        return super().to_pixel(self._x.places(x), self._y.places(y))
+
     def _color(self, color: Any, more: int = 0) -> int:
         drawn = sum(name != "add_histogram" for name, _ in self._items)
         return _rgb(color if color is not None else _COLORS[(drawn + more) % len(_COLORS)])
@@ -243,7 +273,10 @@ class Plot(Figure):
         """
         code, label = _choice(_MARKERS, marker, "marker"), _text(label, "label")
         along, curves = self._pairs(x, y)
-        bars = [_errors(axis, errors) for axis, errors in ((self._x, x_errors), (self._y, y_errors))]
+        bars = [
+            _errors(axis, errors, along.size)
+            for axis, errors in ((self._x, x_errors), (self._y, y_errors))
+        ]
         self._add(
             [
                 ("add_points", (along, curve, code, _width(width), self._color(color, i), label, *bars))
@@ -275,8 +308,12 @@ class Plot(Figure):
         numbers = numbers[np.isfinite(numbers)]
         if not numbers.size:
             raise ValueError("there is no finite value")
-        low, high = (float(numbers.min()), float(numbers.max())) if range is None else range
-        if not (math.isfinite(low) and math.isfinite(high)) or low > high or (range and low == high):
+        try:
+            low, high = (numbers.min(), numbers.max()) if range is None else range
+            low, high = float(low), float(high)
+        except (TypeError, ValueError):
+            raise TypeError("range has to be (low, high)") from None
+        if not math.isfinite(high - low) or low > high or (range is not None and low == high):
             raise ValueError("range has to be two numbers, the first below the second")
         if low == high:
             low, high = low - 0.5, high + 0.5
@@ -317,19 +354,26 @@ def _width(width: Any) -> int:
     return int(width)
 
 
-def _errors(axis: _Axis, errors: Any) -> Any:
+def _errors(axis: _Axis, errors: Any, count: int) -> Any:
     if errors is None:
         return None
     import numpy as np
 
-    if axis.unit is not None and hasattr(errors, "to_value"):
-        errors = errors.to_value(axis.unit)
+    if hasattr(errors, "jd1") and hasattr(errors, "to_value"):
+        errors = errors.to_value("sec")
+    elif getattr(errors, "unit", None) is not None:
+        unit = axis.unit if axis.unit is not None else "s" if axis.scale == "time" else None
+        if unit is None:
+            raise TypeError(f"{axis.name}_errors has a unit and {axis.name} has none")
+        errors = errors.to_value(unit)
     array = np.asarray(errors)
     if array.dtype.kind == "m":
         array = array / np.timedelta64(1, "s")
-    if array.dtype.kind not in "fiu" or array.ndim != 1:
-        raise ValueError(f"{axis.name}_errors has to be a row of numbers")
-    return np.ascontiguousarray(array, dtype=float)
+    if array.dtype.kind not in "fiu" or array.ndim > 1:
+        raise ValueError(f"{axis.name}_errors has to be a number or a row of numbers")
+    if (array < 0).any():
+        raise ValueError(f"{axis.name}_errors cannot be below 0")
+    return np.ascontiguousarray(np.broadcast_to(array, count) if array.ndim == 0 else array, dtype=float)
 
 
 def plot(
@@ -393,7 +437,7 @@ def points(
     size: tuple[int, int] = (900, 600),
     ratio: int = 1,
 ) -> Plot:
-    """Points at (x, y), with error bars where errors are given: numbers as long as x and y.
+    """Points at (x, y), with error bars where errors are given: one for all, or one for each.
 
     marker   ".", "+", "x", "|" or "*"; the other options are those of `plot`
 
