@@ -3,11 +3,13 @@ from __future__ import annotations
 
 import importlib
 import math
+import os
 import warnings
 from collections.abc import Iterable, MutableSequence
 from typing import TYPE_CHECKING, Any, overload
 
 from . import _core
+from ._draw import _in_unit
 from ._places import _flags, _path, _place, _shape
 
 if TYPE_CHECKING:
@@ -50,7 +52,7 @@ class Area:
         width, height = _pair(size, "size")
         if not (width > 0 and height > 0):
             raise ValueError(f"size has to be above 0, not {width:g} x {height:g}")
-        turn = math.radians(_number(angle, "angle"))
+        turn = math.radians(_number(_in_unit(angle, "deg"), "angle"))
         return cls._of((kind, x, y, width, height, turn, None, bool(never_clean), False))
 
     @classmethod
@@ -260,8 +262,9 @@ class Areas(MutableSequence[Area]):
         """The cells of the areas, an array of bool of `shape` (rows, columns). Without areas, and
         with never-clean ones alone, all other cells are in it.
 
-        rule    "outline": the cells inside and those of the outline, as CLEAN takes them;
-                "centres": those whose centres lie inside
+        rule    "outline": the cells inside and those of the outline, as CLEAN takes them, which
+                knows outlines whose vertices are whole cells: others are rounded to these first;
+                "centres": those whose centres lie inside the shape itself
         packed  the same as bits, eight cells a byte, the first in the lowest bit; it can be read
                 with numpy.unpackbits(mask, axis=1, count=columns, bitorder="little")
 
@@ -297,6 +300,8 @@ class Areas(MutableSequence[Area]):
         """
         areas = cls()
         for number, region in enumerate(regions, 1):
+            if not hasattr(region, "meta"):
+                raise TypeError(f"regions of the package regions are wanted, not {type(region).__name__}")
             if hasattr(region, "to_pixel"):
                 if wcs is None:
                     raise TypeError("regions on the sky need the wcs of the map")
@@ -459,6 +464,19 @@ def _checked(area: Any) -> Area:
     if not isinstance(area, Area):
         raise TypeError(f"a list of areas takes Area, not {type(area).__name__}")
     return area
+
+
+def _areas_of(areas: Any, map: _core.Map) -> Areas:
+    """What `areas=` may be, on its map."""
+    if isinstance(areas, (str, os.PathLike)):
+        return Areas.read(areas, map=map)
+    if isinstance(areas, Areas):
+        return areas
+    if isinstance(areas, Area):
+        return Areas([areas])
+    if isinstance(areas, (list, tuple)):
+        return Areas(areas)
+    raise TypeError(f"areas have to be a file, Areas or a list of Area, not {type(areas).__name__}")
 
 
 def _number(value: Any, what: str) -> float:

@@ -9,6 +9,7 @@ import numpy as np
 
 from . import _core
 from ._areas import _warn
+from ._draw import _in_unit
 from ._places import _path, _place, _shape
 
 if TYPE_CHECKING:
@@ -39,7 +40,8 @@ class Components:
 
     def __init__(self, table: Any = None, **columns: npt.ArrayLike) -> None:
         """`table`: a structured array with some of the columns, rows of eight numbers, or other
-        Components; or columns by their names, the others with their defaults.
+        Components; or columns by their names, the others with their defaults. A Quantity becomes
+        Jy, arcseconds or degrees.
 
         >>> len(Components([[1, 1.0, 0, 1, 0, 0, 0, 0.5]]))
         1
@@ -177,8 +179,12 @@ def _again(format: int, table: npt.NDArray[Any]) -> Components:
     return model
 
 
+_UNITS = {"flux": "Jy", "major": "arcsec", "distance": "arcsec", "inclination": "deg", "angle": "deg"}
+
+
 def _numbers(values: Any, what: str) -> npt.NDArray[np.float64]:
-    array = np.asarray(values)
+    """A Quantity in the unit that is counted here, which is none for most."""
+    array = np.asarray(_in_unit(values, _UNITS.get(what, "")))
     if array.dtype.kind not in "fiu":
         raise TypeError(f"{what} has to be real numbers, not {array.dtype}")
     if isinstance(array, np.ma.MaskedArray) or isinstance(values, np.ma.MaskedArray):
@@ -240,6 +246,7 @@ def _is_fits(file: str) -> bool:
 
 
 def _cell(cell: Any) -> tuple[float, float]:
+    cell = _in_unit(cell, "arcsec")
     sides = np.broadcast_to(_numbers(cell, "cell"), (2,)) if np.size(cell) in (1, 2) else None
     if sides is None:
         raise ValueError("cell has to be one size or (width, height)")

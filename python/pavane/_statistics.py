@@ -6,7 +6,7 @@ from dataclasses import dataclass
 from typing import Any
 
 from . import _core
-from ._areas import Areas
+from ._areas import Area, Areas, _areas_of
 from ._draw import MapFigure, _map_of
 from ._places import _flags
 
@@ -44,8 +44,8 @@ def statistics(
     """Range, peak, noise, flux and area of the beam of a map: the numbers of `pavane-view --stats`.
 
     source  a map as for `draw`, or a figure of one
-    inside  where the flux is summed: `Areas`, a file of areas, or an array of bool; without it the
-            whole map
+    inside  where the flux is summed: `Areas`, an `Area` or a list of them, a file of areas, or an
+            array of bool; without it the whole map
     plane, wcs, header, mask  as for `draw`; `mask` tells the blank cells
 
     >>> inner = statistics("jet.fits", Areas([Area.ellipse((128, 128), (20, 12))]))
@@ -58,10 +58,10 @@ def statistics(
         map = source._source
     else:
         map = _map_of(source, plane, wcs, header, mask)
-    if isinstance(inside, (str, os.PathLike)):
-        inside = Areas.read(inside, map=map)
-    if isinstance(inside, Areas):
-        inside = inside.mask((map.rows, map.columns))
+    if isinstance(inside, (str, os.PathLike, Area, Areas)) or (
+        isinstance(inside, (list, tuple)) and all(isinstance(area, Area) for area in inside)
+    ):
+        inside = _areas_of(inside, map).mask((map.rows, map.columns))
     elif inside is not None:
         inside = _flags(inside, "inside")
         if inside.shape != (map.rows, map.columns):
@@ -72,7 +72,7 @@ def statistics(
         least=found["least"],
         peak=found["peak"],
         peak_cell=None if row < 0 else (column, row),
-        peak_offset=(found["peak_x"] * 1e3, found["peak_y"] * 1e3),
+        peak_offset=(found["peak_x"] * 1e3 + 0.0, found["peak_y"] * 1e3 + 0.0),  # no -0
         noise=found["noise"],
         beam_area=found["beam_cells"],
         cells=found["cells"],

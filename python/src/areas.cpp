@@ -143,8 +143,8 @@ std::unique_ptr<ABitMatrix> maskOf(const py::list& states, int rows, int columns
 
 py::array_t<bool> boolMask(const py::list& states, int rows, int columns, bool centres)
 {
+    py::array_t<bool> made({rows, columns});  // first: it is what memory runs out for
     const std::unique_ptr<ABitMatrix> mask = maskOf(states, rows, columns, centres);
-    py::array_t<bool> made({rows, columns});
     static_assert(sizeof(bool) == 1);
     auto* const bytes = reinterpret_cast<unsigned char*>(made.mutable_data());
     {

@@ -102,6 +102,14 @@ class Models(unittest.TestCase):
             (TypeError, lambda: one.to_map(cell=1)), (ValueError, lambda: one.to_map((5, 5), header={"CTYPE1": "X"})),
         ):
             self.assertRaises(error, call)
+        try:
+            from astropy import units
+
+            self.assertEqual(Components(flux=[100] * units.mJy, major=1 * units.mas).table[["flux", "major"]].tolist(),
+                             [(0.1, 1e-3)])
+            self.assertRaises(units.UnitConversionError, one.visibilities, [1] * units.m, [1])
+        except ImportError:
+            pass
         one.table["flux"] = np.nan
         self.assertRaises(ValueError, one.visibilities, [0], [0])
 
