@@ -13,8 +13,6 @@ def release() -> None:
 def palette_names() -> list[str]:
     """The palettes that `palette=` knows."""
 
-def read_components(path: bytes) -> npt.NDArray[np.float64]: ...
-
 class Map:
     def __init__(self, path: bytes, plane: int) -> None: ...
     @staticmethod
@@ -96,7 +94,7 @@ class MapDrawing(Drawing):
         palette: str | list[int],
         contrast: tuple[float, float, float],
         free_aspect: bool,
-        title: str,
+        title: str | None,
     ) -> None: ...
     @property
     def on_sky(self) -> bool: ...

@@ -7,7 +7,7 @@ import os
 from collections.abc import Mapping
 
 from . import _core
-from ._figure import Figure, _checked_size
+from ._figure import Figure, _checked_size, _file
 
 # the module typing takes an interpreter as long as half a figure
 TYPE_CHECKING = False
@@ -69,15 +69,15 @@ class MapFigure(Figure):
         self._drawing.refresh()
 
     def to_pixel(self, x: npt.ArrayLike, y: npt.ArrayLike, *, offsets: bool = False) -> tuple[Any, Any]:
-        """Where positions (degrees, in the frame of the map) lie in `pixels`: column and row. NaN
-        where the map does not show them. With `offsets`, and for maps that are not on the sky,
-        values of the axes.
+        """Where positions (degrees, or astropy angles, in the frame of the map) lie in `pixels`:
+        column and row. NaN where the map does not show them. With `offsets`, and for maps that are
+        not on the sky, values of the axes.
 
         >>> column, row = draw("jet.fits").to_pixel(187.7059, 12.3911)
         """
         if offsets or not self._drawing.on_sky:
             return super().to_pixel(x, y)
-        return self._convert(self._drawing.world_to_pixels, x, y)
+        return self._convert(self._drawing.world_to_pixels, _in_unit(x, "deg"), _in_unit(y, "deg"))
 
     def to_world(
         self, column: npt.ArrayLike, row: npt.ArrayLike, *, offsets: bool = False
@@ -129,7 +129,8 @@ def draw(
     source    a FITS file, an astropy HDU or HDU list, or an array of two axes, rows and columns;
               an array is read where it is and not copied: floats, doubles and whole numbers in
               either byte order, any strides, masked arrays, memory maps
-    plane     which plane of a cube, from 0 over all further axes
+    plane     which plane of a cube, from 0 over all further axes; of a single plane with the
+              header of its cube, which one it is
     range     the values of the first and the last colour; "p:0.5,99.5" in per cent of the cells
     palette   a name (`palette_names`), a list of colours ("#rrggbb", or red, green and blue from 0
               to 1) or a matplotlib colormap
@@ -139,10 +140,10 @@ def draw(
     scale     "linear", "sqrt", "log" or "equal" (histogram-equalised)
     contrast  (contrast, bias) or (contrast, bias, gamma) of the colours
     aspect    "equal": square cells; "free": they fill the size
-    areas     a file of areas or `Areas`, drawn over the map
-    model     a file of components or `Components`, drawn over the map
-    title     the line above the map, instead of object, frequency, peak and noise
-    wcs       of an array: an astropy WCS; or
+    areas     a file of areas, `Areas`, or a list of `Area`, drawn over the map
+    model     a file of components, `Components` or a table of them, drawn over the map
+    title     the line above the map, instead of object, frequency, peak and noise; "" for none
+    wcs       of an array: an astropy WCS; without it and a header axes count pixels from 1, or
     header    an astropy Header, a mapping of keywords, or the text of FITS cards
     mask      of an array: non-zero where a cell is blank
     ratio     pixels of the screen for each of the figure's
@@ -165,7 +166,7 @@ def draw(
         "palette": _palette(palette),
         "contrast": _contrast(contrast),
         "free_aspect": aspect == "free",
-        "title": _text(title, "title"),
+        "title": None if title is None else _text(title, "title"),
         "areas": None,
         "model": None,
     }
@@ -175,6 +176,13 @@ def draw(
     if model is not None:
         options["model"] = _model(model)
     return MapFigure(content, options, ratio)
+
+
+def _in_unit(values: Any, unit: str) -> Any:
+    """A Quantity as numbers of the unit; others as they are."""
+    if getattr(values, "unit", None) is not None and hasattr(values, "to_value"):
+        return values.to_value(unit)
+    return values
 
 
 def _text(text: Any, what: str) -> str:
@@ -195,10 +203,14 @@ def _levels(levels: Any) -> Any:
         return None
     if isinstance(levels, str):
         return _text(levels, "levels")
+    if isinstance(levels, (bytes, bytearray, Mapping)):  # whose items are numbers or texts too
+        raise TypeError(f"levels have to be a text or numbers, not {type(levels).__name__}")
     try:
         return [float(level) for level in levels]
     except TypeError:
         raise TypeError("levels have to be a text or numbers") from None
+    except ValueError:
+        raise ValueError("levels have to be a text or numbers") from None
 
 
 def _range(range: Any) -> tuple[float, float, bool] | None:
@@ -276,30 +288,21 @@ def _palette(palette: Any) -> str | list[int]:
 
 
 def _outlines(areas: Any, content: _core.Map) -> Any:
-    if isinstance(areas, (str, os.PathLike)):
-        from ._areas import Areas
+    from ._areas import _areas_of
 
-        areas = Areas.read(areas, map=content)
-    try:
-        outlines = areas._outlines_on
-    except AttributeError:
-        raise TypeError(f"areas have to be a file or Areas, not {type(areas).__name__}") from None
-    return outlines(content)
+    return _areas_of(areas, content)._outlines_on(content)
 
 
 def _model(model: Any) -> Any:
     import numpy as np
 
+    from ._components import Components
+
     if isinstance(model, (str, os.PathLike)):
-        return _core.read_components(os.fsencode(model))
-    table = np.asarray(model)
-    if table.dtype.names is not None:
-        if len(table.dtype.names) != 8:
-            raise ValueError(f"components have eight columns, not {len(table.dtype.names)}")
-        table = np.stack([table[name].astype(float) for name in table.dtype.names], axis=-1)
-    if table.ndim != 2 or table.shape[1] != 8 or table.dtype.kind not in "fiu":
-        raise ValueError("components are rows of eight numbers")
-    return np.ascontiguousarray(table, dtype=float)
+        model = Components.read(model)
+    elif not isinstance(model, Components):
+        model = Components(model)
+    return np.stack(model._columns(), axis=-1)
 
 
 def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) -> _core.Map:
@@ -312,7 +315,7 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
     if isinstance(source, (str, os.PathLike)):
         if wcs is not None or header is not None or mask is not None:
             raise TypeError("wcs, header and mask go with an array; a file has its own")
-        return _core.Map(os.fsencode(source), -1 if plane is None else plane)
+        return _core.Map(_file(source), -1 if plane is None else plane)
     if isinstance(source, list) and source and hasattr(source[0], "header"):
         source = _first_image(source)
     blank = math.nan
@@ -321,6 +324,13 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
         array = source.data
         if array is None or not hasattr(array, "dtype") or array.dtype.names is not None:
             raise ValueError("the HDU holds no image")
+        if getattr(source, "_do_not_scale_image_data", False) and (
+            source.header.get("BSCALE", 1) != 1 or source.header.get("BZERO", 0) != 0
+        ):
+            raise ValueError(
+                "the cells of the HDU are not scaled by its BSCALE and BZERO: open it without "
+                "do_not_scale_image_data"
+            )
         if array.dtype.kind in "iu" and "BLANK" in header and "BSCALE" not in header:
             blank = float(header["BLANK"])
         mask = getattr(source, "mask", None) if mask is None else mask
@@ -329,15 +339,20 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
     if wcs is not None and header is not None:
         raise TypeError("wcs and header both say where the cells lie: give one of them")
     cards = _cards_of_wcs(wcs) if wcs is not None else _cards_of(header)
-    if hasattr(array, "unit") and "BUNIT" not in cards and str(array.unit):
-        cards += _card("BUNIT", str(array.unit))
+    unit = str(getattr(array, "unit", None) or "")
+    if unit:  # that of the cells, whatever the header says
+        cards = _without(cards, "BUNIT") + _card("BUNIT", unit)
     axes = getattr(array, "shape", ())
-    of_cards = _number_of(cards, "NAXIS")
+    numbers = _numbers_of(cards)
+    of_cards = numbers.get("NAXIS")
     if cards and len(axes) > 2 and of_cards is None:  # a WCS does not say how long its axes are
         lengths = {f"NAXIS{i}": int(length) for i, length in enumerate(reversed(axes), 1)}
         cards = _cards_of({"NAXIS": len(axes), **lengths}) + cards
         of_cards = len(axes)
-    array, own_mask, plane = _plane_of(array, plane)
+    if len(axes) == 2 and of_cards is not None and of_cards > 2:
+        array, own_mask, _ = _plane_of(array, None)  # the header is that of its cube
+    else:
+        array, own_mask, plane = _plane_of(array, plane)
     if mask is None:
         mask = own_mask
     elif own_mask is not None:
@@ -353,7 +368,7 @@ def _map_of(source: Any, plane: int | None, wcs: Any, header: Any, mask: Any) ->
         mask = mask.view(np.uint8)
     if of_cards is not None and of_cards < len(axes):
         plane = None  # the header is that of any plane
-    _check_steps(cards)
+    _check_steps(numbers)
     return _core.Map.of_array(array, mask, cards, -1 if plane is None else plane, blank)
 
 
@@ -416,6 +431,8 @@ def _card(key: str, value: Any) -> str:
         text = "'" + value.replace("'", "''").ljust(8) + "'"
     elif isinstance(value, (int, float)) or hasattr(value, "__float__"):
         number = value if isinstance(value, int) else float(value)
+        if not math.isfinite(number):
+            raise _core.FormatError(f"{key} is {number:g}, which no header of FITS has")
         text = f"{number!r:>20}".upper()
     else:
         raise TypeError(f"{key} has to be a number or a text, not {type(value).__name__}")
@@ -429,33 +446,63 @@ def _cards_of(header: Any) -> str:
     if header is None:
         return ""
     if isinstance(header, str):
+        _text(header, "header")
         return header
     if hasattr(header, "tostring"):
         text: str = header.tostring(sep="", endcard=False, padding=False)
         return text
     if isinstance(header, Mapping):
-        return "".join(_card(str(key), value) for key, value in header.items())
+        return "".join(
+            _card(str(key), value)
+            for key, value in header.items()
+            if value is not None and key not in ("", "COMMENT", "HISTORY")
+        )
     raise TypeError(f"header has to be a Header, a mapping or a text, not {type(header).__name__}")
 
 
-def _number_of(cards: str, key: str) -> float | None:
-    """The number of a card, None without it; cards are a line each, or 80 characters."""
-    lines = cards.splitlines() if "\n" in cards else [cards[i : i + 80] for i in builtins.range(0, len(cards), 80)]
-    for line in lines:
-        if line[:8].rstrip() == key and line[8:9] == "=":
+def _lines(cards: str) -> list[str]:
+    """Cards are a line each, or 80 characters."""
+    return cards.splitlines() if "\n" in cards else [cards[i : i + 80] for i in builtins.range(0, len(cards), 80)]
+
+
+def _without(cards: str, key: str) -> str:
+    if key not in cards:
+        return cards
+    return "".join(line.ljust(80) for line in _lines(cards) if line[:8].rstrip() not in (key, "END"))
+
+
+def _numbers_of(cards: str) -> dict[str, float]:
+    """The numbers of the cards, NaN for other values."""
+    numbers: dict[str, float] = {}
+    for line in _lines(cards):
+        if line[8:9] == "=":
             try:
-                return float(line[9:].split("/")[0].upper().replace("D", "E"))
+                number = float(line[9:].split("/")[0].upper().replace("D", "E"))
             except ValueError:
-                return math.nan
-    return None
+                number = math.nan
+            numbers.setdefault(line[:8].rstrip(), number)
+    return numbers
 
 
-def _check_steps(cards: str) -> None:
+def _check_steps(numbers: dict[str, float]) -> None:
     """Steps of 0, or that are no number, would be drawn as steps of 1."""
+
+    def spread(letters: str, diagonal: float) -> float:
+        """How many cells of the sky one of the map takes, of a matrix; 0 for a line."""
+        a, b, c, d = (
+            numbers.get(f"{letters}{i}_{j}", diagonal if i == j else 0.0) for i in (1, 2) for j in (1, 2)
+        )
+        return a * d - b * c
+
+    has_matrix = any(key.startswith("CD") and "_" in key for key in numbers)
+    if has_matrix and spread("CD", 0.0) != 0 and math.isfinite(spread("CD", 0.0)):
+        return
     for key in ("CDELT1", "CDELT2"):
-        step = _number_of(cards, key)
-        if step is not None and (step == 0 or not math.isfinite(step)) and _number_of(cards, "CD1_1") is None:
+        step = numbers.get(key, 0.0 if has_matrix else 1.0)
+        if step == 0 or not math.isfinite(step):
             raise _core.FormatError(f"the header has a {key} of {step:g}, which is no step")
+    if spread("PC", 1.0) == 0 or not math.isfinite(spread("PC", 1.0)):
+        raise _core.FormatError("the header has a matrix PC that lays all cells on one line")
 
 
 def _cards_of_wcs(wcs: Any) -> str:

@@ -39,6 +39,14 @@ def _checked_size(size: tuple[int, int]) -> tuple[int, int]:
     return width, height
 
 
+def _file(path: str | os.PathLike[str]) -> bytes:
+    """The name of a file for the core."""
+    name = os.fsencode(path)
+    if b"\0" in name:  # which would end the name
+        raise ValueError("a file's name has no null character")
+    return name
+
+
 class Figure:
     """A still picture of a map, as `draw` makes it, or of a plot (`Plot`).
 
@@ -93,13 +101,14 @@ class Figure:
         """Writes the figure as PNG, PDF or SVG: by the ending of the name unless `format` says it.
 
         A file appears whole or not at all. An open binary file gets a PNG unless `format` says
-        otherwise. With `transparent` what is white behind the figure is not painted. OSError, with the file's name, tells what cannot be written.
+        otherwise. With `transparent` what is white behind the figure is not painted; a PNG needs a
+        `ratio` of 1 for it. OSError, with the file's name, tells what cannot be written.
 
         >>> draw("jet.fits").save("jet.pdf")
         """
         if isinstance(target, (str, os.PathLike)):
             kind = _format_of(os.fspath(target), format)
-            self._drawing.save(os.fsencode(target), kind, self._ratio, bool(transparent))
+            self._drawing.save(_file(target), kind, self._ratio, bool(transparent))
         elif hasattr(target, "write"):
             kind = _format_of("", format or "png")
             target.write(self._drawing.file_bytes(kind, self._ratio, bool(transparent), False))
@@ -150,6 +159,9 @@ class Figure:
     def _convert(conversion: Any, x: npt.ArrayLike, y: npt.ArrayLike) -> tuple[Any, Any]:
         import numpy as np
 
+        for given in (x, y):
+            if getattr(given, "unit", None) is not None:
+                raise TypeError("the axes count no units: numbers are wanted, not a Quantity")
         all_x, all_y = np.broadcast_arrays(np.asarray(x, float), np.asarray(y, float))
         to_x, to_y = conversion(all_x.ravel(), all_y.ravel())
         if all_x.ndim == 0:

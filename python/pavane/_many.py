@@ -72,6 +72,9 @@ def draw_many(
         raise ValueError(f"format knows png, pdf and svg, not '{format}'")
     if isinstance(sources, (str, bytes)):
         raise TypeError("sources has to be a list of maps")
+    for option in options:
+        if option not in (draw.__kwdefaults__ or {}):
+            raise TypeError(f"draw has no option {option}")
     folder = os.fspath(folder)
     os.makedirs(folder, exist_ok=True)
     paths = [os.path.join(folder, f"{name}.{format}") for name in _names(all_sources, names)]

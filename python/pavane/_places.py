@@ -61,7 +61,10 @@ def _place(map: Any, header: Any, wcs: Any, shape: Any) -> _core.Place | None:
 def _path(path: Any) -> str:
     if not isinstance(path, (str, os.PathLike)):
         raise TypeError(f"a file's name is wanted, not {type(path).__name__}")
-    return str(os.fspath(path))
+    name = os.fsdecode(path)
+    if "\0" in name:  # which would end the name
+        raise ValueError("a file's name has no null character")
+    return name
 
 
 def _flags(inside: Any, what: str) -> Any:

@@ -4,7 +4,10 @@
 
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
+#include <new>
+#include <stdexcept>
 #include <unistd.h>
 
 namespace pavane::python
@@ -86,6 +89,16 @@ void warn(const CString& text)
 
 void bindErrors(py::module_& m)
 {
+    py::register_local_exception_translator([](std::exception_ptr fault) {
+        try {
+            if (fault)
+                std::rethrow_exception(fault);
+        } catch (const std::bad_alloc&) {
+            PyErr_SetString(PyExc_MemoryError, "there is not enough memory");
+        } catch (const std::length_error&) {
+            PyErr_SetString(PyExc_MemoryError, "there is not enough memory");
+        }
+    });
     formatError = newClass(m, "FormatError", PyExc_ValueError,
                            "What a file or a header holds cannot be used; the text says why.");
     warningClass = newClass(m, "PavaneWarning", PyExc_UserWarning,

@@ -6,7 +6,6 @@
 #include "pavane/axes/maps/MapPicture.h"
 #include "pavane/images/palette_choice.h"
 #include "pavane/images/palettes.h"
-#include "pavane/tables/components/component_file.h"
 #include "pavane/tables/components/ModelLayer.h"
 #include "pavane/trackers/shapes/AreaLayer.h"
 #include "python/src/bind.h"
@@ -38,7 +37,7 @@ constexpr std::int64_t mostCellsInline = std::int64_t{1} << 18;
 struct FigureWish {
     MapLook look;
     AArray<COLORREF> colours;
-    CString title;  ///< instead of the usual header line; empty: that
+    std::optional<CString> title;  ///< instead of the usual header line
 };
 
 /// The figure of a map with what lies over it, as pavane-view draws it.
@@ -132,7 +131,8 @@ public:
     }
     CString title() const override
     {
-        return wish_.title.empty() ? mapTitle(map_->content().map.header) : wish_.title;
+        return wish_.title.value_or("").empty() ? mapTitle(map_->content().map.header)
+                                                : *wish_.title;
     }
 
 protected:
@@ -156,8 +156,8 @@ private:
         picture_->show(map_->content(), map_->cells());
         picture_->graph().setColors(wish_.colours);
         applyWholeLook(*picture_, wish_.look);
-        if (!wish_.title.empty())
-            picture_->graph().setHeaderText(0, wish_.title);
+        if (wish_.title)
+            picture_->graph().setHeaderText(0, *wish_.title);
         picture_->figure().addLayer(&areas_);
         picture_->figure().addLayer(&model_);
     }
@@ -239,27 +239,12 @@ void takeRange(double low, double high, bool inPerCent, MapLook& look)
     look.high = high;
 }
 
-Doubles readComponents(const CString& file)
-{
-    AComponents components;
-    CString error;
-    if (!readComponentFile(file, components, error))
-        throwUnread(file, error);
-    Doubles rows({components.count(), 8});
-    for (int i = 0; i < components.count(); ++i) {
-        const ACompItem& c = components(i);
-        const double fields[] = {double(c.type),  c.PeakFlux(), c.LargeAxis(), c.AxisRatio(),
-                                 c.Inclination(), c.Angle(),    c.Distance(),  c.Width()};
-        std::copy(std::begin(fields), std::end(fields), rows.mutable_data(i, 0));
-    }
-    return rows;
-}
-
 std::shared_ptr<MapDrawing>
 newFigure(std::shared_ptr<Map> map, int width, int height, const py::object& levels,
           const std::string& scale, const std::optional<std::tuple<double, double, bool>>& range,
           const std::variant<std::string, std::vector<unsigned>>& palette,
-          const std::tuple<double, double, double>& contrast, bool isFree, const std::string& title)
+          const std::tuple<double, double, double>& contrast, bool isFree,
+          const std::optional<std::string>& title)
 {
     FigureWish wish;
     wish.look.levels = levelsOf(levels);
@@ -323,7 +308,6 @@ void bindFigure(py::module_& m)
         .def("pixels_to_world", [](MapDrawing& f, const Doubles& x, const Doubles& y) {
             return convertWorld(f, x, y, &MapDrawing::pixelsToWorld);
         });
-    m.def("read_components", &readComponents, py::arg("path"));
     m.def(
         "palette_names",
         [] {

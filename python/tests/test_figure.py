@@ -102,6 +102,10 @@ class Arrays(unittest.TestCase):
         self.assertTrue(np.array_equal(pavane.draw(plain, mask=np.isnan(hole)).pixels, pavane.draw(hole).pixels))
         cube = np.stack([plain, hole])
         self.assertTrue(np.array_equal(pavane.draw(cube, plane=1).pixels, pavane.draw(hole).pixels))
+        header = {**header_of(plain), "NAXIS": 3, "NAXIS3": 2, "CTYPE3": "FREQ",
+                  "CRVAL3": 1e9, "CRPIX3": 1.0, "CDELT3": 4e9}
+        one = pavane.draw(cube[1], header=header, plane=1)
+        self.assertTrue(np.array_equal(one.pixels, pavane.draw(cube, header=header, plane=1).pixels))
 
     def test_pixels_and_cells_outlive_what_they_came_from(self):
         array = cells()
@@ -153,6 +157,10 @@ class Refused(unittest.TestCase):
             (good, {"ratio": 9}, ValueError), (good, {"ratio": 1.5}, TypeError),
             (good, {"header": {"CDELT1": 0, "CTYPE1": "RA---SIN"}}, pavane.FormatError),
             (good, {"header": {"CDELT2": float("nan")}}, pavane.FormatError),
+            (good, {"header": {"CD1_1": 0.0, "CD2_2": 1.0}}, pavane.FormatError),
+            (good, {"header": {"PC1_1": 0.0}}, pavane.FormatError),
+            (good, {"header": {"CRPIX1": float("inf")}}, pavane.FormatError),
+            (good, {"levels": b"peak:1"}, TypeError), ("a\0b", {}, ValueError), (good, {"areas": "a\0b"}, ValueError),
             (good, {"title": "\ud800"}, ValueError), (good, {"levels": "\ud800"}, ValueError), (good, {"header": 3}, TypeError),
             (good, {"header": {"NAXIS": 2, "NAXIS1": 3, "NAXIS2": 3}}, pavane.FormatError), (good, {"wcs": 3}, TypeError),
             (good, {"mask": np.zeros((2, 2), bool)}, ValueError), (good, {"mask": good}, TypeError),
@@ -168,6 +176,7 @@ class Refused(unittest.TestCase):
     def test_what_cannot_be_written(self):
         fig = pavane.draw(cells())
         for target, error in (("/nowhere/a.png", FileNotFoundError), ("/tmp/a.gif", ValueError),
+                              ("/tmp/a\0.png", ValueError),
                               ("/proc/a.pdf", OSError), (7, TypeError)):
             with self.subTest(target=target), self.assertRaises(error) as caught:
                 fig.save(target)
@@ -184,6 +193,17 @@ class Refused(unittest.TestCase):
 
 
 class Shown(unittest.TestCase):
+    def test_what_lies_over_a_map_is_taken_by_its_names(self):
+        head = header_of(cells())
+        table = np.array([(0.001, 1.0, 2)], [("major", "f8"), ("flux", "f8"), ("kind", "i4")])
+        area = pavane.Area.ellipse((20, 25), (9, 5))
+        for many, one in (({"model": pavane.Components(table)}, {"model": table}),
+                          ({"areas": pavane.Areas([area])}, {"areas": area}),
+                          ({"areas": pavane.Areas([area])}, {"areas": [area]})):
+            self.assertTrue(np.array_equal(*(pavane.draw(cells(), header=head, **over).pixels for over in (many, one))))
+        untitled = pavane.draw(cells(), header=head, title="")
+        self.assertFalse(np.array_equal(untitled.pixels, pavane.draw(cells(), header=head).pixels))
+
     def test_notebooks_get_the_size_beside_the_picture(self):
         fig = pavane.draw(cells(), size=(200, 100), ratio=2)
         data, metadata = fig._repr_mimebundle_()

@@ -1,6 +1,7 @@
 """Threads, processes, signals and hosts."""
 import concurrent.futures
 import gc
+import itertools
 import multiprocessing
 import os
 import pickle
@@ -66,22 +67,32 @@ class Many(unittest.TestCase):
                 self.assertEqual(said, [(n, 4) for n in (1, 2, 3, 4)])
                 self.assertIn("bad.fits", str(told[0].message))
         for options, error in (({"workers": 0}, ValueError), ({"workers": 1.5}, TypeError),
-                               ({"format": "gif"}, ValueError), ({"names": ["a", "a"]}, ValueError)):
+                               ({"palett": "heat"}, TypeError), ({"format": "gif"}, ValueError), ({"names": ["a", "a"]}, ValueError)):
             with self.assertRaises(error):
                 pavane.draw_many([1, 2], "/tmp", **options)
 
     def test_dropped_in_every_order(self):
-        array = cells(5)
-        fig = pavane.draw(array)
-        pixels, whole = fig.pixels, fig.array
-        names = ["array", "fig", "pixels", "whole"]
-        for first in range(4):
-            parts = dict(array=array, fig=fig, pixels=pixels, whole=whole)
-            for k in range(4):
-                del parts[names[(first + k) % 4]]
-                gc.collect()
-                for part in parts.values():
-                    repr(part)
+        area = pavane.Area.ellipse((20, 20), (9, 5))
+
+        def made(file):
+            array = cells(5)
+            fig = pavane.draw(array, size=(64, 64), areas=area)
+            return {"array": array, "fig": fig, "pixels": fig.pixels, "read": pavane.draw(file).array,
+                    "bits": pavane.Areas([area]).mask((40, 40), packed=True)}
+
+        gc.freeze()  # what was there before need not be looked through
+        with tempfile.TemporaryDirectory() as folder:
+            file = Path(folder) / "map.fits"
+            write_map(file, cells(5))
+            wanted = {name: part.sum() for name, part in made(file).items() if name != "fig"}
+            for order in list(itertools.permutations(wanted.keys() | {"fig"}))[::3]:
+                parts = made(file)
+                for name in order:
+                    del parts[name]
+                    gc.collect()
+                    for left, part in parts.items():
+                        self.assertTrue(part.refresh() is None if left == "fig" else part.sum() == wanted[left])
+        gc.unfreeze()
 
     def test_other_versions_of_pickles_are_refused(self):
         text = pickle.dumps(pavane.draw(cells(3)), protocol=0).decode("latin1")
@@ -126,7 +137,7 @@ class Process(unittest.TestCase):
         with self.assertRaises(KeyboardInterrupt):
             while True:
                 fig.refresh()
-                fig.to_bytes("pdf")
+                fig.to_bytes("svg")
         waited = time.monotonic() - sent[0]
         thread.join()
         # 0.2 s on a machine that does nothing else; a call that hears nothing takes many seconds
