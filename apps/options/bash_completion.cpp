@@ -29,12 +29,12 @@ std::string bashCompletion(const ProgramText& program)
     std::string words, values, cases;
     for (const OptionGroup& group : program.groups)
         for (const OptionText& option : group.options) {
-            words += (words.empty() ? "" : " ") + std::string(option.name);
+            words.append(words.empty() ? "" : " ").append(option.name);
             if (option.value.empty())
                 continue;
             const std::string action = actionFor(option);
             if (action.empty())
-                values += (values.empty() ? "" : "|") + std::string(option.name);
+                values.append(values.empty() ? "" : "|").append(option.name);
             else
                 cases += "        " + std::string(option.name) + ") actions=(" + action + ") ;;\n";
         }

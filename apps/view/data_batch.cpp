@@ -153,7 +153,7 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     if (wantsPanels && !readPanels(options, observation, marks, model, chart, error))
         return 0;
     AComponents none;
-    const int hasTables = writeTables(options, &observation, none, notes, error);
+    const int hasTables = writeTables(options, &observation, none, nullptr, notes, error);
     printNotes(notes);
     if (!hasTables)
         return 0;
@@ -171,7 +171,7 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
         BatchJob job{std::move(drawing), usualCaption(file.header()), {}};
         if (options.wantsPrintedTable())
             job.newWindow = [&] {
-                return newPrintedTable(options.tables.back(), &observation, &none);
+                return newPrintedTable(options.tables.back(), &observation, &none, nullptr);
             };
         return job;
     };

@@ -1,6 +1,7 @@
 #include "apps/view/inputs.h"
 
 #include "apps/view/any_area_file.h"
+#include "apps/view/area_numbers.h"
 #include "apps/view/progress.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
@@ -43,6 +44,7 @@ int readShapes(const std::string& file, ViewInputs& inputs, AreaNotes& notes, st
         notes.read = areas.DeleteItems(last - 1, 1);
     }
     inputs.areas = outlinesOf(areas);
+    inputs.measured = measuredAreas(areas, place);
     areas.FillMatrix(inputs.mask, place.columns, place.rows, place.range);
     return 1;
 }
@@ -54,6 +56,7 @@ int readCells(const std::string& file, ViewInputs& inputs, AreaNotes& notes, std
     if (!openCellAreas(file, areas, notes, error))
         return 0;
     inputs.areas = outlinesOf(areas, inputs.frame);
+    inputs.measured = measuredAreas(areas);
     areas.FillBits(inputs.mask);
     return 1;
 }

@@ -4,18 +4,30 @@
 #include "apps/view/options.h"
 #include "apps/view/uv_points.h"
 #include "pavane/axes/maps/MapContent.h"
+#include "pavane/containers/AArray.h"
 #include "pavane/tables/components/AComponents.h"
+#include "pavane/trackers/areas/area_label.h"
 #include "tessel/ABitMatrix.h"
 
 #include <string>
+#include <vector>
 
 namespace pavane
 {
 
+/// An area in cells of the map (x = column, y = row), for the table of its numbers.
+struct MeasuredArea {
+    AArray<CPoint> cells;
+    int isNeverClean = 0;
+    AreaLabel label;
+    const char* kind = "";
+};
+
 /// Everything that the command line names, read and checked, and what follows from it.
 struct ViewInputs : MapContent {
     std::vector<AreaOutline> areas;  ///< empty without --areas
-    ABitMatrix mask;                 ///< of the areas; all ones without any
+    std::vector<MeasuredArea> measured;
+    ABitMatrix mask;  ///< of the areas; all ones without any
     AComponents model;
     UvPoints uv;
 };

@@ -1,3 +1,4 @@
+#include "apps/view/area_numbers.h"
 #include "apps/view/batch_output.h"
 #include "apps/view/data_batch.h"
 #include "apps/view/figure.h"
@@ -47,6 +48,9 @@ std::string misfit(const ViewOptions& options, const std::string& file, int isDa
 {
     if (isData && !options.onlyOfMaps.empty())
         return options.onlyOfMaps + " goes with a map; " + file + " holds visibilities";
+    if (isData && options.wantsTable(areaTable))
+        return std::string("--table ") + areaTable + " goes with a map; " + file +
+               " holds visibilities";
     if (!isData && !options.times.isAll() && !file.empty())
         return "--times goes with a file of visibilities; " + file + " holds none";
     return {};
@@ -86,7 +90,7 @@ int drawSurface(char** argv, const ViewOptions& options, const ViewInputs& input
 }
 
 int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
-            const AComponents& components, std::string& error)
+            const AComponents& components, const AreaTable& areas, std::string& error)
 {
     std::vector<std::string> notes;
     std::unique_ptr<PrintedPlanes> planes;
@@ -107,7 +111,7 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
         BatchJob job{std::move(picture), usualCaption(inputs.map.header), {}};
         if (options.wantsPrintedTable())
             job.newWindow = [&] {
-                return newPrintedTable(options.tables.back(), nullptr, &components);
+                return newPrintedTable(options.tables.back(), nullptr, &components, &areas);
             };
         else if (planes)
             job.newWindow = [&] { return planes->newWindow(); };
@@ -127,7 +131,10 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     std::vector<std::string> notes;
     if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
-    const int hasTables = writeTables(options, nullptr, components, notes, error);
+    AreaTable areas;
+    if (options.wantsTable(areaTable) && !fillAreaTable(options, inputs, areas, error))
+        return 0;
+    const int hasTables = writeTables(options, nullptr, components, &areas, notes, error);
     printNotes(notes);
     if (!hasTables)
         return 0;
@@ -137,7 +144,7 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
         return 0;
     }
     if ((options.wantsPicture() || options.print.wanted()) &&
-        !drawMap(argv, options, inputs, components, error))
+        !drawMap(argv, options, inputs, components, areas, error))
         return 0;
     return writeNumbers(options, inputs, error);
 }

@@ -156,8 +156,9 @@ int readTableName(const std::string& text, ViewOptions& options, std::string& er
     for (const UvTable table : uvTables)
         names += std::string(uvTableLook(table).name) + ", ";
     UvTable found = UvTable::telescopes;
-    if (!uvTableOf(text, found) && text != componentTable) {
-        error = "--table knows " + names + componentTable + ", not '" + text + "'";
+    if (!uvTableOf(text, found) && text != componentTable && text != areaTable) {
+        error =
+            "--table knows " + names + componentTable + ", " + areaTable + ", not '" + text + "'";
         return 0;
     }
     if (!options.tables.empty() && options.tables.back().file.empty()) {
@@ -195,9 +196,10 @@ int set(const std::string&, ViewOptions& options, std::string&)
 enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
-constexpr std::string_view mapOptions[] = {
-    "--areas", "--plane",   "--levels",       "--scale",  "--range", "--palette",  "--aspect",
-    "--mask",  "--partial", "--visibilities", "--planes", "--grid",  "--contrast", "--surface"};
+constexpr std::string_view mapOptions[] = {"--areas",    "--plane",        "--levels",    "--scale",
+                                           "--range",    "--palette",      "--aspect",    "--mask",
+                                           "--partial",  "--visibilities", "--planes",    "--grid",
+                                           "--contrast", "--surface",      "--empty-area"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -281,12 +283,18 @@ OptionTable<ViewOptions> newTable()
          onlyInBatch},
         {{"--table", "", "NAME",
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
-          "frequencies or scans of a data file, components of a map; may be repeated, each with "
+          "frequencies or scans of a data file, components of a map, the numbers of its areas "
+          "(those of --areas; of several --planes one after another); may be repeated, each with "
           "its --tsv; the last one without is what --print prints",
-          "telescopes baselines sources stokes frequencies scans components"},
+          "telescopes baselines sources stokes frequencies scans components areas"},
          readTableName,
          onlyInBatch,
          1},
+        {{"--empty-area", "", "NAME",
+          "an area without a source, by its name or its number from 1: its noise is that of the "
+          "errors in the table of areas, in place of the map's"},
+         keep<&ViewOptions::emptyArea>,
+         onlyInBatch},
         {{"--tsv", "", "F", "where the table before it goes; -: standard output"},
          readTableFile,
          onlyInBatch,
@@ -352,6 +360,9 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "--mask needs the areas that it is made of: --areas FILE";
     else if (options.partial && options.areas.empty())
         error = "--partial goes with areas: --areas FILE";
+    else if (!options.emptyArea.empty() &&
+             (options.areas.empty() || !options.wantsTable(areaTable)))
+        error = "--empty-area goes with areas and the table of them: --areas FILE --table areas";
     else if (!options.visibilities.empty() && options.model.empty())
         error = "--visibilities needs the model that they are computed from: --model FILE";
     else if (!options.tables.empty() && options.tables.back().file.empty() &&

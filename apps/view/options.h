@@ -6,6 +6,7 @@
 #include "pavane/axes/maps/MapLook.h"
 #include "tessel/uvfits/UvTimes.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,9 @@ struct TableWish {
 
 /// The name of the table of a map's components, beside those of an observation (uvTableLook).
 inline constexpr const char* componentTable = "components";
+
+/// The name of the table of the numbers of areas on a map.
+inline constexpr const char* areaTable = "areas";
 
 /// --surface: the map in a box, seen from there, with another map above it unless the name is "".
 struct SurfaceWish {
@@ -48,10 +52,16 @@ struct ViewOptions : MapLook {
     int partial = 0;  ///< areas of which some are lost are taken
     int stats = 0;
     std::vector<TableWish> tables;
+    std::string emptyArea;  ///< name or number of the area whose noise counts; "": the map's
     PrintWish print;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }
+    int wantsTable(const std::string& name) const
+    {
+        return std::any_of(tables.begin(), tables.end(),
+                           [&](const TableWish& wish) { return wish.table == name; });
+    }
     /// Whether a table is what is printed.
     int wantsPrintedTable() const
     {

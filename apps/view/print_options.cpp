@@ -166,7 +166,8 @@ void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
          "puts it above, ~L and ~R to a side; an empty one: none (object, frequency and date)"},
         readCaption, 1);
     add({"--planes", "", "A-B",
-         "print these planes of a cube, from 0, beside each other with one range of colours"},
+         "print these planes of a cube, from 0, beside each other with one range of colours; the "
+         "table of areas is of all of them"},
         readPlanes);
     add({"--grid", "", "RxC", "rows and columns of planes on a page"}, readGrid);
 }
@@ -175,8 +176,11 @@ int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptio
                       std::string& error)
 {
     const PrintWish& print = options.print;
-    const auto only = std::find_if(given.options.begin(), given.options.end(), [](const auto* o) {
-        return std::count(std::begin(printOnly), std::end(printOnly), o->name) != 0;
+    // a table of areas has rows for each of the planes
+    const int ofTable = options.wantsTable(areaTable);
+    const auto only = std::find_if(given.options.begin(), given.options.end(), [&](const auto* o) {
+        return std::count(std::begin(printOnly), std::end(printOnly), o->name) != 0 &&
+               !(ofTable && o->name == std::string_view("--planes"));
     });
     if (!print.wanted() && only != given.options.end())
         error = std::string((*only)->name) + " goes with --print or --printer";
@@ -186,7 +190,8 @@ int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptio
         error = "--grid goes with the --planes that it is for";
     else if (print.hasPlanes() && options.plane >= 0)
         error = "--plane is one, --planes are several: one of the two";
-    else if (print.hasPlanes() && options.wantsPrintedTable())
+    else if (print.hasPlanes() && options.wantsPrintedTable() &&
+             options.tables.back().table != areaTable)
         error = "--planes prints pictures, --table without --tsv a table: one at a time";
     return error.empty();
 }

@@ -1,5 +1,6 @@
 #include "apps/view/printed_table.h"
 
+#include "apps/view/AreaNumbersTbl.h"
 #include "pavane/tables/observation/AComponentsTbl.h"
 #include "pavane/tables/observation/AObservationTbl.h"
 
@@ -32,11 +33,22 @@ private:
     EditedComponents list_;
 };
 
+class PrintedAreas : public AreaNumbersTbl
+{
+public:
+    CString profileSection() override { return {}; }
+};
+
 }  // namespace
 
 std::unique_ptr<ABWindow> newPrintedTable(const TableWish& wish, UvObservation* observation,
-                                          const AComponents* model)
+                                          const AComponents* model, const AreaTable* areas)
 {
+    if (areas && wish.table == areaTable) {
+        auto numbers = std::make_unique<PrintedAreas>();
+        numbers->SetTable(areas);
+        return numbers;
+    }
     UvTable table = UvTable::telescopes;
     if (!uvTableOf(wish.table, table))
         return std::make_unique<PrintedComponents>(model);

@@ -1,6 +1,7 @@
 #include "apps/view/table_export.h"
 
 #include "apps/view/progress.h"
+#include "pavane/measures/areas/AreaTable.h"
 #include "pavane/tables/components/component_table.h"
 #include "pavane/tables/components/map_components.h"
 #include "pavane/tables/uvdata/UvObservation.h"
@@ -103,20 +104,22 @@ int writeTextFile(const std::string& file, const std::function<int(std::ostream&
 }
 
 int writeTables(const ViewOptions& options, UvObservation* observation, AComponents& model,
-                std::vector<std::string>& notes, std::string& error)
+                const AreaTable* areas, std::vector<std::string>& notes, std::string& error)
 {
     const UvObservation none;
-    int asksComponents = 0;
-    for (const TableWish& wish : options.tables)
-        asksComponents = asksComponents || wish.table == componentTable;
     if ((observation && !fill(options, *observation, error)) ||
-        (asksComponents && !readComponents(options, !observation, model, notes, error)))
+        (options.wantsTable(componentTable) &&
+         !readComponents(options, !observation, model, notes, error)))
         return 0;
     const UvObservation& tables = observation ? *observation : none;
     for (const TableWish& wish : options.tables) {
         UvTable table = UvTable::telescopes;
         const int isOfData = uvTableOf(wish.table, table);
-        if ((isOfData ? tables.rows(table) : model.count()) == 0)
+        const int isOfAreas = areas && wish.table == areaTable;
+        const int rows = isOfData    ? tables.rows(table)
+                         : isOfAreas ? static_cast<int>(areas->rows().size())
+                                     : model.count();
+        if (rows == 0)
             notes.push_back(options.map + ": has no " + wish.table +
                             ": the table is its header line alone");
         if (wish.file.empty())
@@ -124,6 +127,8 @@ int writeTables(const ViewOptions& options, UvObservation* observation, ACompone
         const auto write = [&](std::ostream& stream) {
             if (isOfData)
                 return tables.writeTsv(table, stream);
+            if (isOfAreas)
+                return areas->writeTsv(stream);
             const std::string text = componentTsv(model);
             stream.write(text.data(), static_cast<std::streamsize>(text.size()));
             return static_cast<int>(stream.good());

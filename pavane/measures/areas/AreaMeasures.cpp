@@ -33,9 +33,10 @@ int isSame(const std::vector<CPoint>& kept, const AArray<CPoint>& points)
 FluxScale FluxScale::of(const MapHeader& header, const MapFrame& frame)
 {
     const FluxUnit unit = fluxUnit(header, frame);
+    const MapUnit cells = mapUnit(header.bunit);
     const double beam = pavane::beamCells(header, frame);
-    return {unit.factor, unit.unit, header.bunit, beam > 0 ? beam : CellNumbers::none,
-            mapUnit(header.bunit).perPixel};
+    return {unit.factor, unit.unit, cells.prefix + cells.name, beam > 0 ? beam : CellNumbers::none,
+            cells.perPixel};
 }
 
 double FluxScale::beams(std::int64_t cells) const { return static_cast<double>(cells) / beamCells; }
