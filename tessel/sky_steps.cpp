@@ -192,8 +192,8 @@ SkyText skyText(const SkySteps& steps, double k, int isLatitude)
         shown = std::fmod(shown, 360.0);
         shown += shown < 0 ? 360 : 0;
     }
-    text.parts[0] = isLatitude && shown > 0 ? "+" : "";
-    text.parts[0] += (shown < 0 ? "\u2212" : "") + nValToStr(std::fabs(shown), steps.decimals);
+    text.parts[0].append(shown < 0 ? "\u2212" : isLatitude && shown > 0 ? "+" : "");
+    text.parts[0].append(nValToStr(std::fabs(shown), steps.decimals));
     text.parts[0] += "\u00b0";
     return text;
 }
