@@ -10,6 +10,7 @@ class PavaneWarning(UserWarning): ...
 def release() -> None:
     """Lets go of the window system, so that a program can make its own application object."""
 
+def release_idle() -> bool: ...
 def palette_names() -> list[str]:
     """The palettes that `palette=` knows."""
 

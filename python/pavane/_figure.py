@@ -5,6 +5,7 @@ import os
 import warnings
 
 from . import _core
+from ._hosts import _give_way
 
 # the module typing takes an interpreter as long as half a figure
 TYPE_CHECKING = False
@@ -164,11 +165,13 @@ class Figure:
                 raise TypeError("the axes count no units: numbers are wanted, not a Quantity")
         all_x, all_y = np.broadcast_arrays(np.asarray(x, float), np.asarray(y, float))
         to_x, to_y = conversion(all_x.ravel(), all_y.ravel())
+        _give_way()
         if all_x.ndim == 0:
             return float(to_x[0]), float(to_y[0])
         return to_x.reshape(all_x.shape), to_y.reshape(all_x.shape)
 
     def _tell_notes(self) -> None:
+        _give_way()
         for note in self._drawing.notes():
             if note not in self._told:
                 self._told.add(note)

@@ -41,6 +41,15 @@ void release()
     ShutdownPlatform();
 }
 
+/// Without waiting: 0 while somebody draws.
+int releaseIdle()
+{
+    const std::unique_lock<std::shared_timed_mutex> alone(running, std::try_to_lock);
+    if (alone.owns_lock())
+        ShutdownPlatform();
+    return alone.owns_lock();
+}
+
 // A fork waits until nobody starts the platform or tells a message, so that the child can.
 void beforeFork()
 {
@@ -82,6 +91,7 @@ void bindPlatform(py::module_& m)
           "Lets go of the window system, so that a program can make its own application object. "
           "Pictures stay, and drawing starts again by itself.\n\n"
           ">>> release()");
+    m.def("release_idle", [] { return releaseIdle() != 0; });
 }
 
 }  // namespace pavane::python

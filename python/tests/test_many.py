@@ -149,10 +149,14 @@ class Process(unittest.TestCase):
         except ImportError:
             self.skipTest("no PyQt6")
         draw = "pavane.draw(numpy.ones((9, 9))).to_bytes(); "
-        for code in ("a = QApplication([]); " + draw,
+        is_free = "assert QApplication.instance() is None; "
+        for code in ("a = QApplication([]); " + draw + "assert QApplication.instance() is a",
+                     draw + is_free + "a = QApplication([]); w = QWidget(); w.show(); " + draw,
                      draw + "pavane.release(); a = QApplication([]); " + draw + "w = QWidget(); w.show()"):
             done = run("import numpy, pavane; from PyQt6.QtWidgets import QApplication, QWidget; " + code)
             self.assertEqual((done.returncode, done.stderr), (0, ""), code)
+        done = run("import numpy, pavane; " + draw + "from PyQt6.QtWidgets import QApplication; " + is_free)
+        self.assertEqual((done.returncode, done.stderr), (0, ""))
         done = run("import numpy, pavane; from PyQt6.QtCore import QCoreApplication; a = QCoreApplication([]); " + draw)
         self.assertIn("RuntimeError", done.stderr)
 
