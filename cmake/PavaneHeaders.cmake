@@ -4,6 +4,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/A2DAxis.h
     pavane/axes/AB2DAxis.h
     pavane/axes/ABAxis.h
+    pavane/axes/ABSkyGrid.h
     pavane/axes/AGraph.h
     pavane/axes/AGraphXYLine.h
     pavane/axes/AGraphXYPoint.h
@@ -61,6 +62,9 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapNumbers.h
     pavane/axes/maps/MapPicture.h
     pavane/axes/maps/MapPresets.h
+    pavane/axes/maps/sky/ASkyGrid.h
+    pavane/axes/maps/sky/sky_grid_wish.h
+    pavane/axes/maps/sky/sky_titles.h
     pavane/axes/multi/A2DAxisMulti.h
     pavane/axes/multi/AGraphXYErrors.h
     pavane/axes/multi/AYScale.h
@@ -362,6 +366,9 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/SafeFile.h
     tessel/sky_axes.h
     tessel/sky_frame.h
+    tessel/sky_grid.h
+    tessel/sky_steps.h
+    tessel/sky_text.h
     tessel/SkyCoordinates.h
     tessel/stokes_name.h
     tessel/StopFlag.h
@@ -456,6 +463,7 @@ set(PAVANE_REACHED_HEADERS
     tessel/large_buffer.h
     tessel/long_files.h
     tessel/progress_function.h
+    tessel/sky_turn.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
     tessel/uvfits/UvSlices.h

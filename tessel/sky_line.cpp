@@ -174,10 +174,12 @@ private:
     }
     int inside(const Node& n)
     {
-        const auto known = known_.find(n);
-        if (known != known_.end())
-            return known->second;
-        return known_[n] = isInside_(cellOf(n)) != 0;
+        constexpr int perRow = finest + 1;
+        signed char& known =
+            known_[static_cast<std::size_t>(n.second) * perRow + static_cast<std::size_t>(n.first)];
+        if (known < 0)
+            known = isInside_(cellOf(n)) != 0;
+        return known;
     }
     void square(int i, int j, int size)
     {
@@ -247,7 +249,8 @@ private:
 
     CellRectangle rectangle_;
     const std::function<int(const CellPoint&)>& isInside_;
-    std::map<Node, int> known_;
+    std::vector<signed char> known_ =
+        std::vector<signed char>(std::size_t{finest + 1} * (finest + 1), -1);
     std::map<Edge, std::vector<Edge>> links_;
 };
 

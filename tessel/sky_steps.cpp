@@ -113,11 +113,11 @@ std::string SkyText::whole() const { return parts[0] + parts[1] + parts[2]; }
 
 std::string SkyText::after(const SkyText& before) const
 {
-    int first = 0;
+    std::size_t first = 0;
     while (first + 1 < count && first < before.count && parts[first] == before.parts[first])
         ++first;
     std::string text;
-    for (int i = first; i < count; ++i)
+    for (std::size_t i = first; i < count; ++i)
         text += parts[i];
     return text;
 }

@@ -3,6 +3,8 @@
 #include "tessel/api.h"
 #include "tessel/sky_frame.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -34,8 +36,8 @@ struct SkySteps {
 
 /// A text in up to three parts, of which those that repeat may be left out.
 struct PAVANE_API SkyText {
-    std::string parts[3];
-    int count = 0;
+    std::array<std::string, 3> parts;
+    std::size_t count = 0;
     /// All parts.
     std::string whole() const;
     /// Without the first parts that are those of `before`; the last part always stays.

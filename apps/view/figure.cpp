@@ -11,6 +11,8 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
 {
     picture_.show(inputs);
     applyWholeLook(picture_, options);
+    if (inputs.sky.isSet())
+        applySkyGrid(*addSkyGrid(picture_, inputs.sky), options.skyGrid, inputs.sky);
     picture_.figure().addLayer(&areas_);
     picture_.figure().addLayer(&model_);
 }

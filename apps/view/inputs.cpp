@@ -113,6 +113,10 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
         return refuse(options.map, error);
     if (const std::string note = noiseNoteOf(options.levels, inputs); !note.empty())
         notes.push_back(options.map + ": " + note);
+    if (options.skyGrid.shown != SkyGridShown::none && !inputs.sky.init(inputs.map.header, error)) {
+        error.insert(0, "there is no grid of the sky: ");
+        return refuse(options.map, error);
+    }
     return makeMask(options, inputs, notes, error);  // names the file itself
 }
 

@@ -8,6 +8,7 @@
 #include "pavane/tables/components/AComponents.h"
 #include "pavane/trackers/areas/area_label.h"
 #include "tessel/ABitMatrix.h"
+#include "tessel/SkyCoordinates.h"
 
 #include <string>
 #include <vector>
@@ -30,6 +31,7 @@ struct ViewInputs : MapContent {
     ABitMatrix mask;  ///< of the areas; all ones without any
     AComponents model;
     UvPoints uv;
+    SkyCoordinates sky;  ///< of the grid; not set without one
 };
 
 /// Reads the map, the areas, the model and the u,v points. Non-zero on success; else 0 and `error`

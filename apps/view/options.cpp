@@ -122,6 +122,14 @@ int readAspect(const std::string& text, ViewOptions& options, std::string& error
     return 1;
 }
 
+int readSkyGrid(const std::string& text, ViewOptions& options, std::string& error)
+{
+    if (readSkyGridWish(text, options.skyGrid, error))
+        return 1;
+    error.insert(0, "--sky-grid ");
+    return 0;
+}
+
 int readPlane(const std::string& text, ViewOptions& options, std::string& error)
 {
     if (!stoval(text, options.plane) || options.plane < 0) {
@@ -196,10 +204,10 @@ int set(const std::string&, ViewOptions& options, std::string&)
 enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
-constexpr std::string_view mapOptions[] = {"--areas",    "--plane",        "--levels",    "--scale",
-                                           "--range",    "--palette",      "--aspect",    "--mask",
-                                           "--partial",  "--visibilities", "--planes",    "--grid",
-                                           "--contrast", "--surface",      "--empty-area"};
+constexpr std::string_view mapOptions[] = {
+    "--areas",    "--plane",   "--levels",     "--scale",        "--range",  "--palette",
+    "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes", "--grid",
+    "--contrast", "--surface", "--empty-area", "--sky-grid"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -234,6 +242,12 @@ OptionTable<ViewOptions> newTable()
           "are; equal: square cells",
           "free equal"},
          readAspect},
+        {{"--sky-grid", "", "WHAT[,FRAME]",
+          "lines of longitude and latitude with their labels, their ticks alone, or none; in the "
+          "frame of the map or in ICRS, FK5, FK4, galactic or ecliptic ones, and behind another "
+          "comma sexagesimal, degrees or offsets",
+          "lines ticks none"},
+         readSkyGrid},
         {{"--surface", "", "AZ,EL[,OTHER.fits]",
           "draw the map as a surface seen from this azimuth and elevation (degrees), another map "
           "above it, a cube with the same plane; --scale, --contrast, --levels and a --range in "
@@ -336,6 +350,8 @@ int checkSurface(const ViewOptions& options, std::string& error)
         error = "--surface draws one plane: choose it with --plane, not --planes and --grid";
     else if (options.wantsPrintedTable())
         error = "--surface prints a picture, not a table: give --table a --tsv";
+    else if (options.skyGrid.shown != SkyGridShown::none)
+        error = "--surface has no --sky-grid";
     else if (!options.model.empty() && options.visibilities.empty() && options.tables.empty())
         error = "--surface draws no components of a --model";
     return error.empty();

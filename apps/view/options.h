@@ -4,6 +4,7 @@
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
 #include "pavane/axes/maps/MapLook.h"
+#include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "tessel/uvfits/UvTimes.h"
 
 #include <algorithm>
@@ -44,6 +45,7 @@ struct ViewOptions : MapLook {
     int height = 900;
     int hasSize = 0;  ///< one was asked for
     SurfaceWish surface;
+    SkyGridWish skyGrid;
     int hasScale = 0;     ///< one was asked for
     std::string palette;  ///< empty: the default one
     UvTimes times;        ///< of a data file: what is plotted and listed

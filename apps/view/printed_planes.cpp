@@ -13,7 +13,7 @@ namespace pavane
 {
 
 PrintedPlanes::PrintedPlanes(const ViewOptions& options, const ViewInputs& inputs)
-    : options_(options), areas_(inputs.areas), model_(inputs.model, inputs.frame)
+    : options_(options), sky_(inputs.sky), areas_(inputs.areas), model_(inputs.model, inputs.frame)
 {
     if (!options_.inPerCent)
         return;
@@ -46,6 +46,8 @@ int PrintedPlanes::open(std::string& error)
         maps_.setRange({options_.low, options_.high});
     maps_.setPrepare([this](MapPicture& picture, int) {
         applyLook(picture, options_);
+        if (sky_.isSet())
+            applySkyGrid(*addSkyGrid(picture, sky_), options_.skyGrid, sky_);
         picture.figure().addLayer(&areas_);
         picture.figure().addLayer(&model_);
     });

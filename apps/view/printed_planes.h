@@ -27,6 +27,7 @@ public:
 
 private:
     ViewOptions options_;
+    const SkyCoordinates& sky_;  ///< of the inputs: all planes lie in one place
     ChannelMaps maps_;
     AreaLayer areas_;
     ModelLayer model_;

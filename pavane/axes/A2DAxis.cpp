@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/ABSkyGrid.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/PlotLayout.h"
 #include "pavane/axes/SelectedObject.h"
@@ -57,6 +58,12 @@ int A2DAxis::isWithoutData() const
     return childs_.count() > 0;
 }
 
+void A2DAxis::setSkyGrid(ABSkyGrid* grid)
+{
+    skyGrid_ = grid;
+    hasSkyTicks_ = 0;
+}
+
 void A2DAxis::drawNoData(CDC& dc)
 {
     CFont font;
@@ -82,6 +89,8 @@ int A2DAxis::drawChilds(CDC& dc, CRect& rect, TMinMax& range)
 {
     for (int i = 0; i < childs_.count(); ++i) {
         AGraph& graph = *childs_(i);
+        if (&graph == skyGrid_)
+            continue;  // over all others
         const int saved = dc.SaveDC();
         if (!isFlagSet(axisBitmapMode))
             dc.IntersectClipRect(plotClip(graphRect_, graph.overhang(*this)));
@@ -95,6 +104,13 @@ int A2DAxis::drawChilds(CDC& dc, CRect& rect, TMinMax& range)
             drawFrame(dc);
             drawTicks(dc, *drawnLayout_);
         }
+    }
+    if (hasSkyTicks_) {
+        const int saved = dc.SaveDC();
+        if (!isFlagSet(axisBitmapMode))
+            dc.IntersectClipRect(plotClip(graphRect_, 0));
+        skyGrid_->drawIn(*this, dc, rect, range);
+        dc.RestoreDC(saved);
     }
     return childs_.count();
 }

@@ -7,6 +7,7 @@
 namespace pavane
 {
 
+class ABSkyGrid;
 struct PlotLayout;
 struct TickSet;
 
@@ -31,6 +32,11 @@ public:
     int layOut(CDC& dc, const CRect& rect) override;
     /// The plot then says so.
     int isWithoutData() const override;
+    /// A grid that supplies ticks, labels and titles in place of those of the axis, as long as it
+    /// has something to show, and whose lines are drawn after all other graphs; null, as at first,
+    /// for none. The axis owns it only when it was made in it.
+    void setSkyGrid(ABSkyGrid* grid);
+    ABSkyGrid* skyGrid() const { return skyGrid_; }
     /// Forgets the cached raster and deletes its file: call it when the data change.
     void dropCache();
 
@@ -61,6 +67,10 @@ private:
     void drawInContext(CDC& dc, CRect& rect);
     void drawInRaster(CDC& dc, CRect& rect, const PlotLayout& layout);
 
+    void finishSkyTicks(CDC& dc, PlotLayout& layout);
+
+    ABSkyGrid* skyGrid_ = nullptr;
+    int hasSkyTicks_ = 0;                      ///< the grid has something to show in this range
     const PlotLayout* drawnLayout_ = nullptr;  ///< while draw runs
 };
 

@@ -24,6 +24,8 @@ int roomAbout(int centre, int first, int last)
 
 void A2DAxis::drawGrid(const PlotLayout& layout)
 {
+    if (layout.hasOpposite)
+        return;  // the lines of the ticks are not straight
     const int style = lineStyle_;
     const int width = lineWidth_;
     const COLORREF color = color_;
@@ -78,13 +80,13 @@ void A2DAxis::strokeTicks(const PlotLayout& layout,
     const auto xTick = [&](double value, int length) {
         const int x = std::clamp(RPXtoGPX(value), g.left, g.right);
         stroke({x, g.bottom}, {x, g.bottom + (inside ? -length : length)});
-        if (inside)
+        if (inside && !layout.hasOpposite)
             stroke({x, g.top}, {x, g.top + length});
     };
     const auto yTick = [&](double value, int length) {
         const int y = std::clamp(RPYtoGPY(value), g.top, g.bottom);
         stroke({g.left, y}, {g.left + (inside ? length : -length), y});
-        if (inside)
+        if (inside && !layout.hasOpposite)
             stroke({g.right, y}, {g.right - length, y});
     };
     for (const TickSet::Tick& tick : layout.x.major)
@@ -95,6 +97,14 @@ void A2DAxis::strokeTicks(const PlotLayout& layout,
         yTick(tick.value, major);
     for (const double value : layout.y.minor)
         yTick(value, minor);
+    for (const TickSet::Tick& tick : layout.top.major) {
+        const int x = std::clamp(RPXtoGPX(tick.value), g.left, g.right);
+        stroke({x, g.top}, {x, g.top + (inside ? major : -major)});
+    }
+    for (const TickSet::Tick& tick : layout.right.major) {
+        const int y = std::clamp(RPYtoGPY(tick.value), g.top, g.bottom);
+        stroke({g.right, y}, {g.right + (inside ? -major : major), y});
+    }
 }
 
 void A2DAxis::drawLabels(CDC& dc, const PlotLayout& layout)

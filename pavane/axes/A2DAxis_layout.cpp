@@ -1,5 +1,6 @@
 #include "pavane/axes/A2DAxis.h"
 
+#include "pavane/axes/ABSkyGrid.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/fitted_text.h"
 #include "pavane/axes/label_spans.h"
@@ -28,6 +29,8 @@ void dropLabels(TickSet& set)
 
 TickSet A2DAxis::xTicks(int intervals) const
 {
+    if (hasSkyTicks_)
+        return skyGrid_->edgeTicks(0, intervals);
     const TickWish wish = wishOf(nameOX_, range_.xMin, range_.xMax, intervals, nxpDigit_, nxmDigit_,
                                  isFlagSet(axisNoMinorTicks));
     if (xDirect_ == 2)
@@ -37,6 +40,8 @@ TickSet A2DAxis::xTicks(int intervals) const
 
 TickSet A2DAxis::yTicks(int intervals) const
 {
+    if (hasSkyTicks_)
+        return skyGrid_->edgeTicks(1, intervals);
     const TickWish wish = wishOf(nameOY_, range_.yMin, range_.yMax, intervals, nypDigit_, nymDigit_,
                                  isFlagSet(axisNoMinorTicks));
     return yDirect_ == 0 ? logarithmicTicks(wish) : linearTicks(wish);
@@ -63,6 +68,8 @@ void A2DAxis::chooseYTicks(CDC& dc, PlotLayout& layout)
     while (spans.centres.empty() && n < std::min(yIntervals_, mostFlatIntervals))
         tryIntervals(++n);  // so wide a step may miss the range: rather too many and thinned
     thinLabels(layout.y, spans, 0);
+    if (hasSkyTicks_)
+        skyGrid_->shortenLabels(1, layout.y);
     layout.yLabelWidth = 0;
     if (isFlagSet(axisNoYLabels)) {
         dropLabels(layout.y);
@@ -111,8 +118,33 @@ void A2DAxis::chooseXTicks(CDC& dc, PlotLayout& layout)
         n = fewerIntervals(n);
     }
     thinLabels(layout.x, spans, gap);
+    if (hasSkyTicks_)
+        finishSkyTicks(dc, layout);
     if (isFlagSet(axisNoXLabels))
         dropLabels(layout.x);
+}
+
+/// A label that went takes with it what the next one left out: longer ones may touch anew.
+void A2DAxis::finishSkyTicks(CDC& dc, PlotLayout& layout)
+{
+    const CRect& graph = layout.graph;
+    for (std::ptrdiff_t before = -1; before != countLabels(layout.x);) {
+        before = countLabels(layout.x);
+        skyGrid_->shortenLabels(0, layout.x);
+        LabelSpans spans;
+        for (const TickSet::Tick& tick : layout.x.major) {
+            if (tick.label.empty())
+                continue;
+            const double along = RPXtoWPX(tick.value);
+            const double w = xDirect_ < 0 ? 1 - along : along;
+            spans.centres.push_back(graph.left + w * graph.Width());
+            spans.lengths.push_back(dc.GetTextExtent(tick.label).cx);
+        }
+        thinLabels(layout.x, spans, fHeight_ * 0.5);
+    }
+    layout.hasOpposite = 1;
+    layout.top = skyGrid_->oppositeTicks(0);
+    layout.right = skyGrid_->oppositeTicks(1);
 }
 
 void A2DAxis::boundGraphRect(PlotLayout& layout) const
@@ -161,6 +193,7 @@ int A2DAxis::compose(CDC& dc, const CRect& rect, PlotLayout& layout)
     layout.picture = rect;
     fHeight_ = std::max(1, calcFontHeight(dc, layout.picture));
     layout.header = getHeaderString(0);
+    hasSkyTicks_ = skyGrid_ && skyGrid_->prepare(*this);
     const int air = fHeight_ / 2;
     const int titleHeight = xTicks(1).title.empty() ? 0 : titleRoom(fHeight_);
     const int below =

@@ -34,6 +34,8 @@ struct PlotLayout {
     CRect graph;    ///< where the data area lies, both ends included
     TickSet x;
     TickSet y;
+    int hasOpposite = 0;  ///< the upper and the right edge have ticks of their own
+    TickSet top, right;
     CString header;
     int headerLeft = 0;  ///< its room, centred on the plot, wider where the picture allows it
     int headerRight = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tessel/sky_text.h"
+
 #include <string>
 #include <string_view>
 
@@ -26,11 +28,6 @@ int readFinite(std::string_view text, double& value);
 
 /// Half of the last digit of a number without an exponent; 0 for others and for whole numbers.
 double halfDigit(std::string_view number);
-
-/// Sexagesimal angles: hours or degrees, minutes and seconds with ':' between them, "12h34m5.6s",
-/// "-12d34m5.6s", "-01.54.24.5". `isLongitude` says that ':' stands behind hours. Degrees.
-/// Non-zero when the text is one of these; minutes are below 60, seconds not above.
-int readSexagesimal(std::string_view text, int isLongitude, double& degrees);
 
 /// The shortest text without an exponent that reads back to the same double.
 std::string plainNumber(double value);
