@@ -188,7 +188,8 @@ class Figure:
         the notebook."""
         if not self._drawing.is_small:
             return None
-        return self.to_bytes("svg").decode()
+        whole = self.to_bytes("svg").decode()
+        return whole[whole.index("<svg") :]  # inside another document no declaration stands
 
     def _repr_mimebundle_(
         self, include: Any = None, exclude: Any = None
