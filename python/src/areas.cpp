@@ -148,7 +148,7 @@ py::array_t<bool> boolMask(const py::list& states, int rows, int columns, bool c
     static_assert(sizeof(bool) == 1);
     auto* const bytes = reinterpret_cast<unsigned char*>(made.mutable_data());
     {
-        const py::gil_scoped_release release;
+        const Unlocked unlocked;
         unpackMask(*mask, bytes, columns);
     }
     return made;
@@ -175,7 +175,7 @@ ABitMatrix bitsOf(const py::array& array)
         throw std::bad_alloc();
     const auto* const first = static_cast<const unsigned char*>(array.data());
     const std::int64_t rowBytes = array.strides(0), columnBytes = array.strides(1);
-    const py::gil_scoped_release release;
+    const Unlocked unlocked;
     packMask(first, rowBytes, columnBytes, mask);
     return mask;
 }

@@ -5,11 +5,13 @@
 #include "python/src/bind.h"
 #include "python/src/run.h"
 
+#include <atomic>
 #include <chrono>
 #include <mutex>
 #include <pthread.h>
 #include <shared_mutex>
 #include <stdexcept>
+#include <unistd.h>
 #include <utility>
 
 namespace pavane::python
@@ -35,10 +37,22 @@ constexpr std::chrono::seconds patience{10};
 
 void release()
 {
+    const Unlocked unlocked;
     const std::unique_lock<std::shared_timed_mutex> alone(running, patience);
     if (!alone.owns_lock())
         throw std::runtime_error("figures are being drawn in other threads");
     ShutdownPlatform();
+}
+
+// nobody but the thread that ends the process draws any more
+std::atomic<int> isEnding{0};
+
+/// What others draw when the interpreter ends is waited for: the toolkit goes soon.
+void endDrawing()
+{
+    isEnding = 1;
+    const Unlocked unlocked;
+    (void)running.try_lock_for(std::chrono::seconds(2));
 }
 
 /// Without waiting: 0 while somebody draws.
@@ -65,9 +79,12 @@ void afterFork()
 
 }  // namespace
 
-RunningPlatform::RunningPlatform()
+RunningPlatform::RunningPlatform() : isHeld_(!isEnding || !isFirstThread())
 {
-    running.lock_shared();
+    while (isHeld_ && isEnding)
+        (void)pause();
+    if (isHeld_)
+        running.lock_shared();
     static char name[] = "python";
     static char* arguments[] = {name, nullptr};
     const std::lock_guard<std::mutex> lock(starting);
@@ -76,7 +93,11 @@ RunningPlatform::RunningPlatform()
         fault_ = "the platform cannot be started";
 }
 
-RunningPlatform::~RunningPlatform() { running.unlock_shared(); }
+RunningPlatform::~RunningPlatform()
+{
+    if (isHeld_)
+        running.unlock_shared();
+}
 
 std::vector<CString> takeMessages()
 {
@@ -87,7 +108,8 @@ std::vector<CString> takeMessages()
 void bindPlatform(py::module_& m)
 {
     (void)pthread_atfork(&beforeFork, &afterFork, &afterFork);
-    m.def("release", &release, py::call_guard<py::gil_scoped_release>(),
+    py::module_::import("atexit").attr("register")(py::cpp_function(&endDrawing));
+    m.def("release", &release,
           "Lets go of the window system, so that a program can make its own application object. "
           "Pictures stay, and drawing starts again by itself.\n\n"
           ">>> release()");

@@ -12,7 +12,8 @@ namespace pavane::python
 class RunningPlatform
 {
 public:
-    /// Starts the platform for pictures unless it runs.
+    /// Starts the platform for pictures unless it runs. Once the interpreter ends, only the thread
+    /// that ends it comes back from here.
     RunningPlatform();
     RunningPlatform(const RunningPlatform&) = delete;
     RunningPlatform& operator=(const RunningPlatform&) = delete;
@@ -22,6 +23,7 @@ public:
 
 private:
     CString fault_;
+    int isHeld_;  ///< not by the thread that ends the process, which draws alone
 };
 
 /// What the library wanted to tell the user since the last call. In Python nothing opens a box.

@@ -5,16 +5,18 @@
 
 #include <sys/syscall.h>
 #include <unistd.h>
+#include <utility>
 
 namespace pavane::python
 {
 
 namespace py = pybind11;
 
+int isFirstThread() { return syscall(SYS_gettid) == getpid(); }
+
 Interrupts::Interrupts()
 {
-    // the thread that Python started in, or that a child was forked from, is the process's first
-    if (syscall(SYS_gettid) == getpid())
+    if (isFirstThread())
         flag_.ask([this] { return goesOn(); });
 }
 
@@ -32,6 +34,19 @@ void Interrupts::rethrow()
 {
     if (raised_)
         throw py::error_already_set(*raised_);
+}
+
+void Unlocked::lock()
+{
+    PyThreadState* const state = std::exchange(state_, nullptr);
+    if (!state)
+        return;
+    try {
+        PyEval_RestoreThread(state);
+    } catch (...) {  // what unwinds a thread that is to end
+        for (;;)
+            (void)pause();
+    }
 }
 
 void tellMessages()

@@ -9,6 +9,9 @@
 namespace pavane::python
 {
 
+/// Whether this is the thread that Python started in, or that a child was forked from.
+int isFirstThread();
+
 /// Asks, while the interpreter's lock is free, whether the user has pressed Ctrl+C; only the main
 /// thread hears that. Made with the lock held.
 class Interrupts
@@ -29,6 +32,21 @@ private:
     std::unique_ptr<pybind11::error_already_set> raised_;
 };
 
+/// Lets go of the interpreter's lock until `lock`. A thread that finds the interpreter ended then
+/// stays where it is: ending it would go through frames of C++ that cannot be left so.
+class Unlocked
+{
+public:
+    Unlocked() : state_(PyEval_SaveThread()) {}
+    Unlocked(const Unlocked&) = delete;
+    Unlocked& operator=(const Unlocked&) = delete;
+    ~Unlocked() { lock(); }
+    void lock();
+
+private:
+    PyThreadState* state_;
+};
+
 /// Runs work(Interrupts&) without the interpreter's lock, then throws what a signal raised, and
 /// gives what the library had to tell as warnings.
 void tellMessages();
@@ -38,7 +56,7 @@ void runFree(Work&& work)
     Interrupts interrupts;
     std::exception_ptr fault;
     {
-        const pybind11::gil_scoped_release release;
+        const Unlocked unlocked;
         try {
             work(interrupts);
         } catch (...) {

@@ -117,6 +117,11 @@ class Process(unittest.TestCase):
     def test_shutdown_with_figures_alive(self):
         for code in ("fig = pavane.draw(numpy.ones((9, 9))); p = fig.pixels",
                      "fig = pavane.draw(numpy.ones((9, 9))); fig.pixels; pavane.release(); fig.to_bytes()",
+                     "import sys, threading, time\n"
+                     "def draw():\n while True: pavane.draw(numpy.ones((9, 9))).to_bytes()\n"
+                     "class Late:\n def __del__(self): pavane.draw(numpy.ones((9, 9))).to_bytes()\n"
+                     "sys.late = Late()\n"
+                     "[threading.Thread(target=draw, daemon=True).start() for _ in range(2)]; time.sleep(0.2)",
                      "import threading; t = threading.Thread(target=lambda: pavane.draw(numpy.ones((9, 9))).pixels); "
                      "t.start(); t.join(); pavane.draw(numpy.ones((9, 9))).pixels"):
             done = run("import numpy, pavane; " + code)
