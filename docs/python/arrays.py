@@ -14,7 +14,7 @@ assert fig.array is cells
 
 # %% [markdown]
 # `header` takes an astropy `Header`, a mapping as here, or the text of FITS cards; `wcs` an astropy
-# `WCS`. Without both the axes count pixels. An HDU, or a list of HDUs, brings its own header:
+# `WCS`. Without both the axes count pixels, from 1 as FITS does. An HDU, or a list of HDUs, brings its own header:
 # `pavane.draw(hdus[0])`. Of a cube say which plane: `pavane.draw(cube, plane=3)`.
 #
 # After cells have changed, `refresh` finds range, noise and contours anew:

@@ -39,5 +39,5 @@ with ThreadPoolExecutor(2) as pool:
 
 # %% [markdown]
 # A process that draws should not be forked while another thread of it draws: fork before, or use
-# `spawn`, as `draw_many` does. A program that makes an application object of Qt of its own after it
-# has drawn calls `pavane.release()` between.
+# `spawn`, as `draw_many` does. A program that makes an application object of Qt after it has drawn,
+# and by other means than PyQt6 or PySide6, calls `pavane.release()` between.

@@ -6,7 +6,7 @@ import math
 import os
 import warnings
 from collections.abc import Iterable, MutableSequence
-from typing import TYPE_CHECKING, Any, overload
+from typing import TYPE_CHECKING, Any, Literal, overload
 
 from . import _core
 from ._draw import _in_unit
@@ -213,7 +213,13 @@ class Areas(MutableSequence[Area]):
 
     @classmethod
     def read(
-        cls, path: Any, *, map: Any = None, header: Any = None, wcs: Any = None, shape: Any = None
+        cls,
+        path: str | os.PathLike[str],
+        *,
+        map: Any = None,
+        header: Any = None,
+        wcs: Any = None,
+        shape: tuple[int, int] | None = None,
     ) -> Areas:
         """Reads a file of areas: .reg (DS9), .crtf (CASA), .cma or .areas; what it holds decides,
         not its name. Positions on the sky, and .areas files, need the map that they lie on: a FITS
@@ -234,12 +240,12 @@ class Areas(MutableSequence[Area]):
 
     def write(
         self,
-        path: Any,
+        path: str | os.PathLike[str],
         *,
         map: Any = None,
         header: Any = None,
         wcs: Any = None,
-        shape: Any = None,
+        shape: tuple[int, int] | None = None,
         sky: bool = False,
         partial: bool = False,
     ) -> None:
@@ -257,7 +263,7 @@ class Areas(MutableSequence[Area]):
         _warn(file, _core.write_areas(file, place, self._states(), bool(sky), bool(partial)))
 
     def mask(
-        self, shape: Any, packed: bool = False, rule: str = "outline"
+        self, shape: tuple[int, ...], packed: bool = False, rule: Literal["outline", "centres"] = "outline"
     ) -> npt.NDArray[Any]:
         """The cells of the areas, an array of bool of `shape` (rows, columns). Without areas, and
         with never-clean ones alone, all other cells are in it.

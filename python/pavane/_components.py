@@ -1,6 +1,7 @@
 """Models of brightness components."""
 from __future__ import annotations
 
+import os
 import warnings
 from collections.abc import Iterator
 from typing import TYPE_CHECKING, Any
@@ -60,7 +61,7 @@ class Components:
         return self._table
 
     @classmethod
-    def read(cls, path: Any) -> Components:
+    def read(cls, path: str | os.PathLike[str]) -> Components:
         """Reads a text of components, or the table of components that a CLEAN leaves in a FITS map.
 
         >>> Components(flux=[1.0, 0.5]).write("jet.mod")
@@ -76,7 +77,7 @@ class Components:
             model._table[name] = rows[:, i]  # kinds that are foreign here too: they count as points
         return model
 
-    def write(self, path: Any) -> None:
+    def write(self, path: str | os.PathLike[str]) -> None:
         """Writes the text of components, whole or not at all. It holds six digits; what they lose
         comes as PavaneWarning.
 
@@ -97,9 +98,9 @@ class Components:
 
     def to_map(
         self,
-        shape: Any = None,
+        shape: tuple[int, ...] | None = None,
         *,
-        cell: Any = None,
+        cell: npt.ArrayLike | None = None,
         map: Any = None,
         header: Any = None,
         wcs: Any = None,

@@ -12,10 +12,17 @@ from ._figure import Figure, _checked_size, _file
 # the module typing takes an interpreter as long as half a figure
 TYPE_CHECKING = False
 if TYPE_CHECKING:
-    from collections.abc import Sequence
-    from typing import Any
+    from collections.abc import Callable, Sequence
+    from typing import Any, Literal
 
     import numpy.typing as npt
+
+    from ._areas import Area, Areas
+    from ._components import Components
+
+    File = str | os.PathLike[str]
+    Color = str | Sequence[float]
+    Palette = str | Sequence[Color] | Callable[[float], Any]  # the last a colormap of matplotlib
 
 PICKLE_FORMAT = 1
 _COLOURS = 226  # of a map: those of a palette
@@ -110,18 +117,18 @@ def draw(
     *,
     plane: int | None = None,
     range: tuple[float, float] | str | None = None,
-    palette: Any = None,
+    palette: Palette | None = None,
     size: tuple[int, int] = (1000, 900),
-    levels: str | Sequence[float] | None = None,
-    scale: str = "linear",
-    contrast: tuple[float, ...] | None = None,
-    aspect: str = "equal",
-    areas: Any = None,
-    model: Any = None,
+    levels: str | Sequence[float] | npt.NDArray[Any] | None = None,
+    scale: Literal["linear", "sqrt", "log", "equal"] = "linear",
+    contrast: tuple[float, float] | tuple[float, float, float] | None = None,
+    aspect: Literal["equal", "free"] = "equal",
+    areas: File | Areas | Area | Sequence[Area] | None = None,
+    model: File | Components | npt.ArrayLike | None = None,
     title: str | None = None,
     wcs: Any = None,
     header: Any = None,
-    mask: Any = None,
+    mask: npt.ArrayLike | None = None,
     ratio: int = 1,
 ) -> MapFigure:
     """A figure of a map, as `pavane-view --batch` draws it.

@@ -2,13 +2,17 @@
 from __future__ import annotations
 
 import os
+from collections.abc import Sequence
 from dataclasses import dataclass
-from typing import Any
+from typing import TYPE_CHECKING, Any
 
 from . import _core
 from ._areas import Area, Areas, _areas_of
 from ._draw import MapFigure, _map_of
 from ._places import _flags
+
+if TYPE_CHECKING:
+    import numpy.typing as npt
 
 
 @dataclass(frozen=True)
@@ -34,7 +38,7 @@ class Statistics:
 
 def statistics(
     source: Any,
-    inside: Any = None,
+    inside: str | os.PathLike[str] | Areas | Area | Sequence[Area] | npt.NDArray[Any] | None = None,
     *,
     plane: int | None = None,
     wcs: Any = None,
@@ -58,15 +62,16 @@ def statistics(
         map = source._source
     else:
         map = _map_of(source, plane, wcs, header, mask)
-    if isinstance(inside, (str, os.PathLike, Area, Areas)) or (
-        isinstance(inside, (list, tuple)) and all(isinstance(area, Area) for area in inside)
+    cells: Any = inside
+    if isinstance(cells, (str, os.PathLike, Area, Areas)) or (
+        isinstance(cells, (list, tuple)) and all(isinstance(area, Area) for area in cells)
     ):
-        inside = _areas_of(inside, map).mask((map.rows, map.columns))
-    elif inside is not None:
-        inside = _flags(inside, "inside")
-        if inside.shape != (map.rows, map.columns):
-            raise ValueError(f"inside has the shape {inside.shape}, the map ({map.rows}, {map.columns})")
-    found = _core.statistics(map, inside)
+        cells = _areas_of(cells, map).mask((map.rows, map.columns))
+    elif cells is not None:
+        cells = _flags(cells, "inside")
+        if cells.shape != (map.rows, map.columns):
+            raise ValueError(f"inside has the shape {cells.shape}, the map ({map.rows}, {map.columns})")
+    found = _core.statistics(map, cells)
     column, row = found["peak_column"], found["peak_row"]
     return Statistics(
         least=found["least"],
