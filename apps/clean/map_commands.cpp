@@ -173,7 +173,6 @@ void CleanWindow::mapStatus(const AxisStatus& at)
         return;
     StatusTexts texts = shown_.format().texts(at, shown_.sky());
     if (at.inMap) {
-        texts[statusCell] = "x " + std::to_string(at.column) + "  y " + std::to_string(at.row);
         const std::string residual = session_.isOpen() && shown_.kind() != MapKind::residual
                                          ? session_.fileOf(session_.shown(), MapKind::residual)
                                          : std::string();

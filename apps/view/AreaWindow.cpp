@@ -88,7 +88,7 @@ void AreaWindow::useMap(AAxisWnd& map)
         bar_.EnableButton(id, 0);  // until there is a map
     (void)tips_.Create(this);
     status_.SetNames({"The value under the pointer", "Its offset from the centre of the map",
-                      "Its position on the sky", "Its cell",
+                      "Its position on the sky", "Its pixel, from 1",
                       "What the areas hold: cells, sum, mean"});
     status_.ExplainBy(tips_);
 }

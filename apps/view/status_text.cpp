@@ -62,6 +62,13 @@ std::string groupedText(long long count)
     return text;
 }
 
+std::string pixelText(int row, int column)
+{
+    std::string text = "pixel ";
+    text.append(std::to_string(std::int64_t{column} + 1)).append(", ");
+    return text.append(std::to_string(std::int64_t{row} + 1));
+}
+
 std::string prefixedText(double value, const std::string& unit, int digits)
 {
     const int power = takesPrefix(unit) ? prefixPower(value, digits) : 0;
@@ -129,8 +136,7 @@ StatusTexts StatusFormat::texts(const AxisStatus& status, const SkyCoordinates& 
                                    (status.y - frame_.yFirst) / frame_.yStep);
     }
     if (status.inPlot && status.inMap) {
-        texts[statusCell] =
-            "row " + std::to_string(status.row) + ", column " + std::to_string(status.column);
+        texts[statusCell] = pixelText(status.row, status.column);
         texts[statusValue] =
             std::isnan(status.value)
                 ? "blank"

@@ -50,6 +50,9 @@ private:
     int degreeDecimals_ = 0;                ///< of galactic and ecliptic positions
 };
 
+/// "pixel 257, 258" of a cell: as in FITS x, the column, comes first and both count from 1.
+std::string pixelText(int row, int column);
+
 /// "3 110": groups of three digits with a narrow blank between them.
 std::string groupedText(long long count);
 

@@ -356,7 +356,7 @@ TEST(StatusText, HasDigitsForATenthOfACellAndPrefixes)
     EXPECT_EQ(texts[statusValue], "12.35 mJy/beam");
     EXPECT_EQ(texts[statusOffset], "0.0000, 0.0000 mas");
     EXPECT_EQ(texts[statusSky], "12:30:49.42339200  -00:30:00.0000000");
-    EXPECT_EQ(texts[statusCell], "row 256, column 255");
+    EXPECT_EQ(texts[statusCell], "pixel 256, 257");
     EXPECT_EQ(texts[statusMask], "1\u202f234\u202f567 cells,  -2 JY/BEAM*cell");
     status.value = std::nanf("");
     EXPECT_EQ(format.texts(status, SkyCoordinates())[statusValue], "blank");
