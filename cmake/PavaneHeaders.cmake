@@ -439,7 +439,6 @@ set(PAVANE_REACHED_HEADERS
     pavane/tables/grid/TableGrid.h
     pavane/tables/grid/TableSearch.h
     pavane/trackers/areas/ActiveItems.h
-    pavane/trackers/areas/area_label.h
     pavane/trackers/areas/AreaItems.h
     pavane/trackers/areas/tracker_style.h
     pavane/trackers/collections/EditedAreas.h
@@ -450,6 +449,7 @@ set(PAVANE_REACHED_HEADERS
     pavane/trackers/planes.h
     pavane/trackers/PolygonTrackerOf.h
     pavane/trackers/RectTrackerOf.h
+    pavane/trackers/shapes/area_label.h
     pavane/trackers/shapes/key_steps.h
     pavane/trackers/shapes/rect_handles.h
     pavane/trackers/shapes/turned_rect.h

@@ -33,7 +33,8 @@ std::int64_t AreaSession::changed(int modified, std::int64_t now)
     return std::clamp<std::int64_t>(lastCopy_ + pace - now, 0, pace);
 }
 
-int AreaSession::writeCopy(const StoreFunction& store, std::int64_t now)
+int AreaSession::writeCopy(const StoreFunction& store, std::int64_t now,
+                           const std::vector<AreaLabel>& labels)
 {
     if (map_.empty())
         return 1;
@@ -46,7 +47,7 @@ int AreaSession::writeCopy(const StoreFunction& store, std::int64_t now)
     if (hasCopy_ && !copyIsOld_)
         return 1;
     lastCopy_ = now;
-    if (!autosave_.write(store))
+    if (!autosave_.write(store, labels))
         return 0;
     hasCopy_ = 1;
     copyIsOld_ = 0;

@@ -32,7 +32,8 @@ public:
     std::int64_t changed(int modified, std::int64_t now);
     /// Brings the copy on disk up to date: written while something is unsaved, else removed. 0 when
     /// it could not be written; the next change tries again.
-    int writeCopy(const StoreFunction& store, std::int64_t now);
+    int writeCopy(const StoreFunction& store, std::int64_t now,
+                  const std::vector<AreaLabel>& labels = {});
     /// They were saved as they are. An empty name leaves the one from before.
     void saved(const std::string& file);
     /// They come from a file that Save would not write again (or, with an empty name, from none).

@@ -117,6 +117,10 @@ int AreaWindow::giveAreas(const ARPTrackerArray& read, const char* label)
     MemoryFile bytes;
     areas().BeginEdits(label);
     const int loaded = storeAreas(read, bytes) && bytes.seek(0) && areas().Load(bytes);
+    const std::vector<AreaLabel> labels = loaded ? labelsOf(read) : std::vector<AreaLabel>();
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        if (!labels[i].isEmpty())
+            (void)areas().SetLabels(nullptr, {static_cast<int>(i)}, labels[i], 1, 1);
     if (loaded)
         (void)areas().ReopenLast(GetAxisWnd());  // of a copy that was written while it was drawn
     areas().EndEdits(GetAxisWnd());

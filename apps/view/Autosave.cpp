@@ -1,5 +1,6 @@
 #include "apps/view/Autosave.h"
 
+#include "pavane/trackers/areas/area_names.h"
 #include "tessel/paths.h"
 #include "tessel/SafeFile.h"
 #include "tessel/value_text.h"
@@ -74,27 +75,35 @@ std::int64_t secondsOf(fs::file_time_type time)
 
 }  // namespace
 
+void removeCopy(const std::string& file)
+{
+    std::error_code ignored;
+    removeNamesFile(file);
+    fs::remove(file, ignored);
+}
+
 Autosave::Autosave(const std::string& folder, const std::string& map)
     : folder_(folder), start_("autosave-" + nameNumber(map) + '-'),
       file_(folder + start_ + std::to_string(getpid()) + std::string(extension))
 {
 }
 
-int Autosave::write(const StoreFunction& store)
+int Autosave::write(const StoreFunction& store, const std::vector<AreaLabel>& labels)
 {
     if (file_.empty())
         return 0;
     std::error_code ignored;
     fs::create_directories(folder_, ignored);
     SafeFile out;
-    return out.open(file_) && store(out.file()) && out.commit();
+    std::string fault;
+    return out.open(file_) && store(out.file()) && out.commit() &&
+           writeNamesFile(file_, labels, fault);
 }
 
 void Autosave::remove()
 {
-    std::error_code ignored;
     if (!file_.empty())
-        fs::remove(file_, ignored);
+        removeCopy(file_);
 }
 
 void Autosave::setAside() const
@@ -104,6 +113,8 @@ void Autosave::setAside() const
         const std::string other = start_ + std::to_string(number) + std::string(extension);
         if (!IsFileExists(folder_ + other)) {
             fs::rename(file_, folder_ + other, failed);
+            if (!failed)
+                fs::rename(namesFileOf(file_), namesFileOf(folder_ + other), failed);
             return;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/trackers/shapes/area_label.h"
 #include "tessel/AFile.h"
 
 #include <cstdint>
@@ -19,6 +20,9 @@ struct LeftoverAreas {
     std::int64_t time = 0;  ///< of its last write, seconds since 1970
 };
 
+/// Removes a copy with the names beside it.
+void removeCopy(const std::string& file);
+
 /// The copy of the areas of one map that is written while they are not saved, so that a crash loses
 /// nothing: "autosave-<name of the map as a number>-<process>.areas" in the folder of the profile.
 class Autosave
@@ -29,9 +33,10 @@ public:
     Autosave(const std::string& folder, const std::string& map);
 
     const std::string& file() const { return file_; }
-    /// Writes the copy, whole or not at all; non-zero on success.
-    int write(const StoreFunction& store);
-    /// Removes the copy, if there is one.
+    /// Writes the copy, whole or not at all, with names and colours of its areas beside it;
+    /// non-zero on success.
+    int write(const StoreFunction& store, const std::vector<AreaLabel>& labels = {});
+    /// Removes the copy and its names, if there is one.
     void remove();
 
     /// Copies of the same map whose processes are gone, the latest first. To be asked for before

@@ -341,7 +341,11 @@ void MainWindow::writeCopy()
 {
     if (!map_)
         return;
-    if (session_.writeCopy([this](AFile& file) { return storeAllAreas(areas(), file); }, now()) ||
+    std::vector<AreaLabel> labels = labelsOf(areas());
+    if (!areas().KeptState(-1).empty())
+        labels.emplace_back();  // of the open polygon
+    if (session_.writeCopy([this](AFile& file) { return storeAllAreas(areas(), file); }, now(),
+                           labels) ||
         copyFailed_)
         return;
     copyFailed_ = 1;  // said once; the next change tries again

@@ -1,6 +1,7 @@
 #include "apps/view/any_area_file.h"
 
 #include "pavane/containers/MemoryFile.h"
+#include "pavane/trackers/areas/area_names.h"
 #include "pavane/trackers/ARPAreaTracker.h"
 #include "pavane/trackers/collections/ARPTrackerArray.h"
 #include "pavane/trackers/collections/shape_trackers.h"
@@ -53,6 +54,12 @@ int openCollection(const std::string& file, ARPTrackerArray& areas, AreaNotes& n
         if (!areas(i)->IsReady())
             areas(i)->SetStyle(areas(i)->GetStyle() | trackerReady);
     takeReport(report, notes);
+    std::vector<AreaLabel> labels;
+    std::string misfit;
+    if (!readNamesFile(file, areas.count(), labels, misfit))
+        notes.lines.push_back(misfit + "; names and colours are left aside");
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        areas(static_cast<int>(i))->SetLabel(labels[i]);
     return 1;
 }
 
@@ -97,10 +104,18 @@ int saveCollection(const std::string& file, const ARPTrackerArray& areas, std::s
         error = file + ": " + out.fault();
         return 0;
     }
-    return 1;
+    return writeNamesFile(file, labelsOf(areas), error);
 }
 
 }  // namespace
+
+std::vector<AreaLabel> labelsOf(const ARPTrackerArray& areas)
+{
+    std::vector<AreaLabel> labels;
+    for (int i = 0; i < areas.count(); ++i)
+        labels.push_back(areas(i)->label());
+    return labels;
+}
 
 int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& areas,
               AreaNotes& notes, std::string& error)

@@ -3,6 +3,7 @@
 #include "pavane/trackers/areas/area_file.h"
 
 #include <string>
+#include <vector>
 
 namespace pavane
 {
@@ -27,6 +28,9 @@ int storeAreas(const ARPTrackerArray& areas, AFile& file);
 /// The areas as they would be if a drag that runs were cancelled, and the polygon that is being
 /// drawn as one that is open: a copy that loses no work.
 int storeAllAreas(const ARPTrackerArray& areas, AFile& file);
+
+/// The names and colours of the areas, in their order.
+std::vector<AreaLabel> labelsOf(const ARPTrackerArray& areas);
 
 /// What would be lost by saving the areas under this name.
 AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,

@@ -50,6 +50,7 @@ std::vector<MeasuredArea> measuredAreas(const ARPTrackerArray& areas, const Area
         MeasuredArea& area = measured[static_cast<std::size_t>(i)];
         (void)areas.GetAreaCells(i, area.cells, place.columns, place.rows, place.range);
         area.isNeverClean = areas(i)->IsNeverClean();
+        area.label = areas(i)->label();
         ShapeValues shape;
         area.kind = areas(i)->GetShape(shape) ? areaKindName(shape.kind) : "";
     }

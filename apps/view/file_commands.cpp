@@ -7,6 +7,7 @@
 #include "apps/view/save_picture.h"
 #include "apps/view/view_dialogs.h"
 #include "pavane/axes/maps/map_titles.h"
+#include "pavane/trackers/areas/area_names.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/trackers/regions/area_kind.h"
 #include "platform/drop_files.h"
@@ -244,7 +245,7 @@ void MainWindow::offerLeftovers()
             if (!session_.hasCopy())
                 return;  // the old copy stays the only one
         }
-        (void)std::remove(left.file.c_str());
+        removeCopy(left.file);
         if (answer == IDYES)
             return;
     }
@@ -270,6 +271,8 @@ int MainWindow::mayWrite(const std::string& file, int asAreas)
     if (!asAreas) {
         inputs.push_back({"area file", session_.file()});
         inputs.push_back({"area file", session_.source()});
+        inputs.push_back({"file of names", namesFileOf(session_.file())});
+        inputs.push_back({"file of names", namesFileOf(session_.source())});
     }
     const NamedFile* const same = sameFileAmong(file, inputs);
     if (same)
@@ -280,7 +283,8 @@ int MainWindow::mayWrite(const std::string& file, int asAreas)
 
 int MainWindow::saveAreasTo(const std::string& file)
 {
-    if (!table_.storeEditor() || !mayWrite(file, 1) || !closeOpenArea("saved"))
+    if (!table_.storeEditor() || !mayWrite(file, 1) || !mayWrite(namesFileOf(file), 1) ||
+        !closeOpenArea("saved"))
         return 0;
     const AreaNotes losses = lossesOfSaving(file, place(), areas());
     if (!losses.lines.empty() && losses.lines != agreedLosses_ &&

@@ -6,7 +6,7 @@
 #include "pavane/axes/maps/MapContent.h"
 #include "pavane/containers/AArray.h"
 #include "pavane/tables/components/AComponents.h"
-#include "pavane/trackers/areas/area_label.h"
+#include "pavane/trackers/shapes/area_label.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/SkyCoordinates.h"
 

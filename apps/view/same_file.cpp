@@ -1,6 +1,7 @@
 #include "apps/view/same_file.h"
 
 #include "apps/view/options.h"
+#include "pavane/trackers/areas/area_names.h"
 #include "tessel/paths.h"
 
 #include <filesystem>
@@ -97,12 +98,14 @@ std::string outputClash(const ViewOptions& options)
 {
     // a palette without a folder is one that the program brings
     const int ownPalette = options.palette.find('/') != std::string::npos;
-    std::vector<NamedFile> files = {{"the map", options.map},
-                                    {"the areas", options.areas},
-                                    {"the model", options.model},
-                                    {"the u,v points", options.visibilities},
-                                    {"the second map", options.surface.other},
-                                    {"the palette", ownPalette ? options.palette : ""}};
+    std::vector<NamedFile> files = {
+        {"the map", options.map},
+        {"the areas", options.areas},
+        {"the names of the areas", options.areas.empty() ? "" : namesFileOf(options.areas)},
+        {"the model", options.model},
+        {"the u,v points", options.visibilities},
+        {"the second map", options.surface.other},
+        {"the palette", ownPalette ? options.palette : ""}};
     std::vector<NamedFile> outputs = {{"--mask", options.mask},
                                       {"--png", options.png},
                                       {"--pdf", options.pdf},

@@ -3,6 +3,7 @@
 #include "pavane/containers/LifeWatch.h"
 #include "pavane/trackers/areas/tracker_style.h"
 #include "pavane/trackers/OutlineLook.h"
+#include "pavane/trackers/shapes/area_label.h"
 #include "platform/api.h"
 #include "platform/geometry.h"
 
@@ -123,6 +124,9 @@ public:
     {
         style_ = on ? style_ | trackerNeverClean : style_ & ~unsigned{trackerNeverClean};
     }
+    /// What the user calls it and its colour; not part of the record.
+    const AreaLabel& label() const { return label_; }
+    void SetLabel(const AreaLabel& label) { label_ = label; }
     /// How its outline is drawn until another look is set; that of never-clean areas comes by
     /// itself. Not stored.
     void SetOutlineLook(const OutlineLook& look) { look_ = look; }
@@ -210,6 +214,7 @@ protected:
 private:
     LifeToken life_;
     OutlineLook look_;
+    AreaLabel label_;
 };
 
 }  // namespace pavane

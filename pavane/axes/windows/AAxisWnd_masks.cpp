@@ -229,6 +229,7 @@ int AAxisWnd::replaceGrown(int i, int cells)
     if (!old || !old->IsReady() || own.rows() != map.rows())
         return -1;
     const int isNeverClean = old->IsNeverClean();
+    const AreaLabel label = old->label();
     trackers_->FillMatrixForItem(i, own, map.columns(), map.rows(), map_->centres());
     if (!own.count() || !(cells > 0 ? growMask(own, cells, other) : shrinkMask(own, -cells, other)))
         return own.count() ? -1 : 0;
@@ -244,6 +245,8 @@ int AAxisWnd::replaceGrown(int i, int cells)
             return -1;
         tracker->SetActive(0);
         tracker->SetNeverClean(isNeverClean || outline.isHole);
+        if (!outline.isHole)
+            tracker->SetLabel(label);
         made.push_back(std::move(tracker));
     }
     if (made.empty())

@@ -2,7 +2,7 @@
 
 #include "pavane/axes/maps/MapFrame.h"
 #include "pavane/measures/areas/AreaMeasures.h"
-#include "pavane/trackers/areas/area_label.h"
+#include "pavane/trackers/shapes/area_label.h"
 #include "pavane/trackers/shapes/ShapeValues.h"
 #include "platform/api.h"
 #include "platform/types.h"

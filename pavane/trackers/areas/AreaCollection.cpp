@@ -66,6 +66,8 @@ int AreaCollection::add(const AreaShape& shape, const AMnMxMCTransform& map)
     const int added = add(values);
     if (added >= 0 && shape.isNeverClean)
         (void)setNeverClean(added, 1);
+    if (added >= 0)
+        (void)setLabel(added, shape.label);
     return added;
 }
 
@@ -97,6 +99,20 @@ int AreaCollection::setNeverClean(int i, int on)
     setStyleOfRecord(at(i).bytes,
                      on ? style | trackerNeverClean : style & ~unsigned{trackerNeverClean});
     const AreaEdits::Step step(edits_, StepLabel(on ? "Never clean" : "Clean again", i).text());
+    edits_.noteChange(i, before);
+    return 1;
+}
+
+int AreaCollection::setLabel(int i, const AreaLabel& label)
+{
+    if (!has(i))
+        return 0;
+    if (at(i).label == label)
+        return 1;
+    const std::string before = recordOf(i);
+    const char* const what = at(i).label.name == label.name ? "Colour" : "Name";
+    at(i).label = label;
+    const AreaEdits::Step step(edits_, StepLabel(what, i).text());
     edits_.noteChange(i, before);
     return 1;
 }
@@ -149,6 +165,7 @@ std::string AreaCollection::recordOf(int i) const
         setActiveBit(record, edits_.usuallyActive(i));
     if (kindAt(i).vertexBytes)
         dropVertexCount(record);
+    appendLabel(record, at(i).label);
     return record;
 }
 
@@ -176,6 +193,7 @@ int AreaCollection::replace(int i, int kind, std::string_view record)
     const Kind& of = kinds_[static_cast<std::size_t>(kind)];
     const int on = at(i).bytes.empty() ? activeBit(record) : isActive(i);
     at(i).bytes = record;
+    at(i).label = takeLabel(at(i).bytes);
     if (of.vertexBytes)
         putVertexCount(at(i).bytes, of.vertexBytes);
     setActive(i, on);

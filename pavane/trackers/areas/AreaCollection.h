@@ -56,7 +56,7 @@ public:
     /// Appends a closed area, not active and not current; its index, -1 for numbers that no record
     /// holds.
     int add(const ShapeValues& shape);
-    /// The same of a shape in cells of a map.
+    /// The same of a shape in cells of a map, with its label.
     int add(const AreaShape& shape, const AMnMxMCTransform& map);
     /// 0 for a class without a known shape, another kind of shape or numbers that no record holds.
     int setShape(int i, const ShapeValues& shape);
@@ -64,6 +64,9 @@ public:
     int isNeverClean(int i) const;
     /// 0 for a class without a known shape.
     int setNeverClean(int i, int on);
+    /// What area i is called and its colour; empty outside the collection.
+    AreaLabel label(int i) const { return has(i) ? at(i).label : AreaLabel(); }
+    int setLabel(int i, const AreaLabel& label);
     int erase(int i);
     void clear();
     int undo() { return edits_.undo(); }
@@ -109,6 +112,7 @@ private:
     struct Item {
         int kind;
         std::string bytes;
+        AreaLabel label = {};
     };
 
     int kindOf(int i) override { return at(i).kind; }

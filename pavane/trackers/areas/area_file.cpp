@@ -1,6 +1,7 @@
 #include "pavane/trackers/areas/area_file.h"
 
 #include "pavane/containers/MemoryFile.h"
+#include "pavane/trackers/areas/area_names.h"
 #include "pavane/trackers/areas/AreaCollection.h"
 #include "pavane/trackers/areas/step_record.h"
 #include "pavane/trackers/masks/cell_area_file.h"
@@ -63,6 +64,7 @@ void takeShapes(const AreaCollection& collection, const AreaPlace& place, AreaLi
             lose(i, "has no size or lies too far away");
         else {
             shape.isNeverClean = collection.isNeverClean(i);
+            shape.label = collection.label(i);
             areas.push_back(std::move(shape));
         }
     }
@@ -85,6 +87,12 @@ int readCollection(const std::string& file, const AreaPlace& place, AreaList& ar
     if (whole && in.left())
         report.lines.push_back(std::to_string(in.left()) + " bytes follow the last area");
     takeReport(report, notes);
+    std::vector<AreaLabel> labels;
+    std::string misfit;
+    if (!readNamesFile(file, collection.count(), labels, misfit))
+        notes.lines.push_back(misfit + "; names and colours are left aside");
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        (void)collection.setLabel(static_cast<int>(i), labels[i]);
     takeShapes(collection, place, areas, notes);
     return 1;
 }
@@ -132,7 +140,8 @@ void findLosses(Kind kind, const AreaPlace& place, const AreaList& areas, Region
 }
 
 /// The bytes of a collection; areas that it cannot hold are noted.
-std::string collected(const AreaPlace& place, const AreaList& areas, RegionNotes& notes)
+std::string collected(const AreaPlace& place, const AreaList& areas, std::vector<AreaLabel>& labels,
+                      RegionNotes& notes)
 {
     AreaCollection collection;
     const AMnMxMCTransform map = place.transform();
@@ -140,6 +149,8 @@ std::string collected(const AreaPlace& place, const AreaList& areas, RegionNotes
         if (collection.add(areas[i], map) < 0)
             notes.add(NoteKind::leftOut, "area", static_cast<long long>(i) + 1,
                       "has no size or lies too far away; left out");
+        else
+            labels.push_back(areas[i].label);
     MemoryFile bytes;
     (void)collection.Store(bytes);  // memory takes every write
     return bytes.bytes();
@@ -202,8 +213,9 @@ int writeAreaFile(const std::string& file, const AreaPlace& place, const AreaLis
     if (kind == Kind::collection && !isKnown(place))
         return refuse(file, placeNeeded, error);
     RegionNotes found;
+    std::vector<AreaLabel> labels;
     const std::string bytes =
-        kind == Kind::collection ? collected(place, areas, found) : std::string();
+        kind == Kind::collection ? collected(place, areas, labels, found) : std::string();
     findLosses(kind, place, areas, found);
     takeNotes(found, notes);
     notes.promised = static_cast<int>(areas.size());
@@ -211,7 +223,7 @@ int writeAreaFile(const std::string& file, const AreaPlace& place, const AreaLis
     if (!notes.loss.empty() && !partial)
         return refuse(file, "not all areas can be written: " + notes.loss, error);
     if (kind == Kind::collection)
-        return writeBytes(file, bytes, error);
+        return writeBytes(file, bytes, error) && writeNamesFile(file, labels, error);
     RegionNotes again;
     return writeAreaShapes(file, areaFormatOf(file), areas, place.system(), place.sky, again,
                            error);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/trackers/areas/record_layouts.h"
+#include "pavane/trackers/shapes/area_label.h"
 
 #include <cstdint>
 #include <cstring>
@@ -59,6 +60,41 @@ inline void putVertexCount(std::string& record, std::size_t vertexBytes)
     char field[sizeof count];
     std::memcpy(field, &count, sizeof count);
     record.insert(recordHeadBytes, field, sizeof field);
+}
+
+/// Puts a label behind a record; of most areas, which have none, it is one byte.
+inline void appendLabel(std::string& record, const AreaLabel& label)
+{
+    if (!label.isEmpty()) {
+        const auto length = static_cast<std::uint32_t>(label.name.size());
+        record += label.name;
+        char fields[sizeof label.colour + sizeof length];
+        std::memcpy(fields, &label.colour, sizeof label.colour);
+        std::memcpy(fields + sizeof label.colour, &length, sizeof length);
+        record.append(fields, sizeof fields);
+    }
+    record.push_back(label.isEmpty() ? '\0' : '\1');
+}
+
+/// Takes it off again.
+inline AreaLabel takeLabel(std::string& record)
+{
+    AreaLabel label;
+    const int hasLabel = !record.empty() && record.back() != 0;
+    if (!record.empty())
+        record.pop_back();
+    std::uint32_t length = 0;
+    constexpr std::size_t fields = sizeof label.colour + sizeof length;
+    if (!hasLabel || record.size() < fields)
+        return label;
+    const std::size_t end = record.size() - fields;
+    std::memcpy(&label.colour, record.data() + end, sizeof label.colour);
+    std::memcpy(&length, record.data() + end + sizeof label.colour, sizeof length);
+    if (length <= end) {
+        label.name = record.substr(end - length, length);
+        record.resize(end - length);
+    }
+    return label;
 }
 
 }  // namespace pavane

@@ -32,7 +32,8 @@ void enableAreaCommands(CWnd* bar, int on)
 
 std::string listLine(const AreaTrackers& areas, int i)
 {
-    return "Area " + std::to_string(i + 1) + (areas.at(i)->IsNeverClean() ? neverCleanInList : "");
+    return shownName(areas.at(i)->label(), i) +
+           (areas.at(i)->IsNeverClean() ? neverCleanInList : "");
 }
 
 /// Lines are numbers but for never-clean areas, so that most changes of the areas add or take lines

@@ -163,6 +163,12 @@ public:
     int SetNeverClean(CWnd* window, int on);
     /// Whether all selected areas are such; 0 for none.
     int IsNeverClean() const;
+    /// Gives the areas a name and a colour, as one step of undo: to all of them those parts that
+    /// `setsName` and `setsColour` say. How many have changed.
+    int SetLabels(CWnd* window, const std::vector<int>& items, const AreaLabel& label, int setsName,
+                  int setsColour);
+    /// Of area i; empty for none.
+    AreaLabel Label(int i) const;
     /// Gives area i other numbers; 0 for another kind of shape or numbers that are not finite.
     int SetShape(CWnd* window, int i, const ShapeValues& shape);
 

@@ -271,6 +271,34 @@ int TrackerCollection::SetNeverClean(CWnd* window, int on)
     return changes;
 }
 
+AreaLabel TrackerCollection::Label(int i) const
+{
+    const ATracker* const tracker = parts_->trackers.at(i);
+    return tracker ? tracker->label() : AreaLabel();
+}
+
+int TrackerCollection::SetLabels(CWnd* window, const std::vector<int>& items,
+                                 const AreaLabel& label, int setsName, int setsColour)
+{
+    const char* const what = setsName ? "Name" : "Colour";
+    int changes = 0;
+    BeginEdits(StepLabel(what, items).text());
+    for (const int i : items) {
+        AreaLabel wanted = Label(i);
+        if (setsName)
+            wanted.name = label.name;
+        if (setsColour)
+            wanted.colour = label.colour;
+        if (parts_->trackers.at(i) && !(wanted == Label(i)))
+            changes += ChangeTracker(nullptr, i, what, [&](ATracker& tracker) {
+                tracker.SetLabel(wanted);
+                return 1;
+            });
+    }
+    EndEdits(changes ? window : nullptr);
+    return changes;
+}
+
 int TrackerCollection::GetShape(int i, ShapeValues& shape) const
 {
     return parts_->trackers.shapeAt(i, shape);

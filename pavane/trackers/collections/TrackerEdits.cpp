@@ -272,12 +272,14 @@ int TrackerEdits::change(int i, std::string_view label, const std::function<int(
     const LifeWatch self(life_);
     const LifeWatch item(tracker->life());
     const std::string state = tracker->State();
+    const AreaLabel called = tracker->label();
     const std::string before = recordOf(*tracker, i);
     const int result = change(*tracker);
     if (!self.alive() || !item.alive() || trackers_.at(i) != tracker)
         return 0;
     if (!result) {
         (void)tracker->SetState(state);
+        tracker->SetLabel(called);
         trackers_.adopt(*tracker);
         return 0;
     }

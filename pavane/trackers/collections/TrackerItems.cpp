@@ -40,16 +40,19 @@ std::string TrackerItems::recordOf(const ATracker& tracker, int i) const
     setActiveBit(record, i >= 0 && edits_.usuallyActive(i));
     if (tracker.vertexBytes())
         dropVertexCount(record);
+    appendLabel(record, tracker.label());
     return record;
 }
 
 int TrackerItems::setRecord(ATracker& tracker, const Kind& kind, std::string_view record) const
 {
     std::string state(record);
+    const AreaLabel label = takeLabel(state);
     if (const std::size_t vertex = tracker.vertexBytes())
         putVertexCount(state, vertex);
     if (!tracker.SetState(state))
         return 0;
+    tracker.SetLabel(label);
     trackers_.adopt(tracker);
     const int mapping = trackers_.mappingNumber();
     if (kind.mapping != mapping)

@@ -63,8 +63,10 @@ ABTracker* newTracker(const AreaShape& shape, const AMnMxMCTransform& map)
 {
     ShapeValues values;
     ABTracker* const tracker = valuesOf(shape, map, values) ? newTrackerOf(values) : nullptr;
-    if (tracker)
+    if (tracker) {
         tracker->SetNeverClean(shape.isNeverClean);
+        tracker->SetLabel(shape.label);
+    }
     return tracker;
 }
 
@@ -74,6 +76,7 @@ int shapeOf(const ABTracker& tracker, const AMnMxMCTransform& map, AreaShape& sh
     if (!tracker.IsReady() || !shapeOf(tracker, values) || !shapeOf(values, map, shape))
         return 0;
     shape.isNeverClean = tracker.IsNeverClean();
+    shape.label = tracker.label();
     return 1;
 }
 

@@ -101,6 +101,8 @@ int polygonsOf(const std::vector<AreaShape>& shapes, AAreaArray& areas, RegionNo
             notes.add(Kind::leftOut, "area", number, "has no size or lies too far away; left out");
             continue;
         }
+        if (!shape.label.isEmpty())
+            notes.addOnce(Kind::changed, "the file holds no names and no colours of areas");
         isCurved |= shape.kind == AreaShape::Kind::ellipse;
         isRounded = isRounded || !isOnCells(shape);
         AArray<CPoint> cells;

@@ -1,6 +1,7 @@
 #include "pavane/trackers/regions/region_crtf.h"
 
 #include "pavane/trackers/regions/region_frames.h"
+#include "pavane/trackers/regions/region_label.h"
 #include "pavane/trackers/regions/region_text.h"
 #include "pavane/trackers/regions/region_values.h"
 
@@ -96,8 +97,9 @@ private:
     void readRegion(std::string_view text);
     void readShape(const std::string& name, const std::vector<std::string_view>& values);
     void readPolygon(const std::vector<std::string_view>& values);
-    /// The frame that a tail names, else `frame`.
-    std::string readTail(std::string_view tail, std::string frame);
+    /// The frame that a tail names, else `frame`; `label`, where there is one, gets name and
+    /// colour.
+    std::string readTail(std::string_view tail, std::string frame, AreaLabel* label);
     int isImage() const { return frame_ == "image"; }
     /// A number with the unit behind it.
     int readUnit(std::string_view text, RegionValue& value) const;
@@ -117,12 +119,12 @@ void CrtfReader::readLine(std::string_view line)
     if (line.empty() || line[0] == '#')
         return;
     if (sameWord(line.substr(0, 6), "global"))
-        globalFrame_ = readTail(line.substr(6), globalFrame_);
+        globalFrame_ = readTail(line.substr(6), globalFrame_, nullptr);
     else
         readRegion(line);
 }
 
-std::string CrtfReader::readTail(std::string_view tail, std::string frame)
+std::string CrtfReader::readTail(std::string_view tail, std::string frame, AreaLabel* label)
 {
     std::string_view key;
     std::string_view value;
@@ -133,12 +135,14 @@ std::string CrtfReader::readTail(std::string_view tail, std::string frame)
         else if (sameWord(key, "range") || sameWord(key, "corr"))
             sink_.notes().addOnce(RegionNotes::Kind::changed,
                                   "ranges of channels and polarisations are not kept");
+        else if (label && takeLabelProperty(key, value, "label", *label, sink_.notes()))
+            continue;
         else if (!sameWord(key, "frame") && !sameWord(key, "veltype") && !sameWord(key, "restfreq"))
             hasOthers = 1;
     }
     if (hasOthers)
         sink_.notes().addOnce(RegionNotes::Kind::changed,
-                              "colours, labels and other properties are not kept");
+                              "fonts, lines and other properties are not kept");
     return frame;
 }
 
@@ -173,7 +177,9 @@ void CrtfReader::readRegion(std::string_view text)
     Brackets brackets;
     if (text.empty() || text[0] != '[' || !splitBrackets(text, brackets))
         return sink_.damaged(quoted(whole) + " has brackets that do not close");
-    frame_ = readTail(brackets.tail, globalFrame_);
+    AreaLabel label;
+    frame_ = readTail(brackets.tail, globalFrame_, &label);
+    sink_.setLabel(label);
     readShape(word, brackets.values);
 }
 

@@ -1,5 +1,6 @@
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_frames.h"
+#include "pavane/trackers/regions/region_label.h"
 #include "pavane/trackers/regions/region_lines.h"
 #include "pavane/trackers/regions/region_text.h"
 #include "pavane/trackers/regions/region_values.h"
@@ -45,20 +46,18 @@ void appendEllipse(const AreaShape& shape, RegionSystem system, std::string& tex
         angle += std::numbers::pi / 2;
     }
     text += "ellipse[" + place(shape.centre, system) + ", " + sizes(major, minor, system) + ", " +
-            degreesText(shape, angle - std::numbers::pi / 2) + "]\n";
+            degreesText(shape, angle - std::numbers::pi / 2) + ']';
 }
 
-void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
+void appendOutline(const AreaShape& shape, RegionSystem system, std::string& text)
 {
-    if (shape.isNeverClean)
-        text += '-';
     if (shape.kind == Kind::ellipse)
         return appendEllipse(shape, system, text);
     if (shape.kind != Kind::polygon) {
         const int isTurned = shape.kind == Kind::rotatedRectangle;
         text += (isTurned ? "rotbox[" : "centerbox[") + place(shape.centre, system) + ", " +
                 sizes(shape.width, shape.height, system);
-        text += isTurned ? ", " + degreesText(shape, shape.angle) + "]\n" : "]\n";
+        text += isTurned ? ", " + degreesText(shape, shape.angle) + ']' : "]";
         return;
     }
     text += "poly[";
@@ -67,7 +66,19 @@ void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
             text += ", ";
         text += place(shape.vertices[i], system);
     }
-    text += "]\n";
+    text += ']';
+}
+
+void appendShape(const AreaShape& shape, RegionSystem system, RegionNotes& notes, std::string& text)
+{
+    if (shape.isNeverClean)
+        text += '-';
+    appendOutline(shape, system, text);
+    if (shape.label.colour != AreaLabel::noColour)
+        text.append(", color=").append(areaColourText(shape.label.colour));
+    if (!shape.label.name.empty())
+        text.append(", label=").append(quotedName(shape.label, "\"\"''", notes));
+    text += '\n';
 }
 
 }  // namespace
@@ -81,7 +92,7 @@ std::string crtfRegionText(const std::vector<AreaShape>& shapes, RegionSystem sy
         text += "global coord=" + std::string(frame.name) + '\n';
     appendRegionLines(
         shapes, system, sky, frame.frame,
-        [system](const AreaShape& shape, std::string& to) { appendShape(shape, system, to); },
+        [&](const AreaShape& shape, std::string& to) { appendShape(shape, system, notes, to); },
         notes, text, 1);
     return text;
 }

@@ -1,6 +1,7 @@
 #include "pavane/trackers/regions/region_ds9.h"
 
 #include "pavane/trackers/regions/region_frames.h"
+#include "pavane/trackers/regions/region_label.h"
 #include "pavane/trackers/regions/region_text.h"
 #include "pavane/trackers/regions/region_values.h"
 
@@ -67,6 +68,7 @@ public:
 private:
     enum class System { image, sky, other };
     void readComment(std::string_view text);
+    void readProperties(std::string_view text);
     void leaveOutComposite();
     void readStatement(std::string_view text);
     void readShape(const std::string& name, const std::vector<std::string_view>& arguments);
@@ -96,15 +98,14 @@ void Ds9Reader::readLine(std::string_view line)
         return readComment(line.substr(1));
     const std::size_t hash = line.find('#');
     isExcluded_ = isExcludedByDefault_;
+    sink_.setLabel({});
     if (hash != std::string_view::npos) {
         const std::string_view properties = trimmedText(line.substr(hash + 1));
         if (properties.find("include=0") != std::string_view::npos)
             isExcluded_ = 1;
         else if (properties.find("include=1") != std::string_view::npos)
             isExcluded_ = 0;
-        if (!properties.empty())
-            sink_.notes().addOnce(RegionNotes::Kind::changed,
-                                  "colours, texts, tags and other properties are not kept");
+        readProperties(properties);
     }
     std::string_view rest = line.substr(0, hash);
     while (!rest.empty()) {
@@ -122,6 +123,42 @@ void Ds9Reader::readLine(std::string_view line)
     // an older way to close it: "circle(...) || circle(...) || # composite=1"
     if (hash != std::string_view::npos && line.find("composite=1", hash) != std::string_view::npos)
         isComposite_ = 0;
+}
+
+/// "color=red text={knot A} tag={jet}": values may stand in braces or quotes. The colour that a
+/// "global" line gives to all is the look of the program that wrote it, and is not taken.
+void Ds9Reader::readProperties(std::string_view text)
+{
+    AreaLabel label;
+    int hasOthers = 0;
+    while (!text.empty()) {
+        const std::size_t equals = text.find('=');
+        if (equals == std::string_view::npos) {
+            hasOthers = 1;
+            break;
+        }
+        const std::string_view before = trimmedText(text.substr(0, equals));
+        const std::size_t blank = before.find_last_of(" \t");
+        const std::string_view key = before.substr(blank == std::string_view::npos ? 0 : blank + 1);
+        text = trimmedText(text.substr(equals + 1));
+        const char open = text.empty() ? ' ' : text[0];
+        const char close = open == '{' ? '}' : open;
+        const int isQuoted = open == '{' || open == '"' || open == '\'';
+        const std::size_t end =
+            isQuoted ? text.find(close, 1) : std::min(text.find_first_of(" \t"), text.size());
+        const std::string_view value =
+            isQuoted ? text.substr(1, end == std::string_view::npos ? end : end - 1)
+                     : text.substr(0, end);
+        if (!takeLabelProperty(key, value, "text", label, sink_.notes()))
+            hasOthers = hasOthers || (key != "include" && key != "composite");
+        text = end == std::string_view::npos
+                   ? std::string_view()
+                   : trimmedText(text.substr(std::min(end + (isQuoted ? 1 : 0), text.size())));
+    }
+    sink_.setLabel(label);
+    if (hasOthers)
+        sink_.notes().addOnce(RegionNotes::Kind::changed,
+                              "tags, fonts, lines and other properties are not kept");
 }
 
 /// One loss for all of its parts.

@@ -1,5 +1,6 @@
 #include "pavane/trackers/regions/region_ds9.h"
 #include "pavane/trackers/regions/region_frames.h"
+#include "pavane/trackers/regions/region_label.h"
 #include "pavane/trackers/regions/region_lines.h"
 #include "pavane/trackers/regions/region_text.h"
 #include "pavane/trackers/regions/region_values.h"
@@ -31,13 +32,11 @@ void appendPolygon(const AreaShape& shape, RegionSystem system, std::string& tex
             text += ',';
         text += place(shape.vertices[i], system);
     }
-    text += ")\n";
+    text += ')';
 }
 
-void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
+void appendOutline(const AreaShape& shape, RegionSystem system, std::string& text)
 {
-    if (shape.isNeverClean)
-        text += '-';
     if (shape.kind == Kind::polygon)
         return appendPolygon(shape, system, text);
     const int isEllipse = shape.kind == Kind::ellipse;
@@ -46,7 +45,22 @@ void appendShape(const AreaShape& shape, RegionSystem system, std::string& text)
     text += isEllipse ? "ellipse(" : "box(";
     text += place(shape.centre, system) + ',' + size(shape.width * part, system) + ',' +
             size(shape.height * part, system) + ',' + plainNumber(writtenDegrees(shape, angle)) +
-            ")\n";
+            ')';
+}
+
+void appendShape(const AreaShape& shape, RegionSystem system, RegionNotes& notes, std::string& text)
+{
+    if (shape.isNeverClean)
+        text += '-';
+    appendOutline(shape, system, text);
+    const AreaLabel& label = shape.label;
+    if (!label.isEmpty())
+        text += " #";
+    if (label.colour != AreaLabel::noColour)
+        text.append(" color=").append(areaColourText(label.colour));
+    if (!label.name.empty())
+        text.append(" text=").append(quotedName(label, "{}\"\"''", notes));
+    text += '\n';
 }
 
 }  // namespace
@@ -59,7 +73,7 @@ std::string ds9RegionText(const std::vector<AreaShape>& shapes, RegionSystem sys
     text += system == RegionSystem::image ? "image\n" : std::string(frame.name) + '\n';
     appendRegionLines(
         shapes, system, sky, frame.frame,
-        [system](const AreaShape& shape, std::string& to) { appendShape(shape, system, to); },
+        [&](const AreaShape& shape, std::string& to) { appendShape(shape, system, notes, to); },
         notes, text);
     return text;
 }

@@ -34,6 +34,7 @@ void appendRegionLines(const std::vector<AreaShape>& shapes, RegionSystem system
             notes.add(RegionNotes::Kind::changed, "area", number,
                       "is not a rectangle on the sky; written as a polygon");
         onSky.isNeverClean = shape.isNeverClean;
+        onSky.label = shape.label;
         append(onSky);
     };
     for (const int last : {0, 1})

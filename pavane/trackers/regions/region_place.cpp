@@ -144,8 +144,11 @@ void RegionSink::take(const AreaShape& shape)
         leaveOut("there are more than a million areas");
     else if (!isWhole(shape))
         damaged("the shape has no size or lies too far away");
-    else
-        shapes_.emplace_back(shape).isNeverClean = isExcluded_;
+    else {
+        AreaShape& taken = shapes_.emplace_back(shape);
+        taken.isNeverClean = isExcluded_;
+        taken.label = label_;
+    }
 }
 
 int RegionSink::takeHalves(const RegionValue& x, const RegionValue& y, APoint<double>& cell) const

@@ -52,6 +52,8 @@ public:
     void setLine(long long line) { line_ = line; }
     /// Whether the shapes that come are excluded ones, which become never-clean areas.
     void setExcluded(int on) { isExcluded_ = on; }
+    /// What the shapes that come are called and their colour.
+    void setLabel(const AreaLabel& label) { label_ = label; }
     void leaveOut(const std::string& why);
     void damaged(const std::string& why);
     void changed(const std::string& how);
@@ -83,6 +85,7 @@ private:
     SkyFrame frame_;
     long long line_ = 0;
     int isExcluded_ = 0;
+    AreaLabel label_;
 };
 
 }  // namespace pavane

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "pavane/containers/APoint.h"
+#include "pavane/trackers/shapes/area_label.h"
 
 #include <vector>
 
@@ -28,6 +29,7 @@ struct AreaShape {
     int isReversed = 0;
     /// Masks leave out its cells (trackerNeverClean); region files write it as excluded.
     int isNeverClean = 0;
+    AreaLabel label = {};
 };
 
 }  // namespace pavane

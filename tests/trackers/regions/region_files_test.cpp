@@ -83,7 +83,7 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
     const Parsed p =
         ds9("# Region file format: DS9 version 4.1\nglobal color=green include=1\nimage\n"
             "-circle(5,5,2)\nannulus(5,5,1,2)\n# text(4,4) text={Region}\n"
-            "ellipse(5,5,1,2,3,4,0)\ncircle(5,5,2) # include=0 color=red\n"
+            "ellipse(5,5,1,2,3,4,0)\ncircle(5,5,2) # include=0 color=red tag={a}\n"
             "detector\ncircle(5,5,2)\nfk5\ncircle(5,5,2\")\nblob(1,2)\nimage\n"
             "circle(5,nan,2)\nbox(1,2,3\ncircle(1,2,-3)\npolygon(1,2,3,4,5)\n"
             "# composite(5,5,0) || composite=1\ncircle(2,2,1) || # color=red\n"
@@ -94,7 +94,7 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
     EXPECT_EQ(joined(p.notes.lines),
               "line 5: annulus is not a shape of areas; left out\n"
               "line 7: a ring of ellipse shape is not a shape of areas; left out\n"
-              "colours, texts, tags and other properties are not kept\n"
+              "tags, fonts, lines and other properties are not kept\n"
               "line 10: positions in detector are not supported; left out\n"
               "line 12: the map has no sky coordinates that can be used; left out\n"
               "line 13: \"blob(1,2)\" is not understood\n"
@@ -114,6 +114,36 @@ TEST(Ds9Regions, ListWhatIsNotTaken)
               "ellipse 0 0 2 2 0\nellipse 2 2 2 2 0\nellipse 3 3 2 2 0\nellipse 4 4 2 2 0\n");
     EXPECT_EQ(neverOnes(excluded.shapes), "1000");
     EXPECT_EQ(excluded.notes.leftOut, 0);
+}
+
+TEST(RegionLabels, AreTakenAndNothingElseIs)
+{
+    struct Case {
+        int isCrtf;
+        const char* tail;
+        const char* name;
+        std::int32_t colour;
+    };
+    for (const Case& c : std::initializer_list<Case>{
+             {0, " # color=red text={knot A}", "knot A", 0xFF0000},
+             {0, " # text={a} b} color=#0Af", "a", 0x00AAFF},
+             {0, " # text=\"it's {A}\" color = Blue width=2", "it's {A}", 0x0000FF},
+             {0, " # text='x' tag={color=red}", "x", -1},
+             {0, " # text={never closed color=red", "never closed color=red", -1},
+             {0, " # color=#12345 text={ }", "", -1},
+             {0, " # text=", "", -1},
+             {0, " # color", "", -1},
+             {1, ", color=#2ee6d6, label=\"a, [b] = c\"", "a, [b] = c", 0x2EE6D6},
+             {1, " label='it \"is\"', color=magenta", "it \"is\"", 0xFF00FF},
+             {1, ", label=knot, range=[1GHz, 2GHz]", "knot", -1}}) {
+        SCOPED_TRACE(c.tail);
+        const Parsed p =
+            c.isCrtf ? crtf(std::string("circle[[9pix, 9pix], 3pix]") + c.tail + "\n")
+                     : ds9(std::string("image\ncircle(9,9,3)") + c.tail + "\ncircle(1,1,1)\n");
+        ASSERT_EQ(p.shapes.size(), c.isCrtf ? 1u : 2u);
+        EXPECT_EQ(p.shapes[0].label, (AreaLabel{c.name, c.colour}));
+        EXPECT_TRUE(p.shapes.back().label.isEmpty() || c.isCrtf);
+    }
 }
 
 TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
@@ -145,7 +175,7 @@ TEST(CrtfRegions, CountPixelsFromZeroAndTurnEllipsesFromNorth)
     EXPECT_EQ(neverOnes(p.shapes), "10");
     EXPECT_EQ(joined(p.notes.lines),
               "ranges of channels and polarisations are not kept\n"
-              "colours, labels and other properties are not kept\n"
+              "fonts, lines and other properties are not kept\n"
               "line 5: annulus is not a shape of areas; left out\n"
               "excluded regions are taken off all others, also off those that come after them\n"
               "line 6: positions in azel are not supported; left out\n"
