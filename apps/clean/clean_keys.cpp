@@ -28,7 +28,7 @@ constexpr KeyLine keys[] = {
     {"Esc, right button", "cancels a drag"},
     {"N", "the selected areas are never cleaned, or are again"},
     {"C, then a click or Enter", "an area from a contour, there or about the brightest cell"},
-    {"Ctrl+G, Ctrl+Shift+G", "grows or shrinks areas by cells"},
+    {"Ctrl+Alt+G, with Shift", "grows or shrinks areas by cells"},
     {"Ctrl+T", "sets of areas under names"},
     {"Arrows, Tab", "move the area by a cell; to the next area or handle"},
     {"Ins, Del", "a new vertex after the one with the focus; deletes it, or the area"},

@@ -318,6 +318,8 @@ std::int64_t MainWindow::now()
 
 void MainWindow::mapStatus(const AxisStatus& status)
 {
+    if (status.inPlot)
+        pointed_ = status;
     if (map_ && !view_.IsPlaying())  // the play tells of itself
         status_.SetTexts(map_->format().texts(status, map_->sky()));
 }

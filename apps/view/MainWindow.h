@@ -176,6 +176,13 @@ private:
     void toggleTable();
     void toggleSurface();
     int runSurfaceCommand(unsigned id);
+    int runSkyCommand(unsigned id);
+    void showSkyCommands(CMenu& popup);
+    SkyFrame gridFrame() const;
+    void goToPosition();
+    void copyPosition();
+    void showHeader();
+    double cellDegrees() const;
     void showSurfaceCommands(CMenu& popup);
     APlotWnd& shownPicture();
     std::unique_ptr<SideMap> askMap(const CString& title);
@@ -222,6 +229,7 @@ private:
     std::vector<COLORREF> colours_;          ///< of the map; none for the palette of the program
     std::vector<COLORREF> leftColours_;      ///< before a palette was used for all maps
     std::vector<std::string> agreedLosses_;
+    AxisStatus pointed_;  ///< the place in the plot that was pointed at last
     int skyRegions_ = 0;
     int copyFailed_ = 0;
     int showTable_ = 0;

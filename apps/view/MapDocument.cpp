@@ -47,6 +47,7 @@ int MapDocument::open(CWnd* owner, const std::string& file, int plane, const Vie
     TracedContours contours;
     contours.trace(owner, inputs_, options.levels);
     picture_.show(inputs_);
+    grid_ = sky_.isSet() ? addSkyGrid(picture_, sky_) : nullptr;
     show(options);
     contours.give(picture_.graph().contours());
     return 1;
@@ -82,6 +83,17 @@ AreaPlace MapDocument::place() const
     return {inputs_.frame.centres(), cells.rows(), cells.columns(), &sky_};
 }
 
-void MapDocument::show(const ViewOptions& options) { applyWholeLook(picture_, options); }
+void MapDocument::show(const ViewOptions& options)
+{
+    applyWholeLook(picture_, options);
+    (void)showGrid(options.skyGrid);
+}
+
+int MapDocument::showGrid(const SkyGridWish& wish)
+{
+    if (grid_)
+        applySkyGrid(*grid_, wish, sky_);
+    return grid_ != nullptr;
+}
 
 }  // namespace pavane

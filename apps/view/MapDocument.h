@@ -6,6 +6,7 @@
 #include "apps/view/status_text.h"
 #include "apps/view/TracedContours.h"
 #include "pavane/axes/maps/MapPicture.h"
+#include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "tessel/SkyCoordinates.h"
 
 #include <string>
@@ -47,6 +48,8 @@ public:
 
     /// Gives the picture the scale and the levels of the options.
     void show(const ViewOptions& options);
+    /// The grid of the sky; 0 where the map has no place on it.
+    int showGrid(const SkyGridWish& wish);
     /// The levels alone; while those of a large map are traced the frame of `owner` waits.
     void showLevels(CWnd* owner, const ViewOptions& options);
 
@@ -54,8 +57,9 @@ private:
     std::string file_;
     ViewInputs inputs_;
     CubePlanes cube_;
-    MapPicture picture_;
     SkyCoordinates sky_;
+    MapPicture picture_;
+    ASkyGrid* grid_ = nullptr;  ///< the axis's; null for a map that has no place on the sky
     StatusFormat format_;
 };
 

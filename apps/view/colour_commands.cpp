@@ -22,6 +22,7 @@ constexpr const char* paletteEntry = "Palette";
 constexpr const char* scaleEntry = "Scale";
 constexpr const char* levelsEntry = "Levels";
 constexpr const char* surfaceEntry = "Surface";
+constexpr const char* skyGridEntry = "SkyGrid";
 constexpr const char* noLevels = "none";
 constexpr int shownDigits = 3;
 
@@ -169,6 +170,9 @@ void MainWindow::loadLook()
         scale <= static_cast<int>(MapScaleKind::equalized))
         options_.scale = static_cast<MapScaleKind>(scale);
     surface_.TakeLook(GetProfileString(section, surfaceEntry));
+    CString none;
+    if (!options_.hasSkyGrid)
+        (void)readSkyGridWish(GetProfileString(section, skyGridEntry), options_.skyGrid, none);
     const CString levels = GetProfileString(section, levelsEntry);
     LevelChoice kept;
     std::string ignored;
@@ -187,18 +191,21 @@ void MainWindow::storeLook() const
     const LevelChoice& asked = asked_.levels;
     const CString palette = paletteNameOf(colours_);
     const CString surface = surface_.LookText();
+    const CString skyGrid = skyGridWishText(options_.skyGrid);
     const struct {
         const char* entry;
         CString text;
         int isAsked;
-    } entries[] = {{paletteEntry, palette,
-                    palette.empty() || (!asked_.palette.empty() && palette == askedPalette_)},
-                   {scaleEntry, std::to_string(static_cast<int>(options_.scale)),
-                    asked_.hasScale && options_.scale == asked_.scale},
-                   {levelsEntry, levels.none ? noLevels : levels.text,
-                    (asked.none || !asked.text.empty()) && asked.none == levels.none &&
-                        asked.text == levels.text},
-                   {surfaceEntry, surface, surface.empty()}};
+    } entries[] = {
+        {paletteEntry, palette,
+         palette.empty() || (!asked_.palette.empty() && palette == askedPalette_)},
+        {scaleEntry, std::to_string(static_cast<int>(options_.scale)),
+         asked_.hasScale && options_.scale == asked_.scale},
+        {levelsEntry, levels.none ? noLevels : levels.text,
+         (asked.none || !asked.text.empty()) && asked.none == levels.none &&
+             asked.text == levels.text},
+        {skyGridEntry, skyGrid, asked_.hasSkyGrid && skyGrid == skyGridWishText(asked_.skyGrid)},
+        {surfaceEntry, surface, surface.empty()}};
     for (const auto& each : entries)
         if (!each.isAsked && each.text != GetProfileString(section, each.entry))
             (void)WriteProfileString(section, each.entry, each.text);

@@ -52,6 +52,14 @@ enum ViewCommand : unsigned {
     idAbout,
     idRecent = 40401,   ///< one for each recent file
     idPalette = 40501,  ///< one for each palette
+    // of the sky: the grid, then the rest, in one row of numbers
+    idSkyGrid = 40601,    ///< the next of SkyGridShown
+    idSkyShown = 40602,   ///< one for each of them
+    idSkyFrame = 40611,   ///< that of the map, and those behind it in the menu
+    idSkyLabels = 40621,  ///< one for each of SkyLabels
+    idGoToPosition = 40631,
+    idCopyPosition,
+    idHeaderCards,
     // of the surface beside the map
     idSurfaceStyle = 40701,  ///< one for each of surfaceStyles
     idSurfaceFloor = 40711,  ///< and the SurfaceFloor bits
@@ -66,6 +74,7 @@ enum ViewCommand : unsigned {
 };
 
 inline constexpr const char* copyPictureText = "Copy &picture\tCtrl+C";
+inline constexpr const char* goToPositionText = "Go &to position...\tCtrl+G";
 inline constexpr const char* savePictureText = "Save p&icture...\tCtrl+Shift+P";
 
 inline constexpr MenuItem menuLine = {};
@@ -79,6 +88,27 @@ inline constexpr MenuItem scaleItems[] = {
     {"&Square root", idScale + 1, nullptr, 0},
     {"Lo&garithmic", idScale + 2, nullptr, 0},
     {"&Equalised", idScale + 3, nullptr, 0},
+};
+
+inline constexpr MenuItem skyFrameItems[] = {
+    {"Of the &map", idSkyFrame, nullptr, 0},      {"&ICRS", idSkyFrame + 1, nullptr, 0},
+    {"FK&5 (J2000)", idSkyFrame + 2, nullptr, 0}, {"FK&4 (B1950)", idSkyFrame + 3, nullptr, 0},
+    {"&Galactic", idSkyFrame + 4, nullptr, 0},    {"&Ecliptic", idSkyFrame + 5, nullptr, 0},
+};
+
+inline constexpr MenuItem skyGridItems[] = {
+    {"&Next: off, ticks, lines\tG", idSkyGrid, nullptr, 0},
+    menuLine,
+    {"&Off", idSkyShown, nullptr, 0},
+    {"&Ticks", idSkyShown + 1, nullptr, 0},
+    {"&Lines", idSkyShown + 2, nullptr, 0},
+    menuLine,
+    {"&Frame", 0, skyFrameItems, std::size(skyFrameItems)},
+    menuLine,
+    {"&Usual labels", idSkyLabels, nullptr, 0},
+    {"&Sexagesimal", idSkyLabels + 1, nullptr, 0},
+    {"&Degrees", idSkyLabels + 2, nullptr, 0},
+    {"O&ffsets", idSkyLabels + 3, nullptr, 0},
 };
 
 inline constexpr MenuItem surfaceFloorItems[] = {
@@ -177,6 +207,11 @@ inline constexpr MenuItem viewItems[] = {
     {"Di&rty beam...", idDirtyBeam, nullptr, 0},
     {"&Contours", idContours, nullptr, 0},
     {"Contour &levels...", idContourLevels, nullptr, 0},
+    menuLine,
+    {"S&ky grid", 0, skyGridItems, std::size(skyGridItems)},
+    {goToPositionText, idGoToPosition, nullptr, 0},
+    {"Copy position\tCtrl+Shift+G", idCopyPosition, nullptr, 0},
+    {"&Header cards...\tCtrl+H", idHeaderCards, nullptr, 0},
     menuLine,
     {"Cells of the &mask\tM", ID_SHOW_CELLS, nullptr, 0},
     {"&Areas in pictures", idAreasInPictures, nullptr, 0},

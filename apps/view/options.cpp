@@ -125,7 +125,7 @@ int readAspect(const std::string& text, ViewOptions& options, std::string& error
 int readSkyGrid(const std::string& text, ViewOptions& options, std::string& error)
 {
     if (readSkyGridWish(text, options.skyGrid, error))
-        return 1;
+        return options.hasSkyGrid = 1;
     error.insert(0, "--sky-grid ");
     return 0;
 }

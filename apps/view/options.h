@@ -46,6 +46,7 @@ struct ViewOptions : MapLook {
     int hasSize = 0;  ///< one was asked for
     SurfaceWish surface;
     SkyGridWish skyGrid;
+    int hasSkyGrid = 0;   ///< one was asked for
     int hasScale = 0;     ///< one was asked for
     std::string palette;  ///< empty: the default one
     UvTimes times;        ///< of a data file: what is plotted and listed

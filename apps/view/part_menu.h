@@ -37,6 +37,8 @@ inline constexpr PartCommand partCommands[] = {
      ID_COMPONENT_ADD},
     {ID_COPY_TO_CLIPBOARD, copyPictureText, "Copy &cells\tCtrl+C", ID_TABLE_COPY_SELECTION,
      "Copy &cells\tCtrl+C", ID_TABLE_COPY_SELECTION},
+    {idGoToPosition, goToPositionText, "Go &to row...\tCtrl+G", ID_TABLE_GO_TO_ROW,
+     "Go &to row...\tCtrl+G", ID_TABLE_GO_TO_ROW},
     {idSaveAreas, "&Save areas\tCtrl+S", "&Save areas\tCtrl+S", 0, "&Save components\tCtrl+S", 0},
     {idSaveAreasAs, "Sav&e areas as...\tCtrl+Shift+S", "Sav&e areas as...\tCtrl+Shift+S", 0,
      "Sav&e components as...\tCtrl+Shift+S", 0},

@@ -50,7 +50,7 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
-           runSurfaceCommand(id) || AreaWindow::OnCommand(id, code, control) ||
+           runSurfaceCommand(id) || runSkyCommand(id) || AreaWindow::OnCommand(id, code, control) ||
            view_.RunCommand(id);
 }
 
@@ -198,6 +198,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             line.enabled = map_ && model_.session().isOpen();
     }
     showSurfaceCommands(popup);
+    showSkyCommands(popup);
     showPartCommands(popup);
 }
 

@@ -97,6 +97,8 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --png p.png --surface 30,nan", "--surface wants"},
         {"m.fits --batch --png p.png --surface 30,35,", "--surface wants"},
         {"m.fits --surface 30,35", "--batch"},
+        {"m.fits --sky-grid line", "--sky-grid wants"},
+        {"m.fits --batch --png p.png --surface 30,35 --sky-grid lines", "no --sky-grid"},
         {"m.fits --batch --stats --surface 30,35", "picture"},
         {"m.fits --batch --print p.pdf --surface 30,35 --planes 0-3", "one plane"},
         {"m.fits --batch --print p.pdf --surface 30,35 --planes 0-3 --grid 2x2", "one plane"},

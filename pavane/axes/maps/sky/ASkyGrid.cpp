@@ -145,7 +145,8 @@ TickSet ASkyGrid::edgeTicks(int isY, int intervals)
     // the left edge is ticked first; one kind has one step
     if (isY || kinds_[0] != kinds_[1]) {
         const double along = grid_.spanOf(kind, edge);
-        steps = along > 0 ? grid_.steps(kind, labels_, along, intervals) : insideSteps(kind);
+        const int most = intervals + intervals / 3;  // a little too many rather than too few
+        steps = along > 0 ? grid_.steps(kind, labels_, along, most) : insideSteps(kind);
     }
     if (isY && kinds_[0] == kinds_[1]) {  // nobody asks for the other kind
         steps_[static_cast<std::size_t>(!kind)] = insideSteps(!kind);
