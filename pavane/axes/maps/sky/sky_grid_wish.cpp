@@ -62,9 +62,9 @@ CString skyGridWishText(const SkyGridWish& wish)
 {
     CString text(shownNames[static_cast<std::size_t>(wish.shown)]);
     if (wish.hasFrame)
-        text += "," + nameOf(wish.frame);
+        text.append(",").append(nameOf(wish.frame));
     if (wish.labels != SkyLabels::usual)
-        text += "," + std::string(labelNames[static_cast<std::size_t>(wish.labels)]);
+        text.append(",").append(labelNames[static_cast<std::size_t>(wish.labels)]);
     return text;
 }
 
