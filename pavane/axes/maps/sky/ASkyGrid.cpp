@@ -145,7 +145,8 @@ TickSet ASkyGrid::edgeTicks(int isY, int intervals)
     // the left edge is ticked first; one kind has one step
     if (isY || kinds_[0] != kinds_[1]) {
         const double along = grid_.spanOf(kind, edge);
-        const int most = intervals + intervals / 3;  // a little too many rather than too few
+        // a little too many rather than too few, but for meridians that run together
+        const int most = grid_.hasPole() ? intervals : intervals + intervals / 3;
         steps = along > 0 ? grid_.steps(kind, labels_, along, most) : insideSteps(kind);
     }
     if (isY && kinds_[0] == kinds_[1]) {  // nobody asks for the other kind
