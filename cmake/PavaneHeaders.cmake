@@ -172,6 +172,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/areas/AreaMeasures.h
     pavane/measures/areas/AreaTable.h
     pavane/measures/areas/cell_numbers.h
+    pavane/measures/maps/moments.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h

@@ -45,7 +45,8 @@ std::string headerText(int rows, int columns, const std::vector<std::string>& ca
 
 }  // namespace
 
-int FitsMapWriter::begin(AFile& file, int rows, int columns, const MapHeader& like, int isMap)
+int FitsMapWriter::begin(AFile& file, int rows, int columns, const MapHeader& like, int isMap,
+                         const std::vector<std::string>& history)
 {
     file_ = &file;
     bytes_ = 0;
@@ -53,6 +54,8 @@ int FitsMapWriter::begin(AFile& file, int rows, int columns, const MapHeader& li
     std::vector<std::string> cards = coordinateCards(like);
     if (isMap)
         appendMapCards(like, cards);
+    for (const std::string& line : history)
+        appendHistory(line, cards);
     const std::string header = headerText(rows, columns, cards);
     return file.write(header.data(), static_cast<std::int64_t>(header.size()));
 }

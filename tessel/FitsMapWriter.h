@@ -16,9 +16,11 @@ namespace pavane
 class PAVANE_API FitsMapWriter
 {
 public:
-    /// Writes what stands before the cells: the coordinates of `like`, and with `isMap` its unit
-    /// and beam. The file outlives the writer. Functions return 0 when the file cannot be written.
-    int begin(AFile& file, int rows, int columns, const MapHeader& like, int isMap);
+    /// Writes what stands before the cells: the coordinates of `like`, with `isMap` its unit and
+    /// beam, and lines of history. The file outlives the writer. Functions return 0 when the file
+    /// cannot be written.
+    int begin(AFile& file, int rows, int columns, const MapHeader& like, int isMap,
+              const std::vector<std::string>& history = {});
     /// The next row, of the first to the last.
     int write(const float* cells);
     /// What stands behind the cells, after the last row.

@@ -185,4 +185,15 @@ void appendMapCards(const MapHeader& header, std::vector<std::string>& cards)
     cards.push_back(numberCard("BPA", header.bpa));
 }
 
+void appendHistory(const std::string& line, std::vector<std::string>& cards)
+{
+    constexpr std::size_t most = 72;
+    for (std::size_t at = 0; at < line.size(); at += most) {
+        std::string part = line.substr(at, most);
+        for (char& c : part)
+            c = c >= ' ' && c <= '~' ? c : '?';
+        cards.push_back("HISTORY " + part);
+    }
+}
+
 }  // namespace pavane

@@ -16,4 +16,8 @@ std::vector<std::string> coordinateCards(const MapHeader& header);
 /// Appends what a map has beside its place: unit and beam.
 void appendMapCards(const MapHeader& header, std::vector<std::string>& cards);
 
+/// Appends a line of history, in as many cards as it needs; what is not printable ASCII becomes
+/// '?'.
+void appendHistory(const std::string& line, std::vector<std::string>& cards);
+
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #include "tessel/fits_map.h"
 #include "tessel/FitsMapWriter.h"
+#include "tessel/made_map.h"
 #include "tessel/SafeFile.h"
 
 #include <vector>
@@ -13,7 +14,8 @@ namespace
 /// Writes an image whole or not at all; `rowOf(r)` gives the cells of a row.
 template <typename RowOf>
 int writeImage(const std::string& name, int rows, int columns, const MapHeader& like, int isMap,
-               RowOf rowOf, std::string& error, const ProgressFunction& progress)
+               RowOf rowOf, std::string& error, const ProgressFunction& progress,
+               const std::vector<std::string>& history = {})
 {
     error.clear();
     if (rows < 1 || columns < 1) {
@@ -26,7 +28,7 @@ int writeImage(const std::string& name, int rows, int columns, const MapHeader& 
         return 0;
     }
     FitsMapWriter writer;
-    int written = writer.begin(safe.file(), rows, columns, like, isMap);
+    int written = writer.begin(safe.file(), rows, columns, like, isMap, history);
     for (int r = 0; r < rows && written; ++r) {
         if (progress && !progress(static_cast<double>(r) / rows)) {
             error = writingGivenUp;
@@ -66,6 +68,15 @@ int writeFitsMap(const std::string& file, const AMatrix<float>& cells, const Map
     return writeImage(
         file, cells.rows(), cells.columns(), header, 1, [&](int r) { return cells.row(r); }, error,
         progress);
+}
+
+int writeMadeMap(const std::string& file, const AMatrix<float>& cells, const MapHeader& header,
+                 const std::vector<std::string>& history, std::string& error,
+                 const ProgressFunction& progress)
+{
+    return writeImage(
+        file, cells.rows(), cells.columns(), header, 1, [&](int r) { return cells.row(r); }, error,
+        progress, history);
 }
 
 }  // namespace pavane
