@@ -1,10 +1,12 @@
 #include "pavane/measures/areas/cell_numbers.h"
 
-#include "pavane/axes/maps/cells/float_keys.h"
+#include "pavane/axes/maps/cells/cell_median.h"
+#include "pavane/axes/maps/cells/simd_path.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstring>
 #include <new>
 
 namespace pavane
@@ -17,9 +19,10 @@ using Word = ABitMatrix::Word;
 constexpr int bits = ABitMatrix::wordBits;
 /// Of a normal distribution: its width over its median deviation.
 constexpr double widthOverDeviation = 1.4826;
-/// Values from which on they are dealt out by the upper half of their bits first.
+constexpr int rowsAhead = 6;
+/// Values from which on the search that goes over a map once is the faster one, and what it takes.
 constexpr std::size_t manyValues = std::size_t{1} << 15;
-constexpr int binBits = 16;
+constexpr std::size_t mostOfSearch = std::numeric_limits<int>::max();
 
 /// Calls `run(first, end)` for each run of set bits in a row of the mask.
 template <typename Run>
@@ -52,27 +55,83 @@ void eachRun(const ABitMatrix& mask, int row, const Run& run)
         run(open, mask.columns());
 }
 
-/// Sums of one row.
+/// Asks for the begin of a row: those of a small area lie on a page of memory each.
+void prefetch(const float* values, int count)
+{
+    constexpr int line = 64 / sizeof(float), most = 4 * line;
+    for (int i = 0; i < std::min(count, most); i += line)
+        __builtin_prefetch(values + i);
+}
+
+/// What is told of one row.
 struct RowSums {
     double sum = 0, byColumn = 0;
+    float least = std::numeric_limits<float>::infinity();
+    float greatest = -std::numeric_limits<float>::infinity();
 };
 
-/// Appends the finite ones of `count` values to `to` and sums them, also by their number from
-/// `first` on; returns how many they are.
+int areFinite(const float* values, int count)
+{
+    constexpr std::uint32_t infinite = 0x7F800000;
+    std::uint32_t bad = 0;
+    for (int i = 0; i < count; ++i)
+        bad |= (std::bit_cast<std::uint32_t>(values[i]) & infinite) == infinite;
+    return !bad;
+}
+
+/// Sums of finite values that stand in columns from `first` on, four side by side: one after
+/// another each would wait for the one before it.
+void addFinite(const float* values, int count, int first, RowSums& sums)
+{
+    using Floats = float __attribute__((vector_size(16)));
+    using Doubles = double __attribute__((vector_size(32)));
+    constexpr int lanes = 4;
+    Doubles sum = {}, byColumn = {};
+    Doubles column = {0.0, 1.0, 2.0, 3.0};
+    column += static_cast<double>(first);
+    Floats least = {}, greatest = {};
+    least += sums.least;
+    greatest += sums.greatest;
+    int i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        Floats x;
+        std::memcpy(&x, values + i, sizeof x);
+        const Doubles wide = __builtin_convertvector(x, Doubles);
+        sum += wide;
+        byColumn += wide * column;
+        column += lanes;
+        least = x < least ? x : least;
+        greatest = x > greatest ? x : greatest;
+    }
+    for (int lane = 0; lane < lanes; ++lane) {
+        sums.sum += sum[lane];
+        sums.byColumn += byColumn[lane];
+        sums.least = std::min(sums.least, least[lane]);
+        sums.greatest = std::max(sums.greatest, greatest[lane]);
+    }
+    for (; i < count; ++i) {
+        sums.sum += double{values[i]};
+        sums.byColumn += double{values[i]} * (first + i);
+        sums.least = std::min(sums.least, values[i]);
+        sums.greatest = std::max(sums.greatest, values[i]);
+    }
+}
+
+/// Appends the finite ones of `count` values to `to` and sums them, also by their column; returns
+/// how many they are.
 std::size_t takeFinite(const float* from, int count, int first, float* to, RowSums& sums)
 {
-    std::size_t taken = 0;
-    double sum = 0, byColumn = 0;
-    for (int i = 0; i < count; ++i) {
-        const int isFinite = std::isfinite(from[i]);
-        const float value = isFinite ? from[i] : 0;
-        to[taken] = value;
-        taken += static_cast<std::size_t>(isFinite);
-        sum += double{value};
-        byColumn += double{value} * (first + i);
+    if (areFinite(from, count)) {
+        std::copy_n(from, count, to);
+        addFinite(to, count, first, sums);
+        return static_cast<std::size_t>(count);
     }
-    sums.sum += sum;
-    sums.byColumn += byColumn;
+    std::size_t taken = 0;
+    for (int i = 0; i < count; ++i)
+        if (std::isfinite(from[i])) {
+            to[taken++] = from[i];
+            addFinite(from + i, 1, first + i, sums);
+        }
     return taken;
 }
 
@@ -95,46 +154,66 @@ double rmsAbout(double mean, const std::vector<float>& values)
     return std::sqrt(sum / static_cast<double>(count));
 }
 
-/// The two in the middle of values, one and the same of an odd count.
-double middle(float* values, std::size_t count)
+/// Takes to the front what is less than, or with `isEqual` equal to, the pivot; how many they are.
+/// Without a branch that depends on the values: half of those would be guessed wrong.
+template <int isEqual>
+std::size_t part(float* values, std::size_t count, float pivot)
 {
-    float* const place = values + count / 2;
-    std::nth_element(values, place, values + count);
-    if (count % 2)
-        return double{*place};
-    return (double{*std::max_element(values, place)} + double{*place}) / 2;
+    std::size_t front = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const float value = values[i];
+        values[i] = values[front];
+        values[front] = value;
+        front += isEqual ? value == pivot : value < pivot;
+    }
+    return front;
 }
 
-/// The value of a rank, found among those that share its upper bits. They are moved to the front.
-float valueOfRank(float* values, std::size_t count, std::size_t rank,
-                  std::vector<std::uint32_t>& bins)
+/// Puts the value of the rank in its place, what is not greater before it and what is not less
+/// behind it.
+void select(float* values, std::size_t count, std::size_t rank)
 {
-    bins.assign(std::size_t{1} << binBits, 0);
-    for (std::size_t i = 0; i < count; ++i)
-        ++bins[orderedKey(values[i]) >> binBits];
-    std::uint32_t bin = 0;
-    while (rank >= bins[bin])
-        rank -= bins[bin++];
-    std::size_t found = 0;
-    for (std::size_t i = 0; i < count; ++i)
-        if (orderedKey(values[i]) >> binBits == bin)
-            std::swap(values[found++], values[i]);
-    std::nth_element(values, values + rank, values + found);
-    return values[rank];
+    constexpr std::size_t few = 24;
+    constexpr int mostParts = 40;  // a bad choice of pivots so often is a trap
+    for (int i = 0; count > few && i < mostParts; ++i) {
+        const float a = values[count / 4], b = values[count / 2], c = values[count - 1 - count / 4];
+        const float pivot = std::max(std::min(a, b), std::min(std::max(a, b), c));
+        const std::size_t less = part<0>(values, count, pivot);
+        if (rank < less) {
+            count = less;
+            continue;
+        }
+        const std::size_t equal = part<1>(values + less, count - less, pivot);
+        if (rank < less + equal)
+            return;
+        values += less + equal;
+        count -= less + equal;
+        rank -= less + equal;
+    }
+    std::nth_element(values, values + rank, values + count);
+}
+
+/// The mean of the two in the middle of values, one and the same of an odd count.
+double middle(float* values, std::size_t count)
+{
+    const std::size_t rank = count / 2;
+    select(values, count, rank);
+    if (count % 2)
+        return double{values[rank]};
+    return (double{*std::max_element(values, values + rank)} + double{values[rank]}) / 2;
 }
 
 }  // namespace
 
-double medianOf(float* values, std::size_t count, std::vector<std::uint32_t>& bins)
+double medianOf(float* values, std::size_t count)
 {
     if (!count)
         return CellNumbers::none;
-    if (count < manyValues)
+    if (count < manyValues || count > mostOfSearch)
         return middle(values, count);
-    const double upper = double{valueOfRank(values, count, count / 2, bins)};
-    if (count % 2)
-        return upper;
-    return (double{valueOfRank(values, count, count / 2 - 1, bins)} + upper) / 2;
+    const AStridedAccess<float> all(values, 1, static_cast<int>(count),
+                                    static_cast<std::int64_t>(count));
+    return cellMedian(all, nullptr, sampleCells(all), bestSimdPath()).value;
 }
 
 int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int firstRow,
@@ -151,8 +230,9 @@ int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int 
             return 0;
         const int row = firstRow + r;
         const float* const direct = cells.floatRow(row);
+        if (direct && r + rowsAhead < mask.rows())
+            prefetch(cells.floatRow(row + rowsAhead) + firstColumn, mask.columns());
         RowSums sums;
-        const std::size_t before = taken;
         eachRun(mask, r, [&](int first, int end) {
             const int column = firstColumn + first;
             const int count = end - first;
@@ -167,12 +247,8 @@ int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int 
         numbers.sum += sums.sum;
         byColumn += sums.byColumn;
         byRow += sums.sum * row;
+        const float low = sums.least, high = sums.greatest;
         // places are looked for only in the rows that have a new extreme
-        float low = least, high = greatest;
-        for (std::size_t i = before; i < taken; ++i) {
-            low = std::min(low, values_[i]);
-            high = std::max(high, values_[i]);
-        }
         const auto placeOf = [&](float value) {
             int place = -1;
             eachRun(mask, r, [&](int first, int end) {
@@ -220,7 +296,7 @@ int CellCounter::count(const AMatrixAccess& cells, const ABitMatrix& mask, int f
         }
         if (numbers.cells) {
             numbers.rms = rmsAbout(numbers.mean, values_);
-            numbers.median = medianOf(values_.data(), values_.size(), bins_);
+            numbers.median = medianOf(values_.data(), values_.size());
         }
     } catch (const std::bad_alloc&) {
         numbers = {};
@@ -234,7 +310,7 @@ double CellCounter::deviation(double median)
     for (float& value : values_)
         value = static_cast<float>(std::fabs(double{value} - median));
     try {
-        return widthOverDeviation * medianOf(values_.data(), values_.size(), bins_);
+        return widthOverDeviation * medianOf(values_.data(), values_.size());
     } catch (const std::bad_alloc&) {
         return CellNumbers::none;
     }

@@ -47,12 +47,10 @@ private:
                CellNumbers& numbers, const StopFlag* stop);
     std::vector<float> values_;
     std::vector<float> row_;
-    std::vector<std::uint32_t> bins_;
 };
 
 /// The exact median, with an even count the mean of the middle two; NaN of no value. The values are
-/// finite, and come out in another order. `bins` is room that is made when it is needed; may throw
-/// std::bad_alloc.
-PAVANE_API double medianOf(float* values, std::size_t count, std::vector<std::uint32_t>& bins);
+/// finite, and come out in another order. May throw std::bad_alloc.
+PAVANE_API double medianOf(float* values, std::size_t count);
 
 }  // namespace pavane
