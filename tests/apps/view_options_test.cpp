@@ -211,10 +211,10 @@ TEST(MapFrame, CountsOffsetsFromTheReferencePixelInArcseconds)
     EXPECT_NEAR(frame.yFirst, -0.256, 1e-12);
     EXPECT_NEAR(frame.yLast, 0.255, 1e-12);
     EXPECT_EQ(frame.xDirection, -1);
-    EXPECT_EQ(frame.xTitle, "Right ascension [%sas]");
+    EXPECT_EQ(frame.xTitle, "Relative right ascension [%sas]");
 
     header.cd[0][0] = 1.0;
-    EXPECT_EQ(frameOf(header, 512, 512).xTitle, "Right ascension~ [deg]");
+    EXPECT_EQ(frameOf(header, 512, 512).xTitle, "Relative right ascension~ [deg]");
     EXPECT_NEAR(frameOf(header, 512, 512).onAxes(7200, 3600).x, 2, 1e-12);
     header.cd[0][0] = std::nan("");
     EXPECT_TRUE(std::isfinite(frameOf(header, 512, 512).xLast));

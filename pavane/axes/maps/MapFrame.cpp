@@ -51,11 +51,12 @@ void setSkyTitles(const MapHeader& header, MapFrame& frame)
     static constexpr struct {
         SkyAxes::Kind kind;
         const char *x, *y;
-    } titles[] = {{SkyAxes::Kind::equatorial, "Right ascension", "Declination"},
-                  {SkyAxes::Kind::galactic, "Galactic longitude", "Galactic latitude"},
-                  {SkyAxes::Kind::ecliptic, "Ecliptic longitude", "Ecliptic latitude"}};
-    frame.xTitle = frame.rotated ? "Offset along rows" : "Longitude";
-    frame.yTitle = frame.rotated ? "Offset along columns" : "Latitude";
+    } titles[] = {
+        {SkyAxes::Kind::equatorial, "Relative right ascension", "Relative declination"},
+        {SkyAxes::Kind::galactic, "Relative galactic longitude", "Relative galactic latitude"},
+        {SkyAxes::Kind::ecliptic, "Relative ecliptic longitude", "Relative ecliptic latitude"}};
+    frame.xTitle = frame.rotated ? "Offset along rows" : "Relative longitude";
+    frame.yTitle = frame.rotated ? "Offset along columns" : "Relative latitude";
     const SkyAxes axes = skyAxesOf(axisOr(header, 0).ctype, axisOr(header, 1).ctype);
     for (const auto& t : titles)
         if (!frame.rotated && t.kind == axes.kind) {

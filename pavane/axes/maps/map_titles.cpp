@@ -2,7 +2,10 @@
 
 #include "pavane/axes/axis_titles.h"
 #include "pavane/axes/maps/map_unit.h"
+#include "tessel/map_steps.h"
 #include "tessel/rounding.h"
+#include "tessel/sky_text.h"
+#include "tessel/SkyCoordinates.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -105,6 +108,26 @@ CString mapValueTitle(const MapHeader& header)
     return titleUnit(unit.prefix + unit.name);  // one prefix is enough
 }
 
+namespace
+{
+
+/// Where the offsets on the axes count from; empty for a map that has no place on the sky.
+std::string referenceText(const MapHeader& header)
+{
+    SkyCoordinates sky;
+    std::string none;
+    if (!sky.init(header, none))
+        return {};
+    std::string text =
+        skyPositionText({sky.referenceLongitude(), sky.referenceLatitude(), sky.skyFrame()},
+                        std::fabs(stepsOf(header).row));
+    for (std::size_t at = text.find(' '); at != std::string::npos; at = text.find(' ', at))
+        text.replace(at, 1, hardBlank);
+    return text;
+}
+
+}  // namespace
+
 CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapNoise& noise)
 {
     // what the planes of a cube differ in is told by the plane
@@ -129,6 +152,7 @@ CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapN
         append(text, std::string("noise") + hardBlank +
                          scaledText(noise.sigma * unit.factor, unit.name, headerDigits - 1));
     }
+    append(text, referenceText(header));
     return text;
 }
 

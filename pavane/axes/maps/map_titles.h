@@ -13,8 +13,8 @@ PAVANE_API CString mapTitle(const MapHeader& header);
 /// Title of the map's values: their unit, with the marker of the prefix.
 PAVANE_API CString mapValueTitle(const MapHeader& header);
 
-/// The header line: object, plane of a cube, frequency, date, peak and noise, as far as they are
-/// known.
+/// The header line: object, plane of a cube, frequency, date, peak, noise and the position of the
+/// reference pixel, as far as they are known.
 PAVANE_API CString mapHeaderLine(const MapHeader& header, const MapRange& range,
                                  const MapNoise& noise);
 
