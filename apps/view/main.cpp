@@ -3,6 +3,7 @@
 #include "apps/view/data_batch.h"
 #include "apps/view/figure.h"
 #include "apps/view/inputs.h"
+#include "apps/view/made_maps.h"
 #include "apps/view/numbers.h"
 #include "apps/view/options.h"
 #include "apps/view/print_batch.h"
@@ -126,6 +127,8 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
 
 int runBatch(char** argv, const ViewOptions& options, std::string& error)
 {
+    if (options.made.wanted())
+        return writeMadeMaps(options, error);
     ViewInputs inputs;
     AComponents components;
     std::vector<std::string> notes;

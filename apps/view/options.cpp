@@ -205,9 +205,10 @@ enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
 constexpr std::string_view mapOptions[] = {
-    "--areas",    "--plane",   "--levels",     "--scale",        "--range",  "--palette",
-    "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes", "--grid",
-    "--contrast", "--surface", "--empty-area", "--sky-grid"};
+    "--areas",    "--plane",  "--levels",   "--scale",   "--range",
+    "--palette",  "--aspect", "--mask",     "--partial", "--visibilities",
+    "--planes",   "--grid",   "--contrast", "--surface", "--empty-area",
+    "--sky-grid", "--moment", "--out",      "--errors",  "--clip"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -315,6 +316,7 @@ OptionTable<ViewOptions> newTable()
          1},
     };
     addPlotOptions(table);
+    addMadeMapOptions(table, onlyInBatch);
     addPrintOptions(table, onlyInBatch);
     table.insert(
         table.end(),
@@ -387,7 +389,8 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
     else if (options.batch && options.map.empty() && needsMap(options))
         error = "no map is named";
     return error.empty() && checkPlotOptions(options, error) &&
-           checkPrintOptions(options, given, error) && checkSurface(options, error);
+           checkMadeMapOptions(options, given, error) && checkPrintOptions(options, given, error) &&
+           checkSurface(options, error);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/options/program_text.h"
+#include "apps/view/made_map_options.h"
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
 #include "pavane/axes/maps/MapLook.h"
@@ -57,6 +58,7 @@ struct ViewOptions : MapLook {
     std::vector<TableWish> tables;
     std::string emptyArea;  ///< name or number of the area whose noise counts; "": the map's
     PrintWish print;
+    MadeMapWish made;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }

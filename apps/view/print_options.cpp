@@ -106,8 +106,7 @@ int readPlanes(const std::string& text, ViewOptions& options, std::string& error
     int first = 0;
     int last = 0;
     if (!stoval(all.substr(0, dash), first) ||
-        !stoval(dash == all.npos ? all : all.substr(dash + 1), last) || first < 0 || last < first ||
-        last - first >= mostPrintedPlanes) {
+        !stoval(dash == all.npos ? all : all.substr(dash + 1), last) || first < 0 || last < first) {
         error = "--planes wants FIRST-LAST, from 0, such as 0-11, not '" + text + "'";
         return 0;
     }
@@ -167,7 +166,7 @@ void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
         readCaption, 1);
     add({"--planes", "", "A-B",
          "print these planes of a cube, from 0, beside each other with one range of colours; the "
-         "table of areas is of all of them"},
+         "table of areas is of all of them, and --moment is made of them"},
         readPlanes);
     add({"--grid", "", "RxC", "rows and columns of planes on a page"}, readGrid);
 }
@@ -176,13 +175,15 @@ int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptio
                       std::string& error)
 {
     const PrintWish& print = options.print;
-    // a table of areas has rows for each of the planes
-    const int ofTable = options.wantsTable(areaTable);
+    // a table of areas has rows for each of the planes, moments are made of them
+    const int ofTable = options.wantsTable(areaTable) || options.made.needsPlanes();
     const auto only = std::find_if(given.options.begin(), given.options.end(), [&](const auto* o) {
         return std::count(std::begin(printOnly), std::end(printOnly), o->name) != 0 &&
                !(ofTable && o->name == std::string_view("--planes"));
     });
-    if (!print.wanted() && only != given.options.end())
+    if (print.lastPlane - print.firstPlane >= mostPrintedPlanes && !options.made.needsPlanes())
+        error = "--planes prints " + std::to_string(mostPrintedPlanes) + " planes at most";
+    else if (!print.wanted() && only != given.options.end())
         error = std::string((*only)->name) + " goes with --print or --printer";
     else if (!print.settings.file.empty() && !print.settings.printer.empty())
         error = "--print makes a file, --printer prints: one of them at a time";

@@ -110,8 +110,10 @@ std::string outputClash(const ViewOptions& options)
                                       {"--png", options.png},
                                       {"--pdf", options.pdf},
                                       {"--svg", options.svg},
+                                      {"--out", options.made.out},
+                                      {"--errors", options.made.errors},
                                       {"--print", options.print.settings.file}};
-    int prints = options.stats || !options.visibilities.empty();
+    int prints = options.stats || options.made.wanted() || !options.visibilities.empty();
     for (const TableWish& wish : options.tables) {
         const int isPrinted = wish.file == "-";
         prints = prints || isPrinted;

@@ -1,0 +1,152 @@
+#include "apps/view/made_maps.h"
+
+#include "apps/view/batch_output.h"
+#include "apps/view/options.h"
+#include "apps/view/progress.h"
+#include "pavane/axes/maps/cells/AMatrixAccess.h"
+#include "pavane/axes/maps/cells/map_statistics.h"
+#include "tessel/FitsCubeReader.h"
+#include "tessel/made_map.h"
+#include "tessel/paths.h"
+#include "tessel/plain_text.h"
+#include "tessel/spectral_axis.h"
+#include "tessel/value_text.h"
+
+#include <cmath>
+#include <vector>
+
+namespace pavane
+{
+
+namespace
+{
+
+/// Digits that tell any two 32-bit floats apart.
+constexpr int floatDigits = 9;
+
+/// A made map, its errors, and what tells of them.
+struct Made {
+    AMatrix<float> cells, errors;
+    MapHeader header;
+    std::vector<std::string> history;
+};
+
+int refuse(const std::string& file, std::string& error)
+{
+    error.insert(0, file + ": ");
+    return 0;
+}
+
+std::string rangeText(const AMatrix<float>& cells, const std::string& unit)
+{
+    const MapRange range = mapRange(AFloatMatrixAccess(cells));
+    std::int64_t known = 0;
+    for (int r = 0; r < cells.rows(); ++r)
+        for (int c = 0; c < cells.columns(); ++c)
+            known += std::isfinite(cells(r, c));
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    return "cells " + std::to_string(known) + " cells\n" +
+           statLine("least", range.isEmpty() ? none : range.least, floatDigits, unit) +
+           statLine("greatest", range.isEmpty() ? none : range.greatest, floatDigits, unit);
+}
+
+int write(const ViewOptions& options, Made& made, std::string& error)
+{
+    const auto put = [&](const std::string& file, const AMatrix<float>& cells) {
+        ProgressLine progress("Writing " + plainText(file));
+        return writeMadeMap(file, cells, made.header, made.history, error,
+                            [&](double part) { return progress.show(part); }) ||
+               refuse(file, error);
+    };
+    if (!put(options.made.out, made.cells))
+        return 0;
+    if (options.made.errors.empty())
+        return 1;
+    made.history.emplace_back("pavane: these are the errors of that map");
+    return put(options.made.errors, made.errors);
+}
+
+std::string momentName(Moment moment)
+{
+    return moment == Moment::greatest ? "greatest"
+                                      : "moment " + std::to_string(static_cast<int>(moment));
+}
+
+/// How the map came about, in lines of a header.
+std::vector<std::string> momentHistory(const ViewOptions& options, const SpectralAxis& axis,
+                                       const std::vector<MomentPlane>& planes, double clip)
+{
+    const PrintWish& print = options.print;
+    const std::string convention = axis.convention();
+    std::vector<std::string> lines = {"pavane: " + momentName(options.made.moment) + " of planes " +
+                                      std::to_string(print.firstPlane) + "-" +
+                                      std::to_string(print.lastPlane) + " (from 0) of " +
+                                      plainText(baseNameOf(options.map))};
+    if (axis.kind() != SpectralAxis::Kind::none)
+        lines.push_back("pavane: from " + valToStr(planes.front().value, floatDigits) + " to " +
+                        valToStr(planes.back().value, floatDigits) + " " + axis.unit() +
+                        (convention.empty() ? "" : ", " + convention + " convention"));
+    if (clip > 0)
+        lines.push_back("pavane: cells above " + valToStr(clip) + " times the noise of a plane");
+    return lines;
+}
+
+int makeMoment(const ViewOptions& options, Made& made, std::string& text, std::string& error)
+{
+    const MadeMapWish& wish = options.made;
+    const PrintWish& print = options.print;
+    FitsCubeReader cube;
+    CubePart part;
+    std::string unit;
+    if (!cube.open(options.map, error) ||
+        !planesBetween(cube.header(0), print.firstPlane, print.lastPlane,
+                       wish.moment != Moment::greatest, part.planes, unit, error))
+        return 0;
+    part.rows = cube.rows();
+    part.columns = cube.columns();
+    part.isWhole = cube.isPacked();
+    part.read = [&](int plane, int first, int count, float* cells, std::string& fault) {
+        return cube.read(plane, first, count, cells, fault);
+    };
+    const double clip = wish.clip > 0 ? wish.clip : 0;
+    ProgressLine progress("Reading " + plainText(options.map));
+    const int needsNoise = clip > 0 || !wish.errors.empty();
+    const double noiseShare = needsNoise ? 0.5 : 0;
+    std::vector<MomentMap> maps(1);
+    maps[0].moment = wish.moment;
+    if ((needsNoise &&
+         !findPlaneNoises(part, error, [&](double x) { return progress.show(x * noiseShare); })) ||
+        !findMoments(part, clip, maps, error,
+                     [&](double x) { return progress.show(noiseShare + x * (1 - noiseShare)); }))
+        return 0;
+    // what the header tells beside the sky is that of the middle of the range
+    made.header = cube.header(part.planes[part.planes.size() / 2].plane);
+    const SpectralAxis axis = SpectralAxis::of(made.header);
+    made.header.bunit = momentUnit(wish.moment, made.header.bunit, unit);
+    made.history = momentHistory(options, axis, part.planes, clip);
+    made.cells = std::move(maps[0].cells);
+    made.errors = std::move(maps[0].errors);
+    text = "planes " + std::to_string(part.planes.size()) + " planes\n";
+    if (axis.kind() != SpectralAxis::Kind::none)
+        text += statLine("first_plane", part.planes.front().value, floatDigits, unit) +
+                statLine("last_plane", part.planes.back().value, floatDigits, unit);
+    const auto asked = static_cast<std::size_t>(print.lastPlane - print.firstPlane) + 1;
+    if (part.planes.size() < asked)
+        printNotes({options.map + ": " + std::to_string(asked - part.planes.size()) +
+                    " planes of another Stokes parameter than the first were left out"});
+    return 1;
+}
+
+}  // namespace
+
+int writeMadeMaps(const ViewOptions& options, std::string& error)
+{
+    Made made;
+    std::string text;
+    if (!makeMoment(options, made, text, error))
+        return refuse(options.map, error);
+    return write(options, made, error) &&
+           printText(text + rangeText(made.cells, made.header.bunit), error);
+}
+
+}  // namespace pavane
