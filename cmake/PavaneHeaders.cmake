@@ -173,6 +173,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/areas/AreaTable.h
     pavane/measures/areas/cell_numbers.h
     pavane/measures/maps/moments.h
+    pavane/measures/maps/smooth_map.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h

@@ -173,6 +173,7 @@
 #include "pavane/measures/areas/AreaTable.h"
 #include "pavane/measures/areas/cell_numbers.h"
 #include "pavane/measures/maps/moments.h"
+#include "pavane/measures/maps/smooth_map.h"
 #include "pavane/printing/APrinter.h"
 #include "pavane/printing/APrintOut.h"
 #include "pavane/printing/layout/APrnAddInfo.h"
