@@ -29,8 +29,12 @@ void AreaNumbersTbl::SetTable(const AreaTable* table)
     const int columns = table ? table->columns() : 0;
     if (columns != columns_) {
         std::vector<ATableColumn> widths = {charsWide(headerChars)};
-        for (int i = 0; i < columns; ++i)
+        for (int i = 0; i < columns; ++i) {
             widths.push_back(charsWide(table->width(i)));
+            // marks of what can be edited would take the room of names
+            if (table->isName(i))
+                widths.back().flags |= colEdit | colNoGlyph;
+        }
         setColumnPar(widths.data(), static_cast<long>(widths.size()));
         columns_ = columns;
     }
@@ -86,8 +90,10 @@ void AreaNumbersTbl::drawHeaderCell(CDC& dc, CRect& rect, int row, int column)
 void AreaNumbersTbl::drawCell(CDC& dc, CRect& rect, int row, int column, int state)
 {
     ATableWnd::drawCell(dc, rect, row, column, state);
-    drawCellText(dc, rect, row, column, cellAsStr(row, column, nullptr),
-                 table_ && !table_->isText(column - 1));
+    // the tip of what is not shown has all digits, and so have copies and files
+    if (table_ && column > 0)
+        drawCellText(dc, rect, row, column, table_->shortText(recordOf(row) - 1, column - 1),
+                     !table_->isText(column - 1));
 }
 
 }  // namespace pavane

@@ -27,6 +27,7 @@ public:
 
 protected:
     const AreaTable* table() const { return table_; }
+    int isName(int column) const { return table_ && column > 0 && table_->isName(column - 1); }
     /// The row of the table that a row of the window shows.
     const AreaRow& rowAt(int row) const;
 

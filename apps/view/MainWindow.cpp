@@ -28,8 +28,11 @@ namespace
 constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
-                   idModelTable = 106, idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109;
+                   idModelTable = 106, idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109,
+                   idAreaTable = 110;
 constexpr int tableWidth = 320;
+/// Of the numbers of areas below the map, which leave it two thirds at least.
+constexpr int numbersHeight = 190;
 /// Of the map beside the components.
 constexpr double mapShare = 0.6;
 constexpr unsigned copyTimer = 1;
@@ -69,10 +72,17 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
         !model_.Create(&split_, idModelTable) ||
         !table_.Create(table_.GetWndClassName(), CString(),
                        WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this, idTable) ||
+        !areaNumbers_.Create(areaNumbers_.GetWndClassName(), CString(),
+                             WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this,
+                             idAreaTable) ||
         !planes_.Create(this, idPlanes) || !status_.Create(this, idStatus))
         return -1;
     table_.SetAxisWnd(&view_);
     table_.focused = [this] { part_ = Part::numbers; };
+    areaNumbers_.SetAxisWnd(&view_);
+    areaNumbers_.focused = [this] { part_ = Part::areaNumbers; };
+    areaNumbers_.left = [this] { view_.SetFocus(); };
+    areaNumbers_.notice = [this](const CString& text) { status_.SetMessage(text); };
     model_.table().focused = [this] { part_ = Part::model; };
     model_.table().left = [this] { view_.SetFocus(); };
     view_.SetMarks(&model_);
@@ -125,9 +135,12 @@ void MainWindow::layOut(int cx, int cy)
     const int head = std::min(foot, bar_.GetBarHeight(cx));
     bar_.MoveWindow(CRect(0, 0, cx, head));
     const int right = showTable_ ? cx - std::min(tableWidth, cx / 2) : cx;
-    const int planes = isCube() ? std::max(head, foot - PlaneBar::height()) : foot;
+    const int numbers =
+        areaNumbers_.isShown() ? foot - std::min(numbersHeight, (foot - head) / 3) : foot;
+    const int planes = isCube() ? std::max(head, numbers - PlaneBar::height()) : numbers;
     surfaceSplit_.MoveWindow(CRect(0, head, right, planes));
-    planes_.MoveWindow(CRect(0, planes, right, foot));
+    planes_.MoveWindow(CRect(0, planes, right, numbers));
+    areaNumbers_.MoveWindow(CRect(0, numbers, right, foot));
     table_.MoveWindow(CRect(right, head, cx, foot));
     status_.MoveWindow(CRect(0, foot, cx, cy));
 }
@@ -225,6 +238,7 @@ int MainWindow::OpenMap(const std::string& file, int plane)
     bar_.SetOwnerWnd(this, 1);
     view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
     map_.swap(opened);            // the old one goes when nothing shows it any more
+    areaNumbers_.SetMap(map_.get());
     followDisplay();
     if (surface_.isShown())
         surface_.Show(map_.get());
@@ -331,6 +345,7 @@ void MainWindow::mapAreasChanged()
     if (showTable_)
         table_.Refresh();
     surface_.SetAreas(areas());
+    areaNumbers_.AreasChanged();
     const std::int64_t wait = session_.changed(areas().IsModified(), now());
     updateTitle();
     if (wait > 0)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/view/AreaNumbersPanel.h"
 #include "apps/view/AreaSession.h"
 #include "apps/view/AreaWindow.h"
 #include "apps/view/CubeCells.h"
@@ -70,6 +71,7 @@ public:
     MapWindow& view() { return view_; }
     AAreaTableWnd& numbers() { return table_; }
     ModelPanel& model() { return model_; }
+    AreaNumbersPanel& areaNumbers() { return areaNumbers_; }
     SurfacePanel& surface() { return surface_; }
     const AreaSession& session() const { return session_; }
     PlaneBar& planeBar() { return planes_; }
@@ -105,6 +107,7 @@ private:
     void mapFocused() override { part_ = Part::map; }
     void mapAsksForColours() override { showColours(); }
     void mapColoursChanged() override;
+    void mapAreaChanging() override { areaNumbers_.AreasChanging(); }
     int mapStepPlane(int step) override;
 
     // PlaneBarOwner
@@ -125,6 +128,14 @@ private:
     int runPartCommand(unsigned id);
     void showPartCommands(CMenu& popup);
     int runModelCommand(unsigned id);
+
+    // Names, colours and numbers of areas
+    int runAreaCommand(unsigned id);
+    void showAreaCommands(CMenu& popup);
+    void toggleAreaNumbers();
+    void askAreaName();
+    void askAreaColour();
+    std::vector<int> labelledAreas();
 
     void layOut(int cx, int cy);
     void setMenu();
@@ -206,6 +217,7 @@ private:
     std::unique_ptr<MapDocument> map_;
     // The map window goes first: it asks the others while it lives.
     PartWindow<AAreaTableWnd> table_;
+    AreaNumbersPanel areaNumbers_;
     ModelPanel model_;
     ASplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
     ASplitterWnd split_;

@@ -3,6 +3,7 @@
 #include "apps/view/main_menu.h"
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/windows/AAxisWnd.h"
+#include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "platform/CMenu.h"
 
@@ -38,6 +39,8 @@ public:
     /// The dialog of colours is asked for; range, scale or colours have changed.
     virtual void mapAsksForColours() = 0;
     virtual void mapColoursChanged() = 0;
+    /// An area is dragged and has another shape.
+    virtual void mapAreaChanging() = 0;
 };
 
 /// The map with its areas, in the main window.
@@ -61,8 +64,17 @@ public:
     void OnAreasChanged() override
     {
         AAxisWnd::OnAreasChanged();
+        if (areaNames_)
+            Invalidate();  // names reach beyond what of an area is painted anew
         owner_.mapAreasChanged();
     }
+    /// Non-zero writes the names of the areas over them, in pictures with areas too.
+    void SetAreaNames(int on)
+    {
+        areaNames_ = on;
+        Invalidate();
+    }
+    int GetAreaNames() const { return areaNames_; }
     void OnNotice(const CString& text) override { owner_.mapNotice(text); }
     void OnColorsChanged() override { owner_.mapColoursChanged(); }
     /// The pictures of the program are called as in its own menus.
@@ -79,10 +91,19 @@ public:
     void ServiceDraw(CDC& dc, CRect& client, CRect& update) override
     {
         AAxisWnd::ServiceDraw(dc, client, update);
+        if (areaNames_)
+            drawNames(dc);
         drawMarks(dc, &update);
     }
 
 protected:
+    void areaChanging(ATracker& tracker) override
+    {
+        AAxisWnd::areaChanging(tracker);
+        if (areaNames_)
+            Invalidate();
+        owner_.mapAreaChanging();
+    }
     void OnCopyToBMP() override { owner_.mapSavePicture(); }
     void OnSetFocus(CWnd* old) override
     {
@@ -107,6 +128,8 @@ protected:
     void drawIntoPicture(CDC& dc) override
     {
         AAxisWnd::drawIntoPicture(dc);
+        if (areaNames_ && GetAreasInPicture())
+            drawNames(dc);
         drawMarks(dc, nullptr);
     }
     /// Marks are picked beside what the press does to areas: they may lie in one.
@@ -118,6 +141,11 @@ protected:
     }
 
 private:
+    void drawNames(CDC& dc)
+    {
+        if (GetPlot())
+            drawAreaNames(dc, *GetPlot(), outlinesOf(*GetTrackers()));
+    }
     int hasMarks() const { return marks_ && GetPlot() && marks_->isShown(); }
     void drawMarks(CDC& dc, const CRect* update)
     {
@@ -127,6 +155,7 @@ private:
 
     MapWindowOwner& owner_;
     MapMarks* marks_ = nullptr;
+    int areaNames_ = 0;
 };
 
 }  // namespace pavane

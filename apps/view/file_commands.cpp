@@ -100,7 +100,12 @@ int MainWindow::runFileCommand(unsigned id)
 int MainWindow::print(unsigned id)
 {
     ATableWnd* const table = tableOf(part());
-    if (table && !(part() == Part::numbers ? table_.storeEditor() : model_.table().storeEditor()))
+    const auto store = [this] {
+        return part() == Part::numbers       ? table_.storeEditor()
+               : part() == Part::areaNumbers ? areaNumbers_.storeEditor()
+                                             : model_.table().storeEditor();
+    };
+    if (table && !store())
         return 1;
     ABWindow& printed = table ? static_cast<ABWindow&>(*table) : shownPicture();
     return printing_.run(id, printed, mapTitle(map_->inputs().map.header), *this);
@@ -283,8 +288,8 @@ int MainWindow::mayWrite(const std::string& file, int asAreas)
 
 int MainWindow::saveAreasTo(const std::string& file)
 {
-    if (!table_.storeEditor() || !mayWrite(file, 1) || !mayWrite(namesFileOf(file), 1) ||
-        !closeOpenArea("saved"))
+    if (!table_.storeEditor() || !areaNumbers_.storeEditor() || !mayWrite(file, 1) ||
+        !mayWrite(namesFileOf(file), 1) || !closeOpenArea("saved"))
         return 0;
     const AreaNotes losses = lossesOfSaving(file, place(), areas());
     if (!losses.lines.empty() && losses.lines != agreedLosses_ &&

@@ -46,6 +46,7 @@ constexpr KeyLine mapKeys[] = {
     {"Alt+Left, Alt+Right",
      "back and forward through the views: range, plane, colours and display"},
     {"F4, F5, F6", "numbers of the area, components, to the next part of the window"},
+    {"F7", "what the areas hold: fluxes, errors, statistics; a row chooses its area, F2 names it"},
     {"Ctrl+3", "the map as a surface beside it: drag or arrows turn it, X Y Z look along an axis"},
     {"Ctrl+Up, Ctrl+Down", "on the surface: higher, lower; Home takes turns back"},
     {"Ins, Ctrl+D, Del", "among components: adds one, duplicates them, deletes them"},

@@ -48,6 +48,14 @@ enum ViewCommand : unsigned {
     idBeam,
     idDirtyBeam,
     idSurface,  ///< the map in a box beside it
+    // numbers, names and colours of areas
+    idAreaNumbers = 40261,
+    idNumbersOfPlanes,
+    idEmptyArea,  ///< the area of the row holds no source
+    idAreaNames,  ///< on the map
+    idAreaName,
+    idAreaColour,
+    idAreaNoColour,
     idKeys = 40301,
     idAbout,
     idRecent = 40401,   ///< one for each recent file
@@ -188,6 +196,9 @@ inline constexpr MenuItem editItems[] = {
 
 inline constexpr MenuItem areaItems[] = {
     menuItemOf(ID_NEVER_CLEAN),
+    {"N&ame...", idAreaName, nullptr, 0},
+    {"Colo&ur...", idAreaColour, nullptr, 0},
+    {"Usual colou&r", idAreaNoColour, nullptr, 0},
     menuLine,
     menuItemOf(ID_CONTOUR_AREA),
     menuItemOf(ID_CONTOUR_LEVEL),
@@ -196,6 +207,10 @@ inline constexpr MenuItem areaItems[] = {
     menuLine,
     menuItemOf(ID_GROW_AREAS),
     menuItemOf(ID_SHRINK_AREAS),
+    menuLine,
+    {"Num&bers of areas\tF7", idAreaNumbers, nullptr, 0},
+    {"Noise of an em&pty area", idEmptyArea, nullptr, 0},
+    {"Numbers of all plan&es", idNumbersOfPlanes, nullptr, 0},
 };
 
 inline constexpr MenuItem viewItems[] = {
@@ -215,6 +230,7 @@ inline constexpr MenuItem viewItems[] = {
     menuLine,
     {"Cells of the &mask\tM", ID_SHOW_CELLS, nullptr, 0},
     {"&Areas in pictures", idAreasInPictures, nullptr, 0},
+    {"Show names of areas", idAreaNames, nullptr, 0},
     menuLine,
     {"&Zoom in\t+", idZoomIn, nullptr, 0},
     menuItemOf(ID_ZOOM_MINUS),

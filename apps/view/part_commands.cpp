@@ -12,6 +12,8 @@ ATableWnd* MainWindow::tableOf(Part part)
 {
     if (part == Part::numbers && showTable_)
         return &table_;
+    if (part == Part::areaNumbers && areaNumbers_.isShown())
+        return &areaNumbers_;
     return part == Part::model && model_.session().isOpen() ? &model_.table() : nullptr;
 }
 
@@ -23,6 +25,8 @@ Part MainWindow::part()
         part_ = Part::map;
     else if (isWithin(focus, &table_))
         part_ = Part::numbers;
+    else if (isWithin(focus, &areaNumbers_))
+        part_ = Part::areaNumbers;
     else if (isWithin(focus, &model_.table()))
         part_ = Part::model;
     else if (isWithin(focus, &planes_))
@@ -35,7 +39,7 @@ Part MainWindow::part()
 /// The next part that shows, round the end.
 void MainWindow::goToPart(int step)
 {
-    constexpr int parts = 5;
+    constexpr int parts = 6;
     const auto shows = [this](Part wanted) {
         return wanted == Part::map || (wanted == Part::planes && isCube()) || tableOf(wanted) ||
                (wanted == Part::surface && surface_.isShown());

@@ -52,6 +52,8 @@ int MainWindow::showPlane(int plane)
     readingPlane_ = 0;
     if (shown)
         view_.ContentChanged();
+    if (shown)
+        areaNumbers_.SetMap(map_.get());
     if (shown && play_)
         play_->MapChanged();
     if (shown)

@@ -50,8 +50,8 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
-           runSurfaceCommand(id) || runSkyCommand(id) || AreaWindow::OnCommand(id, code, control) ||
-           view_.RunCommand(id);
+           runSurfaceCommand(id) || runSkyCommand(id) || runAreaCommand(id) ||
+           AreaWindow::OnCommand(id, code, control) || view_.RunCommand(id);
 }
 
 int MainWindow::runViewCommand(unsigned id)
@@ -199,6 +199,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
     }
     showSurfaceCommands(popup);
     showSkyCommands(popup);
+    showAreaCommands(popup);
     showPartCommands(popup);
 }
 

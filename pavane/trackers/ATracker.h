@@ -132,7 +132,7 @@ public:
     void SetOutlineLook(const OutlineLook& look) { look_ = look; }
     OutlineLook GetOutlineLook() const
     {
-        return {look_.crowded, look_.dashed, IsNeverClean() != 0, look_.clipped};
+        return {look_.crowded, look_.dashed, IsNeverClean() != 0, look_.clipped, label_.colour};
     }
     int GetHandleSize() const { return handleSize_; }
     const CRect& validRect() const { return validRect_; }

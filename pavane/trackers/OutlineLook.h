@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace pavane
 {
 
@@ -12,6 +14,7 @@ struct OutlineLook {
     bool neverClean = false;  ///< dark with a light edge
     /// The clip region and the rectangles stay as they are in this context: who draws has clipped.
     const CDC* clipped = nullptr;
+    std::int32_t colour = -1;  ///< 0xRRGGBB that the user gave; -1: the usual one
 };
 
 }  // namespace pavane

@@ -63,14 +63,8 @@ int lightStyle(const OutlineLook& look)
 {
     return look.dashed ? PS_DOT : look.neverClean ? PS_DASH : PS_SOLID;
 }
-COLORREF lineColor(const OutlineLook& look)
-{
-    return look.neverClean ? neverCleanColor : areaColor;
-}
-COLORREF edgeColor(const OutlineLook& look)
-{
-    return look.neverClean ? neverCleanEdgeColor : areaEdgeColor;
-}
+COLORREF lineColor(const OutlineLook& look) { return areaLineColor(look.colour, look.neverClean); }
+COLORREF edgeColor(const OutlineLook& look) { return areaLineEdge(look.colour, look.neverClean); }
 
 void strokeSmooth(CDC& dc, const Line& line, const OutlineLook& look)
 {

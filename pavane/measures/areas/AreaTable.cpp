@@ -17,7 +17,6 @@ namespace
 
 /// Digits that tell any two 32-bit floats apart.
 constexpr int floatDigits = 9;
-constexpr int sumDigits = 12;
 constexpr int errorDigits = 6;
 constexpr int pixelDecimals = 3;
 constexpr double milli = 1000;
@@ -55,13 +54,13 @@ const AreaTable::Look& AreaTable::lookOf(Field field)
         {"Kind", "Its shape, and whether its cells are taken out of the mask", Unit::none, 20, -1},
         {"Cells", "Cells with a value, those of the outline included", Unit::none, 9, 0},
         {"Blank", "Cells without a value; they count nowhere else", Unit::none, 7, 0},
-        {"Sum", "Sum of the cells", Unit::value, 16, sumDigits},
-        {"Flux", "Sum over the beam's area in cells", Unit::flux, 16, sumDigits},
+        {"Sum", "Sum of the cells", Unit::value, 13, sumDigits},
+        {"Flux", "Sum over the beam's area in cells", Unit::flux, 15, sumDigits},
         {"Flux error", "Noise of a cell times the beams below one, their root above", Unit::flux,
          13, errorDigits},
         {"Beams", "Cells over the beam's area in cells", Unit::none, 12, floatDigits},
         {"Mean", "Mean of the cells", Unit::value, 14, floatDigits},
-        {"Median", "Median of the cells", Unit::value, 14, floatDigits},
+        {"Median", "Median of the cells", Unit::value, 15, floatDigits},
         {"Rms", "Root of the mean square about the mean", Unit::value, 14, floatDigits},
         {"Least", "Least value", Unit::value, 14, floatDigits},
         {"Least pixel_x", "Pixel of the least value, from 1", Unit::none, 13, 0},
@@ -175,7 +174,11 @@ CString AreaTable::title(int column) const
 
 CString AreaTable::tip(int column) const { return lookOf(field(column)).tip; }
 
-int AreaTable::width(int column) const { return lookOf(field(column)).width; }
+int AreaTable::width(int column) const
+{
+    const auto title = static_cast<int>(this->title(column).size());
+    return std::max(lookOf(field(column)).width, title + 3);
+}
 
 int AreaTable::isText(int column) const { return lookOf(field(column)).digits < 0; }
 
@@ -263,7 +266,7 @@ CString AreaTable::skyText(double degrees, int isLongitude) const
     return sign + timeToStr(degrees * arcsecondsPerDegree, decimalsOf(part));
 }
 
-CString AreaTable::text(int row, int column) const
+CString AreaTable::text(int row, int column, int mostDigits) const
 {
     const AreaRow& of = rows_[static_cast<std::size_t>(row)];
     const Field which = field(column);
@@ -278,7 +281,7 @@ CString AreaTable::text(int row, int column) const
         return skyText(number, which == Field::longitude);
     if (which == Field::centroidX || which == Field::centroidY)
         return nValToStr(number, pixelDecimals);
-    const int digits = lookOf(which).digits;
+    const int digits = std::min(lookOf(which).digits, mostDigits);
     return digits ? valToStr(number, digits) : std::to_string(std::llround(number));
 }
 

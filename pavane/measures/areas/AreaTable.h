@@ -55,8 +55,12 @@ public:
     /// Width that its texts need, in characters.
     int width(int column) const;
     int isText(int column) const;
-    /// "" for what does not exist.
-    CString text(int row, int column) const;
+    /// Whether it is the column of names, which a window may let edit.
+    int isName(int column) const { return field(column) == Field::name; }
+    /// "" for what does not exist. All digits that are known, or those that a column of the window
+    /// has room for.
+    CString text(int row, int column) const { return text(row, column, sumDigits); }
+    CString shortText(int row, int column) const { return text(row, column, shortDigits); }
     /// What a cell stands for; 0 for words and for what does not exist.
     int number(int row, int column, double& value) const;
 
@@ -93,11 +97,14 @@ private:
         longitude,
         latitude
     };
+    static constexpr int sumDigits = 12;
+    static constexpr int shortDigits = 6;
     struct Look;
     static const Look& lookOf(Field field);
     Field field(int column) const { return columns_[static_cast<std::size_t>(column)]; }
     void chooseColumns();
     double value(const AreaRow& row, Field field) const;
+    CString text(int row, int column, int mostDigits) const;
     CString skyText(double degrees, int isLongitude) const;
     int isOfDegrees() const;
     int hasPlanes() const;

@@ -15,6 +15,7 @@ std::vector<AreaOutline> outlinesOf(const ARPTrackerArray& areas)
         for (int k = 0; k < points.count(); ++k)
             outline.points.push_back(points(k));
         outline.isNeverClean = areas(i)->IsNeverClean();
+        outline.label = areas(i)->label();
     }
     return outlines;
 }
