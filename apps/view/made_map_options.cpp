@@ -15,11 +15,20 @@ namespace
 
 using Kind = MadeMapWish::Kind;
 
-/// What goes with a map that is made of others.
-constexpr std::string_view together[] = {"--batch", "--moment", "--planes",
-                                         "--clip",  "--out",    "--errors"};
+/// What goes with each kind of map that is made of others.
+constexpr std::string_view withMoment[] = {"--batch", "--moment", "--planes",
+                                           "--clip",  "--out",    "--errors"};
+constexpr std::string_view withSmooth[] = {"--batch", "--smooth", "--plane", "--out"};
 /// What goes with such a map alone.
 constexpr std::string_view alone[] = {"--clip", "--out", "--errors"};
+
+int goesWith(Kind kind, std::string_view name)
+{
+    return kind == Kind::smooth ? std::find(std::begin(withSmooth), std::end(withSmooth), name) !=
+                                      std::end(withSmooth)
+                                : std::find(std::begin(withMoment), std::end(withMoment), name) !=
+                                      std::end(withMoment);
+}
 
 int contains(const std::string_view* first, const std::string_view* last, std::string_view name)
 {
@@ -36,6 +45,28 @@ int readMoment(const std::string& text, ViewOptions& options, std::string& error
     }
     options.made.kind = Kind::moment;
     options.made.moment = static_cast<Moment>(found - std::begin(names));
+    return 1;
+}
+
+int readBeam(const std::string& text, ViewOptions& options, std::string& error)
+{
+    constexpr double perDegree = 3600e3;
+    const std::string_view all = text;
+    const std::size_t first = std::min(all.find(','), all.size());
+    const std::size_t second = std::min(all.find(',', first + 1), all.size());
+    SkyBeam& beam = options.made.beam;
+    if (second == all.size() || !stoval(all.substr(0, first), beam.major) ||
+        !stoval(all.substr(first + 1, second - first - 1), beam.minor) ||
+        !stoval(all.substr(second + 1), beam.angle) || !(beam.minor > 0) ||
+        !(beam.major >= beam.minor) || !std::isfinite(beam.major) || !std::isfinite(beam.angle)) {
+        error =
+            "--smooth wants BMAJ,BMIN in mas, the longer axis first, and BPA in degrees, not '" +
+            text + "'";
+        return 0;
+    }
+    beam.major /= perDegree;
+    beam.minor /= perDegree;
+    options.made.kind = Kind::smooth;
     return 1;
 }
 
@@ -67,6 +98,9 @@ void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits)
          "velocity, 2 its dispersion, max the greatest of them",
          "0 1 2 max"},
         readMoment);
+    add({"--smooth", "", "BMAJ,BMIN,BPA",
+         "convolve the map to this larger beam: full widths in mas, position angle in degrees"},
+        readBeam);
     add({"--clip", "", "S",
          "use of each plane only cells above this multiple of its noise (0: all of them)"},
         readClip);
@@ -80,11 +114,13 @@ int checkMadeMapOptions(const ViewOptions& options, const GivenArguments<ViewOpt
 {
     const MadeMapWish& made = options.made;
     for (const auto* option : given.options) {
-        if (made.wanted() && !contains(std::begin(together), std::end(together), option->name))
-            error = std::string(option->name) +
-                    " does not go with a map that is made: that is a step of its own";
+        if (made.wanted() && !goesWith(made.kind, option->name))
+            error = std::string(option->name) + " does not go with --" +
+                    (made.kind == Kind::smooth ? "smooth" : "moment") +
+                    ": that is a step of its own";
         else if (!made.wanted() && contains(std::begin(alone), std::end(alone), option->name))
-            error = std::string(option->name) + " goes with a map that is made: --moment";
+            error =
+                std::string(option->name) + " goes with a map that is made: --moment or --smooth";
         if (!error.empty())
             return 0;
     }

@@ -2,6 +2,7 @@
 
 #include "apps/options/option_table.h"
 #include "pavane/measures/maps/moments.h"
+#include "pavane/measures/maps/smooth_map.h"
 
 #include <string>
 
@@ -12,9 +13,10 @@ struct ViewOptions;
 
 /// What the command line says of a map that is made of others.
 struct MadeMapWish {
-    enum class Kind : int { none, moment };
+    enum class Kind : int { none, moment, smooth };
     Kind kind = Kind::none;
     Moment moment = Moment::integral;
+    SkyBeam beam;             ///< to convolve to
     double clip = -1;         ///< in units of the noise; -1: none was given
     std::string out, errors;  ///< files: the map, and that of its errors or ""
 

@@ -5,6 +5,7 @@
 #include "apps/view/progress.h"
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "pavane/axes/maps/cells/map_statistics.h"
+#include "tessel/fits_map.h"
 #include "tessel/FitsCubeReader.h"
 #include "tessel/made_map.h"
 #include "tessel/paths.h"
@@ -137,13 +138,48 @@ int makeMoment(const ViewOptions& options, Made& made, std::string& text, std::s
     return 1;
 }
 
+std::string beamText(const SkyBeam& beam)
+{
+    constexpr double masPerDegree = 3600e3;
+    return valToStr(beam.major * masPerDegree, floatDigits) + " x " +
+           valToStr(beam.minor * masPerDegree, floatDigits) + " mas, " +
+           valToStr(beam.angle, floatDigits) + " deg";
+}
+
+int makeSmooth(const ViewOptions& options, Made& made, std::string& text, std::string& error)
+{
+    FitsMap map;
+    ProgressLine progress("Convolving " + plainText(options.map));
+    constexpr double readingShare = 0.2;
+    SmoothedMap smoothed;
+    if (!readFitsMap(options.map, options.plane, map, error,
+                     [&](double x) { return progress.show(x * readingShare); }) ||
+        !smoothMap(map.cells, map.header, options.made.beam, smoothed, error,
+                   [&](double x) { return progress.show(readingShare + x * (1 - readingShare)); }))
+        return 0;
+    made.cells = std::move(smoothed.cells);
+    made.header = std::move(smoothed.header);
+    made.history = {"pavane: " + plainText(baseNameOf(options.map)) + " (plane " +
+                        std::to_string(map.header.plane) + ", from 0), beam " +
+                        beamText({map.header.bmaj, map.header.bmin, map.header.bpa}),
+                    "pavane: convolved to the beam " + beamText(options.made.beam)};
+    text = statLine("factor", smoothed.factor, floatDigits, "") + "incomplete_cells " +
+           std::to_string(smoothed.incomplete) + " cells\n";
+    if (smoothed.incomplete > 0)
+        printNotes({options.map + ": " + std::to_string(smoothed.incomplete) +
+                    " cells lie within a beam of the edge or of a blank cell; their values lack "
+                    "what is not known there"});
+    return 1;
+}
+
 }  // namespace
 
 int writeMadeMaps(const ViewOptions& options, std::string& error)
 {
     Made made;
     std::string text;
-    if (!makeMoment(options, made, text, error))
+    if (!(options.made.kind == MadeMapWish::Kind::smooth ? makeSmooth : makeMoment)(options, made,
+                                                                                    text, error))
         return refuse(options.map, error);
     return write(options, made, error) &&
            printText(text + rangeText(made.cells, made.header.bunit), error);

@@ -205,10 +205,10 @@ enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
 constexpr std::string_view mapOptions[] = {
-    "--areas",    "--plane",  "--levels",   "--scale",   "--range",
-    "--palette",  "--aspect", "--mask",     "--partial", "--visibilities",
-    "--planes",   "--grid",   "--contrast", "--surface", "--empty-area",
-    "--sky-grid", "--moment", "--out",      "--errors",  "--clip"};
+    "--areas",    "--plane",   "--levels",     "--scale",        "--range",  "--palette",
+    "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes", "--grid",
+    "--contrast", "--surface", "--empty-area", "--sky-grid",     "--moment", "--smooth",
+    "--out",      "--errors",  "--clip"};
 
 OptionTable<ViewOptions> newTable()
 {

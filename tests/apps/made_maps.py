@@ -101,6 +101,33 @@ for clip in (0, 3):
                 if moment == "0":
                     compare(f"error, clip {clip}", errors[0].data, error)
 
+# a source of the shape of the beam becomes one of the new beam; cells are 360 mas wide
+with fits.open(path("cube.fits")) as file:
+    header = file[0].header
+offset_y, offset_x = np.mgrid[:NY, :NX].astype("f8") * 360
+offset_x, offset_y = -(offset_x - 150 * 360), offset_y - 60 * 360
+
+
+def source(major, minor, angle):
+    east, north = np.sin(np.radians(angle)), np.cos(np.radians(angle))
+    along, across = (offset_x * east + offset_y * north) / major, (offset_x * north - offset_y * east) / minor
+    return np.exp(-4 * np.log(2) * (along ** 2 + across ** 2))
+
+
+source_map = source(2160, 1440, 20).astype("f4")
+source_map[5, 5] = np.nan
+fits.writeto(path("source.fits"), np.array([np.zeros_like(source_map), source_map]), header, overwrite=True)
+said = run("source.fits", "--batch", "--smooth", "3600,2880,50", "--plane", "1", "--out", "smooth.fits")
+with fits.open(path("smooth.fits")) as made:
+    found, cards = np.squeeze(made[0].data), made[0].header
+    if np.nanmax(np.abs(found - source(3600, 2880, 50))) > 1e-5 or not np.isnan(found[5, 5]):
+        faults.append("smooth: another map")
+    if not np.allclose([cards["BMAJ"], cards["BMIN"], cards["BPA"]], [1e-3, 8e-4, 50]) or \
+            cards["BUNIT"] != "JY/BEAM" or "plane 1, from 0" not in str(cards["HISTORY"]):
+        faults.append(f"smooth: {cards!r}")
+if "cells lie within a beam" not in said.stderr or "factor 3.33333" not in said.stdout:
+    faults.append(f"smooth: {said}")
+
 # what is refused, and leaves no file
 with open(path("cube.fits"), "rb") as whole, open(path("cut.fits"), "wb") as cut:
     cut.write(whole.read()[:-200000])
@@ -115,6 +142,10 @@ for arguments, status, why in (
         (("cube.fits", *rest, "--planes", "0-3", "--clip", "-1"), 1, "--clip wants"),
         (("cube.fits", *rest, "--planes", "0-3", "--png", "a.png"), 1, "step of its own"),
         (("cube.fits", *rest, "--planes", "0-3", "--errors", "cube.fits"), 1, "would write over the map"),
+        (("source.fits", "--batch", "--smooth", "3600,1400,50", "--plane", "1", "--out", "out.fits"), 2, "larger than"),
+        (("source.fits", "--batch", "--smooth", "3600,2880,50", "--out", "out.fits"), 2, "source.fits: "),
+        (("source.fits", "--batch", "--smooth", "20,30,0", "--out", "out.fits"), 1, "--smooth wants"),
+        (("source.fits", "--batch", "--smooth", "30,20,0", "--out", "out.fits", "--clip", "3"), 1, "does not go with"),
         (("cube.fits", "--batch", "--clip", "3"), 1, "--clip goes with")):
     said = run(*arguments, status=status).stderr
     if why not in said or os.path.exists(path("out.fits")):
