@@ -13,6 +13,7 @@ namespace
 {
 
 using std::chrono::microseconds;
+using Clock = std::chrono::steady_clock;
 
 /// How many are inside, and in the upper half how many wait to fork.
 std::atomic<std::uint64_t> state = 0;
@@ -24,15 +25,15 @@ std::atomic<int (*)()> preparation = nullptr;
 constexpr microseconds pause{50};
 /// What waits so long is taken for work within work, which the fork itself waits for.
 constexpr microseconds patience{2000};
-constexpr microseconds longestFork{1000000};
+constexpr microseconds longestFork{700000};
 
 std::uint64_t inside(std::uint64_t s) { return s % oneFork; }
 
 void beforeFork()
 {
     state.fetch_add(oneFork);
-    microseconds waited{0};
-    for (; inside(state.load()) > 0 && waited < longestFork; waited += pause)
+    const Clock::time_point end = Clock::now() + longestFork;
+    while (inside(state.load()) > 0 && Clock::now() < end)
         std::this_thread::sleep_for(pause);
     int (*const prepare)() = preparation;
     isMidWork = inside(state.load()) > 0 || (prepare && !prepare());
@@ -62,14 +63,13 @@ int listen()
 ForkGate::ForkGate()
 {
     (void)listen();
-    microseconds waited{0};
+    const Clock::time_point trusting = Clock::now() + patience;
     for (std::uint64_t s = state.load();;) {
-        if (s < oneFork || (inside(s) > 0 && waited >= patience)) {
+        if (s < oneFork || (inside(s) > 0 && Clock::now() >= trusting)) {
             if (state.compare_exchange_weak(s, s + 1))
                 return;
         } else {
             std::this_thread::sleep_for(pause);
-            waited += pause;
             s = state.load();
         }
     }

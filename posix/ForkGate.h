@@ -5,7 +5,7 @@ namespace pavane
 
 /// Encloses work that holds locks, those of other libraries among them, which a copy of the process
 /// made meanwhile by another thread would find held for ever. A fork waits until all such work has
-/// ended, at most a second, and new work waits for the fork; work within work is let through.
+/// ended, at most 0.7 s, and new work waits for the fork; work within work is let through.
 class ForkGate
 {
 public:
