@@ -3,10 +3,21 @@
 #include "platform/core/PdfDocument.h"
 #include "platform/core/PrintedPage.h"
 #include "posix/FileReplacement.h"
+#include "posix/plain_file.h"
 #include "posix/spool_file.h"
+
+#include <cerrno>
 
 namespace pavane
 {
+
+namespace
+{
+
+/// Points of 1/72 inch, of hundredths of a millimetre.
+CPointF pointsOf(const CSize& sheet) { return {sheet.cx * 72.0 / 2540, sheet.cy * 72.0 / 2540}; }
+
+}  // namespace
 
 /// The document comes last, so that it is gone before the file that it writes.
 struct CPrinterDC::Job {
@@ -64,7 +75,10 @@ int CPrinterDC::StartDoc(const CString& title, const CString& file, CString& err
     if (error.empty()) {
         PrintedPage& page = job.printer->printed();
         job.document = std::make_unique<PdfDocument>(
-            job.file.descriptor(), title, job.printer->dpi(), [&page] { return page.goesOn(); });
+            [&job](std::string_view bytes) {
+                return writeAll(job.file.descriptor(), bytes) ? 0 : errno;
+            },
+            title, job.printer->dpi(), [&page] { return page.goesOn(); });
     }
     job.error = error;
     return error.empty();
@@ -76,7 +90,7 @@ int CPrinterDC::StartPage()
     if (!job.document || job.isPageOpen)
         return job.fail(job.document ? "A page is open" : "No document is open");
     if (!job.printer->printed().goesOn() ||
-        !job.document->startPage(job.printer->sheet(), job.printer->size()))
+        !job.document->startPage(pointsOf(job.printer->sheet()), job.printer->size()))
         return job.fail(job.document->fault());
     job.isPageOpen = 1;
     job.printer->printed().drawOn(&job.document->device());

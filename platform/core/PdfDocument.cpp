@@ -2,27 +2,22 @@
 
 #include "posix/plain_file.h"
 
+#include <utility>
+
 namespace pavane
 {
 
-namespace
-{
-
-constexpr double pointsPerUnit = 72.0 / 2540;  // of a sheet
-
-}  // namespace
-
-PdfDocument::PdfDocument(int descriptor, const CString& title, int dpi,
+PdfDocument::PdfDocument(PdfFile::Sink sink, const CString& title, int dpi,
                          std::function<bool()> goesOn)
-    : file_(descriptor), content_(file_, fonts_, std::move(goesOn)), title_(title),
+    : file_(std::move(sink)), content_(file_, fonts_, std::move(goesOn)), title_(title),
       unit_(72.0 / dpi), pages_(file_.newObject()), fontNames_(file_.newObject())
 {
 }
 
-int PdfDocument::startPage(CSize sheet, CSize size)
+int PdfDocument::startPage(CPointF sheet, CSize size)
 {
     sheet_ = sheet;
-    content_.startPage(size, unit_, sheet.cy * pointsPerUnit);
+    content_.startPage(size, unit_, sheet.y);
     return file_.error() == 0;
 }
 
@@ -31,16 +26,16 @@ int PdfDocument::endPage()
     const std::string uses = content_.endPage(fontNames_);
     kids_.push_back(file_.newObject());
     std::string text = "<</Type/Page/Parent " + pdfReference(pages_) + "/MediaBox[0 0 ";
-    putNumber(text, sheet_.cx * pointsPerUnit);
+    putNumber(text, sheet_.x);
     text += ' ';
-    putNumber(text, sheet_.cy * pointsPerUnit);
+    putNumber(text, sheet_.y);
     file_.object(kids_.back(), text + ']' + uses + ">>");
     return file_.error() == 0;
 }
 
 int PdfDocument::finish()
 {
-    constexpr CSize a4{21000, 29700};
+    constexpr CPointF a4{595.276, 841.89};
     // a document has a page
     if (kids_.empty() && !(startPage(a4, {1, 1}) && endPage()))
         return 0;

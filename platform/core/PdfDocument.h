@@ -10,10 +10,10 @@ namespace pavane
 class PdfDocument
 {
 public:
-    /// Writes to an open file of the caller's; `goesOn` is asked while pictures are packed.
-    PdfDocument(int descriptor, const CString& title, int dpi, std::function<bool()> goesOn);
-    /// Begins a page of `sheet`, hundredths of a millimetre, and `size` units. Non-zero on success.
-    int startPage(CSize sheet, CSize size);
+    /// `dpi` units are an inch; `goesOn` is asked while pictures are packed.
+    PdfDocument(PdfFile::Sink sink, const CString& title, int dpi, std::function<bool()> goesOn);
+    /// Begins a page of `sheet`, points of 1/72 inch, and `size` units. Non-zero on success.
+    int startPage(CPointF sheet, CSize size);
     /// What the open page is drawn on; the same for all pages.
     VectorDevice& device() { return content_; }
     int endPage();
@@ -28,7 +28,7 @@ private:
     PdfContent content_;
     CString title_;
     double unit_;
-    CSize sheet_;
+    CPointF sheet_;
     int pages_;
     int fontNames_;
     std::vector<int> kids_;

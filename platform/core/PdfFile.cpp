@@ -1,7 +1,6 @@
 #include "platform/core/PdfFile.h"
 
 #include "platform/core/utf8.h"
-#include "posix/plain_file.h"
 
 #include <array>
 #include <cerrno>
@@ -56,7 +55,7 @@ struct PdfFile::Packer {
     }
 };
 
-PdfFile::PdfFile(int descriptor) : descriptor_(descriptor), packer_(std::make_unique<Packer>())
+PdfFile::PdfFile(Sink sink) : sink_(std::move(sink)), packer_(std::make_unique<Packer>())
 {
     if (!packer_->isReady)
         error_ = ENOMEM;
@@ -75,8 +74,8 @@ void PdfFile::put(std::string_view bytes)
 
 void PdfFile::flush()
 {
-    if (error_ == 0 && !writeAll(descriptor_, waiting_))
-        error_ = errno;
+    if (error_ == 0)
+        error_ = sink_(waiting_);
     waiting_.clear();
 }
 

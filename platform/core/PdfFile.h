@@ -12,15 +12,18 @@
 namespace pavane
 {
 
-/// The objects of a PDF file, written one after the other to an open file of the caller's: only
-/// their places stay in memory.
+/// The objects of a PDF file, given one after the other to whoever keeps them: only their places
+/// stay in memory.
 class PdfFile
 {
 public:
     /// Bytes of a stream, part by part, until one is empty.
     using Source = std::function<std::string_view()>;
 
-    explicit PdfFile(int descriptor);
+    /// Takes the next bytes of the file: 0, or a value of errno for what went wrong.
+    using Sink = std::function<int(std::string_view)>;
+
+    explicit PdfFile(Sink sink);
     PdfFile(const PdfFile&) = delete;
     PdfFile& operator=(const PdfFile&) = delete;
     ~PdfFile();
@@ -41,7 +44,7 @@ private:
     void put(std::string_view bytes);
     void flush();
 
-    int descriptor_;
+    Sink sink_;
     int error_ = 0;
     std::uint64_t written_ = 0;
     std::string waiting_;

@@ -63,20 +63,12 @@ PainterDevice::PainterDevice(const PixelSurface& surface, const CRect& target, C
 {
     size_ = size;
     scale_ = scale;
-    onPage_ = isView_ = true;
+    isView_ = true;
     view_.translate(target.left, target.top);
     view_.scale((double(target.right) - target.left) / size.cx,
                 (double(target.bottom) - target.top) / size.cy);
     painter_.setTransform(view_);
     setClip(nullptr);
-}
-
-PainterDevice::PainterDevice(QPaintDevice* page, CSize size, double scale, FontTable& fonts)
-    : fonts_(fonts), size_(size), scale_(scale), onPage_(true)
-{
-    const ForkGate gate;
-    painter_.begin(page);
-    painter_.setRenderHint(QPainter::LosslessImageRendering);
 }
 
 void PainterDevice::setClip(const CRgn::Data* clip)
@@ -86,7 +78,7 @@ void PainterDevice::setClip(const CRgn::Data* clip)
     const CRect whole(0, 0, size_.cx, size_.cy);
     if (!clip)
         return isView_ ? painter_.setClipRect(qtRect(whole)) : painter_.setClipping(false);
-    if (!onPage_)
+    if (!isView_)
         clip_ = clip->region;
     const CRect box = clip->region.box();
     if (!clip->polygon.empty()) {
@@ -306,7 +298,7 @@ void PainterDevice::text(CPoint at, std::string_view text, const LOGFONT& font, 
     constexpr int farthest = 1 << 20;
     if (std::abs(at.x) > farthest || std::abs(at.y) > farthest)
         return;
-    const QtFace& face = fonts_.face(font, onPage_);
+    const QtFace& face = fonts_.face(font, isView_);
     painter_.setPen(qtColor(color));
     painter_.setFont(face.font());
     const double width = face.width(text);

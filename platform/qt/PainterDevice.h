@@ -14,23 +14,15 @@ namespace pavane
 /// A region as Qt has it, cut to `within`.
 QRegion qtRegion(const Region& region, const CRect& within);
 
-/// Draws vectors through a painter: on a page, or with soft edges on a picture.
+/// Draws vectors through a painter on a picture: with soft edges, or as a page looks.
 class PainterDevice : public VectorDevice
 {
 public:
     /// On a picture, which has to live longer.
     PainterDevice(const PixelSurface& surface, FontTable& fonts);
-    /// On a page of `size` units, `scale` of them to a pixel. `page` lives longer.
-    PainterDevice(QPaintDevice* page, CSize size, double scale, FontTable& fonts);
-    /// The same page of `size` units as it looks in `target` of a picture.
+    /// A page of `size` units, `scale` of them to a pixel, as it looks in `target` of a picture.
     PainterDevice(const PixelSurface& surface, const CRect& target, CSize size, double scale,
                   FontTable& fonts);
-    /// Another size for what follows.
-    void setSize(CSize size) { size_ = size; }
-    /// Whether the painter could begin.
-    bool isActive() const { return painter_.isActive(); }
-    /// Ends drawing; nothing may follow. Non-zero on success.
-    int finish() { return painter_.end(); }
 
     void setClip(const CRgn::Data* clip) override;
     void polyline(const CPointF* points, std::size_t count, const StrokeStyle& pen) override;
@@ -68,7 +60,6 @@ private:
     FontTable& fonts_;
     CSize size_;
     double scale_ = 1;
-    bool onPage_ = false;
     bool isView_ = false;  ///< a page on a picture
     QTransform view_;      ///< to the units of the picture
     PixelSurface surface_;

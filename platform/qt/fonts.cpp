@@ -10,6 +10,7 @@
 #include <QRawFont>
 #include <QtEndian>
 #include <QTextLayout>
+#include <tuple>
 #include <utility>
 
 namespace pavane
@@ -277,6 +278,10 @@ void QtFace::shapedGlyphs(std::string_view text, std::vector<PageGlyph>& out) co
             out.push_back({&program, indices[i], places[i].x() * grow_,
                            (places[i].y() - line.ascent()) * grow_, 0});
     }
+    // runs come in the order of where their fonts lie in memory
+    std::sort(out.begin(), out.end(), [](const PageGlyph& a, const PageGlyph& b) {
+        return std::tie(a.x, a.y, a.index) < std::tie(b.x, b.y, b.index);
+    });
 }
 
 TextRules QtFace::rules() const

@@ -105,7 +105,13 @@ int areasOfMask(const ABitMatrix& mask, AreaList& areas, CString& error, const S
             error = isStopped(stop) ? stoppedText : noMemory;
             return 0;
         }
-        AreaList made = shapesOf(outlines);
+        AreaList made;
+        for (std::size_t i = 0; i < outlines.size() && !isStopped(stop); ++i)
+            made.push_back(shapeOf(outlines[i]));
+        if (isStopped(stop)) {
+            error = stoppedText;
+            return 0;
+        }
         if (made.empty())
             made.push_back(allOf(mask));
         areas = std::move(made);

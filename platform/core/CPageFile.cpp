@@ -1,18 +1,15 @@
 #include "platform/core/file_output.h"
+#include "platform/core/PdfDocument.h"
 #include "platform/core/png_bytes.h"
 #include "platform/core/PrintedPage.h"
 #include "platform/core/SvgDevice.h"
 #include "platform/picture.h"
-#include "platform/qt/PainterDevice.h"
-#include "platform/qt/QtGraphics.h"
-#include "posix/ForkGate.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <functional>
 #include <new>
-#include <QBuffer>
-#include <QPageSize>
-#include <QPdfWriter>
+#include <utility>
 
 namespace pavane
 {
@@ -22,6 +19,8 @@ namespace
 
 constexpr int greatestSide = 32768;
 constexpr int greatestScale = 48;
+constexpr int pixelsPerInch = 96;
+constexpr double pointsPerPixel = 72.0 / pixelsPerInch;
 
 /// What a page draws on until its file is written.
 class PageBackend : public DeviceBackend
@@ -47,14 +46,26 @@ private:
 
 }  // namespace
 
-/// Members in the order of need: the context draws on the device, which writes to the buffer.
+/// Members in the order of need: the context draws on the page, which passes it to the document.
 struct CPageFile::Data {
-    QBuffer buffer;
-    std::unique_ptr<QPdfWriter> pdf;
-    std::unique_ptr<PainterDevice> painter;
+    CPointF sheet;  ///< points of 1/72 inch
+    CSize size;     ///< units
+    std::vector<unsigned char> bytes;
+    std::unique_ptr<PdfDocument> pdf;
     std::unique_ptr<SvgDevice> svg;
     PrintedPage page{0};
     std::unique_ptr<CDC> dc;
+
+    /// 0, or ENOMEM.
+    int keep(std::string_view more)
+    {
+        try {
+            bytes.insert(bytes.end(), more.begin(), more.end());
+        } catch (const std::bad_alloc&) {
+            return ENOMEM;
+        }
+        return 0;
+    }
 };
 
 CPageFile::CPageFile(Format format, int width, int height, const CString& title, int scale,
@@ -64,31 +75,23 @@ CPageFile::CPageFile(Format format, int width, int height, const CString& title,
     width = std::clamp(width, 1, greatestSide);
     height = std::clamp(height, 1, greatestSide);
     scale = std::clamp(scale, 1, greatestScale);
-    const CSize size{width * scale, height * scale};
+    data_->sheet = {width * pointsPerPixel, height * pointsPerPixel};
+    data_->size = {width * scale, height * scale};
     VectorDevice* device = nullptr;
-    const auto hook = dynamic_cast<QtGraphics*>(graphicsHook());
     if (format == Format::svg) {
-        data_->svg = std::make_unique<SvgDevice>(size, scale, title);
+        data_->svg = std::make_unique<SvgDevice>(data_->size, scale, title);
         device = data_->svg.get();
-    } else if (hook) {
-        const ForkGate gate;
-        data_->buffer.open(QIODevice::WriteOnly);
-        data_->pdf = std::make_unique<QPdfWriter>(&data_->buffer);
-        data_->pdf->setPageSize(QPageSize(QSizeF(width * 0.75, height * 0.75), QPageSize::Point,
-                                          QString(), QPageSize::ExactMatch));
-        data_->pdf->setPageMargins(QMarginsF(0, 0, 0, 0));
-        data_->pdf->setResolution(96 * scale);
-        data_->pdf->setTitle(textOf(title));
-        data_->pdf->setCreator(QStringLiteral("pavane"));
-        data_->painter =
-            std::make_unique<PainterDevice>(data_->pdf.get(), size, scale, hook->fonts());
-        device = data_->painter.get();
+    } else if (graphicsHook()) {
+        data_->pdf = std::make_unique<PdfDocument>(
+            [data = data_.get()](std::string_view bytes) { return data->keep(bytes); }, title,
+            pixelsPerInch * scale, [data = data_.get()] { return !data->dc->isStopped(); });
+        (void)data_->pdf->startPage(data_->sheet, data_->size);
+        device = &data_->pdf->device();
     }
     data_->page.drawOn(device);
-    data_->dc =
-        device
-            ? std::make_unique<CDC>(std::make_unique<PageBackend>(size, scale, ground, data_->page))
-            : std::make_unique<CDC>();
+    data_->dc = device ? std::make_unique<CDC>(std::make_unique<PageBackend>(
+                             data_->size, scale, ground, data_->page))
+                       : std::make_unique<CDC>();
 }
 
 CPageFile::~CPageFile() = default;
@@ -97,8 +100,12 @@ CDC& CPageFile::dc() { return *data_->dc; }
 
 int CPageFile::NewPage()
 {
-    const ForkGate gate;
-    return data_->pdf && data_->painter && data_->pdf->newPage();
+    if (!data_->pdf || !data_->pdf->endPage() ||
+        !data_->pdf->startPage(data_->sheet, data_->size))
+        return 0;
+    (void)data_->dc->SaveDC();
+    (void)data_->dc->RestoreDC(-1);  // the new page hears of the clip
+    return 1;
 }
 
 void CPageFile::AskBefore(std::function<int()> goesOn) { data_->page.askBefore(std::move(goesOn)); }
@@ -110,10 +117,9 @@ int CPageFile::CloseBytes(std::vector<unsigned char>& bytes, CString& error)
         error = pictureGivenUp;
         return 0;
     }
-    data_->dc = std::make_unique<CDC>();  // the page takes nothing more
-    if (data_->svg) {
-        const std::string text = data_->svg->finished();
-        data_->svg.reset();
+    data_->page.drawOn(nullptr);  // it takes nothing more
+    if (const auto svg = std::move(data_->svg)) {
+        const std::string text = svg->finished();
         bytes.assign(text.begin(), text.end());
         return 1;
     }
@@ -122,15 +128,16 @@ int CPageFile::CloseBytes(std::vector<unsigned char>& bytes, CString& error)
         error = "The page could not be drawn: " + why;
         return 0;
     }
-    const ForkGate gate;
-    if (!data_->painter || !data_->painter->finish()) {
+    const auto pdf = std::move(data_->pdf);
+    if (!pdf || !pdf->endPage() || !pdf->finish()) {
         error = "The page could not be drawn";
         return 0;
     }
-    data_->painter.reset();
-    data_->pdf.reset();
-    const QByteArray& made = data_->buffer.data();
-    bytes.assign(made.begin(), made.end());
+    if (data_->dc->isStopped()) {
+        error = pictureGivenUp;
+        return 0;
+    }
+    bytes = std::move(data_->bytes);
     return 1;
 }
 
