@@ -36,6 +36,9 @@ int FitsMapReader::open(const std::string& name, int plane, std::string& error)
         return 0;
     }
     header_ = readMapHeader(cards, image.lengths, plane);
+    error = stepFault(cards, header_);
+    if (!error.empty())
+        return 0;
     header_.planes = static_cast<int>(cellCount(image.lengths, 2));
     if (cards.text("CASAMBM") == "T")
         (void)readTableBeam(file, header_);

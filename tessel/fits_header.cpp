@@ -91,23 +91,40 @@ int readItem(const HeaderCards& cards, const std::string& letters, int i, int j,
            cards.number(letters + "00" + row + "00" + column, value);
 }
 
+/// The matrices of a header, each with what it has by default.
+struct StepMatrices {
+    double cd[2][2] = {{0, 0}, {0, 0}};
+    double pc[2][2] = {{1, 0}, {0, 1}};
+    int hasCd = 0;
+    int hasPc = 0;
+};
+
+StepMatrices matricesOf(const HeaderCards& cards)
+{
+    StepMatrices m;
+    for (int i = 0; i < 2; ++i)
+        for (int j = 0; j < 2; ++j) {
+            m.hasCd |= readItem(cards, "CD", i, j, m.cd[i][j]);
+            m.hasPc |= readItem(cards, "PC", i, j, m.pc[i][j]);
+        }
+    return m;
+}
+
+/// Non-zero for a matrix that maps every cell onto a line.
+int isFlat(const double (&m)[2][2])
+{
+    return !(std::isfinite(m[0][0] * m[1][1]) && std::isfinite(m[0][1] * m[1][0])) ||
+           m[0][0] * m[1][1] == m[0][1] * m[1][0];
+}
+
 /// Fills the matrix of the two map axes from CD, PC or CROTA. CDELT beside CD, and CROTA beside PC,
 /// mean nothing: many writers leave them there.
 void readMatrix(const HeaderCards& cards, MapHeader& header)
 {
     const MapAxis& x = header.axes[0];
     const MapAxis& y = header.axes[1];
-    double pc[2][2] = {{1, 0}, {0, 1}};
-    double cd[2][2] = {{0, 0}, {0, 0}};
-    int hasCd = 0;
-    int hasPc = 0;
-    for (int i = 0; i < 2; ++i)
-        for (int j = 0; j < 2; ++j) {
-            hasCd |= readItem(cards, "CD", i, j, cd[i][j]);
-            hasPc |= readItem(cards, "PC", i, j, pc[i][j]);
-        }
-    if (cd[0][0] * cd[1][1] == cd[0][1] * cd[1][0])
-        hasCd = 0;  // maps every cell onto a line: as good as none
+    const auto [cd, pc, isCdThere, hasPc] = matricesOf(cards);
+    const int hasCd = isCdThere && !isFlat(cd);  // a flat one is as good as none
     // CROTA stands on the latitude, and turns the longitude towards it
     const int isSwapped = header.longitudeAxis == 1;
     const double turn = (isSwapped ? -x.crota : y.crota) * std::numbers::pi / 180;
@@ -260,6 +277,21 @@ std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
         plane /= length;
     }
     return pixels;
+}
+
+std::string stepFault(const HeaderCards& cards, const MapHeader& header)
+{
+    const StepMatrices m = matricesOf(cards);
+    if (!header.hasCelestialAxes || (m.hasCd && !isFlat(m.cd)))
+        return {};
+    for (const char* const key : {"CDELT1", "CDELT2"}) {
+        // one that is not there is 1 by the standard, beside CD nothing
+        double step = m.hasCd || !cards.value(key).empty() ? 0 : 1;
+        (void)cards.number(key, step);
+        if (step == 0 || !std::isfinite(step))
+            return std::string("has no step between cells on the sky (").append(key).append(")");
+    }
+    return m.hasPc && isFlat(m.pc) ? "has a matrix PC that lays all cells on one line" : "";
 }
 
 MapHeader readMapHeader(const HeaderCards& cards, const std::vector<std::int64_t>& lengths,

@@ -3,6 +3,8 @@
 #include "tessel/fits_header.h"
 #include "tessel/fits_scan.h"
 
+#include <utility>
+
 namespace pavane
 {
 
@@ -35,7 +37,11 @@ int readChecked(const std::string& text, int rows, int columns, int plane, MapHe
     }
     if (!choosePlane(image, plane, error))
         return 0;
-    header = readMapHeader(cards, image.lengths, plane);
+    MapHeader made = readMapHeader(cards, image.lengths, plane);
+    error = stepFault(cards, made);
+    if (!error.empty())
+        return 0;
+    header = std::move(made);
     header.planes = static_cast<int>(cellCount(image.lengths, 2));
     return 1;
 }

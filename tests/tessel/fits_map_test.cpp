@@ -96,7 +96,7 @@ TEST(FitsMap, TakesStepsAndTurnFromTheMatrixWhateverStandsBesideIt)
     } cases[] = {
         {"CD", {"CD1_1   = -2D-8", "CD2_2   = 2E-8"}, -2e-8, 2e-8, 999, 0},
         {"CD, stray steps", with(steps, {"CD1_1   = -0.5", "CD2_2   = 0.5"}), -0.5, 0.5, 999, 0},
-        {"CD of one line is none", {"CD1_1   = -2D-8", "CDELT1  = 3.0"}, 3, 1, 999, 0},
+        {"CD of one line is none", with(steps, {"CD1_1   = -2D-8"}), -2, 2, 999, 0},
         {"PC", with(steps, {"PC1_2   = 0.5"}), -2, std::sqrt(5.0), 0, -1},
         {"PC, old spelling", with(steps, {"PC001002= 0.5"}), -2, std::sqrt(5.0), 0, -1},
         {"PC of two digits", with(steps, {"PC01_02 = 0.5"}), -2, std::sqrt(5.0), 0, -1},
@@ -110,7 +110,6 @@ TEST(FitsMap, TakesStepsAndTurnFromTheMatrixWhateverStandsBesideIt)
         {"latitude first, CROTA", with(with(swapped, steps), {"CROTA1  = 90.0"}), 2, 2, 999, 0},
         {"arcseconds", {"CDELT1  = -3600.0", "CUNIT1  = 'ARCSEC'"}, -1, 1, 999, 0},
         {"milliarcseconds", {"CDELT1  = -3.6d6", "CUNIT1  = 'marcsec'"}, -1, 1, 999, 0},
-        {"no step of zero or nan", {"CDELT1  = 0.0", "CDELT2  = NaN"}, 1, 1, 999, 0},
     };
     for (const auto& c : cases) {
         const Cards cards = c.cards[0].substr(0, 5) == "CTYPE" ? c.cards : with(sky, c.cards);

@@ -94,6 +94,8 @@ TEST(MapHeaderCards, GiveWhatTheirFileGives)
 
 TEST(MapHeaderCards, MayLackSizesAndRefuseDamage)
 {
+    const std::string ra = "CTYPE1  = 'RA---SIN'";
+    const std::string dec = "CTYPE2  = 'DEC--SIN'";
     const struct {
         Cards cards;
         const char* why;  // null: taken
@@ -116,6 +118,12 @@ TEST(MapHeaderCards, MayLackSizesAndRefuseDamage)
         {{"NAXIS   = 0"}, "something else"},
         {{"XTENSION= 'BINTABLE'", "NAXIS   = 2", "NAXIS1  = 3", "NAXIS2  = 2"}, "something else"},
         {{std::string(81, 'X')}, "more than 80"},
+        {{"CDELT1  = 0"}, nullptr},  // of pixels
+        {{ra, dec, "CDELT2  = 0.0", "PC1_1   = 2.0"}, "(CDELT2)"},
+        {{ra, dec, "CDELT1  = NaN"}, "(CDELT1)"},
+        {{ra, dec, "CD1_1   = -2D-8"}, "(CDELT1)"},
+        {{ra, dec, "CDELT1  = 0", "CD1_1   = -2D-8", "CD2_2   = 2D-8"}, nullptr},
+        {{ra, dec, "PC1_2   = 1.0", "PC2_1   = 1.0"}, "matrix PC"},
     };
     for (const auto& c : cases) {
         MapHeader header;
