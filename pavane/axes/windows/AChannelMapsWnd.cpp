@@ -2,12 +2,36 @@
 
 #include "pavane/axes/maps/ChannelMaps.h"
 #include "pavane/axes/maps/map_titles.h"
+#include "pavane/images/palette_followers.h"
 #include "platform/CDC.h"
 
 #include <algorithm>
 
 namespace pavane
 {
+
+namespace
+{
+
+/// The maps are made anew whenever they are drawn.
+class DrawnAgain : public PaletteFollower
+{
+public:
+    explicit DrawnAgain(AChannelMapsWnd& window) : window_(window) {}
+    void paletteChanged() override { window_.Invalidate(); }
+
+private:
+    AChannelMapsWnd& window_;
+};
+
+}  // namespace
+
+AChannelMapsWnd::AChannelMapsWnd() : palette_(std::make_unique<DrawnAgain>(*this))
+{
+    SetFlag(windowBuffered, 1);
+}
+
+AChannelMapsWnd::~AChannelMapsWnd() = default;
 
 const char* AChannelMapsWnd::GetWndClassName() { return "AChannelMapsWnd"; }
 

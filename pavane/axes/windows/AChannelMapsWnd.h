@@ -2,17 +2,21 @@
 
 #include "pavane/windows/ABWindow.h"
 
+#include <memory>
+
 namespace pavane
 {
 
 class ChannelMaps;
+class PaletteFollower;
 
 /// Channel maps in a window, and on paper; printing needs no window to be open. Shows one of their
-/// pages.
+/// pages, in the module's palette unless their Prepare sets another.
 class PAVANE_API AChannelMapsWnd : public ABWindow
 {
 public:
-    AChannelMapsWnd() { SetFlag(windowBuffered, 1); }
+    AChannelMapsWnd();
+    ~AChannelMapsWnd() override;
     /// Not owned; null for none.
     void SetMaps(ChannelMaps* maps);
     ChannelMaps* GetMaps() const { return maps_; }
@@ -30,6 +34,7 @@ public:
 private:
     ChannelMaps* maps_ = nullptr;
     int shownPage_ = 1;
+    std::unique_ptr<PaletteFollower> palette_;
 };
 
 }  // namespace pavane
