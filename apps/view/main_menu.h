@@ -82,7 +82,7 @@ enum ViewCommand : unsigned {
 };
 
 inline constexpr const char* copyPictureText = "Copy &picture\tCtrl+C";
-inline constexpr const char* goToPositionText = "Go &to position...\tCtrl+G";
+inline constexpr const char* goToPositionText = "Go to position...\tCtrl+G";
 inline constexpr const char* savePictureText = "Save p&icture...\tCtrl+Shift+P";
 
 inline constexpr MenuItem menuLine = {};
@@ -116,7 +116,7 @@ inline constexpr MenuItem skyGridItems[] = {
     {"&Usual labels", idSkyLabels, nullptr, 0},
     {"&Sexagesimal", idSkyLabels + 1, nullptr, 0},
     {"&Degrees", idSkyLabels + 2, nullptr, 0},
-    {"O&ffsets", idSkyLabels + 3, nullptr, 0},
+    {"Offs&ets", idSkyLabels + 3, nullptr, 0},
 };
 
 inline constexpr MenuItem surfaceFloorItems[] = {

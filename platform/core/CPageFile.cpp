@@ -89,8 +89,8 @@ CPageFile::CPageFile(Format format, int width, int height, const CString& title,
         device = &data_->pdf->device();
     }
     data_->page.drawOn(device);
-    data_->dc = device ? std::make_unique<CDC>(std::make_unique<PageBackend>(
-                             data_->size, scale, ground, data_->page))
+    data_->dc = device ? std::make_unique<CDC>(
+                             std::make_unique<PageBackend>(data_->size, scale, ground, data_->page))
                        : std::make_unique<CDC>();
 }
 
@@ -100,8 +100,7 @@ CDC& CPageFile::dc() { return *data_->dc; }
 
 int CPageFile::NewPage()
 {
-    if (!data_->pdf || !data_->pdf->endPage() ||
-        !data_->pdf->startPage(data_->sheet, data_->size))
+    if (!data_->pdf || !data_->pdf->endPage() || !data_->pdf->startPage(data_->sheet, data_->size))
         return 0;
     (void)data_->dc->SaveDC();
     (void)data_->dc->RestoreDC(-1);  // the new page hears of the clip

@@ -61,8 +61,8 @@ void MapPicture::contentChanged()
 
 void MapPicture::setHeaderNote(const CString& note)
 {
-    const CString line = mapHeaderLine(content_->map.header, content_->range, content_->noise);
-    graph_->setUsualHeader(note.empty() ? line : line + "   " + note);
+    graph_->setUsualHeader(
+        mapHeaderLine(content_->map.header, content_->range, content_->noise, note));
 }
 
 void MapPicture::draw(CDC& dc, const CRect& rect) { figure_.draw(dc, figure_.layOut(dc, rect)); }

@@ -128,7 +128,8 @@ std::string referenceText(const MapHeader& header)
 
 }  // namespace
 
-CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapNoise& noise)
+CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapNoise& noise,
+                      const CString& note)
 {
     // what the planes of a cube differ in is told by the plane
     const auto isOfPlane = [&](const char* ctype) {
@@ -152,7 +153,8 @@ CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapN
         append(text, std::string("noise") + hardBlank +
                          scaledText(noise.sigma * unit.factor, unit.name, headerDigits - 1));
     }
-    append(text, referenceText(header));
+    append(text, note);
+    append(text, referenceText(header));  // what is too long loses its end
     return text;
 }
 
