@@ -337,8 +337,8 @@ int SkyCoordinates::localSky(double column, double row, const SkyFrame& in, Loca
                         2 * std::cos(d * degree) * std::sin(dec * degree) * half * half;
     }
     double m[2][2];
-    for (int axis = 0; axis < 2; ++axis)
-        for (int i = 0; i < 2; ++i)
+    for (std::size_t axis = 0; axis < 2; ++axis)
+        for (std::size_t i = 0; i < 2; ++i)
             m[i][axis] = (offsets[2 * axis + 1][i] - offsets[2 * axis][i]) / (2 * step * degree);
     const double det = m[0][0] * m[1][1] - m[0][1] * m[1][0];
     if (!(det != 0) || !std::isfinite(det))

@@ -113,7 +113,7 @@ AArray<COLORREF> AColorsGraph::mapColors(const AColorPlay& playedWith) const
         } else if (i < known) {
             colours(i) = RGB(entries[i].peRed, entries[i].peGreen, entries[i].peBlue);
         } else {
-            const int grey = i * 255 / (count - 1);
+            const int grey = i * 255 / std::max(count - 1, 1);
             colours(i) = RGB(grey, grey, grey);
         }
     }
