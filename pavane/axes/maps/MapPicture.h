@@ -39,7 +39,7 @@ public:
     ALevelsColorGraph& graph() { return *graph_; }
     AAxisColorOP& bar() { return *bar_; }
     MapFigure& figure() { return figure_; }
-    /// The usual header line, with `note` behind it unless that is empty. A header that someone
+    /// The usual header line, with `note` in it, before the position. A header that someone
     /// gave the graph stays.
     void setHeaderNote(const CString& note);
 
