@@ -1,10 +1,7 @@
 // How long work goes on between two looks at its stop flag, which is what Escape and Ctrl+C wait
 // for: `longest_ms` beside the time of the whole job. The flag asks every 20 ms at most, so that
 // much is in it.
-#include "pavane/axes/A2DAxis.h"
-#include "pavane/axes/maps/AAxisColorOP.h"
-#include "pavane/axes/maps/ALevelsColorGraph.h"
-#include "pavane/axes/maps/MapFigure.h"
+#include "large_figure.h"
 #include "pavane/axes/maps/MapNumbers.h"
 #include "pavane/images/palettes.h"
 #include "pavane/tables/components/component_arrays.h"
@@ -77,43 +74,19 @@ const AMatrix<float>& cells()
     return map;
 }
 
-/// Colours and contours down into the noise, on a device of 900 x 900.
-void drawFigure(CDC& dc, const char* typed)
-{
-    const AFloatMatrixAccess access(cells());
-    A2DAxis axis(-1, 1, nullptr, 0);
-    TMinMax centres;
-    centres.xMin = 100;
-    centres.xMax = -100;
-    centres.yMin = -100;
-    centres.yMax = 100;
-    auto* const graph = new ALevelsColorGraph(&axis, access, centres, 0);
-    ContourLevels levels;
-    levels.unit = LevelUnit::absolute;
-    if (typed)
-        (void)levels.read(typed);
-    graph->contours().setLevels(levels);
-    AAxisColorOP bar(*graph);
-    MapFigure figure;
-    figure.setAxis(&axis);
-    figure.setMap(graph);
-    figure.setBar(&bar);
-    figure.draw(dc, figure.layOut(dc, CRect(0, 0, 900, 900)));
-}
-
 void drawPicture(const StopFlag& stop, const char* levels)
 {
     CPicture picture(900, 900);
     const auto dc = picture.dc();
     dc->setStop(&stop);
-    drawFigure(*dc, levels);
+    drawLargeFigure(*dc, cells(), levels);
 }
 
 void drawPage(const StopFlag& stop)
 {
     CPageFile page(CPageFile::Format::pdf, 900, 900, "stop", 1);
     page.dc().setStop(&stop);
-    drawFigure(page.dc(), "sigma:-1,1,2,3,4,5,6,7");
+    drawLargeFigure(page.dc(), cells(), "sigma:-1,1,2,3,4,5,6,7");
     std::vector<unsigned char> bytes;
     CString error;
     (void)page.CloseBytes(bytes, error);
@@ -123,7 +96,7 @@ void packPicture(const StopFlag& stop)
 {
     static const CPicture picture = [] {
         CPicture drawn(4000, 4000);
-        drawFigure(*drawn.dc(), nullptr);
+        drawLargeFigure(*drawn.dc(), cells(), nullptr);
         return drawn;
     }();
     std::vector<unsigned char> bytes;

@@ -1,13 +1,9 @@
 // Pictures of large maps, each with its own axis, graph, figure and PNG: by one thread, and by
 // four.
-#include "pavane/axes/A2DAxis.h"
-#include "pavane/axes/maps/AAxisColorOP.h"
-#include "pavane/axes/maps/ALevelsColorGraph.h"
-#include "pavane/axes/maps/MapFigure.h"
+#include "large_figure.h"
 #include "pavane/images/palettes.h"
 #include "platform/picture_bytes.h"
 #include "platform/platform.h"
-#include "tessel/AMatrix.h"
 
 #include <atomic>
 #include <benchmark/benchmark.h>
@@ -45,27 +41,9 @@ const AMatrix<float>& cells()
 
 void draw(int contours)
 {
-    const AFloatMatrixAccess access(cells());
-    A2DAxis axis(-1, 1, nullptr, 0);
-    TMinMax centres;
-    centres.xMin = 100;
-    centres.xMax = -100;
-    centres.yMin = -100;
-    centres.yMax = 100;
-    auto* const graph = new ALevelsColorGraph(&axis, access, centres, 0);
-    ContourLevels levels;
-    levels.unit = LevelUnit::absolute;
-    if (contours)
-        (void)levels.read("peak:1,2,4,8,16,32,64");
-    graph->contours().setLevels(levels);
-    AAxisColorOP bar(*graph);
-    MapFigure figure;
-    figure.setAxis(&axis);
-    figure.setMap(graph);
-    figure.setBar(&bar);
     CPicture picture(900, 900);
     const auto dc = picture.dc();
-    figure.draw(*dc, figure.layOut(*dc, CRect(0, 0, 900, 900)));
+    drawLargeFigure(*dc, cells(), contours ? "peak:1,2,4,8,16,32,64" : nullptr);
     std::vector<unsigned char> png;
     CString error;
     (void)PNGBytes(picture, png, error);
