@@ -34,7 +34,8 @@ public:
     int isWithoutData() const override;
     /// A grid that supplies ticks, labels and titles in place of those of the axis, as long as it
     /// has something to show, and whose lines are drawn after all other graphs; null, as at first,
-    /// for none. The axis owns it only when it was made in it.
+    /// for none. The axis owns it only when it was made in it; another one has to outlive it or to
+    /// be taken back by null.
     void setSkyGrid(ABSkyGrid* grid);
     ABSkyGrid* skyGrid() const { return skyGrid_; }
     /// Forgets the cached raster and deletes its file: call it when the data change.
