@@ -36,7 +36,7 @@ int FitsMapReader::open(const std::string& name, int plane, std::string& error)
         return 0;
     }
     header_ = readMapHeader(cards, image.lengths, plane);
-    error = stepFault(cards, header_);
+    error = stepFault(cards, header_, 1);
     if (!error.empty())
         return 0;
     header_.planes = static_cast<int>(cellCount(image.lengths, 2));

@@ -279,17 +279,17 @@ std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane)
     return pixels;
 }
 
-std::string stepFault(const HeaderCards& cards, const MapHeader& header)
+std::string stepFault(const HeaderCards& cards, const MapHeader& header, int mayLack)
 {
     const StepMatrices m = matricesOf(cards);
-    if (!header.hasCelestialAxes || (m.hasCd && !isFlat(m.cd)))
+    if ((mayLack && !header.hasCelestialAxes) || (m.hasCd && !isFlat(m.cd)))
         return {};
     for (const char* const key : {"CDELT1", "CDELT2"}) {
         // one that is not there is 1 by the standard, beside CD nothing
         double step = m.hasCd || !cards.value(key).empty() ? 0 : 1;
         (void)cards.number(key, step);
         if (step == 0 || !std::isfinite(step))
-            return std::string("has no step between cells on the sky (").append(key).append(")");
+            return std::string("has no step between cells (").append(key).append(")");
     }
     return m.hasPc && isFlat(m.pc) ? "has a matrix PC that lays all cells on one line" : "";
 }

@@ -14,9 +14,10 @@ namespace pavane
 /// missing or not a finite number keeps its default; `plane` counts over all further axes.
 MapHeader readMapHeader(const HeaderCards& cards, const std::vector<std::int64_t>& lengths,
                         int plane);
-/// Why the steps of such a header do not place cells on the sky that it says it is of: a clause
-/// without its subject, empty when they do.
-std::string stepFault(const HeaderCards& cards, const MapHeader& header);
+/// Why the steps of such a header do not place its cells: a clause without its subject, empty when
+/// they do. Files of programs that know no positions have steps of 0; `mayLack`: where the header
+/// does not say that it is of the sky, none is missed.
+std::string stepFault(const HeaderCards& cards, const MapHeader& header, int mayLack);
 
 /// The pixel, from 0, of `plane` along each axis; 0 on the first two.
 std::vector<int> planePixels(const std::vector<MapAxis>& axes, int plane);

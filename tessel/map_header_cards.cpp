@@ -38,7 +38,7 @@ int readChecked(const std::string& text, int rows, int columns, int plane, MapHe
     if (!choosePlane(image, plane, error))
         return 0;
     MapHeader made = readMapHeader(cards, image.lengths, plane);
-    error = stepFault(cards, made);
+    error = stepFault(cards, made, 0);
     if (!error.empty())
         return 0;
     header = std::move(made);
