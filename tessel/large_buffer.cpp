@@ -1,10 +1,8 @@
 #include "tessel/large_buffer.h"
 
-#include <cstdlib>
+#include "posix/huge_pages.h"
 
-#ifdef __linux__
-#include <sys/mman.h>
-#endif
+#include <cstdlib>
 
 namespace pavane
 {
@@ -38,17 +36,6 @@ void* allocateLarge(std::int64_t bytes)
 
 void freeLarge(void* buffer) { std::free(buffer); }
 
-void adviseHugePages([[maybe_unused]] void* buffer, [[maybe_unused]] std::int64_t bytes)
-{
-#ifdef __linux__
-    if (bytes < hugeFrom)
-        return;
-    const auto address = reinterpret_cast<std::uintptr_t>(buffer);
-    const std::uintptr_t first = (address + hugePage - 1) / hugePage * hugePage;
-    const std::uintptr_t end = (address + static_cast<std::uintptr_t>(bytes)) / hugePage * hugePage;
-    if (first < end)
-        (void)madvise(reinterpret_cast<void*>(first), end - first, MADV_HUGEPAGE);
-#endif
-}
+void adviseHugePages(void* buffer, std::int64_t bytes) { hintHugePages(buffer, bytes); }
 
 }  // namespace pavane

@@ -1,5 +1,6 @@
 #include "platform/core/DeviceBackend.h"
 #include "platform/picture.h"
+#include "posix/huge_pages.h"
 
 #include <new>
 
@@ -19,8 +20,11 @@ CPicture::CPicture(int width, int height, PictureGround ground)
         return;
     // a vector has no other way to say that memory ran out
     try {
-        pixels_.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
-                       ground == PictureGround::transparent ? 0xFF000000u : 0xFFFFFFu);
+        const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+        pixels_.reserve(count);
+        // or the first touch of a poster's pixels takes longer than all that stops in between
+        hintHugePages(pixels_.data(), static_cast<std::int64_t>(count * sizeof(pixels_[0])));
+        pixels_.assign(count, ground == PictureGround::transparent ? 0xFF000000u : 0xFFFFFFu);
     } catch (const std::bad_alloc&) {
         return;
     }
