@@ -31,6 +31,8 @@ class PAVANE_API CPicture
 public:
     CPicture() = default;
     CPicture(int width, int height, PictureGround ground = PictureGround::white);
+    /// The same, empty when `stop` goes up first: the pixels of a poster take a while to be had.
+    CPicture(int width, int height, PictureGround ground, const StopFlag* stop);
     CPicture(const CPicture&) = delete;
     CPicture& operator=(const CPicture&) = delete;
     /// What was moved from is empty.

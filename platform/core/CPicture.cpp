@@ -1,8 +1,11 @@
 #include "platform/core/DeviceBackend.h"
 #include "platform/picture.h"
 #include "posix/huge_pages.h"
+#include "posix/StopFlag.h"
 
+#include <algorithm>
 #include <new>
+#include <utility>
 
 namespace pavane
 {
@@ -11,10 +14,16 @@ namespace
 {
 
 constexpr int greatestSide = 32768;
+constexpr std::size_t pixelsOfLook = std::size_t{1} << 20;
 
 }  // namespace
 
 CPicture::CPicture(int width, int height, PictureGround ground)
+    : CPicture(width, height, ground, nullptr)
+{
+}
+
+CPicture::CPicture(int width, int height, PictureGround ground, const StopFlag* stop)
 {
     if (width < 1 || height < 1 || width > greatestSide || height > greatestSide)
         return;
@@ -24,8 +33,14 @@ CPicture::CPicture(int width, int height, PictureGround ground)
         pixels_.reserve(count);
         // or the first touch of a poster's pixels takes longer than all that stops in between
         hintHugePages(pixels_.data(), static_cast<std::int64_t>(count * sizeof(pixels_[0])));
-        pixels_.assign(count, ground == PictureGround::transparent ? 0xFF000000u : 0xFFFFFFu);
+        const std::uint32_t empty = ground == PictureGround::transparent ? 0xFF000000u : 0xFFFFFFu;
+        while (pixels_.size() < count && !isStopped(stop))
+            pixels_.resize(std::min(count, pixels_.size() + pixelsOfLook), empty);
     } catch (const std::bad_alloc&) {
+        return;
+    }
+    if (isStopped(stop)) {
+        pixels_ = {};
         return;
     }
     width_ = width;

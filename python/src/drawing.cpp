@@ -62,7 +62,9 @@ std::shared_ptr<const CPicture> Drawing::drawn(int ratio, PictureGround ground,
     error = platform.fault();
     if (!error.empty())
         return nullptr;
-    auto picture = std::make_shared<CPicture>(width_ * ratio, height_ * ratio, ground);
+    auto picture = std::make_shared<CPicture>(width_ * ratio, height_ * ratio, ground, &stop);
+    if (stop.isStopped())
+        return nullptr;
     CBitmap bitmap;
     if (!picture->width() || (ratio > 1 && !bitmap.CreateBitmap(width_, height_, ratio))) {
         error = noMemory;

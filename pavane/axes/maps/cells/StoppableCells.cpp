@@ -15,7 +15,8 @@ constexpr float blankCell = std::numeric_limits<float>::quiet_NaN();
 
 void StoppableCells::look(int cells) const
 {
-    unseen_ = std::min(unseen_, cellsOfLook) + std::min(cells, cellsOfLook);
+    // a row of few cells may be drawn as many rows of pixels
+    unseen_ = std::min(unseen_, cellsOfLook) + std::clamp(cells, cellsOfLook / 4, cellsOfLook);
     if (!stop_ || isStopped_ || unseen_ < cellsOfLook)
         return;
     unseen_ = 0;
