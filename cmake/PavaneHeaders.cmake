@@ -174,6 +174,12 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/areas/cell_numbers.h
     pavane/measures/maps/moments.h
     pavane/measures/maps/smooth_map.h
+    pavane/measures/profiles/CellHistogram.h
+    pavane/measures/profiles/MapProfile.h
+    pavane/measures/profiles/NumberTable.h
+    pavane/measures/profiles/profile_tables.h
+    pavane/measures/profiles/sky_ruler.h
+    pavane/measures/profiles/spectra.h
     pavane/printing/APrinter.h
     pavane/printing/APrintOut.h
     pavane/printing/layout/APrnAddInfo.h

@@ -1,4 +1,3 @@
-#include "apps/view/area_numbers.h"
 #include "apps/view/batch_output.h"
 #include "apps/view/data_batch.h"
 #include "apps/view/figure.h"
@@ -9,6 +8,7 @@
 #include "apps/view/print_batch.h"
 #include "apps/view/printed_planes.h"
 #include "apps/view/printed_table.h"
+#include "apps/view/profiles/map_tables.h"
 #include "apps/view/same_file.h"
 #include "apps/view/SurfacePicture.h"
 #include "apps/view/table_export.h"
@@ -49,9 +49,9 @@ std::string misfit(const ViewOptions& options, const std::string& file, int isDa
 {
     if (isData && !options.onlyOfMaps.empty())
         return options.onlyOfMaps + " goes with a map; " + file + " holds visibilities";
-    if (isData && options.wantsTable(areaTable))
-        return std::string("--table ") + areaTable + " goes with a map; " + file +
-               " holds visibilities";
+    for (const TableWish& wish : options.tables)
+        if (isData && (wish.table == areaTable || isMeasuredTable(wish.table)))
+            return "--table " + wish.table + " goes with a map; " + file + " holds visibilities";
     if (!isData && !options.times.isAll() && !file.empty())
         return "--times goes with a file of visibilities; " + file + " holds none";
     return {};
@@ -61,7 +61,7 @@ int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::stri
 {
     const int nothingElse = !options.wantsPicture() && options.mask.empty() &&
                             options.visibilities.empty() && options.tables.empty() &&
-                            !options.print.wanted();
+                            !options.print.wanted() && !options.profile.wanted();
     std::string text;
     if (options.stats || nothingElse)
         text += statisticsText(inputs);
@@ -91,7 +91,7 @@ int drawSurface(char** argv, const ViewOptions& options, const ViewInputs& input
 }
 
 int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
-            const AComponents& components, const AreaTable& areas, std::string& error)
+            const AComponents& components, const MapTables& measured, std::string& error)
 {
     std::vector<std::string> notes;
     std::unique_ptr<PrintedPlanes> planes;
@@ -112,7 +112,7 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
         BatchJob job{std::move(picture), usualCaption(inputs.map.header), {}};
         if (options.wantsPrintedTable())
             job.newWindow = [&] {
-                return newPrintedTable(options.tables.back(), nullptr, &components, &areas);
+                return newPrintedTable(options.tables.back(), nullptr, &components, &measured);
             };
         else if (planes)
             job.newWindow = [&] { return planes->newWindow(); };
@@ -125,6 +125,14 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
     return 1;
 }
 
+/// What was measured and goes into no table.
+int printMeasured(const ViewOptions& options, const MapTables& measured, std::string& error)
+{
+    return !options.profile.wanted() || options.wantsTable(profileTableName) ||
+           writeTextFile(
+               "-", [&](std::ostream& stream) { return measured.profile.writeTsv(stream); }, error);
+}
+
 int runBatch(char** argv, const ViewOptions& options, std::string& error)
 {
     if (options.made.wanted())
@@ -134,10 +142,10 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     std::vector<std::string> notes;
     if (!choosePalette(options.palette, error) || !readInputs(options, inputs, notes, error))
         return 0;
-    AreaTable areas;
-    if (options.wantsTable(areaTable) && !fillAreaTable(options, inputs, areas, error))
+    MapTables measured;
+    if (!fillMapTables(options, inputs, measured, notes, error))
         return 0;
-    const int hasTables = writeTables(options, nullptr, components, &areas, notes, error);
+    const int hasTables = writeTables(options, nullptr, components, &measured, notes, error);
     printNotes(notes);
     if (!hasTables)
         return 0;
@@ -147,9 +155,9 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
         return 0;
     }
     if ((options.wantsPicture() || options.print.wanted()) &&
-        !drawMap(argv, options, inputs, components, areas, error))
+        !drawMap(argv, options, inputs, components, measured, error))
         return 0;
-    return writeNumbers(options, inputs, error);
+    return printMeasured(options, measured, error) && writeNumbers(options, inputs, error);
 }
 
 }  // namespace

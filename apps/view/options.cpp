@@ -164,9 +164,11 @@ int readTableName(const std::string& text, ViewOptions& options, std::string& er
     for (const UvTable table : uvTables)
         names += std::string(uvTableLook(table).name) + ", ";
     UvTable found = UvTable::telescopes;
-    if (!uvTableOf(text, found) && text != componentTable && text != areaTable) {
-        error =
-            "--table knows " + names + componentTable + ", " + areaTable + ", not '" + text + "'";
+    if (!uvTableOf(text, found) && text != componentTable && text != areaTable &&
+        !isMeasuredTable(text)) {
+        error = "--table knows " + names + componentTable + ", " + areaTable + ", " +
+                profileTableName + ", " + spectrumTableName + ", " + histogramTableName +
+                ", not '" + text + "'";
         return 0;
     }
     if (!options.tables.empty() && options.tables.back().file.empty()) {
@@ -208,7 +210,7 @@ constexpr std::string_view mapOptions[] = {
     "--areas",    "--plane",   "--levels",     "--scale",        "--range",  "--palette",
     "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes", "--grid",
     "--contrast", "--surface", "--empty-area", "--sky-grid",     "--moment", "--smooth",
-    "--out",      "--errors",  "--clip"};
+    "--out",      "--errors",  "--clip",       "--profile",      "--across"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -299,9 +301,12 @@ OptionTable<ViewOptions> newTable()
         {{"--table", "", "NAME",
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
           "frequencies or scans of a data file, components of a map, the numbers of its areas "
-          "(those of --areas; of several --planes one after another); may be repeated, each with "
-          "its --tsv; the last one without is what --print prints",
-          "telescopes baselines sources stokes frequencies scans components areas"},
+          "(those of --areas; of several --planes one after another), a --profile, the spectrum of "
+          "each area, or of the map, through a cube, the histogram of these cells; may be "
+          "repeated, "
+          "each with its --tsv; the last one without is what --print prints",
+          "telescopes baselines sources stokes frequencies scans components areas profile spectrum "
+          "histogram"},
          readTableName,
          onlyInBatch,
          1},
@@ -317,6 +322,7 @@ OptionTable<ViewOptions> newTable()
     };
     addPlotOptions(table);
     addMadeMapOptions(table, onlyInBatch);
+    addProfileOptions(table, onlyInBatch);
     addPrintOptions(table, onlyInBatch);
     table.insert(
         table.end(),
@@ -390,7 +396,7 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "no map is named";
     return error.empty() && checkPlotOptions(options, error) &&
            checkMadeMapOptions(options, given, error) && checkPrintOptions(options, given, error) &&
-           checkSurface(options, error);
+           checkSurface(options, error) && checkProfileOptions(options, error);
 }
 
 }  // namespace
@@ -451,6 +457,8 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
         return 0;
     if (options.print.hasPlanes())
         options.plane = options.print.firstPlane;  // for what is made of one plane beside
+    else if (options.plane < 0 && isOfAllPlanes(options))
+        options.plane = 0;
     return 1;
 }
 

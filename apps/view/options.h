@@ -4,6 +4,7 @@
 #include "apps/view/made_map_options.h"
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
+#include "apps/view/profiles/profile_options.h"
 #include "pavane/axes/maps/MapLook.h"
 #include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "tessel/uvfits/UvTimes.h"
@@ -59,6 +60,7 @@ struct ViewOptions : MapLook {
     std::string emptyArea;  ///< name or number of the area whose noise counts; "": the map's
     PrintWish print;
     MadeMapWish made;
+    ProfileWish profile;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }

@@ -175,13 +175,14 @@ int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptio
                       std::string& error)
 {
     const PrintWish& print = options.print;
-    // a table of areas has rows for each of the planes, moments are made of them
-    const int ofTable = options.wantsTable(areaTable) || options.made.needsPlanes();
+    // tables of areas and spectra have rows for each of the planes, moments are made of them
+    const int ofTable = options.wantsTable(areaTable) || options.wantsTable(spectrumTableName) ||
+                        options.made.needsPlanes();
     const auto only = std::find_if(given.options.begin(), given.options.end(), [&](const auto* o) {
         return std::count(std::begin(printOnly), std::end(printOnly), o->name) != 0 &&
                !(ofTable && o->name == std::string_view("--planes"));
     });
-    if (print.lastPlane - print.firstPlane >= mostPrintedPlanes && !options.made.needsPlanes())
+    if (print.lastPlane - print.firstPlane >= mostPrintedPlanes && !ofTable)
         error = "--planes prints " + std::to_string(mostPrintedPlanes) + " planes at most";
     else if (!print.wanted() && only != given.options.end())
         error = std::string((*only)->name) + " goes with --print or --printer";
@@ -192,7 +193,8 @@ int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptio
     else if (print.hasPlanes() && options.plane >= 0)
         error = "--plane is one, --planes are several: one of the two";
     else if (print.hasPlanes() && options.wantsPrintedTable() &&
-             options.tables.back().table != areaTable)
+             options.tables.back().table != areaTable &&
+             options.tables.back().table != spectrumTableName)
         error = "--planes prints pictures, --table without --tsv a table: one at a time";
     return error.empty();
 }

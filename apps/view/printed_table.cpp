@@ -1,6 +1,8 @@
 #include "apps/view/printed_table.h"
 
 #include "apps/view/AreaNumbersTbl.h"
+#include "apps/view/profiles/map_tables.h"
+#include "apps/view/profiles/NumbersTbl.h"
 #include "pavane/tables/observation/AComponentsTbl.h"
 #include "pavane/tables/observation/AObservationTbl.h"
 
@@ -33,6 +35,12 @@ private:
     EditedComponents list_;
 };
 
+class PrintedNumbers : public NumbersTbl
+{
+public:
+    CString profileSection() override { return {}; }
+};
+
 class PrintedAreas : public AreaNumbersTbl
 {
 public:
@@ -42,11 +50,16 @@ public:
 }  // namespace
 
 std::unique_ptr<ABWindow> newPrintedTable(const TableWish& wish, UvObservation* observation,
-                                          const AComponents* model, const AreaTable* areas)
+                                          const AComponents* model, const MapTables* measured)
 {
-    if (areas && wish.table == areaTable) {
+    if (measured && wish.table == areaTable) {
         auto numbers = std::make_unique<PrintedAreas>();
-        numbers->SetTable(areas);
+        numbers->SetTable(&measured->areas);
+        return numbers;
+    }
+    if (const NumberTable* const found = measured ? measured->numbersOf(wish.table) : nullptr) {
+        auto numbers = std::make_unique<PrintedNumbers>();
+        numbers->SetTable(found);
         return numbers;
     }
     UvTable table = UvTable::telescopes;

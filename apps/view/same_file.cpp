@@ -113,7 +113,8 @@ std::string outputClash(const ViewOptions& options)
                                       {"--out", options.made.out},
                                       {"--errors", options.made.errors},
                                       {"--print", options.print.settings.file}};
-    int prints = options.stats || options.made.wanted() || !options.visibilities.empty();
+    int prints = options.stats || options.made.wanted() || options.profile.wanted() ||
+                 !options.visibilities.empty();
     for (const TableWish& wish : options.tables) {
         const int isPrinted = wish.file == "-";
         prints = prints || isPrinted;

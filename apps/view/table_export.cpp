@@ -1,7 +1,7 @@
 #include "apps/view/table_export.h"
 
+#include "apps/view/profiles/map_tables.h"
 #include "apps/view/progress.h"
-#include "pavane/measures/areas/AreaTable.h"
 #include "pavane/tables/components/component_table.h"
 #include "pavane/tables/components/map_components.h"
 #include "pavane/tables/uvdata/UvObservation.h"
@@ -104,7 +104,7 @@ int writeTextFile(const std::string& file, const std::function<int(std::ostream&
 }
 
 int writeTables(const ViewOptions& options, UvObservation* observation, AComponents& model,
-                const AreaTable* areas, std::vector<std::string>& notes, std::string& error)
+                const MapTables* measured, std::vector<std::string>& notes, std::string& error)
 {
     const UvObservation none;
     if ((observation && !fill(options, *observation, error)) ||
@@ -115,9 +115,11 @@ int writeTables(const ViewOptions& options, UvObservation* observation, ACompone
     for (const TableWish& wish : options.tables) {
         UvTable table = UvTable::telescopes;
         const int isOfData = uvTableOf(wish.table, table);
-        const int isOfAreas = areas && wish.table == areaTable;
+        const int isOfAreas = measured && wish.table == areaTable;
+        const NumberTable* const numbers = measured ? measured->numbersOf(wish.table) : nullptr;
         const int rows = isOfData    ? tables.rows(table)
-                         : isOfAreas ? static_cast<int>(areas->rows().size())
+                         : isOfAreas ? static_cast<int>(measured->areas.rows().size())
+                         : numbers   ? numbers->rows()
                                      : model.count();
         if (rows == 0)
             notes.push_back(options.map + ": has no " + wish.table +
@@ -128,7 +130,9 @@ int writeTables(const ViewOptions& options, UvObservation* observation, ACompone
             if (isOfData)
                 return tables.writeTsv(table, stream);
             if (isOfAreas)
-                return areas->writeTsv(stream);
+                return measured->areas.writeTsv(stream);
+            if (numbers)
+                return numbers->writeTsv(stream);
             const std::string text = componentTsv(model);
             stream.write(text.data(), static_cast<std::streamsize>(text.size()));
             return static_cast<int>(stream.good());
