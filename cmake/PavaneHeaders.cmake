@@ -172,7 +172,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/areas/AreaMeasures.h
     pavane/measures/areas/AreaTable.h
     pavane/measures/areas/cell_numbers.h
+    pavane/measures/maps/CellMapping.h
     pavane/measures/maps/moments.h
+    pavane/measures/maps/pair_maps.h
+    pavane/measures/maps/regrid_map.h
     pavane/measures/maps/smooth_map.h
     pavane/measures/profiles/CellHistogram.h
     pavane/measures/profiles/MapProfile.h

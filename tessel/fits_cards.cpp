@@ -1,5 +1,7 @@
 #include "tessel/fits_cards.h"
 
+#include "tessel/HeaderCards.h"
+#include "tessel/made_map.h"
 #include "tessel/value_text.h"
 
 #include <algorithm>
@@ -55,6 +57,14 @@ std::string textCard(const std::string& key, const std::string& value)
     }
     quoted.resize(std::max<std::size_t>(quoted.size(), 8), ' ');
     return card(key, "'" + quoted + "'");
+}
+
+/// "CD3_3" of "3".
+std::string diagonalKey(std::string letters, const std::string& n)
+{
+    letters += n;
+    letters += '_';
+    return letters += n;
 }
 
 /// Non-zero when the cards give steps and turns as a CD matrix, in which a missing item is 0.
@@ -142,7 +152,82 @@ std::vector<std::string> keptCards(const MapHeader& header)
     return cards;
 }
 
+/// Non-zero for a card that places axes 1 and 2 on the sky.
+int isSkyCard(const std::string& text)
+{
+    static constexpr std::string_view whole[] = {"EQUINOX",  "EPOCH",   "RADESYS",
+                                                 "RADECSYS", "LONPOLE", "LATPOLE"};
+    const int axis = axisOf(text);
+    return axis == 1 || axis == 2 ||
+           (axis == 0 && std::any_of(std::begin(whole), std::end(whole), [&](auto key) {
+                return text.starts_with(key) &&
+                       (text[key.size()] == ' ' || text[key.size()] == '=');
+            }));
+}
+
+/// The step of an axis beyond the second, by CD, PC or CDELT.
+double stepOf(const std::vector<std::string>& cards, int number, const MapAxis& axis)
+{
+    const std::string n = std::to_string(number);
+    double step = axis.cdelt;
+    for (const std::string& text : cards) {
+        double value = 0;
+        const std::string key = text.substr(0, 8);
+        const int isCd = key.starts_with(diagonalKey("CD", n) + " ");
+        if ((isCd || key.starts_with(diagonalKey("PC", n) + " ")) &&
+            fieldNumber(valueField(text), value) && value != 0)
+            step = isCd ? value : step * value;
+    }
+    return step;
+}
+
 }  // namespace
+
+MapHeader headerOnGrid(const MapHeader& map, const MapHeader& like)
+{
+    MapHeader made = map;
+    const std::size_t axes = std::max<std::size_t>(map.axes.size(), 2);
+    made.axes.resize(axes);
+    for (std::size_t i = 0; i < std::min<std::size_t>(like.axes.size(), 2); ++i)
+        made.axes[i] = like.axes[i];
+    std::copy(&like.cd[0][0], &like.cd[0][0] + 4, &made.cd[0][0]);
+    made.hasCelestialAxes = like.hasCelestialAxes;
+    made.longitudeAxis = like.longitudeAxis;
+    made.equinox = like.equinox;
+    made.coordinateCards.clear();
+    for (const std::string& text :
+         like.coordinateCards.empty() ? madeCards(like) : like.coordinateCards)
+        if (isSkyCard(text))
+            made.coordinateCards.push_back(text);
+    const int hasMatrix = haveCdMatrix(made.coordinateCards);
+    const std::vector<std::string> own =
+        map.coordinateCards.empty() ? madeCards(map) : keptCards(map);
+    for (const std::string& text : own) {
+        // steps are written the way the grid has its own: a matrix and CDELT do not mix
+        const int isStep =
+            text.starts_with("CD") || text.starts_with("PC") || text.starts_with("CROTA");
+        if (!isSkyCard(text) && (axisOf(text) == 0 || !isStep))
+            made.coordinateCards.push_back(text);
+    }
+    int plane = map.plane;
+    for (std::size_t i = 2; i < axes; ++i) {
+        MapAxis& axis = made.axes[i];
+        axis.crpix -= plane % std::max(axis.length, 1);
+        plane /= std::max(axis.length, 1);
+        axis.length = 1;
+        if (i >= fileAxes)
+            continue;
+        const int number = static_cast<int>(i) + 1;
+        const std::string n = std::to_string(number);
+        axis.cdelt = stepOf(own, number, axis);
+        made.coordinateCards.push_back(numberCard("CDELT" + n, axis.cdelt));
+        if (hasMatrix)
+            made.coordinateCards.push_back(numberCard(diagonalKey("CD", n), axis.cdelt));
+    }
+    made.plane = 0;
+    made.planes = 1;
+    return made;
+}
 
 std::vector<std::string> coordinateCards(const MapHeader& header)
 {
@@ -170,7 +255,7 @@ std::vector<std::string> coordinateCards(const MapHeader& header)
         appendAxis(i + 1, axis, cards);
         const std::string n = std::to_string(i + 1);
         if (hasMatrix)
-            cards.push_back(numberCard("CD" + n + "_" + n, axis.cdelt));
+            cards.push_back(numberCard(diagonalKey("CD", n), axis.cdelt));
     }
     return cards;
 }

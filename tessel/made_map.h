@@ -17,4 +17,8 @@ PAVANE_API int writeMadeMap(const std::string& file, const AMatrix<float>& cells
                             const MapHeader& header, const std::vector<std::string>& history,
                             std::string& error, const ProgressFunction& progress = {});
 
+/// The header of a map that is brought onto the grid of another one: axes 1 and 2 and the frame of
+/// `like`, everything else of `map`, whose plane becomes the only one. The beam keeps its angle.
+PAVANE_API MapHeader headerOnGrid(const MapHeader& map, const MapHeader& like);
+
 }  // namespace pavane

@@ -1,7 +1,7 @@
 #include "pavane/axes/maps/cells/map_statistics.h"
 #include "pavane/measures/maps/moments.h"
-#include "tessel/map_header_cards.h"
 #include "tessel/spectral_axis.h"
+#include "tests/measures/maps/header_cards.h"
 
 #include <gtest/gtest.h>
 
@@ -63,20 +63,6 @@ long double momentOf(Moment moment, const std::vector<MomentPlane>& planes,
         square += values[i] * planes[i].width / total * (planes[i].value - mean) *
                   (planes[i].value - mean);
     return moment == Moment::mean ? mean : std::sqrt(square);
-}
-
-/// A card a line, as "KEY=value; KEY=value" names them.
-std::string cardsOf(const std::string& text)
-{
-    std::string cards, key;
-    for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
-        end = std::min(text.find(';', at), text.size());
-        const std::size_t equal = text.find('=', at);
-        key = text.substr(at, equal - at);
-        key.resize(8, ' ');
-        cards += key + "= " + text.substr(equal + 1, end - equal - 1) + '\n';
-    }
-    return cards;
 }
 
 }  // namespace

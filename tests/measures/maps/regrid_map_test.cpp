@@ -1,0 +1,244 @@
+#include "pavane/measures/maps/pair_maps.h"
+#include "pavane/measures/maps/regrid_map.h"
+#include "tessel/fits_cards.h"
+#include "tests/measures/maps/header_cards.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+using namespace pavane;
+
+namespace
+{
+
+constexpr float blank = std::numeric_limits<float>::quiet_NaN();
+const SkyFrame icrs{SkyFrame::System::icrs, 2000};
+
+MapHeader headerOf(const std::string& cards, int rows, int columns)
+{
+    MapHeader header;
+    std::string error;
+    EXPECT_TRUE(readMapHeader(cardsOf("NAXIS=2;NAXIS1=" + std::to_string(columns) +
+                                      ";NAXIS2=" + std::to_string(rows) + ";" + cards),
+                              rows, columns, header, error, 0))
+        << error;
+    return header;
+}
+
+/// A smooth function of the position, with some ten cells of 0.1 degrees to a turn of it.
+double skyValue(double longitude, double latitude, SkyShift moved = {})
+{
+    const double degree = std::numbers::pi / 180;
+    const double x = (longitude - 187.7) * std::cos(latitude * degree) - moved.east;
+    const double y = latitude - 12.4 - moved.north;
+    return 2 + std::sin(3.0 * x + 0.4) * std::cos(2.6 * y) + 0.3 * std::cos(4 * (x + y));
+}
+
+AMatrix<float> mapOf(const MapHeader& header, SkyShift moved = {}, double factor = 1)
+{
+    SkyCoordinates sky;
+    std::string error;
+    EXPECT_TRUE(sky.init(header, error)) << error;
+    AMatrix<float> cells(header.axes[1].length, header.axes[0].length);
+    for (int r = 0; r < cells.rows(); ++r)
+        for (int c = 0; c < cells.columns(); ++c) {
+            double l = 0, b = 0;
+            cells(r, c) = sky.toSky(c, r, icrs, l, b)
+                              ? static_cast<float>(factor * skyValue(l, b, moved))
+                              : blank;
+        }
+    return cells;
+}
+
+const std::string sin10 = "CTYPE1='RA---SIN';CTYPE2='DEC--SIN';CRVAL1=187.7;CRVAL2=12.4;"
+                          "CRPIX1=75;CRPIX2=55;CDELT1=-0.1;CDELT2=0.1;";
+const std::string galactic = "CTYPE1='GLON-TAN';CTYPE2='GLAT-TAN';CRVAL1=283.7;CRVAL2=74.5;"
+                             "CRPIX1=50;CRPIX2=45;CD1_1=-0.05;CD1_2=0.02;CD2_1=0.02;CD2_2=0.06;";
+const std::string cartesian = "CTYPE1='RA---CAR';CTYPE2='DEC--CAR';CRVAL1=180;CRVAL2=0;"
+                              "CRPIX1=114;CRPIX2=-93;CDELT1=-0.12;CDELT2=0.09;RADESYS='FK5';"
+                              "EQUINOX=1975;";
+
+}  // namespace
+
+TEST(RegridMap, HasTheValuesOfTheSkyOnTheOtherGrid)
+{
+    const MapHeader header =
+        headerOf(sin10 + "BUNIT='JY/BEAM';BMAJ=0.4;BMIN=0.2;BPA=10;", 110, 150);
+    const AMatrix<float> cells = mapOf(header);
+    for (const std::string& cards : {galactic, cartesian, sin10 + "CROTA2=33;"})
+        for (const SkyShift moved : {SkyShift{}, SkyShift{0.07, -0.04}}) {
+            const MapHeader like = headerOf(cards, 90, 100);
+            RegriddedMap made;
+            std::string error;
+            ASSERT_TRUE(regridMap(cells, header, like, moved, made, error)) << error;
+            // a shift is one east and north in the frame of the grid
+            const int isOwnFrame = cards.starts_with("CTYPE1='RA---SIN");
+            if (!moved.isNone() && !isOwnFrame)
+                continue;
+            const AMatrix<float> wanted = mapOf(like, moved);
+            double worst = 0;
+            for (int i = 0; i < 9000; ++i)
+                if (std::isfinite(made.cells.data()[i]))
+                    worst = std::max(
+                        worst, std::fabs(double(made.cells.data()[i]) - double(wanted.data()[i])));
+            // what a cubic makes of ten cells a turn, and the plane that the function lies in
+            EXPECT_LT(worst, moved.isNone() ? 4e-3 : 8e-3) << cards;
+            EXPECT_GT(made.known, 3000) << cards;
+            // written and read again it lies where the grid does
+            std::string text = "NAXIS=2;NAXIS1=100;NAXIS2=90;";
+            text = cardsOf(text);
+            for (const std::string& card : coordinateCards(made.header))
+                text += card + '\n';
+            MapHeader read;
+            ASSERT_TRUE(readMapHeader(text, 90, 100, read, error, 0)) << error;
+            EXPECT_TRUE(haveSameCells(read, like)) << cards;
+            EXPECT_FALSE(haveSameCells(header, like)) << cards;
+        }
+}
+
+TEST(RegridMap, TheSameGridIsACopyAndBlanksAreKept)
+{
+    const MapHeader header = headerOf(sin10 + "BUNIT='JY/BEAM';", 110, 150);
+    AMatrix<float> cells = mapOf(header);
+    cells(50, 60) = blank;
+    RegriddedMap made;
+    std::string error;
+    ASSERT_TRUE(regridMap(cells, header, header, {}, made, error)) << error;
+    EXPECT_EQ(made.known, 110 * 150 - 1);
+    EXPECT_EQ(0, std::memcmp(made.cells.data(), cells.data(), 4 * 110 * 60));
+    // half a cell away the blank takes the four cells that it is a neighbour of along the row, and
+    // the edges the cells that would need what lies beyond
+    MapHeader half = header;
+    half.axes[0].crpix += 0.5;
+    ASSERT_TRUE(regridMap(cells, header, half, {}, made, error)) << error;
+    EXPECT_EQ(made.known, 110 * (150 - 3) - 4);
+}
+
+TEST(RegridMap, ValuesPerPixelKeepTheirSum)
+{
+    // a wide field, so that cells differ in size over it
+    const MapHeader header = headerOf(sin10 + "BUNIT='JY/PIXEL';", 110, 150);
+    const AMatrix<float> unit = mapOf(header);
+    SkyCoordinates sky;
+    std::string error;
+    ASSERT_TRUE(sky.init(header, error));
+    const auto sumOf = [](const AMatrix<float>& cells, const auto& weight) {
+        double sum = 0;
+        for (int r = 0; r < cells.rows(); ++r)
+            for (int c = 0; c < cells.columns(); ++c)
+                sum += std::isfinite(cells(r, c)) ? weight(r, c) * double(cells(r, c)) : 0;
+        return sum;
+    };
+    // a window in the map that falls to 0, so that no edge counts
+    AMatrix<float> cells = unit;
+    for (int r = 0; r < 110; ++r)
+        for (int c = 0; c < 150; ++c)
+            cells(r, c) *=
+                float(std::exp(-std::pow((r - 54) / 6.0, 2) - std::pow((c - 74) / 5.0, 2)));
+    const double sum = sumOf(cells, [](int, int) { return 1.0; });
+    for (const std::string& cards : {galactic, cartesian}) {
+        RegriddedMap made;
+        ASSERT_TRUE(regridMap(cells, header, headerOf(cards, 190, 200), {}, made, error)) << error;
+        EXPECT_NEAR(sumOf(made.cells, [](int, int) { return 1.0; }), sum, 2e-3 * sum) << cards;
+    }
+}
+
+TEST(RegridMap, RefusesWhatHasNoPlaceOrNothingInCommon)
+{
+    const MapHeader header = headerOf(sin10, 110, 150);
+    const AMatrix<float> cells = mapOf(header);
+    RegriddedMap made;
+    std::string error;
+    const char* const others[] = {
+        "CTYPE1='RA---SIN';CTYPE2='DEC--SIN';CRVAL1=7;CRVAL2=-12;CDELT1=-0.1;CDELT2=0.1;",
+        "CTYPE1='LINEAR';CTYPE2='LINEAR';",
+        "CTYPE1='RA---SIN';CTYPE2='DEC--SIN';CDELT1=-0.1;CDELT2=0.1;"};
+    for (const char* const cards : others) {
+        const MapHeader other = headerOf(cards, 20, 20);
+        EXPECT_FALSE(regridMap(cells, header, other, {}, made, error)) << cards;
+        EXPECT_FALSE(error.empty());
+    }
+    EXPECT_FALSE(regridMap(cells, header, header, {}, made, error, [](double) { return 0; }));
+    // a map of the whole sky, most of which the field does not show
+    const MapHeader all = headerOf("CTYPE1='GLON-AIT';CTYPE2='GLAT-AIT';CRVAL1=0;CRVAL2=0;CRPIX1="
+                                   "90.5;CRPIX2=45.5;CDELT1=-2;CDELT2=2;",
+                                   90, 180);
+    ASSERT_TRUE(regridMap(cells, header, all, {}, made, error)) << error;
+    EXPECT_NEAR(double(made.known), 14.7 * 10.7 / 4, 8);
+}
+
+TEST(PairMaps, AreTheirDefinitions)
+{
+    const MapHeader first = headerOf(sin10 + "BUNIT='JY/BEAM';RESTFRQ=5e9;", 110, 150);
+    const MapHeader second = headerOf(sin10 + "BUNIT='mJy/beam';RESTFRQ=1.4e9;", 110, 150);
+    AMatrix<float> a = mapOf(first), b = mapOf(second, {}, 1700);
+    a(3, 4) = blank;
+    b(7, 8) = -5;
+    const double noise[] = {0.5, 400}, calibration = 0.05;
+    for (const MapPair pair : {MapPair::difference, MapPair::ratio, MapPair::index}) {
+        PairMap made;
+        std::string error;
+        ASSERT_EQ(combineMaps({a, first, noise[0]}, {b, second, noise[1]}, {pair, 3, calibration},
+                              made, error),
+                  PairFault::none)
+            << error;
+        for (int i = 0; i < 110 * 150; ++i) {
+            const double x = double(a.data()[i]), y = double(b.data()[i]) / 1000;
+            const double ex = std::sqrt(0.25 + 0.0025 * x * x);
+            const double ey = std::sqrt(0.16 + 0.0025 * y * y);
+            const int isKnown =
+                std::isfinite(x) && (pair == MapPair::difference || (x > 1.5 && y > 1.2));
+            ASSERT_EQ(std::isfinite(made.cells.data()[i]), isKnown) << i;
+            if (!isKnown)
+                continue;
+            const double relative = std::sqrt(std::pow(ex / x, 2) + std::pow(ey / y, 2));
+            const double span = std::log(5.0 / 1.4);
+            const double values[] = {x - y, x / y, (std::log(x) - std::log(y)) / span};
+            const double errors[] = {std::sqrt(ex * ex + ey * ey), x / y * relative,
+                                     relative / span};
+            ASSERT_NEAR(made.cells.data()[i], values[int(pair)], 1e-6) << i;
+            ASSERT_NEAR(made.errors.data()[i], errors[int(pair)], 1e-6) << i;
+        }
+    }
+}
+
+TEST(PairMaps, RefuseWhatDoesNotGoTogether)
+{
+    const std::string usual = sin10 + "BUNIT='JY/BEAM';BMAJ=0.4;BMIN=0.2;BPA=10;";
+    const MapHeader first = headerOf(usual + "RESTFRQ=5e9;", 10, 12);
+    const std::string other = sin10 + "BUNIT='JY/BEAM';RESTFRQ=2e9;";
+    AMatrix<float> cells(10, 12);
+    cells.fill(1);
+    const struct {
+        MapPair pair;
+        std::string cards;
+        PairFault fault;
+    } cases[] = {
+        {MapPair::index, other + "BMAJ=0.4;BMIN=0.2;BPA=-170;", PairFault::none},
+        {MapPair::index, other + "BMAJ=0.401;BMIN=0.2;BPA=10.2;", PairFault::none},
+        {MapPair::index, other + "BMAJ=0.42;BMIN=0.2;BPA=10;", PairFault::beams},
+        {MapPair::difference, other + "BMAJ=0.4;BMIN=0.2;BPA=40;", PairFault::beams},
+        {MapPair::index, usual + "RESTFRQ=5.000000001e9;", PairFault::frequencies},
+        {MapPair::index, usual, PairFault::frequencies},
+        {MapPair::ratio, usual, PairFault::none},
+        {MapPair::difference, sin10 + "BUNIT='K';", PairFault::units},
+        {MapPair::ratio, sin10 + "BUNIT='K';", PairFault::none},
+        {MapPair::ratio, "CRPIX1=75.02;" + sin10, PairFault::cells},
+        {MapPair::ratio, "CRVAL2=12.402;" + sin10, PairFault::cells},
+        {MapPair::ratio, cartesian, PairFault::cells},
+        {MapPair::ratio, "CTYPE1='LINEAR';CTYPE2='LINEAR';", PairFault::cells},
+    };
+    for (const auto& c : cases) {
+        PairMap made;
+        std::string error;
+        const MapHeader second = headerOf(c.cards, 10, 12);
+        EXPECT_EQ(
+            combineMaps({cells, first, 0.1}, {cells, second, 0.1}, {c.pair, 3, 0}, made, error),
+            c.fault)
+            << c.cards;
+        EXPECT_EQ(error.empty(), c.fault == PairFault::none) << error;
+    }
+}
