@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string_view>
+#include <vector>
 
 namespace pavane
 {
@@ -15,25 +16,61 @@ namespace
 
 using Kind = MadeMapWish::Kind;
 
-/// What goes with each kind of map that is made of others.
-constexpr std::string_view withMoment[] = {"--batch", "--moment", "--planes",
-                                           "--clip",  "--out",    "--errors"};
-constexpr std::string_view withSmooth[] = {"--batch", "--smooth", "--plane", "--out"};
+constexpr std::string_view pairNames[] = {"--difference", "--ratio", "--index"};
+
+constexpr std::string_view regridNames[] = {"--regrid", "--like", "--shift", "--calibration"};
+
+std::string_view nameOf(const MadeMapWish& made)
+{
+    switch (made.kind) {
+    case Kind::moment:
+        return "--moment";
+    case Kind::smooth:
+        return "--smooth";
+    case Kind::regrid:
+        return "--regrid";
+    case Kind::pair:
+        return pairNames[static_cast<int>(made.pair)];
+    case Kind::none:
+        break;
+    }
+    return "";
+}
+
+using Names = std::vector<std::string_view>;
+
+/// What goes with each kind of map that is made of others, beside its own option.
+Names companionsOf(const MadeMapWish& made)
+{
+    switch (made.kind) {
+    case Kind::moment:
+        return {"--batch", "--planes", "--clip", "--out", "--errors"};
+    case Kind::smooth:
+        return {"--batch", "--plane", "--out"};
+    case Kind::regrid:
+        return {"--batch", "--plane", "--like", "--shift", "--out"};
+    case Kind::pair:
+        break;
+    case Kind::none:
+        return {};
+    }
+    Names names = {"--batch",       "--plane",  "--regrid", "--shift",
+                   "--calibration", "--errors", "--out"};
+    if (made.pair != MapPair::difference)
+        names.emplace_back("--clip");
+    return names;
+}
+
 /// What goes with such a map alone.
-constexpr std::string_view alone[] = {"--clip", "--out", "--errors"};
+constexpr std::string_view alone[] = {"--clip", "--out", "--errors", "--shift", "--calibration"};
 
-int goesWith(Kind kind, std::string_view name)
+template <typename Range>
+int contains(const Range& range, std::string_view name)
 {
-    return kind == Kind::smooth ? std::find(std::begin(withSmooth), std::end(withSmooth), name) !=
-                                      std::end(withSmooth)
-                                : std::find(std::begin(withMoment), std::end(withMoment), name) !=
-                                      std::end(withMoment);
+    return std::find(std::begin(range), std::end(range), name) != std::end(range);
 }
 
-int contains(const std::string_view* first, const std::string_view* last, std::string_view name)
-{
-    return std::find(first, last, name) != last;
-}
+constexpr double masPerDegree = 3600e3;
 
 int readMoment(const std::string& text, ViewOptions& options, std::string& error)
 {
@@ -50,7 +87,6 @@ int readMoment(const std::string& text, ViewOptions& options, std::string& error
 
 int readBeam(const std::string& text, ViewOptions& options, std::string& error)
 {
-    constexpr double perDegree = 3600e3;
     const std::string_view all = text;
     const std::size_t first = std::min(all.find(','), all.size());
     const std::size_t second = std::min(all.find(',', first + 1), all.size());
@@ -64,8 +100,8 @@ int readBeam(const std::string& text, ViewOptions& options, std::string& error)
             text + "'";
         return 0;
     }
-    beam.major /= perDegree;
-    beam.minor /= perDegree;
+    beam.major /= masPerDegree;
+    beam.minor /= masPerDegree;
     options.made.kind = Kind::smooth;
     return 1;
 }
@@ -76,6 +112,51 @@ int readClip(const std::string& text, ViewOptions& options, std::string& error)
         options.made.clip >= 0)
         return 1;
     error = "--clip wants a multiple of the noise, 0 for none, not '" + text + "'";
+    return 0;
+}
+
+template <MapPair pair>
+int readPair(const std::string& text, ViewOptions& options, std::string&)
+{
+    options.made.kind = Kind::pair;
+    options.made.pair = pair;
+    options.made.other = text;
+    return 1;
+}
+
+int readRegrid(const std::string&, ViewOptions& options, std::string&)
+{
+    options.made.regrid = 1;
+    if (options.made.kind == Kind::none)
+        options.made.kind = Kind::regrid;
+    return 1;
+}
+
+int readShift(const std::string& text, ViewOptions& options, std::string& error)
+{
+    constexpr double most = 10;  // degrees
+    SkyShift& shift = options.made.shift;
+    const std::string_view all = text;
+    const std::size_t comma = std::min(all.find(','), all.size());
+    if (comma == all.size() || !stoval(all.substr(0, comma), shift.east) ||
+        !stoval(all.substr(comma + 1), shift.north) ||
+        !(std::hypot(shift.east, shift.north) <= most * masPerDegree)) {
+        error = "--shift wants EAST,NORTH in mas, 10 degrees at most, not '" + text + "'";
+        return 0;
+    }
+    shift.east /= masPerDegree;
+    shift.north /= masPerDegree;
+    return 1;
+}
+
+int readCalibration(const std::string& text, ViewOptions& options, std::string& error)
+{
+    double& part = options.made.calibration;
+    if (stoval(text, part) && part >= 0 && part <= 100) {
+        part /= 100;
+        return 1;
+    }
+    error = "--calibration wants 0 to 100 per cent, not '" + text + "'";
     return 0;
 }
 
@@ -101,37 +182,70 @@ void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits)
     add({"--smooth", "", "BMAJ,BMIN,BPA",
          "convolve the map to this larger beam: full widths in mas, position angle in degrees"},
         readBeam);
+    add({"--difference", "", "OTHER.fits", "make the map minus this one"},
+        readPair<MapPair::difference>);
+    add({"--ratio", "", "OTHER.fits", "make the map over this one, where both are above the clip"},
+        readPair<MapPair::ratio>);
+    add({"--index", "", "OTHER.fits",
+         "make the spectral index between the map and this one, where both are above the clip: the "
+         "power of the frequency that the values go with"},
+        readPair<MapPair::index>);
+    add({"--regrid", "", "",
+         "bring the second map of --difference, --ratio or --index onto the cells of the first, "
+         "through both positions; without one of these the map onto those of --like"},
+        readRegrid);
+    add({"--like", "", "OTHER.fits", "the map whose cells --regrid and --mask are made for"},
+        keepFile<&MadeMapWish::like>);
+    add({"--shift", "", "EAST,NORTH",
+         "first move the map that is brought onto other cells, in mas; moves the second one of two "
+         "maps also where both have the same cells"},
+        readShift);
+    add({"--calibration", "", "P",
+         "take P per cent of each value into the errors of --difference, --ratio and --index"},
+        readCalibration);
     add({"--clip", "", "S",
-         "use of each plane only cells above this multiple of its noise (0: all of them)"},
+         "use only cells above this multiple of the noise: of each plane for --moment (0, as "
+         "without it: all of them), of both maps for --ratio and --index (3 without it)"},
         readClip);
     add({"--out", "", "F.fits", "where the map goes that is made"}, keepFile<&MadeMapWish::out>);
     add({"--errors", "", "F.fits", "where a map of its errors goes"},
         keepFile<&MadeMapWish::errors>);
 }
 
+int isMadeMapOption(std::string_view name)
+{
+    return contains(pairNames, name) || contains(regridNames, name);
+}
+
 int checkMadeMapOptions(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
                         std::string& error)
 {
     const MadeMapWish& made = options.made;
+    const std::string name(nameOf(made));
+    const Names companions = companionsOf(made);
     for (const auto* option : given.options) {
-        if (made.wanted() && !goesWith(made.kind, option->name))
-            error = std::string(option->name) + " does not go with --" +
-                    (made.kind == Kind::smooth ? "smooth" : "moment") +
+        if (made.wanted() && option->name != name && !contains(companions, option->name))
+            error = std::string(option->name) + " does not go with " + name +
                     ": that is a step of its own";
-        else if (!made.wanted() && contains(std::begin(alone), std::end(alone), option->name))
-            error =
-                std::string(option->name) + " goes with a map that is made: --moment or --smooth";
+        else if (!made.wanted() && contains(alone, option->name))
+            error = std::string(option->name) +
+                    " goes with a map that is made: --moment, --smooth, --regrid, --difference, "
+                    "--ratio or --index";
         if (!error.empty())
             return 0;
     }
+    if (!made.like.empty() && made.kind != Kind::regrid && options.mask.empty())
+        error = "--like goes with --regrid or --mask";
     if (!made.wanted())
-        return 1;
+        return error.empty();
     if (options.map.empty())
         error = "no map is named";
     else if (made.out.empty())
         error = "--out FILE is missing: where the map goes that is made";
     else if (made.needsPlanes() && !options.print.hasPlanes())
         error = "--moment wants the planes that it is made of: --planes A-B";
+    else if (made.kind == Kind::regrid && made.like.empty())
+        error = "--regrid wants the map whose cells it is for: --like OTHER.fits";
     return error.empty();
 }
 

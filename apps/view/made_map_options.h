@@ -1,10 +1,13 @@
 #pragma once
 
 #include "apps/options/option_table.h"
+#include "pavane/measures/maps/CellMapping.h"
 #include "pavane/measures/maps/moments.h"
+#include "pavane/measures/maps/pair_maps.h"
 #include "pavane/measures/maps/smooth_map.h"
 
 #include <string>
+#include <string_view>
 
 namespace pavane
 {
@@ -13,10 +16,16 @@ struct ViewOptions;
 
 /// What the command line says of a map that is made of others.
 struct MadeMapWish {
-    enum class Kind : int { none, moment, smooth };
+    enum class Kind : int { none, moment, smooth, regrid, pair };
     Kind kind = Kind::none;
     Moment moment = Moment::integral;
-    SkyBeam beam;             ///< to convolve to
+    SkyBeam beam;  ///< to convolve to
+    MapPair pair = MapPair::difference;
+    std::string other;        ///< the second map of a pair
+    std::string like;         ///< the map onto whose grid one is brought, also a mask
+    int regrid = 0;           ///< the second map of a pair is brought onto the grid of the first
+    SkyShift shift;           ///< of the map that is brought onto another grid
+    double calibration = 0;   ///< a part of the values
     double clip = -1;         ///< in units of the noise; -1: none was given
     std::string out, errors;  ///< files: the map, and that of its errors or ""
 
@@ -26,6 +35,8 @@ struct MadeMapWish {
 
 /// The options of such maps, all of which have `traits`, behind those that stand in the table.
 void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits);
+/// Non-zero for those of two maps, which make no sense for a file of visibilities.
+int isMadeMapOption(std::string_view name);
 /// Whether those that were given go together; else `error` is one line.
 int checkMadeMapOptions(const ViewOptions& options, const GivenArguments<ViewOptions>& given,
                         std::string& error);

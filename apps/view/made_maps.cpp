@@ -2,6 +2,7 @@
 
 #include "apps/view/batch_output.h"
 #include "apps/view/options.h"
+#include "apps/view/paired_maps.h"
 #include "apps/view/progress.h"
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
 #include "pavane/axes/maps/cells/map_statistics.h"
@@ -25,13 +26,6 @@ namespace
 /// Digits that tell any two 32-bit floats apart.
 constexpr int floatDigits = 9;
 
-/// A made map, its errors, and what tells of them.
-struct Made {
-    AMatrix<float> cells, errors;
-    MapHeader header;
-    std::vector<std::string> history;
-};
-
 int refuse(const std::string& file, std::string& error)
 {
     error.insert(0, file + ": ");
@@ -51,7 +45,7 @@ std::string rangeText(const AMatrix<float>& cells, const std::string& unit)
            statLine("greatest", range.isEmpty() ? none : range.greatest, floatDigits, unit);
 }
 
-int write(const ViewOptions& options, Made& made, std::string& error)
+int write(const ViewOptions& options, MadeMap& made, std::string& error)
 {
     const auto put = [&](const std::string& file, const AMatrix<float>& cells) {
         ProgressLine progress("Writing " + plainText(file));
@@ -92,7 +86,7 @@ std::vector<std::string> momentHistory(const ViewOptions& options, const Spectra
     return lines;
 }
 
-int makeMoment(const ViewOptions& options, Made& made, std::string& text, std::string& error)
+int makeMoment(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error)
 {
     const MadeMapWish& wish = options.made;
     const PrintWish& print = options.print;
@@ -146,7 +140,7 @@ std::string beamText(const SkyBeam& beam)
            valToStr(beam.angle, floatDigits) + " deg";
 }
 
-int makeSmooth(const ViewOptions& options, Made& made, std::string& text, std::string& error)
+int makeSmooth(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error)
 {
     FitsMap map;
     ProgressLine progress("Convolving " + plainText(options.map));
@@ -176,12 +170,18 @@ int makeSmooth(const ViewOptions& options, Made& made, std::string& text, std::s
 
 int writeMadeMaps(const ViewOptions& options, std::string& error)
 {
-    Made made;
+    using Kind = MadeMapWish::Kind;
+    MadeMap made;
     std::string text;
-    if (!(options.made.kind == MadeMapWish::Kind::smooth ? makeSmooth : makeMoment)(options, made,
-                                                                                    text, error))
-        return refuse(options.map, error);
-    return write(options, made, error) &&
+    const Kind kind = options.made.kind;
+    // those of one map name it here
+    const int isMade =
+        kind == Kind::regrid ? makeRegridded(options, made, text, error)
+        : kind == Kind::pair
+            ? makePaired(options, made, text, error)
+            : (kind == Kind::smooth ? makeSmooth : makeMoment)(options, made, text, error) ||
+                  refuse(options.map, error);
+    return isMade && write(options, made, error) &&
            printText(text + rangeText(made.cells, made.header.bunit), error);
 }
 

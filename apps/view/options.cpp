@@ -451,7 +451,8 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
     }
     for (const auto* option : given.options)
         if (options.onlyOfMaps.empty() &&
-            std::count(std::begin(mapOptions), std::end(mapOptions), option->name))
+            (std::count(std::begin(mapOptions), std::end(mapOptions), option->name) ||
+             isMadeMapOption(option->name)))
             options.onlyOfMaps = option->name;
     if (!options.help && !options.version && !checkTogether(options, given, error))
         return 0;

@@ -105,6 +105,8 @@ std::string outputClash(const ViewOptions& options)
         {"the model", options.model},
         {"the u,v points", options.visibilities},
         {"the second map", options.surface.other},
+        {"the second map", options.made.other},
+        {"the map of --like", options.made.like},
         {"the palette", ownPalette ? options.palette : ""}};
     std::vector<NamedFile> outputs = {{"--mask", options.mask},
                                       {"--png", options.png},

@@ -9,6 +9,7 @@ import warnings
 try:
     import numpy as np
     from astropy.io import fits
+    from astropy.wcs import WCS
 except ImportError as missing:
     print("skipped:", missing)
     sys.exit(1 if os.environ.get("CI") else 77)  # the integration has all tools
@@ -128,10 +129,97 @@ with fits.open(path("smooth.fits")) as made:
 if "cells lie within a beam" not in said.stderr or "factor 3.33333" not in said.stdout:
     faults.append(f"smooth: {said}")
 
+# two frequencies: the second in another frame, projection and cell, brought over by positions of Astropy
+def sky_header(kind, size, **cards):
+    header = fits.Header({"CTYPE1": kind[0], "CTYPE2": kind[1], "BUNIT": "JY/BEAM", "BMAJ": 6e-4, "BMIN": 6e-4, "BPA": 0})
+    header.update(cards)
+    header["NAXIS"], header["NAXIS1"], header["NAXIS2"] = 2, *size
+    return header
+
+
+def keys(taken):
+    """The four weights of a cubic convolution with a = -1/2 about a fraction, by its definition."""
+    x = np.abs(taken[..., None] - np.arange(-1, 3))
+    return np.where(x <= 1, 1.5 * x ** 3 - 2.5 * x ** 2 + 1, np.where(x < 2, -.5 * x ** 3 + 2.5 * x ** 2 - 4 * x + 2, 0))
+
+
+def cubic(cells, x, y):
+    left, below = np.floor(x).astype(int), np.floor(y).astype(int)
+    wx, wy, out = keys(x - left), keys(y - below), np.zeros(x.shape)
+    inside = (left > 0) & (below > 0) & (left < cells.shape[1] - 2) & (below < cells.shape[0] - 2)
+    for j in range(4):
+        for i in range(4):
+            value = cells[np.where(inside, below - 1 + j, 0), np.where(inside, left - 1 + i, 0)].astype("f8")
+            out += wy[..., j] * wx[..., i] * np.where(inside, value, np.nan)
+    return out
+
+
+first_header = sky_header(("RA---SIN", "DEC--SIN"), (160, 120), CRVAL1=187.7, CRVAL2=12.4, CDELT1=-1e-4, CDELT2=1e-4,
+                          CRPIX1=80., CRPIX2=60., RADESYS="FK5", EQUINOX=2000., RESTFRQ=5e9)
+second_header = sky_header(("GLON-TAN", "GLAT-TAN"), (200, 190), CRVAL1=283.7471, CRVAL2=74.4979, CD1_1=-7e-5, CD1_2=2e-5,
+                           CD2_1=2e-5, CD2_2=7e-5, CRPIX1=100., CRPIX2=95., RESTFRQ=1.5e9)
+y, x = np.mgrid[:120, :160]
+first = (2 * np.exp(-((x - 80) / 20.) ** 2 - ((y - 60) / 15.) ** 2) + random.normal(size=x.shape) * .01).astype("f4")
+y2, x2 = np.mgrid[:190, :200]
+second = (3 * np.exp(-((x2 - 100) / 30.) ** 2 - ((y2 - 95) / 30.) ** 2) + random.normal(size=x2.shape) * .02).astype("f4")
+second[90, 90] = np.nan
+fits.writeto(path("first.fits"), first, first_header, overwrite=True)
+fits.writeto(path("second.fits"), second, second_header, overwrite=True)
+places = WCS(second_header).world_to_pixel(WCS(first_header).pixel_to_world(x, y))
+brought = cubic(second, *places)
+
+
+def compare_pair(what, found, value, least=4000):
+    both = np.isfinite(found) & np.isfinite(value)
+    # where rounding decides
+    if (np.isfinite(found) != np.isfinite(value)).sum() > 3 or both.sum() < least:
+        faults.append(f"{what}: {np.isfinite(found).sum()} cells, not {np.isfinite(value).sum()}")
+    elif not np.allclose(found[both], value[both], 3e-5, 3e-5):
+        faults.append(f"{what}: off by {np.abs(found[both] - value[both]).max()}")
+
+
+def robust(cells):
+    return 1.4826 * np.nanmedian(np.abs(cells - np.nanmedian(cells)))
+
+
+run("second.fits", "--batch", "--regrid", "--like", "first.fits", "--out", "brought.fits")
+with fits.open(path("brought.fits")) as made:
+    compare_pair("regrid", np.squeeze(made[0].data), brought)
+    again = WCS(made[0].header).celestial.pixel_to_world(100, 20)
+    if again.separation(WCS(first_header).pixel_to_world(100, 20)).mas > 1e-3 or made[0].header["RESTFRQ"] != 1.5e9 or \
+            "brought onto the cells of first.fits" not in str(made[0].header["HISTORY"]):
+        faults.append(f"regrid: {made[0].header!r}")
+s1, s2 = robust(first), robust(second)
+use = (first > 4 * s1) & (brought > 4 * s2)
+relative = np.sqrt((s1 / first) ** 2 + (s2 / brought) ** 2 + 2 * .05 ** 2)
+span = np.log(5 / 1.5)
+for option, value, error in (
+        ("--index", np.log(first / brought) / span, relative / span),
+        ("--ratio", first / brought, first / brought * relative),
+        ("--difference", first - brought, np.hypot(np.hypot(s1, .05 * first), np.hypot(s2, .05 * brought)))):
+    clip = () if option == "--difference" else ("--clip", "4")
+    run("first.fits", "--batch", option, "second.fits", "--regrid", *clip, "--calibration", "5", "--out", "out.fits",
+        "--errors", "errors.fits")
+    where = use if clip else True
+    with fits.open(path("out.fits")) as made, fits.open(path("errors.fits")) as errors:
+        compare_pair(option, np.squeeze(made[0].data), np.where(where, value, np.nan), 1000)
+        compare_pair(option + " errors", np.squeeze(errors[0].data), np.where(where, error, np.nan), 1000)
+
+# a map moved by two columns and minus a row, seen from the other one
+moved = np.roll(first, (-1, -2), (0, 1))
+fits.writeto(path("moved.fits"), moved, first_header, overwrite=True)
+run("first.fits", "--batch", "--difference", "moved.fits", "--shift", "-720,360", "--out", "out.fits")
+with fits.open(path("out.fits")) as made:
+    if np.nanmax(np.abs(np.squeeze(made[0].data)[2:-2, 3:-3])) > 1e-4 or "-720 mas east" not in str(made[0].header["HISTORY"]):
+        faults.append("shift: " + str(made[0].header["HISTORY"]))
+first_header.update(BMAJ=9e-4, RESTFRQ=1e9)
+fits.writeto(path("wide.fits"), first, first_header, overwrite=True)
+
 # what is refused, and leaves no file
 with open(path("cube.fits"), "rb") as whole, open(path("cut.fits"), "wb") as cut:
     cut.write(whole.read()[:-200000])
-os.remove(path("out.fits"))
+if os.path.exists(path("out.fits")):
+    os.remove(path("out.fits"))
 rest = ("--batch", "--moment", "0", "--out", "out.fits")
 for arguments, status, why in (
         (("cut.fits", *rest, "--planes", "0-11"), 2, "cut.fits: "),
@@ -146,6 +234,14 @@ for arguments, status, why in (
         (("source.fits", "--batch", "--smooth", "3600,2880,50", "--out", "out.fits"), 2, "source.fits: "),
         (("source.fits", "--batch", "--smooth", "20,30,0", "--out", "out.fits"), 1, "--smooth wants"),
         (("source.fits", "--batch", "--smooth", "30,20,0", "--out", "out.fits", "--clip", "3"), 1, "does not go with"),
+        (("first.fits", "--batch", "--index", "second.fits", "--out", "out.fits"), 2, "--regrid brings"),
+        (("first.fits", "--batch", "--index", "wide.fits", "--out", "out.fits"), 2,
+         "convolve the first with --smooth 3240,2160,0"),
+        (("first.fits", "--batch", "--index", "moved.fits", "--out", "out.fits"), 2, "both maps are at 5e+09 Hz"),
+        (("first.fits", "--batch", "--regrid", "--out", "out.fits"), 1, "--like"),
+        (("first.fits", "--batch", "--regrid", "--like", "cube.fits", "--out", "cube.fits"), 1, "would write over"),
+        (("first.fits", "--batch", "--ratio", "moved.fits", "--shift", "1", "--out", "out.fits"), 1, "--shift wants"),
+        (("first.fits", "--batch", "--difference", "moved.fits", "--clip", "3", "--out", "out.fits"), 1, "does not go"),
         (("cube.fits", "--batch", "--clip", "3"), 1, "--clip goes with")):
     said = run(*arguments, status=status).stderr
     if why not in said or os.path.exists(path("out.fits")):
