@@ -86,10 +86,11 @@ int DataDocument::chooseTimes(const AUVXTIntervalPM& times)
     return observation_.limitTimes(isAll ? UvTimes() : UvTimes::ofSeconds(times.start, times.stop));
 }
 
-void DataDocument::plot(UvMarks marks)
+void DataDocument::plot(UvMarks marks, const UvView& view)
 {
     marks.times = observation_.times();
-    points_ = std::make_unique<UvPlotPoints>(observation_.file(), std::move(marks));
+    points_ = std::make_unique<UvPlotPoints>(observation_.file(), std::move(marks),
+                                             UvPlotPoints::usualMost, view);
     reading_ = 1;
     stopped_ = 0;
 }
@@ -137,8 +138,7 @@ int DataDocument::saveGroups(const std::string& file, std::string& error)
     return 1;
 }
 
-PointWords wordsOf(const UvObservation& observation, const UvPlotPoint& point,
-                   const UvPointOrigin& origin)
+PointWords wordsOf(const UvObservation& observation, const UvPointOrigin& origin)
 {
     const AUVXFile& file = observation.file();
     const std::vector<UvBaseline>& baselines = observation.baselines();
@@ -163,8 +163,8 @@ PointWords wordsOf(const UvObservation& observation, const UvPlotPoint& point,
     if (file.header().channels > 1)
         words.text += " channel " + std::to_string(origin.channel + 1);
     words.text += ' ' + stokesName(file.header().stokes[static_cast<std::size_t>(origin.stokes)]) +
-                  ": " + valToStr(double{point.amplitude}, shownDigits) + " Jy at " +
-                  valToStr(double{point.distance} / megalambda, shownDigits) + " M\u03bb";
+                  ": " + valToStr(amplitudeOf(origin.value), shownDigits) + " Jy at " +
+                  valToStr(std::hypot(origin.u, origin.v) / megalambda, shownDigits) + " M\u03bb";
     return words;
 }
 

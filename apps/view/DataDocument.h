@@ -37,7 +37,7 @@ public:
     int chooseTimes(const AUVXTIntervalPM& times);
 
     /// Begins to read the points that are marked. Those of before go when `points` is asked next.
-    void plot(UvMarks marks);
+    void plot(UvMarks marks, const UvView& view);
     /// Null before the first plot.
     UvPlotPoints* points() { return points_.get(); }
     const UvPlotPoints* points() const { return points_.get(); }
@@ -79,7 +79,6 @@ struct PointWords {
     std::string text;
     int baseline = 0, scan = 0;
 };
-PointWords wordsOf(const UvObservation& observation, const UvPlotPoint& point,
-                   const UvPointOrigin& origin);
+PointWords wordsOf(const UvObservation& observation, const UvPointOrigin& origin);
 
 }  // namespace pavane

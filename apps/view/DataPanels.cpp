@@ -21,7 +21,7 @@ int DataPanels::Create(CWnd* parent, unsigned firstId)
 
 AChartWnd* DataPanels::window(DataPlot kind)
 {
-    return kind == DataPlot::uvdist ? nullptr
+    return isOfPoints(kind) ? nullptr
            : kind == DataPlot::time || kind == DataPlot::bandpass
                ? static_cast<AChartWnd*>(&baselines_)
                : &closure_;

@@ -28,7 +28,7 @@ constexpr CRect firstPlace(100, 80, 1300, 840);
 constexpr double firstShare = 0.48;
 constexpr int leastPane = 120;
 constexpr unsigned idSplitter = 101, idTabs = 102, idPlot = 103, idStatus = 104;
-constexpr unsigned idGroups = 110, idSelector = 120;  ///< one for each table
+constexpr unsigned idGroups = 110, idList = 111, idSelector = 120;  ///< one for each table
 constexpr unsigned idPanels = 130;
 
 }  // namespace
@@ -91,6 +91,9 @@ int DataWindow::makeTabs()
             return 0;
         tabs_.InsertItem(tabs_.GetItemCount(), uvTableLook(table).title, selectors_[at].get());
     }
+    if (!list_.Create(list_.GetWndClassName(), "", WS_CHILD | WS_TABSTOP, CRect(), &tabs_, idList))
+        return 0;
+    tabs_.InsertItem(tabs_.GetItemCount(), "List", &list_);
     if (!groups_.Create(groups_.GetWndClassName(), "", WS_CHILD | WS_TABSTOP, CRect(), &tabs_,
                         idGroups))
         return 0;
@@ -162,10 +165,13 @@ int DataWindow::OpenFile(const std::string& file)
         return 0;
     }
     plot_.ShowPoints(nullptr, nullptr, 0);
+    list_.SetVisibilities(nullptr, {});
     panels_.ForgetFile();
     const PlotWish wish = std::exchange(wish_, PlotWish());
     panels_.SetList(wish.baselines, wish.kind);
     data_.swap(opened);
+    if (wish.wasGiven || wish.hasAngle)
+        pointView_ = wish.view();
     showPlot(wish.wasGiven ? wish.kind : shownPlot_);
     showDocument();  // the old one goes when nothing shows it any more
     recent_.load();  // other windows add to it
@@ -296,7 +302,7 @@ ATableWnd& DataWindow::activeTable()
     for (const auto& one : selectors_)
         if (one.get() == shown)
             return one->table();
-    return groups_.ActiveTable();
+    return shown == &list_ ? static_cast<ATableWnd&>(list_) : groups_.ActiveTable();
 }
 
 int DataWindow::isPlotActive() { return focusPart() == plotPart; }

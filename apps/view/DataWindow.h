@@ -8,6 +8,7 @@
 #include "apps/view/Relay.h"
 #include "apps/view/StatusLine.h"
 #include "apps/view/UvPlotWindow.h"
+#include "apps/view/UvRowsTbl.h"
 #include "apps/view/WindowHost.h"
 #include "pavane/tables/observation/AFreqGroupsWnd.h"
 #include "pavane/tables/observation/AObservationSelector.h"
@@ -45,6 +46,8 @@ public:
     CTabCtrl& tabs() { return tabs_; }
     AObservationSelector& selector(UvTable table) { return *selectors_[indexOf(table)]; }
     AFreqGroupsWnd& groups() { return groups_; }
+    /// The visibilities that were listed last.
+    UvRowsTbl& list() { return list_; }
     UvPlotWindow& plot() { return plot_; }
     DataPlot shownPlot() const { return shownPlot_; }
     /// The panels that are shown; null while the plot is of distance.
@@ -70,6 +73,7 @@ private:
     // UvPlotOwner
     void plotStatus(const AxisStatus& status) override;
     void plotClicked(const AxisStatus& status) override;
+    void plotBoxed(const UvRange& range) override;
     void plotSavePicture() override;
 
     // PanelsOwner
@@ -101,6 +105,8 @@ private:
     void readPanels();
     void setPanels(int panels);
     void askTriangles();
+    void askDirectionOfPlot();
+    void showPoints(const UvView& view);
     /// The window of what is plotted.
     APlotWnd& shownWindow();
 
@@ -143,11 +149,14 @@ private:
     Relay<CTabCtrl> tabs_;
     std::array<std::unique_ptr<AObservationSelector>, uvTableCount> selectors_;
     AFreqGroupsWnd groups_;
+    UvRowsTbl list_;
     UvPlotWindow plot_;
     DataPanels panels_;
     DataPlot shownPlot_ = DataPlot::uvdist;
-    PlotWish wish_;       ///< of the file that is opened first
-    int panelsWait_ = 0;  ///< for the baselines of the file
+    UvView pointView_;      ///< of the plot of single visibilities
+    double direction_ = 0;  ///< that was asked for last, degrees
+    PlotWish wish_;         ///< of the file that is opened first
+    int panelsWait_ = 0;    ///< for the baselines of the file
     StatusLine status_;
     RecentFiles recent_;
     PrintCommands printing_;

@@ -10,6 +10,7 @@
 #include "tessel/stokes_name.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 
@@ -36,6 +37,7 @@ constexpr int frameReach = 6;
 constexpr double air = 0.03;
 constexpr double hertzPerGigahertz = 1e9;
 constexpr int frequencyDigits = 5;
+constexpr int angleDigits = 4;
 
 /// A scale in steps of so many units, from its start on.
 CurveScale coarser(CurveScale scale, int units)
@@ -46,7 +48,7 @@ CurveScale coarser(CurveScale scale, int units)
     return scale;
 }
 
-/// The range of a plot that begins at 0, with some air above; from 0 to 1 while there is nothing.
+/// A range that begins at 0, with some air above; from 0 to 1 while there is nothing.
 void widen(double least, double greatest, double& from, double& to)
 {
     from = 0;
@@ -115,9 +117,17 @@ void UvPlotGraph::SetChosen(const UvPlotPoint* point)
 void UvPlotGraph::getMinMax(TMinMax& range) const
 {
     range = TMinMax();
-    const UvTotals totals = points_ ? points_->totals() : UvTotals();
-    widen(totals.leastUv, totals.greatestUv, range.xMin, range.xMax);
-    widen(totals.leastAmplitude, totals.greatestAmplitude, range.yMin, range.yMax);
+    const UvRange all = points_ ? points_->range() : UvRange();
+    if (!isCoverage()) {
+        widen(all.leastX, all.greatestX, range.xMin, range.xMax);
+        widen(all.leastY, all.greatestY, range.yMin, range.yMax);
+        return;
+    }
+    // a circle about the middle: each point has a mirror image there
+    const double reach = std::max({std::fabs(all.leastX), std::fabs(all.greatestX),
+                                   std::fabs(all.leastY), std::fabs(all.greatestY)});
+    range.xMax = range.yMax = all.leastX <= all.greatestX && reach > 0 ? reach * (1 + air) : 1;
+    range.xMin = range.yMin = -range.xMax;
 }
 
 std::int64_t UvPlotGraph::count() const
@@ -125,8 +135,13 @@ std::int64_t UvPlotGraph::count() const
     std::int64_t count = 0;
     if (points_)
         for (const UvPointBlock& block : points_->blocks())
-            count += static_cast<std::int64_t>(block.distance.size());
+            count += static_cast<std::int64_t>(block.x.size()) * (isCoverage() ? 2 : 1);
     return count;
+}
+
+int UvPlotGraph::isCoverage() const
+{
+    return points_ && points_->view().kind == UvView::Kind::coverage;
 }
 
 void UvPlotGraph::addTo(PointPixels& pixels) const
@@ -135,13 +150,17 @@ void UvPlotGraph::addTo(PointPixels& pixels) const
     double x[piece];
     double y[piece];
     for (const UvPointBlock& block : points_->blocks())
-        for (std::size_t i = 0; i < block.distance.size(); i += piece) {
-            const std::size_t n = std::min(piece, block.distance.size() - i);
-            for (std::size_t k = 0; k < n; ++k) {
-                x[k] = double{block.distance[i + k]};
-                y[k] = double{block.amplitude[i + k]};
+        for (std::size_t i = 0; i < block.x.size(); i += piece) {
+            const std::size_t n = std::min(piece, block.x.size() - i);
+            for (const double sign : {1., -1.}) {
+                for (std::size_t k = 0; k < n; ++k) {
+                    x[k] = sign * double{block.x[i + k]};
+                    y[k] = sign * double{block.y[i + k]};
+                }
+                pixels.add({x, y, static_cast<std::int64_t>(n), 0, 1});
+                if (!isCoverage())
+                    break;
             }
-            pixels.add({x, y, static_cast<std::int64_t>(n), 0, 1});
         }
 }
 
@@ -150,8 +169,8 @@ void UvPlotGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
     UvDotsGraph::draw(dc, rect, range);
     if (!hasChosen_ || !axis() || isPage(dc))  // paper has no selection
         return;
-    const double x = double{chosen_.distance};
-    const double y = double{chosen_.amplitude};
+    const double x = double{chosen_.x};
+    const double y = double{chosen_.y};
     const int reach = unitsOf(dc, frameReach);
     const int line = unitsOf(dc, 2);
     const int gx = axis()->RPXtoGPX(x);
@@ -166,7 +185,8 @@ void UvPlotGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
 
 UvModelGraph::UvModelGraph(ABAxis* axis) : UvDotsGraph(axis, modelColor) {}
 
-void UvModelGraph::compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places)
+void UvModelGraph::compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places,
+                           const UvView& view)
 {
     std::vector<double> u;
     std::vector<double> v;
@@ -176,18 +196,19 @@ void UvModelGraph::compute(const AComponents& model, const std::vector<UvPlotPoi
     }
     std::vector<std::complex<double>> values(u.size());
     model.VfromUV(u.data(), v.data(), static_cast<int>(u.size()), values.data());
-    distance_.clear();
-    amplitude_.clear();
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        distance_.push_back(std::hypot(u[i], v[i]));
-        amplitude_.push_back(std::abs(values[i]));
+    const UvPlacing placing(view);
+    x_.clear();
+    y_.clear();
+    for (std::size_t i = 0; i < values.size() && !placing.isCoverage(); ++i) {
+        x_.push_back(placing.x(u[i], v[i]));
+        y_.push_back(placing.y(v[i], std::abs(values[i])));
     }
 }
 
 void UvModelGraph::getMinMax(TMinMax& range) const
 {
     TMinMax points;
-    rangeOfPoints({distance_.data(), amplitude_.data(), count(), 0, 1}, points);
+    rangeOfPoints({x_.data(), y_.data(), count(), 0, 1}, points);
     range = TMinMax();
     if (count() == 0)
         return;
@@ -197,14 +218,20 @@ void UvModelGraph::getMinMax(TMinMax& range) const
 
 void UvModelGraph::addTo(PointPixels& pixels) const
 {
-    pixels.add({distance_.data(), amplitude_.data(), count(), 0, 1});
+    pixels.add({x_.data(), y_.data(), count(), 0, 1});
 }
 
-A2DAxis* newUvAxis()
+A2DAxis* newUvAxis(const UvView& view)
 {
     auto* const axis = new UvAxis;
-    axis->setNameOX("uv distance [%sλ]");
-    axis->setNameOY("Amplitude [%sJy]");
+    const int isCoverage = view.kind == UvView::Kind::coverage;
+    if (isCoverage)
+        axis->setNameOX("u [%sλ]");
+    else if (view.kind == UvView::Kind::projected)
+        axis->setNameOX("uv distance along " + valToStr(view.angle, angleDigits) + "° [%sλ]");
+    else
+        axis->setNameOX("uv distance [%sλ]");
+    axis->setNameOY(isCoverage ? "v [%sλ]" : "Amplitude [%sJy]");
     return axis;
 }
 

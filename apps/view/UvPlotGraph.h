@@ -30,7 +30,7 @@ private:
     COLORREF color_;
 };
 
-/// Amplitude against distance of visibilities, which may still be read.
+/// Visibilities in their view, which may still be read.
 class UvPlotGraph : public UvDotsGraph
 {
 public:
@@ -52,6 +52,8 @@ protected:
     void addTo(PointPixels& pixels) const override;
 
 private:
+    int isCoverage() const;
+
     const UvPlotPoints* points_ = nullptr;
     CString header_;
     UvPlotPoint chosen_;
@@ -63,20 +65,22 @@ class UvModelGraph : public UvDotsGraph
 {
 public:
     explicit UvModelGraph(ABAxis* axis);
-    void compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places);
+    /// `view` is no coverage, where a model has no place.
+    void compute(const AComponents& model, const std::vector<UvPlotPoints::Place>& places,
+                 const UvView& view);
     void getMinMax(TMinMax& range) const override;
 
-    std::int64_t count() const override { return static_cast<std::int64_t>(distance_.size()); }
+    std::int64_t count() const override { return static_cast<std::int64_t>(x_.size()); }
 
 protected:
     void addTo(PointPixels& pixels) const override;
 
 private:
-    std::vector<double> distance_, amplitude_;
+    std::vector<double> x_, y_;
 };
 
 /// The axis of such a plot with its titles; the caller owns it.
-A2DAxis* newUvAxis();
+A2DAxis* newUvAxis(const UvView& view);
 
 /// What the plot shows in a line: object, frequency, date, hands, and how much is left out.
 CString uvPlotHeader(const AUVXFile& file, const UvPlotPoints& points);

@@ -1,5 +1,6 @@
 #include "apps/view/UvPlotWindow.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -18,8 +19,11 @@ void UvPlotWindow::ShowPoints(const AUVXFile* file, const UvPlotPoints* points, 
 {
     file_ = file;
     points_ = points;
-    if (!GetPlot()) {
-        A2DAxis* const axis = newUvAxis();
+    const UvView view = points ? points->view() : view_;
+    if (!GetPlot() || view != view_) {
+        view_ = view;
+        A2DAxis* const axis = newUvAxis(view);
+        figure().setEqualUnits(view.kind == UvView::Kind::coverage);
         graph_ = new UvPlotGraph(axis);
         model_ = new UvModelGraph(axis);
         SetPlot(axis, 1);
@@ -45,8 +49,8 @@ void UvPlotWindow::ShowModel(const AComponents& model)
 {
     if (!model_ || !points_)
         return;
-    model_->compute(model,
-                    model.count() > 0 ? points_->places() : std::vector<UvPlotPoints::Place>());
+    model_->compute(
+        model, model.count() > 0 ? points_->places() : std::vector<UvPlotPoints::Place>(), view_);
     ContentChanged();
 }
 
@@ -70,10 +74,45 @@ int UvPlotWindow::takePress(unsigned flags, CPoint point)
     return APlotWnd::takePress(flags, point);
 }
 
+/// What lies between two places of the window, as far as it is in the plot.
+UvRange UvPlotWindow::rangeOf(CPoint one, CPoint other)
+{
+    settle();
+    const CRect plot = plotRect();
+    ABAxis* const axis = GetPlot();
+    if (!axis || plot.IsRectEmpty())
+        return {};
+    const auto within = [&plot](CPoint at) {
+        return CPoint(std::clamp(at.x, plot.left, plot.right - 1),
+                      std::clamp(at.y, plot.top, plot.bottom - 1));
+    };
+    const CPoint from = within(one);
+    const CPoint to = within(other);
+    const auto [leastX, greatestX] = std::minmax({axis->GPXtoRPX(from.x), axis->GPXtoRPX(to.x)});
+    const auto [leastY, greatestY] = std::minmax({axis->GPYtoRPY(from.y), axis->GPYtoRPY(to.y)});
+    return {leastX, greatestX, leastY, greatestY};
+}
+
+UvRange UvPlotWindow::ShownRange()
+{
+    const CRect plot = plotRect();
+    return rangeOf(plot.TopLeft(), plot.BottomRight());
+}
+
 void UvPlotWindow::OnLButtonUp(unsigned flags, CPoint point)
 {
     const CPoint pressed = std::exchange(pressed_, CPoint(-1, -1));
     const HWND self = GetSafeHwnd();
+    if ((flags & MK_SHIFT) && pressed.x >= 0 && GetCapture() == this &&
+        std::abs(point.x - pressed.x) > clickTremble &&
+        std::abs(point.y - pressed.y) > clickTremble) {
+        const UvRange range = rangeOf(pressed, point);
+        (void)giveUpDrag();
+        APlotWnd::OnLButtonUp(flags, point);  // which lets go of the pointer
+        if (CWnd::FromHandle(self) == this)
+            owner_.plotBoxed(range);
+        return;
+    }
     APlotWnd::OnLButtonUp(flags, point);
     if (CWnd::FromHandle(self) != this || pressed.x < 0 ||
         std::abs(point.x - pressed.x) > clickTremble ||

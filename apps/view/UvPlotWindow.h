@@ -16,11 +16,12 @@ public:
     virtual void plotStatus(const AxisStatus& status) = 0;
     /// A click that was no rubber band, at a place of the plot.
     virtual void plotClicked(const AxisStatus& status) = 0;
+    /// A rectangle was drawn with Shift held: what lies in it is to be listed.
+    virtual void plotBoxed(const UvRange& range) = 0;
     virtual void plotSavePicture() = 0;
 };
 
-/// Amplitude against distance of the visibilities of a file, which may still be read, and of a
-/// model.
+/// Visibilities of a file in their view, which may still be read, and the amplitudes of a model.
 class UvPlotWindow : public APlotWnd
 {
 public:
@@ -33,6 +34,8 @@ public:
     void PointsRead(int all);
     /// Computes the amplitudes of a model where the points lie; without components it goes.
     void ShowModel(const AComponents& model);
+    /// What the plot shows, in x and y; none before the first paint.
+    UvRange ShownRange();
     /// A frame about a point, null for none.
     void ChoosePoint(const UvPlotPoint* point);
 
@@ -45,9 +48,12 @@ protected:
     void OnCopyToBMP() override { owner_.plotSavePicture(); }
 
 private:
+    UvRange rangeOf(CPoint one, CPoint other);
+
     UvPlotOwner& owner_;
     const AUVXFile* file_ = nullptr;
     const UvPlotPoints* points_ = nullptr;
+    UvView view_;
     UvPlotGraph* graph_ = nullptr;   ///< of the axis
     UvModelGraph* model_ = nullptr;  ///< of the axis
     CPoint pressed_{-1, -1};

@@ -56,17 +56,19 @@ std::string totalsText(const UvTotals& totals)
 
 /// The axis with its points and a model, as pictures have it.
 struct UvPicture {
-    std::unique_ptr<A2DAxis> axis{newUvAxis()};
+    std::unique_ptr<A2DAxis> axis;
     MapFigure figure;
 
     UvPicture(const AUVXFile& file, const UvPlotPoints& points, const AComponents& model)
+        : axis(newUvAxis(points.view()))
     {
         auto* const graph = new UvPlotGraph(axis.get());
         graph->SetPoints(&points);
         graph->SetHeader(uvPlotHeader(file, points));
         if (model.count() > 0)
-            (new UvModelGraph(axis.get()))->compute(model, points.places());
+            (new UvModelGraph(axis.get()))->compute(model, points.places(), points.view());
         figure.setAxis(axis.get());
+        figure.setEqualUnits(points.view().kind == UvView::Kind::coverage);
     }
 };
 
@@ -145,8 +147,9 @@ int runDataBatch(char** argv, const ViewOptions& options, std::string& error)
     const int wantsPlot = options.wantsPicture() || options.wantsPrintedPicture();
     const int wantsNumbers =
         options.stats || (!wantsPlot && options.tables.empty() && !options.print.wanted());
-    const int wantsPanels = wantsPlot && options.plot.kind != DataPlot::uvdist;
-    UvPlotPoints points(file, marks, wantsPlot && !wantsPanels ? UvPlotPoints::usualMost : 0);
+    const int wantsPanels = wantsPlot && !isOfPoints(options.plot.kind);
+    UvPlotPoints points(file, marks, wantsPlot && !wantsPanels ? UvPlotPoints::usualMost : 0,
+                        options.plot.view());
     if ((wantsNumbers || (wantsPlot && !wantsPanels)) && !readPoints(options, points, error))
         return 0;
     PanelChart chart;

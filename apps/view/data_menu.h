@@ -33,7 +33,9 @@ enum DataCommand : unsigned {
     idPreviousPanels,
     idMorePanels,
     idFewerPanels,
-    idTriangles
+    idTriangles,
+    idDirection,
+    idListShown
 };
 
 inline constexpr MenuItem dataFileItems[] = {
@@ -95,8 +97,11 @@ inline constexpr MenuItem dataPlotItems[] = {
     {"&Closure phases\tAlt+3", idPlotOf + 2, nullptr, 0},
     {"&Bandpass\tAlt+4", idPlotOf + 3, nullptr, 0},
     {"Closure amp&litudes\tAlt+5", idPlotOf + 4, nullptr, 0},
+    {"u&v coverage\tAlt+6", idPlotOf + 5, nullptr, 0},
+    {"Amplitude along a &direction...\tAlt+7", idDirection, nullptr, 0},
     menuLine,
     {"T&riangles...\tCtrl+R", idTriangles, nullptr, 0},
+    {"Li&st what is shown\tCtrl+L", idListShown, nullptr, 0},
     menuLine,
     {"&Next panels", idNextPanels, nullptr, 0},
     {"&Previous panels", idPreviousPanels, nullptr, 0},

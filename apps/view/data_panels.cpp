@@ -1,11 +1,13 @@
 // The panels of visibilities in the data window.
 #include "apps/view/data_menu.h"
 #include "apps/view/DataWindow.h"
+#include "apps/view/direction_dialog.h"
 #include "tessel/paths.h"
 
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <utility>
 
 namespace pavane
 {
@@ -51,7 +53,7 @@ void DataWindow::showPlot(DataPlot kind)
 void DataWindow::readPanels()
 {
     panelsWait_ = 0;
-    if (!data_ || shownPlot_ == DataPlot::uvdist)
+    if (!data_ || isOfPoints(shownPlot_))
         return panels_.Clear();
     UvObservation& observation = data_->observation();
     if (!observation.isWhole(UvTable::baselines) && observation.isFilling()) {
@@ -83,11 +85,36 @@ void DataWindow::askTriangles()
     readPanels();
 }
 
+/// Another view of single visibilities, which are read again for it.
+void DataWindow::showPoints(const UvView& view)
+{
+    showPlot(view.kind == UvView::Kind::coverage ? DataPlot::coverage : DataPlot::uvdist);
+    if (std::exchange(pointView_, view) == view || !data_)
+        return readPanels();
+    plotAgain();
+}
+
+/// Proposes the direction of before.
+void DataWindow::askDirectionOfPlot()
+{
+    const HWND self = GetSafeHwnd();
+    double degrees = direction_;
+    if (!askDirection(this, degrees) || CWnd::FromHandle(self) != this)
+        return;
+    direction_ = degrees;
+    showPoints({UvView::Kind::projected, degrees});
+}
+
 int DataWindow::runPanelCommand(unsigned id)
 {
-    constexpr unsigned kinds = 5;
+    constexpr unsigned kinds = 6;
     if (id >= idPlotOf && id < idPlotOf + kinds) {
-        showPlot(static_cast<DataPlot>(id - idPlotOf));
+        const auto kind = static_cast<DataPlot>(id - idPlotOf);
+        if (isOfPoints(kind))
+            return showPoints({kind == DataPlot::coverage ? UvView::Kind::coverage
+                                                          : UvView::Kind::distance}),
+                   1;
+        showPlot(kind);
         return readPanels(), 1;
     }
     const int panels = panels_.GetPanelsOfPage();
@@ -106,6 +133,12 @@ int DataWindow::runPanelCommand(unsigned id)
             std::lower_bound(std::begin(panelSteps), std::end(panelSteps), panels);
         return setPanels(at == std::begin(panelSteps) ? *at : *(at - 1)), 1;
     }
+    case idListShown:
+        if (data_ && isOfPoints(shownPlot_))
+            plotBoxed(plot_.ShownRange());
+        return 1;
+    case idDirection:
+        return askDirectionOfPlot(), 1;
     case idTriangles:
         return data_ ? askTriangles() : void(), 1;
     }

@@ -1,9 +1,11 @@
 // The plot of the data window: what is marked, reading it in slices, the status line.
 #include "apps/view/data_menu.h"
 #include "apps/view/DataWindow.h"
+#include "apps/view/long_work.h"
 #include "pavane/dialogs/ATimeIntervalPresent.h"
 #include "pavane/dialogs/values/time_texts.h"
 #include "platform/message.h"
+#include "tessel/paths.h"
 #include "tessel/value_text.h"
 
 #include <chrono>
@@ -135,7 +137,7 @@ int DataWindow::areTablesWhole() const
 void DataWindow::plotAgain()
 {
     tablesWhole_ = areTablesWhole();
-    data_->plot(marks());
+    data_->plot(marks(), pointView_);
     const AProgress progress;
     reading_ = std::make_unique<ProgressJob>(progress, "reading", std::chrono::steady_clock::now());
     reading_->writer.emplace(progress);
@@ -240,7 +242,9 @@ void DataWindow::plotStatus(const AxisStatus& status)
     texts_[panePlace].clear();
     if (status.inPlot && data_)
         texts_[panePlace] = valToStr(status.x / megalambda, shownDigits) + " M\u03bb, " +
-                            valToStr(status.y, shownDigits) + " Jy";
+                            (pointView_.kind == UvView::Kind::coverage
+                                 ? valToStr(status.y / megalambda, shownDigits) + " M\u03bb"
+                                 : valToStr(status.y, shownDigits) + " Jy");
     status_.SetTexts(texts_);
 }
 
@@ -259,7 +263,7 @@ void DataWindow::plotClicked(const AxisStatus& status)
         texts_[paneFound] = "the file no longer has this point";
         return status_.SetTexts(texts_);
     }
-    const PointWords words = wordsOf(data_->observation(), point, origin);
+    const PointWords words = wordsOf(data_->observation(), origin);
     const struct {
         UvTable table;
         int record;
@@ -271,6 +275,33 @@ void DataWindow::plotClicked(const AxisStatus& status)
     }
     texts_[paneFound] = words.text;
     status_.SetTexts(texts_);
+}
+
+void DataWindow::plotBoxed(const UvRange& range)
+{
+    if (!data_ || !(range.leastX <= range.greatestX))
+        return;
+    UvMarks marked = marks();
+    marked.times = data_->observation().times();
+    UvPlotRows found(data_->observation().file(), std::move(marked), pointView_, range);
+    const HWND self = GetSafeHwnd();
+    const int done = doLongWork(this, "Listing visibilities", [&](const ProgressFunction& tell) {
+        while (found.step())
+            if (!tell(found.done()))
+                return 0;
+        return 1;
+    });
+    if (CWnd::FromHandle(self) != this || !data_)
+        return;
+    if (!done || !found.error().empty())
+        return status_.SetMessage(done ? baseNameOf(data_->file()) + ' ' + found.error()
+                                       : "Nothing was listed");
+    const std::string kept = std::to_string(found.rows().size());
+    const std::string all = std::to_string(found.count());
+    list_.SetVisibilities(&data_->observation().file(), found.rows());
+    tabs_.SetCurSel(uvTableCount);  // behind the tables of the file
+    status_.SetMessage(kept == all ? "Listed " + all + " visibilities"
+                                   : "Listed the first " + kept + " of " + all + " visibilities");
 }
 
 /// With the time that is left.

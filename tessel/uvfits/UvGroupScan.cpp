@@ -1,6 +1,7 @@
 #include "tessel/uvfits/UvGroupScan.h"
 
 #include "tessel/uvfits/TimeRuns.h"
+#include "tessel/uvfits/UvView.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,11 +27,6 @@ void stretch(double value, double& least, double& greatest)
 int isParallel(int stokes)
 {
     return stokes == 1 || stokes == -1 || stokes == -2 || stokes == -5 || stokes == -6;
-}
-
-int isFinite(const UvVisibility& v)
-{
-    return std::isfinite(v.real) && std::isfinite(v.imaginary) && std::isfinite(v.weight);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "tessel/uvfits/UvPlotPoints.h"
 
 #include "tessel/uvfits/UvChoice.h"
+#include "tessel/uvfits/UvPlotRows.h"
 
 #include <algorithm>
 #include <bit>
@@ -26,8 +27,8 @@ int staysIn(const UvPlotPoint& point, std::int64_t thinning)
 {
     if (thinning == 1)
         return 1;
-    const std::uint64_t bits = std::uint64_t{std::bit_cast<std::uint32_t>(point.distance)} << 32 |
-                               std::bit_cast<std::uint32_t>(point.amplitude);
+    const std::uint64_t bits = std::uint64_t{std::bit_cast<std::uint32_t>(point.x)} << 32 |
+                               std::bit_cast<std::uint32_t>(point.y);
     return (spread(spread(bits) ^ point.group) & static_cast<std::uint64_t>(thinning - 1)) == 0;
 }
 
@@ -39,21 +40,11 @@ void stretch(double value, double& least, double& greatest)
     greatest = std::max(greatest, value);
 }
 
-double amplitudeOf(const UvVisibility& v)
-{
-    // squares of single precision do not overflow
-    return std::sqrt(double{v.real} * v.real + double{v.imaginary} * v.imaginary);
-}
-
-int isFinite(const UvVisibility& v)
-{
-    return std::isfinite(v.real) && std::isfinite(v.imaginary) && std::isfinite(v.weight);
-}
-
 }  // namespace
 
-UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints)
-    : file_(file), slices_(file), marks_(std::move(marks)), mostPoints_(mostPoints)
+UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints,
+                           const UvView& view)
+    : file_(file), slices_(file), marks_(std::move(marks)), mostPoints_(mostPoints), placing_(view)
 {
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
@@ -83,12 +74,14 @@ void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
     const double u = groups.u[g];
     const double v = groups.v[g];
     const double seconds = std::hypot(u, v);
+    const double across = placing_.x(u, v);
     for (int f = 0; f < header.ifs; ++f)
         for (int c = 0; c < header.channels; ++c) {
             const double hertz = frequency ? *frequency++ : 0;
             const double distance = seconds * hertz;
             const int isPlace = hertz > 0 && std::isfinite(distance);
             const std::int64_t plottedBefore = plotted_;
+            int isKept = 0;
             for (int s = 0; s < choice_->stokesCount(); ++s) {
                 const UvVisibility value = file_.visibility(groups, i, f, c, s);
                 const int isFlagged = !(value.weight > 0);
@@ -98,7 +91,12 @@ void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
                 totals_.notFinite += isBad;
                 if (!isPlace || isFlagged || isBad || !choice_->takesStokes(s))
                     continue;
-                keep(distance, amplitudeOf(value), groups.first + i);
+                const double amplitude = amplitudeOf(value);
+                stretch(amplitude, totals_.leastAmplitude, totals_.greatestAmplitude);
+                ++plotted_;
+                if (!isKept || !placing_.isCoverage())
+                    keep(across * hertz, placing_.y(v * hertz, amplitude), groups.first + i);
+                isKept = 1;
             }
             if (plotted_ == plottedBefore)
                 continue;
@@ -107,12 +105,12 @@ void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
         }
 }
 
-void UvPlotPoints::keep(double distance, double amplitude, std::int64_t group)
+void UvPlotPoints::keep(double x, double y, std::int64_t group)
 {
-    stretch(amplitude, totals_.leastAmplitude, totals_.greatestAmplitude);
-    ++plotted_;
+    stretch(x, range_.leastX, range_.greatestX);
+    stretch(y, range_.leastY, range_.greatestY);
     constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
-    const UvPlotPoint point = {static_cast<float>(distance), static_cast<float>(amplitude),
+    const UvPlotPoint point = {static_cast<float>(x), static_cast<float>(y),
                                static_cast<std::uint32_t>(std::min(group, last))};
     if (mostPoints_ == 0 || !staysIn(point, thinning_))
         return;
@@ -128,8 +126,8 @@ void UvPlotPoints::append(const UvPlotPoint& point)
     if (at == blocks_.size())
         blocks_.emplace_back();
     UvPointBlock& block = blocks_[at];
-    block.distance.push_back(point.distance);
-    block.amplitude.push_back(point.amplitude);
+    block.x.push_back(point.x);
+    block.y.push_back(point.y);
     block.group.push_back(point.group);
     ++kept_;
 }
@@ -142,8 +140,8 @@ void UvPlotPoints::thinOut()
         for (std::size_t b = 0; b < blocks_.size(); ++b) {
             // what was taken out goes back into the same block or one before it
             const UvPointBlock from = std::exchange(blocks_[b], UvPointBlock());
-            for (std::size_t i = 0; i < from.distance.size(); ++i)
-                if (const UvPlotPoint point = {from.distance[i], from.amplitude[i], from.group[i]};
+            for (std::size_t i = 0; i < from.x.size(); ++i)
+                if (const UvPlotPoint point = {from.x[i], from.y[i], from.group[i]};
                     staysIn(point, thinning_))
                     append(point);
         }
@@ -167,20 +165,23 @@ void UvPlotPoints::keepPlace(double u, double v)
     }
 }
 
-int UvPlotPoints::nearest(double distance, double amplitude, double distanceOfPixel,
-                          double amplitudeOfPixel, double reach, UvPlotPoint& point) const
+int UvPlotPoints::nearest(double x, double y, double xOfPixel, double yOfPixel, double reach,
+                          UvPlotPoint& point) const
 {
     double least = reach * reach;
     int isFound = 0;
     for (const UvPointBlock& block : blocks_)
-        for (std::size_t i = 0; i < block.distance.size(); ++i) {
-            const double x = (block.distance[i] - distance) / distanceOfPixel;
-            const double y = (block.amplitude[i] - amplitude) / amplitudeOfPixel;
-            const double away = x * x + y * y;
+        for (std::size_t i = 0; i < block.x.size(); ++i) {
+            const auto awayOf = [&](double sign) {
+                const double dx = (sign * double{block.x[i]} - x) / xOfPixel;
+                const double dy = (sign * double{block.y[i]} - y) / yOfPixel;
+                return dx * dx + dy * dy;
+            };
+            const double away = placing_.isCoverage() ? std::min(awayOf(1), awayOf(-1)) : awayOf(1);
             if (!(away <= least))
                 continue;
             least = away;
-            point = {block.distance[i], block.amplitude[i], block.group[i]};
+            point = {block.x[i], block.y[i], block.group[i]};
             isFound = 1;
         }
     return isFound;
@@ -204,25 +205,18 @@ int UvPlotPoints::findOrigin(const UvPlotPoint& point, UvPointOrigin& origin)
     if (!file_.readGroups(point.group, 1, what, group))
         return 0;
     const double* frequency = choice_->frequenciesOf(group, 0);
-    const double seconds = std::hypot(group.u[0], group.v[0]);
+    const double v = group.v[0];
+    const double across = placing_.x(group.u[0], v);
     for (int f = 0; frequency && f < header.ifs; ++f)
         for (int c = 0; c < header.channels; ++c, ++frequency)
             for (int s = 0; s < choice_->stokesCount(); ++s) {
                 const UvVisibility value = file_.visibility(group, 0, f, c, s);
-                if (!(value.weight > 0) || !choice_->takesStokes(s) ||
-                    static_cast<float>(seconds * *frequency) != point.distance ||
-                    static_cast<float>(amplitudeOf(value)) != point.amplitude)
+                const double x = across * *frequency;
+                const double y = placing_.y(v * *frequency, amplitudeOf(value));
+                if (!(value.weight > 0) || !isFinite(value) || !choice_->takesStokes(s) ||
+                    static_cast<float>(x) != point.x || static_cast<float>(y) != point.y)
                     continue;
-                origin = {point.group,
-                          group.subarray[0],
-                          group.antenna1[0],
-                          group.antenna2[0],
-                          group.source[0],
-                          group.selection[0],
-                          group.time[0],
-                          f,
-                          c,
-                          s};
+                origin = uvOrigin(group, 0, {f, c, s}, *frequency, value);
                 return 1;
             }
     return 0;

@@ -4,7 +4,9 @@
 #include "tessel/uvfits/AUVXFile.h"
 #include "tessel/uvfits/UvGroupScan.h"
 #include "tessel/uvfits/UvMarks.h"
+#include "tessel/uvfits/UvPlotRows.h"
 #include "tessel/uvfits/UvSlices.h"
+#include "tessel/uvfits/UvView.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,31 +19,21 @@ namespace pavane
 
 class UvChoice;
 
-/// A visibility in a plot of amplitude against distance.
+/// A visibility in a plot, as its UvView has it.
 struct UvPlotPoint {
-    float distance = 0;       ///< in the plane of u and v, wavelengths
-    float amplitude = 0;      ///< Jy
+    float x = 0, y = 0;
     std::uint32_t group = 0;  ///< from 0
-};
-
-/// Where a plotted visibility comes from; numbers as UvGroups has them, indices from 0.
-struct UvPointOrigin {
-    std::int64_t group = 0;
-    int subarray = 1, antenna1 = -1, antenna2 = -1;
-    int source = 1, selection = 1;
-    double time = 0;
-    int ifIndex = 0, channel = 0, stokes = 0;
 };
 
 /// Points of many at once, an array for each of their numbers.
 struct UvPointBlock {
-    std::vector<float> distance, amplitude;
+    std::vector<float> x, y;
     std::vector<std::uint32_t> group;
 };
 
-/// Reads all groups of a file once, in slices, and keeps what a plot of amplitude against distance
-/// shows: the visibilities that are marked, not flagged and finite. May be dropped at any time. The
-/// file outlives it.
+/// Reads all groups of a file once, in slices, and keeps what a plot of single visibilities shows:
+/// those that are marked, not flagged and finite; of the coverage a channel is one point, whatever
+/// its hands. May be dropped at any time. The file outlives it.
 ///
 /// Memory has a limit: when there are more points than that, half of them go, chosen evenly, again
 /// and again; ranges and counts are always those of all. Of a most of 0 points
@@ -51,7 +43,8 @@ class PAVANE_API UvPlotPoints
 public:
     static constexpr std::size_t usualMost = std::size_t{1} << 24;
 
-    UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints = usualMost);
+    UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints = usualMost,
+                 const UvView& view = {});
     UvPlotPoints(const UvPlotPoints&) = delete;
     UvPlotPoints& operator=(const UvPlotPoints&) = delete;
     ~UvPlotPoints();
@@ -66,6 +59,8 @@ public:
 
     /// Of the groups so far. Counts are of all visibilities, the ranges of those that are plotted.
     const UvTotals& totals() const { return totals_; }
+    const UvRange& range() const { return range_; }
+    const UvView& view() const { return placing_.view(); }
     /// Visibilities so far that are plotted, kept or not.
     std::int64_t plotted() const { return plotted_; }
     /// About one in so many of them is kept; 1: all are.
@@ -80,17 +75,17 @@ public:
     /// Some thousands of the places of what is plotted, evenly chosen; all while they are few.
     const std::vector<Place>& places() const { return places_; }
 
-    /// The point nearest to a place of the plot where a pixel is so much of distance and amplitude.
-    /// Non-zero when one lies within `reach` pixels.
-    int nearest(double distance, double amplitude, double distanceOfPixel, double amplitudeOfPixel,
-                double reach, UvPlotPoint& point) const;
+    /// The point nearest to a place of the plot where a pixel is so much of x and y. Non-zero when
+    /// one, or in the coverage its mirror image, lies within `reach` pixels.
+    int nearest(double x, double y, double xOfPixel, double yOfPixel, double reach,
+                UvPlotPoint& point) const;
     /// Reads the group of a point again. Non-zero when the visibility was found there; 0 when the
     /// file has changed.
     int originOf(const UvPlotPoint& point, UvPointOrigin& origin);
 
 private:
     void takeGroup(const UvGroups& groups, int i);
-    void keep(double distance, double amplitude, std::int64_t group);
+    void keep(double x, double y, std::int64_t group);
     void append(const UvPlotPoint& point);
     void keepPlace(double u, double v);
     void thinOut();
@@ -100,7 +95,9 @@ private:
     UvSlices slices_;
     UvMarks marks_;
     std::size_t mostPoints_;
+    UvPlacing placing_;
     UvTotals totals_;
+    UvRange range_;
     std::int64_t plotted_ = 0;
     std::int64_t thinning_ = 1;
     std::size_t kept_ = 0;

@@ -134,6 +134,51 @@ TEST_F(DataWindowTest, PanelsAreThoseOfWhatIsMarked)
     EXPECT_TRUE(said.empty());
 }
 
+TEST_F(DataWindowTest, ListsWhatARectangleOfAViewHolds)
+{
+    DataWindow window;
+    open(window);
+    const auto command = [&](unsigned id) { window.SendMessage(WM_COMMAND, id, 0); };
+    command(idListShown);
+    EXPECT_EQ(window.list().rows(), 20);
+    EXPECT_EQ(window.tabs().GetItemPage(window.tabs().GetCurSel()), &window.list());
+    window.plot().UpdateWindow();
+    const ABAxis& axis = *window.plot().GetPlot();
+    const auto at = [&](double x, double y) {
+        const CPoint point(axis.RPXtoGPX(x), axis.RPYtoGPY(y));
+        return MAKELPARAM(point.x, point.y);
+    };
+    // amplitudes from 5.5 to 10.5, the greatest beyond the plot
+    const auto drag = [&](LPARAM from, LPARAM to) {
+        window.plot().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON | MK_SHIFT, from);
+        window.plot().SendMessage(WM_MOUSEMOVE, MK_LBUTTON | MK_SHIFT, to);
+        window.plot().SendMessage(WM_LBUTTONUP, MK_SHIFT, to);
+    };
+    drag(at(8e6, 5.5), at(8.5e6, 10.5));
+    ASSERT_EQ(window.list().rows(), 5);
+    const char* const first[] = {"6",  "0/00:00:05.0", "CD", "AB",        "M87", "1", "1",
+                                 "RR", "8.4000004",    "0",  "8.4000004", "6",   "0", "1",
+                                 "6"};
+    EXPECT_FALSE(window.plot().IsRangeZoomed());
+    for (int column = 1; column < static_cast<int>(std::size(first)); ++column)
+        EXPECT_EQ(window.list().cellAsStr(1, column, nullptr), first[column]) << column;
+    drag(at(8.6e6, 3), at(8.5e6, 10.5));
+    EXPECT_EQ(window.list().rows(), 0);
+    command(idPlotOf + 5);
+    EXPECT_EQ(plotted(window), 20);
+    EXPECT_EQ(window.shownPlot(), DataPlot::coverage);
+    window.plot().UpdateWindow();
+    EXPECT_EQ(window.plot().GetWholeRange().xMin, -window.plot().GetWholeRange().yMax);
+    command(idListShown);
+    EXPECT_EQ(window.list().rows(), 20) << "a mirror image is no other visibility";
+    command(idPlotOf + 1);
+    command(idPlotOf);
+    EXPECT_EQ(plotted(window), 20);
+    window.plot().UpdateWindow();
+    EXPECT_EQ(window.plot().GetWholeRange().xMin, 0);
+    EXPECT_TRUE(said.empty());
+}
+
 TEST_F(DataWindowTest, PanelsOfTheCommandLineStopAndGoOn)
 {
     std::vector<TestGroup> groups;
@@ -244,7 +289,7 @@ TEST_F(DataWindowTest, AsksAboutUnsavedGroupsAndReadsThemBack)
 {
     DataWindow window;
     open(window);
-    window.tabs().SetCurSel(uvTableCount);
+    window.tabs().SetCurSel(uvTableCount + 1);
     EXPECT_EQ(window.MayLeaveGroups(), 1);
     EXPECT_TRUE(said.empty());
     EXPECT_FALSE(isOffered(window, idUndo));

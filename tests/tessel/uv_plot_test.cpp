@@ -64,14 +64,69 @@ TEST(UvPlot, ShowsWhatIsMarkedAndNeitherFlaggedNorInfinite)
             for (std::size_t i = 0; i < block.group.size(); ++i) {
                 shown += std::to_string(block.group[i]);
                 const float amplitude = block.group[i] == 5 ? 5.f : float(block.group[i]);
-                EXPECT_EQ(block.amplitude[i], amplitude) << c.name;
-                EXPECT_FLOAT_EQ(block.distance[i], 1e-3f * 8.4e9f) << c.name;
+                EXPECT_EQ(block.y[i], amplitude) << c.name;
+                EXPECT_FLOAT_EQ(block.x[i], 1e-3f * 8.4e9f) << c.name;
             }
         EXPECT_EQ(shown, c.shown) << c.name;
         EXPECT_EQ(points.totals().visibilities, 9) << c.name;
         EXPECT_EQ(points.totals().flagged, 2) << c.name;
         EXPECT_EQ(points.totals().notFinite, 2) << c.name;
         EXPECT_EQ(points.plotted(), static_cast<std::int64_t>(shown.size())) << c.name;
+    }
+}
+
+TEST(UvPlot, ProjectsDistancesAndHasTheCoverage)
+{
+    // u of 8.4 megawavelengths, no v
+    Opened opened("views.uvfits", mixed);
+    using enum UvView::Kind;
+    const struct {
+        UvView view;
+        float x;
+    } cases[] = {{{}, 8.4e6f},
+                 {{projected, 90}, 8.4e6f},
+                 {{projected, -90}, 8.4e6f},
+                 {{projected, 30}, 4.2e6f},
+                 {{projected, 180}, 0},
+                 {{coverage}, 8.4e6f}};
+    for (const auto& c : cases) {
+        UvPlotPoints points(opened.file, UvMarks(), UvPlotPoints::usualMost, c.view);
+        points.step();
+        ASSERT_EQ(points.blocks().size(), 1u);
+        const UvPointBlock& block = points.blocks()[0];
+        const int isCoverage = c.view.kind == coverage;
+        for (std::size_t i = 0; i < block.x.size(); ++i) {
+            EXPECT_NEAR(block.x[i], c.x, 1) << c.view.angle;
+            EXPECT_EQ(block.y[i], isCoverage ? 0.f : float(block.group[i]));
+        }
+        EXPECT_EQ(points.plotted(), 6);
+        EXPECT_EQ(points.totals().greatestUv, points.totals().leastUv);
+        EXPECT_NEAR(points.range().greatestX, double{c.x}, 1);
+        UvPlotPoint point;
+        UvPointOrigin origin;
+        EXPECT_EQ(points.nearest(-double{c.x}, 0, 1e4, 1, 2, point), isCoverage || c.x < 1);
+        if (points.nearest(double{c.x}, isCoverage ? 0 : 3, 1e4, 0.1, 2, point)) {
+            EXPECT_TRUE(points.originOf(point, origin));
+            EXPECT_TRUE(isCoverage || origin.group == 3);
+        } else {
+            ADD_FAILURE() << c.x;
+        }
+        // all of the points, those of some amplitudes, and of a place where only mirror images are
+        const double far = 1e8;
+        const UvRange all = {-far, far, -far, far};
+        const UvRange some = {-far, far, 2.5, 4.5};
+        const UvRange mirrored = {-far, -8e6, -1, 1};
+        for (const auto& [range, count] : {std::pair{all, 6}, std::pair{some, isCoverage ? 0 : 2},
+                                           std::pair{mirrored, isCoverage ? 6 : 0}}) {
+            UvPlotRows rows(opened.file, UvMarks(), c.view, range, 4);
+            while (rows.step(1)) {
+            }
+            EXPECT_EQ(rows.count(), count);
+            EXPECT_EQ(rows.rows().size(), std::min<std::size_t>(4, std::size_t(count)));
+            if (!rows.rows().empty()) {
+                EXPECT_NEAR(rows.rows()[0].u, 8.4e6, 1);
+            }
+        }
     }
 }
 
@@ -89,7 +144,7 @@ TEST(UvPlot, FindsTheVisibilityOfAPlaceAgainAndNoOther)
     ASSERT_TRUE(points.originOf(point, origin));
     EXPECT_EQ(origin.group, 1);
     EXPECT_EQ(origin.antenna2, 3);
-    point.amplitude = 7;
+    point.y = 7;
     EXPECT_FALSE(points.originOf(point, origin));
 }
 

@@ -145,7 +145,7 @@ FigureLayout MapFigure::layOutInPixels(CDC& dc, const CRect& rect, const CRect* 
     if (bar_)
         placeBar(dc, inner, layout);
     const int below = layout.axis.bottom - axis_->getGraphRect().bottom;
-    if (square_ && map_)
+    if (map_ ? square_ : equalUnits_)
         makeSquare(dc, layout);
     layout.plot = axis_->getGraphRect();
     layout.fontHeight = axis_->getFHeight();
@@ -206,8 +206,8 @@ void MapFigure::makeSquare(CDC& dc, const FigureLayout& layout) const
 {
     if (axis_->getXDirect() == 0 || axis_->getYDirect() == 0)
         return;
-    const double stepX = map_->MPXtoRPX(1) - map_->MPXtoRPX(0);
-    const double stepY = map_->MPYtoRPY(1) - map_->MPYtoRPY(0);
+    const double stepX = map_ ? map_->MPXtoRPX(1) - map_->MPXtoRPX(0) : 1;
+    const double stepY = map_ ? map_->MPYtoRPY(1) - map_->MPYtoRPY(0) : 1;
     const CRect& room = layout.axis;
     // a narrower plot can need a higher header, which leaves less room than was shared out
     constexpr int rounds = 4;

@@ -45,6 +45,8 @@ public:
     void setOtherBar(AAxisScaleBar* bar) { otherBar_ = bar; }
     /// Non-zero, as at first, keeps the cells of the map square.
     void setSquareCells(int on) { square_ = on; }
+    /// Non-zero: a unit is as long in x as in y, where there is no map.
+    void setEqualUnits(int on) { equalUnits_ = on; }
     /// Non-zero leaves no room around plot, labels and bar: the figure is a panel of a larger one.
     void setPanel(int on) { panel_ = on; }
     /// Layers are drawn in the order in which they were added, inside the plot.
@@ -74,6 +76,7 @@ private:
     AAxisScaleBar* bar_ = nullptr;
     AAxisScaleBar* otherBar_ = nullptr;
     int square_ = 1;
+    int equalUnits_ = 0;
     int panel_ = 0;
     std::vector<FigureLayer*> layers_;
 };
