@@ -4,6 +4,7 @@
 #include "pavane/axes/maps/cells/simd_path.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstring>
@@ -20,6 +21,7 @@ constexpr int bits = ABitMatrix::wordBits;
 /// Of a normal distribution: its width over its median deviation.
 constexpr double widthOverDeviation = 1.4826;
 constexpr int rowsAhead = 6;
+constexpr std::int64_t fewCells = std::int64_t{1} << 16;
 /// Values from which on the search that goes over a map once is the faster one, and what it takes.
 constexpr std::size_t manyValues = std::size_t{1} << 15;
 constexpr std::size_t mostOfSearch = std::numeric_limits<int>::max();
@@ -70,20 +72,15 @@ struct RowSums {
     float greatest = -std::numeric_limits<float>::infinity();
 };
 
-int areFinite(const float* values, int count)
-{
-    constexpr std::uint32_t infinite = 0x7F800000;
-    std::uint32_t bad = 0;
-    for (int i = 0; i < count; ++i)
-        bad |= (std::bit_cast<std::uint32_t>(values[i]) & infinite) == infinite;
-    return !bad;
-}
+constexpr std::uint32_t exponentBits = 0x7F800000;
 
-/// Sums of finite values that stand in columns from `first` on, four side by side: one after
-/// another each would wait for the one before it.
-void addFinite(const float* values, int count, int first, RowSums& sums)
+/// Appends values that stand in columns from `first` on to `to`, and sums them, four side by side:
+/// one after another each would wait for the one before it. 0, with sums that are of no use, when
+/// one of them is not finite.
+int addFinite(const float* values, int count, int first, float* to, RowSums& sums)
 {
     using Floats = float __attribute__((vector_size(16)));
+    using Words = std::uint32_t __attribute__((vector_size(16)));
     using Doubles = double __attribute__((vector_size(32)));
     constexpr int lanes = 4;
     Doubles sum = {}, byColumn = {};
@@ -92,10 +89,15 @@ void addFinite(const float* values, int count, int first, RowSums& sums)
     Floats least = {}, greatest = {};
     least += sums.least;
     greatest += sums.greatest;
+    Words bad = {};
     int i = 0;
     for (; i + lanes <= count; i += lanes) {
         Floats x;
         std::memcpy(&x, values + i, sizeof x);
+        std::memcpy(to + i, &x, sizeof x);
+        Words word;
+        std::memcpy(&word, &x, sizeof x);
+        bad |= reinterpret_cast<Words>((word & exponentBits) == exponentBits);
         const Doubles wide = __builtin_convertvector(x, Doubles);
         sum += wide;
         byColumn += wide * column;
@@ -103,43 +105,44 @@ void addFinite(const float* values, int count, int first, RowSums& sums)
         least = x < least ? x : least;
         greatest = x > greatest ? x : greatest;
     }
+    std::uint32_t isBad = 0;
     for (int lane = 0; lane < lanes; ++lane) {
+        isBad |= bad[lane];
         sums.sum += sum[lane];
         sums.byColumn += byColumn[lane];
         sums.least = std::min(sums.least, least[lane]);
         sums.greatest = std::max(sums.greatest, greatest[lane]);
     }
     for (; i < count; ++i) {
+        to[i] = values[i];
+        isBad |= (std::bit_cast<std::uint32_t>(values[i]) & exponentBits) == exponentBits;
         sums.sum += double{values[i]};
         sums.byColumn += double{values[i]} * (first + i);
         sums.least = std::min(sums.least, values[i]);
         sums.greatest = std::max(sums.greatest, values[i]);
     }
+    return !isBad;
 }
 
 /// Appends the finite ones of `count` values to `to` and sums them, also by their column; returns
 /// how many they are.
 std::size_t takeFinite(const float* from, int count, int first, float* to, RowSums& sums)
 {
-    if (areFinite(from, count)) {
-        std::copy_n(from, count, to);
-        addFinite(to, count, first, sums);
+    const RowSums before = sums;
+    if (addFinite(from, count, first, to, sums))
         return static_cast<std::size_t>(count);
-    }
+    sums = before;
     std::size_t taken = 0;
     for (int i = 0; i < count; ++i)
-        if (std::isfinite(from[i])) {
-            to[taken++] = from[i];
-            addFinite(from + i, 1, first + i, sums);
-        }
+        if (std::isfinite(from[i]))
+            taken += static_cast<std::size_t>(addFinite(from + i, 1, first + i, to + taken, sums));
     return taken;
 }
 
-double rmsAbout(double mean, const std::vector<float>& values)
+double rmsAbout(double mean, const float* values, std::size_t count)
 {
     constexpr std::size_t lanes = 4;
     double squares[lanes] = {};
-    const std::size_t count = values.size();
     const auto square = [&](std::size_t i) {
         const double distance = double{values[i]} - mean;
         return distance * distance;
@@ -193,14 +196,37 @@ void select(float* values, std::size_t count, std::size_t rank)
     std::nth_element(values, values + rank, values + count);
 }
 
-/// The mean of the two in the middle of values, one and the same of an odd count.
-double middle(float* values, std::size_t count)
+/// The value of a rank above 0 or, unless `isOdd`, the mean of that and the one before it.
+double middle(float* values, std::size_t count, std::size_t rank, int isOdd)
 {
-    const std::size_t rank = count / 2;
     select(values, count, rank);
-    if (count % 2)
+    if (isOdd)
         return double{values[rank]};
     return (double{*std::max_element(values, values + rank)} + double{values[rank]}) / 2;
+}
+
+/// The median of values of which mean and rms are known: in most areas it is one of the few between
+/// these two, which one pass finds.
+double medianNear(float* values, std::size_t count, double mean, double rms)
+{
+    constexpr std::size_t mostNear = 2048;
+    constexpr double reach = 0.15;  // of the rms; in noise one value of eight lies within it
+    if (count <= mostNear) {
+        std::array<float, mostNear + 1> near;  // one more is written, and not taken
+        const auto low = static_cast<float>(mean - reach * rms);
+        const auto high = static_cast<float>(mean + reach * rms);
+        std::size_t below = 0, found = 0;
+        for (std::size_t i = 0; i < count; ++i) {
+            const float value = values[i];
+            near[found] = value;
+            below += value < low;
+            found += static_cast<std::size_t>((value >= low) & (value <= high));
+        }
+        const std::size_t rank = count / 2;  // and the one before it
+        if (below < rank && rank < below + found)
+            return middle(near.data(), found, rank - below, count % 2 != 0);
+    }
+    return medianOf(values, count);
 }
 
 }  // namespace
@@ -210,7 +236,7 @@ double medianOf(float* values, std::size_t count)
     if (!count)
         return CellNumbers::none;
     if (count < manyValues || count > mostOfSearch)
-        return middle(values, count);
+        return middle(values, count, count / 2, count % 2 != 0);
     const AStridedAccess<float> all(values, 1, static_cast<int>(count),
                                     static_cast<std::int64_t>(count));
     return cellMedian(all, nullptr, sampleCells(all), bestSimdPath()).value;
@@ -219,9 +245,14 @@ double medianOf(float* values, std::size_t count)
 int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int firstRow,
                         int firstColumn, CellNumbers& numbers, const StopFlag* stop)
 {
-    const std::int64_t all = mask.count();
-    values_.resize(static_cast<std::size_t>(all) + 1);  // one more is written, and not taken
+    // of a small mask the room for all of it costs less than to count what is set; one more is
+    // written, and not taken
+    const std::int64_t box = std::int64_t{mask.rows()} * mask.columns();
+    const auto room = static_cast<std::size_t>(box > fewCells ? mask.count() : box) + 1;
+    if (values_.size() < room)
+        values_.resize(room);
     std::size_t taken = 0;
+    std::int64_t all = 0;
     double byColumn = 0, byRow = 0;
     float least = std::numeric_limits<float>::infinity();
     float greatest = -least;
@@ -232,16 +263,19 @@ int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int 
         const float* const direct = cells.floatRow(row);
         if (direct && r + rowsAhead < mask.rows())
             prefetch(cells.floatRow(row + rowsAhead) + firstColumn, mask.columns());
+        const auto cellsFrom = [&](int column, int count) {
+            if (direct)
+                return direct + column;
+            row_.resize(static_cast<std::size_t>(std::max(mask.columns(), 1)));
+            cells.copyRow(row, column, count, row_.data());
+            return static_cast<const float*>(row_.data());
+        };
         RowSums sums;
         eachRun(mask, r, [&](int first, int end) {
             const int column = firstColumn + first;
             const int count = end - first;
-            const float* from = direct ? direct + column : row_.data();
-            if (!direct) {
-                row_.resize(static_cast<std::size_t>(std::max(mask.columns(), 1)));
-                from = row_.data();
-                cells.copyRow(row, column, count, row_.data());
-            }
+            const float* const from = cellsFrom(column, count);
+            all += count;
             taken += takeFinite(from, count, column, values_.data() + taken, sums);
         });
         numbers.sum += sums.sum;
@@ -252,9 +286,12 @@ int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int 
         const auto placeOf = [&](float value) {
             int place = -1;
             eachRun(mask, r, [&](int first, int end) {
-                for (int c = first; c < end && place < 0; ++c)
-                    if (cells.cell(row, firstColumn + c) == value)
-                        place = firstColumn + c;
+                if (place >= 0)
+                    return;
+                const float* const from = cellsFrom(firstColumn + first, end - first);
+                const float* const found = std::find(from, from + (end - first), value);
+                if (found != from + (end - first))
+                    place = firstColumn + first + static_cast<int>(found - from);
             });
             return place;
         };
@@ -269,7 +306,7 @@ int CellCounter::gather(const AMatrixAccess& cells, const ABitMatrix& mask, int 
             numbers.greatestRow = row;
         }
     }
-    values_.resize(taken);
+    taken_ = taken;
     numbers.cells = static_cast<std::int64_t>(taken);
     numbers.blank = all - numbers.cells;
     if (!taken)
@@ -288,15 +325,15 @@ int CellCounter::count(const AMatrixAccess& cells, const ABitMatrix& mask, int f
                        int firstColumn, CellNumbers& numbers, const StopFlag* stop)
 {
     numbers = {};
-    values_.clear();
+    taken_ = 0;
     try {
         if (!gather(cells, mask, firstRow, firstColumn, numbers, stop)) {
             numbers = {};
             return 0;
         }
         if (numbers.cells) {
-            numbers.rms = rmsAbout(numbers.mean, values_);
-            numbers.median = medianOf(values_.data(), values_.size());
+            numbers.rms = rmsAbout(numbers.mean, values_.data(), taken_);
+            numbers.median = medianNear(values_.data(), taken_, numbers.mean, numbers.rms);
         }
     } catch (const std::bad_alloc&) {
         numbers = {};
@@ -307,10 +344,10 @@ int CellCounter::count(const AMatrixAccess& cells, const ABitMatrix& mask, int f
 
 double CellCounter::deviation(double median)
 {
-    for (float& value : values_)
-        value = static_cast<float>(std::fabs(double{value} - median));
+    for (std::size_t i = 0; i < taken_; ++i)
+        values_[i] = static_cast<float>(std::fabs(double{values_[i]} - median));
     try {
-        return widthOverDeviation * medianOf(values_.data(), values_.size());
+        return widthOverDeviation * medianOf(values_.data(), taken_);
     } catch (const std::bad_alloc&) {
         return CellNumbers::none;
     }

@@ -45,7 +45,8 @@ public:
 private:
     int gather(const AMatrixAccess& cells, const ABitMatrix& mask, int firstRow, int firstColumn,
                CellNumbers& numbers, const StopFlag* stop);
-    std::vector<float> values_;
+    std::vector<float> values_;  ///< the first of them are those that were counted last
+    std::size_t taken_ = 0;
     std::vector<float> row_;
 };
 
