@@ -74,7 +74,7 @@ CString NumberTable::text(int row, int column, int mostDigits) const
     case Form::hours:
         return timeToStr(value / degreesPerHour * arcsecondsPerDegree, look.digits);
     case Form::degrees:
-        return (value < 0 ? "" : "+") + timeToStr(value * arcsecondsPerDegree, look.digits);
+        return CString(value < 0 ? "" : "+") + timeToStr(value * arcsecondsPerDegree, look.digits);
     case Form::number:
         break;
     }
