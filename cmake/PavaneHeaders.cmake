@@ -172,6 +172,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/areas/AreaMeasures.h
     pavane/measures/areas/AreaTable.h
     pavane/measures/areas/cell_numbers.h
+    pavane/measures/fits/fit_table.h
+    pavane/measures/fits/GaussianFit.h
     pavane/measures/maps/CellMapping.h
     pavane/measures/maps/moments.h
     pavane/measures/maps/pair_maps.h
@@ -434,6 +436,9 @@ set(PAVANE_REACHED_HEADERS
     pavane/containers/Pile.h
     pavane/history/EditHistory.h
     pavane/history/ViewHistory.h
+    pavane/measures/fits/GaussianModel.h
+    pavane/measures/fits/source_shape.h
+    pavane/measures/fits/symmetric_matrix.h
     pavane/resources/freq_commands.h
     pavane/resources/mark_commands.h
     pavane/resources/table_commands.h

@@ -172,6 +172,8 @@
 #include "pavane/measures/areas/AreaMeasures.h"
 #include "pavane/measures/areas/AreaTable.h"
 #include "pavane/measures/areas/cell_numbers.h"
+#include "pavane/measures/fits/fit_table.h"
+#include "pavane/measures/fits/GaussianFit.h"
 #include "pavane/measures/maps/CellMapping.h"
 #include "pavane/measures/maps/moments.h"
 #include "pavane/measures/maps/pair_maps.h"

@@ -8,6 +8,7 @@
 #include "apps/view/print_batch.h"
 #include "apps/view/printed_planes.h"
 #include "apps/view/printed_table.h"
+#include "apps/view/profiles/fit_batch.h"
 #include "apps/view/profiles/map_tables.h"
 #include "apps/view/same_file.h"
 #include "apps/view/SurfacePicture.h"
@@ -61,7 +62,8 @@ int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::stri
 {
     const int nothingElse = !options.wantsPicture() && options.mask.empty() &&
                             options.visibilities.empty() && options.tables.empty() &&
-                            !options.print.wanted() && !options.profile.wanted();
+                            !options.print.wanted() && !options.profile.wanted() &&
+                            !options.profile.hasFit;
     std::string text;
     if (options.stats || nothingElse)
         text += statisticsText(inputs);
@@ -126,11 +128,14 @@ int drawMap(char** argv, const ViewOptions& options, const ViewInputs& inputs,
 }
 
 /// What was measured and goes into no table.
-int printMeasured(const ViewOptions& options, const MapTables& measured, std::string& error)
+int printMeasured(const ViewOptions& options, const ViewInputs& inputs, const MapTables& measured,
+                  std::string& error)
 {
-    return !options.profile.wanted() || options.wantsTable(profileTableName) ||
-           writeTextFile(
-               "-", [&](std::ostream& stream) { return measured.profile.writeTsv(stream); }, error);
+    if (options.profile.wanted() && !options.wantsTable(profileTableName) &&
+        !writeTextFile(
+            "-", [&](std::ostream& stream) { return measured.profile.writeTsv(stream); }, error))
+        return 0;
+    return !options.profile.hasFit || printText(fitText(inputs, measured.fits), error);
 }
 
 int runBatch(char** argv, const ViewOptions& options, std::string& error)
@@ -154,10 +159,12 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
         error = options.mask + ": " + error;
         return 0;
     }
+    if (!options.profile.residual.empty() && !writeResidual(options, inputs, measured.fits, error))
+        return 0;
     if ((options.wantsPicture() || options.print.wanted()) &&
         !drawMap(argv, options, inputs, components, measured, error))
         return 0;
-    return printMeasured(options, measured, error) && writeNumbers(options, inputs, error);
+    return printMeasured(options, inputs, measured, error) && writeNumbers(options, inputs, error);
 }
 
 }  // namespace

@@ -167,8 +167,8 @@ int readTableName(const std::string& text, ViewOptions& options, std::string& er
     if (!uvTableOf(text, found) && text != componentTable && text != areaTable &&
         !isMeasuredTable(text)) {
         error = "--table knows " + names + componentTable + ", " + areaTable + ", " +
-                profileTableName + ", " + spectrumTableName + ", " + histogramTableName +
-                ", not '" + text + "'";
+                profileTableName + ", " + spectrumTableName + ", " + histogramTableName + ", " +
+                fitTableName + ", not '" + text + "'";
         return 0;
     }
     if (!options.tables.empty() && options.tables.back().file.empty()) {
@@ -207,10 +207,11 @@ enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
 constexpr std::string_view mapOptions[] = {
-    "--areas",    "--plane",   "--levels",     "--scale",        "--range",  "--palette",
-    "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes", "--grid",
-    "--contrast", "--surface", "--empty-area", "--sky-grid",     "--moment", "--smooth",
-    "--out",      "--errors",  "--clip",       "--profile",      "--across"};
+    "--areas",    "--plane",   "--levels",   "--scale",   "--range",
+    "--palette",  "--aspect",  "--mask",     "--partial", "--visibilities",
+    "--planes",   "--grid",    "--contrast", "--surface", "--empty-area",
+    "--sky-grid", "--moment",  "--smooth",   "--out",     "--errors",
+    "--clip",     "--profile", "--across",   "--fit",     "--residual"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -302,17 +303,16 @@ OptionTable<ViewOptions> newTable()
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
           "frequencies or scans of a data file, components of a map, the numbers of its areas "
           "(those of --areas; of several --planes one after another), a --profile, the spectrum of "
-          "each area, or of the map, through a cube, the histogram of these cells; may be "
-          "repeated, "
-          "each with its --tsv; the last one without is what --print prints",
+          "each area, or of the map, through a cube, the histogram of these cells, a --fit; may be "
+          "repeated, each with its --tsv; the last one without is what --print prints",
           "telescopes baselines sources stokes frequencies scans components areas profile spectrum "
-          "histogram"},
+          "histogram fit"},
          readTableName,
          onlyInBatch,
          1},
         {{"--empty-area", "", "NAME",
           "an area without a source, by its name or its number from 1: its noise is that of the "
-          "errors in the table of areas, in place of the map's"},
+          "errors in the table of areas and of fits, in place of the map's"},
          keep<&ViewOptions::emptyArea>,
          onlyInBatch},
         {{"--tsv", "", "F", "where the table before it goes; -: standard output"},
@@ -385,8 +385,9 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
     else if (options.partial && options.areas.empty())
         error = "--partial goes with areas: --areas FILE";
     else if (!options.emptyArea.empty() &&
-             (options.areas.empty() || !options.wantsTable(areaTable)))
-        error = "--empty-area goes with areas and the table of them: --areas FILE --table areas";
+             (options.areas.empty() || (!options.wantsTable(areaTable) && !options.profile.hasFit)))
+        error = "--empty-area goes with areas, and the table of them or a fit: --areas FILE "
+                "--table areas";
     else if (!options.visibilities.empty() && options.model.empty())
         error = "--visibilities needs the model that they are computed from: --model FILE";
     else if (!options.tables.empty() && options.tables.back().file.empty() &&

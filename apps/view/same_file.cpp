@@ -114,9 +114,10 @@ std::string outputClash(const ViewOptions& options)
                                       {"--svg", options.svg},
                                       {"--out", options.made.out},
                                       {"--errors", options.made.errors},
+                                      {"--residual", options.profile.residual},
                                       {"--print", options.print.settings.file}};
     int prints = options.stats || options.made.wanted() || options.profile.wanted() ||
-                 !options.visibilities.empty();
+                 options.profile.hasFit || !options.visibilities.empty();
     for (const TableWish& wish : options.tables) {
         const int isPrinted = wish.file == "-";
         prints = prints || isPrinted;

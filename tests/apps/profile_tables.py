@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Profiles, spectra and histograms without a window, beside numpy and Astropy on the same cells.
+"""Profiles, spectra, histograms and fits without a window, beside numpy and Astropy on the same cells.
 usage: profile_tables.py PAVANE-VIEW FOLDER      (Debian: python3-astropy)"""
 import csv
 import io
@@ -131,6 +131,40 @@ for arguments, name, cells in (((), "Whole map", plane), (("--areas", areas), "s
         faults.append(f"bins of {edges[1] - edges[0]} for a noise of {sigma}")
     inside = (abs(cells - np.median(plane)) <= sigma).sum() / math.erf(math.sqrt(0.5))
     expect("noise", [rows["Noise"][i] for i in mine], inside * np.diff(normal((edges - np.median(plane)) / sigma)), 1e-4)
+# two sources in two areas, and what is left of the map
+y, x = np.mgrid[1:NY + 1, 1:NX + 1]
+flat = 0.02 * random.normal(size=(NY, NX))
+for height, x0, y0, major, minor, angle in (TRUTH := ((5, 25.3, 30.6, 12, 7, 30), (3, 60.2, 40.1, 9, 6, -50))):
+    east, north = (x0 - x), (y - y0)
+    s, c = np.sin(np.radians(angle)), np.cos(np.radians(angle))
+    flat += height * np.exp(-4 * np.log(2) * (((east * s + north * c) / major)**2 + ((east * c - north * s) / minor)**2))
+header = fits.getheader(path("cube.fits"))
+fits.PrimaryHDU(flat.astype("f4"), header).writeto(path("two.fits"), overwrite=True)
+with open(path("both.reg"), "w", encoding="ascii") as regions:
+    regions.write("image\nbox(25,30,36,36,0)\nbox(61,40,36,30,0)\nbox(20,60,12,12,0)\n")
+rows = table("--areas", path("both.reg"), "--fit", "1", "--empty-area", "3", "--table", "fit", "--tsv", path("fit.tsv"), "--residual", path("left.fits"),
+             file="two.fits")
+with open(path("fit.tsv"), encoding="utf-8") as file:
+    rows = list(csv.DictReader(file, delimiter="\t"))
+for row, (height, x0, y0, major, minor, angle) in zip(rows, TRUTH):
+    for title, value in (("Peak [mJy/beam]", height), ("pixel_x", x0), ("pixel_y", y0), ("Major axis [mas]", major * STEP * 3600e3),
+                         ("Minor axis [mas]", minor * STEP * 3600e3), ("Angle [deg]", angle)):
+        error = float(row[title.split(" [")[0] + " error" + (" [" + title.split(" [")[1] if " [" in title else "")])
+        # the noise is white: its errors are below those of noise as wide as the beam
+        if not abs(float(row[title]) - value) < 3 * error or not error < 0.05 * abs(value):
+            faults.append(f"fit: {title} {row[title]} +- {error}, not {value}")
+    at = SkyCoord.from_pixel(x0, y0, WCS(header).celestial, origin=1)
+    if SkyCoord(row["Right ascension [FK5]"], row["Declination [FK5]"], unit=(u.hourangle, u.deg), frame="fk5").separation(at).deg > STEP * 0.1:
+        faults.append("fit: its position is not that of Astropy")
+if len(rows) != 2 or abs(fits.getdata(path("left.fits"))).max() > 0.15:
+    faults.append(f"{len(rows)} fits leave {abs(fits.getdata(path('left.fits'))).max()}")
+for arguments, status in (("--fit 0", 1), ("--fit 1,back", 1), ("--table fit --tsv -", 1), ("--residual r.fits", 1), ("--fit 4", 2), ("--fit 2", 0),
+                          ("--fit 2,background,beam", 0), (f"--areas {areas} --fit 2", 2), (f"--areas {areas} --fit 2 --partial", 2)):
+    table(*arguments.split(), file="two.fits", status=status)
+header["BMAJ"] = 0
+fits.PrimaryHDU(np.zeros((9, 9), "f4"), header).writeto(path("flat.fits"), overwrite=True)
+table("--fit", "1", file="flat.fits", status=2)
+table("--fit", "1,beam", file="flat.fits", status=2)
 # wrong use and bad input
 for arguments, status in (("--profile 1,1,5", 1), ("--profile 1,1,5,5,0", 1), ("--profile 1,nan,5,5", 1), ("--table profile --tsv -", 1),
                           ("--profile 1,1,9,9 --across sum", 1), ("--profile 3,3,3,3", 2), ("--profile 200,3,300,3", 2), ("--profile 1,1,1e99,1", 2)):

@@ -1,6 +1,7 @@
 #include "apps/view/profiles/map_tables.h"
 
 #include "apps/view/area_numbers.h"
+#include "apps/view/profiles/fit_batch.h"
 #include "apps/view/profiles/profile_options.h"
 #include "apps/view/progress.h"
 #include "pavane/measures/profiles/profile_tables.h"
@@ -20,14 +21,7 @@ namespace
 constexpr const char* wholeMap = "Whole map";
 constexpr const char* noMemory = "there is no memory for its tables";
 
-/// The cells of an area by their name.
-struct NamedCells {
-    CString name;
-    AreaCells cells;
-};
-
-/// Those of the areas; without any one of the whole map, whose mask is all ones.
-int cellsOfAreas(const ViewInputs& inputs, std::vector<NamedCells>& all, std::string& error)
+int cellsOf(const ViewInputs& inputs, std::vector<NamedCells>& all, std::string& error)
 {
     const int rows = inputs.map.cells.rows(), columns = inputs.map.cells.columns();
     int done = 1;
@@ -116,6 +110,19 @@ int fillSpectrum(const ViewOptions& options, const ViewInputs& inputs,
     return 1;
 }
 
+int fillFits(const ViewOptions& options, const ViewInputs& inputs, MapTables& tables,
+             std::vector<std::string>& notes, std::string& error)
+{
+    if (!fitAreas(options, inputs, tables.fits, notes, error))
+        return 0;
+    SkyCoordinates sky;
+    std::string noSky;
+    (void)sky.init(inputs.map.header, noSky);
+    tables.fit =
+        fitTable(tables.fits, FluxScale::of(inputs.map.header, inputs.frame), sky, inputs.frame);
+    return 1;
+}
+
 int fill(const ViewOptions& options, const ViewInputs& inputs, MapTables& tables,
          std::vector<std::string>& notes, std::string& error)
 {
@@ -123,18 +130,30 @@ int fill(const ViewOptions& options, const ViewInputs& inputs, MapTables& tables
     const int wantsSpectrum = options.wantsTable(spectrumTableName);
     std::vector<NamedCells> cells;
     return (!options.profile.wanted() || fillProfile(options, inputs, tables.profile, error)) &&
-           ((!wantsHistogram && !wantsSpectrum) || cellsOfAreas(inputs, cells, error)) &&
+           (!options.profile.hasFit || fillFits(options, inputs, tables, notes, error)) &&
+           ((!wantsHistogram && !wantsSpectrum) || cellsOf(inputs, cells, error)) &&
            (!wantsHistogram || fillHistogram(inputs, cells, tables.histogram, error)) &&
            (!wantsSpectrum || fillSpectrum(options, inputs, cells, tables.spectrum, notes, error));
 }
 
 }  // namespace
 
+int cellsOfAreas(const ViewInputs& inputs, std::vector<NamedCells>& all, std::string& error)
+{
+    try {
+        return cellsOf(inputs, all, error);
+    } catch (const std::bad_alloc&) {
+        error = noMemory;
+        return 0;
+    }
+}
+
 const NumberTable* MapTables::numbersOf(const std::string& name) const
 {
     return name == profileTableName     ? &profile
            : name == spectrumTableName  ? &spectrum
            : name == histogramTableName ? &histogram
+           : name == fitTableName       ? &fit
                                         : nullptr;
 }
 

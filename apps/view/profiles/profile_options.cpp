@@ -65,11 +65,41 @@ int readAcross(const std::string& text, ViewOptions& options, std::string& error
     return 1;
 }
 
+int readFit(const std::string& text, ViewOptions& options, std::string& error)
+{
+    constexpr int most = 50;
+    GaussianFitWish& wish = options.profile.fit;
+    const std::string_view all = text;
+    const std::size_t end = std::min(all.find(','), all.size());
+    int isRead =
+        stoval(all.substr(0, end), wish.sources) && wish.sources >= 1 && wish.sources <= most;
+    for (std::size_t at = end; isRead && at < all.size();) {
+        const std::size_t comma = std::min(all.find(',', at + 1), all.size());
+        const std::string_view word = all.substr(at + 1, comma - at - 1);
+        isRead = word == "background" || word == "beam";
+        (word == "beam" ? wish.isBeam : wish.hasBackground) = 1;
+        at = comma;
+    }
+    if (!isRead) {
+        error = "--fit wants a number of Gaussians, 1 to " + std::to_string(most) +
+                ", and perhaps ,background and ,beam behind it, not '" + text + "'";
+        return 0;
+    }
+    return options.profile.hasFit = 1;
+}
+
+int readResidual(const std::string& text, ViewOptions& options, std::string&)
+{
+    options.profile.residual = text;
+    return 1;
+}
+
 }  // namespace
 
 int isMeasuredTable(const std::string& name)
 {
-    return name == profileTableName || name == spectrumTableName || name == histogramTableName;
+    return name == profileTableName || name == spectrumTableName || name == histogramTableName ||
+           name == fitTableName;
 }
 
 void addProfileOptions(OptionTable<ViewOptions>& table, int traits)
@@ -85,6 +115,12 @@ void addProfileOptions(OptionTable<ViewOptions>& table, int traits)
          "what becomes of the values across a wide profile: mean, greatest or sum",
          "mean greatest sum"},
         readAcross);
+    add({"--fit", "", "N[,background][,beam]",
+         "fit N Gaussians to each area of --areas, else to the map, with a constant below them or "
+         "with the shape of the beam; printed as \"key value unit\", written by --table fit; fits "
+         "that fail are an error, with --partial a note"},
+        readFit);
+    add({"--residual", "", "F.fits", "write the map without the Gaussians of --fit"}, readResidual);
 }
 
 int checkProfileOptions(const ViewOptions& options, std::string& error)
@@ -94,15 +130,20 @@ int checkProfileOptions(const ViewOptions& options, std::string& error)
         error = "--across goes with a --profile of a width above 1";
     else if (!wish.wanted() && options.wantsTable(profileTableName))
         error = "--table profile wants the line that it is along: --profile X1,Y1,X2,Y2[,WIDTH]";
-    else if (wish.wanted() && options.map.empty())
+    else if (!wish.hasFit && options.wantsTable(fitTableName))
+        error = "--table fit wants to know how many Gaussians: --fit N";
+    else if (!wish.hasFit && !wish.residual.empty())
+        error = "--residual goes with --fit";
+    else if ((wish.wanted() || wish.hasFit) && options.map.empty())
         error = "no map is named";
     return error.empty();
 }
 
 int isOfAllPlanes(const ViewOptions& options)
 {
-    return !options.tables.empty() && !options.profile.wanted() && !options.wantsPicture() &&
-           !options.stats && options.mask.empty() && !options.print.wanted() &&
+    return !options.tables.empty() && !options.profile.wanted() && !options.profile.hasFit &&
+           !options.wantsPicture() && !options.stats && options.mask.empty() &&
+           !options.print.wanted() &&
            std::all_of(options.tables.begin(), options.tables.end(),
                        [](const TableWish& wish) { return wish.table == spectrumTableName; });
 }

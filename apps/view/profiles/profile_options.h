@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/options/option_table.h"
+#include "pavane/measures/fits/GaussianFit.h"
 #include "pavane/measures/profiles/MapProfile.h"
 
 #include <string>
@@ -14,11 +15,15 @@ struct ViewOptions;
 inline constexpr const char* profileTableName = "profile";
 inline constexpr const char* spectrumTableName = "spectrum";
 inline constexpr const char* histogramTableName = "histogram";
+inline constexpr const char* fitTableName = "fit";
 
-/// What the command line says of profiles.
+/// What the command line says of profiles and of fits of Gaussians.
 struct ProfileWish {
     ProfileLine line;  ///< no corner when none was asked for
     int hasAcross = 0;
+    GaussianFitWish fit;
+    int hasFit = 0;
+    std::string residual;  ///< a file, or ""
 
     int wanted() const { return !line.corners.empty(); }
 };
@@ -26,7 +31,8 @@ struct ProfileWish {
 /// Whether it is the name of a table of what is measured on a map.
 int isMeasuredTable(const std::string& name);
 
-/// The options of profiles, all of which have `traits`, behind those that stand in the table.
+/// The options of profiles and fits, all of which have `traits`, behind those that stand in the
+/// table.
 void addProfileOptions(OptionTable<ViewOptions>& table, int traits);
 /// Whether those that were given go together; else `error` is one line.
 int checkProfileOptions(const ViewOptions& options, std::string& error);
