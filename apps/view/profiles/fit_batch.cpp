@@ -111,8 +111,9 @@ std::string fitText(const ViewInputs& inputs, const std::vector<NamedFit>& fits)
         }
         line("residual", named.fit.residual);
         line("noise", named.fit.noise);
-        text += area + "cells " + std::to_string(named.fit.cells) + " cells\n" + area + "steps " +
-                std::to_string(named.fit.steps) + '\n';
+        text.append(area).append("cells ").append(std::to_string(named.fit.cells));
+        text.append(" cells\n").append(area).append("steps ");
+        text.append(std::to_string(named.fit.steps)).append("\n");
     }
     return text;
 }

@@ -1,5 +1,7 @@
 #include "pavane/measures/fits/GaussianModel.h"
 
+#include "pavane/axes/maps/cells/simd_path.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -14,14 +16,13 @@ namespace
 /// Exponents from here on are nothing, and would be numbers that processors are slow with.
 constexpr double mostExponent = 69;
 constexpr double leastPart = 1e-30;
-/// Functions of a row from which the derivatives by all parameters of a source are made: the
-/// exponentials times 1, dx and dx^2.
-constexpr int perRow = 3;
+using Doubles = double __attribute__((vector_size(32)));
+constexpr int lanes = 4;
+
+double sumOf(const Doubles& x) { return (x[0] + x[1]) + (x[2] + x[3]); }
 
 double dot(const double* a, const double* b, int count)
 {
-    using Doubles = double __attribute__((vector_size(32)));
-    constexpr int lanes = 4;
     Doubles sum = {};
     int i = 0;
     for (; i + lanes <= count; i += lanes) {
@@ -30,25 +31,116 @@ double dot(const double* a, const double* b, int count)
         std::memcpy(&y, b + i, sizeof y);
         sum += x * y;
     }
-    double all = (sum[0] + sum[1]) + (sum[2] + sum[3]);
+    double all = sumOf(sum);
     for (; i < count; ++i)
         all += a[i] * b[i];
     return all;
 }
 
-/// A derivative in a row: factors of the functions of its source.
-using Factors = std::array<double, perRow>;
+using Derivatives = GaussianSums::Derivatives;
+using Term = GaussianSums::Term;
 
-/// Derivatives of a source by its parameters, `dy` below its place.
-std::array<Factors, 6> derivatives(const CellSource& s, double dy)
+/// Derivatives of a source by its parameters, each a sum of two terms at most.
+Derivatives derivatives(const CellSource& s)
 {
     const double h = s.height;
-    return {{{1, 0, 0},
-             {2 * h * s.xy * dy, 2 * h * s.xx, 0},
-             {2 * h * s.yy * dy, 2 * h * s.xy, 0},
-             {0, 0, -h},
-             {0, -2 * h * dy, 0},
-             {-h * dy * dy, 0, 0}}};
+    return {{{{{1, 0, 0}, {}}},
+             {{{2 * h * s.xx, 1, 0}, {2 * h * s.xy, 0, 1}}},
+             {{{2 * h * s.xy, 1, 0}, {2 * h * s.yy, 0, 1}}},
+             {{{-h, 2, 0}, {}}},
+             {{{-2 * h, 1, 1}, {}}},
+             {{{-h, 0, 2}, {}}}}};
+}
+
+/// Sums over a row: e e x^i, e l x^i and e w x^i.
+struct RowMoments {
+    double squares[5], left[3], ones[3];
+};
+
+/// Four columns at a time, which begin `dx` from the source.
+template <int hasOnes>
+[[gnu::always_inline]] inline void momentsOf(const double* e, const double* left,
+                                             const double* ones, int count, double dx,
+                                             RowMoments& sums)
+{
+    Doubles s0 = {}, s1 = {}, s2 = {}, s3 = {}, s4 = {}, l0 = {}, l1 = {}, l2 = {};
+    Doubles w0 = {}, w1 = {}, w2 = {};
+    Doubles x = {0.0, 1.0, 2.0, 3.0};
+    x += dx;
+    const auto add = [&](const Doubles& value, const Doubles& rest, const Doubles& weight)
+        __attribute__((always_inline))
+    {
+        Doubles product = value * value;
+        s0 += product;
+        s1 += product *= x;
+        s2 += product *= x;
+        s3 += product *= x;
+        s4 += product *= x;
+        product = value * rest;
+        l0 += product;
+        l1 += product *= x;
+        l2 += product *= x;
+        if constexpr (hasOnes) {
+            product = value * weight;
+            w0 += product;
+            w1 += product *= x;
+            w2 += product *= x;
+        }
+        x += lanes;
+    };
+    Doubles value = {}, rest = {}, weight = {};
+    int i = 0;
+    for (; i + lanes <= count; i += lanes) {
+        std::memcpy(&value, e + i, sizeof value);
+        std::memcpy(&rest, left + i, sizeof rest);
+        if constexpr (hasOnes)
+            std::memcpy(&weight, ones + i, sizeof weight);
+        add(value, rest, weight);
+    }
+    if (i < count) {
+        const auto bytes = static_cast<std::size_t>(count - i) * sizeof(double);
+        value = rest = weight = Doubles{};
+        std::memcpy(&value, e + i, bytes);
+        std::memcpy(&rest, left + i, bytes);
+        std::memcpy(&weight, ones + i, bytes);
+        add(value, rest, weight);
+    }
+    sums = {{sumOf(s0), sumOf(s1), sumOf(s2), sumOf(s3), sumOf(s4)},
+            {sumOf(l0), sumOf(l1), sumOf(l2)},
+            {sumOf(w0), sumOf(w1), sumOf(w2)}};
+}
+
+__attribute__((target("avx2"))) void momentsWide(const double* e, const double* left,
+                                                 const double* ones, int count, double dx,
+                                                 int hasOnes, RowMoments& sums)
+{
+    (hasOnes ? momentsOf<1>(e, left, ones, count, dx, sums)
+             : momentsOf<0>(e, left, ones, count, dx, sums));
+}
+
+void findMoments(const double* e, const double* left, const double* ones, int count, double dx,
+                 int hasOnes, RowMoments& sums)
+{
+    static const int isWide = bestSimdPath() != SimdPath::plain;
+    if (isWide)
+        momentsWide(e, left, ones, count, dx, hasOnes, sums);
+    else if (hasOnes)
+        momentsOf<1>(e, left, ones, count, dx, sums);
+    else
+        momentsOf<0>(e, left, ones, count, dx, sums);
+}
+
+void addMoments(const RowMoments& row, double dy, GaussianSums::SourceMoments& all)
+{
+    double power = 1;
+    for (int j = 0; j < 5; ++j, power *= dy) {
+        for (int i = 0; i + j < 5; ++i)
+            all.squares[i][j] += row.squares[i] * power;
+        for (int i = 0; i + j < 3; ++i) {
+            all.left[i][j] += row.left[i] * power;
+            all.ones[i][j] += row.ones[i] * power;
+        }
+    }
 }
 
 }  // namespace
@@ -104,13 +196,16 @@ void GaussianSums::find(const GaussianModel& model, const FitCells& cells)
     slopes_.assign(static_cast<std::size_t>(n), 0);
     residual_ = 0;
     rows_.resize(model.sources.size());
-    basis_.resize(model.sources.size() * perRow + 1);
-    for (std::vector<double>& function : basis_)
-        function.resize(static_cast<std::size_t>(cells.columns));
-    left_.resize(static_cast<std::size_t>(cells.columns));
-    gram_ = SquareMatrix(static_cast<int>(basis_.size()));
+    own_.assign(model.sources.size(), {});
+    const auto columns = static_cast<std::size_t>(cells.columns);
+    left_.resize(columns);
+    ones_.resize(columns);
     for (int row = 0; row < cells.rows; ++row)
         addRow(model, cells, row);
+    const int per = model.perSource();
+    for (int s = 0; s < static_cast<int>(model.sources.size()); ++s)
+        addOwn(model, s * per, own_[static_cast<std::size_t>(s)],
+               derivatives(model.sources[static_cast<std::size_t>(s)]));
 }
 
 void GaussianSums::addRow(const GaussianModel& model, const FitCells& cells, int row)
@@ -119,96 +214,93 @@ void GaussianSums::addRow(const GaussianModel& model, const FitCells& cells, int
     const float* const weights = cells.weightsOf(row);
     const float* const values = cells.valuesOf(row);
     double* const left = left_.data();
-    for (int c = 0; c < columns; ++c)
-        left[c] =
-            static_cast<double>(values[c]) - model.background * static_cast<double>(weights[c]);
-    const auto count = static_cast<int>(model.sources.size());
-    const int functions = model.isShapeFixed ? 2 : perRow;
+    double* const ones = ones_.data();
+    for (int c = 0; c < columns; ++c) {
+        ones[c] = static_cast<double>(weights[c]);
+        left[c] = static_cast<double>(values[c]) - model.background * ones[c];
+    }
     const double y = cells.firstRow + row;
-    for (int s = 0; s < count; ++s) {
-        const CellSource& source = model.sources[static_cast<std::size_t>(s)];
-        SourceRow& own = rows_[static_cast<std::size_t>(s)];
+    for (std::size_t s = 0; s < model.sources.size(); ++s) {
+        const CellSource& source = model.sources[s];
+        SourceRow& own = rows_[s];
         fillRow(source, y, cells.firstColumn, columns, own);
-        double* const b[] = {basis_[static_cast<std::size_t>(s * perRow)].data(),
-                             basis_[static_cast<std::size_t>(s * perRow + 1)].data(),
-                             basis_[static_cast<std::size_t>(s * perRow + 2)].data()};
-        const double origin = source.x - cells.firstColumn;
+        double* const e = own.e.data();
         for (int c = own.first; c < own.end; ++c) {
-            const double e = own.e[static_cast<std::size_t>(c)] * static_cast<double>(weights[c]);
-            const double dx = c - origin;
-            b[0][c] = e;
-            b[1][c] = e * dx;
-            b[2][c] = e * dx * dx;
-            left[c] -= source.height * e;
+            e[c] *= ones[c];
+            left[c] -= source.height * e[c];
         }
     }
     residual_ += dot(left, left, columns);
-    // sums of products of the functions of the row, then of the derivatives made of them
-    std::array<Factors, 6> mine{}, others{};
-    const int per = model.perSource();
-    const int last = per * count;
-    double* const ones = basis_.back().data();
-    if (model.hasBackground)
-        for (int c = 0; c < columns; ++c)
-            ones[c] = static_cast<double>(weights[c]);
-    for (int s = 0; s < count; ++s) {
-        const SourceRow& own = rows_[static_cast<std::size_t>(s)];
+    for (std::size_t s = 0; s < model.sources.size(); ++s) {
+        const SourceRow& own = rows_[s];
         if (own.end <= own.first)
             continue;
-        mine = derivatives(model.sources[static_cast<std::size_t>(s)],
-                           y - model.sources[static_cast<std::size_t>(s)].y);
-        const auto function = [&](int source, int i, int at) {
-            return basis_[static_cast<std::size_t>(source * perRow + i)].data() + at;
-        };
-        Factors withLeft{}, withOnes{};
-        for (int i = 0; i < functions; ++i) {
-            const double* const f = function(s, i, own.first);
-            withLeft[static_cast<std::size_t>(i)] = dot(f, left + own.first, own.end - own.first);
-            if (model.hasBackground)
-                withOnes[static_cast<std::size_t>(i)] =
-                    dot(f, ones + own.first, own.end - own.first);
-        }
-        for (int p = 0; p < per; ++p)
-            for (std::size_t i = 0; i < perRow; ++i) {
-                const double factor = mine[static_cast<std::size_t>(p)][i];
-                slopes_[static_cast<std::size_t>(s * per + p)] += factor * withLeft[i];
-                if (model.hasBackground)
-                    squares_(s * per + p, last) += factor * withOnes[i];
-            }
-        for (int t = s; t < count; ++t) {
-            const SourceRow& other = rows_[static_cast<std::size_t>(t)];
-            const int first = std::max(own.first, other.first);
-            const int width = std::min(own.end, other.end) - first;
-            if (width <= 0)
-                continue;
-            double products[perRow][perRow] = {};
-            for (int i = 0; i < functions; ++i)
-                for (int k = t == s ? i : 0; k < functions; ++k)
-                    products[i][k] = dot(function(s, i, first), function(t, k, first), width);
-            if (t == s)
-                for (int i = 0; i < functions; ++i)
-                    for (int k = 0; k < i; ++k)
-                        products[i][k] = products[k][i];
-            others = derivatives(model.sources[static_cast<std::size_t>(t)],
-                                 y - model.sources[static_cast<std::size_t>(t)].y);
-            for (int p = 0; p < per; ++p) {
-                const Factors& a = mine[static_cast<std::size_t>(p)];
-                double sums[perRow] = {};
-                for (std::size_t k = 0; k < perRow; ++k)
-                    for (std::size_t i = 0; i < perRow; ++i)
-                        sums[k] += a[i] * products[i][k];
-                for (int q = t == s ? p : 0; q < per; ++q) {
-                    const Factors& b = others[static_cast<std::size_t>(q)];
-                    squares_(s * per + p, t * per + q) +=
-                        sums[0] * b[0] + sums[1] * b[1] + sums[2] * b[2];
-                }
-            }
-        }
+        const CellSource& source = model.sources[s];
+        const double dx = own.first + cells.firstColumn - source.x;
+        RowMoments sums;
+        findMoments(own.e.data() + own.first, left + own.first, ones + own.first,
+                    own.end - own.first, dx, model.hasBackground, sums);
+        addMoments(sums, y - source.y, own_[s]);
+        for (std::size_t t = s + 1; t < model.sources.size(); ++t)
+            addPair(model, cells, y, s, t);
     }
     if (model.hasBackground) {
+        const int last = model.parameters() - 1;
         squares_(last, last) += dot(ones, ones, columns);
         slopes_[static_cast<std::size_t>(last)] += dot(ones, left, columns);
     }
+}
+
+/// The derivatives of two sources with each other.
+void GaussianSums::addPair(const GaussianModel& model, const FitCells& cells, double y,
+                           std::size_t s, std::size_t t)
+{
+    const SourceRow &one = rows_[s], &two = rows_[t];
+    const CellSource &a = model.sources[s], &b = model.sources[t];
+    const int first = std::max(one.first, two.first), end = std::min(one.end, two.end);
+    double products[3][3] = {};
+    for (int c = first; c < end; ++c) {
+        const auto at = static_cast<std::size_t>(c);
+        const double x = c + cells.firstColumn;
+        const double e = one.e[at] * two.e[at];
+        const double ax = x - a.x, bx = x - b.x;
+        const double powers[] = {e, e * ax, e * ax * ax};
+        for (std::size_t i = 0; i < 3; ++i) {
+            products[i][0] += powers[i];
+            products[i][1] += powers[i] * bx;
+            products[i][2] += powers[i] * bx * bx;
+        }
+    }
+    if (first >= end)
+        return;
+    const int per = model.perSource();
+    const Derivatives mine = derivatives(a), others = derivatives(b);
+    const double ay[] = {1, y - a.y, (y - a.y) * (y - a.y)};
+    const double by[] = {1, y - b.y, (y - b.y) * (y - b.y)};
+    for (int p = 0; p < per; ++p)
+        for (int q = 0; q < per; ++q)
+            for (const Term& f : mine[static_cast<std::size_t>(p)])
+                for (const Term& g : others[static_cast<std::size_t>(q)])
+                    squares_(static_cast<int>(s) * per + p, static_cast<int>(t) * per + q) +=
+                        f.factor * g.factor * products[f.x][g.x] * ay[f.y] * by[g.y];
+}
+
+void GaussianSums::addOwn(const GaussianModel& model, int first, const SourceMoments& own,
+                          const Derivatives& slopes)
+{
+    const int per = model.perSource();
+    const int last = model.parameters() - 1;
+    const auto begin = static_cast<std::size_t>(first);
+    for (int p = 0; p < per; ++p)
+        for (const Term& f : slopes[static_cast<std::size_t>(p)]) {
+            slopes_[begin + static_cast<std::size_t>(p)] += f.factor * own.left[f.x][f.y];
+            if (model.hasBackground)
+                squares_(first + p, last) += f.factor * own.ones[f.x][f.y];
+            for (int q = p; q < per; ++q)
+                for (const Term& g : slopes[static_cast<std::size_t>(q)])
+                    squares_(first + p, first + q) +=
+                        f.factor * g.factor * own.squares[f.x + g.x][f.y + g.y];
+        }
 }
 
 }  // namespace pavane

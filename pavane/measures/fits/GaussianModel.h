@@ -2,6 +2,7 @@
 
 #include "pavane/measures/fits/symmetric_matrix.h"
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -68,16 +69,30 @@ public:
     const std::vector<double>& slopes() const { return slopes_; }
     double residual() const { return residual_; }  ///< r'r
 
+    /// factor * e * dx^x * dy^y of a derivative, e the exponential.
+    struct Term {
+        double factor = 0;
+        int x = 0, y = 0;
+    };
+    using Derivatives = std::array<std::array<Term, 2>, 6>;
+    /// Sums of e e dx^i dy^j, of e r dx^i dy^j and of e dx^i dy^j over the cells.
+    struct SourceMoments {
+        double squares[5][5] = {}, left[3][3] = {}, ones[3][3] = {};
+    };
+
 private:
     void addRow(const GaussianModel& model, const FitCells& cells, int row);
+    void addPair(const GaussianModel& model, const FitCells& cells, double y, std::size_t s,
+                 std::size_t t);
+    void addOwn(const GaussianModel& model, int first, const SourceMoments& own,
+                const Derivatives& slopes);
 
     SquareMatrix squares_;
     std::vector<double> slopes_;
     double residual_ = 0;
     std::vector<SourceRow> rows_;
-    std::vector<std::vector<double>> basis_;
-    std::vector<double> left_;
-    SquareMatrix gram_;
+    std::vector<SourceMoments> own_;
+    std::vector<double> left_, ones_;
 };
 
 }  // namespace pavane

@@ -40,6 +40,7 @@ CellSource startOfSource(const GaussianModel& model, const FitCells& cells, cons
         if (std::fabs(left[i]) > std::fabs(left[peak]))
             peak = i;
     const auto columns = static_cast<std::size_t>(cells.columns);
+    const std::size_t peakRow = peak / columns;
     CellSource source;
     source.height = static_cast<double>(left[peak]);
     const double half = source.height / 2;
@@ -51,7 +52,8 @@ CellSource startOfSource(const GaussianModel& model, const FitCells& cells, cons
     for (std::size_t i = 0; i < found.size(); ++i) {
         const std::size_t at = found[i];
         const double dx = static_cast<double>(at % columns) - static_cast<double>(peak % columns);
-        const double dy = static_cast<double>(at / columns) - static_cast<double>(peak / columns);
+        const std::size_t row = at / columns;
+        const double dy = static_cast<double>(row) - static_cast<double>(peakRow);
         n += 1;
         x += dx;
         y += dy;
@@ -73,7 +75,7 @@ CellSource startOfSource(const GaussianModel& model, const FitCells& cells, cons
     x /= n;
     y /= n;
     source.x = cells.firstColumn + static_cast<double>(peak % columns) + x;
-    source.y = cells.firstRow + static_cast<double>(peak / columns) + y;
+    source.y = cells.firstRow + static_cast<double>(peakRow) + y;
     // an ellipse that is filled evenly has a sixteenth of its squared widths as covariance, and a
     // cell is wide itself
     constexpr double perVariance = 16, ofCell = 1.0 / 12;

@@ -11,7 +11,7 @@ namespace
 {
 
 using Form = NumberColumn::Form;
-constexpr int valueDigits = 9, errorDigits = 6, placeDigits = 12;
+constexpr int valueDigits = 9, errorDigits = 6;
 
 /// Gathers the numbers with their titles.
 class Numbers
