@@ -197,6 +197,9 @@ void MapFigure::placeBar(CDC& dc, const CRect& inner, FigureLayout& layout) cons
         layout.otherBar = inner;
         breadth += other;
     }
+    if (leastBarRoom_ <= room)
+        breadth = std::max(breadth, leastBarRoom_);
+    layout.barRoom = breadth;
     (across ? layout.axis.bottom : layout.axis.right) -= breadth;
     (void)axis_->layOut(dc, layout.axis);
 }

@@ -24,6 +24,7 @@ struct FigureLayout {
     /// Of a plot without a bar and with cells of any shape, in pixels of 96 per inch.
     CRect margins;
     CRect border{-1, -1, -1, -1};  ///< bounds with which the axis gets this plot
+    int barRoom = 0;               ///< that the bars take from the axis, in pixels of 96 per inch
     int fontHeight = 0;
     int isEmpty() const { return plot.IsRectEmpty(); }
 };
@@ -49,6 +50,8 @@ public:
     void setEqualUnits(int on) { equalUnits_ = on; }
     /// Non-zero leaves no room around plot, labels and bar: the figure is a panel of a larger one.
     void setPanel(int on) { panel_ = on; }
+    /// Bars take at least so many pixels of 96 per inch, the room before them included; 0 at first.
+    void setLeastBarRoom(int pixels) { leastBarRoom_ = pixels; }
     /// Layers are drawn in the order in which they were added, inside the plot.
     void addLayer(FigureLayer* layer) { layers_.push_back(layer); }
     void clearLayers() { layers_.clear(); }
@@ -78,6 +81,7 @@ private:
     int square_ = 1;
     int equalUnits_ = 0;
     int panel_ = 0;
+    int leastBarRoom_ = 0;
     std::vector<FigureLayer*> layers_;
 };
 

@@ -29,6 +29,13 @@ void put(TMinMax& range, const TMnMx& x, const TMnMx& y)
 
 int isSpan(const TMnMx& span) { return span.min < span.max && std::isfinite(span.max - span.min); }
 
+int reachesBeyond(const TMnMx& span, const TMnMx& whole)
+{
+    const double tremble = 1e-9 * (whole.max - whole.min);
+    return isSpan(span) && isSpan(whole) &&
+           (span.min < whole.min - tremble || span.max > whole.max + tremble);
+}
+
 TMnMx spanBetween(double a, double b) { return {std::min(a, b), std::max(a, b)}; }
 
 }  // namespace
@@ -51,7 +58,8 @@ int RangeView::isZoomed(const TMinMax& shown, PlotDirections directions) const
         return 0;
     constexpr double all = 1 - 1e-9;
     return spanPart(xOf(shown), xOf(whole_), directions.x == 0) < all ||
-           spanPart(yOf(shown), yOf(whole_), directions.y == 0) < all;
+           spanPart(yOf(shown), yOf(whole_), directions.y == 0) < all ||
+           reachesBeyond(xOf(shown), xOf(whole_)) || reachesBeyond(yOf(shown), yOf(whole_));
 }
 
 int RangeView::isWideEnough(const TMinMax& range, APoint<double> cell,

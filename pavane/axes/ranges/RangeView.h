@@ -32,7 +32,7 @@ public:
     void replaceWhole(const TMinMax& whole);
     int isKnown() const { return !(whole_ == TMinMax()); }
 
-    /// Whether `shown` is less than the whole.
+    /// Whether `shown` is less than the whole, or reaches beyond it.
     int isZoomed(const TMinMax& shown, PlotDirections directions) const;
     /// 1 / `factor` of what is shown with the value `at` in its place, inside the whole. 0 when it
     /// stays as it is, or when it would be less than can be told: two cells of `cell` (data values,

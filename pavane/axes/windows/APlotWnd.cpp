@@ -7,6 +7,7 @@
 #include "platform/messages.h"
 #include "platform/window_dc.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace pavane
@@ -141,8 +142,12 @@ FigureLayout APlotWnd::layOut(CDC& dc, const CRect& rect) const
 {
     const FigureUnits units(dc);
     const CSize size{units.pixels(rect.Width()), units.pixels(rect.Height())};
-    const int known = marginsFor_ == size && IsRangeZoomed();
-    return figure_.layOut(dc, rect, known ? &margins_ : nullptr);
+    const CRect& own = leastRoom_.margins;
+    CRect least = own;
+    if (marginsFor_ == size && IsRangeZoomed())
+        least = CRect(std::max(own.left, margins_.left), std::max(own.top, margins_.top),
+                      std::max(own.right, margins_.right), std::max(own.bottom, margins_.bottom));
+    return figure_.layOut(dc, rect, least == CRect() ? nullptr : &least);
 }
 
 void APlotWnd::layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout)
@@ -151,6 +156,7 @@ void APlotWnd::layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout)
     layout = layOut(dc, client);
     if (plotMargins(layout, margins_))
         marginsFor_ = client.Size();
+    room_ = {layout.margins, layout.barRoom};
 }
 
 int APlotWnd::plotMargins(const FigureLayout& layout, CRect& margins) const
@@ -175,6 +181,25 @@ void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
         view_.setWhole(axis_->getMinMax());
     plotLaidOut();
     contentDrawn(ratio);
+}
+
+void APlotWnd::PrepareContent()
+{
+    CRect client;
+    if (!axis_ || !GetSafeHwnd() || !GetClientRect(client) || client.IsRectEmpty())
+        return;
+    CClientDC dc(this);
+    CRect nothing;
+    DrawWindow(dc, client, nothing);
+}
+
+void APlotWnd::SetLeastRoom(const PlotRoom& room)
+{
+    if (room.margins == leastRoom_.margins && room.bar == leastRoom_.bar)
+        return;
+    leastRoom_ = room;
+    figure_.setLeastBarRoom(room.bar);
+    ContentChanged();
 }
 
 int APlotWnd::patchContent(const std::function<int(CDC& dc, CRect& rect)>& draw)

@@ -20,6 +20,13 @@ namespace pavane
 
 class ABAxis;
 class PaletteFollower;
+
+/// Room about the plot of a window, in pixels: what labels and titles take at each edge, and a bar.
+struct PlotRoom {
+    CRect margins;
+    int bar = 0;
+};
+
 enum class CommandWhen : std::uint8_t;
 
 /// A window that shows an axis with its graphs: a curve, a histogram, a map, whatever the axis
@@ -57,6 +64,7 @@ public:
     void SetNewMinMax(const TMinMax& range);
     /// The range of everything that the axis shows, before any zoom; unset before the first paint.
     const TMinMax& GetWholeRange() const { return view_.whole(); }
+    /// Whether another range than the whole is shown.
     int IsRangeZoomed() const;
     /// One step of the zoom history each, or one for all that follow within a moment. Factors above
     /// 1 magnify; the value at client point `pixel` stays there.
@@ -65,6 +73,15 @@ public:
     void Pan(int dx, int dy);
     void ZoomBack();
     void ShowWholeRange();
+
+    /// Draws what is shown into the picture that the window keeps, unless that is done: also while
+    /// it is hidden, so that it shows at once later. The whole range is known then.
+    void PrepareContent();
+    /// Of the last layout in the window.
+    const PlotRoom& GetRoom() const { return room_; }
+    /// The plot keeps at least this room, so that windows of one size can show one place at one
+    /// pixel; none at first.
+    void SetLeastRoom(const PlotRoom& room);
 
     /// Runs one of the commands of resource_ids.h; 0 when it is none of this window's.
     virtual int RunCommand(unsigned id);
@@ -265,6 +282,8 @@ private:
     std::unique_ptr<PaletteFollower> palette_;
     CRect margins_;  ///< of the plot while zoomed, and the size of the window that they are for
     CSize marginsFor_;
+    PlotRoom room_;
+    PlotRoom leastRoom_;
     CRect drawnIn_;  ///< where the axis was drawn in the window
     PlotPicture picture_;
     ViewHistory views_;
