@@ -9,7 +9,8 @@ namespace pavane
 
 class CWnd;
 
-/// Files were dropped on the client area; `lParam` is for DroppedFiles. It comes when the drag has
+/// Files were dropped on the client area; `wParam` is MK_SHIFT when that key was held, else 0,
+/// `lParam` is for DroppedFiles. It comes when the drag has
 /// ended: dialogs may be shown.
 inline constexpr unsigned WM_DROPFILES = 0x0233;
 

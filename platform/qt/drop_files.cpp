@@ -40,8 +40,9 @@ void filesDragged(QWidget& widget, HWND hwnd, QDropEvent& e)
     if (e.type() != QEvent::Drop)
         return;
     // where they come from waits for the end of the drop
-    const auto tell = [hwnd, files] {
-        sendTo(hwnd, WM_DROPFILES, 0, reinterpret_cast<LPARAM>(&files));
+    const WPARAM held = e.modifiers().testFlag(Qt::ShiftModifier) ? MK_SHIFT : 0;
+    const auto tell = [hwnd, files, held] {
+        sendTo(hwnd, WM_DROPFILES, held, reinterpret_cast<LPARAM>(&files));
     };
     QMetaObject::invokeMethod(&widget, tell, Qt::QueuedConnection);
 }
