@@ -175,6 +175,35 @@ SkySteps offsetSteps(double reference, double latitude, int isLatitude, double s
     return steps;
 }
 
+int roundParts(const SkySteps& steps)
+{
+    // what a step counts in its largest unit, and whether that is one of time or arc
+    double count = steps.isOffset ? steps.shown : steps.step;
+    int isClock = 0;
+    if (!steps.isOffset && steps.numbers != SkyNumbers::degrees) {
+        constexpr double degreesPerHour = 15;
+        constexpr double sixty = 60;
+        count *= sixty * sixty / (steps.numbers == SkyNumbers::hours ? degreesPerHour : 1);
+        isClock = count > 1 - 1e-9;
+        for (int i = 0; i < 2 && count > sixty - 1e-6; ++i)
+            count /= sixty;
+    }
+    if (!(count > 0) || !std::isfinite(count))
+        return 1;
+    if (!isClock)
+        count /= std::pow(10, std::floor(std::log10(count) + 1e-9));
+    // of 1 hour, minute, degree quarters; of 15, 30, 45 and 3, 6 thirds
+    static constexpr struct {
+        double count;
+        int ofDecimals, ofClock;
+    } parts[] = {{1, 5, 4},  {2, 4, 4},  {3, 3, 3},  {5, 5, 5},  {6, 3, 3}, {10, 5, 5},
+                 {12, 4, 4}, {15, 3, 3}, {20, 4, 4}, {30, 3, 3}, {45, 3, 3}};
+    for (const auto& each : parts)
+        if (std::fabs(count - each.count) < 1e-6 * each.count)
+            return isClock ? each.ofClock : each.ofDecimals;
+    return 1;
+}
+
 SkyText skyText(const SkySteps& steps, double k, int isLatitude)
 {
     SkyText text;

@@ -56,6 +56,9 @@ PAVANE_API SkySteps roundSteps(SkyNumbers numbers, double span, int most);
 PAVANE_API SkySteps offsetSteps(double reference, double latitude, int isLatitude, double span,
                                 int most);
 
+/// Into how many round parts a step is divided by ticks between its lines, 1 for none.
+PAVANE_API int roundParts(const SkySteps& steps);
+
 /// What stands at the line k. Longitudes are 0 to below a turn.
 PAVANE_API SkyText skyText(const SkySteps& steps, double k, int isLatitude);
 

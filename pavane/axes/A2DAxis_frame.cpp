@@ -97,14 +97,22 @@ void A2DAxis::strokeTicks(const PlotLayout& layout,
         yTick(tick.value, major);
     for (const double value : layout.y.minor)
         yTick(value, minor);
-    for (const TickSet::Tick& tick : layout.top.major) {
-        const int x = std::clamp(RPXtoGPX(tick.value), g.left, g.right);
-        stroke({x, g.top}, {x, g.top + (inside ? major : -major)});
-    }
-    for (const TickSet::Tick& tick : layout.right.major) {
-        const int y = std::clamp(RPYtoGPY(tick.value), g.top, g.bottom);
-        stroke({g.right, y}, {g.right + (inside ? -major : major), y});
-    }
+    const auto topTick = [&](double value, int length) {
+        const int x = std::clamp(RPXtoGPX(value), g.left, g.right);
+        stroke({x, g.top}, {x, g.top + (inside ? length : -length)});
+    };
+    const auto rightTick = [&](double value, int length) {
+        const int y = std::clamp(RPYtoGPY(value), g.top, g.bottom);
+        stroke({g.right, y}, {g.right + (inside ? -length : length), y});
+    };
+    for (const TickSet::Tick& tick : layout.top.major)
+        topTick(tick.value, major);
+    for (const double value : layout.top.minor)
+        topTick(value, minor);
+    for (const TickSet::Tick& tick : layout.right.major)
+        rightTick(tick.value, major);
+    for (const double value : layout.right.minor)
+        rightTick(value, minor);
 }
 
 void A2DAxis::drawLabels(CDC& dc, const PlotLayout& layout)

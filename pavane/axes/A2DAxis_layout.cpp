@@ -145,6 +145,12 @@ void A2DAxis::finishSkyTicks(CDC& dc, PlotLayout& layout)
     layout.hasOpposite = 1;
     layout.top = skyGrid_->oppositeTicks(0);
     layout.right = skyGrid_->oppositeTicks(1);
+    if (isFlagSet(axisNoMinorTicks))
+        return;
+    layout.x.minor = skyGrid_->minorTicks(0, 0);
+    layout.y.minor = skyGrid_->minorTicks(1, 0);
+    layout.top.minor = skyGrid_->minorTicks(0, 1);
+    layout.right.minor = skyGrid_->minorTicks(1, 1);
 }
 
 void A2DAxis::boundGraphRect(PlotLayout& layout) const

@@ -22,6 +22,12 @@ public:
     virtual void shortenLabels(int isY, TickSet& set) = 0;
     /// Ticks of the upper (0) or right edge (1), without labels.
     virtual TickSet oppositeTicks(int isY) = 0;
+    /// Places (RP) of ticks between the labelled ones, of the lower or left edge, or with
+    /// `isOpposite` of the upper or right one.
+    virtual std::vector<double> minorTicks(int isY, int isOpposite)
+    {
+        return (void)isY, (void)isOpposite, std::vector<double>();
+    }
 };
 
 }  // namespace pavane

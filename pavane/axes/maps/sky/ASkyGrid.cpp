@@ -200,6 +200,26 @@ TickSet ASkyGrid::oppositeTicks(int isY)
     return set;
 }
 
+std::vector<double> ASkyGrid::minorTicks(int isY, int isOpposite)
+{
+    const int kind = kinds_[isY];
+    SkySteps fine = steps_[static_cast<std::size_t>(kind)];
+    const int parts = roundParts(fine);
+    std::vector<double> places;
+    if (parts < 2)
+        return places;
+    fine.step /= parts;
+    const CellEdge edge = edgeOf(isY, isOpposite, mapFrame_, xGrowsLeft_);
+    for (const SkyCrossing& crossing : grid_.crossings(kind, fine, edge))
+        if (std::fabs(std::remainder(crossing.k, parts)) > 0.5)
+            places.push_back(rpOf(crossing.at, isY));
+    // where meridians run together ticks would become a bar
+    constexpr std::size_t most = 200;
+    if (places.size() > most)
+        places.clear();
+    return places;
+}
+
 CString ASkyGrid::titleOf(int isLatitude) const
 {
     const SkySteps& steps = steps_[static_cast<std::size_t>(isLatitude)];

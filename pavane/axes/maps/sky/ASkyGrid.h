@@ -43,6 +43,7 @@ public:
     TickSet edgeTicks(int isY, int intervals) override;
     void shortenLabels(int isY, TickSet& set) override;
     TickSet oppositeTicks(int isY) override;
+    std::vector<double> minorTicks(int isY, int isOpposite) override;
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
 
 private:
