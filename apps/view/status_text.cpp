@@ -115,14 +115,13 @@ std::string StatusFormat::skyText(const SkyCoordinates& sky, double column, doub
     if (isGalactic || frame.system == SkyFrame::System::ecliptic)
         return (isGalactic ? "l " : "\u03bb ") + nValToStr(ra, degreeDecimals_) +
                (isGalactic ? "\u00b0  b " : "\u00b0  \u03b2 ") + sign +
-               nValToStr(dec, degreeDecimals_) + "\u00b0";
-    // the usual frames need no name
-    const std::string equinox = frame.equinox == 2000 ? std::string()
-                                : frame.system == SkyFrame::System::fk4
-                                    ? "  B1950"
-                                    : "  J" + valToStr(frame.equinox);
+               nValToStr(dec, degreeDecimals_) + "\u00b0  " + nameOf(frame);
+    const std::string name = frame.system == SkyFrame::System::icrs ? "ICRS"
+                             : frame.system == SkyFrame::System::fk4
+                                 ? "B" + valToStr(frame.equinox)
+                                 : "J" + valToStr(frame.equinox);
     return timeToStr(ra / degreesPerHour * arcsecondsPerDegree, raDecimals_) + "  " + sign +
-           timeToStr(dec * arcsecondsPerDegree, decDecimals_) + equinox;
+           timeToStr(dec * arcsecondsPerDegree, decDecimals_) + "  " + name;
 }
 
 StatusTexts StatusFormat::texts(const AxisStatus& status, const SkyCoordinates& sky) const

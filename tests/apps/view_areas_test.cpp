@@ -355,7 +355,7 @@ TEST(StatusText, HasDigitsForATenthOfACellAndPrefixes)
     const StatusTexts texts = format.texts(status, sky);
     EXPECT_EQ(texts[statusValue], "12.35 mJy/beam");
     EXPECT_EQ(texts[statusOffset], "0.0000, 0.0000 mas");
-    EXPECT_EQ(texts[statusSky], "12:30:49.42339200  -00:30:00.0000000");
+    EXPECT_EQ(texts[statusSky], "12:30:49.42339200  -00:30:00.0000000  J2000");
     EXPECT_EQ(texts[statusCell], "pixel 256, 257");
     EXPECT_EQ(texts[statusMask], "1\u202f234\u202f567 cells,  -2 JY/BEAM*cell");
     status.value = std::nanf("");
@@ -367,9 +367,11 @@ TEST(StatusText, HasDigitsForATenthOfACellAndPrefixes)
         const char* text;
     } frames[] = {
         {"RA---SIN", "DEC--SIN", 1950, "12:30:49.42339200  -00:30:00.0000000  B1950"},
+        {"RA---SIN", "DEC--SIN", 0, "12:30:49.42339200  -00:30:00.0000000  ICRS"},
         {"RA---SIN", "DEC--SIN", 2010.5, "12:30:49.42339200  -00:30:00.0000000  J2010.5"},
-        {"GLON-SIN", "GLAT-SIN", 2000, "l 187.705930800\u00b0  b -0.500000000\u00b0"},
-        {"ELON-SIN", "ELAT-SIN", 2000, "\u03bb 187.705930800\u00b0  \u03b2 -0.500000000\u00b0"},
+        {"GLON-SIN", "GLAT-SIN", 2000, "l 187.705930800\u00b0  b -0.500000000\u00b0  galactic"},
+        {"ELON-SIN", "ELAT-SIN", 2000,
+         "\u03bb 187.705930800\u00b0  \u03b2 -0.500000000\u00b0  ecliptic"},
     };
     for (const auto& f : frames) {
         header.axes[0].ctype = f.x;
