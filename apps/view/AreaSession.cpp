@@ -3,6 +3,7 @@
 #include "tessel/paths.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -62,6 +63,19 @@ void AreaSession::saved(const std::string& file)
     if (hasCopy_)
         autosave_.remove();
     hasCopy_ = 0;
+}
+
+void AreaSession::swap(AreaSession& other) noexcept
+{
+    std::swap(folder_, other.folder_);
+    std::swap(map_, other.map_);
+    std::swap(file_, other.file_);
+    std::swap(source_, other.source_);
+    std::swap(autosave_, other.autosave_);
+    std::swap(modified_, other.modified_);
+    std::swap(copyIsOld_, other.copyIsOld_);
+    std::swap(hasCopy_, other.hasCopy_);
+    std::swap(lastCopy_, other.lastCopy_);
 }
 
 std::string AreaSession::title(int otherWork) const

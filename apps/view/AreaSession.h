@@ -43,7 +43,12 @@ public:
         source_ = file;
     }
 
+    /// Becomes that of another map, and the other way round.
+    void swap(AreaSession& other) noexcept;
+
     int isModified() const { return modified_; }
+    /// Where copies go.
+    const std::string& folder() const { return folder_; }
     const std::string& map() const { return map_; }
     /// Where they were saved last or opened from; empty for nowhere.
     const std::string& file() const { return file_; }

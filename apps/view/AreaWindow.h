@@ -17,7 +17,10 @@ class ARPTrackerArray;
 class ATrackerArrayInAxis;
 struct MapFrame;
 
-/// The kinds of area files, for the dialog of files.
+/// The kinds of maps, and of area files, for the dialog of files.
+inline constexpr const char* mapFilter =
+    "Maps and visibilities (*.fits *.fit *.fts *.FITS *.uvfits *.uvf)|"
+    "*.fits *.fit *.fts *.FITS *.uvfits *.uvf|All files (*)|*|";
 inline constexpr const char* openAreaFilter =
     "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|All files (*)|*|";
 inline constexpr const char* saveAreaFilter =

@@ -27,22 +27,23 @@ namespace
 
 constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
-constexpr unsigned idView = 101, idStatus = 102, idBar = 103, idTable = 104, idSplit = 105,
-                   idModelTable = 106, idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109,
-                   idAreaTable = 110;
+constexpr unsigned idStatus = 102, idBar = 103, idTable = 104, idSplit = 105, idModelTable = 106,
+                   idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109, idAreaTable = 110,
+                   idStage = 111;
 constexpr int tableWidth = 320;
 /// Of the numbers of areas below the map, which leave it two thirds at least.
 constexpr int numbersHeight = 190;
 /// Of the map beside the components.
 constexpr double mapShare = 0.6;
-constexpr unsigned copyTimer = 1;
 
 }  // namespace
 
 MainWindow::MainWindow(WindowHost* host)
-    : host_(host), model_(*this), planes_(*this), view_(*this), surface_(view_),
-      session_(folderOf(GetProfileFile())), recent_(section)
+    : host_(host), model_(*this), planes_(*this), session_(folderOf(GetProfileFile())),
+      recent_(section)
 {
+    seats_.push_back(
+        std::make_unique<MapSeat>(static_cast<MapWindowOwner&>(*this), session_.folder()));
 }
 
 MainWindow::~MainWindow() { DestroyWindow(); }
@@ -66,10 +67,8 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
                               CRect(), this, idSurfaceSplit) ||
         !split_.Create(CSplitterWnd::Split::columns, WS_CHILD | WS_VISIBLE | WS_TABSTOP, CRect(),
                        &surfaceSplit_, idSplit) ||
-        !surface_.Create(&surfaceSplit_, idSurfaceView) ||
-        !view_.Create(view_.GetWndClassName(), CString(), WS_CHILD | WS_VISIBLE | WS_TABSTOP,
-                      CRect(), &split_, idView) ||
-        !model_.Create(&split_, idModelTable) ||
+        !surface_.Create(&surfaceSplit_, idSurfaceView) || !stage_.Create(&split_, idStage) ||
+        !stage_.Add(view()) || !model_.Create(&split_, idModelTable) ||
         !table_.Create(table_.GetWndClassName(), CString(),
                        WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this, idTable) ||
         !areaNumbers_.Create(areaNumbers_.GetWndClassName(), CString(),
@@ -77,17 +76,24 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
                              idAreaTable) ||
         !planes_.Create(this, idPlanes) || !status_.Create(this, idStatus))
         return -1;
-    table_.SetAxisWnd(&view_);
+    stage_.ShowMaps(maps_);
+    stage_.chosen = [this](int map) { (void)ChooseMap(map); };
+    stage_.resized = [this] {
+        for (const auto& seat : seats_)
+            seat->window.SetLeastRoom({});
+        prepareLater();
+    };
+    table_.SetAxisWnd(&view());
+    surface_.SetAxisWnd(&view());
     table_.focused = [this] { part_ = Part::numbers; };
-    areaNumbers_.SetAxisWnd(&view_);
+    areaNumbers_.SetAxisWnd(&view());
     areaNumbers_.focused = [this] { part_ = Part::areaNumbers; };
-    areaNumbers_.left = [this] { view_.SetFocus(); };
+    areaNumbers_.left = [this] { view().SetFocus(); };
     areaNumbers_.notice = [this](const CString& text) { status_.SetMessage(text); };
     model_.table().focused = [this] { part_ = Part::model; };
-    model_.table().left = [this] { view_.SetFocus(); };
-    view_.SetMarks(&model_);
-    view_.SetPlayByMouse(1);
-    split_.SetPanes(&view_, &model_.table());
+    model_.table().left = [this] { view().SetFocus(); };
+    view().SetMarks(&model_);
+    split_.SetPanes(&stage_, &model_.table());
     split_.SetName("Map and components");
     split_.SetShare(mapShare);
     (void)split_.SetProfile(section, "ComponentsShare");
@@ -96,11 +102,11 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     surfaceSplit_.SetName("Map and surface");
     (void)surfaceSplit_.SetProfile(section, "SurfaceShare");
     surfaceSplit_.ShowOnly(0);
-    surface_.status = [this](const AxisStatus& status) { mapStatus(status); };
+    surface_.status = [this](const AxisStatus& status) { mapStatus(view(), status); };
     surface_.focused = [this] { part_ = Part::surface; };
     surface_.levels = [this] { return options_.levels; };
     surface_.stepPlane = [this](int step) { return mapStepPlane(step); };
-    useMap(view_);
+    useMap(view());
     planes_.ExplainBy(tips_);
     setMenu();
     DragAcceptFiles(*this);
@@ -117,7 +123,7 @@ void MainWindow::Show()
     showPlaced(*this, section, firstPlace);
     if (!map_)
         status_.SetMessage("No map is open: Ctrl+O opens one");
-    view_.SetFocus();
+    view().SetFocus();
     if (map_)
         offerLeftovers();
 }
@@ -145,7 +151,7 @@ void MainWindow::layOut(int cx, int cy)
     status_.MoveWindow(CRect(0, foot, cx, cy));
 }
 
-void MainWindow::OnSetFocus(CWnd*) { view_.SetFocus(); }
+void MainWindow::OnSetFocus(CWnd*) { view().SetFocus(); }
 
 void MainWindow::setMenu()
 {
@@ -206,51 +212,67 @@ AreaPlace MainWindow::place() const
     return place;
 }
 
+/// Null, and said, when it cannot be read.
+std::unique_ptr<MapDocument> MainWindow::readMap(const std::string& file, int plane)
+{
+    auto opened = std::make_unique<MapDocument>();
+    std::string error;
+    // a cube begins with its first plane
+    if (opened->open(this, file, std::max(0, plane), options_, error))
+        return opened;
+    if (!error.empty())
+        AfxMessageBox(error, MB_ICONERROR);
+    return nullptr;
+}
+
+/// Shows a map, without areas, in one of the windows of maps.
+void MainWindow::seatMap(MapWindow& window, MapDocument& document)
+{
+    giveStyle(document.picture());
+    auto* const areas = new ATrackerArrayInAxis;
+    setUpPointer(*areas);
+    window.SetTrackers(areas, 1);
+    showMap(window, document.picture());
+    window.SetPlayByMouse(1);
+    window.SetSquareCells(!options_.freeAspect);
+}
+
 int MainWindow::OpenMap(const std::string& file, int plane)
 {
     if (host_ && holdsVisibilities(file))
         return host_->openWindow(file);
+    const int known = maps_.find(file);
+    if (known >= 0 && known != maps_.current())
+        return AddMap(file, plane);  // it is there already
     if (!MayLeave())
         return 0;
-    auto opened = std::make_unique<MapDocument>();
-    std::string error;
-    // a cube begins with its first plane
-    if (!opened->open(this, file, std::max(0, plane), options_, error)) {
-        if (!error.empty())
-            AfxMessageBox(error, MB_ICONERROR);
+    std::unique_ptr<MapDocument> opened = readMap(file, plane);
+    if (!opened)
         return 0;
-    }
+    endBlink();
     // the next map has its own range, whatever was asked for this one
     options_.hasRange = 0;
     options_.play = {};
     const int hasColours = play_ && play_->GetSafeHwnd();
     closeMapDialogs();
     dirtyBeam_.forget();
-    giveStyle(opened->picture());
-    auto* const areas = new ATrackerArrayInAxis;
-    setUpPointer(*areas);
     session_.begin(file);
     agreedLosses_.clear();
     model_.Close();
-    view_.SetTrackers(areas, 1);
-    showMap(view_, opened->picture());
-    view_.SetSquareCells(!options_.freeAspect);
-    bar_.SetOwnerWnd(this, 1);
-    view_.ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
-    map_.swap(opened);            // the old one goes when nothing shows it any more
-    areaNumbers_.SetMap(map_.get());
-    followDisplay();
+    seatMap(view(), *opened);
+    view().ChooseTool(toolArrow);  // as the new areas have it, whatever the last ones had
+    map_.swap(opened);             // the old one goes when nothing shows it any more
+    if (maps_.count() == 0)
+        (void)maps_.add(file);
+    else
+        maps_.replace(maps_.current(), file);
+    showMaps();
+    currentMapIsOther();
     if (surface_.isShown())
         surface_.Show(map_.get());
-    model_.SetFrame(&map_->inputs().frame);
-    status_.Reset();
-    setUpPlanes();
-    table_.SetUnits(map_->format().offsetUnit(), map_->format().offsetUnit());
-    table_.Refresh();
     recent_.load();  // other windows add to it
     recent_.add(file);
     setMenu();
-    updateTitle();
     if (hasColours)
         showColours();
     if (IsWindowVisible())
@@ -266,10 +288,14 @@ int MainWindow::OpenFirst(const ViewOptions& options)
         return 0;
     if (!options.areas.empty() && OpenAreas(options.areas)) {
         areas().history().clear();  // what the session starts with is no edit
-        view_.FollowAreas();
+        view().FollowAreas();
     }
     if (!options.model.empty())
         (void)model_.Open(options.model);
+    for (const std::string& file : options.more)
+        (void)AddMap(file, options.plane);
+    if (!options.more.empty() && ChooseMap(0))
+        tellLinks();
     return 1;
 }
 
@@ -287,6 +313,21 @@ int MainWindow::MayLeaveAreas()
     return answer == IDNO || (answer == IDYES && saveAreasCommand());
 }
 
+/// The same of the areas of all maps, each shown while it is asked about, and of the components.
+int MainWindow::MayLeaveAll()
+{
+    endBlink();
+    for (int i = 0, first = std::max(0, maps_.current()); i < std::max(1, maps_.count()); ++i) {
+        const int map = maps_.count() ? (first + i) % maps_.count() : 0;
+        const MapSeat& seat = *seats_[static_cast<std::size_t>(map)];
+        if (i > 0 && !seat.session.isModified())
+            continue;
+        if ((i > 0 && !ChooseMap(map)) || !MayLeaveAreas())
+            return 0;
+    }
+    return model_.MayLeave();
+}
+
 int MainWindow::isModified()
 {
     return map_ && (areas().IsModified() || !areas().KeptState(-1).empty());
@@ -294,11 +335,13 @@ int MainWindow::isModified()
 
 void MainWindow::OnClose()
 {
-    if (!MayLeave())
+    if (!MayLeaveAll())
         return;
     SaveWndPos(this, section);
     storeLook();
     session_.end();
+    for (const auto& seat : seats_)
+        seat->session.end();
     DestroyWindow();
 }
 
@@ -316,12 +359,17 @@ void MainWindow::OnDestroy()
 
 void MainWindow::OnTimer(unsigned id)
 {
-    if (id != copyTimer) {
-        AreaWindow::OnTimer(id);
-        return;
+    switch (id) {
+    case copyTimer:
+        KillTimer(copyTimer);
+        return writeCopy();
+    case blinkTimer:
+        return blink();
+    case prepareTimer:
+        return prepareMaps();
+    default:
+        return AreaWindow::OnTimer(id);
     }
-    KillTimer(copyTimer);
-    writeCopy();
 }
 
 std::int64_t MainWindow::now()
@@ -330,18 +378,41 @@ std::int64_t MainWindow::now()
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
-void MainWindow::mapStatus(const AxisStatus& status)
+/// Of the map under the pointer, else of the current one.
+void MainWindow::mapStatus(MapWindow& from, const AxisStatus& status)
 {
-    if (status.inPlot)
+    const int map = seatOf(from);
+    if (!created_ || map < 0 || (!isCurrent(from) && map != pointedMap_))
+        return;
+    if (status.inPlot && isCurrent(from))
         pointed_ = status;
-    if (map_ && !view_.IsPlaying())  // the play tells of itself
-        status_.SetTexts(map_->format().texts(status, map_->sky()));
+    if (map == pointedMap_)
+        followPointer(map, status);
+    MapDocument* const document = documentOf(map);
+    if (document && !from.IsPlaying())  // the play tells of itself
+        status_.SetTexts(document->format().texts(status, document->sky()));
 }
 
-void MainWindow::mapAreasChanged()
+void MainWindow::mapFocused(MapWindow& from)
+{
+    part_ = Part::map;
+    if (created_ && !choosing_ && !isCurrent(from))
+        (void)ChooseMap(seatOf(from));
+}
+
+void MainWindow::mapAreasChanged(MapWindow& from)
 {
     if (!map_ || !created_)
         return;
+    const int map = seatOf(from);
+    if (map < 0)
+        return;              // it is being made
+    if (!isCurrent(from)) {  // over a link
+        AreaSession& session = sessionOf(map);
+        ATrackerArrayInAxis& areas = *from.GetTrackers();
+        (void)session.changed(areas.IsModified(), now());
+        return writeCopyOf(areas, session);
+    }
     if (showTable_)
         table_.Refresh();
     surface_.SetAreas(areas());
@@ -352,22 +423,26 @@ void MainWindow::mapAreasChanged()
         SetTimer(copyTimer, static_cast<unsigned>(wait));
     else
         writeCopy();
+    followAreas(maps_.current());
 }
 
 void MainWindow::writeCopy()
 {
-    if (!map_)
-        return;
-    std::vector<AreaLabel> labels = labelsOf(areas());
-    if (!areas().KeptState(-1).empty())
+    if (map_)
+        writeCopyOf(areas(), session_);
+}
+
+void MainWindow::writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session)
+{
+    std::vector<AreaLabel> labels = labelsOf(areas);
+    if (!areas.KeptState(-1).empty())
         labels.emplace_back();  // of the open polygon
-    if (session_.writeCopy([this](AFile& file) { return storeAllAreas(areas(), file); }, now(),
-                           labels) ||
+    if (session.writeCopy([&](AFile& file) { return storeAllAreas(areas, file); }, now(), labels) ||
         copyFailed_)
         return;
     copyFailed_ = 1;  // said once; the next change tries again
     status_.SetMessage("The copy of the unsaved areas cannot be written: " +
-                       session_.autosave().file());
+                       session.autosave().file());
 }
 
 void MainWindow::updateTitle() { SetWindowText(session_.title(model_.session().isModified())); }

@@ -14,6 +14,10 @@
 #include "apps/view/PlaneBar.h"
 #include "apps/view/print_commands.h"
 #include "apps/view/recent_files.h"
+#include "apps/view/several/MapLinks.h"
+#include "apps/view/several/MapList.h"
+#include "apps/view/several/MapSeat.h"
+#include "apps/view/several/MapStage.h"
 #include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
 #include "pavane/axes/dialogs/ABeamDlg.h"
@@ -26,6 +30,7 @@
 #include "pavane/windows/controls/ASplitterWnd.h"
 #include "platform/CMenu.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -57,6 +62,19 @@ public:
     /// Opens a map in place of the shown one, after asking about unsaved areas; offers the areas of
     /// a session that ended without saving. Non-zero when the map is shown.
     int OpenMap(const std::string& file, int plane);
+    /// Opens another map in this window, beside those that it has; one that it has already becomes
+    /// the current one. Non-zero when the map is shown.
+    int AddMap(const std::string& file, int plane);
+    /// Makes one of the maps, from 0, the current one, whose areas, numbers and colours the window
+    /// is about. 0 when it cannot leave the one before, or there is none of that number.
+    int ChooseMap(int map);
+    /// The current map goes, after asking about unsaved areas; not the last one.
+    int CloseMap();
+    const MapList& maps() const { return maps_; }
+    const MapLinks& links() const { return links_; }
+    /// The window of a map, from 0.
+    MapWindow& viewOf(int map) { return seats_[static_cast<std::size_t>(map)]->window; }
+    MapStage& stage() { return stage_; }
     /// The map and the areas that the program is started with, before the window shows.
     int OpenFirst(const ViewOptions& options);
     /// Reads an area file and shows it in place of the areas when the user agrees; without a map
@@ -66,9 +84,14 @@ public:
     int MayLeaveAreas();
     /// The same of areas and components.
     int MayLeave() { return MayLeaveAreas() && model_.MayLeave(); }
+    int MayLeaveAll();
 
     const char* GetWndClassName() override { return "PavaneView"; }
-    MapWindow& view() { return view_; }
+    /// The window of the current map; an empty one without maps.
+    MapWindow& view()
+    {
+        return seats_[static_cast<std::size_t>(std::max(0, maps_.current()))]->window;
+    }
     AAreaTableWnd& numbers() { return table_; }
     ModelPanel& model() { return model_; }
     AreaNumbersPanel& areaNumbers() { return areaNumbers_; }
@@ -100,13 +123,15 @@ protected:
 
 private:
     // MapWindowOwner
-    void mapStatus(const AxisStatus& status) override;
-    void mapAreasChanged() override;
+    void mapStatus(MapWindow& from, const AxisStatus& status) override;
+    void mapAreasChanged(MapWindow& from) override;
     void mapNotice(const CString& text) override { status_.SetMessage(text); }
     void mapSavePicture() override { savePicture(); }
-    void mapFocused() override { part_ = Part::map; }
+    void mapFocused(MapWindow& from) override;
+    void mapPointed(MapWindow& from, int isThere) override;
+    void mapRangeChanged(MapWindow& from) override;
     void mapAsksForColours() override { showColours(); }
-    void mapColoursChanged() override;
+    void mapColoursChanged(MapWindow& from) override;
     void mapAreaChanging() override { areaNumbers_.AreasChanging(); }
     int mapStepPlane(int step) override;
 
@@ -146,7 +171,7 @@ private:
 
     // File
     int runFileCommand(unsigned id);
-    void openDropped(const std::vector<CString>& files);
+    void openDropped(const std::vector<CString>& files, int intoThis);
     void openMapCommand();
     void openRecent(std::size_t i);
     void openAreasCommand();
@@ -198,6 +223,37 @@ private:
     APlotWnd& shownPicture();
     std::unique_ptr<SideMap> askMap(const CString& title);
 
+    // Several maps
+    int runSeveralCommand(unsigned id);
+    void showSeveralCommands(CMenu& popup);
+    int seatOf(const MapWindow& window) const;
+    MapDocument* documentOf(int map);
+    AreaSession& sessionOf(int map);
+    int isCurrent(const MapWindow& window) { return &window == &view(); }
+    std::unique_ptr<MapDocument> readMap(const std::string& file, int plane);
+    void seatMap(MapWindow& window, MapDocument& document);
+    void currentMapIsOther();
+    void leaveCurrentMap();
+    void showMaps();
+    void addMapCommand();
+    void showWay(MapsShown shown);
+    void setLinkBy(LinkBy by);
+    void tellLinks();
+    void linksChanged();
+    LinkBy linkOf(int a, int b);
+    void followRange(int leader);
+    void followPointer(int leader, const AxisStatus& status);
+    void followColours(int leader);
+    void followAreas(int leader);
+    int mayReplaceAreas(int leader);
+    void giveLinkedAreas(int map, const std::vector<AreaShape>& shapes);
+    void prepareLater();
+    void prepareMaps();
+    void toggleBlink();
+    void setBlinkPace(int step);
+    void blink();
+    void endBlink();
+
     // Planes of a cube
     int isCube() const;
     void setUpPlanes();
@@ -207,6 +263,9 @@ private:
 
     // Copies of unsaved areas
     void writeCopy();
+    static constexpr unsigned copyTimer = 1, blinkTimer = 2, prepareTimer = 3;
+    static constexpr unsigned preparePause = 60;  // ms
+    void writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session);
     static std::int64_t now();
 
     WindowHost* host_;
@@ -222,7 +281,10 @@ private:
     ASplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
     ASplitterWnd split_;
     PlaneBar planes_;
-    MapWindow view_;
+    MapStage stage_;
+    MapList maps_;
+    MapLinks links_;
+    std::vector<std::unique_ptr<MapSeat>> seats_;  ///< by number; one without a map at first
     SurfacePanel surface_;
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;
@@ -242,6 +304,12 @@ private:
     std::vector<COLORREF> leftColours_;      ///< before a palette was used for all maps
     std::vector<std::string> agreedLosses_;
     AxisStatus pointed_;  ///< the place in the plot that was pointed at last
+    double blinkSeconds_ = firstBlinkSeconds;
+    int blinking_ = 0;
+    int pointedMap_ = -1;  ///< that the pointer is over
+    int isLed_ = 0;        ///< a linked map leads the others
+    int choosing_ = 0;     ///< another map becomes the current one
+    int modelMap_ = 0;     ///< on which the components lie
     int skyRegions_ = 0;
     int copyFailed_ = 0;
     int showTable_ = 0;

@@ -33,6 +33,7 @@ int readContent(CWnd* owner, const std::string& file, int plane, MapContent& con
 int MapDocument::open(CWnd* owner, const std::string& file, int plane, const ViewOptions& options,
                       std::string& error)
 {
+    state_ = FileState(file);
     if (!readContent(owner, file, plane, inputs_, error)) {
         if (!error.empty())
             error.insert(0, file + ": ");

@@ -2,7 +2,9 @@
 
 #include "apps/view/any_area_file.h"
 #include "apps/view/CubePlanes.h"
+#include "apps/view/FileState.h"
 #include "apps/view/inputs.h"
+#include "apps/view/several/map_link.h"
 #include "apps/view/status_text.h"
 #include "apps/view/TracedContours.h"
 #include "pavane/axes/maps/MapPicture.h"
@@ -43,6 +45,9 @@ public:
     const SkyCoordinates& sky() const { return sky_; }
     const StatusFormat& format() const { return format_; }
     AreaPlace place() const;
+    LinkedMap linked() const { return {&inputs_.frame, &sky_}; }
+    /// "" while its file is as it was when it was opened; else what has happened to it.
+    std::string changeOnDisk() const { return state_.change(); }
     MapPicture& picture() { return picture_; }
     A2DAxis& axis() { return picture_.axis(); }
 
@@ -55,6 +60,7 @@ public:
 
 private:
     std::string file_;
+    FileState state_;
     ViewInputs inputs_;
     CubePlanes cube_;
     SkyCoordinates sky_;

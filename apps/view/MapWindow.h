@@ -23,22 +23,28 @@ public:
     virtual void pressOn(const ABAxis& axis, CPoint point) = 0;
 };
 
-/// What the map window tells the main window.
+class MapWindow;
+
+/// What a map window tells the main window, which has one for each of its maps.
 class MapWindowOwner
 {
 public:
     virtual ~MapWindowOwner() = default;
-    virtual void mapStatus(const AxisStatus& status) = 0;
-    virtual void mapAreasChanged() = 0;
+    virtual void mapStatus(MapWindow& from, const AxisStatus& status) = 0;
+    virtual void mapAreasChanged(MapWindow& from) = 0;
     virtual void mapNotice(const CString& text) = 0;
     virtual void mapSavePicture() = 0;
     /// The keyboard has come to it.
-    virtual void mapFocused() = 0;
+    virtual void mapFocused(MapWindow& from) = 0;
+    /// The pointer moves over it, or has left it.
+    virtual void mapPointed(MapWindow& from, int isThere) = 0;
+    /// It shows another range.
+    virtual void mapRangeChanged(MapWindow& from) = 0;
     /// Page Down (1) or Page Up (-1); 0 when there is no other plane.
     virtual int mapStepPlane(int step) = 0;
     /// The dialog of colours is asked for; range, scale or colours have changed.
     virtual void mapAsksForColours() = 0;
-    virtual void mapColoursChanged() = 0;
+    virtual void mapColoursChanged(MapWindow& from) = 0;
     /// An area is dragged and has another shape.
     virtual void mapAreaChanging() = 0;
 };
@@ -50,6 +56,17 @@ public:
     explicit MapWindow(MapWindowOwner& owner) : owner_(owner) {}
     /// Not owned; null for none.
     void SetMarks(MapMarks* marks) { marks_ = marks; }
+    /// Tells what the pointer is over, when that is this window: another one may have stood there.
+    void TellPointer()
+    {
+        CPoint at = GetCursorPos();
+        CRect client;
+        ScreenToClient(at);
+        if (!GetClientRect(client) || !client.PtInRect(at))
+            return;
+        owner_.mapPointed(*this, 1);
+        OnStatus(StatusAt(at));
+    }
     /// The areas were replaced behind the window's back.
     void FollowAreas()
     {
@@ -59,14 +76,19 @@ public:
     void OnStatus(const AxisStatus& status) override
     {
         AAxisWnd::OnStatus(status);
-        owner_.mapStatus(status);
+        owner_.mapStatus(*this, status);
     }
     void OnAreasChanged() override
     {
         AAxisWnd::OnAreasChanged();
         if (areaNames_)
             Invalidate();  // names reach beyond what of an area is painted anew
-        owner_.mapAreasChanged();
+        owner_.mapAreasChanged(*this);
+    }
+    void OnRangeChanged() override
+    {
+        AAxisWnd::OnRangeChanged();
+        owner_.mapRangeChanged(*this);
     }
     /// Non-zero writes the names of the areas over them, in pictures with areas too.
     void SetAreaNames(int on)
@@ -76,7 +98,7 @@ public:
     }
     int GetAreaNames() const { return areaNames_; }
     void OnNotice(const CString& text) override { owner_.mapNotice(text); }
-    void OnColorsChanged() override { owner_.mapColoursChanged(); }
+    void OnColorsChanged() override { owner_.mapColoursChanged(*this); }
     /// The pictures of the program are called as in its own menus.
     void amMenuParse(CMenu* popup) override
     {
@@ -108,7 +130,17 @@ protected:
     void OnSetFocus(CWnd* old) override
     {
         AAxisWnd::OnSetFocus(old);
-        owner_.mapFocused();
+        owner_.mapFocused(*this);
+    }
+    void OnMouseMove(unsigned flags, CPoint point) override
+    {
+        owner_.mapPointed(*this, 1);
+        AAxisWnd::OnMouseMove(flags, point);
+    }
+    void OnMouseLeave() override
+    {
+        AAxisWnd::OnMouseLeave();
+        owner_.mapPointed(*this, 0);
     }
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override
     {

@@ -42,8 +42,8 @@ void SurfacePanel::Show(MapDocument* document)
     window_.SetBox(nullptr, 0);
     window_.SetCellLink(nullptr);
     window_.SetLinkedCell(-1, -1);
-    map_.SetCellLink(nullptr);
-    map_.SetLinkedCell(-1, -1);
+    map_->SetCellLink(nullptr);
+    map_->SetLinkedCell(-1, -1);
     const std::unique_ptr<SurfacePicture> old = std::move(picture_);
     document_ = document;
     if (!document)
@@ -60,9 +60,9 @@ void SurfacePanel::Show(MapDocument* document)
         (void)picture_->setColorMap(old->setColorMap(nullptr));
         pictureChanged();
     }
-    window_.SetCellLink([this](int row, int column) { map_.SetLinkedCell(row, column); });
-    map_.SetCellLink([this](int row, int column) { window_.SetLinkedCell(row, column); });
-    SetAreas(*map_.GetTrackers());
+    window_.SetCellLink([this](int row, int column) { map_->SetLinkedCell(row, column); });
+    map_->SetCellLink([this](int row, int column) { window_.SetLinkedCell(row, column); });
+    SetAreas(*map_->GetTrackers());
     Follow();
 }
 

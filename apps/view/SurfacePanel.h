@@ -21,8 +21,10 @@ class AAxisWnd;
 class SurfacePanel
 {
 public:
-    /// `map` is the window beside it.
-    explicit SurfacePanel(AAxisWnd& map) : map_(map), window_(*this) {}
+    SurfacePanel() : window_(*this) {}
+
+    /// The window of the map beside it, not owned; another one while nothing is shown.
+    void SetAxisWnd(AAxisWnd* map) { map_ = map; }
 
     int Create(CWnd* parent, unsigned id);
     ASurfaceWnd& window() { return window_; }
@@ -83,7 +85,7 @@ private:
     BoxView viewOfOne() const;
     void pictureChanged();
 
-    AAxisWnd& map_;
+    AAxisWnd* map_ = nullptr;
     MapDocument* document_ = nullptr;
     std::unique_ptr<SurfacePicture> picture_;
     SurfaceDisplay display_;

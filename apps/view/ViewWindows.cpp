@@ -75,17 +75,29 @@ int ViewWindows::openFirst(const ViewOptions& options)
     ViewOptions each = options;
     std::vector<std::string> files = std::exchange(each.more, {});
     files.insert(files.begin(), options.map);
-    if (files.size() == 2) {
-        std::stable_partition(files.begin(), files.end(),
-                              [](const auto& f) { return !isAreaFile(f); });
-        if (!isAreaFile(files[0]) && isAreaFile(files[1]) && !holdsVisibilities(files[0])) {
-            each.areas = files[1];
-            files.pop_back();
-        }
+    // maps go together, a file of areas with them; the rest gets windows of its own
+    std::vector<std::string> alone;
+    std::vector<std::string> areas;
+    std::vector<std::string> maps;
+    for (const std::string& file : files)
+        (isAreaFile(file)                          ? areas
+         : file.empty() || holdsVisibilities(file) ? alone
+                                                   : maps)
+            .push_back(file);
+    if (areas.size() == 1 && !maps.empty() && each.areas.empty())
+        each.areas = areas.front();
+    else
+        alone.insert(alone.end(), areas.begin(), areas.end());
+    if (!maps.empty()) {
+        each.map = maps.front();
+        each.more.assign(maps.begin() + 1, maps.end());
+        (void)open(each, alone.empty());
     }
-    for (const std::string& file : files) {
+    each.areas = options.areas;
+    each.more.clear();
+    for (const std::string& file : alone) {
         each.map = file;
-        (void)open(each, &file == &files.back() && open_.empty());
+        (void)open(each, &file == &alone.back() && open_.empty());
     }
     return !open_.empty();
 }

@@ -16,7 +16,8 @@ class ViewWindows : public WindowHost
 {
 public:
     ~ViewWindows() override;
-    /// A window for each file of the options; with one map and one file of areas they go together.
+    /// One window for the maps of the options, with the only file of areas, and one for each other
+    /// file.
     /// Non-zero when there is one; it shows itself empty when no file can be read.
     int openFirst(const ViewOptions& options);
 

@@ -21,9 +21,9 @@ int MainWindow::runAreaCommand(unsigned id)
     case idAreaColour:
         return askAreaColour(), 1;
     case idAreaNoColour:
-        return (void)areas().SetLabels(&view_, labelledAreas(), {}, 0, 1), 1;
+        return (void)areas().SetLabels(&view(), labelledAreas(), {}, 0, 1), 1;
     case idAreaNames:
-        return view_.SetAreaNames(!view_.GetAreaNames()), 1;
+        return view().SetAreaNames(!view().GetAreaNames()), 1;
     case idEmptyArea:
     case idNumbersOfPlanes:
         if (!areaNumbers_.isShown())
@@ -43,7 +43,7 @@ void MainWindow::showAreaCommands(CMenu& popup)
         else if (line.id == idAreaNumbers)
             line.checked = areaNumbers_.isShown();
         else if (line.id == idAreaNames)
-            line.checked = view_.GetAreaNames();
+            line.checked = view().GetAreaNames();
         else if (line.id == idEmptyArea) {
             line.enabled = map_ && areas().count() > 0;
             line.checked = areaNumbers_.emptyArea() >= 0;
@@ -59,7 +59,7 @@ void MainWindow::toggleAreaNumbers()
     if (!shown && !areaNumbers_.storeEditor())
         return;
     if (!shown && part() == Part::areaNumbers)
-        view_.SetFocus();
+        view().SetFocus();
     areaNumbers_.Show(shown);
     CRect client;
     GetClientRect(client);
@@ -88,7 +88,7 @@ void MainWindow::askAreaName()
         return;
     AreaLabel label;
     label.name = fittingName(name);
-    (void)areas().SetLabels(&view_, items, label, 1, 0);
+    (void)areas().SetLabels(&view(), items, label, 1, 0);
 }
 
 void MainWindow::askAreaColour()
@@ -102,7 +102,7 @@ void MainWindow::askAreaColour()
         return;
     AreaLabel label;
     label.colour = GetRValue(color) << 16 | GetGValue(color) << 8 | GetBValue(color);
-    (void)areas().SetLabels(&view_, items, label, 0, 1);
+    (void)areas().SetLabels(&view(), items, label, 0, 1);
 }
 
 }  // namespace pavane

@@ -63,9 +63,9 @@ void MainWindow::setPalette(std::size_t i)
         return;
     ColorLook look(map_->picture().graph());
     look.colours = colours_;
-    view_.BeginView();
-    view_.ShowColorLook(look);
-    view_.EndView();
+    view().BeginView();
+    view().ShowColorLook(look);
+    view().EndView();
 }
 
 void MainWindow::setScale(MapScaleKind scale)
@@ -75,9 +75,9 @@ void MainWindow::setScale(MapScaleKind scale)
         return;
     ColorLook look(map_->picture().graph());
     look.scale = scale;
-    view_.BeginView();
-    view_.ShowColorLook(look);
-    view_.EndView();
+    view().BeginView();
+    view().ShowColorLook(look);
+    view().EndView();
 }
 
 void MainWindow::showColours()
@@ -94,7 +94,7 @@ void MainWindow::showColours()
         if (isCube())
             cubeCells_ = std::make_unique<CubeCells>(map_->file(), map_->planes(), cells.rows(),
                                                      cells.columns());
-        play_ = std::make_unique<ColoursDialog>(view_, this, cubeCells_.get(), [this](int on) {
+        play_ = std::make_unique<ColoursDialog>(view(), this, cubeCells_.get(), [this](int on) {
             if (host_)
                 host_->paletteForAll(on);
             else
@@ -125,23 +125,26 @@ void MainWindow::PaletteChanged(int isForAll)
     if (isOther) {
         ColorLook look(map_->picture().graph());
         look.colours = colours;
-        view_.BeginView();
-        view_.ShowColorLook(look);
-        view_.EndView();
+        view().BeginView();
+        view().ShowColorLook(look);
+        view().EndView();
     } else {
-        view_.ContentChanged();
+        view().ContentChanged();
     }
     surface_.Follow();
 }
 
 /// By the pointer, a dialog, a step through the views or a command.
-void MainWindow::mapColoursChanged()
+void MainWindow::mapColoursChanged(MapWindow& from)
 {
+    if (map_ && created_ && !isCurrent(from))
+        return;  // over a link
     if (!map_ || !created_) {
         surface_.Follow();
         return;
     }
     displayChanged();
+    followColours(maps_.current());
     const AColorPlay& play = map_->picture().graph().GetColorPlay();
     status_.SetMessage(play.isNeutral() ? CString()
                                         : "Contrast " + valToStr(play.contrast, shownDigits) +
@@ -152,10 +155,10 @@ void MainWindow::levelsChanged()
 {
     if (!map_)
         return;
-    view_.BeginView();
+    view().BeginView();
     map_->showLevels(this, options_);
-    view_.ContentChanged();
-    view_.EndView();
+    view().ContentChanged();
+    view().EndView();
     displayChanged();
 }
 

@@ -71,7 +71,7 @@ void MainWindow::showDisplaySheet()
         return;
     }
     display_ = std::make_unique<DisplaySheet>(
-        view_, arcseconds(), this, [this] { displayChanged(); },
+        view(), arcseconds(), this, [this] { displayChanged(); },
         [this](const MapDisplay& display) { useForAll(display); });
     display_->SetDirtyBeam(beamFinder());
     if (display_->CreateModeless())
@@ -86,7 +86,7 @@ void MainWindow::showBeam()
         beam_->SetFocus();
         return;
     }
-    beam_ = std::make_unique<BeamDialog>(view_, arcseconds(), this, [this] { displayChanged(); });
+    beam_ = std::make_unique<BeamDialog>(view(), arcseconds(), this, [this] { displayChanged(); });
     beam_->SetDirtyBeam(beamFinder());
     if (beam_->CreateModeless())
         (void)beam_->ShowWindow(SW_SHOW);
@@ -162,10 +162,10 @@ void MainWindow::TakeStyle(const MapDisplay& display)
     styleOfAll_ = display;
     if (!map_)
         return;
-    const MapDisplay styled = display.styleFor(shownDisplay(view_));
-    view_.BeginView();
-    (void)showDisplay(view_, styled);
-    view_.EndView();
+    const MapDisplay styled = display.styleFor(shownDisplay(view()));
+    view().BeginView();
+    (void)showDisplay(view(), styled);
+    view().EndView();
     displayChanged();
 }
 

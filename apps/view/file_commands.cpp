@@ -26,9 +26,6 @@ namespace pavane
 namespace
 {
 
-constexpr const char* mapFilter =
-    "Maps and visibilities (*.fits *.fit *.fts *.FITS *.uvfits *.uvf)|"
-    "*.fits *.fit *.fts *.FITS *.uvfits *.uvf|All files (*)|*|";
 constexpr const char* maskFilter = "FITS masks (*.fits)|*.fits|";
 
 /// "12 minutes ago" and the like.
@@ -80,7 +77,9 @@ int MainWindow::runFileCommand(unsigned id)
     case idAreasOfMask:
         return addAreasOfMaskFile(folderOf(map_->file())), 1;
     case idAreasOfModel:
-        if (model_.session().isOpen())
+        if (model_.session().isOpen() && modelMap_ != maps_.current())
+            status_.SetMessage("The components belong to another map of this window");
+        else if (model_.session().isOpen())
             addAreasOfComponents(model_.session().components().list(), map_->inputs().frame);
         return 1;
     case idSaveMask:
@@ -121,11 +120,11 @@ void MainWindow::openMapCommand()
 LRESULT MainWindow::WindowProc(unsigned message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_DROPFILES)
-        return openDropped(DroppedFiles(lParam)), 0;
+        return openDropped(DroppedFiles(lParam), (wParam & MK_SHIFT) != 0), 0;
     return AreaWindow::WindowProc(message, wParam, lParam);
 }
 
-void MainWindow::openDropped(const std::vector<CString>& files)
+void MainWindow::openDropped(const std::vector<CString>& files, int intoThis)
 {
     std::vector<CString> inOrder = files;  // areas lie on the map that comes with them
     std::stable_partition(inOrder.begin(), inOrder.end(),
@@ -136,6 +135,8 @@ void MainWindow::openDropped(const std::vector<CString>& files)
             return;
         if (isAreaFile(file))
             (void)OpenAreas(file);
+        else if (map_ && intoThis)
+            (void)AddMap(file, -1);
         else if (map_ && host_)
             (void)host_->openWindow(file);
         else
@@ -219,8 +220,8 @@ void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& fi
     session_.cameFrom(file);  // Save must not write over what could not be read
     if (whole)
         session_.saved(file);
-    areas().FillAreasCB(&view_);
-    view_.FollowAreas();
+    areas().FillAreasCB(&view());
+    view().FollowAreas();
 }
 
 void MainWindow::offerLeftovers()
@@ -246,7 +247,7 @@ void MainWindow::offerLeftovers()
         if (answer == IDYES) {
             replaceAreas(read, std::string(), 0);
             areas().history().markUnsaved();
-            mapAreasChanged();
+            mapAreasChanged(view());
             if (!session_.hasCopy())
                 return;  // the old copy stays the only one
         }
@@ -271,8 +272,15 @@ int MainWindow::saveAreasAs()
 int MainWindow::mayWrite(const std::string& file, int asAreas)
 {
     const int ownPalette = options_.palette.find('/') != std::string::npos;
-    std::vector<NamedFile> inputs = {{"map", map_->file()},
-                                     {"palette", ownPalette ? options_.palette : ""}};
+    std::vector<NamedFile> inputs = {{"palette", ownPalette ? options_.palette : ""}};
+    for (int i = 0; i < maps_.count(); ++i) {
+        inputs.push_back({"map", documentOf(i)->file()});
+        if (i == maps_.current())
+            continue;
+        const AreaSession& other = sessionOf(i);
+        inputs.push_back({"area file", other.file()});
+        inputs.push_back({"area file", other.source()});
+    }
     if (!asAreas) {
         inputs.push_back({"area file", session_.file()});
         inputs.push_back({"area file", session_.source()});

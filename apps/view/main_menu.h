@@ -1,5 +1,6 @@
 #pragma once
 
+#include "apps/view/several/maps_menu.h"
 #include "pavane/resources/plot_commands.h"
 #include "platform/menu_template.h"
 
@@ -156,6 +157,7 @@ inline constexpr MenuItem printItems[] = {
 
 inline constexpr MenuItem fileItems[] = {
     {"&Open...\tCtrl+O", idOpenMap, nullptr, 0},
+    {"A&dd map...\tCtrl+Shift+A", idAddMap, nullptr, 0},
     {"&Recent files", 0, recentItems, std::size(recentItems)},
     menuLine,
     {"Open &areas...\tCtrl+Shift+O", idOpenAreas, nullptr, 0},
@@ -256,7 +258,7 @@ inline constexpr MenuItem helpItems[] = {
 inline constexpr MenuItem mainItems[] = {
     {"&File", 0, fileItems, std::size(fileItems)},  {"&Edit", 0, editItems, std::size(editItems)},
     {"&Areas", 0, areaItems, std::size(areaItems)}, {"&View", 0, viewItems, std::size(viewItems)},
-    {"&Help", 0, helpItems, std::size(helpItems)},
+    {"&Maps", 0, mapsItems, std::size(mapsItems)},  {"&Help", 0, helpItems, std::size(helpItems)},
 };
 
 /// The popup of a menu bar whose first line has the identifier; null for none.

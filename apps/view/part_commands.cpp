@@ -21,7 +21,7 @@ ATableWnd* MainWindow::tableOf(Part part)
 Part MainWindow::part()
 {
     const CWnd* const focus = CWnd::GetFocus();
-    if (isWithin(focus, &view_))
+    if (isWithin(focus, &view()))
         part_ = Part::map;
     else if (isWithin(focus, &table_))
         part_ = Part::numbers;
@@ -55,7 +55,7 @@ void MainWindow::goToPart(int step)
         return;
     }
     ATableWnd* const table = tableOf(static_cast<Part>(next));
-    (table ? static_cast<CWnd&>(*table) : view_).SetFocus();
+    (table ? static_cast<CWnd&>(*table) : view()).SetFocus();
 }
 
 /// Runs what a command of the menu means in the part with the keyboard; 0 when that is the map's.
@@ -111,22 +111,28 @@ int MainWindow::runModelCommand(unsigned id)
 
 void MainWindow::modelChanged()
 {
-    view_.Invalidate();  // the components lie over its picture
+    viewOf(modelMap_).Invalidate();  // the components lie over its picture
     updateTitle();
 }
 
 void MainWindow::modelSelected(int before, int now)
 {
-    if (const ABAxis* const axis = view_.GetPlot())
+    MapWindow& window = viewOf(modelMap_);
+    if (const ABAxis* const axis = window.GetPlot())
         for (const int component : {before, now})
-            view_.InvalidateRect(model_.BoundsOf(component, *axis));
+            window.InvalidateRect(model_.BoundsOf(component, *axis));
 }
 
 void MainWindow::modelOpened()
 {
     const int isOpen = model_.session().isOpen();
+    // they lie on the map that was the current one when they were opened
+    viewOf(modelMap_).SetMarks(nullptr);
+    modelMap_ = std::max(0, maps_.current());
+    model_.SetFrame(map_ ? &map_->inputs().frame : nullptr);
+    view().SetMarks(&model_);
     if (!isOpen && part() == Part::model)
-        view_.SetFocus();
+        view().SetFocus();
     split_.ShowOnly(isOpen ? -1 : 0);
     modelChanged();
 }

@@ -15,14 +15,15 @@ void MainWindow::setUpPlanes()
 {
     planes_.Play(0);
     if (isCube()) {
-        view_.SetViewPart(
-            ViewPart::plane, [this] { return ViewValues{static_cast<double>(map_->plane())}; },
-            [this](const ViewValues& values) {
-                if (!values.empty())
+        view().SetViewPart(
+            ViewPart::plane,
+            [map = map_.get()] { return ViewValues{static_cast<double>(map->plane())}; },
+            [this, map = map_.get()](const ViewValues& values) {
+                if (!values.empty() && map == map_.get())
                     (void)showPlane(static_cast<int>(values.front()));
             });
     } else {
-        view_.SetViewPart(ViewPart::plane, nullptr, nullptr);
+        view().SetViewPart(ViewPart::plane, nullptr, nullptr);
     }
     tellPlane();
     planes_.ShowWindow(isCube() ? SW_SHOW : SW_HIDE);
@@ -51,7 +52,7 @@ int MainWindow::showPlane(int plane)
     const int shown = map_->setPlane(this, plane, options_, error);
     readingPlane_ = 0;
     if (shown)
-        view_.ContentChanged();
+        view().ContentChanged();
     if (shown)
         areaNumbers_.SetMap(map_.get());
     if (shown && play_)
@@ -72,11 +73,11 @@ int MainWindow::planeWanted(int plane)
         return 0;
     if (plane == map_->plane())
         return 1;
-    view_.BeginViewGesture();
+    view().BeginViewGesture();
     return showPlane(plane);
 }
 
-void MainWindow::planeBarLeft() { view_.SetFocus(); }
+void MainWindow::planeBarLeft() { view().SetFocus(); }
 
 int MainWindow::mapStepPlane(int step)
 {

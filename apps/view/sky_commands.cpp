@@ -71,7 +71,11 @@ int MainWindow::runSkyCommand(unsigned id)
         status_.SetMessage("The map has no place on the sky: there is no grid");
         return 1;
     }
-    view_.ContentChanged();
+    view().ContentChanged();
+    for (int i = 0; i < maps_.count(); ++i)
+        if (i != maps_.current() && documentOf(i) && documentOf(i)->showGrid(wish))
+            viewOf(i).ContentChanged();
+    prepareLater();
     static constexpr const char* told[] = {"Sky grid: off", "Sky grid: ticks", "Sky grid: lines"};
     const SkyFrame& frame = gridFrame();
     status_.SetMessage(told[static_cast<std::size_t>(wish.shown)] +
@@ -122,20 +126,20 @@ void MainWindow::goToPosition()
         return;
     }
     const MapFrame& frame = map_->inputs().frame;
-    const TMinMax& whole = view_.GetWholeRange();
+    const TMinMax& whole = view().GetWholeRange();
     TMinMax range = map_->axis().getMinMax();
-    const double part = view_.IsRangeZoomed() ? 1 : 1 / closer;
+    const double part = view().IsRangeZoomed() ? 1 : 1 / closer;
     centreOn(frame.xFirst + column * frame.xStep, whole.xMin, whole.xMax,
              (range.xMax - range.xMin) * part, range.xMin, range.xMax);
     centreOn(frame.yFirst + row * frame.yStep, whole.yMin, whole.yMax,
              (range.yMax - range.yMin) * part, range.yMin, range.yMax);
-    view_.BeginView();
-    view_.SetNewMinMax(range);
-    view_.EndView();
+    view().BeginView();
+    view().SetNewMinMax(range);
+    view().EndView();
     const auto nearest = [](double cell, int count) {
         return std::clamp(static_cast<int>(std::lround(cell)), 0, count - 1);
     };
-    view_.SetLinkedCell(nearest(row, cells.rows()), nearest(column, cells.columns()));
+    view().SetLinkedCell(nearest(row, cells.rows()), nearest(column, cells.columns()));
     status_.SetMessage(text + ": pixel " + std::to_string(nearest(column, cells.columns()) + 1) +
                        ", " + std::to_string(nearest(row, cells.rows()) + 1));
 }

@@ -99,7 +99,7 @@ int MainWindow::runSurfaceCommand(unsigned id)
 APlotWnd& MainWindow::shownPicture()
 {
     return part() == Part::surface && surface_.isShown() ? static_cast<APlotWnd&>(surface_.window())
-                                                         : view_;
+                                                         : view();
 }
 
 void MainWindow::showSurfaceCommands(CMenu& popup)

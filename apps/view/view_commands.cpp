@@ -50,8 +50,8 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
-           runSurfaceCommand(id) || runSkyCommand(id) || runAreaCommand(id) ||
-           AreaWindow::OnCommand(id, code, control) || view_.RunCommand(id);
+           runSeveralCommand(id) || runSurfaceCommand(id) || runSkyCommand(id) ||
+           runAreaCommand(id) || AreaWindow::OnCommand(id, code, control) || view().RunCommand(id);
 }
 
 int MainWindow::runViewCommand(unsigned id)
@@ -90,10 +90,10 @@ int MainWindow::runViewCommand(unsigned id)
         changeLevels();
         return 1;
     case idAreasInPictures:
-        view_.SetAreasInPicture(!view_.GetAreasInPicture());
+        view().SetAreasInPicture(!view().GetAreasInPicture());
         return 1;
     case idDelete:
-        return view_.DeleteFocused();
+        return view().DeleteFocused();
     case idValues:
         toggleTable();
         return 1;
@@ -102,7 +102,7 @@ int MainWindow::runViewCommand(unsigned id)
         return 1;
     case idZoomIn:
         if (map_)
-            view_.ZoomAbout(map_->axis().getGraphRect().CenterPoint(), zoomFactor);
+            view().ZoomAbout(map_->axis().getGraphRect().CenterPoint(), zoomFactor);
         return 1;
     }
     return 0;
@@ -118,7 +118,7 @@ void MainWindow::toggleTable()
     if (showTable_)
         table_.Refresh();
     const int hasNumbers = showTable_ && table_.rows() > 0;
-    (hasNumbers ? static_cast<CWnd&>(table_) : view_).SetFocus();
+    (hasNumbers ? static_cast<CWnd&>(table_) : view()).SetFocus();
 }
 
 void MainWindow::toggleSurface()
@@ -127,7 +127,7 @@ void MainWindow::toggleSurface()
         return;
     const int shown = !surface_.isShown();
     if (!shown && part() == Part::surface)
-        view_.SetFocus();
+        view().SetFocus();
     surface_.Show(shown ? map_.get() : nullptr);
     surfaceSplit_.ShowOnly(shown ? -1 : 0);
     if (shown)
@@ -160,7 +160,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
     for (CMenu::Line& line : popup.lines())
         if (const PartCommand* const command = partCommandOf(line.id))
             line.text = command->onMap;
-    view_.amMenuParse(&popup);  // knows its own commands only
+    view().amMenuParse(&popup);  // knows its own commands only
     std::optional<std::string> palette;
     const int onSky = map_ && map_->sky().isSet();
     for (CMenu::Line& line : popup.lines()) {
@@ -178,13 +178,13 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
         else if (line.id == idContours)
             line.checked = !options_.levels.none;
         else if (line.id == idAreasInPictures)
-            line.checked = view_.GetAreasInPicture();
+            line.checked = view().GetAreasInPicture();
         else if (line.id == idSkyRegions) {
             line.enabled = onSky;
             line.checked = onSky && skyRegions_;
         } else if (line.id == idDelete) {
-            line.enabled = view_.IsCommandEnabled(ID_TRACK_DELETE);
-            line.text = view_.IsVertexFocused() ? "&Delete vertex\tDel" : "&Delete areas\tDel";
+            line.enabled = view().IsCommandEnabled(ID_TRACK_DELETE);
+            line.text = view().IsVertexFocused() ? "&Delete vertex\tDel" : "&Delete areas\tDel";
         } else if (line.id == idValues)
             line.checked = showTable_;
         else if (line.id == idNextPlane || line.id == idPreviousPlane || line.id == idPlayPlanes) {
@@ -197,6 +197,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
         else if (line.id == idSaveModel || line.id == idSaveModelAs || line.id == idAreasOfModel)
             line.enabled = map_ && model_.session().isOpen();
     }
+    showSeveralCommands(popup);
     showSurfaceCommands(popup);
     showSkyCommands(popup);
     showAreaCommands(popup);

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "platform/menu_template.h"
+
+namespace pavane
+{
+
+/// Commands of several maps in one window, in one row of numbers.
+enum SeveralCommand : unsigned {
+    idAddMap = 40801,
+    idCloseMap,
+    idNextMap,
+    idPreviousMap,
+    idMapsTabs,  ///< and the others of MapsShown
+    idMapsSideBySide,
+    idMapsSlider,
+    idBlink,
+    idBlinkFaster,
+    idBlinkSlower,
+    idLinkNext,
+    idLinkNothing,  ///< and the others of LinkBy
+    idLinkSky,
+    idLinkCell,
+    idLinkZoom,  ///< and the others of LinkPart
+    idLinkPointer,
+    idLinkColours,
+    idLinkAreas
+};
+
+inline constexpr MenuItem mapLinkItems[] = {
+    {"By &sky", idLinkSky, nullptr, 0},         {"By &cell", idLinkCell, nullptr, 0},
+    {"&Not linked", idLinkNothing, nullptr, 0}, {},
+    {"&Zoom", idLinkZoom, nullptr, 0},          {"&Pointer", idLinkPointer, nullptr, 0},
+    {"C&olours", idLinkColours, nullptr, 0},    {"&Areas", idLinkAreas, nullptr, 0},
+};
+
+inline constexpr MenuItem mapsItems[] = {
+    {"&Next map\tB", idNextMap, nullptr, 0},
+    {"Pre&vious map\tShift+B", idPreviousMap, nullptr, 0},
+    {"&Close map\tCtrl+W", idCloseMap, nullptr, 0},
+    {},
+    {"One at a time, with &tabs\tCtrl+Alt+1", idMapsTabs, nullptr, 0},
+    {"&Side by side\tCtrl+Alt+2", idMapsSideBySide, nullptr, 0},
+    {"Sli&der between two\tCtrl+Alt+3", idMapsSlider, nullptr, 0},
+    {},
+    {"&Blink\tCtrl+B", idBlink, nullptr, 0},
+    {"&Faster (0.2 s at most)\tCtrl+Alt+F", idBlinkFaster, nullptr, 0},
+    {"Slo&wer (5 s at most)\tCtrl+Alt+S", idBlinkSlower, nullptr, 0},
+    {},
+    {"Next &link: sky, cell, none\tL", idLinkNext, nullptr, 0},
+    {"Linked ma&ps", 0, mapLinkItems, 8},
+};
+
+}  // namespace pavane
