@@ -235,6 +235,7 @@ void MainWindow::seatMap(MapWindow& window, MapDocument& document)
     showMap(window, document.picture());
     window.SetPlayByMouse(1);
     window.SetSquareCells(!options_.freeAspect);
+    placeMarks(window, document);
 }
 
 int MainWindow::OpenMap(const std::string& file, int plane)
@@ -292,6 +293,8 @@ int MainWindow::OpenFirst(const ViewOptions& options)
     }
     if (!options.model.empty())
         (void)model_.Open(options.model);
+    if (!options.marks.empty())
+        (void)openMarks(options.marks);
     for (const std::string& file : options.more)
         (void)AddMap(file, options.plane);
     if (!options.more.empty() && ChooseMap(0))

@@ -94,6 +94,8 @@ public:
     }
     AAreaTableWnd& numbers() { return table_; }
     ModelPanel& model() { return model_; }
+    /// The list of marks that are shown; "" for none.
+    const std::string& marksFile() const { return marksFile_; }
     AreaNumbersPanel& areaNumbers() { return areaNumbers_; }
     SurfacePanel& surface() { return surface_; }
     const AreaSession& session() const { return session_; }
@@ -215,6 +217,11 @@ private:
     int runSkyCommand(unsigned id);
     void showSkyCommands(CMenu& popup);
     SkyFrame gridFrame() const;
+    int runMarkCommand(unsigned id);
+    void showMarkCommands(CMenu& popup);
+    int openMarks(const std::string& file);
+    void placeMarks();
+    void placeMarks(MapWindow& window, const MapDocument& document) const;
     void goToPosition();
     void copyPosition();
     void showHeader();
@@ -285,6 +292,8 @@ private:
     MapList maps_;
     MapLinks links_;
     std::vector<std::unique_ptr<MapSeat>> seats_;  ///< by number; one without a map at first
+    std::vector<SkyMark> skyMarks_;
+    std::string marksFile_;  ///< "" without marks
     SurfacePanel surface_;
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;

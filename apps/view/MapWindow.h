@@ -2,6 +2,7 @@
 
 #include "apps/view/main_menu.h"
 #include "pavane/axes/ABAxis.h"
+#include "pavane/axes/maps/sky/SkyMarkLayer.h"
 #include "pavane/axes/windows/AAxisWnd.h"
 #include "pavane/trackers/collections/area_outlines.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
@@ -67,6 +68,13 @@ public:
         owner_.mapPointed(*this, 1);
         OnStatus(StatusAt(at));
     }
+    /// Named positions over the map, in pictures too.
+    void SetSkyMarks(SkyMarkLayer marks)
+    {
+        skyMarks_ = std::move(marks);
+        Invalidate();
+    }
+    const SkyMarkLayer& GetSkyMarks() const { return skyMarks_; }
     /// The areas were replaced behind the window's back.
     void FollowAreas()
     {
@@ -116,6 +124,7 @@ public:
         if (areaNames_)
             drawNames(dc);
         drawMarks(dc, &update);
+        drawSkyMarks(dc);
     }
 
 protected:
@@ -156,13 +165,14 @@ protected:
         owner_.mapAsksForColours();
         return 1;
     }
-    int isBare() const override { return AAxisWnd::isBare() && !hasMarks(); }
+    int isBare() const override { return AAxisWnd::isBare() && !hasMarks() && !skyMarks_.placed(); }
     void drawIntoPicture(CDC& dc) override
     {
         AAxisWnd::drawIntoPicture(dc);
         if (areaNames_ && GetAreasInPicture())
             drawNames(dc);
         drawMarks(dc, nullptr);
+        drawSkyMarks(dc);
     }
     /// Marks are picked beside what the press does to areas: they may lie in one.
     int takePress(unsigned flags, CPoint point) override
@@ -178,6 +188,11 @@ private:
         if (GetPlot())
             drawAreaNames(dc, *GetPlot(), outlinesOf(*GetTrackers()));
     }
+    void drawSkyMarks(CDC& dc)
+    {
+        if (GetPlot() && skyMarks_.placed())
+            skyMarks_.draw(dc, *GetPlot());
+    }
     int hasMarks() const { return marks_ && GetPlot() && marks_->isShown(); }
     void drawMarks(CDC& dc, const CRect* update)
     {
@@ -187,6 +202,7 @@ private:
 
     MapWindowOwner& owner_;
     MapMarks* marks_ = nullptr;
+    SkyMarkLayer skyMarks_;
     int areaNames_ = 0;
 };
 

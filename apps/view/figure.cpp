@@ -7,7 +7,8 @@ namespace pavane
 {
 
 InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
-    : options_(options), inputs_(inputs), areas_(inputs.areas), model_(inputs.model, inputs.frame)
+    : options_(options), inputs_(inputs), areas_(inputs.areas), model_(inputs.model, inputs.frame),
+      marks_(inputs.marks)
 {
     picture_.show(inputs);
     applyWholeLook(picture_, options);
@@ -15,6 +16,7 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
         applySkyGrid(*addSkyGrid(picture_, inputs.sky), options.skyGrid, inputs.sky);
     picture_.figure().addLayer(&areas_);
     picture_.figure().addLayer(&model_);
+    picture_.figure().addLayer(&marks_);
 }
 
 std::vector<std::string> InputsFigure::notes()

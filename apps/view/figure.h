@@ -29,6 +29,7 @@ private:
     MapPicture picture_;
     AreaLayer areas_;
     ModelLayer model_;
+    SkyMarkLayer marks_;
 };
 
 }  // namespace pavane

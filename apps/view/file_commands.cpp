@@ -272,7 +272,8 @@ int MainWindow::saveAreasAs()
 int MainWindow::mayWrite(const std::string& file, int asAreas)
 {
     const int ownPalette = options_.palette.find('/') != std::string::npos;
-    std::vector<NamedFile> inputs = {{"palette", ownPalette ? options_.palette : ""}};
+    std::vector<NamedFile> inputs = {{"palette", ownPalette ? options_.palette : ""},
+                                     {"list of marks", marksFile_}};
     for (int i = 0; i < maps_.count(); ++i) {
         inputs.push_back({"map", documentOf(i)->file()});
         if (i == maps_.current())

@@ -83,6 +83,34 @@ int readAreas(const ViewOptions& options, ViewInputs& inputs, std::vector<std::s
     return 1;
 }
 
+int readMarks(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
+              std::string& error)
+{
+    const std::string& file = options.marks;
+    SkyCoordinates sky;
+    std::string noSky;
+    (void)sky.init(inputs.map.header, noSky);
+    SkyMarks read;
+    if (!readSkyMarks(file, sky.skyFrame(), read, error))
+        return refuse(file, error);
+    if (!read.lost.empty()) {
+        error = lostMarksText(read);
+        if (!options.partial)
+            return refuse(file, error);
+        notes.push_back(file + ": " + error);
+    }
+    inputs.marks.setMarks(read.marks, sky, inputs.frame);
+    if (!inputs.marks.placed() && !sky.isSet()) {
+        error = "holds positions, but the map has no place on the sky: " + noSky;
+        return refuse(file, error);
+    }
+    if (const std::size_t placed = static_cast<std::size_t>(inputs.marks.placed());
+        placed < read.marks.size())
+        notes.push_back(file + ": " + std::to_string(read.marks.size() - placed) + " of " +
+                        std::to_string(read.marks.size()) + " marks have no place in the map");
+    return 1;
+}
+
 int makeMask(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
              std::string& error)
 {
@@ -117,7 +145,9 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
         error.insert(0, "there is no grid of the sky: ");
         return refuse(options.map, error);
     }
-    return makeMask(options, inputs, notes, error);  // names the file itself
+    // both name the file itself
+    return (options.marks.empty() || readMarks(options, inputs, notes, error)) &&
+           makeMask(options, inputs, notes, error);
 }
 
 }  // namespace pavane

@@ -4,6 +4,7 @@
 #include "apps/view/options.h"
 #include "apps/view/uv_points.h"
 #include "pavane/axes/maps/MapContent.h"
+#include "pavane/axes/maps/sky/SkyMarkLayer.h"
 #include "pavane/containers/AArray.h"
 #include "pavane/tables/components/AComponents.h"
 #include "pavane/trackers/shapes/area_label.h"
@@ -30,6 +31,7 @@ struct ViewInputs : MapContent {
     std::vector<MeasuredArea> measured;
     ABitMatrix mask;  ///< of the areas; all ones without any
     AComponents model;
+    SkyMarkLayer marks;
     UvPoints uv;
     SkyCoordinates sky;  ///< of the grid; not set without one
 };
@@ -37,7 +39,8 @@ struct ViewInputs : MapContent {
 /// Reads the map, the areas, the model and the u,v points. Non-zero on success; else 0 and `error`
 /// is one line that names the file and what is wrong with it.
 /// `notes` gets what was not taken as it is, each a line with the name of its file. A loss of areas
-/// is an error unless options.partial allows it.
+/// or
+/// marks is an error unless options.partial allows it.
 int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::string>& notes,
                std::string& error);
 

@@ -69,6 +69,8 @@ enum ViewCommand : unsigned {
     idGoToPosition = 40631,
     idCopyPosition,
     idHeaderCards,
+    idOpenMarks = 40641,
+    idNoMarks,
     // of the surface beside the map
     idSurfaceStyle = 40701,  ///< one for each of surfaceStyles
     idSurfaceFloor = 40711,  ///< and the SurfaceFloor bits
@@ -164,6 +166,9 @@ inline constexpr MenuItem fileItems[] = {
     {"&Save areas\tCtrl+S", idSaveAreas, nullptr, 0},
     {"Sav&e areas as...\tCtrl+Shift+S", idSaveAreasAs, nullptr, 0},
     {"Region files in sk&y coordinates", idSkyRegions, nullptr, 0},
+    menuLine,
+    {"Open mar&ks...", idOpenMarks, nullptr, 0},
+    {"&Take marks away", idNoMarks, nullptr, 0},
     menuLine,
     {"Open &components...", idOpenModel, nullptr, 0},
     {"Components o&f the map", idMapModel, nullptr, 0},

@@ -207,11 +207,11 @@ enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
 constexpr std::string_view mapOptions[] = {
-    "--areas",    "--plane",   "--levels",   "--scale",   "--range",
-    "--palette",  "--aspect",  "--mask",     "--partial", "--visibilities",
-    "--planes",   "--grid",    "--contrast", "--surface", "--empty-area",
-    "--sky-grid", "--moment",  "--smooth",   "--out",     "--errors",
-    "--clip",     "--profile", "--across",   "--fit",     "--residual"};
+    "--areas",   "--marks",    "--plane",   "--levels",     "--scale",        "--range",
+    "--palette", "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes",
+    "--grid",    "--contrast", "--surface", "--empty-area", "--sky-grid",     "--moment",
+    "--smooth",  "--out",      "--errors",  "--clip",       "--profile",      "--across",
+    "--fit",     "--residual"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -290,6 +290,10 @@ OptionTable<ViewOptions> newTable()
           "them; "
           "their amplitudes over the plot of a data file"},
          keep<&ViewOptions::model>},
+        {{"--marks", "", "F.csv",
+          "names and positions, a line each: crosses with their names over the map; columns may be "
+          "named in the first line (name, ra, dec; glon, glat; x, y in pixels ...)"},
+         keep<&ViewOptions::marks>},
         {{"--visibilities", "", "UV.csv",
           "print u,v,re,im of the model for each line u,v (wavelengths); needs no map"},
          keep<&ViewOptions::visibilities>,
@@ -362,6 +366,8 @@ int checkSurface(const ViewOptions& options, std::string& error)
         error = "--surface has no --sky-grid";
     else if (!options.model.empty() && options.visibilities.empty() && options.tables.empty())
         error = "--surface draws no components of a --model";
+    else if (!options.marks.empty())
+        error = "--surface draws no --marks";
     return error.empty();
 }
 
@@ -374,16 +380,17 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "one file at a time: '" + given.operands[1] + "' is a second one";
     else if (!options.batch && only != given.options.end())
         error = std::string((*only)->name) + " goes with --batch; the window asks for it";
-    else if (given.operands.size() > 1 &&
-             (!options.areas.empty() || !options.model.empty() || options.plane >= 0))
-        error = "--areas, --model and --plane go with one map, not with several files";
+    else if (given.operands.size() > 1 && (!options.areas.empty() || !options.model.empty() ||
+                                           !options.marks.empty() || options.plane >= 0))
+        error = "--areas, --marks, --model and --plane go with one map, not with several files";
     else if (options.map.empty() && !options.batch &&
-             (!options.areas.empty() || !options.model.empty() || options.plane >= 0))
-        error = "--areas, --model and --plane go with a map";
+             (!options.areas.empty() || !options.model.empty() || !options.marks.empty() ||
+              options.plane >= 0))
+        error = "--areas, --marks, --model and --plane go with a map";
     else if (!options.mask.empty() && options.areas.empty())
         error = "--mask needs the areas that it is made of: --areas FILE";
-    else if (options.partial && options.areas.empty())
-        error = "--partial goes with areas: --areas FILE";
+    else if (options.partial && options.areas.empty() && options.marks.empty())
+        error = "--partial goes with areas or marks: --areas FILE, --marks FILE";
     else if (!options.emptyArea.empty() &&
              (options.areas.empty() || (!options.wantsTable(areaTable) && !options.profile.hasFit)))
         error = "--empty-area goes with areas, and the table of them or a fit: --areas FILE "

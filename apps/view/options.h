@@ -54,7 +54,8 @@ struct ViewOptions : MapLook {
     UvTimes times;        ///< of a data file: what is plotted and listed
     PlotWish plot;        ///< of a data file
     std::string areas, mask, model, visibilities;
-    int partial = 0;  ///< areas of which some are lost are taken
+    std::string marks;  ///< a list of names and positions; "" for none
+    int partial = 0;    ///< areas of which some are lost are taken
     int stats = 0;
     std::vector<TableWish> tables;
     std::string emptyArea;  ///< name or number of the area whose noise counts; "": the map's

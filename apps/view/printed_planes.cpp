@@ -13,7 +13,8 @@ namespace pavane
 {
 
 PrintedPlanes::PrintedPlanes(const ViewOptions& options, const ViewInputs& inputs)
-    : options_(options), sky_(inputs.sky), areas_(inputs.areas), model_(inputs.model, inputs.frame)
+    : options_(options), sky_(inputs.sky), areas_(inputs.areas), model_(inputs.model, inputs.frame),
+      marks_(inputs.marks)
 {
     if (!options_.inPerCent)
         return;
@@ -50,6 +51,7 @@ int PrintedPlanes::open(std::string& error)
             applySkyGrid(*addSkyGrid(picture, sky_), options_.skyGrid, sky_);
         picture.figure().addLayer(&areas_);
         picture.figure().addLayer(&model_);
+        picture.figure().addLayer(&marks_);
     });
     return 1;
 }

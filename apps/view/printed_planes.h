@@ -31,6 +31,7 @@ private:
     ChannelMaps maps_;
     AreaLayer areas_;
     ModelLayer model_;
+    SkyMarkLayer marks_;
 };
 
 }  // namespace pavane

@@ -102,6 +102,7 @@ std::string outputClash(const ViewOptions& options)
         {"the map", options.map},
         {"the areas", options.areas},
         {"the names of the areas", options.areas.empty() ? "" : namesFileOf(options.areas)},
+        {"the marks", options.marks},
         {"the model", options.model},
         {"the u,v points", options.visibilities},
         {"the second map", options.surface.other},

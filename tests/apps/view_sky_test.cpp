@@ -54,6 +54,32 @@ TEST_F(ViewSky, TheGridGoesRoundAndIsKept)
     EXPECT_EQ(gridOf(window).labels(), SkyLabels::sexagesimal);
 }
 
+TEST_F(ViewSky, MarksLieWhereTheirListSays)
+{
+    MainWindow window;
+    open(window);
+    std::ofstream(path("marks.csv")) << "name,ra,dec\ncentre,187.7,12.4\nfar,7.7,12.4\n";
+    std::ofstream(path("some.csv")) << "name,x,y\na,1,1\nb,here,1\n";
+    fileAnswer = path("marks.csv");
+    run(window, idOpenMarks);
+    EXPECT_EQ(window.view().GetSkyMarks().placed(), 1);
+    // a line that is lost is asked about, and nothing changes without an answer
+    fileAnswer = path("some.csv");
+    SetDialogAnswer([](CDialog&) { return int{IDCANCEL}; });
+    run(window, idOpenMarks);
+    EXPECT_EQ(window.marksFile(), path("marks.csv"));
+    SetDialogAnswer([](CDialog&) { return int{IDOK}; });
+    run(window, idOpenMarks);
+    EXPECT_EQ(window.marksFile(), path("some.csv"));
+    EXPECT_EQ(window.view().GetSkyMarks().placed(), 1);
+    EXPECT_TRUE(said.empty());
+    run(window, idNoMarks);
+    EXPECT_EQ(window.view().GetSkyMarks().placed(), 0);
+    fileAnswer = path("nowhere.csv");
+    run(window, idOpenMarks);
+    EXPECT_EQ(said.size(), 1U);
+}
+
 TEST_F(ViewSky, APositionIsGoneToAndCopied)
 {
     MainWindow window;

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/axis_fonts.h"
+#include "pavane/axes/edged_text.h"
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/outline_stroke.h"
 #include "pavane/trackers/shapes/area_look.h"
@@ -40,22 +41,6 @@ curvesOf(const ABAxis& axis, const std::vector<AreaOutline>& outlines, int isNev
         if ((outline.isNeverClean != 0) == isNeverClean && !outline.points.empty())
             curves[outline.label.colour].push_back(curveOf(axis, outline));
     return curves;
-}
-
-/// Text with an edge, which is read on any ground.
-void drawEdgedText(CDC& dc, CPoint at, const CString& text, int edge, COLORREF color,
-                   COLORREF edgeColor)
-{
-    const int oldMode = dc.SetBkMode(TRANSPARENT);
-    const COLORREF old = dc.SetTextColor(edgeColor);
-    for (const int dx : {-edge, 0, edge})
-        for (const int dy : {-edge, 0, edge})
-            if (dx || dy)
-                (void)dc.TextOut(at.x + dx, at.y + dy, text);
-    (void)dc.SetTextColor(color);
-    (void)dc.TextOut(at.x, at.y, text);
-    (void)dc.SetTextColor(old);
-    (void)dc.SetBkMode(oldMode);
 }
 
 }  // namespace
