@@ -196,8 +196,9 @@ int roundParts(const SkySteps& steps)
     static constexpr struct {
         double count;
         int ofDecimals, ofClock;
-    } parts[] = {{1, 5, 4},  {2, 4, 4},  {3, 3, 3},  {5, 5, 5},  {6, 3, 3}, {10, 5, 5},
-                 {12, 4, 4}, {15, 3, 3}, {20, 4, 4}, {30, 3, 3}, {45, 3, 3}};
+    } parts[] = {{1, 5, 4},  {1.5, 3, 3}, {2, 4, 4},  {3, 3, 3},  {4.5, 3, 3},
+                 {5, 5, 5},  {6, 3, 3},   {9, 3, 3},  {10, 5, 5}, {12, 4, 4},
+                 {15, 3, 3}, {20, 4, 4},  {30, 3, 3}, {45, 3, 3}};
     for (const auto& each : parts)
         if (std::fabs(count - each.count) < 1e-6 * each.count)
             return isClock ? each.ofClock : each.ofDecimals;

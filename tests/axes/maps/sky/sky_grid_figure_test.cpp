@@ -205,6 +205,38 @@ TEST(SkyGridFigure, LabelsSayWhereTheirTicksAre)
     }
 }
 
+TEST(SkyGridFigure, MinorTicksDivideTheStepsEvenly)
+{
+    for (const Field& field :
+         {Field{"RA---SIN", "DEC--SIN", 123, 80, 0.01}, Field{"RA---TAN", "DEC--TAN", 0, -30, 1e-4},
+          Field{"GLON-CAR", "GLAT-CAR", 187.7, 2.4, 0.3}}) {
+        Plot plot(field);
+        (void)plot.drawn(CSize(900, 700));
+        for (const int isY : {0, 1}) {
+            const TickSet ticks = plot.grid->edgeTicks(isY, 5);
+            std::vector<double> places = plot.grid->minorTicks(isY, 0);
+            ASSERT_GE(places.size(), ticks.major.size()) << ticks.major[0].label;
+            for (const TickSet::Tick& tick : ticks.major)
+                places.push_back(tick.value);
+            std::sort(places.begin(), places.end());
+            const TMinMax& range = plot.axis.getMinMax();
+            std::vector<double> sky;
+            for (const double place : places) {
+                double at[2] = {};
+                const double x = isY ? range.xMax : place;
+                const double y = isY ? place : range.yMin;
+                ASSERT_TRUE(plot.sky.toSky((x - plot.frame.xFirst) / plot.frame.xStep,
+                                           (y - plot.frame.yFirst) / plot.frame.yStep, at[0],
+                                           at[1]));
+                sky.push_back(at[isY]);
+            }
+            const double step = std::remainder(sky[1] - sky[0], 360);
+            for (std::size_t i = 1; i < sky.size(); ++i)
+                EXPECT_NEAR(std::remainder(sky[i] - sky[i - 1], 360), step, 1e-5 * std::fabs(step));
+        }
+    }
+}
+
 TEST(SkyGridFigure, TheAxisHasItsOwnTicksWhereTheGridHasNothing)
 {
     const auto titles = [](Plot& plot) {
