@@ -25,6 +25,7 @@
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
+#include "pavane/measures/maps/pair_maps.h"
 #include "pavane/windows/controls/AColorMenu.h"
 #include "pavane/windows/controls/AImageList.h"
 #include "pavane/windows/controls/ASplitterWnd.h"
@@ -254,6 +255,7 @@ private:
     void followAreas(int leader);
     int mayReplaceAreas(int leader);
     void giveLinkedAreas(int map, const std::vector<AreaShape>& shapes);
+    void makePair(MapPair pair);
     void prepareLater();
     void prepareMaps();
     void toggleBlink();

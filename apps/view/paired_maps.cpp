@@ -103,13 +103,12 @@ double noiseOf(const FitsMap& map)
 
 /// Takes the second map onto the cells of the first.
 int bringOver(const ViewOptions& options, const FitsMap& first, FitsMap& second, double& noise,
-              std::string& error)
+              std::string& error, const ProgressFunction& progress)
 {
     RegriddedMap brought;
-    ProgressLine progress("Regridding " + plainText(options.made.other));
     if (!regridMap(second.cells, second.header, first.header, options.made.shift, brought, error,
-                   [&](double part) { return progress.show(part); }))
-        return refuse(options.made.other, error);
+                   progress))
+        return 0;
     // values per pixel have another size on other cells, and so has their noise
     if (mapUnit(second.header.bunit).perPixel)
         noise *= brought.area;
@@ -166,13 +165,10 @@ int makeRegridded(const ViewOptions& options, MadeMap& made, std::string& text, 
     return 1;
 }
 
-int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error)
+PairFault pairMaps(const ViewOptions& options, const FitsMap& first, FitsMap& second, MadeMap& made,
+                   PairTold& told, std::string& error, const ProgressFunction& progress)
 {
     const MadeMapWish& wish = options.made;
-    FitsMap first, second;
-    if (!readMap(options.map, options.plane, first, error) ||
-        !readOther(wish.other, options.plane, second, error))
-        return 0;
     PairRule rule;
     rule.pair = wish.pair;
     rule.clip = wish.clip >= 0 ? wish.clip : rule.clip;
@@ -180,22 +176,18 @@ int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std
     PairFault fault = pairFault(rule.pair, first.header, second.header, error);
     // beams have to be compared in one frame
     const int brings = wish.regrid || !wish.shift.isNone();
-    if (fault != PairFault::none && !(brings && fault == PairFault::beams)) {
-        error += offerOf(fault, first.header, second.header);
-        return refuse(wish.other, error);
-    }
+    if (fault != PairFault::none && !(brings && fault == PairFault::beams))
+        return fault;
     const double noise = noiseOf(first);
     double otherNoise = noiseOf(second);
     const std::string other = planeText(wish.other, second.header);
-    if (brings && !bringOver(options, first, second, otherNoise, error))
-        return 0;
+    if (brings && !bringOver(options, first, second, otherNoise, error, progress))
+        return PairFault::memory;
     PairMap pair;
     fault = combineMaps({first.cells, first.header, noise},
                         {second.cells, second.header, otherNoise}, rule, pair, error);
-    if (fault != PairFault::none) {
-        error += offerOf(fault, first.header, second.header);
-        return refuse(wish.other, error);
-    }
+    if (fault != PairFault::none)
+        return fault;
     made.history = pairHistory(options, first, other, second.header, rule);
     if (brings)
         made.history.push_back("pavane: " + other + " was brought onto the cells of the first, " +
@@ -204,19 +196,40 @@ int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std
     made.cells = std::move(pair.cells);
     made.errors = std::move(pair.errors);
     made.header = std::move(pair.header);
-    text = statLine("noise", noise, floatDigits, first.header.bunit) +
-           statLine("noise_other", otherNoise, floatDigits, second.header.bunit);
+    told.text = statLine("noise", noise, floatDigits, first.header.bunit) +
+                statLine("noise_other", otherNoise, floatDigits, second.header.bunit);
     if (rule.pair == MapPair::index)
-        text += statLine("frequency", first.header.frequency, floatDigits, "Hz") +
-                statLine("frequency_other", second.header.frequency, floatDigits, "Hz");
-    std::vector<std::string> notes;
-    for (const auto& [file, header] :
-         {std::pair(&options.map, &first.header), std::pair(&wish.other, &second.header)})
-        if (!header->hasBeam)
-            notes.push_back(*file + ": has no beam; it is taken as that of the other map");
+        told.text += statLine("frequency", first.header.frequency, floatDigits, "Hz") +
+                     statLine("frequency_other", second.header.frequency, floatDigits, "Hz");
+    const auto noteBeam = [&told](const std::string& file, const MapHeader& header) {
+        if (!header.hasBeam)
+            told.notes.push_back(file + ": has no beam; it is taken as that of the other map");
+    };
+    noteBeam(options.map, first.header);
+    noteBeam(wish.other, second.header);
     if (!pair.known)
-        notes.push_back(wish.other + ": no cell is above the clip in both maps: all are blank");
-    printNotes(notes);
+        told.notes.push_back(wish.other +
+                             ": no cell is above the clip in both maps: all are blank");
+    return PairFault::none;
+}
+
+int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error)
+{
+    const MadeMapWish& wish = options.made;
+    FitsMap first, second;
+    if (!readMap(options.map, options.plane, first, error) ||
+        !readOther(wish.other, options.plane, second, error))
+        return 0;
+    ProgressLine progress("Regridding " + plainText(wish.other));
+    PairTold told;
+    const PairFault fault = pairMaps(options, first, second, made, told, error,
+                                     [&](double part) { return progress.show(part); });
+    if (fault != PairFault::none) {
+        error += offerOf(fault, first.header, second.header);
+        return refuse(wish.other, error);
+    }
+    text = told.text;
+    printNotes(told.notes);
     return 1;
 }
 

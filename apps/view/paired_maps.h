@@ -1,7 +1,9 @@
 #pragma once
 
+#include "pavane/measures/maps/pair_maps.h"
 #include "tessel/AMatrix.h"
 #include "tessel/map_header.h"
+#include "tessel/progress_function.h"
 
 #include <string>
 #include <vector>
@@ -9,6 +11,7 @@
 namespace pavane
 {
 
+struct FitsMap;
 struct ViewOptions;
 
 /// A made map, its errors, and what tells of them.
@@ -21,6 +24,18 @@ struct MadeMap {
 /// Brings the map of the options onto the grid of another one. Non-zero on success, and `text` is
 /// what is printed; else 0, and `error` is one line that names the file.
 int makeRegridded(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error);
+
+/// What is told of a pair beside its maps.
+struct PairTold {
+    std::string text;                ///< lines of noise and frequency
+    std::vector<std::string> notes;  ///< what a user should know of the result
+};
+
+/// Makes what the options ask for of two maps that are read, under the names that they have there.
+/// The second one may be changed on the way. Why they do not go together is `error`, in one line to
+/// be read behind the name of the second map; a user who gave up leaves it empty.
+PairFault pairMaps(const ViewOptions& options, const FitsMap& first, FitsMap& second, MadeMap& made,
+                   PairTold& told, std::string& error, const ProgressFunction& progress = {});
 
 /// Makes the difference, the ratio or the spectral index of two maps, in the same way.
 int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error);

@@ -270,15 +270,18 @@ void MainWindow::endBlink()
 /// The pictures of the maps behind the one in front are drawn when the user has a rest.
 void MainWindow::prepareLater()
 {
-    if (maps_.count() > 1 && stage_.isOnePlace() && GetSafeHwnd())
+    if (maps_.count() > 1 && GetSafeHwnd())
         SetTimer(prepareTimer, preparePause);
 }
 
 void MainWindow::prepareMaps()
 {
     KillTimer(prepareTimer);
-    if (maps_.count() < 2 || !stage_.isOnePlace())
+    if (maps_.count() < 2)
         return;
+    int areAlike = 1;
+    CRect first;
+    view().GetClientRect(first);
     PlotRoom most;
     const auto widen = [&most](const PlotRoom& room) {
         CRect& to = most.margins;
@@ -288,10 +291,13 @@ void MainWindow::prepareMaps()
         most.bar = std::max(most.bar, room.bar);
     };
     for (const auto& seat : seats_) {
+        CRect client;
+        seat->window.GetClientRect(client);
+        areAlike = areAlike && client.Size() == first.Size();
         seat->window.PrepareContent();
         widen(seat->window.GetRoom());
     }
-    if (!links_.has(linkZoom))
+    if (!areAlike || !links_.has(linkZoom))
         return;
     // one place of the sky at one pixel: the plots begin and end where the narrowest of them does
     for (const auto& seat : seats_) {
@@ -304,7 +310,7 @@ void MainWindow::prepareMaps()
 
 int MainWindow::runSeveralCommand(unsigned id)
 {
-    if (id < idAddMap || id > idLinkAreas || !map_)
+    if (id < idAddMap || id > idPairIndex || !map_)
         return 0;
     switch (id) {
     case idAddMap:
@@ -336,6 +342,10 @@ int MainWindow::runSeveralCommand(unsigned id)
     case idLinkSky:
     case idLinkCell:
         return setLinkBy(static_cast<LinkBy>(id - idLinkNothing)), 1;
+    case idPairDifference:
+    case idPairRatio:
+    case idPairIndex:
+        return makePair(static_cast<MapPair>(id - idPairDifference)), 1;
     default:
         const auto part = static_cast<LinkPart>(1U << (id - idLinkZoom));
         if (part == linkAreas && !links_.wants(part) && !mayReplaceAreas(maps_.current()))
@@ -349,7 +359,7 @@ void MainWindow::showSeveralCommands(CMenu& popup)
 {
     const int hasSeveral = maps_.count() > 1;
     for (CMenu::Line& line : popup.lines()) {
-        if (line.id <= idAddMap || line.id > idLinkAreas)
+        if (line.id <= idAddMap || line.id > idPairIndex)
             continue;
         line.enabled = map_ && hasSeveral;
         if (line.id >= idMapsTabs && line.id <= idMapsSlider)
@@ -358,7 +368,7 @@ void MainWindow::showSeveralCommands(CMenu& popup)
             line.checked = blinking_;
         else if (line.id >= idLinkNothing && line.id <= idLinkCell)
             line.checked = links_.by() == static_cast<LinkBy>(line.id - idLinkNothing);
-        else if (line.id >= idLinkZoom)
+        else if (line.id >= idLinkZoom && line.id <= idLinkAreas)
             line.checked = links_.wants(static_cast<LinkPart>(1U << (line.id - idLinkZoom)));
     }
 }

@@ -2,6 +2,8 @@
 
 #include "platform/menu_template.h"
 
+#include <iterator>
+
 namespace pavane
 {
 
@@ -24,7 +26,10 @@ enum SeveralCommand : unsigned {
     idLinkZoom,  ///< and the others of LinkPart
     idLinkPointer,
     idLinkColours,
-    idLinkAreas
+    idLinkAreas,
+    idPairDifference,  ///< and the others of MapPair
+    idPairRatio,
+    idPairIndex
 };
 
 inline constexpr MenuItem mapLinkItems[] = {
@@ -32,6 +37,13 @@ inline constexpr MenuItem mapLinkItems[] = {
     {"&Not linked", idLinkNothing, nullptr, 0}, {},
     {"&Zoom", idLinkZoom, nullptr, 0},          {"&Pointer", idLinkPointer, nullptr, 0},
     {"C&olours", idLinkColours, nullptr, 0},    {"&Areas", idLinkAreas, nullptr, 0},
+};
+
+/// Of the current map and the one before.
+inline constexpr MenuItem mapPairItems[] = {
+    {"&Difference...", idPairDifference, nullptr, 0},
+    {"&Ratio...", idPairRatio, nullptr, 0},
+    {"Spectral &index...", idPairIndex, nullptr, 0},
 };
 
 inline constexpr MenuItem mapsItems[] = {
@@ -48,7 +60,9 @@ inline constexpr MenuItem mapsItems[] = {
     {"Slo&wer (5 s at most)\tCtrl+Alt+S", idBlinkSlower, nullptr, 0},
     {},
     {"Next &link: sky, cell, none\tL", idLinkNext, nullptr, 0},
-    {"Linked ma&ps", 0, mapLinkItems, 8},
+    {"Linked ma&ps", 0, mapLinkItems, std::size(mapLinkItems)},
+    {},
+    {"Map of this one &and the one before", 0, mapPairItems, std::size(mapPairItems)},
 };
 
 }  // namespace pavane

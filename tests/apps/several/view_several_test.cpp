@@ -267,4 +267,40 @@ TEST_F(ViewSeveral, NamesOnTheCommandLineShareAWindow)
     EXPECT_EQ(windows.count(), 2);
 }
 
+/// Of maps with other cells the second one is brought over after a question, and the result comes
+/// into the window.
+TEST_F(ViewSeveral, TheDifferenceOfTwoIsAThirdMap)
+{
+    MainWindow window;
+    writeOther("other.fits");
+    writeOther("again.fits", 1.5e-8, 60);
+    open(window);
+    run(window, idPairDifference);
+    EXPECT_EQ(window.maps().count(), 1);  // told: it takes two
+    ASSERT_TRUE(window.AddMap(path("other.fits"), -1));
+    ASSERT_TRUE(window.AddMap(path("again.fits"), -1));
+    ASSERT_TRUE(window.ChooseMap(1));
+    fileAnswer = path("made.fits");
+    answer = IDNO;
+    run(window, idPairDifference);
+    ASSERT_EQ(said.size(), 1U);
+    EXPECT_NE(said[0].find("Bring it onto the cells of the first map"), std::string::npos);
+    EXPECT_FALSE(fs::exists(fileAnswer));
+    answer = IDYES;
+    run(window, idPairDifference);
+    ASSERT_EQ(window.maps().count(), 4);
+    EXPECT_EQ(window.session().map(), fileAnswer);
+    const AMatrixAccess& cells = window.view().GetMap()->cells();
+    const AMatrixAccess& first = window.viewOf(1).GetMap()->cells();
+    ASSERT_EQ(cells.rows(), first.rows());
+    // a cell whose place both maps have a cell's centre at: the middle
+    const AMatrixAccess& second = window.viewOf(2).GetMap()->cells();
+    EXPECT_NEAR(cells.cell(19, 19), first.cell(19, 19) - second.cell(29, 29), 1e-5);
+    said.clear();
+    fileAnswer = path("other.fits");  // it is open: nothing is written over it
+    run(window, idPairRatio);
+    EXPECT_EQ(said.size(), 1U);
+    EXPECT_EQ(window.maps().count(), 4);
+}
+
 }  // namespace pavane
