@@ -19,8 +19,8 @@ struct MapFrame;
 
 /// The kinds of maps, and of area files, for the dialog of files.
 inline constexpr const char* mapFilter =
-    "Maps and visibilities (*.fits *.fit *.fts *.FITS *.uvfits *.uvf)|"
-    "*.fits *.fit *.fts *.FITS *.uvfits *.uvf|All files (*)|*|";
+    "Maps, visibilities and work files (*.fits *.fit *.fts *.FITS *.uvfits *.uvf *.work)|"
+    "*.fits *.fit *.fts *.FITS *.uvfits *.uvf *.work|All files (*)|*|";
 inline constexpr const char* openAreaFilter =
     "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|All files (*)|*|";
 inline constexpr const char* saveAreaFilter =

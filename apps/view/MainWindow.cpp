@@ -240,6 +240,8 @@ void MainWindow::seatMap(MapWindow& window, MapDocument& document)
 
 int MainWindow::OpenMap(const std::string& file, int plane)
 {
+    if (isWorkFile(file))
+        return OpenWork(file);
     if (host_ && holdsVisibilities(file))
         return host_->openWindow(file);
     const int known = maps_.find(file);

@@ -20,6 +20,7 @@
 #include "apps/view/several/MapStage.h"
 #include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
+#include "apps/view/work/WorkFile.h"
 #include "pavane/axes/dialogs/ABeamDlg.h"
 #include "pavane/axes/dialogs/ABeamWnd.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
@@ -69,6 +70,11 @@ public:
     /// Makes one of the maps, from 0, the current one, whose areas, numbers and colours the window
     /// is about. 0 when it cannot leave the one before, or there is none of that number.
     int ChooseMap(int map);
+    /// Writes all that the window shows as a work file; 0, after telling why, when it cannot.
+    int SaveWork(const std::string& file);
+    /// Opens the maps of a work file here, or in another window when this one has maps. Non-zero
+    /// when one is shown.
+    int OpenWork(const std::string& file);
     /// The current map goes, after asking about unsaved areas; not the last one.
     int CloseMap();
     const MapList& maps() const { return maps_; }
@@ -218,6 +224,10 @@ private:
     int runSkyCommand(unsigned id);
     void showSkyCommands(CMenu& popup);
     SkyFrame gridFrame() const;
+    int runWorkCommand(unsigned id);
+    Work workNow();
+    std::string foundFile(const std::string& file, const char* what);
+    void showWorkMap(const WorkMap& map);
     int runMarkCommand(unsigned id);
     void showMarkCommands(CMenu& popup);
     int openMarks(const std::string& file);
@@ -296,6 +306,7 @@ private:
     std::vector<std::unique_ptr<MapSeat>> seats_;  ///< by number; one without a map at first
     std::vector<SkyMark> skyMarks_;
     std::string marksFile_;  ///< "" without marks
+    std::string workFile_;   ///< that was saved or opened last; "" for none
     SurfacePanel surface_;
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;

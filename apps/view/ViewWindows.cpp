@@ -3,6 +3,7 @@
 #include "apps/view/DataWindow.h"
 #include "apps/view/MainWindow.h"
 #include "apps/view/window_place.h"
+#include "apps/view/work/WorkFile.h"
 #include "pavane/trackers/regions/area_kind.h"
 #include "platform/screens.h"
 
@@ -80,9 +81,9 @@ int ViewWindows::openFirst(const ViewOptions& options)
     std::vector<std::string> areas;
     std::vector<std::string> maps;
     for (const std::string& file : files)
-        (isAreaFile(file)                          ? areas
-         : file.empty() || holdsVisibilities(file) ? alone
-                                                   : maps)
+        (isAreaFile(file)                                              ? areas
+         : file.empty() || holdsVisibilities(file) || isWorkFile(file) ? alone
+                                                                       : maps)
             .push_back(file);
     if (areas.size() == 1 && !maps.empty() && each.areas.empty())
         each.areas = areas.front();

@@ -71,6 +71,7 @@ enum ViewCommand : unsigned {
     idHeaderCards,
     idOpenMarks = 40641,
     idNoMarks,
+    idSaveWork,
     // of the surface beside the map
     idSurfaceStyle = 40701,  ///< one for each of surfaceStyles
     idSurfaceFloor = 40711,  ///< and the SurfaceFloor bits
@@ -177,6 +178,7 @@ inline constexpr MenuItem fileItems[] = {
     menuLine,
     {"Save &mask...\tCtrl+M", idSaveMask, nullptr, 0},
     {savePictureText, idSavePicture, nullptr, 0},
+    {"Save a&ll as a work file...\tCtrl+Alt+W", idSaveWork, nullptr, 0},
     menuLine,
     printItems[0],
     printItems[1],

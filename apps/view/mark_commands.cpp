@@ -38,7 +38,7 @@ int MainWindow::runMarkCommand(unsigned id)
 void MainWindow::showMarkCommands(CMenu& popup)
 {
     for (CMenu::Line& line : popup.lines())
-        if (line.id == idOpenMarks)
+        if (line.id == idOpenMarks || line.id == idSaveWork)
             line.enabled = map_ != nullptr;
         else if (line.id == idNoMarks)
             line.enabled = !marksFile_.empty();

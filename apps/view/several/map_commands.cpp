@@ -47,7 +47,7 @@ AreaSession& MainWindow::sessionOf(int map)
 
 int MainWindow::AddMap(const std::string& file, int plane)
 {
-    if (!map_ || holdsVisibilities(file))
+    if (!map_ || holdsVisibilities(file) || isWorkFile(file))
         return OpenMap(file, plane);
     // what is not saved is kept under the name of the map: each is there once
     if (const int known = maps_.find(file); known >= 0) {

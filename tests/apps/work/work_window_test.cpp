@@ -1,0 +1,86 @@
+// Work files in the window.
+#include "apps/view/work/WorkFile.h"
+#include "tests/apps/view_window_fixture.h"
+
+namespace pavane
+{
+
+namespace
+{
+
+using ViewWorkFile = ViewWindow;
+
+}  // namespace
+
+TEST_F(ViewWorkFile, IsSavedAndOpenedAgainInAnotherFolder)
+{
+    writeMap("other.fits");
+    std::ofstream(path("marks.csv")) << "name,ra,dec\ncentre,187.7,12.4\n";
+    TMinMax zoomed;
+    {
+        MainWindow window;
+        open(window);
+        addArea(window, 1);
+        fileAnswer = path("a.areas");
+        window.SendMessage(WM_COMMAND, idSaveAreas);
+        ASSERT_TRUE(fs::exists(path("a.areas")));
+        fileAnswer = path("marks.csv");
+        window.SendMessage(WM_COMMAND, idOpenMarks);
+        window.SendMessage(WM_COMMAND, idScale + 1);
+        ASSERT_TRUE(window.AddMap(path("other.fits"), -1));
+        window.SendMessage(WM_COMMAND, idLinkNothing);
+        window.SendMessage(WM_COMMAND, idLinkColours);
+        window.SendMessage(WM_COMMAND, idMapsSideBySide);
+        window.view().UpdateWindow();
+        window.view().ZoomAbout(clientOf(window.view()).CenterPoint(), 3);
+        zoomed = window.view().GetPlot()->getMinMax();
+        window.SendMessage(WM_COMMAND, idSkyGrid);
+        fileAnswer = path("all.work");
+        window.SendMessage(WM_COMMAND, idSaveWork);
+        ASSERT_TRUE(fs::exists(path("all.work")));
+        window.SendMessage(WM_CLOSE, 0, 0);
+        EXPECT_TRUE(said.empty()) << said[0];
+    }
+    forgetQuit();
+    // all of it elsewhere, one map of it gone
+    const fs::path moved = folder_ / "moved";
+    fs::create_directories(moved);
+    for (const char* name : {"all.work", "map.fits", "a.areas", "marks.csv"})
+        fs::rename(path(name), moved / name);
+    MainWindow window;
+    ASSERT_TRUE(window.Create(ViewOptions()));
+    answer = IDYES;
+    fileAnswer = path("other.fits");  // which is asked for
+    ASSERT_TRUE(window.OpenMap((moved / "all.work").string(), -1));
+    window.Show();
+    ASSERT_EQ(said.size(), 1U);
+    EXPECT_NE(said[0].find("other.fits: the map is not there any more"), std::string::npos);
+    ASSERT_EQ(window.maps().count(), 2);
+    EXPECT_EQ(window.maps().current(), 1);
+    EXPECT_EQ(window.maps().shown(), MapsShown::sideBySide);
+    EXPECT_EQ(window.links().by(), LinkBy::nothing);
+    EXPECT_TRUE(window.links().wants(linkColours));
+    EXPECT_EQ(window.viewOf(0).GetTrackers()->count(), 1);
+    EXPECT_EQ(window.viewOf(0).GetSkyMarks().placed(), 1);
+    EXPECT_EQ(window.viewOf(0).GetPlot()->getMinMax() == zoomed, 0);
+    window.viewOf(1).UpdateWindow();
+    const TMinMax range = window.viewOf(1).GetPlot()->getMinMax();
+    EXPECT_NEAR(range.xMin, zoomed.xMin, 1e-9);
+    EXPECT_NEAR(range.yMax, zoomed.yMax, 1e-9);
+}
+
+TEST_F(ViewWorkFile, WithoutAMapThatCanBeOpenedIsTold)
+{
+    std::ofstream(path("gone.work")) << "# pavane work 1\n[map]\nfile=gone.fits\n";
+    std::ofstream(path("new.work")) << "# pavane work 9\n[map]\nfile=map.fits\n";
+    MainWindow window;
+    ASSERT_TRUE(window.Create(ViewOptions()));
+    answer = IDNO;
+    EXPECT_FALSE(window.OpenMap(path("gone.work"), -1));
+    EXPECT_EQ(window.maps().count(), 0);
+    EXPECT_FALSE(window.OpenMap(path("new.work"), -1));
+    ASSERT_EQ(said.size(), 2U);
+    EXPECT_NE(said[1].find("newer version"), std::string::npos);
+}
+
+}  // namespace pavane
