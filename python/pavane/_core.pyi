@@ -96,6 +96,7 @@ class MapDrawing(Drawing):
         contrast: tuple[float, float, float],
         free_aspect: bool,
         title: str | None,
+        sky_grid: str,
     ) -> None: ...
     @property
     def on_sky(self) -> bool: ...

@@ -46,6 +46,7 @@ class MapFigure(Figure):
             options["contrast"],
             options["free_aspect"],
             options["title"],
+            options.get("sky_grid", "none"),
         )
         if options["areas"] is not None:
             drawing.set_areas(options["areas"])
@@ -126,6 +127,7 @@ def draw(
     areas: File | Areas | Area | Sequence[Area] | None = None,
     model: File | Components | npt.ArrayLike | None = None,
     title: str | None = None,
+    sky_grid: str | None = None,
     wcs: Any = None,
     header: Any = None,
     mask: npt.ArrayLike | None = None,
@@ -150,6 +152,8 @@ def draw(
     areas     a file of areas, `Areas`, or a list of `Area`, drawn over the map
     model     a file of components, `Components` or a table of them, drawn over the map
     title     the line above the map, instead of object, frequency, peak and noise; "" for none
+    sky_grid  "lines" or "ticks" of longitude and latitude in place of offsets; behind commas a
+              frame ("galactic", "ICRS", "FK5" ...) and "sexagesimal", "degrees" or "offsets"
     wcs       of an array: an astropy WCS; without it and a header axes count pixels from 1, or
     header    an astropy Header, a mapping of keywords, or the text of FITS cards
     mask      of an array: non-zero where a cell is blank
@@ -174,6 +178,7 @@ def draw(
         "contrast": _contrast(contrast),
         "free_aspect": aspect == "free",
         "title": None if title is None else _text(title, "title"),
+        "sky_grid": _text(sky_grid, "sky_grid") or "none",
         "areas": None,
         "model": None,
     }

@@ -4,6 +4,7 @@
 #include "pavane/axes/maps/map_titles.h"
 #include "pavane/axes/maps/MapLook.h"
 #include "pavane/axes/maps/MapPicture.h"
+#include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "pavane/images/palette_choice.h"
 #include "pavane/images/palettes.h"
 #include "pavane/tables/components/ModelLayer.h"
@@ -38,6 +39,7 @@ struct FigureWish {
     MapLook look;
     AArray<COLORREF> colours;
     std::optional<CString> title;  ///< instead of the usual header line
+    SkyGridWish grid;
 };
 
 /// The figure of a map with what lies over it, as pavane-view draws it.
@@ -158,6 +160,10 @@ private:
         applyWholeLook(*picture_, wish_.look);
         if (wish_.title)
             picture_->graph().setHeaderText(0, *wish_.title);
+        if (wish_.grid.shown != SkyGridShown::none) {
+            useSky(sky_);
+            applySkyGrid(*addSkyGrid(*picture_, sky_), wish_.grid, sky_);
+        }
         picture_->figure().addLayer(&areas_);
         picture_->figure().addLayer(&model_);
     }
@@ -167,6 +173,7 @@ private:
     AComponents components_;
     AreaLayer areas_;
     ModelLayer model_;
+    SkyCoordinates sky_;  ///< of the grid; not set without one
     std::unique_ptr<MapPicture> picture_;
 };
 
@@ -244,9 +251,11 @@ newFigure(std::shared_ptr<Map> map, int width, int height, const py::object& lev
           const std::string& scale, const std::optional<std::tuple<double, double, bool>>& range,
           const std::variant<std::string, std::vector<unsigned>>& palette,
           const std::tuple<double, double, double>& contrast, bool isFree,
-          const std::optional<std::string>& title)
+          const std::optional<std::string>& title, const std::string& grid)
 {
     FigureWish wish;
+    if (CString why; !readSkyGridWish(grid, wish.grid, why))
+        throw py::value_error("sky_grid " + why);
     wish.look.levels = levelsOf(levels);
     wish.look.scale = scaleOf(scale);
     if (range)
@@ -295,7 +304,7 @@ void bindFigure(py::module_& m)
     py::class_<MapDrawing, Drawing, std::shared_ptr<MapDrawing>>(m, "MapDrawing")
         .def(py::init(&newFigure), py::arg("map"), py::arg("width"), py::arg("height"),
              py::arg("levels"), py::arg("scale"), py::arg("range"), py::arg("palette"),
-             py::arg("contrast"), py::arg("free_aspect"), py::arg("title"))
+             py::arg("contrast"), py::arg("free_aspect"), py::arg("title"), py::arg("sky_grid"))
         .def("set_areas", &MapDrawing::setAreas)
         .def("set_model", &MapDrawing::setModel)
         .def("refresh", &MapDrawing::refresh)

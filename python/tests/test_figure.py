@@ -40,6 +40,7 @@ class AsTheProgram(unittest.TestCase):
         (["--levels", "none", "--scale", "equal", "--range", "p:1,99", "--contrast", "1.5,0.4"],
          {"levels": "none", "scale": "equal", "range": "p:1,99", "contrast": (1.5, 0.4)}),
         (["--range", "-0.001,0.5", "--palette", "grey"], {"range": (-0.001, 0.5), "palette": "grey"}),
+        (["--sky-grid", "lines,galactic"], {"sky_grid": "lines,galactic"}),
     )
 
     @unittest.skipUnless(VIEWER, "no pavane-view is named")
@@ -159,6 +160,9 @@ class Refused(unittest.TestCase):
             (good, {"header": {"CDELT2": float("nan")}}, pavane.FormatError),
             (good, {"header": {"CD1_1": 0.0, "CD2_2": 1.0}}, pavane.FormatError),
             (good, {"header": {"PC1_1": 0.0}}, pavane.FormatError),
+            (good, {"sky_grid": "lines"}, ValueError),
+            (good, {"sky_grid": "dots"}, ValueError),
+            (good, {"sky_grid": 1}, TypeError),
             (good, {"header": {"CRPIX1": float("inf")}}, pavane.FormatError),
             (good, {"levels": b"peak:1"}, TypeError), ("a\0b", {}, ValueError), (good, {"areas": "a\0b"}, ValueError),
             (good, {"title": "\ud800"}, ValueError), (good, {"levels": "\ud800"}, ValueError), (good, {"header": 3}, TypeError),
