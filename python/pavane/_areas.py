@@ -9,14 +9,14 @@ from collections.abc import Iterable, MutableSequence
 from typing import TYPE_CHECKING, Any, Literal, overload
 
 from . import _core
-from ._draw import _in_unit
+from ._draw import _in_unit, _text
 from ._places import _flags, _path, _place, _shape
 
 if TYPE_CHECKING:
     import numpy as np
     import numpy.typing as npt
 
-PICKLE_FORMAT = 1
+PICKLE_FORMAT = 2  # 1 had neither names nor colours
 _KINDS = ("rectangle", "rotated rectangle", "ellipse", "polygon")
 _RULES = ("outline", "centres")
 _POLYGON = 3
@@ -41,19 +41,21 @@ class Area:
     @classmethod
     def _of(cls, state: tuple[Any, ...]) -> Area:
         area = object.__new__(cls)
-        area._state = state
+        area._state = state if len(state) == 11 else (*state, "", -1)
         if area._state[6] is not None:
             area._state[6].flags.writeable = False
         return area
 
     @classmethod
-    def _sized(cls, kind: int, center: Any, size: Any, angle: float, never_clean: bool) -> Area:
+    def _sized(
+        cls, kind: int, center: Any, size: Any, angle: float, never_clean: bool, label: tuple[str, int]
+    ) -> Area:
         x, y = _pair(center, "center")
         width, height = _pair(size, "size")
         if not (width > 0 and height > 0):
             raise ValueError(f"size has to be above 0, not {width:g} x {height:g}")
         turn = math.radians(_number(_in_unit(angle, "deg"), "angle"))
-        return cls._of((kind, x, y, width, height, turn, None, bool(never_clean), False))
+        return cls._of((kind, x, y, width, height, turn, None, bool(never_clean), False, *label))
 
     @classmethod
     def rectangle(
@@ -63,6 +65,8 @@ class Area:
         angle: float = 0.0,
         *,
         never_clean: bool = False,
+        name: str = "",
+        color: str | None = None,
     ) -> Area:
         """A rectangle by its centre (column, row) and its size (width along the columns, height),
         turned by `angle` degrees from growing columns towards growing rows.
@@ -70,7 +74,7 @@ class Area:
         >>> Area.rectangle((10, 20), (5, 3))
         Area.rectangle((10, 20), (5, 3))
         """
-        return cls._sized(1 if angle else 0, center, size, angle, never_clean)
+        return cls._sized(1 if angle else 0, center, size, angle, never_clean, _label(name, color))
 
     @classmethod
     def ellipse(
@@ -80,16 +84,25 @@ class Area:
         angle: float = 0.0,
         *,
         never_clean: bool = False,
+        name: str = "",
+        color: str | None = None,
     ) -> Area:
         """An ellipse by its centre and its whole axes, turned as a rectangle is.
 
         >>> Area.ellipse((10, 20), (6, 6)).size.tolist()
         [6.0, 6.0]
         """
-        return cls._sized(2, center, size, angle, never_clean)
+        return cls._sized(2, center, size, angle, never_clean, _label(name, color))
 
     @classmethod
-    def polygon(cls, vertices: npt.ArrayLike, *, never_clean: bool = False) -> Area:
+    def polygon(
+        cls,
+        vertices: npt.ArrayLike,
+        *,
+        never_clean: bool = False,
+        name: str = "",
+        color: str | None = None,
+    ) -> Area:
         """A polygon by three vertices (column, row) or more, closed from the last to the first.
 
         >>> Area.polygon([(2, 2), (8, 2), (5, 9)]).vertices.shape
@@ -103,7 +116,8 @@ class Area:
         if len(points) < 3:
             raise ValueError(f"a polygon has three vertices or more, not {len(points)}")
         _check_far(points, "vertices")
-        return cls._of((_POLYGON, 0.0, 0.0, 0.0, 0.0, 0.0, points, bool(never_clean), False))
+        label = _label(name, color)
+        return cls._of((_POLYGON, 0.0, 0.0, 0.0, 0.0, 0.0, points, bool(never_clean), False, *label))
 
     @property
     def kind(self) -> str:
@@ -174,6 +188,32 @@ class Area:
         """
         return bool(self._state[7])
 
+    @property
+    def name(self) -> str:
+        """What the area is called; "" without a name. Region files and .areas files keep it.
+
+        >>> Area.ellipse((10, 20), (6, 6), name="core").name
+        'core'
+        """
+        return str(self._state[9])
+
+    @property
+    def color(self) -> str | None:
+        """What the area is drawn in, "#rrggbb"; None for the usual colour.
+
+        >>> Area.ellipse((10, 20), (6, 6), color="red").color
+        '#ff0000'
+        """
+        return None if self._state[10] < 0 else f"#{self._state[10]:06x}"
+
+    def labelled(self, name: str = "", color: str | None = None) -> Area:
+        """The same shape with this name and colour: "#rrggbb", "#rgb" or a usual name.
+
+        >>> Area.ellipse((10, 20), (6, 6)).labelled("core", "#ff8000").color
+        '#ff8000'
+        """
+        return Area._of((*self._state[:9], *_label(name, color)))
+
     def __eq__(self, other: object) -> bool:
         if not isinstance(other, Area):
             return NotImplemented
@@ -189,6 +229,8 @@ class Area:
     def __repr__(self) -> str:
         kind, x, y, width, height = self._state[:5]
         never = ", never_clean=True" if self.never_clean else ""
+        never += f", name={self.name!r}" if self.name else ""
+        never += f", color={self.color!r}" if self.color else ""
         if kind == _POLYGON:
             return f"<Area.polygon of {len(self.vertices)} vertices{never}>"
         name = "ellipse" if kind == 2 else "rectangle"
@@ -377,6 +419,17 @@ class Areas(MutableSequence[Area]):
         return np.array([area.angle for area in self._list], dtype=float)
 
     @property
+    def names(self) -> npt.NDArray[np.str_]:
+        """The name of each area, "" without one.
+
+        >>> Areas([Area.ellipse((9, 9), (4, 2), name="core")]).names.tolist()
+        ['core']
+        """
+        import numpy as np
+
+        return np.array([area.name for area in self._list], dtype=str)
+
+    @property
     def never_clean(self) -> npt.NDArray[np.bool_]:
         """Which areas masks leave out.
 
@@ -396,7 +449,7 @@ class Areas(MutableSequence[Area]):
     def _states(self) -> list[tuple[Any, ...]]:
         return [area._state for area in self._list]
 
-    def _outlines_on(self, map: _core.Map) -> list[tuple[npt.NDArray[np.float64], int]]:
+    def _outlines_on(self, map: _core.Map) -> list[tuple[npt.NDArray[np.float64], int, int]]:
         """For a figure of the map."""
         return _core.area_outlines_on(map, self._states())
 
@@ -447,7 +500,7 @@ class Areas(MutableSequence[Area]):
 
 
 def _check_format(format: int) -> None:
-    if format != PICKLE_FORMAT:
+    if format not in (1, PICKLE_FORMAT):
         raise ValueError(
             f"the areas were pickled by another version of pavane (format {format}, here "
             f"{PICKLE_FORMAT}): write them as .reg instead"
@@ -517,8 +570,28 @@ def _warn(file: str, lines: list[str]) -> None:
         warnings.warn(f"{file}: {line}", _core.PavaneWarning, stacklevel=3)
 
 
+def _label(name: Any, color: Any) -> tuple[str, int]:
+    """Name and colour of an area, checked."""
+    if color is None:
+        return _core.area_name(_text(name, "name")), -1
+    number = _core.area_colour(_text(color, "color"))
+    if number is None:
+        raise ValueError(f"'{color}' is no colour: '#rrggbb' is wanted")
+    return _core.area_name(_text(name, "name")), number
+
+
 def _of_region(region: Any) -> Area | None:
     """None for a region that no area can be."""
+    area = _shape_of_region(region)
+    if area is None:
+        return None
+    name = region.meta.get("text", region.meta.get("label", ""))
+    color = getattr(region, "visual", {}).get("color")
+    known = isinstance(color, str) and _core.area_colour(color) is not None
+    return area.labelled(str(name), color if known else None)
+
+
+def _shape_of_region(region: Any) -> Area | None:
     import re
 
     name = re.sub("PixelRegion$", "", type(region).__name__)
@@ -545,10 +618,13 @@ def _is_included(region: Any) -> bool:
 def _region_of(area: Area) -> Any:
     regions, units = (importlib.import_module(name) for name in ("regions", "astropy.units"))
     meta = regions.RegionMeta({"include": not area.never_clean})
+    if area.name:
+        meta["text"] = area.name
+    visual = regions.RegionVisual({"color": area.color} if area.color else {})
     if area.kind == "polygon":
         points = regions.PixCoord(*area.vertices.T)
-        return regions.PolygonPixelRegion(points, meta=meta)
+        return regions.PolygonPixelRegion(points, meta=meta, visual=visual)
     kind = regions.EllipsePixelRegion if area.kind == "ellipse" else regions.RectanglePixelRegion
     x, y = area.center.tolist()
     width, height = area.size.tolist()
-    return kind(regions.PixCoord(x, y), width, height, area.angle * units.deg, meta=meta)
+    return kind(regions.PixCoord(x, y), width, height, area.angle * units.deg, meta=meta, visual=visual)

@@ -1,5 +1,6 @@
 // Areas as tuples: kind, column and row of the centre, width, height, angle (radians), vertices or
-// None, never clean, reversed. The Python layer makes objects of them.
+// None, never clean, reversed, name, colour (0xRRGGBB, -1 for none). The Python layer makes objects
+// of them.
 
 #include "pavane/trackers/areas/area_mask.h"
 #include "pavane/trackers/masks/mask_bytes.h"
@@ -40,7 +41,7 @@ py::tuple stateOf(const AreaShape& s)
     const bool isPolygon = s.kind == AreaShape::Kind::polygon;
     return py::make_tuple(static_cast<int>(s.kind), s.centre.x, s.centre.y, s.width, s.height,
                           s.angle, isPolygon ? py::object(pointsOf(s.vertices)) : py::none(),
-                          s.isNeverClean != 0, s.isReversed != 0);
+                          s.isNeverClean != 0, s.isReversed != 0, s.label.name, s.label.colour);
 }
 
 AreaShape shapeOfState(const py::tuple& state)
@@ -53,6 +54,7 @@ AreaShape shapeOfState(const py::tuple& state)
     s.angle = state[5].cast<double>();
     s.isNeverClean = state[7].cast<bool>();
     s.isReversed = state[8].cast<bool>();
+    s.label = {fittingName(state[9].cast<std::string>()), state[10].cast<std::int32_t>()};
     if (s.kind != AreaShape::Kind::polygon)
         return s;
     const auto vertices = state[6].cast<Doubles>();
@@ -208,8 +210,9 @@ py::list outlinesOn(const Map& map, const py::list& states)
                                   "column alone");
         AArray<APoint<double>> points;
         outlineOf(values, 0, points);
-        outlines.append(py::make_tuple(
-            pointsOf({points.lpArray(), points.lpArray() + points.count()}), shape.isNeverClean));
+        outlines.append(
+            py::make_tuple(pointsOf({points.lpArray(), points.lpArray() + points.count()}),
+                           shape.isNeverClean, shape.label.colour));
     }
     return outlines;
 }
@@ -235,6 +238,11 @@ void bindAreas(py::module_& m)
     m.def("area_outline",
           [](const py::tuple& state) { return pointsOf(outlineOf(shapeOfState(state))); });
     m.def("area_outlines_on", &outlinesOn);
+    m.def("area_colour", [](const std::string& text) {
+        std::int32_t colour = AreaLabel::noColour;
+        return areaColourOf(text, colour) ? py::object(py::int_(colour)) : py::none();
+    });
+    m.def("area_name", [](const std::string& text) { return fittingName(text); });
 }
 
 }  // namespace pavane::python

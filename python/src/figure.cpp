@@ -53,14 +53,15 @@ public:
         setUp();
     }
 
-    void setAreas(const std::vector<std::pair<Doubles, int>>& outlines)
+    void setAreas(const std::vector<std::tuple<Doubles, int, std::int32_t>>& outlines)
     {
         std::vector<AreaOutline> areas;
-        for (const auto& [points, isNeverClean] : outlines) {
+        for (const auto& [points, isNeverClean, colour] : outlines) {
             if (points.ndim() != 2 || points.shape(1) != 2)
                 throw py::value_error("an outline has two columns, x and y");
             AreaOutline& area = areas.emplace_back();
             area.isNeverClean = isNeverClean;
+            area.label.colour = colour;
             for (py::ssize_t i = 0; i < points.shape(0); ++i)
                 area.points.push_back({points.at(i, 0), points.at(i, 1)});
         }

@@ -125,7 +125,7 @@ class Files(unittest.TestCase):
         cells = np.zeros((61, 70), np.float32)
         write_map(self.map, cells)
         self.header = header_of(cells)
-        self.areas = Areas([Area.rectangle((30, 20), (8, 5)), Area.ellipse((40, 25), (12, 5), 30),
+        self.areas = Areas([Area.rectangle((30, 20), (8, 5)), Area.ellipse((40, 25), (12, 5), 30, name="jet A", color="red"),
                             Area.polygon([(5, 5), (20, 8), (9, 30)]),
                             Area.rectangle((50, 40), (9, 6), -20, never_clean=True)])
 
@@ -143,7 +143,12 @@ class Files(unittest.TestCase):
             again = Areas.read(file, **place)
             np.testing.assert_array_equal(again.mask(shape), areas.mask(shape), name)
             self.assertEqual(again.never_clean.tolist(), areas.never_clean.tolist())
-        pavane.draw(self.map, areas=self.folder / "sky.reg")
+            labels = ["", ""] if name == "a.cma" else ["jet A", "#ff0000"]
+            self.assertEqual([again[1].name, again[1].color or ""], labels, name)
+        drawn = pavane.draw(self.map, areas=self.folder / "a.reg").pixels
+        plain = [area.labelled() for area in self.areas]
+        self.assertTrue(np.any(drawn != pavane.draw(self.map, areas=plain).pixels))
+        self.assertTrue(np.array_equal(drawn, pavane.draw(self.map, areas=self.areas).pixels))
 
     def test_what_is_not_taken_is_told_with_its_line(self):
         file = self.folder / "odd.reg"
@@ -191,11 +196,17 @@ class Values(unittest.TestCase):
             areas[2].vertices[0, 0] = 5
         state = areas.__reduce__()[1]
         self.assertRaises(ValueError, areas.__reduce__()[0], 99, state[1])
+        before_names = [one[:9] for one in state[1]]
+        self.assertEqual(areas.__reduce__()[0](1, before_names), areas)
+        self.assertRaises(ValueError, areas[0].labelled, "a", "no colour")
+        self.assertRaises(TypeError, areas[0].labelled, 3)
+        self.assertEqual(areas[0].labelled(" a\nb ").name, "a b")
 
     @unittest.skipUnless(regions, "no regions")
     def test_go_to_regions_and_back(self):
-        areas = Areas([*random_areas(9, 9), Area.ellipse((1, 2), (3, 4), never_clean=True)])
+        areas = Areas([*random_areas(9, 9), Area.ellipse((1, 2), (3, 4), never_clean=True, name="a", color="#010203")])
         back = Areas.from_regions(areas.to_regions())
+        self.assertEqual((back[9].name, back[9].color), ("a", "#010203"))
         np.testing.assert_allclose(back.centers, areas.centers)
         self.assertEqual(back.never_clean.tolist(), areas.never_clean.tolist())
         np.testing.assert_array_equal(back.mask((80, 80)), areas.mask((80, 80)))
