@@ -62,6 +62,8 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapNumbers.h
     pavane/axes/maps/MapPicture.h
     pavane/axes/maps/MapPresets.h
+    pavane/axes/maps/overlays/AOtherContours.h
+    pavane/axes/maps/overlays/AVectorGraph.h
     pavane/axes/maps/sky/ASkyGrid.h
     pavane/axes/maps/sky/sky_grid_wish.h
     pavane/axes/maps/sky/sky_titles.h
@@ -174,9 +176,10 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/areas/cell_numbers.h
     pavane/measures/fits/fit_table.h
     pavane/measures/fits/GaussianFit.h
-    pavane/measures/maps/CellMapping.h
+    pavane/measures/maps/map_shift.h
     pavane/measures/maps/moments.h
     pavane/measures/maps/pair_maps.h
+    pavane/measures/maps/polarisation.h
     pavane/measures/maps/regrid_map.h
     pavane/measures/maps/smooth_map.h
     pavane/measures/profiles/CellHistogram.h
@@ -361,6 +364,7 @@ set(PAVANE_PUBLIC_HEADERS
     platform/up_down.h
     platform/web_handler.h
     platform/window_dc.h
+    tessel/CellMapping.h
     tessel/ABitArray.h
     tessel/ABitMatrix.h
     tessel/AEllipse.h

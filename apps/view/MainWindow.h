@@ -254,6 +254,7 @@ private:
     void leaveCurrentMap();
     void showMaps();
     void addMapCommand();
+    void toggleOtherContours();
     void showWay(MapsShown shown);
     void setLinkBy(LinkBy by);
     void tellLinks();

@@ -1,9 +1,12 @@
 #include "apps/view/MapDocument.h"
 
 #include "apps/view/long_work.h"
+#include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/MapLook.h"
+#include "pavane/axes/maps/overlays/AOtherContours.h"
 #include "tessel/paths.h"
+#include "tessel/plain_text.h"
 
 namespace pavane
 {
@@ -65,8 +68,9 @@ int MapDocument::setPlane(CWnd* owner, int plane, const ViewOptions& options, st
     TracedContours contours;
     contours.trace(owner, inputs_, options.levels);
     picture_.contentChanged();
-    applyLevels(picture_, options);  // the colours go with the map through its planes
-    contours.give(picture_.graph().contours());
+    showOwnLevels(options);  // the colours go with the map through its planes
+    if (contoursOf_.empty())
+        contours.give(picture_.graph().contours());
     return 1;
 }
 
@@ -74,8 +78,38 @@ void MapDocument::showLevels(CWnd* owner, const ViewOptions& options)
 {
     TracedContours contours;
     contours.trace(owner, inputs_, options.levels);
+    showOwnLevels(options);
+    if (contoursOf_.empty())
+        contours.give(picture_.graph().contours());
+}
+
+/// The levels of the options, or none below the contours of another map.
+void MapDocument::showOwnLevels(const ViewOptions& options)
+{
     applyLevels(picture_, options);
-    contours.give(picture_.graph().contours());
+    if (contoursOf_.empty())
+        return;
+    picture_.graph().contours().setLevels({LevelUnit::absolute, {}});
+    picture_.setHeaderNote("contours: " + plainText(baseNameOf(contoursOf_)));
+}
+
+int MapDocument::setContours(const MapDocument* other, const ViewOptions& options,
+                             std::string& error)
+{
+    contoursOf_.clear();
+    if (contours_)
+        contours_->clear();
+    if (other && (!sky_.isSet() || !other->sky_.isSet()))
+        error = (sky_.isSet() ? other->file_ : file_) +
+                ": has no place on the sky, so that contours of another map cannot be laid on it";
+    else if (other) {
+        if (!contours_)
+            contours_ = new AOtherContours(&picture_.axis(), picture_.graph());
+        if (contours_->setMap(other->inputs_, other->sky_, sky_, options.levels, {}, error))
+            contoursOf_ = other->file_;
+    }
+    showOwnLevels(options);
+    return !other || !contoursOf_.empty();
 }
 
 AreaPlace MapDocument::place() const

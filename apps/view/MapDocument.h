@@ -16,6 +16,7 @@
 namespace pavane
 {
 
+class AOtherContours;
 class CWnd;
 
 /// A map that is open in the window: its cells, where they lie, and what draws them. Neither copied
@@ -55,11 +56,21 @@ public:
     void show(const ViewOptions& options);
     /// The grid of the sky; 0 where the map has no place on it.
     int showGrid(const SkyGridWish& wish);
+    /// Draws the contours of another map, as the options have its levels, in place of its own;
+    /// null: its own again. 0 with `error` where one of them has no place on the sky or without
+    /// memory.
+    int setContours(const MapDocument* other, const ViewOptions& options, std::string& error);
+    /// The file of the other map; "" without one.
+    const std::string& contoursOf() const { return contoursOf_; }
     /// The levels alone; while those of a large map are traced the frame of `owner` waits.
     void showLevels(CWnd* owner, const ViewOptions& options);
 
 private:
+    void showOwnLevels(const ViewOptions& options);
+
     std::string file_;
+    std::string contoursOf_;
+    AOtherContours* contours_ = nullptr;  ///< the axis's
     FileState state_;
     ViewInputs inputs_;
     CubePlanes cube_;

@@ -14,6 +14,7 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
     applyWholeLook(picture_, options);
     if (inputs.sky.isSet())
         applySkyGrid(*addSkyGrid(picture_, inputs.sky), options.skyGrid, inputs.sky);
+    addOverlays(picture_, options, inputs.overlays);
     picture_.figure().addLayer(&areas_);
     picture_.figure().addLayer(&model_);
     picture_.figure().addLayer(&marks_);
@@ -22,8 +23,9 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
 std::vector<std::string> InputsFigure::notes()
 {
     std::vector<std::string> notes;
-    for (const std::string& note : {levelNoteOf(options_.levels, inputs_),
-                                    std::string(picture_.graph().contours().leftOutText())})
+    for (const std::string& note :
+         {inputs_.overlays.other ? CString() : levelNoteOf(options_.levels, inputs_),
+          std::string(picture_.graph().contours().leftOutText())})
         if (!note.empty())
             notes.push_back(note);
     return notes;

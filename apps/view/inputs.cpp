@@ -145,8 +145,9 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
         error.insert(0, "there is no grid of the sky: ");
         return refuse(options.map, error);
     }
-    // both name the file itself
-    return (options.marks.empty() || readMarks(options, inputs, notes, error)) &&
+    // all name the file themselves
+    return readOverlays(options, inputs, inputs.overlays, error) &&
+           (options.marks.empty() || readMarks(options, inputs, notes, error)) &&
            makeMask(options, inputs, notes, error);
 }
 

@@ -2,6 +2,7 @@
 
 #include "apps/view/area_outlines.h"
 #include "apps/view/options.h"
+#include "apps/view/overlays.h"
 #include "apps/view/uv_points.h"
 #include "pavane/axes/maps/MapContent.h"
 #include "pavane/axes/maps/sky/SkyMarkLayer.h"
@@ -33,6 +34,7 @@ struct ViewInputs : MapContent {
     AComponents model;
     SkyMarkLayer marks;
     UvPoints uv;
+    MapOverlays overlays;
     SkyCoordinates sky;  ///< of the grid; not set without one
 };
 

@@ -43,6 +43,7 @@ constexpr KeyLine mapKeys[] = {
     {"B, Shift+B", "the next map, the one before; with Ctrl blinks them, stops"},
     {"Ctrl+Alt+1, 2, 3", "maps behind tabs, side by side, two with a slider between them"},
     {"L", "links the maps by sky, by cell, not at all"},
+    {"X", "the contours of the other map over this one, or its own again"},
     {"Page Down, Page Up", "the next plane of a cube, the one before"},
     {"Alt+P", "plays the planes of a cube, stops; Tab goes round the bar with their number"},
     {"Right drag", "colours: bias across, contrast up, with Shift a tenth as fast; Esc takes back"},

@@ -18,7 +18,8 @@ using Kind = MadeMapWish::Kind;
 
 constexpr std::string_view pairNames[] = {"--difference", "--ratio", "--index"};
 
-constexpr std::string_view regridNames[] = {"--regrid", "--like", "--shift", "--calibration"};
+constexpr std::string_view regridNames[] = {"--regrid", "--like", "--shift", "--calibration",
+                                            "--find-shift"};
 
 std::string_view nameOf(const MadeMapWish& made)
 {
@@ -31,6 +32,8 @@ std::string_view nameOf(const MadeMapWish& made)
         return "--regrid";
     case Kind::pair:
         return pairNames[static_cast<int>(made.pair)];
+    case Kind::polarisation:
+        return "--polarisation";
     case Kind::none:
         break;
     }
@@ -49,6 +52,8 @@ Names companionsOf(const MadeMapWish& made)
         return {"--batch", "--plane", "--out"};
     case Kind::regrid:
         return {"--batch", "--plane", "--like", "--shift", "--out"};
+    case Kind::polarisation:
+        return {"--batch", "--plane", "--stokes-q", "--stokes-u", "--clip", "--out", "--errors"};
     case Kind::pair:
         break;
     case Kind::none:
@@ -63,6 +68,13 @@ Names companionsOf(const MadeMapWish& made)
 
 /// What goes with such a map alone.
 constexpr std::string_view alone[] = {"--clip", "--out", "--errors", "--shift", "--calibration"};
+
+/// What lies over a picture has some of these options too.
+int goesWithOverlay(const ViewOptions& options, std::string_view name)
+{
+    return (name == "--clip" && options.overlay.vectors) ||
+           (name == "--shift" && !options.overlay.contours.empty());
+}
 
 template <typename Range>
 int contains(const Range& range, std::string_view name)
@@ -196,16 +208,21 @@ void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits)
         readRegrid);
     add({"--like", "", "OTHER.fits", "the map whose cells --regrid and --mask are made for"},
         keepFile<&MadeMapWish::like>);
+    add({"--find-shift", "", "OTHER.fits",
+         "print the --shift that lays this map best on the first one, with its error, over the "
+         "cells of --areas or all: leave out what differs, as a core"},
+        keepFile<&MadeMapWish::findShift>);
     add({"--shift", "", "EAST,NORTH",
-         "first move the map that is brought onto other cells, in mas; moves the second one of two "
-         "maps also where both have the same cells"},
+         "move the map that is brought onto other cells, in mas; moves the second one of two maps "
+         "also where both have the same cells, and that of --contours"},
         readShift);
     add({"--calibration", "", "P",
          "take P per cent of each value into the errors of --difference, --ratio and --index"},
         readCalibration);
     add({"--clip", "", "S",
          "use only cells above this multiple of the noise: of each plane for --moment (0, as "
-         "without it: all of them), of both maps for --ratio and --index (3 without it)"},
+         "without it: all of them), of the maps for --ratio, --index, --polarisation and "
+         "--vectors (3 without it)"},
         readClip);
     add({"--out", "", "F.fits", "where the map goes that is made"}, keepFile<&MadeMapWish::out>);
     add({"--errors", "", "F.fits", "where a map of its errors goes"},
@@ -227,7 +244,8 @@ int checkMadeMapOptions(const ViewOptions& options, const GivenArguments<ViewOpt
         if (made.wanted() && option->name != name && !contains(companions, option->name))
             error = std::string(option->name) + " does not go with " + name +
                     ": that is a step of its own";
-        else if (!made.wanted() && contains(alone, option->name))
+        else if (!made.wanted() && contains(alone, option->name) &&
+                 !goesWithOverlay(options, option->name))
             error = std::string(option->name) +
                     " goes with a map that is made: --moment, --smooth, --regrid, --difference, "
                     "--ratio or --index";

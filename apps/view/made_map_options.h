@@ -1,10 +1,11 @@
 #pragma once
 
 #include "apps/options/option_table.h"
-#include "pavane/measures/maps/CellMapping.h"
 #include "pavane/measures/maps/moments.h"
 #include "pavane/measures/maps/pair_maps.h"
+#include "pavane/measures/maps/polarisation.h"
 #include "pavane/measures/maps/smooth_map.h"
+#include "tessel/CellMapping.h"
 
 #include <string>
 #include <string_view>
@@ -16,13 +17,15 @@ struct ViewOptions;
 
 /// What the command line says of a map that is made of others.
 struct MadeMapWish {
-    enum class Kind : int { none, moment, smooth, regrid, pair };
+    enum class Kind : int { none, moment, smooth, regrid, pair, polarisation };
     Kind kind = Kind::none;
     Moment moment = Moment::integral;
     SkyBeam beam;  ///< to convolve to
     MapPair pair = MapPair::difference;
+    PolarKind polarisation = PolarKind::intensity;
     std::string other;        ///< the second map of a pair
     std::string like;         ///< the map onto whose grid one is brought, also a mask
+    std::string findShift;    ///< the map whose shift against the first one is found
     int regrid = 0;           ///< the second map of a pair is brought onto the grid of the first
     SkyShift shift;           ///< of the map that is brought onto another grid
     double calibration = 0;   ///< a part of the values

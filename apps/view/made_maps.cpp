@@ -2,6 +2,7 @@
 
 #include "apps/view/batch_output.h"
 #include "apps/view/options.h"
+#include "apps/view/overlays.h"
 #include "apps/view/paired_maps.h"
 #include "apps/view/progress.h"
 #include "pavane/axes/maps/cells/AMatrixAccess.h"
@@ -174,13 +175,15 @@ int writeMadeMaps(const ViewOptions& options, std::string& error)
     MadeMap made;
     std::string text;
     const Kind kind = options.made.kind;
-    // those of one map name it here
+    const auto make = kind == Kind::regrid         ? makeRegridded
+                      : kind == Kind::pair         ? makePaired
+                      : kind == Kind::polarisation ? makePolarisation
+                      : kind == Kind::smooth       ? makeSmooth
+                                                   : makeMoment;
+    // those of one map leave its name to be put here
     const int isMade =
-        kind == Kind::regrid ? makeRegridded(options, made, text, error)
-        : kind == Kind::pair
-            ? makePaired(options, made, text, error)
-            : (kind == Kind::smooth ? makeSmooth : makeMoment)(options, made, text, error) ||
-                  refuse(options.map, error);
+        make(options, made, text, error) ||
+        (kind == Kind::smooth || kind == Kind::moment ? refuse(options.map, error) : 0);
     return isMade && write(options, made, error) &&
            printText(text + rangeText(made.cells, made.header.bunit), error);
 }

@@ -5,6 +5,7 @@
 #include "apps/view/made_maps.h"
 #include "apps/view/numbers.h"
 #include "apps/view/options.h"
+#include "apps/view/paired_maps.h"
 #include "apps/view/print_batch.h"
 #include "apps/view/printed_planes.h"
 #include "apps/view/printed_table.h"
@@ -16,7 +17,6 @@
 #include "apps/view/window_program.h"
 #include "pavane/axes/maps/map_titles.h"
 #include "pavane/images/palette_choice.h"
-#include "tessel/fits_map.h"
 #include "tessel/plain_text.h"
 #include "tessel/uvfits/AUVXFile.h"
 
@@ -58,13 +58,13 @@ std::string misfit(const ViewOptions& options, const std::string& file, int isDa
     return {};
 }
 
-int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::string& error)
+int writeNumbers(const ViewOptions& options, const ViewInputs& inputs, std::string text,
+                 std::string& error)
 {
     const int nothingElse = !options.wantsPicture() && options.mask.empty() &&
                             options.visibilities.empty() && options.tables.empty() &&
-                            !options.print.wanted() && !options.profile.wanted() &&
+                            text.empty() && !options.print.wanted() && !options.profile.wanted() &&
                             !options.profile.hasFit;
-    std::string text;
     if (options.stats || nothingElse)
         text += statisticsText(inputs);
     if (!options.visibilities.empty())
@@ -154,17 +154,19 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     printNotes(notes);
     if (!hasTables)
         return 0;
-    if (!options.mask.empty() &&
-        !writeFitsMask(options.mask, inputs.mask, inputs.map.header, error)) {
-        error = options.mask + ": " + error;
+    if (!options.mask.empty() && !writeMask(options, inputs.mask, inputs.map.header, error))
         return 0;
-    }
+    std::string text;
+    if (!options.made.findShift.empty() &&
+        !findShiftText(options, inputs.map, inputs.mask, text, error))
+        return 0;
     if (!options.profile.residual.empty() && !writeResidual(options, inputs, measured.fits, error))
         return 0;
     if ((options.wantsPicture() || options.print.wanted()) &&
         !drawMap(argv, options, inputs, components, measured, error))
         return 0;
-    return printMeasured(options, inputs, measured, error) && writeNumbers(options, inputs, error);
+    return printMeasured(options, inputs, measured, error) &&
+           writeNumbers(options, inputs, text, error);
 }
 
 }  // namespace

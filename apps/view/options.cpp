@@ -326,6 +326,7 @@ OptionTable<ViewOptions> newTable()
     };
     addPlotOptions(table);
     addMadeMapOptions(table, onlyInBatch);
+    addOverlayOptions(table, onlyInBatch);
     addProfileOptions(table, onlyInBatch);
     addPrintOptions(table, onlyInBatch);
     table.insert(
@@ -404,7 +405,8 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "no map is named";
     return error.empty() && checkPlotOptions(options, error) &&
            checkMadeMapOptions(options, given, error) && checkPrintOptions(options, given, error) &&
-           checkSurface(options, error) && checkProfileOptions(options, error);
+           checkSurface(options, error) && checkOverlayOptions(options, error) &&
+           checkProfileOptions(options, error);
 }
 
 }  // namespace
@@ -460,7 +462,7 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
     for (const auto* option : given.options)
         if (options.onlyOfMaps.empty() &&
             (std::count(std::begin(mapOptions), std::end(mapOptions), option->name) ||
-             isMadeMapOption(option->name)))
+             isMadeMapOption(option->name) || isOverlayOption(option->name)))
             options.onlyOfMaps = option->name;
     if (!options.help && !options.version && !checkTogether(options, given, error))
         return 0;

@@ -2,6 +2,7 @@
 
 #include "apps/options/program_text.h"
 #include "apps/view/made_map_options.h"
+#include "apps/view/overlay_options.h"
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
 #include "apps/view/profiles/profile_options.h"
@@ -62,6 +63,7 @@ struct ViewOptions : MapLook {
     PrintWish print;
     MadeMapWish made;
     ProfileWish profile;
+    OverlayWish overlay;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }

@@ -5,14 +5,16 @@
 #include "apps/view/progress.h"
 #include "pavane/axes/maps/cells/map_statistics.h"
 #include "pavane/axes/maps/map_unit.h"
+#include "pavane/measures/maps/map_shift.h"
 #include "pavane/measures/maps/pair_maps.h"
 #include "pavane/measures/maps/regrid_map.h"
-#include "tessel/fits_map.h"
 #include "tessel/FitsCubeReader.h"
 #include "tessel/paths.h"
 #include "tessel/plain_text.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace pavane
@@ -162,6 +164,52 @@ int makeRegridded(const ViewOptions& options, MadeMap& made, std::string& text, 
                     " brought onto the cells of " + plainText(baseNameOf(wish.like)) + ", bicubic"};
     addShift(wish.shift, "it", made.history);
     text = statLine("cell_area", brought.area, floatDigits, "cells");
+    return 1;
+}
+
+int writeMask(const ViewOptions& options, const ABitMatrix& mask, const MapHeader& header,
+              std::string& error)
+{
+    if (options.made.like.empty())
+        return writeFitsMask(options.mask, mask, header, error) || refuse(options.mask, error);
+    MapHeader like;
+    ABitMatrix brought;
+    if (!readHeader(options.made.like, 0, like, error))
+        return 0;
+    if (!regridMask(mask, header, like, brought, error))
+        return refuse(options.map, error);
+    return writeFitsMask(options.mask, brought, like, error) || refuse(options.mask, error);
+}
+
+int findShiftText(const ViewOptions& options, const FitsMap& map, const ABitMatrix& mask,
+                  std::string& text, std::string& error)
+{
+    const std::string& file = options.made.findShift;
+    FitsMap other;
+    if (!readOther(file, options.plane, other, error))
+        return 0;
+    RegriddedMap brought;
+    ProgressLine progress("Comparing " + plainText(file));
+    constexpr double bringing = 0.3;
+    if (!regridMap(other.cells, other.header, map.header, {}, brought, error,
+                   [&](double part) { return progress.show(part * bringing); }))
+        return refuse(file, error);
+    // beams that differ blur a place, but do not move it
+    const double cell =
+        std::min(std::fabs(map.header.axes[0].cdelt), std::fabs(map.header.axes[1].cdelt));
+    constexpr double leastReach = 8, mostReach = 64, beams = 3;
+    const double reach = map.header.hasBeam ? beams * map.header.bmaj / cell : mostReach / 2;
+    MapShift found;
+    if (!findMapShift(map.cells, brought.cells, mask, map.header,
+                      static_cast<int>(std::clamp(reach, leastReach, mostReach)), found, error,
+                      [&](double part) { return progress.show(bringing + part * (1 - bringing)); }))
+        return refuse(file, error);
+    text += statLine("shift_east", found.shift.east * masPerDegree, floatDigits, "mas") +
+            statLine("shift_east_error", found.error.east * masPerDegree, fewDigits, "mas") +
+            statLine("shift_north", found.shift.north * masPerDegree, floatDigits, "mas") +
+            statLine("shift_north_error", found.error.north * masPerDegree, fewDigits, "mas") +
+            statLine("correlation", found.correlation, fewDigits, "") + "compared_cells " +
+            std::to_string(found.cells) + " cells\n";
     return 1;
 }
 

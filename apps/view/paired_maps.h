@@ -1,8 +1,9 @@
 #pragma once
 
 #include "pavane/measures/maps/pair_maps.h"
+#include "tessel/ABitMatrix.h"
 #include "tessel/AMatrix.h"
-#include "tessel/map_header.h"
+#include "tessel/fits_map.h"
 #include "tessel/progress_function.h"
 
 #include <string>
@@ -11,7 +12,6 @@
 namespace pavane
 {
 
-struct FitsMap;
 struct ViewOptions;
 
 /// A made map, its errors, and what tells of them.
@@ -36,6 +36,15 @@ struct PairTold {
 /// be read behind the name of the second map; a user who gave up leaves it empty.
 PairFault pairMaps(const ViewOptions& options, const FitsMap& first, FitsMap& second, MadeMap& made,
                    PairTold& told, std::string& error, const ProgressFunction& progress = {});
+
+/// Writes the mask of areas on a map, on the cells of --like when that is named.
+int writeMask(const ViewOptions& options, const ABitMatrix& mask, const MapHeader& header,
+              std::string& error);
+
+/// Finds the shift of the map of --find-shift against another one over the cells of a mask, as
+/// lines for `text`.
+int findShiftText(const ViewOptions& options, const FitsMap& map, const ABitMatrix& mask,
+                  std::string& text, std::string& error);
 
 /// Makes the difference, the ratio or the spectral index of two maps, in the same way.
 int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error);

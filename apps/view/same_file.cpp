@@ -108,6 +108,10 @@ std::string outputClash(const ViewOptions& options)
         {"the second map", options.surface.other},
         {"the second map", options.made.other},
         {"the map of --like", options.made.like},
+        {"the map of --find-shift", options.made.findShift},
+        {"the map of --contours", options.overlay.contours},
+        {"Stokes Q", options.overlay.stokesQ},
+        {"Stokes U", options.overlay.stokesU},
         {"the palette", ownPalette ? options.palette : ""}};
     std::vector<NamedFile> outputs = {{"--mask", options.mask},
                                       {"--png", options.png},
@@ -117,8 +121,9 @@ std::string outputClash(const ViewOptions& options)
                                       {"--errors", options.made.errors},
                                       {"--residual", options.profile.residual},
                                       {"--print", options.print.settings.file}};
-    int prints = options.stats || options.made.wanted() || options.profile.wanted() ||
-                 options.profile.hasFit || !options.visibilities.empty();
+    int prints = options.stats || options.made.wanted() || !options.made.findShift.empty() ||
+                 options.profile.wanted() || options.profile.hasFit ||
+                 !options.visibilities.empty();
     for (const TableWish& wish : options.tables) {
         const int isPrinted = wish.file == "-";
         prints = prints || isPrinted;

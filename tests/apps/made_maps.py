@@ -215,6 +215,48 @@ with fits.open(path("out.fits")) as made:
 first_header.update(BMAJ=9e-4, RESTFRQ=1e9)
 fits.writeto(path("wide.fits"), first, first_header, overwrite=True)
 
+# Stokes planes of one file, and the same as files
+first_header.update(BMAJ=6e-4, RESTFRQ=5e9)
+stokes_header = fits.Header(first_header, copy=True)
+stokes_header.update(CTYPE3="STOKES", CRVAL3=1., CDELT3=1., CRPIX3=1.)
+turn = np.radians(3. * x - 40)
+q = (.2 * first * np.cos(turn) + random.normal(size=x.shape) * .01).astype("f4")
+u = (.2 * first * np.sin(turn) + random.normal(size=x.shape) * .01).astype("f4")
+fits.writeto(path("stokes.fits"), np.array([first, q, u]), stokes_header, overwrite=True)
+fits.writeto(path("q.fits"), q, first_header, overwrite=True)
+fits.writeto(path("u.fits"), u, first_header, overwrite=True)
+noise = (robust(q) + robust(u)) / 2
+polarised = np.sqrt(np.maximum(q.astype("f8") ** 2 + u.astype("f8") ** 2 - noise ** 2, 0))
+strong = polarised > 3 * noise
+for kind, value in (("intensity", polarised), ("degree", np.where(first > 3 * robust(first), polarised / first, np.nan)),
+                    ("angle", np.degrees(np.arctan2(u, q)) / 2)):
+    for source in (("stokes.fits",), ("first.fits", "--stokes-q", "q.fits", "--stokes-u", "u.fits")):
+        run(source[0], "--batch", "--polarisation", kind, *source[1:], "--out", "out.fits", "--errors", "errors.fits")
+        with fits.open(path("out.fits")) as made:
+            compare_pair(f"{kind} of {source[0]}", np.squeeze(made[0].data), np.where(strong, value, np.nan), 1000)
+
+# the mask of an area on other cells, and the shift between the maps over it
+with open(path("box.reg"), "w") as file:
+    file.write("image\nbox(80,60,60,50,0)\n")
+run("first.fits", "--batch", "--areas", "box.reg", "--mask", "mask.fits", "--like", "second.fits")
+with fits.open(path("mask.fits")) as made:
+    column, row = WCS(first_header).world_to_pixel(WCS(second_header).pixel_to_world(x2, y2))
+    inside = (np.abs(column - 79) < 30) & (np.abs(row - 59) < 25)
+    edge = (np.abs(np.abs(column - 79) - 30) < 1.1) | (np.abs(np.abs(row - 59) - 25) < 1.1)
+    if ((np.squeeze(made[0].data) > 0) != inside)[~edge].any() or inside.sum() < 1000:
+        faults.append("mask on other cells")
+said = dict(line.split()[:2] for line in
+            run("first.fits", "--batch", "--find-shift", "moved.fits", "--areas", "box.reg").stdout.splitlines())
+if abs(float(said["shift_east"]) + 720) > 5 or abs(float(said["shift_north"]) - 360) > 5:
+    faults.append(f"find-shift: {said}")
+
+# pictures are made, and of what there is not none
+run("first.fits", "--batch", "--contours", "second.fits", "--levels", "peak:5,20,60", "--png", "contours.png")
+run("stokes.fits", "--plane", "0", "--batch", "--vectors", "degree", "--pdf", "vectors.pdf")
+for name in "contours.png", "vectors.pdf":
+    if os.path.getsize(path(name)) < 10000:
+        faults.append(f"{name} is small")
+
 # what is refused, and leaves no file
 with open(path("cube.fits"), "rb") as whole, open(path("cut.fits"), "wb") as cut:
     cut.write(whole.read()[:-200000])
@@ -242,6 +284,11 @@ for arguments, status, why in (
         (("first.fits", "--batch", "--regrid", "--like", "cube.fits", "--out", "cube.fits"), 1, "would write over"),
         (("first.fits", "--batch", "--ratio", "moved.fits", "--shift", "1", "--out", "out.fits"), 1, "--shift wants"),
         (("first.fits", "--batch", "--difference", "moved.fits", "--clip", "3", "--out", "out.fits"), 1, "does not go"),
+        (("first.fits", "--batch", "--polarisation", "angle", "--out", "out.fits"), 2, "no plane of Stokes Q"),
+        (("first.fits", "--batch", "--polarisation", "angle", "--stokes-q", "q.fits", "--stokes-u", "second.fits",
+          "--out", "out.fits"), 2, "has other cells than U"),
+        (("first.fits", "--batch", "--contours", "second.fits"), 1, "go with a picture"),
+        (("first.fits", "--batch", "--vectors", "length", "--png", "out.fits"), 1, "--vectors knows"),
         (("cube.fits", "--batch", "--clip", "3"), 1, "--clip goes with")):
     said = run(*arguments, status=status).stderr
     if why not in said or os.path.exists(path("out.fits")):

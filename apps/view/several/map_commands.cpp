@@ -306,11 +306,31 @@ void MainWindow::prepareMaps()
     }
 }
 
+/// The contours of the map that was current before, or of the next one, over the current one.
+void MainWindow::toggleOtherContours()
+{
+    const MapDocument* const other =
+        map_->contoursOf().empty() ? documentOf(maps_.other()) : nullptr;
+    std::string error;
+    if (map_->contoursOf().empty() && !other)
+        error = "There is one map: File > Add map opens another";
+    else {
+        view().BeginView();
+        if (map_->setContours(other, options_, error))
+            error = other ? "Contours of " + baseNameOf(other->file())
+                          : CString("Contours of the map itself");
+        view().ContentChanged();
+        view().EndView();
+        displayChanged();
+    }
+    status_.SetMessage(error);
+}
+
 // --- commands
 
 int MainWindow::runSeveralCommand(unsigned id)
 {
-    if (id < idAddMap || id > idPairIndex || !map_)
+    if (id < idAddMap || id > idOtherContours || !map_)
         return 0;
     switch (id) {
     case idAddMap:
@@ -335,6 +355,8 @@ int MainWindow::runSeveralCommand(unsigned id)
     case idBlinkFaster:
     case idBlinkSlower:
         return setBlinkPace(id == idBlinkFaster ? -1 : 1), 1;
+    case idOtherContours:
+        return toggleOtherContours(), 1;
     case idLinkNext:
         links_.next();
         return linksChanged(), 1;
@@ -359,12 +381,15 @@ void MainWindow::showSeveralCommands(CMenu& popup)
 {
     const int hasSeveral = maps_.count() > 1;
     for (CMenu::Line& line : popup.lines()) {
-        if (line.id <= idAddMap || line.id > idPairIndex)
+        if (line.id <= idAddMap || line.id > idOtherContours)
             continue;
         line.enabled = map_ && hasSeveral;
         if (line.id >= idMapsTabs && line.id <= idMapsSlider)
             line.checked = maps_.shown() == static_cast<MapsShown>(line.id - idMapsTabs);
-        else if (line.id == idBlink)
+        else if (line.id == idOtherContours) {
+            line.checked = map_ && !map_->contoursOf().empty();
+            line.enabled = line.enabled || line.checked;
+        } else if (line.id == idBlink)
             line.checked = blinking_;
         else if (line.id >= idLinkNothing && line.id <= idLinkCell)
             line.checked = links_.by() == static_cast<LinkBy>(line.id - idLinkNothing);

@@ -29,7 +29,8 @@ enum SeveralCommand : unsigned {
     idLinkAreas,
     idPairDifference,  ///< and the others of MapPair
     idPairRatio,
-    idPairIndex
+    idPairIndex,
+    idOtherContours  ///< the contours of the other map over the current one, or its own
 };
 
 inline constexpr MenuItem mapLinkItems[] = {
@@ -58,6 +59,8 @@ inline constexpr MenuItem mapsItems[] = {
     {"&Blink\tCtrl+B", idBlink, nullptr, 0},
     {"&Faster (0.2 s at most)\tCtrl+Alt+F", idBlinkFaster, nullptr, 0},
     {"Slo&wer (5 s at most)\tCtrl+Alt+S", idBlinkSlower, nullptr, 0},
+    {},
+    {"Contours of the ot&her map\tX", idOtherContours, nullptr, 0},
     {},
     {"Next &link: sky, cell, none\tL", idLinkNext, nullptr, 0},
     {"Linked ma&ps", 0, mapLinkItems, std::size(mapLinkItems)},

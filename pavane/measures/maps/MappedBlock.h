@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/measures/maps/CellMapping.h"
+#include "tessel/CellMapping.h"
 
 #include <array>
 #include <cstddef>

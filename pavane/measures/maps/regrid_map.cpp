@@ -1,6 +1,7 @@
 #include "pavane/measures/maps/regrid_map.h"
 
 #include "pavane/axes/maps/map_unit.h"
+#include "pavane/measures/maps/bicubic.h"
 #include "pavane/measures/maps/MappedBlock.h"
 #include "tessel/made_map.h"
 
@@ -17,59 +18,6 @@ namespace
 {
 
 constexpr float blank = std::numeric_limits<float>::quiet_NaN();
-/// Places nearer to a centre are on it, in cells: positions round by about that.
-constexpr double onCentre = 1e-5;
-
-/// The four cells about a place along one axis, and what each counts.
-struct Taps {
-    int first = 0;
-    double weights[4] = {};
-
-    explicit Taps(double at)
-    {
-        const double whole = std::floor(at);
-        const double nearest = std::round(at);
-        if (std::fabs(at - nearest) < onCentre) {
-            first = static_cast<int>(nearest) - 1;
-            weights[1] = 1;
-            return;
-        }
-        first = static_cast<int>(whole) - 1;
-        const double t = at - whole;
-        weights[0] = t * (t * (1 - t / 2) - 0.5);
-        weights[1] = t * t * (1.5 * t - 2.5) + 1;
-        weights[2] = t * (t * (2 - 1.5 * t) + 0.5);
-        weights[3] = t * t * (t / 2 - 0.5);
-    }
-};
-
-float interpolated(const AMatrix<float>& cells, double column, double row)
-{
-    // also what is no number
-    if (!(column > -1 && column < cells.columns() && row > -1 && row < cells.rows()))
-        return blank;
-    const Taps x(column), y(row);
-    double sum = 0;
-    for (int j = 0; j < 4; ++j) {
-        if (y.weights[j] == 0)
-            continue;
-        const int r = y.first + j;
-        if (r < 0 || r >= cells.rows())
-            return blank;
-        double along = 0;
-        for (int i = 0; i < 4; ++i) {
-            if (x.weights[i] == 0)
-                continue;
-            const int c = x.first + i;
-            if (c < 0 || c >= cells.columns())
-                return blank;
-            along += x.weights[i] * static_cast<double>(cells(r, c));
-        }
-        sum += y.weights[j] * along;
-    }
-    return std::isfinite(sum) ? static_cast<float>(sum) : blank;
-}
-
 int lengthOf(const MapHeader& header, std::size_t axis)
 {
     return axis < header.axes.size() ? header.axes[axis].length : 0;
@@ -86,6 +34,17 @@ void turnBeam(const SkyCoordinates& own, const SkyCoordinates& grid, MapHeader& 
     header.bpa = std::remainder(header.bpa + north, 180.0);
 }
 
+/// Finds both places; 0, and why, without one.
+int isPlaced(const MapHeader& header, const MapHeader& like, SkyCoordinates& own,
+             SkyCoordinates& grid, std::string& error)
+{
+    if (!own.init(header, error))
+        error.insert(0, "cannot be brought onto another grid: ");
+    else if (!grid.init(like, error))
+        error.insert(0, "cannot be brought onto a grid without a place on the sky: ");
+    return error.empty();
+}
+
 struct Work {
     const AMatrix<float>& cells;
     const CellMapping& mapping;
@@ -98,7 +57,7 @@ void fillBlock(const Work& work, const MappedBlock& block, int row, int column, 
     for (int r = 0; r < rows; ++r) {
         float* const to = made.cells.row(row + r) + column;
         for (int c = 0; c < columns; ++c) {
-            float value = interpolated(work.cells, block.column(r, c), block.row(r, c));
+            float value = bicubicAt(work.cells, block.column(r, c), block.row(r, c));
             if (work.perPixel && std::isfinite(value))
                 value = static_cast<float>(static_cast<double>(value) * block.area(r, c));
             made.known += std::isfinite(value);
@@ -139,14 +98,8 @@ int regridMap(const AMatrix<float>& cells, const MapHeader& header, const MapHea
 {
     made = RegriddedMap();
     SkyCoordinates own, grid;
-    if (!own.init(header, error)) {
-        error.insert(0, "cannot be brought onto another grid: ");
+    if (!isPlaced(header, like, own, grid, error))
         return 0;
-    }
-    if (!grid.init(like, error)) {
-        error.insert(0, "cannot be brought onto a grid without a place on the sky: ");
-        return 0;
-    }
     const int rows = lengthOf(like, 1), columns = lengthOf(like, 0);
     made.cells = AMatrix<float>(rows, columns);
     if (!made.cells.rows()) {
@@ -174,6 +127,40 @@ int regridMap(const AMatrix<float>& cells, const MapHeader& header, const MapHea
         return 1;
     error =
         "has no cell with a value on the other map's grid: they show different parts of the sky";
+    return 0;
+}
+
+int regridMask(const ABitMatrix& mask, const MapHeader& header, const MapHeader& like,
+               ABitMatrix& made, std::string& error)
+{
+    SkyCoordinates own, grid;
+    if (!isPlaced(header, like, own, grid, error))
+        return 0;
+    const std::unique_ptr<MappedBlock> block(new (std::nothrow) MappedBlock);
+    made = ABitMatrix(lengthOf(like, 1), lengthOf(like, 0));
+    if (!block || !made.rows()) {
+        error = "there is no memory for a mask";
+        return 0;
+    }
+    made.setAll(0);
+    const CellMapping mapping(grid, own);
+    for (int row = 0; row < made.rows(); row += MappedBlock::size)
+        for (int column = 0; column < made.columns(); column += MappedBlock::size) {
+            const int rows = std::min(MappedBlock::size, made.rows() - row);
+            const int columns = std::min(MappedBlock::size, made.columns() - column);
+            block->map(mapping, row, column, rows, columns);
+            for (int r = 0; r < rows; ++r)
+                for (int c = 0; c < columns; ++c) {
+                    const double x = std::round(block->column(r, c));
+                    const double y = std::round(block->row(r, c));
+                    if (x >= 0 && x < mask.columns() && y >= 0 && y < mask.rows() &&
+                        mask.get(static_cast<int>(y), static_cast<int>(x)))
+                        made.set(row + r, column + c, 1);
+                }
+        }
+    if (made.count())
+        return 1;
+    error = "has no cell of its areas on the other map";
     return 0;
 }
 

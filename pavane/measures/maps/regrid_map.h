@@ -1,8 +1,9 @@
 #pragma once
 
-#include "pavane/measures/maps/CellMapping.h"
 #include "platform/api.h"
+#include "tessel/ABitMatrix.h"
 #include "tessel/AMatrix.h"
+#include "tessel/CellMapping.h"
 #include "tessel/map_header.h"
 #include "tessel/progress_function.h"
 
@@ -35,6 +36,11 @@ struct RegriddedMap {
 PAVANE_API int regridMap(const AMatrix<float>& cells, const MapHeader& header,
                          const MapHeader& like, SkyShift moved, RegriddedMap& made,
                          std::string& error, const ProgressFunction& progress = {});
+
+/// Brings a mask of the cells of a map onto those of `like`: a cell is in it when its centre lies
+/// in a cell of the map that is. 0 with `error` as regridMap, also when no cell is.
+PAVANE_API int regridMask(const ABitMatrix& mask, const MapHeader& header, const MapHeader& like,
+                          ABitMatrix& made, std::string& error);
 
 /// Non-zero when two maps have the same cells: as many, and on the sky those of one lie on those of
 /// the other to 1 per cent of a cell at the corners and in the middle; elsewhere the axes agree.

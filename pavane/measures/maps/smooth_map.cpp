@@ -1,6 +1,7 @@
 #include "pavane/measures/maps/smooth_map.h"
 
 #include "pavane/axes/maps/map_unit.h"
+#include "pavane/measures/maps/cell_gaussian.h"
 #include "pavane/measures/maps/GaussianFilter.h"
 #include "pavane/measures/maps/near_blanks.h"
 #include "tessel/map_steps.h"
@@ -53,6 +54,11 @@ int isPerBeam(const std::string& bunit)
 
 }  // namespace
 
+CellGaussian cellGaussianOf(const SkyBeam& beam, const MapSteps& steps)
+{
+    return inCells(squaresOf(beam), steps);
+}
+
 int beamBetween(const SkyBeam& from, const SkyBeam& to, SkyBeam& between)
 {
     constexpr double rounding = 1e-6;
@@ -99,7 +105,7 @@ int smoothMap(const AMatrix<float>& cells, const MapHeader& header, const SkyBea
     const std::int64_t count = std::int64_t{cells.rows()} * cells.columns();
     for (std::int64_t i = 0; i < count; ++i)
         values[i] = std::isfinite(values[i]) ? values[i] : 0;
-    if (!convolve(smoothed.cells, inCells(squaresOf(between), steps), error, progress))
+    if (!convolve(smoothed.cells, cellGaussianOf(between, steps), error, progress))
         return 0;
     const float* const old = cells.data();
     for (std::int64_t i = 0; i < count; ++i)

@@ -2,6 +2,7 @@
 #include "apps/view/ViewWindows.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/dialogs/show_map_display.h"
+#include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/sky/ASkyGrid.h"
 #include "platform/drop_files.h"
 #include "tests/apps/view_window_fixture.h"
@@ -301,6 +302,28 @@ TEST_F(ViewSeveral, TheDifferenceOfTwoIsAThirdMap)
     run(window, idPairRatio);
     EXPECT_EQ(said.size(), 1U);
     EXPECT_EQ(window.maps().count(), 4);
+}
+
+TEST_F(ViewSeveral, ContoursOfTheOtherMapComeAndGo)
+{
+    MainWindow window;
+    openTwo(window);
+    const auto* const graph =
+        dynamic_cast<const ALevelsColorGraph*>(window.viewOf(window.maps().current()).GetMap());
+    ASSERT_TRUE(graph);
+    const auto own = [&] { return graph->contours().wantedLevels().values(1, 0).size(); };
+    const std::size_t levels = own();
+    ASSERT_GT(levels, 0U);
+    for (const unsigned id : {idOtherContours, idOtherContours}) {
+        run(window, id);
+        EXPECT_EQ(own() > 0, own() == levels);
+        EXPECT_TRUE(window.view().IsWindowVisible());
+    }
+    run(window, idOtherContours);
+    EXPECT_EQ(own(), 0U);
+    run(window, idCloseMap);  // the map below goes, then the other one has its own
+    run(window, idOtherContours);
+    EXPECT_EQ(window.maps().count(), 1);
 }
 
 }  // namespace pavane

@@ -1,13 +1,18 @@
+#include "pavane/measures/maps/GaussianFilter.h"
+#include "pavane/measures/maps/map_shift.h"
 #include "pavane/measures/maps/pair_maps.h"
+#include "pavane/measures/maps/polarisation.h"
 #include "pavane/measures/maps/regrid_map.h"
 #include "tessel/fits_cards.h"
 #include "tests/measures/maps/header_cards.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <random>
 
 using namespace pavane;
 
@@ -241,4 +246,144 @@ TEST(PairMaps, RefuseWhatDoesNotGoTogether)
             << c.cards;
         EXPECT_EQ(error.empty(), c.fault == PairFault::none) << error;
     }
+}
+
+TEST(Polarisation, IsItsDefinition)
+{
+    MapHeader header = headerOf(sin10 + "BUNIT='JY/BEAM';", 110, 150);
+    const AMatrix<float> i = mapOf(header);
+    AMatrix<float> q = mapOf(header, {0.5, 0.2}, 0.1), u = mapOf(header, {-0.3, 0.4}, -0.08);
+    for (int k = 0; k < 110 * 150; ++k)
+        q.data()[k] -= 0.2f;
+    q(5, 6) = blank;
+    MapHeader milli = header;
+    milli.bunit = "mJy/beam";
+    AMatrix<float> u1000 = u;
+    for (int k = 0; k < 110 * 150; ++k)
+        u1000.data()[k] *= 1000;
+    const double s = 0.02;
+    for (const PolarKind kind : {PolarKind::intensity, PolarKind::degree, PolarKind::angle}) {
+        PolarMap made;
+        std::string error;
+        ASSERT_TRUE(findPolarisation(kind, {&i, &header, 0.5}, {&q, &header, 0.015},
+                                     {&u1000, &milli, 25}, 4, made, error))
+            << error;
+        for (int k = 0; k < 110 * 150; ++k) {
+            const double a = double(q.data()[k]), b = double(u.data()[k]), t = double(i.data()[k]);
+            const double p = std::sqrt(std::max(a * a + b * b - s * s, 0.0));
+            const int isKnown = p > 4 * s && (kind != PolarKind::degree || t > 2);
+            ASSERT_EQ(std::isfinite(made.cells.data()[k]), isKnown) << k;
+            if (!isKnown)
+                continue;
+            // twice the angle is that of (Q, U)
+            const double twice = 2 * double(made.angles.data()[k]) * std::numbers::pi / 180;
+            ASSERT_NEAR(std::cos(twice) * std::hypot(a, b), a, 1e-5);
+            ASSERT_NEAR(std::sin(twice) * std::hypot(a, b), b, 1e-5);
+            const double values[] = {p, p / t, double(made.angles.data()[k])};
+            const double errors[] = {s, std::sqrt(s * s / t / t + std::pow(p * 0.5 / t / t, 2)),
+                                     s / p * 90 / std::numbers::pi};
+            ASSERT_NEAR(made.cells.data()[k], values[int(kind)], 1e-5);
+            ASSERT_NEAR(made.errors.data()[k], errors[int(kind)], 1e-4);
+        }
+    }
+    PolarMap made;
+    std::string error;
+    const MapHeader other = headerOf(galactic, 110, 150);
+    MapHeader isU = header;
+    isU.stokes = "U";
+    EXPECT_FALSE(
+        findPolarisation(PolarKind::angle, {}, {&q, &header, s}, {&u, &other, s}, 3, made, error));
+    EXPECT_FALSE(findPolarisation(PolarKind::degree, {}, {&q, &header, s}, {&u, &header, s}, 3,
+                                  made, error));
+    EXPECT_FALSE(
+        findPolarisation(PolarKind::angle, {}, {&q, &isU, s}, {&u, &header, s}, 3, made, error));
+}
+
+TEST(RegridMask, TakesCellsWhoseCentreLiesInIt)
+{
+    const MapHeader header = headerOf(sin10, 110, 150), like = headerOf(galactic, 90, 100);
+    ABitMatrix mask(110, 150), made;
+    mask.setAll(0);
+    for (int r = 40; r < 60; ++r)
+        for (int c = 60; c < 70; ++c)
+            mask.set(r, c, 1);
+    std::string error;
+    ASSERT_TRUE(regridMask(mask, header, header, made, error)) << error;
+    EXPECT_EQ(made.count(), 200);
+    ASSERT_TRUE(regridMask(mask, header, like, made, error)) << error;
+    SkyCoordinates own, grid;
+    ASSERT_TRUE(own.init(header, error) && grid.init(like, error));
+    int wrong = 0;
+    for (int r = 0; r < 90; ++r)
+        for (int c = 0; c < 100; ++c) {
+            double l = 0, b = 0, x = 0, y = 0;
+            const int isIn = grid.toSky(c, r, icrs, l, b) && own.toPixel(l, b, icrs, x, y) &&
+                             x > 59.5 && x < 69.5 && y > 39.5 && y < 59.5;
+            wrong += made.get(r, c) != isIn;
+        }
+    EXPECT_LE(wrong, 1);
+    mask.setAll(0);
+    EXPECT_FALSE(regridMask(mask, header, like, made, error));
+}
+
+// Sources under noise of the beam: the shift comes back, and its scatter is the error.
+TEST(MapShift, ComesBackWithItsError)
+{
+    const MapHeader header = headerOf("CTYPE1='RA---SIN';CTYPE2='DEC--SIN';CRVAL1=30;CRVAL2=50;"
+                                      "CRPIX1=32;CRPIX2=32;CDELT1=-1e-6;CDELT2=1e-6;BUNIT='JY/BEAM'"
+                                      ";BMAJ=4e-6;BMIN=4e-6;BPA=0;",
+                                      64, 64);
+    std::mt19937 random(11);
+    std::normal_distribution<double> normal;
+    ABitMatrix mask(64, 64);
+    mask.setAll(0);
+    for (int r = 16; r < 48; ++r)
+        for (int c = 14; c < 50; ++c)
+            mask.set(r, c, 1);
+    const auto mapAt = [&](double x, double y, double scale) {
+        AMatrix<float> white(64, 64);
+        for (int i = 0; i < 64 * 64; ++i)
+            white.data()[i] = static_cast<float>(normal(random));
+        std::string error;
+        // white noise under the beam, of scatter 0.01
+        EXPECT_TRUE(convolve(white, {16, 0, 16}, error, {})) << error;
+        const double sum = 0.01 * 4 * std::sqrt(std::numbers::pi / 2 / std::numbers::ln2);
+        for (int r = 0; r < 64; ++r)
+            for (int c = 0; c < 64; ++c) {
+                double value = sum * double(white(r, c));
+                for (const auto& [sx, sy, w, s] :
+                     {std::array{27.0, 30.0, 5.0, 1.0}, std::array{36.0, 34.0, 7.0, 0.6}})
+                    value +=
+                        scale * s *
+                        std::exp(-4 * std::numbers::ln2 *
+                                 (std::pow(c - sx - x, 2) + std::pow(r - sy - y, 2)) / (w * w));
+                white(r, c) = static_cast<float>(value);
+            }
+        return white;
+    };
+    double squares = 0;
+    constexpr int tries = 60;
+    for (int k = 0; k < tries; ++k) {
+        const double x = 3.3 - 0.1 * k, y = 0.07 * k - 2;
+        MapShift found;
+        std::string error;
+        ASSERT_TRUE(findMapShift(mapAt(0, 0, 1), mapAt(x, y, 1.7), mask, header, 8, found, error))
+            << error;
+        // a step of a column is one to the west
+        const double east = (found.shift.east - x * 1e-6) / found.error.east;
+        const double north = (found.shift.north + y * 1e-6) / found.error.north;
+        ASSERT_LT(std::hypot(east, north), 5) << k;
+        ASSERT_LT(found.error.east, 0.1e-6);
+        squares += (east * east + north * north) / 2;
+    }
+    EXPECT_NEAR(std::sqrt(squares / tries), 1, 0.25);
+    MapShift found;
+    std::string error;
+    AMatrix<float> flat(64, 64);
+    flat.fill(1);
+    EXPECT_FALSE(findMapShift(mapAt(0, 0, 1), flat, mask, header, 8, found, error));
+    EXPECT_FALSE(findMapShift(mapAt(0, 0, 1), mapAt(20, 0, 1), mask, header, 8, found, error,
+                              [](double) { return 0; }));
+    mask.setAll(0);
+    EXPECT_FALSE(findMapShift(flat, flat, mask, header, 8, found, error));
 }

@@ -6,6 +6,7 @@
 #include "tessel/progress_function.h"
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 namespace pavane
@@ -51,6 +52,11 @@ public:
     /// levels or when `progress` gives up; it hears of each row of each way over the cells.
     int trace(const AMatrixAccess& cells, const std::vector<double>& levels,
               SimdPath path = bestSimdPath(), const ProgressFunction& progress = {});
+
+    /// Carries all points elsewhere: `place` moves one, or answers 0 where there is no place for
+    /// it. Lines end there, and where two points that are neighbours come to lie farther apart than
+    /// `farthest`. 0, and without lines, without memory.
+    int carry(const std::function<int(CPointF&)>& place, double farthest);
 
     /// A limit of these lines' own in place of GetContourMemory(); none for 0 or less.
     void setMemory(std::int64_t bytes) { memory_ = bytes; }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/api.h"
+#include "tessel/api.h"
 #include "tessel/SkyCoordinates.h"
 
 namespace pavane

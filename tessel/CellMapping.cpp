@@ -1,4 +1,4 @@
-#include "pavane/measures/maps/CellMapping.h"
+#include "tessel/CellMapping.h"
 
 #include <algorithm>
 #include <cmath>
