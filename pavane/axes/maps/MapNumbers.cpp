@@ -47,7 +47,7 @@ FluxUnit fluxUnit(const MapHeader& header, const MapFrame& frame)
     if (!(beam > 0))
         return {1, header.bunit.empty() ? "cell" : header.bunit + "*cell"};
     if (unit.isFlux || header.bunit.empty())
-        return {unit.factor / beam, "Jy"};
+        return {unit.factor / beam, "Jy" + unit.width};
     return {1 / beam, header.bunit + "*beam"};
 }
 

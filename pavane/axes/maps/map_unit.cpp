@@ -80,6 +80,19 @@ std::string_view dividedBy(std::string_view text)
     return {};
 }
 
+/// Cuts what a flux was integrated over from the end of a unit, with the sign of the product.
+std::string cutWidth(std::string& text)
+{
+    for (const std::string_view width : {"km/s", "m/s", "Hz"})
+        for (const std::string_view times : {".", " ", "*"})
+            if (text.size() > width.size() && text.ends_with(width) &&
+                std::string_view(text).substr(0, text.size() - width.size()).ends_with(times)) {
+                text.resize(text.size() - width.size() - times.size());
+                return ' ' + std::string(width);
+            }
+    return {};
+}
+
 /// "beam-1 Jy" with its parts in the common order.
 std::string inCommonOrder(const std::string& unit)
 {
@@ -116,12 +129,15 @@ MapUnit mapUnit(const std::string& bunit)
     unit.name = bunit;
     if (!split(inCommonOrder(bunit), unit) || !beginsWithUnit(unit.name, "Jy"))
         return unit;
-    const std::string rest = unit.name.substr(2);
+    std::string rest = unit.name.substr(2);
+    unit.width = cutWidth(rest);
     const std::string_view area = dividedBy(lower(rest));
     unit.perPixel = area == "pixel";
     unit.isFlux = !area.empty() || trimmed(rest).empty();
     if (unit.isFlux)
-        unit.name = "Jy" + (area.empty() ? std::string() : '/' + std::string(area));
+        unit.name = "Jy" + (area.empty() ? std::string() : '/' + std::string(area)) + unit.width;
+    else
+        unit.width.clear();
     return unit;
 }
 

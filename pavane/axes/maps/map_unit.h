@@ -12,7 +12,8 @@ struct MapUnit {
     double factor = 1;   ///< of the prefix: 1e-3 for "mJy/beam"
     std::string prefix;  ///< as it is written: "m"
     std::string name;    ///< without the prefix, as papers write it: "Jy/beam" for "JY BEAM-1"
-    int isFlux = 0;      ///< janskys, alone, per beam or per pixel
+    int isFlux = 0;      ///< janskys, alone, per beam or per pixel, also integrated
+    std::string width;   ///< what they are integrated over, as " km/s" or " Hz"; else empty
     int perPixel = 0;    ///< the last of these
 };
 
