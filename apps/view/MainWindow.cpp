@@ -124,8 +124,11 @@ void MainWindow::Show()
     if (!map_)
         status_.SetMessage("No map is open: Ctrl+O opens one");
     view().SetFocus();
-    if (map_)
-        offerLeftovers();
+    const int first = maps_.current();
+    for (int i = 0; i < maps_.count(); ++i)
+        if (!sessionOf(i).autosave().leftovers().empty() && ChooseMap(i))
+            offerLeftovers();
+    (void)ChooseMap(first);
 }
 
 void MainWindow::OnSize(unsigned type, int cx, int cy)

@@ -131,6 +131,10 @@ void MainWindow::PaletteChanged(int isForAll)
     } else {
         view().ContentChanged();
     }
+    for (int i = 0; i < maps_.count(); ++i)
+        if (i != maps_.current())
+            viewOf(i).ContentChanged();
+    prepareLater();
     surface_.Follow();
 }
 

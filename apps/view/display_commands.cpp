@@ -33,6 +33,15 @@ private:
     std::function<void(const MapDisplay&)> forAll_;
 };
 
+/// Shows the map of a window in this style, as one step of its views.
+void giveStyleTo(MapWindow& window, const MapDisplay& display)
+{
+    const MapDisplay styled = display.styleFor(shownDisplay(window));
+    window.BeginView();
+    (void)showDisplay(window, styled);
+    window.EndView();
+}
+
 /// The dialog of the beam, likewise.
 class BeamDialog : public ABeamDlg
 {
@@ -153,8 +162,11 @@ void MainWindow::useForAll(const MapDisplay& display)
     styleOfAll_ = display;
     if (host_)
         host_->styleForAll(display, *this);
-    status_.SetMessage("Maps of other windows, and those opened from now on, are displayed as this "
-                       "one");
+    for (int i = 0; i < maps_.count(); ++i)
+        if (i != maps_.current())
+            giveStyleTo(viewOf(i), display);
+    prepareLater();
+    status_.SetMessage("The other maps, and those opened from now on, are displayed as this one");
 }
 
 void MainWindow::TakeStyle(const MapDisplay& display)
@@ -162,10 +174,9 @@ void MainWindow::TakeStyle(const MapDisplay& display)
     styleOfAll_ = display;
     if (!map_)
         return;
-    const MapDisplay styled = display.styleFor(shownDisplay(view()));
-    view().BeginView();
-    (void)showDisplay(view(), styled);
-    view().EndView();
+    for (int i = 0; i < maps_.count(); ++i)
+        giveStyleTo(viewOf(i), display);
+    prepareLater();
     displayChanged();
 }
 

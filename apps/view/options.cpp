@@ -417,8 +417,9 @@ ProgramText viewProgram()
             "mark areas on a radio map, draw it, and write masks for a CLEAN; plot visibilities",
             {"[FILE ...] [OPTIONS]", "MAP.fits --batch [OPTIONS]", "DATA.uvfits --batch [OPTIONS]"},
             {"Opens the map, a FITS image, in a window, where areas are marked with the mouse or "
-             "the keys (F1 there tells how). Each of several files gets a window; a file of areas "
-             "goes onto the one map beside it, and alone asks for its map.",
+             "the keys (F1 there tells how). Several maps share a window, each file of "
+             "visibilities gets one; a file of areas goes onto the first map, and alone asks for "
+             "its map.",
              "With --batch there is no window: all input is read and checked, then files are "
              "written, each whole or not at all, and numbers are printed. No output may be an "
              "input or another output.",

@@ -38,7 +38,7 @@ struct SurfaceWish {
 /// The command line of pavane-view, checked.
 struct ViewOptions : MapLook {
     std::string map;
-    std::vector<std::string> more;  ///< files that get windows of their own
+    std::vector<std::string> more;  ///< further files: maps share a window
     int batch = 0;
     int help = 0;
     int version = 0;

@@ -3,6 +3,7 @@
 
 #include "apps/view/MainWindow.h"
 #include "apps/view/several/maps_menu.h"
+#include "pavane/axes/ABAxis.h"
 #include "platform/messages.h"
 #include "platform/platform.h"
 #include "platform/profile.h"
