@@ -294,6 +294,7 @@ int MainWindow::OpenFirst(const ViewOptions& options)
         return 0;
     if (!options.areas.empty() && OpenAreas(options.areas)) {
         areas().history().clear();  // what the session starts with is no edit
+        view().SetAreaNames(options.areaNames);
         view().FollowAreas();
     }
     if (!options.model.empty())

@@ -15,6 +15,7 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
     if (inputs.sky.isSet())
         applySkyGrid(*addSkyGrid(picture_, inputs.sky), options.skyGrid, inputs.sky);
     addOverlays(picture_, options, inputs.overlays);
+    areas_.setNames(options.areaNames);
     picture_.figure().addLayer(&areas_);
     picture_.figure().addLayer(&model_);
     picture_.figure().addLayer(&marks_);

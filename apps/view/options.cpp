@@ -207,11 +207,11 @@ enum Traits { everywhere, onlyInBatch, aboutProgram };
 
 /// What makes no sense for a file of visibilities.
 constexpr std::string_view mapOptions[] = {
-    "--areas",   "--marks",    "--plane",   "--levels",     "--scale",        "--range",
-    "--palette", "--aspect",   "--mask",    "--partial",    "--visibilities", "--planes",
-    "--grid",    "--contrast", "--surface", "--empty-area", "--sky-grid",     "--moment",
-    "--smooth",  "--out",      "--errors",  "--clip",       "--profile",      "--across",
-    "--fit",     "--residual"};
+    "--areas",   "--marks",  "--plane",    "--levels",     "--scale",      "--range",
+    "--palette", "--aspect", "--mask",     "--area-names", "--partial",    "--visibilities",
+    "--planes",  "--grid",   "--contrast", "--surface",    "--empty-area", "--sky-grid",
+    "--moment",  "--smooth", "--out",      "--errors",     "--clip",       "--profile",
+    "--across",  "--fit",    "--residual"};
 
 OptionTable<ViewOptions> newTable()
 {
@@ -280,9 +280,11 @@ OptionTable<ViewOptions> newTable()
           "write the mask of the areas: the map's pixels and coordinates, 0 and 1"},
          keep<&ViewOptions::mask>,
          onlyInBatch},
+        {{"--area-names", "", "", "write the names of the areas on the map"},
+         set<&ViewOptions::areaNames>},
         {{"--partial", "", "",
-          "of an area file that cannot be used whole take what can be; without it that is bad "
-          "input"},
+          "of a file of areas or marks that cannot be used whole take what can be; without it that "
+          "is bad input"},
          set<&ViewOptions::partial>,
          onlyInBatch},
         {{"--model", "", "F.txt",
@@ -390,6 +392,8 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
         error = "--areas, --marks, --model and --plane go with a map";
     else if (!options.mask.empty() && options.areas.empty())
         error = "--mask needs the areas that it is made of: --areas FILE";
+    else if (options.areaNames && options.areas.empty())
+        error = "--area-names goes with areas: --areas FILE";
     else if (options.partial && options.areas.empty() && options.marks.empty())
         error = "--partial goes with areas or marks: --areas FILE, --marks FILE";
     else if (!options.emptyArea.empty() &&

@@ -56,7 +56,8 @@ struct ViewOptions : MapLook {
     PlotWish plot;        ///< of a data file
     std::string areas, mask, model, visibilities;
     std::string marks;  ///< a list of names and positions; "" for none
-    int partial = 0;    ///< areas of which some are lost are taken
+    int partial = 0;    ///< areas or marks of which some are lost are taken
+    int areaNames = 0;  ///< areas have their names in pictures
     int stats = 0;
     std::vector<TableWish> tables;
     std::string emptyArea;  ///< name or number of the area whose noise counts; "": the map's

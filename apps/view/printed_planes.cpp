@@ -16,6 +16,7 @@ PrintedPlanes::PrintedPlanes(const ViewOptions& options, const ViewInputs& input
     : options_(options), sky_(inputs.sky), areas_(inputs.areas), model_(inputs.model, inputs.frame),
       marks_(inputs.marks)
 {
+    areas_.setNames(options.areaNames);
     if (!options_.inPerCent)
         return;
     // one range for all, from the first
