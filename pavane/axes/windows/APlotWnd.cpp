@@ -168,13 +168,18 @@ int APlotWnd::plotMargins(const FigureLayout& layout, CRect& margins) const
 
 void APlotWnd::DrawWindow(CDC& dc, CRect& client, CRect& update)
 {
-    const int ratio = picture_.paint(dc, client, update, presses_ == 0 && isBare(),
-                                     [this](CDC& to, const CRect& rect) {
-                                         FigureLayout layout;
-                                         layOutWindow(to, rect, layout);
-                                         figure_.draw(to, layout);
-                                         drawnIn_ = layout.axis;
-                                     });
+    paintContent(dc, client, update, presses_ == 0 && isBare());
+}
+
+void APlotWnd::paintContent(CDC& dc, const CRect& client, const CRect& update, int isBare)
+{
+    const int ratio =
+        picture_.paint(dc, client, update, isBare, [this](CDC& to, const CRect& rect) {
+            FigureLayout layout;
+            layOutWindow(to, rect, layout);
+            figure_.draw(to, layout);
+            drawnIn_ = layout.axis;
+        });
     if (ratio == 0 || !axis_)
         return;
     if (!view_.isKnown())
@@ -189,8 +194,7 @@ void APlotWnd::PrepareContent()
     if (!axis_ || !GetSafeHwnd() || !GetClientRect(client) || client.IsRectEmpty())
         return;
     CClientDC dc(this);
-    CRect nothing;
-    DrawWindow(dc, client, nothing);
+    paintContent(dc, client, CRect(), 0);  // into the copy: it is what shows later
 }
 
 void APlotWnd::SetLeastRoom(const PlotRoom& room)

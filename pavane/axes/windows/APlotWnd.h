@@ -262,6 +262,7 @@ private:
     FigureLayout layOut(CDC& dc, const CRect& rect) const;
     void layOutWindow(CDC& dc, const CRect& client, FigureLayout& layout);
     void restoreLayout();
+    void paintContent(CDC& dc, const CRect& client, const CRect& update, int isBare);
     void dropAxis();
     void beginPan(CPoint point);
     void panTo(CPoint point);

@@ -224,6 +224,8 @@ TEST_F(ViewSeveral, ASecondPictureIsThereAtOnce)
     window.SendMessage(WM_TIMER, 3);
     ASSERT_TRUE(window.ChooseMap(0));
     window.viewOf(0).UpdateWindow();
+    window.viewOf(0).ZoomAbout(window.viewOf(0).GetPlot()->getGraphRect().CenterPoint(), 1.5);
+    window.viewOf(0).UpdateWindow();
     window.SendMessage(WM_TIMER, 3);
     const int drawn[] = {window.viewOf(0).contentDrawings(), window.viewOf(1).contentDrawings()};
     for (int i = 0; i < 4; ++i) {
