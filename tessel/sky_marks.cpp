@@ -189,7 +189,7 @@ int takeMark(const Cells& cells, const Columns& columns, const SkyFrame& usual, 
     mark.name = plainText(cell(columns.name));
     SkyFrame frame = columns.hasFrame ? columns.ofColumns : usual;
     if (!cell(columns.frame).empty() && !readSkyFrame(cell(columns.frame), frame)) {
-        why = "'" + cell(columns.frame) + "' is no frame";
+        why = std::string(1, '\'') + cell(columns.frame) + "' is no frame";
         return 0;
     }
     if (columns.x >= 0 && columns.y >= 0 && columns.longitude < 0 && columns.position < 0) {
@@ -197,7 +197,7 @@ int takeMark(const Cells& cells, const Columns& columns, const SkyFrame& usual, 
         if (stoval(cell(columns.x), mark.x) && stoval(cell(columns.y), mark.y) &&
             std::isfinite(mark.x) && std::isfinite(mark.y))
             return 1;
-        why = "'" + cell(columns.x) + "', '" + cell(columns.y) + "' are no pixels";
+        why = std::string(1, '\'') + cell(columns.x) + "', '" + cell(columns.y) + "' are no pixels";
         return 0;
     }
     std::string text = cell(columns.position);
@@ -210,7 +210,7 @@ int takeMark(const Cells& cells, const Columns& columns, const SkyFrame& usual, 
     std::string fault;
     if (readSkyPosition(text, frame, mark.position, fault))
         return 1;
-    why = "'" + plainText(trimmed(text, whiteSpace)) + "' is no position";
+    why = std::string(1, '\'') + plainText(trimmed(text, whiteSpace)) + "' is no position";
     return 0;
 }
 

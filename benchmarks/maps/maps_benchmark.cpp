@@ -1,7 +1,8 @@
 // Maps made of others, in memory: moments of a cube, a larger beam, another grid; contours of one
 // map over another in a picture.
 #include "pavane/axes/A2DAxis.h"
-#include "pavane/axes/maps/MapPicture.h"
+#include "pavane/axes/maps/ABMapGraph.h"
+#include "pavane/axes/maps/MapContent.h"
 #include "pavane/axes/maps/overlays/AOtherContours.h"
 #include "pavane/measures/maps/moments.h"
 #include "pavane/measures/maps/regrid_map.h"
@@ -11,6 +12,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <string>
