@@ -24,7 +24,7 @@ if TYPE_CHECKING:
     Color = str | Sequence[float]
     Palette = str | Sequence[Color] | Callable[[float], Any]  # the last a colormap of matplotlib
 
-PICKLE_FORMAT = 1
+PICKLE_FORMAT = 2  # outlines of areas had no colour in 1
 _COLOURS = 226  # of a map: those of a palette
 
 
