@@ -337,20 +337,20 @@ int MainWindow::runSeveralCommand(unsigned id)
         return addMapCommand(), 1;
     case idCloseMap:
         return (void)CloseMap(), 1;
-    case idNextMap:
-    case idPreviousMap:
+    case idNextOfMaps:
+    case idPreviousOfMaps:
         if (blinking_)
             return endBlink(), 1;
         if (maps_.count() < 2)
             status_.SetMessage("There is one map: File > Add map opens another");
         else
-            (void)ChooseMap(maps_.next(id == idNextMap ? 1 : -1));
+            (void)ChooseMap(maps_.next(id == idNextOfMaps ? 1 : -1));
         return 1;
     case idMapsTabs:
     case idMapsSideBySide:
     case idMapsSlider:
         return showWay(static_cast<MapsShown>(id - idMapsTabs)), 1;
-    case idBlink:
+    case idBlinkMaps:
         return toggleBlink(), 1;
     case idBlinkFaster:
     case idBlinkSlower:
@@ -389,7 +389,7 @@ void MainWindow::showSeveralCommands(CMenu& popup)
         else if (line.id == idOtherContours) {
             line.checked = map_ && !map_->contoursOf().empty();
             line.enabled = line.enabled || line.checked;
-        } else if (line.id == idBlink)
+        } else if (line.id == idBlinkMaps)
             line.checked = blinking_;
         else if (line.id >= idLinkNothing && line.id <= idLinkCell)
             line.checked = links_.by() == static_cast<LinkBy>(line.id - idLinkNothing);

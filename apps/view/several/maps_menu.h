@@ -11,12 +11,12 @@ namespace pavane
 enum SeveralCommand : unsigned {
     idAddMap = 40801,
     idCloseMap,
-    idNextMap,
-    idPreviousMap,
+    idNextOfMaps,
+    idPreviousOfMaps,
     idMapsTabs,  ///< and the others of MapsShown
     idMapsSideBySide,
     idMapsSlider,
-    idBlink,
+    idBlinkMaps,
     idBlinkFaster,
     idBlinkSlower,
     idLinkNext,
@@ -48,15 +48,15 @@ inline constexpr MenuItem mapPairItems[] = {
 };
 
 inline constexpr MenuItem mapsItems[] = {
-    {"&Next map\tB", idNextMap, nullptr, 0},
-    {"Pre&vious map\tShift+B", idPreviousMap, nullptr, 0},
+    {"&Next map\tB", idNextOfMaps, nullptr, 0},
+    {"Pre&vious map\tShift+B", idPreviousOfMaps, nullptr, 0},
     {"&Close map\tCtrl+W", idCloseMap, nullptr, 0},
     {},
     {"One at a time, with &tabs\tCtrl+Alt+1", idMapsTabs, nullptr, 0},
     {"&Side by side\tCtrl+Alt+2", idMapsSideBySide, nullptr, 0},
     {"Sli&der between two\tCtrl+Alt+3", idMapsSlider, nullptr, 0},
     {},
-    {"&Blink\tCtrl+B", idBlink, nullptr, 0},
+    {"&Blink\tCtrl+B", idBlinkMaps, nullptr, 0},
     {"&Faster (0.2 s at most)\tCtrl+Alt+F", idBlinkFaster, nullptr, 0},
     {"Slo&wer (5 s at most)\tCtrl+Alt+S", idBlinkSlower, nullptr, 0},
     {},

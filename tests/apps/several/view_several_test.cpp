@@ -72,7 +72,7 @@ TEST_F(ViewSeveral, MapsAreAddedChosenAndClosed)
     EXPECT_EQ(window.maps().current(), 1);
     EXPECT_EQ(window.session().map(), path("other.fits"));
     EXPECT_EQ(window.stage().tabs().GetItemCount(), 2);
-    run(window, idNextMap);
+    run(window, idNextOfMaps);
     EXPECT_EQ(window.maps().current(), 0);
     EXPECT_EQ(window.stage().tabs().GetCurSel(), 0);
     EXPECT_EQ(window.session().map(), path("map.fits"));
@@ -89,7 +89,7 @@ TEST_F(ViewSeveral, MapsAreAddedChosenAndClosed)
     for (const unsigned way : {idMapsSideBySide, idMapsSlider, idMapsTabs}) {
         run(window, way);
         for (int i = 0; i < 3; ++i) {
-            run(window, idNextMap);
+            run(window, idNextOfMaps);
             EXPECT_EQ(window.maps().current(), i);
             EXPECT_TRUE(window.view().IsWindowVisible());
         }
@@ -107,12 +107,12 @@ TEST_F(ViewSeveral, AreasArePutAsideWithTheirMapAndAskedForAtTheEnd)
     MainWindow window;
     openTwo(window);
     addArea(window, 1);
-    run(window, idNextMap);
+    run(window, idNextOfMaps);
     EXPECT_EQ(areas(window).count(), 0);
     EXPECT_EQ(copies(), 1U);  // of the areas that were left
     addArea(window, 1);
     addArea(window, 2);
-    run(window, idNextMap);
+    run(window, idNextOfMaps);
     EXPECT_EQ(areas(window).count(), 1);
     EXPECT_TRUE(window.session().isModified());
     answer = IDCANCEL;
@@ -229,7 +229,7 @@ TEST_F(ViewSeveral, ASecondPictureIsThereAtOnce)
     window.SendMessage(WM_TIMER, 3);
     const int drawn[] = {window.viewOf(0).contentDrawings(), window.viewOf(1).contentDrawings()};
     for (int i = 0; i < 4; ++i) {
-        run(window, idNextMap);
+        run(window, idNextOfMaps);
         window.view().UpdateWindow();
     }
     EXPECT_EQ(window.viewOf(0).contentDrawings(), drawn[0]);
@@ -237,11 +237,11 @@ TEST_F(ViewSeveral, ASecondPictureIsThereAtOnce)
     // one place of the sky lies at one pixel of both
     EXPECT_EQ(window.viewOf(0).GetPlot()->getGraphRect(),
               window.viewOf(1).GetPlot()->getGraphRect());
-    run(window, idBlink);
+    run(window, idBlinkMaps);
     window.SendMessage(WM_TIMER, 2);
     EXPECT_EQ(window.stage().front(), 1);
     EXPECT_EQ(window.maps().current(), 0);
-    run(window, idBlink);
+    run(window, idBlinkMaps);
     EXPECT_EQ(window.maps().current(), 1);  // what showed at the end
 }
 
