@@ -29,10 +29,12 @@ constexpr const char* section = "pavane-view";
 constexpr CRect firstPlace(80, 60, 1180, 900);
 constexpr unsigned idStatus = 102, idBar = 103, idTable = 104, idSplit = 105, idModelTable = 106,
                    idPlanes = 107, idSurfaceSplit = 108, idSurfaceView = 109, idAreaTable = 110,
-                   idStage = 111;
+                   idStage = 111, idCurves = 112;
 constexpr int tableWidth = 320;
 /// Of the numbers of areas below the map, which leave it two thirds at least.
 constexpr int numbersHeight = 190;
+/// Of a curve below the map, which leaves it half at least.
+constexpr int curvesHeight = 260;
 /// Of the map beside the components.
 constexpr double mapShare = 0.6;
 
@@ -74,6 +76,8 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
         !areaNumbers_.Create(areaNumbers_.GetWndClassName(), CString(),
                              WS_CHILD | WS_TABSTOP | WS_VSCROLL | WS_HSCROLL, CRect(), this,
                              idAreaTable) ||
+        !curves_.Create(curves_.GetWndClassName(), CString(), WS_CHILD | WS_TABSTOP, CRect(), this,
+                        idCurves) ||
         !planes_.Create(this, idPlanes) || !status_.Create(this, idStatus))
         return -1;
     stage_.ShowMaps(maps_);
@@ -90,6 +94,11 @@ int MainWindow::OnCreate(CREATESTRUCT& cs)
     areaNumbers_.focused = [this] { part_ = Part::areaNumbers; };
     areaNumbers_.left = [this] { view().SetFocus(); };
     areaNumbers_.notice = [this](const CString& text) { status_.SetMessage(text); };
+    curves_.SetMapWindow(&view());
+    curves_.focused = [this] { part_ = Part::curves; };
+    curves_.left = [this] { view().SetFocus(); };
+    curves_.notice = [this](const CString& text) { status_.SetMessage(text); };
+    curves_.savesPicture = [this] { savePicture(); };
     model_.table().focused = [this] { part_ = Part::model; };
     model_.table().left = [this] { view().SetFocus(); };
     view().SetMarks(&model_);
@@ -146,9 +155,12 @@ void MainWindow::layOut(int cx, int cy)
     const int right = showTable_ ? cx - std::min(tableWidth, cx / 2) : cx;
     const int numbers =
         areaNumbers_.isShown() ? foot - std::min(numbersHeight, (foot - head) / 3) : foot;
-    const int planes = isCube() ? std::max(head, numbers - PlaneBar::height()) : numbers;
+    const int curves =
+        curves_.isShown() ? numbers - std::min(curvesHeight, (numbers - head) / 2) : numbers;
+    const int planes = isCube() ? std::max(head, curves - PlaneBar::height()) : curves;
     surfaceSplit_.MoveWindow(CRect(0, head, right, planes));
-    planes_.MoveWindow(CRect(0, planes, right, numbers));
+    planes_.MoveWindow(CRect(0, planes, right, curves));
+    curves_.MoveWindow(CRect(0, curves, right, numbers));
     areaNumbers_.MoveWindow(CRect(0, numbers, right, foot));
     table_.MoveWindow(CRect(right, head, cx, foot));
     status_.MoveWindow(CRect(0, foot, cx, cy));
@@ -397,6 +409,8 @@ void MainWindow::mapStatus(MapWindow& from, const AxisStatus& status)
         pointed_ = status;
     if (map == pointedMap_)
         followPointer(map, status);
+    if (isCurrent(from))
+        curves_.PointerAt(status);
     MapDocument* const document = documentOf(map);
     if (document && !from.IsPlaying())  // the play tells of itself
         status_.SetTexts(document->format().texts(status, document->sky()));
@@ -426,6 +440,7 @@ void MainWindow::mapAreasChanged(MapWindow& from)
         table_.Refresh();
     surface_.SetAreas(areas());
     areaNumbers_.AreasChanged();
+    curves_.AreasChanged(0);
     const std::int64_t wait = session_.changed(areas().IsModified(), now());
     updateTitle();
     if (wait > 0)

@@ -13,6 +13,7 @@
 #include "apps/view/PartWindow.h"
 #include "apps/view/PlaneBar.h"
 #include "apps/view/print_commands.h"
+#include "apps/view/profiles/CurvePanel.h"
 #include "apps/view/recent_files.h"
 #include "apps/view/several/MapLinks.h"
 #include "apps/view/several/MapList.h"
@@ -26,6 +27,7 @@
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
 #include "pavane/axes/dialogs/APalettePlayDlg.h"
 #include "pavane/axes/windows/AAreaTableWnd.h"
+#include "pavane/measures/fits/GaussianFit.h"
 #include "pavane/measures/maps/pair_maps.h"
 #include "pavane/windows/controls/AColorMenu.h"
 #include "pavane/windows/controls/AImageList.h"
@@ -105,6 +107,7 @@ public:
     const std::string& marksFile() const { return marksFile_; }
     AreaNumbersPanel& areaNumbers() { return areaNumbers_; }
     SurfacePanel& surface() { return surface_; }
+    CurvePanel& curves() { return curves_; }
     const AreaSession& session() const { return session_; }
     PlaneBar& planeBar() { return planes_; }
     /// The map that is open, if any, and those that will be are displayed in this style.
@@ -141,7 +144,11 @@ private:
     void mapRangeChanged(MapWindow& from) override;
     void mapAsksForColours() override { showColours(); }
     void mapColoursChanged(MapWindow& from) override;
-    void mapAreaChanging() override { areaNumbers_.AreasChanging(); }
+    void mapAreaChanging() override
+    {
+        areaNumbers_.AreasChanging();
+        curves_.AreasChanged(1);
+    }
     int mapStepPlane(int step) override;
 
     // PlaneBarOwner
@@ -273,6 +280,15 @@ private:
     void setBlinkPace(int step);
     void blink();
     void endBlink();
+    // What is measured
+    int runMeasureCommand(unsigned id);
+    void showMeasureCommands(CMenu& popup);
+    void showCurves(CurvePanel::Kind kind);
+    void askProfileLine();
+    void saveCurve();
+    void fitGaussiansCommand();
+    void addComponents(const GaussianFit& fit);
+    void saveResidualCommand();
 
     // Planes of a cube
     int isCube() const;
@@ -298,6 +314,7 @@ private:
     PartWindow<AAreaTableWnd> table_;
     AreaNumbersPanel areaNumbers_;
     ModelPanel model_;
+    CurvePanel curves_;
     ASplitterWnd surfaceSplit_;  ///< between map, with its components, and surface
     ASplitterWnd split_;
     PlaneBar planes_;
@@ -329,10 +346,13 @@ private:
     AxisStatus pointed_;  ///< the place in the plot that was pointed at last
     double blinkSeconds_ = firstBlinkSeconds;
     int blinking_ = 0;
-    int pointedMap_ = -1;  ///< that the pointer is over
-    int isLed_ = 0;        ///< a linked map leads the others
-    int choosing_ = 0;     ///< another map becomes the current one
-    int modelMap_ = 0;     ///< on which the components lie
+    int pointedMap_ = -1;    ///< that the pointer is over
+    int isLed_ = 0;          ///< a linked map leads the others
+    int choosing_ = 0;       ///< another map becomes the current one
+    int modelMap_ = 0;       ///< on which the components lie
+    GaussianFit fitted_;     ///< to this map, last
+    AreaCells fittedCells_;  ///< where
+    CString fitText_ = "1";  ///< what was asked for last
     int skyRegions_ = 0;
     int copyFailed_ = 0;
     int showTable_ = 0;

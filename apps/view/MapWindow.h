@@ -24,6 +24,22 @@ public:
     virtual void pressOn(const ABAxis& axis, CPoint point) = 0;
 };
 
+/// A line over the map that is dragged with the left button, whatever the tool.
+class MapLine
+{
+public:
+    virtual ~MapLine() = default;
+    virtual int isShown() const = 0;
+    /// Draws in the axis as it is laid out for the context. `update`: the pixels of the window that
+    /// are painted; null for a picture.
+    virtual void drawOver(CDC& dc, const ABAxis& axis, const CRect* update) = 0;
+    /// The button went down there: non-zero when that drags it.
+    virtual int beginDrag(const ABAxis& axis, CPoint point) = 0;
+    virtual void dragTo(const ABAxis& axis, CPoint point) = 0;
+    /// `keep`: 0 takes the drag back.
+    virtual void endDrag(int keep) = 0;
+};
+
 class MapWindow;
 
 /// What a map window tells the main window, which has one for each of its maps.
@@ -75,6 +91,8 @@ public:
         Invalidate();
     }
     const SkyMarkLayer& GetSkyMarks() const { return skyMarks_; }
+    /// Not owned; null for none.
+    void SetLine(MapLine* line) { line_ = line; }
     /// The areas were replaced behind the window's back.
     void FollowAreas()
     {
@@ -144,6 +162,8 @@ protected:
     void OnMouseMove(unsigned flags, CPoint point) override
     {
         owner_.mapPointed(*this, 1);
+        if (isLineDragged_ && GetPlot())
+            line_->dragTo(*GetPlot(), point);
         AAxisWnd::OnMouseMove(flags, point);
     }
     void OnMouseLeave() override
@@ -153,6 +173,8 @@ protected:
     }
     void OnKeyDown(unsigned key, unsigned repeat, unsigned flags) override
     {
+        if (isLineDragged_ && static_cast<int>(key) == VK_ESCAPE)
+            return endLineDrag(0);
         const int step = key == VK_NEXT ? 1 : key == VK_PRIOR ? -1 : 0;
         const int isPlain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_SHIFT) >= 0;
         if (step == 0 || !isPlain || !owner_.mapStepPlane(step))
@@ -165,7 +187,10 @@ protected:
         owner_.mapAsksForColours();
         return 1;
     }
-    int isBare() const override { return AAxisWnd::isBare() && !hasMarks() && !skyMarks_.placed(); }
+    int isBare() const override
+    {
+        return AAxisWnd::isBare() && !hasMarks() && !skyMarks_.placed() && !hasLine();
+    }
     void drawIntoPicture(CDC& dc) override
     {
         AAxisWnd::drawIntoPicture(dc);
@@ -177,9 +202,32 @@ protected:
     /// Marks are picked beside what the press does to areas: they may lie in one.
     int takePress(unsigned flags, CPoint point) override
     {
+        if (line_ && GetPlot() && line_->beginDrag(*GetPlot(), point)) {
+            isLineDragged_ = 1;
+            SetCapture();
+            return 1;
+        }
         if (hasMarks() && GetTrackers()->mode() == toolArrow)
             marks_->pressOn(*GetPlot(), point);
         return AAxisWnd::takePress(flags, point);
+    }
+    void OnLButtonUp(unsigned flags, CPoint point) override
+    {
+        if (isLineDragged_)
+            return endLineDrag(1);
+        AAxisWnd::OnLButtonUp(flags, point);
+    }
+    void OnRButtonDown(unsigned flags, CPoint point) override
+    {
+        if (isLineDragged_)
+            return endLineDrag(0);
+        AAxisWnd::OnRButtonDown(flags, point);
+    }
+    void OnCaptureChanged(CWnd* next) override
+    {
+        if (isLineDragged_ && next != this)
+            endLineDrag(0);
+        AAxisWnd::OnCaptureChanged(next);
     }
 
 private:
@@ -193,16 +241,28 @@ private:
         if (GetPlot() && skyMarks_.placed())
             skyMarks_.draw(dc, *GetPlot());
     }
+    void endLineDrag(int keep)
+    {
+        isLineDragged_ = 0;
+        if (GetCapture() == this)
+            ReleaseCapture();
+        line_->endDrag(keep);
+    }
+    int hasLine() const { return line_ && GetPlot() && line_->isShown(); }
     int hasMarks() const { return marks_ && GetPlot() && marks_->isShown(); }
     void drawMarks(CDC& dc, const CRect* update)
     {
         if (hasMarks())
             marks_->drawOver(dc, *GetPlot(), update);
+        if (hasLine())
+            line_->drawOver(dc, *GetPlot(), update);
     }
 
     MapWindowOwner& owner_;
     MapMarks* marks_ = nullptr;
     SkyMarkLayer skyMarks_;
+    MapLine* line_ = nullptr;
+    int isLineDragged_ = 0;
     int areaNames_ = 0;
 };
 

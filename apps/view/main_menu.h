@@ -72,6 +72,16 @@ enum ViewCommand : unsigned {
     idOpenMarks = 40641,
     idNoMarks,
     idSaveWork,
+    // of what is measured
+    idProfile = 40651,
+    idSpectrum,
+    idHistogram,
+    idProfileLine,
+    idKeepCurve,
+    idForgetCurves,
+    idSaveCurve,
+    idFitGaussians,
+    idFitResidual,
     // of the surface beside the map
     idSurfaceStyle = 40701,  ///< one for each of surfaceStyles
     idSurfaceFloor = 40711,  ///< and the SurfaceFloor bits
@@ -222,6 +232,20 @@ inline constexpr MenuItem areaItems[] = {
     {"Numbers of all plan&es", idNumbersOfPlanes, nullptr, 0},
 };
 
+inline constexpr MenuItem measureItems[] = {
+    {"&Profile along a line\tF8", idProfile, nullptr, 0},
+    {"&Line of the profile...\tShift+F8", idProfileLine, nullptr, 0},
+    {"&Spectrum\tCtrl+F8", idSpectrum, nullptr, 0},
+    {"&Histogram\tCtrl+Shift+F8", idHistogram, nullptr, 0},
+    menuLine,
+    {"&Keep this curve\tCtrl+K", idKeepCurve, nullptr, 0},
+    {"&Forget what was kept", idForgetCurves, nullptr, 0},
+    {"Save the &numbers of the curve...", idSaveCurve, nullptr, 0},
+    menuLine,
+    {"Fit &Gaussians...\tF9", idFitGaussians, nullptr, 0},
+    {"Save the map &without them...", idFitResidual, nullptr, 0},
+};
+
 inline constexpr MenuItem viewItems[] = {
     {"&Palette", 0, paletteItems, std::size(paletteItems)},
     {"&Scale", 0, scaleItems, std::size(scaleItems)},
@@ -263,9 +287,13 @@ inline constexpr MenuItem helpItems[] = {
 };
 
 inline constexpr MenuItem mainItems[] = {
-    {"&File", 0, fileItems, std::size(fileItems)},  {"&Edit", 0, editItems, std::size(editItems)},
-    {"&Areas", 0, areaItems, std::size(areaItems)}, {"&View", 0, viewItems, std::size(viewItems)},
-    {"&Maps", 0, mapsItems, std::size(mapsItems)},  {"&Help", 0, helpItems, std::size(helpItems)},
+    {"&File", 0, fileItems, std::size(fileItems)},
+    {"&Edit", 0, editItems, std::size(editItems)},
+    {"&Areas", 0, areaItems, std::size(areaItems)},
+    {"&View", 0, viewItems, std::size(viewItems)},
+    {"Mea&sure", 0, measureItems, std::size(measureItems)},
+    {"&Maps", 0, mapsItems, std::size(mapsItems)},
+    {"&Help", 0, helpItems, std::size(helpItems)},
 };
 
 /// The popup of a menu bar whose first line has the identifier; null for none.

@@ -29,6 +29,8 @@ Part MainWindow::part()
         part_ = Part::areaNumbers;
     else if (isWithin(focus, &model_.table()))
         part_ = Part::model;
+    else if (isWithin(focus, &curves_))
+        part_ = Part::curves;
     else if (isWithin(focus, &planes_))
         part_ = Part::planes;
     else if (isWithin(focus, &surface_.window()))
@@ -39,10 +41,11 @@ Part MainWindow::part()
 /// The next part that shows, round the end.
 void MainWindow::goToPart(int step)
 {
-    constexpr int parts = 6;
+    constexpr int parts = 7;
     const auto shows = [this](Part wanted) {
         return wanted == Part::map || (wanted == Part::planes && isCube()) || tableOf(wanted) ||
-               (wanted == Part::surface && surface_.isShown());
+               (wanted == Part::surface && surface_.isShown()) ||
+               (wanted == Part::curves && curves_.isShown());
     };
     int next = static_cast<int>(part());
     do {
@@ -52,6 +55,10 @@ void MainWindow::goToPart(int step)
         return planes_.FocusNumber();
     if (static_cast<Part>(next) == Part::surface) {
         surface_.window().SetFocus();
+        return;
+    }
+    if (static_cast<Part>(next) == Part::curves) {
+        curves_.SetFocus();
         return;
     }
     ATableWnd* const table = tableOf(static_cast<Part>(next));

@@ -9,7 +9,7 @@ namespace pavane
 {
 
 /// The parts of the window that F6 goes round.
-enum class Part : std::uint8_t { map, numbers, model, planes, surface, areaNumbers };
+enum class Part : std::uint8_t { map, numbers, model, planes, surface, areaNumbers, curves };
 
 /// A line of the menu that means something else in each part: its text there, and the command of
 /// the part's table. A null text: nothing of the kind there.

@@ -53,8 +53,10 @@ int MainWindow::showPlane(int plane)
     readingPlane_ = 0;
     if (shown)
         view().ContentChanged();
-    if (shown)
+    if (shown) {
         areaNumbers_.SetMap(map_.get());
+        curves_.SetMap(map_.get());
+    }
     if (shown && play_)
         play_->MapChanged();
     if (shown)

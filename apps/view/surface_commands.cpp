@@ -94,10 +94,12 @@ int MainWindow::runSurfaceCommand(unsigned id)
     return 1;
 }
 
-/// What is copied, printed and saved, and whose views are gone through: the map, or the surface
-/// while it has the keyboard.
+/// What is copied, printed and saved, and whose views are gone through: the map, or the surface or
+/// the curves while they have the keyboard.
 APlotWnd& MainWindow::shownPicture()
 {
+    if (part() == Part::curves && curves_.isShown())
+        return curves_;
     return part() == Part::surface && surface_.isShown() ? static_cast<APlotWnd&>(surface_.window())
                                                          : view();
 }

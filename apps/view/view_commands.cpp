@@ -51,8 +51,8 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
            runSeveralCommand(id) || runSurfaceCommand(id) || runSkyCommand(id) ||
-           runMarkCommand(id) || runWorkCommand(id) || runAreaCommand(id) ||
-           AreaWindow::OnCommand(id, code, control) || view().RunCommand(id);
+           runMeasureCommand(id) || runMarkCommand(id) || runWorkCommand(id) ||
+           runAreaCommand(id) || AreaWindow::OnCommand(id, code, control) || view().RunCommand(id);
 }
 
 int MainWindow::runViewCommand(unsigned id)
@@ -203,6 +203,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
     showSkyCommands(popup);
     showMarkCommands(popup);
     showAreaCommands(popup);
+    showMeasureCommands(popup);
     showPartCommands(popup);
 }
 

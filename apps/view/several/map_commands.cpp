@@ -101,6 +101,7 @@ void MainWindow::leaveCurrentMap()
     if (surface_.isShown())
         surface_.Show(nullptr);
     areaNumbers_.SetMap(nullptr);
+    curves_.SetMap(nullptr);
     closeMapDialogs();
     dirtyBeam_.forget();
     view().SetToolBar(nullptr);
@@ -166,6 +167,8 @@ void MainWindow::currentMapIsOther()
     MapWindow& window = view();
     table_.SetAxisWnd(&window);
     areaNumbers_.SetAxisWnd(&window);
+    curves_.SetMapWindow(&window);
+    fitted_ = {};
     surface_.SetAxisWnd(&window);
     window.SetToolBar(&bar_);
     window.SetComboBox(&list_);
@@ -174,6 +177,7 @@ void MainWindow::currentMapIsOther()
     if (!map_)
         return;
     areaNumbers_.SetMap(map_.get());
+    curves_.SetMap(map_.get());
     followDisplay();
     (void)map_->showGrid(options_.skyGrid);
     if (!model_.session().isOpen())
