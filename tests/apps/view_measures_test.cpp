@@ -98,7 +98,8 @@ TEST_F(ViewWindow, FittedGaussiansBecomeComponents)
 {
     AMatrix<float> cells(48, 64);
     for (int i = 0; i < 48 * 64; ++i) {
-        const double x = i % 64 - 40.0, y = i / 64 - 20.0;
+        const int row = i / 64;
+        const double x = i % 64 - 40.0, y = row - 20.0;
         cells.data()[i] = static_cast<float>(2 * std::exp(-0.02 * x * x - 0.05 * y * y));
     }
     MapHeader header;
