@@ -112,6 +112,7 @@ int saveCollection(const std::string& file, const ARPTrackerArray& areas, std::s
 std::vector<AreaLabel> labelsOf(const ARPTrackerArray& areas)
 {
     std::vector<AreaLabel> labels;
+    labels.reserve(static_cast<std::size_t>(areas.count()));
     for (int i = 0; i < areas.count(); ++i)
         labels.push_back(areas(i)->label());
     return labels;

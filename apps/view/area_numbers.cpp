@@ -106,7 +106,7 @@ int fillAreaTable(const ViewOptions& options, const ViewInputs& inputs, AreaTabl
         // the first one is that of the inputs
         if ((i && !readMapContent(options.map, plane, read, error, tell)) ||
             !addPlane(content, plane, inputs.measured, emptyArea, table, error)) {
-            error = options.map + ": " + error;
+            error.insert(0, options.map + ": ");
             return 0;
         }
     }
