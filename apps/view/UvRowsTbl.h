@@ -1,6 +1,6 @@
 #pragma once
 
-#include "pavane/tables/ATableWnd.h"
+#include "apps/view/ValuesTbl.h"
 #include "tessel/uvfits/UvPlotRows.h"
 
 #include <vector>
@@ -8,9 +8,23 @@
 namespace pavane
 {
 
-/// The visibilities that a rectangle of the plot held: sorted by a click on a title, found in,
-/// copied, printed and saved as text.
-class UvRowsTbl : public ATableWnd
+/// Visibilities of a file, which is not owned, as a table.
+struct UvRowTable {
+    const AUVXFile* file = nullptr;
+    std::vector<UvPointOrigin> rows;
+
+    static int columns();
+    static CString title(int column);
+    static CString tip(int column);
+    static int width(int column);
+    static int isText(int column);
+    CString text(int row, int column) const;
+    CString shortText(int row, int column) const { return text(row, column); }
+    int number(int row, int column, double& value) const;
+};
+
+/// The visibilities that a rectangle of the plot held, in a window.
+class UvRowsTbl : public ValuesTbl<UvRowTable>
 {
 public:
     UvRowsTbl();
@@ -18,19 +32,10 @@ public:
     void SetVisibilities(const AUVXFile* file, std::vector<UvPointOrigin> rows);
 
     const char* GetWndClassName() override { return "UvRowsTbl"; }
-    CString hdrCellAsStr(int row, int column, void* context) override;
-    CString cellAsStr(int row, int column, void* context) override;
-    int cellNumber(int row, int column, double& value) override;
     CString profileSection() override { return "pavane-view list of visibilities"; }
-    CString OnToolTip(CPoint point) override;
-    void drawHeaderCell(CDC& dc, CRect& rect, int row, int column) override;
-    void drawCell(CDC& dc, CRect& rect, int row, int column, int state) override;
 
 private:
-    const UvPointOrigin& rowAt(int row) const;
-
-    const AUVXFile* file_ = nullptr;
-    std::vector<UvPointOrigin> rows_;
+    UvRowTable shown_;
 };
 
 }  // namespace pavane
