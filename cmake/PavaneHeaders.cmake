@@ -486,6 +486,7 @@ set(PAVANE_REACHED_HEADERS
     tessel/sky_turn.h
     tessel/uvfits/Distinct.h
     tessel/uvfits/UvChoice.h
+    tessel/uvfits/UvClasses.h
     tessel/uvfits/UvPlotRows.h
     tessel/uvfits/UvSlices.h
     tessel/uvfits/UvTimes.h

@@ -2,6 +2,7 @@
 
 #include "tessel/uvfits/UvChoice.h"
 #include "tessel/uvfits/UvPlotRows.h"
+#include "tessel/uvfits/UvTimeMeans.h"
 
 #include <algorithm>
 #include <bit>
@@ -20,6 +21,9 @@ constexpr std::size_t blockPoints = std::size_t{1} << 18;
 constexpr std::size_t mostPlaces = std::size_t{1} << 14;
 /// Thinning ends here: what is left then are equal points, of which all look like one.
 constexpr std::int64_t mostThinning = std::int64_t{1} << 32;
+/// Bytes in which what a mean is made of is looked for, from its first group on.
+constexpr std::int64_t mostOfMean = std::int64_t{1} << 28;
+constexpr double secondsPerDay = 86400;
 
 /// Whether a point stays when one in `thinning`, a power of two, does. What it is decides, so that
 /// neither order nor rhythm of the file shows.
@@ -44,11 +48,14 @@ void stretch(double value, double& least, double& greatest)
 
 UvPlotPoints::UvPlotPoints(AUVXFile& file, UvMarks marks, std::size_t mostPoints,
                            const UvView& view)
-    : file_(file), slices_(file), marks_(std::move(marks)), mostPoints_(mostPoints), placing_(view)
+    : file_(file), slices_(file), marks_(std::move(marks)), mostPoints_(mostPoints), placing_(view),
+      classes_(view.colour)
 {
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
     choice_ = std::make_unique<UvChoice>(file, marks_);
+    if (view.seconds > 0)
+        means_ = std::make_unique<UvTimeMeans>(file, *choice_, view.seconds);
 }
 
 UvPlotPoints::~UvPlotPoints() = default;
@@ -57,10 +64,18 @@ int UvPlotPoints::step(std::int64_t bytes)
 {
     constexpr int what = UvGroups::baselines | UvGroups::origins | UvGroups::places |
                          UvGroups::times | UvGroups::cellValues;
-    return slices_.step(bytes, what, [this](const UvGroups& groups) {
+    const int goesOn = slices_.step(bytes, what, [this](const UvGroups& groups) {
         for (int i = 0; i < groups.count; ++i)
             takeGroup(groups, i);
     });
+    if (goesOn || !means_ || !error().empty())
+        return goesOn;
+    try {
+        means_->finish([this](const UvPointOrigin& mean) { takeMean(mean); });
+    } catch (const std::bad_alloc&) {
+        slices_.fail("needs more memory than there is");
+    }
+    return 0;
 }
 
 void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
@@ -70,6 +85,8 @@ void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
     if (!marks_.times.holds(groups.time[g]))
         return;
     ++totals_.groups;
+    if (means_)
+        return averageGroup(groups, i);
     const double* frequency = choice_->frequenciesOf(groups, g);
     const double u = groups.u[g];
     const double v = groups.v[g];
@@ -95,7 +112,9 @@ void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
                 stretch(amplitude, totals_.leastAmplitude, totals_.greatestAmplitude);
                 ++plotted_;
                 if (!isKept || !placing_.isCoverage())
-                    keep(across * hertz, placing_.y(v * hertz, amplitude), groups.first + i);
+                    keep(across * hertz, placing_.y(v * hertz, amplitude), groups.first + i,
+                         hasColours() ? classes_.add(uvOrigin(groups, i, {f, c, s}, hertz, value))
+                                      : std::uint16_t{0});
                 isKept = 1;
             }
             if (plotted_ == plottedBefore)
@@ -105,13 +124,50 @@ void UvPlotPoints::takeGroup(const UvGroups& groups, int i)
         }
 }
 
-void UvPlotPoints::keep(double x, double y, std::int64_t group)
+void UvPlotPoints::averageGroup(const UvGroups& groups, int i)
+{
+    const UvHeader& header = file_.header();
+    for (int f = 0; f < header.ifs; ++f)
+        for (int c = 0; c < header.channels; ++c)
+            for (int s = 0; s < choice_->stokesCount(); ++s) {
+                const UvVisibility value = file_.visibility(groups, i, f, c, s);
+                ++totals_.visibilities;
+                totals_.flagged += !(value.weight > 0);
+                totals_.notFinite += !isFinite(value);
+            }
+    if (!means_->add(groups, i, [this](const UvPointOrigin& mean) { takeMean(mean); }))
+        slices_.fail(UvTimeMeans::tooMany);
+}
+
+void UvPlotPoints::takeMean(const UvPointOrigin& mean)
+{
+    const double distance = std::hypot(mean.u, mean.v);
+    if (!std::isfinite(distance))
+        return;
+    const double amplitude = amplitudeOf(mean.value);
+    stretch(amplitude, totals_.leastAmplitude, totals_.greatestAmplitude);
+    stretch(distance, totals_.leastUv, totals_.greatestUv);
+    // another hand of the channel that was taken last
+    const UvPointOrigin last = std::exchange(lastMean_, mean);
+    const int isSamePlace =
+        plotted_++ > 0 && mean.stokes > last.stokes && mean.channel == last.channel &&
+        mean.ifIndex == last.ifIndex && mean.antenna1 == last.antenna1 &&
+        mean.antenna2 == last.antenna2 && mean.subarray == last.subarray &&
+        std::fabs(mean.time - last.time) * secondsPerDay < placing_.view().seconds;
+    if (!isSamePlace || !placing_.isCoverage())
+        keep(placing_.x(mean.u, mean.v), placing_.y(mean.v, amplitude), mean.group,
+             hasColours() ? classes_.add(mean) : std::uint16_t{0});
+    if (!isSamePlace)
+        keepPlace(mean.u, mean.v);
+}
+
+void UvPlotPoints::keep(double x, double y, std::int64_t group, std::uint16_t colour)
 {
     stretch(x, range_.leastX, range_.greatestX);
     stretch(y, range_.leastY, range_.greatestY);
     constexpr std::int64_t last = std::numeric_limits<std::uint32_t>::max();
     const UvPlotPoint point = {static_cast<float>(x), static_cast<float>(y),
-                               static_cast<std::uint32_t>(std::min(group, last))};
+                               static_cast<std::uint32_t>(std::min(group, last)), colour};
     if (mostPoints_ == 0 || !staysIn(point, thinning_))
         return;
     if (kept_ >= mostPoints_)
@@ -129,6 +185,8 @@ void UvPlotPoints::append(const UvPlotPoint& point)
     block.x.push_back(point.x);
     block.y.push_back(point.y);
     block.group.push_back(point.group);
+    if (hasColours())
+        block.colour.push_back(point.colour);
     ++kept_;
 }
 
@@ -141,7 +199,9 @@ void UvPlotPoints::thinOut()
             // what was taken out goes back into the same block or one before it
             const UvPointBlock from = std::exchange(blocks_[b], UvPointBlock());
             for (std::size_t i = 0; i < from.x.size(); ++i)
-                if (const UvPlotPoint point = {from.x[i], from.y[i], from.group[i]};
+                if (const UvPlotPoint point = {from.x[i], from.y[i], from.group[i],
+                                               from.colour.empty() ? std::uint16_t{0}
+                                                                   : from.colour[i]};
                     staysIn(point, thinning_))
                     append(point);
         }
@@ -190,7 +250,7 @@ int UvPlotPoints::nearest(double x, double y, double xOfPixel, double yOfPixel, 
 int UvPlotPoints::originOf(const UvPlotPoint& point, UvPointOrigin& origin)
 {
     try {
-        return findOrigin(point, origin);
+        return means_ ? findMean(point, origin) : findOrigin(point, origin);
     } catch (const std::bad_alloc&) {
         return 0;
     }
@@ -220,6 +280,47 @@ int UvPlotPoints::findOrigin(const UvPlotPoint& point, UvPointOrigin& origin)
                 return 1;
             }
     return 0;
+}
+
+/// Makes the mean again from the groups of its baseline from its first one on.
+int UvPlotPoints::findMean(const UvPlotPoint& point, UvPointOrigin& origin)
+{
+    constexpr int what = UvGroups::baselines | UvGroups::origins | UvGroups::places |
+                         UvGroups::times | UvGroups::cellValues;
+    int isFound = 0;
+    int hasEnded = 0;
+    const auto take = [&](const UvPointOrigin& mean) {
+        hasEnded = 1;
+        const double x = placing_.x(mean.u, mean.v);
+        const double y = placing_.y(mean.v, amplitudeOf(mean.value));
+        if (isFound || mean.group != point.group || static_cast<float>(x) != point.x ||
+            static_cast<float>(y) != point.y)
+            return;
+        origin = mean;
+        isFound = 1;
+    };
+    UvTimeMeans means(file_, *choice_, placing_.view().seconds);
+    UvGroups first;
+    UvGroups groups;
+    if (!file_.readGroups(point.group, 1, what, first))
+        return 0;
+    const std::int64_t end = std::min<std::int64_t>(
+        file_.header().groups,
+        point.group + 1 + mostOfMean / std::max<std::int64_t>(1, file_.groupBytes()));
+    for (std::int64_t at = point.group; at < end && !hasEnded; at += groups.count) {
+        const auto count = static_cast<int>(std::min<std::int64_t>(file_.blockGroups(), end - at));
+        if (!file_.readGroups(at, count, what, groups))
+            return 0;
+        for (std::size_t g = 0; g < static_cast<std::size_t>(count) && !hasEnded; ++g)
+            if (groups.antenna1[g] == first.antenna1[0] &&
+                groups.antenna2[g] == first.antenna2[0] &&
+                groups.subarray[g] == first.subarray[0] && groups.source[g] == first.source[0] &&
+                groups.selection[g] == first.selection[0] && marks_.times.holds(groups.time[g]))
+                (void)means.add(groups, static_cast<int>(g), take);
+    }
+    if (!hasEnded)
+        means.finish(take);
+    return isFound;
 }
 
 }  // namespace pavane

@@ -1,7 +1,9 @@
 #include "tessel/uvfits/UvPlotRows.h"
 
 #include "tessel/uvfits/UvChoice.h"
+#include "tessel/uvfits/UvTimeMeans.h"
 
+#include <new>
 #include <utility>
 
 namespace pavane
@@ -24,6 +26,7 @@ UvPointOrigin uvOrigin(const UvGroups& groups, int i, const UvCell& cell, double
     origin.stokes = cell.stokes;
     origin.u = groups.u[g] * hertz;
     origin.v = groups.v[g] * hertz;
+    origin.w = groups.w[g] * hertz;
     origin.value = value;
     return origin;
 }
@@ -36,6 +39,8 @@ UvPlotRows::UvPlotRows(AUVXFile& file, UvMarks marks, const UvView& view, const 
     if (!marks_.stokes.count())
         marks_.stokes = usualStokes(file.header());
     choice_ = std::make_unique<UvChoice>(file, marks_);
+    if (view.seconds > 0)
+        means_ = std::make_unique<UvTimeMeans>(file, *choice_, view.seconds);
 }
 
 UvPlotRows::~UvPlotRows() = default;
@@ -44,10 +49,18 @@ int UvPlotRows::step(std::int64_t bytes)
 {
     constexpr int what = UvGroups::baselines | UvGroups::origins | UvGroups::places |
                          UvGroups::times | UvGroups::cellValues;
-    return slices_.step(bytes, what, [this](const UvGroups& groups) {
+    const int goesOn = slices_.step(bytes, what, [this](const UvGroups& groups) {
         for (int i = 0; i < groups.count; ++i)
             takeGroup(groups, i);
     });
+    if (goesOn || !means_ || !error().empty())
+        return goesOn;
+    try {
+        means_->finish([this](const UvPointOrigin& mean) { takeRow(mean); });
+    } catch (const std::bad_alloc&) {
+        slices_.fail("needs more memory than there is");
+    }
+    return 0;
 }
 
 int UvPlotRows::holds(double x, double y) const
@@ -59,11 +72,25 @@ int UvPlotRows::holds(double x, double y) const
     return isIn(x, y) || (placing_.isCoverage() && isIn(-x, -y));
 }
 
+void UvPlotRows::takeRow(const UvPointOrigin& row)
+{
+    if (!holds(placing_.x(row.u, row.v), placing_.y(row.v, amplitudeOf(row.value))))
+        return;
+    ++count_;
+    if (rows_.size() < most_)
+        rows_.push_back(row);
+}
+
 void UvPlotRows::takeGroup(const UvGroups& groups, int i)
 {
     const auto g = static_cast<std::size_t>(i);
     if (!marks_.times.holds(groups.time[g]))
         return;
+    if (means_) {
+        if (!means_->add(groups, i, [this](const UvPointOrigin& mean) { takeRow(mean); }))
+            slices_.fail(UvTimeMeans::tooMany);
+        return;
+    }
     const double* frequency = choice_->frequenciesOf(groups, g);
     const UvHeader& header = file_.header();
     const double across = placing_.x(groups.u[g], groups.v[g]);

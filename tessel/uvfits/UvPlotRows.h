@@ -16,21 +16,24 @@ namespace pavane
 {
 
 class UvChoice;
+class UvTimeMeans;
 
 /// A range of x and y, both ends included; none while the least is above the greatest.
 struct UvRange {
     double leastX = 1, greatestX = 0, leastY = 1, greatestY = 0;
 };
 
-/// A plotted visibility and where it comes from; numbers as UvGroups has them, indices from 0.
+/// A plotted visibility, or mean of some, and where it comes from; numbers as UvGroups has them,
+/// indices from 0.
 struct UvPointOrigin {
-    std::int64_t group = 0;
+    std::int64_t group = 0;  ///< of a mean the first
     int subarray = 1, antenna1 = -1, antenna2 = -1;
     int source = 1, selection = 1;
     double time = 0;
     int ifIndex = 0, channel = 0, stokes = 0;
-    double u = 0, v = 0;  ///< wavelengths
+    double u = 0, v = 0, w = 0;  ///< wavelengths
     UvVisibility value;
+    std::int64_t count = 1;  ///< visibilities that are in it
 };
 
 /// Which visibility of a group, from 0.
@@ -44,8 +47,8 @@ UvPointOrigin uvOrigin(const UvGroups& groups, int i, const UvCell& cell, double
 
 /// The visibilities that a rectangle of a plot holds, in the order of the file: each one that is
 /// plotted there (UvPlotPoints), of the coverage all hands, and those whose mirror image lies in
-/// it. Reads all groups of the file once, in slices. May be dropped at any time. The file outlives
-/// it.
+/// it; where means are plotted, these, as they end. Reads all groups of the file once, in slices.
+/// May be dropped at any time. The file outlives it.
 class PAVANE_API UvPlotRows
 {
 public:
@@ -71,6 +74,7 @@ public:
 
 private:
     void takeGroup(const UvGroups& groups, int i);
+    void takeRow(const UvPointOrigin& row);
     int holds(double x, double y) const;
 
     AUVXFile& file_;
@@ -82,6 +86,7 @@ private:
     std::int64_t count_ = 0;
     std::vector<UvPointOrigin> rows_;
     std::unique_ptr<UvChoice> choice_;
+    std::unique_ptr<UvTimeMeans> means_;  ///< null: each visibility by itself
 };
 
 }  // namespace pavane

@@ -9,7 +9,10 @@
 namespace pavane
 {
 
-/// What a plot of single visibilities shows of each: its x and its y.
+/// What visibilities of a plot have in common that are drawn in one colour.
+enum class UvColour : std::uint8_t { none, baseline, telescope, ifs, source };
+
+/// What a plot of single visibilities shows of each: its x, its y and its colour.
 struct UvView {
     enum class Kind : std::uint8_t {
         distance,   ///< amplitude (Jy) against the distance in the plane of u and v (wavelengths)
@@ -18,8 +21,12 @@ struct UvView {
     };
     Kind kind = Kind::distance;
     double angle = 0;  ///< of the direction, degrees from v, north, through u, east; of projected
+    UvColour colour = UvColour::none;
+    double seconds = 0;  ///< above 0: means over so long are plotted (UvTimeMeans)
 
     friend bool operator==(const UvView&, const UvView&) = default;
+    /// Whether points of both have the same x and y, means or not.
+    int hasAxesOf(const UvView& other) const { return kind == other.kind && angle == other.angle; }
 };
 
 /// Jy, say; squares of single precision do not overflow.

@@ -23,8 +23,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     marks.scanTable = scan.foundScans();
     marks.scans = pavane::ABitArray(static_cast<int>(marks.scanTable.size()));
     marks.scans.set(0);
-    pavane::UvPlotPoints points(file, marks, 100);
-    while (points.step(1)) {
+    const pavane::UvView means = {pavane::UvView::Kind::coverage, 0, pavane::UvColour::telescope,
+                                  7};
+    for (const pavane::UvView& view : {pavane::UvView(), means}) {
+        pavane::UvPlotPoints points(file, marks, 100, view);
+        while (points.step(1)) {
+        }
     }
     return 0;
 }
