@@ -113,13 +113,19 @@ std::string StatusFormat::skyText(const SkyCoordinates& sky, double column, doub
     const SkyFrame& frame = sky.skyFrame();
     const bool isGalactic = frame.system == SkyFrame::System::galactic;
     if (isGalactic || frame.system == SkyFrame::System::ecliptic)
-        return (isGalactic ? "l " : "\u03bb ") + nValToStr(ra, degreeDecimals_) +
-               (isGalactic ? "\u00b0  b " : "\u00b0  \u03b2 ") + sign +
-               nValToStr(dec, degreeDecimals_) + "\u00b0  " + nameOf(frame);
-    const std::string name = frame.system == SkyFrame::System::icrs ? "ICRS"
-                             : frame.system == SkyFrame::System::fk4
-                                 ? "B" + valToStr(frame.equinox)
-                                 : "J" + valToStr(frame.equinox);
+        return std::string(isGalactic ? "l " : "\u03bb ")
+            .append(nValToStr(ra, degreeDecimals_))
+            .append(isGalactic ? "\u00b0  b " : "\u00b0  \u03b2 ")
+            .append(sign)
+            .append(nValToStr(dec, degreeDecimals_))
+            .append("\u00b0  ")
+            .append(nameOf(frame));
+    const auto equinoxOf = [&](char letter) {
+        return std::string(1, letter).append(valToStr(frame.equinox));
+    };
+    const std::string name = frame.system == SkyFrame::System::icrs  ? "ICRS"
+                             : frame.system == SkyFrame::System::fk4 ? equinoxOf('B')
+                                                                     : equinoxOf('J');
     return timeToStr(ra / degreesPerHour * arcsecondsPerDegree, raDecimals_) + "  " + sign +
            timeToStr(dec * arcsecondsPerDegree, decDecimals_) + "  " + name;
 }

@@ -63,8 +63,8 @@ MainWindow& window()
                 std::abort();
         }
         made->Show();
-        made->SendMessage(WM_COMMAND, idBlink);  // draws both
-        made->SendMessage(WM_COMMAND, idBlink);
+        made->SendMessage(WM_COMMAND, idBlinkMaps);  // draws both
+        made->SendMessage(WM_COMMAND, idBlinkMaps);
         showAll();
         return made;
     }();
@@ -75,7 +75,7 @@ void blink(benchmark::State& state)
 {
     MainWindow& shown = window();
     for (auto _ : state) {
-        shown.SendMessage(WM_COMMAND, idNextMap);
+        shown.SendMessage(WM_COMMAND, idNextOfMaps);
         shown.view().UpdateWindow();
         showAll();
     }

@@ -20,7 +20,7 @@ constexpr int frameWidth = 2;
 std::string tabText(std::string name)
 {
     for (std::size_t at = 0; (at = name.find('&', at)) != std::string::npos; at += 2)
-        name.insert(at, "&");
+        name.insert(at, 1, '&');
     return name;
 }
 
