@@ -71,8 +71,7 @@ def contours():
     def job():
         figure = plt.figure(figsize=(10, 10), dpi=100)
         axes = figure.add_subplot(projection=first)
-        axes.set_xlim(-.5, 1023.5)
-        axes.set_ylim(-.5, 1023.5)
+        axes.imshow(hills, origin="lower")
         axes.contour(hills, levels=[-1.1, -.8, -.5, -.2, .1, .4, .7, .9, 1.1, 1.3], colors="k",
                      transform=axes.get_transform(second))
         figure.canvas.draw()

@@ -6,6 +6,7 @@
 #include "pavane/axes/maps/AColorsGraph.h"
 #include "pavane/axes/maps/cells/StoppableCells.h"
 #include "pavane/axes/maps/device_strokes.h"
+#include "pavane/axes/maps/straight_runs.h"
 #include "pavane/axes/SelectedObject.h"
 #include "tessel/rounding.h"
 
@@ -22,6 +23,8 @@ namespace
 
 /// Points closer than this part of the font height to the one before are left out.
 constexpr double finestPart = 0.01;
+/// Points nearer to a straight run than this part of it are, too: some hundredths of a pixel.
+constexpr double straightPart = 0.15;
 /// Lines are this part of the font height wide.
 constexpr int widthPart = 18;
 /// Luma (Rec. ITU-R BT.601) above which a colour counts as light.
@@ -56,6 +59,7 @@ void toDevice(const ABMapGraph& map, const CPointF* points, const ContourLine& l
         }
         device.push_back(p);
     }
+    keepStraightRuns(device, finest * straightPart);
 }
 
 }  // namespace

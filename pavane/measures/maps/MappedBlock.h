@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tessel/CellMapping.h"
+#include "tessel/MappedPatch.h"
 
 #include <array>
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace pavane
 {
 
 /// Where the cells of a part of a grid lie on another map. A few places of it are mapped, those
-/// between them by curves of second degree where these hold to 1e-4 cells; else the part is halved
+/// between them by a MappedPatch where that holds; else the part is halved
 /// both ways, down to some cells that are mapped each.
 class MappedBlock
 {
@@ -18,16 +18,14 @@ public:
 
     /// The part of up to size x size cells whose first is at (row, column).
     void map(const CellMapping& mapping, int row, int column, int rows, int columns);
-    /// Place of a cell of the part, its row and column counted within it; NaN where it has none.
+    /// CellPlace of a cell of the part, its row and column counted within it; NaN where it has
+    /// none.
     double column(int r, int c) const { return at(r, c).column; }
     double row(int r, int c) const { return at(r, c).row; }
     /// Cells of the other map in this cell of the grid, from its neighbours; NaN without any.
     double area(int r, int c) const;
 
 private:
-    struct Place {
-        double column, row;
-    };
     struct Part {
         int row, column, rows, columns;
     };
@@ -35,15 +33,14 @@ private:
     {
         return static_cast<std::size_t>(r) * size + static_cast<std::size_t>(c);
     }
-    const Place& at(int r, int c) const { return places_[indexOf(r, c)]; }
-    Place exact(double r, double c) const;
+    const CellPlace& at(int r, int c) const { return places_[indexOf(r, c)]; }
     void fill(const Part& part);
     int fitted(const Part& part);
     int step(int r, int c, int dr, int dc, double (&to)[2]) const;
 
     const CellMapping* mapping_ = nullptr;
     int row_ = 0, column_ = 0, rows_ = 0, columns_ = 0;
-    std::array<Place, std::size_t{size} * size> places_{};
+    std::array<CellPlace, std::size_t{size} * size> places_{};
 };
 
 }  // namespace pavane

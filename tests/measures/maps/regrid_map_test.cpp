@@ -4,6 +4,7 @@
 #include "pavane/measures/maps/polarisation.h"
 #include "pavane/measures/maps/regrid_map.h"
 #include "tessel/fits_cards.h"
+#include "tessel/PatchedMapping.h"
 #include "tests/measures/maps/header_cards.h"
 
 #include <gtest/gtest.h>
@@ -386,4 +387,42 @@ TEST(MapShift, ComesBackWithItsError)
                               [](double) { return 0; }));
     mask.setAll(0);
     EXPECT_FALSE(findMapShift(flat, flat, mask, header, 8, found, error));
+}
+
+// Patches of curves beside the way through the sky: small fields, whole skies with cuts, limbs and
+// poles.
+TEST(PatchedMapping, IsWhereTheSkySays)
+{
+    const char* const maps[] = {
+        "CTYPE1='RA---SIN';CTYPE2='DEC--SIN';CRVAL1=187.7;CRVAL2=12.4;CDELT1=-1E-3;CDELT2=1E-3;"
+        "CRPIX1=150;CRPIX2=100",
+        "CTYPE1='GLON-AIT';CTYPE2='GLAT-AIT';CRVAL1=0;CRVAL2=0;CDELT1=-1.1;CDELT2=1.1;CRPIX1=150;"
+        "CRPIX2=100",
+        "CTYPE1='RA---CAR';CTYPE2='DEC--CAR';CRVAL1=10;CRVAL2=0;CDELT1=-1.3;CDELT2=1;CRPIX1=150;"
+        "CRPIX2=90",
+        "CTYPE1='RA---SIN';CTYPE2='DEC--SIN';CRVAL1=90;CRVAL2=89.9;CDELT1=-0.6;CDELT2=0.6;"
+        "CRPIX1=150;CRPIX2=100",
+    };
+    std::mt19937 random(3);
+    for (const char* const own : maps)
+        for (const char* const other : maps) {
+            SkyCoordinates from, to;
+            std::string error;
+            ASSERT_TRUE(from.init(headerOf(own, 200, 300), error)) << error;
+            ASSERT_TRUE(to.init(headerOf(other, 200, 300), error)) << error;
+            const CellMapping mapping(from, to, {0.001, -0.002});
+            PatchedMapping patched(mapping, 200, 300);
+            for (int i = 0; i < 2000; ++i) {
+                const CellPlace place{std::uniform_real_distribution<>(-3, 303)(random),
+                                      std::uniform_real_distribution<>(-3, 203)(random)};
+                CellPlace exact{-1, -1}, fitted{-1, -1};
+                ASSERT_EQ(mapping.map(place.column, place.row, exact.column, exact.row),
+                          patched.map(place, fitted))
+                    << own << '\n'
+                    << other << '\n'
+                    << place.column << ' ' << place.row;
+                ASSERT_NEAR(fitted.column, exact.column, 0.002) << own << '\n' << other;
+                ASSERT_NEAR(fitted.row, exact.row, 0.002) << own << '\n' << other;
+            }
+        }
 }

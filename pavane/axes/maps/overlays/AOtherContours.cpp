@@ -3,6 +3,7 @@
 #include "pavane/axes/ABAxis.h"
 #include "pavane/axes/maps/ABMapGraph.h"
 #include "tessel/map_steps.h"
+#include "tessel/PatchedMapping.h"
 
 #include <algorithm>
 #include <cmath>
@@ -59,13 +60,14 @@ int AOtherContours::setMap(const MapContent& other, const SkyCoordinates& own,
         return 0;
     }
     const CellMapping mapping(own, shown, moved);
+    PatchedMapping patched(mapping, other.map.cells.rows(), other.map.cells.columns());
     const MapSteps from = stepsOf(other.map.header);
     const ABMapGraph& map = map_;
     const auto place = [&](CPointF& point) {
-        double column = 0, row = 0;
-        if (!mapping.map(point.x, point.y, column, row))
+        CellPlace to;
+        if (!patched.map({point.x, point.y}, to))
             return 0;
-        point = {column, row};
+        point = {to.column, to.row};
         return 1;
     };
     // how many cells of the map that is shown lie in one of the other
