@@ -2,12 +2,12 @@
 
 #include "pavane/axes/maps/cells/cell_median.h"
 #include "pavane/axes/maps/cells/simd_path.h"
+#include "pavane/measures/areas/number_kernels.h"
 
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
-#include <cstring>
 #include <new>
 
 namespace pavane
@@ -65,63 +65,10 @@ void prefetch(const float* values, int count)
         __builtin_prefetch(values + i);
 }
 
-/// What is told of one row.
-struct RowSums {
-    double sum = 0, byColumn = 0;
-    float least = std::numeric_limits<float>::infinity();
-    float greatest = -std::numeric_limits<float>::infinity();
-};
-
-constexpr std::uint32_t exponentBits = 0x7F800000;
-
-/// Appends values that stand in columns from `first` on to `to`, and sums them, four side by side:
-/// one after another each would wait for the one before it. 0, with sums that are of no use, when
-/// one of them is not finite.
-int addFinite(const float* values, int count, int first, float* to, RowSums& sums)
+const NumberKernels& kernels()
 {
-    using Floats = float __attribute__((vector_size(16)));
-    using Words = std::uint32_t __attribute__((vector_size(16)));
-    using Doubles = double __attribute__((vector_size(32)));
-    constexpr int lanes = 4;
-    Doubles sum = {}, byColumn = {};
-    Doubles column = {0.0, 1.0, 2.0, 3.0};
-    column += static_cast<double>(first);
-    Floats least = {}, greatest = {};
-    least += sums.least;
-    greatest += sums.greatest;
-    Words bad = {};
-    int i = 0;
-    for (; i + lanes <= count; i += lanes) {
-        Floats x;
-        std::memcpy(&x, values + i, sizeof x);
-        std::memcpy(to + i, &x, sizeof x);
-        Words word;
-        std::memcpy(&word, &x, sizeof x);
-        bad |= reinterpret_cast<Words>((word & exponentBits) == exponentBits);
-        const Doubles wide = __builtin_convertvector(x, Doubles);
-        sum += wide;
-        byColumn += wide * column;
-        column += lanes;
-        least = x < least ? x : least;
-        greatest = x > greatest ? x : greatest;
-    }
-    std::uint32_t isBad = 0;
-    for (int lane = 0; lane < lanes; ++lane) {
-        isBad |= bad[lane];
-        sums.sum += sum[lane];
-        sums.byColumn += byColumn[lane];
-        sums.least = std::min(sums.least, least[lane]);
-        sums.greatest = std::max(sums.greatest, greatest[lane]);
-    }
-    for (; i < count; ++i) {
-        to[i] = values[i];
-        isBad |= (std::bit_cast<std::uint32_t>(values[i]) & exponentBits) == exponentBits;
-        sums.sum += double{values[i]};
-        sums.byColumn += double{values[i]} * (first + i);
-        sums.least = std::min(sums.least, values[i]);
-        sums.greatest = std::max(sums.greatest, values[i]);
-    }
-    return !isBad;
+    static const NumberKernels best = numberKernels(bestSimdPath());
+    return best;
 }
 
 /// Appends the finite ones of `count` values to `to` and sums them, also by their column; returns
@@ -129,32 +76,15 @@ int addFinite(const float* values, int count, int first, float* to, RowSums& sum
 std::size_t takeFinite(const float* from, int count, int first, float* to, RowSums& sums)
 {
     const RowSums before = sums;
-    if (addFinite(from, count, first, to, sums))
+    if (kernels().addFinite(from, count, first, to, sums))
         return static_cast<std::size_t>(count);
     sums = before;
     std::size_t taken = 0;
     for (int i = 0; i < count; ++i)
         if (std::isfinite(from[i]))
-            taken += static_cast<std::size_t>(addFinite(from + i, 1, first + i, to + taken, sums));
+            taken += static_cast<std::size_t>(
+                kernels().addFinite(from + i, 1, first + i, to + taken, sums));
     return taken;
-}
-
-double rmsAbout(double mean, const float* values, std::size_t count)
-{
-    constexpr std::size_t lanes = 4;
-    double squares[lanes] = {};
-    const auto square = [&](std::size_t i) {
-        const double distance = double{values[i]} - mean;
-        return distance * distance;
-    };
-    std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes)
-        for (std::size_t lane = 0; lane < lanes; ++lane)
-            squares[lane] += square(i + lane);
-    for (; i < count; ++i)
-        squares[0] += square(i);
-    const double sum = (squares[0] + squares[1]) + (squares[2] + squares[3]);
-    return std::sqrt(sum / static_cast<double>(count));
 }
 
 /// Takes to the front what is less than, or with `isEqual` equal to, the pivot; how many they are.
@@ -212,16 +142,11 @@ double medianNear(float* values, std::size_t count, double mean, double rms)
     constexpr std::size_t mostNear = 2048;
     constexpr double reach = 0.15;  // of the rms; in noise one value of eight lies within it
     if (count <= mostNear) {
-        std::array<float, mostNear + 1> near;  // one more is written, and not taken
-        const auto low = static_cast<float>(mean - reach * rms);
-        const auto high = static_cast<float>(mean + reach * rms);
-        std::size_t below = 0, found = 0;
-        for (std::size_t i = 0; i < count; ++i) {
-            const float value = values[i];
-            near[found] = value;
-            below += value < low;
-            found += static_cast<std::size_t>((value >= low) & (value <= high));
-        }
+        std::array<float, mostNear + 16> near;  // the kernels write more than they take
+        std::size_t below = 0;
+        const std::size_t found =
+            kernels().between(values, count, static_cast<float>(mean - reach * rms),
+                              static_cast<float>(mean + reach * rms), below, near.data());
         const std::size_t rank = count / 2;  // and the one before it
         if (below < rank && rank < below + found)
             return middle(near.data(), found, rank - below, count % 2 != 0);
@@ -332,7 +257,8 @@ int CellCounter::count(const AMatrixAccess& cells, const ABitMatrix& mask, int f
             return 0;
         }
         if (numbers.cells) {
-            numbers.rms = rmsAbout(numbers.mean, values_.data(), taken_);
+            const double squares = kernels().squares(values_.data(), taken_, numbers.mean);
+            numbers.rms = std::sqrt(squares / static_cast<double>(taken_));
             numbers.median = medianNear(values_.data(), taken_, numbers.mean, numbers.rms);
         }
     } catch (const std::bad_alloc&) {

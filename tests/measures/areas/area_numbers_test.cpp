@@ -1,5 +1,6 @@
 #include "pavane/axes/maps/MapNumbers.h"
 #include "pavane/measures/areas/AreaTable.h"
+#include "pavane/measures/areas/number_kernels.h"
 #include "pavane/trackers/masks/AAreaBitFill.h"
 #include "tessel/value_text.h"
 
@@ -350,5 +351,42 @@ TEST(AreaTable, TellsPixelsFromOneAndPositions)
         ASSERT_NE(at, titles.end()) << lines[0];
         EXPECT_EQ(split(lines[c.line], '\t')[static_cast<std::size_t>(at - titles.begin())],
                   c.text);
+    }
+}
+
+TEST(NumberKernels, GiveTheSameOnEveryPath)
+{
+    const Sky sky(1, 4000, 8);
+    const NumberKernels plain = numberKernels(SimdPath::plain);
+    for (const SimdPath path : {SimdPath::avx2, SimdPath::avx512}) {
+        if (path > bestSimdPath())
+            continue;
+        const NumberKernels kernels = numberKernels(path);
+        std::mt19937 random(5);
+        for (int i = 0; i < 300; ++i) {
+            const int first = static_cast<int>(random() % 3900);
+            const int count = static_cast<int>(random() % (i % 2 ? 12 : 100));
+            const float* const values = sky.map.cells.data() + first;
+            std::vector<float> to(116), beside(116);
+            RowSums sums, besideSums;
+            const int isFinite = kernels.addFinite(values, count, first, to.data(), sums);
+            ASSERT_EQ(isFinite, plain.addFinite(values, count, first, beside.data(), besideSums));
+            if (!isFinite)
+                continue;
+            const auto number = static_cast<std::size_t>(count);
+            EXPECT_EQ(sums.sum, besideSums.sum);
+            EXPECT_EQ(sums.byColumn, besideSums.byColumn);
+            EXPECT_EQ(sums.least, besideSums.least);
+            EXPECT_EQ(sums.greatest, besideSums.greatest);
+            EXPECT_EQ(kernels.squares(values, number, 0.1), plain.squares(values, number, 0.1));
+            std::size_t below = 0, besideBelow = 0;
+            const std::size_t found =
+                kernels.between(values, number, -0.5f, 0.5f, below, to.data());
+            ASSERT_EQ(found,
+                      plain.between(values, number, -0.5f, 0.5f, besideBelow, beside.data()));
+            EXPECT_EQ(below, besideBelow);
+            EXPECT_TRUE(std::equal(to.begin(), to.begin() + static_cast<std::ptrdiff_t>(found),
+                                   beside.begin()));
+        }
     }
 }
