@@ -106,40 +106,56 @@ void Autosave::remove()
         removeCopy(file_);
 }
 
-void Autosave::setAside() const
+std::string nameOfNoProcess(const std::string& folder, const std::string& start,
+                            const std::string& end)
 {
-    std::error_code failed;
-    for (int number = noProcess; IsFileExists(file_); ++number) {
-        const std::string other = start_ + std::to_string(number) + std::string(extension);
-        if (!IsFileExists(folder_ + other)) {
-            fs::rename(file_, folder_ + other, failed);
-            if (!failed)
-                fs::rename(namesFileOf(file_), namesFileOf(folder_ + other), failed);
-            return;
-        }
-    }
+    std::string name;
+    for (int number = noProcess; name.empty() || IsFileExists(name); ++number)
+        name.assign(folder).append(start).append(std::to_string(number)).append(end);
+    return name;
 }
 
-std::vector<LeftoverAreas> Autosave::leftovers() const
+std::vector<LeftoverAreas> leftCopies(const std::string& folder, const std::string& start,
+                                      const std::string& end)
 {
-    setAside();
     std::vector<LeftoverAreas> found;
     std::error_code failed;
-    for (fs::directory_iterator i(folder_, failed), end; !failed && i != end; i.increment(failed)) {
+    for (fs::directory_iterator i(folder, failed), last; !failed && i != last;
+         i.increment(failed)) {
         const std::string name = i->path().filename().string();
-        if (!name.starts_with(start_) || !name.ends_with(extension))
+        if (name.size() < start.size() + end.size() || !name.starts_with(start) ||
+            !name.ends_with(end))
             continue;
-        const std::size_t digits = name.size() - start_.size() - extension.size();
+        std::string_view digits(name);
+        digits = digits.substr(start.size(), name.size() - start.size() - end.size());
+        digits = digits.substr(0, digits.find('-'));
         int process = 0;
         std::error_code unknown;
         const fs::file_time_type time = fs::last_write_time(i->path(), unknown);
-        if (stoval(std::string_view(name).substr(start_.size(), digits), process) && process > 0 &&
-            !unknown && fs::is_regular_file(i->path(), unknown) && !isLookedAfter(process))
+        if (stoval(digits, process) && process > 0 && !unknown &&
+            fs::is_regular_file(i->path(), unknown) && !isLookedAfter(process))
             found.push_back({i->path().string(), secondsOf(time)});
     }
     std::sort(found.begin(), found.end(),
               [](const LeftoverAreas& a, const LeftoverAreas& b) { return a.time > b.time; });
     return found;
+}
+
+void Autosave::setAside() const
+{
+    if (!IsFileExists(file_))
+        return;
+    const std::string other = nameOfNoProcess(folder_, start_, std::string(extension));
+    std::error_code failed;
+    fs::rename(file_, other, failed);
+    if (!failed)
+        fs::rename(namesFileOf(file_), namesFileOf(other), failed);
+}
+
+std::vector<LeftoverAreas> Autosave::leftovers() const
+{
+    setAside();
+    return leftCopies(folder_, start_, std::string(extension));
 }
 
 }  // namespace pavane

@@ -23,6 +23,16 @@ struct LeftoverAreas {
 /// Removes a copy with the names beside it.
 void removeCopy(const std::string& file);
 
+// Copies of all kinds are called START<process>END or START<process>-<number>END, in the folder of
+// the profile, which ends in '/'.
+
+/// Those whose processes are gone, the latest first.
+std::vector<LeftoverAreas> leftCopies(const std::string& folder, const std::string& start,
+                                      const std::string& end);
+/// A name that no copy has and that no process makes.
+std::string nameOfNoProcess(const std::string& folder, const std::string& start,
+                            const std::string& end);
+
 /// The copy of the areas of one map that is written while they are not saved, so that a crash loses
 /// nothing: "autosave-<name of the map as a number>-<process>.areas" in the folder of the profile.
 class Autosave

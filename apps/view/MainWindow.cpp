@@ -42,7 +42,7 @@ constexpr double mapShare = 0.6;
 
 MainWindow::MainWindow(WindowHost* host)
     : host_(host), model_(*this), planes_(*this), session_(folderOf(GetProfileFile())),
-      recent_(section)
+      workCopy_(session_.folder()), recent_(section)
 {
     seats_.push_back(
         std::make_unique<MapSeat>(static_cast<MapWindowOwner&>(*this), session_.folder()));
@@ -135,7 +135,8 @@ void MainWindow::Show()
     view().SetFocus();
     const int first = maps_.current();
     for (int i = 0; i < maps_.count(); ++i)
-        if (!sessionOf(i).autosave().leftovers().empty() && ChooseMap(i))
+        // areas that came back already have a copy of their own
+        if (!sessionOf(i).hasCopy() && !sessionOf(i).autosave().leftovers().empty() && ChooseMap(i))
             offerLeftovers();
     (void)ChooseMap(first);
 }
@@ -295,6 +296,10 @@ int MainWindow::OpenMap(const std::string& file, int plane)
         showColours();
     if (IsWindowVisible())
         offerLeftovers();
+    if (maps_.count() == 1 && !isWorkShown_)
+        workCopy_.begin(workNow(1));
+    KeepWork();
+    SetTimer(workTimer, workPace);
     return 1;
 }
 
@@ -317,6 +322,8 @@ int MainWindow::OpenFirst(const ViewOptions& options)
         (void)AddMap(file, options.plane);
     if (!options.more.empty() && ChooseMap(0))
         tellLinks();
+    workCopy_.begin(workNow(1));
+    KeepWork();
     return 1;
 }
 
@@ -363,6 +370,9 @@ void MainWindow::OnClose()
     session_.end();
     for (const auto& seat : seats_)
         seat->session.end();
+    workCopy_.remove();
+    KillTimer(workTimer);
+    isClosed_ = 1;
     DestroyWindow();
 }
 
@@ -370,6 +380,8 @@ void MainWindow::OnDestroy()
 {
     // without OnClose before it the session ends in disorder: leave a copy to come back to
     writeCopy();
+    if (!isClosed_)
+        KeepWork();
     closeMapDialogs();
     created_ = 0;
     if (host_)
@@ -388,6 +400,8 @@ void MainWindow::OnTimer(unsigned id)
         return blink();
     case prepareTimer:
         return prepareMaps();
+    case workTimer:
+        return KeepWork();
     default:
         return AreaWindow::OnTimer(id);
     }
@@ -452,8 +466,11 @@ void MainWindow::mapAreasChanged(MapWindow& from)
 
 void MainWindow::writeCopy()
 {
+    const int hadCopy = session_.hasCopy();
     if (map_)
         writeCopyOf(areas(), session_);
+    if (session_.hasCopy() && !hadCopy)
+        KeepWork();  // which names it
 }
 
 void MainWindow::writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session)

@@ -21,7 +21,7 @@
 #include "apps/view/several/MapStage.h"
 #include "apps/view/SurfacePanel.h"
 #include "apps/view/WindowHost.h"
-#include "apps/view/work/WorkFile.h"
+#include "apps/view/work/WorkCopy.h"
 #include "pavane/axes/dialogs/ABeamDlg.h"
 #include "pavane/axes/dialogs/ABeamWnd.h"
 #include "pavane/axes/dialogs/AMapDisplayDlg.h"
@@ -77,6 +77,11 @@ public:
     /// Opens the maps of a work file here, or in another window when this one has maps. Non-zero
     /// when one is shown.
     int OpenWork(const std::string& file);
+    /// Brings back what a session left that ended without closing its window; that copy goes when
+    /// this window has its own. Non-zero when a map is shown.
+    int RestoreWork(const LeftWork& left);
+    /// Brings the copy of what the window shows up to date, as it does itself while it is used.
+    void KeepWork();
     /// The current map goes, after asking about unsaved areas; not the last one.
     int CloseMap();
     const MapList& maps() const { return maps_; }
@@ -232,9 +237,13 @@ private:
     void showSkyCommands(CMenu& popup);
     SkyFrame gridFrame() const;
     int runWorkCommand(unsigned id);
-    Work workNow();
+    Work workNow(int asCopy = 0);
     std::string foundFile(const std::string& file, const char* what);
     void showWorkMap(const WorkMap& map);
+    void showWorkContours(const WorkMap& map);
+    void showWorkCurves(const Work& work);
+    int showWork(const Work& work, const std::string& name);
+    int bringAreasBack(const std::string& copy);
     int runMarkCommand(unsigned id);
     void showMarkCommands(CMenu& popup);
     int openMarks(const std::string& file);
@@ -299,7 +308,8 @@ private:
 
     // Copies of unsaved areas
     void writeCopy();
-    static constexpr unsigned copyTimer = 1, blinkTimer = 2, prepareTimer = 3;
+    static constexpr unsigned copyTimer = 1, blinkTimer = 2, prepareTimer = 3, workTimer = 4;
+    static constexpr unsigned workPace = 2000;    // ms
     static constexpr unsigned preparePause = 60;  // ms
     void writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session);
     static std::int64_t now();
@@ -328,6 +338,9 @@ private:
     SurfacePanel surface_;
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;
+    WorkCopy workCopy_;
+    int isWorkShown_ = 0;  ///< a work file is being shown: not all of it is there yet
+    int isModelOld_ = 0;   ///< the copy of the components is not up to date
     RecentFiles recent_;
     PrintCommands printing_;
     std::vector<CString> palettes_;
@@ -358,6 +371,7 @@ private:
     int showTable_ = 0;
     int readingPlane_ = 0;
     int created_ = 0;
+    int isClosed_ = 0;  ///< on purpose: it leaves no copies
 };
 
 }  // namespace pavane

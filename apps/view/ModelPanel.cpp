@@ -62,6 +62,16 @@ int ModelPanel::OpenCommand(const std::string& near)
            !name.empty() && Open(name);
 }
 
+int ModelPanel::OpenCopy(const std::string& copy, const std::string& file)
+{
+    std::string error;
+    if (!session_.openCopy(copy, file, error))
+        return 0;
+    table_.SetComponents(&session_.components());
+    owner_.modelOpened();
+    return 1;
+}
+
 void ModelPanel::Begin()
 {
     session_.begin();

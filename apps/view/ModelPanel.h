@@ -47,6 +47,9 @@ public:
     int Open(const std::string& file);
     /// The same, of a file that the user chooses; `near` is where to begin.
     int OpenCommand(const std::string& near);
+    /// Brings back from a copy what was not saved of `file` ("": of a new list), in place of what
+    /// there is, without asking.
+    int OpenCopy(const std::string& copy, const std::string& file);
     /// An empty list.
     void Begin();
     /// Forgets the list without asking.

@@ -46,6 +46,17 @@ int ModelSession::open(const std::string& file, std::vector<std::string>& notes,
     return 1;
 }
 
+int ModelSession::openCopy(const std::string& copy, const std::string& file, std::string& error)
+{
+    std::vector<std::string> notes;
+    if (!open(copy, notes, error))
+        return 0;
+    source_ = file;
+    file_ = isFits(file) ? std::string() : file;
+    components_.history().markUnsaved();
+    return 1;
+}
+
 void ModelSession::begin()
 {
     end();

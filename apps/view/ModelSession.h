@@ -16,6 +16,8 @@ public:
     /// `notes` gets what the user should know. 0 on failure: `error` is one line with the file's
     /// name, and what was there stays.
     int open(const std::string& file, std::vector<std::string>& notes, std::string& error);
+    /// Reads a text as `open` does, as what was not saved yet of `file`; "": of a new list.
+    int openCopy(const std::string& copy, const std::string& file, std::string& error);
     /// An empty list without a file.
     void begin();
     /// The list is gone, whether it was saved or not.
@@ -27,6 +29,8 @@ public:
     const EditedComponents& components() const { return components_; }
     /// The text that Save writes; empty for none yet.
     const std::string& file() const { return file_; }
+    /// Where the list came from, a map too; empty for a new one.
+    const std::string& source() const { return source_; }
     /// "model.txt", or "a new list".
     std::string name() const;
 

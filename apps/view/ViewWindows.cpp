@@ -2,12 +2,16 @@
 
 #include "apps/view/DataWindow.h"
 #include "apps/view/MainWindow.h"
+#include "apps/view/same_file.h"
 #include "apps/view/window_place.h"
-#include "apps/view/work/WorkFile.h"
 #include "pavane/trackers/regions/area_kind.h"
+#include "platform/message.h"
+#include "platform/profile.h"
 #include "platform/screens.h"
+#include "tessel/paths.h"
 
 #include <algorithm>
+#include <ctime>
 #include <utility>
 
 namespace pavane
@@ -71,11 +75,45 @@ int ViewWindows::open(const ViewOptions& options, int evenEmpty)
     });
 }
 
+/// Asks about the work of sessions that ended without closing, and brings it back, a window each;
+/// the maps that show now.
+std::vector<std::string> ViewWindows::bringBack()
+{
+    const std::string folder = folderOf(GetProfileFile());
+    setLeftWorkAside(folder);
+    const std::vector<LeftWork> left = leftWork(folder);
+    std::vector<std::string> maps;
+    const int answer = left.empty() ? IDCANCEL
+                                    : AfxMessageBox(questionAbout(left, std::time(nullptr)),
+                                                    MB_YESNOCANCEL | MB_ICONQUESTION);
+    for (const LeftWork& each : left) {
+        if (answer == IDNO)
+            removeLeftWork(each, 1);
+        if (answer != IDYES || !add(std::make_unique<MainWindow>(this), ViewOptions(), 0,
+                                    [&](MainWindow& window) { return window.RestoreWork(each); }))
+            continue;
+        for (const WorkMap& map : each.work.maps)
+            maps.push_back(map.file);
+    }
+    return maps;
+}
+
 int ViewWindows::openFirst(const ViewOptions& options)
 {
     ViewOptions each = options;
     std::vector<std::string> files = std::exchange(each.more, {});
     files.insert(files.begin(), options.map);
+    // a map that is back with its areas is shown once
+    const std::vector<std::string> back = bringBack();
+    const int isPlain = options.areas.empty() && options.model.empty() && options.marks.empty();
+    std::erase_if(files, [&](const std::string& file) {
+        return isPlain && !back.empty() &&
+               (file.empty() || std::any_of(back.begin(), back.end(), [&](const std::string& map) {
+                    return isSameFile(file, map);
+                }));
+    });
+    if (files.empty())
+        return !open_.empty();
     // maps go together, a file of areas with them; the rest gets windows of its own
     std::vector<std::string> alone;
     std::vector<std::string> areas;

@@ -29,6 +29,7 @@ public:
 
 private:
     int open(const ViewOptions& options, int evenEmpty);
+    std::vector<std::string> bringBack();
     template <class Window, class Open>
     int add(std::unique_ptr<Window> window, const ViewOptions& options, int evenEmpty,
             const Open& openFile);

@@ -144,6 +144,8 @@ void MainWindow::followDisplay()
     options_.scale = graph.scaleKind();
     colours_.assign(graph.colors().lpArray(), graph.colors().lpArray() + graph.colors().count());
     const ContourLevels& levels = graph.contours().wantedLevels();
+    if (!map_->contoursOf().empty())
+        return;  // its own have none below those of another map: the levels are theirs
     if (levels == levelsOf(options_.levels, graph))
         return;
     LevelChoice choice;

@@ -17,8 +17,8 @@
 #include "tessel/paths.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
+#include <ctime>
 
 namespace pavane
 {
@@ -27,21 +27,6 @@ namespace
 {
 
 constexpr const char* maskFilter = "FITS masks (*.fits)|*.fits|";
-
-/// "12 minutes ago" and the like.
-std::string ageText(std::int64_t time)
-{
-    using namespace std::chrono;
-    const auto now = duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
-    const std::int64_t minutes = std::max<std::int64_t>(0, now - time) / 60;
-    const auto text = [](std::int64_t n, const char* what) {
-        return std::to_string(n) + ' ' + what + (n == 1 ? " ago" : "s ago");
-    };
-    return minutes < 1      ? "less than a minute ago"
-           : minutes < 120  ? text(minutes, "minute")
-           : minutes < 2880 ? text(minutes / 60, "hour")
-                            : text(minutes / 1440, "day");
-}
 
 }  // namespace
 
@@ -226,7 +211,13 @@ void MainWindow::replaceAreas(const ARPTrackerArray& read, const std::string& fi
 
 void MainWindow::offerLeftovers()
 {
-    for (const LeftoverAreas& left : session_.autosave().leftovers()) {
+    const std::vector<LeftoverAreas> found = session_.autosave().leftovers();
+    if (found.empty())
+        return;
+    const std::vector<LeftWork> works = leftWork(session_.folder());
+    for (const LeftoverAreas& left : found) {
+        if (isPartOf(works, left.file))
+            continue;  // the next start asks about all of that work
         ATrackerArrayInAxis read;
         AreaNotes notes;
         std::string error;
@@ -239,7 +230,7 @@ void MainWindow::offerLeftovers()
                                            : countText(closed, "area") + " and an open polygon";
         const int answer =
             AfxMessageBox("The last session with this map ended without saving. Its " + what +
-                              ", changed " + ageText(left.time) +
+                              ", changed " + ageText(left.time, std::time(nullptr)) +
                               ", can be brought back.\n\nBring them back? (No deletes them.)",
                           MB_YESNOCANCEL | MB_ICONQUESTION);
         if (answer == IDCANCEL)

@@ -118,6 +118,7 @@ int MainWindow::runModelCommand(unsigned id)
 
 void MainWindow::modelChanged()
 {
+    isModelOld_ = 1;
     viewOf(modelMap_).Invalidate();  // the components lie over its picture
     updateTitle();
 }

@@ -257,7 +257,9 @@ TEST_F(ViewWindow, TakesDroppedMapsAndAreasInAnyOrder)
         drop(window, {path("jet.areas"), path("map.fits")});
         EXPECT_EQ(window.session().map(), path("map.fits"));
         EXPECT_EQ(areas(window).count(), 1);
+        window.SendMessage(WM_CLOSE, 0, 0);  // or the next start would bring it back
     }
+    forgetQuit();
     ViewWindows windows;
     ViewOptions options;
     options.map = path("jet.areas");

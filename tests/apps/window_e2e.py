@@ -305,7 +305,7 @@ def crash_and_come_back(desk, program, folder):
     view.gone(question)
     wait_for("the areas of the killed session", lambda: view.copy()[8:] == lost[8:])
     # the old copy goes once the new one is written
-    wait_for("one copy alone", lambda: len(glob.glob(folder + "/config/pavane-view/autosave-*")) == 1)
+    wait_for("one copy alone", lambda: len(glob.glob(folder + "/config/pavane-view/autosave-*.areas")) == 1)
     view.main()
     view.key("ctrl+q")
     wait_for("the question about unsaved areas", lambda: len(desk.windows(view.pid)) > 1)

@@ -269,6 +269,17 @@ int CurvePanel::Keep()
     return 1;
 }
 
+int CurvePanel::AddKept(MeasuredCurve curve)
+{
+    const int isSame =
+        live_->isEmpty() || (curve.xTitle == live_->xTitle && curve.yTitle == live_->yTitle);
+    if (!isShown() || !isSame || curve.isEmpty() || kept_.size() >= mostKept)
+        return 0;
+    kept_.push_back(std::make_unique<MeasuredCurve>(std::move(curve)));
+    FillAxis([this] { fillAxis(); });
+    return 1;
+}
+
 void CurvePanel::Forget()
 {
     FillAxis([this] {

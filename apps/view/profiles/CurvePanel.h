@@ -40,6 +40,9 @@ public:
     int Keep();
     void Forget();
     int kept() const { return static_cast<int>(kept_.size()); }
+    const MeasuredCurve& keptCurve(int i) const { return *kept_[static_cast<std::size_t>(i)]; }
+    /// Shows a curve as one that was kept, when it is of the same values as the one that is live.
+    int AddKept(MeasuredCurve curve);
     /// Of the curve that is live.
     const MeasuredCurve& curve() const { return *live_; }
 

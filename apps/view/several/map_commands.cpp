@@ -83,6 +83,7 @@ int MainWindow::AddMap(const std::string& file, int plane)
     tellLinks();
     if (IsWindowVisible())
         offerLeftovers();
+    KeepWork();
     return 1;
 }
 
@@ -209,6 +210,7 @@ int MainWindow::CloseMap()
         --modelMap_;
     pointedMap_ = -1;
     showMaps();
+    KeepWork();
     return 1;
 }
 

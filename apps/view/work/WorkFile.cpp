@@ -1,9 +1,9 @@
 #include "apps/view/work/WorkFile.h"
 
+#include "apps/view/work/work_keys.h"
 #include "tessel/LineReader.h"
 #include "tessel/paths.h"
 #include "tessel/plain_text.h"
-#include "tessel/SafeFile.h"
 #include "tessel/trimmed.h"
 #include "tessel/value_text.h"
 
@@ -12,7 +12,6 @@
 #include <filesystem>
 #include <iterator>
 #include <new>
-#include <string_view>
 #include <system_error>
 
 namespace pavane
@@ -23,35 +22,11 @@ namespace
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view start = "# pavane work ";
-constexpr int version = 1;
-constexpr std::size_t mostMaps = 100;
 constexpr std::size_t mostNotes = 20;
-constexpr int allDigits = 17;
-
-constexpr std::string_view shownNames[] = {"tabs", "side by side", "slider"};
-constexpr std::string_view linkNames[] = {"nothing", "sky", "cell"};
-constexpr struct {
-    LinkPart part;
-    std::string_view name;
-} partNames[] = {
-    {linkZoom, "zoom"}, {linkPointer, "pointer"}, {linkColours, "colours"}, {linkAreas, "areas"}};
-
-/// A value on one line: ends of lines and backslashes as two characters.
-std::string escaped(std::string_view text)
-{
-    std::string made;
-    for (const char c : text)
-        if (c == '\\')
-            made += "\\\\";
-        else if (c == '\n')
-            made += "\\n";
-        else if (c == '\r')
-            made += "\\r";
-        else
-            made += c;
-    return made;
-}
+/// Of a line, and points of a kept curve: more than any that can be drawn.
+constexpr std::size_t mostCorners = 10000, mostPoints = 10000000;
+/// A width of more cells is no width.
+constexpr double mostWidth = 1e6;
 
 std::string unescaped(std::string_view text)
 {
@@ -65,29 +40,18 @@ std::string unescaped(std::string_view text)
     return made;
 }
 
-fs::path absolutePath(const std::string& file)
-{
-    std::error_code fault;
-    fs::path whole = fs::absolute(file, fault);
-    return (fault ? fs::path(file) : std::move(whole)).lexically_normal();
-}
-
-std::string relativeTo(const fs::path& folder, const std::string& file)
-{
-    return file.empty() ? file : absolutePath(file).lexically_proximate(folder).string();
-}
-
 std::string foundFrom(const fs::path& folder, const std::string& file)
 {
     return file.empty() ? file : (folder / file).lexically_normal().string();
 }
 
-/// So many numbers with commas between them, all of them finite.
-int readNumbers(std::string_view text, double* numbers, int count)
+/// So many numbers with commas between them, all of them finite; `gaps` of the last may be nan.
+int readNumbers(std::string_view text, double* numbers, int count, int gaps = 0)
 {
     for (int i = 0; i < count; ++i) {
         const std::size_t end = std::min(text.find(','), text.size());
-        if (!stoval(text.substr(0, end), numbers[i]) || !std::isfinite(numbers[i]) ||
+        if (!stoval(text.substr(0, end), numbers[i]) ||
+            !(std::isfinite(numbers[i]) || (i >= count - gaps && std::isnan(numbers[i]))) ||
             (end == text.size()) != (i == count - 1))
             return 0;
         text.remove_prefix(std::min(end + 1, text.size()));
@@ -139,13 +103,30 @@ int readWhole(std::string_view text, int least, int greatest, int& value)
     return 1;
 }
 
+int readOfLine(std::string_view key, const std::string& value, ProfileLine& line)
+{
+    double n[2] = {};
+    if (key == "across")
+        return readName(value, acrossNames, line.across);
+    if (key == "width") {
+        if (!readNumbers(value, n, 1) || !(n[0] >= 0 && n[0] <= mostWidth))
+            return 0;
+        line.width = n[0];
+        return 1;
+    }
+    if (key != "corner" || line.corners.size() == mostCorners || !readNumbers(value, n, 2))
+        return 0;
+    line.corners.push_back({n[0] - 1, n[1] - 1});
+    return 1;
+}
+
 int readOfWork(std::string_view key, const std::string& value, const fs::path& folder, Work& work)
 {
     std::string why;
     if (key == "shown")
         return readName(value, shownNames, work.shown);
     if (key == "current")
-        return readWhole(value, 0, static_cast<int>(mostMaps) - 1, work.current);
+        return readWhole(value, 0, static_cast<int>(mostWorkMaps) - 1, work.current);
     if (key == "link")
         return readName(value, linkNames, work.linkBy);
     if (key == "linked")
@@ -154,22 +135,41 @@ int readOfWork(std::string_view key, const std::string& value, const fs::path& f
         return readSkyGridWish(value, work.grid, why);
     if (key == "marks")
         return work.marks = foundFrom(folder, value), 1;
-    if (key == "numbers")
-        return readFlag(value, work.areaNumbers);
-    return key == "names" && readFlag(value, work.areaNames);
+    if (key == "saved")
+        return work.savedAs = foundFrom(folder, value), 1;
+    if (key == "curve")
+        return readName(value, curveNames, work.curves);
+    const struct {
+        std::string_view key;
+        int& flag;
+    } flags[] = {{"numbers", work.areaNumbers},
+                 {"names", work.areaNames},
+                 {"values", work.areaValues},
+                 {"surface", work.surface}};
+    for (const auto& each : flags)
+        if (key == each.key)
+            return readFlag(value, each.flag);
+    return readOfLine(key, value, work.line);
 }
 
 int readOfMap(std::string_view key, const std::string& value, const fs::path& folder, WorkMap& map)
 {
     double n[4] = {};
+    const struct {
+        std::string_view key;
+        std::string& file;
+    } files[] = {{"areas", map.areas},
+                 {"model", map.model},
+                 {"unsaved areas", map.unsavedAreas},
+                 {"unsaved model", map.unsavedModel},
+                 {"contours", map.contours}};
+    for (const auto& each : files)
+        if (key == each.key)
+            return each.file = foundFrom(folder, value), 1;
     if (key == "file")
         return map.file = foundFrom(folder, value), !map.file.empty();
     if (key == "plane")
         return readWhole(value, 0, std::numeric_limits<int>::max(), map.plane);
-    if (key == "areas")
-        return map.areas = foundFrom(folder, value), 1;
-    if (key == "model")
-        return map.model = foundFrom(folder, value), 1;
     if (key == "display")
         return map.display = value, 1;
     if (key == "range") {
@@ -189,45 +189,82 @@ int readOfMap(std::string_view key, const std::string& value, const fs::path& fo
     return map.hasView = 1;
 }
 
+int readOfCurve(std::string_view key, const std::string& value, WorkCurve& curve)
+{
+    double n[2] = {};
+    if (key == "name")
+        return curve.name = value, 1;
+    if (key == "x")
+        return curve.xTitle = value, 1;
+    if (key == "y")
+        return curve.yTitle = value, 1;
+    if (key != "at" || curve.x.size() == mostPoints || !readNumbers(value, n, 2, 1))
+        return 0;
+    curve.x.push_back(n[0]);
+    curve.y.push_back(n[1]);
+    return 1;
+}
+
+/// What lines are about.
+enum class Section : std::uint8_t { window, map, curve };
+
+/// Whether the line begins another section; `error` when there are too many of them.
+int startSection(std::string_view text, Work& work, Section& section, std::string& error)
+{
+    if (text == "[map]") {
+        section = Section::map;
+        work.maps.emplace_back();
+        if (work.maps.size() > mostWorkMaps)
+            error = "has more than " + std::to_string(mostWorkMaps) + " maps";
+        return 1;
+    }
+    if (text != "[curve]")
+        return 0;
+    section = Section::curve;
+    work.kept.emplace_back();
+    if (work.kept.size() > mostWorkCurves)
+        error = "has more than " + std::to_string(mostWorkCurves) + " kept curves";
+    return 1;
+}
+
 int readLines(LineReader& lines, const fs::path& folder, Work& work,
               std::vector<std::string>& notes, std::string& error)
 {
     std::string line;
     int number = 0;
-    if (!lines.next(line) || !line.starts_with(start) ||
-        !stoval(std::string_view(line).substr(start.size()), number) || number < 1) {
+    if (!lines.next(line) || !line.starts_with(workStart) ||
+        !stoval(std::string_view(line).substr(workStart.size()), number) || number < 1) {
         error = "is no work file";
         return 0;
     }
-    if (number > version) {
+    if (number > workVersion) {
         error = "is of a newer version (" + std::to_string(number) + "; this program knows " +
-                std::to_string(version) + ")";
+                std::to_string(workVersion) + ")";
         return 0;
     }
-    while (lines.next(line)) {
+    Section section = Section::window;
+    while (error.empty() && lines.next(line)) {
         const std::string_view text = line;  // names of files may end with a blank
-        if (trimmed(text, whiteSpace).empty() || text.front() == '#')
+        if (trimmed(text, whiteSpace).empty() || text.front() == '#' ||
+            startSection(text, work, section, error))
             continue;
-        if (text == "[map]") {
-            if (work.maps.size() == mostMaps) {
-                error = "has more than " + std::to_string(mostMaps) + " maps";
-                return 0;
-            }
-            work.maps.emplace_back();
-            continue;
-        }
         const std::size_t equal = std::min(text.find('='), text.size());
         const std::string_view key = text.substr(0, equal);
         const std::string value = unescaped(text.substr(std::min(equal + 1, text.size())));
-        const int isRead = equal < text.size() &&
-                           (work.maps.empty() ? readOfWork(key, value, folder, work)
-                                              : readOfMap(key, value, folder, work.maps.back()));
+        const int isRead =
+            equal < text.size() &&
+            (section == Section::curve ? readOfCurve(key, value, work.kept.back())
+             : section == Section::map ? readOfMap(key, value, folder, work.maps.back())
+                                       : readOfWork(key, value, folder, work));
         if (!isRead && notes.size() < mostNotes)
             notes.push_back("line " + std::to_string(lines.number()) + ": '" + plainText(text) +
                             "' is not understood");
     }
-    error = lines.fault();
+    if (error.empty())
+        error = lines.fault();
     std::erase_if(work.maps, [](const WorkMap& map) { return map.file.empty(); });
+    if (work.line.corners.size() == 1)
+        work.line.corners.clear();
     if (error.empty() && work.maps.empty())
         error = "names no map";
     if (work.current >= static_cast<int>(work.maps.size()))
@@ -240,9 +277,9 @@ int readLines(LineReader& lines, const fs::path& folder, Work& work,
 int isWorkFile(const std::string& file)
 {
     AFile in;
-    char begin[start.size()] = {};
-    return in.open(file, AFile::readOnly) && in.read(begin, start.size()) &&
-           std::string_view(begin, start.size()) == start;
+    char begin[workStart.size()] = {};
+    return in.open(file, AFile::readOnly) && in.read(begin, workStart.size()) &&
+           std::string_view(begin, workStart.size()) == workStart;
 }
 
 int readWork(const std::string& file, Work& work, std::vector<std::string>& notes,
@@ -257,65 +294,15 @@ int readWork(const std::string& file, Work& work, std::vector<std::string>& note
     }
     try {
         LineReader lines(in);
-        if (readLines(lines, absolutePath(file).parent_path(), work, notes, error))
+        std::error_code fault;
+        const fs::path whole = fs::absolute(file, fault);
+        const fs::path folder = (fault ? fs::path(file) : whole).lexically_normal().parent_path();
+        if (readLines(lines, folder, work, notes, error))
             return 1;
     } catch (const std::bad_alloc&) {
         error = "needs more memory than there is";
     }
     work = Work();
-    return 0;
-}
-
-std::string workText(const std::string& file, const Work& work)
-{
-    const fs::path folder = absolutePath(file).parent_path();
-    std::string text = std::string(start) + std::to_string(version) + '\n';
-    const auto line = [&text](std::string_view key, const std::string& value) {
-        text.append(key).append("=").append(escaped(value)).append("\n");
-    };
-    const auto fileLine = [&](std::string_view key, const std::string& named) {
-        if (!named.empty())
-            line(key, relativeTo(folder, named));
-    };
-    const auto number = [](double value) { return valToStr(value, allDigits); };
-    line("shown", std::string(shownNames[static_cast<std::size_t>(work.shown)]));
-    line("current", std::to_string(work.current));
-    line("link", std::string(linkNames[static_cast<std::size_t>(work.linkBy)]));
-    std::string parts;
-    for (const auto& part : partNames)
-        if (work.linked & part.part)
-            parts.append(parts.empty() ? "" : ",").append(part.name);
-    line("linked", parts);
-    line("grid", skyGridWishText(work.grid));
-    fileLine("marks", work.marks);
-    line("numbers", work.areaNumbers ? "1" : "0");
-    line("names", work.areaNames ? "1" : "0");
-    for (const WorkMap& map : work.maps) {
-        text += "[map]\n";
-        fileLine("file", map.file);
-        if (map.plane >= 0)
-            line("plane", std::to_string(map.plane));
-        fileLine("areas", map.areas);
-        fileLine("model", map.model);
-        if (map.hasView)
-            line("view", number(map.view.xMin) + ',' + number(map.view.xMax) + ',' +
-                             number(map.view.yMin) + ',' + number(map.view.yMax));
-        if (!map.display.empty())
-            line("display", map.display);
-        if (map.hasRange)
-            line("range", number(map.low) + ',' + number(map.high));
-    }
-    return text;
-}
-
-int writeWork(const std::string& file, const Work& work, std::string& error)
-{
-    const std::string text = workText(file, work);
-    SafeFile safe;
-    if (safe.open(file) && safe.file().write(text.data(), static_cast<std::int64_t>(text.size())) &&
-        safe.commit())
-        return 1;
-    error = file + ": " + safe.fault();
     return 0;
 }
 

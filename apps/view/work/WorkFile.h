@@ -4,7 +4,9 @@
 #include "apps/view/several/MapList.h"
 #include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "pavane/axes/ranges/TMinMax.h"
+#include "pavane/measures/profiles/MapProfile.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -16,11 +18,23 @@ struct WorkMap {
     std::string file;
     int plane = -1;
     std::string areas, model;
+    /// Copies of what of them was not saved, of a crash copy alone; they need not be there.
+    std::string unsavedAreas, unsavedModel;
+    std::string contours;  ///< the map whose contours lie over it
     int hasView = 0;
     TMinMax view;     ///< RP, x and y pairs
     CString display;  ///< MapDisplay::styleText
     int hasRange = 0;
     double low = 0, high = 0;  ///< of the colours
+};
+
+/// The curve below the map; the numbers are those of CurvePanel::Kind.
+enum class WorkCurves : std::uint8_t { none, profile, spectrum, histogram };
+
+/// A curve that was kept beside those that follow: its points, NaN is a gap.
+struct WorkCurve {
+    CString name, xTitle, yTitle;
+    std::vector<double> x, y;
 };
 
 /// What a window of maps shows, to be saved and opened again. A plain value; numbers count from 0.
@@ -34,6 +48,12 @@ struct Work {
     std::string marks;
     int areaNumbers = 0;  ///< whether their table shows
     int areaNames = 0;    ///< on the maps
+    int areaValues = 0;   ///< the numbers of the current area
+    int surface = 0;
+    WorkCurves curves = WorkCurves::none;
+    ProfileLine line;  ///< no corners: none was drawn
+    std::vector<WorkCurve> kept;
+    std::string savedAs;  ///< of a crash copy: the work file that was open; "" for none
 };
 
 /// Whether a file begins as a work file does, of whatever version.

@@ -33,42 +33,6 @@ int MainWindow::runWorkCommand(unsigned id)
     return 1;
 }
 
-/// What the window shows now; areas and components that are in no file are not of it.
-Work MainWindow::workNow()
-{
-    Work work;
-    work.current = maps_.current();
-    work.shown = maps_.shown();
-    work.linkBy = links_.by();
-    work.linked = 0;
-    for (const LinkPart part : {linkZoom, linkPointer, linkColours, linkAreas})
-        work.linked |= links_.wants(part) ? part : 0;
-    work.grid = options_.skyGrid;
-    work.marks = marksFile_;
-    work.areaNumbers = areaNumbers_.isShown();
-    work.areaNames = view().GetAreaNames();
-    for (int i = 0; i < maps_.count(); ++i) {
-        const MapDocument& document = *documentOf(i);
-        MapWindow& window = viewOf(i);
-        WorkMap map;
-        map.file = document.file();
-        map.plane = document.planes() > 1 ? document.plane() : -1;
-        map.areas = sessionOf(i).file().empty() ? sessionOf(i).source() : sessionOf(i).file();
-        if (model_.session().isOpen() && modelMap_ == i)
-            map.model = model_.session().file();
-        map.hasView = window.IsRangeZoomed();
-        if (map.hasView)
-            map.view = window.GetPlot()->getMinMax();
-        const MapDisplay display = shownDisplay(window);
-        map.display = display.styleText();
-        map.hasRange = display.colours.range.min < display.colours.range.max;
-        map.low = display.colours.range.min;
-        map.high = display.colours.range.max;
-        work.maps.push_back(std::move(map));
-    }
-    return work;
-}
-
 int MainWindow::SaveWork(const std::string& file)
 {
     std::string error;
@@ -79,6 +43,8 @@ int MainWindow::SaveWork(const std::string& file)
         return 0;
     }
     workFile_ = file;
+    workCopy_.begin(workNow(1));
+    KeepWork();
     recent_.load();
     recent_.add(file);
     setMenu();
@@ -104,18 +70,64 @@ std::string MainWindow::foundFile(const std::string& file, const char* what)
 /// What belongs to the current map.
 void MainWindow::showWorkMap(const WorkMap& map)
 {
-    if (const std::string areas = foundFile(map.areas, "area file"); !areas.empty())
+    const int hasCopy = IsFileExists(map.unsavedAreas);
+    // of areas that come back their file matters only as the place to save them in
+    const std::string areas =
+        hasCopy && !IsFileExists(map.areas) ? std::string() : foundFile(map.areas, "area file");
+    if (!areas.empty())
         (void)OpenAreas(areas);
-    if (const std::string model = foundFile(map.model, "component file"); !model.empty())
-        (void)model_.Open(model);
+    if (hasCopy)
+        (void)bringAreasBack(map.unsavedAreas);
+    if (!IsFileExists(map.unsavedModel) || !model_.OpenCopy(map.unsavedModel, map.model))
+        if (const std::string model = foundFile(map.model, "component file"); !model.empty())
+            (void)model_.Open(model);
     MapDisplay display = shownDisplay(view());
     (void)display.readStyle(map.display);
     if (map.hasRange)
         display.colours.range = {map.low, map.high};
     (void)showDisplay(view(), display);
     displayChanged();
-    if (map.hasView)
+    if (map.hasView) {
+        if (view().GetWholeRange() == TMinMax())
+            view().PrepareContent();  // or it would take the view for the whole of the map
         view().SetNewMinMax(map.view);
+    }
+}
+
+/// Contours of another map over the current one; that one need not be in the window.
+void MainWindow::showWorkContours(const WorkMap& map)
+{
+    const std::string file = foundFile(map.contours, "map of the contours");
+    if (file.empty())
+        return;
+    const MapDocument* other = documentOf(maps_.find(file));
+    const std::unique_ptr<MapDocument> read = other ? nullptr : readMap(file, -1);
+    std::string error;
+    if (!other && !(other = read.get()))
+        return;
+    if (!map_->setContours(other, options_, error))
+        status_.SetMessage(error);
+    view().ContentChanged();
+    displayChanged();
+}
+
+/// The line of a profile, the curve below the map and those that were kept.
+void MainWindow::showWorkCurves(const Work& work)
+{
+    using Kind = CurvePanel::Kind;
+    if (work.curves != WorkCurves::none)
+        showCurves(static_cast<Kind>(work.curves));
+    if (!work.line.corners.empty())
+        curves_.SetLine(work.line);
+    for (const WorkCurve& kept : work.kept) {
+        MeasuredCurve curve;
+        curve.name = kept.name;
+        curve.xTitle = kept.xTitle;
+        curve.yTitle = kept.yTitle;
+        curve.x = kept.x;
+        curve.y = kept.y;
+        (void)curves_.AddKept(std::move(curve));
+    }
 }
 
 int MainWindow::OpenWork(const std::string& file)
@@ -133,9 +145,28 @@ int MainWindow::OpenWork(const std::string& file)
                                         baseNameOf(file) + " holds what is not understood:", notes,
                                         "Open the rest?", "Open") != IDOK)
         return 0;
+    for (WorkMap& map : work.maps)  // those of a crash come back with the question about it
+        map.unsavedAreas = map.unsavedModel = std::string();
+    if (!showWork(work, baseNameOf(file)))
+        return 0;
+    workFile_ = file;
+    workCopy_.begin(workNow(1));
+    KeepWork();
+    recent_.load();
+    recent_.add(file);
+    setMenu();
+    status_.SetMessage("Opened " + baseNameOf(file) + " with " + countText(maps_.count(), "map"));
+    return 1;
+}
+
+/// Shows work in a window without maps; 0 when none of its maps was opened.
+int MainWindow::showWork(const Work& work, const std::string& name)
+{
+    isWorkShown_ = 1;
     links_.setBy(LinkBy::nothing);  // or each map would change those before it
     options_.skyGrid = work.grid;
     int current = -1;
+    std::vector<std::pair<int, const WorkMap*>> shown;
     for (std::size_t i = 0; i < work.maps.size(); ++i) {
         const std::string found = foundFile(work.maps[i].file, "map");
         const int count = maps_.count();
@@ -144,13 +175,18 @@ int MainWindow::OpenWork(const std::string& file)
             maps_.count() == count)
             continue;
         showWorkMap(work.maps[i]);
+        shown.emplace_back(maps_.current(), &work.maps[i]);
         if (current < 0 || static_cast<int>(i) == work.current)
             current = maps_.current();
     }
+    isWorkShown_ = 0;
     if (!map_) {
-        status_.SetMessage("None of the maps of " + baseNameOf(file) + " was opened");
+        status_.SetMessage("None of the maps of " + name + " was opened");
         return 0;
     }
+    for (const auto& [map, from] : shown)
+        if (!from->contours.empty() && ChooseMap(map))
+            showWorkContours(*from);
     for (const LinkPart part : {linkZoom, linkPointer, linkColours, linkAreas})
         if (links_.wants(part) != ((work.linked & part) != 0))
             links_.toggle(part);
@@ -164,12 +200,13 @@ int MainWindow::OpenWork(const std::string& file)
         showWay(work.shown);
     if (work.areaNumbers && !areaNumbers_.isShown())
         toggleAreaNumbers();
-    workFile_ = file;
-    recent_.load();
-    recent_.add(file);
-    setMenu();
+    if (work.areaValues && !showTable_)
+        toggleTable();
+    if (work.surface && !surface_.isShown())
+        toggleSurface();
+    showWorkCurves(work);
+    view().SetFocus();
     tellLinks();
-    status_.SetMessage("Opened " + baseNameOf(file) + " with " + countText(maps_.count(), "map"));
     return 1;
 }
 

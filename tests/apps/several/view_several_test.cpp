@@ -321,6 +321,7 @@ TEST_F(ViewSeveral, ContoursOfTheOtherMapComeAndGo)
         EXPECT_EQ(own() > 0, own() == levels);
         EXPECT_TRUE(window.view().IsWindowVisible());
     }
+    EXPECT_EQ(own(), levels);
     run(window, idOtherContours);
     EXPECT_EQ(own(), 0U);
     run(window, idCloseMap);  // the map below goes, then the other one has its own

@@ -1,5 +1,6 @@
-#include "apps/view/work/WorkFile.h"
+#include "apps/view/work/WorkCopy.h"
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
@@ -34,7 +35,15 @@ TEST(WorkFile, ComesBackAsItWasAndMovesWithItsFolder)
     work.grid.labels = SkyLabels::degrees;
     work.marks = (folder / "lists/marks.csv").string();
     work.areaNumbers = work.areaNames = 1;
+    work.surface = 1;
+    work.curves = WorkCurves::histogram;
+    work.line = {{{-0.5, 1.0 / 3}, {7, 8}, {1e5, 2}}, 2.5, AcrossLine::sum};
+    work.kept = {{"kept 1: a, b=c", "mas", "mJy", {0, 0.1, 1}, {1, std::nan(""), 1e-300}}, {}};
+    work.savedAs = (folder / "saved.work").string();
     work.maps.resize(2);
+    work.maps[0].contours = (folder.parent_path() / "up.fits").string();
+    work.maps[0].unsavedAreas = (folder / "autosave-1.areas").string();
+    work.maps[0].unsavedModel = (folder / "autosave-2").string();
     work.maps[0].file = (folder / "a \\ b\nc .fits ").string();
     work.maps[0].plane = 7;
     work.maps[0].areas = "/elsewhere/a.areas";
@@ -60,6 +69,14 @@ TEST(WorkFile, ComesBackAsItWasAndMovesWithItsFolder)
     EXPECT_EQ(again.maps[0].view, work.maps[0].view);
     EXPECT_EQ(again.maps[0].high, 0.1);
     EXPECT_EQ(again.linked, work.linked);
+    EXPECT_EQ(again.curves, WorkCurves::histogram);
+    ASSERT_EQ(again.line.corners.size(), 3U);
+    EXPECT_NEAR(again.line.corners[0].y, 1.0 / 3, 1e-15);
+    EXPECT_EQ(again.line.width, 2.5);
+    ASSERT_EQ(again.kept.size(), 2U);
+    EXPECT_EQ(again.kept[0].name, work.kept[0].name);
+    EXPECT_TRUE(std::isnan(again.kept[0].y[1]));
+    EXPECT_EQ(again.kept[0].y[2], 1e-300);
     EXPECT_EQ(again.shown, work.shown);
     EXPECT_EQ(again.grid.labels, SkyLabels::degrees);
     // in another folder its files are beside it there; those of other folders are where they were
@@ -73,7 +90,10 @@ TEST(WorkFile, ComesBackAsItWasAndMovesWithItsFolder)
 
 TEST(WorkFile, TellsWhatItDoesNotUnderstand)
 {
-    const std::string good = "# pavane work 1\n[map]\nfile=a.fits\n";
+    const std::string good = "# pavane work 1\n[map]\nfile=a.fits\n";  // of an old version
+    std::string curves;
+    for (int i = 0; i < 13; ++i)
+        curves += "[curve]\nname=a\n";
     const struct {
         std::string text, error;
         std::size_t notes = 0;
@@ -82,7 +102,11 @@ TEST(WorkFile, TellsWhatItDoesNotUnderstand)
         {"", "is no work file"},
         {"SIMPLE  =                    T", "is no work file"},
         {"# pavane work x\n", "is no work file"},
-        {"# pavane work 2\n[map]\nfile=a.fits\n", "newer version (2; this program knows 1)"},
+        {"# pavane work 3\n[map]\nfile=a.fits\n", "newer version (3; this program knows 2)"},
+        {"# pavane work 2\ncurve=wave\ncorner=1\ncorner=1,inf\nwidth=-1\nwidth=nan\nacross=\n"
+         "[map]\nfile=a.fits\n[curve]\nat=nan,1\nat=1\nat=1,2,3\nname=a\n",
+         "", 9},
+        {good + curves, "more than 12 kept curves"},
         {"# pavane work 1\nshown=tabs\n", "names no map"},
         {"# pavane work 1\n[map]\nplane=1\n", "names no map", 0},
         {good + "plane=-1\nview=1,0,0,1\nview=0,nan,0,1\nrange=1,1\nview=1,2,3\nnew=1\nword\n", "",
@@ -111,6 +135,50 @@ TEST(WorkFile, TellsWhatItDoesNotUnderstand)
     std::string error;
     EXPECT_FALSE(readWork(saved("many.work", many), work, notes, error));
     EXPECT_NE(error.find("more than 100 maps"), std::string::npos);
+}
+
+TEST(WorkCopy, IsThereWhileSomethingIsInNoFileAndIsFoundWhenItsProcessIsGone)
+{
+    const fs::path home = fs::path(testing::TempDir()) / "work-copy";
+    fs::remove_all(home);
+    const std::string folder = home.string() + "/";
+    Work work;
+    work.maps.resize(1);
+    work.maps[0].file = "/data/a.fits";
+    work.maps[0].unsavedAreas = folder + "autosave-1-2.areas";
+    WorkCopy copy(folder);
+    WorkCopy other(folder);
+    EXPECT_NE(copy.file(), other.file());
+    copy.begin(work);
+    EXPECT_TRUE(copy.keep(work, 0));
+    EXPECT_FALSE(fs::exists(copy.file()));
+    EXPECT_TRUE(copy.keep(work, 1));  // areas are not saved
+    EXPECT_TRUE(fs::exists(copy.file()));
+    EXPECT_TRUE(copy.keep(work, 0));
+    EXPECT_FALSE(fs::exists(copy.file()));
+    work.current = 0;
+    work.maps[0].plane = 3;
+    EXPECT_TRUE(copy.keep(work, 0));
+    EXPECT_TRUE(leftWork(folder).empty());  // of a process that lives
+    // of this process's number, but from before it
+    setLeftWorkAside(folder);
+    saved("areas", "x");
+    fs::copy_file(fs::path(testing::TempDir()) / "work" / "areas", work.maps[0].unsavedAreas);
+    std::ofstream(folder + "autosave-work-1073741900-2.work") << "# pavane work 9\n";
+    std::vector<LeftWork> left = leftWork(folder);
+    ASSERT_EQ(left.size(), 1U);
+    EXPECT_EQ(left[0].work.maps[0].plane, 3);
+    EXPECT_TRUE(isPartOf(left, work.maps[0].unsavedAreas));
+    const std::string question = questionAbout(left, left[0].time + 600);
+    EXPECT_NE(question.find("a.fits, changed 10 minutes ago"), std::string::npos) << question;
+    EXPECT_NE(question.find("areas or components that are not saved"), std::string::npos);
+    // nothing goes but copies
+    const std::string precious = saved("precious", "x");
+    left[0].work.maps[0].unsavedModel = precious;
+    removeLeftWork(left[0], 1);
+    EXPECT_TRUE(fs::exists(precious));
+    EXPECT_FALSE(fs::exists(work.maps[0].unsavedAreas));
+    EXPECT_TRUE(leftWork(folder).empty());
 }
 
 }  // namespace pavane

@@ -1,5 +1,4 @@
 // Work files in the window.
-#include "apps/view/work/WorkFile.h"
 #include "tests/apps/view_window_fixture.h"
 
 namespace pavane
@@ -81,6 +80,75 @@ TEST_F(ViewWorkFile, WithoutAMapThatCanBeOpenedIsTold)
     EXPECT_FALSE(window.OpenMap(path("new.work"), -1));
     ASSERT_EQ(said.size(), 2U);
     EXPECT_NE(said[1].find("newer version"), std::string::npos);
+}
+
+// What a crash leaves is taken from the folder while the window lives, and given to another one.
+TEST_F(ViewWorkFile, ComesBackAfterACrashWithAllThatWasInNoFile)
+{
+    writeMap("other.fits");
+    const fs::path kept = folder_ / "kept";
+    const std::string profile = path("profile/");
+    TMinMax zoomed;
+    {
+        MainWindow window;
+        open(window);
+        window.KeepWork();
+        for (const auto& entry : fs::directory_iterator(profile))
+            EXPECT_NE(entry.path().extension(), ".work");  // nothing was done yet
+        ASSERT_TRUE(window.AddMap(path("other.fits"), -1));
+        window.SendMessage(WM_COMMAND, idOtherContours);
+        addArea(window, 1);
+        window.SendMessage(WM_COMMAND, idMapsSideBySide);
+        window.SendMessage(WM_COMMAND, idProfile);
+        ProfileLine line;
+        line.corners = {{3, 4}, {30, 20}, {40, 4}};
+        line.width = 3;
+        window.curves().SetLine(line);
+        EXPECT_TRUE(window.curves().Keep());
+        window.SendMessage(WM_COMMAND, idModel);
+        window.model().session().components().begin("a");
+        const ACompItem item;
+        ASSERT_TRUE(window.model().session().components().insert(0, &item, 1));
+        (void)window.model().session().components().end();
+        window.model().table().OnComponentsChanged();
+        window.view().UpdateWindow();
+        window.view().ZoomAbout(clientOf(window.view()).CenterPoint(), 3);
+        zoomed = window.view().GetPlot()->getMinMax();
+        window.KeepWork();
+        fs::copy(profile, kept);
+        answer = IDNO;
+        window.SendMessage(WM_CLOSE, 0, 0);
+    }
+    forgetQuit();
+    EXPECT_TRUE(leftWork(profile).empty());
+    fs::remove_all(profile);
+    fs::copy(kept, profile);
+    setLeftWorkAside(profile);  // it has the number of this process
+    const std::vector<LeftWork> left = leftWork(profile);
+    ASSERT_EQ(left.size(), 1U);
+    said.clear();
+    MainWindow window;
+    ASSERT_TRUE(window.Create(ViewOptions()));
+    ASSERT_TRUE(window.RestoreWork(left[0]));
+    window.Show();
+    EXPECT_TRUE(said.empty()) << said[0];
+    EXPECT_EQ(window.maps().count(), 2);
+    EXPECT_EQ(window.maps().shown(), MapsShown::sideBySide);
+    EXPECT_EQ(areas(window).count(), 1);
+    EXPECT_TRUE(areas(window).IsModified());
+    EXPECT_EQ(window.curves().kind(), CurvePanel::Kind::profile);
+    EXPECT_EQ(window.curves().line().line().corners.size(), 3U);
+    EXPECT_EQ(window.curves().kept(), 1);
+    EXPECT_TRUE(window.model().session().isModified());
+    EXPECT_EQ(window.model().session().components().list().count(), 1);
+    window.view().UpdateWindow();
+    EXPECT_NEAR(window.view().GetPlot()->getMinMax().xMin, zoomed.xMin, 1e-9);
+    EXPECT_TRUE(fs::exists(profile));
+    EXPECT_TRUE(leftWork(profile).empty());
+    EXPECT_EQ(copies(), 1U);
+    answer = IDNO;
+    window.SendMessage(WM_CLOSE, 0, 0);
+    EXPECT_EQ(copies(), 0U);
 }
 
 }  // namespace pavane
