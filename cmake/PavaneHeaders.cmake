@@ -185,6 +185,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/profiles/CellHistogram.h
     pavane/measures/profiles/MapProfile.h
     pavane/measures/profiles/NumberTable.h
+    pavane/measures/profiles/PositionVelocity.h
     pavane/measures/profiles/profile_tables.h
     pavane/measures/profiles/sky_ruler.h
     pavane/measures/profiles/spectra.h

@@ -185,6 +185,7 @@
 #include "pavane/measures/profiles/CellHistogram.h"
 #include "pavane/measures/profiles/MapProfile.h"
 #include "pavane/measures/profiles/NumberTable.h"
+#include "pavane/measures/profiles/PositionVelocity.h"
 #include "pavane/measures/profiles/profile_tables.h"
 #include "pavane/measures/profiles/sky_ruler.h"
 #include "pavane/measures/profiles/spectra.h"

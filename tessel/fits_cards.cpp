@@ -229,6 +229,43 @@ MapHeader headerOnGrid(const MapHeader& map, const MapHeader& like)
     return made;
 }
 
+MapHeader headerOnAxes(const MapHeader& map, const MapAxis& first, const MapAxis& second)
+{
+    static constexpr std::string_view kept[] = {"SPECSYS", "RESTFRQ",  "RESTFREQ",
+                                                "MJD-OBS", "OBSERVER", "INSTRUME"};
+    MapAxis stokes;
+    stokes.ctype = "STOKES";
+    stokes.crpix = stokes.crval = 1;
+    int plane = map.plane;
+    for (std::size_t i = 2; i < map.axes.size(); ++i) {
+        const MapAxis& axis = map.axes[i];
+        const int length = std::max(axis.length, 1);
+        if (axis.ctype == stokes.ctype)
+            stokes.crval = axis.crval + (plane % length + 1 - axis.crpix) * axis.cdelt;
+        plane /= length;
+    }
+    MapAxis last;  // not one of frequency: there is one such axis already
+    last.crpix = 1;
+    MapHeader made = map;
+    made.axes = {first, second, stokes, last};
+    made.cd[0][0] = first.cdelt;
+    made.cd[1][1] = second.cdelt;
+    made.cd[0][1] = made.cd[1][0] = 0;
+    made.hasCelestialAxes = made.longitudeAxis = 0;
+    made.plane = 0;
+    made.planes = 1;
+    made.coordinateCards.clear();
+    made.equinox = 0;
+    made.coordinateCards = madeCards(made);
+    for (const std::string& text : map.coordinateCards)
+        if (std::any_of(std::begin(kept), std::end(kept), [&](std::string_view key) {
+                return text.starts_with(key) &&
+                       (text[key.size()] == ' ' || text[key.size()] == '=');
+            }))
+            made.coordinateCards.push_back(text);
+    return made;
+}
+
 std::vector<std::string> coordinateCards(const MapHeader& header)
 {
     std::vector<std::string> cards =

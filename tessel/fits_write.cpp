@@ -34,7 +34,10 @@ int writeImage(const std::string& name, int rows, int columns, const MapHeader& 
             error = writingGivenUp;
             return 0;
         }
-        written = writer.write(rowOf(r));
+        const float* const cells = rowOf(r);
+        if (!cells)
+            return 0;  // who has the rows told why
+        written = writer.write(cells);
     }
     if (!written || !writer.finish() || !safe.commit()) {
         error = safe.fault();
@@ -77,6 +80,15 @@ int writeMadeMap(const std::string& file, const AMatrix<float>& cells, const Map
     return writeImage(
         file, cells.rows(), cells.columns(), header, 1, [&](int r) { return cells.row(r); }, error,
         progress, history);
+}
+
+int writeMadeRows(const std::string& file, int rows, int columns, const MapHeader& header,
+                  const std::vector<std::string>& history, const RowFunction& rowOf,
+                  std::string& error, const ProgressFunction& progress)
+{
+    return writeImage(
+        file, rows, columns, header, 1, [&](int r) { return rowOf(r, error); }, error, progress,
+        history);
 }
 
 }  // namespace pavane

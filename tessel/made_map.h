@@ -5,6 +5,7 @@
 #include "tessel/map_header.h"
 #include "tessel/progress_function.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,8 +18,23 @@ PAVANE_API int writeMadeMap(const std::string& file, const AMatrix<float>& cells
                             const MapHeader& header, const std::vector<std::string>& history,
                             std::string& error, const ProgressFunction& progress = {});
 
+/// The cells of a row, from 0, until the next is asked for; null with `error` when there are none.
+using RowFunction = std::function<const float*(int row, std::string& error)>;
+
+/// The same of a map whose rows come one after the other, so that none needs to be kept.
+PAVANE_API int writeMadeRows(const std::string& file, int rows, int columns,
+                             const MapHeader& header, const std::vector<std::string>& history,
+                             const RowFunction& rowOf, std::string& error,
+                             const ProgressFunction& progress = {});
+
 /// The header of a map that is brought onto the grid of another one: axes 1 and 2 and the frame of
 /// `like`, everything else of `map`, whose plane becomes the only one. The beam keeps its angle.
 PAVANE_API MapHeader headerOnGrid(const MapHeader& map, const MapHeader& like);
+
+/// The header of an image that has the values of a map along two other axes, which are not on the
+/// sky: those two, and of the map the unit, the beam, the Stokes parameter of its plane, the
+/// object, date, telescope, rest frequency and the frame of velocities.
+PAVANE_API MapHeader headerOnAxes(const MapHeader& map, const MapAxis& first,
+                                  const MapAxis& second);
 
 }  // namespace pavane

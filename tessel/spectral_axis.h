@@ -28,6 +28,8 @@ public:
     int axis() const { return axis_; }
     /// "radio", "optical", or "" where that does not matter.
     const char* convention() const { return convention_; }
+    /// Non-zero where values have equal steps.
+    int isLinear() const { return form_ == Form::linear || form_ == Form::radio; }
     /// The value at a pixel, which counts from 0 and may have a fraction; not finite where there is
     /// none.
     double value(double pixel) const;

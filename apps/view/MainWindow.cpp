@@ -250,7 +250,7 @@ void MainWindow::seatMap(MapWindow& window, MapDocument& document)
     window.SetTrackers(areas, 1);
     showMap(window, document.picture());
     window.SetPlayByMouse(1);
-    window.SetSquareCells(!options_.freeAspect);
+    window.SetSquareCells(!options_.freeAspect && !document.inputs().frame.unlikeAxes);
     placeMarks(window, document);
 }
 

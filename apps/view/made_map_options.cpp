@@ -34,6 +34,8 @@ std::string_view nameOf(const MadeMapWish& made)
         return pairNames[static_cast<int>(made.pair)];
     case Kind::polarisation:
         return "--polarisation";
+    case Kind::positionVelocity:
+        return "--pv";
     case Kind::none:
         break;
     }
@@ -54,6 +56,8 @@ Names companionsOf(const MadeMapWish& made)
         return {"--batch", "--plane", "--like", "--shift", "--out"};
     case Kind::polarisation:
         return {"--batch", "--plane", "--stokes-q", "--stokes-u", "--clip", "--out", "--errors"};
+    case Kind::positionVelocity:
+        return {"--batch", "--planes", "--across", "--out"};
     case Kind::pair:
         break;
     case Kind::none:
@@ -65,6 +69,11 @@ Names companionsOf(const MadeMapWish& made)
         names.emplace_back("--clip");
     return names;
 }
+
+/// What the picture of such a map may have.
+constexpr std::string_view pictureNames[] = {"--png",      "--pdf",    "--svg",     "--size",
+                                             "--palette",  "--levels", "--scale",   "--range",
+                                             "--contrast", "--aspect", "--sky-grid"};
 
 /// What goes with such a map alone.
 constexpr std::string_view alone[] = {"--clip", "--out", "--errors", "--shift", "--calibration"};
@@ -172,6 +181,12 @@ int readCalibration(const std::string& text, ViewOptions& options, std::string& 
     return 0;
 }
 
+int readVelocityLine(const std::string& text, ViewOptions& options, std::string& error)
+{
+    options.made.kind = Kind::positionVelocity;
+    return readProfileLine(text, "--pv", options.made.line, error);
+}
+
 template <std::string MadeMapWish::*file>
 int keepFile(const std::string& text, ViewOptions& options, std::string&)
 {
@@ -191,6 +206,10 @@ void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits)
          "velocity, 2 its dispersion, max the greatest of them",
          "0 1 2 max"},
         readMoment);
+    add({"--pv", "", "X1,Y1,X2,Y2[,...][,WIDTH]",
+         "make the position-velocity map of a cube along a line, as --profile has it, with "
+         "--across; of all planes of the first Stokes parameter, or of --planes"},
+        readVelocityLine);
     add({"--smooth", "", "BMAJ,BMIN,BPA",
          "convolve the map to this larger beam: full widths in mas, position angle in degrees"},
         readBeam);
@@ -241,14 +260,16 @@ int checkMadeMapOptions(const ViewOptions& options, const GivenArguments<ViewOpt
     const std::string name(nameOf(made));
     const Names companions = companionsOf(made);
     for (const auto* option : given.options) {
-        if (made.wanted() && option->name != name && !contains(companions, option->name))
+        if (made.wanted() && option->name != name && !contains(companions, option->name) &&
+            !contains(pictureNames, option->name))
             error = std::string(option->name) + " does not go with " + name +
                     ": that is a step of its own";
         else if (!made.wanted() && contains(alone, option->name) &&
                  !goesWithOverlay(options, option->name))
-            error = std::string(option->name) +
-                    " goes with a map that is made: --moment, --smooth, --regrid, --difference, "
-                    "--ratio or --index";
+            error =
+                std::string(option->name) +
+                " goes with a map that is made: --moment, --pv, --smooth, --regrid, --difference, "
+                "--ratio or --index";
         if (!error.empty())
             return 0;
     }

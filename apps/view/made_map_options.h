@@ -5,6 +5,7 @@
 #include "pavane/measures/maps/pair_maps.h"
 #include "pavane/measures/maps/polarisation.h"
 #include "pavane/measures/maps/smooth_map.h"
+#include "pavane/measures/profiles/MapProfile.h"
 #include "tessel/CellMapping.h"
 
 #include <string>
@@ -17,7 +18,7 @@ struct ViewOptions;
 
 /// What the command line says of a map that is made of others.
 struct MadeMapWish {
-    enum class Kind : int { none, moment, smooth, regrid, pair, polarisation };
+    enum class Kind : int { none, moment, smooth, regrid, pair, polarisation, positionVelocity };
     Kind kind = Kind::none;
     Moment moment = Moment::integral;
     SkyBeam beam;  ///< to convolve to
@@ -29,11 +30,13 @@ struct MadeMapWish {
     int regrid = 0;           ///< the second map of a pair is brought onto the grid of the first
     SkyShift shift;           ///< of the map that is brought onto another grid
     double calibration = 0;   ///< a part of the values
+    ProfileLine line;         ///< of a position-velocity map
     double clip = -1;         ///< in units of the noise; -1: none was given
     std::string out, errors;  ///< files: the map, and that of its errors or ""
 
     int wanted() const { return kind != Kind::none; }
     int needsPlanes() const { return kind == Kind::moment; }
+    int takesPlanes() const { return needsPlanes() || kind == Kind::positionVelocity; }
 };
 
 /// The options of such maps, all of which have `traits`, behind those that stand in the table.

@@ -1,6 +1,7 @@
 #include "apps/view/made_maps.h"
 
 #include "apps/view/batch_output.h"
+#include "apps/view/cubes/position_velocity.h"
 #include "apps/view/options.h"
 #include "apps/view/overlays.h"
 #include "apps/view/paired_maps.h"
@@ -172,6 +173,8 @@ int makeSmooth(const ViewOptions& options, MadeMap& made, std::string& text, std
 int writeMadeMaps(const ViewOptions& options, std::string& error)
 {
     using Kind = MadeMapWish::Kind;
+    if (options.made.kind == Kind::positionVelocity)
+        return writePositionVelocity(options, error);
     MadeMap made;
     std::string text;
     const Kind kind = options.made.kind;

@@ -138,10 +138,25 @@ int printMeasured(const ViewOptions& options, const ViewInputs& inputs, const Ma
     return !options.profile.hasFit || printText(fitText(inputs, measured.fits), error);
 }
 
+/// What draws the map that was made.
+ViewOptions pictureOfMade(const ViewOptions& options)
+{
+    ViewOptions picture = options;
+    picture.map = options.made.out;
+    picture.plane = -1;
+    picture.made = {};
+    picture.profile = {};
+    picture.print = {};
+    picture.overlay = {};
+    return picture;
+}
+
 int runBatch(char** argv, const ViewOptions& options, std::string& error)
 {
     if (options.made.wanted())
-        return writeMadeMaps(options, error);
+        return (!options.wantsPicture() || choosePalette(options.palette, error)) &&
+               writeMadeMaps(options, error) &&
+               (!options.wantsPicture() || runBatch(argv, pictureOfMade(options), error));
     ViewInputs inputs;
     AComponents components;
     std::vector<std::string> notes;

@@ -211,7 +211,7 @@ constexpr std::string_view mapOptions[] = {
     "--palette", "--aspect", "--mask",     "--area-names", "--partial",    "--visibilities",
     "--planes",  "--grid",   "--contrast", "--surface",    "--empty-area", "--sky-grid",
     "--moment",  "--smooth", "--out",      "--errors",     "--clip",       "--profile",
-    "--across",  "--fit",    "--residual"};
+    "--across",  "--fit",    "--residual", "--pv"};
 
 OptionTable<ViewOptions> newTable()
 {

@@ -166,7 +166,7 @@ void addPrintOptions(OptionTable<ViewOptions>& table, int traits)
         readCaption, 1);
     add({"--planes", "", "A-B",
          "print these planes of a cube, from 0, beside each other with one range of colours; the "
-         "table of areas is of all of them, and --moment is made of them"},
+         "table of areas is of all of them, --moment and --pv are made of them"},
         readPlanes);
     add({"--grid", "", "RxC", "rows and columns of planes on a page"}, readGrid);
 }
@@ -175,9 +175,9 @@ int checkPrintOptions(const ViewOptions& options, const GivenArguments<ViewOptio
                       std::string& error)
 {
     const PrintWish& print = options.print;
-    // tables of areas and spectra have rows for each of the planes, moments are made of them
+    // tables of areas and spectra have rows for each of the planes, maps are made of them
     const int ofTable = options.wantsTable(areaTable) || options.wantsTable(spectrumTableName) ||
-                        options.made.needsPlanes();
+                        options.made.takesPlanes();
     const auto only = std::find_if(given.options.begin(), given.options.end(), [&](const auto* o) {
         return std::count(std::begin(printOnly), std::end(printOnly), o->name) != 0 &&
                !(ofTable && o->name == std::string_view("--planes"));

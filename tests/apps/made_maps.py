@@ -270,7 +270,7 @@ for arguments, status, why in (
         (("cube.fits", "--batch", "--moment", "0", "--planes", "0-3"), 1, "--out"),
         (("cube.fits", "--batch", "--moment", "3", "--planes", "0-3", "--out", "out.fits"), 1, "--moment knows"),
         (("cube.fits", *rest, "--planes", "0-3", "--clip", "-1"), 1, "--clip wants"),
-        (("cube.fits", *rest, "--planes", "0-3", "--png", "a.png"), 1, "step of its own"),
+        (("cube.fits", *rest, "--planes", "0-3", "--stats"), 1, "step of its own"),
         (("cube.fits", *rest, "--planes", "0-3", "--errors", "cube.fits"), 1, "would write over the map"),
         (("source.fits", "--batch", "--smooth", "3600,1400,50", "--plane", "1", "--out", "out.fits"), 2, "larger than"),
         (("source.fits", "--batch", "--smooth", "3600,2880,50", "--out", "out.fits"), 2, "source.fits: "),

@@ -30,26 +30,7 @@ int readNumbers(std::string_view text, std::vector<double>& numbers)
 
 int readProfile(const std::string& text, ViewOptions& options, std::string& error)
 {
-    constexpr std::size_t fewest = 4;
-    constexpr double mostWidth = 10000;
-    ProfileLine& line = options.profile.line;
-    std::vector<double> numbers;
-    const int areRead = readNumbers(text, numbers);
-    line.corners.clear();
-    // corners have two numbers each, so that an odd one is the width
-    if (areRead && numbers.size() % 2) {
-        line.width = numbers.back();
-        numbers.pop_back();
-    }
-    if (!areRead || numbers.size() < fewest || !(line.width > 0 && line.width <= mostWidth)) {
-        error = "--profile wants X1,Y1,X2,Y2 in pixels from 1, further corners and perhaps a width "
-                "in cells above 0, not '" +
-                text + "'";
-        return 0;
-    }
-    for (std::size_t i = 0; i < numbers.size(); i += 2)
-        line.corners.push_back({numbers[i] - 1, numbers[i + 1] - 1});
-    return 1;
+    return readProfileLine(text, "--profile", options.profile.line, error);
 }
 
 int readAcross(const std::string& text, ViewOptions& options, std::string& error)
@@ -96,6 +77,32 @@ int readResidual(const std::string& text, ViewOptions& options, std::string&)
 
 }  // namespace
 
+int readProfileLine(const std::string& text, const char* option, ProfileLine& line,
+                    std::string& error)
+{
+    constexpr std::size_t fewest = 4;
+    constexpr double mostWidth = 10000;
+    std::vector<double> numbers;
+    const int areRead = readNumbers(text, numbers);
+    line.corners.clear();
+    // corners have two numbers each, so that an odd one is the width
+    if (areRead && numbers.size() % 2) {
+        line.width = numbers.back();
+        numbers.pop_back();
+    }
+    if (!areRead || numbers.size() < fewest || !(line.width > 0 && line.width <= mostWidth)) {
+        error =
+            option +
+            std::string(" wants X1,Y1,X2,Y2 in pixels from 1, further corners and perhaps a width "
+                        "in cells above 0, not '") +
+            text + "'";
+        return 0;
+    }
+    for (std::size_t i = 0; i < numbers.size(); i += 2)
+        line.corners.push_back({numbers[i] - 1, numbers[i + 1] - 1});
+    return 1;
+}
+
 int isMeasuredTable(const std::string& name)
 {
     return name == profileTableName || name == spectrumTableName || name == histogramTableName ||
@@ -126,8 +133,8 @@ void addProfileOptions(OptionTable<ViewOptions>& table, int traits)
 int checkProfileOptions(const ViewOptions& options, std::string& error)
 {
     const ProfileWish& wish = options.profile;
-    if (wish.hasAcross && !(wish.line.width > 1))
-        error = "--across goes with a --profile of a width above 1";
+    if (wish.hasAcross && !(wish.line.width > 1) && !(options.made.line.width > 1))
+        error = "--across goes with a --profile or --pv of a width above 1";
     else if (!wish.wanted() && options.wantsTable(profileTableName))
         error = "--table profile wants the line that it is along: --profile X1,Y1,X2,Y2[,WIDTH]";
     else if (!wish.hasFit && options.wantsTable(fitTableName))

@@ -28,6 +28,11 @@ struct ProfileWish {
     int wanted() const { return !line.corners.empty(); }
 };
 
+/// Reads corners in pixels from 1 and perhaps a width behind them, all between commas. 0 with
+/// `error`, which names the option.
+int readProfileLine(const std::string& text, const char* option, ProfileLine& line,
+                    std::string& error);
+
 /// Whether it is the name of a table of what is measured on a map.
 int isMeasuredTable(const std::string& name);
 

@@ -10,6 +10,8 @@
 #include <algorithm>
 #include <cmath>
 #include <numbers>
+#include <string_view>
+#include <utility>
 
 namespace pavane
 {
@@ -41,8 +43,21 @@ void setEnds(const MapAxis& axis, int cells, double step, double origin, double&
 
 std::string plainTitle(const MapAxis& axis, const char* otherwise)
 {
-    const std::string name = axis.ctype.empty() ? otherwise : axis.ctype;
-    return axis.cunit.empty() ? name : name + titleUnit(axis.cunit);
+    static constexpr std::pair<std::string_view, const char*> names[] = {
+        {"OFFSET", "Offset"},
+        {"VRAD", "Radio velocity"},
+        {"VOPT", "Optical velocity"},
+        {"FELO", "Optical velocity"},
+        {"VELO", "Velocity"},
+        {"FREQ", "Frequency"},
+        {"PLANE", "Plane"}};
+    std::string name = axis.ctype.empty() ? otherwise : axis.ctype;
+    for (const auto& [type, usual] : names)
+        if (name == type || (name.starts_with(type) && name[type.size()] == '-'))
+            name = usual;
+    if (axis.cunit.empty())
+        return name;
+    return name + (axis.cunit == "arcsec" ? " [%sas]" : titleUnit(axis.cunit));
 }
 
 /// What the axes of a map on the sky count, without their unit.
@@ -145,6 +160,7 @@ MapFrame frameOf(const MapHeader& header, int rows, int columns)
     if (!frame.onSky) {
         frame.xTitle = plainTitle(x, "Column");
         frame.yTitle = plainTitle(y, "Row");
+        frame.unlikeAxes = x.cunit != y.cunit;
         return frame;
     }
     frame.xDirection = -1;

@@ -34,6 +34,8 @@ struct PAVANE_API MapFrame {
     CString xTitle, yTitle;       ///< with "%s" where the prefix goes
     CString valueTitle;           ///< of colour bars: the unit, written in the same way
     MapBeam beam;  ///< in units of the axes, turned as the sky is in the map; unset without one
+    int unlikeAxes =
+        0;  ///< they count different things, so that no shape of cells is the right one
 
     /// The place, on the axes, that lies so many arcseconds east and north of the reference pixel.
     MapPlace onAxes(double east, double north) const;

@@ -58,7 +58,7 @@ void applyWholeLook(MapPicture& picture, const MapLook& look)
 void applyLook(MapPicture& picture, const MapLook& look)
 {
     applyLook(picture.graph(), picture.content(), look);
-    picture.figure().setSquareCells(!look.freeAspect);
+    picture.figure().setSquareCells(!look.freeAspect && !picture.content().frame.unlikeAxes);
 }
 
 void applyLook(ALevelsColorGraph& graph, const MapContent& content, const MapLook& look)

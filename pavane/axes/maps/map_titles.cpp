@@ -146,7 +146,11 @@ CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapN
     if (!header.stokes.empty() && header.stokes != "I" && !isOfPlane("STOKES"))
         append(text, std::string("Stokes") + hardBlank + header.stokes);
     append(text, header.dateObs.substr(0, header.dateObs.find('T')));
-    const MapUnit unit = mapUnit(header.bunit);
+    MapUnit unit = mapUnit(header.bunit);
+    if (unit.name == "m/s") {  // velocities are told in km/s
+        unit.factor /= 1000;
+        unit.name = "km/s";
+    }
     if (!range.isEmpty()) {
         append(text, std::string("peak") + hardBlank +
                          scaledText(range.greatest * unit.factor, unit.name, headerDigits));

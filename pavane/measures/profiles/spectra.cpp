@@ -1,5 +1,7 @@
 #include "pavane/measures/profiles/spectra.h"
 
+#include "pavane/measures/profiles/RowsOfPlane.h"
+
 #include <algorithm>
 #include <new>
 
@@ -10,36 +12,6 @@ namespace
 {
 
 constexpr const char* noMemory = "there is no memory for the spectra";
-
-/// Rows of a plane from `first` on, as cells of the whole map are asked for.
-class RowsOfPlane : public AMatrixAccess
-{
-public:
-    RowsOfPlane(const CubePart& part, int first, int last)
-        : part_(part), first_(first), cells_(static_cast<std::size_t>(last - first + 1) *
-                                             static_cast<std::size_t>(part.columns))
-    {
-    }
-    int rows() const override { return part_.rows; }
-    int columns() const override { return part_.columns; }
-    void copyRow(int row, int first, int count, float* to) const override
-    {
-        std::copy_n(floatRow(row) + first, count, to);
-    }
-    const float* floatRow(int row) const override
-    {
-        return cells_.data() + std::int64_t{row - first_} * part_.columns;
-    }
-    int read(int plane, int count, std::string& error)
-    {
-        return part_.read(plane, first_, count, cells_.data(), error);
-    }
-
-private:
-    const CubePart& part_;
-    int first_;
-    std::vector<float> cells_;
-};
 
 int find(const CubePart& part, std::vector<CellSpectrum>& spectra, std::string& error,
          const ProgressFunction& progress)

@@ -1,5 +1,6 @@
 // What no other program has a number for: gaps, refusals, planes that fail. Values of profiles,
 // spectra and histograms stand beside numpy in tests/apps/profile_tables.py.
+#include "pavane/measures/profiles/PositionVelocity.h"
 #include "pavane/measures/profiles/profile_tables.h"
 #include "pavane/measures/profiles/sky_ruler.h"
 
@@ -189,4 +190,60 @@ TEST(Spectra, ReadOnlyTheRowsThatTheyNeedAndTellFaults)
     const NumberTable table = spectrumTable({{"a\tb", &spectra[1]}}, part.planes, "", FluxScale());
     ASSERT_TRUE(table.writeTsv(text));
     EXPECT_NE(text.str().find("\na?b\t5\t0\t\t\t"), std::string::npos) << text.str();
+}
+
+// Values and axes stand beside numpy and Astropy in tests/apps/position_velocity.py.
+TEST(PositionVelocity, ReadsTheRowsThatTheLineCrossesAndTellsFaults)
+{
+    CubePart part;
+    part.rows = 50;
+    part.columns = 40;
+    part.planes.resize(3);
+    for (int i = 0; i < 3; ++i)
+        part.planes[std::size_t(i)].plane = 4 + i;
+    int firstRow = 0, rows = 0;
+    part.read = [&](int plane, int first, int count, float* to, std::string& error) {
+        firstRow = first;
+        rows = count;
+        for (int r = first; r < first + count; ++r)
+            for (int c = 0; c < part.columns; ++c)
+                *to++ = 2.0f + 3.0f * float(c) - float(r) + 100 * float(plane);
+        return plane == 6 ? error = "cut short", 0 : 1;
+    };
+    MapHeader header;
+    header.axes.resize(3);
+    PositionVelocity map;
+    std::string error;
+    const ProfileLine line{{{3, 10}, {3, 12}, {-2, 12}}, 2.8};
+    for (const int isWhole : {0, 1}) {
+        part.isWhole = isWhole;
+        ASSERT_TRUE(map.begin(part, header, line, error)) << error;
+        ASSERT_EQ(map.columns(), 15);
+        std::vector<float> values(15);
+        ASSERT_TRUE(map.read(1, values.data(), error));
+        EXPECT_EQ(firstRow, isWhole ? 0 : 8);
+        EXPECT_EQ(firstRow + rows, 15);
+        for (std::size_t i = 0; i < 15; ++i) {
+            const double x = 3 - std::max(double(i) / 2 - 2, 0.0),
+                         y = std::min(10 + double(i) / 2, 12.0);
+            ASSERT_EQ(std::isfinite(values[i]), x >= 0) << i;
+            EXPECT_TRUE(!(x >= 0) || std::fabs(values[i] - (502 + 3 * x - y)) < 1e-4) << i;
+        }
+        EXPECT_FALSE(map.read(2, values.data(), error));
+        EXPECT_EQ(error, "cut short");
+        EXPECT_FALSE(map.read(3, values.data(), error));
+    }
+    EXPECT_EQ(map.header().axes[0].cunit + map.header().axes[1].ctype, "pixelPLANE");
+    EXPECT_EQ(map.header().axes[1].crval, 4);
+    header.axes[2].ctype = "FREQ";
+    for (const double step : {0.0, 1e308 * 10, MapProfile::none}) {
+        header.axes[2].cdelt = step;
+        EXPECT_FALSE(map.begin(part, header, line, error)) << step;
+        EXPECT_EQ(map.rows() + map.columns(), 0);
+    }
+    for (const ProfileLine& bad : {ProfileLine{{{3, 3}, {3, 3.4}}}, ProfileLine{{{60, 3}, {70, 9}}},
+                                   ProfileLine{{{3, 3}, {MapProfile::none, 9}}}})
+        EXPECT_FALSE(map.begin(part, {}, bad, error));
+    part.planes.clear();
+    EXPECT_FALSE(map.begin(part, {}, line, error));
 }
