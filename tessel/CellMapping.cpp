@@ -83,4 +83,28 @@ int CellMapping::northOf(double column, double row, double& angle) const
     return 1;
 }
 
+int showTheSame(const SkyCoordinates& first, int firstRows, int firstColumns,
+                const SkyCoordinates& second, int secondRows, int secondColumns,
+                SkyShift firstMoved)
+{
+    constexpr int parts = 32;
+    const auto meets = [](const CellMapping& mapping, int rows, int columns, int toRows,
+                          int toColumns) {
+        for (int i = 0; i <= parts; ++i)
+            for (int j = 0; j <= parts; ++j) {
+                double column = 0, row = 0;
+                if (mapping.map((columns - 1.0) * j / parts, (rows - 1.0) * i / parts, column,
+                                row) &&
+                    column >= -0.5 && row >= -0.5 && column <= toColumns - 0.5 &&
+                    row <= toRows - 0.5)
+                    return 1;
+            }
+        return 0;
+    };
+    return meets(CellMapping(first, second, firstMoved), firstRows, firstColumns, secondRows,
+                 secondColumns) ||
+           meets(CellMapping(second, first, {-firstMoved.east, -firstMoved.north}), secondRows,
+                 secondColumns, firstRows, firstColumns);
+}
+
 }  // namespace pavane

@@ -38,4 +38,10 @@ private:
     double turn_[3][3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
 };
 
+/// Whether two maps of so many cells show some of the same sky: one of 33 x 33 places of either map
+/// lies in the other, within half a cell.
+PAVANE_API int showTheSame(const SkyCoordinates& first, int firstRows, int firstColumns,
+                           const SkyCoordinates& second, int secondRows, int secondColumns,
+                           SkyShift firstMoved = {});
+
 }  // namespace pavane

@@ -3,6 +3,8 @@
 #include "tessel/made_map.h"
 #include "tessel/SafeFile.h"
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace pavane
@@ -77,6 +79,14 @@ int writeMadeMap(const std::string& file, const AMatrix<float>& cells, const Map
                  const std::vector<std::string>& history, std::string& error,
                  const ProgressFunction& progress)
 {
+    int isBlank = 1;
+    for (int r = 0; r < cells.rows() && isBlank; ++r)
+        isBlank = std::none_of(cells.row(r), cells.row(r) + cells.columns(),
+                               [](float value) { return std::isfinite(value); });
+    if (isBlank) {
+        error = "would have no cell with a value: it is not written";
+        return 0;
+    }
     return writeImage(
         file, cells.rows(), cells.columns(), header, 1, [&](int r) { return cells.row(r); }, error,
         progress, history);

@@ -13,7 +13,7 @@ namespace pavane
 {
 
 /// Writes a map that was made of others as writeFitsMap does, with lines that tell how: each
-/// becomes cards of HISTORY.
+/// becomes cards of HISTORY. A map without any finite value is refused.
 PAVANE_API int writeMadeMap(const std::string& file, const AMatrix<float>& cells,
                             const MapHeader& header, const std::vector<std::string>& history,
                             std::string& error, const ProgressFunction& progress = {});

@@ -107,6 +107,8 @@ int MapDocument::setContours(const MapDocument* other, const ViewOptions& option
             contours_ = new AOtherContours(&picture_.axis(), picture_.graph());
         if (contours_->setMap(other->inputs_, other->sky_, sky_, options.levels, {}, error))
             contoursOf_ = other->file_;
+        else
+            error.insert(0, other->file_ + ": ");
     }
     showOwnLevels(options);
     return !other || !contoursOf_.empty();

@@ -122,7 +122,8 @@ int readVectors(const ViewOptions& options, const MapContent& map, MapOverlays& 
     return 1;
 }
 
-int readOther(const ViewOptions& options, MapOverlays& overlays, std::string& error)
+int readOther(const ViewOptions& options, const MapContent& map, MapOverlays& overlays,
+              std::string& error)
 {
     const std::string& file = options.overlay.contours;
     overlays.other = std::make_unique<MapContent>();
@@ -133,7 +134,10 @@ int readOther(const ViewOptions& options, MapOverlays& overlays, std::string& er
                         [&](double part) { return progress.show(part); }) ||
         !overlays.otherSky.init(overlays.other->map.header, error))
         return refuse(file, error);
-    return 1;
+    const AMatrix<float>& cells = map.map.cells;
+    error = AOtherContours::faultOf(*overlays.other, overlays.otherSky, overlays.shown,
+                                    cells.rows(), cells.columns(), options.made.shift);
+    return error.empty() || refuse(file, error);
 }
 
 void addContours(MapPicture& picture, const ViewOptions& options, const MapOverlays& overlays)
@@ -179,7 +183,7 @@ int readOverlays(const ViewOptions& options, const MapContent& map, MapOverlays&
         error.insert(0, "nothing of the sky can lie over it: ");
         return refuse(options.map, error);
     }
-    return (wish.contours.empty() || readOther(options, overlays, error)) &&
+    return (wish.contours.empty() || readOther(options, map, overlays, error)) &&
            (!wish.vectors || readVectors(options, map, overlays, error));
 }
 

@@ -258,6 +258,9 @@ for name in "contours.png", "vectors.pdf":
         faults.append(f"{name} is small")
 
 # what is refused, and leaves no file
+fits.writeto(path("blank.fits"), first * np.nan, first_header, overwrite=True)
+first_header["CRVAL1"] = 10.
+fits.writeto(path("away.fits"), first, first_header, overwrite=True)
 with open(path("cube.fits"), "rb") as whole, open(path("cut.fits"), "wb") as cut:
     cut.write(whole.read()[:-200000])
 if os.path.exists(path("out.fits")):
@@ -288,6 +291,10 @@ for arguments, status, why in (
         (("first.fits", "--batch", "--polarisation", "angle", "--stokes-q", "q.fits", "--stokes-u", "second.fits",
           "--out", "out.fits"), 2, "has other cells than U"),
         (("first.fits", "--batch", "--contours", "second.fits"), 1, "go with a picture"),
+        (("first.fits", "--batch", "--contours", "away.fits", "--png", "out.fits"), 2, "another part of the sky"),
+        (("first.fits", "--batch", "--contours", "blank.fits", "--png", "out.fits"), 2, "no cell with a value"),
+        (("blank.fits", "--batch", "--difference", "blank.fits", "--out", "out.fits"), 2, "it is not written"),
+        (("first.fits", "--batch", "--find-shift", "away.fits"), 2, "different parts of the sky"),
         (("first.fits", "--batch", "--vectors", "length", "--png", "out.fits"), 1, "--vectors knows"),
         (("cube.fits", "--batch", "--clip", "3"), 1, "--clip goes with")):
     said = run(*arguments, status=status).stderr

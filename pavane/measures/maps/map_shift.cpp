@@ -294,7 +294,13 @@ int find(ShiftFinder& finder, const MapHeader& header, MapShift& found, std::str
     }
     int goesOn = 1;
     const auto tell = [&](double part) { return goesOn = !progress || progress(part); };
-    if (!finder.search(tell) || finder.best < -1 || !finder.fit(tell)) {
+    if (!finder.search(tell) || finder.best < -1) {
+        error = goesOn ? "has less than half of the cells that are compared, or they are all "
+                         "equal: areas choose cells that both maps have"
+                       : "the work was given up";
+        return 0;
+    }
+    if (!finder.fit(tell)) {
         error = goesOn ? "cannot be laid on the other map: nothing in the cells that are compared "
                          "fixes the shift"
                        : "the work was given up";

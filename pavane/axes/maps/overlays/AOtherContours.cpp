@@ -38,11 +38,27 @@ void AOtherContours::clear()
     contours_.setLines({}, 0);
 }
 
+CString AOtherContours::faultOf(const MapContent& other, const SkyCoordinates& own,
+                                const SkyCoordinates& shown, int rows, int columns, SkyShift moved)
+{
+    if (other.range.isEmpty())
+        return "has no cell with a value";
+    const AMatrix<float>& cells = other.map.cells;
+    return showTheSame(own, cells.rows(), cells.columns(), shown, rows, columns, moved)
+               ? ""
+               : "shows another part of the sky than the map beneath";
+}
+
 int AOtherContours::setMap(const MapContent& other, const SkyCoordinates& own,
                            const SkyCoordinates& shown, const LevelChoice& choice, SkyShift moved,
                            CString& error, const ProgressFunction& progress)
 {
     constexpr double tracingShare = 0.5;
+    error = faultOf(other, own, shown, map_.cells().rows(), map_.cells().columns(), moved);
+    if (!error.empty()) {
+        clear();
+        return 0;
+    }
     ContourLevels levels;
     levels.unit = LevelUnit::absolute;
     if (!other.range.isEmpty())

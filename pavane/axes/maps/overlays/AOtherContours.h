@@ -21,11 +21,16 @@ public:
 
     /// Takes the contours of `other`, which lies at `own`, over the map at `shown`; none of them is
     /// needed afterwards. `moved` is added to the positions of the other map, in its own frame.
-    /// Non-zero on success; 0 with `error`, and without contours, without memory and when
-    /// `progress` gave up.
+    /// Non-zero on success; 0 with `error`, and without contours, for maps that have no sky in
+    /// common or no value, without memory and when `progress` gave up.
     int setMap(const MapContent& other, const SkyCoordinates& own, const SkyCoordinates& shown,
                const LevelChoice& levels, SkyShift moved, CString& error,
                const ProgressFunction& progress = {});
+
+    /// Why the contours of a map cannot lie over one of so many rows and columns, to be read behind
+    /// its name; empty where they can.
+    static CString faultOf(const MapContent& other, const SkyCoordinates& own,
+                           const SkyCoordinates& shown, int rows, int columns, SkyShift moved);
 
     /// Draws none until the next setMap.
     void clear();
