@@ -4,7 +4,7 @@
 usage: several_e2e.py PAVANE_VIEW FOLDER
 
 Opens two maps with one command, links their areas, marks one, reads its numbers on both maps in the
-table, looks at both side by side, blinks, and exports areas, a table and a picture.
+table, looks at both side by side, blinks, reads a profile, and exports areas, its numbers and a picture.
 """
 import math
 import os
@@ -12,16 +12,23 @@ import os
 from desk import Look, Program, on_sky, run_test, wait_for, write_fits
 
 
+def value(x, y, side, cell, peak):
+    return (peak * math.exp(-((x - side / 2) ** 2 + (y - side / 2) ** 2) * (cell / 2.8e-8) ** 2 / 200)
+            + 1e-3 * ((x * 7 + y * 13) % 11 - 5))
+
+
+LOW, HIGH = (128, 2.8e-8, 1.0), (200, 1.4e-8, 0.4)  # side, cell in degrees, peak
+
+
 def write_map(folder, name, side, cell, peak):
     write_fits(f"{folder}/{name}", (side, side), (
-        peak * math.exp(-((x - side / 2) ** 2 + (y - side / 2) ** 2) * (cell / 2.8e-8) ** 2 / 200)
-        + 1e-3 * ((x * 7 + y * 13) % 11 - 5) for y in range(side) for x in range(side)),
+        value(x, y, side, cell, peak) for y in range(side) for x in range(side)),
         **on_sky(side, cell), BMAJ=2.0e-7, BMIN=1.5e-7, BPA=10.0, OBJECT="TEST")
 
 
 def prepare(folder):
-    write_map(folder, "low.fits", 128, 2.8e-8, 1.0)
-    write_map(folder, "high.fits", 200, 1.4e-8, 0.4)
+    write_map(folder, "low.fits", *LOW)
+    write_map(folder, "high.fits", *HIGH)
 
 
 class Maps(Program):
@@ -79,6 +86,20 @@ def work(desk, program, folder):
     view.shows("low.fits*")
     view.save(["ctrl+s"], "Save areas", "marked.reg")
     view.shows("low.fits")
+    view.key("shift+F8")
+    line = view.window("Line of the profile")
+    view.key("ctrl+a")
+    view.type("20,64,108,64")
+    view.key("Return")
+    view.gone(line)
+    tsv = view.save(["alt+s", "n"], "Save the numbers of the curve", "profile.tsv").decode()
+    names, *rows = [row.split("\t") for row in tsv.rstrip("\n").split("\n") if not row.startswith("#")]
+    x, v = (next(i for i, name in enumerate(names) if name.startswith(start)) for start in ("pixel_x", "Value"))
+    assert len(rows) == 2 * 88 + 1, len(rows)
+    for row in rows[::2]:  # those on centres of cells
+        column = round(float(row[x])) - 1
+        assert abs(float(row[v]) - value(column, 63, *LOW)) < 1e-6, row
+    view.key("Escape", "F8")
     view.save(["ctrl+shift+p"], "Save picture", "picture.png")
     assert os.path.getsize(folder + "/picture.png") > 5000
     view.key("ctrl+q")
