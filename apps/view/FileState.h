@@ -14,6 +14,7 @@ public:
     explicit FileState(std::string name);
     /// "" while it is as it was; else what has happened, a clause without its subject.
     std::string change() const;
+    const std::string& name() const { return name_; }
 
 private:
     struct Look {

@@ -401,7 +401,8 @@ void MainWindow::OnTimer(unsigned id)
     case prepareTimer:
         return prepareMaps();
     case workTimer:
-        return KeepWork();
+        KeepWork();
+        return watchMap();
     default:
         return AreaWindow::OnTimer(id);
     }

@@ -80,6 +80,9 @@ public:
     /// Brings back what a session left that ended without closing its window; that copy goes when
     /// this window has its own. Non-zero when a map is shown.
     int RestoreWork(const LeftWork& left);
+    /// Reads the current map again from its file; view, colours, areas and links stay. 0, after
+    /// telling why, when it cannot be read.
+    int ReadAgain();
     /// Brings the copy of what the window shows up to date, as it does itself while it is used.
     void KeepWork();
     /// The current map goes, after asking about unsaved areas; not the last one.
@@ -244,6 +247,7 @@ private:
     void showWorkCurves(const Work& work);
     int showWork(const Work& work, const std::string& name);
     int bringAreasBack(const std::string& copy);
+    void watchMap();
     int runMarkCommand(unsigned id);
     void showMarkCommands(CMenu& popup);
     int openMarks(const std::string& file);
@@ -292,6 +296,8 @@ private:
     // What is measured
     int runMeasureCommand(unsigned id);
     void showMeasureCommands(CMenu& popup);
+    int runLineCommand(unsigned id);
+    void showLineCommands(CMenu& popup);
     void showCurves(CurvePanel::Kind kind);
     void askProfileLine();
     void saveCurve();
@@ -339,6 +345,8 @@ private:
     Part part_ = Part::map;  ///< that had the keyboard last
     AreaSession session_;
     WorkCopy workCopy_;
+    FileState changing_;  ///< of the map, whose file is another one now
+    int isChangeTold_ = 0, isAsking_ = 0;
     int isWorkShown_ = 0;  ///< a work file is being shown: not all of it is there yet
     int isModelOld_ = 0;   ///< the copy of the components is not up to date
     RecentFiles recent_;

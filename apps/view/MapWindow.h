@@ -38,6 +38,8 @@ public:
     virtual void dragTo(const ABAxis& axis, CPoint point) = 0;
     /// `keep`: 0 takes the drag back.
     virtual void endDrag(int keep) = 0;
+    /// A key while the map has the keyboard: non-zero when it was for the line.
+    virtual int takeKey(const ABAxis& axis, int key, bool shift, bool control) = 0;
 };
 
 class MapWindow;
@@ -182,6 +184,8 @@ protected:
     }
     int takeKey(int key, bool shift, bool control) override
     {
+        if (hasLine() && line_->takeKey(*GetPlot(), key, shift, control))
+            return 1;
         if (key != 'P' || shift || control)
             return AAxisWnd::takeKey(key, shift, control);
         owner_.mapAsksForColours();

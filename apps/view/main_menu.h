@@ -82,6 +82,8 @@ enum ViewCommand : unsigned {
     idSaveCurve,
     idFitGaussians,
     idFitResidual,
+    idLineCorners = 40671,  ///< the next corner of the line gets the focus
+    idReadAgain,            ///< the map from its file
     // of the surface beside the map
     idSurfaceStyle = 40701,  ///< one for each of surfaceStyles
     idSurfaceFloor = 40711,  ///< and the SurfaceFloor bits
@@ -172,6 +174,7 @@ inline constexpr MenuItem fileItems[] = {
     {"&Open...\tCtrl+O", idOpenMap, nullptr, 0},
     {"A&dd map...\tCtrl+Shift+A", idAddMap, nullptr, 0},
     {"&Recent files", 0, recentItems, std::size(recentItems)},
+    {"Read the map a&gain\tCtrl+Alt+R", idReadAgain, nullptr, 0},
     menuLine,
     {"Open &areas...\tCtrl+Shift+O", idOpenAreas, nullptr, 0},
     {"&Save areas\tCtrl+S", idSaveAreas, nullptr, 0},
@@ -235,6 +238,7 @@ inline constexpr MenuItem areaItems[] = {
 inline constexpr MenuItem measureItems[] = {
     {"&Profile along a line\tF8", idProfile, nullptr, 0},
     {"&Line of the profile...\tShift+F8", idProfileLine, nullptr, 0},
+    {"&Corners of the line by keys\tCtrl+Alt+L", idLineCorners, nullptr, 0},
     {"&Spectrum\tCtrl+F8", idSpectrum, nullptr, 0},
     {"&Histogram\tCtrl+Shift+F8", idHistogram, nullptr, 0},
     menuLine,

@@ -47,6 +47,8 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     // a button of the toolbar is about areas, whatever has the keyboard
     if (!control && runPartCommand(id))
         return 1;
+    if (!control && map_ && runLineCommand(id))
+        return 1;
     if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||

@@ -94,6 +94,52 @@ TEST_F(ViewWindow, AProfileFollowsItsLine)
     EXPECT_FALSE(curves.isShown());
 }
 
+// Steps of the line are its own while it has the focus; those of the areas wait.
+TEST_F(ViewWindow, CornersOfTheLineAreMovedByKeysAndUndone)
+{
+    MainWindow window;
+    open(window);
+    addArea(window, 1);
+    ASSERT_EQ(areas(window).count(), 1);
+    const auto key = [&](int code) {
+        window.view().SendMessage(WM_KEYDOWN, static_cast<WPARAM>(code));
+    };
+    const auto line = [&]() -> const ProfileLine& { return window.curves().line().line(); };
+    window.SendMessage(WM_COMMAND, idLineCorners);  // shows the line, its first corner
+    ASSERT_TRUE(window.curves().line().hasFocus());
+    window.view().UpdateWindow();
+    const ProfileLine first = line();
+    const std::size_t samples = window.curves().curve().y.size();
+    key(VK_TAB);
+    key(VK_RIGHT);
+    key(VK_RIGHT);  // at once: one step with the one before
+    EXPECT_EQ(line().corners[0].x, first.corners[0].x);
+    EXPECT_EQ(line().corners[1].x, first.corners[1].x + 2);
+    EXPECT_EQ(window.curves().curve().y.size(), samples + 4);
+    key(VK_TAB);  // all of it
+    key(VK_UP);   // rows count up the screen
+    EXPECT_EQ(line().corners[0].y, first.corners[0].y + 1);
+    key(VK_TAB);
+    window.SendMessage(WM_COMMAND, ID_VERTEX_INSERT);
+    ASSERT_EQ(line().corners.size(), 3U);
+    EXPECT_EQ(line().corners[1].x, (line().corners[0].x + line().corners[2].x) / 2);
+    window.SendMessage(WM_COMMAND, idDelete);
+    window.SendMessage(WM_COMMAND, idDelete);  // two are the least
+    EXPECT_EQ(line().corners.size(), 2U);
+    EXPECT_EQ(areas(window).count(), 1);
+    for (int i = 0; i < 6; ++i)  // deletion, corner, up, right; then there is none
+        window.SendMessage(WM_COMMAND, ID_TRACK_UNDO);
+    EXPECT_EQ(line().corners[1].x, first.corners[1].x);
+    EXPECT_EQ(line().corners[0].y, first.corners[0].y);
+    EXPECT_EQ(areas(window).count(), 1);
+    window.SendMessage(WM_COMMAND, ID_TRACK_REDO);
+    EXPECT_EQ(line().corners[1].x, first.corners[1].x + 2);
+    key(VK_ESCAPE);
+    window.SendMessage(WM_COMMAND, ID_TRACK_UNDO);
+    EXPECT_EQ(areas(window).count(), 0);
+    EXPECT_EQ(line().corners[1].x, first.corners[1].x + 2);
+}
+
 TEST_F(ViewWindow, FittedGaussiansBecomeComponents)
 {
     AMatrix<float> cells(48, 64);

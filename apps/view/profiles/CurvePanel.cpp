@@ -147,7 +147,7 @@ void CurvePanel::firstLine()
 
 void CurvePanel::SetLine(const ProfileLine& line)
 {
-    line_.SetLine(line);
+    line_.edits().set(line, "another line");
     lineMoved();
 }
 

@@ -35,7 +35,11 @@ public:
     /// The pointer over the map.
     void PointerAt(const AxisStatus& status);
     ProfileLineMarks& line() { return line_; }
+    const ProfileLineMarks& line() const { return line_; }
+    /// Another line as a step that can be undone.
     void SetLine(const ProfileLine& line);
+    /// The line was edited: what is measured along it is to follow.
+    void LineEdited() { lineMoved(); }
     /// Keeps the curve as it is, beside those that follow.
     int Keep();
     void Forget();

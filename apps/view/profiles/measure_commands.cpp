@@ -119,9 +119,64 @@ int MainWindow::runMeasureCommand(unsigned id)
     }
 }
 
+/// What of the menus means the line of the profile while that is worked on; 0 for the rest.
+int MainWindow::runLineCommand(unsigned id)
+{
+    LineEdits& edits = curves_.line().edits();
+    if (id == idLineCorners) {
+        if (curves_.kind() != CurvePanel::Kind::profile)
+            showCurves(CurvePanel::Kind::profile);
+        view().SetFocus();
+        edits.nextFocus(1);
+        status_.SetMessage("Tab: next corner, then the line; arrows move it, Ins and Del: a corner "
+                           "more or less, Esc: done");
+    } else if (!curves_.line().hasFocus() || part() != Part::map)
+        return 0;
+    else if (id == ID_TRACK_UNDO || id == ID_TRACK_REDO) {
+        const std::string label = id == ID_TRACK_UNDO ? edits.undoLabel() : edits.redoLabel();
+        if (!(id == ID_TRACK_UNDO ? edits.undo() : edits.redo())) {
+            status_.SetMessage("No step of the line is left; Esc leaves it, then undo is that of "
+                               "the areas");
+            return 1;
+        }
+        curves_.LineEdited();
+        status_.SetMessage((id == ID_TRACK_UNDO ? "Undone: " : "Redone: ") + label);
+    } else if (id == ID_VERTEX_INSERT)
+        (void)edits.insertCorner();
+    else if (id == ID_VERTEX_DELETE || id == idDelete) {
+        if (!edits.removeCorner())
+            status_.SetMessage("A line has two corners at least");
+    } else
+        return 0;
+    if (id != ID_TRACK_UNDO && id != ID_TRACK_REDO)
+        curves_.LineEdited();
+    return 1;
+}
+
+void MainWindow::showLineCommands(CMenu& popup)
+{
+    if (!curves_.line().hasFocus() || part() != Part::map)
+        return;
+    const LineEdits& edits = curves_.line().edits();
+    for (CMenu::Line& line : popup.lines())
+        if (line.id == ID_TRACK_UNDO || line.id == ID_TRACK_REDO) {
+            const int isUndo = line.id == ID_TRACK_UNDO;
+            const std::string label = isUndo ? edits.undoLabel() : edits.redoLabel();
+            line.text =
+                (isUndo ? "&Undo " : "&Redo ") + label + (isUndo ? "\tCtrl+Z" : "\tCtrl+Shift+Z");
+            line.enabled = !label.empty();
+        } else if (line.id == ID_VERTEX_INSERT || line.id == ID_VERTEX_DELETE)
+            line.enabled = !edits.isAllFocused();
+        else if (line.id == idDelete) {
+            line.text = "&Delete corner of the line\tDel";
+            line.enabled = !edits.isAllFocused();
+        }
+}
+
 void MainWindow::showMeasureCommands(CMenu& popup)
 {
     using Kind = CurvePanel::Kind;
+    showLineCommands(popup);
     for (CMenu::Line& line : popup.lines())
         if (line.id == idProfile)
             line.checked = curves_.kind() == Kind::profile;

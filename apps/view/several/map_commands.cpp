@@ -156,7 +156,7 @@ int MainWindow::ChooseMap(int map)
     if (pointedMap_ >= 0 && maps_.shown() == MapsShown::tabs)
         view().TellPointer();
     const std::string change = map_->changeOnDisk();
-    if (!change.empty())
+    if (!change.empty())  // it is asked about when the user has had a moment to see it
         status_.SetMessage(baseNameOf(map_->file()) + ' ' + change +
                            "; what is shown is what was read");
     return 1;

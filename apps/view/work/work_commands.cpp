@@ -23,8 +23,10 @@ constexpr const char* workFilter = "Work files (*.work)|*.work|All files (*)|*|"
 
 int MainWindow::runWorkCommand(unsigned id)
 {
-    if (id != idSaveWork || !map_)
+    if (!map_ || (id != idSaveWork && id != idReadAgain))
         return 0;
+    if (id == idReadAgain)
+        return (void)ReadAgain(), 1;
     CString name = workFile_.empty() ? besideFile(map_->file(), "work") : CString(workFile_);
     if (MayLeaveAll() &&
         fnFileDialog1(name, workFilter, "Save work file", 0, "work", OFN_OVERWRITEPROMPT, this) &&

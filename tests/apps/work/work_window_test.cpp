@@ -151,4 +151,55 @@ TEST_F(ViewWorkFile, ComesBackAfterACrashWithAllThatWasInNoFile)
     EXPECT_EQ(copies(), 0U);
 }
 
+TEST_F(ViewWorkFile, MapIsReadAgainWhereItsViewAndAreasAre)
+{
+    writeMap("other.fits");
+    MainWindow window;
+    open(window);
+    ASSERT_TRUE(window.AddMap(path("other.fits"), -1) && window.ChooseMap(0));
+    addArea(window, 1);
+    window.SendMessage(WM_COMMAND, idScale + 1);
+    window.SendMessage(WM_COMMAND, idProfile);
+    window.view().UpdateWindow();
+    window.view().ZoomAbout(clientOf(window.view()).CenterPoint(), 3);
+    const TMinMax zoomed = window.view().GetPlot()->getMinMax();
+    const float before = static_cast<float>(window.view().GetMap()->cells().cell(5, 6));
+    const auto look = [&] { window.SendMessage(WM_TIMER, 4); };
+    look();
+    EXPECT_TRUE(said.empty());
+    AMatrix<float> cells(48, 64);
+    for (int i = 0; i < 48 * 64; ++i)
+        cells.data()[i] = 7 + std::sin(static_cast<float>(i) * 0.01f);
+    MapHeader header;
+    header.axes = {{64, "RA---SIN", "deg", 187.7, 32, -1e-8, 0},
+                   {48, "DEC--SIN", "deg", 12.4, 24, 1e-8, 0}};
+    header.hasCelestialAxes = 1;
+    std::string error;
+    ASSERT_TRUE(writeFitsMap(path("map.fits"), cells, header, error)) << error;
+    answer = IDNO;
+    look();  // it may still grow
+    EXPECT_TRUE(said.empty());
+    look();
+    look();  // a refusal holds
+    ASSERT_EQ(said.size(), 1U);
+    EXPECT_NE(said[0].find("Read it again?"), std::string::npos);
+    ASSERT_TRUE(writeFitsMap(path("map.fits"), cells, header, error)) << error;
+    answer = IDYES;
+    look();
+    look();
+    EXPECT_EQ(said.size(), 2U);
+    EXPECT_NEAR(window.view().GetMap()->cells().cell(5, 6), before + 7, 1e-5);
+    EXPECT_EQ(areas(window).count(), 1);
+    EXPECT_TRUE(areas(window).CanUndo());
+    EXPECT_EQ(window.curves().kind(), CurvePanel::Kind::profile);
+    EXPECT_NEAR(window.view().GetPlot()->getMinMax().xMin, zoomed.xMin, 1e-12);
+    EXPECT_TRUE(window.view().IsRangeZoomed());
+    fs::remove(path("map.fits"));
+    look();
+    look();
+    EXPECT_EQ(said.size(), 2U);  // the status line tells of that
+    EXPECT_FALSE(window.ReadAgain());
+    EXPECT_EQ(areas(window).count(), 1);
+}
+
 }  // namespace pavane
