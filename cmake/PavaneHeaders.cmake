@@ -34,6 +34,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/AColorsGraph.h
     pavane/axes/maps/ALevelsColorGraph.h
     pavane/axes/maps/ALevelsGraph.h
+    pavane/axes/maps/ARgbLegend.h
     pavane/axes/maps/beam_mark.h
     pavane/axes/maps/BeamLook.h
     pavane/axes/maps/cells/AByteSwappedAccess.h
@@ -62,6 +63,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/axes/maps/MapNumbers.h
     pavane/axes/maps/MapPicture.h
     pavane/axes/maps/MapPresets.h
+    pavane/axes/maps/RgbImage.h
     pavane/axes/maps/overlays/AOtherContours.h
     pavane/axes/maps/overlays/AVectorGraph.h
     pavane/axes/maps/sky/ASkyGrid.h
@@ -181,6 +183,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/measures/maps/pair_maps.h
     pavane/measures/maps/polarisation.h
     pavane/measures/maps/regrid_map.h
+    pavane/measures/maps/rgb_maps.h
     pavane/measures/maps/smooth_map.h
     pavane/measures/profiles/CellHistogram.h
     pavane/measures/profiles/MapProfile.h
@@ -381,6 +384,7 @@ set(PAVANE_PUBLIC_HEADERS
     tessel/map_header_cards.h
     tessel/map_steps.h
     tessel/paths.h
+    tessel/rgb_map.h
     tessel/SafeFile.h
     tessel/sky_axes.h
     tessel/sky_frame.h

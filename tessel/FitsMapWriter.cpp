@@ -25,12 +25,12 @@ std::string numberCard(const std::string& key, int value)
            text;
 }
 
-std::string headerText(int rows, int columns, const std::vector<std::string>& cards)
+std::string headerText(const std::vector<int>& lengths, const std::vector<std::string>& cards)
 {
     std::vector<std::string> all = {"SIMPLE  =                    T", numberCard("BITPIX", -32),
-                                    numberCard("NAXIS", 4),           numberCard("NAXIS1", columns),
-                                    numberCard("NAXIS2", rows),       numberCard("NAXIS3", 1),
-                                    numberCard("NAXIS4", 1)};
+                                    numberCard("NAXIS", static_cast<int>(lengths.size()))};
+    for (std::size_t i = 0; i < lengths.size(); ++i)
+        all.push_back(numberCard("NAXIS" + std::to_string(i + 1), lengths[i]));
     all.insert(all.end(), cards.begin(), cards.end());
     all.emplace_back("END");
     std::string text;
@@ -48,15 +48,21 @@ std::string headerText(int rows, int columns, const std::vector<std::string>& ca
 int FitsMapWriter::begin(AFile& file, int rows, int columns, const MapHeader& like, int isMap,
                          const std::vector<std::string>& history)
 {
-    file_ = &file;
-    bytes_ = 0;
-    stored_.resize(static_cast<std::size_t>(columns));
     std::vector<std::string> cards = coordinateCards(like);
     if (isMap)
         appendMapCards(like, cards);
     for (const std::string& line : history)
         appendHistory(line, cards);
-    const std::string header = headerText(rows, columns, cards);
+    return begin(file, {columns, rows, 1, 1}, cards);
+}
+
+int FitsMapWriter::begin(AFile& file, const std::vector<int>& lengths,
+                         const std::vector<std::string>& cards)
+{
+    file_ = &file;
+    bytes_ = 0;
+    stored_.resize(static_cast<std::size_t>(lengths.front()));
+    const std::string header = headerText(lengths, cards);
     return file.write(header.data(), static_cast<std::int64_t>(header.size()));
 }
 

@@ -21,6 +21,8 @@ public:
     /// cannot be written.
     int begin(AFile& file, int rows, int columns, const MapHeader& like, int isMap,
               const std::vector<std::string>& history = {});
+    /// The same with axes of these lengths, columns and rows first, and with all other cards given.
+    int begin(AFile& file, const std::vector<int>& lengths, const std::vector<std::string>& cards);
     /// The next row, of the first to the last.
     int write(const float* cells);
     /// What stands behind the cells, after the last row.

@@ -297,6 +297,26 @@ std::vector<std::string> coordinateCards(const MapHeader& header)
     return cards;
 }
 
+std::vector<std::string> planeCards(const MapHeader& header, const MapAxis& axis)
+{
+    std::vector<std::string> cards;
+    for (const std::string& text :
+         header.coordinateCards.empty() ? madeCards(header) : keptCards(header))
+        if (const int number = axisOf(text); number <= 2)
+            cards.push_back(text);
+    appendAxis(3, axis, cards);
+    if (haveCdMatrix(cards))
+        cards.push_back(numberCard(diagonalKey("CD", "3"), axis.cdelt));
+    return cards;
+}
+
+std::string cardOfText(const std::string& key, const std::string& value)
+{
+    return textCard(key, value);
+}
+
+std::string cardOfNumber(const std::string& key, double value) { return numberCard(key, value); }
+
 void appendMapCards(const MapHeader& header, std::vector<std::string>& cards)
 {
     appendText("BUNIT", header.bunit, cards);

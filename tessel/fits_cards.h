@@ -20,4 +20,12 @@ void appendMapCards(const MapHeader& header, std::vector<std::string>& cards);
 /// '?'.
 void appendHistory(const std::string& line, std::vector<std::string>& cards);
 
+/// The cards that place an image with `axis` as its third and last axis where `header`'s map lies;
+/// what that map tells of axes beyond the second is left out.
+std::vector<std::string> planeCards(const MapHeader& header, const MapAxis& axis);
+
+/// One card, a text cut to what it can hold.
+std::string cardOfText(const std::string& key, const std::string& value);
+std::string cardOfNumber(const std::string& key, double value);
+
 }  // namespace pavane

@@ -2,6 +2,7 @@
 // that of headers in memory.
 #include "tessel/fits_map.h"
 #include "tessel/map_header_cards.h"
+#include "tessel/rgb_map.h"
 #include "tests/fuzz/input_file.h"
 
 #include <algorithm>
@@ -21,5 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     pavane::FitsMap map;
     std::string error;
     (void)pavane::readFitsMap(input.name(), 0, map, error);
+    pavane::RgbMap colours;
+    (void)pavane::readRgbMap(input.name(), colours, error);
     return 0;
 }

@@ -64,6 +64,8 @@ void AColorsGraph::setSharedPixel(SharedPixel shared)
 {
     shared_ = shared;
     kept_.forget();
+    if (rgb_)
+        rgb_->forget();
 }
 
 void AColorsGraph::setBlank(int index, COLORREF color)
@@ -218,9 +220,6 @@ void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
     bottom = bottom / ratio * ratio;
     if (left >= right || top >= bottom)
         return;
-    if (!showPixels(x, y))
-        return;
-    const std::vector<unsigned char> header = imageHeader(x.pixels(), y.pixels());
     const auto placed = [](int from, int to, int pixels, int pixel) {
         return from + static_cast<int>(std::int64_t{to - from} * pixel / pixels);
     };
@@ -228,9 +227,27 @@ void AColorsGraph::drawImage(CDC& dc, const PixelCells& x, const PixelCells& y,
                       placed(target.top, target.bottom, y.pixels(), top),
                       placed(target.left, target.right, x.pixels(), right),
                       placed(target.top, target.bottom, y.pixels(), bottom));
+    if (rgb_)
+        return drawRgb(dc, x, y, shown, CRect(left, y.pixels() - bottom, right, y.pixels() - top));
+    if (!showPixels(x, y))
+        return;
+    const std::vector<unsigned char> header = imageHeader(x.pixels(), y.pixels());
     dc.StretchDIBits(shown.left, shown.top, shown.Width(), shown.Height(), left,
                      y.pixels() - bottom, right - left, bottom - top, kept_.indices(),
                      header.data(), DIB_RGB_COLORS, SRCCOPY);
+}
+
+/// `pixels` are counted from the lower left corner of the image.
+void AColorsGraph::drawRgb(CDC& dc, const PixelCells& x, const PixelCells& y, const CRect& shown,
+                           const CRect& pixels) const
+{
+    std::vector<std::uint32_t> bits;
+    if (!rgb_->paint(x, y, shared_, kind_, blankColor_, stop(), bits))
+        return;
+    unsigned char header[bitmapInfoSize];
+    writeBitmapInfo(header, x.pixels(), y.pixels(), 32, 0);
+    dc.StretchDIBits(shown.left, shown.top, shown.Width(), shown.Height(), pixels.left, pixels.top,
+                     pixels.Width(), pixels.Height(), bits.data(), header, DIB_RGB_COLORS, SRCCOPY);
 }
 
 void AColorsGraph::drawOnPage(CDC& dc) const
@@ -253,6 +270,8 @@ void AColorsGraph::drawOnPage(CDC& dc) const
     dc.IntersectClipRect(rect);
     drawImage(dc, x.pixels, y.pixels, target);
     kept_.forget();  // a page is drawn once
+    if (rgb_)
+        rgb_->forget();
     dc.RestoreDC(saved);
 }
 

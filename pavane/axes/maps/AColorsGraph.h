@@ -4,9 +4,12 @@
 #include "pavane/axes/maps/AxisPalette.h"
 #include "pavane/axes/maps/cells/KeptPixels.h"
 #include "pavane/axes/maps/cells/MapRanks.h"
+#include "pavane/axes/maps/RgbImage.h"
 #include "pavane/containers/AArray.h"
 #include "pavane/images/AColorPlay.h"
 #include "platform/types.h"
+
+#include <memory>
 
 namespace pavane
 {
@@ -46,6 +49,11 @@ public:
     /// Colour `index` as contours choose theirs by it.
     COLORREF contourGround(int index) const;
 
+    /// Shows three maps of the same cells as red, green and blue in place of its own colours, on
+    /// the graph's kind of scale; null: its own. A raster keeps its own colours.
+    void setRgb(const std::shared_ptr<RgbImage>& image) { rgb_ = image; }
+    const std::shared_ptr<RgbImage>& rgb() const { return rgb_; }
+
     int isColors() const override { return 1; }
     int getNColors() const override { return MapColors().count; }
     int getFirstColor() const override { return MapColors().first; }
@@ -73,11 +81,14 @@ private:
     void drawIntoRaster() const;
     void drawImage(CDC& dc, const PixelCells& x, const PixelCells& y, const CRect& target) const;
     void drawOnPage(CDC& dc) const;
+    void drawRgb(CDC& dc, const PixelCells& x, const PixelCells& y, const CRect& shown,
+                 const CRect& pixels) const;
     int showPixels(const PixelCells& x, const PixelCells& y) const;
     int unplayedEntries(int first, int count, PALETTEENTRY* entries) const;
     void useAxisPalette() const;
     int hasRanks(const MapScale& colorScale) const;
 
+    std::shared_ptr<RgbImage> rgb_;
     MapScaleKind kind_ = MapScaleKind::linear;
     SharedPixel shared_ = SharedPixel::greatest;
     AArray<COLORREF> colors_;

@@ -3,7 +3,10 @@
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/AAxisColorOP.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
+#include "pavane/axes/maps/ARgbLegend.h"
 #include "pavane/axes/maps/map_titles.h"
+
+#include <algorithm>
 
 namespace pavane
 {
@@ -34,6 +37,7 @@ void MapPicture::show(const MapContent& content)
 void MapPicture::show(const MapContent& content, const AMatrixAccess& cells)
 {
     content_ = &content;
+    legend_ = nullptr;
     auto axis = std::make_unique<A2DAxis>(content.frame.xDirection, 1, nullptr, 0);
     graph_ = new ALevelsColorGraph(axis.get(), cells, content.frame.centres(), 0);
     graph_->setStatistics(content.range, content.noise);
@@ -59,8 +63,29 @@ void MapPicture::contentChanged()
     setHeaderNote({});
 }
 
+void MapPicture::setRgb(const std::shared_ptr<RgbImage>& image)
+{
+    graph_->setRgb(image);
+    if (image && !legend_)
+        legend_ = new ARgbLegend(axis_.get());
+    if (legend_)
+        legend_->setImage(image.get());
+    figure_.setBar(image ? nullptr : bar_.get());
+    setHeaderNote({});
+}
+
+const std::shared_ptr<RgbImage>& MapPicture::rgb() const { return graph_->rgb(); }
+
 void MapPicture::setHeaderNote(const CString& note)
 {
+    if (rgb()) {
+        // what is told of one map is not that of all three
+        MapHeader header = content_->map.header;
+        header.axes.resize(std::min<std::size_t>(header.axes.size(), 2));
+        header.frequency = 0;
+        header.planes = 1;
+        return graph_->setUsualHeader(mapHeaderLine(header, {}, {}, note));
+    }
     graph_->setUsualHeader(
         mapHeaderLine(content_->map.header, content_->range, content_->noise, note));
 }

@@ -12,6 +12,8 @@ namespace pavane
 class A2DAxis;
 class AAxisColorOP;
 class ALevelsColorGraph;
+class ARgbLegend;
+class RgbImage;
 
 /// A map as a host shows it: its axes on the sky, its colours and contours, the bar and the figure
 /// of them all. Neither copied nor moved: graphs and bars point into it.
@@ -33,10 +35,17 @@ public:
     /// The content that is shown has other cells now, of the same size and place: another plane.
     void contentChanged();
 
+    /// Shows three maps, of the cells of the content, as red, green and blue, without a bar and
+    /// with a legend; the content's values stay those of contours and areas. Null: its own colours.
+    void setRgb(const std::shared_ptr<RgbImage>& image);
+    /// Null without one.
+    const std::shared_ptr<RgbImage>& rgb() const;
+
     /// Of a map that is open; so are those below.
     const MapContent& content() const { return *content_; }
     A2DAxis& axis() { return *axis_; }
     ALevelsColorGraph& graph() { return *graph_; }
+    /// The bar of the content's colours, which a picture of three maps does not show.
     AAxisColorOP& bar() { return *bar_; }
     MapFigure& figure() { return figure_; }
     /// The usual header line, with `note` in it, before the position. A header that someone
@@ -53,6 +62,7 @@ private:
     std::unique_ptr<AMatrixAccess> ownCells_;
     std::unique_ptr<A2DAxis> axis_;
     ALevelsColorGraph* graph_ = nullptr;  // the axis's
+    ARgbLegend* legend_ = nullptr;        // so is it
     std::unique_ptr<AAxisColorOP> bar_;
     MapFigure figure_;
 };

@@ -3,6 +3,7 @@
 #include "pavane/axes/axis_titles.h"
 #include "pavane/axes/maps/map_unit.h"
 #include "tessel/map_steps.h"
+#include "tessel/rgb_map.h"
 #include "tessel/rounding.h"
 #include "tessel/sky_text.h"
 #include "tessel/SkyCoordinates.h"
@@ -63,6 +64,9 @@ std::string planeText(const MapAxis& axis, int pixel)
         return {};
     if (axis.ctype == "STOKES")
         return *stokesOf(value) ? std::string("Stokes") + hardBlank + stokesOf(value) : "";
+    if (const double band = std::round(value) - 1;
+        axis.ctype == "RGB" && band >= 0 && band < static_cast<double>(rgbBands))
+        return rgbNames[static_cast<std::size_t>(band)];
     // as many digits as tell a plane from the next
     const double planes = std::log10(std::max(std::fabs(value / axis.cdelt), 1.0));
     const int digits = std::clamp(truncated(std::ceil(planes)) + 1, headerDigits, 12);

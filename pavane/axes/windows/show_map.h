@@ -14,7 +14,7 @@ inline void showMap(AAxisWnd& window, MapPicture& map)
 {
     window.SetAxis(&map.axis(), 0);
     window.SetMap(&map.graph());
-    window.SetColorBar(&map.bar(), 0);
+    window.SetColorBar(map.rgb() ? nullptr : &map.bar(), 0);
 }
 
 }  // namespace pavane
