@@ -11,6 +11,8 @@ InputsFigure::InputsFigure(const ViewOptions& options, const ViewInputs& inputs)
       marks_(inputs.marks)
 {
     picture_.show(inputs);
+    if (inputs.rgb)
+        picture_.setRgb(inputs.rgb);
     applyWholeLook(picture_, options);
     if (inputs.sky.isSet())
         applySkyGrid(*addSkyGrid(picture_, inputs.sky), options.skyGrid, inputs.sky);

@@ -3,6 +3,7 @@
 #include "apps/view/any_area_file.h"
 #include "apps/view/area_numbers.h"
 #include "apps/view/progress.h"
+#include "apps/view/rgb_maps.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/trackers/collections/ATrackerArrayInAxis.h"
 #include "pavane/trackers/regions/area_kind.h"
@@ -136,7 +137,9 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
     if (options.map.empty())
         return 1;
     ProgressLine progress("Reading " + plainText(options.map));
-    if (!readMapContent(options.map, options.plane, inputs, error,
+    // of an RGB map the first plane stands for all where numbers are made
+    const int plane = options.plane < 0 && isRgbFile(options.map) ? 0 : options.plane;
+    if (!readMapContent(options.map, plane, inputs, error,
                         [&](double fraction) { return progress.show(fraction); }))
         return refuse(options.map, error);
     if (const std::string note = noiseNoteOf(options.levels, inputs); !note.empty())
@@ -146,7 +149,8 @@ int readInputs(const ViewOptions& options, ViewInputs& inputs, std::vector<std::
         return refuse(options.map, error);
     }
     // all name the file themselves
-    return readOverlays(options, inputs, inputs.overlays, error) &&
+    return readRgb(options, inputs, notes, error) &&
+           readOverlays(options, inputs, inputs.overlays, error) &&
            (options.marks.empty() || readMarks(options, inputs, notes, error)) &&
            makeMask(options, inputs, notes, error);
 }

@@ -12,11 +12,14 @@
 #include "tessel/ABitMatrix.h"
 #include "tessel/SkyCoordinates.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace pavane
 {
+
+class RgbImage;
 
 /// An area in cells of the map (x = column, y = row), for the table of its numbers.
 struct MeasuredArea {
@@ -35,7 +38,8 @@ struct ViewInputs : MapContent {
     SkyMarkLayer marks;
     UvPoints uv;
     MapOverlays overlays;
-    SkyCoordinates sky;  ///< of the grid; not set without one
+    std::shared_ptr<RgbImage> rgb;  ///< null but for a picture of three maps
+    SkyCoordinates sky;             ///< of the grid; not set without one
 };
 
 /// Reads the map, the areas, the model and the u,v points. Non-zero on success; else 0 and `error`

@@ -78,11 +78,12 @@ constexpr std::string_view pictureNames[] = {"--png",      "--pdf",    "--svg", 
 /// What goes with such a map alone.
 constexpr std::string_view alone[] = {"--clip", "--out", "--errors", "--shift", "--calibration"};
 
-/// What lies over a picture has some of these options too.
+/// What lies over a picture, and one of three maps, has some of these options too.
 int goesWithOverlay(const ViewOptions& options, std::string_view name)
 {
     return (name == "--clip" && options.overlay.vectors) ||
-           (name == "--shift" && !options.overlay.contours.empty());
+           (name == "--shift" && !options.overlay.contours.empty()) ||
+           (options.rgb.wanted && (name == "--shift" || name == "--out"));
 }
 
 template <typename Range>
@@ -156,7 +157,13 @@ int readRegrid(const std::string&, ViewOptions& options, std::string&)
 int readShift(const std::string& text, ViewOptions& options, std::string& error)
 {
     constexpr double most = 10;  // degrees
-    SkyShift& shift = options.made.shift;
+    if (options.made.hasSecondShift) {
+        error = "--shift is given three times";
+        return 0;
+    }
+    const int isSecond = options.made.hasShift;
+    SkyShift& shift = isSecond ? options.made.secondShift : options.made.shift;
+    (isSecond ? options.made.hasSecondShift : options.made.hasShift) = 1;
     const std::string_view all = text;
     const std::size_t comma = std::min(all.find(','), all.size());
     if (comma == all.size() || !stoval(all.substr(0, comma), shift.east) ||
@@ -198,8 +205,8 @@ int keepFile(const std::string& text, ViewOptions& options, std::string&)
 
 void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits)
 {
-    const auto add = [&](const OptionText& text, auto* apply) {
-        table.push_back({text, apply, traits, 0, 0});
+    const auto add = [&](const OptionText& text, auto* apply, int repeats = 0) {
+        table.push_back({text, apply, traits, repeats, 0});
     };
     add({"--moment", "", "N",
          "make a map of the --planes of a cube: 0 their integral over velocity, 1 the mean "
@@ -233,8 +240,10 @@ void addMadeMapOptions(OptionTable<ViewOptions>& table, int traits)
         keepFile<&MadeMapWish::findShift>);
     add({"--shift", "", "EAST,NORTH",
          "move the map that is brought onto other cells, in mas; moves the second one of two maps "
-         "also where both have the same cells, and that of --contours"},
-        readShift);
+         "also where both have the same cells, and that of --contours; of --rgb the second map, "
+         "and "
+         "given again the third"},
+        readShift, 1);
     add({"--calibration", "", "P",
          "take P per cent of each value into the errors of --difference, --ratio and --index"},
         readCalibration);
@@ -269,7 +278,7 @@ int checkMadeMapOptions(const ViewOptions& options, const GivenArguments<ViewOpt
             error =
                 std::string(option->name) +
                 " goes with a map that is made: --moment, --pv, --smooth, --regrid, --difference, "
-                "--ratio or --index";
+                "--ratio, --index or --rgb";
         if (!error.empty())
             return 0;
     }

@@ -24,11 +24,13 @@ struct MadeMapWish {
     SkyBeam beam;  ///< to convolve to
     MapPair pair = MapPair::difference;
     PolarKind polarisation = PolarKind::intensity;
-    std::string other;        ///< the second map of a pair
-    std::string like;         ///< the map onto whose grid one is brought, also a mask
-    std::string findShift;    ///< the map whose shift against the first one is found
-    int regrid = 0;           ///< the second map of a pair is brought onto the grid of the first
-    SkyShift shift;           ///< of the map that is brought onto another grid
+    std::string other;      ///< the second map of a pair
+    std::string like;       ///< the map onto whose grid one is brought, also a mask
+    std::string findShift;  ///< the map whose shift against the first one is found
+    int regrid = 0;         ///< the second map of a pair is brought onto the grid of the first
+    SkyShift shift;         ///< of the map that is brought onto another grid
+    SkyShift secondShift;   ///< of the third map of --rgb
+    int hasShift = 0, hasSecondShift = 0;
     double calibration = 0;   ///< a part of the values
     ProfileLine line;         ///< of a position-velocity map
     double clip = -1;         ///< in units of the noise; -1: none was given

@@ -11,6 +11,7 @@
 #include "apps/view/printed_table.h"
 #include "apps/view/profiles/fit_batch.h"
 #include "apps/view/profiles/map_tables.h"
+#include "apps/view/rgb_maps.h"
 #include "apps/view/same_file.h"
 #include "apps/view/SurfacePicture.h"
 #include "apps/view/table_export.h"
@@ -172,6 +173,8 @@ int runBatch(char** argv, const ViewOptions& options, std::string& error)
     if (!options.mask.empty() && !writeMask(options, inputs.mask, inputs.map.header, error))
         return 0;
     std::string text;
+    if (inputs.rgb && !writeRgb(options, inputs, text, error))
+        return 0;
     if (!options.made.findShift.empty() &&
         !findShiftText(options, inputs.map, inputs.mask, text, error))
         return 0;

@@ -42,22 +42,7 @@ int readSize(const std::string& text, ViewOptions& options, std::string& error)
 
 int readRange(const std::string& text, ViewOptions& options, std::string& error)
 {
-    constexpr std::string_view perCent = "p:";
-    options.inPerCent = text.starts_with(perCent);
-    const std::string_view ends =
-        std::string_view(text).substr(options.inPerCent ? perCent.size() : 0);
-    const std::size_t comma = ends.find(',');
-    if (comma == std::string::npos || !stoval(ends.substr(0, comma), options.low) ||
-        !stoval(ends.substr(comma + 1), options.high) || !std::isfinite(options.low) ||
-        !std::isfinite(options.high) || !(options.low < options.high) ||
-        (options.inPerCent && (options.low < 0 || options.high > 100))) {
-        error = "--range wants two numbers LOW,HIGH with LOW below HIGH, or p:LOW,HIGH in per cent "
-                "of the cells, not '" +
-                text + "'";
-        return 0;
-    }
-    options.hasRange = 1;
-    return 1;
+    return readColourRange("--range", text, options, error);
 }
 
 int readContrast(const std::string& text, ViewOptions& options, std::string& error)
@@ -329,6 +314,7 @@ OptionTable<ViewOptions> newTable()
     addPlotOptions(table);
     addMadeMapOptions(table, onlyInBatch);
     addOverlayOptions(table, onlyInBatch);
+    addRgbOptions(table, onlyInBatch);
     addProfileOptions(table, onlyInBatch);
     addPrintOptions(table, onlyInBatch);
     table.insert(
@@ -379,7 +365,7 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
 {
     const auto only = std::find_if(given.options.begin(), given.options.end(),
                                    [](const auto* o) { return o->traits == onlyInBatch; });
-    if (options.batch && given.operands.size() > 1)
+    if (options.batch && given.operands.size() > 1 && !options.rgb.wanted)
         error = "one file at a time: '" + given.operands[1] + "' is a second one";
     else if (!options.batch && only != given.options.end())
         error = std::string((*only)->name) + " goes with --batch; the window asks for it";
@@ -410,7 +396,7 @@ int checkTogether(const ViewOptions& options, const GivenArguments<ViewOptions>&
     return error.empty() && checkPlotOptions(options, error) &&
            checkMadeMapOptions(options, given, error) && checkPrintOptions(options, given, error) &&
            checkSurface(options, error) && checkOverlayOptions(options, error) &&
-           checkProfileOptions(options, error);
+           checkRgbOptions(options, given, error) && checkProfileOptions(options, error);
 }
 
 }  // namespace
@@ -464,10 +450,13 @@ int parseOptions(const std::vector<std::string>& arguments, ViewOptions& options
         options.map = given.operands.front();
         options.more.assign(given.operands.begin() + 1, given.operands.end());
     }
+    if (options.rgb.wanted && options.made.kind == MadeMapWish::Kind::regrid)
+        options.made.kind = MadeMapWish::Kind::none;  // what is brought over are its maps
     for (const auto* option : given.options)
         if (options.onlyOfMaps.empty() &&
             (std::count(std::begin(mapOptions), std::end(mapOptions), option->name) ||
-             isMadeMapOption(option->name) || isOverlayOption(option->name)))
+             isMadeMapOption(option->name) || isOverlayOption(option->name) ||
+             isRgbOption(option->name)))
             options.onlyOfMaps = option->name;
     if (!options.help && !options.version && !checkTogether(options, given, error))
         return 0;

@@ -6,6 +6,7 @@
 #include "apps/view/plot_options.h"
 #include "apps/view/print_options.h"
 #include "apps/view/profiles/profile_options.h"
+#include "apps/view/rgb_options.h"
 #include "pavane/axes/maps/MapLook.h"
 #include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "tessel/uvfits/UvTimes.h"
@@ -65,6 +66,7 @@ struct ViewOptions : MapLook {
     MadeMapWish made;
     ProfileWish profile;
     OverlayWish overlay;
+    RgbWish rgb;
     std::string onlyOfMaps;  ///< the first option given that data files know nothing of, or ""
 
     int wantsPicture() const { return !png.empty() || !pdf.empty() || !svg.empty(); }

@@ -113,6 +113,8 @@ std::string outputClash(const ViewOptions& options)
         {"Stokes Q", options.overlay.stokesQ},
         {"Stokes U", options.overlay.stokesU},
         {"the palette", ownPalette ? options.palette : ""}};
+    for (const std::string& file : options.more)
+        files.push_back({"the map", file});
     std::vector<NamedFile> outputs = {{"--mask", options.mask},
                                       {"--png", options.png},
                                       {"--pdf", options.pdf},
@@ -121,9 +123,9 @@ std::string outputClash(const ViewOptions& options)
                                       {"--errors", options.made.errors},
                                       {"--residual", options.profile.residual},
                                       {"--print", options.print.settings.file}};
-    int prints = options.stats || options.made.wanted() || !options.made.findShift.empty() ||
-                 options.profile.wanted() || options.profile.hasFit ||
-                 !options.visibilities.empty();
+    int prints = options.stats || options.rgb.wanted || options.made.wanted() ||
+                 !options.made.findShift.empty() || options.profile.wanted() ||
+                 options.profile.hasFit || !options.visibilities.empty();
     for (const TableWish& wish : options.tables) {
         const int isPrinted = wish.file == "-";
         prints = prints || isPrinted;

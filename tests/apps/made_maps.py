@@ -212,6 +212,20 @@ run("first.fits", "--batch", "--difference", "moved.fits", "--shift", "-720,360"
 with fits.open(path("out.fits")) as made:
     if np.nanmax(np.abs(np.squeeze(made[0].data)[2:-2, 3:-3])) > 1e-4 or "-720 mas east" not in str(made[0].header["HISTORY"]):
         faults.append("shift: " + str(made[0].header["HISTORY"]))
+# three maps in one file, the last moved, and the picture of them, from it and from the maps
+colours = ("--red-range", "0,2", "--green-range", "p:5,99", "--levels", "none", "--png")
+run("--batch", "--rgb", "first.fits", "second.fits", "moved.fits", "--regrid", "--shift", "0,0", "--shift=-720,360",
+    "--out", "rgb.fits", *colours, "rgb.png")
+run("rgb.fits", "--batch", "--levels", "none", "--png", "again.png")
+with fits.open(path("rgb.fits")) as made:
+    header = made[0].header
+    compare_pair("green", made[0].data[1], brought)
+    low, high = np.percentile(second[np.isfinite(second)], (5, 99))
+    if header["CTYPE3"] != "RGB" or header["RGBMAP3"] != "moved.fits" or \
+            abs(header["RGBLOW2"] - low) + abs(header["RGBTOP2"] - high) > .05 * (high - low) or \
+            np.nanmax(np.abs((made[0].data[2] - first)[2:-2, 3:-3])) > 1e-4 or \
+            open(path("rgb.png"), "rb").read() != open(path("again.png"), "rb").read():
+        faults.append(f"rgb: {header!r}, {low}, {high}")
 first_header.update(BMAJ=9e-4, RESTFRQ=1e9)
 fits.writeto(path("wide.fits"), first, first_header, overwrite=True)
 
@@ -296,6 +310,9 @@ for arguments, status, why in (
         (("blank.fits", "--batch", "--difference", "blank.fits", "--out", "out.fits"), 2, "it is not written"),
         (("first.fits", "--batch", "--find-shift", "away.fits"), 2, "different parts of the sky"),
         (("first.fits", "--batch", "--vectors", "length", "--png", "out.fits"), 1, "--vectors knows"),
+        (("--batch", "--rgb", "first.fits", "second.fits", "q.fits", "--out", "out.fits"), 2, "--regrid brings"),
+        (("rgb.fits", "--batch", "--range", "0,1", "--png", "out.fits"), 2, "is an RGB map"),
+        (("first.fits", "--batch", "--red-range", "0,1", "--png", "out.fits"), 2, "is no RGB map"),
         (("cube.fits", "--batch", "--clip", "3"), 1, "--clip goes with")):
     said = run(*arguments, status=status).stderr
     if why not in said or os.path.exists(path("out.fits")):

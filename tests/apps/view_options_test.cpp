@@ -104,6 +104,13 @@ TEST(ViewOptions, RefusesWrongUseAndNamesIt)
         {"m.fits --batch --print p.pdf --surface 30,35 --planes 0-3 --grid 2x2", "one plane"},
         {"m.fits --batch --print p.pdf --surface 30,35 --model m --table components", "table"},
         {"m.fits --batch --png p.png --surface 30,35 --model m", "--model"},
+        {"--batch --rgb a b --png p.png", "three maps"},
+        {"--rgb a b c", "--rgb goes with --batch"},
+        {"--batch --rgb a b c --range 0,1", "--red-range"},
+        {"--batch --rgb a b c --green-range 1,1", "--green-range wants"},
+        {"--batch --rgb a b c --shift 1,1 --shift 1,1 --shift 1,1", "three times"},
+        {"a --batch --difference b --out o --shift 1,1 --shift 1,1", "given twice"},
+        {"a --batch --rgb --difference b --out o", "--rgb does not go"},
         {"-x", "'-x'"},
     };
     for (const auto& c : cases) {
