@@ -114,6 +114,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/calibration/mean_gains.h
     pavane/calibration/PanelChart.h
     pavane/calibration/series_points.h
+    pavane/calibration/uv_colours.h
     pavane/calibration/visibility_charts.h
     pavane/calibration/windows/ABaselineWnd.h
     pavane/calibration/windows/AChartWnd.h

@@ -114,6 +114,7 @@
 #include "pavane/calibration/mean_gains.h"
 #include "pavane/calibration/PanelChart.h"
 #include "pavane/calibration/series_points.h"
+#include "pavane/calibration/uv_colours.h"
 #include "pavane/calibration/visibility_charts.h"
 #include "pavane/calibration/windows/ABaselineWnd.h"
 #include "pavane/calibration/windows/AChartWnd.h"

@@ -165,6 +165,8 @@ PointWords wordsOf(const UvObservation& observation, const UvPointOrigin& origin
     words.text += ' ' + stokesName(file.header().stokes[static_cast<std::size_t>(origin.stokes)]) +
                   ": " + valToStr(amplitudeOf(origin.value), shownDigits) + " Jy at " +
                   valToStr(std::hypot(origin.u, origin.v) / megalambda, shownDigits) + " M\u03bb";
+    if (origin.count > 1)
+        words.text += ", mean of " + std::to_string(origin.count);
     return words;
 }
 

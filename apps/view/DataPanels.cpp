@@ -51,7 +51,7 @@ std::vector<UvBaseline> DataPanels::markedBaselines(UvObservation& observation,
 }
 
 int DataPanels::Read(DataPlot kind, UvObservation& observation, const UvMarks& marks,
-                     const AComponents& model, std::string& error)
+                     const AComponents& model, const BaselineDivision& division, std::string& error)
 {
     std::vector<UvBaseline> baselines = markedBaselines(observation, marks);
     AUVXFile& file = observation.file();
@@ -64,14 +64,20 @@ int DataPanels::Read(DataPlot kind, UvObservation& observation, const UvMarks& m
             : chosen_.empty()            ? !chosenClosures(file, list_, baselines, choice, error)
                                          : !keepJoined(chosen_, baselines, choice, error))
             return 0;
-        closure_.SetData(&file, std::move(choice), marks, averaging_, model);
+        ClosureAveraging averaging = averaging_;
+        averaging.split.ifs = averaging.split.ifs || division.colour == UvColour::ifs;
+        if (!(averaging.seconds > 0))
+            averaging.seconds = division.seconds;
+        closure_.SetData(&file, std::move(choice), marks, averaging, model);
         return 1;
     }
     if (!chosenBaselines(file, list_, baselines, error))
         return 0;
-    baselines_.SetData(&file, std::move(baselines),
-                       kind == DataPlot::time ? BaselinePlot::time : BaselinePlot::channels, marks,
-                       model);
+    const int isTime = kind == DataPlot::time;
+    const int isDivided = plotRefusal(kind, division.colour, 0).empty();
+    baselines_.SetData(
+        &file, std::move(baselines), isTime ? BaselinePlot::time : BaselinePlot::channels, marks,
+        model, {isDivided ? division.colour : UvColour::none, isTime ? division.seconds : 0});
     return 1;
 }
 

@@ -60,10 +60,11 @@ public:
         listKind_ = kind;
     }
     void DropList() { list_.clear(); }
-    /// Reads what is marked; `baselines` are those that the file has, found to the end. Non-zero on
-    /// success; else `error` is a clause without its subject, and nothing is shown.
+    /// Reads what is marked, in colours and means as far as the plot has them; those that the user
+    /// chose for triangles win. `baselines` are those that the file has, found to the end. Non-zero
+    /// on success; else `error` is a clause without its subject, and nothing is shown.
     int Read(DataPlot kind, UvObservation& observation, const UvMarks& marks,
-             const AComponents& model, std::string& error);
+             const AComponents& model, const BaselineDivision& division, std::string& error);
     /// Asks which triangles are shown. Non-zero when others are.
     int AskTriangles(CWnd* parent, UvObservation& observation, const UvMarks& marks);
     /// Before the file goes; the choices were of that file.

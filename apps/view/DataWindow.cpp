@@ -4,6 +4,7 @@
 #include "apps/view/long_work.h"
 #include "apps/view/PartWindow.h"
 #include "apps/view/window_start.h"
+#include "pavane/calibration/uv_colours.h"
 #include "pavane/tables/components/component_file.h"
 #include "pavane/windows/window_placement.h"
 #include "platform/drop_files.h"
@@ -24,6 +25,7 @@ constexpr const char* program = "pavane-view";
 /// Where its place is kept; that of map windows is another.
 constexpr const char* section = "pavane-view-data";
 constexpr const char *shareEntry = "TableShare", *panelsEntry = "Panels";
+constexpr const char *coloursEntry = "ColourBy", *meansEntry = "MeansOver";
 constexpr CRect firstPlace(100, 80, 1300, 840);
 constexpr double firstShare = 0.48;
 constexpr int leastPane = 120;
@@ -71,6 +73,8 @@ int DataWindow::OnCreate(CREATESTRUCT& cs)
     int panels = wish_.panels;
     if (panels > 0 || stoval(GetProfileString(section, panelsEntry), panels))
         panels_.SetPanelsOfPage(panels);
+    (void)uvColourOf(GetProfileString(section, coloursEntry), pointView_.colour);
+    (void)readMeans(GetProfileString(section, meansEntry), pointView_.seconds);
     setMenu();
     DragAcceptFiles(*this);
     created_ = 1;
@@ -170,8 +174,11 @@ int DataWindow::OpenFile(const std::string& file)
     const PlotWish wish = std::exchange(wish_, PlotWish());
     panels_.SetList(wish.baselines, wish.kind);
     data_.swap(opened);
+    const UvView before = pointView_;
     if (wish.wasGiven || wish.hasAngle)
         pointView_ = wish.view();
+    pointView_.colour = wish.hasColour ? wish.colour : before.colour;
+    pointView_.seconds = wish.seconds > 0 ? wish.seconds : before.seconds;
     showPlot(wish.wasGiven ? wish.kind : shownPlot_);
     showDocument();  // the old one goes when nothing shows it any more
     recent_.load();  // other windows add to it
@@ -239,6 +246,8 @@ void DataWindow::OnClose()
         return;
     SaveWndPos(this, section);
     (void)WriteProfileString(section, panelsEntry, std::to_string(panels_.GetPanelsOfPage()));
+    (void)WriteProfileString(section, coloursEntry, uvColourName(pointView_.colour));
+    (void)WriteProfileString(section, meansEntry, valToStr(pointView_.seconds, 9));
     DestroyWindow();
 }
 

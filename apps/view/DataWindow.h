@@ -106,7 +106,9 @@ private:
     void setPanels(int panels);
     void askTriangles();
     void askDirectionOfPlot();
-    void showPoints(const UvView& view);
+    void showPoints(UvView view);
+    void setDivision(UvColour colour, double seconds);
+    void askMeansOfPlot();
     /// The window of what is plotted.
     APlotWnd& shownWindow();
 

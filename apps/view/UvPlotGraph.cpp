@@ -4,6 +4,7 @@
 #include "pavane/axes/figure_units.h"
 #include "pavane/axes/marker_blocks.h"
 #include "pavane/axes/point_range.h"
+#include "pavane/calibration/visibility_charts.h"
 #include "pavane/images/PointPixels.h"
 #include "platform/CDC.h"
 #include "tessel/plain_text.h"
@@ -22,6 +23,8 @@ namespace
 
 constexpr COLORREF pointColor = RGB(0, 70, 150);
 constexpr COLORREF modelColor = RGB(225, 90, 0);
+/// Of a model over data of many colours.
+constexpr COLORREF plainModelColor = RGB(0, 0, 0);
 constexpr COLORREF chosenColor = RGB(200, 0, 60);
 /// Size of a dot in pixels while there are at most so many of them.
 constexpr struct {
@@ -89,20 +92,29 @@ void UvDotsGraph::draw(CDC& dc, CRect&, TMinMax&)
 {
     if (!axis() || count() == 0)
         return;
+    drawDots(dc, {color_}, [this](std::vector<PointPixels>& pixels) { addTo(pixels.front()); });
+}
+
+void UvDotsGraph::drawDots(CDC& dc, const std::vector<COLORREF>& colors,
+                           const std::function<void(std::vector<PointPixels>& pixels)>& add) const
+{
     const FigureUnits units(dc);
     const int pixel = std::max(1, units.units(1));
     const int grid = count() > mostExactDots ? std::max(1, pixel / partsOfPixel) : 1;
     const CurveScale x = curveScaleX(*axis());
     const CurveScale y = curveScaleY(*axis());
-    PointPixels cells(coarser(x, grid), coarser(y, grid));
-    addTo(cells);
+    std::vector<PointPixels> pixels;
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        pixels.emplace_back(coarser(x, grid), coarser(y, grid));
+    add(pixels);
     const int size = unitsOf(dc, dotSize());
-    cells.forRuns([&](int first, int last, int row) {
-        const int from = x.base + x.sign * (x.sign > 0 ? first : last) * grid;
-        const int to = x.base + x.sign * (x.sign > 0 ? last : first) * grid;
-        const CRect dots = dotBlocks(from, to, y.base + y.sign * row * grid, size);
-        dc.FillSolidRect({dots.left, dots.top, dots.right + 1, dots.bottom + 1}, color_);
-    });
+    for (std::size_t i = 0; i < colors.size(); ++i)
+        pixels[i].forRuns([&](int first, int last, int row) {
+            const int from = x.base + x.sign * (x.sign > 0 ? first : last) * grid;
+            const int to = x.base + x.sign * (x.sign > 0 ? last : first) * grid;
+            const CRect dots = dotBlocks(from, to, y.base + y.sign * row * grid, size);
+            dc.FillSolidRect({dots.left, dots.top, dots.right + 1, dots.bottom + 1}, colors[i]);
+        });
 }
 
 UvPlotGraph::UvPlotGraph(ABAxis* axis) : UvDotsGraph(axis, pointColor) {}
@@ -164,9 +176,62 @@ void UvPlotGraph::addTo(PointPixels& pixels) const
         }
 }
 
+void UvPlotGraph::SetKeyOf(const AUVXFile* file)
+{
+    key_ = file && points_ ? uvColours(*file, points_->view().colour, points_->classes())
+                           : UvColourKey();
+}
+
+/// Colour by colour, in one pass over the points.
+void UvPlotGraph::drawColoured(CDC& dc) const
+{
+    const std::vector<std::size_t> order = key_.drawingOrder();
+    std::vector<COLORREF> colors;
+    std::vector<std::size_t> placeOf(order.size());
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        colors.push_back(key_.entries[order[k]].color);
+        placeOf[order[k]] = k;
+    }
+    struct Piece {
+        std::vector<double> x, y;
+    };
+    constexpr std::size_t most = 1024;
+    drawDots(dc, colors, [&](std::vector<PointPixels>& pixels) {
+        std::vector<Piece> pieces(colors.size());
+        const auto put = [&](std::size_t k) {
+            Piece& piece = pieces[k];
+            pixels[k].add(
+                {piece.x.data(), piece.y.data(), static_cast<std::int64_t>(piece.x.size()), 0, 1});
+            piece.x.clear();
+            piece.y.clear();
+        };
+        for (const UvPointBlock& block : points_->blocks())
+            for (std::size_t i = 0; i < std::min(block.x.size(), block.colour.size()); ++i) {
+                // classes that were met since the key was made wait for the next one
+                if (block.colour[i] >= key_.entryOfClass.size())
+                    continue;
+                const std::size_t k = placeOf[key_.entryOfClass[block.colour[i]]];
+                Piece& piece = pieces[k];
+                piece.x.push_back(double{block.x[i]});
+                piece.y.push_back(double{block.y[i]});
+                if (isCoverage()) {
+                    piece.x.push_back(-double{block.x[i]});
+                    piece.y.push_back(-double{block.y[i]});
+                }
+                if (piece.x.size() >= most)
+                    put(k);
+            }
+        for (std::size_t k = 0; k < pieces.size(); ++k)
+            put(k);
+    });
+}
+
 void UvPlotGraph::draw(CDC& dc, CRect& rect, TMinMax& range)
 {
-    UvDotsGraph::draw(dc, rect, range);
+    if (axis() && count() > 0 && !key_.isEmpty())
+        drawColoured(dc);
+    else
+        UvDotsGraph::draw(dc, rect, range);
     if (!hasChosen_ || !axis() || isPage(dc))  // paper has no selection
         return;
     const double x = double{chosen_.x};
@@ -197,6 +262,7 @@ void UvModelGraph::compute(const AComponents& model, const std::vector<UvPlotPoi
     std::vector<std::complex<double>> values(u.size());
     model.VfromUV(u.data(), v.data(), static_cast<int>(u.size()), values.data());
     const UvPlacing placing(view);
+    setColor(view.colour == UvColour::none ? modelColor : plainModelColor);
     x_.clear();
     y_.clear();
     for (std::size_t i = 0; i < values.size() && !placing.isCoverage(); ++i) {
@@ -253,6 +319,8 @@ CString uvPlotHeader(const AUVXFile& file, const UvPlotPoints& points)
             hands += (hands.empty() ? "" : "\u00a0") +
                      stokesName(header.stokes[static_cast<std::size_t>(i)]);
     append(hands);
+    if (points.view().seconds > 0)
+        append(meansText(points.view().seconds));
     if (points.thinning() > 1)
         append("1\u00a0of\u00a0" + std::to_string(points.thinning()) + "\u00a0points");
     return text;

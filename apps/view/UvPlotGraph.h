@@ -2,9 +2,11 @@
 
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/AGraph.h"
+#include "pavane/calibration/uv_colours.h"
 #include "pavane/tables/components/AComponents.h"
 #include "tessel/uvfits/UvPlotPoints.h"
 
+#include <functional>
 #include <vector>
 
 namespace pavane
@@ -17,6 +19,7 @@ class UvDotsGraph : public AGraph
 {
 public:
     UvDotsGraph(ABAxis* axis, COLORREF color) : AGraph(axis, 0), color_(color) {}
+    void setColor(COLORREF color) { color_ = color; }
     void draw(CDC& dc, CRect& rect, TMinMax& range) override;
     int overhang(const ABAxis& axis) const override;
     virtual std::int64_t count() const = 0;
@@ -24,6 +27,9 @@ public:
 protected:
     /// Sets the pixels of all points.
     virtual void addTo(PointPixels& pixels) const = 0;
+    /// Draws sets of dots, one after another; `add` sets the pixels of each.
+    void drawDots(CDC& dc, const std::vector<COLORREF>& colors,
+                  const std::function<void(std::vector<PointPixels>& pixels)>& add) const;
 
 private:
     int dotSize() const;
@@ -47,15 +53,22 @@ public:
     CString getHeaderText(int) const override { return header_; }
 
     std::int64_t count() const override;
+    int isCoverage() const;
+    const UvPlotPoints* points() const { return points_; }
+    /// What the colours are of; of points without colours nothing.
+    const UvColourKey& key() const { return key_; }
+    /// Looks which classes there are, of the points of a file; null for no colours.
+    void SetKeyOf(const AUVXFile* file);
 
 protected:
     void addTo(PointPixels& pixels) const override;
 
 private:
-    int isCoverage() const;
+    void drawColoured(CDC& dc) const;
 
     const UvPlotPoints* points_ = nullptr;
     CString header_;
+    UvColourKey key_;
     UvPlotPoint chosen_;
     int hasChosen_ = 0;
 };

@@ -1,5 +1,7 @@
 #include "apps/view/UvPlotWindow.h"
 
+#include "apps/view/UvLegendGraph.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -20,12 +22,14 @@ void UvPlotWindow::ShowPoints(const AUVXFile* file, const UvPlotPoints* points, 
     file_ = file;
     points_ = points;
     const UvView view = points ? points->view() : view_;
-    if (!GetPlot() || view != view_) {
-        view_ = view;
+    const int isSame = GetPlot() && view.hasAxesOf(view_);
+    view_ = view;
+    if (!isSame) {
         A2DAxis* const axis = newUvAxis(view);
         figure().setEqualUnits(view.kind == UvView::Kind::coverage);
         graph_ = new UvPlotGraph(axis);
         model_ = new UvModelGraph(axis);
+        (void)new UvLegendGraph(axis, *graph_);
         SetPlot(axis, 1);
     }
     graph_->SetPoints(points);
@@ -39,6 +43,7 @@ void UvPlotWindow::PointsRead(int all)
 {
     if (!graph_)
         return;
+    graph_->SetKeyOf(file_);
     graph_->SetHeader(file_ && points_ ? uvPlotHeader(*file_, *points_) : CString());
     if (IsRangeZoomed() && !all)
         return ContentChanged();

@@ -5,6 +5,7 @@
 #include "apps/view/printed_table.h"
 #include "apps/view/progress.h"
 #include "apps/view/table_export.h"
+#include "apps/view/UvLegendGraph.h"
 #include "apps/view/UvPlotGraph.h"
 #include "apps/view/visibility_plot.h"
 #include "pavane/axes/maps/MapFigure.h"
@@ -64,9 +65,11 @@ struct UvPicture {
     {
         auto* const graph = new UvPlotGraph(axis.get());
         graph->SetPoints(&points);
+        graph->SetKeyOf(&file);
         graph->SetHeader(uvPlotHeader(file, points));
         if (model.count() > 0)
             (new UvModelGraph(axis.get()))->compute(model, points.places(), points.view());
+        (void)new UvLegendGraph(axis.get(), *graph);
         figure.setAxis(axis.get());
         figure.setEqualUnits(points.view().kind == UvView::Kind::coverage);
     }

@@ -273,6 +273,8 @@ void DataWindow::OnInitMenuPopup(CMenu& popup)
     const int inGroups = page() == &groups_;
     for (CMenu::Line& line : popup.lines()) {
         line.enabled = isOffered(line, ofTable);
+        line.checked = line.id == idColoursBy + static_cast<unsigned>(pointView_.colour) ||
+                       (line.id == idMeans && pointView_.seconds > 0);
         if (line.id == idCopy)
             line.text = isPlotActive() ? "&Copy picture\tCtrl+C" : "&Copy selection\tCtrl+C";
         else if (line.id == idUndo)

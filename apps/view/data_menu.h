@@ -35,7 +35,10 @@ enum DataCommand : unsigned {
     idFewerPanels,
     idTriangles,
     idDirection,
-    idListShown
+    idListShown,
+    idMeans,
+    idNextColours,
+    idColoursBy = 41331  ///< one for each UvColour, in its order
 };
 
 inline constexpr MenuItem dataFileItems[] = {
@@ -90,6 +93,13 @@ inline constexpr MenuItem dataMarkItems[] = {
     freqItemOf(ID_FREQ_FIXED_STEP),
 };
 
+/// What is coloured, in the order of UvColour.
+inline constexpr MenuItem colourByItems[] = {
+    {"&Nothing", idColoursBy, nullptr, 0},        {"&Baselines", idColoursBy + 1, nullptr, 0},
+    {"&Telescopes", idColoursBy + 2, nullptr, 0}, {"&IFs", idColoursBy + 3, nullptr, 0},
+    {"&Sources", idColoursBy + 4, nullptr, 0},
+};
+
 /// Lines of what is plotted, in the order of DataPlot.
 inline constexpr MenuItem dataPlotItems[] = {
     {"&Amplitude against distance\tAlt+1", idPlotOf, nullptr, 0},
@@ -102,6 +112,10 @@ inline constexpr MenuItem dataPlotItems[] = {
     menuLine,
     {"T&riangles...\tCtrl+R", idTriangles, nullptr, 0},
     {"Li&st what is shown\tCtrl+L", idListShown, nullptr, 0},
+    menuLine,
+    {"C&olour by", 0, colourByItems, std::size(colourByItems)},
+    {"Ne&xt colours\tAlt+9", idNextColours, nullptr, 0},
+    {"M&eans over time...\tAlt+8", idMeans, nullptr, 0},
     menuLine,
     {"&Next panels", idNextPanels, nullptr, 0},
     {"&Previous panels", idPreviousPanels, nullptr, 0},

@@ -2,6 +2,7 @@
 #include "apps/view/data_menu.h"
 #include "apps/view/DataWindow.h"
 #include "apps/view/direction_dialog.h"
+#include "apps/view/means_dialog.h"
 #include "tessel/paths.h"
 
 #include <algorithm>
@@ -63,7 +64,8 @@ void DataWindow::readPanels()
     std::string error;
     UvMarks marked = marks();
     marked.times = observation.times();
-    if (!panels_.Read(shownPlot_, observation, marked, model_, error))
+    const BaselineDivision division = {pointView_.colour, pointView_.seconds};
+    if (!panels_.Read(shownPlot_, observation, marked, model_, division, error))
         status_.SetMessage(baseNameOf(data_->file()) + ' ' + error);
 }
 
@@ -85,13 +87,39 @@ void DataWindow::askTriangles()
     readPanels();
 }
 
-/// Another view of single visibilities, which are read again for it.
-void DataWindow::showPoints(const UvView& view)
+/// Another view of single visibilities, in the colours and means of before, which are read again
+/// for it.
+void DataWindow::showPoints(UvView view)
 {
+    view.colour = pointView_.colour;
+    view.seconds = pointView_.seconds;
     showPlot(view.kind == UvView::Kind::coverage ? DataPlot::coverage : DataPlot::uvdist);
     if (std::exchange(pointView_, view) == view || !data_)
         return readPanels();
     plotAgain();
+}
+
+/// Other colours and means, of all plots that can have them.
+void DataWindow::setDivision(UvColour colour, double seconds)
+{
+    if (pointView_.colour == colour && pointView_.seconds == seconds)
+        return;
+    pointView_.colour = colour;
+    pointView_.seconds = seconds;
+    if (!data_)
+        return;
+    plotAgain();
+    if (const std::string why = plotRefusal(shownPlot_, colour, seconds); !why.empty())
+        status_.SetMessage("Not here: " + why);
+}
+
+/// Proposes the seconds of before.
+void DataWindow::askMeansOfPlot()
+{
+    const HWND self = GetSafeHwnd();
+    double seconds = pointView_.seconds;
+    if (askMeans(this, seconds) && CWnd::FromHandle(self) == this)
+        setDivision(pointView_.colour, seconds);
 }
 
 /// Proposes the direction of before.
@@ -117,8 +145,18 @@ int DataWindow::runPanelCommand(unsigned id)
         showPlot(kind);
         return readPanels(), 1;
     }
+    constexpr unsigned colours = 5;
+    if (id >= idColoursBy && id < idColoursBy + colours)
+        return setDivision(static_cast<UvColour>(id - idColoursBy), pointView_.seconds), 1;
     const int panels = panels_.GetPanelsOfPage();
     switch (id) {
+    case idNextColours:
+        return setDivision(
+                   static_cast<UvColour>((static_cast<unsigned>(pointView_.colour) + 1) % colours),
+                   pointView_.seconds),
+               1;
+    case idMeans:
+        return askMeansOfPlot(), 1;
     case idNextPanels:
     case idPreviousPanels:
         if (AChartWnd* const shown = this->panels())

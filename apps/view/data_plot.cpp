@@ -327,8 +327,10 @@ void DataWindow::showCounts()
     else if (data_->isStopped())
         text = "stopped at " + percentText(points->done());
     else
-        text = std::to_string(points->plotted()) + " of " + std::to_string(totals.visibilities) +
-               " plotted, " + std::to_string(totals.flagged) + " flagged" +
+        text = std::to_string(points->plotted()) +
+               (points->view().seconds > 0 ? " means of " : " of ") +
+               std::to_string(totals.visibilities) + " plotted, " + std::to_string(totals.flagged) +
+               " flagged" +
                (totals.notFinite ? ", " + std::to_string(totals.notFinite) + " not finite" : "");
     if (text == texts_[paneCounts])
         return;

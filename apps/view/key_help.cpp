@@ -72,6 +72,7 @@ constexpr KeyLine dataKeys[] = {
     {"Alt+1 ... Alt+5",
      "plots against distance, time; closure phases; bandpass; closure amplitudes"},
     {"Ctrl+R", "chooses the triangles of closure phases"},
+    {"Alt+8, Alt+9", "means over time; the next colours: of baselines, telescopes, IFs, sources"},
     {"N, Shift+N", "the next baselines or triangles, those before"},
     {"Page Down, Page Up", "the next page of panels, the one before"},
     {"Tab, Shift+Tab", "in a panel: to its scales and curves, which + - and arrows act on"},

@@ -15,6 +15,7 @@
 #include "apps/view/same_file.h"
 #include "apps/view/SurfacePicture.h"
 #include "apps/view/table_export.h"
+#include "apps/view/visibility_table.h"
 #include "apps/view/window_program.h"
 #include "pavane/axes/maps/map_titles.h"
 #include "pavane/images/palette_choice.h"
@@ -54,7 +55,15 @@ std::string misfit(const ViewOptions& options, const std::string& file, int isDa
     for (const TableWish& wish : options.tables)
         if (isData && (wish.table == areaTable || isMeasuredTable(wish.table)))
             return "--table " + wish.table + " goes with a map; " + file + " holds visibilities";
-    if (!isData && !options.times.isAll() && !file.empty())
+    if (isData || file.empty())
+        return {};
+    const char* const ofData = options.wantsTable(visibilityTable) ? "--table visibilities"
+                               : options.plot.hasColour            ? "--colour-by"
+                               : options.plot.seconds > 0          ? "--average"
+                                                                   : "";
+    if (*ofData)
+        return std::string(ofData) + " goes with a file of visibilities; " + file + " holds none";
+    if (!options.times.isAll())
         return "--times goes with a file of visibilities; " + file + " holds none";
     return {};
 }

@@ -1,6 +1,7 @@
 #include "apps/view/options.h"
 
 #include "apps/options/option_table.h"
+#include "apps/view/visibility_table.h"
 #include "pavane/dialogs/values/time_texts.h"
 #include "pavane/tables/uvdata/uv_columns.h"
 #include "tessel/value_text.h"
@@ -149,11 +150,11 @@ int readTableName(const std::string& text, ViewOptions& options, std::string& er
     for (const UvTable table : uvTables)
         names += std::string(uvTableLook(table).name) + ", ";
     UvTable found = UvTable::telescopes;
-    if (!uvTableOf(text, found) && text != componentTable && text != areaTable &&
-        !isMeasuredTable(text)) {
-        error = "--table knows " + names + componentTable + ", " + areaTable + ", " +
-                profileTableName + ", " + spectrumTableName + ", " + histogramTableName + ", " +
-                fitTableName + ", not '" + text + "'";
+    if (!uvTableOf(text, found) && text != visibilityTable && text != componentTable &&
+        text != areaTable && !isMeasuredTable(text)) {
+        error = "--table knows " + names + visibilityTable + ", " + componentTable + ", " +
+                areaTable + ", " + profileTableName + ", " + spectrumTableName + ", " +
+                histogramTableName + ", " + fitTableName + ", not '" + text + "'";
         return 0;
     }
     if (!options.tables.empty() && options.tables.back().file.empty()) {
@@ -292,11 +293,13 @@ OptionTable<ViewOptions> newTable()
          onlyInBatch},
         {{"--table", "", "NAME",
           "write a table as its window exports it: telescopes, baselines, sources, stokes, "
-          "frequencies or scans of a data file, components of a map, the numbers of its areas "
+          "frequencies or scans of a data file, its visibilities as --plot uvdist or coverage and "
+          "--average show them, components of a map, the numbers of its areas "
           "(those of --areas; of several --planes one after another), a --profile, the spectrum of "
           "each area, or of the map, through a cube, the histogram of these cells, a --fit; may be "
           "repeated, each with its --tsv; the last one without is what --print prints",
-          "telescopes baselines sources stokes frequencies scans components areas profile spectrum "
+          "telescopes baselines sources stokes frequencies scans visibilities components areas "
+          "profile spectrum "
           "histogram fit"},
          readTableName,
          onlyInBatch,

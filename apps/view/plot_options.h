@@ -1,6 +1,7 @@
 #pragma once
 
 #include "apps/options/option_table.h"
+#include "pavane/calibration/BaselineReader.h"
 #include "tessel/uvfits/UvView.h"
 
 #include <string>
@@ -31,6 +32,9 @@ struct PlotWish {
     int panels = 0;         ///< of a page; 0: as many as there are, mostPanels at most
     int hasAngle = 0;
     double angle = 0;  ///< of the direction on which distances are projected (UvView)
+    int hasColour = 0;
+    UvColour colour = UvColour::none;
+    double seconds = 0;  ///< above 0: means over so long
 
     /// What plots of single visibilities show.
     UvView view() const
@@ -38,9 +42,16 @@ struct PlotWish {
         return {kind == DataPlot::coverage ? UvView::Kind::coverage
                 : hasAngle                 ? UvView::Kind::projected
                                            : UvView::Kind::distance,
-                hasAngle ? angle : 0};
+                hasAngle ? angle : 0, colour, seconds};
     }
+    /// What plots in panels keep apart.
+    BaselineDivision division() const { return {colour, seconds}; }
 };
+
+/// Why a plot cannot have these colours or means; "" when it can.
+std::string plotRefusal(DataPlot kind, UvColour colour, double seconds);
+/// Seconds of means, from 0.001 to a million, 0 for none. 0, and nothing else, for others.
+int readMeans(const std::string& text, double& seconds);
 
 /// A direction in the plane of u and v: degrees from -360 to 360. 0, and nothing else, for others.
 int readDirection(const std::string& text, double& degrees);

@@ -2,6 +2,7 @@
 
 #include "apps/view/profiles/map_tables.h"
 #include "apps/view/progress.h"
+#include "apps/view/visibility_table.h"
 #include "pavane/tables/components/component_table.h"
 #include "pavane/tables/components/map_components.h"
 #include "pavane/tables/uvdata/UvObservation.h"
@@ -117,16 +118,27 @@ int writeTables(const ViewOptions& options, UvObservation* observation, ACompone
         const int isOfData = uvTableOf(wish.table, table);
         const int isOfAreas = measured && wish.table == areaTable;
         const NumberTable* const numbers = measured ? measured->numbersOf(wish.table) : nullptr;
-        const int rows = isOfData    ? tables.rows(table)
-                         : isOfAreas ? static_cast<int>(measured->areas.rows().size())
-                         : numbers   ? numbers->rows()
-                                     : model.count();
+        const int isOfVisibilities = observation && wish.table == visibilityTable;
+        const int rows = isOfVisibilities ? 1
+                         : isOfData       ? tables.rows(table)
+                         : isOfAreas      ? static_cast<int>(measured->areas.rows().size())
+                         : numbers        ? numbers->rows()
+                                          : model.count();
         if (rows == 0)
             notes.push_back(options.map + ": has no " + wish.table +
                             ": the table is its header line alone");
         if (wish.file.empty())
             continue;  // it is printed
+        std::string fault;
         const auto write = [&](std::ostream& stream) {
+            if (isOfVisibilities) {
+                UvMarks marks;
+                marks.times = options.times;
+                ProgressLine progress("Reading " + plainText(options.map));
+                return writeVisibilityTable(
+                    observation->file(), marks, options.plot.view(),
+                    [&](double done) { return progress.show(done); }, stream, fault);
+            }
             if (isOfData)
                 return tables.writeTsv(table, stream);
             if (isOfAreas)
@@ -138,7 +150,7 @@ int writeTables(const ViewOptions& options, UvObservation* observation, ACompone
             return static_cast<int>(stream.good());
         };
         if (!writeTextFile(wish.file, write, error))
-            return 0;
+            return fault.empty() ? 0 : refuse(options.map, fault, error);
     }
     return 1;
 }

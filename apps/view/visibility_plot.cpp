@@ -269,7 +269,8 @@ int readVisibilityChart(AUVXFile& file, const PlotWish& wish,
         if (!wish.baselines.empty() &&
             !chosenClosures(file, wish.baselines, baselines, choice, error))
             return 0;
-        ClosureReader reader(file, std::move(choice), marks, {}, model);
+        const ClosureAveraging averaging = {{wish.colour == UvColour::ifs, 0}, wish.seconds};
+        ClosureReader reader(file, std::move(choice), marks, averaging, model);
         if (!readAll(reader, isGoing, error))
             return 0;
         chart = closureChart(file, reader, firstIndices(reader.triangles().size()));
@@ -281,7 +282,8 @@ int readVisibilityChart(AUVXFile& file, const PlotWish& wish,
         return 0;
     const BaselinePlot plot =
         wish.kind == DataPlot::time ? BaselinePlot::time : BaselinePlot::channels;
-    BaselineReader reader(file, std::move(chosen), plot, marks, model);
+    BaselineReader reader(file, std::move(chosen), plot, marks, model, BaselineReader::usualSums,
+                          wish.division());
     if (!readAll(reader, isGoing, error))
         return 0;
     chart = baselineChart(file, reader, plot, firstIndices(reader.baselines().size()));

@@ -17,6 +17,17 @@ namespace
 constexpr std::size_t mostPairs = 1 << 22;
 constexpr double degreesOfRadian = 57.295779513082320877;
 constexpr double halfTurn = 180;
+constexpr double secondsPerDay = 86400;
+/// Times of groups are exact to the millisecond.
+constexpr double slack = 5e-4;
+constexpr std::size_t mostSeries = std::size_t{1} << 19;
+
+std::size_t partsOf(const AUVXFile& file, UvColour colour)
+{
+    return colour == UvColour::ifs      ? static_cast<std::size_t>(std::max(1, file.header().ifs))
+           : colour == UvColour::source ? file.sources().size() + 1
+                                        : 1;
+}
 
 UvMarks withStokes(UvMarks marks, const UvHeader& header)
 {
@@ -28,11 +39,20 @@ UvMarks withStokes(UvMarks marks, const UvHeader& header)
 }  // namespace
 
 BaselineReader::BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines, BaselinePlot plot,
-                               UvMarks marks, const AComponents& model, std::size_t mostSums)
+                               UvMarks marks, const AComponents& model, std::size_t mostSums,
+                               const BaselineDivision& division)
     : file_(file), baselines_(std::move(baselines)), plot_(plot),
-      marks_(withStokes(std::move(marks), file.header())), model_(model), choice_(file, marks_),
-      slices_(file), indices_(mostPairs), series_(baselines_.size()), mostSums_(mostSums)
+      marks_(withStokes(std::move(marks), file.header())), division_(division),
+      parts_(partsOf(file, division.colour)), model_(model), choice_(file, marks_), slices_(file),
+      indices_(mostPairs), mostSums_(mostSums)
 {
+    if (parts_ > mostSeries / std::max<std::size_t>(1, baselines_.size())) {
+        slices_.fail("has more IFs or sources of baselines than are told apart");
+        parts_ = 1;
+    }
+    series_.resize(baselines_.size() * parts_);
+    if (division_.seconds > 0)
+        open_.resize(series_.size());
     for (std::size_t i = 0; i < baselines_.size(); ++i) {
         const UvBaseline& b = baselines_[i];
         const auto [low, high] = std::minmax(b.first, b.second);
@@ -49,11 +69,14 @@ int BaselineReader::step(std::int64_t bytes)
                      (model_.count() > 0 ? UvGroups::places : 0);
     const int goesOn = slices_.step(bytes, what, [this](const UvGroups& groups) {
         if (!std::exchange(hasCells_, 1))
-            cells_ = UvCells(file_, choice_, {});
+            cells_ = UvCells(file_, choice_, {division_.colour == UvColour::ifs, 0});
         isFresh_ = 0;
         for (std::size_t i = 0; i < static_cast<std::size_t>(groups.count); ++i)
             takeGroup(groups, i);
     });
+    if (!goesOn && error().empty())
+        for (std::size_t k = 0; k < open_.size(); ++k)
+            endMean(k);
     if (!goesOn)
         refresh();
     if (!goesOn && !points_ && channels_.empty() && !baselines_.empty() && error().empty())
@@ -116,23 +139,70 @@ void BaselineReader::takeGroup(const UvGroups& groups, std::size_t i)
         return;
     if (model_.count() > 0)
         addModel(frequencies);
-    const auto baseline = static_cast<std::size_t>(std::abs(*index) - 1);
+    const std::size_t first = static_cast<std::size_t>(std::abs(*index) - 1) * parts_;
     if (plot_ == BaselinePlot::channels) {
         const int selection = file_.fqTbl().selectionOf(groups.selection[i]);
-        if (std::vector<Sums>* const sums = channelsOf({baseline, selection}))
+        if (std::vector<Sums>* const sums =
+                channelsOf({first + partOf(groups.source[i]), selection}))
             for (std::size_t k = 0; k < cells_.count(); ++k)
                 addTo((*sums)[static_cast<std::size_t>(cells_.cells[k].frequency)], k);
         return;
     }
-    Sums sums;
-    for (std::size_t k = 0; k < cells_.count(); ++k)
-        addTo(sums, k);
-    if (!(sums.weight > 0))
-        return;
+    for (std::size_t p = 0; p < cells_.parts.size(); ++p) {
+        Sums sums;
+        for (std::size_t k = cells_.starts[p]; k < cells_.starts[p + 1]; ++k)
+            addTo(sums, k);
+        const int ifIndex = cells_.parts[p].ifIndex;
+        const std::size_t part = division_.colour == UvColour::ifs && ifIndex >= 0
+                                     ? static_cast<std::size_t>(ifIndex)
+                                     : partOf(groups.source[i]);
+        if (sums.weight > 0)
+            takePart(groups, i, first + part, sums);
+    }
+}
+
+/// Of a group that is not divided by IFs.
+std::size_t BaselineReader::partOf(int source) const
+{
+    if (division_.colour != UvColour::source)
+        return 0;
+    const UvSource* const known = file_.source(source);
+    return known ? static_cast<std::size_t>(known - file_.sources().data()) : parts_ - 1;
+}
+
+void BaselineReader::takePart(const UvGroups& groups, std::size_t i, std::size_t series,
+                              const Sums& sums)
+{
+    const double time = groups.time[i];
+    if (!(division_.seconds > 0))
+        return addPoint(series, time, sums);
+    OpenMean& mean = open_[series];
+    const double interval = std::floor((time * secondsPerDay + slack) / division_.seconds);
+    if (interval != mean.interval || groups.source[i] != mean.source ||
+        groups.selection[i] != mean.selection)
+        endMean(series);
+    mean.interval = interval;
+    mean.source = groups.source[i];
+    mean.selection = groups.selection[i];
+    mean.time += time * sums.weight;
+    mean.sums.data += sums.data;
+    mean.sums.model += sums.model;
+    mean.sums.weight += sums.weight;
+}
+
+void BaselineReader::endMean(std::size_t series)
+{
+    const OpenMean mean = std::exchange(open_[series], OpenMean());
+    if (mean.sums.weight > 0)
+        addPoint(series, mean.time / mean.sums.weight, mean.sums);
+}
+
+void BaselineReader::addPoint(std::size_t series, double x, const Sums& sums)
+{
     if (points_ >= mostPoints)
         return slices_.fail("has more visibilities than are kept; choose fewer times or baselines");
     ++points_;
-    append(series_[baseline], time, sums);
+    append(series_[series], x, sums);
 }
 
 void BaselineReader::append(BaselineSeries& series, double x, const Sums& sums) const
@@ -174,9 +244,14 @@ void BaselineReader::makeChannels()
         series = {};
     for (const auto& [key, sums] : channels_) {
         const double before = static_cast<double>(key.second) * static_cast<double>(sums.size());
-        for (std::size_t c = 0; c < sums.size(); ++c)
+        for (std::size_t c = 0; c < sums.size(); ++c) {
+            const std::size_t part =
+                division_.colour == UvColour::ifs
+                    ? c / static_cast<std::size_t>(std::max(1, file_.header().channels))
+                    : 0;
             if (sums[c].weight > 0)
-                append(series_[key.first], before + static_cast<double>(c + 1), sums[c]);
+                append(series_[key.first + part], before + static_cast<double>(c + 1), sums[c]);
+        }
     }
 }
 

@@ -7,6 +7,7 @@
 #include "tessel/uvfits/Distinct.h"
 #include "tessel/uvfits/UvMarks.h"
 #include "tessel/uvfits/UvSlices.h"
+#include "tessel/uvfits/UvView.h"
 
 #include <complex>
 #include <map>
@@ -34,6 +35,12 @@ struct BaselineSeries {
     std::size_t count() const { return x.size(); }
 };
 
+/// What of a baseline is kept apart, and what is averaged.
+struct BaselineDivision {
+    UvColour colour = UvColour::none;  ///< ifs or source: a series each; all else: one series
+    double seconds = 0;  ///< of BaselinePlot::time, above 0: means over so long, as UvTimeMeans
+};
+
 /// Reads all groups of a file in slices and makes amplitudes and phases of its baselines. Phases
 /// are those from the lower to the higher number of a telescope, however the file stores them. May
 /// be dropped at any time. The file outlives it.
@@ -47,7 +54,7 @@ public:
     /// Without marks of polarisations those are taken that `usualStokes` gives.
     BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines, BaselinePlot plot,
                    UvMarks marks = {}, const AComponents& model = {},
-                   std::size_t mostSums = usualSums);
+                   std::size_t mostSums = usualSums, const BaselineDivision& division = {});
     BaselineReader(const BaselineReader&) = delete;
     BaselineReader& operator=(const BaselineReader&) = delete;
 
@@ -61,7 +68,14 @@ public:
     /// points and times stand in the order of the file. Done at the end of reading by itself.
     void refresh();
     const std::vector<UvBaseline>& baselines() const { return baselines_; }
-    const BaselineSeries& series(std::size_t baseline) const { return series_[baseline]; }
+    /// `part`: of the division, an IF or a source of the file, from 0; behind all sources are those
+    /// that it does not know.
+    const BaselineSeries& series(std::size_t baseline, std::size_t part = 0) const
+    {
+        return series_[baseline * parts_ + part];
+    }
+    std::size_t parts() const { return parts_; }
+    const BaselineDivision& division() const { return division_; }
 
 private:
     /// Sums of visibilities times weights.
@@ -69,13 +83,23 @@ private:
         std::complex<double> data{}, model{};
         double weight = 0;
     };
-    /// Of a baseline and a frequency selection.
+    /// A mean in time that has not ended.
+    struct OpenMean {
+        Sums sums;
+        double time = 0, interval = 0;  ///< time times weight
+        int source = 0, selection = 0;
+    };
+    /// Of a series and a frequency selection.
     using ChannelsOf = std::pair<std::size_t, int>;
 
     void takeGroup(const UvGroups& groups, std::size_t i);
     void addModel(const double* frequencies);
     void addTo(Sums& sums, std::size_t cell) const;
     std::vector<Sums>* channelsOf(const ChannelsOf& key);
+    std::size_t partOf(int source) const;
+    void takePart(const UvGroups& groups, std::size_t i, std::size_t series, const Sums& sums);
+    void endMean(std::size_t series);
+    void addPoint(std::size_t series, double x, const Sums& sums);
     void makeChannels();
     void append(BaselineSeries& series, double x, const Sums& sums) const;
 
@@ -83,6 +107,8 @@ private:
     std::vector<UvBaseline> baselines_;
     BaselinePlot plot_;
     UvMarks marks_;
+    BaselineDivision division_;
+    std::size_t parts_ = 1;
     AComponents model_;
     UvChoice choice_;
     UvSlices slices_;
@@ -90,7 +116,8 @@ private:
     int hasCells_ = 0;
     Distinct<UvPair, int>
         indices_;  ///< of a baseline and 1, negative when it is stored the other way
-    std::vector<BaselineSeries> series_;
+    std::vector<BaselineSeries> series_;  ///< the parts of a baseline one after another
+    std::vector<OpenMean> open_;          ///< of the series
     std::map<ChannelsOf, std::vector<Sums>> channels_;
     std::size_t points_ = 0, sums_ = 0, mostSums_;
     int isFresh_ = 1;

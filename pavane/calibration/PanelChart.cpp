@@ -133,7 +133,7 @@ void ChartAxis::putPanel(int number, ChartPanel& panel, int& next)
         made.side = side++;
         made.period = scale.period;
         made.intervals = scaleIntervals;
-        if (!scale.curves.empty())
+        if (!scale.curves.empty() && !scale.isPlain)
             made.color = scale.curves.front().color;
         const int index = next++;
         if (index < getScaleCount())

@@ -28,6 +28,7 @@ struct ChartScale {
     double greatest = 0;
     double period = 0;  ///< 360 for a phase in degrees
     std::vector<ChartCurve> curves;
+    int isPlain = 0;  ///< ticks and title in black, not in the colour of the first curve
 };
 
 /// A panel with a scale at the left and, where it has two, one at the right.

@@ -1,6 +1,7 @@
 #include "pavane/calibration/visibility_charts.h"
 
 #include "pavane/calibration/chart_curves.h"
+#include "pavane/calibration/uv_colours.h"
 #include "tessel/plain_text.h"
 #include "tessel/value_text.h"
 
@@ -82,6 +83,37 @@ double amplitudeReach(const BaselineSeries& s)
     return values > 0 ? std::clamp(errors, values, 2 * values) : errors;
 }
 
+/// The parts of a reader's division that have points, with their colours.
+struct ColouredParts {
+    UvColourKey key;
+    std::vector<std::size_t> parts;  ///< of the classes of the key
+
+    ColouredParts(const AUVXFile& file, const BaselineReader& reader)
+    {
+        const UvColour by = reader.division().colour;
+        std::vector<UvClass> classes;
+        for (std::size_t p = 0; p < reader.parts() && reader.parts() > 1; ++p) {
+            const int number = by == UvColour::ifs         ? static_cast<int>(p)
+                               : p < file.sources().size() ? file.sources()[p].id
+                                                           : -1;
+            UvClass one = {{1, number, 0}, 0};
+            for (std::size_t b = 0; b < reader.baselines().size(); ++b)
+                one.points += static_cast<std::int64_t>(reader.series(b, p).count());
+            if (one.points == 0)
+                continue;
+            classes.push_back(one);
+            parts.push_back(p);
+        }
+        key = uvColours(file, by, classes);
+        if (parts.empty())
+            parts.push_back(0);
+    }
+    const UvColourKey::Entry* entryOf(std::size_t i) const
+    {
+        return key.isEmpty() ? nullptr : &key.entries[key.entryOfClass[i]];
+    }
+};
+
 void setPhases(ChartScale& scale, double range)
 {
     scale.least = -range;
@@ -100,6 +132,12 @@ std::vector<float> logarithms(const std::vector<float>& values)
 }
 
 }  // namespace
+
+CString meansText(double seconds)
+{
+    constexpr int digits = 6;
+    return "means of\u00a0" + valToStr(seconds, digits) + "\u00a0s";
+}
 
 CString telescopeName(const AUVXFile& file, const ClosureTelescope& telescope)
 {
@@ -183,17 +221,21 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
     PanelChart chart;
     const int isTime = plot == BaselinePlot::time;
     chart.header = chartHeader(file);
+    if (const double seconds = reader.division().seconds; seconds > 0)
+        chart.header.append("   ").append(meansText(seconds));
     chart.nameX = isTime ? "Time" : "Channel of all IFs";
     chart.isTime = isTime;
     chart.isWholeX = !isTime;
     const double scaleX = isTime ? secondsPerDay : 1;
     const int channels = isTime ? 0 : file.header().channels;
+    const ColouredParts coloured(file, reader);
+    chart.isLegendAbove = !coloured.key.isEmpty();
     // a baseline of which nothing was read yet has a line, too: more data change no other numbers
     const bool hasModel = std::any_of(baselines.begin(), baselines.end(), [&](std::size_t b) {
-        return !reader.series(b).modelPhase.empty();
+        return std::any_of(coloured.parts.begin(), coloured.parts.end(),
+                           [&](std::size_t p) { return !reader.series(b, p).modelPhase.empty(); });
     });
     for (const std::size_t b : baselines) {
-        const BaselineSeries& s = reader.series(b);
         ChartPanel panel;
         panel.caption = baselineName(file, reader.baselines()[b]);
         ChartScale amplitude;
@@ -201,15 +243,31 @@ PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader, Bas
         amplitude.name = "Amplitude [%sJy]";
         phase.name = "Phase [\u00b0]";
         setPhases(phase, 180);
-        const double most = amplitudeReach(s);
+        if (!coloured.key.isEmpty()) {  // colours no longer tell them apart
+            phase.name = "Phase (+) [\u00b0]";
+            amplitude.isPlain = phase.isPlain = 1;
+        }
+        double most = 0;
+        for (const std::size_t p : coloured.parts)
+            most = std::max(most, amplitudeReach(reader.series(b, p)));
         if (most > 0) {
             amplitude.least = 0;
             amplitude.greatest = roundedUp(roomAbove * most);
         }
-        amplitude.curves.push_back(
-            pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError, chartColors[0]));
-        phase.curves.push_back(pointsOf(s.x, scaleX, s.phase, s.phaseError, phaseColor));
-        if (hasModel) {
+        for (std::size_t i = 0; i < coloured.parts.size(); ++i) {
+            const BaselineSeries& s = reader.series(b, coloured.parts[i]);
+            const UvColourKey::Entry* const entry = coloured.entryOf(i);
+            amplitude.curves.push_back(pointsOf(s.x, scaleX, s.amplitude, s.amplitudeError,
+                                                entry ? entry->color : chartColors[0]));
+            phase.curves.push_back(
+                pointsOf(s.x, scaleX, s.phase, s.phaseError, entry ? entry->color : phaseColor));
+            if (!entry)
+                continue;
+            phase.curves.back().marker = graphPointCross;
+            amplitude.curves.back().name = entry->name;
+        }
+        for (std::size_t i = 0; i < coloured.parts.size() && hasModel; ++i) {
+            const BaselineSeries& s = reader.series(b, coloured.parts[i]);
             const auto model = [&](const std::vector<float>& y, COLORREF color) {
                 return isTime ? chartLine(s.x, scaleX, y, color)
                               : lineOfChannels(s.x, y, channels, color);

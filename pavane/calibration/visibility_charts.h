@@ -21,9 +21,13 @@ PAVANE_API void addAmplitudePanels(const AUVXFile& file, const ClosureReader& re
                                    const std::vector<std::size_t>& quads, PanelChart& chart);
 
 /// Amplitude at the left and phase at the right, a panel a baseline, the model's as lines. The
-/// baselines are indices of the reader's.
+/// baselines are indices of the reader's. Parts that the reader keeps apart have colours, which a
+/// legend names, and phases are crosses then.
 PAVANE_API PanelChart baselineChart(const AUVXFile& file, const BaselineReader& reader,
                                     BaselinePlot plot, const std::vector<std::size_t>& baselines);
+
+/// "means of 30 s", for a plot's header.
+PAVANE_API CString meansText(double seconds);
 
 /// "BR-FD", of telescopes without names their numbers; with "/2" behind for a subarray but the
 /// first.

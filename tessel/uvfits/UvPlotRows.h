@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace pavane
@@ -69,6 +70,8 @@ public:
     /// Why it ended early, a clause without its subject; "" else.
     const std::string& error() const { return slices_.error(); }
     const std::vector<UvPointOrigin>& rows() const { return rows_; }
+    /// Those of now, which are no longer kept.
+    std::vector<UvPointOrigin> take() { return std::exchange(rows_, {}); }
     /// Visibilities so far that lie in it, kept or not.
     std::int64_t count() const { return count_; }
 

@@ -118,6 +118,15 @@ TEST_F(DataRun, PrintsItsNumbersAndDrawsWhatTheContentSays)
          "flagged 0 visibilities\nnot_finite 0 visibilities\nuv_min 8.4000004 Mlambda\n"
          "uv_max 8.4000004 Mlambda\namp_min 2 Jy\namp_max 3 Jy\n",
          ""},
+        {"map.fits --batch --table=visibilities --tsv=- --average 15 --colour-by source --svg "
+         "p.svg",
+         0,
+         "Time\tFirst\tSecond\tSource\tIF\tChannel\tStokes\tu [M\u03bb]\tv [M\u03bb]\tw [M\u03bb]\t"
+         "Distance [M\u03bb]\tAmplitude [Jy]\tPhase [deg]\tWeight\tNumber\tGroup\n"
+         "0/00:00:05.0\tAB\tCD\tM87\t1\t1\tRR\t8.4000004\t0\t0\t8.4000004\t1.118034\t63.43495\t2\t"
+         "2\t1\n"
+         "0/00:00:20.0\tAB\tCD\tM87\t1\t1\tRR\t8.4000004\t0\t0\t8.4000004\t3\t180\t1\t1\t3\n",
+         ""},
         {"map.fits --batch --table=scans --tsv=- --times ,15", 0,
          "\tSource\tSubarray\tSelection\tStart\tEnd\tLength [s]\tFirst visibility\t"
          "Last visibility\tSource No.\n"

@@ -156,9 +156,9 @@ TEST_F(DataWindowTest, ListsWhatARectangleOfAViewHolds)
     };
     drag(at(8e6, 5.5), at(8.5e6, 10.5));
     ASSERT_EQ(window.list().rows(), 5);
-    const char* const first[] = {"6",  "0/00:00:05.0", "CD", "AB",        "M87", "1", "1",
-                                 "RR", "8.4000004",    "0",  "8.4000004", "6",   "0", "1",
-                                 "6"};
+    const char* const first[] = {
+        "6", "0/00:00:05.0", "CD", "AB", "M87", "1", "1", "RR", "8.4000004", "0",
+        "0", "8.4000004",    "6",  "0",  "1",   "1", "6"};
     EXPECT_FALSE(window.plot().IsRangeZoomed());
     for (int column = 1; column < static_cast<int>(std::size(first)); ++column)
         EXPECT_EQ(window.list().cellAsStr(1, column, nullptr), first[column]) << column;
@@ -176,6 +176,42 @@ TEST_F(DataWindowTest, ListsWhatARectangleOfAViewHolds)
     EXPECT_EQ(plotted(window), 20);
     window.plot().UpdateWindow();
     EXPECT_EQ(window.plot().GetWholeRange().xMin, 0);
+    EXPECT_TRUE(said.empty());
+}
+
+TEST_F(DataWindowTest, ShowsColoursAndMeansAndKeepsThem)
+{
+    const auto command = [](DataWindow& window, unsigned id) {
+        window.SendMessage(WM_COMMAND, id, 0);
+    };
+    WriteProfileString("pavane-view-data", "MeansOver", "100");
+    {
+        DataWindow window;
+        open(window);
+        EXPECT_EQ(plotted(window), 4) << "two scans of two baselines";
+        command(window, idListShown);
+        ASSERT_EQ(window.list().rows(), 4);
+        EXPECT_EQ(window.list().cellAsStr(1, 14, nullptr), "5");
+        command(window, idColoursBy + 1);
+        EXPECT_EQ(plotted(window), 4);
+        EXPECT_EQ(window.document()->points()->classes().size(), 1u) << "stored both ways";
+        command(window, idNextColours);
+        EXPECT_EQ(plotted(window), 4);
+        EXPECT_EQ(window.document()->points()->view().colour, UvColour::telescope);
+        window.plot().UpdateWindow();
+        // panels have means, but no such colours
+        command(window, idPlotOf + 1);
+        ASSERT_TRUE(waitFor([&] { return !window.panels()->IsReading(); }));
+        EXPECT_NE(window.panels()->GetAxis(), nullptr);
+        command(window, idPlotOf + 5);
+        EXPECT_EQ(window.document()->points()->view().colour, UvColour::telescope);
+        EXPECT_EQ(plotted(window), 4);
+        window.SendMessage(WM_CLOSE, 0, 0);
+    }
+    DataWindow again;
+    open(again);
+    EXPECT_EQ(again.document()->points()->view().colour, UvColour::telescope);
+    EXPECT_EQ(again.document()->points()->view().seconds, 100);
     EXPECT_TRUE(said.empty());
 }
 

@@ -1,6 +1,8 @@
 #include "pavane/calibration/BaselineReader.h"
 #include "pavane/calibration/closure_point.h"
+#include "pavane/calibration/uv_colours.h"
 #include "pavane/calibration/visibility_charts.h"
+#include "pavane/images/color_vision.h"
 #include "tests/calibration/made_data.h"
 
 #include <algorithm>
@@ -53,6 +55,82 @@ TEST(BaselineReader, AmplitudesAndPhasesAreTheMeansOfWhatIsMarked)
             EXPECT_EQ(chart.panels[0].scales[0].curves[1].x, line);
         }
     }
+}
+
+TEST(BaselineReader, KeepsIfsAndSourcesApartAndAveragesInTime)
+{
+    std::vector<MadeGroup> groups = madeGroups(3, {0, 2, 4, 10, 12});
+    for (MadeGroup& g : groups) {
+        g.source = g.seconds < 4 ? 1 : 2;
+        g.weight = g.seconds == 2 ? 12 : 4;
+    }
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("parts.uvfits", groups), error)) << error;
+    // without a table they have one name, and still no mean is of two of them
+    const std::size_t all = file.sources().size() + 1;
+    using enum UvColour;
+    const struct {
+        BaselinePlot plot;
+        BaselineDivision division;
+        std::size_t parts;
+        std::vector<std::size_t> counts;  ///< of the parts that have points
+    } cases[] = {{BaselinePlot::time, {none, 0}, 1, {5}},
+                 {BaselinePlot::time, {baseline, 0}, 1, {5}},
+                 {BaselinePlot::time, {ifs, 0}, 2, {5, 5}},
+                 {BaselinePlot::time, {source, 0}, all, {5}},
+                 {BaselinePlot::time, {none, 10}, 1, {3}},
+                 {BaselinePlot::time, {source, 10}, all, {3}},
+                 {BaselinePlot::channels, {ifs, 0}, 2, {2, 2}},
+                 {BaselinePlot::channels, {source, 0}, all, {4}}};
+    for (const auto& c : cases) {
+        BaselineReader reader(file, {{1, 1, 2, 5}}, c.plot, {}, madeModel(),
+                              BaselineReader::usualSums, c.division);
+        while (reader.step(1)) {
+        }
+        ASSERT_EQ(reader.error(), "");
+        EXPECT_EQ(reader.parts(), c.parts);
+        std::vector<std::size_t> counts;
+        for (std::size_t p = 0; p < reader.parts(); ++p)
+            if (const std::size_t count = reader.series(0, p).count(); count > 0)
+                counts.push_back(count);
+        EXPECT_EQ(counts, c.counts) << int(c.division.colour) << ' ' << c.division.seconds;
+        const PanelChart chart = baselineChart(file, reader, c.plot, {0});
+        EXPECT_EQ(chart.panels[0].scales[0].curves.size(), 2 * c.counts.size()) << "with models";
+        EXPECT_EQ(chart.isLegendAbove, c.division.colour == ifs || c.division.colour == source);
+        if (c.division.seconds > 0 && c.division.colour == source) {
+            // the first two times, with weights of 4 and 12
+            EXPECT_NEAR(reader.series(0).x[0] * 86400, 1.5, 1e-3);
+            EXPECT_NEAR(reader.series(0).amplitudeError[0], 1 / std::sqrt(8 * 16.0), 1e-6);
+        }
+    }
+}
+
+TEST(UvColours, AreOfThoseWithMostPointsAndDifferForEachEye)
+{
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("colours.uvfits", madeGroups(3, {0})), error)) << error;
+    std::vector<UvClass> classes;
+    for (int i = 0; i < 14; ++i)  // the third and the last have fewest points
+        classes.push_back({{1, 20 - i, 30}, i == 2 ? 3 : i == 13 ? 5 : 100 + i});
+    const UvColourKey key = uvColours(file, UvColour::baseline, classes);
+    ASSERT_EQ(key.entries.size(), mostUvColours + 1);
+    EXPECT_EQ(key.entries[0].name, "8-30");
+    EXPECT_EQ(key.entries.back().name, "2 others");
+    EXPECT_EQ(key.entries.back().points, 8);
+    EXPECT_EQ(key.entries[key.entryOfClass[2]].name, "2 others");
+    EXPECT_EQ(key.entries[key.entryOfClass[3]].name, "17-30");
+    EXPECT_EQ(key.drawingOrder()[0], mostUvColours) << "below all";
+    EXPECT_EQ(key.entries[key.drawingOrder()[1]].points, 112);
+    for (std::size_t i = 0; i < key.entries.size(); ++i)
+        for (std::size_t k = i + 1; k < key.entries.size(); ++k) {
+            AArray<COLORREF> two;
+            two.Add(key.entries[i].color);
+            two.Add(key.entries[k].color);
+            EXPECT_TRUE(isColorBlindSafe(two)) << i << ' ' << k;
+        }
+    EXPECT_TRUE(uvColours(file, UvColour::none, {}).isEmpty());
 }
 
 TEST(BaselineReader, WeightsDoNotFlattenAmplitudes)

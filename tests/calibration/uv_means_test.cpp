@@ -120,7 +120,8 @@ TEST(UvMeans, NeedNoMoreMemoryThanTheyMay)
     ASSERT_TRUE(file.open(savedData("memory.uvfits", groups), error)) << error;
     UvMarks marks;
     UvChoice choice(file, marks);
-    UvTimeMeans means(file, choice, 10, 2 * cellsOfGroup);
+    constexpr std::size_t most = 2U * std::size_t{cellsOfGroup};
+    UvTimeMeans means(file, choice, 10, most);
     UvGroups read;
     ASSERT_TRUE(file.readGroups(0, 6, 31, read));
     int added = 0;

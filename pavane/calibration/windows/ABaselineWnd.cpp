@@ -17,16 +17,18 @@ constexpr std::int64_t pieceBytes = std::int64_t{1} << 20;
 ABaselineWnd::~ABaselineWnd() = default;
 
 void ABaselineWnd::SetData(AUVXFile* file, std::vector<UvBaseline> baselines, BaselinePlot plot,
-                           UvMarks marks, const AComponents& model)
+                           UvMarks marks, const AComponents& model,
+                           const BaselineDivision& division)
 {
     endReading();
     file_ = file;
     plot_ = plot;
     telescope_ = -1;
     telescopes_ = telescopesOf(baselines);
-    reader_ = file ? std::make_unique<BaselineReader>(*file, std::move(baselines), plot,
-                                                      std::move(marks), model)
-                   : nullptr;
+    reader_ =
+        file ? std::make_unique<BaselineReader>(*file, std::move(baselines), plot, std::move(marks),
+                                                model, BaselineReader::usualSums, division)
+             : nullptr;
     if (reader_)
         beginReading();
 }

@@ -22,7 +22,7 @@ public:
     /// after another call. Null shows nothing.
     void SetData(AUVXFile* file, std::vector<UvBaseline> baselines = {},
                  BaselinePlot plot = BaselinePlot::time, UvMarks marks = {},
-                 const AComponents& model = {});
+                 const AComponents& model = {}, const BaselineDivision& division = {});
     /// What has been read; null without a file.
     const BaselineReader* GetReader() const { return reader_.get(); }
     /// The telescope whose baselines are shown, from 0 in the order of their numbers; -1: all are.

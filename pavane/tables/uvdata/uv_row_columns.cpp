@@ -56,6 +56,8 @@ double channelNumber(const Row& row) { return row.channel + 1; }
 double groupNumber(const Row& row) { return static_cast<double>(row.group) + 1; }
 double u(const Row& row) { return row.u / megalambda; }
 double v(const Row& row) { return row.v / megalambda; }
+double w(const Row& row) { return row.w / megalambda; }
+double visibilities(const Row& row) { return static_cast<double>(row.count); }
 double distance(const Row& row) { return std::hypot(row.u, row.v) / megalambda; }
 double amplitude(const Row& row) { return amplitudeOf(row.value); }
 double weight(const Row& row) { return double{row.value.weight}; }
@@ -84,11 +86,13 @@ const UvRowColumn columns[] = {
      nullptr},
     number<u, placeDigits>("u [M\u03bb]", 15, "Towards east"),
     number<v, placeDigits>("v [M\u03bb]", 15, "Towards north"),
+    number<w, placeDigits>("w [M\u03bb]", 15, "Towards the source"),
     number<distance, placeDigits>("Distance [M\u03bb]", 16, "In the plane of u and v"),
-    number<amplitude, floatDigits>("Amplitude [Jy]", 17, "Of the visibility, as stored"),
+    number<amplitude, floatDigits>("Amplitude [Jy]", 17, "Of the visibility, or of the mean"),
     number<phase, floatDigits>("Phase [deg]", 14, "Of the visibility, from -180 to 180 degrees"),
-    number<weight, floatDigits>("Weight", 12, "Of the visibility, as stored"),
-    whole<groupNumber>("Group", 10, "Number of the group in the file, from 1"),
+    number<weight, floatDigits>("Weight", 12, "Of the visibility, as stored; of a mean the sum"),
+    whole<visibilities>("Number", 9, "Visibilities in the mean"),
+    whole<groupNumber>("Group", 10, "Number of the group in the file, from 1; of a mean the first"),
 };
 
 }  // namespace

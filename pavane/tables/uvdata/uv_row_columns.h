@@ -20,8 +20,8 @@ struct UvRowColumn {
     double (*number)(const AUVXFile& file, const UvPointOrigin& row);
 };
 
-/// Time, telescopes, source, IF, channel, Stokes, u, v, distance, amplitude, phase, weight and
-/// group. What is counted counts from 1.
+/// Time, telescopes, source, IF, channel, Stokes, u, v, w, distance, amplitude, phase, weight,
+/// number and group. What is counted counts from 1.
 PAVANE_API std::span<const UvRowColumn> uvRowColumns();
 
 }  // namespace pavane
