@@ -155,7 +155,13 @@ CString mapHeaderLine(const MapHeader& header, const MapRange& range, const MapN
         unit.factor /= 1000;
         unit.name = "km/s";
     }
-    if (!range.isEmpty()) {
+    if (!range.isEmpty() && (unit.name == "km/s" || unit.name == "deg" || unit.name == "%")) {
+        // velocities, angles and shares have no peak, and their robust width is no noise
+        append(text, std::string("from") + hardBlank +
+                         scaledText(range.least * unit.factor, unit.name, headerDigits));
+        append(text, std::string("to") + hardBlank +
+                         scaledText(range.greatest * unit.factor, unit.name, headerDigits));
+    } else if (!range.isEmpty()) {
         append(text, std::string("peak") + hardBlank +
                          scaledText(range.greatest * unit.factor, unit.name, headerDigits));
         append(text, std::string("noise") + hardBlank +
