@@ -233,8 +233,7 @@ std::unique_ptr<MapDocument> MainWindow::readMap(const std::string& file, int pl
 {
     auto opened = std::make_unique<MapDocument>();
     std::string error;
-    // a cube begins with its first plane
-    if (opened->open(this, file, std::max(0, plane), options_, error))
+    if (opened->open(this, file, plane, options_, error))
         return opened;
     if (!error.empty())
         AfxMessageBox(error, MB_ICONERROR);
@@ -400,6 +399,10 @@ void MainWindow::OnTimer(unsigned id)
         return blink();
     case prepareTimer:
         return prepareMaps();
+    case dragTimer:
+        if (!CWnd::GetCapture())
+            endFollowing();
+        return;
     case workTimer:
         KeepWork();
         return watchMap();
@@ -487,6 +490,10 @@ void MainWindow::writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session)
                        session.autosave().file());
 }
 
-void MainWindow::updateTitle() { SetWindowText(session_.title(model_.session().isModified())); }
+void MainWindow::updateTitle()
+{
+    SetWindowText(session_.title(model_.session().isModified()) +
+                  (map_ && map_->isMoved() ? "  \u2013  moved" : ""));
+}
 
 }  // namespace pavane

@@ -43,6 +43,8 @@
 namespace pavane
 {
 
+struct RgbChoice;
+
 /// The window of pavane-view: menu, toolbar, list of areas, the map, the table of components beside
 /// it, the numbers of the current area, and a status line. Commands of editing act on the part that
 /// has the keyboard. Nothing that took work is lost without a question.
@@ -156,6 +158,7 @@ private:
     {
         areaNumbers_.AreasChanging();
         curves_.AreasChanged(1);
+        followDrag();
     }
     int mapStepPlane(int step) override;
 
@@ -286,7 +289,19 @@ private:
     void followAreas(int leader);
     int mayReplaceAreas(int leader);
     void giveLinkedAreas(int map, const std::vector<AreaShape>& shapes);
+    void followDrag();
+    void endFollowing();
     void makePair(MapPair pair);
+    void proposeRgb(RgbChoice& choice);
+    void askRgbRanges();
+    void makeRgb();
+    static SkyShift shiftAgainst(const MapDocument& map, const MapDocument& first);
+    void findShift();
+    void moveSecond(SkyShift shift);
+    void resetShifts();
+    void mapMoved();
+    int isAnyMoved();
+    std::string movedText();
     void prepareLater();
     void prepareMaps();
     void toggleBlink();
@@ -314,9 +329,10 @@ private:
 
     // Copies of unsaved areas
     void writeCopy();
-    static constexpr unsigned copyTimer = 1, blinkTimer = 2, prepareTimer = 3, workTimer = 4;
-    static constexpr unsigned workPace = 2000;    // ms
-    static constexpr unsigned preparePause = 60;  // ms
+    static constexpr unsigned copyTimer = 1, blinkTimer = 2, prepareTimer = 3, workTimer = 4,
+                              dragTimer = 5;
+    static constexpr unsigned workPace = 2000;                     // ms
+    static constexpr unsigned preparePause = 60, dragPause = 150;  // ms
     void writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session);
     static std::int64_t now();
 

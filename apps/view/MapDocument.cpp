@@ -1,12 +1,18 @@
 #include "apps/view/MapDocument.h"
 
 #include "apps/view/long_work.h"
+#include "apps/view/rgb_maps.h"
+#include "apps/view/several/moved_map.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/MapLook.h"
 #include "pavane/axes/maps/overlays/AOtherContours.h"
+#include "pavane/axes/maps/RgbImage.h"
 #include "tessel/paths.h"
 #include "tessel/plain_text.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace pavane
 {
@@ -37,7 +43,7 @@ int MapDocument::open(CWnd* owner, const std::string& file, int plane, const Vie
                       std::string& error)
 {
     state_ = FileState(file);
-    if (!readContent(owner, file, plane, inputs_, error)) {
+    if (!readContent(owner, file, std::max(0, plane), inputs_, error)) {
         if (!error.empty())
             error.insert(0, file + ": ");
         return 0;
@@ -51,11 +57,43 @@ int MapDocument::open(CWnd* owner, const std::string& file, int plane, const Vie
     TracedContours contours;
     contours.trace(owner, inputs_, options.levels);
     picture_.show(inputs_);
+    if (plane < 0 && isOfRgb(inputs_.map.header) && !showRgb(owner, error)) {
+        if (!error.empty())
+            error.insert(0, file + ": ");
+        return 0;
+    }
     grid_ = sky_.isSet() ? addSkyGrid(picture_, sky_) : nullptr;
     show(options);
     contours.give(picture_.graph().contours());
     return 1;
 }
+
+/// 0 with an empty `error` when the user gave up.
+int MapDocument::showRgb(CWnd* owner, std::string& error)
+{
+    RgbMap map;
+    int read = 0;
+    if (!doLongWork(owner, "Reading " + baseNameOf(file_), [&](const ProgressFunction& tell) {
+            return read = readRgbMap(file_, map, error, tell);
+        }))
+        error.clear();
+    else if (read)
+        picture_.setRgb(std::make_shared<RgbImage>(std::move(map)));
+    return picture_.rgb() != nullptr;
+}
+
+int MapDocument::setShift(const SkyShift& shift, const SkyFrame& in)
+{
+    MapHeader header = inputs_.map.header;
+    std::string error;
+    if (shift.isNone())
+        header.axes.clear();
+    else if (!moveMap(sky_, in, shift, header))
+        return 0;
+    return moved_.init(header, error) || shift.isNone();
+}
+
+SkyShift MapDocument::shiftIn(const SkyFrame& in) const { return shiftOf(sky_, moved_, in); }
 
 int MapDocument::setPlane(CWnd* owner, int plane, const ViewOptions& options, std::string& error)
 {
@@ -105,7 +143,8 @@ int MapDocument::setContours(const MapDocument* other, const ViewOptions& option
     else if (other) {
         if (!contours_)
             contours_ = new AOtherContours(&picture_.axis(), picture_.graph());
-        if (contours_->setMap(other->inputs_, other->sky_, sky_, options.levels, {}, error))
+        if (contours_->setMap(other->inputs_, other->shownSky(), shownSky(), options.levels, {},
+                              error))
             contoursOf_ = other->file_;
         else
             error.insert(0, other->file_ + ": ");

@@ -28,7 +28,8 @@ public:
     MapDocument(const MapDocument&) = delete;
     MapDocument& operator=(const MapDocument&) = delete;
 
-    /// Reads the map, while the frame of `owner` waits. Non-zero on success; else 0 and `error` is
+    /// Reads the map, while the frame of `owner` waits. Without a `plane` (-1) a cube begins with
+    /// its first one, and an RGB map shows its colours. Non-zero on success; else 0 and `error` is
     /// one line with the file's name, empty when the user gave up.
     int open(CWnd* owner, const std::string& file, int plane, const ViewOptions& options,
              std::string& error);
@@ -46,7 +47,15 @@ public:
     const SkyCoordinates& sky() const { return sky_; }
     const StatusFormat& format() const { return format_; }
     AreaPlace place() const;
-    LinkedMap linked() const { return {&inputs_.frame, &sky_}; }
+    LinkedMap linked() const { return {&inputs_.frame, &shownSky()}; }
+    /// Where it lies in all that compares it with others: as its file says, or moved from there.
+    const SkyCoordinates& shownSky() const { return moved_.isSet() ? moved_ : sky_; }
+    int isMoved() const { return moved_.isSet(); }
+    /// Moves it there so far east and north, as seen in a frame; what is none ends that. Nothing is
+    /// drawn. 0, and as before, for a map without a place in the frame.
+    int setShift(const SkyShift& shift, const SkyFrame& in);
+    /// How far it is moved, as seen in a frame.
+    SkyShift shiftIn(const SkyFrame& in) const;
     /// "" while its file is as it was when it was opened; else what has happened to it.
     std::string changeOnDisk() const { return state_.change(); }
     MapPicture& picture() { return picture_; }
@@ -66,6 +75,7 @@ public:
     void showLevels(CWnd* owner, const ViewOptions& options);
 
 private:
+    int showRgb(CWnd* owner, std::string& error);
     void showOwnLevels(const ViewOptions& options);
 
     std::string file_;
@@ -74,7 +84,7 @@ private:
     FileState state_;
     ViewInputs inputs_;
     CubePlanes cube_;
-    SkyCoordinates sky_;
+    SkyCoordinates sky_, moved_;
     MapPicture picture_;
     ASkyGrid* grid_ = nullptr;  ///< the axis's; null for a map that has no place on the sky
     StatusFormat format_;

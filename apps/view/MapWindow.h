@@ -86,6 +86,15 @@ public:
         owner_.mapPointed(*this, 1);
         OnStatus(StatusAt(at));
     }
+    /// Outlines of areas that a drag in a linked map brings; none ends that.
+    void SetComingAreas(std::vector<AreaOutline> areas)
+    {
+        if (areas.empty() && comingAreas_.empty())
+            return;
+        comingAreas_ = std::move(areas);
+        Invalidate();
+    }
+    const std::vector<AreaOutline>& GetComingAreas() const { return comingAreas_; }
     /// Named positions over the map, in pictures too.
     void SetSkyMarks(SkyMarkLayer marks)
     {
@@ -143,6 +152,8 @@ public:
         AAxisWnd::ServiceDraw(dc, client, update);
         if (areaNames_)
             drawNames(dc);
+        if (GetPlot() && !comingAreas_.empty())
+            drawAreaOutlines(dc, *GetPlot(), comingAreas_);
         drawMarks(dc, &update);
         drawSkyMarks(dc);
     }
@@ -265,6 +276,7 @@ private:
     MapWindowOwner& owner_;
     MapMarks* marks_ = nullptr;
     SkyMarkLayer skyMarks_;
+    std::vector<AreaOutline> comingAreas_;
     MapLine* line_ = nullptr;
     int isLineDragged_ = 0;
     int areaNames_ = 0;

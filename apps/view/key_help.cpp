@@ -54,6 +54,7 @@ constexpr KeyLine mapKeys[] = {
     {"F7", "what the areas hold: fluxes, errors, statistics; a row chooses its area, F2 names it"},
     {"F8, Shift+F8", "the map along a line, whose ends are dragged; the line by its numbers"},
     {"Ctrl+Alt+L", "corners of that line by Tab and arrows, Ins, Del, Ctrl+Z; Esc: done"},
+    {"Ctrl+Alt+M", "finds the shift between this map and the one before, and applies it"},
     {"Ctrl+Alt+R", "reads the map again from its file"},
     {"Ctrl+F8, Ctrl+Shift+F8", "the spectrum of a cube, a histogram; Ctrl+K keeps the curve"},
     {"F9", "fits Gaussians to the area, or to the map"},

@@ -181,6 +181,25 @@ int writeMask(const ViewOptions& options, const ABitMatrix& mask, const MapHeade
     return writeFitsMask(options.mask, brought, like, error) || refuse(options.mask, error);
 }
 
+int findShiftOf(const FitsMap& map, const FitsMap& other, const ABitMatrix& mask, MapShift& found,
+                std::string& error, const ProgressFunction& progress)
+{
+    RegriddedMap brought;
+    constexpr double bringing = 0.3;
+    const auto tell = [&](double part) { return !progress || progress(part); };
+    if (!regridMap(other.cells, other.header, map.header, {}, brought, error,
+                   [&](double part) { return tell(part * bringing); }))
+        return 0;
+    // beams that differ blur a place, but do not move it
+    const double cell =
+        std::min(std::fabs(map.header.axes[0].cdelt), std::fabs(map.header.axes[1].cdelt));
+    constexpr double leastReach = 8, mostReach = 64, beams = 3;
+    const double reach = map.header.hasBeam ? beams * map.header.bmaj / cell : mostReach / 2;
+    return findMapShift(map.cells, brought.cells, mask, map.header,
+                        static_cast<int>(std::clamp(reach, leastReach, mostReach)), found, error,
+                        [&](double part) { return tell(bringing + part * (1 - bringing)); });
+}
+
 int findShiftText(const ViewOptions& options, const FitsMap& map, const ABitMatrix& mask,
                   std::string& text, std::string& error)
 {
@@ -188,21 +207,10 @@ int findShiftText(const ViewOptions& options, const FitsMap& map, const ABitMatr
     FitsMap other;
     if (!readOther(file, options.plane, other, error))
         return 0;
-    RegriddedMap brought;
-    ProgressLine progress("Comparing " + plainText(file));
-    constexpr double bringing = 0.3;
-    if (!regridMap(other.cells, other.header, map.header, {}, brought, error,
-                   [&](double part) { return progress.show(part * bringing); }))
-        return refuse(file, error);
-    // beams that differ blur a place, but do not move it
-    const double cell =
-        std::min(std::fabs(map.header.axes[0].cdelt), std::fabs(map.header.axes[1].cdelt));
-    constexpr double leastReach = 8, mostReach = 64, beams = 3;
-    const double reach = map.header.hasBeam ? beams * map.header.bmaj / cell : mostReach / 2;
     MapShift found;
-    if (!findMapShift(map.cells, brought.cells, mask, map.header,
-                      static_cast<int>(std::clamp(reach, leastReach, mostReach)), found, error,
-                      [&](double part) { return progress.show(bringing + part * (1 - bringing)); }))
+    ProgressLine progress("Comparing " + plainText(file));
+    if (!findShiftOf(map, other, mask, found, error,
+                     [&](double part) { return progress.show(part); }))
         return refuse(file, error);
     text += statLine("shift_east", found.shift.east * masPerDegree, floatDigits, "mas") +
             statLine("shift_east_error", found.error.east * masPerDegree, fewDigits, "mas") +

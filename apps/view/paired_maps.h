@@ -1,5 +1,6 @@
 #pragma once
 
+#include "pavane/measures/maps/map_shift.h"
 #include "pavane/measures/maps/pair_maps.h"
 #include "tessel/ABitMatrix.h"
 #include "tessel/AMatrix.h"
@@ -40,6 +41,11 @@ PairFault pairMaps(const ViewOptions& options, const FitsMap& first, FitsMap& se
 /// Writes the mask of areas on a map, on the cells of --like when that is named.
 int writeMask(const ViewOptions& options, const ABitMatrix& mask, const MapHeader& header,
               std::string& error);
+
+/// Finds the shift of a map against another one, which it is brought onto, over the cells of a mask
+/// of that. 0 with `error` as findMapShift.
+int findShiftOf(const FitsMap& map, const FitsMap& other, const ABitMatrix& mask, MapShift& found,
+                std::string& error, const ProgressFunction& progress = {});
 
 /// Finds the shift of the map of --find-shift against another one over the cells of a mask, as
 /// lines for `text`.

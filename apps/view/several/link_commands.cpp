@@ -49,8 +49,10 @@ void MainWindow::tellLinks()
     int byCell = 0;
     for (int i = 0; i < maps_.count(); ++i)
         byCell += i != maps_.current() && linkOf(maps_.current(), i) == LinkBy::cell;
+    const std::string moved = movedText();
     if (maps_.count() > 1)
-        status_.SetMessage(links_.text(links_.by() == LinkBy::sky && byCell));
+        status_.SetMessage(links_.text(links_.by() == LinkBy::sky && byCell) +
+                           (moved.empty() ? "" : "; " + moved));
 }
 
 void MainWindow::mapPointed(MapWindow& from, int isThere)
@@ -157,6 +159,7 @@ void MainWindow::followAreas(int leader)
     MapDocument* const map = documentOf(leader);
     if (!lead.leads() || !links_.has(linkAreas) || !map || maps_.count() < 2)
         return;
+    endFollowing();
     RegionNotes notes;
     const std::vector<AreaShape> shapes =
         shapesOf(*viewOf(leader).GetTrackers(), map->place().transform(), notes);
@@ -175,6 +178,37 @@ void MainWindow::followAreas(int leader)
     }
     if (lost)
         status_.SetMessage(countText(lost, "area") + " lie where a linked map has no sky");
+}
+
+/// While an area is dragged its outlines, and those of the others, show where they will lie on the
+/// linked maps; the areas there change when the drag ends, as one step of undo.
+void MainWindow::followDrag()
+{
+    const int leader = maps_.current();
+    if (isLed_ || !links_.has(linkAreas) || maps_.count() < 2)
+        return;
+    RegionNotes notes;
+    const std::vector<AreaShape> shapes =
+        shapesOf(*viewOf(leader).GetTrackers(), map_->place().transform(), notes);
+    for (int i = 0; i < maps_.count(); ++i) {
+        const MapDocument* const other = documentOf(i);
+        if (i == leader || !other)
+            continue;
+        std::vector<AreaShape> there;
+        (void)linkedShapes(linkOf(leader, i), map_->linked(), other->linked(), shapes, there);
+        ATrackerArrayInAxis areas;
+        (void)addShapes(areas, nullptr, there, other->place().transform(), notes);
+        viewOf(i).SetComingAreas(outlinesOf(areas));
+    }
+    SetTimer(dragTimer, dragPause);
+}
+
+/// Also of a drag that was given up, of which nobody tells.
+void MainWindow::endFollowing()
+{
+    KillTimer(dragTimer);
+    for (const auto& seat : seats_)
+        seat->window.SetComingAreas({});
 }
 
 /// Whoever led saves them: a map whose own areas were saved has nothing to save after it.

@@ -76,6 +76,7 @@ int MainWindow::AddMap(const std::string& file, int plane)
         showMaps();
         return 1;
     }
+    view().SetFocus();  // a box that was answered gives the keyboard back to whoever had it
     followRange(from);
     recent_.load();
     recent_.add(file);
@@ -312,23 +313,27 @@ void MainWindow::prepareMaps()
     }
 }
 
-/// The contours of the map that was current before, or of the next one, over the current one.
+/// The contours of the map that was current before, or of the next one, over the current one; where
+/// there is one map, of a file that the user chooses.
 void MainWindow::toggleOtherContours()
 {
-    const MapDocument* const other =
-        map_->contoursOf().empty() ? documentOf(maps_.other()) : nullptr;
-    std::string error;
-    if (map_->contoursOf().empty() && !other)
-        error = "There is one map: File > Add map opens another";
-    else {
-        view().BeginView();
-        if (map_->setContours(other, options_, error))
-            error = other ? "Contours of " + baseNameOf(other->file())
-                          : CString("Contours of the map itself");
-        view().ContentChanged();
-        view().EndView();
-        displayChanged();
+    const MapDocument* other = map_->contoursOf().empty() ? documentOf(maps_.other()) : nullptr;
+    std::unique_ptr<MapDocument> read;
+    if (map_->contoursOf().empty() && !other) {
+        CString name = folderOf(map_->file());
+        if (!askName(name, mapFilter, "Contours of another map", 1, "fits") ||
+            !(read = readMap(name, -1)))
+            return;
+        other = read.get();
     }
+    std::string error;
+    view().BeginView();
+    if (map_->setContours(other, options_, error))
+        error = other ? "Contours of " + baseNameOf(other->file())
+                      : CString("Contours of the map itself");
+    view().ContentChanged();
+    view().EndView();
+    displayChanged();
     status_.SetMessage(error);
 }
 
@@ -336,7 +341,7 @@ void MainWindow::toggleOtherContours()
 
 int MainWindow::runSeveralCommand(unsigned id)
 {
-    if (id < idAddMap || id > idOtherContours || !map_)
+    if (id < idAddMap || id > idResetShifts || !map_)
         return 0;
     switch (id) {
     case idAddMap:
@@ -363,6 +368,12 @@ int MainWindow::runSeveralCommand(unsigned id)
         return setBlinkPace(id == idBlinkFaster ? -1 : 1), 1;
     case idOtherContours:
         return toggleOtherContours(), 1;
+    case idMakeRgb:
+        return makeRgb(), 1;
+    case idFindShift:
+        return findShift(), 1;
+    case idResetShifts:
+        return resetShifts(), 1;
     case idLinkNext:
         links_.next();
         return linksChanged(), 1;
@@ -387,14 +398,18 @@ void MainWindow::showSeveralCommands(CMenu& popup)
 {
     const int hasSeveral = maps_.count() > 1;
     for (CMenu::Line& line : popup.lines()) {
-        if (line.id <= idAddMap || line.id > idOtherContours)
+        if (line.id <= idAddMap || line.id > idResetShifts)
             continue;
         line.enabled = map_ && hasSeveral;
         if (line.id >= idMapsTabs && line.id <= idMapsSlider)
             line.checked = maps_.shown() == static_cast<MapsShown>(line.id - idMapsTabs);
         else if (line.id == idOtherContours) {
             line.checked = map_ && !map_->contoursOf().empty();
-            line.enabled = line.enabled || line.checked;
+            line.enabled = map_ != nullptr;  // one map alone asks for the file of another
+        } else if (line.id == idMakeRgb) {
+            line.enabled = line.enabled || (map_ && map_->picture().rgb());
+        } else if (line.id == idResetShifts) {
+            line.enabled = isAnyMoved();
         } else if (line.id == idBlinkMaps)
             line.checked = blinking_;
         else if (line.id >= idLinkNothing && line.id <= idLinkCell)

@@ -30,7 +30,10 @@ enum SeveralCommand : unsigned {
     idPairDifference,  ///< and the others of MapPair
     idPairRatio,
     idPairIndex,
-    idOtherContours  ///< the contours of the other map over the current one, or its own
+    idOtherContours,  ///< the contours of the other map over the current one, or its own
+    idMakeRgb,        ///< of three maps, or the ranges of the current one
+    idFindShift,
+    idResetShifts
 };
 
 inline constexpr MenuItem mapLinkItems[] = {
@@ -66,6 +69,9 @@ inline constexpr MenuItem mapsItems[] = {
     {"Linked ma&ps", 0, mapLinkItems, std::size(mapLinkItems)},
     {},
     {"Map of this one &and the one before", 0, mapPairItems, std::size(mapPairItems)},
+    {"Three maps as &red, green, blue...", idMakeRgb, nullptr, 0},
+    {"Sh&ift of the map before...\tCtrl+Alt+M", idFindShift, nullptr, 0},
+    {"All maps wh&ere their files say", idResetShifts, nullptr, 0},
 };
 
 }  // namespace pavane

@@ -100,6 +100,7 @@ void MainWindow::makePair(MapPair pair)
     options.made.kind = MadeMapWish::Kind::pair;
     options.made.pair = pair;
     options.made.other = second->file();
+    options.made.shift = shiftAgainst(*second, *map_);
     PairHelp help;
     PairFault fault = PairFault::none;
     do {

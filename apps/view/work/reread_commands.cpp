@@ -47,7 +47,8 @@ int MainWindow::ReadAgain()
         return 0;
     endBlink();
     const HWND self = GetSafeHwnd();
-    std::unique_ptr<MapDocument> opened = readMap(map_->file(), map_->plane());
+    std::unique_ptr<MapDocument> opened =
+        readMap(map_->file(), map_->picture().rgb() ? -1 : map_->plane());
     if (!opened || CWnd::FromHandle(self) != this)
         return 0;
     const AMatrix<float>& before = map_->inputs().map.cells;

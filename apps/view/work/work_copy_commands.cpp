@@ -41,7 +41,8 @@ Work MainWindow::workNow(int asCopy)
         const AreaSession& session = sessionOf(i);
         WorkMap map;
         map.file = document.file();
-        map.plane = document.planes() > 1 ? document.plane() : -1;
+        map.plane =
+            document.planes() > 1 && !documentOf(i)->picture().rgb() ? document.plane() : -1;
         map.areas = session.file().empty() ? session.source() : session.file();
         map.contours = document.contoursOf();
         if (asCopy)

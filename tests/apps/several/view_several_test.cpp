@@ -329,4 +329,96 @@ TEST_F(ViewSeveral, ContoursOfTheOtherMapComeAndGo)
     EXPECT_EQ(window.maps().count(), 1);
 }
 
+TEST_F(ViewSeveral, ThreeMapsAreOneOfThreeColours)
+{
+    MainWindow window;
+    openTwo(window);
+    run(window, idMakeRgb);  // the dialog is cancelled
+    EXPECT_EQ(window.maps().count(), 2);
+    dialogAnswer = IDOK;
+    answer = IDYES;
+    fileAnswer = path("rgb.fits");
+    run(window, idMakeRgb);
+    dialogAnswer = IDCANCEL;
+    ASSERT_EQ(said.size(), 1U);
+    EXPECT_NE(said[0].find("Bring the others onto the cells"), std::string::npos);
+    ASSERT_EQ(window.maps().count(), 3);
+    EXPECT_EQ(window.maps().current(), 2);
+    EXPECT_EQ(window.session().map(), fileAnswer);
+    const auto* const graph = dynamic_cast<const ALevelsColorGraph*>(window.view().GetMap());
+    ASSERT_TRUE(graph && graph->rgb());
+    EXPECT_EQ(graph->rgb()->map().bands[0].name, "map.fits");
+    window.view().UpdateWindow();
+    EXPECT_TRUE(window.planeWanted(2));  // its numbers are those of blue then
+    EXPECT_TRUE(graph->rgb());
+}
+
+TEST_F(ViewSeveral, AShiftMovesWhatIsCompared)
+{
+    // the same source, three columns and a row aside
+    const auto write = [&](const std::string& name, int column, int row) {
+        constexpr int side = 48;
+        AMatrix<float> cells(side, side);
+        for (int r = 0; r < side; ++r)
+            for (int c = 0; c < side; ++c)
+                cells(r, c) = static_cast<float>(
+                    std::exp(-((c - column) * (c - column) + 2 * (r - row) * (r - row)) / 30.0));
+        MapHeader header;
+        constexpr double cell = 2e-8;
+        header.axes = {{side, "RA---SIN", "deg", 187.7, 24.0, -cell, 0},
+                       {side, "DEC--SIN", "deg", 12.4, 24.0, cell, 0}};
+        header.hasCelestialAxes = 1;
+        std::string error;
+        ASSERT_TRUE(writeFitsMap(path(name), cells, header, error)) << error;
+    };
+    write("here.fits", 24, 24);
+    write("there.fits", 27, 23);
+    MainWindow window;
+    open(window);
+    ASSERT_TRUE(window.AddMap(path("there.fits"), -1));
+    ASSERT_TRUE(window.AddMap(path("here.fits"), -1));
+    const auto left = [&] { return window.viewOf(1).GetPlot()->getMinMax().xMin; };
+    const double before = left();
+    run(window, idFindShift);  // cancelled
+    EXPECT_EQ(left(), before);
+    dialogAnswer = IDOK;
+    run(window, idFindShift);
+    dialogAnswer = IDCANCEL;
+    const ABMapGraph& graph = *window.viewOf(1).GetMap();
+    EXPECT_NEAR(graph.RPXtoMPX(left()) - graph.RPXtoMPX(before), 3, 0.01);
+    fileAnswer = path("made.fits");
+    run(window, idPairDifference);
+    ASSERT_EQ(window.maps().count(), 4);
+    EXPECT_LT(mapRange(window.view().GetMap()->cells()).greatest, 2e-3);
+    ASSERT_TRUE(window.ChooseMap(2));
+    run(window, idResetShifts);
+    EXPECT_NEAR(left(), before, 1e-9 * std::fabs(before));
+}
+
+TEST_F(ViewSeveral, LinkedAreasFollowADrag)
+{
+    MainWindow window;
+    openTwo(window);
+    ASSERT_TRUE(window.ChooseMap(0));
+    run(window, idLinkAreas);
+    addArea(window, 15);
+    const CPoint from = window.view().GetAxis()->getGraphRect().CenterPoint();
+    MapWindow& other = window.viewOf(1);
+    for (const int ends : {0, 1}) {
+        int followed = 0;
+        const auto drag = [&](unsigned message, unsigned key) {
+            window.view().PostMessage(WM_MOUSEMOVE, MK_LBUTTON,
+                                      MAKELPARAM(from.x + 30, from.y + 40));
+            window.view().PostMessage(message, key, MAKELPARAM(from.x + 30, from.y + 40));
+            window.view().SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(from.x, from.y));
+            followed = static_cast<int>(other.GetComingAreas().size());
+        };
+        drag(ends ? WM_LBUTTONUP : WM_KEYDOWN, ends ? 0 : VK_ESCAPE);
+        EXPECT_EQ(followed, !ends);  // a drag that is given up tells nobody
+        window.SendMessage(WM_TIMER, 5);
+        EXPECT_TRUE(other.GetComingAreas().empty());
+    }
+    EXPECT_EQ(other.GetTrackers()->count(), 1);
+}
+
 }  // namespace pavane
