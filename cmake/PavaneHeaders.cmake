@@ -285,6 +285,7 @@ set(PAVANE_PUBLIC_HEADERS
     pavane/trackers/regions/region_ds9.h
     pavane/trackers/regions/region_place.h
     pavane/trackers/regions/region_values.h
+    pavane/trackers/regions/region_windows.h
     pavane/trackers/regions/RegionNotes.h
     pavane/trackers/shapes/area_look.h
     pavane/trackers/shapes/area_values.h

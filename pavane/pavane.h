@@ -285,6 +285,7 @@
 #include "pavane/trackers/regions/region_ds9.h"
 #include "pavane/trackers/regions/region_place.h"
 #include "pavane/trackers/regions/region_values.h"
+#include "pavane/trackers/regions/region_windows.h"
 #include "pavane/trackers/regions/RegionNotes.h"
 #include "pavane/trackers/shapes/area_look.h"
 #include "pavane/trackers/shapes/area_values.h"

@@ -244,6 +244,21 @@ int SkyCoordinates::init(const MapHeader& header, std::string& error)
     return 1;
 }
 
+int SkyCoordinates::plane(double (&toPlane)[2][2], double& column, double& row) const
+{
+    if (!wcs_)
+        return 0;
+    const wcsprm& prm = wcs_->prm;
+    const int longitude = prm.lng == 1;
+    for (int i = 0; i < 2; ++i) {
+        toPlane[0][i] = prm.pc[2 * longitude + i];
+        toPlane[1][i] = prm.pc[2 * (1 - longitude) + i];
+    }
+    column = prm.crpix[0] - 1;
+    row = prm.crpix[1] - 1;
+    return 1;
+}
+
 int SkyCoordinates::toSky(double column, double row, double& ra, double& dec) const
 {
     if (!wcs_ || !finiteBelow(column, farthestPixel) || !finiteBelow(row, farthestPixel))

@@ -51,6 +51,11 @@ public:
     double referenceLongitude() const { return reference_[0]; }
     double referenceLatitude() const { return reference_[1]; }
 
+    /// The plane of the projection: (x, y) = toPlane * (column - at reference pixel, row - the
+    /// same), in degrees from the reference position, x towards growing longitude, y towards
+    /// growing latitude. 0 when nothing is set.
+    int plane(double (&toPlane)[2][2], double& column, double& row) const;
+
     /// Position of a place on the map, right ascension 0 to below 360. 0 when it lies beyond the
     /// projected sky or nothing is set; the results are left alone then.
     int toSky(double column, double row, double& ra, double& dec) const;

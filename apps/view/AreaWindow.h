@@ -22,10 +22,12 @@ inline constexpr const char* mapFilter =
     "Maps, visibilities and work files (*.fits *.fit *.fts *.FITS *.uvfits *.uvf *.work)|"
     "*.fits *.fit *.fts *.FITS *.uvfits *.uvf *.work|All files (*)|*|";
 inline constexpr const char* openAreaFilter =
-    "Area files (*.areas *.cma *.reg *.crtf)|*.areas *.cma *.reg *.crtf|All files (*)|*|";
+    "Area files (*.areas *.cma *.reg *.crtf *.win)|*.areas *.cma *.reg *.crtf *.win|"
+    "All files (*)|*|";
 inline constexpr const char* saveAreaFilter =
     "Areas, nothing lost (*.areas)|*.areas|Polygons of cells (*.cma)|*.cma|"
-    "DS9 regions (*.reg)|*.reg|CASA regions (*.crtf)|*.crtf|";
+    "DS9 regions (*.reg)|*.reg|CASA regions (*.crtf)|*.crtf|"
+    "Windows of Difmap (*.win)|*.win|";
 
 /// "2 areas", "1 area".
 std::string countText(int count, const char* what);

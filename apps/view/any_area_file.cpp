@@ -11,6 +11,7 @@
 #include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
+#include "pavane/trackers/regions/region_windows.h"
 #include "pavane/trackers/tracker_shape.h"
 #include "tessel/paths.h"
 #include "tessel/SafeFile.h"
@@ -124,7 +125,7 @@ int openAreas(const std::string& file, const AreaPlace& place, ARPTrackerArray& 
     notes = AreaNotes();
     const Kind kind = areaKindOfFile(file);
     return kind == Kind::cells ? openCells(file, place, areas, notes, error)
-           : kind == Kind::ds9 || kind == Kind::crtf
+           : kind == Kind::ds9 || kind == Kind::crtf || kind == Kind::windows
                ? openRegions(file, kind, place, areas, notes, error)
                : openCollection(file, areas, notes, error);
 }
@@ -167,6 +168,8 @@ AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
         (void)ds9RegionText(shapes, system, place.sky, found);
     else if (kind == Kind::crtf)
         (void)crtfRegionText(shapes, system, place.sky, found);
+    else if (kind == Kind::windows)
+        (void)windowRegionText(shapes, place.sky, found);
     else
         (void)polygonsOf(shapes, polygons, found);
     takeNotes(found, notes);

@@ -36,8 +36,8 @@ std::vector<AreaLabel> labelsOf(const ARPTrackerArray& areas);
 AreaNotes lossesOfSaving(const std::string& file, const AreaPlace& place,
                          const ARPTrackerArray& areas);
 
-/// Saves in the form of the name's ending: .cma, .reg, .crtf, else the collection's own. Whole or
-/// not at all; non-zero on success, else 0 and one line in `error` that names the file.
+/// Saves in the form of the name's ending: .cma, .reg, .crtf, .win, else the collection's own.
+/// Whole or not at all; non-zero on success, else 0 and one line in `error` that names the file.
 int saveAreas(const std::string& file, const AreaPlace& place, const ARPTrackerArray& areas,
               std::string& error);
 

@@ -203,7 +203,8 @@ OptionTable<ViewOptions> newTable()
 {
     OptionTable<ViewOptions> table = {
         {{"--areas", "", "F",
-          "areas: .areas, polygons of matrix cells (.cma), region files (.reg, .crtf); the content "
+          "areas: .areas, polygons of matrix cells (.cma), region files (.reg, .crtf, .win); the "
+          "content "
           "decides, not the name. A file that holds none stands for the whole map"},
          keep<&ViewOptions::areas>},
         {{"--plane", "", "N", "which plane of a cube, from 0"}, readPlane},

@@ -20,7 +20,7 @@ areas = Areas([
 print(areas.centers, areas.never_clean)
 
 # %% [markdown]
-# Files of DS9 (`.reg`), CASA (`.crtf`) and of the programs (`.cma`, `.areas`) are read and written.
+# Files of DS9 (`.reg`), CASA (`.crtf`), Difmap (`.win`) and of the programs (`.cma`, `.areas`) are read and written.
 # Positions on the sky need the map that they lie on.
 
 # %%

@@ -52,8 +52,9 @@ inline constexpr DlgTemplate areaSetsDialog = {
     WS_THICKFRAME};
 
 inline constexpr const char* areaFileFilter =
-    "Areas|*.areas|Polygons of cells|*.cma|DS9 regions|*.reg|CASA regions|*.crtf";
+    "Areas|*.areas|Polygons of cells|*.cma|DS9 regions|*.reg|CASA regions|*.crtf|"
+    "Windows of Difmap|*.win";
 inline constexpr const char* anyAreaFileFilter =
-    "Files of areas|*.areas;*.cma;*.reg;*.crtf|All files|*";
+    "Files of areas|*.areas;*.cma;*.reg;*.crtf;*.win|All files|*";
 
 }  // namespace pavane

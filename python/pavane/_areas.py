@@ -263,12 +263,12 @@ class Areas(MutableSequence[Area]):
         wcs: Any = None,
         shape: tuple[int, int] | None = None,
     ) -> Areas:
-        """Reads a file of areas: .reg (DS9), .crtf (CASA), .cma or .areas; what it holds decides,
-        not its name. Positions on the sky, and .areas files, need the map that they lie on: a FITS
-        file, a figure, an HDU (`map=`), an astropy Header (`header=`) or WCS (`wcs=`), with the
-        `shape` (rows, columns) of the map where these do not say it. What was not taken comes as
-        PavaneWarning, with the number of its line; a file of which nothing can be taken is a
-        FormatError.
+        """Reads a file of areas: .reg (DS9), .crtf (CASA), .win (CLEAN windows of Difmap), .cma or
+        .areas; what it holds decides, not its name, but for .win. Positions on the sky, .win and
+        .areas files need the map that they lie on: a FITS file, a figure, an HDU (`map=`), an
+        astropy Header (`header=`) or WCS (`wcs=`), with the `shape` (rows, columns) of the map
+        where these do not say it. What was not taken comes as PavaneWarning, with the number of its
+        line; a file of which nothing can be taken is a FormatError.
 
         >>> core = Areas([Area.ellipse((128, 128), (20, 12))])
         >>> core.write("core.reg", map="jet.fits", sky=True)
@@ -291,10 +291,11 @@ class Areas(MutableSequence[Area]):
         sky: bool = False,
         partial: bool = False,
     ) -> None:
-        """Writes the areas in the form of the name's ending: .reg, .crtf, .cma or .areas, whole or
-        not at all. `sky`: regions in positions on the sky, which need the map as for `read`; so
-        does an .areas file. What the form holds in another way comes as PavaneWarning; areas that
-        it cannot hold are a ValueError and nothing is written, unless `partial`.
+        """Writes the areas in the form of the name's ending: .reg, .crtf, .win, .cma or .areas,
+        whole or not at all. `sky`: regions in positions on the sky, which need the map as for
+        `read`; so do .win and .areas files. What the form holds in another way comes as
+        PavaneWarning; areas that it cannot hold are a ValueError and nothing is written, unless
+        `partial`.
 
         >>> Areas([Area.ellipse((256, 250), (40, 20))]).write("core.reg")
         """

@@ -8,6 +8,7 @@
 #include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
+#include "pavane/trackers/regions/region_windows.h"
 #include "pavane/trackers/shapes/area_values.h"
 #include "tessel/paths.h"
 #include "tessel/SafeFile.h"
@@ -121,6 +122,9 @@ RegionNotes lossesOfAreas(const std::string& file, const AreaMap& map, const Are
         break;
     case AreaFileFormat::crtf:
         (void)crtfRegionText(shapes, systemOf(map), map.sky, notes);
+        break;
+    case AreaFileFormat::windows:
+        (void)windowRegionText(shapes, map.sky, notes);
         break;
     case AreaFileFormat::cells:
         if (shapes.empty())

@@ -10,6 +10,7 @@
 #include "pavane/trackers/regions/exchange_file.h"
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
+#include "pavane/trackers/regions/region_windows.h"
 #include "pavane/trackers/shapes/area_geometry.h"
 #include "pavane/trackers/shapes/area_values.h"
 #include "tessel/paths.h"
@@ -125,7 +126,10 @@ int readRegions(const std::string& file, Kind kind, const AreaPlace& place, Area
     return 1;
 }
 
-int isRegions(Kind kind) { return kind == Kind::ds9 || kind == Kind::crtf; }
+int isRegions(Kind kind)
+{
+    return kind == Kind::ds9 || kind == Kind::crtf || kind == Kind::windows;
+}
 
 /// What a file of the kind cannot hold, found before anything is written.
 void findLosses(Kind kind, const AreaPlace& place, const AreaList& areas, RegionNotes& notes)
@@ -135,6 +139,8 @@ void findLosses(Kind kind, const AreaPlace& place, const AreaList& areas, Region
         (void)ds9RegionText(areas, place.system(), place.sky, notes);
     else if (kind == Kind::crtf)
         (void)crtfRegionText(areas, place.system(), place.sky, notes);
+    else if (kind == Kind::windows)
+        (void)windowRegionText(areas, place.sky, notes);
     else if (kind == Kind::cells)
         (void)polygonsOf(areas, polygons, notes);
 }
@@ -209,7 +215,7 @@ int writeAreaFile(const std::string& file, const AreaPlace& place, const AreaLis
     notes = AreaNotes();
     const Kind kind = areaKindOfName(file);
     if (kind == Kind::unknown)
-        return refuse(file, "areas are written as .reg, .crtf, .cma or .areas", error);
+        return refuse(file, "areas are written as .reg, .crtf, .win, .cma or .areas", error);
     if (kind == Kind::collection && !isKnown(place))
         return refuse(file, placeNeeded, error);
     RegionNotes found;

@@ -53,7 +53,8 @@ PAVANE_API void takeReport(const LoadReport& from, AreaNotes& to);
 PAVANE_API int readAreaFile(const std::string& file, const AreaPlace& place, AreaList& areas,
                             AreaNotes& notes, std::string& error);
 
-/// Writes areas in the form of the name's ending: .cma, .reg, .crtf, .areas, whole or not at all.
+/// Writes areas in the form of the name's ending: .cma, .reg, .crtf, .win, .areas, whole or not at
+/// all.
 /// `notes` tells what the file cannot hold; with a loss nothing is written unless `partial`. 0 and
 /// one line in `error` that names the file, for another ending too.
 PAVANE_API int writeAreaFile(const std::string& file, const AreaPlace& place, const AreaList& areas,

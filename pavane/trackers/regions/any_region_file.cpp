@@ -2,6 +2,7 @@
 
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
+#include "pavane/trackers/regions/region_windows.h"
 
 #include <algorithm>
 
@@ -41,8 +42,9 @@ int readRegionFile(const std::string& file, AreaKind kind, const SkyCoordinates*
     }
     const std::size_t cut = cutLineOf(kind, text);
     const std::string_view sure = std::string_view(text).substr(0, cut);
-    kind == AreaKind::crtf ? parseCrtfRegions(sure, sky, shapes, notes)
-                           : parseDs9Regions(sure, sky, shapes, notes);
+    kind == AreaKind::crtf      ? parseCrtfRegions(sure, sky, shapes, notes)
+    : kind == AreaKind::windows ? parseWindowRegions(sure, sky, shapes, notes)
+                                : parseDs9Regions(sure, sky, shapes, notes);
     if (cut != std::string::npos)
         notes.add(Kind::damaged, "line", 1 + std::count(sure.begin(), sure.end(), '\n'),
                   "the file may be cut here: the line has no end");

@@ -19,6 +19,7 @@ namespace
 
 constexpr std::string_view ds9Header = "# Region file format: DS9";
 constexpr std::string_view crtfHeader = "#CRTF";
+constexpr std::string_view windowsHeader = "! CLEAN windows";
 constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 constexpr std::int64_t longestText = 64 << 20;
 /// The number of the current area and the count of areas, and behind them a class name.
@@ -164,6 +165,7 @@ AreaKind areaKindOfName(const std::string& file)
            : ending == "cma"  ? AreaKind::cells
            : ending == "reg"  ? AreaKind::ds9
            : ending == "crtf" ? AreaKind::crtf
+           : ending == "win"  ? AreaKind::windows
                               : AreaKind::unknown;
 }
 
@@ -182,7 +184,9 @@ AreaKind areaKindOfFile(const std::string& file)
         return binaryKind(file, start, named);
     if (text.starts_with(ds9Header))
         return AreaKind::ds9;
-    return named == AreaKind::crtf ? AreaKind::crtf : AreaKind::ds9;
+    if (text.starts_with(windowsHeader))
+        return AreaKind::windows;
+    return named == AreaKind::crtf || named == AreaKind::windows ? named : AreaKind::ds9;
 }
 
 int isAreaFile(const std::string& file)
@@ -193,7 +197,8 @@ int isAreaFile(const std::string& file)
     std::string_view text = start.text();
     if (text.starts_with(byteOrderMark))
         text.remove_prefix(byteOrderMark.size());
-    return text.starts_with(ds9Header) || text.starts_with(crtfHeader);
+    return text.starts_with(ds9Header) || text.starts_with(crtfHeader) ||
+           text.starts_with(windowsHeader);
 }
 
 int readRegionText(const std::string& file, std::string& text, std::string& error)
@@ -225,7 +230,9 @@ int readRegionText(const std::string& file, std::string& text, std::string& erro
 
 int hasRegionHeader(AreaKind kind, std::string_view text)
 {
-    return text.starts_with(kind == AreaKind::crtf ? crtfHeader : ds9Header);
+    return text.starts_with(kind == AreaKind::crtf      ? crtfHeader
+                            : kind == AreaKind::windows ? windowsHeader
+                                                        : ds9Header);
 }
 
 int saysItHoldsNone(AreaKind kind, std::string_view text)
@@ -246,7 +253,8 @@ int promisedRegions(std::string_view text)
 {
     text.remove_prefix(std::min(text.find('\n') + 1, text.size()));
     std::string_view line = trimmed(text.substr(0, text.find('\n')), whiteSpace);
-    constexpr std::string_view before = "# ", behind = " area";
+    constexpr std::string_view behind = " area";
+    const std::string_view before = line.starts_with('!') ? "! " : "# ";
     int count = 0;
     if (line.ends_with('s'))
         line.remove_suffix(1);
@@ -262,8 +270,10 @@ std::size_t cutLineOf(AreaKind kind, std::string_view text)
         return std::string_view::npos;
     const std::size_t start = text.rfind('\n') + 1;
     const std::string_view line = trimmed(text.substr(start), whiteSpace);
-    const int isWhole =
-        kind == AreaKind::crtf ? isWholeCrtf(line, namesGlobalFrame(text)) : isWholeDs9(line);
+    // the last number of a window may go on; a comment may not
+    const int isWhole = kind == AreaKind::windows ? line.empty() || line.starts_with('!')
+                        : kind == AreaKind::crtf  ? isWholeCrtf(line, namesGlobalFrame(text))
+                                                  : isWholeDs9(line);
     return isWhole ? std::string_view::npos : start;
 }
 

@@ -14,6 +14,7 @@ enum class AreaKind {
     cells,       ///< polygons of whole cells (.cma)
     ds9,         ///< region text (.reg)
     crtf,        ///< region text (.crtf)
+    windows,     ///< CLEAN windows of Difmap (.win)
     unknown
 };
 
@@ -39,8 +40,8 @@ PAVANE_API int hasRegionHeader(AreaKind kind, std::string_view text);
 /// but settings behind it.
 PAVANE_API int saysItHoldsNone(AreaKind kind, std::string_view text);
 
-/// How many areas a region text says it holds: "# 4 areas" as its second line, which our own texts
-/// have and other programs pass over; -1 when it says nothing.
+/// How many areas a region text says it holds: "# 4 areas", or "! 4 areas", as its second line,
+/// which our own texts have and other programs pass over; -1 when it says nothing.
 PAVANE_API int promisedRegions(std::string_view text);
 
 /// Where the last line of a region text begins if it may have been cut, so that what it means is

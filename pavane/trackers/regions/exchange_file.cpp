@@ -5,6 +5,7 @@
 #include "pavane/trackers/regions/region_crtf.h"
 #include "pavane/trackers/regions/region_ds9.h"
 #include "pavane/trackers/regions/region_values.h"
+#include "pavane/trackers/regions/region_windows.h"
 #include "tessel/AFile.h"
 
 #include <cstring>
@@ -59,6 +60,7 @@ AreaFileFormat areaFormatOf(const std::string& file)
 {
     return hasSuffix(file, ".reg")    ? AreaFileFormat::ds9
            : hasSuffix(file, ".crtf") ? AreaFileFormat::crtf
+           : hasSuffix(file, ".win")  ? AreaFileFormat::windows
                                       : AreaFileFormat::cells;
 }
 
@@ -70,6 +72,8 @@ int readAreaShapes(const std::string& file, const SkyCoordinates* sky,
         return readDs9Regions(file, sky, shapes, notes, error);
     if (format == AreaFileFormat::crtf)
         return readCrtfRegions(file, sky, shapes, notes, error);
+    if (format == AreaFileFormat::windows)
+        return readWindowRegions(file, sky, shapes, notes, error);
     return readCells(file, shapes, notes, error);
 }
 
@@ -81,6 +85,8 @@ int writeAreaShapes(const std::string& file, AreaFileFormat format,
         return writeDs9Regions(file, shapes, system, sky, notes, error);
     if (format == AreaFileFormat::crtf)
         return writeCrtfRegions(file, shapes, system, sky, notes, error);
+    if (format == AreaFileFormat::windows)
+        return writeWindowRegions(file, shapes, sky, notes, error);
     return writeCells(file, shapes, notes, error);
 }
 
