@@ -188,6 +188,10 @@ class Look:
                                env=self.desk.env, capture_output=True, check=True).stdout
                 for piece in self.pieces]
 
+    def is_drawn(self):
+        """Each piece has more than one colour."""
+        return all(len(set(zip(shown[::3], shown[1::3], shown[2::3]))) > 1 for shown in self.pixels())
+
     def changed(self, what, before=None):
         """Waits until each piece shows something else than before and stays so; what it is then."""
         last = [before]
