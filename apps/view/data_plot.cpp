@@ -300,8 +300,9 @@ void DataWindow::plotBoxed(const UvRange& range)
     const std::string all = std::to_string(found.count());
     list_.SetVisibilities(&data_->observation().file(), found.rows());
     tabs_.SetCurSel(uvTableCount);  // behind the tables of the file
-    status_.SetMessage(kept == all ? "Listed " + all + " visibilities"
-                                   : "Listed the first " + kept + " of " + all + " visibilities");
+    const std::string what = pointView_.seconds > 0 ? " means" : " visibilities";
+    status_.SetMessage(kept == all ? "Listed " + all + what
+                                   : "Listed the first " + kept + " of " + all + what);
 }
 
 /// With the time that is left.

@@ -1,7 +1,9 @@
-// Files of visibilities: opening with every cell of the tables, and baselines and scans of all
-// groups. The files stand beside the program, for the peers.
+// Files of visibilities: opening with every cell of the tables, baselines and scans of all groups,
+// and the points of plots of ten million visibilities, as they are, coloured and averaged. The
+// files stand beside the program, for the peers.
 #include "benchmarks/uvfits/made_observation.h"
 #include "tessel/uvfits/UvGroupScan.h"
+#include "tessel/uvfits/UvPlotPoints.h"
 
 #include <benchmark/benchmark.h>
 #include <filesystem>
@@ -13,6 +15,8 @@ namespace
 
 std::string folder;
 constexpr std::int64_t smallBytes = std::int64_t{20} << 20, largeBytes = 1000000000;
+/// Ten million visibilities.
+constexpr std::int64_t plotBytes = 142500000;
 
 void openFile(const std::string& name, AUVXFile& file, benchmark::State& state)
 {
@@ -54,13 +58,34 @@ void groups(benchmark::State& state)
 }
 BENCHMARK(groups)->Name("uvfits/groups/pavane")->UseRealTime();
 
+void points(benchmark::State& state, const UvView& view)
+{
+    for (auto _ : state) {
+        AUVXFile file;
+        openFile(folder + "plot.uvfits", file, state);
+        UvPlotPoints points(file, {}, UvPlotPoints::usualMost, view);
+        while (points.step()) {
+        }
+        state.counters["visibilities"] = static_cast<double>(points.totals().visibilities);
+        state.counters["points"] = static_cast<double>(points.plotted());
+    }
+}
+BENCHMARK_CAPTURE(points, plain, UvView{})->Name("uvfits/points/plain")->UseRealTime();
+BENCHMARK_CAPTURE(points, coloured, UvView{UvView::Kind::distance, 0, UvColour::baseline})
+    ->Name("uvfits/points/coloured")
+    ->UseRealTime();
+BENCHMARK_CAPTURE(points, means, UvView{UvView::Kind::distance, 0, UvColour::none, 60})
+    ->Name("uvfits/points/means of 60 s")
+    ->UseRealTime();
+
 }  // namespace
 
 int main(int count, char** arguments)
 {
     folder = std::filesystem::path(arguments[0]).parent_path().string() + "/";
-    for (const auto& [name, bytes] :
-         {std::pair{"small.uvfits", smallBytes}, {"large.uvfits", largeBytes}})
+    for (const auto& [name, bytes] : {std::pair{"small.uvfits", smallBytes},
+                                      {"plot.uvfits", plotBytes},
+                                      {"large.uvfits", largeBytes}})
         if (!std::filesystem::exists(folder + name))
             makeObservation(folder + name, bytes);
     benchmark::Initialize(&count, arguments);

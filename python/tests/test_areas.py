@@ -150,6 +150,20 @@ class Files(unittest.TestCase):
         self.assertTrue(np.any(drawn != pavane.draw(self.map, areas=plain).pixels))
         self.assertTrue(np.array_equal(drawn, pavane.draw(self.map, areas=self.areas).pixels))
 
+    def test_windows_hold_rectangles_in_mas_from_the_reference_position(self):
+        file = self.folder / "a.win"
+        with self.assertRaises(ValueError):
+            self.areas.write(file, map=self.map)
+        self.assertFalse(file.exists())
+        boxes = self.areas[:1]
+        boxes.write(file, map=self.map)
+        east, north = ([(edge + 1 - self.header[f"CRPIX{i}"]) * self.header[f"CDELT{i}"] * 3.6e6 for edge in edges]
+                       for i, edges in ((1, (34, 26)), (2, (17.5, 22.5))))
+        edges = [float(number) for number in file.read_text().splitlines()[-1].split()]
+        np.testing.assert_allclose(edges, east + north, rtol=1e-9)
+        again = Areas.read(file, header=self.header)
+        np.testing.assert_array_equal(again.mask((61, 70)), boxes.mask((61, 70)))
+
     def test_what_is_not_taken_is_told_with_its_line(self):
         file = self.folder / "odd.reg"
         file.write_text("# Region file format: DS9\nimage\ncircle(10,10,3)\nannulus(1,2,3,4)\nfk5\n"
