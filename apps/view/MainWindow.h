@@ -82,6 +82,14 @@ public:
     /// Brings back what a session left that ended without closing its window; that copy goes when
     /// this window has its own. Non-zero when a map is shown.
     int RestoreWork(const LeftWork& left);
+    /// Goes to a position, degrees in ICRS; "" or why not.
+    std::string GoToSky(double ra, double dec);
+    /// Writes the areas of the current map as regions into a file; "" or why not. `facts`: the
+    /// URL of the map and how many areas.
+    std::string WriteRegions(const std::string& file,
+                             std::vector<std::pair<std::string, std::string>>& facts);
+    /// A line for the user.
+    void Tell(const CString& text) { status_.SetMessage(text); }
     /// Reads the current map again from its file; view, colours, areas and links stay. 0, after
     /// telling why, when it cannot be read.
     int ReadAgain();
@@ -257,6 +265,10 @@ private:
     void placeMarks();
     void placeMarks(MapWindow& window, const MapDocument& document) const;
     void goToPosition();
+    int goTo(const SkyPosition& position, std::string& text);
+    int pointedPosition(const SkyFrame& frame, SkyPosition& position) const;
+    int runSampCommand(unsigned id);
+    void showSampCommands(CMenu& popup);
     void copyPosition();
     void showHeader();
     double cellDegrees() const;

@@ -156,7 +156,7 @@ void ViewWindows::windowClosed(CWnd& window)
         return;
     closed_.push_back(std::move(*found));
     open_.erase(found);
-    if (open_.empty())
+    if (open_.empty() && !(samp_ && samp_->Leave()))  // which ends the program when it has
         PostQuitMessage(0);
 }
 

@@ -7,6 +7,7 @@ namespace pavane
 
 class CWnd;
 struct MapDisplay;
+class SampDesk;
 
 /// What a window of the program asks of the others: files that it does not show get a window of
 /// their own, and the last one to close ends the program.
@@ -24,6 +25,8 @@ public:
     /// Maps of the other windows, and those that are opened from now on, are displayed in this
     /// style.
     virtual void styleForAll(const MapDisplay& display, const CWnd& from) = 0;
+    /// The talk with other programs, made when it is asked for first; null where there is none.
+    virtual SampDesk* samp() { return nullptr; }
 };
 
 }  // namespace pavane

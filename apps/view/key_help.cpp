@@ -38,6 +38,7 @@ constexpr KeyLine mapKeys[] = {
     {"M", "shows the cells of the mask"},
     {"G", "the grid of the sky: off, ticks, lines"},
     {"Ctrl+G, Ctrl+Shift+G", "goes to a position; copies the one under the pointer"},
+    {"Ctrl+Alt+P", "sends the position to other programs (Maps > Other programs)"},
     {"Ctrl+H", "the cards of the header; Ctrl+F finds in them"},
     {"Ctrl+Shift+A, Ctrl+W", "another map in this window; closes the current one"},
     {"B, Shift+B", "the next map, the one before; with Ctrl blinks them, stops"},

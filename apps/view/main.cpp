@@ -13,6 +13,7 @@
 #include "apps/view/profiles/map_tables.h"
 #include "apps/view/rgb_maps.h"
 #include "apps/view/same_file.h"
+#include "apps/view/samp/samp_child.h"
 #include "apps/view/SurfacePicture.h"
 #include "apps/view/table_export.h"
 #include "apps/view/visibility_table.h"
@@ -202,6 +203,8 @@ int main(int argc, char** argv)
 {
     // beyond a limit of file size writing fails and is reported, instead of ending the program
     std::signal(SIGXFSZ, SIG_IGN);
+    if (const std::vector<std::string> words(argv + 1, argv + argc); isSampChild(words))
+        return runSampChild(words);  // beside a window, which has started it
     ViewOptions options;
     std::string error;
     if (!parseOptions(std::vector<std::string>(argv + 1, argv + argc), options, error))

@@ -115,15 +115,25 @@ void MainWindow::goToPosition()
     SkyPosition position;
     if (!askPosition(this, gridFrame(), position))
         return;
+    std::string text;
+    if (goTo(position, text))
+        status_.SetMessage(text);
+    else
+        AfxMessageBox(text, MB_ICONWARNING);
+}
+
+/// On a map of the sky. Non-zero when it lies there; `text` tells either way.
+int MainWindow::goTo(const SkyPosition& position, std::string& text)
+{
     double column = 0;
     double row = 0;
     const AMatrix<float>& cells = map_->inputs().map.cells;
-    const CString text = skyPositionText(position, cellDegrees());
+    text = skyPositionText(position, cellDegrees());
     if (!map_->sky().toPixel(position.longitude, position.latitude, position.frame, column, row) ||
         !(column >= -0.5 && column <= cells.columns() - 0.5 && row >= -0.5 &&
           row <= cells.rows() - 0.5)) {
-        AfxMessageBox(text + " does not lie on the map", MB_ICONWARNING);
-        return;
+        text += " does not lie on the map";
+        return 0;
     }
     const MapFrame& frame = map_->inputs().frame;
     const TMinMax& whole = view().GetWholeRange();
@@ -140,8 +150,9 @@ void MainWindow::goToPosition()
         return std::clamp(static_cast<int>(std::lround(cell)), 0, count - 1);
     };
     view().SetLinkedCell(nearest(row, cells.rows()), nearest(column, cells.columns()));
-    status_.SetMessage(text + ": pixel " + std::to_string(nearest(column, cells.columns()) + 1) +
-                       ", " + std::to_string(nearest(row, cells.rows()) + 1));
+    text += ": pixel " + std::to_string(nearest(column, cells.columns()) + 1) + ", " +
+            std::to_string(nearest(row, cells.rows()) + 1);
+    return 1;
 }
 
 double MainWindow::cellDegrees() const
@@ -151,16 +162,22 @@ double MainWindow::cellDegrees() const
     return std::fabs(frame.yStep) * frame.arcseconds / arcseconds;
 }
 
+/// Where the pointer was over the map last; 0 for nowhere on the sky.
+int MainWindow::pointedPosition(const SkyFrame& frame, SkyPosition& position) const
+{
+    if (!map_ || !pointed_.inPlot)
+        return 0;
+    const MapFrame& cells = map_->inputs().frame;
+    position.frame = frame;
+    return map_->sky().toSky((pointed_.x - cells.xFirst) / cells.xStep,
+                             (pointed_.y - cells.yFirst) / cells.yStep, frame, position.longitude,
+                             position.latitude);
+}
+
 void MainWindow::copyPosition()
 {
-    const MapFrame* const frame = map_ ? &map_->inputs().frame : nullptr;
     SkyPosition position;
-    if (frame)
-        position.frame = gridFrame();
-    if (!frame || !pointed_.inPlot ||
-        !map_->sky().toSky((pointed_.x - frame->xFirst) / frame->xStep,
-                           (pointed_.y - frame->yFirst) / frame->yStep, position.frame,
-                           position.longitude, position.latitude)) {
+    if (!map_ || !pointedPosition(gridFrame(), position)) {
         status_.SetMessage("No position is pointed at");
         return;
     }

@@ -32,7 +32,7 @@ int isOffered(unsigned id, int hasMap)
 {
     if (id == idNoRecent)
         return 0;
-    return hasMap || id == 0 || id == idOpenMap || id == idExit || id >= idKeys;
+    return hasMap || id == 0 || id == idOpenMap || id == idExit || id == idSampOn || id >= idKeys;
 }
 
 }  // namespace
@@ -53,8 +53,9 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
            runSeveralCommand(id) || runSurfaceCommand(id) || runSkyCommand(id) ||
-           runMeasureCommand(id) || runMarkCommand(id) || runWorkCommand(id) ||
-           runAreaCommand(id) || AreaWindow::OnCommand(id, code, control) || view().RunCommand(id);
+           runMeasureCommand(id) || runSampCommand(id) || runMarkCommand(id) ||
+           runWorkCommand(id) || runAreaCommand(id) || AreaWindow::OnCommand(id, code, control) ||
+           view().RunCommand(id);
 }
 
 int MainWindow::runViewCommand(unsigned id)
@@ -204,6 +205,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
     showSurfaceCommands(popup);
     showSkyCommands(popup);
     showMarkCommands(popup);
+    showSampCommands(popup);
     showAreaCommands(popup);
     showMeasureCommands(popup);
     showPartCommands(popup);

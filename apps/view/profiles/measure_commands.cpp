@@ -123,33 +123,31 @@ int MainWindow::runMeasureCommand(unsigned id)
 int MainWindow::runLineCommand(unsigned id)
 {
     LineEdits& edits = curves_.line().edits();
+    CString told;
     if (id == idLineCorners) {
         if (curves_.kind() != CurvePanel::Kind::profile)
             showCurves(CurvePanel::Kind::profile);
         view().SetFocus();
         edits.nextFocus(1);
-        status_.SetMessage("Tab: next corner, then the line; arrows move it, Ins and Del: a corner "
-                           "more or less, Esc: done");
-    } else if (!curves_.line().hasFocus() || part() != Part::map)
+        told = "Tab: next corner, then the line; arrows move it, Ins and Del: a corner more or "
+               "less, Esc: done";
+    } else if ((id != ID_TRACK_UNDO && id != ID_TRACK_REDO && id != ID_VERTEX_INSERT &&
+                id != ID_VERTEX_DELETE && id != idDelete) ||
+               !curves_.line().hasFocus() || part() != Part::map) {
         return 0;
-    else if (id == ID_TRACK_UNDO || id == ID_TRACK_REDO) {
-        const std::string label = id == ID_TRACK_UNDO ? edits.undoLabel() : edits.redoLabel();
-        if (!(id == ID_TRACK_UNDO ? edits.undo() : edits.redo())) {
-            status_.SetMessage("No step of the line is left; Esc leaves it, then undo is that of "
-                               "the areas");
-            return 1;
-        }
-        curves_.LineEdited();
-        status_.SetMessage((id == ID_TRACK_UNDO ? "Undone: " : "Redone: ") + label);
-    } else if (id == ID_VERTEX_INSERT)
-        (void)edits.insertCorner();
-    else if (id == ID_VERTEX_DELETE || id == idDelete) {
-        if (!edits.removeCorner())
-            status_.SetMessage("A line has two corners at least");
-    } else
-        return 0;
-    if (id != ID_TRACK_UNDO && id != ID_TRACK_REDO)
-        curves_.LineEdited();
+    } else if (id == ID_TRACK_UNDO || id == ID_TRACK_REDO) {
+        const int isUndo = id == ID_TRACK_UNDO;
+        const std::string label = isUndo ? edits.undoLabel() : edits.redoLabel();
+        told = (isUndo ? edits.undo() : edits.redo())
+                   ? (isUndo ? "Undone: " : "Redone: ") + label
+                   : CString("No step of the line is left; Esc leaves it to those of the areas");
+    } else if (!(id == ID_VERTEX_INSERT ? edits.insertCorner() : edits.removeCorner())) {
+        told = id == ID_VERTEX_INSERT ? "A corner needs the focus (Tab)"
+                                      : "A line has two corners at least";
+    }
+    curves_.LineEdited();
+    if (!told.empty())
+        status_.SetMessage(told);
     return 1;
 }
 

@@ -43,6 +43,15 @@ inline constexpr MenuItem mapLinkItems[] = {
     {"C&olours", idLinkColours, nullptr, 0},    {"&Areas", idLinkAreas, nullptr, 0},
 };
 
+/// Talk with other programs by SAMP.
+enum SampCommand : unsigned { idSampOn = 40861, idSampMap, idSampPosition };
+
+inline constexpr MenuItem sampItems[] = {
+    {"&Connected (SAMP)", idSampOn, nullptr, 0},
+    {"Send this &map", idSampMap, nullptr, 0},
+    {"Send the &position under the pointer\tCtrl+Alt+P", idSampPosition, nullptr, 0},
+};
+
 /// Of the current map and the one before.
 inline constexpr MenuItem mapPairItems[] = {
     {"&Difference...", idPairDifference, nullptr, 0},
@@ -72,6 +81,8 @@ inline constexpr MenuItem mapsItems[] = {
     {"Three maps as &red, green, blue...", idMakeRgb, nullptr, 0},
     {"Sh&ift of the map before...\tCtrl+Alt+M", idFindShift, nullptr, 0},
     {"All maps wh&ere their files say", idResetShifts, nullptr, 0},
+    {},
+    {"Other pro&grams", 0, sampItems, std::size(sampItems)},
 };
 
 }  // namespace pavane

@@ -25,8 +25,8 @@ namespace fs = std::filesystem;
 constexpr std::size_t mostNotes = 20;
 /// Of a line, and points of a kept curve: more than any that can be drawn.
 constexpr std::size_t mostCorners = 10000, mostPoints = 10000000;
-/// A width of more cells is no width.
-constexpr double mostWidth = 1e6;
+/// A width of more cells is no width, what lies farther off no corner.
+constexpr double mostWidth = 1e6, mostPixels = 1e9;
 
 std::string unescaped(std::string_view text)
 {
@@ -114,7 +114,8 @@ int readOfLine(std::string_view key, const std::string& value, ProfileLine& line
         line.width = n[0];
         return 1;
     }
-    if (key != "corner" || line.corners.size() == mostCorners || !readNumbers(value, n, 2))
+    if (key != "corner" || line.corners.size() == mostCorners || !readNumbers(value, n, 2) ||
+        !(std::fabs(n[0]) <= mostPixels && std::fabs(n[1]) <= mostPixels))
         return 0;
     line.corners.push_back({n[0] - 1, n[1] - 1});
     return 1;
