@@ -27,6 +27,7 @@ constexpr std::size_t mostNotes = 20;
 constexpr std::size_t mostCorners = 10000, mostPoints = 10000000;
 /// A width of more cells is no width, what lies farther off no corner.
 constexpr double mostWidth = 1e6, mostPixels = 1e9;
+constexpr double mostShift = 180;  // degrees
 
 std::string unescaped(std::string_view text)
 {
@@ -173,6 +174,12 @@ int readOfMap(std::string_view key, const std::string& value, const fs::path& fo
         return readWhole(value, 0, std::numeric_limits<int>::max(), map.plane);
     if (key == "display")
         return map.display = value, 1;
+    if (key == "shift") {
+        if (!readNumbers(value, n, 2) || !(std::hypot(n[0], n[1]) <= mostShift))
+            return 0;
+        map.shift = {n[0], n[1]};
+        return 1;
+    }
     if (key == "range") {
         if (!readNumbers(value, n, 2) || !(n[0] < n[1]))
             return 0;

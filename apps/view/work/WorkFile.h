@@ -5,6 +5,7 @@
 #include "pavane/axes/maps/sky/sky_grid_wish.h"
 #include "pavane/axes/ranges/TMinMax.h"
 #include "pavane/measures/profiles/MapProfile.h"
+#include "tessel/CellMapping.h"
 
 #include <cstdint>
 #include <string>
@@ -26,6 +27,7 @@ struct WorkMap {
     CString display;  ///< MapDisplay::styleText
     int hasRange = 0;
     double low = 0, high = 0;  ///< of the colours
+    SkyShift shift;            ///< by which it is shown moved, degrees in its own frame
 };
 
 /// The curve below the map; the numbers are those of CurvePanel::Kind.

@@ -56,6 +56,8 @@ int MainWindow::ReadAgain()
     const int isOther = before.rows() != now.rows() || before.columns() != now.columns();
     const std::string size = std::to_string(now.columns()) + " by " + std::to_string(now.rows());
     const std::string contours = map_->contoursOf();
+    if (map_->isMoved() && opened->sky().isSet())
+        (void)opened->setShift(map_->shiftIn(map_->sky().skyFrame()), map_->sky().skyFrame());
     const MapDisplay display = shownDisplay(view());
     const int isZoomed = view().IsRangeZoomed();
     const TMinMax shown = map_->axis().getMinMax();

@@ -83,6 +83,8 @@ void MainWindow::showWorkMap(const WorkMap& map)
     if (!IsFileExists(map.unsavedModel) || !model_.OpenCopy(map.unsavedModel, map.model))
         if (const std::string model = foundFile(map.model, "component file"); !model.empty())
             (void)model_.Open(model);
+    if (!map.shift.isNone() && !map_->setShift(map.shift, map_->sky().skyFrame()))
+        status_.SetMessage(baseNameOf(map_->file()) + " has no place on the sky to be moved on");
     MapDisplay display = shownDisplay(view());
     (void)display.readStyle(map.display);
     if (map.hasRange)

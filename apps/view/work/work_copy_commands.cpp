@@ -45,6 +45,8 @@ Work MainWindow::workNow(int asCopy)
             document.planes() > 1 && !documentOf(i)->picture().rgb() ? document.plane() : -1;
         map.areas = session.file().empty() ? session.source() : session.file();
         map.contours = document.contoursOf();
+        if (document.isMoved())
+            map.shift = document.shiftIn(document.sky().skyFrame());
         if (asCopy)
             map.unsavedAreas = session.autosave().file();
         if (model_.session().isOpen() && modelMap_ == i) {

@@ -114,6 +114,8 @@ void writeMap(WorkWriter& out, const WorkMap& map)
     out.file("unsaved areas", map.unsavedAreas);
     out.file("unsaved model", map.unsavedModel);
     out.file("contours", map.contours);
+    if (!map.shift.isNone())
+        out.numbers("shift", {map.shift.east, map.shift.north});
     if (map.hasView)
         out.numbers("view", {map.view.xMin, map.view.xMax, map.view.yMin, map.view.yMax});
     if (!map.display.empty())

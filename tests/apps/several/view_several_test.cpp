@@ -386,6 +386,23 @@ TEST_F(ViewSeveral, AShiftMovesWhatIsCompared)
     dialogAnswer = IDCANCEL;
     const ABMapGraph& graph = *window.viewOf(1).GetMap();
     EXPECT_NEAR(graph.RPXtoMPX(left()) - graph.RPXtoMPX(before), 3, 0.01);
+    // work files have it
+    Work saved;
+    {
+        ASSERT_TRUE(window.SaveWork(path("a.work")));
+        MainWindow again;
+        ASSERT_TRUE(again.Create(ViewOptions()) && again.OpenWork(path("a.work")));
+        ASSERT_TRUE(again.SaveWork(path("b.work")));
+        for (const char* name : {"a.work", "b.work"}) {
+            std::vector<std::string> notes;
+            std::string error;
+            ASSERT_TRUE(readWork(path(name), saved, notes, error)) << error;
+            EXPECT_NEAR(saved.maps[1].shift.east, 6e-8, 2e-10);
+            EXPECT_NEAR(saved.maps[1].shift.north, 2e-8, 2e-10);
+        }
+        again.SendMessage(WM_CLOSE, 0, 0);
+    }
+    forgetQuit();
     fileAnswer = path("made.fits");
     run(window, idPairDifference);
     ASSERT_EQ(window.maps().count(), 4);

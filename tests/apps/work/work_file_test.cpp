@@ -55,6 +55,7 @@ TEST(WorkFile, ComesBackAsItWasAndMovesWithItsFolder)
     work.maps[0].low = -1;
     work.maps[0].high = 0.1;
     work.maps[1].file = (folder.parent_path() / "up.fits").string();
+    work.maps[1].shift = {1e-9, -2.5e-7};
     work.maps[1].display = "scale=1;levels=peak:1,2";
     const std::string file = saved("all.work", "");
     std::string error;
@@ -68,6 +69,7 @@ TEST(WorkFile, ComesBackAsItWasAndMovesWithItsFolder)
     EXPECT_EQ(again.maps[0].file, work.maps[0].file);
     EXPECT_EQ(again.maps[0].view, work.maps[0].view);
     EXPECT_EQ(again.maps[0].high, 0.1);
+    EXPECT_EQ(again.maps[1].shift.north, -2.5e-7);
     EXPECT_EQ(again.linked, work.linked);
     EXPECT_EQ(again.curves, WorkCurves::histogram);
     ASSERT_EQ(again.line.corners.size(), 3U);
@@ -109,8 +111,9 @@ TEST(WorkFile, TellsWhatItDoesNotUnderstand)
         {good + curves, "more than 12 kept curves"},
         {"# pavane work 1\nshown=tabs\n", "names no map"},
         {"# pavane work 1\n[map]\nplane=1\n", "names no map", 0},
-        {good + "plane=-1\nview=1,0,0,1\nview=0,nan,0,1\nrange=1,1\nview=1,2,3\nnew=1\nword\n", "",
-         7},
+        {good + "plane=-1\nview=1,0,0,1\nview=0,nan,0,1\nrange=1,1\nview=1,2,3\nshift=200,1\nnew="
+                "1\nword\n",
+         "", 8},
         {"# pavane work 1\nlink=wire\nlinked=zoom,wire\nshown=all\ncurrent=-1\nnumbers=2\n[map]\n"
          "file=a.fits\n",
          "", 5},
