@@ -51,8 +51,6 @@ BaselineReader::BaselineReader(AUVXFile& file, std::vector<UvBaseline> baselines
         parts_ = 1;
     }
     series_.resize(baselines_.size() * parts_);
-    if (division_.seconds > 0)
-        open_.resize(series_.size());
     for (std::size_t i = 0; i < baselines_.size(); ++i) {
         const UvBaseline& b = baselines_[i];
         const auto [low, high] = std::minmax(b.first, b.second);
@@ -75,8 +73,8 @@ int BaselineReader::step(std::int64_t bytes)
             takeGroup(groups, i);
     });
     if (!goesOn && error().empty())
-        for (std::size_t k = 0; k < open_.size(); ++k)
-            endMean(k);
+        for (auto& [of, mean] : open_)
+            endMean(std::get<0>(of), mean);
     if (!goesOn)
         refresh();
     if (!goesOn && !points_ && channels_.empty() && !baselines_.empty() && error().empty())
@@ -176,23 +174,20 @@ void BaselineReader::takePart(const UvGroups& groups, std::size_t i, std::size_t
     const double time = groups.time[i];
     if (!(division_.seconds > 0))
         return addPoint(series, time, sums);
-    OpenMean& mean = open_[series];
+    OpenMean& mean = open_[{series, groups.source[i], groups.selection[i]}];
     const double interval = std::floor((time * secondsPerDay + slack) / division_.seconds);
-    if (interval != mean.interval || groups.source[i] != mean.source ||
-        groups.selection[i] != mean.selection)
-        endMean(series);
+    if (interval != mean.interval)
+        endMean(series, mean);
     mean.interval = interval;
-    mean.source = groups.source[i];
-    mean.selection = groups.selection[i];
     mean.time += time * sums.weight;
     mean.sums.data += sums.data;
     mean.sums.model += sums.model;
     mean.sums.weight += sums.weight;
 }
 
-void BaselineReader::endMean(std::size_t series)
+void BaselineReader::endMean(std::size_t series, OpenMean& open)
 {
-    const OpenMean mean = std::exchange(open_[series], OpenMean());
+    const OpenMean mean = std::exchange(open, OpenMean());
     if (mean.sums.weight > 0)
         addPoint(series, mean.time / mean.sums.weight, mean.sums);
 }

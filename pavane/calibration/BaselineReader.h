@@ -12,6 +12,7 @@
 #include <complex>
 #include <map>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -87,8 +88,10 @@ private:
     struct OpenMean {
         Sums sums;
         double time = 0, interval = 0;  ///< time times weight
-        int source = 0, selection = 0;
     };
+    /// Of a series, a source and a frequency selection: what comes in turns at the same times does
+    /// not end each other's.
+    using MeanOf = std::tuple<std::size_t, int, int>;
     /// Of a series and a frequency selection.
     using ChannelsOf = std::pair<std::size_t, int>;
 
@@ -98,7 +101,7 @@ private:
     std::vector<Sums>* channelsOf(const ChannelsOf& key);
     std::size_t partOf(int source) const;
     void takePart(const UvGroups& groups, std::size_t i, std::size_t series, const Sums& sums);
-    void endMean(std::size_t series);
+    void endMean(std::size_t series, OpenMean& open);
     void addPoint(std::size_t series, double x, const Sums& sums);
     void makeChannels();
     void append(BaselineSeries& series, double x, const Sums& sums) const;
@@ -117,7 +120,7 @@ private:
     Distinct<UvPair, int>
         indices_;  ///< of a baseline and 1, negative when it is stored the other way
     std::vector<BaselineSeries> series_;  ///< the parts of a baseline one after another
-    std::vector<OpenMean> open_;          ///< of the series
+    std::map<MeanOf, OpenMean> open_;
     std::map<ChannelsOf, std::vector<Sums>> channels_;
     std::size_t points_ = 0, sums_ = 0, mostSums_;
     int isFresh_ = 1;

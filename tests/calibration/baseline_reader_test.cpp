@@ -106,6 +106,23 @@ TEST(BaselineReader, KeepsIfsAndSourcesApartAndAveragesInTime)
     }
 }
 
+TEST(BaselineReader, SelectionsThatTakeTurnsAreAveragedEachByItself)
+{
+    std::vector<MadeGroup> groups = madeGroups(2, {0, 1, 2, 3, 4, 5});
+    for (MadeGroup& g : groups)
+        g.selection = 1 + static_cast<int>(g.seconds) % 2;
+    AUVXFile file;
+    std::string error;
+    ASSERT_TRUE(file.open(savedData("turns.uvfits", groups), error)) << error;
+    BaselineReader reader(file, {{1, 1, 2, 6}}, BaselinePlot::time, {}, {},
+                          BaselineReader::usualSums, {UvColour::none, 60});
+    while (reader.step(1)) {
+    }
+    ASSERT_EQ(reader.series(0).count(), 2u);
+    EXPECT_NEAR(reader.series(0).x[0] * 86400, 2, 1e-3);
+    EXPECT_NEAR(reader.series(0).x[1] * 86400, 3, 1e-3);
+}
+
 TEST(UvColours, AreOfThoseWithMostPointsAndDifferForEachEye)
 {
     AUVXFile file;
