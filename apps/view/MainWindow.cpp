@@ -2,6 +2,7 @@
 
 #include "apps/view/area_pointer.h"
 #include "apps/view/main_menu.h"
+#include "apps/view/rgb_maps.h"
 #include "apps/view/view_dialogs.h"
 #include "apps/view/window_start.h"
 #include "pavane/axes/windows/show_map.h"
@@ -430,8 +431,12 @@ void MainWindow::mapStatus(MapWindow& from, const AxisStatus& status)
     if (isCurrent(from))
         curves_.PointerAt(status);
     MapDocument* const document = documentOf(map);
-    if (document && !from.IsPlaying())  // the play tells of itself
-        status_.SetTexts(document->format().texts(status, document->sky()));
+    if (!document || from.IsPlaying())  // the play tells of itself
+        return;
+    StatusTexts texts = document->format().texts(status, document->sky());
+    if (const auto& rgb = document->picture().rgb(); rgb && status.inPlot && status.inMap)
+        texts[statusValue] = rgbValueText(*rgb, status.row, status.column);
+    status_.SetTexts(texts);
 }
 
 void MainWindow::mapFocused(MapWindow& from)
@@ -493,7 +498,9 @@ void MainWindow::writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session)
 void MainWindow::updateTitle()
 {
     SetWindowText(session_.title(model_.session().isModified()) +
-                  (map_ && map_->isMoved() ? "  \u2013  moved" : ""));
+                  (map_ && map_->isMoved() ? "  \u2013  moved"
+                   : isAnyMoved()          ? "  \u2013  another map is moved"
+                                           : ""));
 }
 
 }  // namespace pavane

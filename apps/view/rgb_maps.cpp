@@ -2,13 +2,18 @@
 
 #include "apps/view/batch_output.h"
 #include "apps/view/progress.h"
+#include "apps/view/status_text.h"
+#include "pavane/axes/axis_titles.h"
+#include "pavane/axes/maps/map_unit.h"
 #include "pavane/axes/maps/RgbImage.h"
 #include "tessel/FitsCubeReader.h"
 #include "tessel/paths.h"
 #include "tessel/plain_text.h"
 #include "tessel/value_text.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace pavane
@@ -108,6 +113,36 @@ std::vector<std::string> rgbHistory(const RgbMap& made, const MapOfRgb (&maps)[r
                               few(moved.north * masPerDegree) + " mas north");
     }
     return history;
+}
+
+std::string rgbValueText(const RgbImage& image, int row, int column)
+{
+    constexpr int digits = 3;
+    const RgbMap& map = image.map();
+    MapUnit units[rgbBands];
+    double values[rgbBands] = {};
+    double most = 0;
+    int areAlike = 1;
+    for (std::size_t i = 0; i < rgbBands; ++i) {
+        units[i] = mapUnit(map.bands[i].unit);
+        const AMatrix<float>& cells = map.cells[i];
+        values[i] = row >= 0 && column >= 0 && row < cells.rows() && column < cells.columns()
+                        ? static_cast<double>(cells(row, column)) * units[i].factor
+                        : std::numeric_limits<double>::quiet_NaN();
+        if (std::isfinite(values[i]))
+            most = std::max(most, std::fabs(values[i]));
+        areAlike = areAlike && units[i].name == units[0].name;
+    }
+    const int power = takesPrefix(units[0].name) ? prefixPower(most, digits) : 0;
+    std::string text;
+    for (std::size_t i = 0; i < rgbBands; ++i) {
+        text += i > 0 ? ", " : "";
+        text += std::isnan(values[i]) ? "blank"
+                : areAlike            ? valToStr(values[i] / std::pow(10.0, power), digits)
+                                      : prefixedText(values[i], units[i].name, digits);
+    }
+    return areAlike && !units[0].name.empty() ? text + ' ' + prefixText(power) + units[0].name
+                                              : text;
 }
 
 int isRgbFile(const std::string& file)

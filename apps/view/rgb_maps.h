@@ -25,6 +25,9 @@ int readRgb(const ViewOptions& options, ViewInputs& inputs, std::vector<std::str
 int writeRgb(const ViewOptions& options, const ViewInputs& inputs, std::string& text,
              std::string& error);
 
+/// The three values of a cell: "0.12, blank, 3.4 mJy/beam", each with its unit where they differ.
+std::string rgbValueText(const RgbImage& image, int row, int column);
+
 /// Whether the file holds an RGB map; not, when it cannot be read.
 int isRgbFile(const std::string& file);
 

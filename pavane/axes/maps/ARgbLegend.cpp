@@ -58,13 +58,6 @@ COLORREF colorOf(std::size_t band, double part)
 
 }  // namespace
 
-CString rgbBandText(const RgbImage& image, std::size_t band)
-{
-    const RgbBand& b = image.map().bands[band];
-    return (b.name.empty() ? CString(rgbNames[band]) : b.name) + "  " +
-           rangeText(image.range(band), b.unit);
-}
-
 void ARgbLegend::draw(CDC& dc, CRect& rect, TMinMax& range)
 {
     (void)rect;

@@ -25,7 +25,4 @@ private:
     const RgbImage* image_;
 };
 
-/// The line of a colour: "3c273_x.fits  0 to 1.25 Jy/beam".
-PAVANE_API CString rgbBandText(const RgbImage& image, std::size_t band);
-
 }  // namespace pavane

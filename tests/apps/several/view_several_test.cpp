@@ -1,4 +1,5 @@
 // Several maps in one window of pavane-view.
+#include "apps/view/rgb_maps.h"
 #include "apps/view/ViewWindows.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/dialogs/show_map_display.h"
@@ -349,6 +350,7 @@ TEST_F(ViewSeveral, ThreeMapsAreOneOfThreeColours)
     ASSERT_TRUE(graph && graph->rgb());
     EXPECT_EQ(graph->rgb()->map().bands[0].name, "map.fits");
     window.view().UpdateWindow();
+    EXPECT_EQ(rgbValueText(*graph->rgb(), 0, -1), "blank, blank, blank");
     EXPECT_TRUE(window.planeWanted(2));  // its numbers are those of blue then
     EXPECT_TRUE(graph->rgb());
 }
