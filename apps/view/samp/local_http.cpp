@@ -185,7 +185,7 @@ int postHttp(const HttpPlace& place, const std::string& body, int milliseconds, 
     }
     const std::size_t from = endOfHead(text);
     const std::size_t blank = text.find(' ');
-    if (from == std::string::npos || !text.starts_with("HTTP/") ||
+    if (from == std::string::npos || !text.starts_with("HTTP/") || blank == std::string::npos ||
         text.compare(blank, 5, " 200 ") != 0) {
         error = "answers no page";
         return 0;
