@@ -314,6 +314,18 @@ private:
     void mapMoved();
     int isAnyMoved();
     std::string movedText();
+    // Maps made of the current one
+    int runMakeCommand(unsigned id);
+    void showMakeCommands(CMenu& popup);
+    void makeMoment();
+    void makeSmooth();
+    void makePolarisation();
+    void makeVelocity();
+    void toggleVectors();
+    int askMadeName(CWnd& dialog, const CString& ending, const CString& title, ViewOptions& wish,
+                    int hasErrors);
+    int makeOfMap(CWnd& dialog, const ViewOptions& wish, CString& error);
+    void showMade(const ViewOptions& wish);
     void prepareLater();
     void prepareMaps();
     void toggleBlink();
@@ -402,6 +414,7 @@ private:
     GaussianFit fitted_;     ///< to this map, last
     AreaCells fittedCells_;  ///< where
     CString fitText_ = "1";  ///< what was asked for last
+    CString madeNote_;       ///< of the map that was made last
     int skyRegions_ = 0;
     int copyFailed_ = 0;
     int showTable_ = 0;

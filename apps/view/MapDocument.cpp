@@ -1,12 +1,14 @@
 #include "apps/view/MapDocument.h"
 
 #include "apps/view/long_work.h"
+#include "apps/view/overlays.h"
 #include "apps/view/rgb_maps.h"
 #include "apps/view/several/moved_map.h"
 #include "pavane/axes/A2DAxis.h"
 #include "pavane/axes/maps/ALevelsColorGraph.h"
 #include "pavane/axes/maps/MapLook.h"
 #include "pavane/axes/maps/overlays/AOtherContours.h"
+#include "pavane/axes/maps/overlays/AVectorGraph.h"
 #include "pavane/axes/maps/RgbImage.h"
 #include "tessel/paths.h"
 #include "tessel/plain_text.h"
@@ -106,6 +108,7 @@ int MapDocument::setPlane(CWnd* owner, int plane, const ViewOptions& options, st
     TracedContours contours;
     contours.trace(owner, inputs_, options.levels);
     picture_.contentChanged();
+    vectorsOfPlane();
     showOwnLevels(options);  // the colours go with the map through its planes
     if (contoursOf_.empty())
         contours.give(picture_.graph().contours());
@@ -151,6 +154,61 @@ int MapDocument::setContours(const MapDocument* other, const ViewOptions& option
     }
     showOwnLevels(options);
     return !other || !contoursOf_.empty();
+}
+
+int MapDocument::setVectors(CWnd* owner, const ViewOptions& options, double scale,
+                            std::string& error)
+{
+    if (!sky_.isSet()) {
+        error = file_ + ": has no place on the sky, so that vectors have no direction on it";
+        return 0;
+    }
+    ViewOptions wish = options;
+    wish.map = file_;
+    wish.plane = plane();
+    PolarMap polar;
+    int isFound = 0;
+    const int done =
+        doLongWork(owner, "Vectors of polarisation", [&](const ProgressFunction& tell) {
+            return isFound = findVectors(wish, inputs_, polar, error, tell);
+        });
+    if (!done)
+        error.clear();
+    else if (isFound && !polar.known)
+        error = file_ + ": no cell is polarised above the clip";
+    if (!done || !isFound || !polar.known)
+        return 0;
+    polar_ = std::move(polar);
+    vectorFault_.clear();
+    if (!vectors_)
+        vectors_ =
+            new AVectorGraph(&picture_.axis(), picture_.graph(), polar_.cells, polar_.angles, sky_);
+    vectors_->valuesChanged();
+    vectors_->setScale(scale);
+    setVectorUnit(*vectors_, wish, polar_);
+    vectorWish_ = std::make_unique<ViewOptions>(wish);
+    return 1;
+}
+
+void MapDocument::clearVectors()
+{
+    vectorWish_.reset();
+    vectorFault_.clear();
+    polar_ = {};
+    if (vectors_)
+        vectors_->valuesChanged();
+}
+
+/// Another plane is shown: it may have other vectors, or none.
+void MapDocument::vectorsOfPlane()
+{
+    if (!vectorWish_)
+        return;
+    vectorWish_->plane = plane();
+    vectorFault_.clear();
+    if (!findVectors(*vectorWish_, inputs_, polar_, vectorFault_))
+        polar_ = {};
+    vectors_->valuesChanged();
 }
 
 AreaPlace MapDocument::place() const

@@ -9,14 +9,17 @@
 #include "apps/view/TracedContours.h"
 #include "pavane/axes/maps/MapPicture.h"
 #include "pavane/axes/maps/sky/sky_grid_wish.h"
+#include "pavane/measures/maps/polarisation.h"
 #include "tessel/SkyCoordinates.h"
 
+#include <memory>
 #include <string>
 
 namespace pavane
 {
 
 class AOtherContours;
+class AVectorGraph;
 class CWnd;
 
 /// A map that is open in the window: its cells, where they lie, and what draws them. Neither copied
@@ -71,16 +74,30 @@ public:
     int setContours(const MapDocument* other, const ViewOptions& options, std::string& error);
     /// The file of the other map; "" without one.
     const std::string& contoursOf() const { return contoursOf_; }
+    /// Draws vectors of polarisation over the map, as the options have their length, clip, Q and U,
+    /// `scale` times the usual length; other planes of the file get their own. 0 with `error`, a
+    /// line that names a file and is empty when the user gave up, where they cannot be had: nothing
+    /// has changed then.
+    int setVectors(CWnd* owner, const ViewOptions& options, double scale, std::string& error);
+    void clearVectors();
+    int hasVectors() const { return vectorWish_ != nullptr; }
+    /// Why the plane that is shown has no vectors, though they are wanted; "" when it has.
+    const std::string& vectorFault() const { return vectorFault_; }
     /// The levels alone; while those of a large map are traced the frame of `owner` waits.
     void showLevels(CWnd* owner, const ViewOptions& options);
 
 private:
     int showRgb(CWnd* owner, std::string& error);
     void showOwnLevels(const ViewOptions& options);
+    void vectorsOfPlane();
 
     std::string file_;
     std::string contoursOf_;
-    AOtherContours* contours_ = nullptr;  ///< the axis's
+    AOtherContours* contours_ = nullptr;       ///< the axis's
+    std::unique_ptr<ViewOptions> vectorWish_;  ///< null without vectors
+    PolarMap polar_;
+    AVectorGraph* vectors_ = nullptr;  ///< the axis's, of `polar_`
+    std::string vectorFault_;
     FileState state_;
     ViewInputs inputs_;
     CubePlanes cube_;

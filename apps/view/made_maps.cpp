@@ -47,22 +47,6 @@ std::string rangeText(const AMatrix<float>& cells, const std::string& unit)
            statLine("greatest", range.isEmpty() ? none : range.greatest, floatDigits, unit);
 }
 
-int write(const ViewOptions& options, MadeMap& made, std::string& error)
-{
-    const auto put = [&](const std::string& file, const AMatrix<float>& cells) {
-        ProgressLine progress("Writing " + plainText(file));
-        return writeMadeMap(file, cells, made.header, made.history, error,
-                            [&](double part) { return progress.show(part); }) ||
-               refuse(file, error);
-    };
-    if (!put(options.made.out, made.cells))
-        return 0;
-    if (options.made.errors.empty())
-        return 1;
-    made.history.emplace_back("pavane: these are the errors of that map");
-    return put(options.made.errors, made.errors);
-}
-
 std::string momentName(Moment moment)
 {
     return moment == Moment::greatest ? "greatest"
@@ -88,7 +72,8 @@ std::vector<std::string> momentHistory(const ViewOptions& options, const Spectra
     return lines;
 }
 
-int makeMoment(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error)
+int makeMoment(const ViewOptions& options, MadeMap& made, MadeTold& told, std::string& error,
+               const ProgressFunction& progress)
 {
     const MadeMapWish& wish = options.made;
     const PrintWish& print = options.print;
@@ -106,15 +91,14 @@ int makeMoment(const ViewOptions& options, MadeMap& made, std::string& text, std
         return cube.read(plane, first, count, cells, fault);
     };
     const double clip = wish.clip > 0 ? wish.clip : 0;
-    ProgressLine progress("Reading " + plainText(options.map));
     const int needsNoise = clip > 0 || !wish.errors.empty();
     const double noiseShare = needsNoise ? 0.5 : 0;
     std::vector<MomentMap> maps(1);
     maps[0].moment = wish.moment;
     if ((needsNoise &&
-         !findPlaneNoises(part, error, [&](double x) { return progress.show(x * noiseShare); })) ||
+         !findPlaneNoises(part, error, [&](double x) { return progress(x * noiseShare); })) ||
         !findMoments(part, clip, maps, error,
-                     [&](double x) { return progress.show(noiseShare + x * (1 - noiseShare)); }))
+                     [&](double x) { return progress(noiseShare + x * (1 - noiseShare)); }))
         return 0;
     // what the header tells beside the sky is that of the middle of the range
     made.header = cube.header(part.planes[part.planes.size() / 2].plane);
@@ -123,14 +107,14 @@ int makeMoment(const ViewOptions& options, MadeMap& made, std::string& text, std
     made.history = momentHistory(options, axis, part.planes, clip);
     made.cells = std::move(maps[0].cells);
     made.errors = std::move(maps[0].errors);
-    text = "planes " + std::to_string(part.planes.size()) + " planes\n";
+    told.text = "planes " + std::to_string(part.planes.size()) + " planes\n";
     if (axis.kind() != SpectralAxis::Kind::none)
-        text += statLine("first_plane", part.planes.front().value, floatDigits, unit) +
-                statLine("last_plane", part.planes.back().value, floatDigits, unit);
+        told.text += statLine("first_plane", part.planes.front().value, floatDigits, unit) +
+                     statLine("last_plane", part.planes.back().value, floatDigits, unit);
     const auto asked = static_cast<std::size_t>(print.lastPlane - print.firstPlane) + 1;
     if (part.planes.size() < asked)
-        printNotes({options.map + ": " + std::to_string(asked - part.planes.size()) +
-                    " planes of another Stokes parameter than the first were left out"});
+        told.notes.push_back(options.map + ": " + std::to_string(asked - part.planes.size()) +
+                             " planes of another Stokes parameter than the first were left out");
     return 1;
 }
 
@@ -142,16 +126,16 @@ std::string beamText(const SkyBeam& beam)
            valToStr(beam.angle, floatDigits) + " deg";
 }
 
-int makeSmooth(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error)
+int makeSmooth(const ViewOptions& options, MadeMap& made, MadeTold& told, std::string& error,
+               const ProgressFunction& progress)
 {
     FitsMap map;
-    ProgressLine progress("Convolving " + plainText(options.map));
     constexpr double readingShare = 0.2;
     SmoothedMap smoothed;
     if (!readFitsMap(options.map, options.plane, map, error,
-                     [&](double x) { return progress.show(x * readingShare); }) ||
+                     [&](double x) { return progress(x * readingShare); }) ||
         !smoothMap(map.cells, map.header, options.made.beam, smoothed, error,
-                   [&](double x) { return progress.show(readingShare + x * (1 - readingShare)); }))
+                   [&](double x) { return progress(readingShare + x * (1 - readingShare)); }))
         return 0;
     made.cells = std::move(smoothed.cells);
     made.header = std::move(smoothed.header);
@@ -159,36 +143,68 @@ int makeSmooth(const ViewOptions& options, MadeMap& made, std::string& text, std
                         std::to_string(map.header.plane) + ", from 0), beam " +
                         beamText({map.header.bmaj, map.header.bmin, map.header.bpa}),
                     "pavane: convolved to the beam " + beamText(options.made.beam)};
-    text = statLine("factor", smoothed.factor, floatDigits, "") + "incomplete_cells " +
-           std::to_string(smoothed.incomplete) + " cells\n";
+    told.text = statLine("factor", smoothed.factor, floatDigits, "") + "incomplete_cells " +
+                std::to_string(smoothed.incomplete) + " cells\n";
     if (smoothed.incomplete > 0)
-        printNotes({options.map + ": " + std::to_string(smoothed.incomplete) +
-                    " cells lie within a beam of the edge or of a blank cell; their values lack "
-                    "what is not known there"});
+        told.notes.push_back(options.map + ": " + std::to_string(smoothed.incomplete) +
+                             " cells lie within a beam of the edge or of a blank cell; their "
+                             "values lack what is not known there");
     return 1;
 }
 
 }  // namespace
 
+int makeOfOne(const ViewOptions& options, MadeMap& made, MadeTold& told, std::string& error,
+              const ProgressFunction& progress)
+{
+    if (options.made.kind == MadeMapWish::Kind::polarisation)
+        return makePolarisation(options, made, told, error, progress);
+    const auto make = options.made.kind == MadeMapWish::Kind::smooth ? makeSmooth : makeMoment;
+    return make(options, made, told, error, progress) || refuse(options.map, error);
+}
+
+int saveMadeMap(const ViewOptions& options, MadeMap& made, std::string& error,
+                const ProgressFunction& progress)
+{
+    const auto put = [&](const std::string& file, const AMatrix<float>& cells) {
+        return writeMadeMap(file, cells, made.header, made.history, error, progress) ||
+               refuse(file, error);
+    };
+    if (!put(options.made.out, made.cells))
+        return 0;
+    if (options.made.errors.empty())
+        return 1;
+    made.history.emplace_back("pavane: these are the errors of that map");
+    return put(options.made.errors, made.errors);
+}
+
 int writeMadeMaps(const ViewOptions& options, std::string& error)
 {
     using Kind = MadeMapWish::Kind;
-    if (options.made.kind == Kind::positionVelocity)
+    const Kind kind = options.made.kind;
+    if (kind == Kind::positionVelocity)
         return writePositionVelocity(options, error);
     MadeMap made;
-    std::string text;
-    const Kind kind = options.made.kind;
-    const auto make = kind == Kind::regrid         ? makeRegridded
-                      : kind == Kind::pair         ? makePaired
-                      : kind == Kind::polarisation ? makePolarisation
-                      : kind == Kind::smooth       ? makeSmooth
-                                                   : makeMoment;
-    // those of one map leave its name to be put here
-    const int isMade =
-        make(options, made, text, error) ||
-        (kind == Kind::smooth || kind == Kind::moment ? refuse(options.map, error) : 0);
-    return isMade && write(options, made, error) &&
-           printText(text + rangeText(made.cells, made.header.bunit), error);
+    MadeTold told;
+    int isMade = 0;
+    if (kind == Kind::regrid || kind == Kind::pair) {
+        isMade = kind == Kind::pair ? makePaired(options, made, told.text, error)
+                                    : makeRegridded(options, made, told.text, error);
+    } else {
+        ProgressLine progress((kind == Kind::smooth ? "Convolving " : "Reading ") +
+                              plainText(options.map));
+        isMade =
+            makeOfOne(options, made, told, error, [&](double part) { return progress.show(part); });
+    }
+    if (!isMade)
+        return 0;
+    printNotes(told.notes);
+    {
+        ProgressLine progress("Writing " + plainText(options.made.out));
+        if (!saveMadeMap(options, made, error, [&](double part) { return progress.show(part); }))
+            return 0;
+    }
+    return printText(told.text + rangeText(made.cells, made.header.bunit), error);
 }
 
 }  // namespace pavane

@@ -57,11 +57,18 @@ int planeOfStokes(const FitsCubeReader& cube, int plane, const std::string& stok
     return -1;
 }
 
-int readPlane(const std::string& file, int plane, FitsMap& map, std::string& error)
+int readPlane(const std::string& file, int plane, FitsMap& map, std::string& error,
+              const ProgressFunction& progress)
 {
-    ProgressLine progress("Reading " + plainText(file));
-    return readFitsMap(file, plane, map, error, [&](double part) { return progress.show(part); }) ||
-           refuse(file, error);
+    return readFitsMap(file, plane, map, error, progress) || refuse(file, error);
+}
+
+/// The progress of a share of some work, from `from` on.
+ProgressFunction shareOf(const ProgressFunction& progress, double from, double share)
+{
+    if (!progress)
+        return {};
+    return [&progress, from, share](double part) { return progress(from + part * share); };
 }
 
 /// Where Stokes parameters are read from.
@@ -97,13 +104,14 @@ double noiseOf(const FitsMap& map)
 
 /// Q, U and what they make beside I.
 int polarise(const ViewOptions& options, PolarKind kind, const StokesMap& i, PolarMap& made,
-             std::string& error)
+             std::string& error, const ProgressFunction& progress)
 {
     FitsMap q, u;
     StokesPlace atQ, atU;
     if (!findStokes(options, "Q", options.overlay.stokesQ, atQ, error) ||
         !findStokes(options, "U", options.overlay.stokesU, atU, error) ||
-        !readPlane(atQ.file, atQ.plane, q, error) || !readPlane(atU.file, atU.plane, u, error))
+        !readPlane(atQ.file, atQ.plane, q, error, shareOf(progress, 0, 0.4)) ||
+        !readPlane(atU.file, atU.plane, u, error, shareOf(progress, 0.4, 0.4)))
         return 0;
     return findPolarisation(kind, i, {&q.cells, &q.header, noiseOf(q)},
                             {&u.cells, &u.header, noiseOf(u)}, clipOf(options), made, error) ||
@@ -114,8 +122,9 @@ int readVectors(const ViewOptions& options, const MapContent& map, MapOverlays& 
                 std::string& error)
 {
     overlays.polar = std::make_unique<PolarMap>();
-    const StokesMap i{&map.map.cells, &map.map.header, map.noise.sigma};
-    if (!polarise(options, options.overlay.length, i, *overlays.polar, error))
+    ProgressLine progress("Reading " + plainText(options.map));
+    if (!findVectors(options, map, *overlays.polar, error,
+                     [&](double part) { return progress.show(part); }))
         return 0;
     if (!overlays.polar->known)
         printNotes({options.map + ": no cell is polarised above the clip: there are no vectors"});
@@ -159,19 +168,31 @@ void addVectors(MapPicture& picture, const ViewOptions& options, const MapOverla
     const PolarMap& polar = *overlays.polar;
     auto* const vectors = new AVectorGraph(&picture.axis(), picture.graph(), polar.cells,
                                            polar.angles, overlays.shown);
+    setVectorUnit(*vectors, options, polar);
+}
+
+}  // namespace
+
+int findVectors(const ViewOptions& options, const MapContent& map, PolarMap& polar,
+                std::string& error, const ProgressFunction& progress)
+{
+    const StokesMap i{&map.map.cells, &map.map.header, map.noise.sigma};
+    return polarise(options, options.overlay.length, i, polar, error, progress);
+}
+
+void setVectorUnit(AVectorGraph& vectors, const ViewOptions& options, const PolarMap& polar)
+{
     if (options.overlay.length == PolarKind::degree) {
-        vectors->setUnit("%", 100);
+        vectors.setUnit("%", 100);
         return;
     }
     const MapUnit unit = mapUnit(polar.header.bunit);
     constexpr double milli = 1e3;
     if (unit.isFlux)
-        vectors->setUnit("m" + unit.name, unit.factor * milli);
+        vectors.setUnit("m" + unit.name, unit.factor * milli);
     else
-        vectors->setUnit(polar.header.bunit, 1);
+        vectors.setUnit(polar.header.bunit, 1);
 }
-
-}  // namespace
 
 int readOverlays(const ViewOptions& options, const MapContent& map, MapOverlays& overlays,
                  std::string& error)
@@ -195,8 +216,8 @@ void addOverlays(MapPicture& picture, const ViewOptions& options, const MapOverl
         addVectors(picture, options, overlays);
 }
 
-int makePolarisation(const ViewOptions& options, MadeMap& made, std::string& text,
-                     std::string& error)
+int makePolarisation(const ViewOptions& options, MadeMap& made, MadeTold& told, std::string& error,
+                     const ProgressFunction& progress)
 {
     FitsCubeReader cube;
     FitsMap i;
@@ -205,8 +226,10 @@ int makePolarisation(const ViewOptions& options, MadeMap& made, std::string& tex
     const int plane = cube.planes() > 1 ? std::max(options.plane, 0) : -1;
     PolarMap polar;
     const PolarKind kind = options.made.polarisation;
-    if (!readPlane(options.map, plane, i, error) ||
-        !polarise(options, kind, {&i.cells, &i.header, noiseOf(i)}, polar, error))
+    constexpr double share = 0.3;
+    if (!readPlane(options.map, plane, i, error, shareOf(progress, 0, share)) ||
+        !polarise(options, kind, {&i.cells, &i.header, noiseOf(i)}, polar, error,
+                  shareOf(progress, share, 1 - share)))
         return 0;
     static constexpr const char* names[] = {"polarised intensity", "degree of polarisation",
                                             "angle of polarisation"};
@@ -218,7 +241,7 @@ int makePolarisation(const ViewOptions& options, MadeMap& made, std::string& tex
         made.history.push_back("pavane: Q and U from " +
                                plainText(baseNameOf(options.overlay.stokesQ)) + " and " +
                                plainText(baseNameOf(options.overlay.stokesU)));
-    text = statLine("noise", polar.noise, floatDigits, i.header.bunit);
+    told.text = statLine("noise", polar.noise, floatDigits, i.header.bunit);
     made.cells = std::move(polar.cells);
     made.errors = std::move(polar.errors);
     made.header = std::move(polar.header);

@@ -2,6 +2,7 @@
 
 #include "pavane/axes/maps/MapContent.h"
 #include "pavane/measures/maps/polarisation.h"
+#include "tessel/progress_function.h"
 #include "tessel/SkyCoordinates.h"
 
 #include <memory>
@@ -11,8 +12,10 @@
 namespace pavane
 {
 
+class AVectorGraph;
 class MapPicture;
 struct MadeMap;
+struct MadeTold;
 struct ViewOptions;
 
 /// What lies over a map, read and computed.
@@ -32,8 +35,15 @@ int readOverlays(const ViewOptions& options, const MapContent& map, MapOverlays&
 /// drawn. The overlays have to outlive it.
 void addOverlays(MapPicture& picture, const ViewOptions& options, const MapOverlays& overlays);
 
-/// Makes the polarised intensity, its degree or angle, as makePaired does.
-int makePolarisation(const ViewOptions& options, MadeMap& made, std::string& text,
-                     std::string& error);
+/// Finds the vectors of the options' Q and U over a map that is shown, and its degree of
+/// polarisation where that is wanted. 0 with `error`, a line that names the file.
+int findVectors(const ViewOptions& options, const MapContent& map, PolarMap& polar,
+                std::string& error, const ProgressFunction& progress = {});
+/// What the bar of vectors says, by what they are.
+void setVectorUnit(AVectorGraph& vectors, const ViewOptions& options, const PolarMap& polar);
+
+/// Makes the polarised intensity, its degree or angle, as makeOfOne does.
+int makePolarisation(const ViewOptions& options, MadeMap& made, MadeTold& told, std::string& error,
+                     const ProgressFunction& progress);
 
 }  // namespace pavane

@@ -222,7 +222,7 @@ int findShiftText(const ViewOptions& options, const FitsMap& map, const ABitMatr
 }
 
 PairFault pairMaps(const ViewOptions& options, const FitsMap& first, FitsMap& second, MadeMap& made,
-                   PairTold& told, std::string& error, const ProgressFunction& progress)
+                   MadeTold& told, std::string& error, const ProgressFunction& progress)
 {
     const MadeMapWish& wish = options.made;
     PairRule rule;
@@ -277,7 +277,7 @@ int makePaired(const ViewOptions& options, MadeMap& made, std::string& text, std
         !readOther(wish.other, options.plane, second, error))
         return 0;
     ProgressLine progress("Regridding " + plainText(wish.other));
-    PairTold told;
+    MadeTold told;
     const PairFault fault = pairMaps(options, first, second, made, told, error,
                                      [&](double part) { return progress.show(part); });
     if (fault != PairFault::none) {

@@ -26,9 +26,9 @@ struct MadeMap {
 /// what is printed; else 0, and `error` is one line that names the file.
 int makeRegridded(const ViewOptions& options, MadeMap& made, std::string& text, std::string& error);
 
-/// What is told of a pair beside its maps.
-struct PairTold {
-    std::string text;                ///< lines of noise and frequency
+/// What is told of made maps beside them.
+struct MadeTold {
+    std::string text;                ///< lines "key value unit"
     std::vector<std::string> notes;  ///< what a user should know of the result
 };
 
@@ -36,7 +36,7 @@ struct PairTold {
 /// The second one may be changed on the way. Why they do not go together is `error`, in one line to
 /// be read behind the name of the second map; a user who gave up leaves it empty.
 PairFault pairMaps(const ViewOptions& options, const FitsMap& first, FitsMap& second, MadeMap& made,
-                   PairTold& told, std::string& error, const ProgressFunction& progress = {});
+                   MadeTold& told, std::string& error, const ProgressFunction& progress = {});
 
 /// Writes the mask of areas on a map, on the cells of --like when that is named.
 int writeMask(const ViewOptions& options, const ABitMatrix& mask, const MapHeader& header,

@@ -64,7 +64,9 @@ int MainWindow::showPlane(int plane)
     if (shown && surface_.isShown())
         surface_.Show(map_.get());
     tellPlane();
-    if (!shown && !error.empty())
+    if (shown && !map_->vectorFault().empty())
+        error = "No vectors: " + map_->vectorFault();
+    if (!error.empty())
         status_.SetMessage(error);
     return shown;
 }

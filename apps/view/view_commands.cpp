@@ -52,8 +52,8 @@ int MainWindow::OnCommand(unsigned id, unsigned code, CWnd* control)
     if (id == ID_COPY_TO_CLIPBOARD || id == ID_VIEW_BACK || id == ID_VIEW_FORWARD)
         return shownPicture().RunCommand(id);
     return runFileCommand(id) || runModelCommand(id) || runViewCommand(id) || runPlaneCommand(id) ||
-           runSeveralCommand(id) || runSurfaceCommand(id) || runSkyCommand(id) ||
-           runMeasureCommand(id) || runSampCommand(id) || runMarkCommand(id) ||
+           runSeveralCommand(id) || runMakeCommand(id) || runSurfaceCommand(id) ||
+           runSkyCommand(id) || runMeasureCommand(id) || runSampCommand(id) || runMarkCommand(id) ||
            runWorkCommand(id) || runAreaCommand(id) || AreaWindow::OnCommand(id, code, control) ||
            view().RunCommand(id);
 }
@@ -202,6 +202,7 @@ void MainWindow::OnInitMenuPopup(CMenu& popup)
             line.enabled = map_ && model_.session().isOpen();
     }
     showSeveralCommands(popup);
+    showMakeCommands(popup);
     showSurfaceCommands(popup);
     showSkyCommands(popup);
     showMarkCommands(popup);

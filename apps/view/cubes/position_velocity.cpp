@@ -2,6 +2,7 @@
 
 #include "apps/view/batch_output.h"
 #include "apps/view/options.h"
+#include "apps/view/paired_maps.h"
 #include "apps/view/progress.h"
 #include "pavane/measures/profiles/PositionVelocity.h"
 #include "tessel/FitsCubeReader.h"
@@ -41,8 +42,8 @@ struct Seen {
 };
 
 /// Opens the cube, with the planes that are wanted.
-int openCube(const PositionVelocityWish& wish, FitsCubeReader& cube, CubePart& part,
-             PositionVelocityTold& told, std::string& error)
+int openCube(const PositionVelocityWish& wish, FitsCubeReader& cube, CubePart& part, MadeTold& told,
+             std::string& error)
 {
     if (!cube.open(wish.cube, error))
         return 0;
@@ -72,7 +73,7 @@ int refuse(const std::string& file, std::string& error)
     return 0;
 }
 
-int make(const PositionVelocityWish& wish, PositionVelocityTold& told, std::string& error,
+int make(const PositionVelocityWish& wish, MadeTold& told, std::string& error,
          const ProgressFunction& progress)
 {
     FitsCubeReader cube;
@@ -95,7 +96,10 @@ int make(const PositionVelocityWish& wish, PositionVelocityTold& told, std::stri
             return nullptr;
         }
         seen.take(values);
-        return values.data();
+        if (row + 1 < map.rows() || seen.known)
+            return values.data();
+        cause = fault = "has no cell with a value along the line";
+        return nullptr;
     };
     if (!writeMadeRows(wish.out, map.rows(), map.columns(), map.header(), history, rowOf, error,
                        progress))
@@ -114,8 +118,8 @@ int make(const PositionVelocityWish& wish, PositionVelocityTold& told, std::stri
 
 }  // namespace
 
-int makePositionVelocity(const PositionVelocityWish& wish, PositionVelocityTold& told,
-                         std::string& error, const ProgressFunction& progress)
+int makePositionVelocity(const PositionVelocityWish& wish, MadeTold& told, std::string& error,
+                         const ProgressFunction& progress)
 {
     told = {};
     error.clear();
@@ -135,7 +139,7 @@ int writePositionVelocity(const ViewOptions& options, std::string& error)
         wish.firstPlane = options.print.firstPlane;
         wish.lastPlane = options.print.lastPlane;
     }
-    PositionVelocityTold told;
+    MadeTold told;
     {
         ProgressLine progress("Reading " + plainText(options.map));
         if (!makePositionVelocity(wish, told, error,

@@ -4,11 +4,11 @@
 #include "tessel/progress_function.h"
 
 #include <string>
-#include <vector>
 
 namespace pavane
 {
 
+struct MadeTold;
 struct ViewOptions;
 
 /// What a position-velocity map is made of, and where it goes.
@@ -18,16 +18,10 @@ struct PositionVelocityWish {
     int firstPlane = 0, lastPlane = -1;  ///< from 0, both included; the last -1: all of them
 };
 
-/// What is told of such a map.
-struct PositionVelocityTold {
-    std::string text;                ///< lines "key value unit"
-    std::vector<std::string> notes;  ///< what a user should know of it
-};
-
 /// Makes a position-velocity map and writes it, a row at a time, so that it needs no memory itself.
 /// Non-zero on success; else 0 and `error` is one line that names the file.
-int makePositionVelocity(const PositionVelocityWish& wish, PositionVelocityTold& told,
-                         std::string& error, const ProgressFunction& progress = {});
+int makePositionVelocity(const PositionVelocityWish& wish, MadeTold& told, std::string& error,
+                         const ProgressFunction& progress = {});
 
 /// The same as the options ask for, and prints what it is.
 int writePositionVelocity(const ViewOptions& options, std::string& error);

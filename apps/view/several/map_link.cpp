@@ -63,6 +63,8 @@ int shapeOnSky(const LinkedMap& from, const LinkedMap& to, AreaShape& shape)
 
 LinkBy linkBetween(LinkBy wanted, const LinkedMap& a, const LinkedMap& b)
 {
+    if (a.frame->unlikeAxes || b.frame->unlikeAxes)
+        return LinkBy::nothing;  // a cell of a map of velocities is nowhere on another one
     return wanted == LinkBy::sky && !(a.hasSky() && b.hasSky()) ? LinkBy::cell : wanted;
 }
 

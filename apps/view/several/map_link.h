@@ -21,7 +21,8 @@ struct LinkedMap {
 /// What two maps have in common: the sky, the numbers of their cells, or nothing.
 enum class LinkBy : std::uint8_t { nothing, sky, cell };
 
-/// By what these two are linked when this is wanted: by cell where one has no positions.
+/// By what these two are linked when this is wanted: by cell where one has no positions,
+/// by nothing where one has axes that count different things.
 LinkBy linkBetween(LinkBy wanted, const LinkedMap& a, const LinkedMap& b);
 
 /// The place of a cell (MP, column and row with fractions) of one map on another. 0 when the other

@@ -36,6 +36,22 @@ enum SeveralCommand : unsigned {
     idResetShifts
 };
 
+/// Maps made of the current one, and vectors over it.
+enum MakeCommand : unsigned {
+    idMakeMoment = 40881,
+    idMakeSmooth,
+    idMakePolarisation,
+    idMakeVelocity,
+    idVectors
+};
+
+inline constexpr MenuItem makeItems[] = {
+    {"&Moments of a cube...\tCtrl+Alt+I", idMakeMoment, nullptr, 0},
+    {"Position-&velocity map...\tCtrl+Alt+V", idMakeVelocity, nullptr, 0},
+    {"&Larger beam...\tCtrl+Alt+B", idMakeSmooth, nullptr, 0},
+    {"&Polarisation...\tCtrl+Alt+U", idMakePolarisation, nullptr, 0},
+};
+
 inline constexpr MenuItem mapLinkItems[] = {
     {"By &sky", idLinkSky, nullptr, 0},         {"By &cell", idLinkCell, nullptr, 0},
     {"&Not linked", idLinkNothing, nullptr, 0}, {},
@@ -77,6 +93,8 @@ inline constexpr MenuItem mapsItems[] = {
     {"Next &link: sky, cell, none\tL", idLinkNext, nullptr, 0},
     {"Linked ma&ps", 0, mapLinkItems, std::size(mapLinkItems)},
     {},
+    {"Vect&ors of polarisation\tV", idVectors, nullptr, 0},
+    {"&Make of this map", 0, makeItems, std::size(makeItems)},
     {"Map of this one &and the one before", 0, mapPairItems, std::size(mapPairItems)},
     {"Three maps as &red, green, blue...", idMakeRgb, nullptr, 0},
     {"Sh&ift of the map before...\tCtrl+Alt+M", idFindShift, nullptr, 0},

@@ -107,7 +107,7 @@ void MainWindow::makePair(MapPair pair)
         FitsMap a;
         FitsMap b;
         MadeMap made;
-        PairTold told;
+        MadeTold told;
         std::string error;
         const auto work = [&](const ProgressFunction& tell) {
             std::vector<std::string> convolved;

@@ -70,6 +70,14 @@ AVectorGraph::AVectorGraph(ABAxis* axis, const ABMapGraph& map, const AMatrix<fl
     usual_ = mostLengths(lengths);
 }
 
+void AVectorGraph::valuesChanged() { usual_ = mostLengths(lengths_); }
+
+void AVectorGraph::setScale(double scale)
+{
+    constexpr double most = 100;
+    scale_ = scale > 0 ? std::clamp(scale, 1 / most, most) : 1;
+}
+
 void AVectorGraph::setUnit(const CString& unit, double factor)
 {
     unit_ = unit;
@@ -104,7 +112,7 @@ double AVectorGraph::unitLength(double unitsPerPixel) const
     const double distance = std::max(cell * stepFor(unitsPerPixel), spacing_ * unitsPerPixel);
     // of few strokes far apart none is a giant
     constexpr double most = 4;
-    return std::min(distance, most * spacing_ * unitsPerPixel) * usualPart / usual_;
+    return std::min(distance, most * spacing_ * unitsPerPixel) * usualPart / usual_ * scale_;
 }
 
 /// The direction of an angle at a cell, as device units of length 1.
@@ -179,7 +187,7 @@ void AVectorGraph::drawBar(CDC& dc, double unitsPerPixel) const
 {
     const ABAxis& a = *axis();
     const double unit = unitLength(unitsPerPixel);
-    const double most = usual_ * longestBar / usualPart * factor_;
+    const double most = usual_ * longestBar / usualPart / scale_ * factor_;
     const double value = roundBelow(most);
     CFont font;
     if (!(value > 0) || !std::isfinite(value) ||

@@ -36,6 +36,12 @@ public:
     void setUnit(const CString& unit, double factor);
     /// Pixels of 96 per inch between strokes at least; 14 at first.
     void setSpacing(int pixels) { spacing_ = pixels; }
+    /// How long strokes are, beside the usual length that leaves nearly all of them apart; 1 at
+    /// first.
+    void setScale(double scale);
+    double scale() const { return scale_; }
+    /// Lengths or angles are others now.
+    void valuesChanged();
     void setColors(COLORREF line, COLORREF edge);
 
     /// The strokes of the plot as it is laid out, for `unitsPerPixel` of the context.
@@ -56,6 +62,7 @@ private:
     CString unit_;
     double factor_ = 1;
     int spacing_ = 14;
+    double scale_ = 1;
     COLORREF line_ = RGB(0, 0, 0), edge_ = RGB(255, 255, 255);
 };
 
