@@ -57,6 +57,9 @@ protected:
         SetFileDialogAnswer(chooseFile);
         SetDialogAnswer(answerDialog);
         said.clear();
+        answer = IDOK;  // whatever the test before left
+        fileAnswer.clear();
+        dialogAnswer = IDCANCEL;
         LoadBuiltInPalette();
         writeMap("map.fits");
     }
