@@ -1,10 +1,26 @@
 #include "apps/view/CubePlanes.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace pavane
 {
+
+namespace
+{
+
+/// Planes of the size of this one that may be in memory: fewer of large ones, so that a cube that
+/// is larger than the memory can be gone through, but the one that is shown and the next.
+int mostOf(const MapContent& shown)
+{
+    constexpr std::int64_t mostBytes = std::int64_t{1} << 30;
+    const auto bytes = shown.map.cells.cells() * static_cast<std::int64_t>(sizeof(float));
+    return static_cast<int>(std::clamp<std::int64_t>(mostBytes / std::max<std::int64_t>(bytes, 1),
+                                                     2, CubePlanes::most));
+}
+
+}  // namespace
 
 void CubePlanes::begin(const std::string& file, const MapContent& shown)
 {
@@ -30,7 +46,7 @@ int CubePlanes::exchange(int plane, MapContent& shown, std::string& error, const
         kept_.erase(known);
     } else {
         // before it is read, so that there are never more in memory; the last one lends its own
-        while (kept() > most - 2) {
+        while (kept() > mostOf(shown) - 2) {
             wanted = std::move(kept_.front());
             kept_.erase(kept_.begin());
         }
