@@ -338,4 +338,21 @@ void appendHistory(const std::string& line, std::vector<std::string>& cards)
     }
 }
 
+void setStokesCode(MapHeader& header, int code)
+{
+    int plane = header.plane;
+    for (std::size_t i = 2; i < header.axes.size(); ++i) {
+        MapAxis& axis = header.axes[i];
+        const int length = std::max(axis.length, 1);
+        if (axis.ctype == "STOKES") {
+            axis.crval = code - (plane % length + 1 - axis.crpix) * axis.cdelt;
+            const std::string key = "CRVAL" + std::to_string(i + 1);
+            for (std::string& text : header.coordinateCards)
+                if (text.starts_with(key + " ") || text.starts_with(key + "="))
+                    text = numberCard(key, axis.crval);
+        }
+        plane /= length;
+    }
+}
+
 }  // namespace pavane

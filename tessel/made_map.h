@@ -37,4 +37,9 @@ PAVANE_API MapHeader headerOnGrid(const MapHeader& map, const MapHeader& like);
 PAVANE_API MapHeader headerOnAxes(const MapHeader& map, const MapAxis& first,
                                   const MapAxis& second);
 
+/// Gives the plane of a header another value on its axis of Stokes parameters, if it has one. Made
+/// maps have 5 for linearly polarised intensity, 6 for its degree and 7 for its angle (AIPS Memo
+/// 117).
+PAVANE_API void setStokesCode(MapHeader& header, int code);
+
 }  // namespace pavane

@@ -29,6 +29,34 @@ void CubePlanes::begin(const std::string& file, const MapContent& shown)
     kept_.clear();
 }
 
+/// For a plane that is to be read: of the one that was shown longest ago when there are enough, so
+/// that there are never more in memory.
+std::unique_ptr<MapContent> CubePlanes::room(const MapContent& shown)
+{
+    std::unique_ptr<MapContent> freed;
+    while (kept() > mostOf(shown) - 2) {
+        freed = std::move(kept_.front());
+        kept_.erase(kept_.begin());
+    }
+    return freed ? std::move(freed) : std::make_unique<MapContent>();
+}
+
+int CubePlanes::isKept(int plane) const
+{
+    return std::any_of(kept_.begin(), kept_.end(),
+                       [plane](const auto& content) { return content->map.header.plane == plane; });
+}
+
+void CubePlanes::fetch(int plane, const MapContent& shown)
+{
+    if (plane < 0 || plane >= count_ || plane == shown.map.header.plane || isKept(plane))
+        return;
+    std::unique_ptr<MapContent> next = room(shown);
+    std::string ignored;
+    if (readMapContent(file_, plane, *next, ignored))
+        kept_.push_back(std::move(next));
+}
+
 int CubePlanes::exchange(int plane, MapContent& shown, std::string& error, const Reader& read)
 {
     if (plane == shown.map.header.plane)
@@ -45,13 +73,7 @@ int CubePlanes::exchange(int plane, MapContent& shown, std::string& error, const
         wanted = std::move(*known);
         kept_.erase(known);
     } else {
-        // before it is read, so that there are never more in memory; the last one lends its own
-        while (kept() > mostOf(shown) - 2) {
-            wanted = std::move(kept_.front());
-            kept_.erase(kept_.begin());
-        }
-        if (!wanted)
-            wanted = std::make_unique<MapContent>();
+        wanted = room(shown);
         error.clear();
         if (read ? !read(plane, *wanted, error) : !readMapContent(file_, plane, *wanted, error)) {
             if (!error.empty())

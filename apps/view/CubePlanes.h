@@ -28,10 +28,16 @@ public:
     /// else 0, `error` is a line with the file's name or empty, and `shown` is as it was. `read`
     /// reads planes that are not kept.
     int exchange(int plane, MapContent& shown, std::string& error, const Reader& read = {});
+    /// Reads a plane that will be shown next, unless it is kept, in the place of the one that was
+    /// shown longest ago; nothing is said when that fails, for who shows it tells.
+    void fetch(int plane, const MapContent& shown);
     /// Planes that are kept beside the one that is shown.
     int kept() const { return static_cast<int>(kept_.size()); }
 
 private:
+    std::unique_ptr<MapContent> room(const MapContent& shown);
+    int isKept(int plane) const;
+
     std::string file_;
     int count_ = 1;
     std::vector<std::unique_ptr<MapContent>> kept_;  ///< the one that was shown last is the last

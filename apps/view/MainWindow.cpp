@@ -398,6 +398,8 @@ void MainWindow::OnTimer(unsigned id)
         return writeCopy();
     case blinkTimer:
         return blink();
+    case fetchTimer:
+        return fetchPlane();
     case prepareTimer:
         return prepareMaps();
     case dragTimer:

@@ -349,13 +349,15 @@ private:
     void setUpPlanes();
     void tellPlane();
     int showPlane(int plane);
+    void fetchPlane();
     int runPlaneCommand(unsigned id);
 
     // Copies of unsaved areas
     void writeCopy();
     static constexpr unsigned copyTimer = 1, blinkTimer = 2, prepareTimer = 3, workTimer = 4,
-                              dragTimer = 5;
-    static constexpr unsigned workPace = 2000;                     // ms
+                              dragTimer = 5, fetchTimer = 6;
+    static constexpr unsigned fetchPause = 5;   ///< ms, in which the plane is painted
+    static constexpr unsigned workPace = 2000;  // ms
     static constexpr unsigned preparePause = 60, dragPause = 150;  // ms
     void writeCopyOf(ATrackerArrayInAxis& areas, AreaSession& session);
     static std::int64_t now();

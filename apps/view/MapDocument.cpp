@@ -134,6 +134,12 @@ void MapDocument::showOwnLevels(const ViewOptions& options)
     picture_.setHeaderNote("contours: " + plainText(baseNameOf(contoursOf_)));
 }
 
+void MapDocument::fetchPlane(int plane)
+{
+    if (inputs_.map.cells.cells() <= largePlane)
+        cube_.fetch(plane, inputs_);
+}
+
 int MapDocument::setContours(const MapDocument* other, const ViewOptions& options,
                              std::string& error)
 {

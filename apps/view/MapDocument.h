@@ -45,6 +45,9 @@ public:
     /// stays.
     int setPlane(CWnd* owner, int plane, const ViewOptions& options, std::string& error);
 
+    /// Reads a plane that an animation shows next, unless that lasts.
+    void fetchPlane(int plane);
+
     const std::string& file() const { return file_; }
     const ViewInputs& inputs() const { return inputs_; }
     const SkyCoordinates& sky() const { return sky_; }

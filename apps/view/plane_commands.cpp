@@ -64,11 +64,21 @@ int MainWindow::showPlane(int plane)
     if (shown && surface_.isShown())
         surface_.Show(map_.get());
     tellPlane();
+    if (shown && planes_.IsPlaying())
+        SetTimer(fetchTimer, fetchPause);
     if (shown && !map_->vectorFault().empty())
         error = "No vectors: " + map_->vectorFault();
     if (!error.empty())
         status_.SetMessage(error);
     return shown;
+}
+
+/// The plane that an animation shows next is read while this one is looked at.
+void MainWindow::fetchPlane()
+{
+    KillTimer(fetchTimer);
+    if (isCube() && planes_.IsPlaying() && !readingPlane_)
+        map_->fetchPlane((map_->plane() + 1) % map_->planes());
 }
 
 int MainWindow::planeWanted(int plane)

@@ -248,6 +248,10 @@ for kind, value in (("intensity", polarised), ("degree", np.where(first > 3 * ro
         run(source[0], "--batch", "--polarisation", kind, *source[1:], "--out", "out.fits", "--errors", "errors.fits")
         with fits.open(path("out.fits")) as made:
             compare_pair(f"{kind} of {source[0]}", np.squeeze(made[0].data), np.where(strong, value, np.nan), 1000)
+            head = made[0].header
+            code = head["CRVAL3"] + (1 - head["CRPIX3"]) * head["CDELT3"] if "CRVAL3" in head else 0
+            if source[0] == "stokes.fits" and (code, head["NAXIS3"]) != ({"i": 5, "d": 6, "a": 7}[kind[0]], 1):
+                faults.append(f"{kind} is Stokes {code}")
 
 # the mask of an area on other cells, and the shift between the maps over it
 with open(path("box.reg"), "w") as file:

@@ -65,8 +65,15 @@ TEST(CubePlanes, KeepsTheLastOnesAndNeverMore)
         EXPECT_EQ(shown.range.greatest, 100.0 * i + 47);
         EXPECT_LT(planes.kept(), CubePlanes::most);
     }
+    // one that is read ahead takes the place of the oldest
+    planes.fetch(5, shown);
+    EXPECT_LT(planes.kept(), CubePlanes::most);
     std::filesystem::remove(file);  // those that are kept need no file
-    for (int i = 38; i > 39 - CubePlanes::most; --i)
+    ASSERT_TRUE(planes.exchange(5, shown, error)) << error;
+    EXPECT_EQ(shown.map.cells(0, 3), 503.0f);
+    ASSERT_TRUE(planes.exchange(39, shown, error)) << error;
+    planes.fetch(77, shown);
+    for (int i = 38; i > 40 - CubePlanes::most; --i)
         ASSERT_TRUE(planes.exchange(i, shown, error)) << i;
     const int last = shown.map.header.plane;
     for (const int none : {0, -1, 40, 1000000}) {

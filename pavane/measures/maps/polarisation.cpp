@@ -3,6 +3,7 @@
 #include "pavane/axes/maps/map_unit.h"
 #include "pavane/measures/maps/pair_maps.h"
 #include "pavane/measures/maps/regrid_map.h"
+#include "tessel/made_map.h"
 
 #include <algorithm>
 #include <cmath>
@@ -73,6 +74,10 @@ int findPolarisation(PolarKind kind, const StokesMap& i, const StokesMap& q, con
     made.noise = s;
     made.header = *q.header;
     made.header.stokes.clear();
+    constexpr int intensityCode = 5, degreeCode = 6, angleCode = 7;
+    setStokesCode(made.header, kind == PolarKind::intensity ? intensityCode
+                               : kind == PolarKind::degree  ? degreeCode
+                                                            : angleCode);
     if (kind != PolarKind::intensity)
         made.header.bunit = kind == PolarKind::angle ? "deg" : "";
     const int usesI = hasI && kind == PolarKind::degree;
