@@ -55,3 +55,5 @@ BENCHMARK_CAPTURE(fitOne, withBeam, 1)
     ->Name("fits/40x40_beam/pavane")
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(fitOne, white, 0)->Name("fits/40x40/pavane")->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();

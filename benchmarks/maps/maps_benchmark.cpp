@@ -9,11 +9,16 @@
 #include "pavane/measures/maps/smooth_map.h"
 #include "platform/picture.h"
 #include "platform/platform.h"
+#include "tessel/FitsCubeReader.h"
 
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <random>
 #include <string>
 #include <vector>
@@ -86,6 +91,73 @@ void moments(benchmark::State& state)
     }
 }
 
+/// A file of 1 GB that is there while one of these lives, its planes alike.
+class CubeFile
+{
+public:
+    static constexpr int size = 1024, planes = 256;
+    CubeFile() : name_(std::filesystem::temp_directory_path() / "pavane-bench-cube.fits")
+    {
+        std::string header;
+        for (const char* card : {"SIMPLE  =                    T", "BITPIX  =                  -32",
+                                 "NAXIS   =                    3", "NAXIS1  =                 1024",
+                                 "NAXIS2  =                 1024", "NAXIS3  =                  256",
+                                 "CTYPE3  = 'VRAD    '", "CUNIT3  = 'km/s    '",
+                                 "CDELT3  =                 10.0", "END"}) {
+            header += card;
+            header.append(80 - header.size() % 80, ' ');
+        }
+        header.append(2880 - header.size() % 2880, ' ');
+        const AMatrix<float> cells = noise(size, size);
+        std::vector<std::uint32_t> stored(std::size_t{size} * size);
+        for (std::size_t i = 0; i < stored.size(); ++i)
+            stored[i] = __builtin_bswap32(std::bit_cast<std::uint32_t>(cells.data()[i]));
+        std::ofstream file(name_, std::ios::binary);
+        file << header;
+        const auto bytes = static_cast<std::streamsize>(stored.size() * sizeof stored[0]);
+        for (int p = 0; p < planes; ++p)
+            file.write(reinterpret_cast<const char*>(stored.data()), bytes);
+        file << std::string(2880 - bytes * planes % 2880, '\0');
+    }
+    CubeFile(const CubeFile&) = delete;
+    CubeFile& operator=(const CubeFile&) = delete;
+    ~CubeFile() { std::filesystem::remove(name_); }
+    std::string name() const { return name_; }
+
+private:
+    std::filesystem::path name_;
+};
+
+/// Moments 0, 1 and 2 of such a file, warm; with the noise of the planes, or that known.
+void momentsOfFile(benchmark::State& state)
+{
+    const CubeFile file;
+    std::string error;
+    for (auto _ : state) {
+        FitsCubeReader cube;
+        CubePart part;
+        std::string unit;
+        std::vector<MomentMap> maps(3);
+        maps[1].moment = Moment::mean;
+        maps[2].moment = Moment::dispersion;
+        if (!cube.open(file.name(), error) ||
+            !planesBetween(cube.header(0), 0, CubeFile::planes - 1, 1, part.planes, unit, error)) {
+            state.SkipWithError(error.c_str());
+            break;
+        }
+        part.rows = cube.rows();
+        part.columns = cube.columns();
+        part.read = [&cube](int plane, int first, int count, float* to, std::string& fault) {
+            return cube.read(plane, first, count, to, fault);
+        };
+        for (MomentPlane& plane : part.planes)
+            plane.noise = 1;
+        if ((state.range(0) && !findPlaneNoises(part, error)) || !findMoments(part, 1, maps, error))
+            state.SkipWithError(error.c_str());
+        benchmark::DoNotOptimize(maps[0].cells.data());
+    }
+}
+
 void smooth(benchmark::State& state)
 {
     const MapHeader header = headerOf("RA---SIN", "DEC--SIN", 187, 12, 1e-6, 4096);
@@ -146,6 +218,14 @@ void contours(benchmark::State& state)
 }
 
 BENCHMARK(moments)->Name("maps/moments 0 1 2 of 1 k x 256/pavane")->Unit(benchmark::kMillisecond);
+BENCHMARK(momentsOfFile)
+    ->Name("maps/moments of a file of 1 GB/pavane")
+    ->Arg(0)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(momentsOfFile)
+    ->Name("maps/moments of it with the noise/pavane")
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(smooth)->Name("maps/larger beam 4 k/pavane")->Unit(benchmark::kMillisecond);
 BENCHMARK(regrid)->Name("maps/another grid 1 k/pavane")->Unit(benchmark::kMillisecond);
 BENCHMARK(contours)->Name("maps/contours of another map/pavane")->Unit(benchmark::kMillisecond);

@@ -1,7 +1,9 @@
 #!/usr/bin/python3
 """The same maps by numpy, scipy and WCSAxes; each line "maps/<case>/<peer> <median ms>"."""
 import statistics
+import subprocess
 import sys
+import tempfile
 import time
 
 import matplotlib
@@ -39,6 +41,18 @@ def moments():
             mean = (used * v).sum(axis=0) / total
             return total * 10, mean, np.sqrt((used * (v - mean) ** 2).sum(axis=0) / total)
     tell("moments 0 1 2 of 1 k x 256", "numpy", median(job))
+
+
+def file():
+    """The same bytes by cat, warm."""
+    with tempfile.NamedTemporaryFile(suffix=".fits") as cube:
+        plane = np.random.default_rng(1).normal(size=(1024, 1024)).astype(">f4").tobytes()
+        for _ in range(256):
+            cube.write(plane)
+        cube.flush()
+        time_of_cat = median(lambda: subprocess.run(f"cat {cube.name} > /dev/null", shell=True, check=True), 5)
+    for case in ("moments of a file of 1 GB", "moments of it with the noise"):
+        tell(case, "cat", time_of_cat)
 
 
 def smooth():
@@ -79,6 +93,6 @@ def contours():
     tell("contours of another map", "WCSAxes", median(job))
 
 
-jobs = {"moments": moments, "smooth": smooth, "regrid": regrid, "contours": contours}
+jobs = {"moments": moments, "file": file, "smooth": smooth, "regrid": regrid, "contours": contours}
 for name in [a for a in sys.argv[1:] if a in jobs] or jobs:  # the first argument is the program
     jobs[name]()

@@ -117,7 +117,7 @@ protected:
                 const auto chosen = static_cast<std::size_t>(std::max(box->GetCurSel(), 0));
                 field.value = chosen < field.choices.size() ? field.choices[chosen] : CString();
             } else if (const auto* const check = dynamic_cast<CButton*>(GetDlgItem(id)))
-                field.value = check->GetCheck() ? "1" : "";
+                field.value = check->GetCheck() ? CString("1") : CString();
             else
                 field.value = GetDlgItemText(id);
         }
