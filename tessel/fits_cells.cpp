@@ -26,6 +26,27 @@ float asFloat(double value)
     return static_cast<float>(std::isinf(value) ? value : cut);
 }
 
+#if defined(__x86_64__)
+/// The same loop as below for processors that turn the bytes of eight numbers round at once.
+__attribute__((target("avx2"))) void swapFloatsAvx2(const unsigned char* bytes, std::int64_t count,
+                                                    float* cells)
+{
+    for (std::int64_t i = 0; i < count; ++i)
+        cells[i] = item<float>(bytes, i);
+}
+#endif
+
+void swapFloats(const unsigned char* bytes, std::int64_t count, float* cells)
+{
+#if defined(__x86_64__)
+    static const int hasAvx2 = __builtin_cpu_supports("avx2");
+    if (hasAvx2)
+        return swapFloatsAvx2(bytes, count, cells);
+#endif
+    for (std::int64_t i = 0; i < count; ++i)
+        cells[i] = item<float>(bytes, i);
+}
+
 template <typename Stored>
 void convert(const unsigned char* bytes, std::int64_t count, const CellScale& scale, float* cells)
 {
@@ -37,8 +58,7 @@ void convert(const unsigned char* bytes, std::int64_t count, const CellScale& sc
                            : asFloat(static_cast<double>(stored) * scale.scale + scale.zero);
         }
     } else if (scale.scale == 1 && scale.zero == 0 && std::is_same_v<Stored, float>) {
-        for (std::int64_t i = 0; i < count; ++i)
-            cells[i] = static_cast<float>(item<Stored>(bytes, i));
+        swapFloats(bytes, count, cells);
     } else {
         for (std::int64_t i = 0; i < count; ++i)
             cells[i] = asFloat(double{item<Stored>(bytes, i)} * scale.scale + scale.zero);

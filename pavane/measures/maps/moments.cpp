@@ -1,10 +1,10 @@
 #include "pavane/measures/maps/moments.h"
 
 #include "pavane/axes/maps/cells/map_statistics.h"
+#include "pavane/measures/maps/moment_kernels.h"
 #include "tessel/spectral_axis.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <limits>
 #include <new>
@@ -18,19 +18,11 @@ namespace
 constexpr float blank = std::numeric_limits<float>::quiet_NaN();
 constexpr float greatestFloat = std::numeric_limits<float>::max();
 /// Cells whose sums stay in the cache while the planes go by.
-constexpr std::int64_t blockCells = 1 << 14;
+constexpr std::int64_t blockCells = 1 << 13;
 constexpr const char* noMemory = "there is no memory for its cells";
 
-/// Sums over the planes that a cell uses, v from the middle of the range: I w, I w v, I w v^2, then
-/// (s w)^2 times 1, v, v^2, v^3, v^4.
-using Sums = std::array<double, 8>;
-
-/// What a plane adds to the sums: `perValue` times I, and `alone`.
-struct Terms {
-    Sums perValue{}, alone{};
-    float above = 0;  ///< only values above it
-    float noise = 0;
-};
+using Sums = MomentSums;
+using Terms = MomentTerms;
 
 /// A number that stands between two finite floats, or an infinity.
 float limited(double value)
@@ -53,21 +45,6 @@ Terms termsOf(const MomentPlane& plane, double middle, double clip)
     terms.above = clip > 0 ? limited(clip * plane.noise) : -std::numeric_limits<float>::infinity();
     terms.noise = limited(plane.noise);
     return terms;
-}
-
-void add(const Terms& terms, const float* values, std::size_t count, Sums* sums, int* used)
-{
-    for (std::size_t i = 0; i < count; ++i) {
-        const float value = values[i];
-        // false for NaN too
-        if (!(value > terms.above && value <= greatestFloat))
-            continue;
-        Sums& cell = sums[i];
-        const auto wide = static_cast<double>(value);
-        for (std::size_t k = 0; k < cell.size(); ++k)
-            cell[k] += terms.perValue[k] * wide + terms.alone[k];
-        ++used[i];
-    }
 }
 
 void raise(const Terms& terms, const float* values, std::size_t count, float* greatest,
@@ -164,7 +141,7 @@ private:
             if (!part_.read(part_.planes[p].plane, row, some, values_.data(), error))
                 return 0;
             if (hasSums_)
-                add(terms_[p], values_.data(), count, sums_.data(), used_.data());
+                add_(terms_[p], values_.data(), count, sums_.data(), used_.data());
             if (hasGreatest_)
                 raise(terms_[p], values_.data(), count, greatest_.data(), noise_.data());
             const double part = (static_cast<double>(p) + 1) / double(part_.planes.size());
@@ -197,6 +174,7 @@ private:
     const CubePart& part_;
     double clip_;
     std::vector<MomentMap>& maps_;
+    AddMomentPlane add_ = addMomentPlane(bestSimdPath());
     double middle_ = 0;
     int rows_ = 1;
     int hasSums_ = 0, hasGreatest_ = 0;

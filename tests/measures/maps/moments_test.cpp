@@ -1,4 +1,5 @@
 #include "pavane/axes/maps/cells/map_statistics.h"
+#include "pavane/measures/maps/moment_kernels.h"
 #include "pavane/measures/maps/moments.h"
 #include "tessel/spectral_axis.h"
 #include "tests/measures/maps/header_cards.h"
@@ -214,4 +215,35 @@ TEST(SpectralAxes, PlanesOfOneStokesParameterAreTaken)
     header.axes[3].ctype = "TIME";
     EXPECT_FALSE(planesBetween(header, 0, 9, 1, planes, unit, error));
     EXPECT_TRUE(planesBetween(header, 0, 9, 0, planes, unit, error));
+}
+
+TEST(MomentKernels, GiveTheSameOnEveryPath)
+{
+    MomentTerms terms;
+    for (std::size_t k = 0; k < terms.alone.size(); ++k) {
+        terms.perValue[k] = 0.3 * static_cast<double>(k) - 1;
+        terms.alone[k] = 1e-3 * static_cast<double>(k);
+    }
+    std::mt19937 random(4);
+    std::normal_distribution<float> noise;
+    std::vector<float> values(203);
+    for (float& value : values)
+        value = random() % 9 == 0   ? std::numeric_limits<float>::quiet_NaN()
+                : random() % 9 == 0 ? std::numeric_limits<float>::infinity()
+                                    : noise(random);
+    for (const float above : {-std::numeric_limits<float>::infinity(), 0.5f, 100.0f})
+        for (const SimdPath path : {SimdPath::avx2, SimdPath::avx512}) {
+            if (path > bestSimdPath())
+                continue;
+            terms.above = above;
+            for (const std::size_t count : {0U, 1U, 15U, 16U, 203U}) {
+                std::vector<MomentSums> sums(values.size()), beside(values.size());
+                std::vector<int> used(values.size()), besideUsed(values.size());
+                addMomentPlane(path)(terms, values.data(), count, sums.data(), used.data());
+                addMomentPlane(SimdPath::plain)(terms, values.data(), count, beside.data(),
+                                                besideUsed.data());
+                EXPECT_EQ(used, besideUsed) << above << ' ' << count;
+                EXPECT_EQ(sums, beside) << above << ' ' << count;
+            }
+        }
 }
