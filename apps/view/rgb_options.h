@@ -4,6 +4,7 @@
 #include "pavane/axes/maps/MapLook.h"
 #include "tessel/rgb_map.h"
 
+#include <array>
 #include <string>
 #include <string_view>
 
@@ -14,8 +15,8 @@ struct ViewOptions;
 
 /// What the command line says of a map in three colours.
 struct RgbWish {
-    int wanted = 0;           ///< of three maps that are named
-    MapLook looks[rgbBands];  ///< of each the range, where one was given
+    int wanted = 0;                       ///< of three maps that are named
+    std::array<MapLook, rgbBands> looks;  ///< of each the range, where one was given
 
     int hasRange() const
     {
